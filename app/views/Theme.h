@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+
+#include <array>
+
+class QApplication;
+
+namespace plovik {
+
+/// The one table of colours, each with a light and a dark value; text keeps a contrast of at least 4.5 to 1. Main thread.
+struct Theme {
+    QColor content, sidebar, bars; ///< backgrounds
+    QColor separator;
+    QColor text, secondaryText;
+    QColor selection; ///< behind unchanged text
+    QColor accent, onAccent;
+    QColor badge, badgeText; ///< counts and muted badges
+    QColor control, controlBorder, controlHover, controlPressed, disabledText;
+    QColor addedLine, addedWords, removedLine, removedWords;
+    QColor hunkHeader, hunkHeaderText;
+    QColor gutter, gutterText;
+    QColor tagBadge, tagBadgeText;
+    QColor statusAdded, statusModified, statusDeleted, statusRenamed, statusConflicted, statusUntracked; ///< letters
+    QColor warning, warningText; ///< the bar that says what could not be read
+    std::array<QColor, 8> lanes; ///< blue, purple, green, orange, pink, teal, red, indigo
+    bool isDark = false;
+
+    const QColor& lane(int column) const { return lanes[static_cast<std::size_t>(column) % lanes.size()]; }
+
+    static const Theme& light();
+    static const Theme& dark();
+    /// The theme in force. Widgets hear of a change as QEvent::PaletteChange.
+    static const Theme& current();
+    /// Puts a theme in force: palette and style sheet of the whole application.
+    static void apply(const Theme& theme, QApplication& application);
+
+    /// The application's font at a size relative to the ordinary one, in points.
+    static QFont font(double pointsMore = 0, QFont::Weight weight = QFont::Normal);
+    /// The desktop's fixed font at a size relative to the ordinary one, in points.
+    static QFont fixedFont(double pointsMore = 0);
+};
+
+} // namespace plovik
