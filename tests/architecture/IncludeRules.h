@@ -1,0 +1,29 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace architecture {
+
+/// Files by their path from the top of the tree, with their text.
+using SourceTree = std::map<std::string, std::string>;
+
+struct Include {
+    std::string name;
+    bool quoted = false; ///< "ours", as opposed to <theirs>
+
+    bool operator==(const Include&) const = default;
+};
+
+/// Every include directive of a file, in order; those inside comments do not count.
+std::vector<Include> includesOf(std::string_view text);
+
+/// One sentence for each include that its file's room does not allow, and for each header that can be read twice.
+///
+/// `qtCoreHeaders` are the names by which headers of Qt Core can be included, all that the store may have of Qt.
+std::vector<std::string> violations(const SourceTree& tree, const std::set<std::string>& qtCoreHeaders);
+
+} // namespace architecture

@@ -1,0 +1,111 @@
+#include "tests/architecture/IncludeRules.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace architecture {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::string contentsOf(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+SourceTree treeBelow(const fs::path& top)
+{
+    SourceTree tree;
+    for (const auto* folder : {"GitKit", "app", "cli"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(top / folder)) {
+            if (entry.path().extension() == ".h" || entry.path().extension() == ".cpp")
+                tree.emplace(entry.path().lexically_relative(top).string(), contentsOf(entry.path()));
+        }
+    }
+    return tree;
+}
+
+/// Both spellings: <QString> and <QtCore/QString>.
+std::set<std::string> headersOfQtCore()
+{
+    std::set<std::string> names;
+    for (const auto& entry : fs::directory_iterator(QT_CORE_HEADERS)) {
+        names.insert(entry.path().filename().string());
+        names.insert("QtCore/" + entry.path().filename().string());
+    }
+    return names;
+}
+
+const std::set<std::string> someOfQtCore = {"QString", "QtCore/QString"};
+
+const SourceTree houseInOrder = {
+    {"GitKit/records/Commit.h", "#pragma once\n#include <string>\n"},
+    {"GitKit/runner/GitRunner.h", "#pragma once\n"},
+    {"GitKit/parsers/LogParser.cpp", "#include \"GitKit/records/Commit.h\"\n// #include <QString>\n"},
+    {"GitKit/GitRepository.h", "#pragma once\n#include \"GitKit/runner/GitRunner.h\"\n"},
+    {"app/store/RepositoryStore.h",
+     "#pragma once\n#include \"GitKit/GitRepository.h\"\n#include <QString>\n#include <QCoroTask>\n"},
+    {"app/views/HistoryView.cpp", "#include \"app/store/RepositoryStore.h\"\n#include <QWidget>\n#include \"x.moc\"\n"},
+    {"app/platform/Trash.h", "#pragma once\n"},
+    {"app/platform/linux/Trash.cpp", "#include \"app/platform/Trash.h\"\n"},
+    {"app/main.cpp", "#include \"app/platform/Trash.h\"\n"},
+};
+
+/// What is said of the orderly house once `text` has been added to one of its files or is a new one.
+std::vector<std::string> after(const std::string& path, const std::string& text)
+{
+    auto tree = houseInOrder;
+    tree[path] += text;
+    return violations(tree, someOfQtCore);
+}
+
+TEST(IncludeRules, seeEveryPlantedViolationAndNothingElse)
+{
+    EXPECT_THAT(violations(houseInOrder, someOfQtCore), IsEmpty());
+
+    EXPECT_THAT(after("GitKit/records/Commit.h", "#include \"GitKit/runner/GitRunner.h\"\n"),
+                ElementsAre("GitKit/records/Commit.h may not include \"GitKit/runner/GitRunner.h\""));
+    EXPECT_THAT(after("GitKit/parsers/LogParser.cpp", "  #  include\t\"GitKit/runner/GitRunner.h\"\n"),
+                ElementsAre("GitKit/parsers/LogParser.cpp may not include \"GitKit/runner/GitRunner.h\""));
+    EXPECT_THAT(after("GitKit/CommitGraph.h", "#pragma once\n#include \"GitKit/GitRepository.h\"\n"),
+                ElementsAre("GitKit/CommitGraph.h may not include \"GitKit/GitRepository.h\""));
+    EXPECT_THAT(after("GitKit/runner/GitRunner.h", "/* why */ #include <QString>\n"),
+                ElementsAre("GitKit/runner/GitRunner.h may not include <QString>"));
+    EXPECT_THAT(after("app/store/RepositoryStore.h", "#include <QtWidgets/QDialog>\n#include <QDialog>\n"),
+                ElementsAre("app/store/RepositoryStore.h may not include <QtWidgets/QDialog>",
+                            "app/store/RepositoryStore.h may not include <QDialog>"));
+    EXPECT_THAT(after("app/views/HistoryView.cpp", "#include \"GitKit/runner/GitRunner.h\"\n"),
+                ElementsAre("app/views/HistoryView.cpp may not include \"GitKit/runner/GitRunner.h\""));
+    EXPECT_THAT(after("app/ai/CommitMessageAI.cpp", "#include \"GitKit/GitRepository.h\"\n"),
+                ElementsAre("app/ai/CommitMessageAI.cpp may not include \"GitKit/GitRepository.h\""));
+    EXPECT_THAT(after("app/platform/linux/Trash.cpp", "#include \"app/store/RepositoryStore.h\"\n"),
+                ElementsAre("app/platform/linux/Trash.cpp may not include \"app/store/RepositoryStore.h\""));
+    EXPECT_THAT(after("app/main.cpp", "#include \"app/platform/linux/Trash.cpp\"\n"),
+                ElementsAre("app/main.cpp may not include \"app/platform/linux/Trash.cpp\""));
+    EXPECT_THAT(after("app/views/HistoryView.cpp", "#include \"../store/RepositoryStore.h\"\n"),
+                ElementsAre("app/views/HistoryView.cpp includes \"../store/RepositoryStore.h\", which is no file named "
+                            "from the top of the tree"));
+    EXPECT_THAT(after("app/views/Theme.h", "// #pragma once\n"),
+                ElementsAre("app/views/Theme.h can be read twice: #pragma once is missing"));
+    EXPECT_THAT(after("app/main.cpp", "/*\n#include \"nowhere.h\"\n*/\n"), IsEmpty());
+}
+
+TEST(IncludeRules, holdInThisTree)
+{
+    const auto tree = treeBelow(SOURCE_TREE);
+    ASSERT_TRUE(tree.contains("GitKit/GitRepository.h")) << "the sources were not found below " << SOURCE_TREE;
+    const auto core = headersOfQtCore();
+    ASSERT_TRUE(core.contains("QObject")) << "no headers of Qt Core in " << QT_CORE_HEADERS;
+
+    EXPECT_THAT(violations(tree, core), IsEmpty());
+}
+
+} // namespace
+} // namespace architecture
