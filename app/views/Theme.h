@@ -9,7 +9,8 @@ class QApplication;
 
 namespace plovik {
 
-/// The one table of colours, each with a light and a dark value; text keeps a contrast of at least 4.5 to 1. Main thread.
+/// The one table of colours, each with a light and a dark value; text keeps a contrast of at least 4.5 to 1. Main
+/// thread.
 struct Theme {
     QColor content, sidebar, bars; ///< backgrounds
     QColor separator;

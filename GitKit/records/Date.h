@@ -1,0 +1,11 @@
+#pragma once
+
+#include <chrono>
+
+namespace gitkit {
+
+/// A point in time as git records it: whole seconds since 1970-01-01 UTC. The epoch stands for a time that git printed
+/// in no readable form.
+using Date = std::chrono::sys_seconds;
+
+} // namespace gitkit

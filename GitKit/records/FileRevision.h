@@ -1,0 +1,18 @@
+#pragma once
+
+#include "GitKit/records/Commit.h"
+#include "GitKit/records/CommitFile.h"
+
+namespace gitkit {
+
+/// One entry of a file's history: the commit, and the file as that commit changed it, at its path then.
+struct FileRevision {
+    Commit commit;
+    CommitFile file;
+
+    const std::string& id() const { return commit.hash; }
+
+    bool operator==(const FileRevision&) const = default;
+};
+
+} // namespace gitkit

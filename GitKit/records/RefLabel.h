@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+namespace gitkit {
+
+/// A decoration shown on a commit row.
+struct RefLabel {
+    enum class Kind { head, localBranch, remoteBranch, tag };
+
+    Kind kind = Kind::head;
+    std::string name; ///< short name, as bytes
+    bool isHead = false;
+
+    bool operator==(const RefLabel&) const = default;
+};
+
+} // namespace gitkit

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "GitKit/records/FileChange.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace gitkit {
+
+/// The working tree as one status read found it.
+struct RepoStatus {
+    std::optional<std::string> branch;   ///< short name; absent while HEAD is detached
+    std::optional<std::string> oid;      ///< full hash of HEAD; absent before the first commit
+    std::optional<std::string> upstream; ///< short name, such as origin/main
+    int ahead = 0;
+    int behind = 0;
+    std::vector<FileChange> files; ///< in display order
+
+    bool hasCommits() const { return oid.has_value(); }
+    bool isDetached() const { return !branch && oid; }
+    std::ptrdiff_t stagedCount() const { return std::ranges::count_if(files, &FileChange::hasStaged); }
+
+    bool operator==(const RepoStatus&) const = default;
+};
+
+} // namespace gitkit

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "GitKit/records/Date.h"
+
+#include <string>
+
+namespace gitkit {
+
+/// One entry of the stash list.
+struct Stash {
+    std::string ref; ///< reflog selector at the time of reading, stash@{0}
+    std::string hash;
+    Date date;
+    std::string message;
+
+    const std::string& id() const { return hash; }
+
+    bool operator==(const Stash&) const = default;
+};
+
+} // namespace gitkit

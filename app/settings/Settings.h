@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+namespace plovik {
+
+/// One stored preference: its key, and what holds when nothing sensible is stored.
+template <typename Value>
+struct Setting {
+    const char* key;
+    Value fallback;
+};
+
+namespace settings {
+
+// Layout, kept across launches and shared by all windows.
+inline constexpr Setting<double> sidebarWidth{"sidebarWidth", 0};
+inline constexpr Setting<double> commitFilesWidth{"commitFilesWidth", 330};
+inline constexpr Setting<double> historyDetailHeight{"historyDetailHeight", 330};
+inline constexpr Setting<double> stashesDetailHeight{"stashesDetailHeight", 340};
+inline constexpr Setting<double> workingCopyListWidth{"workingCopyListWidth", 380};
+inline constexpr Setting<bool> sidebarBranchesExpanded{"sidebarBranchesExpanded", true};
+inline constexpr Setting<bool> sidebarRemotesExpanded{"sidebarRemotesExpanded", true};
+inline constexpr Setting<bool> sidebarTagsExpanded{"sidebarTagsExpanded", false};
+inline constexpr Setting<const char*> lastRepositoryWindowFrame{"lastRepositoryWindowFrame", ""};
+
+// Preferences.
+inline constexpr Setting<const char*> appearance{"appearance", "system"};
+inline constexpr Setting<const char*> codeFontName{"codeFontName", ""};
+inline constexpr Setting<double> codeFontSize{"codeFontSize", 12};
+
+} // namespace settings
+
+/// The user's preferences and layout sizes, in the user's configuration folder. Main thread only. A value of the wrong
+/// type reads as the setting's fallback; a folder that cannot be written to keeps changes for this run.
+class Settings : public QObject {
+    Q_OBJECT
+
+public:
+    static Settings& shared();
+
+    double value(const Setting<double>& setting) const;
+    bool value(const Setting<bool>& setting) const;
+    QString value(const Setting<const char*>& setting) const;
+    QVariant value(const QString& key) const;
+
+    /// Stores and, when the value differs, announces it.
+    void set(const Setting<double>& setting, double value);
+    void set(const Setting<bool>& setting, bool value);
+    void set(const Setting<const char*>& setting, const QString& value);
+    void set(const QString& key, const QVariant& value);
+
+Q_SIGNALS:
+    void changed(const QString& key);
+
+private:
+    Settings() = default;
+};
+
+} // namespace plovik

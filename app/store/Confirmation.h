@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QUuid>
+
+#include <functional>
+
+namespace plovik {
+
+/// A question that the window asks before something is lost. Two questions with the same words are still two.
+struct Confirmation {
+    QUuid id = QUuid::createUuid();
+    QString title;
+    QString message;
+    QString actionTitle;          ///< label of the confirming button
+    std::function<void()> action; ///< runs on the main thread when the user confirms
+
+    bool operator==(const Confirmation& other) const { return id == other.id; }
+};
+
+} // namespace plovik

@@ -1,0 +1,23 @@
+#include "app/store/RepositoryStore.h"
+
+#include <utility>
+
+namespace plovik {
+
+RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker) : repo_(std::move(root)), worker_(worker)
+{}
+
+// What is awaiting git keeps only a weak reference to the token, and finds it gone.
+RepositoryStore::~RepositoryStore() = default;
+
+QString RepositoryStore::headDescription() const
+{
+    const gitkit::RepoStatus& now = status.value();
+    if (now.branch)
+        return QString::fromStdString(*now.branch);
+    if (now.oid)
+        return QStringLiteral("HEAD detached at ") + QString::fromStdString(std::string(gitkit::shortHash(*now.oid)));
+    return {};
+}
+
+} // namespace plovik

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace plovik {
+
+/// The modal sheet that a window shows.
+struct NewBranchSheet {
+    std::optional<std::string> startPoint; ///< HEAD without
+    bool operator==(const NewBranchSheet&) const = default;
+};
+struct NewTagSheet {
+    std::string target; ///< full commit hash
+    bool operator==(const NewTagSheet&) const = default;
+};
+struct StashSheet {
+    bool operator==(const StashSheet&) const = default;
+};
+using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet>;
+
+} // namespace plovik

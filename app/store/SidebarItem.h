@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace plovik {
+
+/// What the sidebar has selected, and so what the detail area shows.
+struct SidebarItem {
+    enum class Kind { ref, workingCopy, history, stashes };
+
+    Kind kind = Kind::workingCopy;
+    std::string refName; ///< full ref name, for `ref` alone
+
+    static SidebarItem ref(std::string fullName) { return {Kind::ref, std::move(fullName)}; }
+    static SidebarItem workingCopy() { return {Kind::workingCopy, {}}; }
+    static SidebarItem history() { return {Kind::history, {}}; }
+    static SidebarItem stashes() { return {Kind::stashes, {}}; }
+
+    bool isRef() const { return kind == Kind::ref; }
+    /// Whether the detail area shows the commit list for it.
+    bool showsHistory() const { return kind == Kind::ref || kind == Kind::history; }
+
+    bool operator==(const SidebarItem&) const = default;
+};
+
+} // namespace plovik
