@@ -1,0 +1,110 @@
+#include "GitKit/Utf8.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace gitkit {
+
+namespace {
+
+struct Sequence {
+    std::size_t length;
+    bool valid;
+};
+
+unsigned byteAt(std::string_view bytes, std::size_t index) { return static_cast<unsigned char>(bytes[index]); }
+
+/// How many continuation bytes follow `lead`, and the range that the first of them must lie in. That range is what
+/// keeps out overlong forms, surrogates and code points past U+10FFFF.
+struct LeadByte {
+    std::size_t continuations = 0;
+    unsigned low = 0x80;
+    unsigned high = 0xBF;
+};
+
+LeadByte readLead(unsigned lead)
+{
+    if (lead >= 0xC2 && lead <= 0xDF)
+        return {1};
+    if (lead >= 0xE0 && lead <= 0xEF)
+        return {2, lead == 0xE0 ? 0xA0u : 0x80u, lead == 0xED ? 0x9Fu : 0xBFu};
+    if (lead >= 0xF0 && lead <= 0xF4)
+        return {3, lead == 0xF0 ? 0x90u : 0x80u, lead == 0xF4 ? 0x8Fu : 0xBFu};
+    return {};
+}
+
+/// The sequence at `start`, which is no ASCII byte. An invalid one is as long as it could have been right, so that a
+/// character cut short becomes one U+FFFD and not several.
+Sequence sequenceAt(std::string_view bytes, std::size_t start)
+{
+    const LeadByte lead = readLead(byteAt(bytes, start));
+    if (lead.continuations == 0)
+        return {1, false};
+    std::size_t length = 1;
+    unsigned low = lead.low;
+    unsigned high = lead.high;
+    while (length <= lead.continuations && start + length < bytes.size()) {
+        const unsigned byte = byteAt(bytes, start + length);
+        if (byte < low || byte > high)
+            break;
+        low = 0x80;
+        high = 0xBF;
+        ++length;
+    }
+    return {length, length == lead.continuations + 1};
+}
+
+/// The index of the first byte that is no ASCII, at or after `start`. Looks at eight bytes at a time: nearly all text
+/// that git prints is ASCII, and this runs over all of it.
+std::size_t skipAscii(std::string_view bytes, std::size_t start)
+{
+    constexpr std::uint64_t highBits = 0x8080808080808080u;
+    std::uint64_t word = 0;
+    while (start + sizeof word <= bytes.size()) {
+        std::memcpy(&word, bytes.data() + start, sizeof word);
+        if (word & highBits)
+            break;
+        start += sizeof word;
+    }
+    while (start < bytes.size() && byteAt(bytes, start) < 0x80)
+        ++start;
+    return start;
+}
+
+std::size_t firstInvalid(std::string_view bytes)
+{
+    std::size_t index = skipAscii(bytes, 0);
+    while (index < bytes.size()) {
+        const Sequence sequence = sequenceAt(bytes, index);
+        if (!sequence.valid)
+            return index;
+        index = skipAscii(bytes, index + sequence.length);
+    }
+    return bytes.size();
+}
+
+} // namespace
+
+bool isUtf8(std::string_view bytes) { return firstInvalid(bytes) == bytes.size(); }
+
+std::string repairedUtf8(std::string bytes)
+{
+    std::size_t index = firstInvalid(bytes);
+    if (index == bytes.size())
+        return bytes;
+    const std::string_view source = bytes;
+    std::string repaired(source.substr(0, index));
+    while (index < source.size()) {
+        const std::size_t ascii = skipAscii(source, index);
+        repaired += source.substr(index, ascii - index);
+        index = ascii;
+        if (index == source.size())
+            break;
+        const Sequence sequence = sequenceAt(source, index);
+        repaired += sequence.valid ? source.substr(index, sequence.length) : std::string_view("\xEF\xBF\xBD");
+        index += sequence.length;
+    }
+    return repaired;
+}
+
+} // namespace gitkit

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "GitKit/records/Date.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace gitkit {
+
+/// What git is asked to print between the fields and between the records of a listing.
+inline constexpr char fieldSeparator = '\x1f';
+inline constexpr char recordSeparator = '\x1e';
+
+/// The non-empty pieces of a text between separators, one after another.
+class Pieces {
+public:
+    Pieces(std::string_view text, char separator) : rest_(text), separator_(separator) {}
+
+    std::optional<std::string_view> next()
+    {
+        while (!rest_.empty()) {
+            const std::size_t end = rest_.find(separator_);
+            const std::string_view piece = rest_.substr(0, end);
+            rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
+            if (!piece.empty())
+                return piece;
+        }
+        return std::nullopt;
+    }
+
+private:
+    std::string_view rest_;
+    char separator_;
+};
+
+/// The first `Count` fields of a text, empty ones included; what they are when there are fewer is nothing.
+template <std::size_t Count>
+std::optional<std::array<std::string_view, Count>> splitFields(std::string_view text, char separator)
+{
+    std::array<std::string_view, Count> fields;
+    for (std::size_t index = 0; index + 1 < Count; ++index) {
+        const std::size_t end = text.find(separator);
+        if (end == std::string_view::npos)
+            return std::nullopt;
+        fields[index] = text.substr(0, end);
+        text.remove_prefix(end + 1);
+    }
+    fields.back() = text;
+    return fields;
+}
+
+/// A decimal number; 0 for anything else.
+inline int readNumber(std::string_view text)
+{
+    int number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stop == end ? number : 0;
+}
+
+/// Seconds since 1970, as git prints them; the epoch for anything else.
+inline Date readDate(std::string_view text)
+{
+    constexpr double farthest = 1e15; // thirty million years: past it nothing can show a date
+    double seconds = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, seconds);
+    if (error != std::errc() || stop != end || !(std::abs(seconds) <= farthest))
+        return Date{};
+    return Date{std::chrono::seconds{static_cast<std::int64_t>(std::floor(seconds))}};
+}
+
+} // namespace gitkit

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "GitKit/records/CommitFile.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace gitkit {
+
+/// Reads git's lists of changed files. Pure; skips what it cannot read. Any thread.
+struct NameStatusParser {
+    /// `output` is what a run with --name-status -z printed. Paths are bytes, whatever they hold.
+    static std::vector<CommitFile> parse(std::string_view output);
+
+    /// One line of --name-status without -z, or nothing when it is none.
+    static std::optional<CommitFile> parseLine(std::string_view line);
+
+    /// The bytes that git means by a name in double quotes; any other name is taken as it stands.
+    static std::string unquoted(std::string_view name);
+};
+
+} // namespace gitkit

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "GitKit/records/GitRef.h"
+
+#include <string_view>
+#include <vector>
+
+namespace gitkit {
+
+/// Reads what `git for-each-ref` prints. Pure; skips what it cannot read. Any thread.
+struct RefParser {
+    static constexpr const char* format =
+        "--format=%(refname)%1f%(objectname)%1f%(upstream:short)%1f%(upstream:track)%1f%(HEAD)";
+
+    /// `output` holds one line of `format` a ref. Git's order is kept.
+    static std::vector<GitRef> parse(std::string_view output);
+};
+
+} // namespace gitkit

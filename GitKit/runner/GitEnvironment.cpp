@@ -1,0 +1,214 @@
+#include "GitKit/runner/GitEnvironment.h"
+
+#include <algorithm>
+#include <array>
+#include <unistd.h>
+#include <utility>
+
+namespace gitkit {
+
+namespace {
+
+using Action = VariablePin::Action;
+
+constexpr std::string_view extraFolders = "/opt/homebrew/bin:/usr/local/bin:";
+constexpr std::string_view ordinaryFolders = "/usr/bin:/bin";
+
+constexpr auto variables = std::to_array<VariablePin>({
+    // How git behaves when nobody sits in front of it.
+    {"GIT_TERMINAL_PROMPT", Action::set, "0", "nobody can answer a question on a terminal"},
+    {"GIT_OPTIONAL_LOCKS", Action::set, "0", "reading in the background must not make the user's own git fail"},
+    {"GIT_EDITOR", Action::set, "true", "a prepared message is taken as it is; no editor opens"},
+    {"GIT_SEQUENCE_EDITOR", Action::set, "true", "an interactive rebase takes its list as it is"},
+    {"GIT_MERGE_AUTOEDIT", Action::set, "no", "a merge takes its prepared message"},
+
+    // Messages are compared, so they are in one language; character handling stays the user's (see addLocale).
+    {"LC_MESSAGES", Action::set, "C", "what git says is matched against English"},
+    {"LC_ALL", Action::remove, "", "beats LC_MESSAGES"},
+    {"LANGUAGE", Action::remove, "", "beats LC_MESSAGES"},
+
+    // What ties git to another repository: started from a hook or an alias, the application inherits these, and a
+    // window on one repository would show and change another.
+    {"GIT_DIR", Action::remove, "", "names another repository"},
+    {"GIT_WORK_TREE", Action::remove, "", "names another working tree"},
+    {"GIT_IMPLICIT_WORK_TREE", Action::remove, "", "denies the working tree"},
+    {"GIT_COMMON_DIR", Action::remove, "", "names another repository"},
+    {"GIT_INDEX_FILE", Action::remove, "", "names another index"},
+    {"GIT_OBJECT_DIRECTORY", Action::remove, "", "names another object store"},
+    {"GIT_ALTERNATE_OBJECT_DIRECTORIES", Action::remove, "", "adds another object store"},
+    {"GIT_GRAFT_FILE", Action::remove, "", "rewrites parents"},
+    {"GIT_SHALLOW_FILE", Action::remove, "", "cuts history"},
+    {"GIT_NO_REPLACE_OBJECTS", Action::remove, "", "shows other objects than git shows in a terminal"},
+    {"GIT_REPLACE_REF_BASE", Action::remove, "", "shows other objects than git shows in a terminal"},
+    {"GIT_PREFIX", Action::remove, "", "shifts relative paths"},
+    {"GIT_INTERNAL_SUPER_PREFIX", Action::remove, "", "shifts printed paths"},
+    {"GIT_NAMESPACE", Action::remove, "", "hides the repository's refs behind a prefix"},
+    {"GIT_QUARANTINE_PATH", Action::remove, "", "inherited from a hook, it refuses every change of a ref"},
+    {"GIT_REFLOG_ACTION", Action::remove, "", "inherited from a hook, it falsifies reflog messages"},
+    {"GIT_REF_PARANOIA", Action::remove, "", "hides broken refs"},
+    {"GIT_ATTR_SOURCE", Action::remove, "", "reads attributes from elsewhere"},
+    {"GIT_CONFIG", Action::removePrefix, "", "settings of another command; the user's files are kept, see isKept"},
+
+    // What changes how arguments are read or results printed.
+    {"GIT_LITERAL_PATHSPECS", Action::remove, "", "the path search is a pattern"},
+    {"GIT_GLOB_PATHSPECS", Action::remove, "", "changes what a pattern matches"},
+    {"GIT_NOGLOB_PATHSPECS", Action::remove, "", "changes what a pattern matches"},
+    {"GIT_ICASE_PATHSPECS", Action::remove, "", "a path is its bytes"},
+    {"GIT_EXTERNAL_DIFF", Action::remove, "", "replaces the diff by a program's output"},
+    {"GIT_DIFF_OPTS", Action::remove, "", "changes the lines of context"},
+    {"GIT_PAGER", Action::remove, "", "no output is paged"},
+    {"GIT_TRACE", Action::removePrefix, "", "mixes tracing into what git says"},
+    {"GIT_CURL_VERBOSE", Action::remove, "", "mixes tracing into what git says"},
+});
+
+constexpr auto settings = std::to_array<ConfigurationPin>({
+    // The shape of a diff.
+    {"diff.noprefix", "false", "paths in a patch begin with a/ and b/"},
+    {"diff.mnemonicPrefix", "false", "paths in a patch begin with a/ and b/"},
+    {"diff.srcPrefix", "a/", "paths in a patch begin with a/ and b/"},
+    {"diff.dstPrefix", "b/", "paths in a patch begin with a/ and b/"},
+    {"diff.context", "3", "a patch without context lands anywhere"},
+    {"diff.interHunkContext", "0", "hunks stay apart"},
+    {"diff.relative", "false", "paths are relative to the top level"},
+    {"diff.orderFile", "/dev/null", "files come in git's order"},
+    {"diff.algorithm", "default", "the same change is the same hunks for everybody"},
+    {"diff.indentHeuristic", "true", "the same change is the same hunks for everybody"},
+    {"diff.submodule", "short", "a submodule's change is a patch, not a log"},
+    {"diff.ignoreSubmodules", "none", "changed submodules are listed"},
+    {"diff.renames", "true", "renames are shown, copies are not guessed"},
+    {"diff.suppressBlankEmpty", "false", "an empty line of context keeps its blank"},
+    {"diff.wsErrorHighlight", "none", "marks are no part of a patch"},
+    {"diff.colorMoved", "no", "marks are no part of a patch"},
+    {"diff.autoRefreshIndex", "false", "a read never writes the index"},
+    {"diff.statGraphWidth", "0", "the summary looks the same for everybody"},
+    {"apply.ignoreWhitespace", "no", "a patch applies exactly or not at all"},
+
+    // The shape of a status.
+    {"status.aheadBehind", "true", "ahead and behind are numbers"},
+    {"status.renames", "true", "renames are shown, copies are not guessed"},
+    {"status.showStash", "false", "stashes are listed elsewhere"},
+    {"status.submoduleSummary", "false", "costs a log for every submodule"},
+
+    // The shape of a log, a stash list, a list of refs.
+    {"log.showSignature", "false", "runs a program and prints what it says between the commits"},
+    {"log.follow", "false", "a search by path is no file's history, and git refuses to mix them"},
+    {"log.showRoot", "true", "a first commit lists its files"},
+    {"log.mailmap", "true", "a search by author finds the same commits for everybody"},
+    {"log.date", "default", "stashes are numbered, not dated"},
+    {"i18n.logOutputEncoding", "UTF-8", "all text is UTF-8"},
+    {"i18n.commitEncoding", "UTF-8", "what is typed here is UTF-8"},
+    {"core.warnAmbiguousRefs", "true", "a short name that means two refs is not used"},
+
+    // The shape of a blame.
+    {"blame.showRoot", "false", "a first commit's lines are marked"},
+    {"blame.blankBoundary", "false", "every line names its commit"},
+    {"blame.showEmail", "false", "names are names"},
+    {"blame.markIgnoredLines", "false", "marks are no part of a line"},
+    {"blame.markUnblamableLines", "false", "marks are no part of a line"},
+
+    // Colours and pages: core and per command, for "always" beats that nothing is a terminal.
+    {"color.diff", "false", "no colours in what is parsed"},
+    {"color.status", "false", "no colours in what is parsed"},
+    {"color.branch", "false", "no colours in what is parsed"},
+    {"color.showBranch", "false", "no colours in what is parsed"},
+    {"color.grep", "false", "no colours in what is parsed"},
+    {"color.push", "false", "no colours in what is shown"},
+    {"color.remote", "false", "no colours in what is shown"},
+    {"color.transport", "false", "no colours in what is shown"},
+    {"color.advice", "false", "no colours in what is shown"},
+    {"column.ui", "never", "one name a line"},
+    {"core.pager", "cat", "no output is paged"},
+});
+
+/// The user's choice of configuration files is theirs; the other names under GIT_CONFIG carry one command's settings.
+bool isKept(std::string_view name)
+{
+    return name == "GIT_CONFIG_GLOBAL" || name == "GIT_CONFIG_SYSTEM" || name == "GIT_CONFIG_NOSYSTEM";
+}
+
+std::string_view nameOf(std::string_view entry) { return entry.substr(0, entry.find('=')); }
+
+std::optional<std::string_view> valueOf(std::span<const std::string_view> entries, std::string_view name)
+{
+    for (const std::string_view entry : entries) {
+        if (nameOf(entry) == name && entry.size() > name.size())
+            return entry.substr(name.size() + 1);
+    }
+    return std::nullopt;
+}
+
+bool isReplaced(std::string_view name)
+{
+    return std::ranges::any_of(variables, [name](const VariablePin& pin) {
+        return pin.action == Action::removePrefix ? name.starts_with(pin.name) && !isKept(name) : name == pin.name;
+    });
+}
+
+std::string assignment(std::string_view name, std::string_view value)
+{
+    std::string result;
+    result.reserve(name.size() + 1 + value.size());
+    result += name;
+    result += '=';
+    result += value;
+    return result;
+}
+
+void set(std::vector<std::string>& entries, std::string_view name, std::string_view value)
+{
+    std::erase_if(entries, [name](const std::string& entry) { return nameOf(entry) == name; });
+    entries.push_back(assignment(name, value));
+}
+
+void addConfiguration(std::vector<std::string>& entries, const std::optional<std::string>& fileSystemMonitor)
+{
+    std::size_t count = 0;
+    const auto add = [&](std::string_view key, std::string_view value) {
+        const std::string number = std::to_string(count++);
+        entries.push_back(assignment("GIT_CONFIG_KEY_" + number, key));
+        entries.push_back(assignment("GIT_CONFIG_VALUE_" + number, value));
+    };
+    for (const ConfigurationPin& pin : settings)
+        add(pin.key, pin.value);
+    add("core.fsmonitor", fileSystemMonitor.value_or("false"));
+    entries.push_back(assignment("GIT_CONFIG_COUNT", std::to_string(count)));
+}
+
+} // namespace
+
+std::span<const VariablePin> variablePins() { return variables; }
+
+std::span<const ConfigurationPin> configurationPins() { return settings; }
+
+std::vector<std::string> gitEnvironment(std::span<const std::string_view> inherited,
+                                        std::span<const std::pair<std::string, std::string>> overrides,
+                                        const std::optional<std::string>& fileSystemMonitor)
+{
+    std::vector<std::string> entries;
+    entries.reserve(inherited.size() + 2 * settings.size() + variables.size());
+    for (const std::string_view entry : inherited) {
+        if (!isReplaced(nameOf(entry)))
+            entries.emplace_back(entry);
+    }
+    for (const VariablePin& pin : variables) {
+        if (pin.action == Action::set)
+            entries.push_back(assignment(pin.name, pin.value));
+    }
+    if (const auto all = valueOf(inherited, "LC_ALL"); all && !all->empty())
+        set(entries, "LC_CTYPE", *all);
+    set(entries, "PATH", std::string(extraFolders) + std::string(valueOf(inherited, "PATH").value_or(ordinaryFolders)));
+    addConfiguration(entries, fileSystemMonitor);
+    for (const auto& [name, value] : overrides)
+        set(entries, name, value);
+    return entries;
+}
+
+std::vector<std::string_view> applicationEnvironment()
+{
+    std::vector<std::string_view> entries;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry)
+        entries.emplace_back(*entry);
+    return entries;
+}
+
+} // namespace gitkit

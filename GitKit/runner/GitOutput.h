@@ -1,0 +1,22 @@
+#pragma once
+
+#include "GitKit/Utf8.h"
+
+#include <string>
+
+namespace gitkit {
+
+/// The raw result of one run of git.
+struct GitOutput {
+    int status = 0;         ///< exit status; 128 plus the signal's number when a signal ended git
+    bool signalled = false; ///< a signal ended git; never an accepted exit
+    std::string stdoutBytes;
+    std::string stderrBytes;
+
+    /// The streams as text: bytes that are no UTF-8 are replaced by U+FFFD. For showing only; what goes back to git is
+    /// taken from the bytes.
+    std::string text() const { return repairedUtf8(stdoutBytes); }
+    std::string errorText() const { return repairedUtf8(stderrBytes); }
+};
+
+} // namespace gitkit

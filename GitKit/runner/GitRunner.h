@@ -1,0 +1,44 @@
+#pragma once
+
+#include "GitKit/runner/GitOutput.h"
+
+#include <filesystem>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace gitkit {
+
+/// How one run differs from the ordinary one.
+struct RunOptions {
+    /// Bytes for git's standard input; the null device without.
+    std::optional<std::string> input;
+    /// Exit statuses that are no failure.
+    std::vector<int> accepting = {0};
+    /// Environment entries for this run alone, set after all others.
+    std::vector<std::pair<std::string, std::string>> environment;
+};
+
+/// Runs git in one folder, with the options and the environment that every run shares (GitEnvironment.h).
+///
+/// A value without state; every call blocks its thread until git has ended, and any number may run at once.
+class GitRunner {
+public:
+    explicit GitRunner(std::filesystem::path directory);
+
+    /// The raw result, whatever the exit status. Throws LaunchError when git cannot be started.
+    GitOutput output(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
+
+    /// What git printed, as bytes. Throws GitError for an exit status that is not accepted.
+    std::string bytes(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
+
+    /// What git printed, repaired for showing. Throws as bytes() does.
+    std::string run(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
+
+private:
+    std::filesystem::path directory_;
+};
+
+} // namespace gitkit
