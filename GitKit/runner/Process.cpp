@@ -13,9 +13,13 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
-#include <sys/pidfd.h>
 #include <sys/wait.h>
 #include <system_error>
+
+// The C library's own header declares this as a C++ function in some versions.
+extern "C" {
+#include <sys/pidfd.h>
+}
 
 namespace gitkit {
 
