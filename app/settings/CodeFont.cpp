@@ -1,0 +1,41 @@
+#include "app/settings/CodeFont.h"
+
+#include "app/settings/Settings.h"
+
+#include <QFontDatabase>
+
+#include <algorithm>
+
+namespace plovik::CodeFont {
+
+QFont font(const QString& name, double size)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (!name.isEmpty() && QFontDatabase::hasFamily(name)) {
+        font = QFont(name);
+        font.setFixedPitch(true);
+    }
+    font.setStyleHint(QFont::Monospace);
+    font.setPointSizeF(std::clamp(size, minSize, maxSize));
+    return font;
+}
+
+QFont current()
+{
+    const Settings& settings = Settings::shared();
+    return font(settings.value(settings::codeFontName), settings.value(settings::codeFontSize));
+}
+
+QStringList monospacedFamilies()
+{
+    QStringList families;
+    for (const QString& family : QFontDatabase::families()) {
+        if (QFontDatabase::isFixedPitch(family) && !QFontDatabase::isPrivateFamily(family))
+            families.append(family);
+    }
+    families.removeDuplicates();
+    families.sort(Qt::CaseInsensitive);
+    return families;
+}
+
+} // namespace plovik::CodeFont

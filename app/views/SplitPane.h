@@ -1,0 +1,58 @@
+#pragma once
+
+#include "app/settings/Settings.h"
+
+#include <QWidget>
+
+namespace plovik {
+
+/// How long the sized pane of a split may be. Lengths are device-independent pixels along the split's axis.
+struct SplitLimits {
+    double minSize = 0;      ///< of the sized pane; wins when both do not fit
+    double minOtherSize = 0; ///< left to the other pane
+
+    double maxSize(double available) const;
+    double clamped(double size, double available) const;
+};
+
+/// Two children side by side (horizontal) or one above the other (vertical) with a divider that the user drags. One
+/// child has a size that is kept in the settings and shared by every split of the same key; the other takes the rest. A
+/// size that does not fit is shown clamped and kept as it is; a kept size of zero or less reads as the setting's
+/// fallback. Main thread.
+class SplitPane : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Sized { first, second };
+
+    /// Takes both children as its own.
+    SplitPane(const Setting<double>& size, Qt::Orientation orientation, Sized sized, double minSize,
+              double minOtherSize, QWidget* first, QWidget* second, QWidget* parent = nullptr);
+
+    /// The length that the sized pane has now.
+    double currentSize() const;
+
+    QSize minimumSizeHint() const override;
+    QSize sizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    class Divider;
+
+    double available() const;
+    void arrange();
+    void drag(double startSize, QPoint translation);
+
+    Setting<double> size_;
+    Qt::Orientation orientation_;
+    Sized sized_;
+    SplitLimits limits_;
+    QWidget* first_;
+    QWidget* second_;
+    Divider* divider_;
+};
+
+} // namespace plovik
