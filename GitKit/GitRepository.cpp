@@ -33,9 +33,56 @@ std::vector<std::string> splitNul(std::string_view text)
     return pieces;
 }
 
-void append(std::vector<std::string>& arguments, std::initializer_list<const char*> more)
+/// What status calls the branch when HEAD cannot be followed to a commit although there should be one.
+constexpr std::string_view unreadableHead = "(unknown)";
+
+/// A ref as an argument. Every ref has a full name that is no option; one that looks like an option is none.
+const std::string& refArgument(const char* command, const std::string& name)
 {
-    arguments.insert(arguments.end(), more.begin(), more.end());
+    if (name.starts_with('-'))
+        throw GitError(command, 128, "“" + repairedUtf8(name) + "” is not the full name of a branch or tag.");
+    return name;
+}
+
+std::vector<std::string> filterArguments(const HistoryFilter& filter)
+{
+    switch (filter.field) {
+    case HistoryFilter::Field::message:
+        return {"--fixed-strings", "-i", "--grep=" + filter.text};
+    case HistoryFilter::Field::author:
+        return {"--fixed-strings", "-i", "--author=" + filter.text};
+    case HistoryFilter::Field::path:
+        break;
+    }
+    return {};
+}
+
+std::vector<std::string> logArguments(const std::vector<std::string>& scope, int limit,
+                                      const std::optional<HistoryFilter>& filter)
+{
+    const bool filtered = filter && !filter->text.empty();
+    std::vector<std::string> arguments{"log", "--date-order"};
+    const auto append = [&arguments](const auto& more) { arguments.insert(arguments.end(), more.begin(), more.end()); };
+    append(LogParser::decorationArguments);
+    append(std::vector<std::string>{"-n", std::to_string(limit), LogParser::listFormat});
+    if (filtered)
+        append(filterArguments(*filter));
+    append(scope);
+    arguments.emplace_back("--");
+    if (filtered && filter->field == HistoryFilter::Field::path)
+        arguments.push_back(":(icase)*" + filter->text + "*");
+    return arguments;
+}
+
+/// The submodule that check-ignore refuses to look into, when that is what its message says.
+std::optional<std::string> refusedSubmodule(const std::string& message)
+{
+    constexpr std::string_view phrase = "' is in submodule '";
+    const std::size_t found = message.find(phrase);
+    if (found == std::string::npos || !message.ends_with('\''))
+        return std::nullopt;
+    const std::size_t start = found + phrase.size();
+    return message.substr(start, message.size() - 1 - start);
 }
 
 } // namespace
@@ -55,7 +102,12 @@ std::string GitRepository::git(const std::vector<std::string>& arguments) const 
 
 RepoStatus GitRepository::status() const
 {
-    return StatusParser::parse(runner_.bytes({StatusParser::arguments.begin(), StatusParser::arguments.end()}));
+    const GitOutput output = runner_.accepted({StatusParser::arguments.begin(), StatusParser::arguments.end()});
+    RepoStatus status = StatusParser::parse(output.stdoutBytes);
+    if (!status.oid && status.branch == unreadableHead)
+        requireReadableHead();
+    status.warnings = trimmed(output.errorText());
+    return status;
 }
 
 std::vector<GitRef> GitRepository::refs() const
@@ -74,21 +126,18 @@ std::vector<Stash> GitRepository::stashes() const
 std::vector<Commit> GitRepository::log(const HistoryScope& scope, int limit,
                                        const std::optional<HistoryFilter>& filter) const
 {
-    std::vector<std::string> arguments{"log", "--date-order",        "--decorate=full",
-                                       "-n",  std::to_string(limit), LogParser::listFormat};
-    const bool filtered = filter && !filter->text.empty();
-    if (filtered && filter->field == HistoryFilter::Field::message)
-        append(arguments, {"--fixed-strings", "-i", ("--grep=" + filter->text).c_str()});
-    if (filtered && filter->field == HistoryFilter::Field::author)
-        append(arguments, {"--fixed-strings", "-i", ("--author=" + filter->text).c_str()});
+    std::vector<std::string> scopeArguments{"--branches", "--remotes", "--tags", "HEAD"};
     if (scope.ref)
-        arguments.push_back(*scope.ref);
-    else
-        append(arguments, {"--branches", "--remotes", "--tags", "HEAD"});
-    append(arguments, {"--"});
-    if (filtered && filter->field == HistoryFilter::Field::path)
-        arguments.push_back(":(icase)*" + filter->text + "*");
-    return LogParser::parse(runner_.bytes(arguments));
+        scopeArguments = {refArgument("log", *scope.ref)};
+    try {
+        return LogParser::parse(runner_.bytes(logArguments(scopeArguments, limit, filter)));
+    } catch (const GitError&) {
+        // On a branch that has no commit yet HEAD names nothing; the other branches still have their history.
+        if (scope.ref || resolvesHead())
+            throw;
+    }
+    scopeArguments.pop_back();
+    return LogParser::parse(runner_.bytes(logArguments(scopeArguments, limit, filter)));
 }
 
 GitRepository::GitDirectories GitRepository::gitDirectories() const
@@ -116,18 +165,46 @@ std::vector<std::string> GitRepository::ignoredFolders() const
 
 std::vector<std::string> GitRepository::ignoredAmong(const std::vector<std::string>& folders) const
 {
-    if (folders.empty())
-        return {};
-    std::string input;
-    for (const std::string& folder : folders)
-        input.append(folder).push_back('\0');
-    return splitNul(runner_.bytes({"check-ignore", "-z", "--stdin"},
-                                  {.input = std::move(input), .accepting = {0, 1}, .environment = {}}));
+    std::vector<std::string> asked = folders;
+    std::erase_if(asked, [](const std::string& folder) { return folder.empty(); });
+    while (!asked.empty()) {
+        std::string input;
+        for (const std::string& folder : asked)
+            input.append(folder).push_back('\0');
+        try {
+            return splitNul(runner_.bytes({"check-ignore", "-z", "--stdin"},
+                                          {.input = std::move(input), .accepting = {0, 1}, .environment = {}}));
+        } catch (const GitError& error) {
+            // A submodule ignores by its own rules, and git gives up at the first folder inside one.
+            const auto submodule = refusedSubmodule(error.message());
+            if (!submodule)
+                throw;
+            const auto erased =
+                std::erase_if(asked, [&](const std::string& folder) { return folder.starts_with(*submodule + "/"); });
+            if (erased == 0)
+                throw;
+        }
+    }
+    return {};
 }
 
 std::string GitRepository::commitMessage(const std::string& hash) const
 {
-    return withoutLineEnd(runner_.run({"show", "-s", "--format=%B", hash + "^{commit}", "--"}));
+    // An annotated tag's object stands for its commit.
+    return std::string(
+        trimmed(runner_.run({"show", "-s", "--format=%B", refArgument("show", hash) + "^{commit}", "--"})));
+}
+
+bool GitRepository::resolvesHead() const
+{
+    return runner_.output({"rev-parse", "--verify", "--quiet", "HEAD"}).status == 0;
+}
+
+void GitRepository::requireReadableHead() const
+{
+    const std::string name(trimmed(runner_.output({"symbolic-ref", "--quiet", "HEAD"}).text()));
+    if (name != "refs/heads/" + std::string(unreadableHead))
+        throw GitError("status", 128, "The current branch “" + name + "” cannot be read: its ref is damaged.");
 }
 
 } // namespace gitkit

@@ -17,9 +17,9 @@ namespace gitkit {
 
 /// The one door to a repository: a working tree's root, and every git operation on it.
 ///
-/// An immutable value. Every method blocks until its git process has ended and may run on any thread, any number at once;
-/// callers keep writing operations apart. Throws GitError when git refuses, LaunchError when git cannot be started. Paths
-/// and ref names are the bytes that git printed.
+/// An immutable value. Every method blocks until its git process has ended and may run on any thread, any number at
+/// once; callers keep writing operations apart. Throws GitError when git refuses, LaunchError when git cannot be
+/// started. Paths and ref names are the bytes that git printed.
 class GitRepository {
 public:
     /// `root` is a working tree's top level as topLevel() returns it.
@@ -33,6 +33,7 @@ public:
     /// Runs git with any arguments and returns what it printed, repaired for showing.
     std::string git(const std::vector<std::string>& arguments) const;
 
+    /// Fails when the current branch's ref is damaged, which git shows as a branch without commits.
     RepoStatus status() const;
     std::vector<GitRef> refs() const;
     std::vector<std::string> remotes() const;
@@ -48,17 +49,20 @@ public:
     };
     GitDirectories gitDirectories() const;
 
-    /// Folders, relative to the root and without a final slash, whose whole content git ignores. Folders inside them are
-    /// not listed.
+    /// Folders, relative to the root and without a final slash, whose whole content git ignores. Folders inside them
+    /// are not listed.
     std::vector<std::string> ignoredFolders() const;
 
-    /// Those of `folders` (relative to the root) that git ignores.
+    /// Those of `folders` (relative to the root) that git ignores. Folders inside submodules never are.
     std::vector<std::string> ignoredAmong(const std::vector<std::string>& folders) const;
 
     /// The full message of one commit, repaired for showing.
     std::string commitMessage(const std::string& hash) const;
 
 private:
+    bool resolvesHead() const;
+    void requireReadableHead() const;
+
     std::filesystem::path root_;
     GitRunner runner_;
 };

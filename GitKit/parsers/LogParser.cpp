@@ -1,6 +1,6 @@
 #include "GitKit/parsers/LogParser.h"
 
-#include "GitKit/Utf8.h"
+#include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"
 #include "GitKit/parsers/NameStatusParser.h"
 
@@ -26,14 +26,6 @@ std::vector<std::string> parents(std::string_view field)
     while (const auto hash = pieces.next())
         hashes.emplace_back(*hash);
     return hashes;
-}
-
-std::string_view trimmed(std::string_view text, std::string_view blanks)
-{
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 bool dropPrefix(std::string_view& text, std::string_view prefix)

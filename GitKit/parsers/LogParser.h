@@ -4,6 +4,7 @@
 #include "GitKit/records/CommitDetail.h"
 #include "GitKit/records/FileRevision.h"
 
+#include <array>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -20,11 +21,17 @@ struct LogParser {
     static constexpr const char* fileFormat = "--format=%x1e%H%x1f%P%x1f%an%x1f%ae%x1f%at%x1f%D%x1f%s";
     static constexpr const char* detailFormat = "--format=%H%x1f%P%x1f%an%x1f%ae%x1f%at%x1f%cn%x1f%ct%x1f%B";
 
-    /// History: one record of `listFormat` a commit, in git's order. Needs --decorate=full.
+    /// What has %D name the refs in full, and all that have a label here: log.excludeDecoration adds up over all
+    /// configuration files and can be overruled by arguments alone.
+    static constexpr std::array decorationArguments{"--decorate=full", "--decorate-refs=HEAD",
+                                                    "--decorate-refs=refs/heads/", "--decorate-refs=refs/remotes/",
+                                                    "--decorate-refs=refs/tags/"};
+
+    /// History: one record of `listFormat` a commit, in git's order.
     static std::vector<Commit> parse(std::string_view output);
 
     /// The history of the file that is called `path` now: records of `fileFormat`, each followed by the commit's
-    /// --name-status line. Needs --decorate=full.
+    /// --name-status line.
     static std::vector<FileRevision> parseFileLog(std::string_view output, std::string_view path);
 
     /// One commit in `detailFormat`, without its files; nothing when a field is missing.

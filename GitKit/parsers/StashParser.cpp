@@ -1,6 +1,6 @@
 #include "GitKit/parsers/StashParser.h"
 
-#include "GitKit/Utf8.h"
+#include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"
 
 namespace gitkit {

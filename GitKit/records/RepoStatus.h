@@ -17,6 +17,7 @@ struct RepoStatus {
     int ahead = 0;
     int behind = 0;
     std::vector<FileChange> files; ///< in display order
+    std::string warnings;          ///< what git complained of although it succeeded, such as a folder it cannot read
 
     bool hasCommits() const { return oid.has_value(); }
     bool isDetached() const { return !branch && oid; }

@@ -56,11 +56,12 @@ constexpr auto variables = std::to_array<VariablePin>({
     {"GIT_ICASE_PATHSPECS", Action::remove, "", "a path is its bytes"},
     {"GIT_EXTERNAL_DIFF", Action::remove, "", "replaces the diff by a program's output"},
     {"GIT_DIFF_OPTS", Action::remove, "", "changes the lines of context"},
-    {"GIT_PAGER", Action::remove, "", "no output is paged"},
     {"GIT_TRACE", Action::removePrefix, "", "mixes tracing into what git says"},
     {"GIT_CURL_VERBOSE", Action::remove, "", "mixes tracing into what git says"},
 });
 
+/// Settings that leave alone what is read here have no row: those of pages, columns and blame marks act on terminals
+/// and on formats for people only.
 constexpr auto settings = std::to_array<ConfigurationPin>({
     // The shape of a diff.
     {"diff.noprefix", "false", "paths in a patch begin with a/ and b/"},
@@ -69,7 +70,6 @@ constexpr auto settings = std::to_array<ConfigurationPin>({
     {"diff.dstPrefix", "b/", "paths in a patch begin with a/ and b/"},
     {"diff.context", "3", "a patch without context lands anywhere"},
     {"diff.interHunkContext", "0", "hunks stay apart"},
-    {"diff.relative", "false", "paths are relative to the top level"},
     {"diff.orderFile", "/dev/null", "files come in git's order"},
     {"diff.algorithm", "default", "the same change is the same hunks for everybody"},
     {"diff.indentHeuristic", "true", "the same change is the same hunks for everybody"},
@@ -77,47 +77,29 @@ constexpr auto settings = std::to_array<ConfigurationPin>({
     {"diff.ignoreSubmodules", "none", "changed submodules are listed"},
     {"diff.renames", "true", "renames are shown, copies are not guessed"},
     {"diff.suppressBlankEmpty", "false", "an empty line of context keeps its blank"},
-    {"diff.wsErrorHighlight", "none", "marks are no part of a patch"},
-    {"diff.colorMoved", "no", "marks are no part of a patch"},
     {"diff.autoRefreshIndex", "false", "a read never writes the index"},
-    {"diff.statGraphWidth", "0", "the summary looks the same for everybody"},
     {"apply.ignoreWhitespace", "no", "a patch applies exactly or not at all"},
 
     // The shape of a status.
     {"status.aheadBehind", "true", "ahead and behind are numbers"},
     {"status.renames", "true", "renames are shown, copies are not guessed"},
     {"status.showStash", "false", "stashes are listed elsewhere"},
-    {"status.submoduleSummary", "false", "costs a log for every submodule"},
 
     // The shape of a log, a stash list, a list of refs.
     {"log.showSignature", "false", "runs a program and prints what it says between the commits"},
     {"log.follow", "false", "a search by path is no file's history, and git refuses to mix them"},
     {"log.showRoot", "true", "a first commit lists its files"},
     {"log.mailmap", "true", "a search by author finds the same commits for everybody"},
-    {"log.date", "default", "stashes are numbered, not dated"},
     {"i18n.logOutputEncoding", "UTF-8", "all text is UTF-8"},
     {"i18n.commitEncoding", "UTF-8", "what is typed here is UTF-8"},
     {"core.warnAmbiguousRefs", "true", "a short name that means two refs is not used"},
 
-    // The shape of a blame.
-    {"blame.showRoot", "false", "a first commit's lines are marked"},
-    {"blame.blankBoundary", "false", "every line names its commit"},
-    {"blame.showEmail", "false", "names are names"},
-    {"blame.markIgnoredLines", "false", "marks are no part of a line"},
-    {"blame.markUnblamableLines", "false", "marks are no part of a line"},
-
-    // Colours and pages: core and per command, for "always" beats that nothing is a terminal.
+    // Colours, command by command: "always" there beats what is asked for all of them.
     {"color.diff", "false", "no colours in what is parsed"},
-    {"color.status", "false", "no colours in what is parsed"},
-    {"color.branch", "false", "no colours in what is parsed"},
-    {"color.showBranch", "false", "no colours in what is parsed"},
-    {"color.grep", "false", "no colours in what is parsed"},
     {"color.push", "false", "no colours in what is shown"},
     {"color.remote", "false", "no colours in what is shown"},
     {"color.transport", "false", "no colours in what is shown"},
     {"color.advice", "false", "no colours in what is shown"},
-    {"column.ui", "never", "one name a line"},
-    {"core.pager", "cat", "no output is paged"},
 });
 
 /// The user's choice of configuration files is theirs; the other names under GIT_CONFIG carry one command's settings.

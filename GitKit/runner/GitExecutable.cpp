@@ -12,16 +12,6 @@ namespace gitkit {
 
 namespace {
 
-constexpr std::string_view whitespace = " \t\r\n";
-
-std::string trimmed(const std::string& text)
-{
-    const std::size_t first = text.find_first_not_of(whitespace);
-    if (first == std::string::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(whitespace) - first + 1);
-}
-
 bool isExecutableFile(const std::filesystem::path& path)
 {
     std::error_code ignored;
@@ -50,10 +40,10 @@ void GitExecutable::checkVersion(const std::string& versionText)
     const bool read = std::sscanf(versionText.c_str(), "git version %d.%d", &major, &minor) == 2;
     if (read && (major > leastMajor || (major == leastMajor && minor >= leastMinor)))
         return;
-    throw LaunchError(LaunchError::Cause::other, "Git " + std::to_string(leastMajor) + "." +
-                                                     std::to_string(leastMinor) + " or newer is needed, but “" +
-                                                     path().string() + "” is " +
-                                                     (read ? trimmed(versionText) : "of an unknown version") + ".");
+    throw LaunchError(LaunchError::Cause::other,
+                      "Git " + std::to_string(leastMajor) + "." + std::to_string(leastMinor) +
+                          " or newer is needed, but “" + path().string() + "” is " +
+                          std::string(read ? trimmed(versionText) : "of an unknown version") + ".");
 }
 
 void GitExecutable::requireSupported()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "GitKit/Utf8.h"
+#include "GitKit/Text.h"
 
 #include <string>
 

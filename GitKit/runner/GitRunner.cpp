@@ -12,16 +12,6 @@ namespace gitkit {
 
 namespace {
 
-constexpr std::string_view whitespace = " \t\r\n\v\f";
-
-std::string trimmed(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(whitespace);
-    if (first == std::string_view::npos)
-        return {};
-    return std::string(text.substr(first, text.find_last_not_of(whitespace) - first + 1));
-}
-
 GitOutput start(const std::filesystem::path& directory, const std::vector<std::string>& arguments,
                 const RunOptions& options, const std::optional<std::string>& fileSystemMonitor)
 {
@@ -69,15 +59,20 @@ GitOutput GitRunner::output(const std::vector<std::string>& arguments, const Run
     return start(directory_, arguments, options, fileSystemMonitor());
 }
 
-std::string GitRunner::bytes(const std::vector<std::string>& arguments, const RunOptions& options) const
+GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const RunOptions& options) const
 {
     GitOutput result = output(arguments, options);
     if (!result.signalled && std::ranges::find(options.accepting, result.status) != options.accepting.end())
-        return std::move(result.stdoutBytes);
-    std::string message = trimmed(result.errorText());
+        return result;
+    std::string message(trimmed(result.errorText()));
     if (message.empty())
         message = trimmed(result.text());
     throw GitError(arguments.empty() ? std::string() : arguments.front(), result.status, std::move(message));
+}
+
+std::string GitRunner::bytes(const std::vector<std::string>& arguments, const RunOptions& options) const
+{
+    return accepted(arguments, options).stdoutBytes;
 }
 
 std::string GitRunner::run(const std::vector<std::string>& arguments, const RunOptions& options) const

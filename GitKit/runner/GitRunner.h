@@ -31,10 +31,13 @@ public:
     /// The raw result, whatever the exit status. Throws LaunchError when git cannot be started.
     GitOutput output(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
 
-    /// What git printed, as bytes. Throws GitError for an exit status that is not accepted.
+    /// The raw result of a run that succeeded. Throws GitError for an exit status that is not accepted.
+    GitOutput accepted(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
+
+    /// What git printed, as bytes. Throws as accepted() does.
     std::string bytes(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
 
-    /// What git printed, repaired for showing. Throws as bytes() does.
+    /// What git printed, repaired for showing. Throws as accepted() does.
     std::string run(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
 
 private:

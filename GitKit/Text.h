@@ -11,4 +11,7 @@ bool isUtf8(std::string_view bytes);
 /// `bytes` with every invalid UTF-8 sequence replaced by U+FFFD; a copy when there is none.
 std::string repairedUtf8(std::string bytes);
 
+/// `text` without the blanks and line ends around it.
+std::string_view trimmed(std::string_view text, std::string_view blanks = " \t\r\n\v\f");
+
 } // namespace gitkit

@@ -1,4 +1,4 @@
-#include "GitKit/Utf8.h"
+#include "GitKit/Text.h"
 
 #include <cstdint>
 #include <cstring>
@@ -105,6 +105,14 @@ std::string repairedUtf8(std::string bytes)
         index += sequence.length;
     }
     return repaired;
+}
+
+std::string_view trimmed(std::string_view text, std::string_view blanks)
+{
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
 } // namespace gitkit
