@@ -22,8 +22,8 @@ const std::vector<Room>& rooms()
 {
     static const std::vector<Room> table = {
         {"GitKit/records/", {}, Qt::none},
-        {"GitKit/parsers/", {"GitKit/records/", "GitKit/Utf8.h"}, Qt::none},
-        {"GitKit/runner/", {"GitKit/Utf8.h"}, Qt::none},
+        {"GitKit/parsers/", {"GitKit/records/", "GitKit/Text.h"}, Qt::none},
+        {"GitKit/runner/", {"GitKit/Text.h"}, Qt::none},
         {"GitKit/CommitGraph", {"GitKit/records/"}, Qt::none},
         {"GitKit/PartialPatch", {"GitKit/records/"}, Qt::none},
         {"GitKit/", {}, Qt::none},

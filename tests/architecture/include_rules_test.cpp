@@ -24,6 +24,8 @@ SourceTree treeBelow(const fs::path& top)
 {
     SourceTree tree;
     for (const auto* folder : {"GitKit", "app", "cli"}) {
+        if (!fs::exists(top / folder))
+            continue;
         for (const auto& entry : fs::recursive_directory_iterator(top / folder)) {
             if (entry.path().extension() == ".h" || entry.path().extension() == ".cpp")
                 tree.emplace(entry.path().lexically_relative(top).string(), contentsOf(entry.path()));
@@ -100,7 +102,8 @@ TEST(IncludeRules, seeEveryPlantedViolationAndNothingElse)
 TEST(IncludeRules, holdInThisTree)
 {
     const auto tree = treeBelow(SOURCE_TREE);
-    ASSERT_TRUE(tree.contains("GitKit/GitRepository.h")) << "the sources were not found below " << SOURCE_TREE;
+    ASSERT_TRUE(tree.contains("GitKit/GitRepository.h") && tree.contains("app/main.cpp"))
+        << "the sources were not found below " << SOURCE_TREE;
     const auto core = headersOfQtCore();
     ASSERT_TRUE(core.contains("QObject")) << "no headers of Qt Core in " << QT_CORE_HEADERS;
 
