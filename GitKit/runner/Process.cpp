@@ -101,6 +101,8 @@ public:
 
     void duplicate(const UniqueFd& from, int to) { check(posix_spawn_file_actions_adddup2(&actions_, from.get(), to)); }
     void openNull(int to) { check(posix_spawn_file_actions_addopen(&actions_, to, "/dev/null", O_RDONLY, 0)); }
+    /// Close-on-exec does not bind libraries that open descriptors of their own.
+    void closeOthers() { check(posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1)); }
     void changeDirectory(const std::filesystem::path& directory)
     {
         check(posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str()));
@@ -219,6 +221,7 @@ pid_t spawn(const ProcessRequest& request, const ChildStreams& streams)
         actions.openNull(STDIN_FILENO);
     actions.duplicate(streams.output, STDOUT_FILENO);
     actions.duplicate(streams.error, STDERR_FILENO);
+    actions.closeOthers();
     actions.changeDirectory(request.directory);
 
     std::vector<std::string> arguments{request.executable.string()};
