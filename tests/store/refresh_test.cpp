@@ -1,0 +1,200 @@
+#include "tests/store/ManualWorker.h"
+#include "tests/support/TestRepository.h"
+
+#include "app/store/RepositoryStore.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace plovik {
+namespace {
+
+struct StoreRefresh : testing::Test {
+    TestRepository repo;
+    ManualWorker worker;
+    RepositoryStore store{repo.path(), worker};
+
+    void load()
+    {
+        store.refresh(RefreshScope::full);
+        worker.finishAll();
+    }
+};
+
+TEST_F(StoreRefresh, firstFullPassFillsEverything)
+{
+    repo.write("a", "1").commit("one").git({"branch", "side"}).git({"tag", "v1"});
+    repo.git({"remote", "add", "origin", "/nowhere"}).git({"update-ref", "refs/remotes/origin/main", "HEAD"});
+    repo.write("a", "2").git({"stash", "push", "-m", "wip"}).write("b", "new");
+
+    load();
+
+    ASSERT_EQ(store.status.value().files.size(), 1u);
+    EXPECT_EQ(store.status.value().files[0].path, "b");
+    EXPECT_EQ(store.branches.value().size(), 2u);
+    EXPECT_EQ(store.remoteBranches.value().at(0).name, "origin/main");
+    EXPECT_EQ(store.tags.value().at(0).name, "v1");
+    EXPECT_EQ(store.remotes.value(), std::vector<std::string>{"origin"});
+    ASSERT_EQ(store.stashes.value().size(), 1u);
+    EXPECT_EQ(store.selectedStash.value(), store.stashes.value()[0].hash);
+    EXPECT_EQ(store.history.value().at(0).commit.subject, "one");
+    EXPECT_TRUE(store.hasLoaded.value());
+    EXPECT_EQ(store.readProblem.value(), QString());
+    EXPECT_EQ(store.headDescription(), QStringLiteral("main"));
+}
+
+TEST_F(StoreRefresh, requestsDuringAPassMakeOneMoreThatIsFullIfAnyWas)
+{
+    repo.write("a", "1").commit("one");
+    store.refresh(RefreshScope::status);
+    store.refresh(RefreshScope::status);
+    store.refresh(RefreshScope::status);
+    store.refresh(RefreshScope::full);
+    store.refresh(RefreshScope::status);
+    worker.finishAll();
+    EXPECT_EQ(store.generation.value(), 2);
+    EXPECT_EQ(store.branches.value().size(), 1u);
+
+    const int posted = worker.posted();
+    store.refresh(RefreshScope::status);
+    store.refresh(RefreshScope::status);
+    store.refresh(RefreshScope::status);
+    worker.finishAll();
+    EXPECT_EQ(worker.posted() - posted, 2) << "two status reads and nothing else";
+}
+
+TEST_F(StoreRefresh, anEqualStatusNotifiesNobodyButCountsAsAGeneration)
+{
+    repo.write("a", "1").commit("one").write("a", "2");
+    load();
+    int notified = 0;
+    const auto notifier = store.status.addNotifier([&] { ++notified; });
+    store.refresh(RefreshScope::status);
+    worker.finishAll();
+    EXPECT_EQ(notified, 0);
+    EXPECT_EQ(store.generation.value(), 2);
+}
+
+TEST_F(StoreRefresh, cleanedFilesLeaveTheSelection)
+{
+    repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2");
+    load();
+    store.selectedPaths = std::set<std::string>{"a", "b"};
+    repo.write("a", "1");
+    store.refresh(RefreshScope::status);
+    worker.finishAll();
+    EXPECT_EQ(store.selectedPaths.value(), std::set<std::string>{"b"});
+}
+
+TEST_F(StoreRefresh, aBranchDeletedElsewhereFallsBackToAllOfHistory)
+{
+    repo.write("a", "1").commit("one").git({"branch", "gone"});
+    repo.write("a", "2").commit("two");
+    load();
+    store.selection = SidebarItem::ref("refs/heads/gone");
+    store.selectionChanged();
+    worker.finishAll();
+    ASSERT_EQ(store.history.value().size(), 1u);
+
+    repo.git({"branch", "-D", "gone"});
+    load();
+    EXPECT_EQ(store.selection.value(), SidebarItem::history());
+    EXPECT_EQ(store.history.value().size(), 2u) << "not the page of the branch that is gone";
+    EXPECT_EQ(store.historyProblem.value(), QString());
+}
+
+TEST_F(StoreRefresh, droppingTheSelectedStashSelectsTheFirstThatRemains)
+{
+    repo.write("a", "1").commit("one");
+    repo.write("a", "2").git({"stash"}).write("a", "3").git({"stash"});
+    load();
+    store.selectedStash = store.stashes.value().at(1).hash;
+    load();
+    EXPECT_EQ(store.selectedStash.value(), store.stashes.value().at(1).hash) << "a selection that stands is kept";
+
+    repo.git({"stash", "drop", "stash@{1}"});
+    load();
+    EXPECT_EQ(store.selectedStash.value(), store.stashes.value().at(0).hash);
+    repo.git({"stash", "drop"});
+    load();
+    EXPECT_EQ(store.selectedStash.value(), std::nullopt);
+}
+
+TEST_F(StoreRefresh, anUnreadableRepositoryKeepsWhatWasReadAndSaysWhy)
+{
+    repo.write("a", "1").commit("one").write("b", "2");
+    load();
+    const auto shown = store.status.value();
+    const qint64 generation = store.generation.value();
+
+    repo.write(".git/index", "this is no index");
+    load();
+    EXPECT_EQ(store.status.value(), shown);
+    EXPECT_EQ(store.generation.value(), generation);
+    EXPECT_TRUE(store.readProblem.value().contains(QStringLiteral("index"))) << store.readProblem.value().toStdString();
+    EXPECT_EQ(store.branches.value().size(), 1u) << "the pass goes on after a failed status";
+
+    std::filesystem::remove(repo.path() / ".git/index");
+    store.refresh(RefreshScope::status);
+    worker.finishAll();
+    EXPECT_EQ(store.readProblem.value(), QString());
+}
+
+TEST_F(StoreRefresh, aFolderThatVanishesIsAProblemUntilItReturns)
+{
+    repo.write("a", "1").commit("one");
+    load();
+    const auto away = repo.path().string() + "-away";
+    std::filesystem::rename(repo.path(), away);
+    load();
+    EXPECT_FALSE(store.readProblem.value().isEmpty());
+    EXPECT_EQ(store.branches.value().size(), 1u);
+    EXPECT_FALSE(store.historyProblem.value().isEmpty()) << "an empty page must say why it is empty";
+
+    std::filesystem::rename(away, repo.path());
+    load();
+    EXPECT_EQ(store.readProblem.value(), QString());
+    EXPECT_EQ(store.historyProblem.value(), QString());
+    EXPECT_EQ(store.history.value().size(), 1u);
+}
+
+TEST_F(StoreRefresh, headIsDescribedInEveryState)
+{
+    load();
+    EXPECT_EQ(store.headDescription(), QStringLiteral("main")) << "unborn";
+    repo.write("a", "1").commit("one").git({"checkout", "-q", "--detach"});
+    load();
+    EXPECT_EQ(store.headDescription(),
+              QStringLiteral("HEAD detached at ") + QString::fromStdString(store.status.value().oid->substr(0, 7)));
+}
+
+// Closing a window while git runs must neither crash nor write, whatever it waits for.
+TEST(StoreLifetime, closingAtEverySuspensionPointIsClean)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one");
+    constexpr std::size_t reads = 5; // status, refs, remotes, stashes, log
+    for (std::size_t finished = 0; finished <= reads; ++finished) {
+        for (const bool jobHasRun : {false, true}) {
+            ManualWorker worker;
+            auto store = std::make_unique<RepositoryStore>(repo.path(), worker);
+            store->refresh(RefreshScope::full);
+            store->refresh(RefreshScope::full); // a pending pass must not start after the end
+            for (std::size_t i = 0; i < finished; ++i)
+                worker.finish();
+            ASSERT_EQ(worker.waiting(), 1u);
+            std::function<void()> comesBack;
+            if (jobHasRun)
+                comesBack = worker.runOnly();
+            store.reset();
+            if (comesBack)
+                comesBack();
+            worker.finishAll();
+            EXPECT_EQ(worker.waiting(), 0u);
+        }
+    }
+}
+
+} // namespace
+} // namespace plovik
