@@ -1,9 +1,10 @@
 #include "app/views/Theme.h"
 
+#include "app/views/Style.h"
+
 #include <QApplication>
 #include <QFontDatabase>
 #include <QPalette>
-#include <QStyleFactory>
 
 namespace plovik {
 
@@ -30,6 +31,8 @@ Theme makeLight()
     theme.controlHover = 0xF4F6F8;
     theme.controlPressed = 0xE8EBEF;
     theme.disabledText = 0x9AA2AB;
+    theme.field = 0xFFFFFF;
+    theme.indicatorBorder = 0x868E98;
     theme.addedLine = 0xE7F6EC;
     theme.addedWords = 0xB4E6C3;
     theme.removedLine = 0xFDEEEE;
@@ -71,6 +74,8 @@ Theme makeDark()
     theme.controlHover = 0x25282D;
     theme.controlPressed = 0x2D3137;
     theme.disabledText = 0x626973;
+    theme.field = 0x15161A;
+    theme.indicatorBorder = 0x767D88;
     theme.addedLine = 0x1B3326;
     theme.addedWords = 0x2A6A44;
     theme.removedLine = 0x3C2326;
@@ -134,6 +139,15 @@ QFont sized(QFont font, double pointsMore)
 
 } // namespace
 
+QColor Theme::chip(const QColor& letter) const
+{
+    // Mixed, not translucent: the letter's contrast then is the same on every row.
+    const float share = isDark ? 0.20F : 0.13F;
+    const auto mix = [share](float over, float under) { return over * share + under * (1 - share); };
+    return QColor::fromRgbF(mix(letter.redF(), content.redF()), mix(letter.greenF(), content.greenF()),
+                            mix(letter.blueF(), content.blueF()));
+}
+
 const Theme& Theme::light()
 {
     static const Theme theme = makeLight();
@@ -153,7 +167,7 @@ void Theme::apply(const Theme& theme, QApplication& application)
     const bool isFirst = inForce == nullptr;
     inForce = theme.isDark ? &dark() : &light();
     if (isFirst)
-        application.setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        application.setStyle(new Style);
     application.setPalette(paletteOf(*inForce));
 }
 

@@ -19,6 +19,7 @@ struct Theme {
     QColor accent, onAccent;
     QColor badge, badgeText; ///< counts and muted badges
     QColor control, controlBorder, controlHover, controlPressed, disabledText;
+    QColor field, indicatorBorder; ///< inside of text fields; border of an empty check box
     QColor addedLine, addedWords, removedLine, removedWords;
     QColor hunkHeader, hunkHeaderText;
     QColor gutter, gutterText;
@@ -30,11 +31,14 @@ struct Theme {
 
     const QColor& lane(int column) const { return lanes[static_cast<std::size_t>(column) % lanes.size()]; }
 
+    /// The tint behind a status letter of this colour.
+    QColor chip(const QColor& letter) const;
+
     static const Theme& light();
     static const Theme& dark();
     /// The theme in force. Widgets hear of a change as QEvent::PaletteChange.
     static const Theme& current();
-    /// Puts a theme in force: palette and style sheet of the whole application.
+    /// Puts a theme in force: palette and style of the whole application.
     static void apply(const Theme& theme, QApplication& application);
 
     /// The application's font at a size relative to the ordinary one, in points.

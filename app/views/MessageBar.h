@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+
+namespace plovik {
+
+/// A quiet bar under the toolbar with a sentence that can be selected; hidden while it has none. Main thread.
+class MessageBar : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Dismissal { never, byUser };
+
+    /// `name` is the accessible name of the sentence.
+    MessageBar(const QString& name, Dismissal dismissal, QWidget* parent = nullptr);
+
+    /// Shows the bar with `text`, or hides it for an empty one.
+    void setText(const QString& text);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void applyTheme();
+
+    QLabel* label_;
+};
+
+} // namespace plovik

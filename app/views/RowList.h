@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QListView>
+
+namespace plovik {
+
+/// A list of equally high rows that scrolls by pixel and draws no frame of its own. Main thread.
+class RowList : public QListView {
+    Q_OBJECT
+
+public:
+    /// `name` is the list's accessible name.
+    explicit RowList(const QString& name, QWidget* parent = nullptr);
+};
+
+} // namespace plovik
