@@ -1,0 +1,143 @@
+#include "app/views/Toolbar.h"
+
+#include "app/views/BarButton.h"
+#include "app/views/ShownText.h"
+#include "app/views/Spinner.h"
+#include "app/views/Theme.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr int toolbarHeight = 44;
+constexpr int groupGap = 22;
+
+QLabel* makeLabel(QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+} // namespace
+
+Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), project_(makeLabel(this)), branch_(makeLabel(this)), activity_(makeLabel(this)),
+      spinner_(new Spinner(this))
+{
+    setMinimumHeight(toolbarHeight);
+    project_->setText(shownText(store.root().filename().native()));
+    project_->setToolTip(shownText(store.root().native()));
+    activity_->setAccessibleName(u"Activity"_s);
+    // A long branch name gives way to the buttons.
+    branch_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
+    branch_->setMinimumWidth(24);
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(12, 0, 12, 1);
+    row->setSpacing(6);
+    row->addWidget(project_);
+    row->addSpacing(3);
+    row->addWidget(branch_);
+    row->addSpacing(groupGap - 4);
+    makeButtons(*row);
+    row->addStretch(1);
+    row->addWidget(spinner_);
+    row->addWidget(activity_);
+
+    notifiers_.push_back(store.status.addNotifier([this] { statusChanged(); }));
+    notifiers_.push_back(store.activity.addNotifier([this] { activityChanged(); }));
+    applyTheme();
+    statusChanged();
+    activityChanged();
+}
+
+void Toolbar::makeButtons(QHBoxLayout& row)
+{
+    struct Button {
+        QString title;
+        void (Toolbar::*signal)();
+    };
+    for (const Button& button : {Button{u"Fetch"_s, &Toolbar::fetchRequested},
+                                 {u"Pull"_s, &Toolbar::pullRequested},
+                                 {u"Push"_s, &Toolbar::pushRequested},
+                                 {u"Branch"_s, &Toolbar::branchRequested},
+                                 {u"Stash"_s, &Toolbar::stashRequested}})
+    {
+        auto* made = new BarButton(button.title, this);
+        connect(made, &BarButton::clicked, this, button.signal);
+        if (button.signal == &Toolbar::branchRequested)
+            row.addSpacing(groupGap - 6);
+        row.addWidget(made);
+        buttons_.push_back(made);
+    }
+    pull_ = buttons_[1];
+    push_ = buttons_[2];
+}
+
+void Toolbar::setActionsAvailable(bool available)
+{
+    actionsAvailable_ = available;
+    updateButtons();
+}
+
+void Toolbar::updateButtons()
+{
+    // While an action runs the store would drop another one.
+    const bool isEnabled = actionsAvailable_ && !store_.activity.value();
+    for (BarButton* button : buttons_)
+        button->setEnabled(isEnabled);
+}
+
+void Toolbar::statusChanged()
+{
+    const gitkit::RepoStatus& status = store_.status.value();
+    const QString head = store_.headDescription();
+    branch_->setText(head);
+    branch_->setToolTip(head);
+    pull_->setBadge(status.behind > 0 ? u"↓%1"_s.arg(status.behind) : QString());
+    push_->setBadge(status.ahead > 0 ? u"↑%1"_s.arg(status.ahead) : QString());
+}
+
+void Toolbar::activityChanged()
+{
+    const QString text = store_.activity.value().value_or(QString());
+    activity_->setText(text);
+    activity_->setAccessibleDescription(text);
+    spinner_->setVisible(!text.isEmpty());
+    updateButtons();
+}
+
+void Toolbar::applyTheme()
+{
+    project_->setFont(Theme::font(0, QFont::Bold));
+    QPalette quiet;
+    quiet.setColor(QPalette::WindowText, Theme::current().secondaryText);
+    branch_->setPalette(quiet);
+    activity_->setPalette(quiet);
+}
+
+void Toolbar::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void Toolbar::paintEvent(QPaintEvent* event)
+{
+    Q_UNUSED(event)
+    const Theme& theme = Theme::current();
+    QPainter painter(this);
+    painter.fillRect(rect(), theme.bars);
+    painter.fillRect(QRect(0, height() - 1, width(), 1), theme.separator);
+}
+
+} // namespace plovik

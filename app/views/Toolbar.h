@@ -1,0 +1,60 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QProperty>
+#include <QWidget>
+
+#include <vector>
+
+class QHBoxLayout;
+class QLabel;
+
+namespace plovik {
+
+class BarButton;
+class Spinner;
+
+/// The row at the top of the repository window: what is open, what can be done with its remotes, and what is going on.
+/// Main thread.
+class Toolbar : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the toolbar.
+    explicit Toolbar(RepositoryStore& store, QWidget* parent = nullptr);
+
+    /// Whether somebody answers the signals; until then the buttons are disabled.
+    void setActionsAvailable(bool available);
+
+Q_SIGNALS:
+    void fetchRequested();
+    void pullRequested();
+    void pushRequested();
+    void branchRequested();
+    void stashRequested();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void makeButtons(QHBoxLayout& row);
+    void applyTheme();
+    void statusChanged();
+    void activityChanged();
+    void updateButtons();
+
+    RepositoryStore& store_;
+    QLabel* project_;
+    QLabel* branch_;
+    QLabel* activity_;
+    Spinner* spinner_;
+    std::vector<BarButton*> buttons_;
+    BarButton* pull_ = nullptr;
+    BarButton* push_ = nullptr;
+    bool actionsAvailable_ = false;
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik

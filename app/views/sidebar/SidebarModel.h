@@ -1,0 +1,105 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+#include "app/store/SidebarItem.h"
+
+#include <QAbstractItemModel>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace plovik {
+
+/// The tree of the sidebar: the three fixed items, then a group each for branches, remotes and tags with a folder for
+/// every prefix that at least two refs share. Groups without refs are absent.
+///
+/// Holds positions in the store's lists, never copies of them: whoever observes the store must call rebuild() as soon
+/// as a list changes. Texts are made when they are asked for, so that a row costs nothing before it is seen. Main
+/// thread.
+class SidebarModel : public QAbstractItemModel {
+    Q_OBJECT
+
+public:
+    enum class Kind { workingCopy, history, stashes, branches, remotes, tags, folder, ref, nothingFound };
+
+    /// `store` outlives the model.
+    explicit SidebarModel(const RepositoryStore& store, QObject* parent = nullptr);
+
+    /// Reads the store's lists again and resets the model.
+    void rebuild();
+    /// Announces that the fixed items' counts may have changed.
+    void countsChanged();
+
+    /// Keeps only the refs whose names hold `text`, in any case. Resets the model.
+    void setFilter(const QString& text);
+    bool isFiltered() const { return !filter_.isEmpty(); }
+
+    Kind kind(const QModelIndex& index) const { return node(index).kind; }
+    /// The distance of a row from the left edge, in levels: 0 for fixed items and groups.
+    int depth(const QModelIndex& index) const { return node(index).depth; }
+    bool isContainer(const QModelIndex& index) const { return hasChildren(index); }
+    /// The number of refs at and below a row, or what a fixed item counts.
+    int count(const QModelIndex& index) const;
+    /// The ref of a row; none for other rows.
+    const gitkit::GitRef* ref(const QModelIndex& index) const;
+    /// Whether the ref's upstream is named but not there.
+    bool isUpstreamGone(const QModelIndex& index) const { return node(index).upstreamGone; }
+    /// What the row stands for, when it can be selected.
+    std::optional<SidebarItem> item(const QModelIndex& index) const;
+    QModelIndex indexOf(const SidebarItem& item) const;
+
+    /// Names a row across rebuilds.
+    std::string key(const QModelIndex& index) const;
+    /// All rows that have children.
+    std::vector<QModelIndex> containers() const;
+    /// The row of that key; invalid when there is none any more.
+    QModelIndex indexOfKey(const std::string& key) const;
+
+    QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+    QModelIndex parent(const QModelIndex& child) const override;
+    using QObject::parent;
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    bool hasChildren(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    /// Children stand one after another, so that a node needs only its first child and their number.
+    struct Node {
+        Kind kind = Kind::history;
+        int parent = -1;
+        int row = 0;
+        int depth = 0;
+        int firstChild = 0;
+        int childCount = 0;
+        int refCount = 0;
+        const gitkit::GitRef* ref = nullptr; ///< its own, or for a folder the first below it
+        std::size_t nameStart = 0;           ///< where the shown part of the ref's name begins
+        std::size_t nameEnd = std::string::npos;
+        bool upstreamGone = false;
+    };
+    /// A ref on its way into the tree.
+    using Refs = std::vector<const gitkit::GitRef*>;
+
+    const Node& node(const QModelIndex& index) const { return nodes_[static_cast<std::size_t>(index.internalId())]; }
+    QModelIndex indexOfNode(int id) const;
+    int addNode(Node node);
+    Refs matching(const std::vector<gitkit::GitRef>& refs) const;
+    std::size_t prefixLength(Kind group, const gitkit::GitRef& ref, std::size_t start, bool isGroup) const;
+    void fill(int parent, Kind group, const Refs& refs, std::size_t nameStart);
+    void markGoneUpstreams();
+    void rebuildNodes();
+
+    QString label(const Node& node) const;
+    QString accessibleName(const Node& node) const;
+    QString toolTip(const Node& node) const;
+
+    const RepositoryStore& store_;
+    QString filter_;
+    std::vector<Node> nodes_;
+    int rootCount_ = 0;
+};
+
+} // namespace plovik

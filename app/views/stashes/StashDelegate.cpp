@@ -1,0 +1,41 @@
+#include "app/views/stashes/StashDelegate.h"
+
+#include "app/views/RowPainting.h"
+#include "app/views/Theme.h"
+#include "app/views/stashes/StashesModel.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace plovik {
+
+namespace {
+
+constexpr int rowInset = 6;
+constexpr int textInset = 16;
+constexpr int gap = 12;
+
+} // namespace
+
+void StashDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const auto& model = static_cast<const StashesModel&>(*index.model());
+    const Theme& theme = Theme::current();
+    paintRowBackground(*painter, option.rect, option, rowInset);
+    const QRect inner = option.rect.adjusted(textInset, 0, -textInset, 0);
+    const QFont small = Theme::font(-1);
+    const QString date = shownDate(model.stash(index));
+    paintText(*painter, inner, date, small, theme.secondaryText, Qt::AlignRight, Qt::ElideNone);
+    paintText(*painter, inner.adjusted(0, 0, -textWidth(date, small) - gap, 0), index.data().toString(), option.font,
+              theme.text);
+}
+
+QSize StashDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    Q_UNUSED(index)
+    return {textInset * 2, std::max(listRowHeight, QFontMetrics(option.font).height() + 8)};
+}
+
+} // namespace plovik

@@ -1,0 +1,59 @@
+#include "app/views/stashes/StashesModel.h"
+
+#include "app/views/ShownText.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <algorithm>
+
+namespace plovik {
+
+QString shownDate(const gitkit::Stash& stash)
+{
+    const QDateTime date = QDateTime::fromSecsSinceEpoch(stash.date.time_since_epoch().count());
+    return QLocale().toString(date, QLocale::ShortFormat);
+}
+
+StashesModel::StashesModel(const RepositoryStore& store, QObject* parent)
+    : QAbstractListModel(parent), store_(store), rowCount_(static_cast<int>(stashes().size()))
+{}
+
+void StashesModel::rebuild()
+{
+    beginResetModel();
+    rowCount_ = static_cast<int>(stashes().size());
+    endResetModel();
+}
+
+const gitkit::Stash& StashesModel::stash(const QModelIndex& index) const
+{
+    return stashes().at(static_cast<std::size_t>(index.row()));
+}
+
+QModelIndex StashesModel::indexOf(const std::string& hash) const
+{
+    const auto found = std::ranges::find(stashes(), hash, &gitkit::Stash::hash);
+    return found == stashes().end() ? QModelIndex() : index(static_cast<int>(found - stashes().begin()));
+}
+
+int StashesModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rowCount_; }
+
+QVariant StashesModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid() || static_cast<std::size_t>(index.row()) >= stashes().size())
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+        return shownText(stash(index).message);
+    case Qt::AccessibleDescriptionRole:
+        return shownDate(stash(index));
+    case Qt::ToolTipRole:
+        return shownText(stash(index).ref);
+    default:
+        return {};
+    }
+}
+
+} // namespace plovik

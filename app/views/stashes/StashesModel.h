@@ -1,0 +1,36 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QAbstractListModel>
+
+namespace plovik {
+
+/// The store's stashes, one row each, newest first as git has them. Holds no copy: whoever observes the store must call
+/// rebuild() as soon as the stashes change. Main thread.
+class StashesModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the model.
+    explicit StashesModel(const RepositoryStore& store, QObject* parent = nullptr);
+
+    void rebuild();
+
+    const gitkit::Stash& stash(const QModelIndex& index) const;
+    QModelIndex indexOf(const std::string& hash) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+private:
+    const std::vector<gitkit::Stash>& stashes() const { return store_.stashes.value(); }
+
+    const RepositoryStore& store_;
+    int rowCount_ = 0;
+};
+
+/// A stash's date as the desktop's language writes it, short.
+QString shownDate(const gitkit::Stash& stash);
+
+} // namespace plovik

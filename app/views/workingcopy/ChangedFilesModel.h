@@ -1,0 +1,43 @@
+#pragma once
+
+#include "GitKit/records/FileChange.h"
+#include "app/store/RepositoryStore.h"
+
+#include <QAbstractListModel>
+
+#include <string>
+
+namespace plovik {
+
+/// The changed files of the store's status, one row each, in its order. Holds no copy of them: whoever observes the
+/// store must call rebuild() as soon as the status changes. Main thread.
+class ChangedFilesModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the model.
+    explicit ChangedFilesModel(const RepositoryStore& store, QObject* parent = nullptr);
+
+    /// Takes over the status: as changed rows where the paths are the same, as a reset where they are not.
+    void rebuild();
+
+    const gitkit::FileChange& file(const QModelIndex& index) const;
+    QModelIndex indexOf(const std::string& path) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+private:
+    const std::vector<gitkit::FileChange>& files() const { return store_.status.value().files; }
+
+    const RepositoryStore& store_;
+    /// Tells a list of other files from a change in the same ones, for the old list is gone when the new one is
+    /// announced.
+    std::size_t pathsHash_ = 0;
+    int rowCount_ = 0;
+};
+
+/// A changed file's path to look at; a rename's is "old → new".
+QString shownPath(const gitkit::FileChange& file);
+
+} // namespace plovik
