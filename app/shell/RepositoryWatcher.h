@@ -1,0 +1,66 @@
+#pragma once
+
+#include "app/platform/FileEvents.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace plovik {
+
+/// What the watcher asks git. Called on the watching thread, so they must own all that they use; they may block and
+/// throw. `workingTree` is the watched one or one that is nested in it. Folders are relative to it, as git prints them.
+struct WatcherGit {
+    using Path = std::filesystem::path;
+    using Names = std::vector<std::string>;
+
+    /// The git directories of the working tree, which may lie outside of it.
+    std::function<std::vector<Path>(const Path& workingTree)> directories;
+    /// The folders whose whole content git ignores.
+    std::function<Names(const Path& workingTree)> ignoredFolders;
+    /// Those of `folders` that git ignores.
+    std::function<Names(const Path& workingTree, const Names& folders)> ignoredAmong;
+
+    /// The user's git.
+    static WatcherGit installed();
+};
+
+struct WatcherCallbacks {
+    std::function<void(bool gitDirectoryChanged)> onChange;
+    /// Once, when everything is watched.
+    std::function<void()> onWatching = {};
+    /// Once, when the system refuses to watch more folders: changes may go unseen from here on.
+    std::function<void()> onLimitReached = {};
+};
+
+/// Tells when a repository changes, and whether its git directory did: the working tree with its git directories,
+/// without what cannot change what a window shows (git's objects, folders that git ignores).
+///
+/// Owned by the repository's window and used on the main thread, where the callbacks come. Nothing is reported when the
+/// watching cannot be set up. Callbacks may destroy the watcher.
+class RepositoryWatcher {
+public:
+    RepositoryWatcher(const std::filesystem::path& topLevel, WatcherGit git, WatcherCallbacks callbacks,
+                      FileEventLimits limits = {});
+
+    /// No callback is called from here on.
+    void stop() { events_.stop(); }
+
+private:
+    FileEvents events_;
+};
+
+/// Whether a change of the absolute `path` is a change of a git directory: one of `gitDirectories`, or any named
+/// ".git".
+bool isInGitDirectory(std::string_view path, std::span<const std::string> gitDirectories);
+
+/// What a batch of absolute paths amounts to: whether a git directory changed, none when nothing did but git's lock
+/// files.
+std::optional<bool> gitDirectoryChanged(std::span<const std::string> paths,
+                                        std::span<const std::string> gitDirectories);
+
+} // namespace plovik

@@ -1,0 +1,20 @@
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char** argv)
+{
+    // No display, no session bus and no settings but those that a test makes.
+    QTemporaryDir home;
+    for (const char* folder : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
+        qputenv(folder, home.path().toLocal8Bit());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
