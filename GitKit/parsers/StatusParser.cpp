@@ -42,7 +42,8 @@ template <std::size_t Count>
 std::optional<FileChange> parseEntry(std::string_view record)
 {
     const auto fields = splitFields<Count>(record, ' ');
-    if (!fields)
+    // To git an empty path may mean everything.
+    if (!fields || fields->back().empty())
         return std::nullopt;
     const std::string_view letters = (*fields)[1];
     FileChange change;
@@ -69,7 +70,7 @@ std::optional<FileChange> parseRecord(std::string_view record, Pieces& following
             change->isConflicted = true;
         return change;
     }
-    if (type == "? ")
+    if (type == "? " && record.size() > type.size())
         return FileChange{.path = std::string(record.substr(2)), .originalPath = {}, .index = '?', .worktree = '?'};
     return std::nullopt;
 }

@@ -81,7 +81,6 @@ constexpr auto settings = std::to_array<ConfigurationPin>({
     {"apply.ignoreWhitespace", "no", "a patch applies exactly or not at all"},
 
     // The shape of a status.
-    {"status.aheadBehind", "true", "ahead and behind are numbers"},
     {"status.renames", "true", "renames are shown, copies are not guessed"},
     {"status.showStash", "false", "stashes are listed elsewhere"},
 

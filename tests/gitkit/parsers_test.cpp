@@ -53,6 +53,8 @@ TEST(StatusParser, ReadsEveryKindOfRecord)
             "u UU N... 1 2 3 4 h1 h2 h3 conflict",
             "? new\nline",
             "! ignored",
+            "? ",
+            "1 M." + objects + " ",
             "nonsense",
         },
         '\0'));

@@ -1,0 +1,16 @@
+#include "GitKit/parsers/RefParser.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    for (const auto& ref : gitkit::RefParser::parse(bytes)) {
+        if (!ref.fullName.ends_with(ref.name) || ref.ahead < 0 || ref.behind < 0)
+            std::abort();
+    }
+    return 0;
+}
