@@ -1,0 +1,48 @@
+#include "app/settings/RecentRepositories.h"
+
+#include "app/settings/Settings.h"
+
+#include <QStringList>
+
+namespace plovik::recentRepositories {
+
+namespace {
+
+const QString listKey = QStringLiteral("recentRepositories");
+constexpr qsizetype mostKept = 25;
+
+// A settings file holds text while a path is any bytes: what is not plain is percent-encoded, so that nothing is lost.
+QString encoded(const std::filesystem::path& path)
+{
+    return QString::fromLatin1(QByteArray::fromStdString(path.string()).toPercentEncoding("/ !'()*,;:@&=+$#[]"));
+}
+
+std::filesystem::path decoded(const QString& stored)
+{
+    return QByteArray::fromPercentEncoding(stored.toLatin1()).toStdString();
+}
+
+} // namespace
+
+void add(const std::filesystem::path& root)
+{
+    QStringList list = Settings::shared().value(listKey).toStringList();
+    const QString entry = encoded(root);
+    list.removeAll(entry);
+    list.prepend(entry);
+    Settings::shared().set(listKey, QStringList(list.mid(0, mostKept)));
+}
+
+std::vector<std::filesystem::path> all()
+{
+    std::vector<std::filesystem::path> found;
+    for (const QString& entry : Settings::shared().value(listKey).toStringList()) {
+        std::filesystem::path path = decoded(entry);
+        std::error_code ignored;
+        if (std::filesystem::exists(path, ignored))
+            found.push_back(std::move(path));
+    }
+    return found;
+}
+
+} // namespace plovik::recentRepositories

@@ -1,0 +1,297 @@
+#include "app/shell/AppDelegate.h"
+
+#include "GitKit/GitRepository.h"
+#include "GitKit/runner/GitError.h"
+#include "app/settings/RecentRepositories.h"
+#include "app/settings/WelcomeView.h"
+#include "app/shell/RepositoryWindow.h"
+#include "app/views/Theme.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QStyle>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace plovik {
+
+namespace {
+
+// Open requests that arrive with the launch win over the welcome window.
+constexpr std::chrono::milliseconds welcomeDelay{300};
+
+QString shown(const std::string& bytes)
+{
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+QString nameOf(const std::filesystem::path& folder)
+{
+    const std::string name =
+        folder.has_filename() ? folder.filename().string() : folder.parent_path().filename().string();
+    return shown(name.empty() ? folder.string() : name);
+}
+
+void bringToFront(QWidget* window)
+{
+    if (window->isMinimized())
+        window->showNormal();
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+/// An alert that blocks nothing; its accessible name is its title.
+QMessageBox* alert(const QString& title, const QString& detail, QWidget* parent)
+{
+    auto* const box = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::Ok, parent);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(detail);
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    box->setAccessibleName(title);
+    return box;
+}
+
+/// Whether git looked and found no working tree, rather than failing to look.
+bool saysNoRepository(const std::exception& failure)
+{
+    const auto* const refusal = dynamic_cast<const gitkit::GitError*>(&failure);
+    if (!refusal)
+        return false;
+    const std::string& message = refusal->message();
+    return message.find("not a git repository") != std::string::npos ||
+           message.find("Not a git working tree") != std::string::npos;
+}
+
+bool saysBare(const std::exception& failure)
+{
+    return std::string_view(failure.what()).find("must be run in a work tree") != std::string_view::npos;
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options))
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+    applyAppearance();
+}
+
+AppDelegate::~AppDelegate()
+{
+    // Closing removes a window from the map.
+    const std::vector<QWidget*> open = windows();
+    for (QWidget* window : open)
+        delete window;
+}
+
+void AppDelegate::finishLaunching()
+{
+    if (!options_.folders.empty()) {
+        open(options_.folders);
+        return;
+    }
+    QTimer::singleShot(welcomeDelay, this, [this] {
+        if (!receivedOpenRequest_ && repositoryWindows_.empty())
+            showWelcome();
+    });
+}
+
+void AppDelegate::open(const std::vector<std::filesystem::path>& folders)
+{
+    receivedOpenRequest_ = true;
+    for (const std::filesystem::path& folder : folders)
+        launch(openRepository(folder));
+}
+
+void AppDelegate::reopen()
+{
+    const std::vector<QWidget*> all = windows();
+    const auto visible = std::ranges::find_if(all, &QWidget::isVisible);
+    if (visible == all.end())
+        showWelcome();
+    else
+        bringToFront(currentWindow() ? static_cast<QWidget*>(currentWindow()) : *visible);
+}
+
+QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder)
+{
+    try {
+        const std::filesystem::path root = co_await BlockingCall<std::filesystem::path>(
+            Worker::pool(), Worker::Lane::local, alive_, std::bind_front(&gitkit::GitRepository::topLevel, folder));
+        showRepository(root);
+    } catch (const std::exception& failure) {
+        reportUnopenable(folder, failure);
+    }
+}
+
+void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const std::exception& failure)
+{
+    QString title = QStringLiteral("“%1” is not a git repository").arg(nameOf(folder));
+    QString detail = shown(folder.string());
+    if (saysBare(failure)) {
+        title = QStringLiteral("“%1” has no working tree").arg(nameOf(folder));
+        detail += QStringLiteral("\n\nIt is a bare repository or a folder of git's own. Plovik shows working trees.");
+    } else if (!saysNoRepository(failure)) {
+        title = QStringLiteral("“%1” could not be opened").arg(nameOf(folder));
+        detail += QStringLiteral("\n\n") + QString::fromUtf8(failure.what());
+    }
+    QMessageBox* const box = alert(title, detail, currentWindow());
+    connect(box, &QMessageBox::finished, this, [this] {
+        if (repositoryWindows_.empty())
+            showWelcome();
+    });
+    box->open();
+}
+
+void AppDelegate::showRepository(const std::filesystem::path& root)
+{
+    if (welcomeWindow_)
+        welcomeWindow_->close();
+    recentRepositories::add(root);
+    if (const auto found = repositoryWindows_.find(root.string()); found != repositoryWindows_.end()) {
+        bringToFront(found->second);
+        return;
+    }
+
+    auto* const window =
+        new RepositoryWindow(root, *this, [this, key = root.string()] { repositoryWindows_.erase(key); });
+    repositoryWindows_.emplace(root.string(), window);
+    if (options_.show)
+        window->show(*options_.show);
+    if (options_.size.isValid())
+        window->resize(options_.size);
+    Q_EMIT windowOpened(window);
+    bringToFront(window);
+}
+
+void AppDelegate::showWelcome()
+{
+    if (!welcomeWindow_) {
+        auto* const view = new WelcomeView([this](const std::filesystem::path& root) { launch(openRepository(root)); },
+                                           [this] { openDocument(); });
+        view->setWindowTitle(QStringLiteral("Plovik"));
+        view->setFixedSize(440, 480);
+        welcomeWindow_ = view;
+    }
+    bringToFront(welcomeWindow_);
+}
+
+RepositoryWindow* AppDelegate::currentWindow() const
+{
+    QWidget* const active = QApplication::activeWindow();
+    for (const auto& [key, window] : repositoryWindows_) {
+        if (window == active || (active && active->parentWidget() == window))
+            return window;
+    }
+    return nullptr;
+}
+
+RepositoryStore* AppDelegate::currentStore() const
+{
+    RepositoryWindow* const window = currentWindow();
+    return window ? &window->store() : nullptr;
+}
+
+std::vector<QWidget*> AppDelegate::windows() const
+{
+    std::vector<QWidget*> all;
+    for (const auto& [key, window] : repositoryWindows_)
+        all.push_back(window);
+    if (welcomeWindow_)
+        all.push_back(welcomeWindow_);
+    return all;
+}
+
+void AppDelegate::applyAppearance()
+{
+    AppAppearance wanted = options_.appearance.value_or(storedAppearance());
+    if (wanted == AppAppearance::system) {
+        const QColor background = QApplication::style()->standardPalette().color(QPalette::Window);
+        wanted = background.lightness() < 128 ? AppAppearance::dark : AppAppearance::light;
+    }
+    Theme::apply(wanted == AppAppearance::dark ? Theme::dark() : Theme::light(), *qApp);
+}
+
+void AppDelegate::openDocument()
+{
+    auto* const panel =
+        new QFileDialog(currentWindow(), QStringLiteral("Choose a git repository (any folder inside it works)"));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setFileMode(QFileDialog::Directory);
+    panel->setOption(QFileDialog::ShowDirsOnly);
+    panel->setLabelText(QFileDialog::Accept, QStringLiteral("Open"));
+    connect(panel, &QFileDialog::fileSelected, this,
+            [this](const QString& folder) { launch(openRepository(QFile::encodeName(folder).toStdString())); });
+    panel->open();
+}
+
+void AppDelegate::hideAll()
+{
+    for (QWidget* window : windows()) {
+        if (window->isVisible())
+            window->showMinimized();
+    }
+}
+
+void AppDelegate::showAll()
+{
+    for (QWidget* window : windows()) {
+        if (window->isMinimized())
+            window->showNormal();
+    }
+}
+
+void AppDelegate::quit()
+{
+    QApplication::closeAllWindows();
+    QApplication::quit();
+}
+
+void AppDelegate::about()
+{
+    auto* const box = new QMessageBox(QMessageBox::NoIcon, QStringLiteral("About Plovik"),
+                                      QStringLiteral("Plovik " PLOVIK_VERSION "\n\nA graphical git client."),
+                                      QMessageBox::Ok, currentWindow());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void AppDelegate::bringAllToFront()
+{
+    QWidget* const active = QApplication::activeWindow();
+    for (QWidget* window : windows()) {
+        if (window->isVisible() && window != active)
+            window->raise();
+    }
+    if (active)
+        active->raise();
+}
+
+void AppDelegate::refreshRepository()
+{
+    if (RepositoryStore* const store = currentStore())
+        store->refresh(RefreshScope::full);
+}
+
+void AppDelegate::showWorkingCopy()
+{
+    if (RepositoryWindow* const window = currentWindow())
+        window->show(SidebarItem::workingCopy());
+}
+
+void AppDelegate::showHistory()
+{
+    if (RepositoryWindow* const window = currentWindow())
+        window->show(SidebarItem::history());
+}
+
+void AppDelegate::showStashes()
+{
+    if (RepositoryWindow* const window = currentWindow())
+        window->show(SidebarItem::stashes());
+}
+
+} // namespace plovik

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "app/shell/LaunchOptions.h"
+#include "app/shell/MainMenu.h"
+#include "app/store/Await.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace plovik {
+
+class RepositoryStore;
+class RepositoryWindow;
+
+/// Owns every window and decides what opens: one window a repository, and the welcome window when there is none. Lives
+/// as long as the application, on the main thread.
+class AppDelegate : public QObject, public MenuTarget {
+    Q_OBJECT
+
+public:
+    explicit AppDelegate(LaunchOptions options);
+    ~AppDelegate() override;
+
+    /// Opens what the command line names, or the welcome window unless an open request arrives first.
+    void finishLaunching();
+
+    /// Another launch, or the desktop, asks for folders.
+    void open(const std::vector<std::filesystem::path>& folders);
+    /// Another launch without folders: brings a window.
+    void reopen();
+
+    /// Shows the repository that holds `folder`, or says why there is none.
+    QCoro::Task<> openRepository(std::filesystem::path folder);
+    /// Shows the window of a working tree's top level, a new one when there is none.
+    void showRepository(const std::filesystem::path& root);
+    void showWelcome();
+
+    /// The store of the repository window in front, if any.
+    RepositoryStore* currentStore() const;
+
+    void openDocument() override;
+    void hideAll() override;
+    void showAll() override;
+    void quit() override;
+    void about() override;
+    void bringAllToFront() override;
+    void refreshRepository() override;
+    void showWorkingCopy() override;
+    void showHistory() override;
+    void showStashes() override;
+
+Q_SIGNALS:
+    /// A repository window was created.
+    void windowOpened(RepositoryWindow* window);
+
+private:
+    RepositoryWindow* currentWindow() const;
+    std::vector<QWidget*> windows() const;
+    void applyAppearance();
+    void reportUnopenable(const std::filesystem::path& folder, const std::exception& failure);
+
+    LaunchOptions options_;
+    std::map<std::string, RepositoryWindow*> repositoryWindows_; ///< by top level, as bytes
+    QPointer<QWidget> welcomeWindow_;
+    bool receivedOpenRequest_ = false;
+    AliveToken alive_ = std::make_shared<const std::monostate>();
+};
+
+} // namespace plovik

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/settings/AppAppearance.h"
+#include "app/store/SidebarItem.h"
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace plovik {
+
+/// What the command line asks of the application.
+struct LaunchOptions {
+    std::vector<std::filesystem::path> folders; ///< absolute
+    std::optional<SidebarItem> show;            ///< the section that the windows open with
+    std::optional<AppAppearance> appearance;    ///< for this run, instead of the stored one
+    std::filesystem::path screenshot;           ///< a picture of the first window is written here; empty for none
+    QSize size;                                 ///< of the window, when it is valid
+};
+
+/// A command line that ends at once: what to print, and the exit status.
+struct LaunchAnswer {
+    std::string text;
+    int status = 0;
+};
+
+/// Reads the arguments after the program's name. Folders are taken relative to the current one.
+std::variant<LaunchOptions, LaunchAnswer> parseLaunchOptions(std::span<char* const> arguments);
+
+} // namespace plovik

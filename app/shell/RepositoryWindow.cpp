@@ -1,0 +1,119 @@
+#include "app/shell/RepositoryWindow.h"
+
+#include "app/shell/MainMenu.h"
+#include "app/shell/RepositoryWatcher.h"
+#include "app/shell/WindowFrames.h"
+#include "app/views/RepositoryView.h"
+
+#include <QCloseEvent>
+#include <QMenuBar>
+
+#include <utility>
+
+namespace plovik {
+
+namespace {
+
+constexpr QSize smallestSize{860, 520};
+// Dragging a window's edge would write the settings at every step.
+constexpr std::chrono::milliseconds frameSettles{300};
+
+} // namespace
+
+RepositoryWindow::RepositoryWindow(std::filesystem::path root, MenuTarget& menuTarget, std::function<void()> onClose)
+    : store_(std::make_unique<RepositoryStore>(std::move(root))), onClose_(std::move(onClose)),
+      view_(new RepositoryView(*store_, this))
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setMinimumSize(smallestSize);
+    setCentralWidget(view_);
+    mainMenu::build(*menuBar(), menuTarget);
+    windowFrames::restore(*this, this->root());
+
+    frameTimer_.setSingleShot(true);
+    connect(&frameTimer_, &QTimer::timeout, this, [this] { windowFrames::remember(*this, this->root()); });
+
+    notifiers_.push_back(store_->status.addNotifier([this] { updateTitle(); }));
+    updateTitle();
+
+    // The first read has the machine to itself; watching begins once it is on the screen.
+    notifiers_.push_back(store_->hasLoaded.addNotifier(
+        [this] { QMetaObject::invokeMethod(this, [this] { startWatching(); }, Qt::QueuedConnection); }));
+    store_->refresh(RefreshScope::full);
+}
+
+RepositoryWindow::~RepositoryWindow()
+{
+    notifiers_.clear();
+    // The views show the store until they are gone.
+    delete takeCentralWidget();
+}
+
+void RepositoryWindow::show(SidebarItem item)
+{
+    store_->selection = std::move(item);
+    store_->selectionChanged();
+}
+
+void RepositoryWindow::updateTitle()
+{
+    const QString folder = QString::fromStdString(root().filename().string());
+    const QString head = store_->headDescription();
+    setWindowTitle(head.isEmpty() ? folder : folder + QStringLiteral(" — ") + head);
+}
+
+void RepositoryWindow::startWatching()
+{
+    WatcherCallbacks callbacks;
+    callbacks.onChange = [this](bool gitDirectoryChanged) {
+        store_->refresh(gitDirectoryChanged ? RefreshScope::full : RefreshScope::status);
+    };
+    // What changed between the first read and this moment was not seen by either.
+    callbacks.onWatching = [this] { store_->refresh(RefreshScope::status); };
+    callbacks.onLimitReached = [this] {
+        view_->showNotice(
+            QStringLiteral("This repository has more folders than the system lets Plovik watch. Changes in "
+                           "some of them show when this window comes to the front."));
+    };
+    watcher_ = std::make_unique<RepositoryWatcher>(root(), WatcherGit::installed(), std::move(callbacks));
+}
+
+void RepositoryWindow::rememberFrameSoon()
+{
+    if (isVisible())
+        frameTimer_.start(frameSettles);
+}
+
+void RepositoryWindow::changeEvent(QEvent* event)
+{
+    // Coming to the front catches what no watcher saw. The first load is under way when the window first comes there.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && store_->hasLoaded.value())
+        store_->refresh(RefreshScope::full);
+    QMainWindow::changeEvent(event);
+}
+
+void RepositoryWindow::resizeEvent(QResizeEvent* event)
+{
+    rememberFrameSoon();
+    QMainWindow::resizeEvent(event);
+}
+
+void RepositoryWindow::moveEvent(QMoveEvent* event)
+{
+    rememberFrameSoon();
+    QMainWindow::moveEvent(event);
+}
+
+void RepositoryWindow::closeEvent(QCloseEvent* event)
+{
+    if (frameTimer_.isActive())
+        windowFrames::remember(*this, root());
+    frameTimer_.stop();
+    if (watcher_)
+        watcher_->stop();
+    if (const std::function<void()> closed = std::exchange(onClose_, nullptr))
+        closed();
+    QMainWindow::closeEvent(event);
+}
+
+} // namespace plovik

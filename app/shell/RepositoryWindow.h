@@ -1,0 +1,55 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QMainWindow>
+#include <QPropertyNotifier>
+#include <QTimer>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace plovik {
+
+class MenuTarget;
+class RepositoryView;
+class RepositoryWatcher;
+
+/// The window of one repository. Owns its store and its watcher; deletes itself when it is closed, after calling
+/// `onClose`.
+class RepositoryWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    RepositoryWindow(std::filesystem::path root, MenuTarget& menuTarget, std::function<void()> onClose);
+    ~RepositoryWindow() override;
+
+    RepositoryStore& store() { return *store_; }
+    const std::filesystem::path& root() const { return store_->root(); }
+
+    /// Shows another section of the repository.
+    void show(SidebarItem item);
+    using QMainWindow::show;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void updateTitle();
+    void startWatching();
+    void rememberFrameSoon();
+
+    std::unique_ptr<RepositoryStore> store_;
+    std::function<void()> onClose_;
+    RepositoryView* view_;
+    std::unique_ptr<RepositoryWatcher> watcher_;
+    QTimer frameTimer_;
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik

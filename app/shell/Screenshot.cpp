@@ -1,0 +1,38 @@
+#include "app/shell/Screenshot.h"
+
+#include "app/shell/RepositoryWindow.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QPixmap>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace plovik {
+
+namespace {
+
+// What the views load by themselves once the store is full: a commit's message, a diff.
+constexpr std::chrono::milliseconds detailsSettle{700};
+
+} // namespace
+
+Screenshot::Screenshot(RepositoryWindow& window, std::filesystem::path file, QObject* parent)
+    : QObject(parent), window_(window), file_(std::move(file)), loaded_(window.store().hasLoaded.addNotifier([this] {
+          if (window_.store().selection.value().showsHistory())
+              window_.store().moveCommitSelection(0);
+          QTimer::singleShot(detailsSettle, this, [this] { take(); });
+      }))
+{}
+
+void Screenshot::take()
+{
+    QFile out(QFile::decodeName(QByteArray::fromStdString(file_.string())));
+    const bool written = out.open(QIODevice::WriteOnly) && window_.grab().save(&out, "PNG");
+    if (!written)
+        std::fprintf(stderr, "plovik-app: the picture could not be written to %s\n", file_.c_str());
+    QApplication::exit(written ? 0 : 1);
+}
+
+} // namespace plovik

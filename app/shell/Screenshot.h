@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+#include <QPropertyNotifier>
+
+#include <filesystem>
+
+namespace plovik {
+
+class RepositoryWindow;
+
+/// Writes a picture of a window once its repository has been read and shown, and then quits the application: with
+/// status 0, or with 1 and a sentence on standard error when the file cannot be written.
+class Screenshot : public QObject {
+    Q_OBJECT
+
+public:
+    /// `window` outlives this object.
+    Screenshot(RepositoryWindow& window, std::filesystem::path file, QObject* parent);
+
+private:
+    void take();
+
+    RepositoryWindow& window_;
+    std::filesystem::path file_;
+    QPropertyNotifier loaded_;
+};
+
+} // namespace plovik

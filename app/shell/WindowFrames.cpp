@@ -1,0 +1,96 @@
+#include "app/shell/WindowFrames.h"
+
+#include "app/settings/Settings.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStringList>
+#include <QWidget>
+
+namespace plovik::windowFrames {
+
+namespace {
+
+constexpr QSize ordinarySize{1240, 780};
+constexpr QPoint cascade{24, 24};
+
+QString keyFor(const std::filesystem::path& root)
+{
+    // Slashes would become groups of the settings file.
+    const QByteArray path = QByteArray::fromStdString(root.string()).toPercentEncoding(" ");
+    return QStringLiteral("windowFrames/Repository ") + QString::fromLatin1(path);
+}
+
+bool reachable(const QRect& frame)
+{
+    // The title bar must be where a pointer can take hold of it.
+    const QRect grip(frame.left(), frame.top(), frame.width(), 24);
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const QRect seen = screen->availableGeometry() & grip;
+        if (seen.width() >= 80 && seen.height() >= 8)
+            return true;
+    }
+    return false;
+}
+
+std::optional<QRect> storedFrame(const std::filesystem::path& root)
+{
+    Settings& stored = Settings::shared();
+    if (const auto own = frame(stored.value(keyFor(root)).toString()); own && reachable(*own))
+        return own;
+    if (const auto last = frame(stored.value(settings::lastRepositoryWindowFrame))) {
+        const QRect beside = last->translated(cascade);
+        if (reachable(beside))
+            return beside;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+QString text(const QRect& frame)
+{
+    return QStringLiteral("%1 %2 %3 %4").arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height());
+}
+
+std::optional<QRect> frame(const QString& text)
+{
+    const QStringList parts = text.split(u' ', Qt::SkipEmptyParts);
+    if (parts.size() != 4)
+        return std::nullopt;
+    int numbers[4];
+    for (qsizetype i = 0; i < 4; ++i) {
+        bool readable = false;
+        numbers[i] = parts[i].toInt(&readable);
+        if (!readable || qAbs(numbers[i]) > 100'000)
+            return std::nullopt;
+    }
+    const QRect rect(numbers[0], numbers[1], numbers[2], numbers[3]);
+    return rect.isEmpty() ? std::nullopt : std::optional(rect);
+}
+
+void restore(QWidget& window, const std::filesystem::path& root)
+{
+    if (const std::optional<QRect> stored = storedFrame(root)) {
+        window.setGeometry(*stored);
+        return;
+    }
+    window.resize(ordinarySize);
+    if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+        const QRect available = screen->availableGeometry();
+        window.resize(ordinarySize.boundedTo(available.size()).expandedTo(window.minimumSize()));
+        window.move(available.center() - QPoint(window.width() / 2, window.height() / 2));
+    }
+}
+
+void remember(const QWidget& window, const std::filesystem::path& root)
+{
+    // A maximised window comes back at its ordinary size.
+    if (window.isMinimized() || window.isMaximized() || window.isFullScreen())
+        return;
+    const QString now = text(window.geometry());
+    Settings::shared().set(keyFor(root), now);
+    Settings::shared().set(settings::lastRepositoryWindowFrame, now);
+}
+
+} // namespace plovik::windowFrames

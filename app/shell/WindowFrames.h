@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+#include <filesystem>
+#include <optional>
+
+class QWidget;
+
+namespace plovik::windowFrames {
+
+/// "x y width height" and back. Nothing for text that is no rectangle of a positive size.
+QString text(const QRect& frame);
+std::optional<QRect> frame(const QString& text);
+
+/// Puts a new repository window where the repository's window was last, or beside the last used window, or in the
+/// middle of the screen at 1240 × 780. Never where no screen is.
+void restore(QWidget& window, const std::filesystem::path& root);
+
+/// Remembers where the window is, for its repository and as the last used one.
+void remember(const QWidget& window, const std::filesystem::path& root);
+
+} // namespace plovik::windowFrames
