@@ -1,4 +1,61 @@
-int main()
+#include "app/shell/AppDelegate.h"
+#include "app/shell/LaunchOptions.h"
+#include "app/shell/RepositoryWindow.h"
+#include "app/shell/Screenshot.h"
+#include "app/shell/SingleInstance.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
+#include <span>
+
+namespace {
+
+/// The application proper: returns when it was quit.
+int runApplication(QApplication& application, plovik::LaunchOptions options)
 {
-    return 0;
+    using namespace plovik;
+    const std::filesystem::path screenshot = options.screenshot;
+    SingleInstance instance;
+    if (screenshot.empty() && instance.handOver(options.folders))
+        return 0;
+
+    AppDelegate delegate(std::move(options));
+    if (screenshot.empty()) {
+        instance.listen({.open = [&delegate](const auto& folders) { delegate.open(folders); },
+                         .activate = [&delegate] { delegate.reopen(); }});
+    } else {
+        QObject::connect(&delegate, &AppDelegate::windowOpened, &delegate,
+                         [&](RepositoryWindow* window) { new Screenshot(*window, screenshot, &delegate); });
+    }
+    delegate.finishLaunching();
+    return application.exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::span<char* const> arguments(argv + 1, argv + argc);
+    auto parsed = plovik::parseLaunchOptions(arguments);
+    if (const auto* const answer = std::get_if<plovik::LaunchAnswer>(&parsed)) {
+        std::fputs(answer->text.c_str(), answer->status == 0 ? stdout : stderr);
+        return answer->status;
+    }
+    auto& options = std::get<plovik::LaunchOptions>(parsed);
+    if (!options.screenshot.empty())
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    // Qt takes its own arguments out of the list; the rest has been read.
+    int ownArgument = 1;
+    QApplication application(ownArgument, argv);
+    QApplication::setApplicationName(QStringLiteral("Plovik"));
+    QApplication::setDesktopFileName(QStringLiteral("app.plovik.Plovik"));
+    QApplication::setApplicationVersion(QStringLiteral(PLOVIK_VERSION));
+
+    const int status = runApplication(application, std::move(options));
+    std::fflush(nullptr);
+    // Quitting waits for no git process, and so for no thread that waits for one.
+    std::_Exit(status);
 }

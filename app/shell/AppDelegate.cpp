@@ -5,6 +5,7 @@
 #include "app/settings/RecentRepositories.h"
 #include "app/settings/WelcomeView.h"
 #include "app/shell/RepositoryWindow.h"
+#include "app/shell/WindowFrames.h"
 #include "app/views/Theme.h"
 
 #include <QApplication>
@@ -161,8 +162,9 @@ void AppDelegate::showRepository(const std::filesystem::path& root)
     repositoryWindows_.emplace(root.string(), window);
     if (options_.show)
         window->show(*options_.show);
-    if (options_.size.isValid())
-        window->resize(options_.size);
+    // A picture does not depend on the screen that is there, or is not.
+    if (options_.size.isValid() || !options_.screenshot.empty())
+        window->resize(options_.size.isValid() ? options_.size : windowFrames::ordinarySize);
     Q_EMIT windowOpened(window);
     bringToFront(window);
 }

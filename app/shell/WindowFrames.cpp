@@ -11,7 +11,6 @@ namespace plovik::windowFrames {
 
 namespace {
 
-constexpr QSize ordinarySize{1240, 780};
 constexpr QPoint cascade{24, 24};
 
 QString keyFor(const std::filesystem::path& root)

@@ -10,6 +10,8 @@ class QWidget;
 
 namespace plovik::windowFrames {
 
+inline constexpr QSize ordinarySize{1240, 780};
+
 /// "x y width height" and back. Nothing for text that is no rectangle of a positive size.
 QString text(const QRect& frame);
 std::optional<QRect> frame(const QString& text);
