@@ -1,0 +1,15 @@
+#pragma once
+
+#include "GitKit/records/Commit.h"
+#include "app/store/RepositoryStore.h"
+
+class QMenu;
+class QWidget;
+
+namespace plovik {
+
+/// What can be done with a commit of the list. The menu belongs to `parent`; its entries act through `store` on the
+/// commit as it was when the menu opened.
+QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWidget* parent);
+
+} // namespace plovik

@@ -1,0 +1,114 @@
+#include "app/views/history/HistoryView.h"
+
+#include "app/settings/Settings.h"
+#include "app/views/EmptyState.h"
+#include "app/views/SplitPane.h"
+#include "app/views/commit/CommitHeader.h"
+#include "app/views/history/HistoryList.h"
+#include "app/views/history/HistorySearchRow.h"
+
+#include <QPushButton>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double leastDetailHeight = 120;
+constexpr double leastListHeight = 140;
+
+} // namespace
+
+HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), searchRow_(new HistorySearchRow(store, this)), list_(new HistoryList(store)),
+      blank_(new QWidget), empty_(new EmptyState), clearSearch_(empty_->action(u"Clear Search"_s)),
+      pages_(new QStackedWidget(this))
+{
+    content_ = new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
+                             leastListHeight, list_, new CommitHeader(store));
+    blank_->setAutoFillBackground(true);
+    blank_->setBackgroundRole(QPalette::Base);
+    for (QWidget* page : {content_, blank_, static_cast<QWidget*>(empty_)})
+        pages_->addWidget(page);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(searchRow_);
+    column->addWidget(pages_, 1);
+
+    connect(searchRow_, &HistorySearchRow::finished, this, &HistoryView::focusList);
+    connect(list_, &HistoryList::moreWanted, this, &HistoryView::growPage);
+    connect(clearSearch_, &QPushButton::clicked, searchRow_, &HistorySearchRow::clearSearch);
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, this, &HistoryView::focusSearch);
+    setFocusProxy(list_);
+    observe();
+    showPage();
+}
+
+void HistoryView::observe()
+{
+    const auto shows = [this] { showPage(); };
+    notifiers_.push_back(store_.history.addNotifier(shows));
+    notifiers_.push_back(store_.hasLoaded.addNotifier(shows));
+    notifiers_.push_back(store_.status.addNotifier(shows));
+    notifiers_.push_back(store_.historyProblem.addNotifier(shows));
+    notifiers_.push_back(store_.readProblem.addNotifier(shows));
+    notifiers_.push_back(store_.isHistoryFiltered.addNotifier(shows));
+
+    const auto grown = [this] { searchRow_->setGrowing(false); };
+    notifiers_.push_back(store_.history.addNotifier(grown));
+    notifiers_.push_back(store_.generation.addNotifier(grown));
+}
+
+void HistoryView::focusSearch() { searchRow_->focusSearch(); }
+
+void HistoryView::focusList()
+{
+    if (pages_->currentWidget() == content_)
+        list_->setFocus(Qt::OtherFocusReason);
+    else
+        searchRow_->focusSearch();
+}
+
+void HistoryView::growPage()
+{
+    searchRow_->setGrowing(true);
+    store_.loadMoreHistory();
+}
+
+HistoryView::Nothing HistoryView::nothing() const
+{
+    if (!store_.historyProblem.value().isEmpty())
+        return {u"The history could not be read"_s, store_.historyProblem.value(), store_.isHistoryFiltered.value()};
+    const gitkit::RepoStatus& status = store_.status.value();
+    if (!status.hasCommits() && !store_.readProblem.value().isEmpty())
+        return {u"The repository could not be read"_s, store_.readProblem.value()};
+    if (!status.hasCommits())
+        return {u"No Commits Yet"_s, u"What you commit in this repository will stand here."_s};
+    if (store_.isHistoryFiltered.value())
+        return {u"No Matching Commits"_s, u"No commit of this history matches the search."_s, true};
+    return {u"No Commits"_s, u"What is selected at the left has no history."_s};
+}
+
+void HistoryView::showPage()
+{
+    if (!store_.history.value().empty()) {
+        pages_->setCurrentWidget(content_);
+        return;
+    }
+    if (!store_.hasLoaded.value()) {
+        pages_->setCurrentWidget(blank_);
+        return;
+    }
+    const Nothing told = nothing();
+    empty_->setText(told.title, told.description);
+    clearSearch_->setVisible(told.offersClearing);
+    pages_->setCurrentWidget(empty_);
+}
+
+} // namespace plovik

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QWidget>
+
+#include <vector>
+
+class QPushButton;
+class QStackedWidget;
+
+namespace plovik {
+
+class EmptyState;
+class HistoryList;
+class HistorySearchRow;
+
+/// The history of a repository: search, commit list, and the selected commit below. Shows the store, which must outlive
+/// it. Main thread.
+class HistoryView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit HistoryView(RepositoryStore& store, QWidget* parent = nullptr);
+
+    void focusSearch();
+    /// Gives the keyboard to the commit list, or to the search where there is no list.
+    void focusList();
+
+private:
+    /// What stands in place of an empty list.
+    struct Nothing {
+        QString title, description;
+        bool offersClearing = false;
+    };
+
+    void observe();
+    void growPage();
+    void showPage();
+    Nothing nothing() const;
+
+    RepositoryStore& store_;
+    HistorySearchRow* searchRow_;
+    HistoryList* list_;
+    QWidget* content_; ///< the list and the commit below it
+    QWidget* blank_;
+    EmptyState* empty_;
+    QPushButton* clearSearch_;
+    QStackedWidget* pages_;
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "GitKit/records/RefLabel.h"
+#include "app/views/Theme.h"
+
+#include <QPainter>
+#include <QStaticText>
+
+#include <vector>
+
+namespace plovik {
+
+/// The labels before a commit's subject, laid out side by side. Labels that do not fit collapse into "+N".
+class RefBadges {
+public:
+    struct Fonts {
+        QFont plain;
+        QFont strong; ///< for what is checked out
+        double height = 18;
+        double moreWidth = 40; ///< kept free for "+N" while labels are left
+
+        static Fonts current();
+    };
+
+    RefBadges() = default;
+    /// `budget` is the width that they may take, in device-independent pixels.
+    RefBadges(const std::vector<gitkit::RefLabel>& labels, double budget, const Fonts& fonts);
+
+    double width() const { return badges_.empty() ? 0 : badges_.back().left + badges_.back().width; }
+
+    /// `middleLeft` is the middle of the first badge's left edge.
+    void paint(QPainter& painter, QPointF middleLeft, const Fonts& fonts, const Theme& theme) const;
+
+    /// The full names of the labels under `x`, one a line; empty where there is none. `labels` are those laid out.
+    QString namesAt(double x, const std::vector<gitkit::RefLabel>& labels) const;
+
+private:
+    enum class Look { checkedOut, local, remote, tag, more };
+    struct Badge {
+        Look look = Look::more;
+        QStaticText text;
+        double left = 0;
+        double width = 0;
+        std::size_t label = 0; ///< the first, for `more`
+    };
+
+    static Look lookOf(const gitkit::RefLabel& label);
+    static Badge makeBadge(Look look, const QString& name, double maxWidth, const Fonts& fonts);
+    void paintBadge(QPainter& painter, const Badge& badge, QPointF middleLeft, const Fonts& fonts,
+                    const Theme& theme) const;
+
+    std::vector<Badge> badges_;
+};
+
+} // namespace plovik
