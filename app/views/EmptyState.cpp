@@ -58,7 +58,9 @@ void EmptyState::applyTheme()
     title_->setFont(Theme::font(3, QFont::DemiBold));
     description_->setFont(Theme::font());
     QPalette quiet;
-    quiet.setColor(QPalette::WindowText, Theme::current().secondaryText);
+    // On a background of lists a label takes the lists' text colour.
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, Theme::current().secondaryText);
     description_->setPalette(quiet);
 }
 

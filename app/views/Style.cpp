@@ -17,6 +17,7 @@ namespace {
 constexpr int controlHeight = 28;
 constexpr int compactHeight = 22;
 constexpr double controlRadius = 6;
+constexpr int textPadding = 10;
 constexpr int scrollBarThickness = 10;
 constexpr int indicatorSize = 15;
 
@@ -236,6 +237,12 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
     case PE_IndicatorRadioButton:
         paintRadioButton(*painter, option);
         return;
+    case PE_Frame: {
+        const Theme& theme = Theme::current();
+        const bool hasFocus = option->state & State_HasFocus;
+        paintPanel(*painter, option->rect, 3, Qt::transparent, hasFocus ? theme.accent : theme.controlBorder);
+        return;
+    }
     case PE_FrameFocusRect:
         // The controls above show the focus on their border, the rows by themselves.
         return;
@@ -294,7 +301,19 @@ QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* o
         if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option))
             return scrollBarPart(*bar, part);
     }
+    if (control == CC_ComboBox && part == SC_ComboBoxEditField)
+        return QProxyStyle::subControlRect(control, option, part, widget).adjusted(textPadding - 3, 0, 0, 0);
     return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+QRect Style::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const
+{
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    if (element == SE_LineEditContents) {
+        if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option); frame && frame->lineWidth > 0)
+            return rect.adjusted(textPadding - 3, 0, 3 - textPadding, 0);
+    }
+    return rect;
 }
 
 QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
@@ -310,6 +329,7 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
     }
     case CT_LineEdit:
     case CT_ComboBox:
+        size.rwidth() += textPadding;
         size.setHeight(std::max(controlHeight, contents.height() + 4));
         return size;
     case CT_MenuBarItem:

@@ -141,11 +141,13 @@ QFont sized(QFont font, double pointsMore)
 
 QColor Theme::chip(const QColor& letter) const
 {
+    // Letters on white are dark for the sake of contrast; tints of such dark colours would all look grey.
+    const QColor hue = isDark ? letter : QColor::fromHsv(letter.hsvHue(), letter.hsvSaturation(), 210);
     // Mixed, not translucent: the letter's contrast then is the same on every row.
-    const float share = isDark ? 0.20F : 0.13F;
+    const float share = 0.2F;
     const auto mix = [share](float over, float under) { return over * share + under * (1 - share); };
-    return QColor::fromRgbF(mix(letter.redF(), content.redF()), mix(letter.greenF(), content.greenF()),
-                            mix(letter.blueF(), content.blueF()));
+    return QColor::fromRgbF(mix(hue.redF(), content.redF()), mix(hue.greenF(), content.greenF()),
+                            mix(hue.blueF(), content.blueF()));
 }
 
 const Theme& Theme::light()

@@ -16,7 +16,7 @@ namespace plovik {
 
 namespace {
 
-constexpr int toolbarHeight = 44;
+constexpr int toolbarHeight = 46;
 constexpr int groupGap = 22;
 
 QLabel* makeLabel(QWidget* parent)

@@ -38,7 +38,10 @@ public:
     Kind kind(const QModelIndex& index) const { return node(index).kind; }
     /// The distance of a row from the left edge, in levels: 0 for fixed items and groups.
     int depth(const QModelIndex& index) const { return node(index).depth; }
-    bool isContainer(const QModelIndex& index) const { return hasChildren(index); }
+    bool isGroup(const QModelIndex& index) const
+    {
+        return kind(index) == Kind::branches || kind(index) == Kind::remotes || kind(index) == Kind::tags;
+    }
     /// The number of refs at and below a row, or what a fixed item counts.
     int count(const QModelIndex& index) const;
     /// The ref of a row; none for other rows.

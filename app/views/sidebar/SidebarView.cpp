@@ -120,7 +120,6 @@ void SidebarView::makeTree()
     tree->setHeaderHidden(true);
     tree->setRootIsDecorated(false);
     tree->setIndentation(0);
-    tree->setUniformRowHeights(true);
     tree->setExpandsOnDoubleClick(false);
     tree->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     tree->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -1,0 +1,81 @@
+#include "app/views/Theme.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+namespace plovik {
+namespace {
+
+double luminance(const QColor& color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& one, const QColor& other)
+{
+    const auto [dark, bright] = std::minmax(luminance(one), luminance(other));
+    return (bright + 0.05) / (dark + 0.05);
+}
+
+struct TextUse {
+    const char* name;
+    QColor text;
+    std::vector<QColor> backgrounds;
+};
+
+/// Every colour that is used for text, with everything that it is drawn on.
+std::vector<TextUse> textUses(const Theme& theme)
+{
+    const std::vector<QColor> surfaces{theme.content, theme.sidebar, theme.bars, theme.selection};
+    std::vector<TextUse> uses{
+        {"text", theme.text, surfaces},
+        {"text on lines",
+         theme.text,
+         {theme.addedLine, theme.addedWords, theme.removedLine, theme.removedWords, theme.controlPressed, theme.field}},
+        {"secondary text", theme.secondaryText, surfaces},
+        {"placeholder", theme.secondaryText, {theme.field}},
+        {"on accent", theme.onAccent, {theme.accent}},
+        {"accent", theme.accent, {theme.content, theme.bars}},
+        {"badge", theme.badgeText, {theme.badge}},
+        {"hunk header", theme.hunkHeaderText, {theme.hunkHeader}},
+        {"gutter", theme.gutterText, {theme.gutter, theme.addedLine, theme.removedLine}},
+        {"tag", theme.tagBadgeText, {theme.tagBadge}},
+        {"warning", theme.warningText, {theme.warning}},
+    };
+    for (const QColor& status : {theme.statusAdded, theme.statusModified, theme.statusDeleted, theme.statusRenamed,
+                                 theme.statusConflicted, theme.statusUntracked})
+        uses.push_back({"status letter", status, {theme.content, theme.selection, theme.chip(status)}});
+    return uses;
+}
+
+TEST(Theme, TextStandsOutFromEverythingItIsDrawnOn)
+{
+    for (const Theme* theme : {&Theme::light(), &Theme::dark()}) {
+        for (const TextUse& use : textUses(*theme)) {
+            for (const QColor& background : use.backgrounds) {
+                EXPECT_GE(contrast(use.text, background), 4.5)
+                    << (theme->isDark ? "dark: " : "light: ") << use.name << " " << use.text.name().toStdString()
+                    << " on " << background.name().toStdString();
+            }
+        }
+    }
+}
+
+TEST(Theme, LaneColoursAreEightAndAreSeenOnTheList)
+{
+    for (const Theme* theme : {&Theme::light(), &Theme::dark()}) {
+        for (int lane = 0; lane < 8; ++lane) {
+            EXPECT_GE(contrast(theme->lane(lane), theme->content), 2.5) << lane;
+            EXPECT_NE(theme->lane(lane), theme->lane(lane + 1)) << lane;
+        }
+        EXPECT_EQ(theme->lane(11), theme->lane(3));
+    }
+}
+
+} // namespace
+} // namespace plovik
