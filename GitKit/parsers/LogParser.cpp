@@ -79,6 +79,15 @@ std::size_t recordEnd(std::string_view output)
     return end;
 }
 
+/// At least as many as there are records.
+std::size_t separatorCount(std::string_view output)
+{
+    std::size_t count = 0;
+    for (std::size_t at = output.find(recordSeparator); at != std::string_view::npos; ++count)
+        at = output.find(recordSeparator, at + 1);
+    return count;
+}
+
 /// Where the first record separator stands that a line feed precedes.
 std::size_t nextRecordStart(std::string_view output)
 {
@@ -111,6 +120,8 @@ std::optional<FileRevision> parseRevision(std::string_view record, std::string_v
 std::vector<Commit> LogParser::parse(std::string_view output)
 {
     std::vector<Commit> commits;
+    // Growing would move a hundred thousand commits several times over.
+    commits.reserve(separatorCount(output));
     while (!output.empty()) {
         const std::size_t end = std::min(recordEnd(output), output.size());
         if (auto commit = parseCommit(trimmed(output.substr(0, end), "\n")))
