@@ -1,0 +1,166 @@
+#include "app/store/RepositoryStore.h"
+#include "app/views/RepositoryView.h"
+#include "app/views/stashes/StashesView.h"
+#include "app/views/workingcopy/WorkingCopyView.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QListView>
+#include <QScrollBar>
+
+#include <gtest/gtest.h>
+
+using gitkit::FileChange;
+
+namespace plovik {
+namespace {
+
+gitkit::RepoStatus statusOf(const std::vector<std::string>& paths, char worktree = 'M')
+{
+    gitkit::RepoStatus status;
+    status.branch = "main";
+    status.oid = std::string(40, 'a');
+    for (const std::string& path : paths)
+        status.files.push_back({path, std::nullopt, '.', worktree, false});
+    return status;
+}
+
+std::vector<std::string> numbered(int from, int to)
+{
+    std::vector<std::string> paths;
+    for (int number = from; number < to; ++number)
+        paths.push_back("file-" + std::to_string(100000 + number));
+    return paths;
+}
+
+QString shownSentence(const QStackedWidget& view)
+{
+    QStringList texts;
+    for (const QLabel* label : view.currentWidget()->findChildren<QLabel*>())
+        texts.append(label->text());
+    return texts.join(QLatin1Char(' '));
+}
+
+class WorkingCopyListTest : public testing::Test {
+protected:
+    WorkingCopyListTest()
+    {
+        view.resize(400, 300);
+        view.show();
+    }
+
+    std::set<std::string> selected() const
+    {
+        std::set<std::string> paths;
+        for (const QModelIndex& index : list().selectionModel()->selectedIndexes())
+            paths.insert(index.data().toString().toStdString());
+        return paths;
+    }
+
+    QListView& list() const { return *view.list(); }
+    QModelIndex row(int number) const { return list().model()->index(number, 0); }
+
+    RepositoryStore store{"/nonexistent"};
+    WorkingCopyView view{store};
+};
+
+TEST_F(WorkingCopyListTest, SharesItsSelectionWithTheStore)
+{
+    store.status = statusOf({"a", "b", "c", "d"});
+    store.selectedPaths = std::set<std::string>{"a", "b", "d"};
+    EXPECT_EQ(selected(), (std::set<std::string>{"a", "b", "d"}));
+    list().selectionModel()->select(row(1), QItemSelectionModel::Toggle);
+    EXPECT_EQ(store.selectedPaths.value(), (std::set<std::string>{"a", "d"}));
+}
+
+TEST_F(WorkingCopyListTest, KeepsSelectionAndPlaceWhenOtherFilesChange)
+{
+    store.status = statusOf(numbered(1000, 21000));
+    store.selectedPaths = std::set<std::string>{"file-106000"};
+    list().verticalScrollBar()->setValue(5003 * 28 + 5);
+    const QString top = list().indexAt(QPoint(1, 0)).data().toString();
+    const int offset = list().visualRect(list().indexAt(QPoint(1, 0))).top();
+
+    store.status = statusOf(numbered(900, 21000), 'D');
+    EXPECT_EQ(list().indexAt(QPoint(1, 0)).data().toString(), top);
+    EXPECT_EQ(list().visualRect(list().indexAt(QPoint(1, 0))).top(), offset);
+    EXPECT_EQ(selected(), (std::set<std::string>{"file-106000"}));
+    EXPECT_EQ(store.selectedPaths.value(), (std::set<std::string>{"file-106000"}));
+}
+
+TEST_F(WorkingCopyListTest, NeverTakesAFailedReadForACleanTree)
+{
+    EXPECT_EQ(shownSentence(view).trimmed(), QString()); // git has not answered yet
+    store.readProblem = QStringLiteral("fatal: index file corrupt");
+    EXPECT_TRUE(shownSentence(view).contains(QStringLiteral("Could Not Be Read")));
+    store.hasLoaded = true;
+    EXPECT_TRUE(shownSentence(view).contains(QStringLiteral("Could Not Be Read")));
+    store.readProblem = QString();
+    EXPECT_TRUE(shownSentence(view).contains(QStringLiteral("Nothing has been committed yet")));
+    store.status = statusOf({});
+    EXPECT_TRUE(shownSentence(view).contains(QStringLiteral("No Changes")));
+    store.status = statusOf({"a"});
+    EXPECT_EQ(view.currentWidget(), &list());
+}
+
+TEST(StashesList, SharesItsSelectionAndSaysWhyItIsEmpty)
+{
+    RepositoryStore store{"/nonexistent"};
+    StashesView view(store);
+    store.hasLoaded = true;
+    EXPECT_TRUE(shownSentence(view).contains(QStringLiteral("Stashed changes are listed here.")));
+    store.readProblem = QStringLiteral("fatal: broken");
+    EXPECT_TRUE(shownSentence(view).contains(QStringLiteral("Could Not Be Read")));
+
+    store.stashes = std::vector<gitkit::Stash>{{"stash@{0}", "1111", {}, "newer"}, {"stash@{1}", "2222", {}, "older"}};
+    store.selectedStash = "2222";
+    EXPECT_EQ(view.list()->currentIndex().data().toString(), QStringLiteral("older"));
+    view.list()->setCurrentIndex(view.list()->model()->index(0, 0));
+    EXPECT_EQ(store.selectedStash.value(), "1111");
+    EXPECT_EQ(view.list()->currentIndex().data(Qt::ToolTipRole).toString(), QStringLiteral("stash@{0}"));
+}
+
+TEST(RepositoryView, ShowsWhatIsSelectedAndWhatGoesOn)
+{
+    RepositoryStore store{"/tmp/parser-kit"};
+    RepositoryView view(store);
+    view.resize(1000, 600);
+    view.show();
+    const auto named = [&view](const char* name) {
+        for (QWidget* widget : view.findChildren<QWidget*>()) {
+            if (widget->accessibleName() == QLatin1String(name))
+                return widget;
+        }
+        return static_cast<QWidget*>(nullptr);
+    };
+    for (const char* name : {"Fetch", "Pull", "Push", "Branch", "Stash", "Activity", "Sidebar", "Changed Files"})
+        EXPECT_NE(named(name), nullptr) << name;
+    EXPECT_FALSE(named("Fetch")->isEnabled());
+
+    int fetches = 0;
+    QObject::connect(&view, &RepositoryView::fetchRequested, &view, [&fetches] { ++fetches; });
+    view.setActionsAvailable(true);
+    qobject_cast<QAbstractButton*>(named("Fetch"))->click();
+    EXPECT_EQ(fetches, 1);
+    store.activity = QStringLiteral("Fetching…");
+    EXPECT_FALSE(named("Fetch")->isEnabled());
+    EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QStringLiteral("Fetching…"));
+    store.activity = std::nullopt;
+    EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QString());
+
+    store.readProblem = QStringLiteral("fatal: broken");
+    EXPECT_EQ(qobject_cast<QLabel*>(named("Problem"))->text(), QStringLiteral("fatal: broken"));
+    EXPECT_TRUE(named("Problem")->isVisible());
+    store.readProblem = QString();
+    EXPECT_FALSE(named("Problem")->isVisible());
+
+    store.selection = SidebarItem::stashes();
+    EXPECT_NE(named("Stashes"), nullptr);
+    EXPECT_FALSE(named("Changed Files")->isVisible());
+    store.selection = SidebarItem::history();
+    ASSERT_NE(named("History Search"), nullptr);
+    EXPECT_TRUE(named("History Search")->isVisible());
+}
+
+} // namespace
+} // namespace plovik
