@@ -65,6 +65,10 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     viewport()->setAutoFillBackground(false);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
 
+    // Connected last: by then the view and its selection have forgotten the page before.
+    connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] { isRestoring_ = true; });
+    connect(model_, &QAbstractItemModel::modelReset, this, &HistoryList::takeNewPage);
+
     const auto repaint = [this] { viewport()->update(); };
     notifiers_.push_back(store_.graphLanes.addNotifier(repaint));
     notifiers_.push_back(store_.isHistoryFiltered.addNotifier(repaint));
@@ -158,17 +162,16 @@ void HistoryList::returnToPlace(const std::vector<Anchor>& place)
     }
 }
 
-void HistoryList::reset()
+void HistoryList::takeNewPage()
 {
     const std::vector<Anchor> place = std::exchange(place_, {});
-    const QScopedValueRollback restoring(isRestoring_, true);
-    QListView::reset();
     setAutoScroll(false);
     if (const auto& commit = store_.selectedCommit.value())
         select(model_->rowOf(*commit));
     setAutoScroll(true);
     doItemsLayout();
     returnToPlace(place);
+    isRestoring_ = false;
     rememberPlace();
 }
 
@@ -183,7 +186,8 @@ void HistoryList::scrollContentsBy(int dx, int dy)
 void HistoryList::resizeEvent(QResizeEvent* event)
 {
     QListView::resizeEvent(event);
-    rememberPlace();
+    if (!isRestoring_)
+        rememberPlace();
     wantMoreNearEnd();
 }
 

@@ -26,9 +26,6 @@ Q_SIGNALS:
     /// The end of the page is near and older commits exist. Asked once until the page has grown.
     void moreWanted();
 
-public Q_SLOTS:
-    void reset() override;
-
 protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -56,6 +53,7 @@ private:
     void select(int row);
     void scrollNear(int row);
     void rememberPlace();
+    void takeNewPage();
     void returnToPlace(const std::vector<Anchor>& place);
     void wantMoreNearEnd();
     void askForMore();
@@ -69,7 +67,7 @@ private:
     HistoryModel* model_;
     HistoryRowPainter rowPainter_;
     std::vector<Anchor> place_;
-    bool isRestoring_ = false; ///< the selection follows the store, and is not to be written back
+    bool isRestoring_ = false; ///< selection and place follow the store and the page, not the user
     bool isAsking_ = false;
     std::vector<QPropertyNotifier> notifiers_;
 };

@@ -1,0 +1,465 @@
+// The commit list and what stands around it: places kept, selection both ways, what is drawn and what is told.
+
+#include "GitKit/CommitGraph.h"
+#include "app/views/history/GraphCell.h"
+#include "app/views/history/HistoryList.h"
+#include "app/views/history/HistoryView.h"
+#include "app/views/history/RefBadges.h"
+#include "app/views/history/RelativeDate.h"
+#include "tests/store/ManualWorker.h"
+#include "tests/support/TestRepository.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QDateTime>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTextBrowser>
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr int rowHeight = 28;
+
+std::string hashOf(int number)
+{
+    std::string digits = std::to_string(number);
+    return std::string(40 - digits.size(), '0') + digits;
+}
+
+/// Whether two colours are the same but for the rounding of antialiasing.
+bool isAlike(const QColor& one, const QColor& other)
+{
+    const auto near = [](int a, int b) { return std::abs(a - b) <= 8; };
+    return near(one.red(), other.red()) && near(one.green(), other.green()) && near(one.blue(), other.blue());
+}
+
+/// Rows of one straight line of commits, named by their numbers.
+std::vector<HistoryRow> rowsFrom(int first, int count)
+{
+    std::vector<HistoryRow> rows;
+    for (int number = first; number < first + count; ++number) {
+        gitkit::Commit commit{hashOf(number), {hashOf(number + 1)}, "Ada", "ada@example.org", gitkit::Date{}, "", {}};
+        commit.subject = "Subject " + std::to_string(number);
+        rows.push_back({commit, {0, {0}, {}, {0}}});
+    }
+    return rows;
+}
+
+void press(QWidget* widget, int key, const QString& text = {})
+{
+    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key, Qt::NoModifier, text);
+        QApplication::sendEvent(widget, &event);
+    }
+}
+
+void type(QWidget* widget, const QString& text)
+{
+    for (const QChar character : text)
+        press(widget, character.toUpper().unicode(), character);
+}
+
+void click(QWidget* widget, QPointF place)
+{
+    for (const auto kind : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(kind, place, widget->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(widget, &event);
+    }
+}
+
+class HistoryListTest : public testing::Test {
+protected:
+    HistoryListTest()
+    {
+        store.history = rowsFrom(100, 200);
+        list.resize(700, 10 * rowHeight);
+        list.show();
+        QApplication::processEvents();
+    }
+
+    int selectedRow() const
+    {
+        const auto rows = list.selectionModel()->selectedIndexes();
+        return rows.isEmpty() ? -1 : rows.first().row();
+    }
+
+    int topRow() const { return list.verticalScrollBar()->value() / rowHeight; }
+    QImage picture() { return list.viewport()->grab().toImage(); }
+
+    ManualWorker worker;
+    RepositoryStore store{"/nowhere", worker};
+    HistoryList list{store};
+};
+
+} // namespace
+
+TEST_F(HistoryListTest, aLongerPageIsAppendedAndMovesNothing)
+{
+    store.selectedCommit = hashOf(150);
+    list.verticalScrollBar()->setValue(45 * rowHeight + 5);
+    int resets = 0;
+    std::vector<std::pair<int, int>> inserts;
+    QObject::connect(list.model(), &QAbstractItemModel::modelReset, &list, [&] { ++resets; });
+    QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, &list,
+                     [&](const QModelIndex&, int first, int last) { inserts.emplace_back(first, last); });
+
+    store.history = rowsFrom(100, 300);
+    QApplication::processEvents();
+    EXPECT_EQ(resets, 0);
+    EXPECT_EQ(inserts, (std::vector{std::pair(200, 299)}));
+
+    auto labelled = rowsFrom(100, 300);
+    labelled[60].commit.refs = {{gitkit::RefLabel::Kind::tag, "v1", false}};
+    store.history = labelled;
+    QApplication::processEvents();
+    EXPECT_EQ(resets, 0);
+    EXPECT_EQ(inserts.size(), 1U);
+    EXPECT_EQ(list.verticalScrollBar()->value(), 45 * rowHeight + 5);
+    EXPECT_EQ(selectedRow(), 50);
+    EXPECT_EQ(store.selectedCommit.value(), hashOf(150));
+}
+
+TEST_F(HistoryListTest, anotherPageKeepsThePlaceAndTheSelection)
+{
+    store.selectedCommit = hashOf(103);
+    list.verticalScrollBar()->setValue(50 * rowHeight + 9);
+
+    store.history = rowsFrom(97, 200); // three new commits on top
+    QApplication::processEvents();
+    EXPECT_EQ(list.verticalScrollBar()->value(), 53 * rowHeight + 9);
+    EXPECT_EQ(selectedRow(), 6);
+
+    auto without = rowsFrom(97, 200);
+    without.erase(without.begin() + 40, without.begin() + 55); // the commits at the top of the screen are gone
+    store.history = without;
+    QApplication::processEvents();
+    EXPECT_EQ(topRow(), 38) << "the first commit that is still there keeps its height";
+
+    list.verticalScrollBar()->setValue(0);
+    store.history = rowsFrom(90, 200);
+    QApplication::processEvents();
+    EXPECT_EQ(list.verticalScrollBar()->value(), 0) << "at the top, what is new shows";
+    EXPECT_EQ(store.selectedCommit.value(), hashOf(103));
+
+    store.history = rowsFrom(500, 20);
+    EXPECT_EQ(selectedRow(), -1);
+    EXPECT_EQ(store.selectedCommit.value(), hashOf(103)) << "dropping it is the store's to do";
+}
+
+TEST_F(HistoryListTest, theSelectionIsTheStoresBothWays)
+{
+    list.setFocus();
+    EXPECT_EQ(store.selectedCommit.value(), std::nullopt) << "nothing is selected by itself";
+    press(&list, Qt::Key_Down);
+    EXPECT_EQ(store.selectedCommit.value(), hashOf(100));
+    press(&list, Qt::Key_Down);
+    EXPECT_EQ(selectedRow(), 1);
+
+    click(list.viewport(), QPointF(300, 4 * rowHeight + 3));
+    EXPECT_EQ(store.selectedCommit.value(), hashOf(104));
+    press(&list, Qt::Key_End);
+    EXPECT_EQ(store.selectedCommit.value(), hashOf(299));
+
+    store.selectedCommit = hashOf(180);
+    EXPECT_TRUE(list.viewport()->rect().contains(list.visualRect(list.model()->index(80, 0))));
+    type(&list, u"Subject 12"_s);
+    EXPECT_EQ(store.selectedCommit.value(), hashOf(120)) << "typing finds a subject";
+    store.selectedCommit = std::nullopt;
+    EXPECT_EQ(selectedRow(), -1);
+}
+
+TEST_F(HistoryListTest, theEndOfThePageAsksForMoreOnceUntilItHasGrown)
+{
+    int asked = 0;
+    QObject::connect(&list, &HistoryList::moreWanted, &list, [&] {
+        ++asked;
+        store.hasMoreHistory = false;
+    });
+    store.hasMoreHistory = true;
+    QApplication::processEvents();
+    EXPECT_EQ(asked, 0) << "at the top nobody has asked for the end";
+    list.verticalScrollBar()->setValue(150 * rowHeight);
+    list.verticalScrollBar()->setValue(list.verticalScrollBar()->maximum());
+    QApplication::processEvents();
+    EXPECT_EQ(asked, 1);
+
+    store.history = rowsFrom(100, 205);
+    store.hasMoreHistory = true;
+    QApplication::processEvents();
+    EXPECT_EQ(asked, 2) << "still near the end";
+}
+
+TEST_F(HistoryListTest, aRowsAccessibleNameHoldsSubjectAuthorAndShortHash)
+{
+    auto rows = rowsFrom(100, 2);
+    rows[0].commit.subject = "Fix \xff bytes";
+    rows[0].commit.hash = "abcdef0123456789abcdef0123456789abcdef01";
+    store.history = rows;
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&list);
+    ASSERT_EQ(accessible->childCount(), 2);
+    EXPECT_EQ(accessible->text(QAccessible::Name), u"History"_s);
+    EXPECT_EQ(accessible->child(0)->text(QAccessible::Name), u"Fix \uFFFD bytes, Ada, abcdef0"_s);
+}
+
+TEST_F(HistoryListTest, aFilteredListHidesTheGraph)
+{
+    const QColor blue = Theme::current().lane(0);
+    const QPoint onLine(12, 3 * rowHeight + 4);
+    EXPECT_EQ(picture().pixelColor(onLine), blue);
+    store.isHistoryFiltered = true;
+    const QImage filtered = picture();
+    for (int y = 0; y < filtered.height(); ++y)
+        ASSERT_NE(filtered.pixelColor(12, y), blue);
+}
+
+TEST(GraphCellTest, drawsLinesCurvesAndDotsWhereTheyBelong)
+{
+    const Theme& theme = Theme::light();
+    const auto draw = [&theme](const gitkit::GraphRow& row) {
+        QImage image(200, rowHeight, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        GraphCell{row}.paint(painter, {0, 0}, rowHeight, theme);
+        return image;
+    };
+    const auto isInk = [](const QImage& image, int x, int y) { return image.pixelColor(x, y) != QColor(Qt::white); };
+
+    const QImage straight = draw({0, {0}, {9}, {0}});
+    for (int y = 0; y < rowHeight; ++y) {
+        ASSERT_EQ(straight.pixelColor(11, y), theme.lanes[0]);
+        ASSERT_EQ(straight.pixelColor(12, y), theme.lanes[0]);
+        ASSERT_EQ(straight.pixelColor(9 * 14 + 12, y), theme.lanes[1]) << "the colours repeat after eight";
+    }
+    EXPECT_FALSE(isInk(straight, 10, 2));
+    EXPECT_FALSE(isInk(straight, 13, 2));
+    EXPECT_TRUE(isInk(straight, 8, 14)) << "the dot's radius is 4";
+    EXPECT_FALSE(isInk(straight, 7, 14));
+
+    const QImage merge = draw({0, {}, {}, {0, 1}});
+    EXPECT_TRUE(isInk(merge, 7, 14)) << "a merge's dot has a radius of 4.5";
+    EXPECT_TRUE(isAlike(merge.pixelColor(26, rowHeight - 1), theme.lanes[1]))
+        << "and the second parent's curve ends at its column";
+    EXPECT_TRUE(isAlike(merge.pixelColor(25, rowHeight - 1), theme.lanes[1]));
+    EXPECT_FALSE(isInk(merge, 26, 16)) << "having left from the dot";
+    EXPECT_FALSE(isInk(merge, 12, 4));
+
+    EXPECT_EQ(GraphCell::widthFor(1), 22);
+    EXPECT_EQ(GraphCell::widthFor(12), 176);
+    EXPECT_EQ(GraphCell::widthFor(20), 176);
+}
+
+TEST_F(HistoryListTest, rowsJoinWithoutASeamAtFractionalScales)
+{
+    for (const double scale : {1.0, 1.1, 1.25, 1.5, 1.75}) {
+        QImage image((QSizeF(list.viewport()->size()) * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(scale);
+        list.viewport()->render(&image);
+        const int x = static_cast<int>(12 * scale);
+        for (int y = 0; y < image.height() - 1; ++y)
+            ASSERT_TRUE(isAlike(image.pixelColor(x, y), Theme::current().lane(0))) << scale << " at " << y;
+    }
+}
+
+TEST(RefBadgesTest, whatDoesNotFitCollapsesAndIsNamedInFull)
+{
+    using Kind = gitkit::RefLabel::Kind;
+    std::vector<gitkit::RefLabel> labels{{Kind::localBranch, std::string(300, 'm'), true}};
+    for (int i = 0; i < 50; ++i)
+        labels.push_back({Kind::tag, "v" + std::to_string(i), false});
+    const RefBadges badges(labels, 260, RefBadges::Fonts::current());
+    EXPECT_LE(badges.width(), 260);
+    EXPECT_EQ(badges.namesAt(2, labels), QString(300, u'm')) << "however much of it is shown";
+    const QString collapsed = badges.namesAt(badges.width() - 1, labels);
+    EXPECT_TRUE(collapsed.endsWith(u" more"_s)) << collapsed.toStdString();
+    EXPECT_TRUE(collapsed.contains(u"v20\n"_s));
+    EXPECT_EQ(RefBadges({}, 260, RefBadges::Fonts::current()).width(), 0);
+}
+
+TEST(RelativeDateTest, isToldByTheLocalCalendar)
+{
+    qputenv("TZ", "Europe/Berlin");
+    tzset();
+    const auto at = [](const char* text) {
+        const QDateTime local = QDateTime::fromString(QString::fromLatin1(text), u"yyyy-MM-dd hh:mm:ss"_s);
+        return gitkit::Date(std::chrono::seconds(local.toSecsSinceEpoch()));
+    };
+    const auto told = [&at](const char* date, const char* now) {
+        return RelativeDate::between(at(date), at(now)).text(QLocale::c()).toStdString();
+    };
+    EXPECT_EQ(told("2026-06-10 12:00:00", "2026-06-10 12:00:59"), "just now");
+    EXPECT_EQ(told("2026-06-10 12:00:00", "2026-06-10 12:59:59"), "59 min ago");
+    EXPECT_EQ(told("2026-06-10 00:10:00", "2026-06-10 23:50:00"), "23 h ago");
+    EXPECT_EQ(told("2026-06-09 23:30:00", "2026-06-10 01:30:00"), "2 h ago") << "one sitting, across midnight";
+    EXPECT_EQ(told("2026-06-09 12:00:00", "2026-06-10 08:00:00"), "yesterday");
+    EXPECT_EQ(told("2026-06-08 23:59:00", "2026-06-10 00:01:00"), "2 days ago");
+    EXPECT_EQ(told("2026-06-03 12:00:00", "2026-06-10 12:00:00"), "last week");
+    EXPECT_EQ(told("2026-05-27 12:00:00", "2026-06-10 12:00:00"), "27 May 2026");
+
+    // The night in which the clocks are put forward has 23 hours, the one in which they are put back 25.
+    EXPECT_EQ(told("2026-03-28 12:00:00", "2026-03-29 11:00:00"), "yesterday");
+    EXPECT_EQ(told("2026-03-27 23:30:00", "2026-03-29 23:15:00"), "2 days ago");
+    EXPECT_EQ(told("2026-10-25 00:30:00", "2026-10-25 23:45:00"), "24 h ago");
+
+    // Clocks differ a little between machines; a date further ahead is told as it stands.
+    EXPECT_EQ(told("2026-06-10 12:00:30", "2026-06-10 12:00:00"), "just now");
+    EXPECT_EQ(told("2026-06-10 15:00:00", "2026-06-10 12:00:00"), "10 Jun 2026");
+    EXPECT_EQ(RelativeDate::between(gitkit::Date{}, at("2026-06-10 12:00:00")), RelativeDate{});
+    EXPECT_EQ(RelativeDate::between(gitkit::Date(std::chrono::seconds::max()), at("2026-06-10 12:00:00")),
+              RelativeDate{});
+    qunsetenv("TZ");
+    tzset();
+}
+
+class HistoryViewTest : public testing::Test {
+protected:
+    HistoryViewTest()
+    {
+        view.resize(900, 700);
+        view.show();
+    }
+
+    bool shows(const QString& text) const
+    {
+        const auto labels = view.findChildren<QLabel*>();
+        return std::ranges::any_of(labels,
+                                   [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
+    }
+
+    template <typename Widget>
+    Widget* named(const QString& name) const
+    {
+        const auto widgets = view.findChildren<Widget*>();
+        const auto found = std::ranges::find(widgets, name, &QWidget::accessibleName);
+        return found == widgets.end() ? nullptr : *found;
+    }
+
+    ManualWorker worker;
+    RepositoryStore store{"/nowhere", worker};
+    HistoryView view{store};
+};
+
+TEST_F(HistoryViewTest, saysWhyThereIsNothing)
+{
+    EXPECT_FALSE(shows(u"No Commits Yet"_s)) << "git has not answered yet";
+    store.hasLoaded = true;
+    EXPECT_TRUE(shows(u"No Commits Yet"_s));
+    store.readProblem = u"fatal: not a git repository"_s;
+    EXPECT_FALSE(shows(u"No Commits Yet"_s)) << "an unreadable repository is not an empty one";
+    EXPECT_TRUE(shows(u"fatal: not a git repository"_s));
+
+    store.readProblem = QString();
+    gitkit::RepoStatus status;
+    status.oid = hashOf(1);
+    store.status = status;
+    store.historyProblem = u"fatal: bad object"_s;
+    EXPECT_TRUE(shows(u"The history could not be read"_s));
+    EXPECT_TRUE(shows(u"fatal: bad object"_s));
+
+    store.historyProblem = QString();
+    store.historySearch = u"nonsense"_s;
+    store.isHistoryFiltered = true;
+    EXPECT_TRUE(shows(u"No Matching Commits"_s));
+    const auto buttons = view.findChildren<QPushButton*>();
+    const auto clear = std::ranges::find(buttons, u"Clear Search"_s, &QPushButton::text);
+    ASSERT_NE(clear, buttons.end());
+    ASSERT_TRUE((*clear)->isVisible());
+    (*clear)->click();
+    EXPECT_EQ(store.historySearch.value(), QString());
+}
+
+TEST_F(HistoryViewTest, countsCommitsAndSearchesByKeyboard)
+{
+    gitkit::RepoStatus status;
+    status.oid = hashOf(0);
+    store.status = status;
+    store.hasLoaded = true;
+    store.history = rowsFrom(0, 1);
+    EXPECT_TRUE(shows(u"1 commit"_s));
+    store.history = rowsFrom(0, 500);
+    store.hasMoreHistory = true;
+    EXPECT_TRUE(shows(u"500+ commits"_s));
+    auto* list = named<QListView>(u"History"_s);
+    QMetaObject::invokeMethod(list, "moreWanted");
+    EXPECT_FALSE(store.hasMoreHistory.value());
+    EXPECT_TRUE(shows(u"500+ commits"_s)) << "while the longer page is being read";
+    store.history = rowsFrom(0, 700);
+    EXPECT_TRUE(shows(u"700 commits"_s));
+
+    auto* search = named<QLineEdit>(u"History Search"_s);
+    view.focusSearch();
+    type(search, u"fix"_s);
+    EXPECT_EQ(store.historySearch.value(), u"fix"_s);
+    press(search, Qt::Key_Escape);
+    EXPECT_EQ(store.historySearch.value(), QString());
+    EXPECT_EQ(view.focusWidget(), search);
+    press(search, Qt::Key_Escape);
+    EXPECT_EQ(view.focusWidget(), list);
+
+    worker.finishAll(); // there is no such folder
+    EXPECT_TRUE(shows(u"The history could not be read"_s));
+}
+
+TEST(CommitHeaderTest, showsTheMessageOfTheCommitSelectedLast)
+{
+    TestRepository repository;
+    repository.write("a", "1").commit("One\n\nFirst body <b>");
+    repository.write("a", "2").commit("Two\n\nSecond body, see https://example.org/x.");
+    ManualWorker worker;
+    RepositoryStore store(repository.path(), worker);
+    store.refresh(RefreshScope::full);
+    worker.finishAll();
+    ASSERT_EQ(store.history.value().size(), 2U);
+    const std::string newest = store.history.value()[0].commit.hash;
+    const std::string oldest = store.history.value()[1].commit.hash;
+
+    auto view = std::make_unique<HistoryView>(store);
+    view->resize(900, 700);
+    view->show();
+    const auto* message = view->findChild<QTextBrowser*>();
+    EXPECT_EQ(message->accessibleName(), u"Commit Message"_s);
+    store.selectedCommit = oldest;
+    EXPECT_EQ(message->toPlainText(), u"One"_s) << "the subject waits for nobody";
+    store.selectedCommit = newest;
+    worker.finish();
+    EXPECT_EQ(message->toPlainText(), u"Two"_s) << "the first message came too late";
+    worker.finish();
+    EXPECT_EQ(message->toPlainText(), u"Two\nSecond body, see https://example.org/x."_s);
+
+    const auto labels = view->findChildren<QLabel*>();
+    const auto facts =
+        std::ranges::find_if(labels, [](const QLabel* label) { return label->text().contains(u"href"); });
+    ASSERT_NE(facts, labels.end());
+    Q_EMIT(*facts)->linkActivated(QString::fromStdString(oldest));
+    EXPECT_EQ(store.selectedCommit.value(), oldest);
+    EXPECT_EQ(message->toPlainText(), u"One\nFirst body <b>"_s) << "read before, and never as markup";
+
+    store.selectedCommit = newest;
+    store.history = std::vector<HistoryRow>{store.history.value()[0]};
+    Q_EMIT(*facts)->linkActivated(QString::fromStdString(oldest));
+    EXPECT_EQ(store.selectedCommit.value(), newest);
+    EXPECT_TRUE(std::ranges::any_of(labels, [&](const QLabel* label) {
+        return label->isVisible() && label->text().contains(QString::fromStdString(oldest.substr(0, 7))) &&
+               label->text().contains(u"not among the commits shown"_s);
+    }));
+
+    repository.write("a", "3").commit("Three");
+    store.selectedCommit = repository.head();
+    EXPECT_EQ(worker.waiting(), 1U);
+    view.reset(); // closed while git reads
+    worker.finishAll();
+}
+
+} // namespace plovik
