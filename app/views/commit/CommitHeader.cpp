@@ -62,7 +62,7 @@ QString factsAbout(const gitkit::Commit& commit)
             links << linkTo(parent);
         lines << (commit.parents.size() == 1 ? u"Parent "_s : u"Parents "_s) + inFixedFont(links.join(u' '));
     }
-    return u"<div style='line-height:150%'>%1</div>"_s.arg(lines.join(u"<br>"_s));
+    return u"<div style='line-height:130%'>%1</div>"_s.arg(lines.join(u"<br>"_s));
 }
 
 } // namespace

@@ -41,7 +41,6 @@ HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
     field_->setToolTip(u"What to search in"_s);
     search_->setAccessibleName(u"History Search"_s);
     search_->setPlaceholderText(u"Search history"_s);
-    search_->setTextMargins(6, 0, 6, 0);
     search_->installEventFilter(this);
     count_->setTextFormat(Qt::PlainText);
 
@@ -65,6 +64,8 @@ HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store_.history.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.hasMoreHistory.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.hasLoaded.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.historyProblem.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.readProblem.addNotifier([this] { showCount(); }));
     showSearch();
     showCount();
     applyTheme();
@@ -98,7 +99,9 @@ void HistorySearchRow::showSearch()
 void HistorySearchRow::showCount()
 {
     const std::size_t shown = store_.history.value().size();
-    const bool isKnown = store_.hasLoaded.value() || shown > 0;
+    // A history that could not be read has no number of commits.
+    const bool isRead = store_.hasLoaded.value() && store_.historyProblem.value().isEmpty();
+    const bool isKnown = shown > 0 || (isRead && store_.readProblem.value().isEmpty());
     const QString more = store_.hasMoreHistory.value() || isGrowing_ ? u"+"_s : QString();
     const QString text = shown == 1 && more.isEmpty() ? u"1 commit"_s : u"%1%2 commits"_s.arg(shown).arg(more);
     count_->setText(isKnown ? text : QString());

@@ -25,7 +25,7 @@ constexpr double leastListHeight = 140;
 
 HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), searchRow_(new HistorySearchRow(store, this)), list_(new HistoryList(store)),
-      blank_(new QWidget), empty_(new EmptyState), clearSearch_(empty_->action(u"Clear Search"_s)),
+      blank_(new QWidget), empty_(new EmptyState), wayOutButton_(empty_->action(QString())),
       pages_(new QStackedWidget(this))
 {
     content_ = new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
@@ -42,7 +42,7 @@ HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
 
     connect(searchRow_, &HistorySearchRow::finished, this, &HistoryView::focusList);
     connect(list_, &HistoryList::moreWanted, this, &HistoryView::growPage);
-    connect(clearSearch_, &QPushButton::clicked, searchRow_, &HistorySearchRow::clearSearch);
+    connect(wayOutButton_, &QPushButton::clicked, this, &HistoryView::takeWayOut);
     auto* find = new QShortcut(QKeySequence::Find, this);
     connect(find, &QShortcut::activated, this, &HistoryView::focusSearch);
     setFocusProxy(list_);
@@ -84,15 +84,26 @@ void HistoryView::growPage()
 HistoryView::Nothing HistoryView::nothing() const
 {
     if (!store_.historyProblem.value().isEmpty())
-        return {u"The history could not be read"_s, store_.historyProblem.value(), store_.isHistoryFiltered.value()};
+        return {u"The history could not be read"_s, store_.historyProblem.value(),
+                store_.isHistoryFiltered.value() ? WayOut::clearSearch : WayOut::none};
     const gitkit::RepoStatus& status = store_.status.value();
     if (!status.hasCommits() && !store_.readProblem.value().isEmpty())
         return {u"The repository could not be read"_s, store_.readProblem.value()};
     if (!status.hasCommits())
-        return {u"No Commits Yet"_s, u"What you commit in this repository will stand here."_s};
+        return {u"No Commits Yet"_s, u"What you commit in this repository will stand here."_s, WayOut::workingCopy};
     if (store_.isHistoryFiltered.value())
-        return {u"No Matching Commits"_s, u"No commit of this history matches the search."_s, true};
+        return {u"No Matching Commits"_s, u"No commit of this history matches the search."_s, WayOut::clearSearch};
     return {u"No Commits"_s, u"What is selected at the left has no history."_s};
+}
+
+void HistoryView::takeWayOut()
+{
+    if (wayOut_ == WayOut::clearSearch) {
+        searchRow_->clearSearch();
+        return;
+    }
+    store_.selection = SidebarItem::workingCopy();
+    store_.selectionChanged();
 }
 
 void HistoryView::showPage()
@@ -107,7 +118,9 @@ void HistoryView::showPage()
     }
     const Nothing told = nothing();
     empty_->setText(told.title, told.description);
-    clearSearch_->setVisible(told.offersClearing);
+    wayOut_ = told.wayOut;
+    wayOutButton_->setText(wayOut_ == WayOut::workingCopy ? u"Show Working Copy"_s : u"Clear Search"_s);
+    wayOutButton_->setVisible(wayOut_ != WayOut::none);
     pages_->setCurrentWidget(empty_);
 }
 

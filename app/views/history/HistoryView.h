@@ -28,16 +28,18 @@ public:
     void focusList();
 
 private:
+    enum class WayOut { none, clearSearch, workingCopy };
     /// What stands in place of an empty list.
     struct Nothing {
         QString title, description;
-        bool offersClearing = false;
+        WayOut wayOut = WayOut::none;
     };
 
     void observe();
     void growPage();
     void showPage();
     Nothing nothing() const;
+    void takeWayOut();
 
     RepositoryStore& store_;
     HistorySearchRow* searchRow_;
@@ -45,7 +47,8 @@ private:
     QWidget* content_; ///< the list and the commit below it
     QWidget* blank_;
     EmptyState* empty_;
-    QPushButton* clearSearch_;
+    QPushButton* wayOutButton_;
+    WayOut wayOut_ = WayOut::none;
     QStackedWidget* pages_;
     std::vector<QPropertyNotifier> notifiers_;
 };

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <utility>
 
 namespace plovik {
 
@@ -23,6 +25,15 @@ constexpr double tagGlyphRoom = 13; ///< the glyph and the space behind it
 struct Ink {
     QColor fill, border, text;
 };
+
+std::vector<std::size_t> shownOrder(const std::vector<gitkit::RefLabel>& labels)
+{
+    std::vector<std::size_t> order(labels.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::stable_sort(order, {},
+                             [&labels](std::size_t i) { return std::pair(!labels[i].isHead, labels[i].kind); });
+    return order;
+}
 
 /// A price tag: a square whose left side comes to a point, with the hole of its string.
 void paintTagGlyph(QPainter& painter, QPointF middleLeft, const QColor& colour)
@@ -51,6 +62,7 @@ RefBadges::Fonts RefBadges::Fonts::current()
 }
 
 RefBadges::RefBadges(const std::vector<gitkit::RefLabel>& labels, double budget, const Fonts& fonts)
+    : order_(shownOrder(labels))
 {
     for (std::size_t i = 0; i < labels.size(); ++i) {
         const std::size_t left = labels.size() - i - 1;
@@ -58,12 +70,13 @@ RefBadges::RefBadges(const std::vector<gitkit::RefLabel>& labels, double budget,
         const double start = badges_.empty() ? 0 : width() + gap;
         // The first label is cut rather than collapsed.
         const double most = badges_.empty() ? std::min(widestBadge, budget - reserved) : widestBadge;
-        Badge badge = makeBadge(lookOf(labels[i]), shownLine(labels[i].name), most, fonts);
+        const gitkit::RefLabel& label = labels[order_[i]];
+        Badge badge = makeBadge(lookOf(label), shownLine(label.name), most, fonts);
         const bool fits = badges_.empty() || start + badge.width + reserved <= budget;
         if (!fits)
             badge = makeBadge(Look::more, u"+%1"_s.arg(left + 1), widestBadge, fonts);
         badge.left = start;
-        badge.label = i;
+        badge.place = i;
         badges_.push_back(std::move(badge));
         if (!fits)
             return;
@@ -151,15 +164,15 @@ QString RefBadges::namesAt(double x, const std::vector<gitkit::RefLabel>& labels
     constexpr std::size_t mostNames = 30;
     const auto hit = std::ranges::find_if(
         badges_, [x](const Badge& badge) { return x >= badge.left && x < badge.left + badge.width; });
-    if (hit == badges_.end() || hit->label >= labels.size())
+    if (hit == badges_.end() || labels.size() != order_.size())
         return {};
     if (hit->look != Look::more)
-        return shownText(labels[hit->label].name);
+        return shownText(labels[order_[hit->place]].name);
 
     QStringList names;
-    const std::size_t end = std::min(labels.size(), hit->label + mostNames);
-    for (std::size_t i = hit->label; i < end; ++i)
-        names << shownText(labels[i].name);
+    const std::size_t end = std::min(labels.size(), hit->place + mostNames);
+    for (std::size_t i = hit->place; i < end; ++i)
+        names << shownText(labels[order_[i]].name);
     if (end < labels.size())
         names << u"and %1 more"_s.arg(labels.size() - end);
     return names.join(u'\n');

@@ -10,7 +10,8 @@
 
 namespace plovik {
 
-/// The labels before a commit's subject, laid out side by side. Labels that do not fit collapse into "+N".
+/// The labels before a commit's subject, side by side: what is checked out, other branches, remote branches, tags.
+/// Labels that do not fit collapse into "+N".
 class RefBadges {
 public:
     struct Fonts {
@@ -41,7 +42,7 @@ private:
         QStaticText text;
         double left = 0;
         double width = 0;
-        std::size_t label = 0; ///< the first, for `more`
+        std::size_t place = 0; ///< of the label in `order_`; for `more` of the first
     };
 
     static Look lookOf(const gitkit::RefLabel& label);
@@ -50,6 +51,7 @@ private:
                     const Theme& theme) const;
 
     std::vector<Badge> badges_;
+    std::vector<std::size_t> order_; ///< of the labels, by their positions
 };
 
 } // namespace plovik
