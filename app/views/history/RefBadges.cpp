@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <utility>
+#include <tuple>
 
 namespace plovik {
 
@@ -30,8 +30,7 @@ std::vector<std::size_t> shownOrder(const std::vector<gitkit::RefLabel>& labels)
 {
     std::vector<std::size_t> order(labels.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::stable_sort(order, {},
-                             [&labels](std::size_t i) { return std::pair(!labels[i].isHead, labels[i].kind); });
+    std::ranges::sort(order, {}, [&labels](std::size_t i) { return std::tuple(!labels[i].isHead, labels[i].kind, i); });
     return order;
 }
 
