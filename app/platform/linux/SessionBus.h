@@ -1,0 +1,8 @@
+#pragma once
+
+namespace plovik {
+
+/// Whether there is a session bus to ask. Without one, asking for it may start one, or wait.
+bool hasSessionBus();
+
+} // namespace plovik
