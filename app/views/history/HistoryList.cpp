@@ -23,8 +23,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// So far before the end older commits are asked for that reading on does not have to wait for git.
-constexpr int rowsAhead = 250;
+/// So far before the end older commits are asked for that a held Page Down does not have to wait for git, which reads
+/// the whole longer page anew each time.
+constexpr int rowsAhead = 1500;
 
 class RowHeight : public QStyledItemDelegate {
 public:
