@@ -37,7 +37,7 @@ std::vector<std::string> splitNul(std::string_view text)
 constexpr std::string_view unreadableHead = "(unknown)";
 
 /// A ref as an argument. Every ref has a full name that is no option; one that looks like an option is none.
-const std::string& refArgument(const char* command, const std::string& name)
+std::string refArgument(const char* command, const std::string& name)
 {
     if (name.starts_with('-'))
         throw GitError(command, 128, "“" + repairedUtf8(name) + "” is not the full name of a branch or tag.");

@@ -294,6 +294,7 @@ TEST(GitEnvironment, ForgetsEveryVariableThatTiesGitToARepository)
     std::string names = runPlainGit("/", {"rev-parse", "--local-env-vars"}, status);
     ASSERT_EQ(status, 0);
     Strings inherited{"GIT_CONFIG_KEY_0=user.name", "GIT_EXTERNAL_DIFF=x", "LANGUAGE=de", "HOME=/home/ada", "EMPTY="};
+    inherited.reserve(64);
     for (std::size_t end = names.find('\n'); end != std::string::npos; end = names.find('\n')) {
         inherited.push_back(names.substr(0, end) + "=inherited");
         names.erase(0, end + 1);

@@ -93,9 +93,9 @@ TEST(Process, LeaksNoDescriptorIntoItsChildren)
     // One of ours without close-on-exec, as a library may open it.
     const int careless = ::open("/dev/null", O_RDONLY);
     const std::string listing = "cat >/dev/null; exec ls /proc/self/fd";
-    std::vector<std::future<GitOutput>> children;
-    for (int count = 0; count < 16; ++count)
-        children.push_back(std::async(std::launch::async, [&] { return shell(listing, "in"); }));
+    std::vector<std::future<GitOutput>> children(16);
+    for (auto& child : children)
+        child = std::async(std::launch::async, [&] { return shell(listing, "in"); });
     for (auto& child : children)
         EXPECT_EQ(child.get().stdoutBytes, "0\n1\n2\n3\n"); // 3 is the folder that is listed
     ::close(careless);
