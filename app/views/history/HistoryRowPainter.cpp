@@ -87,9 +87,8 @@ HistoryRowPainter::RowLayout& HistoryRowPainter::layoutOf(const HistoryRow& row,
         return *kept;
     auto layout = makeLayout(row.commit);
     layout->author = authorText(row.commit.authorName);
-    RowLayout& made = *layout;
     layouts_.insert(row.commit.hash, layout.release());
-    return made;
+    return *layouts_.object(row.commit.hash);
 }
 
 std::unique_ptr<HistoryRowPainter::RowLayout> HistoryRowPainter::makeLayout(const gitkit::Commit& commit) const
