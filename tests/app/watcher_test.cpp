@@ -219,18 +219,18 @@ TEST_F(FileEventsTest, theRootMayGoAndComeBackEvenUnderSomebodysFeet)
 
 TEST_F(FileEventsTest, burstIsToldAtOnceAndThenInFewBatchesOfBoundedSize)
 {
-    start({.latency = 400ms, .mostPaths = 100});
+    start({.latency = 1s, .mostPaths = 100});
     const auto begin = std::chrono::steady_clock::now();
     write(root_ / "first");
     EXPECT_TRUE(told(root_ / "first"));
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, 300ms);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 900ms);
 
     fs::create_directory(root_ / "many");
     for (int i = 0; i < 5000; ++i)
         write(root_ / "many" / std::to_string(i));
     EXPECT_TRUE(told(root_ / "many"));
     const auto duration = std::chrono::steady_clock::now() - begin;
-    EXPECT_LE(batches_, 2 + duration / 400ms);
+    EXPECT_LE(batches_, 2 + duration / 1s);
     EXPECT_LE(told_.size(), 400u * static_cast<unsigned>(batches_));
 }
 
