@@ -22,8 +22,8 @@ private:
     std::string message_;
 };
 
-/// Git could not be started at all. what() is a sentence that a person can act on: git is missing, the folder is gone or
-/// may not be entered.
+/// Git could not be started at all. what() is a sentence that a person can act on: git is missing, the folder is gone
+/// or may not be entered.
 class LaunchError : public std::runtime_error {
 public:
     enum class Cause { gitMissing, folderMissing, notPermitted, other };
