@@ -22,6 +22,7 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
         return 0;
 
     AppDelegate delegate(std::move(options));
+    delegate.setNotice(QString::fromStdString(instance.problem()));
     if (screenshot.empty()) {
         instance.listen({.open = [&delegate](const auto& folders) { delegate.open(folders); },
                          .activate = [&delegate] { delegate.reopen(); }});

@@ -56,6 +56,15 @@ QMessageBox* alert(const QString& title, const QString& detail, QWidget* parent)
     return box;
 }
 
+/// The desktop's own scheme; where it does not tell, that of the toolkit's palette.
+AppAppearance desktopAppearance(ColorScheme::Preference preference)
+{
+    if (preference != ColorScheme::Preference::Unknown)
+        return preference == ColorScheme::Preference::Dark ? AppAppearance::dark : AppAppearance::light;
+    const QColor background = QApplication::style()->standardPalette().color(QPalette::Window);
+    return background.lightness() < 128 ? AppAppearance::dark : AppAppearance::light;
+}
+
 /// Whether git looked and found no working tree, rather than failing to look.
 bool saysNoRepository(const std::exception& failure)
 {
@@ -77,6 +86,7 @@ bool saysBare(const std::exception& failure)
 AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options))
 {
     QApplication::setQuitOnLastWindowClosed(false);
+    connect(&colorScheme_, &ColorScheme::changed, this, &AppDelegate::applyAppearance);
     applyAppearance();
 }
 
@@ -165,6 +175,8 @@ void AppDelegate::showRepository(const std::filesystem::path& root)
     // A picture does not depend on the screen that is there, or is not.
     if (options_.size.isValid() || !options_.screenshot.empty())
         window->resize(options_.size.isValid() ? options_.size : windowFrames::ordinarySize);
+    if (!notice_.isEmpty())
+        window->showNotice(std::exchange(notice_, QString()));
     Q_EMIT windowOpened(window);
     bringToFront(window);
 }
@@ -210,10 +222,8 @@ std::vector<QWidget*> AppDelegate::windows() const
 void AppDelegate::applyAppearance()
 {
     AppAppearance wanted = options_.appearance.value_or(storedAppearance());
-    if (wanted == AppAppearance::system) {
-        const QColor background = QApplication::style()->standardPalette().color(QPalette::Window);
-        wanted = background.lightness() < 128 ? AppAppearance::dark : AppAppearance::light;
-    }
+    if (wanted == AppAppearance::system)
+        wanted = desktopAppearance(colorScheme_.preference());
     Theme::apply(wanted == AppAppearance::dark ? Theme::dark() : Theme::light(), *qApp);
 }
 

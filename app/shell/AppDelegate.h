@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/platform/ColorScheme.h"
 #include "app/shell/LaunchOptions.h"
 #include "app/shell/MainMenu.h"
 #include "app/store/Await.h"
@@ -28,6 +29,9 @@ class AppDelegate : public QObject, public MenuTarget {
 public:
     explicit AppDelegate(LaunchOptions options);
     ~AppDelegate() override;
+
+    /// Something to tell in the first window that opens.
+    void setNotice(const QString& notice) { notice_ = notice; }
 
     /// Opens what the command line names, or the welcome window unless an open request arrives first.
     void finishLaunching();
@@ -68,6 +72,8 @@ private:
     void reportUnopenable(const std::filesystem::path& folder, const std::exception& failure);
 
     LaunchOptions options_;
+    QString notice_;
+    ColorScheme colorScheme_;
     std::map<std::string, RepositoryWindow*> repositoryWindows_; ///< by top level, as bytes
     QPointer<QWidget> welcomeWindow_;
     bool receivedOpenRequest_ = false;

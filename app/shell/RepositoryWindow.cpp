@@ -33,7 +33,10 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, MenuTarget& menuT
     frameTimer_.setSingleShot(true);
     connect(&frameTimer_, &QTimer::timeout, this, [this] { windowFrames::remember(*this, this->root()); });
 
-    notifiers_.push_back(store_->status.addNotifier([this] { updateTitle(); }));
+    notifiers_.push_back(store_->status.addNotifier([this] {
+        updateTitle();
+        showWarnings();
+    }));
     updateTitle();
 
     // The first read has the machine to itself; watching begins once it is on the screen.
@@ -60,6 +63,16 @@ void RepositoryWindow::updateTitle()
     const QString folder = QString::fromStdString(root().filename().string());
     const QString head = store_->headDescription();
     setWindowTitle(head.isEmpty() ? folder : folder + QStringLiteral(" — ") + head);
+}
+
+void RepositoryWindow::showNotice(const QString& notice) { view_->showNotice(notice); }
+
+void RepositoryWindow::showWarnings()
+{
+    const std::string& warnings = store_->status.value().warnings;
+    if (!warnings.empty() && warnings != shownWarnings_)
+        showNotice(QString::fromStdString(warnings));
+    shownWarnings_ = warnings;
 }
 
 void RepositoryWindow::startWatching()

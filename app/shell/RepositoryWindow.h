@@ -32,6 +32,8 @@ public:
     /// Shows another section of the repository.
     void show(SidebarItem item);
     using QMainWindow::show;
+    /// Says something once, quietly.
+    void showNotice(const QString& notice);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -41,6 +43,7 @@ protected:
 
 private:
     void updateTitle();
+    void showWarnings();
     void startWatching();
     void rememberFrameSoon();
 
@@ -49,6 +52,7 @@ private:
     RepositoryView* view_;
     std::unique_ptr<RepositoryWatcher> watcher_;
     QTimer frameTimer_;
+    std::string shownWarnings_; ///< git's, which are told once
     std::vector<QPropertyNotifier> notifiers_;
 };
 
