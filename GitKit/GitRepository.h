@@ -1,6 +1,11 @@
 #pragma once
 
+#include "GitKit/PartialPatch.h"
+#include "GitKit/records/BlameLine.h"
 #include "GitKit/records/Commit.h"
+#include "GitKit/records/CommitDetail.h"
+#include "GitKit/records/DiffSection.h"
+#include "GitKit/records/FileRevision.h"
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/HistoryFilter.h"
 #include "GitKit/records/HistoryScope.h"
@@ -9,6 +14,7 @@
 #include "GitKit/runner/GitRunner.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -59,7 +65,90 @@ public:
     /// The full message of one commit, repaired for showing.
     std::string commitMessage(const std::string& hash) const;
 
+    /// The commits that touched a file, the newest first, followed through renames; as `revision` and its parents know
+    /// it, HEAD without.
+    std::vector<FileRevision> fileLog(const std::string& path, const std::optional<std::string>& revision,
+                                      int limit) const;
+    /// Who last changed each line of a file in `revision`; in the working tree without.
+    std::vector<BlameLine> blame(const std::string& path, const std::optional<std::string>& revision) const;
+
+    enum class CommitKind { ordinary, stash };
+    /// A commit with its changes against its first parent; a stash with its untracked files too.
+    CommitDetail commitDetail(const std::string& hash, CommitKind kind) const;
+    /// One file's diff in a commit, as commitDetail() lists the file.
+    ParsedDiff commitDiff(const std::string& hash, const CommitFile& file) const;
+    /// The diffs of a changed file: what is not staged, then what is. Reading stops where no more is shown.
+    std::vector<DiffSection> workingDiff(const FileChange& file) const;
+
+    struct StagedChanges {
+        std::string summary; ///< the staged files and how much of each changes, repaired for showing
+        std::string diff;    ///< the whole patch, repaired for showing
+    };
+    StagedChanges stagedChanges() const;
+    /// HEAD's message, as its bytes.
+    std::string lastCommitMessage() const;
+
+    // What follows changes the index or the working tree. Writers of one repository run one after another, which is
+    // for the caller to see to.
+
+    void stage(const std::vector<FileChange>& files) const;
+    void unstage(const std::vector<FileChange>& files) const;
+    void stageAll() const;
+    void unstageAll() const;
+
+    /// Stages or unstages parts of a file. Refuses when the index no longer holds what the patch was made from.
+    void applyToIndex(const PartialChange& change) const;
+
+    /// What a discard of parts replaced, so that it can be taken back.
+    struct PartialDiscard {
+        std::string path;
+        std::optional<std::string> before; ///< the file's bytes; absent when there was none
+        std::optional<std::string> after;
+    };
+    /// Takes changes out of a file of the working tree: `change` is a reverse one. Refuses when the file is no longer
+    /// what the patch was made from. The result is nothing for a file too large to keep.
+    std::optional<PartialDiscard> discardPart(const PartialChange& change) const;
+    /// Brings back what discardPart() took, while the file is still as that left it. Refuses otherwise.
+    void undoDiscard(const PartialDiscard& discard) const;
+
+    /// Moves a file or folder to the Trash. Throws, and leaves it where it is, when it cannot.
+    using Trash = std::function<void(const std::filesystem::path&)>;
+    /// Brings files back to HEAD, one after another; stops at the first that fails. What git does not know goes to the
+    /// Trash, never away.
+    void discard(const std::vector<FileChange>& files, const Trash& trash) const;
+
+    enum class CommitMode { create, amend };
+    void commit(const std::string& message, CommitMode mode) const;
+    /// Checks out a branch's or tag's short name, or a hash.
+    void checkout(const std::string& name) const;
+    void checkoutTracking(const std::string& remoteBranch, const std::string& localName) const;
+
+    enum class AfterCreating { stay, checkOut };
+    void createBranch(const std::string& name, const std::optional<std::string>& startPoint, AfterCreating after) const;
+    enum class Deletion { ifMerged, force };
+    void deleteBranch(const std::string& name, Deletion deletion) const;
+    void createTag(const std::string& name, const std::string& target) const;
+    void deleteTag(const std::string& name) const;
+    void merge(const std::string& name) const;
+    void cherryPick(const std::string& hash) const;
+    void revert(const std::string& hash) const;
+
+    enum class UntrackedFiles { leave, include };
+    void stashSave(const std::string& message, UntrackedFiles untracked) const;
+    enum class StashUse { apply, pop };
+    /// Finds the stash again by its hash first: its number may have changed since it was listed.
+    void stashApply(const Stash& stash, StashUse use) const;
+    void stashDrop(const Stash& stash) const;
+
+    void fetch() const;
+    void pull() const;
+    /// Pushes `branch`; sets its upstream on `upstreamRemote` when one is given.
+    void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
+
 private:
+    ParsedDiff diff(std::vector<std::string> arguments, const std::vector<int>& accepting) const;
+    void requireIndexHolds(const PartialChange& change) const;
+    void requireWorkingTreeHolds(const PartialChange& change) const;
     bool resolvesHead() const;
     void requireReadableHead() const;
 

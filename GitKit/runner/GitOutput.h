@@ -2,14 +2,22 @@
 
 #include "GitKit/Text.h"
 
+#include <cstddef>
 #include <string>
 
 namespace gitkit {
+
+/// How much of a program's standard output is wanted at most.
+struct OutputLimit {
+    std::size_t lines = 0;
+    std::size_t bytes = 0;
+};
 
 /// The raw result of one run of git.
 struct GitOutput {
     int status = 0;         ///< exit status; 128 plus the signal's number when a signal ended git
     bool signalled = false; ///< a signal ended git; never an accepted exit
+    bool cut = false;       ///< the output passed its limit, and git was ended for it
     std::string stdoutBytes;
     std::string stderrBytes;
 

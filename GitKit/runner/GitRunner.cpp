@@ -20,7 +20,8 @@ GitOutput start(const std::filesystem::path& directory, const std::vector<std::s
                            .directory = directory,
                            .environment =
                                gitEnvironment(applicationEnvironment(), options.environment, fileSystemMonitor),
-                           .input = options.input};
+                           .input = options.input,
+                           .limit = options.limit};
     request.arguments.insert(request.arguments.end(), arguments.begin(), arguments.end());
     return runProcess(request);
 }
@@ -62,6 +63,8 @@ GitOutput GitRunner::output(const std::vector<std::string>& arguments, const Run
 GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const RunOptions& options) const
 {
     GitOutput result = output(arguments, options);
+    if (result.cut) // its end was ours
+        return result;
     if (!result.signalled && std::ranges::find(options.accepting, result.status) != options.accepting.end())
         return result;
     std::string message(trimmed(result.errorText()));

@@ -14,11 +14,13 @@ namespace gitkit {
 /// How one run differs from the ordinary one.
 struct RunOptions {
     /// Bytes for git's standard input; the null device without.
-    std::optional<std::string> input;
+    std::optional<std::string> input = {};
     /// Exit statuses that are no failure.
     std::vector<int> accepting = {0};
     /// Environment entries for this run alone, set after all others.
-    std::vector<std::pair<std::string, std::string>> environment;
+    std::vector<std::pair<std::string, std::string>> environment = {};
+    /// Reading stops where the output grows past this, and git is ended; for what only shows a beginning.
+    std::optional<OutputLimit> limit = {};
 };
 
 /// Runs git in one folder, with the options and the environment that every run shares (GitEnvironment.h).

@@ -149,13 +149,15 @@ public:
     {
         if (pid_ < 0)
             return;
-        ::kill(-pid_, SIGKILL);
+        kill();
         reap();
     }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
     pid_t pid() const { return pid_; }
+
+    void kill() const { ::kill(-pid_, SIGKILL); }
 
     /// Waits for the child and returns its wait status.
     int reap()
@@ -271,6 +273,28 @@ private:
     std::string& bytes_;
 };
 
+/// Whether an output has grown past its limit. Looks at each byte once.
+class LimitWatch {
+public:
+    LimitWatch(const std::optional<OutputLimit>& limit, const std::string& bytes) : limit_(limit), bytes_(bytes) {}
+
+    bool passed()
+    {
+        if (!limit_)
+            return false;
+        lines_ += static_cast<std::size_t>(
+            std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted_), bytes_.end(), '\n'));
+        counted_ = bytes_.size();
+        return lines_ > limit_->lines || counted_ > limit_->bytes;
+    }
+
+private:
+    const std::optional<OutputLimit>& limit_;
+    const std::string& bytes_;
+    std::size_t counted_ = 0;
+    std::size_t lines_ = 0;
+};
+
 /// Our end of the child's standard input, and what it has not taken yet.
 class InputStream {
 public:
@@ -301,8 +325,12 @@ private:
     std::string_view rest_;
 };
 
-/// Feeds and drains the child until it has ended, then takes what is left in its pipes.
-void exchange(const UniqueFd& childEnded, InputStream& input, OutputStream& output, OutputStream& error)
+enum class ExchangeEnd { childEnded, limitPassed };
+
+/// Feeds and drains the child until it has ended, then takes what is left in its pipes; or until it has printed more
+/// than is wanted.
+ExchangeEnd exchange(const UniqueFd& childEnded, InputStream& input, OutputStream& output, OutputStream& error,
+                     LimitWatch& limit)
 {
     for (;;) {
         // poll passes over entries whose descriptor is negative, as closed streams' are.
@@ -321,9 +349,12 @@ void exchange(const UniqueFd& childEnded, InputStream& input, OutputStream& outp
             output.read();
         if (watched[3].revents != 0)
             error.read();
+        if (limit.passed())
+            return ExchangeEnd::limitPassed;
     }
     output.drain();
     error.drain();
+    return limit.passed() ? ExchangeEnd::limitPassed : ExchangeEnd::childEnded;
 }
 
 } // namespace
@@ -349,8 +380,11 @@ GitOutput runProcess(const ProcessRequest& request)
         InputStream input(std::move(inputPipe.writing), request.input.value_or(std::string_view()));
         OutputStream output(std::move(outputPipe.reading), result.stdoutBytes);
         OutputStream error(std::move(errorPipe.reading), result.stderrBytes);
-        exchange(childEnded, input, output, error);
+        LimitWatch limit(request.limit, result.stdoutBytes);
+        result.cut = exchange(childEnded, input, output, error, limit) == ExchangeEnd::limitPassed;
     }
+    if (result.cut)
+        child.kill();
     const int waitStatus = child.reap();
     result.signalled = WIFSIGNALED(waitStatus);
     result.status = result.signalled ? 128 + WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);

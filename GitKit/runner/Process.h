@@ -15,8 +15,9 @@ struct ProcessRequest {
     std::filesystem::path executable;   ///< absolute
     std::vector<std::string> arguments; ///< without the program's own name
     std::filesystem::path directory;
-    std::vector<std::string> environment;  ///< the whole of it, as NAME=value
-    std::optional<std::string_view> input; ///< standard input; the null device without
+    std::vector<std::string> environment;       ///< the whole of it, as NAME=value
+    std::optional<std::string_view> input = {}; ///< standard input; the null device without
+    std::optional<OutputLimit> limit = {};      ///< of standard output; past it the program is killed with its group
 };
 
 /// Runs a program to its end and returns what it wrote. Blocks the calling thread; any number may run at once.

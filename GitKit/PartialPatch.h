@@ -1,0 +1,55 @@
+#pragma once
+
+#include "GitKit/records/ParsedDiff.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace gitkit {
+
+/// Which way a patch will be applied.
+enum class PatchDirection {
+    forward, ///< to a side that has none of the diff's changes: staging
+    reverse, ///< with --reverse, to a side that has all of them: unstaging, discarding
+};
+
+/// Why parts of a diff cannot be applied by themselves.
+enum class PartialRefusal {
+    none,
+    noPatch,   ///< binary, truncated, empty, combined, or of several files
+    symlink,   ///< half a target is no target
+    submodule, ///< a commit is recorded whole
+};
+
+/// Whether selections of `diff` can be applied, other than all of it.
+PartialRefusal partialRefusal(const ParsedDiff& diff);
+
+/// A patch, as bytes, that makes (or, in reverse, takes back) just the changes whose ids are in `selected`; what is not
+/// selected stays as the target side has it. Ids that are no changes are ignored. Nothing when no change is selected or
+/// the diff allows none (partialRefusal), unless all of a symlink or submodule is selected.
+///
+/// Lines are never glued: where the file's last line has no final newline and the patch puts another line behind it,
+/// the patch gives it one.
+std::optional<std::string> partialPatch(const ParsedDiff& diff, const std::set<int>& selected,
+                                        PatchDirection direction);
+
+/// A patch together with what it may be applied to.
+struct PartialChange {
+    std::string path; ///< as bytes
+    std::string patch;
+    PatchDirection direction = PatchDirection::forward;
+    /// The blob that the patch was made from; all zeros for no file, nothing when the diff does not say.
+    std::optional<std::string> before;
+};
+
+/// The selected changes of `path`'s diff as something to apply; nothing where partialPatch() gives nothing.
+std::optional<PartialChange> partialChange(const std::string& path, const ParsedDiff& diff,
+                                           const std::set<int>& selected, PatchDirection direction);
+
+/// The blob that a patch of `diff` in `direction` may be applied to, as its header names it: possibly abbreviated, all
+/// zeros for a file that is not there. Nothing when the header names none.
+std::optional<std::string> blobBefore(const ParsedDiff& diff, PatchDirection direction);
+
+} // namespace gitkit

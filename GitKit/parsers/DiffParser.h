@@ -1,0 +1,23 @@
+#pragma once
+
+#include "GitKit/records/HunkStart.h"
+#include "GitKit/records/ParsedDiff.h"
+
+#include <string_view>
+
+namespace gitkit {
+
+/// Reads the unified diffs that git prints. Pure; never fails: what it does not know it skips.
+class DiffParser {
+public:
+    /// The longest diff that is shown, in lines.
+    static constexpr int shownLines = 5000;
+
+    /// Reads up to `maxLines` lines of hunks; a longer diff is marked truncated.
+    static ParsedDiff parse(std::string_view text, int maxLines = shownLines);
+
+    /// The two start line numbers of "@@ -12,7 +12,9 @@ …"; 0 for a side that cannot be read.
+    static HunkStart hunkStart(std::string_view header) { return HunkStart::of(header); }
+};
+
+} // namespace gitkit
