@@ -14,7 +14,7 @@ import tempfile
 import time
 
 import numpy
-from Xlib import X, XK, display
+from Xlib import X, XK, display, error
 from Xlib.ext import xtest
 
 now = time.monotonic
@@ -89,6 +89,13 @@ class Screen:
 
     def window(self):
         """The rectangle of the largest window that the window manager manages, as slices of the picture, or None."""
+        while True:
+            try:
+                return self._window()
+            except error.BadWindow:  # one went away while it was asked
+                continue
+
+    def _window(self):
         state, largest = self.display.intern_atom("WM_STATE"), None
         def managed(window, depth=0):
             if window.get_full_property(state, X.AnyPropertyType):
