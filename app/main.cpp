@@ -3,6 +3,7 @@
 #include "app/shell/RepositoryWindow.h"
 #include "app/shell/Screenshot.h"
 #include "app/shell/SingleInstance.h"
+#include "app/shell/TopLevelLookup.h"
 
 #include <QApplication>
 
@@ -47,6 +48,9 @@ int main(int argc, char** argv)
     auto& options = std::get<plovik::LaunchOptions>(parsed);
     if (!options.screenshot.empty())
         qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    if (!options.folders.empty())
+        plovik::beginTopLevelLookup(options.folders.front());
 
     // Qt takes its own arguments out of the list; the rest has been read.
     int ownArgument = 1;

@@ -5,6 +5,7 @@
 #include "app/settings/RecentRepositories.h"
 #include "app/settings/WelcomeView.h"
 #include "app/shell/RepositoryWindow.h"
+#include "app/shell/TopLevelLookup.h"
 #include "app/shell/WindowFrames.h"
 #include "app/views/Theme.h"
 
@@ -131,7 +132,7 @@ QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder)
 {
     try {
         const std::filesystem::path root = co_await BlockingCall<std::filesystem::path>(
-            Worker::pool(), Worker::Lane::local, alive_, std::bind_front(&gitkit::GitRepository::topLevel, folder));
+            Worker::pool(), Worker::Lane::local, alive_, std::bind_front(&topLevelOf, folder));
         showRepository(root);
     } catch (const std::exception& failure) {
         reportUnopenable(folder, failure);
