@@ -85,15 +85,17 @@ public:
         std::string diff;    ///< the whole patch, repaired for showing
     };
     StagedChanges stagedChanges() const;
-    /// HEAD's message, as its bytes.
+    /// HEAD's message, as its bytes; as UTF-8 when the commit names another encoding.
     std::string lastCommitMessage() const;
 
     // What follows changes the index or the working tree. Writers of one repository run one after another, which is
     // for the caller to see to.
 
+    /// Stages what is not staged of these files; one that git cannot stage leaves them all as they are.
     void stage(const std::vector<FileChange>& files) const;
     void unstage(const std::vector<FileChange>& files) const;
     void stageAll() const;
+    /// Leaves conflicts and an operation in progress as they are.
     void unstageAll() const;
 
     /// Stages or unstages parts of a file. Refuses when the index no longer holds what the patch was made from.
@@ -118,9 +120,14 @@ public:
     void discard(const std::vector<FileChange>& files, const Trash& trash) const;
 
     enum class CommitMode { create, amend };
+    /// Records the message as it is; a last line that has no end gets one, unless it is HEAD's own and unchanged.
     void commit(const std::string& message, CommitMode mode) const;
-    /// Checks out a branch's or tag's short name, or a hash.
-    void checkout(const std::string& name) const;
+    // A ref that exists is named in full (refs/heads/main) or by a hash, so that it is taken for no other; names that
+    // are given to something new, or that only a branch or only a tag can have, are short.
+
+    /// Attaches HEAD to a branch (refs/heads/...); detaches it at anything else.
+    void checkout(const std::string& ref) const;
+    /// Makes a branch that tracks a remote one (refs/remotes/...) and checks it out.
     void checkoutTracking(const std::string& remoteBranch, const std::string& localName) const;
 
     enum class AfterCreating { stay, checkOut };
@@ -129,20 +136,22 @@ public:
     void deleteBranch(const std::string& name, Deletion deletion) const;
     void createTag(const std::string& name, const std::string& target) const;
     void deleteTag(const std::string& name) const;
-    void merge(const std::string& name) const;
+    void merge(const std::string& ref) const;
     void cherryPick(const std::string& hash) const;
     void revert(const std::string& hash) const;
 
     enum class UntrackedFiles { leave, include };
     void stashSave(const std::string& message, UntrackedFiles untracked) const;
     enum class StashUse { apply, pop };
-    /// Finds the stash again by its hash first: its number may have changed since it was listed.
+    /// Finds the stash again by its hash first: its number may have changed since it was listed. What was staged is
+    /// staged again where git can do that.
     void stashApply(const Stash& stash, StashUse use) const;
     void stashDrop(const Stash& stash) const;
 
     void fetch() const;
     void pull() const;
-    /// Pushes `branch`; sets its upstream on `upstreamRemote` when one is given.
+    /// Pushes `branch`, which must be the current one without a remote, to the branch of that name; sets its upstream
+    /// on `upstreamRemote` when one is given.
     void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
 
 private:

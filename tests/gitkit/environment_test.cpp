@@ -93,6 +93,7 @@ std::vector<Row> rows(const EverythingRepository& repo)
     const Strings diff{"diff"};
     const Strings status{"status", "--porcelain=v2", "--branch", "-z", "--untracked-files=all"};
     const std::string patch = "--- a/numbers\n+++ b/numbers\n@@ -3,3 +3,3 @@\n line  3\n-line 4\n+line four\n line 5\n";
+    const std::string cut = "x\n# ------------------------ >8 ------------------------\ny\n";
     return {
         {"diff.noprefix", "true", diff},
         {"diff.mnemonicPrefix", "true", diff},
@@ -120,6 +121,10 @@ std::vector<Row> rows(const EverythingRepository& repo)
         {"color.transport", "always", {"push", "origin", "main"}},
         {"color.advice", "always", {"push", "origin", "main"}},
         {"color.remote", "always", {"push", "strict", "main"}},
+        {"branch.autoSetupMerge", "inherit", {"branch", "-f", "fresh", "refs/remotes/origin/main"}},
+        {"push.default", "nothing", {"push"}},
+        {"tag.gpgSign", "true", {"tag", "-f", "-m", "x", "annotated", "first"}},
+        {"commit.verbose", "true", {"commit", "--amend", "--only", "--cleanup=verbatim", "-F", "-"}, cut},
     };
 }
 
@@ -155,8 +160,8 @@ TEST(GitEnvironment, KeepsSettingsFromWhatIsRead)
         EXPECT_EQ(whatGitSays(runner, row), before) << row.key;
         repo.git({"config", "--unset", row.key});
     }
-    // Younger versions of git know these two alone; one more shows in a file, below.
-    shown.insert({"diff.srcPrefix", "diff.dstPrefix", "diff.autoRefreshIndex"});
+    // Younger versions of git know these two alone; one more shows in a file, below, one in what a checkout makes.
+    shown.insert({"diff.srcPrefix", "diff.dstPrefix", "diff.autoRefreshIndex", "checkout.guess"});
     std::set<std::string> pinned;
     for (const ConfigurationPin& pin : configurationPins())
         pinned.emplace(pin.key);
