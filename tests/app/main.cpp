@@ -9,8 +9,9 @@ int main(int argc, char** argv)
 {
     // No display, no session bus and no settings but those that a test makes.
     QTemporaryDir home;
-    for (const char* folder : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
+    for (const char* folder : {"HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
         qputenv(folder, home.path().toLocal8Bit());
+    qputenv("XDG_DATA_HOME", home.filePath(u"data/of its own"_s).toLocal8Bit());
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     qputenv("QT_QPA_PLATFORM", "offscreen");
 
