@@ -1,0 +1,55 @@
+#include "app/views/diff/DiffMetrics.h"
+
+#include "app/settings/CodeFont.h"
+#include "app/views/Theme.h"
+#include "app/views/diff/DiffDocument.h"
+
+#include <QFontMetricsF>
+
+#include <algorithm>
+#include <cmath>
+
+namespace plovik {
+
+DiffMetrics DiffMetrics::of(const DiffDocument& document)
+{
+    constexpr double heightPerPoint = 20.0 / 12;
+    constexpr int fewestDigits = 3;
+    DiffMetrics metrics;
+    metrics.codeFont = CodeFont::current();
+    metrics.numberFont = metrics.codeFont;
+    metrics.numberFont.setPointSizeF(std::max(7.0, metrics.codeFont.pointSizeF() - 1));
+    const QFontMetricsF code(metrics.codeFont);
+    metrics.cell = code.horizontalAdvance(QLatin1Char('0'));
+    metrics.lineHeight =
+        std::max(qRound(metrics.codeFont.pointSizeF() * heightPerPoint), static_cast<int>(std::ceil(code.height())));
+    metrics.hunkHeight = std::max(28, metrics.lineHeight + 8);
+
+    const auto digits = std::max(fewestDigits, static_cast<int>(QString::number(document.largestNumber()).size()));
+    const double digit = QFontMetricsF(metrics.numberFont).horizontalAdvance(QLatin1Char('0'));
+    metrics.numberWidth = static_cast<int>(std::ceil(digit * digits));
+    // A merge's old lines have several numbers; none is shown.
+    metrics.gutterWidth =
+        document.isCombined() ? 2 * margin + metrics.numberWidth : 2 * margin + 2 * metrics.numberWidth + numberGap;
+    const int signs = document.isCombined() ? 2 : 1;
+    metrics.codeLeft = metrics.gutterWidth + static_cast<int>(std::ceil(metrics.cell * (signs + 0.5))) + 8;
+
+    metrics.tops.reserve(static_cast<std::size_t>(document.rowCount()) + 1);
+    int top = 0;
+    metrics.tops.push_back(top);
+    for (int row = 0; row < document.rowCount(); ++row) {
+        const bool isHunk = document.row(row).kind == gitkit::DiffLine::Kind::hunk;
+        top += isHunk ? metrics.hunkHeight : metrics.lineHeight;
+        metrics.tops.push_back(top);
+    }
+    return metrics;
+}
+
+int DiffMetrics::rowAt(int y) const
+{
+    const auto after = std::ranges::upper_bound(tops, y);
+    const auto row = static_cast<int>(after - tops.begin()) - 1;
+    return std::clamp(row, tops.size() > 1 ? 0 : -1, static_cast<int>(tops.size()) - 2);
+}
+
+} // namespace plovik

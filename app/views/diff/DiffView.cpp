@@ -1,0 +1,186 @@
+#include "app/views/diff/DiffView.h"
+
+#include "app/views/Theme.h"
+#include "app/views/diff/DiffSectionBar.h"
+#include "app/views/diff/DiffSectionView.h"
+
+#include <QEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace plovik {
+
+DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
+{
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    applyTheme();
+    viewport()->setAutoFillBackground(true);
+    verticalScrollBar()->setSingleStep(20);
+    horizontalScrollBar()->setSingleStep(20);
+}
+
+DiffSectionView* DiffView::addSection()
+{
+    auto* const section = new DiffSectionView(viewport());
+    section->setFollows(!sections_.empty());
+    section->setActionsAvailable(areActionsAvailable_);
+    connect(section, &DiffSectionView::actionRequested, this,
+            [this, section](const DiffAction& action) { Q_EMIT actionRequested(section->content(), action); });
+    connect(section, &DiffSectionView::contentHeightChanged, this, &DiffView::layOut);
+    connect(section, &DiffSectionView::revealRequested, this,
+            [this, section](const QRect& area) { reveal(section, area); });
+    connect(section, &DiffSectionView::leaveRequested, this,
+            [this, section](int direction) { leave(section, direction); });
+    sections_.push_back(section);
+    return section;
+}
+
+void DiffView::setContents(std::vector<DiffContent> contents, Place place)
+{
+    const int x = horizontalScrollBar()->value();
+    const int y = verticalScrollBar()->value();
+    {
+        const QScopedValueRollback filling(isFilling_, true);
+        while (sections_.size() > contents.size()) {
+            // A section that goes while it runs a handler of its own is deleted afterwards.
+            sections_.back()->hide();
+            sections_.back()->deleteLater();
+            sections_.pop_back();
+        }
+        for (std::size_t i = 0; i < contents.size(); ++i) {
+            DiffSectionView* const section = i < sections_.size() ? sections_[i] : addSection();
+            section->setContent(std::move(contents[i]));
+            section->show();
+        }
+    }
+    setFocusProxy(sections_.empty() ? nullptr : sections_.front());
+    layOut();
+    verticalScrollBar()->setValue(place == Place::kept ? y : 0);
+    horizontalScrollBar()->setValue(place == Place::kept ? x : 0);
+}
+
+void DiffView::setActionsAvailable(bool available)
+{
+    areActionsAvailable_ = available;
+    for (DiffSectionView* const section : sections_)
+        section->setActionsAvailable(available);
+}
+
+void DiffView::layOut()
+{
+    if (isFilling_)
+        return;
+    const int width = viewport()->width();
+    int total = 0;
+    int widest = 0;
+    tops_.clear();
+    for (DiffSectionView* const section : sections_) {
+        const int height = section->heightFor(width);
+        tops_.push_back(total);
+        section->resize(width, height);
+        total += height;
+        widest = std::max(widest, section->contentWidth());
+    }
+    verticalScrollBar()->setRange(0, std::max(0, total - viewport()->height()));
+    verticalScrollBar()->setPageStep(viewport()->height());
+    horizontalScrollBar()->setRange(0, std::max(0, widest - width));
+    horizontalScrollBar()->setPageStep(width);
+    placeSections();
+}
+
+void DiffView::placeSections()
+{
+    const int scrolled = verticalScrollBar()->value();
+    for (std::size_t i = 0; i < sections_.size() && i < tops_.size(); ++i) {
+        sections_[i]->move(0, tops_[i] - scrolled);
+        sections_[i]->setVisibleTop(scrolled - tops_[i]);
+        sections_[i]->setOffset(horizontalScrollBar()->value());
+    }
+}
+
+void DiffView::reveal(DiffSectionView* section, QRect area)
+{
+    const int top = section->y() + verticalScrollBar()->value() + area.top();
+    // The bar stays in sight and covers the first lines.
+    const int covered = section->content().title.isEmpty() ? 0 : DiffSectionBar::barHeight;
+    int value = verticalScrollBar()->value();
+    value = std::max(value, top + area.height() - viewport()->height());
+    value = std::min(value, top - covered);
+    verticalScrollBar()->setValue(value);
+    if (area.width() <= 1) {
+        int x = horizontalScrollBar()->value();
+        x = area.left() >= viewport()->width() ? x + area.left() - viewport()->width() + 1 : x;
+        horizontalScrollBar()->setValue(area.left() < 0 ? x + area.left() : x);
+    }
+}
+
+void DiffView::leave(DiffSectionView* section, int direction)
+{
+    auto at = std::ranges::find(sections_, section);
+    while (at != sections_.end()) {
+        if (direction < 0 && at == sections_.begin())
+            return;
+        at += direction;
+        if (at == sections_.end())
+            return;
+        const auto& hunks = (*at)->document().hunks();
+        if (hunks.empty())
+            continue;
+        const int row = direction > 0 ? hunks.front().first : hunks.back().first;
+        (*at)->setCurrentRow(row);
+        (*at)->setFocus(Qt::OtherFocusReason);
+        reveal(*at, (*at)->rowRect(row));
+        return;
+    }
+}
+
+void DiffView::copy()
+{
+    const auto chosen = std::ranges::find_if(sections_, [](const DiffSectionView* section) {
+        return section->hasFocus() && !section->selection().isEmpty();
+    });
+    const auto any =
+        std::ranges::find_if(sections_, [](const DiffSectionView* section) { return !section->selection().isEmpty(); });
+    if (chosen != sections_.end())
+        (*chosen)->copy();
+    else if (any != sections_.end())
+        (*any)->copy();
+}
+
+void DiffView::selectAll()
+{
+    const auto chosen =
+        std::ranges::find_if(sections_, [](const DiffSectionView* section) { return section->hasFocus(); });
+    if (chosen != sections_.end())
+        (*chosen)->selectAll();
+    else if (!sections_.empty())
+        sections_.front()->selectAll();
+}
+
+void DiffView::resizeEvent(QResizeEvent* event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    layOut();
+}
+
+void DiffView::scrollContentsBy(int, int) { placeSections(); }
+
+bool DiffView::viewportEvent(QEvent* event)
+{
+    // Sections cover what they need; painting is theirs and the background's.
+    return event->type() == QEvent::Paint ? false : QAbstractScrollArea::viewportEvent(event);
+}
+
+void DiffView::changeEvent(QEvent* event)
+{
+    QAbstractScrollArea::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void DiffView::applyTheme() { viewport()->setBackgroundRole(QPalette::Base); }
+
+} // namespace plovik

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QStringView>
+
+#include <vector>
+
+namespace plovik {
+
+/// Part of a line, in UTF-16 units.
+struct TextRange {
+    qsizetype begin = 0;
+    qsizetype end = 0;
+
+    bool operator==(const TextRange&) const = default;
+};
+
+/// What differs between a line and the line that took its place.
+struct WordMarks {
+    std::vector<TextRange> removed; ///< in the old line
+    std::vector<TextRange> added;   ///< in the new line
+
+    bool operator==(const WordMarks&) const = default;
+};
+
+/// Compares word by word. Nothing is marked where too little stayed the same for marks to help. The cost is bounded:
+/// long lines are only compared at their ends. Pure.
+WordMarks wordMarks(QStringView before, QStringView after);
+
+} // namespace plovik
