@@ -4,7 +4,8 @@
 
 namespace plovik {
 
-RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker) : repo_(std::move(root)), worker_(worker)
+RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker, StoreServices services)
+    : repo_(std::move(root)), worker_(worker), services_(std::move(services))
 {}
 
 // What is awaiting git keeps only a weak reference to the token, and finds it gone.

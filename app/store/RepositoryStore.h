@@ -8,12 +8,16 @@
 #include "app/store/HistoryRow.h"
 #include "app/store/SheetKind.h"
 #include "app/store/SidebarItem.h"
+#include "app/store/StoreServices.h"
+#include "app/store/Turnstile.h"
 #include "app/store/Worker.h"
 
 #include <QProperty>
 #include <QString>
 
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -32,7 +36,7 @@ enum class RefreshScope { status, full };
 class RepositoryStore {
 public:
     /// `root` is a working tree's top level. Starts no git work: the window asks for the first refresh.
-    explicit RepositoryStore(std::filesystem::path root, Worker& worker = Worker::pool());
+    explicit RepositoryStore(std::filesystem::path root, Worker& worker = Worker::pool(), StoreServices services = {});
     ~RepositoryStore();
     RepositoryStore(const RepositoryStore&) = delete;
     RepositoryStore& operator=(const RepositoryStore&) = delete;
@@ -99,6 +103,70 @@ public:
     /// Moves the commit selection by rows; selects the first row when there is none.
     void moveCommitSelection(int rows);
 
+    // Actions. Each shows what it does in `activity` and its failure in `errorMessage`, and reads the repository again
+    // afterwards. While one runs, another is dropped.
+
+    void fetch();
+    void pull();
+    void push();
+    void checkout(const gitkit::GitRef& ref);
+    void checkoutCommit(const std::string& hash);
+    /// `startPoint` is a full ref name or a hash; HEAD without.
+    void createBranch(const std::string& name, const std::optional<std::string>& startPoint,
+                      gitkit::GitRepository::AfterCreating after);
+    void createTag(const std::string& name, const std::string& target);
+    /// Asks, and then deletes a local branch or a tag. Remote branches are not deleted here.
+    void confirmDelete(const gitkit::GitRef& ref);
+    void merge(const gitkit::GitRef& ref);
+    void cherryPick(const std::string& hash);
+    void revert(const std::string& hash);
+    void stashSave(const QString& message, gitkit::GitRepository::UntrackedFiles untracked);
+    void stashApply(const gitkit::Stash& stash, gitkit::GitRepository::StashUse use);
+    void confirmDrop(const gitkit::Stash& stash);
+    void reveal(const std::vector<gitkit::FileChange>& files);
+    void openInEditor(const std::vector<gitkit::FileChange>& files);
+
+    // Staging. These show no activity, run one after another, and are never held up by a fetch or a push.
+
+    using Files = std::vector<gitkit::FileChange>;
+    /// The changed files that are selected, in the order of the status.
+    Files selectedFiles() const;
+    /// A file's stage state as it will be once what is under way has ended.
+    gitkit::StageState shownStageState(const gitkit::FileChange& file) const;
+    /// Grows whenever shownStageState() may answer differently.
+    QProperty<qint64> stagingGeneration{0};
+
+    /// Stages files; asks first when a conflicted one still holds conflict markers.
+    void stage(const Files& files);
+    void unstage(const Files& files);
+    void stageAll();
+    void unstageAll();
+    /// Stages or unstages the selected lines of a file's diff; what cannot be applied does nothing.
+    void applyToIndex(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
+                      gitkit::PatchDirection direction);
+    /// A click on a file's check box; acts on the selection when the file is in it.
+    void toggleStage(const gitkit::FileChange& file);
+    void toggleStageOfSelection();
+
+    static QString discardTitle(const Files& files);
+    void confirmDiscard(const Files& files);
+    enum class DiscardedPart { hunk, lines };
+    /// Asks, and then takes the selected lines of a file's unstaged diff out of the working tree.
+    void confirmDiscardPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
+                            DiscardedPart part);
+    /// Whether the last discard of hunks or lines can be taken back.
+    QProperty<bool> canUndoDiscard{false};
+    void undoDiscard();
+
+    // Committing.
+
+    bool canCommit() const;
+    void commit();
+    /// To be called after `amend` was written: fills an empty commit box with the message to amend.
+    void amendChanged();
+    /// Splits a message into subject and body.
+    void fillCommitFields(const QString& message);
+
     /// Awaits one of the repository's methods on the worker, with copies of the arguments.
     template <typename Result, typename... Parameters, typename... Arguments>
     BlockingCall<Result> run(Result (gitkit::GitRepository::*verb)(Parameters...) const, Arguments&&... arguments) const
@@ -123,6 +191,36 @@ public:
 private:
     static constexpr int pageSize = 500;
 
+    /// Something that changes the repository, to be run on the worker.
+    using Operation = std::function<void(const gitkit::GitRepository&)>;
+    struct Action {
+        QString title;
+        Operation operation;
+        Worker::Lane lane = Worker::Lane::local;
+        std::function<void()> succeeded = {};                    ///< on the main thread, before the refresh
+        std::function<bool(const QString& message)> failed = {}; ///< true when it dealt with the failure
+    };
+    void perform(Action action);
+    QCoro::Task<> performing(Action action);
+    void quick(Operation operation);
+    QCoro::Task<> quickly(Operation operation);
+    BlockingCall<void> runOperation(Worker::Lane lane, Operation operation) const;
+    void fail(const QString& message);
+    StoreServices::Failed failing();
+    StoreServices::Files absolutePaths(const Files& files) const;
+
+    void deleteBranch(const std::string& branch, const QString& name);
+    void confirmForceDelete(const std::string& branch, const QString& name);
+
+    void stageChecked(const Files& files, Operation operation);
+    void stageNow(const Files& files, Operation operation);
+    QCoro::Task<> stagingAfterMarkerCheck(Files files, Operation operation);
+    void showStaging(const Files& files, gitkit::StageState state);
+    void forgetShownStaging();
+    QCoro::Task<> discardingPart(gitkit::PartialChange change);
+    std::string commitMessage() const;
+    QCoro::Task<> fillingAmendedMessage();
+
     QCoro::Task<> refreshLoop(RefreshScope scope);
     QCoro::Task<> performRefresh(RefreshScope scope);
     QCoro::Task<> readStatus();
@@ -140,7 +238,20 @@ private:
 
     gitkit::GitRepository repo_;
     Worker& worker_;
+    StoreServices services_;
+    Turnstile writing_; ///< writers of the index and the working tree pass one by one
     AliveToken alive_ = std::make_shared<const std::monostate>();
+
+    std::map<std::string, gitkit::StageState> shownStaging_; ///< by path: what is under way
+    int stagingUnderWay_ = 0;
+    qint64 finishedWrites_ = 0;
+    std::optional<gitkit::GitRepository::PartialDiscard> lastDiscard_;
+    struct AmendedMessage {
+        std::string bytes; ///< as git has them
+        QString subject;
+        QString body;
+    };
+    std::optional<AmendedMessage> amended_; ///< what the commit box was filled with
 
     int historyLimit_ = pageSize;
     SidebarItem historyScopeItem_ = SidebarItem::history();

@@ -44,6 +44,7 @@ QCoro::Task<> RepositoryStore::performRefresh(RefreshScope scope)
 
 QCoro::Task<> RepositoryStore::readStatus()
 {
+    const qint64 writesBefore = finishedWrites_;
     try {
         gitkit::RepoStatus read = co_await run(&gitkit::GitRepository::status);
         statusProblem_.clear();
@@ -51,6 +52,9 @@ QCoro::Task<> RepositoryStore::readStatus()
     } catch (const std::exception& failure) {
         statusProblem_ = QString::fromUtf8(failure.what());
     }
+    // A read that began before a write ended does not know of it; the one that the write asked for does.
+    if (writesBefore == finishedWrites_)
+        forgetShownStaging();
 }
 
 void RepositoryStore::applyStatus(gitkit::RepoStatus read)

@@ -1,0 +1,271 @@
+// What the user does to branches, tags, stashes and remotes.
+
+#include "app/store/RepositoryStore.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace plovik {
+
+using gitkit::GitRef;
+using gitkit::GitRepository;
+
+namespace {
+
+QString shown(const std::string& bytes)
+{
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+/// "Deleting branch…" and the like; `what` is shown between the two.
+QString activityText(const QString& verb, const QString& what = {})
+{
+    return (what.isEmpty() ? verb : verb + u' ' + what) + u'…';
+}
+
+QString quoted(const QString& text) { return u'“' + text + u'”'; }
+
+/// The name that a remote branch's local counterpart has: without the remote's own.
+std::string localNameOf(const std::string& remoteBranch, const std::vector<std::string>& remotes)
+{
+    for (const std::string& remote : remotes) {
+        if (remoteBranch.starts_with(remote + '/'))
+            return remoteBranch.substr(remote.size() + 1);
+    }
+    return remoteBranch;
+}
+
+} // namespace
+
+BlockingCall<void> RepositoryStore::runOperation(Worker::Lane lane, Operation operation) const
+{
+    return BlockingCall<void>(worker_, lane, alive_,
+                              [repo = repo_, operation = std::move(operation)] { operation(repo); });
+}
+
+void RepositoryStore::fail(const QString& message) { errorMessage = std::optional(message); }
+
+void RepositoryStore::perform(Action action)
+{
+    if (activity.value())
+        return;
+    activity = std::optional(action.title);
+    launch(performing(std::move(action)));
+}
+
+QCoro::Task<> RepositoryStore::performing(Action action)
+{
+    std::optional<QString> problem;
+    try {
+        // The network must not hold up staging; what it changes of the index, git's own lock keeps apart.
+        std::optional<Turnstile::Pass> pass;
+        if (action.lane == Worker::Lane::local)
+            pass.emplace(co_await writing_.enter());
+        co_await runOperation(action.lane, action.operation);
+    } catch (const std::exception& failure) {
+        problem = QString::fromUtf8(failure.what());
+    }
+    activity = std::nullopt;
+    if (!problem && action.succeeded)
+        action.succeeded();
+    if (problem && !(action.failed && action.failed(*problem)))
+        fail(*problem);
+    refresh(RefreshScope::full);
+}
+
+void RepositoryStore::fetch()
+{
+    perform({activityText(QStringLiteral("Fetching")), [](const GitRepository& repo) { repo.fetch(); },
+             Worker::Lane::network});
+}
+
+void RepositoryStore::pull()
+{
+    perform({activityText(QStringLiteral("Pulling")), [](const GitRepository& repo) { repo.pull(); },
+             Worker::Lane::network});
+}
+
+void RepositoryStore::push()
+{
+    const gitkit::RepoStatus& now = status.value();
+    if (!now.branch) {
+        fail(QStringLiteral("Cannot push: HEAD is detached. Check out a branch first."));
+        return;
+    }
+    std::optional<std::string> upstreamRemote;
+    if (!now.upstream) {
+        const std::vector<std::string>& all = remotes.value();
+        if (all.empty()) {
+            fail(QStringLiteral("Cannot push: this repository has no remote."));
+            return;
+        }
+        upstreamRemote = std::ranges::find(all, "origin") != all.end() ? "origin" : all.front();
+    }
+    perform({activityText(QStringLiteral("Pushing")),
+             [branch = *now.branch, upstreamRemote](const GitRepository& repo) { repo.push(branch, upstreamRemote); },
+             Worker::Lane::network});
+}
+
+void RepositoryStore::checkout(const GitRef& ref)
+{
+    const QString verb = QStringLiteral("Checking out");
+    if (ref.kind != GitRef::Kind::remote) {
+        perform({activityText(verb, shown(ref.name)),
+                 [name = ref.fullName](const GitRepository& repo) { repo.checkout(name); }});
+        return;
+    }
+    const std::string local = localNameOf(ref.name, remotes.value());
+    const bool exists = std::ranges::find(branches.value(), local, &GitRef::name) != branches.value().end();
+    perform({activityText(verb, shown(local)), [local, exists, remote = ref.fullName](const GitRepository& repo) {
+                 if (exists)
+                     repo.checkout("refs/heads/" + local);
+                 else
+                     repo.checkoutTracking(remote, local);
+             }});
+}
+
+void RepositoryStore::checkoutCommit(const std::string& hash)
+{
+    perform({activityText(QStringLiteral("Checking out"), shown(std::string(gitkit::shortHash(hash)))),
+             [hash](const GitRepository& repo) { repo.checkout(hash); }});
+}
+
+void RepositoryStore::createBranch(const std::string& name, const std::optional<std::string>& startPoint,
+                                   GitRepository::AfterCreating after)
+{
+    perform({activityText(QStringLiteral("Creating branch")),
+             [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }});
+}
+
+void RepositoryStore::createTag(const std::string& name, const std::string& target)
+{
+    perform({activityText(QStringLiteral("Creating tag")),
+             [=](const GitRepository& repo) { repo.createTag(name, target); }});
+}
+
+void RepositoryStore::confirmDelete(const GitRef& ref)
+{
+    const QString name = shown(ref.name);
+    Confirmation question;
+    question.actionTitle = QStringLiteral("Delete");
+    switch (ref.kind) {
+    case GitRef::Kind::local:
+        question.title = QStringLiteral("Delete branch %1?").arg(quoted(name));
+        question.message = QStringLiteral("The branch is only deleted if it is fully merged.");
+        question.action = [this, branch = ref.name, name] { deleteBranch(branch, name); };
+        break;
+    case GitRef::Kind::tag:
+        question.title = QStringLiteral("Delete tag %1?").arg(quoted(name));
+        question.message = QStringLiteral("The tag is deleted locally. Remotes are not touched.");
+        question.action = [this, tag = ref.name] {
+            perform({activityText(QStringLiteral("Deleting tag")),
+                     [tag](const GitRepository& repo) { repo.deleteTag(tag); }});
+        };
+        break;
+    case GitRef::Kind::remote:
+        return;
+    }
+    confirmation = std::optional(std::move(question));
+}
+
+void RepositoryStore::deleteBranch(const std::string& branch, const QString& name)
+{
+    Action action{activityText(QStringLiteral("Deleting branch")), [branch](const GitRepository& repo) {
+                      repo.deleteBranch(branch, GitRepository::Deletion::ifMerged);
+                  }};
+    action.failed = [this, branch, name](const QString& message) {
+        if (!message.contains(QLatin1String("not fully merged")))
+            return false;
+        confirmForceDelete(branch, name);
+        return true;
+    };
+    perform(std::move(action));
+}
+
+void RepositoryStore::confirmForceDelete(const std::string& branch, const QString& name)
+{
+    Confirmation question;
+    question.title = QStringLiteral("%1 is not fully merged").arg(quoted(name));
+    question.message = QStringLiteral("Deleting it anyway may lose commits that exist only on this branch.");
+    question.actionTitle = QStringLiteral("Force Delete");
+    question.action = [this, branch] {
+        perform({activityText(QStringLiteral("Deleting branch")),
+                 [branch](const GitRepository& repo) { repo.deleteBranch(branch, GitRepository::Deletion::force); }});
+    };
+    confirmation = std::optional(std::move(question));
+}
+
+void RepositoryStore::merge(const GitRef& ref)
+{
+    perform({activityText(QStringLiteral("Merging"), shown(ref.name)),
+             [name = ref.fullName](const GitRepository& repo) { repo.merge(name); }});
+}
+
+void RepositoryStore::cherryPick(const std::string& hash)
+{
+    perform(
+        {activityText(QStringLiteral("Cherry-picking")), [hash](const GitRepository& repo) { repo.cherryPick(hash); }});
+}
+
+void RepositoryStore::revert(const std::string& hash)
+{
+    perform({activityText(QStringLiteral("Reverting")), [hash](const GitRepository& repo) { repo.revert(hash); }});
+}
+
+void RepositoryStore::stashSave(const QString& message, GitRepository::UntrackedFiles untracked)
+{
+    perform(
+        {activityText(QStringLiteral("Stashing")),
+         [text = message.toStdString(), untracked](const GitRepository& repo) { repo.stashSave(text, untracked); }});
+}
+
+void RepositoryStore::stashApply(const gitkit::Stash& stash, GitRepository::StashUse use)
+{
+    const bool pops = use == GitRepository::StashUse::pop;
+    perform({activityText(pops ? QStringLiteral("Popping stash") : QStringLiteral("Applying stash")),
+             [stash, use](const GitRepository& repo) { repo.stashApply(stash, use); }});
+}
+
+void RepositoryStore::confirmDrop(const gitkit::Stash& stash)
+{
+    Confirmation question;
+    question.title = QStringLiteral("Drop %1?").arg(shown(stash.ref));
+    question.message =
+        QStringLiteral("%1 is deleted and cannot easily be recovered.").arg(quoted(shown(stash.message)));
+    question.actionTitle = QStringLiteral("Drop");
+    question.action = [this, stash] {
+        perform({activityText(QStringLiteral("Dropping stash")),
+                 [stash](const GitRepository& repo) { repo.stashDrop(stash); }});
+    };
+    confirmation = std::optional(std::move(question));
+}
+
+StoreServices::Files RepositoryStore::absolutePaths(const Files& files) const
+{
+    StoreServices::Files paths;
+    for (const gitkit::FileChange& file : files)
+        paths.push_back(root() / file.path);
+    return paths;
+}
+
+StoreServices::Failed RepositoryStore::failing()
+{
+    return [this, alive = std::weak_ptr(alive_)](const std::string& problem) {
+        if (!alive.expired())
+            fail(shown(problem));
+    };
+}
+
+void RepositoryStore::reveal(const Files& files)
+{
+    if (services_.reveal)
+        services_.reveal(absolutePaths(files), failing());
+}
+
+void RepositoryStore::openInEditor(const Files& files)
+{
+    if (services_.openInEditor)
+        services_.openInEditor(absolutePaths(files), failing());
+}
+
+} // namespace plovik

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "GitKit/GitRepository.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace plovik {
+
+/// What the store needs of the desktop, given to it by whoever makes it. All but `trash` are called on the main thread;
+/// `failed` is called there too, with a sentence for the user.
+struct StoreServices {
+    using Files = std::vector<std::filesystem::path>; ///< absolute
+    using Failed = std::function<void(std::string problem)>;
+
+    /// Selects files in the desktop's file browser.
+    std::function<void(const Files& files, Failed failed)> reveal;
+    /// Opens files in the editor that the user chose.
+    std::function<void(const Files& files, Failed failed)> openInEditor;
+    /// Moves a file to the Trash; called on the worker's threads.
+    gitkit::GitRepository::Trash trash;
+};
+
+} // namespace plovik

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <coroutine>
+#include <deque>
+#include <memory>
+
+namespace plovik {
+
+/// Lets coroutines of the main thread through one after another, in the order in which they came: what writes to a
+/// repository's index never meets another writer of ours.
+class Turnstile {
+    struct State {
+        bool taken = false;
+        bool closed = false;
+        std::deque<std::coroutine_handle<>> waiting;
+    };
+
+public:
+    Turnstile() : state_(std::make_shared<State>()) {}
+    /// What still waits is unwound with StoreClosed.
+    ~Turnstile();
+    Turnstile(const Turnstile&) = delete;
+    Turnstile& operator=(const Turnstile&) = delete;
+
+    /// Lets the next one through when it is destroyed. May outlive the turnstile.
+    class Pass {
+    public:
+        explicit Pass(std::shared_ptr<State> state) : state_(std::move(state)) {}
+        Pass(Pass&&) = default;
+        Pass& operator=(Pass&&) = delete;
+        ~Pass();
+
+    private:
+        std::shared_ptr<State> state_;
+    };
+
+    class [[nodiscard]] Turn {
+    public:
+        explicit Turn(std::shared_ptr<State> state) : state_(std::move(state)) {}
+
+        bool await_ready() const noexcept { return !state_->taken; }
+        void await_suspend(std::coroutine_handle<> waiting) { state_->waiting.push_back(waiting); }
+        /// Throws StoreClosed when the turnstile is gone.
+        Pass await_resume();
+
+    private:
+        std::shared_ptr<State> state_;
+    };
+
+    /// `const Turnstile::Pass pass = co_await turnstile.enter();`
+    Turn enter() { return Turn(state_); }
+
+private:
+    std::shared_ptr<State> state_;
+};
+
+} // namespace plovik

@@ -1,0 +1,312 @@
+#include "tests/store/ManualWorker.h"
+#include "tests/support/TestRepository.h"
+
+#include "app/store/RepositoryStore.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace plovik {
+namespace {
+
+using gitkit::DiffSection;
+using gitkit::FileChange;
+using gitkit::GitRepository;
+using gitkit::ParsedDiff;
+using gitkit::PatchDirection;
+using gitkit::StageState;
+
+struct StoreStaging : testing::Test {
+    TestRepository repo;
+    TemporaryFolder trash;
+    ManualWorker worker;
+    RepositoryStore store{repo.path(), worker, {.reveal = {}, .openInEditor = {}, .trash = [this](const auto& file) {
+                                                    std::filesystem::rename(file, trash.path() / file.filename());
+                                                }}};
+
+    void load()
+    {
+        store.refresh(RefreshScope::full);
+        worker.finishAll();
+    }
+
+    std::string error() const { return store.errorMessage.value().value_or(QString()).toStdString(); }
+
+    const FileChange& file(const std::string& path) const
+    {
+        const auto& files = store.status.value().files;
+        const auto found = std::ranges::find(files, path, &FileChange::path);
+        if (found == files.end())
+            throw std::runtime_error("no change in " + path);
+        return *found;
+    }
+
+    std::string content(const std::string& name) const
+    {
+        std::ifstream stream(repo / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    ParsedDiff diffOf(const std::string& path, const std::string& title) const
+    {
+        for (const DiffSection& section : repo.repository().workingDiff(file(path))) {
+            if (section.title == title)
+                return section.diff;
+        }
+        return {};
+    }
+
+    static std::set<int> changesIn(const ParsedDiff& diff)
+    {
+        std::set<int> ids;
+        for (const auto& line : diff.lines) {
+            if (line.isChange())
+                ids.insert(line.id);
+        }
+        return ids;
+    }
+
+    void confirm()
+    {
+        ASSERT_TRUE(store.confirmation.value().has_value());
+        const Confirmation question = *store.confirmation.value();
+        store.confirmation = std::nullopt;
+        question.action();
+        worker.finishAll();
+    }
+};
+
+TEST_F(StoreStaging, aClickShowsAtOnceAndIsCorrectedByGit)
+{
+    repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2");
+    load();
+    store.toggleStage(file("a"));
+    EXPECT_EQ(store.shownStageState(file("a")), StageState::full) << "before git has run";
+    EXPECT_EQ(file("a").stageState(), StageState::none);
+    worker.finishAll();
+    EXPECT_EQ(file("a").stageState(), StageState::full);
+
+    // A failure puts the box back.
+    repo.write(".git/index.lock", "");
+    store.toggleStage(file("b"));
+    EXPECT_EQ(store.shownStageState(file("b")), StageState::full);
+    worker.finishAll();
+    EXPECT_EQ(store.shownStageState(file("b")), StageState::none);
+    EXPECT_NE(error().find("index.lock"), std::string::npos) << error();
+}
+
+TEST_F(StoreStaging, thirtyQuickClicksRunOneAfterAnother)
+{
+    for (int i = 0; i < 30; ++i)
+        repo.write("f" + std::to_string(i), "1");
+    repo.commit("one");
+    for (int i = 0; i < 30; ++i)
+        repo.write("f" + std::to_string(i), "2");
+    load();
+    const auto files = store.status.value().files;
+    for (const FileChange& each : files) {
+        store.toggleStage(each);
+        EXPECT_LE(worker.waiting(), 1u);
+    }
+    worker.finishAll();
+    EXPECT_EQ(store.status.value().stagedCount(), 30);
+    EXPECT_EQ(error(), "");
+}
+
+TEST_F(StoreStaging, aFileStagedDuringACommitWaitsForIt)
+{
+    repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2").git({"add", "a"});
+    load();
+    store.commitSubject = QStringLiteral("only a");
+    store.commit();
+    store.stage({file("b")});
+    EXPECT_EQ(worker.waiting(), 1u) << "the commit alone";
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"show", "--format=", "--name-only", "HEAD"}), "a");
+    EXPECT_EQ(file("b").stageState(), StageState::full);
+}
+
+TEST_F(StoreStaging, theSelectionIsToggledTogetherByTheClickedFile)
+{
+    repo.write("a", "1").write("b", "1").write("c", "1").commit("one");
+    repo.write("a", "2").write("b", "2").write("c", "2").git({"add", "a"});
+    load();
+    store.selectedPaths = std::set<std::string>{"a", "b"};
+    store.toggleStage(file("a")); // staged already, so both are unstaged
+    worker.finishAll();
+    EXPECT_EQ(store.status.value().stagedCount(), 0);
+    store.toggleStageOfSelection();
+    worker.finishAll();
+    EXPECT_EQ(store.status.value().stagedCount(), 2);
+    EXPECT_EQ(file("c").stageState(), StageState::none);
+}
+
+TEST_F(StoreStaging, unstagingEverythingWorksBeforeTheFirstCommit)
+{
+    repo.write("a", "1").write("b", "1").git({"add", "a"});
+    load();
+    store.unstageAll();
+    worker.finishAll();
+    EXPECT_EQ(store.status.value().stagedCount(), 0);
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(content("a"), "1");
+}
+
+TEST_F(StoreStaging, stagingAConflictWithMarkersAsksFirst)
+{
+    repo.write("a", "base\n").commit("base").git({"branch", "side"}).write("a", "ours\n").commit("ours");
+    repo.git({"checkout", "-q", "side"}).write("a", "theirs\n").commit("theirs").git({"checkout", "-q", "main"});
+    load();
+    store.merge(store.branches.value().at(1));
+    worker.finishAll();
+    store.stageAll();
+    worker.finishAll();
+    ASSERT_TRUE(store.confirmation.value().has_value());
+    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("“a” still contains conflict markers"));
+    EXPECT_TRUE(file("a").isConflicted);
+
+    store.confirmation = std::nullopt;
+    repo.write("a", "resolved\n");
+    store.stage({file("a")});
+    worker.finishAll();
+    EXPECT_FALSE(store.confirmation.value().has_value());
+    EXPECT_EQ(file("a").stageState(), StageState::full);
+}
+
+TEST_F(StoreStaging, aSelectionIsStagedOnceAndAStaleDiffNever)
+{
+    repo.write("a", "1\n2\n3\n").commit("one").write("a", "1\n2\n3\nx\nx\n");
+    load();
+    const ParsedDiff diff = diffOf("a", "Unstaged");
+    const std::set<int> first{*changesIn(diff).begin()};
+    store.applyToIndex("a", diff, first, PatchDirection::forward);
+    store.applyToIndex("a", diff, first, PatchDirection::forward); // a double click
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"show", ":a"}), "1\n2\n3\nx");
+    EXPECT_NE(error().find("has changed since"), std::string::npos) << error();
+}
+
+TEST_F(StoreStaging, aDiscardOfLinesCanBeTakenBackWhileTheFileMatches)
+{
+    repo.write("a", "1\n2\n").commit("one").write("a", "1\r\n2\nnew");
+    load();
+    const std::string before = content("a");
+    const ParsedDiff diff = diffOf("a", "Unstaged");
+    store.confirmDiscardPart("a", diff, changesIn(diff), RepositoryStore::DiscardedPart::lines);
+    EXPECT_EQ(content("a"), before) << "not before it is confirmed";
+    confirm();
+    EXPECT_EQ(content("a"), "1\n2\n");
+    ASSERT_TRUE(store.canUndoDiscard.value());
+    store.undoDiscard();
+    worker.finishAll();
+    EXPECT_EQ(content("a"), before);
+    EXPECT_FALSE(store.canUndoDiscard.value());
+
+    load();
+    const ParsedDiff again = diffOf("a", "Unstaged");
+    store.confirmDiscardPart("a", again, changesIn(again), RepositoryStore::DiscardedPart::hunk);
+    confirm();
+    repo.write("a", "typed since\n");
+    store.undoDiscard();
+    worker.finishAll();
+    EXPECT_EQ(content("a"), "typed since\n");
+    EXPECT_NE(error(), "");
+}
+
+TEST_F(StoreStaging, discardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
+{
+    repo.write("a", "1").commit("one").write("a", "2").write("new.txt", "mine");
+    load();
+    store.confirmDiscard({file("new.txt")});
+    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("Delete “new.txt”?"));
+    EXPECT_EQ(store.confirmation.value()->message, QStringLiteral("The file is moved to the Trash."));
+    store.confirmDiscard({file("a")});
+    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("Discard changes in “a”?"));
+    EXPECT_EQ(store.confirmation.value()->message, QStringLiteral("Local modifications are lost."));
+
+    const auto both = store.status.value().files;
+    EXPECT_EQ(RepositoryStore::discardTitle(both), QStringLiteral("Discard Changes…"));
+    store.confirmDiscard(both);
+    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("Discard changes in 2 files?"));
+    EXPECT_EQ(store.confirmation.value()->message,
+              QStringLiteral("Local modifications are lost. New files are moved to the Trash."));
+    confirm();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(content("a"), "1");
+    EXPECT_TRUE(std::filesystem::exists(trash.path() / "new.txt"));
+    EXPECT_TRUE(store.status.value().files.empty());
+}
+
+TEST_F(StoreStaging, committingNeedsASubjectAndSomethingToCommit)
+{
+    repo.write("a", "1").commit("one").write("a", "2");
+    load();
+    store.commitSubject = QStringLiteral("  \t ");
+    EXPECT_FALSE(store.canCommit());
+    store.commitSubject = QStringLiteral("#12 fix ");
+    EXPECT_FALSE(store.canCommit()) << "nothing is staged";
+    store.amend = true;
+    EXPECT_TRUE(store.canCommit());
+    store.amend = false;
+    store.stageAll();
+    worker.finishAll();
+    ASSERT_TRUE(store.canCommit());
+    store.commitBody = QStringLiteral("\n\n  \n");
+    store.commit();
+    EXPECT_FALSE(store.canCommit()) << "one at a time";
+    EXPECT_EQ(store.activity.value(), QStringLiteral("Committing…"));
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%B"}), "#12 fix\n") << "what was typed is what is recorded";
+    EXPECT_EQ(store.commitSubject.value(), QString());
+    EXPECT_EQ(store.commitBody.value(), QString());
+}
+
+TEST_F(StoreStaging, aFailedCommitKeepsWhatWasTyped)
+{
+    repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
+    repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho 'the hook says no' >&2\nexit 1\n");
+    std::filesystem::permissions(repo / ".git/hooks/pre-commit", std::filesystem::perms::owner_all);
+    load();
+    store.commitSubject = QStringLiteral("subject");
+    store.commitBody = QStringLiteral("body");
+    store.commit();
+    worker.finishAll();
+    EXPECT_EQ(error(), "the hook says no");
+    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("subject"));
+    EXPECT_EQ(store.commitBody.value(), QStringLiteral("body"));
+}
+
+TEST_F(StoreStaging, anUntouchedAmendChangesNoByteOfTheMessage)
+{
+    repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
+    const std::string odd = "subject \n    indented\n\n\n# not a comment\ntrailing  \n\n";
+    repo.git({"commit", "-q", "--cleanup=verbatim", "-F", "-"}, odd);
+    repo.write("a", "3").git({"add", "a"});
+    load();
+    store.amend = true;
+    store.amendChanged();
+    worker.finishAll();
+    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("subject "));
+    store.commit();
+    EXPECT_EQ(store.activity.value(), QStringLiteral("Amending…"));
+    worker.finishAll();
+    ASSERT_EQ(error(), "");
+    EXPECT_EQ(
+        repo.read({"cat-file", "commit", "HEAD"}).substr(repo.read({"cat-file", "commit", "HEAD"}).find("\n\n") + 2) +
+            "\n",
+        odd);
+    EXPECT_FALSE(store.amend.value());
+
+    // What is typed already is not written over.
+    store.commitSubject = QStringLiteral("mine");
+    store.amend = true;
+    store.amendChanged();
+    worker.finishAll();
+    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("mine"));
+}
+
+} // namespace
+} // namespace plovik
