@@ -1,3 +1,4 @@
+#include "app/platform/Memory.h"
 #include "app/shell/AppDelegate.h"
 #include "app/shell/LaunchOptions.h"
 #include "app/shell/RepositoryWindow.h"
@@ -39,6 +40,7 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
 
 int main(int argc, char** argv)
 {
+    plovik::shareMemoryBetweenThreads();
     const std::span<char* const> arguments(argv + 1, argv + argc);
     auto parsed = plovik::parseLaunchOptions(arguments);
     if (const auto* const answer = std::get_if<plovik::LaunchAnswer>(&parsed)) {
