@@ -95,7 +95,6 @@ constexpr auto settings = std::to_array<ConfigurationPin>({
 
     // What a command may take for granted.
     {"branch.autoSetupMerge", "false", "a new branch tracks nothing unless that is asked for"},
-    {"checkout.guess", "false", "a branch that is gone is not made anew from a remote's"},
     {"commit.verbose", "false", "a message is not cut where a line looks like the start of the commit's diff"},
     {"push.default", "simple", "a push changes only the branch of the same name"},
     {"tag.gpgSign", "false", "a tag made here has no message that could be signed"},

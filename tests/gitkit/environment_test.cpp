@@ -160,8 +160,8 @@ TEST(GitEnvironment, KeepsSettingsFromWhatIsRead)
         EXPECT_EQ(whatGitSays(runner, row), before) << row.key;
         repo.git({"config", "--unset", row.key});
     }
-    // Younger versions of git know these two alone; one more shows in a file, below, one in what a checkout makes.
-    shown.insert({"diff.srcPrefix", "diff.dstPrefix", "diff.autoRefreshIndex", "checkout.guess"});
+    // Younger versions of git know these two alone; one more shows in a file, below.
+    shown.insert({"diff.srcPrefix", "diff.dstPrefix", "diff.autoRefreshIndex"});
     std::set<std::string> pinned;
     for (const ConfigurationPin& pin : configurationPins())
         pinned.emplace(pin.key);

@@ -296,10 +296,14 @@ TEST(Merging, TakesTheBranchAndTellsOfConflicts)
     const std::string topic = repo.read({"rev-parse", "topic"});
     repo.git({"branch", "clean", "topic~1"}).git({"checkout", "-q", "clean"}).write("c", "1\n").commit("clean");
     const std::string clean = repo.head();
-    repo.git({"update-ref", "refs/heads/--abort", clean}).git({"tag", "clean", "main"}).git({"checkout", "-q", "main"});
+    repo.git({"update-ref", "refs/heads/@", clean})
+        .git({"update-ref", "refs/heads/--abort", clean})
+        .git({"tag", "clean", "main"})
+        .git({"checkout", "-q", "main"});
     const std::string start = repo.head();
     for (const auto& [ref, message] :
          std::vector<std::pair<std::string, std::string>>{{"refs/heads/--abort", "Merge branch 'refs/heads/--abort'"},
+                                                          {"refs/heads/@", "Merge branch 'refs/heads/@'"},
                                                           {"refs/heads/clean", "Merge branch "},
                                                           {clean, "Merge commit '"}})
     {
