@@ -1,0 +1,309 @@
+#include "GitKit/PartialPatch.h"
+#include "GitKit/parsers/BlameParser.h"
+#include "GitKit/parsers/DiffParser.h"
+#include "GitKit/runner/GitError.h"
+#include "tests/support/TestRepository.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+
+namespace gitkit {
+namespace {
+
+namespace fs = std::filesystem;
+
+FileChange change(const GitRepository& repo, const std::string& path)
+{
+    for (const FileChange& file : repo.status().files) {
+        if (file.path == path)
+            return file;
+    }
+    throw std::runtime_error("no change in " + path);
+}
+
+ParsedDiff section(const GitRepository& repo, const std::string& path, const std::string& title)
+{
+    for (const DiffSection& each : repo.workingDiff(change(repo, path))) {
+        if (each.title == title)
+            return each.diff;
+    }
+    throw std::runtime_error("no section " + title);
+}
+
+std::set<int> changes(const ParsedDiff& diff)
+{
+    std::set<int> ids;
+    for (const DiffLine& line : diff.lines) {
+        if (line.isChange())
+            ids.insert(line.id);
+    }
+    return ids;
+}
+
+std::string repeated(int count, const std::string& line)
+{
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += line;
+    return text;
+}
+
+TEST(DiffParser, readsLinesNumbersCountsAndHeader)
+{
+    const ParsedDiff diff =
+        DiffParser::parse("diff --git a/x b/x\nindex 1..2 100644\n--- a/x\n+++ b/x\n"
+                          "@@ -12,3 +12,3 @@ f()\n a\n-b\n+caf\xe9\n\n\\ No newline at end of file\n");
+    EXPECT_EQ(diff.patchHeader, "diff --git a/x b/x\nindex 1..2 100644\n--- a/x\n+++ b/x");
+    ASSERT_EQ(diff.lines.size(), 6u);
+    EXPECT_EQ(diff.lines[1].oldNumber, 12);
+    EXPECT_EQ(diff.lines[2].kind, DiffLine::Kind::deletion);
+    EXPECT_EQ(diff.lines[3].text, "caf\xef\xbf\xbd");
+    EXPECT_EQ(diff.lines[3].bytes(), "caf\xe9");
+    EXPECT_EQ(diff.lines[3].newNumber, 13);
+    EXPECT_EQ(diff.lines[4].kind, DiffLine::Kind::context) << "git may leave out an empty line's blank";
+    EXPECT_EQ(diff.lines[4].newNumber, 14);
+    EXPECT_EQ(diff.lines[5].kind, DiffLine::Kind::meta);
+    EXPECT_EQ(diff.additions, 1);
+    EXPECT_EQ(diff.deletions, 1);
+    EXPECT_EQ(DiffParser::hunkStart("@@ -0,0 +1 @@"), (HunkStart{0, 1}));
+    EXPECT_EQ(DiffParser::parse("").lines.size(), 0u);
+}
+
+TEST(DiffParser, aPatchIsOfOneTextFileAlone)
+{
+    const std::string one = "diff --git a/x b/x\n@@ -1 +1 @@\n-a\n+b\n";
+    EXPECT_TRUE(DiffParser::parse(one).patchHeader.has_value());
+    EXPECT_FALSE(DiffParser::parse(one + one).patchHeader.has_value());
+    EXPECT_FALSE(DiffParser::parse("diff --cc x\n@@@ -1 -1 +1 @@@\n").patchHeader.has_value());
+    const ParsedDiff binary = DiffParser::parse("diff --git a/x b/x\nBinary files a/x and b/x differ\n");
+    EXPECT_TRUE(binary.isBinary);
+    EXPECT_FALSE(binary.patchHeader.has_value());
+    EXPECT_FALSE(binary.isEmpty());
+}
+
+TEST(DiffParser, stopsAtTheLimitAndThenNothingOfItApplies)
+{
+    const std::string head = "diff --git a/x b/x\n@@ -0,0 +1,9 @@\n";
+    const ParsedDiff exact = DiffParser::parse(head + repeated(4999, "+l\n"), 5000);
+    EXPECT_EQ(exact.lines.size(), 5000u);
+    EXPECT_TRUE(exact.isTruncated);
+    EXPECT_EQ(partialPatch(exact, {1}, PatchDirection::forward), std::nullopt);
+    EXPECT_FALSE(DiffParser::parse(head + repeated(4998, "+l\n"), 5000).isTruncated);
+}
+
+TEST(PartialPatch, changesOnlyTheLeadingPrefixAndLeavesTheModeAlone)
+{
+    const std::string deleted =
+        "diff --git a/data/a/x b/data/a/x\ndeleted file mode 100644\nindex 1..0\n--- a/data/a/x\n"
+        "+++ /dev/null\n@@ -1,2 +0,0 @@\n-one\n-two\n";
+    const ParsedDiff diff = DiffParser::parse(deleted);
+    const auto patch = partialPatch(diff, {1}, PatchDirection::forward);
+    EXPECT_EQ(patch, "diff --git a/data/a/x b/data/a/x\n--- a/data/a/x\n+++ b/data/a/x\n@@ -1,2 +1,1 @@\n-one\n two\n");
+    EXPECT_EQ(partialPatch(diff, {1, 2}, PatchDirection::forward), deleted) << "all of it is the diff itself";
+
+    const ParsedDiff mode =
+        DiffParser::parse("diff --git \"a/t\\tx\" \"b/t\\tx\"\nold mode 100644\nnew mode 100755\n"
+                          "index 1..2\n--- \"a/t\\tx\"\n+++ \"b/t\\tx\"\n@@ -1,2 +1,2 @@\n-a\n-b\n+c\n+d\n");
+    const auto part = partialPatch(mode, {1, 3}, PatchDirection::forward);
+    ASSERT_TRUE(part.has_value());
+    EXPECT_EQ(part->find("mode"), std::string::npos);
+    EXPECT_NE(partialPatch(mode, {1, 2, 3, 4}, PatchDirection::forward)->find("new mode 100755"), std::string::npos);
+}
+
+TEST(PartialPatch, refusesHalfASymlinkAndHalfASubmodule)
+{
+    const auto diff = [](const std::string& mode) {
+        return DiffParser::parse("diff --git a/x b/x\nindex 1..2 " + mode +
+                                 "\n--- a/x\n+++ b/x\n@@ -1 +1 @@\n-a\n+b\n");
+    };
+    EXPECT_EQ(partialRefusal(diff("100644")), PartialRefusal::none);
+    EXPECT_EQ(partialRefusal(diff("120000")), PartialRefusal::symlink);
+    EXPECT_EQ(partialRefusal(diff("160000")), PartialRefusal::submodule);
+    EXPECT_FALSE(partialPatch(diff("120000"), {2}, PatchDirection::forward).has_value());
+    EXPECT_TRUE(partialPatch(diff("120000"), {1, 2}, PatchDirection::forward).has_value());
+}
+
+TEST(WorkingDiff, hasASectionForEachSideInOrder)
+{
+    TestRepository repo;
+    repo.write("a", "1\n").write("gone", "x\n").commit("one");
+    repo.write("a", "2\n").git({"add", "a"}).write("a", "3\n").write("new", "n\n").remove("gone");
+    const GitRepository repository = repo.repository();
+    const auto sections = repository.workingDiff(change(repository, "a"));
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(sections[0].title, "Unstaged");
+    EXPECT_EQ(sections[1].title, "Staged");
+    EXPECT_EQ(sections[1].diff.lines.at(2).text, "2");
+    const auto untracked = repository.workingDiff(change(repository, "new"));
+    ASSERT_EQ(untracked.size(), 1u);
+    EXPECT_EQ(untracked[0].title, "Untracked");
+    EXPECT_EQ(untracked[0].diff.additions, 1);
+    EXPECT_EQ(section(repository, "gone", "Unstaged").deletions, 1);
+}
+
+// A file named like a pattern stands for itself, and a directory above it for nothing else.
+TEST(WorkingDiff, takesPathsLiterally)
+{
+    TestRepository repo;
+    for (const char* name : {"*", "[ab]", ":!a", "a", "-x", "line\nbreak", "caf\xe9"})
+        repo.write(name, "1\n");
+    repo.commit("one");
+    for (const char* name : {"*", "[ab]", ":!a", "a", "-x", "line\nbreak", "caf\xe9"})
+        repo.write(name, std::string("changed ") + name[0] + "\n");
+    const GitRepository repository = repo.repository();
+    for (const FileChange& file : repository.status().files) {
+        const auto sections = repository.workingDiff(file);
+        ASSERT_EQ(sections.size(), 1u) << file.path;
+        EXPECT_EQ(sections[0].diff.additions, 1) << file.path;
+        const auto staged =
+            partialChange(file.path, sections[0].diff, changes(sections[0].diff), PatchDirection::forward);
+        ASSERT_TRUE(staged.has_value()) << file.path;
+        repository.applyToIndex(*staged);
+    }
+    EXPECT_EQ(repository.status().stagedCount(), 7);
+}
+
+TEST(WorkingDiff, runsNoConverterAndAppliesNone)
+{
+    TestRepository repo;
+    repo.write(".gitattributes", "*.txt diff=loud\n").write("a.txt", "1\n").commit("one");
+    repo.git({"config", "diff.loud.textconv", "echo CONVERTED;cat"}).git({"config", "diff.external", "echo REPLACED"});
+    repo.git({"config", "diff.noprefix", "true"}).git({"config", "diff.context", "0"}).write("a.txt", "1\n2\n");
+    const GitRepository repository = repo.repository();
+    const ParsedDiff diff = section(repository, "a.txt", "Unstaged");
+    ASSERT_EQ(diff.lines.size(), 3u);
+    EXPECT_EQ(diff.lines[2].text, "2");
+    repository.applyToIndex(*partialChange("a.txt", diff, {2}, PatchDirection::forward));
+    EXPECT_EQ(repo.read({"show", ":a.txt"}), "1\n2");
+    const CommitDetail detail = repository.commitDetail("HEAD", GitRepository::CommitKind::ordinary);
+    EXPECT_EQ(repository.commitDiff(detail.hash, detail.files.at(1)).lines.at(1).text, "1");
+}
+
+TEST(WorkingDiff, readsNoMoreOfAHugeFileThanIsShown)
+{
+    TestRepository repo;
+    repo.write("small", "1\n").commit("one");
+    const std::string megabyte = repeated(1 << 14, std::string(63, 'x') + "\n");
+    {
+        std::ofstream lines(repo / "lines", std::ios::binary);
+        for (int i = 0; i < 100; ++i)
+            lines << megabyte;
+        std::ofstream endless(repo / "endless", std::ios::binary);
+        for (int i = 0; i < 64; ++i)
+            endless << std::string(1 << 20, 'y');
+    }
+    const GitRepository repository = repo.repository();
+    for (const char* name : {"lines", "endless"}) {
+        const ParsedDiff diff = section(repository, name, "Untracked");
+        EXPECT_TRUE(diff.isTruncated) << name;
+        std::size_t kept = 0;
+        for (const DiffLine& line : diff.lines)
+            kept += line.text.size();
+        EXPECT_LE(kept, std::size_t{17} << 20) << name;
+    }
+}
+
+TEST(ApplyToIndex, refusesWhatTheIndexNoLongerHolds)
+{
+    TestRepository repo;
+    repo.write("a", "1\n").commit("one").write("a", "1\nx\nx\n");
+    const GitRepository repository = repo.repository();
+    const ParsedDiff diff = section(repository, "a", "Unstaged");
+    const auto once = partialChange("a", diff, {2}, PatchDirection::forward);
+    repository.applyToIndex(*once);
+    EXPECT_THROW(repository.applyToIndex(*once), GitError);
+    EXPECT_EQ(repo.read({"show", ":a"}), "1\nx");
+
+    const ParsedDiff now = section(repository, "a", "Unstaged");
+    repo.write("a", "something else\n");
+    EXPECT_THROW(repository.discardPart(*partialChange("a", now, changes(now), PatchDirection::reverse)), GitError);
+    std::ifstream file(repo / "a");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "something else\n");
+}
+
+TEST(ApplyToIndex, worksOnAFileThatIsOnlyMeantToBeAdded)
+{
+    TestRepository repo;
+    repo.write("a", "1\n").commit("one").write("new", "1\n2\n").git({"add", "-N", "new"});
+    const GitRepository repository = repo.repository();
+    const ParsedDiff diff = section(repository, "new", "Unstaged");
+    repository.applyToIndex(*partialChange("new", diff, {1}, PatchDirection::forward));
+    EXPECT_EQ(repo.read({"show", ":new"}), "1");
+}
+
+TEST(CommitDetails, readsCommitsMergesTagsAndStashes)
+{
+    TestRepository repo;
+    repo.write("a", "1\n").commit("one").git({"branch", "side"}).write("b", "1\n").commit("two");
+    repo.git({"checkout", "-q", "side"}).write("c", "1\n").commit("three").git({"checkout", "-q", "main"});
+    repo.git({"merge", "-q", "--no-ff", "-m", "subject\n\nbody", "side"}).git({"tag", "-a", "-m", "tag text", "v1"});
+    const GitRepository repository = repo.repository();
+    const CommitDetail merge =
+        repository.commitDetail(repo.read({"rev-parse", "v1"}), GitRepository::CommitKind::ordinary);
+    EXPECT_EQ(merge.hash, repo.head()) << "a tag stands for its commit";
+    EXPECT_EQ(merge.message, "subject\n\nbody");
+    EXPECT_EQ(merge.parents.size(), 2u);
+    ASSERT_EQ(merge.files.size(), 1u) << "against the first parent";
+    EXPECT_EQ(merge.files[0].path, "c");
+    EXPECT_EQ(repository.commitDiff(merge.hash, merge.files[0]).additions, 1);
+
+    repo.git({"mv", "a", "moved"}).commit("rename");
+    const CommitDetail rename = repository.commitDetail(repo.head(), GitRepository::CommitKind::ordinary);
+    ASSERT_EQ(rename.files.size(), 1u);
+    EXPECT_EQ(rename.files[0].originalPath, "a");
+    EXPECT_TRUE(repository.commitDiff(rename.hash, rename.files[0]).lines.empty());
+
+    repo.write("b", "2\n").write("untracked", "u\n").git({"stash", "push", "-q", "--include-untracked"});
+    const Stash stash = repository.stashes().at(0);
+    const CommitDetail detail = repository.commitDetail(stash.hash, GitRepository::CommitKind::stash);
+    ASSERT_EQ(detail.files.size(), 2u);
+    EXPECT_EQ(detail.files[1].path, "untracked");
+    EXPECT_EQ(detail.files[1].source, detail.parents.at(2));
+    EXPECT_EQ(repository.commitDiff(stash.hash, detail.files[1]).lines.at(1).text, "u");
+    EXPECT_EQ(repository.commitDetail(stash.hash, GitRepository::CommitKind::ordinary).files.size(), 1u);
+}
+
+TEST(FileHistory, followsRenamesAndBlamesEachLine)
+{
+    TestRepository repo;
+    repo.write("old name\t", "1\n2\n3\n4\n").commit("create");
+    repo.git({"mv", "old name\t", "new"}).commit("rename").write("new", "1\ntwo\n3\n4\n").commit("edit");
+    const GitRepository repository = repo.repository();
+    const auto revisions = repository.fileLog("new", std::nullopt, 100);
+    ASSERT_EQ(revisions.size(), 3u);
+    EXPECT_EQ(revisions[1].file.originalPath, "old name\t");
+    EXPECT_EQ(revisions[2].file.path, "old name\t");
+    EXPECT_EQ(revisions[2].file.status, 'A');
+    EXPECT_EQ(repository.fileLog("old name\t", revisions[2].commit.hash, 100).size(), 1u);
+
+    repo.write("new", "1\ntwo\n3\n4\n\tmine\n");
+    const auto lines = repository.blame("new", std::nullopt);
+    ASSERT_EQ(lines.size(), 5u);
+    EXPECT_EQ(lines[0].summary, "create");
+    EXPECT_EQ(lines[1].summary, "edit");
+    EXPECT_EQ(lines[2].summary, "create") << "described where it first appeared";
+    EXPECT_TRUE(lines[4].isUncommitted());
+    EXPECT_EQ(lines[4].text, "\tmine");
+    EXPECT_EQ(repository.blame("new", repo.head()).size(), 4u);
+    EXPECT_THROW(repository.blame("nowhere", std::nullopt), GitError);
+}
+
+TEST(BlameParser, takesWhatItCanOfMalformedOutput)
+{
+    EXPECT_TRUE(BlameParser::parse("").empty());
+    const std::string hash(40, 'a');
+    const auto lines = BlameParser::parse(hash + " 7\nauthor A\nauthor-time x\n\tone\n" + std::string(40, 'z') +
+                                          " 1 9\n" + hash + " 1 9 1\n\t\ttwo\n");
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0].number, 1) << "a number that cannot be read is the next one";
+    EXPECT_EQ(lines[0].date, Date{});
+    EXPECT_EQ(lines[1].number, 9);
+    EXPECT_EQ(lines[1].authorName, "A");
+    EXPECT_EQ(lines[1].text, "\ttwo");
+}
+
+} // namespace
+} // namespace gitkit
