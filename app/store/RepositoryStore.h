@@ -217,6 +217,8 @@ private:
     QCoro::Task<> stagingAfterMarkerCheck(Files files, Operation operation);
     void showStaging(const Files& files, gitkit::StageState state);
     void forgetShownStaging();
+    /// Whether writes are under way that the listed files do not show: their letters must not be acted on.
+    bool isListOld() const { return stagingUnderWay_ > 0 || !shownStaging_.empty(); }
     QCoro::Task<> discardingPart(gitkit::PartialChange change);
     std::string commitMessage() const;
     QCoro::Task<> fillingAmendedMessage();

@@ -29,6 +29,20 @@ QString objectText(const RepositoryStore::Files& files)
     return files.size() == 1 ? quoted(files.front().path) : QStringLiteral("%1 files").arg(files.size());
 }
 
+/// The same files as git has them now.
+RepositoryStore::Files current(const GitRepository& repo, const RepositoryStore::Files& files)
+{
+    std::set<std::string> paths;
+    for (const FileChange& file : files) {
+        paths.insert(file.path);
+        if (file.originalPath && (file.index == 'R' || file.worktree == 'R'))
+            paths.insert(*file.originalPath);
+    }
+    RepositoryStore::Files found = repo.status().files;
+    std::erase_if(found, [&paths](const FileChange& file) { return !paths.contains(file.path); });
+    return found;
+}
+
 bool isBlank(QChar character) { return character == u' ' || character == u'\t'; }
 
 } // namespace
@@ -86,7 +100,9 @@ void RepositoryStore::forgetShownStaging()
 
 void RepositoryStore::stage(const Files& files)
 {
-    stageChecked(files, [files](const GitRepository& repo) { repo.stage(files); });
+    stageChecked(files, [files, isOld = isListOld()](const GitRepository& repo) {
+        repo.stage(isOld ? current(repo, files) : files);
+    });
 }
 
 void RepositoryStore::stageAll()
@@ -127,8 +143,9 @@ QCoro::Task<> RepositoryStore::stagingAfterMarkerCheck(Files files, Operation op
 
 void RepositoryStore::unstage(const Files& files)
 {
+    const bool isOld = isListOld();
     showStaging(files, StageState::none);
-    quick([files](const GitRepository& repo) { repo.unstage(files); });
+    quick([files, isOld](const GitRepository& repo) { repo.unstage(isOld ? current(repo, files) : files); });
 }
 
 void RepositoryStore::unstageAll()

@@ -78,6 +78,24 @@ struct StoreStaging : testing::Test {
     }
 };
 
+TEST_F(StoreStaging, everyClickCountsOnTheOnesBeforeIt)
+{
+    repo.write("a", "1\n").write("old name", "1\n2\n3\n").write("gone", "1\n").commit("one");
+    repo.write("a", "2\n").git({"mv", "old name", "new name"}).git({"rm", "-q", "gone"});
+    load();
+    const RepositoryStore::Files files = store.status.value().files;
+    ASSERT_EQ(files.size(), 3U);
+    store.stage(files);
+    store.unstage(files);
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "");
+    store.unstage(files);
+    store.stage(files);
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-status"}), "M\ta\nD\tgone\nR100\told name\tnew name");
+    EXPECT_EQ(error(), "");
+}
+
 TEST_F(StoreStaging, aClickShowsAtOnceAndIsCorrectedByGit)
 {
     repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2");
