@@ -1,0 +1,84 @@
+#include "app/settings/CommitDrafts.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QThreadPool>
+
+#include <map>
+#include <string>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik::commitDrafts {
+
+namespace {
+
+const QString subjectKey = u"subject"_s;
+const QString bodyKey = u"body"_s;
+
+std::map<std::string, Draft>& keptInThisRun()
+{
+    static std::map<std::string, Draft> drafts;
+    return drafts;
+}
+
+/// One thread, so that an older draft never lands on a newer one; its own, so that no git process holds it up.
+QThreadPool& writer()
+{
+    static QThreadPool pool;
+    pool.setMaxThreadCount(1);
+    return pool;
+}
+
+void write(const QString& file, const Draft& draft)
+{
+    if (draft.isEmpty()) {
+        QFile::remove(file);
+        return;
+    }
+    QDir().mkpath(QFileInfo(file).path());
+    QSaveFile out(file);
+    if (!out.open(QIODevice::WriteOnly))
+        return;
+    // What is not committed yet is nobody else's to read.
+    out.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    out.write(QJsonDocument(QJsonObject{{subjectKey, draft.subject}, {bodyKey, draft.body}}).toJson());
+    out.commit();
+}
+
+} // namespace
+
+QString fileFor(const std::filesystem::path& root)
+{
+    const QByteArray name =
+        QCryptographicHash::hash(QByteArrayView(root.native()), QCryptographicHash::Sha256).toHex().left(32);
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Plovik/drafts/"_s +
+           QString::fromLatin1(name) + u".json"_s;
+}
+
+Draft read(const std::filesystem::path& root)
+{
+    if (const auto kept = keptInThisRun().find(root.native()); kept != keptInThisRun().end())
+        return kept->second;
+    QFile file(fileFor(root));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QJsonObject stored = QJsonDocument::fromJson(file.readAll()).object();
+    return {stored.value(subjectKey).toString(), stored.value(bodyKey).toString()};
+}
+
+void keep(const std::filesystem::path& root, const Draft& draft)
+{
+    keptInThisRun()[root.native()] = draft;
+    writer().start([file = fileFor(root), draft] { write(file, draft); });
+}
+
+void finishWriting() { writer().waitForDone(); }
+
+} // namespace plovik::commitDrafts
