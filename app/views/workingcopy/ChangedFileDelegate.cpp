@@ -1,6 +1,7 @@
 #include "app/views/workingcopy/ChangedFileDelegate.h"
 
 #include "app/views/RowPainting.h"
+#include "app/views/Style.h"
 #include "app/views/Theme.h"
 #include "app/views/workingcopy/ChangedFilesModel.h"
 
@@ -14,20 +15,33 @@ namespace plovik {
 namespace {
 
 constexpr int rowInset = 6;
-constexpr int chipLeft = 16;
+constexpr int boxLeft = 16;
+constexpr int boxSize = 15;
+constexpr int chipLeft = boxLeft + boxSize + 8;
 constexpr int chipSize = 18;
 constexpr int pathLeft = chipLeft + chipSize + 8;
 
+QRect squareIn(const QRect& row, int left, int size)
+{
+    return {row.left() + left, row.top() + (row.height() - size) / 2, size, size};
+}
+
 } // namespace
+
+bool ChangedFileDelegate::isOnCheckBox(const QRect& row, const QPoint& point)
+{
+    return row.contains(point) && point.x() >= row.left() + rowInset && point.x() < row.left() + chipLeft - 2;
+}
 
 void ChangedFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const auto& model = static_cast<const ChangedFilesModel&>(*index.model());
     const gitkit::FileChange& file = model.file(index);
     const QRect& row = option.rect;
+    const auto check = static_cast<Qt::CheckState>(index.data(Qt::CheckStateRole).toInt());
     paintRowBackground(*painter, row, option, rowInset);
-    const QRect chip(row.left() + chipLeft, row.top() + (row.height() - chipSize) / 2, chipSize, chipSize);
-    paintStatusChip(*painter, chip, file.statusCode());
+    paintCheckBox(*painter, squareIn(row, boxLeft, boxSize), check, option.state & QStyle::State_Enabled, false);
+    paintStatusChip(*painter, squareIn(row, chipLeft, chipSize), file.statusCode());
     paintText(*painter, row.adjusted(pathLeft, 0, -rowInset - 6, 0), shownPath(file), option.font,
               Theme::current().text, Qt::AlignLeft, Qt::ElideMiddle);
 }
@@ -36,6 +50,16 @@ QSize ChangedFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QM
 {
     Q_UNUSED(index)
     return {pathLeft, std::max(listRowHeight, QFontMetrics(option.font).height() + 8)};
+}
+
+bool ChangedFileDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                                      const QModelIndex& index)
+{
+    Q_UNUSED(event)
+    Q_UNUSED(model)
+    Q_UNUSED(option)
+    Q_UNUSED(index)
+    return false;
 }
 
 } // namespace plovik

@@ -4,15 +4,21 @@
 
 namespace plovik {
 
-/// Draws a row of ChangedFilesModel: the status letter on its chip, then the path. Main thread.
+/// Draws a row of ChangedFilesModel: its check box, the status letter on its chip, then the path. Main thread.
 class ChangedFileDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    /// Where a click means the check box: more than the box, so that it is easy to hit.
+    static bool isOnCheckBox(const QRect& row, const QPoint& point);
+
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    /// The list deals with clicks and keys itself.
+    bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                     const QModelIndex& index) override;
 };
 
 } // namespace plovik

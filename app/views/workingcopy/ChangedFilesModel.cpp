@@ -20,12 +20,40 @@ std::size_t hashOfPaths(const std::vector<gitkit::FileChange>& files)
     return hash;
 }
 
+/// What happened to a file and how much of it is staged, in words.
+QString description(const gitkit::FileChange& file, gitkit::StageState state)
+{
+    const QString change = statusDescription(file.statusCode());
+    switch (state) {
+    case gitkit::StageState::full:
+        return change + u", staged"_s;
+    case gitkit::StageState::partial:
+        return change + u", partially staged"_s;
+    case gitkit::StageState::none:
+        break;
+    }
+    return file.isUntracked() || file.isConflicted ? change : change + u", not staged"_s;
+}
+
 } // namespace
 
 QString shownPath(const gitkit::FileChange& file)
 {
     const QString path = shownText(file.path);
     return file.originalPath ? shownText(*file.originalPath) + u" → "_s + path : path;
+}
+
+Qt::CheckState checkState(gitkit::StageState state)
+{
+    switch (state) {
+    case gitkit::StageState::full:
+        return Qt::Checked;
+    case gitkit::StageState::partial:
+        return Qt::PartiallyChecked;
+    case gitkit::StageState::none:
+        break;
+    }
+    return Qt::Unchecked;
 }
 
 ChangedFilesModel::ChangedFilesModel(const RepositoryStore& store, QObject* parent)
@@ -48,6 +76,12 @@ void ChangedFilesModel::rebuild()
     endResetModel();
 }
 
+void ChangedFilesModel::stagingChanged()
+{
+    if (rowCount_ > 0)
+        Q_EMIT dataChanged(index(0), index(rowCount_ - 1), {Qt::CheckStateRole});
+}
+
 const gitkit::FileChange& ChangedFilesModel::file(const QModelIndex& index) const
 {
     return files().at(static_cast<std::size_t>(index.row()));
@@ -65,17 +99,25 @@ QVariant ChangedFilesModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid() || static_cast<std::size_t>(index.row()) >= files().size())
         return {};
+    const gitkit::FileChange& changed = file(index);
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
-        return shownText(file(index).path);
+        return shownText(changed.path);
+    case Qt::CheckStateRole:
+        return checkState(store_.shownStageState(changed));
     case Qt::AccessibleDescriptionRole:
-        return statusDescription(file(index).statusCode());
+        return description(changed, store_.shownStageState(changed));
     case Qt::ToolTipRole:
-        return u"%1: %2"_s.arg(statusDescription(file(index).statusCode()), shownPath(file(index)));
+        return u"%1\n%2"_s.arg(shownPath(changed), description(changed, store_.shownStageState(changed)));
     default:
         return {};
     }
+}
+
+Qt::ItemFlags ChangedFilesModel::flags(const QModelIndex& index) const
+{
+    return QAbstractListModel::flags(index) | Qt::ItemIsUserCheckable;
 }
 
 } // namespace plovik

@@ -9,8 +9,9 @@
 
 namespace plovik {
 
-/// The changed files of the store's status, one row each, in its order. Holds no copy of them: whoever observes the
-/// store must call rebuild() as soon as the status changes. Main thread.
+/// The changed files of the store's status, one row each, in its order; a row's check state is its file's stage state.
+/// Holds no copy of them: whoever observes the store must call rebuild() as soon as the status changes and
+/// stagingChanged() when only the stage states do. Main thread.
 class ChangedFilesModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -20,12 +21,14 @@ public:
 
     /// Takes over the status: as changed rows where the paths are the same, as a reset where they are not.
     void rebuild();
+    void stagingChanged();
 
     const gitkit::FileChange& file(const QModelIndex& index) const;
     QModelIndex indexOf(const std::string& path) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
     const std::vector<gitkit::FileChange>& files() const { return store_.status.value().files; }
@@ -39,5 +42,7 @@ private:
 
 /// A changed file's path to look at; a rename's is "old → new".
 QString shownPath(const gitkit::FileChange& file);
+
+Qt::CheckState checkState(gitkit::StageState state);
 
 } // namespace plovik

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+class QMenu;
+class QWidget;
+
+namespace plovik {
+
+/// The context menu of `files`, which are not none. What it starts acts on these files even if the selection changes
+/// while it is open. `openTitle` names the editor. The caller owns the menu; `store` outlives it. Main thread.
+QMenu* makeChangedFilesMenu(RepositoryStore& store, const RepositoryStore::Files& files, const QString& openTitle,
+                            QWidget* parent);
+
+} // namespace plovik

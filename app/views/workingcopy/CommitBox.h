@@ -1,0 +1,68 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QProperty>
+#include <QTimer>
+#include <QWidget>
+
+#include <vector>
+
+class QCheckBox;
+class QPushButton;
+
+namespace plovik {
+
+class BodyField;
+class SubjectField;
+
+/// Subject, body, "Amend" and the button that commits; one with the store's fields. What was typed is kept until it is
+/// committed, and comes back when the store knows of no message yet. Main thread.
+class CommitBox : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the box.
+    explicit CommitBox(RepositoryStore& store, QWidget* parent = nullptr);
+    /// Returns when the draft is on disk.
+    ~CommitBox() override;
+
+    void commit();
+
+Q_SIGNALS:
+    /// A commit has succeeded and the box is empty again.
+    void committed();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void arrange();
+    void connectFields();
+    void observeStore();
+    void restoreDraft();
+    void userTyped();
+    void userToggledAmend(bool isOn);
+    void enterMoreLines(const QString& lines);
+    void showMessage();
+    void activityChanged();
+    void commitEnded();
+    void updateControls();
+    QString whyNotCommit() const;
+    void keepDraft();
+    void keepDraftIfWaiting();
+
+    RepositoryStore& store_;
+    SubjectField* subject_;
+    BodyField* body_;
+    QCheckBox* amend_;
+    QPushButton* commit_;
+    QTimer draftDelay_;
+    bool isUpdating_ = false;   ///< the fields change because of the store, not because of the user
+    bool isTyping_ = false;     ///< the store changes because of the fields
+    bool isCommitting_ = false; ///< git is at it
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QProperty>
+#include <QWidget>
+
+#include <vector>
+
+class QLabel;
+class QPushButton;
+
+namespace plovik {
+
+/// Under the list of changed files: staging all, unstaging all, and how many files have something staged. Main thread.
+class StagingBar : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the bar.
+    explicit StagingBar(RepositoryStore& store, QWidget* parent = nullptr);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void showCounts();
+    void applyTheme();
+
+    RepositoryStore& store_;
+    QPushButton* stageAll_;
+    QPushButton* unstageAll_;
+    QLabel* count_;
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik
