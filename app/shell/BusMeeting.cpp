@@ -66,7 +66,7 @@ private:
 /// systems.
 QString sessionBus()
 {
-    const QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     if (!given.isEmpty())
         return given;
     const QString usual = qEnvironmentVariable("XDG_RUNTIME_DIR") + "/bus"_L1;

@@ -95,9 +95,9 @@ void RepositoryScope::addIgnoredAmong(const std::vector<std::string>& folders)
         const std::string& workingTree = workingTreeOf(folder);
         byWorkingTree[workingTree].push_back(folder.substr(workingTree.size() + 1));
     }
-    for (const auto& [workingTree, names] : byWorkingTree) {
-        for (const std::string& name : answerOr([&] { return git_.ignoredAmong(workingTree, names); }, {}))
-            ignored_.insert(workingTree + "/" + name);
+    for (const auto& entry : byWorkingTree) {
+        for (const std::string& name : answerOr([&] { return git_.ignoredAmong(entry.first, entry.second); }, {}))
+            ignored_.insert(entry.first + "/" + name);
     }
 }
 

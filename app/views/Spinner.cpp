@@ -14,7 +14,7 @@ constexpr int stepDegrees = 30;
 
 } // namespace
 
-Spinner::Spinner(QWidget* parent) : QWidget(parent) { setFixedSize(sizeHint()); }
+Spinner::Spinner(QWidget* parent) : QWidget(parent) { setFixedSize(Spinner::sizeHint()); }
 
 void Spinner::showEvent(QShowEvent* event)
 {

@@ -135,7 +135,7 @@ TEST_P(SingleInstanceTest, ofManyLaunchesAtOnceOneIsFirstAndItsEndMakesRoom)
     for (int i = 0; i < launches; ++i) {
         threads.push_back(onThread([&] {
             const auto one = meeting();
-            const auto claim = one->claim([](LaunchRequest) {});
+            const auto claim = one->claim([](const LaunchRequest&) {});
             first += claim == LaunchMeeting::Claim::First;
             taken += claim == LaunchMeeting::Claim::Taken;
             allClaimed.arrive_and_wait();
@@ -151,7 +151,7 @@ TEST_P(SingleInstanceTest, ofManyLaunchesAtOnceOneIsFirstAndItsEndMakesRoom)
     // The bus hears of the end in its own time.
     auto claim = LaunchMeeting::Claim::Taken;
     for (const QDeadlineTimer deadline(5s); claim == LaunchMeeting::Claim::Taken && !deadline.hasExpired();)
-        claim = meeting()->claim([](LaunchRequest) {});
+        claim = meeting()->claim([](const LaunchRequest&) {});
     EXPECT_EQ(claim, LaunchMeeting::Claim::First);
 }
 
