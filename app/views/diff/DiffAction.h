@@ -48,6 +48,9 @@ struct DiffContent {
     bool operator==(const DiffContent&) const = default;
 };
 
+/// Where a view stands after a new content: a diff that is read again keeps its place.
+enum class DiffPlace { start, kept };
+
 /// "Stage Hunk", "Stage 2 Lines", "Discard Lines…" and the like, as shown.
 QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count = 0);
 /// The same for assistive technology: one name, whatever the count.

@@ -4,6 +4,7 @@
 #include "app/views/Theme.h"
 #include "app/views/diff/DiffDocument.h"
 
+#include <QFontInfo>
 #include <QFontMetricsF>
 
 #include <algorithm>
@@ -13,16 +14,17 @@ namespace plovik {
 
 DiffMetrics DiffMetrics::of(const DiffDocument& document)
 {
-    constexpr double heightPerPoint = 20.0 / 12;
+    constexpr double heightPerPixel = 20.0 / 16;
+    constexpr double tightest = 0.95; // of what the font asks for: its own lines are wide apart
     constexpr int fewestDigits = 3;
     DiffMetrics metrics;
     metrics.codeFont = CodeFont::current();
     metrics.numberFont = metrics.codeFont;
-    metrics.numberFont.setPointSizeF(std::max(7.0, metrics.codeFont.pointSizeF() - 1));
+    metrics.numberFont.setPointSizeF(std::max(7.0, metrics.codeFont.pointSizeF() * 0.9));
     const QFontMetricsF code(metrics.codeFont);
     metrics.cell = code.horizontalAdvance(QLatin1Char('0'));
-    metrics.lineHeight =
-        std::max(qRound(metrics.codeFont.pointSizeF() * heightPerPoint), static_cast<int>(std::ceil(code.height())));
+    metrics.lineHeight = std::max(qRound(QFontInfo(metrics.codeFont).pixelSize() * heightPerPixel),
+                                  static_cast<int>(code.height() * tightest));
     metrics.hunkHeight = std::max(28, metrics.lineHeight + 8);
 
     const auto digits = std::max(fewestDigits, static_cast<int>(QString::number(document.largestNumber()).size()));

@@ -114,10 +114,11 @@ void addTruncation(DiffNotes& notes, const gitkit::ParsedDiff& diff)
     const auto most = static_cast<std::size_t>(gitkit::DiffParser::shownLines);
     const QString what =
         diff.lines.size() >= most
-            ? u"Only the first %1 lines are shown."_s.arg(QLocale::c().toString(static_cast<int>(most)))
+            ? u"Only the first %1 lines are shown."_s.arg(QLocale(QLocale::English).toString(static_cast<int>(most)))
             : u"Only the beginning of this diff is shown."_s;
     notes.wholeOnly = u"A diff this long cannot be staged by lines, only with the whole file."_s;
-    notes.below << what + u' ' + notes.wholeOnly;
+    notes.above << what + u' ' + notes.wholeOnly;
+    notes.below << u"The rest of this diff is not shown."_s;
 }
 
 } // namespace
@@ -151,11 +152,15 @@ DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state)
     return notes;
 }
 
+DiffProblem fileIsGone()
+{
+    return {u"The File Is Gone"_s, u"It was deleted or moved meanwhile. The list follows at the next refresh."_s};
+}
+
 DiffProblem diffProblem(const QString& message)
 {
-    // Git's words for a file that went away between the list and the diff.
-    if (message.contains(u"Could not access"_s) || message.contains(u"No such file or directory"_s))
-        return {u"The File Is Gone"_s, u"It was deleted or moved meanwhile. The list follows at the next refresh."_s};
+    if (message.contains(u"No such file or directory"_s))
+        return fileIsGone();
     return {u"The Diff Could Not Be Read"_s, message};
 }
 

@@ -29,5 +29,7 @@ struct DiffProblem {
     QString description;
 };
 DiffProblem diffProblem(const QString& message);
+/// For a file that went away between the list and the diff.
+DiffProblem fileIsGone();
 
 } // namespace plovik

@@ -96,7 +96,7 @@ DiffRowPainter::Slice DiffRowPainter::slice(int row) const
     }
     QString text = shown.mid(slice.first, slice.length);
     if (slice.line->notShown > 0 && slice.first + slice.length == shown.size())
-        text += u" … %1 more characters"_s.arg(QLocale::c().toString(slice.line->notShown));
+        text += u" … %1 more characters"_s.arg(QLocale(QLocale::English).toString(slice.line->notShown));
 
     QList<QTextLayout::FormatRange> formats;
     for (const ShownLine::Replacement& each : slice.line->replacements) {

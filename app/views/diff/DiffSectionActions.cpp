@@ -37,7 +37,7 @@ int DiffSectionView::activeHunk() const
 {
     if (hovered_ >= 0)
         return hovered_;
-    return current_ >= 0 ? document_.row(current_).hunk : -1;
+    return keyboardHunk();
 }
 
 bool DiffSectionView::canTakeHunks() const { return isAvailable_ && notes_.wholeOnly.isEmpty(); }
@@ -50,12 +50,13 @@ void DiffSectionView::setActionsAvailable(bool available)
     updateOffers();
 }
 
-void DiffSectionView::request(Verb verb, Part part)
+void DiffSectionView::request(Verb verb, Part part) { requestOf(activeHunk(), verb, part); }
+
+void DiffSectionView::requestOf(int hunk, Verb verb, Part part)
 {
     if (!canTakeHunks() || !content_.allows(verb))
         return;
     DiffAction action{verb, part, {}};
-    const int hunk = activeHunk();
     if (part == Part::lines)
         action.lines = selectedChanges();
     else if (part == Part::hunk && hunk >= 0)
@@ -71,7 +72,8 @@ void DiffSectionView::requestFromKey(Verb verb)
     // Return means whatever moves a change to the other side.
     if (verb == Verb::stage && !content_.allows(verb))
         verb = Verb::unstage;
-    request(verb, selectedChanges().empty() ? Part::hunk : Part::lines);
+    // Wherever the pointer rests, keys mean the keyboard's own hunk.
+    requestOf(keyboardHunk(), verb, selectedChanges().empty() ? Part::hunk : Part::lines);
 }
 
 void DiffSectionView::updateOffers()
@@ -85,21 +87,49 @@ void DiffSectionView::updateOffers()
 
     for (const Verb verb : verbs) {
         const bool isOffered = notes_.wholeOnly.isEmpty() && content_.allows(verb) && !document_.hunks().empty();
-        if (isOffered && !hunkButtons_.contains(verb)) {
-            QPushButton* const button = makeDiffButton(this);
-            button->setText(actionTitle(verb, Part::hunk));
-            button->setAccessibleName(actionName(verb, Part::hunk));
-            connect(button, &QPushButton::clicked, this, [this, verb] { request(verb, Part::hunk); });
-            hunkButtons_.emplace(verb, button);
-        }
+        if (isOffered && !hunkButtons_.contains(verb))
+            addHunkButton(verb);
         if (const auto known = hunkButtons_.find(verb); known != hunkButtons_.end()) {
             known->second->setVisible(isOffered);
             known->second->setEnabled(isAvailable_);
         }
     }
     bar_->raise();
+    orderTabs();
     placeHunkButtons();
     update();
+}
+
+void DiffSectionView::addHunkButton(Verb verb)
+{
+    QPushButton* const button = makeDiffButton(this);
+    button->setText(actionTitle(verb, Part::hunk));
+    button->setAccessibleName(actionName(verb, Part::hunk));
+    button->installEventFilter(this);
+    connect(button, &QPushButton::clicked, this, [this, verb] { request(verb, Part::hunk); });
+    hunkButtons_.emplace(verb, button);
+}
+
+void DiffSectionView::orderTabs()
+{
+    QWidget* before = this;
+    const auto follow = [&before](QWidget* next) {
+        if (before->nextInFocusChain() != next)
+            setTabOrder(before, next);
+        before = next;
+    };
+    for (const auto& [verb, button] : bar_->buttons())
+        follow(button);
+    for (const auto& [verb, button] : hunkButtons_)
+        follow(button);
+}
+
+bool DiffSectionView::eventFilter(QObject* watched, QEvent* event)
+{
+    // A button that the keyboard comes to may be out of sight, in the hunk of the current line.
+    if (event->type() == QEvent::FocusIn && activeHunk() >= 0)
+        Q_EMIT revealRequested(rowRect(document_.hunks()[static_cast<std::size_t>(activeHunk())].first));
+    return QWidget::eventFilter(watched, event);
 }
 
 int DiffSectionView::hunkButtonsWidth() const

@@ -31,6 +31,9 @@ public:
     /// Draws a line above, too, where another diff ends.
     void setFollows(bool follows);
 
+    /// Those made so far, from the left to the right.
+    const std::map<DiffAction::Verb, QPushButton*>& buttons() const { return buttons_; }
+
 Q_SIGNALS:
     void triggered(DiffAction::Verb verb, DiffAction::Part part);
 

@@ -52,6 +52,11 @@ void DiffSectionView::pointAt(QPoint point)
     const int hunk = isInside ? document_.row(row).hunk : hovered_;
     if (hunk == hovered_)
         return;
+    // The buttons go with the pointer; the focus does not go with the buttons.
+    for (const auto& [verb, button] : hunkButtons_) {
+        if (button->hasFocus())
+            setFocus(Qt::MouseFocusReason);
+    }
     hovered_ = hunk;
     placeHunkButtons();
     update();

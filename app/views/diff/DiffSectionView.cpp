@@ -34,7 +34,7 @@ DiffSectionView::DiffSectionView(QWidget* parent) : QWidget(parent), bar_(new Di
     remeasure();
 }
 
-void DiffSectionView::setContent(DiffContent content)
+void DiffSectionView::setContent(DiffContent content, DiffPlace place)
 {
     if (content == content_)
         return;
@@ -45,15 +45,30 @@ void DiffSectionView::setContent(DiffContent content)
     bar_->setText(content_.title, content_.detail);
     bar_->setVisible(!content_.title.isEmpty());
     if (!hasSameDiff || document_.rowCount() == 0) {
-        document_ = DiffDocument(notes_.hidesLines ? gitkit::ParsedDiff() : content_.diff);
-        selection_.clear();
-        drag_ = Drag::none;
-        hovered_ = -1;
-        current_ = document_.rowCount() == 0 ? -1 : 0;
+        showDocument(place);
     }
     remeasure();
     updateOffers();
     announceDiffChange(this);
+}
+
+void DiffSectionView::showDocument(DiffPlace place)
+{
+    const int hunk = keyboardHunk();
+    const std::size_t hunks = document_.hunks().size();
+    document_ = DiffDocument(notes_.hidesLines ? gitkit::ParsedDiff() : content_.diff);
+    selection_.clear();
+    drag_ = Drag::none;
+    dragTimer_.stop();
+    hovered_ = -1;
+    if (document_.rowCount() == 0)
+        current_ = -1;
+    else if (place == DiffPlace::start || hunk < 0)
+        current_ = 0;
+    else if (document_.hunks().size() == hunks)
+        current_ = std::min(current_, document_.rowCount() - 1);
+    else // A hunk has gone or come: the one in its place is the next to look at.
+        current_ = document_.hunks()[std::min(static_cast<std::size_t>(hunk), document_.hunks().size() - 1)].first;
 }
 
 void DiffSectionView::remeasure()

@@ -26,8 +26,8 @@ class DiffSectionView : public QWidget {
 public:
     explicit DiffSectionView(QWidget* parent);
 
-    /// Forgets selection and current line, unless the content is equal.
-    void setContent(DiffContent content);
+    /// Forgets the selection unless the diff is equal; the keyboard goes on near to where it was when `place` is kept.
+    void setContent(DiffContent content, DiffPlace place);
     const DiffContent& content() const { return content_; }
     const DiffDocument& document() const { return document_; }
     const DiffNotes& notes() const { return notes_; }
@@ -79,6 +79,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     // Geometry (DiffSectionView.cpp)
@@ -89,19 +90,24 @@ private:
     int rowAt(int y) const;
     bool isInGutter(int x) const { return x < metrics_.codeLeft; }
     void remeasure();
+    void showDocument(DiffPlace place);
     void applyFonts();
     void paintNotes(QPainter& painter, const QStringList& notes, int top) const;
     void paintRows(QPainter& painter, const QRect& exposed) const;
 
     // What is offered (DiffSectionActions.cpp)
     int activeHunk() const;
+    int keyboardHunk() const { return current_ < 0 ? -1 : document_.row(current_).hunk; }
     bool canTakeHunks() const;
     void request(DiffAction::Verb verb, DiffAction::Part part);
+    void requestOf(int hunk, DiffAction::Verb verb, DiffAction::Part part);
     void requestFromKey(DiffAction::Verb verb);
     void updateOffers();
+    void addHunkButton(DiffAction::Verb verb);
     void placeHunkButtons();
     void paintHunkButtons(QPainter& painter, int row) const;
     int hunkButtonsWidth() const;
+    void orderTabs();
     void addActions(class QMenu& menu);
 
     // The user's hands (DiffSectionInput.cpp)

@@ -18,6 +18,10 @@ DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
     setFocusPolicy(Qt::NoFocus);
     applyTheme();
     viewport()->setAutoFillBackground(true);
+    auto* const corner = new QWidget;
+    corner->setBackgroundRole(QPalette::Base);
+    corner->setAutoFillBackground(true);
+    setCornerWidget(corner);
     verticalScrollBar()->setSingleStep(20);
     horizontalScrollBar()->setSingleStep(20);
 }
@@ -27,8 +31,11 @@ DiffSectionView* DiffView::addSection()
     auto* const section = new DiffSectionView(viewport());
     section->setFollows(!sections_.empty());
     section->setActionsAvailable(areActionsAvailable_);
-    connect(section, &DiffSectionView::actionRequested, this,
-            [this, section](const DiffAction& action) { Q_EMIT actionRequested(section->content(), action); });
+    connect(section, &DiffSectionView::actionRequested, this, [this, section](const DiffAction& action) {
+        // What is asked for may bring another content at once.
+        const DiffContent content = section->content();
+        Q_EMIT actionRequested(content, action);
+    });
     connect(section, &DiffSectionView::contentHeightChanged, this, &DiffView::layOut);
     connect(section, &DiffSectionView::revealRequested, this,
             [this, section](const QRect& area) { reveal(section, area); });
@@ -38,7 +45,7 @@ DiffSectionView* DiffView::addSection()
     return section;
 }
 
-void DiffView::setContents(std::vector<DiffContent> contents, Place place)
+void DiffView::setContents(std::vector<DiffContent> contents, DiffPlace place)
 {
     const int x = horizontalScrollBar()->value();
     const int y = verticalScrollBar()->value();
@@ -52,14 +59,14 @@ void DiffView::setContents(std::vector<DiffContent> contents, Place place)
         }
         for (std::size_t i = 0; i < contents.size(); ++i) {
             DiffSectionView* const section = i < sections_.size() ? sections_[i] : addSection();
-            section->setContent(std::move(contents[i]));
+            section->setContent(std::move(contents[i]), place);
             section->show();
         }
     }
     setFocusProxy(sections_.empty() ? nullptr : sections_.front());
     layOut();
-    verticalScrollBar()->setValue(place == Place::kept ? y : 0);
-    horizontalScrollBar()->setValue(place == Place::kept ? x : 0);
+    verticalScrollBar()->setValue(place == DiffPlace::kept ? y : 0);
+    horizontalScrollBar()->setValue(place == DiffPlace::kept ? x : 0);
 }
 
 void DiffView::setActionsAvailable(bool available)
@@ -167,12 +174,6 @@ void DiffView::resizeEvent(QResizeEvent* event)
 }
 
 void DiffView::scrollContentsBy(int, int) { placeSections(); }
-
-bool DiffView::viewportEvent(QEvent* event)
-{
-    // Sections cover what they need; painting is theirs and the background's.
-    return event->type() == QEvent::Paint ? false : QAbstractScrollArea::viewportEvent(event);
-}
 
 void DiffView::changeEvent(QEvent* event)
 {

@@ -17,10 +17,8 @@ class DiffView : public QAbstractScrollArea {
 public:
     explicit DiffView(QWidget* parent = nullptr);
 
-    /// Where the view stands after new contents: a diff that is read again keeps its place.
-    enum class Place { start, kept };
-    /// A content equal to the one in its place keeps selection and current line.
-    void setContents(std::vector<DiffContent> contents, Place place);
+    /// A content equal to the one in its place keeps selection and current line; `place` is where the rest goes on.
+    void setContents(std::vector<DiffContent> contents, DiffPlace place);
     const std::vector<DiffSectionView*>& sections() const { return sections_; }
 
     /// See DiffSectionView::setActionsAvailable().
@@ -38,7 +36,6 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent* event) override;
-    bool viewportEvent(QEvent* event) override;
 
 private:
     DiffSectionView* addSection();

@@ -1,0 +1,329 @@
+#include "GitKit/parsers/DiffParser.h"
+#include "app/settings/Settings.h"
+#include "app/views/Theme.h"
+#include "app/views/diff/DiffSectionView.h"
+#include "app/views/diff/DiffView.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QImage>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScrollBar>
+
+#include <gtest/gtest.h>
+
+namespace plovik {
+namespace {
+
+using namespace Qt::StringLiterals;
+using gitkit::DiffParser;
+using Verb = DiffAction::Verb;
+using Part = DiffAction::Part;
+using Use = DiffContent::Use;
+
+constexpr std::string_view header = "diff --git a/f b/f\nindex 1111..2222 100644\n--- a/f\n+++ b/f\n";
+
+/// Rows 0 to 9; changes are 2, 3, 4 and 8.
+const std::string twoHunks = std::string(header) + "@@ -1,3 +1,4 @@ one\n a\n-\tb\n+\tB\n+c\n d\n"
+                                                   "@@ -20,2 +21,3 @@ two\n x\n+y\n z\n";
+
+DiffContent contentOf(std::string_view text, Use use = Use::stageAndDiscard, const QString& title = u"Unstaged"_s)
+{
+    DiffContent content;
+    content.title = title;
+    content.name = title + u" Diff"_s;
+    content.detail = u"f"_s;
+    content.diff = DiffParser::parse(text);
+    content.use = use;
+    return content;
+}
+
+class DiffViewTest : public testing::Test {
+protected:
+    DiffViewTest()
+    {
+        view.resize(700, 300);
+        view.show();
+        QObject::connect(&view, &DiffView::actionRequested, &view,
+                         [this](const DiffContent&, const DiffAction& action) { asked.push_back(action); });
+    }
+
+    void show(std::vector<DiffContent> contents, DiffPlace place = DiffPlace::start)
+    {
+        view.setContents(std::move(contents), place);
+        QApplication::processEvents();
+    }
+    DiffSectionView& section(std::size_t index = 0) { return *view.sections()[index]; }
+
+    void mouse(QEvent::Type type, QPoint at, Qt::KeyboardModifiers modifiers = {})
+    {
+        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent event(type, at, section().mapToGlobal(QPointF(at)), Qt::LeftButton, held, modifiers);
+        QApplication::sendEvent(&section(), &event);
+    }
+    QPoint inGutter(int row) { return {20, section().rowRect(row).center().y()}; }
+    QPoint inCode(int row, double column)
+    {
+        const DiffMetrics& metrics = section().metrics();
+        return {metrics.codeLeft + qRound(column * metrics.cell), section().rowRect(row).center().y()};
+    }
+    void click(QPoint at, Qt::KeyboardModifiers modifiers = {})
+    {
+        mouse(QEvent::MouseButtonPress, at, modifiers);
+        mouse(QEvent::MouseButtonRelease, at, modifiers);
+    }
+    void drag(QPoint from, QPoint to)
+    {
+        mouse(QEvent::MouseButtonPress, from);
+        mouse(QEvent::MouseMove, to);
+        mouse(QEvent::MouseButtonRelease, to);
+    }
+    void hover(QPoint at)
+    {
+        QMouseEvent event(QEvent::MouseMove, at, section().mapToGlobal(QPointF(at)), Qt::NoButton, Qt::NoButton, {});
+        QApplication::sendEvent(&section(), &event);
+    }
+    void press(int key, Qt::KeyboardModifiers modifiers = {})
+    {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        QApplication::sendEvent(&section(), &event);
+    }
+    QPushButton* button(const QString& name)
+    {
+        for (QPushButton* each : view.findChildren<QPushButton*>()) {
+            if (each->accessibleName() == name && !each->isHidden())
+                return each;
+        }
+        return nullptr;
+    }
+    static QString copied() { return QApplication::clipboard()->text(); }
+
+    DiffView view;
+    std::vector<DiffAction> asked;
+};
+
+using Ids = std::set<int>;
+
+TEST_F(DiffViewTest, SelectsLinesInTheGutter)
+{
+    show({contentOf(twoHunks)});
+    click(inGutter(3));
+    EXPECT_EQ(section().selectedChanges(), Ids{3});
+    click(inGutter(8), Qt::ShiftModifier);
+    EXPECT_EQ(section().selectedChanges(), (Ids{3, 4, 8})); // context and headers between them do not count
+    click(inGutter(4), Qt::ControlModifier);
+    click(inGutter(2), Qt::ControlModifier);
+    EXPECT_EQ(section().selectedChanges(), (Ids{2, 3, 8}));
+    drag(inGutter(4), inGutter(2));
+    EXPECT_EQ(section().selectedChanges(), (Ids{2, 3, 4}));
+    click(inGutter(1));
+    EXPECT_EQ(section().selectedChanges(), Ids{});
+}
+
+TEST_F(DiffViewTest, SelectsTextAndCountsPartialLinesWhole)
+{
+    show({contentOf(twoHunks)});
+    drag(inCode(2, 4.1), inCode(4, 0.9)); // from behind the tab of "\tb" to behind "c"
+    EXPECT_EQ(section().selectedChanges(), (Ids{2, 3, 4}));
+    section().copy();
+    EXPECT_EQ(copied(), u"b\n\tB\nc"_s);
+    drag(inCode(3, 5), inCode(4, 0)); // nothing of the last line
+    EXPECT_EQ(section().selectedChanges(), Ids{3});
+
+    ASSERT_TRUE(QMetaObject::invokeMethod(&section(), "selectAll"));
+    EXPECT_EQ(section().selectedChanges(), (Ids{2, 3, 4, 8}));
+    ASSERT_TRUE(QMetaObject::invokeMethod(&section(), "copy"));
+    EXPECT_EQ(copied(), u"a\n\tb\n\tB\nc\nd\nx\ny\nz"_s);
+    click(inGutter(8));
+    view.copy();
+    EXPECT_EQ(copied(), u"y\n"_s);
+}
+
+TEST_F(DiffViewTest, IsWorkedWithTheKeyboard)
+{
+    show({contentOf(twoHunks), contentOf(twoHunks, Use::unstage, u"Staged"_s)});
+    press(Qt::Key_S);
+    press(Qt::Key_N);
+    EXPECT_EQ(section().currentRow(), 6);
+    hover(inCode(1, 0)); // the pointer rests on the other hunk
+    press(Qt::Key_Delete);
+    press(Qt::Key_P);
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Down, Qt::ShiftModifier);
+    press(Qt::Key_Return);
+    press(Qt::Key_End);
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(asked, (std::vector<DiffAction>{{Verb::stage, Part::hunk, {2, 3, 4}},
+                                              {Verb::discard, Part::hunk, {8}},
+                                              {Verb::stage, Part::lines, {2, 3}},
+                                              {Verb::discard, Part::lines, {8}}}));
+    press(Qt::Key_N); // there is no further hunk here
+    EXPECT_EQ(section(1).currentRow(), 0);
+    asked.clear();
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(&section(1), &key);
+    QKeyEvent removal(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
+    QApplication::sendEvent(&section(1), &removal);
+    EXPECT_EQ(asked,
+              (std::vector<DiffAction>{{Verb::unstage, Part::hunk, {2, 3, 4}}})); // staged lines are not discarded
+}
+
+TEST_F(DiffViewTest, OffersButtonsForTheHunkAndTheLinesAtHand)
+{
+    show({contentOf(twoHunks)});
+    ASSERT_NE(button(u"Stage Hunk"_s), nullptr);
+    EXPECT_EQ(button(u"Stage Lines"_s), nullptr);
+    EXPECT_EQ(button(u"Unstage Hunk"_s), nullptr);
+    hover(inCode(8, 0));
+    EXPECT_TRUE(section().rowRect(6).contains(button(u"Stage Hunk"_s)->geometry()));
+    button(u"Stage Hunk"_s)->click();
+    button(u"Stage All Hunks"_s)->click();
+    drag(inGutter(3), inGutter(4));
+    EXPECT_EQ(button(u"Stage All Hunks"_s), nullptr);
+    EXPECT_EQ(button(u"Stage Lines"_s)->text(), u"Stage 2 Lines"_s);
+    button(u"Stage Lines"_s)->click();
+    button(u"Discard Lines…"_s)->click();
+    EXPECT_EQ(asked, (std::vector<DiffAction>{{Verb::stage, Part::hunk, {8}},
+                                              {Verb::stage, Part::all, {2, 3, 4, 8}},
+                                              {Verb::stage, Part::lines, {3, 4}},
+                                              {Verb::discard, Part::lines, {3, 4}}}));
+    view.setActionsAvailable(false);
+    EXPECT_FALSE(button(u"Stage Lines"_s)->isEnabled());
+    press(Qt::Key_S);
+    EXPECT_EQ(asked.size(), 4U);
+
+    show({contentOf(twoHunks, Use::read, u"Read"_s)});
+    drag(inGutter(3), inGutter(4));
+    for (const QPushButton* each : view.findChildren<QPushButton*>())
+        EXPECT_TRUE(each->isHidden()) << each->text().toStdString();
+}
+
+std::string longDiff(int lines, int changed = -1)
+{
+    std::string text = std::string(header) + "@@ -1," + std::to_string(lines) + " +1,1 @@\n";
+    for (int line = 0; line < lines; ++line)
+        text += line % 10 == 0 ? (line == changed ? "+changed\n" : "+added\n") : " context\n";
+    return text;
+}
+
+TEST_F(DiffViewTest, KeepsPlaceAndSelectionWhereTheDiffIsEqual)
+{
+    show({contentOf(longDiff(400)), contentOf(twoHunks, Use::unstage, u"Staged"_s)});
+    click(inGutter(101));
+    view.verticalScrollBar()->setValue(2000);
+    show({contentOf(longDiff(400)), contentOf(longDiff(20), Use::unstage, u"Staged"_s)}, DiffPlace::kept);
+    EXPECT_EQ(view.verticalScrollBar()->value(), 2000);
+    EXPECT_EQ(section().selectedChanges(), Ids{101});
+    EXPECT_EQ(section().currentRow(), 101);
+    // A selection must not slip onto other lines.
+    show({contentOf(longDiff(400, 100))}, DiffPlace::kept);
+    EXPECT_EQ(view.verticalScrollBar()->value(), 2000);
+    EXPECT_EQ(section().selectedChanges(), Ids{});
+    show({contentOf(twoHunks)});
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+}
+
+TEST_F(DiffViewTest, KeepsItsBarInSightAndTheCurrentLineFromUnderIt)
+{
+    show({contentOf(longDiff(400))});
+    view.verticalScrollBar()->setValue(3000);
+    QWidget* const bar = view.viewport()->childAt(60, 10);
+    ASSERT_NE(bar, nullptr);
+    EXPECT_EQ(bar->mapTo(view.viewport(), QPoint()).y(), 0);
+    EXPECT_EQ(bar->parentWidget(), &section());
+    press(Qt::Key_Home);
+    press(Qt::Key_PageDown);
+    press(Qt::Key_PageDown);
+    press(Qt::Key_PageUp);
+    const QRect line = section().rowRect(section().currentRow()).translated(section().pos());
+    EXPECT_GE(line.top(), bar->height());
+    EXPECT_LE(line.bottom(), view.viewport()->height());
+}
+
+TEST_F(DiffViewTest, IsReadByAssistiveTechnology)
+{
+    DiffContent conflict =
+        contentOf("diff --cc f\nindex 1,2..0\n--- a/f\n+++ b/f\n@@@ -1,2 -1,2 +1,4 @@@\n  a\n++<<\n +o\n- t\n",
+                  Use::read, u"Conflict"_s);
+    conflict.state = DiffState::conflicted;
+    show({contentOf(twoHunks), conflict});
+    QAccessibleInterface* const first = QAccessible::queryAccessibleInterface(&section());
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->text(QAccessible::Name), u"Unstaged Diff"_s);
+    EXPECT_TRUE(first->text(QAccessible::Value).contains(u"@@ -1,3 +1,4 @@ one\na\n-\tb\n+\tB\n+c\nd\n"_s));
+    QAccessibleTextInterface* const text = first->textInterface();
+    ASSERT_NE(text, nullptr);
+    section().setCurrentRow(3);
+    EXPECT_EQ(text->text(text->cursorPosition(), text->cursorPosition() + 3), u"+\tB"_s);
+
+    QAccessibleInterface* const second = QAccessible::queryAccessibleInterface(&section(1));
+    EXPECT_EQ(second->text(QAccessible::Name), u"Conflict Diff"_s);
+    EXPECT_TRUE(second->text(QAccessible::Value).endsWith(u"\n  a\n++<<\n +o\n- t"_s));
+    EXPECT_EQ(section(1).document().row(3).newNumber, 3);
+    EXPECT_EQ(section(1).document().row(3).kind, gitkit::DiffLine::Kind::addition);
+}
+
+/// How often a colour is found in what a row shows.
+int pixels(DiffView& view, const DiffSectionView& section, int row, const QColor& color)
+{
+    const QImage image = view.viewport()->grab(section.rowRect(row).translated(section.pos())).toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y) == color ? 1 : 0;
+    }
+    return count;
+}
+
+TEST_F(DiffViewTest, MarksWhatChangedAndWhatCannotBeSeen)
+{
+    show({contentOf(std::string(header) + "@@ -1,4 +1,4 @@\n-keep(old);\n+keep(fresh);\n+end \n ctx \n+plain\n")});
+    const Theme& theme = Theme::current();
+    EXPECT_GT(pixels(view, section(), 1, theme.removedWords), 50);
+    EXPECT_GT(pixels(view, section(), 2, theme.addedWords), 50);
+    EXPECT_GT(pixels(view, section(), 3, theme.removedWords), 10); // a blank at its end
+    EXPECT_EQ(pixels(view, section(), 4, theme.removedWords), 0);  // which is nobody's change here
+    EXPECT_EQ(pixels(view, section(), 5, theme.addedWords), 0);
+    EXPECT_GT(pixels(view, section(), 5, theme.addedLine), 1000);
+}
+
+TEST_F(DiffViewTest, FollowsTheCodeFontsSize)
+{
+    show({contentOf(longDiff(30))});
+    const int before = section().metrics().lineHeight;
+    Settings::shared().set(settings::codeFontSize, 24);
+    EXPECT_GE(section().metrics().lineHeight, 40);
+    EXPECT_EQ(section().height(), section().heightFor(view.viewport()->width()));
+    Settings::shared().set(settings::codeFontSize, 12);
+    EXPECT_EQ(section().metrics().lineHeight, before);
+}
+
+TEST_F(DiffViewTest, ShapesOnlyWhatIsInSightOfAnEndlessLine)
+{
+    // Shaped whole, a line like this takes minutes and gigabytes under the sanitizers.
+    std::string text = std::string(header) + "@@ -1 +1 @@\n-x\n+";
+    for (int i = 0; i < 1 << 20; ++i)
+        text += "word\t\xE6\x97\xA5 ";
+    show({contentOf(text + "\n")});
+    view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->maximum() / 2);
+    click(inCode(2, 3));
+    for (int step = 0; step < 20; ++step) {
+        view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->value() + 500);
+        view.grab();
+    }
+    const ShownLine& line = section().document().shown(2);
+    EXPECT_LE(line.shown.size(), 4 * ShownLine::mostShown);
+    EXPECT_GT(line.notShown, 0);
+    section().selectAll();
+    section().copy();
+    EXPECT_EQ(copied().size(), 2 + qsizetype{7} * (1 << 20)); // copied it is whole
+}
+
+} // namespace
+} // namespace plovik

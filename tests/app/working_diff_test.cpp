@@ -1,0 +1,179 @@
+#include "app/store/RepositoryStore.h"
+#include "app/views/diff/DiffSectionView.h"
+#include "app/views/diff/DiffView.h"
+#include "app/views/diff/WorkingDiffPane.h"
+#include "tests/store/ManualWorker.h"
+#include "tests/support/TestRepository.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+
+#include <gtest/gtest.h>
+
+namespace plovik {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+std::string lines(int from, int to)
+{
+    std::string text;
+    for (int line = from; line < to; ++line)
+        text += "line " + std::to_string(line) + "\n";
+    return text;
+}
+
+class WorkingDiffTest : public testing::Test {
+protected:
+    WorkingDiffTest()
+    {
+        repo.write("a", lines(0, 200)).write("b", "b\n").commit("one");
+        repo.write("a", "first\n" + lines(0, 100) + "middle\n" + lines(100, 200) + "last\n");
+        repo.write("b", "changed\n").write("new", "1\n2\n3\n");
+        refresh();
+        pane.resize(600, 300);
+        pane.show();
+    }
+
+    void refresh()
+    {
+        store.refresh(RefreshScope::status);
+        worker.finishAll();
+        QApplication::processEvents();
+    }
+    void select(std::set<std::string> paths)
+    {
+        store.selectedPaths = std::move(paths);
+        worker.finishAll();
+        QApplication::processEvents();
+    }
+    QStringList names() const
+    {
+        QStringList names;
+        for (const DiffSectionView* section : pane.view()->sections())
+            names << section->accessibleName();
+        return names;
+    }
+    void press(const QString& name)
+    {
+        for (QPushButton* button : pane.findChildren<QPushButton*>()) {
+            if (button->accessibleName() == name && button->isVisible() && button->isEnabled()) {
+                button->click();
+                worker.finishAll();
+                QApplication::processEvents();
+                return;
+            }
+        }
+        ADD_FAILURE() << "no button " << name.toStdString();
+    }
+    bool isDiffShown() const { return pane.currentWidget() == pane.view(); }
+    QString sentence() const
+    {
+        QStringList texts;
+        for (const QLabel* label : pane.currentWidget()->findChildren<QLabel*>())
+            texts << label->text();
+        return texts.join(u' ');
+    }
+
+    TestRepository repo;
+    ManualWorker worker;
+    RepositoryStore store{repo.path(), worker};
+    WorkingDiffPane pane{store};
+};
+
+TEST_F(WorkingDiffTest, StagesUnstagesAndDiscardsParts)
+{
+    select({"a"});
+    ASSERT_EQ(names(), QStringList{u"Unstaged Diff"_s});
+    press(u"Stage Hunk"_s);
+    EXPECT_EQ(repo.read({"show", ":a"}) + "\n", "first\n" + lines(0, 200));
+    EXPECT_EQ(names(), (QStringList{u"Unstaged Diff"_s, u"Staged Diff"_s}));
+    press(u"Unstage Hunk"_s);
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "");
+
+    DiffSectionView& section = *pane.view()->sections().front();
+    section.setCurrentRow(section.document().hunks()[1].first);
+    press(u"Discard Hunk…"_s);
+    ASSERT_TRUE(store.confirmation.value());
+    store.confirmation.value()->action();
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"diff", "--numstat"}), "2\t0\ta\n1\t1\tb");
+}
+
+TEST_F(WorkingDiffTest, StagesLinesOfAnUntrackedFile)
+{
+    select({"new"});
+    ASSERT_EQ(names(), QStringList{u"Untracked Diff"_s});
+    DiffSectionView& section = *pane.view()->sections().front();
+    section.setCurrentRow(2);
+    QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
+    QApplication::sendEvent(&section, &space);
+    press(u"Stage Lines"_s);
+    EXPECT_EQ(repo.read({"show", ":new"}), "2");
+    EXPECT_EQ(names(), (QStringList{u"Unstaged Diff"_s, u"Staged Diff"_s}));
+}
+
+TEST_F(WorkingDiffTest, ShowsTheFileSelectedLastAndActsOnNoOther)
+{
+    select({"a"});
+    store.selectedPaths = std::set<std::string>{"b"};
+    store.selectedPaths = std::set<std::string>{"new"};
+    // The old picture stands until the new one is there, and nothing can be done with it.
+    ASSERT_TRUE(isDiffShown());
+    EXPECT_EQ(pane.view()->sections().front()->content().detail, u"a"_s);
+    for (const QPushButton* button : pane.findChildren<QPushButton*>())
+        EXPECT_TRUE(button->isHidden() || !button->isEnabled());
+    QKeyEvent stage(QEvent::KeyPress, Qt::Key_S, Qt::NoModifier);
+    QApplication::sendEvent(pane.view()->sections().front(), &stage);
+    ASSERT_EQ(worker.waiting(), 1U); // one reading at a time
+    worker.finish();
+    EXPECT_EQ(pane.view()->sections().front()->content().detail, u"a"_s); // that of b comes too late
+    worker.finishAll();
+    EXPECT_EQ(pane.view()->sections().front()->content().detail, u"new"_s);
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "");
+}
+
+TEST_F(WorkingDiffTest, StandsStillWhileTheDiffIsEqual)
+{
+    select({"a"});
+    DiffSectionView& section = *pane.view()->sections().front();
+    section.selectAll();
+    pane.view()->verticalScrollBar()->setValue(60);
+    const DiffSelection selection = section.selection();
+    repo.write("b", "changed again\n");
+    refresh();
+    EXPECT_EQ(&section, pane.view()->sections().front());
+    EXPECT_EQ(section.selection(), selection);
+    EXPECT_EQ(pane.view()->verticalScrollBar()->value(), 60);
+}
+
+TEST_F(WorkingDiffTest, SaysWhyThereIsNothingToSee)
+{
+    EXPECT_TRUE(sentence().contains(u"No File Selected"_s));
+    select({"a", "b", "new"});
+    EXPECT_TRUE(sentence().contains(u"3 Files Selected"_s));
+    std::filesystem::remove(repo / "new");
+    select({"new"});
+    EXPECT_TRUE(sentence().contains(u"The File Is Gone"_s));
+    repo.git({"init", "-q", "inner"}).write("inner/x", "x");
+    refresh();
+    select({"inner/"});
+    EXPECT_TRUE(sentence().contains(u"a repository of its own"_s)) << sentence().toStdString();
+    select({"a"});
+    EXPECT_TRUE(isDiffShown());
+}
+
+TEST_F(WorkingDiffTest, MayGoWhileItReads)
+{
+    auto other = std::make_unique<WorkingDiffPane>(store);
+    store.selectedPaths = std::set<std::string>{"a"};
+    other.reset();
+    worker.finishAll();
+    EXPECT_TRUE(isDiffShown());
+}
+
+} // namespace
+} // namespace plovik
