@@ -94,7 +94,7 @@ protected:
     QPushButton* button(const QString& name)
     {
         for (QPushButton* each : view.findChildren<QPushButton*>()) {
-            if (each->accessibleName() == name && !each->isHidden())
+            if (each->accessibleName() == name && each->isVisible())
                 return each;
         }
         return nullptr;
@@ -180,6 +180,11 @@ TEST_F(DiffViewTest, OffersButtonsForTheHunkAndTheLinesAtHand)
     ASSERT_NE(button(u"Stage Hunk"_s), nullptr);
     EXPECT_EQ(button(u"Stage Lines"_s), nullptr);
     EXPECT_EQ(button(u"Unstage Hunk"_s), nullptr);
+    const QPoint drawn = button(u"Stage Hunk"_s)->geometry().center() +
+                         QPoint(0, section().rowRect(6).top() - section().rowRect(0).top());
+    click(drawn); // on a touch screen nothing hovers first
+    EXPECT_EQ(std::exchange(asked, {}), (std::vector<DiffAction>{{Verb::stage, Part::hunk, {8}}}));
+    hover(inCode(1, 0));
     hover(inCode(8, 0));
     EXPECT_TRUE(section().rowRect(6).contains(button(u"Stage Hunk"_s)->geometry()));
     button(u"Stage Hunk"_s)->click();
@@ -201,7 +206,7 @@ TEST_F(DiffViewTest, OffersButtonsForTheHunkAndTheLinesAtHand)
     show({contentOf(twoHunks, Use::read, u"Read"_s)});
     drag(inGutter(3), inGutter(4));
     for (const QPushButton* each : view.findChildren<QPushButton*>())
-        EXPECT_TRUE(each->isHidden()) << each->text().toStdString();
+        EXPECT_FALSE(each->isVisible()) << each->text().toStdString();
 }
 
 std::string longDiff(int lines, int changed = -1)
@@ -221,6 +226,13 @@ TEST_F(DiffViewTest, KeepsPlaceAndSelectionWhereTheDiffIsEqual)
     EXPECT_EQ(view.verticalScrollBar()->value(), 2000);
     EXPECT_EQ(section().selectedChanges(), Ids{101});
     EXPECT_EQ(section().currentRow(), 101);
+    // The other section may come and go.
+    const DiffSectionView* const kept = &section();
+    show({contentOf(twoHunks, Use::stage, u"Untracked"_s), contentOf(longDiff(400))}, DiffPlace::kept);
+    EXPECT_EQ(&section(1), kept);
+    EXPECT_EQ(section(1).selectedChanges(), Ids{101});
+    EXPECT_EQ(section(1).y(), section(0).geometry().bottom() + 1);
+    view.verticalScrollBar()->setValue(2000);
     // A selection must not slip onto other lines.
     show({contentOf(longDiff(400, 100))}, DiffPlace::kept);
     EXPECT_EQ(view.verticalScrollBar()->value(), 2000);

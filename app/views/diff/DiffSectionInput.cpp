@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QTextBoundaryFinder>
 
 namespace plovik {
@@ -74,6 +75,12 @@ void DiffSectionView::mousePressEvent(QMouseEvent* event)
     current_ = row;
     dragPoint_ = point;
     if (document_.row(row).kind == DiffDocument::Kind::hunk) {
+        // A press that no movement announced: the buttons are drawn here but stand elsewhere.
+        pointAt(point);
+        if (auto* const button = qobject_cast<QPushButton*>(childAt(point))) {
+            button->click();
+            return;
+        }
         selection_.clear();
     } else if (isInGutter(point.x())) {
         drag_ = Drag::lines;

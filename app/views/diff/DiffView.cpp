@@ -9,6 +9,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace plovik {
 
@@ -26,10 +27,21 @@ DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
     horizontalScrollBar()->setSingleStep(20);
 }
 
+/// Takes the section of this name out of `from`, or makes one.
+DiffSectionView* DiffView::sectionNamed(const QString& name, std::vector<DiffSectionView*>& from)
+{
+    const auto known =
+        std::ranges::find_if(from, [&name](const DiffSectionView* section) { return section->content().name == name; });
+    if (known == from.end())
+        return addSection();
+    DiffSectionView* const section = *known;
+    from.erase(known);
+    return section;
+}
+
 DiffSectionView* DiffView::addSection()
 {
     auto* const section = new DiffSectionView(viewport());
-    section->setFollows(!sections_.empty());
     section->setActionsAvailable(areActionsAvailable_);
     connect(section, &DiffSectionView::actionRequested, this, [this, section](const DiffAction& action) {
         // What is asked for may bring another content at once.
@@ -41,7 +53,6 @@ DiffSectionView* DiffView::addSection()
             [this, section](const QRect& area) { reveal(section, area); });
     connect(section, &DiffSectionView::leaveRequested, this,
             [this, section](int direction) { leave(section, direction); });
-    sections_.push_back(section);
     return section;
 }
 
@@ -51,16 +62,20 @@ void DiffView::setContents(std::vector<DiffContent> contents, DiffPlace place)
     const int y = verticalScrollBar()->value();
     {
         const QScopedValueRollback filling(isFilling_, true);
-        while (sections_.size() > contents.size()) {
-            // A section that goes while it runs a handler of its own is deleted afterwards.
-            sections_.back()->hide();
-            sections_.back()->deleteLater();
-            sections_.pop_back();
-        }
-        for (std::size_t i = 0; i < contents.size(); ++i) {
-            DiffSectionView* const section = i < sections_.size() ? sections_[i] : addSection();
-            section->setContent(std::move(contents[i]), place);
+        std::vector<DiffSectionView*> before = std::exchange(sections_, {});
+        for (DiffContent& content : contents) {
+            DiffSectionView* const section = sectionNamed(content.name, before);
+            section->setFollows(!sections_.empty());
+            sections_.push_back(section);
+            section->setContent(std::move(content), place);
             section->show();
+        }
+        // A section that goes while it runs a handler of its own is deleted afterwards.
+        for (DiffSectionView* const gone : before) {
+            if (gone->hasFocus() && !sections_.empty())
+                sections_.front()->setFocus(Qt::OtherFocusReason);
+            gone->hide();
+            gone->deleteLater();
         }
     }
     setFocusProxy(sections_.empty() ? nullptr : sections_.front());

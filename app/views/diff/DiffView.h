@@ -38,6 +38,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    DiffSectionView* sectionNamed(const QString& name, std::vector<DiffSectionView*>& from);
     DiffSectionView* addSection();
     void layOut();
     void placeSections();
