@@ -3,43 +3,62 @@
 #include "app/store/RepositoryStore.h"
 
 #include <QProperty>
-#include <QStackedWidget>
+#include <QWidget>
 
+#include <functional>
+#include <string>
 #include <vector>
 
 class QListView;
 
 namespace plovik {
 
+class ChangedFilesList;
 class ChangedFilesModel;
+class CommitBox;
 class EmptyState;
 class ScrollKeeper;
 
-/// The detail area of the working copy: the changed files, or why there are none to see. The list's selection and the
-/// store's selected paths are one. Main thread.
-class WorkingCopyView : public QStackedWidget {
+/// The detail area of the working copy: the changed files, or why there are none to see, with the commit box under
+/// them; at their right the selected file's changes. The list's selection and the store's selected paths are one. Main
+/// thread.
+class WorkingCopyView : public QWidget {
     Q_OBJECT
 
 public:
     /// `store` outlives the view.
     explicit WorkingCopyView(RepositoryStore& store, QWidget* parent = nullptr);
 
-    QListView* list() const { return list_; }
+    /// Who says how the command that opens files in the user's editor is called; asked whenever a menu opens.
+    void setEditorTitle(std::function<QString()> title) { editorTitle_ = std::move(title); }
+
+    QListView* list() const;
+    EmptyState* emptyState() const { return empty_; }
 
 private:
-    void makeList();
+    QWidget* makeFilesPane();
+    void makeList(QWidget* parent);
+    void connectList();
     void observeStore();
     void statusChanged();
     void updateEmptyState();
     void userSelected();
     void showStoreSelection();
+    void noteCurrent();
+    void restoreCurrent();
+    void showMenu(const QPoint& globalPosition);
+    void committed();
 
     RepositoryStore& store_;
     ChangedFilesModel* model_;
-    QListView* list_ = nullptr;
+    ChangedFilesList* list_ = nullptr;
     EmptyState* empty_ = nullptr;
+    CommitBox* commitBox_ = nullptr;
     ScrollKeeper* scroll_ = nullptr;
+    std::function<QString()> editorTitle_;
     bool isUpdating_ = false; ///< the list changes because of the store, not because of the user
+    int currentRow_ = 0;      ///< where the keyboard is; the row outlives the file
+    std::string currentPath_;
     std::vector<QPropertyNotifier> notifiers_;
 };
 
