@@ -155,7 +155,7 @@ public:
     void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
 
 private:
-    ParsedDiff diff(std::vector<std::string> arguments, const std::vector<int>& accepting) const;
+    ParsedDiff diff(const std::vector<std::string>& arguments, const std::vector<int>& accepting) const;
     void requireIndexHolds(const PartialChange& change) const;
     void requireWorkingTreeHolds(const PartialChange& change) const;
     bool resolvesHead() const;

@@ -46,7 +46,7 @@ Arguments diffArguments(std::initializer_list<std::string> start, std::initializ
 }
 
 /// A revision as an argument: nothing that git would take for an option.
-const std::string& revisionArgument(const char* command, const std::string& revision)
+std::string revisionArgument(const char* command, std::string revision)
 {
     if (revision.starts_with('-'))
         throw GitError(command, 128, "“" + repairedUtf8(revision) + "” is not a revision.");
@@ -109,7 +109,7 @@ void replaceFile(const std::filesystem::path& file, const std::string& bytes)
 
 } // namespace
 
-ParsedDiff GitRepository::diff(std::vector<std::string> arguments, const std::vector<int>& accepting) const
+ParsedDiff GitRepository::diff(const std::vector<std::string>& arguments, const std::vector<int>& accepting) const
 {
     const GitOutput output =
         runner_.accepted(arguments, {.accepting = accepting, .environment = literalPaths, .limit = diffLimit});
@@ -166,7 +166,7 @@ ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& 
     Arguments arguments = diffArguments({"show", "--format=", "--first-parent", "-M"}, {revision, "--", file.path});
     if (file.originalPath)
         arguments.push_back(*file.originalPath);
-    return diff(std::move(arguments), {0});
+    return diff(arguments, {0});
 }
 
 std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file) const
