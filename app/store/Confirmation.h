@@ -7,13 +7,15 @@
 
 namespace plovik {
 
-/// A question that the window asks before something is lost. Two questions with the same words are still two.
+/// A question that the window asks before it acts, mostly because something could be lost. Two questions with the same words are still two.
 struct Confirmation {
     QUuid id = QUuid::createUuid();
     QString title;
     QString message;
     QString actionTitle;          ///< label of the confirming button
     std::function<void()> action; ///< runs on the main thread when the user confirms
+    enum class Risk { losesWork, none };
+    Risk risk = Risk::losesWork; ///< how loudly it is asked, and what Return does
 
     bool operator==(const Confirmation& other) const { return id == other.id; }
 };

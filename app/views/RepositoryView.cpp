@@ -4,12 +4,15 @@
 #include "app/views/SplitPane.h"
 #include "app/views/Toolbar.h"
 #include "app/views/history/HistoryView.h"
+#include "app/views/sheets/StoreDialogs.h"
 #include "app/views/sidebar/SidebarView.h"
 #include "app/views/stashes/StashesView.h"
 #include "app/views/workingcopy/WorkingCopyView.h"
 
 #include <QStackedWidget>
 #include <QVBoxLayout>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -41,11 +44,8 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     column->addWidget(split, 1);
     setFocusProxy(sidebar_);
 
-    connect(toolbar_, &Toolbar::fetchRequested, this, &RepositoryView::fetchRequested);
-    connect(toolbar_, &Toolbar::pullRequested, this, &RepositoryView::pullRequested);
-    connect(toolbar_, &Toolbar::pushRequested, this, &RepositoryView::pushRequested);
-    connect(toolbar_, &Toolbar::branchRequested, this, &RepositoryView::branchRequested);
-    connect(toolbar_, &Toolbar::stashRequested, this, &RepositoryView::stashRequested);
+    connectToolbar();
+    new StoreDialogs(store, this);
 
     const auto showProblem = [this] { problem_->setText(store_.readProblem.value()); };
     notifiers_.push_back(store.readProblem.addNotifier(showProblem));
@@ -54,7 +54,21 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     showSelection();
 }
 
-void RepositoryView::setActionsAvailable(bool available) { toolbar_->setActionsAvailable(available); }
+void RepositoryView::connectToolbar()
+{
+    connect(toolbar_, &Toolbar::fetchRequested, this, [this] { store_.fetch(); });
+    connect(toolbar_, &Toolbar::pullRequested, this, [this] { store_.pull(); });
+    connect(toolbar_, &Toolbar::pushRequested, this, [this] { store_.push(); });
+    connect(toolbar_, &Toolbar::branchRequested, this, [this] { store_.sheet = NewBranchSheet{}; });
+    connect(toolbar_, &Toolbar::stashRequested, this, [this] { store_.sheet = StashSheet{}; });
+}
+
+void RepositoryView::setEditorTitle(std::function<QString()> title)
+{
+    editorTitle_ = std::move(title);
+    if (workingCopy_ && editorTitle_)
+        workingCopy_->setEditorTitle(editorTitle_);
+}
 
 void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice); }
 
@@ -70,7 +84,12 @@ QWidget* RepositoryView::detailFor(const SidebarItem& item)
 {
     switch (item.kind) {
     case SidebarItem::Kind::workingCopy:
-        return workingCopy_ = workingCopy_ ? workingCopy_ : new WorkingCopyView(store_, detail_);
+        if (!workingCopy_) {
+            workingCopy_ = new WorkingCopyView(store_, detail_);
+            if (editorTitle_)
+                workingCopy_->setEditorTitle(editorTitle_);
+        }
+        return workingCopy_;
     case SidebarItem::Kind::stashes:
         return stashes_ = stashes_ ? stashes_ : new StashesView(store_, detail_);
     case SidebarItem::Kind::ref:

@@ -5,6 +5,7 @@
 #include <QProperty>
 #include <QWidget>
 
+#include <functional>
 #include <vector>
 
 class QStackedWidget;
@@ -18,8 +19,8 @@ class StashesView;
 class Toolbar;
 class WorkingCopyView;
 
-/// Everything inside a repository window: the toolbar, what could not be read, the sidebar, and the view of what the
-/// sidebar has selected. Shows the store and calls it; main thread.
+/// Everything inside a repository window: the toolbar, what could not be read, the sidebar, the view of what the
+/// sidebar has selected, and the dialogs over it. Shows the store and calls it; main thread.
 class RepositoryView : public QWidget {
     Q_OBJECT
 
@@ -27,21 +28,16 @@ public:
     /// `store` outlives the view.
     explicit RepositoryView(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// Whether somebody answers the signals below; until then their buttons are disabled.
-    void setActionsAvailable(bool available);
     /// Says something once, quietly, until the user dismisses it.
     void showNotice(const QString& notice);
 
+    /// Who says how the command that opens files in the user's editor is called; asked whenever a menu opens.
+    void setEditorTitle(std::function<QString()> title);
+
     SidebarView* sidebar() const { return sidebar_; }
 
-Q_SIGNALS:
-    void fetchRequested();
-    void pullRequested();
-    void pushRequested();
-    void branchRequested();
-    void stashRequested();
-
 private:
+    void connectToolbar();
     void showSelection();
     QWidget* detailFor(const SidebarItem& item);
 
@@ -55,6 +51,7 @@ private:
     HistoryView* history_ = nullptr;
     WorkingCopyView* workingCopy_ = nullptr;
     StashesView* stashes_ = nullptr;
+    std::function<QString()> editorTitle_;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -29,6 +29,11 @@ bool isPrimary(const QStyleOption* option, const QWidget* widget)
     return has(widget, "primary") || (button && (button->features & QStyleOptionButton::DefaultButton));
 }
 
+bool isFilled(const QStyleOption* option, const QWidget* widget)
+{
+    return isPrimary(option, widget) || has(widget, "destructive");
+}
+
 /// A one-pixel border falls on the pixels, not between them.
 QRectF insideBorder(const QRect& rect) { return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5); }
 
@@ -55,9 +60,11 @@ void paintButton(QPainter& painter, const QStyleOption* option, const QWidget* w
     const bool isEnabled = option->state & QStyle::State_Enabled;
     const bool hasFocus = (option->state & QStyle::State_HasFocus) && isEnabled;
     const double radius = has(widget, "compact") ? controlRadius - 1 : controlRadius;
-    if (isPrimary(option, widget) && isEnabled) {
-        const QColor fill = pressed(theme.accent, option);
-        paintPanel(painter, option->rect, radius, fill, hasFocus ? theme.text : fill);
+    if (isFilled(option, widget) && isEnabled) {
+        const QColor fill = pressed(has(widget, "destructive") ? theme.destructive : theme.accent, option);
+        paintPanel(painter, option->rect, radius, fill, fill);
+        if (hasFocus)
+            paintPanel(painter, option->rect.adjusted(2, 2, -2, -2), radius - 2, fill, theme.onAccent);
         return;
     }
     QColor fill = theme.control;
@@ -255,7 +262,7 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
 void Style::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                         const QWidget* widget) const
 {
-    if (element == CE_PushButtonLabel && isPrimary(option, widget) && (option->state & State_Enabled)) {
+    if (element == CE_PushButtonLabel && isFilled(option, widget) && (option->state & State_Enabled)) {
         if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
             QStyleOptionButton filled = *button;
             filled.palette.setColor(QPalette::ButtonText, Theme::current().onAccent);
@@ -266,6 +273,14 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
     if (element == CE_MenuBarItem) {
         if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
             paintMenuBarItem(*painter, *item);
+            return;
+        }
+    }
+    if (element == CE_MenuItem) {
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        if (item && item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty()) {
+            const QRect& row = option->rect;
+            painter->fillRect(QRect(row.left() + 8, row.center().y(), row.width() - 16, 1), Theme::current().separator);
             return;
         }
     }
@@ -360,6 +375,8 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
         return 0;
     case PM_SplitterWidth:
         return 1;
+    case PM_MenuVMargin:
+        return 4;
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }

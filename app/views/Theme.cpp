@@ -24,6 +24,7 @@ Theme makeLight()
     theme.selection = 0xDFEAFC;
     theme.accent = 0x2F6FD6;
     theme.onAccent = 0xFFFFFF;
+    theme.destructive = 0xC93434;
     theme.badge = 0xE6E9ED;
     theme.badgeText = 0x565F69;
     theme.control = 0xFFFFFF;
@@ -67,6 +68,7 @@ Theme makeDark()
     theme.selection = 0x28364D;
     theme.accent = 0x5A9CF5;
     theme.onAccent = 0x10151D;
+    theme.destructive = 0xF07F7F;
     theme.badge = 0x2A2D32;
     theme.badgeText = 0xA3ABB6;
     theme.control = 0x1D1F23;

@@ -80,20 +80,16 @@ void Toolbar::makeButtons(QHBoxLayout& row)
     }
     pull_ = buttons_[1];
     push_ = buttons_[2];
-}
-
-void Toolbar::setActionsAvailable(bool available)
-{
-    actionsAvailable_ = available;
-    updateButtons();
+    stash_ = buttons_[4];
 }
 
 void Toolbar::updateButtons()
 {
     // While an action runs the store would drop another one.
-    const bool isEnabled = actionsAvailable_ && !store_.activity.value();
+    const bool isIdle = !store_.activity.value();
     for (BarButton* button : buttons_)
-        button->setEnabled(isEnabled);
+        button->setEnabled(isIdle);
+    stash_->setEnabled(isIdle && !store_.status.value().files.empty());
 }
 
 void Toolbar::statusChanged()
@@ -104,6 +100,7 @@ void Toolbar::statusChanged()
     branch_->setToolTip(head);
     pull_->setBadge(status.behind > 0 ? u"↓%1"_s.arg(status.behind) : QString());
     push_->setBadge(status.ahead > 0 ? u"↑%1"_s.arg(status.ahead) : QString());
+    updateButtons();
 }
 
 void Toolbar::activityChanged()

@@ -24,9 +24,6 @@ public:
     /// `store` outlives the toolbar.
     explicit Toolbar(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// Whether somebody answers the signals; until then the buttons are disabled.
-    void setActionsAvailable(bool available);
-
 Q_SIGNALS:
     void fetchRequested();
     void pullRequested();
@@ -53,7 +50,7 @@ private:
     std::vector<BarButton*> buttons_;
     BarButton* pull_ = nullptr;
     BarButton* push_ = nullptr;
-    bool actionsAvailable_ = false;
+    BarButton* stash_ = nullptr;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

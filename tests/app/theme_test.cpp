@@ -39,7 +39,7 @@ std::vector<TextUse> textUses(const Theme& theme)
          {theme.addedLine, theme.addedWords, theme.removedLine, theme.removedWords, theme.controlPressed, theme.field}},
         {"secondary text", theme.secondaryText, surfaces},
         {"placeholder", theme.secondaryText, {theme.field}},
-        {"on accent", theme.onAccent, {theme.accent}},
+        {"on accent", theme.onAccent, {theme.accent, theme.destructive}},
         {"accent", theme.accent, {theme.content, theme.bars}},
         {"badge", theme.badgeText, {theme.badge}},
         {"hunk header", theme.hunkHeaderText, {theme.hunkHeader}},

@@ -1,0 +1,140 @@
+#include "app/views/sheets/ErrorAlert.h"
+
+#include "app/settings/CodeFont.h"
+#include "app/views/Theme.h"
+#include "app/views/sheets/DialogParts.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+// In characters and lines of the code font.
+constexpr qsizetype leastColumns = 56;
+constexpr qsizetype mostColumns = 100;
+constexpr int leastRows = 3;
+constexpr qsizetype mostRows = 24;
+/// A word that no label could wrap, such as a path, would make the dialog as wide as itself.
+constexpr int longestWord = 48;
+
+bool isOneSentence(const QString& text)
+{
+    if (text.contains(u'\n'))
+        return false;
+    return std::ranges::all_of(text.split(u' '), [](const QString& word) { return word.size() <= longestWord; });
+}
+
+} // namespace
+
+QString withoutTerminalCodes(const QString& text)
+{
+    static const QRegularExpression escapes(
+        u"\x1b(?:\\[[0-?]*[ -/]*[@-~]|\\][^\x07\x1b]*(?:\x07|\x1b\\\\)|[@-Z\\\\^_])"_s);
+    // A progress meter writes over its own line: only the last state of it was left to see.
+    static const QRegularExpression overwritten(u"[^\r\n]*\r(?=[^\r\n])"_s);
+    static const QRegularExpression unprintable(u"[\\x00-\\x08\\x0b-\\x1f\\x7f]"_s);
+    QString plain = text;
+    plain.replace(u"\r\n"_s, u"\n"_s).remove(escapes).remove(overwritten).remove(unprintable);
+    return plain.trimmed();
+}
+
+ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
+    : QDialog(parent), sentence_(dialogParts::text(this)), lines_(new QPlainTextEdit(this))
+{
+    const QString title = u"Git reported a problem"_s;
+    dialogParts::prepare(*this, title);
+    sentence_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    sentence_->setFocusPolicy(Qt::NoFocus);
+    lines_->setAccessibleName(u"Message"_s);
+    lines_->setReadOnly(true);
+    lines_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    lines_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    lines_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    lines_->document()->setDocumentMargin(8);
+    lines_->setFont(CodeFont::current());
+    lines_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+    auto* const ok = new QPushButton(u"OK"_s, this);
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+
+    auto* const column = dialogParts::column(*this);
+    column->addWidget(dialogParts::heading(title, this));
+    column->addWidget(sentence_);
+    column->addWidget(lines_, 1);
+    column->addSpacing(8);
+    column->addLayout(dialogParts::buttonRow({ok}));
+    setMessage(message);
+    applyTheme();
+    ok->setFocus();
+}
+
+void ErrorAlert::setMessage(const QString& message)
+{
+    const QString shown = withoutTerminalCodes(message);
+    const bool isSentence = isOneSentence(shown);
+    sentence_->setText(isSentence ? shown : QString());
+    sentence_->setVisible(isSentence);
+    lines_->setPlainText(isSentence ? QString() : shown);
+    lines_->setVisible(!isSentence);
+    setAccessibleDescription(shown);
+    fitText();
+}
+
+QString ErrorAlert::message() const { return lines_->isHidden() ? sentence_->text() : lines_->toPlainText(); }
+
+/// Makes the lines as large as the text, up to what is comfortable to look at.
+void ErrorAlert::fitText()
+{
+    if (lines_->isHidden()) {
+        dialogParts::fit(*this);
+        return;
+    }
+    const QFontMetrics metrics(lines_->font());
+    const QStringList lines = lines_->toPlainText().split(u'\n');
+    qsizetype columns = leastColumns;
+    for (const QString& line : lines)
+        columns = std::clamp(line.size(), columns, mostColumns);
+    qsizetype rows = 0;
+    for (const QString& line : lines)
+        rows += 1 + (std::max<qsizetype>(line.size(), 1) - 1) / columns;
+    const int shownRows = static_cast<int>(std::min(rows, mostRows));
+    // With half a line to spare a text that fits needs no scroll bar.
+    const int frame = 2 * (lines_->frameWidth() + static_cast<int>(lines_->document()->documentMargin())) +
+                      metrics.lineSpacing() / 2;
+    const int bar = rows > mostRows ? lines_->verticalScrollBar()->sizeHint().width() : 0;
+    const int width = metrics.horizontalAdvance(u'0') * static_cast<int>(columns + 1) + frame + bar;
+    lines_->setMinimumHeight(metrics.lineSpacing() * std::min(shownRows, leastRows) + frame);
+    const QMargins margins = layout()->contentsMargins();
+    dialogParts::fit(*this, width + margins.left() + margins.right(),
+                     metrics.lineSpacing() * std::max(shownRows - leastRows, 0));
+}
+
+void ErrorAlert::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void ErrorAlert::applyTheme()
+{
+    const Theme& theme = Theme::current();
+    dialogParts::color(*sentence_, theme.text);
+    QPalette palette;
+    palette.setColor(QPalette::Base, theme.field);
+    lines_->setPalette(palette);
+}
+
+} // namespace plovik

@@ -1,0 +1,110 @@
+#include "app/views/sheets/StoreDialogs.h"
+
+#include "app/views/sheets/ConfirmationDialog.h"
+#include "app/views/sheets/ErrorAlert.h"
+#include "app/views/sheets/NewRefSheets.h"
+#include "app/views/sheets/StashDialog.h"
+
+#include <utility>
+
+namespace plovik {
+
+namespace {
+
+/// Closes what is shown, without its closing being taken for an answer.
+template <typename Dialog>
+void dismiss(QPointer<Dialog>& shown)
+{
+    if (Dialog* const dialog = std::exchange(shown, nullptr))
+        dialog->reject();
+}
+
+struct SheetMaker {
+    RepositoryStore& store;
+    QWidget* parent;
+
+    Sheet* operator()(const NewBranchSheet& sheet) const { return new NewBranchDialog(store, sheet, parent); }
+    Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
+    Sheet* operator()(const StashSheet&) const { return new StashDialog(store, parent); }
+};
+
+} // namespace
+
+StoreDialogs::StoreDialogs(RepositoryStore& store, QWidget* parent) : QObject(parent), store_(store), parent_(parent)
+{
+    notifiers_.push_back(store.sheet.addNotifier([this] { showSheet(); }));
+    notifiers_.push_back(store.confirmation.addNotifier([this] { showQuestion(); }));
+    notifiers_.push_back(store.errorMessage.addNotifier([this] { showError(); }));
+    showSheet();
+    showQuestion();
+    showError();
+}
+
+void StoreDialogs::showError()
+{
+    const std::optional<QString> message = store_.errorMessage.value();
+    if (!message) {
+        dismiss(error_);
+        return;
+    }
+    if (error_) {
+        error_->setMessage(*message);
+        return;
+    }
+    error_ = new ErrorAlert(*message, parent_);
+    connect(error_, &QDialog::finished, this, [this, alert = error_.data()] {
+        if (alert != error_)
+            return;
+        error_ = nullptr;
+        store_.errorMessage = std::nullopt;
+    });
+    error_->open();
+}
+
+void StoreDialogs::showQuestion()
+{
+    dismiss(question_);
+    const std::optional<Confirmation> question = store_.confirmation.value();
+    if (!question)
+        return;
+    question_ = new ConfirmationDialog(*question, parent_);
+    connect(question_, &QDialog::finished, this,
+            [this, id = question->id](int answer) { questionAnswered(id, answer); });
+    question_->open();
+}
+
+void StoreDialogs::questionAnswered(const QUuid& id, int answer)
+{
+    const std::optional<Confirmation> question = store_.confirmation.value();
+    if (!question || question->id != id)
+        return;
+    // The action may ask the next question, so this one goes first.
+    question_ = nullptr;
+    store_.confirmation = std::nullopt;
+    if (answer == QDialog::Accepted && question->action)
+        question->action();
+}
+
+void StoreDialogs::showSheet()
+{
+    dismiss(sheet_);
+    const std::optional<SheetKind> kind = store_.sheet.value();
+    if (!kind)
+        return;
+    sheet_ = std::visit(SheetMaker{store_, parent_}, *kind);
+    connect(sheet_, &QDialog::finished, this,
+            [this, sheet = sheet_.data()](int answer) { sheetClosed(sheet, answer); });
+    sheet_->open();
+}
+
+void StoreDialogs::sheetClosed(Sheet* sheet, int answer)
+{
+    if (sheet != sheet_)
+        return;
+    sheet_ = nullptr;
+    store_.sheet = std::nullopt;
+    if (answer == QDialog::Accepted)
+        sheet->submit();
+}
+
+} // namespace plovik

@@ -1,0 +1,251 @@
+#include "app/store/RepositoryStore.h"
+#include "app/views/RepositoryView.h"
+#include "app/views/sheets/ErrorAlert.h"
+#include "app/views/sheets/RefNameRules.h"
+#include "tests/app/SettlingWorker.h"
+#include "tests/app/ShownWidgets.h"
+#include "tests/support/TestRepository.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QtTest/QTest>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+namespace {
+
+using test::named;
+using test::openDialog;
+
+TEST(RefNames, AreRefusedExactlyWhereGitRefusesThem)
+{
+    const std::vector<std::string> pieces{"a", "b", ".",  "/",     "-",    "@",    "{", "~",  "^",
+                                          ":", "?", "*",  "[",     "]",    "\\",   " ", "\t", "\x7f",
+                                          "ü", "'", "\"", ".lock", "HEAD", "lock", "%", "$"};
+    std::mt19937 random(7); // NOLINT(cert-msc51-cpp): the same names each time
+    const TestRepository repo;
+    std::vector<std::string> names{"HEAD", "@",  "-",  "-a",   "a.lock", "a.lock/b",
+                                   "a..b", "a/", "/a", "a//b", "a/.b",   "a."};
+    while (names.size() < 300) {
+        std::string name;
+        for (auto left = 1 + random() % 4; left > 0; --left)
+            name += pieces[random() % pieces.size()];
+        names.push_back(name);
+    }
+    int accepted = 0;
+    for (const std::string& name : names) {
+        int status = 0;
+        runPlainGit(repo.path(), {"check-ref-format", "--branch", name}, status);
+        // Git takes this one for what is checked out.
+        const bool isFine = status == 0 && name != "@";
+        EXPECT_EQ(refNames::branchProblem(name, {}).isEmpty(), isFine) << name;
+        accepted += isFine ? 1 : 0;
+    }
+    EXPECT_GT(accepted, 30);
+    EXPECT_LT(accepted, 270);
+}
+
+TEST(RefNames, AreExplained)
+{
+    std::vector<gitkit::GitRef> refs(2);
+    refs[0].name = "main";
+    refs[1].name = "feature/login";
+    const auto said = [&refs](const std::string& name) { return refNames::branchProblem(name, refs).toStdString(); };
+    EXPECT_EQ(said("my branch"), "A branch name can't contain spaces.");
+    EXPECT_EQ(said("-f"), "A branch name can't begin with “-”.");
+    EXPECT_EQ(said("a/.b"), "A branch name can't have a part that begins with “.”.");
+    EXPECT_EQ(said("main"), "There is already a branch named “main”.");
+    EXPECT_EQ(said("main/new"), "“main” is a branch, so it can't be a folder of others.");
+    EXPECT_EQ(said("feature"), "“feature” is a folder of other branches, such as “feature/login”.");
+    EXPECT_EQ(said("feature/logout"), "");
+    EXPECT_EQ(said(""), "");
+    EXPECT_EQ(refNames::tagProblem("v 1", {}).toStdString(), "A tag name can't contain spaces.");
+}
+
+/// A window's content over a real repository, as the application has it.
+class DialogsTest : public testing::Test {
+protected:
+    DialogsTest()
+    {
+        repo.write("a", "1\n").commit("one").git({"branch", "side"}).write("a", "2\n").commit("two");
+        view.resize(900, 600);
+        view.show();
+        store.refresh(RefreshScope::full);
+        EXPECT_TRUE(worker.settle());
+    }
+    ~DialogsTest() override { worker.settle(); }
+
+    QDialog* dialog() const { return openDialog(view); }
+    QPushButton* button(const QString& title) const { return named<QPushButton>(*dialog(), title); }
+    bool says(const QString& sentence) const { return named<QLabel>(*dialog(), sentence) != nullptr; }
+
+    TestRepository repo;
+    test::SettlingWorker worker;
+    RepositoryStore store{repo.path(), worker};
+    RepositoryView view{store};
+};
+
+TEST_F(DialogsTest, ANewBranchIsMadeWhereItWasAskedFor)
+{
+    named<QPushButton>(view, u"Branch"_s)->click();
+    ASSERT_TRUE(dialog());
+    EXPECT_EQ(dialog()->accessibleName(), u"New Branch"_s);
+    EXPECT_TRUE(says(u"Starts at main"_s));
+    EXPECT_FALSE(button(u"Create Branch"_s)->isEnabled());
+    auto* name = named<QLineEdit>(*dialog(), u"New Branch Name"_s);
+    name->setText(u"no good"_s);
+    EXPECT_TRUE(says(u"A branch name can't contain spaces."_s));
+    QTest::keyClick(name, Qt::Key_Return);
+    ASSERT_TRUE(dialog());
+    EXPECT_FALSE(button(u"Create Branch"_s)->isEnabled());
+    QTest::keyClick(dialog(), Qt::Key_Escape);
+    EXPECT_FALSE(dialog());
+    EXPECT_FALSE(store.sheet.value());
+
+    store.sheet = NewBranchSheet{"refs/heads/side"};
+    EXPECT_TRUE(says(u"Starts at side"_s));
+    named<QCheckBox>(*dialog(), u"Check Out After Creating"_s)->setChecked(false);
+    name = named<QLineEdit>(*dialog(), u"New Branch Name"_s);
+    name->setText(u"näher/dran"_s);
+    QTest::keyClick(name, Qt::Key_Return);
+    EXPECT_EQ(store.activity.value(), u"Creating branch…"_s);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(repo.read({"rev-parse", "näher/dran"}), repo.read({"rev-parse", "side"}));
+    EXPECT_EQ(repo.read({"branch", "--show-current"}), "main");
+
+    store.sheet = NewBranchSheet{};
+    named<QLineEdit>(*dialog(), u"New Branch Name"_s)->setText(u"next"_s);
+    button(u"Create Branch"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(repo.read({"branch", "--show-current"}), "next");
+}
+
+TEST_F(DialogsTest, ATagAndAStashAreMade)
+{
+    store.sheet = NewTagSheet{repo.head()};
+    named<QLineEdit>(*dialog(), u"New Tag Name"_s)->setText(u"v1"_s);
+    button(u"Create Tag"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(repo.read({"rev-parse", "v1"}), repo.head());
+
+    EXPECT_FALSE(named<QPushButton>(view, u"Stash"_s)->isEnabled());
+    repo.write("new", "n");
+    store.refresh(RefreshScope::status);
+    ASSERT_TRUE(worker.settle());
+    named<QPushButton>(view, u"Stash"_s)->click();
+    auto* untracked = named<QCheckBox>(*dialog(), u"Include Untracked Files"_s);
+    EXPECT_TRUE(untracked->isChecked()); // there is nothing else
+    untracked->setChecked(false);
+    EXPECT_FALSE(button(u"Stash Changes"_s)->isEnabled());
+    untracked->setChecked(true);
+    named<QLineEdit>(*dialog(), u"Stash Message"_s)->setText(u"-m put aside"_s);
+    button(u"Stash Changes"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    ASSERT_EQ(store.stashes.value().size(), 1U);
+    EXPECT_EQ(store.stashes.value().front().message, "On main: -m put aside");
+    EXPECT_FALSE(std::filesystem::exists(repo / "new"));
+}
+
+TEST_F(DialogsTest, AnActionUnderWayKeepsASheetFromBeingConfirmed)
+{
+    store.sheet = NewBranchSheet{};
+    named<QLineEdit>(*dialog(), u"New Branch Name"_s)->setText(u"next"_s);
+    EXPECT_TRUE(button(u"Create Branch"_s)->isEnabled());
+    store.activity = u"Fetching…"_s;
+    EXPECT_FALSE(button(u"Create Branch"_s)->isEnabled());
+    store.activity = std::nullopt;
+    EXPECT_TRUE(button(u"Create Branch"_s)->isEnabled());
+}
+
+TEST_F(DialogsTest, AProblemIsToldInFullUntilItIsRead)
+{
+    store.errorMessage = u"Cannot push: this repository has no remote."_s;
+    ASSERT_TRUE(dialog());
+    EXPECT_EQ(dialog()->windowTitle(), u"Git reported a problem"_s);
+    EXPECT_EQ(dialog()->accessibleName(), u"Git reported a problem"_s);
+    EXPECT_TRUE(says(u"Cannot push: this repository has no remote."_s));
+
+    QStringList lines;
+    for (int number = 0; number < 2000; ++number)
+        lines.append(u"%1: \x1b[31merror\x1b[0m <b>&amp;"_s.arg(number));
+    store.errorMessage = lines.join(u'\n');
+    auto* text = dialog()->findChild<QPlainTextEdit*>();
+    ASSERT_TRUE(text && text->isVisible());
+    EXPECT_EQ(text->toPlainText(), lines.join(u'\n').remove(u"\x1b[31m"_s).remove(u"\x1b[0m"_s));
+    EXPECT_TRUE(text->textInteractionFlags() & Qt::TextSelectableByMouse);
+    EXPECT_LT(dialog()->height(), 700);
+
+    button(u"OK"_s)->click();
+    EXPECT_FALSE(dialog());
+    EXPECT_FALSE(store.errorMessage.value());
+    store.errorMessage = u"again"_s;
+    EXPECT_TRUE(dialog());
+    store.errorMessage = std::nullopt;
+    EXPECT_FALSE(dialog());
+}
+
+TEST(ErrorText, IsWhatATerminalWouldHaveLeft)
+{
+    EXPECT_EQ(withoutTerminalCodes(u" 10%\r 20%\rdone\r\nnext\r\n"_s), u"done\nnext"_s);
+    EXPECT_EQ(withoutTerminalCodes(u"\x1b]0;title\x07\x1b[1;31mred\x1b[m\ttab\b"_s), u"red\ttab"_s);
+}
+
+TEST_F(DialogsTest, AQuestionActsOnlyWhenItIsConfirmed)
+{
+    int acted = 0;
+    Confirmation first{
+        .title = u"Drop it?"_s, .message = u"Gone."_s, .actionTitle = u"Drop"_s, .action = [&acted] { ++acted; }};
+    store.confirmation = first;
+    ASSERT_TRUE(dialog());
+    EXPECT_EQ(dialog()->accessibleName(), u"Drop it?"_s);
+    QTest::keyClick(dialog(), Qt::Key_Return); // the button with the focus is the one that loses nothing
+    EXPECT_FALSE(dialog());
+    EXPECT_FALSE(store.confirmation.value());
+    EXPECT_EQ(acted, 0);
+
+    store.confirmation = first;
+    Confirmation second = first;
+    second.id = QUuid::createUuid();
+    second.title = u"Merge?"_s;
+    second.actionTitle = u"Merge"_s;
+    second.risk = Confirmation::Risk::none;
+    second.action = [&acted] { acted += 10; };
+    store.confirmation = second;
+    EXPECT_EQ(dialog()->accessibleName(), u"Merge?"_s);
+    EXPECT_EQ(acted, 0);
+    QTest::keyClick(dialog(), Qt::Key_Return);
+    EXPECT_EQ(acted, 10);
+    EXPECT_FALSE(store.confirmation.value());
+}
+
+TEST_F(DialogsTest, AnUnmergedBranchIsDeletedAfterTwoQuestions)
+{
+    repo.git({"checkout", "-q", "side"}).write("b", "b").commit("only here").git({"checkout", "-q", "main"});
+    store.refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    store.confirmDelete(store.branches.value().back());
+    EXPECT_EQ(dialog()->accessibleName(), u"Delete branch “side”?"_s);
+    button(u"Delete"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    ASSERT_TRUE(dialog());
+    EXPECT_EQ(dialog()->accessibleName(), u"“side” is not fully merged"_s);
+    EXPECT_FALSE(store.errorMessage.value());
+    button(u"Force Delete"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(store.branches.value().size(), 1U);
+    EXPECT_EQ(repo.read({"branch", "--list", "side"}), "");
+}
+
+} // namespace
+} // namespace plovik
