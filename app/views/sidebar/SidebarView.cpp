@@ -2,10 +2,13 @@
 
 #include "app/views/ScrollKeeper.h"
 #include "app/views/Theme.h"
+#include "app/views/sidebar/RefMenu.h"
 #include "app/views/sidebar/SidebarDelegate.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -13,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <array>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +51,8 @@ class SidebarView::Tree : public QTreeView {
 public:
     using QTreeView::QTreeView;
 
+    std::function<void(const QContextMenuEvent&)> menuRequested;
+
     void toggle(const QModelIndex& index)
     {
         if (model()->hasChildren(index))
@@ -64,10 +70,17 @@ protected:
 
     void mousePressEvent(QMouseEvent* event) override
     {
+        if (event->button() == Qt::RightButton) {
+            // A menu acts on its row without leaving what is looked at.
+            selectionModel()->setCurrentIndex(indexAt(event->position().toPoint()), QItemSelectionModel::NoUpdate);
+            return;
+        }
         QTreeView::mousePressEvent(event);
         if (event->button() == Qt::LeftButton)
             toggle(indexAt(event->position().toPoint()));
     }
+
+    void contextMenuEvent(QContextMenuEvent* event) override { menuRequested(*event); }
 
     void keyPressEvent(QKeyEvent* event) override
     {
@@ -134,6 +147,8 @@ void SidebarView::makeTree()
     connect(tree, &QTreeView::expanded, this, [this](const QModelIndex& index) { noteExpansion(index, true); });
     connect(tree, &QTreeView::collapsed, this, [this](const QModelIndex& index) { noteExpansion(index, false); });
     connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SidebarView::userSelected);
+    connect(tree, &QTreeView::doubleClicked, this, &SidebarView::checkOut);
+    tree->menuRequested = [this](const QContextMenuEvent& event) { showMenu(event); };
     connect(&Settings::shared(), &Settings::changed, this, &SidebarView::applyGroupSetting);
 }
 
@@ -267,6 +282,25 @@ bool SidebarView::filterKeyPressed(int key)
     default:
         return false;
     }
+}
+
+void SidebarView::checkOut(const QModelIndex& index)
+{
+    const gitkit::GitRef* ref = model_->ref(index);
+    if (ref && !ref->isHead)
+        store_.checkout(*ref);
+}
+
+void SidebarView::showMenu(const QContextMenuEvent& event)
+{
+    const bool byKeyboard = event.reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = byKeyboard ? tree_->currentIndex() : tree_->indexAt(event.pos());
+    const gitkit::GitRef* ref = index.isValid() ? model_->ref(index) : nullptr;
+    if (!ref)
+        return;
+    QMenu* menu = makeRefMenu(store_, *ref, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(byKeyboard ? tree_->viewport()->mapToGlobal(tree_->visualRect(index).bottomLeft()) : event.globalPos());
 }
 
 bool SidebarView::eventFilter(QObject* watched, QEvent* event)

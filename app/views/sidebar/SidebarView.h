@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+class QContextMenuEvent;
 class QLineEdit;
 class QTreeView;
 
@@ -54,6 +55,8 @@ private:
     void userSelected();
     void showStoreSelection(Reveal reveal);
     bool filterKeyPressed(int key);
+    void checkOut(const QModelIndex& index);
+    void showMenu(const QContextMenuEvent& event);
 
     RepositoryStore& store_;
     SidebarModel* model_;

@@ -4,15 +4,30 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QRegularExpression>
 
 #include <algorithm>
 
 namespace plovik {
 
+namespace {
+
+/// The locale's long date with short names of months and without the day of the week.
+QString abbreviatedDateFormat(const QLocale& locale)
+{
+    static const QRegularExpression dayOfWeek(QStringLiteral("^dddd[^dMy]*|[^dMy]*dddd$"));
+    QString format = locale.dateFormat(QLocale::LongFormat);
+    return format.remove(dayOfWeek).replace(QLatin1String("MMMM"), QLatin1String("MMM"));
+}
+
+} // namespace
+
 QString shownDate(const gitkit::Stash& stash)
 {
     const QDateTime date = QDateTime::fromSecsSinceEpoch(stash.date.time_since_epoch().count());
-    return QLocale().toString(date, QLocale::ShortFormat);
+    const QLocale locale;
+    return locale.toString(date.date(), abbreviatedDateFormat(locale)) + QLatin1String(", ") +
+           locale.toString(date.time(), QLocale::ShortFormat);
 }
 
 StashesModel::StashesModel(const RepositoryStore& store, QObject* parent)

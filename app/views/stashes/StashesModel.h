@@ -30,7 +30,7 @@ private:
     int rowCount_ = 0;
 };
 
-/// A stash's date as the desktop's language writes it, short.
+/// A stash's date and time as the desktop's language writes them, abbreviated.
 QString shownDate(const gitkit::Stash& stash);
 
 } // namespace plovik

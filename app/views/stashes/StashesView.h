@@ -7,7 +7,9 @@
 
 #include <vector>
 
+class QLabel;
 class QListView;
+class QPushButton;
 
 namespace plovik {
 
@@ -15,8 +17,8 @@ class EmptyState;
 class ScrollKeeper;
 class StashesModel;
 
-/// The detail area of the stashes: their list, or why there is none to see. The list's selection and the store's
-/// selected stash are one. Main thread.
+/// The detail area of the stashes: how many there are and what can be done with the selected one, and their list; or
+/// why there is none to see. The list's selection and the store's selected stash are one. Main thread.
 class StashesView : public QStackedWidget {
     Q_OBJECT
 
@@ -26,8 +28,16 @@ public:
 
     QListView* list() const { return list_; }
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    QWidget* makeHeader();
     void makeList();
+    void applyTheme();
+    void updateHeader();
+    const gitkit::Stash* selectedStash() const;
+    void showMenu(const QPoint& place);
     void observeStore();
     void updateEmptyState();
     void userSelected();
@@ -35,8 +45,12 @@ private:
 
     RepositoryStore& store_;
     StashesModel* model_;
+    QWidget* content_ = nullptr; ///< the header and the list
+    QLabel* count_ = nullptr;
+    std::vector<QPushButton*> buttons_;
     QListView* list_ = nullptr;
     EmptyState* empty_ = nullptr;
+    QPushButton* stashChanges_ = nullptr;
     ScrollKeeper* scroll_ = nullptr;
     bool isUpdating_ = false; ///< the list changes because of the store, not because of the user
     std::vector<QPropertyNotifier> notifiers_;

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+class QMenu;
+class QWidget;
+
+namespace plovik {
+
+/// What can be done with a branch or a tag of the sidebar. The menu belongs to `parent`; its entries act through
+/// `store` on the ref as it was when the menu opened. Main thread.
+QMenu* makeRefMenu(RepositoryStore& store, const gitkit::GitRef& ref, QWidget* parent);
+
+} // namespace plovik
