@@ -31,6 +31,7 @@ inline constexpr Setting<const char*> lastRepositoryWindowFrame{"lastRepositoryW
 inline constexpr Setting<const char*> appearance{"appearance", "system"};
 inline constexpr Setting<const char*> codeFontName{"codeFontName", ""};
 inline constexpr Setting<double> codeFontSize{"codeFontSize", 12};
+inline constexpr Setting<const char*> externalEditorPath{"externalEditorPath", ""}; ///< empty: the desktop's default
 
 } // namespace settings
 

@@ -196,18 +196,14 @@ void AppDelegate::showWelcome()
 
 RepositoryWindow* AppDelegate::currentWindow() const
 {
-    QWidget* const active = QApplication::activeWindow();
-    for (const auto& [key, window] : repositoryWindows_) {
-        if (window == active || (active && active->parentWidget() == window))
-            return window;
+    // A dialog belongs to the window that it stands over.
+    for (QWidget* front = QApplication::activeWindow(); front; front = front->parentWidget()) {
+        for (const auto& [key, window] : repositoryWindows_) {
+            if (window == front)
+                return window;
+        }
     }
     return nullptr;
-}
-
-RepositoryStore* AppDelegate::currentStore() const
-{
-    RepositoryWindow* const window = currentWindow();
-    return window ? &window->store() : nullptr;
 }
 
 std::vector<QWidget*> AppDelegate::windows() const
@@ -281,30 +277,6 @@ void AppDelegate::bringAllToFront()
     }
     if (active)
         active->raise();
-}
-
-void AppDelegate::refreshRepository()
-{
-    if (RepositoryStore* const store = currentStore())
-        store->refresh(RefreshScope::full);
-}
-
-void AppDelegate::showWorkingCopy()
-{
-    if (RepositoryWindow* const window = currentWindow())
-        window->show(SidebarItem::workingCopy());
-}
-
-void AppDelegate::showHistory()
-{
-    if (RepositoryWindow* const window = currentWindow())
-        window->show(SidebarItem::history());
-}
-
-void AppDelegate::showStashes()
-{
-    if (RepositoryWindow* const window = currentWindow())
-        window->show(SidebarItem::stashes());
 }
 
 } // namespace plovik

@@ -18,7 +18,6 @@ class QWidget;
 
 namespace plovik {
 
-class RepositoryStore;
 class RepositoryWindow;
 
 /// Owns every window and decides what opens: one window a repository, and the welcome window when there is none. Lives
@@ -47,19 +46,12 @@ public:
     void showRepository(const std::filesystem::path& root);
     void showWelcome();
 
-    /// The store of the repository window in front, if any.
-    RepositoryStore* currentStore() const;
-
     void openDocument() override;
     void hideAll() override;
     void showAll() override;
     void quit() override;
     void about() override;
     void bringAllToFront() override;
-    void refreshRepository() override;
-    void showWorkingCopy() override;
-    void showHistory() override;
-    void showStashes() override;
 
 Q_SIGNALS:
     /// A repository window was created.

@@ -1,5 +1,8 @@
 #include "app/shell/MainMenu.h"
 
+#include "app/shell/UndoCommand.h"
+#include "app/store/RepositoryStore.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
@@ -8,6 +11,8 @@
 #include <QWidget>
 
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace plovik::mainMenu {
 
@@ -61,9 +66,12 @@ void buildApplicationMenu(QMenu* menu, MenuTarget& target)
     add(menu, QStringLiteral("Quit Plovik"), QKeySequence(Qt::CTRL | Qt::Key_Q), [&target] { target.quit(); });
 }
 
-void buildEditMenu(QMenu* menu)
+void buildEditMenu(QMenu* menu, RepositoryStore& store)
 {
-    addEditing(menu, QStringLiteral("Undo"), QKeySequence(Qt::CTRL | Qt::Key_Z), "undo()");
+    QAction* const undo = menu->addAction(QString());
+    undo->setMenuRole(QAction::NoRole);
+    undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    new UndoCommand(*undo, *menu, store);
     addEditing(menu, QStringLiteral("Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), "redo()");
     menu->addSeparator();
     addEditing(menu, QStringLiteral("Cut"), QKeySequence(Qt::CTRL | Qt::Key_X), "cut()");
@@ -72,22 +80,65 @@ void buildEditMenu(QMenu* menu)
     addEditing(menu, QStringLiteral("Select All"), QKeySequence(Qt::CTRL | Qt::Key_A), "selectAll()");
 }
 
-void buildRepositoryMenu(QMenu* menu, MenuTarget& target)
+/// Keeps what the store can do now apart from what it would drop, for the menu and for its keys.
+class CommandStates : public QObject {
+public:
+    struct Command {
+        QAction* action;
+        bool (*isPossible)(const RepositoryStore&);
+    };
+
+    CommandStates(RepositoryStore& store, std::vector<Command> commands, QObject* parent)
+        : QObject(parent), commands_(std::move(commands))
+    {
+        const auto updates = [this, &store] {
+            for (const Command& command : commands_)
+                command.action->setEnabled(command.isPossible(store));
+        };
+        notifiers_.push_back(store.activity.addNotifier(updates));
+        notifiers_.push_back(store.status.addNotifier(updates));
+        updates();
+    }
+
+private:
+    std::vector<Command> commands_;
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+bool isIdle(const RepositoryStore& store) { return !store.activity.value(); }
+bool canStash(const RepositoryStore& store) { return isIdle(store) && !store.status.value().files.empty(); }
+
+void select(RepositoryStore& store, SidebarItem item)
+{
+    store.selection = std::move(item);
+    store.selectionChanged();
+}
+
+void buildRepositoryMenu(QMenu* menu, RepositoryStore& store)
 {
     constexpr auto shifted = Qt::CTRL | Qt::SHIFT;
     add(menu, QStringLiteral("Working Copy"), QKeySequence(Qt::CTRL | Qt::Key_1),
-        [&target] { target.showWorkingCopy(); });
-    add(menu, QStringLiteral("History"), QKeySequence(Qt::CTRL | Qt::Key_2), [&target] { target.showHistory(); });
-    add(menu, QStringLiteral("Stashes"), QKeySequence(Qt::CTRL | Qt::Key_3), [&target] { target.showStashes(); });
+        [&store] { select(store, SidebarItem::workingCopy()); });
+    add(menu, QStringLiteral("History"), QKeySequence(Qt::CTRL | Qt::Key_2),
+        [&store] { select(store, SidebarItem::history()); });
+    add(menu, QStringLiteral("Stashes"), QKeySequence(Qt::CTRL | Qt::Key_3),
+        [&store] { select(store, SidebarItem::stashes()); });
     menu->addSeparator();
-    add(menu, QStringLiteral("Refresh"), QKeySequence(Qt::CTRL | Qt::Key_R), [&target] { target.refreshRepository(); });
-    addUnavailable(menu, QStringLiteral("Fetch"), QKeySequence(shifted | Qt::Key_F));
-    addUnavailable(menu, QStringLiteral("Pull"), QKeySequence(shifted | Qt::Key_P));
-    // P is Pull's.
-    addUnavailable(menu, QStringLiteral("Push"), QKeySequence(shifted | Qt::Key_U));
+    add(menu, QStringLiteral("Refresh"), QKeySequence(Qt::CTRL | Qt::Key_R),
+        [&store] { store.refresh(RefreshScope::full); });
+    std::vector<CommandStates::Command> commands{
+        {add(menu, QStringLiteral("Fetch"), QKeySequence(shifted | Qt::Key_F), [&store] { store.fetch(); }), isIdle},
+        {add(menu, QStringLiteral("Pull"), QKeySequence(shifted | Qt::Key_P), [&store] { store.pull(); }), isIdle},
+        // P is Pull's.
+        {add(menu, QStringLiteral("Push"), QKeySequence(shifted | Qt::Key_U), [&store] { store.push(); }), isIdle}};
     menu->addSeparator();
-    addUnavailable(menu, QStringLiteral("New Branch…"), QKeySequence(shifted | Qt::Key_B));
-    addUnavailable(menu, QStringLiteral("Stash Changes…"), QKeySequence(shifted | Qt::Key_S));
+    commands.push_back({add(menu, QStringLiteral("New Branch…"), QKeySequence(shifted | Qt::Key_B),
+                            [&store] { store.sheet = NewBranchSheet{}; }),
+                        isIdle});
+    commands.push_back({add(menu, QStringLiteral("Stash Changes…"), QKeySequence(shifted | Qt::Key_S),
+                            [&store] { store.sheet = StashSheet{}; }),
+                        canStash});
+    new CommandStates(store, std::move(commands), menu);
 }
 
 void toggleMaximized(QWidget* window)
@@ -108,7 +159,7 @@ void buildWindowMenu(QMenu* menu, QWidget* window, MenuTarget& target)
 
 } // namespace
 
-void build(QMenuBar& bar, MenuTarget& target)
+void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store)
 {
     QWidget* const window = bar.window();
     buildApplicationMenu(bar.addMenu(QStringLiteral("Plovik")), target);
@@ -119,8 +170,8 @@ void build(QMenuBar& bar, MenuTarget& target)
     file->addSeparator();
     add(file, QStringLiteral("Close Window"), QKeySequence(Qt::CTRL | Qt::Key_W), [window] { window->close(); });
 
-    buildEditMenu(bar.addMenu(QStringLiteral("Edit")));
-    buildRepositoryMenu(bar.addMenu(QStringLiteral("Repository")), target);
+    buildEditMenu(bar.addMenu(QStringLiteral("Edit")), store);
+    buildRepositoryMenu(bar.addMenu(QStringLiteral("Repository")), store);
     buildWindowMenu(bar.addMenu(QStringLiteral("Window")), window, target);
 }
 

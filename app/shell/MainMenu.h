@@ -4,7 +4,9 @@ class QMenuBar;
 
 namespace plovik {
 
-/// The commands that the menu bar of every repository window reaches. Each acts on the window in front.
+class RepositoryStore;
+
+/// The commands that the menu bar of every repository window reaches and that are the application's.
 class MenuTarget {
 public:
     virtual ~MenuTarget() = default;
@@ -15,18 +17,14 @@ public:
     virtual void quit() = 0;
     virtual void about() = 0;
     virtual void bringAllToFront() = 0;
-
-    virtual void refreshRepository() = 0;
-    virtual void showWorkingCopy() = 0;
-    virtual void showHistory() = 0;
-    virtual void showStashes() = 0;
 };
 
 namespace mainMenu {
 
-/// Fills a window's menu bar. The window's own commands (close, minimise, zoom) act on the bar's window, the editing
-/// ones on the widget with the focus. `target` outlives the bar.
-void build(QMenuBar& bar, MenuTarget& target);
+/// Fills a window's menu bar. The window's own commands (close, minimise, zoom) act on the bar's window, those of the
+/// repository on `store`, the editing ones on the widget with the focus; where that has nothing to undo, "Undo" takes
+/// back the store's last discard. `target` outlives the bar; the store may go before it.
+void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store);
 
 } // namespace mainMenu
 

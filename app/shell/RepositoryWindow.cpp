@@ -1,5 +1,8 @@
 #include "app/shell/RepositoryWindow.h"
 
+#include "app/platform/FileBrowser.h"
+#include "app/platform/Trash.h"
+#include "app/shell/ExternalEditor.h"
 #include "app/shell/MainMenu.h"
 #include "app/shell/RepositoryWatcher.h"
 #include "app/shell/WindowFrames.h"
@@ -18,16 +21,26 @@ constexpr QSize smallestSize{860, 520};
 // Dragging a window's edge would write the settings at every step.
 constexpr std::chrono::milliseconds frameSettles{300};
 
+StoreServices desktopServices()
+{
+    StoreServices services;
+    services.reveal = &revealFiles;
+    services.openInEditor = &externalEditor::open;
+    services.trash = &moveToTrash;
+    return services;
+}
+
 } // namespace
 
 RepositoryWindow::RepositoryWindow(std::filesystem::path root, MenuTarget& menuTarget, std::function<void()> onClose)
-    : store_(std::make_unique<RepositoryStore>(std::move(root))), onClose_(std::move(onClose)),
-      view_(new RepositoryView(*store_, this))
+    : store_(std::make_unique<RepositoryStore>(std::move(root), Worker::pool(), desktopServices())),
+      onClose_(std::move(onClose)), view_(new RepositoryView(*store_, this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(smallestSize);
     setCentralWidget(view_);
-    mainMenu::build(*menuBar(), menuTarget);
+    view_->setEditorTitle([] { return externalEditor::menuTitle(); });
+    mainMenu::build(*menuBar(), menuTarget, *store_);
     windowFrames::restore(*this, this->root());
 
     frameTimer_.setSingleShot(true);

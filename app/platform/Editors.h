@@ -1,0 +1,41 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+/// The applications of this machine that edit files.
+namespace plovik::editors {
+
+/// An application as the desktop knows it.
+struct Application {
+    std::filesystem::path path; ///< the file that describes it to the desktop, absolute
+    std::string name;           ///< as the desktop shows it, in the user's language
+
+    bool operator==(const Application&) const = default;
+};
+
+/// The application that the file at `path` describes, while it is there and can be started. Any thread.
+std::optional<Application> at(const std::filesystem::path& path);
+
+/// The editors we know that are installed, each once, in the order of our table. Any thread.
+std::vector<Application> known();
+
+/// The folder where the desktop keeps most applications.
+std::filesystem::path applicationsFolder();
+/// The end of the names of the files that describe applications, as file choosers take it: "*.suffix".
+std::string applicationPattern();
+
+using Files = std::span<const std::filesystem::path>; ///< absolute; they exist
+
+/// Opens all files with an application at once. Throws std::runtime_error with a sentence for the user. Blocks while
+/// the application is being started; any thread.
+void open(const Application& application, Files files);
+
+/// Opens each file with the desktop's default for it; one that fails keeps none of the others from opening. Throws
+/// std::runtime_error with a sentence for the first that failed. Blocks; any thread.
+void openWithDefaults(Files files);
+
+} // namespace plovik::editors

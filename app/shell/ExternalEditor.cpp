@@ -1,0 +1,116 @@
+#include "app/shell/ExternalEditor.h"
+
+#include "app/settings/Settings.h"
+
+#include <QCollator>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QLocale>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <set>
+#include <stdexcept>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik::externalEditor {
+
+namespace {
+
+QString shown(const std::string& bytes)
+{
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+std::filesystem::path nativePath(const QString& path) { return QFile::encodeName(path).toStdString(); }
+
+QString chosenPath() { return Settings::shared().value(settings::externalEditorPath); }
+
+Files existing(const Files& files)
+{
+    Files kept;
+    std::set<std::filesystem::path> seen;
+    for (const auto& file : files) {
+        std::error_code unreadable;
+        if (std::filesystem::exists(file, unreadable) && seen.insert(file).second)
+            kept.push_back(file);
+    }
+    return kept;
+}
+
+/// The blocking part. The problem is empty when all went well.
+std::string problemOfOpening(const std::filesystem::path& editor, const Files& files)
+{
+    const Files present = existing(files);
+    try {
+        if (present.empty())
+            return {};
+        if (const auto application = editors::at(editor))
+            editors::open(*application, present);
+        else
+            editors::openWithDefaults(present);
+    } catch (const std::runtime_error& failure) {
+        return failure.what();
+    }
+    return {};
+}
+
+} // namespace
+
+std::vector<App> installed()
+{
+    std::vector<App> apps = editors::known();
+    // The C locale has no order of words.
+    const QLocale locale;
+    QCollator order(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
+    order.setNumericMode(true);
+    order.setCaseSensitivity(Qt::CaseInsensitive);
+    std::ranges::sort(apps, [&order](const App& left, const App& right) {
+        const int names = order.compare(shown(left.name), shown(right.name));
+        return names == 0 ? left.path < right.path : names < 0;
+    });
+    return apps;
+}
+
+std::optional<App> app(const QString& path) { return path.isEmpty() ? std::nullopt : editors::at(nativePath(path)); }
+
+QString menuTitle(const QString& path)
+{
+    const std::optional<App> chosen = app(path);
+    return chosen ? u"Open in %1"_s.arg(shown(chosen->name)) : u"Open in Default Editor"_s;
+}
+
+QString menuTitle() { return menuTitle(chosenPath()); }
+
+void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
+{
+    auto* const panel =
+        new QFileDialog(parent, u"Choose an application"_s, shown(editors::applicationsFolder().string()),
+                        u"Applications (%1)"_s.arg(shown(editors::applicationPattern())));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setFileMode(QFileDialog::ExistingFile);
+    panel->setLabelText(QFileDialog::Accept, u"Choose"_s);
+    QObject::connect(panel, &QFileDialog::fileSelected, panel, [chosen = std::move(chosen)](const QString& path) {
+        if (std::optional<App> picked = app(path))
+            chosen(*std::move(picked));
+    });
+    panel->open();
+}
+
+void open(const Files& files, Failed failed)
+{
+    // Starting a program waits for disks and buses, which the window must not.
+    QThreadPool::globalInstance()->start([editor = nativePath(chosenPath()), files, failed = std::move(failed)] {
+        std::string problem = problemOfOpening(editor, files);
+        QCoreApplication* const application = QCoreApplication::instance();
+        if (problem.empty() || !application)
+            return;
+        QMetaObject::invokeMethod(
+            application, [failed, problem = std::move(problem)] { failed(problem); }, Qt::QueuedConnection);
+    });
+}
+
+} // namespace plovik::externalEditor

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "app/platform/Editors.h"
+
+#include <QString>
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+/// Opens files of the working tree in the application that the user chose in the settings, or in the desktop's default
+/// for each. Main thread.
+namespace plovik::externalEditor {
+
+using App = editors::Application;
+
+/// The known editors that are installed, by the names that are shown.
+std::vector<App> installed();
+
+/// The application at a path; none for an empty path and for one where no application is any more.
+std::optional<App> app(const QString& path);
+
+/// What the command is called that opens files with the application at `path`.
+QString menuTitle(const QString& path);
+/// The same for the user's choice.
+QString menuTitle();
+
+/// Lets the user pick any application; `chosen` is called with it unless the user cancels. Returns at once.
+void chooseApplication(QWidget* parent, std::function<void(App)> chosen);
+
+using Files = std::vector<std::filesystem::path>; ///< absolute
+using Failed = std::function<void(std::string problem)>;
+
+/// Opens those of `files` that exist, each once and in their order; all of them in one request where the user chose an
+/// application. Returns at once; `failed` is called on the main thread with a sentence for the user.
+void open(const Files& files, Failed failed);
+
+} // namespace plovik::externalEditor

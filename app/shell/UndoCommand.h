@@ -1,0 +1,38 @@
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QPropertyNotifier>
+
+class QAction;
+class QMenu;
+class QWidget;
+
+namespace plovik {
+
+/// What "Undo" does: the text with the focus undoes its own changes as long as it has any; then the store takes back
+/// its last discard. Main thread.
+class UndoCommand : public QObject {
+public:
+    /// Names, enables and answers `action`, which stands in `menu` and has the key of "Undo". The menu owns the
+    /// command; the store may go before it.
+    UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool takesBackDiscard() const;
+    void show();
+    void run();
+    void focusMoved(QWidget* focus);
+
+    QAction& action_;
+    QWidget* window_;
+    RepositoryStore& store_;
+    QPointer<QWidget> watched_; ///< the text with the focus
+    QPropertyNotifier notifier_;
+};
+
+} // namespace plovik

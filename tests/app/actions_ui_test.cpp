@@ -1,0 +1,276 @@
+#include "app/shell/MainMenu.h"
+#include "app/store/RepositoryStore.h"
+#include "app/views/RepositoryView.h"
+#include "app/views/history/CommitMenu.h"
+#include "app/views/sidebar/RefMenu.h"
+#include "app/views/sidebar/SidebarView.h"
+#include "app/views/stashes/StashMenu.h"
+#include "app/views/stashes/StashesView.h"
+#include "tests/app/SettlingWorker.h"
+#include "tests/app/ShownWidgets.h"
+#include "tests/support/TestRepository.h"
+
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTreeView>
+#include <QtTest/QTest>
+
+#include <gtest/gtest.h>
+
+using gitkit::GitRef;
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+namespace {
+
+using test::entries;
+using test::entry;
+using test::named;
+using test::waitUntil;
+using Titles = std::vector<std::string>;
+
+GitRef makeRef(GitRef::Kind kind, const std::string& prefix, const std::string& name, bool isHead = false)
+{
+    GitRef ref;
+    ref.fullName = prefix + name;
+    ref.name = name;
+    ref.kind = kind;
+    ref.isHead = isHead;
+    return ref;
+}
+
+TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
+{
+    RepositoryStore store{"/nonexistent"};
+    gitkit::RepoStatus status;
+    status.branch = "a&b";
+    store.status = status;
+    QWidget parent;
+    const auto menuOf = [&](const GitRef& ref) { return entries(*makeRefMenu(store, ref, &parent)); };
+    const GitRef local = makeRef(GitRef::Kind::local, "refs/heads/", "side");
+    const GitRef current = makeRef(GitRef::Kind::local, "refs/heads/", "a&b", true);
+    const GitRef remote = makeRef(GitRef::Kind::remote, "refs/remotes/", "origin/side");
+    const GitRef tag = makeRef(GitRef::Kind::tag, "refs/tags/", "v1");
+
+    EXPECT_EQ(menuOf(local),
+              (Titles{"Check Out", "Merge into “a&&b”…", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”…)", "New Branch from Here…", "Push", "—",
+                                       "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(remote), (Titles{"Check Out", "Merge…", "New Branch from Here…", "—", "Copy Name"}));
+    EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
+
+    entry(*makeRefMenu(store, remote, &parent), u"New Branch from Here…"_s)->trigger();
+    EXPECT_EQ(store.sheet.value(), SheetKind(NewBranchSheet{"refs/remotes/origin/side"}));
+    entry(*makeRefMenu(store, remote, &parent), u"Copy Name"_s)->trigger();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
+    store.activity = u"Fetching…"_s;
+    EXPECT_EQ(menuOf(tag), (Titles{"(Check Out)", "(New Branch from Here…)", "—", "Copy Name", "—", "(Delete…)"}));
+}
+
+TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
+{
+    RepositoryStore store{"/nonexistent"};
+    QWidget parent;
+    gitkit::Commit commit;
+    commit.hash = std::string(40, 'c');
+    commit.subject = "Change it";
+    QMenu* menu = makeCommitMenu(store, commit, &parent);
+    EXPECT_EQ(entries(*menu), (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick",
+                                      "Revert…", "—", "Copy Hash", "Copy Subject"}));
+    entry(*menu, u"New Tag Here…"_s)->trigger();
+    EXPECT_EQ(store.sheet.value(), SheetKind(NewTagSheet{commit.hash}));
+    entry(*menu, u"New Branch Here…"_s)->trigger();
+    EXPECT_EQ(store.sheet.value(), SheetKind(NewBranchSheet{commit.hash}));
+    entry(*menu, u"Revert…"_s)->trigger();
+    ASSERT_TRUE(store.confirmation.value());
+    EXPECT_FALSE(store.activity.value());
+    EXPECT_EQ(entries(*makeStashMenu(store, {}, &parent)), (Titles{"Apply Stash", "Pop Stash", "—", "Drop Stash…"}));
+    store.activity = u"Reverting…"_s;
+    EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
+              (Titles{"(Check Out Commit)", "(New Branch Here…)", "(New Tag Here…)", "—", "(Cherry-Pick)", "(Revert…)",
+                      "—", "Copy Hash", "Copy Subject"}));
+}
+
+/// A window's content over a real repository.
+class ActionsTest : public testing::Test {
+protected:
+    ActionsTest() { repo.write("a", "1\n").commit("one").git({"branch", "side"}); }
+    ~ActionsTest() override { worker.settle(); }
+
+    void load()
+    {
+        view.resize(1000, 600);
+        view.show();
+        store.refresh(RefreshScope::full);
+        EXPECT_TRUE(worker.settle());
+    }
+
+    TestRepository repo;
+    test::SettlingWorker worker;
+    RepositoryStore store{repo.path(), worker};
+    RepositoryView view{store};
+};
+
+TEST_F(ActionsTest, ADoubleClickInTheSidebarChecksOutAndAMenuLeavesTheSelection)
+{
+    load();
+    QTreeView& tree = *view.sidebar()->tree();
+    const SidebarModel& model = view.sidebar()->model();
+    const auto middleOf = [&](const std::string& name) {
+        return tree.visualRect(model.indexOf(SidebarItem::ref("refs/heads/" + name))).center();
+    };
+    QTest::mouseClick(tree.viewport(), Qt::RightButton, {}, middleOf("side"));
+    EXPECT_EQ(store.selection.value(), SidebarItem::workingCopy());
+
+    QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, middleOf("side"));
+    QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, middleOf("side"));
+    EXPECT_EQ(named<QLabel>(view, u"Activity"_s)->text(), u"Checking out side…"_s);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(named<QLabel>(view, u"Activity"_s)->text(), QString());
+    EXPECT_EQ(repo.read({"branch", "--show-current"}), "side");
+
+    QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, middleOf("side")); // it is there already
+    EXPECT_FALSE(store.activity.value());
+}
+
+TEST_F(ActionsTest, AMergeIsAskedForAndDone)
+{
+    repo.git({"checkout", "-q", "side"}).write("b", "b").commit("b").git({"checkout", "-q", "main"});
+    load();
+    const auto& refs = store.branches.value();
+    const auto side = std::ranges::find(refs, "side", &GitRef::name);
+    ASSERT_NE(side, refs.end());
+    entry(*makeRefMenu(store, *side, &view), u"Merge into “main”…"_s)->trigger();
+    QDialog* dialog = test::openDialog(view);
+    ASSERT_TRUE(dialog);
+    EXPECT_EQ(dialog->accessibleName(), u"Merge “side” into “main”?"_s);
+    named<QPushButton>(*dialog, u"Merge"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(readFile(repo / "b"), "b");
+}
+
+TEST_F(ActionsTest, StashesAreAppliedPoppedAndDroppedFromTheirView)
+{
+    for (const char* message : {"older", "newer"})
+        repo.write("a", std::string(message) + "\n").git({"stash", "push", "-q", "-m", message});
+    store.selection = SidebarItem::stashes();
+    load();
+    auto* stashes = view.findChild<StashesView*>();
+    const auto press = [&](const QString& title) { named<QPushButton>(*stashes, title)->click(); };
+    const auto select = [&](int row) { stashes->list()->setCurrentIndex(stashes->list()->model()->index(row, 0)); };
+    EXPECT_TRUE(named<QLabel>(*stashes, u"2 stashes"_s));
+    select(1);
+    press(u"Apply"_s);
+    EXPECT_FALSE(named<QPushButton>(*stashes, u"Pop"_s)->isEnabled());
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(readFile(repo / "a"), "older\n");
+    repo.git({"checkout", "a"});
+
+    select(0);
+    press(u"Pop"_s);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(readFile(repo / "a"), "newer\n");
+    EXPECT_TRUE(named<QLabel>(*stashes, u"1 stash"_s));
+    EXPECT_EQ(stashes->list()->currentIndex().data().toString(), u"On main: older"_s);
+
+    press(u"Drop…"_s);
+    named<QPushButton>(*test::openDialog(view), u"Drop"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    auto* stashChanges = named<QPushButton>(*stashes, u"Stash Changes…"_s);
+    EXPECT_TRUE(stashChanges->isVisible() && stashChanges->isEnabled());
+    repo.git({"checkout", "a"});
+    store.refresh(RefreshScope::status);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(stashChanges->isEnabled());
+}
+
+struct NoTarget : MenuTarget {
+    void openDocument() override {}
+    void hideAll() override {}
+    void showAll() override {}
+    void quit() override {}
+    void about() override {}
+    void bringAllToFront() override {}
+};
+
+class MainMenuTest : public testing::Test {
+protected:
+    MainMenuTest()
+    {
+        window.setCentralWidget(&text);
+        mainMenu::build(*window.menuBar(), target, store);
+        window.show();
+        window.activateWindow();
+        text.setFocus();
+    }
+    ~MainMenuTest() override { window.takeCentralWidget(); }
+
+    QAction* command(const QString& title) const
+    {
+        for (const QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
+            if (QAction* const found = entry(*menu, title))
+                return found;
+        }
+        return nullptr;
+    }
+
+    NoTarget target;
+    RepositoryStore store{"/nonexistent"};
+    QLineEdit text;
+    QMainWindow window;
+};
+
+TEST_F(MainMenuTest, TellsWhatTheStoreWouldDrop)
+{
+    EXPECT_TRUE(command(u"Fetch"_s)->isEnabled());
+    EXPECT_FALSE(command(u"Stash Changes…"_s)->isEnabled());
+    gitkit::RepoStatus status;
+    status.files.push_back({"a", std::nullopt, '.', 'M'});
+    store.status = status;
+    EXPECT_TRUE(command(u"Stash Changes…"_s)->isEnabled());
+    store.activity = u"Fetching…"_s;
+    for (const QString& title : {u"Fetch"_s, u"Pull"_s, u"Push"_s, u"New Branch…"_s, u"Stash Changes…"_s})
+        EXPECT_FALSE(command(title)->isEnabled()) << title.toStdString();
+    store.activity = std::nullopt;
+    command(u"New Branch…"_s)->trigger();
+    EXPECT_EQ(store.sheet.value(), SheetKind(NewBranchSheet{}));
+    command(u"Push"_s)->trigger();
+    EXPECT_EQ(store.errorMessage.value(), u"Cannot push: HEAD is detached. Check out a branch first."_s);
+}
+
+TEST_F(MainMenuTest, UndoIsTheTextsAsLongAsItHasSomethingToUndo)
+{
+    ASSERT_TRUE(waitUntil([this] { return QApplication::focusWidget() == &text; }));
+    QAction* undo = command(u"Undo"_s);
+    auto* edit = qobject_cast<QMenu*>(undo->associatedObjects().constFirst());
+    const auto shownTitle = [&] {
+        Q_EMIT edit->aboutToShow();
+        return undo->isEnabled() ? undo->text() : u"("_s + undo->text() + u")"_s;
+    };
+    EXPECT_EQ(shownTitle(), u"(Undo)"_s);
+    store.canUndoDiscard = true;
+    EXPECT_EQ(undo->text(), u"Undo Discard"_s);
+    QTest::keyClicks(&text, u"word"_s);
+    EXPECT_EQ(shownTitle(), u"Undo"_s);
+    undo->trigger();
+    EXPECT_EQ(text.text(), QString());
+    EXPECT_EQ(shownTitle(), u"Undo Discard"_s);
+
+    // An empty text leaves the key to the menu.
+    int undone = 0;
+    QObject::connect(undo, &QAction::triggered, undo, [&undone] { ++undone; });
+    QTest::keyClick(&text, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(undone, 1);
+    QTest::keyClicks(&text, u"x"_s);
+    QTest::keyClick(&text, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(text.text(), QString());
+    EXPECT_EQ(undone, 1);
+}
+
+} // namespace
+} // namespace plovik

@@ -1,0 +1,135 @@
+#include "app/settings/Settings.h"
+#include "app/shell/ExternalEditor.h"
+#include "tests/app/EventWait.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+namespace {
+
+using test::waitUntil;
+
+/// Desktop entries of the test's own, whose program writes down what it was started with.
+class ExternalEditorTest : public testing::Test {
+protected:
+    ExternalEditorTest()
+    {
+        std::filesystem::create_directories(applications);
+        writeFile(program, "#!/bin/sh\nfor file in \"$@\"; do printf '%s\\0' \"$file\"; done > '" +
+                               (folder / "partial").string() + "'\nprintf . >> '" + (folder / "starts").string() +
+                               "'\nmv '" + (folder / "partial").string() + "' '" + (folder / "arguments").string() +
+                               "'\n");
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        wakeUp.start(10);
+    }
+    ~ExternalEditorTest() override
+    {
+        for (const auto& entry : entries)
+            std::filesystem::remove(entry);
+        Settings::shared().set(settings::externalEditorPath, QString());
+    }
+
+    std::filesystem::path install(const std::string& id, const std::string& name, const std::string& more = {})
+    {
+        entries.push_back(applications / (id + ".desktop"));
+        writeFile(entries.back(), "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=\"" + program.string() +
+                                      "\" %F\n" + more);
+        return entries.back();
+    }
+    static void choose(const std::filesystem::path& path)
+    {
+        Settings::shared().set(settings::externalEditorPath, QString::fromStdString(path.string()));
+    }
+    void open(const externalEditor::Files& files)
+    {
+        externalEditor::open(files, [this](const std::string& told) { problem = told; });
+    }
+    bool wasStarted() const { return std::filesystem::exists(folder / "arguments"); }
+
+    TemporaryFolder folder;
+    std::filesystem::path applications = std::filesystem::path(std::getenv("XDG_DATA_HOME")) / "applications";
+    std::filesystem::path program = folder / "an editor.sh";
+    std::vector<std::filesystem::path> entries;
+    std::string problem;
+    QTimer wakeUp; ///< the started program sends no event
+};
+
+TEST_F(ExternalEditorTest, ListsTheKnownEditorsByName)
+{
+    install("org.kde.kate", "Kate");
+    install("code", "Code 10");
+    install("codium", "code 9");
+    install("jetbrains-phpstorm-5d9f", "PhpStorm");
+    install("org.example.Paint", "A Paint Program");
+    install("nvim", "Neovim", "TryExec=/nonexistent/nvim\n");
+    install("gvim", "Hidden Vim", "Hidden=true\n");
+    const auto linked = applications / "sublime_text.desktop";
+    std::filesystem::create_symlink(install("sublime-text", "Sublime Text"), linked);
+    entries.push_back(linked);
+
+    std::vector<std::string> names;
+    for (const auto& app : externalEditor::installed()) {
+        if (app.path.parent_path() == applications)
+            names.push_back(app.name);
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"code 9", "Code 10", "Kate", "PhpStorm", "Sublime Text"}));
+}
+
+TEST_F(ExternalEditorTest, NamesTheChosenEditorWhileItIsThere)
+{
+    const auto kate = install("org.kde.kate", "Kate");
+    const QString path = QString::fromStdString(kate.string());
+    EXPECT_EQ(externalEditor::menuTitle(path), u"Open in Kate"_s);
+    EXPECT_EQ(externalEditor::menuTitle({}), u"Open in Default Editor"_s);
+    std::filesystem::remove(kate);
+    EXPECT_EQ(externalEditor::menuTitle(path), u"Open in Default Editor"_s);
+    EXPECT_FALSE(externalEditor::app(QString::fromStdString(program.string())));
+}
+
+TEST_F(ExternalEditorTest, OpensEveryFileOnceAndAllAtOnce)
+{
+    choose(install("org.kde.kate", "Kate"));
+    const std::string first = (folder / "with space\nand line").string();
+    const std::string second = (folder / "100% \"quoted\" 'ä'\xff").string();
+    writeFile(first, "1");
+    writeFile(second, "2");
+    open({first, folder / "missing", second, first});
+    ASSERT_TRUE(waitUntil([this] { return wasStarted() || !problem.empty(); })) << problem;
+    EXPECT_EQ(readFile(folder / "arguments"), first + '\0' + second + '\0');
+    EXPECT_EQ(readFile(folder / "starts"), ".");
+}
+
+TEST_F(ExternalEditorTest, TellsWhyAnEditorCouldNotBeStarted)
+{
+    choose(install("nvim", "Neovim", "Terminal=true\n"));
+    const ScopedVariable noTerminal("PATH", folder.path().string());
+    writeFile(folder / "file", "1");
+    open({folder / "missing"});
+    open({folder / "file"});
+    ASSERT_TRUE(waitUntil([this] { return !problem.empty(); }));
+    EXPECT_TRUE(problem.starts_with("“Neovim” could not be opened: ")) << problem;
+}
+
+TEST_F(ExternalEditorTest, FallsBackToTheDesktopsDefault)
+{
+    const auto kate = install("org.kde.kate", "Kate", "MimeType=text/plain;\n");
+    choose(applications / "gone.desktop");
+    writeFile(applications / "mimeapps.list", "[Default Applications]\ntext/plain=org.kde.kate.desktop\n");
+    entries.push_back(applications / "mimeapps.list");
+    writeFile(folder / "notes.txt", "some text\n");
+    open({folder / "notes.txt", folder / "missing.txt"});
+    ASSERT_TRUE(waitUntil([this] { return wasStarted() || !problem.empty(); }));
+    EXPECT_EQ(problem, "");
+    EXPECT_EQ(readFile(folder / "arguments"), (folder / "notes.txt").string() + '\0');
+}
+
+} // namespace
+} // namespace plovik
