@@ -98,7 +98,7 @@ private:
     int startOf(int row) const
     {
         const QString& all = whole();
-        const auto line = static_cast<std::size_t>(row + notesAbove());
+        const auto line = static_cast<std::size_t>(row) + static_cast<std::size_t>(notesAbove());
         return line < starts_.size() ? starts_[line] : static_cast<int>(all.size());
     }
 

@@ -120,8 +120,8 @@ const ShownLine& DiffDocument::shown(int row) const
     auto* line = new ShownLine(ShownLine::of(bytes(row)));
     // Never so dear that the cache would not take it.
     const qsizetype cost = std::min(line->source.size() + line->shown.size() + 32, keptUnits);
-    caches_->shown.insert(row, line, cost);
-    return *line;
+    static const ShownLine none;
+    return caches_->shown.insert(row, line, cost) ? *line : none;
 }
 
 const std::vector<TextRange>& DiffDocument::marks(int row) const
@@ -135,8 +135,7 @@ const std::vector<TextRange>& DiffDocument::marks(int row) const
     const bool isOld = this->row(row).kind == Kind::deletion;
     WordMarks found = wordMarks(text(isOld ? row : partner), text(isOld ? partner : row));
     auto* own = new std::vector<TextRange>(std::move(isOld ? found.removed : found.added));
-    caches_->marks.insert(row, own);
-    return *own;
+    return caches_->marks.insert(row, own) ? *own : none;
 }
 
 QString DiffDocument::text(int row) const { return textOf(bytes(row)); }

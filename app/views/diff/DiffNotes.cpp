@@ -1,7 +1,6 @@
 #include "app/views/diff/DiffNotes.h"
 
-#include "GitKit/PartialPatch.h"
-#include "GitKit/parsers/DiffParser.h"
+#include "app/store/RepositoryStore.h"
 #include "app/views/ShownText.h"
 
 #include <QLocale>
@@ -111,11 +110,8 @@ void addRefusal(DiffNotes& notes, const gitkit::ParsedDiff& diff)
 
 void addTruncation(DiffNotes& notes, const gitkit::ParsedDiff& diff)
 {
-    const auto most = static_cast<std::size_t>(gitkit::DiffParser::shownLines);
-    const QString what =
-        diff.lines.size() >= most
-            ? u"Only the first %1 lines are shown."_s.arg(QLocale(QLocale::English).toString(static_cast<int>(most)))
-            : u"Only the beginning of this diff is shown."_s;
+    const QString what = u"Only the first %1 lines are shown."_s.arg(
+        QLocale(QLocale::English).toString(static_cast<qulonglong>(diff.lines.size())));
     notes.wholeOnly = u"A diff this long cannot be staged by lines, only with the whole file."_s;
     notes.above << what + u' ' + notes.wholeOnly;
     notes.below << u"The rest of this diff is not shown."_s;
