@@ -8,6 +8,13 @@
 
 namespace plovik::CodeFont {
 
+namespace {
+
+// Desktops show 96 pixels an inch where a point is the 72nd part of one: their 9 points are 12 pixels high.
+constexpr double desktopPointsPerPoint = 72.0 / 96.0;
+
+} // namespace
+
 QFont font(const QString& name, double size)
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -16,7 +23,7 @@ QFont font(const QString& name, double size)
         font.setFixedPitch(true);
     }
     font.setStyleHint(QFont::Monospace);
-    font.setPointSizeF(std::clamp(size, minSize, maxSize));
+    font.setPointSizeF(std::clamp(size, minSize, maxSize) * desktopPointsPerPoint);
     return font;
 }
 

@@ -14,7 +14,7 @@ namespace plovik {
 
 DiffMetrics DiffMetrics::of(const DiffDocument& document)
 {
-    constexpr double heightPerPixel = 20.0 / 16;
+    constexpr double heightPerPixel = 20.0 / 12;
     constexpr double tightest = 0.95; // of what the font asks for: its own lines are wide apart
     constexpr int fewestDigits = 3;
     DiffMetrics metrics;
