@@ -16,6 +16,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace plovik {
 
@@ -41,7 +42,8 @@ void bringToFront(QWidget* window)
     if (window->isMinimized())
         window->showNormal();
     window->show();
-    window->raise();
+    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+        window->raise();
     window->activateWindow();
 }
 
@@ -150,6 +152,12 @@ void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const st
         title = QStringLiteral("“%1” could not be opened").arg(nameOf(folder));
         detail += QStringLiteral("\n\n") + QString::fromUtf8(failure.what());
     }
+    if (!options_.screenshot.empty()) {
+        // Nobody looks at a picture that is never taken.
+        std::fprintf(stderr, "plovik-app: %s: %s\n", qUtf8Printable(title), qUtf8Printable(detail));
+        QApplication::exit(1);
+        return;
+    }
     QMessageBox* const box = alert(title, detail, currentWindow());
     connect(box, &QMessageBox::finished, this, [this] {
         if (repositoryWindows_.empty())
@@ -162,7 +170,8 @@ void AppDelegate::showRepository(const std::filesystem::path& root)
 {
     if (welcomeWindow_)
         welcomeWindow_->close();
-    recentRepositories::add(root);
+    if (options_.screenshot.empty())
+        recentRepositories::add(root);
     if (const auto found = repositoryWindows_.find(root.string()); found != repositoryWindows_.end()) {
         bringToFront(found->second);
         return;

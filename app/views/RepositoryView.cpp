@@ -9,6 +9,7 @@
 #include "app/views/stashes/StashesView.h"
 #include "app/views/workingcopy/WorkingCopyView.h"
 
+#include <QApplication>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -77,7 +78,12 @@ void RepositoryView::showSelection()
     QWidget* view = detailFor(store_.selection.value());
     if (detail_->indexOf(view) < 0)
         detail_->addWidget(view);
+    // The keyboard goes along with the view it was in; in the sidebar it stays there.
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool takesFocus = !focus || detail_->isAncestorOf(focus);
     detail_->setCurrentWidget(view);
+    if (takesFocus)
+        view->setFocus(Qt::OtherFocusReason);
 }
 
 QWidget* RepositoryView::detailFor(const SidebarItem& item)
