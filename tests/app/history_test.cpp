@@ -1,6 +1,7 @@
 // The commit list and what stands around it: places kept, selection both ways, what is drawn and what is told.
 
 #include "GitKit/CommitGraph.h"
+#include "app/views/commit/CommitHeader.h"
 #include "app/views/history/GraphCell.h"
 #include "app/views/history/HistoryList.h"
 #include "app/views/history/HistoryView.h"
@@ -425,7 +426,7 @@ TEST(CommitHeaderTest, showsTheMessageOfTheCommitSelectedLast)
     const std::string newest = store.history.value()[0].commit.hash;
     const std::string oldest = store.history.value()[1].commit.hash;
 
-    auto view = std::make_unique<HistoryView>(store);
+    auto view = std::make_unique<CommitHeader>(store);
     view->resize(900, 700);
     view->show();
     const auto* message = view->findChild<QTextBrowser*>();

@@ -11,6 +11,12 @@ namespace plovik {
 /// A worker whose jobs wait until the test releases them, in the order that the test wants.
 class ManualWorker : public Worker {
 public:
+    ManualWorker() = default;
+    /// What still waits comes back to stores that are gone, and unwinds.
+    ~ManualWorker() override { finishAll(); }
+    ManualWorker(const ManualWorker&) = delete;
+    ManualWorker& operator=(const ManualWorker&) = delete;
+
     void post(Lane, std::function<void()> job, std::function<void()> done) override
     {
         waiting_.push_back({std::move(job), std::move(done)});

@@ -84,8 +84,10 @@ private:
 
     const QString& whole() const
     {
-        if (starts_.empty()) {
+        if (starts_.empty() || revision_ != view()->contentRevision()) {
+            revision_ = view()->contentRevision();
             text_ = view()->plainText();
+            starts_.clear();
             starts_.push_back(0);
             for (qsizetype at = text_.indexOf(u'\n'); at >= 0; at = text_.indexOf(u'\n', at + 1))
                 starts_.push_back(static_cast<int>(at) + 1);
@@ -110,6 +112,7 @@ private:
         return std::clamp(row, 0, std::max(0, view()->document().rowCount() - 1));
     }
 
+    mutable int revision_ = 0; ///< of the content that `text_` is
     mutable QString text_;
     mutable std::vector<int> starts_; ///< of each line in the text
 };

@@ -40,6 +40,7 @@ void DiffSectionView::setContent(DiffContent content, DiffPlace place)
         return;
     const bool hasSameDiff = content.diff == content_.diff && content.name == content_.name;
     content_ = std::move(content);
+    ++contentRevision_;
     notes_ = diffNotes(content_.diff, content_.state);
     setAccessibleName(content_.name);
     bar_->setText(content_.title, content_.detail);

@@ -52,6 +52,8 @@ public:
     QRect rowRect(int row) const;
     /// The lines as text with their signs, the sentences before and after them.
     QString plainText() const;
+    /// Grows with every new content, so that who keeps something of it knows when it is old.
+    int contentRevision() const { return contentRevision_; }
 
 public Q_SLOTS:
     void copy();
@@ -119,6 +121,7 @@ private:
     DiffPosition positionAt(QPoint point) const;
     void pointAt(QPoint point);
 
+    int contentRevision_ = 0;
     DiffContent content_;
     DiffDocument document_;
     DiffNotes notes_;

@@ -3,7 +3,7 @@
 #include "app/settings/Settings.h"
 #include "app/views/EmptyState.h"
 #include "app/views/SplitPane.h"
-#include "app/views/commit/CommitHeader.h"
+#include "app/views/commit/CommitDetailView.h"
 #include "app/views/history/HistoryList.h"
 #include "app/views/history/HistorySearchRow.h"
 
@@ -28,8 +28,9 @@ HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
       blank_(new QWidget), empty_(new EmptyState), wayOutButton_(empty_->action(QString())),
       pages_(new QStackedWidget(this))
 {
-    content_ = new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
-                             leastListHeight, list_, new CommitHeader(store));
+    content_ =
+        new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
+                      leastListHeight, list_, new CommitDetailView(store, gitkit::GitRepository::CommitKind::ordinary));
     blank_->setAutoFillBackground(true);
     blank_->setBackgroundRole(QPalette::Base);
     for (QWidget* page : {content_, blank_, static_cast<QWidget*>(empty_)})

@@ -1,10 +1,13 @@
 #include "app/views/stashes/StashesView.h"
 
+#include "app/settings/Settings.h"
 #include "app/views/BarButton.h"
 #include "app/views/EmptyState.h"
 #include "app/views/RowList.h"
 #include "app/views/ScrollKeeper.h"
+#include "app/views/SplitPane.h"
 #include "app/views/Theme.h"
+#include "app/views/commit/CommitDetailView.h"
 #include "app/views/stashes/StashDelegate.h"
 #include "app/views/stashes/StashMenu.h"
 #include "app/views/stashes/StashesModel.h"
@@ -25,6 +28,9 @@ using namespace Qt::StringLiterals;
 namespace plovik {
 
 namespace {
+
+constexpr double leastDetailHeight = 120;
+constexpr double leastListHeight = 90;
 
 QFrame* makeDivider(QWidget* parent)
 {
@@ -47,7 +53,10 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     column->setSpacing(0);
     column->addWidget(makeHeader());
     column->addWidget(makeDivider(content_));
-    column->addWidget(list_, 1);
+    column->addWidget(new SplitPane(settings::stashesDetailHeight, Qt::Vertical, SplitPane::Sized::second,
+                                    leastDetailHeight, leastListHeight, list_,
+                                    new CommitDetailView(store, gitkit::GitRepository::CommitKind::stash), content_),
+                      1);
     addWidget(content_);
     addWidget(empty_);
     connect(stashChanges_, &QPushButton::clicked, this, [this] { store_.sheet = StashSheet{}; });
