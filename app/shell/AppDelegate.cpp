@@ -177,11 +177,9 @@ void AppDelegate::showRepository(const std::filesystem::path& root)
         return;
     }
 
-    auto* const window =
-        new RepositoryWindow(root, *this, [this, key = root.string()] { repositoryWindows_.erase(key); });
+    auto* const window = new RepositoryWindow(root, options_.show.value_or(SidebarItem::workingCopy()), *this,
+                                              [this, key = root.string()] { repositoryWindows_.erase(key); });
     repositoryWindows_.emplace(root.string(), window);
-    if (options_.show)
-        window->show(*options_.show);
     // A picture does not depend on the screen that is there, or is not.
     if (options_.size.isValid() || !options_.screenshot.empty())
         window->resize(options_.size.isValid() ? options_.size : windowFrames::ordinarySize);

@@ -32,10 +32,15 @@ StoreServices desktopServices()
 
 } // namespace
 
-RepositoryWindow::RepositoryWindow(std::filesystem::path root, MenuTarget& menuTarget, std::function<void()> onClose)
+RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem section, MenuTarget& menuTarget,
+                                   std::function<void()> onClose)
     : store_(std::make_unique<RepositoryStore>(std::move(root), Worker::pool(), desktopServices())),
-      onClose_(std::move(onClose)), view_(new RepositoryView(*store_, this))
+      onClose_(std::move(onClose))
 {
+    // Git reads while the views are made, and only those of the section that is shown are.
+    store_->selection = std::move(section);
+    store_->refresh(RefreshScope::full);
+    view_ = new RepositoryView(*store_, this);
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(smallestSize);
     setCentralWidget(view_);
@@ -55,7 +60,6 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, MenuTarget& menuT
     // The first read has the machine to itself; watching begins once it is on the screen.
     notifiers_.push_back(store_->hasLoaded.addNotifier(
         [this] { QMetaObject::invokeMethod(this, [this] { startWatching(); }, Qt::QueuedConnection); }));
-    store_->refresh(RefreshScope::full);
 }
 
 RepositoryWindow::~RepositoryWindow()

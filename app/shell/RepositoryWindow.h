@@ -23,7 +23,9 @@ class RepositoryWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    RepositoryWindow(std::filesystem::path root, MenuTarget& menuTarget, std::function<void()> onClose);
+    /// Opens with `section` in sight.
+    RepositoryWindow(std::filesystem::path root, SidebarItem section, MenuTarget& menuTarget,
+                     std::function<void()> onClose);
     ~RepositoryWindow() override;
 
     RepositoryStore& store() { return *store_; }
@@ -49,7 +51,7 @@ private:
 
     std::unique_ptr<RepositoryStore> store_;
     std::function<void()> onClose_;
-    RepositoryView* view_;
+    RepositoryView* view_ = nullptr;
     std::unique_ptr<RepositoryWatcher> watcher_;
     QTimer frameTimer_;
     std::string shownWarnings_; ///< git's, which are told once
