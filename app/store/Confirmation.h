@@ -7,7 +7,8 @@
 
 namespace plovik {
 
-/// A question that the window asks before it acts, mostly because something could be lost. Two questions with the same words are still two.
+/// A question that the window asks before it acts, mostly because something could be lost. Two questions with the same
+/// words are still two.
 struct Confirmation {
     QUuid id = QUuid::createUuid();
     QString title;

@@ -6,8 +6,8 @@ namespace plovik {
 
 /// The look of the ordinary controls, drawn from the theme in force over Qt's Fusion: no style sheet, so nothing is
 /// parsed at the start and item views pay nothing. A push button with the dynamic property "primary" is filled with the
-/// accent, a "destructive" one with the colour of what cannot be taken back; one with "compact" is as low as a bar needs
-/// it.
+/// accent, a "destructive" one with the colour of what cannot be taken back; one with "compact" is as low as a bar
+/// needs it.
 class Style : public QProxyStyle {
     Q_OBJECT
 

@@ -17,7 +17,7 @@ struct Theme {
     QColor text, secondaryText;
     QColor selection; ///< behind unchanged text
     QColor accent, onAccent;
-    QColor destructive; ///< behind the title, in onAccent, of a button that loses something
+    QColor destructive;      ///< behind the title, in onAccent, of a button that loses something
     QColor badge, badgeText; ///< counts and muted badges
     QColor control, controlBorder, controlHover, controlPressed, disabledText;
     QColor field, indicatorBorder; ///< inside of text fields; border of an empty check box

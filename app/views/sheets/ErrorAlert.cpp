@@ -111,8 +111,8 @@ void ErrorAlert::fitText()
         rows += 1 + (std::max<qsizetype>(line.size(), 1) - 1) / columns;
     const int shownRows = static_cast<int>(std::min(rows, mostRows));
     // With half a line to spare a text that fits needs no scroll bar.
-    const int frame = 2 * (lines_->frameWidth() + static_cast<int>(lines_->document()->documentMargin())) +
-                      metrics.lineSpacing() / 2;
+    const int frame =
+        2 * (lines_->frameWidth() + static_cast<int>(lines_->document()->documentMargin())) + metrics.lineSpacing() / 2;
     const int bar = rows > mostRows ? lines_->verticalScrollBar()->sizeHint().width() : 0;
     const int width = metrics.horizontalAdvance(u'0') * static_cast<int>(columns + 1) + frame + bar;
     lines_->setMinimumHeight(metrics.lineSpacing() * std::min(shownRows, leastRows) + frame);
