@@ -2,9 +2,11 @@
 
 #include "GitKit/PartialPatch.h"
 #include "GitKit/records/BlameLine.h"
+#include "GitKit/records/ChangeCounts.h"
 #include "GitKit/records/Commit.h"
 #include "GitKit/records/CommitDetail.h"
 #include "GitKit/records/DiffSection.h"
+#include "GitKit/records/DiffSides.h"
 #include "GitKit/records/FileRevision.h"
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/HistoryFilter.h"
@@ -75,10 +77,25 @@ public:
     enum class CommitKind { ordinary, stash };
     /// A commit with its changes against its first parent; a stash with its untracked files too.
     CommitDetail commitDetail(const std::string& hash, CommitKind kind) const;
+    /// How many lines each file of commitDetail() adds and removes, in the same order. Costs what all the diffs cost.
+    std::vector<ChangeCounts> changeCounts(const std::string& hash, CommitKind kind) const;
     /// One file's diff in a commit, as commitDetail() lists the file.
-    ParsedDiff commitDiff(const std::string& hash, const CommitFile& file) const;
+    ParsedDiff commitDiff(const std::string& hash, const CommitFile& file,
+                          WhiteSpace whiteSpace = WhiteSpace::compared) const;
     /// The diffs of a changed file: what is not staged, then what is. Reading stops where no more is shown.
-    std::vector<DiffSection> workingDiff(const FileChange& file) const;
+    std::vector<DiffSection> workingDiff(const FileChange& file, WhiteSpace whiteSpace = WhiteSpace::compared) const;
+
+    /// What a diff was made from, to find its files again.
+    struct DiffSource {
+        std::optional<std::string> before, after; ///< blobs, as ParsedDiff names them
+        std::optional<std::string> workingPath;   ///< where the new side stands when it is no blob
+    };
+    /// The whole files of a diff, those of up to `limit` bytes.
+    DiffSides diffSides(const DiffSource& source, std::size_t limit) const;
+    /// Blobs by their hashes, in the order asked for; nothing for one that is missing or larger than `limit` bytes.
+    std::vector<std::optional<std::string>> blobs(const std::vector<std::string>& hashes, std::size_t limit) const;
+    /// The hash of the commit that a hash, a part of one or a ref's name stands for.
+    std::string resolveCommit(const std::string& name) const;
 
     struct StagedChanges {
         std::string summary; ///< the staged files and how much of each changes, repaired for showing
@@ -155,7 +172,8 @@ public:
     void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
 
 private:
-    ParsedDiff diff(const std::vector<std::string>& arguments, const std::vector<int>& accepting) const;
+    ParsedDiff diff(const std::vector<std::string>& arguments, const std::vector<int>& accepting,
+                    WhiteSpace whiteSpace) const;
     void requireIndexHolds(const PartialChange& change) const;
     void requireWorkingTreeHolds(const PartialChange& change) const;
     bool resolvesHead() const;

@@ -109,11 +109,16 @@ void replaceFile(const std::filesystem::path& file, const std::string& bytes)
 
 } // namespace
 
-ParsedDiff GitRepository::diff(const std::vector<std::string>& arguments, const std::vector<int>& accepting) const
+ParsedDiff GitRepository::diff(const std::vector<std::string>& arguments, const std::vector<int>& accepting,
+                               WhiteSpace whiteSpace) const
 {
+    std::vector<std::string> all = arguments;
+    if (whiteSpace == WhiteSpace::ignored)
+        all.insert(std::ranges::find(all, "--full-index"), "-w");
     const GitOutput output =
-        runner_.accepted(arguments, {.accepting = accepting, .environment = literalPaths, .limit = diffLimit});
+        runner_.accepted(all, {.accepting = accepting, .environment = literalPaths, .limit = diffLimit});
     ParsedDiff parsed = DiffParser::parse(output.stdoutBytes);
+    parsed.whiteSpace = whiteSpace;
     parsed.isTruncated = parsed.isTruncated || output.cut;
     return parsed;
 }
@@ -160,34 +165,36 @@ CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kin
     return std::move(*detail);
 }
 
-ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& file) const
+ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& file, WhiteSpace whiteSpace) const
 {
     const std::string revision = revisionArgument("show", file.source.value_or(hash)) + "^{commit}";
     Arguments arguments = diffArguments({"show", "--format=", "--first-parent", "-M"}, {revision, "--", file.path});
     if (file.originalPath)
         arguments.push_back(*file.originalPath);
-    return diff(arguments, {0});
+    return diff(arguments, {0}, whiteSpace);
 }
 
-std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file) const
+std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, WhiteSpace whiteSpace) const
 {
     using Kind = DiffSection::Kind;
     std::vector<DiffSection> sections;
     if (file.isUntracked()) {
         // A repository inside this one is listed as a folder; it has no diff.
         if (!file.path.ends_with('/'))
-            sections.push_back({"Untracked",
-                                diff(diffArguments({"diff", "--no-index"}, {"--", "/dev/null", file.path}), {0, 1}),
-                                Kind::other});
+            sections.push_back(
+                {"Untracked",
+                 diff(diffArguments({"diff", "--no-index"}, {"--", "/dev/null", file.path}), {0, 1}, whiteSpace),
+                 Kind::other});
         return sections;
     }
     if (file.hasUnstaged())
         sections.push_back({file.isConflicted ? "Conflict" : "Unstaged",
-                            diff(diffArguments({"diff", "-M"}, {"--", file.path}), {0}),
+                            diff(diffArguments({"diff", "-M"}, {"--", file.path}), {0}, whiteSpace),
                             file.isConflicted ? Kind::other : Kind::unstaged});
     if (file.hasStaged())
-        sections.push_back(
-            {"Staged", diff(diffArguments({"diff", "--cached", "-M"}, {"--", file.path}), {0}), Kind::staged});
+        sections.push_back({"Staged",
+                            diff(diffArguments({"diff", "--cached", "-M"}, {"--", file.path}), {0}, whiteSpace),
+                            Kind::staged});
     return sections;
 }
 

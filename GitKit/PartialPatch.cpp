@@ -223,6 +223,8 @@ PartialRefusal partialRefusal(const ParsedDiff& diff)
 {
     if (!diff.patchHeader || diff.isTruncated || diff.lines.empty())
         return PartialRefusal::noPatch;
+    if (diff.whiteSpace == WhiteSpace::ignored)
+        return PartialRefusal::whiteSpace;
     if (hasMode(*diff.patchHeader, "120000"))
         return PartialRefusal::symlink;
     if (hasMode(*diff.patchHeader, "160000"))
@@ -233,7 +235,7 @@ PartialRefusal partialRefusal(const ParsedDiff& diff)
 std::optional<std::string> partialPatch(const ParsedDiff& diff, const std::set<int>& selected, PatchDirection direction)
 {
     const PartialRefusal refusal = partialRefusal(diff);
-    if (refusal == PartialRefusal::noPatch)
+    if (refusal == PartialRefusal::noPatch || refusal == PartialRefusal::whiteSpace)
         return std::nullopt;
 
     std::string hunks;

@@ -18,9 +18,10 @@ enum class PatchDirection {
 /// Why parts of a diff cannot be applied by themselves.
 enum class PartialRefusal {
     none,
-    noPatch,   ///< binary, truncated, empty, combined, or of several files
-    symlink,   ///< half a target is no target
-    submodule, ///< a commit is recorded whole
+    noPatch,    ///< binary, truncated, empty, combined, or of several files
+    whiteSpace, ///< made with white space ignored: its lines are not those of either file
+    symlink,    ///< half a target is no target
+    submodule,  ///< a commit is recorded whole
 };
 
 /// Whether selections of `diff` can be applied, other than all of it.

@@ -43,6 +43,10 @@ public:
                 header_.pop_back();
             diff_.patchHeader = std::move(header_);
         }
+        if (files_ != 1) {
+            diff_.oldBlob.reset();
+            diff_.newBlob.reset();
+        }
         return std::move(diff_);
     }
 
@@ -95,9 +99,21 @@ private:
 
     void takeHeaderLine(std::string_view piece)
     {
+        if (piece.starts_with("index "))
+            takeBlobs(piece.substr(std::string_view("index ").size()));
         if (piece.starts_with("Binary files ") || piece.starts_with("GIT binary patch"))
             diff_.isBinary = true;
         addToHeader(piece);
+    }
+
+    /// "old..new", and the mode where it stays the same.
+    void takeBlobs(std::string_view text)
+    {
+        const std::size_t dots = text.find("..");
+        if (dots == std::string_view::npos || files_ != 1 || !isPlain_)
+            return;
+        diff_.oldBlob = text.substr(0, dots);
+        diff_.newBlob = text.substr(dots + 2, text.find(' ', dots) - dots - 2);
     }
 
     void addToHeader(std::string_view piece)

@@ -169,7 +169,8 @@ QCoro::Task<> CommitDetailView::readDiffs(QPointer<CommitDetailView> view)
         std::optional<gitkit::ParsedDiff> diff;
         QString problem;
         try {
-            diff = co_await view->store_.run(&GitRepository::commitDiff, wanted.hash, wanted.file);
+            diff = co_await view->store_.run(&GitRepository::commitDiff, wanted.hash, wanted.file,
+                                             gitkit::WhiteSpace::compared);
         } catch (const std::exception& failure) {
             problem = QString::fromUtf8(failure.what());
         }

@@ -77,6 +77,8 @@ QString emptySentence(const gitkit::ParsedDiff& diff)
         return u"The file is new and empty."_s;
     if (headerValue(diff, "deleted file mode "))
         return u"The file was empty and is deleted."_s;
+    if (diff.whiteSpace == gitkit::WhiteSpace::ignored)
+        return u"Besides white space, which is ignored, nothing changed in the file."_s;
     return u"Git finds no difference in the file’s contents."_s;
 }
 
@@ -102,6 +104,9 @@ void addRefusal(DiffNotes& notes, const gitkit::ParsedDiff& diff)
         return;
     case PartialRefusal::noPatch:
         notes.wholeOnly = u"These changes can only be staged with the whole file."_s;
+        return;
+    case PartialRefusal::whiteSpace:
+        notes.wholeOnly = u"While white space is ignored, changes are staged with the whole file."_s;
         return;
     case PartialRefusal::none:
         return;

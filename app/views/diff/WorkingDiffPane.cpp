@@ -88,7 +88,8 @@ QCoro::Task<> WorkingDiffPane::readDiffs(QPointer<WorkingDiffPane> pane)
         std::vector<gitkit::DiffSection> sections;
         QString problem;
         try {
-            sections = co_await pane->store_.run(&gitkit::GitRepository::workingDiff, file);
+            sections =
+                co_await pane->store_.run(&gitkit::GitRepository::workingDiff, file, gitkit::WhiteSpace::compared);
         } catch (const std::exception& failure) {
             problem = QString::fromUtf8(failure.what());
         }
