@@ -22,6 +22,7 @@ inline constexpr Setting<double> commitFilesWidth{"commitFilesWidth", 330};
 inline constexpr Setting<double> historyDetailHeight{"historyDetailHeight", 330};
 inline constexpr Setting<double> stashesDetailHeight{"stashesDetailHeight", 340};
 inline constexpr Setting<double> workingCopyListWidth{"workingCopyListWidth", 380};
+inline constexpr Setting<double> inspectorWidth{"inspectorWidth", 420};
 inline constexpr Setting<bool> sidebarBranchesExpanded{"sidebarBranchesExpanded", true};
 inline constexpr Setting<bool> sidebarRemotesExpanded{"sidebarRemotesExpanded", true};
 inline constexpr Setting<bool> sidebarTagsExpanded{"sidebarTagsExpanded", false};
@@ -32,6 +33,8 @@ inline constexpr Setting<const char*> appearance{"appearance", "system"};
 inline constexpr Setting<const char*> codeFontName{"codeFontName", ""};
 inline constexpr Setting<double> codeFontSize{"codeFontSize", 12};
 inline constexpr Setting<const char*> externalEditorPath{"externalEditorPath", ""}; ///< empty: the desktop's default
+inline constexpr Setting<bool> diffSideBySide{"diffSideBySide", false};
+inline constexpr Setting<bool> diffIgnoresWhiteSpace{"diffIgnoresWhiteSpace", false};
 
 } // namespace settings
 

@@ -7,6 +7,7 @@
 #include "app/shell/RepositoryWindow.h"
 #include "app/shell/TopLevelLookup.h"
 #include "app/shell/WindowFrames.h"
+#include "app/store/ShownText.h"
 #include "app/views/Theme.h"
 
 #include <QApplication>
@@ -25,16 +26,11 @@ namespace {
 // Open requests that arrive with the launch win over the welcome window.
 constexpr std::chrono::milliseconds welcomeDelay{300};
 
-QString shown(const std::string& bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
 QString nameOf(const std::filesystem::path& folder)
 {
     const std::string name =
         folder.has_filename() ? folder.filename().string() : folder.parent_path().filename().string();
-    return shown(name.empty() ? folder.string() : name);
+    return shownText(name.empty() ? folder.string() : name);
 }
 
 void bringToFront(QWidget* window)
@@ -144,7 +140,7 @@ QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder)
 void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const std::exception& failure)
 {
     QString title = QStringLiteral("“%1” is not a git repository").arg(nameOf(folder));
-    QString detail = shown(folder.string());
+    QString detail = shownText(folder.string());
     if (saysBare(failure)) {
         title = QStringLiteral("“%1” has no working tree").arg(nameOf(folder));
         detail += QStringLiteral("\n\nIt is a bare repository or a folder of git's own. Plovik shows working trees.");

@@ -1,6 +1,7 @@
 #include "app/shell/ExternalEditor.h"
 
 #include "app/settings/Settings.h"
+#include "app/store/ShownText.h"
 
 #include <QCollator>
 #include <QCoreApplication>
@@ -19,11 +20,6 @@ using namespace Qt::StringLiterals;
 namespace plovik::externalEditor {
 
 namespace {
-
-QString shown(const std::string& bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
 
 std::filesystem::path nativePath(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
@@ -69,7 +65,7 @@ std::vector<App> installed()
     order.setNumericMode(true);
     order.setCaseSensitivity(Qt::CaseInsensitive);
     std::ranges::sort(apps, [&order](const App& left, const App& right) {
-        const int names = order.compare(shown(left.name), shown(right.name));
+        const int names = order.compare(shownText(left.name), shownText(right.name));
         return names == 0 ? left.path < right.path : names < 0;
     });
     return apps;
@@ -80,7 +76,7 @@ std::optional<App> app(const QString& path) { return path.isEmpty() ? std::nullo
 QString menuTitle(const QString& path)
 {
     const std::optional<App> chosen = app(path);
-    return chosen ? u"Open in %1"_s.arg(shown(chosen->name)) : u"Open in Default Editor"_s;
+    return chosen ? u"Open in %1"_s.arg(shownText(chosen->name)) : u"Open in Default Editor"_s;
 }
 
 QString menuTitle() { return menuTitle(chosenPath()); }
@@ -88,8 +84,8 @@ QString menuTitle() { return menuTitle(chosenPath()); }
 void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
 {
     auto* const panel =
-        new QFileDialog(parent, u"Choose an application"_s, shown(editors::applicationsFolder().string()),
-                        u"Applications (%1)"_s.arg(shown(editors::applicationPattern())));
+        new QFileDialog(parent, u"Choose an application"_s, shownText(editors::applicationsFolder().string()),
+                        u"Applications (%1)"_s.arg(shownText(editors::applicationPattern())));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::ExistingFile);
     panel->setLabelText(QFileDialog::Accept, u"Choose"_s);

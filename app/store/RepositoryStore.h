@@ -6,6 +6,7 @@
 #include "app/store/Confirmation.h"
 #include "app/store/HistoryPage.h"
 #include "app/store/HistoryRow.h"
+#include "app/store/InspectedFile.h"
 #include "app/store/SheetKind.h"
 #include "app/store/SidebarItem.h"
 #include "app/store/StoreServices.h"
@@ -79,6 +80,8 @@ public:
     QProperty<std::optional<QString>> errorMessage;
     QProperty<std::optional<SheetKind>> sheet;
     QProperty<std::optional<Confirmation>> confirmation;
+    /// The file that the inspector shows; no inspector without. Views write it.
+    QProperty<std::optional<InspectedFile>> inspected;
     /// Why the last refresh could not read something, in git's words; empty while all reads succeed. The fields keep
     /// what was read before, so this is what tells an unreadable repository from an empty one.
     QProperty<QString> readProblem;
@@ -100,6 +103,8 @@ public:
     void loadMoreHistory();
     /// To be called after `historySearch` or `historySearchField` was written: searches once typing has paused.
     void historySearchChanged();
+    /// Shows a commit in the history, wherever the user is now.
+    void showCommit(const std::string& hash);
     /// Moves the commit selection by rows; selects the first row when there is none.
     void moveCommitSelection(int rows);
 

@@ -1,6 +1,7 @@
 // What the user does to branches, tags, stashes and remotes.
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/ShownText.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,11 +12,6 @@ using gitkit::GitRef;
 using gitkit::GitRepository;
 
 namespace {
-
-QString shown(const std::string& bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
 
 /// "Deleting branch…" and the like; `what` is shown between the two.
 QString activityText(const QString& verb, const QString& what = {})
@@ -110,13 +106,13 @@ void RepositoryStore::checkout(const GitRef& ref)
 {
     const QString verb = QStringLiteral("Checking out");
     if (ref.kind != GitRef::Kind::remote) {
-        perform({activityText(verb, shown(ref.name)),
+        perform({activityText(verb, shownText(ref.name)),
                  [name = ref.fullName](const GitRepository& repo) { repo.checkout(name); }});
         return;
     }
     const std::string local = localNameOf(ref.name, remotes.value());
     const bool exists = std::ranges::find(branches.value(), local, &GitRef::name) != branches.value().end();
-    perform({activityText(verb, shown(local)), [local, exists, remote = ref.fullName](const GitRepository& repo) {
+    perform({activityText(verb, shownText(local)), [local, exists, remote = ref.fullName](const GitRepository& repo) {
                  if (exists)
                      repo.checkout("refs/heads/" + local);
                  else
@@ -126,7 +122,7 @@ void RepositoryStore::checkout(const GitRef& ref)
 
 void RepositoryStore::checkoutCommit(const std::string& hash)
 {
-    perform({activityText(QStringLiteral("Checking out"), shown(std::string(gitkit::shortHash(hash)))),
+    perform({activityText(QStringLiteral("Checking out"), shownText(std::string(gitkit::shortHash(hash)))),
              [hash](const GitRepository& repo) { repo.checkout(hash); }});
 }
 
@@ -145,7 +141,7 @@ void RepositoryStore::createTag(const std::string& name, const std::string& targ
 
 void RepositoryStore::confirmDelete(const GitRef& ref)
 {
-    const QString name = shown(ref.name);
+    const QString name = shownText(ref.name);
     Confirmation question;
     question.actionTitle = QStringLiteral("Delete");
     switch (ref.kind) {
@@ -197,7 +193,7 @@ void RepositoryStore::confirmForceDelete(const std::string& branch, const QStrin
 
 void RepositoryStore::merge(const GitRef& ref)
 {
-    perform({activityText(QStringLiteral("Merging"), shown(ref.name)),
+    perform({activityText(QStringLiteral("Merging"), shownText(ref.name)),
              [name = ref.fullName](const GitRepository& repo) { repo.merge(name); }});
 }
 
@@ -229,9 +225,9 @@ void RepositoryStore::stashApply(const gitkit::Stash& stash, GitRepository::Stas
 void RepositoryStore::confirmDrop(const gitkit::Stash& stash)
 {
     Confirmation question;
-    question.title = QStringLiteral("Drop %1?").arg(shown(stash.ref));
+    question.title = QStringLiteral("Drop %1?").arg(shownText(stash.ref));
     question.message =
-        QStringLiteral("%1 is deleted and cannot easily be recovered.").arg(quoted(shown(stash.message)));
+        QStringLiteral("%1 is deleted and cannot easily be recovered.").arg(quoted(shownText(stash.message)));
     question.actionTitle = QStringLiteral("Drop");
     question.action = [this, stash] {
         perform({activityText(QStringLiteral("Dropping stash")),
@@ -252,7 +248,7 @@ StoreServices::Failed RepositoryStore::failing()
 {
     return [this, alive = std::weak_ptr(alive_)](const std::string& problem) {
         if (!alive.expired())
-            fail(shown(problem));
+            fail(shownText(problem));
     };
 }
 

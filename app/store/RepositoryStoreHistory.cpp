@@ -93,6 +93,15 @@ void RepositoryStore::historySearchChanged()
     });
 }
 
+void RepositoryStore::showCommit(const std::string& hash)
+{
+    if (selection.value() != SidebarItem::history()) {
+        selection = SidebarItem::history();
+        selectionChanged();
+    }
+    selectedCommit = hash;
+}
+
 void RepositoryStore::moveCommitSelection(int rows)
 {
     const std::vector<HistoryRow>& page = history.value();

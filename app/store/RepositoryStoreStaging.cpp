@@ -2,6 +2,7 @@
 
 #include "app/store/ConflictMarkers.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/ShownText.h"
 
 #include <algorithm>
 #include <utility>
@@ -14,12 +15,7 @@ using gitkit::StageState;
 
 namespace {
 
-QString shown(const std::string& bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
-QString quoted(const std::string& bytes) { return u'“' + shown(bytes) + u'”'; }
+QString quoted(const std::string& bytes) { return u'“' + shownText(bytes) + u'”'; }
 
 bool isNew(const FileChange& file) { return file.index == '?' || file.index == 'A'; }
 
@@ -312,7 +308,7 @@ QCoro::Task<> RepositoryStore::fillingAmendedMessage()
     }
     if (!amend.value() || !commitSubject.value().isEmpty())
         co_return;
-    fillCommitFields(shown(message));
+    fillCommitFields(shownText(message));
     amended_ = AmendedMessage{message, commitSubject.value(), commitBody.value()};
 }
 

@@ -1,7 +1,7 @@
 #include "app/views/Toolbar.h"
 
 #include "app/views/BarButton.h"
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 #include "app/views/Spinner.h"
 #include "app/views/Theme.h"
 

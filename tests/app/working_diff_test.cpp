@@ -69,11 +69,11 @@ protected:
         }
         ADD_FAILURE() << "no button " << name.toStdString();
     }
-    bool isDiffShown() const { return pane.currentWidget() == pane.view(); }
+    bool isDiffShown() const { return !pane.isSentenceShown(); }
     QString sentence() const
     {
         QStringList texts;
-        for (const QLabel* label : pane.currentWidget()->findChildren<QLabel*>())
+        for (const QLabel* label : pane.findChildren<QLabel*>())
             texts << label->text();
         return texts.join(u' ');
     }

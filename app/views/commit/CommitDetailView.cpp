@@ -1,17 +1,16 @@
 #include "app/views/commit/CommitDetailView.h"
 
 #include "app/settings/Settings.h"
-#include "app/views/EmptyState.h"
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 #include "app/views/SplitPane.h"
 #include "app/views/Theme.h"
 #include "app/views/commit/CommitFilesList.h"
 #include "app/views/commit/CommitHeader.h"
+#include "app/views/diff/DiffPane.h"
 #include "app/views/diff/DiffView.h"
 
 #include <QLabel>
 #include <QPointer>
-#include <QStackedLayout>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -38,15 +37,11 @@ QString summaryOf(const gitkit::CommitDetail& detail, GitRepository::CommitKind 
 
 CommitDetailView::CommitDetailView(RepositoryStore& store, GitRepository::CommitKind kind, QWidget* parent)
     : QWidget(parent), store_(store), kind_(kind), summary_(new QLabel), files_(new CommitFilesList),
-      diff_(new DiffView), empty_(new EmptyState), right_(new QStackedLayout)
+      diff_(new DiffPane(store))
 {
-    auto* const rightSide = new QWidget;
-    rightSide->setLayout(right_);
-    right_->addWidget(empty_);
-    right_->addWidget(diff_);
-    diff_->setActionsAvailable(false);
+    diff_->view()->setActionsAvailable(false);
     auto* const split = new SplitPane(settings::commitFilesWidth, Qt::Horizontal, SplitPane::Sized::first,
-                                      leastFilesWidth, leastDiffWidth, makeLeftSide(), rightSide, this);
+                                      leastFilesWidth, leastDiffWidth, makeLeftSide(), diff_, this);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(split);
@@ -55,7 +50,7 @@ CommitDetailView::CommitDetailView(RepositoryStore& store, GitRepository::Commit
     QProperty<std::optional<std::string>>& selection =
         kind == GitRepository::CommitKind::stash ? store.selectedStash : store.selectedCommit;
     notifiers_.push_back(selection.addNotifier([this] { follow(); }));
-    say({}, {});
+    diff_->showSentence({}, {});
     follow();
 }
 
@@ -92,9 +87,9 @@ void CommitDetailView::follow()
         shown_.clear();
         files_->setFiles({});
         if (kind_ == GitRepository::CommitKind::stash)
-            say(u"No Stash Selected"_s, {});
+            diff_->showSentence(u"No Stash Selected"_s, {});
         else
-            say({}, {});
+            diff_->showSentence({}, {});
         return;
     }
     if (*hash == shown_ && !wanted_)
@@ -136,14 +131,14 @@ void CommitDetailView::takeDetail(const gitkit::CommitDetail& detail)
     summary_->setText(summaryOf(detail, kind_));
     files_->setFiles(detail.files);
     if (detail.files.empty())
-        say(u"No Changes"_s, u"This commit changes no files."_s);
+        diff_->showSentence(u"No Changes"_s, u"This commit changes no files."_s);
 }
 
 void CommitDetailView::takeProblem(const QString& title, const QString& problem)
 {
     summary_->clear();
     files_->setFiles({});
-    say(title, problem);
+    diff_->showSentence(title, problem);
 }
 
 void CommitDetailView::fileChanged()
@@ -181,7 +176,7 @@ QCoro::Task<> CommitDetailView::readDiffs(QPointer<CommitDetailView> view)
         if (diff)
             view->takeDiff(wanted.file, std::move(*diff));
         else
-            view->say(u"The diff could not be read"_s, problem);
+            view->diff_->showSentence(u"The diff could not be read"_s, problem);
     }
     view->isReadingDiff_ = false;
 }
@@ -191,17 +186,11 @@ void CommitDetailView::takeDiff(const gitkit::CommitFile& file, gitkit::ParsedDi
     DiffContent content;
     content.name = u"Diff"_s;
     content.title = shownText(file.path);
+    content.path = file.path;
     content.diff = std::move(diff);
     std::vector<DiffContent> contents;
     contents.push_back(std::move(content));
-    diff_->setContents(std::move(contents), DiffPlace::start);
-    right_->setCurrentWidget(diff_);
-}
-
-void CommitDetailView::say(const QString& title, const QString& description)
-{
-    empty_->setText(title, description);
-    right_->setCurrentWidget(empty_);
+    diff_->showDiffs(std::move(contents), DiffPlace::start);
 }
 
 } // namespace plovik

@@ -12,13 +12,11 @@
 #include <vector>
 
 class QLabel;
-class QStackedLayout;
 
 namespace plovik {
 
 class CommitFilesList;
-class DiffView;
-class EmptyState;
+class DiffPane;
 
 /// The selected commit of the history, or the selected stash: its message where it is a commit, the files it touched,
 /// and the diff of one of them.
@@ -43,7 +41,6 @@ private:
     void takeProblem(const QString& title, const QString& problem);
     void fileChanged();
     void takeDiff(const gitkit::CommitFile& file, gitkit::ParsedDiff diff);
-    void say(const QString& title, const QString& description);
 
     struct WantedDiff {
         std::string hash;
@@ -55,9 +52,7 @@ private:
     gitkit::GitRepository::CommitKind kind_;
     QLabel* summary_;
     CommitFilesList* files_;
-    DiffView* diff_;
-    EmptyState* empty_;
-    QStackedLayout* right_;
+    DiffPane* diff_;
     std::string shown_;                 ///< hash of the commit whose files stand there
     std::optional<std::string> wanted_; ///< hash of the commit to read next
     bool isReadingDetail_ = false;

@@ -1,7 +1,7 @@
 #include "app/views/commit/CommitFilesList.h"
 
+#include "app/store/ShownText.h"
 #include "app/views/RowPainting.h"
-#include "app/views/ShownText.h"
 #include "app/views/Theme.h"
 
 #include <QAbstractListModel>

@@ -1,7 +1,7 @@
 #include "app/views/commit/CommitHeader.h"
 
+#include "app/store/ShownText.h"
 #include "app/views/EmptyState.h"
-#include "app/views/ShownText.h"
 #include "app/views/Theme.h"
 #include "app/views/commit/MessageText.h"
 #include "app/views/history/RelativeDate.h"

@@ -5,7 +5,9 @@
 
 #include <QString>
 
+#include <optional>
 #include <set>
+#include <string>
 
 namespace plovik {
 
@@ -29,6 +31,8 @@ struct DiffContent {
     QString title;  ///< strong; without one there is no bar
     QString detail; ///< quiet, behind the title
     gitkit::ParsedDiff diff;
+    std::string path;                       ///< of the new side, as bytes
+    std::optional<std::string> workingPath; ///< where the new side may stand when it is no blob; for unstaged changes
     Use use = Use::read;
     DiffState state = DiffState::ordinary;
 

@@ -1,7 +1,7 @@
 #include "app/views/diff/DiffNotes.h"
 
 #include "app/store/RepositoryStore.h"
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 
 #include <QLocale>
 

@@ -1,7 +1,6 @@
 #include "app/views/diff/WorkingDiffPane.h"
 
-#include "app/views/EmptyState.h"
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 #include "app/views/diff/DiffNotes.h"
 #include "app/views/diff/DiffView.h"
 
@@ -15,13 +14,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-DiffContent contentOf(gitkit::DiffSection section, const QString& path, bool isFirst)
+DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& file, bool isFirst)
 {
     using Kind = gitkit::DiffSection::Kind;
     DiffContent content;
     content.title = shownText(section.title);
     content.name = content.title + u" Diff"_s;
-    content.detail = isFirst ? path : QString();
+    content.detail = isFirst ? shownText(file.path) : QString();
+    content.path = file.path;
+    if (section.title != "Staged")
+        content.workingPath = file.path;
     content.diff = std::move(section.diff);
     if (section.title == "Conflict")
         content.state = DiffState::conflicted;
@@ -36,12 +38,9 @@ DiffContent contentOf(gitkit::DiffSection section, const QString& path, bool isF
 
 } // namespace
 
-WorkingDiffPane::WorkingDiffPane(RepositoryStore& store, QWidget* parent)
-    : QStackedWidget(parent), store_(store), view_(new DiffView(this)), empty_(new EmptyState(this))
+WorkingDiffPane::WorkingDiffPane(RepositoryStore& store, QWidget* parent) : DiffPane(store, parent), store_(store)
 {
-    addWidget(empty_);
-    addWidget(view_);
-    connect(view_, &DiffView::actionRequested, this, &WorkingDiffPane::apply);
+    connect(view(), &DiffView::actionRequested, this, &WorkingDiffPane::apply);
     notifiers_.push_back(store_.selectedPaths.addNotifier([this] { follow(); }));
     notifiers_.push_back(store_.generation.addNotifier([this] { follow(); }));
     follow();
@@ -59,7 +58,7 @@ void WorkingDiffPane::follow()
         showCount(paths.size());
         return;
     }
-    view_->setActionsAvailable(file->path == shown_);
+    view()->setActionsAvailable(file->path == shown_);
     wanted_ = *file;
     if (!isReading_) {
         isReading_ = true;
@@ -107,11 +106,11 @@ QCoro::Task<> WorkingDiffPane::readDiffs(QPointer<WorkingDiffPane> pane)
 
 void WorkingDiffPane::take(const gitkit::FileChange& file, std::vector<gitkit::DiffSection> sections)
 {
-    const QString path = shownText(file.path);
     if (sections.empty()) {
         shown_.clear();
         if (file.isUntracked() && file.path.ends_with('/'))
-            showSentence(path, u"This folder is a repository of its own. Its files are not part of this one."_s);
+            showSentence(shownText(file.path),
+                         u"This folder is a repository of its own. Its files are not part of this one."_s);
         else
             showSentence(u"No Changes"_s, u"The file is as it was committed."_s);
         return;
@@ -124,23 +123,16 @@ void WorkingDiffPane::take(const gitkit::FileChange& file, std::vector<gitkit::D
     }
     std::vector<DiffContent> contents;
     for (gitkit::DiffSection& section : sections)
-        contents.push_back(contentOf(std::move(section), path, contents.empty()));
-    view_->setContents(std::move(contents), file.path == shown_ ? DiffPlace::kept : DiffPlace::start);
+        contents.push_back(contentOf(std::move(section), file, contents.empty()));
+    showDiffs(std::move(contents), file.path == shown_ ? DiffPlace::kept : DiffPlace::start);
     shown_ = file.path;
-    view_->setActionsAvailable(true);
-    setCurrentWidget(view_);
+    view()->setActionsAvailable(true);
 }
 
 void WorkingDiffPane::takeProblem(const DiffProblem& problem)
 {
     shown_.clear();
     showSentence(problem.title, problem.description);
-}
-
-void WorkingDiffPane::showSentence(const QString& title, const QString& description)
-{
-    empty_->setText(title, description);
-    setCurrentWidget(empty_);
 }
 
 void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action)

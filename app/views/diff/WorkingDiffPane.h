@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/views/diff/DiffPane.h"
 
 #include <QProperty>
-#include <QStackedWidget>
 
 #include <QCoroTask>
 
@@ -13,10 +13,6 @@
 
 namespace plovik {
 
-class DiffView;
-class EmptyState;
-struct DiffAction;
-struct DiffContent;
 struct DiffProblem;
 
 /// What changed in the selected file of the working copy, to be staged, unstaged and discarded in parts.
@@ -24,14 +20,12 @@ struct DiffProblem;
 /// Follows the store's `selectedPaths` and `generation`. One reading runs at a time and the one asked for last is
 /// shown. Until it has arrived the picture before it stays, but nothing can be done with it. A reading that brings the
 /// same diff changes nothing. Main thread.
-class WorkingDiffPane : public QStackedWidget {
+class WorkingDiffPane : public DiffPane {
     Q_OBJECT
 
 public:
     /// `store` outlives the pane.
     explicit WorkingDiffPane(RepositoryStore& store, QWidget* parent = nullptr);
-
-    DiffView* view() const { return view_; }
 
 private:
     static QCoro::Task<> readDiffs(QPointer<WorkingDiffPane> pane);
@@ -40,13 +34,10 @@ private:
     void showCount(std::size_t selected);
     void take(const gitkit::FileChange& file, std::vector<gitkit::DiffSection> sections);
     void takeProblem(const DiffProblem& problem);
-    void showSentence(const QString& title, const QString& description);
     bool isWanted(const std::string& path) const;
     void apply(const DiffContent& content, const DiffAction& action);
 
     RepositoryStore& store_;
-    DiffView* view_;
-    EmptyState* empty_;
     std::optional<gitkit::FileChange> wanted_; ///< to read next
     bool isReading_ = false;
     std::string shown_; ///< path of the file on display

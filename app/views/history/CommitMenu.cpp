@@ -1,6 +1,6 @@
 #include "app/views/history/CommitMenu.h"
 
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #include "app/views/history/RefBadges.h"
 
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 #include "app/views/history/RowText.h"
 
 #include <QPainterPath>

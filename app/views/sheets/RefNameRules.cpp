@@ -1,6 +1,6 @@
 #include "app/views/sheets/RefNameRules.h"
 
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "app/views/sidebar/SidebarModel.h"
 
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "app/views/stashes/StashesModel.h"
 
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 
 #include <QDateTime>
 #include <QLocale>

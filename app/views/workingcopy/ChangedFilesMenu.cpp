@@ -1,6 +1,6 @@
 #include "app/views/workingcopy/ChangedFilesMenu.h"
 
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 #include "app/views/workingcopy/ChangedFilesModel.h"
 
 #include "app/views/RowPainting.h"
-#include "app/views/ShownText.h"
+#include "app/store/ShownText.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace plovik {
+
+/// A file whose lines or whose history the user wants to look at.
+struct InspectedFile {
+    enum class Tab { blame, history };
+
+    std::string path;                    ///< in `revision`, as bytes
+    std::optional<std::string> revision; ///< full hash; the working tree without
+    Tab tab = Tab::blame;
+
+    bool operator==(const InspectedFile&) const = default;
+};
+
+} // namespace plovik
