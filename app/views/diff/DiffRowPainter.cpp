@@ -80,6 +80,22 @@ struct DiffRowPainter::Slice {
     double xOfSource(qsizetype source) const { return x(line->toShown(source)); }
 };
 
+QList<QTextLayout::FormatRange> DiffRowPainter::formatsOf(int, const Slice& part) const
+{
+    QList<QTextLayout::FormatRange> formats;
+    for (const ShownLine::Replacement& each : part.line->replacements) {
+        const qsizetype begin = std::max(each.shown, part.first);
+        const qsizetype end = std::min(each.shown + each.length, part.first + part.length);
+        if (each.sign == ShownLine::Sign::tab || begin >= end)
+            continue;
+        const Theme& theme = Theme::current();
+        QTextCharFormat format;
+        format.setForeground(each.sign == ShownLine::Sign::control ? theme.statusConflicted : theme.gutterText);
+        formats.append({static_cast<int>(begin - part.first), static_cast<int>(end - begin), format});
+    }
+    return formats;
+}
+
 DiffRowPainter::Slice DiffRowPainter::slice(int row) const
 {
     Slice slice;
@@ -98,23 +114,12 @@ DiffRowPainter::Slice DiffRowPainter::slice(int row) const
     if (slice.line->notShown > 0 && slice.first + slice.length == shown.size())
         text += u" … %1 more characters"_s.arg(QLocale(QLocale::English).toString(slice.line->notShown));
 
-    QList<QTextLayout::FormatRange> formats;
-    for (const ShownLine::Replacement& each : slice.line->replacements) {
-        const qsizetype begin = std::max(each.shown, slice.first);
-        const qsizetype end = std::min(each.shown + each.length, slice.first + slice.length);
-        if (each.sign == ShownLine::Sign::tab || begin >= end)
-            continue;
-        const Theme& theme = Theme::current();
-        QTextCharFormat format;
-        format.setForeground(each.sign == ShownLine::Sign::control ? theme.statusConflicted : theme.gutterText);
-        formats.append({static_cast<int>(begin - slice.first), static_cast<int>(end - begin), format});
-    }
     slice.layout = std::make_unique<QTextLayout>(text, metrics_.codeFont);
     QTextOption option;
     option.setTextDirection(Qt::LeftToRight);
     option.setWrapMode(QTextOption::NoWrap);
     slice.layout->setTextOption(option);
-    slice.layout->setFormats(formats);
+    slice.layout->setFormats(formatsOf(row, slice));
     slice.layout->beginLayout();
     slice.layout->createLine().setLeadingIncluded(false);
     slice.layout->endLayout();

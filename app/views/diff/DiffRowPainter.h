@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QColor>
+#include <QList>
 #include <QRect>
+#include <QTextLayout>
 
 #include <memory>
 
 class QPainter;
-class QTextLayout;
 
 namespace plovik {
 
@@ -37,6 +38,8 @@ public:
 private:
     struct Slice;
     Slice slice(int row) const;
+    /// The colours of the characters of a row, in units of what is shaped; later ones win.
+    QList<QTextLayout::FormatRange> formatsOf(int row, const Slice& part) const;
     void paintHunk(QPainter& painter, int row, const QRect& area, int room) const;
     void paintGutter(QPainter& painter, int row, const QRect& area) const;
     void paintCode(QPainter& painter, int row, const QRect& area, const DiffSelection& selection) const;
