@@ -13,6 +13,7 @@
 #include "GitKit/records/HistoryScope.h"
 #include "GitKit/records/RepoStatus.h"
 #include "GitKit/records/Stash.h"
+#include "GitKit/records/SideSizes.h"
 #include "GitKit/runner/GitRunner.h"
 
 #include <filesystem>
@@ -98,6 +99,8 @@ public:
     std::string resolveCommit(const std::string& name) const;
 
     struct StagedChanges {
+    /// How large the files of a diff are, whatever their size.
+    SideSizes diffSizes(const DiffSource& source) const;
         std::string summary; ///< the staged files and how much of each changes, repaired for showing
         std::string diff;    ///< the whole patch, repaired for showing
     };

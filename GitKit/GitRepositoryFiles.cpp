@@ -40,6 +40,14 @@ std::optional<std::string> workingFile(const std::filesystem::path& file, std::s
     return bytes;
 }
 
+std::optional<std::uint64_t> workingFileSize(const std::filesystem::path& file)
+{
+    struct stat found{};
+    if (::lstat(file.c_str(), &found) != 0 || (!S_ISREG(found.st_mode) && !S_ISLNK(found.st_mode)))
+        return std::nullopt;
+    return static_cast<std::uint64_t>(found.st_size);
+}
+
 /// The size that "hash type size" tells; nothing for a hash that is not there, or is no file.
 std::optional<std::size_t> blobSize(std::string_view line)
 {
@@ -109,6 +117,26 @@ DiffSides GitRepository::diffSides(const DiffSource& source, std::size_t limit) 
     if (!sides.after && source.workingPath && source.after && !isNoBlob(*source.after))
         sides.after = workingFile(root_ / *source.workingPath, limit);
     return sides;
+}
+
+SideSizes GitRepository::diffSizes(const DiffSource& source) const
+{
+    const auto isFile = [](const std::optional<std::string>& blob) { return blob && !isNoBlob(*blob); };
+    if (!isFile(source.before) && !isFile(source.after))
+        return {};
+    std::string wanted;
+    for (const auto& blob : {source.before, source.after})
+        wanted += isFile(blob) ? *blob + '\n' : std::string();
+    const std::string sizes = runner_.bytes({"cat-file", "--batch-check"}, {.input = wanted});
+    Pieces lines(sizes, '\n');
+    SideSizes found;
+    if (isFile(source.before))
+        found.before = blobSize(lines.next().value_or(std::string_view()));
+    if (isFile(source.after))
+        found.after = blobSize(lines.next().value_or(std::string_view()));
+    if (!found.after && source.workingPath && isFile(source.after))
+        found.after = workingFileSize(root_ / *source.workingPath);
+    return found;
 }
 
 std::vector<ChangeCounts> GitRepository::changeCounts(const std::string& hash, CommitKind kind) const

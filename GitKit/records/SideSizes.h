@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+namespace gitkit {
+
+/// How many bytes the two files have that a diff compares; nothing where there is none, or where it cannot be told.
+struct SideSizes {
+    std::optional<std::uint64_t> before;
+    std::optional<std::uint64_t> after;
+
+    bool operator==(const SideSizes&) const = default;
+};
+
+} // namespace gitkit
