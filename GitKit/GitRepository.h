@@ -8,6 +8,7 @@
 #include "GitKit/records/DiffSection.h"
 #include "GitKit/records/DiffSides.h"
 #include "GitKit/records/FileRevision.h"
+#include "GitKit/records/FileSample.h"
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/HistoryFilter.h"
 #include "GitKit/records/HistoryScope.h"
@@ -68,10 +69,12 @@ public:
     /// The full message of one commit, repaired for showing.
     std::string commitMessage(const std::string& hash) const;
 
-    /// The commits that touched a file, the newest first, followed through renames; as `revision` and its parents know
-    /// it, HEAD without.
+    /// The newest `limit` commits that touched a file, as `revision` and its parents know it; HEAD without. Followed
+    /// through renames as far as git follows one path: a file that was renamed on two branches is followed on one.
     std::vector<FileRevision> fileLog(const std::string& path, const std::optional<std::string>& revision,
                                       int limit) const;
+    /// What stands at a path of `revision`, of the working tree without, and up to `bytes` of its beginning.
+    FileSample fileSample(const std::string& path, const std::optional<std::string>& revision, std::size_t bytes) const;
     /// Who last changed each line of a file in `revision`; in the working tree without.
     std::vector<BlameLine> blame(const std::string& path, const std::optional<std::string>& revision) const;
 

@@ -1,4 +1,4 @@
-// Diffs, single commits and blame; and parts of diffs on their way back into the index and the working tree.
+// Diffs and single commits; and parts of diffs on their way back into the index and the working tree.
 //
 // Where the commands differ from the plain ones:
 //   --no-ext-diff --no-textconv   a converter's output is neither shown as the file nor applied to it; no setting turns
@@ -8,7 +8,6 @@
 //   GIT_LITERAL_PATHSPECS         a path is its bytes, whatever wildcards it holds
 
 #include "GitKit/GitRepository.h"
-#include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/DiffParser.h"
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/parsers/NameStatusParser.h"
@@ -121,27 +120,6 @@ ParsedDiff GitRepository::diff(const std::vector<std::string>& arguments, const 
     parsed.whiteSpace = whiteSpace;
     parsed.isTruncated = parsed.isTruncated || output.cut;
     return parsed;
-}
-
-std::vector<FileRevision> GitRepository::fileLog(const std::string& path, const std::optional<std::string>& revision,
-                                                 int limit) const
-{
-    Arguments arguments{"log", "--follow", "-M", "--name-status"};
-    arguments.insert(arguments.end(), LogParser::decorationArguments.begin(), LogParser::decorationArguments.end());
-    arguments.insert(arguments.end(), {"-n", std::to_string(limit), LogParser::fileFormat});
-    if (revision)
-        arguments.push_back(revisionArgument("log", *revision));
-    arguments.insert(arguments.end(), {"--", path});
-    return LogParser::parseFileLog(runner_.bytes(arguments, {.environment = literalPaths}), path);
-}
-
-std::vector<BlameLine> GitRepository::blame(const std::string& path, const std::optional<std::string>& revision) const
-{
-    Arguments arguments{"blame", "--porcelain", "--no-textconv"};
-    if (revision)
-        arguments.push_back(revisionArgument("blame", *revision));
-    arguments.insert(arguments.end(), {"--", path});
-    return BlameParser::parse(runner_.bytes(arguments, {.environment = literalPaths}));
 }
 
 CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kind) const

@@ -2,10 +2,12 @@
 
 #include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"
+#include "GitKit/parsers/NameStatusParser.h"
 
 #include <algorithm>
 #include <charconv>
 #include <map>
+#include <utility>
 
 namespace gitkit {
 
@@ -15,6 +17,7 @@ struct Info {
     std::string authorName;
     Date date;
     std::string summary;
+    std::shared_ptr<const BlameOrigin> origin;
 };
 
 bool isHash(std::string_view word)
@@ -25,28 +28,65 @@ bool isHash(std::string_view word)
     return (word.size() == 40 || word.size() == 64) && std::ranges::all_of(word, isHexDigit);
 }
 
-/// The second of the header's numbers, which is the line's number in the blamed file.
-std::optional<int> finalNumber(std::string_view numbers)
+std::optional<int> numberIn(std::string_view word)
 {
-    const std::size_t blank = numbers.find(' ');
-    if (blank == std::string_view::npos)
-        return std::nullopt;
-    numbers.remove_prefix(blank + 1);
-    const std::string_view word = numbers.substr(0, numbers.find(' '));
     int number = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
     return error == std::errc{} && end == word.data() + word.size() ? std::optional(number) : std::nullopt;
 }
 
-void takeKey(Info& info, std::string_view key, std::string_view value)
+/// The numbers of a header: the line's in its commit, and the line's in the blamed file.
+struct Numbers {
+    std::optional<int> original, final;
+
+    explicit Numbers(std::string_view text)
+    {
+        const std::size_t blank = text.find(' ');
+        original = numberIn(text.substr(0, blank));
+        if (blank == std::string_view::npos)
+            return;
+        text.remove_prefix(blank + 1);
+        final = numberIn(text.substr(0, text.find(' ')));
+    }
+};
+
+std::optional<BlameOrigin::Place> previousPlace(std::string_view value)
 {
-    if (key == "author")
-        info.authorName = repairedUtf8(std::string(value));
-    else if (key == "author-time")
-        info.date = readDate(value);
-    else if (key == "summary")
-        info.summary = repairedUtf8(std::string(value));
+    const std::size_t blank = value.find(' ');
+    if (blank == std::string_view::npos)
+        return std::nullopt;
+    return BlameOrigin::Place{std::string(value.substr(0, blank)), NameStatusParser::unquoted(value.substr(blank + 1))};
 }
+
+/// Reads the keys of one group of lines after another.
+class Keys {
+public:
+    void beginGroup() { previous_.reset(); }
+
+    void take(Info& info, std::string_view key, std::string_view value)
+    {
+        if (key == "author")
+            info.authorName = repairedUtf8(std::string(value));
+        else if (key == "author-time")
+            info.date = readDate(value);
+        else if (key == "summary")
+            info.summary = repairedUtf8(std::string(value));
+        else if (key == "previous")
+            previous_ = previousPlace(value);
+        else if (key == "filename")
+            takeOrigin(info, {NameStatusParser::unquoted(value), std::exchange(previous_, std::nullopt)});
+    }
+
+private:
+    /// A commit with lines from several files names them again and again.
+    static void takeOrigin(Info& info, BlameOrigin origin)
+    {
+        if (!info.origin || *info.origin != origin)
+            info.origin = std::make_shared<const BlameOrigin>(std::move(origin));
+    }
+
+    std::optional<BlameOrigin::Place> previous_; ///< stands before the name of the file that it belongs to
+};
 
 } // namespace
 
@@ -55,7 +95,9 @@ std::vector<BlameLine> BlameParser::parse(std::string_view output)
     std::vector<BlameLine> lines;
     std::map<std::string, Info, std::less<>> commits;
     auto current = commits.emplace().first; // the empty hash, for lines before any header
+    Keys keys;
     int number = 0;
+    int originalNumber = 0;
     while (!output.empty()) {
         const std::size_t end = output.find('\n');
         const std::string_view line = output.substr(0, end);
@@ -63,8 +105,8 @@ std::vector<BlameLine> BlameParser::parse(std::string_view output)
 
         if (line.starts_with('\t')) {
             const Info& info = current->second;
-            lines.push_back(
-                {number, current->first, info.authorName, info.date, info.summary, std::string(line.substr(1))});
+            lines.push_back({number, current->first, info.authorName, info.date, info.summary,
+                             std::string(line.substr(1)), originalNumber, info.origin});
             continue;
         }
         const std::size_t blank = line.find(' ');
@@ -76,9 +118,12 @@ std::vector<BlameLine> BlameParser::parse(std::string_view output)
             current = commits.find(word);
             if (current == commits.end())
                 current = commits.emplace(std::string(word), Info{}).first;
-            number = finalNumber(rest).value_or(number + 1);
+            const Numbers numbers(rest);
+            number = numbers.final.value_or(number + 1);
+            originalNumber = numbers.original.value_or(0);
+            keys.beginGroup();
         } else {
-            takeKey(current->second, word, rest);
+            keys.take(current->second, word, rest);
         }
     }
     return lines;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "GitKit/records/BlameOrigin.h"
 #include "GitKit/records/Commit.h"
 #include "GitKit/records/Date.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 
 namespace gitkit {
@@ -17,6 +19,10 @@ struct BlameLine {
     std::string summary; ///< the commit's subject
     std::string text;    ///< the line's bytes without the newline
 
+    int originalNumber = 0; ///< in the commit that wrote the line, from 1; 0 when git did not tell
+    /// One object for all lines of a commit and a path; null when git did not tell.
+    std::shared_ptr<const BlameOrigin> origin = nullptr;
+
     int id() const { return number; }
     std::string_view shortHash() const { return gitkit::shortHash(hash); }
 
@@ -26,7 +32,13 @@ struct BlameLine {
         return std::ranges::all_of(hash, [](char digit) { return digit == '0'; });
     }
 
-    bool operator==(const BlameLine&) const = default;
+    /// Origins are compared by what they say.
+    bool operator==(const BlameLine& other) const
+    {
+        const bool sameOrigin = origin && other.origin ? *origin == *other.origin : origin == other.origin;
+        return sameOrigin && number == other.number && originalNumber == other.originalNumber && hash == other.hash &&
+               authorName == other.authorName && date == other.date && summary == other.summary && text == other.text;
+    }
 };
 
 } // namespace gitkit

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace gitkit {
+
+/// The file that lines of a blame come from, and where it was before their commit changed it.
+struct BlameOrigin {
+    /// A file in a commit.
+    struct Place {
+        std::string hash;
+        std::string path; ///< as bytes
+
+        bool operator==(const Place&) const = default;
+    };
+
+    std::string path;              ///< in the lines' commit, as bytes
+    std::optional<Place> previous; ///< nothing where that commit made the file
+
+    bool operator==(const BlameOrigin&) const = default;
+};
+
+} // namespace gitkit
