@@ -123,21 +123,46 @@ std::vector<Stash> GitRepository::stashes() const
     return StashParser::parse(runner_.bytes({"stash", "list", StashParser::format}));
 }
 
+std::string GitRepository::walkHistory(const HistoryScope& scope,
+                                       const std::function<Arguments(const Arguments& scope)>& command) const
+{
+    if (scope.ref)
+        return runner_.bytes(command({refArgument("log", *scope.ref)}));
+    Arguments all{"--branches", "--remotes", "--tags", "HEAD"};
+    try {
+        return runner_.bytes(command(all));
+    } catch (const GitError&) {
+        // On a branch that has no commit yet HEAD names nothing; the other branches still have their history.
+        if (resolvesHead())
+            throw;
+    }
+    all.pop_back();
+    return runner_.bytes(command(all));
+}
+
 std::vector<Commit> GitRepository::log(const HistoryScope& scope, int limit,
                                        const std::optional<HistoryFilter>& filter) const
 {
-    std::vector<std::string> scopeArguments{"--branches", "--remotes", "--tags", "HEAD"};
-    if (scope.ref)
-        scopeArguments = {refArgument("log", *scope.ref)};
-    try {
-        return LogParser::parse(runner_.bytes(logArguments(scopeArguments, limit, filter)));
-    } catch (const GitError&) {
-        // On a branch that has no commit yet HEAD names nothing; the other branches still have their history.
-        if (scope.ref || resolvesHead())
-            throw;
+    return LogParser::parse(
+        walkHistory(scope, [&](const Arguments& refs) { return logArguments(refs, limit, filter); }));
+}
+
+std::optional<int> GitRepository::position(const HistoryScope& scope, const std::string& hash) const
+{
+    const std::string lines = walkHistory(scope, [](const Arguments& refs) {
+        Arguments arguments{"rev-list", "--date-order"};
+        arguments.insert(arguments.end(), refs.begin(), refs.end());
+        arguments.emplace_back("--");
+        return arguments;
+    });
+    int before = 0;
+    for (std::string_view rest = lines; !rest.empty(); ++before) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        if (rest.substr(0, end) == hash)
+            return before;
+        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
-    scopeArguments.pop_back();
-    return LogParser::parse(runner_.bytes(logArguments(scopeArguments, limit, filter)));
+    return std::nullopt;
 }
 
 GitRepository::GitDirectories GitRepository::gitDirectories() const

@@ -50,6 +50,9 @@ public:
     std::vector<Stash> stashes() const;
     /// The newest `limit` commits of `scope`, only those that match `filter` when there is one.
     std::vector<Commit> log(const HistoryScope& scope, int limit, const std::optional<HistoryFilter>& filter) const;
+    /// How many commits log() lists before the one with this full hash; nothing when `scope` does not hold it. Costs
+    /// what walking the whole history costs.
+    std::optional<int> position(const HistoryScope& scope, const std::string& hash) const;
 
     /// The directories that hold this working tree's own git data and the data it shares with other working trees, as
     /// absolute paths; the same path twice in an ordinary repository.
@@ -178,6 +181,9 @@ public:
     void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
 
 private:
+    using Arguments = std::vector<std::string>;
+    std::string walkHistory(const HistoryScope& scope,
+                            const std::function<Arguments(const Arguments& scope)>& command) const;
     ParsedDiff diff(const std::vector<std::string>& arguments, const std::vector<int>& accepting,
                     WhiteSpace whiteSpace) const;
     void requireIndexHolds(const PartialChange& change) const;

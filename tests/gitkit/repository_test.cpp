@@ -97,6 +97,10 @@ TEST(GitRepository, ReadsAWholeRepository)
     EXPECT_EQ(CommitGraph::layout(commits).laneCount, 2);
     EXPECT_EQ(repository.log({}, 2, {}).size(), 2u);
     EXPECT_THAT(history(repository, HistoryScope::of("refs/heads/side")), ElementsAre("side work", "one"));
+    for (int row = 0; row < 4; ++row)
+        EXPECT_EQ(repository.position({}, commits[static_cast<std::size_t>(row)].hash), row);
+    EXPECT_EQ(repository.position(HistoryScope::of("refs/heads/side"), commits[3].hash), 1);
+    EXPECT_EQ(repository.position(HistoryScope::of("refs/heads/side"), commits[0].hash), std::nullopt);
     EXPECT_EQ(repository.commitMessage(refs[4].hash), "one");
     EXPECT_EQ(repository.git({"rev-parse", "HEAD"}), repo.head() + "\n");
 }
