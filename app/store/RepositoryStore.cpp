@@ -6,7 +6,9 @@ namespace plovik {
 
 RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker, StoreServices services)
     : repo_(std::move(root)), worker_(worker), services_(std::move(services))
-{}
+{
+    observePlace();
+}
 
 // What is awaiting git keeps only a weak reference to the token, and finds it gone.
 RepositoryStore::~RepositoryStore() = default;

@@ -7,6 +7,7 @@
 #include "app/store/HistoryPage.h"
 #include "app/store/HistoryRow.h"
 #include "app/store/InspectedFile.h"
+#include "app/store/NavigationTrail.h"
 #include "app/store/SheetKind.h"
 #include "app/store/SidebarItem.h"
 #include "app/store/StoreServices.h"
@@ -75,6 +76,16 @@ public:
     QProperty<bool> amend{false};
     QProperty<bool> generatingMessage{false};
 
+    // The way through the window.
+    QProperty<bool> canGoBack{false};
+    QProperty<bool> canGoForward{false};
+    /// Grows whenever the selected commit is to be brought into sight, though it may be selected already.
+    QProperty<qint64> commitReveals{0};
+    /// What is being looked for, once that takes a moment. Locks out no action.
+    QProperty<std::optional<QString>> lookup;
+    /// Something to tell quietly; empty again once it no longer matters.
+    QProperty<QString> notice;
+
     // What is going on.
     QProperty<std::optional<QString>> activity;
     QProperty<std::optional<QString>> errorMessage;
@@ -96,17 +107,26 @@ public:
     /// Asks for a new read and returns at once. Requests made while one runs fold into a single further pass.
     void refresh(RefreshScope scope);
 
-    /// To be called after `selection` was written: brings the history page in line with it.
+    /// To be called after `selection` was written: brings the history page in line with it. A ref's own commit is
+    /// selected and brought into sight.
     void selectionChanged();
 
     /// Shows 500 commits more, when there are more.
     void loadMoreHistory();
     /// To be called after `historySearch` or `historySearchField` was written: searches once typing has paused.
     void historySearchChanged();
-    /// Shows a commit in the history, wherever the user is now.
-    void showCommit(const std::string& hash);
     /// Moves the commit selection by rows; selects the first row when there is none.
     void moveCommitSelection(int rows);
+    /// Selects a commit of the page on the way to another, as held keys do: going back does not stop at it.
+    void walkToCommit(const std::string& hash);
+
+    /// Shows a commit in the history, wherever the user is now: in the loaded history when that holds it, otherwise in
+    /// that of all refs, as far down as it takes. Tells in `notice` when no branch or tag leads to it. A part of a hash
+    /// will do. What the user does meanwhile is the newer wish, and wins.
+    void showCommit(const std::string& hash);
+    /// To the selection before, or again to the one after. What is gone by now is skipped.
+    void goBack() { travel(NavigationTrail::Direction::back); }
+    void goForward() { travel(NavigationTrail::Direction::forward); }
 
     // Actions. Each shows what it does in `activity` and its failure in `errorMessage`, and reads the repository again
     // afterwards. While one runs, another is dropped.
@@ -243,6 +263,33 @@ private:
     std::optional<gitkit::HistoryFilter> historyFilter() const;
     void applyHistory(HistoryPage page, bool filtered);
 
+    /// A commit that is to be selected as soon as the history that is being loaded holds it.
+    struct WantedCommit {
+        enum class Arrival { newPlace, samePlace };
+        std::optional<std::string> hash; ///< the first row's without: the tip of a ref
+        Arrival arrival = Arrival::samePlace;
+    };
+    void observePlace();
+    NavigationPlace place() const;
+    void placeChanged();
+    qint64 beginNavigation();
+    void travel(NavigationTrail::Direction direction);
+    QCoro::Task<> travelling(NavigationTrail::Direction direction, qint64 request);
+    QCoro::Task<> showingCommit(std::string name, qint64 request);
+    bool isGone(const NavigationPlace& place) const;
+    bool arrivesAtOnce(const NavigationPlace& place) const;
+    void arriveAt(const NavigationPlace& place);
+    void loadAsFarAs(const SidebarItem& item, int position, WantedCommit wanted);
+    std::optional<std::string> wantedOnPage(const std::vector<HistoryRow>& page, bool filtered) const;
+    void selectWanted(const std::string& hash);
+    void missWanted();
+    void fillPlace();
+    void showTipOfRef();
+    bool isOnPage(const std::string& hash) const;
+    void updateTravel();
+    void lookFor(const std::string& hash);
+    void tell(const QString& sentence);
+
     gitkit::GitRepository repo_;
     Worker& worker_;
     StoreServices services_;
@@ -262,8 +309,19 @@ private:
 
     int historyLimit_ = pageSize;
     SidebarItem historyScopeItem_ = SidebarItem::history();
+    SidebarItem shownScopeItem_ = SidebarItem::history(); ///< whose history the page is
     qint64 historyToken_ = 0;
     std::unique_ptr<Worker::Delay> historySearchDelay_;
+
+    NavigationTrail trail_{{SidebarItem::workingCopy(), std::nullopt}};
+    std::optional<WantedCommit> wanted_;
+    qint64 navigationRequest_ = 0;
+    bool isFollowing_ = false;   ///< selections change by themselves, not by the user
+    bool isWalking_ = false;     ///< the selection changes on the way to another
+    bool hasJustWalked_ = false; ///< so the present place is one on the way
+    std::unique_ptr<Worker::Delay> walkPause_;
+    std::unique_ptr<Worker::Delay> lookupDelay_;
+    std::vector<QPropertyNotifier> placeNotifiers_;
     bool isRefreshing_ = false;
     std::optional<RefreshScope> pendingRefresh_;
     QString statusProblem_;  ///< why the last status read failed

@@ -2,6 +2,8 @@
 
 #include "app/store/RepositoryStore.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <utility>
 
@@ -61,18 +63,27 @@ QCoro::Task<> RepositoryStore::reloadHistory()
 
 void RepositoryStore::applyHistory(HistoryPage page, bool filtered)
 {
+    const QScopedValueRollback following(isFollowing_, true);
+    const std::optional<std::string> wanted = wantedOnPage(page.rows, filtered);
     const bool keepsSelection = selectedCommit.value() && std::ranges::any_of(page.rows, [this](const HistoryRow& row) {
                                     return row.commit.hash == *selectedCommit.value();
                                 });
     // What the rows are drawn with goes first, so that a view that redraws on `history` finds it in place.
     isHistoryFiltered = filtered;
+    shownScopeItem_ = historyScopeItem_;
     if (!showsCommitsOf(history.value(), page.rows)) {
         graphLanes = page.laneCount;
         history = std::move(page.rows);
     }
     hasMoreHistory = page.hasMore;
-    if (!keepsSelection)
+    if (wanted)
+        selectWanted(*wanted);
+    else if (!keepsSelection)
         selectedCommit = std::nullopt;
+    // Before the first status nothing was read.
+    if (wanted_ && !wanted && status.value().hasCommits())
+        missWanted();
+    fillPlace();
 }
 
 void RepositoryStore::loadMoreHistory()
@@ -93,15 +104,6 @@ void RepositoryStore::historySearchChanged()
     });
 }
 
-void RepositoryStore::showCommit(const std::string& hash)
-{
-    if (selection.value() != SidebarItem::history()) {
-        selection = SidebarItem::history();
-        selectionChanged();
-    }
-    selectedCommit = hash;
-}
-
 void RepositoryStore::moveCommitSelection(int rows)
 {
     const std::vector<HistoryRow>& page = history.value();
@@ -115,7 +117,7 @@ void RepositoryStore::moveCommitSelection(int rows)
             target = std::clamp<std::ptrdiff_t>(selected - page.begin() + rows, 0, last);
         }
     }
-    selectedCommit = page[static_cast<std::size_t>(target)].commit.hash;
+    walkToCommit(page[static_cast<std::size_t>(target)].commit.hash);
 }
 
 } // namespace plovik

@@ -2,6 +2,8 @@
 
 #include "app/store/RepositoryStore.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <utility>
 
@@ -118,6 +120,7 @@ bool RepositoryStore::hasRef(const std::string& fullName) const
 
 void RepositoryStore::dropStaleSelection()
 {
+    const QScopedValueRollback following(isFollowing_, true);
     if (selection.value().isRef() && !hasRef(selection.value().refName))
         selection = SidebarItem::history();
     // The page of a ref that is gone would only fail; the reload that follows takes all of history.
@@ -135,11 +138,17 @@ void RepositoryStore::dropStaleSelection()
 void RepositoryStore::selectionChanged()
 {
     const SidebarItem& item = selection.value();
-    if (!item.showsHistory() || item == historyScopeItem_)
+    if (!item.showsHistory())
         return;
-    historyScopeItem_ = item;
-    historyLimit_ = pageSize;
-    launch(reloadHistory());
+    const bool isLoaded = item == historyScopeItem_;
+    if (!isLoaded) {
+        historyScopeItem_ = item;
+        historyLimit_ = pageSize;
+    }
+    if (item.isRef())
+        showTipOfRef();
+    if (!isLoaded)
+        launch(reloadHistory());
 }
 
 } // namespace plovik

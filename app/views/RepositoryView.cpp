@@ -50,6 +50,7 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
 
     const auto showProblem = [this] { problem_->setText(store_.readProblem.value()); };
     notifiers_.push_back(store.readProblem.addNotifier(showProblem));
+    notifiers_.push_back(store.notice.addNotifier([this] { showNotice(store_.notice.value()); }));
     notifiers_.push_back(store.selection.addNotifier([this] { showSelection(); }));
     showProblem();
     showSelection();

@@ -54,6 +54,7 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
 
     notifiers_.push_back(store.status.addNotifier([this] { statusChanged(); }));
     notifiers_.push_back(store.activity.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.lookup.addNotifier([this] { activityChanged(); }));
     applyTheme();
     statusChanged();
     activityChanged();
@@ -105,7 +106,7 @@ void Toolbar::statusChanged()
 
 void Toolbar::activityChanged()
 {
-    const QString text = store_.activity.value().value_or(QString());
+    const QString text = store_.activity.value().value_or(store_.lookup.value().value_or(QString()));
     activity_->setText(text);
     activity_->setAccessibleDescription(text);
     spinner_->setVisible(!text.isEmpty());
