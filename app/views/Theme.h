@@ -22,9 +22,14 @@ struct Theme {
     QColor control, controlBorder, controlHover, controlPressed, disabledText;
     QColor field, indicatorBorder; ///< inside of text fields; border of an empty check box
     QColor addedLine, addedWords, removedLine, removedWords;
+    QColor found, foundCurrent; ///< behind what a search has found, and the one that it stands at
+    QColor checker; ///< every other square behind a picture
+    QColor syntaxKeyword, syntaxType, syntaxString, syntaxNumber; ///< code, on every line and mark of a diff
+    QColor syntaxComment, syntaxPreprocessor, syntaxFunction, syntaxName;
     QColor hunkHeader, hunkHeaderText;
     QColor gutter, gutterText;
     QColor tagBadge, tagBadgeText;
+    QColor blameNew, blameOld, blameText, blameLine; ///< behind the newest and the oldest lines, on both, between runs
     QColor statusAdded, statusModified, statusDeleted, statusRenamed, statusConflicted, statusUntracked; ///< letters
     QColor warning, warningText; ///< the bar that says what could not be read
     std::array<QColor, 8> lanes; ///< blue, purple, green, orange, pink, teal, red, indigo

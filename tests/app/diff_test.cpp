@@ -1,109 +1,17 @@
-#include "GitKit/parsers/DiffParser.h"
 #include "app/settings/Settings.h"
 #include "app/views/Theme.h"
-#include "app/views/diff/DiffSectionView.h"
-#include "app/views/diff/DiffView.h"
+#include "tests/app/DiffViewTest.h"
 
 #include <QAccessible>
-#include <QApplication>
-#include <QClipboard>
 #include <QImage>
-#include <QKeyEvent>
-#include <QMouseEvent>
-#include <QPushButton>
-#include <QScrollBar>
-
-#include <gtest/gtest.h>
 
 namespace plovik {
 namespace {
 
 using namespace Qt::StringLiterals;
-using gitkit::DiffParser;
 using Verb = DiffAction::Verb;
 using Part = DiffAction::Part;
 using Use = DiffContent::Use;
-
-constexpr std::string_view header = "diff --git a/f b/f\nindex 1111..2222 100644\n--- a/f\n+++ b/f\n";
-
-/// Rows 0 to 9; changes are 2, 3, 4 and 8.
-const std::string twoHunks = std::string(header) + "@@ -1,3 +1,4 @@ one\n a\n-\tb\n+\tB\n+c\n d\n"
-                                                   "@@ -20,2 +21,3 @@ two\n x\n+y\n z\n";
-
-DiffContent contentOf(std::string_view text, Use use = Use::stageAndDiscard, const QString& title = u"Unstaged"_s)
-{
-    DiffContent content;
-    content.title = title;
-    content.name = title + u" Diff"_s;
-    content.detail = u"f"_s;
-    content.diff = DiffParser::parse(text);
-    content.use = use;
-    return content;
-}
-
-class DiffViewTest : public testing::Test {
-protected:
-    DiffViewTest()
-    {
-        view.resize(700, 300);
-        view.show();
-        QObject::connect(&view, &DiffView::actionRequested, &view,
-                         [this](const DiffContent&, const DiffAction& action) { asked.push_back(action); });
-    }
-
-    void show(std::vector<DiffContent> contents, DiffPlace place = DiffPlace::start)
-    {
-        view.setContents(std::move(contents), place);
-        QApplication::processEvents();
-    }
-    DiffSectionView& section(std::size_t index = 0) { return *view.sections()[index]; }
-
-    void mouse(QEvent::Type type, QPoint at, Qt::KeyboardModifiers modifiers = {})
-    {
-        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, at, section().mapToGlobal(QPointF(at)), Qt::LeftButton, held, modifiers);
-        QApplication::sendEvent(&section(), &event);
-    }
-    QPoint inGutter(int row) { return {20, section().rowRect(row).center().y()}; }
-    QPoint inCode(int row, double column)
-    {
-        const DiffMetrics& metrics = section().metrics();
-        return {metrics.codeLeft + qRound(column * metrics.cell), section().rowRect(row).center().y()};
-    }
-    void click(QPoint at, Qt::KeyboardModifiers modifiers = {})
-    {
-        mouse(QEvent::MouseButtonPress, at, modifiers);
-        mouse(QEvent::MouseButtonRelease, at, modifiers);
-    }
-    void drag(QPoint from, QPoint to)
-    {
-        mouse(QEvent::MouseButtonPress, from);
-        mouse(QEvent::MouseMove, to);
-        mouse(QEvent::MouseButtonRelease, to);
-    }
-    void hover(QPoint at)
-    {
-        QMouseEvent event(QEvent::MouseMove, at, section().mapToGlobal(QPointF(at)), Qt::NoButton, Qt::NoButton, {});
-        QApplication::sendEvent(&section(), &event);
-    }
-    void press(int key, Qt::KeyboardModifiers modifiers = {})
-    {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers);
-        QApplication::sendEvent(&section(), &event);
-    }
-    QPushButton* button(const QString& name)
-    {
-        for (QPushButton* each : view.findChildren<QPushButton*>()) {
-            if (each->accessibleName() == name && each->isVisible())
-                return each;
-        }
-        return nullptr;
-    }
-    static QString copied() { return QApplication::clipboard()->text(); }
-
-    DiffView view;
-    std::vector<DiffAction> asked;
-};
 
 using Ids = std::set<int>;
 
@@ -211,7 +119,7 @@ TEST_F(DiffViewTest, OffersButtonsForTheHunkAndTheLinesAtHand)
 
 std::string longDiff(int lines, int changed = -1)
 {
-    std::string text = std::string(header) + "@@ -1," + std::to_string(lines) + " +1,1 @@\n";
+    std::string text = std::string(diffHeader) + "@@ -1," + std::to_string(lines) + " +1,1 @@\n";
     for (int line = 0; line < lines; ++line)
         text += line % 10 == 0 ? (line == changed ? "+changed\n" : "+added\n") : " context\n";
     return text;
@@ -295,7 +203,7 @@ int pixels(DiffView& view, const DiffSectionView& section, int row, const QColor
 
 TEST_F(DiffViewTest, MarksWhatChangedAndWhatCannotBeSeen)
 {
-    show({contentOf(std::string(header) + "@@ -1,4 +1,4 @@\n-keep(old);\n+keep(fresh);\n+end \n ctx \n+plain\n")});
+    show({contentOf(std::string(diffHeader) + "@@ -1,4 +1,4 @@\n-keep(old);\n+keep(fresh);\n+end \n ctx \n+plain\n")});
     const Theme& theme = Theme::current();
     EXPECT_GT(pixels(view, section(), 1, theme.removedWords), 50);
     EXPECT_GT(pixels(view, section(), 2, theme.addedWords), 50);
@@ -319,16 +227,20 @@ TEST_F(DiffViewTest, FollowsTheCodeFontsSize)
 TEST_F(DiffViewTest, ShapesOnlyWhatIsInSightOfAnEndlessLine)
 {
     // Shaped whole, a line like this takes minutes and gigabytes under the sanitizers.
-    std::string text = std::string(header) + "@@ -1 +1 @@\n-x\n+";
+    std::string text = std::string(diffHeader) + "@@ -1 +1 @@\n-x\n+";
     for (int i = 0; i < 1 << 20; ++i)
         text += "word\t\xE6\x97\xA5 ";
     show({contentOf(text + "\n")});
-    view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->maximum() / 2);
-    click(inCode(2, 3));
-    for (int step = 0; step < 20; ++step) {
-        view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->value() + 500);
-        view.grab();
+    for (const DiffLayout layout : {DiffLayout::unified, DiffLayout::sideBySide}) {
+        view.setLayout(layout);
+        view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->maximum() / 2);
+        click(inCode(2, 3));
+        for (int step = 0; step < 20; ++step) {
+            view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->value() + 500);
+            view.grab();
+        }
     }
+    view.setLayout(DiffLayout::unified);
     const ShownLine& line = section().document().shown(2);
     EXPECT_LE(line.shown.size(), 4 * ShownLine::mostShown);
     EXPECT_GT(line.notShown, 0);

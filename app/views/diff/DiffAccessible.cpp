@@ -45,10 +45,10 @@ public:
 
     void selection(int index, int* start, int* end) const override
     {
-        const DiffSelection::Rows rows = view()->selection().rows();
-        const bool isOne = index == 0 && rows.end > rows.first;
-        *start = isOne ? startOf(rows.first) : 0;
-        *end = isOne ? startOf(std::min(rows.end, view()->document().rowCount())) : 0;
+        const std::vector<int> rows = view()->selectedRows();
+        const bool isOne = index == 0 && !rows.empty();
+        *start = isOne ? startOf(rows.front()) : 0;
+        *end = isOne ? startOf(rows.back() + 1) : 0;
     }
     int selectionCount() const override { return view()->selection().isEmpty() ? 0 : 1; }
     void addSelection(int, int) override {}
@@ -62,7 +62,7 @@ public:
     }
     int offsetAtPoint(const QPoint& point) const override
     {
-        const int row = view()->metrics().rowAt(view()->mapFromGlobal(point).y() - view()->rowRect(0).top());
+        const int row = view()->rowNear(view()->mapFromGlobal(point));
         return row < 0 ? 0 : startOf(row);
     }
     void scrollToSubstring(int start, int) override { Q_EMIT view()->revealRequested(view()->rowRect(rowAt(start))); }

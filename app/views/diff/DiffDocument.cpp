@@ -5,6 +5,7 @@
 #include <QCache>
 
 #include <algorithm>
+#include <climits>
 
 namespace plovik {
 
@@ -36,34 +37,125 @@ DiffDocument& DiffDocument::operator=(DiffDocument&&) noexcept = default;
 
 DiffDocument::DiffDocument(gitkit::ParsedDiff diff) : diff_(std::move(diff)), caches_(std::make_unique<Caches>())
 {
+    makeRows();
+}
+
+void DiffDocument::setGaps(DiffGaps gaps, Headers headers)
+{
+    gaps_ = std::move(gaps);
+    headers_ = headers;
+    rows_.clear();
+    rowOfLine_.clear();
+    hunks_.clear();
+    caches_ = std::make_unique<Caches>();
+    makeRows();
+}
+
+void DiffDocument::makeRows()
+{
     rows_.reserve(diff_.lines.size());
-    for (const gitkit::DiffLine& line : diff_.lines)
-        addRow(line);
+    rowOfLine_.reserve(diff_.lines.size());
+    for (const gitkit::DiffLine& line : diff_.lines) {
+        if (line.kind == Kind::hunk)
+            addHunk(line);
+        else
+            addRow(line);
+    }
+    if (gaps_.areKnown()) {
+        const DiffGaps::Gap& last = gaps_.gap(gaps_.count() - 1);
+        addGap(last, 0, last.top);
+        if (last.rest() > 0) {
+            rest_ = std::to_string(last.rest()) + (last.rest() == 1 ? " more line" : " more lines");
+            Row rest;
+            rest.kind = Kind::hunk;
+            push(std::move(rest));
+        }
+    }
     if (!hunks_.empty())
         hunks_.back().end = rowCount();
     if (!isCombined_)
         pairChanges();
 }
 
+void DiffDocument::addHunk(const gitkit::DiffLine& line)
+{
+    const DiffGaps::Gap gap = gaps_.areKnown() ? gaps_.gap(static_cast<int>(hunks_.size())) : DiffGaps::Gap();
+    addGap(gap, 0, gap.top);
+    if (!hunks_.empty())
+        hunks_.back().end = rowCount();
+    hunks_.push_back({rowCount(), 0});
+    const std::size_t marks = line.text.find_first_not_of('@');
+    isCombined_ = marks != std::string::npos && marks > 2;
+    extraSigns_ = isCombined_ ? marks - 2 : 0;
+    combinedNumber_ = gitkit::HunkStart::of(line.text).now;
+    if (headers_ == Headers::atGaps && gap.size > 0 && gap.rest() == 0)
+        rowOfLine_.push_back(rowCount());
+    else
+        addRow(line);
+    addGap(gap, gap.size - gap.bottom, gap.bottom);
+}
+
 void DiffDocument::addRow(const gitkit::DiffLine& line)
 {
-    Row row{line.kind, line.id, signOf(line.kind), line.oldNumber, line.newNumber, 0, -1};
-    if (line.kind == Kind::hunk) {
-        if (!hunks_.empty())
-            hunks_.back().end = rowCount();
-        hunks_.push_back({rowCount(), 0});
-        const std::size_t marks = line.text.find_first_not_of('@');
-        isCombined_ = marks != std::string::npos && marks > 2;
-        extraSigns_ = isCombined_ ? marks - 2 : 0;
-        combinedNumber_ = gitkit::HunkStart::of(line.text).now;
-    } else if (isCombined_ && row.isCode()) {
+    Row row{.kind = line.kind,
+            .id = line.id,
+            .line = static_cast<int>(rowOfLine_.size()),
+            .sign = signOf(line.kind),
+            .oldNumber = line.oldNumber,
+            .newNumber = line.newNumber};
+    if (isCombined_ && row.isCode())
         takeCombinedSigns(row, line);
-    }
-    row.hunk = static_cast<int>(hunks_.size()) - 1;
-    largestNumber_ = std::max({largestNumber_, row.oldNumber.value_or(0), row.newNumber.value_or(0)});
+    if (row.kind == Kind::deletion)
+        row.side = DiffSide::before;
+    else if (row.kind == Kind::addition)
+        row.side = DiffSide::after;
+    else if (row.kind == Kind::meta && !rows_.empty())
+        row.side = rows_.back().side; // a note on the line before it
     if (row.isCode())
         longestLine_ = std::max(longestLine_, columnsOf(line.text));
+    rowOfLine_.push_back(rowCount());
+    push(std::move(row));
+}
+
+void DiffDocument::addGap(const DiffGaps::Gap& gap, int from, int count)
+{
+    for (int i = from; i < from + count; ++i) {
+        Row row;
+        row.oldNumber = gap.oldFirst + i;
+        row.newNumber = gap.newFirst + i;
+        longestLine_ = std::max(longestLine_, columnsOf(gaps_.line(*row.oldNumber, *row.newNumber)));
+        push(std::move(row));
+    }
+}
+
+void DiffDocument::push(Row row)
+{
+    row.hunk =
+        gaps_.areKnown() ? std::max(0, static_cast<int>(hunks_.size()) - 1) : static_cast<int>(hunks_.size()) - 1;
+    largestNumber_ = std::max({largestNumber_, row.oldNumber.value_or(0), row.newNumber.value_or(0)});
+    hasOldLines_ = hasOldLines_ || row.oldNumber;
+    hasNewLines_ = hasNewLines_ || row.newNumber;
     rows_.push_back(std::move(row));
+}
+
+DiffDocument::Place DiffDocument::placeOf(int row) const
+{
+    const Row& at = this->row(row);
+    return {at.line, at.isRest() ? INT_MAX : at.newNumber.value_or(0)};
+}
+
+int DiffDocument::rowOf(const Place& place) const
+{
+    if (place.line >= 0 && place.line < static_cast<int>(rowOfLine_.size()))
+        return std::min(rowOfLine_[static_cast<std::size_t>(place.line)], rowCount() - 1);
+    const auto next = std::ranges::find_if(
+        rows_, [&place](const Row& row) { return row.isCode() && row.newNumber.value_or(0) >= place.number; });
+    return std::min(static_cast<int>(next - rows_.begin()), rowCount() - 1);
+}
+
+DiffLayout DiffDocument::layoutFor(DiffLayout wanted) const
+{
+    return isCombined_ || !hasOldLines_ || !hasNewLines_ ? DiffLayout::unified : wanted;
 }
 
 void DiffDocument::takeCombinedSigns(Row& row, const gitkit::DiffLine& line)
@@ -109,8 +201,13 @@ void DiffDocument::pairChanges()
 
 std::string_view DiffDocument::bytes(int row) const
 {
-    const std::string_view text = diff_.lines[static_cast<std::size_t>(row)].text;
-    return this->row(row).isCode() ? text.substr(std::min(extraSigns_, text.size())) : text;
+    const Row& at = this->row(row);
+    if (at.isRest())
+        return rest_;
+    if (at.line < 0)
+        return gaps_.line(*at.oldNumber, *at.newNumber);
+    const std::string_view text = diff_.lines[static_cast<std::size_t>(at.line)].text;
+    return at.isCode() ? text.substr(std::min(extraSigns_, text.size())) : text;
 }
 
 const ShownLine& DiffDocument::shown(int row) const

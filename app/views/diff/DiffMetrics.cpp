@@ -3,6 +3,7 @@
 #include "app/settings/CodeFont.h"
 #include "app/views/Theme.h"
 #include "app/views/diff/DiffDocument.h"
+#include "app/views/diff/DiffLines.h"
 
 #include <QFontInfo>
 #include <QFontMetricsF>
@@ -12,7 +13,7 @@
 
 namespace plovik {
 
-DiffMetrics DiffMetrics::of(const DiffDocument& document)
+DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines)
 {
     constexpr double heightPerPixel = 20.0 / 12;
     constexpr double tightest = 0.95; // of what the font asks for: its own lines are wide apart
@@ -31,27 +32,29 @@ DiffMetrics DiffMetrics::of(const DiffDocument& document)
     const double digit = QFontMetricsF(metrics.numberFont).horizontalAdvance(QLatin1Char('0'));
     metrics.numberWidth = static_cast<int>(std::ceil(digit * digits));
     // A merge's old lines have several numbers; none is shown.
-    metrics.gutterWidth =
-        document.isCombined() ? 2 * margin + metrics.numberWidth : 2 * margin + 2 * metrics.numberWidth + numberGap;
+    const bool hasOneNumber = document.isCombined() || lines.areSideBySide();
+    metrics.gutterWidth = 2 * margin + metrics.numberWidth + (hasOneNumber ? 0 : metrics.numberWidth + numberGap);
+    constexpr int moreButtons = 3;
+    metrics.hunkTextLeft = std::max(metrics.gutterWidth, moreLeft + moreButtons * moreWidth) + 6;
     const int signs = document.isCombined() ? 2 : 1;
     metrics.codeLeft = metrics.gutterWidth + static_cast<int>(std::ceil(metrics.cell * (signs + 0.5))) + 8;
 
-    metrics.tops.reserve(static_cast<std::size_t>(document.rowCount()) + 1);
+    metrics.tops.reserve(static_cast<std::size_t>(lines.count()) + 1);
     int top = 0;
     metrics.tops.push_back(top);
-    for (int row = 0; row < document.rowCount(); ++row) {
-        const bool isHunk = document.row(row).kind == gitkit::DiffLine::Kind::hunk;
+    for (int line = 0; line < lines.count(); ++line) {
+        const bool isHunk = document.row(lines.rowAt(line, DiffSide::both)).kind == gitkit::DiffLine::Kind::hunk;
         top += isHunk ? metrics.hunkHeight : metrics.lineHeight;
         metrics.tops.push_back(top);
     }
     return metrics;
 }
 
-int DiffMetrics::rowAt(int y) const
+int DiffMetrics::lineAt(int y) const
 {
     const auto after = std::ranges::upper_bound(tops, y);
-    const auto row = static_cast<int>(after - tops.begin()) - 1;
-    return std::clamp(row, tops.size() > 1 ? 0 : -1, static_cast<int>(tops.size()) - 2);
+    const auto line = static_cast<int>(after - tops.begin()) - 1;
+    return std::clamp(line, tops.size() > 1 ? 0 : -1, static_cast<int>(tops.size()) - 2);
 }
 
 } // namespace plovik

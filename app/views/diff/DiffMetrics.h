@@ -7,6 +7,7 @@
 namespace plovik {
 
 class DiffDocument;
+class DiffLines;
 
 /// Where things stand in a diff, in device-independent pixels: follows the code font. Value.
 struct DiffMetrics {
@@ -15,20 +16,24 @@ struct DiffMetrics {
     int lineHeight = 20; ///< 20 at 12 points
     int hunkHeight = 28;
     int numberWidth = 0;
-    int gutterWidth = 0;   ///< both numbers
-    int codeLeft = 0;      ///< where code begins, behind the sign
-    std::vector<int> tops; ///< of each row, and the end of the last
+    int gutterWidth = 0;   ///< both numbers, or the one of a side
+    int codeLeft = 0;      ///< where code begins in its cell, behind the sign
+    int hunkTextLeft = 0;  ///< behind the buttons that show more lines
+    std::vector<int> tops; ///< of each line, and the end of the last
 
     static constexpr int margin = 12;
     static constexpr int numberGap = 20;
 
-    static DiffMetrics of(const DiffDocument& document);
+    static constexpr int moreLeft = 8;   ///< of the first button that shows more lines
+    static constexpr int moreWidth = 24; ///< from one of them to the next
 
-    int top(int row) const { return tops[static_cast<std::size_t>(row)]; }
-    int height(int row) const { return top(row + 1) - top(row); }
+    static DiffMetrics of(const DiffDocument& document, const DiffLines& lines);
+
+    int top(int line) const { return tops[static_cast<std::size_t>(line)]; }
+    int height(int line) const { return top(line + 1) - top(line); }
     int total() const { return tops.back(); }
-    /// The row at a height; the first or last one outside of them, -1 when there are none.
-    int rowAt(int y) const;
+    /// The line at a height; the first or last one outside of them, -1 when there are none.
+    int lineAt(int y) const;
 };
 
 } // namespace plovik

@@ -3,6 +3,7 @@
 #include "app/views/RowPainting.h"
 #include "app/views/Theme.h"
 #include "app/views/diff/DiffDocument.h"
+#include "app/views/diff/DiffFound.h"
 #include "app/views/diff/DiffMetrics.h"
 #include "app/views/diff/DiffSelection.h"
 
@@ -126,49 +127,67 @@ DiffRowPainter::Slice DiffRowPainter::slice(int row) const
     return slice;
 }
 
-void DiffRowPainter::paint(QPainter& painter, int row, const QRect& area, const DiffSelection& selection,
-                           int room) const
+void DiffRowPainter::paint(QPainter& painter, const DiffCell& cell, const DiffSelection& selection, int room) const
 {
-    const DiffDocument::Row& line = document_.row(row);
-    if (line.kind == Kind::hunk) {
-        paintHunk(painter, row, area, room);
+    if (cell.row < 0) {
+        paintNothing(painter, cell.area);
         return;
     }
-    painter.fillRect(area, lineColor(line.kind));
-    painter.save();
-    painter.setClipRect(area.adjusted(metrics_.codeLeft - 2, 0, 0, 0), Qt::IntersectClip);
-    if (line.kind == Kind::meta) {
-        QFont quiet = metrics_.numberFont;
-        quiet.setItalic(true);
-        QString note = document_.text(row);
-        if (note.startsWith(u"\\ "_s))
-            note.remove(0, 2);
-        paintText(painter, area.adjusted(metrics_.codeLeft, 0, 0, 0), note, quiet, Theme::current().secondaryText);
-    } else {
-        paintCode(painter, row, area, selection);
+    const DiffDocument::Row& line = document_.row(cell.row);
+    if (line.kind == Kind::hunk) {
+        paintHunk(painter, cell, room);
+        return;
     }
+    painter.fillRect(cell.area, lineColor(line.kind));
+    painter.save();
+    painter.setClipRect(cell.area.adjusted(metrics_.codeLeft - 2, 0, 0, 0), Qt::IntersectClip);
+    if (line.kind == Kind::meta)
+        paintNote(painter, cell);
+    else
+        paintCode(painter, cell, selection);
     painter.restore();
-    paintGutter(painter, row, area);
-    if (line.isChange() && selection.holds(row)) {
+    paintGutter(painter, cell);
+    if (line.isChange() && selection.holds(cell.line, line.side)) {
         painter.setPen(Theme::current().accent);
         painter.setBrush(Qt::NoBrush);
-        painter.drawRect(area.adjusted(0, 0, -1, -1));
+        painter.drawRect(cell.area.adjusted(0, 0, -1, -1));
     }
 }
 
-void DiffRowPainter::paintHunk(QPainter& painter, int row, const QRect& area, int room) const
+void DiffRowPainter::paintHunk(QPainter& painter, const DiffCell& cell, int room) const
 {
     const Theme& theme = Theme::current();
-    painter.fillRect(area, theme.hunkHeader);
-    const ShownLine& line = document_.shown(row);
-    paintText(painter, area.adjusted(DiffMetrics::margin, 0, -room - DiffMetrics::margin, 0), line.shown.left(1000),
-              metrics_.numberFont, theme.hunkHeaderText);
+    painter.fillRect(cell.area, theme.hunkHeader);
+    const ShownLine& line = document_.shown(cell.row);
+    paintText(painter, cell.area.adjusted(metrics_.hunkTextLeft, 0, -room - DiffMetrics::margin, 0),
+              line.shown.left(1000), metrics_.numberFont, theme.hunkHeaderText);
 }
 
-void DiffRowPainter::paintGutter(QPainter& painter, int row, const QRect& area) const
+/// Where one side has no line to stand beside the other's.
+void DiffRowPainter::paintNothing(QPainter& painter, const QRect& area) const
 {
     const Theme& theme = Theme::current();
-    const DiffDocument::Row& line = document_.row(row);
+    painter.fillRect(area, theme.gutter);
+    // The pattern goes on from line to line, wherever the view is scrolled to.
+    painter.setBrushOrigin(0, 0);
+    painter.fillRect(area, QBrush(mix(theme.separator, theme.gutter, 0.7F), Qt::BDiagPattern));
+}
+
+void DiffRowPainter::paintNote(QPainter& painter, const DiffCell& cell) const
+{
+    QFont quiet = metrics_.numberFont;
+    quiet.setItalic(true);
+    QString note = document_.text(cell.row);
+    if (note.startsWith(u"\\ "_s))
+        note.remove(0, 2);
+    paintText(painter, cell.area.adjusted(metrics_.codeLeft, 0, 0, 0), note, quiet, Theme::current().secondaryText);
+}
+
+void DiffRowPainter::paintGutter(QPainter& painter, const DiffCell& cell) const
+{
+    const Theme& theme = Theme::current();
+    const DiffDocument::Row& line = document_.row(cell.row);
+    const QRect& area = cell.area;
     QRect gutter = area;
     gutter.setWidth(metrics_.gutterWidth);
     painter.fillRect(gutter, gutterColor(line.kind));
@@ -179,10 +198,10 @@ void DiffRowPainter::paintGutter(QPainter& painter, int row, const QRect& area) 
             painter.drawText(QRect(area.left(), area.top(), right, area.height()), Qt::AlignRight | Qt::AlignVCenter,
                              QString::number(*value));
     };
-    const int firstRight = DiffMetrics::margin + metrics_.numberWidth;
-    if (!document_.isCombined())
-        number(line.oldNumber, firstRight);
-    number(line.newNumber, metrics_.gutterWidth - DiffMetrics::margin);
+    const int lastRight = metrics_.gutterWidth - DiffMetrics::margin;
+    if (cell.side == DiffSide::both && !document_.isCombined())
+        number(line.oldNumber, DiffMetrics::margin + metrics_.numberWidth);
+    number(cell.side == DiffSide::before ? line.oldNumber : line.newNumber, lastRight);
     if (line.sign.isEmpty())
         return;
     painter.setFont(metrics_.codeFont);
@@ -191,20 +210,23 @@ void DiffRowPainter::paintGutter(QPainter& painter, int row, const QRect& area) 
                      Qt::AlignLeft | Qt::AlignVCenter, line.sign);
 }
 
-void DiffRowPainter::paintCode(QPainter& painter, int row, const QRect& area, const DiffSelection& selection) const
+void DiffRowPainter::paintCode(QPainter& painter, const DiffCell& cell, const DiffSelection& selection) const
 {
+    const int row = cell.row;
     const Slice part = slice(row);
     painter.save();
-    painter.translate(area.left() + metrics_.codeLeft - sight_.offset, area.top());
-    const QRect own(0, 0, area.width(), area.height());
+    painter.translate(cell.area.left() + metrics_.codeLeft - sight_.offset, cell.area.top());
+    const QRect own(0, 0, cell.area.width(), cell.area.height());
     painter.setRenderHint(QPainter::Antialiasing);
     if (document_.row(row).isChange())
         paintMarks(painter, row, part, own);
-    if (selection.hasText())
-        paintSelectedText(painter, row, part, own, selection);
+    if (sight_.found)
+        paintFound(painter, row, part, own);
+    if (selection.hasTextOn(cell.side))
+        paintSelectedText(painter, cell, part, selection);
     painter.setPen(Theme::current().text);
     const double height = part.layout->lineAt(0).height();
-    part.layout->draw(&painter, QPointF(part.left, std::floor((area.height() - height) / 2)));
+    part.layout->draw(&painter, QPointF(part.left, std::floor((own.height() - height) / 2)));
     if (document_.row(row).isChange())
         paintBlanks(painter, row, part, own);
     painter.restore();
@@ -268,20 +290,44 @@ void DiffRowPainter::paintBlanks(QPainter& painter, int row, const Slice& part, 
     }
 }
 
-void DiffRowPainter::paintSelectedText(QPainter& painter, int row, const Slice& part, const QRect& area,
+void DiffRowPainter::paintFound(QPainter& painter, int row, const Slice& part, const QRect& area) const
+{
+    const Theme& theme = Theme::current();
+    for (const DiffFound::Run& run : sight_.found->inRow(row)) {
+        const double left = part.xOfSource(run.begin);
+        const double right = part.xOfSource(run.end);
+        if (right <= left)
+            continue; // out of sight in a long line
+        const bool isCurrent = sight_.found->isCurrent(run);
+        painter.setPen(isCurrent ? QPen(theme.accent, 1) : QPen(Qt::NoPen));
+        painter.setBrush(isCurrent ? theme.foundCurrent : theme.found);
+        painter.drawRoundedRect(QRectF(left - 0.5, 1.5, right - left + 1, area.height() - 3), 3, 3);
+    }
+}
+
+void DiffRowPainter::paintSelectedText(QPainter& painter, const DiffCell& cell, const Slice& part,
                                        const DiffSelection& selection) const
 {
     const DiffPosition begin = selection.textBegin();
     const DiffPosition end = selection.textEnd();
-    if (row < begin.row || row > end.row)
+    if (cell.line < begin.line || cell.line > end.line)
         return;
-    const double left = row == begin.row ? part.xOfSource(begin.column) : 0;
-    double right = part.xOfSource(row == end.row ? end.column : part.line->source.size());
-    if (row < end.row)
+    const double left = cell.line == begin.line ? part.xOfSource(begin.column) : 0;
+    double right = part.xOfSource(cell.line == end.line ? end.column : part.line->source.size());
+    if (cell.line < end.line)
         right += metrics_.cell / 2; // the line's end is selected too
     QColor color = Theme::current().accent;
     color.setAlphaF(Theme::current().isDark ? 0.4F : 0.25F);
-    painter.fillRect(QRectF(left, 0, right - left, area.height()), color);
+    painter.fillRect(QRectF(left, 0, right - left, cell.area.height()), color);
+}
+
+int DiffRowPainter::xOf(int row, qsizetype source) const
+{
+    const ShownLine& line = document_.shown(row);
+    const bool isShapedWhole = line.shown.size() <= longestShaped;
+    const double inside =
+        isShapedWhole ? slice(row).xOfSource(source) : static_cast<double>(line.toShown(source)) * metrics_.cell;
+    return metrics_.codeLeft - sight_.offset + static_cast<int>(inside);
 }
 
 qsizetype DiffRowPainter::sourceAt(int row, int x) const

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "app/views/diff/DiffCell.h"
+
 #include <QColor>
 #include <QList>
-#include <QRect>
 #include <QTextLayout>
 
 #include <memory>
@@ -13,6 +14,7 @@ namespace plovik {
 
 class DiffDocument;
 class DiffSelection;
+struct DiffFound;
 struct DiffMetrics;
 struct ShownLine;
 
@@ -21,8 +23,9 @@ struct ShownLine;
 class DiffRowPainter {
 public:
     struct Sight {
-        int width = 0;  ///< of a row, gutter included
-        int offset = 0; ///< by how much the code is scrolled to the left
+        int width = 0;                    ///< of a cell, gutter included
+        int offset = 0;                   ///< by how much the code is scrolled to the left
+        const DiffFound* found = nullptr; ///< what a search has found; null without one
     };
 
     DiffRowPainter(const DiffDocument& document, const DiffMetrics& metrics, Sight sight)
@@ -30,22 +33,27 @@ public:
     {}
 
     /// `room` is what a hunk's buttons take at the right.
-    void paint(QPainter& painter, int row, const QRect& area, const DiffSelection& selection, int room) const;
+    void paint(QPainter& painter, const DiffCell& cell, const DiffSelection& selection, int room) const;
 
-    /// The unit of the row's source that is nearest to `x`.
+    /// The unit of the row's source that is nearest to `x`, in its cell.
     qsizetype sourceAt(int row, int x) const;
+    /// Where a unit of the row's source begins in its cell.
+    int xOf(int row, qsizetype source) const;
 
 private:
     struct Slice;
     Slice slice(int row) const;
     /// The colours of the characters of a row, in units of what is shaped; later ones win.
     QList<QTextLayout::FormatRange> formatsOf(int row, const Slice& part) const;
-    void paintHunk(QPainter& painter, int row, const QRect& area, int room) const;
-    void paintGutter(QPainter& painter, int row, const QRect& area) const;
-    void paintCode(QPainter& painter, int row, const QRect& area, const DiffSelection& selection) const;
+    void paintHunk(QPainter& painter, const DiffCell& cell, int room) const;
+    void paintNothing(QPainter& painter, const QRect& area) const;
+    void paintNote(QPainter& painter, const DiffCell& cell) const;
+    void paintGutter(QPainter& painter, const DiffCell& cell) const;
+    void paintCode(QPainter& painter, const DiffCell& cell, const DiffSelection& selection) const;
     void paintMarks(QPainter& painter, int row, const Slice& slice, const QRect& area) const;
     void paintBlanks(QPainter& painter, int row, const Slice& slice, const QRect& area) const;
-    void paintSelectedText(QPainter& painter, int row, const Slice& slice, const QRect& area,
+    void paintFound(QPainter& painter, int row, const Slice& slice, const QRect& area) const;
+    void paintSelectedText(QPainter& painter, const DiffCell& cell, const Slice& slice,
                            const DiffSelection& selection) const;
 
     const DiffDocument& document_;

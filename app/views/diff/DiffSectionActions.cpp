@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QStyleOptionButton>
 
+#include <algorithm>
 #include <array>
 
 namespace plovik {
@@ -25,12 +26,27 @@ constexpr int buttonGap = 6;
 std::set<int> DiffSectionView::selectedChanges() const
 {
     std::set<int> ids;
-    const DiffSelection::Rows rows = selection_.rows();
-    for (int row = rows.first; row < std::min(rows.end, document_.rowCount()); ++row) {
-        if (document_.row(row).isChange() && selection_.holds(row))
+    for (const int row : selectedRows()) {
+        if (document_.row(row).isChange())
             ids.insert(document_.row(row).id);
     }
     return ids;
+}
+
+std::vector<int> DiffSectionView::selectedRows() const
+{
+    std::vector<int> rows;
+    const DiffSelection::Lines lines = selection_.lines();
+    for (int line = lines.first; line < std::min(lines.end, lines_.count()); ++line) {
+        const int before = lines_.rowAt(line, DiffSide::before);
+        const int after = lines_.rowAt(line, DiffSide::after);
+        for (const int row : {before, after == before ? -1 : after}) {
+            if (row >= 0 && selection_.holds(line, document_.row(row).side))
+                rows.push_back(row);
+        }
+    }
+    std::ranges::sort(rows);
+    return rows;
 }
 
 int DiffSectionView::activeHunk() const
@@ -79,19 +95,23 @@ void DiffSectionView::requestFromKey(Verb verb)
 void DiffSectionView::updateOffers()
 {
     DiffSectionBar::Offer offer{Part::lines, static_cast<int>(selectedChanges().size()), notes_.wholeOnly};
-    if (offer.count == 0 && document_.hunks().size() > 1 && notes_.wholeOnly.isEmpty())
-        offer = {Part::all, 1, {}};
+    // The reader's own choice is in the way here, so that what it takes away stays in sight.
+    const bool isRead = content_.diff.whiteSpace == gitkit::WhiteSpace::ignored;
+    if (offer.count == 0 && document_.hunks().size() > 1 && (notes_.wholeOnly.isEmpty() || isRead))
+        offer = {Part::all, 1, notes_.wholeOnly};
     if (!isAvailable_)
         offer.refusal = u"Another file is being read."_s;
     bar_->setOffer(content_, offer);
 
     for (const Verb verb : verbs) {
-        const bool isOffered = notes_.wholeOnly.isEmpty() && content_.allows(verb) && !document_.hunks().empty();
+        const bool isOffered =
+            (notes_.wholeOnly.isEmpty() || isRead) && content_.allows(verb) && !document_.hunks().empty();
         if (isOffered && !hunkButtons_.contains(verb))
             addHunkButton(verb);
         if (const auto known = hunkButtons_.find(verb); known != hunkButtons_.end()) {
             known->second->setVisible(isOffered);
-            known->second->setEnabled(isAvailable_);
+            known->second->setEnabled(canTakeHunks());
+            known->second->setToolTip(notes_.wholeOnly);
         }
     }
     bar_->raise();
@@ -198,6 +218,7 @@ void DiffSectionView::addActions(QMenu& menu)
         for (const Verb verb : verbs)
             add(verb, Part::hunk);
     }
+    addMoreActions(menu);
     if (!menu.isEmpty())
         menu.addSeparator();
     QAction* const copyAction = menu.addAction(u"Copy"_s, this, &DiffSectionView::copy);

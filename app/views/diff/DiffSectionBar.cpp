@@ -85,9 +85,15 @@ void DiffSectionBar::setFollows(bool follows)
     update();
 }
 
+void DiffSectionBar::setReserve(int width)
+{
+    reserve_ = width;
+    placeButtons();
+}
+
 void DiffSectionBar::placeButtons()
 {
-    int right = width() - DiffMetrics::margin;
+    int right = width() - DiffMetrics::margin - reserve_;
     for (auto verb = verbs.rbegin(); verb != verbs.rend(); ++verb) {
         const auto known = buttons_.find(*verb);
         if (known == buttons_.end() || known->second->isHidden())

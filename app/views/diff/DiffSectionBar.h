@@ -28,6 +28,8 @@ public:
         QString refusal;
     };
     void setOffer(const DiffContent& content, const Offer& offer);
+    /// Room at the right end for what stands over the bar.
+    void setReserve(int width);
     /// Draws a line above, too, where another diff ends.
     void setFollows(bool follows);
 
@@ -50,6 +52,7 @@ private:
     DiffAction::Part part_ = DiffAction::Part::lines;
     std::map<DiffAction::Verb, QPushButton*> buttons_;
     int buttonsLeft_ = 0;
+    int reserve_ = 0;
     bool follows_ = false;
 };
 

@@ -6,75 +6,85 @@ namespace plovik {
 
 void DiffSelection::clear() { *this = DiffSelection(); }
 
-void DiffSelection::startLines(int row)
+void DiffSelection::startLines(int line, DiffSide side)
 {
     clear();
-    range_ = Range{row, row};
+    range_ = Range{line, line, side};
 }
 
-void DiffSelection::toggleLine(int row)
+void DiffSelection::toggleLine(int line, DiffSide side)
 {
-    const bool wasHeld = !isText_ && holds(row);
-    std::set<int> all = std::move(picked_);
+    const bool wasHeld = !isText_ && holds(line, side);
+    auto all = std::move(picked_);
     if (range_) {
-        for (int each = std::min(range_->anchor, range_->head); each <= std::max(range_->anchor, range_->head); ++each)
-            all.insert(each);
+        for (int each = range_->first(); each <= range_->last(); ++each)
+            all.emplace(each, range_->side);
     }
     clear();
     picked_ = std::move(all);
-    if (wasHeld)
-        picked_.erase(row);
-    else
-        range_ = Range{row, row};
+    if (!wasHeld) {
+        range_ = Range{line, line, side};
+        return;
+    }
+    // What is taken out of a line that is selected whole leaves its other side.
+    const bool wasWhole = picked_.contains({line, DiffSide::both});
+    for (const DiffSide each : {DiffSide::both, DiffSide::before, DiffSide::after}) {
+        if (meets(each, side))
+            picked_.erase({line, each});
+    }
+    if (wasWhole && side != DiffSide::both)
+        picked_.emplace(line, side == DiffSide::before ? DiffSide::after : DiffSide::before);
 }
 
-void DiffSelection::extendLines(int row)
+void DiffSelection::extendLines(int line)
 {
     if (isText_)
-        startLines(anchor_.row);
+        startLines(anchor_.line, textSide_);
     if (!range_)
-        range_ = Range{row, row};
-    range_->head = row;
+        range_ = Range{line, line, DiffSide::both};
+    range_->head = line;
 }
 
-void DiffSelection::startText(DiffPosition position)
+void DiffSelection::startText(DiffPosition position, DiffSide side)
 {
     clear();
     isText_ = true;
+    textSide_ = side;
     anchor_ = head_ = position;
 }
 
 void DiffSelection::extendText(DiffPosition position)
 {
     if (!isText_)
-        startText(range_ ? DiffPosition{range_->anchor, 0} : position);
+        startText(range_ ? DiffPosition{range_->anchor, 0} : position, range_ ? range_->side : DiffSide::both);
     head_ = position;
 }
 
-bool DiffSelection::holds(int row) const
+bool DiffSelection::holds(int line, DiffSide side) const
 {
     if (isText_) {
-        // A run that ends before a row's first character does not touch the row.
+        // A run that ends before a line's first character does not touch the line.
         const DiffPosition end = textEnd();
-        return hasText() && row >= textBegin().row && (row < end.row || (row == end.row && end.column > 0));
+        return hasTextOn(side) && line >= textBegin().line && (line < end.line || (line == end.line && end.column > 0));
     }
-    const bool inRange =
-        range_ && row >= std::min(range_->anchor, range_->head) && row <= std::max(range_->anchor, range_->head);
-    return inRange || picked_.contains(row);
+    const bool inRange = range_ && line >= range_->first() && line <= range_->last() && meets(range_->side, side);
+    return inRange ||
+           std::ranges::any_of(std::initializer_list{DiffSide::both, DiffSide::before, DiffSide::after},
+                               [&](DiffSide each) { return meets(each, side) && picked_.contains({line, each}); });
 }
 
-DiffSelection::Rows DiffSelection::rows() const
+DiffSelection::Lines DiffSelection::lines() const
 {
     if (isText_)
-        return hasText() ? Rows{textBegin().row, textEnd().row + 1} : Rows{};
-    Rows rows;
+        return hasText() ? Lines{textBegin().line, textEnd().line + 1} : Lines{};
+    Lines lines;
     if (range_)
-        rows = {std::min(range_->anchor, range_->head), std::max(range_->anchor, range_->head) + 1};
+        lines = {range_->first(), range_->last() + 1};
     if (!picked_.empty()) {
-        rows.first = range_ ? std::min(rows.first, *picked_.begin()) : *picked_.begin();
-        rows.end = std::max(rows.end, *picked_.rbegin() + 1);
+        lines.first = range_ ? std::min(lines.first, picked_.begin()->first) : picked_.begin()->first;
+        lines.end = std::max(lines.end, picked_.rbegin()->first + 1);
     }
-    return rows;
+    return lines;
 }
 
 } // namespace plovik

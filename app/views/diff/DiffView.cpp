@@ -43,12 +43,17 @@ DiffSectionView* DiffView::addSection()
 {
     auto* const section = new DiffSectionView(viewport());
     section->setActionsAvailable(areActionsAvailable_);
+    section->setDiffLayout(layout_);
+    section->setShowsWholeFile(showsWholeFile_);
+    section->setBarReserve(barReserve_);
     connect(section, &DiffSectionView::actionRequested, this, [this, section](const DiffAction& action) {
         // What is asked for may bring another content at once.
         const DiffContent content = section->content();
         Q_EMIT actionRequested(content, action);
     });
     connect(section, &DiffSectionView::contentHeightChanged, this, &DiffView::layOut);
+    connect(section, &DiffSectionView::wholeFileRequested, this, &DiffView::setShowsWholeFile);
+    connect(section, &DiffSectionView::changeRequested, this, &DiffView::goToChange);
     connect(section, &DiffSectionView::revealRequested, this,
             [this, section](const QRect& area) { reveal(section, area); });
     connect(section, &DiffSectionView::leaveRequested, this,
@@ -79,9 +84,16 @@ void DiffView::setContents(std::vector<DiffContent> contents, DiffPlace place)
         }
     }
     setFocusProxy(sections_.empty() ? nullptr : sections_.front());
-    layOut();
+    layOut(0);
     verticalScrollBar()->setValue(place == DiffPlace::kept ? y : 0);
     horizontalScrollBar()->setValue(place == DiffPlace::kept ? x : 0);
+}
+
+void DiffView::setBarReserve(int width)
+{
+    barReserve_ = width;
+    for (DiffSectionView* const section : sections_)
+        section->setBarReserve(width);
 }
 
 void DiffView::setActionsAvailable(bool available)
@@ -91,26 +103,54 @@ void DiffView::setActionsAvailable(bool available)
         section->setActionsAvailable(available);
 }
 
-void DiffView::layOut()
+void DiffView::setTexts(const QString& section, DiffTexts texts)
+{
+    for (DiffSectionView* const each : sections_) {
+        if (each->content().name == section)
+            each->setTexts(texts);
+    }
+}
+
+void DiffView::setLayout(DiffLayout layout)
+{
+    layout_ = layout;
+    for (DiffSectionView* const section : sections_)
+        section->setDiffLayout(layout);
+}
+
+void DiffView::setShowsWholeFile(bool whole)
+{
+    const bool isOther = whole != std::exchange(showsWholeFile_, whole);
+    for (DiffSectionView* const section : sections_)
+        section->setShowsWholeFile(whole);
+    if (isOther)
+        Q_EMIT showsWholeFileChanged(whole);
+}
+
+/// `shift` is by how much what was looked at has moved down.
+void DiffView::layOut(int shift)
 {
     if (isFilling_)
         return;
     const int width = viewport()->width();
+    const int scrolled = verticalScrollBar()->value() + shift;
     int total = 0;
-    int widest = 0;
+    int hidden = 0;
     tops_.clear();
     for (DiffSectionView* const section : sections_) {
         const int height = section->heightFor(width);
         tops_.push_back(total);
         section->resize(width, height);
         total += height;
-        widest = std::max(widest, section->contentWidth());
+        hidden = std::max(hidden, section->hiddenWidth(width));
     }
     verticalScrollBar()->setRange(0, std::max(0, total - viewport()->height()));
     verticalScrollBar()->setPageStep(viewport()->height());
-    horizontalScrollBar()->setRange(0, std::max(0, widest - width));
+    verticalScrollBar()->setValue(scrolled);
+    horizontalScrollBar()->setRange(0, hidden);
     horizontalScrollBar()->setPageStep(width);
     placeSections();
+    Q_EMIT laidOut();
 }
 
 void DiffView::placeSections()
@@ -159,6 +199,36 @@ void DiffView::leave(DiffSectionView* section, int direction)
     }
 }
 
+/// Where keys mean to go on from: the diff with the focus, else where they have led before, else the first in sight.
+DiffSectionView* DiffView::sectionAtHand() const
+{
+    DiffSectionView* best = nullptr;
+    for (DiffSectionView* const section : sections_) {
+        const auto rank = [](const DiffSectionView* of) {
+            return (of->hasFocus() ? 4 : 0) + (of->wasWalked() ? 2 : 0) + (of->geometry().bottom() > 0 ? 1 : 0);
+        };
+        if (!best || rank(section) > rank(best))
+            best = section;
+    }
+    return best;
+}
+
+void DiffView::goToChange(int direction)
+{
+    DiffSectionView* const start = sectionAtHand();
+    if (!start || start->moveToChange(direction, false))
+        return;
+    auto at = std::ranges::find(sections_, start);
+    while (direction > 0 ? ++at != sections_.end() : at-- != sections_.begin()) {
+        if (!(*at)->moveToChange(direction, true))
+            continue;
+        if (start->hasFocus())
+            (*at)->setFocus(Qt::OtherFocusReason);
+        start->stopWalk();
+        return;
+    }
+}
+
 void DiffView::copy()
 {
     const auto chosen = std::ranges::find_if(sections_, [](const DiffSectionView* section) {
@@ -185,7 +255,7 @@ void DiffView::selectAll()
 void DiffView::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
-    layOut();
+    layOut(0);
 }
 
 void DiffView::scrollContentsBy(int, int) { placeSections(); }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/views/diff/DiffAction.h"
+#include "app/views/diff/DiffLayout.h"
+#include "app/views/diff/FileLines.h"
 
 #include <QAbstractScrollArea>
 
@@ -20,7 +22,19 @@ public:
     /// A content equal to the one in its place keeps selection and current line; `place` is where the rest goes on.
     void setContents(std::vector<DiffContent> contents, DiffPlace place);
     const std::vector<DiffSectionView*>& sections() const { return sections_; }
+    /// The whole files of the section of this name, any time after its content: with them, lines that the diff leaves
+    /// out can be shown. Forgotten when the section's diff changes.
+    void setTexts(const QString& section, DiffTexts texts);
 
+    /// For every diff that has two sides; the others stay unified.
+    void setLayout(DiffLayout layout);
+    DiffLayout diffLayout() const { return layout_; }
+    /// Of every diff whose files are known, and of those that become known.
+    bool showsWholeFile() const { return showsWholeFile_; }
+    void setShowsWholeFile(bool whole);
+
+    /// See DiffSectionBar::setReserve(); for every bar, so that their buttons stand below each other.
+    void setBarReserve(int width);
     /// See DiffSectionView::setActionsAvailable().
     void setActionsAvailable(bool available);
 
@@ -28,8 +42,14 @@ public Q_SLOTS:
     /// Of the diff that has the focus, else of the first with a selection.
     void copy();
     void selectAll();
+    /// To the next or previous run of changed lines, from one diff to the other.
+    void nextChange() { goToChange(1); }
+    void previousChange() { goToChange(-1); }
 
 Q_SIGNALS:
+    void showsWholeFileChanged(bool whole);
+    /// Other sections, rows or sizes than before.
+    void laidOut();
     void actionRequested(const plovik::DiffContent& content, const plovik::DiffAction& action);
 
 protected:
@@ -40,14 +60,19 @@ protected:
 private:
     DiffSectionView* sectionNamed(const QString& name, std::vector<DiffSectionView*>& from);
     DiffSectionView* addSection();
-    void layOut();
+    void layOut(int shift);
     void placeSections();
     void reveal(DiffSectionView* section, QRect area);
     void leave(DiffSectionView* section, int direction);
+    void goToChange(int direction);
+    DiffSectionView* sectionAtHand() const;
     void applyTheme();
 
     std::vector<DiffSectionView*> sections_;
     std::vector<int> tops_; ///< of each section, unscrolled
+    int barReserve_ = 0;
+    DiffLayout layout_ = DiffLayout::unified;
+    bool showsWholeFile_ = false;
     bool areActionsAvailable_ = true;
     bool isFilling_ = false;
 };

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <algorithm>
+#include <span>
+#include <vector>
+
+namespace plovik {
+
+/// What a search has found in one diff: runs of its rows' sources, in order. Value.
+struct DiffFound {
+    struct Run {
+        int row = 0;
+        qsizetype begin = 0;
+        qsizetype end = 0;
+
+        bool operator==(const Run&) const = default;
+    };
+
+    std::vector<Run> runs;
+    int current = -1; ///< index of the run that the search stands at
+
+    std::span<const Run> inRow(int row) const
+    {
+        const auto found = std::ranges::equal_range(runs, row, {}, &Run::row);
+        return {found.begin(), found.end()};
+    }
+    bool isCurrent(const Run& run) const { return current >= 0 && run == runs[static_cast<std::size_t>(current)]; }
+};
+
+} // namespace plovik

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace plovik {
+
+/// How the two sides of a diff stand to each other: one below the other, or each in its own half.
+enum class DiffLayout { unified, sideBySide };
+
+/// A side of a diff; `both` is what stands on either, or the whole width.
+enum class DiffSide { both, before, after };
+
+} // namespace plovik
