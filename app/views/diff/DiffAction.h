@@ -35,6 +35,7 @@ struct DiffContent {
     std::optional<std::string> workingPath; ///< where the new side may stand when it is no blob; for unstaged changes
     Use use = Use::read;
     DiffState state = DiffState::ordinary;
+    FileFacts facts = {};
 
     bool allows(DiffAction::Verb verb) const
     {

@@ -122,9 +122,53 @@ void addTruncation(DiffNotes& notes, const gitkit::ParsedDiff& diff)
     notes.below << u"The rest of this diff is not shown."_s;
 }
 
+QString binarySentence(const FileFacts& facts)
+{
+    if (facts.oldSize && facts.newSize)
+        return u"Binary file, %1 → %2."_s.arg(shownSize(*facts.oldSize), shownSize(*facts.newSize));
+    if (facts.newSize)
+        return u"New binary file, %1."_s.arg(shownSize(*facts.newSize));
+    if (facts.oldSize)
+        return u"Deleted binary file, %1."_s.arg(shownSize(*facts.oldSize));
+    return u"This is a binary file. Its changes cannot be shown as text."_s;
+}
+
+/// What a line of .gitattributes says to mean files like this one.
+QString attributePattern(std::string_view path)
+{
+    const QString name = shownText(path).section(u'/', -1);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 ? u'*' + name.mid(dot) : name;
+}
+
+void addEncoding(DiffNotes& notes, const WideEncoding& encoding, std::string_view path)
+{
+    notes.above << u"This file is encoded in UTF-%1, which Git takes for binary, so that its changes cannot be shown "
+                   u"as text."_s.arg(encoding.bits);
+    notes.above << u"To see them, add the line “%1 text working-tree-encoding=%2” to .gitattributes and stage the file "
+                   u"again. Git then keeps it as UTF-8; the file in the working copy stays as it is."_s.arg(
+                       attributePattern(path), shownText(attributeName(encoding)));
+}
+
+void addBinary(DiffNotes& notes, const FileFacts& facts, std::string_view path)
+{
+    notes.wholeOnly = u"A binary file is staged whole."_s;
+    if (facts.isBeingRead || facts.isPicture)
+        return;
+    if (facts.encoding)
+        addEncoding(notes, *facts.encoding, path);
+    notes.above << binarySentence(facts);
+}
+
 } // namespace
 
-DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state)
+QString shownSize(std::uint64_t bytes)
+{
+    return QLocale(QLocale::English)
+        .formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeTraditionalFormat);
+}
+
+DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state, const FileFacts& facts, std::string_view path)
 {
     DiffNotes notes;
     if (state == DiffState::conflicted) {
@@ -140,8 +184,7 @@ DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state)
     }
     addModeChange(notes, diff);
     if (diff.isBinary) {
-        notes.above << u"This is a binary file. Its changes cannot be shown as text."_s;
-        notes.wholeOnly = u"A binary file is staged whole."_s;
+        addBinary(notes, facts, path);
     } else if (diff.isTruncated) {
         addTruncation(notes, diff);
     } else if (diff.lines.empty()) {

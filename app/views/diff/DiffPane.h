@@ -6,15 +6,21 @@
 
 #include <vector>
 
-class QStackedLayout;
+class QStackedWidget;
 
 namespace plovik {
 
+class DiffExtras;
+class DiffFilesLoader;
+class DiffFinder;
+class DiffOptionsBar;
 class DiffView;
 class EmptyState;
+class FindBar;
 class RepositoryStore;
 
-/// The place where one file's diffs are shown, or a sentence in their stead. Main thread.
+/// The place where one file's diffs are shown, or a sentence in their stead, with what it takes to read them: options
+/// and a search. Main thread.
 class DiffPane : public QWidget {
     Q_OBJECT
 
@@ -27,11 +33,34 @@ public:
     void showDiffs(std::vector<DiffContent> contents, DiffPlace place);
     void showSentence(const QString& title, const QString& description);
 
+    /// How the diffs that are shown next are to be read.
+    gitkit::WhiteSpace whiteSpace() const;
+
+Q_SIGNALS:
+    /// What is shown is to be read again.
+    void whiteSpaceChanged();
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void find();
+    bool isMine(const QKeyEvent& event) const;
+    void settingChanged(const QString& key);
+    void loadFiles();
+    void placeOptions();
+
     RepositoryStore& store_;
     DiffView* view_;
     EmptyState* empty_;
-    QStackedLayout* pages_;
+    QStackedWidget* pages_;
+    DiffOptionsBar* options_;
+    DiffExtras* extras_;
+    DiffFilesLoader* files_;
+    DiffFinder* finder_;
+    FindBar* findBar_;
 };
 
 } // namespace plovik

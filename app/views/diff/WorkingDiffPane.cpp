@@ -41,6 +41,7 @@ DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& fil
 WorkingDiffPane::WorkingDiffPane(RepositoryStore& store, QWidget* parent) : DiffPane(store, parent), store_(store)
 {
     connect(view(), &DiffView::actionRequested, this, &WorkingDiffPane::apply);
+    connect(this, &DiffPane::whiteSpaceChanged, this, &WorkingDiffPane::follow);
     notifiers_.push_back(store_.selectedPaths.addNotifier([this] { follow(); }));
     notifiers_.push_back(store_.generation.addNotifier([this] { follow(); }));
     follow();
@@ -86,9 +87,9 @@ QCoro::Task<> WorkingDiffPane::readDiffs(QPointer<WorkingDiffPane> pane)
         const gitkit::FileChange file = *std::exchange(pane->wanted_, std::nullopt);
         std::vector<gitkit::DiffSection> sections;
         QString problem;
+        const gitkit::WhiteSpace whiteSpace = pane->whiteSpace();
         try {
-            sections =
-                co_await pane->store_.run(&gitkit::GitRepository::workingDiff, file, gitkit::WhiteSpace::compared);
+            sections = co_await pane->store_.run(&gitkit::GitRepository::workingDiff, file, whiteSpace);
         } catch (const std::exception& failure) {
             problem = QString::fromUtf8(failure.what());
         }

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QImage>
+#include <QLabel>
+
+namespace plovik {
+
+/// A picture on a quiet checkerboard, that shows what of it is transparent. Small pictures keep their edges when they
+/// are enlarged. Main thread.
+class CheckeredPicture : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit CheckeredPicture(QImage image, QWidget* parent);
+
+    void setDrawnSize(QSize size);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void scale();
+
+    QImage image_;
+    QSize drawn_;
+    qreal ratio_ = 0; ///< of the screen that the picture was scaled for
+};
+
+} // namespace plovik

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QAbstractButton>
+
+class QPainter;
+
+namespace plovik {
+
+/// What the small buttons around diffs are drawn with.
+enum class Icon { sideBySide, whiteSpace, wholeFile, find, previous, next, matchCase, close };
+
+/// A small flat button with a drawn picture; its title is its accessible name and, with its keys, its tooltip. Main
+/// thread.
+class IconButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    static constexpr int side = 24;
+
+    IconButton(Icon icon, const QString& title, QWidget* parent, const QString& keys = {});
+
+    QSize sizeHint() const override { return {side, side}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    Icon icon_;
+};
+
+} // namespace plovik
