@@ -24,6 +24,13 @@ void paintArrow(QPainter& painter, QPointF from, QPointF tip)
     painter.drawPolyline(QPolygonF{tip + QPointF(-3.5, back), tip, tip + QPointF(3.5, back)});
 }
 
+void paintBothArrows(QPainter& painter)
+{
+    painter.drawLine(QPointF(0, -4), QPointF(0, 4));
+    painter.drawPolyline(QPolygonF{QPointF(-3, -1.5), QPointF(0, -4.5), QPointF(3, -1.5)});
+    painter.drawPolyline(QPolygonF{QPointF(-3, 1.5), QPointF(0, 4.5), QPointF(3, 1.5)});
+}
+
 } // namespace
 
 void DiffSectionView::setTexts(DiffTexts texts)
@@ -218,14 +225,11 @@ void DiffSectionView::paintMoreButtons(QPainter& painter, int row) const
             paintArrow(painter, {0, 5}, {0, -5});
         else if (button.more == More::below)
             paintArrow(painter, {0, -5}, {0, 5});
-        if (button.more == More::between || button.more == More::whole) {
-            const double tip = button.more == More::whole ? 5 : 6.5;
-            paintArrow(painter, {0, -1.5}, {0, -tip});
-            paintArrow(painter, {0, 1.5}, {0, tip});
-        }
+        else
+            paintBothArrows(painter);
         if (button.more == More::whole) {
-            painter.drawLine(QPointF(-4.5, -7.5), QPointF(4.5, -7.5));
-            painter.drawLine(QPointF(-4.5, 7.5), QPointF(4.5, 7.5));
+            painter.drawLine(QPointF(-4, -7), QPointF(4, -7));
+            painter.drawLine(QPointF(-4, 7), QPointF(4, 7));
         }
         painter.restore();
     }
