@@ -13,8 +13,8 @@
 #include "GitKit/records/HistoryFilter.h"
 #include "GitKit/records/HistoryScope.h"
 #include "GitKit/records/RepoStatus.h"
-#include "GitKit/records/Stash.h"
 #include "GitKit/records/SideSizes.h"
+#include "GitKit/records/Stash.h"
 #include "GitKit/runner/GitRunner.h"
 
 #include <filesystem>
@@ -99,14 +99,14 @@ public:
     };
     /// The whole files of a diff, those of up to `limit` bytes.
     DiffSides diffSides(const DiffSource& source, std::size_t limit) const;
+    /// How large the files of a diff are, whatever their size.
+    SideSizes diffSizes(const DiffSource& source) const;
     /// Blobs by their hashes, in the order asked for; nothing for one that is missing or larger than `limit` bytes.
     std::vector<std::optional<std::string>> blobs(const std::vector<std::string>& hashes, std::size_t limit) const;
     /// The hash of the commit that a hash, a part of one or a ref's name stands for.
     std::string resolveCommit(const std::string& name) const;
 
     struct StagedChanges {
-    /// How large the files of a diff are, whatever their size.
-    SideSizes diffSizes(const DiffSource& source) const;
         std::string summary; ///< the staged files and how much of each changes, repaired for showing
         std::string diff;    ///< the whole patch, repaired for showing
     };
