@@ -125,12 +125,15 @@ ParsedDiff GitRepository::diff(const std::vector<std::string>& arguments, const 
 CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kind) const
 {
     const std::string commit = revisionArgument("show", hash) + "^{commit}";
-    const std::string text = runner_.bytes({"show", "-s", LogParser::detailFormat, commit, "--"});
-    std::optional<CommitDetail> detail = LogParser::parseDetail(text);
+    // One run for both: with -z a NUL, which no message holds, stands between the text and the files.
+    const std::string output =
+        runner_.bytes({"show", LogParser::detailFormat, "--name-status", "-z", "-M", "--first-parent", commit, "--"});
+    const std::size_t end = std::min(output.find('\0'), output.size());
+    std::optional<CommitDetail> detail = LogParser::parseDetail(std::string_view(output).substr(0, end));
     if (!detail)
         throw GitError("show", 0, "Could not read commit " + hash);
-    detail->files = NameStatusParser::parse(
-        runner_.bytes({"show", "--format=", "--name-status", "-z", "-M", "--first-parent", commit, "--"}));
+    const std::size_t files = std::min(output.find_first_not_of('\n', end + 1), output.size());
+    detail->files = NameStatusParser::parse(std::string_view(output).substr(files));
     if (kind == CommitKind::stash && detail->parents.size() == 3) {
         const std::string& untracked = detail->parents[2];
         for (CommitFile& file :
