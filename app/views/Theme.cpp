@@ -45,7 +45,7 @@ Theme makeLight()
     theme.syntaxType = 0x0F5470;
     theme.syntaxString = 0x1F5A2B;
     theme.syntaxNumber = 0x8A3B00;
-    theme.syntaxComment = 0x56606B;
+    theme.syntaxComment = 0x505A65;
     theme.syntaxPreprocessor = 0x86285A;
     theme.syntaxFunction = 0x2450A8;
     theme.syntaxName = 0x6B4400;
@@ -104,7 +104,7 @@ Theme makeDark()
     theme.syntaxType = 0x8FD3E3;
     theme.syntaxString = 0xAEDB9E;
     theme.syntaxNumber = 0xF2BF88;
-    theme.syntaxComment = 0xB2BAC4;
+    theme.syntaxComment = 0xB4BCC6;
     theme.syntaxPreprocessor = 0xF0AECF;
     theme.syntaxFunction = 0xA6C8FA;
     theme.syntaxName = 0xE3CE92;

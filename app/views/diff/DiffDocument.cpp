@@ -210,6 +210,17 @@ std::string_view DiffDocument::bytes(int row) const
     return at.isCode() ? text.substr(std::min(extraSigns_, text.size())) : text;
 }
 
+std::span<const SyntaxRun> DiffDocument::syntax(int row) const
+{
+    const Row& at = this->row(row);
+    if (!at.isCode() || isCombined_)
+        return {};
+    const bool isOld = at.kind == Kind::deletion;
+    const auto& file = isOld ? syntax_.before : syntax_.after;
+    const auto& number = isOld ? at.oldNumber : at.newNumber;
+    return file && number ? file->line(*number, bytes(row)) : std::span<const SyntaxRun>();
+}
+
 const ShownLine& DiffDocument::shown(int row) const
 {
     if (const ShownLine* known = caches_->shown.object(row))

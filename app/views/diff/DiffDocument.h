@@ -5,6 +5,7 @@
 #include "app/views/diff/DiffLayout.h"
 #include "app/views/diff/ShownLine.h"
 #include "app/views/diff/WordMarks.h"
+#include "app/views/diff/syntax/FileSyntax.h"
 
 #include <memory>
 #include <optional>
@@ -72,6 +73,10 @@ public:
 
     /// The row's text for drawing; valid until the next call.
     const ShownLine& shown(int row) const;
+    void setSyntax(SyntaxOf syntax) { syntax_ = std::move(syntax); }
+    const SyntaxOf& syntax() const { return syntax_; }
+    /// The coloured pieces of the row, in units of its source. None where the file that they are of has another line.
+    std::span<const SyntaxRun> syntax(int row) const;
     /// What is marked in a changed row, in units of its source.
     const std::vector<TextRange>& marks(int row) const;
     /// The row's text as it is copied: without sign and numbers.
@@ -92,6 +97,7 @@ private:
 
     gitkit::ParsedDiff diff_;
     DiffGaps gaps_;
+    SyntaxOf syntax_;
     Headers headers_ = Headers::all;
     std::string rest_; ///< text of the row for the rest of the file
     std::vector<Row> rows_;

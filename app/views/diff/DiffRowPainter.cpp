@@ -6,6 +6,7 @@
 #include "app/views/diff/DiffFound.h"
 #include "app/views/diff/DiffMetrics.h"
 #include "app/views/diff/DiffSelection.h"
+#include "app/views/diff/syntax/SyntaxFormats.h"
 
 #include <QLocale>
 #include <QPainter>
@@ -81,9 +82,10 @@ struct DiffRowPainter::Slice {
     double xOfSource(qsizetype source) const { return x(line->toShown(source)); }
 };
 
-QList<QTextLayout::FormatRange> DiffRowPainter::formatsOf(int, const Slice& part) const
+QList<QTextLayout::FormatRange> DiffRowPainter::formatsOf(int row, const Slice& part) const
 {
     QList<QTextLayout::FormatRange> formats;
+    appendSyntaxFormats(formats, document_.syntax(row), *part.line, part.first, part.length);
     for (const ShownLine::Replacement& each : part.line->replacements) {
         const qsizetype begin = std::max(each.shown, part.first);
         const qsizetype end = std::min(each.shown + each.length, part.first + part.length);
@@ -299,7 +301,7 @@ void DiffRowPainter::paintFound(QPainter& painter, int row, const Slice& part, c
         if (right <= left)
             continue; // out of sight in a long line
         const bool isCurrent = sight_.found->isCurrent(run);
-        painter.setPen(isCurrent ? QPen(theme.accent, 1) : QPen(Qt::NoPen));
+        painter.setPen(isCurrent ? QPen(theme.foundBorder, 1.4) : QPen(Qt::NoPen));
         painter.setBrush(isCurrent ? theme.foundCurrent : theme.found);
         painter.drawRoundedRect(QRectF(left - 0.5, 1.5, right - left + 1, area.height() - 3), 3, 3);
     }

@@ -76,6 +76,14 @@ void DiffSectionView::showDocument(DiffPlace place)
         current_ = document_.hunks()[std::min(static_cast<std::size_t>(hunk), document_.hunks().size() - 1)].first;
 }
 
+void DiffSectionView::setSyntax(const SyntaxOf& syntax)
+{
+    if (syntax == document_.syntax())
+        return;
+    document_.setSyntax(syntax);
+    update(visibleRowsArea());
+}
+
 void DiffSectionView::remeasure(int shift)
 {
     metrics_ = DiffMetrics::of(document_, lines_);

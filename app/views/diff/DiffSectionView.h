@@ -42,6 +42,8 @@ public:
     const DiffMetrics& metrics() const { return metrics_; }
     /// The files that the diff compares; forgotten when the diff changes.
     void setTexts(DiffTexts texts);
+    /// The colours of their code; forgotten likewise.
+    void setSyntax(const SyntaxOf& syntax);
     void setDiffLayout(DiffLayout layout);
     /// As far as the files are known, and as soon as they are.
     void setShowsWholeFile(bool whole);

@@ -111,6 +111,14 @@ void DiffView::setTexts(const QString& section, DiffTexts texts)
     }
 }
 
+void DiffView::setSyntax(const QString& section, const SyntaxOf& syntax)
+{
+    for (DiffSectionView* const each : sections_) {
+        if (each->content().name == section)
+            each->setSyntax(syntax);
+    }
+}
+
 void DiffView::setLayout(DiffLayout layout)
 {
     layout_ = layout;

@@ -11,6 +11,7 @@
 namespace plovik {
 
 class DiffSectionView;
+struct SyntaxOf;
 
 /// Diffs one below the other, scrolled together. What a frame costs depends on what is in sight. Main thread.
 class DiffView : public QAbstractScrollArea {
@@ -25,6 +26,8 @@ public:
     /// The whole files of the section of this name, any time after its content: with them, lines that the diff leaves
     /// out can be shown. Forgotten when the section's diff changes.
     void setTexts(const QString& section, DiffTexts texts);
+    /// The colours of their code, as soon as they are known and again when more of them are.
+    void setSyntax(const QString& section, const SyntaxOf& syntax);
 
     /// For every diff that has two sides; the others stay unified.
     void setLayout(DiffLayout layout);
