@@ -39,7 +39,8 @@ Theme makeLight()
     theme.removedLine = 0xFDEEEE;
     theme.removedWords = 0xF6C6C6;
     theme.found = 0xFFECA3;
-    theme.foundCurrent = 0xFFCB52;
+    theme.foundCurrent = 0xFFD470;
+    theme.foundBorder = 0xB9770E;
     theme.checker = 0xEDEFF2;
     theme.syntaxKeyword = 0x7A2E8E;
     theme.syntaxType = 0x0F5470;
@@ -97,8 +98,9 @@ Theme makeDark()
     theme.addedWords = 0x1E5437;
     theme.removedLine = 0x3C2326;
     theme.removedWords = 0x7C3439;
-    theme.found = 0x4F4317;
-    theme.foundCurrent = 0x7A5900;
+    theme.found = 0x443A16;
+    theme.foundCurrent = 0x5C4400;
+    theme.foundBorder = 0xE8B64A;
     theme.checker = 0x2A2D32;
     theme.syntaxKeyword = 0xDDAEF5;
     theme.syntaxType = 0x8FD3E3;

@@ -36,7 +36,8 @@ std::vector<TextUse> textUses(const Theme& theme)
         {"text", theme.text, surfaces},
         {"text on lines",
          theme.text,
-         {theme.addedLine, theme.addedWords, theme.removedLine, theme.removedWords, theme.controlPressed, theme.field}},
+         {theme.addedLine, theme.addedWords, theme.removedLine, theme.removedWords, theme.controlPressed, theme.field,
+          theme.found, theme.foundCurrent}},
         {"secondary text", theme.secondaryText, surfaces},
         {"placeholder", theme.secondaryText, {theme.field}},
         {"on accent", theme.onAccent, {theme.accent, theme.destructive}},
@@ -55,7 +56,8 @@ std::vector<TextUse> textUses(const Theme& theme)
           theme.syntaxPreprocessor, theme.syntaxFunction, theme.syntaxName})
         uses.push_back({"code",
                         code,
-                        {theme.content, theme.addedLine, theme.addedWords, theme.removedLine, theme.removedWords}});
+                        {theme.content, theme.addedLine, theme.addedWords, theme.removedLine, theme.removedWords,
+                         theme.found, theme.foundCurrent}});
     return uses;
 }
 

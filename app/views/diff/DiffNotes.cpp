@@ -164,8 +164,9 @@ void addBinary(DiffNotes& notes, const FileFacts& facts, std::string_view path)
 
 QString shownSize(std::uint64_t bytes)
 {
-    return QLocale(QLocale::English)
-        .formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeTraditionalFormat);
+    const QLocale english(QLocale::English);
+    QString size = english.formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeTraditionalFormat);
+    return size.replace(u" kB"_s, u" KB"_s); // as all larger ones are written
 }
 
 DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state, const FileFacts& facts, std::string_view path)
