@@ -49,9 +49,10 @@ DiffContent content(const gitkit::ParsedDiff& diff)
 }
 
 struct Screen {
-    Screen() : image(900, 1000, QImage::Format_ARGB32_Premultiplied)
+    explicit Screen(DiffLayout layout = DiffLayout::unified) : image(900, 1000, QImage::Format_ARGB32_Premultiplied)
     {
         view.resize(900, 1000);
+        view.setLayout(layout);
         view.show();
         QApplication::processEvents();
     }
@@ -66,13 +67,16 @@ struct Screen {
     QImage image;
 };
 
-/// From the parsed diff to its first picture, another diff of 5,000 lines standing there before.
+constexpr auto unified = static_cast<int>(DiffLayout::unified);
+constexpr auto sideBySide = static_cast<int>(DiffLayout::sideBySide);
+
+/// From the parsed diff to its first picture, another diff of 5,000 lines standing there before; the limit is 30 ms.
 void BM_ShowDiff5000(benchmark::State& state)
 {
     const gitkit::ParsedDiff diff = gitkit::DiffParser::parse(diffText(wholeDiff));
     gitkit::ParsedDiff other = diff;
     other.lines.back().text += " ";
-    Screen screen;
+    Screen screen(static_cast<DiffLayout>(state.range(0)));
     bool isOther = false;
     for ([[maybe_unused]] auto iteration : state) {
         state.PauseTiming();
@@ -84,7 +88,7 @@ void BM_ShowDiff5000(benchmark::State& state)
         screen.draw();
     }
 }
-BENCHMARK(BM_ShowDiff5000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ShowDiff5000)->ArgName("sideBySide")->Arg(unified)->Arg(sideBySide)->Unit(benchmark::kMillisecond);
 
 /// A refresh that brings the diff that is shown.
 void BM_ShowEqualDiff5000(benchmark::State& state)
@@ -105,7 +109,7 @@ BENCHMARK(BM_ShowEqualDiff5000)->Unit(benchmark::kMillisecond);
 /// Page Down held: every frame shows lines that no frame before has shown.
 void BM_DiffFrame_FreshLines(benchmark::State& state)
 {
-    Screen screen;
+    Screen screen(static_cast<DiffLayout>(state.range(0)));
     screen.view.setContents({content(gitkit::DiffParser::parse(diffText(wholeDiff)))}, DiffPlace::start);
     QScrollBar* bar = screen.view.verticalScrollBar();
     for ([[maybe_unused]] auto iteration : state) {
@@ -113,7 +117,33 @@ void BM_DiffFrame_FreshLines(benchmark::State& state)
         screen.draw();
     }
 }
-BENCHMARK(BM_DiffFrame_FreshLines)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DiffFrame_FreshLines)->ArgName("sideBySide")->Arg(unified)->Arg(sideBySide)->Unit(benchmark::kMillisecond);
+
+/// A file of 20,000 lines shown whole around its 400 changes, and the changes alone again.
+void BM_ShowWholeFile20000(benchmark::State& state)
+{
+    std::string file;
+    std::string text = "diff --git a/f b/f\n--- a/f\n+++ b/f\n";
+    for (int line = 1; line <= 20000; ++line) {
+        const std::string code = "\tif (value" + std::to_string(line) + " != expected) { report(value); }\n";
+        file += code;
+        const std::string number = std::to_string(line);
+        if (line % 50 == 0)
+            text += "@@ -" + number + " +" + number + " @@\n-" + code + "+\tchanged();\n";
+    }
+    const DiffContent shown = content(gitkit::DiffParser::parse(text));
+    Screen screen;
+    screen.view.setContents({shown}, DiffPlace::start);
+    screen.view.setTexts(shown.name, {std::make_shared<const FileLines>(file), nullptr});
+    const auto& document = screen.view.sections().front()->document();
+    if (!document.gaps().hidesLines())
+        state.SkipWithError("the file is not that of the diff");
+    for ([[maybe_unused]] auto iteration : state) {
+        screen.view.setShowsWholeFile(!screen.view.showsWholeFile());
+        screen.draw();
+    }
+}
+BENCHMARK(BM_ShowWholeFile20000)->Unit(benchmark::kMillisecond);
 
 /// A line of a megabyte, scrolled sideways.
 void BM_DiffFrame_EndlessLine(benchmark::State& state)
