@@ -237,12 +237,15 @@ std::string lowered(std::string_view text)
 
 std::string_view baseName(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
+/// What it returns is of the tables, not of `name`.
 std::string_view ofName(std::string_view name)
 {
     if (const std::string_view known = find(fileNames, name); !known.empty())
         return known;
-    if (name.starts_with("dockerfile.") || name.starts_with("makefile."))
-        return name.substr(0, name.find('.'));
+    if (name.starts_with("dockerfile."))
+        return "dockerfile";
+    if (name.starts_with("makefile."))
+        return "makefile";
     const std::size_t dot = name.rfind('.');
     if (dot == std::string_view::npos)
         return {};
