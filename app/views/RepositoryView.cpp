@@ -4,6 +4,7 @@
 #include "app/views/SplitPane.h"
 #include "app/views/Toolbar.h"
 #include "app/views/history/HistoryView.h"
+#include "app/views/inspector/InspectorView.h"
 #include "app/views/sheets/StoreDialogs.h"
 #include "app/views/sidebar/SidebarView.h"
 #include "app/views/stashes/StashesView.h"
@@ -25,6 +26,8 @@ namespace {
 constexpr Setting<double> sidebarWidth{settings::sidebarWidth.key, 216};
 constexpr double sidebarMinWidth = 160;
 constexpr double detailMinWidth = 320;
+constexpr double inspectorMinWidth = 300;
+constexpr double besideInspectorMinWidth = 300;
 
 } // namespace
 
@@ -32,10 +35,13 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), toolbar_(new Toolbar(store, this)),
       problem_(new MessageBar(u"Problem"_s, MessageBar::Dismissal::never, this)),
       notice_(new MessageBar(u"Notice"_s, MessageBar::Dismissal::byUser, this)), sidebar_(new SidebarView(store)),
-      detail_(new QStackedWidget)
+      detail_(new QStackedWidget), inspectorPlace_(new QWidget),
+      detailSplit_(new SplitPane(settings::inspectorWidth, Qt::Horizontal, SplitPane::Sized::second, inspectorMinWidth,
+                                 besideInspectorMinWidth, detail_, inspectorPlace_))
 {
+    detailSplit_->setSizedVisible(false);
     auto* split = new SplitPane(sidebarWidth, Qt::Horizontal, SplitPane::Sized::first, sidebarMinWidth, detailMinWidth,
-                                sidebar_, detail_, this);
+                                sidebar_, detailSplit_, this);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -52,8 +58,10 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store.readProblem.addNotifier(showProblem));
     notifiers_.push_back(store.notice.addNotifier([this] { showNotice(store_.notice.value()); }));
     notifiers_.push_back(store.selection.addNotifier([this] { showSelection(); }));
+    notifiers_.push_back(store.inspected.addNotifier([this] { showInspector(); }));
     showProblem();
     showSelection();
+    showInspector();
 }
 
 void RepositoryView::connectToolbar()
@@ -85,6 +93,41 @@ void RepositoryView::showSelection()
     detail_->setCurrentWidget(view);
     if (takesFocus)
         view->setFocus(Qt::OtherFocusReason);
+}
+
+void RepositoryView::showInspector()
+{
+    if (!store_.inspected.value()) {
+        hideInspector();
+        return;
+    }
+    if (!inspector_) {
+        inspector_ = new InspectorView(store_);
+        auto* const layout = new QVBoxLayout(inspectorPlace_);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(inspector_);
+    }
+    detailSplit_->setSizedVisible(true);
+    QWidget* const focus = QApplication::focusWidget();
+    if (focus && inspector_->isAncestorOf(focus))
+        return;
+    focusBeforeInspector_ = focus;
+    inspector_->focusContent();
+}
+
+void RepositoryView::hideInspector()
+{
+    if (!inspector_ || inspectorPlace_->isHidden())
+        return;
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool givesFocus = !focus || inspector_->isAncestorOf(focus);
+    QWidget* const before = focusBeforeInspector_;
+    // First the focus, then the view: Qt would hand it on to whatever comes next.
+    if (givesFocus && before && before->isVisible())
+        before->setFocus(Qt::OtherFocusReason);
+    else if (givesFocus && detail_->currentWidget())
+        detail_->currentWidget()->setFocus(Qt::OtherFocusReason);
+    detailSplit_->setSizedVisible(false);
 }
 
 QWidget* RepositoryView::detailFor(const SidebarItem& item)

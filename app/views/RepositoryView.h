@@ -2,6 +2,7 @@
 
 #include "app/store/RepositoryStore.h"
 
+#include <QPointer>
 #include <QProperty>
 #include <QWidget>
 
@@ -13,14 +14,17 @@ class QStackedWidget;
 namespace plovik {
 
 class HistoryView;
+class InspectorView;
 class MessageBar;
 class SidebarView;
+class SplitPane;
 class StashesView;
 class Toolbar;
 class WorkingCopyView;
 
 /// Everything inside a repository window: the toolbar, what could not be read, the sidebar, the view of what the
-/// sidebar has selected, and the dialogs over it. Shows the store and calls it; main thread.
+/// sidebar has selected, the inspector at the right edge while there is something to inspect, and the dialogs over it.
+/// Shows the store and calls it; main thread.
 class RepositoryView : public QWidget {
     Q_OBJECT
 
@@ -39,6 +43,8 @@ public:
 private:
     void connectToolbar();
     void showSelection();
+    void showInspector();
+    void hideInspector();
     QWidget* detailFor(const SidebarItem& item);
 
     RepositoryStore& store_;
@@ -47,6 +53,10 @@ private:
     MessageBar* notice_;
     SidebarView* sidebar_;
     QStackedWidget* detail_;
+    QWidget* inspectorPlace_; ///< holds the inspector, and is hidden without one
+    SplitPane* detailSplit_;
+    InspectorView* inspector_ = nullptr;     ///< made when it is first shown
+    QPointer<QWidget> focusBeforeInspector_; ///< where the keyboard goes when the inspector closes
     // Made when they are first shown: a window paints sooner with one view than with three.
     HistoryView* history_ = nullptr;
     WorkingCopyView* workingCopy_ = nullptr;

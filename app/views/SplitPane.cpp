@@ -112,8 +112,21 @@ void SplitPane::drag(double startSize, QPoint translation)
     Settings::shared().set(size_, limits_.clamped(grown, available()));
 }
 
+void SplitPane::setSizedVisible(bool visible)
+{
+    isSizedVisible_ = visible;
+    sizedPane()->setVisible(visible);
+    divider_->setVisible(visible);
+    updateGeometry();
+    arrange();
+}
+
 void SplitPane::arrange()
 {
+    if (!isSizedVisible_) {
+        otherPane()->setGeometry(rect());
+        return;
+    }
     const int length = static_cast<int>(available());
     const int sizedLength = qRound(currentSize());
     const int otherLength = std::max(0, length - sizedLength - lineThickness);
@@ -148,7 +161,8 @@ bool SplitPane::event(QEvent* event)
 
 QSize SplitPane::minimumSizeHint() const
 {
-    const int along = qRound(limits_.minSize + limits_.minOtherSize) + lineThickness;
+    const int sizedAlong = isSizedVisible_ ? qRound(limits_.minSize) + lineThickness : 0;
+    const int along = sizedAlong + qRound(limits_.minOtherSize);
     const QSize first = first_->minimumSizeHint();
     const QSize second = second_->minimumSizeHint();
     if (orientation_ == Qt::Horizontal)

@@ -29,6 +29,9 @@ public:
     SplitPane(const Setting<double>& size, Qt::Orientation orientation, Sized sized, double minSize,
               double minOtherSize, QWidget* first, QWidget* second, QWidget* parent = nullptr);
 
+    /// Without, the other pane takes all the room. The sized pane is shown at first.
+    void setSizedVisible(bool visible);
+
     /// The length that the sized pane has now.
     double currentSize() const;
 
@@ -43,6 +46,8 @@ private:
     class Divider;
 
     double available() const;
+    QWidget* sizedPane() const { return sized_ == Sized::first ? first_ : second_; }
+    QWidget* otherPane() const { return sized_ == Sized::first ? second_ : first_; }
     void arrange();
     void drag(double startSize, QPoint translation);
 
@@ -53,6 +58,7 @@ private:
     QWidget* first_;
     QWidget* second_;
     Divider* divider_;
+    bool isSizedVisible_ = true;
 };
 
 } // namespace plovik

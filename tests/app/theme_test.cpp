@@ -46,6 +46,8 @@ std::vector<TextUse> textUses(const Theme& theme)
         {"hunk header", theme.hunkHeaderText, {theme.hunkHeader}},
         {"gutter", theme.gutterText, {theme.gutter, theme.addedLine, theme.removedLine}},
         {"tag", theme.tagBadgeText, {theme.tagBadge}},
+        {"blame", theme.blameText, {theme.blameNew, theme.blameOld}},
+        {"author of a line", theme.text, {theme.blameNew, theme.blameOld}},
         {"warning", theme.warningText, {theme.warning}},
     };
     for (const QColor& status : {theme.statusAdded, theme.statusModified, theme.statusDeleted, theme.statusRenamed,

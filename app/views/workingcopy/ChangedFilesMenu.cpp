@@ -27,12 +27,47 @@ void copyPaths(const RepositoryStore::Files& files)
     QGuiApplication::clipboard()->setText(paths.join(u'\n'));
 }
 
+/// Why a file's lines and history cannot be shown; empty when they can.
+QString reasonAgainstInspecting(const RepositoryStore& store, const RepositoryStore::Files& files)
+{
+    if (files.size() != 1)
+        return u"Select one file to look into."_s;
+    const gitkit::FileChange& file = files.front();
+    if (file.path.ends_with('/'))
+        return u"This is a folder."_s;
+    if (file.isSubmodule)
+        return u"A submodule is a repository of its own."_s;
+    if (file.isUntracked())
+        return u"Git does not know this file yet."_s;
+    return isGone(file) && !store.status.value().oid ? u"Nothing has been committed yet."_s : QString();
+}
+
+void addInspection(QMenu& menu, RepositoryStore& store, const RepositoryStore::Files& files)
+{
+    const QString reason = reasonAgainstInspecting(store, files);
+    const auto add = [&](const QString& title, InspectedFile::Tab tab) {
+        QAction* const action = menu.addAction(title, &menu, [&store, file = files.front(), tab] {
+            InspectedFile inspected{file.path, std::nullopt, tab};
+            // What is no longer there is shown as HEAD has it.
+            if (isGone(file))
+                inspected.revision = store.status.value().oid;
+            store.inspected = std::move(inspected);
+        });
+        action->setEnabled(reason.isEmpty());
+        if (!reason.isEmpty())
+            action->setToolTip(reason);
+    };
+    add(u"Show Blame"_s, InspectedFile::Tab::blame);
+    add(u"Show File History"_s, InspectedFile::Tab::history);
+}
+
 } // namespace
 
 QMenu* makeChangedFilesMenu(RepositoryStore& store, const RepositoryStore::Files& files, const QString& openTitle,
                             QWidget* parent)
 {
     auto* menu = new QMenu(parent);
+    menu->setToolTipsVisible(true);
     const auto stateIs = [&store](gitkit::StageState state) {
         return [&store, state](const gitkit::FileChange& file) { return store.shownStageState(file) == state; };
     };
@@ -46,6 +81,7 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const RepositoryStore::Files
     auto* reveal = menu->addAction(u"Reveal in File Browser"_s, menu, [&store, files] { store.reveal(files); });
     for (QAction* action : {open, reveal})
         action->setEnabled(!std::ranges::all_of(files, isGone));
+    addInspection(*menu, store, files);
     menu->addAction(u"Copy Path"_s, menu, [files] { copyPaths(files); });
     return menu;
 }
