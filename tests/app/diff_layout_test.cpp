@@ -101,6 +101,13 @@ TEST_F(DiffMoreTest, ShowsTheWholeFileAndTheChangesAgain)
     view.setShowsWholeFile(false);
     EXPECT_EQ(rows(), 11);
     EXPECT_EQ(heightInSight(8), before);
+
+    // A new diff of the file, whose text comes after it, is read on where the one before was.
+    view.setShowsWholeFile(true);
+    const std::string other = std::string(diffHeader) + "@@ -1,1 +1,1 @@\n-a\n+A\n";
+    show({contentOf(other, Use::read), contentOf(twoHunks, Use::read, u"Staged"_s)}, DiffPlace::kept);
+    view.setTexts(u"Unstaged Diff"_s, textsOf(oldFile()));
+    EXPECT_EQ(heightInSight(rowOf(u"l22"_s)), before);
 }
 
 TEST(DiffGaps, AreOfferedForTheFilesOfTheDiffOnly)

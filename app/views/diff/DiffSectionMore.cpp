@@ -7,6 +7,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace plovik {
 
@@ -45,6 +46,23 @@ void DiffSectionView::setTexts(DiffTexts texts)
     if (showsWholeFile_)
         gaps.showAll();
     showGaps(std::move(gaps), anchorRow());
+    returnToHeld();
+}
+
+/// A file that is shown whole shrinks to its changes when a new diff of it comes, until its text comes, too.
+void DiffSectionView::holdWholeFile(DiffPlace place)
+{
+    const int anchor = place == DiffPlace::kept && showsWholeFile_ && document_.gaps().showsLines() ? anchorRow() : -1;
+    if (place == DiffPlace::start)
+        held_.reset();
+    if (anchor >= 0 && document_.row(anchor).newNumber)
+        held_ = Held{*document_.row(anchor).newNumber, rowRect(anchor).top() - visibleTop_};
+}
+
+void DiffSectionView::returnToHeld()
+{
+    if (const std::optional<Held> held = std::exchange(held_, std::nullopt); held && showsWholeFile_)
+        Q_EMIT contentHeightChanged(rowRect(document_.rowOf({-1, held->number})).top() - held->y - visibleTop_);
 }
 
 void DiffSectionView::setShowsWholeFile(bool whole)
@@ -105,7 +123,6 @@ void DiffSectionView::relay(const std::function<void()>& change, int anchor)
     metrics_ = DiffMetrics::of(document_, lines_);
     drag_ = Drag::none;
     dragTimer_.stop();
-    hoveredMore_ = {};
     ++contentRevision_;
     selection_.clear();
     for (const Place& place : picked) {
@@ -121,6 +138,7 @@ void DiffSectionView::relay(const std::function<void()>& change, int anchor)
     remeasure(anchor < 0 ? 0 : rowRect(document_.rowOf(anchorPlace)).top() - y);
     updateOffers();
     announceDiffChange(this);
+    hoverMore(underMouse() ? mapFromGlobal(QCursor::pos()) : QPoint(-1, -1));
 }
 
 bool DiffSectionView::isInSight(int row) const
@@ -243,7 +261,7 @@ void DiffSectionView::pressMore(const MoreButton& button)
     else if (button.more == More::above)
         showMore(header.hunk, More::above, button.row);
     else // What stands above the new lines stays.
-        showMore(header.isRest() ? header.hunk : header.hunk - 1, button.more, std::max(0, button.row - 1));
+        showMore(header.isRest() ? header.hunk : header.hunk - 1, button.more, button.row - 1);
 }
 
 /// The nearest gap above or below a hunk that is still open; -1 for none.

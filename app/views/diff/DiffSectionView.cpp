@@ -57,6 +57,7 @@ void DiffSectionView::showDocument(DiffPlace place)
 {
     const int hunk = keyboardHunk();
     const std::size_t hunks = document_.hunks().size();
+    holdWholeFile(place);
     document_ = DiffDocument(notes_.hidesLines ? gitkit::ParsedDiff() : content_.diff);
     lines_ = DiffLines(document_, layout_);
     texts_ = {};

@@ -179,6 +179,8 @@ private:
     void showMore(int hunk, More more, int anchor);
     void showGaps(DiffGaps gaps, int anchor);
     int anchorRow() const;
+    void holdWholeFile(DiffPlace place);
+    void returnToHeld();
     bool isInSight(int row) const;
     void relay(const std::function<void()>& change, int anchor);
     void addMoreActions(class QMenu& menu);
@@ -212,6 +214,11 @@ private:
     bool showsWholeFile_ = false;
     int hovered_ = -1; ///< hunk under the pointer
     MoreButton hoveredMore_;
+    struct Held {
+        int number = 0; ///< of a line in the new file
+        int y = 0;      ///< where it stood, below the top of what is in sight
+    };
+    std::optional<Held> held_; ///< what was looked at in a whole file, until the new diff's file is there
     int offset_ = 0;
     int visibleTop_ = 0;
     bool isAvailable_ = true;
