@@ -62,6 +62,10 @@ BlameList::BlameList(QWidget* parent) : QListView(parent), model_(new BlameModel
     setItemDelegate(new Delegate(this));
     setModel(model_);
     viewport()->setMouseTracking(true);
+    auto* const corner = new QWidget;
+    corner->setBackgroundRole(QPalette::Base);
+    corner->setAutoFillBackground(true);
+    setCornerWidget(corner);
     measure();
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
@@ -108,6 +112,12 @@ void BlameList::replaceDocument(std::shared_ptr<const BlameDocument> document, c
     setAutoScroll(true);
     scrollRowTo({hold.top, hold.y});
     horizontalScrollBar()->setValue(x);
+}
+
+void BlameList::setSyntax(std::shared_ptr<const FileSyntax> syntax)
+{
+    rows_.setSyntax(std::move(syntax));
+    viewport()->update();
 }
 
 void BlameList::scrollRowTo(Place place)

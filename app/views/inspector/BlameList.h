@@ -39,6 +39,8 @@ public:
     Hold hold() const;
     /// The same file as it is now, its rows where they were.
     void replaceDocument(std::shared_ptr<const BlameDocument> document, const Hold& hold);
+    /// The colours of the code, once they are known.
+    void setSyntax(std::shared_ptr<const FileSyntax> syntax);
     const std::shared_ptr<const BlameDocument>& document() const { return model_->document(); }
 
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;

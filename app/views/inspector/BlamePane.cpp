@@ -2,6 +2,7 @@
 
 #include "app/store/ShownText.h"
 #include "app/views/EmptyState.h"
+#include "app/views/diff/syntax/SyntaxHighlighter.h"
 
 #include <QKeyEvent>
 
@@ -89,6 +90,12 @@ BlamePane::BlamePane(RepositoryStore& store, QWidget* parent)
     }));
 }
 
+BlamePane::~BlamePane()
+{
+    if (colouringIsStale_)
+        *colouringIsStale_ = true;
+}
+
 void BlamePane::open(const InspectedFile& file)
 {
     if (isSameFile(file_, file)) {
@@ -120,6 +127,7 @@ void BlamePane::reopen(const InspectedFile& file, const Memory& memory)
     }
     shown_ = file;
     list_->replaceDocument(memory.document, memory.hold);
+    colour();
     showPage(list_);
     readAgain();
 }
@@ -200,7 +208,28 @@ void BlamePane::take(const BlameReading& reading, const BlameRequest& request, B
     else
         list_->replaceDocument(reading.document,
                                {reading.rows[0], hold.y, reading.rows[1], reading.rows[2], reading.rows[3]});
+    colour();
     showPage(list_);
+}
+
+void BlamePane::colour()
+{
+    if (colouringIsStale_)
+        *colouringIsStale_ = true;
+    colouringIsStale_ = std::make_shared<std::atomic<bool>>(false);
+    launch(colouring(this, list_->document()));
+}
+
+QCoro::Task<> BlamePane::colouring(QPointer<BlamePane> pane, std::shared_ptr<const BlameDocument> document)
+{
+    SyntaxRequest request;
+    request.file = document->file();
+    request.path = pane->file_->path;
+    request.isStale = pane->colouringIsStale_;
+    const auto syntax = co_await pane->store_.runFunction(&highlightedFile, request);
+    // The pane closed meanwhile, or shows another file.
+    if (pane && pane->list_->document() == document)
+        pane->list_->setSyntax(syntax);
 }
 
 void BlamePane::showSentence(const QString& title, const QString& description)

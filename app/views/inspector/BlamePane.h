@@ -9,6 +9,7 @@
 #include <QStackedWidget>
 #include <QTimer>
 
+#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,6 +28,7 @@ class BlamePane : public QStackedWidget {
 public:
     /// `store` outlives the pane.
     explicit BlamePane(RepositoryStore& store, QWidget* parent = nullptr);
+    ~BlamePane() override;
 
     /// What is on display, to come back to.
     struct Memory {
@@ -57,6 +59,9 @@ protected:
 private:
     static QCoro::Task<> reading(QPointer<BlamePane> pane, BlameRequest request, BlameList::Hold hold);
 
+    static QCoro::Task<> colouring(QPointer<BlamePane> pane, std::shared_ptr<const BlameDocument> document);
+
+    void colour();
     void read(const BlameList::Hold& hold);
     void readAgain();
     void take(const BlameReading& reading, const BlameRequest& request, BlameList::Hold hold);
@@ -70,9 +75,10 @@ private:
     QWidget* loading_;
     QTimer loadingSoon_;
     std::optional<InspectedFile> file_;
-    std::optional<InspectedFile> shown_; ///< the file whose lines stand in the list
-    std::optional<BlameStamp> stamp_;    ///< of what stands there
-    qint64 token_ = 0;                   ///< of the request that counts
+    std::optional<InspectedFile> shown_;                  ///< the file whose lines stand in the list
+    std::optional<BlameStamp> stamp_;                     ///< of what stands there
+    std::shared_ptr<std::atomic<bool>> colouringIsStale_; ///< set for the colours that nobody waits for any more
+    qint64 token_ = 0;                                    ///< of the request that counts
     bool isReading_ = false;
     bool isOld_ = false; ///< something changed while it was read
     std::vector<QPropertyNotifier> notifiers_;

@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/views/RowPainting.h"
 #include "app/views/Theme.h"
+#include "app/views/diff/syntax/SyntaxFormats.h"
 #include "app/views/history/RelativeDate.h"
 
 #include <QFontInfo>
@@ -31,9 +32,10 @@ constexpr qsizetype longestShaped = 1000;
 
 gitkit::Date now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
 
-QList<QTextLayout::FormatRange> signFormats(const ShownLine& line, qsizetype first, qsizetype length)
+/// The signs that stand for what cannot be drawn win over the colours of the code around them.
+void appendSignFormats(QList<QTextLayout::FormatRange>& formats, const ShownLine& line, qsizetype first,
+                       qsizetype length)
 {
-    QList<QTextLayout::FormatRange> formats;
     for (const ShownLine::Replacement& each : line.replacements) {
         const qsizetype begin = std::max(each.shown, first);
         const qsizetype end = std::min(each.shown + each.length, first + length);
@@ -44,7 +46,6 @@ QList<QTextLayout::FormatRange> signFormats(const ShownLine& line, qsizetype fir
         format.setForeground(each.sign == ShownLine::Sign::control ? theme.statusConflicted : theme.gutterText);
         formats.append({static_cast<int>(begin - first), static_cast<int>(end - begin), format});
     }
-    return formats;
 }
 
 } // namespace
@@ -64,6 +65,7 @@ BlameRowPainter::BlameRowPainter() : shown_(keptLines) { measure(0); }
 void BlameRowPainter::setDocument(std::shared_ptr<const BlameDocument> document)
 {
     document_ = std::move(document);
+    syntax_.reset();
     shown_.clear();
 }
 
@@ -210,7 +212,11 @@ void BlameRowPainter::paintCode(QPainter& painter, int row, const QRect& area, i
     option.setTextDirection(Qt::LeftToRight);
     option.setWrapMode(QTextOption::NoWrap);
     layout.setTextOption(option);
-    layout.setFormats(signFormats(line, first, length));
+    QList<QTextLayout::FormatRange> formats;
+    if (syntax_)
+        appendSyntaxFormats(formats, syntax_->line(row + 1), line, first, length);
+    appendSignFormats(formats, line, first, length);
+    layout.setFormats(formats);
     layout.beginLayout();
     QTextLine whole = layout.createLine();
     whole.setLeadingIncluded(false);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/views/diff/ShownLine.h"
+#include "app/views/diff/syntax/FileSyntax.h"
 #include "app/views/inspector/BlameDocument.h"
 
 #include <QCache>
@@ -21,7 +22,9 @@ class BlameRowPainter {
 public:
     BlameRowPainter();
 
+    /// Forgets the colours: they belong to the document before.
     void setDocument(std::shared_ptr<const BlameDocument> document);
+    void setSyntax(std::shared_ptr<const FileSyntax> syntax) { syntax_ = std::move(syntax); }
     /// Takes over fonts and the width of the whole view: a narrow one tells of a run on two rows.
     void measure(int viewWidth);
 
@@ -51,6 +54,7 @@ private:
     const ShownLine& shown(int row);
 
     std::shared_ptr<const BlameDocument> document_;
+    std::shared_ptr<const FileSyntax> syntax_; ///< null until the colours are known
     QCache<int, ShownLine> shown_;
     QFont codeFont_, numberFont_, hashFont_, textFont_;
     QLocale locale_;
