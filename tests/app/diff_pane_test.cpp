@@ -202,6 +202,11 @@ TEST_F(DiffPaneTest, StaysAtItsMatchWhileTheDiffChanges)
     EXPECT_TRUE(matches().endsWith(u"of 4"_s)) << matches().toStdString();
     select("b");
     EXPECT_EQ(matches(), u"1 match"_s);
+
+    other.setFocus();
+    store.selectedPaths = std::set<std::string>{};
+    EXPECT_FALSE(isFinding());
+    EXPECT_TRUE(other.hasFocus());
 }
 
 TEST_F(DiffPaneTest, SearchesLongDiffsBetweenEvents)

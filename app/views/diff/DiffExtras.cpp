@@ -1,6 +1,5 @@
 #include "app/views/diff/DiffExtras.h"
 
-#include "app/store/RepositoryStore.h"
 #include "app/views/diff/DiffSectionBar.h"
 #include "app/views/diff/DiffSectionView.h"
 #include "app/views/diff/DiffView.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "GitKit/GitRepository.h"
+#include "app/store/RepositoryStore.h"
 #include "app/views/diff/DiffAction.h"
 #include "app/views/diff/ImagePane.h"
 
@@ -19,7 +19,6 @@ namespace plovik {
 
 class DiffSectionView;
 class DiffView;
-class RepositoryStore;
 
 /// What is known of one diff's files, and their pictures where they are pictures. Value.
 struct DiffExtra {

@@ -53,7 +53,7 @@ DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     connect(options_, &DiffOptionsBar::wholeFileToggled, view_, &DiffView::setShowsWholeFile);
     connect(view_, &DiffView::showsWholeFileChanged, options_, &DiffOptionsBar::setWholeFile);
     connect(options_, &DiffOptionsBar::findRequested, this, &DiffPane::find);
-    connect(findBar_, &FindBar::closed, this, [this] { view_->setFocus(Qt::OtherFocusReason); });
+    connect(findBar_, &FindBar::focusReturned, this, [this] { view_->setFocus(Qt::OtherFocusReason); });
     connect(&Settings::shared(), &Settings::changed, this, &DiffPane::settingChanged);
 }
 

@@ -3,6 +3,7 @@
 #include "app/views/Theme.h"
 #include "app/views/diff/IconButton.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -71,9 +72,10 @@ void FindBar::close()
 {
     if (isHidden())
         return;
+    if (isAncestorOf(QApplication::focusWidget()))
+        Q_EMIT focusReturned();
     hide();
     finder_.stop();
-    Q_EMIT closed();
 }
 
 void FindBar::search()

@@ -26,7 +26,8 @@ public:
     void step(int direction);
 
 Q_SIGNALS:
-    void closed();
+    /// The bar goes, and the keyboard is still in it.
+    void focusReturned();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

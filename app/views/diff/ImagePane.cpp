@@ -2,6 +2,7 @@
 
 #include "app/views/Theme.h"
 #include "app/views/diff/CheckeredPicture.h"
+#include "app/views/diff/DiffMetrics.h"
 #include "app/views/diff/DiffNotes.h"
 
 #include <QEvent>
@@ -17,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int margin = 16;
+constexpr int margin = DiffMetrics::margin;
 constexpr int gap = 16;
 constexpr int textGap = 6;
 constexpr int leastHeight = 64;

@@ -93,8 +93,10 @@ bool isPictureName(std::string_view path)
 
 bool isTextPictureName(std::string_view path)
 {
+    if (suffixOf(path) != u"svg"_s)
+        return false;
     static const bool canRead = QImageReader::supportedImageFormats().contains("svg");
-    return canRead && suffixOf(path) == u"svg"_s;
+    return canRead;
 }
 
 Picture readPicture(const std::string& bytes)
