@@ -1,6 +1,5 @@
 #include "app/views/inspector/BlameReading.h"
 
-#include "GitKit/runner/GitError.h"
 #include "app/store/RepositoryStore.h"
 
 #include <string_view>
@@ -69,9 +68,9 @@ BlameReading readBlame(const gitkit::GitRepository& repository, const BlameReque
     try {
         const auto lines = repository.blame(request.path, request.revision);
         reading.document = std::make_shared<const BlameDocument>(lines);
-    } catch (const gitkit::GitError& failure) {
+    } catch (const std::exception& failure) {
         // The file is there: it is git that has none of this name.
-        if (request.revision || failure.message().find("no such path") == std::string::npos)
+        if (request.revision || std::string_view(failure.what()).find("no such path") == std::string_view::npos)
             throw;
         reading.state = State::untracked;
         return reading;

@@ -7,6 +7,7 @@
 #include "app/views/diff/syntax/SyntaxFormats.h"
 #include "app/views/history/RelativeDate.h"
 
+#include <QDate>
 #include <QFontInfo>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -91,7 +92,9 @@ void BlameRowPainter::measure(int viewWidth)
     dateWidth_ = static_cast<int>(
         std::ceil(std::max(text.horizontalAdvance(someDate), text.horizontalAdvance(u"59 min ago"_s))));
     isNarrow_ = viewWidth < roomyView;
-    const int authorWidth = static_cast<int>(text.height() * (isNarrow_ ? 4.5 : 7));
+    // In a narrow view the date stands below the author.
+    const int authorWidth =
+        isNarrow_ ? std::max(static_cast<int>(text.height() * 4.5), dateWidth_) : static_cast<int>(text.height() * 7);
     annotationWidth_ = 2 * margin + hashWidth_ + gap + authorWidth + (isNarrow_ ? 0 : gap + dateWidth_);
 
     const int rows = document_ ? document_->rowCount() : 0;
