@@ -1,5 +1,7 @@
 #include "app/shell/MainMenu.h"
 
+#include "app/settings/Settings.h"
+#include "app/shell/NavigationButtons.h"
 #include "app/shell/UndoCommand.h"
 #include "app/store/RepositoryStore.h"
 
@@ -10,6 +12,7 @@
 #include <QMetaMethod>
 #include <QWidget>
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -34,10 +37,15 @@ void addUnavailable(QMenu* menu, const QString& title, const QKeySequence& key =
     add(menu, title, key, [] {})->setEnabled(false);
 }
 
+bool hasSlot(const QObject& object, const char* slot)
+{
+    return object.metaObject()->indexOfMethod(QMetaObject::normalizedSignature(slot)) >= 0;
+}
+
 bool focusOffers(const char* slot)
 {
     const QWidget* const focus = QApplication::focusWidget();
-    return focus && focus->metaObject()->indexOfMethod(QMetaObject::normalizedSignature(slot)) >= 0;
+    return focus && hasSlot(*focus, slot);
 }
 
 /// An item that calls a slot of the widget with the focus, as text fields and lists have them.
@@ -88,15 +96,16 @@ public:
         bool (*isPossible)(const RepositoryStore&);
     };
 
-    CommandStates(RepositoryStore& store, std::vector<Command> commands, QObject* parent)
+    /// The commands depend on some of the store's fields.
+    template <typename... Fields>
+    CommandStates(RepositoryStore& store, std::vector<Command> commands, QObject* parent, Fields&... fields)
         : QObject(parent), commands_(std::move(commands))
     {
         const auto updates = [this, &store] {
             for (const Command& command : commands_)
                 command.action->setEnabled(command.isPossible(store));
         };
-        notifiers_.push_back(store.activity.addNotifier(updates));
-        notifiers_.push_back(store.status.addNotifier(updates));
+        (notifiers_.push_back(fields.addNotifier(updates)), ...);
         updates();
     }
 
@@ -138,7 +147,67 @@ void buildRepositoryMenu(QMenu* menu, RepositoryStore& store)
     commands.push_back({add(menu, QStringLiteral("Stash Changes…"), QKeySequence(shifted | Qt::Key_S),
                             [&store] { store.sheet = StashSheet{}; }),
                         canStash});
-    new CommandStates(store, std::move(commands), menu);
+    new CommandStates(store, std::move(commands), menu, store.activity, store.status);
+}
+
+/// An item that switches a setting, and shows it wherever it is switched.
+void addSwitch(QMenu* menu, const QString& title, const Setting<bool>& setting)
+{
+    QAction* const action = add(menu, title, {}, [] {});
+    action->setCheckable(true);
+    action->setChecked(Settings::shared().value(setting));
+    QObject::connect(action, &QAction::toggled, menu, [&setting](bool isOn) { Settings::shared().set(setting, isOn); });
+    QObject::connect(&Settings::shared(), &Settings::changed, action, [action, &setting](const QString& key) {
+        if (key == QLatin1String(setting.key))
+            action->setChecked(Settings::shared().value(setting));
+    });
+}
+
+/// The widget that offers a slot: the one with the focus, or one around it, or else the one in sight.
+QWidget* offering(const char* slot, QWidget& window)
+{
+    for (QWidget* widget = QApplication::focusWidget(); widget && widget != &window; widget = widget->parentWidget()) {
+        if (hasSlot(*widget, slot))
+            return widget;
+    }
+    const QList<QWidget*> all = window.findChildren<QWidget*>();
+    const auto found =
+        std::ranges::find_if(all, [slot](QWidget* widget) { return widget->isVisible() && hasSlot(*widget, slot); });
+    return found == all.end() ? nullptr : *found;
+}
+
+/// An item that calls a slot of what is in sight.
+void addForSight(QMenu* menu, QWidget* window, const QString& title, const QKeySequence& key, const char* slot)
+{
+    QAction* const action = add(menu, title, key, [window, slot] {
+        if (QWidget* const widget = offering(slot, *window))
+            QMetaObject::invokeMethod(widget, QByteArray(slot).chopped(2).constData());
+    });
+    QObject::connect(menu, &QMenu::aboutToShow, action,
+                     [action, window, slot] { action->setEnabled(offering(slot, *window)); });
+    // While the menu is closed the key must reach whatever is in sight then.
+    QObject::connect(menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
+}
+
+void buildViewMenu(QMenu* menu, QWidget* window, RepositoryStore& store)
+{
+    std::vector<CommandStates::Command> commands{
+        {add(menu, QStringLiteral("Back"), QKeySequence(Qt::ALT | Qt::Key_Left), [&store] { store.goBack(); }),
+         [](const RepositoryStore& asked) { return asked.canGoBack.value(); }},
+        {add(menu, QStringLiteral("Forward"), QKeySequence(Qt::ALT | Qt::Key_Right), [&store] { store.goForward(); }),
+         [](const RepositoryStore& asked) { return asked.canGoForward.value(); }},
+        {add(menu, QStringLiteral("Go to Commit…"), QKeySequence(Qt::CTRL | Qt::Key_G),
+             [&store] { store.sheet = GoToCommitSheet{}; }),
+         [](const RepositoryStore& asked) { return asked.status.value().hasCommits(); }}};
+    new CommandStates(store, std::move(commands), menu, store.canGoBack, store.canGoForward, store.status);
+    menu->addSeparator();
+    addSwitch(menu, QStringLiteral("Side by Side"), settings::diffSideBySide);
+    addSwitch(menu, QStringLiteral("Ignore White Space"), settings::diffIgnoresWhiteSpace);
+    menu->addSeparator();
+    addForSight(menu, window, QStringLiteral("Next Change"), QKeySequence(Qt::Key_F7), "nextChange()");
+    addForSight(menu, window, QStringLiteral("Previous Change"), QKeySequence(Qt::SHIFT | Qt::Key_F7),
+                "previousChange()");
+    new NavigationButtons(store, *window);
 }
 
 void toggleMaximized(QWidget* window)
@@ -172,6 +241,7 @@ void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store)
 
     buildEditMenu(bar.addMenu(QStringLiteral("Edit")), store);
     buildRepositoryMenu(bar.addMenu(QStringLiteral("Repository")), store);
+    buildViewMenu(bar.addMenu(QStringLiteral("View")), window, store);
     buildWindowMenu(bar.addMenu(QStringLiteral("Window")), window, target);
 }
 

@@ -18,6 +18,9 @@ struct NewTagSheet {
 struct StashSheet {
     bool operator==(const StashSheet&) const = default;
 };
-using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet>;
+struct GoToCommitSheet {
+    bool operator==(const GoToCommitSheet&) const = default;
+};
+using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet>;
 
 } // namespace plovik

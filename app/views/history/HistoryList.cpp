@@ -74,7 +74,10 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store_.graphLanes.addNotifier(repaint));
     notifiers_.push_back(store_.isHistoryFiltered.addNotifier(repaint));
     notifiers_.push_back(store_.selectedCommit.addNotifier([this] { followSelectedCommit(); }));
+    notifiers_.push_back(store_.commitReveals.addNotifier([this] { reveal(); }));
     notifiers_.push_back(store_.hasMoreHistory.addNotifier([this] { wantMoreNearEnd(); }));
+    followSelectedCommit();
+    revealsWhenShown_ = true;
 }
 
 int HistoryList::rowAt(int y) const { return (y + verticalOffset()) / rowPainter_.rowHeight(); }
@@ -101,7 +104,10 @@ void HistoryList::selectionChanged(const QItemSelection& selected, const QItemSe
     if (isRestoring_)
         return;
     const HistoryRow* row = model_->row(selectedRow());
-    store_.selectedCommit = row ? std::optional(row->commit.hash) : std::nullopt;
+    if (row && isByKey_)
+        store_.walkToCommit(row->commit.hash);
+    else
+        store_.selectedCommit = row ? std::optional(row->commit.hash) : std::nullopt;
 }
 
 void HistoryList::followSelectedCommit()
@@ -114,6 +120,16 @@ void HistoryList::followSelectedCommit()
     if (row >= 0)
         scrollNear(row);
     select(row);
+}
+
+void HistoryList::reveal()
+{
+    revealsWhenShown_ = !isVisible();
+    const int row = selectedRow();
+    if (!isVisible() || row < 0)
+        return;
+    scrollNear(row);
+    scrollTo(model_->index(row));
 }
 
 void HistoryList::select(int row)
@@ -196,6 +212,9 @@ void HistoryList::showEvent(QShowEvent* event)
 {
     QListView::showEvent(event);
     wantMoreNearEnd();
+    // Only once the list has its size does it know what is out of sight.
+    if (revealsWhenShown_)
+        QMetaObject::invokeMethod(this, &HistoryList::reveal, Qt::QueuedConnection);
 }
 
 // Asked from the event loop, because the answer may be there at once and the list is in the middle of scrolling.
@@ -228,6 +247,7 @@ void HistoryList::keyPressEvent(QKeyEvent* event)
         event->accept();
         return;
     }
+    const QScopedValueRollback byKey(isByKey_, true);
     QListView::keyPressEvent(event);
 }
 

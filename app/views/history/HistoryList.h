@@ -50,6 +50,7 @@ private:
     HistoryColumns columns() const;
 
     void followSelectedCommit();
+    void reveal();
     void select(int row);
     void scrollNear(int row);
     void rememberPlace();
@@ -69,6 +70,8 @@ private:
     std::vector<Anchor> place_;
     bool isRestoring_ = false; ///< selection and place follow the store and the page, not the user
     bool isAsking_ = false;
+    bool isByKey_ = false;          ///< the selection changes because of a key
+    bool revealsWhenShown_ = false; ///< the selected row was to be brought into sight while there was nothing to see
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -49,7 +49,7 @@ void Sheet::validate()
         dialogParts::fit(*this);
     }
     // While an action runs the store would drop another one.
-    confirm_->setEnabled(!showsProblem_ && isComplete() && !store_.activity.value());
+    confirm_->setEnabled(!showsProblem_ && isComplete() && !(isAction() && store_.activity.value()));
     applyTheme();
 }
 

@@ -40,6 +40,8 @@ protected:
     virtual QString note() const { return {}; }
     /// Whether everything that is needed is there.
     virtual bool isComplete() const { return true; }
+    /// Whether confirming starts an action, which waits for one that runs.
+    virtual bool isAction() const { return true; }
 
     void changeEvent(QEvent* event) override;
 

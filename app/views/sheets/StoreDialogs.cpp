@@ -2,6 +2,7 @@
 
 #include "app/views/sheets/ConfirmationDialog.h"
 #include "app/views/sheets/ErrorAlert.h"
+#include "app/views/sheets/GoToCommitDialog.h"
 #include "app/views/sheets/NewRefSheets.h"
 #include "app/views/sheets/StashDialog.h"
 
@@ -26,6 +27,7 @@ struct SheetMaker {
     Sheet* operator()(const NewBranchSheet& sheet) const { return new NewBranchDialog(store, sheet, parent); }
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
     Sheet* operator()(const StashSheet&) const { return new StashDialog(store, parent); }
+    Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
 };
 
 } // namespace
