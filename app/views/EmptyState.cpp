@@ -34,6 +34,11 @@ void EmptyState::setText(const QString& title, const QString& description)
     description_->setVisible(!description.isEmpty());
 }
 
+void EmptyState::setSign(QWidget* sign)
+{
+    static_cast<QVBoxLayout*>(layout())->insertWidget(1, sign, 0, Qt::AlignHCenter);
+}
+
 QPushButton* EmptyState::action(const QString& title)
 {
     if (!action_) {

@@ -15,6 +15,8 @@ public:
     explicit EmptyState(QWidget* parent = nullptr);
 
     void setText(const QString& title, const QString& description);
+    /// Puts a sign above the title, once.
+    void setSign(QWidget* sign);
     /// The button under the text; made at the first call, and the caller's to connect and enable.
     QPushButton* action(const QString& title);
 

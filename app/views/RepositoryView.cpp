@@ -3,6 +3,7 @@
 #include "app/views/MessageBar.h"
 #include "app/views/SplitPane.h"
 #include "app/views/Toolbar.h"
+#include "app/views/commit/CommitDetailView.h"
 #include "app/views/history/HistoryView.h"
 #include "app/views/inspector/InspectorView.h"
 #include "app/views/sheets/StoreDialogs.h"
@@ -76,8 +77,19 @@ void RepositoryView::connectToolbar()
 void RepositoryView::setEditorTitle(std::function<QString()> title)
 {
     editorTitle_ = std::move(title);
-    if (workingCopy_ && editorTitle_)
+    nameEditor();
+}
+
+void RepositoryView::nameEditor()
+{
+    if (!editorTitle_)
+        return;
+    if (workingCopy_)
         workingCopy_->setEditorTitle(editorTitle_);
+    if (history_)
+        history_->detail()->setEditorTitle(editorTitle_);
+    if (stashes_)
+        stashes_->detail()->setEditorTitle(editorTitle_);
 }
 
 void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice); }
@@ -85,8 +97,10 @@ void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice
 void RepositoryView::showSelection()
 {
     QWidget* view = detailFor(store_.selection.value());
-    if (detail_->indexOf(view) < 0)
+    if (detail_->indexOf(view) < 0) {
         detail_->addWidget(view);
+        nameEditor();
+    }
     // The keyboard goes along with the view it was in; in the sidebar it stays there.
     const QWidget* const focus = QApplication::focusWidget();
     const bool takesFocus = !focus || detail_->isAncestorOf(focus);
@@ -134,12 +148,7 @@ QWidget* RepositoryView::detailFor(const SidebarItem& item)
 {
     switch (item.kind) {
     case SidebarItem::Kind::workingCopy:
-        if (!workingCopy_) {
-            workingCopy_ = new WorkingCopyView(store_, detail_);
-            if (editorTitle_)
-                workingCopy_->setEditorTitle(editorTitle_);
-        }
-        return workingCopy_;
+        return workingCopy_ = workingCopy_ ? workingCopy_ : new WorkingCopyView(store_, detail_);
     case SidebarItem::Kind::stashes:
         return stashes_ = stashes_ ? stashes_ : new StashesView(store_, detail_);
     case SidebarItem::Kind::ref:

@@ -45,6 +45,7 @@ private:
     void showSelection();
     void showInspector();
     void hideInspector();
+    void nameEditor();
     QWidget* detailFor(const SidebarItem& item);
 
     RepositoryStore& store_;

@@ -2,11 +2,26 @@
 #include "tests/support/TestRepository.h"
 
 #include "app/views/commit/CommitDetailView.h"
+#include "app/views/commit/CommitFileDelegate.h"
+#include "app/views/commit/CommitFileMenu.h"
 #include "app/views/commit/CommitFilesList.h"
+#include "app/views/commit/CommitRefs.h"
+#include "app/views/commit/MessageParts.h"
 #include "app/views/diff/DiffSectionView.h"
 #include "app/views/diff/DiffView.h"
+#include "tests/app/ShownWidgets.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextDocumentFragment>
 
 #include <gtest/gtest.h>
 
@@ -16,11 +31,42 @@ namespace plovik {
 namespace {
 
 using gitkit::GitRepository;
+using Kind = GitRepository::CommitKind;
+using test::entries;
+using test::entry;
+using test::named;
+
+/// What would be opened in the desktop's browser.
+class OpenedLinks : public QObject {
+    Q_OBJECT
+
+public:
+    OpenedLinks()
+    {
+        for (const QString& scheme : {u"https"_s, u"http"_s, u"mailto"_s, u"file"_s})
+            QDesktopServices::setUrlHandler(scheme, this, "open");
+    }
+    ~OpenedLinks() override
+    {
+        for (const QString& scheme : {u"https"_s, u"http"_s, u"mailto"_s, u"file"_s})
+            QDesktopServices::unsetUrlHandler(scheme);
+    }
+    QStringList links;
+
+public Q_SLOTS:
+    void open(const QUrl& url) { links << url.toString(); }
+};
 
 struct CommitDetailTest : testing::Test {
     TestRepository repo;
     ManualWorker worker;
-    RepositoryStore store{repo.path(), worker};
+    std::vector<std::filesystem::path> opened;
+    RepositoryStore store{
+        repo.path(),
+        worker,
+        {.reveal = {},
+         .openInEditor = [this](const StoreServices::Files& files, const StoreServices::Failed&) { opened = files; },
+         .trash = {}}};
 
     void load()
     {
@@ -28,13 +74,19 @@ struct CommitDetailTest : testing::Test {
         worker.finishAll();
     }
 
-    std::unique_ptr<CommitDetailView> show(GitRepository::CommitKind kind)
+    std::unique_ptr<CommitDetailView> show(Kind kind)
     {
         auto view = std::make_unique<CommitDetailView>(store, kind);
         view->resize(1000, 500);
         view->show();
         worker.finishAll();
         return view;
+    }
+
+    void select(const std::string& hash)
+    {
+        store.selectedCommit = hash;
+        worker.finishAll();
     }
 
     static QStringList paths(const CommitDetailView& view)
@@ -45,6 +97,8 @@ struct CommitDetailTest : testing::Test {
         return list;
     }
 
+    static QString message(const CommitDetailView& view) { return view.findChild<QTextBrowser*>()->toPlainText(); }
+
     /// The diff's name and lines; empty when none is shown.
     static QString shownDiff(const CommitDetailView& view)
     {
@@ -54,12 +108,22 @@ struct CommitDetailTest : testing::Test {
         return diff->sections().front()->accessibleName() + u": "_s + diff->sections().front()->plainText();
     }
 
-    static bool says(const CommitDetailView& view, const QString& sentence)
+    /// Everything that labels say, without markup.
+    static QString told(const CommitDetailView& view)
     {
-        const auto labels = view.findChildren<QLabel*>();
-        return std::ranges::any_of(
-            labels, [&](const QLabel* label) { return label->isVisible() && label->text() == sentence; });
+        QStringList texts;
+        for (const QLabel* label : view.findChildren<QLabel*>()) {
+            if (label->isVisible())
+                texts << (label->textFormat() == Qt::RichText
+                              ? QTextDocumentFragment::fromHtml(label->text()).toPlainText()
+                              : label->text());
+        }
+        return texts.join(u'\n').replace(QChar::Nbsp, u' ');
     }
+
+    static bool says(const CommitDetailView& view, const QString& sentence) { return told(view).contains(sentence); }
+
+    static std::string shortHash(const std::string& hash) { return hash.substr(0, 7); }
 };
 
 TEST_F(CommitDetailTest, listsTheFilesOfACommitAndShowsTheDiffOfTheCurrentOne)
@@ -67,7 +131,7 @@ TEST_F(CommitDetailTest, listsTheFilesOfACommitAndShowsTheDiffOfTheCurrentOne)
     repo.write("a", "1\n").write("b", "1\n").commit("one").write("a", "2\n").git({"mv", "b", "c"}).commit("two");
     load();
     store.selectedCommit = store.history.value()[0].commit.hash;
-    const auto view = show(GitRepository::CommitKind::ordinary);
+    const auto view = show(Kind::ordinary);
     EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"c"_s}));
     EXPECT_TRUE(says(*view, u"2 files changed"_s));
     EXPECT_TRUE(shownDiff(*view).startsWith(u"Diff: "_s));
@@ -82,17 +146,32 @@ TEST_F(CommitDetailTest, listsTheFilesOfACommitAndShowsTheDiffOfTheCurrentOne)
 
 TEST_F(CommitDetailTest, theCommitSelectedLastWinsAndAClosedViewIsNotTouched)
 {
-    repo.write("a", "1\n").commit("one").write("b", "2\n").commit("two").write("c", "3\n").commit("three");
+    repo.write("a", "1\n").commit("one\n\nfirst").write("b", "2\n").commit("two").write("c", "3\n").commit("three");
     load();
-    auto view = show(GitRepository::CommitKind::ordinary);
-    EXPECT_EQ(paths(*view), QStringList());
-    for (const HistoryRow& row : store.history.value())
-        store.selectedCommit = row.commit.hash;
+    auto view = show(Kind::ordinary);
+    EXPECT_TRUE(says(*view, u"No Commit Selected"_s));
+    std::string oldest;
+    for (const HistoryRow& row : store.history.value()) {
+        store.selectedCommit = oldest = row.commit.hash;
+        EXPECT_EQ(message(*view), QString::fromStdString(row.commit.subject)) << "the subject waits for nobody";
+    }
+    EXPECT_LE(worker.waiting(), 2U) << "what is passed by is not read";
     worker.finishAll();
     EXPECT_EQ(paths(*view), QStringList{u"a"_s});
+    EXPECT_EQ(message(*view), u"one\nfirst"_s);
     EXPECT_TRUE(shownDiff(*view).contains(u"+1"_s));
 
+    // The newer answer comes first.
+    store.selectedCommit = store.history.value()[1].commit.hash;
+    select(store.history.value()[0].commit.hash);
+    select(oldest);
+    const int posted = worker.posted();
     store.selectedCommit = store.history.value()[0].commit.hash;
+    EXPECT_EQ(paths(*view), QStringList{u"c"_s}) << "read before, so there at once";
+    EXPECT_EQ(worker.posted(), posted + 1) << "its diff alone is read";
+    EXPECT_TRUE(says(*view, u"+1"_s)) << "and the counts are kept";
+
+    store.selectedCommit = store.history.value()[1].commit.hash;
     EXPECT_GE(worker.waiting(), 1U);
     view.reset();
     worker.finishAll();
@@ -104,30 +183,227 @@ TEST_F(CommitDetailTest, saysWhatAMergeIsComparedWithAndThatAnEmptyCommitIsEmpty
     repo.git({"checkout", "-q", "side"}).write("c", "1\n").commit("three").git({"checkout", "-q", "main"});
     repo.git({"merge", "-q", "--no-ff", "-m", "merge", "side"}).git({"commit", "-q", "--allow-empty", "-m", "empty"});
     load();
-    const auto view = show(GitRepository::CommitKind::ordinary);
-    store.selectedCommit = repo.read({"rev-parse", "HEAD~1"});
-    worker.finishAll();
+    const auto view = show(Kind::ordinary);
+    select(repo.read({"rev-parse", "HEAD~1"}));
     EXPECT_EQ(paths(*view), QStringList{u"c"_s});
     EXPECT_TRUE(says(*view, u"1 file changed against the first parent"_s));
-    store.selectedCommit = repo.head();
-    worker.finishAll();
+    select(repo.head());
     EXPECT_EQ(paths(*view), QStringList());
     EXPECT_TRUE(says(*view, u"This commit changes no files."_s));
     EXPECT_EQ(shownDiff(*view), QString());
+    select(repo.read({"rev-list", "--max-parents=0", "HEAD"}));
+    EXPECT_TRUE(says(*view, u"No parent"_s));
 }
 
-TEST_F(CommitDetailTest, aStashShowsItsUntrackedFilesToo)
+TEST_F(CommitDetailTest, tellsWhoMadeTheCommitAndCopiesItsHash)
+{
+    repo.write("a", "1\n").git({"add", "."}).git({"commit", "-qm", "one", "--author=Charles <c@x>"});
+    repo.git({"tag", "-a", "-m", "release", "v1"});
+    repo.write("a", "2\n").git({"commit", "-aqm", "two", "--author=A&amp;B <ada@x>"});
+    load();
+    const auto view = show(Kind::ordinary);
+    select(repo.head());
+    EXPECT_TRUE(says(*view, u"A&amp;B <ada@x>"_s)) << told(*view).toStdString();
+    EXPECT_TRUE(says(*view, u"Committed by Charles · "_s)) << told(*view).toStdString();
+    EXPECT_EQ(named<QLineEdit>(*view, u"Commit Hash"_s)->text(), QString::fromStdString(repo.head()));
+    named<QAbstractButton>(*view, u"Copy Hash"_s)->click();
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromStdString(repo.head()));
+    EXPECT_TRUE(says(*view, u"Copied"_s));
+
+    const auto& refs = view->findChild<CommitRefs*>()->labels();
+    EXPECT_EQ(refs.size(), 1U);
+    Q_EMIT named<QLabel>(*view, u"Commit Parents"_s)
+        ->linkActivated(QString::fromStdString(repo.read({"rev-parse", "HEAD^"})));
+    worker.finishAll();
+    EXPECT_EQ(store.selectedCommit.value(), repo.read({"rev-parse", "HEAD^"}));
+    EXPECT_FALSE(says(*view, u"Committed by"_s));
+    EXPECT_EQ(view->findChild<CommitRefs*>()->accessibleDescription(), u"v1"_s);
+
+    // What the page does not hold is told all the same.
+    store.history = std::vector<HistoryRow>{store.history.value()[1]};
+    select(repo.head());
+    EXPECT_EQ(message(*view), u"two"_s);
+    EXPECT_EQ(view->findChild<CommitRefs*>()->accessibleDescription(), u"main"_s);
+}
+
+TEST_F(CommitDetailTest, linksLeadToTheWebAndToCommitsAndNowhereElse)
+{
+    repo.write("a", "1\n").commit("one");
+    const std::string first = repo.head();
+    repo.write("a", "2\n")
+        .commit("two\n\n<b>fixes</b> " + shortHash(first) + ", not 1234567 or defaced.\n" +
+                "file:///etc/passwd javascript:alert(1) https://example.org/x. mailto:a@b.c");
+    load();
+    OpenedLinks web;
+    const auto view = show(Kind::ordinary);
+    select(repo.head());
+    auto* const text = view->findChild<QTextBrowser*>();
+    EXPECT_TRUE(message(*view).contains(u"<b>fixes</b>"_s)) << "never markup";
+    QStringList targets;
+    for (QTextBlock block = text->document()->begin(); block.isValid(); block = block.next()) {
+        for (const QTextLayout::FormatRange& range : block.textFormats()) {
+            if (range.format.isAnchor())
+                targets << range.format.anchorHref();
+        }
+    }
+    const QString toFirst = u"commit:"_s + QString::fromStdString(shortHash(first));
+    EXPECT_EQ(targets, (QStringList{toFirst, u"commit:1234567"_s, u"https://example.org/x"_s, u"mailto:a@b.c"_s}));
+
+    for (const QString& target : {u"https://example.org/x"_s, u"mailto:a@b.c"_s, u"file:///etc/passwd"_s})
+        Q_EMIT text->anchorClicked(QUrl(target));
+    EXPECT_EQ(web.links, (QStringList{u"https://example.org/x"_s, u"mailto:a@b.c"_s}));
+
+    Q_EMIT text->anchorClicked(QUrl(u"commit:1234567"_s));
+    worker.finishAll();
+    EXPECT_TRUE(says(*view, u"There is no commit 1234567 in this repository."_s));
+    EXPECT_EQ(store.errorMessage.value(), std::nullopt);
+    Q_EMIT text->anchorClicked(QUrl(toFirst));
+    worker.finishAll();
+    EXPECT_EQ(store.selectedCommit.value(), first);
+    EXPECT_FALSE(says(*view, u"There is no commit"_s));
+}
+
+TEST_F(CommitDetailTest, aMessageOfAnySizeIsCutBeforeItHoldsUpTheWindow)
+{
+    std::string lines = "many\n";
+    for (int line = 0; line < 10'000; ++line)
+        lines += "\nline " + std::to_string(line);
+    const MessageParts many = MessageParts::of(lines);
+    EXPECT_EQ(many.subject, u"many"_s);
+    EXPECT_TRUE(many.body.startsWith(u"line 0\nline 1\n"_s));
+    EXPECT_EQ(many.body.count(u'\n') + 1, MessageParts::mostLines);
+    EXPECT_TRUE(many.note.contains(u"lines long"_s));
+    const MessageParts endless = MessageParts::of("one\n\n" + std::string(1 << 20, 'x'));
+    EXPECT_LE(endless.body.size(), MessageParts::longestBody + 1);
+    EXPECT_TRUE(endless.note.contains(u"characters long"_s));
+    EXPECT_LE(MessageParts::of(std::string(1 << 20, 'x')).subject.size(), MessageParts::longestSubject + 1);
+    EXPECT_EQ(MessageParts::of("a\nb\r\n\n\n c\t\n\nd\x1b[1m\xe2\x80\xae\n\n"),
+              (MessageParts{u"a b"_s, u" c\t\n\nd^[[1m‹U+202E›"_s, {}}));
+    EXPECT_EQ(MessageParts::of(""), MessageParts());
+
+    repo.write("a", "1\n").git({"add", "."}).git({"commit", "-q", "-F", "-"}, lines);
+    repo.write("a", "2\n").git({"add", "."}).git({"commit", "-q", "-F", "-"}, std::string(1 << 20, 'x'));
+    load();
+    const auto view = show(Kind::ordinary);
+    for (const char* commit : {"HEAD", "HEAD^"}) {
+        QElapsedTimer timer;
+        timer.start();
+        select(repo.read({"rev-parse", commit}));
+        QApplication::processEvents();
+        EXPECT_LT(timer.elapsed(), 5'000);
+        EXPECT_TRUE(message(*view).contains(u"Only the beginning of this message is shown"_s));
+    }
+}
+
+TEST_F(CommitDetailTest, countsLinesWithoutHoldingUpTheFiles)
+{
+    repo.write("a", "1\n").write("b", "1\n").commit("one");
+    repo.write("a", "2\n3\n").write("b", std::string("\0", 1)).commit("two");
+    load();
+    const auto view = show(Kind::ordinary);
+    store.selectedCommit = repo.head();
+    worker.finish();
+    EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"b"_s}));
+    EXPECT_FALSE(says(*view, u"+2"_s));
+    auto* const files = view->findChild<CommitFilesList*>();
+    const auto description = [&](int row) {
+        return files->model()->index(row, 0).data(Qt::AccessibleDescriptionRole).toString();
+    };
+    EXPECT_EQ(description(0), u"Modified"_s);
+    const std::string first = store.history.value()[1].commit.hash;
+    store.selectedCommit = first;
+    store.selectedCommit = repo.head();
+    worker.finishAll();
+    EXPECT_EQ(description(0), u"Modified, 2 added, 1 removed"_s);
+    EXPECT_EQ(description(1), u"Modified, binary"_s);
+    EXPECT_TRUE(says(*view, u"+2  −1"_s)) << told(*view).toStdString();
+}
+
+TEST_F(CommitDetailTest, aFileIsOpenedInspectedAndCopiedFromItsRow)
+{
+    repo.write("a", "1\n").write("gone", "1\n").commit("one").write("a", "2\n").remove("gone").commit("two");
+    load();
+    const auto view = show(Kind::ordinary);
+    select(repo.head());
+    const gitkit::CommitDetail detail = repo.repository().commitDetail(repo.head(), Kind::ordinary);
+    const auto menuOf = [&](std::size_t file) {
+        return std::unique_ptr<QMenu>(
+            makeCommitFileMenu(store, detail, detail.files.at(file), u"Open in Code"_s, nullptr));
+    };
+    EXPECT_EQ(entries(*menuOf(0)), (std::vector<std::string>{"Open in Code", "Show Blame", "Show File History", "—",
+                                                             "Copy Path", "Reveal in File Browser"}));
+    const auto gone = menuOf(1);
+    EXPECT_EQ(entries(*gone), (std::vector<std::string>{"(Open in Code)", "Show Blame", "Show File History", "—",
+                                                        "Copy Path", "(Reveal in File Browser)"}));
+    EXPECT_EQ(entry(*gone, u"Open in Code"_s)->toolTip(), u"The file is not in the working tree now."_s);
+    entry(*gone, u"Show Blame"_s)->trigger();
+    EXPECT_EQ(store.inspected.value(),
+              (InspectedFile{"gone", repo.read({"rev-parse", "HEAD^"}), InspectedFile::Tab::blame}));
+    entry(*menuOf(0), u"Show File History"_s)->trigger();
+    EXPECT_EQ(store.inspected.value(), (InspectedFile{"a", repo.head(), InspectedFile::Tab::history}));
+
+    auto* const files = view->findChild<CommitFilesList*>();
+    const auto press = [files](int key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(files, &event);
+    };
+    press(Qt::Key_Return);
+    EXPECT_EQ(opened, (std::vector<std::filesystem::path>{repo / "a"}));
+    opened.clear();
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(opened.empty());
+    EXPECT_TRUE(says(*view, u"gone is not in the working tree now."_s));
+}
+
+TEST(PathParts, keepTheCommonFolderApart)
+{
+    EXPECT_EQ(PathParts::of(u"a/b/c.cpp"_s), (PathParts{u"a/b/"_s, u"c.cpp"_s}));
+    EXPECT_EQ(PathParts::of(u"c"_s), (PathParts{{}, u"c"_s}));
+    EXPECT_EQ(PathParts::of(u"a/old.cpp"_s, u"a/older.cpp"_s), (PathParts{u"a/"_s, u"old.cpp → older.cpp"_s}));
+    EXPECT_EQ(PathParts::of(u"a/b/x"_s, u"a/bc/x"_s), (PathParts{u"a/"_s, u"b/x → bc/x"_s}));
+    EXPECT_EQ(PathParts::of(u"a"_s, u"a/a"_s), (PathParts{{}, u"a → a/a"_s}));
+}
+
+TEST_F(CommitDetailTest, aStashTellsWhatItWasMadeOnAndShowsItsUntrackedFilesToo)
 {
     repo.write("a", "1\n").commit("one").write("a", "2\n").write("new", "n\n");
-    repo.git({"stash", "push", "-q", "--include-untracked"});
+    repo.git({"stash", "push", "-q", "--include-untracked", "-m", "Half of it"});
     load();
-    const auto view = show(GitRepository::CommitKind::stash);
+    const auto view = show(Kind::stash);
+    EXPECT_EQ(message(*view), u"On main: Half of it"_s);
+    EXPECT_TRUE(says(*view, u"Made on main at "_s + QString::fromStdString(shortHash(repo.head()))));
     EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"new"_s}));
+    EXPECT_TRUE(says(*view, u"2 files changed, 1 untracked"_s));
+    const gitkit::CommitDetail detail = repo.repository().commitDetail(*store.selectedStash.value(), Kind::stash);
+    EXPECT_EQ(inspectedFile(detail, detail.files.at(1), InspectedFile::Tab::blame).revision, detail.parents.at(2));
+    EXPECT_EQ(view->findChild<CommitFilesList*>()->model()->index(1, 0).data(Qt::AccessibleDescriptionRole),
+              u"Untracked, 1 added, 0 removed"_s);
+}
+
+// Dropped elsewhere and cleaned away, a stash cannot even be read any more.
+TEST_F(CommitDetailTest, aStashDroppedWhileItIsShownGivesWayWithoutAnAlert)
+{
+    repo.write("a", "1\n").commit("one").write("a", "2\n").git({"stash", "push", "-q"});
+    repo.write("a", "3\n").git({"stash", "push", "-q"});
+    load();
+    const auto view = show(Kind::stash);
+    const std::string newest = *store.selectedStash.value();
+    const std::string older = store.stashes.value()[1].hash;
+    store.selectedStash = older;
+    repo.git({"stash", "drop", "-q", "stash@{1}"}).git({"prune", "--expire=now"});
+    worker.finishAll();
+    EXPECT_TRUE(says(*view, u"The stash could not be read"_s));
+    load();
+    EXPECT_EQ(store.selectedStash.value(), newest);
+    EXPECT_TRUE(shownDiff(*view).contains(u"+3"_s));
     repo.git({"stash", "drop", "-q"});
     load();
     EXPECT_TRUE(says(*view, u"No Stash Selected"_s));
-    EXPECT_EQ(shownDiff(*view), QString());
+    EXPECT_EQ(store.errorMessage.value(), std::nullopt);
 }
 
 } // namespace
 } // namespace plovik
+
+#include "commit_detail_test.moc"

@@ -1,14 +1,12 @@
 // The commit list and what stands around it: places kept, selection both ways, what is drawn and what is told.
 
 #include "GitKit/CommitGraph.h"
-#include "app/views/commit/CommitHeader.h"
 #include "app/views/history/GraphCell.h"
 #include "app/views/history/HistoryList.h"
 #include "app/views/history/HistoryView.h"
 #include "app/views/history/RefBadges.h"
 #include "app/views/history/RelativeDate.h"
 #include "tests/store/ManualWorker.h"
-#include "tests/support/TestRepository.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -19,7 +17,6 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTextBrowser>
 
 #include <gtest/gtest.h>
 
@@ -411,56 +408,6 @@ TEST_F(HistoryViewTest, countsCommitsAndSearchesByKeyboard)
 
     worker.finishAll(); // there is no such folder
     EXPECT_TRUE(shows(u"The history could not be read"_s));
-}
-
-TEST(CommitHeaderTest, showsTheMessageOfTheCommitSelectedLast)
-{
-    TestRepository repository;
-    repository.write("a", "1").commit("One\n\nFirst body <b>");
-    repository.write("a", "2").commit("Two\n\nSecond body, see https://example.org/x.");
-    ManualWorker worker;
-    RepositoryStore store(repository.path(), worker);
-    store.refresh(RefreshScope::full);
-    worker.finishAll();
-    ASSERT_EQ(store.history.value().size(), 2U);
-    const std::string newest = store.history.value()[0].commit.hash;
-    const std::string oldest = store.history.value()[1].commit.hash;
-
-    auto view = std::make_unique<CommitHeader>(store);
-    view->resize(900, 700);
-    view->show();
-    const auto* message = view->findChild<QTextBrowser*>();
-    EXPECT_EQ(message->accessibleName(), u"Commit Message"_s);
-    store.selectedCommit = oldest;
-    EXPECT_EQ(message->toPlainText(), u"One"_s) << "the subject waits for nobody";
-    store.selectedCommit = newest;
-    worker.finish();
-    EXPECT_EQ(message->toPlainText(), u"Two"_s) << "the first message came too late";
-    worker.finish();
-    EXPECT_EQ(message->toPlainText(), u"Two\nSecond body, see https://example.org/x."_s);
-
-    const auto labels = view->findChildren<QLabel*>();
-    const auto facts =
-        std::ranges::find_if(labels, [](const QLabel* label) { return label->text().contains(u"href"); });
-    ASSERT_NE(facts, labels.end());
-    Q_EMIT(*facts)->linkActivated(QString::fromStdString(oldest));
-    EXPECT_EQ(store.selectedCommit.value(), oldest);
-    EXPECT_EQ(message->toPlainText(), u"One\nFirst body <b>"_s) << "read before, and never as markup";
-
-    store.selectedCommit = newest;
-    store.history = std::vector<HistoryRow>{store.history.value()[0]};
-    Q_EMIT(*facts)->linkActivated(QString::fromStdString(oldest));
-    EXPECT_EQ(store.selectedCommit.value(), newest);
-    EXPECT_TRUE(std::ranges::any_of(labels, [&](const QLabel* label) {
-        return label->isVisible() && label->text().contains(QString::fromStdString(oldest.substr(0, 7))) &&
-               label->text().contains(u"not among the commits shown"_s);
-    }));
-
-    repository.write("a", "3").commit("Three");
-    store.selectedCommit = repository.head();
-    EXPECT_EQ(worker.waiting(), 1U);
-    view.reset(); // closed while git reads
-    worker.finishAll();
 }
 
 } // namespace plovik

@@ -2,17 +2,25 @@
 
 #include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
+#include "app/views/EmptyState.h"
 #include "app/views/SplitPane.h"
 #include "app/views/Theme.h"
+#include "app/views/commit/CommitFileMenu.h"
 #include "app/views/commit/CommitFilesList.h"
 #include "app/views/commit/CommitHeader.h"
+#include "app/views/commit/CommitSummary.h"
 #include "app/views/diff/DiffPane.h"
 #include "app/views/diff/DiffView.h"
 
+#include <QEvent>
+#include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QPointer>
+#include <QStackedLayout>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace plovik {
@@ -25,32 +33,48 @@ namespace {
 constexpr double leastFilesWidth = 200;
 constexpr double leastDiffWidth = 260;
 
-QString summaryOf(const gitkit::CommitDetail& detail, GitRepository::CommitKind kind)
+/// One for the commit that is selected, and one that a slow commit, left meanwhile, may hold.
+constexpr int mostReadsAtOnce = 2;
+
+constexpr int mostRecent = 50; ///< commits of ordinary size
+constexpr std::size_t ordinaryFiles = 200;
+
+EmptyState* makeNone(CommitDetailView::CommitKind kind)
 {
-    const std::size_t count = detail.files.size();
-    const QString files = count == 1 ? u"1 file changed"_s : u"%1 files changed"_s.arg(count);
-    const bool isMerge = kind == GitRepository::CommitKind::ordinary && detail.parents.size() > 1;
-    return isMerge ? files + u" against the first parent"_s : files;
+    auto* const none = new EmptyState;
+    if (kind == CommitDetailView::CommitKind::stash)
+        none->setText(u"No Stash Selected"_s, {});
+    else
+        none->setText(u"No Commit Selected"_s, u"Select a commit to read its message and its changes."_s);
+    return none;
 }
 
 } // namespace
 
-CommitDetailView::CommitDetailView(RepositoryStore& store, GitRepository::CommitKind kind, QWidget* parent)
-    : QWidget(parent), store_(store), kind_(kind), summary_(new QLabel), files_(new CommitFilesList),
-      diff_(new DiffPane(store))
+CommitDetailView::CommitDetailView(RepositoryStore& store, CommitKind kind, QWidget* parent)
+    : QWidget(parent), store_(store), kind_(kind), header_(new CommitHeader(store, kind)), summary_(new QLabel),
+      totals_(new QLabel), files_(new CommitFilesList), diff_(new DiffPane(store)), pages_(new QStackedLayout(this)),
+      recent_(mostRecent)
 {
     diff_->view()->setActionsAvailable(false);
-    auto* const split = new SplitPane(settings::commitFilesWidth, Qt::Horizontal, SplitPane::Sized::first,
-                                      leastFilesWidth, leastDiffWidth, makeLeftSide(), diff_, this);
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(split);
+    pages_->addWidget(makeNone(kind));
+    pages_->addWidget(new SplitPane(settings::commitFilesWidth, Qt::Horizontal, SplitPane::Sized::first,
+                                    leastFilesWidth, leastDiffWidth, makeLeftSide(), diff_));
+    setTabOrder(files_, diff_);
 
     connect(files_, &CommitFilesList::currentFileChanged, this, &CommitDetailView::fileChanged);
+    connect(files_, &CommitFilesList::openRequested, this, &CommitDetailView::openCurrentFile);
+    connect(files_, &CommitFilesList::menuRequested, this, &CommitDetailView::showMenu);
+    connect(files_, &CommitFilesList::diffFocusRequested, this, [this] {
+        if (!diff_->isSentenceShown())
+            diff_->setFocus(Qt::TabFocusReason);
+    });
+    connect(diff_, &DiffPane::whiteSpaceChanged, this, &CommitDetailView::fileChanged);
     QProperty<std::optional<std::string>>& selection =
-        kind == GitRepository::CommitKind::stash ? store.selectedStash : store.selectedCommit;
+        kind == CommitKind::stash ? store.selectedStash : store.selectedCommit;
     notifiers_.push_back(selection.addNotifier([this] { follow(); }));
     diff_->showSentence({}, {});
+    applyTheme();
     follow();
 }
 
@@ -59,113 +83,169 @@ QWidget* CommitDetailView::makeLeftSide()
     auto* const side = new QWidget;
     side->setBackgroundRole(QPalette::Base);
     side->setAutoFillBackground(true);
+    auto* const summary = new QHBoxLayout;
+    summary->setContentsMargins(14, 8, 14, 0);
+    summary_->setTextFormat(Qt::PlainText);
+    summary_->setWordWrap(true);
+    totals_->setTextFormat(Qt::RichText);
+    totals_->setAccessibleName(u"Total Lines"_s);
+    summary->addWidget(summary_, 1);
+    summary->addWidget(totals_, 0, Qt::AlignRight | Qt::AlignTop);
     auto* const column = new QVBoxLayout(side);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    if (kind_ == GitRepository::CommitKind::ordinary)
-        column->addWidget(new CommitHeader(store_), 3);
-    summary_->setContentsMargins(14, 8, 14, 0);
-    summary_->setTextFormat(Qt::PlainText);
-    summary_->setForegroundRole(QPalette::PlaceholderText);
-    column->addWidget(summary_);
-    column->addWidget(files_, 2);
+    // A commit is read, a stash is looked through for its files.
+    const bool isStash = kind_ == CommitKind::stash;
+    header_->setSizePolicy(QSizePolicy::Preferred, isStash ? QSizePolicy::Maximum : QSizePolicy::Ignored);
+    column->addWidget(header_, isStash ? 0 : 6);
+    column->addLayout(summary);
+    column->addWidget(files_, 5);
     return side;
 }
 
 std::optional<std::string> CommitDetailView::selected() const
 {
-    return kind_ == GitRepository::CommitKind::stash ? store_.selectedStash.value() : store_.selectedCommit.value();
+    return kind_ == CommitKind::stash ? store_.selectedStash.value() : store_.selectedCommit.value();
+}
+
+template <typename Request>
+void CommitDetailView::want(Reads<Request>& reads, Request request, QCoro::Task<> (*read)(QPointer<CommitDetailView>))
+{
+    reads.wanted = std::move(request);
+    if (reads.underWay < mostReadsAtOnce) {
+        ++reads.underWay;
+        launch(read(this));
+    }
 }
 
 void CommitDetailView::follow()
 {
     const std::optional<std::string> hash = selected();
-    summary_->setVisible(hash.has_value());
-    files_->setVisible(hash.has_value());
+    pages_->setCurrentIndex(hash ? 1 : 0);
+    details_.wanted.reset();
     if (!hash) {
-        wanted_.reset();
-        shown_.clear();
-        files_->setFiles({});
-        if (kind_ == GitRepository::CommitKind::stash)
-            diff_->showSentence(u"No Stash Selected"_s, {});
-        else
-            diff_->showSentence({}, {});
+        shown_.reset();
+        files_->setReading(nullptr);
+        diff_->showSentence({}, {});
         return;
     }
-    if (*hash == shown_ && !wanted_)
-        return;
-    wanted_ = hash;
-    if (!isReadingDetail_) {
-        isReadingDetail_ = true;
-        launch(readDetails(this));
+    if (shown_ && shown_->detail.hash == *hash) {
+        header_->showDetail(shown_->detail);
+    } else if (const std::shared_ptr<CommitReading>* known = recent_.object(*hash)) {
+        showReading(*known);
+    } else {
+        header_->expect(*hash);
+        want(details_, *hash, &CommitDetailView::readDetails);
     }
 }
 
 QCoro::Task<> CommitDetailView::readDetails(QPointer<CommitDetailView> view)
 {
-    while (view->wanted_) {
-        const std::string hash = *std::exchange(view->wanted_, std::nullopt);
-        const GitRepository::CommitKind kind = view->kind_;
-        std::optional<gitkit::CommitDetail> detail;
+    while (view->details_.wanted) {
+        const std::string hash = *std::exchange(view->details_.wanted, std::nullopt);
+        const CommitKind kind = view->kind_;
+        auto reading = std::make_shared<CommitReading>();
         QString problem;
         try {
-            detail = co_await view->store_.run(&GitRepository::commitDetail, hash, kind);
+            reading->detail = co_await view->store_.run(&GitRepository::commitDetail, hash, kind);
         } catch (const std::exception& failure) {
             problem = QString::fromUtf8(failure.what());
+            reading.reset();
         }
         if (!view)
             co_return; // the view closed meanwhile
+        if (reading) {
+            const std::size_t size = 1 + reading->detail.files.size() / ordinaryFiles;
+            const int cost = static_cast<int>(std::min<std::size_t>(size, mostRecent / 2));
+            view->recent_.insert(hash, new std::shared_ptr<CommitReading>(reading), cost);
+        }
         if (view->selected() != hash)
             continue;
-        view->shown_ = hash;
-        if (detail)
-            view->takeDetail(*detail);
+        if (reading)
+            view->showReading(std::move(reading));
         else
-            view->takeProblem(u"The commit could not be read"_s, problem);
+            view->showProblem(problem);
     }
-    view->isReadingDetail_ = false;
+    --view->details_.underWay;
 }
 
-void CommitDetailView::takeDetail(const gitkit::CommitDetail& detail)
+void CommitDetailView::showReading(std::shared_ptr<CommitReading> reading)
 {
-    summary_->setText(summaryOf(detail, kind_));
-    files_->setFiles(detail.files);
-    if (detail.files.empty())
-        diff_->showSentence(u"No Changes"_s, u"This commit changes no files."_s);
+    shown_ = std::move(reading);
+    header_->showDetail(shown_->detail);
+    showSummary();
+    files_->setReading(shown_);
+    if (shown_->detail.files.empty())
+        diff_->showSentence(u"No Changes"_s, commitSummary::nothingChanged(shown_->detail, kind_));
+    else if (!shown_->counts)
+        want(counts_, shown_->detail.hash, &CommitDetailView::readCounts);
 }
 
-void CommitDetailView::takeProblem(const QString& title, const QString& problem)
+void CommitDetailView::showProblem(const QString& problem)
 {
+    shown_.reset();
+    files_->setReading(nullptr);
     summary_->clear();
-    files_->setFiles({});
-    diff_->showSentence(title, problem);
+    totals_->clear();
+    diff_->showSentence(
+        kind_ == CommitKind::stash ? u"The stash could not be read"_s : u"The commit could not be read"_s, problem);
+}
+
+void CommitDetailView::showSummary()
+{
+    summary_->setText(commitSummary::files(shown_->detail, kind_));
+    totals_->setText(commitSummary::totals(*shown_));
+}
+
+QCoro::Task<> CommitDetailView::readCounts(QPointer<CommitDetailView> view)
+{
+    while (view->counts_.wanted) {
+        const std::string hash = *std::exchange(view->counts_.wanted, std::nullopt);
+        const CommitKind kind = view->kind_;
+        std::vector<gitkit::ChangeCounts> counts;
+        try {
+            counts = co_await view->store_.run(&GitRepository::changeCounts, hash, kind);
+        } catch (const std::exception&) {
+            counts.clear(); // what could be read of the commit stands there; it goes without the numbers
+        }
+        if (!view)
+            co_return; // the view closed meanwhile
+        view->takeCounts(hash, std::move(counts));
+    }
+    --view->counts_.underWay;
+}
+
+void CommitDetailView::takeCounts(const std::string& hash, std::vector<gitkit::ChangeCounts> counts)
+{
+    if (const std::shared_ptr<CommitReading>* known = recent_.object(hash))
+        (*known)->counts = counts;
+    if (!shown_ || shown_->detail.hash != hash)
+        return;
+    shown_->counts = std::move(counts);
+    files_->countsChanged();
+    showSummary();
 }
 
 void CommitDetailView::fileChanged()
 {
     const gitkit::CommitFile* const file = files_->currentFile();
-    if (!file || shown_.empty()) {
-        wantedDiff_.reset();
+    if (!file || !shown_) {
+        diffs_.wanted.reset();
         expectedDiff_.reset();
         return;
     }
-    expectedDiff_ = WantedDiff{shown_, *file};
-    wantedDiff_ = expectedDiff_;
-    if (!isReadingDiff_) {
-        isReadingDiff_ = true;
-        launch(readDiffs(this));
-    }
+    expectedDiff_ = WantedDiff{shown_->detail.hash, *file, diff_->whiteSpace()};
+    want(diffs_, *expectedDiff_, &CommitDetailView::readDiffs);
 }
 
 QCoro::Task<> CommitDetailView::readDiffs(QPointer<CommitDetailView> view)
 {
-    while (view->wantedDiff_) {
-        const WantedDiff wanted = *std::exchange(view->wantedDiff_, std::nullopt);
+    while (view->diffs_.wanted) {
+        const WantedDiff wanted = *std::exchange(view->diffs_.wanted, std::nullopt);
         std::optional<gitkit::ParsedDiff> diff;
         QString problem;
         try {
-            diff = co_await view->store_.run(&GitRepository::commitDiff, wanted.hash, wanted.file,
-                                             gitkit::WhiteSpace::compared);
+            diff = co_await view->store_.run(&GitRepository::commitDiff, wanted.hash, wanted.file, wanted.whiteSpace);
         } catch (const std::exception& failure) {
             problem = QString::fromUtf8(failure.what());
         }
@@ -178,7 +258,7 @@ QCoro::Task<> CommitDetailView::readDiffs(QPointer<CommitDetailView> view)
         else
             view->diff_->showSentence(u"The diff could not be read"_s, problem);
     }
-    view->isReadingDiff_ = false;
+    --view->diffs_.underWay;
 }
 
 void CommitDetailView::takeDiff(const gitkit::CommitFile& file, gitkit::ParsedDiff diff)
@@ -191,6 +271,48 @@ void CommitDetailView::takeDiff(const gitkit::CommitFile& file, gitkit::ParsedDi
     std::vector<DiffContent> contents;
     contents.push_back(std::move(content));
     diff_->showDiffs(std::move(contents), DiffPlace::start);
+}
+
+void CommitDetailView::openCurrentFile()
+{
+    const gitkit::CommitFile* const file = files_->currentFile();
+    if (!file)
+        return;
+    if (isInWorkingTree(store_, *file))
+        store_.openInEditor({gitkit::FileChange{.path = file->path, .originalPath = {}}});
+    else
+        header_->say(u"%1 is not in the working tree now."_s.arg(shownText(file->path)));
+}
+
+void CommitDetailView::showMenu(const QPoint& position)
+{
+    const gitkit::CommitFile* const file = files_->currentFile();
+    if (!file || !shown_)
+        return;
+    const QString openTitle = editorTitle_ ? editorTitle_() : u"Open in Default Editor"_s;
+    QMenu* const menu = makeCommitFileMenu(store_, shown_->detail, *file, openTitle, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(position);
+}
+
+void CommitDetailView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        applyTheme();
+}
+
+void CommitDetailView::applyTheme()
+{
+    QPalette quiet;
+    // On a base-coloured parent a label writes in the text colour.
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, Theme::current().secondaryText);
+    summary_->setPalette(quiet);
+    for (QLabel* label : {summary_, totals_})
+        label->setFont(Theme::font(-1));
+    if (shown_)
+        showSummary();
 }
 
 } // namespace plovik

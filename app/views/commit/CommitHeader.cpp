@@ -1,16 +1,17 @@
 #include "app/views/commit/CommitHeader.h"
 
 #include "app/store/ShownText.h"
-#include "app/views/EmptyState.h"
 #include "app/views/Theme.h"
+#include "app/views/commit/CommitFacts.h"
+#include "app/views/commit/CommitRefs.h"
+#include "app/views/commit/HashField.h"
 #include "app/views/commit/MessageText.h"
-#include "app/views/history/RelativeDate.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStackedLayout>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -21,70 +22,47 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int keptMessages = 100;
-
-struct Message {
-    QString subject, body;
-};
-
-/// Git's idea of a subject: the first paragraph, its lines joined.
-Message split(const QString& message)
+QLabel* makeLabel(Qt::TextFormat format, Qt::TextInteractionFlags interaction = Qt::NoTextInteraction)
 {
-    const qsizetype end = message.indexOf(u"\n\n"_s);
-    QString subject = end < 0 ? message : message.left(end);
-    subject.replace(u'\n', u' ');
-    return {subject.trimmed(), end < 0 ? QString() : message.mid(end + 2).trimmed()};
+    auto* const label = new QLabel;
+    label->setTextFormat(format);
+    label->setTextInteractionFlags(interaction);
+    label->setWordWrap(true);
+    label->hide();
+    return label;
 }
 
-QString inFixedFont(const QString& html)
+void fill(QLabel* label, const QString& text)
 {
-    const QFont fixed = Theme::fixedFont(-0.75);
-    return u"<span style='font-family:\"%1\"; font-size:%2pt'>%3</span>"_s.arg(fixed.family())
-        .arg(fixed.pointSizeF())
-        .arg(html);
-}
-
-QString linkTo(const std::string& hash)
-{
-    return u"<a style='text-decoration:none' href='%1'>%2</a>"_s.arg(shownText(hash),
-                                                                     shownText(gitkit::shortHash(hash)));
-}
-
-QString factsAbout(const gitkit::Commit& commit)
-{
-    QStringList lines;
-    lines << (shownText(commit.authorName) + u" <"_s + shownText(commit.authorEmail) + u'>').toHtmlEscaped();
-    lines << absoluteDate(commit.date, QLocale()).toHtmlEscaped();
-    lines << inFixedFont(shownText(commit.hash));
-    if (!commit.parents.empty()) {
-        QStringList links;
-        for (const std::string& parent : commit.parents)
-            links << linkTo(parent);
-        lines << (commit.parents.size() == 1 ? u"Parent "_s : u"Parents "_s) + inFixedFont(links.join(u' '));
-    }
-    return u"<div style='line-height:130%'>%1</div>"_s.arg(lines.join(u"<br>"_s));
+    label->setText(text);
+    label->setVisible(!text.isEmpty());
 }
 
 } // namespace
 
-CommitHeader::CommitHeader(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), messages_(keptMessages), pages_(new QStackedLayout(this)), area_(new QScrollArea),
-      message_(new MessageText), facts_(new QLabel), notice_(new QLabel)
+CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent)
+    : QWidget(parent), store_(store), kind_(kind), area_(new QScrollArea), message_(new MessageText),
+      refs_(new CommitRefs), people_(makeLabel(Qt::RichText, Qt::TextSelectableByMouse)), hash_(new HashField),
+      parents_(makeLabel(Qt::RichText, Qt::TextBrowserInteraction)), notice_(makeLabel(Qt::PlainText))
 {
-    facts_->setTextFormat(Qt::RichText);
-    facts_->setTextInteractionFlags(Qt::TextBrowserInteraction);
-    facts_->setWordWrap(true);
-    notice_->setTextFormat(Qt::PlainText);
-    notice_->setWordWrap(true);
-    notice_->hide();
-
-    auto* text = new QWidget;
-    auto* column = new QVBoxLayout(text);
-    column->setContentsMargins(14, 14, 14, 14);
-    column->setSpacing(12);
-    column->addWidget(message_);
-    column->addWidget(facts_);
-    column->addWidget(notice_);
+    people_->setAccessibleName(u"Commit Author"_s);
+    parents_->setAccessibleName(u"Commit Parents"_s);
+    hash_->setVisible(kind == CommitKind::ordinary);
+    auto* const text = new QWidget;
+    auto* const column = new QVBoxLayout(text);
+    column->setContentsMargins(14, kind == CommitKind::ordinary ? 14 : 10, 14, 8);
+    column->setSpacing(0);
+    const auto add = [column](QWidget* widget, int above) {
+        widget->setContentsMargins(0, above, 0, 0);
+        column->addWidget(widget);
+    };
+    add(message_, 0);
+    column->addSpacing(kind == CommitKind::ordinary ? 10 : 4);
+    add(refs_, 0);
+    add(people_, 2);
+    add(hash_, 0);
+    add(parents_, 2);
+    add(notice_, 8);
     column->addStretch(1);
     text->setBackgroundRole(QPalette::Base);
     text->setAutoFillBackground(true);
@@ -93,20 +71,21 @@ CommitHeader::CommitHeader(RepositoryStore& store, QWidget* parent)
     area_->setFrameShape(QFrame::NoFrame);
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area_->setFocusPolicy(Qt::NoFocus);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(area_);
 
-    auto* none = new EmptyState;
-    none->setText(u"No Commit Selected"_s, u"Select a commit to read its message."_s);
-    pages_->addWidget(none);
-    pages_->addWidget(area_);
-
-    connect(facts_, &QLabel::linkActivated, this, &CommitHeader::followParent);
-    notifiers_.push_back(store_.selectedCommit.addNotifier([this] { showCommit(); }));
-    notifiers_.push_back(store_.history.addNotifier([this] {
-        if (!shown_.empty() && !isOnPage_)
-            showFacts();
-    }));
+    connect(parents_, &QLabel::linkActivated, this, [this](const QString& link) { goTo(link.toStdString()); });
+    connect(message_, &MessageText::commitRequested, this,
+            [this](const QString& name) { launch(goToNamed(this, name.toStdString())); });
+    if (kind == CommitKind::ordinary) {
+        const auto refsChanged = [this] { showRefs(); };
+        notifiers_.push_back(store_.history.addNotifier(refsChanged));
+        notifiers_.push_back(store_.branches.addNotifier(refsChanged));
+        notifiers_.push_back(store_.remoteBranches.addNotifier(refsChanged));
+        notifiers_.push_back(store_.tags.addNotifier(refsChanged));
+    }
     applyTheme();
-    showCommit();
 }
 
 const gitkit::Commit* CommitHeader::commitOnPage(const std::string& hash) const
@@ -116,86 +95,91 @@ const gitkit::Commit* CommitHeader::commitOnPage(const std::string& hash) const
     return found == rows.end() ? nullptr : &found->commit;
 }
 
-void CommitHeader::showCommit()
+void CommitHeader::expect(const std::string& hash)
 {
-    const std::string hash = store_.selectedCommit.value().value_or(std::string());
-    if (hash == shown_)
-        return;
-    shown_ = hash;
-    notice_->hide();
-    pages_->setCurrentIndex(hash.empty() ? 0 : 1);
-    if (hash.empty())
-        return;
-
-    area_->verticalScrollBar()->setValue(0);
-    if (const std::string* known = messages_.object(hash)) {
-        showMessage(*known);
+    if (kind_ == CommitKind::stash) {
+        const auto& stashes = store_.stashes.value();
+        const auto found = std::ranges::find(stashes, hash, &gitkit::Stash::hash);
+        take(found == stashes.end() ? commitFacts::ofUnknown(hash) : commitFacts::of(*found));
     } else {
-        const gitkit::Commit* commit = commitOnPage(hash);
-        message_->setMessage(commit ? shownText(commit->subject) : QString(), {});
-        wanted_ = hash;
-        if (!isReading_) {
-            isReading_ = true;
-            launch(readMessages(this));
-        }
+        const gitkit::Commit* const commit = commitOnPage(hash);
+        take(commit ? commitFacts::of(*commit) : commitFacts::ofUnknown(hash));
     }
+}
+
+void CommitHeader::showDetail(const gitkit::CommitDetail& detail) { take(detail); }
+
+void CommitHeader::take(const gitkit::CommitDetail& detail)
+{
+    if (detail.hash != shown_.hash) {
+        area_->verticalScrollBar()->setValue(0);
+        notice_->hide();
+    }
+    shown_ = commitFacts::withoutFiles(detail);
+    message_->setMessage(MessageParts::of(shown_.message));
     showFacts();
+    showRefs();
+    updateGeometry();
 }
 
 void CommitHeader::showFacts()
 {
-    const gitkit::Commit* commit = commitOnPage(shown_);
-    isOnPage_ = commit != nullptr;
-    facts_->setText(commit ? factsAbout(*commit) : inFixedFont(shownText(shown_).toHtmlEscaped()));
-}
-
-void CommitHeader::showMessage(const std::string& message)
-{
-    const Message parts = split(shownText(message));
-    message_->setMessage(parts.subject, parts.body);
-}
-
-QCoro::Task<> CommitHeader::readMessages(QPointer<CommitHeader> header)
-{
-    while (!header->wanted_.empty()) {
-        const std::string hash = std::exchange(header->wanted_, {});
-        std::string message;
-        QString problem;
-        try {
-            message = co_await header->store_.run(&gitkit::GitRepository::commitMessage, hash);
-        } catch (const std::exception& failure) {
-            problem = QString::fromUtf8(failure.what());
-        }
-        if (!header)
-            co_return; // the view closed meanwhile
-        if (problem.isEmpty()) {
-            header->takeMessage(hash, message);
-        } else if (hash == header->shown_) {
-            header->notice_->setText(u"The whole message could not be read. "_s + problem);
-            header->notice_->show();
-        }
-    }
-    header->isReading_ = false;
-}
-
-void CommitHeader::takeMessage(const std::string& hash, const std::string& message)
-{
-    if (hash == shown_)
-        showMessage(message);
-    messages_.insert(hash, new std::string(message));
-}
-
-void CommitHeader::followParent(const QString& link)
-{
-    const std::string hash = link.toStdString();
-    if (commitOnPage(hash)) {
-        store_.selectedCommit = hash;
+    if (shown_.hash.empty())
         return;
+    fill(people_, kind_ == CommitKind::stash ? commitFacts::dateLine(shown_) : commitFacts::people(shown_));
+    fill(parents_, kind_ == CommitKind::stash ? commitFacts::stashBase(shown_) : commitFacts::parents(shown_));
+    hash_->setHash(shownText(shown_.hash));
+}
+
+void CommitHeader::showRefs()
+{
+    if (kind_ == CommitKind::stash || shown_.hash.empty())
+        return;
+    const gitkit::Commit* const commit = commitOnPage(shown_.hash);
+    refs_->setLabels(commit ? commit->refs
+                            : commitFacts::labelsOf(shown_.hash, {store_.branches.value(),
+                                                                  store_.remoteBranches.value(), store_.tags.value()}));
+}
+
+void CommitHeader::say(const QString& sentence)
+{
+    fill(notice_, sentence);
+    updateGeometry();
+}
+
+void CommitHeader::goTo(const std::string& hash)
+{
+    if (kind_ == CommitKind::ordinary && commitOnPage(hash))
+        store_.selectedCommit = hash;
+    else
+        store_.showCommit(hash);
+}
+
+QCoro::Task<> CommitHeader::goToNamed(QPointer<CommitHeader> header, std::string name)
+{
+    const std::string from = header->shown_.hash;
+    std::string hash;
+    try {
+        hash = co_await header->store_.run(&gitkit::GitRepository::resolveCommit, name);
+    } catch (const std::exception&) {
+        hash.clear();
     }
-    const QString hint =
-        store_.hasMoreHistory.value() ? u" Scrolling to the end of the list loads older ones."_s : QString();
-    notice_->setText(u"%1 is not among the commits shown."_s.arg(shownText(gitkit::shortHash(hash))) + hint);
-    notice_->show();
+    // Whoever went on meanwhile is not taken elsewhere.
+    if (!header || header->shown_.hash != from)
+        co_return;
+    if (hash.empty())
+        header->say(u"There is no commit %1 in this repository."_s.arg(shownText(name)));
+    else
+        header->goTo(hash);
+}
+
+QSize CommitHeader::sizeHint() const
+{
+    const QWidget* const text = area_->widget();
+    const int width = std::max(area_->viewport()->width(), text->minimumSizeHint().width());
+    const int height =
+        text->layout()->hasHeightForWidth() ? text->layout()->totalHeightForWidth(width) : text->sizeHint().height();
+    return {320, height};
 }
 
 void CommitHeader::changeEvent(QEvent* event)
@@ -203,8 +187,7 @@ void CommitHeader::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
         applyTheme();
-        if (!shown_.empty())
-            showFacts();
+        showFacts();
     }
 }
 
@@ -214,8 +197,8 @@ void CommitHeader::applyTheme()
     // On a base-coloured parent a label writes in the text colour.
     for (const auto role : {QPalette::WindowText, QPalette::Text})
         quiet.setColor(role, Theme::current().secondaryText);
-    facts_->setPalette(quiet);
-    notice_->setPalette(quiet);
+    for (QLabel* label : {people_, parents_, notice_})
+        label->setPalette(quiet);
 }
 
 } // namespace plovik

@@ -2,56 +2,65 @@
 
 #include "app/store/RepositoryStore.h"
 
-#include <QCache>
 #include <QWidget>
 
 #include <QCoroTask>
 
+#include <string>
 #include <vector>
 
 class QLabel;
 class QScrollArea;
-class QStackedLayout;
 
 namespace plovik {
 
+class CommitRefs;
+class HashField;
 class MessageText;
 
-/// The selected commit in words: its whole message, who made it and when, its hash and its parents.
+/// A commit in words: its message, who made it and when, its hash, its parents and its refs. Of a stash, what it is
+/// called, when it was made and on what.
 ///
-/// Shows the store's `selectedCommit`. What the commit's row knows stands at once; the rest of the message is read from
-/// git, one reading at a time, and only that of the commit selected last is shown. Main thread.
+/// Shows what it is given; its links go to other commits through the store. Main thread.
 class CommitHeader : public QWidget {
     Q_OBJECT
 
 public:
-    explicit CommitHeader(RepositoryStore& store, QWidget* parent = nullptr);
+    using CommitKind = gitkit::GitRepository::CommitKind;
+
+    /// `store` outlives the header.
+    CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent = nullptr);
+
+    /// Shows what the lists of the store know of a commit; the rest is to come.
+    void expect(const std::string& hash);
+    void showDetail(const gitkit::CommitDetail& detail);
+    /// Says something quietly, until another commit is shown.
+    void say(const QString& sentence);
+
+    QSize sizeHint() const override;
 
 protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    static QCoro::Task<> readMessages(QPointer<CommitHeader> header);
+    static QCoro::Task<> goToNamed(QPointer<CommitHeader> header, std::string name);
 
     const gitkit::Commit* commitOnPage(const std::string& hash) const;
-    void showCommit();
-    void showMessage(const std::string& message);
+    void take(const gitkit::CommitDetail& detail);
     void showFacts();
-    void takeMessage(const std::string& hash, const std::string& message);
-    void followParent(const QString& link);
+    void showRefs();
+    void goTo(const std::string& hash);
     void applyTheme();
 
     RepositoryStore& store_;
-    std::string shown_;     ///< hash of the commit on display
-    bool isOnPage_ = false; ///< its row was there to take the facts from
-    std::string wanted_;    ///< hash of the message to read next
-    bool isReading_ = false;
-    QCache<std::string, std::string> messages_;
-
-    QStackedLayout* pages_;
+    CommitKind kind_;
+    gitkit::CommitDetail shown_; ///< without its files
     QScrollArea* area_;
     MessageText* message_;
-    QLabel* facts_;
+    CommitRefs* refs_;
+    QLabel* people_;
+    HashField* hash_;
+    QLabel* parents_;
     QLabel* notice_;
     std::vector<QPropertyNotifier> notifiers_;
 };

@@ -3,6 +3,7 @@
 #include "app/views/Theme.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QDesktopServices>
 #include <QKeyEvent>
 #include <QRegularExpression>
 #include <QTextBlock>
@@ -15,20 +16,34 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Laying out more text than anybody reads would hold up the window.
-constexpr qsizetype longestBody = 100'000;
+/// Ours alone: no address in a message is recognised with this scheme.
+constexpr QLatin1String commitScheme("commit");
+
+/// An address up to the punctuation that ends its sentence; or a word of hexadecimal digits that is no ordinary word
+/// and no part of something longer, like an identifier or a mail address.
+const QRegularExpression& linkPattern()
+{
+    static const QRegularExpression pattern(u"(?<address>\\b(?:https?://|mailto:)[^\\s<>\"']*[^\\s<>\"'.,;:!?)\\]])"
+                                            u"|(?<![\\w@-])(?<hash>(?=[a-fA-F]*[0-9])[0-9a-fA-F]{7,64})(?![\\w@-])"_s);
+    return pattern;
+}
+
+QString targetOf(const QRegularExpressionMatch& match)
+{
+    const QString hash = match.captured(u"hash"_s);
+    return hash.isEmpty() ? match.captured() : commitScheme + u':' + hash;
+}
 
 void insertWithLinks(QTextCursor& cursor, const QString& text, const QTextCharFormat& format)
 {
-    static const QRegularExpression address(u"https?://[^\\s<>\"']*[^\\s<>\"'.,;:!?)\\]]"_s);
     QTextCharFormat link = format;
     link.setAnchor(true);
     link.setForeground(Theme::current().accent);
     qsizetype done = 0;
-    for (auto matches = address.globalMatch(text); matches.hasNext();) {
+    for (auto matches = linkPattern().globalMatch(text); matches.hasNext();) {
         const QRegularExpressionMatch match = matches.next();
         cursor.insertText(text.mid(done, match.capturedStart() - done), format);
-        link.setAnchorHref(match.captured());
+        link.setAnchorHref(targetOf(match));
         cursor.insertText(match.captured(), link);
         done = match.capturedEnd();
     }
@@ -41,57 +56,71 @@ MessageText::MessageText(QWidget* parent) : QTextBrowser(parent)
 {
     setAccessibleName(u"Commit Message"_s);
     setFrameShape(QFrame::NoFrame);
-    setOpenExternalLinks(true);
+    setOpenLinks(false);
     setUndoRedoEnabled(false);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document()->setDocumentMargin(0);
+    connect(this, &QTextBrowser::anchorClicked, this, &MessageText::follow);
     connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
             [this] { setFixedHeight(sizeHint().height()); });
 }
 
-void MessageText::setMessage(const QString& subject, const QString& body)
+void MessageText::setMessage(const MessageParts& message)
 {
-    if (subject == subject_ && body == body_)
+    if (message == message_)
         return;
-    subject_ = subject;
-    body_ = body;
+    message_ = message;
     write();
 }
 
 void MessageText::write()
 {
+    const Theme& theme = Theme::current();
     QTextCharFormat strong;
     strong.setFont(Theme::font(1.5, QFont::DemiBold));
-    strong.setForeground(Theme::current().text);
+    strong.setForeground(theme.text);
     QTextCharFormat plain;
     plain.setFont(Theme::font());
-    plain.setForeground(Theme::current().text);
+    plain.setForeground(theme.text);
+    QTextCharFormat quiet = plain;
+    quiet.setForeground(theme.secondaryText);
     QTextBlockFormat lines;
     lines.setLineHeight(125, QTextBlockFormat::ProportionalHeight);
+    QTextBlockFormat apart = lines;
+    apart.setTopMargin(8);
 
     document()->clear();
     QTextCursor cursor(document());
+    // One edit is laid out once.
+    cursor.beginEditBlock();
     cursor.setBlockFormat(lines);
-    insertWithLinks(cursor, subject_, strong);
-    if (body_.isEmpty())
-        return;
-    QTextBlockFormat first = lines;
-    first.setTopMargin(8);
-    cursor.insertBlock(first, plain);
-    const qsizetype firstEnd = body_.indexOf(u'\n');
-    insertWithLinks(cursor, body_.left(std::min(firstEnd < 0 ? body_.size() : firstEnd, longestBody)), plain);
-    if (firstEnd >= 0) {
-        cursor.insertBlock(lines, plain);
-        insertWithLinks(cursor, body_.mid(firstEnd + 1, longestBody), plain);
+    insertWithLinks(cursor, message_.subject, strong);
+    if (!message_.body.isEmpty()) {
+        cursor.insertBlock(apart, plain);
+        const qsizetype firstEnd = message_.body.indexOf(u'\n');
+        insertWithLinks(cursor, message_.body.left(firstEnd), plain);
+        if (firstEnd >= 0) {
+            cursor.insertBlock(lines, plain);
+            insertWithLinks(cursor, message_.body.mid(firstEnd + 1), plain);
+        }
     }
-    if (body_.size() > longestBody) {
-        cursor.insertBlock(first, plain);
-        cursor.insertText(u"Only the beginning of this message is shown: it is %1 characters long."_s.arg(body_.size()),
-                          plain);
+    if (!message_.note.isEmpty()) {
+        cursor.insertBlock(apart, quiet);
+        cursor.insertText(message_.note, quiet);
     }
+    cursor.endEditBlock();
+}
+
+void MessageText::follow(const QUrl& link)
+{
+    const QString scheme = link.scheme();
+    if (scheme == commitScheme)
+        Q_EMIT commitRequested(link.path());
+    else if (scheme == u"http"_s || scheme == u"https"_s || scheme == u"mailto"_s)
+        QDesktopServices::openUrl(link);
 }
 
 QSize MessageText::sizeHint() const { return {320, static_cast<int>(std::ceil(document()->size().height()))}; }

@@ -1,21 +1,27 @@
 #pragma once
 
+#include "app/views/commit/MessageParts.h"
+
 #include <QTextBrowser>
 
 namespace plovik {
 
-/// A commit's message to read, select and copy: the subject strong, the body as it was written, web addresses as links.
-/// As high as its text; what it stands in scrolls. Main thread.
+/// A commit's message to read, select and copy: the subject strong, the body as it was written; web and mail addresses
+/// and what looks like a commit's hash are links. As high as its text; what it stands in scrolls. Main thread.
 class MessageText : public QTextBrowser {
     Q_OBJECT
 
 public:
     explicit MessageText(QWidget* parent = nullptr);
 
-    void setMessage(const QString& subject, const QString& body);
+    void setMessage(const MessageParts& message);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {80, 0}; }
+
+Q_SIGNALS:
+    /// A link to something that looks like a hash, of 7 digits or more, was followed.
+    void commitRequested(const QString& hash);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -24,8 +30,9 @@ protected:
 
 private:
     void write();
+    void follow(const QUrl& link);
 
-    QString subject_, body_;
+    MessageParts message_;
 };
 
 } // namespace plovik

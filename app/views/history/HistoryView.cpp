@@ -25,12 +25,11 @@ constexpr double leastListHeight = 140;
 
 HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), searchRow_(new HistorySearchRow(store, this)), list_(new HistoryList(store)),
-      blank_(new QWidget), empty_(new EmptyState), wayOutButton_(empty_->action(QString())),
-      pages_(new QStackedWidget(this))
+      detail_(new CommitDetailView(store, gitkit::GitRepository::CommitKind::ordinary)), blank_(new QWidget),
+      empty_(new EmptyState), wayOutButton_(empty_->action(QString())), pages_(new QStackedWidget(this))
 {
-    content_ =
-        new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
-                      leastListHeight, list_, new CommitDetailView(store, gitkit::GitRepository::CommitKind::ordinary));
+    content_ = new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
+                             leastListHeight, list_, detail_);
     blank_->setAutoFillBackground(true);
     blank_->setBackgroundRole(QPalette::Base);
     for (QWidget* page : {content_, blank_, static_cast<QWidget*>(empty_)})

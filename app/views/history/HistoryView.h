@@ -11,6 +11,7 @@ class QStackedWidget;
 
 namespace plovik {
 
+class CommitDetailView;
 class EmptyState;
 class HistoryList;
 class HistorySearchRow;
@@ -23,6 +24,7 @@ class HistoryView : public QWidget {
 public:
     explicit HistoryView(RepositoryStore& store, QWidget* parent = nullptr);
 
+    CommitDetailView* detail() const { return detail_; }
     void focusSearch();
     /// Gives the keyboard to the commit list, or to the search where there is no list.
     void focusList();
@@ -44,6 +46,7 @@ private:
     RepositoryStore& store_;
     HistorySearchRow* searchRow_;
     HistoryList* list_;
+    CommitDetailView* detail_;
     QWidget* content_; ///< the list and the commit below it
     QWidget* blank_;
     EmptyState* empty_;

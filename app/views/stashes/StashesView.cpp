@@ -11,6 +11,7 @@
 #include "app/views/stashes/StashDelegate.h"
 #include "app/views/stashes/StashMenu.h"
 #include "app/views/stashes/StashesModel.h"
+#include "app/views/stashes/Tray.h"
 
 #include <QEvent>
 #include <QFrame>
@@ -45,8 +46,10 @@ QFrame* makeDivider(QWidget* parent)
 
 StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     : QStackedWidget(parent), store_(store), model_(new StashesModel(store, this)), content_(new QWidget(this)),
-      empty_(new EmptyState(this)), stashChanges_(empty_->action(u"Stash Changes…"_s))
+      detail_(new CommitDetailView(store, gitkit::GitRepository::CommitKind::stash)), empty_(new EmptyState(this)),
+      sign_(new TraySign), stashChanges_(empty_->action(u"Stash Changes…"_s))
 {
+    empty_->setSign(sign_);
     makeList();
     auto* column = new QVBoxLayout(content_);
     column->setContentsMargins(0, 0, 0, 0);
@@ -54,8 +57,7 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     column->addWidget(makeHeader());
     column->addWidget(makeDivider(content_));
     column->addWidget(new SplitPane(settings::stashesDetailHeight, Qt::Vertical, SplitPane::Sized::second,
-                                    leastDetailHeight, leastListHeight, list_,
-                                    new CommitDetailView(store, gitkit::GitRepository::CommitKind::stash), content_),
+                                    leastDetailHeight, leastListHeight, list_, detail_, content_),
                       1);
     addWidget(content_);
     addWidget(empty_);
@@ -159,6 +161,7 @@ void StashesView::updateEmptyState()
         return;
     }
     stashChanges_->setVisible(false);
+    sign_->setVisible(false);
     if (!store_.readProblem.value().isEmpty()) {
         empty_->setText(u"The Stashes Could Not Be Read"_s, u"Git's own words stand above. Stashed changes are listed "
                                                             u"here as soon as they can be read again."_s);
@@ -166,6 +169,7 @@ void StashesView::updateEmptyState()
         empty_->setText({}, {});
     } else {
         empty_->setText(u"No Stashes"_s, u"Stashed changes are listed here."_s);
+        sign_->setVisible(true);
         stashChanges_->setVisible(true);
         stashChanges_->setEnabled(!store_.status.value().files.empty() && !store_.activity.value());
     }
@@ -213,6 +217,7 @@ void StashesView::applyTheme()
     for (const auto role : {QPalette::WindowText, QPalette::Text})
         quiet.setColor(role, theme.secondaryText);
     count_->setPalette(quiet);
+    count_->setFont(Theme::font(-0.75));
     QPalette line;
     line.setColor(QPalette::Window, theme.separator);
     if (auto* divider = content_->findChild<QFrame*>(u"divider"_s))

@@ -13,6 +13,7 @@ class QPushButton;
 
 namespace plovik {
 
+class CommitDetailView;
 class EmptyState;
 class ScrollKeeper;
 class StashesModel;
@@ -27,6 +28,7 @@ public:
     explicit StashesView(RepositoryStore& store, QWidget* parent = nullptr);
 
     QListView* list() const { return list_; }
+    CommitDetailView* detail() const { return detail_; }
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -46,10 +48,12 @@ private:
     RepositoryStore& store_;
     StashesModel* model_;
     QWidget* content_ = nullptr; ///< the header and the list
+    CommitDetailView* detail_ = nullptr;
     QLabel* count_ = nullptr;
     std::vector<QPushButton*> buttons_;
     QListView* list_ = nullptr;
     EmptyState* empty_ = nullptr;
+    QWidget* sign_ = nullptr; ///< in the empty state
     QPushButton* stashChanges_ = nullptr;
     ScrollKeeper* scroll_ = nullptr;
     bool isUpdating_ = false; ///< the list changes because of the store, not because of the user

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "GitKit/records/ChangeCounts.h"
+#include "GitKit/records/CommitDetail.h"
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace plovik {
+
+/// What has been read of one commit: its record, and later how many lines each of its files gains and loses.
+struct CommitReading {
+    gitkit::CommitDetail detail;
+    std::optional<std::vector<gitkit::ChangeCounts>> counts; ///< in the order of the files; none before they are read
+
+    /// The counts of one file; null while they are not known.
+    const gitkit::ChangeCounts* countsOf(std::size_t file) const
+    {
+        const bool isKnown = counts && file < counts->size() && (*counts)[file].path == detail.files[file].path;
+        return isKnown ? &(*counts)[file] : nullptr;
+    }
+};
+
+} // namespace plovik

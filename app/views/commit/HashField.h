@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QWidget>
+
+class QAbstractButton;
+class QLabel;
+class QLineEdit;
+class QTimer;
+
+namespace plovik {
+
+/// A hash in full, to select and to copy. Main thread.
+class HashField : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit HashField(QWidget* parent = nullptr);
+
+    void setHash(const QString& hash);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void copy();
+    void applyTheme();
+
+    QLineEdit* text_;
+    QAbstractButton* button_;
+    QLabel* copied_;
+    QTimer* fading_;
+};
+
+} // namespace plovik
