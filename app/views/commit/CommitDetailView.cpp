@@ -9,6 +9,7 @@
 #include "app/views/commit/CommitFilesList.h"
 #include "app/views/commit/CommitHeader.h"
 #include "app/views/commit/CommitSummary.h"
+#include "app/views/commit/HeaderOverFiles.h"
 #include "app/views/diff/DiffPane.h"
 #include "app/views/diff/DiffView.h"
 
@@ -80,9 +81,6 @@ CommitDetailView::CommitDetailView(RepositoryStore& store, CommitKind kind, QWid
 
 QWidget* CommitDetailView::makeLeftSide()
 {
-    auto* const side = new QWidget;
-    side->setBackgroundRole(QPalette::Base);
-    side->setAutoFillBackground(true);
     auto* const summary = new QHBoxLayout;
     summary->setContentsMargins(14, 8, 14, 0);
     summary_->setTextFormat(Qt::PlainText);
@@ -91,16 +89,8 @@ QWidget* CommitDetailView::makeLeftSide()
     totals_->setAccessibleName(u"Total Lines"_s);
     summary->addWidget(summary_, 1);
     summary->addWidget(totals_, 0, Qt::AlignRight | Qt::AlignTop);
-    auto* const column = new QVBoxLayout(side);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    // A commit is read, a stash is looked through for its files.
-    const bool isStash = kind_ == CommitKind::stash;
-    header_->setSizePolicy(QSizePolicy::Preferred, isStash ? QSizePolicy::Maximum : QSizePolicy::Ignored);
-    column->addWidget(header_, isStash ? 0 : 6);
-    column->addLayout(summary);
-    column->addWidget(files_, 5);
-    return side;
+    side_ = new HeaderOverFiles(header_, summary, files_);
+    return side_;
 }
 
 std::optional<std::string> CommitDetailView::selected() const
@@ -175,6 +165,7 @@ void CommitDetailView::showReading(std::shared_ptr<CommitReading> reading)
     header_->showDetail(shown_->detail);
     showSummary();
     files_->setReading(shown_);
+    side_->share();
     if (shown_->detail.files.empty())
         diff_->showSentence(u"No Changes"_s, commitSummary::nothingChanged(shown_->detail, kind_));
     else if (!shown_->counts)

@@ -23,6 +23,7 @@ namespace plovik {
 class CommitFilesList;
 class CommitHeader;
 class DiffPane;
+class HeaderOverFiles;
 
 /// The selected commit of the history, or the selected stash: what it is, the files it touched, and the diff of one of
 /// them.
@@ -82,6 +83,7 @@ private:
     QLabel* summary_;
     QLabel* totals_;
     CommitFilesList* files_;
+    HeaderOverFiles* side_ = nullptr;
     DiffPane* diff_;
     QStackedLayout* pages_;
     std::function<QString()> editorTitle_;

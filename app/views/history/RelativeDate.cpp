@@ -76,7 +76,14 @@ QString absoluteDate(gitkit::Date date, const QLocale& locale)
     if (date == gitkit::Date{} || !local.isValid())
         return u"no readable date"_s;
     return locale.toString(local.date(), QLocale::LongFormat) + u", "_s +
-           locale.toString(local.time(), QLocale::ShortFormat);
+           locale.toString(local.time(), shortTimeFormat(locale));
+}
+
+QString shortTimeFormat(const QLocale& locale)
+{
+    // Where no locale is set the short form has seconds, which nobody asks for.
+    QString format = locale.timeFormat(QLocale::ShortFormat);
+    return format.remove(u":ss"_s);
 }
 
 } // namespace plovik

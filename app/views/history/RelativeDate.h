@@ -26,5 +26,7 @@ struct RelativeDate {
 
 /// Date and time in the locale's long form, for tooltips and details.
 QString absoluteDate(gitkit::Date date, const QLocale& locale);
+/// Hours and minutes as the locale writes them in short.
+QString shortTimeFormat(const QLocale& locale);
 
 } // namespace plovik

@@ -1,6 +1,7 @@
 #include "app/views/stashes/StashesModel.h"
 
 #include "app/store/ShownText.h"
+#include "app/views/history/RelativeDate.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -27,7 +28,7 @@ QString shownDate(const gitkit::Stash& stash)
     const QDateTime date = QDateTime::fromSecsSinceEpoch(stash.date.time_since_epoch().count());
     const QLocale locale;
     return locale.toString(date.date(), abbreviatedDateFormat(locale)) + QLatin1String(", ") +
-           locale.toString(date.time(), QLocale::ShortFormat);
+           locale.toString(date.time(), shortTimeFormat(locale));
 }
 
 StashesModel::StashesModel(const RepositoryStore& store, QObject* parent)
