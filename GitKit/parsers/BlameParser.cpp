@@ -3,6 +3,7 @@
 #include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"
 #include "GitKit/parsers/NameStatusParser.h"
+#include "GitKit/records/QuotedName.h"
 
 #include <algorithm>
 #include <charconv>
@@ -55,7 +56,7 @@ std::optional<BlameOrigin::Place> previousPlace(std::string_view value)
     const std::size_t blank = value.find(' ');
     if (blank == std::string_view::npos)
         return std::nullopt;
-    return BlameOrigin::Place{std::string(value.substr(0, blank)), NameStatusParser::unquoted(value.substr(blank + 1))};
+    return BlameOrigin::Place{std::string(value.substr(0, blank)), unquotedName(value.substr(blank + 1))};
 }
 
 /// Reads the keys of one group of lines after another.
@@ -74,7 +75,7 @@ public:
         else if (key == "previous")
             previous_ = previousPlace(value);
         else if (key == "filename")
-            takeOrigin(info, {NameStatusParser::unquoted(value), std::exchange(previous_, std::nullopt)});
+            takeOrigin(info, {unquotedName(value), std::exchange(previous_, std::nullopt)});
     }
 
 private:

@@ -15,9 +15,6 @@ struct NameStatusParser {
 
     /// One line of --name-status without -z, or nothing when it is none.
     static std::optional<CommitFile> parseLine(std::string_view line);
-
-    /// The bytes that git means by a name in double quotes; any other name is taken as it stands.
-    static std::string unquoted(std::string_view name);
 };
 
 } // namespace gitkit

@@ -96,8 +96,8 @@ TEST(DiffNotes, SayWhatLinesCannot)
                     .startsWith(u"The file is no longer executable"_s));
     EXPECT_EQ(said(start + "new file mode 100644\nindex 0..e69de29\n"), u"The file is new and empty."_s);
     EXPECT_EQ(said(start + "deleted file mode 100644\nindex e69de29..0\n"), u"The file was empty and is deleted."_s);
-    EXPECT_EQ(said("diff --git a/o b/f\nsimilarity index 100%\nrename from o\nrename to f\n"),
-              u"The file was renamed from “o”; its contents are the same."_s);
+    EXPECT_EQ(said("diff --git \"a/o\\tx\" b/f\nsimilarity index 100%\nrename from \"o\\tx\"\nrename to f\n"),
+              u"The file was renamed from “o\tx”; its contents are the same."_s);
     EXPECT_EQ(said(""), u"Git finds no difference in the file’s contents."_s);
     EXPECT_EQ(said(start + "index 1..2 160000\n" + names +
                    "@@ -1 +1 @@\n-Subproject commit 1111111111111111\n+Subproject commit 2222222222222222-dirty\n"),

@@ -1,4 +1,5 @@
 #include "GitKit/parsers/NameStatusParser.h"
+#include "GitKit/records/QuotedName.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (file.path.empty() || file.originalPath.has_value() != (file.status == 'R' || file.status == 'C'))
             std::abort();
     }
-    if (gitkit::NameStatusParser::unquoted(bytes).size() > size)
+    if (gitkit::unquotedName(bytes).size() > size)
         std::abort();
     return 0;
 }

@@ -4,6 +4,7 @@
 #include "GitKit/parsers/RefParser.h"
 #include "GitKit/parsers/StashParser.h"
 #include "GitKit/parsers/StatusParser.h"
+#include "GitKit/records/QuotedName.h"
 
 #include <gtest/gtest.h>
 
@@ -236,10 +237,10 @@ TEST(NameStatusParser, KeepsBytesAndStopsBeforeAnIncompleteEntry)
     EXPECT_EQ(files, expected);
     EXPECT_TRUE(NameStatusParser::parse("").empty());
     EXPECT_TRUE(NameStatusParser::parse("M"s).empty());
-    EXPECT_EQ(NameStatusParser::unquoted("\"\\a\\b\\t\\n\\v\\f\\r\\\"\\\\\\001\\377\\9\""), "\a\b\t\n\v\f\r\"\\\x01\xFF"
-                                                                                            "9");
-    EXPECT_EQ(NameStatusParser::unquoted("\"cut\\\""), "cut\\");
-    EXPECT_EQ(NameStatusParser::unquoted("\""), "\"");
+    EXPECT_EQ(unquotedName("\"\\a\\b\\t\\n\\v\\f\\r\\\"\\\\\\001\\377\\9\""), "\a\b\t\n\v\f\r\"\\\x01\xFF"
+                                                                              "9");
+    EXPECT_EQ(unquotedName("\"cut\\\""), "cut\\");
+    EXPECT_EQ(unquotedName("\""), "\"");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "app/views/diff/DiffNotes.h"
 
+#include "GitKit/records/QuotedName.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/ShownText.h"
 
@@ -24,7 +25,7 @@ std::optional<QString> headerValue(const gitkit::ParsedDiff& diff, std::string_v
     while (!header.empty()) {
         const std::string_view line = header.substr(0, header.find('\n'));
         if (line.starts_with(start))
-            return shownText(line.substr(start.size()));
+            return shownText(gitkit::unquotedName(line.substr(start.size())));
         header.remove_prefix(std::min(header.size(), line.size() + 1));
     }
     return std::nullopt;
