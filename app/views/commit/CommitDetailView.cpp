@@ -53,16 +53,26 @@ EmptyState* makeNone(CommitDetailView::CommitKind kind)
 } // namespace
 
 CommitDetailView::CommitDetailView(RepositoryStore& store, CommitKind kind, QWidget* parent)
-    : QWidget(parent), store_(store), kind_(kind), header_(new CommitHeader(store, kind)), summary_(new QLabel),
-      totals_(new QLabel), files_(new CommitFilesList), diff_(new DiffPane(store)), pages_(new QStackedLayout(this)),
-      recent_(mostRecent)
+    : QWidget(parent), store_(store), kind_(kind), pages_(new QStackedLayout(this)), recent_(mostRecent)
 {
-    diff_->view()->setActionsAvailable(false);
     pages_->addWidget(makeNone(kind));
+    QProperty<std::optional<std::string>>& selection =
+        kind == CommitKind::stash ? store.selectedStash : store.selectedCommit;
+    notifiers_.push_back(selection.addNotifier([this] { follow(); }));
+    follow();
+}
+
+/// A window is on the screen sooner without what only a selected commit needs.
+void CommitDetailView::makePage()
+{
+    header_ = new CommitHeader(store_, kind_);
+    files_ = new CommitFilesList;
+    diff_ = new DiffPane(store_);
+    diff_->view()->setActionsAvailable(false);
+    diff_->showSentence({}, {});
     pages_->addWidget(new SplitPane(settings::commitFilesWidth, Qt::Horizontal, SplitPane::Sized::first,
                                     leastFilesWidth, leastDiffWidth, makeLeftSide(), diff_));
     setTabOrder(files_, diff_);
-
     connect(files_, &CommitFilesList::currentFileChanged, this, &CommitDetailView::fileChanged);
     connect(files_, &CommitFilesList::openRequested, this, &CommitDetailView::openCurrentFile);
     connect(files_, &CommitFilesList::menuRequested, this, &CommitDetailView::showMenu);
@@ -71,20 +81,17 @@ CommitDetailView::CommitDetailView(RepositoryStore& store, CommitKind kind, QWid
             diff_->setFocus(Qt::TabFocusReason);
     });
     connect(diff_, &DiffPane::whiteSpaceChanged, this, &CommitDetailView::fileChanged);
-    QProperty<std::optional<std::string>>& selection =
-        kind == CommitKind::stash ? store.selectedStash : store.selectedCommit;
-    notifiers_.push_back(selection.addNotifier([this] { follow(); }));
-    diff_->showSentence({}, {});
     applyTheme();
-    follow();
 }
 
 QWidget* CommitDetailView::makeLeftSide()
 {
     auto* const summary = new QHBoxLayout;
     summary->setContentsMargins(14, 8, 14, 0);
+    summary_ = new QLabel;
     summary_->setTextFormat(Qt::PlainText);
     summary_->setWordWrap(true);
+    totals_ = new QLabel;
     totals_->setTextFormat(Qt::RichText);
     totals_->setAccessibleName(u"Total Lines"_s);
     summary->addWidget(summary_, 1);
@@ -111,12 +118,16 @@ void CommitDetailView::want(Reads<Request>& reads, Request request, QCoro::Task<
 void CommitDetailView::follow()
 {
     const std::optional<std::string> hash = selected();
-    pages_->setCurrentIndex(hash ? 1 : 0);
     details_.wanted.reset();
+    if (hash && !header_)
+        makePage();
+    pages_->setCurrentIndex(hash ? 1 : 0);
     if (!hash) {
         shown_.reset();
-        files_->setReading(nullptr);
-        diff_->showSentence({}, {});
+        if (files_) {
+            files_->setReading(nullptr);
+            diff_->showSentence({}, {});
+        }
         return;
     }
     if (shown_ && shown_->detail.hash == *hash) {
@@ -295,6 +306,8 @@ void CommitDetailView::changeEvent(QEvent* event)
 
 void CommitDetailView::applyTheme()
 {
+    if (!summary_)
+        return;
     QPalette quiet;
     // On a base-coloured parent a label writes in the text colour.
     for (const auto role : {QPalette::WindowText, QPalette::Text})

@@ -48,6 +48,7 @@ private:
     static QCoro::Task<> readCounts(QPointer<CommitDetailView> view);
     static QCoro::Task<> readDiffs(QPointer<CommitDetailView> view);
 
+    void makePage();
     QWidget* makeLeftSide();
     std::optional<std::string> selected() const;
     void follow();
@@ -79,13 +80,14 @@ private:
 
     RepositoryStore& store_;
     CommitKind kind_;
-    CommitHeader* header_;
-    QLabel* summary_;
-    QLabel* totals_;
-    CommitFilesList* files_;
-    HeaderOverFiles* side_ = nullptr;
-    DiffPane* diff_;
     QStackedLayout* pages_;
+    // Made with the first commit.
+    CommitHeader* header_ = nullptr;
+    QLabel* summary_ = nullptr;
+    QLabel* totals_ = nullptr;
+    CommitFilesList* files_ = nullptr;
+    HeaderOverFiles* side_ = nullptr;
+    DiffPane* diff_ = nullptr;
     std::function<QString()> editorTitle_;
 
     std::shared_ptr<CommitReading> shown_; ///< whose files stand there

@@ -32,8 +32,7 @@ DiffLayout wantedLayout()
 DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), view_(new DiffView), empty_(new EmptyState), pages_(new QStackedWidget(this)),
       options_(new DiffOptionsBar(this)), extras_(new DiffExtras(store, *view_, this)),
-      files_(new DiffFilesLoader(store, this)), finder_(new DiffFinder(*view_, this)),
-      findBar_(new FindBar(*finder_, this))
+      files_(new DiffFilesLoader(store, this)), finder_(new DiffFinder(*view_, this))
 {
     pages_->addWidget(empty_);
     pages_->addWidget(view_);
@@ -41,7 +40,6 @@ DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(pages_, 1);
-    column->addWidget(findBar_);
     setFocusProxy(view_);
 
     connect(files_, &DiffFilesLoader::textsLoaded, view_, &DiffView::setTexts);
@@ -53,7 +51,6 @@ DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     connect(options_, &DiffOptionsBar::wholeFileToggled, view_, &DiffView::setShowsWholeFile);
     connect(view_, &DiffView::showsWholeFileChanged, options_, &DiffOptionsBar::setWholeFile);
     connect(options_, &DiffOptionsBar::findRequested, this, &DiffPane::find);
-    connect(findBar_, &FindBar::focusReturned, this, [this] { view_->setFocus(Qt::OtherFocusReason); });
     connect(&Settings::shared(), &Settings::changed, this, &DiffPane::settingChanged);
 }
 
@@ -84,7 +81,8 @@ void DiffPane::showSentence(const QString& title, const QString& description)
     empty_->setText(title, description);
     pages_->setCurrentWidget(empty_);
     options_->hide();
-    findBar_->close();
+    if (findBar_)
+        findBar_->close();
 }
 
 bool DiffPane::isSentenceShown() const { return pages_->currentWidget() == empty_; }
@@ -126,6 +124,11 @@ void DiffPane::find()
         if (text.isEmpty())
             text = section->selectedText();
     }
+    if (!findBar_) {
+        findBar_ = new FindBar(*finder_, this);
+        layout()->addWidget(findBar_);
+        connect(findBar_, &FindBar::focusReturned, this, [this] { view_->setFocus(Qt::OtherFocusReason); });
+    }
     // Lines are not searched for.
     findBar_->open(text.contains(u'\n') ? QString() : text);
 }
@@ -137,7 +140,7 @@ bool DiffPane::isMine(const QKeyEvent& event) const
         return false;
     if (event.matches(QKeySequence::Find))
         return true;
-    const bool isOpen = findBar_->isVisible();
+    const bool isOpen = findBar_ && findBar_->isVisible();
     return isOpen && (event.key() == Qt::Key_F3 || event.key() == Qt::Key_Escape);
 }
 

@@ -60,7 +60,7 @@ private:
     DiffExtras* extras_;
     DiffFilesLoader* files_;
     DiffFinder* finder_;
-    FindBar* findBar_;
+    FindBar* findBar_ = nullptr; ///< made when something is first searched for
 };
 
 } // namespace plovik
