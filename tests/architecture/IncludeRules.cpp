@@ -38,7 +38,7 @@ const std::vector<Room>& rooms()
         {"app/platform/linux/", {"app/platform/"}},
         {"app/platform/", {}, Qt::any, {"app/platform/linux/"}},
         {"app/", {"app/", "GitKit/"}, Qt::any, {"app/platform/linux/"}},
-        {"cli/", {}},
+        {"cli/", {"GitKit/"}, Qt::none},
     };
     return table;
 }

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/RepositoryFolder.h"
+
+#include "GitKit/GitRepository.h"
+#include "GitKit/runner/GitError.h"
+#include "cli/ShownName.h"
+
+#include <string_view>
+#include <system_error>
+
+namespace plovik {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What was typed tells more than "."; where there is no current folder any more, it is all there is.
+std::string quoted(const std::string& name)
+{
+    std::error_code gone;
+    const fs::path current = name == "." ? fs::current_path(gone) : fs::path(name);
+    return "“" + shownName(gone ? name : current.string()) + "”";
+}
+
+[[noreturn]] void refuse(const std::string& name, const std::string& why)
+{
+    throw UnopenableFolder(quoted(name) + why);
+}
+
+fs::path folderOf(const std::string& name)
+{
+    std::error_code error;
+    const fs::path path(name);
+    const fs::file_status status = fs::status(path, error);
+    if (fs::is_directory(status))
+        return fs::canonical(path, error);
+    // A link to a file lies where it lies, wherever it leads.
+    if (!fs::exists(fs::symlink_status(path, error)))
+        return {};
+    return fs::canonical(path.has_parent_path() ? path.parent_path() : fs::path("."), error);
+}
+
+/// The first line of what git said, as a sentence.
+std::string reason(const std::exception& failure)
+{
+    const auto* const refusal = dynamic_cast<const gitkit::GitError*>(&failure);
+    const std::string said = refusal ? refusal->message() : failure.what();
+    std::string_view line = std::string_view(said).substr(0, said.find('\n'));
+    if (line.starts_with("fatal: "))
+        line.remove_prefix(std::string_view("fatal: ").size());
+    std::string sentence = shownName(line);
+    if (!sentence.ends_with('.'))
+        sentence += '.';
+    return sentence;
+}
+
+[[noreturn]] void refuseFor(const std::string& name, const std::exception& failure)
+{
+    const std::string_view said = failure.what();
+    if (said.find("not a git repository") != std::string_view::npos)
+        refuse(name, " is not in a git repository.");
+    if (said.find("must be run in a work tree") != std::string_view::npos)
+        refuse(name, " has no working tree: it is a bare repository or a folder of git's own.");
+    refuse(name, " could not be opened: " + reason(failure));
+}
+
+} // namespace
+
+fs::path repositoryFolder(const std::string& name)
+{
+    fs::path folder = folderOf(name);
+    if (folder.empty())
+        refuse(name, " does not exist or may not be entered.");
+    try {
+        gitkit::GitRepository::topLevel(folder);
+    } catch (const std::exception& failure) {
+        refuseFor(name, failure);
+    }
+    return folder;
+}
+
+} // namespace plovik
