@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/settings/CommandLineTab.h"
+#include "app/shell/CommandLineTool.h"
+#include "app/store/Worker.h"
+
+namespace plovik {
+
+/// What the settings say of the command line tool, and do with it. `worker` outlives the result. Main thread.
+CommandLineCommands commandLineCommands(const CommandLineTool& tool = CommandLineTool(),
+                                        Worker& worker = Worker::pool());
+
+} // namespace plovik
