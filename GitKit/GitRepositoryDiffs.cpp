@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Diffs and single commits; and parts of diffs on their way back into the index and the working tree.
 //
 // Where the commands differ from the plain ones:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Bringing files back to HEAD without losing what git does not know.
 //
 // Where this differs from one plain command a file:

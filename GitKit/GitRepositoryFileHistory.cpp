@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One file through time: who wrote each line, and which commits touched it.
 //
 // Where the commands differ from the plain ones:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Whole files as diffs compare them, and what is known of a commit's files besides their names.
 
 #include "GitKit/GitRepository.h"

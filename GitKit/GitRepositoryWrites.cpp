@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Staging, committing, branches, tags, stashes and remotes.
 //
 // Where the commands differ from the obvious ones; what holds for every run stands in GitEnvironment.cpp:

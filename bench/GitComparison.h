@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 // Compares what reading costs with what git itself takes to print, both measured in one run.

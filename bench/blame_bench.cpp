@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Opening the blame of a long file: what it takes beside git's own time to print it, and how much of that the window's
 // thread is held up.
 

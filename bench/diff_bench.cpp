@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The diff view: what it takes from a parsed diff to the first picture of it, and what a frame costs while scrolling.
 
 #include "GitKit/parsers/DiffParser.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What diffs, patches of their parts and blame cost beside git's own time to print them.
 
 #include "GitKit/PartialPatch.h"

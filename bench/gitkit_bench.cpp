@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What reading a repository costs beside git's own time to print it, both measured in this one run.
 //
 // The counter to_git is the parser's fastest time divided by git's; git writes to the null device for it. History is

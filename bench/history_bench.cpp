@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The history list: what a frame costs, and what taking over a longer page costs.
 
 #include "app/views/Theme.h"

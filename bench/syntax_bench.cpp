@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The colours of code: what working them out takes on a worker, and what they add to a frame.
 
 #include "GitKit/parsers/DiffParser.h"

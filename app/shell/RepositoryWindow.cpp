@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/RepositoryWindow.h"
 
 #include "app/platform/FileBrowser.h"

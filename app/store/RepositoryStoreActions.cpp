@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the user does to branches, tags, stashes and remotes.
 
 #include "app/store/RepositoryStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Loading, growing and searching the history page.
 
 #include "app/store/RepositoryStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The way through the window: where the user was, and how to come to a commit.
 
 #include "app/store/CommitSearch.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Reading the repository again.
 
 #include "app/store/RepositoryStore.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Staging, discarding and committing.
 
 #include "app/store/ConflictMarkers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 /// A bare window with a list of 500 rows: the floor that no window of this toolkit can go below.
 
 #include <QApplication>

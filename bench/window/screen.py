@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 """A screen to measure on: an X server of our own whose picture is a file in memory, and a program that runs on it.
 
 Looking at the picture costs neither the server nor the program anything, so what is timed is what a person would see.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 /// Selecting commits: how soon a commit is on screen beside git's own time for the same reads, and whether a held key
 /// is ever kept waiting. selecting LARGE_REPOSITORY
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/parsers/DiffParser.h"
 #include "app/views/diff/DiffNotes.h"
 #include "app/views/diff/ShownLine.h"

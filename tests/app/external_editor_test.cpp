@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/Settings.h"
 #include "app/shell/ExternalEditor.h"
 #include "tests/app/EventWait.h"

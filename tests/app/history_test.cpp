@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The commit list and what stands around it: places kept, selection both ways, what is drawn and what is told.
 
 #include "GitKit/CommitGraph.h"

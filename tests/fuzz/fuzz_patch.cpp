@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A patch of parts is itself a diff: it has the selected changes, all of them and no others, with counts that agree
 // with its headers.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/PartialPatch.h"
 #include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/DiffParser.h"

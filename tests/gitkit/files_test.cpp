@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is known of a commit's files besides their names: line counts, whole files as diffs compare them, and hashes for
 // names.
 

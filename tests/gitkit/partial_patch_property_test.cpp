@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Random files, random changes, random selections: what real git makes of our patches is compared with the file that a
 // person would expect, computed line by line and without any patch.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/CommitGraph.h"
 #include "GitKit/GitRepository.h"
 #include "GitKit/runner/GitError.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Coming to commits wherever they are, and the way back.
 
 #include "tests/store/ManualWorker.h"

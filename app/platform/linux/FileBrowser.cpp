@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/FileBrowser.h"
 
 #include "app/platform/FileUri.h"
