@@ -1,13 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/EditorTab.h"
 
 #include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
 #include "app/settings/SettingsForm.h"
+#include "app/settings/SizeControl.h"
 
 #include <QComboBox>
-#include <QDoubleSpinBox>
 #include <QFontDatabase>
-#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -21,33 +21,18 @@ namespace plovik {
 namespace {
 
 constexpr int pickerWidth = 240;
-constexpr int previewHeight = 132;
+constexpr QSize previewSize(480, 132);
 
 // The last characters of the second line tell 0 from O, and 1, l and I apart.
 const QString sample = u"func greet(name: String) {\n    print(\"Hello, \\(name)\") // 0O 1lI\n}"_s;
 
-/// Points without the zeros that say nothing: "12", "12.5".
-class SizeControl : public QDoubleSpinBox {
-public:
-    explicit SizeControl(QWidget* parent) : QDoubleSpinBox(parent)
-    {
-        setRange(CodeFont::minSize, CodeFont::maxSize);
-        setDecimals(1);
-        setSuffix(u" points"_s);
-    }
-
-    QString textFromValue(double value) const override
-    {
-        return locale().toString(value, 'f', QLocale::FloatingPointShortest);
-    }
-};
-
 QPlainTextEdit* samplePreview(QWidget* parent)
 {
     auto* const preview = new QPlainTextEdit(sample, parent);
+    preview->setAccessibleName(u"Preview"_s);
     preview->setReadOnly(true);
     preview->setLineWrapMode(QPlainTextEdit::NoWrap);
-    preview->setFixedHeight(previewHeight);
+    preview->setFixedSize(previewSize);
     preview->document()->setDocumentMargin(10);
     preview->setTabChangesFocus(true);
     return preview;
@@ -56,7 +41,8 @@ QPlainTextEdit* samplePreview(QWidget* parent)
 } // namespace
 
 EditorTab::EditorTab(QWidget* parent)
-    : QWidget(parent), family_(new QComboBox(this)), size_(new SizeControl(this)), preview_(samplePreview(this))
+    : QWidget(parent), family_(new QComboBox(this)), size_(new SizeControl(CodeFont::minSize, CodeFont::maxSize, this)),
+      preview_(samplePreview(this))
 {
     family_->setFixedWidth(pickerWidth);
     auto* const reset = new QPushButton(u"Reset to Defaults"_s, this);
@@ -66,12 +52,12 @@ EditorTab::EditorTab(QWidget* parent)
     form->addSection(u"Code View"_s);
     form->addControl(u"Font"_s, family_);
     form->addControl(u"Size"_s, size_);
-    form->addControl(u"Preview"_s, preview_);
-    form->addRow(QString(), reset);
+    form->addRow(preview_);
+    form->addRow(reset);
 
     connect(family_, &QComboBox::activated, this,
             [this] { Settings::shared().set(settings::codeFontName, family_->currentData().toString()); });
-    connect(size_, &QDoubleSpinBox::valueChanged, this,
+    connect(size_, &SizeControl::valueChanged, this,
             [](double points) { Settings::shared().set(settings::codeFontSize, points); });
     connect(reset, &QPushButton::clicked, this, [] {
         Settings::shared().set(settings::codeFontName, QString());

@@ -1,12 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QWidget>
 
 class QComboBox;
-class QDoubleSpinBox;
 class QPlainTextEdit;
 
 namespace plovik {
+
+class SizeControl;
 
 /// The settings tab of the font of code and diffs. Main thread.
 class EditorTab : public QWidget {
@@ -23,7 +25,7 @@ private:
     void showSettings();
 
     QComboBox* family_;
-    QDoubleSpinBox* size_;
+    SizeControl* size_;
     QPlainTextEdit* preview_;
 };
 

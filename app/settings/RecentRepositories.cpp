@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/RecentRepositories.h"
 
 #include "app/settings/Settings.h"
@@ -31,6 +32,13 @@ void add(const std::filesystem::path& root)
     list.removeAll(entry);
     list.prepend(entry);
     Settings::shared().set(listKey, QStringList(list.mid(0, mostKept)));
+}
+
+void remove(const std::filesystem::path& root)
+{
+    QStringList list = Settings::shared().value(listKey).toStringList();
+    list.removeAll(encoded(root));
+    Settings::shared().set(listKey, list);
 }
 
 std::vector<std::filesystem::path> all()

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/Settings.h"
 
 #include <QSettings>
@@ -8,10 +9,11 @@ namespace plovik {
 
 namespace {
 
+constexpr auto nameOfAll = QLatin1String("Plovik");
+
 QSettings& file()
 {
-    static QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Plovik"),
-                              QStringLiteral("Plovik"));
+    static QSettings settings(QSettings::IniFormat, QSettings::UserScope, nameOfAll, nameOfAll);
     return settings;
 }
 
@@ -45,7 +47,8 @@ bool Settings::value(const Setting<bool>& setting) const
 QString Settings::value(const Setting<const char*>& setting) const
 {
     const QVariant stored = file().value(keyOf(setting.key));
-    return stored.isValid() ? stored.toString() : QString::fromUtf8(setting.fallback);
+    // A list, as a comma makes one in a file written by hand, is no text either.
+    return stored.typeId() == QMetaType::QString ? stored.toString() : QString::fromUtf8(setting.fallback);
 }
 
 QVariant Settings::value(const QString& key) const { return file().value(key); }
@@ -63,5 +66,16 @@ void Settings::set(const QString& key, const QVariant& value)
     file().setValue(key, value);
     Q_EMIT changed(key);
 }
+
+bool Settings::save()
+{
+    // What is still to be written is shared by all objects of one file, while a status is each one's own and stays bad
+    // for good.
+    QSettings attempt(QSettings::IniFormat, QSettings::UserScope, nameOfAll, nameOfAll);
+    attempt.sync();
+    return attempt.status() != QSettings::AccessError;
+}
+
+QString Settings::path() const { return file().fileName(); }
 
 } // namespace plovik

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QObject>
@@ -27,6 +28,7 @@ inline constexpr Setting<bool> sidebarBranchesExpanded{"sidebarBranchesExpanded"
 inline constexpr Setting<bool> sidebarRemotesExpanded{"sidebarRemotesExpanded", true};
 inline constexpr Setting<bool> sidebarTagsExpanded{"sidebarTagsExpanded", false};
 inline constexpr Setting<const char*> lastRepositoryWindowFrame{"lastRepositoryWindowFrame", ""};
+inline constexpr Setting<const char*> settingsWindowPlace{"settingsWindowPlace", ""}; ///< "x y"
 
 // Preferences.
 inline constexpr Setting<const char*> appearance{"appearance", "system"};
@@ -56,6 +58,11 @@ public:
     void set(const Setting<bool>& setting, bool value);
     void set(const Setting<const char*>& setting, const QString& value);
     void set(const QString& key, const QVariant& value);
+
+    /// Writes now what would be written soon anyway; false when it could not be. A later call tries again.
+    bool save();
+    /// The file, for showing.
+    QString path() const;
 
 Q_SIGNALS:
     void changed(const QString& key);

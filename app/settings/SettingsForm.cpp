@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/SettingsForm.h"
 
 #include <QLabel>
@@ -5,6 +6,8 @@
 namespace plovik {
 
 namespace {
+
+constexpr int noteWidth = 350;
 
 QLabel* wrappingLabel(const QString& text, QWidget* parent)
 {
@@ -47,6 +50,7 @@ void SettingsForm::addControl(const QString& title, QWidget* control)
 QLabel* SettingsForm::addNote(const QString& text)
 {
     QLabel* const note = noteLabel(text, parentWidget());
+    note->setFixedWidth(noteWidth);
     addRow(QString(), note);
     return note;
 }

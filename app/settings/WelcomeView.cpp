@@ -1,17 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/WelcomeView.h"
 
+#include "app/platform/FileUri.h"
 #include "app/settings/RecentRepositories.h"
+#include "app/settings/RecentRowDelegate.h"
+#include "app/settings/SettingsSymbols.h"
 
-#include <QApplication>
+#include <QAction>
+#include <QDir>
+#include <QDropEvent>
 #include <QLabel>
 #include <QListWidget>
+#include <QMimeData>
+#include <QPainter>
 #include <QPushButton>
-#include <QStyle>
+#include <QShortcut>
+#include <QUrl>
 #include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace plovik {
 
 namespace {
+
+constexpr QSize sizeWithRecents(460, 560);
+constexpr QSize sizeAlone(460, 320);
+constexpr int signSize = 80;
+
+class ApplicationSign : public QWidget {
+public:
+    explicit ApplicationSign(QWidget* parent) : QWidget(parent) { setFixedSize(signSize, signSize); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter painter(this);
+        paintApplicationSign(painter, rect());
+    }
+};
 
 QLabel* centredLabel(const QString& text, QWidget* parent)
 {
@@ -22,67 +51,166 @@ QLabel* centredLabel(const QString& text, QWidget* parent)
     return label;
 }
 
+QFont scaled(QFont font, double factor, QFont::Weight weight)
+{
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * factor);
+    else
+        font.setPixelSize(qRound(font.pixelSize() * factor));
+    font.setWeight(weight);
+    return font;
+}
+
+QString shown(const std::filesystem::path& path)
+{
+    const std::string& bytes = path.native();
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+/// A path with "~" for the user's own folder.
+QString shortened(const std::filesystem::path& path)
+{
+    const QString whole = shown(path);
+    const QString home = QDir::homePath();
+    if (home.size() > 1 && (whole == home || whole.startsWith(home + u'/')))
+        return u'~' + whole.mid(home.size());
+    return whole;
+}
+
+QString nameOf(const std::filesystem::path& root)
+{
+    return root.filename().empty() ? shown(root) : shown(root.filename());
+}
+
+std::vector<std::filesystem::path> folders(const QMimeData& dropped)
+{
+    std::vector<std::filesystem::path> found;
+    for (const QUrl& url : dropped.urls()) {
+        const auto path = pathOfFileUri(url.toEncoded().toStdString());
+        std::error_code unreadable;
+        if (path && std::filesystem::is_directory(*path, unreadable))
+            found.push_back(*path);
+    }
+    return found;
+}
+
 } // namespace
 
 WelcomeView::WelcomeView(std::function<void(std::filesystem::path)> open, std::function<void()> browse, QWidget* parent)
-    : QWidget(parent), open_(std::move(open))
+    : QWidget(parent), open_(std::move(open)), browse_(new QPushButton(u"Open Repository…"_s, this)),
+      recentPart_(new QWidget(this)), recentList_(new QListWidget(recentPart_))
 {
-    auto* const title = centredLabel(QStringLiteral("Plovik"), this);
-    QFont titleFont = font();
-    titleFont.setPointSizeF(titleFont.pointSizeF() * 2);
-    titleFont.setWeight(QFont::Bold);
-    title->setFont(titleFont);
-
-    auto* const hint =
-        centredLabel(QStringLiteral("Open a repository, or run `plovik` inside one from the terminal."), this);
+    setAcceptDrops(true);
+    auto* const title = centredLabel(u"Plovik"_s, this);
+    title->setFont(scaled(font(), 2.2, QFont::Bold));
+    auto* const hint = centredLabel(u"Open a repository, or run `plovik` inside one from the terminal."_s, this);
     hint->setForegroundRole(QPalette::PlaceholderText);
 
-    auto* const button = new QPushButton(QStringLiteral("Open Repository…"), this);
-    button->setAccessibleName(QStringLiteral("Open Repository…"));
-    button->setDefault(true);
-    connect(button, &QPushButton::clicked, this, [browse = std::move(browse)] { browse(); });
+    browse_->setAccessibleName(browse_->text());
+    browse_->setProperty("primary", true);
+    browse_->setAutoDefault(true); // Return presses it
+    connect(browse_, &QPushButton::clicked, this, [browse = std::move(browse)] { browse(); });
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this), &QShortcut::activated, this, &QWidget::close);
+    makeList();
 
-    recentTitle_ = new QLabel(QStringLiteral("Recent"), this);
-    recentTitle_->setForegroundRole(QPalette::PlaceholderText);
-    recentList_ = new QListWidget(this);
-    recentList_->setAccessibleName(QStringLiteral("Recent"));
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 32, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(new ApplicationSign(this), 0, Qt::AlignHCenter);
+    column->addSpacing(12);
+    column->addWidget(title);
+    column->addSpacing(4);
+    column->addWidget(hint);
+    column->addSpacing(18);
+    column->addWidget(browse_, 0, Qt::AlignHCenter);
+    column->addSpacing(28);
+    column->addWidget(recentPart_, 1);
+    column->addStretch(0);
+}
+
+void WelcomeView::makeList()
+{
+    recentPart_->setAutoFillBackground(true);
+    recentPart_->setBackgroundRole(QPalette::Base);
+    auto* const line = new QWidget(recentPart_);
+    line->setFixedHeight(1);
+    line->setAutoFillBackground(true);
+    line->setBackgroundRole(QPalette::Dark);
+    auto* const title = new QLabel(u"Recent"_s, recentPart_);
+    title->setFont(scaled(font(), 1, QFont::DemiBold));
+    title->setForegroundRole(QPalette::PlaceholderText);
+    title->setContentsMargins(26, 14, 26, 6);
+
+    recentList_->setAccessibleName(u"Recent"_s);
     recentList_->setFrameShape(QFrame::NoFrame);
+    recentList_->setUniformItemSizes(true);
+    recentList_->setVerticalScrollMode(QListView::ScrollPerPixel);
+    recentList_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    recentList_->setItemDelegate(new RecentRowDelegate(recentList_));
+    recentList_->setMouseTracking(true);
     connect(recentList_, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { openRow(recentList_->row(item)); });
     connect(recentList_, &QListWidget::itemActivated, this,
             [this](QListWidgetItem* item) { openRow(recentList_->row(item)); });
+    // A row is current as soon as a mouse button goes down on it.
+    const auto addCommand = [this](const QString& name, const QKeySequence& key, void (WelcomeView::*command)(int)) {
+        auto* const action = new QAction(name, recentList_);
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, [this, command] { (this->*command)(recentList_->currentRow()); });
+        recentList_->addAction(action);
+    };
+    recentList_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    addCommand(u"Open"_s, {}, &WelcomeView::openRow);
+    addCommand(u"Remove from Recent"_s, Qt::Key_Delete, &WelcomeView::removeRow);
 
-    auto* const layout = new QVBoxLayout(this);
-    layout->setContentsMargins(32, 32, 32, 24);
-    layout->setSpacing(8);
-    layout->addWidget(title);
-    layout->addWidget(hint);
-    layout->addSpacing(8);
-    layout->addWidget(button, 0, Qt::AlignHCenter);
-    layout->addSpacing(16);
-    layout->addWidget(recentTitle_);
-    layout->addWidget(recentList_, 1);
+    auto* const column = new QVBoxLayout(recentPart_);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(line);
+    column->addWidget(title);
+    auto* const sides = new QHBoxLayout;
+    sides->setContentsMargins(16, 0, 8, 8);
+    sides->addWidget(recentList_);
+    column->addLayout(sides, 1);
 }
 
 void WelcomeView::showEvent(QShowEvent* event)
 {
-    reloadRecents();
+    if (!event->spontaneous()) {
+        reloadRecents();
+        recentList_->setCurrentRow(0);
+        (recents_.empty() ? static_cast<QWidget*>(browse_) : recentList_)->setFocus();
+    }
     QWidget::showEvent(event);
+}
+
+void WelcomeView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!folders(*event->mimeData()).empty())
+        event->acceptProposedAction();
+}
+
+void WelcomeView::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    for (const std::filesystem::path& folder : folders(*event->mimeData()))
+        open_(folder);
 }
 
 void WelcomeView::reloadRecents()
 {
     recents_ = recentRepositories::all();
     recentList_->clear();
-    const QIcon folder = QApplication::style()->standardIcon(QStyle::SP_DirIcon);
     for (const std::filesystem::path& root : recents_) {
-        const QString name = QString::fromStdString(root.filename().string());
-        auto* const item = new QListWidgetItem(folder, name, recentList_);
-        item->setToolTip(QString::fromStdString(root.string()));
-        item->setSizeHint({0, 28});
+        auto* const item = new QListWidgetItem(nameOf(root), recentList_);
+        const QString place = shortened(root.parent_path());
+        item->setData(RecentRowDelegate::placeRole, place);
+        item->setData(Qt::AccessibleTextRole, nameOf(root) + u", "_s + place);
+        item->setToolTip(shown(root));
     }
-    recentTitle_->setVisible(!recents_.empty());
-    recentList_->setVisible(!recents_.empty());
+    recentPart_->setVisible(!recents_.empty());
+    setFixedSize(recents_.empty() ? sizeAlone : sizeWithRecents);
 }
 
 void WelcomeView::openRow(int row)
@@ -92,6 +220,17 @@ void WelcomeView::openRow(int row)
         return;
     const std::filesystem::path root = recents_[static_cast<std::size_t>(row)];
     open_(root);
+}
+
+void WelcomeView::removeRow(int row)
+{
+    if (row < 0 || static_cast<std::size_t>(row) >= recents_.size())
+        return;
+    recentRepositories::remove(recents_[static_cast<std::size_t>(row)]);
+    reloadRecents();
+    recentList_->setCurrentRow(std::min(row, recentList_->count() - 1));
+    if (recents_.empty())
+        browse_->setFocus();
 }
 
 } // namespace plovik

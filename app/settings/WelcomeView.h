@@ -1,34 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QWidget>
 
 #include <filesystem>
 #include <functional>
+#include <vector>
 
 class QListWidget;
-class QLabel;
+class QPushButton;
 
 namespace plovik {
 
-/// What stands on the screen when no repository is open: the way to open one, and those opened lately.
+/// What stands on the screen when no repository is open: the way to open one, and those opened lately. A folder dropped
+/// on it is opened. Main thread.
 class WelcomeView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `open` is given a recent repository that was chosen; `browse` shows the Open panel.
+    /// `open` is given a recent repository that was chosen, or a folder that was dropped; `browse` shows the Open
+    /// panel.
     WelcomeView(std::function<void(std::filesystem::path)> open, std::function<void()> browse,
                 QWidget* parent = nullptr);
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
+    void makeList();
     void reloadRecents();
     void openRow(int row);
+    void removeRow(int row);
 
     std::function<void(std::filesystem::path)> open_;
-    std::vector<std::filesystem::path> recents_;
-    QLabel* recentTitle_;
+    std::vector<std::filesystem::path> recents_; ///< row by row
+    QPushButton* browse_;
+    QWidget* recentPart_;
     QListWidget* recentList_;
 };
 

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDoubleSpinBox>
+
+namespace plovik {
+
+/// A field for a size in points, with a step up and one down, that looks like the pickers around it. Main thread.
+class SizeControl : public QDoubleSpinBox {
+    Q_OBJECT
+
+public:
+    SizeControl(double smallest, double largest, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+    /// Without the zeros that say nothing: "12", "12.5".
+    QString textFromValue(double value) const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void paintStep(QPainter& painter, const QRect& area, StepEnabledFlag step) const;
+};
+
+} // namespace plovik
