@@ -31,6 +31,8 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
     } else {
         QObject::connect(&delegate, &AppDelegate::windowOpened, &delegate,
                          [&](RepositoryWindow* window) { new Screenshot(*window, screenshot, &delegate); });
+        QObject::connect(&delegate, &AppDelegate::askedWindowShown, &delegate,
+                         [&](QWidget* window) { new Screenshot(*window, screenshot, &delegate); });
     }
     delegate.finishLaunching();
     return application.exec();

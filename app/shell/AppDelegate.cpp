@@ -3,7 +3,10 @@
 #include "GitKit/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 #include "app/settings/RecentRepositories.h"
+#include "app/settings/Settings.h"
+#include "app/settings/SettingsView.h"
 #include "app/settings/WelcomeView.h"
+#include "app/shell/ExternalEditor.h"
 #include "app/shell/RepositoryWindow.h"
 #include "app/shell/TopLevelLookup.h"
 #include "app/shell/WindowFrames.h"
@@ -13,6 +16,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QShortcut>
 #include <QStyle>
 #include <QTimer>
 
@@ -86,6 +90,7 @@ AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options))
 {
     QApplication::setQuitOnLastWindowClosed(false);
     connect(&colorScheme_, &ColorScheme::changed, this, &AppDelegate::applyAppearance);
+    followSettings();
     applyAppearance();
 }
 
@@ -99,6 +104,12 @@ AppDelegate::~AppDelegate()
 
 void AppDelegate::finishLaunching()
 {
+    if (options_.window != LaunchWindow::fitting) {
+        options_.window == LaunchWindow::settings ? showSettings() : showWelcome();
+        QWidget* const asked = options_.window == LaunchWindow::settings ? settingsWindow_ : welcomeWindow_;
+        Q_EMIT askedWindowShown(asked);
+        return;
+    }
     if (!options_.folders.empty()) {
         open(options_.folders);
         return;
@@ -191,10 +202,32 @@ void AppDelegate::showWelcome()
         auto* const view = new WelcomeView([this](const std::filesystem::path& root) { launch(openRepository(root)); },
                                            [this] { openDocument(); });
         view->setWindowTitle(QStringLiteral("Plovik"));
-        view->setFixedSize(440, 480);
+        addKeys(*view);
         welcomeWindow_ = view;
     }
     bringToFront(welcomeWindow_);
+}
+
+void AppDelegate::showSettings()
+{
+    if (!settingsWindow_) {
+        const EditorChoices editors{&externalEditor::installed, &externalEditor::app,
+                                    &externalEditor::chooseApplication};
+        settingsWindow_ = new SettingsView(settingsTabs(editors, {}));
+        settingsWindow_->showTab(options_.settingsTab);
+        addKeys(*settingsWindow_);
+    }
+    bringToFront(settingsWindow_);
+}
+
+/// The keys of the application's menu, for a window without one.
+void AppDelegate::addKeys(QWidget& window)
+{
+    const std::pair<Qt::Key, void (AppDelegate::*)()> keys[] = {{Qt::Key_O, &AppDelegate::openDocument},
+                                                                {Qt::Key_Comma, &AppDelegate::showSettings},
+                                                                {Qt::Key_Q, &AppDelegate::quit}};
+    for (const auto& [key, command] : keys)
+        connect(new QShortcut(QKeySequence(Qt::CTRL | key), &window), &QShortcut::activated, this, command);
 }
 
 RepositoryWindow* AppDelegate::currentWindow() const
@@ -214,9 +247,21 @@ std::vector<QWidget*> AppDelegate::windows() const
     std::vector<QWidget*> all;
     for (const auto& [key, window] : repositoryWindows_)
         all.push_back(window);
-    if (welcomeWindow_)
-        all.push_back(welcomeWindow_);
+    for (QWidget* const window : {welcomeWindow_.data(), static_cast<QWidget*>(settingsWindow_)}) {
+        if (window)
+            all.push_back(window);
+    }
     return all;
+}
+
+void AppDelegate::followSettings()
+{
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key != QLatin1String(settings::appearance.key))
+            return;
+        options_.appearance.reset(); // what is chosen now is what is wanted
+        applyAppearance();
+    });
 }
 
 void AppDelegate::applyAppearance()

@@ -19,9 +19,10 @@ class QWidget;
 namespace plovik {
 
 class RepositoryWindow;
+class SettingsView;
 
-/// Owns every window and decides what opens: one window a repository, and the welcome window when there is none. Lives
-/// as long as the application, on the main thread.
+/// Owns every window and decides what opens: one window a repository, the welcome window when there is none, and the
+/// settings. Lives as long as the application, on the main thread.
 class AppDelegate : public QObject, public MenuTarget {
     Q_OBJECT
 
@@ -47,6 +48,7 @@ public:
     void showWelcome();
 
     void openDocument() override;
+    void showSettings() override;
     void hideAll() override;
     void showAll() override;
     void quit() override;
@@ -56,11 +58,15 @@ public:
 Q_SIGNALS:
     /// A repository window was created.
     void windowOpened(RepositoryWindow* window);
+    /// The window that the command line asks for by name is shown.
+    void askedWindowShown(QWidget* window);
 
 private:
     RepositoryWindow* currentWindow() const;
     std::vector<QWidget*> windows() const;
     void applyAppearance();
+    void followSettings();
+    void addKeys(QWidget& window);
     void reportUnopenable(const std::filesystem::path& folder, const std::exception& failure);
 
     LaunchOptions options_;
@@ -68,6 +74,7 @@ private:
     ColorScheme colorScheme_;
     std::map<std::string, RepositoryWindow*> repositoryWindows_; ///< by top level, as bytes
     QPointer<QWidget> welcomeWindow_;
+    QPointer<SettingsView> settingsWindow_;
     bool receivedOpenRequest_ = false;
     AliveToken alive_ = std::make_shared<const std::monostate>();
 };

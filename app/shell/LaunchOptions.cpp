@@ -12,7 +12,8 @@ constexpr std::string_view usage =
 
 Opens each FOLDER's repository in a window of its own.
 
-  --show SECTION      open with working-copy, history or stashes
+  --show SECTION      open with working-copy, history or stashes; or open the window welcome or settings,
+                      with the tab of that title: settings=editor
   --appearance SCHEME use light, dark or the system's colours for this run
   --screenshot FILE   write a picture of the first window to FILE and quit; needs no display
   --size WxH          the window's size in pixels
@@ -30,6 +31,15 @@ std::optional<SidebarItem> sectionNamed(std::string_view name)
         return SidebarItem::stashes();
     return std::nullopt;
 }
+
+LaunchWindow windowNamed(std::string_view name)
+{
+    if (name == "welcome")
+        return LaunchWindow::welcome;
+    return name == "settings" ? LaunchWindow::settings : LaunchWindow::fitting;
+}
+
+QString textOf(std::string_view value) { return QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size())); }
 
 std::optional<int> number(std::string_view text)
 {
@@ -57,10 +67,13 @@ bool takeValue(LaunchOptions& options, std::string_view name, std::string_view v
 {
     if (name == "--show") {
         options.show = sectionNamed(value);
-        return options.show.has_value();
+        options.window = windowNamed(value.substr(0, value.find('=')));
+        if (options.window == LaunchWindow::settings && value.find('=') != std::string_view::npos)
+            options.settingsTab = textOf(value.substr(value.find('=') + 1));
+        return options.show || options.window != LaunchWindow::fitting;
     }
     if (name == "--appearance") {
-        const QString wanted = QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
+        const QString wanted = textOf(value);
         options.appearance = appearanceNamed(wanted);
         return rawValue(*options.appearance) == wanted;
     }

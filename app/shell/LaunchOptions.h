@@ -16,13 +16,19 @@
 
 namespace plovik {
 
+
+/// The window to begin with. `fitting` is a repository's, or the welcome window when there is none.
+enum class LaunchWindow { fitting, welcome, settings };
+
 /// What the command line asks of the application.
 struct LaunchOptions {
     std::vector<std::filesystem::path> folders; ///< absolute
     std::optional<SidebarItem> show;            ///< the section that the windows open with
-    std::optional<AppAppearance> appearance;    ///< for this run, instead of the stored one
-    std::filesystem::path screenshot;           ///< a picture of the first window is written here; empty for none
-    QSize size;                                 ///< of the window, when it is valid
+    LaunchWindow window = LaunchWindow::fitting;
+    QString settingsTab;                     ///< the title of the settings' tab to begin with; empty for the first
+    std::optional<AppAppearance> appearance; ///< for this run, instead of the stored one
+    std::filesystem::path screenshot;        ///< a picture of the first window is written here; empty for none
+    QSize size;                              ///< of the window, when it is valid
 };
 
 /// A command line that ends at once: what to print, and the exit status.

@@ -66,7 +66,8 @@ void buildApplicationMenu(QMenu* menu, MenuTarget& target)
     add(menu, QStringLiteral("About Plovik"), {}, [&target] { target.about(); });
     addUnavailable(menu, QStringLiteral("Check for Updates…"));
     menu->addSeparator();
-    addUnavailable(menu, QStringLiteral("Settings…"), QKeySequence(Qt::CTRL | Qt::Key_Comma));
+    add(menu, QStringLiteral("Settings…"), QKeySequence(Qt::CTRL | Qt::Key_Comma),
+        [&target] { target.showSettings(); });
     menu->addSeparator();
     add(menu, QStringLiteral("Hide Plovik"), QKeySequence(Qt::CTRL | Qt::Key_H), [&target] { target.hideAll(); });
     add(menu, QStringLiteral("Show All"), {}, [&target] { target.showAll(); });

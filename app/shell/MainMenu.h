@@ -12,6 +12,7 @@ public:
     virtual ~MenuTarget() = default;
 
     virtual void openDocument() = 0;
+    virtual void showSettings() = 0;
     virtual void hideAll() = 0;
     virtual void showAll() = 0;
     virtual void quit() = 0;

@@ -19,12 +19,19 @@ constexpr std::chrono::milliseconds detailsSettle{700};
 } // namespace
 
 Screenshot::Screenshot(RepositoryWindow& window, std::filesystem::path file, QObject* parent)
-    : QObject(parent), window_(window), file_(std::move(file)), loaded_(window.store().hasLoaded.addNotifier([this] {
-          if (window_.store().selection.value().showsHistory())
-              window_.store().moveCommitSelection(0);
+    : QObject(parent), window_(window), file_(std::move(file)),
+      loaded_(window.store().hasLoaded.addNotifier([this, &store = window.store()] {
+          if (store.selection.value().showsHistory())
+              store.moveCommitSelection(0);
           QTimer::singleShot(detailsSettle, this, [this] { take(); });
       }))
 {}
+
+Screenshot::Screenshot(QWidget& window, std::filesystem::path file, QObject* parent)
+    : QObject(parent), window_(window), file_(std::move(file))
+{
+    QTimer::singleShot(detailsSettle, this, [this] { take(); });
+}
 
 void Screenshot::take()
 {

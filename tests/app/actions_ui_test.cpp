@@ -191,6 +191,7 @@ TEST_F(ActionsTest, StashesAreAppliedPoppedAndDroppedFromTheirView)
 
 struct NoTarget : MenuTarget {
     void openDocument() override {}
+    void showSettings() override {}
     void hideAll() override {}
     void showAll() override {}
     void quit() override {}

@@ -31,6 +31,7 @@ using test::openDialog;
 class NoTarget : public MenuTarget {
 public:
     void openDocument() override {}
+    void showSettings() override {}
     void hideAll() override {}
     void showAll() override {}
     void quit() override {}
