@@ -10,6 +10,7 @@
 #include "app/shell/RepositoryWindow.h"
 #include "app/shell/TopLevelLookup.h"
 #include "app/shell/WindowFrames.h"
+#include "app/shell/updates/UpdateDialog.h"
 #include "app/store/ShownText.h"
 #include "app/views/Theme.h"
 
@@ -314,6 +315,13 @@ void AppDelegate::about()
                                       QMessageBox::Ok, currentWindow());
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
+}
+
+void AppDelegate::checkForUpdates()
+{
+    if (!updateDialog_)
+        updateDialog_ = new UpdateDialog(UpdateSource::built(), currentWindow());
+    bringToFront(updateDialog_);
 }
 
 void AppDelegate::bringAllToFront()

@@ -19,6 +19,7 @@ class QWidget;
 namespace plovik {
 
 class RepositoryWindow;
+class UpdateDialog;
 class SettingsView;
 
 /// Owns every window and decides what opens: one window a repository, the welcome window when there is none, and the
@@ -53,6 +54,7 @@ public:
     void showAll() override;
     void quit() override;
     void about() override;
+    void checkForUpdates() override;
     void bringAllToFront() override;
 
 Q_SIGNALS:
@@ -74,6 +76,7 @@ private:
     ColorScheme colorScheme_;
     std::map<std::string, RepositoryWindow*> repositoryWindows_; ///< by top level, as bytes
     QPointer<QWidget> welcomeWindow_;
+    QPointer<UpdateDialog> updateDialog_;
     QPointer<SettingsView> settingsWindow_;
     bool receivedOpenRequest_ = false;
     AliveToken alive_ = std::make_shared<const std::monostate>();

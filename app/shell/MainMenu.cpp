@@ -31,12 +31,6 @@ QAction* add(QMenu* menu, const QString& title, const QKeySequence& key, std::fu
     return action;
 }
 
-/// An item whose command this version does not have.
-void addUnavailable(QMenu* menu, const QString& title, const QKeySequence& key = {})
-{
-    add(menu, title, key, [] {})->setEnabled(false);
-}
-
 bool hasSlot(const QObject& object, const char* slot)
 {
     return object.metaObject()->indexOfMethod(QMetaObject::normalizedSignature(slot)) >= 0;
@@ -64,7 +58,7 @@ void addEditing(QMenu* menu, const QString& title, const QKeySequence& key, cons
 void buildApplicationMenu(QMenu* menu, MenuTarget& target)
 {
     add(menu, QStringLiteral("About Plovik"), {}, [&target] { target.about(); });
-    addUnavailable(menu, QStringLiteral("Check for Updates…"));
+    add(menu, QStringLiteral("Check for Updates…"), {}, [&target] { target.checkForUpdates(); });
     menu->addSeparator();
     add(menu, QStringLiteral("Settings…"), QKeySequence(Qt::CTRL | Qt::Key_Comma),
         [&target] { target.showSettings(); });

@@ -17,6 +17,7 @@ public:
     virtual void showAll() = 0;
     virtual void quit() = 0;
     virtual void about() = 0;
+    virtual void checkForUpdates() = 0;
     virtual void bringAllToFront() = 0;
 };
 

@@ -196,6 +196,7 @@ struct NoTarget : MenuTarget {
     void showAll() override {}
     void quit() override {}
     void about() override {}
+    void checkForUpdates() override {}
     void bringAllToFront() override {}
 };
 

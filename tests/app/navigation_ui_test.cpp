@@ -36,6 +36,7 @@ public:
     void showAll() override {}
     void quit() override {}
     void about() override {}
+    void checkForUpdates() override {}
     void bringAllToFront() override {}
 };
 

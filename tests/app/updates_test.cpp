@@ -1,0 +1,363 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/shell/updates/UpdateDialog.h"
+#include "tests/app/EventWait.h"
+#include "tests/app/ShownWidgets.h"
+
+#include <QDesktopServices>
+#include <QLabel>
+#include <QNetworkProxy>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
+#include <QSslSocket>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+namespace plovik {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+using test::named;
+using test::waitUntil;
+
+TEST(SemanticVersion, OrdersReleasesAndPreReleases)
+{
+    const char* const ascending[] = {"0.9.9",
+                                     "1.0.0-alpha",
+                                     "1.0.0-alpha.1",
+                                     "1.0.0-alpha.beta",
+                                     "1.0.0-beta",
+                                     "1.0~beta.2",
+                                     "1.0.0-beta.11",
+                                     "v1.0.0-rc.1",
+                                     "1.0",
+                                     "1.0.1",
+                                     "1.2.0",
+                                     "1.10",
+                                     "2.0.0-0.3.7+meta",
+                                     "2"};
+    std::vector<SemanticVersion> versions;
+    for (const char* each : ascending) {
+        ASSERT_TRUE(SemanticVersion::parse(QString::fromLatin1(each))) << each;
+        versions.push_back(*SemanticVersion::parse(QString::fromLatin1(each)));
+    }
+    for (std::size_t i = 1; i < versions.size(); ++i)
+        EXPECT_LT(versions[i - 1], versions[i]) << ascending[i];
+    EXPECT_EQ(SemanticVersion::parse(u"1.2.3+a"), SemanticVersion::parse(u"v1.2.3+b"));
+
+    for (const char* each : {"", "newest", "1.", "1.2.3.4", "1.2-", "1.0-a..b", "1.2\n", "99999999999999999999", "-1"})
+        EXPECT_FALSE(SemanticVersion::parse(QString::fromLatin1(each))) << each;
+}
+
+QByteArray releases(const QByteArray& content) { return "<?xml version='1.0'?><releases>" + content + "</releases>"; }
+
+QString newerName(const std::vector<Release>& all, QStringView running)
+{
+    const Release* const newer = newerRelease(all, *SemanticVersion::parse(running));
+    return newer ? newer->name : QString();
+}
+
+TEST(ReleaseFeed, TellsTheNewestReleaseForWhoAsks)
+{
+    const auto all = parseReleaseFeed(releases(R"(
+        <release version="1.2.0"/> <release version="1.10.0" type="stable"/> <release version="1.9.0"/>
+        <release version="2.0.0-rc.1"/> <release version="1.11.0" type="development"/> <release version="soon"/>)"));
+    EXPECT_EQ(all.size(), 5u);
+    EXPECT_EQ(newerName(all, u"1.2.0"), u"1.10.0"_s);
+    EXPECT_EQ(newerName(all, u"1.10.0"), QString());
+    EXPECT_EQ(newerName(all, u"1.10.0-rc.1"), u"2.0.0-rc.1"_s);
+    EXPECT_EQ(newerName(all, u"3.0.0-alpha"), QString());
+}
+
+TEST(ReleaseFeed, MakesPlainTextOfNotes)
+{
+    const auto all = parseReleaseFeed(R"(<component type="desktop-application"><name>Plovik</name><releases>
+        <release version="2.0">
+          <description xml:lang="de"><p>Anders</p></description>
+          <description>
+            <p>Faster &amp; <em>calmer</em>
+               than ever.</p>
+            <p xml:lang="fr">Plus vite</p>
+            <ul><li>One</li><li xml:lang="fr">Un</li><li>Two <code>x&lt;y</code></li></ul>
+            <ol><li>First</li><li>Second</li></ol>
+            <p>Enjoy.</p>
+          </description>
+          <issues><issue type="cve">CVE-1</issue></issues>
+          <url type="contact">https://example.org/contact</url>
+          <url type="details"> https://example.org/2.0 </url>
+        </release>
+        <release version="1.0"><url>http://example.org/1.0</url></release>
+        <release version="0.9"><url>javascript:alert(1)</url></release></releases></component>)");
+    ASSERT_EQ(all.size(), 3u);
+    EXPECT_EQ(all[0].notes.toStdString(),
+              "Faster & calmer than ever.\n\n• One\n• Two x<y\n\n1. First\n2. Second\n\nEnjoy.");
+    EXPECT_EQ(all[0].page, QUrl(u"https://example.org/2.0"_s));
+    EXPECT_TRUE(all[1].page.isEmpty());
+    EXPECT_TRUE(all[2].page.isEmpty());
+}
+
+TEST(ReleaseFeed, RefusesWhatIsNoList)
+{
+    const QByteArray good = releases("<release version='2.0'/>");
+    ASSERT_EQ(parseReleaseFeed(good).size(), 1u);
+    for (const QByteArray& bad : {QByteArray(), QByteArray("<html><body>Log in</body></html>"), good.chopped(5),
+                                  "<!DOCTYPE releases [<!ENTITY v '2.0'>]>" + good.mid(good.indexOf("<releases")),
+                                  "<feed>" + good.mid(good.indexOf("<releases")) + "</feed>"})
+        EXPECT_TRUE(parseReleaseFeed(bad).empty()) << bad.constData();
+}
+
+/// Makes keys and certificates in a folder of its own.
+class Authority {
+public:
+    Authority()
+    {
+        run({u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:P-256"_s, u"-nodes"_s,
+             u"-days"_s, u"2"_s, u"-subj"_s, u"/CN=Test Authority"_s, u"-keyout"_s, u"ca.key"_s, u"-out"_s,
+             u"ca.pem"_s});
+    }
+
+    QSslCertificate own() const { return QSslCertificate::fromPath(path(u"ca.pem"_s)).value(0); }
+
+    /// What a server shows who is called `name`.
+    QSslConfiguration identity(const QString& name)
+    {
+        QFile extension(path(u"names"_s));
+        EXPECT_TRUE(extension.open(QFile::WriteOnly));
+        extension.write("subjectAltName=DNS:" + name.toLatin1());
+        extension.close();
+        run({u"req"_s, u"-new"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:P-256"_s, u"-nodes"_s,
+             u"-subj"_s, u"/CN="_s + name, u"-keyout"_s, u"server.key"_s, u"-out"_s, u"server.csr"_s});
+        run({u"x509"_s, u"-req"_s, u"-in"_s, u"server.csr"_s, u"-CA"_s, u"ca.pem"_s, u"-CAkey"_s, u"ca.key"_s,
+             u"-CAcreateserial"_s, u"-days"_s, u"2"_s, u"-extfile"_s, u"names"_s, u"-out"_s, u"server.pem"_s});
+        QFile key(path(u"server.key"_s));
+        EXPECT_TRUE(key.open(QFile::ReadOnly));
+        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+        configuration.setLocalCertificate(QSslCertificate::fromPath(path(u"server.pem"_s)).value(0));
+        configuration.setPrivateKey(QSslKey(&key, QSsl::Ec));
+        return configuration;
+    }
+
+private:
+    QString path(const QString& name) const { return folder_.filePath(name); }
+
+    void run(const QStringList& arguments)
+    {
+        QProcess openssl;
+        openssl.setWorkingDirectory(folder_.path());
+        openssl.start(u"openssl"_s, arguments);
+        ASSERT_TRUE(openssl.waitForFinished() && openssl.exitCode() == 0) << openssl.readAllStandardError().constData();
+    }
+
+    QTemporaryDir folder_;
+};
+
+/// Answers each path with fixed bytes; what it has no answer for waits forever.
+class Server {
+public:
+    explicit Server(const QSslConfiguration& identity) : Server() { tls_.setSslConfiguration(identity); }
+    /// Without TLS.
+    Server() { listen(plain_); }
+
+    QUrl url(const QString& path)
+    {
+        if (!tls_.sslConfiguration().localCertificate().isNull() && !tls_.isListening())
+            listen(tls_);
+        const QTcpServer& server = tls_.isListening() ? static_cast<QTcpServer&>(tls_) : plain_;
+        return QUrl(u"%1://localhost:%2%3"_s.arg(tls_.isListening() ? u"https"_s : u"http"_s)
+                        .arg(server.serverPort())
+                        .arg(path));
+    }
+
+    void answer(const QByteArray& path, const QByteArray& body, const QByteArray& status = "200 OK",
+                const QByteArray& header = "X-Nothing: 1")
+    {
+        answers_[path] = "HTTP/1.1 " + status + "\r\n" + header +
+                         "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" +
+                         body;
+    }
+    void redirect(const QByteArray& path, const QUrl& to)
+    {
+        answer(path, "", "302 Found", "Location: " + to.toEncoded());
+    }
+
+    QByteArrayList requests; ///< heads
+
+private:
+    void listen(QTcpServer& server)
+    {
+        ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+        QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [this, &server] {
+            QTcpSocket* const socket = server.nextPendingConnection();
+            QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { serve(*socket); });
+        });
+    }
+
+    void serve(QTcpSocket& socket)
+    {
+        const QByteArray head = socket.readAll(); // a request of this size comes in one piece
+        requests << head;
+        if (const auto found = answers_.find(head.split(' ').value(1)); found != answers_.end()) {
+            socket.write(found->second);
+            socket.disconnectFromHost();
+        }
+    }
+
+    std::map<QByteArray, QByteArray> answers_;
+    QTcpServer plain_;
+    QSslServer tls_;
+};
+
+class Updates : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+        ASSERT_TRUE(QSslSocket::supportsSsl());
+        QSslConfiguration trusting = defaults_;
+        trusting.setCaCertificates({authority_.own()});
+        QSslConfiguration::setDefaultConfiguration(trusting);
+    }
+    void TearDown() override { QSslConfiguration::setDefaultConfiguration(defaults_); }
+
+    QSslConfiguration identity(const QString& name = u"localhost"_s) { return authority_.identity(name); }
+
+    static std::unique_ptr<UpdateDialog> ask(const QUrl& feed, FeedFetch::Limits limits = {})
+    {
+        auto dialog = std::make_unique<UpdateDialog>(UpdateSource{u"1.0.0"_s, feed, limits}, nullptr);
+        dialog->setAttribute(Qt::WA_DeleteOnClose, false);
+        dialog->show();
+        return dialog;
+    }
+
+    /// What the dialog says once it asks no more.
+    static std::string said(const UpdateDialog& dialog)
+    {
+        EXPECT_TRUE(waitUntil([&] { return !dialog.accessibleDescription().startsWith(u"Checking"_s); }));
+        return dialog.accessibleDescription().toStdString();
+    }
+    static std::string said(const QUrl& feed, FeedFetch::Limits limits = {}) { return said(*ask(feed, limits)); }
+
+    Authority authority_;
+    QSslConfiguration defaults_ = QSslConfiguration::defaultConfiguration();
+};
+
+/// Stands in for the browser.
+class Browser : public QObject {
+    Q_OBJECT
+
+public:
+    Browser() { QDesktopServices::setUrlHandler(u"https"_s, this, "open"); }
+    ~Browser() override { QDesktopServices::unsetUrlHandler(u"https"_s); }
+    Q_INVOKABLE void open(const QUrl& url) { opened << url; }
+
+    QList<QUrl> opened;
+};
+
+TEST_F(Updates, OffersANewerVersionWithItsNotesAndPage)
+{
+    Server server(identity());
+    server.answer("/feed", releases("<release version='1.1.0'><description><p>Calmer.</p></description>"
+                                    "<url>https://example.org/1.1.0</url></release>"));
+    server.redirect("/moved", server.url(u"/feed"_s));
+    const auto dialog = ask(server.url(u"/moved"_s));
+    EXPECT_TRUE(named<QPushButton>(*dialog, u"Cancel"_s));
+    EXPECT_EQ(said(*dialog), "Plovik 1.1.0 is available. You have Plovik 1.0.0.");
+    EXPECT_EQ(named<QPlainTextEdit>(*dialog, u"Release Notes"_s)->toPlainText(), u"Calmer."_s);
+    // Whose program it is and which, stays here.
+    ASSERT_EQ(server.requests.size(), 2);
+    EXPECT_TRUE(server.requests.last().contains("User-Agent: Plovik\r\n")) << server.requests.last().constData();
+
+    Browser browser;
+    auto* const open = named<QPushButton>(*dialog, u"Open Release Page"_s);
+    ASSERT_TRUE(open && open->isVisible() && open->isDefault());
+    open->click();
+    EXPECT_EQ(browser.opened, QList<QUrl>{QUrl(u"https://example.org/1.1.0"_s)});
+    EXPECT_FALSE(dialog->isVisible());
+}
+
+TEST_F(Updates, SaysThatThereIsNone)
+{
+    Server server(identity());
+    server.answer("/feed", releases("<release version='1.0.0'><url>https://example.org/</url></release>"));
+    const auto dialog = ask(server.url(u"/feed"_s));
+    EXPECT_EQ(said(*dialog), "Plovik is up to date. Plovik 1.0.0 is the newest version.");
+    EXPECT_FALSE(named<QPushButton>(*dialog, u"Open Release Page"_s)->isVisible());
+    EXPECT_FALSE(named<QPlainTextEdit>(*dialog, u"Release Notes"_s)->isVisible());
+
+    EXPECT_EQ(said(QUrl()), "Updates come with your system. "
+                            "This is Plovik 1.0.0. Its updates arrive with those of your system's packages.");
+}
+
+TEST_F(Updates, TrustsOnlyWhoProvesToBeTheHost)
+{
+    const std::string refusal = "Updates could not be checked. The connection to localhost would not be secure: ";
+    Server another(identity(u"elsewhere.test"_s));
+    another.answer("/feed", releases("<release version='2.0.0'/>"));
+    EXPECT_EQ(said(another.url(u"/feed"_s)).substr(0, refusal.size()), refusal);
+
+    Authority unknown;
+    Server self(unknown.identity(u"localhost"_s));
+    self.answer("/feed", releases("<release version='2.0.0'/>"));
+    EXPECT_EQ(said(self.url(u"/feed"_s)).substr(0, refusal.size()), refusal);
+    EXPECT_TRUE(another.requests.isEmpty() && self.requests.isEmpty());
+}
+
+TEST_F(Updates, NeverAsksWithoutTls)
+{
+    Server plain;
+    plain.answer("/feed", releases("<release version='2.0.0'/>"));
+    EXPECT_EQ(said(plain.url(u"/feed"_s)),
+              "Updates could not be checked. The address of the list of releases is not a secure one.");
+    Server server(identity());
+    server.redirect("/feed", plain.url(u"/feed"_s));
+    EXPECT_EQ(said(server.url(u"/feed"_s)),
+              "Updates could not be checked. localhost leads on to an address that is not secure.");
+    EXPECT_TRUE(plain.requests.isEmpty());
+}
+
+TEST_F(Updates, SaysInOneSentenceWhatFailed)
+{
+    const std::string begin = "Updates could not be checked. ";
+    Server server(identity());
+    server.answer("/gone", "<p>Nothing</p>", "404 Not Found");
+    server.answer("/page", "<html><body>Log in</body></html>");
+    server.answer("/large", releases(QByteArray(2000, ' ') + "<release version='2.0.0'/>"));
+    server.redirect("/round", server.url(u"/round"_s));
+    EXPECT_EQ(said(server.url(u"/gone"_s)), begin + "localhost answered “404 Not Found”.");
+    EXPECT_EQ(said(server.url(u"/page"_s)), begin + "What localhost sent is no list of releases.");
+    EXPECT_EQ(said(server.url(u"/round"_s)), begin + "localhost leads from one address to the next without end.");
+    EXPECT_EQ(said(server.url(u"/large"_s), {.bytes = 1024}), begin + "What localhost sent is larger than 1 KiB.");
+    EXPECT_EQ(said(server.url(u"/silence"_s), {.time = 300ms}), begin + "localhost did not answer within 1 seconds.");
+    EXPECT_EQ(said(QUrl(u"https://localhost:1/feed"_s)), begin + "localhost refused the connection.");
+}
+
+TEST_F(Updates, AsksAgainAndEndsWithItsWindow)
+{
+    Server server(identity());
+    server.answer("/feed", "", "503 Service Unavailable");
+    const auto dialog = ask(server.url(u"/feed"_s));
+    EXPECT_EQ(said(*dialog), "Updates could not be checked. localhost answered “503 Service Unavailable”.");
+    server.answer("/feed", releases("<release version='1.0.1'/>"));
+    named<QPushButton>(*dialog, u"Try Again"_s)->click();
+    EXPECT_EQ(said(*dialog), "Plovik 1.0.1 is available. You have Plovik 1.0.0.");
+    EXPECT_FALSE(named<QPushButton>(*dialog, u"Open Release Page"_s)->isVisible());
+
+    QPointer<UpdateDialog> closing = ask(server.url(u"/silence"_s)).release();
+    closing->setAttribute(Qt::WA_DeleteOnClose);
+    EXPECT_TRUE(waitUntil([&] { return server.requests.size() == 3; }));
+    named<QPushButton>(*closing, u"Cancel"_s)->click();
+    EXPECT_TRUE(waitUntil([&] { return !closing; }));
+}
+
+} // namespace
+} // namespace plovik
+
+#include "updates_test.moc"
