@@ -8,6 +8,7 @@
 
 #include <QComboBox>
 #include <QFontDatabase>
+#include <QHBoxLayout>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -53,7 +54,10 @@ EditorTab::EditorTab(QWidget* parent)
     form->addControl(u"Font"_s, family_);
     form->addControl(u"Size"_s, size_);
     form->addRow(preview_);
-    form->addRow(reset);
+    auto* const below = new QHBoxLayout;
+    below->addWidget(reset);
+    below->addStretch(1);
+    form->addRow(below);
 
     connect(family_, &QComboBox::activated, this,
             [this] { Settings::shared().set(settings::codeFontName, family_->currentData().toString()); });

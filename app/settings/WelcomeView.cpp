@@ -27,7 +27,7 @@ namespace plovik {
 namespace {
 
 constexpr QSize sizeWithRecents(460, 560);
-constexpr QSize sizeAlone(460, 320);
+constexpr QSize sizeAlone(460, 270);
 constexpr int signSize = 80;
 
 class ApplicationSign : public QWidget {
@@ -170,7 +170,7 @@ void WelcomeView::makeList()
     column->addWidget(line);
     column->addWidget(title);
     auto* const sides = new QHBoxLayout;
-    sides->setContentsMargins(16, 0, 8, 8);
+    sides->setContentsMargins(16, 0, 16, 8);
     sides->addWidget(recentList_);
     column->addLayout(sides, 1);
 }
