@@ -7,6 +7,7 @@
 #include "app/settings/SettingsView.h"
 #include "app/settings/WelcomeView.h"
 #include "app/shell/ExternalEditor.h"
+#include "app/shell/CommandLineSettings.h"
 #include "app/shell/RepositoryWindow.h"
 #include "app/shell/TopLevelLookup.h"
 #include "app/shell/WindowFrames.h"
@@ -214,7 +215,7 @@ void AppDelegate::showSettings()
     if (!settingsWindow_) {
         const EditorChoices editors{&externalEditor::installed, &externalEditor::app,
                                     &externalEditor::chooseApplication};
-        settingsWindow_ = new SettingsView(settingsTabs(editors, {}));
+        settingsWindow_ = new SettingsView(settingsTabs(editors, commandLineCommands()));
         settingsWindow_->showTab(options_.settingsTab);
         addKeys(*settingsWindow_);
     }
