@@ -6,6 +6,7 @@
 #include "app/settings/Settings.h"
 #include "app/settings/SettingsView.h"
 #include "app/settings/WelcomeView.h"
+#include "app/shell/CommandLineSettings.h"
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/CommandLineSettings.h"
 #include "app/shell/RepositoryWindow.h"
