@@ -8,7 +8,6 @@
 #include "app/settings/WelcomeView.h"
 #include "app/shell/CommandLineSettings.h"
 #include "app/shell/ExternalEditor.h"
-#include "app/shell/CommandLineSettings.h"
 #include "app/shell/RepositoryWindow.h"
 #include "app/shell/TopLevelLookup.h"
 #include "app/shell/WindowFrames.h"
