@@ -20,7 +20,6 @@ namespace plovik {
 namespace {
 
 constexpr int leastNotesHeight = 90;
-constexpr int moreNotesHeight = 130; ///< where the screen has the room
 
 QPlainTextEdit* notesField(QWidget* parent)
 {
@@ -128,7 +127,7 @@ void UpdateDialog::say(const QString& heading, const QString& text)
     QPushButton* const first = page_.isEmpty() ? close_ : open_;
     first->setDefault(true);
     first->setFocus();
-    dialogParts::fit(*this, 0, notes_->isVisibleTo(this) ? moreNotesHeight : 0);
+    dialogParts::fit(*this);
 }
 
 } // namespace plovik
