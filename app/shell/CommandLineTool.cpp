@@ -141,7 +141,7 @@ std::optional<fs::path> CommandLineTool::bundled() const
 
 std::optional<fs::path> CommandLineTool::packaged() const
 {
-    const auto tool = bundled();
+    auto tool = bundled();
     if (!tool)
         return std::nullopt;
     const auto isItsFolder = [this](const fs::path& folder) { return isSame(folder, places_.programs); };

@@ -56,9 +56,9 @@ Held<GSubprocess> start(const std::vector<std::string>& command)
         arguments.push_back(argument.c_str());
     arguments.push_back(nullptr);
 
-    constexpr auto flags =
-        static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_PIPE);
-    const auto launcher = held(g_subprocess_launcher_new(flags));
+    constexpr int flags = G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_PIPE;
+    // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): a set of flags
+    const auto launcher = held(g_subprocess_launcher_new(static_cast<GSubprocessFlags>(flags)));
     // It refuses to run for a user whose shell is not in the system's list, although it starts none.
     g_subprocess_launcher_unsetenv(launcher.get(), "SHELL");
     g_subprocess_launcher_set_cwd(launcher.get(), "/");
