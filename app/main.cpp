@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/Memory.h"
 #include "app/shell/AppDelegate.h"
 #include "app/shell/LaunchOptions.h"
@@ -7,6 +8,7 @@
 #include "app/shell/TopLevelLookup.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,20 +16,31 @@
 
 namespace {
 
+/// For desktops that do not find the icon by the application's id: X11, and an application that is not installed.
+QIcon windowIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128})
+        icon.addFile(QStringLiteral(":/icons/%1.png").arg(size), QSize(size, size));
+    return icon;
+}
+
 /// The application proper: returns when it was quit.
 int runApplication(QApplication& application, plovik::LaunchOptions options)
 {
     using namespace plovik;
     const std::filesystem::path screenshot = options.screenshot;
     SingleInstance instance;
-    if (screenshot.empty() && instance.handOver(options.folders))
+    if (screenshot.empty() &&
+        (options.action.empty() ? instance.handOver(options.folders) : instance.handOverAction(options.action)))
         return 0;
 
     AppDelegate delegate(std::move(options));
     delegate.setNotice(QString::fromStdString(instance.problem()));
     if (screenshot.empty()) {
         instance.listen({.open = [&delegate](const auto& folders) { delegate.open(folders); },
-                         .activate = [&delegate] { delegate.reopen(); }});
+                         .activate = [&delegate] { delegate.reopen(); },
+                         .action = [&delegate](const std::string& name) { delegate.carryOut(name); }});
     } else {
         QObject::connect(&delegate, &AppDelegate::windowOpened, &delegate,
                          [&](RepositoryWindow* window) { new Screenshot(*window, screenshot, &delegate); });
@@ -61,6 +74,7 @@ int main(int argc, char** argv)
     QApplication application(ownArgument, argv);
     QApplication::setApplicationName(QStringLiteral("Plovik"));
     QApplication::setDesktopFileName(QStringLiteral("app.plovik.Plovik"));
+    QApplication::setWindowIcon(windowIcon());
     QApplication::setApplicationVersion(QStringLiteral(PLOVIK_VERSION));
 
     const int status = runApplication(application, std::move(options));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/AppDelegate.h"
 
 #include "GitKit/GitRepository.h"
@@ -116,6 +117,10 @@ void AppDelegate::finishLaunching()
         open(options_.folders);
         return;
     }
+    if (!options_.action.empty()) {
+        carryOut(options_.action);
+        return;
+    }
     QTimer::singleShot(welcomeDelay, this, [this] {
         if (!receivedOpenRequest_ && repositoryWindows_.empty())
             showWelcome();
@@ -137,6 +142,18 @@ void AppDelegate::reopen()
         showWelcome();
     else
         bringToFront(currentWindow() ? static_cast<QWidget*>(currentWindow()) : *visible);
+}
+
+void AppDelegate::carryOut(std::string_view action)
+{
+    const auto recent =
+        action == launchActions::recentRepository ? recentRepositories::all() : std::vector<std::filesystem::path>();
+    if (!recent.empty())
+        open({recent.front()});
+    else if (action == launchActions::openRepository || action == launchActions::recentRepository)
+        showWelcome();
+    else
+        reopen();
 }
 
 QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder)

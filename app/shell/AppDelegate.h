@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "app/platform/ColorScheme.h"
@@ -41,6 +42,8 @@ public:
     void open(const std::vector<std::filesystem::path>& folders);
     /// Another launch without folders: brings a window.
     void reopen();
+    /// One of launchActions; another name brings a window.
+    void carryOut(std::string_view action);
 
     /// Shows the repository that holds `folder`, or says why there is none.
     QCoro::Task<> openRepository(std::filesystem::path folder);

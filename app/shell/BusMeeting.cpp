@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/FileUri.h"
 #include "app/shell/SingleInstance.h"
 
@@ -73,6 +74,19 @@ QString sessionBus()
     return QFileInfo::exists(usual) ? "unix:path="_L1 + usual : QString();
 }
 
+QLatin1String methodFor(LaunchRequest::Kind kind)
+{
+    switch (kind) {
+    case LaunchRequest::Kind::Open:
+        return "Open"_L1;
+    case LaunchRequest::Kind::Action:
+        return "ActivateAction"_L1;
+    case LaunchRequest::Kind::Activate:
+        break;
+    }
+    return "Activate"_L1;
+}
+
 class BusMeeting : public LaunchMeeting {
 public:
     ~BusMeeting() override
@@ -104,13 +118,14 @@ public:
 
     bool hand(const LaunchRequest& request, std::chrono::milliseconds timeout) override
     {
-        const bool opens = request.kind == LaunchRequest::Kind::Open;
-        auto message = QDBusMessage::createMethodCall(kService, kObject, kInterface, opens ? "Open"_L1 : "Activate"_L1);
-        if (opens) {
+        auto message = QDBusMessage::createMethodCall(kService, kObject, kInterface, methodFor(request.kind));
+        if (request.kind == LaunchRequest::Kind::Open) {
             QStringList uris;
             for (const auto& folder : request.folders)
                 uris.append(QString::fromStdString(fileUri(folder)));
             message << uris;
+        } else if (request.kind == LaunchRequest::Kind::Action) {
+            message << QString::fromStdString(request.action) << QVariantList();
         }
         QVariantMap platformData;
         if (!request.activationToken.empty())

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/LaunchOptions.h"
 
 #include <charconv>
@@ -17,6 +18,7 @@ Opens each FOLDER's repository in a window of its own.
   --appearance SCHEME use light, dark or the system's colours for this run
   --screenshot FILE   write a picture of the first window to FILE and quit; needs no display
   --size WxH          the window's size in pixels
+  --action NAME       open-repository shows what can be opened, recent-repository opens the latest
   --help              print this and quit
   --version           print the version and quit
 )";
@@ -77,6 +79,10 @@ bool takeValue(LaunchOptions& options, std::string_view name, std::string_view v
         options.appearance = appearanceNamed(wanted);
         return rawValue(*options.appearance) == wanted;
     }
+    if (name == "--action") {
+        options.action = value;
+        return value == launchActions::openRepository || value == launchActions::recentRepository;
+    }
     if (name == "--screenshot") {
         options.screenshot = std::filesystem::absolute(value);
         return !value.empty();
@@ -88,7 +94,8 @@ bool takeValue(LaunchOptions& options, std::string_view name, std::string_view v
 
 bool takesValue(std::string_view name)
 {
-    return name == "--show" || name == "--appearance" || name == "--screenshot" || name == "--size";
+    return name == "--show" || name == "--appearance" || name == "--action" || name == "--screenshot" ||
+           name == "--size";
 }
 
 LaunchAnswer misunderstood(const std::string& why)

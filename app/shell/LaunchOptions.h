@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "app/settings/AppAppearance.h"
@@ -11,11 +12,17 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
 namespace plovik {
 
+/// The desktop entry's actions, as they are named there.
+namespace launchActions {
+inline constexpr std::string_view openRepository = "open-repository";
+inline constexpr std::string_view recentRepository = "recent-repository";
+} // namespace launchActions
 
 /// The window to begin with. `fitting` is a repository's, or the welcome window when there is none.
 enum class LaunchWindow { fitting, welcome, settings };
@@ -27,6 +34,7 @@ struct LaunchOptions {
     LaunchWindow window = LaunchWindow::fitting;
     QString settingsTab;                     ///< the title of the settings' tab to begin with; empty for the first
     std::optional<AppAppearance> appearance; ///< for this run, instead of the stored one
+    std::string action;                      ///< one of the desktop entry's, instead of folders; empty for none
     std::filesystem::path screenshot;        ///< a picture of the first window is written here; empty for none
     QSize size;                              ///< of the window, when it is valid
 };

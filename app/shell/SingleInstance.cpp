@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/SingleInstance.h"
 
 #include <utility>
@@ -44,12 +45,20 @@ SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::handOver(const std::vector<std::filesystem::path>& folders, std::chrono::milliseconds timeout)
 {
-    const LaunchRequest request{
-        .kind = folders.empty() ? LaunchRequest::Kind::Activate : LaunchRequest::Kind::Open,
-        .folders = absolute(folders),
-        .activationToken = qgetenv(kToken).toStdString(),
-        .startupId = qgetenv(kStartupId).toStdString(),
-    };
+    return handOver({.kind = folders.empty() ? LaunchRequest::Kind::Activate : LaunchRequest::Kind::Open,
+                     .folders = absolute(folders)},
+                    timeout);
+}
+
+bool SingleInstance::handOverAction(const std::string& name, std::chrono::milliseconds timeout)
+{
+    return handOver({.kind = LaunchRequest::Kind::Action, .action = name}, timeout);
+}
+
+bool SingleInstance::handOver(LaunchRequest request, std::chrono::milliseconds timeout)
+{
+    request.activationToken = qgetenv(kToken).toStdString();
+    request.startupId = qgetenv(kStartupId).toStdString();
     for (const auto& meeting : meetings_) {
         const auto claim = meeting->claim([this](LaunchRequest received) { this->received(std::move(received)); });
         if (claim == LaunchMeeting::Claim::Unavailable)

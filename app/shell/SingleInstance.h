@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QObject>
@@ -67,6 +68,8 @@ public:
     /// `timeout`: problem() then says so, and this process serves its user by itself.
     bool handOver(const std::vector<std::filesystem::path>& folders,
                   std::chrono::milliseconds timeout = std::chrono::seconds(2));
+    /// The same for one of the desktop entry's actions.
+    bool handOverAction(const std::string& name, std::chrono::milliseconds timeout = std::chrono::seconds(2));
 
     /// A sentence for the user, when there is something to say after handOver().
     const std::string& problem() const { return problem_; }
@@ -76,6 +79,7 @@ public:
     void listen(Callbacks callbacks);
 
 private:
+    bool handOver(LaunchRequest request, std::chrono::milliseconds timeout);
     void received(LaunchRequest request);
     void carryOut(const LaunchRequest& request);
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/FileUri.h"
 #include "app/shell/SingleInstance.h"
 
@@ -34,6 +35,7 @@ QByteArray encoded(const LaunchRequest& request)
     };
     for (const auto& folder : request.folders)
         add("folder", QByteArray::fromStdString(folder.string()));
+    add("action", QByteArray::fromStdString(request.action));
     add("activation-token", QByteArray::fromStdString(request.activationToken));
     add("startup-id", QByteArray::fromStdString(request.startupId));
     return text.append(kEnd);
@@ -50,7 +52,10 @@ LaunchRequest decoded(const QByteArray& text)
             request.kind = LaunchRequest::Kind::Open;
         else if (key == "folder")
             request.folders.emplace_back(std::move(value));
-        else if (key == "activation-token")
+        else if (key == "action") {
+            request.kind = LaunchRequest::Kind::Action;
+            request.action = std::move(value);
+        } else if (key == "activation-token")
             request.activationToken = std::move(value);
         else if (key == "startup-id")
             request.startupId = std::move(value);

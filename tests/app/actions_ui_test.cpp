@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/MainMenu.h"
 #include "app/store/RepositoryStore.h"
 #include "app/views/RepositoryView.h"

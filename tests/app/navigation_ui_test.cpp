@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Going to commits, back and forward, as one does it in a window.
 
 #include "app/settings/Settings.h"

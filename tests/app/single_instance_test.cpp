@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/FileUri.h"
 #include "app/shell/SingleInstance.h"
 #include "tests/app/EventWait.h"
@@ -89,12 +90,14 @@ TEST_P(SingleInstanceTest, laterLaunchesHandOverFoldersOfAnyNameAndTheirActivati
     Folders opened;
     QByteArray token;
     int activated = 0;
+    std::string action;
     first.listen({.open =
                       [&](const Folders& folders) {
                           opened.insert(opened.end(), folders.begin(), folders.end());
                           token = qgetenv("XDG_ACTIVATION_TOKEN");
                       },
-                  .activate = [&] { activated += 1; }});
+                  .activate = [&] { activated += 1; },
+                  .action = [&](const std::string& name) { action = name; }});
 
     const Folders folders = {"/tmp/plain", "/tmp/Latin-1 \xe9\xff", "/tmp/100%41 #?&;\n\t\"'", "/tmp/\xc3\xa9"};
     qputenv("XDG_ACTIVATION_TOKEN", "token 1/2");
@@ -106,6 +109,11 @@ TEST_P(SingleInstanceTest, laterLaunchesHandOverFoldersOfAnyNameAndTheirActivati
 
     EXPECT_TRUE(launchAnother({}));
     EXPECT_TRUE(waitUntil([&] { return activated == 1; }));
+
+    const auto launch = onThread([&] { EXPECT_TRUE(instance().handOverAction("name of an action", 5s)); });
+    EXPECT_TRUE(waitUntil([&] { return action == "name of an action"; }));
+    EXPECT_TRUE(launch->wait(10'000));
+    EXPECT_EQ(activated, 1);
 }
 
 TEST_P(SingleInstanceTest, runningApplicationThatHangsDelaysALaunchOnlyShortly)

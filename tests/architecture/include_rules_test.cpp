@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -109,6 +110,37 @@ TEST(IncludeRules, holdInThisTree)
     ASSERT_TRUE(core.contains("QObject")) << "no headers of Qt Core in " << QT_CORE_HEADERS;
 
     EXPECT_THAT(violations(tree, core), IsEmpty());
+}
+
+/// Whether the first comment line of a source or a script names the licence.
+bool namesLicence(std::string_view text)
+{
+    if (text.starts_with("#!"))
+        text.remove_prefix(std::min(text.find('\n'), text.size() - 1) + 1);
+    return text.starts_with("// SPDX-License-Identifier: GPL-3.0-or-later\n") ||
+           text.starts_with("# SPDX-License-Identifier: GPL-3.0-or-later\n");
+}
+
+TEST(Licence, isNamedByEverySourceAndScript)
+{
+    EXPECT_FALSE(namesLicence("#!/bin/sh\nset -eu\n"));
+    std::vector<std::string> without;
+    int seen = 0;
+    for (const auto* folder : {"GitKit", "app", "cli", "cmake", "tests", "bench", "packaging"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(fs::path(SOURCE_TREE) / folder)) {
+            const auto extension = entry.path().extension();
+            if (!entry.is_regular_file() || entry.path().string().find("/corpus/") != std::string::npos)
+                continue;
+            const auto text = contentsOf(entry.path());
+            const bool code = extension == ".h" || extension == ".cpp" || extension == ".cmake" || extension == ".py" ||
+                              entry.path().filename() == "CMakeLists.txt" || text.starts_with("#!");
+            seen += code ? 1 : 0;
+            if (code && !namesLicence(text))
+                without.push_back(entry.path().string());
+        }
+    }
+    EXPECT_GT(seen, 400);
+    EXPECT_THAT(without, IsEmpty());
 }
 
 } // namespace
