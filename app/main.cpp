@@ -17,12 +17,12 @@
 namespace {
 
 /// For desktops that do not find the icon by the application's id: X11, and an application that is not installed.
-QIcon windowIcon()
+void setWindowIcon()
 {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128})
         icon.addFile(QStringLiteral(":/icons/%1.png").arg(size), QSize(size, size));
-    return icon;
+    QApplication::setWindowIcon(icon);
 }
 
 /// The application proper: returns when it was quit.
@@ -30,12 +30,22 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
 {
     using namespace plovik;
     const std::filesystem::path screenshot = options.screenshot;
+    const bool opensRepository = !options.folders.empty();
     SingleInstance instance;
     if (screenshot.empty() &&
         (options.action.empty() ? instance.handOver(options.folders) : instance.handOverAction(options.action)))
         return 0;
 
     AppDelegate delegate(std::move(options));
+    // Reading an icon loads all plugins for pictures, which no repository waits for.
+    if (opensRepository) {
+        QObject::connect(&delegate, &AppDelegate::windowOpened, &delegate, [](const RepositoryWindow* window) {
+            if (QApplication::windowIcon().isNull())
+                QObject::connect(window, &RepositoryWindow::settled, window, &setWindowIcon);
+        });
+    } else {
+        setWindowIcon();
+    }
     delegate.setNotice(QString::fromStdString(instance.problem()));
     if (screenshot.empty()) {
         instance.listen({.open = [&delegate](const auto& folders) { delegate.open(folders); },
@@ -74,7 +84,6 @@ int main(int argc, char** argv)
     QApplication application(ownArgument, argv);
     QApplication::setApplicationName(QStringLiteral("Plovik"));
     QApplication::setDesktopFileName(QStringLiteral("app.plovik.Plovik"));
-    QApplication::setWindowIcon(windowIcon());
     QApplication::setApplicationVersion(QStringLiteral(PLOVIK_VERSION));
 
     const int status = runApplication(application, std::move(options));

@@ -59,8 +59,10 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
     updateTitle();
 
     // The first read has the machine to itself; watching begins once it is on the screen.
+    connect(this, &RepositoryWindow::settled, this, &RepositoryWindow::startWatching);
     notifiers_.push_back(store_->hasLoaded.addNotifier(
-        [this] { QMetaObject::invokeMethod(this, [this] { startWatching(); }, Qt::QueuedConnection); }));
+        // A queued call would come before the window is painted; a timer waits for all events.
+        [this] { QTimer::singleShot(0, this, &RepositoryWindow::settled); }));
 }
 
 RepositoryWindow::~RepositoryWindow()

@@ -38,6 +38,10 @@ public:
     /// Says something once, quietly.
     void showNotice(const QString& notice);
 
+Q_SIGNALS:
+    /// The first read is on the screen: what the user does not wait for may begin.
+    void settled();
+
 protected:
     void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -24,7 +24,7 @@ struct Theme {
     QColor field, indicatorBorder; ///< inside of text fields; border of an empty check box
     QColor addedLine, addedWords, removedLine, removedWords;
     QColor found, foundCurrent, foundBorder; ///< behind what a search has found, and around the one it stands at
-    QColor checker; ///< every other square behind a picture
+    QColor checker;                          ///< every other square behind a picture
     QColor syntaxKeyword, syntaxType, syntaxString, syntaxNumber; ///< code, on every line and mark of a diff
     QColor syntaxComment, syntaxPreprocessor, syntaxFunction, syntaxName;
     QColor hunkHeader, hunkHeaderText;

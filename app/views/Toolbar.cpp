@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/views/Toolbar.h"
 
-#include "app/views/BarButton.h"
 #include "app/store/ShownText.h"
+#include "app/views/BarButton.h"
 #include "app/views/Spinner.h"
 #include "app/views/Theme.h"
 

@@ -54,9 +54,8 @@ std::vector<TextUse> textUses(const Theme& theme)
     for (const QColor& status : {theme.statusAdded, theme.statusModified, theme.statusDeleted, theme.statusRenamed,
                                  theme.statusConflicted, theme.statusUntracked})
         uses.push_back({"status letter", status, {theme.content, theme.selection, theme.chip(status)}});
-    for (const QColor& code :
-         {theme.syntaxKeyword, theme.syntaxType, theme.syntaxString, theme.syntaxNumber, theme.syntaxComment,
-          theme.syntaxPreprocessor, theme.syntaxFunction, theme.syntaxName})
+    for (const QColor& code : {theme.syntaxKeyword, theme.syntaxType, theme.syntaxString, theme.syntaxNumber,
+                               theme.syntaxComment, theme.syntaxPreprocessor, theme.syntaxFunction, theme.syntaxName})
         uses.push_back({"code",
                         code,
                         {theme.content, theme.addedLine, theme.addedWords, theme.removedLine, theme.removedWords,

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/views/workingcopy/ChangedFilesModel.h"
 
-#include "app/views/RowPainting.h"
 #include "app/store/ShownText.h"
+#include "app/views/RowPainting.h"
 
 #include <algorithm>
 #include <functional>
