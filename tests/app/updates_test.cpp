@@ -131,7 +131,7 @@ public:
     {
         QFile extension(path(u"names"_s));
         EXPECT_TRUE(extension.open(QFile::WriteOnly));
-        extension.write("subjectAltName=DNS:" + name.toLatin1());
+        extension.write((QHostAddress(name).isNull() ? "subjectAltName=DNS:" : "subjectAltName=IP:") + name.toLatin1());
         extension.close();
         run({u"req"_s, u"-new"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:P-256"_s, u"-nodes"_s,
              u"-subj"_s, u"/CN="_s + name, u"-keyout"_s, u"server.key"_s, u"-out"_s, u"server.csr"_s});
@@ -171,7 +171,7 @@ public:
         if (!tls_.sslConfiguration().localCertificate().isNull() && !tls_.isListening())
             listen(tls_);
         const QTcpServer& server = tls_.isListening() ? static_cast<QTcpServer&>(tls_) : plain_;
-        return QUrl(u"%1://localhost:%2%3"_s.arg(tls_.isListening() ? u"https"_s : u"http"_s)
+        return QUrl(u"%1://127.0.0.1:%2%3"_s.arg(tls_.isListening() ? u"https"_s : u"http"_s)
                         .arg(server.serverPort())
                         .arg(path));
     }
@@ -227,7 +227,7 @@ protected:
     }
     void TearDown() override { QSslConfiguration::setDefaultConfiguration(defaults_); }
 
-    QSslConfiguration identity(const QString& name = u"localhost"_s) { return authority_.identity(name); }
+    QSslConfiguration identity(const QString& name = u"127.0.0.1"_s) { return authority_.identity(name); }
 
     static std::unique_ptr<UpdateDialog> ask(const QUrl& feed, FeedFetch::Limits limits = {})
     {
@@ -298,13 +298,13 @@ TEST_F(Updates, SaysThatThereIsNone)
 
 TEST_F(Updates, TrustsOnlyWhoProvesToBeTheHost)
 {
-    const std::string refusal = "Updates could not be checked. The connection to localhost would not be secure: ";
+    const std::string refusal = "Updates could not be checked. The connection to 127.0.0.1 would not be secure: ";
     Server another(identity(u"elsewhere.test"_s));
     another.answer("/feed", releases("<release version='2.0.0'/>"));
     EXPECT_EQ(said(another.url(u"/feed"_s)).substr(0, refusal.size()), refusal);
 
     Authority unknown;
-    Server self(unknown.identity(u"localhost"_s));
+    Server self(unknown.identity(u"127.0.0.1"_s));
     self.answer("/feed", releases("<release version='2.0.0'/>"));
     EXPECT_EQ(said(self.url(u"/feed"_s)).substr(0, refusal.size()), refusal);
     EXPECT_TRUE(another.requests.isEmpty() && self.requests.isEmpty());
@@ -319,7 +319,7 @@ TEST_F(Updates, NeverAsksWithoutTls)
     Server server(identity());
     server.redirect("/feed", plain.url(u"/feed"_s));
     EXPECT_EQ(said(server.url(u"/feed"_s)),
-              "Updates could not be checked. localhost leads on to an address that is not secure.");
+              "Updates could not be checked. 127.0.0.1 leads on to an address that is not secure.");
     EXPECT_TRUE(plain.requests.isEmpty());
 }
 
@@ -331,12 +331,12 @@ TEST_F(Updates, SaysInOneSentenceWhatFailed)
     server.answer("/page", "<html><body>Log in</body></html>");
     server.answer("/large", releases(QByteArray(2000, ' ') + "<release version='2.0.0'/>"));
     server.redirect("/round", server.url(u"/round"_s));
-    EXPECT_EQ(said(server.url(u"/gone"_s)), begin + "localhost answered “404 Not Found”.");
-    EXPECT_EQ(said(server.url(u"/page"_s)), begin + "What localhost sent is no list of releases.");
-    EXPECT_EQ(said(server.url(u"/round"_s)), begin + "localhost leads from one address to the next without end.");
-    EXPECT_EQ(said(server.url(u"/large"_s), {.bytes = 1024}), begin + "What localhost sent is larger than 1 KiB.");
-    EXPECT_EQ(said(server.url(u"/silence"_s), {.time = 300ms}), begin + "localhost did not answer within 1 seconds.");
-    EXPECT_EQ(said(QUrl(u"https://localhost:1/feed"_s)), begin + "localhost refused the connection.");
+    EXPECT_EQ(said(server.url(u"/gone"_s)), begin + "127.0.0.1 answered “404 Not Found”.");
+    EXPECT_EQ(said(server.url(u"/page"_s)), begin + "What 127.0.0.1 sent is no list of releases.");
+    EXPECT_EQ(said(server.url(u"/round"_s)), begin + "127.0.0.1 leads from one address to the next without end.");
+    EXPECT_EQ(said(server.url(u"/large"_s), {.bytes = 1024}), begin + "What 127.0.0.1 sent is larger than 1 KiB.");
+    EXPECT_EQ(said(server.url(u"/silence"_s), {.time = 300ms}), begin + "127.0.0.1 did not answer within 1 seconds.");
+    EXPECT_EQ(said(QUrl(u"https://127.0.0.1:1/feed"_s)), begin + "127.0.0.1 refused the connection.");
 }
 
 TEST_F(Updates, AsksAgainAndEndsWithItsWindow)
@@ -344,7 +344,7 @@ TEST_F(Updates, AsksAgainAndEndsWithItsWindow)
     Server server(identity());
     server.answer("/feed", "", "503 Service Unavailable");
     const auto dialog = ask(server.url(u"/feed"_s));
-    EXPECT_EQ(said(*dialog), "Updates could not be checked. localhost answered “503 Service Unavailable”.");
+    EXPECT_EQ(said(*dialog), "Updates could not be checked. 127.0.0.1 answered “503 Service Unavailable”.");
     server.answer("/feed", releases("<release version='1.0.1'/>"));
     named<QPushButton>(*dialog, u"Try Again"_s)->click();
     EXPECT_EQ(said(*dialog), "Plovik 1.0.1 is available. You have Plovik 1.0.0.");
