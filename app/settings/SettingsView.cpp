@@ -108,8 +108,10 @@ SettingsView::SettingsView(const std::vector<SettingsTab>& tabs, QWidget* parent
 
 void SettingsView::showTab(const QString& title)
 {
+    // On a command line a dash is easier to write than a blank.
+    const QString wanted = QString(title).replace(u'-', u' ');
     for (int index = 0; index < bar_->count(); ++index) {
-        if (bar_->tabText(index).compare(title, Qt::CaseInsensitive) == 0)
+        if (bar_->tabText(index).compare(wanted, Qt::CaseInsensitive) == 0)
             bar_->setCurrentIndex(index);
     }
 }
