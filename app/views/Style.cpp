@@ -3,7 +3,6 @@
 
 #include "app/views/Theme.h"
 
-#include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleFactory>
@@ -34,20 +33,6 @@ bool isPrimary(const QStyleOption* option, const QWidget* widget)
 bool isFilled(const QStyleOption* option, const QWidget* widget)
 {
     return isPrimary(option, widget) || has(widget, "destructive");
-}
-
-/// What a menu bar that is too narrow shows in place of its last menus.
-QIcon overflowIcon()
-{
-    constexpr int size = 16;
-    QPixmap pixmap(size, size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Theme::current().secondaryText, 1.5));
-    for (const double left : {4.0, 8.5})
-        painter.drawPolyline(QPolygonF{{left, 4.5}, {left + 3.5, 8}, {left, 11.5}});
-    return QIcon(pixmap);
 }
 
 /// A one-pixel border falls on the pixels, not between them.
@@ -409,14 +394,6 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     default:
         return QProxyStyle::styleHint(hint, option, widget, answer);
     }
-}
-
-QIcon Style::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const
-{
-    // Every menu bar asks for this one, and Qt's own is a file: reading it loads all plugins for pictures.
-    if (which == SP_ToolBarHorizontalExtensionButton)
-        return overflowIcon();
-    return QProxyStyle::standardIcon(which, option, widget);
 }
 
 } // namespace plovik
