@@ -53,11 +53,6 @@ std::string revisionArgument(const char* command, std::string revision)
     return revision;
 }
 
-bool isNoBlob(const std::string& hash)
-{
-    return std::ranges::all_of(hash, [](char digit) { return digit == '0'; });
-}
-
 /// The hash of an empty file, in both kinds of repository: what the index holds for a file that is only meant to be
 /// added.
 bool isEmptyBlob(std::string_view hash)
@@ -207,7 +202,7 @@ void GitRepository::requireIndexHolds(const PartialChange& change) const
         blank == std::string::npos ? std::string() : entry.substr(blank + 1, entry.find(' ', blank + 1) - blank - 1);
     const bool none = held.empty() || isEmptyBlob(held);
     const bool several = std::ranges::count(entry, '\0') > 1;
-    if (several || !(held == *change.before || (none && isNoBlob(*change.before))))
+    if (several || !(held == *change.before || (none && isNoHash(*change.before))))
         throw GitError("apply", 1, staleSentence);
 }
 
@@ -216,7 +211,7 @@ void GitRepository::requireWorkingTreeHolds(const PartialChange& change) const
     if (!change.before)
         return;
     const bool stands = standsOnDisk(root_ / change.path);
-    if (stands == isNoBlob(*change.before))
+    if (stands == isNoHash(*change.before))
         throw GitError("apply", 1, staleSentence);
     if (stands && trimmed(runner_.bytes({"hash-object", "--", change.path})) != *change.before)
         throw GitError("apply", 1, staleSentence);

@@ -16,11 +16,6 @@ namespace gitkit {
 
 namespace {
 
-bool isNoBlob(const std::string& hash)
-{
-    return std::ranges::all_of(hash, [](char digit) { return digit == '0'; });
-}
-
 /// A file of the working tree as git sees it: a symbolic link is the path that it points to.
 std::optional<std::string> workingFile(const std::filesystem::path& file, std::size_t limit)
 {
@@ -102,7 +97,7 @@ DiffSides GitRepository::diffSides(const DiffSource& source, std::size_t limit) 
 {
     std::vector<std::string> hashes;
     for (const auto& blob : {source.before, source.after}) {
-        if (blob && !isNoBlob(*blob))
+        if (blob && !isNoHash(*blob))
             hashes.push_back(*blob);
     }
     if (hashes.empty())
@@ -110,19 +105,19 @@ DiffSides GitRepository::diffSides(const DiffSource& source, std::size_t limit) 
     const auto found = blobs(hashes, limit);
     DiffSides sides;
     std::size_t next = 0;
-    if (source.before && !isNoBlob(*source.before))
+    if (source.before && !isNoHash(*source.before))
         sides.before = found[next++];
-    if (source.after && !isNoBlob(*source.after))
+    if (source.after && !isNoHash(*source.after))
         sides.after = found[next];
     // What stands in the working tree alone has a hash, but is not kept under it.
-    if (!sides.after && source.workingPath && source.after && !isNoBlob(*source.after))
+    if (!sides.after && source.workingPath && source.after && !isNoHash(*source.after))
         sides.after = workingFile(root_ / *source.workingPath, limit);
     return sides;
 }
 
 SideSizes GitRepository::diffSizes(const DiffSource& source) const
 {
-    const auto isFile = [](const std::optional<std::string>& blob) { return blob && !isNoBlob(*blob); };
+    const auto isFile = [](const std::optional<std::string>& blob) { return blob && !isNoHash(*blob); };
     if (!isFile(source.before) && !isFile(source.after))
         return {};
     std::string wanted;

@@ -3,6 +3,10 @@
 
 #include <QListView>
 
+#include <optional>
+
+class QContextMenuEvent;
+
 namespace plovik {
 
 /// A list of equally high rows that scrolls by pixel and draws no frame of its own. Main thread.
@@ -13,5 +17,9 @@ public:
     /// `name` is the list's accessible name.
     explicit RowList(const QString& name, QWidget* parent = nullptr);
 };
+
+/// Where, on the screen, the menu of a list's row opens: under the pointer, or on the current row when a key asks for
+/// it. Nothing where the pointer is on no row.
+std::optional<QPoint> menuPosition(const QListView& list, const QContextMenuEvent& event);
 
 } // namespace plovik

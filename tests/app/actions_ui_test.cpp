@@ -7,6 +7,7 @@
 #include "app/views/sidebar/SidebarView.h"
 #include "app/views/stashes/StashMenu.h"
 #include "app/views/stashes/StashesView.h"
+#include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/TestRepository.h"
@@ -190,17 +191,6 @@ TEST_F(ActionsTest, StashesAreAppliedPoppedAndDroppedFromTheirView)
     EXPECT_FALSE(stashChanges->isEnabled());
 }
 
-struct NoTarget : MenuTarget {
-    void openDocument() override {}
-    void showSettings() override {}
-    void hideAll() override {}
-    void showAll() override {}
-    void quit() override {}
-    void about() override {}
-    void checkForUpdates() override {}
-    void bringAllToFront() override {}
-};
-
 class MainMenuTest : public testing::Test {
 protected:
     MainMenuTest()
@@ -222,7 +212,7 @@ protected:
         return nullptr;
     }
 
-    NoTarget target;
+    test::NoTarget target;
     RepositoryStore store{"/nonexistent"};
     QLineEdit text;
     QMainWindow window;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
+#include "app/views/IconButton.h"
 #include "app/views/diff/CheckeredPicture.h"
 #include "app/views/diff/DiffFinder.h"
 #include "app/views/diff/DiffOptionsBar.h"
@@ -8,7 +9,6 @@
 #include "app/views/diff/DiffSectionView.h"
 #include "app/views/diff/DiffView.h"
 #include "app/views/diff/FindBar.h"
-#include "app/views/diff/IconButton.h"
 #include "app/views/diff/ImagePane.h"
 #include "app/views/diff/WorkingDiffPane.h"
 #include "tests/app/EventWait.h"

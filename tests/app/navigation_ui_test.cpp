@@ -6,6 +6,7 @@
 #include "app/store/RepositoryStore.h"
 #include "app/views/RepositoryView.h"
 #include "app/views/history/HistoryList.h"
+#include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/TestRepository.h"
@@ -28,18 +29,6 @@ namespace {
 using test::entry;
 using test::named;
 using test::openDialog;
-
-class NoTarget : public MenuTarget {
-public:
-    void openDocument() override {}
-    void showSettings() override {}
-    void hideAll() override {}
-    void showAll() override {}
-    void quit() override {}
-    void about() override {}
-    void checkForUpdates() override {}
-    void bringAllToFront() override {}
-};
 
 class NavigationUi : public testing::Test {
 protected:
@@ -84,7 +73,7 @@ protected:
     TestRepository repo;
     test::SettlingWorker worker;
     RepositoryStore store{repo.path(), worker};
-    NoTarget target;
+    test::NoTarget target;
     QMainWindow window;
     RepositoryView* view = new RepositoryView(store);
 };

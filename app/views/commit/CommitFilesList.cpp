@@ -69,15 +69,11 @@ void CommitFilesList::mouseDoubleClickEvent(QMouseEvent* event)
 
 void CommitFilesList::contextMenuEvent(QContextMenuEvent* event)
 {
-    QPoint position = event->globalPos();
-    if (event->reason() == QContextMenuEvent::Keyboard) {
-        const QRect row = visualRect(currentIndex()).intersected(viewport()->rect());
-        position = viewport()->mapToGlobal(row.isValid() ? row.center() : viewport()->rect().center());
-    } else if (!indexAt(event->pos()).isValid()) {
+    const std::optional<QPoint> position = menuPosition(*this, *event);
+    if (!position)
         return;
-    }
     if (currentFile())
-        Q_EMIT menuRequested(position);
+        Q_EMIT menuRequested(*position);
 }
 
 } // namespace plovik

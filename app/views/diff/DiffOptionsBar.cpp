@@ -2,9 +2,9 @@
 #include "app/views/diff/DiffOptionsBar.h"
 
 #include "app/settings/Settings.h"
+#include "app/views/IconButton.h"
 #include "app/views/Theme.h"
 #include "app/views/diff/DiffSectionBar.h"
-#include "app/views/diff/IconButton.h"
 
 #include <QHBoxLayout>
 #include <QKeySequence>

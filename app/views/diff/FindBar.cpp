@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/views/diff/FindBar.h"
 
+#include "app/views/IconButton.h"
 #include "app/views/Theme.h"
-#include "app/views/diff/IconButton.h"
 
 #include <QApplication>
 #include <QHBoxLayout>

@@ -3,6 +3,7 @@
 
 #include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
+#include "app/views/RowList.h"
 #include "app/views/diff/ShownLine.h"
 #include "app/views/history/RowText.h"
 
@@ -368,18 +369,14 @@ void BlameList::keyPressEvent(QKeyEvent* event)
 
 void BlameList::contextMenuEvent(QContextMenuEvent* event)
 {
-    QPoint position = event->globalPos();
-    if (event->reason() == QContextMenuEvent::Keyboard) {
-        const QRect row = visualRect(currentIndex()).intersected(viewport()->rect());
-        position = viewport()->mapToGlobal(row.isValid() ? row.center() : viewport()->rect().center());
-    } else if (!indexAt(event->pos()).isValid()) {
+    const std::optional<QPoint> position = menuPosition(*this, *event);
+    if (!position)
         return;
-    }
     if (currentRow() < 0)
         return;
     QMenu* const menu = makeMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(position);
+    menu->popup(*position);
 }
 
 // Letters are keys here, and code is not looked up by how it begins.

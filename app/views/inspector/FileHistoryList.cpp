@@ -285,16 +285,12 @@ void FileHistoryList::keyPressEvent(QKeyEvent* event)
 
 void FileHistoryList::contextMenuEvent(QContextMenuEvent* event)
 {
-    QPoint position = event->globalPos();
-    if (event->reason() == QContextMenuEvent::Keyboard)
-        position = viewport()->mapToGlobal(visualRect(currentIndex()).center());
-    else if (!indexAt(event->pos()).isValid())
-        return;
-    if (!current())
+    const std::optional<QPoint> position = menuPosition(*this, *event);
+    if (!position || !current())
         return;
     QMenu* const menu = makeMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(position);
+    menu->popup(*position);
 }
 
 } // namespace plovik

@@ -2,9 +2,9 @@
 #include "app/views/inspector/InspectorView.h"
 
 #include "app/store/ShownText.h"
+#include "app/views/IconButton.h"
 #include "app/views/Theme.h"
 #include "app/views/history/RowText.h"
-#include "app/views/inspector/InspectorButton.h"
 #include "app/views/inspector/InspectorTabs.h"
 
 #include <QFontMetrics>
@@ -34,8 +34,8 @@ InspectedFile::Tab tabAt(int index) { return index == 0 ? InspectedFile::Tab::bl
 
 InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), name_(new QLabel), revision_(new QLabel), tabs_(new InspectorTabs),
-      back_(new InspectorButton(InspectorButton::Sign::back, u"Blame Back"_s)),
-      close_(new InspectorButton(InspectorButton::Sign::close, u"Close Inspector"_s)), blame_(new BlamePane(store)),
+      back_(new IconButton(Icon::back, u"Blame Back"_s, nullptr)),
+      close_(new IconButton(Icon::close, u"Close Inspector"_s, nullptr)), blame_(new BlamePane(store)),
       history_(new FileHistoryPane(store)), pages_(new QStackedWidget)
 {
     setAccessibleName(u"Inspector"_s);

@@ -16,7 +16,7 @@ class QStackedWidget;
 
 namespace plovik {
 
-class InspectorButton;
+class IconButton;
 class InspectorTabs;
 
 /// What a file's lines and commits tell: the blame and the history of the store's inspected file. Closing writes the
@@ -63,8 +63,8 @@ private:
     QLabel* name_;
     QLabel* revision_;
     InspectorTabs* tabs_;
-    InspectorButton* back_;
-    InspectorButton* close_;
+    IconButton* back_;
+    IconButton* close_;
     BlamePane* blame_;
     FileHistoryPane* history_;
     QStackedWidget* pages_;

@@ -99,16 +99,10 @@ void ChangedFilesList::keyPressEvent(QKeyEvent* event)
 
 void ChangedFilesList::contextMenuEvent(QContextMenuEvent* event)
 {
-    QPoint position = event->globalPos();
-    if (event->reason() == QContextMenuEvent::Keyboard) {
-        if (!selectCurrent())
-            return;
-        const QRect row = visualRect(currentIndex()).intersected(viewport()->rect());
-        position = viewport()->mapToGlobal(row.isValid() ? row.center() : viewport()->rect().center());
-    } else if (!indexAt(event->pos()).isValid()) {
+    if (event->reason() == QContextMenuEvent::Keyboard && !selectCurrent())
         return;
-    }
-    Q_EMIT menuRequested(position);
+    if (const std::optional<QPoint> position = menuPosition(*this, *event))
+        Q_EMIT menuRequested(*position);
 }
 
 void ChangedFilesList::keyboardSearch(const QString& typed)

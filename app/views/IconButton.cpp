@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/views/diff/IconButton.h"
+#include "app/views/IconButton.h"
 
 #include "app/views/Theme.h"
 
@@ -77,6 +77,9 @@ void paintIcon(QPainter& painter, Icon icon)
     case Icon::matchCase:
         painter.setFont(Theme::font(-0.5, QFont::DemiBold));
         painter.drawText(QRectF(-12, -12, 24, 24), Qt::AlignCenter, u"Aa"_s);
+        return;
+    case Icon::back:
+        painter.drawPolyline(QPolygonF{QPointF(1.5, -5), QPointF(-3.5, 0), QPointF(1.5, 5)});
         return;
     case Icon::close:
         return paintCross(painter);

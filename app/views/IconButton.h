@@ -7,8 +7,8 @@ class QPainter;
 
 namespace plovik {
 
-/// What the small buttons around diffs are drawn with.
-enum class Icon { sideBySide, whiteSpace, wholeFile, find, previous, next, matchCase, close };
+/// What small buttons are drawn with.
+enum class Icon { sideBySide, whiteSpace, wholeFile, find, previous, next, matchCase, back, close };
 
 /// A small flat button with a drawn picture; its title is its accessible name and, with its keys, its tooltip. Main
 /// thread.
