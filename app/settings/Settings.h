@@ -38,6 +38,18 @@ inline constexpr Setting<const char*> externalEditorPath{"externalEditorPath", "
 inline constexpr Setting<bool> diffSideBySide{"diffSideBySide", false};
 inline constexpr Setting<bool> diffIgnoresWhiteSpace{"diffIgnoresWhiteSpace", false};
 
+// Commit messages written with a language model. The keys to the services are never stored here.
+inline constexpr Setting<bool> aiEnabled{"aiEnabled", false};
+inline constexpr Setting<const char*> aiProvider{"aiProvider", "anthropic"};
+inline constexpr Setting<const char*> aiModelAnthropic{"aiModel.anthropic", ""}; ///< empty: the provider's default
+inline constexpr Setting<const char*> aiModelOpenAI{"aiModel.openAI", ""};       ///< likewise
+inline constexpr Setting<const char*> aiCommitPrompt{
+    "aiCommitPrompt",
+    "Write a git commit message for the staged changes you are given.\n\n"
+    "The first line is a subject of at most 72 characters in the imperative mood, without a trailing period. "
+    "If the change needs explaining, follow it with a blank line and a short body that says what changed and why.\n\n"
+    "Reply with the commit message only, with no code fences and no commentary."};
+
 } // namespace settings
 
 /// The user's preferences and layout sizes, in the user's configuration folder. Main thread only. A value of the wrong
