@@ -109,7 +109,7 @@ public:
 
     struct StagedChanges {
         std::string summary; ///< the staged files and how much of each changes, repaired for showing
-        std::string diff;    ///< the whole patch, repaired for showing
+        std::string diff;    ///< the patch, repaired for showing; it ends where it has passed 64 MiB
     };
     StagedChanges stagedChanges() const;
     /// HEAD's message, as its bytes; as UTF-8 when the commit names another encoding.

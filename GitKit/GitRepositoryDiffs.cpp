@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <limits>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -177,8 +178,10 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Whit
 
 GitRepository::StagedChanges GitRepository::stagedChanges() const
 {
-    return {runner_.run({"diff", "--cached", "-M", "--stat"}),
-            runner_.run(diffArguments({"diff", "--cached", "-M"}, {}))};
+    // Far beyond what anybody reads; without an end, one large file would be held in memory several times.
+    constexpr OutputLimit longest{.lines = std::numeric_limits<std::size_t>::max(), .bytes = 64 * 1024 * 1024};
+    return {runner_.run({"diff", "--cached", "-M", "--stat"}, {.limit = longest}),
+            runner_.run(diffArguments({"diff", "--cached", "-M"}, {}), {.limit = longest})};
 }
 
 void GitRepository::applyToIndex(const PartialChange& change) const

@@ -5,6 +5,7 @@
 #include "app/shell/NavigationButtons.h"
 #include "app/shell/UndoCommand.h"
 #include "app/store/RepositoryStore.h"
+#include "app/views/workingcopy/MessageButtons.h"
 
 #include <QAction>
 #include <QApplication>
@@ -119,6 +120,32 @@ void select(RepositoryStore& store, SidebarItem item)
     store.selectionChanged();
 }
 
+bool canWriteMessage(const RepositoryStore& store)
+{
+    return !store.generatingMessage.value() && store.status.value().stagedCount() > 0;
+}
+
+/// What has to do with written commit messages; there only while the settings say so.
+void addMessageCommands(QMenu* menu, RepositoryStore& store)
+{
+    QAction* const separator = menu->addSeparator();
+    QAction* const write =
+        add(menu, QStringLiteral("Write Commit Message"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_M), [&store] {
+            select(store, SidebarItem::workingCopy());
+            writeCommitMessage(store);
+        });
+    QAction* const preview =
+        add(menu, QStringLiteral("Show What Is Sent…"), {}, [&store] { store.sheet = SentChangesSheet{}; });
+    new CommandStates(store, {{write, canWriteMessage}, {preview, canWriteMessage}}, menu, store.generatingMessage,
+                      store.status);
+    const auto showOffer = [=] {
+        for (QAction* const action : {separator, write, preview})
+            action->setVisible(Settings::shared().value(settings::aiEnabled));
+    };
+    QObject::connect(&Settings::shared(), &Settings::changed, menu, showOffer);
+    showOffer();
+}
+
 void buildRepositoryMenu(QMenu* menu, RepositoryStore& store)
 {
     constexpr auto shifted = Qt::CTRL | Qt::SHIFT;
@@ -144,6 +171,7 @@ void buildRepositoryMenu(QMenu* menu, RepositoryStore& store)
                             [&store] { store.sheet = StashSheet{}; }),
                         canStash});
     new CommandStates(store, std::move(commands), menu, store.activity, store.status);
+    addMessageCommands(menu, store);
 }
 
 /// An item that switches a setting, and shows it wherever it is switched.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/UndoCommand.h"
 
+#include "app/views/workingcopy/CommitBox.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
@@ -27,11 +29,19 @@ std::optional<bool> textCanUndo(const QWidget* widget)
     return std::nullopt;
 }
 
+bool isInCommitBox(const QWidget* widget)
+{
+    while (widget && !qobject_cast<const CommitBox*>(widget))
+        widget = widget->parentWidget();
+    return widget;
+}
+
 } // namespace
 
 UndoCommand::UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store)
     : QObject(&menu), action_(action), window_(menu.parentWidget()->window()), store_(store),
-      notifier_(store.canUndoDiscard.addNotifier([this] { show(); }))
+      discardNotifier_(store.canUndoDiscard.addNotifier([this] { show(); })),
+      messageNotifier_(store.canUndoMessage.addNotifier([this] { show(); }))
 {
     connect(&action, &QAction::triggered, this, &UndoCommand::run);
     connect(&menu, &QMenu::aboutToShow, this, &UndoCommand::show);
@@ -39,23 +49,40 @@ UndoCommand::UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store)
     show();
 }
 
-bool UndoCommand::takesBackDiscard() const
+UndoCommand::Target UndoCommand::target() const
 {
-    return !textCanUndo(QApplication::focusWidget()).value_or(false) && store_.canUndoDiscard.value();
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool textCan = textCanUndo(focus).value_or(false);
+    // In the commit box the written message is the last change of both fields.
+    if (store_.canUndoMessage.value() && (!textCan || isInCommitBox(focus)))
+        return Target::writtenMessage;
+    if (textCan)
+        return Target::text;
+    return store_.canUndoDiscard.value() ? Target::discard : Target::nothing;
 }
 
 void UndoCommand::show()
 {
-    action_.setText(takesBackDiscard() ? QStringLiteral("Undo Discard") : QStringLiteral("Undo"));
-    action_.setEnabled(store_.canUndoDiscard.value() || textCanUndo(QApplication::focusWidget()).value_or(false));
+    const Target undone = target();
+    action_.setText(undone == Target::discard          ? QStringLiteral("Undo Discard")
+                    : undone == Target::writtenMessage ? QStringLiteral("Undo Written Message")
+                                                       : QStringLiteral("Undo"));
+    action_.setEnabled(undone != Target::nothing);
 }
 
 void UndoCommand::run()
 {
-    if (takesBackDiscard())
-        store_.undoDiscard();
-    else if (QWidget* const focus = QApplication::focusWidget(); textCanUndo(focus).value_or(false))
-        QMetaObject::invokeMethod(focus, "undo");
+    switch (target()) {
+    case Target::writtenMessage:
+        return store_.undoMessage();
+    case Target::discard:
+        return store_.undoDiscard();
+    case Target::text:
+        QMetaObject::invokeMethod(QApplication::focusWidget(), "undo");
+        return;
+    case Target::nothing:
+        return;
+    }
 }
 
 void UndoCommand::focusMoved(QWidget* focus)
@@ -70,9 +97,10 @@ void UndoCommand::focusMoved(QWidget* focus)
 
 bool UndoCommand::eventFilter(QObject* watched, QEvent* event)
 {
-    // A text claims the key even when it has nothing to undo; then it is left to the menu.
+    // A text claims the key even when the change to take back is not its own; then it is left to the menu.
+    const auto isStores = [this] { return target() == Target::discard || target() == Target::writtenMessage; };
     if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo) &&
-        takesBackDiscard())
+        isStores())
     {
         event->ignore();
         return true;

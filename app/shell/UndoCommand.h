@@ -13,8 +13,8 @@ class QWidget;
 
 namespace plovik {
 
-/// What "Undo" does: the text with the focus undoes its own changes as long as it has any; then the store takes back
-/// its last discard. Main thread.
+/// What "Undo" does: a commit message that was written for the user gives way to what stood there before; the text with
+/// the focus undoes its own changes as long as it has any; then the store takes back its last discard. Main thread.
 class UndoCommand : public QObject {
 public:
     /// Names, enables and answers `action`, which stands in `menu` and has the key of "Undo". The menu owns the
@@ -24,7 +24,8 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    bool takesBackDiscard() const;
+    enum class Target { nothing, writtenMessage, text, discard };
+    Target target() const;
     void show();
     void run();
     void focusMoved(QWidget* focus);
@@ -33,7 +34,8 @@ private:
     QWidget* window_;
     RepositoryStore& store_;
     QPointer<QWidget> watched_; ///< the text with the focus
-    QPropertyNotifier notifier_;
+    QPropertyNotifier discardNotifier_;
+    QPropertyNotifier messageNotifier_;
 };
 
 } // namespace plovik

@@ -9,10 +9,17 @@ RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker, Sto
     : repo_(std::move(root)), worker_(worker), services_(std::move(services))
 {
     observePlace();
+    boxNotifiers_.push_back(commitSubject.addNotifier([this] { updateMessageUndo(); }));
+    boxNotifiers_.push_back(commitBody.addNotifier([this] { updateMessageUndo(); }));
 }
 
-// What is awaiting git keeps only a weak reference to the token, and finds it gone.
-RepositoryStore::~RepositoryStore() = default;
+RepositoryStore::~RepositoryStore()
+{
+    // What is awaiting keeps only a weak reference to the token, and finds it gone; some of it as soon as it is
+    // stopped.
+    alive_.reset();
+    generating_.request_stop();
+}
 
 QString RepositoryStore::headDescription() const
 {

@@ -23,6 +23,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -193,6 +194,17 @@ public:
     /// Splits a message into subject and body.
     void fillCommitFields(const QString& message);
 
+    /// Has a message written for what is staged, and fills the commit box with it; whether it did. Why not is told in
+    /// `errorMessage`. Does nothing while one is being written, or without anything staged.
+    QCoro::Task<bool> generateCommitMessage();
+    /// Ends the writing, if any; the commit box stays as it is.
+    void cancelCommitMessage();
+    /// What generateCommitMessage() would send. Throws what keeps it from being sent.
+    QCoro::Task<MessageRequest> commitMessageRequest();
+    /// Whether the commit box holds a written message as it came, and what stood there before can be brought back.
+    QProperty<bool> canUndoMessage{false};
+    void undoMessage();
+
     /// Awaits one of the repository's methods on the worker, with copies of the arguments.
     template <typename Result, typename... Parameters, typename... Arguments>
     BlockingCall<Result> run(Result (gitkit::GitRepository::*verb)(Parameters...) const, Arguments&&... arguments) const
@@ -248,6 +260,9 @@ private:
     QCoro::Task<> discardingPart(gitkit::PartialChange change);
     std::string commitMessage() const;
     QCoro::Task<> fillingAmendedMessage();
+    QCoro::Task<QString> writtenMessage(std::stop_token stop);
+    void fillWithWritten(const QString& message);
+    void updateMessageUndo();
 
     QCoro::Task<> refreshLoop(RefreshScope scope);
     QCoro::Task<> performRefresh(RefreshScope scope);
@@ -307,6 +322,19 @@ private:
         QString body;
     };
     std::optional<AmendedMessage> amended_; ///< what the commit box was filled with
+    struct BoxText {
+        QString subject;
+        QString body;
+        bool operator==(const BoxText&) const = default;
+    };
+    BoxText boxText() const { return {commitSubject.value(), commitBody.value()}; }
+    struct WrittenMessage {
+        BoxText before;
+        BoxText after;
+    };
+    std::optional<WrittenMessage> written_; ///< the last one that came
+    std::stop_source generating_;
+    std::vector<QPropertyNotifier> boxNotifiers_;
 
     int historyLimit_ = pageSize;
     SidebarItem historyScopeItem_ = SidebarItem::history();

@@ -278,6 +278,7 @@ void RepositoryStore::commit()
 {
     if (!canCommit())
         return;
+    cancelCommitMessage(); // for what is being committed it would come too late
     const bool amends = amend.value();
     Action action;
     action.title = amends ? QStringLiteral("Amending…") : QStringLiteral("Committing…");

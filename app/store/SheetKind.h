@@ -22,6 +22,10 @@ struct StashSheet {
 struct GoToCommitSheet {
     bool operator==(const GoToCommitSheet&) const = default;
 };
-using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet>;
+/// What is sent to have a commit message written.
+struct SentChangesSheet {
+    bool operator==(const SentChangesSheet&) const = default;
+};
+using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet>;
 
 } // namespace plovik

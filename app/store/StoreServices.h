@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/GitRepository.h"
+#include "app/store/MessageWriter.h"
 
 #include <filesystem>
 #include <functional>
@@ -17,11 +18,13 @@ struct StoreServices {
     using Failed = std::function<void(std::string problem)>;
 
     /// Selects files in the desktop's file browser.
-    std::function<void(const Files& files, Failed failed)> reveal;
+    std::function<void(const Files& files, Failed failed)> reveal = {};
     /// Opens files in the editor that the user chose.
-    std::function<void(const Files& files, Failed failed)> openInEditor;
+    std::function<void(const Files& files, Failed failed)> openInEditor = {};
     /// Moves a file to the Trash; called on the worker's threads.
-    gitkit::GitRepository::Trash trash;
+    gitkit::GitRepository::Trash trash = {};
+    /// Writes commit messages, where there is something that does.
+    MessageWriter messages = {};
 };
 
 } // namespace plovik

@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QPainterPath>
 
 namespace plovik {
 
@@ -59,6 +60,23 @@ void paintCross(QPainter& painter)
     painter.drawLine(QPointF(-3.5, 3.5), QPointF(3.5, -3.5));
 }
 
+/// A star with four rays, curved inwards.
+QPainterPath star(QPointF middle, double ray)
+{
+    QPainterPath path(middle + QPointF(0, -ray));
+    for (const QPointF tip : {QPointF(ray, 0), QPointF(0, ray), QPointF(-ray, 0), QPointF(0, -ray)})
+        path.quadTo(middle, middle + tip);
+    return path;
+}
+
+void paintSparkles(QPainter& painter)
+{
+    painter.drawPath(star(QPointF(-1.5, 1), 5.5));
+    painter.setBrush(painter.pen().color());
+    painter.setPen(Qt::NoPen);
+    painter.drawPath(star(QPointF(4.8, -4.3), 2.8));
+}
+
 void paintIcon(QPainter& painter, Icon icon)
 {
     switch (icon) {
@@ -83,6 +101,8 @@ void paintIcon(QPainter& painter, Icon icon)
         return;
     case Icon::close:
         return paintCross(painter);
+    case Icon::sparkles:
+        return paintSparkles(painter);
     }
 }
 

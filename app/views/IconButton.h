@@ -8,7 +8,7 @@ class QPainter;
 namespace plovik {
 
 /// What small buttons are drawn with.
-enum class Icon { sideBySide, whiteSpace, wholeFile, find, previous, next, matchCase, back, close };
+enum class Icon { sideBySide, whiteSpace, wholeFile, find, previous, next, matchCase, back, close, sparkles };
 
 /// A small flat button with a drawn picture; its title is its accessible name and, with its keys, its tooltip. Main
 /// thread.

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/CommitDrafts.h"
+#include "app/settings/Settings.h"
+#include "app/shell/MainMenu.h"
 #include "app/store/RepositoryStore.h"
+#include "app/views/sheets/SentChangesDialog.h"
 #include "app/views/workingcopy/WorkingCopyView.h"
+#include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
+#include "tests/app/ShownWidgets.h"
 #include "tests/support/TestRepository.h"
 
 #include <QClipboard>
@@ -13,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -26,7 +32,8 @@ namespace {
 
 /// A window on a repository, as far as the commit box is concerned.
 struct Window {
-    explicit Window(const std::filesystem::path& root) : store(root, worker)
+    explicit Window(const std::filesystem::path& root, const MessageWriter& messages = {})
+        : store(root, worker, {.messages = messages})
     {
         view.resize(1000, 700);
         view.show();
@@ -98,6 +105,102 @@ TEST(CommitBox, CommitsFromTheKeyboardAndGoesBackToTheList)
     EXPECT_EQ(window.subject->text() + window.body->toPlainText(), QString());
     EXPECT_FALSE(window.subject->isReadOnly());
     EXPECT_TRUE(window.view.list()->hasFocus());
+}
+
+/// A writer that is at it until it is stopped, or done at once.
+MessageWriter writerOf(const std::optional<QString>& message)
+{
+    struct Stopped {
+        std::stop_token stop;
+        std::optional<std::stop_callback<std::function<void()>>> callback = {};
+        static bool await_ready() { return false; }
+        void await_suspend(std::coroutine_handle<> waiting)
+        {
+            callback.emplace(stop, [waiting] { waiting.resume(); });
+        }
+        static void await_resume() {}
+    };
+    return {[message](MessageWriter::Changes, std::stop_token stop) -> QCoro::Task<QString> {
+                return [](std::optional<QString> text, std::stop_token stopping) -> QCoro::Task<QString> {
+                    if (!text)
+                        co_await Stopped{stopping};
+                    co_return text.value_or(QString());
+                }(message, stop);
+            },
+            [](const MessageWriter::Changes& changes) {
+                return MessageRequest{u"Somebody"_s, u"https://example.org"_s, u"model-1"_s, u"Write!"_s,
+                                      QString::fromStdString(changes.diff)};
+            }};
+}
+
+struct WrittenMessage : testing::Test {
+    WrittenMessage()
+    {
+        repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
+        Settings::shared().set(settings::aiEnabled, true);
+    }
+    ~WrittenMessage() override { Settings::shared().set(settings::aiEnabled, false); }
+
+    TestRepository repo;
+};
+
+TEST_F(WrittenMessage, IsOfferedOnlyWhileSwitchedOnAndCanBeCancelled)
+{
+    Window window(repo.path(), writerOf(std::nullopt));
+    auto* const write = window.named<QAbstractButton>(u"Write Commit Message"_s);
+    auto* const cancel = window.named<QAbstractButton>(u"Cancel Commit Message"_s);
+    Settings::shared().set(settings::aiEnabled, false);
+    EXPECT_FALSE(write->isVisible());
+    Settings::shared().set(settings::aiEnabled, true);
+    EXPECT_TRUE(write->isVisible() && write->isEnabled());
+    window.store.unstageAll();
+    EXPECT_TRUE(window.worker.settle());
+    EXPECT_FALSE(write->isEnabled());
+    window.store.stageAll();
+    EXPECT_TRUE(window.worker.settle());
+
+    write->setFocus();
+    QTest::keyClick(write, Qt::Key_Space);
+    EXPECT_TRUE(window.worker.settle());
+    EXPECT_TRUE(cancel->isVisible() && cancel->hasFocus() && !write->isVisible());
+    QTest::keyClick(cancel, Qt::Key_Space);
+    EXPECT_FALSE(window.store.generatingMessage.value());
+    EXPECT_TRUE(write->isVisible() && write->hasFocus() && !cancel->isVisible());
+    EXPECT_FALSE(window.store.errorMessage.value());
+}
+
+TEST_F(WrittenMessage, GivesWayToWhatWasTypedBefore)
+{
+    Window window(repo.path(), writerOf(u"Count on\n\nTwo is more."_s));
+    QMenuBar bar(&window.view);
+    test::NoTarget target;
+    mainMenu::build(bar, target, window.store);
+    bar.show(); // or its keys would be dead
+    QTest::keyClicks(window.subject, u"mine"_s);
+    window.body->setFocus();
+    QTest::keyClicks(window.body, u"typed"_s);
+    window.named<QAbstractButton>(u"Write Commit Message"_s)->click();
+    EXPECT_TRUE(window.worker.settle());
+    EXPECT_EQ(window.subject->text() + u'|' + window.body->toPlainText(), u"Count on|Two is more."_s);
+    // One step for both fields; what is typed into the written text is undone before.
+    QTest::keyClicks(window.body, u"!"_s);
+    for (int step = 0; step < 2; ++step)
+        QTest::keyClick(window.body, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(window.subject->text() + u'|' + window.body->toPlainText(), u"mine|typed"_s);
+}
+
+TEST_F(WrittenMessage, ShowsFirstWhatIsSent)
+{
+    repo.write("a", "caf\xe9\n").git({"add", "a"});
+    Window window(repo.path(), writerOf(u"Written"_s));
+    SentChangesDialog dialog(window.store, &window.view);
+    dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+    dialog.open();
+    EXPECT_TRUE(window.worker.settle());
+    EXPECT_EQ(test::named<QLabel>(dialog, u"Receiver"_s)->text(), u"To Somebody, model model-1\nhttps://example.org"_s);
+    const QString sent = test::named<QPlainTextEdit>(dialog, u"Sent Text"_s)->toPlainText();
+    EXPECT_TRUE(sent.startsWith(u"Write!\n\ndiff --git a/a b/a"_s) && sent.contains(u"+caf\uFFFD"_s))
+        << sent.toStdString();
 }
 
 TEST(CommitBox, KeepsTheMessageOfACommitThatFails)

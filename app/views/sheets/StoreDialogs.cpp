@@ -5,6 +5,7 @@
 #include "app/views/sheets/ErrorAlert.h"
 #include "app/views/sheets/GoToCommitDialog.h"
 #include "app/views/sheets/NewRefSheets.h"
+#include "app/views/sheets/SentChangesDialog.h"
 #include "app/views/sheets/StashDialog.h"
 
 #include <utility>
@@ -29,6 +30,7 @@ struct SheetMaker {
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
     Sheet* operator()(const StashSheet&) const { return new StashDialog(store, parent); }
     Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
+    Sheet* operator()(const SentChangesSheet&) const { return new SentChangesDialog(store, parent); }
 };
 
 } // namespace

@@ -59,8 +59,14 @@ QString BodyField::text() const
 void BodyField::replaceText(const QString& text)
 {
     QTextCursor cursor(document());
+    cursor.beginEditBlock();
     cursor.select(QTextCursor::Document);
     cursor.insertText(text);
+    // Otherwise what is typed next would become a part of this step.
+    QTextBlockFormat mark = cursor.blockFormat();
+    mark.setProperty(QTextFormat::UserProperty, mark.intProperty(QTextFormat::UserProperty) + 1);
+    cursor.setBlockFormat(mark);
+    cursor.endEditBlock();
 }
 
 QSize BodyField::sizeHint() const

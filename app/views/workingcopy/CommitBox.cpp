@@ -4,6 +4,7 @@
 #include "app/settings/CommitDrafts.h"
 #include "app/views/Theme.h"
 #include "app/views/workingcopy/BodyField.h"
+#include "app/views/workingcopy/MessageButtons.h"
 #include "app/views/workingcopy/SubjectField.h"
 
 #include <QCheckBox>
@@ -65,6 +66,7 @@ void CommitBox::arrange()
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(10);
     buttons->addWidget(amend_);
+    buttons->addWidget(new MessageButtons(store_, this));
     buttons->addStretch(1);
     buttons->addWidget(commit_);
     auto* column = new QVBoxLayout(this);

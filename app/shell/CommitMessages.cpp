@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/shell/CommitMessages.h"
+
+#include "app/ai/CommitMessageAI.h"
+
+#include <utility>
+
+namespace plovik {
+
+namespace {
+
+QCoro::Task<QString> write(MessageWriter::Changes changes, std::stop_token stop)
+{
+    const CommitMessageAI writer;
+    co_return co_await writer.generate(std::move(changes.summary), std::move(changes.diff), std::move(stop));
+}
+
+MessageRequest describe(const MessageWriter::Changes& changes)
+{
+    const CommitMessageAI::Request request = CommitMessageAI::request(changes.summary, changes.diff);
+    return {aiProvider::displayName(request.provider), request.address.toDisplayString(), request.model, request.prompt,
+            request.changes};
+}
+
+} // namespace
+
+MessageWriter commitMessageWriter() { return {&write, &describe}; }
+
+} // namespace plovik

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QProperty>
+#include <QWidget>
+
+#include <vector>
+
+class QLabel;
+class QPushButton;
+
+namespace plovik {
+
+class IconButton;
+class Spinner;
+
+/// The button that has the commit message written, with a menu of what belongs to it; while a message is being written,
+/// a spinner and "Cancel" in its place. There only while the settings say so. Main thread.
+class MessageButtons : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the buttons.
+    explicit MessageButtons(RepositoryStore& store, QWidget* parent = nullptr);
+
+private:
+    void arrange();
+    void write();
+    void showMenu();
+    void showState();
+
+    RepositoryStore& store_;
+    IconButton* write_;
+    IconButton* more_;
+    Spinner* spinner_;
+    QLabel* writing_;
+    QPushButton* cancel_;
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+/// Has a message written for what is staged.
+void writeCommitMessage(RepositoryStore& store);
+
+} // namespace plovik
