@@ -60,6 +60,27 @@ QPainterPath terminal()
     return path;
 }
 
+/// A star of four points with hollow sides.
+void addSparkle(QPainterPath& path, QPointF middle, double radius)
+{
+    const double waist = 0.16 * radius;
+    path.moveTo(middle + QPointF(0, -radius));
+    for (const auto& [hollow, tip] :
+         {std::pair(QPointF(waist, -waist), QPointF(radius, 0)), std::pair(QPointF(waist, waist), QPointF(0, radius)),
+          std::pair(QPointF(-waist, waist), QPointF(-radius, 0)),
+          std::pair(QPointF(-waist, -waist), QPointF(0, -radius))})
+        path.quadTo(middle + hollow, middle + tip);
+    path.closeSubpath();
+}
+
+QPainterPath sparkles()
+{
+    QPainterPath path;
+    addSparkle(path, QPointF(10, 13.2), 7.6);
+    addSparkle(path, QPointF(18.6, 5.6), 3.4);
+    return path;
+}
+
 QPainterPath folder()
 {
     QPainterPath path(QPointF(3, 17.5));
@@ -85,6 +106,8 @@ QPainterPath pathOf(SettingsSymbol symbol)
         return text();
     case SettingsSymbol::terminal:
         return terminal();
+    case SettingsSymbol::sparkles:
+        return sparkles();
     case SettingsSymbol::folder:
         break;
     }

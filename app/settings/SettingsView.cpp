@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/SettingsView.h"
 
+#include "app/settings/AITab.h"
 #include "app/settings/EditorTab.h"
 #include "app/settings/GeneralTab.h"
 #include "app/settings/Settings.h"
@@ -50,14 +51,15 @@ std::optional<QPoint> placeNamed(const QString& text)
 
 } // namespace
 
-std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine)
+std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine, AIChoices ai)
 {
-    return {{u"General"_s, SettingsSymbol::gear,
-             [editors = std::move(editors)](QWidget* parent) { return new GeneralTab(editors, parent); }},
-            {u"Editor"_s, SettingsSymbol::text, [](QWidget* parent) { return new EditorTab(parent); }},
-            {u"Command Line"_s, SettingsSymbol::terminal, [commandLine = std::move(commandLine)](QWidget* parent) {
-                 return new CommandLineTab(commandLine, parent);
-             }}};
+    return {
+        {u"General"_s, SettingsSymbol::gear,
+         [editors = std::move(editors)](QWidget* parent) { return new GeneralTab(editors, parent); }},
+        {u"Editor"_s, SettingsSymbol::text, [](QWidget* parent) { return new EditorTab(parent); }},
+        {u"Command Line"_s, SettingsSymbol::terminal,
+         [commandLine = std::move(commandLine)](QWidget* parent) { return new CommandLineTab(commandLine, parent); }},
+        {u"AI"_s, SettingsSymbol::sparkles, [ai = std::move(ai)](QWidget* parent) { return new AITab(ai, parent); }}};
 }
 
 SettingsView::SettingsView(const std::vector<SettingsTab>& tabs, QWidget* parent)

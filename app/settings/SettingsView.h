@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/settings/AIChoices.h"
 #include "app/settings/CommandLineTab.h"
 #include "app/settings/EditorChoices.h"
 #include "app/settings/SettingsSymbols.h"
@@ -26,7 +27,7 @@ struct SettingsTab {
 };
 
 /// The tabs of this version, in order.
-std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine);
+std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine, AIChoices ai);
 
 /// The settings window: as large as the page that it shows, where it was last and otherwise in the middle of the
 /// screen. What is changed in it is in force at once; where it cannot be kept, the window says so. Made once and shown

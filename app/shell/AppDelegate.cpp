@@ -7,6 +7,7 @@
 #include "app/settings/Settings.h"
 #include "app/settings/SettingsView.h"
 #include "app/settings/WelcomeView.h"
+#include "app/shell/AISettings.h"
 #include "app/shell/CommandLineSettings.h"
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/RepositoryWindow.h"
@@ -232,7 +233,7 @@ void AppDelegate::showSettings()
     if (!settingsWindow_) {
         const EditorChoices editors{&externalEditor::installed, &externalEditor::app,
                                     &externalEditor::chooseApplication};
-        settingsWindow_ = new SettingsView(settingsTabs(editors, commandLineCommands()));
+        settingsWindow_ = new SettingsView(settingsTabs(editors, commandLineCommands(), aiChoices()));
         settingsWindow_->showTab(options_.settingsTab);
         addKeys(*settingsWindow_);
     }

@@ -88,7 +88,11 @@ protected:
                                                    : std::nullopt;
                  },
                  [this](QWidget* /*parent*/, std::function<void(Application)> chosen) { answer = std::move(chosen); }},
-                commands));
+                commands,
+                {{{u"none"_s, u"None"_s, {}, {}}},
+                 [](const QString&, auto found) { found(std::nullopt); },
+                 [](const QString&, const QString&, auto finished) { finished(true); },
+                 [](const QString&) { return false; }}));
             window_->show();
         }
         return *window_;
@@ -311,7 +315,7 @@ TEST_F(SettingsTest, windowTurnsItsTabsClosesByKeyAndComesBackToItsPlace)
     auto* const tabs = window().findChild<QTabBar*>();
     for (const auto& [key, modifiers, tab] : {std::tuple(Qt::Key_Tab, Qt::KeyboardModifiers(Qt::ControlModifier), 1),
                                               std::tuple(Qt::Key_PageUp, Qt::KeyboardModifiers(Qt::ControlModifier), 0),
-                                              std::tuple(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 2)})
+                                              std::tuple(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 3)})
     {
         QApplication::setActiveWindow(&window());
         QTest::keyClick(&window(), key, modifiers);
