@@ -53,7 +53,8 @@ public:
         std::optional<QSslConfiguration> tls;                                     ///< the system's authorities without
     };
 
-    explicit CommitMessageAI(Options options = {}) : options_(std::move(options)) {}
+    CommitMessageAI() = default;
+    explicit CommitMessageAI(Options options) : options_(std::move(options)) {}
 
     /// What generate() would send now. `summary` and `diff` are UTF-8. Throws Failure when the environment names an
     /// address that nothing may be sent to.

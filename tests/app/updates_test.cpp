@@ -1,31 +1,30 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/updates/UpdateDialog.h"
 #include "tests/app/EventWait.h"
+#include "tests/app/HttpServer.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/app/TlsAuthority.h"
 
 #include <QDesktopServices>
 #include <QLabel>
 #include <QNetworkProxy>
 #include <QPlainTextEdit>
-#include <QProcess>
 #include <QPushButton>
 #include <QSslConfiguration>
-#include <QSslKey>
-#include <QSslServer>
 #include <QSslSocket>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 
 namespace plovik {
 namespace {
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
+using test::HttpServer;
 using test::named;
+using test::TlsAuthority;
 using test::waitUntil;
 
 TEST(SemanticVersion, OrdersReleasesAndPreReleases)
@@ -114,107 +113,6 @@ TEST(ReleaseFeed, RefusesWhatIsNoList)
         EXPECT_TRUE(parseReleaseFeed(bad).empty()) << bad.constData();
 }
 
-/// Makes keys and certificates in a folder of its own.
-class Authority {
-public:
-    Authority()
-    {
-        run({u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:P-256"_s, u"-nodes"_s,
-             u"-days"_s, u"2"_s, u"-subj"_s, u"/CN=Test Authority"_s, u"-keyout"_s, u"ca.key"_s, u"-out"_s,
-             u"ca.pem"_s});
-    }
-
-    QSslCertificate own() const { return QSslCertificate::fromPath(path(u"ca.pem"_s)).value(0); }
-
-    /// What a server shows who is called `name`.
-    QSslConfiguration identity(const QString& name)
-    {
-        QFile extension(path(u"names"_s));
-        EXPECT_TRUE(extension.open(QFile::WriteOnly));
-        extension.write((QHostAddress(name).isNull() ? "subjectAltName=DNS:" : "subjectAltName=IP:") + name.toLatin1());
-        extension.close();
-        run({u"req"_s, u"-new"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:P-256"_s, u"-nodes"_s,
-             u"-subj"_s, u"/CN="_s + name, u"-keyout"_s, u"server.key"_s, u"-out"_s, u"server.csr"_s});
-        run({u"x509"_s, u"-req"_s, u"-in"_s, u"server.csr"_s, u"-CA"_s, u"ca.pem"_s, u"-CAkey"_s, u"ca.key"_s,
-             u"-CAcreateserial"_s, u"-days"_s, u"2"_s, u"-extfile"_s, u"names"_s, u"-out"_s, u"server.pem"_s});
-        QFile key(path(u"server.key"_s));
-        EXPECT_TRUE(key.open(QFile::ReadOnly));
-        QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-        configuration.setLocalCertificate(QSslCertificate::fromPath(path(u"server.pem"_s)).value(0));
-        configuration.setPrivateKey(QSslKey(&key, QSsl::Ec));
-        return configuration;
-    }
-
-private:
-    QString path(const QString& name) const { return folder_.filePath(name); }
-
-    void run(const QStringList& arguments)
-    {
-        QProcess openssl;
-        openssl.setWorkingDirectory(folder_.path());
-        openssl.start(u"openssl"_s, arguments);
-        ASSERT_TRUE(openssl.waitForFinished() && openssl.exitCode() == 0) << openssl.readAllStandardError().constData();
-    }
-
-    QTemporaryDir folder_;
-};
-
-/// Answers each path with fixed bytes; what it has no answer for waits forever.
-class Server {
-public:
-    explicit Server(const QSslConfiguration& identity) : Server() { tls_.setSslConfiguration(identity); }
-    /// Without TLS.
-    Server() { listen(plain_); }
-
-    QUrl url(const QString& path)
-    {
-        if (!tls_.sslConfiguration().localCertificate().isNull() && !tls_.isListening())
-            listen(tls_);
-        const QTcpServer& server = tls_.isListening() ? static_cast<QTcpServer&>(tls_) : plain_;
-        return QUrl(u"%1://127.0.0.1:%2%3"_s.arg(tls_.isListening() ? u"https"_s : u"http"_s)
-                        .arg(server.serverPort())
-                        .arg(path));
-    }
-
-    void answer(const QByteArray& path, const QByteArray& body, const QByteArray& status = "200 OK",
-                const QByteArray& header = "X-Nothing: 1")
-    {
-        answers_[path] = "HTTP/1.1 " + status + "\r\n" + header +
-                         "\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" +
-                         body;
-    }
-    void redirect(const QByteArray& path, const QUrl& to)
-    {
-        answer(path, "", "302 Found", "Location: " + to.toEncoded());
-    }
-
-    QByteArrayList requests; ///< heads
-
-private:
-    void listen(QTcpServer& server)
-    {
-        ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
-        QObject::connect(&server, &QTcpServer::pendingConnectionAvailable, &server, [this, &server] {
-            QTcpSocket* const socket = server.nextPendingConnection();
-            QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { serve(*socket); });
-        });
-    }
-
-    void serve(QTcpSocket& socket)
-    {
-        const QByteArray head = socket.readAll(); // a request of this size comes in one piece
-        requests << head;
-        if (const auto found = answers_.find(head.split(' ').value(1)); found != answers_.end()) {
-            socket.write(found->second);
-            socket.disconnectFromHost();
-        }
-    }
-
-    std::map<QByteArray, QByteArray> answers_;
-    QTcpServer plain_;
-    QSslServer tls_;
-};
-
 class Updates : public testing::Test {
 protected:
     void SetUp() override
@@ -245,7 +143,7 @@ protected:
     }
     static std::string said(const QUrl& feed, FeedFetch::Limits limits = {}) { return said(*ask(feed, limits)); }
 
-    Authority authority_;
+    TlsAuthority authority_;
     QSslConfiguration defaults_ = QSslConfiguration::defaultConfiguration();
 };
 
@@ -263,7 +161,7 @@ public:
 
 TEST_F(Updates, OffersANewerVersionWithItsNotesAndPage)
 {
-    Server server(identity());
+    HttpServer server(identity());
     server.answer("/feed", releases("<release version='1.1.0'><description><p>Calmer.</p></description>"
                                     "<url>https://example.org/1.1.0</url></release>"));
     server.redirect("/moved", server.url(u"/feed"_s));
@@ -285,7 +183,7 @@ TEST_F(Updates, OffersANewerVersionWithItsNotesAndPage)
 
 TEST_F(Updates, SaysThatThereIsNone)
 {
-    Server server(identity());
+    HttpServer server(identity());
     server.answer("/feed", releases("<release version='1.0.0'><url>https://example.org/</url></release>"));
     const auto dialog = ask(server.url(u"/feed"_s));
     EXPECT_EQ(said(*dialog), "Plovik is up to date. Plovik 1.0.0 is the newest version.");
@@ -299,12 +197,12 @@ TEST_F(Updates, SaysThatThereIsNone)
 TEST_F(Updates, TrustsOnlyWhoProvesToBeTheHost)
 {
     const std::string refusal = "Updates could not be checked. The connection to 127.0.0.1 would not be secure: ";
-    Server another(identity(u"elsewhere.test"_s));
+    HttpServer another(identity(u"elsewhere.test"_s));
     another.answer("/feed", releases("<release version='2.0.0'/>"));
     EXPECT_EQ(said(another.url(u"/feed"_s)).substr(0, refusal.size()), refusal);
 
-    Authority unknown;
-    Server self(unknown.identity(u"127.0.0.1"_s));
+    TlsAuthority unknown;
+    HttpServer self(unknown.identity(u"127.0.0.1"_s));
     self.answer("/feed", releases("<release version='2.0.0'/>"));
     EXPECT_EQ(said(self.url(u"/feed"_s)).substr(0, refusal.size()), refusal);
     EXPECT_TRUE(another.requests.isEmpty() && self.requests.isEmpty());
@@ -312,11 +210,11 @@ TEST_F(Updates, TrustsOnlyWhoProvesToBeTheHost)
 
 TEST_F(Updates, NeverAsksWithoutTls)
 {
-    Server plain;
+    HttpServer plain;
     plain.answer("/feed", releases("<release version='2.0.0'/>"));
     EXPECT_EQ(said(plain.url(u"/feed"_s)),
               "Updates could not be checked. The address of the list of releases is not a secure one.");
-    Server server(identity());
+    HttpServer server(identity());
     server.redirect("/feed", plain.url(u"/feed"_s));
     EXPECT_EQ(said(server.url(u"/feed"_s)),
               "Updates could not be checked. 127.0.0.1 leads on to an address that is not secure.");
@@ -326,7 +224,7 @@ TEST_F(Updates, NeverAsksWithoutTls)
 TEST_F(Updates, SaysInOneSentenceWhatFailed)
 {
     const std::string begin = "Updates could not be checked. ";
-    Server server(identity());
+    HttpServer server(identity());
     server.answer("/gone", "<p>Nothing</p>", "404 Not Found");
     server.answer("/page", "<html><body>Log in</body></html>");
     server.answer("/large", releases(QByteArray(2000, ' ') + "<release version='2.0.0'/>"));
@@ -341,7 +239,7 @@ TEST_F(Updates, SaysInOneSentenceWhatFailed)
 
 TEST_F(Updates, AsksAgainAndEndsWithItsWindow)
 {
-    Server server(identity());
+    HttpServer server(identity());
     server.answer("/feed", "", "503 Service Unavailable");
     const auto dialog = ask(server.url(u"/feed"_s));
     EXPECT_EQ(said(*dialog), "Updates could not be checked. 127.0.0.1 answered “503 Service Unavailable”.");

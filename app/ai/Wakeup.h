@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <coroutine>
+#include <memory>
+
+class QObject;
+
+namespace plovik {
+
+/// Lets one coroutine wait for wake(). It goes on from the event loop of the thread that made this object, never inside
+/// wake(), so whoever wakes it may be anywhere. Copies are the same. Made and awaited on one thread; woken from any,
+/// any number of times.
+class Wakeup {
+public:
+    Wakeup();
+
+    void wake() const;
+
+    bool await_ready() const noexcept;
+    void await_suspend(std::coroutine_handle<> waiting) const noexcept;
+    void await_resume() const noexcept {}
+
+private:
+    struct State;
+    std::shared_ptr<State> state_;
+};
+
+} // namespace plovik
