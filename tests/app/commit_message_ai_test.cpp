@@ -275,11 +275,29 @@ TEST_F(CommitMessages, GoToSecureAddressesOnly)
     }
 }
 
+TEST_F(CommitMessages, GoThroughTheProxyOfTheSystem)
+{
+    HttpServer proxy;
+    const Variable variable("https_proxy", proxy.url({}).toEncoded());
+    const Variable exceptions("no_proxy", "");
+    proxy.answer("gate.test:443", "", "403 Forbidden");
+    EXPECT_NE(said(QUrl(u"https://gate.test"_s)).find("gate.test"), std::string::npos);
+    ASSERT_EQ(proxy.requests.size(), 1);
+    EXPECT_TRUE(proxy.requests[0].startsWith("CONNECT gate.test:443 ")) << proxy.requests[0].constData();
+    EXPECT_FALSE(proxy.requests[0].contains(secret.toLatin1()));
+
+    HttpServer server;
+    server.answer("/v1/messages", anthropicReply("Add b"));
+    const Variable all("http_proxy", proxy.url({}).toEncoded());
+    EXPECT_EQ(said(server.url({})), "Add b");
+}
+
 TEST_F(CommitMessages, NeedAKey)
 {
     HttpServer server;
     server.answer("/v1/messages", anthropicReply("Add b"));
     const QUrl base = server.url({});
+    const Variable none("ANTHROPIC_API_KEY", "");
     options.storedKey = [](AIProvider) -> QCoro::Task<std::optional<QString>> { co_return std::nullopt; };
     EXPECT_EQ(said(base), "Add your Anthropic (Claude) API key under Settings → AI first.");
     {
