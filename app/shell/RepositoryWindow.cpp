@@ -3,6 +3,7 @@
 
 #include "app/platform/FileBrowser.h"
 #include "app/platform/Trash.h"
+#include "app/shell/CommitMessages.h"
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/MainMenu.h"
 #include "app/shell/RepositoryWatcher.h"
@@ -28,6 +29,7 @@ StoreServices desktopServices()
     services.reveal = &revealFiles;
     services.openInEditor = &externalEditor::open;
     services.trash = &moveToTrash;
+    services.messages = commitMessageWriter();
     return services;
 }
 
