@@ -88,7 +88,9 @@ std::optional<std::string> refusedSubmodule(const std::string& message)
 
 } // namespace
 
-GitRepository::GitRepository(std::filesystem::path root) : root_(std::move(root)), runner_(root_) {}
+GitRepository::GitRepository(std::filesystem::path root, RunContext context)
+    : root_(std::move(root)), runner_(root_, std::move(context))
+{}
 
 std::filesystem::path GitRepository::topLevel(const std::filesystem::path& folder)
 {

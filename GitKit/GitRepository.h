@@ -30,11 +30,13 @@ namespace gitkit {
 ///
 /// An immutable value. Every method blocks until its git process has ended and may run on any thread, any number at
 /// once; callers keep writing operations apart. Throws GitError when git refuses, LaunchError when git cannot be
-/// started. Paths and ref names are the bytes that git printed.
+/// started, RunStopped when its context asked for the end. Paths and ref names are the bytes that git printed.
 class GitRepository {
 public:
     /// `root` is a working tree's top level as topLevel() returns it.
-    explicit GitRepository(std::filesystem::path root);
+    explicit GitRepository(std::filesystem::path root, RunContext context = {});
+    /// The same repository, its runs in another context.
+    GitRepository in(RunContext context) const { return GitRepository(root_, std::move(context)); }
 
     const std::filesystem::path& root() const { return root_; }
 

@@ -23,6 +23,7 @@
 //                        there and then pointed at the branch. A merge is given the short name for its message, while
 //                        it means the same.
 //   push -u REMOTE       refs/heads/B:refs/heads/B instead of B: in a refspec a leading "+" forces.
+//   fetch, pull, push    --progress, which git otherwise prints for a terminal only.
 //   push                 push.default is pinned to simple; the branch must still be the current one.
 //   stash apply, pop     --index, so that what was staged is staged again; without it where git cannot, or where an
 //                        operation is in progress, which --index would end.
@@ -32,6 +33,7 @@
 #include "GitKit/GitRepository.h"
 #include "GitKit/PathCommand.h"
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/Progress.h"
 
 #include <algorithm>
 #include <array>
@@ -101,20 +103,18 @@ std::string shortestName(const GitRunner& runner, const std::string& ref)
     return trimmed(read.stdoutBytes, "\n") == ref ? name : ref;
 }
 
-/// Runs what may end in a conflict. Git prints the conflicts on one stream and hints on the other; the error has both.
-void runMerging(const GitRunner& runner, const Arguments& arguments)
+/// Runs what says why it failed on either stream: git prints conflicts on one and hints on the other, and so do hooks.
+/// The error has both.
+void runTelling(const GitRunner& runner, const Arguments& arguments)
 {
     const GitOutput output = runner.output(arguments);
     if (!output.signalled && output.status == 0)
         return;
     const std::string outputText = output.text();
-    const std::string errorText = output.errorText();
-    const std::string said(trimmed(outputText));
-    std::string message(trimmed(errorText));
-    if (message.empty())
-        message = said;
-    else if (said.find("CONFLICT (") != std::string::npos)
-        message = said + "\n\n" + message;
+    const std::string errorText = withoutProgress(output.errorText());
+    std::string message(trimmed(outputText));
+    if (const std::string_view said = trimmed(errorText); !said.empty())
+        message = message.empty() ? std::string(said) : message + "\n\n" + std::string(said);
     throw GitError(arguments.front(), output.status, std::move(message));
 }
 
@@ -249,17 +249,17 @@ void GitRepository::deleteTag(const std::string& name) const { runner_.accepted(
 void GitRepository::merge(const std::string& ref) const
 {
     const std::string& revision = revisionArgument("merge", ref);
-    runMerging(runner_, {"merge", revision.starts_with("refs/") ? shortestName(runner_, revision) : revision});
+    runTelling(runner_, {"merge", revision.starts_with("refs/") ? shortestName(runner_, revision) : revision});
 }
 
 void GitRepository::cherryPick(const std::string& hash) const
 {
-    runMerging(runner_, {"cherry-pick", revisionArgument("cherry-pick", hash)});
+    runTelling(runner_, {"cherry-pick", revisionArgument("cherry-pick", hash)});
 }
 
 void GitRepository::revert(const std::string& hash) const
 {
-    runMerging(runner_, {"revert", "--no-edit", revisionArgument("revert", hash)});
+    runTelling(runner_, {"revert", "--no-edit", revisionArgument("revert", hash)});
 }
 
 void GitRepository::stashSave(const std::string& message, UntrackedFiles untracked) const
@@ -278,7 +278,7 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
     const std::string verb = use == StashUse::pop ? "pop" : "apply";
     if (!isOperationInProgress(gitDirectories().own)) {
         try {
-            runMerging(runner_, {"stash", verb, "--index", ref});
+            runTelling(runner_, {"stash", verb, "--index", ref});
             return;
         } catch (const GitError& error) {
             // Git has changed nothing when it says this.
@@ -286,7 +286,7 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
                 throw;
         }
     }
-    runMerging(runner_, {"stash", verb, ref});
+    runTelling(runner_, {"stash", verb, ref});
 }
 
 void GitRepository::stashDrop(const Stash& stash) const
@@ -294,21 +294,21 @@ void GitRepository::stashDrop(const Stash& stash) const
     runner_.accepted({"stash", "drop", currentRef(stashes(), stash)});
 }
 
-void GitRepository::fetch() const { runner_.accepted({"fetch", "--all", "--prune"}); }
+void GitRepository::fetch() const { runTelling(runner_, {"fetch", "--all", "--prune", "--progress"}); }
 
-void GitRepository::pull() const { runMerging(runner_, {"pull"}); }
+void GitRepository::pull() const { runTelling(runner_, {"pull", "--progress"}); }
 
 void GitRepository::push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const
 {
     const std::string ref = std::string(branchPrefix) + branch;
     if (upstreamRemote) {
         const std::string refspec = ref + ":" + ref;
-        runner_.accepted({"push", "-u", newNameArgument("push", *upstreamRemote), refspec});
+        runTelling(runner_, {"push", "-u", "--progress", newNameArgument("push", *upstreamRemote), refspec});
         return;
     }
     if (trimmed(runner_.output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes, "\n") != ref)
         throw GitError("push", 1, quoted(branch) + " is not the current branch any more. Nothing was pushed.");
-    runner_.accepted({"push"});
+    runTelling(runner_, {"push", "--progress"});
 }
 
 } // namespace gitkit

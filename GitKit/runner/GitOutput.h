@@ -18,6 +18,7 @@ struct OutputLimit {
 struct GitOutput {
     int status = 0;         ///< exit status; 128 plus the signal's number when a signal ended git
     bool signalled = false; ///< a signal ended git; never an accepted exit
+    bool stopped = false;   ///< the caller asked for the end before git had come to it
     bool cut = false;       ///< the output passed its limit, and git was ended for it
     std::string stdoutBytes;
     std::string stderrBytes;

@@ -7,31 +7,96 @@
 #include "GitKit/runner/Process.h"
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <string_view>
 
 namespace gitkit {
 
 namespace {
 
-GitOutput start(const std::filesystem::path& directory, const std::vector<std::string>& arguments,
-                const RunOptions& options, const std::optional<std::string>& fileSystemMonitor)
+using Environment = std::vector<std::pair<std::string, std::string>>;
+
+/// What is set for all runs of an action, then what is set for this one.
+Environment overrides(const RunContext& context, const RunOptions& options)
 {
+    Environment all = context.environment;
+    all.insert(all.end(), options.environment.begin(), options.environment.end());
+    return all;
+}
+
+/// Tells a listener, if any, of one run.
+class Report {
+public:
+    Report(RunListener* listener, const ProcessRequest& request) : listener_(listener)
+    {
+        static std::atomic<RunListener::Run> runs = 0;
+        if (!listener_)
+            return;
+        run_ = ++runs;
+        listener_->began(run_, request.arguments, request.directory);
+    }
+
+    void printed(RunListener::Stream stream, std::string_view bytes) const { listener_->printed(run_, stream, bytes); }
+
+    void ended(RunEnd end) const
+    {
+        if (!listener_)
+            return;
+        end.duration = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - began_);
+        listener_->ended(run_, end);
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    RunListener* listener_;
+    RunListener::Run run_ = 0;
+    Clock::time_point began_ = Clock::now();
+};
+
+GitOutput reported(const ProcessRequest& request, const Report& report)
+{
+    try {
+        GitOutput output = runProcess(request);
+        report.ended({output.status, output.signalled, output.stopped, output.cut});
+        return output;
+    } catch (const std::exception& failure) {
+        report.ended({.problem = failure.what()});
+        throw;
+    }
+}
+
+GitOutput start(const std::filesystem::path& directory, const RunContext& context,
+                const std::vector<std::string>& arguments, const RunOptions& options,
+                const std::optional<std::string>& fileSystemMonitor)
+{
+    if (context.stop.stop_requested())
+        throw RunStopped();
     ProcessRequest request{.executable = GitExecutable::path(),
                            .arguments = {"-c", "core.quotepath=false", "-c", "color.ui=false"},
                            .directory = directory,
                            .environment =
-                               gitEnvironment(applicationEnvironment(), options.environment, fileSystemMonitor),
+                               gitEnvironment(applicationEnvironment(), overrides(context, options), fileSystemMonitor),
                            .input = options.input,
-                           .limit = options.limit};
+                           .limit = options.limit,
+                           .stop = context.stop};
     request.arguments.insert(request.arguments.end(), arguments.begin(), arguments.end());
-    return runProcess(request);
+    const Report report(context.listener.get(), request);
+    if (context.listener)
+        request.printed = [&report](RunListener::Stream stream, std::string_view bytes) {
+            report.printed(stream, bytes);
+        };
+    GitOutput output = reported(request, report);
+    if (output.stopped)
+        throw RunStopped();
+    return output;
 }
 
 /// core.fsmonitor as the user's own files and the machine's give it. Read in the root folder, so that no repository has
 /// a say.
 std::optional<std::string> readFileSystemMonitor()
 {
-    const GitOutput output = start("/", {"config", "--show-scope", "-z", "--get-all", "core.fsmonitor"}, {}, {});
+    const GitOutput output = start("/", {}, {"config", "--show-scope", "-z", "--get-all", "core.fsmonitor"}, {}, {});
     std::optional<std::string> last;
     std::string_view rest = output.stdoutBytes;
     while (!rest.empty()) {
@@ -54,11 +119,13 @@ const std::optional<std::string>& fileSystemMonitor()
 
 } // namespace
 
-GitRunner::GitRunner(std::filesystem::path directory) : directory_(std::move(directory)) {}
+GitRunner::GitRunner(std::filesystem::path directory, RunContext context)
+    : directory_(std::move(directory)), context_(std::move(context))
+{}
 
 GitOutput GitRunner::output(const std::vector<std::string>& arguments, const RunOptions& options) const
 {
-    return start(directory_, arguments, options, fileSystemMonitor());
+    return start(directory_, context_, arguments, options, fileSystemMonitor());
 }
 
 GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const RunOptions& options) const

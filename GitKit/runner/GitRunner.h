@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/runner/GitOutput.h"
+#include "GitKit/runner/RunContext.h"
 
 #include <filesystem>
 #include <initializer_list>
@@ -26,10 +27,11 @@ struct RunOptions {
 
 /// Runs git in one folder, with the options and the environment that every run shares (GitEnvironment.h).
 ///
-/// A value without state; every call blocks its thread until git has ended, and any number may run at once.
+/// A value without state; every call blocks its thread until git has ended, and any number may run at once. Throws
+/// RunStopped once the context asked for the end.
 class GitRunner {
 public:
-    explicit GitRunner(std::filesystem::path directory);
+    explicit GitRunner(std::filesystem::path directory, RunContext context = {});
 
     /// The raw result, whatever the exit status. Throws LaunchError when git cannot be started.
     GitOutput output(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
@@ -45,6 +47,7 @@ public:
 
 private:
     std::filesystem::path directory_;
+    RunContext context_;
 };
 
 } // namespace gitkit

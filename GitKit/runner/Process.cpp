@@ -2,18 +2,15 @@
 #include "GitKit/runner/Process.h"
 
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/ProcessExchange.h"
 #include "GitKit/runner/UniqueFd.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <ctime>
 #include <fcntl.h>
-#include <poll.h>
 #include <spawn.h>
-#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <system_error>
 
@@ -30,38 +27,6 @@ namespace {
 {
     throw LaunchError(LaunchError::Cause::other, what + ": " + std::generic_category().message(error));
 }
-
-/// Keeps SIGPIPE from this thread while it writes to a program that may be gone, and takes away the one that such a
-/// write raised. Other threads, and a SIGPIPE that was pending before, are left alone.
-class PipeSignalBlocker {
-public:
-    PipeSignalBlocker()
-    {
-        sigemptyset(&pipeSignal_);
-        sigaddset(&pipeSignal_, SIGPIPE);
-        sigset_t pending;
-        sigemptyset(&pending);
-        sigpending(&pending);
-        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
-        pthread_sigmask(SIG_BLOCK, &pipeSignal_, &previous_);
-    }
-
-    ~PipeSignalBlocker()
-    {
-        const timespec atOnce{};
-        while (!wasPending_ && sigtimedwait(&pipeSignal_, nullptr, &atOnce) < 0 && errno == EINTR) {
-        }
-        pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
-    }
-
-    PipeSignalBlocker(const PipeSignalBlocker&) = delete;
-    PipeSignalBlocker& operator=(const PipeSignalBlocker&) = delete;
-
-private:
-    sigset_t pipeSignal_{};
-    sigset_t previous_{};
-    bool wasPending_ = false;
-};
 
 /// A descriptor that is none of 0, 1 and 2. The child's three are put in place one after another, and an application
 /// that was started with one of them closed would otherwise overwrite a pipe before it is used.
@@ -89,9 +54,6 @@ Pipe makePipe()
     UniqueFd writing(ends[1]);
     return {aboveStandard(std::move(reading)), aboveStandard(std::move(writing))};
 }
-
-/// Only our end: the child's is a description of its own and stays as programs expect it.
-void makeNonBlocking(const UniqueFd& fd) { ::fcntl(fd.get(), F_SETFL, ::fcntl(fd.get(), F_GETFL) | O_NONBLOCK); }
 
 class FileActions {
 public:
@@ -158,6 +120,7 @@ public:
 
     pid_t pid() const { return pid_; }
 
+    /// Ends the child and what it has started in its group.
     void kill() const { ::kill(-pid_, SIGKILL); }
 
     /// Waits for the child and returns its wait status.
@@ -239,125 +202,6 @@ pid_t spawn(const ProcessRequest& request, const ChildStreams& streams)
     return pid;
 }
 
-/// Our end of one of the child's output streams, and what came out of it.
-class OutputStream {
-public:
-    OutputStream(UniqueFd fd, std::string& bytes) : fd_(std::move(fd)), bytes_(bytes) { makeNonBlocking(fd_); }
-
-    int descriptor() const { return fd_.get(); }
-
-    /// Reads once; closes the stream at its end.
-    void read()
-    {
-        std::array<char, 64 * 1024> chunk; // as much as a pipe holds
-        const ssize_t count = ::read(fd_.get(), chunk.data(), chunk.size());
-        const int error = errno;
-        if (count > 0)
-            bytes_.append(chunk.data(), static_cast<std::size_t>(count));
-        if (count == 0 || (count < 0 && error != EAGAIN && error != EINTR))
-            fd_.reset();
-    }
-
-    /// Reads what is in the pipe now. A child that goes on writing cannot hold the run: what it adds is not counted.
-    void drain()
-    {
-        int waiting = 0;
-        if (!fd_ || ::ioctl(fd_.get(), FIONREAD, &waiting) != 0 || waiting <= 0)
-            return;
-        const std::size_t end = bytes_.size() + static_cast<std::size_t>(waiting);
-        while (fd_ && bytes_.size() < end)
-            read();
-    }
-
-private:
-    UniqueFd fd_;
-    std::string& bytes_;
-};
-
-/// Whether an output has grown past its limit. Looks at each byte once.
-class LimitWatch {
-public:
-    LimitWatch(const std::optional<OutputLimit>& limit, const std::string& bytes) : limit_(limit), bytes_(bytes) {}
-
-    bool passed()
-    {
-        if (!limit_)
-            return false;
-        lines_ += static_cast<std::size_t>(
-            std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted_), bytes_.end(), '\n'));
-        counted_ = bytes_.size();
-        return lines_ > limit_->lines || counted_ > limit_->bytes;
-    }
-
-private:
-    const std::optional<OutputLimit>& limit_;
-    const std::string& bytes_;
-    std::size_t counted_ = 0;
-    std::size_t lines_ = 0;
-};
-
-/// Our end of the child's standard input, and what it has not taken yet.
-class InputStream {
-public:
-    InputStream(UniqueFd fd, std::string_view rest) : fd_(std::move(fd)), rest_(rest)
-    {
-        if (!fd_)
-            return;
-        makeNonBlocking(fd_);
-        if (rest_.empty())
-            fd_.reset();
-    }
-
-    int descriptor() const { return fd_.get(); }
-
-    /// Writes once; closes the stream when all is written or when nobody reads it any more.
-    void write()
-    {
-        const ssize_t count = ::write(fd_.get(), rest_.data(), rest_.size());
-        if (count > 0)
-            rest_.remove_prefix(static_cast<std::size_t>(count));
-        const bool failed = count < 0 && errno != EAGAIN && errno != EINTR;
-        if (failed || rest_.empty())
-            fd_.reset();
-    }
-
-private:
-    UniqueFd fd_;
-    std::string_view rest_;
-};
-
-enum class ExchangeEnd { childEnded, limitPassed };
-
-/// Feeds and drains the child until it has ended, then takes what is left in its pipes; or until it has printed more
-/// than is wanted.
-ExchangeEnd exchange(const UniqueFd& childEnded, InputStream& input, OutputStream& output, OutputStream& error,
-                     LimitWatch& limit)
-{
-    for (;;) {
-        // poll passes over entries whose descriptor is negative, as closed streams' are.
-        std::array<pollfd, 4> watched{pollfd{childEnded.get(), POLLIN, 0}, pollfd{input.descriptor(), POLLOUT, 0},
-                                      pollfd{output.descriptor(), POLLIN, 0}, pollfd{error.descriptor(), POLLIN, 0}};
-        if (::poll(watched.data(), watched.size(), -1) < 0) {
-            if (errno == EINTR)
-                continue;
-            fail("Could not wait for git", errno);
-        }
-        if (watched[0].revents != 0)
-            break;
-        if (watched[1].revents != 0)
-            input.write();
-        if (watched[2].revents != 0)
-            output.read();
-        if (watched[3].revents != 0)
-            error.read();
-        if (limit.passed())
-            return ExchangeEnd::limitPassed;
-    }
-    output.drain();
-    error.drain();
-    return limit.passed() ? ExchangeEnd::limitPassed : ExchangeEnd::childEnded;
-}
-
 } // namespace
 
 GitOutput runProcess(const ProcessRequest& request)
@@ -376,19 +220,18 @@ GitOutput runProcess(const ProcessRequest& request)
     const UniqueFd childEnded(::pidfd_open(child.pid(), 0));
     if (!childEnded)
         fail("Could not watch git", errno);
-    {
-        const PipeSignalBlocker blocker;
-        InputStream input(std::move(inputPipe.writing), request.input.value_or(std::string_view()));
-        OutputStream output(std::move(outputPipe.reading), result.stdoutBytes);
-        OutputStream error(std::move(errorPipe.reading), result.stderrBytes);
-        LimitWatch limit(request.limit, result.stdoutBytes);
-        result.cut = exchange(childEnded, input, output, error, limit) == ExchangeEnd::limitPassed;
-    }
-    if (result.cut)
+    const ExchangeEnd end =
+        exchange(request, child.pid(), childEnded,
+                 {std::move(inputPipe.writing), std::move(outputPipe.reading), std::move(errorPipe.reading)}, result);
+    result.cut = end == ExchangeEnd::limitPassed;
+    // The group can be named until its leader is reaped.
+    if (end != ExchangeEnd::childEnded)
         child.kill();
     const int waitStatus = child.reap();
     result.signalled = WIFSIGNALED(waitStatus);
     result.status = result.signalled ? 128 + WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
+    // What came to its end all the same has done what it was for.
+    result.stopped = end == ExchangeEnd::stopped && result.status != 0;
     return result;
 }
 

@@ -2,9 +2,12 @@
 #pragma once
 
 #include "GitKit/runner/GitOutput.h"
+#include "GitKit/runner/RunContext.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +22,9 @@ struct ProcessRequest {
     std::vector<std::string> environment;       ///< the whole of it, as NAME=value
     std::optional<std::string_view> input = {}; ///< standard input; the null device without
     std::optional<OutputLimit> limit = {};      ///< of standard output; past it the program is killed with its group
+    std::stop_token stop = {}; ///< asks the program and its group to end, and makes them end two seconds later
+    /// Hears of what is printed as it is read, on the calling thread.
+    std::function<void(RunListener::Stream, std::string_view)> printed = {};
 };
 
 /// Runs a program to its end and returns what it wrote. Blocks the calling thread; any number may run at once.

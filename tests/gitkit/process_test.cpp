@@ -3,6 +3,8 @@
 #include "GitKit/runner/GitExecutable.h"
 #include "GitKit/runner/GitRunner.h"
 #include "GitKit/runner/Process.h"
+#include "GitKit/runner/Progress.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestRepository.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +12,7 @@
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
 #include <functional>
 #include <future>
 #include <thread>
@@ -87,6 +90,57 @@ TEST(Process, TellsASignalFromAnExit)
     const GitOutput exited = shell("exit 143");
     EXPECT_FALSE(exited.signalled);
     EXPECT_EQ(exited.status, 143);
+}
+
+/// Runs a script and asks for its end as soon as it has printed something.
+GitOutput stopped(const std::string& script)
+{
+    std::stop_source stop;
+    return runProcess({.executable = "/bin/sh",
+                       .arguments = {"-c", script},
+                       .directory = "/",
+                       .environment = {"PATH=/usr/bin:/bin"},
+                       .stop = stop.get_token(),
+                       .printed = [&stop](RunListener::Stream, std::string_view) { stop.request_stop(); }});
+}
+
+TEST(Process, EndsWhenItIsAskedToWithAllThatItStarted)
+{
+    TemporaryFolder folder;
+    const std::string pids = (folder.path() / "pids").string();
+    // The last child is deaf to a kind word, and all of them hold the pipes.
+    const std::string script = "(trap '' TERM; echo $$ >>" + pids + "; sleep 60) & sh -c 'echo $$ >>" + pids +
+                               "; exec sleep 60' & while [ $(wc -l <" + pids +
+                               ") -lt 2 ]; do :; done; echo ready; wait";
+    std::ofstream(pids).flush();
+    GitOutput output;
+    EXPECT_TRUE(endsWithin(std::chrono::seconds(20), [&] { output = stopped(script); }));
+    EXPECT_TRUE(output.stopped && output.signalled);
+    std::ifstream lines(pids);
+    for (pid_t pid = 0; lines >> pid;)
+        EXPECT_TRUE(endsWithin(std::chrono::seconds(10), [pid] {
+            while (::kill(pid, 0) == 0)
+                std::this_thread::yield();
+        })) << pid;
+
+    EXPECT_EQ(stopped("trap 'echo tidied; exit 7' TERM; echo ready; while :; do sleep 0.01; done").stdoutBytes,
+              "ready\ntidied\n");
+    // What comes to its end all the same has done what it was for.
+    EXPECT_FALSE(stopped("trap 'exit 0' TERM; echo ready; while :; do sleep 0.01; done").stopped);
+}
+
+TEST(Progress, IsToldApartFromWhatGitHasToSay)
+{
+    const std::string_view printed =
+        "remote: Enumerating objects: 5, done.        \n"
+        "remote: Counting objects:  20% (1/5)\rremote: Counting objects: 100% (5/5), done.\n"
+        "Receiving objects:  40% (2/5), 1.20 MiB | 3.00 MiB/s\r"
+        "remote: Note: 5 reviews wait for you\n"
+        "error: 100% of the hooks declined: ask\n";
+    EXPECT_EQ(lastProgress(printed), "Receiving objects:  40% (2/5), 1.20 MiB | 3.00 MiB/s");
+    EXPECT_EQ(withoutProgress(printed),
+              "remote: Note: 5 reviews wait for you\nerror: 100% of the hooks declined: ask\n");
+    EXPECT_EQ(lastProgress("Fetching origin\n"), std::nullopt);
 }
 
 TEST(Process, LeaksNoDescriptorIntoItsChildren)

@@ -1,0 +1,293 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/runner/ProcessExchange.h"
+
+#include "GitKit/runner/GitError.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <ctime>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/ioctl.h>
+#include <system_error>
+
+namespace gitkit {
+
+namespace {
+
+[[noreturn]] void fail(const std::string& what, int error)
+{
+    throw LaunchError(LaunchError::Cause::other, what + ": " + std::generic_category().message(error));
+}
+
+/// Keeps SIGPIPE from this thread while it writes to a program that may be gone, and takes away the one that such a
+/// write raised. Other threads, and a SIGPIPE that was pending before, are left alone.
+class PipeSignalBlocker {
+public:
+    PipeSignalBlocker()
+    {
+        sigemptyset(&pipeSignal_);
+        sigaddset(&pipeSignal_, SIGPIPE);
+        sigset_t pending;
+        sigemptyset(&pending);
+        sigpending(&pending);
+        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
+        pthread_sigmask(SIG_BLOCK, &pipeSignal_, &previous_);
+    }
+
+    ~PipeSignalBlocker()
+    {
+        const timespec atOnce{};
+        while (!wasPending_ && sigtimedwait(&pipeSignal_, nullptr, &atOnce) < 0 && errno == EINTR) {
+        }
+        pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
+    }
+
+    PipeSignalBlocker(const PipeSignalBlocker&) = delete;
+    PipeSignalBlocker& operator=(const PipeSignalBlocker&) = delete;
+
+private:
+    sigset_t pipeSignal_{};
+    sigset_t previous_{};
+    bool wasPending_ = false;
+};
+
+/// Only our end: the child's is a description of its own and stays as programs expect it.
+void makeNonBlocking(const UniqueFd& fd) { ::fcntl(fd.get(), F_SETFL, ::fcntl(fd.get(), F_GETFL) | O_NONBLOCK); }
+
+/// Our end of one of the child's output streams, and what came out of it.
+class OutputStream {
+public:
+    using Heard = std::function<void(std::string_view)>;
+
+    OutputStream(UniqueFd fd, std::string& bytes, Heard heard)
+        : fd_(std::move(fd)), bytes_(bytes), heard_(std::move(heard))
+    {
+        makeNonBlocking(fd_);
+    }
+
+    int descriptor() const { return fd_.get(); }
+
+    /// Reads once; closes the stream at its end.
+    void read()
+    {
+        std::array<char, 64 * 1024> chunk; // as much as a pipe holds
+        const ssize_t count = ::read(fd_.get(), chunk.data(), chunk.size());
+        const int error = errno;
+        if (count > 0) {
+            const std::string_view read(chunk.data(), static_cast<std::size_t>(count));
+            bytes_.append(read);
+            if (heard_)
+                heard_(read);
+        }
+        if (count == 0 || (count < 0 && error != EAGAIN && error != EINTR))
+            fd_.reset();
+    }
+
+    /// Reads what is in the pipe now. A child that goes on writing cannot hold the run: what it adds is not counted.
+    void drain()
+    {
+        int waiting = 0;
+        if (!fd_ || ::ioctl(fd_.get(), FIONREAD, &waiting) != 0 || waiting <= 0)
+            return;
+        const std::size_t end = bytes_.size() + static_cast<std::size_t>(waiting);
+        while (fd_ && bytes_.size() < end)
+            read();
+    }
+
+private:
+    UniqueFd fd_;
+    std::string& bytes_;
+    Heard heard_;
+};
+
+/// Whether an output has grown past its limit. Looks at each byte once.
+class LimitWatch {
+public:
+    LimitWatch(const std::optional<OutputLimit>& limit, const std::string& bytes) : limit_(limit), bytes_(bytes) {}
+
+    bool passed()
+    {
+        if (!limit_)
+            return false;
+        lines_ += static_cast<std::size_t>(
+            std::count(bytes_.begin() + static_cast<std::ptrdiff_t>(counted_), bytes_.end(), '\n'));
+        counted_ = bytes_.size();
+        return lines_ > limit_->lines || counted_ > limit_->bytes;
+    }
+
+private:
+    const std::optional<OutputLimit>& limit_;
+    const std::string& bytes_;
+    std::size_t counted_ = 0;
+    std::size_t lines_ = 0;
+};
+
+/// Our end of the child's standard input, and what it has not taken yet.
+class InputStream {
+public:
+    InputStream(UniqueFd fd, std::string_view rest) : fd_(std::move(fd)), rest_(rest)
+    {
+        if (!fd_)
+            return;
+        makeNonBlocking(fd_);
+        if (rest_.empty())
+            fd_.reset();
+    }
+
+    int descriptor() const { return fd_.get(); }
+
+    /// Writes once; closes the stream when all is written or when nobody reads it any more.
+    void write()
+    {
+        const ssize_t count = ::write(fd_.get(), rest_.data(), rest_.size());
+        if (count > 0)
+            rest_.remove_prefix(static_cast<std::size_t>(count));
+        const bool failed = count < 0 && errno != EAGAIN && errno != EINTR;
+        if (failed || rest_.empty())
+            fd_.reset();
+    }
+
+private:
+    UniqueFd fd_;
+    std::string_view rest_;
+};
+
+/// Wakes a poll as soon as the end is asked for, from whatever thread.
+class StopWake {
+public:
+    explicit StopWake(const std::stop_token& stop)
+    {
+        if (!stop.stop_possible())
+            return;
+        event_ = UniqueFd(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+        if (!event_)
+            fail("Could not prepare git's end", errno);
+        callback_.emplace(stop, Signal{event_.get()});
+    }
+
+    int descriptor() const { return event_.get(); }
+
+private:
+    struct Signal {
+        int event;
+        void operator()() const noexcept { ::eventfd_write(event, 1); }
+    };
+
+    UniqueFd event_;
+    std::optional<std::stop_callback<Signal>> callback_;
+};
+
+/// How long a program that was asked to end has for it.
+class Grace {
+public:
+    using Clock = std::chrono::steady_clock;
+
+    void begin() { end_ = Clock::now() + std::chrono::seconds(2); }
+    bool hasBegun() const { return end_.has_value(); }
+    bool isOver() const { return end_ && Clock::now() >= *end_; }
+
+    /// For poll: rounded up, so that the end has come when the time is up.
+    int timeout() const
+    {
+        if (!end_)
+            return -1;
+        const auto rest = std::chrono::ceil<std::chrono::milliseconds>(*end_ - Clock::now());
+        return static_cast<int>(std::max<std::chrono::milliseconds::rep>(rest.count(), 0));
+    }
+
+private:
+    std::optional<Clock::time_point> end_;
+};
+
+/// Our ends of everything between a child and us.
+struct Exchange {
+    pid_t group;
+    const UniqueFd& childEnded;
+    const StopWake& stop;
+    InputStream& input;
+    OutputStream& output;
+    OutputStream& error;
+    LimitWatch& limit;
+    Grace grace = {};
+
+    /// Feeds and drains the child until it has ended, then takes what is left in its pipes; or until it has printed
+    /// more than is wanted; or until it was asked to end and has, with all that holds its pipes, or had the time to.
+    ExchangeEnd run()
+    {
+        bool isRunning = true;
+        while (isRunning || (isOpen() && !grace.isOver())) {
+            const bool ended = wait(isRunning);
+            if (limit.passed())
+                return ExchangeEnd::limitPassed;
+            if (ended && !grace.hasBegun())
+                break;
+            isRunning = isRunning && !ended;
+            if (grace.isOver())
+                break;
+        }
+        if (grace.hasBegun())
+            return ExchangeEnd::stopped;
+        output.drain();
+        error.drain();
+        return limit.passed() ? ExchangeEnd::limitPassed : ExchangeEnd::childEnded;
+    }
+
+private:
+    bool isOpen() const { return output.descriptor() >= 0 || error.descriptor() >= 0; }
+
+    /// Waits until something happens, and deals with it; whether the child has ended. poll passes over entries whose
+    /// descriptor is negative, as closed streams' are.
+    bool wait(bool isRunning)
+    {
+        std::array<pollfd, 5> watched{pollfd{isRunning ? childEnded.get() : -1, POLLIN, 0},
+                                      pollfd{input.descriptor(), POLLOUT, 0}, pollfd{output.descriptor(), POLLIN, 0},
+                                      pollfd{error.descriptor(), POLLIN, 0},
+                                      pollfd{grace.hasBegun() ? -1 : stop.descriptor(), POLLIN, 0}};
+        if (::poll(watched.data(), watched.size(), grace.timeout()) < 0) {
+            if (errno == EINTR)
+                return false;
+            fail("Could not wait for git", errno);
+        }
+        if (watched[0].revents != 0)
+            return true;
+        if (watched[4].revents != 0) {
+            ::kill(-group, SIGTERM);
+            grace.begin();
+        }
+        if (watched[1].revents != 0)
+            input.write();
+        if (watched[2].revents != 0)
+            output.read();
+        if (watched[3].revents != 0)
+            error.read();
+        return false;
+    }
+};
+
+OutputStream::Heard heard(const ProcessRequest& request, RunListener::Stream stream)
+{
+    if (!request.printed)
+        return {};
+    return [&printed = request.printed, stream](std::string_view bytes) { printed(stream, bytes); };
+}
+
+} // namespace
+
+ExchangeEnd exchange(const ProcessRequest& request, pid_t group, const UniqueFd& childEnded, ParentStreams streams,
+                     GitOutput& result)
+{
+    const StopWake stop(request.stop);
+    const PipeSignalBlocker blocker;
+    InputStream input(std::move(streams.input), request.input.value_or(std::string_view()));
+    OutputStream output(std::move(streams.output), result.stdoutBytes, heard(request, RunListener::Stream::output));
+    OutputStream error(std::move(streams.error), result.stderrBytes, heard(request, RunListener::Stream::error));
+    LimitWatch limit(request.limit, result.stdoutBytes);
+    return Exchange{group, childEnded, stop, input, output, error, limit}.run();
+}
+
+} // namespace gitkit
