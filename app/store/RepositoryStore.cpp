@@ -6,7 +6,7 @@
 namespace plovik {
 
 RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker, StoreServices services)
-    : repo_(std::move(root)), worker_(worker), services_(std::move(services))
+    : repo_(std::move(root), {.listener = log_}), worker_(worker), services_(std::move(services))
 {
     observePlace();
     boxNotifiers_.push_back(commitSubject.addNotifier([this] { updateMessageUndo(); }));

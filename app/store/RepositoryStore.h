@@ -4,6 +4,7 @@
 #include "GitKit/GitRepository.h"
 #include "GitKit/records/HistoryFilter.h"
 #include "app/store/Await.h"
+#include "app/store/CommandLog.h"
 #include "app/store/Confirmation.h"
 #include "app/store/HistoryPage.h"
 #include "app/store/HistoryRow.h"
@@ -90,7 +91,13 @@ public:
 
     // What is going on.
     QProperty<std::optional<QString>> activity;
+    /// How far git says the running action has come, in its words; empty while it says nothing.
+    QProperty<QString> progress;
+    /// The running action has been asked to end.
+    QProperty<bool> isCancelling{false};
     QProperty<std::optional<QString>> errorMessage;
+    /// The command that `errorMessage` tells of, where there is one.
+    QProperty<std::optional<CommandLog::Number>> failedCommand;
     QProperty<std::optional<SheetKind>> sheet;
     QProperty<std::optional<Confirmation>> confirmation;
     /// The file that the inspector shows; no inspector without. Views write it.
@@ -129,6 +136,13 @@ public:
     /// To the selection before, or again to the one after. What is gone by now is skipped.
     void goBack() { travel(NavigationTrail::Direction::back); }
     void goForward() { travel(NavigationTrail::Direction::forward); }
+
+    /// Every git command that this store ran.
+    CommandLog& commandLog() const { return *log_; }
+
+    /// Ends the running action, with all that git has started for it: gently, and after two seconds firmly. What it had
+    /// done by then is read; nothing is reported as an error.
+    void cancelActivity();
 
     // Actions. Each shows what it does in `activity` and its failure in `errorMessage`, and reads the repository again
     // afterwards. While one runs, another is dropped.
@@ -242,8 +256,10 @@ private:
     QCoro::Task<> performing(Action action);
     void quick(Operation operation);
     QCoro::Task<> quickly(Operation operation);
-    BlockingCall<void> runOperation(Worker::Lane lane, Operation operation) const;
-    void fail(const QString& message);
+    BlockingCall<void> runOperation(Worker::Lane lane, gitkit::RunContext context, Operation operation) const;
+    std::shared_ptr<ActionRuns> actionRuns();
+    void showProgress(const QString& line);
+    void fail(const QString& message, std::optional<CommandLog::Number> command = {});
     StoreServices::Failed failing();
     StoreServices::Files absolutePaths(const Files& files) const;
 
@@ -306,12 +322,14 @@ private:
     void lookFor(const std::string& hash);
     void tell(const QString& sentence);
 
+    std::shared_ptr<CommandLog> log_ = std::make_shared<CommandLog>();
     gitkit::GitRepository repo_;
     Worker& worker_;
     StoreServices services_;
     Turnstile writing_; ///< writers of the index and the working tree pass one by one
     AliveToken alive_ = std::make_shared<const std::monostate>();
 
+    std::stop_source acting_;                                ///< ends the running action
     std::map<std::string, gitkit::StageState> shownStaging_; ///< by path: what is under way
     int stagingUnderWay_ = 0;
     qint64 finishedWrites_ = 0;

@@ -4,6 +4,8 @@
 #include "app/store/RepositoryStore.h"
 #include "app/store/ShownText.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -34,18 +36,54 @@ std::string localNameOf(const std::string& remoteBranch, const std::vector<std::
 
 } // namespace
 
-BlockingCall<void> RepositoryStore::runOperation(Worker::Lane lane, Operation operation) const
+BlockingCall<void> RepositoryStore::runOperation(Worker::Lane lane, gitkit::RunContext context,
+                                                 Operation operation) const
 {
-    return BlockingCall<void>(worker_, lane, alive_,
-                              [repo = repo_, operation = std::move(operation)] { operation(repo); });
+    return BlockingCall<void>(
+        worker_, lane, alive_,
+        [repo = repo_.in(std::move(context)), operation = std::move(operation)] { operation(repo); });
 }
 
-void RepositoryStore::fail(const QString& message) { errorMessage = std::optional(message); }
+/// Listens to an action's runs. Progress comes from their threads, and may come after the store.
+std::shared_ptr<ActionRuns> RepositoryStore::actionRuns()
+{
+    return std::make_shared<ActionRuns>(log_, [this, alive = std::weak_ptr(alive_)](const std::string& line) {
+        QCoreApplication* const application = QCoreApplication::instance();
+        if (!application)
+            return;
+        const auto show = [this, alive, text = shownText(line)] {
+            if (!alive.expired())
+                showProgress(text);
+        };
+        QMetaObject::invokeMethod(application, show, Qt::QueuedConnection);
+    });
+}
+
+void RepositoryStore::showProgress(const QString& line)
+{
+    if (activity.value())
+        progress = line;
+}
+
+void RepositoryStore::fail(const QString& message, std::optional<CommandLog::Number> command)
+{
+    failedCommand = command;
+    errorMessage = std::optional(message);
+}
+
+void RepositoryStore::cancelActivity()
+{
+    if (!activity.value() || isCancelling.value())
+        return;
+    isCancelling = true;
+    acting_.request_stop();
+}
 
 void RepositoryStore::perform(Action action)
 {
     if (activity.value())
         return;
+    acting_ = std::stop_source();
     activity = std::optional(action.title);
     launch(performing(std::move(action)));
 }
@@ -53,20 +91,27 @@ void RepositoryStore::perform(Action action)
 QCoro::Task<> RepositoryStore::performing(Action action)
 {
     std::optional<QString> problem;
+    bool isStopped = false;
+    const std::shared_ptr<ActionRuns> runs = actionRuns();
+    const gitkit::RunContext context{.listener = runs, .stop = acting_.get_token()};
     try {
         // The network must not hold up staging; what it changes of the index, git's own lock keeps apart.
         std::optional<Turnstile::Pass> pass;
         if (action.lane == Worker::Lane::local)
             pass.emplace(co_await writing_.enter());
-        co_await runOperation(action.lane, action.operation);
+        co_await runOperation(action.lane, context, action.operation);
+    } catch (const gitkit::RunStopped&) {
+        isStopped = true;
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
     }
     activity = std::nullopt;
-    if (!problem && action.succeeded)
+    progress = QString();
+    isCancelling = false;
+    if (!isStopped && !problem && action.succeeded)
         action.succeeded();
     if (problem && !(action.failed && action.failed(*problem)))
-        fail(*problem);
+        fail(*problem, runs->failed());
     refresh(RefreshScope::full);
 }
 

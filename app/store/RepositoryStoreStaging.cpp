@@ -53,16 +53,17 @@ void RepositoryStore::quick(Operation operation)
 QCoro::Task<> RepositoryStore::quickly(Operation operation)
 {
     std::optional<QString> problem;
+    const std::shared_ptr<ActionRuns> runs = actionRuns();
     try {
         const Turnstile::Pass pass = co_await writing_.enter();
-        co_await runOperation(Worker::Lane::local, std::move(operation));
+        co_await runOperation(Worker::Lane::local, {.listener = runs}, std::move(operation));
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
     }
     --stagingUnderWay_;
     ++finishedWrites_;
     if (problem)
-        fail(*problem);
+        fail(*problem, runs->failed());
     refresh(RefreshScope::status);
 }
 

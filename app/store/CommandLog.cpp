@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/CommandLog.h"
+
+#include "GitKit/runner/Progress.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+
+namespace plovik {
+
+namespace {
+
+constexpr std::size_t mostCommands = 1000;
+constexpr std::size_t mostOfBeginning = 32 * 1024;
+constexpr std::size_t mostOfEnding = 32 * 1024;
+constexpr std::size_t mostOutput = 8 * 1024 * 1024; ///< of all commands together
+
+std::size_t sizeOf(const CommandLog::Output& output) { return output.beginning.size() + output.ending.size(); }
+
+void append(CommandLog::Output& output, std::string_view bytes)
+{
+    const std::size_t first = std::min(bytes.size(), mostOfBeginning - output.beginning.size());
+    output.beginning += bytes.substr(0, first);
+    bytes.remove_prefix(first);
+    if (bytes.size() > mostOfEnding) {
+        output.leftOut += bytes.size() - mostOfEnding;
+        bytes.remove_prefix(bytes.size() - mostOfEnding);
+    }
+    output.ending += bytes;
+    // Cutting now and then costs less than cutting at every line.
+    if (output.ending.size() > 2 * mostOfEnding) {
+        output.leftOut += output.ending.size() - mostOfEnding;
+        output.ending.erase(0, output.ending.size() - mostOfEnding);
+    }
+}
+
+} // namespace
+
+std::vector<CommandLog::Command> CommandLog::commands() const
+{
+    const std::lock_guard lock(mutex_);
+    std::vector<Command> all;
+    all.reserve(entries_.size());
+    for (const Entry& entry : std::views::reverse(entries_))
+        all.push_back(entry.command);
+    return all;
+}
+
+std::optional<CommandLog::Output> CommandLog::output(Number number) const
+{
+    const std::lock_guard lock(mutex_);
+    const Entry* const entry = const_cast<CommandLog*>(this)->find(number);
+    return entry ? std::optional(entry->output) : std::nullopt;
+}
+
+/// What still runs and what has just ended is near the end.
+CommandLog::Entry* CommandLog::find(Number number)
+{
+    const auto found = std::find_if(entries_.rbegin(), entries_.rend(),
+                                    [number](const Entry& entry) { return entry.command.number == number; });
+    return found == entries_.rend() ? nullptr : &*found;
+}
+
+void CommandLog::began(Run run, const std::vector<std::string>& arguments, const std::filesystem::path& directory)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        entries_.push_back({{run, arguments, directory, std::chrono::system_clock::now(), std::nullopt}, {}});
+        dropOld();
+    }
+    announce();
+}
+
+void CommandLog::printed(Run run, Stream, std::string_view bytes)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        Entry* const entry = find(run);
+        if (!entry)
+            return;
+        kept_ -= sizeOf(entry->output);
+        append(entry->output, bytes);
+        kept_ += sizeOf(entry->output);
+        dropOld();
+    }
+    announce();
+}
+
+void CommandLog::ended(Run run, const gitkit::RunEnd& end)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        if (Entry* const entry = find(run))
+            entry->command.end = end;
+    }
+    announce();
+}
+
+void CommandLog::dropOld()
+{
+    while (entries_.size() > mostCommands) {
+        kept_ -= sizeOf(entries_.front().output);
+        entries_.pop_front();
+    }
+    for (auto entry = entries_.begin(); kept_ > mostOutput && entry + 1 < entries_.end(); ++entry) {
+        kept_ -= sizeOf(entry->output);
+        const std::size_t all = sizeOf(entry->output) + entry->output.leftOut;
+        entry->output = {.beginning = {}, .leftOut = all, .ending = {}};
+    }
+}
+
+void CommandLog::announce()
+{
+    QCoreApplication* const application = QCoreApplication::instance();
+    if (!application || isAnnounced_.exchange(true))
+        return;
+    QMetaObject::invokeMethod(
+        application,
+        [weak = weak_from_this()] {
+            const auto log = weak.lock();
+            if (!log)
+                return;
+            log->isAnnounced_ = false;
+            log->generation = log->generation.value() + 1;
+        },
+        Qt::QueuedConnection);
+}
+
+ActionRuns::ActionRuns(std::shared_ptr<RunListener> log, std::function<void(std::string)> progress)
+    : log_(std::move(log)), progress_(std::move(progress))
+{}
+
+std::optional<ActionRuns::Run> ActionRuns::failed() const
+{
+    const Run run = failed_;
+    return run == 0 ? std::nullopt : std::optional(run);
+}
+
+void ActionRuns::began(Run run, const std::vector<std::string>& arguments, const std::filesystem::path& directory)
+{
+    log_->began(run, arguments, directory);
+}
+
+void ActionRuns::printed(Run run, Stream stream, std::string_view bytes)
+{
+    log_->printed(run, stream, bytes);
+    if (stream != Stream::error)
+        return;
+    if (auto line = gitkit::lastProgress(bytes))
+        progress_(std::move(*line));
+}
+
+void ActionRuns::ended(Run run, const gitkit::RunEnd& end)
+{
+    log_->ended(run, end);
+    if (end.status != 0 || !end.problem.empty())
+        failed_ = run;
+}
+
+} // namespace plovik
