@@ -3,6 +3,7 @@
 
 #include "app/platform/FileBrowser.h"
 #include "app/platform/Trash.h"
+#include "app/shell/Askpass.h"
 #include "app/shell/CommitMessages.h"
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/MainMenu.h"
@@ -30,6 +31,7 @@ StoreServices desktopServices()
     services.openInEditor = &externalEditor::open;
     services.trash = &moveToTrash;
     services.messages = commitMessageWriter();
+    services.signIn = askpass::opener();
     return services;
 }
 

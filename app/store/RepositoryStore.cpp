@@ -5,8 +5,18 @@
 
 namespace plovik {
 
+namespace {
+
+/// Reading asks nobody. An empty program is one that git does not start, whatever the settings name.
+gitkit::RunContext readContext(std::shared_ptr<gitkit::RunListener> listener)
+{
+    return {.listener = std::move(listener), .environment = {{"GIT_ASKPASS", ""}, {"SSH_ASKPASS_REQUIRE", "never"}}};
+}
+
+} // namespace
+
 RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker, StoreServices services)
-    : repo_(std::move(root), {.listener = log_}), worker_(worker), services_(std::move(services))
+    : repo_(std::move(root), readContext(log_)), worker_(worker), services_(std::move(services))
 {
     observePlace();
     boxNotifiers_.push_back(commitSubject.addNotifier([this] { updateMessageUndo(); }));

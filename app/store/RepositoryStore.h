@@ -12,6 +12,7 @@
 #include "app/store/NavigationTrail.h"
 #include "app/store/SheetKind.h"
 #include "app/store/SidebarItem.h"
+#include "app/store/SignIns.h"
 #include "app/store/StoreServices.h"
 #include "app/store/Turnstile.h"
 #include "app/store/Worker.h"
@@ -22,6 +23,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <stop_token>
@@ -143,6 +145,14 @@ public:
     /// Ends the running action, with all that git has started for it: gently, and after two seconds firmly. What it had
     /// done by then is read; nothing is reported as an error.
     void cancelActivity();
+
+    /// What git, or a program that it started, asks while an action runs: one question at a time, the oldest first. It
+    /// goes away when whoever asked does, and when its action ends.
+    QProperty<std::optional<SignInPrompt>> prompt;
+    /// For a permission, "yes" gives it. A prompt that is not open any more needs no answer.
+    void answerPrompt(quint64 id, const QString& text) { signIns_.answer(id, text); }
+    /// Refuses this question and all later ones of its action, which then fails in git's words.
+    void cancelPrompt(quint64 id);
 
     // Actions. Each shows what it does in `activity` and its failure in `errorMessage`, and reads the repository again
     // afterwards. While one runs, another is dropped.
@@ -329,6 +339,8 @@ private:
     Turnstile writing_; ///< writers of the index and the working tree pass one by one
     AliveToken alive_ = std::make_shared<const std::monostate>();
 
+    SignIns signIns_{prompt};
+    SignIns::Number actingSignIn_ = 0;                       ///< of the running action
     std::stop_source acting_;                                ///< ends the running action
     std::map<std::string, gitkit::StageState> shownStaging_; ///< by path: what is under way
     int stagingUnderWay_ = 0;

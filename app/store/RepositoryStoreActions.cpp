@@ -77,6 +77,15 @@ void RepositoryStore::cancelActivity()
         return;
     isCancelling = true;
     acting_.request_stop();
+    signIns_.refuse(actingSignIn_);
+}
+
+void RepositoryStore::cancelPrompt(quint64 id)
+{
+    const std::optional<SignIns::Cancelled> cancelled = signIns_.cancel(id);
+    // Whoever waits for a security key does not hear that nobody will touch it.
+    if (cancelled && cancelled->kind == SignInKind::notice && cancelled->number == actingSignIn_)
+        cancelActivity();
 }
 
 void RepositoryStore::perform(Action action)
@@ -93,7 +102,8 @@ QCoro::Task<> RepositoryStore::performing(Action action)
     std::optional<QString> problem;
     bool isStopped = false;
     const std::shared_ptr<ActionRuns> runs = actionRuns();
-    const gitkit::RunContext context{.listener = runs, .stop = acting_.get_token()};
+    gitkit::RunContext context{.listener = runs, .stop = acting_.get_token()};
+    const SignIns::Number signIn = actingSignIn_ = signIns_.begin(action.title, services_.signIn, context);
     try {
         // The network must not hold up staging; what it changes of the index, git's own lock keeps apart.
         std::optional<Turnstile::Pass> pass;
@@ -105,6 +115,7 @@ QCoro::Task<> RepositoryStore::performing(Action action)
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
     }
+    signIns_.end(signIn);
     activity = std::nullopt;
     progress = QString();
     isCancelling = false;

@@ -54,12 +54,15 @@ QCoro::Task<> RepositoryStore::quickly(Operation operation)
 {
     std::optional<QString> problem;
     const std::shared_ptr<ActionRuns> runs = actionRuns();
+    gitkit::RunContext context{.listener = runs};
+    const SignIns::Number signIn = signIns_.begin({}, services_.signIn, context);
     try {
         const Turnstile::Pass pass = co_await writing_.enter();
-        co_await runOperation(Worker::Lane::local, {.listener = runs}, std::move(operation));
+        co_await runOperation(Worker::Lane::local, context, std::move(operation));
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
     }
+    signIns_.end(signIn);
     --stagingUnderWay_;
     ++finishedWrites_;
     if (problem)

@@ -3,6 +3,7 @@
 
 #include "GitKit/GitRepository.h"
 #include "app/store/MessageWriter.h"
+#include "app/store/SignIn.h"
 
 #include <filesystem>
 #include <functional>
@@ -25,6 +26,8 @@ struct StoreServices {
     gitkit::GitRepository::Trash trash = {};
     /// Writes commit messages, where there is something that does.
     MessageWriter messages = {};
+    /// Where there is none, what git starts asks as the application's environment says.
+    OpenSignIn signIn = {};
 };
 
 } // namespace plovik

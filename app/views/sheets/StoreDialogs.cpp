@@ -5,8 +5,11 @@
 #include "app/views/sheets/ErrorAlert.h"
 #include "app/views/sheets/GoToCommitDialog.h"
 #include "app/views/sheets/NewRefSheets.h"
+#include "app/views/sheets/PromptDialog.h"
 #include "app/views/sheets/SentChangesDialog.h"
 #include "app/views/sheets/StashDialog.h"
+
+#include <QApplication>
 
 #include <utility>
 
@@ -40,9 +43,11 @@ StoreDialogs::StoreDialogs(RepositoryStore& store, QWidget* parent) : QObject(pa
     notifiers_.push_back(store.sheet.addNotifier([this] { showSheet(); }));
     notifiers_.push_back(store.confirmation.addNotifier([this] { showQuestion(); }));
     notifiers_.push_back(store.errorMessage.addNotifier([this] { showError(); }));
+    notifiers_.push_back(store.prompt.addNotifier([this] { showPrompt(); }));
     showSheet();
     showQuestion();
     showError();
+    showPrompt();
 }
 
 void StoreDialogs::showError()
@@ -110,6 +115,32 @@ void StoreDialogs::sheetClosed(Sheet* sheet, int answer)
     store_.sheet = std::nullopt;
     if (answer == QDialog::Accepted)
         sheet->submit();
+}
+
+void StoreDialogs::showPrompt()
+{
+    dismiss(prompt_);
+    const std::optional<SignInPrompt> asked = store_.prompt.value();
+    if (!asked)
+        return;
+    prompt_ = new PromptDialog(*asked, parent_);
+    connect(prompt_, &QDialog::finished, this, [this, dialog = prompt_.data(), id = asked->id](int answer) {
+        promptClosed(dialog, id, answer);
+    });
+    prompt_->open();
+    // Git waits, and the user may be in another window.
+    QApplication::alert(prompt_);
+}
+
+void StoreDialogs::promptClosed(PromptDialog* dialog, quint64 id, int answer)
+{
+    if (dialog != prompt_)
+        return;
+    prompt_ = nullptr;
+    if (answer == QDialog::Accepted)
+        store_.answerPrompt(id, dialog->answer());
+    else
+        store_.cancelPrompt(id);
 }
 
 } // namespace plovik

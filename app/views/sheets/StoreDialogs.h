@@ -14,9 +14,10 @@ class QWidget;
 namespace plovik {
 
 class ErrorAlert;
+class PromptDialog;
 class Sheet;
 
-/// Shows what a store has to say or to ask: its error message, its question and its sheet, each in a dialog that blocks
+/// Shows what a store has to say or to ask: its error message, its questions and its sheet, each in a dialog that blocks
 /// the store's window alone. Clears the store's field when the dialog closes, and closes the dialog when the field is
 /// cleared; a newer value takes the place of an older one. Runs no event loop of its own. Main thread.
 class StoreDialogs : public QObject {
@@ -30,6 +31,8 @@ private:
     void showError();
     void showQuestion();
     void showSheet();
+    void showPrompt();
+    void promptClosed(PromptDialog* dialog, quint64 id, int answer);
     void questionAnswered(const QUuid& id, int answer);
     void sheetClosed(Sheet* sheet, int answer);
 
@@ -38,6 +41,7 @@ private:
     QPointer<ErrorAlert> error_;
     QPointer<QDialog> question_;
     QPointer<Sheet> sheet_;
+    QPointer<PromptDialog> prompt_;
     std::vector<QPropertyNotifier> notifiers_;
 };
 
