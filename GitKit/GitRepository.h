@@ -13,6 +13,7 @@
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/HistoryFilter.h"
 #include "GitKit/records/HistoryScope.h"
+#include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/RepoStatus.h"
 #include "GitKit/records/SideSizes.h"
 #include "GitKit/records/Stash.h"
@@ -177,6 +178,36 @@ public:
     void stashApply(const Stash& stash, StashUse use) const;
     void stashDrop(const Stash& stash) const;
 
+    // What git stopped in the middle of. `gitDirectory` is gitDirectories().own, which callers remember.
+
+    /// Reads git's own files; runs git only for the counts of a bisect that is not as it was `before`, and of several
+    /// commits that are picked or reverted. What cannot be found out is absent; throws nothing but RunStopped.
+    std::optional<OperationInProgress> operationInProgress(const std::filesystem::path& gitDirectory,
+                                                           const std::optional<OperationInProgress>& before = {}) const;
+    /// A message that git prepared, by git's rules for comments and blanks.
+    std::string withoutComments(const std::string& message) const;
+    enum class OperationStep { proceed, skip, abort, forget };
+    /// Goes on, leaves the stopped commit out, or goes back to where it began; `forget` leaves everything as it is and
+    /// ends the operation all the same.
+    void proceed(const OperationInProgress& operation, OperationStep step) const;
+    enum class BisectMark { good, bad, skip };
+    /// Marks the commit that is checked out.
+    void mark(const OperationInProgress::Bisect& bisect, BisectMark mark) const;
+
+    /// What aborting would take along that git could not bring back.
+    struct AbortLoss {
+        std::vector<std::string> paths; ///< resolved or otherwise changed since git stopped
+        int steps = 0;                  ///< that were done before the one it stopped at
+        bool isNothing() const { return paths.empty() && steps == 0; }
+    };
+    AbortLoss abortLoss(const OperationInProgress& operation, const std::filesystem::path& gitDirectory) const;
+
+    enum class ConflictSide { ours, theirs };
+    /// Resolves conflicts in these paths by taking one side whole, which may mean that the file is gone. A working file
+    /// that was edited since git wrote it goes to the Trash first, and so does one that the side does not have.
+    void takeSide(const std::vector<std::string>& paths, ConflictSide side, const std::filesystem::path& gitDirectory,
+                  const Trash& trash) const;
+
     void fetch() const;
     void pull() const;
     /// Pushes `branch`, which must be the current one without a remote, to the branch of that name; sets its upstream
@@ -193,6 +224,10 @@ private:
     void requireWorkingTreeHolds(const PartialChange& change) const;
     bool resolvesHead() const;
     void requireReadableHead() const;
+    void countBisect(OperationInProgress::Bisect& bisect) const;
+    void countSequence(OperationInProgress& operation, const std::filesystem::path& gitDirectory) const;
+    std::vector<std::string> changedSinceStop(const std::filesystem::path& gitDirectory,
+                                              const std::vector<FileChange>& files) const;
 
     std::filesystem::path root_;
     GitRunner runner_;

@@ -32,8 +32,8 @@
 
 #include "GitKit/GitRepository.h"
 #include "GitKit/PathCommand.h"
+#include "GitKit/TellingCommand.h"
 #include "GitKit/runner/GitError.h"
-#include "GitKit/runner/Progress.h"
 
 #include <algorithm>
 #include <array>
@@ -101,21 +101,6 @@ std::string shortestName(const GitRunner& runner, const std::string& ref)
         return ref;
     const GitOutput read = runner.output({"rev-parse", "--verify", "--quiet", "--symbolic-full-name", name});
     return trimmed(read.stdoutBytes, "\n") == ref ? name : ref;
-}
-
-/// Runs what says why it failed on either stream: git prints conflicts on one and hints on the other, and so do hooks.
-/// The error has both.
-void runTelling(const GitRunner& runner, const Arguments& arguments)
-{
-    const GitOutput output = runner.output(arguments);
-    if (!output.signalled && output.status == 0)
-        return;
-    const std::string outputText = output.text();
-    const std::string errorText = withoutProgress(output.errorText());
-    std::string message(trimmed(outputText));
-    if (const std::string_view said = trimmed(errorText); !said.empty())
-        message = message.empty() ? std::string(said) : message + "\n\n" + std::string(said);
-    throw GitError(arguments.front(), output.status, std::move(message));
 }
 
 bool isOperationInProgress(const std::filesystem::path& gitDirectory)
