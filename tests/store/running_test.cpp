@@ -2,14 +2,19 @@
 #include "tests/store/ManualWorker.h"
 #include "tests/support/TestRepository.h"
 
+#include "GitKit/runner/UniqueFd.h"
 #include "app/store/RepositoryStore.h"
 
 #include <QCoreApplication>
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
 #include <filesystem>
+#include <fstream>
 #include <future>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <thread>
 
 namespace plovik {
@@ -72,6 +77,56 @@ TEST_F(StoreRunning, ACancelledActionEndsWithoutAWordAndKeepsTheMessage)
     store.commit();
     worker.finishAll();
     EXPECT_NE(repo.head(), head);
+}
+
+/// A port that takes connections and never says a word.
+class SilentServer {
+public:
+    SilentServer() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        if (::bind(socket_.get(), reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+            ::listen(socket_.get(), 4) != 0 ||
+            ::getsockname(socket_.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0)
+            throw std::runtime_error("no server");
+        url_ = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/never.git";
+    }
+    const std::string& url() const { return url_; }
+
+    /// How many programs were started with the address among their arguments.
+    int callers() const
+    {
+        int count = 0;
+        for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+            std::ifstream stream(process.path() / "cmdline", std::ios::binary);
+            const std::string line(std::istreambuf_iterator<char>(stream), {});
+            count += line.find(url_) != std::string::npos ? 1 : 0;
+        }
+        return count;
+    }
+
+private:
+    gitkit::UniqueFd socket_;
+    std::string url_;
+};
+
+TEST_F(StoreRunning, CancellingAFetchThatIsNeverAnsweredLeavesNoProcess)
+{
+    const SilentServer server;
+    repo.git({"remote", "add", "origin", server.url()});
+    load();
+    store.fetch();
+    auto running = std::async(std::launch::async, [this] { return worker.runOnly(); });
+    while (server.callers() == 0)
+        std::this_thread::yield();
+    store.cancelActivity();
+    running.get()();
+    EXPECT_EQ(server.callers(), 0);
+    worker.finishAll();
+    EXPECT_FALSE(store.activity.value() || store.errorMessage.value());
 }
 
 TEST_F(StoreRunning, TheLogHasEveryCommandWithWhatItPrinted)
