@@ -55,7 +55,7 @@ bool isHash(std::string_view text)
 }
 
 /// A full ref name or a hash as an argument: neither is an option, and neither is taken for another ref.
-const std::string& revisionArgument(const char* command, const std::string& revision)
+std::string revisionArgument(const char* command, const std::string& revision)
 {
     if (!revision.starts_with("refs/") && !isHash(revision) && revision != "HEAD")
         throw GitError(command, 128, quoted(revision) + " is neither the full name of a branch or tag nor a hash.");
@@ -63,7 +63,7 @@ const std::string& revisionArgument(const char* command, const std::string& revi
 }
 
 /// A new ref's short name as an argument; the rest of the rules are git's to tell.
-const std::string& newNameArgument(const char* command, const std::string& name)
+std::string newNameArgument(const char* command, const std::string& name)
 {
     if (name.empty())
         throw GitError(command, 128, "The name is empty.");
@@ -233,7 +233,7 @@ void GitRepository::deleteTag(const std::string& name) const { runner_.accepted(
 
 void GitRepository::merge(const std::string& ref) const
 {
-    const std::string& revision = revisionArgument("merge", ref);
+    const std::string revision = revisionArgument("merge", ref);
     runTelling(runner_, {"merge", revision.starts_with("refs/") ? shortestName(runner_, revision) : revision});
 }
 

@@ -70,7 +70,7 @@ QString shown(const std::filesystem::path& path)
 /// A path with "~" for the user's own folder.
 QString shortened(const std::filesystem::path& path)
 {
-    const QString whole = shown(path);
+    QString whole = shown(path);
     const QString home = QDir::homePath();
     if (home.size() > 1 && (whole == home || whole.startsWith(home + u'/')))
         return u'~' + whole.mid(home.size());
