@@ -37,6 +37,20 @@ void append(CommandLog::Output& output, std::string_view bytes)
     }
 }
 
+/// A line of which a part is left out goes with it; without any line end, everything.
+CommandLog::Output wholeLines(CommandLog::Output output)
+{
+    if (output.leftOut == 0)
+        return output;
+    const std::size_t end = output.beginning.rfind('\n') + 1; // nothing ends at 0
+    output.leftOut += output.beginning.size() - end;
+    output.beginning.resize(end);
+    const std::size_t begin = std::min(output.ending.find('\n'), output.ending.size() - 1) + 1;
+    output.leftOut += begin;
+    output.ending.erase(0, begin);
+    return output;
+}
+
 } // namespace
 
 std::vector<CommandLog::Command> CommandLog::commands() const
@@ -53,7 +67,20 @@ std::optional<CommandLog::Output> CommandLog::output(Number number) const
 {
     const std::lock_guard lock(mutex_);
     const Entry* const entry = const_cast<CommandLog*>(this)->find(number);
-    return entry ? std::optional(entry->output) : std::nullopt;
+    return entry ? std::optional(wholeLines(entry->output)) : std::nullopt;
+}
+
+CommandLog::Changes CommandLog::changesSince(std::uint64_t revision) const
+{
+    const std::lock_guard lock(mutex_);
+    Changes changes;
+    changes.revision = revision_;
+    changes.oldest = entries_.empty() ? 0 : entries_.front().command.number;
+    for (const Entry& entry : entries_) {
+        if (entry.revision > revision)
+            changes.commands.push_back(entry.command);
+    }
+    return changes;
 }
 
 /// What still runs and what has just ended is near the end.
@@ -68,7 +95,8 @@ void CommandLog::began(Run run, const std::vector<std::string>& arguments, const
 {
     {
         const std::lock_guard lock(mutex_);
-        entries_.push_back({{run, arguments, directory, std::chrono::system_clock::now(), std::nullopt}, {}});
+        entries_.push_back(
+            {{run, arguments, directory, std::chrono::system_clock::now(), std::nullopt}, {}, ++revision_});
         dropOld();
     }
     announce();
@@ -93,8 +121,10 @@ void CommandLog::ended(Run run, const gitkit::RunEnd& end)
 {
     {
         const std::lock_guard lock(mutex_);
-        if (Entry* const entry = find(run))
+        if (Entry* const entry = find(run)) {
             entry->command.end = end;
+            entry->revision = ++revision_;
+        }
     }
     announce();
 }

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -44,7 +45,15 @@ public:
 
     /// The newest first.
     std::vector<Command> commands() const;
-    /// Nothing for a command that is not in the log any more.
+    /// What is new since a revision; everything since none.
+    struct Changes {
+        std::uint64_t revision = 0;
+        Number oldest = 0;             ///< that is still in the log
+        std::vector<Command> commands; ///< that began or ended, the oldest first
+    };
+    Changes changesSince(std::uint64_t revision) const;
+    /// Nothing for a command that is not in the log any more. Where bytes are left out it ends and begins with whole
+    /// lines, so that nothing is told from half of one.
     std::optional<Output> output(Number number) const;
 
     /// Grows, soon after and on the main thread, when there is something new.
@@ -58,6 +67,7 @@ private:
     struct Entry {
         Command command;
         Output output;
+        std::uint64_t revision = 0; ///< when it began or ended
     };
     Entry* find(Number number);
     void dropOld();
@@ -66,6 +76,7 @@ private:
     mutable std::mutex mutex_;
     std::deque<Entry> entries_; ///< the oldest first
     std::size_t kept_ = 0;      ///< bytes of output
+    std::uint64_t revision_ = 0;
     std::atomic<bool> isAnnounced_ = false;
 };
 

@@ -88,6 +88,10 @@ public:
     QProperty<qint64> commitReveals{0};
     /// What is being looked for, once that takes a moment. Locks out no action.
     QProperty<std::optional<QString>> lookup;
+    /// Whether the panel with the commands is open; views write it.
+    QProperty<bool> showsCommandLog{false};
+    /// The command that is selected there.
+    QProperty<std::optional<CommandLog::Number>> shownCommand;
     /// Something to tell quietly; empty again once it no longer matters.
     QProperty<QString> notice;
 

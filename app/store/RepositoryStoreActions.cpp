@@ -2,6 +2,7 @@
 // What the user does to branches, tags, stashes and remotes.
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/Secrets.h"
 #include "app/store/ShownText.h"
 
 #include <QCoreApplication>
@@ -68,7 +69,7 @@ void RepositoryStore::showProgress(const QString& line)
 void RepositoryStore::fail(const QString& message, std::optional<CommandLog::Number> command)
 {
     failedCommand = command;
-    errorMessage = std::optional(message);
+    errorMessage = std::optional(withoutSecrets(message));
 }
 
 void RepositoryStore::cancelActivity()

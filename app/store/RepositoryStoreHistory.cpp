@@ -2,6 +2,7 @@
 // Loading, growing and searching the history page.
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/Secrets.h"
 
 #include <QScopedValueRollback>
 
@@ -53,7 +54,7 @@ QCoro::Task<> RepositoryStore::reloadHistory()
         try {
             page = co_await runFunction(readHistoryPage, std::move(request));
         } catch (const std::exception& failure) {
-            problem = QString::fromUtf8(failure.what());
+            problem = withoutSecrets(QString::fromUtf8(failure.what()));
         }
     }
     if (token != historyToken_)

@@ -2,6 +2,7 @@
 // Reading the repository again.
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/Secrets.h"
 
 #include <QScopedValueRollback>
 
@@ -53,7 +54,7 @@ QCoro::Task<> RepositoryStore::readStatus()
         statusProblem_.clear();
         applyStatus(std::move(read));
     } catch (const std::exception& failure) {
-        statusProblem_ = QString::fromUtf8(failure.what());
+        statusProblem_ = withoutSecrets(QString::fromUtf8(failure.what()));
     }
     // A read that began before a write ended does not know of it; the one that the write asked for does.
     if (writesBefore == finishedWrites_)
@@ -108,7 +109,7 @@ QCoro::Task<> RepositoryStore::readStashes()
 void RepositoryStore::noteListingProblem(const std::exception& failure)
 {
     if (listingProblem_.isEmpty())
-        listingProblem_ = QString::fromUtf8(failure.what());
+        listingProblem_ = withoutSecrets(QString::fromUtf8(failure.what()));
 }
 
 bool RepositoryStore::hasRef(const std::string& fullName) const
