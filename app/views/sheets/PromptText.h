@@ -20,12 +20,12 @@ struct PromptText {
     };
 
     Kind kind = Kind::secret;
-    QString host;        ///< the remote, without secrets: an address or a host; empty where nobody says
-    QString user;        ///< whose password
-    QString key;         ///< a key's file or name
-    QString keyType;     ///< of an unknown host: "ED25519"
-    QString fingerprint; ///< of an unknown host, as ssh prints it
-    QString question;    ///< the prompt's own words, harmless and not endless
+    QString host = {};        ///< the remote, without secrets: an address or a host; empty where nobody says
+    QString user = {};        ///< whose password
+    QString key = {};         ///< a key's file or name
+    QString keyType = {};     ///< of an unknown host: "ED25519"
+    QString fingerprint = {}; ///< of an unknown host, as ssh prints it
+    QString question = {};    ///< the prompt's own words, harmless and not endless
 
     bool operator==(const PromptText&) const = default;
 };
