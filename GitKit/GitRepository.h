@@ -19,6 +19,7 @@
 #include "GitKit/records/Stash.h"
 #include "GitKit/runner/GitRunner.h"
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -226,8 +227,9 @@ private:
     void requireReadableHead() const;
     void countBisect(OperationInProgress::Bisect& bisect) const;
     void countSequence(OperationInProgress& operation, const std::filesystem::path& gitDirectory) const;
+    /// `slack` after the stop a file's time may still be git's doing.
     std::vector<std::string> changedSinceStop(const std::filesystem::path& gitDirectory,
-                                              const std::vector<FileChange>& files) const;
+                                              const std::vector<FileChange>& files, std::chrono::seconds slack) const;
 
     std::filesystem::path root_;
     GitRunner runner_;

@@ -2,7 +2,9 @@
 // What git stopped in the middle of: going on, going back, and taking one side of a conflict.
 //
 //   AUTO_MERGE           the tree that git left in the working tree when it stopped; what differs from it now is the
-//                        user's work. Without it (older gits, applied patches) a file's time tells.
+//                        user's work. Without it (older gits, applied patches) a file's time tells. Where
+//                        diff.autoRefreshIndex is off, git lists files that only look changed; nothing is written
+//                        all the same, since optional locks are off.
 //   update-index         --index-info instead of add for the chosen side: exactly its blob, mode or submodule commit,
 //                        and deletions too, in one command.
 //   bisect reset HEAD    where git no longer knows the branch that the bisect began on.
@@ -16,6 +18,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <fstream>
 #include <map>
 #include <set>
@@ -105,7 +108,7 @@ bool holdsMarkers(const fs::path& file)
 }
 
 /// Whether a file may have been edited since; a file of unknown age is.
-bool isNewer(const fs::path& file, const std::optional<fs::file_time_type>& time, bool hadMarkers)
+bool isEditedSince(const fs::path& file, const std::optional<fs::file_time_type>& time, bool hadMarkers)
 {
     std::error_code error;
     if (!isThere(file))
@@ -160,6 +163,9 @@ std::vector<std::string> splitPaths(std::string_view listed)
     }
     return paths;
 }
+
+/// What applies patches writes down where it stopped before it writes the files.
+constexpr std::chrono::seconds writingTime{2};
 
 /// Whether aborting throws away what is changed in the working tree only, as a hard reset does.
 bool abortsHard(Kind kind) { return kind == Kind::rebase || kind == Kind::applyPatches; }
@@ -235,19 +241,23 @@ void GitRepository::mark(const OperationInProgress::Bisect& bisect, BisectMark m
 }
 
 std::vector<std::string> GitRepository::changedSinceStop(const fs::path& gitDirectory,
-                                                         const std::vector<FileChange>& files) const
+                                                         const std::vector<FileChange>& files,
+                                                         std::chrono::seconds slack) const
 {
     if (isThere(gitDirectory / "AUTO_MERGE")) {
-        const GitOutput read = runner_.output({"diff", "--name-only", "-z", "--no-renames", "--no-ext-diff",
-                                               "--ignore-submodules=dirty", "AUTO_MERGE", "--"});
+        const GitOutput read =
+            runner_.output({"-c", "diff.autoRefreshIndex=true", "diff", "--name-only", "-z", "--no-renames",
+                            "--no-ext-diff", "--ignore-submodules=dirty", "AUTO_MERGE", "--"});
         if (read.status == 0)
             return splitPaths(read.stdoutBytes);
     }
-    const std::optional<fs::file_time_type> time = stopTime(gitDirectory);
+    std::optional<fs::file_time_type> time = stopTime(gitDirectory);
+    if (time)
+        *time += slack;
     std::vector<std::string> changed;
     for (const FileChange& file : files) {
         const bool hadMarkers = file.isConflicted && file.index == file.worktree && file.index != 'D';
-        if (!file.isUntracked() && !file.isSubmodule && isNewer(root_ / file.path, time, hadMarkers))
+        if (!file.isUntracked() && !file.isSubmodule && isEditedSince(root_ / file.path, time, hadMarkers))
             changed.push_back(file.path);
     }
     return changed;
@@ -265,7 +275,7 @@ GitRepository::AbortLoss GitRepository::abortLoss(const OperationInProgress& ope
     std::set<std::string> lost;
     for (const auto& [path, stages] : parseStages(runner_.bytes({"ls-files", "--resolve-undo", "-z"})))
         lost.insert(path);
-    std::ranges::copy(changedSinceStop(gitDirectory, files), std::inserter(lost, lost.end()));
+    std::ranges::copy(changedSinceStop(gitDirectory, files, writingTime), std::inserter(lost, lost.end()));
     for (const FileChange& file : files) {
         const bool isOnlyInWorkingTree = !file.isConflicted && !file.isUntracked() && file.index == '.';
         if (isOnlyInWorkingTree && abortsHard(operation.kind) && !file.isSubmodule)
@@ -282,7 +292,7 @@ void GitRepository::takeSide(const std::vector<std::string>& paths, ConflictSide
 {
     const std::map<std::string, Stages> conflicts = parseStages(runner_.bytes({"ls-files", "--unmerged", "-z"}));
     const std::vector<FileChange> files = status().files;
-    const std::vector<std::string> edited = changedSinceStop(gitDirectory, files);
+    const std::vector<std::string> edited = changedSinceStop(gitDirectory, files, {});
     const std::set<std::string> changed(edited.begin(), edited.end());
     const std::size_t wanted = side == ConflictSide::ours ? 2 : 3;
     std::vector<std::string> written;
@@ -308,6 +318,8 @@ void GitRepository::takeSide(const std::vector<std::string>& paths, ConflictSide
         return;
     runOnPaths(runner_, {"checkout", side == ConflictSide::ours ? "--ours" : "--theirs"}, written);
     runner_.accepted({"update-index", "-z", "--index-info"}, {.input = std::move(entries), .environment = {}});
+    // Without the files' times in the index git takes them for changed ones, and refuses to abort.
+    runner_.accepted({"update-index", "-q", "--refresh"}, {.accepting = {0, 1}, .environment = {}});
 }
 
 } // namespace gitkit

@@ -10,6 +10,7 @@
 #include "app/store/HistoryRow.h"
 #include "app/store/InspectedFile.h"
 #include "app/store/NavigationTrail.h"
+#include "app/store/RepositoryState.h"
 #include "app/store/SheetKind.h"
 #include "app/store/SidebarItem.h"
 #include "app/store/SignIns.h"
@@ -58,6 +59,9 @@ public:
     QProperty<std::vector<gitkit::GitRef>> tags;
     QProperty<std::vector<std::string>> remotes;
     QProperty<std::vector<gitkit::Stash>> stashes;
+
+    /// What git stopped in the middle of; read together with the status.
+    QProperty<std::optional<gitkit::OperationInProgress>> inProgress;
 
     // What the user looks at.
     QProperty<SidebarItem> selection{SidebarItem::workingCopy()};
@@ -175,6 +179,21 @@ public:
     void merge(const gitkit::GitRef& ref);
     void cherryPick(const std::string& hash);
     void revert(const std::string& hash);
+
+    // Where `inProgress` tells of something. Nothing happens otherwise.
+
+    std::ptrdiff_t conflictCount() const;
+    /// Whether git would take a step now: there are no conflicts left.
+    bool canContinueOperation() const;
+    /// Goes on. A message that the user typed is recorded first when there is something to record; otherwise git takes
+    /// the one that it prepared.
+    void continueOperation();
+    void skipOperation();
+    /// Asks first when work would be lost.
+    void abortOperation();
+    void bisect(gitkit::GitRepository::BisectMark mark);
+    void resetBisect();
+
     void stashSave(const QString& message, gitkit::GitRepository::UntrackedFiles untracked);
     void stashApply(const gitkit::Stash& stash, gitkit::GitRepository::StashUse use);
     void confirmDrop(const gitkit::Stash& stash);
@@ -203,6 +222,10 @@ public:
     void toggleStage(const gitkit::FileChange& file);
     void toggleStageOfSelection();
 
+    /// Resolves the conflicted ones of these files with one side, whole. Nothing that was edited is lost: it goes to the
+    /// Trash.
+    void takeSide(const Files& files, gitkit::GitRepository::ConflictSide side);
+
     static QString discardTitle(const Files& files);
     void confirmDiscard(const Files& files);
     enum class DiscardedPart { hunk, lines };
@@ -221,6 +244,8 @@ public:
     void amendChanged();
     /// Splits a message into subject and body.
     void fillCommitFields(const QString& message);
+    /// Whether the commit box holds just what git has prepared, which is git's to keep.
+    bool holdsPreparedMessage() const { return prepared_ && boxText() == *prepared_; }
 
     /// Has a message written for what is staged, and fills the commit box with it; whether it did. Why not is told in
     /// `errorMessage`. Does nothing while one is being written, or without anything staged.
@@ -294,6 +319,13 @@ private:
     void fillWithWritten(const QString& message);
     void updateMessageUndo();
 
+    void applyOperation(const RepositoryState& read);
+    void showPrepared(const QString& message);
+    void emptyCommitBox();
+    QCoro::Task<> abortingAfterCheck(gitkit::OperationInProgress now);
+    void endOperation(const gitkit::OperationInProgress& now, gitkit::GitRepository::OperationStep step);
+    void confirmForget(const gitkit::OperationInProgress& now, const QString& problem);
+
     QCoro::Task<> refreshLoop(RefreshScope scope);
     QCoro::Task<> performRefresh(RefreshScope scope);
     QCoro::Task<> readStatus();
@@ -362,6 +394,9 @@ private:
         bool operator==(const BoxText&) const = default;
     };
     BoxText boxText() const { return {commitSubject.value(), commitBody.value()}; }
+    std::optional<std::filesystem::path> gitDirectory_; ///< this working tree's own
+    std::string preparedBytes_;                         ///< the message git has prepared, comments and all
+    std::optional<BoxText> prepared_;                   ///< what the commit box was filled with from it
     struct WrittenMessage {
         BoxText before;
         BoxText after;

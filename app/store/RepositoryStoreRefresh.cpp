@@ -50,9 +50,12 @@ QCoro::Task<> RepositoryStore::readStatus()
 {
     const qint64 writesBefore = finishedWrites_;
     try {
-        gitkit::RepoStatus read = co_await run(&gitkit::GitRepository::status);
-        statusProblem_.clear();
-        applyStatus(std::move(read));
+        RepositoryState read = co_await runFunction(
+            readRepositoryState, RepositoryStateRequest{gitDirectory_, inProgress.value(), preparedBytes_});
+        statusProblem_ = withoutSecrets(QString::fromStdString(read.problem));
+        if (read.status)
+            applyStatus(std::move(*read.status));
+        applyOperation(read);
     } catch (const std::exception& failure) {
         statusProblem_ = withoutSecrets(QString::fromUtf8(failure.what()));
     }

@@ -289,12 +289,7 @@ void RepositoryStore::commit()
     action.operation = [message = commitMessage(), amends](const GitRepository& repo) {
         repo.commit(message, amends ? GitRepository::CommitMode::amend : GitRepository::CommitMode::create);
     };
-    action.succeeded = [this] {
-        amended_.reset();
-        commitSubject = QString();
-        commitBody = QString();
-        amend = false;
-    };
+    action.succeeded = [this] { emptyCommitBox(); };
     perform(std::move(action));
 }
 

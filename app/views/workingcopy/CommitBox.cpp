@@ -209,6 +209,8 @@ void CommitBox::commit()
 void CommitBox::keepDraft()
 {
     draftDelay_.stop();
+    if (store_.holdsPreparedMessage())
+        return; // git keeps it, and it goes when what it is for is over
     const commitDrafts::Draft draft{store_.commitSubject.value(), store_.commitBody.value()};
     commitDrafts::keep(store_.root(), draft);
 }

@@ -1,0 +1,434 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/store/ManualWorker.h"
+#include "tests/support/TestRepository.h"
+
+#include "app/store/RepositoryStore.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+
+namespace plovik {
+namespace {
+
+using gitkit::GitRepository;
+using gitkit::OperationInProgress;
+using Kind = OperationInProgress::Kind;
+using Side = GitRepository::ConflictSide;
+using Mark = GitRepository::BisectMark;
+using Arguments = std::vector<std::string>;
+
+struct StoreOperation : testing::Test {
+    TestRepository repo;
+    TemporaryFolder trash;
+    ManualWorker worker;
+    RepositoryStore store{repo.path(), worker, services()};
+
+    StoreServices services()
+    {
+        StoreServices made;
+        made.trash = [this](const auto& file) { std::filesystem::rename(file, trash.path() / file.filename()); };
+        return made;
+    }
+
+    /// main and topic (t1, t2, t3) change the same line of f.
+    void branches()
+    {
+        repo.write("f", "base\n").write("other", "1\n").commit("base").git({"checkout", "-q", "-b", "topic"});
+        for (const char* step : {"t1", "t2", "t3"})
+            repo.write("f", std::string(step) + "\n").commit(step);
+        repo.git({"checkout", "-q", "main"}).write("f", "main\n").commit("on main");
+    }
+
+    /// Runs git as another client would; it may stop at a conflict.
+    void attempt(const Arguments& arguments) const
+    {
+        int status = 0;
+        runPlainGit(repo.path(), arguments, status, {}, {"GIT_EDITOR=true", "GIT_SEQUENCE_EDITOR=true"});
+    }
+
+    void load()
+    {
+        store.refresh(RefreshScope::full);
+        worker.finishAll();
+    }
+    void begin(const Arguments& arguments)
+    {
+        attempt(arguments);
+        load();
+    }
+    template <typename... Parameters>
+    void act(void (RepositoryStore::*verb)(Parameters...), std::type_identity_t<Parameters>... arguments)
+    {
+        store.errorMessage = std::nullopt;
+        (store.*verb)(arguments...);
+        worker.finishAll();
+    }
+    bool confirm()
+    {
+        if (!store.confirmation.value())
+            return false;
+        const Confirmation question = *store.confirmation.value();
+        store.confirmation = std::nullopt;
+        question.action();
+        worker.finishAll();
+        return true;
+    }
+    /// Aborts; whether it asked, in which words.
+    std::string abort()
+    {
+        act(&RepositoryStore::abortOperation);
+        const std::string asked = store.confirmation.value() ? store.confirmation.value()->message.toStdString() : "";
+        confirm();
+        EXPECT_FALSE(store.inProgress.value()) << error();
+        return asked;
+    }
+    bool isIn(Kind kind) const { return store.inProgress.value() && store.inProgress.value()->kind == kind; }
+    std::string error() const { return store.errorMessage.value().value_or(QString()).toStdString(); }
+    std::string box() const { return (store.commitSubject.value() + u'|' + store.commitBody.value()).toStdString(); }
+    std::string subjects(const std::string& range) const { return repo.read({"log", "--format=%s", range}); }
+    void takeAll(Side side) { act(&RepositoryStore::takeSide, store.status.value().files, side); }
+};
+
+struct Case {
+    const char* name;
+    Kind kind;
+    Arguments command;
+    const char* branch = "main"; ///< checked out before
+    std::optional<gitkit::OperationProgress> progress = {};
+    const char* subject = ""; ///< where git stopped
+    const char* finished = "";
+};
+
+class EveryOperation : public StoreOperation, public testing::WithParamInterface<Case> {
+protected:
+    void start()
+    {
+        branches();
+        repo.git({"format-patch", "-q", "-o", (trash / "patches").string(), "main..topic"});
+        repo.git({"checkout", "-q", GetParam().branch});
+        Arguments command = GetParam().command;
+        for (std::string& argument : command) {
+            if (argument == "PATCHES")
+                argument = (trash / "patches/0001-t1.patch").string();
+        }
+        before = repo.head();
+        begin(command);
+        ASSERT_TRUE(isIn(GetParam().kind));
+    }
+    std::string before;
+};
+
+TEST_P(EveryOperation, isRecognisedAndAborted)
+{
+    start();
+    const OperationInProgress& now = *store.inProgress.value();
+    EXPECT_EQ(now.progress, GetParam().progress);
+    EXPECT_EQ(now.stop ? now.stop->subject : "", GetParam().subject);
+    EXPECT_FALSE(now.isIncomplete);
+    EXPECT_EQ(store.conflictCount(), 1);
+    EXPECT_FALSE(store.canContinueOperation());
+    EXPECT_EQ(abort(), "") << "nothing was resolved yet";
+    EXPECT_EQ(error(), "");
+    EXPECT_FALSE(store.inProgress.value());
+    EXPECT_EQ(repo.head(), before);
+    EXPECT_EQ(store.headDescription().toStdString(), GetParam().branch);
+    EXPECT_EQ(box(), "|");
+}
+
+TEST_P(EveryOperation, isFinishedAndSkipped)
+{
+    start();
+    for (int step = 0; step < 4 && store.inProgress.value(); ++step) {
+        takeAll(Side::theirs);
+        ASSERT_EQ(store.conflictCount(), 0);
+        ASSERT_TRUE(store.canContinueOperation());
+        act(&RepositoryStore::continueOperation);
+    }
+    EXPECT_FALSE(store.inProgress.value()) << error();
+    EXPECT_EQ(subjects(before + "..HEAD"), GetParam().finished);
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%an"}), "Ada");
+    EXPECT_EQ(box(), "|");
+
+    if (GetParam().kind == Kind::merge || GetParam().kind == Kind::applyPatches)
+        return;
+    repo.git({"reset", "-q", "--hard", before});
+    begin(GetParam().command);
+    for (int step = 0; step < 4 && store.inProgress.value(); ++step)
+        act(&RepositoryStore::skipOperation);
+    EXPECT_FALSE(store.inProgress.value()) << error();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StoreOperation, EveryOperation,
+    testing::Values(
+        Case{"merge", Kind::merge, {"merge", "topic"}, "main", {}, "", "Merge branch 'topic'\nt3\nt2\nt1"},
+        Case{"rebase", Kind::rebase, {"rebase", "main"}, "topic", {{1, 3}}, "t1", "t3\nt2\nt1\non main"},
+        Case{"interactive", Kind::rebase, {"rebase", "-i", "main"}, "topic", {{1, 3}}, "t1", "t3\nt2\nt1\non main"},
+        Case{"applied", Kind::rebase, {"rebase", "--apply", "main"}, "topic", {{1, 3}}, "t1", "t3\nt2\nt1\non main"},
+        Case{"patches", Kind::applyPatches, {"am", "-3", "PATCHES"}, "main", {{1, 1}}, "t1", "t1"},
+        Case{"onePick", Kind::cherryPick, {"cherry-pick", "topic~1"}, "main", {}, "t2", "t2"},
+        Case{"picks", Kind::cherryPick, {"cherry-pick", "topic~3..topic"}, "main", {{1, 3}}, "t1", "t3\nt2\nt1"},
+        Case{"oneRevert", Kind::revert, {"revert", "--no-edit", "topic~1"}, "topic", {}, "t2", "Revert \"t2\""},
+        Case{"reverts",
+             Kind::revert,
+             {"revert", "--no-edit", "topic~1", "topic~2"},
+             "topic",
+             {{1, 2}},
+             "t2",
+             "Revert \"t1\"\nRevert \"t2\""}),
+    [](const auto& each) { return each.param.name; });
+
+TEST_F(StoreOperation, bisectFindsTheFirstBadCommit)
+{
+    branches();
+    repo.git({"checkout", "-q", "topic"});
+    begin({"bisect", "start", "--term-old=fine", "--term-new=broken"});
+    ASSERT_TRUE(isIn(Kind::bisect));
+    EXPECT_FALSE(store.inProgress.value()->bisect->isBadKnown);
+    act(&RepositoryStore::bisect, Mark::bad);
+    EXPECT_TRUE(store.inProgress.value()->bisect->isBadKnown && !store.inProgress.value()->bisect->isGoodKnown);
+    repo.git({"checkout", "-q", "topic~3"});
+    act(&RepositoryStore::bisect, Mark::good);
+    EXPECT_EQ(store.inProgress.value()->bisect->stepsLeft, 1);
+    EXPECT_EQ(store.inProgress.value()->bisect->bad, "broken");
+    act(&RepositoryStore::bisect, Mark::bad);
+    act(&RepositoryStore::bisect, Mark::good);
+    ASSERT_TRUE(store.inProgress.value()->bisect->found);
+    EXPECT_EQ(store.inProgress.value()->bisect->found->hash, repo.read({"rev-parse", "topic~1"}));
+    EXPECT_EQ(store.inProgress.value()->bisect->found->subject, "t2");
+    act(&RepositoryStore::resetBisect);
+    EXPECT_EQ(error(), "");
+    EXPECT_FALSE(store.inProgress.value());
+    EXPECT_EQ(store.headDescription(), QStringLiteral("topic"));
+
+    // The branch that it began on may be gone by the end.
+    begin({"bisect", "start", "HEAD", "HEAD~2"});
+    EXPECT_EQ(store.inProgress.value()->bisect->stepsLeft, 0);
+    repo.git({"update-ref", "-d", "refs/heads/topic"});
+    EXPECT_NE(abort(), "");
+    EXPECT_FALSE(store.inProgress.value());
+}
+
+TEST_F(StoreOperation, whatIsHalfWrittenShowsAndEnds)
+{
+    struct Half {
+        std::string file, bytes;
+        Kind kind;
+    };
+    branches();
+    const std::string hash = repo.head();
+    const std::vector<Half> halves{
+        {"rebase-merge/msgnum", "99999999999999999999", Kind::rebase},
+        {"rebase-merge/done", std::string(3'000'000, '\0'), Kind::rebase},
+        {"rebase-apply/next", "one\n", Kind::applyPatches},
+        {"sequencer/todo", "frobnicate \n\xff\n", Kind::cherryPick},
+        {"sequencer/later-file", "", Kind::cherryPick},
+        {"MERGE_HEAD", "", Kind::merge},
+        {"MERGE_HEAD", "not a hash\n" + hash + "\n", Kind::merge},
+        {"BISECT_LOG", "git bisect start\n# bad: [", Kind::bisect},
+    };
+    for (const Half& half : halves) {
+        SCOPED_TRACE(half.file);
+        repo.write(".git/" + half.file, half.bytes);
+        load();
+        ASSERT_TRUE(isIn(half.kind));
+        EXPECT_TRUE(store.inProgress.value()->isIncomplete);
+        EXPECT_EQ(store.readProblem.value(), QString());
+        EXPECT_FALSE(store.inProgress.value()->progress && store.inProgress.value()->progress->step > 0);
+        abort();
+        EXPECT_FALSE(store.inProgress.value()) << error();
+        EXPECT_EQ(repo.head(), hash);
+        EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
+    }
+}
+
+TEST_F(StoreOperation, aMergeThatChangesNothingIsFinished)
+{
+    branches();
+    begin({"merge", "topic"});
+    EXPECT_EQ(box(), "Merge branch 'topic'|");
+    EXPECT_TRUE(store.holdsPreparedMessage());
+    takeAll(Side::ours);
+    EXPECT_TRUE(store.status.value().files.empty());
+    EXPECT_FALSE(store.canCommit());
+    act(&RepositoryStore::continueOperation);
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"rev-list", "--count", "--merges", "--max-count=1", "HEAD^1..HEAD"}), "1");
+    EXPECT_EQ(box(), "|");
+
+    // With a message of one's own, too, which is recorded as it is.
+    repo.git({"reset", "-q", "--hard", "HEAD^1"});
+    begin({"merge", "topic"});
+    store.commitSubject = QStringLiteral("#1 mine");
+    takeAll(Side::ours);
+    act(&RepositoryStore::continueOperation);
+    EXPECT_EQ(repo.read({"log", "-1", "--merges", "--format=%s"}), "#1 mine");
+    EXPECT_EQ(box(), "|");
+}
+
+TEST_F(StoreOperation, preparedMessagesComeAndGoAndNeverOverwrite)
+{
+    branches();
+    repo.git({"checkout", "-q", "topic"});
+    begin({"rebase", "main"});
+    EXPECT_EQ(box(), "t1|");
+    takeAll(Side::theirs);
+    store.commitSubject = QStringLiteral("t1, reworded");
+    act(&RepositoryStore::continueOperation); // t2 and t3 follow without a conflict
+    EXPECT_EQ(subjects("main..topic"), "t3\nt2\nt1, reworded");
+    EXPECT_EQ(box(), "|");
+
+    store.commitSubject = QStringLiteral("typed");
+    begin({"revert", "--no-edit", "HEAD~1"});
+    EXPECT_EQ(box(), "typed|");
+    abort();
+    EXPECT_EQ(box(), "typed|");
+    store.commitSubject = QString();
+    repo.git({"config", "core.commentChar", ";"});
+    begin({"revert", "--no-edit", "HEAD~1"});
+    EXPECT_EQ(box().find("Conflicts"), std::string::npos) << box();
+    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("Revert \"t2\""));
+    abort();
+    EXPECT_EQ(box(), "|");
+    begin({"merge", "--squash", "main~1"});
+    EXPECT_FALSE(store.inProgress.value());
+}
+
+TEST_F(StoreOperation, anEmptyStepIsTheUsersToSkip)
+{
+    branches();
+    begin({"cherry-pick", "topic"});
+    takeAll(Side::ours);
+    act(&RepositoryStore::continueOperation);
+    EXPECT_NE(error().find("empty"), std::string::npos) << error();
+    ASSERT_TRUE(isIn(Kind::cherryPick));
+    act(&RepositoryStore::skipOperation);
+    EXPECT_EQ(error(), "");
+    EXPECT_FALSE(store.inProgress.value());
+}
+
+TEST_F(StoreOperation, abortingAsksForWhatWouldBeLost)
+{
+    branches();
+    const std::string start = repo.head();
+    begin({"merge", "topic"});
+    repo.write("other", "edited before\n").write("untracked", "mine\n");
+    EXPECT_EQ(abort(), "") << "git leaves that alone";
+    EXPECT_EQ(readFile(repo / "other") + readFile(repo / "untracked"), "edited before\nmine\n");
+    repo.git({"checkout", "-q", "--", "other"});
+
+    begin({"merge", "topic"});
+    repo.write("f", "by hand\n");
+    EXPECT_NE(abort().find("“f”"), std::string::npos) << "edited";
+    begin({"merge", "topic"});
+    takeAll(Side::theirs);
+    EXPECT_NE(abort().find("“f”"), std::string::npos) << "resolved";
+    begin({"merge", "topic"});
+    repo.write("added", "1").git({"add", "added"});
+    EXPECT_NE(abort().find("“added”"), std::string::npos) << "staged besides";
+
+    repo.git({"checkout", "-q", "topic"});
+    begin({"rebase", "main"});
+    repo.write("other", "edited during the rebase\n");
+    EXPECT_NE(abort().find("“other”"), std::string::npos);
+    begin({"rebase", "-x", "false", "main~1"}); // stops after the first commit
+    EXPECT_NE(abort().find("was already done"), std::string::npos);
+    EXPECT_EQ(readFile(repo / "untracked"), "mine\n");
+    EXPECT_EQ(repo.read({"rev-parse", "main"}), start);
+
+    // Without the tree that newer gits keep, the file's time tells.
+    begin({"rebase", "--apply", "main"});
+    EXPECT_EQ(abort(), "");
+    begin({"rebase", "--apply", "main"});
+    repo.write("f", "<<<<<<< x\n");
+    std::filesystem::last_write_time(repo / "f", std::filesystem::file_time_type::clock::now() + std::chrono::hours(1));
+    EXPECT_NE(abort().find("“f”"), std::string::npos);
+}
+
+TEST_F(StoreOperation, takingASideLosesNothing)
+{
+    const std::string binary("\0\1\2", 3);
+    repo.write("text", "base\n").write("*", "base\n").write("oursGone", "base\n").write("theirsGone", "base\n");
+    repo.write("moved", "1\n2\n3\n4\n").write("bin", binary).commit("base").git({"checkout", "-q", "-b", "topic"});
+    repo.write("text", "theirs\n").write("*", "theirs\n").write("oursGone", "theirs\n").remove("theirsGone");
+    repo.write("bin", binary + "t").write("both", "theirs\n").git({"mv", "moved", "theirName"}).commit("theirs");
+    repo.git({"checkout", "-q", "main"}).write("text", "ours\n").write("*", "ours\n").remove("oursGone");
+    repo.write("theirsGone", "ours\n").write("bin", binary + "o").write("both", "ours\n");
+    std::filesystem::create_symlink("text", repo / "link");
+    repo.git({"mv", "moved", "ourName"}).commit("ours");
+    begin({"merge", "topic"});
+    ASSERT_EQ(store.conflictCount(), 9);
+    repo.write("text", "by hand\n");
+
+    takeAll(Side::theirs);
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-status", "--no-renames", "topic"}), "A\tlink");
+    EXPECT_EQ(repo.read({"status", "--porcelain"}).find("??"), std::string::npos);
+    EXPECT_EQ(readFile(repo / "text") + readFile(repo / "*"), "theirs\ntheirs\n");
+    EXPECT_EQ(readFile(trash / "text"), "by hand\n");
+    EXPECT_EQ(readFile(trash / "theirsGone"), "ours\n");
+    EXPECT_FALSE(std::filesystem::exists(repo / "theirsGone"));
+    EXPECT_FALSE(std::filesystem::exists(trash / "*")) << "nobody had edited it";
+
+    abort();
+    begin({"merge", "topic"});
+    takeAll(Side::ours);
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
+}
+
+TEST_F(StoreOperation, submodulesAndWorktreesAreTold)
+{
+    branches();
+    const std::string ours = repo.read({"rev-parse", "main"});
+    const std::string theirs = repo.read({"rev-parse", "topic"});
+    const auto link = [&](const std::string& commit) {
+        repo.git({"update-index", "--add", "--cacheinfo", "160000," + commit + ",sub"});
+        repo.git({"commit", "-q", "-m", "link"});
+    };
+    repo.git({"checkout", "-q", "-b", "a"});
+    link(ours);
+    repo.git({"checkout", "-q", "-f", "-b", "b", "main"});
+    link(theirs);
+    begin({"merge", "a"});
+    ASSERT_EQ(store.conflictCount(), 1);
+    takeAll(Side::theirs);
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"rev-parse", ":sub"}), ours);
+    repo.git({"merge", "--abort"}).git({"checkout", "-q", "-f", "main"});
+
+    TemporaryFolder beside;
+    repo.git({"worktree", "add", "-q", (beside / "tree").string(), "topic"});
+    int status = 0;
+    runPlainGit(beside / "tree", {"rebase", "main"}, status);
+    RepositoryStore other(beside / "tree", worker);
+    other.refresh(RefreshScope::full);
+    load();
+    EXPECT_FALSE(store.inProgress.value()) << "the other one's";
+    ASSERT_TRUE(other.inProgress.value());
+    EXPECT_EQ(other.inProgress.value()->branch, "topic");
+    EXPECT_EQ(other.inProgress.value()->others, std::vector{repo.read({"rev-parse", "main"})});
+    other.abortOperation();
+    worker.finishAll();
+    EXPECT_FALSE(other.inProgress.value());
+}
+
+TEST_F(StoreOperation, aSquashThatStoppedStaysAPartOfTheCommitBefore)
+{
+    branches();
+    repo.git({"checkout", "-q", "topic"}).write("f", "more\n").commit("squash! t1");
+    begin({"rebase", "-i", "--autosquash", "main"});
+    for (int step = 0; step < 5 && store.inProgress.value(); ++step) {
+        takeAll(Side::theirs);
+        if (store.inProgress.value()->meldsInto)
+            store.commitSubject = QStringLiteral("t1 and more");
+        act(&RepositoryStore::continueOperation);
+    }
+    EXPECT_FALSE(store.inProgress.value()) << error();
+    EXPECT_EQ(subjects("main..topic"), "t3\nt2\nt1 and more");
+}
+
+} // namespace
+} // namespace plovik
