@@ -73,7 +73,7 @@ int CommitFilesModel::rowCount(const QModelIndex& parent) const
 
 QString CommitFilesModel::description(const QModelIndex& index) const
 {
-    const QString status = statusDescription(shownStatus(file(index)));
+    QString status = statusDescription(shownStatus(file(index)));
     const gitkit::ChangeCounts* const known = counts(index);
     if (!known)
         return status;

@@ -152,7 +152,7 @@ QCoro::Task<> DiffExtras::readAll(QPointer<DiffExtras> extras)
         try {
             extra = co_await extras->store_.runFunction(&DiffExtras::read, key);
         } catch (const std::exception&) {
-            // What can be said without the files is said then.
+            extra = {}; // what can be said without the files is said then
         }
         if (!extras)
             co_return; // the view closed meanwhile
