@@ -24,6 +24,9 @@ inline constexpr Setting<double> historyDetailHeight{"historyDetailHeight", 330}
 inline constexpr Setting<double> stashesDetailHeight{"stashesDetailHeight", 340};
 inline constexpr Setting<double> workingCopyListWidth{"workingCopyListWidth", 380};
 inline constexpr Setting<double> inspectorWidth{"inspectorWidth", 420};
+inline constexpr Setting<double> commandLogHeight{"commandLogHeight", 250};
+inline constexpr Setting<double> commandLogListWidth{"commandLogListWidth", 520};
+inline constexpr Setting<bool> commandLogHidesReads{"commandLogHidesReads", false};
 inline constexpr Setting<bool> sidebarBranchesExpanded{"sidebarBranchesExpanded", true};
 inline constexpr Setting<bool> sidebarRemotesExpanded{"sidebarRemotesExpanded", true};
 inline constexpr Setting<bool> sidebarTagsExpanded{"sidebarTagsExpanded", false};

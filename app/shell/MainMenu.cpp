@@ -112,6 +112,7 @@ private:
 };
 
 bool isIdle(const RepositoryStore& store) { return !store.activity.value(); }
+bool canCancel(const RepositoryStore& store) { return !isIdle(store) && !store.isCancelling.value(); }
 bool canStash(const RepositoryStore& store) { return isIdle(store) && !store.status.value().files.empty(); }
 
 void select(RepositoryStore& store, SidebarItem item)
@@ -163,6 +164,9 @@ void buildRepositoryMenu(QMenu* menu, RepositoryStore& store)
         {add(menu, QStringLiteral("Pull"), QKeySequence(shifted | Qt::Key_P), [&store] { store.pull(); }), isIdle},
         // P is Pull's.
         {add(menu, QStringLiteral("Push"), QKeySequence(shifted | Qt::Key_U), [&store] { store.push(); }), isIdle}};
+    commands.push_back({add(menu, QStringLiteral("Cancel Action"), QKeySequence(Qt::CTRL | Qt::Key_Period),
+                            [&store] { store.cancelActivity(); }),
+                        canCancel});
     menu->addSeparator();
     commands.push_back({add(menu, QStringLiteral("New Branch…"), QKeySequence(shifted | Qt::Key_B),
                             [&store] { store.sheet = NewBranchSheet{}; }),
@@ -170,7 +174,7 @@ void buildRepositoryMenu(QMenu* menu, RepositoryStore& store)
     commands.push_back({add(menu, QStringLiteral("Stash Changes…"), QKeySequence(shifted | Qt::Key_S),
                             [&store] { store.sheet = StashSheet{}; }),
                         canStash});
-    new CommandStates(store, std::move(commands), menu, store.activity, store.status);
+    new CommandStates(store, std::move(commands), menu, store.activity, store.isCancelling, store.status);
     addMessageCommands(menu, store);
 }
 
@@ -213,6 +217,22 @@ void addForSight(QMenu* menu, QWidget* window, const QString& title, const QKeyS
     QObject::connect(menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
 }
 
+/// Opens and closes the panel, and is checked while it is open.
+class CommandLogSwitch : public QObject {
+public:
+    CommandLogSwitch(QAction& action, RepositoryStore& store) : QObject(&action)
+    {
+        action.setCheckable(true);
+        action.setChecked(store.showsCommandLog.value());
+        connect(&action, &QAction::toggled, this, [&store](bool shows) { store.showsCommandLog = shows; });
+        notifier_ = store.showsCommandLog.addNotifier(
+            [&action, &store] { action.setChecked(store.showsCommandLog.value()); });
+    }
+
+private:
+    QPropertyNotifier notifier_;
+};
+
 void buildViewMenu(QMenu* menu, QWidget* window, RepositoryStore& store)
 {
     std::vector<CommandStates::Command> commands{
@@ -231,6 +251,10 @@ void buildViewMenu(QMenu* menu, QWidget* window, RepositoryStore& store)
     addForSight(menu, window, QStringLiteral("Next Change"), QKeySequence(Qt::Key_F7), "nextChange()");
     addForSight(menu, window, QStringLiteral("Previous Change"), QKeySequence(Qt::SHIFT | Qt::Key_F7),
                 "previousChange()");
+    menu->addSeparator();
+    QAction* const log =
+        add(menu, QStringLiteral("Command Log"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_L), [] {});
+    new CommandLogSwitch(*log, store);
     new NavigationButtons(store, *window);
 }
 

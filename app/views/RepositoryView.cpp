@@ -7,6 +7,7 @@
 #include "app/views/commit/CommitDetailView.h"
 #include "app/views/history/HistoryView.h"
 #include "app/views/inspector/InspectorView.h"
+#include "app/views/log/CommandLogPanel.h"
 #include "app/views/sheets/StoreDialogs.h"
 #include "app/views/sidebar/SidebarView.h"
 #include "app/views/stashes/StashesView.h"
@@ -30,6 +31,8 @@ constexpr double sidebarMinWidth = 160;
 constexpr double detailMinWidth = 320;
 constexpr double inspectorMinWidth = 300;
 constexpr double besideInspectorMinWidth = 300;
+constexpr double logMinHeight = 130;
+constexpr double aboveLogMinHeight = 220;
 
 } // namespace
 
@@ -37,20 +40,23 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), toolbar_(new Toolbar(store, this)),
       problem_(new MessageBar(u"Problem"_s, MessageBar::Dismissal::never, this)),
       notice_(new MessageBar(u"Notice"_s, MessageBar::Dismissal::byUser, this)), sidebar_(new SidebarView(store)),
-      detail_(new QStackedWidget), inspectorPlace_(new QWidget),
+      detail_(new QStackedWidget), inspectorPlace_(new QWidget), logPlace_(new QWidget),
       detailSplit_(new SplitPane(settings::inspectorWidth, Qt::Horizontal, SplitPane::Sized::second, inspectorMinWidth,
                                  besideInspectorMinWidth, detail_, inspectorPlace_))
 {
     detailSplit_->setSizedVisible(false);
     auto* split = new SplitPane(sidebarWidth, Qt::Horizontal, SplitPane::Sized::first, sidebarMinWidth, detailMinWidth,
                                 sidebar_, detailSplit_, this);
+    windowSplit_ = new SplitPane(settings::commandLogHeight, Qt::Vertical, SplitPane::Sized::second, logMinHeight,
+                                 aboveLogMinHeight, split, logPlace_, this);
+    windowSplit_->setSizedVisible(false);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(toolbar_);
     column->addWidget(problem_);
     column->addWidget(notice_);
-    column->addWidget(split, 1);
+    column->addWidget(windowSplit_, 1);
     setFocusProxy(sidebar_);
 
     connectToolbar();
@@ -61,9 +67,11 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store.notice.addNotifier([this] { showNotice(store_.notice.value()); }));
     notifiers_.push_back(store.selection.addNotifier([this] { showSelection(); }));
     notifiers_.push_back(store.inspected.addNotifier([this] { showInspector(); }));
+    notifiers_.push_back(store.showsCommandLog.addNotifier([this] { showCommandLog(); }));
     showProblem();
     showSelection();
     showInspector();
+    showCommandLog();
 }
 
 void RepositoryView::connectToolbar()
@@ -143,6 +151,33 @@ void RepositoryView::hideInspector()
     else if (givesFocus && detail_->currentWidget())
         detail_->currentWidget()->setFocus(Qt::OtherFocusReason);
     detailSplit_->setSizedVisible(false);
+}
+
+void RepositoryView::showCommandLog()
+{
+    const bool shows = store_.showsCommandLog.value();
+    if (shows == !logPlace_->isHidden())
+        return;
+    QWidget* const focus = QApplication::focusWidget();
+    if (shows) {
+        if (!log_) {
+            log_ = new CommandLogPanel(store_);
+            auto* const layout = new QVBoxLayout(logPlace_);
+            layout->setContentsMargins(0, 0, 0, 0);
+            layout->addWidget(log_);
+        }
+        focusBeforeLog_ = focus;
+        windowSplit_->setSizedVisible(true);
+        log_->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    // First the focus, then the view, as with the inspector.
+    if (!focus || log_->isAncestorOf(focus)) {
+        const bool canReturn = focusBeforeLog_ && focusBeforeLog_->isVisible();
+        if (QWidget* const next = canReturn ? focusBeforeLog_.data() : detail_->currentWidget())
+            next->setFocus(Qt::OtherFocusReason);
+    }
+    windowSplit_->setSizedVisible(false);
 }
 
 QWidget* RepositoryView::detailFor(const SidebarItem& item)

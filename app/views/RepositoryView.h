@@ -14,6 +14,7 @@ class QStackedWidget;
 
 namespace plovik {
 
+class CommandLogPanel;
 class HistoryView;
 class InspectorView;
 class MessageBar;
@@ -46,6 +47,7 @@ private:
     void showSelection();
     void showInspector();
     void hideInspector();
+    void showCommandLog();
     void nameEditor();
     QWidget* detailFor(const SidebarItem& item);
 
@@ -56,7 +58,11 @@ private:
     SidebarView* sidebar_;
     QStackedWidget* detail_;
     QWidget* inspectorPlace_; ///< holds the inspector, and is hidden without one
+    QWidget* logPlace_;       ///< holds the command log, and is hidden without it
     SplitPane* detailSplit_;
+    SplitPane* windowSplit_;
+    CommandLogPanel* log_ = nullptr;         ///< likewise
+    QPointer<QWidget> focusBeforeLog_;
     InspectorView* inspector_ = nullptr;     ///< made when it is first shown
     QPointer<QWidget> focusBeforeInspector_; ///< where the keyboard goes when the inspector closes
     // Made when they are first shown: a window paints sooner with one view than with three.

@@ -2,8 +2,8 @@
 #include "app/views/Toolbar.h"
 
 #include "app/store/ShownText.h"
+#include "app/views/ActivityView.h"
 #include "app/views/BarButton.h"
-#include "app/views/Spinner.h"
 #include "app/views/Theme.h"
 
 #include <QEvent>
@@ -30,13 +30,11 @@ QLabel* makeLabel(QWidget* parent)
 } // namespace
 
 Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), project_(makeLabel(this)), branch_(makeLabel(this)), activity_(makeLabel(this)),
-      spinner_(new Spinner(this))
+    : QWidget(parent), store_(store), project_(makeLabel(this)), branch_(makeLabel(this))
 {
     setMinimumHeight(toolbarHeight);
     project_->setText(shownText(store.root().filename().native()));
     project_->setToolTip(shownText(store.root().native()));
-    activity_->setAccessibleName(u"Activity"_s);
     // A long branch name gives way to the buttons.
     branch_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     branch_->setMinimumWidth(24);
@@ -49,16 +47,12 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
     row->addWidget(branch_);
     row->addSpacing(groupGap - 4);
     makeButtons(*row);
-    row->addStretch(1);
-    row->addWidget(spinner_);
-    row->addWidget(activity_);
+    row->addWidget(new ActivityView(store, this), 1);
 
     notifiers_.push_back(store.status.addNotifier([this] { statusChanged(); }));
-    notifiers_.push_back(store.activity.addNotifier([this] { activityChanged(); }));
-    notifiers_.push_back(store.lookup.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.activity.addNotifier([this] { updateButtons(); }));
     applyTheme();
     statusChanged();
-    activityChanged();
 }
 
 void Toolbar::makeButtons(QHBoxLayout& row)
@@ -105,22 +99,12 @@ void Toolbar::statusChanged()
     updateButtons();
 }
 
-void Toolbar::activityChanged()
-{
-    const QString text = store_.activity.value().value_or(store_.lookup.value().value_or(QString()));
-    activity_->setText(text);
-    activity_->setAccessibleDescription(text);
-    spinner_->setVisible(!text.isEmpty());
-    updateButtons();
-}
-
 void Toolbar::applyTheme()
 {
     project_->setFont(Theme::font(0, QFont::Bold));
     QPalette quiet;
     quiet.setColor(QPalette::WindowText, Theme::current().secondaryText);
     branch_->setPalette(quiet);
-    activity_->setPalette(quiet);
 }
 
 void Toolbar::changeEvent(QEvent* event)

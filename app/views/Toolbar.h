@@ -14,7 +14,6 @@ class QLabel;
 namespace plovik {
 
 class BarButton;
-class Spinner;
 
 /// The row at the top of the repository window: what is open, what can be done with its remotes, and what is going on.
 /// Main thread.
@@ -40,14 +39,11 @@ private:
     void makeButtons(QHBoxLayout& row);
     void applyTheme();
     void statusChanged();
-    void activityChanged();
     void updateButtons();
 
     RepositoryStore& store_;
     QLabel* project_;
     QLabel* branch_;
-    QLabel* activity_;
-    Spinner* spinner_;
     std::vector<BarButton*> buttons_;
     BarButton* pull_ = nullptr;
     BarButton* push_ = nullptr;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
 #include "app/views/RepositoryView.h"
+#include "app/views/TerminalText.h"
 #include "app/views/sheets/ErrorAlert.h"
 #include "app/views/sheets/RefNameRules.h"
 #include "tests/app/SettlingWorker.h"

@@ -2,6 +2,7 @@
 #include "app/views/sheets/ErrorAlert.h"
 
 #include "app/settings/CodeFont.h"
+#include "app/views/TerminalText.h"
 #include "app/views/Theme.h"
 #include "app/views/sheets/DialogParts.h"
 
@@ -37,22 +38,24 @@ bool isOneSentence(const QString& text)
     return std::ranges::all_of(text.split(u' '), [](const QString& word) { return word.size() <= longestWord; });
 }
 
-} // namespace
-
-QString withoutTerminalCodes(const QString& text)
+/// What must not be overlooked in what git's helpers say; empty for everything else.
+QString dangerIn(const QString& message)
 {
-    static const QRegularExpression escapes(
-        u"\x1b(?:\\[[0-?]*[ -/]*[@-~]|\\][^\x07\x1b]*(?:\x07|\x1b\\\\)|[@-Z\\\\^_])"_s);
-    // A progress meter writes over its own line: only the last state of it was left to see.
-    static const QRegularExpression overwritten(u"[^\r\n]*\r(?=[^\r\n])"_s);
-    static const QRegularExpression unprintable(u"[\\x00-\\x08\\x0b-\\x1f\\x7f]"_s);
-    QString plain = text;
-    plain.replace(u"\r\n"_s, u"\n"_s).remove(escapes).remove(overwritten).remove(unprintable);
-    return plain.trimmed();
+    if (!message.contains("REMOTE HOST IDENTIFICATION HAS CHANGED"_L1))
+        return {};
+    static const QRegularExpression named(u"host key for (\\S+) has changed"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    const QString found = named.match(message).captured(1);
+    const QString host = found.isEmpty() ? u"the remote"_s : found.left(200);
+    return u"The key of %1 is not the one that is known. Somebody may be listening in. "
+           "Do not go on before the administrator of %1 has confirmed the new key."_s.arg(host);
 }
 
+} // namespace
+
 ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
-    : QDialog(parent), sentence_(dialogParts::text(this)), lines_(new QPlainTextEdit(this))
+    : QDialog(parent), danger_(dialogParts::text(this)), sentence_(dialogParts::text(this)),
+      lines_(new QPlainTextEdit(this)), showLog_(new QPushButton(u"Show in Command Log"_s, this))
 {
     const QString title = u"Git reported a problem"_s;
     dialogParts::prepare(*this, title);
@@ -69,13 +72,21 @@ ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
     auto* const ok = new QPushButton(u"OK"_s, this);
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(showLog_, &QPushButton::clicked, this, &ErrorAlert::logRequested);
+    showLog_->setAutoDefault(false);
+    showLog_->hide();
+    danger_->setAccessibleName(u"Danger"_s);
+    danger_->setFont(Theme::font(0, QFont::DemiBold));
+    danger_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    danger_->setFocusPolicy(Qt::NoFocus);
 
     auto* const column = dialogParts::column(*this);
     column->addWidget(dialogParts::heading(title, this));
+    column->addWidget(danger_);
     column->addWidget(sentence_);
     column->addWidget(lines_, 1);
     column->addSpacing(8);
-    column->addLayout(dialogParts::buttonRow({ok}));
+    column->addLayout(dialogParts::buttonRow({showLog_, ok}));
     setMessage(message);
     applyTheme();
     ok->setFocus();
@@ -83,15 +94,20 @@ ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
 
 void ErrorAlert::setMessage(const QString& message)
 {
-    const QString shown = withoutTerminalCodes(message);
+    const QString shown = boundedText(withoutTerminalCodes(message));
+    const QString danger = dangerIn(shown);
+    danger_->setText(danger);
+    danger_->setVisible(!danger.isEmpty());
     const bool isSentence = isOneSentence(shown);
     sentence_->setText(isSentence ? shown : QString());
     sentence_->setVisible(isSentence);
     lines_->setPlainText(isSentence ? QString() : shown);
     lines_->setVisible(!isSentence);
-    setAccessibleDescription(shown);
+    setAccessibleDescription(danger.isEmpty() ? shown : danger + u'\n' + shown);
     fitText();
 }
+
+void ErrorAlert::setOffersLog(bool offers) { showLog_->setVisible(offers); }
 
 QString ErrorAlert::message() const { return lines_->isHidden() ? sentence_->text() : lines_->toPlainText(); }
 
@@ -133,6 +149,7 @@ void ErrorAlert::applyTheme()
 {
     const Theme& theme = Theme::current();
     dialogParts::color(*sentence_, theme.text);
+    dialogParts::color(*danger_, theme.statusDeleted);
     QPalette palette;
     palette.setColor(QPalette::Base, theme.field);
     lines_->setPalette(palette);

@@ -3,14 +3,15 @@
 
 #include <QDialog>
 
-class QFrame;
 class QLabel;
 class QPlainTextEdit;
+class QPushButton;
 
 namespace plovik {
 
-/// Says what went wrong, in git's own words and in full: a sentence as it stands, longer texts in the code font and
-/// with scroll bars. All of it can be selected. Deletes itself when it closes. Main thread.
+/// Says what went wrong, in git's own words: a sentence as it stands, longer texts in the code font and with scroll
+/// bars, and of what nobody reads to the end the beginning and the end. All of it can be selected. A host that is not
+/// the one it was is told as the danger it is. Deletes itself when it closes. Main thread.
 class ErrorAlert : public QDialog {
     Q_OBJECT
 
@@ -20,6 +21,11 @@ public:
     void setMessage(const QString& message);
     /// The text as it is shown.
     QString message() const;
+    /// Whether there is a button that leads to the command in the log.
+    void setOffersLog(bool offers);
+
+Q_SIGNALS:
+    void logRequested();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -28,11 +34,10 @@ private:
     void applyTheme();
     void fitText();
 
+    QLabel* danger_;
     QLabel* sentence_;
     QPlainTextEdit* lines_;
+    QPushButton* showLog_;
 };
-
-/// What a terminal would have left of a text in which programs wrote colours and progress.
-QString withoutTerminalCodes(const QString& text);
 
 } // namespace plovik

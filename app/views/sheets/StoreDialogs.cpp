@@ -57,11 +57,15 @@ void StoreDialogs::showError()
         dismiss(error_);
         return;
     }
+    const std::optional<CommandLog::Number> command = store_.failedCommand.value();
     if (error_) {
         error_->setMessage(*message);
+        error_->setOffersLog(command.has_value());
         return;
     }
     error_ = new ErrorAlert(*message, parent_);
+    error_->setOffersLog(command.has_value());
+    connect(error_, &ErrorAlert::logRequested, this, &StoreDialogs::showFailedCommand);
     connect(error_, &QDialog::finished, this, [this, alert = error_.data()] {
         if (alert != error_)
             return;
@@ -69,6 +73,16 @@ void StoreDialogs::showError()
         store_.errorMessage = std::nullopt;
     });
     error_->open();
+}
+
+/// The alert goes: it would keep its window from being used.
+void StoreDialogs::showFailedCommand()
+{
+    const std::optional<CommandLog::Number> command = store_.failedCommand.value();
+    if (error_)
+        error_->accept();
+    store_.shownCommand = command;
+    store_.showsCommandLog = true;
 }
 
 void StoreDialogs::showQuestion()

@@ -29,6 +29,7 @@ public:
 
 private:
     void showError();
+    void showFailedCommand();
     void showQuestion();
     void showSheet();
     void showPrompt();

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QBasicTimer>
+#include <QLabel>
+#include <QProperty>
+#include <QWidget>
+
+#include <chrono>
+#include <functional>
+#include <vector>
+
+namespace plovik {
+
+class BarButton;
+class Spinner;
+
+/// A line of plain text that is cut with "…" where it does not fit; cut text is in the tool tip.
+class ElidedLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(QWidget* parent);
+
+    /// Wants no less room than this, whatever the text.
+    void reserve(int width);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    int reserved_ = 0;
+};
+
+/// What is going on: the running action, for how long once that is longer than a moment, how far git says it has come,
+/// and the button that ends it. Ticks only while an action runs. Main thread.
+class ActivityView : public QWidget {
+    Q_OBJECT
+
+public:
+    using Clock = std::function<std::chrono::steady_clock::time_point()>;
+
+    /// `store` outlives the view.
+    explicit ActivityView(RepositoryStore& store, QWidget* parent = nullptr,
+                          Clock clock = &std::chrono::steady_clock::now);
+
+    /// Shows for how long the action has run; called once a second while one does.
+    void showElapsed();
+
+    QSize sizeHint() const override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    void activityChanged();
+    void progressChanged();
+    void applyTheme();
+
+    RepositoryStore& store_;
+    Clock clock_;
+    Spinner* spinner_;
+    ElidedLabel* activity_;
+    QLabel* elapsed_;
+    ElidedLabel* progress_;
+    BarButton* cancel_;
+    bool isRunning_ = false;
+    std::chrono::steady_clock::time_point began_;
+    QBasicTimer timer_;
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+/// "0:07", "12:34", "1:02:03".
+QString shownDuration(std::chrono::seconds duration);
+
+} // namespace plovik
