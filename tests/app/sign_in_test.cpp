@@ -76,10 +76,12 @@ TEST(PromptTexts, AreReadAsGitAndSshWriteThem)
     EXPECT_EQ(read("(ada@example.org) Verification code: ").kind, Kind::secret);
 
     SignInPrompt prompt;
-    prompt.text = "\x1b[2J\xe2\x80\xae<b>" + std::string(100'000, 'x') + "\a\xff";
+    prompt.text = "\x1b[2J\xe2\x80\xae<b>" + std::string(100'000, 'x') + "\a\xff" + std::string(900, '\n') + "Code?";
     const PromptText hostile = promptText(prompt);
     EXPECT_TRUE(hostile.question.startsWith(u"[2J<b>xxx"_s));
+    EXPECT_TRUE(hostile.question.endsWith(u"\nCode?"_s));
     EXPECT_LT(hostile.question.size(), 1100);
+    EXPECT_LT(hostile.question.count(u'\n'), 20);
 }
 
 /// A window over a repository whose ssh is a script, which asks as ssh does.

@@ -46,6 +46,23 @@ QString title(const PromptText& text)
     return text.host.isEmpty() ? u"Git Asks"_s : u"Sign In to %1"_s.arg(text.host);
 }
 
+/// With places to break in words that no line could hold.
+QString breakable(const QString& text)
+{
+    constexpr int longestWord = 52;
+    QString result;
+    int length = 0;
+    for (const QChar character : text) {
+        length = character.isSpace() ? 0 : length + 1;
+        if (length > longestWord && !character.isLowSurrogate()) {
+            result += QChar(0x200b);
+            length = 1;
+        }
+        result += character;
+    }
+    return result;
+}
+
 /// Who asks, and for what.
 QString sentence(const PromptText& text)
 {
@@ -117,6 +134,18 @@ bool isSecret(Kind kind)
 
 bool hasField(Kind kind) { return isSecret(kind) || kind == Kind::userName || kind == Kind::text; }
 
+/// What is under way, and what becomes of the answer.
+QString waiting(const SignInPrompt& prompt, Kind kind)
+{
+    QString action = prompt.action;
+    if (action.endsWith(u'…'))
+        action.chop(1);
+    if (action.isEmpty())
+        return isSecret(kind) ? u"Plovik does not keep the answer."_s : QString();
+    return isSecret(kind) ? u"%1 waits for the answer. Plovik does not keep it."_s.arg(action)
+                          : u"%1 waits for this."_s.arg(action);
+}
+
 /// Git tries one password for each remote; what asks again is ssh, three times for each.
 bool isRefusal(const SignInPrompt& prompt, const PromptText& text) { return prompt.isRepeated && isSecret(text.kind); }
 
@@ -131,11 +160,11 @@ PromptDialog::PromptDialog(const SignInPrompt& prompt, PromptText text, QWidget*
 {
     dialogParts::prepare(*this, title(text_));
     QVBoxLayout& column = *dialogParts::column(*this);
-    column.addWidget(dialogParts::heading(windowTitle(), this));
+    column.addWidget(dialogParts::heading(breakable(windowTitle()), this));
     QLabel* const asked = dialogParts::text(this);
-    asked->setText(sentence(text_));
+    asked->setText(breakable(sentence(text_)));
     column.addWidget(asked);
-    setAccessibleDescription(asked->text());
+    setAccessibleDescription(sentence(text_));
     if (isRefusal(prompt, text_)) {
         warning_ = dialogParts::text(this);
         warning_->setText(u"Asked again: the last answer was probably not accepted."_s);
@@ -145,11 +174,8 @@ PromptDialog::PromptDialog(const SignInPrompt& prompt, PromptText text, QWidget*
         addHostKey(column);
     if (hasField(text_.kind))
         addField(column);
-    // An action's text ends with dots.
-    const QString during = prompt.action.isEmpty() ? QString() : u"Asked while: %1"_s.arg(prompt.action);
-    const QString kept = isSecret(text_.kind) ? u"Passed on to git, and not kept by Plovik."_s : QString();
-    if (const QString note = QStringList{during, kept}.join(u' ').trimmed(); !note.isEmpty())
-        secondary(note, column);
+    if (const QString during = waiting(prompt, text_.kind); !during.isEmpty())
+        secondary(during, column);
     addButtons(column);
     applyTheme();
     dialogParts::fit(*this);
@@ -187,8 +213,8 @@ void PromptDialog::addHostKey(QVBoxLayout& column)
         auto* const label = new QLabel(name, this);
         secondary_.push_back(label);
         QLabel* const shown = dialogParts::text(this);
-        shown->setWordWrap(false);
-        shown->setText(value);
+        shown->setText(breakable(value));
+        shown->setWordWrap(shown->text() != value);
         shown->setFont(CodeFont::current());
         shown->setAccessibleName(name);
         shown->setTextInteractionFlags(Qt::TextSelectableByMouse);

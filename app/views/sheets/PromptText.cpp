@@ -15,6 +15,7 @@ namespace {
 using Kind = PromptText::Kind;
 
 constexpr qsizetype mostCharacters = 1000; ///< of a question that is shown in its own words
+constexpr qsizetype mostLines = 16;
 constexpr qsizetype mostOfUser = 32;
 constexpr qsizetype mostOfName = 200; ///< of a host, a key, a user
 
@@ -34,6 +35,16 @@ QString harmless(const QString& text)
 }
 
 QString shortened(const QString& text, qsizetype most) { return text.size() > most ? text.first(most) + u'…' : text; }
+
+/// What is asked stands at the end, and who asks mostly at the beginning.
+QString withoutMiddle(const QString& text)
+{
+    QStringList lines = text.split(u'\n');
+    while (lines.size() > mostLines)
+        lines.removeAt(mostLines / 2);
+    const QString all = lines.join(u'\n');
+    return all.size() > mostCharacters ? all.first(mostCharacters / 2) + u" … "_s + all.last(mostCharacters / 2) : all;
+}
 
 QString name(const QString& text) { return shortened(text.simplified(), mostOfName); }
 
@@ -137,7 +148,7 @@ PromptText promptText(const SignInPrompt& prompt)
 {
     PromptText read;
     const QString question = harmless(shownText(prompt.text));
-    read.question = shortened(question, mostCharacters);
+    read.question = withoutMiddle(question);
     read.host = name(harmless(shownText(prompt.destination)));
     if (prompt.kind == SignInKind::permission) {
         read.kind = Kind::permission;
