@@ -2,6 +2,7 @@
 #include "app/views/RepositoryView.h"
 
 #include "app/views/MessageBar.h"
+#include "app/views/OperationBar.h"
 #include "app/views/SplitPane.h"
 #include "app/views/Toolbar.h"
 #include "app/views/commit/CommitDetailView.h"
@@ -45,8 +46,14 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
                                  besideInspectorMinWidth, detail_, inspectorPlace_))
 {
     detailSplit_->setSizedVisible(false);
+    auto* beside = new QWidget;
+    auto* content = new QVBoxLayout(beside);
+    content->setContentsMargins(0, 0, 0, 0);
+    content->setSpacing(0);
+    content->addWidget(new OperationBar(store, beside));
+    content->addWidget(detailSplit_, 1);
     auto* split = new SplitPane(sidebarWidth, Qt::Horizontal, SplitPane::Sized::first, sidebarMinWidth, detailMinWidth,
-                                sidebar_, detailSplit_, this);
+                                sidebar_, beside, this);
     windowSplit_ = new SplitPane(settings::commandLogHeight, Qt::Vertical, SplitPane::Sized::second, logMinHeight,
                                  aboveLogMinHeight, split, logPlace_, this);
     windowSplit_->setSizedVisible(false);

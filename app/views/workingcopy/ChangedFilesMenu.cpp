@@ -2,6 +2,7 @@
 #include "app/views/workingcopy/ChangedFilesMenu.h"
 
 #include "app/store/ShownText.h"
+#include "app/views/OperationText.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -62,6 +63,26 @@ void addInspection(QMenu& menu, RepositoryStore& store, const RepositoryStore::F
     add(u"Show File History"_s, InspectedFile::Tab::history);
 }
 
+/// What ends a conflict, for those of the files that have one.
+void addResolving(QMenu& menu, RepositoryStore& store, const RepositoryStore::Files& files)
+{
+    RepositoryStore::Files conflicted;
+    std::ranges::copy_if(files, std::back_inserter(conflicted), &gitkit::FileChange::isConflicted);
+    if (conflicted.empty())
+        return;
+    using Side = gitkit::GitRepository::ConflictSide;
+    const auto add = [&](const QString& title, Side side) {
+        QAction* const action =
+            menu.addAction(title, &menu, [&store, conflicted, side] { store.takeSide(conflicted, side); });
+        action->setToolTip(operationText::side(store, side));
+    };
+    add(u"Use Ours"_s, Side::ours);
+    add(u"Use Theirs"_s, Side::theirs);
+    menu.addAction(u"Mark Resolved"_s, &menu, [&store, conflicted] { store.stage(conflicted); })
+        ->setToolTip(u"Stage what stands in the working copy"_s);
+    menu.addSeparator();
+}
+
 } // namespace
 
 QMenu* makeChangedFilesMenu(RepositoryStore& store, const RepositoryStore::Files& files, const QString& openTitle,
@@ -69,6 +90,7 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const RepositoryStore::Files
 {
     auto* menu = new QMenu(parent);
     menu->setToolTipsVisible(true);
+    addResolving(*menu, store, files);
     const auto stateIs = [&store](gitkit::StageState state) {
         return [&store, state](const gitkit::FileChange& file) { return store.shownStageState(file) == state; };
     };

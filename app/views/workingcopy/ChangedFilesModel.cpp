@@ -13,11 +13,12 @@ namespace plovik {
 
 namespace {
 
-std::size_t hashOfPaths(const std::vector<gitkit::FileChange>& files)
+/// Of the paths, and of which of them come first.
+std::size_t hashOfRows(const std::vector<gitkit::FileChange>& files)
 {
     std::size_t hash = files.size();
     for (const gitkit::FileChange& file : files)
-        hash = hash * 1099511628211U ^ std::hash<std::string>{}(file.path);
+        hash = (hash * 1099511628211U ^ std::hash<std::string>{}(file.path)) + (file.isConflicted ? 1 : 0);
     return hash;
 }
 
@@ -58,22 +59,44 @@ Qt::CheckState checkState(gitkit::StageState state)
 }
 
 ChangedFilesModel::ChangedFilesModel(const RepositoryStore& store, QObject* parent)
-    : QAbstractListModel(parent), store_(store), pathsHash_(hashOfPaths(files())),
+    : QAbstractListModel(parent), store_(store), rowsHash_(hashOfRows(files())),
       rowCount_(static_cast<int>(files().size()))
-{}
+{
+    arrange();
+}
+
+void ChangedFilesModel::arrange()
+{
+    order_.clear();
+    if (std::ranges::none_of(files(), &gitkit::FileChange::isConflicted))
+        return;
+    for (const bool isConflicted : {true, false}) {
+        for (std::size_t place = 0; place < files().size(); ++place) {
+            if (files()[place].isConflicted == isConflicted)
+                order_.push_back(static_cast<std::uint32_t>(place));
+        }
+    }
+}
+
+std::size_t ChangedFilesModel::placeOf(int row) const
+{
+    const auto place = static_cast<std::size_t>(row);
+    return place < order_.size() ? order_[place] : place;
+}
 
 void ChangedFilesModel::rebuild()
 {
-    const std::size_t hash = hashOfPaths(files());
+    const std::size_t hash = hashOfRows(files());
     const int count = static_cast<int>(files().size());
-    if (hash == pathsHash_ && count == rowCount_) {
+    if (hash == rowsHash_ && count == rowCount_) {
         if (count > 0)
             Q_EMIT dataChanged(index(0), index(count - 1));
         return;
     }
     beginResetModel();
-    pathsHash_ = hash;
+    rowsHash_ = hash;
     rowCount_ = count;
+    arrange();
     endResetModel();
 }
 
@@ -85,20 +108,24 @@ void ChangedFilesModel::stagingChanged()
 
 const gitkit::FileChange& ChangedFilesModel::file(const QModelIndex& index) const
 {
-    return files().at(static_cast<std::size_t>(index.row()));
+    return files().at(placeOf(index.row()));
 }
 
 QModelIndex ChangedFilesModel::indexOf(const std::string& path) const
 {
     const auto found = std::ranges::find(files(), path, &gitkit::FileChange::path);
-    return found == files().end() ? QModelIndex() : index(static_cast<int>(found - files().begin()));
+    if (found == files().end())
+        return {};
+    const auto place = found - files().begin();
+    const auto row = std::ranges::find(order_, static_cast<std::uint32_t>(place));
+    return index(static_cast<int>(row == order_.end() ? place : row - order_.begin()));
 }
 
 int ChangedFilesModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rowCount_; }
 
 QVariant ChangedFilesModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || static_cast<std::size_t>(index.row()) >= files().size())
+    if (!index.isValid() || placeOf(index.row()) >= files().size())
         return {};
     const gitkit::FileChange& changed = file(index);
     switch (role) {

@@ -6,11 +6,14 @@
 
 #include <QAbstractListModel>
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace plovik {
 
-/// The changed files of the store's status, one row each, in its order; a row's check state is its file's stage state.
+/// The changed files of the store's status, one row each, in its order but for the conflicted ones, which come
+/// first; a row's check state is its file's stage state.
 /// Holds no copy of them: whoever observes the store must call rebuild() as soon as the status changes and
 /// stagingChanged() when only the stage states do. Main thread.
 class ChangedFilesModel : public QAbstractListModel {
@@ -34,10 +37,15 @@ public:
 private:
     const std::vector<gitkit::FileChange>& files() const { return store_.status.value().files; }
 
+    /// Where in the status the file of a row stands.
+    std::size_t placeOf(int row) const;
+    void arrange();
+
     const RepositoryStore& store_;
+    std::vector<std::uint32_t> order_; ///< places in the status, row by row; empty where it is the same order
     /// Tells a list of other files from a change in the same ones, for the old list is gone when the new one is
     /// announced.
-    std::size_t pathsHash_ = 0;
+    std::size_t rowsHash_ = 0;
     int rowCount_ = 0;
 };
 

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QPointer>
+#include <QProperty>
+#include <QWidget>
+
+#include <vector>
+
+class QLabel;
+class QPushButton;
+
+namespace plovik {
+
+/// A slim bar over the view while git is in the middle of something: what it is, how far it has come, and the buttons
+/// that git offers there. Hidden otherwise. Main thread.
+class OperationBar : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the bar.
+    explicit OperationBar(RepositoryStore& store, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    QPushButton* makeButton(const QString& title, void (OperationBar::*act)());
+    void observeStore();
+    void showOperation();
+    void showButtons(const gitkit::OperationInProgress& now);
+    void activityChanged();
+    QString whyNotContinue() const;
+    void applyTheme();
+
+    void proceed() { store_.continueOperation(); }
+    void skip();
+    void abort() { store_.abortOperation(); }
+    void markGood() { store_.bisect(gitkit::GitRepository::BisectMark::good); }
+    void markBad() { store_.bisect(gitkit::GitRepository::BisectMark::bad); }
+    void showFound();
+    void reset() { store_.resetBisect(); }
+
+    RepositoryStore& store_;
+    QLabel* title_;
+    QLabel* detail_;
+    QLabel* conflicts_;
+    QPushButton* continue_;
+    QPushButton* good_;
+    QPushButton* bad_;
+    QPushButton* skip_;
+    QPushButton* showFound_;
+    QPushButton* abort_;
+    QPushButton* reset_;
+    QPointer<QPushButton> focused_; ///< had the focus when an action began, which disables it
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik
