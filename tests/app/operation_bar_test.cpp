@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/RepositoryStore.h"
+#include "app/views/OperationBar.h"
+#include "app/views/workingcopy/ChangedFilesMenu.h"
+#include "app/views/workingcopy/ChangedFilesModel.h"
+#include "tests/app/SettlingWorker.h"
+#include "tests/app/ShownWidgets.h"
+#include "tests/support/TestRepository.h"
+
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+namespace {
+
+struct OperationBarTest : testing::Test {
+    OperationBarTest()
+    {
+        repo.write("a", "1\n").write("z", "1\n").commit("base").git({"checkout", "-q", "-b", "topic"});
+        repo.write("z", "2\n").commit("first").write("a", "2\n").commit("second");
+        repo.git({"checkout", "-q", "main"}).write("z", "3\n").commit("ours");
+        bar.resize(900, 40);
+    }
+    ~OperationBarTest() override { worker.settle(); }
+
+    void load()
+    {
+        store.refresh(RefreshScope::full);
+        ASSERT_TRUE(worker.settle());
+    }
+    void begin(const std::vector<std::string>& arguments)
+    {
+        int status = 0;
+        runPlainGit(repo.path(), arguments, status);
+        load();
+    }
+    QPushButton* button(const QString& name) const { return test::named<QPushButton>(bar, name); }
+    std::string buttons() const
+    {
+        std::string names;
+        for (const QPushButton* each : bar.findChildren<QPushButton*>()) {
+            if (!each->isHidden())
+                names += (each->isEnabled() ? "" : "-") + each->accessibleName().toStdString() + " ";
+        }
+        return names;
+    }
+    std::string says() const { return bar.accessibleDescription().toStdString(); }
+
+    TestRepository repo;
+    test::SettlingWorker worker;
+    RepositoryStore store{repo.path(), worker};
+    OperationBar bar{store};
+};
+
+TEST_F(OperationBarTest, saysWhatGoesOnAndOffersWhatGitDoes)
+{
+    load();
+    EXPECT_TRUE(bar.isHidden());
+    begin({"rebase", "main", "topic"});
+    EXPECT_FALSE(bar.isHidden());
+    EXPECT_EQ(bar.accessibleName(), u"Operation"_s);
+    const std::string first = repo.read({"rev-parse", "--short=7", "topic~1"});
+    EXPECT_EQ(says(), "Rebasing topic onto main 1 of 2: " + first + " first 1 conflict left");
+    EXPECT_EQ(buttons(), "-Continue Skip Abort ");
+    button(u"Skip"_s)->click();
+    EXPECT_EQ(buttons(), "-Continue -Skip -Abort ") << "while it runs";
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(bar.isHidden());
+
+    begin({"checkout", "-q", "main"});
+    begin({"merge", "--no-commit", "--no-ff", "topic"});
+    EXPECT_EQ(says(), "Merging topic into main");
+    EXPECT_EQ(buttons(), "Continue Abort ");
+    button(u"Continue"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "Merge branch 'topic'");
+
+    begin({"bisect", "start", "--term-new=slow", "--term-old=fast"});
+    EXPECT_EQ(says(), "Bisecting Waiting for a fast and a slow commit, at " +
+                          repo.read({"log", "-1", "--abbrev=7", "--format=%h %s"}));
+    EXPECT_EQ(buttons(), "Good Bad Skip Reset ");
+    EXPECT_TRUE(button(u"Bad"_s)->toolTip().contains(u"“slow”"_s));
+    button(u"Bad"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    begin({"bisect", "fast", "HEAD^1", "HEAD^2"});
+    ASSERT_TRUE(says().starts_with("Bisecting First slow commit: ")) << says();
+    EXPECT_EQ(buttons(), "Show Commit Reset ");
+    button(u"Show Commit"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(store.selectedCommit.value(), store.inProgress.value()->bisect->found->hash);
+    button(u"Reset"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(bar.isHidden());
+}
+
+TEST_F(OperationBarTest, conflictsComeFirstAndCanBeTakenFromTheMenu)
+{
+    repo.write("b", "new\n");
+    begin({"merge", "topic"});
+    ChangedFilesModel model(store);
+    ASSERT_EQ(model.rowCount(), 3);
+    EXPECT_EQ(model.index(0).data().toString(), u"z"_s);
+    EXPECT_EQ(model.index(1).data().toString(), u"a"_s);
+    EXPECT_EQ(store.status.value().files.front().path, "a") << "the store's order is git's";
+    EXPECT_EQ(model.indexOf("z").row(), 0);
+    EXPECT_EQ(model.file(model.indexOf("b")).path, "b");
+
+    const std::unique_ptr<QMenu> menu(
+        makeChangedFilesMenu(store, store.status.value().files, u"Open in Kate"_s, nullptr));
+    const std::vector<std::string> titles = test::entries(*menu);
+    EXPECT_EQ((std::vector(titles.begin(), titles.begin() + 4)),
+              (std::vector<std::string>{"Use Ours", "Use Theirs", "Mark Resolved", "—"}));
+    EXPECT_EQ(test::entry(*menu, u"Use Ours"_s)->toolTip(), u"main (checked out)"_s);
+    EXPECT_EQ(test::entry(*menu, u"Use Theirs"_s)->toolTip(), u"topic (being merged)"_s);
+    test::entry(*menu, u"Mark Resolved"_s)->trigger();
+    ASSERT_TRUE(worker.settle());
+    ASSERT_TRUE(store.confirmation.value()) << "markers are left";
+    store.confirmation = std::nullopt;
+    test::entry(*menu, u"Use Theirs"_s)->trigger();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(readFile(repo / "z"), "2\n");
+    model.rebuild();
+    EXPECT_EQ(model.index(0).data().toString(), u"a"_s);
+
+    // In a rebase the sides are the other way round.
+    repo.git({"merge", "--abort"});
+    begin({"rebase", "main", "topic"});
+    EXPECT_TRUE(
+        test::entry(*std::unique_ptr<QMenu>(makeChangedFilesMenu(store, store.status.value().files, {}, nullptr)),
+                    u"Use Ours"_s)
+            ->toolTip()
+            .startsWith(u"main (onto)"_s));
+}
+
+} // namespace
+} // namespace plovik
