@@ -189,7 +189,7 @@ void CommandLogPanel::keyPressEvent(QKeyEvent* event)
         QWidget::keyPressEvent(event);
         return;
     }
-    if (field_->hasFocus() && !field_->text().isEmpty())
+    if (!field_->text().isEmpty())
         field_->clear();
     else
         store_.showsCommandLog = false;

@@ -20,7 +20,7 @@ class CommandList;
 class CommandLogModel;
 
 /// Every git command that the window ran, and the selected one in full. While it is hidden it does nothing; while it is
-/// shown, what is new comes at most ten times a second. Escape closes it. Main thread.
+/// shown, what is new comes at most ten times a second. Escape takes the filter away, and then closes it. Main thread.
 class CommandLogPanel : public QWidget {
     Q_OBJECT
 
