@@ -75,7 +75,6 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     activity_->setAccessibleName(u"Activity"_s);
     elapsed_->setAccessibleName(u"Elapsed Time"_s);
     elapsed_->setTextFormat(Qt::PlainText);
-    elapsed_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     progress_->setAccessibleName(u"Progress"_s);
     cancel_->setToolTip(u"Cancel (Ctrl+.)"_s);
     connect(cancel_, &BarButton::clicked, this, [this] { store_.cancelActivity(); });

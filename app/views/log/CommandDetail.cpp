@@ -33,6 +33,7 @@ namespace {
 
 constexpr qsizetype mostOfCommand = 8000;
 constexpr int mostCommandLines = 3;
+constexpr int leastCopyWidth = 480;
 
 QPlainTextEdit* makeText(const QString& name, QWidget* parent)
 {
@@ -67,7 +68,7 @@ QString asItIs(const QString& text) { return text; }
 
 QString factsOf(const CommandLog::Command& command)
 {
-    QStringList facts{shownBegin(command), shownTook(command), describedEnd(command)};
+    QStringList facts{describedEnd(command), shownTook(command), shownBegin(command)};
     if (command.end && !command.end->problem.empty())
         facts.append(shownText(withoutSecrets(command.end->problem)));
     facts.append(shownText(command.directory.native()));
@@ -116,9 +117,10 @@ void CommandDetail::show(const std::optional<CommandLog::Command>& command)
 {
     const bool isNew = !command || !shown_ || command->number != shown_->number;
     shown_ = command;
-    for (QWidget* widget : {static_cast<QWidget*>(command_), static_cast<QWidget*>(facts_),
-                            static_cast<QWidget*>(copyLine_), static_cast<QWidget*>(copyOutput_)})
+    for (QWidget* widget :
+         {static_cast<QWidget*>(command_), static_cast<QWidget*>(facts_), static_cast<QWidget*>(copyOutput_)})
         widget->setVisible(command.has_value());
+    showCopyLine();
     if (!command) {
         showOutput({}, true);
         return;
@@ -173,9 +175,13 @@ void CommandDetail::fitCommand()
 void CommandDetail::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
+    showCopyLine();
     layout()->activate();
     fitCommand();
 }
+
+/// Where there is little room, how the command went comes first; the list's menu copies too.
+void CommandDetail::showCopyLine() { copyLine_->setVisible(shown_ && width() >= leastCopyWidth); }
 
 void CommandDetail::changeEvent(QEvent* event)
 {

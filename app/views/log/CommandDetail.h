@@ -40,6 +40,7 @@ protected:
 private:
     void showOutput(const QString& text, bool isNew);
     void fitCommand();
+    void showCopyLine();
     void applyTheme();
 
     const CommandLog& log_;

@@ -48,7 +48,7 @@ public:
         const QString took = shownTook(command);
         paintText(*painter, row, took, small, theme.secondaryText, Qt::AlignRight, Qt::ElideNone);
         if (!took.isEmpty())
-            row.setRight(row.right() - std::max(textWidth(took, small), textWidth(u"00.00 s"_s, small)) - gap);
+            row.setRight(row.right() - std::max(textWidth(took, small), textWidth(u"0.000 s"_s, small)) - gap);
         const QString end = shownEnd(command);
         const QColor endColor = hasFailed(command) ? theme.statusDeleted : theme.secondaryText;
         paintText(*painter, row, end, small, endColor, Qt::AlignRight, Qt::ElideNone);

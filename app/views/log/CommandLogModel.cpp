@@ -64,7 +64,7 @@ QString shownTook(const CommandLog::Command& command)
     if (took >= std::chrono::minutes(1))
         return shownDuration(std::chrono::floor<std::chrono::seconds>(took));
     const double seconds = static_cast<double>(took.count()) / 1000;
-    return u"%1 s"_s.arg(seconds, 0, 'f', seconds < 10 ? 2 : 1);
+    return u"%1 s"_s.arg(seconds, 0, 'f', seconds < 0.1 ? 3 : seconds < 10 ? 2 : 1);
 }
 
 QString shownBegin(const CommandLog::Command& command)

@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -107,7 +108,11 @@ void ErrorAlert::setMessage(const QString& message)
     fitText();
 }
 
-void ErrorAlert::setOffersLog(bool offers) { showLog_->setVisible(offers); }
+void ErrorAlert::setOffersLog(bool offers)
+{
+    showLog_->setVisible(offers);
+    fitText();
+}
 
 QString ErrorAlert::message() const { return lines_->isHidden() ? sentence_->text() : lines_->toPlainText(); }
 
@@ -131,11 +136,13 @@ void ErrorAlert::fitText()
     const int frame =
         2 * (lines_->frameWidth() + static_cast<int>(lines_->document()->documentMargin())) + metrics.lineSpacing() / 2;
     const int bar = rows > mostRows ? lines_->verticalScrollBar()->sizeHint().width() : 0;
-    const int width = metrics.horizontalAdvance(u'0') * static_cast<int>(columns + 1) + frame + bar;
+    // Characters are not whole pixels wide.
+    const double text = QFontMetricsF(lines_->font()).horizontalAdvance(QString(columns + 1, u'0'));
+    const int width = static_cast<int>(std::ceil(text)) + frame + bar;
     lines_->setMinimumHeight(metrics.lineSpacing() * std::min(shownRows, leastRows) + frame);
     const QMargins margins = layout()->contentsMargins();
-    dialogParts::fit(*this, width + margins.left() + margins.right(),
-                     metrics.lineSpacing() * std::max(shownRows - leastRows, 0));
+    // The layout counts nothing for what takes the room that is left.
+    dialogParts::fit(*this, width + margins.left() + margins.right(), metrics.lineSpacing() * shownRows + frame);
 }
 
 void ErrorAlert::changeEvent(QEvent* event)
