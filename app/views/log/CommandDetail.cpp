@@ -45,6 +45,7 @@ QPlainTextEdit* makeText(const QString& name, QWidget* parent)
     text->setTabChangesFocus(true);
     text->setFrameShape(QFrame::NoFrame);
     text->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    text->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // a rounding error of a wrapped line is no reason
     text->document()->setDocumentMargin(0);
     return text;
 }
