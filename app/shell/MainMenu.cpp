@@ -225,8 +225,8 @@ public:
         action.setCheckable(true);
         action.setChecked(store.showsCommandLog.value());
         connect(&action, &QAction::toggled, this, [&store](bool shows) { store.showsCommandLog = shows; });
-        notifier_ = store.showsCommandLog.addNotifier(
-            [&action, &store] { action.setChecked(store.showsCommandLog.value()); });
+        notifier_ =
+            store.showsCommandLog.addNotifier([&action, &store] { action.setChecked(store.showsCommandLog.value()); });
     }
 
 private:

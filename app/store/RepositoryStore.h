@@ -222,8 +222,8 @@ public:
     void toggleStage(const gitkit::FileChange& file);
     void toggleStageOfSelection();
 
-    /// Resolves the conflicted ones of these files with one side, whole. Nothing that was edited is lost: it goes to the
-    /// Trash.
+    /// Resolves the conflicted ones of these files with one side, whole. Nothing that was edited is lost: it goes to
+    /// the Trash.
     void takeSide(const Files& files, gitkit::GitRepository::ConflictSide side);
 
     static QString discardTitle(const Files& files);

@@ -61,7 +61,7 @@ private:
     QWidget* logPlace_;       ///< holds the command log, and is hidden without it
     SplitPane* detailSplit_;
     SplitPane* windowSplit_;
-    CommandLogPanel* log_ = nullptr;         ///< likewise
+    CommandLogPanel* log_ = nullptr; ///< likewise
     QPointer<QWidget> focusBeforeLog_;
     InspectorView* inspector_ = nullptr;     ///< made when it is first shown
     QPointer<QWidget> focusBeforeInspector_; ///< where the keyboard goes when the inspector closes

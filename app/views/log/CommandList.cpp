@@ -76,13 +76,22 @@ CommandList::CommandList(CommandLogModel& model, QWidget* parent) : RowList(u"Co
 void CommandList::update()
 {
     QScrollBar& bar = *verticalScrollBar();
-    const QPersistentModelIndex top = bar.value() > 0 ? indexAt(QPoint(1, 0)) : QModelIndex();
-    const int before = top.isValid() ? visualRect(top).y() : 0;
+    const QPersistentModelIndex kept = keptIndex();
+    const int before = kept.isValid() ? visualRect(kept).y() : 0;
     model_.update();
-    if (!top.isValid())
+    if (!kept.isValid())
         return;
     doItemsLayout();
-    bar.setValue(bar.value() + visualRect(top).y() - before);
+    bar.setValue(bar.value() + visualRect(kept).y() - before);
+}
+
+/// The row that stays where it is: the one that is looked at, or else the first in sight; none at the newest.
+QModelIndex CommandList::keptIndex() const
+{
+    const QModelIndex current = currentIndex();
+    if (current.row() > 0 && viewport()->rect().intersects(visualRect(current)))
+        return current;
+    return verticalScrollBar()->value() > 0 ? indexAt(QPoint(1, 0)) : QModelIndex();
 }
 
 void CommandList::copy()

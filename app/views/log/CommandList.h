@@ -16,7 +16,8 @@ public:
     /// `model` outlives the list.
     CommandList(CommandLogModel& model, QWidget* parent);
 
-    /// Takes over what is new; the rows in sight stay where they are, unless those are the newest.
+    /// Takes over what is new; the selected row, or else all in sight, stay where they are, unless those are the
+    /// newest.
     void update();
     using RowList::update;
 
@@ -31,6 +32,8 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    QModelIndex keptIndex() const;
+
     CommandLogModel& model_;
 };
 

@@ -138,9 +138,8 @@ void StoreDialogs::showPrompt()
     if (!asked)
         return;
     prompt_ = new PromptDialog(*asked, parent_);
-    connect(prompt_, &QDialog::finished, this, [this, dialog = prompt_.data(), id = asked->id](int answer) {
-        promptClosed(dialog, id, answer);
-    });
+    connect(prompt_, &QDialog::finished, this,
+            [this, dialog = prompt_.data(), id = asked->id](int answer) { promptClosed(dialog, id, answer); });
     prompt_->open();
     // Git waits, and the user may be in another window.
     QApplication::alert(prompt_);

@@ -17,9 +17,9 @@ class ErrorAlert;
 class PromptDialog;
 class Sheet;
 
-/// Shows what a store has to say or to ask: its error message, its questions and its sheet, each in a dialog that blocks
-/// the store's window alone. Clears the store's field when the dialog closes, and closes the dialog when the field is
-/// cleared; a newer value takes the place of an older one. Runs no event loop of its own. Main thread.
+/// Shows what a store has to say or to ask: its error message, its questions and its sheet, each in a dialog that
+/// blocks the store's window alone. Clears the store's field when the dialog closes, and closes the dialog when the
+/// field is cleared; a newer value takes the place of an older one. Runs no event loop of its own. Main thread.
 class StoreDialogs : public QObject {
     Q_OBJECT
 
