@@ -230,8 +230,8 @@ GitOutput runProcess(const ProcessRequest& request)
     const int waitStatus = child.reap();
     result.signalled = WIFSIGNALED(waitStatus);
     result.status = result.signalled ? 128 + WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
-    // What came to its end all the same has done what it was for.
-    result.stopped = end == ExchangeEnd::stopped && result.status != 0;
+    // What came to its end all the same has done what it was for; what failed just before it was told to end, has not.
+    result.stopped = end != ExchangeEnd::limitPassed && request.stop.stop_requested() && result.status != 0;
     return result;
 }
 

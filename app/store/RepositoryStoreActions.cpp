@@ -101,7 +101,6 @@ void RepositoryStore::perform(Action action)
 QCoro::Task<> RepositoryStore::performing(Action action)
 {
     std::optional<QString> problem;
-    bool isStopped = false;
     const std::shared_ptr<ActionRuns> runs = actionRuns();
     gitkit::RunContext context{.listener = runs, .stop = acting_.get_token()};
     const SignIns::Number signIn = actingSignIn_ = signIns_.begin(action.title, services_.signIn, context);
@@ -111,18 +110,18 @@ QCoro::Task<> RepositoryStore::performing(Action action)
         if (action.lane == Worker::Lane::local)
             pass.emplace(co_await writing_.enter());
         co_await runOperation(action.lane, context, action.operation);
-    } catch (const gitkit::RunStopped&) {
-        isStopped = true;
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
     }
     signIns_.end(signIn);
+    // Whatever failed after the user had enough of it is no news; the log has it.
+    const bool isStopped = problem && context.stop.stop_requested();
     activity = std::nullopt;
     progress = QString();
     isCancelling = false;
-    if (!isStopped && !problem && action.succeeded)
+    if (!problem && action.succeeded)
         action.succeeded();
-    if (problem && !(action.failed && action.failed(*problem)))
+    if (problem && !isStopped && !(action.failed && action.failed(*problem)))
         fail(*problem, runs->failed());
     refresh(RefreshScope::full);
 }
