@@ -104,7 +104,7 @@ void DiffView::setActionsAvailable(bool available)
         section->setActionsAvailable(available);
 }
 
-void DiffView::setTexts(const QString& section, DiffTexts texts)
+void DiffView::setTexts(const QString& section, const DiffTexts& texts)
 {
     for (DiffSectionView* const each : sections_) {
         if (each->content().name == section)

@@ -26,7 +26,7 @@ public:
     const std::vector<DiffSectionView*>& sections() const { return sections_; }
     /// The whole files of the section of this name, any time after its content: with them, lines that the diff leaves
     /// out can be shown. Forgotten when the section's diff changes.
-    void setTexts(const QString& section, DiffTexts texts);
+    void setTexts(const QString& section, const DiffTexts& texts);
     /// The colours of their code, as soon as they are known and again when more of them are.
     void setSyntax(const QString& section, const SyntaxOf& syntax);
 

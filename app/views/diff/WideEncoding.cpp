@@ -67,7 +67,7 @@ std::optional<WideEncoding> wideEncoding(std::string_view beginning)
 
 std::string attributeName(const WideEncoding& encoding)
 {
-    const std::string name = "UTF-" + std::to_string(encoding.bits);
+    std::string name = "UTF-" + std::to_string(encoding.bits);
     if (encoding.hasMark && encoding.bits == 16 && !encoding.isBigEndian)
         return name + "LE-BOM"; // without the ending git would write the other byte order
     if (encoding.hasMark)

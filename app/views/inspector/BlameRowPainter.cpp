@@ -112,9 +112,8 @@ const ShownLine& BlameRowPainter::shown(int row)
 {
     if (const ShownLine* const known = shown_.object(row))
         return *known;
-    auto* const line = new ShownLine(ShownLine::of(document_->text(row)));
-    shown_.insert(row, line);
-    return *line;
+    shown_.insert(row, new ShownLine(ShownLine::of(document_->text(row))));
+    return *shown_.object(row);
 }
 
 void BlameRowPainter::paint(QPainter& painter, int row, const QRect& area, const Look& look)

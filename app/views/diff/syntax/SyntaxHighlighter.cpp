@@ -117,8 +117,7 @@ std::shared_ptr<const FileSyntax> highlighted(const SyntaxRequest& request)
     const std::scoped_lock lock(library);
     try {
         Highlighter(request, SyntaxGrammar::named(language, definitionsFolder(request))).fill(*syntax);
-    } catch (...) {
-        // The library throws more than std::exception; what was read until then stands.
+    } catch (...) { // NOLINT(bugprone-empty-catch): it throws more than std::exception; what was read until then stands
     }
     return syntax;
 }
