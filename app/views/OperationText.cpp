@@ -37,7 +37,7 @@ QString nameOf(const RepositoryStore& store, const std::string& hash)
 
 QString stopText(const gitkit::OperationStop& stop)
 {
-    const QString subject = shownText(stop.subject);
+    QString subject = shownText(stop.subject);
     if (stop.hash.empty())
         return subject;
     return subject.isEmpty() ? shortHash(stop.hash) : shortHash(stop.hash) + u' ' + subject;
