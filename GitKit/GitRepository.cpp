@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/GitRepository.h"
 
+#include "GitKit/Text.h"
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/parsers/RefParser.h"
 #include "GitKit/parsers/StashParser.h"
@@ -21,17 +22,6 @@ std::string withoutLineEnd(std::string text)
     if (text.ends_with('\n'))
         text.pop_back();
     return text;
-}
-
-std::vector<std::string> splitNul(std::string_view text)
-{
-    std::vector<std::string> pieces;
-    while (!text.empty()) {
-        const std::string_view piece = text.substr(0, text.find('\0'));
-        pieces.emplace_back(piece);
-        text.remove_prefix(std::min(piece.size() + 1, text.size()));
-    }
-    return pieces;
 }
 
 /// What status calls the branch when HEAD cannot be followed to a commit although there should be one.

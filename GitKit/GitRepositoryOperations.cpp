@@ -13,6 +13,7 @@
 #include "GitKit/OperationReader.h"
 #include "GitKit/PathCommand.h"
 #include "GitKit/TellingCommand.h"
+#include "GitKit/Text.h"
 #include "GitKit/runner/GitError.h"
 
 #include <algorithm>
@@ -154,16 +155,6 @@ std::string absentHash(const Stages& stages)
     return std::string(present == stages.end() ? 40 : (*present)->hash.size(), '0');
 }
 
-std::vector<std::string> splitPaths(std::string_view listed)
-{
-    std::vector<std::string> paths;
-    while (!listed.empty()) {
-        paths.emplace_back(listed.substr(0, listed.find('\0')));
-        listed.remove_prefix(std::min(paths.back().size() + 1, listed.size()));
-    }
-    return paths;
-}
-
 /// What applies patches writes down where it stopped before it writes the files.
 constexpr std::chrono::seconds writingTime{2};
 
@@ -249,7 +240,7 @@ std::vector<std::string> GitRepository::changedSinceStop(const fs::path& gitDire
             runner_.output({"-c", "diff.autoRefreshIndex=true", "diff", "--name-only", "-z", "--no-renames",
                             "--no-ext-diff", "--ignore-submodules=dirty", "AUTO_MERGE", "--"});
         if (read.status == 0)
-            return splitPaths(read.stdoutBytes);
+            return splitNul(read.stdoutBytes);
     }
     std::optional<fs::file_time_type> time = stopTime(gitDirectory);
     if (time)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/Text.h"
 
+#include <algorithm>
+
 #include <cstdint>
 #include <cstring>
 
@@ -114,6 +116,17 @@ std::string_view trimmed(std::string_view text, std::string_view blanks)
     if (first == std::string_view::npos)
         return {};
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::vector<std::string> splitNul(std::string_view text)
+{
+    std::vector<std::string> pieces;
+    while (!text.empty()) {
+        const std::string_view piece = text.substr(0, text.find('\0'));
+        pieces.emplace_back(piece);
+        text.remove_prefix(std::min(piece.size() + 1, text.size()));
+    }
+    return pieces;
 }
 
 } // namespace gitkit

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace gitkit {
 
@@ -14,5 +15,8 @@ std::string repairedUtf8(std::string bytes);
 
 /// `text` without the blanks and line ends around it.
 std::string_view trimmed(std::string_view text, std::string_view blanks = " \t\r\n\v\f");
+
+/// The pieces of a list in which a zero byte ends each; the last may lack its own.
+std::vector<std::string> splitNul(std::string_view text);
 
 } // namespace gitkit

@@ -4,14 +4,24 @@
 #include "GitKit/OperationReader.h"
 
 #include <exception>
+#include <filesystem>
+#include <system_error>
 
 namespace plovik {
 
 namespace {
 
+/// Asking git for it would hold up the first status of every window.
+std::filesystem::path gitDirectoryOf(const gitkit::GitRepository& repo)
+{
+    std::error_code ignored;
+    const std::filesystem::path ordinary = repo.root() / ".git";
+    return std::filesystem::is_directory(ordinary, ignored) ? ordinary : repo.gitDirectories().own;
+}
+
 void readOperationInto(RepositoryState& state, const gitkit::GitRepository& repo, const RepositoryStateRequest& request)
 {
-    state.gitDirectory = request.gitDirectory ? *request.gitDirectory : repo.gitDirectories().own;
+    state.gitDirectory = request.gitDirectory ? *request.gitDirectory : gitDirectoryOf(repo);
     state.operation = repo.operationInProgress(*state.gitDirectory, request.operation);
     state.preparedMessage = gitkit::readPreparedMessage(*state.gitDirectory, state.operation);
     if (state.preparedMessage != request.preparedMessage)
