@@ -3,8 +3,8 @@
 // thread is held up.
 
 #include "app/store/RepositoryStore.h"
-#include "app/views/inspector/BlameList.h"
-#include "app/views/inspector/BlameReading.h"
+#include "app/ui/inspector/BlameList.h"
+#include "app/ui/inspector/BlameReading.h"
 #include "bench/GitComparison.h"
 
 #include <benchmark/benchmark.h>

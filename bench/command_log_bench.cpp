@@ -2,8 +2,8 @@
 // The command log while a hook prints a lot, and the alert that tells of it: how long the window's thread is held.
 
 #include "app/store/RepositoryStore.h"
-#include "app/views/log/CommandLogPanel.h"
-#include "app/views/sheets/ErrorAlert.h"
+#include "app/ui/dialogs/ErrorAlert.h"
+#include "app/ui/log/CommandLogPanel.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What is sent for a commit message: taking the first characters out of a diff, however long it is.
 
-#include "app/ai/CommitMessageAI.h"
+#include "app/services/ai/CommitMessageAI.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,8 +2,8 @@
 // The diff view: what it takes from a parsed diff to the first picture of it, and what a frame costs while scrolling.
 
 #include "GitKit/parsers/DiffParser.h"
-#include "app/views/diff/DiffSectionView.h"
-#include "app/views/diff/DiffView.h"
+#include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/diff/DiffView.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The history list: what a frame costs, and what taking over a longer page costs.
 
-#include "app/views/Theme.h"
-#include "app/views/history/HistoryList.h"
+#include "app/ui/history/HistoryList.h"
+#include "app/ui/widgets/Theme.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,9 +2,9 @@
 // The colours of code: what working them out takes on a worker, and what they add to a frame.
 
 #include "GitKit/parsers/DiffParser.h"
-#include "app/views/diff/DiffSectionView.h"
-#include "app/views/diff/DiffView.h"
-#include "app/views/diff/syntax/SyntaxHighlighter.h"
+#include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/diff/DiffView.h"
+#include "app/ui/diff/syntax/SyntaxHighlighter.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/RepositoryFolder.h"
 
-#include "GitKit/GitRepository.h"
+#include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 #include "cli/ShownName.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/settings/AIChoices.h"
+#include "app/ui/settings/AIChoices.h"
 
 namespace plovik {
 

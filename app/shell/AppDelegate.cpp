@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/AppDelegate.h"
 
-#include "GitKit/GitRepository.h"
+#include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 #include "app/settings/RecentRepositories.h"
 #include "app/settings/Settings.h"
-#include "app/settings/SettingsView.h"
-#include "app/settings/WelcomeView.h"
 #include "app/shell/AISettings.h"
 #include "app/shell/CommandLineSettings.h"
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/RepositoryWindow.h"
 #include "app/shell/TopLevelLookup.h"
+#include "app/shell/UpdateDialog.h"
 #include "app/shell/WindowFrames.h"
-#include "app/shell/updates/UpdateDialog.h"
 #include "app/store/ShownText.h"
-#include "app/views/Theme.h"
+#include "app/ui/settings/SettingsView.h"
+#include "app/ui/welcome/WelcomeView.h"
+#include "app/ui/widgets/Theme.h"
 
 #include <QApplication>
 #include <QFileDialog>

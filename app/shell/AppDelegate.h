@@ -3,8 +3,8 @@
 
 #include "app/platform/ColorScheme.h"
 #include "app/shell/LaunchOptions.h"
-#include "app/shell/MainMenu.h"
-#include "app/store/Await.h"
+#include "app/store/await/Await.h"
+#include "app/ui/commands/MainMenu.h"
 
 #include <QObject>
 #include <QPointer>

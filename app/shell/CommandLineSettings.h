@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/settings/CommandLineTab.h"
-#include "app/shell/CommandLineTool.h"
-#include "app/store/Worker.h"
+#include "app/services/commandline/CommandLineTool.h"
+#include "app/store/await/Worker.h"
+#include "app/ui/settings/CommandLineTab.h"
 
 namespace plovik {
 

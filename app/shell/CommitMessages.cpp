@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/CommitMessages.h"
 
-#include "app/ai/CommitMessageAI.h"
+#include "app/services/ai/CommitMessageAI.h"
 
 #include <utility>
 

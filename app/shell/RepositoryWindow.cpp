@@ -3,13 +3,13 @@
 
 #include "app/platform/FileBrowser.h"
 #include "app/platform/Trash.h"
-#include "app/shell/Askpass.h"
+#include "app/services/askpass/Askpass.h"
+#include "app/services/watcher/RepositoryWatcher.h"
 #include "app/shell/CommitMessages.h"
 #include "app/shell/ExternalEditor.h"
-#include "app/shell/MainMenu.h"
-#include "app/shell/RepositoryWatcher.h"
 #include "app/shell/WindowFrames.h"
-#include "app/views/RepositoryView.h"
+#include "app/ui/commands/MainMenu.h"
+#include "app/ui/window/RepositoryView.h"
 
 #include <QCloseEvent>
 #include <QMenuBar>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/TopLevelLookup.h"
 
-#include "GitKit/GitRepository.h"
+#include "GitKit/repository/GitRepository.h"
 
 #include <future>
 #include <mutex>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/GitRepository.h"
+#include "GitKit/repository/GitRepository.h"
 
 #include <QCoroTask>
 #include <QString>

@@ -1,22 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/GitRepository.h"
 #include "GitKit/records/HistoryFilter.h"
-#include "app/store/Await.h"
+#include "GitKit/repository/GitRepository.h"
 #include "app/store/CommandLog.h"
 #include "app/store/Confirmation.h"
-#include "app/store/HistoryPage.h"
 #include "app/store/HistoryRow.h"
 #include "app/store/InspectedFile.h"
 #include "app/store/NavigationTrail.h"
-#include "app/store/RepositoryState.h"
 #include "app/store/SheetKind.h"
 #include "app/store/SidebarItem.h"
 #include "app/store/SignIns.h"
 #include "app/store/StoreServices.h"
-#include "app/store/Turnstile.h"
-#include "app/store/Worker.h"
+#include "app/store/await/Await.h"
+#include "app/store/await/Turnstile.h"
+#include "app/store/await/Worker.h"
+#include "app/store/readers/HistoryPage.h"
+#include "app/store/readers/RepositoryState.h"
 
 #include <QProperty>
 #include <QString>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The way through the window: where the user was, and how to come to a commit.
 
-#include "app/store/CommitSearch.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/ShownText.h"
+#include "app/store/readers/CommitSearch.h"
 
 #include <QScopedValueRollback>
 

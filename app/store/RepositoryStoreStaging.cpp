@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Staging, discarding and committing.
 
-#include "app/store/ConflictMarkers.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/ShownText.h"
+#include "app/store/readers/ConflictMarkers.h"
 
 #include <algorithm>
 #include <utility>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "GitKit/runner/RunContext.h"
-#include "app/store/SignIn.h"
+#include "app/platform/SignIn.h"
 
 #include <QProperty>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/GitRepository.h"
+#include "GitKit/repository/GitRepository.h"
+#include "app/platform/SignIn.h"
 #include "app/store/MessageWriter.h"
-#include "app/store/SignIn.h"
 
 #include <filesystem>
 #include <functional>

@@ -6,9 +6,9 @@
 #include "GitKit/runner/GitEnvironment.h"
 #include "GitKit/runner/GitExecutable.h"
 #include "GitKit/runner/Process.h"
-#include "app/store/PoolWorker.h"
-#include "app/views/RepositoryView.h"
-#include "app/views/Theme.h"
+#include "app/store/await/PoolWorker.h"
+#include "app/ui/widgets/Theme.h"
+#include "app/ui/window/RepositoryView.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

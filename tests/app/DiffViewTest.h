@@ -2,8 +2,8 @@
 #pragma once
 
 #include "GitKit/parsers/DiffParser.h"
-#include "app/views/diff/DiffSectionView.h"
-#include "app/views/diff/DiffView.h"
+#include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/diff/DiffView.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/shell/MainMenu.h"
+#include "app/ui/commands/MainMenu.h"
 
 namespace plovik::test {
 

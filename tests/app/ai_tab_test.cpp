@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/settings/AITab.h"
 #include "app/settings/Settings.h"
+#include "app/ui/settings/AITab.h"
 #include "tests/app/EventWait.h"
 #include "tests/app/ShownWidgets.h"
 

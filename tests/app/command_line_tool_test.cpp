@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/AdministratorCommand.h"
+#include "app/services/commandline/CommandLineTool.h"
 #include "app/shell/CommandLineSettings.h"
-#include "app/shell/CommandLineTool.h"
 #include "tests/app/EventWait.h"
 #include "tests/support/TemporaryFolder.h"
 

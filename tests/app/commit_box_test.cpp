@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/CommitDrafts.h"
 #include "app/settings/Settings.h"
-#include "app/shell/MainMenu.h"
 #include "app/store/RepositoryStore.h"
-#include "app/views/sheets/SentChangesDialog.h"
-#include "app/views/workingcopy/WorkingCopyView.h"
+#include "app/ui/commands/MainMenu.h"
+#include "app/ui/dialogs/SentChangesDialog.h"
+#include "app/ui/workingcopy/WorkingCopyView.h"
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"

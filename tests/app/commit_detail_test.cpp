@@ -2,14 +2,14 @@
 #include "tests/store/ManualWorker.h"
 #include "tests/support/TestRepository.h"
 
-#include "app/views/commit/CommitDetailView.h"
-#include "app/views/commit/CommitFileDelegate.h"
-#include "app/views/commit/CommitFileMenu.h"
-#include "app/views/commit/CommitFilesList.h"
-#include "app/views/commit/CommitRefs.h"
-#include "app/views/commit/MessageParts.h"
-#include "app/views/diff/DiffSectionView.h"
-#include "app/views/diff/DiffView.h"
+#include "app/ui/commit/CommitDetailView.h"
+#include "app/ui/commit/CommitFileDelegate.h"
+#include "app/ui/commit/CommitFileMenu.h"
+#include "app/ui/commit/CommitFilesList.h"
+#include "app/ui/commit/CommitRefs.h"
+#include "app/ui/commit/MessageParts.h"
+#include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/diff/DiffView.h"
 #include "tests/app/ShownWidgets.h"
 
 #include <QAbstractButton>

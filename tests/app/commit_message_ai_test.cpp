@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/ai/CommitMessageAI.h"
-#include "app/ai/FirstCharacters.h"
-#include "app/ai/Wakeup.h"
+#include "app/services/ai/CommitMessageAI.h"
+#include "app/services/ai/FirstCharacters.h"
+#include "app/services/ai/Wakeup.h"
 #include "app/settings/Settings.h"
 #include "tests/app/EventWait.h"
 #include "tests/app/HttpServer.h"

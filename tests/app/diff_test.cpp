@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/Settings.h"
-#include "app/views/Theme.h"
+#include "app/ui/widgets/Theme.h"
 #include "tests/app/DiffViewTest.h"
 
 #include <QAccessible>

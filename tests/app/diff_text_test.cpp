@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/parsers/DiffParser.h"
-#include "app/views/diff/DiffNotes.h"
-#include "app/views/diff/ShownLine.h"
-#include "app/views/diff/WordMarks.h"
+#include "app/ui/diff/DiffNotes.h"
+#include "app/ui/diff/ShownLine.h"
+#include "app/ui/diff/WordMarks.h"
 
 #include <gtest/gtest.h>
 

@@ -2,11 +2,11 @@
 // The commit list and what stands around it: places kept, selection both ways, what is drawn and what is told.
 
 #include "GitKit/CommitGraph.h"
-#include "app/views/history/GraphCell.h"
-#include "app/views/history/HistoryList.h"
-#include "app/views/history/HistoryView.h"
-#include "app/views/history/RefBadges.h"
-#include "app/views/history/RelativeDate.h"
+#include "app/ui/history/GraphCell.h"
+#include "app/ui/history/HistoryList.h"
+#include "app/ui/history/HistoryView.h"
+#include "app/ui/history/RefBadges.h"
+#include "app/ui/history/RelativeDate.h"
 #include "tests/store/ManualWorker.h"
 
 #include <QAccessible>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
-#include "app/views/EmptyState.h"
-#include "app/views/RepositoryView.h"
-#include "app/views/stashes/StashesView.h"
-#include "app/views/workingcopy/WorkingCopyView.h"
+#include "app/ui/stashes/StashesView.h"
+#include "app/ui/widgets/EmptyState.h"
+#include "app/ui/window/RepositoryView.h"
+#include "app/ui/workingcopy/WorkingCopyView.h"
 
 #include <QAbstractButton>
 #include <QLabel>

@@ -2,10 +2,10 @@
 // Going to commits, back and forward, as one does it in a window.
 
 #include "app/settings/Settings.h"
-#include "app/shell/MainMenu.h"
 #include "app/store/RepositoryStore.h"
-#include "app/views/RepositoryView.h"
-#include "app/views/history/HistoryList.h"
+#include "app/ui/commands/MainMenu.h"
+#include "app/ui/history/HistoryList.h"
+#include "app/ui/window/RepositoryView.h"
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"

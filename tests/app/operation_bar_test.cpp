@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
-#include "app/views/OperationBar.h"
-#include "app/views/workingcopy/ChangedFilesMenu.h"
-#include "app/views/workingcopy/ChangedFilesModel.h"
+#include "app/ui/window/OperationBar.h"
+#include "app/ui/workingcopy/ChangedFilesMenu.h"
+#include "app/ui/workingcopy/ChangedFilesModel.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/TestRepository.h"

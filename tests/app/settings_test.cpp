@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/CodeFont.h"
-#include "app/settings/EditorTab.h"
 #include "app/settings/Settings.h"
-#include "app/settings/SettingsView.h"
-#include "app/settings/SizeControl.h"
 #include "app/shell/AppDelegate.h"
-#include "app/views/Theme.h"
+#include "app/ui/settings/EditorTab.h"
+#include "app/ui/settings/SettingsView.h"
+#include "app/ui/settings/SizeControl.h"
+#include "app/ui/widgets/Theme.h"
 #include "tests/app/EventWait.h"
 #include "tests/app/ShownWidgets.h"
 

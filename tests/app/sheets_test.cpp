@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
-#include "app/views/RepositoryView.h"
-#include "app/views/TerminalText.h"
-#include "app/views/sheets/ErrorAlert.h"
-#include "app/views/sheets/RefNameRules.h"
+#include "app/ui/dialogs/ErrorAlert.h"
+#include "app/ui/dialogs/RefNameRules.h"
+#include "app/ui/widgets/TerminalText.h"
+#include "app/ui/window/RepositoryView.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/TestRepository.h"

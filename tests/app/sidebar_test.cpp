@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
-#include "app/views/sidebar/SidebarView.h"
+#include "app/ui/sidebar/SidebarView.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/shell/Askpass.h"
+#include "app/services/askpass/Askpass.h"
 #include "app/store/RepositoryStore.h"
-#include "app/views/RepositoryView.h"
-#include "app/views/sheets/PromptText.h"
+#include "app/ui/dialogs/PromptText.h"
+#include "app/ui/window/RepositoryView.h"
 #include "tests/app/GitHttpServer.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"

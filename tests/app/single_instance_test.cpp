@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/FileUri.h"
-#include "app/shell/SingleInstance.h"
+#include "app/services/instance/SingleInstance.h"
 #include "tests/app/EventWait.h"
 
 #include <QDeadlineTimer>

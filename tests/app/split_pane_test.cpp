@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/views/SplitPane.h"
+#include "app/ui/widgets/SplitPane.h"
 
 #include <QApplication>
 #include <QMouseEvent>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/shell/updates/UpdateDialog.h"
+#include "app/shell/UpdateDialog.h"
 #include "tests/app/EventWait.h"
 #include "tests/app/HttpServer.h"
 #include "tests/app/ShownWidgets.h"

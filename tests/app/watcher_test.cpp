@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/shell/RepositoryScope.h"
-#include "app/shell/RepositoryWatcher.h"
+#include "app/services/watcher/RepositoryScope.h"
+#include "app/services/watcher/RepositoryWatcher.h"
 #include "tests/app/EventWait.h"
 
 #include <gmock/gmock.h>

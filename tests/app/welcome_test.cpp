@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/RecentRepositories.h"
 #include "app/settings/Settings.h"
-#include "app/settings/WelcomeView.h"
+#include "app/ui/welcome/WelcomeView.h"
 #include "tests/app/ShownWidgets.h"
 
 #include <QApplication>

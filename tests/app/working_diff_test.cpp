@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
-#include "app/views/diff/DiffSectionView.h"
-#include "app/views/diff/DiffView.h"
-#include "app/views/diff/WorkingDiffPane.h"
+#include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/diff/DiffView.h"
+#include "app/ui/diff/WorkingDiffPane.h"
 #include "tests/store/ManualWorker.h"
 #include "tests/support/TestRepository.h"
 

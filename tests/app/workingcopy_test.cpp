@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
-#include "app/views/workingcopy/ChangedFilesMenu.h"
-#include "app/views/workingcopy/WorkingCopyView.h"
+#include "app/ui/workingcopy/ChangedFilesMenu.h"
+#include "app/ui/workingcopy/WorkingCopyView.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/support/TestRepository.h"
 

@@ -56,10 +56,10 @@ const SourceTree houseInOrder = {
     {"GitKit/GitRepository.h", "#pragma once\n#include \"GitKit/runner/GitRunner.h\"\n"},
     {"app/store/RepositoryStore.h",
      "#pragma once\n#include \"GitKit/GitRepository.h\"\n#include <QString>\n#include <QCoroTask>\n"},
-    {"app/views/HistoryView.cpp", "#include \"app/store/RepositoryStore.h\"\n#include <QWidget>\n#include \"x.moc\"\n"},
+    {"app/ui/HistoryView.cpp", "#include \"app/store/RepositoryStore.h\"\n#include <QWidget>\n#include \"x.moc\"\n"},
     {"app/platform/Trash.h", "#pragma once\n"},
     {"app/platform/linux/Trash.cpp", "#include \"app/platform/Trash.h\"\n"},
-    {"app/main.cpp", "#include \"app/platform/Trash.h\"\n"},
+    {"app/shell/main.cpp", "#include \"app/platform/Trash.h\"\n"},
 };
 
 /// What is said of the orderly house once `text` has been added to one of its files or is a new one.
@@ -85,26 +85,26 @@ TEST(IncludeRules, seeEveryPlantedViolationAndNothingElse)
     EXPECT_THAT(after("app/store/RepositoryStore.h", "#include <QtWidgets/QDialog>\n#include <QDialog>\n"),
                 ElementsAre("app/store/RepositoryStore.h may not include <QtWidgets/QDialog>",
                             "app/store/RepositoryStore.h may not include <QDialog>"));
-    EXPECT_THAT(after("app/views/HistoryView.cpp", "#include \"GitKit/runner/GitRunner.h\"\n"),
-                ElementsAre("app/views/HistoryView.cpp may not include \"GitKit/runner/GitRunner.h\""));
-    EXPECT_THAT(after("app/ai/CommitMessageAI.cpp", "#include \"GitKit/GitRepository.h\"\n"),
-                ElementsAre("app/ai/CommitMessageAI.cpp may not include \"GitKit/GitRepository.h\""));
+    EXPECT_THAT(after("app/ui/HistoryView.cpp", "#include \"GitKit/runner/GitRunner.h\"\n"),
+                ElementsAre("app/ui/HistoryView.cpp may not include \"GitKit/runner/GitRunner.h\""));
+    EXPECT_THAT(after("app/settings/Settings.cpp", "#include \"GitKit/GitRepository.h\"\n"),
+                ElementsAre("app/settings/Settings.cpp may not include \"GitKit/GitRepository.h\""));
     EXPECT_THAT(after("app/platform/linux/Trash.cpp", "#include \"app/store/RepositoryStore.h\"\n"),
                 ElementsAre("app/platform/linux/Trash.cpp may not include \"app/store/RepositoryStore.h\""));
-    EXPECT_THAT(after("app/main.cpp", "#include \"app/platform/linux/Trash.cpp\"\n"),
-                ElementsAre("app/main.cpp may not include \"app/platform/linux/Trash.cpp\""));
-    EXPECT_THAT(after("app/views/HistoryView.cpp", "#include \"../store/RepositoryStore.h\"\n"),
-                ElementsAre("app/views/HistoryView.cpp includes \"../store/RepositoryStore.h\", which is no file named "
+    EXPECT_THAT(after("app/shell/main.cpp", "#include \"app/platform/linux/Trash.cpp\"\n"),
+                ElementsAre("app/shell/main.cpp may not include \"app/platform/linux/Trash.cpp\""));
+    EXPECT_THAT(after("app/ui/HistoryView.cpp", "#include \"../store/RepositoryStore.h\"\n"),
+                ElementsAre("app/ui/HistoryView.cpp includes \"../store/RepositoryStore.h\", which is no file named "
                             "from the top of the tree"));
-    EXPECT_THAT(after("app/views/Theme.h", "// #pragma once\n"),
-                ElementsAre("app/views/Theme.h can be read twice: #pragma once is missing"));
-    EXPECT_THAT(after("app/main.cpp", "/*\n#include \"nowhere.h\"\n*/\n"), IsEmpty());
+    EXPECT_THAT(after("app/ui/Theme.h", "// #pragma once\n"),
+                ElementsAre("app/ui/Theme.h can be read twice: #pragma once is missing"));
+    EXPECT_THAT(after("app/shell/main.cpp", "/*\n#include \"nowhere.h\"\n*/\n"), IsEmpty());
 }
 
 TEST(IncludeRules, holdInThisTree)
 {
     const auto tree = treeBelow(SOURCE_TREE);
-    ASSERT_TRUE(tree.contains("GitKit/GitRepository.h") && tree.contains("app/main.cpp"))
+    ASSERT_TRUE(tree.contains("GitKit/repository/GitRepository.h") && tree.contains("app/shell/main.cpp"))
         << "the sources were not found below " << SOURCE_TREE;
     const auto core = headersOfQtCore();
     ASSERT_TRUE(core.contains("QObject")) << "no headers of Qt Core in " << QT_CORE_HEADERS;

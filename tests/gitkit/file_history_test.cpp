@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "GitKit/GitRepository.h"
 #include "GitKit/parsers/BlameParser.h"
+#include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 

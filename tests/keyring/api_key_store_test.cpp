@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/ai/APIKeyStore.h"
+#include "app/services/ai/APIKeyStore.h"
 #include "tests/app/EventWait.h"
 
 #include <QDBusConnection>

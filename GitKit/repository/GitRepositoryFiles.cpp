@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Whole files as diffs compare them, and what is known of a commit's files besides their names.
+
+#include "GitKit/Text.h"
+#include "GitKit/parsers/Fields.h"
+#include "GitKit/parsers/NumStatParser.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/runner/GitError.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <sys/stat.h>
+
+namespace gitkit {
+
+namespace {
+
+/// A file of the working tree as git sees it: a symbolic link is the path that it points to.
+std::optional<std::string> workingFile(const std::filesystem::path& file, std::size_t limit)
+{
+    struct stat found{};
+    if (::lstat(file.c_str(), &found) != 0)
+        return std::nullopt;
+    std::error_code failure;
+    if (S_ISLNK(found.st_mode)) {
+        const std::filesystem::path target = std::filesystem::read_symlink(file, failure);
+        return failure ? std::nullopt : std::optional(target.string());
+    }
+    if (!S_ISREG(found.st_mode) || static_cast<std::uintmax_t>(found.st_size) > limit)
+        return std::nullopt;
+    std::ifstream stream(file, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    if (!stream.is_open() || stream.bad() || bytes.size() > limit)
+        return std::nullopt;
+    return bytes;
+}
+
+std::optional<std::uint64_t> workingFileSize(const std::filesystem::path& file)
+{
+    struct stat found{};
+    if (::lstat(file.c_str(), &found) != 0 || (!S_ISREG(found.st_mode) && !S_ISLNK(found.st_mode)))
+        return std::nullopt;
+    return static_cast<std::uint64_t>(found.st_size);
+}
+
+/// The size that "hash type size" tells; nothing for a hash that is not there, or is no file.
+std::optional<std::size_t> blobSize(std::string_view line)
+{
+    const auto fields = splitFields<3>(line, ' ');
+    if (!fields || fields->at(1) != "blob")
+        return std::nullopt;
+    std::size_t size = 0;
+    const std::string_view digits = fields->at(2);
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), size);
+    return read.ec == std::errc() ? std::optional(size) : std::nullopt;
+}
+
+} // namespace
+
+std::vector<std::optional<std::string>> GitRepository::blobs(const std::vector<std::string>& hashes,
+                                                             std::size_t limit) const
+{
+    std::vector<std::optional<std::string>> found(hashes.size());
+    std::string wanted;
+    for (const std::string& hash : hashes)
+        wanted += hash + '\n';
+    // The sizes first: a blob of gigabytes is not read to be thrown away.
+    const std::string sizes = runner_.bytes({"cat-file", "--batch-check"}, {.input = wanted});
+    std::vector<std::size_t> readable;
+    wanted.clear();
+    Pieces lines(sizes, '\n');
+    for (std::size_t index = 0; index < hashes.size(); ++index) {
+        const auto size = blobSize(lines.next().value_or(std::string_view()));
+        if (!size || *size > limit)
+            continue;
+        readable.push_back(index);
+        wanted += hashes[index] + '\n';
+    }
+    if (readable.empty())
+        return found;
+    // Each is "hash blob size", a line feed, the bytes, and a line feed.
+    const std::string contents = runner_.bytes({"cat-file", "--batch"}, {.input = wanted});
+    std::string_view rest = contents;
+    for (const std::size_t index : readable) {
+        const std::size_t end = rest.find('\n');
+        const auto size = blobSize(rest.substr(0, end));
+        if (!size || end == std::string_view::npos || rest.size() < end + 1 + *size)
+            break;
+        found[index] = std::string(rest.substr(end + 1, *size));
+        rest.remove_prefix(std::min(rest.size(), end + 1 + *size + 1));
+    }
+    return found;
+}
+
+DiffSides GitRepository::diffSides(const DiffSource& source, std::size_t limit) const
+{
+    std::vector<std::string> hashes;
+    for (const auto& blob : {source.before, source.after}) {
+        if (blob && !isNoHash(*blob))
+            hashes.push_back(*blob);
+    }
+    if (hashes.empty())
+        return {};
+    const auto found = blobs(hashes, limit);
+    DiffSides sides;
+    std::size_t next = 0;
+    if (source.before && !isNoHash(*source.before))
+        sides.before = found[next++];
+    if (source.after && !isNoHash(*source.after))
+        sides.after = found[next];
+    // What stands in the working tree alone has a hash, but is not kept under it.
+    if (!sides.after && source.workingPath && source.after && !isNoHash(*source.after))
+        sides.after = workingFile(root_ / *source.workingPath, limit);
+    return sides;
+}
+
+SideSizes GitRepository::diffSizes(const DiffSource& source) const
+{
+    const auto isFile = [](const std::optional<std::string>& blob) { return blob && !isNoHash(*blob); };
+    if (!isFile(source.before) && !isFile(source.after))
+        return {};
+    std::string wanted;
+    for (const auto& blob : {source.before, source.after})
+        wanted += isFile(blob) ? *blob + '\n' : std::string();
+    const std::string sizes = runner_.bytes({"cat-file", "--batch-check"}, {.input = wanted});
+    Pieces lines(sizes, '\n');
+    SideSizes found;
+    if (isFile(source.before))
+        found.before = blobSize(lines.next().value_or(std::string_view()));
+    if (isFile(source.after))
+        found.after = blobSize(lines.next().value_or(std::string_view()));
+    if (!found.after && source.workingPath && isFile(source.after))
+        found.after = workingFileSize(root_ / *source.workingPath);
+    return found;
+}
+
+std::vector<ChangeCounts> GitRepository::changeCounts(const std::string& hash, CommitKind kind) const
+{
+    const auto counts = [this](const std::string& commit) {
+        return NumStatParser::parse(runner_.bytes({"show", "--format=", "--numstat", "-z", "-M", "--first-parent",
+                                                   "--no-ext-diff", "--no-textconv", commit + "^{commit}", "--"}));
+    };
+    std::vector<ChangeCounts> files = counts(hash);
+    if (kind == CommitKind::stash) {
+        // The untracked files are a commit of their own.
+        const std::string untracked(
+            trimmed(runner_.bytes({"rev-parse", "--verify", "--quiet", hash + "^3"}, {.accepting = {0, 1}})));
+        if (!untracked.empty())
+            std::ranges::move(counts(untracked), std::back_inserter(files));
+    }
+    return files;
+}
+
+std::string GitRepository::resolveCommit(const std::string& name) const
+{
+    if (name.starts_with('-'))
+        throw GitError("rev-parse", 128, "“" + repairedUtf8(name) + "” is not a revision.");
+    return std::string(trimmed(runner_.bytes({"rev-parse", "--verify", name + "^{commit}"})));
+}
+
+} // namespace gitkit

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What git stopped in the middle of: going on, going back, and taking one side of a conflict.
+//
+//   AUTO_MERGE           the tree that git left in the working tree when it stopped; what differs from it now is the
+//                        user's work. Without it (older gits, applied patches) a file's time tells. Where
+//                        diff.autoRefreshIndex is off, git lists files that only look changed; nothing is written
+//                        all the same, since optional locks are off.
+//   update-index         --index-info instead of add for the chosen side: exactly its blob, mode or submodule commit,
+//                        and deletions too, in one command.
+//   bisect reset HEAD    where git no longer knows the branch that the bisect began on.
+
+#include "GitKit/Text.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/OperationReader.h"
+#include "GitKit/repository/PathCommand.h"
+#include "GitKit/repository/TellingCommand.h"
+#include "GitKit/runner/GitError.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <fstream>
+#include <map>
+#include <set>
+#include <string_view>
+
+namespace gitkit {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Kind = OperationInProgress::Kind;
+
+const char* commandOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::merge:
+        return "merge";
+    case Kind::rebase:
+        return "rebase";
+    case Kind::applyPatches:
+        return "am";
+    case Kind::cherryPick:
+        return "cherry-pick";
+    case Kind::revert:
+        return "revert";
+    case Kind::bisect:
+        break;
+    }
+    return "bisect";
+}
+
+const char* optionOf(GitRepository::OperationStep step)
+{
+    switch (step) {
+    case GitRepository::OperationStep::proceed:
+        return "--continue";
+    case GitRepository::OperationStep::skip:
+        return "--skip";
+    case GitRepository::OperationStep::abort:
+        return "--abort";
+    case GitRepository::OperationStep::forget:
+        break;
+    }
+    return "--quit";
+}
+
+std::optional<int> numberAfter(std::string_view text, std::string_view name)
+{
+    const std::size_t found = text.find(name);
+    int number = 0;
+    if (found == std::string_view::npos)
+        return std::nullopt;
+    const char* const start = text.data() + found + name.size();
+    const auto [stop, error] = std::from_chars(start, text.data() + text.size(), number);
+    return error == std::errc() && number >= 0 ? std::optional(number) : std::nullopt;
+}
+
+bool isThere(const fs::path& path)
+{
+    std::error_code error;
+    return fs::exists(fs::symlink_status(path, error));
+}
+
+/// When git wrote down where it stopped; nothing when it did not.
+std::optional<fs::file_time_type> stopTime(const fs::path& gitDirectory)
+{
+    constexpr std::array marks{"MERGE_MSG",         "MERGE_HEAD",           "CHERRY_PICK_HEAD",  "REVERT_HEAD",
+                               "rebase-merge/done", "rebase-merge/message", "rebase-apply/next", "rebase-apply/patch"};
+    std::optional<fs::file_time_type> newest;
+    for (const char* mark : marks) {
+        std::error_code error;
+        const fs::file_time_type time = fs::last_write_time(gitDirectory / mark, error);
+        if (!error && (!newest || time > *newest))
+            newest = time;
+    }
+    return newest;
+}
+
+bool holdsMarkers(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    for (std::string line; std::getline(stream, line);) {
+        if (line.starts_with("<<<<<<< ") || line.starts_with(">>>>>>> "))
+            return true;
+    }
+    return false;
+}
+
+/// Whether a file may have been edited since; a file of unknown age is.
+bool isEditedSince(const fs::path& file, const std::optional<fs::file_time_type>& time, bool hadMarkers)
+{
+    std::error_code error;
+    if (!isThere(file))
+        return false;
+    if (!time || (hadMarkers && fs::is_regular_file(fs::symlink_status(file, error)) && !holdsMarkers(file)))
+        return true;
+    const fs::file_time_type written = fs::last_write_time(file, error);
+    return error || written > *time;
+}
+
+/// One side of a conflicted path in the index.
+struct Stage {
+    std::string mode, hash;
+};
+using Stages = std::array<std::optional<Stage>, 4>;
+
+/// "MODE HASH STAGE\tPATH", each ended by a zero byte.
+std::map<std::string, Stages> parseStages(std::string_view listed)
+{
+    std::map<std::string, Stages> paths;
+    while (!listed.empty()) {
+        const std::string_view entry = listed.substr(0, listed.find('\0'));
+        listed.remove_prefix(std::min(entry.size() + 1, listed.size()));
+        const std::size_t tab = entry.find('\t');
+        const std::size_t mode = entry.find(' ');
+        if (tab == std::string_view::npos || mode == std::string_view::npos || tab < mode + 4)
+            continue;
+        const char number = entry[tab - 1];
+        if (number < '1' || number > '3')
+            continue;
+        Stage stage{std::string(entry.substr(0, mode)), std::string(entry.substr(mode + 1, tab - mode - 3))};
+        paths[std::string(entry.substr(tab + 1))][static_cast<std::size_t>(number - '0')] = std::move(stage);
+    }
+    return paths;
+}
+
+bool isSubmodule(const std::optional<Stage>& stage) { return stage && stage->mode == "160000"; }
+
+/// The hash of nothing, as long as the repository's hashes are.
+std::string absentHash(const Stages& stages)
+{
+    const auto present = std::ranges::find_if(stages, [](const auto& stage) { return stage.has_value(); });
+    return std::string(present == stages.end() ? 40 : (*present)->hash.size(), '0');
+}
+
+/// What applies patches writes down where it stopped before it writes the files.
+constexpr std::chrono::seconds writingTime{2};
+
+/// Whether aborting throws away what is changed in the working tree only, as a hard reset does.
+bool abortsHard(Kind kind) { return kind == Kind::rebase || kind == Kind::applyPatches; }
+
+} // namespace
+
+std::optional<OperationInProgress>
+GitRepository::operationInProgress(const fs::path& gitDirectory, const std::optional<OperationInProgress>& before) const
+{
+    std::optional<OperationInProgress> operation = readOperation(gitDirectory);
+    if (!operation)
+        return operation;
+    if (operation->bisect) {
+        OperationInProgress::Bisect& bisect = *operation->bisect;
+        if (before && before->bisect && before->bisect->logSize == bisect.logSize)
+            bisect.stepsLeft = before->bisect->stepsLeft;
+        else
+            countBisect(bisect);
+    }
+    if (operation->progress && (operation->kind == Kind::cherryPick || operation->kind == Kind::revert))
+        countSequence(*operation, gitDirectory);
+    return operation;
+}
+
+void GitRepository::countBisect(OperationInProgress::Bisect& bisect) const
+{
+    if (!bisect.isGoodKnown || !bisect.isBadKnown || bisect.found)
+        return;
+    const GitOutput read = runner_.output({"rev-list", "--bisect-vars", "refs/bisect/" + bisect.bad, "--not",
+                                           "--glob=refs/bisect/" + bisect.good + "-*", "--"});
+    if (read.status == 0)
+        bisect.stepsLeft = numberAfter(read.stdoutBytes, "bisect_steps=");
+}
+
+void GitRepository::countSequence(OperationInProgress& operation, const fs::path& gitDirectory) const
+{
+    std::optional<int> done;
+    if (const std::optional<std::string> start = sequenceStart(gitDirectory)) {
+        const GitOutput read = runner_.output({"rev-list", "--count", "--first-parent", *start + "..HEAD", "--"});
+        if (read.status == 0)
+            done = numberAfter("=" + read.stdoutBytes, "=");
+    }
+    if (!done) {
+        operation.progress.reset();
+        return;
+    }
+    operation.progress->step += *done;
+    operation.progress->total += *done;
+}
+
+std::string GitRepository::withoutComments(const std::string& message) const
+{
+    return message.empty() ? message
+                           : runner_.bytes({"stripspace", "--strip-comments"}, {.input = message, .environment = {}});
+}
+
+void GitRepository::proceed(const OperationInProgress& operation, OperationStep step) const
+{
+    if (operation.kind != Kind::bisect) {
+        runTelling(runner_, {commandOf(operation.kind), optionOf(step)});
+        return;
+    }
+    Arguments arguments{"bisect", "reset"};
+    if (step == OperationStep::forget || operation.isIncomplete)
+        arguments.emplace_back("HEAD");
+    runTelling(runner_, arguments);
+}
+
+void GitRepository::mark(const OperationInProgress::Bisect& bisect, BisectMark mark) const
+{
+    const std::string& side = mark == BisectMark::good ? bisect.good : bisect.bad;
+    runTelling(runner_, {"bisect", mark == BisectMark::skip ? "skip" : side});
+}
+
+std::vector<std::string> GitRepository::changedSinceStop(const fs::path& gitDirectory,
+                                                         const std::vector<FileChange>& files,
+                                                         std::chrono::seconds slack) const
+{
+    if (isThere(gitDirectory / "AUTO_MERGE")) {
+        const GitOutput read =
+            runner_.output({"-c", "diff.autoRefreshIndex=true", "diff", "--name-only", "-z", "--no-renames",
+                            "--no-ext-diff", "--ignore-submodules=dirty", "AUTO_MERGE", "--"});
+        if (read.status == 0)
+            return splitNul(read.stdoutBytes);
+    }
+    std::optional<fs::file_time_type> time = stopTime(gitDirectory);
+    if (time)
+        *time += slack;
+    std::vector<std::string> changed;
+    for (const FileChange& file : files) {
+        const bool hadMarkers = file.isConflicted && file.index == file.worktree && file.index != 'D';
+        if (!file.isUntracked() && !file.isSubmodule && isEditedSince(root_ / file.path, time, hadMarkers))
+            changed.push_back(file.path);
+    }
+    return changed;
+}
+
+GitRepository::AbortLoss GitRepository::abortLoss(const OperationInProgress& operation,
+                                                  const fs::path& gitDirectory) const
+{
+    AbortLoss loss;
+    if (operation.kind == Kind::bisect)
+        return loss;
+    if (operation.progress)
+        loss.steps = std::max(operation.progress->step - 1, 0);
+    const std::vector<FileChange> files = status().files;
+    std::set<std::string> lost;
+    for (const auto& [path, stages] : parseStages(runner_.bytes({"ls-files", "--resolve-undo", "-z"})))
+        lost.insert(path);
+    std::ranges::copy(changedSinceStop(gitDirectory, files, writingTime), std::inserter(lost, lost.end()));
+    for (const FileChange& file : files) {
+        const bool isOnlyInWorkingTree = !file.isConflicted && !file.isUntracked() && file.index == '.';
+        if (isOnlyInWorkingTree && abortsHard(operation.kind) && !file.isSubmodule)
+            lost.insert(file.path);
+        else if (isOnlyInWorkingTree)
+            lost.erase(file.path);
+    }
+    loss.paths.assign(lost.begin(), lost.end());
+    return loss;
+}
+
+void GitRepository::takeSide(const std::vector<std::string>& paths, ConflictSide side, const fs::path& gitDirectory,
+                             const Trash& trash) const
+{
+    const std::map<std::string, Stages> conflicts = parseStages(runner_.bytes({"ls-files", "--unmerged", "-z"}));
+    const std::vector<FileChange> files = status().files;
+    const std::vector<std::string> edited = changedSinceStop(gitDirectory, files, {});
+    const std::set<std::string> changed(edited.begin(), edited.end());
+    const std::size_t wanted = side == ConflictSide::ours ? 2 : 3;
+    std::vector<std::string> written;
+    std::string entries;
+    for (const std::string& path : paths) {
+        const auto found = conflicts.find(path);
+        if (found == conflicts.end())
+            continue;
+        const Stages& stages = found->second;
+        const std::optional<Stage>& taken = stages[wanted];
+        const bool hasFolder = std::ranges::any_of(stages, isSubmodule);
+        if (!hasFolder && isThere(root_ / path) && (!taken || changed.contains(path))) {
+            if (!trash)
+                throw GitError("checkout", 1, "“" + repairedUtf8(path) + "” cannot be moved to the Trash.");
+            trash(root_ / path);
+        }
+        if (taken && !isSubmodule(taken))
+            written.push_back(path);
+        entries += taken ? taken->mode + ' ' + taken->hash : "0 " + absentHash(stages);
+        entries += '\t' + path + '\0';
+    }
+    if (entries.empty())
+        return;
+    runOnPaths(runner_, {"checkout", side == ConflictSide::ours ? "--ours" : "--theirs"}, written);
+    runner_.accepted({"update-index", "-z", "--index-info"}, {.input = std::move(entries), .environment = {}});
+    // Without the files' times in the index git takes them for changed ones, and refuses to abort.
+    runner_.accepted({"update-index", "-q", "--refresh"}, {.accepting = {0, 1}, .environment = {}});
+}
+
+} // namespace gitkit

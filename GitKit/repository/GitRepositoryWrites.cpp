@@ -1,0 +1,299 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Staging, committing, branches, tags, stashes and remotes.
+//
+// Where the commands differ from the obvious ones; what holds for every run stands in GitEnvironment.cpp:
+//
+//   add, reset PATHS     GIT_LITERAL_PATHSPECS: a path is its bytes, whatever wildcards it holds. Long lists go on
+//   standard
+//                        input. Only paths that the side in question knows are named, since git refuses a whole list
+//                        for one that it does not: a staged rename's old path is gone, a staged deletion has nothing to
+//                        add.
+//   reset -q -- .        for all of the index: without a path git also ends a merge, a cherry-pick or a revert in
+//   progress,
+//                        and the next commit has one parent. With conflicts only what is staged is named, so that the
+//                        conflicts stay what they are.
+//   commit               --cleanup=verbatim, so that what was typed is recorded, lines with a "#" too. No pin: merges
+//   need
+//                        their prepared message finished. A last line without an end has it added here; an amended
+//                        message that is HEAD's own keeps its bytes.
+//   checkout, merge,     take full ref names, so that a tag and a branch of one name are told apart and a name that
+//   begins branch, tag          with "-" is no option. Git attaches HEAD to a branch by its short name alone, so that
+//   is what
+//                        checkout is given; where git would read the short name as something else, HEAD is detached
+//                        there and then pointed at the branch. A merge is given the short name for its message, while
+//                        it means the same.
+//   push -u REMOTE       refs/heads/B:refs/heads/B instead of B: in a refspec a leading "+" forces.
+//   fetch, pull, push    --progress, which git otherwise prints for a terminal only.
+//   push                 push.default is pinned to simple; the branch must still be the current one.
+//   stash apply, pop     --index, so that what was staged is staged again; without it where git cannot, or where an
+//                        operation is in progress, which --index would end.
+//   stash apply, pop,    the stash is looked up by its hash just before; its number may be another's by now.
+//   drop
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/PathCommand.h"
+#include "GitKit/repository/TellingCommand.h"
+#include "GitKit/runner/GitError.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace gitkit {
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+constexpr std::string_view branchPrefix = "refs/heads/";
+
+std::string quoted(const std::string& name) { return "“" + repairedUtf8(name) + "”"; }
+
+bool isHash(std::string_view text)
+{
+    return text.size() >= 4 && text.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+}
+
+/// A full ref name or a hash as an argument: neither is an option, and neither is taken for another ref.
+std::string revisionArgument(const char* command, const std::string& revision)
+{
+    if (!revision.starts_with("refs/") && !isHash(revision) && revision != "HEAD")
+        throw GitError(command, 128, quoted(revision) + " is neither the full name of a branch or tag nor a hash.");
+    return revision;
+}
+
+/// A new ref's short name as an argument; the rest of the rules are git's to tell.
+std::string newNameArgument(const char* command, const std::string& name)
+{
+    if (name.empty())
+        throw GitError(command, 128, "The name is empty.");
+    if (name.starts_with('-'))
+        throw GitError(command, 128, quoted(name) + " cannot be a name: it begins with “-”.");
+    if (name == "@" || name == "HEAD" || name.find("@{") != std::string::npos)
+        throw GitError(command, 128, quoted(name) + " cannot be a name: git reads it as something else.");
+    return name;
+}
+
+/// The name below refs/heads/; nothing for any other ref.
+std::optional<std::string> branchName(const std::string& ref)
+{
+    if (!ref.starts_with(branchPrefix))
+        return std::nullopt;
+    return ref.substr(branchPrefix.size());
+}
+
+/// The working tree that has `branch` checked out, empty for none. Throws when the branch is gone: by its short name
+/// git would go on to a tag.
+std::string workingTreeOf(const GitRunner& runner, const std::string& branch)
+{
+    const std::string found = runner.bytes({"for-each-ref", "--format=%(refname)%00%(worktreepath)", branch});
+    const std::string start = branch + '\0';
+    if (!found.starts_with(start))
+        throw GitError("checkout", 1, "There is no branch " + quoted(branch.substr(branchPrefix.size())) + ".");
+    return std::string(trimmed(std::string_view(found).substr(start.size()), "\n"));
+}
+
+/// The short name of a ref where git takes it for this very ref, otherwise the full one.
+std::string shortestName(const GitRunner& runner, const std::string& ref)
+{
+    const std::string name(trimmed(runner.bytes({"for-each-ref", "--format=%(refname:short)", ref}), "\n"));
+    if (name.empty() || name.starts_with('-'))
+        return ref;
+    const GitOutput read = runner.output({"rev-parse", "--verify", "--quiet", "--symbolic-full-name", name});
+    return trimmed(read.stdoutBytes, "\n") == ref ? name : ref;
+}
+
+bool isOperationInProgress(const std::filesystem::path& gitDirectory)
+{
+    constexpr std::array marks{"MERGE_HEAD", "CHERRY_PICK_HEAD", "REVERT_HEAD", "SQUASH_MSG"};
+    return std::ranges::any_of(marks, [&](const char* mark) { return std::filesystem::exists(gitDirectory / mark); });
+}
+
+/// Where in the list a stash stands now.
+std::string currentRef(const std::vector<Stash>& stashes, const Stash& wanted)
+{
+    if (std::ranges::find_if(stashes, [&](const Stash& one) {
+            return one.hash == wanted.hash && one.ref == wanted.ref;
+        }) != stashes.end())
+        return wanted.ref;
+    const auto found = std::ranges::find(stashes, wanted.hash, &Stash::hash);
+    if (found == stashes.end())
+        throw GitError("stash", 1, "The stash “" + repairedUtf8(wanted.message) + "” is no longer in the list.");
+    return found->ref;
+}
+
+} // namespace
+
+void GitRepository::stage(const std::vector<FileChange>& files) const
+{
+    Arguments paths;
+    for (const FileChange& file : files) {
+        if (!file.hasUnstaged())
+            continue;
+        paths.push_back(file.path);
+        if (file.originalPath && file.index == '.' && file.worktree == 'R')
+            paths.push_back(*file.originalPath);
+    }
+    runOnPaths(runner_, {"add", "-A"}, paths);
+}
+
+void GitRepository::unstage(const std::vector<FileChange>& files) const
+{
+    Arguments paths;
+    for (const FileChange& file : files) {
+        if (!file.hasStaged())
+            continue;
+        paths.push_back(file.path);
+        if (file.originalPath && file.index == 'R')
+            paths.push_back(*file.originalPath);
+    }
+    runOnPaths(runner_, {"reset", "-q"}, paths);
+}
+
+void GitRepository::stageAll() const { runner_.accepted({"add", "-A"}); }
+
+void GitRepository::unstageAll() const
+{
+    const std::vector<FileChange> files = status().files;
+    if (std::ranges::any_of(files, &FileChange::isConflicted))
+        unstage(files);
+    else
+        runner_.accepted({"reset", "-q", "--", "."});
+}
+
+std::string GitRepository::lastCommitMessage() const
+{
+    std::string message = runner_.bytes({"log", "-1", "--format=%B"});
+    if (message.ends_with('\n')) // the format's own
+        message.pop_back();
+    return message;
+}
+
+void GitRepository::commit(const std::string& message, CommitMode mode) const
+{
+    if (trimmed(message).empty())
+        throw GitError("commit", 1, "A commit needs a message.");
+    Arguments arguments{"commit", "--cleanup=verbatim", "-F", "-"};
+    if (mode == CommitMode::amend)
+        arguments.emplace_back("--amend");
+    std::string input = message;
+    if (!input.ends_with('\n') && (mode == CommitMode::create || input != lastCommitMessage()))
+        input += '\n';
+    runner_.accepted(arguments, {.input = std::move(input)});
+}
+
+void GitRepository::checkout(const std::string& ref) const
+{
+    const std::optional<std::string> branch = branchName(ref);
+    if (!branch) {
+        runner_.accepted({"checkout", revisionArgument("checkout", ref), "--"});
+        return;
+    }
+    const std::string elsewhere = workingTreeOf(runner_, ref);
+    if (!branch->starts_with('-') && *branch != "@" && *branch != "HEAD") {
+        runner_.accepted({"checkout", *branch, "--"});
+        return;
+    }
+    if (!elsewhere.empty() && elsewhere != root_.string())
+        throw GitError("checkout", 128, quoted(*branch) + " is already checked out in " + quoted(elsewhere) + ".");
+    runner_.accepted({"checkout", ref, "--"});
+    runner_.accepted({"symbolic-ref", "-m", "checkout: moving to " + ref, "HEAD", ref});
+}
+
+void GitRepository::checkoutTracking(const std::string& remoteBranch, const std::string& localName) const
+{
+    runner_.accepted({"checkout", "-b", newNameArgument("checkout", localName), "--track",
+                      revisionArgument("checkout", remoteBranch)});
+}
+
+void GitRepository::createBranch(const std::string& name, const std::optional<std::string>& startPoint,
+                                 AfterCreating after) const
+{
+    const char* command = after == AfterCreating::checkOut ? "checkout" : "branch";
+    Arguments arguments{command};
+    if (after == AfterCreating::checkOut)
+        arguments.emplace_back("-b");
+    arguments.push_back(newNameArgument(command, name));
+    if (startPoint && !startPoint->empty())
+        arguments.push_back(revisionArgument(command, *startPoint));
+    runner_.accepted(arguments);
+}
+
+void GitRepository::deleteBranch(const std::string& name, Deletion deletion) const
+{
+    runner_.accepted({"branch", deletion == Deletion::force ? "-D" : "-d", "--", name});
+}
+
+void GitRepository::createTag(const std::string& name, const std::string& target) const
+{
+    runner_.accepted({"tag", newNameArgument("tag", name), revisionArgument("tag", target)});
+}
+
+void GitRepository::deleteTag(const std::string& name) const { runner_.accepted({"tag", "-d", "--", name}); }
+
+void GitRepository::merge(const std::string& ref) const
+{
+    const std::string revision = revisionArgument("merge", ref);
+    runTelling(runner_, {"merge", revision.starts_with("refs/") ? shortestName(runner_, revision) : revision});
+}
+
+void GitRepository::cherryPick(const std::string& hash) const
+{
+    runTelling(runner_, {"cherry-pick", revisionArgument("cherry-pick", hash)});
+}
+
+void GitRepository::revert(const std::string& hash) const
+{
+    runTelling(runner_, {"revert", "--no-edit", revisionArgument("revert", hash)});
+}
+
+void GitRepository::stashSave(const std::string& message, UntrackedFiles untracked) const
+{
+    Arguments arguments{"stash", "push"};
+    if (untracked == UntrackedFiles::include)
+        arguments.emplace_back("--include-untracked");
+    if (!message.empty())
+        arguments.insert(arguments.end(), {"-m", message});
+    runner_.accepted(arguments);
+}
+
+void GitRepository::stashApply(const Stash& stash, StashUse use) const
+{
+    const std::string ref = currentRef(stashes(), stash);
+    const std::string verb = use == StashUse::pop ? "pop" : "apply";
+    if (!isOperationInProgress(gitDirectories().own)) {
+        try {
+            runTelling(runner_, {"stash", verb, "--index", ref});
+            return;
+        } catch (const GitError& error) {
+            // Git has changed nothing when it says this.
+            if (error.message().find("Try without --index") == std::string::npos)
+                throw;
+        }
+    }
+    runTelling(runner_, {"stash", verb, ref});
+}
+
+void GitRepository::stashDrop(const Stash& stash) const
+{
+    runner_.accepted({"stash", "drop", currentRef(stashes(), stash)});
+}
+
+void GitRepository::fetch() const { runTelling(runner_, {"fetch", "--all", "--prune", "--progress"}); }
+
+void GitRepository::pull() const { runTelling(runner_, {"pull", "--progress"}); }
+
+void GitRepository::push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const
+{
+    const std::string ref = std::string(branchPrefix) + branch;
+    if (upstreamRemote) {
+        const std::string refspec = ref + ":" + ref;
+        runTelling(runner_, {"push", "-u", "--progress", newNameArgument("push", *upstreamRemote), refspec});
+        return;
+    }
+    if (trimmed(runner_.output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes, "\n") != ref)
+        throw GitError("push", 1, quoted(branch) + " is not the current branch any more. Nothing was pushed.");
+    runTelling(runner_, {"push", "--progress"});
+}
+
+} // namespace gitkit

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/await/Await.h"
+
+#include <cstdio>
+
+namespace plovik {
+
+namespace {
+
+QCoro::Task<> reportingFailures(QCoro::Task<> task)
+{
+    try {
+        co_await task;
+    } catch (const StoreClosed&) { // NOLINT(bugprone-empty-catch): the window closed; nobody is left to tell
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "plovik: a background task failed: %s\n", failure.what());
+    }
+}
+
+} // namespace
+
+void launch(QCoro::Task<> task) { reportingFailures(std::move(task)); }
+
+} // namespace plovik

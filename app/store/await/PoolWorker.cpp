@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/await/PoolWorker.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+namespace plovik {
+
+namespace {
+
+class TimerDelay : public Worker::Delay {
+public:
+    TimerDelay(std::chrono::milliseconds delay, std::function<void()> elapsed)
+    {
+        timer_.setSingleShot(true);
+        timer_.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&timer_, &QTimer::timeout, [elapsed = std::move(elapsed)] { elapsed(); });
+        timer_.start(delay);
+    }
+
+private:
+    QTimer timer_;
+};
+
+} // namespace
+
+Worker& Worker::pool()
+{
+    // Never destroyed: destroying a pool waits for its threads, and quitting waits for no git process.
+    static auto* const worker = new PoolWorker;
+    return *worker;
+}
+
+PoolWorker::PoolWorker()
+{
+    local_.setMaxThreadCount(4);
+    network_.setMaxThreadCount(16);
+}
+
+void PoolWorker::post(Lane lane, std::function<void()> job, std::function<void()> done)
+{
+    QThreadPool& pool = lane == Lane::network ? network_ : local_;
+    pool.start([job = std::move(job), done = std::move(done)]() mutable {
+        job();
+        job = nullptr;
+        // Without an application left there is no main thread to come back to.
+        if (QCoreApplication* const application = QCoreApplication::instance())
+            QMetaObject::invokeMethod(application, std::move(done), Qt::QueuedConnection);
+    });
+}
+
+std::unique_ptr<Worker::Delay> PoolWorker::after(std::chrono::milliseconds delay, std::function<void()> elapsed)
+{
+    return std::make_unique<TimerDelay>(delay, std::move(elapsed));
+}
+
+void InlineWorker::post(Lane, std::function<void()> job, std::function<void()> done)
+{
+    job();
+    done();
+}
+
+std::unique_ptr<Worker::Delay> InlineWorker::after(std::chrono::milliseconds, std::function<void()> elapsed)
+{
+    elapsed();
+    return nullptr;
+}
+
+} // namespace plovik

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/await/Turnstile.h"
+
+#include "app/store/await/Await.h"
+
+#include <utility>
+
+namespace plovik {
+
+Turnstile::~Turnstile()
+{
+    state_->closed = true;
+    // Unwinding may, in principle, ask for another turn; it would find the turnstile closed.
+    while (!state_->waiting.empty()) {
+        const std::coroutine_handle<> next = state_->waiting.front();
+        state_->waiting.pop_front();
+        next.resume();
+    }
+}
+
+Turnstile::Pass Turnstile::Turn::await_resume()
+{
+    if (state_->closed)
+        throw StoreClosed{};
+    state_->taken = true;
+    return Pass(std::move(state_));
+}
+
+Turnstile::Pass::~Pass()
+{
+    if (!state_)
+        return;
+    state_->taken = false;
+    if (state_->closed || state_->waiting.empty())
+        return;
+    const std::coroutine_handle<> next = state_->waiting.front();
+    state_->waiting.pop_front();
+    // Taken at once, so that nobody slips in between.
+    state_->taken = true;
+    next.resume();
+}
+
+} // namespace plovik

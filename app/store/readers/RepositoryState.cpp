@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/readers/RepositoryState.h"
+
+#include "GitKit/repository/OperationReader.h"
+
+#include <exception>
+#include <filesystem>
+#include <system_error>
+
+namespace plovik {
+
+namespace {
+
+/// Asking git for it would hold up the first status of every window.
+std::filesystem::path gitDirectoryOf(const gitkit::GitRepository& repo)
+{
+    std::error_code ignored;
+    const std::filesystem::path ordinary = repo.root() / ".git";
+    return std::filesystem::is_directory(ordinary, ignored) ? ordinary : repo.gitDirectories().own;
+}
+
+void readOperationInto(RepositoryState& state, const gitkit::GitRepository& repo, const RepositoryStateRequest& request)
+{
+    state.gitDirectory = request.gitDirectory ? *request.gitDirectory : gitDirectoryOf(repo);
+    state.operation = repo.operationInProgress(*state.gitDirectory, request.operation);
+    state.preparedMessage = gitkit::readPreparedMessage(*state.gitDirectory, state.operation);
+    if (state.preparedMessage != request.preparedMessage)
+        state.newMessage = repo.withoutComments(state.preparedMessage);
+}
+
+} // namespace
+
+RepositoryState readRepositoryState(const gitkit::GitRepository& repo, const RepositoryStateRequest& request)
+{
+    RepositoryState state;
+    try {
+        state.status = repo.status();
+    } catch (const std::exception& failure) {
+        state.problem = failure.what();
+    }
+    // A repository whose status cannot be read may still be in the middle of something that can be aborted.
+    try {
+        readOperationInto(state, repo, request);
+    } catch (const std::exception&) {
+        state.preparedMessage = request.preparedMessage;
+        state.newMessage.reset();
+    }
+    return state;
+}
+
+} // namespace plovik

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/repository/GitRepository.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace plovik {
+
+/// What a status refresh knows from the one before.
+struct RepositoryStateRequest {
+    std::optional<std::filesystem::path> gitDirectory;
+    std::optional<gitkit::OperationInProgress> operation;
+    std::string preparedMessage;
+};
+
+/// What a status refresh reads, all of one moment.
+struct RepositoryState {
+    std::optional<gitkit::RepoStatus> status; ///< absent with a `problem`
+    std::string problem;
+    std::optional<std::filesystem::path> gitDirectory; ///< this working tree's own
+    std::optional<gitkit::OperationInProgress> operation;
+    std::string preparedMessage; ///< for the next commit, as git wrote it
+    /// The same without its comments; absent while it is what it was.
+    std::optional<std::string> newMessage;
+};
+
+/// Blocks. Failures of git are told in the result; throws only gitkit::RunStopped.
+RepositoryState readRepositoryState(const gitkit::GitRepository& repo, const RepositoryStateRequest& request);
+
+} // namespace plovik

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commands/UndoCommand.h"
+
+#include "app/ui/workingcopy/CommitBox.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QTextEdit>
+
+#include <optional>
+
+namespace plovik {
+
+namespace {
+
+/// Whether a text has something to undo; nothing for what is no text.
+std::optional<bool> textCanUndo(const QWidget* widget)
+{
+    if (const auto* const line = qobject_cast<const QLineEdit*>(widget))
+        return line->isUndoAvailable();
+    if (const auto* const plain = qobject_cast<const QPlainTextEdit*>(widget))
+        return !plain->isReadOnly() && plain->document()->isUndoAvailable();
+    if (const auto* const rich = qobject_cast<const QTextEdit*>(widget))
+        return !rich->isReadOnly() && rich->document()->isUndoAvailable();
+    return std::nullopt;
+}
+
+bool isInCommitBox(const QWidget* widget)
+{
+    while (widget && !qobject_cast<const CommitBox*>(widget))
+        widget = widget->parentWidget();
+    return widget;
+}
+
+} // namespace
+
+UndoCommand::UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store)
+    : QObject(&menu), action_(action), window_(menu.parentWidget()->window()), store_(store),
+      discardNotifier_(store.canUndoDiscard.addNotifier([this] { show(); })),
+      messageNotifier_(store.canUndoMessage.addNotifier([this] { show(); }))
+{
+    connect(&action, &QAction::triggered, this, &UndoCommand::run);
+    connect(&menu, &QMenu::aboutToShow, this, &UndoCommand::show);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* focus) { focusMoved(focus); });
+    show();
+}
+
+UndoCommand::Target UndoCommand::target() const
+{
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool textCan = textCanUndo(focus).value_or(false);
+    // In the commit box the written message is the last change of both fields.
+    if (store_.canUndoMessage.value() && (!textCan || isInCommitBox(focus)))
+        return Target::writtenMessage;
+    if (textCan)
+        return Target::text;
+    return store_.canUndoDiscard.value() ? Target::discard : Target::nothing;
+}
+
+void UndoCommand::show()
+{
+    const Target undone = target();
+    action_.setText(undone == Target::discard          ? QStringLiteral("Undo Discard")
+                    : undone == Target::writtenMessage ? QStringLiteral("Undo Written Message")
+                                                       : QStringLiteral("Undo"));
+    action_.setEnabled(undone != Target::nothing);
+}
+
+void UndoCommand::run()
+{
+    switch (target()) {
+    case Target::writtenMessage:
+        return store_.undoMessage();
+    case Target::discard:
+        return store_.undoDiscard();
+    case Target::text:
+        QMetaObject::invokeMethod(QApplication::focusWidget(), "undo");
+        return;
+    case Target::nothing:
+        return;
+    }
+}
+
+void UndoCommand::focusMoved(QWidget* focus)
+{
+    if (watched_)
+        watched_->removeEventFilter(this);
+    watched_ = focus && focus->window() == window_ && textCanUndo(focus) ? focus : nullptr;
+    if (watched_)
+        watched_->installEventFilter(this);
+    show();
+}
+
+bool UndoCommand::eventFilter(QObject* watched, QEvent* event)
+{
+    // A text claims the key even when the change to take back is not its own; then it is left to the menu.
+    const auto isStores = [this] { return target() == Target::discard || target() == Target::writtenMessage; };
+    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo) &&
+        isStores())
+    {
+        event->ignore();
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace plovik

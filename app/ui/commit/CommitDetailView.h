@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+#include "app/ui/commit/CommitReading.h"
+
+#include <QCache>
+#include <QProperty>
+#include <QWidget>
+
+#include <QCoroTask>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+class QLabel;
+class QStackedLayout;
+
+namespace plovik {
+
+class CommitFilesList;
+class CommitHeader;
+class DiffPane;
+class HeaderOverFiles;
+
+/// The selected commit of the history, or the selected stash: what it is, the files it touched, and the diff of one of
+/// them.
+///
+/// What the lists know stands at once; the rest is read in the background. Of several requests the last one counts, and
+/// the files and the diff that stand on display stay until the next have arrived. Going back to a commit read lately
+/// waits for nothing but its diff. Main thread.
+class CommitDetailView : public QWidget {
+    Q_OBJECT
+
+public:
+    using CommitKind = gitkit::GitRepository::CommitKind;
+
+    /// `store` outlives the view.
+    CommitDetailView(RepositoryStore& store, CommitKind kind, QWidget* parent = nullptr);
+
+    /// Who says how the command that opens files in the user's editor is called; asked whenever a menu opens.
+    void setEditorTitle(std::function<QString()> title) { editorTitle_ = std::move(title); }
+
+private:
+    static QCoro::Task<> readDetails(QPointer<CommitDetailView> view);
+    static QCoro::Task<> readCounts(QPointer<CommitDetailView> view);
+    static QCoro::Task<> readDiffs(QPointer<CommitDetailView> view);
+
+    void makePage();
+    QWidget* makeLeftSide();
+    std::optional<std::string> selected() const;
+    void follow();
+    void showReading(std::shared_ptr<CommitReading> reading);
+    void showProblem(const QString& problem);
+    void showSummary();
+    void takeCounts(const std::string& hash, std::vector<gitkit::ChangeCounts> counts);
+    void fileChanged();
+    void takeDiff(const gitkit::CommitFile& file, gitkit::ParsedDiff diff);
+    void openCurrentFile();
+    void showMenu(const QPoint& position);
+    void applyTheme();
+    void changeEvent(QEvent* event) override;
+
+    struct WantedDiff {
+        std::string hash;
+        gitkit::CommitFile file;
+        gitkit::WhiteSpace whiteSpace = gitkit::WhiteSpace::compared;
+        bool operator==(const WantedDiff&) const = default;
+    };
+    /// What is to be read next, and how many reads are under way.
+    template <typename Request>
+    struct Reads {
+        std::optional<Request> wanted;
+        int underWay = 0;
+    };
+    template <typename Request>
+    void want(Reads<Request>& reads, Request request, QCoro::Task<> (*read)(QPointer<CommitDetailView>));
+
+    RepositoryStore& store_;
+    CommitKind kind_;
+    QStackedLayout* pages_;
+    // Made with the first commit.
+    CommitHeader* header_ = nullptr;
+    QLabel* summary_ = nullptr;
+    QLabel* totals_ = nullptr;
+    CommitFilesList* files_ = nullptr;
+    HeaderOverFiles* side_ = nullptr;
+    DiffPane* diff_ = nullptr;
+    std::function<QString()> editorTitle_;
+
+    std::shared_ptr<CommitReading> shown_; ///< whose files stand there
+    QCache<std::string, std::shared_ptr<CommitReading>> recent_;
+    Reads<std::string> details_;
+    Reads<std::string> counts_;
+    Reads<WantedDiff> diffs_;
+    std::optional<WantedDiff> expectedDiff_; ///< the one that is to be on display
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik

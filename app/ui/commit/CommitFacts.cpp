@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commit/CommitFacts.h"
+
+#include "app/store/ShownText.h"
+#include "app/ui/history/RelativeDate.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QLocale>
+#include <QStringList>
+
+#include <string_view>
+
+namespace plovik::commitFacts {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString inFixedFont(const QString& html)
+{
+    const QFont fixed = Theme::fixedFont(-0.75);
+    return u"<span style='font-family:\"%1\"; font-size:%2pt'>%3</span>"_s.arg(fixed.family())
+        .arg(fixed.pointSizeF())
+        .arg(html);
+}
+
+QString linkTo(const std::string& hash)
+{
+    return u"<a style='text-decoration:none' href='%1'>%2</a>"_s.arg(shownText(hash),
+                                                                     shownText(gitkit::shortHash(hash)));
+}
+
+QString shownDate(gitkit::Date date) { return absoluteDate(date, QLocale()); }
+
+QString asLines(const QStringList& lines)
+{
+    return lines.isEmpty() ? QString() : u"<div style='line-height:130%'>%1</div>"_s.arg(lines.join(u"<br>"_s));
+}
+
+/// Whether only the hash stands there: nobody commits without a name and at no time.
+bool isUnknown(const gitkit::CommitDetail& detail)
+{
+    return detail.authorName.empty() && detail.authorEmail.empty() && detail.authorDate == gitkit::Date{};
+}
+
+/// The branch in the message that git gives a stash: "WIP on main: …" or "On main: …".
+std::string_view branchOf(std::string_view message)
+{
+    for (const std::string_view start : {"WIP on ", "On "}) {
+        if (!message.starts_with(start))
+            continue;
+        const std::string_view rest = message.substr(start.size());
+        const std::string_view branch = rest.substr(0, rest.find(':'));
+        return branch.size() == rest.size() || branch == "(no branch)" ? std::string_view() : branch;
+    }
+    return {};
+}
+
+gitkit::RefLabel::Kind labelKind(gitkit::GitRef::Kind kind)
+{
+    switch (kind) {
+    case gitkit::GitRef::Kind::local:
+        return gitkit::RefLabel::Kind::localBranch;
+    case gitkit::GitRef::Kind::remote:
+        return gitkit::RefLabel::Kind::remoteBranch;
+    case gitkit::GitRef::Kind::tag:
+        break;
+    }
+    return gitkit::RefLabel::Kind::tag;
+}
+
+} // namespace
+
+gitkit::CommitDetail of(const gitkit::Commit& commit)
+{
+    gitkit::CommitDetail detail = ofUnknown(commit.hash);
+    detail.parents = commit.parents;
+    detail.authorName = detail.committerName = commit.authorName;
+    detail.authorEmail = commit.authorEmail;
+    detail.authorDate = detail.commitDate = commit.date;
+    detail.message = commit.subject;
+    return detail;
+}
+
+gitkit::CommitDetail of(const gitkit::Stash& stash)
+{
+    gitkit::CommitDetail detail = ofUnknown(stash.hash);
+    detail.authorDate = detail.commitDate = stash.date;
+    detail.message = stash.message;
+    return detail;
+}
+
+gitkit::CommitDetail ofUnknown(const std::string& hash)
+{
+    gitkit::CommitDetail detail;
+    detail.hash = hash;
+    return detail;
+}
+
+gitkit::CommitDetail withoutFiles(const gitkit::CommitDetail& detail)
+{
+    return {detail.hash,        detail.parents,    detail.authorName,
+            detail.authorEmail, detail.authorDate, detail.committerName,
+            detail.commitDate,  detail.message,    {}};
+}
+
+QString people(const gitkit::CommitDetail& detail)
+{
+    if (isUnknown(detail))
+        return {};
+    QStringList lines;
+    lines << (shownText(detail.authorName) + u" <"_s + shownText(detail.authorEmail) + u'>').toHtmlEscaped();
+    lines << shownDate(detail.authorDate).toHtmlEscaped();
+    if (detail.committerName != detail.authorName || detail.commitDate != detail.authorDate) {
+        lines << u"Committed by %1 · %2"_s.arg(shownText(detail.committerName), shownDate(detail.commitDate))
+                     .toHtmlEscaped();
+    }
+    return asLines(lines);
+}
+
+QString dateLine(const gitkit::CommitDetail& detail) { return shownDate(detail.authorDate).toHtmlEscaped(); }
+
+QString parents(const gitkit::CommitDetail& detail)
+{
+    if (isUnknown(detail))
+        return {};
+    if (detail.parents.empty())
+        return u"No parent: the first commit of its history"_s;
+    QStringList links;
+    for (const std::string& parent : detail.parents)
+        links << linkTo(parent);
+    return (links.size() == 1 ? u"Parent "_s : u"Parents "_s) + inFixedFont(links.join(u' '));
+}
+
+QString stashBase(const gitkit::CommitDetail& stash)
+{
+    if (stash.parents.empty())
+        return {};
+    const std::string_view branch = branchOf(stash.message);
+    const QString on = branch.empty() ? QString() : shownText(branch).toHtmlEscaped() + u" at "_s;
+    return u"Made on "_s + on + inFixedFont(linkTo(stash.parents.front()));
+}
+
+std::vector<gitkit::RefLabel> labelsOf(const std::string& hash, const std::array<Refs, 3>& refs)
+{
+    std::vector<gitkit::RefLabel> labels;
+    for (const Refs kind : refs) {
+        for (const gitkit::GitRef& ref : kind) {
+            if (ref.hash == hash)
+                labels.push_back({labelKind(ref.kind), ref.name, ref.isHead});
+        }
+    }
+    return labels;
+}
+
+} // namespace plovik::commitFacts

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commit/CommitFileDelegate.h"
+
+#include "app/ui/commit/CommitFilesModel.h"
+#include "app/ui/diff/ShownLine.h"
+#include "app/ui/widgets/RowPainting.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int rowInset = 8;
+constexpr int sideInset = 14;
+constexpr int chipSize = 18;
+constexpr int pathLeft = sideInset + chipSize + 8;
+constexpr int gap = 8;
+constexpr int countGap = 6;
+
+QFont countFont() { return Theme::font(-1); }
+
+/// As many digits as the number has, each as wide as any.
+int countWidth(int most, const QFont& font)
+{
+    return most > 0 ? textWidth(u'+' + QString(QString::number(most).size(), u'0'), font) : 0;
+}
+
+/// Draws the counts at the right of `area`, each kind in a column of its own; returns the width that they take.
+int paintCounts(QPainter& painter, const QRect& area, const CommitFilesModel& model, const QModelIndex& index)
+{
+    const gitkit::ChangeCounts* const counts = model.counts(index);
+    if (!counts)
+        return 0;
+    const Theme& theme = Theme::current();
+    const QFont font = countFont();
+    const int removedWidth = countWidth(model.mostRemoved(), font);
+    const int addedWidth = countWidth(model.mostAdded(), font);
+    const int width = addedWidth + removedWidth + (addedWidth > 0 && removedWidth > 0 ? countGap : 0);
+    if (!counts->added || !counts->removed) {
+        const QString binary = u"binary"_s;
+        paintText(painter, area, binary, font, theme.secondaryText, Qt::AlignRight, Qt::ElideNone);
+        return std::max(width, textWidth(binary, font));
+    }
+    if (*counts->removed > 0) {
+        paintText(painter, area, u"−%1"_s.arg(*counts->removed), font, theme.statusDeleted, Qt::AlignRight,
+                  Qt::ElideNone);
+    }
+    if (*counts->added > 0) {
+        const int right = removedWidth > 0 ? removedWidth + countGap : 0;
+        paintText(painter, area.adjusted(0, 0, -right, 0), u"+%1"_s.arg(*counts->added), font, theme.statusAdded,
+                  Qt::AlignRight, Qt::ElideNone);
+    }
+    return width;
+}
+
+PathParts partsOf(const gitkit::CommitFile& file)
+{
+    const QString path = ShownLine::of(file.path).shown;
+    return file.originalPath ? PathParts::of(ShownLine::of(*file.originalPath).shown, path) : PathParts::of(path);
+}
+
+/// What tells more keeps its place for as long as there is any.
+void paintPath(QPainter& painter, const QRect& area, const PathParts& path, const QFont& font)
+{
+    const Theme& theme = Theme::current();
+    const int nameWidth = textWidth(path.name, font);
+    const int folderRoom = std::max(0, area.width() - nameWidth);
+    const QString folder = QFontMetrics(font).elidedText(path.folder, Qt::ElideMiddle, folderRoom);
+    const int folderWidth = textWidth(folder, font);
+    if (folderWidth <= folderRoom)
+        paintText(painter, area, folder, font, theme.secondaryText, Qt::AlignLeft, Qt::ElideNone);
+    paintText(painter, area.adjusted(std::min(folderWidth, folderRoom), 0, 0, 0), path.name, font, theme.text,
+              Qt::AlignLeft, Qt::ElideMiddle);
+}
+
+} // namespace
+
+PathParts PathParts::of(const QString& path)
+{
+    const qsizetype name = path.lastIndexOf(u'/') + 1;
+    return {path.left(name), path.mid(name)};
+}
+
+PathParts PathParts::of(const QString& from, const QString& to)
+{
+    const auto differ = std::ranges::mismatch(from, to);
+    const qsizetype same = differ.in1 - from.begin();
+    const qsizetype folder = same > 0 ? from.lastIndexOf(u'/', same - 1) + 1 : 0;
+    return {from.left(folder), from.mid(folder) + u" → "_s + to.mid(folder)};
+}
+
+void CommitFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const auto& model = static_cast<const CommitFilesModel&>(*index.model());
+    const gitkit::CommitFile& file = model.file(index);
+    const QRect& row = option.rect;
+    paintRowBackground(*painter, row, option, rowInset);
+    const QRect chip(row.left() + sideInset, row.top() + (row.height() - chipSize) / 2, chipSize, chipSize);
+    paintStatusChip(*painter, chip, shownStatus(file));
+    QRect area = row.adjusted(pathLeft, 0, -sideInset, 0);
+    if (const int counts = paintCounts(*painter, area, model, index); counts > 0)
+        area.setRight(area.right() - counts - gap);
+    paintPath(*painter, area, partsOf(file), option.font);
+}
+
+QSize CommitFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
+{
+    return {pathLeft, std::max(listRowHeight - 2, QFontMetrics(option.font).height() + 8)};
+}
+
+} // namespace plovik

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commit/CommitFileMenu.h"
+
+#include "app/store/ShownText.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMenu>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+InspectedFile inspectedFile(const gitkit::CommitDetail& commit, const gitkit::CommitFile& file, InspectedFile::Tab tab)
+{
+    if (file.source)
+        return {file.path, file.source, tab};
+    const bool isGone = file.status == 'D' && !commit.parents.empty();
+    return {file.path, isGone ? commit.parents.front() : commit.hash, tab};
+}
+
+bool isInWorkingTree(const RepositoryStore& store, const gitkit::CommitFile& file)
+{
+    struct stat found{};
+    return ::lstat((store.root() / file.path).c_str(), &found) == 0;
+}
+
+QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& commit, const gitkit::CommitFile& file,
+                          const QString& openTitle, QWidget* parent)
+{
+    auto* const menu = new QMenu(parent);
+    menu->setToolTipsVisible(true);
+    const gitkit::FileChange inTree{.path = file.path, .originalPath = {}};
+    const auto inspect = [&store](const InspectedFile& inspected) {
+        return [&store, inspected] { store.inspected = inspected; };
+    };
+    QAction* const open = menu->addAction(openTitle, menu, [&store, inTree] { store.openInEditor({inTree}); });
+    menu->addAction(u"Show Blame"_s, menu, inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
+    menu->addAction(u"Show File History"_s, menu, inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
+    menu->addSeparator();
+    menu->addAction(u"Copy Path"_s, menu,
+                    [path = shownText(file.path)] { QGuiApplication::clipboard()->setText(path); });
+    QAction* const reveal =
+        menu->addAction(u"Reveal in File Browser"_s, menu, [&store, inTree] { store.reveal({inTree}); });
+    if (!isInWorkingTree(store, file)) {
+        for (QAction* const action : {open, reveal}) {
+            action->setEnabled(false);
+            action->setToolTip(u"The file is not in the working tree now."_s);
+        }
+    }
+    return menu;
+}
+
+} // namespace plovik

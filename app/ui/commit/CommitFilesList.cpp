@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commit/CommitFilesList.h"
+
+#include "app/ui/commit/CommitFileDelegate.h"
+#include "app/ui/commit/CommitFilesModel.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <utility>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+CommitFilesList::CommitFilesList(QWidget* parent)
+    : RowList(u"Commit Files"_s, parent), files_(new CommitFilesModel(this))
+{
+    setModel(files_);
+    setItemDelegate(new CommitFileDelegate(this));
+    connect(selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { Q_EMIT currentFileChanged(); });
+}
+
+void CommitFilesList::setReading(std::shared_ptr<const CommitReading> reading)
+{
+    files_->setReading(std::move(reading));
+    if (!files().empty())
+        setCurrentIndex(files_->index(0));
+    else
+        Q_EMIT currentFileChanged();
+}
+
+void CommitFilesList::countsChanged() { files_->countsChanged(); }
+
+const std::vector<gitkit::CommitFile>& CommitFilesList::files() const { return files_->files(); }
+
+const gitkit::CommitFile* CommitFilesList::currentFile() const
+{
+    const QModelIndex current = currentIndex();
+    return current.isValid() ? &files_->file(current) : nullptr;
+}
+
+void CommitFilesList::keyPressEvent(QKeyEvent* event)
+{
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    switch (isPlain && currentFile() ? event->key() : 0) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        // A held key opens once.
+        if (!event->isAutoRepeat())
+            Q_EMIT openRequested();
+        return;
+    case Qt::Key_Space:
+    case Qt::Key_Right:
+        Q_EMIT diffFocusRequested();
+        return;
+    default:
+        RowList::keyPressEvent(event);
+    }
+}
+
+void CommitFilesList::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    RowList::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid())
+        Q_EMIT openRequested();
+}
+
+void CommitFilesList::contextMenuEvent(QContextMenuEvent* event)
+{
+    const std::optional<QPoint> position = menuPosition(*this, *event);
+    if (!position)
+        return;
+    if (currentFile())
+        Q_EMIT menuRequested(*position);
+}
+
+} // namespace plovik

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/ui/commit/CommitReading.h"
+#include "app/ui/widgets/RowList.h"
+
+#include <memory>
+#include <vector>
+
+namespace plovik {
+
+class CommitFilesModel;
+
+/// The files that a commit touched; a row's accessible name is the path. Return and a double click open the current
+/// file, Space and Right go on to its diff. Main thread.
+class CommitFilesList : public RowList {
+    Q_OBJECT
+
+public:
+    explicit CommitFilesList(QWidget* parent = nullptr);
+
+    /// Shows a commit's files and makes the first one current; none without a reading.
+    void setReading(std::shared_ptr<const CommitReading> reading);
+    /// To be called when the reading has got its counts.
+    void countsChanged();
+    const std::vector<gitkit::CommitFile>& files() const;
+    /// The file of the current row; null without one.
+    const gitkit::CommitFile* currentFile() const;
+
+Q_SIGNALS:
+    void currentFileChanged();
+    void openRequested();
+    void diffFocusRequested();
+    /// For the current file; `position` is global.
+    void menuRequested(const QPoint& position);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    CommitFilesModel* files_;
+};
+
+} // namespace plovik

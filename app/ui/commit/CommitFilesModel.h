@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/ui/commit/CommitReading.h"
+
+#include <QAbstractListModel>
+
+#include <memory>
+
+namespace plovik {
+
+/// The files of one commit, one row each; a row's accessible name is the path. Main thread.
+class CommitFilesModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    /// None shows no files.
+    void setReading(std::shared_ptr<const CommitReading> reading);
+    /// To be called when the reading has got its counts.
+    void countsChanged();
+
+    const std::vector<gitkit::CommitFile>& files() const;
+    const gitkit::CommitFile& file(const QModelIndex& index) const;
+    /// Null while they are not known.
+    const gitkit::ChangeCounts* counts(const QModelIndex& index) const;
+    int mostAdded() const { return mostAdded_; }     ///< lines, of any file
+    int mostRemoved() const { return mostRemoved_; } ///< lines, of any file
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+private:
+    QString description(const QModelIndex& index) const;
+    void measure();
+
+    std::shared_ptr<const CommitReading> reading_;
+    int mostAdded_ = 0;
+    int mostRemoved_ = 0;
+};
+
+/// git's letter for what happened to a file, "?" for one that was not tracked when it was stashed.
+char shownStatus(const gitkit::CommitFile& file);
+
+} // namespace plovik

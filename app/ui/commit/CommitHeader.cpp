@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commit/CommitHeader.h"
+
+#include "app/store/ShownText.h"
+#include "app/ui/commit/CommitFacts.h"
+#include "app/ui/commit/CommitRefs.h"
+#include "app/ui/commit/HashField.h"
+#include "app/ui/commit/MessageText.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QLabel* makeLabel(Qt::TextFormat format, Qt::TextInteractionFlags interaction = Qt::NoTextInteraction)
+{
+    auto* const label = new QLabel;
+    label->setTextFormat(format);
+    label->setTextInteractionFlags(interaction);
+    label->setWordWrap(true);
+    label->hide();
+    return label;
+}
+
+void fill(QLabel* label, const QString& text)
+{
+    label->setText(text);
+    label->setVisible(!text.isEmpty());
+}
+
+} // namespace
+
+CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent)
+    : QWidget(parent), store_(store), kind_(kind), area_(new QScrollArea), message_(new MessageText),
+      refs_(new CommitRefs), people_(makeLabel(Qt::RichText, Qt::TextSelectableByMouse)), hash_(new HashField),
+      parents_(makeLabel(Qt::RichText, Qt::TextBrowserInteraction)), notice_(makeLabel(Qt::PlainText))
+{
+    people_->setAccessibleName(u"Commit Author"_s);
+    parents_->setAccessibleName(u"Commit Parents"_s);
+    hash_->setVisible(kind == CommitKind::ordinary);
+    auto* const text = new QWidget;
+    auto* const column = new QVBoxLayout(text);
+    column->setContentsMargins(14, kind == CommitKind::ordinary ? 14 : 10, 14, 8);
+    column->setSpacing(0);
+    const auto add = [column](QWidget* widget, int above) {
+        widget->setContentsMargins(0, above, 0, 0);
+        column->addWidget(widget);
+    };
+    add(message_, 0);
+    column->addSpacing(kind == CommitKind::ordinary ? 10 : 4);
+    add(refs_, 0);
+    add(people_, 2);
+    add(hash_, 0);
+    add(parents_, 2);
+    add(notice_, 8);
+    column->addStretch(1);
+    text->setBackgroundRole(QPalette::Base);
+    text->setAutoFillBackground(true);
+    area_->setWidget(text);
+    area_->setWidgetResizable(true);
+    area_->setFrameShape(QFrame::NoFrame);
+    area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area_->setFocusPolicy(Qt::NoFocus);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(area_);
+
+    connect(parents_, &QLabel::linkActivated, this, [this](const QString& link) { goTo(link.toStdString()); });
+    connect(message_, &MessageText::commitRequested, this,
+            [this](const QString& name) { launch(goToNamed(this, name.toStdString())); });
+    if (kind == CommitKind::ordinary) {
+        const auto refsChanged = [this] { showRefs(); };
+        notifiers_.push_back(store_.history.addNotifier(refsChanged));
+        notifiers_.push_back(store_.branches.addNotifier(refsChanged));
+        notifiers_.push_back(store_.remoteBranches.addNotifier(refsChanged));
+        notifiers_.push_back(store_.tags.addNotifier(refsChanged));
+    }
+    applyTheme();
+}
+
+const gitkit::Commit* CommitHeader::commitOnPage(const std::string& hash) const
+{
+    const auto& rows = store_.history.value();
+    const auto found = std::ranges::find(rows, hash, &HistoryRow::id);
+    return found == rows.end() ? nullptr : &found->commit;
+}
+
+void CommitHeader::expect(const std::string& hash)
+{
+    if (kind_ == CommitKind::stash) {
+        const auto& stashes = store_.stashes.value();
+        const auto found = std::ranges::find(stashes, hash, &gitkit::Stash::hash);
+        take(found == stashes.end() ? commitFacts::ofUnknown(hash) : commitFacts::of(*found));
+    } else {
+        const gitkit::Commit* const commit = commitOnPage(hash);
+        take(commit ? commitFacts::of(*commit) : commitFacts::ofUnknown(hash));
+    }
+}
+
+void CommitHeader::showDetail(const gitkit::CommitDetail& detail) { take(detail); }
+
+void CommitHeader::take(const gitkit::CommitDetail& detail)
+{
+    if (detail.hash != shown_.hash) {
+        area_->verticalScrollBar()->setValue(0);
+        notice_->hide();
+    }
+    shown_ = commitFacts::withoutFiles(detail);
+    message_->setMessage(MessageParts::of(shown_.message));
+    showFacts();
+    showRefs();
+    updateGeometry();
+}
+
+void CommitHeader::showFacts()
+{
+    if (shown_.hash.empty())
+        return;
+    fill(people_, kind_ == CommitKind::stash ? commitFacts::dateLine(shown_) : commitFacts::people(shown_));
+    fill(parents_, kind_ == CommitKind::stash ? commitFacts::stashBase(shown_) : commitFacts::parents(shown_));
+    hash_->setHash(shownText(shown_.hash));
+}
+
+void CommitHeader::showRefs()
+{
+    if (kind_ == CommitKind::stash || shown_.hash.empty())
+        return;
+    const gitkit::Commit* const commit = commitOnPage(shown_.hash);
+    refs_->setLabels(commit ? commit->refs
+                            : commitFacts::labelsOf(shown_.hash, {store_.branches.value(),
+                                                                  store_.remoteBranches.value(), store_.tags.value()}));
+}
+
+void CommitHeader::say(const QString& sentence)
+{
+    fill(notice_, sentence);
+    updateGeometry();
+}
+
+void CommitHeader::goTo(const std::string& hash)
+{
+    if (kind_ == CommitKind::ordinary && commitOnPage(hash))
+        store_.selectedCommit = hash;
+    else
+        store_.showCommit(hash);
+}
+
+QCoro::Task<> CommitHeader::goToNamed(QPointer<CommitHeader> header, std::string name)
+{
+    const std::string from = header->shown_.hash;
+    std::string hash;
+    try {
+        hash = co_await header->store_.run(&gitkit::GitRepository::resolveCommit, name);
+    } catch (const std::exception&) {
+        hash.clear();
+    }
+    // Whoever went on meanwhile is not taken elsewhere.
+    if (!header || header->shown_.hash != from)
+        co_return;
+    if (hash.empty())
+        header->say(u"There is no commit %1 in this repository."_s.arg(shownText(name)));
+    else
+        header->goTo(hash);
+}
+
+QSize CommitHeader::sizeHint() const
+{
+    const QWidget* const text = area_->widget();
+    const int width = std::max(area_->viewport()->width(), text->minimumSizeHint().width());
+    const int height =
+        text->layout()->hasHeightForWidth() ? text->layout()->totalHeightForWidth(width) : text->sizeHint().height();
+    return {320, height};
+}
+
+void CommitHeader::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+        applyTheme();
+        showFacts();
+    }
+}
+
+void CommitHeader::applyTheme()
+{
+    QPalette quiet;
+    // On a base-coloured parent a label writes in the text colour.
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, Theme::current().secondaryText);
+    for (QLabel* label : {people_, parents_, notice_})
+        label->setPalette(quiet);
+}
+
+} // namespace plovik

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commit/CommitRefs.h"
+
+#include "app/store/ShownText.h"
+#include "app/ui/history/RowText.h"
+
+#include <QHelpEvent>
+#include <QToolTip>
+
+#include <cmath>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int below = 6;
+
+} // namespace
+
+CommitRefs::CommitRefs(QWidget* parent) : QWidget(parent)
+{
+    setAccessibleName(u"Commit Refs"_s);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    hide();
+}
+
+void CommitRefs::setLabels(const std::vector<gitkit::RefLabel>& labels)
+{
+    if (labels == labels_)
+        return;
+    labels_ = labels;
+    QStringList names;
+    for (const gitkit::RefLabel& label : labels_)
+        names << shownText(label.name);
+    setAccessibleDescription(names.join(u", "_s));
+    setVisible(!labels_.empty());
+    update();
+}
+
+QSize CommitRefs::sizeHint() const
+{
+    return {200, static_cast<int>(std::ceil(RefBadges::Fonts::current().height)) + below};
+}
+
+RefBadges CommitRefs::laidOut() const { return {labels_, static_cast<double>(width()), RefBadges::Fonts::current()}; }
+
+bool CommitRefs::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const QString names = laidOut().namesAt(help->pos().x(), labels_);
+    if (names.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(help->globalPos(), plainToolTip(names), this);
+    return true;
+}
+
+void CommitRefs::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    laidOut().paint(painter, QPointF(0, (height() - below) / 2.0), RefBadges::Fonts::current(), Theme::current());
+}
+
+} // namespace plovik

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/ui/commit/MessageParts.h"
+
+#include <QTextBrowser>
+
+namespace plovik {
+
+/// A commit's message to read, select and copy: the subject strong, the body as it was written; web and mail addresses
+/// and what looks like a commit's hash are links. As high as its text; what it stands in scrolls. Main thread.
+class MessageText : public QTextBrowser {
+    Q_OBJECT
+
+public:
+    explicit MessageText(QWidget* parent = nullptr);
+
+    void setMessage(const MessageParts& message);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return {80, 0}; }
+
+Q_SIGNALS:
+    /// A link to something that looks like a hash, of 7 digits or more, was followed.
+    void commitRequested(const QString& hash);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void write();
+    void follow(const QUrl& link);
+
+    MessageParts message_;
+};
+
+} // namespace plovik

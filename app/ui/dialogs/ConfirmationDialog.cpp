@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/dialogs/ConfirmationDialog.h"
+
+#include "app/ui/dialogs/DialogParts.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace plovik {
+
+ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* parent)
+    : QDialog(parent), message_(dialogParts::text(this))
+{
+    const bool isRisky = question.risk == Confirmation::Risk::losesWork;
+    dialogParts::prepare(*this, question.title);
+    setAccessibleDescription(question.message);
+    message_->setText(question.message);
+    message_->setVisible(!question.message.isEmpty());
+    auto* const cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    auto* const confirm = new QPushButton(question.actionTitle, this);
+    confirm->setProperty(isRisky ? "destructive" : "primary", true);
+    for (QPushButton* button : {cancel, confirm})
+        button->setAutoDefault(false);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(confirm, &QPushButton::clicked, this, &QDialog::accept);
+
+    auto* const column = dialogParts::column(*this);
+    column->addWidget(dialogParts::heading(question.title, this));
+    column->addWidget(message_);
+    column->addSpacing(10);
+    column->addLayout(dialogParts::buttonRow({cancel, confirm}));
+    (isRisky ? cancel : confirm)->setFocus();
+    applyTheme();
+    dialogParts::fit(*this);
+}
+
+void ConfirmationDialog::keyPressEvent(QKeyEvent* event)
+{
+    // The button that Return presses is always the one that shows the focus.
+    auto* const button = qobject_cast<QPushButton*>(focusWidget());
+    if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        button->click();
+    else
+        QDialog::keyPressEvent(event);
+}
+
+void ConfirmationDialog::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void ConfirmationDialog::applyTheme() { dialogParts::color(*message_, Theme::current().secondaryText); }
+
+} // namespace plovik

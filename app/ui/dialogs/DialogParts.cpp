@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/dialogs/DialogParts.h"
+
+#include "app/ui/widgets/Theme.h"
+
+#include <QDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace plovik::dialogParts {
+
+namespace {
+
+constexpr int margin = 20;
+constexpr int leastWidth = 400; ///< inside the margins
+constexpr int leastButtonWidth = 80;
+
+} // namespace
+
+void prepare(QDialog& dialog, const QString& title)
+{
+    dialog.setWindowModality(Qt::WindowModal);
+    dialog.setAttribute(Qt::WA_DeleteOnClose);
+    dialog.setWindowTitle(title);
+    dialog.setAccessibleName(title);
+}
+
+QVBoxLayout* column(QDialog& dialog)
+{
+    auto* const column = new QVBoxLayout(&dialog);
+    column->setContentsMargins(margin, margin - 2, margin, margin);
+    column->setSpacing(8);
+    column->addStrut(leastWidth);
+    return column;
+}
+
+QLabel* heading(const QString& title, QWidget* parent)
+{
+    QLabel* const label = text(parent);
+    label->setText(title);
+    label->setFont(Theme::font(1.5, QFont::DemiBold));
+    return label;
+}
+
+QLabel* text(QWidget* parent)
+{
+    auto* const label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+
+QHBoxLayout* buttonRow(std::initializer_list<QPushButton*> buttons)
+{
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addStretch(1);
+    for (QPushButton* button : buttons) {
+        button->setMinimumWidth(leastButtonWidth);
+        row->addWidget(button);
+    }
+    return row;
+}
+
+void fit(QDialog& dialog, int width, int moreHeight)
+{
+    QLayout& layout = *dialog.layout();
+    layout.activate();
+    const QSize screen = dialog.screen()->availableSize() * 9 / 10;
+    const int fitting = std::max(layout.totalMinimumSize().width(), std::min(width, screen.width()));
+    const int height =
+        layout.hasHeightForWidth() ? layout.totalHeightForWidth(fitting) : layout.totalSizeHint().height();
+    dialog.resize(fitting, std::min(height + moreHeight, screen.height()));
+}
+
+void color(QLabel& label, const QColor& color)
+{
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, color);
+    label.setPalette(palette);
+}
+
+} // namespace plovik::dialogParts

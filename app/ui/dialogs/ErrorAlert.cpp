@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/dialogs/ErrorAlert.h"
+
+#include "app/settings/CodeFont.h"
+#include "app/ui/dialogs/DialogParts.h"
+#include "app/ui/widgets/TerminalText.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+// In characters and lines of the code font.
+constexpr qsizetype leastColumns = 56;
+constexpr qsizetype mostColumns = 100;
+constexpr int leastRows = 3;
+constexpr qsizetype mostRows = 24;
+/// A word that no label could wrap, such as a path, would make the dialog as wide as itself.
+constexpr int longestWord = 48;
+
+bool isOneSentence(const QString& text)
+{
+    if (text.contains(u'\n'))
+        return false;
+    return std::ranges::all_of(text.split(u' '), [](const QString& word) { return word.size() <= longestWord; });
+}
+
+/// What must not be overlooked in what git's helpers say; empty for everything else.
+QString dangerIn(const QString& message)
+{
+    if (!message.contains("REMOTE HOST IDENTIFICATION HAS CHANGED"_L1))
+        return {};
+    static const QRegularExpression named(u"host key for (\\S+) has changed"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    const QString found = named.match(message).captured(1);
+    const QString host = found.isEmpty() ? u"the remote"_s : found.left(200);
+    return u"The key of %1 is not the one that is known. Somebody may be listening in. "
+           "Do not go on before the administrator of %1 has confirmed the new key."_s.arg(host);
+}
+
+} // namespace
+
+ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
+    : QDialog(parent), danger_(dialogParts::text(this)), sentence_(dialogParts::text(this)),
+      lines_(new QPlainTextEdit(this)), showLog_(new QPushButton(u"Show in Command Log"_s, this))
+{
+    const QString title = u"Git reported a problem"_s;
+    dialogParts::prepare(*this, title);
+    sentence_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    sentence_->setFocusPolicy(Qt::NoFocus);
+    lines_->setAccessibleName(u"Message"_s);
+    lines_->setReadOnly(true);
+    lines_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    lines_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    lines_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    lines_->document()->setDocumentMargin(8);
+    lines_->setFont(CodeFont::current());
+    lines_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
+    auto* const ok = new QPushButton(u"OK"_s, this);
+    ok->setDefault(true);
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(showLog_, &QPushButton::clicked, this, &ErrorAlert::logRequested);
+    showLog_->setAutoDefault(false);
+    showLog_->hide();
+    danger_->setAccessibleName(u"Danger"_s);
+    danger_->setFont(Theme::font(0, QFont::DemiBold));
+    danger_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    danger_->setFocusPolicy(Qt::NoFocus);
+
+    auto* const column = dialogParts::column(*this);
+    column->addWidget(dialogParts::heading(title, this));
+    column->addWidget(danger_);
+    column->addWidget(sentence_);
+    column->addWidget(lines_, 1);
+    column->addSpacing(8);
+    column->addLayout(dialogParts::buttonRow({showLog_, ok}));
+    setMessage(message);
+    applyTheme();
+    ok->setFocus();
+}
+
+void ErrorAlert::setMessage(const QString& message)
+{
+    const QString shown = boundedText(withoutTerminalCodes(message));
+    const QString danger = dangerIn(shown);
+    danger_->setText(danger);
+    danger_->setVisible(!danger.isEmpty());
+    const bool isSentence = isOneSentence(shown);
+    sentence_->setText(isSentence ? shown : QString());
+    sentence_->setVisible(isSentence);
+    lines_->setPlainText(isSentence ? QString() : shown);
+    lines_->setVisible(!isSentence);
+    setAccessibleDescription(danger.isEmpty() ? shown : danger + u'\n' + shown);
+    fitText();
+}
+
+void ErrorAlert::setOffersLog(bool offers)
+{
+    showLog_->setVisible(offers);
+    fitText();
+}
+
+QString ErrorAlert::message() const { return lines_->isHidden() ? sentence_->text() : lines_->toPlainText(); }
+
+/// Makes the lines as large as the text, up to what is comfortable to look at.
+void ErrorAlert::fitText()
+{
+    if (lines_->isHidden()) {
+        dialogParts::fit(*this);
+        return;
+    }
+    const QFontMetrics metrics(lines_->font());
+    const QStringList lines = lines_->toPlainText().split(u'\n');
+    qsizetype columns = leastColumns;
+    for (const QString& line : lines)
+        columns = std::clamp(line.size(), columns, mostColumns);
+    qsizetype rows = 0;
+    for (const QString& line : lines)
+        rows += 1 + (std::max<qsizetype>(line.size(), 1) - 1) / columns;
+    const int shownRows = static_cast<int>(std::min(rows, mostRows));
+    // With half a line to spare a text that fits needs no scroll bar.
+    const int frame =
+        2 * (lines_->frameWidth() + static_cast<int>(lines_->document()->documentMargin())) + metrics.lineSpacing() / 2;
+    const int bar = rows > mostRows ? lines_->verticalScrollBar()->sizeHint().width() : 0;
+    // Characters are not whole pixels wide.
+    const double text = QFontMetricsF(lines_->font()).horizontalAdvance(QString(columns + 1, u'0'));
+    const int width = static_cast<int>(std::ceil(text)) + frame + bar;
+    lines_->setMinimumHeight(metrics.lineSpacing() * std::min(shownRows, leastRows) + frame);
+    const QMargins margins = layout()->contentsMargins();
+    // The layout counts nothing for what takes the room that is left.
+    dialogParts::fit(*this, width + margins.left() + margins.right(), metrics.lineSpacing() * shownRows + frame);
+}
+
+void ErrorAlert::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void ErrorAlert::applyTheme()
+{
+    const Theme& theme = Theme::current();
+    dialogParts::color(*sentence_, theme.text);
+    dialogParts::color(*danger_, theme.statusDeleted);
+    QPalette palette;
+    palette.setColor(QPalette::Base, theme.field);
+    lines_->setPalette(palette);
+}
+
+} // namespace plovik

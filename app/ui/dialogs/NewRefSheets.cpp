@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/dialogs/NewRefSheets.h"
+
+#include "app/store/ShownText.h"
+#include "app/ui/dialogs/RefNameRules.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+/// A commit as a person knows it: the short hash, and the subject where the history at hand has it.
+QString describedCommit(const RepositoryStore& store, const std::string& hash)
+{
+    const QString shown = shownText(gitkit::shortHash(hash));
+    const auto& rows = store.history.value();
+    const auto row = std::ranges::find(rows, hash, &HistoryRow::id);
+    return row == rows.end() ? shown : u"%1, “%2”"_s.arg(shown, shownText(row->commit.subject));
+}
+
+QString describedHead(const RepositoryStore& store)
+{
+    const gitkit::RepoStatus& status = store.status.value();
+    if (status.isDetached())
+        return describedCommit(store, *status.oid);
+    return store.headDescription();
+}
+
+QString describedStart(const RepositoryStore& store, const std::optional<std::string>& startPoint)
+{
+    if (!startPoint)
+        return describedHead(store);
+    for (const std::string_view prefix : {"refs/heads/", "refs/remotes/", "refs/tags/"}) {
+        if (startPoint->starts_with(prefix))
+            return shownText(std::string_view(*startPoint).substr(prefix.size()));
+    }
+    return describedCommit(store, *startPoint);
+}
+
+QLineEdit* makeNameField(const QString& accessibleName, QWidget* parent)
+{
+    auto* const field = new QLineEdit(parent);
+    field->setAccessibleName(accessibleName);
+    field->setPlaceholderText(u"Name"_s);
+    return field;
+}
+
+} // namespace
+
+NewBranchDialog::NewBranchDialog(RepositoryStore& store, NewBranchSheet sheet, QWidget* parent)
+    : Sheet(store, u"New Branch"_s, u"Create Branch"_s, parent), sheet_(std::move(sheet)),
+      name_(makeNameField(u"New Branch Name"_s, this)), checkOut_(new QCheckBox(u"Check Out After Creating"_s, this))
+{
+    checkOut_->setAccessibleName(checkOut_->text());
+    checkOut_->setChecked(true);
+    fields().addWidget(name_);
+    fields().addWidget(checkOut_);
+    connect(name_, &QLineEdit::textChanged, this, &NewBranchDialog::validate);
+    connect(checkOut_, &QCheckBox::toggled, this, &NewBranchDialog::validate);
+    name_->setFocus();
+    validate();
+}
+
+std::string NewBranchDialog::name() const { return name_->text().toStdString(); }
+
+QString NewBranchDialog::problem() const
+{
+    if (const QString wrong = refNames::branchProblem(name(), store().branches.value()); !wrong.isEmpty())
+        return wrong;
+    const gitkit::RepoStatus& status = store().status.value();
+    if (!sheet_.startPoint && !status.hasCommits() && !checkOut_->isChecked())
+        return u"Without a commit to start from, a branch can only be checked out."_s;
+    return {};
+}
+
+QString NewBranchDialog::note() const
+{
+    const QString start = describedStart(store(), sheet_.startPoint);
+    if (!sheet_.startPoint && !store().status.value().hasCommits())
+        return start.isEmpty() ? QString() : u"“%1” has no commits yet; the new branch takes its place."_s.arg(start);
+    return u"Starts at %1"_s.arg(start);
+}
+
+bool NewBranchDialog::isComplete() const { return !name_->text().isEmpty(); }
+
+void NewBranchDialog::submit()
+{
+    using After = gitkit::GitRepository::AfterCreating;
+    store().createBranch(name(), sheet_.startPoint, checkOut_->isChecked() ? After::checkOut : After::stay);
+}
+
+NewTagDialog::NewTagDialog(RepositoryStore& store, NewTagSheet sheet, QWidget* parent)
+    : Sheet(store, u"New Tag"_s, u"Create Tag"_s, parent), sheet_(std::move(sheet)),
+      name_(makeNameField(u"New Tag Name"_s, this))
+{
+    fields().addWidget(name_);
+    connect(name_, &QLineEdit::textChanged, this, &NewTagDialog::validate);
+    name_->setFocus();
+    validate();
+}
+
+std::string NewTagDialog::name() const { return name_->text().toStdString(); }
+
+QString NewTagDialog::problem() const { return refNames::tagProblem(name(), store().tags.value()); }
+
+QString NewTagDialog::note() const { return u"Marks %1"_s.arg(describedCommit(store(), sheet_.target)); }
+
+bool NewTagDialog::isComplete() const { return !name_->text().isEmpty(); }
+
+void NewTagDialog::submit() { store().createTag(name(), sheet_.target); }
+
+} // namespace plovik

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/SheetKind.h"
+#include "app/ui/dialogs/Sheet.h"
+
+#include <string>
+
+class QCheckBox;
+class QLineEdit;
+
+namespace plovik {
+
+/// Asks for the name of a new branch, and whether it is checked out. Main thread.
+class NewBranchDialog : public Sheet {
+    Q_OBJECT
+
+public:
+    NewBranchDialog(RepositoryStore& store, NewBranchSheet sheet, QWidget* parent);
+
+    void submit() override;
+
+protected:
+    QString problem() const override;
+    QString note() const override;
+    bool isComplete() const override;
+
+private:
+    std::string name() const;
+
+    NewBranchSheet sheet_;
+    QLineEdit* name_;
+    QCheckBox* checkOut_;
+};
+
+/// Asks for the name of a new tag. Main thread.
+class NewTagDialog : public Sheet {
+    Q_OBJECT
+
+public:
+    NewTagDialog(RepositoryStore& store, NewTagSheet sheet, QWidget* parent);
+
+    void submit() override;
+
+protected:
+    QString problem() const override;
+    QString note() const override;
+    bool isComplete() const override;
+
+private:
+    std::string name() const;
+
+    NewTagSheet sheet_;
+    QLineEdit* name_;
+};
+
+} // namespace plovik

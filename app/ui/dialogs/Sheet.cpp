@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/dialogs/Sheet.h"
+
+#include "app/ui/dialogs/DialogParts.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace plovik {
+
+Sheet::Sheet(RepositoryStore& store, const QString& title, const QString& confirmTitle, QWidget* parent)
+    : QDialog(parent), store_(store), heading_(dialogParts::heading(title, this)), fields_(new QVBoxLayout),
+      sentence_(dialogParts::text(this)), confirm_(new QPushButton(confirmTitle, this))
+{
+    dialogParts::prepare(*this, title);
+    auto* const cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    cancel->setAutoDefault(false);
+    confirm_->setDefault(true);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(confirm_, &QPushButton::clicked, this, &QDialog::accept);
+    // Fields come first in the order of the keyboard, and the sentence keeps its line while it has nothing to say.
+    sentence_->setMinimumHeight(sentence_->fontMetrics().height());
+    fields_->setSpacing(8);
+
+    auto* const column = dialogParts::column(*this);
+    column->addWidget(heading_);
+    column->addSpacing(4);
+    column->addLayout(fields_);
+    column->addWidget(sentence_);
+    column->addSpacing(4);
+    column->addLayout(dialogParts::buttonRow({cancel, confirm_}));
+
+    const auto validates = [this] { validate(); };
+    notifiers_.push_back(store.activity.addNotifier(validates));
+    notifiers_.push_back(store.status.addNotifier(validates));
+    notifiers_.push_back(store.branches.addNotifier(validates));
+    notifiers_.push_back(store.tags.addNotifier(validates));
+}
+
+void Sheet::validate()
+{
+    const QString wrong = problem();
+    showsProblem_ = !wrong.isEmpty();
+    const QString said = showsProblem_ ? wrong : note();
+    if (said != sentence_->text()) {
+        sentence_->setText(said);
+        dialogParts::fit(*this);
+    }
+    // While an action runs the store would drop another one.
+    confirm_->setEnabled(!showsProblem_ && isComplete() && !(isAction() && store_.activity.value()));
+    applyTheme();
+}
+
+void Sheet::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void Sheet::applyTheme()
+{
+    const Theme& theme = Theme::current();
+    dialogParts::color(*sentence_, showsProblem_ ? theme.statusDeleted : theme.secondaryText);
+}
+
+} // namespace plovik

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/dialogs/StoreDialogs.h"
+
+#include "app/ui/dialogs/ConfirmationDialog.h"
+#include "app/ui/dialogs/ErrorAlert.h"
+#include "app/ui/dialogs/GoToCommitDialog.h"
+#include "app/ui/dialogs/NewRefSheets.h"
+#include "app/ui/dialogs/PromptDialog.h"
+#include "app/ui/dialogs/SentChangesDialog.h"
+#include "app/ui/dialogs/StashDialog.h"
+
+#include <QApplication>
+
+#include <utility>
+
+namespace plovik {
+
+namespace {
+
+/// Closes what is shown, without its closing being taken for an answer.
+template <typename Dialog>
+void dismiss(QPointer<Dialog>& shown)
+{
+    if (Dialog* const dialog = std::exchange(shown, nullptr))
+        dialog->reject();
+}
+
+struct SheetMaker {
+    RepositoryStore& store;
+    QWidget* parent;
+
+    Sheet* operator()(const NewBranchSheet& sheet) const { return new NewBranchDialog(store, sheet, parent); }
+    Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
+    Sheet* operator()(const StashSheet&) const { return new StashDialog(store, parent); }
+    Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
+    Sheet* operator()(const SentChangesSheet&) const { return new SentChangesDialog(store, parent); }
+};
+
+} // namespace
+
+StoreDialogs::StoreDialogs(RepositoryStore& store, QWidget* parent) : QObject(parent), store_(store), parent_(parent)
+{
+    notifiers_.push_back(store.sheet.addNotifier([this] { showSheet(); }));
+    notifiers_.push_back(store.confirmation.addNotifier([this] { showQuestion(); }));
+    notifiers_.push_back(store.errorMessage.addNotifier([this] { showError(); }));
+    notifiers_.push_back(store.prompt.addNotifier([this] { showPrompt(); }));
+    showSheet();
+    showQuestion();
+    showError();
+    showPrompt();
+}
+
+void StoreDialogs::showError()
+{
+    const std::optional<QString> message = store_.errorMessage.value();
+    if (!message) {
+        dismiss(error_);
+        return;
+    }
+    const std::optional<CommandLog::Number> command = store_.failedCommand.value();
+    if (error_) {
+        error_->setMessage(*message);
+        error_->setOffersLog(command.has_value());
+        return;
+    }
+    error_ = new ErrorAlert(*message, parent_);
+    error_->setOffersLog(command.has_value());
+    connect(error_, &ErrorAlert::logRequested, this, &StoreDialogs::showFailedCommand);
+    connect(error_, &QDialog::finished, this, [this, alert = error_.data()] {
+        if (alert != error_)
+            return;
+        error_ = nullptr;
+        store_.errorMessage = std::nullopt;
+    });
+    error_->open();
+}
+
+/// The alert goes: it would keep its window from being used.
+void StoreDialogs::showFailedCommand()
+{
+    const std::optional<CommandLog::Number> command = store_.failedCommand.value();
+    if (error_)
+        error_->accept();
+    store_.shownCommand = command;
+    store_.showsCommandLog = true;
+}
+
+void StoreDialogs::showQuestion()
+{
+    dismiss(question_);
+    const std::optional<Confirmation> question = store_.confirmation.value();
+    if (!question)
+        return;
+    question_ = new ConfirmationDialog(*question, parent_);
+    connect(question_, &QDialog::finished, this,
+            [this, id = question->id](int answer) { questionAnswered(id, answer); });
+    question_->open();
+}
+
+void StoreDialogs::questionAnswered(const QUuid& id, int answer)
+{
+    const std::optional<Confirmation> question = store_.confirmation.value();
+    if (!question || question->id != id)
+        return;
+    // The action may ask the next question, so this one goes first.
+    question_ = nullptr;
+    store_.confirmation = std::nullopt;
+    if (answer == QDialog::Accepted && question->action)
+        question->action();
+}
+
+void StoreDialogs::showSheet()
+{
+    dismiss(sheet_);
+    const std::optional<SheetKind> kind = store_.sheet.value();
+    if (!kind)
+        return;
+    sheet_ = std::visit(SheetMaker{store_, parent_}, *kind);
+    connect(sheet_, &QDialog::finished, this,
+            [this, sheet = sheet_.data()](int answer) { sheetClosed(sheet, answer); });
+    sheet_->open();
+}
+
+void StoreDialogs::sheetClosed(Sheet* sheet, int answer)
+{
+    if (sheet != sheet_)
+        return;
+    sheet_ = nullptr;
+    store_.sheet = std::nullopt;
+    if (answer == QDialog::Accepted)
+        sheet->submit();
+}
+
+void StoreDialogs::showPrompt()
+{
+    dismiss(prompt_);
+    const std::optional<SignInPrompt> asked = store_.prompt.value();
+    if (!asked)
+        return;
+    prompt_ = new PromptDialog(*asked, parent_);
+    connect(prompt_, &QDialog::finished, this,
+            [this, dialog = prompt_.data(), id = asked->id](int answer) { promptClosed(dialog, id, answer); });
+    prompt_->open();
+    // Git waits, and the user may be in another window.
+    QApplication::alert(prompt_);
+}
+
+void StoreDialogs::promptClosed(PromptDialog* dialog, quint64 id, int answer)
+{
+    if (dialog != prompt_)
+        return;
+    prompt_ = nullptr;
+    if (answer == QDialog::Accepted)
+        store_.answerPrompt(id, dialog->answer());
+    else
+        store_.cancelPrompt(id);
+}
+
+} // namespace plovik

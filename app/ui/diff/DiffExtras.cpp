@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/DiffExtras.h"
+
+#include "app/ui/diff/DiffSectionBar.h"
+#include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/diff/DiffView.h"
+
+#include <algorithm>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The largest picture that is read, and the largest file of which it is found out whether it is text.
+constexpr std::size_t mostPicture = std::size_t{32} << 20;
+constexpr std::size_t mostText = std::size_t{8} << 20;
+/// How high the pictures of a drawing may be above its text.
+constexpr int roomAboveText = 260;
+
+bool isThere(const std::optional<std::string>& blob)
+{
+    return blob && blob->find_first_not_of('0') != std::string::npos;
+}
+
+PictureSide sideOf(std::optional<std::uint64_t> size, const std::optional<std::string>& bytes)
+{
+    PictureSide side{size.value_or(0), {}};
+    if (bytes)
+        side.picture = readPicture(*bytes);
+    else if (size.value_or(0) > mostPicture)
+        side.picture.problem = u"Pictures of more than 32 MB are not shown."_s;
+    else
+        side.picture.problem = u"This picture could not be read."_s;
+    return side;
+}
+
+PicturePair picturesOf(const gitkit::GitRepository::DiffSource& source, const gitkit::SideSizes& sizes,
+                       const gitkit::DiffSides& sides)
+{
+    PicturePair pair;
+    if (isThere(source.before))
+        pair.before = sideOf(sizes.before, sides.before);
+    if (isThere(source.after))
+        pair.after = sideOf(sizes.after, sides.after);
+    if (pair.before && pair.after) {
+        const Picture& before = pair.before->picture;
+        const bool isWhole = before.image.size() == before.pixels && !before.isVector;
+        pair.areSamePixels = isWhole && before == pair.after->picture;
+    }
+    return pair;
+}
+
+bool hasPicture(const PicturePair& pair)
+{
+    return std::ranges::any_of(std::array{&pair.before, &pair.after},
+                               [](const auto* side) { return *side && !(*side)->picture.image.isNull(); });
+}
+
+} // namespace
+
+bool DiffExtras::Key::operator<(const Key& other) const
+{
+    const auto parts = [](const Key& key) {
+        return std::tie(key.path, key.source.before, key.source.after, key.source.workingPath, key.isBinary);
+    };
+    return parts(*this) < parts(other);
+}
+
+DiffExtras::DiffExtras(RepositoryStore& store, DiffView& view, QObject* parent)
+    : QObject(parent), store_(store), view_(view)
+{
+    connect(&view_, &DiffView::laidOut, this, &DiffExtras::fitPictures);
+}
+
+std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)
+{
+    const gitkit::ParsedDiff& diff = content.diff;
+    const bool isWanted = diff.isBinary || (isTextPictureName(content.path) && !diff.lines.empty());
+    if (!isWanted || content.state == DiffState::conflicted || (!diff.oldBlob && !diff.newBlob))
+        return std::nullopt;
+    return Key{{diff.oldBlob, diff.newBlob, content.workingPath}, content.path, diff.isBinary};
+}
+
+/// On the worker's thread.
+DiffExtra DiffExtras::read(const gitkit::GitRepository& repository, const Key& key)
+{
+    DiffExtra extra;
+    const gitkit::SideSizes sizes = repository.diffSizes(key.source);
+    extra.facts.oldSize = sizes.before;
+    extra.facts.newSize = sizes.after;
+    const bool isPicture = isPictureName(key.path) || isTextPictureName(key.path);
+    const gitkit::DiffSides sides = repository.diffSides(key.source, isPicture ? mostPicture : mostText);
+    if (isPicture) {
+        PicturePair pair = picturesOf(key.source, sizes, sides);
+        // What cannot be drawn can still be read as text.
+        if (key.isBinary || hasPicture(pair))
+            extra.pictures = std::move(pair);
+        extra.facts.isPicture = extra.pictures.has_value();
+        return extra;
+    }
+    for (const auto& side : {sides.after, sides.before}) {
+        if (side && !extra.facts.encoding)
+            extra.facts.encoding = wideEncoding(*side);
+    }
+    return extra;
+}
+
+void DiffExtras::show(std::vector<DiffContent> contents, DiffPlace place)
+{
+    std::map<Key, DiffExtra> before = std::exchange(known_, {});
+    wanted_.clear();
+    for (DiffContent& content : contents) {
+        const std::optional<Key> key = keyOf(content);
+        if (!key)
+            continue;
+        if (const auto known = before.find(*key); known != before.end())
+            known_.insert(*known);
+        else
+            wanted_.push_back(*key);
+        fill(content);
+    }
+    view_.setContents(std::move(contents), place);
+    attach();
+    if (!wanted_.empty() && !isReading_) {
+        isReading_ = true;
+        launch(readAll(this));
+    }
+}
+
+void DiffExtras::fill(DiffContent& content)
+{
+    const std::optional<Key> key = keyOf(content);
+    if (!key)
+        return;
+    const auto known = known_.find(*key);
+    if (known != known_.end())
+        content.facts = known->second.facts;
+    else
+        content.facts.isBeingRead = true;
+}
+
+QCoro::Task<> DiffExtras::readAll(QPointer<DiffExtras> extras)
+{
+    while (!extras->wanted_.empty()) {
+        const Key key = extras->wanted_.back();
+        DiffExtra extra;
+        try {
+            extra = co_await extras->store_.runFunction(&DiffExtras::read, key);
+        } catch (const std::exception&) {
+            extra = {}; // what can be said without the files is said then
+        }
+        if (!extras)
+            co_return; // the view closed meanwhile
+        const auto asked = std::ranges::find(extras->wanted_, key);
+        if (asked == extras->wanted_.end())
+            continue;
+        extras->wanted_.erase(asked);
+        extras->known_.emplace(key, std::move(extra));
+        extras->showAgain();
+    }
+    extras->isReading_ = false;
+}
+
+void DiffExtras::showAgain()
+{
+    std::vector<DiffContent> contents;
+    for (const DiffSectionView* const section : view_.sections()) {
+        contents.push_back(section->content());
+        contents.back().facts = {};
+        fill(contents.back());
+    }
+    view_.setContents(std::move(contents), DiffPlace::kept);
+    attach();
+}
+
+void DiffExtras::attach()
+{
+    for (DiffSectionView* const section : view_.sections())
+        attachTo(*section);
+    fitPictures();
+}
+
+void DiffExtras::attachTo(DiffSectionView& section)
+{
+    const std::optional<Key> key = keyOf(section.content());
+    const auto known = key ? known_.find(*key) : known_.end();
+    auto* const shown = qobject_cast<ImagePane*>(section.inset());
+    if (known == known_.end() || !known->second.pictures) {
+        if (shown)
+            section.setInset(nullptr);
+    } else if (!shown || shown->pair() != *known->second.pictures) {
+        section.setInset(new ImagePane(*known->second.pictures));
+    }
+}
+
+void DiffExtras::fitPictures()
+{
+    const int room = view_.viewport()->height() - DiffSectionBar::barHeight;
+    for (DiffSectionView* const section : view_.sections()) {
+        auto* const pane = qobject_cast<ImagePane*>(section->inset());
+        const bool hasText = section->document().rowCount() > 0;
+        if (pane && pane->setRoom(hasText ? std::min(room, roomAboveText) : room))
+            section->setInset(pane);
+    }
+}
+
+} // namespace plovik

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/DiffMetrics.h"
+
+#include "app/settings/CodeFont.h"
+#include "app/ui/diff/DiffDocument.h"
+#include "app/ui/diff/DiffLines.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QFontInfo>
+#include <QFontMetricsF>
+
+#include <algorithm>
+#include <cmath>
+
+namespace plovik {
+
+DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines)
+{
+    constexpr double heightPerPixel = 20.0 / 12;
+    constexpr double tightest = 0.95; // of what the font asks for: its own lines are wide apart
+    constexpr int fewestDigits = 3;
+    DiffMetrics metrics;
+    metrics.codeFont = CodeFont::current();
+    metrics.numberFont = metrics.codeFont;
+    metrics.numberFont.setPointSizeF(std::max(7.0, metrics.codeFont.pointSizeF() * 0.9));
+    const QFontMetricsF code(metrics.codeFont);
+    metrics.cell = code.horizontalAdvance(QLatin1Char('0'));
+    metrics.lineHeight = std::max(qRound(QFontInfo(metrics.codeFont).pixelSize() * heightPerPixel),
+                                  static_cast<int>(code.height() * tightest));
+    metrics.hunkHeight = std::max(28, metrics.lineHeight + 8);
+
+    const auto digits = std::max(fewestDigits, static_cast<int>(QString::number(document.largestNumber()).size()));
+    const double digit = QFontMetricsF(metrics.numberFont).horizontalAdvance(QLatin1Char('0'));
+    metrics.numberWidth = static_cast<int>(std::ceil(digit * digits));
+    // A merge's old lines have several numbers; none is shown.
+    const bool hasOneNumber = document.isCombined() || lines.areSideBySide();
+    metrics.gutterWidth = 2 * margin + metrics.numberWidth + (hasOneNumber ? 0 : metrics.numberWidth + numberGap);
+    constexpr int moreButtons = 3;
+    metrics.hunkTextLeft = std::max(metrics.gutterWidth, moreLeft + moreButtons * moreWidth) + 6;
+    const int signs = document.isCombined() ? 2 : 1;
+    metrics.codeLeft = metrics.gutterWidth + static_cast<int>(std::ceil(metrics.cell * (signs + 0.5))) + 8;
+
+    metrics.tops.reserve(static_cast<std::size_t>(lines.count()) + 1);
+    int top = 0;
+    metrics.tops.push_back(top);
+    for (int line = 0; line < lines.count(); ++line) {
+        const bool isHunk = document.row(lines.rowAt(line, DiffSide::both)).kind == gitkit::DiffLine::Kind::hunk;
+        top += isHunk ? metrics.hunkHeight : metrics.lineHeight;
+        metrics.tops.push_back(top);
+    }
+    return metrics;
+}
+
+int DiffMetrics::lineAt(int y) const
+{
+    const auto after = std::ranges::upper_bound(tops, y);
+    const auto line = static_cast<int>(after - tops.begin()) - 1;
+    return std::clamp(line, tops.size() > 1 ? 0 : -1, static_cast<int>(tops.size()) - 2);
+}
+
+} // namespace plovik

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/DiffPane.h"
+
+#include "app/settings/Settings.h"
+#include "app/store/RepositoryStore.h"
+#include "app/ui/diff/DiffExtras.h"
+#include "app/ui/diff/DiffFinder.h"
+#include "app/ui/diff/DiffOptionsBar.h"
+#include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/diff/DiffView.h"
+#include "app/ui/diff/FindBar.h"
+#include "app/ui/diff/syntax/DiffFilesLoader.h"
+#include "app/ui/widgets/EmptyState.h"
+
+#include <QKeyEvent>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace plovik {
+
+namespace {
+
+DiffLayout wantedLayout()
+{
+    return Settings::shared().value(settings::diffSideBySide) ? DiffLayout::sideBySide : DiffLayout::unified;
+}
+
+} // namespace
+
+DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), view_(new DiffView), empty_(new EmptyState), pages_(new QStackedWidget(this)),
+      options_(new DiffOptionsBar(this)), extras_(new DiffExtras(store, *view_, this)),
+      files_(new DiffFilesLoader(store, this)), finder_(new DiffFinder(*view_, this))
+{
+    pages_->addWidget(empty_);
+    pages_->addWidget(view_);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(pages_, 1);
+    setFocusProxy(view_);
+
+    connect(files_, &DiffFilesLoader::textsLoaded, view_, &DiffView::setTexts);
+    connect(files_, &DiffFilesLoader::syntaxLoaded, view_, &DiffView::setSyntax);
+    view_->setBarReserve(options_->width());
+    view_->viewport()->installEventFilter(this);
+    options_->hide();
+    view_->setLayout(wantedLayout());
+    connect(options_, &DiffOptionsBar::wholeFileToggled, view_, &DiffView::setShowsWholeFile);
+    connect(view_, &DiffView::showsWholeFileChanged, options_, &DiffOptionsBar::setWholeFile);
+    connect(options_, &DiffOptionsBar::findRequested, this, &DiffPane::find);
+    connect(&Settings::shared(), &Settings::changed, this, &DiffPane::settingChanged);
+}
+
+void DiffPane::showDiffs(std::vector<DiffContent> contents, DiffPlace place)
+{
+    if (place == DiffPlace::start) {
+        finder_->forgetPlace();
+        view_->setShowsWholeFile(false);
+    }
+    extras_->show(std::move(contents), place);
+    loadFiles();
+    pages_->setCurrentWidget(view_);
+    options_->show();
+    placeOptions();
+}
+
+void DiffPane::loadFiles()
+{
+    std::vector<const DiffContent*> shown;
+    for (const DiffSectionView* const section : view_->sections())
+        shown.push_back(&section->content());
+    files_->load(shown);
+}
+
+void DiffPane::showSentence(const QString& title, const QString& description)
+{
+    files_->load({});
+    empty_->setText(title, description);
+    pages_->setCurrentWidget(empty_);
+    options_->hide();
+    if (findBar_)
+        findBar_->close();
+}
+
+bool DiffPane::isSentenceShown() const { return pages_->currentWidget() == empty_; }
+
+gitkit::WhiteSpace DiffPane::whiteSpace() const
+{
+    return Settings::shared().value(settings::diffIgnoresWhiteSpace) ? gitkit::WhiteSpace::ignored
+                                                                     : gitkit::WhiteSpace::compared;
+}
+
+void DiffPane::settingChanged(const QString& key)
+{
+    if (key == QLatin1String(settings::diffSideBySide.key))
+        view_->setLayout(wantedLayout());
+    else if (key == QLatin1String(settings::diffIgnoresWhiteSpace.key))
+        Q_EMIT whiteSpaceChanged();
+}
+
+void DiffPane::placeOptions()
+{
+    const QPoint topRight = view_->viewport()->mapTo(this, QPoint(view_->viewport()->width(), 0));
+    options_->move(topRight.x() - options_->width(), topRight.y());
+    options_->raise();
+}
+
+bool DiffPane::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == view_->viewport() && (event->type() == QEvent::Resize || event->type() == QEvent::Show))
+        placeOptions();
+    return QWidget::eventFilter(watched, event);
+}
+
+void DiffPane::find()
+{
+    if (isSentenceShown())
+        return;
+    QString text;
+    for (const DiffSectionView* const section : view_->sections()) {
+        if (text.isEmpty())
+            text = section->selectedText();
+    }
+    if (!findBar_) {
+        findBar_ = new FindBar(*finder_, this);
+        layout()->addWidget(findBar_);
+        connect(findBar_, &FindBar::focusReturned, this, [this] { view_->setFocus(Qt::OtherFocusReason); });
+    }
+    // Lines are not searched for.
+    findBar_->open(text.contains(u'\n') ? QString() : text);
+}
+
+/// The window may have the same keys for something else; here they mean the diff.
+bool DiffPane::isMine(const QKeyEvent& event) const
+{
+    if (isSentenceShown())
+        return false;
+    if (event.matches(QKeySequence::Find))
+        return true;
+    const bool isOpen = findBar_ && findBar_->isVisible();
+    return isOpen && (event.key() == Qt::Key_F3 || event.key() == Qt::Key_Escape);
+}
+
+bool DiffPane::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && isMine(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
+void DiffPane::keyPressEvent(QKeyEvent* event)
+{
+    if (!isMine(*event)) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    if (event->key() == Qt::Key_Escape)
+        findBar_->close();
+    else if (event->key() == Qt::Key_F3)
+        findBar_->step(event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
+    else
+        find();
+}
+
+} // namespace plovik

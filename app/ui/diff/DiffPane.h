@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/ui/diff/DiffAction.h"
+
+#include <QWidget>
+
+#include <vector>
+
+class QStackedWidget;
+
+namespace plovik {
+
+class DiffExtras;
+class DiffFilesLoader;
+class DiffFinder;
+class DiffOptionsBar;
+class DiffView;
+class EmptyState;
+class FindBar;
+class RepositoryStore;
+
+/// The place where one file's diffs are shown, or a sentence in their stead, with what it takes to read them: options
+/// and a search. Main thread.
+class DiffPane : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the pane.
+    explicit DiffPane(RepositoryStore& store, QWidget* parent = nullptr);
+
+    DiffView* view() const { return view_; }
+    bool isSentenceShown() const;
+    void showDiffs(std::vector<DiffContent> contents, DiffPlace place);
+    void showSentence(const QString& title, const QString& description);
+
+    /// How the diffs that are shown next are to be read.
+    gitkit::WhiteSpace whiteSpace() const;
+
+Q_SIGNALS:
+    /// What is shown is to be read again.
+    void whiteSpaceChanged();
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void find();
+    bool isMine(const QKeyEvent& event) const;
+    void settingChanged(const QString& key);
+    void loadFiles();
+    void placeOptions();
+
+    RepositoryStore& store_;
+    DiffView* view_;
+    EmptyState* empty_;
+    QStackedWidget* pages_;
+    DiffOptionsBar* options_;
+    DiffExtras* extras_;
+    DiffFilesLoader* files_;
+    DiffFinder* finder_;
+    FindBar* findBar_ = nullptr; ///< made when something is first searched for
+};
+
+} // namespace plovik

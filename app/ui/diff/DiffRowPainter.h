@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/ui/diff/DiffCell.h"
+
+#include <QColor>
+#include <QList>
+#include <QTextLayout>
+
+#include <memory>
+
+class QPainter;
+
+namespace plovik {
+
+class DiffDocument;
+class DiffSelection;
+struct DiffFound;
+struct DiffMetrics;
+struct ShownLine;
+
+/// Draws rows of a diff and tells which character is where. Of a long line only what is in sight is shaped. Holds
+/// references: made for one use. Main thread.
+class DiffRowPainter {
+public:
+    struct Sight {
+        int width = 0;                    ///< of a cell, gutter included
+        int offset = 0;                   ///< by how much the code is scrolled to the left
+        const DiffFound* found = nullptr; ///< what a search has found; null without one
+    };
+
+    DiffRowPainter(const DiffDocument& document, const DiffMetrics& metrics, Sight sight)
+        : document_(document), metrics_(metrics), sight_(sight)
+    {}
+
+    /// `room` is what a hunk's buttons take at the right.
+    void paint(QPainter& painter, const DiffCell& cell, const DiffSelection& selection, int room) const;
+
+    /// The unit of the row's source that is nearest to `x`, in its cell.
+    qsizetype sourceAt(int row, int x) const;
+    /// Where a unit of the row's source begins in its cell.
+    int xOf(int row, qsizetype source) const;
+
+private:
+    struct Slice;
+    Slice slice(int row) const;
+    /// The colours of the characters of a row, in units of what is shaped; later ones win.
+    QList<QTextLayout::FormatRange> formatsOf(int row, const Slice& part) const;
+    void paintHunk(QPainter& painter, const DiffCell& cell, int room) const;
+    void paintNothing(QPainter& painter, const QRect& area) const;
+    void paintNote(QPainter& painter, const DiffCell& cell) const;
+    void paintGutter(QPainter& painter, const DiffCell& cell) const;
+    void paintCode(QPainter& painter, const DiffCell& cell, const DiffSelection& selection) const;
+    void paintMarks(QPainter& painter, int row, const Slice& slice, const QRect& area) const;
+    void paintBlanks(QPainter& painter, int row, const Slice& slice, const QRect& area) const;
+    void paintFound(QPainter& painter, int row, const Slice& slice, const QRect& area) const;
+    void paintSelectedText(QPainter& painter, const DiffCell& cell, const Slice& slice,
+                           const DiffSelection& selection) const;
+
+    const DiffDocument& document_;
+    const DiffMetrics& metrics_;
+    Sight sight_;
+};
+
+} // namespace plovik

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/FindBar.h"
+
+#include "app/ui/widgets/IconButton.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPainter>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+FindBar::FindBar(DiffFinder& finder, QWidget* parent)
+    : QWidget(parent), finder_(finder), field_(new QLineEdit(this)), count_(new QLabel(this)), wrap_(new QLabel(this)),
+      previous_(new IconButton(Icon::previous, u"Previous Match"_s, this, u"Shift+F3"_s)),
+      next_(new IconButton(Icon::next, u"Next Match"_s, this, u"F3"_s)),
+      cases_(new IconButton(Icon::matchCase, u"Match Case"_s, this))
+{
+    field_->setAccessibleName(u"Find in Diff"_s);
+    field_->setPlaceholderText(u"Find in diff"_s);
+    field_->setMinimumWidth(100);
+    field_->setMaximumWidth(360);
+    field_->installEventFilter(this);
+    cases_->setCheckable(true);
+    auto* const close = new IconButton(Icon::close, u"Close Find"_s, this, u"Esc"_s);
+    for (QLabel* const label : {count_, wrap_})
+        label->setTextFormat(Qt::PlainText);
+    count_->setAccessibleName(u"Matches"_s);
+
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(12, 5, 8, 4);
+    row->setSpacing(4);
+    row->addWidget(field_, 1);
+    row->addWidget(cases_);
+    row->addWidget(previous_);
+    row->addWidget(next_);
+    row->addSpacing(8);
+    row->addWidget(count_);
+    row->addSpacing(8);
+    row->addWidget(wrap_);
+    row->addStretch(1);
+    row->addWidget(close);
+
+    connect(field_, &QLineEdit::textChanged, this, &FindBar::search);
+    connect(cases_, &IconButton::toggled, this, &FindBar::search);
+    connect(previous_, &IconButton::clicked, this, [this] { step(-1); });
+    connect(next_, &IconButton::clicked, this, [this] { step(1); });
+    connect(close, &IconButton::clicked, this, &FindBar::close);
+    connect(&finder_, &DiffFinder::changed, this, &FindBar::showCount);
+    connect(&finder_, &DiffFinder::wrapped, this,
+            [this](int direction) { wrap_->setText(direction > 0 ? u"↺ From the top"_s : u"↻ From the end"_s); });
+    applyTheme();
+    hide();
+}
+
+void FindBar::open(const QString& text)
+{
+    show();
+    if (!text.isEmpty())
+        field_->setText(text);
+    field_->setFocus(Qt::ShortcutFocusReason);
+    field_->selectAll();
+    search();
+}
+
+void FindBar::close()
+{
+    if (isHidden())
+        return;
+    if (isAncestorOf(QApplication::focusWidget()))
+        Q_EMIT focusReturned();
+    hide();
+    finder_.stop();
+}
+
+void FindBar::search()
+{
+    wrap_->clear();
+    finder_.search({field_->text(), cases_->isChecked() ? Qt::CaseSensitive : Qt::CaseInsensitive});
+    showCount();
+}
+
+void FindBar::step(int direction)
+{
+    wrap_->clear();
+    finder_.step(direction);
+}
+
+void FindBar::showCount()
+{
+    const QLocale english(QLocale::English);
+    const int count = finder_.count();
+    QString all = english.toString(count);
+    if (finder_.isCut() || finder_.isSearching())
+        all += u'+';
+    QString text;
+    if (field_->text().isEmpty())
+        text.clear();
+    else if (count == 0)
+        text = finder_.isSearching() ? u"Searching…"_s : u"No matches"_s;
+    else if (finder_.current() < 0)
+        text = count == 1 ? u"1 match"_s : u"%1 matches"_s.arg(all);
+    else
+        text = u"%1 of %2"_s.arg(english.toString(finder_.current() + 1), all);
+    count_->setText(text);
+    count_->setAccessibleDescription(text);
+    field_->setAccessibleDescription(text);
+    previous_->setEnabled(count > 0);
+    next_->setEnabled(count > 0);
+}
+
+bool FindBar::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != field_ || event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    auto* const key = static_cast<QKeyEvent*>(event);
+    if (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter)
+        return false;
+    step(key->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
+    return true;
+}
+
+void FindBar::paintEvent(QPaintEvent*)
+{
+    const Theme& theme = Theme::current();
+    QPainter painter(this);
+    painter.fillRect(rect(), theme.bars);
+    painter.fillRect(0, 0, width(), 1, theme.separator);
+}
+
+void FindBar::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void FindBar::applyTheme()
+{
+    QPalette quiet;
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, Theme::current().secondaryText);
+    count_->setPalette(quiet);
+    wrap_->setPalette(quiet);
+}
+
+} // namespace plovik

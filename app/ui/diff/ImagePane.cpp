@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/ImagePane.h"
+
+#include "app/ui/diff/CheckeredPicture.h"
+#include "app/ui/diff/DiffMetrics.h"
+#include "app/ui/diff/DiffNotes.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QLabel>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int margin = DiffMetrics::margin;
+constexpr int gap = 16;
+constexpr int textGap = 6;
+constexpr int leastHeight = 64;
+/// Icons up to this side are enlarged, to about `iconTarget`.
+constexpr int smallSide = 32;
+constexpr int iconTarget = 64;
+/// A picture that the common factor leaves smaller than this has a factor of its own.
+constexpr int leastSide = 24;
+
+int longerSide(QSize size) { return std::max(size.width(), size.height()); }
+
+QString pixelText(QSize pixels) { return u"%1 × %2"_s.arg(pixels.width()).arg(pixels.height()); }
+
+QString sizesOf(const PictureSide& side)
+{
+    if (!side.picture.pixels.isValid())
+        return shownSize(side.fileSize);
+    return pixelText(side.picture.pixels) + u" · "_s + shownSize(side.fileSize);
+}
+
+double fittingFactor(QSize pixels, QSize room)
+{
+    return std::min({1.0, double(room.width()) / pixels.width(), double(room.height()) / pixels.height()});
+}
+
+/// How often a small picture is enlarged; whole, so that its pixels stay squares.
+int enlargement(QSize pixels, QSize room)
+{
+    if (longerSide(pixels) > smallSide)
+        return 1;
+    const int wanted = std::max(1, iconTarget / std::max(1, longerSide(pixels)));
+    return std::max(1, std::min({wanted, room.width() / pixels.width(), room.height() / pixels.height()}));
+}
+
+QSize scaled(QSize size, double factor) { return (QSizeF(size) * factor).toSize().expandedTo(QSize(1, 1)); }
+
+QString fileSizeChange(std::uint64_t before, std::uint64_t after)
+{
+    if (before == after)
+        return u"the same file size"_s;
+    const std::uint64_t by = after > before ? after - before : before - after;
+    return shownSize(by) + (after > before ? u" larger"_s : u" smaller"_s);
+}
+
+} // namespace
+
+ImagePane::ImagePane(PicturePair pair, QWidget* parent)
+    : QWidget(parent), pair_(std::move(pair)), change_(new QLabel(this))
+{
+    const bool isChange = pair_.before && pair_.after;
+    if (pair_.before)
+        before_ = makeSide(*pair_.before, isChange ? u"Before"_s : u"Deleted"_s);
+    if (pair_.after)
+        after_ = makeSide(*pair_.after, isChange ? u"After"_s : u"Added"_s);
+    change_->setTextFormat(Qt::PlainText);
+    change_->setWordWrap(true);
+    change_->setText(changeText());
+    setAccessibleName(u"Picture"_s);
+    setAccessibleDescription(change_->text());
+    applyTheme();
+}
+
+ImagePane::Side ImagePane::makeSide(const PictureSide& side, const QString& title)
+{
+    Side made{new QLabel(title, this), nullptr, new QLabel(this)};
+    for (QLabel* const label : {made.title, made.caption})
+        label->setTextFormat(Qt::PlainText);
+    made.caption->setWordWrap(true);
+    made.caption->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (side.picture.image.isNull()) {
+        made.caption->setText(side.picture.problem + u'\n' + sizesOf(side));
+    } else {
+        made.caption->setText(sizesOf(side));
+        made.picture = new CheckeredPicture(side.picture.image, this);
+        made.picture->setAccessibleName(title);
+        made.picture->setAccessibleDescription(sizesOf(side));
+        made.picture->setToolTip(sizesOf(side));
+    }
+    return made;
+}
+
+QString ImagePane::changeText() const
+{
+    if (!pair_.before || !pair_.after)
+        return {};
+    const PictureSide& before = *pair_.before;
+    const PictureSide& after = *pair_.after;
+    QStringList parts;
+    if (pair_.areSamePixels)
+        parts << u"Every pixel is the same"_s;
+    else if (before.picture.pixels.isValid() && after.picture.pixels.isValid() &&
+             before.picture.pixels != after.picture.pixels)
+        parts << u"Resized from %1 to %2"_s.arg(pixelText(before.picture.pixels), pixelText(after.picture.pixels));
+    else if (before.picture.pixels.isValid() && after.picture.pixels.isValid())
+        parts << u"The same size in pixels"_s;
+    QString files = fileSizeChange(before.fileSize, after.fileSize);
+    if (parts.isEmpty())
+        files[0] = files[0].toUpper();
+    return (parts << files).join(u", "_s) + u'.';
+}
+
+bool ImagePane::setRoom(int height)
+{
+    if (height == room_)
+        return false;
+    room_ = height;
+    place();
+    return true;
+}
+
+int ImagePane::columnWidth(int width) const
+{
+    const int inner = std::max(80, width - 2 * margin);
+    return before_ && after_ ? (inner - gap) / 2 : inner;
+}
+
+int ImagePane::captionHeight(int width) const
+{
+    int height = 0;
+    for (const auto& side : {before_, after_}) {
+        if (side)
+            height = std::max(height, side->caption->heightForWidth(columnWidth(width)));
+    }
+    return height;
+}
+
+ImagePane::Drawn ImagePane::drawnSizes(int width) const
+{
+    const int title = QFontMetrics(Theme::font()).height();
+    const int around = 2 * title + captionHeight(width) + 5 * textGap + margin;
+    const QSize room(columnWidth(width) - 2, std::max(leastHeight, room_ - around));
+    const auto pixelsOf = [](const std::optional<PictureSide>& side) {
+        return side && !side->picture.image.isNull() ? side->picture.pixels : QSize();
+    };
+    const QSize before = pixelsOf(pair_.before);
+    const QSize after = pixelsOf(pair_.after);
+    double factor = 1;
+    int larger = iconTarget;
+    for (const QSize pixels : {before, after}) {
+        if (pixels.isEmpty())
+            continue;
+        factor = std::min(factor, fittingFactor(pixels, room));
+        larger = std::min(larger, enlargement(pixels, room));
+    }
+    const auto drawn = [&](QSize pixels) {
+        if (pixels.isEmpty())
+            return QSize();
+        const QSize common = scaled(pixels, factor < 1 ? factor : larger);
+        if (longerSide(common) >= leastSide)
+            return common;
+        const double own = fittingFactor(pixels, room);
+        return scaled(pixels, own < 1 ? own : enlargement(pixels, room));
+    };
+    return {drawn(before), drawn(after)};
+}
+
+int ImagePane::heightForWidth(int width) const
+{
+    const Drawn drawn = drawnSizes(width);
+    const int pictures = std::max({0, drawn.before.height(), drawn.after.height()});
+    const int title = QFontMetrics(Theme::font()).height();
+    const int change =
+        change_->text().isEmpty() ? 0 : textGap + change_->heightForWidth(std::max(80, width - 2 * margin));
+    return margin / 2 + title + textGap + pictures + 2 + textGap + captionHeight(width) + change + margin / 2;
+}
+
+void ImagePane::placeSide(Side& side, QSize drawn, int left, int width, int pictureHeight)
+{
+    const int title = QFontMetrics(Theme::font()).height();
+    int y = margin / 2;
+    side.title->setGeometry(left, y, width, title);
+    y += title + textGap;
+    if (side.picture) {
+        side.picture->setDrawnSize(drawn);
+        side.picture->move(left, y);
+    }
+    y += pictureHeight + 2 + textGap;
+    side.caption->setGeometry(left, y, width, captionHeight(this->width()));
+}
+
+void ImagePane::place()
+{
+    const Drawn drawn = drawnSizes(width());
+    const int column = columnWidth(width());
+    const int pictures = std::max({0, drawn.before.height(), drawn.after.height()});
+    int left = margin;
+    if (before_) {
+        placeSide(*before_, drawn.before, left, column, pictures);
+        left += column + gap;
+    }
+    if (after_)
+        placeSide(*after_, drawn.after, left, column, pictures);
+    const int inner = std::max(80, width() - 2 * margin);
+    const int change = change_->heightForWidth(inner);
+    change_->setGeometry(margin, height() - margin / 2 - change, inner, change);
+    change_->setVisible(!change_->text().isEmpty());
+}
+
+void ImagePane::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    place();
+}
+
+void ImagePane::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
+        applyTheme();
+}
+
+void ImagePane::applyTheme()
+{
+    QPalette quiet;
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, Theme::current().secondaryText);
+    change_->setFont(Theme::font());
+    for (const auto& side : {before_, after_}) {
+        if (!side)
+            continue;
+        side->title->setFont(Theme::font(0, QFont::DemiBold));
+        side->caption->setFont(Theme::font());
+        side->caption->setPalette(quiet);
+    }
+    place();
+}
+
+} // namespace plovik

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/ui/diff/Picture.h"
+
+#include <QWidget>
+
+#include <cstdint>
+#include <optional>
+
+class QLabel;
+
+namespace plovik {
+
+class CheckeredPicture;
+
+/// One side of a changed picture. Value.
+struct PictureSide {
+    std::uint64_t fileSize = 0;
+    Picture picture;
+
+    bool operator==(const PictureSide&) const = default;
+};
+
+/// Both sides; nothing where there is no file. Value.
+struct PicturePair {
+    std::optional<PictureSide> before;
+    std::optional<PictureSide> after;
+    bool areSamePixels = false;
+
+    bool operator==(const PicturePair&) const = default;
+};
+
+/// A changed picture before and after, side by side: scaled down to fit, by the same factor, with the sizes below and
+/// what changed. Main thread.
+class ImagePane : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ImagePane(PicturePair pair, QWidget* parent = nullptr);
+
+    const PicturePair& pair() const { return pair_; }
+    /// How high the pictures may be, with everything around them. Whether that is news.
+    bool setRoom(int height);
+
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    struct Side {
+        QLabel* title = nullptr;
+        CheckeredPicture* picture = nullptr;
+        QLabel* caption = nullptr;
+    };
+    /// Both pictures' sizes as they are drawn.
+    struct Drawn {
+        QSize before, after;
+    };
+
+    Side makeSide(const PictureSide& side, const QString& title);
+    int columnWidth(int width) const;
+    int captionHeight(int width) const;
+    Drawn drawnSizes(int width) const;
+    QString changeText() const;
+    void place();
+    void placeSide(Side& side, QSize drawn, int left, int width, int pictureHeight);
+    void applyTheme();
+
+    PicturePair pair_;
+    std::optional<Side> before_, after_;
+    QLabel* change_;
+    int room_ = 480;
+};
+
+} // namespace plovik

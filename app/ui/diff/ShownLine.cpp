@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/ShownLine.h"
+
+#include "app/store/ShownText.h"
+
+#include <algorithm>
+
+namespace plovik {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// Characters that draw nothing, or that change how their neighbours are drawn.
+bool isInvisible(char16_t unit)
+{
+    return (unit >= 0x80 && unit < 0xA0) || unit == 0xAD || unit == 0x61C || unit == 0x180E ||
+           (unit >= 0x200B && unit <= 0x200F) || (unit >= 0x2028 && unit <= 0x202E) ||
+           (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF || (unit >= 0xFFF9 && unit <= 0xFFFB);
+}
+
+/// What stands for a unit that cannot be drawn as it is; empty for one that can.
+QString standIn(char16_t unit)
+{
+    // As terminals write them: fonts draw the pictures that Unicode has for these too small to read.
+    if (unit < 0x20 || unit == 0x7F)
+        return QString(u'^') + QChar(unit ^ 0x40);
+    // A zero-width joiner only ties letters or the parts of a picture together.
+    if (unit != 0x200D && isInvisible(unit))
+        return u"‹U+%1›"_s.arg(unit, 4, 16, QLatin1Char('0')).toUpper();
+    return {};
+}
+
+bool isBlank(QChar unit) { return unit == u' ' || unit == u'\t'; }
+
+qsizetype trailingBlanksOf(const QString& text)
+{
+    qsizetype end = text.size();
+    if (text.endsWith(u'\r'))
+        --end;
+    while (end > 0 && isBlank(text[end - 1]))
+        --end;
+    return end;
+}
+
+class Writer {
+public:
+    explicit Writer(ShownLine& line) : line_(line) {}
+
+    void take(qsizetype position, char16_t unit)
+    {
+        if (unit == u'\t') {
+            const int stop = ShownLine::tabWidth - column_ % ShownLine::tabWidth;
+            replace(position, QString(stop, u' '), ShownLine::Sign::tab);
+            return;
+        }
+        const bool endsLine = unit == u'\r' && position + 1 == line_.source.size();
+        if (const QString stands = standIn(unit); !stands.isEmpty()) {
+            replace(position, stands, endsLine ? ShownLine::Sign::carriageReturn : ShownLine::Sign::control);
+            return;
+        }
+        line_.shown += QChar(unit);
+        if (!QChar::isLowSurrogate(unit))
+            ++column_;
+    }
+
+private:
+    void replace(qsizetype position, const QString& text, ShownLine::Sign sign)
+    {
+        line_.replacements.push_back({position, line_.shown.size(), text.size(), sign});
+        line_.shown += text;
+        column_ += static_cast<int>(text.size());
+    }
+
+    ShownLine& line_;
+    int column_ = 0;
+};
+
+} // namespace
+
+QString textOf(std::string_view bytes)
+{
+    // Qt takes a mark at the start for a sign of the encoding and drops it; in a line it is text.
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (bytes.starts_with(mark))
+        return QChar(0xFEFF) + shownText(bytes.substr(mark.size()));
+    return shownText(bytes);
+}
+
+ShownLine ShownLine::of(std::string_view text)
+{
+    ShownLine line;
+    line.source = textOf(text);
+    line.trailingBlanks = trailingBlanksOf(line.source);
+    const qsizetype end = std::min(line.source.size(), mostShown);
+    line.notShown = line.source.size() - end;
+    line.shown.reserve(end);
+    Writer writer(line);
+    for (qsizetype position = 0; position < end; ++position)
+        writer.take(position, line.source[position].unicode());
+    return line;
+}
+
+qsizetype ShownLine::toShown(qsizetype position) const
+{
+    const auto after = std::ranges::upper_bound(replacements, position - 1, {}, &Replacement::source);
+    if (after == replacements.begin())
+        return std::min(position, shown.size());
+    const Replacement& last = *(after - 1);
+    return std::min(last.shown + last.length + position - last.source - 1, shown.size());
+}
+
+qsizetype ShownLine::toSource(qsizetype position) const
+{
+    const auto after = std::ranges::upper_bound(replacements, position, {}, &Replacement::shown);
+    if (after == replacements.begin())
+        return std::min(position, source.size());
+    const Replacement& last = *(after - 1);
+    const qsizetype inside = position - last.shown;
+    // Inside a stand-in the nearer edge counts.
+    if (inside < last.length)
+        return 2 * inside < last.length ? last.source : last.source + 1;
+    return std::min(last.source + 1 + inside - last.length, source.size());
+}
+
+int columnsOf(std::string_view text)
+{
+    const std::size_t end = std::min(text.size(), static_cast<std::size_t>(ShownLine::mostShown));
+    int columns = 0;
+    for (const char byte : text.substr(0, end)) {
+        const auto unit = static_cast<unsigned char>(byte);
+        if (unit == '\t')
+            columns += ShownLine::tabWidth - columns % ShownLine::tabWidth;
+        else if ((unit & 0xC0U) != 0x80U)
+            columns += unit < 0xE0 ? 1 : 2; // what takes three bytes is often wide
+    }
+    return columns;
+}
+
+} // namespace plovik

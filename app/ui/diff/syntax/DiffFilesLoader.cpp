@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/syntax/DiffFilesLoader.h"
+
+#include "app/store/RepositoryStore.h"
+#include "app/ui/diff/syntax/SyntaxHighlighter.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace plovik {
+
+using gitkit::GitRepository;
+
+namespace {
+
+constexpr std::size_t largestFile = std::size_t{8} << 20;
+constexpr qsizetype keptBytes = qsizetype{6} << 20;
+
+DiffTexts readTexts(const GitRepository& repository, const GitRepository::DiffSource& source)
+{
+    gitkit::DiffSides sides = repository.diffSides(source, largestFile);
+    DiffTexts texts;
+    if (sides.before)
+        texts.before = std::make_shared<const FileLines>(std::move(*sides.before));
+    if (sides.after)
+        texts.after = std::make_shared<const FileLines>(std::move(*sides.after));
+    return texts;
+}
+
+/// Empty for git's way of saying that there is no file.
+std::string blobOf(const std::string& hash)
+{
+    return hash.find_first_not_of('0') == std::string::npos ? std::string() : hash;
+}
+
+std::optional<std::string> named(const std::string& blob) { return blob.empty() ? std::nullopt : std::optional(blob); }
+
+} // namespace
+
+/// What the worker does next: reads the files of a section, or works out the colours of one.
+struct DiffFilesLoader::Job {
+    Section section;
+    std::optional<Side> side; ///< to be coloured
+    std::shared_ptr<const FileLines> file;
+};
+
+DiffFilesLoader::DiffFilesLoader(RepositoryStore& store, QObject* parent)
+    : QObject(parent), store_(store), cache_(keptBytes)
+{}
+
+DiffFilesLoader::~DiffFilesLoader()
+{
+    if (isStale_)
+        *isStale_ = true;
+}
+
+std::optional<DiffFilesLoader::Section> DiffFilesLoader::sectionOf(const DiffContent& content)
+{
+    const gitkit::ParsedDiff& diff = content.diff;
+    if (!diff.oldBlob || !diff.newBlob || diff.isBinary || diff.isTruncated || diff.lines.empty())
+        return {};
+    Section section;
+    section.name = content.name;
+    section.before = {blobOf(*diff.oldBlob), content.path};
+    section.after = {blobOf(*diff.newBlob), content.path};
+    section.workingPath = content.workingPath;
+    return section;
+}
+
+void DiffFilesLoader::load(const std::vector<const DiffContent*>& contents)
+{
+    std::vector<Section> wanted;
+    for (const DiffContent* const content : contents) {
+        if (std::optional<Section> section = sectionOf(*content)) {
+            takeKnown(*section);
+            wanted.push_back(std::move(*section));
+        }
+    }
+    sections_ = std::move(wanted);
+    const auto isWanted = [this](const Side& side) {
+        return std::ranges::any_of(
+            sections_, [&side](const Section& section) { return section.before == side || section.after == side; });
+    };
+    if (underWay_ && !isWanted(*underWay_))
+        *isStale_ = true;
+    for (const Section& section : sections_)
+        announce(section);
+    if (!isWorking_) {
+        isWorking_ = true;
+        launch(work(this));
+    }
+}
+
+/// Takes over what is known of a section's files, and for the time until they are all known what looks like them.
+void DiffFilesLoader::takeKnown(Section& section) const
+{
+    section.syntax = {known(section.before), known(section.after)};
+    const auto former = std::ranges::find(sections_, section.name, &Section::name);
+    if (former != sections_.end() && former->isSame(section)) {
+        section.texts = former->texts;
+        section.isRead = former->isRead;
+    }
+    if (former != sections_.end() && former->after.path == section.after.path)
+        section.alike = {former->syntax.before ? former->syntax.before : former->alike.before,
+                         former->syntax.after ? former->syntax.after : former->alike.after};
+    const auto isKnown = [](const Side& side, const auto& syntax) { return side.blob.empty() || syntax; };
+    if (!section.isRead && isKnown(section.before, section.syntax.before) &&
+        isKnown(section.after, section.syntax.after))
+    {
+        section.texts = {section.syntax.before ? section.syntax.before->file() : nullptr,
+                         section.syntax.after ? section.syntax.after->file() : nullptr};
+        section.isRead = true;
+    }
+}
+
+std::shared_ptr<const FileSyntax> DiffFilesLoader::known(const Side& side) const
+{
+    if (side.blob.empty())
+        return nullptr;
+    for (const Section& section : sections_) {
+        if (section.before == side && section.syntax.before)
+            return section.syntax.before;
+        if (section.after == side && section.syntax.after)
+            return section.syntax.after;
+    }
+    const auto* const kept = cache_.object(keyOf(side));
+    return kept ? *kept : nullptr;
+}
+
+QByteArray DiffFilesLoader::keyOf(const Side& side)
+{
+    return QByteArray::fromStdString(side.blob) + ' ' + QByteArray::fromStdString(side.path);
+}
+
+void DiffFilesLoader::announce(const Section& section)
+{
+    if (section.isRead)
+        Q_EMIT textsLoaded(section.name, section.texts);
+    const SyntaxOf shown{section.syntax.before ? section.syntax.before : section.alike.before,
+                         section.syntax.after ? section.syntax.after : section.alike.after};
+    if (shown != SyntaxOf())
+        Q_EMIT syntaxLoaded(section.name, shown);
+}
+
+/// Reading comes first: it is quick, and more than colours waits for it.
+std::optional<DiffFilesLoader::Job> DiffFilesLoader::nextJob() const
+{
+    for (const Section& section : sections_) {
+        if (!section.isRead)
+            return Job{section, {}, {}};
+    }
+    for (const Section& section : sections_) {
+        if (section.texts.after && !section.syntax.after)
+            return Job{section, section.after, section.texts.after};
+        if (section.texts.before && !section.syntax.before)
+            return Job{section, section.before, section.texts.before};
+    }
+    return {};
+}
+
+QCoro::Task<> DiffFilesLoader::work(QPointer<DiffFilesLoader> loader)
+{
+    while (const std::optional<Job> job = loader->nextJob()) {
+        if (!job->side) {
+            const Section& section = job->section;
+            const GitRepository::DiffSource source{section.syntax.before ? std::nullopt : named(section.before.blob),
+                                                   section.syntax.after ? std::nullopt : named(section.after.blob),
+                                                   section.workingPath};
+            DiffTexts texts;
+            try {
+                texts = co_await loader->store_.runFunction(&readTexts, source);
+            } catch (const std::exception&) {
+                texts = {}; // the diff itself is there; it stays without what its files would add
+            }
+            if (!loader)
+                co_return;
+            loader->takeTexts(section, std::move(texts));
+            continue;
+        }
+        const auto isStale = std::make_shared<std::atomic<bool>>(false);
+        loader->isStale_ = isStale;
+        loader->underWay_ = job->side;
+        SyntaxRequest request;
+        request.file = job->file;
+        request.path = job->side->path;
+        request.isStale = isStale;
+        const auto syntax = co_await loader->store_.runFunction(&highlightedFile, request);
+        if (!loader)
+            co_return;
+        loader->underWay_.reset();
+        if (!*isStale)
+            loader->takeSyntax(*job->side, job->section.workingPath.has_value(), syntax);
+    }
+    loader->isWorking_ = false;
+}
+
+void DiffFilesLoader::takeTexts(const Section& read, DiffTexts texts)
+{
+    const auto section = std::ranges::find_if(sections_, [&read](const Section& each) { return each.isSame(read); });
+    if (section == sections_.end() || section->isRead)
+        return;
+    section->texts = std::move(texts);
+    if (read.syntax.before)
+        section->texts.before = read.syntax.before->file();
+    if (read.syntax.after)
+        section->texts.after = read.syntax.after->file();
+    section->isRead = true;
+    announce(*section);
+}
+
+void DiffFilesLoader::takeSyntax(const Side& side, bool mayBeNewer, const std::shared_ptr<const FileSyntax>& syntax)
+{
+    // A file of the working tree may have changed since its diff was made: it is not kept under the hash of then.
+    if (!mayBeNewer)
+        cache_.insert(keyOf(side), new std::shared_ptr<const FileSyntax>(syntax),
+                      static_cast<qsizetype>(syntax->size()));
+    for (Section& section : sections_) {
+        const SyntaxOf before = section.syntax;
+        if (section.before == side && section.texts.before)
+            section.syntax.before = syntax;
+        if (section.after == side && section.texts.after)
+            section.syntax.after = syntax;
+        if (section.syntax != before)
+            announce(section);
+    }
+}
+
+} // namespace plovik

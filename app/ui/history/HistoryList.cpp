@@ -1,0 +1,369 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/history/HistoryList.h"
+
+#include "app/ui/history/CommitMenu.h"
+#include "app/ui/history/GraphCell.h"
+#include "app/ui/history/RowText.h"
+
+#include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// So far before the end older commits are asked for that a held Page Down does not have to wait for git, which reads
+/// the whole longer page anew each time.
+constexpr int rowsAhead = 1500;
+
+class RowHeight : public QStyledItemDelegate {
+public:
+    RowHeight(const HistoryRowPainter& painter, QObject* parent) : QStyledItemDelegate(parent), painter_(painter) {}
+    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return {0, painter_.rowHeight()}; }
+
+private:
+    const HistoryRowPainter& painter_;
+};
+
+/// `y` moved to the nearest edge between device pixels: at fractional scale factors two rows then share an edge, and
+/// antialiasing leaves no seam between them.
+double onDevicePixel(const QPainter& painter, double y)
+{
+    const QTransform& device = painter.deviceTransform();
+    if (device.type() > QTransform::TxScale || device.m22() <= 0)
+        return y;
+    return (std::round(device.m22() * y + device.dy()) - device.dy()) / device.m22();
+}
+
+gitkit::Date currentTime() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
+
+} // namespace
+
+HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
+    : QListView(parent), store_(store), model_(new HistoryModel(store, this))
+{
+    setAccessibleName(u"History"_s);
+    setFrameShape(QFrame::NoFrame);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setItemDelegate(new RowHeight(rowPainter_, this));
+    setModel(model_);
+    // The rows and what lies below them are painted in full, so a fill behind them would only cost its time.
+    viewport()->setAutoFillBackground(false);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+
+    // Connected last: by then the view and its selection have forgotten the page before.
+    connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] { isRestoring_ = true; });
+    connect(model_, &QAbstractItemModel::modelReset, this, &HistoryList::takeNewPage);
+
+    const auto repaint = [this] { viewport()->update(); };
+    notifiers_.push_back(store_.graphLanes.addNotifier(repaint));
+    notifiers_.push_back(store_.isHistoryFiltered.addNotifier(repaint));
+    notifiers_.push_back(store_.selectedCommit.addNotifier([this] { followSelectedCommit(); }));
+    notifiers_.push_back(store_.commitReveals.addNotifier([this] { reveal(); }));
+    notifiers_.push_back(store_.hasMoreHistory.addNotifier([this] { wantMoreNearEnd(); }));
+    followSelectedCommit();
+    revealsWhenShown_ = true;
+}
+
+int HistoryList::rowAt(int y) const { return (y + verticalOffset()) / rowPainter_.rowHeight(); }
+
+int HistoryList::lastVisibleRow() const { return std::min(rowAt(viewport()->height() - 1), model_->rowCount() - 1); }
+
+int HistoryList::selectedRow() const
+{
+    const QModelIndexList selected = selectionModel() ? selectionModel()->selectedIndexes() : QModelIndexList();
+    return selected.isEmpty() ? -1 : selected.first().row();
+}
+
+HistoryColumns HistoryList::columns() const
+{
+    const double graphWidth = store_.isHistoryFiltered.value() ? 0 : GraphCell::widthFor(store_.graphLanes.value());
+    return rowPainter_.columns(viewport()->width(), graphWidth);
+}
+
+// Selection.
+
+void HistoryList::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
+{
+    QListView::selectionChanged(selected, deselected);
+    if (isRestoring_)
+        return;
+    const HistoryRow* row = model_->row(selectedRow());
+    if (row && isByKey_)
+        store_.walkToCommit(row->commit.hash);
+    else
+        store_.selectedCommit = row ? std::optional(row->commit.hash) : std::nullopt;
+}
+
+void HistoryList::followSelectedCommit()
+{
+    const auto& wanted = store_.selectedCommit.value();
+    const HistoryRow* shown = model_->row(selectedRow());
+    if (wanted ? shown && shown->commit.hash == *wanted : shown == nullptr)
+        return;
+    const int row = wanted ? model_->rowOf(*wanted) : -1;
+    if (row >= 0)
+        scrollNear(row);
+    select(row);
+}
+
+void HistoryList::reveal()
+{
+    revealsWhenShown_ = !isVisible();
+    const int row = selectedRow();
+    if (!isVisible() || row < 0)
+        return;
+    scrollNear(row);
+    scrollTo(model_->index(row));
+}
+
+void HistoryList::select(int row)
+{
+    const QScopedValueRollback restoring(isRestoring_, true);
+    const QModelIndex index = model_->index(row);
+    if (index.isValid())
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    else
+        selectionModel()->clearSelection();
+}
+
+void HistoryList::scrollNear(int row)
+{
+    const int height = rowPainter_.rowHeight();
+    const int y = row * height - verticalOffset();
+    if (y < -height || y > viewport()->height())
+        scrollTo(model_->index(row), PositionAtCenter);
+}
+
+// Keeping the place in a page that changes.
+
+void HistoryList::rememberPlace()
+{
+    place_.clear();
+    const int height = rowPainter_.rowHeight();
+    // At the top the list stays at the top: what is new there is what one looks for.
+    if (verticalOffset() == 0)
+        return;
+    for (int row = rowAt(0); row <= lastVisibleRow(); ++row) {
+        if (const HistoryRow* shown = model_->row(row))
+            place_.push_back({shown->commit.hash, row * height - verticalOffset()});
+    }
+}
+
+void HistoryList::returnToPlace(const std::vector<Anchor>& place)
+{
+    std::unordered_map<std::string_view, int> tops;
+    for (const Anchor& anchor : place)
+        tops.emplace(anchor.hash, anchor.y);
+    for (int row = 0; !tops.empty() && row < model_->rowCount(); ++row) {
+        const auto found = tops.find(model_->row(row)->commit.hash);
+        if (found != tops.end()) {
+            verticalScrollBar()->setValue(row * rowPainter_.rowHeight() - found->second);
+            return;
+        }
+    }
+}
+
+void HistoryList::takeNewPage()
+{
+    const std::vector<Anchor> place = std::exchange(place_, {});
+    setAutoScroll(false);
+    if (const auto& commit = store_.selectedCommit.value())
+        select(model_->rowOf(*commit));
+    setAutoScroll(true);
+    doItemsLayout();
+    returnToPlace(place);
+    isRestoring_ = false;
+    rememberPlace();
+}
+
+void HistoryList::scrollContentsBy(int dx, int dy)
+{
+    QListView::scrollContentsBy(dx, dy);
+    if (!isRestoring_)
+        rememberPlace();
+    wantMoreNearEnd();
+}
+
+void HistoryList::resizeEvent(QResizeEvent* event)
+{
+    QListView::resizeEvent(event);
+    if (!isRestoring_)
+        rememberPlace();
+    wantMoreNearEnd();
+}
+
+void HistoryList::showEvent(QShowEvent* event)
+{
+    QListView::showEvent(event);
+    wantMoreNearEnd();
+    // Only once the list has its size does it know what is out of sight.
+    if (revealsWhenShown_)
+        QMetaObject::invokeMethod(this, &HistoryList::reveal, Qt::QueuedConnection);
+}
+
+// Asked from the event loop, because the answer may be there at once and the list is in the middle of scrolling.
+void HistoryList::wantMoreNearEnd()
+{
+    if (isAsking_)
+        return;
+    isAsking_ = true;
+    QMetaObject::invokeMethod(this, &HistoryList::askForMore, Qt::QueuedConnection);
+}
+
+void HistoryList::askForMore()
+{
+    isAsking_ = false;
+    const int count = model_->rowCount();
+    if (!isVisible() || count == 0 || !store_.hasMoreHistory.value())
+        return;
+    const int below = count - 1 - lastVisibleRow();
+    if (below == 0 || (verticalOffset() > 0 && below <= std::min(rowsAhead, count / 2)))
+        Q_EMIT moreWanted();
+}
+
+// Input.
+
+void HistoryList::keyPressEvent(QKeyEvent* event)
+{
+    const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+    if (isPlain && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)) {
+        store_.moveCommitSelection(event->key() == Qt::Key_Up ? -1 : 1);
+        event->accept();
+        return;
+    }
+    const QScopedValueRollback byKey(isByKey_, true);
+    QListView::keyPressEvent(event);
+}
+
+void HistoryList::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard;
+    const int row = byKeyboard ? selectedRow() : rowAt(event->pos().y());
+    const HistoryRow* shown = model_->row(row);
+    if (!shown)
+        return;
+    QPoint place = event->globalPos();
+    if (byKeyboard)
+        place = viewport()->mapToGlobal(
+            QPoint(static_cast<int>(columns().subjectLeft), (row + 1) * rowPainter_.rowHeight() - verticalOffset()));
+    QMenu* menu = makeCommitMenu(store_, shown->commit, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(place);
+}
+
+bool HistoryList::viewportEvent(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip)
+        return showToolTip(static_cast<QHelpEvent*>(event));
+    return QListView::viewportEvent(event);
+}
+
+bool HistoryList::showToolTip(QHelpEvent* event)
+{
+    const HistoryRow* row = model_->row(rowAt(event->pos().y()));
+    const QString text = row ? rowPainter_.toolTip(*row, columns(), event->pos().x()) : QString();
+    if (text.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(event->globalPos(), plainToolTip(text), viewport());
+    return true;
+}
+
+void HistoryList::changeEvent(QEvent* event)
+{
+    QListView::changeEvent(event);
+    switch (event->type()) {
+    case QEvent::FontChange:
+    case QEvent::ApplicationFontChange:
+    case QEvent::StyleChange:
+    case QEvent::LocaleChange:
+        rowPainter_.reset();
+        scheduleDelayedItemsLayout();
+        break;
+    default:
+        break;
+    }
+}
+
+// Drawing.
+
+void HistoryList::paintEvent(QPaintEvent* event)
+{
+    executeDelayedItemsLayout();
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), Theme::current().content);
+    const int first = std::max(0, rowAt(event->rect().top() - 1));
+    const int last = std::min(rowAt(event->rect().bottom() + 1), model_->rowCount() - 1);
+    const HistoryColumns places = columns();
+
+    const int selected = selectedRow();
+    if (selected >= first && selected <= last)
+        paintSelection(painter, selected);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (places.graphWidth > 0)
+        paintGraph(painter, first, last, places);
+    paintTexts(painter, first, last, places);
+}
+
+void HistoryList::paintSelection(QPainter& painter, int row) const
+{
+    const Theme& theme = Theme::current();
+    const int height = rowPainter_.rowHeight();
+    const double top = onDevicePixel(painter, row * height - verticalOffset());
+    const double bottom = onDevicePixel(painter, (row + 1) * height - verticalOffset());
+    const QRectF band(0, top, viewport()->width(), bottom - top);
+    painter.fillRect(band, theme.selection);
+    if (hasFocus()) {
+        QColor ring = theme.accent;
+        ring.setAlphaF(0.35F);
+        painter.setPen(ring);
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(band.adjusted(0.5, 0.5, -0.5, -0.5));
+    }
+}
+
+void HistoryList::paintGraph(QPainter& painter, int first, int last, const HistoryColumns& columns) const
+{
+    const int height = rowPainter_.rowHeight();
+    painter.save();
+    painter.setClipRect(QRectF(0, 0, columns.graphWidth, viewport()->height()), Qt::IntersectClip);
+    for (int row = first; row <= last; ++row) {
+        const HistoryRow* shown = model_->row(row);
+        if (!shown)
+            break;
+        const double top = onDevicePixel(painter, row * height - verticalOffset());
+        const double bottom = onDevicePixel(painter, (row + 1) * height - verticalOffset());
+        GraphCell{shown->graph}.paint(painter, {0, top}, bottom - top, Theme::current());
+    }
+    painter.restore();
+}
+
+void HistoryList::paintTexts(QPainter& painter, int first, int last, const HistoryColumns& columns)
+{
+    const gitkit::Date now = currentTime();
+    for (int row = first; row <= last; ++row) {
+        const HistoryRow* shown = model_->row(row);
+        if (!shown)
+            break;
+        rowPainter_.paint(painter, *shown, columns, row * rowPainter_.rowHeight() - verticalOffset(), now);
+    }
+}
+
+} // namespace plovik

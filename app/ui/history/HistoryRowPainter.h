@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/Date.h"
+#include "app/store/HistoryRow.h"
+#include "app/ui/history/HistoryColumns.h"
+#include "app/ui/history/RefBadges.h"
+#include "app/ui/history/RelativeDate.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QCache>
+#include <QHash>
+#include <QLocale>
+#include <QRawFont>
+#include <QStaticText>
+
+#include <array>
+#include <map>
+
+namespace plovik {
+
+/// Draws the texts and badges of history rows. Owned by one list; main thread.
+///
+/// Shaping text costs far more than drawing it, so the layouts of the rows shown lately are kept; a row's layout is
+/// made anew when its labels, its relative date or the columns have changed.
+class HistoryRowPainter {
+public:
+    HistoryRowPainter() { reset(); }
+
+    /// Takes over the application's fonts and locale, and forgets every layout.
+    void reset();
+
+    int rowHeight() const { return rowHeight_; }
+    HistoryColumns columns(double width, double graphWidth) const;
+
+    /// Draws a row whose top left corner is (0, top). `now` is what relative dates are told from.
+    void paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, double top, gitkit::Date now);
+
+    /// What the part of the row under `x` has to say beyond what it shows.
+    QString toolTip(const HistoryRow& row, const HistoryColumns& columns, double x);
+
+private:
+    struct RowLayout {
+        std::vector<gitkit::RefLabel> labels;
+        RefBadges badges;
+        double subjectLeft = 0;
+        QStaticText subject, author, date;
+        RelativeDate when;
+        bool isSubjectCut = false;
+    };
+
+    RowLayout& layoutOf(const HistoryRow& row, const HistoryColumns& columns);
+    std::unique_ptr<RowLayout> makeLayout(const gitkit::Commit& commit) const;
+    QStaticText authorText(const std::string& name);
+    QStaticText dateText(const RelativeDate& when);
+    void takeDigits();
+    void drawHash(QPainter& painter, double left, double top, std::string_view hash) const;
+    void drawCentred(QPainter& painter, double left, double top, const QStaticText& text) const;
+
+    QLocale locale_;
+    QFont font_, hashFont_;
+    QRawFont hashRawFont_;
+    std::array<quint32, 16> digitGlyphs_{};
+    double digitWidth_ = 0;
+    RefBadges::Fonts badgeFonts_;
+    HistoryColumns::Widths widths_;
+    int rowHeight_ = 28;
+
+    HistoryColumns columns_; ///< those that the layouts were made for
+    QCache<std::string, RowLayout> layouts_;
+    QHash<std::string, QStaticText> authors_;             ///< few people write most commits
+    std::map<std::pair<int, qint64>, QStaticText> dates_; ///< and commits of a day share their date
+};
+
+} // namespace plovik

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/history/HistorySearchRow.h"
+
+#include "app/ui/widgets/Theme.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+using Field = gitkit::HistoryFilter::Field;
+
+namespace {
+
+QString titleOf(Field field)
+{
+    switch (field) {
+    case Field::message:
+        return u"Message"_s;
+    case Field::author:
+        return u"Author"_s;
+    case Field::path:
+        return u"Path"_s;
+    }
+    return {};
+}
+
+} // namespace
+
+HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), field_(new QComboBox(this)), search_(new QLineEdit(this)),
+      count_(new QLabel(this))
+{
+    for (const Field field : gitkit::HistoryFilter::allFields)
+        field_->addItem(titleOf(field), static_cast<int>(field));
+    field_->setAccessibleName(u"History Search Field"_s);
+    field_->setToolTip(u"What to search in"_s);
+    search_->setAccessibleName(u"History Search"_s);
+    search_->setPlaceholderText(u"Search history"_s);
+    search_->installEventFilter(this);
+    count_->setTextFormat(Qt::PlainText);
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(12, 6, 12, 6);
+    row->setSpacing(8);
+    row->addWidget(field_);
+    row->addWidget(search_, 1);
+    row->addWidget(count_);
+
+    connect(field_, &QComboBox::activated, this, [this](int index) {
+        store_.historySearchField = static_cast<Field>(field_->itemData(index).toInt());
+        store_.historySearchChanged();
+    });
+    connect(search_, &QLineEdit::textEdited, this, [this](const QString& text) {
+        store_.historySearch = text;
+        store_.historySearchChanged();
+    });
+    notifiers_.push_back(store_.historySearch.addNotifier([this] { showSearch(); }));
+    notifiers_.push_back(store_.historySearchField.addNotifier([this] { showSearch(); }));
+    notifiers_.push_back(store_.history.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.hasMoreHistory.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.hasLoaded.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.historyProblem.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.readProblem.addNotifier([this] { showCount(); }));
+    showSearch();
+    showCount();
+    applyTheme();
+}
+
+void HistorySearchRow::focusSearch()
+{
+    search_->setFocus(Qt::ShortcutFocusReason);
+    search_->selectAll();
+}
+
+void HistorySearchRow::clearSearch()
+{
+    store_.historySearch = QString();
+    store_.historySearchChanged();
+}
+
+void HistorySearchRow::setGrowing(bool isGrowing)
+{
+    isGrowing_ = isGrowing;
+    showCount();
+}
+
+void HistorySearchRow::showSearch()
+{
+    if (search_->text() != store_.historySearch.value())
+        search_->setText(store_.historySearch.value());
+    field_->setCurrentIndex(field_->findData(static_cast<int>(store_.historySearchField.value())));
+}
+
+void HistorySearchRow::showCount()
+{
+    const std::size_t shown = store_.history.value().size();
+    // A history that could not be read has no number of commits.
+    const bool isRead = store_.hasLoaded.value() && store_.historyProblem.value().isEmpty();
+    const bool isKnown = shown > 0 || (isRead && store_.readProblem.value().isEmpty());
+    const QString more = store_.hasMoreHistory.value() || isGrowing_ ? u"+"_s : QString();
+    const QString text = shown == 1 && more.isEmpty() ? u"1 commit"_s : u"%1%2 commits"_s.arg(shown).arg(more);
+    count_->setText(isKnown ? text : QString());
+}
+
+bool HistorySearchRow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != search_ || event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Escape:
+        if (!search_->text().isEmpty())
+            clearSearch();
+        else
+            Q_EMIT finished();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Down:
+        Q_EMIT finished();
+        return true;
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+void HistorySearchRow::paintEvent(QPaintEvent*)
+{
+    const Theme& theme = Theme::current();
+    QPainter painter(this);
+    painter.fillRect(rect(), theme.bars);
+    painter.fillRect(0, height() - 1, width(), 1, theme.separator);
+}
+
+void HistorySearchRow::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void HistorySearchRow::applyTheme()
+{
+    QPalette quiet;
+    quiet.setColor(QPalette::WindowText, Theme::current().secondaryText);
+    count_->setPalette(quiet);
+}
+
+} // namespace plovik

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/history/HistoryView.h"
+
+#include "app/settings/Settings.h"
+#include "app/ui/commit/CommitDetailView.h"
+#include "app/ui/history/HistoryList.h"
+#include "app/ui/history/HistorySearchRow.h"
+#include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/SplitPane.h"
+
+#include <QPushButton>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double leastDetailHeight = 120;
+constexpr double leastListHeight = 140;
+
+} // namespace
+
+HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), searchRow_(new HistorySearchRow(store, this)), list_(new HistoryList(store)),
+      detail_(new CommitDetailView(store, gitkit::GitRepository::CommitKind::ordinary)), blank_(new QWidget),
+      empty_(new EmptyState), wayOutButton_(empty_->action(QString())), pages_(new QStackedWidget(this))
+{
+    content_ = new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
+                             leastListHeight, list_, detail_);
+    blank_->setAutoFillBackground(true);
+    blank_->setBackgroundRole(QPalette::Base);
+    for (QWidget* page : {content_, blank_, static_cast<QWidget*>(empty_)})
+        pages_->addWidget(page);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(searchRow_);
+    column->addWidget(pages_, 1);
+
+    connect(searchRow_, &HistorySearchRow::finished, this, &HistoryView::focusList);
+    connect(list_, &HistoryList::moreWanted, this, &HistoryView::growPage);
+    connect(wayOutButton_, &QPushButton::clicked, this, &HistoryView::takeWayOut);
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, this, &HistoryView::focusSearch);
+    setFocusProxy(list_);
+    observe();
+    showPage();
+}
+
+void HistoryView::observe()
+{
+    const auto shows = [this] { showPage(); };
+    notifiers_.push_back(store_.history.addNotifier(shows));
+    notifiers_.push_back(store_.hasLoaded.addNotifier(shows));
+    notifiers_.push_back(store_.status.addNotifier(shows));
+    notifiers_.push_back(store_.historyProblem.addNotifier(shows));
+    notifiers_.push_back(store_.readProblem.addNotifier(shows));
+    notifiers_.push_back(store_.isHistoryFiltered.addNotifier(shows));
+
+    const auto grown = [this] { searchRow_->setGrowing(false); };
+    notifiers_.push_back(store_.history.addNotifier(grown));
+    notifiers_.push_back(store_.generation.addNotifier(grown));
+}
+
+void HistoryView::focusSearch() { searchRow_->focusSearch(); }
+
+void HistoryView::focusList()
+{
+    if (pages_->currentWidget() == content_)
+        list_->setFocus(Qt::OtherFocusReason);
+    else
+        searchRow_->focusSearch();
+}
+
+void HistoryView::growPage()
+{
+    searchRow_->setGrowing(true);
+    store_.loadMoreHistory();
+}
+
+HistoryView::Nothing HistoryView::nothing() const
+{
+    if (!store_.historyProblem.value().isEmpty())
+        return {u"The history could not be read"_s, store_.historyProblem.value(),
+                store_.isHistoryFiltered.value() ? WayOut::clearSearch : WayOut::none};
+    const gitkit::RepoStatus& status = store_.status.value();
+    if (!status.hasCommits() && !store_.readProblem.value().isEmpty())
+        return {u"The repository could not be read"_s, store_.readProblem.value()};
+    if (!status.hasCommits())
+        return {u"No Commits Yet"_s, u"What you commit in this repository will stand here."_s, WayOut::workingCopy};
+    if (store_.isHistoryFiltered.value())
+        return {u"No Matching Commits"_s, u"No commit of this history matches the search."_s, WayOut::clearSearch};
+    return {u"No Commits"_s, u"What is selected at the left has no history."_s};
+}
+
+void HistoryView::takeWayOut()
+{
+    if (wayOut_ == WayOut::clearSearch) {
+        searchRow_->clearSearch();
+        return;
+    }
+    store_.selection = SidebarItem::workingCopy();
+    store_.selectionChanged();
+}
+
+void HistoryView::showPage()
+{
+    if (!store_.history.value().empty()) {
+        pages_->setCurrentWidget(content_);
+        return;
+    }
+    if (!store_.hasLoaded.value()) {
+        pages_->setCurrentWidget(blank_);
+        return;
+    }
+    const Nothing told = nothing();
+    empty_->setText(told.title, told.description);
+    wayOut_ = told.wayOut;
+    wayOutButton_->setText(wayOut_ == WayOut::workingCopy ? u"Show Working Copy"_s : u"Clear Search"_s);
+    wayOutButton_->setVisible(wayOut_ != WayOut::none);
+    pages_->setCurrentWidget(empty_);
+}
+
+} // namespace plovik

@@ -1,0 +1,385 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/inspector/BlameList.h"
+
+#include "app/settings/Settings.h"
+#include "app/store/ShownText.h"
+#include "app/ui/diff/ShownLine.h"
+#include "app/ui/history/RowText.h"
+#include "app/ui/widgets/RowList.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QToolTip>
+
+#include <algorithm>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+/// Rows are drawn from the view's left edge, wherever the code is scrolled to.
+class BlameList::Delegate : public QStyledItemDelegate {
+public:
+    explicit Delegate(BlameList* list) : QStyledItemDelegate(list), list_(list) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        BlameRowPainter::Look look;
+        look.offset = list_->horizontalOffset();
+        // A row that is scrolled away by more than half tells nothing any more.
+        look.topRow = (list_->verticalOffset() + list_->rows_.rowHeight() / 2) / list_->rows_.rowHeight();
+        look.isSelected = option.state & QStyle::State_Selected;
+        look.isCurrent = list_->hasFocus() && index == list_->currentIndex();
+        look.offersBefore = index.row() == list_->hovered_ && list_->reasonAgainstBefore(index.row()).isEmpty();
+        const QRect area(0, option.rect.top(), list_->viewport()->width(), option.rect.height());
+        ++list_->linesDrawn_;
+        list_->rows_.paint(*painter, index.row(), area, look);
+    }
+
+    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
+    {
+        return {list_->rows_.contentWidth(), list_->rows_.rowHeight()};
+    }
+
+private:
+    BlameList* list_;
+};
+
+BlameList::BlameList(QWidget* parent) : QListView(parent), model_(new BlameModel(this))
+{
+    setAccessibleName(u"Blame"_s);
+    setFrameShape(QFrame::NoFrame);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setSelectionRectVisible(false);
+    setItemDelegate(new Delegate(this));
+    setModel(model_);
+    viewport()->setMouseTracking(true);
+    auto* const corner = new QWidget;
+    corner->setBackgroundRole(QPalette::Base);
+    corner->setAutoFillBackground(true);
+    setCornerWidget(corner);
+    measure();
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
+            measure();
+    });
+}
+
+void BlameList::takeDocument(std::shared_ptr<const BlameDocument> document)
+{
+    hovered_ = pressed_ = -1;
+    rows_.setDocument(document);
+    model_->setDocument(std::move(document));
+    measure();
+}
+
+void BlameList::setDocument(std::shared_ptr<const BlameDocument> document, Place place)
+{
+    Hold hold{place.row, place.y, place.row, place.row, place.row};
+    if (place.row < 0)
+        hold = {0, 0, 0, -1, -1};
+    replaceDocument(std::move(document), hold);
+    if (place.row < 0)
+        horizontalScrollBar()->setValue(0);
+}
+
+BlameList::Hold BlameList::hold() const
+{
+    const std::vector<int> selected = selectedRows();
+    const int top = topRow();
+    return {top, placeOf(top).y, currentRow(), selected.empty() ? -1 : selected.front(),
+            selected.empty() ? -1 : selected.back()};
+}
+
+void BlameList::replaceDocument(std::shared_ptr<const BlameDocument> document, const Hold& hold)
+{
+    const int x = horizontalScrollBar()->value();
+    takeDocument(std::move(document));
+    // Making a row current must not scroll: where the rows stand is given.
+    setAutoScroll(false);
+    selectionModel()->setCurrentIndex(model_->index(hold.current), QItemSelectionModel::NoUpdate);
+    if (hold.firstSelected >= 0 && hold.lastSelected >= hold.firstSelected)
+        selectionModel()->select({model_->index(hold.firstSelected), model_->index(hold.lastSelected)},
+                                 QItemSelectionModel::ClearAndSelect);
+    setAutoScroll(true);
+    scrollRowTo({hold.top, hold.y});
+    horizontalScrollBar()->setValue(x);
+}
+
+void BlameList::setSyntax(std::shared_ptr<const FileSyntax> syntax)
+{
+    rows_.setSyntax(std::move(syntax));
+    viewport()->update();
+}
+
+void BlameList::scrollRowTo(Place place)
+{
+    doItemsLayout();
+    verticalScrollBar()->setValue(place.row * rows_.rowHeight() - place.y);
+}
+
+BlameList::Place BlameList::placeOf(int row) const { return {row, row * rows_.rowHeight() - verticalOffset()}; }
+
+int BlameList::topRow() const { return std::min(verticalOffset() / rows_.rowHeight(), model_->rowCount() - 1); }
+
+std::vector<int> BlameList::selectedRows() const
+{
+    std::vector<int> rows;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.push_back(row);
+    }
+    std::ranges::sort(rows);
+    return rows;
+}
+
+void BlameList::measure()
+{
+    const int top = topRow();
+    const int before = rows_.rowHeight();
+    rows_.measure(width());
+    horizontalScrollBar()->setSingleStep(20);
+    scheduleDelayedItemsLayout();
+    if (before != rows_.rowHeight() && top > 0)
+        scrollRowTo({top, 0});
+    viewport()->update();
+}
+
+void BlameList::copy()
+{
+    const std::vector<int> rows = selectedRows();
+    if (rows.empty())
+        return;
+    QString text;
+    for (const int row : rows)
+        text += textOf(document()->text(row)) + u'\n';
+    if (rows.size() == 1)
+        text.chop(1);
+    QGuiApplication::clipboard()->setText(text);
+}
+
+QString BlameList::reasonAgainstBefore(int row) const
+{
+    if (row < 0 || !document() || document()->previous(row))
+        return {};
+    return document()->commit(row).isUncommitted
+               ? u"The file is not committed yet: there is nothing before these lines."_s
+               : u"This commit made the file: there is nothing before it."_s;
+}
+
+void BlameList::askForBefore(int row)
+{
+    if (row >= 0 && reasonAgainstBefore(row).isEmpty())
+        Q_EMIT beforeRequested(row);
+}
+
+QMenu* BlameList::makeMenu()
+{
+    auto* const menu = new QMenu(this);
+    menu->setToolTipsVisible(true);
+    const int row = currentRow();
+    const bool isCommitted = !document()->commit(row).isUncommitted;
+    const auto add = [&](const QString& title, auto action) { return menu->addAction(title, this, std::move(action)); };
+    QAction* const show = add(u"Show Commit"_s, [this, row] { Q_EMIT commitRequested(row); });
+    show->setShortcut(Qt::Key_Return);
+    show->setEnabled(isCommitted);
+    QAction* const before = add(u"Blame Before This Commit"_s, [this, row] { askForBefore(row); });
+    before->setShortcut(Qt::Key_B);
+    if (const QString reason = reasonAgainstBefore(row); !reason.isEmpty()) {
+        before->setToolTip(reason);
+        before->setEnabled(false);
+    }
+    add(u"Show File History"_s, [this] { Q_EMIT fileHistoryRequested(); });
+    menu->addSeparator();
+    add(u"Copy Hash"_s, [hash = shownText(document()->commit(row).hash)] {
+        QGuiApplication::clipboard()->setText(hash);
+    })->setEnabled(isCommitted);
+    const bool isOne = selectedRows().size() < 2;
+    QAction* const lines = add(isOne ? u"Copy Line"_s : u"Copy Lines"_s, [this] { copy(); });
+    lines->setShortcut(QKeySequence::Copy);
+    for (QAction* action : menu->actions())
+        action->setShortcutVisibleInContextMenu(true);
+    return menu;
+}
+
+void BlameList::paintEvent(QPaintEvent* event)
+{
+    QListView::paintEvent(event);
+    // Below the last line the columns go on, as far as there is room.
+    const int end = placeOf(model_->rowCount()).y;
+    if (model_->rowCount() == 0 || end >= viewport()->height())
+        return;
+    QPainter painter(viewport());
+    painter.fillRect(QRect(0, end, rows_.annotationWidth(), viewport()->height() - end), blameTint(0));
+    painter.fillRect(
+        QRect(rows_.annotationWidth(), end, rows_.codeLeft() - rows_.annotationWidth(), viewport()->height() - end),
+        blameTint(0));
+}
+
+void BlameList::scrollTo(const QModelIndex& index, ScrollHint hint)
+{
+    // Every row is as wide as the widest line: going to one is no reason to go sideways.
+    const int x = horizontalScrollBar()->value();
+    QListView::scrollTo(index, hint);
+    horizontalScrollBar()->setValue(x);
+}
+
+void BlameList::scrollContentsBy(int dx, int dy)
+{
+    QListView::scrollContentsBy(dx, dy);
+    // The left columns do not move with the code, and what is told at the top is told elsewhere then.
+    viewport()->update();
+}
+
+void BlameList::resizeEvent(QResizeEvent* event)
+{
+    QListView::resizeEvent(event);
+    measure();
+}
+
+void BlameList::changeEvent(QEvent* event)
+{
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        measure();
+}
+
+bool BlameList::viewportEvent(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        const auto* const help = static_cast<QHelpEvent*>(event);
+        showAbout(help->globalPos(), help->pos());
+        return true;
+    }
+    if (event->type() == QEvent::Leave)
+        pointAt({-1, -1});
+    return QListView::viewportEvent(event);
+}
+
+void BlameList::showAbout(QPoint global, QPoint point)
+{
+    const QModelIndex index = indexAt(point);
+    if (!index.isValid() || point.x() >= rows_.annotationWidth()) {
+        QToolTip::hideText();
+        return;
+    }
+    const int row = index.row();
+    const QRect area(0, placeOf(row).y, rows_.annotationWidth(), rows_.rowHeight());
+    const QString text = isOnBeforeButton(point) ? u"Blame Before This Commit (B)"_s : model_->about(row);
+    QToolTip::showText(global, plainToolTip(text), viewport(), area);
+}
+
+bool BlameList::isOnBeforeButton(QPoint point) const
+{
+    if (hovered_ < 0 || !reasonAgainstBefore(hovered_).isEmpty())
+        return false;
+    const QRect area(0, placeOf(hovered_).y, viewport()->width(), rows_.rowHeight());
+    return rows_.beforeButton(area).contains(point);
+}
+
+void BlameList::pointAt(QPoint point)
+{
+    const bool isInside = point.x() >= 0 && point.x() < rows_.annotationWidth();
+    const int row = isInside ? indexAt(point).row() : -1;
+    viewport()->setCursor(row >= 0 ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    if (row == hovered_)
+        return;
+    hovered_ = row;
+    viewport()->update(QRect(0, 0, rows_.annotationWidth(), viewport()->height()));
+}
+
+void BlameList::mouseMoveEvent(QMouseEvent* event)
+{
+    pointAt(event->position().toPoint());
+    // A drag that began at a commit selects no lines.
+    if (pressed_ < 0)
+        QListView::mouseMoveEvent(event);
+}
+
+void BlameList::mousePressEvent(QMouseEvent* event)
+{
+    const QPoint point = event->position().toPoint();
+    pointAt(point);
+    pressed_ = event->button() == Qt::LeftButton ? hovered_ : -1;
+    pressedButton_ = pressed_ >= 0 && isOnBeforeButton(point);
+    if (!pressedButton_)
+        QListView::mousePressEvent(event);
+}
+
+void BlameList::mouseReleaseEvent(QMouseEvent* event)
+{
+    const QPoint point = event->position().toPoint();
+    const int pressed = std::exchange(pressed_, -1);
+    const bool wasButton = std::exchange(pressedButton_, false);
+    if (!wasButton)
+        QListView::mouseReleaseEvent(event);
+    pointAt(point);
+    if (pressed < 0 || pressed != hovered_ || event->button() != Qt::LeftButton)
+        return;
+    if (!wasButton)
+        Q_EMIT commitRequested(pressed);
+    else if (isOnBeforeButton(point))
+        askForBefore(pressed);
+}
+
+void BlameList::keyPressEvent(QKeyEvent* event)
+{
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    const int row = currentRow();
+    if (event->matches(QKeySequence::Copy)) {
+        copy();
+        return;
+    }
+    switch (isPlain ? event->key() : 0) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (row >= 0 && !event->isAutoRepeat())
+            Q_EMIT commitRequested(row);
+        return;
+    case Qt::Key_B:
+        if (!event->isAutoRepeat())
+            askForBefore(row);
+        return;
+    case Qt::Key_Backspace:
+        if (!event->isAutoRepeat())
+            Q_EMIT backRequested();
+        return;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        horizontalScrollBar()->triggerAction(event->key() == Qt::Key_Left ? QScrollBar::SliderSingleStepSub
+                                                                          : QScrollBar::SliderSingleStepAdd);
+        return;
+    case Qt::Key_Escape:
+        event->ignore();
+        return;
+    default:
+        QListView::keyPressEvent(event);
+    }
+}
+
+void BlameList::contextMenuEvent(QContextMenuEvent* event)
+{
+    const std::optional<QPoint> position = menuPosition(*this, *event);
+    if (!position)
+        return;
+    if (currentRow() < 0)
+        return;
+    QMenu* const menu = makeMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(*position);
+}
+
+// Letters are keys here, and code is not looked up by how it begins.
+void BlameList::keyboardSearch(const QString&) {}
+
+} // namespace plovik

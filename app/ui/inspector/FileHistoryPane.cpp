@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/inspector/FileHistoryPane.h"
+
+#include "app/settings/Settings.h"
+#include "app/store/ShownText.h"
+#include "app/ui/diff/DiffPane.h"
+#include "app/ui/diff/DiffView.h"
+#include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/SplitPane.h"
+
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <utility>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+using gitkit::FileRevision;
+using gitkit::GitRepository;
+
+namespace {
+
+constexpr Setting<double> diffHeight{"inspectorDiffHeight", 340};
+constexpr double leastListHeight = 100;
+constexpr double leastDiffHeight = 100;
+constexpr int page = 500;
+/// A reading that is over by then shows no sign of having been waited for.
+constexpr std::chrono::milliseconds quietStart{150};
+
+} // namespace
+
+FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
+    : QStackedWidget(parent), store_(store), list_(new FileHistoryList), diff_(new DiffPane(store)),
+      sentence_(new EmptyState(this)), loading_(new EmptyState(this))
+{
+    diff_->view()->setActionsAvailable(false);
+    content_ = new SplitPane(diffHeight, Qt::Vertical, SplitPane::Sized::second, leastDiffHeight, leastListHeight,
+                             list_, diff_, this);
+    loading_->setText({}, u"Reading the file’s history…"_s);
+    for (QWidget* each : std::initializer_list<QWidget*>{content_, sentence_, loading_})
+        addWidget(each);
+    setFocusPolicy(Qt::StrongFocus);
+    loadingSoon_.setSingleShot(true);
+    connect(&loadingSoon_, &QTimer::timeout, this, [this] { showPage(loading_); });
+    connect(list_, &FileHistoryList::currentRevisionChanged, this, &FileHistoryPane::showDiffOfCurrent);
+    connect(list_, &FileHistoryList::commitRequested, this,
+            [this](const std::string& hash) { store_.showCommit(hash); });
+    connect(list_, &FileHistoryList::blameRequested, this, &FileHistoryPane::blameRequested);
+    connect(list_, &FileHistoryList::backRequested, this, &FileHistoryPane::backRequested);
+    connect(list_, &FileHistoryList::endReached, this, &FileHistoryPane::readMore);
+    connect(diff_, &DiffPane::whiteSpaceChanged, this, &FileHistoryPane::showDiffOfCurrent);
+    notifiers_.push_back(store_.generation.addNotifier([this] {
+        if (isVisible() && file_)
+            open(*file_);
+    }));
+}
+
+/// In the working tree a renamed file goes by a name that no commit knows yet.
+FileHistoryPane::Source FileHistoryPane::sourceOf(const InspectedFile& file) const
+{
+    if (file.revision)
+        return {file.path, *file.revision};
+    const gitkit::RepoStatus& status = store_.status.value();
+    const auto change = std::ranges::find(status.files, file.path, &gitkit::FileChange::path);
+    const bool isRenamed = change != status.files.end() && change->originalPath;
+    return {isRenamed ? *change->originalPath : file.path, status.oid.value_or(std::string())};
+}
+
+void FileHistoryPane::open(const InspectedFile& file)
+{
+    file_ = file;
+    const Source source = sourceOf(file);
+    if (wanted_ == source)
+        return;
+    wanted_ = source;
+    if (source.revision.empty()) {
+        ++token_;
+        loadingSoon_.stop();
+        showSentence(u"No Commits Yet"_s, u"Nothing has been committed in this repository."_s);
+        return;
+    }
+    // HEAD moving on is no reason to lose the rows that were asked for.
+    read(shown_ && shown_->path == source.path ? std::max(limit_, page) : page);
+}
+
+void FileHistoryPane::read(int limit)
+{
+    limit_ = limit;
+    hasMore_ = false; // the end of the list asks once
+    if (!shown_ || shown_->path != wanted_->path)
+        loadingSoon_.start(quietStart);
+    ++token_;
+    launch(reading(this, *wanted_, limit));
+}
+
+void FileHistoryPane::readMore()
+{
+    if (hasMore_)
+        read(limit_ + page);
+}
+
+QCoro::Task<> FileHistoryPane::reading(QPointer<FileHistoryPane> pane, Source source, int limit)
+{
+    const qint64 token = pane->token_;
+    std::vector<FileRevision> revisions;
+    QString problem;
+    const std::optional<std::string> revision = source.revision;
+    try {
+        revisions = co_await pane->store_.run(&GitRepository::fileLog, source.path, revision, limit);
+    } catch (const std::exception& failure) {
+        problem = QString::fromUtf8(failure.what());
+    }
+    // The pane closed meanwhile, or another history is wanted.
+    if (!pane || pane->token_ != token)
+        co_return;
+    pane->loadingSoon_.stop();
+    if (problem.isEmpty())
+        pane->take(std::move(revisions), source, limit);
+    else
+        pane->showSentence(u"The History Could Not Be Read"_s, problem);
+}
+
+void FileHistoryPane::take(std::vector<FileRevision> revisions, const Source& source, int limit)
+{
+    if (revisions.empty()) {
+        showSentence(u"Not Committed Yet"_s, u"No commit has touched “%1” so far."_s.arg(shownText(source.path)));
+        return;
+    }
+    shown_ = source;
+    hasMore_ = static_cast<int>(revisions.size()) >= limit;
+    list_->setRevisions(std::move(revisions), file_->path);
+    showPage(content_);
+}
+
+void FileHistoryPane::showDiffOfCurrent()
+{
+    const FileRevision* const revision = list_->current();
+    wantedDiff_ = revision ? std::optional(*revision) : std::nullopt;
+    expectedDiff_ = wantedDiff_;
+    if (wantedDiff_ && !isReadingDiff_) {
+        isReadingDiff_ = true;
+        launch(readingDiffs(this));
+    }
+}
+
+QCoro::Task<> FileHistoryPane::readingDiffs(QPointer<FileHistoryPane> pane)
+{
+    while (pane->wantedDiff_) {
+        const FileRevision wanted = *std::exchange(pane->wantedDiff_, std::nullopt);
+        std::optional<gitkit::ParsedDiff> diff;
+        QString problem;
+        try {
+            diff = co_await pane->store_.run(&GitRepository::commitDiff, wanted.commit.hash, wanted.file,
+                                             pane->diff_->whiteSpace());
+        } catch (const std::exception& failure) {
+            problem = QString::fromUtf8(failure.what());
+        }
+        if (!pane)
+            co_return; // the pane closed meanwhile
+        if (pane->expectedDiff_ != wanted)
+            continue;
+        if (diff)
+            pane->takeDiff(wanted, std::move(*diff));
+        else
+            pane->diff_->showSentence(u"The Diff Could Not Be Read"_s, problem);
+    }
+    pane->isReadingDiff_ = false;
+}
+
+void FileHistoryPane::takeDiff(const FileRevision& revision, gitkit::ParsedDiff diff)
+{
+    DiffContent content;
+    content.name = u"File History Diff"_s;
+    content.title = shownText(revision.file.path);
+    content.path = revision.file.path;
+    content.diff = std::move(diff);
+    std::vector<DiffContent> contents;
+    contents.push_back(std::move(content));
+    diff_->showDiffs(std::move(contents), DiffPlace::start);
+}
+
+void FileHistoryPane::showSentence(const QString& title, const QString& description)
+{
+    shown_.reset();
+    sentence_->setText(title, description);
+    showPage(sentence_);
+}
+
+void FileHistoryPane::showPage(QWidget* next)
+{
+    if (next == currentWidget())
+        return;
+    // A list that goes would hand the focus to somewhere else.
+    const bool hadFocus = hasFocus() || list_->hasFocus();
+    if (hadFocus && next != content_)
+        setFocus(Qt::OtherFocusReason);
+    setCurrentWidget(next);
+    if (hadFocus && next == content_)
+        list_->setFocus(Qt::OtherFocusReason);
+}
+
+void FileHistoryPane::focusInEvent(QFocusEvent* event)
+{
+    QStackedWidget::focusInEvent(event);
+    if (currentWidget() == content_)
+        list_->setFocus(event->reason());
+}
+
+void FileHistoryPane::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Backspace && !event->isAutoRepeat())
+        Q_EMIT backRequested();
+    else
+        QStackedWidget::keyPressEvent(event);
+}
+
+} // namespace plovik

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+#include "app/ui/inspector/FileHistoryList.h"
+
+#include <QPointer>
+#include <QProperty>
+#include <QStackedWidget>
+#include <QTimer>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace plovik {
+
+class DiffPane;
+class EmptyState;
+
+/// The history of one file, and below it the file's diff in the selected commit, at its path then. Reads in the
+/// background: of several requests the last one counts. The history of a file of the working tree follows HEAD. Main
+/// thread.
+class FileHistoryPane : public QStackedWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the pane.
+    explicit FileHistoryPane(RepositoryStore& store, QWidget* parent = nullptr);
+
+    /// Does nothing when the file's history stands there already.
+    void open(const InspectedFile& file);
+
+    FileHistoryList* list() const { return list_; }
+
+Q_SIGNALS:
+    void blameRequested(const gitkit::FileRevision& revision);
+    void backRequested();
+
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    /// What git is asked for.
+    struct Source {
+        std::string path;
+        std::string revision;
+        bool operator==(const Source&) const = default;
+    };
+
+    static QCoro::Task<> reading(QPointer<FileHistoryPane> pane, Source source, int limit);
+    static QCoro::Task<> readingDiffs(QPointer<FileHistoryPane> pane);
+
+    Source sourceOf(const InspectedFile& file) const;
+    void read(int limit);
+    void readMore();
+    void take(std::vector<gitkit::FileRevision> revisions, const Source& source, int limit);
+    void showDiffOfCurrent();
+    void takeDiff(const gitkit::FileRevision& revision, gitkit::ParsedDiff diff);
+    void showSentence(const QString& title, const QString& description);
+    void showPage(QWidget* page);
+
+    RepositoryStore& store_;
+    FileHistoryList* list_;
+    DiffPane* diff_;
+    QWidget* content_;
+    EmptyState* sentence_;
+    EmptyState* loading_;
+    QTimer loadingSoon_;
+    std::optional<InspectedFile> file_;
+    std::optional<Source> wanted_; ///< the history that is to be on display
+    std::optional<Source> shown_;
+    int limit_ = 0; ///< how many commits were asked for
+    bool hasMore_ = false;
+    qint64 token_ = 0;                                 ///< of the request that counts
+    std::optional<gitkit::FileRevision> wantedDiff_;   ///< to read next
+    std::optional<gitkit::FileRevision> expectedDiff_; ///< the one that is to be on display
+    bool isReadingDiff_ = false;
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/inspector/InspectorView.h"
+
+#include "app/store/ShownText.h"
+#include "app/ui/history/RowText.h"
+#include "app/ui/inspector/InspectorTabs.h"
+#include "app/ui/widgets/IconButton.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int sideMargin = 14;
+
+int indexOf(InspectedFile::Tab tab) { return tab == InspectedFile::Tab::blame ? 0 : 1; }
+InspectedFile::Tab tabAt(int index) { return index == 0 ? InspectedFile::Tab::blame : InspectedFile::Tab::history; }
+
+} // namespace
+
+InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), name_(new QLabel), revision_(new QLabel), tabs_(new InspectorTabs),
+      back_(new IconButton(Icon::back, u"Blame Back"_s, nullptr)),
+      close_(new IconButton(Icon::close, u"Close Inspector"_s, nullptr)), blame_(new BlamePane(store)),
+      history_(new FileHistoryPane(store)), pages_(new QStackedWidget)
+{
+    setAccessibleName(u"Inspector"_s);
+    pages_->addWidget(blame_);
+    pages_->addWidget(history_);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(makeHeader());
+    column->addWidget(pages_, 1);
+
+    connect(tabs_, &QTabBar::currentChanged, this, [this](int index) { showTab(tabAt(index)); });
+    connect(close_, &QAbstractButton::clicked, this, &InspectorView::close);
+    connect(back_, &QAbstractButton::clicked, this, &InspectorView::goBack);
+    connect(blame_, &BlamePane::beforeRequested, this, &InspectorView::blameBefore);
+    connect(blame_, &BlamePane::backRequested, this, &InspectorView::goBack);
+    connect(blame_, &BlamePane::fileHistoryRequested, this, [this] { showTab(InspectedFile::Tab::history); });
+    connect(history_, &FileHistoryPane::backRequested, this, &InspectorView::goBack);
+    connect(history_, &FileHistoryPane::blameRequested, this, [this](const gitkit::FileRevision& revision) {
+        goOn({revision.file.path, revision.commit.hash, InspectedFile::Tab::blame});
+    });
+    for (const auto& keys : {QKeySequence(Qt::CTRL | Qt::Key_Tab), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab)}) {
+        auto* const other = new QShortcut(keys, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
+        connect(other, &QShortcut::activated, this, [this] { showTab(tabAt(1 - tabs_->currentIndex())); });
+    }
+    notifiers_.push_back(store_.inspected.addNotifier([this] { follow(); }));
+    applyTheme();
+    follow();
+}
+
+QWidget* InspectorView::makeHeader()
+{
+    tabs_->addTab(u"Blame"_s);
+    tabs_->addTab(u"History"_s);
+    tabs_->setAccessibleName(u"Inspector Tabs"_s);
+    back_->setToolTip(u"Back to the blame before (Backspace)"_s);
+    close_->setToolTip(u"Close (Esc)"_s);
+    for (QLabel* label : {name_, revision_})
+        label->setTextFormat(Qt::PlainText);
+    name_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+
+    auto* const header = new QWidget;
+    auto* const title = new QHBoxLayout;
+    title->setContentsMargins(sideMargin, 0, 8, 0);
+    title->setSpacing(8);
+    title->addWidget(name_, 1);
+    title->addWidget(revision_);
+    title->addWidget(close_);
+    auto* const bar = new QHBoxLayout;
+    bar->setContentsMargins(sideMargin - 10, 0, 8, 0);
+    bar->addWidget(tabs_);
+    bar->addStretch(1);
+    bar->addWidget(back_);
+    auto* const rows = new QVBoxLayout(header);
+    rows->setContentsMargins(0, 8, 0, 1);
+    rows->setSpacing(2);
+    rows->addLayout(title);
+    rows->addLayout(bar);
+    return header;
+}
+
+void InspectorView::focusContent()
+{
+    if (pages_->currentWidget() == blame_)
+        blame_->setFocus(Qt::OtherFocusReason);
+    else
+        history_->setFocus(Qt::OtherFocusReason);
+}
+
+void InspectorView::follow()
+{
+    const std::optional<InspectedFile>& file = store_.inspected.value();
+    if (!file) {
+        steps_.clear();
+        return;
+    }
+    if (!isStepping_) {
+        steps_.clear();
+        showFile(*file);
+    }
+}
+
+void InspectorView::showFile(const InspectedFile& file)
+{
+    const QSignalBlocker quiet(tabs_);
+    tabs_->setCurrentIndex(indexOf(file.tab));
+    showName();
+    back_->setVisible(!steps_.empty());
+    const bool hadFocus = pages_->isAncestorOf(focusWidget());
+    if (file.tab == InspectedFile::Tab::blame) {
+        pages_->setCurrentWidget(blame_);
+        blame_->open(file);
+    } else {
+        pages_->setCurrentWidget(history_);
+        history_->open(file);
+    }
+    if (hadFocus)
+        focusContent();
+}
+
+void InspectorView::showTab(InspectedFile::Tab tab)
+{
+    if (!store_.inspected.value())
+        return;
+    InspectedFile file = *store_.inspected.value();
+    file.tab = tab;
+    const QScopedValueRollback stepping(isStepping_, true);
+    store_.inspected = file;
+    showFile(file);
+}
+
+void InspectorView::goOn(const InspectedFile& file)
+{
+    steps_.push_back({*store_.inspected.value(), blame_->memory()});
+    const QScopedValueRollback stepping(isStepping_, true);
+    store_.inspected = file;
+    showFile(file);
+}
+
+void InspectorView::blameBefore(int row)
+{
+    const gitkit::BlameOrigin::Place* const previous = blame_->list()->document()->previous(row);
+    if (!previous || !store_.inspected.value())
+        return;
+    const InspectedFile file{previous->path, previous->hash, InspectedFile::Tab::blame};
+    steps_.push_back({*store_.inspected.value(), blame_->memory()});
+    const QScopedValueRollback stepping(isStepping_, true);
+    store_.inspected = file;
+    blame_->openBefore(file, row);
+    showFile(file);
+}
+
+void InspectorView::goBack()
+{
+    if (steps_.empty())
+        return;
+    const Step step = std::move(steps_.back());
+    steps_.pop_back();
+    const QScopedValueRollback stepping(isStepping_, true);
+    store_.inspected = step.file;
+    if (step.file.tab == InspectedFile::Tab::blame)
+        blame_->reopen(step.file, step.blame);
+    showFile(step.file);
+}
+
+void InspectorView::close() { store_.inspected = std::optional<InspectedFile>(); }
+
+void InspectorView::showName()
+{
+    const std::optional<InspectedFile>& file = store_.inspected.value();
+    if (!file)
+        return;
+    const std::size_t slash = file->path.rfind('/');
+    fullName_ = shownText(file->path);
+    name_->setText(name_->fontMetrics().elidedText(
+        shownText(std::string_view(file->path).substr(slash == std::string::npos ? 0 : slash + 1)), Qt::ElideMiddle,
+        std::max(name_->width(), 60)));
+    name_->setToolTip(plainToolTip(fullName_));
+    name_->setAccessibleName(fullName_);
+    revision_->setText(file->revision ? u"at "_s + shownText(gitkit::shortHash(*file->revision)) : u"Working Copy"_s);
+}
+
+void InspectorView::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void InspectorView::paintEvent(QPaintEvent* event)
+{
+    Q_UNUSED(event)
+    const Theme& theme = Theme::current();
+    QPainter painter(this);
+    painter.fillRect(rect(), theme.content);
+    painter.fillRect(QRect(0, pages_->y() - 1, width(), 1), theme.separator);
+}
+
+void InspectorView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
+        applyTheme();
+}
+
+void InspectorView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    layout()->activate();
+    showName();
+}
+
+void InspectorView::applyTheme()
+{
+    name_->setFont(Theme::font(0, QFont::DemiBold));
+    QPalette quiet;
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, Theme::current().secondaryText);
+    revision_->setPalette(quiet);
+}
+
+} // namespace plovik

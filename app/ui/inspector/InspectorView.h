@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+#include "app/ui/inspector/BlamePane.h"
+#include "app/ui/inspector/FileHistoryPane.h"
+
+#include <QProperty>
+#include <QWidget>
+
+#include <optional>
+#include <vector>
+
+class QLabel;
+class QStackedWidget;
+
+namespace plovik {
+
+class IconButton;
+class InspectorTabs;
+
+/// What a file's lines and commits tell: the blame and the history of the store's inspected file. Closing writes the
+/// store; whoever holds the view hides it then. Steps back in time are remembered until another file is asked for. Main
+/// thread.
+class InspectorView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the view.
+    explicit InspectorView(RepositoryStore& store, QWidget* parent = nullptr);
+
+    /// Puts the keyboard into what is shown.
+    void focusContent();
+
+    BlamePane* blame() const { return blame_; }
+    FileHistoryPane* history() const { return history_; }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    /// A step that can be taken back.
+    struct Step {
+        InspectedFile file;
+        BlamePane::Memory blame;
+    };
+
+    QWidget* makeHeader();
+    void follow();
+    void showFile(const InspectedFile& file);
+    void showTab(InspectedFile::Tab tab);
+    void goOn(const InspectedFile& file);
+    void blameBefore(int row);
+    void goBack();
+    void close();
+    void showName();
+    void applyTheme();
+
+    RepositoryStore& store_;
+    QLabel* name_;
+    QLabel* revision_;
+    InspectorTabs* tabs_;
+    IconButton* back_;
+    IconButton* close_;
+    BlamePane* blame_;
+    FileHistoryPane* history_;
+    QStackedWidget* pages_;
+    QString fullName_;
+    std::vector<Step> steps_;
+    bool isStepping_ = false; ///< the store is written by this view
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik

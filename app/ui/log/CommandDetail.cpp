@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/log/CommandDetail.h"
+
+#include "app/settings/CodeFont.h"
+#include "app/settings/Settings.h"
+#include "app/store/CommandLine.h"
+#include "app/store/Secrets.h"
+#include "app/store/ShownText.h"
+#include "app/ui/log/CommandLogModel.h"
+#include "app/ui/widgets/BarButton.h"
+#include "app/ui/widgets/TerminalText.h"
+#include "app/ui/widgets/Theme.h"
+#include "app/ui/window/ActivityView.h"
+
+#include <QClipboard>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLocale>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr qsizetype mostOfCommand = 8000;
+constexpr int mostCommandLines = 3;
+constexpr int leastCopyWidth = 480;
+
+QPlainTextEdit* makeText(const QString& name, QWidget* parent)
+{
+    auto* const text = new QPlainTextEdit(parent);
+    text->setAccessibleName(name);
+    text->setReadOnly(true);
+    text->setUndoRedoEnabled(false);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    text->setTabChangesFocus(true);
+    text->setFrameShape(QFrame::NoFrame);
+    text->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    text->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // a rounding error of a wrapped line is no reason
+    text->document()->setDocumentMargin(0);
+    return text;
+}
+
+QString shownPart(std::string_view bytes) { return printedText(shownText(withoutSecrets(bytes))); }
+
+QString leftOutSentence(std::size_t bytes)
+{
+    return u"\n… %1 bytes are not kept …\n\n"_s.arg(QLocale().toString(static_cast<qulonglong>(bytes)));
+}
+
+/// Put together first, since a chunk may end within a character.
+QString wholeText(const CommandLog::Output& output, QString (*shorten)(const QString&))
+{
+    if (output.leftOut == 0)
+        return shorten(shownPart(output.beginning + output.ending));
+    return shorten(shownPart(output.beginning)) + leftOutSentence(output.leftOut) + shorten(shownPart(output.ending));
+}
+
+QString asItIs(const QString& text) { return text; }
+
+QString factsOf(const CommandLog::Command& command)
+{
+    QStringList facts{describedEnd(command), shownTook(command), shownBegin(command)};
+    if (command.end && !command.end->problem.empty())
+        facts.append(shownText(withoutSecrets(command.end->problem)));
+    facts.append(shownText(command.directory.native()));
+    facts.removeAll(QString());
+    return facts.join(u"  ·  "_s);
+}
+
+QString commandOf(const CommandLog::Command& command)
+{
+    const QString all = printedText(shownText(gitLine(command.arguments)));
+    return all.size() <= mostOfCommand ? all : all.left(mostOfCommand) + u" …"_s;
+}
+
+} // namespace
+
+CommandDetail::CommandDetail(const CommandLog& log, QWidget* parent)
+    : QWidget(parent), log_(log), command_(makeText(u"Command"_s, this)), facts_(new ElidedLabel(this)),
+      copyLine_(new BarButton(u"Copy as Shell Line"_s, this)), copyOutput_(new BarButton(u"Copy Output"_s, this)),
+      output_(makeText(u"Command Output"_s, this))
+{
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Base);
+    facts_->setAccessibleName(u"Command Facts"_s);
+    command_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    auto* const bar = new QHBoxLayout;
+    bar->setSpacing(8);
+    bar->addWidget(facts_, 1);
+    for (BarButton* button : {copyLine_, copyOutput_}) {
+        button->setProperty("compact", true);
+        bar->addWidget(button);
+    }
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(14, 8, 12, 0);
+    column->setSpacing(6);
+    column->addWidget(command_);
+    column->addLayout(bar);
+    column->addWidget(output_, 1);
+    connect(copyLine_, &BarButton::clicked, this, &CommandDetail::shellLineWanted);
+    connect(copyOutput_, &BarButton::clicked, this, &CommandDetail::copyOutput);
+    connect(&Settings::shared(), &Settings::changed, this, &CommandDetail::applyTheme);
+    applyTheme();
+    show(std::nullopt);
+}
+
+void CommandDetail::show(const std::optional<CommandLog::Command>& command)
+{
+    const bool isNew = !command || !shown_ || command->number != shown_->number;
+    shown_ = command;
+    for (QWidget* widget :
+         {static_cast<QWidget*>(command_), static_cast<QWidget*>(facts_), static_cast<QWidget*>(copyOutput_)})
+        widget->setVisible(command.has_value());
+    showCopyLine();
+    if (!command) {
+        showOutput({}, true);
+        return;
+    }
+    if (isNew) {
+        command_->setPlainText(commandOf(*command));
+        fitCommand();
+    }
+    facts_->setText(factsOf(*command));
+    const std::optional<CommandLog::Output> output = log_.output(command->number);
+    showOutput(output ? wholeText(*output, boundedText) : QString(), isNew);
+}
+
+void CommandDetail::showOutput(const QString& text, bool isNew)
+{
+    if (text == text_ && !isNew)
+        return;
+    QScrollBar& bar = *output_->verticalScrollBar();
+    // Of what runs or has failed, the end tells.
+    const bool follows = isNew ? shown_ && (!shown_->end || hasFailed(*shown_)) : bar.value() >= bar.maximum() - 1;
+    const int place = bar.value();
+    if (!isNew && !text_.isEmpty() && text.startsWith(text_)) {
+        QTextCursor end(output_->document());
+        end.movePosition(QTextCursor::End);
+        end.insertText(text.sliced(text_.size()));
+    } else {
+        output_->setPlainText(text);
+    }
+    text_ = text;
+    output_->setPlaceholderText(!shown_ || !shown_->end ? QString() : u"Nothing was printed."_s);
+    if (follows)
+        bar.setValue(bar.maximum());
+    else if (!isNew)
+        bar.setValue(place);
+}
+
+void CommandDetail::copyOutput() const
+{
+    if (!shown_)
+        return;
+    const std::optional<CommandLog::Output> output = log_.output(shown_->number);
+    QGuiApplication::clipboard()->setText(output ? wholeText(*output, asItIs) : QString());
+}
+
+/// As high as the command, up to a few lines.
+void CommandDetail::fitCommand()
+{
+    const int lines = std::clamp(static_cast<int>(command_->document()->size().height()), 1, mostCommandLines);
+    command_->setFixedHeight(command_->fontMetrics().lineSpacing() * lines + 2);
+}
+
+void CommandDetail::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    showCopyLine();
+    layout()->activate();
+    fitCommand();
+}
+
+/// Where there is little room, how the command went comes first; the list's menu copies too.
+void CommandDetail::showCopyLine() { copyLine_->setVisible(shown_ && width() >= leastCopyWidth); }
+
+void CommandDetail::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void CommandDetail::applyTheme()
+{
+    const Theme& theme = Theme::current();
+    QFont code = CodeFont::current();
+    command_->setFont(code);
+    output_->setFont(code);
+    QPalette quiet;
+    quiet.setColor(QPalette::WindowText, theme.secondaryText);
+    facts_->setPalette(quiet);
+    facts_->setFont(Theme::font(-1));
+    fitCommand();
+}
+
+} // namespace plovik

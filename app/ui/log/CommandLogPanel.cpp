@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/log/CommandLogPanel.h"
+
+#include "app/settings/Settings.h"
+#include "app/ui/log/CommandDetail.h"
+#include "app/ui/log/CommandList.h"
+#include "app/ui/log/CommandLogModel.h"
+#include "app/ui/widgets/IconButton.h"
+#include "app/ui/widgets/SplitPane.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QCheckBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr std::chrono::milliseconds updatePause{100};
+constexpr double leastListWidth = 260;
+constexpr double leastDetailWidth = 260;
+
+} // namespace
+
+CommandLogPanel::CommandLogPanel(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), model_(new CommandLogModel(store.commandLog(), this)),
+      list_(new CommandList(*model_, this)), detail_(new CommandDetail(store.commandLog()))
+{
+    setAutoFillBackground(true);
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(makeHeader());
+    auto* const line = new QFrame(this);
+    line->setFixedHeight(1);
+    line->setAutoFillBackground(true);
+    line->setObjectName(u"line"_s);
+    column->addWidget(line);
+    column->addWidget(new SplitPane(settings::commandLogListWidth, Qt::Horizontal, SplitPane::Sized::first,
+                                    leastListWidth, leastDetailWidth, list_, detail_, this),
+                      1);
+    setFocusProxy(list_);
+    pause_.setSingleShot(true);
+    pause_.setInterval(updatePause);
+    connect(&pause_, &QTimer::timeout, this, [this] {
+        if (isBehind_)
+            update();
+    });
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &CommandLogPanel::userSelected);
+    connect(list_, &CommandList::outputWanted, detail_, &CommandDetail::copyOutput);
+    connect(detail_, &CommandDetail::shellLineWanted, list_, &CommandList::copy);
+    applyTheme();
+}
+
+QWidget* CommandLogPanel::makeHeader()
+{
+    auto* const header = new QWidget(this);
+    title_ = new QLabel(u"Command Log"_s, header);
+    count_ = new QLabel(header);
+    count_->setTextFormat(Qt::PlainText);
+    field_ = new QLineEdit(header);
+    field_->setAccessibleName(u"Filter Commands"_s);
+    field_->setPlaceholderText(u"Filter commands"_s);
+    field_->setClearButtonEnabled(true);
+    field_->setMaximumWidth(260);
+    hidesReads_ = new QCheckBox(u"Hide Reads"_s, header);
+    hidesReads_->setToolTip(u"Show only the commands that change something, and those that failed"_s);
+    hidesReads_->setChecked(Settings::shared().value(settings::commandLogHidesReads));
+    auto* const close = new IconButton(Icon::close, u"Close Command Log"_s, header, u"Esc"_s);
+    auto* const row = new QHBoxLayout(header);
+    row->setContentsMargins(14, 4, 8, 4);
+    row->setSpacing(10);
+    row->addWidget(title_);
+    row->addWidget(count_);
+    row->addStretch(1);
+    row->addWidget(hidesReads_);
+    row->addWidget(field_, 1);
+    row->addWidget(close);
+    connect(field_, &QLineEdit::textChanged, this, &CommandLogPanel::filter);
+    connect(hidesReads_, &QCheckBox::toggled, this, [this](bool hides) {
+        Settings::shared().set(settings::commandLogHidesReads, hides);
+        filter();
+    });
+    connect(close, &IconButton::clicked, this, [this] { store_.showsCommandLog = false; });
+    return header;
+}
+
+void CommandLogPanel::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    notifiers_.push_back(store_.commandLog().generation.addNotifier([this] { hearOfNews(); }));
+    notifiers_.push_back(store_.shownCommand.addNotifier([this] { showSelected(); }));
+    filter();
+    update();
+    showSelected();
+}
+
+void CommandLogPanel::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    notifiers_.clear();
+    pause_.stop();
+}
+
+void CommandLogPanel::hearOfNews()
+{
+    isBehind_ = true;
+    if (!pause_.isActive())
+        update();
+}
+
+void CommandLogPanel::update()
+{
+    isBehind_ = false;
+    {
+        // Rows come and go; which command is selected does not change with that.
+        const QScopedValueRollback selecting(isSelecting_, true);
+        list_->update();
+    }
+    const auto rows = model_->rowCount();
+    count_->setText(rows == 1 ? u"1 command"_s : u"%1 commands"_s.arg(QLocale().toString(rows)));
+    showDetail();
+    pause_.start();
+}
+
+void CommandLogPanel::filter()
+{
+    {
+        const QScopedValueRollback selecting(isSelecting_, true);
+        model_->setFilter(field_->text(), hidesReads_->isChecked());
+    }
+    if (const auto shown = store_.shownCommand.value(); shown && model_->indexOf(*shown).isValid())
+        showSelected();
+    count_->setText(u"%1 commands"_s.arg(QLocale().toString(model_->rowCount())));
+}
+
+void CommandLogPanel::userSelected()
+{
+    const QModelIndex current = list_->currentIndex();
+    if (isSelecting_ || !current.isValid())
+        return;
+    const QScopedValueRollback selecting(isSelecting_, true);
+    store_.shownCommand = model_->command(current).number;
+    showDetail();
+}
+
+/// Without a command that somebody asked for, the newest one.
+void CommandLogPanel::showSelected()
+{
+    if (isSelecting_)
+        return;
+    const std::optional<CommandLog::Number> shown = store_.shownCommand.value();
+    if (shown && !model_->indexOf(*shown).isValid()) {
+        list_->update(); // it may be new
+        if (!model_->indexOf(*shown).isValid())
+            field_->clear();
+    }
+    const QModelIndex index = shown ? model_->indexOf(*shown) : model_->index(0);
+    const QScopedValueRollback selecting(isSelecting_, true);
+    if (index.isValid()) {
+        list_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+        list_->scrollTo(index);
+        store_.shownCommand = model_->command(index).number;
+    }
+    showDetail();
+}
+
+void CommandLogPanel::showDetail()
+{
+    const QModelIndex index = list_->currentIndex();
+    detail_->show(index.isValid() ? std::optional(model_->command(index)) : std::nullopt);
+}
+
+void CommandLogPanel::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Escape) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    if (!field_->text().isEmpty())
+        field_->clear();
+    else
+        store_.showsCommandLog = false;
+}
+
+void CommandLogPanel::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void CommandLogPanel::applyTheme()
+{
+    const Theme& theme = Theme::current();
+    title_->setFont(Theme::font(0, QFont::DemiBold));
+    QPalette quiet;
+    quiet.setColor(QPalette::WindowText, theme.secondaryText);
+    count_->setPalette(quiet);
+    QPalette line;
+    line.setColor(QPalette::Window, theme.separator);
+    if (auto* const frame = findChild<QFrame*>(u"line"_s))
+        frame->setPalette(line);
+}
+
+} // namespace plovik

@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/settings/EditorTab.h"
+
+#include "app/settings/CodeFont.h"
+#include "app/settings/Settings.h"
+#include "app/ui/settings/SettingsForm.h"
+#include "app/ui/settings/SizeControl.h"
+
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr int pickerWidth = 240;
+constexpr QSize previewSize(480, 132);
+
+// The last characters of the second line tell 0 from O, and 1, l and I apart.
+const QString sample = u"func greet(name: String) {\n    print(\"Hello, \\(name)\") // 0O 1lI\n}"_s;
+
+QPlainTextEdit* samplePreview(QWidget* parent)
+{
+    auto* const preview = new QPlainTextEdit(sample, parent);
+    preview->setAccessibleName(u"Preview"_s);
+    preview->setReadOnly(true);
+    preview->setLineWrapMode(QPlainTextEdit::NoWrap);
+    preview->setFixedSize(previewSize);
+    preview->document()->setDocumentMargin(10);
+    preview->setTabChangesFocus(true);
+    return preview;
+}
+
+} // namespace
+
+EditorTab::EditorTab(QWidget* parent)
+    : QWidget(parent), family_(new QComboBox(this)), size_(new SizeControl(CodeFont::minSize, CodeFont::maxSize, this)),
+      preview_(samplePreview(this))
+{
+    family_->setFixedWidth(pickerWidth);
+    auto* const reset = new QPushButton(u"Reset to Defaults"_s, this);
+    reset->setAccessibleName(reset->text());
+
+    auto* const form = new SettingsForm(*this);
+    form->addSection(u"Code View"_s);
+    form->addControl(u"Font"_s, family_);
+    form->addControl(u"Size"_s, size_);
+    form->addRow(preview_);
+    auto* const below = new QHBoxLayout;
+    below->addWidget(reset);
+    below->addStretch(1);
+    form->addRow(below);
+
+    connect(family_, &QComboBox::activated, this,
+            [this] { Settings::shared().set(settings::codeFontName, family_->currentData().toString()); });
+    connect(size_, &SizeControl::valueChanged, this,
+            [](double points) { Settings::shared().set(settings::codeFontSize, points); });
+    connect(reset, &QPushButton::clicked, this, [] {
+        Settings::shared().set(settings::codeFontName, QString());
+        Settings::shared().set(settings::codeFontSize, settings::codeFontSize.fallback);
+    });
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
+            showSettings();
+    });
+}
+
+void EditorTab::showEvent(QShowEvent* event)
+{
+    // Every installed font is looked at, which nobody waits for who does not come here.
+    if (family_->count() == 0)
+        fillFamilies();
+    showSettings();
+    QWidget::showEvent(event);
+}
+
+void EditorTab::fillFamilies()
+{
+    family_->addItem(u"System Monospaced"_s, QString());
+    for (const QString& family : CodeFont::monospacedFamilies())
+        family_->addItem(family, family);
+}
+
+void EditorTab::showSettings()
+{
+    const QString name = Settings::shared().value(settings::codeFontName);
+    if (family_->count() > 0 && family_->findData(name) < 0)
+        family_->addItem(QFontDatabase::hasFamily(name) ? name : u"%1 (not installed)"_s.arg(name), name);
+    family_->setCurrentIndex(family_->findData(name));
+    // What is stored out of range is shown as it is used, and stays until it is changed here.
+    const double points =
+        std::clamp(Settings::shared().value(settings::codeFontSize), CodeFont::minSize, CodeFont::maxSize);
+    // What is being typed is left as it is.
+    if (const QSignalBlocker isShowing(size_); size_->value() != points)
+        size_->setValue(points);
+    preview_->setFont(CodeFont::current());
+}
+
+} // namespace plovik

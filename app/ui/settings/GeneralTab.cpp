@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/settings/GeneralTab.h"
+
+#include "app/settings/AppAppearance.h"
+#include "app/settings/Settings.h"
+#include "app/ui/settings/SettingsForm.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QPointer>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr int pickerWidth = 240;
+
+QString storedEditor() { return Settings::shared().value(settings::externalEditorPath); }
+
+QString settingOf(const editors::Application& application)
+{
+    return QFile::decodeName(QByteArray::fromStdString(application.path.native()));
+}
+
+void offer(QComboBox& picker, const editors::Application& application)
+{
+    picker.addItem(QString::fromStdString(application.name), settingOf(application));
+    picker.setItemData(picker.count() - 1, settingOf(application), Qt::ToolTipRole);
+}
+
+} // namespace
+
+GeneralTab::GeneralTab(EditorChoices editors, QWidget* parent)
+    : QWidget(parent), editors_(std::move(editors)), appearance_(new QComboBox(this)), editor_(new QComboBox(this))
+{
+    for (QComboBox* picker : {appearance_, editor_})
+        picker->setFixedWidth(pickerWidth);
+    for (const AppAppearance appearance : allAppearances)
+        appearance_->addItem(displayName(appearance), rawValue(appearance));
+    connect(appearance_, &QComboBox::activated, this,
+            [this] { Settings::shared().set(settings::appearance, appearance_->currentData().toString()); });
+    connect(editor_, &QComboBox::activated, this, &GeneralTab::pickEditor);
+
+    auto* const form = new SettingsForm(*this);
+    form->addControl(u"Appearance"_s, appearance_);
+    form->addControl(u"Open Files In"_s, editor_);
+    form->addNote(
+        u"Double-click a file to open it. An editor that is already running opens it in its current project."_s);
+
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key == QLatin1String(settings::appearance.key))
+            showAppearance();
+        if (key == QLatin1String(settings::externalEditorPath.key))
+            fillEditors();
+    });
+}
+
+void GeneralTab::showEvent(QShowEvent* event)
+{
+    showAppearance();
+    fillEditors();
+    QWidget::showEvent(event);
+}
+
+void GeneralTab::showAppearance() { appearance_->setCurrentIndex(appearance_->findData(rawValue(storedAppearance()))); }
+
+void GeneralTab::fillEditors()
+{
+    editor_->clear();
+    editor_->addItem(u"Default Application"_s, QString());
+    for (const editors::Application& application : editors_.installed())
+        offer(*editor_, application);
+    for (const QString& custom : {storedEditor(), earlierCustomChoice_}) {
+        const auto application = custom.isEmpty() ? std::nullopt : editors_.at(custom);
+        if (!application || editor_->findData(custom) >= 0)
+            continue;
+        offer(*editor_, *application);
+        earlierCustomChoice_ = custom;
+    }
+    editor_->insertSeparator(editor_->count());
+    editor_->addItem(u"Choose Application…"_s); // without data: nothing that can be stored
+    showEditor();
+}
+
+void GeneralTab::showEditor()
+{
+    // An application that is gone is not chosen any more: files open in their default one.
+    editor_->setCurrentIndex(std::max(0, editor_->findData(storedEditor())));
+}
+
+void GeneralTab::pickEditor(int index)
+{
+    if (const QVariant picked = editor_->itemData(index); picked.isValid()) {
+        Settings::shared().set(settings::externalEditorPath, picked.toString());
+        return;
+    }
+    // Until another one is chosen the choice stands, and cancelling changes nothing.
+    showEditor();
+    editors_.choose(window(), [self = QPointer(this)](const editors::Application& chosen) {
+        if (self)
+            Settings::shared().set(settings::externalEditorPath, settingOf(chosen));
+    });
+}
+
+} // namespace plovik

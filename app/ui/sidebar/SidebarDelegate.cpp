@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/sidebar/SidebarDelegate.h"
+
+#include "app/ui/sidebar/SidebarModel.h"
+#include "app/ui/widgets/RowPainting.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr int rowHeight = 26;
+constexpr int rowInset = 8;     ///< of the selection's tint
+constexpr int textInset = 16;   ///< of fixed items and of what stands at the right
+constexpr int markCenter = 22;  ///< of the head mark and of folders' triangles, on the first level
+constexpr int refTextLeft = 36; ///< on the first level
+constexpr int levelIndent = 14;
+constexpr int gap = 8;
+/// Free space above a group's title.
+constexpr int groupGap = 8;
+
+bool isSelected(const QStyleOptionViewItem& option) { return option.state & QStyle::State_Selected; }
+
+QRect textArea(const QRect& row, int left, int rightUsed)
+{
+    return row.adjusted(left, 0, -textInset - (rightUsed > 0 ? rightUsed + gap : 0), 0);
+}
+
+QString divergence(const gitkit::GitRef& ref, bool isUpstreamGone)
+{
+    if (isUpstreamGone)
+        return u"gone"_s;
+    QStringList parts;
+    if (ref.ahead > 0)
+        parts.append(u"↑%1"_s.arg(ref.ahead));
+    if (ref.behind > 0)
+        parts.append(u"↓%1"_s.arg(ref.behind));
+    return parts.join(u' ');
+}
+
+} // namespace
+
+SidebarDelegate::SidebarDelegate(const SidebarModel& model, QObject* parent)
+    : QStyledItemDelegate(parent), model_(model)
+{}
+
+QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    // Asked for every row of an open group, so for 20,000 of them: no texts, no fonts beyond the given one's metrics.
+    const int height = std::max(rowHeight, option.fontMetrics.height() + 8);
+    return {textInset, model_.isGroup(index) ? height + groupGap : height};
+}
+
+void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const int above = model_.isGroup(index) ? groupGap : 0;
+    paintRowBackground(*painter, option.rect.adjusted(0, above, 0, 0), option, rowInset);
+    switch (model_.kind(index)) {
+    case SidebarModel::Kind::workingCopy:
+    case SidebarModel::Kind::history:
+    case SidebarModel::Kind::stashes:
+        paintFixedItem(*painter, option, index);
+        break;
+    case SidebarModel::Kind::branches:
+    case SidebarModel::Kind::remotes:
+    case SidebarModel::Kind::tags:
+        paintGroup(*painter, option, index);
+        break;
+    case SidebarModel::Kind::folder:
+        paintFolder(*painter, option, index);
+        break;
+    case SidebarModel::Kind::ref:
+        paintRef(*painter, option, index);
+        break;
+    case SidebarModel::Kind::nothingFound:
+        paintText(*painter, textArea(option.rect, textInset, 0), index.data().toString(), Theme::font(-1),
+                  Theme::current().secondaryText);
+        break;
+    }
+}
+
+void SidebarDelegate::paintFixedItem(QPainter& painter, const QStyleOptionViewItem& option,
+                                     const QModelIndex& index) const
+{
+    const int count = model_.kind(index) == SidebarModel::Kind::history ? 0 : model_.count(index);
+    int used = 0;
+    if (count > 0)
+        used = paintPill(painter, option.rect.adjusted(0, 0, -textInset, 0), option.locale.toString(count));
+    const QFont font = Theme::font(0, isSelected(option) ? QFont::DemiBold : QFont::Normal);
+    paintText(painter, textArea(option.rect, textInset, used), index.data().toString(), font, Theme::current().text);
+}
+
+void SidebarDelegate::paintGroup(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const Theme& theme = Theme::current();
+    const bool isOpen = option.state & QStyle::State_Open;
+    const QRect row = option.rect.adjusted(0, groupGap, 0, 0);
+    int used = 0;
+    if (!isOpen)
+        used = paintPill(painter, row.adjusted(0, 0, -textInset, 0), option.locale.toString(model_.count(index)));
+    QFont font = Theme::font(-1.5, QFont::DemiBold);
+    font.setLetterSpacing(QFont::AbsoluteSpacing, 0.6);
+    paintDisclosure(painter, QPointF(row.left() + textInset + 3, row.center().y() + 1), isOpen, theme.secondaryText);
+    paintText(painter, textArea(row, textInset + 10, used), index.data().toString(), font, theme.secondaryText);
+}
+
+void SidebarDelegate::paintFolder(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const Theme& theme = Theme::current();
+    const int indent = (model_.depth(index) - 1) * levelIndent;
+    const bool isOpen = option.state & QStyle::State_Open;
+    int used = 0;
+    if (!isOpen)
+        used =
+            paintPill(painter, option.rect.adjusted(0, 0, -textInset, 0), option.locale.toString(model_.count(index)));
+    paintDisclosure(painter, QPointF(option.rect.left() + markCenter + indent, option.rect.center().y() + 1), isOpen,
+                    theme.secondaryText);
+    paintText(painter, textArea(option.rect, refTextLeft + indent, used), index.data().toString(), Theme::font(),
+              theme.secondaryText);
+}
+
+void SidebarDelegate::paintRef(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const Theme& theme = Theme::current();
+    const gitkit::GitRef& ref = *model_.ref(index);
+    const int indent = (model_.depth(index) - 1) * levelIndent;
+    if (ref.isHead) {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme.accent);
+        painter.drawEllipse(QPointF(option.rect.left() + markCenter + indent, option.rect.center().y() + 0.5), 4.5,
+                            4.5);
+        painter.restore();
+    }
+    int used = 0;
+    if (const QString right = divergence(ref, model_.isUpstreamGone(index)); !right.isEmpty()) {
+        const QFont small = Theme::font(-1.5);
+        used = textWidth(right, small);
+        paintText(painter, option.rect.adjusted(0, 0, -textInset, 0), right, small, theme.secondaryText, Qt::AlignRight,
+                  Qt::ElideNone);
+    }
+    const bool isStrong = ref.isHead || isSelected(option);
+    paintText(painter, textArea(option.rect, refTextLeft + indent, used), index.data().toString(),
+              Theme::font(0, isStrong ? QFont::DemiBold : QFont::Normal), theme.text, Qt::AlignLeft, Qt::ElideMiddle);
+}
+
+} // namespace plovik

@@ -1,0 +1,373 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/sidebar/SidebarModel.h"
+
+#include "app/store/ShownText.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+SidebarModel::SidebarModel(const RepositoryStore& store, QObject* parent) : QAbstractItemModel(parent), store_(store)
+{
+    rebuildNodes();
+}
+
+void SidebarModel::rebuild()
+{
+    beginResetModel();
+    rebuildNodes();
+    endResetModel();
+}
+
+void SidebarModel::setFilter(const QString& text)
+{
+    if (text == filter_)
+        return;
+    filter_ = text;
+    rebuild();
+}
+
+void SidebarModel::countsChanged() { Q_EMIT dataChanged(index(0, 0), index(2, 0)); }
+
+int SidebarModel::addNode(Node node)
+{
+    nodes_.push_back(node);
+    return static_cast<int>(nodes_.size()) - 1;
+}
+
+void SidebarModel::rebuildNodes()
+{
+    nodes_.clear();
+    nodes_.reserve(store_.branches.value().size() + store_.remoteBranches.value().size() + store_.tags.value().size() +
+                   16);
+    struct Group {
+        Kind kind;
+        Refs refs;
+    };
+    std::vector<Group> groups;
+    for (auto [kind, list] :
+         {std::pair{Kind::branches, &store_.branches.value()}, std::pair{Kind::remotes, &store_.remoteBranches.value()},
+          std::pair{Kind::tags, &store_.tags.value()}})
+    {
+        if (Refs refs = matching(*list); !refs.empty())
+            groups.push_back({kind, std::move(refs)});
+    }
+
+    int row = 0;
+    for (const Kind kind : {Kind::workingCopy, Kind::history, Kind::stashes})
+        addNode({.kind = kind, .row = row++});
+    for (const Group& group : groups)
+        addNode({.kind = group.kind, .row = row++, .refCount = static_cast<int>(group.refs.size())});
+    if (groups.empty() && isFiltered())
+        addNode({.kind = Kind::nothingFound, .row = row++});
+    rootCount_ = row;
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        fill(static_cast<int>(i) + 3, groups[i].kind, groups[i].refs, 0);
+    markGoneUpstreams();
+}
+
+SidebarModel::Refs SidebarModel::matching(const std::vector<gitkit::GitRef>& refs) const
+{
+    Refs found;
+    found.reserve(refs.size());
+    for (const gitkit::GitRef& ref : refs) {
+        if (!isFiltered() || shownText(ref.name).contains(filter_, Qt::CaseInsensitive))
+            found.push_back(&ref);
+    }
+    return found;
+}
+
+/// How much of the name after `start` names a folder; 0 when the rest names the ref itself.
+std::size_t SidebarModel::prefixLength(Kind group, const gitkit::GitRef& ref, std::size_t start, bool isGroup) const
+{
+    const std::string_view rest = std::string_view(ref.name).substr(start);
+    if (group == Kind::remotes && isGroup) {
+        // A remote's name may hold slashes itself.
+        std::size_t longest = 0;
+        for (const std::string& remote : store_.remotes.value()) {
+            if (remote.size() > longest && rest.size() > remote.size() + 1 && rest.starts_with(remote) &&
+                rest[remote.size()] == '/')
+                longest = remote.size();
+        }
+        if (longest > 0)
+            return longest;
+    }
+    const std::size_t slash = rest.find('/');
+    return slash == std::string_view::npos ? 0 : slash;
+}
+
+void SidebarModel::fill(int parent, Kind group, const Refs& refs, std::size_t nameStart)
+{
+    const int parentDepth = nodes_[static_cast<std::size_t>(parent)].depth;
+    const bool isGroup = nodes_[static_cast<std::size_t>(parent)].kind != Kind::folder;
+
+    const auto prefixOf = [&](const gitkit::GitRef& ref) {
+        return std::string_view(ref.name).substr(nameStart, prefixLength(group, ref, nameStart, isGroup));
+    };
+    std::unordered_map<std::string_view, int> sharing;
+    for (const gitkit::GitRef* ref : refs)
+        ++sharing[prefixOf(*ref)];
+
+    // One ref alone needs no folder to be found; a remote always is one.
+    const bool isRemotes = group == Kind::remotes && isGroup;
+    std::vector<std::pair<std::string_view, Refs>> folders; // in the order of their first refs
+    std::unordered_map<std::string_view, std::size_t> folderOf;
+    Refs leaves;
+    for (const gitkit::GitRef* ref : refs) {
+        const std::string_view prefix = prefixOf(*ref);
+        if (prefix.empty() || (sharing[prefix] == 1 && !isRemotes)) {
+            leaves.push_back(ref);
+            continue;
+        }
+        const auto [place, isNew] = folderOf.try_emplace(prefix, folders.size());
+        if (isNew)
+            folders.emplace_back(prefix, Refs{});
+        folders[place->second].second.push_back(ref);
+    }
+
+    const int first = static_cast<int>(nodes_.size());
+    int row = 0;
+    for (const gitkit::GitRef* ref : leaves)
+        addNode({.kind = Kind::ref,
+                 .parent = parent,
+                 .row = row++,
+                 .depth = parentDepth + 1,
+                 .refCount = 1,
+                 .ref = ref,
+                 .nameStart = nameStart});
+    for (const auto& [prefix, inside] : folders)
+        addNode({.kind = Kind::folder,
+                 .parent = parent,
+                 .row = row++,
+                 .depth = parentDepth + 1,
+                 .refCount = static_cast<int>(inside.size()),
+                 .ref = inside.front(),
+                 .nameStart = nameStart,
+                 .nameEnd = nameStart + prefix.size()});
+    nodes_[static_cast<std::size_t>(parent)].firstChild = first;
+    nodes_[static_cast<std::size_t>(parent)].childCount = row;
+    int folderId = first + static_cast<int>(leaves.size());
+    for (const auto& [prefix, inside] : folders)
+        fill(folderId++, group, inside, nameStart + prefix.size() + 1);
+}
+
+void SidebarModel::markGoneUpstreams()
+{
+    const auto hasUpstream = [](const Node& node) {
+        return node.kind == Kind::ref && node.ref->kind == gitkit::GitRef::Kind::local && node.ref->upstream;
+    };
+    if (std::ranges::none_of(nodes_, hasUpstream))
+        return;
+    std::unordered_set<std::string_view> known;
+    for (const auto* list : {&store_.remoteBranches.value(), &store_.branches.value()}) {
+        for (const gitkit::GitRef& ref : *list)
+            known.insert(ref.name);
+    }
+    for (Node& node : nodes_) {
+        if (hasUpstream(node))
+            node.upstreamGone = !known.contains(*node.ref->upstream);
+    }
+}
+
+QModelIndex SidebarModel::indexOfNode(int id) const
+{
+    return createIndex(nodes_[static_cast<std::size_t>(id)].row, 0, static_cast<quintptr>(id));
+}
+
+QModelIndex SidebarModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (row < 0 || column != 0 || row >= rowCount(parent))
+        return {};
+    const int id = parent.isValid() ? node(parent).firstChild + row : row;
+    return createIndex(row, 0, static_cast<quintptr>(id));
+}
+
+QModelIndex SidebarModel::parent(const QModelIndex& child) const
+{
+    if (!child.isValid() || node(child).parent < 0)
+        return {};
+    return indexOfNode(node(child).parent);
+}
+
+int SidebarModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? node(parent).childCount : rootCount_;
+}
+
+int SidebarModel::columnCount(const QModelIndex& parent) const
+{
+    Q_UNUSED(parent)
+    return 1;
+}
+
+bool SidebarModel::hasChildren(const QModelIndex& parent) const { return rowCount(parent) > 0; }
+
+Qt::ItemFlags SidebarModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid() || kind(index) == Kind::nothingFound)
+        return Qt::NoItemFlags;
+    return item(index) ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::ItemIsEnabled;
+}
+
+int SidebarModel::count(const QModelIndex& index) const
+{
+    const Node& shown = node(index);
+    if (shown.kind == Kind::workingCopy)
+        return static_cast<int>(store_.status.value().files.size());
+    if (shown.kind == Kind::stashes)
+        return static_cast<int>(store_.stashes.value().size());
+    return shown.refCount;
+}
+
+const gitkit::GitRef* SidebarModel::ref(const QModelIndex& index) const
+{
+    return kind(index) == Kind::ref ? node(index).ref : nullptr;
+}
+
+std::optional<SidebarItem> SidebarModel::item(const QModelIndex& index) const
+{
+    switch (kind(index)) {
+    case Kind::workingCopy:
+        return SidebarItem::workingCopy();
+    case Kind::history:
+        return SidebarItem::history();
+    case Kind::stashes:
+        return SidebarItem::stashes();
+    case Kind::ref:
+        return SidebarItem::ref(node(index).ref->fullName);
+    default:
+        return std::nullopt;
+    }
+}
+
+QModelIndex SidebarModel::indexOf(const SidebarItem& item) const
+{
+    const auto found = std::ranges::find_if(nodes_, [&](const Node& node) {
+        switch (node.kind) {
+        case Kind::workingCopy:
+            return item.kind == SidebarItem::Kind::workingCopy;
+        case Kind::history:
+            return item.kind == SidebarItem::Kind::history;
+        case Kind::stashes:
+            return item.kind == SidebarItem::Kind::stashes;
+        case Kind::ref:
+            return item.isRef() && node.ref->fullName == item.refName;
+        default:
+            return false;
+        }
+    });
+    return found == nodes_.end() ? QModelIndex() : indexOfNode(static_cast<int>(found - nodes_.begin()));
+}
+
+std::string SidebarModel::key(const QModelIndex& index) const
+{
+    const Node& shown = node(index);
+    if (shown.kind == Kind::ref)
+        return shown.ref->fullName;
+    if (shown.kind == Kind::folder) {
+        // The full name of its first ref says which group it is in; its last slash sets it apart from a ref.
+        const std::string& full = shown.ref->fullName;
+        return full.substr(0, full.size() - shown.ref->name.size()) + shown.ref->name.substr(0, shown.nameEnd) + "/";
+    }
+    return std::to_string(static_cast<int>(shown.kind));
+}
+
+QModelIndex SidebarModel::indexOfKey(const std::string& key) const
+{
+    for (int id = 0; id < static_cast<int>(nodes_.size()); ++id) {
+        const Node& node = nodes_[static_cast<std::size_t>(id)];
+        // Making every ref's key would copy 20,000 names for one that is looked for.
+        if (node.kind == Kind::ref ? node.ref->fullName == key : this->key(indexOfNode(id)) == key)
+            return indexOfNode(id);
+    }
+    return {};
+}
+
+std::vector<QModelIndex> SidebarModel::containers() const
+{
+    std::vector<QModelIndex> found;
+    for (int id = 0; id < static_cast<int>(nodes_.size()); ++id) {
+        if (nodes_[static_cast<std::size_t>(id)].childCount > 0)
+            found.push_back(indexOfNode(id));
+    }
+    return found;
+}
+
+QString SidebarModel::label(const Node& node) const
+{
+    switch (node.kind) {
+    case Kind::workingCopy:
+        return u"Working Copy"_s;
+    case Kind::history:
+        return u"History"_s;
+    case Kind::stashes:
+        return u"Stashes"_s;
+    case Kind::branches:
+        return u"BRANCHES"_s;
+    case Kind::remotes:
+        return u"REMOTES"_s;
+    case Kind::tags:
+        return u"TAGS"_s;
+    case Kind::nothingFound:
+        return u"No branch or tag matches"_s;
+    case Kind::folder:
+    case Kind::ref:
+        break;
+    }
+    const std::size_t length = node.nameEnd == std::string::npos ? node.nameEnd : node.nameEnd - node.nameStart;
+    return shownText(std::string_view(node.ref->name).substr(node.nameStart, length));
+}
+
+QString SidebarModel::accessibleName(const Node& node) const
+{
+    return node.kind == Kind::ref ? shownText(node.ref->name) : label(node);
+}
+
+QString SidebarModel::toolTip(const Node& node) const
+{
+    if (node.kind == Kind::folder)
+        return shownText(std::string_view(node.ref->name).substr(0, node.nameEnd));
+    if (node.kind != Kind::ref)
+        return {};
+    QString text = shownText(node.ref->name);
+    if (node.ref->isHead)
+        text += u"\nChecked out"_s;
+    if (!node.ref->upstream)
+        return text;
+    const QString upstream = shownText(*node.ref->upstream);
+    if (node.upstreamGone)
+        return text + u"\nIts upstream %1 is gone"_s.arg(upstream);
+    text += u"\nFollows %1"_s.arg(upstream);
+    if (node.ref->ahead > 0)
+        text += u", %1 ahead"_s.arg(node.ref->ahead);
+    if (node.ref->behind > 0)
+        text += u", %1 behind"_s.arg(node.ref->behind);
+    return text;
+}
+
+QVariant SidebarModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return label(node(index));
+    case Qt::AccessibleTextRole:
+        return accessibleName(node(index));
+    case Qt::AccessibleDescriptionRole:
+        if (kind(index) == Kind::ref || kind(index) == Kind::folder)
+            return toolTip(node(index));
+        return kind(index) == Kind::history ? QString() : QString::number(count(index));
+    case Qt::ToolTipRole:
+        return toolTip(node(index));
+    default:
+        return {};
+    }
+}
+
+} // namespace plovik

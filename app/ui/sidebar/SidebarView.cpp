@@ -1,0 +1,335 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/sidebar/SidebarView.h"
+
+#include "app/ui/sidebar/RefMenu.h"
+#include "app/ui/sidebar/SidebarDelegate.h"
+#include "app/ui/widgets/ScrollKeeper.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <array>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+struct GroupSetting {
+    SidebarModel::Kind kind;
+    const Setting<bool>& setting;
+};
+
+const std::array<GroupSetting, 3> groupSettings{{
+    {SidebarModel::Kind::branches, settings::sidebarBranchesExpanded},
+    {SidebarModel::Kind::remotes, settings::sidebarRemotesExpanded},
+    {SidebarModel::Kind::tags, settings::sidebarTagsExpanded},
+}};
+
+const Setting<bool>* settingOf(SidebarModel::Kind kind)
+{
+    for (const GroupSetting& group : groupSettings) {
+        if (group.kind == kind)
+            return &group.setting;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+/// A tree whose groups and folders open at a click, and whose keyboard can stand on them without losing the selection.
+class SidebarView::Tree : public QTreeView {
+public:
+    using QTreeView::QTreeView;
+
+    std::function<void(const QContextMenuEvent&)> menuRequested;
+
+    void toggle(const QModelIndex& index)
+    {
+        if (model()->hasChildren(index))
+            setExpanded(index, !isExpanded(index));
+    }
+
+protected:
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override
+    {
+        Q_UNUSED(event)
+        if (!index.isValid() || !(index.flags() & Qt::ItemIsSelectable))
+            return QItemSelectionModel::NoUpdate;
+        return QItemSelectionModel::ClearAndSelect;
+    }
+
+    void mousePressEvent(QMouseEvent* event) override
+    {
+        if (event->button() == Qt::RightButton) {
+            // A menu acts on its row without leaving what is looked at.
+            selectionModel()->setCurrentIndex(indexAt(event->position().toPoint()), QItemSelectionModel::NoUpdate);
+            return;
+        }
+        QTreeView::mousePressEvent(event);
+        if (event->button() == Qt::LeftButton)
+            toggle(indexAt(event->position().toPoint()));
+    }
+
+    void contextMenuEvent(QContextMenuEvent* event) override { menuRequested(*event); }
+
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            toggle(currentIndex());
+        QTreeView::keyPressEvent(event);
+    }
+
+    void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override
+    {
+        Q_UNUSED(painter)
+        Q_UNUSED(rect)
+        Q_UNUSED(index)
+    }
+
+    void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        // The base class would fill the whole row behind the delegate's tint.
+        QStyleOptionViewItem row = option;
+        row.palette.setColor(QPalette::Highlight, palette().color(QPalette::Base));
+        QTreeView::drawRow(painter, row, index);
+    }
+};
+
+SidebarView::SidebarView(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), model_(new SidebarModel(store, this))
+{
+    makeTree();
+    makeFilter();
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 8, 0, 8);
+    column->setSpacing(8);
+    column->addWidget(tree_, 1);
+    auto* filterRow = new QHBoxLayout;
+    filterRow->setContentsMargins(8, 0, 8, 0);
+    filterRow->addWidget(filter_);
+    column->addLayout(filterRow);
+    setFocusProxy(tree_);
+    applyTheme();
+    observeStore();
+    modelWasReset();
+}
+
+void SidebarView::makeTree()
+{
+    auto* tree = new Tree(this);
+    tree_ = tree;
+    tree->setAccessibleName(u"Sidebar"_s);
+    tree->setFrameShape(QFrame::NoFrame);
+    tree->setHeaderHidden(true);
+    tree->setRootIsDecorated(false);
+    tree->setIndentation(0);
+    tree->setExpandsOnDoubleClick(false);
+    tree->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    tree->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    tree->setTextElideMode(Qt::ElideRight);
+    tree->setMouseTracking(false);
+    tree->setModel(model_);
+    tree->setItemDelegate(new SidebarDelegate(*model_, tree));
+    scroll_ = new ScrollKeeper(
+        tree, [this](const QModelIndex& index) { return model_->key(index); },
+        [this](const std::string& key) { return model_->indexOfKey(key); });
+    connect(model_, &QAbstractItemModel::modelReset, this, &SidebarView::modelWasReset);
+    connect(tree, &QTreeView::expanded, this, [this](const QModelIndex& index) { noteExpansion(index, true); });
+    connect(tree, &QTreeView::collapsed, this, [this](const QModelIndex& index) { noteExpansion(index, false); });
+    connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SidebarView::userSelected);
+    connect(tree, &QTreeView::doubleClicked, this, &SidebarView::checkOut);
+    tree->menuRequested = [this](const QContextMenuEvent& event) { showMenu(event); };
+    connect(&Settings::shared(), &Settings::changed, this, &SidebarView::applyGroupSetting);
+}
+
+void SidebarView::makeFilter()
+{
+    filter_ = new QLineEdit(this);
+    filter_->setAccessibleName(u"Filter Refs"_s);
+    filter_->setPlaceholderText(u"Filter branches and tags"_s);
+    filter_->setFont(Theme::font(-0.5));
+    filter_->installEventFilter(this);
+    connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) { model_->setFilter(text.trimmed()); });
+}
+
+void SidebarView::observeStore()
+{
+    const auto rebuild = [this] { model_->rebuild(); };
+    notifiers_.push_back(store_.branches.addNotifier(rebuild));
+    notifiers_.push_back(store_.remoteBranches.addNotifier(rebuild));
+    notifiers_.push_back(store_.tags.addNotifier(rebuild));
+    notifiers_.push_back(store_.remotes.addNotifier(rebuild));
+    const auto counts = [this] { model_->countsChanged(); };
+    notifiers_.push_back(store_.status.addNotifier(counts));
+    notifiers_.push_back(store_.stashes.addNotifier(counts));
+    notifiers_.push_back(store_.selection.addNotifier([this] {
+        if (!isUpdating_)
+            showStoreSelection(Reveal::yes);
+    }));
+}
+
+void SidebarView::modelWasReset()
+{
+    restoreExpansion();
+    showStoreSelection(Reveal::no);
+    scroll_->restore();
+}
+
+void SidebarView::restoreExpansion()
+{
+    const QScopedValueRollback updating(isUpdating_, true);
+    for (const QModelIndex& index : model_->containers()) {
+        if (shouldBeOpen(index))
+            tree_->expand(index);
+    }
+}
+
+bool SidebarView::shouldBeOpen(const QModelIndex& index) const
+{
+    if (model_->isFiltered())
+        return true;
+    if (const Setting<bool>* setting = settingOf(model_->kind(index)))
+        return Settings::shared().value(*setting);
+    return !closedFolders_.contains(model_->key(index));
+}
+
+void SidebarView::noteExpansion(const QModelIndex& index, bool isOpen)
+{
+    if (isUpdating_)
+        return;
+    scroll_->note();
+    // While a filter holds everything open, what is closed is closed for the moment only.
+    if (model_->isFiltered())
+        return;
+    const QScopedValueRollback updating(isUpdating_, true);
+    if (const Setting<bool>* setting = settingOf(model_->kind(index)))
+        Settings::shared().set(*setting, isOpen);
+    else if (isOpen)
+        closedFolders_.erase(model_->key(index));
+    else
+        closedFolders_.insert(model_->key(index));
+}
+
+void SidebarView::applyGroupSetting(const QString& settingKey)
+{
+    if (isUpdating_ || model_->isFiltered())
+        return;
+    const QScopedValueRollback updating(isUpdating_, true);
+    for (const QModelIndex& index : model_->containers()) {
+        const Setting<bool>* setting = settingOf(model_->kind(index));
+        if (setting && settingKey == QLatin1String(setting->key))
+            tree_->setExpanded(index, Settings::shared().value(*setting));
+    }
+}
+
+void SidebarView::userSelected()
+{
+    const QModelIndexList selected = tree_->selectionModel()->selectedIndexes();
+    if (isUpdating_ || selected.isEmpty())
+        return;
+    const std::optional<SidebarItem> item = model_->item(selected.front());
+    if (!item || *item == store_.selection.value())
+        return;
+    const QScopedValueRollback updating(isUpdating_, true);
+    store_.selection = *item;
+    store_.selectionChanged();
+}
+
+void SidebarView::showStoreSelection(Reveal reveal)
+{
+    const QModelIndex index = model_->indexOf(store_.selection.value());
+    for (QModelIndex above = index.parent(); reveal == Reveal::yes && above.isValid(); above = above.parent())
+        tree_->expand(above);
+
+    const QScopedValueRollback updating(isUpdating_, true);
+    // The tree would scroll to its new current row, and so open what it stands in.
+    tree_->setAutoScroll(reveal == Reveal::yes);
+    tree_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    tree_->setAutoScroll(true);
+}
+
+bool SidebarView::filterKeyPressed(int key)
+{
+    switch (key) {
+    case Qt::Key_Escape:
+        if (filter_->text().isEmpty())
+            tree_->setFocus();
+        filter_->clear();
+        return true;
+    case Qt::Key_Down:
+        tree_->setFocus();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        for (QModelIndex row = model_->index(3, 0); row.isValid(); row = tree_->indexBelow(row)) {
+            if (!model_->ref(row))
+                continue;
+            tree_->setCurrentIndex(row);
+            tree_->setFocus();
+            break;
+        }
+        return true;
+    default:
+        return false;
+    }
+}
+
+void SidebarView::checkOut(const QModelIndex& index)
+{
+    const gitkit::GitRef* ref = model_->ref(index);
+    if (ref && !ref->isHead)
+        store_.checkout(*ref);
+}
+
+void SidebarView::showMenu(const QContextMenuEvent& event)
+{
+    const bool byKeyboard = event.reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = byKeyboard ? tree_->currentIndex() : tree_->indexAt(event.pos());
+    const gitkit::GitRef* ref = index.isValid() ? model_->ref(index) : nullptr;
+    if (!ref)
+        return;
+    QMenu* menu = makeRefMenu(store_, *ref, this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(byKeyboard ? tree_->viewport()->mapToGlobal(tree_->visualRect(index).bottomLeft()) : event.globalPos());
+}
+
+bool SidebarView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == filter_ && event->type() == QEvent::KeyPress &&
+        filterKeyPressed(static_cast<QKeyEvent*>(event)->key()))
+        return true;
+    return QWidget::eventFilter(watched, event);
+}
+
+void SidebarView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void SidebarView::applyTheme()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Base, Theme::current().sidebar);
+    tree_->setPalette(palette);
+}
+
+void SidebarView::paintEvent(QPaintEvent* event)
+{
+    Q_UNUSED(event)
+    QPainter(this).fillRect(rect(), Theme::current().sidebar);
+}
+
+} // namespace plovik

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/settings/Settings.h"
+#include "app/store/RepositoryStore.h"
+#include "app/ui/sidebar/SidebarModel.h"
+
+#include <QProperty>
+#include <QWidget>
+
+#include <set>
+#include <string>
+#include <vector>
+
+class QContextMenuEvent;
+class QLineEdit;
+class QTreeView;
+
+namespace plovik {
+
+class ScrollKeeper;
+
+/// The left side of the repository window: the fixed items, the refs in groups and folders, and the line that filters
+/// them. Its selection and the store's are one. Main thread.
+class SidebarView : public QWidget {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the view.
+    explicit SidebarView(RepositoryStore& store, QWidget* parent = nullptr);
+
+    QTreeView* tree() const { return tree_; }
+    const SidebarModel& model() const { return *model_; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    class Tree;
+    enum class Reveal { no, yes };
+
+    void makeTree();
+    void makeFilter();
+    void observeStore();
+    void applyTheme();
+
+    void modelWasReset();
+    void restoreExpansion();
+    bool shouldBeOpen(const QModelIndex& index) const;
+    void noteExpansion(const QModelIndex& index, bool isOpen);
+    void applyGroupSetting(const QString& settingKey);
+
+    void userSelected();
+    void showStoreSelection(Reveal reveal);
+    bool filterKeyPressed(int key);
+    void checkOut(const QModelIndex& index);
+    void showMenu(const QContextMenuEvent& event);
+
+    RepositoryStore& store_;
+    SidebarModel* model_;
+    QTreeView* tree_ = nullptr;
+    QLineEdit* filter_ = nullptr;
+    ScrollKeeper* scroll_ = nullptr;
+    std::set<std::string> closedFolders_; ///< keys; remembered while the window lives
+    bool isUpdating_ = false;             ///< the tree changes because of the store, not because of the user
+    std::vector<QPropertyNotifier> notifiers_;
+};
+
+} // namespace plovik

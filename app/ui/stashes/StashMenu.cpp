@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/stashes/StashMenu.h"
+
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+QMenu* makeStashMenu(RepositoryStore& store, const gitkit::Stash& stash, QWidget* parent)
+{
+    using Use = gitkit::GitRepository::StashUse;
+    auto* menu = new QMenu(parent);
+    menu->addAction(u"Apply Stash"_s, menu, [&store, stash] { store.stashApply(stash, Use::apply); });
+    menu->addAction(u"Pop Stash"_s, menu, [&store, stash] { store.stashApply(stash, Use::pop); });
+    menu->addSeparator();
+    menu->addAction(u"Drop Stash…"_s, menu, [&store, stash] { store.confirmDrop(stash); });
+    // While an action runs the store would drop another one.
+    for (QAction* entry : menu->actions())
+        entry->setEnabled(!store.activity.value());
+    return menu;
+}
+
+} // namespace plovik

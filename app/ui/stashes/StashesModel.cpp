@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/stashes/StashesModel.h"
+
+#include "app/store/ShownText.h"
+#include "app/ui/history/RelativeDate.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace plovik {
+
+namespace {
+
+/// The locale's long date with short names of months and without the day of the week.
+QString abbreviatedDateFormat(const QLocale& locale)
+{
+    static const QRegularExpression dayOfWeek(QStringLiteral("^dddd[^dMy]*|[^dMy]*dddd$"));
+    QString format = locale.dateFormat(QLocale::LongFormat);
+    return format.remove(dayOfWeek).replace(QLatin1String("MMMM"), QLatin1String("MMM"));
+}
+
+} // namespace
+
+QString shownDate(const gitkit::Stash& stash)
+{
+    const QDateTime date = QDateTime::fromSecsSinceEpoch(stash.date.time_since_epoch().count());
+    const QLocale locale;
+    return locale.toString(date.date(), abbreviatedDateFormat(locale)) + QLatin1String(", ") +
+           locale.toString(date.time(), shortTimeFormat(locale));
+}
+
+StashesModel::StashesModel(const RepositoryStore& store, QObject* parent)
+    : QAbstractListModel(parent), store_(store), rowCount_(static_cast<int>(stashes().size()))
+{}
+
+void StashesModel::rebuild()
+{
+    beginResetModel();
+    rowCount_ = static_cast<int>(stashes().size());
+    endResetModel();
+}
+
+const gitkit::Stash& StashesModel::stash(const QModelIndex& index) const
+{
+    return stashes().at(static_cast<std::size_t>(index.row()));
+}
+
+QModelIndex StashesModel::indexOf(const std::string& hash) const
+{
+    const auto found = std::ranges::find(stashes(), hash, &gitkit::Stash::hash);
+    return found == stashes().end() ? QModelIndex() : index(static_cast<int>(found - stashes().begin()));
+}
+
+int StashesModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rowCount_; }
+
+QVariant StashesModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid() || static_cast<std::size_t>(index.row()) >= stashes().size())
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::AccessibleTextRole:
+        return shownText(stash(index).message);
+    case Qt::AccessibleDescriptionRole:
+        return shownDate(stash(index));
+    case Qt::ToolTipRole:
+        return shownText(stash(index).ref);
+    default:
+        return {};
+    }
+}
+
+} // namespace plovik

@@ -1,0 +1,228 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/stashes/StashesView.h"
+
+#include "app/settings/Settings.h"
+#include "app/ui/commit/CommitDetailView.h"
+#include "app/ui/stashes/StashDelegate.h"
+#include "app/ui/stashes/StashMenu.h"
+#include "app/ui/stashes/StashesModel.h"
+#include "app/ui/stashes/Tray.h"
+#include "app/ui/widgets/BarButton.h"
+#include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/RowList.h"
+#include "app/ui/widgets/ScrollKeeper.h"
+#include "app/ui/widgets/SplitPane.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QMenu>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr double leastDetailHeight = 120;
+constexpr double leastListHeight = 90;
+
+QFrame* makeDivider(QWidget* parent)
+{
+    auto* divider = new QFrame(parent);
+    divider->setFixedHeight(1);
+    divider->setAutoFillBackground(true);
+    divider->setObjectName(u"divider"_s);
+    return divider;
+}
+
+} // namespace
+
+StashesView::StashesView(RepositoryStore& store, QWidget* parent)
+    : QStackedWidget(parent), store_(store), model_(new StashesModel(store, this)), content_(new QWidget(this)),
+      detail_(new CommitDetailView(store, gitkit::GitRepository::CommitKind::stash)), empty_(new EmptyState(this)),
+      sign_(new TraySign), stashChanges_(empty_->action(u"Stash Changes…"_s))
+{
+    empty_->setSign(sign_);
+    makeList();
+    auto* column = new QVBoxLayout(content_);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(makeHeader());
+    column->addWidget(makeDivider(content_));
+    column->addWidget(new SplitPane(settings::stashesDetailHeight, Qt::Vertical, SplitPane::Sized::second,
+                                    leastDetailHeight, leastListHeight, list_, detail_, content_),
+                      1);
+    addWidget(content_);
+    addWidget(empty_);
+    connect(stashChanges_, &QPushButton::clicked, this, [this] { store_.sheet = StashSheet{}; });
+    setFocusProxy(list_);
+    observeStore();
+    showStoreSelection();
+    updateEmptyState();
+    updateHeader();
+    applyTheme();
+}
+
+QWidget* StashesView::makeHeader()
+{
+    using Use = gitkit::GitRepository::StashUse;
+    auto* header = new QWidget(content_);
+    header->setAutoFillBackground(true);
+    header->setBackgroundRole(QPalette::Base);
+    auto* row = new QHBoxLayout(header);
+    row->setContentsMargins(16, 6, 12, 6);
+    row->setSpacing(8);
+    count_ = new QLabel(header);
+    count_->setTextFormat(Qt::PlainText);
+    row->addWidget(count_);
+    row->addStretch(1);
+    const auto add = [this, row, header](const QString& title, auto action) {
+        auto* button = new BarButton(title, header);
+        button->setProperty("compact", true);
+        connect(button, &QPushButton::clicked, this, [this, action] {
+            if (const gitkit::Stash* stash = selectedStash())
+                action(gitkit::Stash(*stash));
+        });
+        row->addWidget(button);
+        buttons_.push_back(button);
+    };
+    add(u"Apply"_s, [this](const gitkit::Stash& stash) { store_.stashApply(stash, Use::apply); });
+    add(u"Pop"_s, [this](const gitkit::Stash& stash) { store_.stashApply(stash, Use::pop); });
+    add(u"Drop…"_s, [this](const gitkit::Stash& stash) { store_.confirmDrop(stash); });
+    return header;
+}
+
+void StashesView::makeList()
+{
+    list_ = new RowList(u"Stashes"_s, content_);
+    list_->setModel(model_);
+    list_->setItemDelegate(new StashDelegate(list_));
+    list_->setContextMenuPolicy(Qt::CustomContextMenu);
+    scroll_ = new ScrollKeeper(
+        list_, [this](const QModelIndex& index) { return model_->stash(index).hash; },
+        [this](const std::string& hash) { return model_->indexOf(hash); });
+    connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &StashesView::userSelected);
+    connect(list_, &QWidget::customContextMenuRequested, this, &StashesView::showMenu);
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] {
+        showStoreSelection();
+        scroll_->restore();
+    });
+}
+
+void StashesView::observeStore()
+{
+    notifiers_.push_back(store_.stashes.addNotifier([this] {
+        model_->rebuild();
+        updateEmptyState();
+        updateHeader();
+    }));
+    notifiers_.push_back(store_.selectedStash.addNotifier([this] {
+        if (!isUpdating_)
+            showStoreSelection();
+        updateHeader();
+    }));
+    notifiers_.push_back(store_.activity.addNotifier([this] {
+        updateHeader();
+        updateEmptyState();
+    }));
+    const auto updates = [this] { updateEmptyState(); };
+    notifiers_.push_back(store_.hasLoaded.addNotifier(updates));
+    notifiers_.push_back(store_.readProblem.addNotifier(updates));
+    notifiers_.push_back(store_.status.addNotifier(updates));
+}
+
+const gitkit::Stash* StashesView::selectedStash() const
+{
+    const auto& stashes = store_.stashes.value();
+    const auto found = std::ranges::find_if(
+        stashes, [selected = store_.selectedStash.value()](const auto& stash) { return stash.hash == selected; });
+    return found == stashes.end() ? nullptr : &*found;
+}
+
+void StashesView::updateHeader()
+{
+    const auto count = static_cast<qlonglong>(store_.stashes.value().size());
+    count_->setText(count == 1 ? u"1 stash"_s : u"%1 stashes"_s.arg(count));
+    for (QPushButton* button : buttons_)
+        button->setEnabled(selectedStash() && !store_.activity.value());
+}
+
+void StashesView::updateEmptyState()
+{
+    if (!store_.stashes.value().empty()) {
+        setCurrentWidget(content_);
+        return;
+    }
+    stashChanges_->setVisible(false);
+    sign_->setVisible(false);
+    if (!store_.readProblem.value().isEmpty()) {
+        empty_->setText(u"The Stashes Could Not Be Read"_s, u"Git's own words stand above. Stashed changes are listed "
+                                                            u"here as soon as they can be read again."_s);
+    } else if (!store_.hasLoaded.value()) {
+        empty_->setText({}, {});
+    } else {
+        empty_->setText(u"No Stashes"_s, u"Stashed changes are listed here."_s);
+        sign_->setVisible(true);
+        stashChanges_->setVisible(true);
+        stashChanges_->setEnabled(!store_.status.value().files.empty() && !store_.activity.value());
+    }
+    setCurrentWidget(empty_);
+}
+
+void StashesView::userSelected()
+{
+    const QModelIndexList selected = list_->selectionModel()->selectedIndexes();
+    if (isUpdating_ || selected.isEmpty())
+        return;
+    const QScopedValueRollback updating(isUpdating_, true);
+    store_.selectedStash = model_->stash(selected.front()).hash;
+}
+
+void StashesView::showStoreSelection()
+{
+    const std::optional<std::string>& hash = store_.selectedStash.value();
+    const QScopedValueRollback updating(isUpdating_, true);
+    list_->selectionModel()->setCurrentIndex(hash ? model_->indexOf(*hash) : QModelIndex(),
+                                             QItemSelectionModel::ClearAndSelect);
+}
+
+void StashesView::showMenu(const QPoint& place)
+{
+    const QModelIndex index = list_->indexAt(place);
+    if (!index.isValid())
+        return;
+    QMenu* menu = makeStashMenu(store_, model_->stash(index), this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(list_->viewport()->mapToGlobal(place));
+}
+
+void StashesView::changeEvent(QEvent* event)
+{
+    QStackedWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void StashesView::applyTheme()
+{
+    const Theme& theme = Theme::current();
+    QPalette quiet;
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, theme.secondaryText);
+    count_->setPalette(quiet);
+    count_->setFont(Theme::font(-0.75));
+    QPalette line;
+    line.setColor(QPalette::Window, theme.separator);
+    if (auto* divider = content_->findChild<QFrame*>(u"divider"_s))
+        divider->setPalette(line);
+}
+
+} // namespace plovik

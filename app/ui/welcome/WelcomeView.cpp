@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/welcome/WelcomeView.h"
+
+#include "app/platform/FileUri.h"
+#include "app/settings/RecentRepositories.h"
+#include "app/ui/settings/SettingsSymbols.h"
+#include "app/ui/welcome/RecentRowDelegate.h"
+
+#include <QAction>
+#include <QDir>
+#include <QDropEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMimeData>
+#include <QPainter>
+#include <QPushButton>
+#include <QShortcut>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr QSize sizeWithRecents(460, 560);
+constexpr QSize sizeAlone(460, 270);
+constexpr int signSize = 80;
+
+class ApplicationSign : public QWidget {
+public:
+    explicit ApplicationSign(QWidget* parent) : QWidget(parent) { setFixedSize(signSize, signSize); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter painter(this);
+        paintApplicationSign(painter, rect());
+    }
+};
+
+QLabel* centredLabel(const QString& text, QWidget* parent)
+{
+    auto* const label = new QLabel(text, parent);
+    label->setAlignment(Qt::AlignHCenter);
+    label->setWordWrap(true);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+QFont scaled(QFont font, double factor, QFont::Weight weight)
+{
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * factor);
+    else
+        font.setPixelSize(qRound(font.pixelSize() * factor));
+    font.setWeight(weight);
+    return font;
+}
+
+QString shown(const std::filesystem::path& path)
+{
+    const std::string& bytes = path.native();
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+/// A path with "~" for the user's own folder.
+QString shortened(const std::filesystem::path& path)
+{
+    QString whole = shown(path);
+    const QString home = QDir::homePath();
+    if (home.size() > 1 && (whole == home || whole.startsWith(home + u'/')))
+        return u'~' + whole.mid(home.size());
+    return whole;
+}
+
+QString nameOf(const std::filesystem::path& root)
+{
+    return root.filename().empty() ? shown(root) : shown(root.filename());
+}
+
+std::vector<std::filesystem::path> folders(const QMimeData& dropped)
+{
+    std::vector<std::filesystem::path> found;
+    for (const QUrl& url : dropped.urls()) {
+        const auto path = pathOfFileUri(url.toEncoded().toStdString());
+        std::error_code unreadable;
+        if (path && std::filesystem::is_directory(*path, unreadable))
+            found.push_back(*path);
+    }
+    return found;
+}
+
+} // namespace
+
+WelcomeView::WelcomeView(std::function<void(std::filesystem::path)> open, std::function<void()> browse, QWidget* parent)
+    : QWidget(parent), open_(std::move(open)), browse_(new QPushButton(u"Open Repository…"_s, this)),
+      recentPart_(new QWidget(this)), recentList_(new QListWidget(recentPart_))
+{
+    setAcceptDrops(true);
+    auto* const title = centredLabel(u"Plovik"_s, this);
+    title->setFont(scaled(font(), 2.2, QFont::Bold));
+    auto* const hint = centredLabel(u"Open a repository, or run `plovik` inside one from the terminal."_s, this);
+    hint->setForegroundRole(QPalette::PlaceholderText);
+
+    browse_->setAccessibleName(browse_->text());
+    browse_->setProperty("primary", true);
+    browse_->setAutoDefault(true); // Return presses it
+    connect(browse_, &QPushButton::clicked, this, [browse = std::move(browse)] { browse(); });
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this), &QShortcut::activated, this, &QWidget::close);
+    makeList();
+
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 32, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(new ApplicationSign(this), 0, Qt::AlignHCenter);
+    column->addSpacing(12);
+    column->addWidget(title);
+    column->addSpacing(4);
+    column->addWidget(hint);
+    column->addSpacing(18);
+    column->addWidget(browse_, 0, Qt::AlignHCenter);
+    column->addSpacing(28);
+    column->addWidget(recentPart_, 1);
+    column->addStretch(0);
+}
+
+void WelcomeView::makeList()
+{
+    recentPart_->setAutoFillBackground(true);
+    recentPart_->setBackgroundRole(QPalette::Base);
+    auto* const line = new QWidget(recentPart_);
+    line->setFixedHeight(1);
+    line->setAutoFillBackground(true);
+    line->setBackgroundRole(QPalette::Dark);
+    auto* const title = new QLabel(u"Recent"_s, recentPart_);
+    title->setFont(scaled(font(), 1, QFont::DemiBold));
+    title->setForegroundRole(QPalette::PlaceholderText);
+    title->setContentsMargins(26, 14, 26, 6);
+
+    recentList_->setAccessibleName(u"Recent"_s);
+    recentList_->setFrameShape(QFrame::NoFrame);
+    recentList_->setUniformItemSizes(true);
+    recentList_->setVerticalScrollMode(QListView::ScrollPerPixel);
+    recentList_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    recentList_->setItemDelegate(new RecentRowDelegate(recentList_));
+    recentList_->setMouseTracking(true);
+    connect(recentList_, &QListWidget::itemClicked, this,
+            [this](QListWidgetItem* item) { openRow(recentList_->row(item)); });
+    connect(recentList_, &QListWidget::itemActivated, this,
+            [this](QListWidgetItem* item) { openRow(recentList_->row(item)); });
+    // A row is current as soon as a mouse button goes down on it.
+    const auto addCommand = [this](const QString& name, const QKeySequence& key, void (WelcomeView::*command)(int)) {
+        auto* const action = new QAction(name, recentList_);
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, [this, command] { (this->*command)(recentList_->currentRow()); });
+        recentList_->addAction(action);
+    };
+    recentList_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    addCommand(u"Open"_s, {}, &WelcomeView::openRow);
+    addCommand(u"Remove from Recent"_s, Qt::Key_Delete, &WelcomeView::removeRow);
+
+    auto* const column = new QVBoxLayout(recentPart_);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(line);
+    column->addWidget(title);
+    auto* const sides = new QHBoxLayout;
+    sides->setContentsMargins(16, 0, 16, 8);
+    sides->addWidget(recentList_);
+    column->addLayout(sides, 1);
+}
+
+void WelcomeView::showEvent(QShowEvent* event)
+{
+    if (!event->spontaneous()) {
+        reloadRecents();
+        recentList_->setCurrentRow(0);
+        (recents_.empty() ? static_cast<QWidget*>(browse_) : recentList_)->setFocus();
+    }
+    QWidget::showEvent(event);
+}
+
+void WelcomeView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!folders(*event->mimeData()).empty())
+        event->acceptProposedAction();
+}
+
+void WelcomeView::dropEvent(QDropEvent* event)
+{
+    event->acceptProposedAction();
+    for (const std::filesystem::path& folder : folders(*event->mimeData()))
+        open_(folder);
+}
+
+void WelcomeView::reloadRecents()
+{
+    recents_ = recentRepositories::all();
+    recentList_->clear();
+    for (const std::filesystem::path& root : recents_) {
+        auto* const item = new QListWidgetItem(nameOf(root), recentList_);
+        const QString place = shortened(root.parent_path());
+        item->setData(RecentRowDelegate::placeRole, place);
+        item->setData(Qt::AccessibleTextRole, nameOf(root) + u", "_s + place);
+        item->setToolTip(shown(root));
+    }
+    recentPart_->setVisible(!recents_.empty());
+    setFixedSize(recents_.empty() ? sizeAlone : sizeWithRecents);
+}
+
+void WelcomeView::openRow(int row)
+{
+    // Opening closes this window and may reload the list; the path is copied first. A click and its activation are one.
+    if (!isVisible() || row < 0 || static_cast<std::size_t>(row) >= recents_.size())
+        return;
+    const std::filesystem::path root = recents_[static_cast<std::size_t>(row)];
+    open_(root);
+}
+
+void WelcomeView::removeRow(int row)
+{
+    if (row < 0 || static_cast<std::size_t>(row) >= recents_.size())
+        return;
+    recentRepositories::remove(recents_[static_cast<std::size_t>(row)]);
+    reloadRecents();
+    recentList_->setCurrentRow(std::min(row, recentList_->count() - 1));
+    if (recents_.empty())
+        browse_->setFocus();
+}
+
+} // namespace plovik

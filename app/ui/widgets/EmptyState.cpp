@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/widgets/EmptyState.h"
+
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace plovik {
+
+EmptyState::EmptyState(QWidget* parent) : QWidget(parent), title_(new QLabel(this)), description_(new QLabel(this))
+{
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Base);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(24, 24, 24, 24);
+    column->setSpacing(6);
+    column->addStretch(2);
+    for (QLabel* label : {title_, description_}) {
+        label->setAlignment(Qt::AlignHCenter);
+        label->setWordWrap(true);
+        label->setTextFormat(Qt::PlainText);
+        column->addWidget(label);
+    }
+    column->addStretch(3);
+    applyTheme();
+}
+
+void EmptyState::setText(const QString& title, const QString& description)
+{
+    title_->setText(title);
+    description_->setText(description);
+    description_->setVisible(!description.isEmpty());
+}
+
+void EmptyState::setSign(QWidget* sign)
+{
+    static_cast<QVBoxLayout*>(layout())->insertWidget(1, sign, 0, Qt::AlignHCenter);
+}
+
+QPushButton* EmptyState::action(const QString& title)
+{
+    if (!action_) {
+        action_ = new QPushButton(this);
+        auto* column = static_cast<QVBoxLayout*>(layout());
+        column->insertSpacing(column->count() - 1, 8);
+        column->insertWidget(column->count() - 1, action_, 0, Qt::AlignHCenter);
+    }
+    action_->setText(title);
+    return action_;
+}
+
+void EmptyState::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
+        applyTheme();
+}
+
+void EmptyState::applyTheme()
+{
+    title_->setFont(Theme::font(3, QFont::DemiBold));
+    description_->setFont(Theme::font());
+    QPalette quiet;
+    // On a background of lists a label takes the lists' text colour.
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, Theme::current().secondaryText);
+    description_->setPalette(quiet);
+}
+
+} // namespace plovik

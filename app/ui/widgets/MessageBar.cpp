@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/widgets/MessageBar.h"
+
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+
+namespace plovik {
+
+namespace {
+
+/// A hook or a broken file can make git talk for pages; the bar must leave room for the window.
+constexpr qsizetype longestText = 1200;
+
+} // namespace
+
+MessageBar::MessageBar(const QString& name, Dismissal dismissal, QWidget* parent)
+    : QWidget(parent), label_(new QLabel(this))
+{
+    label_->setAccessibleName(name);
+    label_->setWordWrap(true);
+    label_->setTextFormat(Qt::PlainText);
+    label_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(12, 6, 8, 7);
+    row->addWidget(label_, 1);
+    if (dismissal == Dismissal::byUser) {
+        auto* dismiss = new QPushButton(QStringLiteral("Dismiss"), this);
+        dismiss->setProperty("compact", true);
+        connect(dismiss, &QPushButton::clicked, this, [this] { setText(QString()); });
+        row->addWidget(dismiss, 0, Qt::AlignTop);
+    }
+    applyTheme();
+    hide();
+}
+
+void MessageBar::setText(const QString& text)
+{
+    QString shown = text.trimmed();
+    if (shown.size() > longestText)
+        shown = shown.left(longestText) + QChar(u'…');
+    label_->setText(shown);
+    label_->setAccessibleDescription(shown);
+    setVisible(!shown.isEmpty());
+}
+
+void MessageBar::paintEvent(QPaintEvent* event)
+{
+    Q_UNUSED(event)
+    const Theme& theme = Theme::current();
+    QPainter painter(this);
+    painter.fillRect(rect(), theme.warning);
+    painter.fillRect(QRect(0, height() - 1, width(), 1), theme.separator);
+}
+
+void MessageBar::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+void MessageBar::applyTheme()
+{
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, Theme::current().warningText);
+    label_->setPalette(palette);
+}
+
+} // namespace plovik

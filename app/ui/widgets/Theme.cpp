@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/widgets/Theme.h"
+
+#include "app/ui/widgets/Style.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QPalette>
+
+namespace plovik {
+
+namespace {
+
+const Theme* inForce = nullptr;
+
+Theme makeLight()
+{
+    Theme theme;
+    theme.content = 0xFFFFFF;
+    theme.sidebar = 0xF4F5F7;
+    theme.bars = 0xFAFBFC;
+    theme.separator = 0xE2E5E9;
+    theme.text = 0x1F2328;
+    theme.secondaryText = 0x5E6772;
+    theme.selection = 0xDFEAFC;
+    theme.accent = 0x2F6FD6;
+    theme.onAccent = 0xFFFFFF;
+    theme.destructive = 0xC93434;
+    theme.badge = 0xE6E9ED;
+    theme.badgeText = 0x565F69;
+    theme.control = 0xFFFFFF;
+    theme.controlBorder = 0xDDE1E6;
+    theme.controlHover = 0xF4F6F8;
+    theme.controlPressed = 0xE8EBEF;
+    theme.disabledText = 0x9AA2AB;
+    theme.field = 0xFFFFFF;
+    theme.indicatorBorder = 0x868E98;
+    theme.addedLine = 0xE7F6EC;
+    theme.addedWords = 0xB4E6C3;
+    theme.removedLine = 0xFDEEEE;
+    theme.removedWords = 0xF6C6C6;
+    theme.found = 0xFFECA3;
+    theme.foundCurrent = 0xFFD470;
+    theme.foundBorder = 0xB9770E;
+    theme.checker = 0xEDEFF2;
+    theme.syntaxKeyword = 0x7A2E8E;
+    theme.syntaxType = 0x0F5470;
+    theme.syntaxString = 0x1F5A2B;
+    theme.syntaxNumber = 0x8A3B00;
+    theme.syntaxComment = 0x505A65;
+    theme.syntaxPreprocessor = 0x86285A;
+    theme.syntaxFunction = 0x2450A8;
+    theme.syntaxName = 0x6B4400;
+    theme.hunkHeader = 0xF1F5FB;
+    theme.hunkHeaderText = 0x536B8A;
+    theme.gutter = 0xF7F8FA;
+    theme.gutterText = 0x606973;
+    theme.tagBadge = 0xFFF4CF;
+    theme.tagBadgeText = 0x7A5A00;
+    theme.blameNew = 0xFBE3BF;
+    theme.blameOld = 0xF7F8FA;
+    theme.blameText = 0x5A5F66;
+    theme.blameLine = 0xE3DFD8;
+    theme.statusAdded = 0x136A2C;
+    theme.statusModified = 0x7E5200;
+    theme.statusDeleted = 0xAE2A27;
+    theme.statusRenamed = 0x2357B0;
+    theme.statusConflicted = 0x8239B0;
+    theme.statusUntracked = 0x59626C;
+    theme.warning = 0xFFF8E1;
+    theme.warningText = 0x6B4E00;
+    theme.lanes = {0x2F6FD6, 0x9A52C7, 0x2B9A4A, 0xE07B1A, 0xD9447F, 0x2493A5, 0xCF3B3B, 0x5B59C9};
+    return theme;
+}
+
+Theme makeDark()
+{
+    Theme theme;
+    theme.content = 0x1D1F23;
+    theme.sidebar = 0x17181B;
+    theme.bars = 0x1A1C1F;
+    theme.separator = 0x2E3137;
+    theme.text = 0xDFE2E7;
+    theme.secondaryText = 0x9AA2AD;
+    theme.selection = 0x28364D;
+    theme.accent = 0x5A9CF5;
+    theme.onAccent = 0x10151D;
+    theme.destructive = 0xF07F7F;
+    theme.badge = 0x2A2D32;
+    theme.badgeText = 0xA3ABB6;
+    theme.control = 0x1D1F23;
+    theme.controlBorder = 0x34383F;
+    theme.controlHover = 0x25282D;
+    theme.controlPressed = 0x2D3137;
+    theme.disabledText = 0x626973;
+    theme.field = 0x15161A;
+    theme.indicatorBorder = 0x767D88;
+    theme.addedLine = 0x1B3326;
+    theme.addedWords = 0x1E5437;
+    theme.removedLine = 0x3C2326;
+    theme.removedWords = 0x7C3439;
+    theme.found = 0x443A16;
+    theme.foundCurrent = 0x5C4400;
+    theme.foundBorder = 0xE8B64A;
+    theme.checker = 0x2A2D32;
+    theme.syntaxKeyword = 0xDDAEF5;
+    theme.syntaxType = 0x8FD3E3;
+    theme.syntaxString = 0xAEDB9E;
+    theme.syntaxNumber = 0xF2BF88;
+    theme.syntaxComment = 0xB4BCC6;
+    theme.syntaxPreprocessor = 0xF0AECF;
+    theme.syntaxFunction = 0xA6C8FA;
+    theme.syntaxName = 0xE3CE92;
+    theme.hunkHeader = 0x20262F;
+    theme.hunkHeaderText = 0x8FA6C4;
+    theme.gutter = 0x191B1F;
+    theme.gutterText = 0x949CA7;
+    theme.tagBadge = 0x4A3D16;
+    theme.tagBadgeText = 0xF0D58A;
+    theme.blameNew = 0x54401D;
+    theme.blameOld = 0x191B1F;
+    theme.blameText = 0xB0B3B8;
+    theme.blameLine = 0x3A3733;
+    theme.statusAdded = 0x5CCB7C;
+    theme.statusModified = 0xE3B04B;
+    theme.statusDeleted = 0xF79292;
+    theme.statusRenamed = 0x86B6F8;
+    theme.statusConflicted = 0xCD9BEF;
+    theme.statusUntracked = 0xA9B1BB;
+    theme.warning = 0x352E18;
+    theme.warningText = 0xF0D58A;
+    theme.lanes = {0x5A9CF5, 0xC084EB, 0x4FC471, 0xF2A04D, 0xF27BAB, 0x58BFD0, 0xF07F7F, 0x8F8DF2};
+    theme.isDark = true;
+    return theme;
+}
+
+QPalette paletteOf(const Theme& theme)
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, theme.bars);
+    palette.setColor(QPalette::WindowText, theme.text);
+    palette.setColor(QPalette::Base, theme.content);
+    palette.setColor(QPalette::AlternateBase, theme.bars);
+    palette.setColor(QPalette::Text, theme.text);
+    palette.setColor(QPalette::PlaceholderText, theme.secondaryText);
+    palette.setColor(QPalette::Button, theme.control);
+    palette.setColor(QPalette::ButtonText, theme.text);
+    palette.setColor(QPalette::BrightText, theme.statusDeleted);
+    palette.setColor(QPalette::Highlight, theme.selection);
+    palette.setColor(QPalette::HighlightedText, theme.text);
+    palette.setColor(QPalette::Link, theme.accent);
+    palette.setColor(QPalette::LinkVisited, theme.accent);
+    palette.setColor(QPalette::ToolTipBase, theme.isDark ? theme.badge : theme.content);
+    palette.setColor(QPalette::ToolTipText, theme.text);
+    palette.setColor(QPalette::Light, theme.controlHover);
+    palette.setColor(QPalette::Midlight, theme.controlHover);
+    palette.setColor(QPalette::Mid, theme.controlBorder);
+    palette.setColor(QPalette::Dark, theme.separator);
+    palette.setColor(QPalette::Shadow, theme.isDark ? QColor(Qt::black) : theme.controlBorder);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText})
+        palette.setColor(QPalette::Disabled, role, theme.disabledText);
+    return palette;
+}
+
+QFont sized(QFont font, double pointsMore)
+{
+    // A desktop may give its font in pixels; then it has no size in points.
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(std::max(1.0, font.pointSizeF() + pointsMore));
+    else
+        font.setPixelSize(std::max(1, font.pixelSize() + qRound(pointsMore * 4 / 3)));
+    return font;
+}
+
+} // namespace
+
+QColor Theme::chip(const QColor& letter) const
+{
+    // Letters on white are dark for the sake of contrast; tints of such dark colours would all look grey.
+    const QColor hue = isDark ? letter : QColor::fromHsv(letter.hsvHue(), letter.hsvSaturation(), 210);
+    // Mixed, not translucent: the letter's contrast then is the same on every row.
+    const float share = 0.2F;
+    const auto mix = [share](float over, float under) { return over * share + under * (1 - share); };
+    return QColor::fromRgbF(mix(hue.redF(), content.redF()), mix(hue.greenF(), content.greenF()),
+                            mix(hue.blueF(), content.blueF()));
+}
+
+const Theme& Theme::light()
+{
+    static const Theme theme = makeLight();
+    return theme;
+}
+
+const Theme& Theme::dark()
+{
+    static const Theme theme = makeDark();
+    return theme;
+}
+
+const Theme& Theme::current() { return inForce ? *inForce : light(); }
+
+void Theme::apply(const Theme& theme, QApplication& application)
+{
+    const bool isFirst = inForce == nullptr;
+    inForce = theme.isDark ? &dark() : &light();
+    if (isFirst)
+        application.setStyle(new Style);
+    application.setPalette(paletteOf(*inForce));
+}
+
+QFont Theme::font(double pointsMore, QFont::Weight weight)
+{
+    QFont font = sized(QApplication::font(), pointsMore);
+    font.setWeight(weight);
+    return font;
+}
+
+QFont Theme::fixedFont(double pointsMore)
+{
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    const QFont ordinary = QApplication::font();
+    if (ordinary.pointSizeF() > 0)
+        fixed.setPointSizeF(ordinary.pointSizeF());
+    return sized(fixed, pointsMore);
+}
+
+} // namespace plovik

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/window/ActivityView.h"
+
+#include "app/ui/history/RowText.h"
+#include "app/ui/widgets/BarButton.h"
+#include "app/ui/widgets/Spinner.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QTimerEvent>
+#include <QToolTip>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto moment = 2s;
+
+} // namespace
+
+QString shownDuration(std::chrono::seconds duration)
+{
+    const auto count = static_cast<qint64>(std::max(duration, 0s).count());
+    const auto two = [](qint64 number) { return u"%1"_s.arg(number, 2, 10, QLatin1Char('0')); };
+    if (count < 3600)
+        return u"%1:%2"_s.arg(count / 60).arg(two(count % 60));
+    return u"%1:%2:%3"_s.arg(count / 3600).arg(two(count / 60 % 60), two(count % 60));
+}
+
+ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
+
+void ElidedLabel::reserve(int width)
+{
+    reserved_ = width;
+    updateGeometry();
+}
+
+QSize ElidedLabel::sizeHint() const { return QLabel::sizeHint().expandedTo({reserved_, 0}); }
+
+QSize ElidedLabel::minimumSizeHint() const { return {0, QLabel::minimumSizeHint().height()}; }
+
+void ElidedLabel::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine, shown);
+}
+
+bool ElidedLabel::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QLabel::event(event);
+    if (fontMetrics().horizontalAdvance(text()) > width())
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(text()), this);
+    return true;
+}
+
+ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
+    : QWidget(parent), store_(store), clock_(std::move(clock)), spinner_(new Spinner(this)),
+      activity_(new ElidedLabel(this)), elapsed_(new QLabel(this)), progress_(new ElidedLabel(this)),
+      cancel_(new BarButton(u"Cancel"_s, this))
+{
+    activity_->setAccessibleName(u"Activity"_s);
+    elapsed_->setAccessibleName(u"Elapsed Time"_s);
+    elapsed_->setTextFormat(Qt::PlainText);
+    progress_->setAccessibleName(u"Progress"_s);
+    cancel_->setToolTip(u"Cancel (Ctrl+.)"_s);
+    connect(cancel_, &BarButton::clicked, this, [this] { store_.cancelActivity(); });
+
+    auto* const first = new QHBoxLayout;
+    first->setSpacing(6);
+    first->addStretch(1);
+    first->addWidget(spinner_);
+    first->addWidget(activity_);
+    first->addWidget(elapsed_);
+    auto* const lines = new QVBoxLayout;
+    lines->setSpacing(1);
+    lines->addStretch(1);
+    lines->addLayout(first);
+    lines->addWidget(progress_, 0, Qt::AlignRight);
+    lines->addStretch(1);
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(10);
+    row->addLayout(lines, 1);
+    row->addWidget(cancel_);
+
+    notifiers_.push_back(store.activity.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.lookup.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.isCancelling.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.progress.addNotifier([this] { progressChanged(); }));
+    applyTheme();
+    activityChanged();
+    progressChanged();
+}
+
+void ActivityView::activityChanged()
+{
+    const std::optional<QString>& activity = store_.activity.value();
+    QString text = activity.value_or(store_.lookup.value().value_or(QString()));
+    if (activity && store_.isCancelling.value())
+        text = u"Cancelling…"_s;
+    activity_->setText(text);
+    activity_->setAccessibleDescription(text);
+    spinner_->setVisible(!text.isEmpty());
+    cancel_->setVisible(activity.has_value());
+    cancel_->setEnabled(!store_.isCancelling.value());
+    if (isRunning_ == activity.has_value())
+        return;
+    isRunning_ = activity.has_value();
+    began_ = clock_();
+    // Its place is kept from the beginning, so that nothing moves when the time appears.
+    elapsed_->setVisible(isRunning_);
+    showElapsed();
+    if (isRunning_)
+        timer_.start(1000, this);
+    else
+        timer_.stop();
+}
+
+void ActivityView::showElapsed()
+{
+    const auto elapsed = clock_() - began_;
+    elapsed_->setText(isRunning_ && elapsed >= moment ? shownDuration(std::chrono::floor<std::chrono::seconds>(elapsed))
+                                                      : QString());
+}
+
+void ActivityView::progressChanged()
+{
+    const QString& line = store_.progress.value();
+    // Numbers that change their length must not move the text: its room only grows.
+    progress_->setText(line);
+    progress_->reserve(line.isEmpty() ? 0 : progress_->sizeHint().width());
+    progress_->setVisible(!line.isEmpty());
+}
+
+/// Git's words take what room is left, and claim none.
+QSize ActivityView::sizeHint() const
+{
+    QSize size = QWidget::sizeHint();
+    const int beside = cancel_->isHidden() ? 0 : cancel_->sizeHint().width() + layout()->spacing();
+    const int time = elapsed_->isHidden() ? 0 : elapsed_->sizeHint().expandedTo(elapsed_->minimumSize()).width() + 6;
+    size.setWidth(spinner_->width() + 6 + activity_->sizeHint().width() + time + beside);
+    return size;
+}
+
+void ActivityView::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() == timer_.timerId())
+        showElapsed();
+}
+
+void ActivityView::applyTheme()
+{
+    QPalette quiet;
+    quiet.setColor(QPalette::WindowText, Theme::current().secondaryText);
+    for (QLabel* label : {static_cast<QLabel*>(activity_), elapsed_, static_cast<QLabel*>(progress_)})
+        label->setPalette(quiet);
+    progress_->setFont(Theme::font(-1.5));
+    elapsed_->setMinimumWidth(elapsed_->fontMetrics().horizontalAdvance(u"00:00"_s));
+}
+
+void ActivityView::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyTheme();
+}
+
+} // namespace plovik

@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/window/RepositoryView.h"
+
+#include "app/ui/commit/CommitDetailView.h"
+#include "app/ui/dialogs/StoreDialogs.h"
+#include "app/ui/history/HistoryView.h"
+#include "app/ui/inspector/InspectorView.h"
+#include "app/ui/log/CommandLogPanel.h"
+#include "app/ui/sidebar/SidebarView.h"
+#include "app/ui/stashes/StashesView.h"
+#include "app/ui/widgets/MessageBar.h"
+#include "app/ui/widgets/SplitPane.h"
+#include "app/ui/window/OperationBar.h"
+#include "app/ui/window/Toolbar.h"
+#include "app/ui/workingcopy/WorkingCopyView.h"
+
+#include <QApplication>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+/// What the sidebar has until the user chooses: the settings know no width of their own for it.
+constexpr Setting<double> sidebarWidth{settings::sidebarWidth.key, 216};
+constexpr double sidebarMinWidth = 160;
+constexpr double detailMinWidth = 320;
+constexpr double inspectorMinWidth = 300;
+constexpr double besideInspectorMinWidth = 300;
+constexpr double logMinHeight = 130;
+constexpr double aboveLogMinHeight = 220;
+
+} // namespace
+
+RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), toolbar_(new Toolbar(store, this)),
+      problem_(new MessageBar(u"Problem"_s, MessageBar::Dismissal::never, this)),
+      notice_(new MessageBar(u"Notice"_s, MessageBar::Dismissal::byUser, this)), sidebar_(new SidebarView(store)),
+      detail_(new QStackedWidget), inspectorPlace_(new QWidget), logPlace_(new QWidget),
+      detailSplit_(new SplitPane(settings::inspectorWidth, Qt::Horizontal, SplitPane::Sized::second, inspectorMinWidth,
+                                 besideInspectorMinWidth, detail_, inspectorPlace_))
+{
+    detailSplit_->setSizedVisible(false);
+    auto* beside = new QWidget;
+    auto* content = new QVBoxLayout(beside);
+    content->setContentsMargins(0, 0, 0, 0);
+    content->setSpacing(0);
+    content->addWidget(new OperationBar(store, beside));
+    content->addWidget(detailSplit_, 1);
+    auto* split = new SplitPane(sidebarWidth, Qt::Horizontal, SplitPane::Sized::first, sidebarMinWidth, detailMinWidth,
+                                sidebar_, beside, this);
+    windowSplit_ = new SplitPane(settings::commandLogHeight, Qt::Vertical, SplitPane::Sized::second, logMinHeight,
+                                 aboveLogMinHeight, split, logPlace_, this);
+    windowSplit_->setSizedVisible(false);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(toolbar_);
+    column->addWidget(problem_);
+    column->addWidget(notice_);
+    column->addWidget(windowSplit_, 1);
+    setFocusProxy(sidebar_);
+
+    connectToolbar();
+    new StoreDialogs(store, this);
+
+    const auto showProblem = [this] { problem_->setText(store_.readProblem.value()); };
+    notifiers_.push_back(store.readProblem.addNotifier(showProblem));
+    notifiers_.push_back(store.notice.addNotifier([this] { showNotice(store_.notice.value()); }));
+    notifiers_.push_back(store.selection.addNotifier([this] { showSelection(); }));
+    notifiers_.push_back(store.inspected.addNotifier([this] { showInspector(); }));
+    notifiers_.push_back(store.showsCommandLog.addNotifier([this] { showCommandLog(); }));
+    showProblem();
+    showSelection();
+    showInspector();
+    showCommandLog();
+}
+
+void RepositoryView::connectToolbar()
+{
+    connect(toolbar_, &Toolbar::fetchRequested, this, [this] { store_.fetch(); });
+    connect(toolbar_, &Toolbar::pullRequested, this, [this] { store_.pull(); });
+    connect(toolbar_, &Toolbar::pushRequested, this, [this] { store_.push(); });
+    connect(toolbar_, &Toolbar::branchRequested, this, [this] { store_.sheet = NewBranchSheet{}; });
+    connect(toolbar_, &Toolbar::stashRequested, this, [this] { store_.sheet = StashSheet{}; });
+}
+
+void RepositoryView::setEditorTitle(std::function<QString()> title)
+{
+    editorTitle_ = std::move(title);
+    nameEditor();
+}
+
+void RepositoryView::nameEditor()
+{
+    if (!editorTitle_)
+        return;
+    if (workingCopy_)
+        workingCopy_->setEditorTitle(editorTitle_);
+    if (history_)
+        history_->detail()->setEditorTitle(editorTitle_);
+    if (stashes_)
+        stashes_->detail()->setEditorTitle(editorTitle_);
+}
+
+void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice); }
+
+void RepositoryView::showSelection()
+{
+    QWidget* view = detailFor(store_.selection.value());
+    if (detail_->indexOf(view) < 0) {
+        detail_->addWidget(view);
+        nameEditor();
+    }
+    // The keyboard goes along with the view it was in; in the sidebar it stays there.
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool takesFocus = !focus || detail_->isAncestorOf(focus);
+    detail_->setCurrentWidget(view);
+    if (takesFocus)
+        view->setFocus(Qt::OtherFocusReason);
+}
+
+void RepositoryView::showInspector()
+{
+    if (!store_.inspected.value()) {
+        hideInspector();
+        return;
+    }
+    if (!inspector_) {
+        inspector_ = new InspectorView(store_);
+        auto* const layout = new QVBoxLayout(inspectorPlace_);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(inspector_);
+    }
+    detailSplit_->setSizedVisible(true);
+    QWidget* const focus = QApplication::focusWidget();
+    if (focus && inspector_->isAncestorOf(focus))
+        return;
+    focusBeforeInspector_ = focus;
+    inspector_->focusContent();
+}
+
+void RepositoryView::hideInspector()
+{
+    if (!inspector_ || inspectorPlace_->isHidden())
+        return;
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool givesFocus = !focus || inspector_->isAncestorOf(focus);
+    QWidget* const before = focusBeforeInspector_;
+    // First the focus, then the view: Qt would hand it on to whatever comes next.
+    if (givesFocus && before && before->isVisible())
+        before->setFocus(Qt::OtherFocusReason);
+    else if (givesFocus && detail_->currentWidget())
+        detail_->currentWidget()->setFocus(Qt::OtherFocusReason);
+    detailSplit_->setSizedVisible(false);
+}
+
+void RepositoryView::showCommandLog()
+{
+    const bool shows = store_.showsCommandLog.value();
+    if (shows == !logPlace_->isHidden())
+        return;
+    QWidget* const focus = QApplication::focusWidget();
+    if (shows) {
+        if (!log_) {
+            log_ = new CommandLogPanel(store_);
+            auto* const layout = new QVBoxLayout(logPlace_);
+            layout->setContentsMargins(0, 0, 0, 0);
+            layout->addWidget(log_);
+        }
+        focusBeforeLog_ = focus;
+        windowSplit_->setSizedVisible(true);
+        log_->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    // First the focus, then the view, as with the inspector.
+    if (!focus || log_->isAncestorOf(focus)) {
+        const bool canReturn = focusBeforeLog_ && focusBeforeLog_->isVisible();
+        if (QWidget* const next = canReturn ? focusBeforeLog_.data() : detail_->currentWidget())
+            next->setFocus(Qt::OtherFocusReason);
+    }
+    windowSplit_->setSizedVisible(false);
+}
+
+QWidget* RepositoryView::detailFor(const SidebarItem& item)
+{
+    switch (item.kind) {
+    case SidebarItem::Kind::workingCopy:
+        return workingCopy_ = workingCopy_ ? workingCopy_ : new WorkingCopyView(store_, detail_);
+    case SidebarItem::Kind::stashes:
+        return stashes_ = stashes_ ? stashes_ : new StashesView(store_, detail_);
+    case SidebarItem::Kind::ref:
+    case SidebarItem::Kind::history:
+        break;
+    }
+    return history_ = history_ ? history_ : new HistoryView(store_, detail_);
+}
+
+} // namespace plovik

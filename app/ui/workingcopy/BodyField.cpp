@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/workingcopy/BodyField.h"
+
+#include "app/ui/widgets/Theme.h"
+
+#include <QPainter>
+#include <QStyleOptionFrame>
+#include <QTextBlock>
+#include <QTextLayout>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr int guideColumn = 72;
+constexpr int fewestLines = 5;
+constexpr int mostLines = 12;
+
+/// Where a block passes the guide's column, in the block's own coordinates; a null line when it does not.
+QLineF guideIn(const QTextBlock& block)
+{
+    if (block.length() - 1 <= guideColumn)
+        return {};
+    const QTextLine line = block.layout()->lineForTextPosition(guideColumn);
+    if (!line.isValid())
+        return {};
+    const double x = line.cursorToX(guideColumn);
+    return {x, line.y(), x, line.y() + line.height() - 1};
+}
+
+} // namespace
+
+BodyField::BodyField(QWidget* parent) : QPlainTextEdit(parent)
+{
+    setAccessibleName(u"Commit Body"_s);
+    setPlaceholderText(u"Body"_s);
+    setTabChangesFocus(true);
+    setFrameShape(NoFrame);
+    viewport()->setAutoFillBackground(false);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
+            [this] { updateGeometry(); });
+}
+
+QString BodyField::text() const
+{
+    // Not toPlainText(), which makes ordinary spaces of those that must not break.
+    QString text = document()->toRawText();
+    for (const QChar end : {QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        text.replace(end, u'\n');
+    return text;
+}
+
+void BodyField::replaceText(const QString& text)
+{
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(text);
+    // Otherwise what is typed next would become a part of this step.
+    QTextBlockFormat mark = cursor.blockFormat();
+    mark.setProperty(QTextFormat::UserProperty, mark.intProperty(QTextFormat::UserProperty) + 1);
+    cursor.setBlockFormat(mark);
+    cursor.endEditBlock();
+}
+
+QSize BodyField::sizeHint() const
+{
+    // This kind of document measures its height in lines. A little more than they need, or it would scroll.
+    const int lines = std::clamp(static_cast<int>(document()->size().height()), fewestLines, mostLines);
+    const int height = lines * fontMetrics().lineSpacing() + qRound(2 * document()->documentMargin()) + 4;
+    return {120, height};
+}
+
+void BodyField::paintEvent(QPaintEvent* event)
+{
+    QPlainTextEdit::paintEvent(event);
+    QPainter painter(viewport());
+    painter.setPen(Theme::current().controlBorder);
+    QPointF offset = contentOffset();
+    for (QTextBlock block = firstVisibleBlock(); block.isValid() && offset.y() < viewport()->height();
+         block = block.next())
+    {
+        if (const QLineF guide = guideIn(block); !guide.isNull())
+            painter.drawLine(guide.translated(offset));
+        offset.ry() += blockBoundingRect(block).height();
+    }
+}
+
+void BodyField::focusInEvent(QFocusEvent* event)
+{
+    QPlainTextEdit::focusInEvent(event);
+    Q_EMIT focusChanged(true);
+}
+
+void BodyField::focusOutEvent(QFocusEvent* event)
+{
+    QPlainTextEdit::focusOutEvent(event);
+    Q_EMIT focusChanged(false);
+}
+
+BodyPanel::BodyPanel(BodyField* field, QWidget* parent) : QWidget(parent), field_(field)
+{
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(7, 5, 2, 5);
+    column->addWidget(field);
+    setFocusProxy(field);
+    connect(field, &BodyField::focusChanged, this, [this] { update(); });
+}
+
+void BodyPanel::paintEvent(QPaintEvent* event)
+{
+    Q_UNUSED(event)
+    QStyleOptionFrame option;
+    option.initFrom(this);
+    option.lineWidth = 1;
+    option.state.setFlag(QStyle::State_HasFocus, field_->hasFocus());
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_PanelLineEdit, &option, &painter, this);
+}
+
+} // namespace plovik

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/workingcopy/ChangedFileDelegate.h"
+
+#include "app/ui/widgets/RowPainting.h"
+#include "app/ui/widgets/Style.h"
+#include "app/ui/widgets/Theme.h"
+#include "app/ui/workingcopy/ChangedFilesModel.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace plovik {
+
+namespace {
+
+constexpr int rowInset = 6;
+constexpr int boxLeft = 16;
+constexpr int boxSize = 15;
+constexpr int chipLeft = boxLeft + boxSize + 8;
+constexpr int chipSize = 18;
+constexpr int pathLeft = chipLeft + chipSize + 8;
+
+QRect squareIn(const QRect& row, int left, int size)
+{
+    return {row.left() + left, row.top() + (row.height() - size) / 2, size, size};
+}
+
+} // namespace
+
+bool ChangedFileDelegate::isOnCheckBox(const QRect& row, const QPoint& point)
+{
+    return row.contains(point) && point.x() >= row.left() + rowInset && point.x() < row.left() + chipLeft - 2;
+}
+
+void ChangedFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const auto& model = static_cast<const ChangedFilesModel&>(*index.model());
+    const gitkit::FileChange& file = model.file(index);
+    const QRect& row = option.rect;
+    const auto check = static_cast<Qt::CheckState>(index.data(Qt::CheckStateRole).toInt());
+    paintRowBackground(*painter, row, option, rowInset);
+    paintCheckBox(*painter, squareIn(row, boxLeft, boxSize), check, option.state & QStyle::State_Enabled, false);
+    paintStatusChip(*painter, squareIn(row, chipLeft, chipSize), file.statusCode());
+    paintText(*painter, row.adjusted(pathLeft, 0, -rowInset - 6, 0), shownPath(file), option.font,
+              Theme::current().text, Qt::AlignLeft, Qt::ElideMiddle);
+}
+
+QSize ChangedFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    Q_UNUSED(index)
+    return {pathLeft, std::max(listRowHeight, QFontMetrics(option.font).height() + 8)};
+}
+
+bool ChangedFileDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                                      const QModelIndex& index)
+{
+    Q_UNUSED(event)
+    Q_UNUSED(model)
+    Q_UNUSED(option)
+    Q_UNUSED(index)
+    return false;
+}
+
+} // namespace plovik

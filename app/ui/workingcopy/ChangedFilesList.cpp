@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/workingcopy/ChangedFilesList.h"
+
+#include "app/ui/workingcopy/ChangedFileDelegate.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+ChangedFilesList::ChangedFilesList(QWidget* parent) : RowList(u"Changed Files"_s, parent)
+{
+    setSelectionMode(ExtendedSelection);
+    setItemDelegate(new ChangedFileDelegate(this));
+}
+
+QModelIndex ChangedFilesList::checkBoxAt(const QPoint& point) const
+{
+    const QModelIndex index = indexAt(point);
+    return index.isValid() && ChangedFileDelegate::isOnCheckBox(visualRect(index), point) ? index : QModelIndex();
+}
+
+bool ChangedFilesList::pressCheckBox(const QMouseEvent& event)
+{
+    const QModelIndex index = checkBoxAt(event.position().toPoint());
+    isPressing_ = event.button() == Qt::LeftButton && index.isValid();
+    pressed_ = isPressing_ ? index : QModelIndex();
+    return isPressing_;
+}
+
+void ChangedFilesList::mousePressEvent(QMouseEvent* event)
+{
+    if (!pressCheckBox(*event))
+        RowList::mousePressEvent(event);
+}
+
+void ChangedFilesList::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (pressCheckBox(*event))
+        return;
+    RowList::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid())
+        Q_EMIT openRequested();
+}
+
+void ChangedFilesList::mouseMoveEvent(QMouseEvent* event)
+{
+    // Dragging away from a check box selects nothing.
+    if (!isPressing_)
+        RowList::mouseMoveEvent(event);
+}
+
+void ChangedFilesList::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (!isPressing_ || event->button() != Qt::LeftButton) {
+        RowList::mouseReleaseEvent(event);
+        return;
+    }
+    isPressing_ = false;
+    const QModelIndex index = checkBoxAt(event->position().toPoint());
+    if (index.isValid() && index == pressed_)
+        Q_EMIT checkBoxClicked(index);
+}
+
+bool ChangedFilesList::selectCurrent()
+{
+    if (!selectionModel()->hasSelection() && currentIndex().isValid())
+        selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
+    return selectionModel()->hasSelection();
+}
+
+void ChangedFilesList::keyPressEvent(QKeyEvent* event)
+{
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    void (ChangedFilesList::*request)() = nullptr;
+    switch (isPlain ? event->key() : 0) {
+    case Qt::Key_Space:
+        request = &ChangedFilesList::toggleRequested;
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        request = &ChangedFilesList::openRequested;
+        break;
+    case Qt::Key_Delete:
+        request = &ChangedFilesList::discardRequested;
+        break;
+    default:
+        RowList::keyPressEvent(event);
+        return;
+    }
+    // A held key asks once.
+    if (!event->isAutoRepeat() && selectCurrent())
+        Q_EMIT(this->*request)();
+}
+
+void ChangedFilesList::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard && !selectCurrent())
+        return;
+    if (const std::optional<QPoint> position = menuPosition(*this, *event))
+        Q_EMIT menuRequested(*position);
+}
+
+void ChangedFilesList::keyboardSearch(const QString& typed)
+{
+    const bool goesOn = sinceTyped_.isValid() && !sinceTyped_.hasExpired(QApplication::keyboardInputInterval());
+    sinceTyped_.start();
+    typed_ = goesOn ? typed_ + typed : typed;
+    // The same letter again and again steps through the files that begin with it.
+    const bool isOneLetter = typed_.count(typed_.front(), Qt::CaseInsensitive) == typed_.size();
+    const int from = currentIndex().row() + (isOneLetter ? 1 : 0);
+    if (const QModelIndex found = nextMatch(isOneLetter ? typed_.left(1) : typed_, from); found.isValid())
+        setCurrentIndex(found);
+}
+
+QModelIndex ChangedFilesList::nextMatch(const QString& typed, int from) const
+{
+    const int count = model()->rowCount();
+    QModelIndex byPath;
+    for (int step = 0; step < count; ++step) {
+        const QModelIndex index = model()->index((std::max(from, 0) + step) % count, 0);
+        const QString path = index.data().toString();
+        if (QStringView(path).sliced(path.lastIndexOf(u'/') + 1).startsWith(typed, Qt::CaseInsensitive))
+            return index;
+        if (!byPath.isValid() && path.startsWith(typed, Qt::CaseInsensitive))
+            byPath = index;
+    }
+    return byPath;
+}
+
+} // namespace plovik

@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/workingcopy/CommitBox.h"
+
+#include "app/settings/CommitDrafts.h"
+#include "app/ui/widgets/Theme.h"
+#include "app/ui/workingcopy/BodyField.h"
+#include "app/ui/workingcopy/MessageButtons.h"
+#include "app/ui/workingcopy/SubjectField.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPushButton>
+#include <QScopedValueRollback>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr std::chrono::milliseconds draftPause{300};
+
+bool isCommit(const std::optional<QString>& activity)
+{
+    return activity == u"Committing…"_s || activity == u"Amending…"_s;
+}
+
+} // namespace
+
+CommitBox::CommitBox(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), subject_(new SubjectField(this)), body_(new BodyField),
+      amend_(new QCheckBox(u"Amend"_s, this)), commit_(new QPushButton(u"Commit"_s, this))
+{
+    amend_->setAccessibleName(u"Amend"_s);
+    amend_->setToolTip(u"Replace the last commit instead of adding one"_s);
+    commit_->setAccessibleName(u"Commit"_s);
+    commit_->setProperty("primary", true);
+    commit_->setFocusPolicy(Qt::TabFocus);
+    QFont strong = commit_->font();
+    strong.setWeight(QFont::DemiBold);
+    commit_->setFont(strong);
+    draftDelay_.setSingleShot(true);
+    draftDelay_.setInterval(draftPause);
+    arrange();
+    restoreDraft();
+    subject_->setText(store.commitSubject.value());
+    body_->setPlainText(store.commitBody.value());
+    connectFields();
+    observeStore();
+    activityChanged();
+}
+
+CommitBox::~CommitBox()
+{
+    keepDraftIfWaiting();
+    commitDrafts::finishWriting();
+}
+
+void CommitBox::arrange()
+{
+    auto* panel = new BodyPanel(body_, this);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(10);
+    buttons->addWidget(amend_);
+    buttons->addWidget(new MessageButtons(store_, this));
+    buttons->addStretch(1);
+    buttons->addWidget(commit_);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(12, 13, 12, 12);
+    column->setSpacing(8);
+    column->addWidget(subject_);
+    column->addWidget(panel);
+    column->addLayout(buttons);
+}
+
+void CommitBox::connectFields()
+{
+    connect(subject_, &QLineEdit::textChanged, this, &CommitBox::userTyped);
+    connect(subject_, &QLineEdit::returnPressed, body_, [this] { body_->setFocus(Qt::OtherFocusReason); });
+    connect(subject_, &SubjectField::moreLinesEntered, this, &CommitBox::enterMoreLines);
+    connect(body_, &QPlainTextEdit::textChanged, this, &CommitBox::userTyped);
+    connect(amend_, &QCheckBox::clicked, this, &CommitBox::userToggledAmend);
+    connect(commit_, &QPushButton::clicked, this, &CommitBox::commit);
+
+    connect(&draftDelay_, &QTimer::timeout, this, &CommitBox::keepDraft);
+    connect(subject_, &SubjectField::focusLost, this, &CommitBox::keepDraftIfWaiting);
+    connect(body_, &BodyField::focusChanged, this, &CommitBox::keepDraftIfWaiting);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
+        keepDraftIfWaiting();
+        commitDrafts::finishWriting();
+    });
+}
+
+void CommitBox::observeStore()
+{
+    const auto showControls = [this] { updateControls(); };
+    notifiers_.push_back(store_.commitSubject.addNotifier([this] { showMessage(); }));
+    notifiers_.push_back(store_.commitBody.addNotifier([this] { showMessage(); }));
+    notifiers_.push_back(store_.amend.addNotifier(showControls));
+    notifiers_.push_back(store_.status.addNotifier(showControls));
+    notifiers_.push_back(store_.activity.addNotifier([this] { activityChanged(); }));
+}
+
+void CommitBox::restoreDraft()
+{
+    if (!store_.commitSubject.value().isEmpty() || !store_.commitBody.value().isEmpty())
+        return;
+    const commitDrafts::Draft draft = commitDrafts::read(store_.root());
+    store_.commitSubject = draft.subject;
+    store_.commitBody = draft.body;
+}
+
+void CommitBox::userTyped()
+{
+    if (isUpdating_)
+        return;
+    {
+        const QScopedValueRollback typing(isTyping_, true);
+        store_.commitSubject = subject_->text();
+        store_.commitBody = body_->text();
+    }
+    draftDelay_.start();
+}
+
+void CommitBox::userToggledAmend(bool isOn)
+{
+    store_.amend = isOn;
+    store_.amendChanged();
+}
+
+void CommitBox::enterMoreLines(const QString& lines)
+{
+    QString above = lines;
+    while (above.startsWith(u'\n'))
+        above.remove(0, 1);
+    QTextCursor cursor(body_->document());
+    cursor.insertText(body_->document()->isEmpty() ? above : above + u"\n\n"_s);
+}
+
+void CommitBox::showMessage()
+{
+    updateControls();
+    if (isTyping_)
+        return;
+    const QString& subject = store_.commitSubject.value();
+    const QString& body = store_.commitBody.value();
+    {
+        const QScopedValueRollback updating(isUpdating_, true);
+        if (subject_->text() != subject)
+            subject_->replaceText(subject);
+        if (body_->text() != body)
+            body_->replaceText(body);
+    }
+    // The message of the commit to amend is kept by git; coming back without "Amend", it would only be in the way.
+    if (subject.isEmpty() && body.isEmpty())
+        keepDraft();
+    else if (!store_.amend.value())
+        draftDelay_.start();
+}
+
+void CommitBox::activityChanged()
+{
+    const bool wasCommitting = std::exchange(isCommitting_, isCommit(store_.activity.value()));
+    // What was typed now would be gone with the message that is being committed.
+    subject_->setReadOnly(isCommitting_);
+    body_->setReadOnly(isCommitting_);
+    updateControls();
+    // The store empties the fields after the activity has ended.
+    if (wasCommitting && !isCommitting_)
+        QTimer::singleShot(0, this, &CommitBox::commitEnded);
+}
+
+void CommitBox::commitEnded()
+{
+    if (!isCommitting_ && subject_->text().isEmpty() && body_->document()->isEmpty())
+        Q_EMIT committed();
+}
+
+QString CommitBox::whyNotCommit() const
+{
+    if (store_.activity.value())
+        return *store_.activity.value();
+    if (store_.status.value().stagedCount() == 0 && !store_.amend.value())
+        return u"Nothing is staged"_s;
+    return u"A commit needs a subject"_s;
+}
+
+void CommitBox::updateControls()
+{
+    const bool canCommit = store_.canCommit();
+    commit_->setEnabled(canCommit);
+    commit_->setToolTip(canCommit ? u"Commit (Ctrl+Return)"_s : whyNotCommit());
+    amend_->setChecked(store_.amend.value());
+    amend_->setEnabled(!isCommitting_ && (store_.status.value().hasCommits() || store_.amend.value()));
+}
+
+void CommitBox::commit()
+{
+    // A button that is disabled while it has the focus would hand it to who knows whom.
+    if (commit_->hasFocus())
+        subject_->setFocus(Qt::OtherFocusReason);
+    store_.commit();
+}
+
+void CommitBox::keepDraft()
+{
+    draftDelay_.stop();
+    if (store_.holdsPreparedMessage())
+        return; // git keeps it, and it goes when what it is for is over
+    const commitDrafts::Draft draft{store_.commitSubject.value(), store_.commitBody.value()};
+    commitDrafts::keep(store_.root(), draft);
+}
+
+void CommitBox::keepDraftIfWaiting()
+{
+    if (draftDelay_.isActive())
+        keepDraft();
+}
+
+void CommitBox::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    keepDraftIfWaiting();
+}
+
+void CommitBox::paintEvent(QPaintEvent* event)
+{
+    Q_UNUSED(event)
+    QPainter(this).fillRect(QRect(0, 0, width(), 1), Theme::current().separator);
+}
+
+} // namespace plovik

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/workingcopy/MessageButtons.h"
+
+#include "app/settings/Settings.h"
+#include "app/ui/widgets/IconButton.h"
+#include "app/ui/widgets/Spinner.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+QCoro::Task<> ignoringResult(QCoro::Task<bool> task) { co_await task; }
+
+} // namespace
+
+void writeCommitMessage(RepositoryStore& store) { launch(ignoringResult(store.generateCommitMessage())); }
+
+MessageButtons::MessageButtons(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), write_(new IconButton(Icon::sparkles, u"Write Commit Message"_s, this)),
+      more_(new IconButton(Icon::next, u"Commit Message Options"_s, this)), spinner_(new Spinner(this)),
+      writing_(new QLabel(u"Writing…"_s, this)), cancel_(new QPushButton(u"Cancel"_s, this))
+{
+    cancel_->setAccessibleName(u"Cancel Commit Message"_s);
+    cancel_->setToolTip(u"Stop writing and leave the message as it is"_s);
+    cancel_->setProperty("compact", true);
+    cancel_->setFocusPolicy(Qt::TabFocus);
+    more_->setFixedWidth(18);
+    arrange();
+    connect(write_, &IconButton::clicked, this, &MessageButtons::write);
+    connect(more_, &IconButton::clicked, this, &MessageButtons::showMenu);
+    connect(cancel_, &QPushButton::clicked, this, [this] { store_.cancelCommitMessage(); });
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key == QLatin1String(settings::aiEnabled.key))
+            showState();
+    });
+    notifiers_.push_back(store.generatingMessage.addNotifier([this] { showState(); }));
+    notifiers_.push_back(store.status.addNotifier([this] { showState(); }));
+    showState();
+}
+
+void MessageButtons::arrange()
+{
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(write_);
+    row->addWidget(more_);
+    row->addWidget(spinner_);
+    row->addSpacing(6);
+    row->addWidget(writing_);
+    row->addSpacing(8);
+    row->addWidget(cancel_);
+}
+
+void MessageButtons::write()
+{
+    const bool hadFocus = write_->hasFocus();
+    writeCommitMessage(store_);
+    if (hadFocus && cancel_->isVisible())
+        cancel_->setFocus(Qt::OtherFocusReason);
+}
+
+void MessageButtons::showMenu()
+{
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool canWrite = write_->isEnabled();
+    menu->addAction(u"Write Commit Message"_s, this, &MessageButtons::write)->setEnabled(canWrite);
+    menu->addAction(u"Show What Is Sent…"_s, this, [this] { store_.sheet = SentChangesSheet{}; })->setEnabled(canWrite);
+    menu->popup(more_->mapToGlobal(QPoint(0, more_->height())));
+}
+
+void MessageButtons::showState()
+{
+    const bool isOffered = Settings::shared().value(settings::aiEnabled);
+    const bool isWriting = store_.generatingMessage.value();
+    const bool hadFocus = cancel_->hasFocus();
+    for (QWidget* const widget : {static_cast<QWidget*>(write_), static_cast<QWidget*>(more_)})
+        widget->setVisible(isOffered && !isWriting);
+    for (QWidget* const widget :
+         {static_cast<QWidget*>(spinner_), static_cast<QWidget*>(writing_), static_cast<QWidget*>(cancel_)})
+        widget->setVisible(isWriting);
+    const bool hasStaged = store_.status.value().stagedCount() > 0;
+    write_->setEnabled(hasStaged);
+    write_->setToolTip(hasStaged ? u"Write a commit message for the staged changes with AI"_s
+                                 : u"Stage changes to have a commit message written for them"_s);
+    if (hadFocus && !isWriting)
+        write_->setFocus(Qt::OtherFocusReason);
+}
+
+} // namespace plovik

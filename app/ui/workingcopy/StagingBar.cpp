@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/workingcopy/StagingBar.h"
+
+#include "app/ui/widgets/Theme.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+QPushButton* makeButton(const QString& title, QWidget* parent)
+{
+    auto* button = new QPushButton(title, parent);
+    button->setAccessibleName(title);
+    button->setProperty("compact", true);
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
+} // namespace
+
+StagingBar::StagingBar(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), stageAll_(makeButton(u"Stage All"_s, this)),
+      unstageAll_(makeButton(u"Unstage All"_s, this)), count_(new QLabel(this))
+{
+    count_->setTextFormat(Qt::PlainText);
+    count_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    count_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(12, 6, 12, 8);
+    row->setSpacing(8);
+    row->addWidget(stageAll_);
+    row->addWidget(unstageAll_);
+    row->addWidget(count_, 1);
+    connect(stageAll_, &QPushButton::clicked, this, [this] { store_.stageAll(); });
+    connect(unstageAll_, &QPushButton::clicked, this, [this] { store_.unstageAll(); });
+    notifiers_.push_back(store.status.addNotifier([this] { showCounts(); }));
+    notifiers_.push_back(store.stagingGeneration.addNotifier([this] { showCounts(); }));
+    applyTheme();
+    showCounts();
+}
+
+void StagingBar::showCounts()
+{
+    const auto& files = store_.status.value().files;
+    std::size_t touched = 0;
+    std::size_t whole = 0;
+    for (const gitkit::FileChange& file : files) {
+        const gitkit::StageState state = store_.shownStageState(file);
+        touched += state != gitkit::StageState::none ? 1 : 0;
+        whole += state == gitkit::StageState::full ? 1 : 0;
+    }
+    stageAll_->setEnabled(whole < files.size());
+    unstageAll_->setEnabled(touched > 0);
+    count_->setText(files.empty() ? QString() : u"%L1 of %L2 staged"_s.arg(touched).arg(files.size()));
+}
+
+void StagingBar::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
+        applyTheme();
+}
+
+void StagingBar::applyTheme()
+{
+    const QFont small = Theme::font(-0.75);
+    QPalette quiet;
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        quiet.setColor(role, Theme::current().secondaryText);
+    count_->setPalette(quiet);
+    for (QWidget* widget :
+         {static_cast<QWidget*>(stageAll_), static_cast<QWidget*>(unstageAll_), static_cast<QWidget*>(count_)})
+        widget->setFont(small);
+}
+
+} // namespace plovik

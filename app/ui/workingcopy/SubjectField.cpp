@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/workingcopy/SubjectField.h"
+
+#include "app/ui/widgets/Theme.h"
+
+#include <QClipboard>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr qsizetype quietLength = 50;
+constexpr qsizetype longestLength = 72;
+constexpr int lengthMargin = 11;
+constexpr int lengthGap = 6;
+
+QString withPlainLineEnds(QString text)
+{
+    text.replace(u"\r\n"_s, u"\n"_s);
+    for (const QChar end : {QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        text.replace(end, u'\n');
+    return text;
+}
+
+} // namespace
+
+SubjectField::SubjectField(QWidget* parent) : QLineEdit(parent), length_(new QLabel(this))
+{
+    setAccessibleName(u"Commit Subject"_s);
+    setPlaceholderText(u"Subject"_s);
+    setMinimumHeight(32);
+    length_->setAccessibleName(u"Subject Length"_s);
+    length_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    connect(this, &QLineEdit::textChanged, this, &SubjectField::showLength);
+    connect(this, &QLineEdit::textEdited, this, &SubjectField::takeOutLines);
+    showLength();
+}
+
+void SubjectField::replaceText(const QString& text)
+{
+    selectAll();
+    insert(text);
+    if (!hasFocus())
+        setCursorPosition(0); // shows the beginning
+}
+
+void SubjectField::keyPressEvent(QKeyEvent* event)
+{
+    if (event->matches(QKeySequence::Paste) && !isReadOnly()) {
+        const QString text = withPlainLineEnds(QGuiApplication::clipboard()->text());
+        if (text.contains(u'\n')) {
+            enterLines(text);
+            return;
+        }
+    }
+    QLineEdit::keyPressEvent(event);
+}
+
+void SubjectField::enterLines(const QString& lines)
+{
+    const QString message = lines.trimmed();
+    const qsizetype end = message.indexOf(u'\n');
+    if (end < 0) {
+        // One line that was copied with its end.
+        insert(message);
+        return;
+    }
+    const int start = hasSelectedText() ? selectionStart() : cursorPosition();
+    const QString behind = text().mid(hasSelectedText() ? selectionEnd() : start);
+    setSelection(start, static_cast<int>(text().size()) - start);
+    insert(message.left(end).trimmed());
+    Q_EMIT moreLinesEntered(message.mid(end + 1) + behind);
+}
+
+void SubjectField::takeOutLines(const QString& text)
+{
+    // A menu or a drop has put them in without asking.
+    const QString lines = withPlainLineEnds(text);
+    if (!lines.contains(u'\n'))
+        return;
+    clear();
+    enterLines(lines);
+}
+
+void SubjectField::showLength()
+{
+    const qsizetype length = text().toUcs4().size();
+    length_->setText(length > 0 ? QString::number(length) : QString());
+    const Theme& theme = Theme::current();
+    const bool isTooLong = length > longestLength;
+    const QColor color = isTooLong ? theme.statusModified : length > quietLength ? theme.text : theme.secondaryText;
+    QPalette palette;
+    for (const auto role : {QPalette::WindowText, QPalette::Text})
+        palette.setColor(role, color);
+    length_->setPalette(palette);
+    length_->setFont(Theme::font(-1, isTooLong ? QFont::Bold : QFont::Normal));
+    const QString tooLong = u"Longer than 72 characters: many places cut such a subject short."_s;
+    setToolTip(isTooLong ? tooLong : QString());
+    setAccessibleDescription(
+        length == 0 ? QString() : u"%1 characters. %2"_s.arg(length).arg(isTooLong ? tooLong : QString()).trimmed());
+    placeLength();
+}
+
+void SubjectField::placeLength()
+{
+    const QSize size = length_->sizeHint();
+    const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
+    const int left = isRightToLeft ? lengthMargin : width() - lengthMargin - size.width();
+    length_->setGeometry(left, (height() - size.height()) / 2, size.width(), size.height());
+    const int taken = length_->text().isEmpty() ? 0 : size.width() + lengthGap;
+    setTextMargins(isRightToLeft ? taken : 0, 0, isRightToLeft ? 0 : taken, 0);
+}
+
+void SubjectField::focusOutEvent(QFocusEvent* event)
+{
+    QLineEdit::focusOutEvent(event);
+    Q_EMIT focusLost();
+}
+
+void SubjectField::resizeEvent(QResizeEvent* event)
+{
+    QLineEdit::resizeEvent(event);
+    placeLength();
+}
+
+void SubjectField::changeEvent(QEvent* event)
+{
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
+        showLength();
+}
+
+} // namespace plovik

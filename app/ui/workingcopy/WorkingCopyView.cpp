@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/workingcopy/WorkingCopyView.h"
+
+#include "app/ui/diff/WorkingDiffPane.h"
+#include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/ScrollKeeper.h"
+#include "app/ui/widgets/SplitPane.h"
+#include "app/ui/workingcopy/ChangedFilesList.h"
+#include "app/ui/workingcopy/ChangedFilesMenu.h"
+#include "app/ui/workingcopy/ChangedFilesModel.h"
+#include "app/ui/workingcopy/CommitBox.h"
+#include "app/ui/workingcopy/StagingBar.h"
+
+#include <QItemSelectionModel>
+#include <QMenu>
+#include <QScopedValueRollback>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+constexpr double filesMinWidth = 260;
+constexpr double diffMinWidth = 320;
+
+} // namespace
+
+WorkingCopyView::WorkingCopyView(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), model_(new ChangedFilesModel(store, this))
+{
+    auto* split = new SplitPane(settings::workingCopyListWidth, Qt::Horizontal, SplitPane::Sized::first, filesMinWidth,
+                                diffMinWidth, makeFilesPane(), new WorkingDiffPane(store, nullptr), this);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(split);
+    setFocusProxy(list_);
+    observeStore();
+    showStoreSelection();
+    updateEmptyState();
+}
+
+QListView* WorkingCopyView::list() const { return list_; }
+
+QWidget* WorkingCopyView::makeFilesPane()
+{
+    auto* pane = new QWidget;
+    pane->setAutoFillBackground(true);
+    pane->setBackgroundRole(QPalette::Base);
+    makeList(pane);
+    empty_ = new EmptyState(pane);
+    commitBox_ = new CommitBox(store_, pane);
+    auto* column = new QVBoxLayout(pane);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    // Over the list, not instead of it: a list that is hidden would lose the focus.
+    auto* files = new QGridLayout;
+    files->addWidget(list_, 0, 0);
+    files->addWidget(empty_, 0, 0);
+    column->addLayout(files, 1);
+    column->addWidget(new StagingBar(store_, pane));
+    column->addWidget(commitBox_);
+    connect(commitBox_, &CommitBox::committed, this, &WorkingCopyView::committed);
+    for (const auto key : {Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter}) {
+        auto* commit = new QShortcut(QKeySequence(key), pane);
+        commit->setContext(Qt::WidgetWithChildrenShortcut);
+        commit->setAutoRepeat(false);
+        connect(commit, &QShortcut::activated, commitBox_, &CommitBox::commit);
+    }
+    return pane;
+}
+
+void WorkingCopyView::makeList(QWidget* parent)
+{
+    list_ = new ChangedFilesList(parent);
+    list_->setModel(model_);
+    scroll_ = new ScrollKeeper(
+        list_, [this](const QModelIndex& index) { return model_->file(index).path; },
+        [this](const std::string& path) { return model_->indexOf(path); });
+    connectList();
+}
+
+void WorkingCopyView::connectList()
+{
+    const auto* selection = list_->selectionModel();
+    connect(selection, &QItemSelectionModel::selectionChanged, this, &WorkingCopyView::userSelected);
+    connect(selection, &QItemSelectionModel::currentChanged, this, &WorkingCopyView::noteCurrent);
+    connect(model_, &QAbstractItemModel::modelReset, this, [this] {
+        restoreCurrent();
+        showStoreSelection();
+        scroll_->restore();
+    });
+    connect(list_, &ChangedFilesList::checkBoxClicked, this,
+            [this](const QModelIndex& index) { store_.toggleStage(model_->file(index)); });
+    connect(list_, &ChangedFilesList::toggleRequested, this, [this] { store_.toggleStageOfSelection(); });
+    connect(list_, &ChangedFilesList::openRequested, this, [this] { store_.openInEditor(store_.selectedFiles()); });
+    connect(list_, &ChangedFilesList::discardRequested, this,
+            [this] { store_.confirmDiscard(store_.selectedFiles()); });
+    connect(list_, &ChangedFilesList::menuRequested, this, &WorkingCopyView::showMenu);
+}
+
+void WorkingCopyView::observeStore()
+{
+    notifiers_.push_back(store_.status.addNotifier([this] { statusChanged(); }));
+    notifiers_.push_back(store_.stagingGeneration.addNotifier([this] { model_->stagingChanged(); }));
+    notifiers_.push_back(store_.selectedPaths.addNotifier([this] {
+        if (!isUpdating_)
+            showStoreSelection();
+    }));
+    notifiers_.push_back(store_.hasLoaded.addNotifier([this] { updateEmptyState(); }));
+    notifiers_.push_back(store_.readProblem.addNotifier([this] { updateEmptyState(); }));
+}
+
+void WorkingCopyView::statusChanged()
+{
+    model_->rebuild();
+    updateEmptyState();
+}
+
+void WorkingCopyView::updateEmptyState()
+{
+    const gitkit::RepoStatus& status = store_.status.value();
+    empty_->setVisible(status.files.empty());
+    if (!store_.readProblem.value().isEmpty())
+        empty_->setText(u"The Working Copy Could Not Be Read"_s,
+                        u"Git's own words stand above. Changes are listed here "
+                        u"as soon as it can be read again."_s);
+    else if (!store_.hasLoaded.value())
+        empty_->setText({}, {});
+    else if (!status.hasCommits())
+        empty_->setText(u"No Changes"_s, u"Nothing has been committed yet. New files are listed here."_s);
+    else
+        empty_->setText(u"No Changes"_s, u"Everything is committed."_s);
+}
+
+void WorkingCopyView::userSelected()
+{
+    if (isUpdating_)
+        return;
+    std::set<std::string> paths;
+    for (const QItemSelectionRange& range : list_->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            paths.insert(model_->file(model_->index(row)).path);
+    }
+    const QScopedValueRollback updating(isUpdating_, true);
+    store_.selectedPaths = std::move(paths);
+}
+
+void WorkingCopyView::showStoreSelection()
+{
+    const std::set<std::string>& paths = store_.selectedPaths.value();
+    QItemSelection selection;
+    const int count = paths.empty() ? 0 : model_->rowCount();
+    for (int row = 0; row < count; ++row) {
+        if (!paths.contains(model_->file(model_->index(row)).path))
+            continue;
+        const int first = row;
+        while (row + 1 < count && paths.contains(model_->file(model_->index(row + 1)).path))
+            ++row;
+        selection.append(QItemSelectionRange(model_->index(first), model_->index(row)));
+    }
+    const QScopedValueRollback updating(isUpdating_, true);
+    list_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    // The keyboard goes on from the selection, not from the top.
+    if (!selection.isEmpty() && !list_->currentIndex().isValid())
+        list_->selectionModel()->setCurrentIndex(selection.front().topLeft(), QItemSelectionModel::NoUpdate);
+}
+
+void WorkingCopyView::noteCurrent()
+{
+    if (const QModelIndex current = list_->currentIndex(); current.isValid()) {
+        currentRow_ = current.row();
+        currentPath_ = model_->file(current).path;
+    }
+}
+
+void WorkingCopyView::restoreCurrent()
+{
+    const int count = model_->rowCount();
+    if (currentPath_.empty() || count == 0)
+        return;
+    QModelIndex current = model_->indexOf(currentPath_);
+    if (!current.isValid())
+        current = model_->index(std::min(currentRow_, count - 1));
+    list_->selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+}
+
+void WorkingCopyView::showMenu(const QPoint& globalPosition)
+{
+    const RepositoryStore::Files files = store_.selectedFiles();
+    if (files.empty())
+        return;
+    const QString openTitle = editorTitle_ ? editorTitle_() : u"Open in Default Editor"_s;
+    QMenu* menu = makeChangedFilesMenu(store_, files, openTitle, list_);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(globalPosition);
+}
+
+void WorkingCopyView::committed()
+{
+    // The next commit can start from the keyboard, unless the user has gone elsewhere meanwhile.
+    const QWidget* focus = window()->focusWidget();
+    if (!isVisible() || (focus && !isAncestorOf(focus)))
+        return;
+    list_->setFocus(Qt::OtherFocusReason);
+    if (!list_->currentIndex().isValid() && model_->rowCount() > 0)
+        list_->selectionModel()->setCurrentIndex(model_->index(0), QItemSelectionModel::NoUpdate);
+}
+
+} // namespace plovik
