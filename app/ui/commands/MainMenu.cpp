@@ -2,8 +2,8 @@
 #include "app/ui/commands/MainMenu.h"
 
 #include "app/settings/Settings.h"
-#include "app/shell/NavigationButtons.h"
 #include "app/store/RepositoryStore.h"
+#include "app/ui/commands/NavigationButtons.h"
 #include "app/ui/commands/UndoCommand.h"
 #include "app/ui/workingcopy/MessageButtons.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/shell/NavigationButtons.h"
+#include "app/ui/commands/NavigationButtons.h"
 
 #include "app/store/RepositoryStore.h"
 
