@@ -75,7 +75,7 @@ protected:
 const QString isStored = u"The key is stored in your keychain."_s;
 const QString couldNot = u"The key could not be saved in the keychain."_s;
 
-TEST_F(AITabTest, noteSaysOnlyWhatIsKnown)
+TEST_F(AITabTest, NoteSaysOnlyWhatIsKnown)
 {
     EXPECT_EQ(note(), QString()); // nobody knows yet
     hasVariable = true;
@@ -100,7 +100,7 @@ TEST_F(AITabTest, noteSaysOnlyWhatIsKnown)
     EXPECT_EQ(note(), u"No key was found in your keychain."_s);
 }
 
-TEST_F(AITabTest, slowAnswersNeitherOverwriteTypingNorShowUnderAnotherProvider)
+TEST_F(AITabTest, SlowAnswersNeitherOverwriteTypingNorShowUnderAnotherProvider)
 {
     QTest::keyClicks(&key, u"sk-typed"_s);
     answer(u"sk-stored"_s);
@@ -122,7 +122,7 @@ TEST_F(AITabTest, slowAnswersNeitherOverwriteTypingNorShowUnderAnotherProvider)
     EXPECT_EQ(sent.size(), 1);
 }
 
-TEST_F(AITabTest, whatCouldNotBeSavedStaysAndIsTriedAgainWhenAskedFor)
+TEST_F(AITabTest, WhatCouldNotBeSavedStaysAndIsTriedAgainWhenAskedFor)
 {
     answer(std::nullopt);
     QTest::keyClicks(&key, u"sk-1"_s);
@@ -146,7 +146,7 @@ TEST_F(AITabTest, whatCouldNotBeSavedStaysAndIsTriedAgainWhenAskedFor)
     EXPECT_EQ(note(), isStored);
 }
 
-TEST_F(AITabTest, settingsTakeEverythingButTheKey)
+TEST_F(AITabTest, SettingsTakeEverythingButTheKey)
 {
     answer(u"sk-secret"_s);
     named<QCheckBox>(tab, u"Write Commit Messages with AI"_s)->click();

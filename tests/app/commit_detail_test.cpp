@@ -127,7 +127,7 @@ struct CommitDetailTest : testing::Test {
     static std::string shortHash(const std::string& hash) { return hash.substr(0, 7); }
 };
 
-TEST_F(CommitDetailTest, listsTheFilesOfACommitAndShowsTheDiffOfTheCurrentOne)
+TEST_F(CommitDetailTest, ListsTheFilesOfACommitAndShowsTheDiffOfTheCurrentOne)
 {
     repo.write("a", "1\n").write("b", "1\n").commit("one").write("a", "2\n").git({"mv", "b", "c"}).commit("two");
     load();
@@ -145,7 +145,7 @@ TEST_F(CommitDetailTest, listsTheFilesOfACommitAndShowsTheDiffOfTheCurrentOne)
     EXPECT_EQ(files->model()->index(1, 0).data(Qt::AccessibleTextRole), u"c"_s);
 }
 
-TEST_F(CommitDetailTest, theCommitSelectedLastWinsAndAClosedViewIsNotTouched)
+TEST_F(CommitDetailTest, TheCommitSelectedLastWinsAndAClosedViewIsNotTouched)
 {
     repo.write("a", "1\n").commit("one\n\nfirst").write("b", "2\n").commit("two").write("c", "3\n").commit("three");
     load();
@@ -178,7 +178,7 @@ TEST_F(CommitDetailTest, theCommitSelectedLastWinsAndAClosedViewIsNotTouched)
     worker.finishAll();
 }
 
-TEST_F(CommitDetailTest, saysWhatAMergeIsComparedWithAndThatAnEmptyCommitIsEmpty)
+TEST_F(CommitDetailTest, SaysWhatAMergeIsComparedWithAndThatAnEmptyCommitIsEmpty)
 {
     repo.write("a", "1\n").commit("one").git({"branch", "side"}).write("b", "1\n").commit("two");
     repo.git({"checkout", "-q", "side"}).write("c", "1\n").commit("three").git({"checkout", "-q", "main"});
@@ -196,7 +196,7 @@ TEST_F(CommitDetailTest, saysWhatAMergeIsComparedWithAndThatAnEmptyCommitIsEmpty
     EXPECT_TRUE(says(*view, u"No parent"_s));
 }
 
-TEST_F(CommitDetailTest, tellsWhoMadeTheCommitAndCopiesItsHash)
+TEST_F(CommitDetailTest, TellsWhoMadeTheCommitAndCopiesItsHash)
 {
     repo.write("a", "1\n").git({"add", "."}).git({"commit", "-qm", "one", "--author=Charles <c@x>"});
     repo.git({"tag", "-a", "-m", "release", "v1"});
@@ -227,7 +227,7 @@ TEST_F(CommitDetailTest, tellsWhoMadeTheCommitAndCopiesItsHash)
     EXPECT_EQ(view->findChild<CommitRefs*>()->accessibleDescription(), u"main"_s);
 }
 
-TEST_F(CommitDetailTest, linksLeadToTheWebAndToCommitsAndNowhereElse)
+TEST_F(CommitDetailTest, LinksLeadToTheWebAndToCommitsAndNowhereElse)
 {
     repo.write("a", "1\n").commit("one");
     const std::string first = repo.head();
@@ -264,7 +264,7 @@ TEST_F(CommitDetailTest, linksLeadToTheWebAndToCommitsAndNowhereElse)
     EXPECT_FALSE(says(*view, u"There is no commit"_s));
 }
 
-TEST_F(CommitDetailTest, aMessageOfAnySizeIsCutBeforeItHoldsUpTheWindow)
+TEST_F(CommitDetailTest, AMessageOfAnySizeIsCutBeforeItHoldsUpTheWindow)
 {
     std::string lines = "many\n";
     for (int line = 0; line < 10'000; ++line)
@@ -296,7 +296,7 @@ TEST_F(CommitDetailTest, aMessageOfAnySizeIsCutBeforeItHoldsUpTheWindow)
     }
 }
 
-TEST_F(CommitDetailTest, countsLinesWithoutHoldingUpTheFiles)
+TEST_F(CommitDetailTest, CountsLinesWithoutHoldingUpTheFiles)
 {
     repo.write("a", "1\n").write("b", "1\n").commit("one");
     repo.write("a", "2\n3\n").write("b", std::string("\0", 1)).commit("two");
@@ -320,7 +320,7 @@ TEST_F(CommitDetailTest, countsLinesWithoutHoldingUpTheFiles)
     EXPECT_TRUE(says(*view, u"+2  −1"_s)) << told(*view).toStdString();
 }
 
-TEST_F(CommitDetailTest, aFileIsOpenedInspectedAndCopiedFromItsRow)
+TEST_F(CommitDetailTest, AFileIsOpenedInspectedAndCopiedFromItsRow)
 {
     repo.write("a", "1\n").write("gone", "1\n").commit("one").write("a", "2\n").remove("gone").commit("two");
     load();
@@ -357,7 +357,7 @@ TEST_F(CommitDetailTest, aFileIsOpenedInspectedAndCopiedFromItsRow)
     EXPECT_TRUE(says(*view, u"gone is not in the working tree now."_s));
 }
 
-TEST(PathParts, keepTheCommonFolderApart)
+TEST(PathParts, KeepTheCommonFolderApart)
 {
     EXPECT_EQ(PathParts::of(u"a/b/c.cpp"_s), (PathParts{u"a/b/"_s, u"c.cpp"_s}));
     EXPECT_EQ(PathParts::of(u"c"_s), (PathParts{{}, u"c"_s}));
@@ -366,7 +366,7 @@ TEST(PathParts, keepTheCommonFolderApart)
     EXPECT_EQ(PathParts::of(u"a"_s, u"a/a"_s), (PathParts{{}, u"a → a/a"_s}));
 }
 
-TEST_F(CommitDetailTest, aStashTellsWhatItWasMadeOnAndShowsItsUntrackedFilesToo)
+TEST_F(CommitDetailTest, AStashTellsWhatItWasMadeOnAndShowsItsUntrackedFilesToo)
 {
     repo.write("a", "1\n").commit("one").write("a", "2\n").write("new", "n\n");
     repo.git({"stash", "push", "-q", "--include-untracked", "-m", "Half of it"});
@@ -383,7 +383,7 @@ TEST_F(CommitDetailTest, aStashTellsWhatItWasMadeOnAndShowsItsUntrackedFilesToo)
 }
 
 // Dropped elsewhere and cleaned away, a stash cannot even be read any more.
-TEST_F(CommitDetailTest, aStashDroppedWhileItIsShownGivesWayWithoutAnAlert)
+TEST_F(CommitDetailTest, AStashDroppedWhileItIsShownGivesWayWithoutAnAlert)
 {
     repo.write("a", "1\n").commit("one").write("a", "2\n").git({"stash", "push", "-q"});
     repo.write("a", "3\n").git({"stash", "push", "-q"});

@@ -41,7 +41,7 @@ QStringList valuesOf(const QString& key, const QString& text)
     return values;
 }
 
-TEST(DesktopEntry, startsTheApplicationWithWhatItUnderstands)
+TEST(DesktopEntry, StartsTheApplicationWithWhatItUnderstands)
 {
     const QString entry = contentsOf(QStringLiteral(PLOVIK_DESKTOP_ENTRY));
     const QStringList commands = valuesOf(u"Exec"_s, entry);
@@ -127,7 +127,7 @@ protected:
     QDBusConnection bus_{QString()};
 };
 
-TEST_F(BusActivation, startsTheApplicationWhichThenServesEveryCall)
+TEST_F(BusActivation, StartsTheApplicationWhichThenServesEveryCall)
 {
     const TestRepository known;
     const TestRepository other;

@@ -104,7 +104,7 @@ protected:
 
 } // namespace
 
-TEST_F(HistoryListTest, aLongerPageIsAppendedAndMovesNothing)
+TEST_F(HistoryListTest, ALongerPageIsAppendedAndMovesNothing)
 {
     store.selectedCommit = hashOf(150);
     list.verticalScrollBar()->setValue(45 * rowHeight + 5);
@@ -130,7 +130,7 @@ TEST_F(HistoryListTest, aLongerPageIsAppendedAndMovesNothing)
     EXPECT_EQ(store.selectedCommit.value(), hashOf(150));
 }
 
-TEST_F(HistoryListTest, anotherPageKeepsThePlaceAndTheSelection)
+TEST_F(HistoryListTest, AnotherPageKeepsThePlaceAndTheSelection)
 {
     store.selectedCommit = hashOf(103);
     list.verticalScrollBar()->setValue(50 * rowHeight + 9);
@@ -157,7 +157,7 @@ TEST_F(HistoryListTest, anotherPageKeepsThePlaceAndTheSelection)
     EXPECT_EQ(store.selectedCommit.value(), hashOf(103)) << "dropping it is the store's to do";
 }
 
-TEST_F(HistoryListTest, theSelectionIsTheStoresBothWays)
+TEST_F(HistoryListTest, TheSelectionIsTheStoresBothWays)
 {
     list.setFocus();
     EXPECT_EQ(store.selectedCommit.value(), std::nullopt) << "nothing is selected by itself";
@@ -179,7 +179,7 @@ TEST_F(HistoryListTest, theSelectionIsTheStoresBothWays)
     EXPECT_EQ(selectedRow(), -1);
 }
 
-TEST_F(HistoryListTest, theEndOfThePageAsksForMoreOnceUntilItHasGrown)
+TEST_F(HistoryListTest, TheEndOfThePageAsksForMoreOnceUntilItHasGrown)
 {
     int asked = 0;
     QObject::connect(&list, &HistoryList::moreWanted, &list, [&] {
@@ -200,7 +200,7 @@ TEST_F(HistoryListTest, theEndOfThePageAsksForMoreOnceUntilItHasGrown)
     EXPECT_EQ(asked, 2) << "still near the end";
 }
 
-TEST_F(HistoryListTest, aRowsAccessibleNameHoldsSubjectAuthorAndShortHash)
+TEST_F(HistoryListTest, ARowsAccessibleNameHoldsSubjectAuthorAndShortHash)
 {
     auto rows = rowsFrom(100, 2);
     rows[0].commit.subject = "Fix \xff bytes";
@@ -212,7 +212,7 @@ TEST_F(HistoryListTest, aRowsAccessibleNameHoldsSubjectAuthorAndShortHash)
     EXPECT_EQ(accessible->child(0)->text(QAccessible::Name), u"Fix \uFFFD bytes, Ada, abcdef0"_s);
 }
 
-TEST_F(HistoryListTest, aFilteredListHidesTheGraph)
+TEST_F(HistoryListTest, AFilteredListHidesTheGraph)
 {
     const QColor blue = Theme::current().lane(0);
     const QPoint onLine(12, 3 * rowHeight + 4);
@@ -223,7 +223,7 @@ TEST_F(HistoryListTest, aFilteredListHidesTheGraph)
         ASSERT_NE(filtered.pixelColor(12, y), blue);
 }
 
-TEST(GraphCellTest, drawsLinesCurvesAndDotsWhereTheyBelong)
+TEST(GraphCellTest, DrawsLinesCurvesAndDotsWhereTheyBelong)
 {
     const Theme& theme = Theme::light();
     const auto draw = [&theme](const gitkit::GraphRow& row) {
@@ -260,7 +260,7 @@ TEST(GraphCellTest, drawsLinesCurvesAndDotsWhereTheyBelong)
     EXPECT_EQ(GraphCell::widthFor(20), 176);
 }
 
-TEST_F(HistoryListTest, rowsJoinWithoutASeamAtFractionalScales)
+TEST_F(HistoryListTest, RowsJoinWithoutASeamAtFractionalScales)
 {
     for (const double scale : {1.0, 1.1, 1.25, 1.5, 1.75}) {
         QImage image((QSizeF(list.viewport()->size()) * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
@@ -272,7 +272,7 @@ TEST_F(HistoryListTest, rowsJoinWithoutASeamAtFractionalScales)
     }
 }
 
-TEST(RefBadgesTest, whatDoesNotFitCollapsesAndIsNamedInFull)
+TEST(RefBadgesTest, WhatDoesNotFitCollapsesAndIsNamedInFull)
 {
     using Kind = gitkit::RefLabel::Kind;
     std::vector<gitkit::RefLabel> labels{{Kind::localBranch, std::string(300, 'm'), true}};
@@ -287,7 +287,7 @@ TEST(RefBadgesTest, whatDoesNotFitCollapsesAndIsNamedInFull)
     EXPECT_EQ(RefBadges({}, 260, RefBadges::Fonts::current()).width(), 0);
 }
 
-TEST(RelativeDateTest, isToldByTheLocalCalendar)
+TEST(RelativeDateTest, IsToldByTheLocalCalendar)
 {
     qputenv("TZ", "Europe/Berlin");
     tzset();
@@ -350,7 +350,7 @@ protected:
     HistoryView view{store};
 };
 
-TEST_F(HistoryViewTest, saysWhyThereIsNothing)
+TEST_F(HistoryViewTest, SaysWhyThereIsNothing)
 {
     EXPECT_FALSE(shows(u"No Commits Yet"_s)) << "git has not answered yet";
     store.hasLoaded = true;
@@ -379,7 +379,7 @@ TEST_F(HistoryViewTest, saysWhyThereIsNothing)
     EXPECT_EQ(store.historySearch.value(), QString());
 }
 
-TEST_F(HistoryViewTest, countsCommitsAndSearchesByKeyboard)
+TEST_F(HistoryViewTest, CountsCommitsAndSearchesByKeyboard)
 {
     gitkit::RepoStatus status;
     status.oid = hashOf(0);

@@ -90,7 +90,7 @@ struct Inspector : testing::Test {
     }
 };
 
-TEST_F(Inspector, blamingBeforeACommitKeepsTheLineWhereItIsAndComesBack)
+TEST_F(Inspector, BlamingBeforeACommitKeepsTheLineWhereItIsAndComesBack)
 {
     repo.write("old", numbered(200)).commit("create").git({"mv", "old", "f"});
     std::string text = numbered(50, "above ") + numbered(200);
@@ -124,7 +124,7 @@ TEST_F(Inspector, blamingBeforeACommitKeepsTheLineWhereItIsAndComesBack)
     EXPECT_EQ(store.inspected.value()->path, "old") << "a file from elsewhere is no step";
 }
 
-TEST_F(Inspector, followsTheWorkingTreeAndKeepsPlaceAndSelection)
+TEST_F(Inspector, FollowsTheWorkingTreeAndKeepsPlaceAndSelection)
 {
     repo.write("f", numbered(200)).commit("create");
     show("f", std::nullopt, Tab::blame);
@@ -152,7 +152,7 @@ TEST_F(Inspector, followsTheWorkingTreeAndKeepsPlaceAndSelection)
     EXPECT_EQ(blame().document()->rowCount(), 200);
 }
 
-TEST_F(Inspector, saysWhyThereIsNoBlame)
+TEST_F(Inspector, SaysWhyThereIsNoBlame)
 {
     using namespace std::string_literals;
     repo.write("empty", "")
@@ -180,7 +180,7 @@ TEST_F(Inspector, saysWhyThereIsNoBlame)
     EXPECT_TRUE(says(u"Not Committed Yet"_s));
 }
 
-TEST_F(Inspector, fileHistoryFollowsRenamesAndShowsEachDiffAtItsPathThen)
+TEST_F(Inspector, FileHistoryFollowsRenamesAndShowsEachDiffAtItsPathThen)
 {
     repo.write("old", numbered(20)).commit("create").git({"mv", "old", "new"}).commit("rename");
     repo.write("new", numbered(20) + "more\n").commit("edit").git({"mv", "new", "newest"});
@@ -214,7 +214,7 @@ TEST_F(Inspector, fileHistoryFollowsRenamesAndShowsEachDiffAtItsPathThen)
     EXPECT_EQ(store.selectedCommit.value(), history().current()->commit.hash);
 }
 
-TEST_F(Inspector, theFileAskedForLastWinsAndAClosedViewIsNotTouched)
+TEST_F(Inspector, TheFileAskedForLastWinsAndAClosedViewIsNotTouched)
 {
     repo.write("a", "a\n").write("b", "b\n").commit("one");
     show("a", std::nullopt, Tab::blame);
@@ -237,7 +237,7 @@ TEST_F(Inspector, theFileAskedForLastWinsAndAClosedViewIsNotTouched)
     }
 }
 
-TEST_F(Inspector, drawsTheLinesInSightAlone)
+TEST_F(Inspector, DrawsTheLinesInSightAlone)
 {
     // A line of a megabyte among them: it costs what is seen of it.
     repo.write("f", numbered(20'000) + std::string(std::size_t{1} << 20, 'x') + "\n").commit("create");
@@ -259,7 +259,7 @@ struct InspectedWindow : testing::Test {
     RepositoryStore store{repo.path(), worker};
 };
 
-TEST_F(InspectedWindow, opensAtTheRightEdgeAndGivesTheFocusBackWhenItCloses)
+TEST_F(InspectedWindow, OpensAtTheRightEdgeAndGivesTheFocusBackWhenItCloses)
 {
     repo.write("f", numbered(30)).commit("create").write("f", numbered(31));
     RepositoryView view(store);
@@ -300,7 +300,7 @@ TEST_F(InspectedWindow, opensAtTheRightEdgeAndGivesTheFocusBackWhenItCloses)
     EXPECT_TRUE(files->hasFocus());
 }
 
-TEST_F(InspectedWindow, theMenuSaysWhyAFileCannotBeLookedInto)
+TEST_F(InspectedWindow, TheMenuSaysWhyAFileCannotBeLookedInto)
 {
     repo.write("f", "1\n").commit("create").write("new", "1\n").remove("f");
     store.refresh(RefreshScope::full);

@@ -78,7 +78,7 @@ protected:
     RepositoryView* view = new RepositoryView(store);
 };
 
-TEST_F(NavigationUi, goesToCommitsThatAreNamed)
+TEST_F(NavigationUi, GoesToCommitsThatAreNamed)
 {
     command(u"Go to Commit…"_s)->trigger();
     QDialog* sheet = openDialog(*view);
@@ -111,7 +111,7 @@ TEST_F(NavigationUi, goesToCommitsThatAreNamed)
     EXPECT_TRUE(showsSelected());
 }
 
-TEST_F(NavigationUi, aSheetThatWasEditedOrClosedIgnoresTheAnswer)
+TEST_F(NavigationUi, ASheetThatWasEditedOrClosedIgnoresTheAnswer)
 {
     store.sheet = GoToCommitSheet{};
     auto* name = named<QLineEdit>(*openDialog(*view), u"Commit or Ref"_s);
@@ -126,7 +126,7 @@ TEST_F(NavigationUi, aSheetThatWasEditedOrClosedIgnoresTheAnswer)
     EXPECT_EQ(store.selectedCommit.value(), std::nullopt);
 }
 
-TEST_F(NavigationUi, aShownCommitComesIntoSightThoughItIsSelectedAlready)
+TEST_F(NavigationUi, AShownCommitComesIntoSightThoughItIsSelectedAlready)
 {
     // The list is made by this very step, from another view.
     store.showCommit(hash("main~400"));
@@ -149,7 +149,7 @@ TEST_F(NavigationUi, aShownCommitComesIntoSightThoughItIsSelectedAlready)
     EXPECT_TRUE(named<QLabel>(*view, u"This repository has no commit 1111111."_s)->isVisible());
 }
 
-TEST_F(NavigationUi, menuAndMouseGoBackAndForward)
+TEST_F(NavigationUi, MenuAndMouseGoBackAndForward)
 {
     EXPECT_FALSE(command(u"Back"_s)->isEnabled());
     store.selection = SidebarItem::history();
@@ -176,7 +176,7 @@ TEST_F(NavigationUi, menuAndMouseGoBackAndForward)
     EXPECT_FALSE(command(u"Forward"_s)->isEnabled());
 }
 
-TEST_F(NavigationUi, switchesFollowTheSettings)
+TEST_F(NavigationUi, SwitchesFollowTheSettings)
 {
     QAction* sideBySide = command(u"Side by Side"_s);
     const bool before = sideBySide->isChecked();

@@ -55,7 +55,7 @@ struct OperationBarTest : testing::Test {
     OperationBar bar{store};
 };
 
-TEST_F(OperationBarTest, saysWhatGoesOnAndOffersWhatGitDoes)
+TEST_F(OperationBarTest, SaysWhatGoesOnAndOffersWhatGitDoes)
 {
     load();
     EXPECT_TRUE(bar.isHidden());
@@ -96,7 +96,7 @@ TEST_F(OperationBarTest, saysWhatGoesOnAndOffersWhatGitDoes)
     EXPECT_TRUE(bar.isHidden());
 }
 
-TEST_F(OperationBarTest, conflictsComeFirstAndCanBeTakenFromTheMenu)
+TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
 {
     repo.write("b", "new\n");
     begin({"merge", "topic"});

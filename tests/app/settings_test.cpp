@@ -115,7 +115,7 @@ protected:
     std::unique_ptr<SettingsView> window_;
 };
 
-TEST_F(SettingsTest, valuesOfTheWrongTypeAndACorruptFileReadAsTheFallback)
+TEST_F(SettingsTest, ValuesOfTheWrongTypeAndACorruptFileReadAsTheFallback)
 {
     stored().set(u"codeFontSize"_s, u"twelve"_s);
     stored().set(u"appearance"_s, QStringList{u"dark"_s, u"light"_s});
@@ -138,7 +138,7 @@ TEST_F(SettingsTest, valuesOfTheWrongTypeAndACorruptFileReadAsTheFallback)
     EXPECT_EQ(storedAppearance(), AppAppearance::dark);
 }
 
-TEST_F(SettingsTest, appearanceIsInForceAsSoonAsItIsPicked)
+TEST_F(SettingsTest, AppearanceIsInForceAsSoonAsItIsPicked)
 {
     LaunchOptions options;
     options.appearance = AppAppearance::dark;
@@ -153,7 +153,7 @@ TEST_F(SettingsTest, appearanceIsInForceAsSoonAsItIsPicked)
     EXPECT_EQ(stored().value(settings::appearance), u"dark"_s);
 }
 
-TEST_F(SettingsTest, systemFollowsTheDesktopsColourSchemeLive)
+TEST_F(SettingsTest, SystemFollowsTheDesktopsColourSchemeLive)
 {
     QProcess bus;
     bus.start(u"dbus-daemon"_s, {u"--session"_s, u"--print-address"_s, u"--nofork"_s});
@@ -195,7 +195,7 @@ TEST_F(SettingsTest, systemFollowsTheDesktopsColourSchemeLive)
     Theme::apply(Theme::light(), *qApp);
 }
 
-TEST_F(SettingsTest, editorIsTheDefaultOneOfThoseInstalledOrAnyOther)
+TEST_F(SettingsTest, EditorIsTheDefaultOneOfThoseInstalledOrAnyOther)
 {
     auto& picker = control<QComboBox>(u"Open Files In"_s);
     const std::vector<std::string> ordinary{"Default Application", "Kate", "Zed", "", "Choose Application…"};
@@ -223,7 +223,7 @@ TEST_F(SettingsTest, editorIsTheDefaultOneOfThoseInstalledOrAnyOther)
     EXPECT_EQ(texts(picker), (std::vector<std::string>{"Default Application", "", "Choose Application…"}));
 }
 
-TEST_F(SettingsTest, codeFontChangesWithEveryStepAndGoesBackToTheDefaults)
+TEST_F(SettingsTest, CodeFontChangesWithEveryStepAndGoesBackToTheDefaults)
 {
     stored().set(settings::codeFontName, u"No Such Font"_s);
     stored().set(settings::codeFontSize, 40);
@@ -252,7 +252,7 @@ TEST_F(SettingsTest, codeFontChangesWithEveryStepAndGoesBackToTheDefaults)
     EXPECT_EQ(preview.font(), CodeFont::font(QString(), 12));
 }
 
-TEST_F(SettingsTest, saysOnceWhatCannotBeKeptUntilItCan)
+TEST_F(SettingsTest, SaysOnceWhatCannotBeKeptUntilItCan)
 {
     window();
     stored().save();
@@ -275,7 +275,7 @@ TEST_F(SettingsTest, saysOnceWhatCannotBeKeptUntilItCan)
     EXPECT_TRUE(kept.readAll().contains("appearance=light"));
 }
 
-TEST_F(SettingsTest, commandLineTabSaysHowTheToolStandsAndDoesOneThingAtATime)
+TEST_F(SettingsTest, CommandLineTabSaysHowTheToolStandsAndDoesOneThingAtATime)
 {
     using Offer = CommandLineState::Offer;
     CommandLineState state{u"Not installed"_s, {}, Offer::install};
@@ -310,7 +310,7 @@ TEST_F(SettingsTest, commandLineTabSaysHowTheToolStandsAndDoesOneThingAtATime)
     finish(u"Nobody listens any more."_s);
 }
 
-TEST_F(SettingsTest, windowTurnsItsTabsClosesByKeyAndComesBackToItsPlace)
+TEST_F(SettingsTest, WindowTurnsItsTabsClosesByKeyAndComesBackToItsPlace)
 {
     auto* const tabs = window().findChild<QTabBar*>();
     for (const auto& [key, modifiers, tab] : {std::tuple(Qt::Key_Tab, Qt::KeyboardModifiers(Qt::ControlModifier), 1),

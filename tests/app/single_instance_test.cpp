@@ -81,7 +81,7 @@ protected:
     QTemporaryDir runtime_;
 };
 
-TEST_P(SingleInstanceTest, laterLaunchesHandOverFoldersOfAnyNameAndTheirActivationToken)
+TEST_P(SingleInstanceTest, LaterLaunchesHandOverFoldersOfAnyNameAndTheirActivationToken)
 {
     SingleInstance first = instance();
     ASSERT_FALSE(first.handOver({"/tmp"}));
@@ -116,7 +116,7 @@ TEST_P(SingleInstanceTest, laterLaunchesHandOverFoldersOfAnyNameAndTheirActivati
     EXPECT_EQ(activated, 1);
 }
 
-TEST_P(SingleInstanceTest, runningApplicationThatHangsDelaysALaunchOnlyShortly)
+TEST_P(SingleInstanceTest, RunningApplicationThatHangsDelaysALaunchOnlyShortly)
 {
     SingleInstance hung = instance();
     ASSERT_FALSE(hung.handOver({}));
@@ -133,7 +133,7 @@ TEST_P(SingleInstanceTest, runningApplicationThatHangsDelaysALaunchOnlyShortly)
     EXPECT_TRUE(waitUntil([&] { return opened == 1; }));
 }
 
-TEST_P(SingleInstanceTest, ofManyLaunchesAtOnceOneIsFirstAndItsEndMakesRoom)
+TEST_P(SingleInstanceTest, OfManyLaunchesAtOnceOneIsFirstAndItsEndMakesRoom)
 {
     constexpr int launches = 8;
     std::atomic<int> first = 0;
@@ -166,7 +166,7 @@ TEST_P(SingleInstanceTest, ofManyLaunchesAtOnceOneIsFirstAndItsEndMakesRoom)
 INSTANTIATE_TEST_SUITE_P(Session, SingleInstanceTest, testing::Values(Over::Bus, Over::Socket),
                          [](const auto& info) { return info.param == Over::Bus ? "withBus" : "withoutBus"; });
 
-TEST(FileUri, refusesWhatIsNoFileHere)
+TEST(FileUri, RefusesWhatIsNoFileHere)
 {
     EXPECT_EQ(pathOfFileUri("file://localhost/a%20b"), "/a b");
     for (const char* uri :

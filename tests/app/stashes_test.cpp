@@ -58,7 +58,7 @@ struct StashesViewTest : testing::Test {
     }
 };
 
-TEST_F(StashesViewTest, offersToStashWhereThereIsSomethingToStash)
+TEST_F(StashesViewTest, OffersToStashWhereThereIsSomethingToStash)
 {
     load();
     EXPECT_TRUE(shows(u"No Stashes"_s));
@@ -72,7 +72,7 @@ TEST_F(StashesViewTest, offersToStashWhereThereIsSomethingToStash)
     EXPECT_TRUE(std::holds_alternative<StashSheet>(*store.sheet.value()));
 }
 
-TEST_F(StashesViewTest, countsListsAndUsesTheSelectedStash)
+TEST_F(StashesViewTest, CountsListsAndUsesTheSelectedStash)
 {
     stash("first");
     EXPECT_TRUE(shows(u"1 stash"_s));
@@ -105,7 +105,7 @@ TEST_F(StashesViewTest, countsListsAndUsesTheSelectedStash)
     EXPECT_EQ(store.errorMessage.value(), std::nullopt);
 }
 
-TEST_F(StashesViewTest, theMenuActsOnTheStashItWasOpenedFor)
+TEST_F(StashesViewTest, TheMenuActsOnTheStashItWasOpenedFor)
 {
     stash("first");
     stash("second");

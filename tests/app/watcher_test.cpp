@@ -135,7 +135,7 @@ protected:
     std::atomic<bool> held_ = false;
 };
 
-TEST_F(FileEventsTest, newFoldersAreWatchedWithWhatIsAlreadyInThem)
+TEST_F(FileEventsTest, NewFoldersAreWatchedWithWhatIsAlreadyInThem)
 {
     start();
     fs::create_directories(root_ / "a/b/c/d");
@@ -154,7 +154,7 @@ TEST_F(FileEventsTest, newFoldersAreWatchedWithWhatIsAlreadyInThem)
     EXPECT_TRUE(told(root_ / "inside/deep/old"));
 }
 
-TEST_F(FileEventsTest, movedFoldersAreFollowedAndLostSightOfOutside)
+TEST_F(FileEventsTest, MovedFoldersAreFollowedAndLostSightOfOutside)
 {
     fs::create_directories(root_ / "old/deep");
     fs::create_directories(root_ / "leaving/deep");
@@ -175,7 +175,7 @@ TEST_F(FileEventsTest, movedFoldersAreFollowedAndLostSightOfOutside)
     EXPECT_THAT(settle(), Each(Not(HasSubstr("lea"))));
 }
 
-TEST_F(FileEventsTest, skippedFoldersAndLinksAreNotEntered)
+TEST_F(FileEventsTest, SkippedFoldersAndLinksAreNotEntered)
 {
     fs::create_directories(root_ / "skipped/below");
     fs::create_directory(folder_.path() / "elsewhere");
@@ -193,7 +193,7 @@ TEST_F(FileEventsTest, skippedFoldersAndLinksAreNotEntered)
     EXPECT_THAT(settle(), IsEmpty());
 }
 
-TEST_F(FileEventsTest, theRootMayGoAndComeBackEvenUnderSomebodysFeet)
+TEST_F(FileEventsTest, TheRootMayGoAndComeBackEvenUnderSomebodysFeet)
 {
     start();
     // A process that stands in the folder keeps the folder itself from telling that it is gone.
@@ -223,7 +223,7 @@ TEST_F(FileEventsTest, theRootMayGoAndComeBackEvenUnderSomebodysFeet)
     EXPECT_TRUE(told(root_ / "fresh/file"));
 }
 
-TEST_F(FileEventsTest, burstIsToldAtOnceAndThenInFewBatchesOfBoundedSize)
+TEST_F(FileEventsTest, BurstIsToldAtOnceAndThenInFewBatchesOfBoundedSize)
 {
     start({.latency = 1s, .mostPaths = 100});
     const auto begin = std::chrono::steady_clock::now();
@@ -240,7 +240,7 @@ TEST_F(FileEventsTest, burstIsToldAtOnceAndThenInFewBatchesOfBoundedSize)
     EXPECT_LE(told_.size(), 400u * static_cast<unsigned>(batches_));
 }
 
-TEST_F(FileEventsTest, moreChangesThanTheSystemCountsLeadToALookAtEverything)
+TEST_F(FileEventsTest, MoreChangesThanTheSystemCountsLeadToALookAtEverything)
 {
     start();
     write(root_ / "a");
@@ -265,7 +265,7 @@ TEST_F(FileEventsTest, moreChangesThanTheSystemCountsLeadToALookAtEverything)
     EXPECT_TRUE(told(root_ / "new/folder/file"));
 }
 
-TEST_F(FileEventsTest, limitIsToldOnceAndTheRestStaysWatched)
+TEST_F(FileEventsTest, LimitIsToldOnceAndTheRestStaysWatched)
 {
     for (const char* name : {"a", "b", "c", "d"})
         fs::create_directory(root_ / name);
@@ -277,7 +277,7 @@ TEST_F(FileEventsTest, limitIsToldOnceAndTheRestStaysWatched)
     EXPECT_EQ(limitReached_, 1);
 }
 
-TEST_F(FileEventsTest, stoppedWatchingCallsNobodyEvenWithABatchOnItsWay)
+TEST_F(FileEventsTest, StoppedWatchingCallsNobodyEvenWithABatchOnItsWay)
 {
     start();
     // The thread sees the file and posts the batch, but the event loop does not run yet.
@@ -323,7 +323,7 @@ protected:
     fs::path top_ = folder_.path() / "repo";
 };
 
-TEST_F(RepositoryWatcherTest, locksObjectsAndIgnoredFoldersAreNotWatched)
+TEST_F(RepositoryWatcherTest, LocksObjectsAndIgnoredFoldersAreNotWatched)
 {
     makeRepository(top_);
     fs::create_directories(top_ / "build/deep");
@@ -347,7 +347,7 @@ TEST_F(RepositoryWatcherTest, locksObjectsAndIgnoredFoldersAreNotWatched)
     EXPECT_THAT(allTold(top_), Not(Contains(HasSubstr("a.o"))));
 }
 
-TEST_F(RepositoryWatcherTest, changedIgnoreRulesChangeWhatIsWatched)
+TEST_F(RepositoryWatcherTest, ChangedIgnoreRulesChangeWhatIsWatched)
 {
     makeRepository(top_);
     fs::create_directories(top_ / "build");
@@ -362,7 +362,7 @@ TEST_F(RepositoryWatcherTest, changedIgnoreRulesChangeWhatIsWatched)
     EXPECT_THAT(allTold(top_), ElementsAre((top_ / "build/file").string()));
 }
 
-TEST_F(RepositoryWatcherTest, gitDirectoriesOutsideAndWorkingTreesInsideAreWatched)
+TEST_F(RepositoryWatcherTest, GitDirectoriesOutsideAndWorkingTreesInsideAreWatched)
 {
     makeRepository(top_);
     const fs::path linked = folder_.path() / "linked";
@@ -396,7 +396,7 @@ TEST_F(RepositoryWatcherTest, gitDirectoriesOutsideAndWorkingTreesInsideAreWatch
     EXPECT_THAT(allTold(top_), Not(Contains(HasSubstr("a.o"))));
 }
 
-TEST_F(RepositoryWatcherTest, tellsTheWindowWhetherGitsFilesChanged)
+TEST_F(RepositoryWatcherTest, TellsTheWindowWhetherGitsFilesChanged)
 {
     makeRepository(top_);
     std::vector<bool> calls;
@@ -424,7 +424,7 @@ TEST_F(RepositoryWatcherTest, tellsTheWindowWhetherGitsFilesChanged)
     EXPECT_EQ(firstCallAfter([&] { fs::rename(folder_.path() / "away", top_); }), true);
 }
 
-TEST(GitDirectoryChanged, followsTheRuleForBatches)
+TEST(GitDirectoryChanged, FollowsTheRuleForBatches)
 {
     const std::vector<std::string> elsewhere = {"/data/store"};
     const auto changed = [&](std::vector<std::string> paths) { return gitDirectoryChanged(paths, elsewhere); };

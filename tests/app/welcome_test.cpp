@@ -51,7 +51,7 @@ protected:
                       [this] { ++browsed_; }};
 };
 
-TEST_F(WelcomeTest, recentListKeepsTheLatestTwentyFiveOfAnyName)
+TEST_F(WelcomeTest, RecentListKeepsTheLatestTwentyFiveOfAnyName)
 {
     const Paths odd = {make("a, b;%25 \"c\\d"), make("Latin-1 \xe9\xff"), make("line\nbreak")};
     for (const auto& path : odd)
@@ -80,7 +80,7 @@ TEST_F(WelcomeTest, recentListKeepsTheLatestTwentyFiveOfAnyName)
     EXPECT_EQ(recentRepositories::all(), Paths{odd[0]});
 }
 
-TEST_F(WelcomeTest, withoutRecentsTheButtonIsAllAndReturnPressesIt)
+TEST_F(WelcomeTest, WithoutRecentsTheButtonIsAllAndReturnPressesIt)
 {
     show();
     EXPECT_FALSE(list().isVisible());
@@ -90,7 +90,7 @@ TEST_F(WelcomeTest, withoutRecentsTheButtonIsAllAndReturnPressesIt)
     EXPECT_EQ(browsed_, 1);
 }
 
-TEST_F(WelcomeTest, recentsAreToldApartOpenedAndRemovedFromTheKeyboard)
+TEST_F(WelcomeTest, RecentsAreToldApartOpenedAndRemovedFromTheKeyboard)
 {
     const QByteArray home = qgetenv("HOME");
     qputenv("HOME", folder_.path().toLocal8Bit());
@@ -121,7 +121,7 @@ TEST_F(WelcomeTest, recentsAreToldApartOpenedAndRemovedFromTheKeyboard)
     EXPECT_TRUE(std::filesystem::exists(same[0])) << "only the list forgets it";
 }
 
-TEST_F(WelcomeTest, droppedFoldersAreOpenedAndFilesAreNot)
+TEST_F(WelcomeTest, DroppedFoldersAreOpenedAndFilesAreNot)
 {
     show();
     const auto drop = [this](const std::filesystem::path& path) {

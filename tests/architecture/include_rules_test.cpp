@@ -70,7 +70,7 @@ std::vector<std::string> after(const std::string& path, const std::string& text)
     return violations(tree, someOfQtCore);
 }
 
-TEST(IncludeRules, seeEveryPlantedViolationAndNothingElse)
+TEST(IncludeRules, SeeEveryPlantedViolationAndNothingElse)
 {
     EXPECT_THAT(violations(houseInOrder, someOfQtCore), IsEmpty());
 
@@ -101,7 +101,7 @@ TEST(IncludeRules, seeEveryPlantedViolationAndNothingElse)
     EXPECT_THAT(after("app/shell/main.cpp", "/*\n#include \"nowhere.h\"\n*/\n"), IsEmpty());
 }
 
-TEST(IncludeRules, holdInThisTree)
+TEST(IncludeRules, HoldInThisTree)
 {
     const auto tree = treeBelow(SOURCE_TREE);
     ASSERT_TRUE(tree.contains("GitKit/repository/GitRepository.h") && tree.contains("app/shell/main.cpp"))
@@ -121,7 +121,7 @@ bool namesLicence(std::string_view text)
            text.starts_with("# SPDX-License-Identifier: GPL-3.0-or-later\n");
 }
 
-TEST(Licence, isNamedByEverySourceAndScript)
+TEST(Licence, IsNamedByEverySourceAndScript)
 {
     EXPECT_FALSE(namesLicence("#!/bin/sh\nset -eu\n"));
     std::vector<std::string> without;

@@ -52,7 +52,7 @@ std::string repeated(int count, const std::string& line)
     return text;
 }
 
-TEST(DiffParser, readsLinesNumbersCountsAndHeader)
+TEST(DiffParser, ReadsLinesNumbersCountsAndHeader)
 {
     const ParsedDiff diff =
         DiffParser::parse("diff --git a/x b/x\nindex 1..2 100644\n--- a/x\n+++ b/x\n"
@@ -73,7 +73,7 @@ TEST(DiffParser, readsLinesNumbersCountsAndHeader)
     EXPECT_EQ(DiffParser::parse("").lines.size(), 0u);
 }
 
-TEST(DiffParser, aPatchIsOfOneTextFileAlone)
+TEST(DiffParser, APatchIsOfOneTextFileAlone)
 {
     const std::string one = "diff --git a/x b/x\n@@ -1 +1 @@\n-a\n+b\n";
     EXPECT_TRUE(DiffParser::parse(one).patchHeader.has_value());
@@ -85,7 +85,7 @@ TEST(DiffParser, aPatchIsOfOneTextFileAlone)
     EXPECT_FALSE(binary.isEmpty());
 }
 
-TEST(DiffParser, stopsAtTheLimitAndThenNothingOfItApplies)
+TEST(DiffParser, StopsAtTheLimitAndThenNothingOfItApplies)
 {
     const std::string head = "diff --git a/x b/x\n@@ -0,0 +1,9 @@\n";
     const ParsedDiff exact = DiffParser::parse(head + repeated(4999, "+l\n"), 5000);
@@ -95,7 +95,7 @@ TEST(DiffParser, stopsAtTheLimitAndThenNothingOfItApplies)
     EXPECT_FALSE(DiffParser::parse(head + repeated(4998, "+l\n"), 5000).isTruncated);
 }
 
-TEST(PartialPatch, changesOnlyTheLeadingPrefixAndLeavesTheModeAlone)
+TEST(PartialPatch, ChangesOnlyTheLeadingPrefixAndLeavesTheModeAlone)
 {
     const std::string deleted =
         "diff --git a/data/a/x b/data/a/x\ndeleted file mode 100644\nindex 1..0\n--- a/data/a/x\n"
@@ -114,7 +114,7 @@ TEST(PartialPatch, changesOnlyTheLeadingPrefixAndLeavesTheModeAlone)
     EXPECT_NE(partialPatch(mode, {1, 2, 3, 4}, PatchDirection::forward)->find("new mode 100755"), std::string::npos);
 }
 
-TEST(PartialPatch, refusesHalfASymlinkAndHalfASubmodule)
+TEST(PartialPatch, RefusesHalfASymlinkAndHalfASubmodule)
 {
     const auto diff = [](const std::string& mode) {
         return DiffParser::parse("diff --git a/x b/x\nindex 1..2 " + mode +
@@ -127,7 +127,7 @@ TEST(PartialPatch, refusesHalfASymlinkAndHalfASubmodule)
     EXPECT_TRUE(partialPatch(diff("120000"), {1, 2}, PatchDirection::forward).has_value());
 }
 
-TEST(WorkingDiff, hasASectionForEachSideInOrder)
+TEST(WorkingDiff, HasASectionForEachSideInOrder)
 {
     TestRepository repo;
     repo.write("a", "1\n").write("gone", "x\n").commit("one");
@@ -146,7 +146,7 @@ TEST(WorkingDiff, hasASectionForEachSideInOrder)
 }
 
 // A file named like a pattern stands for itself, and a directory above it for nothing else.
-TEST(WorkingDiff, takesPathsLiterally)
+TEST(WorkingDiff, TakesPathsLiterally)
 {
     TestRepository repo;
     for (const char* name : {"*", "[ab]", ":!a", "a", "-x", "line\nbreak", "caf\xe9"})
@@ -167,7 +167,7 @@ TEST(WorkingDiff, takesPathsLiterally)
     EXPECT_EQ(repository.status().stagedCount(), 7);
 }
 
-TEST(WorkingDiff, runsNoConverterAndAppliesNone)
+TEST(WorkingDiff, RunsNoConverterAndAppliesNone)
 {
     TestRepository repo;
     repo.write(".gitattributes", "*.txt diff=loud\n").write("a.txt", "1\n").commit("one");
@@ -183,7 +183,7 @@ TEST(WorkingDiff, runsNoConverterAndAppliesNone)
     EXPECT_EQ(repository.commitDiff(detail.hash, detail.files.at(1)).lines.at(1).text, "1");
 }
 
-TEST(WorkingDiff, readsNoMoreOfAHugeFileThanIsShown)
+TEST(WorkingDiff, ReadsNoMoreOfAHugeFileThanIsShown)
 {
     TestRepository repo;
     repo.write("small", "1\n").commit("one");
@@ -207,7 +207,7 @@ TEST(WorkingDiff, readsNoMoreOfAHugeFileThanIsShown)
     }
 }
 
-TEST(ApplyToIndex, refusesWhatTheIndexNoLongerHolds)
+TEST(ApplyToIndex, RefusesWhatTheIndexNoLongerHolds)
 {
     TestRepository repo;
     repo.write("a", "1\n").commit("one").write("a", "1\nx\nx\n");
@@ -225,7 +225,7 @@ TEST(ApplyToIndex, refusesWhatTheIndexNoLongerHolds)
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "something else\n");
 }
 
-TEST(ApplyToIndex, worksOnAFileThatIsOnlyMeantToBeAdded)
+TEST(ApplyToIndex, WorksOnAFileThatIsOnlyMeantToBeAdded)
 {
     TestRepository repo;
     repo.write("a", "1\n").commit("one").write("new", "1\n2\n").git({"add", "-N", "new"});
@@ -235,7 +235,7 @@ TEST(ApplyToIndex, worksOnAFileThatIsOnlyMeantToBeAdded)
     EXPECT_EQ(repo.read({"show", ":new"}), "1");
 }
 
-TEST(CommitDetails, readsCommitsMergesTagsAndStashes)
+TEST(CommitDetails, ReadsCommitsMergesTagsAndStashes)
 {
     TestRepository repo;
     repo.write("a", "1\n").commit("one").git({"branch", "side"}).write("b", "1\n").commit("two");
@@ -267,7 +267,7 @@ TEST(CommitDetails, readsCommitsMergesTagsAndStashes)
     EXPECT_EQ(repository.commitDetail(stash.hash, GitRepository::CommitKind::ordinary).files.size(), 1u);
 }
 
-TEST(FileHistory, followsRenamesAndBlamesEachLine)
+TEST(FileHistory, FollowsRenamesAndBlamesEachLine)
 {
     TestRepository repo;
     repo.write("old name\t", "1\n2\n3\n4\n").commit("create");
@@ -292,7 +292,7 @@ TEST(FileHistory, followsRenamesAndBlamesEachLine)
     EXPECT_THROW(repository.blame("nowhere", std::nullopt), GitError);
 }
 
-TEST(BlameParser, takesWhatItCanOfMalformedOutput)
+TEST(BlameParser, TakesWhatItCanOfMalformedOutput)
 {
     EXPECT_TRUE(BlameParser::parse("").empty());
     const std::string hash(40, 'a');

@@ -11,7 +11,7 @@ namespace {
 
 using Kind = FileSample::Kind;
 
-TEST(Blame, tellsWhereEachLineStoodAndWhereItsFileWasBefore)
+TEST(Blame, TellsWhereEachLineStoodAndWhereItsFileWasBefore)
 {
     for (const bool isSha256 : {false, true}) {
         const std::vector<std::string> format{"--object-format=sha256"};
@@ -31,7 +31,7 @@ TEST(Blame, tellsWhereEachLineStoodAndWhereItsFileWasBefore)
     }
 }
 
-TEST(Blame, keepsTheFilesOfACommitApartThatWroteLinesInTwoOfThem)
+TEST(Blame, KeepsTheFilesOfACommitApartThatWroteLinesInTwoOfThem)
 {
     const std::string hash(40, 'a');
     const std::string before(40, 'b');
@@ -44,7 +44,7 @@ TEST(Blame, keepsTheFilesOfACommitApartThatWroteLinesInTwoOfThem)
     EXPECT_EQ(lines[2].originalNumber, 0) << "a number that cannot be read";
 }
 
-TEST(FileHistory, callsAMergeByTheNameThatTheFileHadThen)
+TEST(FileHistory, CallsAMergeByTheNameThatTheFileHadThen)
 {
     TestRepository repo;
     repo.write("old", "1\n2\n3\n4\n5\n6\n").commit("create").git({"branch", "side"});
@@ -62,7 +62,7 @@ TEST(FileHistory, callsAMergeByTheNameThatTheFileHadThen)
     EXPECT_EQ(deleted[0].file.status, 'D');
 }
 
-TEST(FileSample, tellsWhatStandsAtAPath)
+TEST(FileSample, TellsWhatStandsAtAPath)
 {
     TestRepository repo;
     repo.write("file", "0123456789").write("folder/f*", "star").commit("one");

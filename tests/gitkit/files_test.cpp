@@ -42,7 +42,7 @@ ParsedDiff diffOf(const GitRepository& repository, const std::string& hash, cons
     throw std::runtime_error("no file " + path);
 }
 
-TEST(NumStatParser, takesNamesAsBytesAndSkipsWhatItCannotRead)
+TEST(NumStatParser, TakesNamesAsBytesAndSkipsWhatItCannotRead)
 {
     const std::string output = std::string("\n1\t2\ta\tb\nc") + '\0' + "-\t-\tpicture" + '\0' + "3\t0\t" + '\0' +
                                "old\tname" + '\0' + "new" + '\0' + "broken" + '\0' + "0\t0\tlast" + '\0';
@@ -53,7 +53,7 @@ TEST(NumStatParser, takesNamesAsBytesAndSkipsWhatItCannotRead)
     EXPECT_TRUE(NumStatParser::parse(std::string("1\t1\t") + '\0' + "old").empty()) << "a rename without its new name";
 }
 
-TEST(ChangeCounts, standInTheOrderOfTheFilesWhateverTheirNames)
+TEST(ChangeCounts, StandInTheOrderOfTheFilesWhateverTheirNames)
 {
     TestRepository repo;
     const std::string lines = "1\n2\n3\n4\n5\n6\n7\n8\n9\n";
@@ -78,7 +78,7 @@ TEST(ChangeCounts, standInTheOrderOfTheFilesWhateverTheirNames)
     EXPECT_EQ(repository.changeCounts(repo.head() + "^", Kind::ordinary).size(), 4U) << "of a root commit";
 }
 
-TEST(ChangeCounts, ofAMergeAreThoseAgainstTheFirstParentAndOfAStashIncludeUntrackedFiles)
+TEST(ChangeCounts, OfAMergeAreThoseAgainstTheFirstParentAndOfAStashIncludeUntrackedFiles)
 {
     TestRepository repo;
     repo.write("a", "1\n").commit("one").git({"checkout", "-q", "-b", "side"}).write("b", "1\n2\n").commit("side");
@@ -96,7 +96,7 @@ TEST(ChangeCounts, ofAMergeAreThoseAgainstTheFirstParentAndOfAStashIncludeUntrac
     EXPECT_EQ(repository.changeCounts(repo.read({"rev-parse", "stash"}), Kind::stash).size(), 1U);
 }
 
-TEST(CommitDetails, areTakenApartWhateverTheMessageHolds)
+TEST(CommitDetails, AreTakenApartWhateverTheMessageHolds)
 {
     TestRepository repo;
     repo.write("a", "1\n").commit("one\x1e\x1f\n\nM\ta\n:100644 100644 M\n\n\n");
@@ -111,7 +111,7 @@ TEST(CommitDetails, areTakenApartWhateverTheMessageHolds)
     EXPECT_EQ(empty.parents, std::vector<std::string>{first.hash});
 }
 
-TEST(DiffSides, areTheWholeFilesOfADiff)
+TEST(DiffSides, AreTheWholeFilesOfADiff)
 {
     TestRepository repo;
     const std::string bytes("\xef\xbb\xbf"
@@ -128,7 +128,7 @@ TEST(DiffSides, areTheWholeFilesOfADiff)
     EXPECT_EQ(repository.diffSides({}, 1000), DiffSides{});
 }
 
-TEST(DiffSides, takeWhatIsNoBlobFromTheWorkingTree)
+TEST(DiffSides, TakeWhatIsNoBlobFromTheWorkingTree)
 {
     TestRepository repo;
     repo.write("a", "1\n").write("link", "file\n").commit("one").write("a", "working\n").remove("link");
@@ -148,7 +148,7 @@ TEST(DiffSides, takeWhatIsNoBlobFromTheWorkingTree)
     }
 }
 
-TEST(Blobs, comeInTheOrderAskedForWithGapsForWhatIsMissingTooLargeOrNoFile)
+TEST(Blobs, ComeInTheOrderAskedForWithGapsForWhatIsMissingTooLargeOrNoFile)
 {
     TestRepository repo;
     repo.write("a", "1\n").write("empty", "").write("large", std::string(100, 'x')).commit("one");
@@ -162,7 +162,7 @@ TEST(Blobs, comeInTheOrderAskedForWithGapsForWhatIsMissingTooLargeOrNoFile)
     EXPECT_TRUE(repository.blobs({}, 50).empty());
 }
 
-TEST(ResolveCommit, peelsTagsAndRefusesWhatIsNone)
+TEST(ResolveCommit, PeelsTagsAndRefusesWhatIsNone)
 {
     TestRepository repo;
     repo.write("a", "1\n").commit("one").git({"tag", "-a", "-m", "release", "v1"});
@@ -175,7 +175,7 @@ TEST(ResolveCommit, peelsTagsAndRefusesWhatIsNone)
 }
 
 // Lines that a diff leaves out because only their blanks differ would be lost, or glued, by what is made from it.
-TEST(WhiteSpace, aDiffThatIgnoresItIsNothingToApply)
+TEST(WhiteSpace, ADiffThatIgnoresItIsNothingToApply)
 {
     TestRepository repo;
     repo.write("a", "one\ntwo\nthree\n").commit("one").write("a", "  one\ntwo\nTHREE\n");

@@ -364,7 +364,7 @@ private:
     std::map<std::string, FileChange> changes_;
 };
 
-TEST(PartialPatchProperty, everySelectionLeavesExactlyTheExpectedBytes)
+TEST(PartialPatchProperty, EverySelectionLeavesExactlyTheExpectedBytes)
 {
     constexpr int batches = 24;
     constexpr int perBatch = 40;

@@ -99,7 +99,7 @@ protected:
     QProcess daemon_;
 };
 
-TEST_F(APIKeyStoreTest, withoutASecretServiceNothingIsFoundOrSavedAtOnce)
+TEST_F(APIKeyStoreTest, WithoutASecretServiceNothingIsFoundOrSavedAtOnce)
 {
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(key(anthropic), std::nullopt);
@@ -108,7 +108,7 @@ TEST_F(APIKeyStoreTest, withoutASecretServiceNothingIsFoundOrSavedAtOnce)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 
-TEST_F(APIKeyStoreTest, keysAreReplacedAndRemovedEachForItself)
+TEST_F(APIKeyStoreTest, KeysAreReplacedAndRemovedEachForItself)
 {
     startDaemon(true);
     EXPECT_EQ(key(anthropic), std::nullopt);
@@ -133,7 +133,7 @@ TEST_F(APIKeyStoreTest, keysAreReplacedAndRemovedEachForItself)
     EXPECT_EQ(key(openAI), std::nullopt);
 }
 
-TEST_F(APIKeyStoreTest, bytesThatAreNoTextReadAsNothingUntilTheyAreReplaced)
+TEST_F(APIKeyStoreTest, BytesThatAreNoTextReadAsNothingUntilTheyAreReplaced)
 {
     startDaemon(true);
     EXPECT_EQ(key(openAI), std::nullopt);
@@ -154,7 +154,7 @@ TEST_F(APIKeyStoreTest, bytesThatAreNoTextReadAsNothingUntilTheyAreReplaced)
 }
 
 // Here nobody can be asked for the password, which is as if they declined.
-TEST_F(APIKeyStoreTest, aKeyringThatStaysLockedGivesNothingAndLosesNothing)
+TEST_F(APIKeyStoreTest, AKeyringThatStaysLockedGivesNothingAndLosesNothing)
 {
     startDaemon(true);
     ASSERT_TRUE(setKey(anthropic, u"sk-locked up"_s));

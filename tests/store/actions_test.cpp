@@ -49,7 +49,7 @@ struct StoreActions : testing::Test {
     }
 };
 
-TEST_F(StoreActions, anActionShowsWhatItDoesDropsASecondAndReadsAgain)
+TEST_F(StoreActions, AnActionShowsWhatItDoesDropsASecondAndReadsAgain)
 {
     repo.write("a", "1").commit("one").git({"remote", "add", "origin", remote.path().string()});
     load();
@@ -66,7 +66,7 @@ TEST_F(StoreActions, anActionShowsWhatItDoesDropsASecondAndReadsAgain)
     EXPECT_EQ(store.generation.value(), generation + 1);
 }
 
-TEST_F(StoreActions, aFailureIsShownAndTheRepositoryReadAgain)
+TEST_F(StoreActions, AFailureIsShownAndTheRepositoryReadAgain)
 {
     repo.write("a", "1").commit("base").git({"branch", "side"}).write("a", "2").commit("ours");
     repo.git({"checkout", "-q", "side"}).write("a", "3").commit("theirs").git({"checkout", "-q", "main"});
@@ -79,7 +79,7 @@ TEST_F(StoreActions, aFailureIsShownAndTheRepositoryReadAgain)
     EXPECT_TRUE(store.status.value().files[0].isConflicted);
 }
 
-TEST_F(StoreActions, pushChoosesTheRemoteOrSaysWhyItCannot)
+TEST_F(StoreActions, PushChoosesTheRemoteOrSaysWhyItCannot)
 {
     repo.write("a", "1").commit("one");
     load();
@@ -103,7 +103,7 @@ TEST_F(StoreActions, pushChoosesTheRemoteOrSaysWhyItCannot)
     EXPECT_EQ(worker.posted(), posted);
 }
 
-TEST_F(StoreActions, aRemoteBranchIsCheckedOutAsItsLocalOne)
+TEST_F(StoreActions, ARemoteBranchIsCheckedOutAsItsLocalOne)
 {
     repo.write("a", "1").commit("one").git({"remote", "add", "origin", remote.path().string()});
     repo.git({"push", "-q", "origin", "main:feature"}).git({"fetch", "-q", "origin"});
@@ -123,7 +123,7 @@ TEST_F(StoreActions, aRemoteBranchIsCheckedOutAsItsLocalOne)
     EXPECT_EQ(error(), "");
 }
 
-TEST_F(StoreActions, deletingAnUnmergedBranchAsksOnceMore)
+TEST_F(StoreActions, DeletingAnUnmergedBranchAsksOnceMore)
 {
     repo.write("a", "1").commit("one").git({"checkout", "-q", "-b", "work"}).write("a", "2").commit("two");
     repo.git({"checkout", "-q", "main"});
@@ -139,7 +139,7 @@ TEST_F(StoreActions, deletingAnUnmergedBranchAsksOnceMore)
     EXPECT_EQ(store.branches.value().size(), 1u);
 }
 
-TEST_F(StoreActions, aTagIsDeletedAndARemoteBranchIsNot)
+TEST_F(StoreActions, ATagIsDeletedAndARemoteBranchIsNot)
 {
     repo.write("a", "1").commit("one").git({"tag", "v1"}).git({"update-ref", "refs/remotes/origin/x", "HEAD"});
     load();
@@ -150,7 +150,7 @@ TEST_F(StoreActions, aTagIsDeletedAndARemoteBranchIsNot)
     EXPECT_TRUE(store.tags.value().empty());
 }
 
-TEST_F(StoreActions, branchesTagsPicksRevertsAndStashesLand)
+TEST_F(StoreActions, BranchesTagsPicksRevertsAndStashesLand)
 {
     repo.write("a", "1").commit("one").write("b", "1").commit("two");
     load();
@@ -188,7 +188,7 @@ TEST_F(StoreActions, branchesTagsPicksRevertsAndStashesLand)
     EXPECT_EQ(error(), "");
 }
 
-TEST_F(StoreActions, closingWhileAnActionRunsIsClean)
+TEST_F(StoreActions, ClosingWhileAnActionRunsIsClean)
 {
     repo.write("a", "1").commit("one");
     for (const bool jobHasRun : {false, true}) {

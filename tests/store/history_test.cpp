@@ -55,7 +55,7 @@ struct StoreHistory : testing::Test {
     }
 };
 
-TEST_F(StoreHistory, aSlowLoadOfOneScopeCannotOverwriteAnother)
+TEST_F(StoreHistory, ASlowLoadOfOneScopeCannotOverwriteAnother)
 {
     repo.write("a", "1").commit("base").git({"branch", "slow"}).git({"branch", "quick"});
     repo.git({"checkout", "-q", "slow"}).write("a", "2").commit("on slow");
@@ -71,7 +71,7 @@ TEST_F(StoreHistory, aSlowLoadOfOneScopeCannotOverwriteAnother)
     EXPECT_EQ(subjects(store), (std::vector<std::string>{"on quick", "base"}));
 }
 
-TEST_F(StoreHistory, lookingAtTheWorkingCopyKeepsTheLoadedPage)
+TEST_F(StoreHistory, LookingAtTheWorkingCopyKeepsTheLoadedPage)
 {
     repo.write("a", "1").commit("one").git({"branch", "side"});
     load();
@@ -82,7 +82,7 @@ TEST_F(StoreHistory, lookingAtTheWorkingCopyKeepsTheLoadedPage)
     EXPECT_EQ(worker.waiting(), 0u);
 }
 
-TEST_F(StoreHistory, pagesGrowByFiveHundredAndTheEndAsksOnce)
+TEST_F(StoreHistory, PagesGrowByFiveHundredAndTheEndAsksOnce)
 {
     commitMany(repo, 501);
     load();
@@ -106,7 +106,7 @@ TEST_F(StoreHistory, pagesGrowByFiveHundredAndTheEndAsksOnce)
     EXPECT_TRUE(store.isHistoryFiltered.value());
 }
 
-TEST_F(StoreHistory, anEqualPageTouchesNeitherListNorSelection)
+TEST_F(StoreHistory, AnEqualPageTouchesNeitherListNorSelection)
 {
     repo.write("a", "1").commit("one").write("a", "2").commit("two");
     load();
@@ -123,7 +123,7 @@ TEST_F(StoreHistory, anEqualPageTouchesNeitherListNorSelection)
     EXPECT_EQ(store.selectedCommit.value(), std::nullopt);
 }
 
-TEST_F(StoreHistory, typingSearchesOnceWhenItPauses)
+TEST_F(StoreHistory, TypingSearchesOnceWhenItPauses)
 {
     repo.write("a", "1").commit("alpha").write("a", "2").commit("beta");
     load();
@@ -146,7 +146,7 @@ TEST_F(StoreHistory, typingSearchesOnceWhenItPauses)
     EXPECT_FALSE(store.isHistoryFiltered.value());
 }
 
-TEST_F(StoreHistory, searchesAuthorsAndPaths)
+TEST_F(StoreHistory, SearchesAuthorsAndPaths)
 {
     repo.write("src/one.c", "1").commit("first").write("docs/two.md", "2").commit("second");
     load();
@@ -164,7 +164,7 @@ TEST_F(StoreHistory, searchesAuthorsAndPaths)
     EXPECT_EQ(store.historyProblem.value(), QString()) << "finding nothing is no failure";
 }
 
-TEST_F(StoreHistory, aClosedWindowDropsItsPendingSearch)
+TEST_F(StoreHistory, AClosedWindowDropsItsPendingSearch)
 {
     ManualWorker other;
     {
@@ -176,7 +176,7 @@ TEST_F(StoreHistory, aClosedWindowDropsItsPendingSearch)
     EXPECT_EQ(other.posted(), 0);
 }
 
-TEST_F(StoreHistory, beforeTheFirstCommitGitIsNotAsked)
+TEST_F(StoreHistory, BeforeTheFirstCommitGitIsNotAsked)
 {
     store.refresh(RefreshScope::full);
     worker.finishAll();
@@ -185,7 +185,7 @@ TEST_F(StoreHistory, beforeTheFirstCommitGitIsNotAsked)
     EXPECT_EQ(store.historyProblem.value(), QString());
 }
 
-TEST_F(StoreHistory, arrowsMoveTheSelectionWithinThePage)
+TEST_F(StoreHistory, ArrowsMoveTheSelectionWithinThePage)
 {
     store.moveCommitSelection(1);
     EXPECT_EQ(store.selectedCommit.value(), std::nullopt);

@@ -74,7 +74,7 @@ const SidebarItem all = SidebarItem::history();
 const SidebarItem sideRef = SidebarItem::ref("refs/heads/side");
 const SidebarItem mainRef = SidebarItem::ref("refs/heads/main");
 
-TEST_F(StoreNavigation, aCommitIsShownWhereverItIs)
+TEST_F(StoreNavigation, ACommitIsShownWhereverItIs)
 {
     show(main[3]);
     EXPECT_TRUE(isAt(all, main[3]));
@@ -107,7 +107,7 @@ TEST_F(StoreNavigation, aCommitIsShownWhereverItIs)
     EXPECT_TRUE(isAt(all, main[0]));
 }
 
-TEST_F(StoreNavigation, whatNothingLeadsToIsToldAndLeavesTheSelection)
+TEST_F(StoreNavigation, WhatNothingLeadsToIsToldAndLeavesTheSelection)
 {
     select(sideRef);
     show(dangling);
@@ -123,7 +123,7 @@ TEST_F(StoreNavigation, whatNothingLeadsToIsToldAndLeavesTheSelection)
     EXPECT_EQ(store.notice.value(), QString()) << "what was told no longer matters";
 }
 
-TEST_F(StoreNavigation, theNewestWishWins)
+TEST_F(StoreNavigation, TheNewestWishWins)
 {
     store.showCommit(main[1100]);
     store.showCommit(main[700]);
@@ -158,7 +158,7 @@ TEST_F(StoreNavigation, theNewestWishWins)
     EXPECT_EQ(store.selection.value(), SidebarItem::workingCopy());
 }
 
-TEST_F(StoreNavigation, aSelectedRefShowsItsOwnCommit)
+TEST_F(StoreNavigation, ASelectedRefShowsItsOwnCommit)
 {
     select(sideRef);
     EXPECT_TRUE(isAt(sideRef, side));
@@ -176,7 +176,7 @@ TEST_F(StoreNavigation, aSelectedRefShowsItsOwnCommit)
     EXPECT_TRUE(isAt(all, std::nullopt));
 }
 
-TEST_F(StoreNavigation, backAndForwardGoThroughCommitsAndViews)
+TEST_F(StoreNavigation, BackAndForwardGoThroughCommitsAndViews)
 {
     EXPECT_FALSE(store.canGoBack.value()) << "the first load is no step";
     select(all);
@@ -213,7 +213,7 @@ TEST_F(StoreNavigation, backAndForwardGoThroughCommitsAndViews)
     EXPECT_TRUE(isAt(all, main[4])) << "a refresh makes no step";
 }
 
-TEST_F(StoreNavigation, aHeldKeyIsOneStep)
+TEST_F(StoreNavigation, AHeldKeyIsOneStep)
 {
     select(all);
     store.selectedCommit = main[0];
@@ -230,7 +230,7 @@ TEST_F(StoreNavigation, aHeldKeyIsOneStep)
     EXPECT_TRUE(isAt(all, main[0]));
 }
 
-TEST_F(StoreNavigation, whatIsGoneIsSkipped)
+TEST_F(StoreNavigation, WhatIsGoneIsSkipped)
 {
     select(all);
     store.selectedCommit = main[9];

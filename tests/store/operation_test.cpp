@@ -120,7 +120,7 @@ protected:
     std::string before;
 };
 
-TEST_P(EveryOperation, isRecognisedAndAborted)
+TEST_P(EveryOperation, IsRecognisedAndAborted)
 {
     start();
     const OperationInProgress& now = *store.inProgress.value();
@@ -137,7 +137,7 @@ TEST_P(EveryOperation, isRecognisedAndAborted)
     EXPECT_EQ(box(), "|");
 }
 
-TEST_P(EveryOperation, isFinishedAndSkipped)
+TEST_P(EveryOperation, IsFinishedAndSkipped)
 {
     start();
     for (int step = 0; step < 4 && store.inProgress.value(); ++step) {
@@ -181,7 +181,7 @@ INSTANTIATE_TEST_SUITE_P(
              "Revert \"t1\"\nRevert \"t2\""}),
     [](const auto& each) { return each.param.name; });
 
-TEST_F(StoreOperation, bisectFindsTheFirstBadCommit)
+TEST_F(StoreOperation, BisectFindsTheFirstBadCommit)
 {
     branches();
     repo.git({"checkout", "-q", "topic"});
@@ -212,7 +212,7 @@ TEST_F(StoreOperation, bisectFindsTheFirstBadCommit)
     EXPECT_FALSE(store.inProgress.value());
 }
 
-TEST_F(StoreOperation, whatIsHalfWrittenShowsAndEnds)
+TEST_F(StoreOperation, WhatIsHalfWrittenShowsAndEnds)
 {
     struct Half {
         std::string file, bytes;
@@ -245,7 +245,7 @@ TEST_F(StoreOperation, whatIsHalfWrittenShowsAndEnds)
     }
 }
 
-TEST_F(StoreOperation, aMergeThatChangesNothingIsFinished)
+TEST_F(StoreOperation, AMergeThatChangesNothingIsFinished)
 {
     branches();
     begin({"merge", "topic"});
@@ -269,7 +269,7 @@ TEST_F(StoreOperation, aMergeThatChangesNothingIsFinished)
     EXPECT_EQ(box(), "|");
 }
 
-TEST_F(StoreOperation, preparedMessagesComeAndGoAndNeverOverwrite)
+TEST_F(StoreOperation, PreparedMessagesComeAndGoAndNeverOverwrite)
 {
     branches();
     repo.git({"checkout", "-q", "topic"});
@@ -297,7 +297,7 @@ TEST_F(StoreOperation, preparedMessagesComeAndGoAndNeverOverwrite)
     EXPECT_FALSE(store.inProgress.value());
 }
 
-TEST_F(StoreOperation, anEmptyStepIsTheUsersToSkip)
+TEST_F(StoreOperation, AnEmptyStepIsTheUsersToSkip)
 {
     branches();
     begin({"cherry-pick", "topic"});
@@ -310,7 +310,7 @@ TEST_F(StoreOperation, anEmptyStepIsTheUsersToSkip)
     EXPECT_FALSE(store.inProgress.value());
 }
 
-TEST_F(StoreOperation, abortingAsksForWhatWouldBeLost)
+TEST_F(StoreOperation, AbortingAsksForWhatWouldBeLost)
 {
     branches();
     const std::string start = repo.head();
@@ -348,7 +348,7 @@ TEST_F(StoreOperation, abortingAsksForWhatWouldBeLost)
     EXPECT_NE(abort().find("“f”"), std::string::npos);
 }
 
-TEST_F(StoreOperation, takingASideLosesNothing)
+TEST_F(StoreOperation, TakingASideLosesNothing)
 {
     const std::string binary("\0\1\2", 3);
     repo.write("text", "base\n").write("*", "base\n").write("oursGone", "base\n").write("theirsGone", "base\n");
@@ -379,7 +379,7 @@ TEST_F(StoreOperation, takingASideLosesNothing)
     EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
 }
 
-TEST_F(StoreOperation, submodulesAndWorktreesAreTold)
+TEST_F(StoreOperation, SubmodulesAndWorktreesAreTold)
 {
     branches();
     const std::string ours = repo.read({"rev-parse", "main"});
@@ -415,7 +415,7 @@ TEST_F(StoreOperation, submodulesAndWorktreesAreTold)
     EXPECT_FALSE(other.inProgress.value());
 }
 
-TEST_F(StoreOperation, aSquashThatStoppedStaysAPartOfTheCommitBefore)
+TEST_F(StoreOperation, ASquashThatStoppedStaysAPartOfTheCommitBefore)
 {
     branches();
     repo.git({"checkout", "-q", "topic"}).write("f", "more\n").commit("squash! t1");

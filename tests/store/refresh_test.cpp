@@ -23,7 +23,7 @@ struct StoreRefresh : testing::Test {
     }
 };
 
-TEST_F(StoreRefresh, firstFullPassFillsEverything)
+TEST_F(StoreRefresh, FirstFullPassFillsEverything)
 {
     repo.write("a", "1").commit("one").git({"branch", "side"}).git({"tag", "v1"});
     repo.git({"remote", "add", "origin", "/nowhere"}).git({"update-ref", "refs/remotes/origin/main", "HEAD"});
@@ -45,7 +45,7 @@ TEST_F(StoreRefresh, firstFullPassFillsEverything)
     EXPECT_EQ(store.headDescription(), QStringLiteral("main"));
 }
 
-TEST_F(StoreRefresh, requestsDuringAPassMakeOneMoreThatIsFullIfAnyWas)
+TEST_F(StoreRefresh, RequestsDuringAPassMakeOneMoreThatIsFullIfAnyWas)
 {
     repo.write("a", "1").commit("one");
     store.refresh(RefreshScope::status);
@@ -65,7 +65,7 @@ TEST_F(StoreRefresh, requestsDuringAPassMakeOneMoreThatIsFullIfAnyWas)
     EXPECT_EQ(worker.posted() - posted, 2) << "two status reads and nothing else";
 }
 
-TEST_F(StoreRefresh, anEqualStatusNotifiesNobodyButCountsAsAGeneration)
+TEST_F(StoreRefresh, AnEqualStatusNotifiesNobodyButCountsAsAGeneration)
 {
     repo.write("a", "1").commit("one").write("a", "2");
     load();
@@ -77,7 +77,7 @@ TEST_F(StoreRefresh, anEqualStatusNotifiesNobodyButCountsAsAGeneration)
     EXPECT_EQ(store.generation.value(), 2);
 }
 
-TEST_F(StoreRefresh, cleanedFilesLeaveTheSelection)
+TEST_F(StoreRefresh, CleanedFilesLeaveTheSelection)
 {
     repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2");
     load();
@@ -88,7 +88,7 @@ TEST_F(StoreRefresh, cleanedFilesLeaveTheSelection)
     EXPECT_EQ(store.selectedPaths.value(), std::set<std::string>{"b"});
 }
 
-TEST_F(StoreRefresh, aBranchDeletedElsewhereFallsBackToAllOfHistory)
+TEST_F(StoreRefresh, ABranchDeletedElsewhereFallsBackToAllOfHistory)
 {
     repo.write("a", "1").commit("one").git({"branch", "gone"});
     repo.write("a", "2").commit("two");
@@ -105,7 +105,7 @@ TEST_F(StoreRefresh, aBranchDeletedElsewhereFallsBackToAllOfHistory)
     EXPECT_EQ(store.historyProblem.value(), QString());
 }
 
-TEST_F(StoreRefresh, droppingTheSelectedStashSelectsTheFirstThatRemains)
+TEST_F(StoreRefresh, DroppingTheSelectedStashSelectsTheFirstThatRemains)
 {
     repo.write("a", "1").commit("one");
     repo.write("a", "2").git({"stash"}).write("a", "3").git({"stash"});
@@ -122,7 +122,7 @@ TEST_F(StoreRefresh, droppingTheSelectedStashSelectsTheFirstThatRemains)
     EXPECT_EQ(store.selectedStash.value(), std::nullopt);
 }
 
-TEST_F(StoreRefresh, anUnreadableRepositoryKeepsWhatWasReadAndSaysWhy)
+TEST_F(StoreRefresh, AnUnreadableRepositoryKeepsWhatWasReadAndSaysWhy)
 {
     repo.write("a", "1").commit("one").write("b", "2");
     load();
@@ -142,7 +142,7 @@ TEST_F(StoreRefresh, anUnreadableRepositoryKeepsWhatWasReadAndSaysWhy)
     EXPECT_EQ(store.readProblem.value(), QString());
 }
 
-TEST_F(StoreRefresh, aFolderThatVanishesIsAProblemUntilItReturns)
+TEST_F(StoreRefresh, AFolderThatVanishesIsAProblemUntilItReturns)
 {
     repo.write("a", "1").commit("one");
     load();
@@ -160,7 +160,7 @@ TEST_F(StoreRefresh, aFolderThatVanishesIsAProblemUntilItReturns)
     EXPECT_EQ(store.history.value().size(), 1u);
 }
 
-TEST_F(StoreRefresh, headIsDescribedInEveryState)
+TEST_F(StoreRefresh, HeadIsDescribedInEveryState)
 {
     load();
     EXPECT_EQ(store.headDescription(), QStringLiteral("main")) << "unborn";
@@ -171,7 +171,7 @@ TEST_F(StoreRefresh, headIsDescribedInEveryState)
 }
 
 // Closing a window while git runs must neither crash nor write, whatever it waits for.
-TEST(StoreLifetime, closingAtEverySuspensionPointIsClean)
+TEST(StoreLifetime, ClosingAtEverySuspensionPointIsClean)
 {
     TestRepository repo;
     repo.write("a", "1").commit("one");

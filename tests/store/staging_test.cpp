@@ -79,7 +79,7 @@ struct StoreStaging : testing::Test {
     }
 };
 
-TEST_F(StoreStaging, everyClickCountsOnTheOnesBeforeIt)
+TEST_F(StoreStaging, EveryClickCountsOnTheOnesBeforeIt)
 {
     repo.write("a", "1\n").write("old name", "1\n2\n3\n").write("gone", "1\n").commit("one");
     repo.write("a", "2\n").git({"mv", "old name", "new name"}).git({"rm", "-q", "gone"});
@@ -97,7 +97,7 @@ TEST_F(StoreStaging, everyClickCountsOnTheOnesBeforeIt)
     EXPECT_EQ(error(), "");
 }
 
-TEST_F(StoreStaging, aClickShowsAtOnceAndIsCorrectedByGit)
+TEST_F(StoreStaging, AClickShowsAtOnceAndIsCorrectedByGit)
 {
     repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2");
     load();
@@ -116,7 +116,7 @@ TEST_F(StoreStaging, aClickShowsAtOnceAndIsCorrectedByGit)
     EXPECT_NE(error().find("index.lock"), std::string::npos) << error();
 }
 
-TEST_F(StoreStaging, thirtyQuickClicksRunOneAfterAnother)
+TEST_F(StoreStaging, ThirtyQuickClicksRunOneAfterAnother)
 {
     for (int i = 0; i < 30; ++i)
         repo.write("f" + std::to_string(i), "1");
@@ -134,7 +134,7 @@ TEST_F(StoreStaging, thirtyQuickClicksRunOneAfterAnother)
     EXPECT_EQ(error(), "");
 }
 
-TEST_F(StoreStaging, aFileStagedDuringACommitWaitsForIt)
+TEST_F(StoreStaging, AFileStagedDuringACommitWaitsForIt)
 {
     repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2").git({"add", "a"});
     load();
@@ -147,7 +147,7 @@ TEST_F(StoreStaging, aFileStagedDuringACommitWaitsForIt)
     EXPECT_EQ(file("b").stageState(), StageState::full);
 }
 
-TEST_F(StoreStaging, theSelectionIsToggledTogetherByTheClickedFile)
+TEST_F(StoreStaging, TheSelectionIsToggledTogetherByTheClickedFile)
 {
     repo.write("a", "1").write("b", "1").write("c", "1").commit("one");
     repo.write("a", "2").write("b", "2").write("c", "2").git({"add", "a"});
@@ -162,7 +162,7 @@ TEST_F(StoreStaging, theSelectionIsToggledTogetherByTheClickedFile)
     EXPECT_EQ(file("c").stageState(), StageState::none);
 }
 
-TEST_F(StoreStaging, unstagingEverythingWorksBeforeTheFirstCommit)
+TEST_F(StoreStaging, UnstagingEverythingWorksBeforeTheFirstCommit)
 {
     repo.write("a", "1").write("b", "1").git({"add", "a"});
     load();
@@ -173,7 +173,7 @@ TEST_F(StoreStaging, unstagingEverythingWorksBeforeTheFirstCommit)
     EXPECT_EQ(content("a"), "1");
 }
 
-TEST_F(StoreStaging, stagingAConflictWithMarkersAsksFirst)
+TEST_F(StoreStaging, StagingAConflictWithMarkersAsksFirst)
 {
     repo.write("a", "base\n").commit("base").git({"branch", "side"}).write("a", "ours\n").commit("ours");
     repo.git({"checkout", "-q", "side"}).write("a", "theirs\n").commit("theirs").git({"checkout", "-q", "main"});
@@ -194,7 +194,7 @@ TEST_F(StoreStaging, stagingAConflictWithMarkersAsksFirst)
     EXPECT_EQ(file("a").stageState(), StageState::full);
 }
 
-TEST_F(StoreStaging, aSelectionIsStagedOnceAndAStaleDiffNever)
+TEST_F(StoreStaging, ASelectionIsStagedOnceAndAStaleDiffNever)
 {
     repo.write("a", "1\n2\n3\n").commit("one").write("a", "1\n2\n3\nx\nx\n");
     load();
@@ -207,7 +207,7 @@ TEST_F(StoreStaging, aSelectionIsStagedOnceAndAStaleDiffNever)
     EXPECT_NE(error().find("has changed since"), std::string::npos) << error();
 }
 
-TEST_F(StoreStaging, aDiscardOfLinesCanBeTakenBackWhileTheFileMatches)
+TEST_F(StoreStaging, ADiscardOfLinesCanBeTakenBackWhileTheFileMatches)
 {
     repo.write("a", "1\n2\n").commit("one").write("a", "1\r\n2\nnew");
     load();
@@ -234,7 +234,7 @@ TEST_F(StoreStaging, aDiscardOfLinesCanBeTakenBackWhileTheFileMatches)
     EXPECT_NE(error(), "");
 }
 
-TEST_F(StoreStaging, discardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
+TEST_F(StoreStaging, DiscardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
 {
     repo.write("a", "1").commit("one").write("a", "2").write("new.txt", "mine");
     load();
@@ -258,7 +258,7 @@ TEST_F(StoreStaging, discardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
     EXPECT_TRUE(store.status.value().files.empty());
 }
 
-TEST_F(StoreStaging, committingNeedsASubjectAndSomethingToCommit)
+TEST_F(StoreStaging, CommittingNeedsASubjectAndSomethingToCommit)
 {
     repo.write("a", "1").commit("one").write("a", "2");
     load();
@@ -283,7 +283,7 @@ TEST_F(StoreStaging, committingNeedsASubjectAndSomethingToCommit)
     EXPECT_EQ(store.commitBody.value(), QString());
 }
 
-TEST_F(StoreStaging, aFailedCommitKeepsWhatWasTyped)
+TEST_F(StoreStaging, AFailedCommitKeepsWhatWasTyped)
 {
     repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
     repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho 'the hook says no' >&2\nexit 1\n");
@@ -298,7 +298,7 @@ TEST_F(StoreStaging, aFailedCommitKeepsWhatWasTyped)
     EXPECT_EQ(store.commitBody.value(), QStringLiteral("body"));
 }
 
-TEST_F(StoreStaging, anUntouchedAmendChangesNoByteOfTheMessage)
+TEST_F(StoreStaging, AnUntouchedAmendChangesNoByteOfTheMessage)
 {
     repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
     const std::string odd = "subject \n    indented\n\n\n# not a comment\ntrailing  \n\n";
