@@ -6,6 +6,7 @@
 #include "app/shell/RepositoryWindow.h"
 #include "app/shell/Screenshot.h"
 #include "app/shell/TopLevelLookup.h"
+#include "app/translations/Translations.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -82,6 +83,7 @@ int main(int argc, char** argv)
     // Qt takes its own arguments out of the list; the rest has been read.
     int ownArgument = 1;
     QApplication application(ownArgument, argv);
+    plovik::installTranslations();
     QApplication::setApplicationName(QStringLiteral("Plovik"));
     QApplication::setDesktopFileName(QStringLiteral("app.plovik.Plovik"));
     QApplication::setApplicationVersion(QStringLiteral(PLOVIK_VERSION));

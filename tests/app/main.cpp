@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/translations/Translations.h"
+
 #include <QApplication>
 #include <QTemporaryDir>
 
@@ -18,6 +20,7 @@ int main(int argc, char** argv)
 
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
+    plovik::installTranslations();
     const int result = RUN_ALL_TESTS();
     // What pools have finished meanwhile comes back to stores that are gone, and unwinds.
     QCoreApplication::processEvents();

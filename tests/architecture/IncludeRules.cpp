@@ -37,6 +37,7 @@ const std::vector<Room>& rooms()
         {"app/settings/", {"app/platform/"}, Qt::any, {"app/platform/linux/"}},
         {"app/platform/linux/", {"app/platform/"}},
         {"app/platform/", {}, Qt::any, {"app/platform/linux/"}},
+        {"app/translations/", {}, Qt::coreOnly},
         {"app/shell/", {"app/", "GitKit/"}, Qt::any, {"app/platform/linux/"}},
         {"cli/", {"GitKit/"}, Qt::none},
     };
