@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/AISettings.h"
 
+#include "app/await/Await.h"
 #include "app/services/ai/APIKeyStore.h"
-#include "app/store/await/Await.h"
 
 #include <QCoreApplication>
 #include <QTimer>

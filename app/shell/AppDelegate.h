@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/await/Await.h"
 #include "app/platform/ColorScheme.h"
 #include "app/shell/LaunchOptions.h"
-#include "app/store/await/Await.h"
 #include "app/ui/commands/MainMenu.h"
 
 #include <QObject>

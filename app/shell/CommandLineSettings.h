@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/await/Worker.h"
 #include "app/services/commandline/CommandLineTool.h"
-#include "app/store/await/Worker.h"
 #include "app/ui/settings/CommandLineTab.h"
 
 namespace plovik {

@@ -3,6 +3,9 @@
 
 #include "GitKit/records/HistoryFilter.h"
 #include "GitKit/repository/GitRepository.h"
+#include "app/await/Await.h"
+#include "app/await/Turnstile.h"
+#include "app/await/Worker.h"
 #include "app/store/CommandLog.h"
 #include "app/store/Confirmation.h"
 #include "app/store/HistoryRow.h"
@@ -12,9 +15,6 @@
 #include "app/store/SidebarItem.h"
 #include "app/store/SignIns.h"
 #include "app/store/StoreServices.h"
-#include "app/store/await/Await.h"
-#include "app/store/await/Turnstile.h"
-#include "app/store/await/Worker.h"
 #include "app/store/readers/HistoryPage.h"
 #include "app/store/readers/RepositoryState.h"
 

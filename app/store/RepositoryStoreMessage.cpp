@@ -18,7 +18,7 @@ QCoro::Task<QString> RepositoryStore::writtenMessage(std::stop_token stop)
     if (!stop.stop_requested() && write)
         message = co_await write(std::move(changes), std::move(stop));
     if (alive.expired())
-        throw StoreClosed{};
+        throw OwnerGone{};
     co_return message;
 }
 
@@ -39,7 +39,7 @@ QCoro::Task<bool> RepositoryStore::generateCommitMessage()
     }
     // A failure, too, may come after the store.
     if (alive.expired())
-        throw StoreClosed{};
+        throw OwnerGone{};
     // Whoever cancelled has dealt with the rest, and may have begun anew.
     if (stop.stop_requested())
         co_return false;

@@ -6,7 +6,7 @@
 #include "GitKit/runner/GitEnvironment.h"
 #include "GitKit/runner/GitExecutable.h"
 #include "GitKit/runner/Process.h"
-#include "app/store/await/PoolWorker.h"
+#include "app/await/PoolWorker.h"
 #include "app/ui/widgets/Theme.h"
 #include "app/ui/window/RepositoryView.h"
 

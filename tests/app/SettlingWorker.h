@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/store/await/PoolWorker.h"
+#include "app/await/PoolWorker.h"
 #include "tests/app/EventWait.h"
 
 namespace plovik::test {

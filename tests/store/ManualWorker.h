@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/store/await/Worker.h"
+#include "app/await/Worker.h"
 
 #include <algorithm>
 #include <deque>

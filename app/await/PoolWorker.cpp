@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/store/await/PoolWorker.h"
+#include "app/await/PoolWorker.h"
 
 #include <QCoreApplication>
 #include <QTimer>

@@ -18,7 +18,7 @@ class Turnstile {
 
 public:
     Turnstile() : state_(std::make_shared<State>()) {}
-    /// What still waits is unwound with StoreClosed.
+    /// What still waits is unwound with OwnerGone.
     ~Turnstile();
     Turnstile(const Turnstile&) = delete;
     Turnstile& operator=(const Turnstile&) = delete;
@@ -41,7 +41,7 @@ public:
 
         bool await_ready() const noexcept { return !state_->taken; }
         void await_suspend(std::coroutine_handle<> waiting) { state_->waiting.push_back(waiting); }
-        /// Throws StoreClosed when the turnstile is gone.
+        /// Throws OwnerGone when the turnstile is gone.
         Pass await_resume();
 
     private:

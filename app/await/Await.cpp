@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/store/await/Await.h"
+#include "app/await/Await.h"
 
 #include <cstdio>
 
@@ -11,7 +11,7 @@ QCoro::Task<> reportingFailures(QCoro::Task<> task)
 {
     try {
         co_await task;
-    } catch (const StoreClosed&) { // NOLINT(bugprone-empty-catch): the window closed; nobody is left to tell
+    } catch (const OwnerGone&) { // NOLINT(bugprone-empty-catch): the window closed; nobody is left to tell
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "plovik: a background task failed: %s\n", failure.what());
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/store/await/Turnstile.h"
+#include "app/await/Turnstile.h"
 
-#include "app/store/await/Await.h"
+#include "app/await/Await.h"
 
 #include <utility>
 
@@ -21,7 +21,7 @@ Turnstile::~Turnstile()
 Turnstile::Pass Turnstile::Turn::await_resume()
 {
     if (state_->closed)
-        throw StoreClosed{};
+        throw OwnerGone{};
     state_->taken = true;
     return Pass(std::move(state_));
 }

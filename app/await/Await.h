@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/store/await/Worker.h"
+#include "app/await/Worker.h"
 
 #include <QCoroTask>
 
@@ -16,14 +16,14 @@
 
 namespace plovik {
 
-/// Unwinds a coroutine whose store is gone. No std::exception on purpose: no handler for failures catches it, so
-/// nothing between the await and launch() touches the dead store.
-struct StoreClosed {};
+/// Unwinds a coroutine whose owner is gone. No std::exception on purpose: no handler for failures catches it, so
+/// nothing between the await and launch() touches the dead owner.
+struct OwnerGone {};
 
-/// Held by a store; what it awaits asks whether it still stands.
+/// Held by an owner; what it awaits asks whether it still stands.
 using AliveToken = std::shared_ptr<const std::monostate>;
 
-/// Awaits a blocking call. Resumes on the main thread with its value or its exception, or with StoreClosed when the
+/// Awaits a blocking call. Resumes on the main thread with its value or its exception, or with OwnerGone when the
 /// token's owner was destroyed meanwhile.
 template <typename Result>
 class [[nodiscard]] BlockingCall {
@@ -43,7 +43,7 @@ public:
     Result await_resume()
     {
         if (alive_.expired())
-            throw StoreClosed{};
+            throw OwnerGone{};
         if (outcome_->error)
             std::rethrow_exception(std::exchange(outcome_->error, nullptr));
         if constexpr (!std::is_void_v<Result>)
@@ -78,7 +78,8 @@ private:
     std::shared_ptr<Outcome> outcome_;
 };
 
-/// Starts a task that nobody awaits. What escapes from it is reported on standard error; a closed store is no failure.
+/// Starts a task that nobody awaits. What escapes from it is reported on standard error; an owner that is gone is no
+/// failure.
 void launch(QCoro::Task<> task);
 
 } // namespace plovik
