@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/ParsedDiff.h"
+#include "GitKit/records/PartialChange.h"
 
 #include <optional>
 #include <set>
@@ -9,21 +10,6 @@
 #include <string_view>
 
 namespace gitkit {
-
-/// Which way a patch will be applied.
-enum class PatchDirection {
-    forward, ///< to a side that has none of the diff's changes: staging
-    reverse, ///< with --reverse, to a side that has all of them: unstaging, discarding
-};
-
-/// Why parts of a diff cannot be applied by themselves.
-enum class PartialRefusal {
-    none,
-    noPatch,    ///< binary, truncated, empty, combined, or of several files
-    whiteSpace, ///< made with white space ignored: its lines are not those of either file
-    symlink,    ///< half a target is no target
-    submodule,  ///< a commit is recorded whole
-};
 
 /// Whether selections of `diff` can be applied, other than all of it.
 PartialRefusal partialRefusal(const ParsedDiff& diff);
@@ -36,15 +22,6 @@ PartialRefusal partialRefusal(const ParsedDiff& diff);
 /// the patch gives it one.
 std::optional<std::string> partialPatch(const ParsedDiff& diff, const std::set<int>& selected,
                                         PatchDirection direction);
-
-/// A patch together with what it may be applied to.
-struct PartialChange {
-    std::string path; ///< as bytes
-    std::string patch;
-    PatchDirection direction = PatchDirection::forward;
-    /// The blob that the patch was made from; all zeros for no file, nothing when the diff does not say.
-    std::optional<std::string> before;
-};
 
 /// The selected changes of `path`'s diff as something to apply; nothing where partialPatch() gives nothing.
 std::optional<PartialChange> partialChange(const std::string& path, const ParsedDiff& diff,

@@ -15,4 +15,12 @@ struct DiffSides {
     bool operator==(const DiffSides&) const = default;
 };
 
+/// The files that a diff was made from, to find them again.
+struct DiffSource {
+    std::optional<std::string> before, after; ///< blobs, as ParsedDiff names them
+    std::optional<std::string> workingPath;   ///< where the new side stands when it is no blob
+
+    bool operator==(const DiffSource&) const = default;
+};
+
 } // namespace gitkit

@@ -63,4 +63,24 @@ struct OperationInProgress {
     bool operator==(const OperationInProgress&) const = default;
 };
 
+/// How an operation goes on: to its next step, without the stopped commit, back to where it began. `forget` leaves
+/// everything as it is and ends the operation all the same.
+enum class OperationStep { proceed, skip, abort, forget };
+
+/// What a bisect is told of the commit that is checked out.
+enum class BisectMark { good, bad, skip };
+
+/// One of the two sides of a conflict.
+enum class ConflictSide { ours, theirs };
+
+/// The work that aborting an operation would lose and that git could not bring back.
+struct AbortLoss {
+    std::vector<std::string> paths; ///< resolved or otherwise changed since git stopped
+    int steps = 0;                  ///< that were done before the one it stopped at
+
+    bool isNothing() const { return paths.empty() && steps == 0; }
+
+    bool operator==(const AbortLoss&) const = default;
+};
+
 } // namespace gitkit

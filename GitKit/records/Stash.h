@@ -19,4 +19,10 @@ struct Stash {
     bool operator==(const Stash&) const = default;
 };
 
+/// Whether a new stash takes the untracked files along.
+enum class UntrackedFiles { leave, include };
+
+/// Whether a stash stays in the list once it has been applied.
+enum class StashUse { apply, pop };
+
 } // namespace gitkit

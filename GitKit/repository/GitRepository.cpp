@@ -158,7 +158,7 @@ std::optional<int> GitRepository::position(const HistoryScope& scope, const std:
     return std::nullopt;
 }
 
-GitRepository::GitDirectories GitRepository::gitDirectories() const
+GitDirectories GitRepository::gitDirectories() const
 {
     const auto ask = [this](const char* which) {
         return std::filesystem::path(withoutLineEnd(runner_.bytes({"rev-parse", "--path-format=absolute", which})));

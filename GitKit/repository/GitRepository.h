@@ -1,22 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/PartialPatch.h"
 #include "GitKit/records/BlameLine.h"
+#include "GitKit/records/BranchChange.h"
 #include "GitKit/records/ChangeCounts.h"
 #include "GitKit/records/Commit.h"
 #include "GitKit/records/CommitDetail.h"
+#include "GitKit/records/CommitKind.h"
+#include "GitKit/records/CommitMode.h"
 #include "GitKit/records/DiffSection.h"
 #include "GitKit/records/DiffSides.h"
 #include "GitKit/records/FileRevision.h"
 #include "GitKit/records/FileSample.h"
+#include "GitKit/records/GitDirectories.h"
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/HistoryFilter.h"
 #include "GitKit/records/HistoryScope.h"
 #include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/PartialChange.h"
 #include "GitKit/records/RepoStatus.h"
 #include "GitKit/records/SideSizes.h"
+#include "GitKit/records/StagedChanges.h"
 #include "GitKit/records/Stash.h"
+#include "GitKit/records/Trash.h"
 #include "GitKit/runner/GitRunner.h"
 
 #include <chrono>
@@ -59,12 +65,6 @@ public:
     /// what walking the whole history costs.
     std::optional<int> position(const HistoryScope& scope, const std::string& hash) const;
 
-    /// The directories that hold this working tree's own git data and the data it shares with other working trees, as
-    /// absolute paths; the same path twice in an ordinary repository.
-    struct GitDirectories {
-        std::filesystem::path own;
-        std::filesystem::path common;
-    };
     GitDirectories gitDirectories() const;
 
     /// Folders, relative to the root and without a final slash, whose whole content git ignores. Folders inside them
@@ -86,7 +86,6 @@ public:
     /// Who last changed each line of a file in `revision`; in the working tree without.
     std::vector<BlameLine> blame(const std::string& path, const std::optional<std::string>& revision) const;
 
-    enum class CommitKind { ordinary, stash };
     /// A commit with its changes against its first parent; a stash with its untracked files too.
     CommitDetail commitDetail(const std::string& hash, CommitKind kind) const;
     /// How many lines each file of commitDetail() adds and removes, in the same order. Costs what all the diffs cost.
@@ -97,11 +96,6 @@ public:
     /// The diffs of a changed file: what is not staged, then what is. Reading stops where no more is shown.
     std::vector<DiffSection> workingDiff(const FileChange& file, WhiteSpace whiteSpace = WhiteSpace::compared) const;
 
-    /// What a diff was made from, to find its files again.
-    struct DiffSource {
-        std::optional<std::string> before, after; ///< blobs, as ParsedDiff names them
-        std::optional<std::string> workingPath;   ///< where the new side stands when it is no blob
-    };
     /// The whole files of a diff, those of up to `limit` bytes.
     DiffSides diffSides(const DiffSource& source, std::size_t limit) const;
     /// How large the files of a diff are, whatever their size.
@@ -111,10 +105,6 @@ public:
     /// The hash of the commit that a hash, a part of one or a ref's name stands for.
     std::string resolveCommit(const std::string& name) const;
 
-    struct StagedChanges {
-        std::string summary; ///< the staged files and how much of each changes, repaired for showing
-        std::string diff;    ///< the patch, repaired for showing; it ends where it has passed 64 MiB
-    };
     StagedChanges stagedChanges() const;
     /// HEAD's message, as its bytes; as UTF-8 when the commit names another encoding.
     std::string lastCommitMessage() const;
@@ -132,25 +122,16 @@ public:
     /// Stages or unstages parts of a file. Refuses when the index no longer holds what the patch was made from.
     void applyToIndex(const PartialChange& change) const;
 
-    /// What a discard of parts replaced, so that it can be taken back.
-    struct PartialDiscard {
-        std::string path;
-        std::optional<std::string> before; ///< the file's bytes; absent when there was none
-        std::optional<std::string> after;
-    };
     /// Takes changes out of a file of the working tree: `change` is a reverse one. Refuses when the file is no longer
     /// what the patch was made from. The result is nothing for a file too large to keep.
     std::optional<PartialDiscard> discardPart(const PartialChange& change) const;
     /// Brings back what discardPart() took, while the file is still as that left it. Refuses otherwise.
     void undoDiscard(const PartialDiscard& discard) const;
 
-    /// Moves a file or folder to the Trash. Throws, and leaves it where it is, when it cannot.
-    using Trash = std::function<void(const std::filesystem::path&)>;
     /// Brings files back to HEAD, one after another; stops at the first that fails. What git does not know goes to the
     /// Trash, never away.
     void discard(const std::vector<FileChange>& files, const Trash& trash) const;
 
-    enum class CommitMode { create, amend };
     /// Records the message as it is; a last line that has no end gets one, unless it is HEAD's own and unchanged.
     void commit(const std::string& message, CommitMode mode) const;
     // A ref that exists is named in full (refs/heads/main) or by a hash, so that it is taken for no other; names that
@@ -161,9 +142,7 @@ public:
     /// Makes a branch that tracks a remote one (refs/remotes/...) and checks it out.
     void checkoutTracking(const std::string& remoteBranch, const std::string& localName) const;
 
-    enum class AfterCreating { stay, checkOut };
     void createBranch(const std::string& name, const std::optional<std::string>& startPoint, AfterCreating after) const;
-    enum class Deletion { ifMerged, force };
     void deleteBranch(const std::string& name, Deletion deletion) const;
     void createTag(const std::string& name, const std::string& target) const;
     void deleteTag(const std::string& name) const;
@@ -171,9 +150,7 @@ public:
     void cherryPick(const std::string& hash) const;
     void revert(const std::string& hash) const;
 
-    enum class UntrackedFiles { leave, include };
     void stashSave(const std::string& message, UntrackedFiles untracked) const;
-    enum class StashUse { apply, pop };
     /// Finds the stash again by its hash first: its number may have changed since it was listed. What was staged is
     /// staged again where git can do that.
     void stashApply(const Stash& stash, StashUse use) const;
@@ -187,23 +164,14 @@ public:
                                                            const std::optional<OperationInProgress>& before = {}) const;
     /// A message that git prepared, by git's rules for comments and blanks.
     std::string withoutComments(const std::string& message) const;
-    enum class OperationStep { proceed, skip, abort, forget };
     /// Goes on, leaves the stopped commit out, or goes back to where it began; `forget` leaves everything as it is and
     /// ends the operation all the same.
     void proceed(const OperationInProgress& operation, OperationStep step) const;
-    enum class BisectMark { good, bad, skip };
     /// Marks the commit that is checked out.
     void mark(const OperationInProgress::Bisect& bisect, BisectMark mark) const;
 
-    /// What aborting would take along that git could not bring back.
-    struct AbortLoss {
-        std::vector<std::string> paths; ///< resolved or otherwise changed since git stopped
-        int steps = 0;                  ///< that were done before the one it stopped at
-        bool isNothing() const { return paths.empty() && steps == 0; }
-    };
     AbortLoss abortLoss(const OperationInProgress& operation, const std::filesystem::path& gitDirectory) const;
 
-    enum class ConflictSide { ours, theirs };
     /// Resolves conflicts in these paths by taking one side whole, which may mean that the file is gone. A working file
     /// that was edited since git wrote it goes to the Trash first, and so does one that the side does not have.
     void takeSide(const std::vector<std::string>& paths, ConflictSide side, const std::filesystem::path& gitDirectory,

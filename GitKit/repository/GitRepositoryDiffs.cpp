@@ -176,7 +176,7 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Whit
     return sections;
 }
 
-GitRepository::StagedChanges GitRepository::stagedChanges() const
+StagedChanges GitRepository::stagedChanges() const
 {
     // Far beyond what anybody reads; without an end, one large file would be held in memory several times.
     constexpr OutputLimit longest{.lines = std::numeric_limits<std::size_t>::max(), .bytes = 64 * 1024 * 1024};
@@ -220,7 +220,7 @@ void GitRepository::requireWorkingTreeHolds(const PartialChange& change) const
         throw GitError("apply", 1, staleSentence);
 }
 
-std::optional<GitRepository::PartialDiscard> GitRepository::discardPart(const PartialChange& change) const
+std::optional<PartialDiscard> GitRepository::discardPart(const PartialChange& change) const
 {
     requireWorkingTreeHolds(change);
     const std::filesystem::path file = root_ / change.path;

@@ -94,7 +94,7 @@ private:
 /// One discard of a list of files.
 class Discard {
 public:
-    Discard(const fs::path& root, const GitRunner& runner, const GitRepository::Trash& trash)
+    Discard(const fs::path& root, const GitRunner& runner, const Trash& trash)
         : root_(root), runner_(runner), trash_(trash)
     {}
 
@@ -224,7 +224,7 @@ private:
 
     const fs::path& root_;
     const GitRunner& runner_;
-    const GitRepository::Trash& trash_;
+    const Trash& trash_;
     Arguments waiting_;
     Command waitingCommand_ = Command::restore;
 };

@@ -51,16 +51,16 @@ const char* commandOf(Kind kind)
     return "bisect";
 }
 
-const char* optionOf(GitRepository::OperationStep step)
+const char* optionOf(OperationStep step)
 {
     switch (step) {
-    case GitRepository::OperationStep::proceed:
+    case OperationStep::proceed:
         return "--continue";
-    case GitRepository::OperationStep::skip:
+    case OperationStep::skip:
         return "--skip";
-    case GitRepository::OperationStep::abort:
+    case OperationStep::abort:
         return "--abort";
-    case GitRepository::OperationStep::forget:
+    case OperationStep::forget:
         break;
     }
     return "--quit";
@@ -254,8 +254,7 @@ std::vector<std::string> GitRepository::changedSinceStop(const fs::path& gitDire
     return changed;
 }
 
-GitRepository::AbortLoss GitRepository::abortLoss(const OperationInProgress& operation,
-                                                  const fs::path& gitDirectory) const
+AbortLoss GitRepository::abortLoss(const OperationInProgress& operation, const fs::path& gitDirectory) const
 {
     AbortLoss loss;
     if (operation.kind == Kind::bisect)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <chrono>
-#include <cstdint>
+#include "GitKit/records/Run.h"
+
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -14,21 +14,11 @@
 
 namespace gitkit {
 
-/// How a run ended.
-struct RunEnd {
-    int status = 0;           ///< exit status; 128 plus the signal's number when a signal ended git
-    bool signalled = false;   ///< a signal ended git
-    bool stopped = false;     ///< because the caller asked for it
-    bool cut = false;         ///< because it had printed all that was wanted
-    std::string problem = {}; ///< why git could not be started; empty when it was
-    std::chrono::milliseconds duration{0};
-};
-
 /// Hears of runs of git as they happen. Called on the threads of the runs, several at once; it must not throw, and it
 /// must be quick: git waits for it.
 class RunListener {
 public:
-    using Run = std::uint64_t; ///< the run's number; no other has it while the application runs
+    using Run = gitkit::Run;
     enum class Stream { output, error };
 
     virtual ~RunListener() = default;

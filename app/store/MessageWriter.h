@@ -24,7 +24,7 @@ struct MessageRequest {
 /// Writes commit messages for staged changes. Called on the main thread; both report failures as exceptions whose text
 /// is for the user.
 struct MessageWriter {
-    using Changes = gitkit::GitRepository::StagedChanges;
+    using Changes = gitkit::StagedChanges;
 
     /// Ends soon once it is asked to stop, by whatever exception.
     std::function<QCoro::Task<QString>(Changes changes, std::stop_token stop)> write;

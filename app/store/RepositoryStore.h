@@ -172,7 +172,7 @@ public:
     void checkoutCommit(const std::string& hash);
     /// `startPoint` is a full ref name or a hash; HEAD without.
     void createBranch(const std::string& name, const std::optional<std::string>& startPoint,
-                      gitkit::GitRepository::AfterCreating after);
+                      gitkit::AfterCreating after);
     void createTag(const std::string& name, const std::string& target);
     /// Asks, and then deletes a local branch or a tag. Remote branches are not deleted here.
     void confirmDelete(const gitkit::GitRef& ref);
@@ -191,11 +191,11 @@ public:
     void skipOperation();
     /// Asks first when work would be lost.
     void abortOperation();
-    void bisect(gitkit::GitRepository::BisectMark mark);
+    void bisect(gitkit::BisectMark mark);
     void resetBisect();
 
-    void stashSave(const QString& message, gitkit::GitRepository::UntrackedFiles untracked);
-    void stashApply(const gitkit::Stash& stash, gitkit::GitRepository::StashUse use);
+    void stashSave(const QString& message, gitkit::UntrackedFiles untracked);
+    void stashApply(const gitkit::Stash& stash, gitkit::StashUse use);
     void confirmDrop(const gitkit::Stash& stash);
     void reveal(const std::vector<gitkit::FileChange>& files);
     void openInEditor(const std::vector<gitkit::FileChange>& files);
@@ -224,7 +224,7 @@ public:
 
     /// Resolves the conflicted ones of these files with one side, whole. Nothing that was edited is lost: it goes to
     /// the Trash.
-    void takeSide(const Files& files, gitkit::GitRepository::ConflictSide side);
+    void takeSide(const Files& files, gitkit::ConflictSide side);
 
     static QString discardTitle(const Files& files);
     void confirmDiscard(const Files& files);
@@ -323,7 +323,7 @@ private:
     void showPrepared(const QString& message);
     void emptyCommitBox();
     QCoro::Task<> abortingAfterCheck(gitkit::OperationInProgress now);
-    void endOperation(const gitkit::OperationInProgress& now, gitkit::GitRepository::OperationStep step);
+    void endOperation(const gitkit::OperationInProgress& now, gitkit::OperationStep step);
     void confirmForget(const gitkit::OperationInProgress& now, const QString& problem);
 
     QCoro::Task<> refreshLoop(RefreshScope scope);
@@ -381,7 +381,7 @@ private:
     std::map<std::string, gitkit::StageState> shownStaging_; ///< by path: what is under way
     int stagingUnderWay_ = 0;
     qint64 finishedWrites_ = 0;
-    std::optional<gitkit::GitRepository::PartialDiscard> lastDiscard_;
+    std::optional<gitkit::PartialDiscard> lastDiscard_;
     struct AmendedMessage {
         std::string bytes; ///< as git has them
         QString subject;

@@ -184,7 +184,7 @@ void RepositoryStore::checkoutCommit(const std::string& hash)
 }
 
 void RepositoryStore::createBranch(const std::string& name, const std::optional<std::string>& startPoint,
-                                   GitRepository::AfterCreating after)
+                                   gitkit::AfterCreating after)
 {
     perform({activityText(QStringLiteral("Creating branch")),
              [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }});
@@ -223,9 +223,8 @@ void RepositoryStore::confirmDelete(const GitRef& ref)
 
 void RepositoryStore::deleteBranch(const std::string& branch, const QString& name)
 {
-    Action action{activityText(QStringLiteral("Deleting branch")), [branch](const GitRepository& repo) {
-                      repo.deleteBranch(branch, GitRepository::Deletion::ifMerged);
-                  }};
+    Action action{activityText(QStringLiteral("Deleting branch")),
+                  [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::ifMerged); }};
     action.failed = [this, branch, name](const QString& message) {
         if (!message.contains(QLatin1String("not fully merged")))
             return false;
@@ -243,7 +242,7 @@ void RepositoryStore::confirmForceDelete(const std::string& branch, const QStrin
     question.actionTitle = QStringLiteral("Force Delete");
     question.action = [this, branch] {
         perform({activityText(QStringLiteral("Deleting branch")),
-                 [branch](const GitRepository& repo) { repo.deleteBranch(branch, GitRepository::Deletion::force); }});
+                 [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::force); }});
     };
     confirmation = std::optional(std::move(question));
 }
@@ -265,16 +264,16 @@ void RepositoryStore::revert(const std::string& hash)
     perform({activityText(QStringLiteral("Reverting")), [hash](const GitRepository& repo) { repo.revert(hash); }});
 }
 
-void RepositoryStore::stashSave(const QString& message, GitRepository::UntrackedFiles untracked)
+void RepositoryStore::stashSave(const QString& message, gitkit::UntrackedFiles untracked)
 {
     perform(
         {activityText(QStringLiteral("Stashing")),
          [text = message.toStdString(), untracked](const GitRepository& repo) { repo.stashSave(text, untracked); }});
 }
 
-void RepositoryStore::stashApply(const gitkit::Stash& stash, GitRepository::StashUse use)
+void RepositoryStore::stashApply(const gitkit::Stash& stash, gitkit::StashUse use)
 {
-    const bool pops = use == GitRepository::StashUse::pop;
+    const bool pops = use == gitkit::StashUse::pop;
     perform({activityText(pops ? QStringLiteral("Popping stash") : QStringLiteral("Applying stash")),
              [stash, use](const GitRepository& repo) { repo.stashApply(stash, use); }});
 }

@@ -13,7 +13,7 @@ QCoro::Task<QString> RepositoryStore::writtenMessage(std::stop_token stop)
 {
     const std::weak_ptr alive(alive_);
     const auto write = services_.messages.write;
-    GitRepository::StagedChanges changes = co_await run(&GitRepository::stagedChanges);
+    gitkit::StagedChanges changes = co_await run(&GitRepository::stagedChanges);
     QString message;
     if (!stop.stop_requested() && write)
         message = co_await write(std::move(changes), std::move(stop));
@@ -62,7 +62,7 @@ void RepositoryStore::cancelCommitMessage()
 QCoro::Task<MessageRequest> RepositoryStore::commitMessageRequest()
 {
     const auto describe = services_.messages.describe;
-    const GitRepository::StagedChanges changes = co_await run(&GitRepository::stagedChanges);
+    const gitkit::StagedChanges changes = co_await run(&GitRepository::stagedChanges);
     co_return describe ? describe(changes) : MessageRequest{};
 }
 

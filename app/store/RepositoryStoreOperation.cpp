@@ -15,7 +15,7 @@ using gitkit::FileChange;
 using gitkit::GitRepository;
 using gitkit::OperationInProgress;
 using Kind = OperationInProgress::Kind;
-using Step = GitRepository::OperationStep;
+using Step = gitkit::OperationStep;
 
 namespace {
 
@@ -24,7 +24,7 @@ constexpr std::size_t mostNames = 3;
 /// What the user typed for the commit that continuing makes.
 struct OwnMessage {
     std::string text;
-    GitRepository::CommitMode mode = GitRepository::CommitMode::create;
+    gitkit::CommitMode mode = gitkit::CommitMode::create;
 };
 
 /// Whether the message was recorded; git may fail after that. Written on the worker, read once it has ended.
@@ -56,11 +56,11 @@ bool commitFirst(const GitRepository& repo, const OperationInProgress& operation
                  const std::filesystem::path& gitDirectory, std::atomic_bool& recorded)
 {
     const gitkit::RepoStatus now = repo.status();
-    if (message.mode == GitRepository::CommitMode::create && now.stagedCount() == 0 && operation.kind != Kind::merge)
+    if (message.mode == gitkit::CommitMode::create && now.stagedCount() == 0 && operation.kind != Kind::merge)
         return true;
     // Only as an amendment does the stopped step stay a part of the commit before it.
     if (operation.meldsInto && operation.meldsInto == now.oid)
-        message.mode = GitRepository::CommitMode::amend;
+        message.mode = gitkit::CommitMode::amend;
     repo.commit(message.text, message.mode);
     recorded = true;
     const std::optional<OperationInProgress> left = repo.operationInProgress(gitDirectory);
@@ -80,7 +80,7 @@ QString filesText(const std::vector<std::string>& paths)
     return names.isEmpty() ? last : names.join(QStringLiteral(", ")) + QStringLiteral(" and ") + last;
 }
 
-QString lossText(const GitRepository::AbortLoss& loss, Kind kind)
+QString lossText(const gitkit::AbortLoss& loss, Kind kind)
 {
     QStringList sentences;
     if (!loss.paths.empty())
@@ -144,8 +144,7 @@ void RepositoryStore::continueOperation()
     std::optional<OwnMessage> message;
     // Git itself has the prepared one, and of a patch the author too.
     if (!commitSubject.value().trimmed().isEmpty() && !holdsPreparedMessage() && !inProgress.value()->appliesPatches)
-        message = OwnMessage{commitMessage(),
-                             amend.value() ? GitRepository::CommitMode::amend : GitRepository::CommitMode::create};
+        message = OwnMessage{commitMessage(), amend.value() ? gitkit::CommitMode::amend : gitkit::CommitMode::create};
     const auto recorded = std::make_shared<std::atomic_bool>(false);
     Action action;
     action.title = activityText(QStringLiteral("Continuing"), inProgress.value()->kind);
@@ -185,7 +184,7 @@ QCoro::Task<> RepositoryStore::abortingAfterCheck(OperationInProgress now)
 {
     QString message;
     try {
-        const GitRepository::AbortLoss loss = co_await run(&GitRepository::abortLoss, now, *gitDirectory_);
+        const gitkit::AbortLoss loss = co_await run(&GitRepository::abortLoss, now, *gitDirectory_);
         if (!loss.isNothing())
             message = lossText(loss, now.kind);
     } catch (const std::exception& failure) {
@@ -228,13 +227,13 @@ void RepositoryStore::confirmForget(const OperationInProgress& now, const QStrin
     confirmation = std::optional(std::move(question));
 }
 
-void RepositoryStore::bisect(GitRepository::BisectMark mark)
+void RepositoryStore::bisect(gitkit::BisectMark mark)
 {
     if (!inProgress.value() || !inProgress.value()->bisect)
         return;
     const gitkit::BisectProgress now = *inProgress.value()->bisect;
-    const std::string& term = mark == GitRepository::BisectMark::good ? now.good : now.bad;
-    const QString title = mark == GitRepository::BisectMark::skip
+    const std::string& term = mark == gitkit::BisectMark::good ? now.good : now.bad;
+    const QString title = mark == gitkit::BisectMark::skip
                               ? QStringLiteral("Skipping commit…")
                               : QStringLiteral("Marking commit as %1…").arg(shownText(term));
     perform({title, [now, mark](const GitRepository& repo) { repo.mark(now, mark); }});
@@ -246,7 +245,7 @@ void RepositoryStore::resetBisect()
         endOperation(*inProgress.value(), Step::abort);
 }
 
-void RepositoryStore::takeSide(const Files& files, GitRepository::ConflictSide side)
+void RepositoryStore::takeSide(const Files& files, gitkit::ConflictSide side)
 {
     std::vector<std::string> paths;
     for (const FileChange& file : files) {

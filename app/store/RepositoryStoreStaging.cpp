@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Staging, discarding and committing.
 
+#include "GitKit/PartialPatch.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/ShownText.h"
 #include "app/store/readers/ConflictMarkers.h"
@@ -255,7 +256,7 @@ QCoro::Task<> RepositoryStore::discardingPart(gitkit::PartialChange change)
 
 void RepositoryStore::undoDiscard()
 {
-    const std::optional<GitRepository::PartialDiscard> discard = std::exchange(lastDiscard_, std::nullopt);
+    const std::optional<gitkit::PartialDiscard> discard = std::exchange(lastDiscard_, std::nullopt);
     canUndoDiscard = false;
     if (discard)
         quick([discard = *discard](const GitRepository& repo) { repo.undoDiscard(discard); });
@@ -287,7 +288,7 @@ void RepositoryStore::commit()
     Action action;
     action.title = amends ? QStringLiteral("Amending…") : QStringLiteral("Committing…");
     action.operation = [message = commitMessage(), amends](const GitRepository& repo) {
-        repo.commit(message, amends ? GitRepository::CommitMode::amend : GitRepository::CommitMode::create);
+        repo.commit(message, amends ? gitkit::CommitMode::amend : gitkit::CommitMode::create);
     };
     action.succeeded = [this] { emptyCommitBox(); };
     perform(std::move(action));

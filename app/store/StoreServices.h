@@ -23,7 +23,7 @@ struct StoreServices {
     /// Opens files in the editor that the user chose.
     std::function<void(const Files& files, Failed failed)> openInEditor = {};
     /// Moves a file to the Trash; called on the worker's threads.
-    gitkit::GitRepository::Trash trash = {};
+    gitkit::Trash trash = {};
     /// Writes commit messages, where there is something that does.
     MessageWriter messages = {};
     /// Where there is none, what git starts asks as the application's environment says.

@@ -195,8 +195,7 @@ public:
 
     double selectingMilliseconds(const gitkit::Commit& commit)
     {
-        const gitkit::CommitDetail detail =
-            store.repo().commitDetail(commit.hash, gitkit::GitRepository::CommitKind::ordinary);
+        const gitkit::CommitDetail detail = store.repo().commitDetail(commit.hash, gitkit::CommitKind::ordinary);
         settle();
         isDrawn = false;
         const auto start = Clock::now();
@@ -281,8 +280,7 @@ void measureHolding(Window& window)
     }
     const int loads = window.worker.posted;
     const gitkit::Commit last = window.store.history.value().at(keys).commit;
-    const gitkit::CommitDetail detail =
-        window.store.repo().commitDetail(last.hash, gitkit::GitRepository::CommitKind::ordinary);
+    const gitkit::CommitDetail detail = window.store.repo().commitDetail(last.hash, gitkit::CommitKind::ordinary);
     const auto released = Clock::now();
     Window::spinUntil([&] { return window.shows(last, detail); });
 

@@ -32,7 +32,7 @@ namespace plovik {
 namespace {
 
 using gitkit::GitRepository;
-using Kind = GitRepository::CommitKind;
+using Kind = gitkit::CommitKind;
 using test::entries;
 using test::entry;
 using test::named;

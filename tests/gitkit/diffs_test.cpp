@@ -179,7 +179,7 @@ TEST(WorkingDiff, RunsNoConverterAndAppliesNone)
     EXPECT_EQ(diff.lines[2].text, "2");
     repository.applyToIndex(*partialChange("a.txt", diff, {2}, PatchDirection::forward));
     EXPECT_EQ(repo.read({"show", ":a.txt"}), "1\n2");
-    const CommitDetail detail = repository.commitDetail("HEAD", GitRepository::CommitKind::ordinary);
+    const CommitDetail detail = repository.commitDetail("HEAD", CommitKind::ordinary);
     EXPECT_EQ(repository.commitDiff(detail.hash, detail.files.at(1)).lines.at(1).text, "1");
 }
 
@@ -242,8 +242,7 @@ TEST(CommitDetails, ReadsCommitsMergesTagsAndStashes)
     repo.git({"checkout", "-q", "side"}).write("c", "1\n").commit("three").git({"checkout", "-q", "main"});
     repo.git({"merge", "-q", "--no-ff", "-m", "subject\n\nbody", "side"}).git({"tag", "-a", "-m", "tag text", "v1"});
     const GitRepository repository = repo.repository();
-    const CommitDetail merge =
-        repository.commitDetail(repo.read({"rev-parse", "v1"}), GitRepository::CommitKind::ordinary);
+    const CommitDetail merge = repository.commitDetail(repo.read({"rev-parse", "v1"}), CommitKind::ordinary);
     EXPECT_EQ(merge.hash, repo.head()) << "a tag stands for its commit";
     EXPECT_EQ(merge.message, "subject\n\nbody");
     EXPECT_EQ(merge.parents.size(), 2u);
@@ -252,19 +251,19 @@ TEST(CommitDetails, ReadsCommitsMergesTagsAndStashes)
     EXPECT_EQ(repository.commitDiff(merge.hash, merge.files[0]).additions, 1);
 
     repo.git({"mv", "a", "moved"}).commit("rename");
-    const CommitDetail rename = repository.commitDetail(repo.head(), GitRepository::CommitKind::ordinary);
+    const CommitDetail rename = repository.commitDetail(repo.head(), CommitKind::ordinary);
     ASSERT_EQ(rename.files.size(), 1u);
     EXPECT_EQ(rename.files[0].originalPath, "a");
     EXPECT_TRUE(repository.commitDiff(rename.hash, rename.files[0]).lines.empty());
 
     repo.write("b", "2\n").write("untracked", "u\n").git({"stash", "push", "-q", "--include-untracked"});
     const Stash stash = repository.stashes().at(0);
-    const CommitDetail detail = repository.commitDetail(stash.hash, GitRepository::CommitKind::stash);
+    const CommitDetail detail = repository.commitDetail(stash.hash, CommitKind::stash);
     ASSERT_EQ(detail.files.size(), 2u);
     EXPECT_EQ(detail.files[1].path, "untracked");
     EXPECT_EQ(detail.files[1].source, detail.parents.at(2));
     EXPECT_EQ(repository.commitDiff(stash.hash, detail.files[1]).lines.at(1).text, "u");
-    EXPECT_EQ(repository.commitDetail(stash.hash, GitRepository::CommitKind::ordinary).files.size(), 1u);
+    EXPECT_EQ(repository.commitDetail(stash.hash, CommitKind::ordinary).files.size(), 1u);
 }
 
 TEST(FileHistory, FollowsRenamesAndBlamesEachLine)

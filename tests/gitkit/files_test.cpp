@@ -14,8 +14,8 @@
 namespace gitkit {
 namespace {
 
-using Kind = GitRepository::CommitKind;
-using Source = GitRepository::DiffSource;
+using Kind = CommitKind;
+using Source = DiffSource;
 
 std::vector<std::string> paths(const std::vector<CommitFile>& files)
 {

@@ -17,11 +17,10 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using Strings = std::vector<std::string>;
-using After = GitRepository::AfterCreating;
-using Deletion = GitRepository::Deletion;
-using Mode = GitRepository::CommitMode;
-using Untracked = GitRepository::UntrackedFiles;
-using Use = GitRepository::StashUse;
+using After = AfterCreating;
+using Mode = CommitMode;
+using Untracked = UntrackedFiles;
+using Use = StashUse;
 
 /// What the operation fails with, empty when it does not.
 template <typename Operation>

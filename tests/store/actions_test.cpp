@@ -155,7 +155,7 @@ TEST_F(StoreActions, BranchesTagsPicksRevertsAndStashesLand)
     repo.write("a", "1").commit("one").write("b", "1").commit("two");
     load();
     const std::string first = store.history.value().at(1).commit.hash;
-    store.createBranch("side", first, GitRepository::AfterCreating::checkOut);
+    store.createBranch("side", first, gitkit::AfterCreating::checkOut);
     worker.finishAll();
     EXPECT_EQ(store.status.value().branch, "side");
     EXPECT_EQ(store.status.value().oid, first);
@@ -174,11 +174,11 @@ TEST_F(StoreActions, BranchesTagsPicksRevertsAndStashesLand)
 
     repo.write("a", "changed").write("new", "x");
     load();
-    store.stashSave(QStringLiteral("wip"), GitRepository::UntrackedFiles::include);
+    store.stashSave(QStringLiteral("wip"), gitkit::UntrackedFiles::include);
     worker.finishAll();
     ASSERT_EQ(store.stashes.value().size(), 1u);
     EXPECT_TRUE(store.status.value().files.empty());
-    store.stashApply(store.stashes.value()[0], GitRepository::StashUse::apply);
+    store.stashApply(store.stashes.value()[0], gitkit::StashUse::apply);
     worker.finishAll();
     EXPECT_EQ(store.status.value().files.size(), 2u);
     store.confirmDrop(store.stashes.value()[0]);

@@ -15,8 +15,8 @@ namespace {
 using gitkit::GitRepository;
 using gitkit::OperationInProgress;
 using Kind = OperationInProgress::Kind;
-using Side = GitRepository::ConflictSide;
-using Mark = GitRepository::BisectMark;
+using Side = gitkit::ConflictSide;
+using Mark = gitkit::BisectMark;
 using Arguments = std::vector<std::string>;
 
 struct StoreOperation : testing::Test {

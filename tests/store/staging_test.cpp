@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/PartialPatch.h"
 #include "tests/store/ManualWorker.h"
 #include "tests/support/TestRepository.h"
 

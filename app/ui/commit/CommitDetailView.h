@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/CommitKind.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/commit/CommitReading.h"
 
@@ -36,7 +37,7 @@ class CommitDetailView : public QWidget {
     Q_OBJECT
 
 public:
-    using CommitKind = gitkit::GitRepository::CommitKind;
+    using CommitKind = gitkit::CommitKind;
 
     /// `store` outlives the view.
     CommitDetailView(RepositoryStore& store, CommitKind kind, QWidget* parent = nullptr);

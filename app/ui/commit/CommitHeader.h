@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/CommitKind.h"
 #include "app/store/RepositoryStore.h"
 
 #include <QWidget>
@@ -27,7 +28,7 @@ class CommitHeader : public QWidget {
     Q_OBJECT
 
 public:
-    using CommitKind = gitkit::GitRepository::CommitKind;
+    using CommitKind = gitkit::CommitKind;
 
     /// `store` outlives the header.
     CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent = nullptr);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/CommitKind.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/commit/CommitReading.h"
 
@@ -9,7 +10,7 @@
 /// A commit's changes in a line. Main thread.
 namespace plovik::commitSummary {
 
-using CommitKind = gitkit::GitRepository::CommitKind;
+using CommitKind = gitkit::CommitKind;
 
 /// "3 files changed against the first parent", "2 files changed, 1 untracked".
 QString files(const gitkit::CommitDetail& detail, CommitKind kind);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/NewRefSheets.h"
 
+#include "GitKit/records/BranchChange.h"
 #include "app/store/ShownText.h"
 #include "app/ui/dialogs/RefNameRules.h"
 
@@ -93,7 +94,7 @@ bool NewBranchDialog::isComplete() const { return !name_->text().isEmpty(); }
 
 void NewBranchDialog::submit()
 {
-    using After = gitkit::GitRepository::AfterCreating;
+    using After = gitkit::AfterCreating;
     store().createBranch(name(), sheet_.startPoint, checkOut_->isChecked() ? After::checkOut : After::stay);
 }
 

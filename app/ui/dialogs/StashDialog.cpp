@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/StashDialog.h"
 
+#include "GitKit/records/Stash.h"
+
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QVBoxLayout>
@@ -65,7 +67,7 @@ QString StashDialog::note() const
 
 void StashDialog::submit()
 {
-    using Untracked = gitkit::GitRepository::UntrackedFiles;
+    using Untracked = gitkit::UntrackedFiles;
     store().stashSave(message_->text(), untracked_->isChecked() ? Untracked::include : Untracked::leave);
 }
 

@@ -39,8 +39,7 @@ PictureSide sideOf(std::optional<std::uint64_t> size, const std::optional<std::s
     return side;
 }
 
-PicturePair picturesOf(const gitkit::GitRepository::DiffSource& source, const gitkit::SideSizes& sizes,
-                       const gitkit::DiffSides& sides)
+PicturePair picturesOf(const gitkit::DiffSource& source, const gitkit::SideSizes& sizes, const gitkit::DiffSides& sides)
 {
     PicturePair pair;
     if (isThere(source.before))

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/DiffSides.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/diff/DiffAction.h"
 #include "app/ui/diff/ImagePane.h"
@@ -41,7 +42,7 @@ public:
 
 private:
     struct Key {
-        gitkit::GitRepository::DiffSource source;
+        gitkit::DiffSource source;
         std::string path;
         bool isBinary = false;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/DiffNotes.h"
 
+#include "GitKit/PartialPatch.h"
 #include "GitKit/records/QuotedName.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/ShownText.h"

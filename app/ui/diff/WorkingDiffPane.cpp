@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/WorkingDiffPane.h"
 
+#include "GitKit/PartialPatch.h"
 #include "app/store/ShownText.h"
 #include "app/ui/diff/DiffNotes.h"
 #include "app/ui/diff/DiffView.h"

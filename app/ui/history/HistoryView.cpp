@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/history/HistoryView.h"
 
+#include "GitKit/records/CommitKind.h"
 #include "app/settings/Settings.h"
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/history/HistoryList.h"
@@ -26,8 +27,8 @@ constexpr double leastListHeight = 140;
 
 HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), searchRow_(new HistorySearchRow(store, this)), list_(new HistoryList(store)),
-      detail_(new CommitDetailView(store, gitkit::GitRepository::CommitKind::ordinary)), blank_(new QWidget),
-      empty_(new EmptyState), wayOutButton_(empty_->action(QString())), pages_(new QStackedWidget(this))
+      detail_(new CommitDetailView(store, gitkit::CommitKind::ordinary)), blank_(new QWidget), empty_(new EmptyState),
+      wayOutButton_(empty_->action(QString())), pages_(new QStackedWidget(this))
 {
     content_ = new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
                              leastListHeight, list_, detail_);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/stashes/StashMenu.h"
 
+#include "GitKit/records/Stash.h"
+
 #include <QMenu>
 
 using namespace Qt::StringLiterals;
@@ -9,7 +11,7 @@ namespace plovik {
 
 QMenu* makeStashMenu(RepositoryStore& store, const gitkit::Stash& stash, QWidget* parent)
 {
-    using Use = gitkit::GitRepository::StashUse;
+    using Use = gitkit::StashUse;
     auto* menu = new QMenu(parent);
     menu->addAction(u"Apply Stash"_s, menu, [&store, stash] { store.stashApply(stash, Use::apply); });
     menu->addAction(u"Pop Stash"_s, menu, [&store, stash] { store.stashApply(stash, Use::pop); });

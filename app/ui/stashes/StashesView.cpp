@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/stashes/StashesView.h"
 
+#include "GitKit/records/CommitKind.h"
+#include "GitKit/records/Stash.h"
 #include "app/settings/Settings.h"
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/stashes/StashDelegate.h"
@@ -47,7 +49,7 @@ QFrame* makeDivider(QWidget* parent)
 
 StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     : QStackedWidget(parent), store_(store), model_(new StashesModel(store, this)), content_(new QWidget(this)),
-      detail_(new CommitDetailView(store, gitkit::GitRepository::CommitKind::stash)), empty_(new EmptyState(this)),
+      detail_(new CommitDetailView(store, gitkit::CommitKind::stash)), empty_(new EmptyState(this)),
       sign_(new TraySign), stashChanges_(empty_->action(u"Stash Changes…"_s))
 {
     empty_->setSign(sign_);
@@ -73,7 +75,7 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
 
 QWidget* StashesView::makeHeader()
 {
-    using Use = gitkit::GitRepository::StashUse;
+    using Use = gitkit::StashUse;
     auto* header = new QWidget(content_);
     header->setAutoFillBackground(true);
     header->setBackgroundRole(QPalette::Base);

@@ -172,7 +172,7 @@ void OperationBar::activityChanged()
 void OperationBar::skip()
 {
     if (store_.inProgress.value() && store_.inProgress.value()->bisect)
-        store_.bisect(gitkit::GitRepository::BisectMark::skip);
+        store_.bisect(gitkit::BisectMark::skip);
     else
         store_.skipOperation();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/OperationInProgress.h"
 #include "app/store/RepositoryStore.h"
 
 #include <QPointer>
@@ -39,8 +40,8 @@ private:
     void proceed() { store_.continueOperation(); }
     void skip();
     void abort() { store_.abortOperation(); }
-    void markGood() { store_.bisect(gitkit::GitRepository::BisectMark::good); }
-    void markBad() { store_.bisect(gitkit::GitRepository::BisectMark::bad); }
+    void markGood() { store_.bisect(gitkit::BisectMark::good); }
+    void markBad() { store_.bisect(gitkit::BisectMark::bad); }
     void showFound();
     void reset() { store_.resetBisect(); }
 

@@ -151,10 +151,10 @@ QString conflicts(const RepositoryStore& store)
     return count == 1 ? u"1 conflict left"_s : u"%L1 conflicts left"_s.arg(count);
 }
 
-QString side(const RepositoryStore& store, gitkit::GitRepository::ConflictSide side)
+QString side(const RepositoryStore& store, gitkit::ConflictSide side)
 {
     const std::optional<OperationInProgress>& now = store.inProgress.value();
-    const bool isOurs = side == gitkit::GitRepository::ConflictSide::ours;
+    const bool isOurs = side == gitkit::ConflictSide::ours;
     const QString current = currentBranch(store) + u" (checked out)"_s;
     const QString stop = now && now->stop ? stopText(*now->stop) : QString();
     const auto about = [&stop](const QString& what) { return stop.isEmpty() ? what : stop + u" ("_s + what + u')'; };

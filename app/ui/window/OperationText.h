@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/OperationInProgress.h"
 #include "app/store/RepositoryStore.h"
 
 #include <QString>
@@ -18,6 +19,6 @@ QString conflicts(const RepositoryStore& store);
 /// "merge", "rebase", ...
 QString noun(gitkit::OperationInProgress::Kind kind);
 /// Whose version one side of a conflict is. A store that is in the middle of nothing has conflicts from a stash.
-QString side(const RepositoryStore& store, gitkit::GitRepository::ConflictSide side);
+QString side(const RepositoryStore& store, gitkit::ConflictSide side);
 
 } // namespace plovik::operationText

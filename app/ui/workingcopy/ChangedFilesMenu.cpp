@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/ChangedFilesMenu.h"
 
+#include "GitKit/records/OperationInProgress.h"
 #include "app/store/ShownText.h"
 #include "app/ui/window/OperationText.h"
 
@@ -70,7 +71,7 @@ void addResolving(QMenu& menu, RepositoryStore& store, const RepositoryStore::Fi
     std::ranges::copy_if(files, std::back_inserter(conflicted), &gitkit::FileChange::isConflicted);
     if (conflicted.empty())
         return;
-    using Side = gitkit::GitRepository::ConflictSide;
+    using Side = gitkit::ConflictSide;
     const auto add = [&](const QString& title, Side side) {
         QAction* const action =
             menu.addAction(title, &menu, [&store, conflicted, side] { store.takeSide(conflicted, side); });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/syntax/DiffFilesLoader.h"
 
+#include "GitKit/records/DiffSides.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/diff/syntax/SyntaxHighlighter.h"
 
@@ -17,7 +18,7 @@ namespace {
 constexpr std::size_t largestFile = std::size_t{8} << 20;
 constexpr qsizetype keptBytes = qsizetype{6} << 20;
 
-DiffTexts readTexts(const GitRepository& repository, const GitRepository::DiffSource& source)
+DiffTexts readTexts(const GitRepository& repository, const gitkit::DiffSource& source)
 {
     gitkit::DiffSides sides = repository.diffSides(source, largestFile);
     DiffTexts texts;
@@ -164,9 +165,9 @@ QCoro::Task<> DiffFilesLoader::work(QPointer<DiffFilesLoader> loader)
     while (const std::optional<Job> job = loader->nextJob()) {
         if (!job->side) {
             const Section& section = job->section;
-            const GitRepository::DiffSource source{section.syntax.before ? std::nullopt : named(section.before.blob),
-                                                   section.syntax.after ? std::nullopt : named(section.after.blob),
-                                                   section.workingPath};
+            const gitkit::DiffSource source{section.syntax.before ? std::nullopt : named(section.before.blob),
+                                            section.syntax.after ? std::nullopt : named(section.after.blob),
+                                            section.workingPath};
             DiffTexts texts;
             try {
                 texts = co_await loader->store_.runFunction(&readTexts, source);

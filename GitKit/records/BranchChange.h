@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+namespace gitkit {
+
+/// What happens to HEAD once a branch has been created.
+enum class AfterCreating { stay, checkOut };
+
+/// Whether a branch with commits that are not merged anywhere is deleted too.
+enum class Deletion { ifMerged, force };
+
+} // namespace gitkit
