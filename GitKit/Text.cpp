@@ -118,6 +118,11 @@ std::string_view trimmed(std::string_view text, std::string_view blanks)
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
+std::string_view withoutLineEnd(std::string_view text)
+{
+    return text.ends_with('\n') ? text.substr(0, text.size() - 1) : text;
+}
+
 std::vector<std::string> splitNul(std::string_view text)
 {
     std::vector<std::string> pieces;

@@ -3,31 +3,24 @@
 
 #include "GitKit/records/BlameLine.h"
 #include "GitKit/records/BranchChange.h"
-#include "GitKit/records/ChangeCounts.h"
 #include "GitKit/records/Commit.h"
 #include "GitKit/records/CommitDetail.h"
 #include "GitKit/records/CommitKind.h"
 #include "GitKit/records/CommitMode.h"
 #include "GitKit/records/DiffSection.h"
-#include "GitKit/records/DiffSides.h"
 #include "GitKit/records/FileRevision.h"
-#include "GitKit/records/FileSample.h"
-#include "GitKit/records/GitDirectories.h"
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/HistoryFilter.h"
 #include "GitKit/records/HistoryScope.h"
-#include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/ParsedDiff.h"
 #include "GitKit/records/PartialChange.h"
 #include "GitKit/records/RepoStatus.h"
-#include "GitKit/records/SideSizes.h"
 #include "GitKit/records/StagedChanges.h"
 #include "GitKit/records/Stash.h"
 #include "GitKit/records/Trash.h"
 #include "GitKit/runner/GitRunner.h"
 
-#include <chrono>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,6 +40,8 @@ public:
     GitRepository in(RunContext context) const { return GitRepository(root_, std::move(context)); }
 
     const std::filesystem::path& root() const { return root_; }
+    /// Runs git in the root. For the topics beside this class only.
+    const GitRunner& runner() const { return runner_; }
 
     /// The top level of the working tree that holds `folder`.
     static std::filesystem::path topLevel(const std::filesystem::path& folder);
@@ -61,19 +56,6 @@ public:
     std::vector<Stash> stashes() const;
     /// The newest `limit` commits of `scope`, only those that match `filter` when there is one.
     std::vector<Commit> log(const HistoryScope& scope, int limit, const std::optional<HistoryFilter>& filter) const;
-    /// How many commits log() lists before the one with this full hash; nothing when `scope` does not hold it. Costs
-    /// what walking the whole history costs.
-    std::optional<int> position(const HistoryScope& scope, const std::string& hash) const;
-
-    GitDirectories gitDirectories() const;
-
-    /// Folders, relative to the root and without a final slash, whose whole content git ignores. Folders inside them
-    /// are not listed.
-    std::vector<std::string> ignoredFolders() const;
-
-    /// Those of `folders` (relative to the root) that git ignores. Folders inside submodules never are.
-    std::vector<std::string> ignoredAmong(const std::vector<std::string>& folders) const;
-
     /// The full message of one commit, repaired for showing.
     std::string commitMessage(const std::string& hash) const;
 
@@ -81,29 +63,16 @@ public:
     /// through renames as far as git follows one path: a file that was renamed on two branches is followed on one.
     std::vector<FileRevision> fileLog(const std::string& path, const std::optional<std::string>& revision,
                                       int limit) const;
-    /// What stands at a path of `revision`, of the working tree without, and up to `bytes` of its beginning.
-    FileSample fileSample(const std::string& path, const std::optional<std::string>& revision, std::size_t bytes) const;
     /// Who last changed each line of a file in `revision`; in the working tree without.
     std::vector<BlameLine> blame(const std::string& path, const std::optional<std::string>& revision) const;
 
     /// A commit with its changes against its first parent; a stash with its untracked files too.
     CommitDetail commitDetail(const std::string& hash, CommitKind kind) const;
-    /// How many lines each file of commitDetail() adds and removes, in the same order. Costs what all the diffs cost.
-    std::vector<ChangeCounts> changeCounts(const std::string& hash, CommitKind kind) const;
     /// One file's diff in a commit, as commitDetail() lists the file.
     ParsedDiff commitDiff(const std::string& hash, const CommitFile& file,
                           WhiteSpace whiteSpace = WhiteSpace::compared) const;
     /// The diffs of a changed file: what is not staged, then what is. Reading stops where no more is shown.
     std::vector<DiffSection> workingDiff(const FileChange& file, WhiteSpace whiteSpace = WhiteSpace::compared) const;
-
-    /// The whole files of a diff, those of up to `limit` bytes.
-    DiffSides diffSides(const DiffSource& source, std::size_t limit) const;
-    /// How large the files of a diff are, whatever their size.
-    SideSizes diffSizes(const DiffSource& source) const;
-    /// Blobs by their hashes, in the order asked for; nothing for one that is missing or larger than `limit` bytes.
-    std::vector<std::optional<std::string>> blobs(const std::vector<std::string>& hashes, std::size_t limit) const;
-    /// The hash of the commit that a hash, a part of one or a ref's name stands for.
-    std::string resolveCommit(const std::string& name) const;
 
     StagedChanges stagedChanges() const;
     /// HEAD's message, as its bytes; as UTF-8 when the commit names another encoding.
@@ -121,12 +90,6 @@ public:
 
     /// Stages or unstages parts of a file. Refuses when the index no longer holds what the patch was made from.
     void applyToIndex(const PartialChange& change) const;
-
-    /// Takes changes out of a file of the working tree: `change` is a reverse one. Refuses when the file is no longer
-    /// what the patch was made from. The result is nothing for a file too large to keep.
-    std::optional<PartialDiscard> discardPart(const PartialChange& change) const;
-    /// Brings back what discardPart() took, while the file is still as that left it. Refuses otherwise.
-    void undoDiscard(const PartialDiscard& discard) const;
 
     /// Brings files back to HEAD, one after another; stops at the first that fails. What git does not know goes to the
     /// Trash, never away.
@@ -156,27 +119,6 @@ public:
     void stashApply(const Stash& stash, StashUse use) const;
     void stashDrop(const Stash& stash) const;
 
-    // What git stopped in the middle of. `gitDirectory` is gitDirectories().own, which callers remember.
-
-    /// Reads git's own files; runs git only for the counts of a bisect that is not as it was `before`, and of several
-    /// commits that are picked or reverted. What cannot be found out is absent; throws nothing but RunStopped.
-    std::optional<OperationInProgress> operationInProgress(const std::filesystem::path& gitDirectory,
-                                                           const std::optional<OperationInProgress>& before = {}) const;
-    /// A message that git prepared, by git's rules for comments and blanks.
-    std::string withoutComments(const std::string& message) const;
-    /// Goes on, leaves the stopped commit out, or goes back to where it began; `forget` leaves everything as it is and
-    /// ends the operation all the same.
-    void proceed(const OperationInProgress& operation, OperationStep step) const;
-    /// Marks the commit that is checked out.
-    void mark(const OperationInProgress::Bisect& bisect, BisectMark mark) const;
-
-    AbortLoss abortLoss(const OperationInProgress& operation, const std::filesystem::path& gitDirectory) const;
-
-    /// Resolves conflicts in these paths by taking one side whole, which may mean that the file is gone. A working file
-    /// that was edited since git wrote it goes to the Trash first, and so does one that the side does not have.
-    void takeSide(const std::vector<std::string>& paths, ConflictSide side, const std::filesystem::path& gitDirectory,
-                  const Trash& trash) const;
-
     void fetch() const;
     void pull() const;
     /// Pushes `branch`, which must be the current one without a remote, to the branch of that name; sets its upstream
@@ -184,21 +126,6 @@ public:
     void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
 
 private:
-    using Arguments = std::vector<std::string>;
-    std::string walkHistory(const HistoryScope& scope,
-                            const std::function<Arguments(const Arguments& scope)>& command) const;
-    ParsedDiff diff(const std::vector<std::string>& arguments, const std::vector<int>& accepting,
-                    WhiteSpace whiteSpace) const;
-    void requireIndexHolds(const PartialChange& change) const;
-    void requireWorkingTreeHolds(const PartialChange& change) const;
-    bool resolvesHead() const;
-    void requireReadableHead() const;
-    void countBisect(OperationInProgress::Bisect& bisect) const;
-    void countSequence(OperationInProgress& operation, const std::filesystem::path& gitDirectory) const;
-    /// `slack` after the stop a file's time may still be git's doing.
-    std::vector<std::string> changedSinceStop(const std::filesystem::path& gitDirectory,
-                                              const std::vector<FileChange>& files, std::chrono::seconds slack) const;
-
     std::filesystem::path root_;
     GitRunner runner_;
 };

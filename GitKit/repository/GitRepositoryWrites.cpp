@@ -30,8 +30,11 @@
 //   stash apply, pop,    the stash is looked up by its hash just before; its number may be another's by now.
 //   drop
 
+#include "GitKit/Text.h"
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
+#include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/TellingCommand.h"
 #include "GitKit/runner/GitError.h"
 
@@ -48,31 +51,6 @@ using Arguments = std::vector<std::string>;
 constexpr std::string_view branchPrefix = "refs/heads/";
 
 std::string quoted(const std::string& name) { return "“" + repairedUtf8(name) + "”"; }
-
-bool isHash(std::string_view text)
-{
-    return text.size() >= 4 && text.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
-}
-
-/// A full ref name or a hash as an argument: neither is an option, and neither is taken for another ref.
-std::string revisionArgument(const char* command, const std::string& revision)
-{
-    if (!revision.starts_with("refs/") && !isHash(revision) && revision != "HEAD")
-        throw GitError(command, 128, quoted(revision) + " is neither the full name of a branch or tag nor a hash.");
-    return revision;
-}
-
-/// A new ref's short name as an argument; the rest of the rules are git's to tell.
-std::string newNameArgument(const char* command, const std::string& name)
-{
-    if (name.empty())
-        throw GitError(command, 128, "The name is empty.");
-    if (name.starts_with('-'))
-        throw GitError(command, 128, quoted(name) + " cannot be a name: it begins with “-”.");
-    if (name == "@" || name == "HEAD" || name.find("@{") != std::string::npos)
-        throw GitError(command, 128, quoted(name) + " cannot be a name: git reads it as something else.");
-    return name;
-}
 
 /// The name below refs/heads/; nothing for any other ref.
 std::optional<std::string> branchName(const std::string& ref)
@@ -186,7 +164,7 @@ void GitRepository::checkout(const std::string& ref) const
 {
     const std::optional<std::string> branch = branchName(ref);
     if (!branch) {
-        runner_.accepted({"checkout", revisionArgument("checkout", ref), "--"});
+        runner_.accepted({"checkout", exactArgument("checkout", ref), "--"});
         return;
     }
     const std::string elsewhere = workingTreeOf(runner_, ref);
@@ -202,8 +180,8 @@ void GitRepository::checkout(const std::string& ref) const
 
 void GitRepository::checkoutTracking(const std::string& remoteBranch, const std::string& localName) const
 {
-    runner_.accepted({"checkout", "-b", newNameArgument("checkout", localName), "--track",
-                      revisionArgument("checkout", remoteBranch)});
+    runner_.accepted(
+        {"checkout", "-b", newNameArgument("checkout", localName), "--track", exactArgument("checkout", remoteBranch)});
 }
 
 void GitRepository::createBranch(const std::string& name, const std::optional<std::string>& startPoint,
@@ -215,7 +193,7 @@ void GitRepository::createBranch(const std::string& name, const std::optional<st
         arguments.emplace_back("-b");
     arguments.push_back(newNameArgument(command, name));
     if (startPoint && !startPoint->empty())
-        arguments.push_back(revisionArgument(command, *startPoint));
+        arguments.push_back(exactArgument(command, *startPoint));
     runner_.accepted(arguments);
 }
 
@@ -226,25 +204,25 @@ void GitRepository::deleteBranch(const std::string& name, Deletion deletion) con
 
 void GitRepository::createTag(const std::string& name, const std::string& target) const
 {
-    runner_.accepted({"tag", newNameArgument("tag", name), revisionArgument("tag", target)});
+    runner_.accepted({"tag", newNameArgument("tag", name), exactArgument("tag", target)});
 }
 
 void GitRepository::deleteTag(const std::string& name) const { runner_.accepted({"tag", "-d", "--", name}); }
 
 void GitRepository::merge(const std::string& ref) const
 {
-    const std::string revision = revisionArgument("merge", ref);
+    const std::string revision = exactArgument("merge", ref);
     runTelling(runner_, {"merge", revision.starts_with("refs/") ? shortestName(runner_, revision) : revision});
 }
 
 void GitRepository::cherryPick(const std::string& hash) const
 {
-    runTelling(runner_, {"cherry-pick", revisionArgument("cherry-pick", hash)});
+    runTelling(runner_, {"cherry-pick", exactArgument("cherry-pick", hash)});
 }
 
 void GitRepository::revert(const std::string& hash) const
 {
-    runTelling(runner_, {"revert", "--no-edit", revisionArgument("revert", hash)});
+    runTelling(runner_, {"revert", "--no-edit", exactArgument("revert", hash)});
 }
 
 void GitRepository::stashSave(const std::string& message, UntrackedFiles untracked) const
@@ -261,7 +239,7 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
 {
     const std::string ref = currentRef(stashes(), stash);
     const std::string verb = use == StashUse::pop ? "pop" : "apply";
-    if (!isOperationInProgress(gitDirectories().own)) {
+    if (!isOperationInProgress(gitDirectories(*this).own)) {
         try {
             runTelling(runner_, {"stash", verb, "--index", ref});
             return;

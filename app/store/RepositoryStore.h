@@ -2,6 +2,10 @@
 #pragma once
 
 #include "GitKit/records/HistoryFilter.h"
+#include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/PartialChange.h"
+#include "GitKit/repository/Blobs.h"
+#include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "app/await/Await.h"
 #include "app/await/Turnstile.h"
@@ -266,6 +270,18 @@ public:
             worker_, Worker::Lane::local, alive_,
             [repo = repo_, verb, ... copies = std::decay_t<Arguments>(std::forward<Arguments>(arguments))]() -> Result {
                 return (repo.*verb)(copies...);
+            });
+    }
+
+    /// Awaits a function over the repository on the worker, with copies of the arguments.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    BlockingCall<Result> run(Result (*verb)(const gitkit::GitRepository&, Parameters...),
+                             Arguments&&... arguments) const
+    {
+        return BlockingCall<Result>(
+            worker_, Worker::Lane::local, alive_,
+            [repo = repo_, verb, ... copies = std::decay_t<Arguments>(std::forward<Arguments>(arguments))]() -> Result {
+                return verb(repo, copies...);
             });
     }
 

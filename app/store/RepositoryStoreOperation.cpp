@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Going on or back from where git stopped.
 
+#include "GitKit/repository/Folders.h"
+#include "GitKit/repository/Operations.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/ShownText.h"
 
@@ -63,7 +65,7 @@ bool commitFirst(const GitRepository& repo, const OperationInProgress& operation
         message.mode = gitkit::CommitMode::amend;
     repo.commit(message.text, message.mode);
     recorded = true;
-    const std::optional<OperationInProgress> left = repo.operationInProgress(gitDirectory);
+    const std::optional<OperationInProgress> left = gitkit::operationInProgress(repo, gitDirectory);
     return left && left->kind == operation.kind;
 }
 
@@ -150,7 +152,7 @@ void RepositoryStore::continueOperation()
     action.title = activityText(QStringLiteral("Continuing"), inProgress.value()->kind);
     action.operation = [now = *inProgress.value(), message, recorded, directory = *gitDirectory_](const auto& repo) {
         if (!message || commitFirst(repo, now, *message, directory, *recorded))
-            repo.proceed(now, Step::proceed);
+            gitkit::proceed(repo, now, Step::proceed);
     };
     action.succeeded = [this, recorded] {
         if (*recorded)
@@ -167,7 +169,7 @@ void RepositoryStore::skipOperation()
 {
     if (inProgress.value() && inProgress.value()->canSkip())
         perform({QStringLiteral("Skipping commit…"),
-                 [now = *inProgress.value()](const GitRepository& repo) { repo.proceed(now, Step::skip); }});
+                 [now = *inProgress.value()](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); }});
 }
 
 void RepositoryStore::abortOperation()
@@ -184,7 +186,7 @@ QCoro::Task<> RepositoryStore::abortingAfterCheck(OperationInProgress now)
 {
     QString message;
     try {
-        const gitkit::AbortLoss loss = co_await run(&GitRepository::abortLoss, now, *gitDirectory_);
+        const gitkit::AbortLoss loss = co_await run(&gitkit::abortLoss, now, *gitDirectory_);
         if (!loss.isNothing())
             message = lossText(loss, now.kind);
     } catch (const std::exception& failure) {
@@ -205,7 +207,8 @@ QCoro::Task<> RepositoryStore::abortingAfterCheck(OperationInProgress now)
 void RepositoryStore::endOperation(const OperationInProgress& now, Step step)
 {
     const QString verb = now.kind == Kind::bisect ? QStringLiteral("Resetting") : QStringLiteral("Aborting");
-    Action action{activityText(verb, now.kind), [now, step](const GitRepository& repo) { repo.proceed(now, step); }};
+    Action action{activityText(verb, now.kind),
+                  [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
     // Git cannot go back with files that are missing, nor to a branch that is gone.
     if (step == Step::abort && (now.isIncomplete || now.kind == Kind::bisect))
         action.failed = [this, now](const QString& problem) {
@@ -236,7 +239,7 @@ void RepositoryStore::bisect(gitkit::BisectMark mark)
     const QString title = mark == gitkit::BisectMark::skip
                               ? QStringLiteral("Skipping commit…")
                               : QStringLiteral("Marking commit as %1…").arg(shownText(term));
-    perform({title, [now, mark](const GitRepository& repo) { repo.mark(now, mark); }});
+    perform({title, [now, mark](const GitRepository& repo) { gitkit::mark(repo, now, mark); }});
 }
 
 void RepositoryStore::resetBisect()
@@ -255,7 +258,7 @@ void RepositoryStore::takeSide(const Files& files, gitkit::ConflictSide side)
     if (paths.empty())
         return;
     quick([paths, side, directory = gitDirectory_, trash = services_.trash](const GitRepository& repo) {
-        repo.takeSide(paths, side, directory ? *directory : repo.gitDirectories().own, trash);
+        gitkit::takeSide(repo, paths, side, directory ? *directory : gitkit::gitDirectories(repo).own, trash);
     });
 }
 

@@ -2,6 +2,7 @@
 // Staging, discarding and committing.
 
 #include "GitKit/PartialPatch.h"
+#include "GitKit/repository/PartialDiscard.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/ShownText.h"
 #include "app/store/readers/ConflictMarkers.h"
@@ -244,7 +245,7 @@ QCoro::Task<> RepositoryStore::discardingPart(gitkit::PartialChange change)
     std::optional<QString> problem;
     try {
         const Turnstile::Pass pass = co_await writing_.enter();
-        lastDiscard_ = co_await run(&GitRepository::discardPart, change);
+        lastDiscard_ = co_await run(&gitkit::discardPart, change);
         canUndoDiscard = lastDiscard_.has_value();
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
@@ -259,7 +260,7 @@ void RepositoryStore::undoDiscard()
     const std::optional<gitkit::PartialDiscard> discard = std::exchange(lastDiscard_, std::nullopt);
     canUndoDiscard = false;
     if (discard)
-        quick([discard = *discard](const GitRepository& repo) { repo.undoDiscard(discard); });
+        quick([discard = *discard](const GitRepository& repo) { gitkit::undoDiscard(repo, discard); });
 }
 
 bool RepositoryStore::canCommit() const

@@ -2,6 +2,7 @@
 #include "GitKit/PartialPatch.h"
 #include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/DiffParser.h"
+#include "GitKit/repository/PartialDiscard.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 
@@ -220,7 +221,7 @@ TEST(ApplyToIndex, RefusesWhatTheIndexNoLongerHolds)
 
     const ParsedDiff now = section(repository, "a", "Unstaged");
     repo.write("a", "something else\n");
-    EXPECT_THROW(repository.discardPart(*partialChange("a", now, changes(now), PatchDirection::reverse)), GitError);
+    EXPECT_THROW(discardPart(repository, *partialChange("a", now, changes(now), PatchDirection::reverse)), GitError);
     std::ifstream file(repo / "a");
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "something else\n");
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/parsers/BlameParser.h"
+#include "GitKit/repository/Blobs.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
@@ -70,15 +71,15 @@ TEST(FileSample, TellsWhatStandsAtAPath)
     repo.git({"commit", "-q", "-m", "two"});
     const GitRepository repository = repo.repository();
     const std::optional<std::string> head = repo.head();
-    EXPECT_EQ(repository.fileSample("file", head, 4), (FileSample{Kind::file, "0123"}));
-    EXPECT_EQ(repository.fileSample("file", std::nullopt, 4), (FileSample{Kind::file, "0123"}));
-    EXPECT_EQ(repository.fileSample("folder/f*", head, 100), (FileSample{Kind::file, "star"}));
+    EXPECT_EQ(fileSample(repository, "file", head, 4), (FileSample{Kind::file, "0123"}));
+    EXPECT_EQ(fileSample(repository, "file", std::nullopt, 4), (FileSample{Kind::file, "0123"}));
+    EXPECT_EQ(fileSample(repository, "folder/f*", head, 100), (FileSample{Kind::file, "star"}));
     for (const auto& revision : {head, std::optional<std::string>()}) {
-        EXPECT_EQ(repository.fileSample("folder", revision, 4).kind, Kind::folder);
-        EXPECT_EQ(repository.fileSample("folder/*", revision, 4).kind, Kind::missing);
+        EXPECT_EQ(fileSample(repository, "folder", revision, 4).kind, Kind::folder);
+        EXPECT_EQ(fileSample(repository, "folder/*", revision, 4).kind, Kind::missing);
     }
-    EXPECT_EQ(repository.fileSample("module", head, 4).kind, Kind::submodule);
-    EXPECT_THROW(repository.fileSample("file", std::string(40, '1'), 4), GitError) << "an unknown revision";
+    EXPECT_EQ(fileSample(repository, "module", head, 4).kind, Kind::submodule);
+    EXPECT_THROW(fileSample(repository, "file", std::string(40, '1'), 4), GitError) << "an unknown revision";
 }
 
 } // namespace

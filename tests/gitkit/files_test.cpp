@@ -4,6 +4,8 @@
 
 #include "GitKit/PartialPatch.h"
 #include "GitKit/parsers/NumStatParser.h"
+#include "GitKit/repository/Blobs.h"
+#include "GitKit/repository/Commits.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 
@@ -63,7 +65,7 @@ TEST(ChangeCounts, StandInTheOrderOfTheFilesWhateverTheirNames)
     std::filesystem::permissions(repo / "mode", std::filesystem::perms::owner_all);
     repo.commit("two");
     const GitRepository repository = repo.repository();
-    const auto counts = repository.changeCounts(repo.head(), Kind::ordinary);
+    const auto counts = changeCounts(repository, repo.head(), Kind::ordinary);
     EXPECT_EQ(paths(counts), paths(repository.commitDetail(repo.head(), Kind::ordinary).files));
     const auto of = [&counts](const std::string& path) {
         const auto found = std::ranges::find(counts, path, &ChangeCounts::path);
@@ -75,7 +77,7 @@ TEST(ChangeCounts, StandInTheOrderOfTheFilesWhateverTheirNames)
     EXPECT_EQ(of("gone"), (ChangeCounts{"gone", 0, 2}));
     EXPECT_EQ(of("mode"), (ChangeCounts{"mode", 0, 0}));
     EXPECT_EQ(of("data"), (ChangeCounts{"data", std::nullopt, std::nullopt}));
-    EXPECT_EQ(repository.changeCounts(repo.head() + "^", Kind::ordinary).size(), 4U) << "of a root commit";
+    EXPECT_EQ(changeCounts(repository, repo.head() + "^", Kind::ordinary).size(), 4U) << "of a root commit";
 }
 
 TEST(ChangeCounts, OfAMergeAreThoseAgainstTheFirstParentAndOfAStashIncludeUntrackedFiles)
@@ -85,15 +87,15 @@ TEST(ChangeCounts, OfAMergeAreThoseAgainstTheFirstParentAndOfAStashIncludeUntrac
     repo.git({"checkout", "-q", "main"}).write("a", "2\n").commit("two");
     repo.git({"merge", "-q", "--no-ff", "-m", "merge", "side"});
     const GitRepository repository = repo.repository();
-    EXPECT_EQ(repository.changeCounts(repo.head(), Kind::ordinary), (std::vector<ChangeCounts>{{"b", 2, 0}}));
+    EXPECT_EQ(changeCounts(repository, repo.head(), Kind::ordinary), (std::vector<ChangeCounts>{{"b", 2, 0}}));
 
     repo.write("a", "3\n").write("new", "1\n2\n3\n").git({"stash", "push", "-q", "--include-untracked"});
     const std::string stash = repo.read({"rev-parse", "stash"});
-    const auto counts = repository.changeCounts(stash, Kind::stash);
+    const auto counts = changeCounts(repository, stash, Kind::stash);
     EXPECT_EQ(counts, (std::vector<ChangeCounts>{{"a", 1, 1}, {"new", 3, 0}}));
     EXPECT_EQ(paths(counts), paths(repository.commitDetail(stash, Kind::stash).files));
     repo.write("a", "4\n").git({"stash", "push", "-q"});
-    EXPECT_EQ(repository.changeCounts(repo.read({"rev-parse", "stash"}), Kind::stash).size(), 1U);
+    EXPECT_EQ(changeCounts(repository, repo.read({"rev-parse", "stash"}), Kind::stash).size(), 1U);
 }
 
 TEST(CommitDetails, AreTakenApartWhateverTheMessageHolds)
@@ -120,12 +122,12 @@ TEST(DiffSides, AreTheWholeFilesOfADiff)
     repo.write("a", "1\n").commit("one").write("a", bytes).write("b", "new").commit("two");
     const GitRepository repository = repo.repository();
     const ParsedDiff changed = diffOf(repository, repo.head(), "a");
-    EXPECT_EQ(repository.diffSides({changed.oldBlob, changed.newBlob, {}}, 1000), (DiffSides{"1\n", bytes}));
-    EXPECT_EQ(repository.diffSides({changed.oldBlob, changed.newBlob, {}}, 5), (DiffSides{"1\n", std::nullopt}));
-    EXPECT_EQ(repository.diffSides({changed.oldBlob, changed.newBlob, {}}, bytes.size()), (DiffSides{"1\n", bytes}));
+    EXPECT_EQ(diffSides(repository, {changed.oldBlob, changed.newBlob, {}}, 1000), (DiffSides{"1\n", bytes}));
+    EXPECT_EQ(diffSides(repository, {changed.oldBlob, changed.newBlob, {}}, 5), (DiffSides{"1\n", std::nullopt}));
+    EXPECT_EQ(diffSides(repository, {changed.oldBlob, changed.newBlob, {}}, bytes.size()), (DiffSides{"1\n", bytes}));
     const ParsedDiff added = diffOf(repository, repo.head(), "b");
-    EXPECT_EQ(repository.diffSides({added.oldBlob, added.newBlob, {}}, 1000), (DiffSides{std::nullopt, "new"}));
-    EXPECT_EQ(repository.diffSides({}, 1000), DiffSides{});
+    EXPECT_EQ(diffSides(repository, {added.oldBlob, added.newBlob, {}}, 1000), (DiffSides{std::nullopt, "new"}));
+    EXPECT_EQ(diffSides(repository, {}, 1000), DiffSides{});
 }
 
 TEST(DiffSides, TakeWhatIsNoBlobFromTheWorkingTree)
@@ -141,10 +143,10 @@ TEST(DiffSides, TakeWhatIsNoBlobFromTheWorkingTree)
         const ParsedDiff diff = repository.workingDiff(*file).front().diff;
         if (!diff.newBlob)
             continue; // a change of type is two diffs
-        EXPECT_EQ(repository.diffSides({diff.oldBlob, diff.newBlob, path}, 100).after, expected);
-        EXPECT_EQ(repository.diffSides({diff.oldBlob, diff.newBlob, path}, 3).after, std::nullopt) << "too large";
-        EXPECT_EQ(repository.diffSides({diff.oldBlob, diff.newBlob, {}}, 100).after, std::nullopt);
-        EXPECT_EQ(repository.diffSides({diff.oldBlob, diff.newBlob, "gone"}, 100).after, std::nullopt);
+        EXPECT_EQ(diffSides(repository, {diff.oldBlob, diff.newBlob, path}, 100).after, expected);
+        EXPECT_EQ(diffSides(repository, {diff.oldBlob, diff.newBlob, path}, 3).after, std::nullopt) << "too large";
+        EXPECT_EQ(diffSides(repository, {diff.oldBlob, diff.newBlob, {}}, 100).after, std::nullopt);
+        EXPECT_EQ(diffSides(repository, {diff.oldBlob, diff.newBlob, "gone"}, 100).after, std::nullopt);
     }
 }
 
@@ -156,10 +158,10 @@ TEST(Blobs, ComeInTheOrderAskedForWithGapsForWhatIsMissingTooLargeOrNoFile)
     const auto blob = [&repo](const char* path) { return repo.read({"rev-parse", std::string("HEAD:") + path}); };
     const std::string missing(40, '1');
     const auto found =
-        repository.blobs({blob("large"), missing, blob("a"), repo.head(), "not a hash", blob("empty"), blob("a")}, 50);
+        blobs(repository, {blob("large"), missing, blob("a"), repo.head(), "not a hash", blob("empty"), blob("a")}, 50);
     EXPECT_EQ(found, (std::vector<std::optional<std::string>>{std::nullopt, std::nullopt, "1\n", std::nullopt,
                                                               std::nullopt, "", "1\n"}));
-    EXPECT_TRUE(repository.blobs({}, 50).empty());
+    EXPECT_TRUE(blobs(repository, {}, 50).empty());
 }
 
 TEST(ResolveCommit, PeelsTagsAndRefusesWhatIsNone)
@@ -169,9 +171,9 @@ TEST(ResolveCommit, PeelsTagsAndRefusesWhatIsNone)
     const GitRepository repository = repo.repository();
     for (const std::string& name : {std::string("v1"), std::string("main"), std::string("HEAD"), repo.head(),
                                     repo.head().substr(0, 7), repo.read({"rev-parse", "v1"})})
-        EXPECT_EQ(repository.resolveCommit(name), repo.head()) << name;
+        EXPECT_EQ(resolveCommit(repository, name), repo.head()) << name;
     for (const char* name : {"", "nothing", "1234567", "HEAD:a", "--all", "-f", "main nothing", "main..v1"})
-        EXPECT_THROW(repository.resolveCommit(name), GitError) << name;
+        EXPECT_THROW(resolveCommit(repository, name), GitError) << name;
 }
 
 // Lines that a diff leaves out because only their blanks differ would be lost, or glued, by what is made from it.

@@ -4,6 +4,7 @@
 
 #include "GitKit/PartialPatch.h"
 #include "GitKit/parsers/DiffParser.h"
+#include "GitKit/repository/PartialDiscard.h"
 #include "tests/support/TestRepository.h"
 
 #include <gtest/gtest.h>
@@ -253,9 +254,9 @@ public:
             if (!part)
                 continue;
             const auto change = partialChange(one.path, part->diff, part->selected, PatchDirection::reverse);
-            const auto done = repository_.discardPart(*change);
+            const auto done = discardPart(repository_, *change);
             EXPECT_TRUE(readFile(one.path) == part->expected) << "discarding, seed " << one.seed;
-            repository_.undoDiscard(done.value());
+            undoDiscard(repository_, done.value());
             EXPECT_TRUE(readFile(one.path) == one.after) << "undoing a discard, seed " << one.seed;
             ++made;
         }

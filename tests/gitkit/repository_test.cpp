@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/CommitGraph.h"
+#include "GitKit/repository/Commits.h"
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
@@ -99,9 +101,9 @@ TEST(GitRepository, ReadsAWholeRepository)
     EXPECT_EQ(repository.log({}, 2, {}).size(), 2u);
     EXPECT_THAT(history(repository, HistoryScope::of("refs/heads/side")), ElementsAre("side work", "one"));
     for (int row = 0; row < 4; ++row)
-        EXPECT_EQ(repository.position({}, commits[static_cast<std::size_t>(row)].hash), row);
-    EXPECT_EQ(repository.position(HistoryScope::of("refs/heads/side"), commits[3].hash), 1);
-    EXPECT_EQ(repository.position(HistoryScope::of("refs/heads/side"), commits[0].hash), std::nullopt);
+        EXPECT_EQ(position(repository, {}, commits[static_cast<std::size_t>(row)].hash), row);
+    EXPECT_EQ(position(repository, HistoryScope::of("refs/heads/side"), commits[3].hash), 1);
+    EXPECT_EQ(position(repository, HistoryScope::of("refs/heads/side"), commits[0].hash), std::nullopt);
     EXPECT_EQ(repository.commitMessage(refs[4].hash), "one");
     EXPECT_EQ(repository.git({"rev-parse", "HEAD"}), repo.head() + "\n");
 }
@@ -266,7 +268,7 @@ TEST(GitRepository, KnowsItsGitDirectories)
     const auto expectDirectories = [](const std::filesystem::path& root, const std::filesystem::path& own,
                                       const std::filesystem::path& common) {
         EXPECT_EQ(GitRepository::topLevel(root), root);
-        const auto found = GitRepository(root).gitDirectories();
+        const auto found = gitDirectories(GitRepository(root));
         EXPECT_EQ(found.own, own);
         EXPECT_EQ(found.common, common);
     };
@@ -290,13 +292,13 @@ TEST(GitRepository, KnowsWhichFoldersAreIgnored)
     repo.write("src/vendor/x", "").write("src/\xE4/build/\nx", "").write("module/build/x", "").write("new/x", "");
     repo.git({"init", "-q", (repo / "build/repo").string()}).git({"init", "-q", (repo / "nested").string()});
     const GitRepository repository = repo.repository();
-    EXPECT_THAT(repository.ignoredFolders(),
+    EXPECT_THAT(ignoredFolders(repository),
                 UnorderedElementsAre("build", "deep/nested", "src/vendor", "src/\xE4/build"));
     EXPECT_THAT(
-        repository.ignoredAmong({"src", "module/build", "build/sub", "", "module", "out", "module/x", "build/\n"}),
+        ignoredAmong(repository, {"src", "module/build", "build/sub", "", "module", "out", "module/x", "build/\n"}),
         UnorderedElementsAre("build/sub", "build/\n"));
-    EXPECT_THAT(repository.ignoredAmong({"src", "new"}), IsEmpty());
-    EXPECT_THAT(repository.ignoredAmong({}), IsEmpty());
+    EXPECT_THAT(ignoredAmong(repository, {"src", "new"}), IsEmpty());
+    EXPECT_THAT(ignoredAmong(repository, {}), IsEmpty());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/services/watcher/RepositoryWatcher.h"
 
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "app/services/watcher/RepositoryScope.h"
 
@@ -14,12 +15,12 @@ WatcherGit WatcherGit::installed()
     return {
         .directories =
             [](const Path& workingTree) {
-                auto [own, common] = GitRepository(workingTree).gitDirectories();
+                auto [own, common] = gitkit::gitDirectories(GitRepository(workingTree));
                 return std::vector{std::move(own), std::move(common)};
             },
-        .ignoredFolders = [](const Path& workingTree) { return GitRepository(workingTree).ignoredFolders(); },
+        .ignoredFolders = [](const Path& workingTree) { return gitkit::ignoredFolders(GitRepository(workingTree)); },
         .ignoredAmong = [](const Path& workingTree,
-                           const Names& folders) { return GitRepository(workingTree).ignoredAmong(folders); },
+                           const Names& folders) { return gitkit::ignoredAmong(GitRepository(workingTree), folders); },
     };
 }
 

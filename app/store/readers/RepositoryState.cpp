@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/readers/RepositoryState.h"
 
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/OperationReader.h"
+#include "GitKit/repository/Operations.h"
 
 #include <exception>
 #include <filesystem>
@@ -16,16 +18,16 @@ std::filesystem::path gitDirectoryOf(const gitkit::GitRepository& repo)
 {
     std::error_code ignored;
     const std::filesystem::path ordinary = repo.root() / ".git";
-    return std::filesystem::is_directory(ordinary, ignored) ? ordinary : repo.gitDirectories().own;
+    return std::filesystem::is_directory(ordinary, ignored) ? ordinary : gitkit::gitDirectories(repo).own;
 }
 
 void readOperationInto(RepositoryState& state, const gitkit::GitRepository& repo, const RepositoryStateRequest& request)
 {
     state.gitDirectory = request.gitDirectory ? *request.gitDirectory : gitDirectoryOf(repo);
-    state.operation = repo.operationInProgress(*state.gitDirectory, request.operation);
+    state.operation = gitkit::operationInProgress(repo, *state.gitDirectory, request.operation);
     state.preparedMessage = gitkit::readPreparedMessage(*state.gitDirectory, state.operation);
     if (state.preparedMessage != request.preparedMessage)
-        state.newMessage = repo.withoutComments(state.preparedMessage);
+        state.newMessage = gitkit::withoutComments(repo, state.preparedMessage);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/OperationInProgress.h"
 #include "GitKit/repository/GitRepository.h"
 
 #include <filesystem>

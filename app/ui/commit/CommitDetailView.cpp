@@ -207,7 +207,7 @@ QCoro::Task<> CommitDetailView::readCounts(QPointer<CommitDetailView> view)
         const CommitKind kind = view->kind_;
         std::vector<gitkit::ChangeCounts> counts;
         try {
-            counts = co_await view->store_.run(&GitRepository::changeCounts, hash, kind);
+            counts = co_await view->store_.run(&gitkit::changeCounts, hash, kind);
         } catch (const std::exception&) {
             counts.clear(); // what could be read of the commit stands there; it goes without the numbers
         }

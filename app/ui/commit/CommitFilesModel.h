@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/ChangeCounts.h"
 #include "app/ui/commit/CommitReading.h"
 
 #include <QAbstractListModel>

@@ -161,7 +161,7 @@ QCoro::Task<> CommitHeader::goToNamed(QPointer<CommitHeader> header, std::string
     const std::string from = header->shown_.hash;
     std::string hash;
     try {
-        hash = co_await header->store_.run(&gitkit::GitRepository::resolveCommit, name);
+        hash = co_await header->store_.run(&gitkit::resolveCommit, name);
     } catch (const std::exception&) {
         hash.clear();
     }

@@ -141,7 +141,7 @@ QCoro::Task<> GoToCommitDialog::resolving(QPointer<GoToCommitDialog> dialog, qin
     std::string resolved;
     QString problem;
     try {
-        resolved = co_await dialog->store().run(&gitkit::GitRepository::resolveCommit, revision);
+        resolved = co_await dialog->store().run(&gitkit::resolveCommit, revision);
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
     }

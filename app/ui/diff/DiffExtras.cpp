@@ -89,11 +89,11 @@ std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)
 DiffExtra DiffExtras::read(const gitkit::GitRepository& repository, const Key& key)
 {
     DiffExtra extra;
-    const gitkit::SideSizes sizes = repository.diffSizes(key.source);
+    const gitkit::SideSizes sizes = gitkit::diffSizes(repository, key.source);
     extra.facts.oldSize = sizes.before;
     extra.facts.newSize = sizes.after;
     const bool isPicture = isPictureName(key.path) || isTextPictureName(key.path);
-    const gitkit::DiffSides sides = repository.diffSides(key.source, isPicture ? mostPicture : mostText);
+    const gitkit::DiffSides sides = gitkit::diffSides(repository, key.source, isPicture ? mostPicture : mostText);
     if (isPicture) {
         PicturePair pair = picturesOf(key.source, sizes, sides);
         // What cannot be drawn can still be read as text.

@@ -62,7 +62,7 @@ BlameReading readBlame(const gitkit::GitRepository& repository, const BlameReque
         reading.state = State::unchanged;
         return reading;
     }
-    if (const auto state = withoutLines(repository.fileSample(request.path, request.revision, sampleSize))) {
+    if (const auto state = withoutLines(gitkit::fileSample(repository, request.path, request.revision, sampleSize))) {
         reading.state = *state;
         return reading;
     }

@@ -20,7 +20,7 @@ constexpr qsizetype keptBytes = qsizetype{6} << 20;
 
 DiffTexts readTexts(const GitRepository& repository, const gitkit::DiffSource& source)
 {
-    gitkit::DiffSides sides = repository.diffSides(source, largestFile);
+    gitkit::DiffSides sides = gitkit::diffSides(repository, source, largestFile);
     DiffTexts texts;
     if (sides.before)
         texts.before = std::make_shared<const FileLines>(std::move(*sides.before));

@@ -9,6 +9,8 @@
 //                        and deletions too, in one command.
 //   bisect reset HEAD    where git no longer knows the branch that the bisect began on.
 
+#include "GitKit/repository/Operations.h"
+
 #include "GitKit/Text.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/OperationReader.h"
@@ -161,41 +163,21 @@ constexpr std::chrono::seconds writingTime{2};
 /// Whether aborting throws away what is changed in the working tree only, as a hard reset does.
 bool abortsHard(Kind kind) { return kind == Kind::rebase || kind == Kind::applyPatches; }
 
-} // namespace
-
-std::optional<OperationInProgress>
-GitRepository::operationInProgress(const fs::path& gitDirectory, const std::optional<OperationInProgress>& before) const
-{
-    std::optional<OperationInProgress> operation = readOperation(gitDirectory);
-    if (!operation)
-        return operation;
-    if (operation->bisect) {
-        OperationInProgress::Bisect& bisect = *operation->bisect;
-        if (before && before->bisect && before->bisect->logSize == bisect.logSize)
-            bisect.stepsLeft = before->bisect->stepsLeft;
-        else
-            countBisect(bisect);
-    }
-    if (operation->progress && (operation->kind == Kind::cherryPick || operation->kind == Kind::revert))
-        countSequence(*operation, gitDirectory);
-    return operation;
-}
-
-void GitRepository::countBisect(OperationInProgress::Bisect& bisect) const
+void countBisect(const GitRunner& runner, OperationInProgress::Bisect& bisect)
 {
     if (!bisect.isGoodKnown || !bisect.isBadKnown || bisect.found)
         return;
-    const GitOutput read = runner_.output({"rev-list", "--bisect-vars", "refs/bisect/" + bisect.bad, "--not",
-                                           "--glob=refs/bisect/" + bisect.good + "-*", "--"});
+    const GitOutput read = runner.output({"rev-list", "--bisect-vars", "refs/bisect/" + bisect.bad, "--not",
+                                          "--glob=refs/bisect/" + bisect.good + "-*", "--"});
     if (read.status == 0)
         bisect.stepsLeft = numberAfter(read.stdoutBytes, "bisect_steps=");
 }
 
-void GitRepository::countSequence(OperationInProgress& operation, const fs::path& gitDirectory) const
+void countSequence(const GitRunner& runner, OperationInProgress& operation, const fs::path& gitDirectory)
 {
     std::optional<int> done;
     if (const std::optional<std::string> start = sequenceStart(gitDirectory)) {
-        const GitOutput read = runner_.output({"rev-list", "--count", "--first-parent", *start + "..HEAD", "--"});
+        const GitOutput read = runner.output({"rev-list", "--count", "--first-parent", *start + "..HEAD", "--"});
         if (read.status == 0)
             done = numberAfter("=" + read.stdoutBytes, "=");
     }
@@ -207,38 +189,14 @@ void GitRepository::countSequence(OperationInProgress& operation, const fs::path
     operation.progress->total += *done;
 }
 
-std::string GitRepository::withoutComments(const std::string& message) const
-{
-    return message.empty() ? message
-                           : runner_.bytes({"stripspace", "--strip-comments"}, {.input = message, .environment = {}});
-}
-
-void GitRepository::proceed(const OperationInProgress& operation, OperationStep step) const
-{
-    if (operation.kind != Kind::bisect) {
-        runTelling(runner_, {commandOf(operation.kind), optionOf(step)});
-        return;
-    }
-    Arguments arguments{"bisect", "reset"};
-    if (step == OperationStep::forget || operation.isIncomplete)
-        arguments.emplace_back("HEAD");
-    runTelling(runner_, arguments);
-}
-
-void GitRepository::mark(const OperationInProgress::Bisect& bisect, BisectMark mark) const
-{
-    const std::string& side = mark == BisectMark::good ? bisect.good : bisect.bad;
-    runTelling(runner_, {"bisect", mark == BisectMark::skip ? "skip" : side});
-}
-
-std::vector<std::string> GitRepository::changedSinceStop(const fs::path& gitDirectory,
-                                                         const std::vector<FileChange>& files,
-                                                         std::chrono::seconds slack) const
+/// `slack` after the stop a file's time may still be git's doing.
+std::vector<std::string> changedSinceStop(const GitRepository& repo, const fs::path& gitDirectory,
+                                          const std::vector<FileChange>& files, std::chrono::seconds slack)
 {
     if (isThere(gitDirectory / "AUTO_MERGE")) {
         const GitOutput read =
-            runner_.output({"-c", "diff.autoRefreshIndex=true", "diff", "--name-only", "-z", "--no-renames",
-                            "--no-ext-diff", "--ignore-submodules=dirty", "AUTO_MERGE", "--"});
+            repo.runner().output({"-c", "diff.autoRefreshIndex=true", "diff", "--name-only", "-z", "--no-renames",
+                                  "--no-ext-diff", "--ignore-submodules=dirty", "AUTO_MERGE", "--"});
         if (read.status == 0)
             return splitNul(read.stdoutBytes);
     }
@@ -248,24 +206,69 @@ std::vector<std::string> GitRepository::changedSinceStop(const fs::path& gitDire
     std::vector<std::string> changed;
     for (const FileChange& file : files) {
         const bool hadMarkers = file.isConflicted && file.index == file.worktree && file.index != 'D';
-        if (!file.isUntracked() && !file.isSubmodule && isEditedSince(root_ / file.path, time, hadMarkers))
+        if (!file.isUntracked() && !file.isSubmodule && isEditedSince(repo.root() / file.path, time, hadMarkers))
             changed.push_back(file.path);
     }
     return changed;
 }
 
-AbortLoss GitRepository::abortLoss(const OperationInProgress& operation, const fs::path& gitDirectory) const
+} // namespace
+
+std::optional<OperationInProgress> operationInProgress(const GitRepository& repo, const fs::path& gitDirectory,
+                                                       const std::optional<OperationInProgress>& before)
+{
+    std::optional<OperationInProgress> operation = readOperation(gitDirectory);
+    if (!operation)
+        return operation;
+    if (operation->bisect) {
+        OperationInProgress::Bisect& bisect = *operation->bisect;
+        if (before && before->bisect && before->bisect->logSize == bisect.logSize)
+            bisect.stepsLeft = before->bisect->stepsLeft;
+        else
+            countBisect(repo.runner(), bisect);
+    }
+    if (operation->progress && (operation->kind == Kind::cherryPick || operation->kind == Kind::revert))
+        countSequence(repo.runner(), *operation, gitDirectory);
+    return operation;
+}
+
+std::string withoutComments(const GitRepository& repo, const std::string& message)
+{
+    return message.empty()
+               ? message
+               : repo.runner().bytes({"stripspace", "--strip-comments"}, {.input = message, .environment = {}});
+}
+
+void proceed(const GitRepository& repo, const OperationInProgress& operation, OperationStep step)
+{
+    if (operation.kind != Kind::bisect) {
+        runTelling(repo.runner(), {commandOf(operation.kind), optionOf(step)});
+        return;
+    }
+    std::vector<std::string> arguments{"bisect", "reset"};
+    if (step == OperationStep::forget || operation.isIncomplete)
+        arguments.emplace_back("HEAD");
+    runTelling(repo.runner(), arguments);
+}
+
+void mark(const GitRepository& repo, const OperationInProgress::Bisect& bisect, BisectMark mark)
+{
+    const std::string& side = mark == BisectMark::good ? bisect.good : bisect.bad;
+    runTelling(repo.runner(), {"bisect", mark == BisectMark::skip ? "skip" : side});
+}
+
+AbortLoss abortLoss(const GitRepository& repo, const OperationInProgress& operation, const fs::path& gitDirectory)
 {
     AbortLoss loss;
     if (operation.kind == Kind::bisect)
         return loss;
     if (operation.progress)
         loss.steps = std::max(operation.progress->step - 1, 0);
-    const std::vector<FileChange> files = status().files;
+    const std::vector<FileChange> files = repo.status().files;
     std::set<std::string> lost;
-    for (const auto& [path, stages] : parseStages(runner_.bytes({"ls-files", "--resolve-undo", "-z"})))
+    for (const auto& [path, stages] : parseStages(repo.runner().bytes({"ls-files", "--resolve-undo", "-z"})))
         lost.insert(path);
-    std::ranges::copy(changedSinceStop(gitDirectory, files, writingTime), std::inserter(lost, lost.end()));
+    std::ranges::copy(changedSinceStop(repo, gitDirectory, files, writingTime), std::inserter(lost, lost.end()));
     for (const FileChange& file : files) {
         const bool isOnlyInWorkingTree = !file.isConflicted && !file.isUntracked() && file.index == '.';
         if (isOnlyInWorkingTree && abortsHard(operation.kind) && !file.isSubmodule)
@@ -277,12 +280,12 @@ AbortLoss GitRepository::abortLoss(const OperationInProgress& operation, const f
     return loss;
 }
 
-void GitRepository::takeSide(const std::vector<std::string>& paths, ConflictSide side, const fs::path& gitDirectory,
-                             const Trash& trash) const
+void takeSide(const GitRepository& repo, const std::vector<std::string>& paths, ConflictSide side,
+              const fs::path& gitDirectory, const Trash& trash)
 {
-    const std::map<std::string, Stages> conflicts = parseStages(runner_.bytes({"ls-files", "--unmerged", "-z"}));
-    const std::vector<FileChange> files = status().files;
-    const std::vector<std::string> edited = changedSinceStop(gitDirectory, files, {});
+    const std::map<std::string, Stages> conflicts = parseStages(repo.runner().bytes({"ls-files", "--unmerged", "-z"}));
+    const std::vector<FileChange> files = repo.status().files;
+    const std::vector<std::string> edited = changedSinceStop(repo, gitDirectory, files, {});
     const std::set<std::string> changed(edited.begin(), edited.end());
     const std::size_t wanted = side == ConflictSide::ours ? 2 : 3;
     std::vector<std::string> written;
@@ -294,10 +297,10 @@ void GitRepository::takeSide(const std::vector<std::string>& paths, ConflictSide
         const Stages& stages = found->second;
         const std::optional<Stage>& taken = stages[wanted];
         const bool hasFolder = std::ranges::any_of(stages, isSubmodule);
-        if (!hasFolder && isThere(root_ / path) && (!taken || changed.contains(path))) {
+        if (!hasFolder && isThere(repo.root() / path) && (!taken || changed.contains(path))) {
             if (!trash)
                 throw GitError("checkout", 1, "“" + repairedUtf8(path) + "” cannot be moved to the Trash.");
-            trash(root_ / path);
+            trash(repo.root() / path);
         }
         if (taken && !isSubmodule(taken))
             written.push_back(path);
@@ -306,10 +309,10 @@ void GitRepository::takeSide(const std::vector<std::string>& paths, ConflictSide
     }
     if (entries.empty())
         return;
-    runOnPaths(runner_, {"checkout", side == ConflictSide::ours ? "--ours" : "--theirs"}, written);
-    runner_.accepted({"update-index", "-z", "--index-info"}, {.input = std::move(entries), .environment = {}});
+    runOnPaths(repo.runner(), {"checkout", side == ConflictSide::ours ? "--ours" : "--theirs"}, written);
+    repo.runner().accepted({"update-index", "-z", "--index-info"}, {.input = std::move(entries), .environment = {}});
     // Without the files' times in the index git takes them for changed ones, and refuses to abort.
-    runner_.accepted({"update-index", "-q", "--refresh"}, {.accepting = {0, 1}, .environment = {}});
+    repo.runner().accepted({"update-index", "-q", "--refresh"}, {.accepting = {0, 1}, .environment = {}});
 }
 
 } // namespace gitkit

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Whole files as diffs compare them, and what is known of a commit's files besides their names.
+#include "GitKit/repository/Blobs.h"
 
-#include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"
-#include "GitKit/parsers/NumStatParser.h"
 #include "GitKit/repository/GitRepository.h"
-#include "GitKit/runner/GitError.h"
+#include "GitKit/repository/RefArguments.h"
 
 #include <algorithm>
 #include <charconv>
@@ -56,17 +54,50 @@ std::optional<std::size_t> blobSize(std::string_view line)
     return read.ec == std::errc() ? std::optional(size) : std::nullopt;
 }
 
+FileSample workingSample(const std::filesystem::path& path, std::size_t bytes)
+{
+    using Kind = FileSample::Kind;
+    struct stat found{};
+    if (::lstat(path.c_str(), &found) != 0)
+        return {};
+    std::error_code failure;
+    if (S_ISLNK(found.st_mode))
+        return {Kind::file, std::filesystem::read_symlink(path, failure).string()};
+    if (S_ISDIR(found.st_mode))
+        return {std::filesystem::exists(path / ".git", failure) ? Kind::submodule : Kind::folder, {}};
+    if (!S_ISREG(found.st_mode))
+        return {};
+    std::string beginning(bytes, '\0');
+    std::ifstream stream(path, std::ios::binary);
+    stream.read(beginning.data(), static_cast<std::streamsize>(bytes));
+    beginning.resize(static_cast<std::size_t>(stream.gcount()));
+    return {Kind::file, std::move(beginning)};
+}
+
+/// What "mode type hash<tab>path" says of a path that holds no file.
+FileSample::Kind kindOf(std::string_view entry)
+{
+    using Kind = FileSample::Kind;
+    const std::size_t blank = entry.find(' ');
+    if (blank == std::string_view::npos)
+        return Kind::missing;
+    const std::string_view type = entry.substr(blank + 1);
+    if (type.starts_with("commit"))
+        return Kind::submodule;
+    return type.starts_with("tree") ? Kind::folder : Kind::file;
+}
+
 } // namespace
 
-std::vector<std::optional<std::string>> GitRepository::blobs(const std::vector<std::string>& hashes,
-                                                             std::size_t limit) const
+std::vector<std::optional<std::string>> blobs(const GitRepository& repo, const std::vector<std::string>& hashes,
+                                              std::size_t limit)
 {
     std::vector<std::optional<std::string>> found(hashes.size());
     std::string wanted;
     for (const std::string& hash : hashes)
         wanted += hash + '\n';
     // The sizes first: a blob of gigabytes is not read to be thrown away.
-    const std::string sizes = runner_.bytes({"cat-file", "--batch-check"}, {.input = wanted});
+    const std::string sizes = repo.runner().bytes({"cat-file", "--batch-check"}, {.input = wanted});
     std::vector<std::size_t> readable;
     wanted.clear();
     Pieces lines(sizes, '\n');
@@ -80,7 +111,7 @@ std::vector<std::optional<std::string>> GitRepository::blobs(const std::vector<s
     if (readable.empty())
         return found;
     // Each is "hash blob size", a line feed, the bytes, and a line feed.
-    const std::string contents = runner_.bytes({"cat-file", "--batch"}, {.input = wanted});
+    const std::string contents = repo.runner().bytes({"cat-file", "--batch"}, {.input = wanted});
     std::string_view rest = contents;
     for (const std::size_t index : readable) {
         const std::size_t end = rest.find('\n');
@@ -93,7 +124,7 @@ std::vector<std::optional<std::string>> GitRepository::blobs(const std::vector<s
     return found;
 }
 
-DiffSides GitRepository::diffSides(const DiffSource& source, std::size_t limit) const
+DiffSides diffSides(const GitRepository& repo, const DiffSource& source, std::size_t limit)
 {
     std::vector<std::string> hashes;
     for (const auto& blob : {source.before, source.after}) {
@@ -102,7 +133,7 @@ DiffSides GitRepository::diffSides(const DiffSource& source, std::size_t limit) 
     }
     if (hashes.empty())
         return {};
-    const auto found = blobs(hashes, limit);
+    const auto found = blobs(repo, hashes, limit);
     DiffSides sides;
     std::size_t next = 0;
     if (source.before && !isNoHash(*source.before))
@@ -111,11 +142,11 @@ DiffSides GitRepository::diffSides(const DiffSource& source, std::size_t limit) 
         sides.after = found[next];
     // What stands in the working tree alone has a hash, but is not kept under it.
     if (!sides.after && source.workingPath && source.after && !isNoHash(*source.after))
-        sides.after = workingFile(root_ / *source.workingPath, limit);
+        sides.after = workingFile(repo.root() / *source.workingPath, limit);
     return sides;
 }
 
-SideSizes GitRepository::diffSizes(const DiffSource& source) const
+SideSizes diffSizes(const GitRepository& repo, const DiffSource& source)
 {
     const auto isFile = [](const std::optional<std::string>& blob) { return blob && !isNoHash(*blob); };
     if (!isFile(source.before) && !isFile(source.after))
@@ -123,7 +154,7 @@ SideSizes GitRepository::diffSizes(const DiffSource& source) const
     std::string wanted;
     for (const auto& blob : {source.before, source.after})
         wanted += isFile(blob) ? *blob + '\n' : std::string();
-    const std::string sizes = runner_.bytes({"cat-file", "--batch-check"}, {.input = wanted});
+    const std::string sizes = repo.runner().bytes({"cat-file", "--batch-check"}, {.input = wanted});
     Pieces lines(sizes, '\n');
     SideSizes found;
     if (isFile(source.before))
@@ -131,32 +162,24 @@ SideSizes GitRepository::diffSizes(const DiffSource& source) const
     if (isFile(source.after))
         found.after = blobSize(lines.next().value_or(std::string_view()));
     if (!found.after && source.workingPath && isFile(source.after))
-        found.after = workingFileSize(root_ / *source.workingPath);
+        found.after = workingFileSize(repo.root() / *source.workingPath);
     return found;
 }
 
-std::vector<ChangeCounts> GitRepository::changeCounts(const std::string& hash, CommitKind kind) const
+FileSample fileSample(const GitRepository& repo, const std::string& path, const std::optional<std::string>& revision,
+                      std::size_t bytes)
 {
-    const auto counts = [this](const std::string& commit) {
-        return NumStatParser::parse(runner_.bytes({"show", "--format=", "--numstat", "-z", "-M", "--first-parent",
-                                                   "--no-ext-diff", "--no-textconv", commit + "^{commit}", "--"}));
-    };
-    std::vector<ChangeCounts> files = counts(hash);
-    if (kind == CommitKind::stash) {
-        // The untracked files are a commit of their own.
-        const std::string untracked(
-            trimmed(runner_.bytes({"rev-parse", "--verify", "--quiet", hash + "^3"}, {.accepting = {0, 1}})));
-        if (!untracked.empty())
-            std::ranges::move(counts(untracked), std::back_inserter(files));
-    }
-    return files;
-}
-
-std::string GitRepository::resolveCommit(const std::string& name) const
-{
-    if (name.starts_with('-'))
-        throw GitError("rev-parse", 128, "“" + repairedUtf8(name) + "” is not a revision.");
-    return std::string(trimmed(runner_.bytes({"rev-parse", "--verify", name + "^{commit}"})));
+    if (!revision)
+        return workingSample(repo.root() / path, bytes);
+    const std::string commit = revisionArgument("cat-file", *revision);
+    const GitOutput output =
+        repo.runner().accepted({"cat-file", "blob", commit + ":" + path},
+                               {.accepting = {0, 128}, .limit = OutputLimit{.lines = bytes, .bytes = bytes}});
+    if (output.status == 0 || output.cut)
+        return {FileSample::Kind::file, output.stdoutBytes.substr(0, bytes)};
+    return {kindOf(repo.runner().bytes({"ls-tree", "-z", "--full-tree", commit, "--", path},
+                                       {.environment = {{"GIT_LITERAL_PATHSPECS", "1"}}})),
+            {}};
 }
 
 } // namespace gitkit

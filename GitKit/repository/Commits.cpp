@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/Commits.h"
+
+#include "GitKit/Text.h"
+#include "GitKit/parsers/NumStatParser.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/HistoryWalk.h"
+#include "GitKit/repository/RefArguments.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+namespace gitkit {
+
+std::string resolveCommit(const GitRepository& repo, const std::string& name)
+{
+    return std::string(trimmed(repo.runner().bytes({"rev-parse", "--verify", commitArgument("rev-parse", name)})));
+}
+
+std::optional<int> position(const GitRepository& repo, const HistoryScope& scope, const std::string& hash)
+{
+    const std::string lines = walkHistory(repo.runner(), scope, [](const auto& starts) {
+        std::vector<std::string> arguments{"rev-list", "--date-order"};
+        arguments.insert(arguments.end(), starts.begin(), starts.end());
+        arguments.emplace_back("--");
+        return arguments;
+    });
+    int before = 0;
+    for (std::string_view rest = lines; !rest.empty(); ++before) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        if (rest.substr(0, end) == hash)
+            return before;
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return std::nullopt;
+}
+
+std::vector<ChangeCounts> changeCounts(const GitRepository& repo, const std::string& hash, CommitKind kind)
+{
+    const auto counts = [&repo](const std::string& commit) {
+        return NumStatParser::parse(
+            repo.runner().bytes({"show", "--format=", "--numstat", "-z", "-M", "--first-parent", "--no-ext-diff",
+                                 "--no-textconv", commitArgument("show", commit), "--"}));
+    };
+    std::vector<ChangeCounts> files = counts(hash);
+    if (kind == CommitKind::stash) {
+        // The untracked files are a commit of their own.
+        const std::string untracked(trimmed(repo.runner().bytes(
+            {"rev-parse", "--verify", "--quiet", revisionArgument("rev-parse", hash) + "^3"}, {.accepting = {0, 1}})));
+        if (!untracked.empty())
+            std::ranges::move(counts(untracked), std::back_inserter(files));
+    }
+    return files;
+}
+
+} // namespace gitkit

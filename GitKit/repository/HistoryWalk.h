@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/HistoryScope.h"
+#include "GitKit/runner/GitRunner.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace gitkit {
+
+/// Runs a command that walks the history of `scope` and returns what it printed. `command` makes the arguments from
+/// those that name where the walk starts; it is called twice when HEAD has no commit yet, for the other branches still
+/// have their history. Throws as GitRunner::bytes() does.
+std::string walkHistory(const GitRunner& runner, const HistoryScope& scope,
+                        const std::function<std::vector<std::string>(const std::vector<std::string>& starts)>& command);
+
+} // namespace gitkit

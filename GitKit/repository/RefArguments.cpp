@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/RefArguments.h"
+
+#include "GitKit/Text.h"
+#include "GitKit/runner/GitError.h"
+
+#include <string_view>
+
+namespace gitkit {
+
+namespace {
+
+std::string quoted(const std::string& name) { return "“" + repairedUtf8(name) + "”"; }
+
+bool isHash(std::string_view text)
+{
+    return text.size() >= 4 && text.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+}
+
+} // namespace
+
+std::string revisionArgument(const char* command, const std::string& revision)
+{
+    if (revision.starts_with('-'))
+        throw GitError(command, 128, quoted(revision) + " is not a revision.");
+    return revision;
+}
+
+std::string commitArgument(const char* command, const std::string& revision)
+{
+    return revisionArgument(command, revision) + "^{commit}";
+}
+
+std::string exactArgument(const char* command, const std::string& revision)
+{
+    if (!revision.starts_with("refs/") && !isHash(revision) && revision != "HEAD")
+        throw GitError(command, 128, quoted(revision) + " is neither the full name of a branch or tag nor a hash.");
+    return revision;
+}
+
+std::string newNameArgument(const char* command, const std::string& name)
+{
+    if (name.empty())
+        throw GitError(command, 128, "The name is empty.");
+    if (name.starts_with('-'))
+        throw GitError(command, 128, quoted(name) + " cannot be a name: it begins with “-”.");
+    if (name == "@" || name == "HEAD" || name.find("@{") != std::string::npos)
+        throw GitError(command, 128, quoted(name) + " cannot be a name: git reads it as something else.");
+    return name;
+}
+
+} // namespace gitkit
