@@ -8,6 +8,7 @@
 #include "app/ui/history/RefBadges.h"
 #include "app/ui/history/RelativeDate.h"
 #include "tests/store/ManualWorker.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -22,6 +23,7 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -289,7 +291,7 @@ TEST(RefBadgesTest, WhatDoesNotFitCollapsesAndIsNamedInFull)
 
 TEST(RelativeDateTest, IsToldByTheLocalCalendar)
 {
-    qputenv("TZ", "Europe/Berlin");
+    auto zone = std::make_optional<ScopedVariable>("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
     tzset();
     const auto at = [](const char* text) {
         const QDateTime local = QDateTime::fromString(QString::fromLatin1(text), u"yyyy-MM-dd hh:mm:ss"_s);
@@ -318,7 +320,7 @@ TEST(RelativeDateTest, IsToldByTheLocalCalendar)
     EXPECT_EQ(RelativeDate::between(gitkit::Date{}, at("2026-06-10 12:00:00")), RelativeDate{});
     EXPECT_EQ(RelativeDate::between(gitkit::Date(std::chrono::seconds::max()), at("2026-06-10 12:00:00")),
               RelativeDate{});
-    qunsetenv("TZ");
+    zone.reset();
     tzset();
 }
 

@@ -19,7 +19,7 @@ double luminance(const QColor& color)
 
 double contrast(const QColor& one, const QColor& other)
 {
-    const auto [dark, bright] = std::minmax(luminance(one), luminance(other));
+    const auto [dark, bright] = std::minmax({luminance(one), luminance(other)});
     return (bright + 0.05) / (dark + 0.05);
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tests/support/TestRepository.h"
-
 #include "app/translations/Translations.h"
+#include "tests/support/OwnEnvironment.h"
 
 #include <QCoreApplication>
 
@@ -9,8 +8,8 @@
 
 int main(int argc, char** argv)
 {
+    const OwnEnvironment environment(argv);
     testing::InitGoogleTest(&argc, argv);
-    useEmptyGitConfiguration();
     const QCoreApplication application(argc, argv);
     plovik::installTranslations();
     return RUN_ALL_TESTS();

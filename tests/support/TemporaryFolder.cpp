@@ -14,20 +14,7 @@ TemporaryFolder::TemporaryFolder()
     path_ = std::filesystem::canonical(pattern);
 }
 
-TemporaryFolder::~TemporaryFolder()
-{
-    std::error_code ignored;
-    // Tests take rights away from folders to see what happens; they come back first.
-    for (auto entry = std::filesystem::recursive_directory_iterator(
-             path_, std::filesystem::directory_options::skip_permission_denied, ignored);
-         !ignored && entry != std::filesystem::recursive_directory_iterator(); entry.increment(ignored))
-    {
-        if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
-            std::filesystem::permissions(entry->path(), std::filesystem::perms::owner_all,
-                                         std::filesystem::perm_options::add, ignored);
-    }
-    std::filesystem::remove_all(path_, ignored);
-}
+TemporaryFolder::~TemporaryFolder() { removeWithRights(path_); }
 
 ScopedVariable::ScopedVariable(std::string name, const std::string& value) : name_(std::move(name))
 {
@@ -43,6 +30,21 @@ ScopedVariable::~ScopedVariable()
         ::setenv(name_.c_str(), previous_.c_str(), 1);
     else
         ::unsetenv(name_.c_str());
+}
+
+void removeWithRights(const std::filesystem::path& folder)
+{
+    std::error_code ignored;
+    // Tests take rights away from folders to see what happens; they come back first.
+    for (auto entry = std::filesystem::recursive_directory_iterator(
+             folder, std::filesystem::directory_options::skip_permission_denied, ignored);
+         !ignored && entry != std::filesystem::recursive_directory_iterator(); entry.increment(ignored))
+    {
+        if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
+            std::filesystem::permissions(entry->path(), std::filesystem::perms::owner_all,
+                                         std::filesystem::perm_options::add, ignored);
+    }
+    std::filesystem::remove_all(folder, ignored);
 }
 
 void writeFile(const std::filesystem::path& path, std::string_view bytes)

@@ -35,5 +35,7 @@ private:
     bool existed_;
 };
 
+/// Removes a folder with all that is in it, also where rights were taken away; what cannot be removed stays.
+void removeWithRights(const std::filesystem::path& folder);
 void writeFile(const std::filesystem::path& path, std::string_view bytes);
 std::string readFile(const std::filesystem::path& path);

@@ -4,28 +4,12 @@
 #include "GitKit/runner/GitExecutable.h"
 #include "GitKit/runner/Process.h"
 
-#include <cstdlib>
 #include <stdexcept>
 #include <unistd.h>
-
-void useEmptyGitConfiguration()
-{
-    static const bool done = [] {
-        ::setenv("GIT_CONFIG_GLOBAL", "/dev/null", 1);
-        ::setenv("GIT_CONFIG_NOSYSTEM", "1", 1);
-        ::setenv("GIT_AUTHOR_NAME", "Ada", 1);
-        ::setenv("GIT_AUTHOR_EMAIL", "ada@example.org", 1);
-        ::setenv("GIT_COMMITTER_NAME", "Charles", 1);
-        ::setenv("GIT_COMMITTER_EMAIL", "charles@example.org", 1);
-        return true;
-    }();
-    static_cast<void>(done);
-}
 
 std::string runPlainGit(const std::filesystem::path& folder, const std::vector<std::string>& arguments, int& status,
                         std::string_view input, const std::vector<std::string>& environment)
 {
-    useEmptyGitConfiguration();
     std::vector<std::string> variables = environment;
     for (char** entry = environ; *entry != nullptr; ++entry)
         variables.emplace_back(*entry);

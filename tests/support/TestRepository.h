@@ -11,8 +11,8 @@
 
 /// A real repository in a temporary folder, told like a story: repo.write("a", "1").commit("one").
 ///
-/// Runs the same git as the application does, with an empty global configuration and fixed names. Every commit is one
-/// minute younger than the one before.
+/// Runs the same git as the application does, in the configuration and with the names that OwnEnvironment gives. Every
+/// commit is one minute younger than the one before.
 class TestRepository {
 public:
     /// Made with `git init` and `initArguments`; the branch is main.
@@ -45,7 +45,3 @@ private:
 /// status in `status`.
 std::string runPlainGit(const std::filesystem::path& folder, const std::vector<std::string>& arguments, int& status,
                         std::string_view input = {}, const std::vector<std::string>& environment = {});
-
-/// Gives this process, and so everything that it starts, an empty git configuration and fixed names. Every test program
-/// calls it once before its tests; making a TestRepository does too.
-void useEmptyGitConfiguration();
