@@ -41,6 +41,7 @@ std::string diffText(int lines)
 DiffContent content(const gitkit::ParsedDiff& diff)
 {
     DiffContent content;
+    content.kind = gitkit::DiffSection::Kind::unstaged;
     content.title = QStringLiteral("Unstaged");
     content.name = QStringLiteral("Unstaged Diff");
     content.detail = QStringLiteral("app/store/RepositoryStore.cpp");
@@ -135,8 +136,8 @@ void BM_ShowWholeFile20000(benchmark::State& state)
     const DiffContent shown = content(gitkit::DiffParser::parse(text));
     Screen screen;
     screen.view.setContents({shown}, DiffPlace::start);
-    screen.view.setTexts(shown.name, {std::make_shared<const FileLines>(file), nullptr});
-    const auto& document = screen.view.sections().front()->document();
+    screen.view.setTexts(shown.kind, {std::make_shared<const FileLines>(file), nullptr});
+    const auto& document = screen.view.sections().front()->controller().diff().document();
     if (!document.gaps().hidesLines())
         state.SkipWithError("the file is not that of the diff");
     for ([[maybe_unused]] auto iteration : state) {

@@ -76,7 +76,7 @@ void BM_CodeFrame(benchmark::State& state)
     content.diff = gitkit::DiffParser::parse(diff);
     view.setContents({content}, DiffPlace::start);
     if (state.range(0) != 0)
-        view.setSyntax(content.name, {nullptr, highlighted(whole)});
+        view.setSyntax(content.kind, {nullptr, highlighted(whole)});
     QApplication::processEvents();
     QImage image(900, 1000, QImage::Format_ARGB32_Premultiplied);
     QScrollBar* bar = view.verticalScrollBar();

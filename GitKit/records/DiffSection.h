@@ -7,13 +7,13 @@
 
 namespace gitkit {
 
-/// One titled diff of a changed file.
+/// One of the diffs of a changed file. The kind tells which one it is; the title is its English name.
 struct DiffSection {
-    enum class Kind { unstaged, staged, other };
+    enum class Kind { untracked, conflict, unstaged, staged };
 
     std::string title; ///< "Untracked", "Conflict", "Unstaged" or "Staged"
     ParsedDiff diff;
-    Kind kind = Kind::other;
+    Kind kind = Kind::unstaged;
 
     const std::string& id() const { return title; }
 

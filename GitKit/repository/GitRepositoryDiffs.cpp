@@ -121,13 +121,13 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Whit
             sections.push_back({"Untracked",
                                 diff(runner_, diffArguments({"diff", "--no-index"}, {"--", "/dev/null", file.path}),
                                      {0, 1}, whiteSpace),
-                                Kind::other});
+                                Kind::untracked});
         return sections;
     }
     if (file.hasUnstaged())
         sections.push_back({file.isConflicted ? "Conflict" : "Unstaged",
                             diff(runner_, diffArguments({"diff", "-M"}, {"--", file.path}), {0}, whiteSpace),
-                            file.isConflicted ? Kind::other : Kind::unstaged});
+                            file.isConflicted ? Kind::conflict : Kind::unstaged});
     if (file.hasStaged())
         sections.push_back(
             {"Staged", diff(runner_, diffArguments({"diff", "--cached", "-M"}, {"--", file.path}), {0}, whiteSpace),

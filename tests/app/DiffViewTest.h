@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace plovik {
 
 inline constexpr std::string_view diffHeader = "diff --git a/f b/f\nindex 1111..2222 100644\n--- a/f\n+++ b/f\n";
@@ -25,7 +27,14 @@ inline const std::string twoHunks = std::string(diffHeader) + "@@ -1,3 +1,4 @@ o
 inline DiffContent contentOf(std::string_view text, DiffContent::Use use = DiffContent::Use::stageAndDiscard,
                              const QString& title = QStringLiteral("Unstaged"))
 {
+    using Kind = gitkit::DiffSection::Kind;
+    static const std::map<QString, Kind> kinds{{QStringLiteral("Untracked"), Kind::untracked},
+                                               {QStringLiteral("Conflict"), Kind::conflict},
+                                               {QStringLiteral("Unstaged"), Kind::unstaged},
+                                               {QStringLiteral("Staged"), Kind::staged}};
     DiffContent content;
+    if (const auto kind = kinds.find(title); kind != kinds.end())
+        content.kind = kind->second;
     content.title = title;
     content.name = title + QStringLiteral(" Diff");
     content.detail = QStringLiteral("f");
@@ -51,6 +60,7 @@ protected:
         QApplication::processEvents();
     }
     DiffSectionView& section(std::size_t index = 0) { return *view.sections()[index]; }
+    DiffController& controller(std::size_t index = 0) { return section(index).controller(); }
 
     void mouse(QEvent::Type type, QPoint at, Qt::KeyboardModifiers modifiers = {})
     {

@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 using Verb = DiffAction::Verb;
 using Part = DiffAction::Part;
 using Use = DiffContent::Use;
+using Kind = gitkit::DiffSection::Kind;
 
 /// The old file of `twoHunks`, of 45 lines: 16 are left out between the hunks, and 24 behind them.
 std::string oldFile(const std::string& ending = "\n")
@@ -25,8 +26,8 @@ DiffTexts textsOf(const std::string& before) { return {std::make_shared<const Fi
 
 class DiffMoreTest : public DiffViewTest {
 protected:
-    int rows() { return section().document().rowCount(); }
-    QString text(int row) { return section().document().text(row); }
+    int rows() { return controller().diff().document().rowCount(); }
+    QString text(int row) { return controller().diff().document().text(row); }
     int rowOf(const QString& wanted)
     {
         for (int row = 0; row < rows(); ++row) {
@@ -47,7 +48,7 @@ TEST_F(DiffMoreTest, ShowsWhatTheDiffLeavesOut)
     view.resize(700, 200);
     show({contentOf(twoHunks)});
     EXPECT_EQ(rows(), 10);
-    view.setTexts(u"Unstaged Diff"_s, textsOf(oldFile()));
+    view.setTexts(Kind::unstaged, textsOf(oldFile()));
     ASSERT_EQ(rows(), 11);
     EXPECT_EQ(text(10), u"24 more lines"_s);
     click(inGutter(8));
@@ -55,12 +56,12 @@ TEST_F(DiffMoreTest, ShowsWhatTheDiffLeavesOut)
     press(Qt::Key_Up, Qt::ControlModifier); // ten of sixteen, between the header and the hunk
     ASSERT_EQ(rows(), 21);
     EXPECT_EQ(text(7), u"l10"_s);
-    EXPECT_EQ(section().document().row(7).oldNumber, 10);
-    EXPECT_EQ(section().document().row(7).newNumber, 11);
+    EXPECT_EQ(controller().diff().document().row(7).oldNumber, 10);
+    EXPECT_EQ(controller().diff().document().row(7).newNumber, 11);
     EXPECT_EQ(text(16), u"l19"_s);
-    EXPECT_EQ(section().currentRow(), 18);
+    EXPECT_EQ(controller().currentRow(), 18);
     EXPECT_EQ(heightInSight(18), before);
-    EXPECT_EQ(section().selectedChanges(), std::set<int>{8});
+    EXPECT_EQ(controller().selectedChanges(), std::set<int>{8});
 
     click(moreButton(6, 0)); // the six that are left
     ASSERT_EQ(rows(), 27);
@@ -74,7 +75,7 @@ TEST_F(DiffMoreTest, ShowsWhatTheDiffLeavesOut)
     show({contentOf(twoHunks)}, DiffPlace::kept);
     EXPECT_EQ(rows(), 37);
     press(Qt::Key_Escape);
-    section().setCurrentRow(30);
+    controller().setCurrentRow(30);
     press(Qt::Key_S);
     drag(inGutter(1), inGutter(35));
     press(Qt::Key_S);
@@ -87,17 +88,17 @@ TEST_F(DiffMoreTest, ShowsWhatTheDiffLeavesOut)
 TEST_F(DiffMoreTest, ShowsTheWholeFileAndTheChangesAgain)
 {
     show({contentOf(twoHunks, Use::read), contentOf(twoHunks, Use::read, u"Staged"_s)});
-    view.setTexts(u"Unstaged Diff"_s, textsOf(oldFile()));
+    view.setTexts(Kind::unstaged, textsOf(oldFile()));
     view.verticalScrollBar()->setValue(section().rowRect(6).top() - 40);
     const int before = heightInSight(8);
-    section().setCurrentRow(8);
+    controller().setCurrentRow(8);
     view.setShowsWholeFile(true);
     ASSERT_EQ(rows(), 1 + 45 + 3); // no second header: nothing is left out before it
     EXPECT_EQ(text(1), u"a"_s);
     EXPECT_EQ(text(48), u"l45"_s);
     EXPECT_EQ(heightInSight(rowOf(u"y"_s)), before);
-    view.setTexts(u"Staged Diff"_s, textsOf(oldFile())); // what comes late is shown whole, too
-    EXPECT_EQ(section(1).document().rowCount(), 49);
+    view.setTexts(Kind::staged, textsOf(oldFile())); // what comes late is shown whole, too
+    EXPECT_EQ(controller(1).diff().document().rowCount(), 49);
     EXPECT_EQ(heightInSight(rowOf(u"y"_s)), before);
     view.setShowsWholeFile(false);
     EXPECT_EQ(rows(), 11);
@@ -107,7 +108,7 @@ TEST_F(DiffMoreTest, ShowsTheWholeFileAndTheChangesAgain)
     view.setShowsWholeFile(true);
     const std::string other = std::string(diffHeader) + "@@ -1,1 +1,1 @@\n-a\n+A\n";
     show({contentOf(other, Use::read), contentOf(twoHunks, Use::read, u"Staged"_s)}, DiffPlace::kept);
-    view.setTexts(u"Unstaged Diff"_s, textsOf(oldFile()));
+    view.setTexts(Kind::unstaged, textsOf(oldFile()));
     EXPECT_EQ(heightInSight(rowOf(u"l22"_s)), before);
 }
 
@@ -171,20 +172,20 @@ TEST_F(SideBySideTest, SelectsAndCopiesOneSide)
 {
     show({contentOf(twoHunks)});
     drag(inGutter(2), QPoint(20, section().rowRect(5).center().y()));
-    EXPECT_EQ(section().selectedChanges(), std::set<int>{2});
+    EXPECT_EQ(controller().selectedChanges(), std::set<int>{2});
     click(inGutter(4), Qt::ControlModifier);
-    EXPECT_EQ(section().selectedChanges(), (std::set<int>{2, 4}));
+    EXPECT_EQ(controller().selectedChanges(), (std::set<int>{2, 4}));
     view.setLayout(DiffLayout::unified);
-    EXPECT_EQ(section().selectedChanges(), (std::set<int>{2, 4})); // the same lines, wherever they stand
+    EXPECT_EQ(controller().selectedChanges(), (std::set<int>{2, 4})); // the same lines, wherever they stand
     view.setLayout(DiffLayout::sideBySide);
-    EXPECT_EQ(section().selectedChanges(), (std::set<int>{2, 4}));
+    EXPECT_EQ(controller().selectedChanges(), (std::set<int>{2, 4}));
     press(Qt::Key_Return);
     EXPECT_EQ(asked, (std::vector<DiffAction>{{Verb::stage, Part::lines, {2, 4}}}));
 
     // From the new side over to the old one: what is copied is of the new file.
     const QPoint acrossTheMiddle{section().metrics().codeLeft + 1, section().rowRect(7).center().y()};
     drag(inCode(3, 4.1), acrossTheMiddle);
-    EXPECT_EQ(section().selectedChanges(), (std::set<int>{3, 4}));
+    EXPECT_EQ(controller().selectedChanges(), (std::set<int>{3, 4}));
     section().copy();
     EXPECT_EQ(copied(), u"B\nc\nd"_s);
     section().selectAll();
@@ -197,20 +198,20 @@ TEST_F(SideBySideTest, IsWorkedWithTheKeyboard)
     show({contentOf(twoHunks)});
     press(Qt::Key_Down);
     press(Qt::Key_Down);
-    EXPECT_EQ(section().currentRow(), 3);
+    EXPECT_EQ(controller().currentRow(), 3);
     press(Qt::Key_Left);
-    EXPECT_EQ(section().currentRow(), 2);
+    EXPECT_EQ(controller().currentRow(), 2);
     press(Qt::Key_Space);
-    EXPECT_EQ(section().selectedChanges(), std::set<int>{2});
+    EXPECT_EQ(controller().selectedChanges(), std::set<int>{2});
     press(Qt::Key_Escape);
     press(Qt::Key_Down, Qt::ShiftModifier); // whole lines, with both of their sides
-    EXPECT_EQ(section().selectedChanges(), (std::set<int>{2, 3, 4}));
-    EXPECT_EQ(section().currentRow(), 4); // the old side has nothing here
+    EXPECT_EQ(controller().selectedChanges(), (std::set<int>{2, 3, 4}));
+    EXPECT_EQ(controller().currentRow(), 4); // the old side has nothing here
     press(Qt::Key_Down);
     press(Qt::Key_Up);
     press(Qt::Key_Up);
-    EXPECT_EQ(section().currentRow(), 2);
-    view.setTexts(u"Unstaged Diff"_s, textsOf(oldFile()));
+    EXPECT_EQ(controller().currentRow(), 2);
+    view.setTexts(Kind::unstaged, textsOf(oldFile()));
     press(Qt::Key_Down, Qt::ControlModifier);
     EXPECT_EQ(section().rowRect(rowOf(u"l13"_s)).bottom() + 1,
               section().rowRect(rowOf(u"@@ -20,2 +21,3 @@ two"_s)).top());
@@ -224,28 +225,28 @@ TEST_F(DiffMoreTest, GoesFromChangeToChange)
     for (const DiffLayout layout : {DiffLayout::unified, DiffLayout::sideBySide}) {
         view.setLayout(layout);
         show({contentOf(runs, Use::read), contentOf(twoHunks, Use::unstage, u"Staged"_s)});
-        section().setCurrentRow(0);
+        controller().setCurrentRow(0);
         section().setFocus();
         std::vector<int> visited;
         for (int i = 0; i < 3; ++i) {
             i == 0 ? press(Qt::Key_F7) : press(Qt::Key_N);
-            visited.push_back(section().currentRow());
+            visited.push_back(controller().currentRow());
         }
         EXPECT_EQ(visited, (std::vector<int>{1, 4, 7}));
         view.nextChange();
-        EXPECT_EQ(section(1).currentRow(), 2);
+        EXPECT_EQ(controller(1).currentRow(), 2);
         EXPECT_TRUE(section(1).hasFocus());
         view.nextChange();
         view.nextChange(); // the last one
-        EXPECT_EQ(section(1).currentRow(), 8);
+        EXPECT_EQ(controller(1).currentRow(), 8);
         const QRect line = section(1).rowRect(8).translated(section(1).pos());
         EXPECT_TRUE(view.viewport()->rect().contains(line));
         view.previousChange();
         view.previousChange();
-        EXPECT_EQ(section().currentRow(), 7);
+        EXPECT_EQ(controller().currentRow(), 7);
         EXPECT_TRUE(section().hasFocus());
         press(Qt::Key_F7, Qt::ShiftModifier);
-        EXPECT_EQ(section().currentRow(), 4);
+        EXPECT_EQ(controller().currentRow(), 4);
     }
 }
 

@@ -96,6 +96,7 @@ protected:
             section().setFocus();
     }
     DiffSectionView& section(std::size_t index = 0) { return *pane.view()->sections()[index]; }
+    DiffController& controller() { return section().controller(); }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
     {
         QTest::keyClick(window.focusWidget(), key, modifiers);
@@ -115,7 +116,7 @@ protected:
     {
         QStringList texts;
         for (const DiffSectionView* each : pane.view()->sections())
-            texts << each->notes().above;
+            texts << each->controller().diff().notes().above;
         for (const QLabel* label : pane.findChildren<QLabel*>()) {
             if (label->isVisible())
                 texts << label->text();
@@ -185,7 +186,7 @@ TEST_F(DiffPaneTest, StaysAtItsMatchWhileTheDiffChanges)
     repo.write("a", lines(0, 100)).write("b", "b\n").commit("one");
     repo.write("a", lines(0, 50) + "x here\nx there\n" + lines(50, 100)).write("b", "x\n");
     select("a");
-    section().setCurrentRow(4);
+    controller().setCurrentRow(4);
     QTest::mouseDClick(&section(), Qt::LeftButton, {},
                        {section().metrics().codeLeft + 2, section().rowRect(4).center().y()});
     press(Qt::Key_F, Qt::ControlModifier);
@@ -291,7 +292,7 @@ TEST_F(DiffPaneTest, ShowsDrawingsAboveTheirText)
     repo.write("d.svg", start + "<rect width='19' height='9'/>\n</svg>\n");
     repo.write("e.svg", start + "<image href='/dev/zero'/>\n</svg>\n");
     select("d.svg");
-    EXPECT_GT(section().document().rowCount(), 3);
+    EXPECT_GT(controller().diff().document().rowCount(), 3);
     ASSERT_TRUE(section().inset());
     EXPECT_EQ(drawn(u"After"_s), QSize(40, 30));
     EXPECT_GE(section().rowRect(0).top(), section().inset()->geometry().bottom());
@@ -299,7 +300,7 @@ TEST_F(DiffPaneTest, ShowsDrawingsAboveTheirText)
     select("e.svg"); // would read a device
     EXPECT_TRUE(shownPicture(u"Before"_s));
     EXPECT_FALSE(shownPicture(u"After"_s));
-    EXPECT_GT(section().document().rowCount(), 3);
+    EXPECT_GT(controller().diff().document().rowCount(), 3);
 }
 
 TEST_F(DiffPaneTest, SaysWhatBinaryFilesAre)
@@ -352,7 +353,7 @@ TEST_F(DiffPaneTest, OptionsHoldForEveryPaneAndAreRemembered)
     click(u"Ignore White Space"_s);
     settle();
     for (const DiffPane* each : {static_cast<DiffPane*>(&pane), static_cast<DiffPane*>(&second)}) {
-        EXPECT_EQ(each->view()->sections().front()->content().diff.additions, 2);
+        EXPECT_EQ(each->view()->sections().front()->controller().diff().content().diff.additions, 2);
         EXPECT_TRUE(named<IconButton>(*each, u"Ignore White Space"_s)->isChecked());
     }
     for (const QString& name : {u"Stage Hunk"_s, u"Stage All Hunks"_s}) {
@@ -366,7 +367,7 @@ TEST_F(DiffPaneTest, OptionsHoldForEveryPaneAndAreRemembered)
     EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "");
     click(u"Ignore White Space"_s);
     settle();
-    EXPECT_EQ(section().content().diff.additions, 3);
+    EXPECT_EQ(controller().diff().content().diff.additions, 3);
     EXPECT_TRUE(named<QPushButton>(pane, u"Stage Hunk"_s)->isEnabled());
 }
 

@@ -2,9 +2,12 @@
 #include "app/settings/Settings.h"
 #include "app/ui/widgets/Theme.h"
 #include "tests/app/DiffViewTest.h"
+#include "tests/app/ShownWidgets.h"
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QImage>
+#include <QPointer>
 
 namespace plovik {
 namespace {
@@ -20,30 +23,30 @@ TEST_F(DiffViewTest, SelectsLinesInTheGutter)
 {
     show({contentOf(twoHunks)});
     click(inGutter(3));
-    EXPECT_EQ(section().selectedChanges(), Ids{3});
+    EXPECT_EQ(controller().selectedChanges(), Ids{3});
     click(inGutter(8), Qt::ShiftModifier);
-    EXPECT_EQ(section().selectedChanges(), (Ids{3, 4, 8})); // context and headers between them do not count
+    EXPECT_EQ(controller().selectedChanges(), (Ids{3, 4, 8})); // context and headers between them do not count
     click(inGutter(4), Qt::ControlModifier);
     click(inGutter(2), Qt::ControlModifier);
-    EXPECT_EQ(section().selectedChanges(), (Ids{2, 3, 8}));
+    EXPECT_EQ(controller().selectedChanges(), (Ids{2, 3, 8}));
     drag(inGutter(4), inGutter(2));
-    EXPECT_EQ(section().selectedChanges(), (Ids{2, 3, 4}));
+    EXPECT_EQ(controller().selectedChanges(), (Ids{2, 3, 4}));
     click(inGutter(1));
-    EXPECT_EQ(section().selectedChanges(), Ids{});
+    EXPECT_EQ(controller().selectedChanges(), Ids{});
 }
 
 TEST_F(DiffViewTest, SelectsTextAndCountsPartialLinesWhole)
 {
     show({contentOf(twoHunks)});
     drag(inCode(2, 4.1), inCode(4, 0.9)); // from behind the tab of "\tb" to behind "c"
-    EXPECT_EQ(section().selectedChanges(), (Ids{2, 3, 4}));
+    EXPECT_EQ(controller().selectedChanges(), (Ids{2, 3, 4}));
     section().copy();
     EXPECT_EQ(copied(), u"b\n\tB\nc"_s);
     drag(inCode(3, 5), inCode(4, 0)); // nothing of the last line
-    EXPECT_EQ(section().selectedChanges(), Ids{3});
+    EXPECT_EQ(controller().selectedChanges(), Ids{3});
 
     ASSERT_TRUE(QMetaObject::invokeMethod(&section(), "selectAll"));
-    EXPECT_EQ(section().selectedChanges(), (Ids{2, 3, 4, 8}));
+    EXPECT_EQ(controller().selectedChanges(), (Ids{2, 3, 4, 8}));
     ASSERT_TRUE(QMetaObject::invokeMethod(&section(), "copy"));
     EXPECT_EQ(copied(), u"a\n\tb\n\tB\nc\nd\nx\ny\nz"_s);
     click(inGutter(8));
@@ -56,7 +59,7 @@ TEST_F(DiffViewTest, IsWorkedWithTheKeyboard)
     show({contentOf(twoHunks), contentOf(twoHunks, Use::unstage, u"Staged"_s)});
     press(Qt::Key_S);
     press(Qt::Key_N);
-    EXPECT_EQ(section().currentRow(), 6);
+    EXPECT_EQ(controller().currentRow(), 6);
     hover(inCode(1, 0)); // the pointer rests on the other hunk
     press(Qt::Key_Delete);
     press(Qt::Key_P);
@@ -73,7 +76,7 @@ TEST_F(DiffViewTest, IsWorkedWithTheKeyboard)
                                               {Verb::stage, Part::lines, {2, 3}},
                                               {Verb::discard, Part::lines, {8}}}));
     press(Qt::Key_N); // there is no further hunk here
-    EXPECT_EQ(section(1).currentRow(), 0);
+    EXPECT_EQ(controller(1).currentRow(), 0);
     asked.clear();
     QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QApplication::sendEvent(&section(1), &key);
@@ -118,6 +121,35 @@ TEST_F(DiffViewTest, OffersButtonsForTheHunkAndTheLinesAtHand)
         EXPECT_FALSE(each->isVisible()) << each->text().toStdString();
 }
 
+TEST_F(DiffViewTest, ItsMenuMeansTheHunkItWasOpenedFor)
+{
+    const auto open = [this](QPoint at) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, section().mapToGlobal(at));
+        QApplication::sendEvent(&section(), &event);
+        return QPointer(qobject_cast<QMenu*>(QApplication::activePopupWidget()));
+    };
+    const DiffContent staged = contentOf(twoHunks, Use::unstage, u"Staged"_s);
+    show({contentOf(twoHunks), staged});
+    QPointer<QMenu> menu = open(inCode(8, 0));
+    ASSERT_TRUE(menu);
+    hover(inCode(1, 0));
+    show({contentOf(twoHunks), staged}, DiffPlace::kept);
+    test::entry(*menu, u"Discard Hunk…"_s)->trigger();
+    EXPECT_EQ(std::exchange(asked, {}), (std::vector<DiffAction>{{Verb::discard, Part::hunk, {8}}}));
+    // In another diff, another change may stand in the same place.
+    show({contentOf(twoHunks + "+more\n"), staged}, DiffPlace::kept);
+    EXPECT_FALSE(menu && menu->isVisible());
+
+    menu = open(inCode(8, 0));
+    ASSERT_TRUE(menu);
+    QAction* const discard = test::entry(*menu, u"Discard Hunk…"_s);
+    show({staged}, DiffPlace::kept);
+    discard->trigger();
+    EXPECT_TRUE(asked.empty());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(menu);
+}
+
 std::string longDiff(int lines, int changed = -1)
 {
     std::string text = std::string(diffHeader) + "@@ -1," + std::to_string(lines) + " +1,1 @@\n";
@@ -133,19 +165,19 @@ TEST_F(DiffViewTest, KeepsPlaceAndSelectionWhereTheDiffIsEqual)
     view.verticalScrollBar()->setValue(2000);
     show({contentOf(longDiff(400)), contentOf(longDiff(20), Use::unstage, u"Staged"_s)}, DiffPlace::kept);
     EXPECT_EQ(view.verticalScrollBar()->value(), 2000);
-    EXPECT_EQ(section().selectedChanges(), Ids{101});
-    EXPECT_EQ(section().currentRow(), 101);
+    EXPECT_EQ(controller().selectedChanges(), Ids{101});
+    EXPECT_EQ(controller().currentRow(), 101);
     // The other section may come and go.
     const DiffSectionView* const kept = &section();
     show({contentOf(twoHunks, Use::stage, u"Untracked"_s), contentOf(longDiff(400))}, DiffPlace::kept);
     EXPECT_EQ(&section(1), kept);
-    EXPECT_EQ(section(1).selectedChanges(), Ids{101});
+    EXPECT_EQ(controller(1).selectedChanges(), Ids{101});
     EXPECT_EQ(section(1).y(), section(0).geometry().bottom() + 1);
     view.verticalScrollBar()->setValue(2000);
     // A selection must not slip onto other lines.
     show({contentOf(longDiff(400, 100))}, DiffPlace::kept);
     EXPECT_EQ(view.verticalScrollBar()->value(), 2000);
-    EXPECT_EQ(section().selectedChanges(), Ids{});
+    EXPECT_EQ(controller().selectedChanges(), Ids{});
     show({contentOf(twoHunks)});
     EXPECT_EQ(view.verticalScrollBar()->value(), 0);
 }
@@ -162,7 +194,7 @@ TEST_F(DiffViewTest, KeepsItsBarInSightAndTheCurrentLineFromUnderIt)
     press(Qt::Key_PageDown);
     press(Qt::Key_PageDown);
     press(Qt::Key_PageUp);
-    const QRect line = section().rowRect(section().currentRow()).translated(section().pos());
+    const QRect line = section().rowRect(controller().currentRow()).translated(section().pos());
     EXPECT_GE(line.top(), bar->height());
     EXPECT_LE(line.bottom(), view.viewport()->height());
 }
@@ -180,14 +212,14 @@ TEST_F(DiffViewTest, IsReadByAssistiveTechnology)
     EXPECT_TRUE(first->text(QAccessible::Value).contains(u"@@ -1,3 +1,4 @@ one\na\n-\tb\n+\tB\n+c\nd\n"_s));
     QAccessibleTextInterface* const text = first->textInterface();
     ASSERT_NE(text, nullptr);
-    section().setCurrentRow(3);
+    controller().setCurrentRow(3);
     EXPECT_EQ(text->text(text->cursorPosition(), text->cursorPosition() + 3), u"+\tB"_s);
 
     QAccessibleInterface* const second = QAccessible::queryAccessibleInterface(&section(1));
     EXPECT_EQ(second->text(QAccessible::Name), u"Conflict Diff"_s);
     EXPECT_TRUE(second->text(QAccessible::Value).endsWith(u"\n  a\n++<<\n +o\n- t"_s));
-    EXPECT_EQ(section(1).document().row(3).newNumber, 3);
-    EXPECT_EQ(section(1).document().row(3).kind, gitkit::DiffLine::Kind::addition);
+    EXPECT_EQ(controller(1).diff().document().row(3).newNumber, 3);
+    EXPECT_EQ(controller(1).diff().document().row(3).kind, gitkit::DiffLine::Kind::addition);
 }
 
 /// How often a colour is found in what a row shows.
@@ -242,7 +274,7 @@ TEST_F(DiffViewTest, ShapesOnlyWhatIsInSightOfAnEndlessLine)
         }
     }
     view.setLayout(DiffLayout::unified);
-    const ShownLine& line = section().document().shown(2);
+    const ShownLine& line = controller().diff().document().shown(2);
     EXPECT_LE(line.shown.size(), 4 * ShownLine::mostShown);
     EXPECT_GT(line.notShown, 0);
     section().selectAll();

@@ -86,7 +86,7 @@ struct Inspector : testing::Test {
     std::string shownDiff() const
     {
         const auto& sections = view->findChild<DiffView*>()->sections();
-        return sections.empty() ? std::string() : sections.front()->plainText().toStdString();
+        return sections.empty() ? std::string() : sections.front()->controller().diff().plainText().toStdString();
     }
 };
 

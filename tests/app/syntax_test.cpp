@@ -175,9 +175,10 @@ protected:
         content.path = commit == "HEAD" ? "b.cpp" : "a.cpp";
         content.diff = DiffParser::parse(repo.read({"show", "--format=", "--full-index", commit}) + "\n");
         view.setContents({content}, DiffPlace::start);
-        loader.load({&view.sections()[0]->content()});
+        loader.load({&diff().content()});
     }
-    const DiffDocument& document() { return view.sections()[0]->document(); }
+    const ShownDiff& diff() { return view.sections()[0]->controller().diff(); }
+    const DiffDocument& document() { return diff().document(); }
     /// The rows' colours: for each row, how many pieces have one.
     std::vector<std::size_t> pieces()
     {
@@ -246,7 +247,7 @@ TEST_F(DiffFilesTest, ColoursNoLineThatTheFileDoesNotHave)
     content.diff = DiffParser::parse(repo.read({"diff", "--full-index", "-U1"}) + "\n");
     view.setContents({content}, DiffPlace::start);
     repo.write("a.cpp", after + "int other;\n"); // before it is read
-    loader.load({&view.sections()[0]->content()});
+    loader.load({&diff().content()});
     worker.finishAll();
     EXPECT_EQ(pieces(), (Counts{0, 1, 0}));
 }

@@ -96,7 +96,7 @@ TEST_F(WorkingDiffTest, StagesUnstagesAndDiscardsParts)
     EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "");
 
     DiffSectionView& section = *pane.view()->sections().front();
-    section.setCurrentRow(section.document().hunks()[1].first);
+    section.controller().setCurrentRow(section.controller().diff().document().hunks()[1].first);
     press(u"Discard Hunk…"_s);
     ASSERT_TRUE(store.confirmation.value());
     store.confirmation.value()->action();
@@ -109,7 +109,7 @@ TEST_F(WorkingDiffTest, StagesLinesOfAnUntrackedFile)
     select({"new"});
     ASSERT_EQ(names(), QStringList{u"Untracked Diff"_s});
     DiffSectionView& section = *pane.view()->sections().front();
-    section.setCurrentRow(2);
+    section.controller().setCurrentRow(2);
     QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
     QApplication::sendEvent(&section, &space);
     press(u"Stage Lines"_s);
@@ -124,16 +124,17 @@ TEST_F(WorkingDiffTest, ShowsTheFileSelectedLastAndActsOnNoOther)
     store.selectedPaths = std::set<std::string>{"new"};
     // The old picture stands until the new one is there, and nothing can be done with it.
     ASSERT_TRUE(isDiffShown());
-    EXPECT_EQ(pane.view()->sections().front()->content().detail, u"a"_s);
+    EXPECT_EQ(pane.view()->sections().front()->controller().diff().content().detail, u"a"_s);
     for (const QPushButton* button : pane.findChildren<QPushButton*>())
         EXPECT_TRUE(button->isHidden() || !button->isEnabled());
     QKeyEvent stage(QEvent::KeyPress, Qt::Key_S, Qt::NoModifier);
     QApplication::sendEvent(pane.view()->sections().front(), &stage);
     ASSERT_EQ(worker.waiting(), 1U); // one reading at a time
     worker.finish();
-    EXPECT_EQ(pane.view()->sections().front()->content().detail, u"a"_s); // that of b comes too late
+    EXPECT_EQ(pane.view()->sections().front()->controller().diff().content().detail,
+              u"a"_s); // that of b comes too late
     worker.finishAll();
-    EXPECT_EQ(pane.view()->sections().front()->content().detail, u"new"_s);
+    EXPECT_EQ(pane.view()->sections().front()->controller().diff().content().detail, u"new"_s);
     EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "");
 }
 
@@ -143,11 +144,11 @@ TEST_F(WorkingDiffTest, StandsStillWhileTheDiffIsEqual)
     DiffSectionView& section = *pane.view()->sections().front();
     section.selectAll();
     pane.view()->verticalScrollBar()->setValue(60);
-    const DiffSelection selection = section.selection();
+    const DiffSelection selection = section.controller().selection();
     repo.write("b", "changed again\n");
     refresh();
     EXPECT_EQ(&section, pane.view()->sections().front());
-    EXPECT_EQ(section.selection(), selection);
+    EXPECT_EQ(section.controller().selection(), selection);
     EXPECT_EQ(pane.view()->verticalScrollBar()->value(), 60);
 }
 

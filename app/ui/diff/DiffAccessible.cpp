@@ -12,7 +12,7 @@ namespace plovik {
 
 namespace {
 
-/// The text is put together when it is first asked for, and again after the diff has changed.
+/// The text is made when it is first asked for, and again after the diff has changed.
 class AccessibleDiff : public QAccessibleWidget, public QAccessibleTextInterface {
 public:
     explicit AccessibleDiff(DiffSectionView* view) : QAccessibleWidget(view, QAccessible::EditableText) {}
@@ -41,17 +41,20 @@ public:
     int characterCount() const override { return static_cast<int>(whole().size()); }
     QString text(int start, int end) const override { return whole().mid(start, end - start); }
 
-    int cursorPosition() const override { return view()->currentRow() < 0 ? 0 : startOf(view()->currentRow()); }
-    void setCursorPosition(int position) override { view()->setCurrentRow(rowAt(position)); }
+    int cursorPosition() const override
+    {
+        return controller().currentRow() < 0 ? 0 : startOf(controller().currentRow());
+    }
+    void setCursorPosition(int position) override { controller().setCurrentRow(rowAt(position)); }
 
     void selection(int index, int* start, int* end) const override
     {
-        const std::vector<int> rows = view()->selectedRows();
+        const std::vector<int> rows = controller().diff().rowsOf(controller().selection());
         const bool isOne = index == 0 && !rows.empty();
         *start = isOne ? startOf(rows.front()) : 0;
         *end = isOne ? startOf(rows.back() + 1) : 0;
     }
-    int selectionCount() const override { return view()->selection().isEmpty() ? 0 : 1; }
+    int selectionCount() const override { return controller().selection().isEmpty() ? 0 : 1; }
     void addSelection(int, int) override {}
     void removeSelection(int) override {}
     void setSelection(int, int, int) override {}
@@ -82,12 +85,13 @@ public:
 
 private:
     DiffSectionView* view() const { return static_cast<DiffSectionView*>(widget()); }
+    DiffController& controller() const { return view()->controller(); }
 
     const QString& whole() const
     {
-        if (starts_.empty() || revision_ != view()->contentRevision()) {
-            revision_ = view()->contentRevision();
-            text_ = view()->plainText();
+        if (starts_.empty() || revision_ != controller().diff().revision()) {
+            revision_ = controller().diff().revision();
+            text_ = controller().diff().plainText();
             starts_.clear();
             starts_.push_back(0);
             for (qsizetype at = text_.indexOf(u'\n'); at >= 0; at = text_.indexOf(u'\n', at + 1))
@@ -96,7 +100,7 @@ private:
         return text_;
     }
 
-    int notesAbove() const { return static_cast<int>(view()->notes().above.size()); }
+    int notesAbove() const { return static_cast<int>(controller().diff().notes().above.size()); }
 
     int startOf(int row) const
     {
@@ -110,10 +114,10 @@ private:
         whole();
         const auto after = std::ranges::upper_bound(starts_, offset);
         const int row = static_cast<int>(after - starts_.begin()) - 1 - notesAbove();
-        return std::clamp(row, 0, std::max(0, view()->document().rowCount() - 1));
+        return std::clamp(row, 0, std::max(0, controller().diff().document().rowCount() - 1));
     }
 
-    mutable int revision_ = 0; ///< of the content that `text_` is
+    mutable int revision_ = 0; ///< of the diff that `text_` was made from
     mutable QString text_;
     mutable std::vector<int> starts_; ///< of each line in the text
 };
@@ -142,7 +146,7 @@ void installDiffAccessibility()
 
 void announceDiffChange(DiffSectionView* view)
 {
-    // Asking makes an interface; where nobody has asked, there is nothing to forget and nobody to tell.
+    // Querying the interface would make it, which is wasted when no assistive technology runs.
     if (!QAccessible::isActive())
         return;
     if (AccessibleDiff* const interface = interfaceOf(view)) {

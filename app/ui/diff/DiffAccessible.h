@@ -5,10 +5,11 @@ namespace plovik {
 
 class DiffSectionView;
 
-/// Lets assistive technology read diffs as text: lines with their signs. Done once, however often it is asked for.
+/// Lets assistive technology read diffs as text, as lines with their signs. Further calls do nothing.
 void installDiffAccessibility();
+/// Tells assistive technology that the text has changed.
 void announceDiffChange(DiffSectionView* view);
-/// To be called when the current line or the selection has changed.
+/// Tells it that the current line or the selection has changed.
 void announceDiffCursor(DiffSectionView* view);
 
 } // namespace plovik

@@ -1,39 +1,42 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/DiffAction.h"
 
-namespace plovik {
+#include <QCoreApplication>
 
-using namespace Qt::StringLiterals;
+#include <array>
+
+namespace plovik {
 
 namespace {
 
-QString word(DiffAction::Verb verb)
-{
-    if (verb == DiffAction::Verb::stage)
-        return u"Stage"_s;
-    return verb == DiffAction::Verb::unstage ? u"Unstage"_s : u"Discard"_s;
-}
-
-QString ending(DiffAction::Verb verb) { return verb == DiffAction::Verb::discard ? u"…"_s : QString(); }
+/// By verb, then by part.
+constexpr std::array<std::array<const char*, 3>, 3> names{{
+    {QT_TRANSLATE_NOOP("Diff", "Stage Hunk"), QT_TRANSLATE_NOOP("Diff", "Stage Lines"),
+     QT_TRANSLATE_NOOP("Diff", "Stage All Hunks")},
+    {QT_TRANSLATE_NOOP("Diff", "Unstage Hunk"), QT_TRANSLATE_NOOP("Diff", "Unstage Lines"),
+     QT_TRANSLATE_NOOP("Diff", "Unstage All Hunks")},
+    {QT_TRANSLATE_NOOP("Diff", "Discard Hunk…"), QT_TRANSLATE_NOOP("Diff", "Discard Lines…"),
+     QT_TRANSLATE_NOOP("Diff", "Discard All Hunks…")},
+}};
 
 } // namespace
 
 QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count)
 {
-    // The count stands once in a bar, before the verb that comes first.
-    if (part == DiffAction::Part::lines && verb != DiffAction::Verb::discard)
-        return word(verb) + u' ' + QString::number(count) + (count == 1 ? u" Line"_s : u" Lines"_s);
-    return actionName(verb, part);
+    // Only the first verb of a bar tells the count, so that a bar tells it once.
+    if (part != DiffAction::Part::lines || verb == DiffAction::Verb::discard)
+        return actionName(verb, part);
+    const bool stages = verb == DiffAction::Verb::stage;
+    if (count == 1)
+        return stages ? QCoreApplication::translate("Diff", "Stage 1 Line")
+                      : QCoreApplication::translate("Diff", "Unstage 1 Line");
+    return stages ? QCoreApplication::translate("Diff", "Stage %n Lines", nullptr, count)
+                  : QCoreApplication::translate("Diff", "Unstage %n Lines", nullptr, count);
 }
 
 QString actionName(DiffAction::Verb verb, DiffAction::Part part)
 {
-    QString object = u" Hunk"_s;
-    if (part == DiffAction::Part::lines)
-        object = u" Lines"_s;
-    else if (part == DiffAction::Part::all)
-        object = u" All Hunks"_s;
-    return word(verb) + object + ending(verb);
+    return QCoreApplication::translate("Diff", names[static_cast<std::size_t>(verb)][static_cast<std::size_t>(part)]);
 }
 
 } // namespace plovik

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/DiffSection.h"
 #include "GitKit/records/ParsedDiff.h"
 #include "app/ui/diff/DiffNotes.h"
 
@@ -24,16 +25,20 @@ struct DiffAction {
     bool operator==(const DiffAction&) const = default;
 };
 
-/// One titled diff, and what may be done with it.
+/// Which of a file's diffs is meant. Nullopt stands for the only diff of a file in a commit.
+using DiffKind = std::optional<gitkit::DiffSection::Kind>;
+
+/// One titled diff, and what may be done with it. Value.
 struct DiffContent {
     enum class Use { read, stage, stageAndDiscard, unstage };
 
+    DiffKind kind;  ///< no two diffs that are shown together have the same
     QString name;   ///< for assistive technology
-    QString title;  ///< strong; without one there is no bar
-    QString detail; ///< quiet, behind the title
+    QString title;  ///< shown in bold; without a title there is no bar
+    QString detail; ///< shown behind the title in a quiet colour
     gitkit::ParsedDiff diff;
     std::string path;                       ///< of the new side, as bytes
-    std::optional<std::string> workingPath; ///< where the new side may stand when it is no blob; for unstaged changes
+    std::optional<std::string> workingPath; ///< the file of an unstaged change, whose new side may be no blob yet
     Use use = Use::read;
     DiffState state = DiffState::ordinary;
     FileFacts facts = {};
@@ -54,12 +59,12 @@ struct DiffContent {
     bool operator==(const DiffContent&) const = default;
 };
 
-/// Where a view stands after a new content: a diff that is read again keeps its place.
+/// Where a view is scrolled to after it got new contents: to the start, or where it was before.
 enum class DiffPlace { start, kept };
 
-/// "Stage Hunk", "Stage 2 Lines", "Discard Lines…" and the like, as shown.
+/// Returns the title of a button or menu entry: "Stage Hunk", "Stage 2 Lines", "Discard Lines…".
 QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count = 0);
-/// The same for assistive technology: one name, whatever the count.
+/// Returns the name of the same action for assistive technology. It does not depend on a count.
 QString actionName(DiffAction::Verb verb, DiffAction::Part part);
 
 } // namespace plovik

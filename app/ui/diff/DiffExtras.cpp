@@ -12,8 +12,6 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// The largest picture that is read, and the largest file of which it is found out whether it is text.
@@ -33,9 +31,9 @@ PictureSide sideOf(std::optional<std::uint64_t> size, const std::optional<std::s
     if (bytes)
         side.picture = readPicture(*bytes);
     else if (size.value_or(0) > mostPicture)
-        side.picture.problem = u"Pictures of more than 32 MB are not shown."_s;
+        side.picture.problem = DiffExtras::tr("Pictures of more than 32 MB are not shown.");
     else
-        side.picture.problem = u"This picture could not be read."_s;
+        side.picture.problem = DiffExtras::tr("This picture could not be read.");
     return side;
 }
 
@@ -112,8 +110,9 @@ DiffExtra DiffExtras::read(const gitkit::GitRepository& repository, const Key& k
 void DiffExtras::show(std::vector<DiffContent> contents, DiffPlace place)
 {
     std::map<Key, DiffExtra> before = std::exchange(known_, {});
+    contents_ = std::move(contents);
     wanted_.clear();
-    for (DiffContent& content : contents) {
+    for (const DiffContent& content : contents_) {
         const std::optional<Key> key = keyOf(content);
         if (!key)
             continue;
@@ -121,17 +120,15 @@ void DiffExtras::show(std::vector<DiffContent> contents, DiffPlace place)
             known_.insert(*known);
         else
             wanted_.push_back(*key);
-        fill(content);
     }
-    view_.setContents(std::move(contents), place);
-    attach();
+    showFilled(place);
     if (!wanted_.empty() && !isReading_) {
         isReading_ = true;
         launch(readAll(this));
     }
 }
 
-void DiffExtras::fill(DiffContent& content)
+void DiffExtras::fill(DiffContent& content) const
 {
     const std::optional<Key> key = keyOf(content);
     if (!key)
@@ -165,35 +162,36 @@ QCoro::Task<> DiffExtras::readAll(QPointer<DiffExtras> extras)
     extras->isReading_ = false;
 }
 
-void DiffExtras::showAgain()
+void DiffExtras::showFilled(DiffPlace place)
 {
-    std::vector<DiffContent> contents;
-    for (const DiffSectionView* const section : view_.sections()) {
-        contents.push_back(section->content());
-        contents.back().facts = {};
-        fill(contents.back());
-    }
-    view_.setContents(std::move(contents), DiffPlace::kept);
-    attach();
-}
-
-void DiffExtras::attach()
-{
-    for (DiffSectionView* const section : view_.sections())
-        attachTo(*section);
+    std::vector<DiffContent> filled = contents_;
+    for (DiffContent& content : filled)
+        fill(content);
+    view_.setContents(std::move(filled), place);
+    std::erase_if(shownPictures_, [this](const auto& shown) {
+        return std::ranges::find(contents_, shown.first, &DiffContent::kind) == contents_.end();
+    });
+    for (std::size_t i = 0; i < contents_.size(); ++i)
+        attachPictures(contents_[i], *view_.sections()[i]);
     fitPictures();
 }
 
-void DiffExtras::attachTo(DiffSectionView& section)
+void DiffExtras::attachPictures(const DiffContent& content, DiffSectionView& section)
 {
-    const std::optional<Key> key = keyOf(section.content());
+    const std::optional<Key> key = keyOf(content);
     const auto known = key ? known_.find(*key) : known_.end();
-    auto* const shown = qobject_cast<ImagePane*>(section.inset());
+    const auto shown = shownPictures_.find(content.kind);
     if (known == known_.end() || !known->second.pictures) {
-        if (shown)
-            section.setInset(nullptr);
-    } else if (!shown || shown->pair() != *known->second.pictures) {
-        section.setInset(new ImagePane(*known->second.pictures));
+        if (shown == shownPictures_.end())
+            return;
+        section.setInset(nullptr);
+        shownPictures_.erase(shown);
+    } else if (const PicturePair& pair = *known->second.pictures;
+               shown == shownPictures_.end() || shown->second.pair != pair)
+    {
+        auto* const pane = new ImagePane(pair);
+        shownPictures_.insert_or_assign(content.kind, ShownPictures{pair, pane});
+        section.setInset(pane);
     }
 }
 
@@ -201,10 +199,12 @@ void DiffExtras::fitPictures()
 {
     const int room = view_.viewport()->height() - DiffSectionBar::barHeight;
     for (DiffSectionView* const section : view_.sections()) {
-        auto* const pane = qobject_cast<ImagePane*>(section->inset());
-        const bool hasText = section->document().rowCount() > 0;
-        if (pane && pane->setRoom(hasText ? std::min(room, roomAboveText) : room))
-            section->setInset(pane);
+        const ShownDiff& diff = section->controller().diff();
+        const auto shown = shownPictures_.find(diff.content().kind);
+        const bool hasText = diff.document().rowCount() > 0;
+        if (shown != shownPictures_.end() &&
+            shown->second.pane->setRoom(hasText ? std::min(room, roomAboveText) : room))
+            section->setInset(shown->second.pane);
     }
 }
 

@@ -22,15 +22,15 @@ namespace plovik {
 class DiffSectionView;
 class DiffView;
 
-/// What is known of one diff's files, and their pictures where they are pictures. Value.
+/// What is known of the files of one diff, and their pictures if they are pictures. Value.
 struct DiffExtra {
     FileFacts facts;
     std::optional<PicturePair> pictures;
 };
 
-/// Shows, beside diffs, what they do not tell themselves: of binary files the sizes, the encoding or the pictures, of
-/// drawings kept as text the pictures. Reads the files in the background, one diff after another, and shows the diffs
-/// again when that is known. Main thread.
+/// Shows diffs with what they do not tell themselves: the sizes, the encoding or the pictures of binary files, and the
+/// pictures of drawings that are kept as text. Reads the files in the background, one diff after another, and shows the
+/// diffs again when more is known. Main thread.
 class DiffExtras : public QObject {
     Q_OBJECT
 
@@ -39,6 +39,8 @@ public:
     DiffExtras(RepositoryStore& store, DiffView& view, QObject* parent);
 
     void show(std::vector<DiffContent> contents, DiffPlace place);
+    /// Returns what was shown last.
+    const std::vector<DiffContent>& contents() const { return contents_; }
 
 private:
     struct Key {
@@ -54,16 +56,22 @@ private:
     static QCoro::Task<> readAll(QPointer<DiffExtras> extras);
     static std::optional<Key> keyOf(const DiffContent& content);
 
-    void fill(DiffContent& content);
-    void attach();
-    void attachTo(DiffSectionView& section);
+    void fill(DiffContent& content) const;
+    void showFilled(DiffPlace place);
+    void attachPictures(const DiffContent& content, DiffSectionView& section);
     void fitPictures();
-    void showAgain();
+    void showAgain() { showFilled(DiffPlace::kept); }
 
     RepositoryStore& store_;
     DiffView& view_;
-    std::map<Key, DiffExtra> known_; ///< of the diffs on display
-    std::vector<Key> wanted_;        ///< to read
+    std::vector<DiffContent> contents_; ///< on display, without facts
+    std::map<Key, DiffExtra> known_;    ///< of the contents
+    struct ShownPictures {
+        PicturePair pair;
+        ImagePane* pane; ///< owned by the section that shows it
+    };
+    std::map<DiffKind, ShownPictures> shownPictures_;
+    std::vector<Key> wanted_; ///< to read
     bool isReading_ = false;
 };
 

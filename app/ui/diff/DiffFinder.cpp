@@ -16,10 +16,12 @@ namespace plovik {
 
 namespace {
 
-/// What a slice may take of a frame, in milliseconds.
+/// How long a slice of a search may take, in milliseconds.
 constexpr qint64 sliceTime = 6;
-/// Units of a long row between looks at the clock.
+/// How many units of a long row are searched between two looks at the clock.
 constexpr qsizetype stride = qsizetype{1} << 16;
+
+const DiffDocument& documentOf(const DiffSectionView& view) { return view.controller().diff().document(); }
 
 } // namespace
 
@@ -52,16 +54,15 @@ void DiffFinder::forgetPlace()
     revealsFirst_ = false;
 }
 
-/// Whether what was searched is no longer what is shown.
+/// Returns whether something else is shown now than what was searched.
 bool DiffFinder::isOld() const
 {
     return !std::ranges::equal(sections_, view_.sections(), [](const Section& known, const DiffSectionView* view) {
-        return known.view == view && known.revision == view->contentRevision() &&
-               known.rows == view->document().rowCount();
+        return known.view == view && known.revision == view->controller().diff().revision();
     });
 }
 
-/// The views must not hold what is about to go, nor rows that are others by now.
+/// Drops what was found, and takes it from the views first, which hold pointers to it.
 void DiffFinder::forget()
 {
     for (const Section& section : sections_) {
@@ -75,7 +76,7 @@ void DiffFinder::forget()
 
 void DiffFinder::restart()
 {
-    // A search for what had no current match, as after another file came, does not choose one by itself.
+    // A search that had no current match does not choose one by itself when another file comes.
     const bool hadCurrent = std::exchange(current_, -1) >= 0;
     forget();
     section_ = 0;
@@ -88,12 +89,12 @@ void DiffFinder::restart()
         return;
     }
     for (DiffSectionView* const view : view_.sections())
-        sections_.push_back({view, {}, view->contentRevision(), view->document().rowCount()});
+        sections_.push_back({view, {}, view->controller().diff().revision()});
     if (!hadCurrent && !revealsFirst_)
         place_.reset();
     resolvePlace();
     timer_.start(0, this);
-    // Most diffs are searched before they are painted again.
+    // Most diffs are searched whole in the first slice, before they are painted again.
     runSlice();
 }
 
@@ -109,7 +110,7 @@ void DiffFinder::runSlice()
     clock.start();
     while (section_ < sections_.size() && !isCut() && clock.elapsed() < sliceTime) {
         Section& section = sections_[section_];
-        if (!section.view || row_ >= section.view->document().rowCount()) {
+        if (!section.view || row_ >= documentOf(*section.view).rowCount()) {
             ++section_;
             row_ = 0;
         } else if (searchRow(section)) {
@@ -125,10 +126,10 @@ void DiffFinder::runSlice()
     Q_EMIT changed();
 }
 
-/// Whether the row is done.
+/// Returns whether the row is done.
 bool DiffFinder::searchRow(Section& section)
 {
-    const DiffDocument& document = section.view->document();
+    const DiffDocument& document = documentOf(*section.view);
     if (!document.row(row_).isCode())
         return true;
     if (column_ == 0)
@@ -171,12 +172,12 @@ bool DiffFinder::isAtOrBehindPlace(const DiffFound::Run& run) const
     return run.row != placeRow_ ? run.row > placeRow_ : run.begin >= place_->column;
 }
 
-/// All is searched.
+/// Ends the search when everything was searched.
 void DiffFinder::settle()
 {
     timer_.stop();
     if (current_ < 0 && place_ && count_ > 0) {
-        // Nothing behind the place: the first of all is next.
+        // There is no match behind the place, so the search goes on at the first one.
         current_ = 0;
         showCurrent(revealsFirst_);
     }
@@ -228,24 +229,24 @@ void DiffFinder::showCurrent(bool isShown)
     if (!section.view)
         return;
     const DiffFound::Run run = section.found.runs[match.run];
-    place_ = Place{section.view->content().name, section.view->document().placeOf(run.row), run.begin};
+    place_ = Place{section.view->kind(), documentOf(*section.view).placeOf(run.row), run.begin};
     section.view->setFound(&section.found);
     if (!isShown)
         return;
-    section.view->setCurrentRow(run.row);
+    section.view->controller().setCurrentRow(run.row);
     section.view->revealText(run.row, run.begin, run.end);
 }
 
-/// The topmost row that can be seen.
+/// Returns the topmost row that is in sight.
 std::optional<DiffFinder::Place> DiffFinder::placeInSight() const
 {
     for (DiffSectionView* const section : view_.sections()) {
         const int top = DiffSectionBar::barHeight - section->y();
-        const auto rows = std::views::iota(0, section->document().rowCount());
+        const auto rows = std::views::iota(0, documentOf(*section).rowCount());
         const auto seen =
             std::ranges::partition_point(rows, [&](int row) { return section->rowRect(row).bottom() < top; });
         if (seen != rows.end())
-            return Place{section->content().name, section->document().placeOf(*seen), 0};
+            return Place{section->kind(), documentOf(*section).placeOf(*seen), 0};
     }
     return std::nullopt;
 }
@@ -257,11 +258,11 @@ void DiffFinder::resolvePlace()
     if (!place_)
         return;
     const auto known = std::ranges::find_if(
-        sections_, [this](const Section& section) { return section.view->content().name == place_->section; });
+        sections_, [this](const Section& section) { return section.view->kind() == place_->kind; });
     if (known == sections_.end())
         return;
     placeSection_ = static_cast<std::size_t>(known - sections_.begin());
-    const DiffDocument& document = known->view->document();
+    const DiffDocument& document = documentOf(*known->view);
     if (document.rowCount() > 0)
         placeRow_ = document.rowOf(place_->row);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/diff/DiffAction.h"
 #include "app/ui/diff/DiffDocument.h"
 #include "app/ui/diff/DiffFound.h"
 
@@ -34,22 +35,23 @@ public:
 
         bool operator==(const Query&) const = default;
     };
-    /// Goes to the first match at or behind the one where the search was, or what is in sight. An empty text ends it.
+    /// Goes to the first match at or behind the current one, else at or behind what is in sight. An empty text ends the
+    /// search.
     void search(const Query& query);
     void stop() { search({}); }
-    /// To the match before (-1) or behind (1).
+    /// Goes to the previous (-1) or next (1) match.
     void step(int direction);
-    /// The next search begins at the start of what is shown by then, and brings nothing into sight by itself.
+    /// Lets the next search begin at the start, without bringing a match into sight.
     void forgetPlace();
 
     int count() const { return count_; }
     int current() const { return current_; } ///< from 0; -1 for none
     bool isSearching() const { return timer_.isActive(); }
-    /// Whether there are more matches than are counted.
+    /// Returns whether there may be more matches than are counted.
     bool isCut() const { return count_ >= mostMatches; }
 
 Q_SIGNALS:
-    /// What the functions above tell.
+    /// The count, the current match or the progress has changed.
     void changed();
     /// The last step went on at the other end.
     void wrapped(int direction);
@@ -63,12 +65,11 @@ private:
     struct Section {
         QPointer<DiffSectionView> view;
         DiffFound found;
-        int revision = 0; ///< of the content that was searched
-        int rows = 0;     ///< likewise
+        int revision = 0; ///< of the diff that was searched
     };
-    /// Where a search goes on, whatever is shown around it by then.
+    /// Where a search goes on, even if other rows are shown by then.
     struct Place {
-        QString section;
+        DiffKind kind;
         DiffDocument::Place row;
         qsizetype column = 0;
     };
@@ -94,21 +95,21 @@ private:
     DiffView& view_;
     Query query_;
     QStringMatcher matcher_;
-    std::deque<Section> sections_; ///< stays where it is: the views hold pointers to what was found
+    std::deque<Section> sections_; ///< whose elements do not move, because the views point to what was found
     int count_ = 0;
     int current_ = -1;
-    bool revealsFirst_ = false; ///< once one is found at or behind the place
+    bool revealsFirst_ = false; ///< whether the first match at or behind the place is brought into sight
     QBasicTimer timer_;
 
     std::optional<Place> place_;
-    std::size_t placeSection_ = 0; ///< what `place_` comes to in the sections searched now
+    std::size_t placeSection_ = 0; ///< where `place_` is in the sections that are searched now
     int placeRow_ = 0;
 
-    // Where the slice that comes next goes on.
+    // Where the next slice goes on.
     std::size_t section_ = 0;
     int row_ = 0;
     qsizetype column_ = 0;
-    QString text_; ///< of the row, once it is begun
+    QString text_; ///< of the row that is being searched
 };
 
 } // namespace plovik

@@ -12,7 +12,7 @@ namespace {
 using Kind = gitkit::DiffLine::Kind;
 
 struct Span {
-    int oldFirst = 0, oldEnd = 0; ///< the end is one past
+    int oldFirst = 0, oldEnd = 0; ///< the end is one past the last line
     int newFirst = 0, newEnd = 0;
 };
 
@@ -31,7 +31,7 @@ std::vector<Span> spansOf(const gitkit::ParsedDiff& diff)
         spans.back().oldEnd += line.kind == Kind::context || line.kind == Kind::deletion ? 1 : 0;
         spans.back().newEnd += line.kind == Kind::context || line.kind == Kind::addition ? 1 : 0;
     }
-    // Of a side without lines git names the line before.
+    // For a side without lines, git gives the number of the line before.
     for (Span& span : spans) {
         if (span.oldEnd == span.oldFirst)
             span.oldFirst = ++span.oldEnd;
@@ -46,7 +46,7 @@ std::string_view withoutReturn(std::string_view line)
     return line.ends_with('\r') ? line.substr(0, line.size() - 1) : line;
 }
 
-/// Whether every line that the diff shows of a side is the file's line of that number.
+/// Returns whether every line that the diff shows of a side is the line of that number in the file.
 bool belongs(const gitkit::ParsedDiff& diff, const FileLines& file, bool isOld)
 {
     return std::ranges::all_of(diff.lines, [&](const gitkit::DiffLine& line) {
@@ -65,7 +65,8 @@ DiffGaps DiffGaps::of(const gitkit::ParsedDiff& diff, const DiffTexts& texts)
     if (diff.isBinary || diff.isTruncated || spans.empty())
         return {};
     DiffGaps gaps;
-    // Lines that differ in blanks alone are shown as they are now; a working file may end its lines in its own way.
+    // Without white space, lines are shown as in the new file. Otherwise the old file is preferred, because a working
+    // file may have other line endings.
     const bool oldFirst = diff.whiteSpace == gitkit::WhiteSpace::compared;
     for (const bool isOld : {oldFirst, !oldFirst}) {
         const auto& file = isOld ? texts.before : texts.after;

@@ -17,7 +17,7 @@ namespace plovik {
 DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines)
 {
     constexpr double heightPerPixel = 20.0 / 12;
-    constexpr double tightest = 0.95; // of what the font asks for: its own lines are wide apart
+    constexpr double tightest = 0.95; // of the font's own line height, which is wide
     constexpr int fewestDigits = 3;
     DiffMetrics metrics;
     metrics.codeFont = CodeFont::current();
@@ -32,7 +32,7 @@ DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines
     const auto digits = std::max(fewestDigits, static_cast<int>(QString::number(document.largestNumber()).size()));
     const double digit = QFontMetricsF(metrics.numberFont).horizontalAdvance(QLatin1Char('0'));
     metrics.numberWidth = static_cast<int>(std::ceil(digit * digits));
-    // A merge's old lines have several numbers; none is shown.
+    // The old lines of a merge have several numbers, of which none is shown.
     const bool hasOneNumber = document.isCombined() || lines.areSideBySide();
     metrics.gutterWidth = 2 * margin + metrics.numberWidth + (hasOneNumber ? 0 : metrics.numberWidth + numberGap);
     constexpr int moreButtons = 3;

@@ -10,30 +10,31 @@ namespace plovik {
 class DiffDocument;
 class DiffLines;
 
-/// Where things stand in a diff, in device-independent pixels: follows the code font. Value.
+/// The sizes of a diff's rows and columns in device-independent pixels, as the code font makes them. Value.
 struct DiffMetrics {
     QFont codeFont, numberFont;
     double cell = 8;     ///< width of one column of code
     int lineHeight = 20; ///< 20 at 12 points
     int hunkHeight = 28;
     int numberWidth = 0;
-    int gutterWidth = 0;   ///< both numbers, or the one of a side
+    int gutterWidth = 0;   ///< of the numbers: both, or the one of a side
     int codeLeft = 0;      ///< where code begins in its cell, behind the sign
-    int hunkTextLeft = 0;  ///< behind the buttons that show more lines
-    std::vector<int> tops; ///< of each line, and the end of the last
+    int hunkTextLeft = 0;  ///< where a header's text begins, behind the buttons that show more lines
+    std::vector<int> tops; ///< of each line, and the end of the last one
 
+    static constexpr int barHeight = 34; ///< of the bar above a diff
     static constexpr int margin = 12;
     static constexpr int numberGap = 20;
 
     static constexpr int moreLeft = 8;   ///< of the first button that shows more lines
-    static constexpr int moreWidth = 24; ///< from one of them to the next
+    static constexpr int moreWidth = 24; ///< from one such button to the next
 
     static DiffMetrics of(const DiffDocument& document, const DiffLines& lines);
 
     int top(int line) const { return tops[static_cast<std::size_t>(line)]; }
     int height(int line) const { return top(line + 1) - top(line); }
     int total() const { return tops.back(); }
-    /// The line at a height; the first or last one outside of them, -1 when there are none.
+    /// Returns the line at a height, the first or last one for a height outside of them, or -1 when there are none.
     int lineAt(int y) const;
 };
 

@@ -71,8 +71,8 @@ void DiffPane::showDiffs(std::vector<DiffContent> contents, DiffPlace place)
 void DiffPane::loadFiles()
 {
     std::vector<const DiffContent*> shown;
-    for (const DiffSectionView* const section : view_->sections())
-        shown.push_back(&section->content());
+    for (const DiffContent& content : extras_->contents())
+        shown.push_back(&content);
     files_->load(shown);
 }
 
@@ -120,21 +120,17 @@ void DiffPane::find()
 {
     if (isSentenceShown())
         return;
-    QString text;
-    for (const DiffSectionView* const section : view_->sections()) {
-        if (text.isEmpty())
-            text = section->selectedText();
-    }
+    const QString text = view_->selectedText();
     if (!findBar_) {
         findBar_ = new FindBar(*finder_, this);
         layout()->addWidget(findBar_);
         connect(findBar_, &FindBar::focusReturned, this, [this] { view_->setFocus(Qt::OtherFocusReason); });
     }
-    // Lines are not searched for.
+    // A search finds no text of several lines.
     findBar_->open(text.contains(u'\n') ? QString() : text);
 }
 
-/// The window may have the same keys for something else; here they mean the diff.
+/// Returns whether a key means this diff, which it does here even if the window has it for something else.
 bool DiffPane::isMine(const QKeyEvent& event) const
 {
     if (isSentenceShown())

@@ -20,8 +20,7 @@ class EmptyState;
 class FindBar;
 class RepositoryStore;
 
-/// The place where one file's diffs are shown, or a sentence in their stead, with what it takes to read them: options
-/// and a search. Main thread.
+/// Shows one file's diffs, or a sentence where there are none, with options for reading them and a search. Main thread.
 class DiffPane : public QWidget {
     Q_OBJECT
 
@@ -34,11 +33,11 @@ public:
     void showDiffs(std::vector<DiffContent> contents, DiffPlace place);
     void showSentence(const QString& title, const QString& description);
 
-    /// How the diffs that are shown next are to be read.
+    /// Returns how the next diffs are to be read.
     gitkit::WhiteSpace whiteSpace() const;
 
 Q_SIGNALS:
-    /// What is shown is to be read again.
+    /// The option has changed, and what is shown is to be read again.
     void whiteSpaceChanged();
 
 protected:
@@ -61,7 +60,7 @@ private:
     DiffExtras* extras_;
     DiffFilesLoader* files_;
     DiffFinder* finder_;
-    FindBar* findBar_ = nullptr; ///< made when something is first searched for
+    FindBar* findBar_ = nullptr; ///< made for the first search
 };
 
 } // namespace plovik

@@ -3,31 +3,52 @@
 
 #include "app/settings/Settings.h"
 #include "app/ui/diff/DiffAccessible.h"
-#include "app/ui/diff/DiffRowPainter.h"
+#include "app/ui/diff/DiffKeys.h"
+#include "app/ui/diff/DiffMenu.h"
 #include "app/ui/diff/DiffSectionBar.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/diff/DiffSectionPainter.h"
 
-#include <QEvent>
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
 #include <QPainter>
 #include <QPushButton>
+
+#include <algorithm>
+#include <utility>
 
 namespace plovik {
 
 namespace {
 
-constexpr int endGap = 10;
-constexpr int noteGap = 8;
+constexpr int scrollEvery = 40; ///< milliseconds
 
 } // namespace
 
-DiffSectionView::DiffSectionView(QWidget* parent) : QWidget(parent), bar_(new DiffSectionBar(this))
+DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWidget* parent)
+    : QWidget(parent), controller_(std::move(controller)), geometry_(controller_->diff()),
+      pointer_(*controller_, geometry_), bar_(new DiffSectionBar(this))
 {
     installDiffAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
     bar_->hide();
-    connect(bar_, &DiffSectionBar::triggered, this, &DiffSectionView::request);
+    followController();
+    connect(bar_, &DiffSectionBar::triggered, this, [this](DiffAction::Verb verb, DiffAction::Part part) {
+        controller_->request(controller_->activeHunk(), verb, part);
+    });
+    connect(&hunkButtons_, &DiffButtons::triggered, this, [this](DiffAction::Verb verb, DiffAction::Part part) {
+        controller_->request(controller_->activeHunk(), verb, part);
+    });
+    // The hunk of the current line may be out of sight when the keyboard comes to its buttons.
+    connect(&hunkButtons_, &DiffButtons::focused, this, [this] {
+        if (const int hunk = controller_->activeHunk(); hunk >= 0)
+            Q_EMIT revealRequested(
+                rowRect(controller_->diff().document().hunks()[static_cast<std::size_t>(hunk)].first));
+    });
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
             applyFonts();
@@ -35,60 +56,95 @@ DiffSectionView::DiffSectionView(QWidget* parent) : QWidget(parent), bar_(new Di
     remeasure();
 }
 
-void DiffSectionView::setContent(DiffContent content, DiffPlace place)
+void DiffSectionView::followController()
 {
-    if (content == content_)
-        return;
-    const bool hasSameDiff = content.diff == content_.diff && content.name == content_.name;
-    content_ = std::move(content);
-    ++contentRevision_;
-    notes_ = diffNotes(content_.diff, content_.state, content_.facts, content_.path);
-    setAccessibleName(content_.name);
-    bar_->setText(content_.title, content_.detail);
-    bar_->setVisible(!content_.title.isEmpty());
-    if (!hasSameDiff || document_.rowCount() == 0) {
-        showDocument(place);
-    }
+    DiffController* const controller = controller_.get();
+    connect(controller, &DiffController::aboutToReplace, this, &DiffSectionView::holdWholeFile);
+    connect(controller, &DiffController::contentChanged, this, &DiffSectionView::showContent);
+    connect(controller, &DiffController::aboutToRelay, this, &DiffSectionView::hold);
+    connect(controller, &DiffController::relaid, this, &DiffSectionView::showRelaid);
+    connect(controller, &DiffController::offersChanged, this, &DiffSectionView::updateOffers);
+    connect(controller, &DiffController::revealRequested, this, &DiffSectionView::revealRows);
+    connect(controller, &DiffController::selectionChanged, this, [this] {
+        updateOffers();
+        announceDiffCursor(this);
+    });
+    connect(controller, &DiffController::looksChanged, this, [this] {
+        placeHunkButtons();
+        update();
+    });
+}
+
+void DiffSectionView::showContent()
+{
+    const DiffContent& content = controller_->diff().content();
+    setAccessibleName(content.name);
+    bar_->setText(content.title, content.detail);
+    bar_->setVisible(!content.title.isEmpty());
     remeasure();
     updateOffers();
     announceDiffChange(this);
 }
 
-void DiffSectionView::showDocument(DiffPlace place)
+void DiffSectionView::forgetPointer()
 {
-    const int hunk = keyboardHunk();
-    const std::size_t hunks = document_.hunks().size();
-    holdWholeFile(place);
-    document_ = DiffDocument(notes_.hidesLines ? gitkit::ParsedDiff() : content_.diff);
-    lines_ = DiffLines(document_, layout_);
-    texts_ = {};
-    selection_.clear();
-    wasWalked_ = false;
-    hoveredMore_ = {};
-    drag_ = Drag::none;
+    pointer_.release();
     dragTimer_.stop();
-    hovered_ = -1;
-    if (document_.rowCount() == 0)
-        current_ = -1;
-    else if (place == DiffPlace::start || hunk < 0)
-        current_ = 0;
-    else if (document_.hunks().size() == hunks)
-        current_ = std::min(current_, document_.rowCount() - 1);
-    else // A hunk has gone or come: the one in its place is the next to look at.
-        current_ = document_.hunks()[std::min(static_cast<std::size_t>(hunk), document_.hunks().size() - 1)].first;
 }
 
-void DiffSectionView::setSyntax(const SyntaxOf& syntax)
+void DiffSectionView::hold(std::optional<int> anchor)
 {
-    if (syntax == document_.syntax())
+    const int row = anchor ? *anchor : anchorRow();
+    anchor_.reset();
+    if (row >= 0)
+        anchor_ = Anchor{controller_->diff().document().placeOf(row), rowRect(row).top()};
+}
+
+void DiffSectionView::showRelaid()
+{
+    const DiffDocument& document = controller_->diff().document();
+    forgetPointer();
+    geometry_.measure();
+    const std::optional<Anchor> anchor = std::exchange(anchor_, std::nullopt);
+    spread(anchor ? rowRect(document.rowOf(anchor->place)).top() - anchor->y : 0);
+    updateOffers();
+    announceDiffChange(this);
+    hoverGap(underMouse() ? mapFromGlobal(QCursor::pos()) : QPoint(-1, -1));
+    if (document.gaps().areKnown())
+        returnToHeld();
+}
+
+/// A file that is shown whole shrinks to its changes when a new diff of it comes, until its text comes as well.
+void DiffSectionView::holdWholeFile(DiffPlace place)
+{
+    const ShownDiff& diff = controller_->diff();
+    const bool isWhole = diff.showsWholeFile() && diff.document().gaps().showsLines();
+    const int anchor = place == DiffPlace::kept && isWhole ? anchorRow() : -1;
+    if (place == DiffPlace::start)
+        held_.reset();
+    if (anchor >= 0 && diff.document().row(anchor).newNumber)
+        held_ = Held{*diff.document().row(anchor).newNumber, rowRect(anchor).top() - visibleTop_};
+    forgetPointer();
+    hoveredGap_ = {};
+}
+
+void DiffSectionView::returnToHeld()
+{
+    const std::optional<Held> held = std::exchange(held_, std::nullopt);
+    if (!held || !controller_->diff().showsWholeFile())
         return;
-    document_.setSyntax(syntax);
-    update(visibleRowsArea());
+    const int row = controller_->diff().document().rowOf({-1, held->number});
+    Q_EMIT contentHeightChanged(rowRect(row).top() - held->y - visibleTop_);
 }
 
-void DiffSectionView::remeasure(int shift)
+void DiffSectionView::remeasure()
 {
-    metrics_ = DiffMetrics::of(document_, lines_);
+    geometry_.measure();
+    spread(0);
+}
+
+void DiffSectionView::spread(int shift)
+{
     Q_EMIT contentHeightChanged(shift);
     placeInset();
     placeHunkButtons();
@@ -97,27 +153,9 @@ void DiffSectionView::remeasure(int shift)
 
 void DiffSectionView::applyFonts()
 {
-    for (const auto& [verb, button] : hunkButtons_)
-        button->setFont(Theme::font(-1));
+    hunkButtons_.applyFont();
     remeasure();
 }
-
-int DiffSectionView::barHeight() const { return content_.title.isEmpty() ? 0 : DiffSectionBar::barHeight; }
-
-int DiffSectionView::notesHeight(const QStringList& notes, int width) const
-{
-    if (notes.isEmpty())
-        return 0;
-    const QFontMetrics metrics(Theme::font());
-    int height = noteGap;
-    for (const QString& note : notes) {
-        const QRect room(0, 0, std::max(80, width - 2 * DiffMetrics::margin), 10000);
-        height += metrics.boundingRect(room, Qt::TextWordWrap, note).height() + noteGap;
-    }
-    return height;
-}
-
-int DiffSectionView::insetHeight(int width) const { return inset_ ? inset_->heightForWidth(width) : 0; }
 
 void DiffSectionView::setInset(QWidget* inset)
 {
@@ -130,41 +168,26 @@ void DiffSectionView::setInset(QWidget* inset)
     if (inset_ && isNew) {
         inset_->setParent(this);
         bar_->raise();
-        placeInset();
-        inset_->show();
     }
+    placeInset();
+    if (inset_)
+        inset_->show();
     remeasure();
 }
 
 void DiffSectionView::placeInset()
 {
+    geometry_.setInsetHeight(insetHeight(width()));
     if (inset_)
-        inset_->setGeometry(0, barHeight() + notesHeight(notes_.above, width()), width(), insetHeight(width()));
-}
-
-int DiffSectionView::rowsTop() const { return barHeight() + notesHeight(notes_.above, width()) + insetHeight(width()); }
-
-int DiffSectionView::heightFor(int width) const
-{
-    return barHeight() + notesHeight(notes_.above, width) + insetHeight(width) + metrics_.total() +
-           notesHeight(notes_.below, width) + endGap;
-}
-
-int DiffSectionView::hiddenWidth(int width) const
-{
-    if (document_.rowCount() == 0)
-        return 0;
-    const int wanted =
-        metrics_.codeLeft + static_cast<int>(document_.longestLine() * metrics_.cell) + 2 * DiffMetrics::margin;
-    return std::max(0, wanted - (lines_.areSideBySide() ? width / 2 : width));
+        inset_->setGeometry(0, geometry_.insetTop(), width(), insetHeight(width()));
 }
 
 void DiffSectionView::setOffset(int offset)
 {
-    if (offset == offset_)
+    if (offset == geometry_.offset())
         return;
-    offset_ = offset;
-    update(visibleRowsArea());
+    geometry_.setOffset(offset);
+    update(geometry_.rowsArea());
 }
 
 void DiffSectionView::setVisibleTop(int y)
@@ -175,6 +198,8 @@ void DiffSectionView::setVisibleTop(int y)
 
 void DiffSectionView::setBarReserve(int width) { bar_->setReserve(width); }
 
+void DiffSectionView::setFollows(bool follows) { bar_->setFollows(follows); }
+
 void DiffSectionView::setFound(const DiffFound* found)
 {
     found_ = found;
@@ -184,129 +209,132 @@ void DiffSectionView::setFound(const DiffFound* found)
 void DiffSectionView::revealText(int row, qsizetype begin, qsizetype end)
 {
     constexpr int aside = 60;
-    const int lines = 2 * metrics_.lineHeight;
-    const auto x = [&](qsizetype source) { return rowPainter().xOf(row, source); };
+    const int lines = 2 * metrics().lineHeight;
     const QRect area = rowRect(row);
     Q_EMIT revealRequested(area.adjusted(0, -lines, 0, lines));
-    if (const int beyond = x(end) - cellWidth(); beyond > 0)
+    if (const int beyond = geometry_.xOf(row, end) - geometry_.cellWidth(); beyond > 0)
         Q_EMIT revealRequested(QRect(width() + beyond + aside, area.top(), 1, area.height()));
-    if (const int hidden = x(begin) - metrics_.codeLeft; hidden < 0)
+    if (const int hidden = geometry_.xOf(row, begin) - metrics().codeLeft; hidden < 0)
         Q_EMIT revealRequested(QRect(hidden - aside, area.top(), 1, area.height()));
 }
 
-void DiffSectionView::setFollows(bool follows) { bar_->setFollows(follows); }
-
-QRect DiffSectionView::visibleRowsArea() const { return {0, rowsTop(), width(), metrics_.total()}; }
-
-QRect DiffSectionView::rowRect(int row) const
+void DiffSectionView::revealRows(int first, int last, int linesAround)
 {
-    const DiffSide side = document_.row(row).side;
-    const int line = lines_.lineOf(row);
-    if (side != DiffSide::both)
-        return cellAt(line, side).area;
-    return {0, rowsTop() + metrics_.top(line), width(), metrics_.height(line)};
+    const int around = linesAround * metrics().lineHeight;
+    if (last != first || around > 0)
+        Q_EMIT revealRequested(rowRect(last).adjusted(0, 0, 0, around));
+    // The first row comes last, so that it is in sight where there is no room for all of them.
+    Q_EMIT revealRequested(rowRect(first).adjusted(0, -around, 0, 0));
 }
 
-int DiffSectionView::lineAt(int y) const { return metrics_.lineAt(y - rowsTop()); }
-
-int DiffSectionView::rowNear(QPoint point) const
+bool DiffSectionView::isInSight(int row) const
 {
-    const int line = lineAt(point.y());
-    return line < 0 ? -1 : lines_.nearestRow(line, sideAt(point.x()));
+    const QRect seen = visibleRegion().boundingRect().adjusted(0, geometry_.barHeight(), 0, 0);
+    return seen.intersects(rowRect(row));
 }
 
-DiffSide DiffSectionView::sideAt(int x) const
+/// Returns the row that stays in place while lines come or go, or -1 where this diff begins below the top of what is in
+/// sight.
+int DiffSectionView::anchorRow() const
 {
-    if (!lines_.areSideBySide())
-        return DiffSide::both;
-    return x < width() / 2 ? DiffSide::before : DiffSide::after;
+    if (visibleTop_ < 0 || controller_->diff().document().rowCount() == 0)
+        return -1;
+    if (const int current = controller_->currentRow(); current >= 0 && isInSight(current))
+        return current;
+    const int line = geometry_.lineAt(visibleTop_ + geometry_.barHeight());
+    return controller_->diff().lines().nearestRow(line, controller_->keyboardSide());
 }
 
-DiffCell DiffSectionView::cellAt(int line, DiffSide side) const
+int DiffSectionView::walkStart(int direction) const
 {
-    const QRect whole(0, rowsTop() + metrics_.top(line), width(), metrics_.height(line));
-    const int row = lines_.rowAt(line, DiffSide::both);
-    if (!lines_.areSideBySide() || document_.row(row).kind == DiffDocument::Kind::hunk)
-        return {line, row, DiffSide::both, whole};
-    const int half = width() / 2;
-    if (side == DiffSide::after)
-        return {line, lines_.rowAt(line, side), side, whole.adjusted(half, 0, 0, 0)};
-    return {line, lines_.rowAt(line, DiffSide::before), DiffSide::before, whole.adjusted(0, 0, half - width(), 0)};
+    const int current = controller_->currentRow();
+    if (current < 0 || isInSight(current))
+        return current;
+    return std::max(0, anchorRow()) - (direction > 0 ? 1 : 0);
 }
 
-QString DiffSectionView::plainText() const
+void DiffSectionView::updateOffers()
 {
-    QStringList lines = notes_.above;
-    for (int row = 0; row < document_.rowCount(); ++row)
-        lines << document_.row(row).sign + document_.text(row);
-    lines << notes_.below;
-    return lines.join(u'\n');
+    bar_->setOffers(barOffers(*controller_));
+    hunkButtons_.show(hunkOffers(*controller_));
+    bar_->raise();
+    orderTabs();
+    placeHunkButtons();
+    update();
+}
+
+void DiffSectionView::placeHunkButtons()
+{
+    const int hunk = controller_->activeHunk();
+    if (hunk < 0)
+        return;
+    const int header = controller_->diff().document().hunks()[static_cast<std::size_t>(hunk)].first;
+    hunkButtons_.place(rowRect(header).adjusted(0, 0, -DiffMetrics::margin, 0));
+}
+
+void DiffSectionView::orderTabs()
+{
+    QWidget* before = this;
+    for (const DiffButtons* const buttons : {&bar_->buttons(), &std::as_const(hunkButtons_)}) {
+        for (const auto& [verb, button] : buttons->all()) {
+            if (before->nextInFocusChain() != button)
+                setTabOrder(before, button);
+            before = button;
+        }
+    }
+}
+
+void DiffSectionView::hoverGap(QPoint point)
+{
+    const DiffDocument& document = controller_->diff().document();
+    const GapButton button = gapButtonAt(document, geometry_, point);
+    if (button == hoveredGap_)
+        return;
+    hoveredGap_ = button;
+    setToolTip(gapButtonTitle(document, button));
+    update();
+}
+
+void DiffSectionView::pointAt(QPoint point)
+{
+    setCursor(pointer_.isOverText(point) ? Qt::IBeamCursor : Qt::ArrowCursor);
+    hoverGap(point);
+    const int row = geometry_.rowAt(point);
+    const int hunk = row < 0 ? controller_->hoveredHunk() : controller_->diff().document().row(row).hunk;
+    if (hunk == controller_->hoveredHunk())
+        return;
+    // The buttons go with the pointer, and the focus must not go with the buttons.
+    if (hunkButtons_.haveFocus())
+        setFocus(Qt::MouseFocusReason);
+    controller_->setHoveredHunk(hunk);
+}
+
+void DiffSectionView::copy()
+{
+    if (const QString text = controller_->diff().textOf(controller_->selection()); !text.isEmpty())
+        QApplication::clipboard()->setText(text);
+}
+
+bool DiffSectionView::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && isDiffKey(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
 }
 
 void DiffSectionView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
-    painter.fillRect(event->rect(), Theme::current().content);
-    paintNotes(painter, notes_.above, barHeight());
-    paintRows(painter, event->rect());
-    paintNotes(painter, notes_.below, rowsTop() + metrics_.total());
-}
-
-void DiffSectionView::paintNotes(QPainter& painter, const QStringList& notes, int top) const
-{
-    if (notes.isEmpty())
-        return;
-    painter.setFont(Theme::font());
-    painter.setPen(Theme::current().secondaryText);
-    int y = top + noteGap;
-    for (const QString& note : notes) {
-        const QRect room(DiffMetrics::margin, y, std::max(80, width() - 2 * DiffMetrics::margin), 10000);
-        QRect taken;
-        painter.drawText(room, Qt::TextWordWrap, note, &taken);
-        y += taken.height() + noteGap;
-    }
-}
-
-void DiffSectionView::paintRows(QPainter& painter, const QRect& exposed) const
-{
-    const QRect area = visibleRowsArea() & exposed;
-    if (area.isEmpty() || document_.rowCount() == 0)
-        return;
-    const DiffRowPainter rows = rowPainter();
-    for (int line = lineAt(area.top()); line <= lineAt(area.bottom()); ++line)
-        paintLine(painter, rows, line);
-    paintCurrent(painter);
-}
-
-DiffRowPainter DiffSectionView::rowPainter() const { return {document_, metrics_, {cellWidth(), offset_, found_}}; }
-
-void DiffSectionView::paintLine(QPainter& painter, const DiffRowPainter& rows, int line) const
-{
-    const DiffCell first = cellAt(line, DiffSide::before);
-    rows.paint(painter, first, selection_, hunkButtonsWidth());
-    if (first.side != DiffSide::both) {
-        const DiffCell second = cellAt(line, DiffSide::after);
-        rows.paint(painter, second, selection_, 0);
-        painter.fillRect(second.area.left(), second.area.top(), 1, second.area.height(), Theme::current().separator);
-    } else if (document_.row(first.row).kind == DiffDocument::Kind::hunk) {
-        paintMoreButtons(painter, first.row);
-        if (!document_.row(first.row).isRest())
-            paintHunkButtons(painter, first.row);
-    }
-}
-
-void DiffSectionView::paintCurrent(QPainter& painter) const
-{
-    if (current_ < 0 || !(hasFocus() || wasWalked_))
-        return;
-    const QRect own = cellAt(lines_.lineOf(current_), currentSide()).area;
-    const QColor& color = hasFocus() ? Theme::current().accent : Theme::current().gutterText;
-    painter.fillRect(own.left(), own.top(), 3, own.height(), color);
+    DiffSectionPainter(*controller_, geometry_, hunkButtons_, {found_, hoveredGap_, hasFocus()})
+        .paint(painter, event->rect());
 }
 
 void DiffSectionView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
+    geometry_.setWidth(width());
     bar_->resize(width(), DiffSectionBar::barHeight);
     setVisibleTop(visibleTop_);
     placeInset();
@@ -320,6 +348,102 @@ void DiffSectionView::changeEvent(QEvent* event)
         update();
     else if (event->type() == QEvent::ApplicationFontChange)
         applyFonts();
+}
+
+void DiffSectionView::mousePressEvent(QMouseEvent* event)
+{
+    const QPoint point = event->position().toPoint();
+    const int row = geometry_.rowAt(point);
+    if (event->button() != Qt::LeftButton || row < 0) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    pointer_.putCursor(point);
+    const ShownDiff& diff = controller_->diff();
+    if (const GapButton gap = gapButtonAt(diff.document(), geometry_, point); gap.row >= 0) {
+        press(*controller_, gap);
+        return;
+    }
+    if (diff.document().row(row).kind == DiffDocument::Kind::hunk) {
+        // On a touch screen no movement announces a press: the button may be drawn here and stand elsewhere.
+        pointAt(point);
+        if (auto* const button = qobject_cast<QPushButton*>(childAt(point))) {
+            button->click();
+            return;
+        }
+    }
+    pointer_.press(point, event->modifiers());
+    if (pointer_.isDragging())
+        dragTimer_.start(scrollEvery, this);
+}
+
+void DiffSectionView::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPoint point = event->position().toPoint();
+    if (pointer_.isDragging())
+        pointer_.dragTo(point);
+    else
+        pointAt(point);
+}
+
+void DiffSectionView::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != dragTimer_.timerId()) {
+        QWidget::timerEvent(event);
+        return;
+    }
+    const QPoint point = pointer_.point();
+    if (visibleRegion().boundingRect().contains(point))
+        return;
+    // After scrolling, the resting pointer is over another line.
+    const QPoint before = mapToParent(QPoint());
+    Q_EMIT revealRequested(QRect(point, QSize(1, 1)));
+    pointer_.dragTo(point + before - mapToParent(QPoint()));
+}
+
+void DiffSectionView::mouseReleaseEvent(QMouseEvent* event)
+{
+    QWidget::mouseReleaseEvent(event);
+    forgetPointer();
+}
+
+void DiffSectionView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const QPoint point = event->position().toPoint();
+    if (geometry_.isInGutter(point.x()) || geometry_.rowAt(point) < 0)
+        mousePressEvent(event);
+    else
+        pointer_.selectWord(point);
+}
+
+void DiffSectionView::leaveEvent(QEvent* event)
+{
+    QWidget::leaveEvent(event);
+    hoverGap({-1, -1});
+    // The buttons stay while the pointer is on its way to them; with the focus they go to the keyboard's hunk.
+    if (!pointer_.isDragging() && controller_->currentRow() >= 0 && hasFocus())
+        controller_->setHoveredHunk(-1);
+}
+
+void DiffSectionView::keyPressEvent(QKeyEvent* event)
+{
+    const int page = std::max(1, visibleRegion().boundingRect().height() / metrics().lineHeight - 3);
+    if (event->matches(QKeySequence::Copy))
+        copy();
+    else if (event->matches(QKeySequence::SelectAll))
+        selectAll();
+    else if (!handleDiffKey(*controller_, *event, page))
+        QWidget::keyPressEvent(event);
+}
+
+void DiffSectionView::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Mouse)
+        pointAt(event->pos());
+    const int current = controller_->currentRow();
+    const bool isByKeyboard = event->reason() == QContextMenuEvent::Keyboard && current >= 0;
+    const QPoint below = isByKeyboard ? rowRect(current).bottomLeft() + QPoint(metrics().codeLeft, 0) : QPoint();
+    makeDiffMenu(*this)->popup(isByKeyboard ? mapToGlobal(below) : event->globalPos());
 }
 
 } // namespace plovik

@@ -14,6 +14,12 @@
 
 namespace plovik {
 
+namespace {
+
+bool hasSelection(const DiffSectionView* section) { return !section->controller().selection().isEmpty(); }
+
+} // namespace
+
 DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
 {
     setFrameShape(QFrame::NoFrame);
@@ -28,11 +34,10 @@ DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
     horizontalScrollBar()->setSingleStep(20);
 }
 
-/// Takes the section of this name out of `from`, or makes one.
-DiffSectionView* DiffView::sectionNamed(const QString& name, std::vector<DiffSectionView*>& from)
+/// Takes the section of a kind out of `from`, or makes one.
+DiffSectionView* DiffView::takeSection(DiffKind kind, std::vector<DiffSectionView*>& from)
 {
-    const auto known =
-        std::ranges::find_if(from, [&name](const DiffSectionView* section) { return section->content().name == name; });
+    const auto known = std::ranges::find(from, kind, &DiffSectionView::kind);
     if (known == from.end())
         return addSection();
     DiffSectionView* const section = *known;
@@ -42,23 +47,25 @@ DiffSectionView* DiffView::sectionNamed(const QString& name, std::vector<DiffSec
 
 DiffSectionView* DiffView::addSection()
 {
-    auto* const section = new DiffSectionView(viewport());
-    section->setActionsAvailable(areActionsAvailable_);
-    section->setDiffLayout(layout_);
-    section->setShowsWholeFile(showsWholeFile_);
+    auto made = std::make_shared<DiffController>();
+    DiffController* const controller = made.get();
+    auto* const section = new DiffSectionView(std::move(made), viewport());
+    controller->setActionsAvailable(areActionsAvailable_);
+    controller->setLayout(layout_);
+    controller->setShowsWholeFile(showsWholeFile_);
     section->setBarReserve(barReserve_);
-    connect(section, &DiffSectionView::actionRequested, this, [this, section](const DiffAction& action) {
-        // What is asked for may bring another content at once.
-        const DiffContent content = section->content();
+    connect(controller, &DiffController::actionRequested, this, [this, controller](const DiffAction& action) {
+        // The action may replace the content at once.
+        const DiffContent content = controller->diff().content();
         Q_EMIT actionRequested(content, action);
     });
+    connect(controller, &DiffController::wholeFileRequested, this, &DiffView::setShowsWholeFile);
+    connect(controller, &DiffController::changeRequested, this, &DiffView::goToChange);
+    connect(controller, &DiffController::leaveRequested, this,
+            [this, section](int direction) { leave(section, direction); });
     connect(section, &DiffSectionView::contentHeightChanged, this, &DiffView::layOut);
-    connect(section, &DiffSectionView::wholeFileRequested, this, &DiffView::setShowsWholeFile);
-    connect(section, &DiffSectionView::changeRequested, this, &DiffView::goToChange);
     connect(section, &DiffSectionView::revealRequested, this,
             [this, section](const QRect& area) { reveal(section, area); });
-    connect(section, &DiffSectionView::leaveRequested, this,
-            [this, section](int direction) { leave(section, direction); });
     return section;
 }
 
@@ -70,16 +77,18 @@ void DiffView::setContents(std::vector<DiffContent> contents, DiffPlace place)
         const QScopedValueRollback filling(isFilling_, true);
         std::vector<DiffSectionView*> before = std::exchange(sections_, {});
         for (DiffContent& content : contents) {
-            DiffSectionView* const section = sectionNamed(content.name, before);
+            DiffSectionView* const section = takeSection(content.kind, before);
             section->setFollows(!sections_.empty());
             sections_.push_back(section);
-            section->setContent(std::move(content), place);
+            section->controller().setContent(std::move(content), place);
             section->show();
         }
-        // A section that goes while it runs a handler of its own is deleted afterwards.
+        // A section may be removed by one of its own event handlers, so it is deleted later.
         for (DiffSectionView* const gone : before) {
             if (gone->hasFocus() && !sections_.empty())
                 sections_.front()->setFocus(Qt::OtherFocusReason);
+            gone->disconnect(this);
+            gone->controller().disconnect(this);
             gone->hide();
             gone->deleteLater();
         }
@@ -101,42 +110,38 @@ void DiffView::setActionsAvailable(bool available)
 {
     areActionsAvailable_ = available;
     for (DiffSectionView* const section : sections_)
-        section->setActionsAvailable(available);
+        section->controller().setActionsAvailable(available);
 }
 
-void DiffView::setTexts(const QString& section, const DiffTexts& texts)
+void DiffView::setTexts(DiffKind kind, const DiffTexts& texts)
 {
-    for (DiffSectionView* const each : sections_) {
-        if (each->content().name == section)
-            each->setTexts(texts);
-    }
+    if (const auto section = std::ranges::find(sections_, kind, &DiffSectionView::kind); section != sections_.end())
+        (*section)->controller().setTexts(texts);
 }
 
-void DiffView::setSyntax(const QString& section, const SyntaxOf& syntax)
+void DiffView::setSyntax(DiffKind kind, const SyntaxOf& syntax)
 {
-    for (DiffSectionView* const each : sections_) {
-        if (each->content().name == section)
-            each->setSyntax(syntax);
-    }
+    if (const auto section = std::ranges::find(sections_, kind, &DiffSectionView::kind); section != sections_.end())
+        (*section)->controller().setSyntax(syntax);
 }
 
 void DiffView::setLayout(DiffLayout layout)
 {
     layout_ = layout;
     for (DiffSectionView* const section : sections_)
-        section->setDiffLayout(layout);
+        section->controller().setLayout(layout);
 }
 
 void DiffView::setShowsWholeFile(bool whole)
 {
     const bool isOther = whole != std::exchange(showsWholeFile_, whole);
     for (DiffSectionView* const section : sections_)
-        section->setShowsWholeFile(whole);
+        section->controller().setShowsWholeFile(whole);
     if (isOther)
         Q_EMIT showsWholeFileChanged(whole);
 }
 
-/// `shift` is by how much what was looked at has moved down.
+/// Keeps what was looked at in place; it has moved down by `shift`.
 void DiffView::layOut(int shift)
 {
     if (isFilling_)
@@ -176,7 +181,7 @@ void DiffView::reveal(DiffSectionView* section, QRect area)
 {
     const int top = section->y() + verticalScrollBar()->value() + area.top();
     // The bar stays in sight and covers the first lines.
-    const int covered = section->content().title.isEmpty() ? 0 : DiffSectionBar::barHeight;
+    const int covered = section->controller().diff().content().title.isEmpty() ? 0 : DiffSectionBar::barHeight;
     int value = verticalScrollBar()->value();
     value = std::max(value, top + area.height() - viewport()->height());
     value = std::min(value, top - covered);
@@ -197,24 +202,26 @@ void DiffView::leave(DiffSectionView* section, int direction)
         at += direction;
         if (at == sections_.end())
             return;
-        const auto& hunks = (*at)->document().hunks();
+        const auto& hunks = (*at)->controller().diff().document().hunks();
         if (hunks.empty())
             continue;
         const int row = direction > 0 ? hunks.front().first : hunks.back().first;
-        (*at)->setCurrentRow(row);
+        (*at)->controller().setCurrentRow(row);
         (*at)->setFocus(Qt::OtherFocusReason);
         reveal(*at, (*at)->rowRect(row));
         return;
     }
 }
 
-/// Where keys mean to go on from: the diff with the focus, else where they have led before, else the first in sight.
+/// Returns the diff that a walk goes on from: the one with the focus, else the one it has led to before, else the first
+/// one in sight.
 DiffSectionView* DiffView::sectionAtHand() const
 {
     DiffSectionView* best = nullptr;
     for (DiffSectionView* const section : sections_) {
         const auto rank = [](const DiffSectionView* of) {
-            return (of->hasFocus() ? 4 : 0) + (of->wasWalked() ? 2 : 0) + (of->geometry().bottom() > 0 ? 1 : 0);
+            return (of->hasFocus() ? 4 : 0) + (of->controller().wasWalked() ? 2 : 0) +
+                   (of->geometry().bottom() > 0 ? 1 : 0);
         };
         if (!best || rank(section) > rank(best))
             best = section;
@@ -225,26 +232,35 @@ DiffSectionView* DiffView::sectionAtHand() const
 void DiffView::goToChange(int direction)
 {
     DiffSectionView* const start = sectionAtHand();
-    if (!start || start->moveToChange(direction, false))
+    if (!start || start->controller().moveToChange(direction, start->walkStart(direction)))
         return;
     auto at = std::ranges::find(sections_, start);
     while (direction > 0 ? ++at != sections_.end() : at-- != sections_.begin()) {
-        if (!(*at)->moveToChange(direction, true))
+        DiffController& next = (*at)->controller();
+        if (!next.moveToChange(direction, direction > 0 ? -1 : next.diff().document().rowCount()))
             continue;
         if (start->hasFocus())
             (*at)->setFocus(Qt::OtherFocusReason);
-        start->stopWalk();
+        start->controller().stopWalk();
         return;
     }
 }
 
+QString DiffView::selectedText() const
+{
+    for (const DiffSectionView* const section : sections_) {
+        const DiffController& controller = section->controller();
+        if (QString text = controller.diff().textOf(controller.selection()); !text.isEmpty())
+            return text;
+    }
+    return {};
+}
+
 void DiffView::copy()
 {
-    const auto chosen = std::ranges::find_if(sections_, [](const DiffSectionView* section) {
-        return section->hasFocus() && !section->selection().isEmpty();
-    });
-    const auto any =
-        std::ranges::find_if(sections_, [](const DiffSectionView* section) { return !section->selection().isEmpty(); });
+    const auto chosen = std::ranges::find_if(
+        sections_, [](const DiffSectionView* section) { return section->hasFocus() && hasSelection(section); });
+    const auto any = std::ranges::find_if(sections_, hasSelection);
     if (chosen != sections_.end())
         (*chosen)->copy();
     else if (any != sections_.end())
@@ -253,8 +269,7 @@ void DiffView::copy()
 
 void DiffView::selectAll()
 {
-    const auto chosen =
-        std::ranges::find_if(sections_, [](const DiffSectionView* section) { return section->hasFocus(); });
+    const auto chosen = std::ranges::find_if(sections_, &DiffSectionView::hasFocus);
     if (chosen != sections_.end())
         (*chosen)->selectAll();
     else if (!sections_.empty())

@@ -14,45 +14,48 @@ namespace plovik {
 class DiffSectionView;
 struct SyntaxOf;
 
-/// Diffs one below the other, scrolled together. What a frame costs depends on what is in sight. Main thread.
+/// Shows diffs one below the other, scrolled together. Only what is in sight is drawn. Main thread.
 class DiffView : public QAbstractScrollArea {
     Q_OBJECT
 
 public:
     explicit DiffView(QWidget* parent = nullptr);
 
-    /// A content equal to the one in its place keeps selection and current line; `place` is where the rest goes on.
+    /// Shows these, each of another kind. A diff that is equal to the one of its kind keeps its selection and its
+    /// current line; the others go on at `place`.
     void setContents(std::vector<DiffContent> contents, DiffPlace place);
     const std::vector<DiffSectionView*>& sections() const { return sections_; }
-    /// The whole files of the section of this name, any time after its content: with them, lines that the diff leaves
-    /// out can be shown. Forgotten when the section's diff changes.
-    void setTexts(const QString& section, const DiffTexts& texts);
-    /// The colours of their code, as soon as they are known and again when more of them are.
-    void setSyntax(const QString& section, const SyntaxOf& syntax);
+    /// Sets the whole files of a diff, with which lines that it leaves out can be shown. They are forgotten when the
+    /// diff changes.
+    void setTexts(plovik::DiffKind kind, const plovik::DiffTexts& texts);
+    /// Sets the colours of their code; may be called again when more of them are known.
+    void setSyntax(plovik::DiffKind kind, const plovik::SyntaxOf& syntax);
 
-    /// For every diff that has two sides; the others stay unified.
+    /// Sets the layout of every diff that has two sides; the others stay unified.
     void setLayout(DiffLayout layout);
     DiffLayout diffLayout() const { return layout_; }
-    /// Of every diff whose files are known, and of those that become known.
-    bool showsWholeFile() const { return showsWholeFile_; }
+    /// Shows the whole files of all diffs, as soon as they are known.
     void setShowsWholeFile(bool whole);
+    bool showsWholeFile() const { return showsWholeFile_; }
 
-    /// See DiffSectionBar::setReserve(); for every bar, so that their buttons stand below each other.
+    /// See DiffSectionBar::setReserve(). Every bar keeps the same room, so that their buttons stand below each other.
     void setBarReserve(int width);
-    /// See DiffSectionView::setActionsAvailable().
+    /// See DiffController::setActionsAvailable().
     void setActionsAvailable(bool available);
+    /// Returns the text that is selected in the first diff with a selection.
+    QString selectedText() const;
 
 public Q_SLOTS:
-    /// Of the diff that has the focus, else of the first with a selection.
+    /// Copies the selection of the diff with the focus, else of the first one with a selection.
     void copy();
     void selectAll();
-    /// To the next or previous run of changed lines, from one diff to the other.
+    /// Goes to the next or previous run of changed lines, from one diff to the other.
     void nextChange() { goToChange(1); }
     void previousChange() { goToChange(-1); }
 
 Q_SIGNALS:
     void showsWholeFileChanged(bool whole);
-    /// Other sections, rows or sizes than before.
+    /// Sections, rows or sizes have changed.
     void laidOut();
     void actionRequested(const plovik::DiffContent& content, const plovik::DiffAction& action);
 
@@ -62,7 +65,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    DiffSectionView* sectionNamed(const QString& name, std::vector<DiffSectionView*>& from);
+    DiffSectionView* takeSection(DiffKind kind, std::vector<DiffSectionView*>& from);
     DiffSectionView* addSection();
     void layOut(int shift);
     void placeSections();
@@ -73,7 +76,7 @@ private:
     void applyTheme();
 
     std::vector<DiffSectionView*> sections_;
-    std::vector<int> tops_; ///< of each section, unscrolled
+    std::vector<int> tops_; ///< of each section before scrolling
     int barReserve_ = 0;
     DiffLayout layout_ = DiffLayout::unified;
     bool showsWholeFile_ = false;

@@ -22,7 +22,7 @@ struct PictureSide {
     bool operator==(const PictureSide&) const = default;
 };
 
-/// Both sides; nothing where there is no file. Value.
+/// Both sides of a changed picture; nullopt for a side without a file. Value.
 struct PicturePair {
     std::optional<PictureSide> before;
     std::optional<PictureSide> after;
@@ -31,16 +31,15 @@ struct PicturePair {
     bool operator==(const PicturePair&) const = default;
 };
 
-/// A changed picture before and after, side by side: scaled down to fit, by the same factor, with the sizes below and
-/// what changed. Main thread.
+/// Shows a changed picture before and after, side by side, scaled down to fit by the same factor. Below stand the sizes
+/// and what changed. Main thread.
 class ImagePane : public QWidget {
     Q_OBJECT
 
 public:
     explicit ImagePane(PicturePair pair, QWidget* parent = nullptr);
 
-    const PicturePair& pair() const { return pair_; }
-    /// How high the pictures may be, with everything around them. Whether that is news.
+    /// Sets how high the pictures may be, with everything around them. Returns whether that is another height.
     bool setRoom(int height);
 
     bool hasHeightForWidth() const override { return true; }
@@ -56,7 +55,7 @@ private:
         CheckeredPicture* picture = nullptr;
         QLabel* caption = nullptr;
     };
-    /// Both pictures' sizes as they are drawn.
+    /// The sizes that the pictures are drawn with.
     struct Drawn {
         QSize before, after;
     };

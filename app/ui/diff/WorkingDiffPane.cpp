@@ -12,29 +12,69 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
+
+using Kind = gitkit::DiffSection::Kind;
+
+QString titleOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::untracked:
+        return WorkingDiffPane::tr("Untracked");
+    case Kind::conflict:
+        return WorkingDiffPane::tr("Conflict");
+    case Kind::unstaged:
+        return WorkingDiffPane::tr("Unstaged");
+    case Kind::staged:
+        return WorkingDiffPane::tr("Staged");
+    }
+    return {};
+}
+
+QString nameOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::untracked:
+        return WorkingDiffPane::tr("Untracked Diff");
+    case Kind::conflict:
+        return WorkingDiffPane::tr("Conflict Diff");
+    case Kind::unstaged:
+        return WorkingDiffPane::tr("Unstaged Diff");
+    case Kind::staged:
+        return WorkingDiffPane::tr("Staged Diff");
+    }
+    return {};
+}
+
+DiffContent::Use useOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::untracked:
+        return DiffContent::Use::stage;
+    case Kind::conflict:
+        return DiffContent::Use::read;
+    case Kind::unstaged:
+        return DiffContent::Use::stageAndDiscard;
+    case Kind::staged:
+        return DiffContent::Use::unstage;
+    }
+    return DiffContent::Use::read;
+}
 
 DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& file, bool isFirst)
 {
-    using Kind = gitkit::DiffSection::Kind;
     DiffContent content;
-    content.title = shownText(section.title);
-    content.name = content.title + u" Diff"_s;
+    content.kind = section.kind;
+    content.title = titleOf(section.kind);
+    content.name = nameOf(section.kind);
     content.detail = isFirst ? shownText(file.path) : QString();
     content.path = file.path;
-    if (section.title != "Staged")
+    if (section.kind != Kind::staged)
         content.workingPath = file.path;
     content.diff = std::move(section.diff);
-    if (section.title == "Conflict")
+    content.use = useOf(section.kind);
+    if (section.kind == Kind::conflict)
         content.state = DiffState::conflicted;
-    else if (section.kind == Kind::unstaged)
-        content.use = DiffContent::Use::stageAndDiscard;
-    else if (section.kind == Kind::staged)
-        content.use = DiffContent::Use::unstage;
-    else
-        content.use = DiffContent::Use::stage;
     return content;
 }
 
@@ -72,9 +112,10 @@ void WorkingDiffPane::follow()
 void WorkingDiffPane::showCount(std::size_t selected)
 {
     if (selected > 1)
-        showSentence(u"%1 Files Selected"_s.arg(selected), u"Select one file to see what changed in it."_s);
+        showSentence(tr("%n Files Selected", nullptr, static_cast<int>(selected)),
+                     tr("Select one file to see what changed in it."));
     else
-        showSentence(u"No File Selected"_s, u"Select a file to see what changed in it."_s);
+        showSentence(tr("No File Selected"), tr("Select a file to see what changed in it."));
 }
 
 bool WorkingDiffPane::isWanted(const std::string& path) const
@@ -113,12 +154,12 @@ void WorkingDiffPane::take(const gitkit::FileChange& file, std::vector<gitkit::D
         shown_.clear();
         if (file.isUntracked() && file.path.ends_with('/'))
             showSentence(shownText(file.path),
-                         u"This folder is a repository of its own. Its files are not part of this one."_s);
+                         tr("This folder is a repository of its own. Its files are not part of this one."));
         else
-            showSentence(u"No Changes"_s, u"The file is as it was committed."_s);
+            showSentence(tr("No Changes"), tr("The file is as it was committed."));
         return;
     }
-    // Git tells of a missing file in the same way as of a difference, but without a diff.
+    // Git exits for a missing file as it does for a difference, but prints no diff.
     const gitkit::ParsedDiff& first = sections.front().diff;
     if (file.isUntracked() && first.isEmpty() && !first.patchHeader) {
         takeProblem(fileIsGone());
@@ -140,7 +181,7 @@ void WorkingDiffPane::takeProblem(const DiffProblem& problem)
 
 void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action)
 {
-    // What is drawn belongs to the file it was read for; another selection may have come meanwhile.
+    // The shown diff belongs to the file that it was read for, which may no longer be the selected one.
     if (shown_.empty() || !isWanted(shown_))
         return;
     using Part = RepositoryStore::DiscardedPart;

@@ -62,7 +62,7 @@ std::optional<DiffFilesLoader::Section> DiffFilesLoader::sectionOf(const DiffCon
     if (!diff.oldBlob || !diff.newBlob || diff.isBinary || diff.isTruncated || diff.lines.empty())
         return {};
     Section section;
-    section.name = content.name;
+    section.kind = content.kind;
     section.before = {blobOf(*diff.oldBlob), content.path};
     section.after = {blobOf(*diff.newBlob), content.path};
     section.workingPath = content.workingPath;
@@ -97,7 +97,7 @@ void DiffFilesLoader::load(const std::vector<const DiffContent*>& contents)
 void DiffFilesLoader::takeKnown(Section& section) const
 {
     section.syntax = {known(section.before), known(section.after)};
-    const auto former = std::ranges::find(sections_, section.name, &Section::name);
+    const auto former = std::ranges::find(sections_, section.kind, &Section::kind);
     if (former != sections_.end() && former->isSame(section)) {
         section.texts = former->texts;
         section.isRead = former->isRead;
@@ -137,11 +137,11 @@ QByteArray DiffFilesLoader::keyOf(const Side& side)
 void DiffFilesLoader::announce(const Section& section)
 {
     if (section.isRead)
-        Q_EMIT textsLoaded(section.name, section.texts);
+        Q_EMIT textsLoaded(section.kind, section.texts);
     const SyntaxOf shown{section.syntax.before ? section.syntax.before : section.alike.before,
                          section.syntax.after ? section.syntax.after : section.alike.after};
     if (shown != SyntaxOf())
-        Q_EMIT syntaxLoaded(section.name, shown);
+        Q_EMIT syntaxLoaded(section.kind, shown);
 }
 
 /// Reading comes first: it is quick, and more than colours waits for it.

@@ -37,9 +37,9 @@ public:
     void load(const std::vector<const DiffContent*>& contents);
 
 Q_SIGNALS:
-    void textsLoaded(const QString& section, const plovik::DiffTexts& texts);
-    /// May come several times for a section, each time with more.
-    void syntaxLoaded(const QString& section, const plovik::SyntaxOf& syntax);
+    void textsLoaded(plovik::DiffKind kind, const plovik::DiffTexts& texts);
+    /// May come several times for a diff, each time with more.
+    void syntaxLoaded(plovik::DiffKind kind, const plovik::SyntaxOf& syntax);
 
 private:
     /// A file of one side of a diff.
@@ -50,7 +50,7 @@ private:
         bool operator==(const Side&) const = default;
     };
     struct Section {
-        QString name;
+        DiffKind kind;
         Side before, after;
         std::optional<std::string> workingPath;
         DiffTexts texts;
@@ -60,7 +60,7 @@ private:
 
         bool isSame(const Section& other) const
         {
-            return name == other.name && before == other.before && after == other.after;
+            return kind == other.kind && before == other.before && after == other.after;
         }
     };
     struct Job;

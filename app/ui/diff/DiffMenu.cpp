@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/DiffMenu.h"
+
+#include "app/ui/diff/DiffController.h"
+#include "app/ui/diff/DiffOffers.h"
+#include "app/ui/diff/DiffSectionView.h"
+
+#include <QCoreApplication>
+#include <QMenu>
+#include <QPointer>
+
+#include <algorithm>
+
+namespace plovik {
+
+namespace {
+
+QString tr(const char* text) { return QCoreApplication::translate("Diff", text); }
+
+void addOffers(QMenu& menu, DiffController& controller)
+{
+    // The menu means the hunk that it was opened for, wherever the pointer goes meanwhile.
+    const int hunk = controller.activeHunk();
+    for (const DiffOffer& offer : menuOffers(controller)) {
+        QAction* const action = menu.addAction(offer.title);
+        action->setEnabled(offer.refusal.isEmpty());
+        action->setToolTip(offer.refusal);
+        QObject::connect(
+            action, &QAction::triggered, &controller,
+            [&controller, hunk, verb = offer.verb, part = offer.part] { controller.request(hunk, verb, part); });
+    }
+}
+
+void addGaps(QMenu& menu, DiffController& controller)
+{
+    const DiffGaps& gaps = controller.diff().document().gaps();
+    if (!gaps.areKnown())
+        return;
+    if (!menu.isEmpty())
+        menu.addSeparator();
+    const int hunk = controller.activeHunk();
+    const auto add = [&](const QString& title, GapSide side, QKeyCombination keys) {
+        QAction* const action =
+            menu.addAction(title, &controller, [&controller, hunk, side] { controller.showMore(hunk, side); });
+        action->setShortcut(keys);
+        action->setEnabled(hunk >= 0 && controller.diff().canShowMore(hunk, side));
+    };
+    add(tr(QT_TRANSLATE_NOOP("Diff", "Show More Above")), GapSide::above, Qt::CTRL | Qt::Key_Up);
+    add(tr(QT_TRANSLATE_NOOP("Diff", "Show More Below")), GapSide::below, Qt::CTRL | Qt::Key_Down);
+    const auto addWhole = [&](const QString& title, bool whole) {
+        menu.addAction(title, &controller, [&controller, whole] { Q_EMIT controller.wholeFileRequested(whole); });
+    };
+    if (gaps.hidesLines())
+        addWhole(tr(QT_TRANSLATE_NOOP("Diff", "Show Whole File")), true);
+    if (gaps.showsLines())
+        addWhole(tr(QT_TRANSLATE_NOOP("Diff", "Show Changes Only")), false);
+}
+
+} // namespace
+
+QMenu* makeDiffMenu(DiffSectionView& view)
+{
+    DiffController& controller = view.controller();
+    auto* const menu = new QMenu(&view);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setToolTipsVisible(true);
+    addOffers(*menu, controller);
+    addGaps(*menu, controller);
+    if (!menu->isEmpty())
+        menu->addSeparator();
+    QAction* const copy = menu->addAction(tr(QT_TRANSLATE_NOOP("Diff", "Copy")), &view, &DiffSectionView::copy);
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setEnabled(!controller.selection().isEmpty());
+    QAction* const all =
+        menu->addAction(tr(QT_TRANSLATE_NOOP("Diff", "Select All")), &view, &DiffSectionView::selectAll);
+    all->setShortcut(QKeySequence::SelectAll);
+    all->setEnabled(controller.diff().document().rowCount() > 0);
+    // What another diff has in the same place must not be staged or discarded instead.
+    QObject::connect(&controller, &DiffController::aboutToReplace, menu, &QMenu::close);
+    return menu;
+}
+
+} // namespace plovik

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/diff/DiffOffers.h"
+
+#include "app/ui/diff/DiffController.h"
+
+#include <QCoreApplication>
+
+namespace plovik {
+
+namespace {
+
+using Verb = DiffAction::Verb;
+using Part = DiffAction::Part;
+
+QString refusalOf(const DiffController& controller)
+{
+    if (!controller.areActionsAvailable())
+        return QCoreApplication::translate("Diff", "Another file is being read.");
+    return controller.diff().notes().wholeOnly;
+}
+
+/// Returns whether buttons for hunks are shown, enabled or not. They stay in sight when ignored white space is what
+/// disables them, because that can be changed right beside them.
+bool showsHunkActions(const DiffController& controller)
+{
+    return controller.diff().notes().wholeOnly.isEmpty() ||
+           controller.diff().content().diff.whiteSpace == gitkit::WhiteSpace::ignored;
+}
+
+void append(std::vector<DiffOffer>& offers, const DiffController& controller, Part part, int count = 0)
+{
+    for (const Verb verb : {Verb::stage, Verb::unstage, Verb::discard}) {
+        if (controller.diff().content().allows(verb))
+            offers.push_back({verb, part, actionTitle(verb, part, count), refusalOf(controller)});
+    }
+}
+
+} // namespace
+
+std::vector<DiffOffer> barOffers(const DiffController& controller)
+{
+    std::vector<DiffOffer> offers;
+    if (const auto count = static_cast<int>(controller.selectedChanges().size()); count > 0) {
+        append(offers, controller, Part::lines, count);
+    } else if (controller.diff().document().hunks().size() > 1 && showsHunkActions(controller)) {
+        append(offers, controller, Part::all);
+        // A whole file is discarded in the list of files, where it is plain what is lost.
+        std::erase_if(offers, [](const DiffOffer& offer) { return offer.verb == Verb::discard; });
+    }
+    return offers;
+}
+
+std::vector<DiffOffer> hunkOffers(const DiffController& controller)
+{
+    std::vector<DiffOffer> offers;
+    if (showsHunkActions(controller) && !controller.diff().document().hunks().empty())
+        append(offers, controller, Part::hunk);
+    return offers;
+}
+
+std::vector<DiffOffer> menuOffers(const DiffController& controller)
+{
+    std::vector<DiffOffer> offers;
+    if (const auto count = static_cast<int>(controller.selectedChanges().size()); count > 0)
+        append(offers, controller, Part::lines, count);
+    if (controller.activeHunk() >= 0)
+        append(offers, controller, Part::hunk);
+    return offers;
+}
+
+} // namespace plovik
