@@ -47,13 +47,13 @@ void CheckeredPicture::scale()
     QPixmap pixmap = QPixmap::fromImage(
         image_.scaled(target, Qt::IgnoreAspectRatio, isEnlarged ? Qt::FastTransformation : Qt::SmoothTransformation));
     pixmap.setDevicePixelRatio(ratio_);
-    // As a label's picture it is one to assistive technology, too.
+    // The label's own pixmap makes it a picture for assistive technology as well.
     setPixmap(pixmap);
 }
 
 void CheckeredPicture::paintEvent(QPaintEvent*)
 {
-    // The window may have gone to another screen.
+    // The window may have moved to another screen.
     if (ratio_ != devicePixelRatioF())
         scale();
     QPainter painter(this);

@@ -6,8 +6,8 @@
 
 namespace plovik {
 
-/// A picture on a quiet checkerboard, that shows what of it is transparent. Small pictures keep their edges when they
-/// are enlarged. Main thread.
+/// Shows a picture on a quiet checkerboard, which is seen through its transparent parts. Small pictures keep sharp
+/// edges when they are enlarged. Main thread.
 class CheckeredPicture : public QLabel {
     Q_OBJECT
 

@@ -7,10 +7,10 @@
 
 namespace plovik {
 
-/// A row of a diff where it stands: in the whole width, or in the half of one side.
+/// The place of a row: the whole width, or the half of one side. Value.
 struct DiffCell {
     int line = 0; ///< of the layout
-    int row = -1; ///< of the document; -1 where the side has nothing
+    int row = -1; ///< of the document; -1 if the side has none there
     DiffSide side = DiffSide::both;
     QRect area;
 };

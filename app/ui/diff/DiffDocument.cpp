@@ -4,6 +4,7 @@
 #include "GitKit/records/HunkStart.h"
 
 #include <QCache>
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <climits>
@@ -14,7 +15,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Lines kept ready to be drawn, by the memory that they take: many screens of ordinary ones, few of a megabyte.
+/// How many units of text are kept ready to be drawn: many screens of ordinary lines, or a few lines of a megabyte.
 constexpr qsizetype keptUnits = qsizetype{1} << 22;
 constexpr int keptMarks = 1000;
 
@@ -66,7 +67,9 @@ void DiffDocument::makeRows()
         const DiffGaps::Gap& last = gaps_.gap(gaps_.count() - 1);
         addGap(last, 0, last.top);
         if (last.rest() > 0) {
-            rest_ = std::to_string(last.rest()) + (last.rest() == 1 ? " more line" : " more lines");
+            rest_ = (last.rest() == 1 ? QCoreApplication::translate("Diff", "1 more line")
+                                      : QCoreApplication::translate("Diff", "%n more lines", nullptr, last.rest()))
+                        .toStdString();
             Row rest;
             rest.kind = Kind::hunk;
             push(std::move(rest));
@@ -111,7 +114,7 @@ void DiffDocument::addRow(const gitkit::DiffLine& line)
     else if (row.kind == Kind::addition)
         row.side = DiffSide::after;
     else if (row.kind == Kind::meta && !rows_.empty())
-        row.side = rows_.back().side; // a note on the line before it
+        row.side = rows_.back().side; // the note belongs to the line before it
     if (row.isCode())
         longestLine_ = std::max(longestLine_, columnsOf(line.text));
     rowOfLine_.push_back(rowCount());
@@ -161,7 +164,7 @@ DiffLayout DiffDocument::layoutFor(DiffLayout wanted) const
 
 void DiffDocument::takeCombinedSigns(Row& row, const gitkit::DiffLine& line)
 {
-    // One sign for each parent; the parser took the first.
+    // There is one sign for each parent, and the parser has taken the first one.
     const std::string_view more = std::string_view(line.text).substr(0, extraSigns_);
     row.sign = row.sign.isEmpty() ? u" "_s : row.sign;
     row.sign += QString::fromLatin1(more.data(), static_cast<qsizetype>(more.size()));
@@ -227,7 +230,7 @@ const ShownLine& DiffDocument::shown(int row) const
     if (const ShownLine* known = caches_->shown.object(row))
         return *known;
     auto* line = new ShownLine(ShownLine::of(bytes(row)));
-    // Never so dear that the cache would not take it.
+    // A cache does not take what costs more than its limit.
     const qsizetype cost = std::min(line->source.size() + line->shown.size() + 32, keptUnits);
     static const ShownLine none;
     return caches_->shown.insert(row, line, cost) ? *line : none;

@@ -9,7 +9,7 @@
 
 namespace plovik {
 
-/// What a search has found in one diff: runs of its rows' sources, in order. Value.
+/// What a search has found in one diff, as runs of its rows' sources in order. Value.
 struct DiffFound {
     struct Run {
         int row = 0;
@@ -20,7 +20,7 @@ struct DiffFound {
     };
 
     std::vector<Run> runs;
-    int current = -1; ///< index of the run that the search stands at
+    int current = -1; ///< index of the current match; -1 when it is in another diff
 
     std::span<const Run> inRow(int row) const
     {

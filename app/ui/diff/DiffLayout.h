@@ -3,10 +3,10 @@
 
 namespace plovik {
 
-/// How the two sides of a diff stand to each other: one below the other, or each in its own half.
+/// How the two sides of a diff are arranged: one below the other, or each in its own half.
 enum class DiffLayout { unified, sideBySide };
 
-/// A side of a diff; `both` is what stands on either, or the whole width.
+/// A side of a diff. `both` stands for a row that belongs to both sides, or for the whole width.
 enum class DiffSide { both, before, after };
 
 } // namespace plovik

@@ -18,7 +18,7 @@ DiffLines::DiffLines(const DiffDocument& document, DiffLayout layout)
     std::vector<int> after;
     for (int row = 0; row <= rows_; ++row) {
         const DiffSide side = row < rows_ ? document.row(row).side : DiffSide::both;
-        // A run ends with what is on both sides, or where something is removed again.
+        // A run of changes ends at a row on both sides, or where rows are removed again.
         if (side == DiffSide::both || (side == DiffSide::before && !after.empty())) {
             pairRun(before, after);
             before.clear();

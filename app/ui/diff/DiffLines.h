@@ -9,8 +9,8 @@ namespace plovik {
 
 class DiffDocument;
 
-/// The lines that a layout makes of a document's rows. Unified, each row is a line of its own; side by side, what was
-/// removed stands beside what was added in its place. Value.
+/// The lines in which a layout shows a document's rows. In the unified layout each row is a line; side by side, removed
+/// rows stand beside the added rows that replace them. Value.
 class DiffLines {
 public:
     DiffLines() = default;
@@ -19,9 +19,9 @@ public:
     bool areSideBySide() const { return layout_ == DiffLayout::sideBySide; }
     int count() const { return areSideBySide() ? static_cast<int>(pairs_.size()) : rows_; }
     int lineOf(int row) const { return areSideBySide() ? lines_[static_cast<std::size_t>(row)] : row; }
-    /// The row that stands on a side of a line; -1 for none.
+    /// Returns the row on a side of a line; -1 for none.
     int rowAt(int line, DiffSide side) const;
-    /// The row on this side, else the one on the other.
+    /// Returns the row on a side of a line, else the one on the other side.
     int nearestRow(int line, DiffSide side) const;
 
 private:
@@ -33,7 +33,7 @@ private:
 
     DiffLayout layout_ = DiffLayout::unified;
     int rows_ = 0;
-    std::vector<Pair> pairs_; ///< by line; empty where lines are rows
+    std::vector<Pair> pairs_; ///< by line; empty in the unified layout
     std::vector<int> lines_;  ///< by row
 };
 

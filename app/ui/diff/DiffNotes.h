@@ -13,40 +13,40 @@
 
 namespace plovik {
 
-/// What has to be said about a diff besides its lines, in sentences.
+/// Sentences about a diff beside its lines. Value.
 struct DiffNotes {
     QStringList above;       ///< before the lines, or instead of them
     QStringList below;       ///< after the lines
-    QString wholeOnly;       ///< why its lines cannot be taken one by one; empty where they can
-    bool hidesLines = false; ///< the sentences say it all
+    QString wholeOnly;       ///< why its lines cannot be staged one by one; empty if they can
+    bool hidesLines = false; ///< whether the sentences stand in place of the lines
 };
 
-/// What is known of the files of a diff besides the diff. Value.
+/// What is known about the files of a diff beside the diff itself. Value.
 struct FileFacts {
-    bool isBeingRead = false;                      ///< nothing is known yet, but soon
-    bool isPicture = false;                        ///< shown beside the sentences
+    bool isBeingRead = false;                      ///< nothing is known yet
+    bool isPicture = false;                        ///< a picture is shown below the sentences
     std::optional<std::uint64_t> oldSize, newSize; ///< in bytes
-    std::optional<WideEncoding> encoding;          ///< why it is no text to git
+    std::optional<WideEncoding> encoding;          ///< the encoding that makes git take it for binary
 
     bool operator==(const FileFacts&) const = default;
 };
 
 enum class DiffState { ordinary, conflicted };
 
-/// The sentences about the diff of the file at `path`: binary, too long, mode only, empty, a submodule, a symbolic
-/// link, conflicted. Pure.
+/// Returns the sentences about the diff of the file at `path`: whether it is binary, too long, empty or conflicted, has
+/// a new mode, or is of a submodule or symbolic link. Pure.
 DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state = DiffState::ordinary, const FileFacts& facts = {},
                     std::string_view path = {});
-/// "23.4 KB", as it is shown.
+/// Returns a size as it is shown, as in "23.4 KB".
 QString shownSize(std::uint64_t bytes);
 
-/// What stands in place of a diff that could not be read.
+/// A sentence in place of a diff that could not be read. Value.
 struct DiffProblem {
     QString title;
     QString description;
 };
 DiffProblem diffProblem(const QString& message);
-/// For a file that went away between the list and the diff.
+/// Returns the sentence for a file that was removed after the list of files was read.
 DiffProblem fileIsGone();
 
 } // namespace plovik

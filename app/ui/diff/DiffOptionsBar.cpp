@@ -12,15 +12,13 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 DiffOptionsBar::DiffOptionsBar(QWidget* parent)
-    : QWidget(parent), sideBySide_(new IconButton(Icon::sideBySide, u"Side by Side"_s, this)),
-      whiteSpace_(new IconButton(Icon::whiteSpace, u"Ignore White Space"_s, this)),
-      wholeFile_(new IconButton(Icon::wholeFile, u"Whole File"_s, this))
+    : QWidget(parent), sideBySide_(new IconButton(Icon::sideBySide, tr("Side by Side"), this)),
+      whiteSpace_(new IconButton(Icon::whiteSpace, tr("Ignore White Space"), this)),
+      wholeFile_(new IconButton(Icon::wholeFile, tr("Whole File"), this))
 {
     const QString keys = QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText);
-    auto* const find = new IconButton(Icon::find, u"Find"_s, this, keys);
+    auto* const find = new IconButton(Icon::find, tr("Find"), this, keys);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(6, 0, 8, 0);
     row->setSpacing(2);
@@ -37,7 +35,7 @@ DiffOptionsBar::DiffOptionsBar(QWidget* parent)
     connect(find, &IconButton::clicked, this, &DiffOptionsBar::findRequested);
     connect(&Settings::shared(), &Settings::changed, this, &DiffOptionsBar::follow);
     follow();
-    // The line below belongs to the bar that this one stands over.
+    // One pixel less leaves the line below the section's bar, which this one covers, in sight.
     resize(sizeHint().width(), DiffSectionBar::barHeight - 1);
 }
 

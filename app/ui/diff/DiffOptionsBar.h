@@ -7,8 +7,8 @@ namespace plovik {
 
 class IconButton;
 
-/// The small buttons at the top right of a diff: how it is read. Side by side and ignoring white space are the
-/// preferences of all diffs; the whole file is for one. Main thread.
+/// The small buttons at the top right of a diff that choose how it is read. The layout and the white space are settings
+/// for all diffs; the whole file is shown for one. Main thread.
 class DiffOptionsBar : public QWidget {
     Q_OBJECT
 

@@ -9,6 +9,7 @@
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 #include <QPainter>
 #include <QTextLayout>
@@ -23,8 +24,8 @@ namespace {
 using namespace Qt::StringLiterals;
 using Kind = gitkit::DiffLine::Kind;
 
-/// Lines up to this many units are shaped whole, which puts every character where its font wants it. Of longer ones
-/// only what is in sight is shaped, and columns are taken to be equally wide.
+/// Lines of up to this many units are shaped whole, so that every character stands where the font wants it. Of longer
+/// lines only what is in sight is shaped, and all columns are taken to be equally wide.
 constexpr qsizetype longestShaped = 1000;
 
 QColor mix(const QColor& over, const QColor& under, float share)
@@ -70,9 +71,9 @@ void paintTabArrow(QPainter& painter, double left, double right, double middle)
 /// The part of a row's code that is shaped.
 struct DiffRowPainter::Slice {
     const ShownLine* line = nullptr;
-    qsizetype first = 0; ///< unit of the shown text
+    qsizetype first = 0; ///< its first unit in the shown text
     qsizetype length = 0;
-    double left = 0; ///< where `first` stands, without scrolling
+    double left = 0; ///< where `first` stands before scrolling
     std::unique_ptr<QTextLayout> layout;
 
     double x(qsizetype shown) const
@@ -116,7 +117,8 @@ DiffRowPainter::Slice DiffRowPainter::slice(int row) const
     }
     QString text = shown.mid(slice.first, slice.length);
     if (slice.line->notShown > 0 && slice.first + slice.length == shown.size())
-        text += u" … %1 more characters"_s.arg(QLocale(QLocale::English).toString(slice.line->notShown));
+        text += QCoreApplication::translate("Diff", " … %1 more characters")
+                    .arg(QLocale(QLocale::English).toString(slice.line->notShown));
 
     slice.layout = std::make_unique<QTextLayout>(text, metrics_.codeFont);
     QTextOption option;
@@ -166,12 +168,12 @@ void DiffRowPainter::paintHunk(QPainter& painter, const DiffCell& cell, int room
               line.shown.left(1000), metrics_.numberFont, theme.hunkHeaderText);
 }
 
-/// Where one side has no line to stand beside the other's.
+/// Draws the place where a side has no line beside the other side's.
 void DiffRowPainter::paintNothing(QPainter& painter, const QRect& area) const
 {
     const Theme& theme = Theme::current();
     painter.fillRect(area, theme.gutter);
-    // The pattern goes on from line to line, wherever the view is scrolled to.
+    // A fixed origin lets the pattern continue from line to line.
     painter.setBrushOrigin(0, 0);
     painter.fillRect(area, QBrush(mix(theme.separator, theme.gutter, 0.7F), Qt::BDiagPattern));
 }
@@ -246,7 +248,7 @@ void DiffRowPainter::paintMarks(QPainter& painter, int row, const Slice& part, c
         if (right > left)
             painter.drawRoundedRect(QRectF(left, 2, right - left, area.height() - 4), 3, 3);
     }
-    // Blanks that a change puts at a line's end are seldom meant.
+    // Added blanks at the end of a line are seldom intended.
     const qsizetype blanks = part.line->trailingBlanks;
     qsizetype end = part.line->source.size();
     if (part.line->source.endsWith(u'\r'))
@@ -285,7 +287,7 @@ void DiffRowPainter::paintBlanks(QPainter& painter, int row, const Slice& part, 
     const auto code = std::ranges::find_if(line.source, [](QChar unit) { return !unit.isSpace(); });
     const qsizetype indent = code - line.source.cbegin();
     for (qsizetype position = line.toSource(part.first); position < last; ++position) {
-        // Between words a mark is sign enough; blanks at either end of a line have nothing else to show them.
+        // Between words the mark shows a blank well enough, but at the ends of a line it needs a dot.
         if (line.source[position] == u' ' && isMarked(position) &&
             (position >= line.trailingBlanks || position < indent))
             painter.drawEllipse(QPointF((part.xOfSource(position) + part.xOfSource(position + 1)) / 2, middle), 1.2,
@@ -318,7 +320,7 @@ void DiffRowPainter::paintSelectedText(QPainter& painter, const DiffCell& cell, 
     const double left = cell.line == begin.line ? part.xOfSource(begin.column) : 0;
     double right = part.xOfSource(cell.line == end.line ? end.column : part.line->source.size());
     if (cell.line < end.line)
-        right += metrics_.cell / 2; // the line's end is selected too
+        right += metrics_.cell / 2; // the end of the line is selected as well
     QColor color = Theme::current().accent;
     color.setAlphaF(Theme::current().isDark ? 0.4F : 0.25F);
     painter.fillRect(QRectF(left, 0, right - left, cell.area.height()), color);

@@ -19,8 +19,8 @@ struct DiffFound;
 struct DiffMetrics;
 struct ShownLine;
 
-/// Draws rows of a diff and tells which character is where. Of a long line only what is in sight is shaped. Holds
-/// references: made for one use. Main thread.
+/// Draws the rows of a diff and tells which character is where. Of a long line, only what is in sight is shaped. Holds
+/// references and is made for one use. Main thread.
 class DiffRowPainter {
 public:
     struct Sight {
@@ -33,18 +33,18 @@ public:
         : document_(document), metrics_(metrics), sight_(sight)
     {}
 
-    /// `room` is what a hunk's buttons take at the right.
+    /// Draws a cell. `room` is the width that the buttons of a hunk take at the right.
     void paint(QPainter& painter, const DiffCell& cell, const DiffSelection& selection, int room) const;
 
-    /// The unit of the row's source that is nearest to `x`, in its cell.
+    /// Returns the unit of the row's source that is nearest to `x` in its cell.
     qsizetype sourceAt(int row, int x) const;
-    /// Where a unit of the row's source begins in its cell.
+    /// Returns where a unit of the row's source begins in its cell.
     int xOf(int row, qsizetype source) const;
 
 private:
     struct Slice;
     Slice slice(int row) const;
-    /// The colours of the characters of a row, in units of what is shaped; later ones win.
+    /// Returns the colours of the characters of a row, in units of what is shaped. Later ones win.
     QList<QTextLayout::FormatRange> formatsOf(int row, const Slice& part) const;
     void paintHunk(QPainter& painter, const DiffCell& cell, int room) const;
     void paintNothing(QPainter& painter, const QRect& area) const;

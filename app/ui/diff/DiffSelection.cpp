@@ -27,7 +27,7 @@ void DiffSelection::toggleLine(int line, DiffSide side)
         range_ = Range{line, line, side};
         return;
     }
-    // What is taken out of a line that is selected whole leaves its other side.
+    // When one side is taken out of a line that is selected whole, the other side stays selected.
     const bool wasWhole = picked_.contains({line, DiffSide::both});
     for (const DiffSide each : {DiffSide::both, DiffSide::before, DiffSide::after}) {
         if (meets(each, side))
@@ -64,7 +64,7 @@ void DiffSelection::extendText(DiffPosition position)
 bool DiffSelection::holds(int line, DiffSide side) const
 {
     if (isText_) {
-        // A run that ends before a line's first character does not touch the line.
+        // A run that ends before the first character of a line does not select that line.
         const DiffPosition end = textEnd();
         return hasTextOn(side) && line >= textBegin().line && (line < end.line || (line == end.line && end.column > 0));
     }

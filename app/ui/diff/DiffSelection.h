@@ -12,7 +12,7 @@
 
 namespace plovik {
 
-/// A place in a diff's code: a line of the layout, and a unit of its row's source.
+/// A position in a diff's code: a line of the layout, and a unit of its row's source.
 struct DiffPosition {
     int line = 0;
     qsizetype column = 0;
@@ -20,40 +20,40 @@ struct DiffPosition {
     auto operator<=>(const DiffPosition&) const = default;
 };
 
-/// What is selected in one diff, in lines of its layout: whole ones, picked in the gutter or with the keyboard, or a
-/// run of text; on both sides or within one. Value.
+/// What is selected in one diff, in lines of its layout: either whole lines, which are picked in the gutter or with the
+/// keyboard, or a run of text. Both may be limited to one side. Value.
 class DiffSelection {
 public:
     bool isEmpty() const { return picked_.empty() && !range_ && !hasText(); }
     bool hasText() const { return isText_ && anchor_ != head_; }
 
     void clear();
-    /// Selects one line, from which extendLines() goes on.
+    /// Selects one line. extendLines() goes on from it.
     void startLines(int line, DiffSide side = DiffSide::both);
-    /// As startLines(), but keeps what is selected; a line that is selected is taken out instead.
+    /// Does the same but keeps what is selected. A line that is selected already is taken out instead.
     void toggleLine(int line, DiffSide side = DiffSide::both);
-    /// The last line with which lines were started, and all lines up to this one, on the side where it began.
+    /// Selects all lines from the one that was started last to this one, on the side of that start.
     void extendLines(int line);
-    /// Selects this besides, as something that extendLines() does not go on from.
+    /// Adds a line that extendLines() does not go on from.
     void pick(int line, DiffSide side) { picked_.emplace(line, side); }
 
     void startText(DiffPosition position, DiffSide side = DiffSide::both);
     void extendText(DiffPosition position);
-    /// Where the text began; text stays within its side.
+    /// Returns the side that the text began on. Text stays within its side.
     DiffSide textSide() const { return textSide_; }
 
-    /// Whether what is on a line is selected, were it only in part, for a row that is on `side`.
+    /// Returns whether the row on a side of a line is selected, at least in part.
     bool holds(int line, DiffSide side = DiffSide::both) const;
-    /// Whether the text that is selected goes through this side.
+    /// Returns whether the selected text is on this side.
     bool hasTextOn(DiffSide side) const { return hasText() && meets(textSide_, side); }
-    /// The first and one past the last line that may be selected.
+    /// A range of lines outside of which nothing is selected; the end is one past the last line.
     struct Lines {
         int first = 0;
         int end = 0;
     };
     Lines lines() const;
 
-    /// The ends of the selected text, in order. Only for a selection of text.
+    // These are the ends of the selected text, in order. They require a selection of text.
     DiffPosition textBegin() const { return anchor_ < head_ ? anchor_ : head_; }
     DiffPosition textEnd() const { return anchor_ < head_ ? head_ : anchor_; }
 

@@ -9,14 +9,14 @@
 
 namespace plovik {
 
-/// A whole file, to be read by its lines. Immutable; any thread.
+/// A whole file with an index of its lines. Immutable; any thread.
 class FileLines {
 public:
     explicit FileLines(std::string bytes);
 
     const std::string& bytes() const { return bytes_; }
     int count() const { return static_cast<int>(starts_.size()); }
-    /// A line, from 1, without its line feed; empty for a number that the file does not have.
+    /// Returns a line by its number, from 1, without the line feed; empty if the file has no such line.
     std::string_view line(int number) const;
 
 private:
@@ -24,7 +24,7 @@ private:
     std::vector<std::size_t> starts_;
 };
 
-/// The two files that a diff compares, as far as they could be had.
+/// The two files that a diff compares; null for a file that is missing or could not be read. Value.
 struct DiffTexts {
     std::shared_ptr<const FileLines> before;
     std::shared_ptr<const FileLines> after;

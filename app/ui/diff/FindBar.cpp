@@ -18,20 +18,20 @@ using namespace Qt::StringLiterals;
 
 FindBar::FindBar(DiffFinder& finder, QWidget* parent)
     : QWidget(parent), finder_(finder), field_(new QLineEdit(this)), count_(new QLabel(this)), wrap_(new QLabel(this)),
-      previous_(new IconButton(Icon::previous, u"Previous Match"_s, this, u"Shift+F3"_s)),
-      next_(new IconButton(Icon::next, u"Next Match"_s, this, u"F3"_s)),
-      cases_(new IconButton(Icon::matchCase, u"Match Case"_s, this))
+      previous_(new IconButton(Icon::previous, tr("Previous Match"), this, u"Shift+F3"_s)),
+      next_(new IconButton(Icon::next, tr("Next Match"), this, u"F3"_s)),
+      cases_(new IconButton(Icon::matchCase, tr("Match Case"), this))
 {
-    field_->setAccessibleName(u"Find in Diff"_s);
-    field_->setPlaceholderText(u"Find in diff"_s);
+    field_->setAccessibleName(tr("Find in Diff"));
+    field_->setPlaceholderText(tr("Find in diff"));
     field_->setMinimumWidth(100);
     field_->setMaximumWidth(360);
     field_->installEventFilter(this);
     cases_->setCheckable(true);
-    auto* const close = new IconButton(Icon::close, u"Close Find"_s, this, u"Esc"_s);
+    auto* const close = new IconButton(Icon::close, tr("Close Find"), this, u"Esc"_s);
     for (QLabel* const label : {count_, wrap_})
         label->setTextFormat(Qt::PlainText);
-    count_->setAccessibleName(u"Matches"_s);
+    count_->setAccessibleName(tr("Matches"));
 
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(12, 5, 8, 4);
@@ -54,7 +54,7 @@ FindBar::FindBar(DiffFinder& finder, QWidget* parent)
     connect(close, &IconButton::clicked, this, &FindBar::close);
     connect(&finder_, &DiffFinder::changed, this, &FindBar::showCount);
     connect(&finder_, &DiffFinder::wrapped, this,
-            [this](int direction) { wrap_->setText(direction > 0 ? u"↺ From the top"_s : u"↻ From the end"_s); });
+            [this](int direction) { wrap_->setText(direction > 0 ? tr("↺ From the top") : tr("↻ From the end")); });
     applyTheme();
     hide();
 }
@@ -103,11 +103,11 @@ void FindBar::showCount()
     if (field_->text().isEmpty())
         text.clear();
     else if (count == 0)
-        text = finder_.isSearching() ? u"Searching…"_s : u"No matches"_s;
+        text = finder_.isSearching() ? tr("Searching…") : tr("No matches");
     else if (finder_.current() < 0)
-        text = count == 1 ? u"1 match"_s : u"%1 matches"_s.arg(all);
+        text = count == 1 ? tr("1 match") : tr("%1 matches").arg(all);
     else
-        text = u"%1 of %2"_s.arg(english.toString(finder_.current() + 1), all);
+        text = tr("%1 of %2").arg(english.toString(finder_.current() + 1), all);
     count_->setText(text);
     count_->setAccessibleDescription(text);
     field_->setAccessibleDescription(text);

@@ -12,7 +12,7 @@ namespace plovik {
 
 class IconButton;
 
-/// The line at the bottom of a diff in which its text is searched. Main thread.
+/// The bar at the bottom of a diff for searching its text. Main thread.
 class FindBar : public QWidget {
     Q_OBJECT
 
@@ -20,14 +20,14 @@ public:
     /// `finder` outlives the bar.
     explicit FindBar(DiffFinder& finder, QWidget* parent);
 
-    /// Shows itself with the focus in the field; `text` is what to search for, what stands there when it is empty.
+    /// Shows the bar with the focus in its field and searches for `text`, or for the field's text if that is empty.
     void open(const QString& text);
-    /// Hides itself and ends the search.
+    /// Hides the bar and ends the search.
     void close();
     void step(int direction);
 
 Q_SIGNALS:
-    /// The bar goes, and the keyboard is still in it.
+    /// The bar is about to hide while it has the focus.
     void focusReturned();
 
 protected:
@@ -43,7 +43,7 @@ private:
     DiffFinder& finder_;
     QLineEdit* field_;
     QLabel* count_;
-    QLabel* wrap_; ///< says that the search went on at the other end
+    QLabel* wrap_; ///< tells that the search went on at the other end
     IconButton* previous_;
     IconButton* next_;
     IconButton* cases_;

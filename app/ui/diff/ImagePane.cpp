@@ -15,29 +15,27 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr int margin = DiffMetrics::margin;
 constexpr int gap = 16;
 constexpr int textGap = 6;
 constexpr int leastHeight = 64;
-/// Icons up to this side are enlarged, to about `iconTarget`.
+/// Pictures of up to this side are enlarged to about `iconTarget`.
 constexpr int smallSide = 32;
 constexpr int iconTarget = 64;
-/// A picture that the common factor leaves smaller than this has a factor of its own.
+/// A picture that the common factor would draw smaller than this gets a factor of its own.
 constexpr int leastSide = 24;
 
 int longerSide(QSize size) { return std::max(size.width(), size.height()); }
 
-QString pixelText(QSize pixels) { return u"%1 × %2"_s.arg(pixels.width()).arg(pixels.height()); }
+QString pixelText(QSize pixels) { return ImagePane::tr("%1 × %2").arg(pixels.width()).arg(pixels.height()); }
 
 QString sizesOf(const PictureSide& side)
 {
     if (!side.picture.pixels.isValid())
         return shownSize(side.fileSize);
-    return pixelText(side.picture.pixels) + u" · "_s + shownSize(side.fileSize);
+    return ImagePane::tr("%1 · %2").arg(pixelText(side.picture.pixels), shownSize(side.fileSize));
 }
 
 double fittingFactor(QSize pixels, QSize room)
@@ -45,7 +43,7 @@ double fittingFactor(QSize pixels, QSize room)
     return std::min({1.0, double(room.width()) / pixels.width(), double(room.height()) / pixels.height()});
 }
 
-/// How often a small picture is enlarged; whole, so that its pixels stay squares.
+/// Returns the factor that enlarges a small picture. It is a whole number, so that the pixels stay squares.
 int enlargement(QSize pixels, QSize room)
 {
     if (longerSide(pixels) > smallSide)
@@ -56,12 +54,18 @@ int enlargement(QSize pixels, QSize room)
 
 QSize scaled(QSize size, double factor) { return (QSizeF(size) * factor).toSize().expandedTo(QSize(1, 1)); }
 
-QString fileSizeChange(std::uint64_t before, std::uint64_t after)
+/// Returns a sentence about the file's size, or about pixels and size when the pixels can be compared. `pixels` is what
+/// it begins with then.
+QString fileSizeChange(std::uint64_t before, std::uint64_t after, const QString& pixels)
 {
+    const bool isAlone = pixels.isEmpty();
     if (before == after)
-        return u"the same file size"_s;
-    const std::uint64_t by = after > before ? after - before : before - after;
-    return shownSize(by) + (after > before ? u" larger"_s : u" smaller"_s);
+        return isAlone ? ImagePane::tr("The same file size.") : ImagePane::tr("%1, the same file size.").arg(pixels);
+    if (after > before)
+        return isAlone ? ImagePane::tr("%1 larger.").arg(shownSize(after - before))
+                       : ImagePane::tr("%1, %2 larger.").arg(pixels, shownSize(after - before));
+    return isAlone ? ImagePane::tr("%1 smaller.").arg(shownSize(before - after))
+                   : ImagePane::tr("%1, %2 smaller.").arg(pixels, shownSize(before - after));
 }
 
 } // namespace
@@ -71,13 +75,13 @@ ImagePane::ImagePane(PicturePair pair, QWidget* parent)
 {
     const bool isChange = pair_.before && pair_.after;
     if (pair_.before)
-        before_ = makeSide(*pair_.before, isChange ? u"Before"_s : u"Deleted"_s);
+        before_ = makeSide(*pair_.before, isChange ? tr("Before") : tr("Deleted"));
     if (pair_.after)
-        after_ = makeSide(*pair_.after, isChange ? u"After"_s : u"Added"_s);
+        after_ = makeSide(*pair_.after, isChange ? tr("After") : tr("Added"));
     change_->setTextFormat(Qt::PlainText);
     change_->setWordWrap(true);
     change_->setText(changeText());
-    setAccessibleName(u"Picture"_s);
+    setAccessibleName(tr("Picture"));
     setAccessibleDescription(change_->text());
     applyTheme();
 }
@@ -107,18 +111,15 @@ QString ImagePane::changeText() const
         return {};
     const PictureSide& before = *pair_.before;
     const PictureSide& after = *pair_.after;
-    QStringList parts;
+    QString pixels;
     if (pair_.areSamePixels)
-        parts << u"Every pixel is the same"_s;
+        pixels = tr("Every pixel is the same");
     else if (before.picture.pixels.isValid() && after.picture.pixels.isValid() &&
              before.picture.pixels != after.picture.pixels)
-        parts << u"Resized from %1 to %2"_s.arg(pixelText(before.picture.pixels), pixelText(after.picture.pixels));
+        pixels = tr("Resized from %1 to %2").arg(pixelText(before.picture.pixels), pixelText(after.picture.pixels));
     else if (before.picture.pixels.isValid() && after.picture.pixels.isValid())
-        parts << u"The same size in pixels"_s;
-    QString files = fileSizeChange(before.fileSize, after.fileSize);
-    if (parts.isEmpty())
-        files[0] = files[0].toUpper();
-    return (parts << files).join(u", "_s) + u'.';
+        pixels = tr("The same size in pixels");
+    return fileSizeChange(before.fileSize, after.fileSize, pixels);
 }
 
 bool ImagePane::setRoom(int height)

@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QImageReader>
 #include <QXmlStreamReader>
@@ -16,12 +17,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The longer side of what is kept: enough for a large screen.
+/// The longer side of an image that is kept, which is enough for a large screen.
 constexpr int longestSide = 2560;
-/// What one file may take while it is read, in megabytes: a picture of 64 million pixels.
+/// How many megabytes a file may take while it is read, which is a picture of 64 million pixels.
 constexpr int mostMemory = 256;
 constexpr qint64 mostPixels = qint64{mostMemory} * 1024 * 1024 / 4;
-/// Text that makes pictures takes long to draw long before it takes memory.
+/// The largest drawing in bytes. A larger one may take too long to draw.
 constexpr qsizetype mostText = qsizetype{4} << 20;
 constexpr int mostReferences = 30;
 constexpr int mostIcons = 64;
@@ -35,7 +36,7 @@ const QStringList& formats()
 
 QString suffixOf(std::string_view path) { return QFileInfo(shownText(path)).suffix().toLower(); }
 
-/// An icon holds the same picture in several sizes.
+/// Goes to the largest image of an icon, which holds the same picture in several sizes.
 void goToLargest(QImageReader& reader)
 {
     int largest = 0;
@@ -51,11 +52,12 @@ void goToLargest(QImageReader& reader)
 
 QString unreadable()
 {
-    return u"This picture cannot be shown: it is damaged, or in a format that is not known here."_s;
+    return QCoreApplication::translate(
+        "Diff", "This picture cannot be shown: it is damaged, or in a format that is not known here.");
 }
 
-/// Whether a drawing can be drawn in a bounded time, from nothing but itself: references to references multiply, and
-/// pictures elsewhere may be devices and pipes.
+/// Returns whether a drawing can be drawn in a bounded time from nothing but itself. References to references multiply,
+/// and pictures that are stored elsewhere may be devices or pipes.
 bool isHarmless(const QByteArray& text)
 {
     if (text.size() > mostText)
@@ -108,7 +110,7 @@ Picture readPicture(const std::string& bytes)
     QBuffer buffer(&data);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    // What a file is called says nothing of what is in it.
+    // A file's name may not fit its content.
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QString format = QString::fromLatin1(reader.format());
@@ -124,7 +126,7 @@ Picture readPicture(const std::string& bytes)
     const bool isTurned = reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
     picture.pixels = isTurned ? size.transposed() : size;
     if (!picture.isVector && qint64{size.width()} * size.height() > mostPixels) {
-        picture.problem = u"This picture has too many pixels to be shown."_s;
+        picture.problem = QCoreApplication::translate("Diff", "This picture has too many pixels to be shown.");
         return picture;
     }
     if (size.isValid() && limited(size) != size)

@@ -10,24 +10,24 @@
 
 namespace plovik {
 
-/// One picture, read from a file's bytes. Value.
+/// A picture that was read from a file's bytes. Value.
 struct Picture {
-    QImage image;    ///< upright, and no larger than a screen; null when it could not be read
-    QSize pixels;    ///< of the file; larger than `image` where that was scaled down
-    QString problem; ///< why there is no image
+    QImage image;    ///< turned upright, and no larger than a screen; null when it could not be read
+    QSize pixels;    ///< the size in the file, which is larger than `image` if that was scaled down
+    QString problem; ///< a sentence that says why there is no image
 
-    bool isVector = false; ///< its size in pixels is only what it suggests
+    bool isVector = false; ///< a drawing, whose size in pixels is only a suggestion
 
     bool operator==(const Picture&) const = default;
 };
 
-/// Reads a picture: the first image of several, the largest of an icon. Takes no more memory than a screen's picture
-/// asks for, whatever the file claims to be. Any thread.
+/// Reads a picture: the first image of several, or the largest one of an icon. The memory that this takes is bounded,
+/// whatever size the file claims. Any thread; does not throw.
 Picture readPicture(const std::string& bytes);
 
-/// Whether files of this name are pictures that can be read here.
+/// Returns whether files of this name are pictures that can be read here.
 bool isPictureName(std::string_view path);
-/// Whether files of this name are pictures that git sees as text.
+/// Returns whether files of this name are pictures that git takes for text.
 bool isTextPictureName(std::string_view path);
 
 } // namespace plovik

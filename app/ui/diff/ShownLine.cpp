@@ -11,7 +11,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Characters that draw nothing, or that change how their neighbours are drawn.
+/// Returns whether a character draws nothing, or changes how its neighbours are drawn.
 bool isInvisible(char16_t unit)
 {
     return (unit >= 0x80 && unit < 0xA0) || unit == 0xAD || unit == 0x61C || unit == 0x180E ||
@@ -19,13 +19,13 @@ bool isInvisible(char16_t unit)
            (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF || (unit >= 0xFFF9 && unit <= 0xFFFB);
 }
 
-/// What stands for a unit that cannot be drawn as it is; empty for one that can.
+/// Returns the replacement of a unit that cannot be drawn as it is; empty for one that can.
 QString standIn(char16_t unit)
 {
-    // As terminals write them: fonts draw the pictures that Unicode has for these too small to read.
+    // Terminals write them this way. The pictures that Unicode has for them are too small to read in most fonts.
     if (unit < 0x20 || unit == 0x7F)
         return QString(u'^') + QChar(unit ^ 0x40);
-    // A zero-width joiner only ties letters or the parts of a picture together.
+    // A zero-width joiner is harmless: it only joins letters or the parts of an emoji.
     if (unit != 0x200D && isInvisible(unit))
         return u"‹U+%1›"_s.arg(unit, 4, 16, QLatin1Char('0')).toUpper();
     return {};
@@ -80,7 +80,7 @@ private:
 
 QString textOf(std::string_view bytes)
 {
-    // Qt takes a mark at the start for a sign of the encoding and drops it; in a line it is text.
+    // Qt drops a byte-order mark at the start, but in a line it is text.
     constexpr std::string_view mark = "\xEF\xBB\xBF";
     if (bytes.starts_with(mark))
         return QChar(0xFEFF) + shownText(bytes.substr(mark.size()));
@@ -117,7 +117,7 @@ qsizetype ShownLine::toSource(qsizetype position) const
         return std::min(position, source.size());
     const Replacement& last = *(after - 1);
     const qsizetype inside = position - last.shown;
-    // Inside a stand-in the nearer edge counts.
+    // Inside a replacement, the nearer edge counts.
     if (inside < last.length)
         return 2 * inside < last.length ? last.source : last.source + 1;
     return std::min(last.source + 1 + inside - last.length, source.size());
@@ -132,7 +132,7 @@ int columnsOf(std::string_view text)
         if (unit == '\t')
             columns += ShownLine::tabWidth - columns % ShownLine::tabWidth;
         else if ((unit & 0xC0U) != 0x80U)
-            columns += unit < 0xE0 ? 1 : 2; // what takes three bytes is often wide
+            columns += unit < 0xE0 ? 1 : 2; // characters of three bytes are often wide
     }
     return columns;
 }

@@ -8,19 +8,19 @@
 
 namespace plovik {
 
-/// A line of code made fit to be drawn: tabs reach their stops, and what would be invisible or would change the
-/// direction of the text stands there as a sign of its own. Positions are in UTF-16 units. Value.
+/// A line of code as it is drawn: tabs reach to their stops, and characters that would be invisible or would change the
+/// direction of the text are replaced by visible signs. Positions are in UTF-16 units. Value.
 struct ShownLine {
     /// Columns from one tab stop to the next.
     static constexpr int tabWidth = 4;
-    /// Units of a line that are drawn; what comes behind is counted, not shown.
+    /// How many units of a line are drawn. The others are only counted.
     static constexpr qsizetype mostShown = qsizetype{1} << 17;
 
     enum class Sign { tab, control, carriageReturn };
     struct Replacement {
-        qsizetype source = 0; ///< the unit that was replaced
-        qsizetype shown = 0;  ///< where its stand-in begins
-        qsizetype length = 1; ///< of the stand-in
+        qsizetype source = 0; ///< the position of the unit that is replaced
+        qsizetype shown = 0;  ///< where its replacement begins
+        qsizetype length = 1; ///< of the replacement
         Sign sign = Sign::tab;
     };
 
@@ -28,7 +28,7 @@ struct ShownLine {
     QString shown;
     std::vector<Replacement> replacements; ///< in order
     qsizetype trailingBlanks = 0;          ///< where, in `source`, the blanks at the line's end begin
-    qsizetype notShown = 0;                ///< units of `source` behind what is shown
+    qsizetype notShown = 0;                ///< how many units of `source` are not drawn
 
     static ShownLine of(std::string_view text);
 
@@ -36,10 +36,10 @@ struct ShownLine {
     qsizetype toSource(qsizetype position) const;
 };
 
-/// Bytes as text, a byte-order mark kept.
+/// Returns bytes as text. A byte-order mark is kept.
 QString textOf(std::string_view bytes);
 
-/// How many columns a line takes at most, without shaping it.
+/// Returns how many columns a line takes at most, without shaping it.
 int columnsOf(std::string_view text);
 
 } // namespace plovik

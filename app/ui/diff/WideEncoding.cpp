@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// Bytes that are looked at for zeros.
+/// How many bytes are searched for zeros.
 constexpr std::size_t mostLookedAt = 4096;
 constexpr std::size_t fewestLookedAt = 8;
 
@@ -28,8 +28,8 @@ std::optional<WideEncoding> byMark(std::string_view beginning)
     return std::nullopt;
 }
 
-/// Text in an alphabet of few characters has its zeros at the same place of almost every unit, and holds no control
-/// characters but those of lines.
+/// Recognises text in an alphabet of few characters: its zeros stand at the same place of almost every unit, and it has
+/// no control characters but those that end lines.
 std::optional<WideEncoding> byZeros(std::string_view beginning)
 {
     beginning = beginning.substr(0, std::min(beginning.size(), mostLookedAt) / 4 * 4);
@@ -69,7 +69,7 @@ std::string attributeName(const WideEncoding& encoding)
 {
     std::string name = "UTF-" + std::to_string(encoding.bits);
     if (encoding.hasMark && encoding.bits == 16 && !encoding.isBigEndian)
-        return name + "LE-BOM"; // without the ending git would write the other byte order
+        return name + "LE-BOM"; // plain "UTF-16" would make git write the other byte order
     if (encoding.hasMark)
         return name;
     return name + (encoding.isBigEndian ? "BE" : "LE");

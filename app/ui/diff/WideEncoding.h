@@ -8,19 +8,20 @@
 
 namespace plovik {
 
-/// An encoding of text whose units are several bytes, so that git takes its files for binary.
+/// An encoding of text whose units have several bytes. Git takes such files for binary.
 struct WideEncoding {
     int bits = 16;
     bool isBigEndian = false;
-    bool hasMark = false; ///< begins with a byte-order mark
+    bool hasMark = false; ///< whether the file begins with a byte-order mark
 
     bool operator==(const WideEncoding&) const = default;
 };
 
-/// What a file is written in that begins like this: told by its byte-order mark, else by where its zeros stand.
+/// Guesses the encoding of a file from its first bytes: from the byte-order mark, else from the places of the zeros.
+/// Returns nullopt for other files.
 std::optional<WideEncoding> wideEncoding(std::string_view beginning);
 
-/// What git calls the encoding in a working-tree-encoding attribute.
+/// Returns git's name for the encoding in a working-tree-encoding attribute.
 std::string attributeName(const WideEncoding& encoding);
 
 } // namespace plovik

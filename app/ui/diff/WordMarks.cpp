@@ -7,9 +7,9 @@ namespace plovik {
 
 namespace {
 
-/// Words that are compared with each other; what is between the equal ends of longer lines is marked as one.
+/// How many words are compared with each other. In longer lines, all between the equal ends is marked as one.
 constexpr std::size_t mostWords = 160;
-/// Units that are looked at; longer lines have no marks.
+/// How many units a line with marks may have.
 constexpr qsizetype longestLine = 4000;
 
 enum class Class { word, blank, other };
@@ -21,7 +21,7 @@ Class classOf(QChar unit)
     return unit.isSpace() ? Class::blank : Class::other;
 }
 
-/// Words, runs of blanks, and every other character by itself.
+/// Splits a line into words, runs of blanks, and single other characters.
 std::vector<TextRange> wordsOf(QStringView line)
 {
     std::vector<TextRange> words;
@@ -49,7 +49,7 @@ struct Line {
     }
 };
 
-/// Marks as kept what a longest common subsequence of the words [first, …End) keeps.
+/// Marks the words of a longest common subsequence of [first, …End) as kept.
 void keepCommon(Line& before, Line& after, std::size_t first, std::size_t beforeEnd, std::size_t afterEnd)
 {
     const std::size_t rows = beforeEnd - first;
@@ -91,7 +91,7 @@ void compare(Line& before, Line& after)
     keepCommon(before, after, first, beforeEnd, afterEnd);
 }
 
-/// Units of words and signs that were kept; blanks prove nothing.
+/// Counts the units that were kept, without blanks, which say nothing about likeness.
 qsizetype keptInk(const Line& line)
 {
     qsizetype kept = 0;
@@ -113,7 +113,7 @@ std::vector<TextRange> changedParts(const Line& line)
     for (std::size_t i = 0; i < line.words.size(); ++i) {
         if (line.isKept[i])
             continue;
-        // A kept blank between two changed words belongs to the change: one mark reads better than two.
+        // A kept blank between two changed words is marked with them, because one mark reads better than two.
         const bool bridges = !parts.empty() && i >= 2 && !line.isKept[i - 2] &&
                              parts.back().end == line.words[i - 2].end &&
                              classOf(line.text[line.words[i - 1].begin]) == Class::blank;
@@ -134,7 +134,7 @@ WordMarks wordMarks(QStringView before, QStringView after)
     Line old(before);
     Line now(after);
     compare(old, now);
-    // A line that is mostly new is said to be new by its background alone.
+    // For a line that is mostly new, the background says enough.
     const qsizetype all = std::min(ink(old), ink(now));
     if (all == 0 || 3 * std::max(keptInk(old), keptInk(now)) < all)
         return {};

@@ -7,7 +7,7 @@
 
 namespace plovik {
 
-/// Part of a line, in UTF-16 units.
+/// A part of a line, in UTF-16 units. Value.
 struct TextRange {
     qsizetype begin = 0;
     qsizetype end = 0;
@@ -15,7 +15,7 @@ struct TextRange {
     bool operator==(const TextRange&) const = default;
 };
 
-/// What differs between a line and the line that took its place.
+/// What differs between a line and the line that replaces it. Value.
 struct WordMarks {
     std::vector<TextRange> removed; ///< in the old line
     std::vector<TextRange> added;   ///< in the new line
@@ -23,8 +23,8 @@ struct WordMarks {
     bool operator==(const WordMarks&) const = default;
 };
 
-/// Compares word by word. Nothing is marked where too little stayed the same for marks to help. The cost is bounded:
-/// long lines are only compared at their ends. Pure.
+/// Compares two lines word by word. Marks nothing when too little stayed the same for marks to help. The cost is
+/// bounded, because long lines are compared only at their ends. Pure.
 WordMarks wordMarks(QStringView before, QStringView after);
 
 } // namespace plovik
