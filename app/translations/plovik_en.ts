@@ -1,4 +1,59 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en_US">
+<context>
+    <name>Diff</name>
+    <message numerus="yes">
+        <source>Stage %n Line(s)</source>
+        <translation>
+            <numerusform>Stage %n Line</numerusform>
+            <numerusform>Stage %n Lines</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Unstage %n Line(s)</source>
+        <translation>
+            <numerusform>Unstage %n Line</numerusform>
+            <numerusform>Unstage %n Lines</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more line(s)</source>
+        <translation>
+            <numerusform>%n more line</numerusform>
+            <numerusform>%n more lines</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Show %n More Line(s) Above</source>
+        <translation>
+            <numerusform>Show %n More Line Above</numerusform>
+            <numerusform>Show %n More Lines Above</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Show %n More Line(s) Below</source>
+        <translation>
+            <numerusform>Show %n More Line Below</numerusform>
+            <numerusform>Show %n More Lines Below</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Show %n More Line(s)</source>
+        <translation>
+            <numerusform>Show %n More Line</numerusform>
+            <numerusform>Show %n More Lines</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::WorkingDiffPane</name>
+    <message numerus="yes">
+        <source>%n File(s) Selected</source>
+        <translation>
+            <numerusform>%n File Selected</numerusform>
+            <numerusform>%n Files Selected</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

@@ -26,12 +26,8 @@ QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count)
     // Only the first verb of a bar tells the count, so that a bar tells it once.
     if (part != DiffAction::Part::lines || verb == DiffAction::Verb::discard)
         return actionName(verb, part);
-    const bool stages = verb == DiffAction::Verb::stage;
-    if (count == 1)
-        return stages ? QCoreApplication::translate("Diff", "Stage 1 Line")
-                      : QCoreApplication::translate("Diff", "Unstage 1 Line");
-    return stages ? QCoreApplication::translate("Diff", "Stage %n Lines", nullptr, count)
-                  : QCoreApplication::translate("Diff", "Unstage %n Lines", nullptr, count);
+    return verb == DiffAction::Verb::stage ? QCoreApplication::translate("Diff", "Stage %n Line(s)", nullptr, count)
+                                           : QCoreApplication::translate("Diff", "Unstage %n Line(s)", nullptr, count);
 }
 
 QString actionName(DiffAction::Verb verb, DiffAction::Part part)

@@ -81,15 +81,15 @@ QString gapButtonTitle(const DiffDocument& document, const GapButton& button)
 {
     if (button.row < 0)
         return {};
+    const int step = DiffGaps::step;
     switch (button.shows) {
     case Shows::above:
-        return QCoreApplication::translate("Diff", "Show %n More Lines Above", nullptr, DiffGaps::step);
+        return QCoreApplication::translate("Diff", "Show %n More Line(s) Above", nullptr, step);
     case Shows::below:
-        return QCoreApplication::translate("Diff", "Show %n More Lines Below", nullptr, DiffGaps::step);
+        return QCoreApplication::translate("Diff", "Show %n More Line(s) Below", nullptr, step);
     case Shows::between: {
         const int rest = document.gaps().gap(gapOf(document, button.row)).rest();
-        return rest == 1 ? QCoreApplication::translate("Diff", "Show 1 More Line")
-                         : QCoreApplication::translate("Diff", "Show %n More Lines", nullptr, rest);
+        return QCoreApplication::translate("Diff", "Show %n More Line(s)", nullptr, rest);
     }
     case Shows::wholeFile:
         return QCoreApplication::translate("Diff", "Show Whole File");

@@ -112,7 +112,7 @@ void WorkingDiffPane::follow()
 void WorkingDiffPane::showCount(std::size_t selected)
 {
     if (selected > 1)
-        showSentence(tr("%n Files Selected", nullptr, static_cast<int>(selected)),
+        showSentence(tr("%n File(s) Selected", nullptr, static_cast<int>(selected)),
                      tr("Select one file to see what changed in it."));
     else
         showSentence(tr("No File Selected"), tr("Select a file to see what changed in it."));
