@@ -4,8 +4,11 @@
 #include "app/settings/Settings.h"
 
 #include <QFontDatabase>
+#include <QFontMetricsF>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace plovik::CodeFont {
 
@@ -13,6 +16,22 @@ namespace {
 
 // Desktops show 96 pixels an inch where a point is the 72nd part of one: their 9 points are 12 pixels high.
 constexpr double desktopPointsPerPoint = 72.0 / 96.0;
+
+// Fontconfig calls a font proportional as soon as some of its signs are wider than the others, as in "Noto Sans Mono".
+// Code is fixed in pitch where Latin letters are, so these are measured.
+bool hasEqualLetters(const QString& family)
+{
+    if (!QFontDatabase::writingSystems(family).contains(QFontDatabase::Latin))
+        return false;
+    QFont font(family);
+    font.setStyleStrategy(QFont::NoFontMerging);
+    font.setPixelSize(100);
+    const QFontMetricsF metrics(font);
+    const double width = metrics.horizontalAdvance(u'M');
+    return std::ranges::all_of(u"iMW.0"_s, [&](QChar letter) {
+        return metrics.inFont(letter) && qFuzzyCompare(metrics.horizontalAdvance(letter), width);
+    });
+}
 
 } // namespace
 
@@ -38,7 +57,9 @@ QStringList monospacedFamilies()
 {
     QStringList families;
     for (const QString& family : QFontDatabase::families()) {
-        if (QFontDatabase::isFixedPitch(family) && !QFontDatabase::isPrivateFamily(family))
+        if (QFontDatabase::isPrivateFamily(family))
+            continue;
+        if (QFontDatabase::isFixedPitch(family) || hasEqualLetters(family))
             families.append(family);
     }
     families.removeDuplicates();

@@ -11,15 +11,16 @@ namespace plovik::CodeFont {
 inline constexpr double minSize = 8;
 inline constexpr double maxSize = 32;
 
-/// The family `name` at a fixed pitch where it is installed, else the desktop's fixed font. `size` is clamped to
-/// what can be read; its points are as high as a pixel of an unscaled screen, so that 12 stand well beside the
-/// desktop's ordinary text.
+/// Returns the family `name` where it is installed, else the desktop's fixed font. `size` is clamped to what can be
+/// read; its points are as high as a pixel of an unscaled screen, so that 12 stand well beside the desktop's ordinary
+/// text.
 QFont font(const QString& name, double size);
 
-/// The font that the settings name.
+/// Returns the font that the settings name.
 QFont current();
 
-/// The families of all installed fonts of fixed pitch, sorted, each once.
+/// Returns the families of all installed fonts whose Latin letters are equally wide, sorted, each once. Slow: it may
+/// load every installed font.
 QStringList monospacedFamilies();
 
 } // namespace plovik::CodeFont

@@ -17,15 +17,20 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
+#include <QRawFont>
 #include <QTabBar>
+#include <QtEndian>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
+
+#include <map>
 
 namespace plovik {
 namespace {
@@ -221,6 +226,60 @@ TEST_F(SettingsTest, EditorIsTheDefaultOneOfThoseInstalledOrAnyOther)
     window().hide();
     window().show();
     EXPECT_EQ(texts(picker), (std::vector<std::string>{"Default Application", "", "Choose Application…"}));
+}
+
+/// The desktop's fixed font under the name `family`, with one glyph made as wide as `width` says of the others' width.
+QByteArray fixedFontBut(char16_t letter, double width, const QString& family)
+{
+    const QRawFont fixed = QRawFont::fromFont(CodeFont::font(QString(), 12));
+    const auto glyph = static_cast<qsizetype>(fixed.glyphIndexesForString(QString(QChar(letter))).front());
+    const auto number = [](quint32 value, int bytes) {
+        QByteArray big(4, '\0');
+        qToBigEndian(value, big.data());
+        return big.last(bytes);
+    };
+    std::map<QByteArray, QByteArray> tables;
+    for (const char* tag : {"CFF ", "OS/2", "cmap", "cvt ", "fpgm", "glyf", "head", "hhea", "hmtx", "loca", "maxp",
+                            "name", "post", "prep"})
+    {
+        if (const QByteArray table = fixed.fontTable(tag); !table.isEmpty())
+            tables[tag] = table;
+    }
+    const QByteArray glyphs = tables["maxp"].sliced(4, 2);
+    const auto usual = qFromBigEndian<quint16>(tables["hmtx"].constData());
+    tables["hhea"].replace(34, 2, glyphs);
+    tables["hmtx"] = number(usual, 2).append(2, '\0').repeated(qFromBigEndian<quint16>(glyphs.constData()));
+    tables["hmtx"].replace(4 * glyph, 2, number(static_cast<quint32>(usual * width), 2));
+    // One record: the family, for Windows, in UTF-16 and American English.
+    tables["name"].clear();
+    for (const int part : {0, 1, 18, 3, 1, 0x409, 1, 2 * static_cast<int>(family.size()), 0})
+        tables["name"] += number(static_cast<quint32>(part), 2);
+    for (const QChar character : family)
+        tables["name"] += number(character.unicode(), 2);
+
+    QByteArray file = number(0x00010000, 4) + number(static_cast<quint32>(tables.size()), 2) + QByteArray(6, '\0');
+    auto place = file.size() + 16 * static_cast<qsizetype>(tables.size());
+    QByteArray body;
+    for (auto& [tag, table] : tables) {
+        file += tag + number(0, 4) + number(static_cast<quint32>(place + body.size()), 4) +
+                number(static_cast<quint32>(table.size()), 4);
+        body += table.leftJustified((table.size() + 3) / 4 * 4, '\0');
+    }
+    return file + body;
+}
+
+TEST_F(SettingsTest, OffersEveryFontWhoseLettersAreEquallyWide)
+{
+    const std::pair<QString, QByteArray> fonts[] = {{u"Plovik Even"_s, fixedFontBut(u'€', 2, u"Plovik Even"_s)},
+                                                    {u"Plovik Uneven"_s, fixedFontBut(u'i', 0.5, u"Plovik Uneven"_s)}};
+    for (const auto& [family, file] : fonts) {
+        const int added = QFontDatabase::addApplicationFontFromData(file);
+        ASSERT_EQ(QFontDatabase::applicationFontFamilies(added), QStringList{family});
+        EXPECT_FALSE(QFontDatabase::isFixedPitch(family)) << "what the database says is not all there is";
+        EXPECT_EQ(CodeFont::monospacedFamilies().contains(family), family == fonts[0].first) << family.toStdString();
+        EXPECT_EQ(QFontInfo(CodeFont::font(family, 12)).family(), family);
+        QFontDatabase::removeApplicationFont(added);
+    }
 }
 
 TEST_F(SettingsTest, CodeFontChangesWithEveryStepAndGoesBackToTheDefaults)
