@@ -26,14 +26,14 @@ struct Split {
 
     void send(QEvent::Type type, QPointF global) const
     {
-        auto* divider = pane.findChild<QWidget*>(QStringLiteral("divider"));
+        QWidget* const divider = pane.handle(1);
         QMouseEvent event(type, divider->mapFromGlobal(global), global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(divider, &event);
     }
 
     QPointF dividerCenter() const
     {
-        const auto* divider = pane.findChild<QWidget*>(QStringLiteral("divider"));
+        const QWidget* const divider = pane.handle(1);
         return divider->mapToGlobal(QPointF(divider->rect().center()));
     }
 };
@@ -97,6 +97,16 @@ TEST_F(SplitPaneTest, MovesWithEverySplitOfItsKey)
     one.send(QEvent::MouseMove, start - QPointF(0, 25));
     EXPECT_EQ(one.second->height(), 175);
     EXPECT_EQ(other.first->height(), 175);
+}
+
+TEST_F(SplitPaneTest, GivesAllTheRoomToTheOtherPaneWhileTheSizedOneIsHidden)
+{
+    Split split;
+    split.pane.setSizedVisible(false);
+    EXPECT_EQ(split.first->height(), 500);
+    EXPECT_EQ(split.pane.minimumSizeHint().height(), 200);
+    split.pane.setSizedVisible(true);
+    EXPECT_EQ(split.second->height(), 150);
 }
 
 TEST_F(SplitPaneTest, ReadsAnUnsetSizeAsItsFallback)

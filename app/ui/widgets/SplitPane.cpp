@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/SplitPane.h"
 
-#include "app/ui/widgets/Theme.h"
-
 #include <QMouseEvent>
 #include <QPainter>
+#include <QSplitterHandle>
 
 #include <algorithm>
 #include <optional>
@@ -16,6 +15,63 @@ namespace {
 constexpr int lineThickness = 1;
 constexpr int hitThickness = 9;
 
+/// The separator line inside a wider area that takes the pointer.
+class Divider : public QSplitterHandle {
+public:
+    Divider(Qt::Orientation orientation, QSplitter* split) : QSplitterHandle(orientation, split)
+    {
+        setAccessibleName(SplitPane::tr("Divider"));
+        constexpr int margin = (hitThickness - lineThickness) / 2;
+        const bool isUpright = orientation == Qt::Horizontal;
+        setContentsMargins(isUpright ? margin : 0, isUpright ? 0 : margin, isUpright ? margin : 0,
+                           isUpright ? 0 : margin);
+        setAttribute(Qt::WA_MouseNoMask);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter(this).fillRect(contentsRect(), palette().color(QPalette::Dark));
+    }
+
+    /// The base class would give a thin line five pixels to be caught at, which are few.
+    void resizeEvent(QResizeEvent* event) override
+    {
+        QWidget::resizeEvent(event);
+        setMask(contentsRect());
+    }
+
+    // The base class counts from the border of the area, so that the line would jump at the first move.
+    void mousePressEvent(QMouseEvent* event) override
+    {
+        QSplitterHandle::mousePressEvent(event);
+        if (event->button() == Qt::LeftButton)
+            caughtAt_ = event->position().toPoint() - contentsRect().topLeft();
+    }
+
+    void mouseMoveEvent(QMouseEvent* event) override
+    {
+        if (!caughtAt_)
+            return;
+        const QPoint line = splitter()->mapFromGlobal(event->globalPosition().toPoint()) - *caughtAt_;
+        moveSplitter(orientation() == Qt::Horizontal ? line.x() : line.y());
+    }
+
+    void mouseReleaseEvent(QMouseEvent* event) override
+    {
+        QSplitterHandle::mouseReleaseEvent(event);
+        caughtAt_.reset();
+    }
+
+private:
+    std::optional<QPoint> caughtAt_; ///< from the line's corner
+};
+
+int along(Qt::Orientation orientation, QSize size)
+{
+    return orientation == Qt::Horizontal ? size.width() : size.height();
+}
+
 } // namespace
 
 double SplitLimits::maxSize(double available) const { return std::max(minSize, available - minOtherSize); }
@@ -25,80 +81,28 @@ double SplitLimits::clamped(double size, double available) const
     return std::min(maxSize(available), std::max(size, minSize));
 }
 
-/// The separator line inside a wider area that takes the pointer.
-class SplitPane::Divider : public QWidget {
-public:
-    explicit Divider(SplitPane* pane) : QWidget(pane), pane_(pane)
-    {
-        setObjectName(QStringLiteral("divider"));
-        setAccessibleName(QStringLiteral("Divider"));
-        setCursor(pane->orientation_ == Qt::Horizontal ? Qt::SizeHorCursor : Qt::SizeVerCursor);
-    }
-
-protected:
-    void paintEvent(QPaintEvent* event) override
-    {
-        Q_UNUSED(event)
-        QRect line = rect();
-        constexpr int margin = (hitThickness - lineThickness) / 2;
-        if (pane_->orientation_ == Qt::Horizontal)
-            line.adjust(margin, 0, -margin, 0);
-        else
-            line.adjust(0, margin, 0, -margin);
-        QPainter(this).fillRect(line, Theme::current().separator);
-    }
-
-    void mousePressEvent(QMouseEvent* event) override
-    {
-        if (event->button() != Qt::LeftButton)
-            return;
-        pressed_ = event->globalPosition();
-        startSize_.reset();
-    }
-
-    void mouseMoveEvent(QMouseEvent* event) override
-    {
-        if (!pressed_)
-            return;
-        // From the press on, never from the last move: rounding and clamping then cannot make the divider drift.
-        const QPointF translation = event->globalPosition() - *pressed_;
-        if (!startSize_) {
-            if (translation.manhattanLength() < 1)
-                return;
-            startSize_ = pane_->currentSize();
-        }
-        pane_->drag(*startSize_, translation.toPoint());
-    }
-
-    void mouseReleaseEvent(QMouseEvent* event) override
-    {
-        if (event->button() != Qt::LeftButton)
-            return;
-        pressed_.reset();
-        startSize_.reset();
-    }
-
-private:
-    SplitPane* pane_;
-    std::optional<QPointF> pressed_;
-    std::optional<double> startSize_;
-};
-
 SplitPane::SplitPane(const Setting<double>& size, Qt::Orientation orientation, Sized sized, double minSize,
                      double minOtherSize, QWidget* first, QWidget* second, QWidget* parent)
-    : QWidget(parent), size_(size), orientation_(orientation), sized_(sized), limits_{minSize, minOtherSize},
-      first_(first), second_(second)
+    : QSplitter(orientation, parent), size_(size), sized_(sized), limits_{minSize, minOtherSize}
 {
-    first_->setParent(this);
-    second_->setParent(this);
-    divider_ = new Divider(this);
+    setHandleWidth(lineThickness);
+    setChildrenCollapsible(false);
+    for (QWidget* child : {first, second}) {
+        // The limits of the split hold, whatever its children would like to have.
+        const bool isUpright = orientation == Qt::Vertical;
+        child->setMinimumSize(isUpright ? child->minimumWidth() : 1, isUpright ? 1 : child->minimumHeight());
+        addWidget(child);
+    }
+    connect(this, &QSplitter::splitterMoved, this, &SplitPane::keepDragged);
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(size_.key))
             arrange();
     });
 }
 
-double SplitPane::available() const { return orientation_ == Qt::Horizontal ? width() : height(); }
+QSplitterHandle* SplitPane::createHandle() { return new Divider(orientation(), this); }
+
+double SplitPane::available() const { return along(orientation(), size()); }
 
 double SplitPane::currentSize() const
 {
@@ -106,69 +110,41 @@ double SplitPane::currentSize() const
     return limits_.clamped(kept > 0 ? kept : size_.fallback, available());
 }
 
-void SplitPane::drag(double startSize, QPoint translation)
-{
-    const int along = orientation_ == Qt::Horizontal ? translation.x() : translation.y();
-    const double grown = startSize + (sized_ == Sized::first ? along : -along);
-    Settings::shared().set(size_, limits_.clamped(grown, available()));
-}
-
 void SplitPane::setSizedVisible(bool visible)
 {
-    isSizedVisible_ = visible;
-    sizedPane()->setVisible(visible);
-    divider_->setVisible(visible);
+    widget(sizedIndex())->setVisible(visible);
+    refresh();
     updateGeometry();
+    arrange();
+}
+
+void SplitPane::keepDragged()
+{
+    Settings::shared().set(size_, limits_.clamped(sizes().at(sizedIndex()), available()));
+    // Beyond a limit the setting does not change, but the divider has moved.
     arrange();
 }
 
 void SplitPane::arrange()
 {
-    if (!isSizedVisible_) {
-        otherPane()->setGeometry(rect());
-        return;
-    }
-    const int length = static_cast<int>(available());
     const int sizedLength = qRound(currentSize());
-    const int otherLength = std::max(0, length - sizedLength - lineThickness);
-    const int firstLength = sized_ == Sized::first ? sizedLength : otherLength;
-    const int secondStart = firstLength + lineThickness;
-    const int secondLength = sized_ == Sized::second ? sizedLength : otherLength;
-    const int dividerStart = firstLength - (hitThickness - lineThickness) / 2;
-    if (orientation_ == Qt::Horizontal) {
-        first_->setGeometry(0, 0, firstLength, height());
-        second_->setGeometry(secondStart, 0, secondLength, height());
-        divider_->setGeometry(dividerStart, 0, hitThickness, height());
-    } else {
-        first_->setGeometry(0, 0, width(), firstLength);
-        second_->setGeometry(0, secondStart, width(), secondLength);
-        divider_->setGeometry(0, dividerStart, width(), hitThickness);
-    }
-    divider_->raise();
+    QList<int> lengths{sizedLength, sizedLength};
+    lengths[1 - sizedIndex()] = std::max(0, static_cast<int>(available()) - sizedLength - lineThickness);
+    setSizes(lengths);
 }
 
 void SplitPane::resizeEvent(QResizeEvent* event)
 {
-    QWidget::resizeEvent(event);
+    QSplitter::resizeEvent(event);
     arrange();
-}
-
-bool SplitPane::event(QEvent* event)
-{
-    if (event->type() == QEvent::PaletteChange)
-        divider_->update();
-    return QWidget::event(event);
 }
 
 QSize SplitPane::minimumSizeHint() const
 {
-    const int sizedAlong = isSizedVisible_ ? qRound(limits_.minSize) + lineThickness : 0;
-    const int along = sizedAlong + qRound(limits_.minOtherSize);
-    const QSize first = first_->minimumSizeHint();
-    const QSize second = second_->minimumSizeHint();
-    if (orientation_ == Qt::Horizontal)
-        return {along, std::max({first.height(), second.height(), 0})};
-    return {std::max({first.width(), second.width(), 0}), along};
+    const bool isSizedShown = !widget(sizedIndex())->isHidden();
+    const int length = qRound(limits_.minOtherSize) + (isSizedShown ? qRound(limits_.minSize) + lineThickness : 0);
+    const QSize across = widget(0)->minimumSizeHint().expandedTo(widget(1)->minimumSizeHint()).expandedTo({0, 0});
+    return orientation() == Qt::Horizontal ? QSize(length, across.height()) : QSize(across.width(), length);
 }
 
 QSize SplitPane::sizeHint() const { return minimumSizeHint().expandedTo({640, 480}); }

@@ -3,7 +3,7 @@
 
 #include "app/settings/Settings.h"
 
-#include <QWidget>
+#include <QSplitter>
 
 namespace plovik {
 
@@ -18,9 +18,9 @@ struct SplitLimits {
 
 /// Two children side by side (horizontal) or one above the other (vertical) with a divider that the user drags. One
 /// child has a size that is kept in the settings and shared by every split of the same key; the other takes the rest. A
-/// size that does not fit is shown clamped and kept as it is; a kept size of zero or less reads as the setting's
+/// size that does not fit is shown clamped and stays in the settings; a size of zero or less reads as the setting's
 /// fallback. Main thread.
-class SplitPane : public QWidget {
+class SplitPane : public QSplitter {
     Q_OBJECT
 
 public:
@@ -30,36 +30,28 @@ public:
     SplitPane(const Setting<double>& size, Qt::Orientation orientation, Sized sized, double minSize,
               double minOtherSize, QWidget* first, QWidget* second, QWidget* parent = nullptr);
 
-    /// Without, the other pane takes all the room. The sized pane is shown at first.
+    /// Shows or hides the sized pane, which is shown at first. Without it the other pane takes all the room.
     void setSizedVisible(bool visible);
 
-    /// The length that the sized pane has now.
+    /// Returns the length that the sized pane has now.
     double currentSize() const;
 
     QSize minimumSizeHint() const override;
     QSize sizeHint() const override;
 
 protected:
+    QSplitterHandle* createHandle() override;
     void resizeEvent(QResizeEvent* event) override;
-    bool event(QEvent* event) override;
 
 private:
-    class Divider;
-
+    int sizedIndex() const { return sized_ == Sized::first ? 0 : 1; }
     double available() const;
-    QWidget* sizedPane() const { return sized_ == Sized::first ? first_ : second_; }
-    QWidget* otherPane() const { return sized_ == Sized::first ? second_ : first_; }
     void arrange();
-    void drag(double startSize, QPoint translation);
+    void keepDragged();
 
     Setting<double> size_;
-    Qt::Orientation orientation_;
     Sized sized_;
     SplitLimits limits_;
-    QWidget* first_;
-    QWidget* second_;
-    Divider* divider_;
-    bool isSizedVisible_ = true;
 };
 
 } // namespace plovik
