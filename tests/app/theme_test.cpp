@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
+
+#include <QApplication>
+#include <QLabel>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -84,6 +88,40 @@ TEST(Theme, LaneColoursAreEightAndAreSeenOnTheList)
             EXPECT_NE(theme->lane(lane), theme->lane(lane + 1)) << lane;
         }
         EXPECT_EQ(theme->lane(11), theme->lane(3));
+    }
+}
+
+/// Puts the application's font and theme back.
+struct ApplicationLook {
+    const QFont font = QApplication::font();
+    ~ApplicationLook()
+    {
+        QApplication::setFont(font);
+        Theme::apply(Theme::light(), *qApp);
+    }
+};
+
+TEST(Theme, FontsAndColoursThatWidgetsHaveOfTheirOwnFollowTheDesktop)
+{
+    const ApplicationLook look;
+    QWidget window;
+    auto* const label = new QLabel(&window);
+    label->setForegroundRole(QPalette::PlaceholderText);
+    auto* const bold = new QLabel(&window);
+    followFont(*bold, 5);
+    followFont(*bold, 2, QFont::Bold);
+    followColor(*bold, QPalette::WindowText, &Theme::warningText);
+    window.show();
+    QFont larger = look.font;
+    larger.setPointSizeF(20);
+    QApplication::setFont(larger);
+    EXPECT_EQ(bold->font().pointSizeF(), 22);
+    EXPECT_TRUE(bold->font().bold());
+    for (const Theme* theme : {&Theme::dark(), &Theme::light()}) {
+        Theme::apply(*theme, *qApp);
+        QApplication::processEvents();
+        EXPECT_EQ(bold->palette().color(QPalette::WindowText), theme->warningText);
+        EXPECT_EQ(label->palette().color(label->foregroundRole()), theme->secondaryText);
     }
 }
 

@@ -12,7 +12,7 @@
 #include "app/ui/diff/DiffView.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/SplitPane.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -82,7 +82,6 @@ void CommitDetailView::makePage()
             diff_->setFocus(Qt::TabFocusReason);
     });
     connect(diff_, &DiffPane::whiteSpaceChanged, this, &CommitDetailView::fileChanged);
-    applyTheme();
 }
 
 QWidget* CommitDetailView::makeLeftSide()
@@ -90,11 +89,14 @@ QWidget* CommitDetailView::makeLeftSide()
     auto* const summary = new QHBoxLayout;
     summary->setContentsMargins(14, 8, 14, 0);
     summary_ = new QLabel;
+    summary_->setForegroundRole(QPalette::PlaceholderText);
     summary_->setTextFormat(Qt::PlainText);
     summary_->setWordWrap(true);
     totals_ = new QLabel;
     totals_->setTextFormat(Qt::RichText);
     totals_->setAccessibleName(u"Total Lines"_s);
+    for (QLabel* label : {summary_, totals_})
+        followFont(*label, -1);
     summary->addWidget(summary_, 1);
     summary->addWidget(totals_, 0, Qt::AlignRight | Qt::AlignTop);
     side_ = new HeaderOverFiles(header_, summary, files_);
@@ -301,22 +303,8 @@ void CommitDetailView::showMenu(const QPoint& position)
 void CommitDetailView::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
-        applyTheme();
-}
-
-void CommitDetailView::applyTheme()
-{
-    if (!summary_)
-        return;
-    QPalette quiet;
-    // On a base-coloured parent a label writes in the text colour.
-    for (const auto role : {QPalette::WindowText, QPalette::Text})
-        quiet.setColor(role, Theme::current().secondaryText);
-    summary_->setPalette(quiet);
-    for (QLabel* label : {summary_, totals_})
-        label->setFont(Theme::font(-1));
-    if (shown_)
+    // The totals hold colours of the theme as text.
+    if (event->type() == QEvent::PaletteChange && shown_)
         showSummary();
 }
 

@@ -63,7 +63,6 @@ private:
     void takeDiff(const gitkit::CommitFile& file, gitkit::ParsedDiff diff);
     void openCurrentFile();
     void showMenu(const QPoint& position);
-    void applyTheme();
     void changeEvent(QEvent* event) override;
 
     struct WantedDiff {

@@ -2,6 +2,7 @@
 #include "app/ui/commit/CommitFileDelegate.h"
 
 #include "app/ui/commit/CommitFilesModel.h"
+#include "app/ui/commit/StatusChip.h"
 #include "app/ui/diff/ShownLine.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"

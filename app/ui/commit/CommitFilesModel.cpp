@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commit/CommitFilesModel.h"
 
+#include "app/ui/commit/StatusChip.h"
 #include "app/ui/diff/ShownLine.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/RowPainting.h"

@@ -6,7 +6,6 @@
 #include "app/ui/commit/CommitRefs.h"
 #include "app/ui/commit/HashField.h"
 #include "app/ui/commit/MessageText.h"
-#include "app/ui/widgets/Theme.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -29,6 +28,7 @@ QLabel* makeLabel(Qt::TextFormat format, Qt::TextInteractionFlags interaction = 
     label->setTextFormat(format);
     label->setTextInteractionFlags(interaction);
     label->setWordWrap(true);
+    label->setForegroundRole(QPalette::PlaceholderText);
     label->hide();
     return label;
 }
@@ -86,7 +86,6 @@ CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* par
         notifiers_.push_back(store_.remoteBranches.addNotifier(refsChanged));
         notifiers_.push_back(store_.tags.addNotifier(refsChanged));
     }
-    applyTheme();
 }
 
 const gitkit::Commit* CommitHeader::commitOnPage(const std::string& hash) const
@@ -186,20 +185,9 @@ QSize CommitHeader::sizeHint() const
 void CommitHeader::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
-        applyTheme();
+    // The facts hold their fixed font as text.
+    if (event->type() == QEvent::FontChange)
         showFacts();
-    }
-}
-
-void CommitHeader::applyTheme()
-{
-    QPalette quiet;
-    // On a base-coloured parent a label writes in the text colour.
-    for (const auto role : {QPalette::WindowText, QPalette::Text})
-        quiet.setColor(role, Theme::current().secondaryText);
-    for (QLabel* label : {people_, parents_, notice_})
-        label->setPalette(quiet);
 }
 
 } // namespace plovik

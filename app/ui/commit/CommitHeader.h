@@ -52,7 +52,6 @@ private:
     void showFacts();
     void showRefs();
     void goTo(const std::string& hash);
-    void applyTheme();
 
     RepositoryStore& store_;
     CommitKind kind_;

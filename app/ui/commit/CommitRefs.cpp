@@ -3,6 +3,7 @@
 
 #include "app/store/ShownText.h"
 #include "app/ui/history/RowText.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QHelpEvent>
 #include <QToolTip>

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commit/HashField.h"
 
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QAbstractButton>
 #include <QClipboard>
-#include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -62,10 +61,14 @@ HashField::HashField(QWidget* parent)
 {
     text_->setAccessibleName(u"Commit Hash"_s);
     text_->setReadOnly(true);
+    followColor(*text_, QPalette::Text, &Theme::secondaryText);
+    followFont(*text_, [] { return Theme::fixedFont(-0.75); });
     text_->setFrame(false);
     text_->setTextMargins(-2, 0, -2, 0);
     text_->setFocusPolicy(Qt::ClickFocus);
     text_->setContextMenuPolicy(Qt::NoContextMenu);
+    copied_->setForegroundRole(QPalette::PlaceholderText);
+    followFont(*copied_, -1.5);
     copied_->hide();
     fading_->setSingleShot(true);
     fading_->setInterval(copiedShown);
@@ -77,7 +80,6 @@ HashField::HashField(QWidget* parent)
     row->addWidget(button_);
     connect(button_, &QAbstractButton::clicked, this, &HashField::copy);
     connect(fading_, &QTimer::timeout, copied_, &QWidget::hide);
-    applyTheme();
 }
 
 void HashField::setHash(const QString& hash)
@@ -94,28 +96,6 @@ void HashField::copy()
     QGuiApplication::clipboard()->setText(text_->text());
     copied_->show();
     fading_->start();
-}
-
-void HashField::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
-        applyTheme();
-}
-
-void HashField::applyTheme()
-{
-    const Theme& theme = Theme::current();
-    QPalette colours = text_->palette();
-    colours.setColor(QPalette::Base, theme.content);
-    colours.setColor(QPalette::Text, theme.secondaryText);
-    text_->setPalette(colours);
-    text_->setFont(Theme::fixedFont(-0.75));
-    QPalette quiet;
-    for (const auto role : {QPalette::WindowText, QPalette::Text})
-        quiet.setColor(role, theme.secondaryText);
-    copied_->setPalette(quiet);
-    copied_->setFont(Theme::font(-1.5));
 }
 
 } // namespace plovik

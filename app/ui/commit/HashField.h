@@ -19,12 +19,8 @@ public:
 
     void setHash(const QString& hash);
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
     void copy();
-    void applyTheme();
 
     QLineEdit* text_;
     QAbstractButton* button_;

@@ -2,23 +2,18 @@
 #include "app/ui/dialogs/ConfirmationDialog.h"
 
 #include "app/ui/dialogs/DialogParts.h"
-#include "app/ui/widgets/Theme.h"
 
 #include <QKeyEvent>
-#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 namespace plovik {
 
-ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* parent)
-    : QDialog(parent), message_(dialogParts::text(this))
+ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* parent) : QDialog(parent)
 {
     const bool isRisky = question.risk == Confirmation::Risk::losesWork;
     dialogParts::prepare(*this, question.title);
     setAccessibleDescription(question.message);
-    message_->setText(question.message);
-    message_->setVisible(!question.message.isEmpty());
     auto* const cancel = new QPushButton(QStringLiteral("Cancel"), this);
     auto* const confirm = new QPushButton(question.actionTitle, this);
     confirm->setProperty(isRisky ? "destructive" : "primary", true);
@@ -29,11 +24,11 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
 
     auto* const column = dialogParts::column(*this);
     column->addWidget(dialogParts::heading(question.title, this));
-    column->addWidget(message_);
+    if (!question.message.isEmpty())
+        column->addWidget(dialogParts::secondaryText(question.message, this));
     column->addSpacing(10);
     column->addLayout(dialogParts::buttonRow({cancel, confirm}));
     (isRisky ? cancel : confirm)->setFocus();
-    applyTheme();
     dialogParts::fit(*this);
 }
 
@@ -46,14 +41,5 @@ void ConfirmationDialog::keyPressEvent(QKeyEvent* event)
     else
         QDialog::keyPressEvent(event);
 }
-
-void ConfirmationDialog::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void ConfirmationDialog::applyTheme() { dialogParts::color(*message_, Theme::current().secondaryText); }
 
 } // namespace plovik

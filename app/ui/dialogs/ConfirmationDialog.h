@@ -5,8 +5,6 @@
 
 #include <QDialog>
 
-class QLabel;
-
 namespace plovik {
 
 /// Asks a store's question; accepted when the user confirms. Deletes itself when it closes. Main thread.
@@ -21,12 +19,6 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void changeEvent(QEvent* event) override;
-
-private:
-    void applyTheme();
-
-    QLabel* message_;
 };
 
 } // namespace plovik

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/DialogParts.h"
 
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QDialog>
 #include <QHBoxLayout>
@@ -43,7 +43,7 @@ QLabel* heading(const QString& title, QWidget* parent)
 {
     QLabel* const label = text(parent);
     label->setText(title);
-    label->setFont(Theme::font(1.5, QFont::DemiBold));
+    followFont(*label, 1.5, QFont::DemiBold);
     return label;
 }
 
@@ -52,6 +52,14 @@ QLabel* text(QWidget* parent)
     auto* const label = new QLabel(parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
+    return label;
+}
+
+QLabel* secondaryText(const QString& sentence, QWidget* parent)
+{
+    QLabel* const label = text(parent);
+    label->setText(sentence);
+    label->setForegroundRole(QPalette::PlaceholderText);
     return label;
 }
 
@@ -76,13 +84,6 @@ void fit(QDialog& dialog, int width, int moreHeight)
     const int height =
         layout.hasHeightForWidth() ? layout.totalHeightForWidth(fitting) : layout.totalSizeHint().height();
     dialog.resize(fitting, std::min(height + moreHeight, screen.height()));
-}
-
-void color(QLabel& label, const QColor& color)
-{
-    QPalette palette;
-    palette.setColor(QPalette::WindowText, color);
-    label.setPalette(palette);
 }
 
 } // namespace plovik::dialogParts

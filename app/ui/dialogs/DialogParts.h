@@ -3,7 +3,6 @@
 
 #include <initializer_list>
 
-class QColor;
 class QDialog;
 class QHBoxLayout;
 class QLabel;
@@ -22,11 +21,12 @@ QVBoxLayout* column(QDialog& dialog);
 QLabel* heading(const QString& title, QWidget* parent);
 /// Plain text that wraps.
 QLabel* text(QWidget* parent);
+/// The same in the colour of what is less important.
+QLabel* secondaryText(const QString& sentence, QWidget* parent);
 /// The buttons at the right end of their row, the confirming one last.
 QHBoxLayout* buttonRow(std::initializer_list<QPushButton*> buttons);
 /// Makes the dialog as high as its texts need at its least width, or at `width` where that is more and the screen has
 /// the room; `moreHeight` is for what can be scrolled. To be called when a text changes.
 void fit(QDialog& dialog, int width = 0, int moreHeight = 0);
-void color(QLabel& label, const QColor& color);
 
 } // namespace plovik::dialogParts

@@ -4,9 +4,8 @@
 #include "app/settings/CodeFont.h"
 #include "app/ui/dialogs/DialogParts.h"
 #include "app/ui/widgets/TerminalText.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
-#include <QEvent>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -69,6 +68,7 @@ ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
     lines_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     lines_->document()->setDocumentMargin(8);
     lines_->setFont(CodeFont::current());
+    followColor(*lines_, QPalette::Base, &Theme::field);
     lines_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     auto* const ok = new QPushButton(u"OK"_s, this);
     ok->setDefault(true);
@@ -77,7 +77,8 @@ ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
     showLog_->setAutoDefault(false);
     showLog_->hide();
     danger_->setAccessibleName(u"Danger"_s);
-    danger_->setFont(Theme::font(0, QFont::DemiBold));
+    danger_->setForegroundRole(QPalette::BrightText);
+    followFont(*danger_, 0, QFont::DemiBold);
     danger_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     danger_->setFocusPolicy(Qt::NoFocus);
 
@@ -89,7 +90,6 @@ ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
     column->addSpacing(8);
     column->addLayout(dialogParts::buttonRow({showLog_, ok}));
     setMessage(message);
-    applyTheme();
     ok->setFocus();
 }
 
@@ -143,23 +143,6 @@ void ErrorAlert::fitText()
     const QMargins margins = layout()->contentsMargins();
     // The layout counts nothing for what takes the room that is left.
     dialogParts::fit(*this, width + margins.left() + margins.right(), metrics.lineSpacing() * shownRows + frame);
-}
-
-void ErrorAlert::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void ErrorAlert::applyTheme()
-{
-    const Theme& theme = Theme::current();
-    dialogParts::color(*sentence_, theme.text);
-    dialogParts::color(*danger_, theme.statusDeleted);
-    QPalette palette;
-    palette.setColor(QPalette::Base, theme.field);
-    lines_->setPalette(palette);
 }
 
 } // namespace plovik

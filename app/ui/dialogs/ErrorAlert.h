@@ -27,11 +27,7 @@ public:
 Q_SIGNALS:
     void logRequested();
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
-    void applyTheme();
     void fitText();
 
     QLabel* danger_;

@@ -3,7 +3,6 @@
 
 #include "app/settings/CodeFont.h"
 #include "app/ui/dialogs/DialogParts.h"
-#include "app/ui/widgets/Theme.h"
 
 #include <QCheckBox>
 #include <QFormLayout>
@@ -166,18 +165,18 @@ PromptDialog::PromptDialog(const SignInPrompt& prompt, PromptText text, QWidget*
     column.addWidget(asked);
     setAccessibleDescription(sentence(text_));
     if (isRefusal(prompt, text_)) {
-        warning_ = dialogParts::text(this);
-        warning_->setText(u"Asked again: the last answer was probably not accepted."_s);
-        column.addWidget(warning_);
+        QLabel* const warning = dialogParts::text(this);
+        warning->setForegroundRole(QPalette::BrightText);
+        warning->setText(u"Asked again: the last answer was probably not accepted."_s);
+        column.addWidget(warning);
     }
     if (text_.kind == Kind::unknownHost)
         addHostKey(column);
     if (hasField(text_.kind))
         addField(column);
     if (const QString during = waiting(prompt, text_.kind); !during.isEmpty())
-        secondary(during, column);
+        column.addWidget(dialogParts::secondaryText(during, this));
     addButtons(column);
-    applyTheme();
     dialogParts::fit(*this);
 }
 
@@ -211,7 +210,7 @@ void PromptDialog::addHostKey(QVBoxLayout& column)
         if (value.isEmpty())
             return;
         auto* const label = new QLabel(name, this);
-        secondary_.push_back(label);
+        label->setForegroundRole(QPalette::PlaceholderText);
         QLabel* const shown = dialogParts::text(this);
         shown->setText(breakable(value));
         shown->setWordWrap(shown->text() != value);
@@ -226,9 +225,10 @@ void PromptDialog::addHostKey(QVBoxLayout& column)
     column.addSpacing(4);
     column.addLayout(form);
     column.addSpacing(4);
-    secondary(u"Connect only if this fingerprint is the one that the host's owner publishes: whoever answers in its "
-              "place would have another."_s,
-              column);
+    column.addWidget(dialogParts::secondaryText(
+        u"Connect only if this fingerprint is the one that the host's owner publishes: whoever answers in its "
+        "place would have another."_s,
+        this));
 }
 
 void PromptDialog::addButtons(QVBoxLayout& column)
@@ -269,15 +269,6 @@ void PromptDialog::addButtons(QVBoxLayout& column)
 
 QString PromptDialog::answer() const { return field_ ? field_->text() : yesOrNo_; }
 
-QLabel* PromptDialog::secondary(const QString& sentence, QVBoxLayout& column)
-{
-    QLabel* const label = dialogParts::text(this);
-    label->setText(sentence);
-    column.addWidget(label);
-    secondary_.push_back(label);
-    return label;
-}
-
 void PromptDialog::keyPressEvent(QKeyEvent* event)
 {
     // Without a field, the button that Return presses is always the one that shows the focus.
@@ -286,22 +277,6 @@ void PromptDialog::keyPressEvent(QKeyEvent* event)
         button->click();
     else
         QDialog::keyPressEvent(event);
-}
-
-void PromptDialog::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void PromptDialog::applyTheme()
-{
-    const Theme& theme = Theme::current();
-    for (QLabel* label : secondary_)
-        dialogParts::color(*label, theme.secondaryText);
-    if (warning_)
-        dialogParts::color(*warning_, theme.statusDeleted);
 }
 
 } // namespace plovik

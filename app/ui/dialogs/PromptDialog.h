@@ -5,9 +5,6 @@
 
 #include <QDialog>
 
-#include <vector>
-
-class QLabel;
 class QLineEdit;
 class QPushButton;
 class QVBoxLayout;
@@ -27,7 +24,6 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     PromptDialog(const SignInPrompt& prompt, PromptText text, QWidget* parent);
@@ -35,14 +31,10 @@ private:
     void addField(QVBoxLayout& column);
     void addHostKey(QVBoxLayout& column);
     void addButtons(QVBoxLayout& column);
-    QLabel* secondary(const QString& sentence, QVBoxLayout& column);
-    void applyTheme();
 
     PromptText text_;
     QString yesOrNo_;
     QLineEdit* field_ = nullptr;
-    QLabel* warning_ = nullptr;
-    std::vector<QLabel*> secondary_;
 };
 
 } // namespace plovik

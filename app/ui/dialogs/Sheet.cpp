@@ -2,9 +2,7 @@
 #include "app/ui/dialogs/Sheet.h"
 
 #include "app/ui/dialogs/DialogParts.h"
-#include "app/ui/widgets/Theme.h"
 
-#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -43,28 +41,14 @@ Sheet::Sheet(RepositoryStore& store, const QString& title, const QString& confir
 void Sheet::validate()
 {
     const QString wrong = problem();
-    showsProblem_ = !wrong.isEmpty();
-    const QString said = showsProblem_ ? wrong : note();
+    const QString said = wrong.isEmpty() ? note() : wrong;
+    sentence_->setForegroundRole(wrong.isEmpty() ? QPalette::PlaceholderText : QPalette::BrightText);
     if (said != sentence_->text()) {
         sentence_->setText(said);
         dialogParts::fit(*this);
     }
     // While an action runs the store would drop another one.
-    confirm_->setEnabled(!showsProblem_ && isComplete() && !(isAction() && store_.activity.value()));
-    applyTheme();
-}
-
-void Sheet::changeEvent(QEvent* event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void Sheet::applyTheme()
-{
-    const Theme& theme = Theme::current();
-    dialogParts::color(*sentence_, showsProblem_ ? theme.statusDeleted : theme.secondaryText);
+    confirm_->setEnabled(wrong.isEmpty() && isComplete() && !(isAction() && store_.activity.value()));
 }
 
 } // namespace plovik

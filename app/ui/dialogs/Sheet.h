@@ -44,17 +44,12 @@ protected:
     /// Whether confirming starts an action, which waits for one that runs.
     virtual bool isAction() const { return true; }
 
-    void changeEvent(QEvent* event) override;
-
 private:
-    void applyTheme();
-
     RepositoryStore& store_;
     QLabel* heading_;
     QVBoxLayout* fields_;
     QLabel* sentence_;
     QPushButton* confirm_;
-    bool showsProblem_ = false;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

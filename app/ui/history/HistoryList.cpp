@@ -4,6 +4,7 @@
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/history/GraphCell.h"
 #include "app/ui/history/RowText.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QContextMenuEvent>
 #include <QHelpEvent>

@@ -43,6 +43,7 @@ HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
     search_->setAccessibleName(u"History Search"_s);
     search_->setPlaceholderText(u"Search history"_s);
     search_->installEventFilter(this);
+    count_->setForegroundRole(QPalette::PlaceholderText);
     count_->setTextFormat(Qt::PlainText);
 
     auto* row = new QHBoxLayout(this);
@@ -69,7 +70,6 @@ HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store_.readProblem.addNotifier([this] { showCount(); }));
     showSearch();
     showCount();
-    applyTheme();
 }
 
 void HistorySearchRow::focusSearch()
@@ -135,20 +135,6 @@ void HistorySearchRow::paintEvent(QPaintEvent*)
     QPainter painter(this);
     painter.fillRect(rect(), theme.bars);
     painter.fillRect(0, height() - 1, width(), 1, theme.separator);
-}
-
-void HistorySearchRow::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void HistorySearchRow::applyTheme()
-{
-    QPalette quiet;
-    quiet.setColor(QPalette::WindowText, Theme::current().secondaryText);
-    count_->setPalette(quiet);
 }
 
 } // namespace plovik

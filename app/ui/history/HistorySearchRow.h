@@ -33,12 +33,10 @@ Q_SIGNALS:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     void showSearch();
     void showCount();
-    void applyTheme();
 
     RepositoryStore& store_;
     QComboBox* field_;

@@ -18,9 +18,4 @@ QString shownLine(std::string_view bytes)
     return line;
 }
 
-QString plainToolTip(const QString& text)
-{
-    return u"<p style='white-space:pre-wrap'>%1</p>"_s.arg(text.toHtmlEscaped());
-}
-
 } // namespace plovik

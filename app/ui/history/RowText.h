@@ -10,7 +10,4 @@ namespace plovik {
 /// The beginning of a text for one line of a list: no more than a screen can hold, control characters as spaces.
 QString shownLine(std::string_view bytes);
 
-/// A tool tip that shows `text` as it stands, never as markup.
-QString plainToolTip(const QString& text);
-
 } // namespace plovik

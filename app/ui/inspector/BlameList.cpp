@@ -6,6 +6,7 @@
 #include "app/ui/diff/ShownLine.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/RowList.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -250,7 +251,7 @@ void BlameList::resizeEvent(QResizeEvent* event)
 void BlameList::changeEvent(QEvent* event)
 {
     QListView::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::FontChange)
         measure();
 }
 

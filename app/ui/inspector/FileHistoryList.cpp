@@ -2,6 +2,7 @@
 #include "app/ui/inspector/FileHistoryList.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/commit/StatusChip.h"
 #include "app/ui/history/RelativeDate.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/RowPainting.h"

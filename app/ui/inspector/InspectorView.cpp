@@ -5,7 +5,8 @@
 #include "app/ui/history/RowText.h"
 #include "app/ui/inspector/InspectorTabs.h"
 #include "app/ui/widgets/IconButton.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/RowPainting.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QFontMetrics>
 #include <QHBoxLayout>
@@ -62,7 +63,6 @@ InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
         connect(other, &QShortcut::activated, this, [this] { showTab(tabAt(1 - tabs_->currentIndex())); });
     }
     notifiers_.push_back(store_.inspected.addNotifier([this] { follow(); }));
-    applyTheme();
     follow();
 }
 
@@ -75,6 +75,8 @@ QWidget* InspectorView::makeHeader()
     close_->setToolTip(u"Close (Esc)"_s);
     for (QLabel* label : {name_, revision_})
         label->setTextFormat(Qt::PlainText);
+    followFont(*name_, 0, QFont::DemiBold);
+    revision_->setForegroundRole(QPalette::PlaceholderText);
     name_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     auto* const header = new QWidget;
@@ -215,27 +217,11 @@ void InspectorView::paintEvent(QPaintEvent* event)
     painter.fillRect(QRect(0, pages_->y() - 1, width(), 1), theme.separator);
 }
 
-void InspectorView::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
-        applyTheme();
-}
-
 void InspectorView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     layout()->activate();
     showName();
-}
-
-void InspectorView::applyTheme()
-{
-    name_->setFont(Theme::font(0, QFont::DemiBold));
-    QPalette quiet;
-    for (const auto role : {QPalette::WindowText, QPalette::Text})
-        quiet.setColor(role, Theme::current().secondaryText);
-    revision_->setPalette(quiet);
 }
 
 } // namespace plovik

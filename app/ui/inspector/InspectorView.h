@@ -38,7 +38,6 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
@@ -57,7 +56,6 @@ private:
     void goBack();
     void close();
     void showName();
-    void applyTheme();
 
     RepositoryStore& store_;
     QLabel* name_;

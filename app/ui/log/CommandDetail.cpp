@@ -8,12 +8,11 @@
 #include "app/store/ShownText.h"
 #include "app/ui/log/CommandLogModel.h"
 #include "app/ui/widgets/BarButton.h"
+#include "app/ui/widgets/ElidedLabel.h"
 #include "app/ui/widgets/TerminalText.h"
-#include "app/ui/widgets/Theme.h"
-#include "app/ui/window/ActivityView.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QClipboard>
-#include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLocale>
@@ -92,6 +91,8 @@ CommandDetail::CommandDetail(const CommandLog& log, QWidget* parent)
 {
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
+    facts_->setForegroundRole(QPalette::PlaceholderText);
+    followFont(*facts_, -1);
     facts_->setAccessibleName(u"Command Facts"_s);
     command_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     auto* const bar = new QHBoxLayout;
@@ -109,8 +110,8 @@ CommandDetail::CommandDetail(const CommandLog& log, QWidget* parent)
     column->addWidget(output_, 1);
     connect(copyLine_, &BarButton::clicked, this, &CommandDetail::shellLineWanted);
     connect(copyOutput_, &BarButton::clicked, this, &CommandDetail::copyOutput);
-    connect(&Settings::shared(), &Settings::changed, this, &CommandDetail::applyTheme);
-    applyTheme();
+    connect(&Settings::shared(), &Settings::changed, this, &CommandDetail::showFont);
+    showFont();
     show(std::nullopt);
 }
 
@@ -184,23 +185,10 @@ void CommandDetail::resizeEvent(QResizeEvent* event)
 /// Where there is little room, how the command went comes first; the list's menu copies too.
 void CommandDetail::showCopyLine() { copyLine_->setVisible(shown_ && width() >= leastCopyWidth); }
 
-void CommandDetail::changeEvent(QEvent* event)
+void CommandDetail::showFont()
 {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void CommandDetail::applyTheme()
-{
-    const Theme& theme = Theme::current();
-    QFont code = CodeFont::current();
-    command_->setFont(code);
-    output_->setFont(code);
-    QPalette quiet;
-    quiet.setColor(QPalette::WindowText, theme.secondaryText);
-    facts_->setPalette(quiet);
-    facts_->setFont(Theme::font(-1));
+    for (QPlainTextEdit* text : {command_, output_})
+        text->setFont(CodeFont::current());
     fitCommand();
 }
 

@@ -34,14 +34,13 @@ Q_SIGNALS:
     void shellLineWanted();
 
 protected:
-    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     void showOutput(const QString& text, bool isNew);
     void fitCommand();
     void showCopyLine();
-    void applyTheme();
+    void showFont();
 
     const CommandLog& log_;
     QPlainTextEdit* command_;

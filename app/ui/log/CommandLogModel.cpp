@@ -3,6 +3,7 @@
 
 #include "app/store/CommandLine.h"
 #include "app/ui/history/RowText.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/window/ActivityView.h"
 
 #include <QDateTime>

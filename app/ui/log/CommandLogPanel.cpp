@@ -6,11 +6,11 @@
 #include "app/ui/log/CommandList.h"
 #include "app/ui/log/CommandLogModel.h"
 #include "app/ui/widgets/IconButton.h"
+#include "app/ui/widgets/Separator.h"
 #include "app/ui/widgets/SplitPane.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QCheckBox>
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
@@ -43,11 +43,7 @@ CommandLogPanel::CommandLogPanel(RepositoryStore& store, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(makeHeader());
-    auto* const line = new QFrame(this);
-    line->setFixedHeight(1);
-    line->setAutoFillBackground(true);
-    line->setObjectName(u"line"_s);
-    column->addWidget(line);
+    column->addWidget(makeSeparator(this));
     column->addWidget(new SplitPane(settings::commandLogListWidth, Qt::Horizontal, SplitPane::Sized::first,
                                     leastListWidth, leastDetailWidth, list_, detail_, this),
                       1);
@@ -61,14 +57,15 @@ CommandLogPanel::CommandLogPanel(RepositoryStore& store, QWidget* parent)
     connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this, &CommandLogPanel::userSelected);
     connect(list_, &CommandList::outputWanted, detail_, &CommandDetail::copyOutput);
     connect(detail_, &CommandDetail::shellLineWanted, list_, &CommandList::copy);
-    applyTheme();
 }
 
 QWidget* CommandLogPanel::makeHeader()
 {
     auto* const header = new QWidget(this);
     title_ = new QLabel(u"Command Log"_s, header);
+    followFont(*title_, 0, QFont::DemiBold);
     count_ = new QLabel(header);
+    count_->setForegroundRole(QPalette::PlaceholderText);
     count_->setTextFormat(Qt::PlainText);
     field_ = new QLineEdit(header);
     field_->setAccessibleName(u"Filter Commands"_s);
@@ -193,26 +190,6 @@ void CommandLogPanel::keyPressEvent(QKeyEvent* event)
         field_->clear();
     else
         store_.showsCommandLog = false;
-}
-
-void CommandLogPanel::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void CommandLogPanel::applyTheme()
-{
-    const Theme& theme = Theme::current();
-    title_->setFont(Theme::font(0, QFont::DemiBold));
-    QPalette quiet;
-    quiet.setColor(QPalette::WindowText, theme.secondaryText);
-    count_->setPalette(quiet);
-    QPalette line;
-    line.setColor(QPalette::Window, theme.separator);
-    if (auto* const frame = findChild<QFrame*>(u"line"_s))
-        frame->setPalette(line);
 }
 
 } // namespace plovik

@@ -32,7 +32,6 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     QWidget* makeHeader();
@@ -43,7 +42,6 @@ private:
     void userSelected();
     void showSelected();
     void showDetail();
-    void applyTheme();
 
     RepositoryStore& store_;
     CommandLogModel* model_;

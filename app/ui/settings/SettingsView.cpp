@@ -7,6 +7,7 @@
 #include "app/ui/settings/GeneralTab.h"
 #include "app/ui/settings/SettingsForm.h"
 #include "app/ui/settings/SettingsTabBar.h"
+#include "app/ui/widgets/Separator.h"
 
 #include <QGuiApplication>
 #include <QLabel>
@@ -26,15 +27,6 @@ namespace {
 
 constexpr int narrowest = 560;
 constexpr std::chrono::milliseconds writeDelay{200};
-
-QFrame* separator(QWidget* parent)
-{
-    auto* const line = new QFrame(parent);
-    line->setFixedHeight(1);
-    line->setAutoFillBackground(true);
-    line->setBackgroundRole(QPalette::Dark);
-    return line;
-}
 
 QString placeText(QPoint place) { return u"%1 %2"_s.arg(place.x()).arg(place.y()); }
 
@@ -87,7 +79,7 @@ SettingsView::SettingsView(const std::vector<SettingsTab>& tabs, QWidget* parent
     column->setSizeConstraint(QLayout::SetFixedSize);
     column->addWidget(bar_, 0, Qt::AlignHCenter);
     column->addSpacing(8);
-    column->addWidget(separator(this));
+    column->addWidget(makeSeparator(this));
     column->addWidget(background, 1);
     pages_->setMinimumWidth(narrowest);
 

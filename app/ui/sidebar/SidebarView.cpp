@@ -4,7 +4,7 @@
 #include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarDelegate.h"
 #include "app/ui/widgets/ScrollKeeper.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -120,7 +120,6 @@ SidebarView::SidebarView(RepositoryStore& store, QWidget* parent)
     filterRow->addWidget(filter_);
     column->addLayout(filterRow);
     setFocusProxy(tree_);
-    applyTheme();
     observeStore();
     modelWasReset();
 }
@@ -129,6 +128,7 @@ void SidebarView::makeTree()
 {
     auto* tree = new Tree(this);
     tree_ = tree;
+    followColor(*tree, QPalette::Base, &Theme::sidebar);
     tree->setAccessibleName(u"Sidebar"_s);
     tree->setFrameShape(QFrame::NoFrame);
     tree->setHeaderHidden(true);
@@ -158,7 +158,7 @@ void SidebarView::makeFilter()
     filter_ = new QLineEdit(this);
     filter_->setAccessibleName(u"Filter Refs"_s);
     filter_->setPlaceholderText(u"Filter branches and tags"_s);
-    filter_->setFont(Theme::font(-0.5));
+    followFont(*filter_, -0.5);
     filter_->installEventFilter(this);
     connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) { model_->setFilter(text.trimmed()); });
 }
@@ -310,20 +310,6 @@ bool SidebarView::eventFilter(QObject* watched, QEvent* event)
         filterKeyPressed(static_cast<QKeyEvent*>(event)->key()))
         return true;
     return QWidget::eventFilter(watched, event);
-}
-
-void SidebarView::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void SidebarView::applyTheme()
-{
-    QPalette palette;
-    palette.setColor(QPalette::Base, Theme::current().sidebar);
-    tree_->setPalette(palette);
 }
 
 void SidebarView::paintEvent(QPaintEvent* event)

@@ -35,7 +35,6 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
-    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -45,7 +44,6 @@ private:
     void makeTree();
     void makeFilter();
     void observeStore();
-    void applyTheme();
 
     void modelWasReset();
     void restoreExpansion();

@@ -13,11 +13,10 @@
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/RowList.h"
 #include "app/ui/widgets/ScrollKeeper.h"
+#include "app/ui/widgets/Separator.h"
 #include "app/ui/widgets/SplitPane.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
-#include <QEvent>
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
 #include <QLabel>
@@ -36,15 +35,6 @@ namespace {
 constexpr double leastDetailHeight = 120;
 constexpr double leastListHeight = 90;
 
-QFrame* makeDivider(QWidget* parent)
-{
-    auto* divider = new QFrame(parent);
-    divider->setFixedHeight(1);
-    divider->setAutoFillBackground(true);
-    divider->setObjectName(u"divider"_s);
-    return divider;
-}
-
 } // namespace
 
 StashesView::StashesView(RepositoryStore& store, QWidget* parent)
@@ -58,7 +48,7 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(makeHeader());
-    column->addWidget(makeDivider(content_));
+    column->addWidget(makeSeparator(content_));
     column->addWidget(new SplitPane(settings::stashesDetailHeight, Qt::Vertical, SplitPane::Sized::second,
                                     leastDetailHeight, leastListHeight, list_, detail_, content_),
                       1);
@@ -70,7 +60,6 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     showStoreSelection();
     updateEmptyState();
     updateHeader();
-    applyTheme();
 }
 
 QWidget* StashesView::makeHeader()
@@ -84,6 +73,8 @@ QWidget* StashesView::makeHeader()
     row->setSpacing(8);
     count_ = new QLabel(header);
     count_->setTextFormat(Qt::PlainText);
+    count_->setForegroundRole(QPalette::PlaceholderText);
+    followFont(*count_, -0.75);
     row->addWidget(count_);
     row->addStretch(1);
     const auto add = [this, row, header](const QString& title, auto action) {
@@ -204,27 +195,6 @@ void StashesView::showMenu(const QPoint& place)
     QMenu* menu = makeStashMenu(store_, model_->stash(index), this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(list_->viewport()->mapToGlobal(place));
-}
-
-void StashesView::changeEvent(QEvent* event)
-{
-    QStackedWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void StashesView::applyTheme()
-{
-    const Theme& theme = Theme::current();
-    QPalette quiet;
-    for (const auto role : {QPalette::WindowText, QPalette::Text})
-        quiet.setColor(role, theme.secondaryText);
-    count_->setPalette(quiet);
-    count_->setFont(Theme::font(-0.75));
-    QPalette line;
-    line.setColor(QPalette::Window, theme.separator);
-    if (auto* divider = content_->findChild<QFrame*>(u"divider"_s))
-        divider->setPalette(line);
 }
 
 } // namespace plovik

@@ -31,13 +31,9 @@ public:
     QListView* list() const { return list_; }
     CommitDetailView* detail() const { return detail_; }
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
     QWidget* makeHeader();
     void makeList();
-    void applyTheme();
     void updateHeader();
     const gitkit::Stash* selectedStash() const;
     void showMenu(const QPoint& place);

@@ -5,6 +5,7 @@
 #include "app/settings/RecentRepositories.h"
 #include "app/ui/settings/SettingsSymbols.h"
 #include "app/ui/welcome/RecentRowDelegate.h"
+#include "app/ui/widgets/Separator.h"
 
 #include <QAction>
 #include <QDir>
@@ -132,10 +133,6 @@ void WelcomeView::makeList()
 {
     recentPart_->setAutoFillBackground(true);
     recentPart_->setBackgroundRole(QPalette::Base);
-    auto* const line = new QWidget(recentPart_);
-    line->setFixedHeight(1);
-    line->setAutoFillBackground(true);
-    line->setBackgroundRole(QPalette::Dark);
     auto* const title = new QLabel(u"Recent"_s, recentPart_);
     title->setFont(scaled(font(), 1, QFont::DemiBold));
     title->setForegroundRole(QPalette::PlaceholderText);
@@ -167,7 +164,7 @@ void WelcomeView::makeList()
     auto* const column = new QVBoxLayout(recentPart_);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(line);
+    column->addWidget(makeSeparator(recentPart_));
     column->addWidget(title);
     auto* const sides = new QHBoxLayout;
     sides->setContentsMargins(16, 0, 16, 8);

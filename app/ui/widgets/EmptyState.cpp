@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/EmptyState.h"
 
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
-#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -25,7 +24,8 @@ EmptyState::EmptyState(QWidget* parent) : QWidget(parent), title_(new QLabel(thi
         column->addWidget(label);
     }
     column->addStretch(3);
-    applyTheme();
+    followFont(*title_, 3, QFont::DemiBold);
+    description_->setForegroundRole(QPalette::PlaceholderText);
 }
 
 void EmptyState::setText(const QString& title, const QString& description)
@@ -50,24 +50,6 @@ QPushButton* EmptyState::action(const QString& title)
     }
     action_->setText(title);
     return action_;
-}
-
-void EmptyState::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
-        applyTheme();
-}
-
-void EmptyState::applyTheme()
-{
-    title_->setFont(Theme::font(3, QFont::DemiBold));
-    description_->setFont(Theme::font());
-    QPalette quiet;
-    // On a background of lists a label takes the lists' text colour.
-    for (const auto role : {QPalette::WindowText, QPalette::Text})
-        quiet.setColor(role, Theme::current().secondaryText);
-    description_->setPalette(quiet);
 }
 
 } // namespace plovik

@@ -21,12 +21,7 @@ public:
     /// The button under the text; made at the first call, and the caller's to connect and enable.
     QPushButton* action(const QString& title);
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
-    void applyTheme();
-
     QLabel* title_;
     QLabel* description_;
     QPushButton* action_ = nullptr;

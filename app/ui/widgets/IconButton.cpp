@@ -3,7 +3,6 @@
 
 #include "app/ui/widgets/Theme.h"
 
-#include <QEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -117,13 +116,6 @@ IconButton::IconButton(Icon icon, const QString& title, QWidget* parent, const Q
     setCursor(Qt::ArrowCursor);
     setAttribute(Qt::WA_Hover);
     setFixedSize(side, side);
-}
-
-bool IconButton::event(QEvent* event)
-{
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
-        update();
-    return QAbstractButton::event(event);
 }
 
 void IconButton::paintEvent(QPaintEvent*)

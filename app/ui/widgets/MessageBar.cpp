@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/MessageBar.h"
 
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -34,7 +33,7 @@ MessageBar::MessageBar(const QString& name, Dismissal dismissal, QWidget* parent
         connect(dismiss, &QPushButton::clicked, this, [this] { setText(QString()); });
         row->addWidget(dismiss, 0, Qt::AlignTop);
     }
-    applyTheme();
+    followColor(*label_, QPalette::WindowText, &Theme::warningText);
     hide();
 }
 
@@ -55,20 +54,6 @@ void MessageBar::paintEvent(QPaintEvent* event)
     QPainter painter(this);
     painter.fillRect(rect(), theme.warning);
     painter.fillRect(QRect(0, height() - 1, width(), 1), theme.separator);
-}
-
-void MessageBar::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
-}
-
-void MessageBar::applyTheme()
-{
-    QPalette palette;
-    palette.setColor(QPalette::WindowText, Theme::current().warningText);
-    label_->setPalette(palette);
 }
 
 } // namespace plovik

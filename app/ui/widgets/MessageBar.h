@@ -22,11 +22,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
-    void applyTheme();
-
     QLabel* label_;
 };
 

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik {
 
 namespace {
@@ -64,61 +66,6 @@ int paintPill(QPainter& painter, const QRect& area, const QString& text)
     return width;
 }
 
-QColor statusColor(char code)
-{
-    const Theme& theme = Theme::current();
-    switch (code) {
-    case 'A':
-        return theme.statusAdded;
-    case 'D':
-        return theme.statusDeleted;
-    case 'R':
-    case 'C':
-        return theme.statusRenamed;
-    case 'U':
-        return theme.statusConflicted;
-    case '?':
-        return theme.statusUntracked;
-    default:
-        return theme.statusModified;
-    }
-}
-
-QString statusDescription(char code)
-{
-    switch (code) {
-    case 'A':
-        return QStringLiteral("Added");
-    case 'D':
-        return QStringLiteral("Deleted");
-    case 'R':
-        return QStringLiteral("Renamed");
-    case 'C':
-        return QStringLiteral("Copied");
-    case 'T':
-        return QStringLiteral("Type changed");
-    case 'U':
-        return QStringLiteral("Conflicted");
-    case '?':
-        return QStringLiteral("Untracked");
-    default:
-        return QStringLiteral("Modified");
-    }
-}
-
-void paintStatusChip(QPainter& painter, const QRect& chip, char code)
-{
-    const QColor color = statusColor(code);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Theme::current().chip(color));
-    painter.drawRoundedRect(chip, 4, 4);
-    painter.restore();
-    paintText(painter, chip, QString(QLatin1Char(code)), Theme::font(-1, QFont::Bold), color, Qt::AlignHCenter,
-              Qt::ElideNone);
-}
-
 void paintDisclosure(QPainter& painter, QPointF center, bool isOpen, const QColor& color)
 {
     QPolygonF triangle = isOpen ? QPolygonF{QPointF(-3.5, -2), QPointF(3.5, -2), QPointF(0, 2.5)}
@@ -129,6 +76,11 @@ void paintDisclosure(QPainter& painter, QPointF center, bool isOpen, const QColo
     painter.setBrush(color);
     painter.drawPolygon(triangle.translated(center));
     painter.restore();
+}
+
+QString plainToolTip(const QString& text)
+{
+    return u"<p style='white-space:pre-wrap'>%1</p>"_s.arg(text.toHtmlEscaped());
 }
 
 } // namespace plovik

@@ -28,13 +28,10 @@ int textWidth(const QString& text, const QFont& font);
 int paintPill(QPainter& painter, const QRect& area, const QString& text);
 int pillWidth(const QString& text);
 
-/// The lettered, tinted square that says what happened to a file. `code` is git's letter.
-void paintStatusChip(QPainter& painter, const QRect& chip, char code);
-QColor statusColor(char code);
-/// The letter in words, for tooltips and assistive technology.
-QString statusDescription(char code);
-
 /// The triangle of a row that opens.
 void paintDisclosure(QPainter& painter, QPointF center, bool isOpen, const QColor& color);
+
+/// Returns a tooltip that shows `text` as plain text, with its line breaks.
+QString plainToolTip(const QString& text);
 
 } // namespace plovik

@@ -2,6 +2,7 @@
 #include "app/ui/widgets/Theme.h"
 
 #include "app/ui/widgets/Style.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -206,6 +207,7 @@ void Theme::apply(const Theme& theme, QApplication& application)
     if (isFirst)
         application.setStyle(new Style);
     application.setPalette(paletteOf(*inForce));
+    tellThemeFollowers();
 }
 
 QFont Theme::font(double pointsMore, QFont::Weight weight)

@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/window/ActivityView.h"
 
-#include "app/ui/history/RowText.h"
 #include "app/ui/widgets/BarButton.h"
+#include "app/ui/widgets/ElidedLabel.h"
 #include "app/ui/widgets/Spinner.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
-#include <QEvent>
 #include <QFontMetrics>
 #include <QHBoxLayout>
-#include <QHelpEvent>
-#include <QPainter>
 #include <QTimerEvent>
-#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -38,43 +34,18 @@ QString shownDuration(std::chrono::seconds duration)
     return u"%1:%2:%3"_s.arg(count / 3600).arg(two(count / 60 % 60), two(count % 60));
 }
 
-ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
-
-void ElidedLabel::reserve(int width)
-{
-    reserved_ = width;
-    updateGeometry();
-}
-
-QSize ElidedLabel::sizeHint() const { return QLabel::sizeHint().expandedTo({reserved_, 0}); }
-
-QSize ElidedLabel::minimumSizeHint() const { return {0, QLabel::minimumSizeHint().height()}; }
-
-void ElidedLabel::paintEvent(QPaintEvent*)
-{
-    QPainter painter(this);
-    painter.setPen(palette().color(QPalette::WindowText));
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
-    painter.drawText(rect(), static_cast<int>(alignment()) | Qt::TextSingleLine, shown);
-}
-
-bool ElidedLabel::event(QEvent* event)
-{
-    if (event->type() != QEvent::ToolTip)
-        return QLabel::event(event);
-    if (fontMetrics().horizontalAdvance(text()) > width())
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(text()), this);
-    return true;
-}
-
 ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     : QWidget(parent), store_(store), clock_(std::move(clock)), spinner_(new Spinner(this)),
       activity_(new ElidedLabel(this)), elapsed_(new QLabel(this)), progress_(new ElidedLabel(this)),
       cancel_(new BarButton(u"Cancel"_s, this))
 {
+    for (QLabel* label : {static_cast<QLabel*>(activity_), elapsed_, static_cast<QLabel*>(progress_)})
+        label->setForegroundRole(QPalette::PlaceholderText);
+    followFont(*progress_, -1.5);
     activity_->setAccessibleName(u"Activity"_s);
     elapsed_->setAccessibleName(u"Elapsed Time"_s);
     elapsed_->setTextFormat(Qt::PlainText);
+    elapsed_->setMinimumWidth(elapsed_->fontMetrics().horizontalAdvance(u"00:00"_s));
     progress_->setAccessibleName(u"Progress"_s);
     cancel_->setToolTip(u"Cancel (Ctrl+.)"_s);
     connect(cancel_, &BarButton::clicked, this, [this] { store_.cancelActivity(); });
@@ -101,7 +72,6 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     notifiers_.push_back(store.lookup.addNotifier([this] { activityChanged(); }));
     notifiers_.push_back(store.isCancelling.addNotifier([this] { activityChanged(); }));
     notifiers_.push_back(store.progress.addNotifier([this] { progressChanged(); }));
-    applyTheme();
     activityChanged();
     progressChanged();
 }
@@ -160,23 +130,6 @@ void ActivityView::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() == timer_.timerId())
         showElapsed();
-}
-
-void ActivityView::applyTheme()
-{
-    QPalette quiet;
-    quiet.setColor(QPalette::WindowText, Theme::current().secondaryText);
-    for (QLabel* label : {static_cast<QLabel*>(activity_), elapsed_, static_cast<QLabel*>(progress_)})
-        label->setPalette(quiet);
-    progress_->setFont(Theme::font(-1.5));
-    elapsed_->setMinimumWidth(elapsed_->fontMetrics().horizontalAdvance(u"00:00"_s));
-}
-
-void ActivityView::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
 }
 
 } // namespace plovik

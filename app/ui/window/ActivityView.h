@@ -4,7 +4,6 @@
 #include "app/store/RepositoryStore.h"
 
 #include <QBasicTimer>
-#include <QLabel>
 #include <QProperty>
 #include <QWidget>
 
@@ -12,31 +11,13 @@
 #include <functional>
 #include <vector>
 
+class QLabel;
+
 namespace plovik {
 
 class BarButton;
+class ElidedLabel;
 class Spinner;
-
-/// A line of plain text that is cut with "…" where it does not fit; cut text is in the tool tip.
-class ElidedLabel : public QLabel {
-    Q_OBJECT
-
-public:
-    explicit ElidedLabel(QWidget* parent);
-
-    /// Wants no less room than this, whatever the text.
-    void reserve(int width);
-
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
-    bool event(QEvent* event) override;
-
-private:
-    int reserved_ = 0;
-};
 
 /// What is going on: the running action, for how long once that is longer than a moment, how far git says it has come,
 /// and the button that ends it. Ticks only while an action runs. Main thread.
@@ -56,13 +37,11 @@ public:
     QSize sizeHint() const override;
 
 protected:
-    void changeEvent(QEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
 
 private:
     void activityChanged();
     void progressChanged();
-    void applyTheme();
 
     RepositoryStore& store_;
     Clock clock_;

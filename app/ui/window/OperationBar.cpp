@@ -3,11 +3,10 @@
 
 #include "app/store/ShownText.h"
 #include "app/ui/widgets/RowPainting.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 #include "app/ui/window/OperationText.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -35,7 +34,7 @@ protected:
     {
         Q_UNUSED(event)
         QPainter painter(this);
-        paintText(painter, rect(), text(), font(), palette().color(QPalette::WindowText));
+        paintText(painter, rect(), text(), font(), palette().color(foregroundRole()));
     }
 };
 
@@ -67,6 +66,9 @@ OperationBar::OperationBar(RepositoryStore& store, QWidget* parent)
     showFound_->setToolTip(u"Show it in the history"_s);
     reset_->setToolTip(u"End the bisect and check out what was checked out before"_s);
     conflicts_->setTextFormat(Qt::PlainText);
+    followFont(*title_, 0, QFont::DemiBold);
+    followColor(*detail_, QPalette::WindowText, &Theme::hunkHeaderText);
+    followColor(*conflicts_, QPalette::WindowText, &Theme::statusConflicted);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(12 + markWidth, 5, 8, 6);
     row->setSpacing(8);
@@ -78,7 +80,6 @@ OperationBar::OperationBar(RepositoryStore& store, QWidget* parent)
     for (QPushButton* button : {continue_, good_, bad_, skip_, showFound_, abort_, reset_})
         row->addWidget(button);
     observeStore();
-    applyTheme();
     showOperation();
 }
 
@@ -88,6 +89,7 @@ QPushButton* OperationBar::makeButton(const QString& title, void (OperationBar::
     button->setAccessibleName(title);
     button->setProperty("compact", true);
     button->setFocusPolicy(Qt::TabFocus);
+    followFont(*button, -0.75);
     connect(button, &QPushButton::clicked, this, act);
     return button;
 }
@@ -192,31 +194,6 @@ void OperationBar::paintEvent(QPaintEvent* event)
     painter.fillRect(rect(), theme.hunkHeader);
     painter.fillRect(QRect(0, 0, markWidth, height()), theme.accent);
     painter.fillRect(QRect(0, height() - 1, width(), 1), theme.separator);
-}
-
-void OperationBar::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
-        applyTheme();
-}
-
-void OperationBar::applyTheme()
-{
-    const Theme& theme = Theme::current();
-    const auto color = [](QLabel& label, const QColor& text) {
-        QPalette palette;
-        palette.setColor(QPalette::WindowText, text);
-        label.setPalette(palette);
-    };
-    color(*title_, theme.text);
-    color(*detail_, theme.hunkHeaderText);
-    color(*conflicts_, theme.statusConflicted);
-    title_->setFont(Theme::font(0, QFont::DemiBold));
-    for (QLabel* label : {detail_, conflicts_})
-        label->setFont(Theme::font());
-    for (QPushButton* button : {continue_, good_, bad_, skip_, showFound_, abort_, reset_})
-        button->setFont(Theme::font(-0.75));
 }
 
 } // namespace plovik

@@ -26,7 +26,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     QPushButton* makeButton(const QString& title, void (OperationBar::*act)());
@@ -35,7 +34,6 @@ private:
     void showButtons(const gitkit::OperationInProgress& now);
     void activityChanged();
     QString whyNotContinue() const;
-    void applyTheme();
 
     void proceed() { store_.continueOperation(); }
     void skip();

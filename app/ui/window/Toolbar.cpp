@@ -3,10 +3,9 @@
 
 #include "app/store/ShownText.h"
 #include "app/ui/widgets/BarButton.h"
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 #include "app/ui/window/ActivityView.h"
 
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -35,6 +34,8 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
     setMinimumHeight(toolbarHeight);
     project_->setText(shownText(store.root().filename().native()));
     project_->setToolTip(shownText(store.root().native()));
+    followFont(*project_, 0, QFont::Bold);
+    branch_->setForegroundRole(QPalette::PlaceholderText);
     // A long branch name gives way to the buttons.
     branch_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     branch_->setMinimumWidth(24);
@@ -51,7 +52,6 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
 
     notifiers_.push_back(store.status.addNotifier([this] { statusChanged(); }));
     notifiers_.push_back(store.activity.addNotifier([this] { updateButtons(); }));
-    applyTheme();
     statusChanged();
 }
 
@@ -97,21 +97,6 @@ void Toolbar::statusChanged()
     pull_->setBadge(status.behind > 0 ? u"↓%1"_s.arg(status.behind) : QString());
     push_->setBadge(status.ahead > 0 ? u"↑%1"_s.arg(status.ahead) : QString());
     updateButtons();
-}
-
-void Toolbar::applyTheme()
-{
-    project_->setFont(Theme::font(0, QFont::Bold));
-    QPalette quiet;
-    quiet.setColor(QPalette::WindowText, Theme::current().secondaryText);
-    branch_->setPalette(quiet);
-}
-
-void Toolbar::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        applyTheme();
 }
 
 void Toolbar::paintEvent(QPaintEvent* event)

@@ -33,11 +33,9 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
     void makeButtons(QHBoxLayout& row);
-    void applyTheme();
     void statusChanged();
     void updateButtons();
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/ChangedFileDelegate.h"
 
+#include "app/ui/commit/StatusChip.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Style.h"
 #include "app/ui/widgets/Theme.h"

@@ -2,6 +2,7 @@
 #include "app/ui/workingcopy/ChangedFilesModel.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/commit/StatusChip.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/StagingBar.h"
 
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -30,6 +30,10 @@ StagingBar::StagingBar(RepositoryStore& store, QWidget* parent)
       unstageAll_(makeButton(u"Unstage All"_s, this)), count_(new QLabel(this))
 {
     count_->setTextFormat(Qt::PlainText);
+    count_->setForegroundRole(QPalette::PlaceholderText);
+    for (QWidget* widget :
+         {static_cast<QWidget*>(stageAll_), static_cast<QWidget*>(unstageAll_), static_cast<QWidget*>(count_)})
+        followFont(*widget, -0.75);
     count_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     count_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* row = new QHBoxLayout(this);
@@ -42,7 +46,6 @@ StagingBar::StagingBar(RepositoryStore& store, QWidget* parent)
     connect(unstageAll_, &QPushButton::clicked, this, [this] { store_.unstageAll(); });
     notifiers_.push_back(store.status.addNotifier([this] { showCounts(); }));
     notifiers_.push_back(store.stagingGeneration.addNotifier([this] { showCounts(); }));
-    applyTheme();
     showCounts();
 }
 
@@ -59,25 +62,6 @@ void StagingBar::showCounts()
     stageAll_->setEnabled(whole < files.size());
     unstageAll_->setEnabled(touched > 0);
     count_->setText(files.empty() ? QString() : u"%L1 of %L2 staged"_s.arg(touched).arg(files.size()));
-}
-
-void StagingBar::changeEvent(QEvent* event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
-        applyTheme();
-}
-
-void StagingBar::applyTheme()
-{
-    const QFont small = Theme::font(-0.75);
-    QPalette quiet;
-    for (const auto role : {QPalette::WindowText, QPalette::Text})
-        quiet.setColor(role, Theme::current().secondaryText);
-    count_->setPalette(quiet);
-    for (QWidget* widget :
-         {static_cast<QWidget*>(stageAll_), static_cast<QWidget*>(unstageAll_), static_cast<QWidget*>(count_)})
-        widget->setFont(small);
 }
 
 } // namespace plovik

@@ -21,12 +21,8 @@ public:
     /// `store` outlives the bar.
     explicit StagingBar(RepositoryStore& store, QWidget* parent = nullptr);
 
-protected:
-    void changeEvent(QEvent* event) override;
-
 private:
     void showCounts();
-    void applyTheme();
 
     RepositoryStore& store_;
     QPushButton* stageAll_;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/SubjectField.h"
 
-#include "app/ui/widgets/Theme.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QClipboard>
 #include <QEvent>
@@ -36,6 +36,7 @@ SubjectField::SubjectField(QWidget* parent) : QLineEdit(parent), length_(new QLa
     setPlaceholderText(u"Subject"_s);
     setMinimumHeight(32);
     length_->setAccessibleName(u"Subject Length"_s);
+    length_->setForegroundRole(QPalette::WindowText);
     length_->setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(this, &QLineEdit::textChanged, this, &SubjectField::showLength);
     connect(this, &QLineEdit::textEdited, this, &SubjectField::takeOutLines);
@@ -92,14 +93,12 @@ void SubjectField::showLength()
 {
     const qsizetype length = text().toUcs4().size();
     length_->setText(length > 0 ? QString::number(length) : QString());
-    const Theme& theme = Theme::current();
     const bool isTooLong = length > longestLength;
-    const QColor color = isTooLong ? theme.statusModified : length > quietLength ? theme.text : theme.secondaryText;
-    QPalette palette;
-    for (const auto role : {QPalette::WindowText, QPalette::Text})
-        palette.setColor(role, color);
-    length_->setPalette(palette);
-    length_->setFont(Theme::font(-1, isTooLong ? QFont::Bold : QFont::Normal));
+    followColor(*length_, QPalette::WindowText,
+                isTooLong              ? &Theme::statusModified
+                : length > quietLength ? &Theme::text
+                                       : &Theme::secondaryText);
+    followFont(*length_, -1, isTooLong ? QFont::Bold : QFont::Normal);
     const QString tooLong = u"Longer than 72 characters: many places cut such a subject short."_s;
     setToolTip(isTooLong ? tooLong : QString());
     setAccessibleDescription(
@@ -127,13 +126,6 @@ void SubjectField::resizeEvent(QResizeEvent* event)
 {
     QLineEdit::resizeEvent(event);
     placeLength();
-}
-
-void SubjectField::changeEvent(QEvent* event)
-{
-    QLineEdit::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange)
-        showLength();
 }
 
 } // namespace plovik

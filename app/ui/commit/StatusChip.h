@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class QPainter;
+class QRect;
+
+/// What happened to a file, as git's letter says. Main thread.
+namespace plovik {
+
+/// Draws the letter in a tinted square.
+void paintStatusChip(QPainter& painter, const QRect& chip, char code);
+/// Returns the letter in words, for tooltips and assistive technology.
+QString statusDescription(char code);
+
+} // namespace plovik
