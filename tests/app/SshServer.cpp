@@ -40,6 +40,10 @@ SshServer::SshServer(const QString& passphrase)
         missing_ = u"sshd is not installed"_s;
         return;
     }
+    if (::getpwuid(::getuid()) == nullptr) {
+        missing_ = u"the user of the tests has no account that sshd could sign in"_s;
+        return;
+    }
     // An sshd of root's steps down into this folder, which whoever starts the system's makes.
     if (::geteuid() == 0)
         ::mkdir("/run/sshd", 0755);

@@ -171,7 +171,8 @@ TEST_F(Updates, OffersANewerVersionWithItsNotesAndPage)
     EXPECT_EQ(named<QPlainTextEdit>(*dialog, u"Release Notes"_s)->toPlainText(), u"Calmer."_s);
     // Whose program it is and which, stays here.
     ASSERT_EQ(server.requests.size(), 2);
-    EXPECT_TRUE(server.requests.last().contains("User-Agent: Plovik\r\n")) << server.requests.last().constData();
+    EXPECT_TRUE(server.requests.last().toLower().contains("\r\nuser-agent: plovik\r\n"))
+        << server.requests.last().constData();
 
     Browser browser;
     auto* const open = named<QPushButton>(*dialog, u"Open Release Page"_s);
