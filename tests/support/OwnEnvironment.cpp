@@ -37,8 +37,8 @@ constexpr std::array letThrough{"PATH",
                                 "PLOVIK_SEED",
                                 "PLOVIK_TEST_GIT"};
 
-// The core files of DejaVu alone, wherever the system keeps its fonts and whatever else it has. Folders have to pass the
-// globs too, so only names with a dot are rejected.
+// The core files of DejaVu alone, wherever the system keeps its fonts and whatever else it has. Folders have to pass
+// the globs too, so only names with a dot are rejected.
 constexpr std::string_view fonts = R"(<?xml version="1.0"?>
 <!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
 <fontconfig>
