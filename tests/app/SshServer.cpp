@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/app/SshServer.h"
+#include "tests/support/OwnEnvironment.h"
 
 #include <QStandardPaths>
 #include <QTcpServer>
@@ -40,7 +41,7 @@ SshServer::SshServer(const QString& passphrase)
         missing_ = u"sshd is not installed"_s;
         return;
     }
-    if (::getpwuid(::getuid()) == nullptr) {
+    if (!userHasAccount()) {
         missing_ = u"the user of the tests has no account that sshd could sign in"_s;
         return;
     }

@@ -2,6 +2,7 @@
 #include "app/platform/FileUri.h"
 #include "app/services/instance/SingleInstance.h"
 #include "tests/app/EventWait.h"
+#include "tests/support/OwnEnvironment.h"
 
 #include <QDeadlineTimer>
 #include <QProcess>
@@ -32,6 +33,8 @@ protected:
     {
         if (GetParam() == Over::Socket)
             return;
+        if (!userHasAccount())
+            GTEST_SKIP() << "dbus-daemon serves nobody without an account";
         bus_.start(u"dbus-daemon"_s, {u"--session"_s, u"--print-address"_s, u"--nofork"_s});
         ASSERT_TRUE(waitUntil([this] { return bus_.canReadLine(); }));
         qputenv("DBUS_SESSION_BUS_ADDRESS", bus_.readLine().trimmed());

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <pwd.h>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -184,6 +185,8 @@ void resetProcess(const fs::path& folder)
 }
 
 } // namespace
+
+bool userHasAccount() { return ::getpwuid(::getuid()) != nullptr; }
 
 OwnEnvironment::OwnEnvironment(char** arguments)
 {

@@ -22,3 +22,6 @@ public:
 private:
     std::filesystem::path folder_;
 };
+
+/// Returns whether the machine knows the user of this process by name. Neither dbus-daemon nor sshd serves another.
+bool userHasAccount();
