@@ -4,14 +4,13 @@
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace plovik {
 
-/// The "file" URI of an absolute path: every byte that is not plain is percent-encoded, so that it holds any name.
+/// Returns the "file" URI of an absolute path, whose bytes need not be UTF-8; empty for a path that is not absolute.
 std::string fileUri(const std::filesystem::path& path);
 
-/// The path that a "file" URI names on this machine, byte for byte; none for anything else.
-std::optional<std::filesystem::path> pathOfFileUri(std::string_view uri);
+/// Returns the path that a "file" URI names on this machine, byte for byte; nullopt for anything else.
+std::optional<std::filesystem::path> pathOfFileUri(const std::string& uri);
 
 } // namespace plovik
