@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/LaunchOptions.h"
 
+#include <QCommandLineParser>
+
 #include <charconv>
 #include <string_view>
+
+using namespace Qt::StringLiterals;
 
 namespace plovik {
 
 namespace {
 
+// The parser writes a help by itself only where there is an application, which --help does not wait for.
 constexpr std::string_view usage =
     R"(Usage: plovik-app [options] [FOLDER...]
 
@@ -22,6 +27,14 @@ Opens each FOLDER's repository in a window of its own.
   --help              print this and quit
   --version           print the version and quit
 )";
+
+// Names of files are bytes. As Latin-1 they pass through the parser unharmed.
+QString parserText(std::string_view bytes)
+{
+    return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+std::string bytesOf(const QString& parserText) { return parserText.toLatin1().toStdString(); }
 
 std::optional<SidebarItem> sectionNamed(std::string_view name)
 {
@@ -41,7 +54,36 @@ LaunchWindow windowNamed(std::string_view name)
     return name == "settings" ? LaunchWindow::settings : LaunchWindow::fitting;
 }
 
-QString textOf(std::string_view value) { return QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size())); }
+bool takeShow(LaunchOptions& options, std::string_view value)
+{
+    const std::size_t equals = value.find('=');
+    options.show = sectionNamed(value);
+    options.window = windowNamed(value.substr(0, equals));
+    if (options.window == LaunchWindow::settings && equals != std::string_view::npos)
+        options.settingsTab = QString::fromUtf8(value.substr(equals + 1));
+    return options.show || options.window != LaunchWindow::fitting;
+}
+
+bool takeAppearance(LaunchOptions& options, std::string_view value)
+{
+    const QString wanted = QString::fromUtf8(value);
+    options.appearance = appearanceNamed(wanted);
+    return rawValue(*options.appearance) == wanted;
+}
+
+bool takeAction(LaunchOptions& options, std::string_view value)
+{
+    options.action = value;
+    return value == launchActions::openRepository || value == launchActions::recentRepository;
+}
+
+bool takeScreenshot(LaunchOptions& options, std::string_view value)
+{
+    if (value.empty())
+        return false;
+    options.screenshot = std::filesystem::absolute(value);
+    return true;
+}
 
 std::optional<int> number(std::string_view text)
 {
@@ -52,51 +94,26 @@ std::optional<int> number(std::string_view text)
     return value;
 }
 
-std::optional<QSize> sizeNamed(std::string_view text)
+bool takeSize(LaunchOptions& options, std::string_view value)
 {
-    const std::size_t cross = text.find('x');
+    const std::size_t cross = value.find('x');
     if (cross == std::string_view::npos)
-        return std::nullopt;
-    const auto width = number(text.substr(0, cross));
-    const auto height = number(text.substr(cross + 1));
-    if (!width || !height)
-        return std::nullopt;
-    return QSize(*width, *height);
+        return false;
+    const auto width = number(value.substr(0, cross));
+    const auto height = number(value.substr(cross + 1));
+    options.size = QSize(width.value_or(0), height.value_or(0));
+    return width && height;
 }
 
-/// Takes one option's value in; false when it makes no sense.
-bool takeValue(LaunchOptions& options, std::string_view name, std::string_view value)
-{
-    if (name == "--show") {
-        options.show = sectionNamed(value);
-        options.window = windowNamed(value.substr(0, value.find('=')));
-        if (options.window == LaunchWindow::settings && value.find('=') != std::string_view::npos)
-            options.settingsTab = textOf(value.substr(value.find('=') + 1));
-        return options.show || options.window != LaunchWindow::fitting;
-    }
-    if (name == "--appearance") {
-        const QString wanted = textOf(value);
-        options.appearance = appearanceNamed(wanted);
-        return rawValue(*options.appearance) == wanted;
-    }
-    if (name == "--action") {
-        options.action = value;
-        return value == launchActions::openRepository || value == launchActions::recentRepository;
-    }
-    if (name == "--screenshot") {
-        options.screenshot = std::filesystem::absolute(value);
-        return !value.empty();
-    }
-    const std::optional<QSize> size = sizeNamed(value);
-    options.size = size.value_or(QSize());
-    return size.has_value();
-}
+struct Option {
+    QString name;
+    bool (*take)(LaunchOptions& options, std::string_view value); ///< returns false for a value that makes no sense
+};
 
-bool takesValue(std::string_view name)
-{
-    return name == "--show" || name == "--appearance" || name == "--action" || name == "--screenshot" ||
-           name == "--size";
-}
+const Option valueOptions[] = {
+    {u"show"_s, &takeShow}, {u"appearance"_s, &takeAppearance}, {u"screenshot"_s, &takeScreenshot},
+    {u"size"_s, &takeSize}, {u"action"_s, &takeAction},
+};
 
 LaunchAnswer misunderstood(const std::string& why)
 {
@@ -107,24 +124,28 @@ LaunchAnswer misunderstood(const std::string& why)
 
 std::variant<LaunchOptions, LaunchAnswer> parseLaunchOptions(std::span<char* const> arguments)
 {
+    QCommandLineParser parser;
+    parser.addOptions({{u"help"_s, {}}, {u"version"_s, {}}});
+    for (const Option& each : valueOptions)
+        parser.addOption({each.name, {}, u"value"_s});
+    QStringList texts{u"plovik-app"_s};
+    for (const char* const argument : arguments)
+        texts.append(parserText(argument));
+
+    if (!parser.parse(texts))
+        return misunderstood(bytesOf(parser.errorText()));
+    if (parser.isSet(u"help"_s))
+        return LaunchAnswer{std::string(usage), 0};
+    if (parser.isSet(u"version"_s))
+        return LaunchAnswer{"Plovik " PLOVIK_VERSION "\n", 0};
     LaunchOptions options;
-    bool onlyFolders = false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string_view argument = arguments[i];
-        if (onlyFolders || !argument.starts_with("-")) {
-            options.folders.push_back(std::filesystem::absolute(argument).lexically_normal());
-        } else if (argument == "--") {
-            onlyFolders = true;
-        } else if (argument == "--help") {
-            return LaunchAnswer{std::string(usage), 0};
-        } else if (argument == "--version") {
-            return LaunchAnswer{"Plovik " PLOVIK_VERSION "\n", 0};
-        } else if (!takesValue(argument)) {
-            return misunderstood("unknown option '" + std::string(argument) + "'");
-        } else if (i + 1 == arguments.size() || !takeValue(options, argument, arguments[++i])) {
-            return misunderstood("'" + std::string(argument) + "' needs a value that makes sense");
-        }
+    for (const Option& each : valueOptions) {
+        if (parser.isSet(each.name) && !each.take(options, bytesOf(parser.value(each.name))))
+            return misunderstood("'--" + each.name.toStdString() + "' needs a value that makes sense");
     }
+    for (const QString& folder : parser.positionalArguments())
+        options.folders.push_back(
+            std::filesystem::absolute(folder.isEmpty() ? "." : bytesOf(folder)).lexically_normal());
     return options;
 }
 
