@@ -47,7 +47,7 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
     } else {
         setWindowIcon();
     }
-    delegate.setNotice(QString::fromStdString(instance.problem()));
+    delegate.setNotice(instance.problem());
     if (screenshot.empty()) {
         instance.listen({.open = [&delegate](const auto& folders) { delegate.open(folders); },
                          .activate = [&delegate] { delegate.reopen(); },

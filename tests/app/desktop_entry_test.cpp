@@ -61,8 +61,63 @@ TEST(DesktopEntry, StartsTheApplicationWithWhatItUnderstands)
     }
 }
 
-/// A session whose bus knows the installed service, with the application as it was built here.
-class BusActivation : public testing::Test {
+/// A session of its own, in which the application runs as it was built here.
+class Session : public testing::Test {
+protected:
+    QProcessEnvironment environment() const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_DATA_DIRS"_s, session_.filePath(u"share"_s));
+        environment.insert(u"XDG_DATA_HOME"_s, session_.filePath(u"data"_s));
+        environment.insert(u"XDG_CONFIG_HOME"_s, session_.filePath(u"config"_s));
+        environment.insert(u"XDG_RUNTIME_DIR"_s, session_.path());
+        environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+        environment.remove(u"DBUS_SESSION_BUS_ADDRESS"_s);
+        return environment;
+    }
+
+    /// The stored list of repositories, the latest first, as the settings file has it.
+    QString recent() const
+    {
+        QFile file(session_.filePath(u"config/Plovik/Plovik.ini"_s));
+        const QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        return valuesOf(u"recentRepositories"_s, text).value(0);
+    }
+
+    bool opened(const TestRepository& repository)
+    {
+        QTimer wakes;
+        wakes.start(std::chrono::milliseconds(20));
+        const QString path = QString::fromStdString(repository.path().string());
+        return waitUntil([&] { return recent().startsWith(path); }, std::chrono::seconds(60));
+    }
+
+    QTemporaryDir session_;
+};
+
+TEST_F(Session, WithoutABusLaterLaunchesOpenInTheFirstProcess)
+{
+    const TestRepository one;
+    const TestRepository other;
+    QProcess first;
+    QProcess second;
+    const auto launch = [this](QProcess& process, const TestRepository& repository) {
+        process.setProcessEnvironment(environment());
+        process.start(QStringLiteral(PLOVIK_APPLICATION), {QString::fromStdString(repository.path().string())});
+    };
+    launch(first, one);
+    EXPECT_TRUE(opened(one)) << recent().toStdString();
+    launch(second, other);
+    EXPECT_TRUE(opened(other)) << recent().toStdString();
+    EXPECT_TRUE(waitUntil([&] { return second.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_EQ(first.state(), QProcess::Running);
+    first.kill();
+    first.waitForFinished();
+}
+
+/// A session whose bus knows the installed service.
+class BusActivation : public Session {
 protected:
     void SetUp() override
     {
@@ -77,13 +132,7 @@ protected:
         file.write(service.toUtf8());
         file.close();
 
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"XDG_DATA_DIRS"_s, session_.filePath(u"share"_s));
-        environment.insert(u"XDG_DATA_HOME"_s, session_.filePath(u"data"_s));
-        environment.insert(u"XDG_CONFIG_HOME"_s, session_.filePath(u"config"_s));
-        environment.insert(u"XDG_RUNTIME_DIR"_s, session_.path());
-        environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
-        daemon_.setProcessEnvironment(environment);
+        daemon_.setProcessEnvironment(environment());
         daemon_.start(u"dbus-daemon"_s, {u"--session"_s, u"--print-address"_s, u"--nofork"_s});
         ASSERT_TRUE(waitUntil([this] { return daemon_.canReadLine(); }));
         bus_ = QDBusConnection::connectToBus(QString::fromUtf8(daemon_.readLine().trimmed()), u"activation"_s);
@@ -110,24 +159,7 @@ protected:
         return bus_.call(message, QDBus::BlockWithGui, 60'000).errorMessage();
     }
 
-    /// The stored list of repositories, the latest first, as the settings file has it.
-    QString recent() const
-    {
-        QFile file(session_.filePath(u"config/Plovik/Plovik.ini"_s));
-        const QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-        return valuesOf(u"recentRepositories"_s, text).value(0);
-    }
-
-    bool opened(const TestRepository& repository)
-    {
-        QTimer wakes;
-        wakes.start(std::chrono::milliseconds(20));
-        const QString path = QString::fromStdString(repository.path().string());
-        return waitUntil([&] { return recent().startsWith(path); }, std::chrono::seconds(60));
-    }
-
     const QString service_ = u"app.plovik.Plovik"_s;
-    QTemporaryDir session_;
     QProcess daemon_;
     QDBusConnection bus_{QString()};
 };

@@ -24,14 +24,14 @@ using namespace Qt::StringLiterals;
 using test::waitUntil;
 using Folders = std::vector<std::filesystem::path>;
 
-enum class Over { Bus, Socket };
+enum class Over { bus, socket };
 
 /// A session of its own, with or without a bus.
 class SingleInstanceTest : public testing::TestWithParam<Over> {
 protected:
     void SetUp() override
     {
-        if (GetParam() == Over::Socket)
+        if (GetParam() == Over::socket)
             return;
         if (!userHasAccount())
             GTEST_SKIP() << "dbus-daemon serves nobody without an account";
@@ -51,7 +51,7 @@ protected:
 
     std::unique_ptr<LaunchMeeting> meeting() const
     {
-        return GetParam() == Over::Bus ? meetingOnBus() : meetingOnSocket(runtimeFolder());
+        return GetParam() == Over::bus ? meetingOnBus() : meetingOnSocket(runtimeFolder());
     }
 
     SingleInstance instance() const
@@ -88,7 +88,7 @@ TEST_P(SingleInstanceTest, LaterLaunchesHandOverFoldersOfAnyNameAndTheirActivati
 {
     SingleInstance first = instance();
     ASSERT_FALSE(first.handOver({"/tmp"}));
-    EXPECT_EQ(first.problem(), "");
+    EXPECT_EQ(first.problem(), QString());
 
     Folders opened;
     QByteArray token;
@@ -128,7 +128,7 @@ TEST_P(SingleInstanceTest, RunningApplicationThatHangsDelaysALaunchOnlyShortly)
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_FALSE(second.handOver({"/tmp"}, 200ms));
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
-    EXPECT_NE(second.problem(), "");
+    EXPECT_NE(second.problem(), QString());
 
     // What it was handed it opens when it comes round, even before it listened.
     int opened = 0;
@@ -147,8 +147,8 @@ TEST_P(SingleInstanceTest, OfManyLaunchesAtOnceOneIsFirstAndItsEndMakesRoom)
         threads.push_back(onThread([&] {
             const auto one = meeting();
             const auto claim = one->claim([](const LaunchRequest&) {});
-            first += claim == LaunchMeeting::Claim::First;
-            taken += claim == LaunchMeeting::Claim::Taken;
+            first += claim == LaunchMeeting::Claim::first;
+            taken += claim == LaunchMeeting::Claim::taken;
             allClaimed.arrive_and_wait();
         }));
     }
@@ -160,14 +160,14 @@ TEST_P(SingleInstanceTest, OfManyLaunchesAtOnceOneIsFirstAndItsEndMakesRoom)
     // As a crash leaves it behind.
     std::ofstream(runtimeFolder() / "app.plovik.Plovik.socket") << "stale";
     // The bus hears of the end in its own time.
-    auto claim = LaunchMeeting::Claim::Taken;
-    for (const QDeadlineTimer deadline(5s); claim == LaunchMeeting::Claim::Taken && !deadline.hasExpired();)
+    auto claim = LaunchMeeting::Claim::taken;
+    for (const QDeadlineTimer deadline(5s); claim == LaunchMeeting::Claim::taken && !deadline.hasExpired();)
         claim = meeting()->claim([](const LaunchRequest&) {});
-    EXPECT_EQ(claim, LaunchMeeting::Claim::First);
+    EXPECT_EQ(claim, LaunchMeeting::Claim::first);
 }
 
-INSTANTIATE_TEST_SUITE_P(Session, SingleInstanceTest, testing::Values(Over::Bus, Over::Socket),
-                         [](const auto& info) { return info.param == Over::Bus ? "withBus" : "withoutBus"; });
+INSTANTIATE_TEST_SUITE_P(Session, SingleInstanceTest, testing::Values(Over::bus, Over::socket),
+                         [](const auto& info) { return info.param == Over::bus ? "withBus" : "withoutBus"; });
 
 TEST(FileUri, RefusesWhatIsNoFileHere)
 {

@@ -17,13 +17,13 @@ namespace plovik {
 
 namespace {
 
-constexpr auto kService = "app.plovik.Plovik"_L1;
-constexpr auto kObject = "/app/plovik/Plovik"_L1;
-constexpr auto kInterface = "org.freedesktop.Application"_L1;
-constexpr auto kToken = "activation-token"_L1;
-constexpr auto kStartupId = "desktop-startup-id"_L1;
+constexpr auto serviceName = "app.plovik.Plovik"_L1;
+constexpr auto objectPath = "/app/plovik/Plovik"_L1;
+constexpr auto interfaceName = "org.freedesktop.Application"_L1;
+constexpr auto tokenKey = "activation-token"_L1;
+constexpr auto startupIdKey = "desktop-startup-id"_L1;
 
-/// What the running application answers on the bus.
+/// The running application as others see it on the bus.
 class ApplicationAdaptor : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -34,12 +34,12 @@ public:
     {}
 
 public Q_SLOTS:
-    // The names that the interface gives them on the bus.
+    // The interface defines these names.
     void Activate(const QVariantMap& platformData) { receive({}, platformData); }
 
     void Open(const QStringList& uris, const QVariantMap& platformData)
     {
-        LaunchRequest request{.kind = LaunchRequest::Kind::Open};
+        LaunchRequest request{.kind = LaunchRequest::Kind::open};
         for (const QString& uri : uris) {
             if (auto path = pathOfFileUri(uri.toStdString()))
                 request.folders.push_back(std::move(*path));
@@ -49,22 +49,22 @@ public Q_SLOTS:
 
     void ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData)
     {
-        receive({.kind = LaunchRequest::Kind::Action, .action = name.toStdString()}, platformData);
+        receive({.kind = LaunchRequest::Kind::action, .action = name.toStdString()}, platformData);
     }
 
 private:
     void receive(LaunchRequest request, const QVariantMap& platformData)
     {
-        request.activationToken = platformData.value(kToken).toString().toStdString();
-        request.startupId = platformData.value(kStartupId).toString().toStdString();
+        request.activationToken = platformData.value(tokenKey).toString().toStdString();
+        request.startupId = platformData.value(startupIdKey).toString().toStdString();
         received_(std::move(request));
     }
 
     std::function<void(LaunchRequest)> received_;
 };
 
-/// Where the session's bus is; empty when there is none. Left to look for itself, the bus library starts one on some
-/// systems.
+/// Returns the address of the session's bus; empty when there is none. The bus library's own search would start a bus
+/// on some systems.
 QString sessionBus()
 {
     QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
@@ -77,11 +77,11 @@ QString sessionBus()
 QLatin1String methodFor(LaunchRequest::Kind kind)
 {
     switch (kind) {
-    case LaunchRequest::Kind::Open:
+    case LaunchRequest::Kind::open:
         return "Open"_L1;
-    case LaunchRequest::Kind::Action:
+    case LaunchRequest::Kind::action:
         return "ActivateAction"_L1;
-    case LaunchRequest::Kind::Activate:
+    case LaunchRequest::Kind::activate:
         break;
     }
     return "Activate"_L1;
@@ -99,39 +99,39 @@ public:
     {
         const QString address = sessionBus();
         if (address.isEmpty())
-            return Claim::Unavailable;
-        // A connection of its own, so that the name goes with this object.
+            return Claim::unavailable;
+        // With a connection of its own, the name is released together with this object.
         connection_ = QDBusConnection::connectToBus(
             address, u"single-instance-%1"_s.arg(reinterpret_cast<quintptr>(this), 0, 16));
         if (!connection_.isConnected())
-            return Claim::Unavailable;
+            return Claim::unavailable;
 
-        // The object stands before the name does: whoever finds the name can call at once.
+        // The object is registered before the name, since others may call as soon as they see the name.
         new ApplicationAdaptor(&object_, std::move(received));
-        connection_.registerObject(kObject, &object_, QDBusConnection::ExportAdaptors);
+        connection_.registerObject(objectPath, &object_, QDBusConnection::ExportAdaptors);
         const auto reply = connection_.interface()->registerService(
-            kService, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
+            serviceName, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
         if (!reply.isValid())
-            return Claim::Unavailable;
-        return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::First : Claim::Taken;
+            return Claim::unavailable;
+        return reply.value() == QDBusConnectionInterface::ServiceRegistered ? Claim::first : Claim::taken;
     }
 
     bool hand(const LaunchRequest& request, std::chrono::milliseconds timeout) override
     {
-        auto message = QDBusMessage::createMethodCall(kService, kObject, kInterface, methodFor(request.kind));
-        if (request.kind == LaunchRequest::Kind::Open) {
+        auto message = QDBusMessage::createMethodCall(serviceName, objectPath, interfaceName, methodFor(request.kind));
+        if (request.kind == LaunchRequest::Kind::open) {
             QStringList uris;
             for (const auto& folder : request.folders)
                 uris.append(QString::fromStdString(fileUri(folder)));
             message << uris;
-        } else if (request.kind == LaunchRequest::Kind::Action) {
+        } else if (request.kind == LaunchRequest::Kind::action) {
             message << QString::fromStdString(request.action) << QVariantList();
         }
         QVariantMap platformData;
         if (!request.activationToken.empty())
-            platformData.insert(kToken, QString::fromStdString(request.activationToken));
+            platformData.insert(tokenKey, QString::fromStdString(request.activationToken));
         if (!request.startupId.empty())
-            platformData.insert(kStartupId, QString::fromStdString(request.startupId));
+            platformData.insert(startupIdKey, QString::fromStdString(request.startupId));
         message << platformData;
         message.setAutoStartService(false);
         return connection_.call(message, QDBus::Block, static_cast<int>(timeout.count())).type() ==

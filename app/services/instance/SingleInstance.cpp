@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/services/instance/SingleInstance.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace plovik {
 
 namespace {
 
-constexpr const char* kToken = "XDG_ACTIVATION_TOKEN";
-constexpr const char* kStartupId = "DESKTOP_STARTUP_ID";
+constexpr const char* tokenVariable = "XDG_ACTIVATION_TOKEN";
+constexpr const char* startupIdVariable = "DESKTOP_STARTUP_ID";
 
 std::vector<std::unique_ptr<LaunchMeeting>> usualMeetings()
 {
@@ -18,7 +20,7 @@ std::vector<std::unique_ptr<LaunchMeeting>> usualMeetings()
     return meetings;
 }
 
-/// Where the running application stands is not where this one was launched.
+/// Makes the folders absolute, since the running application has another working folder.
 std::vector<std::filesystem::path> absolute(std::vector<std::filesystem::path> folders)
 {
     std::error_code ignored;
@@ -45,29 +47,30 @@ SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::handOver(const std::vector<std::filesystem::path>& folders, std::chrono::milliseconds timeout)
 {
-    return handOver({.kind = folders.empty() ? LaunchRequest::Kind::Activate : LaunchRequest::Kind::Open,
+    return handOver({.kind = folders.empty() ? LaunchRequest::Kind::activate : LaunchRequest::Kind::open,
                      .folders = absolute(folders)},
                     timeout);
 }
 
 bool SingleInstance::handOverAction(const std::string& name, std::chrono::milliseconds timeout)
 {
-    return handOver({.kind = LaunchRequest::Kind::Action, .action = name}, timeout);
+    return handOver({.kind = LaunchRequest::Kind::action, .action = name}, timeout);
 }
 
 bool SingleInstance::handOver(LaunchRequest request, std::chrono::milliseconds timeout)
 {
-    request.activationToken = qgetenv(kToken).toStdString();
-    request.startupId = qgetenv(kStartupId).toStdString();
+    request.activationToken = qgetenv(tokenVariable).toStdString();
+    request.startupId = qgetenv(startupIdVariable).toStdString();
     for (const auto& meeting : meetings_) {
         const auto claim = meeting->claim([this](LaunchRequest received) { this->received(std::move(received)); });
-        if (claim == LaunchMeeting::Claim::Unavailable)
+        if (claim == LaunchMeeting::Claim::unavailable)
             continue;
-        if (claim == LaunchMeeting::Claim::First)
+        if (claim == LaunchMeeting::Claim::first)
             return false;
         if (meeting->hand(request, timeout))
             return true;
-        problem_ = "Plovik is already running but does not answer, so it was opened a second time.";
+        problem_ = QCoreApplication::translate(
+            "SingleInstance", "Plovik is already running but does not answer, so it was opened a second time.");
         return false;
     }
     return false;
@@ -87,32 +90,32 @@ void SingleInstance::received(LaunchRequest request)
         waiting_.push_back(std::move(request));
         return;
     }
-    // Later, so that the other process has its answer before windows are made.
+    // This is queued so that the other process has its answer before windows are made.
     QMetaObject::invokeMethod(
         &receiver_, [this, request = std::move(request)] { carryOut(request); }, Qt::QueuedConnection);
 }
 
 void SingleInstance::carryOut(const LaunchRequest& request)
 {
-    setEnvironment(kToken, request.activationToken);
-    setEnvironment(kStartupId, request.startupId);
+    setEnvironment(tokenVariable, request.activationToken);
+    setEnvironment(startupIdVariable, request.startupId);
     switch (request.kind) {
-    case LaunchRequest::Kind::Activate:
+    case LaunchRequest::Kind::activate:
         if (callbacks_.activate)
             callbacks_.activate();
         break;
-    case LaunchRequest::Kind::Open:
+    case LaunchRequest::Kind::open:
         if (callbacks_.open)
             callbacks_.open(request.folders);
         break;
-    case LaunchRequest::Kind::Action:
+    case LaunchRequest::Kind::action:
         if (callbacks_.action)
             callbacks_.action(request.action);
         break;
     }
-    // No token outlives its launch: a stale one must not travel to a program that is started later.
-    setEnvironment(kToken, {});
-    setEnvironment(kStartupId, {});
+    // A program that is started later must not inherit the token of this launch.
+    setEnvironment(tokenVariable, {});
+    setEnvironment(startupIdVariable, {});
 }
 
 } // namespace plovik

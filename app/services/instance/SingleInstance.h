@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 #include <chrono>
 #include <filesystem>
@@ -12,44 +13,45 @@
 
 namespace plovik {
 
-/// One launch's wish, as it travels from the process that was launched to the one that runs.
+/// What a launch asks of the process that already runs.
 struct LaunchRequest {
-    enum class Kind { Activate, Open, Action };
+    enum class Kind { activate, open, action };
 
-    Kind kind = Kind::Activate;
-    /// For Open.
+    Kind kind = Kind::activate;
+    /// For `open`.
     std::vector<std::filesystem::path> folders = {};
-    /// For Action.
+    /// For `action`.
     std::string action = {};
-    /// What lets a window come to the front, as the launching desktop gave them; either may be empty.
+    /// These let a window come to the front. The launching desktop gives them; either may be empty.
     std::string activationToken = {};
     std::string startupId = {};
 };
 
-/// How launches of one session meet; each kind has the first one serve and the others ask.
+/// A way for the launches of one session to meet: the first one serves, and the others ask it.
 class LaunchMeeting {
 public:
-    enum class Claim { First, Taken, Unavailable };
+    enum class Claim { first, taken, unavailable };
 
     virtual ~LaunchMeeting() = default;
 
-    /// Becomes the one that others ask, or finds that another already is. Requests that come are kept until the event
-    /// loop runs, then given to `received` on the main thread.
+    /// Becomes the one that others ask, or finds that another is that already. Requests that arrive are kept until the
+    /// event loop runs, and then given to `received` on the main thread.
     virtual Claim claim(std::function<void(LaunchRequest)> received) = 0;
 
-    /// Hands `request` to the one that runs; false when it does not confirm in time.
+    /// Hands `request` to the one that runs. Returns false when it does not confirm in time.
     virtual bool hand(const LaunchRequest& request, std::chrono::milliseconds timeout) = 0;
 };
 
 /// Over the session bus, as org.freedesktop.Application.
 std::unique_ptr<LaunchMeeting> meetingOnBus();
 
-/// Over a socket in `folder`, which only the user can write to; without one, in the user's runtime folder.
+/// Over a socket in `folder`, which only the user can write to; in the user's runtime folder if it is empty. For
+/// sessions without a bus: a remote display, a container, a bare window manager.
 std::unique_ptr<LaunchMeeting> meetingOnSocket(const std::filesystem::path& folder = {});
 
-/// Makes Plovik one process a session: a second launch hands its folders to the first and ends.
-///
-/// Main thread only. Over the session bus where there is one, otherwise over a socket in the user's runtime folder.
+/// Makes Plovik one process a session, so that no repository has two windows: a second launch hands its folders to the
+/// first and ends. Uses the session bus where there is one, otherwise a socket in the user's runtime folder. Main
+/// thread.
 class SingleInstance {
 public:
     struct Callbacks {
@@ -63,19 +65,19 @@ public:
     explicit SingleInstance(std::vector<std::unique_ptr<LaunchMeeting>> meetings);
     ~SingleInstance();
 
-    /// Hands `folders` (none: the wish to come to the front) to the running application; true when it took them and
-    /// this process has nothing left to do. False for the first one, and when the running one does not answer within
-    /// `timeout`: problem() then says so, and this process serves its user by itself.
+    /// Hands `folders` to the running application; no folders ask it to come to the front. Returns true when it took
+    /// them and this process has nothing left to do. Returns false in the first process, and when the running one does
+    /// not answer within `timeout`: problem() then says so, and this process serves its user by itself.
     bool handOver(const std::vector<std::filesystem::path>& folders,
                   std::chrono::milliseconds timeout = std::chrono::seconds(2));
     /// The same for one of the desktop entry's actions.
     bool handOverAction(const std::string& name, std::chrono::milliseconds timeout = std::chrono::seconds(2));
 
-    /// A sentence for the user, when there is something to say after handOver().
-    const std::string& problem() const { return problem_; }
+    /// A sentence for the user after handOver(); empty when all is well.
+    const QString& problem() const { return problem_; }
 
-    /// From now on `callbacks` get what later launches hand over, and what they did since handOver(), out of the event
-    /// loop. While one runs, the environment holds the launch's activation token, for the toolkit to use.
+    /// From now on the event loop passes the requests of later launches to `callbacks`, beginning with those that came
+    /// since handOver(). While a callback runs, the environment holds the launch's activation token for the toolkit.
     void listen(Callbacks callbacks);
 
 private:
@@ -87,7 +89,7 @@ private:
     Callbacks callbacks_;
     bool listening_ = false;
     std::vector<LaunchRequest> waiting_;
-    std::string problem_;
+    QString problem_;
     std::vector<std::unique_ptr<LaunchMeeting>> meetings_;
 };
 

@@ -2,6 +2,7 @@
 #include "app/platform/FileUri.h"
 #include "app/services/instance/SingleInstance.h"
 
+#include <QDataStream>
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QLocalServer>
@@ -21,49 +22,34 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A request is lines of "key value", the value percent-encoded, ended by an empty line; the answer is one line.
-constexpr QByteArrayView kEnd = "\n\n";
-constexpr QByteArrayView kTaken = "taken\n";
-constexpr qsizetype kMostBytes = 1 << 20;
+constexpr QByteArrayView confirmation = "taken\n";
+constexpr qsizetype mostBytes = 1 << 20; ///< of a request
 
-QByteArray encoded(const LaunchRequest& request)
+/// Everything travels as bytes, because the names of folders need not be UTF-8.
+QByteArrayList fieldsOf(const LaunchRequest& request)
 {
-    QByteArray text = request.kind == LaunchRequest::Kind::Open ? "open" : "activate";
-    const auto add = [&text](QByteArrayView key, const QByteArray& value) {
-        if (!value.isEmpty())
-            text.append('\n').append(key).append(' ').append(value.toPercentEncoding());
-    };
+    QByteArrayList fields{QByteArray::fromStdString(request.action), QByteArray::fromStdString(request.activationToken),
+                          QByteArray::fromStdString(request.startupId)};
     for (const auto& folder : request.folders)
-        add("folder", QByteArray::fromStdString(folder.string()));
-    add("action", QByteArray::fromStdString(request.action));
-    add("activation-token", QByteArray::fromStdString(request.activationToken));
-    add("startup-id", QByteArray::fromStdString(request.startupId));
-    return text.append(kEnd);
+        fields.append(QByteArray::fromStdString(folder.string()));
+    return fields;
 }
 
-LaunchRequest decoded(const QByteArray& text)
+LaunchRequest requestOf(LaunchRequest::Kind kind, const QByteArrayList& fields)
 {
-    LaunchRequest request;
-    for (const QByteArray& line : text.split('\n')) {
-        const qsizetype space = line.indexOf(' ');
-        const QByteArray key = space < 0 ? line : line.left(space);
-        std::string value = QByteArray::fromPercentEncoding(line.mid(key.size() + 1)).toStdString();
-        if (key == "open")
-            request.kind = LaunchRequest::Kind::Open;
-        else if (key == "folder")
-            request.folders.emplace_back(std::move(value));
-        else if (key == "action") {
-            request.kind = LaunchRequest::Kind::Action;
-            request.action = std::move(value);
-        } else if (key == "activation-token")
-            request.activationToken = std::move(value);
-        else if (key == "startup-id")
-            request.startupId = std::move(value);
-    }
+    LaunchRequest request{.kind = kind,
+                          .action = fields.value(0).toStdString(),
+                          .activationToken = fields.value(1).toStdString(),
+                          .startupId = fields.value(2).toStdString()};
+    for (const QByteArray& folder : fields.mid(3))
+        request.folders.emplace_back(folder.toStdString());
     return request;
 }
 
-/// The folder for what lives as long as the user's session; nothing where none can be trusted.
+/// Two launches may come from different versions of Plovik, which may use different versions of Qt.
+void prepare(QDataStream& stream) { stream.setVersion(QDataStream::Qt_6_0); }
+
+/// Returns the folder for what lives as long as the user's session; empty where no folder can be trusted.
 std::filesystem::path runtimeFolder()
 {
     if (const char* const given = std::getenv("XDG_RUNTIME_DIR"); given && *given == '/')
@@ -89,27 +75,27 @@ public:
 
     Claim claim(std::function<void(LaunchRequest)> received) override
     {
-        // The lock decides who is first. The system lets go of it when its holder ends, however that ends, so that a
-        // socket left behind is known to be stale by whoever holds the lock.
+        // The lock decides which launch is first. The system releases it when its holder ends, even in a crash, so the
+        // holder of the lock knows that a socket that it finds is stale.
         if (folder_.empty())
             folder_ = runtimeFolder();
         if (folder_.empty())
-            return Claim::Unavailable;
+            return Claim::unavailable;
         lock_ = ::open((folder_ / "app.plovik.Plovik.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
         if (lock_ < 0)
-            return Claim::Unavailable;
+            return Claim::unavailable;
         if (::flock(lock_, LOCK_EX | LOCK_NB) != 0)
-            return errno == EWOULDBLOCK ? Claim::Taken : Claim::Unavailable;
+            return errno == EWOULDBLOCK ? Claim::taken : Claim::unavailable;
 
         QLocalServer::removeServer(socketPath());
         server_.setSocketOptions(QLocalServer::UserAccessOption);
         if (!server_.listen(socketPath())) {
             unlock();
-            return Claim::Unavailable;
+            return Claim::unavailable;
         }
         QObject::connect(&server_, &QLocalServer::newConnection, &server_,
                          [this, received = std::move(received)] { accept(received); });
-        return Claim::First;
+        return Claim::first;
     }
 
     bool hand(const LaunchRequest& request, std::chrono::milliseconds timeout) override
@@ -117,18 +103,20 @@ public:
         const QDeadlineTimer deadline(timeout);
         const auto left = [&deadline] { return static_cast<int>(deadline.remainingTime()); };
         QLocalSocket socket;
-        // The first one may hold the lock and not listen yet.
+        // The first launch may hold the lock and not listen yet.
         while (!connected(socket, left())) {
             if (deadline.hasExpired())
                 return false;
             std::this_thread::sleep_for(5ms);
         }
-        socket.write(encoded(request));
-        while (socket.bytesAvailable() < kTaken.size()) {
+        QDataStream stream(&socket);
+        prepare(stream);
+        stream << static_cast<quint8>(request.kind) << fieldsOf(request);
+        while (socket.bytesAvailable() < confirmation.size()) {
             if (!socket.waitForReadyRead(left()))
                 return false;
         }
-        return socket.readAll() == kTaken;
+        return socket.readAll() == confirmation;
     }
 
 private:
@@ -150,16 +138,21 @@ private:
     {
         while (QLocalSocket* socket = server_.nextPendingConnection()) {
             QObject::connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-            const auto read = [socket, received, text = QByteArray()]() mutable {
-                text += socket->readAll();
-                if (text.size() > kMostBytes) {
+            const auto read = [socket, received] {
+                if (socket->bytesAvailable() > mostBytes) {
                     socket->abort();
                     return;
                 }
-                if (!text.endsWith(kEnd))
+                QDataStream stream(socket);
+                prepare(stream);
+                stream.startTransaction();
+                quint8 kind = 0;
+                QByteArrayList fields;
+                stream >> kind >> fields;
+                if (!stream.commitTransaction())
                     return;
-                received(decoded(std::exchange(text, {})));
-                socket->write(kTaken.data(), kTaken.size());
+                received(requestOf(static_cast<LaunchRequest::Kind>(kind), fields));
+                socket->write(confirmation.data(), confirmation.size());
             };
             QObject::connect(socket, &QLocalSocket::readyRead, socket, read);
         }
