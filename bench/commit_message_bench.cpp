@@ -23,7 +23,7 @@ void cut(benchmark::State& state, std::string_view line)
 {
     const std::string diff = repeated(line, static_cast<std::size_t>(state.range(0)) << 20);
     for ([[maybe_unused]] auto iteration : state)
-        benchmark::DoNotOptimize(plovik::CommitMessageAI::request("M\tfile", diff));
+        benchmark::DoNotOptimize(plovik::commitMessageAI::request("M\tfile", diff));
 }
 
 BENCHMARK_CAPTURE(cut, code, "+    const auto value = reader.parse(input, Options{.depth = 4}); // for now\n")

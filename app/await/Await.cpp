@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/await/Await.h"
 
+#include "app/await/Stop.h"
+
 #include <cstdio>
 
 namespace plovik {
@@ -12,6 +14,7 @@ QCoro::Task<> reportingFailures(QCoro::Task<> task)
     try {
         co_await task;
     } catch (const OwnerGone&) { // NOLINT(bugprone-empty-catch): the window closed; nobody is left to tell
+    } catch (const Cancelled&) { // NOLINT(bugprone-empty-catch): somebody asked for the end
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "plovik: a background task failed: %s\n", failure.what());
     }

@@ -26,7 +26,7 @@ private:
 
 Worker& Worker::pool()
 {
-    // Never destroyed: destroying a pool waits for its threads, and quitting waits for no git process.
+    // This is never destroyed: destroying a pool waits for its threads, and quitting waits for no git process.
     static auto* const worker = new PoolWorker;
     return *worker;
 }

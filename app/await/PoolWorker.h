@@ -7,7 +7,7 @@
 
 namespace plovik {
 
-/// The worker of the running application: a few threads for local git, and threads of their own for the network.
+/// The worker of the running application. It has a few threads for local git and others for the network.
 class PoolWorker : public Worker {
 public:
     PoolWorker();
@@ -20,7 +20,7 @@ private:
     QThreadPool network_;
 };
 
-/// Does everything at once on the calling thread; for tests and tools without an event loop. Delays elapse immediately.
+/// Does everything at once on the calling thread, for tests and tools without an event loop. Delays elapse immediately.
 class InlineWorker : public Worker {
 public:
     void post(Lane lane, std::function<void()> job, std::function<void()> done) override;

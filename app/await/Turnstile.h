@@ -7,8 +7,8 @@
 
 namespace plovik {
 
-/// Lets coroutines of the main thread through one after another, in the order in which they came: what writes to a
-/// repository's index never meets another writer of ours.
+/// Lets coroutines of the main thread through one after another, in the order in which they came, so that two of our
+/// coroutines never write to a repository's index at the same time.
 class Turnstile {
     struct State {
         bool taken = false;
@@ -18,7 +18,7 @@ class Turnstile {
 
 public:
     Turnstile() : state_(std::make_shared<State>()) {}
-    /// What still waits is unwound with OwnerGone.
+    /// Coroutines that still wait are unwound with OwnerGone.
     ~Turnstile();
     Turnstile(const Turnstile&) = delete;
     Turnstile& operator=(const Turnstile&) = delete;

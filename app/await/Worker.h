@@ -7,9 +7,9 @@
 
 namespace plovik {
 
-/// Runs blocking work off the main thread and comes back to it. The one seam between the owners of coroutines and time.
+/// Runs blocking work off the main thread and comes back to it. It is the one seam between coroutines and time.
 ///
-/// All calls are made on the main thread. A worker outlives everyone who uses it.
+/// All calls are made on the main thread. A worker outlives all that use it.
 class Worker {
 public:
     /// Network work has threads of its own, so that a fetch that hangs never starves a status read.

@@ -11,13 +11,12 @@ namespace {
 
 QCoro::Task<QString> write(MessageWriter::Changes changes, std::stop_token stop)
 {
-    const CommitMessageAI writer;
-    co_return co_await writer.generate(std::move(changes.summary), std::move(changes.diff), std::move(stop));
+    return commitMessageAI::generate(std::move(changes.summary), std::move(changes.diff), std::move(stop));
 }
 
 MessageRequest describe(const MessageWriter::Changes& changes)
 {
-    const CommitMessageAI::Request request = CommitMessageAI::request(changes.summary, changes.diff);
+    const commitMessageAI::Request request = commitMessageAI::request(changes.summary, changes.diff);
     return {aiProvider::displayName(request.provider), request.address.toDisplayString(), request.model, request.prompt,
             request.changes};
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/UpdateDialog.h"
 
+#include "app/await/Await.h"
 #include "app/ui/dialogs/DialogParts.h"
 #include "app/ui/widgets/Spinner.h"
 
@@ -12,8 +13,6 @@
 #include <QVBoxLayout>
 
 #include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace plovik {
 
@@ -27,7 +26,7 @@ QPlainTextEdit* notesField(QWidget* parent)
     field->setReadOnly(true);
     field->setTabChangesFocus(true);
     field->setMinimumHeight(leastNotesHeight);
-    field->setAccessibleName(u"Release Notes"_s);
+    field->setAccessibleName(UpdateDialog::tr("Release Notes"));
     field->document()->setDocumentMargin(8);
     return field;
 }
@@ -37,10 +36,10 @@ QPlainTextEdit* notesField(QWidget* parent)
 UpdateDialog::UpdateDialog(UpdateSource source, QWidget* parent)
     : QDialog(parent), source_(std::move(source)), heading_(dialogParts::heading({}, this)),
       text_(dialogParts::text(this)), spinner_(new Spinner(this)), notes_(notesField(this)),
-      close_(new QPushButton(this)), retry_(new QPushButton(u"Try Again"_s, this)),
-      open_(new QPushButton(u"Open Release Page"_s, this))
+      close_(new QPushButton(this)), retry_(new QPushButton(tr("Try Again"), this)),
+      open_(new QPushButton(tr("Open Release Page"), this))
 {
-    dialogParts::prepare(*this, u"Check for Updates"_s);
+    dialogParts::prepare(*this, tr("Check for Updates"));
     setWindowModality(Qt::NonModal); // work goes on while it asks
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
@@ -56,74 +55,67 @@ UpdateDialog::UpdateDialog(UpdateSource source, QWidget* parent)
     column->addLayout(dialogParts::buttonRow({close_, retry_, open_}));
 
     connect(close_, &QPushButton::clicked, this, &QDialog::reject);
-    connect(retry_, &QPushButton::clicked, this, &UpdateDialog::check);
+    connect(retry_, &QPushButton::clicked, this, &UpdateDialog::ask);
     connect(open_, &QPushButton::clicked, this, [this] {
         QDesktopServices::openUrl(page_);
         accept();
     });
-    check();
+    ask();
 }
 
-void UpdateDialog::check()
+UpdateDialog::~UpdateDialog() { stop_.request_stop(); }
+
+void UpdateDialog::ask()
 {
     page_.clear();
     notes_->clear();
-    if (source_.feed.isEmpty()) {
-        say(u"Updates come with your system"_s,
-            u"This is Plovik %1. Its updates arrive with those of your system's packages."_s.arg(source_.running));
-        return;
-    }
-    fetch_ = new FeedFetch(source_.feed, source_.limits, this);
-    connect(fetch_, &FeedFetch::fetched, this, &UpdateDialog::read);
-    connect(fetch_, &FeedFetch::failed, this, &UpdateDialog::showFailure);
-    say(u"Checking for updates…"_s, u"Asking %1 for the newest version."_s.arg(source_.feed.host()));
-    fetch_->start();
+    if (source_.feed.isEmpty())
+        say(tr("Updates come with your system"),
+            tr("This is Plovik %1. Its updates arrive with those of your system's packages.").arg(source_.running));
+    else
+        launch(check());
 }
 
-void UpdateDialog::read(const QByteArray& feed)
+QCoro::Task<> UpdateDialog::check()
 {
-    const std::vector<Release> releases = parseReleaseFeed(feed);
-    const std::optional<SemanticVersion> running = SemanticVersion::parse(source_.running);
-    if (releases.empty() || !running) {
-        showFailure(u"What %1 sent is no list of releases."_s.arg(source_.feed.host()));
-        return;
-    }
-    fetch_->deleteLater();
-    fetch_.clear();
-    if (const Release* const newer = newerRelease(releases, *running))
-        offer(*newer);
+    isAsking_ = true;
+    say(tr("Checking for updates…"), tr("Asking %1 for the newest version.").arg(source_.feed.host()));
+    const UpdateAnswer answer = co_await checkForUpdates(source_, stop_.get_token());
+    isAsking_ = false;
+    if (!answer.problem.isEmpty())
+        showFailure(answer.problem);
+    else if (answer.newer)
+        offer(*answer.newer);
     else
-        say(u"Plovik is up to date"_s, u"Plovik %1 is the newest version."_s.arg(source_.running));
+        say(tr("Plovik is up to date"), tr("Plovik %1 is the newest version.").arg(source_.running));
 }
 
 void UpdateDialog::offer(const Release& release)
 {
     page_ = release.page;
     notes_->setPlainText(release.notes);
-    say(u"Plovik %1 is available"_s.arg(release.name), u"You have Plovik %1."_s.arg(source_.running));
+    say(tr("Plovik %1 is available").arg(release.name), tr("You have Plovik %1.").arg(source_.running));
 }
 
 void UpdateDialog::showFailure(const QString& sentence)
 {
-    fetch_->deleteLater();
-    fetch_.clear();
-    say(u"Updates could not be checked"_s, sentence);
+    say(tr("Updates could not be checked"), sentence);
     retry_->show();
     retry_->setDefault(true);
     retry_->setFocus();
 }
 
-/// Shows what there is now, and the widgets that belong to it.
+/// Shows the two texts and the widgets that belong to the present state.
 void UpdateDialog::say(const QString& heading, const QString& text)
 {
     heading_->setText(heading);
     text_->setText(text);
-    setAccessibleDescription(heading + u". "_s + text);
-    spinner_->setVisible(fetch_);
+    setAccessibleDescription(tr("%1. %2").arg(heading, text));
+    spinner_->setVisible(isAsking_);
     notes_->setVisible(!notes_->document()->isEmpty());
     retry_->hide();
     open_->setVisible(!page_.isEmpty());
-    close_->setText(fetch_ ? u"Cancel"_s : u"Close"_s);
+    close_->setText(isAsking_ ? tr("Cancel") : tr("Close"));
     QPushButton* const first = page_.isEmpty() ? close_ : open_;
     first->setDefault(true);
     first->setFocus();

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/services/updates/ReleaseFeed.h"
-#include "app/services/updates/UpdateSource.h"
+#include "app/services/updates/UpdateCheck.h"
 
 #include <QDialog>
-#include <QPointer>
+
+#include <stop_token>
 
 class QLabel;
 class QPlainTextEdit;
@@ -15,23 +15,25 @@ namespace plovik {
 
 class Spinner;
 
-/// Asks for updates when it opens, and says what there is: a newer version with its notes and its page, none, or why
-/// nobody knows. Closing it ends the asking. Deletes itself when it closes. Main thread.
+/// Asks for updates when it opens. Shows a newer version with its notes and its page, or that there is none, or why
+/// nobody knows. Closing the dialog ends the asking and deletes the dialog. Main thread.
 class UpdateDialog : public QDialog {
     Q_OBJECT
 
 public:
     UpdateDialog(UpdateSource source, QWidget* parent);
+    ~UpdateDialog() override;
 
 private:
-    void check();
-    void read(const QByteArray& feed);
+    void ask();
+    QCoro::Task<> check();
     void showFailure(const QString& sentence);
     void offer(const Release& release);
     void say(const QString& heading, const QString& text);
 
     UpdateSource source_;
-    QPointer<FeedFetch> fetch_; ///< a child; null while nothing is asked
+    std::stop_source stop_; ///< requested when the dialog goes
+    bool isAsking_ = false;
     QUrl page_;
     QLabel* heading_;
     QLabel* text_;

@@ -47,6 +47,23 @@
     </message>
 </context>
 <context>
+    <name>HttpFailure</name>
+    <message numerus="yes">
+        <source>%1 did not answer within %n second(s).</source>
+        <translation>
+            <numerusform>%1 did not answer within a second.</numerusform>
+            <numerusform>%1 did not answer within %n seconds.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The reply of %1 did not end within %n second(s).</source>
+        <translation>
+            <numerusform>The reply of %1 did not end within a second.</numerusform>
+            <numerusform>The reply of %1 did not end within %n seconds.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::WorkingDiffPane</name>
     <message numerus="yes">
         <source>%n File(s) Selected</source>

@@ -27,6 +27,19 @@ bool isWhole(const QByteArray& request)
     return request.size() >= headEnd + 4 + request.mid(value, request.indexOf('\r', value) - value).trimmed().toInt();
 }
 
+/// The names of headers have no case, and what writes them differs in what it makes of them.
+QByteArray withLowerCaseNames(QByteArray request)
+{
+    const qsizetype headEnd = request.indexOf("\r\n\r\n");
+    for (qsizetype line = request.indexOf("\r\n"); line >= 0 && line < headEnd;
+         line = request.indexOf("\r\n", line + 2))
+    {
+        const qsizetype length = request.indexOf(':', line) - line;
+        request.replace(line, length, request.mid(line, length).toLower());
+    }
+    return request;
+}
+
 } // namespace
 
 HttpServer::HttpServer() { listen(plain_); }
@@ -74,7 +87,7 @@ void HttpServer::listen(QTcpServer& server)
 
 void HttpServer::serve(QTcpSocket& socket, const QByteArray& request)
 {
-    requests << request;
+    requests << withLowerCaseNames(request);
     const auto found = answers_.find(request.split(' ').value(1));
     if (found == answers_.end())
         return;

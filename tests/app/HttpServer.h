@@ -31,7 +31,7 @@ public:
     /// These bytes again and again.
     void answerForever(const QByteArray& path, const QByteArray& bytes) { answers_[path] = {bytes, true}; }
 
-    QByteArrayList requests; ///< each whole
+    QByteArrayList requests; ///< each whole, the names of its headers in lower case
     int connections = 0;     ///< that are open
 
 private:

@@ -15,16 +15,16 @@ namespace aiProvider {
 /// All of them, in the order in which they are offered.
 inline constexpr std::array all{AIProvider::anthropic, AIProvider::openAI};
 
-/// The name in settings and in the key store.
+/// Returns the name in settings and in the key store.
 QString rawValue(AIProvider provider);
-/// Anthropic for a name that none of them has.
+/// Returns Anthropic for an unknown name.
 AIProvider fromRawValue(const QString& name);
-/// The name for people.
+/// Returns the name for people.
 QString displayName(AIProvider provider);
 QString defaultModel(AIProvider provider);
-/// The environment variable that a key is taken from when the key store has none.
+/// Returns the environment variable for a key, which is read when the key store has none.
 const char* keyVariable(AIProvider provider);
-/// The environment variable that names another address than the provider's own.
+/// Returns the environment variable that may replace the provider's own address.
 const char* addressVariable(AIProvider provider);
 
 } // namespace aiProvider

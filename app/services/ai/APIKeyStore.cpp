@@ -23,8 +23,8 @@ namespace {
 
 using QKeychain::Job;
 
-// Without a secret service the answer comes at once. This long the user may take to unlock the keyring; after it, a
-// bus that never answers counts as none.
+// The user has this long to unlock the keyring. A bus that has not answered by then counts as none; without a secret
+// service the answer comes at once.
 constexpr std::chrono::minutes patience{5};
 
 const QString service = u"app.plovik.Plovik.ai"_s;
@@ -34,8 +34,8 @@ struct Answer {
     QByteArray secret;
 };
 
-/// The library that the jobs run on talks for good to the daemon that it met first: once another one took its place,
-/// nothing would work until the next launch. What is under way keeps its own hold on it.
+/// Forgets the daemon that the jobs' library has met first. The library would keep to that daemon when another one has
+/// taken its place, and nothing would work until the next launch. Jobs that run are not disturbed.
 void meetDaemonAnew()
 {
     using Disconnect = void (*)();
@@ -45,7 +45,7 @@ void meetDaemonAnew()
         disconnect();
 }
 
-/// Puts a job, which deletes itself, behind those that run; they run one after another, in the order of these calls.
+/// Queues a job, which deletes itself. Jobs run one after another, in the order of these calls.
 QFuture<Answer> start(Job* job, AIProvider provider)
 {
     const auto promise = std::make_shared<QPromise<Answer>>();
@@ -62,7 +62,7 @@ QFuture<Answer> start(Job* job, AIProvider provider)
     });
     QTimer::singleShot(patience, job, [answer] { answer({}); });
     job->setAutoDelete(true);
-    job->setInsecureFallback(false); // a file that anyone reads is no keyring
+    job->setInsecureFallback(false); // not into a file that anyone can read
     job->setKey(aiProvider::rawValue(provider));
     meetDaemonAnew();
     job->start();
@@ -96,8 +96,8 @@ QCoro::Task<bool> setKey(AIProvider provider, QString key)
         const Answer written = co_await writing;
         co_return written.error == QKeychain::NoError;
     }
-    // Removing from a locked keyring removes nothing and tells of success. Emptying the key before has the keyring
-    // unlocked, or fails. Both are queued now, so that no later call comes in between.
+    // Removing from a locked keyring removes nothing and reports success. Therefore the key is emptied first, which has
+    // the keyring unlocked, or fails. Both jobs are queued now, so that no later call comes between them.
     const QFuture<Answer> removing = start(new QKeychain::DeletePasswordJob(service), provider);
     const Answer emptied = co_await writing;
     const Answer removed = co_await removing;

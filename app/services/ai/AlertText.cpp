@@ -8,7 +8,7 @@ namespace {
 constexpr qsizetype longest = 2000;
 constexpr QChar ellipsis(u'…');
 
-/// Nothing to see, or what turns the text around it.
+/// Returns whether the character is invisible or turns the text around it.
 bool misleads(QChar character)
 {
     const char16_t unit = character.unicode();
@@ -22,7 +22,7 @@ QString alertText(QString foreign, const QString& secret)
 {
     foreign = foreign.simplified();
     foreign.removeIf(misleads);
-    // Only now, or what was taken out could have hidden it.
+    // Characters that were taken out could have hidden the secret, so it is replaced after them.
     if (!secret.isEmpty())
         foreign.replace(secret, ellipsis);
     if (foreign.size() > longest) {

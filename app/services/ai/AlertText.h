@@ -5,8 +5,8 @@
 
 namespace plovik {
 
-/// What others wrote, made fit for the end of a sentence in an alert: one line without control characters, of bounded
-/// length, and with an ellipsis wherever `secret` stood.
+/// Makes a text of others fit for the end of a sentence in an alert: one line of bounded length, without control
+/// characters, with an ellipsis in each place of `secret`.
 QString alertText(QString foreign, const QString& secret);
 
 } // namespace plovik

@@ -1,31 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/services/ai/CommitMessageAI.h"
 
+#include "app/await/Stop.h"
 #include "app/services/ai/APIKeyStore.h"
-#include "app/services/ai/FirstCharacters.h"
+#include "app/services/ai/Beginning.h"
 #include "app/services/ai/ProviderAddress.h"
 #include "app/services/ai/ProviderReply.h"
 #include "app/services/ai/ProviderRequest.h"
-#include "app/services/ai/Stoppable.h"
-#include "app/services/http/HttpPost.h"
+#include "app/services/http/Http.h"
 #include "app/settings/Settings.h"
+
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
-namespace plovik {
+namespace plovik::commitMessageAI {
 
 namespace {
 
-using Failure = CommitMessageAI::Failure;
-using Options = CommitMessageAI::Options;
-using Request = CommitMessageAI::Request;
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(CommitMessageAI)
+};
 
-constexpr std::size_t mostCharacters = 300'000;
+constexpr qsizetype mostCharacters = 300'000;
 
-/// Without spaces and tabs at the ends.
+/// Returns the name without spaces and tabs at its ends.
 QString trimmedName(const QString& name)
 {
     const auto isKept = [](QChar each) { return each != u'\t' && each.category() != QChar::Separator_Space; };
@@ -47,7 +49,7 @@ QString promptSet()
     return prompt.isEmpty() ? QString::fromUtf8(settings::aiCommitPrompt.fallback) : prompt;
 }
 
-/// All but the changes, as settings and environment have it now.
+/// Returns everything but the changes, as settings and environment have it now.
 Request requestSet()
 {
     Request request;
@@ -60,16 +62,12 @@ Request requestSet()
 
 QString changesIn(std::string_view summary, std::string_view diff)
 {
-    const std::string_view kept = firstCharacters(diff, mostCharacters);
-    std::string text;
-    text.reserve(summary.size() + kept.size() + 100);
-    text.append("Changed files:\n").append(summary).append("\n\nDiff:\n").append(kept);
-    if (kept.size() < diff.size())
-        text += "\n\n[The diff is cut off here because it is too long.]";
-    return QString::fromUtf8(text);
+    const Beginning kept = beginningOf(diff, mostCharacters);
+    const QString text = u"Changed files:\n"_s + QString::fromUtf8(summary) + u"\n\nDiff:\n"_s + kept.text;
+    return kept.isWhole ? text : text + u"\n\n[The diff is cut off here because it is too long.]"_s;
 }
 
-/// Reads the key where the key store has it, else from the environment.
+/// Returns the key in the key store, else the one in the environment, else an empty text.
 QCoro::Task<QString> readKey(AIProvider provider, Options options, std::stop_token stop)
 {
     using Stored = std::optional<QString>;
@@ -84,18 +82,18 @@ void checkKey(const QString& key, AIProvider provider)
 {
     const QString name = aiProvider::displayName(provider);
     if (key.isEmpty())
-        throw Failure(u"Add your %1 API key under Settings → AI first."_s.arg(name));
+        throw Failure(Text::tr("Add your %1 API key under Settings → AI first.").arg(name));
     if (!std::ranges::all_of(key, [](QChar each) { return each > u' ' && each < u'\x7F'; }))
         throw Failure(
-            u"Your %1 API key holds characters that cannot be sent. Enter it again under Settings → AI."_s.arg(name));
+            Text::tr("Your %1 API key holds characters that cannot be sent. Enter it again under Settings → AI.")
+                .arg(name));
 }
 
-/// The whole call, ready to go out; long texts and unknown proxies make this slow.
+/// Returns the whole call. Long texts make this slow.
 HttpCall callFor(const Request& request, const QString& key, const Options& options)
 {
     HttpCall call{.head = headOf(request, key.toLatin1()),
                   .body = bodyOf(request),
-                  .proxy = systemProxy(request.address),
                   .timeLimit = options.timeLimit,
                   .replyLimit = options.replyLimit};
     if (options.tls)
@@ -103,8 +101,16 @@ HttpCall callFor(const Request& request, const QString& key, const Options& opti
     return call;
 }
 
-// A coroutine of its own, because the object may be gone before it ends.
-QCoro::Task<QString> write(Options options, std::string summary, std::string diff, std::stop_token stop)
+} // namespace
+
+Request request(std::string_view summary, std::string_view diff)
+{
+    Request request = requestSet();
+    request.changes = changesIn(summary, diff);
+    return request;
+}
+
+QCoro::Task<QString> generate(std::string summary, std::string diff, std::stop_token stop, Options options)
 {
     const Request request = requestSet();
     const AIProvider provider = request.provider;
@@ -117,29 +123,15 @@ QCoro::Task<QString> write(Options options, std::string summary, std::string dif
         return callFor(whole, key, options);
     };
     HttpCall call = co_await inBackground<HttpCall>(std::move(prepare), stop);
-    const HttpAnswer answer = co_await post(std::move(call), stop);
+    const HttpAnswer answer = co_await send(std::move(call), stop);
 
     const std::function<QString()> read = [provider, answer, key] {
         return withoutCodeFence(replyText(provider, answer, key));
     };
     const QString message = co_await inBackground<QString>(read, stop);
     if (message.isEmpty())
-        throw Failure(aiProvider::displayName(provider) + u" returned an empty commit message."_s);
+        throw Failure(Text::tr("%1 returned an empty commit message.").arg(aiProvider::displayName(provider)));
     co_return message;
 }
 
-} // namespace
-
-Request CommitMessageAI::request(std::string_view summary, std::string_view diff)
-{
-    Request request = requestSet();
-    request.changes = changesIn(summary, diff);
-    return request;
-}
-
-QCoro::Task<QString> CommitMessageAI::generate(std::string summary, std::string diff, std::stop_token stop) const
-{
-    return write(options_, std::move(summary), std::move(diff), std::move(stop));
-}
-
-} // namespace plovik
+} // namespace plovik::commitMessageAI

@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include <chrono>
+#include <exception>
 #include <functional>
 #include <optional>
 #include <stop_token>
@@ -17,54 +18,44 @@
 
 namespace plovik {
 
-/// Writes a commit message for staged changes by sending them to the provider that the settings name. Holds nothing
+/// Writes commit messages for staged changes by sending them to the provider that the settings name. Nothing is kept
 /// between calls. Main thread; nothing blocks.
-class CommitMessageAI {
+namespace commitMessageAI {
+
+/// Why there is no message, as a sentence for the user. It never holds a key.
+class Failure : public std::exception {
 public:
-    /// Why there is no message, as a sentence for the user. It never holds a key.
-    class Failure : public std::exception {
-    public:
-        explicit Failure(const QString& message) : message_(message.toStdString()) {}
-        const char* what() const noexcept override { return message_.c_str(); }
-
-    private:
-        std::string message_;
-    };
-    /// The caller asked for the end.
-    class Cancelled : public std::exception {
-    public:
-        const char* what() const noexcept override { return "cancelled"; }
-    };
-
-    /// All that is sent besides the key.
-    struct Request {
-        AIProvider provider = AIProvider::anthropic;
-        QUrl address;
-        QString model;
-        QString prompt;
-        QString changes; ///< the summary and the diff, cut where it is too long
-    };
-
-    /// What the settings and the environment leave open; the defaults are the product's.
-    struct Options {
-        std::function<QCoro::Task<std::optional<QString>>(AIProvider)> storedKey; ///< the key store without
-        std::chrono::milliseconds timeLimit{std::chrono::seconds(120)};           ///< from sending to the last byte
-        qint64 replyLimit = 4 * 1024 * 1024;                                      ///< bytes
-        std::optional<QSslConfiguration> tls;                                     ///< the system's authorities without
-    };
-
-    CommitMessageAI() = default;
-    explicit CommitMessageAI(Options options) : options_(std::move(options)) {}
-
-    /// What generate() would send now. `summary` and `diff` are UTF-8. Throws Failure when the environment names an
-    /// address that nothing may be sent to.
-    static Request request(std::string_view summary, std::string_view diff);
-
-    /// The message. Throws Failure, and Cancelled soon after `stop` was requested.
-    QCoro::Task<QString> generate(std::string summary, std::string diff, std::stop_token stop = {}) const;
+    explicit Failure(const QString& message) : message_(message.toStdString()) {}
+    const char* what() const noexcept override { return message_.c_str(); }
 
 private:
-    Options options_;
+    std::string message_;
 };
+
+/// Everything that is sent except the key.
+struct Request {
+    AIProvider provider = AIProvider::anthropic;
+    QUrl address;
+    QString model;
+    QString prompt;
+    QString changes; ///< the summary and the diff, cut where it is too long
+};
+
+/// What the settings and the environment leave open; the defaults are the product's.
+struct Options {
+    std::function<QCoro::Task<std::optional<QString>>(AIProvider)> storedKey; ///< the key store if empty
+    std::chrono::milliseconds timeLimit{std::chrono::seconds(120)};           ///< from sending to the last byte
+    qint64 replyLimit = 4 * 1024 * 1024;                                      ///< bytes
+    std::optional<QSslConfiguration> tls;                                     ///< the system's authorities if empty
+};
+
+/// Returns what generate() would send now. `summary` and `diff` are UTF-8. Throws Failure when the environment names an
+/// address that nothing may be sent to.
+Request request(std::string_view summary, std::string_view diff);
+
+/// Returns the message. Throws Failure, and Cancelled soon after `stop` was requested.
+QCoro::Task<QString> generate(std::string summary, std::string diff, std::stop_token stop = {}, Options options = {});
+
+} // namespace commitMessageAI
 
 } // namespace plovik

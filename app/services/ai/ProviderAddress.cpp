@@ -2,8 +2,9 @@
 #include "app/services/ai/ProviderAddress.h"
 
 #include "app/services/ai/CommitMessageAI.h"
+#include "app/services/http/Http.h"
 
-#include <QHostAddress>
+#include <QCoreApplication>
 
 using namespace Qt::StringLiterals;
 
@@ -18,26 +19,26 @@ QString ownAddress(AIProvider provider)
 
 QString pathOf(AIProvider provider) { return provider == AIProvider::openAI ? u"/chat/completions"_s : u"/messages"_s; }
 
-/// As the end of a sentence that begins with the variable's name; empty when there is none.
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(ProviderAddress)
+};
+
+/// Returns a sentence about the variable %1, or nothing when the address may be used.
 QString objectionTo(const QUrl& base)
 {
     if (!base.isValid() || base.host().isEmpty())
-        return u"holds no address of a server."_s;
+        return Text::tr("The environment variable %1 holds no address of a server.");
     if (base.scheme() != "https"_L1 && !(base.scheme() == "http"_L1 && isLoopback(base)))
-        return u"must begin with https://, or name this computer itself with http://."_s;
+        return Text::tr(
+            "The environment variable %1 must begin with https://, or name this computer itself with http://.");
     if (!base.userInfo().isEmpty())
-        return u"may not hold a user name or a password."_s;
+        return Text::tr("The environment variable %1 may not hold a user name or a password.");
     if (base.hasQuery() || base.hasFragment())
-        return u"may not hold a “?” or a “#”."_s;
+        return Text::tr("The environment variable %1 may not hold a “?” or a “#”.");
     return {};
 }
 
 } // namespace
-
-bool isLoopback(const QUrl& address)
-{
-    return address.host() == "localhost"_L1 || QHostAddress(address.host()).isLoopback();
-}
 
 QUrl providerAddress(AIProvider provider)
 {
@@ -45,8 +46,7 @@ QUrl providerAddress(AIProvider provider)
     const QString set = qEnvironmentVariable(variable).trimmed();
     QUrl address(set.isEmpty() ? ownAddress(provider) : set, QUrl::StrictMode);
     if (const QString objection = objectionTo(address); !objection.isEmpty())
-        throw CommitMessageAI::Failure(
-            u"The environment variable %1 %2"_s.arg(QString::fromLatin1(variable), objection));
+        throw commitMessageAI::Failure(objection.arg(QString::fromLatin1(variable)));
 
     QString path = address.path(QUrl::FullyEncoded);
     while (path.endsWith(u'/'))

@@ -7,12 +7,9 @@
 
 namespace plovik {
 
-/// Where a provider is asked for a message: its own host, or what its environment variable names. That has to be
-/// HTTPS, or HTTP to this computer itself, without credentials, query and fragment. Throws CommitMessageAI::Failure for
-/// anything else, without repeating it.
+/// Returns the address that a provider is asked at: its own host, or what its environment variable names. That has to
+/// be HTTPS, or HTTP to this computer itself, without credentials, query and fragment. Throws commitMessageAI::Failure
+/// for anything else, without repeating it.
 QUrl providerAddress(AIProvider provider);
-
-/// Whether the host is this computer itself.
-bool isLoopback(const QUrl& address);
 
 } // namespace plovik

@@ -4,6 +4,7 @@
 #include "app/services/ai/AlertText.h"
 #include "app/services/ai/CommitMessageAI.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -14,13 +15,17 @@ namespace plovik {
 
 namespace {
 
-using Failure = CommitMessageAI::Failure;
+using commitMessageAI::Failure;
 
-/// What the provider says about a request that it did not fulfil.
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(ProviderReply)
+};
+
+/// Returns what the provider says about a request that it did not fulfil.
 QString detailOf(const HttpAnswer& answer)
 {
     if (!answer.redirect.isEmpty())
-        return u"The redirect to %1 was refused."_s.arg(answer.redirect.host());
+        return Text::tr("The redirect to %1 was refused.").arg(answer.redirect.host());
     return QJsonDocument::fromJson(answer.body).object()["error"_L1]["message"_L1].toString();
 }
 
@@ -29,27 +34,29 @@ void checkStatus(AIProvider provider, const HttpAnswer& answer, const QString& k
     if (answer.status == 0 || (answer.status >= 200 && answer.status < 300))
         return;
     const QString detail = alertText(detailOf(answer), key);
-    throw Failure(u"%1 request failed (%2): "_s.arg(aiProvider::displayName(provider)).arg(answer.status) +
-                  (detail.isEmpty() ? u"no details given"_s : detail));
+    throw Failure(Text::tr("%1 request failed (%2): %3")
+                      .arg(aiProvider::displayName(provider), QString::number(answer.status),
+                           detail.isEmpty() ? Text::tr("no details given") : detail));
 }
 
 QJsonObject objectIn(const HttpAnswer& answer)
 {
     if (answer.body.trimmed().isEmpty())
-        throw Failure(u"%1 sent an empty reply."_s.arg(answer.host));
+        throw Failure(Text::tr("%1 sent an empty reply.").arg(answer.address.host()));
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(answer.body, &error);
     if (error.error != QJsonParseError::NoError)
-        throw Failure(u"The reply of %1 is cut off or no JSON: %2."_s.arg(answer.host, error.errorString()));
+        throw Failure(
+            Text::tr("The reply of %1 is cut off or no JSON: %2.").arg(answer.address.host(), error.errorString()));
     if (!document.isObject())
-        throw Failure(u"The reply of %1 is no JSON object."_s.arg(answer.host));
+        throw Failure(Text::tr("The reply of %1 is no JSON object.").arg(answer.address.host()));
     return document.object();
 }
 
 QString anthropicText(const QJsonObject& reply)
 {
     if (reply["stop_reason"_L1] == "refusal"_L1)
-        throw Failure(u"Claude declined to write a message for these changes."_s);
+        throw Failure(Text::tr("Claude declined to write a message for these changes."));
     QString text;
     for (const QJsonValue block : reply["content"_L1].toArray()) {
         if (block["type"_L1] == "text"_L1)
@@ -68,8 +75,8 @@ QString openAIText(const QJsonObject& reply)
 QString replyText(AIProvider provider, const HttpAnswer& answer, const QString& key)
 {
     checkStatus(provider, answer, key);
-    if (!answer.problem.isEmpty())
-        throw Failure(alertText(answer.problem, key));
+    if (answer.failure)
+        throw Failure(alertText(sentence(*answer.failure), key));
     const QJsonObject reply = objectIn(answer);
     return provider == AIProvider::openAI ? openAIText(reply) : anthropicText(reply);
 }

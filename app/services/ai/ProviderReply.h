@@ -2,17 +2,17 @@
 #pragma once
 
 #include "app/services/ai/AIProvider.h"
-#include "app/services/http/HttpPost.h"
+#include "app/services/http/Http.h"
 
 #include <QString>
 
 namespace plovik {
 
-/// What the model wrote, which may be nothing. Throws CommitMessageAI::Failure with what went wrong: on the way, with
-/// the provider, or because the model refused. `key` is kept out of that. Any thread.
+/// Returns what the model wrote, which may be nothing. Throws commitMessageAI::Failure when the answer is not whole,
+/// when the provider reports a failure, and when the model refuses. `key` never appears in it. Any thread.
 QString replyText(AIProvider provider, const HttpAnswer& answer, const QString& key);
 
-/// The text without white space at its ends and without the code fence around it.
+/// Returns the text without white space at its ends and without the code fence around it.
 QString withoutCodeFence(const QString& text);
 
 } // namespace plovik

@@ -14,11 +14,11 @@ namespace plovik {
 
 namespace {
 
-using Request = CommitMessageAI::Request;
+using commitMessageAI::Request;
 
 constexpr int mostTokens = 16000;
 
-/// Whether another model may take over on the provider's side.
+/// Returns whether another model may take over on the provider's side.
 bool fallsBack(const Request& request)
 {
     constexpr std::array models{"claude-opus-5"_L1, "claude-fable-5"_L1, "claude-sonnet-5-5"_L1};

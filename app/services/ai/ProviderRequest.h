@@ -10,10 +10,10 @@ namespace plovik {
 
 /// How each provider wants to be asked. Any thread.
 
-/// Address and headers, among them the key.
-QNetworkRequest headOf(const CommitMessageAI::Request& request, const QByteArray& key);
+/// Returns the address and the headers. One of them holds the key.
+QNetworkRequest headOf(const commitMessageAI::Request& request, const QByteArray& key);
 
-/// The JSON to post.
-QByteArray bodyOf(const CommitMessageAI::Request& request);
+/// Returns the JSON to post.
+QByteArray bodyOf(const commitMessageAI::Request& request);
 
 } // namespace plovik

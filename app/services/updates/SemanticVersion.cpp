@@ -3,6 +3,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace plovik {
@@ -11,8 +13,7 @@ namespace {
 
 std::optional<SemanticVersion::Identifier> identifierOf(const QString& text)
 {
-    static const QRegularExpression number(QRegularExpression::anchoredPattern(u"[0-9]+"_s));
-    if (!number.match(text).hasMatch())
+    if (!std::ranges::all_of(text, [](QChar each) { return each >= u'0' && each <= u'9'; }))
         return text.toStdString();
     bool fits = false;
     const std::uint64_t value = text.toULongLong(&fits);
@@ -23,32 +24,28 @@ std::optional<SemanticVersion::Identifier> identifierOf(const QString& text)
 
 std::strong_ordering SemanticVersion::operator<=>(const SemanticVersion& other) const
 {
-    if (const auto order = numbers <=> other.numbers; order != 0)
-        return order;
+    if (const int order = QVersionNumber::compare(numbers, other.numbers); order != 0)
+        return order <=> 0;
     if (isPreRelease() != other.isPreRelease())
         return isPreRelease() ? std::strong_ordering::less : std::strong_ordering::greater;
     return preRelease <=> other.preRelease;
 }
 
-std::optional<SemanticVersion> SemanticVersion::parse(QStringView text)
+std::optional<SemanticVersion> SemanticVersion::parse(const QString& text)
 {
     static const QRegularExpression form(QRegularExpression::anchoredPattern(
-        u"v?([0-9]+)(?:\\.([0-9]+))?(?:\\.([0-9]+))?"
+        u"v?([0-9]+(?:\\.[0-9]+){0,2})"
         "(?:[-~]([0-9A-Za-z-]+(?:\\.[0-9A-Za-z-]+)*))?(?:\\+[0-9A-Za-z-]+(?:\\.[0-9A-Za-z-]+)*)?"_s));
-    const QRegularExpressionMatch match = form.match(text.toString());
+    const QRegularExpressionMatch match = form.match(text);
     if (!match.hasMatch())
         return std::nullopt;
 
-    SemanticVersion version;
-    for (std::size_t i = 0; i < version.numbers.size(); ++i) {
-        const QString digits = match.captured(static_cast<int>(i) + 1);
-        bool fits = true;
-        if (!digits.isEmpty())
-            version.numbers[i] = digits.toULongLong(&fits);
-        if (!fits)
-            return std::nullopt;
-    }
-    for (const QString& each : match.captured(4).split(u'.', Qt::SkipEmptyParts)) {
+    qsizetype end = 0;
+    SemanticVersion version{.numbers = QVersionNumber::fromString(match.capturedView(1), &end).normalized(),
+                            .preRelease = {}};
+    if (end != match.capturedLength(1))
+        return std::nullopt;
+    for (const QString& each : match.captured(2).split(u'.', Qt::SkipEmptyParts)) {
         const std::optional<Identifier> identifier = identifierOf(each);
         if (!identifier)
             return std::nullopt;

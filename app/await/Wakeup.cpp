@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/services/ai/Wakeup.h"
+#include "app/await/Wakeup.h"
 
 #include <QMetaObject>
 #include <QObject>

@@ -8,9 +8,9 @@ class QObject;
 
 namespace plovik {
 
-/// Lets one coroutine wait for wake(). It goes on from the event loop of the thread that made this object, never inside
-/// wake(), so whoever wakes it may be anywhere. Copies are the same. Made and awaited on one thread; woken from any,
-/// any number of times.
+/// Lets one coroutine wait for wake(). The coroutine goes on from the event loop of the thread that made this object,
+/// never inside wake(). Copies share one state. Made and awaited on one thread; wake() may be called on any thread and
+/// more than once.
 class Wakeup {
 public:
     Wakeup();
