@@ -7,7 +7,7 @@
 
 namespace plovik {
 
-/// Whether the user wants a light or a dark desktop, as the desktop tells it.
+/// Tells whether the user has set the desktop to light or dark.
 ///
 /// Used on the main thread. Asking goes on in the background: `Unknown` until the answer is there, and for good where
 /// nobody answers.

@@ -18,15 +18,15 @@ struct Application {
     bool operator==(const Application&) const = default;
 };
 
-/// The application that the file at `path` describes, while it is there and can be started. Any thread.
+/// Returns the application that the file at `path` describes; nullopt when it is gone or cannot be started. Any thread.
 std::optional<Application> at(const std::filesystem::path& path);
 
-/// The editors we know that are installed, each once, in the order of our table. Any thread.
+/// Returns the known editors that are installed, each once, in the order of our table. Any thread.
 std::vector<Application> known();
 
-/// The folder where the desktop keeps most applications.
+/// Returns the folder where the desktop keeps most applications.
 std::filesystem::path applicationsFolder();
-/// The end of the names of the files that describe applications, as file choosers take it: "*.suffix".
+/// Returns a file chooser's pattern for the files that describe applications: "*.suffix".
 std::string applicationPattern();
 
 using Files = std::span<const std::filesystem::path>; ///< absolute; they exist

@@ -10,7 +10,7 @@
 
 namespace plovik {
 
-/// Why folders are looked at: everything afresh, or because they have just appeared.
+/// Why folders are looked at: everything is walked again, or the folders have just appeared.
 enum class FolderWalk { Everything, Appeared };
 
 /// What a FileEvents watches and what it passes on. Used, and in the end destroyed, on the watching thread only, so it
@@ -22,14 +22,14 @@ public:
     /// The folders whose trees are watched, most important first. Asked at the start of every walk over everything.
     virtual std::vector<std::string> roots() = 0;
 
-    /// Removes those of `folders`, all inside a root, that are not to be watched. Given a whole level of a tree at a
-    /// time.
+    /// Removes those of `folders` that must not be watched. All of them are inside a root; a call gets a whole level of
+    /// a tree.
     virtual void keepWatched(std::vector<std::string>& folders, FolderWalk walk) = 0;
 
-    /// Whether a change of `path` is worth telling. What is not neither starts nor joins a batch.
+    /// Returns whether a change of `path` is reported. Other changes neither start nor join a batch.
     virtual bool reports(const std::string& path) = 0;
 
-    /// Whether a change of `path` may change the answers above, so that everything is walked again.
+    /// Returns whether a change of `path` may change the answers above, so that everything must be walked again.
     virtual bool reshapedBy(const std::string& path) = 0;
 };
 

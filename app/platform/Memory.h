@@ -3,8 +3,8 @@
 
 namespace plovik {
 
-/// Keeps memory that worker threads give back where the next one finds it, instead of a store of its own for every
-/// thread. To be called once, before other threads start.
+/// Lets all threads allocate from the same memory, so that a thread can use what another one gave back. To be called
+/// once, before other threads start.
 void shareMemoryBetweenThreads();
 
 } // namespace plovik

@@ -5,7 +5,8 @@
 
 namespace plovik {
 
-/// The folder of the program that this process runs, absolute and without links; empty when the system does not tell.
+/// Returns the folder of the program that this process runs, absolute and without links; empty when the system does not
+/// tell.
 std::filesystem::path ownProgramFolder();
 
 } // namespace plovik

@@ -12,11 +12,11 @@
 
 namespace plovik {
 
-/// What a program that git started wants of the user.
+/// What a program that git started asks the user for.
 enum class SignInKind {
     answer,     ///< a text: a name, a secret, "yes"
     permission, ///< yes or no
-    notice,     ///< nothing that is typed: a security key is to be touched
+    notice,     ///< nothing to type, as when a security key is to be touched
 };
 
 /// A program that waits for an answer; destroying the question refuses it. Main thread.
@@ -28,26 +28,26 @@ public:
     std::string text;        ///< as the program asks it
     std::string destination; ///< of ssh, "user@host" as git gave it; empty where it is not known
 
-    /// To be called once. `text` is one line in UTF-8; it is kept nowhere.
+    /// To be called once. `text` is one line in UTF-8; no copy of it is kept.
     virtual void answer(QByteArray text) = 0;
     /// Called once, when the program is gone before it was answered; it may destroy the question.
     std::function<void()> gone = {};
 };
 
-/// The way by which all that one action starts can ask; open as long as it lives. Main thread.
+/// The line over which the processes of one action ask. It is open as long as this object lives. Main thread.
 class SignInLine {
 public:
     virtual ~SignInLine() = default;
 
-    /// What git is to be started with.
+    /// Returns the variables that git must be started with.
     virtual std::vector<std::pair<std::string, std::string>> environment() const = 0;
 };
 
-/// Opens a line; `asked` is called for each question. Null where questions go elsewhere or nowhere. Main thread.
+/// Opens a line; `asked` is called for each question. Returns null when Plovik does not answer questions. Main thread.
 using OpenSignIn =
     std::function<std::unique_ptr<SignInLine>(std::function<void(std::unique_ptr<SignInQuestion>)> asked)>;
 
-/// A question as it is put to the user.
+/// A question as the user sees it.
 struct SignInPrompt {
     quint64 id = 0;
     SignInKind kind = SignInKind::answer;

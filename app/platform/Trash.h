@@ -5,8 +5,8 @@
 
 namespace plovik {
 
-/// Moves a file, a folder or a link itself to the desktop's Trash. Afterwards nothing is left in its place and the
-/// Trash has it whole; otherwise throws std::runtime_error with a sentence for the user. Blocks; any thread.
+/// Moves a file, a folder or a link itself to the desktop's Trash. Returns once its place is empty and the Trash has
+/// all of it; otherwise throws std::runtime_error with a sentence for the user. Blocks; any thread.
 void moveToTrash(const std::filesystem::path& path);
 
 } // namespace plovik

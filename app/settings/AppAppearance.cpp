@@ -3,21 +3,44 @@
 
 #include "app/settings/Settings.h"
 
+#include <QCoreApplication>
+
+using namespace Qt::StringLiterals;
+
 namespace plovik {
 
-QString rawValue(AppAppearance appearance) { return displayName(appearance).toLower(); }
+namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(AppAppearance)
+};
+
+} // namespace
+
+QString rawValue(AppAppearance appearance)
+{
+    switch (appearance) {
+    case AppAppearance::light:
+        return u"light"_s;
+    case AppAppearance::dark:
+        return u"dark"_s;
+    case AppAppearance::system:
+        break;
+    }
+    return u"system"_s;
+}
 
 QString displayName(AppAppearance appearance)
 {
     switch (appearance) {
     case AppAppearance::light:
-        return QStringLiteral("Light");
+        return Text::tr("Light");
     case AppAppearance::dark:
-        return QStringLiteral("Dark");
+        return Text::tr("Dark");
     case AppAppearance::system:
         break;
     }
-    return QStringLiteral("System");
+    return Text::tr("System");
 }
 
 AppAppearance appearanceNamed(const QString& rawName)

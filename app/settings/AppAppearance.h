@@ -8,7 +8,7 @@
 
 namespace plovik {
 
-/// Which colour scheme the user wants.
+/// The colour scheme that the user wants.
 enum class AppAppearance { system, light, dark };
 
 inline constexpr std::array allAppearances{AppAppearance::system, AppAppearance::light, AppAppearance::dark};
@@ -16,9 +16,9 @@ inline constexpr std::array allAppearances{AppAppearance::system, AppAppearance:
 /// The stored form: "system", "light", "dark".
 QString rawValue(AppAppearance appearance);
 QString displayName(AppAppearance appearance);
-/// Anything unknown means the system's.
+/// Returns the system's for an unknown name.
 AppAppearance appearanceNamed(const QString& rawName);
-/// What the settings hold.
+/// Returns the one in the settings.
 AppAppearance storedAppearance();
 
 } // namespace plovik

@@ -29,7 +29,7 @@ std::map<std::string, Draft>& keptInThisRun()
     return drafts;
 }
 
-/// One thread, so that an older draft never lands on a newer one; its own, so that no git process holds it up.
+/// It has one thread, so that an older draft never replaces a newer one, and shares it with no git process.
 QThreadPool& writer()
 {
     static QThreadPool pool;
@@ -47,7 +47,7 @@ void write(const QString& file, const Draft& draft)
     QSaveFile out(file);
     if (!out.open(QIODevice::WriteOnly))
         return;
-    // What is not committed yet is nobody else's to read.
+    // Nobody else may read what is not committed yet.
     out.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     out.write(QJsonDocument(QJsonObject{{subjectKey, draft.subject}, {bodyKey, draft.body}}).toJson());
     out.commit();

@@ -5,8 +5,8 @@
 
 #include <filesystem>
 
-/// The commit message that is being written for each repository, kept until it is committed: across windows, launches
-/// and crashes. Main thread.
+/// The commit message that is being written for each repository. It is kept until it is committed: across windows,
+/// launches and crashes. Main thread.
 namespace plovik::commitDrafts {
 
 struct Draft {
@@ -17,18 +17,18 @@ struct Draft {
     bool operator==(const Draft&) const = default;
 };
 
-/// What was kept last for the repository at `root`; empty when there is nothing, or nothing readable. Reads one small
-/// file unless the draft was kept in this run.
+/// Returns what was kept last for the repository at `root`; empty when there is nothing, or nothing readable. Reads one
+/// small file unless the draft was kept in this run.
 Draft read(const std::filesystem::path& root);
 
-/// Keeps a draft; an empty one removes what was kept. Returns at once: a thread of its own writes the file, draft after
-/// draft. Where nothing can be written the draft is kept for this run.
+/// Keeps a draft; an empty one removes what was kept. Returns at once: another thread writes the files, one draft after
+/// the other. A draft whose file cannot be written is kept for this run.
 void keep(const std::filesystem::path& root, const Draft& draft);
 
-/// Waits until what was kept is in its file.
+/// Waits until all drafts are in their files.
 void finishWriting();
 
-/// Where the draft of a repository is kept.
+/// Returns the path of the file for a repository's draft.
 QString fileFor(const std::filesystem::path& root);
 
 } // namespace plovik::commitDrafts

@@ -5,14 +5,16 @@
 
 #include <QStringList>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik::recentRepositories {
 
 namespace {
 
-const QString listKey = QStringLiteral("recentRepositories");
+const QString listKey = u"recentRepositories"_s;
 constexpr qsizetype mostKept = 25;
 
-// A settings file holds text while a path is any bytes: what is not plain is percent-encoded, so that nothing is lost.
+// A settings file holds text, but a path is bytes, so bytes that are not plain are percent-encoded.
 QString encoded(const std::filesystem::path& path)
 {
     return QString::fromLatin1(QByteArray::fromStdString(path.string()).toPercentEncoding("/ !'()*,;:@&=+$#[]"));

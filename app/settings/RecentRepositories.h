@@ -9,10 +9,10 @@ namespace plovik::recentRepositories {
 /// Puts a repository first in the stored list, which holds 25 at most. Main thread.
 void add(const std::filesystem::path& root);
 
-/// Takes a repository out of the stored list.
+/// Removes a repository from the stored list.
 void remove(const std::filesystem::path& root);
 
-/// The stored repositories at whose paths something exists, the latest first. Touches the disk once a path.
+/// Returns the stored repositories whose paths exist, the latest first. Looks at the disk once for each path.
 std::vector<std::filesystem::path> all();
 
 } // namespace plovik::recentRepositories

@@ -47,7 +47,7 @@ bool Settings::value(const Setting<bool>& setting) const
 QString Settings::value(const Setting<const char*>& setting) const
 {
     const QVariant stored = file().value(keyOf(setting.key));
-    // A list, as a comma makes one in a file written by hand, is no text either.
+    // A comma in a file written by hand makes a list, which is not a text either.
     return stored.typeId() == QMetaType::QString ? stored.toString() : QString::fromUtf8(setting.fallback);
 }
 

@@ -14,7 +14,7 @@ namespace plovik {
 
 namespace {
 
-// A keyring that is open answers within milliseconds; nobody unlocks one for an application that is quitting.
+// An open keyring answers within milliseconds, and nobody unlocks one for an application that is quitting.
 constexpr std::chrono::milliseconds lastWait{1000};
 
 QCoro::Task<> saveKey(std::shared_ptr<int> running, AIProvider provider, QString key,

@@ -5,8 +5,8 @@
 
 namespace plovik {
 
-/// The providers of commit messages and the store of their keys, for the settings. A key that is being stored when the
-/// application quits is waited for, shortly. Main thread.
+/// Returns the providers of commit messages and the store of their keys, for the settings. When the application quits,
+/// it waits a short time for keys that are being stored. Main thread.
 AIChoices aiChoices();
 
 } // namespace plovik

@@ -4,9 +4,9 @@
 #include "app/platform/FileBrowser.h"
 #include "app/store/ShownText.h"
 
-#include <memory>
+#include <QCoreApplication>
 
-using namespace Qt::StringLiterals;
+#include <memory>
 
 namespace plovik {
 
@@ -14,24 +14,28 @@ namespace {
 
 using Offer = CommandLineState::Offer;
 
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(CommandLineSettings)
+};
+
 CommandLineState stateOf(const CommandLineTool& tool)
 {
     if (!tool.bundled())
-        return {.statement = u"Only an installed Plovik contains the command line tool."_s, .path = {}};
+        return {.statement = Text::tr("Only an installed Plovik contains the command line tool."), .path = {}};
     if (const auto packaged = tool.packaged())
-        return {.statement = u"Installed with Plovik, where terminals find it"_s, .path = *packaged};
+        return {.statement = Text::tr("Installed with Plovik, where terminals find it"), .path = *packaged};
     const auto link = tool.installation();
     if (!link)
-        return {.statement = u"Not installed"_s, .path = {}, .offer = Offer::install};
+        return {.statement = Text::tr("Not installed"), .path = {}, .offer = Offer::install};
     if (link->isCurrent)
-        return {.statement = u"Installed at"_s, .path = link->path, .offer = Offer::reveal};
-    return {.statement = shownText(CommandLineTool::staleDescription(*link)),
+        return {.statement = Text::tr("Installed at"), .path = link->path, .offer = Offer::reveal};
+    return {.statement = CommandLineTool::staleDescription(*link),
             .path = link->target.value_or(link->path),
             .offer = Offer::update};
 }
 
-/// The sentence that an installation failed with; empty when it did not.
-std::string problemOfInstalling(const CommandLineTool& tool)
+/// Installs the tool. Returns why that failed, as a sentence; empty when it did not fail.
+std::string installReportingProblem(const CommandLineTool& tool)
 {
     try {
         tool.install();
@@ -49,9 +53,9 @@ CommandLineCommands commandLineCommands(const CommandLineTool& tool, Worker& wor
     commands.state = [tool] { return stateOf(tool); };
     commands.install = [tool, &worker](std::function<void(QString)> finished) {
         const auto problem = std::make_shared<std::string>();
-        // It waits for a password: not where reads of git would wait behind it.
+        // It waits for a password, so reads of git must not wait behind it.
         worker.post(
-            Worker::Lane::network, [tool, problem] { *problem = problemOfInstalling(tool); },
+            Worker::Lane::network, [tool, problem] { *problem = installReportingProblem(tool); },
             [problem, finished = std::move(finished)] { finished(shownText(*problem)); });
     };
     commands.reveal = [](const std::filesystem::path& path, std::function<void(QString)> failed) {

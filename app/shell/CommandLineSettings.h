@@ -7,7 +7,8 @@
 
 namespace plovik {
 
-/// What the settings say of the command line tool, and do with it. `worker` outlives the result. Main thread.
+/// Returns what the settings show of the command line tool and what they can do with it. `worker` must outlive the
+/// result. Main thread.
 CommandLineCommands commandLineCommands(const CommandLineTool& tool = CommandLineTool(),
                                         Worker& worker = Worker::pool());
 

@@ -16,11 +16,13 @@
 #include <stdexcept>
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik::externalEditor {
 
 namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(ExternalEditor)
+};
 
 std::filesystem::path nativePath(const QString& path) { return QFile::encodeName(path).toStdString(); }
 
@@ -38,8 +40,8 @@ Files existing(const Files& files)
     return kept;
 }
 
-/// The blocking part. The problem is empty when all went well.
-std::string problemOfOpening(const std::filesystem::path& editor, const Files& files)
+/// Opens the files, and blocks. Returns why that failed, as a sentence; empty when it did not fail.
+std::string openReportingProblem(const std::filesystem::path& editor, const Files& files)
 {
     const Files present = existing(files);
     try {
@@ -60,7 +62,7 @@ std::string problemOfOpening(const std::filesystem::path& editor, const Files& f
 std::vector<App> installed()
 {
     std::vector<App> apps = editors::known();
-    // The C locale has no order of words.
+    // The C locale does not sort words as people do.
     const QLocale locale;
     QCollator order(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     order.setNumericMode(true);
@@ -77,7 +79,7 @@ std::optional<App> app(const QString& path) { return path.isEmpty() ? std::nullo
 QString menuTitle(const QString& path)
 {
     const std::optional<App> chosen = app(path);
-    return chosen ? u"Open in %1"_s.arg(shownText(chosen->name)) : u"Open in Default Editor"_s;
+    return chosen ? Text::tr("Open in %1").arg(shownText(chosen->name)) : Text::tr("Open in Default Editor");
 }
 
 QString menuTitle() { return menuTitle(chosenPath()); }
@@ -85,11 +87,11 @@ QString menuTitle() { return menuTitle(chosenPath()); }
 void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
 {
     auto* const panel =
-        new QFileDialog(parent, u"Choose an application"_s, shownText(editors::applicationsFolder().string()),
-                        u"Applications (%1)"_s.arg(shownText(editors::applicationPattern())));
+        new QFileDialog(parent, Text::tr("Choose an application"), shownText(editors::applicationsFolder().string()),
+                        Text::tr("Applications (%1)").arg(shownText(editors::applicationPattern())));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::ExistingFile);
-    panel->setLabelText(QFileDialog::Accept, u"Choose"_s);
+    panel->setLabelText(QFileDialog::Accept, Text::tr("Choose"));
     QObject::connect(panel, &QFileDialog::fileSelected, panel, [chosen = std::move(chosen)](const QString& path) {
         if (std::optional<App> picked = app(path))
             chosen(*std::move(picked));
@@ -99,9 +101,9 @@ void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
 
 void open(const Files& files, Failed failed)
 {
-    // Starting a program waits for disks and buses, which the window must not.
+    // Starting a program waits for disks and buses; the window must not wait for them.
     QThreadPool::globalInstance()->start([editor = nativePath(chosenPath()), files, failed = std::move(failed)] {
-        std::string problem = problemOfOpening(editor, files);
+        std::string problem = openReportingProblem(editor, files);
         QCoreApplication* const application = QCoreApplication::instance();
         if (problem.empty() || !application)
             return;

@@ -19,15 +19,15 @@ namespace plovik::externalEditor {
 
 using App = editors::Application;
 
-/// The known editors that are installed, by the names that are shown.
+/// Returns the known editors that are installed, sorted by their shown names.
 std::vector<App> installed();
 
-/// The application at a path; none for an empty path and for one where no application is any more.
+/// Returns the application at a path; nullopt for an empty path and for an application that is gone.
 std::optional<App> app(const QString& path);
 
-/// What the command is called that opens files with the application at `path`.
+/// Returns the title of the command that opens files with the application at `path`.
 QString menuTitle(const QString& path);
-/// The same for the user's choice.
+/// Returns the title for the user's choice.
 QString menuTitle();
 
 /// Lets the user pick any application; `chosen` is called with it unless the user cancels. Returns at once.

@@ -14,7 +14,7 @@ namespace plovik {
 
 namespace {
 
-// What the views load by themselves once the store is full: a commit's message, a diff.
+// Once the store is full, the views themselves load a commit's message and a diff; this is the time for that.
 constexpr std::chrono::milliseconds detailsSettle{700};
 
 } // namespace

@@ -12,15 +12,15 @@ namespace plovik {
 
 class RepositoryWindow;
 
-/// Writes a picture of a window once all of it is there, and then quits the application: with
-/// status 0, or with 1 and a sentence on standard error when the file cannot be written.
+/// Writes a picture of a window once everything in it is loaded, and then quits the application: with status 0, or with
+/// status 1 and a sentence on standard error when the file cannot be written.
 class Screenshot : public QObject {
     Q_OBJECT
 
 public:
     /// `window` outlives this object.
     Screenshot(QWidget& window, std::filesystem::path file, QObject* parent);
-    /// Waits for what the repository's window reads.
+    /// Waits until the repository's window has read everything.
     Screenshot(RepositoryWindow& window, std::filesystem::path file, QObject* parent);
 
 private:

@@ -5,12 +5,13 @@
 
 namespace plovik {
 
-/// Begins to look for the working tree of a folder on a thread of its own. Called before the toolkit starts, it is done
-/// when the toolkit is.
+/// Begins to look for the working tree of a folder on another thread. When this is called before the toolkit starts,
+/// the answer is there when the toolkit is ready.
 void beginTopLevelLookup(const std::filesystem::path& folder);
 
-/// The top level of the working tree that holds `folder`: what beginTopLevelLookup() found, once, or else git's answer
-/// now. Blocks, and throws, as GitRepository::topLevel does.
+/// Returns the top level of the working tree that holds `folder`. The first call for the folder of
+/// beginTopLevelLookup() takes the answer that was found then; other calls ask git. Blocks and throws as
+/// GitRepository::topLevel does.
 std::filesystem::path topLevelOf(const std::filesystem::path& folder);
 
 } // namespace plovik

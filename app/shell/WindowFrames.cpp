@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik::windowFrames {
 
 namespace {
@@ -18,7 +20,7 @@ QString keyFor(const std::filesystem::path& root)
 {
     // Slashes would become groups of the settings file.
     const QByteArray path = QByteArray::fromStdString(root.string()).toPercentEncoding(" ");
-    return QStringLiteral("windowFrames/Repository ") + QString::fromLatin1(path);
+    return u"windowFrames/Repository "_s + QString::fromLatin1(path);
 }
 
 bool reachable(const QRect& frame)
@@ -50,7 +52,7 @@ std::optional<QRect> storedFrame(const std::filesystem::path& root)
 
 QString text(const QRect& frame)
 {
-    return QStringLiteral("%1 %2 %3 %4").arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height());
+    return u"%1 %2 %3 %4"_s.arg(frame.x()).arg(frame.y()).arg(frame.width()).arg(frame.height());
 }
 
 std::optional<QRect> frame(const QString& text)
@@ -85,7 +87,7 @@ void restore(QWidget& window, const std::filesystem::path& root)
 
 void remember(const QWidget& window, const std::filesystem::path& root)
 {
-    // A maximised window comes back at its ordinary size.
+    // A maximised window has no place of its own; it comes back at its ordinary size.
     if (window.isMinimized() || window.isMaximized() || window.isFullScreen())
         return;
     const QString now = text(window.geometry());

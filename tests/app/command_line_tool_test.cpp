@@ -100,13 +100,13 @@ TEST_F(CommandLineToolTest, FindsTheFirstEntryWhateverItIs)
     link("nowhere", own / "plovik");
     const Installation dangling{own / "plovik", "nowhere", false};
     EXPECT_EQ(tool().installation(), dangling);
-    EXPECT_EQ(CommandLineTool::staleDescription(dangling), "Links to a file that no longer exists:");
+    EXPECT_EQ(CommandLineTool::staleDescription(dangling).toStdString(), "Links to a file that no longer exists:");
 
     fs::remove(own / "plovik");
     writeFile(own / "plovik", "mine");
     const Installation file{own / "plovik", std::nullopt, false};
     EXPECT_EQ(tool().installation(), file);
-    EXPECT_EQ(CommandLineTool::staleDescription(file), "This is not a link to Plovik.");
+    EXPECT_EQ(CommandLineTool::staleDescription(file).toStdString(), "This is not a link to Plovik.");
 }
 
 TEST_F(CommandLineToolTest, FollowsLinksFromWhereTheyLie)
@@ -124,7 +124,7 @@ TEST_F(CommandLineToolTest, FollowsLinksFromWhereTheyLie)
     link("../../old/plovik", own / "plovik");
     const Installation other{own / "plovik", "../../old/plovik", false};
     EXPECT_EQ(tool().installation(), other);
-    EXPECT_EQ(CommandLineTool::staleDescription(other), "Links to another copy of Plovik:");
+    EXPECT_EQ(CommandLineTool::staleDescription(other).toStdString(), "Links to another copy of Plovik:");
 }
 
 TEST_F(CommandLineToolTest, LinksWhereTheUserMayWrite)

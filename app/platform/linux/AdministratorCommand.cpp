@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/AdministratorCommand.h"
 
+#include <QCoreApplication>
+
 #include <gio/gio.h>
 
 #include <algorithm>
@@ -24,18 +26,21 @@ struct ErrorDeleter {
 };
 using Error = std::unique_ptr<GError, ErrorDeleter>;
 
-// What pkexec answers when the user closed its dialog. Everything else that it or the command answers is a failure.
+// pkexec ends with this status when the user closed its dialog. Any other status except 0 is a failure.
 constexpr int dismissed = 126;
 
 [[noreturn]] void failToStart(const GError& error)
 {
     if (g_error_matches(&error, G_SPAWN_ERROR, G_SPAWN_ERROR_NOENT) != 0)
-        throw AdministratorFailure("An administrator's rights are needed, and “pkexec”, which asks for them, is not "
-                                   "installed.");
+        throw AdministratorFailure(
+            QCoreApplication::translate(
+                "AdministratorCommand",
+                "An administrator's rights are needed, and “pkexec”, which asks for them, is not installed.")
+                .toStdString());
     throw AdministratorFailure(error.message);
 }
 
-/// The first paragraph: behind it stands that the incident was reported, to whomever.
+/// Returns the first paragraph. pkexec adds another one, which says that the incident has been reported.
 std::string firstParagraph(std::string text)
 {
     const std::size_t start = text.find_first_not_of(" \t\r\n");
@@ -59,7 +64,7 @@ Held<GSubprocess> start(const std::vector<std::string>& command)
     constexpr int flags = G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_PIPE;
     // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange): a set of flags
     const auto launcher = held(g_subprocess_launcher_new(static_cast<GSubprocessFlags>(flags)));
-    // It refuses to run for a user whose shell is not in the system's list, although it starts none.
+    // pkexec refuses to run for a user whose shell is not in the system's list, although it starts no shell.
     g_subprocess_launcher_unsetenv(launcher.get(), "SHELL");
     g_subprocess_launcher_set_cwd(launcher.get(), "/");
     GError* problem = nullptr;

@@ -3,6 +3,8 @@
 
 #include "app/platform/FileUri.h"
 
+#include <QCoreApplication>
+
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
 
@@ -104,7 +106,7 @@ bool matches(std::string_view entry, std::string_view known)
     return known.ends_with('*') ? entry.starts_with(known.substr(0, known.size() - 1)) : entry == known;
 }
 
-/// The user's folder comes first: what is in it replaces what the system has under the same name.
+/// The user's folder comes first, since an entry in it replaces the system's entry of the same name.
 std::vector<std::filesystem::path> applicationFolders()
 {
     std::vector<std::filesystem::path> folders{std::filesystem::path(g_get_user_data_dir()) / "applications"};
@@ -113,7 +115,7 @@ std::vector<std::filesystem::path> applicationFolders()
     return folders;
 }
 
-/// Where each desktop entry is, by its name without ".desktop".
+/// Returns the path of each desktop entry by its name without ".desktop".
 std::map<std::string, std::filesystem::path, std::less<>> desktopEntries()
 {
     std::map<std::string, std::filesystem::path, std::less<>> entries;
@@ -133,21 +135,22 @@ AppInfo appInfo(const std::filesystem::path& path)
 {
     if (path.extension() != suffix || !path.is_absolute())
         return nullptr;
-    // None for an entry whose program is not installed, too.
+    // This is also null for an entry whose program is not installed.
     AppInfo info(g_desktop_app_info_new_from_filename(path.c_str()));
     return info && g_desktop_app_info_get_is_hidden(info.get()) == 0 ? std::move(info) : nullptr;
 }
 
-std::string takeMessage(GError* error)
+/// Returns why an application or a file could not be opened, as a sentence. Frees the error.
+std::string takeSentence(const char* name, GError* error)
 {
-    std::string message = error ? error->message : "the desktop gives no reason.";
+    const QString shown = QString::fromUtf8(name);
+    const QString sentence =
+        error ? QCoreApplication::translate("Editors", "“%1” could not be opened: %2")
+                    .arg(shown, QString::fromUtf8(error->message))
+              : QCoreApplication::translate("Editors", "“%1” could not be opened: the desktop gives no reason.")
+                    .arg(shown);
     g_clear_error(&error);
-    return message;
-}
-
-[[noreturn]] void fail(const std::string& name, GError* error)
-{
-    throw std::runtime_error("“" + name + "” could not be opened: " + takeMessage(error));
+    return sentence.toStdString();
 }
 
 } // namespace
@@ -185,7 +188,9 @@ void open(const Application& application, Files files)
 {
     const AppInfo info = appInfo(application.path);
     if (!info)
-        throw std::runtime_error("“" + application.name + "” is no longer installed.");
+        throw std::runtime_error(QCoreApplication::translate("Editors", "“%1” is no longer installed.")
+                                     .arg(QString::fromStdString(application.name))
+                                     .toStdString());
     std::vector<std::string> uris;
     std::ranges::transform(files, std::back_inserter(uris), &fileUri);
     GList* list = nullptr;
@@ -195,7 +200,7 @@ void open(const Application& application, Files files)
     const bool isOpen = g_app_info_launch_uris(G_APP_INFO(info.get()), list, nullptr, &error) != 0;
     g_list_free(list);
     if (!isOpen)
-        fail(application.name, error);
+        throw std::runtime_error(takeSentence(application.name.c_str(), error));
 }
 
 void openWithDefaults(Files files)
@@ -206,7 +211,7 @@ void openWithDefaults(Files files)
         if (g_app_info_launch_default_for_uri(fileUri(file).c_str(), nullptr, &error) != 0)
             continue;
         const std::unique_ptr<gchar, decltype(&g_free)> name(g_filename_display_basename(file.c_str()), &g_free);
-        const std::string sentence = "“" + std::string(name.get()) + "” could not be opened: " + takeMessage(error);
+        const std::string sentence = takeSentence(name.get(), error);
         if (!first)
             first.emplace(sentence);
     }

@@ -25,9 +25,9 @@ void openFolder(const std::filesystem::path& folder, const Failed& failed)
     GError* error = nullptr;
     if (g_app_info_launch_default_for_uri(fileUri(folder).c_str(), nullptr, &error) != 0)
         return;
-    const std::string reason = error ? error->message : "";
+    const QString reason = QString::fromUtf8(error ? error->message : "");
     g_clear_error(&error);
-    failed("The folder could not be shown: " + reason);
+    failed(QCoreApplication::translate("FileBrowser", "The folder could not be shown: %1").arg(reason).toStdString());
 }
 
 } // namespace

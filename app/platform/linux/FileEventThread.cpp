@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 /// places.
 constexpr auto kBurstNap = 50ms;
 
-/// Reads of 64 KiB before the thread sees to anything else.
+/// The number of reads of 64 KiB before the thread does anything else.
 constexpr int kReadsInARow = 64;
 
 struct CloseFolder {
@@ -147,7 +147,7 @@ void FileEventThread::handle(const inotify_event& event)
         return;
     }
     const std::string* folder = folders_.path(event.wd);
-    // What became of a folder itself is told by the one it is in, of a root by the guard.
+    // The parent folder reports what happened to a folder itself; the guard reports what happened to a root.
     if (!folder || (event.mask & (IN_MOVE_SELF | IN_DELETE_SELF | IN_UNMOUNT)) != 0)
         return;
 
@@ -159,8 +159,8 @@ void FileEventThread::handle(const inotify_event& event)
 
 void FileEventThread::folderChanged(const inotify_event& event, const std::string& path)
 {
-    // A moved folder is one that went and one that appeared: looking at it afresh also finds what changed on the way.
-    // One that moves in may replace an empty one, of which nothing else is told.
+    // A moved folder counts as one that went and one that appeared, so changes during the move are found as well. A
+    // folder that moves in may replace an empty one; nothing else reports that.
     if ((event.mask & (IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO)) != 0)
         folders_.drop(path);
     // New attributes may be the permission to look into a folder that was closed until now.
@@ -242,7 +242,7 @@ void FileEventThread::walk(Folders level, FolderWalk kind)
 
 void FileEventThread::enter(const std::string& folder, FolderWalk kind, InotifyFolders::Links links, Folders& below)
 {
-    // Watched before it is read: what comes in between is seen twice rather than never.
+    // The folder is watched before it is read, so that a change in between is seen twice and not missed.
     const auto added = folders_.add(folder, links);
     if (added == InotifyFolders::Added::Full)
         reportLimit();

@@ -15,7 +15,7 @@ struct inotify_event;
 
 namespace plovik {
 
-/// What the main thread and the watching thread share.
+/// The state that the main thread and the watching thread share.
 class FileEvents::Link : public std::enable_shared_from_this<Link> {
 public:
     explicit Link(FileEventCallbacks callbacks);
@@ -24,7 +24,7 @@ public:
     void stop();
 
     bool stopped() const { return stopped_; }
-    /// Readable once stopped.
+    /// A descriptor that is readable once stopped.
     int wakeFd() const { return wake_.get(); }
 
     /// On the watching thread: call the callback on the main thread, unless stopped by then.
@@ -95,10 +95,10 @@ private:
     bool watching_ = false;
     bool limitReported_ = false;
 
-    /// A batch has just been told: until `flushAt_` changes are collected.
+    /// A batch has just been reported, so changes are collected until `flushAt_`.
     bool inBurst_ = false;
     Clock::time_point flushAt_;
-    /// Everything is to be walked, no sooner than `walkAt_`.
+    /// Everything must be walked, but not before `walkAt_`.
     bool walkDue_ = true;
     Clock::time_point walkAt_;
 };

@@ -12,7 +12,7 @@
 
 namespace plovik {
 
-/// `name` inside `folder`.
+/// Returns the path of `name` inside `folder`.
 std::string joined(std::string_view folder, std::string_view name);
 
 /// The folders that one inotify instance watches, found by path and by watch. For one thread.
@@ -24,10 +24,10 @@ public:
     /// Watches at most `most` folders.
     explicit InotifyFolders(std::size_t most);
 
-    /// The instance to poll and to read from; -1 when the system gives no more of them.
+    /// The descriptor to poll and to read from; -1 when the system gives no more instances.
     int fd() const { return inotify_.get(); }
 
-    /// Watches `path`, under this name from now on, should the folder be known under another.
+    /// Watches `path`. A folder that was known under another path has this path from now on.
     Added add(const std::string& path, Links links);
 
     /// Stops watching `path` and every folder below it.
@@ -38,7 +38,7 @@ public:
 
     bool contains(const std::string& path) const { return folders_.contains(path); }
 
-    /// The folder's path, valid until the next change here; null for a watch that is no longer ours.
+    /// Returns the folder's path, valid until the next change here; null for a watch that is no longer ours.
     const std::string* path(int watch) const;
 
     /// Between these two, add() marks what is still wanted; what is not marked then is dropped.

@@ -10,34 +10,34 @@
 
 namespace plovik {
 
-/// Which folder a path led to.
+/// The identity of the folder that a path led to.
 struct FolderIdentity {
     std::uint64_t device;
     std::uint64_t inode;
     bool operator==(const FolderIdentity&) const = default;
 };
 
-/// The folder at `path` now; none when there is none or it cannot be looked at.
+/// Returns the folder at `path` now; nullopt when there is none or it cannot be looked at.
 std::optional<FolderIdentity> folderAt(const std::string& path);
 
-/// Notices from outside that a root went away, came back or was replaced: a folder's own watch says nothing when the
-/// folder is removed while a terminal still stands in it, when a parent is renamed, or when it does not exist. For one
-/// thread.
+/// Notices from outside that a root went away, came back or was replaced. A folder's own watch says nothing when the
+/// folder is removed while a process uses it as its working folder, when a parent is renamed, or when the folder does
+/// not exist. For one thread.
 class RootGuard {
 public:
     /// Watches over `roots`, missing ones included, from now on.
     void arm(const std::vector<std::string>& roots);
 
-    /// The roots that are not what they were when this, or for the first time arm(), last looked.
+    /// Returns the roots that changed since the last call, or since arm() for the first call.
     std::vector<std::string> takeChanged();
 
-    /// To poll for reading; -1 when there is nothing to wait for.
+    /// A descriptor to poll for reading; -1 when there is nothing to wait for.
     int fd() const { return inotify_.get(); }
 
-    /// To poll for POLLPRI, which clears it: the mounts, while a root is missing; -1 otherwise.
+    /// A descriptor of the mounts, to poll for POLLPRI, which polling also clears; -1 unless a root is missing.
     int mountsFd() const { return mounts_.get(); }
 
-    /// Takes what there is to read; takeChanged() says what came of it.
+    /// Reads the events that there are; takeChanged() returns their result.
     void drain();
 
 private:

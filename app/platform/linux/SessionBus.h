@@ -3,7 +3,7 @@
 
 namespace plovik {
 
-/// Whether there is a session bus to ask. Without one, asking for it may start one, or wait.
+/// Returns whether there is a session bus. Without this check, a connection may start a bus, or wait for one.
 bool hasSessionBus();
 
 } // namespace plovik

@@ -24,10 +24,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr qsizetype mostBytes = 64 * 1024; ///< of a question, with all that belongs to it
+constexpr qsizetype mostBytes = 64 * 1024; ///< of a question with its token, kind and destination
 constexpr qsizetype parts = 4;             ///< token, kind, destination, text
 
-/// Nobody guesses it.
+/// Returns a token that nobody can guess.
 QByteArray makeToken()
 {
     std::array<quint32, 8> numbers{};
@@ -41,7 +41,7 @@ public:
     explicit AskingProgram(QLocalSocket& socket) : socket_(&socket)
     {
         watching_ = QObject::connect(&socket, &QLocalSocket::disconnected, &socket, [this] {
-            // It may destroy this.
+            // The call may destroy this object.
             if (const std::function<void()> call = std::exchange(gone, nullptr))
                 call();
         });
@@ -57,7 +57,7 @@ public:
 
     void answer(QByteArray text) override
     {
-        // One line is one answer.
+        // An answer is one line.
         if (const qsizetype end = text.indexOf('\n'); end >= 0)
             text.truncate(end);
         if (socket_) {
@@ -74,7 +74,8 @@ private:
     QMetaObject::Connection watching_;
 };
 
-/// What was inherited from another Plovik's action, such as a hook that started this one, nobody chose.
+/// Returns whether the user has set the variable. A Plovik that another one's action started, perhaps by a hook,
+/// inherits it without the user's choice.
 bool isUsersOwn(const char* name) { return std::getenv(name) && !std::getenv("PLOVIK_ASKPASS"); }
 
 SignInKind kindOf(const QByteArray& hint)
@@ -135,7 +136,7 @@ private:
 
     void ask(QLocalSocket& socket, const QByteArrayList& question)
     {
-        QObject::disconnect(&socket, &QLocalSocket::readyRead, nullptr, nullptr); // what else it says is not read
+        QObject::disconnect(&socket, &QLocalSocket::readyRead, nullptr, nullptr); // nothing after the question is read
         const auto action = asked_.find(question[0]);
         if (action == asked_.end()) {
             socket.disconnectFromServer();
@@ -162,14 +163,14 @@ public:
     Line(const Line&) = delete;
     Line& operator=(const Line&) = delete;
 
-    /// Git asks GIT_ASKPASS, then core.askPass, and then this variable's program, which is the only one that ssh asks:
-    /// so what the user has chosen in one of the first two stays chosen.
+    /// Git asks the program in GIT_ASKPASS, then the one in core.askPass, then the one in SSH_ASKPASS, which is the
+    /// only one that ssh asks. So a program that the user has set in one of the first two still comes first.
     std::vector<std::pair<std::string, std::string>> environment() const override
     {
         std::vector<std::pair<std::string, std::string>> entries{
             {"PLOVIK_ASKPASS", token_.toStdString() + ':' + QFile::encodeName(server_->socketPath()).toStdString()},
             {"SSH_ASKPASS", program_.string()}};
-        // Without a display, or with a terminal, ssh would not ask it.
+        // Without this, ssh asks no program if there is no display or if there is a terminal.
         if (!isUsersOwn("SSH_ASKPASS_REQUIRE"))
             entries.emplace_back("SSH_ASKPASS_REQUIRE", "force");
         return entries;

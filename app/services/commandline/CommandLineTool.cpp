@@ -38,7 +38,7 @@ bool isSame(const fs::path& one, const fs::path& other)
     return !missing && real == fs::canonical(other, missing);
 }
 
-/// Whether a file can be made in `folder`, which may have to be made first.
+/// Returns whether a file can be made in `folder`, which may have to be made first.
 bool canWrite(fs::path folder)
 {
     std::error_code missing;
@@ -47,20 +47,28 @@ bool canWrite(fs::path folder)
     return fs::is_directory(folder, missing) && ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-/// Absolute, and read as the system does: relative to the link, whose folder may itself be reached by links.
+/// Returns the absolute target. Like the system, it takes a relative target from the link's folder, which may itself be
+/// reached by links.
 fs::path destination(const CommandLineTool::Installation& link)
 {
     return link.target ? link.path.parent_path() / *link.target : fs::path();
 }
 
-[[noreturn]] void fail(const std::string& sentence) { throw CommandLineTool::InstallError(sentence); }
+[[noreturn]] void fail(const QString& sentence) { throw CommandLineTool::InstallError(sentence.toStdString()); }
+
+/// `sentence` has a place for the path.
+[[noreturn]] void fail(const QString& sentence, const fs::path& path)
+{
+    fail(sentence.arg(QString::fromStdString(path.string())));
+}
 
 [[noreturn]] void fail(const fs::path& link, const std::error_code& error)
 {
-    fail("“" + link.string() + "” could not be made: " + error.message() + ".");
+    fail(CommandLineTool::tr("“%1” could not be made: %2.")
+             .arg(QString::fromStdString(link.string()), QString::fromStdString(error.message())));
 }
 
-/// A link of a new name beside `link`, so that it can take its place in one step.
+/// Makes a link with a new name beside `link`, so that renaming it replaces `link` in one step.
 fs::path makeBeside(const fs::path& link, const fs::path& tool)
 {
     constexpr int mostAttempts = 100;
@@ -83,7 +91,7 @@ void makeLink(const fs::path& tool, const fs::path& link)
     fs::create_directories(link.parent_path(), error);
     if (error)
         fail(link, error);
-    // Fails when something was put there meanwhile.
+    // This fails when something was put there meanwhile.
     fs::create_symlink(tool, link, error);
     if (error)
         fail(link, error);
@@ -118,7 +126,7 @@ CommandLineTool::Places CommandLineTool::placesFor(fs::path programs, const fs::
     places.programs = std::move(programs);
     for (std::size_t at = 0; at <= searchPath.size();) {
         const std::size_t end = std::min(searchPath.find(':', at), searchPath.size());
-        // Folders that depend on where the terminal stands hold no program of ours.
+        // A relative folder depends on the terminal's working folder, so it holds no program of ours.
         if (const fs::path folder = searchPath.substr(at, end - at); folder.is_absolute())
             places.searchPath.push_back(folder);
         at = end + 1;
@@ -172,13 +180,13 @@ std::optional<CommandLineTool::Installation> CommandLineTool::installation() con
     return std::nullopt;
 }
 
-std::string CommandLineTool::staleDescription(const Installation& installation)
+QString CommandLineTool::staleDescription(const Installation& installation)
 {
     if (!installation.target)
-        return "This is not a link to Plovik.";
+        return tr("This is not a link to Plovik.");
     std::error_code missing;
-    return fs::exists(destination(installation), missing) ? "Links to another copy of Plovik:"
-                                                          : "Links to a file that no longer exists:";
+    return fs::exists(destination(installation), missing) ? tr("Links to another copy of Plovik:")
+                                                          : tr("Links to a file that no longer exists:");
 }
 
 fs::path CommandLineTool::linkFolder() const
@@ -191,10 +199,10 @@ bool CommandLineTool::install() const
 {
     const auto tool = bundled();
     if (!tool)
-        fail("This copy of Plovik does not contain the command line tool.");
+        fail(tr("This copy of Plovik does not contain the command line tool."));
     const auto existing = installation();
     if (existing && !existing->target)
-        fail(existing->path.string() + " is not a link, so it was left alone. Remove it and try again.");
+        fail(tr("%1 is not a link, so it was left alone. Remove it and try again."), existing->path);
 
     const fs::path link = existing ? existing->path : linkFolder() / toolName;
     if (!canWrite(link.parent_path()))
@@ -218,8 +226,8 @@ bool CommandLineTool::linkAsAdministrator(const fs::path& tool, const fs::path& 
     try {
         return administrator_(command);
     } catch (const AdministratorFailure& failure) {
-        const std::string said = failure.what();
-        fail(said.empty() ? "The command line tool could not be installed." : said);
+        const QString said = QString::fromUtf8(failure.what());
+        fail(said.isEmpty() ? tr("The command line tool could not be installed.") : said);
     }
 }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QCoreApplication>
+#include <QString>
+
 #include <filesystem>
 #include <functional>
 #include <optional>
@@ -14,8 +17,10 @@ namespace plovik {
 ///
 /// A value without state: every call looks at the disk afresh. Any thread.
 class CommandLineTool {
+    Q_DECLARE_TR_FUNCTIONS(plovik::CommandLineTool)
+
 public:
-    /// Where everything is looked for. All folders are absolute.
+    /// The folders in which everything is looked for. All are absolute.
     struct Places {
         std::filesystem::path programs;                 ///< the folder of the running application's program
         std::vector<std::filesystem::path> linkFolders; ///< in the order of preference; never empty
@@ -24,7 +29,7 @@ public:
         bool operator==(const Places&) const = default;
     };
 
-    /// What stands under the tool's name in a link folder.
+    /// An entry with the tool's name in a link folder.
     struct Installation {
         std::filesystem::path path;
         std::optional<std::filesystem::path> target; ///< as the link stores it; none for what is no link
@@ -41,27 +46,27 @@ public:
     /// Runs a command with the administrator's rights, as runAsAdministrator() does.
     using Administrator = std::function<bool(const std::vector<std::string>& command)>;
 
-    /// Of this process: beside its program; the user's own folder for programs where terminals look into it, then the
-    /// machine's.
+    /// The tool of this process lies beside its program. Links go into the user's own folder for programs, if terminals
+    /// look into it, else into the machine's.
     CommandLineTool();
     CommandLineTool(Places places, Administrator administrator);
 
-    /// The places for a program in `programs`, a home folder and a PATH, either of which may be empty.
+    /// Returns the places for a program in `programs`. The home folder and the PATH may be empty.
     static Places placesFor(std::filesystem::path programs, const std::filesystem::path& home,
                             const std::string& searchPath);
 
-    /// The tool beside the application's program; none in an application that has none.
+    /// Returns the tool beside the application's program, if it is there.
     std::optional<std::filesystem::path> bundled() const;
-    /// The tool, when terminals find it in the application's own folder: it was installed there, and no link is needed.
+    /// Returns the tool if terminals find it in the application's own folder, so that no link is needed.
     std::optional<std::filesystem::path> packaged() const;
-    /// The first link folder's entry that exists, wherever it leads.
+    /// Returns the first entry that exists in a link folder, whatever it leads to.
     std::optional<Installation> installation() const;
 
-    /// What is wrong with an installation that is not current, ready to be shown; followed by its target, if any.
-    static std::string staleDescription(const Installation& installation);
+    /// Returns what is wrong with an installation that is not current. It is shown before the target, if there is one.
+    static QString staleDescription(const Installation& installation);
 
-    /// Makes the link, or makes it lead here. False when the user dismissed the question for the administrator's
-    /// password. Throws InstallError. Blocks, as long as the user thinks: never call it on the main thread.
+    /// Makes the link, or makes it lead here. Returns false when the user dismissed the question for the
+    /// administrator's password. Throws InstallError. Blocks while the user thinks; never call it on the main thread.
     bool install() const;
 
 private:

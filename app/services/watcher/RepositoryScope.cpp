@@ -16,7 +16,7 @@ std::string_view parentOf(std::string_view path) { return path.substr(0, path.rf
 
 std::string_view nameOf(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
-/// Git that cannot answer, in a folder that has just gone or is not yet a repository, has nothing to say.
+/// Returns `otherwise` when git fails, as it does in a folder that is gone or is no repository yet.
 template <typename Question>
 auto answerOr(Question question, decltype(question()) otherwise) -> decltype(question())
 {
@@ -42,7 +42,7 @@ std::vector<std::string> RepositoryScope::roots()
     nested_.clear();
     ignored_.clear();
     findIgnored(topLevel_);
-    // Git's own folders first, in case there are not enough watches for all.
+    // Git's own folders come first, in case there are not enough watches for all.
     std::vector<std::string> roots = gitDirectories_;
     roots.push_back(topLevel_);
     return roots;
@@ -123,7 +123,7 @@ bool RepositoryScope::isGitDirectory(const std::string& folder) const
 {
     if (nameOf(folder) == ".git" || std::ranges::find(gitDirectories_, folder) != gitDirectories_.end())
         return true;
-    // Those of submodules lie deeper inside, at names of their own; a branch may be called "objects" as well.
+    // The git directories of submodules lie deeper inside. A name is not enough: a branch may be called "objects".
     return isInGitDirectory(folder, gitDirectories_) && exists(folder + "/HEAD") && exists(folder + "/refs");
 }
 

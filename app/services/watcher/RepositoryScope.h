@@ -9,10 +9,10 @@
 
 namespace plovik {
 
-/// Git writes a file through a twin with this suffix, which comes and goes with every command. By the suffix alone.
+/// Returns whether the name ends like one of git's lock files, which come and go with every command.
 inline bool isLockFile(std::string_view path) { return path.ends_with(".lock"); }
 
-/// Whether `path` is `folder` or something below it.
+/// Returns whether `path` is `folder` or something below it.
 inline bool liesIn(std::string_view path, std::string_view folder)
 {
     return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
@@ -37,7 +37,7 @@ private:
     std::vector<std::string> directories_;
 };
 
-/// Which folders of a repository are watched.
+/// Decides which folders of a repository are watched.
 class RepositoryScope : public WatchScope {
 public:
     RepositoryScope(const std::filesystem::path& topLevel, WatcherGit git, std::shared_ptr<KnownGitDirectories> known);

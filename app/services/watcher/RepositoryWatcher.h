@@ -13,17 +13,18 @@
 
 namespace plovik {
 
-/// What the watcher asks git. Called on the watching thread, so they must own all that they use; they may block and
-/// throw. `workingTree` is the watched one or one that is nested in it. Folders are relative to it, as git prints them.
+/// The questions that the watcher asks git. They are called on the watching thread, so they must own all that they use;
+/// they may block and throw. `workingTree` is the watched one or one that is nested in it. Folders are relative to it,
+/// as git prints them.
 struct WatcherGit {
     using Path = std::filesystem::path;
     using Names = std::vector<std::string>;
 
-    /// The git directories of the working tree, which may lie outside of it.
+    /// Returns the git directories of the working tree, which may lie outside of it.
     std::function<std::vector<Path>(const Path& workingTree)> directories;
-    /// The folders whose whole content git ignores.
+    /// Returns the folders whose whole content git ignores.
     std::function<Names(const Path& workingTree)> ignoredFolders;
-    /// Those of `folders` that git ignores.
+    /// Returns those of `folders` that git ignores.
     std::function<Names(const Path& workingTree, const Names& folders)> ignoredAmong;
 
     /// The user's git.
@@ -55,12 +56,11 @@ private:
     FileEvents events_;
 };
 
-/// Whether a change of the absolute `path` is a change of a git directory: one of `gitDirectories`, or any named
+/// Returns whether the absolute `path` is in a git directory: in one of `gitDirectories`, or in any folder named
 /// ".git".
 bool isInGitDirectory(std::string_view path, std::span<const std::string> gitDirectories);
 
-/// What a batch of absolute paths amounts to: whether a git directory changed, none when nothing did but git's lock
-/// files.
+/// Returns whether one of the absolute paths is in a git directory; nullopt when all of them are git's lock files.
 std::optional<bool> gitDirectoryChanged(std::span<const std::string> paths,
                                         std::span<const std::string> gitDirectories);
 
