@@ -106,7 +106,8 @@ struct CommitDetailTest : testing::Test {
         const auto* diff = view.findChild<DiffView*>();
         if (!diff->isVisible() || diff->sections().empty())
             return {};
-        return diff->sections().front()->accessibleName() + u": "_s + diff->sections().front()->controller().diff().plainText();
+        return diff->sections().front()->accessibleName() + u": "_s +
+               diff->sections().front()->controller().diff().plainText();
     }
 
     /// Everything that labels say, without markup.
