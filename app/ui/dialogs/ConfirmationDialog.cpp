@@ -14,7 +14,7 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
     const bool isRisky = question.risk == Confirmation::Risk::losesWork;
     dialogParts::prepare(*this, question.title);
     setAccessibleDescription(question.message);
-    auto* const cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    auto* const cancel = new QPushButton(tr("Cancel"), this);
     auto* const confirm = new QPushButton(question.actionTitle, this);
     confirm->setProperty(isRisky ? "destructive" : "primary", true);
     for (QPushButton* button : {cancel, confirm})
@@ -34,7 +34,7 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
 
 void ConfirmationDialog::keyPressEvent(QKeyEvent* event)
 {
-    // The button that Return presses is always the one that shows the focus.
+    // Return always presses the button that shows the focus.
     auto* const button = qobject_cast<QPushButton*>(focusWidget());
     if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
         button->click();

@@ -7,10 +7,10 @@
 
 namespace plovik {
 
-/// Asks a store's question; accepted when the user confirms. Deletes itself when it closes. Main thread.
+/// Shows a question of the store; it is accepted when the user confirms. Deletes itself when it closes. Main thread.
 ///
-/// Where work could be lost nothing is the default but "Cancel": Return right after the question appears, pressed for
-/// whatever had the keyboard before, loses nothing. Reaching the other button takes Tab or the pointer.
+/// Where work could be lost, "Cancel" is the default button: somebody who presses Return for another widget just when
+/// the question appears loses nothing. The other button is reached by Tab or by the pointer.
 class ConfirmationDialog : public QDialog {
     Q_OBJECT
 

@@ -11,22 +11,22 @@ class QString;
 class QVBoxLayout;
 class QWidget;
 
-/// What sheets, alerts and questions are made of, so that they look alike. Main thread.
+/// The parts of sheets, alerts and questions, so that all of them look alike. Main thread.
 namespace plovik::dialogParts {
 
-/// Makes `dialog` one that blocks its window alone, is named by `title` and deletes itself when it closes.
+/// Gives `dialog` its title, lets it block only its own window, and has it deleted when it closes.
 void prepare(QDialog& dialog, const QString& title);
-/// The dialog's layout, at least as wide as a sentence is well read.
+/// Makes and returns the dialog's layout, which is wide enough for reading sentences.
 QVBoxLayout* column(QDialog& dialog);
 QLabel* heading(const QString& title, QWidget* parent);
-/// Plain text that wraps.
+/// Returns an empty label for plain text that wraps.
 QLabel* text(QWidget* parent);
-/// The same in the colour of what is less important.
+/// Returns such a label with a sentence in the secondary colour.
 QLabel* secondaryText(const QString& sentence, QWidget* parent);
-/// The buttons at the right end of their row, the confirming one last.
+/// Puts the buttons at the right end of a row; the confirming one comes last.
 QHBoxLayout* buttonRow(std::initializer_list<QPushButton*> buttons);
-/// Makes the dialog as high as its texts need at its least width, or at `width` where that is more and the screen has
-/// the room; `moreHeight` is for what can be scrolled. To be called when a text changes.
+/// Makes the dialog as high as its texts need at its least width, or at `width` where that is larger and fits on the
+/// screen. `moreHeight` is added for widgets that scroll. To be called when a text changes.
 void fit(QDialog& dialog, int width = 0, int moreHeight = 0);
 
 } // namespace plovik::dialogParts

@@ -28,7 +28,7 @@ constexpr qsizetype leastColumns = 56;
 constexpr qsizetype mostColumns = 100;
 constexpr int leastRows = 3;
 constexpr qsizetype mostRows = 24;
-/// A word that no label could wrap, such as a path, would make the dialog as wide as itself.
+/// A label cannot wrap a word such as a path, and would make the dialog as wide as the longest one.
 constexpr int longestWord = 48;
 
 bool isOneSentence(const QString& text)
@@ -38,30 +38,33 @@ bool isOneSentence(const QString& text)
     return std::ranges::all_of(text.split(u' '), [](const QString& word) { return word.size() <= longestWord; });
 }
 
-/// What must not be overlooked in what git's helpers say; empty for everything else.
+/// Returns a warning where ssh says that a host's key has changed; empty for every other message.
 QString dangerIn(const QString& message)
 {
     if (!message.contains("REMOTE HOST IDENTIFICATION HAS CHANGED"_L1))
         return {};
     static const QRegularExpression named(u"host key for (\\S+) has changed"_s,
                                           QRegularExpression::CaseInsensitiveOption);
-    const QString found = named.match(message).captured(1);
-    const QString host = found.isEmpty() ? u"the remote"_s : found.left(200);
-    return u"The key of %1 is not the one that is known. Somebody may be listening in. "
-           "Do not go on before the administrator of %1 has confirmed the new key."_s.arg(host);
+    const QString host = named.match(message).captured(1).left(200);
+    if (host.isEmpty())
+        return ErrorAlert::tr("The key of the remote is not the one that is known. Somebody may be listening in. "
+                              "Do not go on before the administrator of the remote has confirmed the new key.");
+    return ErrorAlert::tr("The key of %1 is not the one that is known. Somebody may be listening in. "
+                          "Do not go on before the administrator of %1 has confirmed the new key.")
+        .arg(host);
 }
 
 } // namespace
 
 ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
     : QDialog(parent), danger_(dialogParts::text(this)), sentence_(dialogParts::text(this)),
-      lines_(new QPlainTextEdit(this)), showLog_(new QPushButton(u"Show in Command Log"_s, this))
+      lines_(new QPlainTextEdit(this)), showLog_(new QPushButton(tr("Show in Command Log"), this))
 {
-    const QString title = u"Git reported a problem"_s;
+    const QString title = tr("Git reported a problem");
     dialogParts::prepare(*this, title);
     sentence_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     sentence_->setFocusPolicy(Qt::NoFocus);
-    lines_->setAccessibleName(u"Message"_s);
+    lines_->setAccessibleName(tr("Message"));
     lines_->setReadOnly(true);
     lines_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     lines_->setLineWrapMode(QPlainTextEdit::WidgetWidth);
@@ -70,13 +73,13 @@ ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
     lines_->setFont(CodeFont::current());
     followColor(*lines_, QPalette::Base, &Theme::field);
     lines_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
-    auto* const ok = new QPushButton(u"OK"_s, this);
+    auto* const ok = new QPushButton(tr("OK"), this);
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(showLog_, &QPushButton::clicked, this, &ErrorAlert::logRequested);
     showLog_->setAutoDefault(false);
     showLog_->hide();
-    danger_->setAccessibleName(u"Danger"_s);
+    danger_->setAccessibleName(tr("Danger"));
     danger_->setForegroundRole(QPalette::BrightText);
     followFont(*danger_, 0, QFont::DemiBold);
     danger_->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -116,7 +119,7 @@ void ErrorAlert::setOffersLog(bool offers)
 
 QString ErrorAlert::message() const { return lines_->isHidden() ? sentence_->text() : lines_->toPlainText(); }
 
-/// Makes the lines as large as the text, up to what is comfortable to look at.
+/// Makes the field as large as its text, within limits.
 void ErrorAlert::fitText()
 {
     if (lines_->isHidden()) {
@@ -132,16 +135,16 @@ void ErrorAlert::fitText()
     for (const QString& line : lines)
         rows += 1 + (std::max<qsizetype>(line.size(), 1) - 1) / columns;
     const int shownRows = static_cast<int>(std::min(rows, mostRows));
-    // With half a line to spare a text that fits needs no scroll bar.
+    // With half a line to spare, a text that fits gets no scroll bar.
     const int frame =
         2 * (lines_->frameWidth() + static_cast<int>(lines_->document()->documentMargin())) + metrics.lineSpacing() / 2;
     const int bar = rows > mostRows ? lines_->verticalScrollBar()->sizeHint().width() : 0;
-    // Characters are not whole pixels wide.
+    // The width of a character is no whole number of pixels.
     const double text = QFontMetricsF(lines_->font()).horizontalAdvance(QString(columns + 1, u'0'));
     const int width = static_cast<int>(std::ceil(text)) + frame + bar;
     lines_->setMinimumHeight(metrics.lineSpacing() * std::min(shownRows, leastRows) + frame);
     const QMargins margins = layout()->contentsMargins();
-    // The layout counts nothing for what takes the room that is left.
+    // The layout reserves no height for a widget that takes the remaining room.
     dialogParts::fit(*this, width + margins.left() + margins.right(), metrics.lineSpacing() * shownRows + frame);
 }
 

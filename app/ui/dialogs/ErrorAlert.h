@@ -9,9 +9,9 @@ class QPushButton;
 
 namespace plovik {
 
-/// Says what went wrong, in git's own words: a sentence as it stands, longer texts in the code font and with scroll
-/// bars, and of what nobody reads to the end the beginning and the end. All of it can be selected. A host that is not
-/// the one it was is told as the danger it is. Deletes itself when it closes. Main thread.
+/// Says what went wrong, in git's own words. One sentence is shown as a label, a longer text in the code font with
+/// scroll bars, and a very long one without its middle. The text can be selected. A changed host key gets a warning of
+/// its own. Deletes itself when it closes. Main thread.
 class ErrorAlert : public QDialog {
     Q_OBJECT
 
@@ -19,9 +19,9 @@ public:
     ErrorAlert(const QString& message, QWidget* parent);
 
     void setMessage(const QString& message);
-    /// The text as it is shown.
+    /// Returns the text as it is shown.
     QString message() const;
-    /// Whether there is a button that leads to the command in the log.
+    /// Shows or hides the button that leads to the command in the log.
     void setOffersLog(bool offers);
 
 Q_SIGNALS:

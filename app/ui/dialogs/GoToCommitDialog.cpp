@@ -2,6 +2,7 @@
 #include "app/ui/dialogs/GoToCommitDialog.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QAbstractItemView>
@@ -19,7 +20,7 @@ namespace plovik {
 
 namespace {
 
-/// Rows as high as those of other lists, their text under that of the field.
+/// Draws rows as high as those of other lists, with the text aligned to that of the field.
 class MatchDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -33,15 +34,12 @@ public:
         const Theme& theme = Theme::current();
         if (option.state & QStyle::State_Selected)
             painter->fillRect(option.rect, theme.selection);
-        const QRect place = option.rect.adjusted(9, 0, -9, 0);
-        painter->setFont(option.font);
-        painter->setPen(theme.text);
-        painter->drawText(place, Qt::AlignVCenter | Qt::TextSingleLine,
-                          option.fontMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, place.width()));
+        paintText(*painter, option.rect.adjusted(9, 0, -9, 0), index.data().toString(), option.font, theme.text,
+                  Qt::AlignLeft, Qt::ElideMiddle);
     }
 };
 
-/// The lists of all refs, which can be long.
+/// Returns the lists of all refs. They can be long, so they are not copied.
 std::vector<const std::vector<gitkit::GitRef>*> refLists(const RepositoryStore& store)
 {
     return {&store.branches.value(), &store.remoteBranches.value(), &store.tags.value()};
@@ -62,14 +60,14 @@ bool isHash(const std::string& text)
     return !text.empty() && text.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
-/// What git said of a name, as a sentence for people.
+/// Turns what git said about a name into a sentence for people.
 QString refusalOf(const QString& name, const QString& said)
 {
     if (said.contains("is ambiguous"_L1))
-        return u"“%1” is ambiguous: more than one hash begins with it."_s.arg(name);
+        return GoToCommitDialog::tr("“%1” is ambiguous: more than one hash begins with it.").arg(name);
     QString reason = said.section(u"fatal: "_s, -1).section(u'\n', 0, 0).trimmed();
     if (reason.isEmpty() || reason.contains("single revision"_L1))
-        return u"“%1” is no commit, branch or tag of this repository."_s.arg(name);
+        return GoToCommitDialog::tr("“%1” is no commit, branch or tag of this repository.").arg(name);
     reason[0] = reason[0].toUpper();
     return reason.endsWith(u'.') ? reason : reason + u'.';
 }
@@ -77,15 +75,15 @@ QString refusalOf(const QString& name, const QString& said)
 } // namespace
 
 GoToCommitDialog::GoToCommitDialog(RepositoryStore& store, QWidget* parent)
-    : Sheet(store, u"Go to Commit"_s, u"Go"_s, parent), name_(new QLineEdit(this))
+    : Sheet(store, tr("Go to Commit"), tr("Go"), parent), name_(new QLineEdit(this))
 {
-    name_->setAccessibleName(u"Commit or Ref"_s);
-    name_->setPlaceholderText(u"Hash, branch or tag"_s);
+    name_->setAccessibleName(tr("Commit or Ref"));
+    name_->setPlaceholderText(tr("Hash, branch or tag"));
     auto* const completer = new QCompleter(refNames(store), name_);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     completer->setFilterMode(Qt::MatchContains);
     completer->setMaxVisibleItems(10);
-    completer->popup()->setAccessibleName(u"Matching Refs"_s);
+    completer->popup()->setAccessibleName(tr("Matching Refs"));
     completer->popup()->setItemDelegate(new MatchDelegate(completer));
     name_->setCompleter(completer);
     fields().addWidget(name_);
@@ -96,8 +94,8 @@ GoToCommitDialog::GoToCommitDialog(RepositoryStore& store, QWidget* parent)
 
 QString GoToCommitDialog::typed() const { return name_->text().trimmed(); }
 
-/// The ref that was meant, by its full name; its bytes may be others than those shown. Anything else is for git to
-/// read.
+/// Returns the full name of the ref that is shown as the typed text, since its bytes may differ from the shown ones.
+/// Anything else is returned as typed, for git to resolve.
 std::string GoToCommitDialog::revision() const
 {
     const QString name = typed();
@@ -121,11 +119,11 @@ void GoToCommitDialog::edited()
 QString GoToCommitDialog::problem() const
 {
     if (typed().startsWith(u'-'))
-        return u"The name of a commit can't begin with “-”."_s;
+        return tr("The name of a commit can't begin with “-”.");
     return refusal_;
 }
 
-QString GoToCommitDialog::note() const { return u"Also parts of a hash, and names such as HEAD~3."_s; }
+QString GoToCommitDialog::note() const { return tr("Also parts of a hash, and names such as HEAD~3."); }
 
 bool GoToCommitDialog::isComplete() const { return !typed().isEmpty(); }
 
@@ -147,7 +145,7 @@ QCoro::Task<> GoToCommitDialog::resolving(QPointer<GoToCommitDialog> dialog, qin
     }
     if (!dialog || !dialog->isVisible() || request != dialog->request_)
         co_return; // closed, or edited meanwhile
-    // Of a range git tells its ends.
+    // For a range git prints more than one hash.
     if (isHash(resolved))
         dialog->take(resolved);
     else

@@ -12,8 +12,8 @@ class QLineEdit;
 
 namespace plovik {
 
-/// Asks for a commit by its hash or by a name, and stays open with git's reason when there is no such commit. Main
-/// thread.
+/// Asks for a commit by its hash or by a name. Where there is no such commit, the sheet stays open and shows git's
+/// reason. Main thread.
 class GoToCommitDialog : public Sheet {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ public:
     GoToCommitDialog(RepositoryStore& store, QWidget* parent);
 
     void submit() override;
-    /// Closes the sheet once git has told which commit is meant.
+    /// Closes the sheet after git has found the commit.
     void accept() override;
 
 protected:
@@ -39,8 +39,8 @@ private:
     void refuse(const QString& reason);
 
     QLineEdit* name_;
-    QString refusal_;    ///< why what was typed is no commit
-    qint64 request_ = 0; ///< what is edited meanwhile is not what was asked
+    QString refusal_;    ///< why the typed name is no commit
+    qint64 request_ = 0; ///< number of the latest request; answers to earlier ones are ignored
     std::string commit_; ///< full hash
 };
 

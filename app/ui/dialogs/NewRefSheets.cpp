@@ -12,19 +12,17 @@
 #include <algorithm>
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
 
-/// A commit as a person knows it: the short hash, and the subject where the history at hand has it.
+/// Describes a commit by its short hash, and by its subject where the loaded history has it.
 QString describedCommit(const RepositoryStore& store, const std::string& hash)
 {
     const QString shown = shownText(gitkit::shortHash(hash));
     const auto& rows = store.history.value();
     const auto row = std::ranges::find(rows, hash, &HistoryRow::id);
-    return row == rows.end() ? shown : u"%1, “%2”"_s.arg(shown, shownText(row->commit.subject));
+    return row == rows.end() ? shown : NewBranchDialog::tr("%1, “%2”").arg(shown, shownText(row->commit.subject));
 }
 
 QString describedHead(const RepositoryStore& store)
@@ -50,15 +48,15 @@ QLineEdit* makeNameField(const QString& accessibleName, QWidget* parent)
 {
     auto* const field = new QLineEdit(parent);
     field->setAccessibleName(accessibleName);
-    field->setPlaceholderText(u"Name"_s);
+    field->setPlaceholderText(NewBranchDialog::tr("Name"));
     return field;
 }
 
 } // namespace
 
 NewBranchDialog::NewBranchDialog(RepositoryStore& store, NewBranchSheet sheet, QWidget* parent)
-    : Sheet(store, u"New Branch"_s, u"Create Branch"_s, parent), sheet_(std::move(sheet)),
-      name_(makeNameField(u"New Branch Name"_s, this)), checkOut_(new QCheckBox(u"Check Out After Creating"_s, this))
+    : Sheet(store, tr("New Branch"), tr("Create Branch"), parent), sheet_(std::move(sheet)),
+      name_(makeNameField(tr("New Branch Name"), this)), checkOut_(new QCheckBox(tr("Check Out After Creating"), this))
 {
     checkOut_->setAccessibleName(checkOut_->text());
     checkOut_->setChecked(true);
@@ -78,7 +76,7 @@ QString NewBranchDialog::problem() const
         return wrong;
     const gitkit::RepoStatus& status = store().status.value();
     if (!sheet_.startPoint && !status.hasCommits() && !checkOut_->isChecked())
-        return u"Without a commit to start from, a branch can only be checked out."_s;
+        return tr("Without a commit to start from, a branch can only be checked out.");
     return {};
 }
 
@@ -86,8 +84,8 @@ QString NewBranchDialog::note() const
 {
     const QString start = describedStart(store(), sheet_.startPoint);
     if (!sheet_.startPoint && !store().status.value().hasCommits())
-        return start.isEmpty() ? QString() : u"“%1” has no commits yet; the new branch takes its place."_s.arg(start);
-    return u"Starts at %1"_s.arg(start);
+        return start.isEmpty() ? QString() : tr("“%1” has no commits yet; the new branch takes its place.").arg(start);
+    return tr("Starts at %1").arg(start);
 }
 
 bool NewBranchDialog::isComplete() const { return !name_->text().isEmpty(); }
@@ -99,8 +97,8 @@ void NewBranchDialog::submit()
 }
 
 NewTagDialog::NewTagDialog(RepositoryStore& store, NewTagSheet sheet, QWidget* parent)
-    : Sheet(store, u"New Tag"_s, u"Create Tag"_s, parent), sheet_(std::move(sheet)),
-      name_(makeNameField(u"New Tag Name"_s, this))
+    : Sheet(store, tr("New Tag"), tr("Create Tag"), parent), sheet_(std::move(sheet)),
+      name_(makeNameField(tr("New Tag Name"), this))
 {
     fields().addWidget(name_);
     connect(name_, &QLineEdit::textChanged, this, &NewTagDialog::validate);
@@ -112,7 +110,7 @@ std::string NewTagDialog::name() const { return name_->text().toStdString(); }
 
 QString NewTagDialog::problem() const { return refNames::tagProblem(name(), store().tags.value()); }
 
-QString NewTagDialog::note() const { return u"Marks %1"_s.arg(describedCommit(store(), sheet_.target)); }
+QString NewTagDialog::note() const { return tr("Marks %1").arg(describedCommit(store(), sheet_.target)); }
 
 bool NewTagDialog::isComplete() const { return !name_->text().isEmpty(); }
 

@@ -27,25 +27,25 @@ QString title(const PromptText& text)
     switch (text.kind) {
     case Kind::userName:
     case Kind::password:
-        return text.host.isEmpty() ? u"Sign In"_s : u"Sign In to %1"_s.arg(text.host);
+        return text.host.isEmpty() ? PromptDialog::tr("Sign In") : PromptDialog::tr("Sign In to %1").arg(text.host);
     case Kind::passphrase:
-        return u"Unlock Key"_s;
+        return PromptDialog::tr("Unlock Key");
     case Kind::pin:
-        return u"Unlock Security Key"_s;
+        return PromptDialog::tr("Unlock Security Key");
     case Kind::touch:
-        return u"Touch Your Security Key"_s;
+        return PromptDialog::tr("Touch Your Security Key");
     case Kind::unknownHost:
-        return u"Trust “%1”?"_s.arg(text.host);
+        return PromptDialog::tr("Trust “%1”?").arg(text.host);
     case Kind::permission:
-        return u"A Question From Git"_s;
+        return PromptDialog::tr("A Question From Git");
     case Kind::secret:
     case Kind::text:
         break;
     }
-    return text.host.isEmpty() ? u"Git Asks"_s : u"Sign In to %1"_s.arg(text.host);
+    return text.host.isEmpty() ? PromptDialog::tr("Git Asks") : PromptDialog::tr("Sign In to %1").arg(text.host);
 }
 
-/// With places to break in words that no line could hold.
+/// Returns the text with places to wrap inside very long words.
 QString breakable(const QString& text)
 {
     constexpr int longestWord = 52;
@@ -62,29 +62,31 @@ QString breakable(const QString& text)
     return result;
 }
 
-/// Who asks, and for what.
+/// Says who asks, and for what.
 QString sentence(const PromptText& text)
 {
     switch (text.kind) {
     case Kind::userName:
-        return u"%1 asks for your user name."_s.arg(text.host);
+        return PromptDialog::tr("%1 asks for your user name.").arg(text.host);
     case Kind::password:
-        return text.user.isEmpty() ? u"%1 asks for your password."_s.arg(text.host)
-                                   : u"%1 asks for the password of “%2”."_s.arg(text.host, text.user);
+        return text.user.isEmpty() ? PromptDialog::tr("%1 asks for your password.").arg(text.host)
+                                   : PromptDialog::tr("%1 asks for the password of “%2”.").arg(text.host, text.user);
     case Kind::passphrase:
-        return text.host.isEmpty()
-                   ? u"The key %1 is locked with a passphrase."_s.arg(text.key)
-                   : u"%1 asks for the key %2, which is locked with a passphrase."_s.arg(text.host, text.key);
+        return text.host.isEmpty() ? PromptDialog::tr("The key %1 is locked with a passphrase.").arg(text.key)
+                                   : PromptDialog::tr("%1 asks for the key %2, which is locked with a passphrase.")
+                                         .arg(text.host, text.key);
     case Kind::pin:
         return text.host.isEmpty()
-                   ? u"%1 asks for its PIN."_s.arg(text.key)
-                   : u"%1 asks for the security key %2, which needs its PIN."_s.arg(text.host, text.key);
+                   ? PromptDialog::tr("%1 asks for its PIN.").arg(text.key)
+                   : PromptDialog::tr("%1 asks for the security key %2, which needs its PIN.").arg(text.host, text.key);
     case Kind::touch: {
-        const QString key = text.key.isEmpty() ? text.question : u"Confirm with the key %1."_s.arg(text.key);
-        return text.host.isEmpty() ? key : u"%1 waits for your confirmation. %2"_s.arg(text.host, key);
+        const QString key =
+            text.key.isEmpty() ? text.question : PromptDialog::tr("Confirm with the key %1.").arg(text.key);
+        return text.host.isEmpty() ? key : PromptDialog::tr("%1 waits for your confirmation. %2").arg(text.host, key);
     }
     case Kind::unknownHost:
-        return u"This computer has never connected to this host, so nothing shows yet that it is the one it says it is."_s;
+        return PromptDialog::tr(
+            "This computer has never connected to this host, so nothing shows yet that it is the one it says it is.");
     case Kind::permission:
     case Kind::secret:
     case Kind::text:
@@ -97,15 +99,30 @@ QString fieldName(Kind kind)
 {
     switch (kind) {
     case Kind::userName:
-        return u"User Name"_s;
+        return PromptDialog::tr("User Name");
     case Kind::password:
-        return u"Password"_s;
+        return PromptDialog::tr("Password");
     case Kind::passphrase:
-        return u"Passphrase"_s;
+        return PromptDialog::tr("Passphrase");
     case Kind::pin:
-        return u"PIN"_s;
+        return PromptDialog::tr("PIN");
     default:
-        return u"Answer"_s;
+        return PromptDialog::tr("Answer");
+    }
+}
+
+/// Returns the title of the check box that shows the typed text.
+QString showTitle(Kind kind)
+{
+    switch (kind) {
+    case Kind::password:
+        return PromptDialog::tr("Show Password");
+    case Kind::passphrase:
+        return PromptDialog::tr("Show Passphrase");
+    case Kind::pin:
+        return PromptDialog::tr("Show PIN");
+    default:
+        return PromptDialog::tr("Show");
     }
 }
 
@@ -113,16 +130,16 @@ QString confirmTitle(Kind kind)
 {
     switch (kind) {
     case Kind::password:
-        return u"Sign In"_s;
+        return PromptDialog::tr("Sign In");
     case Kind::passphrase:
     case Kind::pin:
-        return u"Unlock"_s;
+        return PromptDialog::tr("Unlock");
     case Kind::unknownHost:
-        return u"Connect"_s;
+        return PromptDialog::tr("Connect");
     case Kind::permission:
-        return u"Yes"_s;
+        return PromptDialog::tr("Yes");
     default:
-        return u"Continue"_s;
+        return PromptDialog::tr("Continue");
     }
 }
 
@@ -133,19 +150,19 @@ bool isSecret(Kind kind)
 
 bool hasField(Kind kind) { return isSecret(kind) || kind == Kind::userName || kind == Kind::text; }
 
-/// What is under way, and what becomes of the answer.
+/// Says which action waits, and that the answer is not stored.
 QString waiting(const SignInPrompt& prompt, Kind kind)
 {
     QString action = prompt.action;
     if (action.endsWith(u'…'))
         action.chop(1);
     if (action.isEmpty())
-        return isSecret(kind) ? u"Plovik does not keep the answer."_s : QString();
-    return isSecret(kind) ? u"%1 waits for the answer. Plovik does not keep it."_s.arg(action)
-                          : u"%1 waits for this."_s.arg(action);
+        return isSecret(kind) ? PromptDialog::tr("Plovik does not keep the answer.") : QString();
+    return isSecret(kind) ? PromptDialog::tr("%1 waits for the answer. Plovik does not keep it.").arg(action)
+                          : PromptDialog::tr("%1 waits for this.").arg(action);
 }
 
-/// Git tries one password for each remote; what asks again is ssh, three times for each.
+/// Returns whether the last answer was refused. Git asks once for each remote; ssh asks up to three times.
 bool isRefusal(const SignInPrompt& prompt, const PromptText& text) { return prompt.isRepeated && isSecret(text.kind); }
 
 } // namespace
@@ -167,7 +184,7 @@ PromptDialog::PromptDialog(const SignInPrompt& prompt, PromptText text, QWidget*
     if (isRefusal(prompt, text_)) {
         QLabel* const warning = dialogParts::text(this);
         warning->setForegroundRole(QPalette::BrightText);
-        warning->setText(u"Asked again: the last answer was probably not accepted."_s);
+        warning->setText(tr("Asked again: the last answer was probably not accepted."));
         column.addWidget(warning);
     }
     if (text_.kind == Kind::unknownHost)
@@ -194,7 +211,7 @@ void PromptDialog::addField(QVBoxLayout& column)
     field_->setEchoMode(QLineEdit::Password);
     field_->setInputMethodHints(Qt::ImhHiddenText | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText |
                                 Qt::ImhNoAutoUppercase);
-    auto* const show = new QCheckBox(text_.kind == Kind::secret ? u"Show"_s : u"Show %1"_s.arg(name), this);
+    auto* const show = new QCheckBox(showTitle(text_.kind), this);
     show->setAccessibleName(show->text());
     connect(show, &QCheckBox::toggled, field_,
             [this](bool isShown) { field_->setEchoMode(isShown ? QLineEdit::Normal : QLineEdit::Password); });
@@ -219,21 +236,21 @@ void PromptDialog::addHostKey(QVBoxLayout& column)
         shown->setTextInteractionFlags(Qt::TextSelectableByMouse);
         form->addRow(label, shown);
     };
-    add(u"Host"_s, text_.host);
-    add(u"Key Type"_s, text_.keyType);
-    add(u"Fingerprint"_s, text_.fingerprint);
+    add(tr("Host"), text_.host);
+    add(tr("Key Type"), text_.keyType);
+    add(tr("Fingerprint"), text_.fingerprint);
     column.addSpacing(4);
     column.addLayout(form);
     column.addSpacing(4);
     column.addWidget(dialogParts::secondaryText(
-        u"Connect only if this fingerprint is the one that the host's owner publishes: whoever answers in its "
-        "place would have another."_s,
+        tr("Connect only if this fingerprint is the one that the host's owner publishes: whoever answers in its "
+           "place would have another."),
         this));
 }
 
 void PromptDialog::addButtons(QVBoxLayout& column)
 {
-    auto* const cancel = new QPushButton(text_.kind == Kind::permission ? u"No"_s : u"Cancel"_s, this);
+    auto* const cancel = new QPushButton(text_.kind == Kind::permission ? tr("No") : tr("Cancel"), this);
     cancel->setAutoDefault(false);
     column.addSpacing(10);
     if (text_.kind == Kind::touch) {
@@ -261,7 +278,7 @@ void PromptDialog::addButtons(QVBoxLayout& column)
         return;
     }
     confirm->setDefault(true);
-    // A name is never empty; a passphrase may be.
+    // A passphrase may be empty, a name may not.
     const auto validate = [this, confirm] { confirm->setEnabled(isSecret(text_.kind) || !field_->text().isEmpty()); };
     connect(field_, &QLineEdit::textChanged, confirm, validate);
     validate();
@@ -271,7 +288,7 @@ QString PromptDialog::answer() const { return field_ ? field_->text() : yesOrNo_
 
 void PromptDialog::keyPressEvent(QKeyEvent* event)
 {
-    // Without a field, the button that Return presses is always the one that shows the focus.
+    // Without a field, Return always presses the button that shows the focus.
     auto* const button = qobject_cast<QPushButton*>(focusWidget());
     if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
         button->click();

@@ -11,15 +11,15 @@ class QVBoxLayout;
 
 namespace plovik {
 
-/// Puts a question of git or ssh to the user: who asks, for what, and while doing what. Accepted when it is answered.
-/// Where trust is given nothing is the default but "Cancel". Deletes itself when it closes. Main thread.
+/// Shows a question of git or ssh: who asks, for what, and during which action. It is accepted when the user answers.
+/// Where the user would give trust, "Cancel" is the default button. Deletes itself when it closes. Main thread.
 class PromptDialog : public QDialog {
     Q_OBJECT
 
 public:
     PromptDialog(const SignInPrompt& prompt, QWidget* parent);
 
-    /// What was typed, or "yes" or "no"; after the dialog was accepted.
+    /// Returns the typed text, or "yes" or "no". To be called after the dialog was accepted.
     QString answer() const;
 
 protected:

@@ -19,7 +19,7 @@ constexpr qsizetype mostLines = 16;
 constexpr qsizetype mostOfUser = 32;
 constexpr qsizetype mostOfName = 200; ///< of a host, a key, a user
 
-/// Without what moves the cursor, reverses the writing or cannot be seen.
+/// Removes characters that move the cursor, reverse the writing or are invisible.
 QString harmless(const QString& text)
 {
     QString result;
@@ -36,7 +36,7 @@ QString harmless(const QString& text)
 
 QString shortened(const QString& text, qsizetype most) { return text.size() > most ? text.first(most) + u'…' : text; }
 
-/// What is asked stands at the end, and who asks mostly at the beginning.
+/// Shortens a text in its middle: the question is at the end, and mostly the asking program at the beginning.
 QString withoutMiddle(const QString& text)
 {
     QStringList lines = text.split(u'\n');
@@ -55,7 +55,7 @@ QRegularExpressionMatch matched(const QString& pattern, const QString& text)
     return expression.match(text);
 }
 
-/// An address as it can be shown: whose it is stands apart, and its secrets nowhere.
+/// Returns an address without its user and its secrets. The user is shown elsewhere.
 QString withoutUser(const QString& address)
 {
     QUrl url(address);
@@ -66,7 +66,7 @@ QString withoutUser(const QString& address)
     return url.toDisplayString();
 }
 
-/// Nothing where the name is rather a token, which some hosts take in its place.
+/// Returns the user of an address; empty where it looks like a token, which some hosts accept as the user.
 QString userOf(const QString& address)
 {
     const QUrl url(address);

@@ -5,7 +5,7 @@
 
 namespace plovik {
 
-/// What a prompt of git or ssh is about, found in its words; see promptText().
+/// The meaning of a prompt of git or ssh, read from its words by promptText().
 struct PromptText {
     enum class Kind {
         userName,
@@ -14,24 +14,24 @@ struct PromptText {
         pin,         ///< of a security key
         touch,       ///< of a security key; nothing is typed
         unknownHost, ///< whether to trust a host that was never met
-        permission,  ///< yes or no
-        secret,      ///< something else that nobody should see
-        text,        ///< something else
+        permission,  ///< a question to be answered with yes or no
+        secret,      ///< anything else that must stay hidden
+        text,        ///< anything else
     };
 
     Kind kind = Kind::secret;
-    QString host = {};        ///< the remote, without secrets: an address or a host; empty where nobody says
-    QString user = {};        ///< whose password
-    QString key = {};         ///< a key's file or name
+    QString host = {};        ///< the remote as an address or a host, without secrets; empty when unknown
+    QString user = {};        ///< the account that the password is for
+    QString key = {};         ///< file or name of the key
     QString keyType = {};     ///< of an unknown host: "ED25519"
     QString fingerprint = {}; ///< of an unknown host, as ssh prints it
-    QString question = {};    ///< the prompt's own words, harmless and not endless
+    QString question = {};    ///< the prompt's own words, shortened and without control characters
 
     bool operator==(const PromptText&) const = default;
 };
 
-/// Reads a prompt; what is not known keeps its own words, and what is typed for it is hidden unless a name is asked
-/// for. Control characters are gone from every field: a remote may have written them.
+/// Reads a prompt. An unknown one keeps its own words, and its answer is typed hidden unless it asks for a name.
+/// Control characters, which a remote may have written, are removed from every field.
 PromptText promptText(const SignInPrompt& prompt);
 
 } // namespace plovik

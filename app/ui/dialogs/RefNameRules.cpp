@@ -3,6 +3,8 @@
 
 #include "app/store/ShownText.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -13,11 +15,44 @@ namespace {
 
 using Refs = std::vector<gitkit::GitRef>;
 
-/// What the sentences call the thing and its likes.
-struct Kind {
-    QString one;  ///< "branch"
-    QString some; ///< "branches"
+enum class Kind { branch, tag };
+
+/// A sentence for each kind of name; %1 stands for what breaks the rule.
+struct Sentence {
+    const char* ofBranch;
+    const char* ofTag;
+
+    QString operator()(Kind kind, const QString& what = {}) const
+    {
+        const QString said = QCoreApplication::translate("RefNameRules", kind == Kind::branch ? ofBranch : ofTag);
+        return what.isEmpty() ? said : said.arg(what);
+    }
 };
+
+constexpr Sentence controlCharacters{
+    QT_TRANSLATE_NOOP("RefNameRules", "A branch name can't contain control characters."),
+    QT_TRANSLATE_NOOP("RefNameRules", "A tag name can't contain control characters.")};
+constexpr Sentence spaces{QT_TRANSLATE_NOOP("RefNameRules", "A branch name can't contain spaces."),
+                          QT_TRANSLATE_NOOP("RefNameRules", "A tag name can't contain spaces.")};
+constexpr Sentence contains{QT_TRANSLATE_NOOP("RefNameRules", "A branch name can't contain “%1”."),
+                            QT_TRANSLATE_NOOP("RefNameRules", "A tag name can't contain “%1”.")};
+constexpr Sentence begins{QT_TRANSLATE_NOOP("RefNameRules", "A branch name can't begin with “%1”."),
+                          QT_TRANSLATE_NOOP("RefNameRules", "A tag name can't begin with “%1”.")};
+constexpr Sentence ends{QT_TRANSLATE_NOOP("RefNameRules", "A branch name can't end with “%1”."),
+                        QT_TRANSLATE_NOOP("RefNameRules", "A tag name can't end with “%1”.")};
+constexpr Sentence partBegins{
+    QT_TRANSLATE_NOOP("RefNameRules", "A branch name can't have a part that begins with “%1”."),
+    QT_TRANSLATE_NOOP("RefNameRules", "A tag name can't have a part that begins with “%1”.")};
+constexpr Sentence partEnds{QT_TRANSLATE_NOOP("RefNameRules", "A branch name can't have a part that ends with “%1”."),
+                            QT_TRANSLATE_NOOP("RefNameRules", "A tag name can't have a part that ends with “%1”.")};
+constexpr Sentence tooLong{QT_TRANSLATE_NOOP("RefNameRules", "A branch name can't be that long."),
+                           QT_TRANSLATE_NOOP("RefNameRules", "A tag name can't be that long.")};
+constexpr Sentence isTaken{QT_TRANSLATE_NOOP("RefNameRules", "There is already a branch named “%1”."),
+                           QT_TRANSLATE_NOOP("RefNameRules", "There is already a tag named “%1”.")};
+constexpr Sentence isInside{QT_TRANSLATE_NOOP("RefNameRules", "“%1” is a branch, so it can't be a folder of others."),
+                            QT_TRANSLATE_NOOP("RefNameRules", "“%1” is a tag, so it can't be a folder of others.")};
+constexpr Sentence isFolder{QT_TRANSLATE_NOOP("RefNameRules", "“%1” is a folder of other branches, such as “%2”."),
+                            QT_TRANSLATE_NOOP("RefNameRules", "“%1” is a folder of other tags, such as “%2”.")};
 
 // Git writes a ref through a file that is named after it, with ".lock" at its end.
 constexpr std::size_t longestPart = 255 - std::string_view(".lock").size();
@@ -28,101 +63,97 @@ bool isControl(char byte)
     return value < 0x20 || value == 0x7f;
 }
 
-/// What can follow "A branch name can't "; empty when nothing does.
-QString breachOfBytes(std::string_view name)
+QString breachOfBytes(std::string_view name, Kind kind)
 {
     if (std::ranges::any_of(name, isControl))
-        return u"contain control characters"_s;
+        return controlCharacters(kind);
     if (name.find(' ') != name.npos)
-        return u"contain spaces"_s;
+        return spaces(kind);
     if (const auto at = name.find_first_of("~^:?*[\\"); at != name.npos)
-        return u"contain “%1”"_s.arg(QLatin1Char(name[at]));
+        return contains(kind, QChar::fromLatin1(name[at]));
     for (const std::string_view pair : {"..", "@{", "//"}) {
         if (name.find(pair) != name.npos)
-            return u"contain “%1”"_s.arg(shownText(pair));
+            return contains(kind, shownText(pair));
     }
     return {};
 }
 
-QString breachOfEnds(std::string_view name)
+QString breachOfEnds(std::string_view name, Kind kind)
 {
     for (const char first : {'-', '/'}) {
         if (name.starts_with(first))
-            return u"begin with “%1”"_s.arg(QLatin1Char(first));
+            return begins(kind, QChar::fromLatin1(first));
     }
     for (const char last : {'/', '.'}) {
         if (name.ends_with(last))
-            return u"end with “%1”"_s.arg(QLatin1Char(last));
+            return ends(kind, QChar::fromLatin1(last));
     }
     return {};
 }
 
 /// Each part between slashes is the name of a file.
-QString breachOfParts(std::string_view name)
+QString breachOfParts(std::string_view name, Kind kind)
 {
     for (std::size_t start = 0; start <= name.size();) {
         const std::size_t end = std::min(name.find('/', start), name.size());
         const std::string_view part = name.substr(start, end - start);
         const bool isWhole = part.size() == name.size();
         if (part.starts_with('.'))
-            return isWhole ? u"begin with “.”"_s : u"have a part that begins with “.”"_s;
+            return (isWhole ? begins : partBegins)(kind, u"."_s);
         if (part.ends_with(".lock"))
-            return isWhole ? u"end with “.lock”"_s : u"have a part that ends with “.lock”"_s;
+            return (isWhole ? ends : partEnds)(kind, u".lock"_s);
         if (part.size() > longestPart)
-            return u"be that long"_s;
+            return tooLong(kind);
         start = end + 1;
     }
     return {};
 }
 
-QString breach(std::string_view name)
+/// Returns what in the name itself git would refuse; empty when nothing does.
+QString breach(std::string_view name, Kind kind)
 {
     for (const auto rule : {&breachOfBytes, &breachOfEnds, &breachOfParts}) {
-        if (const QString found = rule(name); !found.isEmpty())
+        if (const QString found = rule(name, kind); !found.isEmpty())
             return found;
     }
     return {};
 }
 
-bool isInside(std::string_view name, std::string_view folder)
+bool liesIn(std::string_view name, std::string_view folder)
 {
     return name.size() > folder.size() && name.starts_with(folder) && name[folder.size()] == '/';
 }
 
 /// A ref is a file, so no other can have its name, nor lie below it.
-QString clash(std::string_view name, const Refs& others, const Kind& kind)
+QString clash(std::string_view name, const Refs& others, Kind kind)
 {
     const auto is = [name](const gitkit::GitRef& other) { return other.name == name; };
     if (std::ranges::any_of(others, is))
-        return u"There is already a %1 named “%2”."_s.arg(kind.one, shownText(name));
+        return isTaken(kind, shownText(name));
     for (const gitkit::GitRef& other : others) {
-        if (isInside(other.name, name))
-            return u"“%1” is a folder of other %2, such as “%3”."_s.arg(shownText(name), kind.some,
-                                                                        shownText(other.name));
-        if (isInside(name, other.name))
-            return u"“%1” is a %2, so it can't be a folder of others."_s.arg(shownText(other.name), kind.one);
+        if (liesIn(other.name, name))
+            return isFolder(kind).arg(shownText(name), shownText(other.name));
+        if (liesIn(name, other.name))
+            return isInside(kind, shownText(other.name));
     }
     return {};
 }
 
-QString problem(std::string_view name, const Refs& others, const Kind& kind)
+QString problem(std::string_view name, const Refs& others, Kind kind)
 {
     if (name.empty())
         return {};
     if (name == "HEAD" || name == "@")
-        return u"Git keeps the name “%1” for what is checked out."_s.arg(shownText(name));
-    if (const QString found = breach(name); !found.isEmpty())
-        return u"A %1 name can't %2."_s.arg(kind.one, found);
-    return clash(name, others, kind);
+        return QCoreApplication::translate("RefNameRules", "Git keeps the name “%1” for what is checked out.")
+            .arg(shownText(name));
+    const QString found = breach(name, kind);
+    return found.isEmpty() ? clash(name, others, kind) : found;
 }
 
 } // namespace
 
-QString branchProblem(std::string_view name, const Refs& branches)
-{
-    return problem(name, branches, {u"branch"_s, u"branches"_s});
-}
+QString branchProblem(std::string_view name, const Refs& branches) { return problem(name, branches, Kind::branch); }
 
-QString tagProblem(std::string_view name, const Refs& tags) { return problem(name, tags, {u"tag"_s, u"tags"_s}); }
+QString tagProblem(std::string_view name, const Refs& tags) { return problem(name, tags, Kind::tag); }
 
 } // namespace plovik::refNames

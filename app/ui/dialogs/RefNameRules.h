@@ -8,14 +8,14 @@
 #include <string_view>
 #include <vector>
 
-/// Git's own rules for the names of new branches and tags, told as sentences while the name is typed.
+/// Git's rules for the names of new branches and tags, as sentences to show while a name is typed.
 namespace plovik::refNames {
 
-/// What keeps git from making a branch of that name beside `branches`; empty for a name that is fine. A name that is
-/// empty has no problem yet, and no branch either.
+/// Says why git would not make a branch of that name beside `branches`. Returns an empty string for a name that is
+/// fine, and for an empty name, which is still to be typed.
 QString branchProblem(std::string_view name, const std::vector<gitkit::GitRef>& branches);
 
-/// The same for a tag beside `tags`.
+/// Says the same about a tag beside `tags`.
 QString tagProblem(std::string_view name, const std::vector<gitkit::GitRef>& tags);
 
 } // namespace plovik::refNames

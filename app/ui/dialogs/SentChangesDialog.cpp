@@ -23,13 +23,13 @@ constexpr int shownRows = 22;
 } // namespace
 
 SentChangesDialog::SentChangesDialog(RepositoryStore& store, QWidget* parent)
-    : Sheet(store, u"What Is Sent"_s, u"Write Commit Message"_s, parent), receiver_(dialogParts::text(this)),
-      text_(new QPlainTextEdit(this)), note_(u"Reading the staged changes…"_s)
+    : Sheet(store, tr("What Is Sent"), tr("Write Commit Message"), parent), receiver_(dialogParts::text(this)),
+      text_(new QPlainTextEdit(this)), note_(tr("Reading the staged changes…"))
 {
-    receiver_->setAccessibleName(u"Receiver"_s);
+    receiver_->setAccessibleName(tr("Receiver"));
     receiver_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     receiver_->hide();
-    text_->setAccessibleName(u"Sent Text"_s);
+    text_->setAccessibleName(tr("Sent Text"));
     text_->setReadOnly(true);
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     text_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -69,11 +69,11 @@ QCoro::Task<> SentChangesDialog::reading(QPointer<SentChangesDialog> dialog)
 
 void SentChangesDialog::show(const MessageRequest& request)
 {
-    receiver_->setText(u"To %1, model %2\n%3"_s.arg(request.service, request.model, request.address));
+    receiver_->setText(tr("To %1, model %2\n%3").arg(request.service, request.model, request.address));
     receiver_->show();
     text_->setPlainText(request.prompt + u"\n\n"_s + request.changes);
-    note_ = u"Besides your API key, this is all that is sent: first the prompt from the settings, then the staged "
-            "changes."_s;
+    note_ = tr("Besides your API key, this is all that is sent: first the prompt from the settings, then the staged "
+               "changes.");
     dialogParts::fit(*this);
 }
 

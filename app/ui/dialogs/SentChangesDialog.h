@@ -10,8 +10,8 @@ class QPlainTextEdit;
 
 namespace plovik {
 
-/// Shows, before anything is sent, what is sent to have a commit message written: where to, and every word of it.
-/// Confirming has the message written. Main thread.
+/// Shows the request for a commit message before it is sent: the receiver and every word of the text. Confirming sends
+/// it. Main thread.
 class SentChangesDialog : public Sheet {
     Q_OBJECT
 

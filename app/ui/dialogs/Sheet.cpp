@@ -14,12 +14,12 @@ Sheet::Sheet(RepositoryStore& store, const QString& title, const QString& confir
       sentence_(dialogParts::text(this)), confirm_(new QPushButton(confirmTitle, this))
 {
     dialogParts::prepare(*this, title);
-    auto* const cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    auto* const cancel = new QPushButton(tr("Cancel"), this);
     cancel->setAutoDefault(false);
     confirm_->setDefault(true);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(confirm_, &QPushButton::clicked, this, &QDialog::accept);
-    // Fields come first in the order of the keyboard, and the sentence keeps its line while it has nothing to say.
+    // The sentence keeps its line while it is empty, so that nothing moves.
     sentence_->setMinimumHeight(sentence_->fontMetrics().height());
     fields_->setSpacing(8);
 

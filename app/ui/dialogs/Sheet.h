@@ -13,35 +13,35 @@ class QVBoxLayout;
 
 namespace plovik {
 
-/// A window-modal dialog that asks for what an action needs: a heading, the fields of the subclass, a sentence under
-/// them, and two buttons. Confirming is possible only while what stands in it can be done; Escape cancels. It deletes
-/// itself when it closes. Main thread.
+/// A window-modal dialog that asks for the details of an action. It has a heading, the fields of the subclass, a
+/// sentence below them, and two buttons. The user can confirm only while problem() is empty and isComplete(); Escape
+/// cancels. It deletes itself when it closes. Main thread.
 class Sheet : public QDialog {
     Q_OBJECT
 
 public:
-    /// Does what was confirmed; to be called once, after the sheet has been accepted.
+    /// Carries the action out. To be called once, after the sheet was accepted.
     virtual void submit() = 0;
 
 protected:
-    /// `store` outlives the sheet.
+    /// `store` must outlive the sheet.
     Sheet(RepositoryStore& store, const QString& title, const QString& confirmTitle, QWidget* parent);
 
     RepositoryStore& store() { return store_; }
     const RepositoryStore& store() const { return store_; }
-    /// Where the subclass puts its fields, in its constructor.
+    /// Returns the layout to which the constructor of the subclass adds its fields.
     QVBoxLayout& fields() { return *fields_; }
 
     /// To be called whenever something was typed or chosen.
     void validate();
 
-    /// What keeps the sheet from being confirmed, in a sentence for the user.
+    /// Returns a sentence that says why the sheet cannot be confirmed; empty when it can.
     virtual QString problem() const { return {}; }
-    /// Said in the problem's place while there is none.
+    /// Returns the sentence that is shown while there is no problem.
     virtual QString note() const { return {}; }
-    /// Whether everything that is needed is there.
+    /// Returns whether every needed field is filled.
     virtual bool isComplete() const { return true; }
-    /// Whether confirming starts an action, which waits for one that runs.
+    /// Returns whether confirming starts an action, which is impossible while another one runs.
     virtual bool isAction() const { return true; }
 
 private:

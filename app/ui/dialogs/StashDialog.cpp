@@ -9,8 +9,6 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
@@ -27,14 +25,14 @@ std::ptrdiff_t untrackedCount(const Files& files)
 } // namespace
 
 StashDialog::StashDialog(RepositoryStore& store, QWidget* parent)
-    : Sheet(store, u"Stash Changes"_s, u"Stash Changes"_s, parent), message_(new QLineEdit(this)),
-      untracked_(new QCheckBox(u"Include Untracked Files"_s, this))
+    : Sheet(store, tr("Stash Changes"), tr("Stash Changes"), parent), message_(new QLineEdit(this)),
+      untracked_(new QCheckBox(tr("Include Untracked Files"), this))
 {
-    message_->setAccessibleName(u"Stash Message"_s);
-    message_->setPlaceholderText(u"Message (optional)"_s);
+    message_->setAccessibleName(tr("Stash Message"));
+    message_->setPlaceholderText(tr("Message (optional)"));
     untracked_->setAccessibleName(untracked_->text());
     const Files& files = store.status.value().files;
-    // Where nothing but untracked files changed, they are what is meant.
+    // Where only untracked files changed, the user can only mean these.
     untracked_->setChecked(!files.empty() && untrackedCount(files) == static_cast<std::ptrdiff_t>(files.size()));
     fields().addWidget(message_);
     fields().addWidget(untracked_);
@@ -47,13 +45,13 @@ QString StashDialog::problem() const
 {
     const Files& files = store().status.value().files;
     if (files.empty())
-        return u"There are no changes to stash."_s;
+        return tr("There are no changes to stash.");
     if (!store().status.value().hasCommits())
-        return u"Before the first commit there is nothing that changes could be put aside from."_s;
+        return tr("Before the first commit there is nothing that changes could be put aside from.");
     if (hasConflicts(files))
-        return u"Conflicted files can't be stashed. Resolve and stage them first."_s;
+        return tr("Conflicted files can't be stashed. Resolve and stage them first.");
     if (!untracked_->isChecked() && untrackedCount(files) == static_cast<std::ptrdiff_t>(files.size()))
-        return u"Only untracked files changed. Include them to stash them."_s;
+        return tr("Only untracked files changed. Include them to stash them.");
     return {};
 }
 
@@ -62,7 +60,8 @@ QString StashDialog::note() const
     const Files& files = store().status.value().files;
     const std::ptrdiff_t taken =
         static_cast<std::ptrdiff_t>(files.size()) - (untracked_->isChecked() ? 0 : untrackedCount(files));
-    return taken == 1 ? u"1 changed file is put aside."_s : u"%L1 changed files are put aside."_s.arg(taken);
+    return taken == 1 ? tr("1 changed file is put aside.")
+                      : tr("%Ln changed files are put aside.", nullptr, static_cast<int>(taken));
 }
 
 void StashDialog::submit()

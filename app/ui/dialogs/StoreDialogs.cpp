@@ -17,7 +17,7 @@ namespace plovik {
 
 namespace {
 
-/// Closes what is shown, without its closing being taken for an answer.
+/// Closes a dialog so that its closing does not count as an answer.
 template <typename Dialog>
 void dismiss(QPointer<Dialog>& shown)
 {
@@ -75,7 +75,7 @@ void StoreDialogs::showError()
     error_->open();
 }
 
-/// The alert goes: it would keep its window from being used.
+/// Closes the alert too, since it blocks the window that shows the log.
 void StoreDialogs::showFailedCommand()
 {
     const std::optional<CommandLog::Number> command = store_.failedCommand.value();
@@ -102,7 +102,7 @@ void StoreDialogs::questionAnswered(const QUuid& id, int answer)
     const std::optional<Confirmation> question = store_.confirmation.value();
     if (!question || question->id != id)
         return;
-    // The action may ask the next question, so this one goes first.
+    // The action may ask another question, so this one is removed first.
     question_ = nullptr;
     store_.confirmation = std::nullopt;
     if (answer == QDialog::Accepted && question->action)
@@ -141,7 +141,7 @@ void StoreDialogs::showPrompt()
     connect(prompt_, &QDialog::finished, this,
             [this, dialog = prompt_.data(), id = asked->id](int answer) { promptClosed(dialog, id, answer); });
     prompt_->open();
-    // Git waits, and the user may be in another window.
+    // Git waits for the answer, and the user may look at another window.
     QApplication::alert(prompt_);
 }
 

@@ -17,14 +17,14 @@ class ErrorAlert;
 class PromptDialog;
 class Sheet;
 
-/// Shows what a store has to say or to ask: its error message, its questions and its sheet, each in a dialog that
-/// blocks the store's window alone. Clears the store's field when the dialog closes, and closes the dialog when the
-/// field is cleared; a newer value takes the place of an older one. Runs no event loop of its own. Main thread.
+/// Shows the error message, the questions and the sheet of a store, each in a dialog that blocks only the store's
+/// window. It clears the store's field when the dialog closes, and closes the dialog when the field is cleared; a newer
+/// value replaces an older one. It runs no event loop of its own. Main thread.
 class StoreDialogs : public QObject {
     Q_OBJECT
 
 public:
-    /// `store` and `parent` outlive it; the dialogs are the parent's.
+    /// `store` and `parent` must outlive this object; the dialogs belong to `parent`.
     StoreDialogs(RepositoryStore& store, QWidget* parent);
 
 private:

@@ -32,7 +32,7 @@ namespace {
 
 constexpr qsizetype mostOfCommand = 8000;
 constexpr int mostCommandLines = 3;
-constexpr int leastCopyWidth = 480;
+constexpr int leastFactsWidth = 210;
 
 QPlainTextEdit* makeText(const QString& name, QWidget* parent)
 {
@@ -44,7 +44,8 @@ QPlainTextEdit* makeText(const QString& name, QWidget* parent)
     text->setTabChangesFocus(true);
     text->setFrameShape(QFrame::NoFrame);
     text->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    text->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // a rounding error of a wrapped line is no reason
+    text->setHorizontalScrollBarPolicy(
+        Qt::ScrollBarAlwaysOff); // rounding may make a wrapped line too wide by a fraction
     text->document()->setDocumentMargin(0);
     return text;
 }
@@ -53,10 +54,11 @@ QString shownPart(std::string_view bytes) { return printedText(shownText(without
 
 QString leftOutSentence(std::size_t bytes)
 {
-    return u"\n… %1 bytes are not kept …\n\n"_s.arg(QLocale().toString(static_cast<qulonglong>(bytes)));
+    return u"\n%1\n\n"_s.arg(
+        CommandDetail::tr("… %1 bytes are not kept …").arg(QLocale().toString(static_cast<qulonglong>(bytes))));
 }
 
-/// Put together first, since a chunk may end within a character.
+/// Joins the parts before they are decoded, since a part may end within a character.
 QString wholeText(const CommandLog::Output& output, QString (*shorten)(const QString&))
 {
     if (output.leftOut == 0)
@@ -85,15 +87,15 @@ QString commandOf(const CommandLog::Command& command)
 } // namespace
 
 CommandDetail::CommandDetail(const CommandLog& log, QWidget* parent)
-    : QWidget(parent), log_(log), command_(makeText(u"Command"_s, this)), facts_(new ElidedLabel(this)),
-      copyLine_(new BarButton(u"Copy as Shell Line"_s, this)), copyOutput_(new BarButton(u"Copy Output"_s, this)),
-      output_(makeText(u"Command Output"_s, this))
+    : QWidget(parent), log_(log), command_(makeText(tr("Command"), this)), facts_(new ElidedLabel(this)),
+      copyLine_(new BarButton(tr("Copy as Shell Line"), this)), copyOutput_(new BarButton(tr("Copy Output"), this)),
+      output_(makeText(tr("Command Output"), this))
 {
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
     facts_->setForegroundRole(QPalette::PlaceholderText);
     followFont(*facts_, -1);
-    facts_->setAccessibleName(u"Command Facts"_s);
+    facts_->setAccessibleName(tr("Command Facts"));
     command_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     auto* const bar = new QHBoxLayout;
     bar->setSpacing(8);
@@ -141,7 +143,7 @@ void CommandDetail::showOutput(const QString& text, bool isNew)
     if (text == text_ && !isNew)
         return;
     QScrollBar& bar = *output_->verticalScrollBar();
-    // Of what runs or has failed, the end tells.
+    // The end of the output matters most for a command that runs or has failed.
     const bool follows = isNew ? shown_ && (!shown_->end || hasFailed(*shown_)) : bar.value() >= bar.maximum() - 1;
     const int place = bar.value();
     if (!isNew && !text_.isEmpty() && text.startsWith(text_)) {
@@ -152,7 +154,7 @@ void CommandDetail::showOutput(const QString& text, bool isNew)
         output_->setPlainText(text);
     }
     text_ = text;
-    output_->setPlaceholderText(!shown_ || !shown_->end ? QString() : u"Nothing was printed."_s);
+    output_->setPlaceholderText(!shown_ || !shown_->end ? QString() : tr("Nothing was printed."));
     if (follows)
         bar.setValue(bar.maximum());
     else if (!isNew)
@@ -167,7 +169,7 @@ void CommandDetail::copyOutput() const
     QGuiApplication::clipboard()->setText(output ? wholeText(*output, asItIs) : QString());
 }
 
-/// As high as the command, up to a few lines.
+/// Makes the field as high as the command, up to a few lines.
 void CommandDetail::fitCommand()
 {
     const int lines = std::clamp(static_cast<int>(command_->document()->size().height()), 1, mostCommandLines);
@@ -182,8 +184,12 @@ void CommandDetail::resizeEvent(QResizeEvent* event)
     fitCommand();
 }
 
-/// Where there is little room, how the command went comes first; the list's menu copies too.
-void CommandDetail::showCopyLine() { copyLine_->setVisible(shown_ && width() >= leastCopyWidth); }
+/// Hides the button where it would leave little room for the facts; the list's menu offers the same.
+void CommandDetail::showCopyLine()
+{
+    const int facts = contentsRect().width() - copyLine_->sizeHint().width() - copyOutput_->sizeHint().width();
+    copyLine_->setVisible(shown_ && facts >= leastFactsWidth);
+}
 
 void CommandDetail::showFont()
 {

@@ -14,20 +14,21 @@ namespace plovik {
 class BarButton;
 class ElidedLabel;
 
-/// One command of the log: where it ran, all of it, how it went, and what it printed, as it comes. Main thread.
+/// Shows one command of the log: its folder, its arguments, how it ended, and its output while it is printed. Main
+/// thread.
 class CommandDetail : public QWidget {
     Q_OBJECT
 
 public:
-    /// `log` outlives the view.
+    /// `log` must outlive the view.
     explicit CommandDetail(const CommandLog& log, QWidget* parent = nullptr);
 
-    /// Nothing shows nothing. For the same command again: takes over what it has printed since, and follows its end
-    /// unless the user has scrolled away from it.
+    /// Shows a command, or an empty view for nullopt. A call with the shown command appends its new output, and scrolls
+    /// to the end unless the user has scrolled away from there.
     void show(const std::optional<CommandLog::Command>& command);
     using QWidget::show;
 
-    /// All that the log has of the output goes to the clipboard.
+    /// Copies all of the output that the log has kept.
     void copyOutput() const;
 
 Q_SIGNALS:

@@ -67,7 +67,7 @@ public:
 
 } // namespace
 
-CommandList::CommandList(CommandLogModel& model, QWidget* parent) : RowList(u"Command Log"_s, parent), model_(model)
+CommandList::CommandList(CommandLogModel& model, QWidget* parent) : RowList(tr("Command Log"), parent), model_(model)
 {
     setModel(&model);
     setItemDelegate(new CommandDelegate(this));
@@ -117,8 +117,8 @@ void CommandList::contextMenuEvent(QContextMenuEvent* event)
         return;
     auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(u"Copy as Shell Line"_s, this, &CommandList::copy);
-    menu->addAction(u"Copy Output"_s, this, &CommandList::outputWanted);
+    menu->addAction(tr("Copy as Shell Line"), this, &CommandList::copy);
+    menu->addAction(tr("Copy Output"), this, &CommandList::outputWanted);
     menu->popup(*place);
 }
 

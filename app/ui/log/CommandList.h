@@ -7,17 +7,17 @@ namespace plovik {
 
 class CommandLogModel;
 
-/// The rows of a CommandLogModel: when, what, how it ended if not well, and how long it took. Copying takes the current
-/// command as a line for a shell. Main thread.
+/// Lists the commands of a CommandLogModel with their time, a failure or cancellation, and their duration. "Copy" takes
+/// the current command as a line for a shell. Main thread.
 class CommandList : public RowList {
     Q_OBJECT
 
 public:
-    /// `model` outlives the list.
+    /// `model` must outlive the list.
     CommandList(CommandLogModel& model, QWidget* parent);
 
-    /// Takes over what is new; the selected row, or else all in sight, stay where they are, unless those are the
-    /// newest.
+    /// Updates the model. The selected row stays where it is on the screen; without one the visible rows do, unless the
+    /// newest command is visible.
     void update();
     using RowList::update;
 

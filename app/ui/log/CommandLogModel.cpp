@@ -17,12 +17,12 @@ namespace plovik {
 
 namespace {
 
-/// More than a row can show, and enough to be found by.
+/// More characters than a row can show, and enough for the filter.
 constexpr std::size_t mostOfLine = 2000;
-/// More rows than this at once are no news but a new list.
+/// With more new rows than this, the list is rebuilt.
 constexpr std::size_t mostSingleRows = 64;
 
-/// One is git's "no", or "there are differences".
+/// Exit status 1 is no failure of a reading command: git uses it for "no" and for "there are differences".
 bool isWorthShowing(const CommandLog::Command& read)
 {
     return read.end && (!read.end->problem.empty() || (hasFailed(read) && read.end->status > 1));
@@ -39,12 +39,13 @@ bool hasFailed(const CommandLog::Command& command)
 QString shownEnd(const CommandLog::Command& command)
 {
     if (!command.end)
-        return u"running"_s;
+        return CommandLogModel::tr("running");
     if (command.end->stopped)
-        return u"cancelled"_s;
+        return CommandLogModel::tr("cancelled");
     if (!hasFailed(command))
         return {};
-    return command.end->problem.empty() ? u"✗ %1"_s.arg(command.end->status) : u"could not start"_s;
+    return command.end->problem.empty() ? CommandLogModel::tr("✗ %1").arg(command.end->status)
+                                        : CommandLogModel::tr("could not start");
 }
 
 QString describedEnd(const CommandLog::Command& command)
@@ -52,9 +53,9 @@ QString describedEnd(const CommandLog::Command& command)
     if (!command.end || command.end->stopped || !command.end->problem.empty())
         return shownEnd(command);
     if (command.end->cut)
-        return u"ended when enough was read"_s;
-    return command.end->signalled ? u"ended by signal %1"_s.arg(command.end->status - 128)
-                                  : u"exit status %1"_s.arg(command.end->status);
+        return CommandLogModel::tr("ended when enough was read");
+    return command.end->signalled ? CommandLogModel::tr("ended by signal %1").arg(command.end->status - 128)
+                                  : CommandLogModel::tr("exit status %1").arg(command.end->status);
 }
 
 QString shownTook(const CommandLog::Command& command)
@@ -65,7 +66,7 @@ QString shownTook(const CommandLog::Command& command)
     if (took >= std::chrono::minutes(1))
         return shownDuration(std::chrono::floor<std::chrono::seconds>(took));
     const double seconds = static_cast<double>(took.count()) / 1000;
-    return u"%1 s"_s.arg(seconds, 0, 'f', seconds < 0.1 ? 3 : seconds < 10 ? 2 : 1);
+    return CommandLogModel::tr("%1 s").arg(seconds, 0, 'f', seconds < 0.1 ? 3 : seconds < 10 ? 2 : 1);
 }
 
 QString shownBegin(const CommandLog::Command& command)
@@ -76,7 +77,7 @@ QString shownBegin(const CommandLog::Command& command)
 
 CommandLogModel::CommandLogModel(const CommandLog& log, QObject* parent) : QAbstractListModel(parent), log_(log) {}
 
-/// Where a command is, or would be: they stand by falling number.
+/// Returns the place of a command in rows that are sorted by falling number.
 CommandLogModel::Rows::const_iterator CommandLogModel::place(const Rows& rows, CommandLog::Number number)
 {
     return std::lower_bound(
@@ -119,7 +120,7 @@ std::shared_ptr<CommandLogModel::Row> CommandLogModel::take(Command command)
     return *all_.insert(found, std::make_shared<Row>(Row{std::move(command), line, reads}));
 }
 
-/// A command that has ended may show what hid it while it ran.
+/// Updates a row, or inserts it: a command that was hidden while it ran may be shown since it has failed.
 void CommandLogModel::showRow(const std::shared_ptr<Row>& row)
 {
     const auto found = place(shown_, row->command.number);

@@ -10,7 +10,7 @@
 
 namespace plovik {
 
-/// The commands of a log, the newest first, as far as a filter lets them through. Knows nothing new until update().
+/// The commands of a log that pass a filter, the newest first. It takes new commands over in update() only.
 /// Main thread.
 class CommandLogModel : public QAbstractListModel {
     Q_OBJECT
@@ -18,16 +18,17 @@ class CommandLogModel : public QAbstractListModel {
 public:
     using Command = CommandLog::Command;
 
-    /// `log` outlives the model.
+    /// `log` must outlive the model.
     explicit CommandLogModel(const CommandLog& log, QObject* parent = nullptr);
 
-    /// Takes over what is new, at a cost that follows that.
+    /// Takes over what is new since the last call; the cost grows with the number of new commands.
     void update();
-    /// Shows commands that contain all of a text's words; of those that only look, when `hidesReads`, none but failed.
+    /// Shows the commands that contain every word of `text`. With `hidesReads`, a command that only reads is shown when
+    /// it failed.
     void setFilter(const QString& text, bool hidesReads);
 
     const Command& command(const QModelIndex& index) const;
-    /// An invalid index where the filter holds it back.
+    /// Returns an invalid index for a command that the filter hides.
     QModelIndex indexOf(CommandLog::Number number) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -56,13 +57,13 @@ private:
     bool hidesReads_ = false;
 };
 
-/// How a command ended, for a row: nothing when all went well, "✗ 128", "cancelled", "running".
+/// Says how a command ended, for a row: "✗ 128", "cancelled", "running", and an empty string for success.
 QString shownEnd(const CommandLog::Command& command);
-/// The same in a sentence's words: "exit status 128".
+/// Says the same in more words: "exit status 128".
 QString describedEnd(const CommandLog::Command& command);
-/// How long it took: "0.12 s"; nothing while it runs.
+/// Returns how long a command took: "0.12 s"; empty while it runs.
 QString shownTook(const CommandLog::Command& command);
-/// The local time at which it began: "14:03:12".
+/// Returns the local time at which a command began: "14:03:12".
 QString shownBegin(const CommandLog::Command& command);
 bool hasFailed(const CommandLog::Command& command);
 

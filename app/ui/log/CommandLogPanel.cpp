@@ -16,13 +16,10 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 #include <chrono>
-
-using namespace Qt::StringLiterals;
 
 namespace plovik {
 
@@ -62,20 +59,20 @@ CommandLogPanel::CommandLogPanel(RepositoryStore& store, QWidget* parent)
 QWidget* CommandLogPanel::makeHeader()
 {
     auto* const header = new QWidget(this);
-    title_ = new QLabel(u"Command Log"_s, header);
+    title_ = new QLabel(tr("Command Log"), header);
     followFont(*title_, 0, QFont::DemiBold);
     count_ = new QLabel(header);
     count_->setForegroundRole(QPalette::PlaceholderText);
     count_->setTextFormat(Qt::PlainText);
     field_ = new QLineEdit(header);
-    field_->setAccessibleName(u"Filter Commands"_s);
-    field_->setPlaceholderText(u"Filter commands"_s);
+    field_->setAccessibleName(tr("Filter Commands"));
+    field_->setPlaceholderText(tr("Filter commands"));
     field_->setClearButtonEnabled(true);
     field_->setMaximumWidth(260);
-    hidesReads_ = new QCheckBox(u"Hide Reads"_s, header);
-    hidesReads_->setToolTip(u"Show only the commands that change something, and those that failed"_s);
+    hidesReads_ = new QCheckBox(tr("Hide Reads"), header);
+    hidesReads_->setToolTip(tr("Show only the commands that change something, and those that failed"));
     hidesReads_->setChecked(Settings::shared().value(settings::commandLogHidesReads));
-    auto* const close = new IconButton(Icon::close, u"Close Command Log"_s, header, u"Esc"_s);
+    auto* const close = new IconButton(Icon::close, tr("Close Command Log"), header, tr("Esc"));
     auto* const row = new QHBoxLayout(header);
     row->setContentsMargins(14, 4, 8, 4);
     row->setSpacing(10);
@@ -122,14 +119,19 @@ void CommandLogPanel::update()
 {
     isBehind_ = false;
     {
-        // Rows come and go; which command is selected does not change with that.
+        // Rows are added and removed, but the selected command stays the same.
         const QScopedValueRollback selecting(isSelecting_, true);
         list_->update();
     }
-    const auto rows = model_->rowCount();
-    count_->setText(rows == 1 ? u"1 command"_s : u"%1 commands"_s.arg(QLocale().toString(rows)));
+    showCount();
     showDetail();
     pause_.start();
+}
+
+void CommandLogPanel::showCount()
+{
+    const int rows = model_->rowCount();
+    count_->setText(rows == 1 ? tr("1 command") : tr("%Ln commands", nullptr, rows));
 }
 
 void CommandLogPanel::filter()
@@ -140,7 +142,7 @@ void CommandLogPanel::filter()
     }
     if (const auto shown = store_.shownCommand.value(); shown && model_->indexOf(*shown).isValid())
         showSelected();
-    count_->setText(u"%1 commands"_s.arg(QLocale().toString(model_->rowCount())));
+    showCount();
 }
 
 void CommandLogPanel::userSelected()
@@ -153,14 +155,14 @@ void CommandLogPanel::userSelected()
     showDetail();
 }
 
-/// Without a command that somebody asked for, the newest one.
+/// Selects the command that the store names, or else the newest one.
 void CommandLogPanel::showSelected()
 {
     if (isSelecting_)
         return;
     const std::optional<CommandLog::Number> shown = store_.shownCommand.value();
     if (shown && !model_->indexOf(*shown).isValid()) {
-        list_->update(); // it may be new
+        list_->update(); // the command may be newer than the model
         if (!model_->indexOf(*shown).isValid())
             field_->clear();
     }

@@ -19,13 +19,14 @@ class CommandDetail;
 class CommandList;
 class CommandLogModel;
 
-/// Every git command that the window ran, and the selected one in full. While it is hidden it does nothing; while it is
-/// shown, what is new comes at most ten times a second. Escape takes the filter away, and then closes it. Main thread.
+/// Lists every git command that the window ran, and shows the selected one in full. It is updated at most ten times a
+/// second while it is visible, and not at all while it is hidden. Escape clears the filter first and then closes the
+/// panel. Main thread.
 class CommandLogPanel : public QWidget {
     Q_OBJECT
 
 public:
-    /// `store` outlives the panel.
+    /// `store` must outlive the panel.
     explicit CommandLogPanel(RepositoryStore& store, QWidget* parent = nullptr);
 
 protected:
@@ -38,6 +39,7 @@ private:
     void hearOfNews();
     void update();
     using QWidget::update;
+    void showCount();
     void filter();
     void userSelected();
     void showSelected();

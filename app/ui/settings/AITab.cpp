@@ -21,7 +21,6 @@ namespace plovik {
 
 namespace {
 
-constexpr int pickerWidth = 240;
 constexpr int fieldWidth = 350;
 constexpr QSize promptSize(480, 150);
 
@@ -35,7 +34,7 @@ QString storedModel(const AIChoices::Provider& provider)
 
 QString defaultPrompt() { return QString::fromUtf8(settings::aiCommitPrompt.fallback); }
 
-/// As an edit, so that it can be undone.
+/// Replaces the text by an edit that can be undone.
 void replaceText(QPlainTextEdit& editor, const QString& text)
 {
     QTextCursor all(editor.document());
@@ -47,33 +46,33 @@ void replaceText(QPlainTextEdit& editor, const QString& text)
 
 AITab::AITab(AIChoices choices, QWidget* parent)
     : QWidget(parent), choices_(std::move(choices)),
-      isEnabled_(new QCheckBox(u"Write Commit Messages with AI"_s, this)), provider_(new QComboBox(this))
+      isEnabled_(new QCheckBox(tr("Write Commit Messages with AI"), this)), provider_(new QComboBox(this))
 {
     auto* const keyNote = noteLabel(QString(), this);
-    keyNote->setAccessibleName(u"API Key Note"_s);
+    keyNote->setAccessibleName(tr("API Key Note"));
     key_ = new APIKeyField(choices_, *keyNote, this);
     model_ = new QLineEdit(this);
     prompt_ = new QPlainTextEdit(this);
-    resetPrompt_ = new QPushButton(u"Reset Prompt"_s, this);
+    resetPrompt_ = new QPushButton(tr("Reset Prompt"), this);
 
     isEnabled_->setAccessibleName(isEnabled_->text());
     for (const AIChoices::Provider& each : choices_.providers)
         provider_->addItem(each.title, each.name);
-    prompt_->setAccessibleName(u"Commit Message Prompt"_s);
+    prompt_->setAccessibleName(tr("Commit Message Prompt"));
     prompt_->setTabChangesFocus(true);
     prompt_->document()->setDocumentMargin(8);
-    prompt_->setPlaceholderText(u"Without a prompt, the default one is used."_s);
+    prompt_->setPlaceholderText(tr("Without a prompt, the default one is used."));
     resetPrompt_->setAccessibleName(resetPrompt_->text());
     layOut(keyNote);
     connectControls();
 }
 
-// The field's last save goes through the choices.
+// The field saves for the last time through choices_, so it is deleted while they exist.
 AITab::~AITab() { delete key_; }
 
 void AITab::layOut(QLabel* keyNote)
 {
-    provider_->setFixedWidth(pickerWidth);
+    fitPicker(*provider_);
     key_->setFixedWidth(fieldWidth);
     model_->setFixedWidth(fieldWidth);
     keyNote->setFixedWidth(fieldWidth);
@@ -82,14 +81,14 @@ void AITab::layOut(QLabel* keyNote)
 
     auto* const form = new SettingsForm(*this);
     form->addRow(QString(), isEnabled_);
-    form->addNote(u"Adds a button below the commit message that writes a message for the staged changes. "
-                  "Their diff is sent to the provider."_s);
-    form->addControl(u"Provider"_s, provider_);
-    form->addControl(u"API Key"_s, key_);
+    form->addNote(tr("Adds a button below the commit message that writes a message for the staged changes. "
+                     "Their diff is sent to the provider."));
+    form->addControl(tr("Provider"), provider_);
+    form->addControl(tr("API Key"), key_);
     form->addRow(QString(), keyNote);
-    form->addControl(u"Model"_s, model_);
+    form->addControl(tr("Model"), model_);
     form->addItem(new QSpacerItem(0, 2 * form->verticalSpacing() / 3));
-    form->addSection(u"Commit Message Prompt"_s);
+    form->addSection(tr("Commit Message Prompt"));
     form->addRow(prompt_);
     auto* const below = new QHBoxLayout;
     below->addWidget(resetPrompt_);
@@ -159,7 +158,7 @@ void AITab::showProvider()
 
 void AITab::showModel()
 {
-    // What is being typed is left as it is.
+    // Setting the same text would move the cursor of somebody who types.
     if (const QString stored = storedModel(provider()); model_->text() != stored)
         model_->setText(stored);
 }
@@ -177,7 +176,7 @@ void AITab::showPrompt()
 void AITab::resetPrompt()
 {
     replaceText(*prompt_, defaultPrompt());
-    prompt_->setFocus(Qt::OtherFocusReason); // the button has nothing left to do
+    prompt_->setFocus(Qt::OtherFocusReason); // the button, which had the focus, is disabled now
 }
 
 } // namespace plovik

@@ -16,8 +16,8 @@ namespace plovik {
 
 class APIKeyField;
 
-/// The settings tab of commit messages written with a language model. All can be set up before it is switched on. Main
-/// thread.
+/// The settings tab for commit messages written with a language model. Everything can be set up before the feature is
+/// switched on. Main thread.
 class AITab : public QWidget {
     Q_OBJECT
 

@@ -5,13 +5,11 @@
 #include <QLabel>
 #include <QPointer>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
 
-// A pasted key is stored, and said to be, without another key stroke.
+// After this pause a pasted key is stored without another key stroke.
 constexpr std::chrono::milliseconds rest{1000};
 
 } // namespace
@@ -49,7 +47,7 @@ void APIKeyField::leave()
 {
     save(Attempt::firstOnly);
     Key& key = current();
-    ++key.reads; // what is still to be heard comes too late
+    ++key.reads; // an answer that is still to come is ignored
     key.stored.reset();
     key.before.reset();
     showKey();
@@ -57,7 +55,7 @@ void APIKeyField::leave()
 
 void APIKeyField::keyPressEvent(QKeyEvent* event)
 {
-    // The toolkit empties a field of this kind instead, which would remove the key.
+    // A password field of Qt is emptied by "Undo", which would remove the key.
     if (event->matches(QKeySequence::Undo)) {
         if (const auto before = current().before; before && text() != *before) {
             setText(*before);
@@ -86,7 +84,7 @@ void APIKeyField::take(const QString& text)
 {
     Key& key = current();
     key.hasFailed = false;
-    // Typed and taken back before the key store has answered: its answer may fill the field.
+    // Nothing is typed any more and the key store has not answered yet, so its answer may fill the field.
     const bool saysNothing = text.isEmpty() && !key.stored && !key.sent;
     key.typed = saysNothing ? std::nullopt : std::optional(text);
     pause_.start();
@@ -109,7 +107,7 @@ void APIKeyField::save(Attempt attempt)
     }
     key.sent = text;
     key.hasFailed = false;
-    ++key.reads; // an answer from before is none any more
+    ++key.reads; // an answer to an earlier read is out of date
     const int number = ++key.saves;
     choices_.saveKey(provider_.name, text, [self = QPointer(this), name = provider_.name, text, number](bool isSaved) {
         if (self && self->keys_[name].saves == number)
@@ -124,7 +122,7 @@ void APIKeyField::saved(const QString& provider, const QString& text, bool isSav
     key.sent.reset();
     if (isSaved)
         key.stored = text;
-    // What was typed meanwhile is saved in its turn.
+    // A key that was typed meanwhile is saved by a later call.
     if (key.typed && key.typed->trimmed() == text) {
         key.hasFailed = !isSaved;
         if (isSaved)
@@ -155,14 +153,14 @@ void APIKeyField::tell()
 QString APIKeyField::statement(const Key& key) const
 {
     if (key.hasFailed)
-        return u"The key could not be saved in the keychain."_s;
+        return tr("The key could not be saved in the keychain.");
     if (key.typed || key.sent || !key.stored)
         return {};
     if (!key.stored->isEmpty())
-        return u"The key is stored in your keychain."_s;
+        return tr("The key is stored in your keychain.");
     if (choices_.hasKeyInEnvironment(provider_.name))
-        return u"Without a stored key, %1 from the environment is used."_s.arg(provider_.keyVariable);
-    return u"No key was found in your keychain."_s;
+        return tr("Without a stored key, %1 from the environment is used.").arg(provider_.keyVariable);
+    return tr("No key was found in your keychain.");
 }
 
 } // namespace plovik

@@ -13,35 +13,35 @@ class QLabel;
 
 namespace plovik {
 
-/// The field of a provider's API key. It asks the key store when a provider is shown, and saves when editing ends or
-/// rests; what could not be saved stays in the field, and comes back with its provider. The key is never in sight, on
-/// the clipboard or in an accessible text. Main thread.
+/// The field of a provider's API key. It asks the key store for the key when a provider is shown, and saves it when
+/// editing ends or pauses. A key that could not be saved stays in the field and is shown again with its provider. The
+/// key is never visible, on the clipboard or in an accessible text. Main thread.
 class APIKeyField : public QLineEdit {
     Q_OBJECT
 
 public:
-    /// `choices` outlives the field; `note` is where it says how the key is kept.
+    /// `choices` must outlive the field. `note` shows how the key is stored.
     APIKeyField(const AIChoices& choices, QLabel& note, QWidget* parent);
     ~APIKeyField() override;
 
-    /// Saves what was typed for another provider and asks for this one's key.
+    /// Saves what was typed for the provider shown before, and asks for the key of this one.
     void show(const AIChoices::Provider& provider);
-    /// Saves what was typed, and forgets what need not be typed again.
+    /// Saves what was typed, and forgets the keys that the key store can give again.
     void leave();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    /// What is known of one provider's key.
+    /// What the field knows about the key of one provider.
     struct Key {
-        std::optional<QString> typed;  ///< not known to be stored
+        std::optional<QString> typed;  ///< in the field and not yet stored
         std::optional<QString> sent;   ///< being stored
-        std::optional<QString> stored; ///< as last heard; nothing: not heard yet
-        std::optional<QString> before; ///< what undoing goes back to
-        bool hasFailed = false;        ///< to store what was typed
-        int reads = 0;                 ///< so many asked, the last one counts
-        int saves = 0;                 ///< likewise
+        std::optional<QString> stored; ///< the last answer of the key store; nullopt before the first
+        std::optional<QString> before; ///< restored by "Undo"
+        bool hasFailed = false;        ///< the typed key could not be stored
+        int reads = 0;                 ///< number of reads asked for; only the answer to the last one is used
+        int saves = 0;                 ///< the same for saving
     };
     enum class Attempt { firstOnly, again };
 

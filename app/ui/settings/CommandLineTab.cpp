@@ -11,8 +11,6 @@
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
@@ -21,11 +19,11 @@ QString buttonTitle(CommandLineState::Offer offer)
 {
     switch (offer) {
     case CommandLineState::Offer::install:
-        return u"Install"_s;
+        return CommandLineTab::tr("Install");
     case CommandLineState::Offer::update:
-        return u"Update Link"_s;
+        return CommandLineTab::tr("Update Link");
     case CommandLineState::Offer::reveal:
-        return u"Show in File Browser"_s;
+        return CommandLineTab::tr("Show in File Browser");
     case CommandLineState::Offer::nothing:
         break;
     }
@@ -36,11 +34,11 @@ QString buttonTitle(CommandLineState::Offer offer)
 
 CommandLineTab::CommandLineTab(CommandLineCommands commands, QWidget* parent)
     : QWidget(parent), commands_(std::move(commands)), statement_(new QLabel(this)), path_(new QLineEdit(this)),
-      button_(new QPushButton(this)), problem_(problemLabel(u"Command Line Problem"_s, this))
+      button_(new QPushButton(this)), problem_(problemLabel(tr("Command Line Problem"), this))
 {
-    statement_->setAccessibleName(u"Command Line Tool"_s);
-    path_->setAccessibleName(u"Command Line Tool Path"_s);
-    // A path has no place to be broken at; here the rest of a long one can be reached.
+    statement_->setAccessibleName(tr("Command Line Tool"));
+    path_->setAccessibleName(tr("Command Line Tool Path"));
+    // A path cannot be wrapped; in a field the user can scroll to the rest of a long one.
     path_->setReadOnly(true);
     path_->setFrame(false);
     QPalette bare = path_->palette();
@@ -62,7 +60,7 @@ CommandLineTab::CommandLineTab(CommandLineCommands commands, QWidget* parent)
     column->addWidget(button_, 0, Qt::AlignLeft);
     column->addWidget(problem_);
     column->addSpacing(6);
-    column->addWidget(noteLabel(u"Run `plovik` inside a repository to open it in Plovik."_s, this));
+    column->addWidget(noteLabel(tr("Run `plovik` inside a repository to open it in Plovik."), this));
     column->addStretch(1);
 }
 
@@ -77,7 +75,7 @@ void CommandLineTab::showEvent(QShowEvent* event)
 void CommandLineTab::reload()
 {
     state_ = commands_.state ? commands_.state()
-                             : CommandLineState{u"Only an installed Plovik contains the command line tool."_s, {}, {}};
+                             : CommandLineState{tr("Only an installed Plovik contains the command line tool."), {}, {}};
     statement_->setText(state_.statement);
     const std::string& path = state_.path.native();
     path_->setText(QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size())));

@@ -13,22 +13,22 @@ class QPushButton;
 
 namespace plovik {
 
-/// How the command line tool stands on this machine, in the words to show.
+/// The state of the command line tool on this machine, as it is shown.
 struct CommandLineState {
-    /// What the button under the words does.
+    /// What the button below the statement does.
     enum class Offer { nothing, install, update, reveal };
 
     QString statement;          ///< "Not installed", "Installed at", …
-    std::filesystem::path path; ///< shown below the statement: the tool's link or what it leads to; empty for none
+    std::filesystem::path path; ///< shown below the statement: the tool's link or its target; may be empty
     Offer offer = Offer::nothing;
 };
 
-/// What the "Command Line" tab asks of the command line tool. All are called on the main thread.
+/// What the "Command Line" tab can ask of the command line tool. All functions are called on the main thread.
 struct CommandLineCommands {
-    /// Looks at the tool afresh; quick. Empty where there is nothing to ask: the tab then says that there is no tool.
+    /// Reads the state of the tool; quick. Without this function the tab says that there is no tool.
     std::function<CommandLineState()> state;
     /// Installs or repairs the link. Returns at once and calls `finished` on the main thread: with a sentence when it
-    /// failed, with an empty one when it was done or the user did not want it any more.
+    /// failed, with an empty string when it succeeded or the user cancelled it.
     std::function<void(std::function<void(QString problem)> finished)> install;
     /// Shows the tool at `path` in the file browser; `failed` is called on the main thread with a sentence.
     std::function<void(std::filesystem::path path, std::function<void(QString problem)> failed)> reveal;

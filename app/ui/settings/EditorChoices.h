@@ -13,11 +13,11 @@ class QWidget;
 
 namespace plovik {
 
-/// What the picker of the editor asks of whoever knows the applications. All are called on the main thread.
+/// What the picker of the editor needs to know about applications. All functions are called on the main thread.
 struct EditorChoices {
-    /// The editors found on this machine, in the order to show them in.
+    /// Returns the editors found on this machine, in the order in which they are shown.
     std::function<std::vector<editors::Application>()> installed;
-    /// The application at a stored path; none for an empty path and for one that is there no more.
+    /// Returns the application at a stored path; nullopt for an empty path and for one that does not exist any more.
     std::function<std::optional<editors::Application>(const QString& path)> at;
     /// Lets the user pick any application. Returns at once; `chosen` is not called when the user cancels.
     std::function<void(QWidget* parent, std::function<void(editors::Application)> chosen)> choose;

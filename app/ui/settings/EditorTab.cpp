@@ -21,7 +21,6 @@ namespace plovik {
 
 namespace {
 
-constexpr int pickerWidth = 240;
 constexpr QSize previewSize(480, 132);
 
 // The last characters of the second line tell 0 from O, and 1, l and I apart.
@@ -30,7 +29,7 @@ const QString sample = u"func greet(name: String) {\n    print(\"Hello, \\(name)
 QPlainTextEdit* samplePreview(QWidget* parent)
 {
     auto* const preview = new QPlainTextEdit(sample, parent);
-    preview->setAccessibleName(u"Preview"_s);
+    preview->setAccessibleName(EditorTab::tr("Preview"));
     preview->setReadOnly(true);
     preview->setLineWrapMode(QPlainTextEdit::NoWrap);
     preview->setFixedSize(previewSize);
@@ -45,14 +44,14 @@ EditorTab::EditorTab(QWidget* parent)
     : QWidget(parent), family_(new QComboBox(this)), size_(new SizeControl(CodeFont::minSize, CodeFont::maxSize, this)),
       preview_(samplePreview(this))
 {
-    family_->setFixedWidth(pickerWidth);
-    auto* const reset = new QPushButton(u"Reset to Defaults"_s, this);
+    fitPicker(*family_);
+    auto* const reset = new QPushButton(tr("Reset to Defaults"), this);
     reset->setAccessibleName(reset->text());
 
     auto* const form = new SettingsForm(*this);
-    form->addSection(u"Code View"_s);
-    form->addControl(u"Font"_s, family_);
-    form->addControl(u"Size"_s, size_);
+    form->addSection(tr("Code View"));
+    form->addControl(tr("Font"), family_);
+    form->addControl(tr("Size"), size_);
     form->addRow(preview_);
     auto* const below = new QHBoxLayout;
     below->addWidget(reset);
@@ -75,7 +74,7 @@ EditorTab::EditorTab(QWidget* parent)
 
 void EditorTab::showEvent(QShowEvent* event)
 {
-    // Every installed font is looked at, which nobody waits for who does not come here.
+    // Every installed font is examined, which takes time; so it happens only when the tab is shown.
     if (family_->count() == 0)
         fillFamilies();
     showSettings();
@@ -84,7 +83,7 @@ void EditorTab::showEvent(QShowEvent* event)
 
 void EditorTab::fillFamilies()
 {
-    family_->addItem(u"System Monospaced"_s, QString());
+    family_->addItem(tr("System Monospaced"), QString());
     for (const QString& family : CodeFont::monospacedFamilies())
         family_->addItem(family, family);
 }
@@ -93,12 +92,12 @@ void EditorTab::showSettings()
 {
     const QString name = Settings::shared().value(settings::codeFontName);
     if (family_->count() > 0 && family_->findData(name) < 0)
-        family_->addItem(QFontDatabase::hasFamily(name) ? name : u"%1 (not installed)"_s.arg(name), name);
+        family_->addItem(QFontDatabase::hasFamily(name) ? name : tr("%1 (not installed)").arg(name), name);
     family_->setCurrentIndex(family_->findData(name));
-    // What is stored out of range is shown as it is used, and stays until it is changed here.
+    // A stored size out of range is shown as the size in use, and stays stored until it is changed here.
     const double points =
         std::clamp(Settings::shared().value(settings::codeFontSize), CodeFont::minSize, CodeFont::maxSize);
-    // What is being typed is left as it is.
+    // Setting the same value would disturb somebody who types.
     if (const QSignalBlocker isShowing(size_); size_->value() != points)
         size_->setValue(points);
     preview_->setFont(CodeFont::current());

@@ -10,7 +10,7 @@ namespace plovik {
 
 class SizeControl;
 
-/// The settings tab of the font of code and diffs. Main thread.
+/// The settings tab for the font of code and diffs. Main thread.
 class EditorTab : public QWidget {
     Q_OBJECT
 

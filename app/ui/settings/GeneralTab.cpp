@@ -11,13 +11,9 @@
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
-
-constexpr int pickerWidth = 240;
 
 QString storedEditor() { return Settings::shared().value(settings::externalEditorPath); }
 
@@ -38,7 +34,7 @@ GeneralTab::GeneralTab(EditorChoices editors, QWidget* parent)
     : QWidget(parent), editors_(std::move(editors)), appearance_(new QComboBox(this)), editor_(new QComboBox(this))
 {
     for (QComboBox* picker : {appearance_, editor_})
-        picker->setFixedWidth(pickerWidth);
+        fitPicker(*picker);
     for (const AppAppearance appearance : allAppearances)
         appearance_->addItem(displayName(appearance), rawValue(appearance));
     connect(appearance_, &QComboBox::activated, this,
@@ -46,10 +42,10 @@ GeneralTab::GeneralTab(EditorChoices editors, QWidget* parent)
     connect(editor_, &QComboBox::activated, this, &GeneralTab::pickEditor);
 
     auto* const form = new SettingsForm(*this);
-    form->addControl(u"Appearance"_s, appearance_);
-    form->addControl(u"Open Files In"_s, editor_);
+    form->addControl(tr("Appearance"), appearance_);
+    form->addControl(tr("Open Files In"), editor_);
     form->addNote(
-        u"Double-click a file to open it. An editor that is already running opens it in its current project."_s);
+        tr("Double-click a file to open it. An editor that is already running opens it in its current project."));
 
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::appearance.key))
@@ -71,7 +67,7 @@ void GeneralTab::showAppearance() { appearance_->setCurrentIndex(appearance_->fi
 void GeneralTab::fillEditors()
 {
     editor_->clear();
-    editor_->addItem(u"Default Application"_s, QString());
+    editor_->addItem(tr("Default Application"), QString());
     for (const editors::Application& application : editors_.installed())
         offer(*editor_, application);
     for (const QString& custom : {storedEditor(), earlierCustomChoice_}) {
@@ -82,13 +78,13 @@ void GeneralTab::fillEditors()
         earlierCustomChoice_ = custom;
     }
     editor_->insertSeparator(editor_->count());
-    editor_->addItem(u"Choose Application…"_s); // without data: nothing that can be stored
+    editor_->addItem(tr("Choose Application…")); // without data, since it is no value of the setting
     showEditor();
 }
 
 void GeneralTab::showEditor()
 {
-    // An application that is gone is not chosen any more: files open in their default one.
+    // Where the stored application does not exist any more, files open in the default one.
     editor_->setCurrentIndex(std::max(0, editor_->findData(storedEditor())));
 }
 
@@ -98,7 +94,7 @@ void GeneralTab::pickEditor(int index)
         Settings::shared().set(settings::externalEditorPath, picked.toString());
         return;
     }
-    // Until another one is chosen the choice stands, and cancelling changes nothing.
+    // The old choice stays until another one is made, so that cancelling changes nothing.
     showEditor();
     editors_.choose(window(), [self = QPointer(this)](const editors::Application& chosen) {
         if (self)

@@ -10,7 +10,7 @@ class QComboBox;
 
 namespace plovik {
 
-/// The settings tab of the appearance and of the application that opens files. Main thread.
+/// The settings tab for the appearance and for the application that opens files. Main thread.
 class GeneralTab : public QWidget {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ private:
     void pickEditor(int index);
 
     EditorChoices editors_;
-    QString earlierCustomChoice_; ///< stays on offer after another one was made
+    QString earlierCustomChoice_; ///< stays in the list after another application was chosen
     QComboBox* appearance_;
     QComboBox* editor_;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/settings/SettingsForm.h"
 
+#include <QComboBox>
+#include <QCoreApplication>
 #include <QLabel>
 
 namespace plovik {
@@ -8,6 +10,8 @@ namespace plovik {
 namespace {
 
 constexpr int noteWidth = 350;
+constexpr int leastPickerWidth = 240;
+constexpr int mostPickerWidth = 420;
 
 QLabel* wrappingLabel(const QString& text, QWidget* parent)
 {
@@ -41,7 +45,7 @@ void SettingsForm::addSection(const QString& title)
 void SettingsForm::addControl(const QString& title, QWidget* control)
 {
     control->setAccessibleName(title);
-    auto* const label = new QLabel(title + u':', parentWidget());
+    auto* const label = new QLabel(QCoreApplication::translate("SettingsForm", "%1:").arg(title), parentWidget());
     label->setMinimumHeight(control->sizeHint().height());
     label->setBuddy(control);
     addRow(label, control);
@@ -53,6 +57,13 @@ QLabel* SettingsForm::addNote(const QString& text)
     note->setFixedWidth(noteWidth);
     addRow(QString(), note);
     return note;
+}
+
+void fitPicker(QComboBox& picker)
+{
+    picker.setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    picker.setMinimumWidth(leastPickerWidth);
+    picker.setMaximumWidth(mostPickerWidth);
 }
 
 QLabel* noteLabel(const QString& text, QWidget* parent)

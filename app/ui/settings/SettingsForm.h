@@ -4,29 +4,34 @@
 #include <QFormLayout>
 #include <QString>
 
+class QComboBox;
 class QLabel;
 
 namespace plovik {
 
-/// The page of one settings tab: titles at the left, their controls at the right, quiet notes below them. Main thread.
+/// The layout of one settings tab: titles at the left, their controls at the right, notes in a quiet colour below them.
+/// Main thread.
 class SettingsForm : public QFormLayout {
 public:
     explicit SettingsForm(QWidget& page);
 
-    /// The title of the controls that follow.
+    /// Adds a title above the controls that follow.
     void addSection(const QString& title);
-    /// A control beside its title, which becomes the control's accessible name.
+    /// Adds a control beside its title, which becomes the control's accessible name.
     void addControl(const QString& title, QWidget* control);
-    /// A quiet sentence below the last control.
+    /// Adds a sentence in a quiet colour below the last control.
     QLabel* addNote(const QString& text);
 };
 
-/// A label of plain text over several lines, in the colour of notes.
+/// Makes a picker as wide as its entries, within what looks well in a form.
+void fitPicker(QComboBox& picker);
+
+/// Returns a label for plain text that wraps, in the colour of notes.
 QLabel* noteLabel(const QString& text, QWidget* parent);
 
-/// A label in the colour of what went wrong; hidden until it has something to say.
+/// Returns a label in the colour of problems; hidden until tellProblem() gives it a sentence.
 QLabel* problemLabel(const QString& accessibleName, QWidget* parent);
-/// Shows a sentence in such a label, or hides it for an empty one.
+/// Shows a sentence in such a label, or hides the label when the sentence is empty.
 void tellProblem(QLabel& label, const QString& problem);
 
 } // namespace plovik

@@ -18,7 +18,7 @@ constexpr int narrowest = 96;
 
 SettingsTabBar::SettingsTabBar(QWidget* parent) : QTabBar(parent)
 {
-    setAccessibleName(QStringLiteral("Settings"));
+    setAccessibleName(tr("Settings"));
     setDrawBase(false);
     setExpanding(false);
     setFocusPolicy(Qt::StrongFocus);
@@ -26,7 +26,7 @@ SettingsTabBar::SettingsTabBar(QWidget* parent) : QTabBar(parent)
 
 void SettingsTabBar::add(const QString& title, SettingsSymbol symbol)
 {
-    // The symbol is there before the tab, which is measured as it is added.
+    // addTab() measures the tab, which needs the symbol.
     symbols_.push_back(symbol);
     addTab(title);
 }

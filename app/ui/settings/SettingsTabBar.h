@@ -25,7 +25,7 @@ protected:
 
 private:
     std::vector<SettingsSymbol> symbols_;
-    bool showsFocus_ = false; ///< the keyboard brought it here
+    bool showsFocus_ = false; ///< the focus came by the keyboard
 };
 
 } // namespace plovik

@@ -46,21 +46,23 @@ std::optional<QPoint> placeNamed(const QString& text)
 std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine, AIChoices ai)
 {
     return {
-        {u"General"_s, SettingsSymbol::gear,
+        {u"general"_s, SettingsView::tr("General"), SettingsSymbol::gear,
          [editors = std::move(editors)](QWidget* parent) { return new GeneralTab(editors, parent); }},
-        {u"Editor"_s, SettingsSymbol::text, [](QWidget* parent) { return new EditorTab(parent); }},
-        {u"Command Line"_s, SettingsSymbol::terminal,
+        {u"editor"_s, SettingsView::tr("Editor"), SettingsSymbol::text,
+         [](QWidget* parent) { return new EditorTab(parent); }},
+        {u"command-line"_s, SettingsView::tr("Command Line"), SettingsSymbol::terminal,
          [commandLine = std::move(commandLine)](QWidget* parent) { return new CommandLineTab(commandLine, parent); }},
-        {u"AI"_s, SettingsSymbol::sparkles, [ai = std::move(ai)](QWidget* parent) { return new AITab(ai, parent); }}};
+        {u"ai"_s, SettingsView::tr("AI"), SettingsSymbol::sparkles,
+         [ai = std::move(ai)](QWidget* parent) { return new AITab(ai, parent); }}};
 }
 
 SettingsView::SettingsView(const std::vector<SettingsTab>& tabs, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                           Qt::WindowCloseButtonHint),
       bar_(new SettingsTabBar(this)), pages_(new QStackedWidget(this)),
-      notKept_(problemLabel(u"Settings Problem"_s, this))
+      notKept_(problemLabel(tr("Settings Problem"), this))
 {
-    setWindowTitle(u"Settings"_s);
+    setWindowTitle(tr("Settings"));
     notKept_->setContentsMargins(40, 0, 40, 24);
 
     auto* const content = new QVBoxLayout;
@@ -84,6 +86,7 @@ SettingsView::SettingsView(const std::vector<SettingsTab>& tabs, QWidget* parent
     pages_->setMinimumWidth(narrowest);
 
     for (const SettingsTab& tab : tabs) {
+        names_.append(tab.name);
         bar_->add(tab.title, tab.symbol);
         pages_->addWidget(tab.makePage(pages_));
     }
@@ -100,19 +103,15 @@ SettingsView::SettingsView(const std::vector<SettingsTab>& tabs, QWidget* parent
     });
 }
 
-void SettingsView::showTab(const QString& title)
+void SettingsView::showTab(const QString& name)
 {
-    // On a command line a dash is easier to write than a blank.
-    const QString wanted = QString(title).replace(u'-', u' ');
-    for (int index = 0; index < bar_->count(); ++index) {
-        if (bar_->tabText(index).compare(wanted, Qt::CaseInsensitive) == 0)
-            bar_->setCurrentIndex(index);
-    }
+    if (const qsizetype index = names_.indexOf(name.toLower().replace(u' ', u'-')); index >= 0)
+        bar_->setCurrentIndex(static_cast<int>(index));
 }
 
 void SettingsView::showEvent(QShowEvent* event)
 {
-    // An earlier place counts only when the window comes back, not when it was merely covered.
+    // A window that was only covered stays where it is.
     if (!event->spontaneous())
         restorePlace();
     QWidget::showEvent(event);
@@ -148,7 +147,7 @@ void SettingsView::turn(int pages)
 
 void SettingsView::showPage(int index)
 {
-    // Pages that are not in sight take no room.
+    // The window is as large as the visible page; the others must not count.
     for (int page = 0; page < pages_->count(); ++page) {
         const auto policy = page == index ? QSizePolicy::Preferred : QSizePolicy::Ignored;
         pages_->widget(page)->setSizePolicy(policy, policy);
@@ -172,9 +171,10 @@ void SettingsView::restorePlace()
 void SettingsView::tellWhetherKept()
 {
     const bool isKept = Settings::shared().save();
-    tellProblem(*notKept_, isKept ? QString()
-                                  : u"Changes hold until you quit Plovik: “%1” cannot be written."_s.arg(
-                                        Settings::shared().path()));
+    tellProblem(*notKept_,
+                isKept
+                    ? QString()
+                    : tr("Changes hold until you quit Plovik: “%1” cannot be written.").arg(Settings::shared().path()));
 }
 
 } // namespace plovik

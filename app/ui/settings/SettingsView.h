@@ -6,6 +6,7 @@
 #include "app/ui/settings/EditorChoices.h"
 #include "app/ui/settings/SettingsSymbols.h"
 
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
 
@@ -21,7 +22,8 @@ class SettingsTabBar;
 
 /// One page of the settings window.
 struct SettingsTab {
-    QString title;
+    QString name;  ///< "command-line": the same in every language
+    QString title; ///< shown
     SettingsSymbol symbol;
     std::function<QWidget*(QWidget* parent)> makePage; ///< called once
 };
@@ -29,17 +31,18 @@ struct SettingsTab {
 /// The tabs of this version, in order.
 std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine, AIChoices ai);
 
-/// The settings window: as large as the page that it shows, where it was last and otherwise in the middle of the
-/// screen. What is changed in it is in force at once; where it cannot be kept, the window says so. Made once and shown
-/// again; main thread.
+/// The settings window. It is as large as the page that it shows, and opens where it was last, at first in the middle
+/// of the screen. Changes are in force at once; the window says when they cannot be stored. Made once and shown again.
+/// Main thread.
 class SettingsView : public QWidget {
     Q_OBJECT
 
 public:
     explicit SettingsView(const std::vector<SettingsTab>& tabs, QWidget* parent = nullptr);
 
-    /// Shows the page of that title, in any case; nothing changes for a title that no tab has.
-    void showTab(const QString& title);
+    /// Shows the page of that name; nothing changes for a name that no tab has. Upper case is read as lower case and a
+    /// blank as a dash.
+    void showTab(const QString& name);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -52,10 +55,11 @@ private:
     void restorePlace();
     void tellWhetherKept();
 
+    QStringList names_; ///< of the tabs, in order
     SettingsTabBar* bar_;
     QStackedWidget* pages_;
     QLabel* notKept_;
-    QTimer writing_; ///< one write for all changes of a moving control
+    QTimer writing_; ///< collects the changes of a moving control in one write
 };
 
 } // namespace plovik

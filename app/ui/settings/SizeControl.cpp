@@ -21,7 +21,7 @@ SizeControl::SizeControl(double smallest, double largest, QWidget* parent) : QDo
 {
     setRange(smallest, largest);
     setDecimals(1);
-    setSuffix(QStringLiteral(" points"));
+    setSuffix(tr(" points"));
     lineEdit()->setTextMargins(6, 0, 0, 0);
     lineEdit()->setAutoFillBackground(false);
 }
@@ -55,7 +55,7 @@ void SizeControl::paintStep(QPainter& painter, const QRect& area, StepEnabledFla
 {
     const bool isPossible = isEnabled() && stepEnabled().testFlag(step);
     const double up = step == StepUpEnabled ? -1 : 1;
-    // Close together, as one sign.
+    // The two arrows are drawn close together so that they look like one sign.
     const QPointF tip = QRectF(area).center() + QPointF(-3, up * 1.0);
     painter.setPen(QPen(isPossible ? palette().color(QPalette::PlaceholderText)
                                    : palette().color(QPalette::Disabled, QPalette::Text),

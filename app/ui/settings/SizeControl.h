@@ -5,7 +5,7 @@
 
 namespace plovik {
 
-/// A field for a size in points, with a step up and one down, that looks like the pickers around it. Main thread.
+/// A field for a size in points with buttons for up and down, which looks like the pickers around it. Main thread.
 class SizeControl : public QDoubleSpinBox {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
-    /// Without the zeros that say nothing: "12", "12.5".
+    /// Writes no needless zeros: "12", "12.5".
     QString textFromValue(double value) const override;
 
 protected:

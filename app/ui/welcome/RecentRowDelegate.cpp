@@ -2,6 +2,7 @@
 #include "app/ui/welcome/RecentRowDelegate.h"
 
 #include "app/ui/settings/SettingsSymbols.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QPainter>
 
@@ -18,14 +19,6 @@ QFont smaller(QFont font)
     if (font.pointSizeF() > 0)
         font.setPointSizeF(font.pointSizeF() - 1);
     return font;
-}
-
-void paintLine(QPainter& painter, const QRect& line, const QString& text, const QFont& font, const QColor& color)
-{
-    painter.setFont(font);
-    painter.setPen(color);
-    painter.drawText(line, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                     QFontMetrics(font).elidedText(text, Qt::ElideMiddle, line.width()));
 }
 
 } // namespace
@@ -48,10 +41,12 @@ void RecentRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     const QFont quiet = smaller(option.font);
     QRect line = inner.adjusted(symbolSize + margin, 0, 0, 0);
     line.setHeight(QFontMetrics(option.font).height());
-    paintLine(*painter, line, index.data().toString(), option.font, palette.color(QPalette::Text));
+    paintText(*painter, line, index.data().toString(), option.font, palette.color(QPalette::Text), Qt::AlignLeft,
+              Qt::ElideMiddle);
     line.moveTop(line.bottom() + 1);
     line.setHeight(QFontMetrics(quiet).height());
-    paintLine(*painter, line, index.data(placeRole).toString(), quiet, palette.color(QPalette::PlaceholderText));
+    paintText(*painter, line, index.data(placeRole).toString(), quiet, palette.color(QPalette::PlaceholderText),
+              Qt::AlignLeft, Qt::ElideMiddle);
     painter->restore();
 }
 

@@ -5,12 +5,12 @@
 
 namespace plovik {
 
-/// Draws a recent repository: a folder, its name, and quietly below it where it is.
+/// Draws a recent repository: the picture of a folder, the name, and below it the place in a quiet colour.
 class RecentRowDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
-    /// Of an item: the folder that the repository is in, as shown. The name is the ordinary text.
+    /// The role of the text that says in which folder the repository is. The name is the display text.
     static constexpr int placeRole = Qt::UserRole;
 
     using QStyledItemDelegate::QStyledItemDelegate;

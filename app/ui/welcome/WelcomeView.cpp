@@ -21,8 +21,6 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
@@ -98,14 +96,15 @@ std::vector<std::filesystem::path> folders(const QMimeData& dropped)
 } // namespace
 
 WelcomeView::WelcomeView(std::function<void(std::filesystem::path)> open, std::function<void()> browse, QWidget* parent)
-    : QWidget(parent), open_(std::move(open)), browse_(new QPushButton(u"Open Repository…"_s, this)),
+    : QWidget(parent), open_(std::move(open)), browse_(new QPushButton(tr("Open Repository…"), this)),
       recentPart_(new QWidget(this)), recentList_(new QListWidget(recentPart_))
 {
     setAcceptDrops(true);
-    auto* const title = centredLabel(u"Plovik"_s, this);
+    auto* const title = centredLabel(tr("Plovik"), this);
     title->setFont(scaled(font(), 2.2, QFont::Bold));
-    auto* const hint = centredLabel(u"Open a repository, or run `plovik` inside one from the terminal."_s, this);
+    auto* const hint = centredLabel(tr("Open a repository, or run `plovik` inside one from the terminal."), this);
     hint->setForegroundRole(QPalette::PlaceholderText);
+    hint->setContentsMargins(16, 0, 16, 0);
 
     browse_->setAccessibleName(browse_->text());
     browse_->setProperty("primary", true);
@@ -133,12 +132,12 @@ void WelcomeView::makeList()
 {
     recentPart_->setAutoFillBackground(true);
     recentPart_->setBackgroundRole(QPalette::Base);
-    auto* const title = new QLabel(u"Recent"_s, recentPart_);
+    auto* const title = new QLabel(tr("Recent"), recentPart_);
     title->setFont(scaled(font(), 1, QFont::DemiBold));
     title->setForegroundRole(QPalette::PlaceholderText);
     title->setContentsMargins(26, 14, 26, 6);
 
-    recentList_->setAccessibleName(u"Recent"_s);
+    recentList_->setAccessibleName(tr("Recent"));
     recentList_->setFrameShape(QFrame::NoFrame);
     recentList_->setUniformItemSizes(true);
     recentList_->setVerticalScrollMode(QListView::ScrollPerPixel);
@@ -149,7 +148,7 @@ void WelcomeView::makeList()
             [this](QListWidgetItem* item) { openRow(recentList_->row(item)); });
     connect(recentList_, &QListWidget::itemActivated, this,
             [this](QListWidgetItem* item) { openRow(recentList_->row(item)); });
-    // A row is current as soon as a mouse button goes down on it.
+    // Commands take the current row, which a mouse button has set before its menu opens.
     const auto addCommand = [this](const QString& name, const QKeySequence& key, void (WelcomeView::*command)(int)) {
         auto* const action = new QAction(name, recentList_);
         action->setShortcut(key);
@@ -158,8 +157,8 @@ void WelcomeView::makeList()
         recentList_->addAction(action);
     };
     recentList_->setContextMenuPolicy(Qt::ActionsContextMenu);
-    addCommand(u"Open"_s, {}, &WelcomeView::openRow);
-    addCommand(u"Remove from Recent"_s, Qt::Key_Delete, &WelcomeView::removeRow);
+    addCommand(tr("Open"), {}, &WelcomeView::openRow);
+    addCommand(tr("Remove from Recent"), Qt::Key_Delete, &WelcomeView::removeRow);
 
     auto* const column = new QVBoxLayout(recentPart_);
     column->setContentsMargins(0, 0, 0, 0);
@@ -203,16 +202,19 @@ void WelcomeView::reloadRecents()
         auto* const item = new QListWidgetItem(nameOf(root), recentList_);
         const QString place = shortened(root.parent_path());
         item->setData(RecentRowDelegate::placeRole, place);
-        item->setData(Qt::AccessibleTextRole, nameOf(root) + u", "_s + place);
+        item->setData(Qt::AccessibleTextRole, tr("%1, %2").arg(nameOf(root), place));
         item->setToolTip(shown(root));
     }
     recentPart_->setVisible(!recents_.empty());
-    setFixedSize(recents_.empty() ? sizeAlone : sizeWithRecents);
+    // Longer words of another language take more lines.
+    const QSize size = recents_.empty() ? sizeAlone : sizeWithRecents;
+    setFixedSize(size.expandedTo({0, layout()->totalMinimumHeightForWidth(size.width())}));
 }
 
 void WelcomeView::openRow(int row)
 {
-    // Opening closes this window and may reload the list; the path is copied first. A click and its activation are one.
+    // Opening closes this window and may reload the list, so the path is copied first. A click may also activate the
+    // row; the second call finds the window closed.
     if (!isVisible() || row < 0 || static_cast<std::size_t>(row) >= recents_.size())
         return;
     const std::filesystem::path root = recents_[static_cast<std::size_t>(row)];

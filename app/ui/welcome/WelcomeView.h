@@ -12,8 +12,8 @@ class QPushButton;
 
 namespace plovik {
 
-/// What stands on the screen when no repository is open: the way to open one, and those opened lately. A folder dropped
-/// on it is opened. Main thread.
+/// The window that is shown while no repository is open. It offers to open a repository and lists the recent ones; a
+/// folder dropped on it is opened. Main thread.
 class WelcomeView : public QWidget {
     Q_OBJECT
 
@@ -35,7 +35,7 @@ private:
     void removeRow(int row);
 
     std::function<void(std::filesystem::path)> open_;
-    std::vector<std::filesystem::path> recents_; ///< row by row
+    std::vector<std::filesystem::path> recents_; ///< in the order of the rows
     QPushButton* browse_;
     QWidget* recentPart_;
     QListWidget* recentList_;

@@ -12,7 +12,7 @@ class BarButton : public QPushButton {
 public:
     explicit BarButton(const QString& title, QWidget* parent = nullptr);
 
-    /// Shows nothing for an empty text.
+    /// An empty text removes the badge.
     void setBadge(const QString& badge);
     const QString& badge() const { return badge_; }
 

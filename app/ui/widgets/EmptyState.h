@@ -8,7 +8,7 @@ class QPushButton;
 
 namespace plovik {
 
-/// Says in the middle of a view what would stand there, and offers at most one action that fills it. Main thread.
+/// Explains in the middle of an empty view why it is empty, and may offer one action that fills it. Main thread.
 class EmptyState : public QWidget {
     Q_OBJECT
 
@@ -16,9 +16,9 @@ public:
     explicit EmptyState(QWidget* parent = nullptr);
 
     void setText(const QString& title, const QString& description);
-    /// Puts a sign above the title, once.
+    /// Puts a sign above the title. To be called once.
     void setSign(QWidget* sign);
-    /// The button under the text; made at the first call, and the caller's to connect and enable.
+    /// Returns the button below the text, which is made at the first call. The caller connects and enables it.
     QPushButton* action(const QString& title);
 
 private:

@@ -8,8 +8,6 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 // All pictures are drawn around the origin, 14 pixels wide and high.
@@ -24,7 +22,7 @@ void paintSideBySide(QPainter& painter)
     }
 }
 
-/// A blank between two letters, as it is written where it matters.
+/// Draws the usual sign for a blank.
 void paintWhiteSpace(QPainter& painter)
 {
     painter.drawPolyline(QPolygonF{QPointF(-6, 1.5), QPointF(-6, 5), QPointF(6, 5), QPointF(6, 1.5)});
@@ -32,7 +30,7 @@ void paintWhiteSpace(QPainter& painter)
         painter.drawEllipse(QPointF(x, -2), 0.7, 0.7);
 }
 
-/// All lines, where a diff has a few.
+/// Draws a sheet with lines.
 void paintWholeFile(QPainter& painter)
 {
     painter.drawPolyline(QPolygonF{QPointF(1, -6.5), QPointF(-5, -6.5), QPointF(-5, 6.5), QPointF(5, 6.5),
@@ -93,7 +91,7 @@ void paintIcon(QPainter& painter, Icon icon)
         return paintChevron(painter, 1);
     case Icon::matchCase:
         painter.setFont(Theme::font(-0.5, QFont::DemiBold));
-        painter.drawText(QRectF(-12, -12, 24, 24), Qt::AlignCenter, u"Aa"_s);
+        painter.drawText(QRectF(-12, -12, 24, 24), Qt::AlignCenter, IconButton::tr("Aa"));
         return;
     case Icon::back:
         painter.drawPolyline(QPolygonF{QPointF(1.5, -5), QPointF(-3.5, 0), QPointF(1.5, 5)});
@@ -111,7 +109,7 @@ IconButton::IconButton(Icon icon, const QString& title, QWidget* parent, const Q
     : QAbstractButton(parent), icon_(icon)
 {
     setAccessibleName(title);
-    setToolTip(keys.isEmpty() ? title : u"%1 (%2)"_s.arg(title, keys));
+    setToolTip(keys.isEmpty() ? title : tr("%1 (%2)").arg(title, keys));
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::ArrowCursor);
     setAttribute(Qt::WA_Hover);

@@ -7,10 +7,10 @@ class QPainter;
 
 namespace plovik {
 
-/// What small buttons are drawn with.
+/// The pictures of small buttons.
 enum class Icon { sideBySide, whiteSpace, wholeFile, find, previous, next, matchCase, back, close, sparkles };
 
-/// A small flat button with a drawn picture; its title is its accessible name and, with its keys, its tooltip. Main
+/// A small flat button with a drawn picture. Its title is its accessible name and, with its keys, its tooltip. Main
 /// thread.
 class IconButton : public QAbstractButton {
     Q_OBJECT

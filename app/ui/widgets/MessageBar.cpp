@@ -12,7 +12,7 @@ namespace plovik {
 
 namespace {
 
-/// A hook or a broken file can make git talk for pages; the bar must leave room for the window.
+/// A hook or a broken file can make git print pages; the bar must leave room for the window.
 constexpr qsizetype longestText = 1200;
 
 } // namespace
@@ -28,7 +28,7 @@ MessageBar::MessageBar(const QString& name, Dismissal dismissal, QWidget* parent
     row->setContentsMargins(12, 6, 8, 7);
     row->addWidget(label_, 1);
     if (dismissal == Dismissal::byUser) {
-        auto* dismiss = new QPushButton(QStringLiteral("Dismiss"), this);
+        auto* dismiss = new QPushButton(tr("Dismiss"), this);
         dismiss->setProperty("compact", true);
         connect(dismiss, &QPushButton::clicked, this, [this] { setText(QString()); });
         row->addWidget(dismiss, 0, Qt::AlignTop);

@@ -7,7 +7,7 @@ class QLabel;
 
 namespace plovik {
 
-/// A quiet bar under the toolbar with a sentence that can be selected; hidden while it has none. Main thread.
+/// A bar below the toolbar with a sentence that can be selected. It is hidden while it has no sentence. Main thread.
 class MessageBar : public QWidget {
     Q_OBJECT
 

@@ -18,8 +18,8 @@ public:
     explicit RowList(const QString& name, QWidget* parent = nullptr);
 };
 
-/// Where, on the screen, the menu of a list's row opens: under the pointer, or on the current row when a key asks for
-/// it. Nothing where the pointer is on no row.
+/// Returns where on the screen the menu of a row opens: at the pointer, or on the current row when a key asked for the
+/// menu. Returns nullopt where the pointer is on no row.
 std::optional<QPoint> menuPosition(const QListView& list, const QContextMenuEvent& event);
 
 } // namespace plovik

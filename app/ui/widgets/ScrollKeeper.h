@@ -11,9 +11,9 @@ class QAbstractItemView;
 
 namespace plovik {
 
-/// Keeps the rows of a list where they are on screen while its model is reset around them. Notes the topmost row
-/// whenever the user scrolls, because at a reset the old rows cannot be asked any more. For views that scroll by pixel;
-/// owned by its view. Main thread.
+/// Keeps the rows of a list at their places on the screen while its model is reset. It notes the topmost row whenever
+/// the user scrolls, because a reset makes the old rows unreachable. For views that scroll by pixel. Owned by its view.
+/// Main thread.
 class ScrollKeeper : public QObject {
     Q_OBJECT
 
@@ -21,19 +21,20 @@ public:
     using KeyOf = std::function<std::string(const QModelIndex&)>;
     using IndexOf = std::function<QModelIndex(const std::string&)>;
 
-    /// `keyOf` names a row across resets, `indexOf` finds it again or gives an invalid index.
+    /// `keyOf` returns a name of a row that survives a reset; `indexOf` returns the row of that name or an invalid
+    /// index.
     ScrollKeeper(QAbstractItemView* view, KeyOf keyOf, IndexOf indexOf);
 
-    /// To be called after a reset, once rows are as open as they were.
+    /// To be called after a reset, when rows have been opened again.
     void restore();
-    /// To be called when rows moved for another reason than scrolling.
+    /// To be called when rows have moved for another reason than scrolling.
     void note();
 
 private:
     QAbstractItemView* view_;
     KeyOf keyOf_;
     IndexOf indexOf_;
-    std::string topKey_; ///< empty at the very top, where the list stays whatever comes
+    std::string topKey_; ///< empty at the top, where the list stays when rows are added
     int topOffset_ = 0;
     int value_ = 0;
     bool isRestoring_ = false;

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik {
 
 namespace {
@@ -35,7 +37,7 @@ bool isFilled(const QStyleOption* option, const QWidget* widget)
     return isPrimary(option, widget) || has(widget, "destructive");
 }
 
-/// A one-pixel border falls on the pixels, not between them.
+/// Returns the rectangle whose border of one pixel lies exactly on pixels.
 QRectF insideBorder(const QRect& rect) { return QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5); }
 
 void paintPanel(QPainter& painter, const QRect& rect, double radius, const QColor& fill, const QColor& border)
@@ -124,7 +126,7 @@ void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const Q
     painter.restore();
 }
 
-/// Thin bars have no arrow buttons: the groove is the whole bar.
+/// Returns a part of a scroll bar. Thin bars have no arrow buttons, so the groove is the whole bar.
 QRect scrollBarPart(const QStyleOptionSlider& option, QStyle::SubControl part)
 {
     constexpr int shortestHandle = 28;
@@ -219,7 +221,7 @@ void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState state, bo
     painter.restore();
 }
 
-Style::Style() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+Style::Style() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                           const QWidget* widget) const
@@ -252,7 +254,7 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         return;
     }
     case PE_FrameFocusRect:
-        // The controls above show the focus on their border, the rows by themselves.
+        // Controls show the focus on their border, and rows draw it themselves.
         return;
     default:
         break;
@@ -338,7 +340,7 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
     QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     switch (type) {
     case CT_PushButton: {
-        // A large desktop font makes a control taller, never clips it.
+        // A large desktop font makes a control taller, so that it is not clipped.
         const bool isCompact = has(widget, "compact");
         const int height = std::max(isCompact ? compactHeight : controlHeight, contents.height() + 4);
         return {contents.width() + (isCompact ? 18 : 24), height};

@@ -5,10 +5,10 @@
 
 namespace plovik {
 
-/// The look of the ordinary controls, drawn from the theme in force over Qt's Fusion: no style sheet, so nothing is
-/// parsed at the start and item views pay nothing. A push button with the dynamic property "primary" is filled with the
-/// accent, a "destructive" one with the colour of what cannot be taken back; one with "compact" is as low as a bar
-/// needs it.
+/// Draws the ordinary controls in the colours of the theme in force, over Qt's Fusion. It uses no style sheet, which
+/// would cost time at the start and in item views. A push button with the dynamic property "primary" is filled with the
+/// accent colour, one with "destructive" with the colour for losing work, and one with "compact" is low enough for a
+/// bar.
 class Style : public QProxyStyle {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ public:
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
 };
 
-/// Draws a check box as the style does, for rows that hold one.
+/// Draws a check box like the style, for rows that contain one.
 void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState state, bool isEnabled, bool hasFocus);
 
 } // namespace plovik

@@ -9,7 +9,7 @@ namespace plovik {
 
 namespace {
 
-/// What a menu bar that is too narrow shows in place of its last menus.
+/// Draws the button that a narrow menu bar shows in place of its last menus.
 QIcon overflowIcon()
 {
     constexpr int size = 16;
@@ -27,7 +27,7 @@ QIcon overflowIcon()
 
 QIcon Style::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const
 {
-    // Every menu bar asks for this one, and Qt's own is a file: reading it loads all plugins for pictures.
+    // Every menu bar asks for this icon. Qt's own one is a file, and reading it would load all image plugins.
     if (which == SP_ToolBarHorizontalExtensionButton)
         return overflowIcon();
     return QProxyStyle::standardIcon(which, option, widget);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/TerminalText.h"
 
-#include <QLocale>
+#include <QCoreApplication>
 #include <QStringView>
 
 #include <algorithm>
@@ -17,7 +17,7 @@ constexpr qsizetype mostColumns = 4000;
 
 bool isBetween(QChar character, char16_t first, char16_t last) { return character >= first && character <= last; }
 
-/// Where a code that begins with ESC at `begin` ends.
+/// Returns the place after the code that begins with ESC at `begin`.
 qsizetype endOfCode(QStringView text, qsizetype begin)
 {
     qsizetype place = begin + 1;
@@ -32,7 +32,7 @@ qsizetype endOfCode(QStringView text, qsizetype begin)
         return place < text.size() && isBetween(text[place], u'@', u'~') ? place + 1 : place;
     }
     if (kind == u']') {
-        // A title ends with its line at the latest, so that a broken one takes nothing with it.
+        // A title ends with its line at the latest, so that an unfinished one hides no later line.
         while (place < text.size() && text[place] != u'\x07' && text[place] != u'\x1b' && text[place] != u'\n')
             ++place;
         if (place < text.size() && text[place] == u'\x07')
@@ -67,7 +67,7 @@ QString terminalText(QStringView text)
         }
         if ((character < u' ' && character != u'\t') || character == u'\x7f')
             continue;
-        // A progress meter writes over its own line: only the last state of it was left to see.
+        // A progress meter overwrites its own line, so only its last state is kept.
         if (hasReturned)
             shown.truncate(lineBegin);
         hasReturned = false;
@@ -76,7 +76,7 @@ QString terminalText(QStringView text)
     return shown;
 }
 
-/// The place behind `count` lines from the beginning, and the number of all lines.
+/// Returns the place after the first `count` lines.
 qsizetype skipLines(QStringView text, qsizetype count)
 {
     qsizetype place = 0;
@@ -94,7 +94,8 @@ void appendBoundedLines(QString& bounded, QStringView lines)
     for (const QStringView line : lines.split(u'\n')) {
         bounded += line.first(std::min(line.size(), mostColumns));
         if (line.size() > mostColumns)
-            bounded += u" … (%1 characters more)"_s.arg(QLocale().toString(line.size() - mostColumns));
+            bounded += u' ' + QCoreApplication::translate("TerminalText", "… (%Ln characters more)", nullptr,
+                                                          static_cast<int>(line.size() - mostColumns));
         bounded += u'\n';
     }
     bounded.chop(1);
@@ -123,7 +124,8 @@ QString boundedText(const QString& text)
     const qsizetype left = lines - mostLines / 2 * 2;
     const qsizetype tail = head + skipLines(all.sliced(head), left);
     appendBoundedLines(bounded, all.first(head - 1));
-    bounded += u"\n\n… %1 lines are left out here …\n\n"_s.arg(QLocale().toString(left));
+    bounded += u"\n\n%1\n\n"_s.arg(QCoreApplication::translate("TerminalText", "… %Ln lines are left out here …",
+                                                               nullptr, static_cast<int>(left)));
     appendBoundedLines(bounded, all.sliced(tail));
     return bounded;
 }

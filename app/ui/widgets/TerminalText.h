@@ -3,18 +3,19 @@
 
 #include <QString>
 
-/// What programs print for terminals, as text to look at. Pure functions, linear in the text's length.
+/// Turns what programs print for terminals into text to show. Pure functions, linear in the length of the text.
 namespace plovik {
 
-/// What a terminal would have left of a text in which programs wrote colours and progress, without white space at its
-/// ends.
+/// Returns the text that a terminal would show at the end, without colours, overwritten progress and white space at
+/// both ends.
 QString withoutTerminalCodes(const QString& text);
 
-/// The same of what git printed for programs: its ends stay, and what ends with NUL ends a line.
+/// Returns the same for output of git that is meant for programs: white space at the ends stays, and NUL becomes a line
+/// end.
 QString printedText(QString text);
 
-/// A text of no more lines, and lines no longer, than a view lays out at once: of more the beginning and the end, and
-/// between them a sentence that says how many lines are missing.
+/// Returns a text that a view can lay out at once. Of a longer text it keeps the beginning and the end with a sentence
+/// between them that says how many lines are missing; very long lines are cut.
 QString boundedText(const QString& text);
 
 } // namespace plovik

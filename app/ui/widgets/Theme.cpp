@@ -165,7 +165,7 @@ QPalette paletteOf(const Theme& theme)
 
 QFont sized(QFont font, double pointsMore)
 {
-    // A desktop may give its font in pixels; then it has no size in points.
+    // A desktop may give its font in pixels, so that it has no size in points.
     if (font.pointSizeF() > 0)
         font.setPointSizeF(std::max(1.0, font.pointSizeF() + pointsMore));
     else
@@ -177,9 +177,9 @@ QFont sized(QFont font, double pointsMore)
 
 QColor Theme::chip(const QColor& letter) const
 {
-    // Letters on white are dark for the sake of contrast; tints of such dark colours would all look grey.
+    // Letters on white are dark for contrast, and tints of such dark colours would all look grey.
     const QColor hue = isDark ? letter : QColor::fromHsv(letter.hsvHue(), letter.hsvSaturation(), 210);
-    // Mixed, not translucent: the letter's contrast then is the same on every row.
+    // The tint is opaque, so that the contrast of the letter is the same on every row.
     const float share = 0.2F;
     const auto mix = [share](float over, float under) { return over * share + under * (1 - share); };
     return QColor::fromRgbF(mix(hue.redF(), content.redF()), mix(hue.greenF(), content.greenF()),

@@ -10,7 +10,7 @@ class QApplication;
 
 namespace plovik {
 
-/// The one table of colours, each with a light and a dark value; text keeps a contrast of at least 4.5 to 1. Main
+/// The table of all colours, with a light and a dark value for each. Text has a contrast of at least 4.5 to 1. Main
 /// thread.
 struct Theme {
     QColor content, sidebar, bars; ///< backgrounds
@@ -38,19 +38,20 @@ struct Theme {
 
     const QColor& lane(int column) const { return lanes[static_cast<std::size_t>(column) % lanes.size()]; }
 
-    /// The tint behind a status letter of this colour.
+    /// Returns the tint behind a status letter of this colour.
     QColor chip(const QColor& letter) const;
 
     static const Theme& light();
     static const Theme& dark();
-    /// The theme in force. Widgets hear of a change as QEvent::PaletteChange.
+    /// Returns the theme in force. Widgets get QEvent::PaletteChange when it changes; most need only roles of the
+    /// palette or the functions of ThemeFollowing.h.
     static const Theme& current();
-    /// Puts a theme in force: palette and style of the whole application.
+    /// Puts a theme in force, in the palette and the style of the whole application.
     static void apply(const Theme& theme, QApplication& application);
 
-    /// The application's font at a size relative to the ordinary one, in points.
+    /// Returns the application's font at a size relative to the ordinary one, in points.
     static QFont font(double pointsMore = 0, QFont::Weight weight = QFont::Normal);
-    /// The desktop's fixed font at a size relative to the ordinary one, in points.
+    /// Returns the desktop's fixed font at a size relative to the ordinary one, in points.
     static QFont fixedFont(double pointsMore = 0);
 };
 
