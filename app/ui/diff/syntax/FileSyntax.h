@@ -11,10 +11,11 @@
 
 namespace plovik {
 
-/// What a piece of code is, as far as it is shown. What is plain has no run.
+/// What a piece of code is, if that is shown in a colour. Plain code has no run.
 enum class SyntaxStyle : std::uint8_t { keyword, type, string, number, comment, preprocessor, function, name };
 
-/// A coloured piece of a line, in units of textOf() of that line. Six bytes: a file has a run for every other word.
+/// A coloured piece of a line, in units of textOf() of that line. It is small because a file has a run for every second
+/// word. Value.
 struct SyntaxRun {
     std::uint16_t first = 0;
     std::uint16_t length = 0;
@@ -29,11 +30,11 @@ public:
     explicit FileSyntax(std::shared_ptr<const FileLines> file) : file_(std::move(file)) {}
 
     const std::shared_ptr<const FileLines>& file() const { return file_; }
-    /// The runs of a line, from 1, in order and apart from each other. None for a line that the file does not have.
+    /// Returns the runs of a line by its number, from 1, in order and without overlap; none if there is no such line.
     std::span<const SyntaxRun> line(int number) const;
-    /// The same, but none when the file's line is not this one; a carriage return at the end does not count.
+    /// Does the same, but returns none if the line has other bytes, apart from a carriage return at its end.
     std::span<const SyntaxRun> line(int number, std::string_view bytes) const;
-    /// What file and runs take, in bytes.
+    /// Returns how many bytes the file and the runs take.
     std::size_t size() const;
 
     /// Adds the runs of the next line.
@@ -41,11 +42,11 @@ public:
 
 private:
     std::shared_ptr<const FileLines> file_;
-    std::vector<std::uint32_t> ends_; ///< by line: behind its last run
+    std::vector<std::uint32_t> ends_; ///< the index behind the last run, by line
     std::vector<SyntaxRun> runs_;
 };
 
-/// The colours of the two files that a diff compares, as far as they are known.
+/// The colours of the two files that a diff compares; null while they are not known. Value.
 struct SyntaxOf {
     std::shared_ptr<const FileSyntax> before;
     std::shared_ptr<const FileSyntax> after;

@@ -9,8 +9,8 @@ namespace {
 
 using Kind = GrammarRule::Kind;
 
-// The library's definitions come from the years before these words; and what they leave open, or take for a quote,
-// would colour the rest of a file wrongly.
+// The library's definitions are older than these keywords, and some of them take a character for an open quote, which
+// would give the rest of a file a wrong colour.
 
 constexpr GrammarRule c[] = {
     {Kind::pattern, "number", R"re(\<(?:0[xX][\dA-Fa-f']+|\d[\d']*(?:\.[\d']*)?(?:[eE][+-]?\d+)?)[fFlLuUzZ]*\>)re"},

@@ -6,30 +6,30 @@
 
 namespace plovik {
 
-/// One thing to find in a line, before what comes behind it in its grammar. Regular expressions as the library's own.
+/// One thing to find in a line. Earlier rules of a grammar go first. Regular expressions are written as in the library.
 struct GrammarRule {
     enum class Kind {
         pattern,
         words,   ///< separated by "|"
-        block,   ///< from `text` to `end`, over lines; with `escape`, the character that makes an end none
-        heredoc, ///< the same, where "@{1}" in `end` is what the first group of `text` matched
+        block,   ///< from `text` to `end`, over several lines; behind the character `escape`, an end does not count
+        heredoc, ///< a block where "@{1}" in `end` stands for what the first group of `text` matched
     };
     Kind kind = Kind::pattern;
-    std::string_view element; ///< as definitions name them
+    std::string_view element; ///< the name of the element in the library's definitions
     std::string_view text;
     std::string_view end = {};
     std::string_view escape = {};
 };
 
-/// What is added to one of the library's definitions, or stands for a language that it has none for.
+/// Rules that are added to one of the library's definitions, or that define a language which the library lacks.
 struct OwnGrammar {
     std::string_view name;
-    std::string_view base; ///< the definition that ours are put in front of; may be empty
+    std::string_view base; ///< the library's definition, used after these rules; may be empty
     std::span<const GrammarRule> rules;
     bool stringsSpanLines = false;
 };
 
-/// nullptr where the library's definition serves as it is.
+/// Returns the rules for a language; nullptr if the library's definition is used unchanged.
 const OwnGrammar* ownGrammar(std::string_view name);
 
 } // namespace plovik

@@ -30,7 +30,7 @@ Formats formatsOf(const Theme& theme)
     return formats;
 }
 
-/// Kept: a format is made on the heap, and a frame takes hundreds.
+/// Keeps the formats, because each takes an allocation and a frame needs hundreds.
 const Formats& currentFormats()
 {
     static const Formats light = formatsOf(Theme::light());

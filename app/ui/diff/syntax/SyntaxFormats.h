@@ -12,8 +12,8 @@ namespace plovik {
 
 struct ShownLine;
 
-/// Adds the colours of a line's runs for the `length` units of its shown text from `first` on, in units from there. The
-/// colours are of the theme in force. Main thread.
+/// Adds the colours of a line's runs for `length` units of its shown text from `first` on. The ranges are counted from
+/// `first`, and the colours are those of the current theme. Main thread.
 void appendSyntaxFormats(QList<QTextLayout::FormatRange>& formats, std::span<const SyntaxRun> runs,
                          const ShownLine& line, qsizetype first, qsizetype length);
 

@@ -26,7 +26,7 @@ srchilite::RegexRuleFactory& factory()
     return rules;
 }
 
-/// Heredocs end with a word that their start names: the state's rule is made anew whenever it is entered.
+/// Makes the rule of a heredoc. It ends with a word that its start names, so the rule is made anew for each one.
 HighlightRulePtr heredoc(const GrammarRule& rule)
 {
     const std::string element(rule.element);
@@ -93,7 +93,7 @@ struct Shown {
     SyntaxStyle style;
 };
 
-/// Sorted. Symbols and brackets stay plain: a page where everything has a colour has none.
+/// Sorted by name. Symbols and brackets stay plain, because colours do not help where everything has one.
 constexpr Shown shownElements[] = {
     {"argument", SyntaxStyle::name},
     {"atom", SyntaxStyle::name},

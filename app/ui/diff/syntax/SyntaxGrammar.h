@@ -10,23 +10,23 @@
 
 namespace plovik {
 
-/// How one language is read: a definition of the library, ours put in front of it, or ours alone.
+/// The rules for reading one language: a definition of the library, our own rules before it, or only our own.
 struct SyntaxGrammar {
     srchilite::HighlightStatePtr start;
-    std::size_t ownRules = 0; ///< of the first rules of `start`: those that are not the library's
-    /// Whether a quote that is left open goes on in the next line. Where strings end with their line, a lone apostrophe
-    /// must not turn the rest of the file into one.
+    std::size_t ownRules = 0; ///< how many of the first rules of `start` are our own
+    /// Whether an open quote continues in the next line. Where strings end with their line, a single apostrophe must
+    /// not turn the rest of the file into a string.
     bool stringsSpanLines = false;
 
-    /// The grammar of this name (see syntaxLanguage()), from the library's definitions in `folder`. Throws what the
-    /// library throws when there is no such definition, or a broken one.
+    /// Returns the grammar of a name from syntaxLanguage(), made from the library's definitions in `folder`. Throws the
+    /// library's exceptions when the definition is missing or broken. Each grammar is read once and kept.
     ///
-    /// The library reads definitions with scanners that are global, and numbers its states with a global: one thread at
-    /// a time, for the states' copies too. Grammars are kept, so each is read once.
+    /// Only one thread may call this or copy a state at a time, because the library reads definitions and numbers
+    /// states with global variables.
     static const SyntaxGrammar& named(const std::string& name, const std::string& folder);
 };
 
-/// How an element of a definition is shown; nothing for what stays plain.
+/// Returns how an element of a definition is shown; nullopt for one that stays plain.
 std::optional<SyntaxStyle> syntaxStyle(std::string_view element);
 
 } // namespace plovik

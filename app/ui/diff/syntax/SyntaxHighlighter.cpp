@@ -18,7 +18,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// What git takes for binary too, and what is UTF-16.
+/// Returns whether a file is text. Files that git takes for binary are not, nor is UTF-16.
 bool isText(const std::string& bytes)
 {
     return bytes.find('\0') == std::string::npos && !bytes.starts_with("\xFF\xFE") && !bytes.starts_with("\xFE\xFF");
@@ -34,7 +34,7 @@ class UnitsOf {
 public:
     explicit UnitsOf(const std::string& line) : line_(line) {}
 
-    /// For positions that grow.
+    /// Returns the unit of a position. Positions must not decrease from call to call.
     std::uint16_t operator()(std::size_t position)
     {
         for (; at_ < std::min(position, line_.size()); ++at_) {

@@ -18,7 +18,7 @@ namespace plovik {
 struct SyntaxRequest {
     std::shared_ptr<const FileLines> file;
     std::string path; ///< as bytes; its name tells the language
-    /// Set by who no longer wants the result; what is under way then ends at its next line. May be missing.
+    /// Ends the work at the next line when it is set by a caller that no longer needs the result. May be null.
     std::shared_ptr<const std::atomic<bool>> isStale = {};
 
     std::size_t mostBytes = std::size_t{1} << 20; ///< larger files stay plain

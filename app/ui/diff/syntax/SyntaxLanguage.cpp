@@ -16,7 +16,7 @@ struct Known {
     std::string_view language;
 };
 
-/// Whole names; in small letters, sorted.
+/// Whole file names in lower case, sorted.
 constexpr Known fileNames[] = {
     {".bash_aliases", "sh"},
     {".bash_profile", "sh"},
@@ -56,8 +56,8 @@ constexpr Known fileNames[] = {
     {"wscript", "python"},
 };
 
-/// Endings; in small letters, sorted. The library's own table knows few of today's, and some it knows as something
-/// else.
+/// File name endings in lower case, sorted. The library's own table lacks most of them and has other languages for
+/// some.
 constexpr Known endings[] = {
     {"ada", "ada"},
     {"adb", "ada"},
@@ -209,7 +209,7 @@ constexpr Known endings[] = {
     {"zsh", "zsh"},
 };
 
-/// What stands behind "#!", without path and version; sorted.
+/// The interpreters of "#!" lines, without path and version; sorted.
 constexpr Known interpreters[] = {
     {"ash", "sh"},          {"awk", "awk"},           {"bash", "sh"},   {"bun", "typescript"}, {"dash", "sh"},
     {"deno", "typescript"}, {"gawk", "awk"},          {"ksh", "sh"},    {"lua", "lua"},        {"make", "makefile"},
@@ -238,7 +238,7 @@ std::string lowered(std::string_view text)
 
 std::string_view baseName(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
-/// What it returns is of the tables, not of `name`.
+/// Returns the grammar for a file name. The result points into the tables above.
 std::string_view ofName(std::string_view name)
 {
     if (const std::string_view known = find(fileNames, name); !known.empty())
@@ -251,13 +251,13 @@ std::string_view ofName(std::string_view name)
     if (dot == std::string_view::npos)
         return {};
     const std::string_view ending = name.substr(dot + 1);
-    // Templates are what is made of them.
+    // A template is shown as the file that is made from it.
     if (ending == "in" || ending == "tmpl" || ending == "template")
         return ofName(name.substr(0, dot));
     return find(endings, ending);
 }
 
-/// The first word of `text`, which is cut off.
+/// Cuts the first word off `text` and returns it.
 std::string_view word(std::string_view& text)
 {
     constexpr std::string_view blanks = " \t\r";

@@ -6,9 +6,9 @@
 
 namespace plovik {
 
-/// The name of the grammar for a file, by its name or else by the interpreter that its first line names; empty when
-/// none is right. Grammars are named for the library's definitions without their ending, or are our own
-/// (SyntaxGrammars.h). Pure; reads no file.
+/// Returns the name of the grammar for a file, by the file's name or else by the interpreter in its first line; empty
+/// when there is none. Grammars have the names of the library's definitions without their ending, or of our own
+/// (OwnGrammars.h). Pure; reads no file.
 std::string syntaxLanguage(std::string_view path, std::string_view firstLine);
 
 } // namespace plovik

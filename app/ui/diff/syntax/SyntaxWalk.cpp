@@ -12,7 +12,7 @@ namespace plovik {
 namespace {
 
 constexpr std::size_t stepsPerQuestion = 64;
-/// Rules that enter a state and leave it again without reading anything could go on for ever.
+/// A limit for rules that enter and leave states without reading anything, which could go on forever.
 constexpr std::size_t stepsPerByte = 4;
 
 bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -52,8 +52,8 @@ const std::vector<SyntaxRun>& SyntaxWalk::read(const std::string& line)
     return runs_;
 }
 
-/// As the library chooses: the first rule with nothing but blanks before its match, else the nearest, else the longest.
-/// Ours are there to be chosen before the library's, however long those match.
+/// Returns the match that the library would choose: that of the first rule with only blanks before it, else the nearest,
+/// else the longest. Our own rules go before the library's, even if those have a longer match.
 const SyntaxWalk::Match* SyntaxWalk::best(const std::string& line, std::size_t at)
 {
     const srchilite::RuleList& rules = current()->getRuleList();
@@ -96,7 +96,7 @@ const SyntaxWalk::Match& SyntaxWalk::next(const srchilite::HighlightRulePtr& rul
     return known;
 }
 
-/// Goes to the state that a match leads to; false when there is none.
+/// Goes to the state that a match leads to. Returns false when there is none.
 bool SyntaxWalk::follow(const Match& match, const std::string& line)
 {
     const srchilite::HighlightRule& rule = *match.token.rule;

@@ -13,24 +13,24 @@
 
 namespace plovik {
 
-/// Reads a file line by line by a grammar; what is open at a line's end goes on in the next.
+/// Reads a file line by line by a grammar. A block that is open at the end of a line continues in the next one.
 ///
-/// The library's own walk looks for every rule again behind every word. This one remembers where in the line each rule
-/// matches next, which takes a sixth of the time. One thread at a time for all walks (see SyntaxGrammar).
+/// The library's own walk searches for every rule again after every word. This one remembers where in the line each
+/// rule matches next, which takes a sixth of the time. Only one thread may walk at a time (see SyntaxGrammar).
 class SyntaxWalk {
 public:
-    /// `isOver` is asked now and then; once it holds, lines stay plain.
+    /// `isOver` is called now and then; once it returns true, lines stay plain.
     SyntaxWalk(const SyntaxGrammar& grammar, std::function<bool()> isOver);
 
-    /// The coloured pieces of the next line, in its bytes. `line` ends with no line feed and no carriage return. Throws
-    /// when a regular expression takes too long for the library.
+    /// Returns the coloured pieces of the next line, in bytes. `line` must not end with a line feed or carriage return.
+    /// Throws when a regular expression takes too long for the library.
     const std::vector<SyntaxRun>& read(const std::string& line);
 
 private:
     using State = srchilite::HighlightStatePtr;
-    /// Where a rule matches next.
+    /// Where a rule matches next in a line.
     struct Match {
-        int line = -1; ///< that this was found for
+        int line = -1; ///< the line that was searched
         bool isFound = false;
         std::size_t begin = 0;
         std::size_t size = 0;
