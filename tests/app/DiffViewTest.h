@@ -75,7 +75,7 @@ protected:
     }
     QPoint inCode(int row, double column)
     {
-        const DiffMetrics& metrics = section().metrics();
+        const DiffMetrics& metrics = section().places().metrics();
         const QRect cell = section().rowRect(row);
         return {cell.left() + metrics.codeLeft + qRound(column * metrics.cell), cell.center().y()};
     }

@@ -183,7 +183,7 @@ TEST_F(SideBySideTest, SelectsAndCopiesOneSide)
     EXPECT_EQ(asked, (std::vector<DiffAction>{{Verb::stage, Part::lines, {2, 4}}}));
 
     // From the new side over to the old one: what is copied is of the new file.
-    const QPoint acrossTheMiddle{section().metrics().codeLeft + 1, section().rowRect(7).center().y()};
+    const QPoint acrossTheMiddle{section().places().metrics().codeLeft + 1, section().rowRect(7).center().y()};
     drag(inCode(3, 4.1), acrossTheMiddle);
     EXPECT_EQ(controller().selectedChanges(), (std::set<int>{3, 4}));
     section().copy();

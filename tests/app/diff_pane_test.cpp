@@ -189,7 +189,7 @@ TEST_F(DiffPaneTest, StaysAtItsMatchWhileTheDiffChanges)
     select("a");
     controller().setCurrentRow(4);
     QTest::mouseDClick(&section(), Qt::LeftButton, {},
-                       {section().metrics().codeLeft + 2, section().rowRect(4).center().y()});
+                       {section().places().metrics().codeLeft + 2, section().rowRect(4).center().y()});
     press(Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(field()->text(), u"x"_s);
     EXPECT_EQ(matches(), u"1 of 2"_s);

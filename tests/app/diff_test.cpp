@@ -249,12 +249,12 @@ TEST_F(DiffViewTest, MarksWhatChangedAndWhatCannotBeSeen)
 TEST_F(DiffViewTest, FollowsTheCodeFontsSize)
 {
     show({contentOf(longDiff(30))});
-    const int before = section().metrics().lineHeight;
+    const int before = section().places().metrics().lineHeight;
     Settings::shared().set(settings::codeFontSize, 24);
-    EXPECT_GE(section().metrics().lineHeight, 40);
+    EXPECT_GE(section().places().metrics().lineHeight, 40);
     EXPECT_EQ(section().height(), section().heightFor(view.viewport()->width()));
     Settings::shared().set(settings::codeFontSize, 12);
-    EXPECT_EQ(section().metrics().lineHeight, before);
+    EXPECT_EQ(section().places().metrics().lineHeight, before);
 }
 
 TEST_F(DiffViewTest, ShapesOnlyWhatIsInSightOfAnEndlessLine)

@@ -66,7 +66,7 @@ public:
     }
     int offsetAtPoint(const QPoint& point) const override
     {
-        const int row = view()->rowNear(view()->mapFromGlobal(point));
+        const int row = view()->places().rowNear(view()->mapFromGlobal(point));
         return row < 0 ? 0 : startOf(row);
     }
     void scrollToSubstring(int start, int) override { Q_EMIT view()->revealRequested(view()->rowRect(rowAt(start))); }

@@ -25,11 +25,23 @@ namespace {
 
 constexpr int scrollEvery = 40; ///< milliseconds
 
+/// Lets the tab key go from a widget through the buttons, in this order.
+void orderTabs(QWidget* before, std::initializer_list<const DiffButtons*> buttons)
+{
+    for (const DiffButtons* const row : buttons) {
+        for (const auto& [verb, button] : row->all()) {
+            if (before->nextInFocusChain() != button)
+                QWidget::setTabOrder(before, button);
+            before = button;
+        }
+    }
+}
+
 } // namespace
 
 DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWidget* parent)
     : QWidget(parent), controller_(std::move(controller)), geometry_(controller_->diff()),
-      pointer_(*controller_, geometry_), bar_(new DiffSectionBar(this))
+      pointer_(*controller_, geometry_), anchor_(*controller_, geometry_), bar_(new DiffSectionBar(this))
 {
     installDiffAccessibility();
     setFocusPolicy(Qt::StrongFocus);
@@ -59,9 +71,14 @@ DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWi
 void DiffSectionView::followController()
 {
     DiffController* const controller = controller_.get();
-    connect(controller, &DiffController::aboutToReplace, this, &DiffSectionView::holdWholeFile);
+    connect(controller, &DiffController::aboutToReplace, this, [this](DiffPlace place) {
+        anchor_.holdWholeFile(place, sight());
+        forgetPointer();
+        hoveredGap_ = {};
+    });
     connect(controller, &DiffController::contentChanged, this, &DiffSectionView::showContent);
-    connect(controller, &DiffController::aboutToRelay, this, &DiffSectionView::hold);
+    connect(controller, &DiffController::aboutToRelay, this,
+            [this](std::optional<int> row) { anchor_.hold(row, sight()); });
     connect(controller, &DiffController::relaid, this, &DiffSectionView::showRelaid);
     connect(controller, &DiffController::offersChanged, this, &DiffSectionView::updateOffers);
     connect(controller, &DiffController::revealRequested, this, &DiffSectionView::revealRows);
@@ -92,49 +109,16 @@ void DiffSectionView::forgetPointer()
     dragTimer_.stop();
 }
 
-void DiffSectionView::hold(std::optional<int> anchor)
-{
-    const int row = anchor ? *anchor : anchorRow();
-    anchor_.reset();
-    if (row >= 0)
-        anchor_ = Anchor{controller_->diff().document().placeOf(row), rowRect(row).top()};
-}
-
 void DiffSectionView::showRelaid()
 {
-    const DiffDocument& document = controller_->diff().document();
     forgetPointer();
     geometry_.measure();
-    const std::optional<Anchor> anchor = std::exchange(anchor_, std::nullopt);
-    spread(anchor ? rowRect(document.rowOf(anchor->place)).top() - anchor->y : 0);
+    spread(anchor_.release());
     updateOffers();
     announceDiffChange(this);
     hoverGap(underMouse() ? mapFromGlobal(QCursor::pos()) : QPoint(-1, -1));
-    if (document.gaps().areKnown())
-        returnToHeld();
-}
-
-/// A file that is shown whole shrinks to its changes when a new diff of it comes, until its text comes as well.
-void DiffSectionView::holdWholeFile(DiffPlace place)
-{
-    const ShownDiff& diff = controller_->diff();
-    const bool isWhole = diff.showsWholeFile() && diff.document().gaps().showsLines();
-    const int anchor = place == DiffPlace::kept && isWhole ? anchorRow() : -1;
-    if (place == DiffPlace::start)
-        held_.reset();
-    if (anchor >= 0 && diff.document().row(anchor).newNumber)
-        held_ = Held{*diff.document().row(anchor).newNumber, rowRect(anchor).top() - visibleTop_};
-    forgetPointer();
-    hoveredGap_ = {};
-}
-
-void DiffSectionView::returnToHeld()
-{
-    const std::optional<Held> held = std::exchange(held_, std::nullopt);
-    if (!held || !controller_->diff().showsWholeFile())
-        return;
-    const int row = controller_->diff().document().rowOf({-1, held->number});
-    Q_EMIT contentHeightChanged(rowRect(row).top() - held->y - visibleTop_);
+    if (const std::optional<int> shift = anchor_.releaseWholeFile(sight()))
+        Q_EMIT contentHeightChanged(*shift);
 }
 
 void DiffSectionView::remeasure()
@@ -196,10 +180,6 @@ void DiffSectionView::setVisibleTop(int y)
     bar_->move(0, std::clamp(y, 0, std::max(0, height() - DiffSectionBar::barHeight)));
 }
 
-void DiffSectionView::setBarReserve(int width) { bar_->setReserve(width); }
-
-void DiffSectionView::setFollows(bool follows) { bar_->setFollows(follows); }
-
 void DiffSectionView::setFound(const DiffFound* found)
 {
     found_ = found;
@@ -209,48 +189,22 @@ void DiffSectionView::setFound(const DiffFound* found)
 void DiffSectionView::revealText(int row, qsizetype begin, qsizetype end)
 {
     constexpr int aside = 60;
-    const int lines = 2 * metrics().lineHeight;
+    const int lines = 2 * geometry_.metrics().lineHeight;
     const QRect area = rowRect(row);
     Q_EMIT revealRequested(area.adjusted(0, -lines, 0, lines));
     if (const int beyond = geometry_.xOf(row, end) - geometry_.cellWidth(); beyond > 0)
         Q_EMIT revealRequested(QRect(width() + beyond + aside, area.top(), 1, area.height()));
-    if (const int hidden = geometry_.xOf(row, begin) - metrics().codeLeft; hidden < 0)
+    if (const int hidden = geometry_.xOf(row, begin) - geometry_.metrics().codeLeft; hidden < 0)
         Q_EMIT revealRequested(QRect(hidden - aside, area.top(), 1, area.height()));
 }
 
 void DiffSectionView::revealRows(int first, int last, int linesAround)
 {
-    const int around = linesAround * metrics().lineHeight;
+    const int around = linesAround * geometry_.metrics().lineHeight;
     if (last != first || around > 0)
         Q_EMIT revealRequested(rowRect(last).adjusted(0, 0, 0, around));
     // The first row comes last, so that it is in sight where there is no room for all of them.
     Q_EMIT revealRequested(rowRect(first).adjusted(0, -around, 0, 0));
-}
-
-bool DiffSectionView::isInSight(int row) const
-{
-    const QRect seen = visibleRegion().boundingRect().adjusted(0, geometry_.barHeight(), 0, 0);
-    return seen.intersects(rowRect(row));
-}
-
-/// Returns the row that stays in place while lines come or go, or -1 where this diff begins below the top of what is in
-/// sight.
-int DiffSectionView::anchorRow() const
-{
-    if (visibleTop_ < 0 || controller_->diff().document().rowCount() == 0)
-        return -1;
-    if (const int current = controller_->currentRow(); current >= 0 && isInSight(current))
-        return current;
-    const int line = geometry_.lineAt(visibleTop_ + geometry_.barHeight());
-    return controller_->diff().lines().nearestRow(line, controller_->keyboardSide());
-}
-
-int DiffSectionView::walkStart(int direction) const
-{
-    const int current = controller_->currentRow();
-    if (current < 0 || isInSight(current))
-        return current;
-    return std::max(0, anchorRow()) - (direction > 0 ? 1 : 0);
 }
 
 void DiffSectionView::updateOffers()
@@ -258,7 +212,7 @@ void DiffSectionView::updateOffers()
     bar_->setOffers(barOffers(*controller_));
     hunkButtons_.show(hunkOffers(*controller_));
     bar_->raise();
-    orderTabs();
+    orderTabs(this, {&bar_->buttons(), &hunkButtons_});
     placeHunkButtons();
     update();
 }
@@ -270,18 +224,6 @@ void DiffSectionView::placeHunkButtons()
         return;
     const int header = controller_->diff().document().hunks()[static_cast<std::size_t>(hunk)].first;
     hunkButtons_.place(rowRect(header).adjusted(0, 0, -DiffMetrics::margin, 0));
-}
-
-void DiffSectionView::orderTabs()
-{
-    QWidget* before = this;
-    for (const DiffButtons* const buttons : {&bar_->buttons(), &std::as_const(hunkButtons_)}) {
-        for (const auto& [verb, button] : buttons->all()) {
-            if (before->nextInFocusChain() != button)
-                setTabOrder(before, button);
-            before = button;
-        }
-    }
 }
 
 void DiffSectionView::hoverGap(QPoint point)
@@ -427,7 +369,7 @@ void DiffSectionView::leaveEvent(QEvent* event)
 
 void DiffSectionView::keyPressEvent(QKeyEvent* event)
 {
-    const int page = std::max(1, visibleRegion().boundingRect().height() / metrics().lineHeight - 3);
+    const int page = std::max(1, visibleRegion().boundingRect().height() / geometry_.metrics().lineHeight - 3);
     if (event->matches(QKeySequence::Copy))
         copy();
     else if (event->matches(QKeySequence::SelectAll))
@@ -442,7 +384,8 @@ void DiffSectionView::contextMenuEvent(QContextMenuEvent* event)
         pointAt(event->pos());
     const int current = controller_->currentRow();
     const bool isByKeyboard = event->reason() == QContextMenuEvent::Keyboard && current >= 0;
-    const QPoint below = isByKeyboard ? rowRect(current).bottomLeft() + QPoint(metrics().codeLeft, 0) : QPoint();
+    const QPoint below =
+        isByKeyboard ? rowRect(current).bottomLeft() + QPoint(geometry_.metrics().codeLeft, 0) : QPoint();
     makeDiffMenu(*this)->popup(isByKeyboard ? mapToGlobal(below) : event->globalPos());
 }
 

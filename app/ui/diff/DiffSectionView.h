@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/diff/DiffAnchor.h"
 #include "app/ui/diff/DiffButtons.h"
 #include "app/ui/diff/DiffController.h"
 #include "app/ui/diff/DiffGeometry.h"
@@ -11,7 +12,6 @@
 #include <QWidget>
 
 #include <memory>
-#include <optional>
 
 namespace plovik {
 
@@ -27,22 +27,17 @@ public:
 
     DiffController& controller() const { return *controller_; }
     DiffKind kind() const { return controller_->diff().content().kind; }
-    const DiffMetrics& metrics() const { return geometry_.metrics(); }
+    DiffSectionBar& bar() const { return *bar_; }
+    const DiffGeometry& places() const { return geometry_; }
     /// Returns where a row stands in this widget.
     QRect rowRect(int row) const { return geometry_.rowRect(row); }
-    /// Returns the row nearest to a point; -1 when there are none.
-    int rowNear(QPoint point) const { return geometry_.rowNear(point); }
 
     int heightFor(int width) const { return geometry_.heightFor(width, insetHeight(width)); }
     int hiddenWidth(int width) const { return geometry_.hiddenWidth(width); }
     void setOffset(int offset); ///< the horizontal scroll position
     void setVisibleTop(int y);  ///< what of this widget is scrolled out of sight at the top
-    void setFollows(bool follows);
-    void setBarReserve(int width); ///< see DiffSectionBar::setReserve()
-
-    /// Returns the row that a walk from change to change goes on from: the current one where it is in sight, else one
-    /// beside what is in sight.
-    int walkStart(int direction) const;
+    /// See DiffAnchor::walkStart().
+    int walkStart(int direction) const { return anchor_.walkStart(direction, sight()); }
 
     /// Tints what a search has found here; null without a search. Not owned.
     void setFound(const DiffFound* found);
@@ -80,10 +75,7 @@ private:
     void followController();
     void forgetPointer();
     void showContent();
-    void hold(std::optional<int> anchor);
     void showRelaid();
-    void holdWholeFile(DiffPlace place);
-    void returnToHeld();
     void updateOffers();
     void revealRows(int first, int last, int linesAround);
     void remeasure();
@@ -93,15 +85,14 @@ private:
     int insetHeight(int width) const { return inset_ ? inset_->heightForWidth(width) : 0; }
     void placeInset();
     void placeHunkButtons();
-    void orderTabs();
-    bool isInSight(int row) const;
-    int anchorRow() const;
+    DiffAnchor::Sight sight() const { return {visibleTop_, visibleRegion().boundingRect()}; }
     void hoverGap(QPoint point);
     void pointAt(QPoint point);
 
     std::shared_ptr<DiffController> controller_;
     DiffGeometry geometry_;
     DiffPointer pointer_;
+    DiffAnchor anchor_;
     DiffSectionBar* bar_;
     DiffButtons hunkButtons_{*this};
     QWidget* inset_ = nullptr;
@@ -109,16 +100,6 @@ private:
     GapButton hoveredGap_;
     int visibleTop_ = 0;
     QBasicTimer dragTimer_; ///< scrolls on while the pointer rests outside
-    struct Anchor {
-        DiffDocument::Place place;
-        int y = 0; ///< where its row stood in this widget
-    };
-    std::optional<Anchor> anchor_; ///< what stays in place while the rows are laid out anew
-    struct Held {
-        int number = 0; ///< of a line in the new file
-        int y = 0;      ///< where it stood, below the top of what is in sight
-    };
-    std::optional<Held> held_; ///< what was looked at in a whole file, until the new diff's file is there
 };
 
 } // namespace plovik

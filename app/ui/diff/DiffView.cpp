@@ -53,7 +53,7 @@ DiffSectionView* DiffView::addSection()
     controller->setActionsAvailable(areActionsAvailable_);
     controller->setLayout(layout_);
     controller->setShowsWholeFile(showsWholeFile_);
-    section->setBarReserve(barReserve_);
+    section->bar().setReserve(barReserve_);
     connect(controller, &DiffController::actionRequested, this, [this, controller](const DiffAction& action) {
         // The action may replace the content at once.
         const DiffContent content = controller->diff().content();
@@ -78,7 +78,7 @@ void DiffView::setContents(std::vector<DiffContent> contents, DiffPlace place)
         std::vector<DiffSectionView*> before = std::exchange(sections_, {});
         for (DiffContent& content : contents) {
             DiffSectionView* const section = takeSection(content.kind, before);
-            section->setFollows(!sections_.empty());
+            section->bar().setFollows(!sections_.empty());
             sections_.push_back(section);
             section->controller().setContent(std::move(content), place);
             section->show();
@@ -103,7 +103,7 @@ void DiffView::setBarReserve(int width)
 {
     barReserve_ = width;
     for (DiffSectionView* const section : sections_)
-        section->setBarReserve(width);
+        section->bar().setReserve(width);
 }
 
 void DiffView::setActionsAvailable(bool available)
