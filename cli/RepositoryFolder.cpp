@@ -56,10 +56,10 @@ std::string reason(const std::exception& failure)
 
 [[noreturn]] void refuseFor(const std::string& name, const std::exception& failure)
 {
-    const std::string_view said = failure.what();
-    if (said.find("not a git repository") != std::string_view::npos)
+    const gitkit::ErrorKind kind = gitkit::errorKindOf(failure);
+    if (kind == gitkit::ErrorKind::notARepository)
         refuse(name, " is not in a git repository.");
-    if (said.find("must be run in a work tree") != std::string_view::npos)
+    if (kind == gitkit::ErrorKind::bareRepository)
         refuse(name, " has no working tree: it is a bare repository or a folder of git's own.");
     refuse(name, " could not be opened: " + reason(failure));
 }

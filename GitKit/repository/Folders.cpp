@@ -5,21 +5,38 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 
-#include <optional>
+#include <algorithm>
 
 namespace gitkit {
 
 namespace {
 
-/// The submodule that check-ignore refuses to look into, when that is what its message says.
-std::optional<std::string> refusedSubmodule(const std::string& message)
+/// The paths of the submodules in the index, each with a slash at its end.
+std::vector<std::string> submodules(const GitRepository& repo)
 {
-    constexpr std::string_view phrase = "' is in submodule '";
-    const std::size_t found = message.find(phrase);
-    if (found == std::string::npos || !message.ends_with('\''))
-        return std::nullopt;
-    const std::size_t start = found + phrase.size();
-    return message.substr(start, message.size() - 1 - start);
+    std::vector<std::string> found;
+    // "160000 hash stage<tab>path"
+    for (const std::string& entry : splitNul(repo.runner().bytes({"ls-files", "-s", "-z"}))) {
+        if (entry.starts_with("160000 "))
+            found.push_back(entry.substr(entry.find('\t') + 1) + "/");
+    }
+    return found;
+}
+
+bool isInAny(const std::string& folder, const std::vector<std::string>& submodules)
+{
+    return std::ranges::any_of(submodules, [&](const std::string& each) { return folder.starts_with(each); });
+}
+
+std::vector<std::string> checkIgnore(const GitRepository& repo, const std::vector<std::string>& folders)
+{
+    if (folders.empty())
+        return {};
+    std::string input;
+    for (const std::string& folder : folders)
+        input.append(folder).push_back('\0');
+    return splitNul(
+        repo.runner().bytes({"check-ignore", "-z", "--stdin"}, {.input = std::move(input), .accepting = {0, 1}}));
 }
 
 } // namespace
@@ -52,25 +69,16 @@ std::vector<std::string> ignoredAmong(const GitRepository& repo, const std::vect
 {
     std::vector<std::string> asked = folders;
     std::erase_if(asked, [](const std::string& folder) { return folder.empty(); });
-    while (!asked.empty()) {
-        std::string input;
-        for (const std::string& folder : asked)
-            input.append(folder).push_back('\0');
-        try {
-            return splitNul(repo.runner().bytes({"check-ignore", "-z", "--stdin"},
-                                                {.input = std::move(input), .accepting = {0, 1}, .environment = {}}));
-        } catch (const GitError& error) {
-            // A submodule ignores by its own rules, and git gives up at the first folder inside one.
-            const auto submodule = refusedSubmodule(error.message());
-            if (!submodule)
-                throw;
-            const auto erased =
-                std::erase_if(asked, [&](const std::string& folder) { return folder.starts_with(*submodule + "/"); });
-            if (erased == 0)
-                throw;
-        }
+    try {
+        return checkIgnore(repo, asked);
+    } catch (const GitError& error) {
+        if (error.kind() != ErrorKind::insideSubmodule)
+            throw;
     }
-    return {};
+    // A submodule ignores by its own rules, and git gives up at the first folder inside one.
+    const std::vector<std::string> inside = submodules(repo);
+    std::erase_if(asked, [&](const std::string& folder) { return isInAny(folder, inside); });
+    return checkIgnore(repo, asked);
 }
 
 } // namespace gitkit

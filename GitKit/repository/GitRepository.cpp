@@ -25,7 +25,8 @@ void requireReadableHead(const GitRunner& runner)
 {
     const std::string name(trimmed(runner.output({"symbolic-ref", "--quiet", "HEAD"}).text()));
     if (name != "refs/heads/" + std::string(unreadableHead))
-        throw GitError("status", 128, "The current branch “" + name + "” cannot be read: its ref is damaged.");
+        throw GitError("status", 128, "The current branch “" + name + "” cannot be read: its ref is damaged.",
+                       ErrorKind::missingObject);
 }
 
 std::vector<std::string> filterArguments(const HistoryFilter& filter)
@@ -69,7 +70,8 @@ std::filesystem::path GitRepository::topLevel(const std::filesystem::path& folde
     GitExecutable::requireSupported();
     std::string found(withoutLineEnd(GitRunner(folder).bytes({"rev-parse", "--show-toplevel"})));
     if (found.empty())
-        throw GitError("rev-parse", 0, "Not a git working tree: " + repairedUtf8(folder.string()));
+        throw GitError("rev-parse", 0, "Not a git working tree: " + repairedUtf8(folder.string()),
+                       ErrorKind::notARepository);
     return std::filesystem::path(std::move(found)).lexically_normal();
 }
 

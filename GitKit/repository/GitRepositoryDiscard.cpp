@@ -1,22 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Bringing files back to HEAD without losing what git does not know.
 //
-// Where this differs from one plain command a file:
+// This table says where that differs from one plain command for each file.
 //
-//   order                what goes to the Trash goes there before git is told anything, so that at every failure the
-//   file
-//                        is either in its place or in the Trash, and its index entry stays when it could not be moved.
-//   looking first        `checkout HEAD` removes whatever stands at the path, under its parents' names, or at a
-//   rename's
-//                        old name. Anything there that git does not know goes to the Trash.
-//   status               is read again first: the letters that the caller holds may be old.
-//   batches              files in a row that need the same command share one, since ten thousand processes take
-//   minutes.
-//                        A batch that fails is repeated file by file, so that those before the failing one are done.
-//   GIT_LITERAL_PATHSPECS, standard input    as for staging (PathCommand.h).
-//   conflicted files     that HEAD does not have are forgotten and moved to the Trash, whatever their letters.
-//   intended additions   (add -N) are not in HEAD: they go the way of added files.
-//   submodules           are refused: no command brings back the files in them.
+//   order                 A file goes to the Trash before git is told anything. After a failure it is either in its
+//                         place or in the Trash, and its index entry is still there when it could not be moved.
+//   looking first         `checkout HEAD` removes whatever is at the path, at the place of one of its parents, or at the
+//                         old name of a rename. What git does not know there goes to the Trash.
+//   status                is read again first, because the caller's letters may be old.
+//   batches               Files in a row that need the same command share one, because ten thousand processes take
+//                         minutes. A batch that fails is repeated file by file, so that the files before the failing
+//                         one are done.
+//   GIT_LITERAL_PATHSPECS and standard input are used as for staging (PathCommand.h).
+//   conflicted files      that HEAD does not have are removed from the index and moved to the Trash.
+//   intended additions    (add -N) are not in HEAD, so they are treated like added files.
+//   submodules            are refused, because no command brings back the files in them.
 
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
@@ -34,7 +32,7 @@ namespace fs = std::filesystem;
 
 enum class Standing { nothing, file, folder };
 
-/// What is at a path itself, a symbolic link not followed.
+/// What is at a path. Does not follow a symbolic link.
 Standing standing(const fs::path& path)
 {
     struct stat found{};
@@ -45,10 +43,10 @@ Standing standing(const fs::path& path)
 
 std::string quoted(const std::string& path) { return "“" + repairedUtf8(path) + "”"; }
 
-/// Whether discarding leaves nothing of the file in its place, so that it goes to the Trash.
+/// Whether HEAD has no such file, so that discarding moves it to the Trash.
 bool isNew(const FileChange& file)
 {
-    if (file.isConflicted) // deleted or never had on this side
+    if (file.isConflicted) // this side deleted it or never had it
         return file.index == 'D' || (file.index == 'U' && file.worktree == 'A');
     return file.index == '?' || file.index == 'A' || file.index == 'C' ||
            (file.index == '.' && (file.worktree == 'A' || file.worktree == 'C'));
@@ -59,7 +57,7 @@ bool isRename(const FileChange& file)
     return file.originalPath && (file.index == 'R' || (file.index == '.' && file.worktree == 'R'));
 }
 
-/// The working tree's changes as they are now, by path. One path may be both deleted in the index and untracked.
+/// The working tree's current changes, by path. A path can be both deleted in the index and untracked.
 class CurrentChanges {
 public:
     explicit CurrentChanges(const RepoStatus& status)
@@ -68,7 +66,7 @@ public:
             (file.isUntracked() ? untracked_ : tracked_).emplace(file.path, file);
     }
 
-    /// What has become of `file`; nothing when there is nothing left to discard.
+    /// The current change at the path of `file`; nullptr when there is nothing left to discard.
     const FileChange* of(const FileChange& file) const
     {
         const FileChange* untracked = find(untracked_, file.path);
@@ -91,7 +89,7 @@ private:
     ByPath untracked_;
 };
 
-/// One discard of a list of files.
+/// Discards a list of files. Made for one call of GitRepository::discard().
 class Discard {
 public:
     Discard(const fs::path& root, const GitRunner& runner, const Trash& trash)
@@ -113,7 +111,7 @@ public:
             restore(file.path, file.index == 'D' ? Known::no : Known::yes);
     }
 
-    /// Runs what waits. To be called at the end, and after a failure.
+    /// Runs the commands that wait. Must be called at the end and after a failure.
     void finish()
     {
         const Arguments paths = std::exchange(waiting_, {});
@@ -161,7 +159,7 @@ private:
         wait(Command::restore, path);
     }
 
-    /// Moves away what git would remove to write `path`. `known` tells whether a file there is the one in the index.
+    /// Moves away what git would remove to write `path`. `known` says whether the index has a file at that path.
     void clearTheWay(const std::string& path, Known known)
     {
         for (std::size_t end = path.find('/'); end != std::string::npos; end = path.find('/', end + 1)) {
@@ -177,8 +175,8 @@ private:
             move(path);
     }
 
-    /// Moves a file, if it is where `path` says: a link among its parents leads to another. A folder in a file's place
-    /// has files of its own, a repository inside this one ends in a slash.
+    /// Moves a file to the Trash if it really is at `path`: a parent that is a link leads to another file, and a folder
+    /// in the file's place holds other files. The path of a repository inside this one ends in a slash.
     void moveFile(const std::string& path)
     {
         const bool isRepository = path.ends_with('/');
@@ -216,7 +214,7 @@ private:
 
     void runAlone(Command command, const std::string& path)
     {
-        // A file that was meant to be added and is gone again looks like any deleted one.
+        // The status of an intended addition whose file is gone is that of any deleted file.
         const bool isUnknown = command == Command::restore && standing(root_ / path) == Standing::nothing &&
                                runner_.output({"rev-parse", "--verify", "--quiet", "HEAD:" + path}).status != 0;
         run(isUnknown ? Command::forget : command, {path});
@@ -240,9 +238,10 @@ void GitRepository::discard(const std::vector<FileChange>& files, const Trash& t
             const FileChange* now = current.of(file);
             if (now == nullptr)
                 continue;
-            // It was to go to the Trash, and now its changes would just be lost.
+            // The caller was promised that the file goes to the Trash; now its changes would be lost.
             if (isNew(file) && !isNew(*now))
-                throw GitError("checkout", 1, quoted(file.path) + " has changed since it was shown. Look at it again.");
+                throw GitError("checkout", 1, quoted(file.path) + " has changed since it was shown. Look at it again.",
+                               ErrorKind::changedMeanwhile);
             discard.add(*now);
         }
     } catch (...) {

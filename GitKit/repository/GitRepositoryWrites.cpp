@@ -1,34 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Staging, committing, branches, tags, stashes and remotes.
 //
-// Where the commands differ from the obvious ones; what holds for every run stands in GitEnvironment.cpp:
+// This table says where the commands differ from the obvious ones. GitEnvironment.cpp has what holds for every run.
 //
-//   add, reset PATHS     GIT_LITERAL_PATHSPECS: a path is its bytes, whatever wildcards it holds. Long lists go on
-//   standard
-//                        input. Only paths that the side in question knows are named, since git refuses a whole list
-//                        for one that it does not: a staged rename's old path is gone, a staged deletion has nothing to
-//                        add.
-//   reset -q -- .        for all of the index: without a path git also ends a merge, a cherry-pick or a revert in
-//   progress,
-//                        and the next commit has one parent. With conflicts only what is staged is named, so that the
-//                        conflicts stay what they are.
-//   commit               --cleanup=verbatim, so that what was typed is recorded, lines with a "#" too. No pin: merges
-//   need
-//                        their prepared message finished. A last line without an end has it added here; an amended
-//                        message that is HEAD's own keeps its bytes.
-//   checkout, merge,     take full ref names, so that a tag and a branch of one name are told apart and a name that
-//   begins branch, tag          with "-" is no option. Git attaches HEAD to a branch by its short name alone, so that
-//   is what
-//                        checkout is given; where git would read the short name as something else, HEAD is detached
-//                        there and then pointed at the branch. A merge is given the short name for its message, while
-//                        it means the same.
-//   push -u REMOTE       refs/heads/B:refs/heads/B instead of B: in a refspec a leading "+" forces.
-//   fetch, pull, push    --progress, which git otherwise prints for a terminal only.
-//   push                 push.default is pinned to simple; the branch must still be the current one.
-//   stash apply, pop     --index, so that what was staged is staged again; without it where git cannot, or where an
-//                        operation is in progress, which --index would end.
-//   stash apply, pop,    the stash is looked up by its hash just before; its number may be another's by now.
-//   drop
+//   add, reset PATHS        run with GIT_LITERAL_PATHSPECS, because a path may hold wildcards. Long lists go to
+//                           standard input. Only paths that the index (or the working tree) still knows are named,
+//                           because git refuses a whole list for one unknown path: the old path of a staged rename is
+//                           gone, and a staged deletion has nothing to add.
+//   reset -q -- .           unstages everything. Without a path git would also end a merge, a cherry-pick or a revert,
+//                           and the next commit would have one parent. When there are conflicts, only the staged files
+//                           are named, so that the conflicts stay.
+//   commit                  has --cleanup=verbatim, so that the message is recorded as it was typed, with lines that
+//                           begin with "#". No pin sets this, because git must still clean the message that it prepares
+//                           for a merge. A line end is added to the last line if it has none, but an amended message
+//                           that equals HEAD's keeps its bytes.
+//   checkout, merge,        take full ref names, which tell a tag and a branch of one name apart and never look like an
+//   branch, tag             option. Only by its short name does git attach HEAD to a branch, so checkout gets that one;
+//                           where git would read the short name as something else, HEAD is detached and then pointed at
+//                           the branch. A merge gets the short name for its message where that means the same ref.
+//   push -u REMOTE          names refs/heads/B:refs/heads/B, because a leading "+" in a refspec means force.
+//   push                    relies on push.default=simple, which is pinned; the branch must still be the current one.
+//   fetch, pull, push       have --progress, which git otherwise prints for a terminal only.
+//   stash apply, stash pop  have --index, so that staged changes are staged again. It is left out where git cannot do
+//                           that and while an operation is in progress, which --index would end.
+//   stash apply, pop, drop  name the stash by the number that its hash has now: the number may have changed.
 
 #include "GitKit/Text.h"
 #include "GitKit/repository/Folders.h"
@@ -52,7 +47,7 @@ constexpr std::string_view branchPrefix = "refs/heads/";
 
 std::string quoted(const std::string& name) { return "“" + repairedUtf8(name) + "”"; }
 
-/// The name below refs/heads/; nothing for any other ref.
+/// The branch's short name; nullopt for a ref that is no branch.
 std::optional<std::string> branchName(const std::string& ref)
 {
     if (!ref.starts_with(branchPrefix))
@@ -60,18 +55,19 @@ std::optional<std::string> branchName(const std::string& ref)
     return ref.substr(branchPrefix.size());
 }
 
-/// The working tree that has `branch` checked out, empty for none. Throws when the branch is gone: by its short name
-/// git would go on to a tag.
+/// The working tree that has `branch` checked out; empty when none has. Throws when the branch is gone, because git
+/// would take its short name for a tag.
 std::string workingTreeOf(const GitRunner& runner, const std::string& branch)
 {
     const std::string found = runner.bytes({"for-each-ref", "--format=%(refname)%00%(worktreepath)", branch});
     const std::string start = branch + '\0';
     if (!found.starts_with(start))
-        throw GitError("checkout", 1, "There is no branch " + quoted(branch.substr(branchPrefix.size())) + ".");
+        throw GitError("checkout", 1, "There is no branch " + quoted(branch.substr(branchPrefix.size())) + ".",
+                       ErrorKind::noSuchRef);
     return std::string(trimmed(std::string_view(found).substr(start.size()), "\n"));
 }
 
-/// The short name of a ref where git takes it for this very ref, otherwise the full one.
+/// The short name of a ref if git reads it as this ref, otherwise the full name.
 std::string shortestName(const GitRunner& runner, const std::string& ref)
 {
     const std::string name(trimmed(runner.bytes({"for-each-ref", "--format=%(refname:short)", ref}), "\n"));
@@ -87,7 +83,7 @@ bool isOperationInProgress(const std::filesystem::path& gitDirectory)
     return std::ranges::any_of(marks, [&](const char* mark) { return std::filesystem::exists(gitDirectory / mark); });
 }
 
-/// Where in the list a stash stands now.
+/// The ref that a stash has in `stashes`. Throws when it is not there.
 std::string currentRef(const std::vector<Stash>& stashes, const Stash& wanted)
 {
     if (std::ranges::find_if(stashes, [&](const Stash& one) {
@@ -96,7 +92,8 @@ std::string currentRef(const std::vector<Stash>& stashes, const Stash& wanted)
         return wanted.ref;
     const auto found = std::ranges::find(stashes, wanted.hash, &Stash::hash);
     if (found == stashes.end())
-        throw GitError("stash", 1, "The stash “" + repairedUtf8(wanted.message) + "” is no longer in the list.");
+        throw GitError("stash", 1, "The stash “" + repairedUtf8(wanted.message) + "” is no longer in the list.",
+                       ErrorKind::changedMeanwhile);
     return found->ref;
 }
 
@@ -173,7 +170,8 @@ void GitRepository::checkout(const std::string& ref) const
         return;
     }
     if (!elsewhere.empty() && elsewhere != root_.string())
-        throw GitError("checkout", 128, quoted(*branch) + " is already checked out in " + quoted(elsewhere) + ".");
+        throw GitError("checkout", 128, quoted(*branch) + " is already checked out in " + quoted(elsewhere) + ".",
+                       ErrorKind::checkedOutElsewhere);
     runner_.accepted({"checkout", ref, "--"});
     runner_.accepted({"symbolic-ref", "-m", "checkout: moving to " + ref, "HEAD", ref});
 }
@@ -244,8 +242,8 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
             runTelling(runner_, {"stash", verb, "--index", ref});
             return;
         } catch (const GitError& error) {
-            // Git has changed nothing when it says this.
-            if (error.message().find("Try without --index") == std::string::npos)
+            // Git has changed nothing in this case.
+            if (error.kind() != ErrorKind::indexNotRestorable)
                 throw;
         }
     }
@@ -270,7 +268,8 @@ void GitRepository::push(const std::string& branch, const std::optional<std::str
         return;
     }
     if (trimmed(runner_.output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes, "\n") != ref)
-        throw GitError("push", 1, quoted(branch) + " is not the current branch any more. Nothing was pushed.");
+        throw GitError("push", 1, quoted(branch) + " is not the current branch any more. Nothing was pushed.",
+                       ErrorKind::changedMeanwhile);
     runTelling(runner_, {"push", "--progress"});
 }
 

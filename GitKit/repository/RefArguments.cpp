@@ -22,7 +22,7 @@ bool isHash(std::string_view text)
 std::string revisionArgument(const char* command, const std::string& revision)
 {
     if (revision.starts_with('-'))
-        throw GitError(command, 128, quoted(revision) + " is not a revision.");
+        throw GitError(command, 128, quoted(revision) + " is not a revision.", ErrorKind::noSuchRef);
     return revision;
 }
 
@@ -34,18 +34,20 @@ std::string commitArgument(const char* command, const std::string& revision)
 std::string exactArgument(const char* command, const std::string& revision)
 {
     if (!revision.starts_with("refs/") && !isHash(revision) && revision != "HEAD")
-        throw GitError(command, 128, quoted(revision) + " is neither the full name of a branch or tag nor a hash.");
+        throw GitError(command, 128, quoted(revision) + " is neither the full name of a branch or tag nor a hash.",
+                       ErrorKind::noSuchRef);
     return revision;
 }
 
 std::string newNameArgument(const char* command, const std::string& name)
 {
     if (name.empty())
-        throw GitError(command, 128, "The name is empty.");
+        throw GitError(command, 128, "The name is empty.", ErrorKind::invalidName);
     if (name.starts_with('-'))
-        throw GitError(command, 128, quoted(name) + " cannot be a name: it begins with “-”.");
+        throw GitError(command, 128, quoted(name) + " cannot be a name: it begins with “-”.", ErrorKind::invalidName);
     if (name == "@" || name == "HEAD" || name.find("@{") != std::string::npos)
-        throw GitError(command, 128, quoted(name) + " cannot be a name: git reads it as something else.");
+        throw GitError(command, 128, quoted(name) + " cannot be a name: git reads it as something else.",
+                       ErrorKind::invalidName);
     return name;
 }
 

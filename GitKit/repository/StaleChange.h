@@ -9,7 +9,8 @@ namespace gitkit {
 inline GitError staleChange()
 {
     return {"apply", 1,
-            "The file has changed since its changes were shown. Nothing was done; look at it again and repeat."};
+            "The file has changed since its changes were shown. Nothing was done; look at it again and repeat.",
+            ErrorKind::changedMeanwhile};
 }
 
 } // namespace gitkit

@@ -3,6 +3,7 @@
 
 #include "GitKit/Text.h"
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/GitMessages.h"
 #include "GitKit/runner/Progress.h"
 
 #include <utility>
@@ -19,7 +20,7 @@ void runTelling(const GitRunner& runner, const std::vector<std::string>& argumen
     std::string message(trimmed(outputText));
     if (const std::string_view said = trimmed(errorText); !said.empty())
         message = message.empty() ? std::string(said) : message + "\n\n" + std::string(said);
-    throw GitError(arguments.front(), output.status, std::move(message));
+    throw GitError(arguments.front(), output.status, std::move(message), errorKind(arguments.front(), output));
 }
 
 } // namespace gitkit

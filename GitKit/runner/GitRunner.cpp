@@ -4,6 +4,7 @@
 #include "GitKit/runner/GitEnvironment.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitExecutable.h"
+#include "GitKit/runner/GitMessages.h"
 #include "GitKit/runner/Process.h"
 
 #include <algorithm>
@@ -138,7 +139,8 @@ GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const R
     std::string message(trimmed(result.errorText()));
     if (message.empty())
         message = trimmed(result.text());
-    throw GitError(arguments.empty() ? std::string() : arguments.front(), result.status, std::move(message));
+    const std::string command = arguments.empty() ? std::string() : arguments.front();
+    throw GitError(command, result.status, std::move(message), errorKind(command, result));
 }
 
 std::string GitRunner::bytes(const std::vector<std::string>& arguments, const RunOptions& options) const

@@ -72,22 +72,6 @@ AppAppearance desktopAppearance(ColorScheme::Preference preference)
     return background.lightness() < 128 ? AppAppearance::dark : AppAppearance::light;
 }
 
-/// Whether git looked and found no working tree, rather than failing to look.
-bool saysNoRepository(const std::exception& failure)
-{
-    const auto* const refusal = dynamic_cast<const gitkit::GitError*>(&failure);
-    if (!refusal)
-        return false;
-    const std::string& message = refusal->message();
-    return message.find("not a git repository") != std::string::npos ||
-           message.find("Not a git working tree") != std::string::npos;
-}
-
-bool saysBare(const std::exception& failure)
-{
-    return std::string_view(failure.what()).find("must be run in a work tree") != std::string_view::npos;
-}
-
 } // namespace
 
 AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options))
@@ -172,10 +156,11 @@ void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const st
 {
     QString title = QStringLiteral("“%1” is not a git repository").arg(nameOf(folder));
     QString detail = shownText(folder.string());
-    if (saysBare(failure)) {
+    const gitkit::ErrorKind kind = gitkit::errorKindOf(failure);
+    if (kind == gitkit::ErrorKind::bareRepository) {
         title = QStringLiteral("“%1” has no working tree").arg(nameOf(folder));
         detail += QStringLiteral("\n\nIt is a bare repository or a folder of git's own. Plovik shows working trees.");
-    } else if (!saysNoRepository(failure)) {
+    } else if (kind != gitkit::ErrorKind::notARepository) {
         title = QStringLiteral("“%1” could not be opened").arg(nameOf(folder));
         detail += QStringLiteral("\n\n") + QString::fromUtf8(failure.what());
     }

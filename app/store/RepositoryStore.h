@@ -7,6 +7,7 @@
 #include "GitKit/repository/Blobs.h"
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/runner/GitError.h"
 #include "app/await/Await.h"
 #include "app/await/Turnstile.h"
 #include "app/await/Worker.h"
@@ -304,8 +305,9 @@ private:
         QString title;
         Operation operation;
         Worker::Lane lane = Worker::Lane::local;
-        std::function<void()> succeeded = {};                    ///< on the main thread, before the refresh
-        std::function<bool(const QString& message)> failed = {}; ///< true when it dealt with the failure
+        std::function<void()> succeeded = {}; ///< on the main thread, before the refresh
+        std::function<bool(const QString& message, gitkit::ErrorKind kind)> failed =
+            {}; ///< true when it dealt with the failure
     };
     void perform(Action action);
     QCoro::Task<> performing(Action action);

@@ -101,6 +101,7 @@ void RepositoryStore::perform(Action action)
 QCoro::Task<> RepositoryStore::performing(Action action)
 {
     std::optional<QString> problem;
+    gitkit::ErrorKind kind = gitkit::ErrorKind::other;
     const std::shared_ptr<ActionRuns> runs = actionRuns();
     gitkit::RunContext context{.listener = runs, .stop = acting_.get_token()};
     const SignIns::Number signIn = actingSignIn_ = signIns_.begin(action.title, services_.signIn, context);
@@ -112,6 +113,7 @@ QCoro::Task<> RepositoryStore::performing(Action action)
         co_await runOperation(action.lane, context, action.operation);
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
+        kind = gitkit::errorKindOf(failure);
     }
     signIns_.end(signIn);
     // Whatever failed after the user had enough of it is no news; the log has it.
@@ -121,7 +123,7 @@ QCoro::Task<> RepositoryStore::performing(Action action)
     isCancelling = false;
     if (!problem && action.succeeded)
         action.succeeded();
-    if (problem && !isStopped && !(action.failed && action.failed(*problem)))
+    if (problem && !isStopped && !(action.failed && action.failed(*problem, kind)))
         fail(*problem, runs->failed());
     refresh(RefreshScope::full);
 }
@@ -225,8 +227,8 @@ void RepositoryStore::deleteBranch(const std::string& branch, const QString& nam
 {
     Action action{activityText(QStringLiteral("Deleting branch")),
                   [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::ifMerged); }};
-    action.failed = [this, branch, name](const QString& message) {
-        if (!message.contains(QLatin1String("not fully merged")))
+    action.failed = [this, branch, name](const QString&, gitkit::ErrorKind kind) {
+        if (kind != gitkit::ErrorKind::notFullyMerged)
             return false;
         confirmForceDelete(branch, name);
         return true;

@@ -158,7 +158,7 @@ void RepositoryStore::continueOperation()
         if (*recorded)
             emptyCommitBox();
     };
-    action.failed = [emptied = action.succeeded](const QString&) {
+    action.failed = [emptied = action.succeeded](const QString&, gitkit::ErrorKind) {
         emptied();
         return false;
     };
@@ -211,7 +211,7 @@ void RepositoryStore::endOperation(const OperationInProgress& now, Step step)
                   [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
     // Git cannot go back with files that are missing, nor to a branch that is gone.
     if (step == Step::abort && (now.isIncomplete || now.kind == Kind::bisect))
-        action.failed = [this, now](const QString& problem) {
+        action.failed = [this, now](const QString& problem, gitkit::ErrorKind) {
             confirmForget(now, problem);
             return true;
         };

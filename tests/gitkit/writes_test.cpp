@@ -216,6 +216,7 @@ TEST(Committing, TellsWhatAHookSaysAndWaitsForNobody)
     writeHook(repo, "pre-commit", "sleep 600 & echo $! >'" + pid + "'\n");
     repository.commit("one", Mode::create);
     EXPECT_EQ(::kill(std::stoi(readFile(pid)), SIGKILL), 0) << "the commit waited for the hook's child";
+    writeHook(repo, "pre-commit", "exit 0\n");
     EXPECT_THAT(failure([&] { repository.commit("two", Mode::create); }), HasSubstr("nothing to commit"));
 }
 

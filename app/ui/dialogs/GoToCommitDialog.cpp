@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/GoToCommitDialog.h"
 
+#include "GitKit/records/ErrorKind.h"
 #include "app/store/ShownText.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
@@ -61,12 +62,12 @@ bool isHash(const std::string& text)
 }
 
 /// Turns what git said about a name into a sentence for people.
-QString refusalOf(const QString& name, const QString& said)
+QString refusalOf(const QString& name, gitkit::ErrorKind kind, const QString& said)
 {
-    if (said.contains("is ambiguous"_L1))
+    if (kind == gitkit::ErrorKind::ambiguousName)
         return GoToCommitDialog::tr("“%1” is ambiguous: more than one hash begins with it.").arg(name);
     QString reason = said.section(u"fatal: "_s, -1).section(u'\n', 0, 0).trimmed();
-    if (reason.isEmpty() || reason.contains("single revision"_L1))
+    if (reason.isEmpty() || kind == gitkit::ErrorKind::noSuchRef)
         return GoToCommitDialog::tr("“%1” is no commit, branch or tag of this repository.").arg(name);
     reason[0] = reason[0].toUpper();
     return reason.endsWith(u'.') ? reason : reason + u'.';
@@ -138,10 +139,12 @@ QCoro::Task<> GoToCommitDialog::resolving(QPointer<GoToCommitDialog> dialog, qin
     const std::string revision = dialog->revision();
     std::string resolved;
     QString problem;
+    gitkit::ErrorKind kind = gitkit::ErrorKind::other;
     try {
         resolved = co_await dialog->store().run(&gitkit::resolveCommit, revision);
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
+        kind = gitkit::errorKindOf(failure);
     }
     if (!dialog || !dialog->isVisible() || request != dialog->request_)
         co_return; // closed, or edited meanwhile
@@ -149,7 +152,7 @@ QCoro::Task<> GoToCommitDialog::resolving(QPointer<GoToCommitDialog> dialog, qin
     if (isHash(resolved))
         dialog->take(resolved);
     else
-        dialog->refuse(refusalOf(dialog->typed(), problem));
+        dialog->refuse(refusalOf(dialog->typed(), kind, problem));
 }
 
 void GoToCommitDialog::take(const std::string& resolved)

@@ -70,8 +70,8 @@ BlameReading readBlame(const gitkit::GitRepository& repository, const BlameReque
         const auto lines = repository.blame(request.path, request.revision);
         reading.document = std::make_shared<const BlameDocument>(lines);
     } catch (const std::exception& failure) {
-        // The file is there: it is git that has none of this name.
-        if (request.revision || std::string_view(failure.what()).find("no such path") == std::string_view::npos)
+        // The file is in the working tree, so it is git that does not know it.
+        if (request.revision || gitkit::errorKindOf(failure) != gitkit::ErrorKind::noSuchPath)
             throw;
         reading.state = State::untracked;
         return reading;

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+namespace gitkit {
+
+/// Why something that was asked of git was not done. A caller decides by this fact and never by the sentence beside it.
+enum class ErrorKind {
+    other,
+    notARepository,
+    refusedBySafeDirectory, ///< the repository belongs to another user
+    bareRepository,         ///< there is no working tree here
+    noSuchRef,              ///< no branch, tag or commit has this name
+    ambiguousName,          ///< more than one object's hash begins with this name
+    noSuchPath,             ///< the commit, or the index, has no file of this name
+    insideSubmodule,        ///< the path belongs to a repository inside this one
+    invalidName,            ///< no branch or tag can be named so
+    alreadyExists,          ///< a branch or tag of this name is there
+    notFullyMerged,
+    notFastForward, ///< the two sides have diverged, or the remote has commits that are not here
+    rejectedByHook,
+    authentication,
+    hostKey,
+    network,
+    lockHeld, ///< another git is at work, or one that crashed left its lock
+    conflicts,
+    nothingToDo,
+    wouldOverwriteLocalChanges,
+    indexNotRestorable, ///< what was staged in a stash cannot be staged again; nothing was changed
+    changedMeanwhile,   ///< the file, stash or branch is no longer what the caller saw; nothing was changed
+    missingObject,      ///< the repository is damaged or incomplete
+    identityUnknown,    ///< git knows neither name nor address for a commit
+    checkedOutElsewhere,
+    noUpstream,
+};
+
+/// Why git could not be started at all.
+enum class LaunchCause { gitMissing, gitTooOld, folderMissing, notPermitted, other };
+
+} // namespace gitkit
