@@ -3,10 +3,12 @@
 
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitRunner.h"
+#include "GitKit/runner/GitVersion.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <mutex>
+#include <cstdlib>
+#include <optional>
+#include <string>
 #include <unistd.h>
 
 namespace gitkit {
@@ -19,6 +21,14 @@ bool isExecutableFile(const std::filesystem::path& path)
     return std::filesystem::is_regular_file(path, ignored) && ::access(path.c_str(), X_OK) == 0;
 }
 
+std::optional<std::filesystem::path> gitForTests()
+{
+    const char* const named = std::getenv("PLOVIK_TEST_GIT");
+    if (named == nullptr || !std::filesystem::path(named).is_absolute() || !isExecutableFile(named))
+        return std::nullopt;
+    return named;
+}
+
 } // namespace
 
 std::filesystem::path GitExecutable::firstExecutable(const std::vector<std::filesystem::path>& candidates)
@@ -29,29 +39,29 @@ std::filesystem::path GitExecutable::firstExecutable(const std::vector<std::file
 
 const std::filesystem::path& GitExecutable::path()
 {
-    static const std::filesystem::path found =
-        firstExecutable({"/opt/homebrew/bin/git", "/usr/local/bin/git", "/usr/bin/git"});
+    static const std::filesystem::path found = [] {
+        if (const std::optional<std::filesystem::path> named = gitForTests())
+            return *named;
+        return firstExecutable({"/opt/homebrew/bin/git", "/usr/local/bin/git", "/usr/bin/git"});
+    }();
     return found;
 }
 
-void GitExecutable::checkVersion(const std::string& versionText)
+void GitExecutable::checkVersion(std::string_view versionText)
 {
-    int major = 0;
-    int minor = 0;
-    const bool read = std::sscanf(versionText.c_str(), "git version %d.%d", &major, &minor) == 2;
-    if (read && (major > leastMajor || (major == leastMajor && minor >= leastMinor)))
+    const std::optional<GitVersion> version = GitVersion::parse(versionText);
+    if (version && *version >= leastGitVersion)
         return;
-    throw LaunchError(LaunchError::Cause::other,
-                      "Git " + std::to_string(leastMajor) + "." + std::to_string(leastMinor) +
+    throw LaunchError(LaunchCause::gitTooOld,
+                      "Git " + std::to_string(leastGitVersion.major) + "." + std::to_string(leastGitVersion.minor) +
                           " or newer is needed, but “" + path().string() + "” is " +
-                          std::string(read ? trimmed(versionText) : "of an unknown version") + ".");
+                          std::string(version ? trimmed(versionText) : "of an unknown version") + ".");
 }
 
 void GitExecutable::requireSupported()
 {
-    // A call that throws leaves the flag unset, so that a git installed meanwhile is found.
-    static std::once_flag checked;
-    std::call_once(checked, [] { checkVersion(GitRunner("/").run({"version"})); });
+    if (gitVersion() < leastGitVersion)
+        checkVersion(GitRunner("/").run({"version"}));
 }
 
 } // namespace gitkit

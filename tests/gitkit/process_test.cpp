@@ -2,6 +2,7 @@
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitExecutable.h"
 #include "GitKit/runner/GitRunner.h"
+#include "GitKit/runner/GitVersion.h"
 #include "GitKit/runner/Process.h"
 #include "GitKit/runner/Progress.h"
 #include "tests/support/TemporaryFolder.h"
@@ -242,10 +243,40 @@ TEST(GitExecutable, RefusesAVersionThatIsTooOldByName)
         GitExecutable::checkVersion("git version 2.30.9\n");
         FAIL() << "accepted";
     } catch (const LaunchError& error) {
+        EXPECT_EQ(error.cause(), LaunchCause::gitTooOld);
         EXPECT_NE(std::string(error.what()).find("2.31"), std::string::npos);
         EXPECT_NE(std::string(error.what()).find("2.30.9"), std::string::npos);
     }
     EXPECT_THROW(GitExecutable::checkVersion("zsh: command not found"), LaunchError);
+}
+
+TEST(GitVersion, IsReadFromWhatGitPrintsAndComparedByItsNumbers)
+{
+    EXPECT_EQ(GitVersion::parse("git version 2.39.5 (Apple Git-154)\n"), (GitVersion{2, 39}));
+    EXPECT_EQ(GitVersion::parse("git version 2.45.GIT"), (GitVersion{2, 45}));
+    for (const char* text : {"", "git version", "git version 2", "git version 2.", "git version x.1", "version 2.39"})
+        EXPECT_EQ(GitVersion::parse(text), std::nullopt) << text;
+    EXPECT_LT((GitVersion{2, 9}), (GitVersion{2, 31}));
+    EXPECT_GT((GitVersion{3, 0}), (GitVersion{2, 55}));
+    EXPECT_EQ(gitVersion(), GitVersion::parse(GitRunner("/").run({"version"})));
+}
+
+TEST(GitVersion, KnowsWhatThisGitCan)
+{
+    // Git itself is asked for the abilities that show in one command.
+    const TestRepository repo;
+    const auto offers = [&](const std::vector<std::string>& command) {
+        int status = 0;
+        const std::string said = runPlainGit(repo.path(), command, status);
+        return said.find("is not a git command") == std::string::npos &&
+               said.find("unknown option") == std::string::npos && said.find("unknown field") == std::string::npos &&
+               said.find("usage: git merge-tree <base") == std::string::npos;
+    };
+    EXPECT_EQ(can(Ability::runsHooks), offers({"hook", "run", "--ignore-missing", "none"}));
+    EXPECT_EQ(can(Ability::stashesStaged), offers({"stash", "push", "--staged"}));
+    EXPECT_EQ(can(Ability::mergesInMemory), offers({"merge-tree", "--write-tree", "x", "y"}));
+    EXPECT_EQ(can(Ability::fetchesForPrograms), offers({"fetch", "--porcelain", "."}));
+    EXPECT_EQ(can(Ability::countsAheadBehind), offers({"for-each-ref", "--format=%(ahead-behind:HEAD)"}));
 }
 
 TEST(GitRunner, ReportsWhatGitSaid)
