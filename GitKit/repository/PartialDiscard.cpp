@@ -2,14 +2,17 @@
 #include "GitKit/repository/PartialDiscard.h"
 
 #include "GitKit/Text.h"
+#include "GitKit/UniqueFd.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/StaleChange.h"
 
+#include <cerrno>
 #include <cstdint>
-#include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,26 +41,51 @@ std::optional<std::string> fileBytes(const std::filesystem::path& file)
     return bytes;
 }
 
-/// Puts bytes in a file's place in one step, with the mode that the file has or had.
+[[noreturn]] void throwUnwritable(const std::filesystem::path& file)
+{
+    throw GitError("apply", 1, "“" + repairedUtf8(file.string()) + "” could not be written.");
+}
+
+/// A new, empty file beside `file`; not open when none can be made. The kernel applies the user's mask to its mode:
+/// asking for the mask would mean to change it for the whole process.
+UniqueFd makeBeside(const std::filesystem::path& file, std::string& name)
+{
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        name = file.string() + ".plovik-" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
+        UniqueFd made(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
+        if (made || errno != EEXIST)
+            return made;
+    }
+    return {};
+}
+
+bool writeAll(const UniqueFd& descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor.get(), bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// Puts bytes in a file's place in one step. An existing file's mode is kept.
 void replaceFile(const std::filesystem::path& file, const std::string& bytes)
 {
     struct stat previous{};
     const bool hasMode = ::lstat(file.c_str(), &previous) == 0;
-    std::string temporary = file.string() + ".plovik-XXXXXX";
-    const int descriptor = ::mkstemp(temporary.data());
-    if (descriptor < 0)
-        throw GitError("apply", 1, "“" + repairedUtf8(file.string()) + "” could not be written.");
-    // A temporary file is its owner's alone; a new file is for whom the user's mask allows.
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    ::fchmod(descriptor, hasMode ? previous.st_mode & 07777U : 0666U & ~mask);
-    ::close(descriptor);
-    std::ofstream stream(temporary, std::ios::binary);
-    stream << bytes;
-    stream.close();
-    if (!stream || ::rename(temporary.c_str(), file.c_str()) != 0) {
+    std::string temporary;
+    UniqueFd descriptor = makeBeside(file, temporary);
+    if (!descriptor)
+        throwUnwritable(file);
+    const bool isWritten = (!hasMode || ::fchmod(descriptor.get(), previous.st_mode & 07777U) == 0) &&
+                           writeAll(descriptor, bytes) && ::close(descriptor.release()) == 0;
+    if (!isWritten || ::rename(temporary.c_str(), file.c_str()) != 0) {
         ::unlink(temporary.c_str());
-        throw GitError("apply", 1, "“" + repairedUtf8(file.string()) + "” could not be written.");
+        throwUnwritable(file);
     }
 }
 
@@ -93,7 +121,8 @@ void undoDiscard(const GitRepository& repo, const PartialDiscard& discard)
 {
     const std::filesystem::path file = repo.root() / discard.path;
     if (fileBytes(file) != discard.after)
-        throw GitError("apply", 1, "The file has changed since the discard, so that it cannot be taken back any more.");
+        throw GitError("apply", 1, "The file has changed since the discard, so that it cannot be taken back any more.",
+                       ErrorKind::changedMeanwhile);
     if (discard.before)
         replaceFile(file, *discard.before);
     else

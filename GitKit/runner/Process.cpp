@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/runner/Process.h"
 
+#include "GitKit/UniqueFd.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/ProcessExchange.h"
-#include "GitKit/runner/UniqueFd.h"
 
 #include <array>
 #include <cerrno>

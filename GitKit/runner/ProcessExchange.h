@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/UniqueFd.h"
 #include "GitKit/runner/Process.h"
-#include "GitKit/runner/UniqueFd.h"
 
 #include <string>
 #include <sys/types.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/UniqueFd.h"
 #include "GitKit/runner/Process.h"
-#include "GitKit/runner/UniqueFd.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestRepository.h"
 

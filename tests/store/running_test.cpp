@@ -2,7 +2,7 @@
 #include "tests/store/ManualWorker.h"
 #include "tests/support/TestRepository.h"
 
-#include "GitKit/runner/UniqueFd.h"
+#include "GitKit/UniqueFd.h"
 #include "app/store/RepositoryStore.h"
 
 #include <QCoreApplication>

@@ -29,7 +29,7 @@ using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 
 OpenFolder openFolder(const std::string& path)
 {
-    UniqueFd fd(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    gitkit::UniqueFd fd(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     OpenFolder folder(fd ? ::fdopendir(fd.get()) : nullptr);
     if (folder)
         fd.release();

@@ -39,7 +39,7 @@ private:
     std::mutex posting_;
     std::atomic<bool> stopped_ = false;
     FileEventCallbacks callbacks_; // main thread only
-    UniqueFd wake_;
+    gitkit::UniqueFd wake_;
 };
 
 /// The changes of one batch while they are collected.

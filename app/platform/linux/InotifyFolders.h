@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/platform/linux/UniqueFd.h"
+#include "GitKit/UniqueFd.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -54,7 +54,7 @@ private:
 
     Folders::iterator remove(Folders::iterator folder);
 
-    UniqueFd inotify_;
+    gitkit::UniqueFd inotify_;
     std::size_t most_;
     std::uint32_t walk_ = 0;
     Folders folders_;

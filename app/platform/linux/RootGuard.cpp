@@ -33,8 +33,8 @@ std::optional<FolderIdentity> folderAt(const std::string& path)
 void RootGuard::arm(const std::vector<std::string>& roots)
 {
     // A new instance rather than the old one mended: there are a dozen watches at most.
-    inotify_ = UniqueFd(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
-    mounts_ = UniqueFd();
+    inotify_ = gitkit::UniqueFd(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+    mounts_ = gitkit::UniqueFd();
     const std::vector<Root> before = std::exchange(roots_, {});
     for (const std::string& path : roots) {
         const auto known = std::ranges::find(before, path, &Root::path);
@@ -42,7 +42,7 @@ void RootGuard::arm(const std::vector<std::string>& roots)
         roots_.push_back({path, known != before.end() ? known->identity : folderAt(path)});
         watchAbove(path);
         if (!mounts_ && !folderAt(path))
-            mounts_ = UniqueFd(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
+            mounts_ = gitkit::UniqueFd(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
     }
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/platform/linux/UniqueFd.h"
+#include "GitKit/UniqueFd.h"
 
 #include <cstdint>
 #include <optional>
@@ -48,8 +48,8 @@ private:
 
     void watchAbove(std::string path);
 
-    UniqueFd inotify_;
-    UniqueFd mounts_;
+    gitkit::UniqueFd inotify_;
+    gitkit::UniqueFd mounts_;
     std::vector<Root> roots_;
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/platform/Trash.h"
 
-#include "app/platform/linux/UniqueFd.h"
+#include "GitKit/UniqueFd.h"
 
 #include <QCoreApplication>
 #include <QString>
@@ -39,16 +39,17 @@ struct Text {
 }
 
 /// Returns a descriptor that stays on this file when the file is moved.
-UniqueFd descriptorOf(const std::filesystem::path& path)
+gitkit::UniqueFd descriptorOf(const std::filesystem::path& path)
 {
-    return UniqueFd(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)); // NOLINT(cppcoreguidelines-pro-type-vararg)
+    return gitkit::UniqueFd(
+        ::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)); // NOLINT(cppcoreguidelines-pro-type-vararg)
 }
 
 } // namespace
 
 void moveToTrash(const std::filesystem::path& path)
 {
-    const UniqueFd file = descriptorOf(path);
+    const gitkit::UniqueFd file = descriptorOf(path);
     struct stat before{};
     if (file.get() < 0 || ::fstat(file.get(), &before) != 0)
         fail(path, g_strerror(errno));

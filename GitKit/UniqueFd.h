@@ -4,9 +4,9 @@
 #include <unistd.h>
 #include <utility>
 
-namespace plovik {
+namespace gitkit {
 
-/// Owns one file descriptor; -1 is none.
+/// Owns one file descriptor and closes it; -1 when it owns none.
 class UniqueFd {
 public:
     UniqueFd() = default;
@@ -17,19 +17,23 @@ public:
         std::swap(fd_, other.fd_);
         return *this;
     }
-    ~UniqueFd()
-    {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
+    ~UniqueFd() { reset(); }
 
     int get() const { return fd_; }
     explicit operator bool() const { return fd_ >= 0; }
+
     /// Hands the descriptor over to the caller.
     int release() { return std::exchange(fd_, -1); }
+
+    void reset()
+    {
+        if (fd_ >= 0)
+            ::close(fd_);
+        fd_ = -1;
+    }
 
 private:
     int fd_ = -1;
 };
 
-} // namespace plovik
+} // namespace gitkit
