@@ -10,13 +10,13 @@ namespace gitkit {
 
 namespace {
 
-/// The lanes between two rows: the hash that each waits for, empty where a lane is free. The views are of the commits
-/// that are laid out.
+/// The lanes between two rows: each holds the hash of the commit that it leads to, and is empty when it is free. The
+/// views point into the commits that are laid out.
 class Lanes {
 public:
     std::size_t size() const { return waiting_.size(); }
 
-    /// The lowest lane that waits for `hash`.
+    /// Returns the leftmost lane that leads to `hash`.
     std::optional<std::size_t> awaiting(std::string_view hash) const
     {
         const auto found = std::ranges::find(waiting_, hash);
@@ -25,7 +25,7 @@ public:
         return static_cast<std::size_t>(found - waiting_.begin());
     }
 
-    /// The lowest free lane, a new one at the right when there is none.
+    /// Returns the leftmost free lane; adds one at the right when all are taken.
     std::size_t free()
     {
         if (const auto lane = awaiting({}))
@@ -36,7 +36,7 @@ public:
 
     void await(std::size_t lane, std::string_view hash) { waiting_[lane] = hash; }
 
-    /// Sorts the lanes into those that end at `hash`, which become free, and those that run past it.
+    /// Divides the lanes into those that end at `hash`, which become free, and those that pass it.
     void arrive(std::string_view hash, GraphRow& row)
     {
         for (std::size_t lane = 0; lane < waiting_.size(); ++lane) {
@@ -61,7 +61,7 @@ private:
     std::vector<std::string_view> waiting_;
 };
 
-/// The lane that leads from `commit`'s dot in `own` to its parent number `index`.
+/// Returns the lane from the dot of `commit`, which is in lane `own`, to its parent number `index`.
 std::size_t placeParent(Lanes& lanes, const Commit& commit, std::size_t index, std::size_t own)
 {
     const std::string_view parent = commit.parents[index];

@@ -11,11 +11,12 @@ namespace gitkit {
 
 /// The branch-and-merge graph beside a list of commits.
 struct CommitGraph {
-    std::vector<GraphRow> rows; ///< one a commit, in the commits' order
-    int laneCount = 1;          ///< the widest that the graph gets; never below 1
+    std::vector<GraphRow> rows; ///< one for each commit, in the order of the commits
+    int laneCount = 1;          ///< the number of lanes in the widest row; at least 1
 
-    /// Lays out commits given newest first. Lanes never move; a freed lane is taken again by the next line that needs
-    /// one. A parent outside the list keeps its lane to the last row. Costs commits times lanes.
+    /// Lays out commits, which are given newest first. Lanes never move, and the next line that needs a lane takes the
+    /// first free one. A parent outside the list keeps its lane to the last row. Takes time in proportion to commits
+    /// times lanes.
     static CommitGraph layout(std::span<const Commit> commits);
 
     bool operator==(const CommitGraph&) const = default;

@@ -36,7 +36,7 @@ constexpr PatchLine::Side targetSide(PatchDirection direction)
     return direction == PatchDirection::forward ? PatchLine::Side::old : PatchLine::Side::now;
 }
 
-/// What a diff's line is in a patch where `selected` of its changes are made; nothing when the line is left out.
+/// Returns a diff's line as a patch of the `selected` changes has it; nullopt when the patch leaves it out.
 std::optional<PatchLine> lineInPatch(const DiffLine& line, bool selected, PatchDirection direction)
 {
     using Side = PatchLine::Side;
@@ -45,7 +45,7 @@ std::optional<PatchLine> lineInPatch(const DiffLine& line, bool selected, PatchD
     const Side own = line.kind == DiffLine::Kind::deletion ? Side::old : Side::now;
     if (selected)
         return PatchLine{own, &line.bytes(), false};
-    // An unselected change is as the target has it: kept where it is there, absent where it is not.
+    // The target side keeps an unselected line that it has, and does not get one that it lacks.
     if (own == targetSide(direction))
         return PatchLine{Side::both, &line.bytes(), false};
     return std::nullopt;
@@ -77,7 +77,7 @@ Hunk hunkInPatch(std::span<const DiffLine> body, const std::set<int>& selected, 
     return hunk;
 }
 
-/// Where lines would be glued to a line that ends the file without a newline, that line gets one on the produced side.
+/// Adds a newline on the produced side to a line that ended the file without one and is now followed by others.
 void keepLinesApart(std::vector<PatchLine>& lines, PatchDirection direction)
 {
     const PatchLine::Side produced = producedSide(direction);
@@ -88,7 +88,7 @@ void keepLinesApart(std::vector<PatchLine>& lines, PatchDirection direction)
             continue;
         if (line.endsFile && somethingFollows) {
             if (line.side == PatchLine::Side::both) {
-                // The target's line without its newline becomes the same line with one.
+                // Replace the target's line by the same line with a newline.
                 PatchLine with = line;
                 PatchLine without = line;
                 with.side = produced;
@@ -115,13 +115,13 @@ struct HunkCounts {
     int now = 0;
 };
 
-/// `shift` is by how much the hunks before this one make the new side longer.
+/// `shift` is the number of lines that the hunks before this one add to the new side.
 std::string hunkHeader(std::string_view original, HunkCounts counts, int shift, PatchDirection direction)
 {
     const HunkStart start = HunkStart::of(original);
     int old = start.old;
     int now = start.now;
-    // A side without lines is said to start at the line before it.
+    // By convention a side without lines starts at the line before it.
     if (direction == PatchDirection::forward)
         now = old + (counts.old == 0 ? 1 : 0) + shift - (counts.now == 0 ? 1 : 0);
     else
@@ -178,7 +178,7 @@ bool hasMode(std::string_view header, std::string_view mode)
     return false;
 }
 
-/// "--- a/x" as "+++ b/x" and the other way round. Only the leading prefix changes, also inside git's quotes.
+/// Turns "--- a/x" into "+++ b/x" and back. Changes the leading prefix only, which may be inside git's quotes.
 std::string mirroredName(std::string_view line, std::string_view marker, char prefix)
 {
     std::string name(line.substr(3));
@@ -188,8 +188,8 @@ std::string mirroredName(std::string_view line, std::string_view marker, char pr
     return std::string(marker) + name;
 }
 
-/// A header for less than all of a file's changes: it neither creates nor deletes the file as a whole on the side that
-/// keeps it, and it leaves the file's mode alone.
+/// Returns a header for a part of a file's changes. It neither creates nor deletes a file that stays on both sides, and
+/// it does not change the mode.
 std::string headerForPart(std::string_view header, PatchDirection direction)
 {
     const bool forward = direction == PatchDirection::forward;

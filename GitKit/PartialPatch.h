@@ -11,24 +11,24 @@
 
 namespace gitkit {
 
-/// Whether selections of `diff` can be applied, other than all of it.
+/// Returns why parts of `diff` cannot be applied; `none` when they can.
 PartialRefusal partialRefusal(const ParsedDiff& diff);
 
-/// A patch, as bytes, that makes (or, in reverse, takes back) just the changes whose ids are in `selected`; what is not
-/// selected stays as the target side has it. Ids that are no changes are ignored. Nothing when no change is selected or
-/// the diff allows none (partialRefusal), unless all of a symlink or submodule is selected.
+/// Returns a patch, as bytes, that makes (or, in reverse, undoes) only the changes whose ids are in `selected`. All
+/// other lines stay as they are on the target side. Ids of lines that are no changes are ignored. Returns nullopt when
+/// no change is selected and when partialRefusal() forbids it, except for all of a symlink or submodule.
 ///
-/// Lines are never glued: where the file's last line has no final newline and the patch puts another line behind it,
-/// the patch gives it one.
+/// The patch never joins two lines: if the file's last line has no newline and another line is added after it, the
+/// patch gives it one.
 std::optional<std::string> partialPatch(const ParsedDiff& diff, const std::set<int>& selected,
                                         PatchDirection direction);
 
-/// The selected changes of `path`'s diff as something to apply; nothing where partialPatch() gives nothing.
+/// Returns partialPatch() with what is needed to apply it to `path`; nullopt when that returns nullopt.
 std::optional<PartialChange> partialChange(const std::string& path, const ParsedDiff& diff,
                                            const std::set<int>& selected, PatchDirection direction);
 
-/// The blob that a patch of `diff` in `direction` may be applied to, as its header names it: possibly abbreviated, all
-/// zeros for a file that is not there. Nothing when the header names none.
+/// Returns the blob that a patch of `diff` in `direction` may be applied to, as the header names it: it may be
+/// abbreviated, and is all zeros when there is no file. Returns nullopt when the header names no blob.
 std::optional<std::string> blobBefore(const ParsedDiff& diff, PatchDirection direction);
 
 } // namespace gitkit

@@ -17,8 +17,8 @@ struct Sequence {
 
 unsigned byteAt(std::string_view bytes, std::size_t index) { return static_cast<unsigned char>(bytes[index]); }
 
-/// How many continuation bytes follow `lead`, and the range that the first of them must lie in. That range is what
-/// keeps out overlong forms, surrogates and code points past U+10FFFF.
+/// Returns how many continuation bytes follow `lead` and the range of the first of them, which excludes overlong forms,
+/// surrogates and code points above U+10FFFF.
 struct LeadByte {
     std::size_t continuations = 0;
     unsigned low = 0x80;
@@ -36,8 +36,8 @@ LeadByte readLead(unsigned lead)
     return {};
 }
 
-/// The sequence at `start`, which is no ASCII byte. An invalid one is as long as it could have been right, so that a
-/// character cut short becomes one U+FFFD and not several.
+/// Reads the sequence at `start`, which is not an ASCII byte. An invalid sequence ends where it stops being valid, so
+/// that a truncated character becomes one U+FFFD and not several.
 Sequence sequenceAt(std::string_view bytes, std::size_t start)
 {
     const LeadByte lead = readLead(byteAt(bytes, start));
@@ -57,8 +57,8 @@ Sequence sequenceAt(std::string_view bytes, std::size_t start)
     return {length, length == lead.continuations + 1};
 }
 
-/// The index of the first byte that is no ASCII, at or after `start`. Looks at eight bytes at a time: nearly all text
-/// that git prints is ASCII, and this runs over all of it.
+/// Returns the index of the first byte at or after `start` that is not ASCII. Looks at eight bytes at a time, because
+/// this runs over everything that git prints and nearly all of it is ASCII.
 std::size_t skipAscii(std::string_view bytes, std::size_t start)
 {
     constexpr std::uint64_t highBits = 0x8080808080808080u;

@@ -10,16 +10,16 @@ namespace gitkit {
 /// Whether `bytes` are well-formed UTF-8.
 bool isUtf8(std::string_view bytes);
 
-/// `bytes` with every invalid UTF-8 sequence replaced by U+FFFD; a copy when there is none.
+/// Returns `bytes` with every invalid UTF-8 sequence replaced by U+FFFD.
 std::string repairedUtf8(std::string bytes);
 
-/// `text` without the blanks and line ends around it.
+/// Returns `text` without the characters of `blanks` at both ends.
 std::string_view trimmed(std::string_view text, std::string_view blanks = " \t\r\n\v\f");
 
-/// `text` without the line feed at its end.
+/// Returns `text` without one line feed at its end.
 std::string_view withoutLineEnd(std::string_view text);
 
-/// The pieces of a list in which a zero byte ends each; the last may lack its own.
+/// Returns the pieces of a list in which every piece ends with a zero byte. The last zero byte may be missing.
 std::vector<std::string> splitNul(std::string_view text);
 
 } // namespace gitkit

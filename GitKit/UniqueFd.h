@@ -6,7 +6,7 @@
 
 namespace gitkit {
 
-/// Owns one file descriptor and closes it; -1 when it owns none.
+/// Owns a file descriptor and closes it. Holds -1 when it owns no descriptor.
 class UniqueFd {
 public:
     UniqueFd() = default;

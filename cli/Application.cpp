@@ -24,7 +24,7 @@ bool isSet(const char* variable)
     return value && *value;
 }
 
-/// Beside the program itself, whatever link it was called by, so that both can be moved together.
+/// Returns the path of the application beside this program, so that both can be moved together. Follows links.
 fs::path application()
 {
     std::error_code error;
@@ -34,7 +34,7 @@ fs::path application()
     return program.parent_path() / "plovik-app";
 }
 
-/// The application lives on when the terminal closes, and must not hold its folder or its streams.
+/// Makes the application independent of the terminal: it survives its end and holds neither its folder nor streams.
 class Detachment {
 public:
     Detachment()
@@ -61,7 +61,7 @@ public:
     Detachment(const Detachment&) = delete;
     Detachment& operator=(const Detachment&) = delete;
 
-    /// 0, or the error number for which the program did not start.
+    /// Returns 0, or the error number if the program did not start.
     int start(std::vector<std::string> command) const
     {
         std::vector<char*> arguments;
@@ -82,7 +82,7 @@ private:
 
 void openInApplication(std::span<const fs::path> folders)
 {
-    // Windowing libraries end a program that finds no display, and by then nobody hears why.
+    // Without a display the toolkit would end the application, and its message would not reach the terminal.
     if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))
         throw LaunchFailure("There is no display to open Plovik on: neither DISPLAY nor WAYLAND_DISPLAY is set.");
 
@@ -90,7 +90,7 @@ void openInApplication(std::span<const fs::path> folders)
     std::vector<std::string> command{program.string(), "--"};
     for (const fs::path& folder : folders)
         command.push_back(folder.string());
-    // What the application starts would otherwise be told of a folder that it does not run in.
+    // Otherwise programs that the application starts would inherit a wrong PWD.
     ::setenv("PWD", "/", 1);
     if (const int error = Detachment().start(std::move(command)); error != 0)
         throw LaunchFailure("“" + shownName(program.string()) +

@@ -26,7 +26,7 @@ std::variant<OpenCommand, CommandAnswer> parseCommandLine(std::span<char* const>
     OpenCommand command;
     bool onlyFolders = false;
     for (const std::string_view argument : arguments) {
-        // A lone dash is a name like any other.
+        // A single dash is an ordinary name.
         if (onlyFolders || argument == "-" || !argument.starts_with('-'))
             command.folders.emplace_back(argument);
         else if (argument == "--")

@@ -8,18 +8,18 @@
 
 namespace plovik {
 
-/// What is to be opened, as it was typed.
+/// The folders to open, as they were typed.
 struct OpenCommand {
     std::vector<std::string> folders; ///< never empty
 };
 
-/// A command line that ends at once: what to print, and the exit status.
+/// The result of a command line that opens nothing: what to print, and the exit status.
 struct CommandAnswer {
     std::string text;
-    int status = 0; ///< 0 goes to standard output, everything else to standard error
+    int status = 0; ///< the text goes to standard output for 0, otherwise to standard error
 };
 
-/// Reads the arguments after the program's name. Without a folder the current one is meant.
+/// Reads the arguments after the program's name. The current folder is opened when none is named.
 std::variant<OpenCommand, CommandAnswer> parseCommandLine(std::span<char* const> arguments);
 
 } // namespace plovik

@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What was typed tells more than "."; where there is no current folder any more, it is all there is.
+/// Quotes what was typed. For ".", quotes the path of the current folder if it still exists.
 std::string quoted(const std::string& name)
 {
     std::error_code gone;
@@ -34,13 +34,13 @@ fs::path folderOf(const std::string& name)
     const fs::file_status status = fs::status(path, error);
     if (fs::is_directory(status))
         return fs::canonical(path, error);
-    // A link to a file lies where it lies, wherever it leads.
+    // For a link to a file, the folder of the link counts.
     if (!fs::exists(fs::symlink_status(path, error)))
         return {};
     return fs::canonical(path.has_parent_path() ? path.parent_path() : fs::path("."), error);
 }
 
-/// The first line of what git said, as a sentence.
+/// Returns the first line of what git said, as a sentence.
 std::string reason(const std::exception& failure)
 {
     const auto* const refusal = dynamic_cast<const gitkit::GitError*>(&failure);

@@ -7,13 +7,13 @@
 
 namespace plovik {
 
-/// A folder that cannot be opened; what() is a sentence for the user that names it.
+/// Thrown for a folder that cannot be opened. what() is a sentence for the user that names the folder.
 struct UnopenableFolder : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// The folder that `name` stands for, absolute and without links: itself, or the one that holds it when it is a file.
-/// Runs git and throws UnopenableFolder unless the folder is in a repository's working tree.
+/// Returns the folder that `name` means, absolute and without links: `name` itself, or its parent if it is a file. Runs
+/// git, and throws UnopenableFolder unless the folder is in a repository's working tree.
 std::filesystem::path repositoryFolder(const std::string& name);
 
 } // namespace plovik

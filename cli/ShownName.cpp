@@ -27,7 +27,7 @@ std::string shownName(std::string_view bytes)
     for (std::size_t i = 0; i < text.size(); ++i) {
         const auto character = static_cast<unsigned char>(text[i]);
         const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0U;
-        // The second range of controls takes two bytes in UTF-8: C2 80 to C2 9F.
+        // The second range of control characters is C2 80 to C2 9F in UTF-8.
         if (character == 0xC2 && next < 0xA0)
             shown += escaped(static_cast<unsigned char>(text[++i]));
         else if (character < 0x20 || character == 0x7F)

@@ -6,8 +6,8 @@
 
 namespace plovik {
 
-/// A name of any bytes as text for a terminal: what is no UTF-8 is replaced, and control characters, which the terminal
-/// would obey, are written as escapes.
+/// Returns a name of any bytes as text for a terminal: bytes that are not UTF-8 are replaced, and control characters,
+/// which the terminal would obey, are written as escapes.
 std::string shownName(std::string_view bytes);
 
 } // namespace plovik

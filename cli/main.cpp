@@ -18,7 +18,7 @@ int print(const plovik::CommandAnswer& answer)
     return written ? answer.status : 1;
 }
 
-/// Opens those that can be opened, and says why of each other one.
+/// Opens the folders that can be opened, and prints why for each of the others.
 int open(const plovik::OpenCommand& command)
 {
     int status = 0;

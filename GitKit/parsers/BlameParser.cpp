@@ -37,7 +37,7 @@ std::optional<int> numberIn(std::string_view word)
     return error == std::errc{} && end == word.data() + word.size() ? std::optional(number) : std::nullopt;
 }
 
-/// The numbers of a header: the line's in its commit, and the line's in the blamed file.
+/// The two numbers in a header: those of the line in its commit and in the blamed file.
 struct Numbers {
     std::optional<int> original, final;
 
@@ -80,14 +80,14 @@ public:
     }
 
 private:
-    /// A commit with lines from several files names them again and again.
+    /// Keeps one origin for each commit and path, because git repeats them when a commit wrote lines in several files.
     static void takeOrigin(Info& info, BlameOrigin origin)
     {
         if (!info.origin || *info.origin != origin)
             info.origin = std::make_shared<const BlameOrigin>(std::move(origin));
     }
 
-    std::optional<BlameOrigin::Place> previous_; ///< stands before the name of the file that it belongs to
+    std::optional<BlameOrigin::Place> previous_; ///< printed before the name of the file that it belongs to
 };
 
 } // namespace
@@ -96,7 +96,7 @@ std::vector<BlameLine> BlameParser::parse(std::string_view output)
 {
     std::vector<BlameLine> lines;
     std::map<std::string, Info, std::less<>> commits;
-    auto current = commits.emplace().first; // the empty hash, for lines before any header
+    auto current = commits.emplace().first; // an empty hash, for lines before the first header
     Keys keys;
     int number = 0;
     int originalNumber = 0;

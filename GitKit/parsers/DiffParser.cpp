@@ -18,7 +18,7 @@ class Reader {
 public:
     explicit Reader(int maxLines) : maxLines_(static_cast<std::size_t>(maxLines)) {}
 
-    /// False when no more is read.
+    /// Returns false when no more lines are wanted.
     bool take(std::string_view piece, bool isLast)
     {
         if (diff_.lines.size() >= maxLines_) {
@@ -39,7 +39,7 @@ public:
     ParsedDiff finish()
     {
         if (files_ == 1 && isPlain_ && !diff_.isBinary) {
-            // The text's own final line feed left an empty piece where no hunk follows the header.
+            // When no hunk follows the header, the line feed at the end of the text leaves an empty piece.
             if (header_.ends_with('\n'))
                 header_.pop_back();
             diff_.patchHeader = std::move(header_);
@@ -71,7 +71,7 @@ private:
 
     void takeHunkLine(std::string_view piece, bool isLast)
     {
-        // Git can be told to print an empty context line without its blank; only the text's end is no line.
+        // Git can be told to print an empty context line without its blank. Only the last piece is no line.
         if (piece.empty()) {
             if (!isLast)
                 add(DiffLine::Kind::context, piece, old_++, new_++);
@@ -107,7 +107,7 @@ private:
         addToHeader(piece);
     }
 
-    /// "old..new", and the mode where it stays the same.
+    /// Reads "old..new", and the mode if it stays the same.
     void takeBlobs(std::string_view text)
     {
         const std::size_t dots = text.find("..");

@@ -8,7 +8,7 @@
 
 namespace gitkit {
 
-/// Reads the unified diffs that git prints. Pure; never fails: what it does not know it skips.
+/// Reads the unified diffs that git prints. Pure; never fails, and skips unknown lines.
 class DiffParser {
 public:
     /// The longest diff that is shown, in lines.

@@ -12,8 +12,8 @@ namespace {
 
 using Ranks = std::array<unsigned char, 256>;
 
-/// The order of single bytes: the folder separator first, so that a folder's files stay together, then other signs,
-/// digits, letters, and last whatever is no ASCII.
+/// The order of single bytes: first the folder separator, so that a folder's files stay together, then other signs,
+/// digits, letters, and last all bytes that are not ASCII.
 constexpr Ranks makeRanks()
 {
     constexpr std::string_view order = "/ _-,;:!?.'\"()[]{}@*\\&#%`^+<=>|~$0123456789";
@@ -36,7 +36,7 @@ constexpr Ranks makeRanks()
 
 constexpr Ranks ranks = makeRanks();
 
-/// The plain letters that stand for U+00C0 to U+017F in the order; '?' where there is none.
+/// The plain letters by which U+00C0 to U+017F are ordered; '?' for a character without one.
 constexpr std::string_view plainLetters = "aaaaaaaceeeeiiiidnooooo?ouuuuytsaaaaaaaceeeeiiiidnooooo?ouuuuyty"
                                           "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkkllllllllll"
                                           "nnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
@@ -46,7 +46,7 @@ bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
 void append(std::string& keys, unsigned value) { keys += static_cast<char>(static_cast<unsigned char>(value)); }
 
-/// A number orders by how many digits it has, then by them; leading zeros do not count.
+/// Numbers are ordered by how many digits they have, then by the digits. Leading zeros do not count.
 std::size_t appendNumber(std::string& keys, std::string_view path, std::size_t start)
 {
     std::size_t end = start;
@@ -64,7 +64,7 @@ std::size_t appendNumber(std::string& keys, std::string_view path, std::size_t s
     return end;
 }
 
-/// Lower case of the Greek and Cyrillic capitals; the rest as it is.
+/// Returns the lower case of Greek and Cyrillic capitals, and every other character unchanged.
 unsigned lowered(unsigned codePoint)
 {
     if ((codePoint >= 0x391 && codePoint <= 0x3A9) || (codePoint >= 0x410 && codePoint <= 0x42F))
@@ -74,7 +74,7 @@ unsigned lowered(unsigned codePoint)
     return codePoint;
 }
 
-/// Two-byte characters hold all letters that are folded here; longer ones are ordered as they stand.
+/// All letters that are folded here have two bytes. Longer characters are ordered by their bytes.
 std::size_t appendForeign(std::string& keys, std::string_view path, std::size_t start)
 {
     const unsigned lead = static_cast<unsigned char>(path[start]);
@@ -99,8 +99,8 @@ struct Item {
     std::uint32_t index;
 };
 
-/// Merges neighbouring runs that are in order already until one is left. Git prints names sorted by their bytes, so
-/// there are few and long ones, and a list that needs no change costs one comparison an entry.
+/// Merges neighbouring sorted runs until one is left. Git prints names sorted by their bytes, so there are only a few
+/// long runs, and a list that is in order costs one comparison for each entry.
 template <typename Less>
 void mergeRuns(std::vector<Item>& items, const Less& less)
 {

@@ -9,12 +9,12 @@
 
 namespace gitkit {
 
-/// Appends a key whose bytes compare as a file browser orders `path`: folder by folder, upper and lower case and
-/// accented letters alike, runs of digits as numbers.
+/// Appends a key for `path`. Keys compare byte by byte in the order of a file browser: folder by folder, with upper
+/// case, lower case and accented letters alike and runs of digits as numbers.
 void appendDisplayKey(std::string& keys, std::string_view path);
 
-/// Sorts `files` by their paths as a file browser does; paths that it takes for equal by their bytes. Stable. Costs
-/// little where git's order already agrees.
+/// Sorts `files` by their paths as a file browser does, and paths that are equal there by their bytes. Stable. Fast
+/// where git's order is the same.
 void sortForDisplay(std::vector<FileChange>& files);
 
 } // namespace gitkit

@@ -13,11 +13,11 @@
 
 namespace gitkit {
 
-/// What git is asked to print between the fields and between the records of a listing.
+/// The separators that git is asked to print between fields and between records.
 inline constexpr char fieldSeparator = '\x1f';
 inline constexpr char recordSeparator = '\x1e';
 
-/// The non-empty pieces of a text between separators, one after another.
+/// Gives the non-empty pieces of a text between separators, one after another.
 class Pieces {
 public:
     Pieces(std::string_view text, char separator) : rest_(text), separator_(separator) {}
@@ -39,7 +39,7 @@ private:
     char separator_;
 };
 
-/// The first `Count` fields of a text, empty ones included; what they are when there are fewer is nothing.
+/// Returns the first `Count` fields of a text, including empty ones; nullopt when there are fewer.
 template <std::size_t Count>
 std::optional<std::array<std::string_view, Count>> splitFields(std::string_view text, char separator)
 {
@@ -55,7 +55,7 @@ std::optional<std::array<std::string_view, Count>> splitFields(std::string_view 
     return fields;
 }
 
-/// A decimal number; 0 for anything else.
+/// Reads a decimal number. Returns 0 for anything else.
 inline int readNumber(std::string_view text)
 {
     int number = 0;
@@ -64,10 +64,10 @@ inline int readNumber(std::string_view text)
     return error == std::errc() && stop == end ? number : 0;
 }
 
-/// Seconds since 1970, as git prints them; the epoch for anything else.
+/// Reads seconds since 1970, as git prints them. Returns the epoch for anything else.
 inline Date readDate(std::string_view text)
 {
-    constexpr double farthest = 1e15; // thirty million years: past it nothing can show a date
+    constexpr double farthest = 1e15; // thirty million years; later dates cannot be shown
     double seconds = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, seconds);

@@ -71,7 +71,7 @@ std::optional<Commit> parseCommit(std::string_view record)
     return commit;
 }
 
-/// Where the first record separator stands that a line feed, or the end of the output, follows.
+/// Returns the position of the first record separator that is followed by a line feed or by the end of the output.
 std::size_t recordEnd(std::string_view output)
 {
     std::size_t end = output.find(recordSeparator);
@@ -80,7 +80,7 @@ std::size_t recordEnd(std::string_view output)
     return end;
 }
 
-/// At least as many as there are records.
+/// Returns an upper bound of the number of records.
 std::size_t separatorCount(std::string_view output)
 {
     std::size_t count = 0;
@@ -89,7 +89,7 @@ std::size_t separatorCount(std::string_view output)
     return count;
 }
 
-/// Where the first record separator stands that a line feed precedes.
+/// Returns the position of the first record separator that follows a line feed.
 std::size_t nextRecordStart(std::string_view output)
 {
     constexpr std::string_view boundary("\n\x1e");
@@ -121,7 +121,7 @@ std::optional<FileRevision> parseRevision(std::string_view record, std::string_v
 std::vector<Commit> LogParser::parse(std::string_view output)
 {
     std::vector<Commit> commits;
-    // Growing would move a hundred thousand commits several times over.
+    // Without this, growing would move a hundred thousand commits several times.
     commits.reserve(separatorCount(output));
     while (!output.empty()) {
         const std::size_t end = std::min(recordEnd(output), output.size());

@@ -12,7 +12,7 @@ namespace {
 
 bool takesTwoPaths(char status) { return status == 'R' || status == 'C'; }
 
-/// Only around a status: a path may begin or end with a line feed of its own.
+/// Used only around a status, because a path itself may begin or end with a line feed.
 std::string_view withoutLineFeeds(std::string_view text)
 {
     while (text.starts_with('\n'))

@@ -11,10 +11,10 @@ namespace gitkit {
 
 /// Reads git's lists of changed files. Pure; skips what it cannot read. Any thread.
 struct NameStatusParser {
-    /// `output` is what a run with --name-status -z printed. Paths are bytes, whatever they hold.
+    /// `output` is what a run with --name-status -z printed. Paths are bytes.
     static std::vector<CommitFile> parse(std::string_view output);
 
-    /// One line of --name-status without -z, or nothing when it is none.
+    /// Reads one line of --name-status without -z. Returns nullopt for any other line.
     static std::optional<CommitFile> parseLine(std::string_view line);
 };
 

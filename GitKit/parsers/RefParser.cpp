@@ -33,7 +33,7 @@ std::optional<Name> shortName(std::string_view fullName)
     return std::nullopt;
 }
 
-/// The number behind `word` in git's track text, such as "[ahead 2, behind 1]".
+/// Returns the number after `word` in git's track text, such as "[ahead 2, behind 1]".
 int trackNumber(std::string_view track, std::string_view word)
 {
     const std::size_t found = track.find(word);

@@ -13,7 +13,7 @@ struct RefParser {
     static constexpr const char* format =
         "--format=%(refname)%1f%(objectname)%1f%(upstream:short)%1f%(upstream:track)%1f%(HEAD)";
 
-    /// `output` holds one line of `format` a ref. Git's order is kept.
+    /// `output` holds one line of `format` for each ref. Git's order is kept.
     static std::vector<GitRef> parse(std::string_view output);
 };
 

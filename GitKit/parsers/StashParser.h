@@ -13,11 +13,11 @@ namespace gitkit {
 struct StashParser {
     static constexpr const char* format = "--format=%gd%x1f%H%x1f%at%x1f%gs";
 
-    /// `output` holds one line of `format` a stash, newest first.
+    /// `output` holds one line of `format` for each stash, newest first.
     static std::vector<Stash> parse(std::string_view output);
 };
 
-/// Reads what `git remote` prints: one name a line.
+/// Reads what `git remote` prints: one name on each line.
 struct RemoteParser {
     static std::vector<std::string> parse(std::string_view output);
 };

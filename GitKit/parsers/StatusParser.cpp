@@ -38,12 +38,12 @@ void parseHeader(std::string_view line, RepoStatus& status)
         parseAheadBehind(value, status);
 }
 
-/// An entry whose path is the last of `Count` fields and whose letters are the second.
+/// Reads an entry of `Count` fields: the letters are the second and the path is the last.
 template <std::size_t Count>
 std::optional<FileChange> parseEntry(std::string_view record)
 {
     const auto fields = splitFields<Count>(record, ' ');
-    // To git an empty path may mean everything.
+    // An empty path could mean everything when it is given back to git.
     if (!fields || fields->back().empty())
         return std::nullopt;
     const std::string_view letters = (*fields)[1];

@@ -20,20 +20,20 @@ struct BlameLine {
     std::string summary; ///< the commit's subject
     std::string text;    ///< the line's bytes without the newline
 
-    int originalNumber = 0; ///< in the commit that wrote the line, from 1; 0 when git did not tell
-    /// One object for all lines of a commit and a path; null when git did not tell.
+    int originalNumber = 0; ///< in the commit that wrote the line, from 1; 0 if unknown
+    /// Shared by all lines of one commit and path; null if unknown.
     std::shared_ptr<const BlameOrigin> origin = nullptr;
 
     int id() const { return number; }
     std::string_view shortHash() const { return gitkit::shortHash(hash); }
 
-    /// Git names lines that are not committed yet by a hash of zeros.
+    /// Git gives lines that are not committed yet a hash of zeros.
     bool isUncommitted() const
     {
         return std::ranges::all_of(hash, [](char digit) { return digit == '0'; });
     }
 
-    /// Origins are compared by what they say.
+    /// Compares origins by value.
     bool operator==(const BlameLine& other) const
     {
         const bool sameOrigin = origin && other.origin ? *origin == *other.origin : origin == other.origin;

@@ -16,8 +16,8 @@ struct BlameOrigin {
         bool operator==(const Place&) const = default;
     };
 
-    std::string path;              ///< in the lines' commit, as bytes
-    std::optional<Place> previous; ///< nothing where that commit made the file
+    std::string path;              ///< in the commit that wrote the lines, as bytes
+    std::optional<Place> previous; ///< absent when that commit created the file
 
     bool operator==(const BlameOrigin&) const = default;
 };

@@ -6,7 +6,7 @@
 
 namespace gitkit {
 
-/// How many lines of one file a commit adds and removes; nothing for a binary file.
+/// How many lines of one file a commit adds and removes; both are absent for a binary file.
 struct ChangeCounts {
     std::string path; ///< after the commit
     std::optional<int> added;

@@ -13,7 +13,7 @@ namespace gitkit {
 /// The digits of a hash that are shown: the first seven, or all of a shorter one.
 inline std::string_view shortHash(std::string_view hash) { return hash.substr(0, 7); }
 
-/// Whether a hash is all zeros, with which git says that there is none.
+/// Whether a hash is all zeros, which git prints when there is no object.
 inline bool isNoHash(std::string_view hash) { return hash.find_first_not_of('0') == std::string_view::npos; }
 
 /// One row of history.

@@ -11,7 +11,7 @@ struct CommitFile {
     char status = 'M'; ///< git's name-status letter: A, M, D, R, C, T
     std::string path;
     std::optional<std::string> originalPath; ///< before a rename or copy
-    std::optional<std::string> source;       ///< the revision that holds the content when it is not the commit itself
+    std::optional<std::string> source;       ///< the revision with the content, if it is another than the commit
 
     const std::string& id() const { return path; }
 

@@ -5,8 +5,8 @@
 
 namespace gitkit {
 
-/// A point in time as git records it: whole seconds since 1970-01-01 UTC. The epoch stands for a time that git printed
-/// in no readable form.
+/// A point in time as git records it: whole seconds since 1970-01-01 UTC. The epoch means that the time could
+/// not be read.
 using Date = std::chrono::sys_seconds;
 
 } // namespace gitkit

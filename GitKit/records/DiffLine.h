@@ -15,9 +15,9 @@ struct DiffLine {
     std::string text; ///< for showing: without the sign, invalid UTF-8 replaced
     std::optional<int> oldNumber;
     std::optional<int> newNumber;
-    std::optional<std::string> raw; ///< the bytes, where they are not those of `text`
+    std::optional<std::string> raw; ///< the bytes, where `text` differs from them
 
-    /// What goes back to git.
+    /// The bytes that go back to git.
     const std::string& bytes() const { return raw ? *raw : text; }
     bool isChange() const { return kind == Kind::addition || kind == Kind::deletion; }
 

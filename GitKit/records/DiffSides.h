@@ -6,8 +6,8 @@
 
 namespace gitkit {
 
-/// The whole files that a diff compares, as bytes. A side is nothing where there is no file, or where it is larger than
-/// was asked for or not to be had.
+/// The whole files that a diff compares, as bytes. A side is absent when there is no file, when the file is larger than
+/// the limit that was asked for, and when it cannot be read.
 struct DiffSides {
     std::optional<std::string> before;
     std::optional<std::string> after;

@@ -17,7 +17,7 @@ struct FileChange {
     char index = '.';                        ///< staged status letter; '.' unchanged, '?' untracked
     char worktree = '.';                     ///< unstaged status letter; '.' unchanged, '?' untracked
     bool isConflicted = false;
-    bool isSubmodule = false; ///< on any side: a commit of another repository, not a file
+    bool isSubmodule = false; ///< on any side the path is a commit of another repository and no file
 
     const std::string& id() const { return path; }
     bool isUntracked() const { return index == '?'; }

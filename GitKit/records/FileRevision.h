@@ -6,7 +6,7 @@
 
 namespace gitkit {
 
-/// One entry of a file's history: the commit, and the file as that commit changed it, at its path then.
+/// One entry of a file's history: a commit, and the file as that commit changed it, with its path there.
 struct FileRevision {
     Commit commit;
     CommitFile file;

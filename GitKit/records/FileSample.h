@@ -5,7 +5,7 @@
 
 namespace gitkit {
 
-/// What stands at a path, and how a file there begins.
+/// What is at a path, and the beginning of the file there.
 struct FileSample {
     enum class Kind { missing, file, folder, submodule };
 

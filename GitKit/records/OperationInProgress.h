@@ -10,7 +10,7 @@ namespace gitkit {
 
 /// How far an operation of several steps has come.
 struct OperationProgress {
-    int step = 0; ///< of the one that git stopped at, from 1
+    int step = 0; ///< number of the step that git stopped at, from 1
     int total = 0;
 
     bool operator==(const OperationProgress&) const = default;
@@ -18,7 +18,7 @@ struct OperationProgress {
 
 /// The commit or command that git stopped at.
 struct OperationStop {
-    std::string hash; ///< full where git wrote it so; empty for what is no commit
+    std::string hash; ///< abbreviated where git wrote it so; empty when git stopped at a command
     std::string subject;
 
     bool operator==(const OperationStop&) const = default;
@@ -29,15 +29,15 @@ struct BisectProgress {
     std::string good = "good", bad = "bad"; ///< the words for the two sides
     bool isGoodKnown = false;
     bool isBadKnown = false;
-    std::optional<int> stepsLeft = {};       ///< roughly
+    std::optional<int> stepsLeft = {};       ///< git's estimate
     std::optional<OperationStop> found = {}; ///< the first bad commit, once that is known
     std::uintmax_t logSize = 0;              ///< grows with every mark
 
     bool operator==(const BisectProgress&) const = default;
 };
 
-/// What git was in the middle of when it stopped, as far as its own files tell. They may be another version's, or half
-/// written: what they do not tell is absent. Names and subjects are bytes.
+/// The operation that git stopped in, read from git's own files. Another version may have written them, or only half of
+/// them may be there, so everything that could not be read is absent. Names and subjects are bytes.
 struct OperationInProgress {
     enum class Kind { merge, rebase, applyPatches, cherryPick, revert, bisect };
 
@@ -46,17 +46,17 @@ struct OperationInProgress {
     using Bisect = BisectProgress;
 
     Kind kind = Kind::merge;
-    std::optional<std::string> branch = {};  ///< a rebase's: the short name of the branch that is being moved
-    std::vector<std::string> others = {};    ///< full hashes of what is merged, or of what a rebase goes onto
-    std::optional<std::string> mergeOf = {}; ///< the name of what is merged, as the message that git prepared has it
+    std::optional<std::string> branch = {};  ///< short name of the branch that a rebase moves
+    std::vector<std::string> others = {};    ///< full hashes of the merged commits, or of a rebase's new base
+    std::optional<std::string> mergeOf = {}; ///< name of the merged ref in the message that git prepared
     std::optional<Progress> progress = {};
     std::optional<Stop> stop = {};
-    std::optional<std::string> meldsInto = {}; ///< the commit that a rebase's stopped step becomes a part of
-    std::optional<Bisect> bisect = {};         ///< of a bisect only
-    bool appliesPatches = false;               ///< git keeps each commit's author and message beside, not for `commit`
-    bool isIncomplete = false;                 ///< files that git needs to go on or back are missing or damaged
+    std::optional<std::string> meldsInto = {}; ///< the commit that a rebase's stopped step is folded into
+    std::optional<Bisect> bisect = {};         ///< set for a bisect only
+    bool appliesPatches = false;               ///< git keeps author and message where `git commit` does not look
+    bool isIncomplete = false;                 ///< files that git needs to continue or abort are missing or damaged
 
-    /// Whether git knows `--continue` and `--skip` for it.
+    /// Whether git has `--continue` and `--skip` for this operation.
     bool canContinue() const { return kind != Kind::bisect; }
     bool canSkip() const { return kind != Kind::merge && kind != Kind::bisect; }
 

@@ -9,7 +9,7 @@
 
 namespace gitkit {
 
-/// What a diff makes of lines that differ in blanks alone.
+/// Whether a diff shows lines that differ in white space only.
 enum class WhiteSpace { compared, ignored };
 
 /// A parsed patch of one file (or, from some commands, of several).
@@ -19,12 +19,12 @@ struct ParsedDiff {
     bool isTruncated = false; ///< the diff is longer than what was read
     int additions = 0;
     int deletions = 0;
-    /// The file's header lines as bytes, joined by line feeds, without a final one. Only where the diff is of exactly
-    /// one text file, so that parts of it can be applied.
+    /// The file's header lines as bytes, joined by line feeds, without a final one. Present only for a diff of exactly
+    /// one text file, because parts of such a diff can be applied.
     std::optional<std::string> patchHeader;
-    /// The blobs that are compared, where the diff is of exactly one file and names them; all zeros for no file.
+    /// The compared blobs, if the diff is of exactly one file and names them; all zeros when there is no file.
     std::optional<std::string> oldBlob, newBlob;
-    /// Made with white space ignored: it tells what to read, and is nothing to apply.
+    /// A diff that ignores white space is for reading only; it cannot be applied.
     WhiteSpace whiteSpace = WhiteSpace::compared;
 
     bool isEmpty() const { return lines.empty() && !isBinary; }

@@ -10,7 +10,7 @@ namespace detail {
 
 inline bool isOctal(char character) { return character >= '0' && character <= '7'; }
 
-/// The byte that an escape stands for. `rest` begins behind the backslash and is moved behind the escape.
+/// Returns the byte that an escape means. `rest` begins after the backslash and is moved to the end of the escape.
 inline char readEscape(std::string_view& rest)
 {
     if (rest.size() >= 3 && rest[0] <= '3' && isOctal(rest[0]) && isOctal(rest[1]) && isOctal(rest[2])) {
@@ -28,8 +28,8 @@ inline char readEscape(std::string_view& rest)
 
 } // namespace detail
 
-/// The bytes of a name as git prints it where it uses no NULs: one with odd characters stands in quotes, with escapes
-/// as in C.
+/// Returns the bytes of a name that git printed in a list without NULs. There, names with odd characters are quoted and
+/// escaped as in C.
 inline std::string unquotedName(std::string_view name)
 {
     if (name.size() < 2 || !name.starts_with('"') || !name.ends_with('"'))

@@ -6,7 +6,7 @@
 
 namespace gitkit {
 
-/// How many bytes the two files have that a diff compares; nothing where there is none, or where it cannot be told.
+/// How many bytes the two files have that a diff compares; absent when there is no file and when the size is unknown.
 struct SideSizes {
     std::optional<std::uint64_t> before;
     std::optional<std::uint64_t> after;

@@ -14,7 +14,7 @@ namespace gitkit {
 
 namespace {
 
-/// A file of the working tree as git sees it: a symbolic link is the path that it points to.
+/// Reads a file of the working tree as git does: the content of a symbolic link is its target.
 std::optional<std::string> workingFile(const std::filesystem::path& file, std::size_t limit)
 {
     struct stat found{};
@@ -42,7 +42,7 @@ std::optional<std::uint64_t> workingFileSize(const std::filesystem::path& file)
     return static_cast<std::uint64_t>(found.st_size);
 }
 
-/// The size that "hash type size" tells; nothing for a hash that is not there, or is no file.
+/// Reads the size in "hash type size". Returns nullopt when the object is missing and when it is not a blob.
 std::optional<std::size_t> blobSize(std::string_view line)
 {
     const auto fields = splitFields<3>(line, ' ');
@@ -74,7 +74,7 @@ FileSample workingSample(const std::filesystem::path& path, std::size_t bytes)
     return {Kind::file, std::move(beginning)};
 }
 
-/// What "mode type hash<tab>path" says of a path that holds no file.
+/// Reads the kind in "mode type hash<tab>path".
 FileSample::Kind kindOf(std::string_view entry)
 {
     using Kind = FileSample::Kind;
@@ -96,7 +96,7 @@ std::vector<std::optional<std::string>> blobs(const GitRepository& repo, const s
     std::string wanted;
     for (const std::string& hash : hashes)
         wanted += hash + '\n';
-    // The sizes first: a blob of gigabytes is not read to be thrown away.
+    // Ask for the sizes first, so that a blob of gigabytes is not read for nothing.
     const std::string sizes = repo.runner().bytes({"cat-file", "--batch-check"}, {.input = wanted});
     std::vector<std::size_t> readable;
     wanted.clear();
@@ -140,7 +140,7 @@ DiffSides diffSides(const GitRepository& repo, const DiffSource& source, std::si
         sides.before = found[next++];
     if (source.after && !isNoHash(*source.after))
         sides.after = found[next];
-    // What stands in the working tree alone has a hash, but is not kept under it.
+    // A file that is only in the working tree has a hash, but git has no object with it.
     if (!sides.after && source.workingPath && source.after && !isNoHash(*source.after))
         sides.after = workingFile(repo.root() / *source.workingPath, limit);
     return sides;

@@ -45,7 +45,7 @@ std::vector<ChangeCounts> changeCounts(const GitRepository& repo, const std::str
     };
     std::vector<ChangeCounts> files = counts(hash);
     if (kind == CommitKind::stash) {
-        // The untracked files are a commit of their own.
+        // The untracked files are in a commit of their own.
         const std::string untracked(trimmed(repo.runner().bytes(
             {"rev-parse", "--verify", "--quiet", revisionArgument("rev-parse", hash) + "^3"}, {.accepting = {0, 1}})));
         if (!untracked.empty())

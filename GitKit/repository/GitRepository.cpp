@@ -17,7 +17,7 @@ namespace gitkit {
 
 namespace {
 
-/// What status calls the branch when HEAD cannot be followed to a commit although there should be one.
+/// The branch name that status prints when HEAD names a ref that cannot be read.
 constexpr std::string_view unreadableHead = "(unknown)";
 
 /// Throws unless a branch really has this name.
@@ -109,7 +109,7 @@ std::vector<Commit> GitRepository::log(const HistoryScope& scope, int limit,
 
 std::string GitRepository::commitMessage(const std::string& hash) const
 {
-    // An annotated tag's object stands for its commit.
+    // `hash` may be that of an annotated tag.
     return std::string(trimmed(runner_.run({"show", "-s", "--format=%B", commitArgument("show", hash), "--"})));
 }
 

@@ -27,20 +27,22 @@
 
 namespace gitkit {
 
-/// The one door to a repository: a working tree's root, and every git operation on it.
+/// The door to a repository: a working tree's root and the first operations on it. Others are free functions over this
+/// class, with one pair of files for each topic in this folder.
 ///
-/// An immutable value. Every method blocks until its git process has ended and may run on any thread, any number at
-/// once; callers keep writing operations apart. Throws GitError when git refuses, LaunchError when git cannot be
-/// started, RunStopped when its context asked for the end. Paths and ref names are the bytes that git printed.
+/// An immutable value. Every method blocks until its git process has ended. Methods may run on any thread, several at
+/// once, but callers must run writing operations one after another. Throws GitError when git refuses, LaunchError when
+/// git cannot be started, RunStopped when the context requests a stop. Paths and ref names are the bytes that git
+/// printed.
 class GitRepository {
 public:
     /// `root` is a working tree's top level as topLevel() returns it.
     explicit GitRepository(std::filesystem::path root, RunContext context = {});
-    /// The same repository, its runs in another context.
+    /// Returns the same repository with another context for its runs.
     GitRepository in(RunContext context) const { return GitRepository(root_, std::move(context)); }
 
     const std::filesystem::path& root() const { return root_; }
-    /// Runs git in the root. For the topics beside this class only.
+    /// Runs git in the root. Only for the functions over this class.
     const GitRunner& runner() const { return runner_; }
 
     /// The top level of the working tree that holds `folder`.
@@ -49,58 +51,57 @@ public:
     /// Runs git with any arguments and returns what it printed, repaired for showing.
     std::string git(const std::vector<std::string>& arguments) const;
 
-    /// Fails when the current branch's ref is damaged, which git shows as a branch without commits.
+    /// Throws when the current branch's ref is damaged, which git itself shows as a branch without commits.
     RepoStatus status() const;
     std::vector<GitRef> refs() const;
     std::vector<std::string> remotes() const;
     std::vector<Stash> stashes() const;
-    /// The newest `limit` commits of `scope`, only those that match `filter` when there is one.
+    /// Returns the newest `limit` commits of `scope` that match `filter`, if there is a filter.
     std::vector<Commit> log(const HistoryScope& scope, int limit, const std::optional<HistoryFilter>& filter) const;
     /// The full message of one commit, repaired for showing.
     std::string commitMessage(const std::string& hash) const;
 
-    /// The newest `limit` commits that touched a file, as `revision` and its parents know it; HEAD without. Followed
-    /// through renames as far as git follows one path: a file that was renamed on two branches is followed on one.
+    /// Returns the newest `limit` commits up to `revision`, or to HEAD, that changed a file. Git follows renames along
+    /// one path: a file that was renamed on two branches is followed on one of them.
     std::vector<FileRevision> fileLog(const std::string& path, const std::optional<std::string>& revision,
                                       int limit) const;
-    /// Who last changed each line of a file in `revision`; in the working tree without.
+    /// Returns who last changed each line of a file in `revision`, or in the working tree when there is none.
     std::vector<BlameLine> blame(const std::string& path, const std::optional<std::string>& revision) const;
 
-    /// A commit with its changes against its first parent; a stash with its untracked files too.
+    /// Returns a commit with its changes against its first parent. A stash has its untracked files, too.
     CommitDetail commitDetail(const std::string& hash, CommitKind kind) const;
-    /// One file's diff in a commit, as commitDetail() lists the file.
+    /// Returns the diff of a file that commitDetail() listed.
     ParsedDiff commitDiff(const std::string& hash, const CommitFile& file,
                           WhiteSpace whiteSpace = WhiteSpace::compared) const;
-    /// The diffs of a changed file: what is not staged, then what is. Reading stops where no more is shown.
+    /// Returns the diffs of a changed file: first the unstaged one, then the staged one. Reads no more than is shown.
     std::vector<DiffSection> workingDiff(const FileChange& file, WhiteSpace whiteSpace = WhiteSpace::compared) const;
 
     StagedChanges stagedChanges() const;
-    /// HEAD's message, as its bytes; as UTF-8 when the commit names another encoding.
+    /// Returns the bytes of HEAD's message, converted to UTF-8 if the commit names another encoding.
     std::string lastCommitMessage() const;
 
-    // What follows changes the index or the working tree. Writers of one repository run one after another, which is
-    // for the caller to see to.
+    // The methods below change the index, the working tree or refs. Callers run them one after another.
 
-    /// Stages what is not staged of these files; one that git cannot stage leaves them all as they are.
+    /// Stages the unstaged changes of these files. Changes nothing when git cannot stage one of them.
     void stage(const std::vector<FileChange>& files) const;
     void unstage(const std::vector<FileChange>& files) const;
     void stageAll() const;
-    /// Leaves conflicts and an operation in progress as they are.
+    /// Keeps conflicts and an operation in progress.
     void unstageAll() const;
 
-    /// Stages or unstages parts of a file. Refuses when the index no longer holds what the patch was made from.
+    /// Stages or unstages parts of a file. Throws when the index no longer has the blob that the patch was made from.
     void applyToIndex(const PartialChange& change) const;
 
-    /// Brings files back to HEAD, one after another; stops at the first that fails. What git does not know goes to the
-    /// Trash, never away.
+    /// Brings files back to HEAD, one after another, and stops at the first that fails. What git does not know is moved
+    /// to the Trash and never deleted.
     void discard(const std::vector<FileChange>& files, const Trash& trash) const;
 
-    /// Records the message as it is; a last line that has no end gets one, unless it is HEAD's own and unchanged.
+    /// Records the message unchanged, but ends its last line. An amended message that equals HEAD's is not touched.
     void commit(const std::string& message, CommitMode mode) const;
-    // A ref that exists is named in full (refs/heads/main) or by a hash, so that it is taken for no other; names that
-    // are given to something new, or that only a branch or only a tag can have, are short.
+    // Existing refs are given by their full name (refs/heads/main) or by a hash, which are unambiguous. New names, and
+    // names that can only be those of a branch or only those of a tag, are short.
 
-    /// Attaches HEAD to a branch (refs/heads/...); detaches it at anything else.
+    /// Attaches HEAD to a branch (refs/heads/...) and detaches it at every other ref.
     void checkout(const std::string& ref) const;
     /// Makes a branch that tracks a remote one (refs/remotes/...) and checks it out.
     void checkoutTracking(const std::string& remoteBranch, const std::string& localName) const;
@@ -114,15 +115,14 @@ public:
     void revert(const std::string& hash) const;
 
     void stashSave(const std::string& message, UntrackedFiles untracked) const;
-    /// Finds the stash again by its hash first: its number may have changed since it was listed. What was staged is
-    /// staged again where git can do that.
+    /// Looks the stash up by its hash, because its number may have changed. Stages again what was staged if git can.
     void stashApply(const Stash& stash, StashUse use) const;
     void stashDrop(const Stash& stash) const;
 
     void fetch() const;
     void pull() const;
-    /// Pushes `branch`, which must be the current one without a remote, to the branch of that name; sets its upstream
-    /// on `upstreamRemote` when one is given.
+    /// Pushes `branch` to the branch of the same name. With `upstreamRemote`, pushes there and sets it as the upstream;
+    /// otherwise `branch` must be the current one.
     void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
 
 private:

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Diffs and single commits; and parts of diffs on their way back into the index and the working tree.
+// Diffs, single commits, and applying parts of a diff to the index.
 //
 // Where the commands differ from the plain ones:
-//   --no-ext-diff --no-textconv   a converter's output is neither shown as the file nor applied to it; no setting turns
-//                                 off drivers that a repository's attributes name
-//   --full-index                  the blobs that a patch was made from are compared before it is applied
-//   HASH^{commit}                 a tag's object stands for its commit
-//   GIT_LITERAL_PATHSPECS         a path is its bytes, whatever wildcards it holds
+//   --no-ext-diff --no-textconv   keep a converter's output from being shown or applied as the file; no setting turns
+//                                 off the drivers that a repository's attributes name
+//   --full-index                  prints whole blob hashes, which are compared before a patch is applied
+//   HASH^{commit}                 reads the commit of an annotated tag
+//   GIT_LITERAL_PATHSPECS         is set because a path may hold wildcards
 
 #include "GitKit/parsers/DiffParser.h"
 #include "GitKit/parsers/LogParser.h"
@@ -27,7 +27,7 @@ using Arguments = std::vector<std::string>;
 
 const std::vector<std::pair<std::string, std::string>> literalPaths{{"GIT_LITERAL_PATHSPECS", "1"}};
 
-/// More than is shown, with room for headers; a file of a few endless lines ends at the bytes.
+/// More lines than are shown, with room for headers. The bytes limit a file of a few endless lines.
 constexpr OutputLimit diffLimit{DiffParser::shownLines + 100, std::size_t{16} << 20};
 
 Arguments diffArguments(std::initializer_list<std::string> start, std::initializer_list<std::string> end)
@@ -38,8 +38,7 @@ Arguments diffArguments(std::initializer_list<std::string> start, std::initializ
     return arguments;
 }
 
-/// The hash of an empty file, in both kinds of repository: what the index holds for a file that is only meant to be
-/// added.
+/// Returns whether a hash, of either length, is that of an empty file. The index has it for an intended addition.
 bool isEmptyBlob(std::string_view hash)
 {
     return hash == "e69de29bb2d1d6434b8b29ae775ad8c2e48c5391" ||
@@ -65,7 +64,7 @@ void requireIndexHolds(const GitRunner& runner, const PartialChange& change)
 {
     if (!change.before)
         return;
-    // "mode hash stage<tab>path", NUL; a conflicted path has several
+    // "mode hash stage<tab>path", NUL; a conflicted path has several entries
     const std::string entry = runner.bytes({"ls-files", "-s", "-z", "--", change.path}, {.environment = literalPaths});
     const std::size_t blank = entry.find(' ');
     const std::string held =
@@ -81,7 +80,7 @@ void requireIndexHolds(const GitRunner& runner, const PartialChange& change)
 CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kind) const
 {
     const std::string commit = commitArgument("show", hash);
-    // One run for both: with -z a NUL, which no message holds, stands between the text and the files.
+    // One run reads both: with -z a NUL, which no message contains, separates the text from the files.
     const std::string output =
         runner_.bytes({"show", LogParser::detailFormat, "--name-status", "-z", "-M", "--first-parent", commit, "--"});
     const std::size_t end = std::min(output.find('\0'), output.size());
@@ -137,7 +136,7 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Whit
 
 StagedChanges GitRepository::stagedChanges() const
 {
-    // Far beyond what anybody reads; without an end, one large file would be held in memory several times.
+    // Without a limit, one large file would be in memory several times.
     constexpr OutputLimit longest{.lines = std::numeric_limits<std::size_t>::max(), .bytes = 64 * 1024 * 1024};
     return {runner_.run({"diff", "--cached", "-M", "--stat"}, {.limit = longest}),
             runner_.run(diffArguments({"diff", "--cached", "-M"}, {}), {.limit = longest})};

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One file through time: who wrote each line, and which commits touched it.
+// The history of one file: who wrote each line, and which commits changed it.
 //
 // Where the commands differ from the plain ones:
-//   --no-textconv           a converter's output is not shown as the file
-//   GIT_LITERAL_PATHSPECS   a path is its bytes, whatever wildcards it holds
+//   --no-textconv           shows the file and not the output of a converter
+//   GIT_LITERAL_PATHSPECS   is set because a path may hold wildcards
 
 #include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/LogParser.h"
@@ -18,8 +18,7 @@ using Arguments = std::vector<std::string>;
 
 const std::vector<std::pair<std::string, std::string>> literalPaths{{"GIT_LITERAL_PATHSPECS", "1"}};
 
-/// A commit that changes the file in no single way (a merge) is listed without a path. The path is what the commits
-/// around it call the file.
+/// Completes the paths of merges, which git lists without one: they get the path that the next newer commit leaves.
 void completePaths(std::vector<FileRevision>& revisions, const std::string& asked)
 {
     std::string path = asked;

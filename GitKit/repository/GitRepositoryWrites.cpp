@@ -139,7 +139,7 @@ void GitRepository::unstageAll() const
 std::string GitRepository::lastCommitMessage() const
 {
     std::string message = runner_.bytes({"log", "-1", "--format=%B"});
-    if (message.ends_with('\n')) // the format's own
+    if (message.ends_with('\n')) // added by the format
         message.pop_back();
     return message;
 }

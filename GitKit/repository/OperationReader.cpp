@@ -33,7 +33,7 @@ bool isFolder(const fs::path& path)
     return fs::is_directory(path, error);
 }
 
-/// A file's size; nothing for what is no ordinary file, which could keep a reader waiting.
+/// Returns a file's size; nullopt unless it is an ordinary file, because others could block a reader.
 std::optional<std::uintmax_t> sizeOf(const fs::path& path)
 {
     std::error_code error;
@@ -43,7 +43,7 @@ std::optional<std::uintmax_t> sizeOf(const fs::path& path)
     return error ? std::nullopt : std::optional(size);
 }
 
-/// A text file's content; nothing for one that is missing, too large or no text.
+/// Returns a text file's content; nullopt when it is missing, too large or not text.
 std::optional<std::string> content(const fs::path& path, std::uintmax_t limit = largestFile)
 {
     const std::optional<std::uintmax_t> size = sizeOf(path);
@@ -58,7 +58,7 @@ std::optional<std::string> content(const fs::path& path, std::uintmax_t limit = 
     return bytes;
 }
 
-/// The next line of `rest`, without its end.
+/// Takes the next line from `rest` and returns it without its end.
 std::string_view takeLine(std::string_view& rest)
 {
     const std::size_t end = std::min(rest.find('\n'), rest.size());
@@ -67,7 +67,7 @@ std::string_view takeLine(std::string_view& rest)
     return line;
 }
 
-/// A file's first line, trimmed; nothing for an empty one.
+/// Returns a file's first line, trimmed; nullopt when it is empty.
 std::optional<std::string> firstLine(const fs::path& path)
 {
     const std::optional<std::string> bytes = content(path);
@@ -122,7 +122,7 @@ std::string_view takeWord(std::string_view& rest)
 
 bool isComment(std::string_view line) { return line.empty() || line.starts_with('#'); }
 
-/// A line of a list of steps: "pick HASH subject", "fixup -C HASH # subject", "exec command".
+/// Reads a line of a list of steps: "pick HASH subject", "fixup -C HASH # subject", "exec command".
 Stop stopOf(std::string_view line)
 {
     const std::string_view whole = trimmed(line);
@@ -141,7 +141,7 @@ Stop stopOf(std::string_view line)
     return {std::string(hash), std::string(subject)};
 }
 
-/// The last line of a file that may be long.
+/// Returns the last line of a file that may be long.
 std::string lastLine(const fs::path& path)
 {
     const std::optional<std::uintmax_t> size = sizeOf(path);
@@ -212,7 +212,7 @@ OperationInProgress readApply(const fs::path& folder)
     return operation;
 }
 
-/// The name in "Merge branch 'topic' into main".
+/// Returns the name in "Merge branch 'topic' into main".
 std::optional<std::string> mergedName(std::string_view message)
 {
     for (const std::string_view what : {"branch", "remote-tracking branch", "tag", "commit"}) {
@@ -241,7 +241,7 @@ OperationInProgress readMerge(const fs::path& gitDirectory)
     return operation;
 }
 
-/// The subject of a single commit that is being picked or reverted, from the message prepared for it.
+/// Returns the subject of a single picked or reverted commit from the message that git prepared.
 std::string subjectInMessage(const fs::path& gitDirectory, Kind kind)
 {
     constexpr std::string_view start = "Revert \"";
@@ -286,7 +286,7 @@ OperationInProgress readSequence(const fs::path& gitDirectory)
         operation.stop = Stop{*head, isListed ? listed.subject : subjectInMessage(gitDirectory, operation.kind)};
     }
     if (isFolder(folder)) {
-        // Without a commit in the works the first one of the list has been committed already.
+        // When no commit is being picked, the first one of the list is committed already.
         if (steps.count > 0)
             operation.progress = head ? OperationInProgress::Progress{1, steps.count}
                                       : OperationInProgress::Progress{0, steps.count - 1};
@@ -297,7 +297,7 @@ OperationInProgress readSequence(const fs::path& gitDirectory)
     return operation;
 }
 
-/// "[HASH] subject", as the log of a bisect names commits.
+/// Reads "[HASH] subject", as the log of a bisect names commits.
 Stop bracketed(std::string_view text)
 {
     const std::size_t end = text.find(']');
@@ -347,7 +347,7 @@ OperationInProgress readBisect(const fs::path& gitDirectory)
     for (rest = log; !rest.empty();) {
         const std::string_view line = takeLine(rest);
         readMark(bisect, line);
-        // What "git bisect start BAD GOOD..." names stands in comments only.
+        // The commits of "git bisect start BAD GOOD..." are in comments only.
         bisect.isGoodKnown = bisect.isGoodKnown || line.starts_with("# " + bisect.good + ": [");
         bisect.isBadKnown = bisect.isBadKnown || line.starts_with("# " + bisect.bad + ": [");
     }
@@ -366,7 +366,7 @@ bool isScissors(std::string_view line)
 
 std::optional<OperationInProgress> readOperation(const fs::path& gitDirectory)
 {
-    // A rebase stops in the middle of a pick or a merge of its own; only the rebase goes on from there.
+    // A rebase stops within a pick or merge of its own, but only the rebase can continue.
     if (isFolder(gitDirectory / "rebase-merge"))
         return readRebase(gitDirectory / "rebase-merge");
     if (isFolder(gitDirectory / "rebase-apply"))

@@ -9,18 +9,18 @@
 
 namespace gitkit {
 
-/// What is in progress according to the files in a working tree's own git directory. Runs nothing and
-/// never throws: what is missing, huge, damaged or of a later version is left out.
+/// Returns what is in progress according to the files in a working tree's own git directory. Runs nothing and never
+/// throws. Leaves out what is missing, huge, damaged or written by a later version.
 ///
-/// A bisect is only told of when nothing else is in progress. Its `stepsLeft` are not in the files, and neither is how
-/// many of several commits have been picked or reverted: `progress` then counts what is left only.
+/// Returns a bisect only when nothing else is in progress. The files do not tell its `stepsLeft`. They do not tell how
+/// many commits have been picked or reverted either, so `progress` counts only the remaining ones.
 std::optional<OperationInProgress> readOperation(const std::filesystem::path& gitDirectory);
 
-/// The commit from which several commits are being picked or reverted; nothing when there is no such place.
+/// Returns the commit on which picking or reverting several commits began; nullopt when none is in progress.
 std::optional<std::string> sequenceStart(const std::filesystem::path& gitDirectory);
 
-/// The message that git has prepared for the next commit, its comments included; empty for none. `operation` is what
-/// readOperation() found.
+/// Returns the message that git has prepared for the next commit, with its comments; empty when there is none.
+/// `operation` is the result of readOperation().
 std::string readPreparedMessage(const std::filesystem::path& gitDirectory,
                                 const std::optional<OperationInProgress>& operation);
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What git stopped in the middle of: going on, going back, and taking one side of a conflict.
 //
-//   AUTO_MERGE           the tree that git left in the working tree when it stopped; what differs from it now is the
-//                        user's work. Without it (older gits, applied patches) a file's time tells. Where
-//                        diff.autoRefreshIndex is off, git lists files that only look changed; nothing is written
-//                        all the same, since optional locks are off.
-//   update-index         --index-info instead of add for the chosen side: exactly its blob, mode or submodule commit,
-//                        and deletions too, in one command.
-//   bisect reset HEAD    where git no longer knows the branch that the bisect began on.
+//   AUTO_MERGE           is the tree that git left in the working tree when it stopped. What differs from it is the
+//                        user's work. Older versions and applied patches do not have it; then the file's time decides.
+//                        diff.autoRefreshIndex is on here, because git would list files that only look changed. Git
+//                        still writes nothing, because optional locks are off.
+//   update-index         has --index-info: one command writes exactly the chosen side's blob, mode or submodule commit,
+//                        and removes a file that the side does not have.
+//   bisect reset HEAD    is used when git no longer knows the branch that the bisect began on.
 
 #include "GitKit/repository/Operations.h"
 
@@ -85,7 +85,7 @@ bool isThere(const fs::path& path)
     return fs::exists(fs::symlink_status(path, error));
 }
 
-/// When git wrote down where it stopped; nothing when it did not.
+/// Returns when git wrote down where it stopped; nullopt when it wrote nothing.
 std::optional<fs::file_time_type> stopTime(const fs::path& gitDirectory)
 {
     constexpr std::array marks{"MERGE_MSG",         "MERGE_HEAD",           "CHERRY_PICK_HEAD",  "REVERT_HEAD",
@@ -110,7 +110,7 @@ bool holdsMarkers(const fs::path& file)
     return false;
 }
 
-/// Whether a file may have been edited since; a file of unknown age is.
+/// Returns whether a file may have been edited since `time`; true if `time` is unknown.
 bool isEditedSince(const fs::path& file, const std::optional<fs::file_time_type>& time, bool hadMarkers)
 {
     std::error_code error;
@@ -128,7 +128,7 @@ struct Stage {
 };
 using Stages = std::array<std::optional<Stage>, 4>;
 
-/// "MODE HASH STAGE\tPATH", each ended by a zero byte.
+/// Reads entries "MODE HASH STAGE\tPATH", each ended by a zero byte.
 std::map<std::string, Stages> parseStages(std::string_view listed)
 {
     std::map<std::string, Stages> paths;
@@ -150,17 +150,17 @@ std::map<std::string, Stages> parseStages(std::string_view listed)
 
 bool isSubmodule(const std::optional<Stage>& stage) { return stage && stage->mode == "160000"; }
 
-/// The hash of nothing, as long as the repository's hashes are.
+/// Returns zeros, as many as the repository's hashes have digits.
 std::string absentHash(const Stages& stages)
 {
     const auto present = std::ranges::find_if(stages, [](const auto& stage) { return stage.has_value(); });
     return std::string(present == stages.end() ? 40 : (*present)->hash.size(), '0');
 }
 
-/// What applies patches writes down where it stopped before it writes the files.
+/// `git am` writes down where it stopped before it writes the files, so their times may be this much later.
 constexpr std::chrono::seconds writingTime{2};
 
-/// Whether aborting throws away what is changed in the working tree only, as a hard reset does.
+/// Returns whether aborting also discards changes that are not staged, like a hard reset.
 bool abortsHard(Kind kind) { return kind == Kind::rebase || kind == Kind::applyPatches; }
 
 void countBisect(const GitRunner& runner, OperationInProgress::Bisect& bisect)
@@ -189,7 +189,7 @@ void countSequence(const GitRunner& runner, OperationInProgress& operation, cons
     operation.progress->total += *done;
 }
 
-/// `slack` after the stop a file's time may still be git's doing.
+/// Returns the files that the user changed after git stopped. Git itself may have written files until `slack` later.
 std::vector<std::string> changedSinceStop(const GitRepository& repo, const fs::path& gitDirectory,
                                           const std::vector<FileChange>& files, std::chrono::seconds slack)
 {
@@ -311,7 +311,7 @@ void takeSide(const GitRepository& repo, const std::vector<std::string>& paths, 
         return;
     runOnPaths(repo.runner(), {"checkout", side == ConflictSide::ours ? "--ours" : "--theirs"}, written);
     repo.runner().accepted({"update-index", "-z", "--index-info"}, {.input = std::move(entries), .environment = {}});
-    // Without the files' times in the index git takes them for changed ones, and refuses to abort.
+    // Without the files' times in the index, git takes the files for changed and refuses to abort.
     repo.runner().accepted({"update-index", "-q", "--refresh"}, {.accepting = {0, 1}, .environment = {}});
 }
 

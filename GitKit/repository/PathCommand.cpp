@@ -8,7 +8,7 @@ namespace gitkit {
 
 namespace {
 
-/// Well below what the smallest system takes beside an ordinary environment.
+/// Well below the smallest limit of a system, which includes the environment.
 constexpr std::size_t longestPathList = std::size_t{64} << 10;
 
 std::size_t sizeOf(const std::vector<std::string>& paths)

@@ -8,8 +8,8 @@
 
 namespace gitkit {
 
-/// Runs what says why it failed on either stream: git prints conflicts on one and hints on the other, and so do hooks.
-/// The GitError it throws then has both.
+/// Runs a command that may explain a failure on both streams: git prints conflicts on one and hints on the other.
+/// Throws a GitError with the text of both.
 void runTelling(const GitRunner& runner, const std::vector<std::string>& arguments);
 
 } // namespace gitkit

@@ -16,20 +16,20 @@ constexpr std::string_view extraFolders = "/opt/homebrew/bin:/usr/local/bin:";
 constexpr std::string_view ordinaryFolders = "/usr/bin:/bin";
 
 constexpr auto variables = std::to_array<VariablePin>({
-    // How git behaves when nobody sits in front of it.
+    // How git behaves without a person at a terminal.
     {"GIT_TERMINAL_PROMPT", Action::set, "0", "nobody can answer a question on a terminal"},
     {"GIT_OPTIONAL_LOCKS", Action::set, "0", "reading in the background must not make the user's own git fail"},
     {"GIT_EDITOR", Action::set, "true", "a prepared message is taken as it is; no editor opens"},
     {"GIT_SEQUENCE_EDITOR", Action::set, "true", "an interactive rebase takes its list as it is"},
     {"GIT_MERGE_AUTOEDIT", Action::set, "no", "a merge takes its prepared message"},
 
-    // Messages are compared, so they are in one language; character handling stays the user's (see addLocale).
+    // Messages are compared, so they must be in one language. Character handling stays the user's.
     {"LC_MESSAGES", Action::set, "C", "what git says is matched against English"},
     {"LC_ALL", Action::remove, "", "beats LC_MESSAGES"},
     {"LANGUAGE", Action::remove, "", "beats LC_MESSAGES"},
 
-    // What ties git to another repository: started from a hook or an alias, the application inherits these, and a
-    // window on one repository would show and change another.
+    // What ties git to another repository. An application that is started from a hook or an alias inherits these, and
+    // its windows would show and change the wrong repository.
     {"GIT_DIR", Action::remove, "", "names another repository"},
     {"GIT_WORK_TREE", Action::remove, "", "names another working tree"},
     {"GIT_IMPLICIT_WORK_TREE", Action::remove, "", "denies the working tree"},
@@ -61,8 +61,8 @@ constexpr auto variables = std::to_array<VariablePin>({
     {"GIT_CURL_VERBOSE", Action::remove, "", "mixes tracing into what git says"},
 });
 
-/// Settings that leave alone what is read here have no row: those of pages, columns and blame marks act on terminals
-/// and on formats for people only.
+/// Settings that do not change what is read here have no row: pagers, columns and blame marks are for terminals and
+/// for formats that people read.
 constexpr auto settings = std::to_array<ConfigurationPin>({
     // The shape of a diff.
     {"diff.noprefix", "false", "paths in a patch begin with a/ and b/"},
@@ -100,7 +100,7 @@ constexpr auto settings = std::to_array<ConfigurationPin>({
     {"push.default", "simple", "a push changes only the branch of the same name"},
     {"tag.gpgSign", "false", "a tag made here has no message that could be signed"},
 
-    // Colours, command by command: "always" there beats what is asked for all of them.
+    // Colours of single commands: "always" there beats color.ui.
     {"color.diff", "false", "no colours in what is parsed"},
     {"color.push", "false", "no colours in what is shown"},
     {"color.remote", "false", "no colours in what is shown"},
@@ -108,7 +108,7 @@ constexpr auto settings = std::to_array<ConfigurationPin>({
     {"color.advice", "false", "no colours in what is shown"},
 });
 
-/// The user's choice of configuration files is theirs; the other names under GIT_CONFIG carry one command's settings.
+/// The user may choose configuration files. All other names that begin with GIT_CONFIG hold settings of one command.
 bool isKept(std::string_view name)
 {
     return name == "GIT_CONFIG_GLOBAL" || name == "GIT_CONFIG_SYSTEM" || name == "GIT_CONFIG_NOSYSTEM";

@@ -26,21 +26,21 @@ struct ConfigurationPin {
     std::string_view reason;
 };
 
-/// The one table of what every run of git is given beside its arguments. The user's configuration, environment and
-/// locale decide what git does, never how what it prints is to be read.
+/// The tables of what every run of git gets besides its arguments. The user's configuration, environment and locale may
+/// change what git does, but never the format of what it prints.
 std::span<const VariablePin> variablePins();
 std::span<const ConfigurationPin> configurationPins();
 
 /// The environment of a git process, as NAME=value, made from the application's own.
 ///
-/// `inherited` is what the application was started with; `overrides` come last and win. `fileSystemMonitor` is the
-/// value that the user's own configuration gives core.fsmonitor: that setting names a program which git runs at every
-/// status, and a repository that came from somewhere else must not choose it.
+/// `inherited` is the application's environment; `overrides` come last and win. `fileSystemMonitor` is the value of
+/// core.fsmonitor in the user's own configuration. It names a program that git runs at every status, so a repository
+/// from somewhere else must not choose it.
 std::vector<std::string> gitEnvironment(std::span<const std::string_view> inherited,
                                         std::span<const std::pair<std::string, std::string>> overrides,
                                         const std::optional<std::string>& fileSystemMonitor);
 
-/// The application's own environment as it is now.
+/// Returns the application's current environment.
 std::vector<std::string_view> applicationEnvironment();
 
 } // namespace gitkit

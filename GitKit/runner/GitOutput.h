@@ -8,7 +8,7 @@
 
 namespace gitkit {
 
-/// How much of a program's standard output is wanted at most.
+/// The most that is wanted of a program's standard output.
 struct OutputLimit {
     std::size_t lines = 0;
     std::size_t bytes = 0;
@@ -18,13 +18,13 @@ struct OutputLimit {
 struct GitOutput {
     int status = 0;         ///< exit status; 128 plus the signal's number when a signal ended git
     bool signalled = false; ///< a signal ended git; never an accepted exit
-    bool stopped = false;   ///< the caller asked for the end before git had come to it
-    bool cut = false;       ///< the output passed its limit, and git was ended for it
+    bool stopped = false;   ///< ended early because the caller asked for it
+    bool cut = false;       ///< ended early because the output exceeded its limit
     std::string stdoutBytes;
     std::string stderrBytes;
 
-    /// The streams as text: bytes that are no UTF-8 are replaced by U+FFFD. For showing only; what goes back to git is
-    /// taken from the bytes.
+    /// The streams as text for showing: bytes that are not UTF-8 are replaced by U+FFFD. Only the bytes may go back to
+    /// git.
     std::string text() const { return repairedUtf8(stdoutBytes); }
     std::string errorText() const { return repairedUtf8(stderrBytes); }
 };

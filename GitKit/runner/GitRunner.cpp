@@ -18,7 +18,7 @@ namespace {
 
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
-/// What is set for all runs of an action, then what is set for this one.
+/// Returns the entries for all runs of an action, followed by those for this run.
 Environment overrides(const RunContext& context, const RunOptions& options)
 {
     Environment all = context.environment;
@@ -26,7 +26,7 @@ Environment overrides(const RunContext& context, const RunOptions& options)
     return all;
 }
 
-/// Tells a listener, if any, of one run.
+/// Reports one run to a listener. Does nothing without a listener.
 class Report {
 public:
     Report(RunListener* listener, const ProcessRequest& request) : listener_(listener)
@@ -93,8 +93,8 @@ GitOutput start(const std::filesystem::path& directory, const RunContext& contex
     return output;
 }
 
-/// core.fsmonitor as the user's own files and the machine's give it. Read in the root folder, so that no repository has
-/// a say.
+/// Returns core.fsmonitor from the user's and the machine's configuration files. Reads it in the root folder, so that
+/// no repository can set it.
 std::optional<std::string> readFileSystemMonitor()
 {
     const GitOutput output = start("/", {}, {"config", "--show-scope", "-z", "--get-all", "core.fsmonitor"}, {}, {});
@@ -111,7 +111,7 @@ std::optional<std::string> readFileSystemMonitor()
     return last;
 }
 
-/// Asked once in a process: the answer lies in files that hardly ever change, and every status needs it.
+/// Reads it once in a process, because every status needs it and the files hardly ever change.
 const std::optional<std::string>& fileSystemMonitor()
 {
     static const std::optional<std::string> value = readFileSystemMonitor();
@@ -132,7 +132,7 @@ GitOutput GitRunner::output(const std::vector<std::string>& arguments, const Run
 GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const RunOptions& options) const
 {
     GitOutput result = output(arguments, options);
-    if (result.cut) // its end was ours
+    if (result.cut) // we ended it
         return result;
     if (!result.signalled && std::ranges::find(options.accepting, result.status) != options.accepting.end())
         return result;

@@ -15,20 +15,20 @@ namespace gitkit {
 
 /// How one run differs from the ordinary one.
 struct RunOptions {
-    /// Bytes for git's standard input; the null device without.
+    /// Bytes for git's standard input; absent for the null device.
     std::optional<std::string> input = {};
-    /// Exit statuses that are no failure.
+    /// Exit statuses that count as success.
     std::vector<int> accepting = {0};
     /// Environment entries for this run alone, set after all others.
     std::vector<std::pair<std::string, std::string>> environment = {};
-    /// Reading stops where the output grows past this, and git is ended; for what only shows a beginning.
+    /// When the output exceeds this, reading stops and git is ended. Used where only a beginning is shown.
     std::optional<OutputLimit> limit = {};
 };
 
 /// Runs git in one folder, with the options and the environment that every run shares (GitEnvironment.h).
 ///
-/// A value without state; every call blocks its thread until git has ended, and any number may run at once. Throws
-/// RunStopped once the context asked for the end.
+/// An immutable value. Every call blocks its thread until git has ended; any number of calls may run at once. Throws
+/// RunStopped once the context requests a stop.
 class GitRunner {
 public:
     explicit GitRunner(std::filesystem::path directory, RunContext context = {});

@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 #include <system_error>
 
-// The C library's own header declares this as a C++ function in some versions.
+// Some versions of the C library declare this as a C++ function.
 extern "C" {
 #include <sys/pidfd.h>
 }
@@ -28,8 +28,8 @@ namespace {
     throw LaunchError(LaunchError::Cause::other, what + ": " + std::generic_category().message(error));
 }
 
-/// A descriptor that is none of 0, 1 and 2. The child's three are put in place one after another, and an application
-/// that was started with one of them closed would otherwise overwrite a pipe before it is used.
+/// Returns a descriptor above 2. The child's three streams are put in place one after another, so a pipe with one of
+/// their numbers would be overwritten. An application that was started with one of them closed would get such a pipe.
 UniqueFd aboveStandard(UniqueFd fd)
 {
     if (fd.get() > STDERR_FILENO)
@@ -64,7 +64,7 @@ public:
 
     void duplicate(const UniqueFd& from, int to) { check(posix_spawn_file_actions_adddup2(&actions_, from.get(), to)); }
     void openNull(int to) { check(posix_spawn_file_actions_addopen(&actions_, to, "/dev/null", O_RDONLY, 0)); }
-    /// Close-on-exec does not bind libraries that open descriptors of their own.
+    /// Needed because libraries may open descriptors without close-on-exec.
     void closeOthers() { check(posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1)); }
     void changeDirectory(const std::filesystem::path& directory)
     {
@@ -104,7 +104,7 @@ private:
     posix_spawnattr_t attributes_{};
 };
 
-/// A started child. One that was not reaped, because reading it failed half-way, is killed with its group.
+/// A started child. If it was not reaped, because reading from it failed, it is killed with its group.
 class Child {
 public:
     explicit Child(pid_t pid) : pid_(pid) {}
@@ -120,7 +120,7 @@ public:
 
     pid_t pid() const { return pid_; }
 
-    /// Ends the child and what it has started in its group.
+    /// Kills the child and everything in its group.
     void kill() const { ::kill(-pid_, SIGKILL); }
 
     /// Waits for the child and returns its wait status.
@@ -147,8 +147,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
     return result;
 }
 
-/// The kernel gives one number for a missing program, a missing folder and a missing interpreter; a person needs to
-/// know which.
+/// Finds out which of program, folder and interpreter is missing, because the kernel has one error number for all.
 [[noreturn]] void throwLaunchFailure(const ProcessRequest& request, int error)
 {
     using Cause = LaunchError::Cause;
@@ -171,7 +170,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
     fail("Could not start “" + program + "”", error);
 }
 
-/// The child's ends of its three streams; closed in this process as soon as the child has them.
+/// The child's ends of its three streams. This process closes them as soon as the child has them.
 struct ChildStreams {
     UniqueFd input;
     UniqueFd output;
@@ -224,13 +223,13 @@ GitOutput runProcess(const ProcessRequest& request)
         exchange(request, child.pid(), childEnded,
                  {std::move(inputPipe.writing), std::move(outputPipe.reading), std::move(errorPipe.reading)}, result);
     result.cut = end == ExchangeEnd::limitPassed;
-    // The group can be named until its leader is reaped.
+    // The group keeps its number until its leader is reaped.
     if (end != ExchangeEnd::childEnded)
         child.kill();
     const int waitStatus = child.reap();
     result.signalled = WIFSIGNALED(waitStatus);
     result.status = result.signalled ? 128 + WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
-    // What came to its end all the same has done what it was for; what failed just before it was told to end, has not.
+    // A program that succeeded did its work, even if a stop was requested. One that failed counts as stopped.
     result.stopped = end != ExchangeEnd::limitPassed && request.stop.stop_requested() && result.status != 0;
     return result;
 }

@@ -24,8 +24,8 @@ namespace {
     throw LaunchError(LaunchError::Cause::other, what + ": " + std::generic_category().message(error));
 }
 
-/// Keeps SIGPIPE from this thread while it writes to a program that may be gone, and takes away the one that such a
-/// write raised. Other threads, and a SIGPIPE that was pending before, are left alone.
+/// Blocks SIGPIPE in this thread while it writes to a program that may have ended, and removes the signal that such a
+/// write raised. Does not touch other threads or a SIGPIPE that was pending before.
 class PipeSignalBlocker {
 public:
     PipeSignalBlocker()
@@ -56,10 +56,10 @@ private:
     bool wasPending_ = false;
 };
 
-/// Only our end: the child's is a description of its own and stays as programs expect it.
+/// Makes our end non-blocking. The child's end has an open file description of its own and stays blocking.
 void makeNonBlocking(const UniqueFd& fd) { ::fcntl(fd.get(), F_SETFL, ::fcntl(fd.get(), F_GETFL) | O_NONBLOCK); }
 
-/// Our end of one of the child's output streams, and what came out of it.
+/// Our end of one of the child's output streams, and what was read from it.
 class OutputStream {
 public:
     using Heard = std::function<void(std::string_view)>;
@@ -88,7 +88,7 @@ public:
             fd_.reset();
     }
 
-    /// Reads what is in the pipe now. A child that goes on writing cannot hold the run: what it adds is not counted.
+    /// Reads as many bytes as are in the pipe now, so that a child that goes on writing cannot delay the end.
     void drain()
     {
         int waiting = 0;
@@ -105,7 +105,7 @@ private:
     Heard heard_;
 };
 
-/// Whether an output has grown past its limit. Looks at each byte once.
+/// Returns whether an output has exceeded its limit. Looks at each byte once.
 class LimitWatch {
 public:
     LimitWatch(const std::optional<OutputLimit>& limit, const std::string& bytes) : limit_(limit), bytes_(bytes) {}
@@ -127,7 +127,7 @@ private:
     std::size_t lines_ = 0;
 };
 
-/// Our end of the child's standard input, and what it has not taken yet.
+/// Our end of the child's standard input, and the bytes that are not written yet.
 class InputStream {
 public:
     InputStream(UniqueFd fd, std::string_view rest) : fd_(std::move(fd)), rest_(rest)
@@ -141,7 +141,7 @@ public:
 
     int descriptor() const { return fd_.get(); }
 
-    /// Writes once; closes the stream when all is written or when nobody reads it any more.
+    /// Writes once. Closes the stream when everything is written and when the reader is gone.
     void write()
     {
         const ssize_t count = ::write(fd_.get(), rest_.data(), rest_.size());
@@ -157,7 +157,7 @@ private:
     std::string_view rest_;
 };
 
-/// Wakes a poll as soon as the end is asked for, from whatever thread.
+/// Wakes a poll when any thread requests the stop.
 class StopWake {
 public:
     explicit StopWake(const std::stop_token& stop)
@@ -182,7 +182,7 @@ private:
     std::optional<std::stop_callback<Signal>> callback_;
 };
 
-/// How long a program that was asked to end has for it.
+/// Counts the time that a program has to end once it was asked to.
 class Grace {
 public:
     using Clock = std::chrono::steady_clock;
@@ -191,7 +191,7 @@ public:
     bool hasBegun() const { return end_.has_value(); }
     bool isOver() const { return end_ && Clock::now() >= *end_; }
 
-    /// For poll: rounded up, so that the end has come when the time is up.
+    /// The remaining time for poll, rounded up so that poll does not return too early.
     int timeout() const
     {
         if (!end_)
@@ -204,7 +204,7 @@ private:
     std::optional<Clock::time_point> end_;
 };
 
-/// Our ends of everything between a child and us.
+/// Our ends of all pipes to a child.
 struct Exchange {
     pid_t group;
     const UniqueFd& childEnded;
@@ -215,8 +215,8 @@ struct Exchange {
     LimitWatch& limit;
     Grace grace = {};
 
-    /// Feeds and drains the child until it has ended, then takes what is left in its pipes; or until it has printed
-    /// more than is wanted; or until it was asked to end and has, with all that holds its pipes, or had the time to.
+    /// Feeds and drains the child. Returns when the child has ended and its pipes are read, when it has printed more
+    /// than the limit, or, once a stop was requested, when all holders of its pipes have ended or the time is over.
     ExchangeEnd run()
     {
         bool isRunning = true;
@@ -240,8 +240,8 @@ struct Exchange {
 private:
     bool isOpen() const { return output.descriptor() >= 0 || error.descriptor() >= 0; }
 
-    /// Waits until something happens, and deals with it; whether the child has ended. poll passes over entries whose
-    /// descriptor is negative, as closed streams' are.
+    /// Waits until something happens and handles it. Returns whether the child has ended. Closed streams have negative
+    /// descriptors, which poll ignores.
     bool wait(bool isRunning)
     {
         std::array<pollfd, 5> watched{pollfd{isRunning ? childEnded.get() : -1, POLLIN, 0},

@@ -9,7 +9,7 @@
 
 namespace gitkit {
 
-/// Our ends of a child's pipes. An input that is not open is none.
+/// Our ends of a child's pipes. The input is not open when the child gets no input.
 struct ParentStreams {
     UniqueFd input;
     UniqueFd output;
@@ -18,10 +18,10 @@ struct ParentStreams {
 
 enum class ExchangeEnd { childEnded, limitPassed, stopped };
 
-/// Feeds and drains a child, the leader of `group`, until it has ended, then takes what is left in its pipes; or until
-/// it has printed more than is wanted; or until it was asked to end and has, with all that holds its pipes, or had the
-/// time to. `childEnded` becomes readable when it has ended; the child is not reaped. Blocks the calling thread. Throws
-/// LaunchError when it cannot wait.
+/// Feeds and drains a child, the leader of `group`. Returns when the child has ended and its pipes are read, when it
+/// has printed more than the request's limit, or, once a stop was requested, when all holders of its pipes have ended
+/// or their time is over. `childEnded` must become readable when the child ends. Does not reap the child. Blocks the
+/// calling thread. Throws LaunchError when it cannot wait.
 ExchangeEnd exchange(const ProcessRequest& request, pid_t group, const UniqueFd& childEnded, ParentStreams streams,
                      GitOutput& result);
 

@@ -15,7 +15,7 @@ bool isLetter(char character)
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
 }
 
-/// "Counting objects: 100% (5/5), done." or "Enumerating objects: 5, done."; also as told by the other side.
+/// "Counting objects: 100% (5/5), done." or "Enumerating objects: 5, done."; also with "remote: " before it.
 bool isProgress(std::string_view line)
 {
     constexpr std::string_view remote = "remote: ";
@@ -35,7 +35,7 @@ bool isProgress(std::string_view line)
     return rest.empty() || rest.starts_with("% (") || rest.starts_with(", done");
 }
 
-/// Takes the first line with its end from `text`; both \n and \r end one.
+/// Takes the first line from `text`, together with the \n or \r that ends it.
 std::string_view takeLine(std::string_view& text)
 {
     const std::size_t end = text.find_first_of("\r\n");

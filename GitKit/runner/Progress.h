@@ -7,13 +7,13 @@
 
 namespace gitkit {
 
-/// Git tells how far it has come in lines that each overwrite the one before: "Receiving objects:  42% (42/100)".
-/// Pure functions over what it has printed on its error stream.
+// Git reports progress in lines that overwrite each other: "Receiving objects:  42% (42/100)". These are pure functions
+// over its error stream.
 
-/// The last of them in a chunk, trimmed; nothing when there is none.
+/// Returns the last progress line in a chunk, trimmed; nullopt when there is none.
 std::optional<std::string> lastProgress(std::string_view chunk);
 
-/// The text without them: what is left is what a person has to read.
+/// Returns the text without progress lines, for a person to read.
 std::string withoutProgress(std::string_view text);
 
 } // namespace gitkit

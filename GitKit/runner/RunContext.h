@@ -14,8 +14,8 @@
 
 namespace gitkit {
 
-/// Hears of runs of git as they happen. Called on the threads of the runs, several at once; it must not throw, and it
-/// must be quick: git waits for it.
+/// Is told of runs of git as they happen. The methods are called on the threads of the runs, several at once. They must
+/// not throw, and they must be quick because git waits for them.
 class RunListener {
 public:
     using Run = gitkit::Run;
@@ -23,9 +23,9 @@ public:
 
     virtual ~RunListener() = default;
 
-    /// `arguments` are what git is given, without its own name.
+    /// `arguments` are those of git, without the program's name.
     virtual void began(Run run, const std::vector<std::string>& arguments, const std::filesystem::path& directory) = 0;
-    /// Bytes as they came; a chunk may end anywhere.
+    /// `bytes` are unchanged; a chunk may end anywhere.
     virtual void printed(Run run, Stream stream, std::string_view bytes) = 0;
     /// Called once for each run that began.
     virtual void ended(Run run, const RunEnd& end) = 0;
@@ -34,14 +34,14 @@ public:
 /// What all runs of one action share.
 struct RunContext {
     std::shared_ptr<RunListener> listener = {};
-    /// Once it is requested, git is asked to end, with all that it has started, and made to after two seconds; no
+    /// When a stop is requested, git and everything that it started is asked to end and is killed after two seconds. No
     /// further run starts.
     std::stop_token stop = {};
-    /// Environment entries, set after all others but those of a single run.
+    /// Environment entries. Only those of a single run are set later.
     std::vector<std::pair<std::string, std::string>> environment = {};
 };
 
-/// The caller asked for the end of a run, and it has ended.
+/// A run has ended because the caller requested a stop.
 class RunStopped : public std::exception {
 public:
     const char* what() const noexcept override { return "The command was cancelled."; }
