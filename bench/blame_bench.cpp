@@ -77,7 +77,8 @@ struct Screen {
 BlameReading readLongFile()
 {
     static const gitkit::GitRepository git(repository());
-    return readBlame(git, {"long.cpp", "HEAD", {}, {}, nullptr, {}});
+    const BlameRequest request{{"long.cpp", "HEAD", {}, {}}, nullptr, {}};
+    return blameReading(readBlame(git, request), request);
 }
 
 void report(benchmark::State& state, const std::vector<double>& times)

@@ -29,7 +29,7 @@ std::string line(int number) { return "hook: checked file number " + std::to_str
 void BM_HookOutput100000(benchmark::State& state)
 {
     RepositoryStore store{"/nonexistent"};
-    CommandLog& log = store.commandLog();
+    CommandLog& log = store.changes().commandLog();
     for (CommandLog::Number number = 1; number < 1000; ++number) {
         log.began(number, {"log", "--date-order", "--format=%H", std::to_string(number)}, "/nonexistent");
         log.ended(number, {});
@@ -43,7 +43,7 @@ void BM_HookOutput100000(benchmark::State& state)
     double busy = 0;
     for ([[maybe_unused]] auto iteration : state) {
         log.began(++number, {"push"}, "/nonexistent");
-        store.shownCommand = number;
+        store.window().showCommand(number);
         std::atomic<bool> isDone = false;
         std::thread hook([&] {
             for (int printed = 0; printed < lines; ++printed) {

@@ -3,6 +3,7 @@
 
 #include "app/ui/history/HistoryList.h"
 #include "app/ui/widgets/Theme.h"
+#include "tests/support/Given.h"
 
 #include <benchmark/benchmark.h>
 
@@ -72,8 +73,8 @@ struct Screen {
         : image(QSize(1240, rowsOnScreen * rowHeight) * scale, QImage::Format_ARGB32_Premultiplied)
     {
         image.setDevicePixelRatio(scale);
-        store.graphLanes = lanes;
-        store.history = page(rows);
+        given(store.history().graphLanes, lanes);
+        given(store.history().history, page(rows));
         list.resize(1240, rowsOnScreen * rowHeight);
         list.show();
         QApplication::processEvents();
@@ -130,11 +131,11 @@ void BM_ApplyPage(benchmark::State& state)
     Screen screen(1, 1);
     for ([[maybe_unused]] auto iteration : state) {
         state.PauseTiming();
-        screen.store.history = shorter;
+        given(screen.store.history().history, shorter);
         QApplication::processEvents();
         std::vector<HistoryRow> arrived = longer;
         state.ResumeTiming();
-        screen.store.history = std::move(arrived);
+        given(screen.store.history().history, std::move(arrived));
         QApplication::processEvents();
     }
 }

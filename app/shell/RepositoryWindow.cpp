@@ -43,8 +43,8 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
       onClose_(std::move(onClose))
 {
     // Git reads while the views are made, and only those of the section that is shown are.
-    store_->selection = std::move(section);
-    store_->refresh(RefreshScope::full);
+    store_->window().select(std::move(section));
+    store_->snapshot().refresh(RefreshScope::full);
     view_ = new RepositoryView(*store_, this);
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(smallestSize);
@@ -56,7 +56,7 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
     frameTimer_.setSingleShot(true);
     connect(&frameTimer_, &QTimer::timeout, this, [this] { windowFrames::remember(*this, this->root()); });
 
-    notifiers_.push_back(store_->status.addNotifier([this] {
+    notifiers_.push_back(store_->snapshot().status.addNotifier([this] {
         updateTitle();
         showWarnings();
     }));
@@ -64,7 +64,7 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
 
     // The first read has the machine to itself; watching begins once it is on the screen.
     connect(this, &RepositoryWindow::settled, this, &RepositoryWindow::startWatching);
-    notifiers_.push_back(store_->hasLoaded.addNotifier(
+    notifiers_.push_back(store_->snapshot().hasLoaded.addNotifier(
         // A queued call would come before the window is painted; a timer waits for all events.
         [this] { QTimer::singleShot(0, this, &RepositoryWindow::settled); }));
 }
@@ -76,16 +76,12 @@ RepositoryWindow::~RepositoryWindow()
     delete takeCentralWidget();
 }
 
-void RepositoryWindow::show(SidebarItem item)
-{
-    store_->selection = std::move(item);
-    store_->selectionChanged();
-}
+void RepositoryWindow::show(SidebarItem item) { store_->window().select(std::move(item)); }
 
 void RepositoryWindow::updateTitle()
 {
     const QString folder = QString::fromStdString(root().filename().string());
-    const QString head = store_->headDescription();
+    const QString head = store_->snapshot().headDescription();
     setWindowTitle(head.isEmpty() ? folder : folder + QStringLiteral(" — ") + head);
 }
 
@@ -93,7 +89,7 @@ void RepositoryWindow::showNotice(const QString& notice) { view_->showNotice(not
 
 void RepositoryWindow::showWarnings()
 {
-    const std::string& warnings = store_->status.value().warnings;
+    const std::string& warnings = store_->snapshot().status.value().warnings;
     if (!warnings.empty() && warnings != shownWarnings_)
         showNotice(QString::fromStdString(warnings));
     shownWarnings_ = warnings;
@@ -103,10 +99,10 @@ void RepositoryWindow::startWatching()
 {
     WatcherCallbacks callbacks;
     callbacks.onChange = [this](bool gitDirectoryChanged) {
-        store_->refresh(gitDirectoryChanged ? RefreshScope::full : RefreshScope::status);
+        store_->snapshot().refresh(gitDirectoryChanged ? RefreshScope::full : RefreshScope::status);
     };
     // What changed between the first read and this moment was not seen by either.
-    callbacks.onWatching = [this] { store_->refresh(RefreshScope::status); };
+    callbacks.onWatching = [this] { store_->snapshot().refresh(RefreshScope::status); };
     callbacks.onLimitReached = [this] {
         view_->showNotice(
             QStringLiteral("This repository has more folders than the system lets Plovik watch. Changes in "
@@ -124,8 +120,8 @@ void RepositoryWindow::rememberFrameSoon()
 void RepositoryWindow::changeEvent(QEvent* event)
 {
     // Coming to the front catches what no watcher saw. The first load is under way when the window first comes there.
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && store_->hasLoaded.value())
-        store_->refresh(RefreshScope::full);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && store_->snapshot().hasLoaded.value())
+        store_->snapshot().refresh(RefreshScope::full);
     QMainWindow::changeEvent(event);
 }
 

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/CommandLog.h"
 
-#include "GitKit/runner/Progress.h"
+#include "GitKit/runner/RunContext.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <atomic>
+#include <deque>
+#include <mutex>
 #include <ranges>
 #include <utility>
 
@@ -53,7 +56,41 @@ CommandLog::Output wholeLines(CommandLog::Output output)
 
 } // namespace
 
-std::vector<CommandLog::Command> CommandLog::commands() const
+/// What is shared with the threads of the runs.
+class CommandLog::Record : public gitkit::RunListener, public std::enable_shared_from_this<Record> {
+public:
+    explicit Record(CommandLog* log) : log_(log) {}
+
+    /// The log is gone; nothing is announced any more. Main thread.
+    void detach() { log_ = nullptr; }
+
+    std::vector<Command> commands() const;
+    Changes changesSince(std::uint64_t revision) const;
+    std::optional<Output> output(Number number) const;
+
+    void began(Run run, const std::vector<std::string>& arguments, const std::filesystem::path& directory) override;
+    void printed(Run run, Stream stream, std::string_view bytes) override;
+    void ended(Run run, const gitkit::RunEnd& end) override;
+
+private:
+    struct Entry {
+        Command command;
+        Output output;
+        std::uint64_t revision = 0; ///< when it began or ended
+    };
+    Entry* find(Number number);
+    void dropOld();
+    void announce();
+
+    CommandLog* log_; ///< main thread
+    mutable std::mutex mutex_;
+    std::deque<Entry> entries_; ///< the oldest first
+    std::size_t kept_ = 0;      ///< bytes of output
+    std::uint64_t revision_ = 0;
+    std::atomic<bool> isAnnounced_ = false;
+};
+
+std::vector<CommandLog::Command> CommandLog::Record::commands() const
 {
     const std::lock_guard lock(mutex_);
     std::vector<Command> all;
@@ -63,14 +100,14 @@ std::vector<CommandLog::Command> CommandLog::commands() const
     return all;
 }
 
-std::optional<CommandLog::Output> CommandLog::output(Number number) const
+std::optional<CommandLog::Output> CommandLog::Record::output(Number number) const
 {
     const std::lock_guard lock(mutex_);
-    const Entry* const entry = const_cast<CommandLog*>(this)->find(number);
+    const Entry* const entry = const_cast<Record*>(this)->find(number);
     return entry ? std::optional(wholeLines(entry->output)) : std::nullopt;
 }
 
-CommandLog::Changes CommandLog::changesSince(std::uint64_t revision) const
+CommandLog::Changes CommandLog::Record::changesSince(std::uint64_t revision) const
 {
     const std::lock_guard lock(mutex_);
     Changes changes;
@@ -83,15 +120,16 @@ CommandLog::Changes CommandLog::changesSince(std::uint64_t revision) const
     return changes;
 }
 
-/// What still runs and what has just ended is near the end.
-CommandLog::Entry* CommandLog::find(Number number)
+// Commands that run or have just ended are near the end.
+CommandLog::Record::Entry* CommandLog::Record::find(Number number)
 {
     const auto found = std::find_if(entries_.rbegin(), entries_.rend(),
                                     [number](const Entry& entry) { return entry.command.number == number; });
     return found == entries_.rend() ? nullptr : &*found;
 }
 
-void CommandLog::began(Run run, const std::vector<std::string>& arguments, const std::filesystem::path& directory)
+void CommandLog::Record::began(Run run, const std::vector<std::string>& arguments,
+                               const std::filesystem::path& directory)
 {
     {
         const std::lock_guard lock(mutex_);
@@ -102,7 +140,7 @@ void CommandLog::began(Run run, const std::vector<std::string>& arguments, const
     announce();
 }
 
-void CommandLog::printed(Run run, Stream, std::string_view bytes)
+void CommandLog::Record::printed(Run run, Stream, std::string_view bytes)
 {
     {
         const std::lock_guard lock(mutex_);
@@ -117,7 +155,7 @@ void CommandLog::printed(Run run, Stream, std::string_view bytes)
     announce();
 }
 
-void CommandLog::ended(Run run, const gitkit::RunEnd& end)
+void CommandLog::Record::ended(Run run, const gitkit::RunEnd& end)
 {
     {
         const std::lock_guard lock(mutex_);
@@ -129,7 +167,7 @@ void CommandLog::ended(Run run, const gitkit::RunEnd& end)
     announce();
 }
 
-void CommandLog::dropOld()
+void CommandLog::Record::dropOld()
 {
     while (entries_.size() > mostCommands) {
         kept_ -= sizeOf(entries_.front().output);
@@ -142,7 +180,7 @@ void CommandLog::dropOld()
     }
 }
 
-void CommandLog::announce()
+void CommandLog::Record::announce()
 {
     QCoreApplication* const application = QCoreApplication::instance();
     if (!application || isAnnounced_.exchange(true))
@@ -150,44 +188,25 @@ void CommandLog::announce()
     QMetaObject::invokeMethod(
         application,
         [weak = weak_from_this()] {
-            const auto log = weak.lock();
-            if (!log)
+            const auto record = weak.lock();
+            if (!record || !record->log_)
                 return;
-            log->isAnnounced_ = false;
-            log->generation = log->generation.value() + 1;
+            record->isAnnounced_ = false;
+            record->log_->generation = record->log_->generation.value() + 1;
         },
         Qt::QueuedConnection);
 }
 
-ActionRuns::ActionRuns(std::shared_ptr<RunListener> log, std::function<void(std::string)> progress)
-    : log_(std::move(log)), progress_(std::move(progress))
-{}
+CommandLog::CommandLog() : record_(std::make_shared<Record>(this)) {}
 
-std::optional<ActionRuns::Run> ActionRuns::failed() const
-{
-    const Run run = failed_;
-    return run == 0 ? std::nullopt : std::optional(run);
-}
+CommandLog::~CommandLog() { record_->detach(); }
 
-void ActionRuns::began(Run run, const std::vector<std::string>& arguments, const std::filesystem::path& directory)
-{
-    log_->began(run, arguments, directory);
-}
+std::vector<CommandLog::Command> CommandLog::commands() const { return record_->commands(); }
 
-void ActionRuns::printed(Run run, Stream stream, std::string_view bytes)
-{
-    log_->printed(run, stream, bytes);
-    if (stream != Stream::error)
-        return;
-    if (auto line = gitkit::lastProgress(bytes))
-        progress_(std::move(*line));
-}
+CommandLog::Changes CommandLog::changesSince(std::uint64_t revision) const { return record_->changesSince(revision); }
 
-void ActionRuns::ended(Run run, const gitkit::RunEnd& end)
-{
-    log_->ended(run, end);
-    if (end.status != 0 || !end.problem.empty())
-        failed_ = run;
-}
+std::optional<CommandLog::Output> CommandLog::output(Number number) const { return record_->output(number); }
+
+std::shared_ptr<gitkit::RunListener> CommandLog::listener() const { return record_; }
 
 } // namespace plovik

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/repository/GitRepository.h"
+#include "GitKit/records/StagedChanges.h"
 
 #include <QCoroTask>
 #include <QString>
@@ -11,7 +11,7 @@
 
 namespace plovik {
 
-/// What is sent to whoever writes a commit message, besides the key, for showing.
+/// What is sent to the service that writes a commit message, without the key, for showing.
 struct MessageRequest {
     QString service = {}; ///< its name for people
     QString address = {};
@@ -26,7 +26,7 @@ struct MessageRequest {
 struct MessageWriter {
     using Changes = gitkit::StagedChanges;
 
-    /// Ends soon once it is asked to stop, by whatever exception.
+    /// Ends soon once it is asked to stop, by any exception.
     std::function<QCoro::Task<QString>(Changes changes, std::stop_token stop)> write;
     /// What `write` would send now.
     std::function<MessageRequest(const Changes& changes)> describe;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/SignIns.h"
 
+#include "GitKit/runner/RunContext.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -67,7 +69,7 @@ std::optional<SignIns::Open> SignIns::take(quint64 id)
     return taken;
 }
 
-void SignIns::show() { prompt_ = open_.empty() ? std::nullopt : std::optional(open_.front().prompt); }
+void SignIns::show() { prompt = open_.empty() ? std::nullopt : std::optional(open_.front().prompt); }
 
 void SignIns::answer(quint64 id, const QString& text)
 {

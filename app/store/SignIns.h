@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/runner/RunContext.h"
 #include "app/platform/SignIn.h"
-
-#include <QProperty>
+#include "app/store/Observed.h"
 
 #include <deque>
 #include <map>
@@ -13,23 +11,27 @@
 #include <set>
 #include <string>
 
+namespace gitkit {
+struct RunContext;
+} // namespace gitkit
+
 namespace plovik {
 
-/// What the programs ask that one store's actions start: puts one question after the other into `prompt`, the oldest
-/// first, and takes it away when whoever asked is gone or its action has ended. Owned by the store. Main thread.
+/// What the programs ask that the changes of one store start. It shows one question after the other, the oldest first,
+/// and takes a question away when the program that asked is gone or its change has ended. Owned by Changes; main thread.
 class SignIns {
 public:
-    /// One action's; each has its own.
+    /// Of one change; each has its own.
     using Number = quint64;
 
-    /// `prompt` outlives this.
-    explicit SignIns(QProperty<std::optional<SignInPrompt>>& prompt) : prompt_(prompt) {}
+    /// The question that is shown; nothing while none is asked.
+    Observed<std::optional<SignInPrompt>, SignIns> prompt;
 
-    /// Lets the runs of `context` ask from now on until end(), where `open` opens a line for them. `action` is what the
-    /// user sees it called.
+    /// Lets the runs of `context` ask from now on until end(), where `open` opens a line for them. `action` is the
+    /// change's title.
     Number begin(const QString& action, const OpenSignIn& open, gitkit::RunContext& context);
     void end(Number number);
-    /// Refuses what an action asks, now and later: whoever tries several times, or forever, is not listened to again.
+    /// Refuses what a change asks, now and later: a program that tries again is not heard again.
     void refuse(Number number);
 
     void answer(quint64 id, const QString& text);
@@ -58,7 +60,6 @@ private:
     std::optional<Open> take(quint64 id);
     void show();
 
-    QProperty<std::optional<SignInPrompt>>& prompt_;
     std::map<Number, Action> actions_; ///< under way
     std::deque<Open> open_;            ///< the oldest first
     Number lastNumber_ = 0;

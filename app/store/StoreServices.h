@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/repository/GitRepository.h"
+#include "GitKit/records/Trash.h"
 #include "app/platform/SignIn.h"
 #include "app/store/MessageWriter.h"
 
@@ -12,7 +12,7 @@
 
 namespace plovik {
 
-/// What the store needs of the desktop, given to it by whoever makes it. All but `trash` are called on the main thread;
+/// What the store needs of the desktop; the shell gives it to the store. All but `trash` are called on the main thread;
 /// `failed` is called there too, with a sentence for the user.
 struct StoreServices {
     using Files = std::vector<std::filesystem::path>; ///< absolute

@@ -64,6 +64,47 @@
     </message>
 </context>
 <context>
+    <name>plovik::Operation</name>
+    <message numerus="yes">
+        <source>%1 and %n more file(s)</source>
+        <translation>
+            <numerusform>%1 and %n more file</numerusform>
+            <numerusform>%1 and %n more files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %n step(s) of the %1 that were already done are undone.</source>
+        <translation>
+            <numerusform>The step of the %1 that was already done is undone.</numerusform>
+            <numerusform>The %n steps of the %1 that were already done are undone.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::Staging</name>
+    <message numerus="yes">
+        <source>%n file(s) still contain conflict markers</source>
+        <translation>
+            <numerusform>%n file still contain conflict markers</numerusform>
+            <numerusform>%n files still contain conflict markers</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n file(s)?</source>
+        <translation>
+            <numerusform>Delete %n file?</numerusform>
+            <numerusform>Delete %n files?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Discard changes in %n file(s)?</source>
+        <translation>
+            <numerusform>Discard changes in %n file?</numerusform>
+            <numerusform>Discard changes in %n files?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::WorkingDiffPane</name>
     <message numerus="yes">
         <source>%n File(s) Selected</source>

@@ -123,14 +123,13 @@ public:
     {
         view.resize(1240, 780);
         view.show();
-        store.selection = SidebarItem::history();
-        store.selectionChanged();
-        store.refresh(RefreshScope::full);
-        spinUntil([this] { return store.hasLoaded.value() && !store.history.value().empty(); });
+        store.window().select(SidebarItem::history());
+        store.snapshot().refresh(RefreshScope::full);
+        spinUntil([this] { return store.snapshot().hasLoaded.value() && !store.history().history.value().empty(); });
         list = named<QAbstractItemView>(u"History"_s);
         list->setFocus();
         // The detail's widgets may be made with the first commit.
-        store.selectedCommit = store.history.value().front().commit.hash;
+        store.window().selectCommit(store.history().history.value().front().commit.hash);
         settle();
         message = named<QWidget>(u"Commit Message"_s);
         files = named<QAbstractItemView>(u"Commit Files"_s);
@@ -187,7 +186,8 @@ public:
         if (text && !text->toPlainText().contains(QString::fromStdString(commit.subject)))
             return false;
         const QAbstractItemModel& model = *files->model();
-        if (store.selectedCommit.value() != commit.hash || model.rowCount() != static_cast<int>(detail.files.size()))
+        if (store.window().selectedCommit.value() != commit.hash ||
+            model.rowCount() != static_cast<int>(detail.files.size()))
             return false;
         const QVariant name = model.index(0, 0).data(Qt::AccessibleTextRole);
         return name.toString().contains(QString::fromStdString(detail.files.front().path));
@@ -200,7 +200,7 @@ public:
         isDrawn = false;
         const auto start = Clock::now();
         awaited = [this, &commit, &detail] { return shows(commit, detail); };
-        store.selectedCommit = commit.hash;
+        store.window().selectCommit(commit.hash);
         spinUntil([this] { return isDrawn; });
         const double taken = millisecondsSince(start);
         awaited = nullptr;
@@ -233,8 +233,11 @@ void measureSelecting(const char* what, Window& window)
 {
     std::vector<double> git, ours;
     for (std::size_t round = 0; round < rounds; ++round) {
-        const gitkit::Commit commit =
-            window.store.history.value().at(1 + round % (window.store.history.value().size() - 1)).commit;
+        const gitkit::Commit commit = window.store.history()
+                                          .history()
+                                          .history.value()
+                                          .at(1 + round % (window.store.history().history.value().size() - 1))
+                                          .commit;
         if (commit.parents.size() > 1)
             continue;
         gitMilliseconds(window.store.root(), commit.hash);
@@ -250,9 +253,9 @@ void measureSelecting(const char* what, Window& window)
 
 void measureHolding(Window& window)
 {
-    window.store.loadMoreHistory();
+    window.store.history().loadMoreHistory();
     window.settle();
-    window.store.selectedCommit = window.store.history.value().front().commit.hash;
+    window.store.window().selectCommit(window.store.history().history.value().front().commit.hash);
     window.settle();
     window.worker.posted = 0;
     window.listPaints = 0;
@@ -273,13 +276,13 @@ void measureHolding(Window& window)
         handling.push_back(millisecondsSince(start));
         Window::spinUntil([&] { return window.listPaints > paintsBefore; });
         drawn.push_back(millisecondsSince(due));
-        pressed += window.store.selectedCommit.value() ==
-                           window.store.history.value().at(static_cast<std::size_t>(key) + 1).commit.hash
+        pressed += window.store.window().selectedCommit.value() ==
+                           window.store.history().history.value().at(static_cast<std::size_t>(key) + 1).commit.hash
                        ? 1
                        : 0;
     }
     const int loads = window.worker.posted;
-    const gitkit::Commit last = window.store.history.value().at(keys).commit;
+    const gitkit::Commit last = window.store.history().history.value().at(keys).commit;
     const gitkit::CommitDetail detail = window.store.repo().commitDetail(last.hash, gitkit::CommitKind::ordinary);
     const auto released = Clock::now();
     Window::spinUntil([&] { return window.shows(last, detail); });
@@ -316,15 +319,16 @@ void measureShowing(Window& window)
     start = Clock::now();
     auto turn = start;
     double longest = 0, usedBefore = usedMilliseconds(), mostUsed = 0;
-    window.store.showCommit(oldest);
+    window.store.history().showCommit(oldest);
     Window::spinUntil([&] {
         longest = std::max(longest, millisecondsSince(turn));
         turn = Clock::now();
         mostUsed = std::max(mostUsed, usedMilliseconds() - usedBefore);
         usedBefore = usedMilliseconds();
-        return window.store.selectedCommit.value() == oldest;
+        return window.store.window().selectedCommit.value() == oldest;
     });
-    std::printf("\nShowing the oldest commit, %zu rows down, large repository\n", window.store.history.value().size());
+    std::printf("\nShowing the oldest commit, %zu rows down, large repository\n",
+                window.store.history().history.value().size());
     row("git finding it and listing what stands above it", git);
     row("asked for to selected", millisecondsSince(start));
     row("longest time in which the window heard nothing", longest);

@@ -10,6 +10,7 @@
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QClipboard>
@@ -51,7 +52,7 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     RepositoryStore store{"/nonexistent"};
     gitkit::RepoStatus status;
     status.branch = "a&b";
-    store.status = status;
+    given(store.snapshot().status, status);
     QWidget parent;
     const auto menuOf = [&](const GitRef& ref) { return entries(*makeRefMenu(store, ref, &parent)); };
     const GitRef local = makeRef(GitRef::Kind::local, "refs/heads/", "side");
@@ -67,10 +68,10 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
 
     entry(*makeRefMenu(store, remote, &parent), u"New Branch from Here…"_s)->trigger();
-    EXPECT_EQ(store.sheet.value(), SheetKind(NewBranchSheet{"refs/remotes/origin/side"}));
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{"refs/remotes/origin/side"}));
     entry(*makeRefMenu(store, remote, &parent), u"Copy Name"_s)->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
-    store.activity = u"Fetching…"_s;
+    given(store.changes().activity, u"Fetching…"_s);
     EXPECT_EQ(menuOf(tag), (Titles{"(Check Out)", "(New Branch from Here…)", "—", "Copy Name", "—", "(Delete…)"}));
 }
 
@@ -85,14 +86,14 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     EXPECT_EQ(entries(*menu), (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick",
                                       "Revert…", "—", "Copy Hash", "Copy Subject"}));
     entry(*menu, u"New Tag Here…"_s)->trigger();
-    EXPECT_EQ(store.sheet.value(), SheetKind(NewTagSheet{commit.hash}));
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(NewTagSheet{commit.hash}));
     entry(*menu, u"New Branch Here…"_s)->trigger();
-    EXPECT_EQ(store.sheet.value(), SheetKind(NewBranchSheet{commit.hash}));
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{commit.hash}));
     entry(*menu, u"Revert…"_s)->trigger();
-    ASSERT_TRUE(store.confirmation.value());
-    EXPECT_FALSE(store.activity.value());
+    ASSERT_TRUE(store.window().confirmation.value());
+    EXPECT_FALSE(store.changes().activity.value());
     EXPECT_EQ(entries(*makeStashMenu(store, {}, &parent)), (Titles{"Apply Stash", "Pop Stash", "—", "Drop Stash…"}));
-    store.activity = u"Reverting…"_s;
+    given(store.changes().activity, u"Reverting…"_s);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
               (Titles{"(Check Out Commit)", "(New Branch Here…)", "(New Tag Here…)", "—", "(Cherry-Pick)", "(Revert…)",
                       "—", "Copy Hash", "Copy Subject"}));
@@ -108,7 +109,7 @@ protected:
     {
         view.resize(1000, 600);
         view.show();
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         EXPECT_TRUE(worker.settle());
     }
 
@@ -127,7 +128,7 @@ TEST_F(ActionsTest, ADoubleClickInTheSidebarChecksOutAndAMenuLeavesTheSelection)
         return tree.visualRect(model.indexOf(SidebarItem::ref("refs/heads/" + name))).center();
     };
     QTest::mouseClick(tree.viewport(), Qt::RightButton, {}, middleOf("side"));
-    EXPECT_EQ(store.selection.value(), SidebarItem::workingCopy());
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::workingCopy());
 
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, middleOf("side"));
     QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, middleOf("side"));
@@ -137,14 +138,14 @@ TEST_F(ActionsTest, ADoubleClickInTheSidebarChecksOutAndAMenuLeavesTheSelection)
     EXPECT_EQ(repo.read({"branch", "--show-current"}), "side");
 
     QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, middleOf("side")); // it is there already
-    EXPECT_FALSE(store.activity.value());
+    EXPECT_FALSE(store.changes().activity.value());
 }
 
 TEST_F(ActionsTest, AMergeIsAskedForAndDone)
 {
     repo.git({"checkout", "-q", "side"}).write("b", "b").commit("b").git({"checkout", "-q", "main"});
     load();
-    const auto& refs = store.branches.value();
+    const auto& refs = store.snapshot().branches.value();
     const auto side = std::ranges::find(refs, "side", &GitRef::name);
     ASSERT_NE(side, refs.end());
     entry(*makeRefMenu(store, *side, &view), u"Merge into “main”…"_s)->trigger();
@@ -160,7 +161,7 @@ TEST_F(ActionsTest, StashesAreAppliedPoppedAndDroppedFromTheirView)
 {
     for (const char* message : {"older", "newer"})
         repo.write("a", std::string(message) + "\n").git({"stash", "push", "-q", "-m", message});
-    store.selection = SidebarItem::stashes();
+    store.window().select(SidebarItem::stashes());
     load();
     auto* stashes = view.findChild<StashesView*>();
     const auto press = [&](const QString& title) { named<QPushButton>(*stashes, title)->click(); };
@@ -186,7 +187,7 @@ TEST_F(ActionsTest, StashesAreAppliedPoppedAndDroppedFromTheirView)
     auto* stashChanges = named<QPushButton>(*stashes, u"Stash Changes…"_s);
     EXPECT_TRUE(stashChanges->isVisible() && stashChanges->isEnabled());
     repo.git({"checkout", "a"});
-    store.refresh(RefreshScope::status);
+    store.snapshot().refresh(RefreshScope::status);
     ASSERT_TRUE(worker.settle());
     EXPECT_FALSE(stashChanges->isEnabled());
 }
@@ -224,16 +225,16 @@ TEST_F(MainMenuTest, TellsWhatTheStoreWouldDrop)
     EXPECT_FALSE(command(u"Stash Changes…"_s)->isEnabled());
     gitkit::RepoStatus status;
     status.files.push_back({"a", std::nullopt, '.', 'M'});
-    store.status = status;
+    given(store.snapshot().status, status);
     EXPECT_TRUE(command(u"Stash Changes…"_s)->isEnabled());
-    store.activity = u"Fetching…"_s;
+    given(store.changes().activity, u"Fetching…"_s);
     for (const QString& title : {u"Fetch"_s, u"Pull"_s, u"Push"_s, u"New Branch…"_s, u"Stash Changes…"_s})
         EXPECT_FALSE(command(title)->isEnabled()) << title.toStdString();
-    store.activity = std::nullopt;
+    given(store.changes().activity, std::nullopt);
     command(u"New Branch…"_s)->trigger();
-    EXPECT_EQ(store.sheet.value(), SheetKind(NewBranchSheet{}));
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{}));
     command(u"Push"_s)->trigger();
-    EXPECT_EQ(store.errorMessage.value(), u"Cannot push: HEAD is detached. Check out a branch first."_s);
+    EXPECT_EQ(store.window().errorMessage.value(), u"Cannot push: HEAD is detached. Check out a branch first."_s);
 }
 
 TEST_F(MainMenuTest, UndoIsTheTextsAsLongAsItHasSomethingToUndo)
@@ -246,7 +247,7 @@ TEST_F(MainMenuTest, UndoIsTheTextsAsLongAsItHasSomethingToUndo)
         return undo->isEnabled() ? undo->text() : u"("_s + undo->text() + u")"_s;
     };
     EXPECT_EQ(shownTitle(), u"(Undo)"_s);
-    store.canUndoDiscard = true;
+    given(store.staging().canUndoDiscard, true);
     EXPECT_EQ(undo->text(), u"Undo Discard"_s);
     QTest::keyClicks(&text, u"word"_s);
     EXPECT_EQ(shownTitle(), u"Undo"_s);

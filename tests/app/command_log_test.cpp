@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/runner/RunContext.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/ErrorAlert.h"
@@ -8,6 +9,7 @@
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QCheckBox>
@@ -45,7 +47,7 @@ TEST(Activity, IsShownWithItsTimeItsProgressAndAWayOut)
     auto* cancel = named<QPushButton>(view, u"Cancel"_s);
     EXPECT_FALSE(cancel->isVisible());
 
-    store.activity = u"Fetching…"_s;
+    given(store.changes().activity, u"Fetching…"_s);
     EXPECT_TRUE(cancel->isVisible() && cancel->isEnabled());
     const QRect place = activity->geometry();
     const auto after = [&](int seconds) {
@@ -58,24 +60,25 @@ TEST(Activity, IsShownWithItsTimeItsProgressAndAWayOut)
     EXPECT_EQ(shownDuration(std::chrono::seconds(3607)), u"1:00:07"_s);
     EXPECT_EQ(activity->text(), u"Fetching…"_s);
     const QString line = u"Receiving objects:  42% (420/1000), 1.2 MiB | 3 MiB/s"_s;
-    store.progress = line;
+    given(store.changes().progress, line);
     QApplication::processEvents();
     EXPECT_EQ(named<QLabel>(view, u"Progress"_s)->text(), line);
     EXPECT_EQ(activity->geometry().right(), place.right());
     EXPECT_LE(named<QLabel>(view, u"Progress"_s)->geometry().right(), cancel->x());
 
-    store.isCancelling = true;
+    given(store.changes().isCancelling, true);
     EXPECT_EQ(activity->text(), u"Cancelling…"_s);
     EXPECT_FALSE(cancel->isEnabled());
-    store.activity = std::nullopt;
-    store.isCancelling = false;
+    given(store.changes().activity, std::nullopt);
+    given(store.changes().isCancelling, false);
     EXPECT_TRUE(activity->text().isEmpty() && elapsed->text().isEmpty() && !cancel->isVisible());
 }
 
 TEST(CommandLogModel, FollowsTheLogAndKeepsWhatItsFilterLetsThrough)
 {
-    const auto log = std::make_shared<CommandLog>();
-    CommandLogModel model{*log};
+    CommandLog commands;
+    CommandLogModel model{commands};
+    const auto log = commands.listener();
     const auto lines = [&model] {
         std::vector<std::string> all;
         for (int row = 0; row < model.rowCount(); ++row)
@@ -153,7 +156,7 @@ protected:
         std::filesystem::permissions(repo / ".git/hooks/pre-commit", std::filesystem::perms::owner_all);
         view.resize(1200, 700);
         view.show();
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         EXPECT_TRUE(worker.settle());
     }
     ~CommandLogPanelTest() override { worker.settle(); }
@@ -169,14 +172,14 @@ protected:
 TEST_F(CommandLogPanelTest, WhatAHookSaidIsWholeInTheAlertAndTheLog)
 {
     EXPECT_FALSE(output()); // nothing is made before it is wanted
-    store.commitSubject = u"two"_s;
-    store.commit();
+    store.draft().setSubject(u"two"_s);
+    store.draft().commit();
     ASSERT_TRUE(worker.settle());
     QDialog* alert = test::openDialog(view);
     ASSERT_TRUE(alert);
     const QString told = qobject_cast<ErrorAlert*>(alert)->message();
     EXPECT_TRUE(told.startsWith(u"first\n1\n"_s) && told.endsWith(u"3000\nhttps://•••@host/ last"_s));
-    EXPECT_EQ(store.commitSubject.value(), u"two"_s);
+    EXPECT_EQ(store.draft().commitSubject.value(), u"two"_s);
 
     named<QPushButton>(*alert, u"Show in Command Log"_s)->click();
     EXPECT_FALSE(test::openDialog(view));
@@ -195,19 +198,19 @@ TEST_F(CommandLogPanelTest, WhatAHookSaidIsWholeInTheAlertAndTheLog)
     QTest::keyClick(named<QLineEdit>(view, u"Filter Commands"_s), Qt::Key_Escape);
     EXPECT_GT(list->model()->rowCount(), 5);
     QTest::keyClick(list, Qt::Key_Escape);
-    EXPECT_FALSE(store.showsCommandLog.value() || list->isVisible());
+    EXPECT_FALSE(store.window().showsCommandLog.value() || list->isVisible());
 }
 
 TEST_F(CommandLogPanelTest, OutputIsFollowedAsItComesUntilTheUserScrollsUp)
 {
-    CommandLog& log = store.commandLog();
+    const auto log = store.changes().commandLog().listener();
     const CommandLog::Number number = 1'000'000;
-    log.began(number, {"push"}, repo.path());
-    store.shownCommand = number;
-    store.showsCommandLog = true;
+    log->began(number, {"push"}, repo.path());
+    store.window().showCommand(number);
+    store.window().showCommandLog(true);
     ASSERT_TRUE(waitUntil([this] { return output() && output()->isVisible(); }));
     const auto prints = [&](const std::string& text) {
-        log.printed(number, Stream::error, text);
+        log->printed(number, Stream::error, text);
         const QString wanted = QString::fromStdString(text);
         return waitUntil([&] { return output()->toPlainText().endsWith(wanted); });
     };

@@ -8,6 +8,7 @@
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QClipboard>
@@ -38,7 +39,7 @@ struct Window {
         view.resize(1000, 700);
         view.show();
         view.activateWindow();
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         EXPECT_TRUE(worker.settle());
     }
     ~Window() { worker.settle(); }
@@ -70,15 +71,22 @@ TEST(CommitBox, EnablesItsButtonWhenThereIsSomethingToCommit)
     Window window(repo.path());
     EXPECT_FALSE(window.commit->isEnabled());
     QTest::keyClicks(window.subject, u"two"_s);
-    EXPECT_EQ(window.store.commitSubject.value(), u"two"_s);
+    EXPECT_EQ(window.store.draft().commitSubject.value(), u"two"_s);
     EXPECT_FALSE(window.commit->isEnabled());
-    window.store.stageAll();
+    window.store.staging().stageAll();
     EXPECT_TRUE(window.worker.settle());
     EXPECT_TRUE(window.commit->isEnabled());
-    window.store.activity = u"Fetching…"_s;
+    const auto runs = [&window](Verb verb) {
+        given(window.store.changes().running, std::vector<RunningChange>{{1, verb, u"Something…"_s}});
+        given(window.store.changes().activity, u"Something…"_s);
+    };
+    runs(Verb::fetch);
+    EXPECT_TRUE(window.commit->isEnabled()) << "it touches nothing that a commit needs";
+    runs(Verb::pull);
     EXPECT_FALSE(window.commit->isEnabled());
-    window.store.activity = std::nullopt;
-    window.store.unstageAll();
+    given(window.store.changes().running, std::vector<RunningChange>());
+    given(window.store.changes().activity, std::nullopt);
+    window.store.staging().unstageAll();
     EXPECT_TRUE(window.worker.settle());
     EXPECT_FALSE(window.commit->isEnabled());
     window.amend->click();
@@ -153,10 +161,10 @@ TEST_F(WrittenMessage, IsOfferedOnlyWhileSwitchedOnAndCanBeCancelled)
     EXPECT_FALSE(write->isVisible());
     Settings::shared().set(settings::aiEnabled, true);
     EXPECT_TRUE(write->isVisible() && write->isEnabled());
-    window.store.unstageAll();
+    window.store.staging().unstageAll();
     EXPECT_TRUE(window.worker.settle());
     EXPECT_FALSE(write->isEnabled());
-    window.store.stageAll();
+    window.store.staging().stageAll();
     EXPECT_TRUE(window.worker.settle());
 
     write->setFocus();
@@ -164,9 +172,9 @@ TEST_F(WrittenMessage, IsOfferedOnlyWhileSwitchedOnAndCanBeCancelled)
     EXPECT_TRUE(window.worker.settle());
     EXPECT_TRUE(cancel->isVisible() && cancel->hasFocus() && !write->isVisible());
     QTest::keyClick(cancel, Qt::Key_Space);
-    EXPECT_FALSE(window.store.generatingMessage.value());
+    EXPECT_FALSE(window.store.draft().generatingMessage.value());
     EXPECT_TRUE(write->isVisible() && write->hasFocus() && !cancel->isVisible());
-    EXPECT_FALSE(window.store.errorMessage.value());
+    EXPECT_FALSE(window.store.window().errorMessage.value());
 }
 
 TEST_F(WrittenMessage, GivesWayToWhatWasTypedBefore)
@@ -214,7 +222,7 @@ TEST(CommitBox, KeepsTheMessageOfACommitThatFails)
     QTest::keyClicks(window.subject, u"two"_s);
     QTest::keyClick(window.subject, Qt::Key_Return, Qt::ControlModifier);
     EXPECT_TRUE(window.worker.settle());
-    EXPECT_TRUE(window.store.errorMessage.value());
+    EXPECT_TRUE(window.store.window().errorMessage.value());
     EXPECT_TRUE(window.worker.settle());
     EXPECT_TRUE(window.commit->isEnabled());
     EXPECT_EQ(window.subject->text(), u"two"_s);
@@ -246,16 +254,16 @@ TEST(CommitBox, SplitsAPastedMessage)
     window.subject->setText(u"My  tail"_s);
     window.subject->setCursorPosition(3);
     QTest::keyClick(window.subject, Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(window.store.commitSubject.value(), u"My subject"_s);
-    EXPECT_EQ(window.store.commitBody.value(), u"line\nline tail\n\nend"_s);
+    EXPECT_EQ(window.store.draft().commitSubject.value(), u"My subject"_s);
+    EXPECT_EQ(window.store.draft().commitBody.value(), u"line\nline tail\n\nend"_s);
     window.subject->undo();
     EXPECT_EQ(window.subject->text(), u"My  tail"_s);
 
     window.subject->clear();
     window.body->clear();
     window.subject->paste(); // as a menu does
-    EXPECT_EQ(window.store.commitSubject.value(), u"subject"_s);
-    EXPECT_EQ(window.store.commitBody.value(), u"line\nline"_s);
+    EXPECT_EQ(window.store.draft().commitSubject.value(), u"subject"_s);
+    EXPECT_EQ(window.store.draft().commitBody.value(), u"line\nline"_s);
 }
 
 TEST(CommitBox, BringsBackWhatWasTypedUntilItIsCommitted)
@@ -280,7 +288,7 @@ TEST(CommitBox, BringsBackWhatWasTypedUntilItIsCommitted)
     EXPECT_EQ(window.body->toPlainText(), u"why\n"_s);
     window.commit->click();
     EXPECT_TRUE(window.worker.settle());
-    EXPECT_TRUE(window.store.status.value().files.empty());
+    EXPECT_TRUE(window.store.snapshot().status.value().files.empty());
     commitDrafts::finishWriting();
     EXPECT_FALSE(QFile::exists(file));
 }

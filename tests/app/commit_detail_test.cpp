@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/store/ManualWorker.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include "app/ui/commit/CommitDetailView.h"
@@ -71,7 +72,7 @@ struct CommitDetailTest : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
 
@@ -86,7 +87,7 @@ struct CommitDetailTest : testing::Test {
 
     void select(const std::string& hash)
     {
-        store.selectedCommit = hash;
+        store.window().selectCommit(hash);
         worker.finishAll();
     }
 
@@ -132,7 +133,7 @@ TEST_F(CommitDetailTest, ListsTheFilesOfACommitAndShowsTheDiffOfTheCurrentOne)
 {
     repo.write("a", "1\n").write("b", "1\n").commit("one").write("a", "2\n").git({"mv", "b", "c"}).commit("two");
     load();
-    store.selectedCommit = store.history.value()[0].commit.hash;
+    store.window().selectCommit(store.history().history.value()[0].commit.hash);
     const auto view = show(Kind::ordinary);
     EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"c"_s}));
     EXPECT_TRUE(says(*view, u"2 files changed"_s));
@@ -153,27 +154,30 @@ TEST_F(CommitDetailTest, TheCommitSelectedLastWinsAndAClosedViewIsNotTouched)
     auto view = show(Kind::ordinary);
     EXPECT_TRUE(says(*view, u"No Commit Selected"_s));
     std::string oldest;
-    for (const HistoryRow& row : store.history.value()) {
-        store.selectedCommit = oldest = row.commit.hash;
+    for (const HistoryRow& row : store.history().history.value()) {
+        store.window().selectCommit(oldest = row.commit.hash);
         EXPECT_EQ(message(*view), QString::fromStdString(row.commit.subject)) << "the subject waits for nobody";
     }
-    EXPECT_LE(worker.waiting(), 2U) << "what is passed by is not read";
     worker.finishAll();
+    const std::string passed = store.history().history.value()[1].commit.hash;
+    for (const CommandLog::Command& command : store.changes().commandLog().commands())
+        EXPECT_EQ(std::ranges::find(command.arguments, passed + "^{commit}"), command.arguments.end())
+            << "what is passed by is not read";
     EXPECT_EQ(paths(*view), QStringList{u"a"_s});
     EXPECT_EQ(message(*view), u"one\nfirst"_s);
     EXPECT_TRUE(shownDiff(*view).contains(u"+1"_s));
 
     // The newer answer comes first.
-    store.selectedCommit = store.history.value()[1].commit.hash;
-    select(store.history.value()[0].commit.hash);
+    store.window().selectCommit(store.history().history.value()[1].commit.hash);
+    select(store.history().history.value()[0].commit.hash);
     select(oldest);
     const int posted = worker.posted();
-    store.selectedCommit = store.history.value()[0].commit.hash;
+    store.window().selectCommit(store.history().history.value()[0].commit.hash);
     EXPECT_EQ(paths(*view), QStringList{u"c"_s}) << "read before, so there at once";
     EXPECT_EQ(worker.posted(), posted + 1) << "its diff alone is read";
     EXPECT_TRUE(says(*view, u"+1"_s)) << "and the counts are kept";
 
-    store.selectedCommit = store.history.value()[1].commit.hash;
+    store.window().selectCommit(store.history().history.value()[1].commit.hash);
     EXPECT_GE(worker.waiting(), 1U);
     view.reset();
     worker.finishAll();
@@ -217,12 +221,12 @@ TEST_F(CommitDetailTest, TellsWhoMadeTheCommitAndCopiesItsHash)
     Q_EMIT named<QLabel>(*view, u"Commit Parents"_s)
         ->linkActivated(QString::fromStdString(repo.read({"rev-parse", "HEAD^"})));
     worker.finishAll();
-    EXPECT_EQ(store.selectedCommit.value(), repo.read({"rev-parse", "HEAD^"}));
+    EXPECT_EQ(store.window().selectedCommit.value(), repo.read({"rev-parse", "HEAD^"}));
     EXPECT_FALSE(says(*view, u"Committed by"_s));
     EXPECT_EQ(view->findChild<CommitRefs*>()->accessibleDescription(), u"v1"_s);
 
     // What the page does not hold is told all the same.
-    store.history = std::vector<HistoryRow>{store.history.value()[1]};
+    given(store.history().history, std::vector<HistoryRow>{store.history().history.value()[1]});
     select(repo.head());
     EXPECT_EQ(message(*view), u"two"_s);
     EXPECT_EQ(view->findChild<CommitRefs*>()->accessibleDescription(), u"main"_s);
@@ -258,10 +262,10 @@ TEST_F(CommitDetailTest, LinksLeadToTheWebAndToCommitsAndNowhereElse)
     Q_EMIT text->anchorClicked(QUrl(u"commit:1234567"_s));
     worker.finishAll();
     EXPECT_TRUE(says(*view, u"There is no commit 1234567 in this repository."_s));
-    EXPECT_EQ(store.errorMessage.value(), std::nullopt);
+    EXPECT_EQ(store.window().errorMessage.value(), std::nullopt);
     Q_EMIT text->anchorClicked(QUrl(toFirst));
     worker.finishAll();
-    EXPECT_EQ(store.selectedCommit.value(), first);
+    EXPECT_EQ(store.window().selectedCommit.value(), first);
     EXPECT_FALSE(says(*view, u"There is no commit"_s));
 }
 
@@ -303,7 +307,7 @@ TEST_F(CommitDetailTest, CountsLinesWithoutHoldingUpTheFiles)
     repo.write("a", "2\n3\n").write("b", std::string("\0", 1)).commit("two");
     load();
     const auto view = show(Kind::ordinary);
-    store.selectedCommit = repo.head();
+    store.window().selectCommit(repo.head());
     worker.finish();
     EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"b"_s}));
     EXPECT_FALSE(says(*view, u"+2"_s));
@@ -312,9 +316,9 @@ TEST_F(CommitDetailTest, CountsLinesWithoutHoldingUpTheFiles)
         return files->model()->index(row, 0).data(Qt::AccessibleDescriptionRole).toString();
     };
     EXPECT_EQ(description(0), u"Modified"_s);
-    const std::string first = store.history.value()[1].commit.hash;
-    store.selectedCommit = first;
-    store.selectedCommit = repo.head();
+    const std::string first = store.history().history.value()[1].commit.hash;
+    store.window().selectCommit(first);
+    store.window().selectCommit(repo.head());
     worker.finishAll();
     EXPECT_EQ(description(0), u"Modified, 2 added, 1 removed"_s);
     EXPECT_EQ(description(1), u"Modified, binary"_s);
@@ -339,10 +343,10 @@ TEST_F(CommitDetailTest, AFileIsOpenedInspectedAndCopiedFromItsRow)
                                                         "Copy Path", "(Reveal in File Browser)"}));
     EXPECT_EQ(entry(*gone, u"Open in Code"_s)->toolTip(), u"The file is not in the working tree now."_s);
     entry(*gone, u"Show Blame"_s)->trigger();
-    EXPECT_EQ(store.inspected.value(),
+    EXPECT_EQ(store.window().inspected.value(),
               (InspectedFile{"gone", repo.read({"rev-parse", "HEAD^"}), InspectedFile::Tab::blame}));
     entry(*menuOf(0), u"Show File History"_s)->trigger();
-    EXPECT_EQ(store.inspected.value(), (InspectedFile{"a", repo.head(), InspectedFile::Tab::history}));
+    EXPECT_EQ(store.window().inspected.value(), (InspectedFile{"a", repo.head(), InspectedFile::Tab::history}));
 
     auto* const files = view->findChild<CommitFilesList*>();
     const auto press = [files](int key) {
@@ -377,7 +381,8 @@ TEST_F(CommitDetailTest, AStashTellsWhatItWasMadeOnAndShowsItsUntrackedFilesToo)
     EXPECT_TRUE(says(*view, u"Made on main at "_s + QString::fromStdString(shortHash(repo.head()))));
     EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"new"_s}));
     EXPECT_TRUE(says(*view, u"2 files changed, 1 untracked"_s));
-    const gitkit::CommitDetail detail = repo.repository().commitDetail(*store.selectedStash.value(), Kind::stash);
+    const gitkit::CommitDetail detail =
+        repo.repository().commitDetail(*store.window().selectedStash.value(), Kind::stash);
     EXPECT_EQ(inspectedFile(detail, detail.files.at(1), InspectedFile::Tab::blame).revision, detail.parents.at(2));
     EXPECT_EQ(view->findChild<CommitFilesList*>()->model()->index(1, 0).data(Qt::AccessibleDescriptionRole),
               u"Untracked, 1 added, 0 removed"_s);
@@ -390,19 +395,19 @@ TEST_F(CommitDetailTest, AStashDroppedWhileItIsShownGivesWayWithoutAnAlert)
     repo.write("a", "3\n").git({"stash", "push", "-q"});
     load();
     const auto view = show(Kind::stash);
-    const std::string newest = *store.selectedStash.value();
-    const std::string older = store.stashes.value()[1].hash;
-    store.selectedStash = older;
+    const std::string newest = *store.window().selectedStash.value();
+    const std::string older = store.snapshot().stashes.value()[1].hash;
+    store.window().selectStash(older);
     repo.git({"stash", "drop", "-q", "stash@{1}"}).git({"prune", "--expire=now"});
     worker.finishAll();
     EXPECT_TRUE(says(*view, u"The stash could not be read"_s));
     load();
-    EXPECT_EQ(store.selectedStash.value(), newest);
+    EXPECT_EQ(store.window().selectedStash.value(), newest);
     EXPECT_TRUE(shownDiff(*view).contains(u"+3"_s));
     repo.git({"stash", "drop", "-q"});
     load();
     EXPECT_TRUE(says(*view, u"No Stash Selected"_s));
-    EXPECT_EQ(store.errorMessage.value(), std::nullopt);
+    EXPECT_EQ(store.window().errorMessage.value(), std::nullopt);
 }
 
 } // namespace

@@ -85,13 +85,13 @@ protected:
     }
     void refresh()
     {
-        store.refresh(RefreshScope::status);
+        store.snapshot().refresh(RefreshScope::status);
         settle();
     }
     void select(const std::string& path)
     {
         refresh();
-        store.selectedPaths = std::set<std::string>{path};
+        store.window().selectPaths(std::set<std::string>{path});
         settle();
         if (!pane.view()->sections().empty())
             section().setFocus();
@@ -207,7 +207,7 @@ TEST_F(DiffPaneTest, StaysAtItsMatchWhileTheDiffChanges)
     EXPECT_EQ(matches(), u"1 match"_s);
 
     other.setFocus();
-    store.selectedPaths = std::set<std::string>{};
+    store.window().selectPaths(std::set<std::string>{});
     EXPECT_FALSE(isFinding());
     EXPECT_TRUE(other.hasFocus());
 }
@@ -390,7 +390,7 @@ TEST_F(DiffPaneTest, ButtonsOfTheBarNeverStandUnderTheOptions)
         EXPECT_LE(button.right(), bar.left()) << width;
         EXPECT_LE(bar.right(), pane.view()->viewport()->geometry().right()) << width;
     }
-    store.selectedPaths = std::set<std::string>{};
+    store.window().selectPaths(std::set<std::string>{});
     settle();
     EXPECT_FALSE(options->isVisible());
 }

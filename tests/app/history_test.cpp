@@ -8,6 +8,7 @@
 #include "app/ui/history/RefBadges.h"
 #include "app/ui/history/RelativeDate.h"
 #include "tests/store/ManualWorker.h"
+#include "tests/support/Given.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAccessible>
@@ -84,7 +85,7 @@ class HistoryListTest : public testing::Test {
 protected:
     HistoryListTest()
     {
-        store.history = rowsFrom(100, 200);
+        given(store.history().history, rowsFrom(100, 200));
         list.resize(700, 10 * rowHeight);
         list.show();
         QApplication::processEvents();
@@ -108,7 +109,7 @@ protected:
 
 TEST_F(HistoryListTest, ALongerPageIsAppendedAndMovesNothing)
 {
-    store.selectedCommit = hashOf(150);
+    store.window().selectCommit(hashOf(150));
     list.verticalScrollBar()->setValue(45 * rowHeight + 5);
     int resets = 0;
     std::vector<std::pair<int, int>> inserts;
@@ -116,68 +117,68 @@ TEST_F(HistoryListTest, ALongerPageIsAppendedAndMovesNothing)
     QObject::connect(list.model(), &QAbstractItemModel::rowsInserted, &list,
                      [&](const QModelIndex&, int first, int last) { inserts.emplace_back(first, last); });
 
-    store.history = rowsFrom(100, 300);
+    given(store.history().history, rowsFrom(100, 300));
     QApplication::processEvents();
     EXPECT_EQ(resets, 0);
     EXPECT_EQ(inserts, (std::vector{std::pair(200, 299)}));
 
     auto labelled = rowsFrom(100, 300);
     labelled[60].commit.refs = {{gitkit::RefLabel::Kind::tag, "v1", false}};
-    store.history = labelled;
+    given(store.history().history, labelled);
     QApplication::processEvents();
     EXPECT_EQ(resets, 0);
     EXPECT_EQ(inserts.size(), 1U);
     EXPECT_EQ(list.verticalScrollBar()->value(), 45 * rowHeight + 5);
     EXPECT_EQ(selectedRow(), 50);
-    EXPECT_EQ(store.selectedCommit.value(), hashOf(150));
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(150));
 }
 
 TEST_F(HistoryListTest, AnotherPageKeepsThePlaceAndTheSelection)
 {
-    store.selectedCommit = hashOf(103);
+    store.window().selectCommit(hashOf(103));
     list.verticalScrollBar()->setValue(50 * rowHeight + 9);
 
-    store.history = rowsFrom(97, 200); // three new commits on top
+    given(store.history().history, rowsFrom(97, 200)); // three new commits on top
     QApplication::processEvents();
     EXPECT_EQ(list.verticalScrollBar()->value(), 53 * rowHeight + 9);
     EXPECT_EQ(selectedRow(), 6);
 
     auto without = rowsFrom(97, 200);
     without.erase(without.begin() + 40, without.begin() + 55); // the commits at the top of the screen are gone
-    store.history = without;
+    given(store.history().history, without);
     QApplication::processEvents();
     EXPECT_EQ(topRow(), 38) << "the first commit that is still there keeps its height";
 
     list.verticalScrollBar()->setValue(0);
-    store.history = rowsFrom(90, 200);
+    given(store.history().history, rowsFrom(90, 200));
     QApplication::processEvents();
     EXPECT_EQ(list.verticalScrollBar()->value(), 0) << "at the top, what is new shows";
-    EXPECT_EQ(store.selectedCommit.value(), hashOf(103));
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(103));
 
-    store.history = rowsFrom(500, 20);
+    given(store.history().history, rowsFrom(500, 20));
     EXPECT_EQ(selectedRow(), -1);
-    EXPECT_EQ(store.selectedCommit.value(), hashOf(103)) << "dropping it is the store's to do";
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(103)) << "dropping it is the store's to do";
 }
 
 TEST_F(HistoryListTest, TheSelectionIsTheStoresBothWays)
 {
     list.setFocus();
-    EXPECT_EQ(store.selectedCommit.value(), std::nullopt) << "nothing is selected by itself";
+    EXPECT_EQ(store.window().selectedCommit.value(), std::nullopt) << "nothing is selected by itself";
     press(&list, Qt::Key_Down);
-    EXPECT_EQ(store.selectedCommit.value(), hashOf(100));
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(100));
     press(&list, Qt::Key_Down);
     EXPECT_EQ(selectedRow(), 1);
 
     click(list.viewport(), QPointF(300, 4 * rowHeight + 3));
-    EXPECT_EQ(store.selectedCommit.value(), hashOf(104));
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(104));
     press(&list, Qt::Key_End);
-    EXPECT_EQ(store.selectedCommit.value(), hashOf(299));
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(299));
 
-    store.selectedCommit = hashOf(180);
+    store.window().selectCommit(hashOf(180));
     EXPECT_TRUE(list.viewport()->rect().contains(list.visualRect(list.model()->index(80, 0))));
     type(&list, u"Subject 12"_s);
-    EXPECT_EQ(store.selectedCommit.value(), hashOf(120)) << "typing finds a subject";
-    store.selectedCommit = std::nullopt;
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(120)) << "typing finds a subject";
+    store.window().selectCommit(std::nullopt);
     EXPECT_EQ(selectedRow(), -1);
 }
 
@@ -186,9 +187,9 @@ TEST_F(HistoryListTest, TheEndOfThePageAsksForMoreOnceUntilItHasGrown)
     int asked = 0;
     QObject::connect(&list, &HistoryList::moreWanted, &list, [&] {
         ++asked;
-        store.hasMoreHistory = false;
+        given(store.history().hasMoreHistory, false);
     });
-    store.hasMoreHistory = true;
+    given(store.history().hasMoreHistory, true);
     QApplication::processEvents();
     EXPECT_EQ(asked, 0) << "at the top nobody has asked for the end";
     list.verticalScrollBar()->setValue(150 * rowHeight);
@@ -196,8 +197,8 @@ TEST_F(HistoryListTest, TheEndOfThePageAsksForMoreOnceUntilItHasGrown)
     QApplication::processEvents();
     EXPECT_EQ(asked, 1);
 
-    store.history = rowsFrom(100, 205);
-    store.hasMoreHistory = true;
+    given(store.history().history, rowsFrom(100, 205));
+    given(store.history().hasMoreHistory, true);
     QApplication::processEvents();
     EXPECT_EQ(asked, 2) << "still near the end";
 }
@@ -207,7 +208,7 @@ TEST_F(HistoryListTest, ARowsAccessibleNameHoldsSubjectAuthorAndShortHash)
     auto rows = rowsFrom(100, 2);
     rows[0].commit.subject = "Fix \xff bytes";
     rows[0].commit.hash = "abcdef0123456789abcdef0123456789abcdef01";
-    store.history = rows;
+    given(store.history().history, rows);
     QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&list);
     ASSERT_EQ(accessible->childCount(), 2);
     EXPECT_EQ(accessible->text(QAccessible::Name), u"History"_s);
@@ -219,7 +220,7 @@ TEST_F(HistoryListTest, AFilteredListHidesTheGraph)
     const QColor blue = Theme::current().lane(0);
     const QPoint onLine(12, 3 * rowHeight + 4);
     EXPECT_EQ(picture().pixelColor(onLine), blue);
-    store.isHistoryFiltered = true;
+    given(store.history().isHistoryFiltered, true);
     const QImage filtered = picture();
     for (int y = 0; y < filtered.height(); ++y)
         ASSERT_NE(filtered.pixelColor(12, y), blue);
@@ -355,56 +356,56 @@ protected:
 TEST_F(HistoryViewTest, SaysWhyThereIsNothing)
 {
     EXPECT_FALSE(shows(u"No Commits Yet"_s)) << "git has not answered yet";
-    store.hasLoaded = true;
+    given(store.snapshot().hasLoaded, true);
     EXPECT_TRUE(shows(u"No Commits Yet"_s));
-    store.readProblem = u"fatal: not a git repository"_s;
+    given(store.snapshot().readProblem, u"fatal: not a git repository"_s);
     EXPECT_FALSE(shows(u"No Commits Yet"_s)) << "an unreadable repository is not an empty one";
     EXPECT_TRUE(shows(u"fatal: not a git repository"_s));
 
-    store.readProblem = QString();
+    given(store.snapshot().readProblem, QString());
     gitkit::RepoStatus status;
     status.oid = hashOf(1);
-    store.status = status;
-    store.historyProblem = u"fatal: bad object"_s;
+    given(store.snapshot().status, status);
+    given(store.history().historyProblem, u"fatal: bad object"_s);
     EXPECT_TRUE(shows(u"The history could not be read"_s));
     EXPECT_TRUE(shows(u"fatal: bad object"_s));
 
-    store.historyProblem = QString();
-    store.historySearch = u"nonsense"_s;
-    store.isHistoryFiltered = true;
+    given(store.history().historyProblem, QString());
+    given(store.history().historySearch, u"nonsense"_s);
+    given(store.history().isHistoryFiltered, true);
     EXPECT_TRUE(shows(u"No Matching Commits"_s));
     const auto buttons = view.findChildren<QPushButton*>();
     const auto clear = std::ranges::find(buttons, u"Clear Search"_s, &QPushButton::text);
     ASSERT_NE(clear, buttons.end());
     ASSERT_TRUE((*clear)->isVisible());
     (*clear)->click();
-    EXPECT_EQ(store.historySearch.value(), QString());
+    EXPECT_EQ(store.history().historySearch.value(), QString());
 }
 
 TEST_F(HistoryViewTest, CountsCommitsAndSearchesByKeyboard)
 {
     gitkit::RepoStatus status;
     status.oid = hashOf(0);
-    store.status = status;
-    store.hasLoaded = true;
-    store.history = rowsFrom(0, 1);
+    given(store.snapshot().status, status);
+    given(store.snapshot().hasLoaded, true);
+    given(store.history().history, rowsFrom(0, 1));
     EXPECT_TRUE(shows(u"1 commit"_s));
-    store.history = rowsFrom(0, 500);
-    store.hasMoreHistory = true;
+    given(store.history().history, rowsFrom(0, 500));
+    given(store.history().hasMoreHistory, true);
     EXPECT_TRUE(shows(u"500+ commits"_s));
     auto* list = named<QListView>(u"History"_s);
     QMetaObject::invokeMethod(list, "moreWanted");
-    EXPECT_FALSE(store.hasMoreHistory.value());
+    EXPECT_FALSE(store.history().hasMoreHistory.value());
     EXPECT_TRUE(shows(u"500+ commits"_s)) << "while the longer page is being read";
-    store.history = rowsFrom(0, 700);
+    given(store.history().history, rowsFrom(0, 700));
     EXPECT_TRUE(shows(u"700 commits"_s));
 
     auto* search = named<QLineEdit>(u"History Search"_s);
     view.focusSearch();
     type(search, u"fix"_s);
-    EXPECT_EQ(store.historySearch.value(), u"fix"_s);
+    EXPECT_EQ(store.history().historySearch.value(), u"fix"_s);
     press(search, Qt::Key_Escape);
-    EXPECT_EQ(store.historySearch.value(), QString());
+    EXPECT_EQ(store.history().historySearch.value(), QString());
     EXPECT_EQ(view.focusWidget(), search);
     press(search, Qt::Key_Escape);
     EXPECT_EQ(view.focusWidget(), list);

@@ -43,7 +43,7 @@ struct Inspector : testing::Test {
 
     void refresh()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
 
@@ -56,7 +56,7 @@ struct Inspector : testing::Test {
             view->show();
             view->activateWindow();
         }
-        store.inspected = InspectedFile{path, revision, tab};
+        store.window().inspect(InspectedFile{path, revision, tab});
         worker.finishAll();
         view->focusContent();
     }
@@ -105,7 +105,7 @@ TEST_F(Inspector, BlamingBeforeACommitKeepsTheLineWhereItIsAndComesBack)
 
     QTest::keyClick(&blame(), Qt::Key_B);
     worker.finishAll();
-    EXPECT_EQ(store.inspected.value()->path, "old") << "what git calls the file before that commit";
+    EXPECT_EQ(store.window().inspected.value()->path, "old") << "what git calls the file before that commit";
     EXPECT_EQ(standing(blame().currentRow()), std::pair(std::string("line 100"), changed.second))
         << "fifty lines further up in the file, and at the same height";
     EXPECT_EQ(summary(99), u"create"_s);
@@ -115,13 +115,13 @@ TEST_F(Inspector, BlamingBeforeACommitKeepsTheLineWhereItIsAndComesBack)
 
     QTest::keyClick(&blame(), Qt::Key_Backspace);
     worker.finishAll();
-    EXPECT_EQ(store.inspected.value()->path, "f");
+    EXPECT_EQ(store.window().inspected.value()->path, "f");
     EXPECT_EQ(standing(blame().currentRow()), changed);
 
-    store.inspected = InspectedFile{"old", store.history.value()[1].commit.hash, Tab::blame};
+    store.window().inspect(InspectedFile{"old", store.history().history.value()[1].commit.hash, Tab::blame});
     worker.finishAll();
     QTest::keyClick(&blame(), Qt::Key_Backspace);
-    EXPECT_EQ(store.inspected.value()->path, "old") << "a file from elsewhere is no step";
+    EXPECT_EQ(store.window().inspected.value()->path, "old") << "a file from elsewhere is no step";
 }
 
 TEST_F(Inspector, FollowsTheWorkingTreeAndKeepsPlaceAndSelection)
@@ -148,7 +148,7 @@ TEST_F(Inspector, FollowsTheWorkingTreeAndKeepsPlaceAndSelection)
     makeCurrent(0);
     QTest::keyClick(&blame(), Qt::Key_B);
     worker.finishAll();
-    EXPECT_EQ(store.inspected.value()->revision, repo.head());
+    EXPECT_EQ(store.window().inspected.value()->revision, repo.head());
     EXPECT_EQ(blame().document()->rowCount(), 200);
 }
 
@@ -199,11 +199,11 @@ TEST_F(Inspector, FileHistoryFollowsRenamesAndShowsEachDiffAtItsPathThen)
     const std::unique_ptr<QMenu> menu(history().makeMenu());
     test::entry(*menu, u"Show Blame at This Commit"_s)->trigger();
     worker.finishAll();
-    EXPECT_EQ(store.inspected.value(), (InspectedFile{"old", history().current()->commit.hash, Tab::blame}));
+    EXPECT_EQ(store.window().inspected.value(), (InspectedFile{"old", history().current()->commit.hash, Tab::blame}));
     EXPECT_EQ(blame().document()->rowCount(), 20);
     QTest::keyClick(&blame(), Qt::Key_Backspace);
     worker.finishAll();
-    EXPECT_EQ(store.inspected.value(), (InspectedFile{"newest", std::nullopt, Tab::history}));
+    EXPECT_EQ(store.window().inspected.value(), (InspectedFile{"newest", std::nullopt, Tab::history}));
     EXPECT_EQ(history().currentIndex().row(), 2) << "where it was";
 
     repo.commit("rename again");
@@ -211,7 +211,7 @@ TEST_F(Inspector, FileHistoryFollowsRenamesAndShowsEachDiffAtItsPathThen)
     EXPECT_EQ(history().revisions().size(), 4U) << "HEAD moved on";
     EXPECT_EQ(history().currentIndex().row(), 3) << "and the row with it";
     QTest::keyClick(&history(), Qt::Key_Return);
-    EXPECT_EQ(store.selectedCommit.value(), history().current()->commit.hash);
+    EXPECT_EQ(store.window().selectedCommit.value(), history().current()->commit.hash);
 }
 
 TEST_F(Inspector, TheFileAskedForLastWinsAndAClosedViewIsNotTouched)
@@ -219,15 +219,15 @@ TEST_F(Inspector, TheFileAskedForLastWinsAndAClosedViewIsNotTouched)
     repo.write("a", "a\n").write("b", "b\n").commit("one");
     show("a", std::nullopt, Tab::blame);
     const std::string head = repo.head();
-    store.inspected = InspectedFile{"b", std::nullopt, Tab::blame};
-    store.inspected = InspectedFile{"a", head, Tab::blame};
+    store.window().inspect(InspectedFile{"b", std::nullopt, Tab::blame});
+    store.window().inspect(InspectedFile{"a", head, Tab::blame});
     ASSERT_EQ(worker.waiting(), 2U);
     worker.finish(1);
     worker.finish(0);
     EXPECT_EQ(blame().document()->text(0), "a");
 
     for (const Tab tab : {Tab::blame, Tab::history}) {
-        store.inspected = InspectedFile{"b", std::nullopt, tab};
+        store.window().inspect(InspectedFile{"b", std::nullopt, tab});
         EXPECT_GE(worker.waiting(), 1U);
         view = std::make_unique<InspectorView>(store);
         EXPECT_GE(worker.waiting(), 2U);
@@ -267,13 +267,14 @@ TEST_F(InspectedWindow, OpensAtTheRightEdgeAndGivesTheFocusBackWhenItCloses)
     view.show();
     view.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
-    store.refresh(RefreshScope::full);
+    store.snapshot().refresh(RefreshScope::full);
     worker.finishAll();
     auto* const files = test::named<QListView>(view, u"Changed Files"_s);
     files->setFocus();
     ASSERT_TRUE(files->hasFocus());
 
-    const std::unique_ptr<QMenu> menu(makeChangedFilesMenu(store, store.status.value().files, u"Open"_s, nullptr));
+    const std::unique_ptr<QMenu> menu(
+        makeChangedFilesMenu(store, store.snapshot().status.value().files, u"Open"_s, nullptr));
     test::entry(*menu, u"Show Blame"_s)->trigger();
     worker.finishAll();
     auto* const blame = test::named<BlameList>(view, u"Blame"_s);
@@ -285,11 +286,11 @@ TEST_F(InspectedWindow, OpensAtTheRightEdgeAndGivesTheFocusBackWhenItCloses)
 
     QTest::keyClick(blame, Qt::Key_Tab, Qt::ControlModifier);
     worker.finishAll();
-    EXPECT_EQ(store.inspected.value()->tab, Tab::history);
+    EXPECT_EQ(store.window().inspected.value()->tab, Tab::history);
     auto* const history = test::named<FileHistoryList>(view, u"File History"_s);
     EXPECT_TRUE(history->hasFocus());
     QTest::keyClick(history, Qt::Key_Escape);
-    EXPECT_EQ(store.inspected.value(), std::nullopt);
+    EXPECT_EQ(store.window().inspected.value(), std::nullopt);
     EXPECT_FALSE(history->isVisible());
     EXPECT_TRUE(files->hasFocus());
 
@@ -303,13 +304,13 @@ TEST_F(InspectedWindow, OpensAtTheRightEdgeAndGivesTheFocusBackWhenItCloses)
 TEST_F(InspectedWindow, TheMenuSaysWhyAFileCannotBeLookedInto)
 {
     repo.write("f", "1\n").commit("create").write("new", "1\n").remove("f");
-    store.refresh(RefreshScope::full);
+    store.snapshot().refresh(RefreshScope::full);
     worker.finishAll();
-    const auto& files = store.status.value().files;
-    const auto menuOf = [&](const RepositoryStore::Files& chosen) {
+    const auto& files = store.snapshot().status.value().files;
+    const auto menuOf = [&](const Staging::Files& chosen) {
         return std::unique_ptr<QMenu>(makeChangedFilesMenu(store, chosen, u"Open"_s, nullptr));
     };
-    for (const auto& chosen : {RepositoryStore::Files{files[1]}, files}) {
+    for (const auto& chosen : {Staging::Files{files[1]}, files}) {
         const auto menu = menuOf(chosen);
         for (const QString& title : {u"Show Blame"_s, u"Show File History"_s}) {
             EXPECT_FALSE(test::entry(*menu, title)->isEnabled());
@@ -317,7 +318,8 @@ TEST_F(InspectedWindow, TheMenuSaysWhyAFileCannotBeLookedInto)
         }
     }
     test::entry(*menuOf({files[0]}), u"Show Blame"_s)->trigger();
-    EXPECT_EQ(store.inspected.value(), (InspectedFile{"f", repo.head(), Tab::blame})) << "deleted: as HEAD has it";
+    EXPECT_EQ(store.window().inspected.value(), (InspectedFile{"f", repo.head(), Tab::blame}))
+        << "deleted: as HEAD has it";
 }
 
 } // namespace

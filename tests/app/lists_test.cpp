@@ -4,6 +4,7 @@
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/window/RepositoryView.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
+#include "tests/support/Given.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -68,40 +69,40 @@ protected:
 
 TEST_F(WorkingCopyListTest, SharesItsSelectionWithTheStore)
 {
-    store.status = statusOf({"a", "b", "c", "d"});
-    store.selectedPaths = std::set<std::string>{"a", "b", "d"};
+    given(store.snapshot().status, statusOf({"a", "b", "c", "d"}));
+    store.window().selectPaths(std::set<std::string>{"a", "b", "d"});
     EXPECT_EQ(selected(), (std::set<std::string>{"a", "b", "d"}));
     list().selectionModel()->select(row(1), QItemSelectionModel::Toggle);
-    EXPECT_EQ(store.selectedPaths.value(), (std::set<std::string>{"a", "d"}));
+    EXPECT_EQ(store.window().selectedPaths.value(), (std::set<std::string>{"a", "d"}));
 }
 
 TEST_F(WorkingCopyListTest, KeepsSelectionAndPlaceWhenOtherFilesChange)
 {
-    store.status = statusOf(numbered(1000, 21000));
-    store.selectedPaths = std::set<std::string>{"file-106000"};
+    given(store.snapshot().status, statusOf(numbered(1000, 21000)));
+    store.window().selectPaths(std::set<std::string>{"file-106000"});
     list().verticalScrollBar()->setValue(5003 * 28 + 5);
     const QString top = list().indexAt(QPoint(1, 0)).data().toString();
     const int offset = list().visualRect(list().indexAt(QPoint(1, 0))).top();
 
-    store.status = statusOf(numbered(900, 21000), 'D');
+    given(store.snapshot().status, statusOf(numbered(900, 21000), 'D'));
     EXPECT_EQ(list().indexAt(QPoint(1, 0)).data().toString(), top);
     EXPECT_EQ(list().visualRect(list().indexAt(QPoint(1, 0))).top(), offset);
     EXPECT_EQ(selected(), (std::set<std::string>{"file-106000"}));
-    EXPECT_EQ(store.selectedPaths.value(), (std::set<std::string>{"file-106000"}));
+    EXPECT_EQ(store.window().selectedPaths.value(), (std::set<std::string>{"file-106000"}));
 }
 
 TEST_F(WorkingCopyListTest, NeverTakesAFailedReadForACleanTree)
 {
     EXPECT_EQ(shownSentence(*view.emptyState()).trimmed(), QString()); // git has not answered yet
-    store.readProblem = QStringLiteral("fatal: index file corrupt");
+    given(store.snapshot().readProblem, QStringLiteral("fatal: index file corrupt"));
     EXPECT_TRUE(shownSentence(*view.emptyState()).contains(QStringLiteral("Could Not Be Read")));
-    store.hasLoaded = true;
+    given(store.snapshot().hasLoaded, true);
     EXPECT_TRUE(shownSentence(*view.emptyState()).contains(QStringLiteral("Could Not Be Read")));
-    store.readProblem = QString();
+    given(store.snapshot().readProblem, QString());
     EXPECT_TRUE(shownSentence(*view.emptyState()).contains(QStringLiteral("Nothing has been committed yet")));
-    store.status = statusOf({});
+    given(store.snapshot().status, statusOf({}));
     EXPECT_TRUE(shownSentence(*view.emptyState()).contains(QStringLiteral("No Changes")));
-    store.status = statusOf({"a"});
+    given(store.snapshot().status, statusOf({"a"}));
     EXPECT_FALSE(view.emptyState()->isVisible());
 }
 
@@ -109,16 +110,17 @@ TEST(StashesList, SharesItsSelectionAndSaysWhyItIsEmpty)
 {
     RepositoryStore store{"/nonexistent"};
     StashesView view(store);
-    store.hasLoaded = true;
+    given(store.snapshot().hasLoaded, true);
     EXPECT_TRUE(shownSentence(*view.currentWidget()).contains(QStringLiteral("Stashed changes are listed here.")));
-    store.readProblem = QStringLiteral("fatal: broken");
+    given(store.snapshot().readProblem, QStringLiteral("fatal: broken"));
     EXPECT_TRUE(shownSentence(*view.currentWidget()).contains(QStringLiteral("Could Not Be Read")));
 
-    store.stashes = std::vector<gitkit::Stash>{{"stash@{0}", "1111", {}, "newer"}, {"stash@{1}", "2222", {}, "older"}};
-    store.selectedStash = "2222";
+    given(store.snapshot().stashes,
+          std::vector<gitkit::Stash>{{"stash@{0}", "1111", {}, "newer"}, {"stash@{1}", "2222", {}, "older"}});
+    store.window().selectStash("2222");
     EXPECT_EQ(view.list()->currentIndex().data().toString(), QStringLiteral("older"));
     view.list()->setCurrentIndex(view.list()->model()->index(0, 0));
-    EXPECT_EQ(store.selectedStash.value(), "1111");
+    EXPECT_EQ(store.window().selectedStash.value(), "1111");
     EXPECT_EQ(view.list()->currentIndex().data(Qt::ToolTipRole).toString(), QStringLiteral("stash@{0}"));
 }
 
@@ -137,22 +139,22 @@ TEST(RepositoryView, ShowsWhatIsSelectedAndWhatGoesOn)
     };
     for (const char* name : {"Fetch", "Pull", "Push", "Branch", "Stash", "Activity", "Sidebar", "Changed Files"})
         EXPECT_NE(named(name), nullptr) << name;
-    store.activity = QStringLiteral("Fetching…");
+    given(store.changes().activity, QStringLiteral("Fetching…"));
     EXPECT_FALSE(named("Fetch")->isEnabled());
     EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QStringLiteral("Fetching…"));
-    store.activity = std::nullopt;
+    given(store.changes().activity, std::nullopt);
     EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QString());
 
-    store.readProblem = QStringLiteral("fatal: broken");
+    given(store.snapshot().readProblem, QStringLiteral("fatal: broken"));
     EXPECT_EQ(qobject_cast<QLabel*>(named("Problem"))->text(), QStringLiteral("fatal: broken"));
     EXPECT_TRUE(named("Problem")->isVisible());
-    store.readProblem = QString();
+    given(store.snapshot().readProblem, QString());
     EXPECT_FALSE(named("Problem")->isVisible());
 
-    store.selection = SidebarItem::stashes();
+    store.window().select(SidebarItem::stashes());
     EXPECT_NE(named("Stashes"), nullptr);
     EXPECT_FALSE(named("Changed Files")->isVisible());
-    store.selection = SidebarItem::history();
+    store.window().select(SidebarItem::history());
     ASSERT_NE(named("History Search"), nullptr);
     EXPECT_TRUE(named("History Search")->isVisible());
 }

@@ -9,6 +9,7 @@
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QCompleter>
@@ -45,7 +46,7 @@ protected:
         mainMenu::build(*window.menuBar(), target, store);
         window.resize(1000, 700);
         window.show();
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         EXPECT_TRUE(worker.settle());
     }
     ~NavigationUi() override
@@ -100,20 +101,20 @@ TEST_F(NavigationUi, GoesToCommitsThatAreNamed)
     name->completer()->setCompletionPrefix(u"V1"_s);
     EXPECT_EQ(name->completer()->currentCompletion(), u"v1.0"_s);
 
-    store.activity = u"Fetching…"_s; // what only looks need not wait
+    given(store.changes().activity, u"Fetching…"_s); // what only looks need not wait
     name->setText(u" v1.0^{} "_s);
     go->click();
     ASSERT_TRUE(worker.settle());
     EXPECT_FALSE(openDialog(*view));
-    EXPECT_EQ(store.selection.value(), SidebarItem::history());
-    EXPECT_EQ(store.selectedCommit.value(), hash("main~650"));
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::history());
+    EXPECT_EQ(store.window().selectedCommit.value(), hash("main~650"));
     QApplication::processEvents();
     EXPECT_TRUE(showsSelected());
 }
 
 TEST_F(NavigationUi, ASheetThatWasEditedOrClosedIgnoresTheAnswer)
 {
-    store.sheet = GoToCommitSheet{};
+    store.window().showSheet(GoToCommitSheet{});
     auto* name = named<QLineEdit>(*openDialog(*view), u"Commit or Ref"_s);
     name->setText(u"main"_s);
     QTest::keyClick(name, Qt::Key_Return);
@@ -123,28 +124,27 @@ TEST_F(NavigationUi, ASheetThatWasEditedOrClosedIgnoresTheAnswer)
     QTest::keyClick(name, Qt::Key_Return);
     QTest::keyClick(name, Qt::Key_Escape);
     ASSERT_TRUE(worker.settle());
-    EXPECT_EQ(store.selectedCommit.value(), std::nullopt);
+    EXPECT_EQ(store.window().selectedCommit.value(), std::nullopt);
 }
 
 TEST_F(NavigationUi, AShownCommitComesIntoSightThoughItIsSelectedAlready)
 {
     // The list is made by this very step, from another view.
-    store.showCommit(hash("main~400"));
+    store.history().showCommit(hash("main~400"));
     QApplication::processEvents();
     EXPECT_TRUE(showsSelected());
     list()->scrollToTop();
     EXPECT_FALSE(showsSelected());
-    store.showCommit(hash("main~400"));
+    store.history().showCommit(hash("main~400"));
     EXPECT_TRUE(showsSelected());
 
     list()->scrollToBottom();
-    store.selection = SidebarItem::ref("refs/heads/old");
-    store.selectionChanged();
+    store.window().select(SidebarItem::ref("refs/heads/old"));
     ASSERT_TRUE(worker.settle());
     QApplication::processEvents();
-    EXPECT_EQ(store.selectedCommit.value(), hash("main~700"));
+    EXPECT_EQ(store.window().selectedCommit.value(), hash("main~700"));
     EXPECT_TRUE(showsSelected());
-    store.showCommit(std::string(40, '1'));
+    store.history().showCommit(std::string(40, '1'));
     ASSERT_TRUE(worker.settle());
     EXPECT_TRUE(named<QLabel>(*view, u"This repository has no commit 1111111."_s)->isVisible());
 }
@@ -152,27 +152,26 @@ TEST_F(NavigationUi, AShownCommitComesIntoSightThoughItIsSelectedAlready)
 TEST_F(NavigationUi, MenuAndMouseGoBackAndForward)
 {
     EXPECT_FALSE(command(u"Back"_s)->isEnabled());
-    store.selection = SidebarItem::history();
-    store.selectionChanged();
+    store.window().select(SidebarItem::history());
     list()->setFocus();
     QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, {300, 10});
     QTest::mouseClick(list()->viewport(), Qt::LeftButton, {}, {300, 10 + 3 * 28});
     // Held keys that move by pages are one step, too.
     for (int i = 0; i < 5; ++i)
         QTest::keyClick(list(), Qt::Key_PageDown);
-    const auto end = store.selectedCommit.value();
+    const auto end = store.window().selectedCommit.value();
     EXPECT_NE(end, hash("main~3"));
 
     QTest::mouseClick(list()->viewport(), Qt::BackButton, {}, {300, 10 + 28});
-    EXPECT_EQ(store.selectedCommit.value(), hash("main~3"));
+    EXPECT_EQ(store.window().selectedCommit.value(), hash("main~3"));
     command(u"Back"_s)->trigger();
-    EXPECT_EQ(store.selectedCommit.value(), hash("main"));
+    EXPECT_EQ(store.window().selectedCommit.value(), hash("main"));
     command(u"Back"_s)->trigger();
-    EXPECT_EQ(store.selection.value(), SidebarItem::workingCopy());
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::workingCopy());
     EXPECT_FALSE(command(u"Back"_s)->isEnabled());
     for (int i = 0; i < 3; ++i)
         QTest::mouseClick(view, Qt::ForwardButton);
-    EXPECT_EQ(store.selectedCommit.value(), end);
+    EXPECT_EQ(store.window().selectedCommit.value(), end);
     EXPECT_FALSE(command(u"Forward"_s)->isEnabled());
 }
 

@@ -28,7 +28,7 @@ struct OperationBarTest : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         ASSERT_TRUE(worker.settle());
     }
     void begin(const std::vector<std::string>& arguments)
@@ -90,7 +90,7 @@ TEST_F(OperationBarTest, SaysWhatGoesOnAndOffersWhatGitDoes)
     EXPECT_EQ(buttons(), "Show Commit Reset ");
     button(u"Show Commit"_s)->click();
     ASSERT_TRUE(worker.settle());
-    EXPECT_EQ(store.selectedCommit.value(), store.inProgress.value()->bisect->found->hash);
+    EXPECT_EQ(store.window().selectedCommit.value(), store.snapshot().inProgress.value()->bisect->found->hash);
     button(u"Reset"_s)->click();
     ASSERT_TRUE(worker.settle());
     EXPECT_TRUE(bar.isHidden());
@@ -104,12 +104,12 @@ TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
     ASSERT_EQ(model.rowCount(), 3);
     EXPECT_EQ(model.index(0).data().toString(), u"z"_s);
     EXPECT_EQ(model.index(1).data().toString(), u"a"_s);
-    EXPECT_EQ(store.status.value().files.front().path, "a") << "the store's order is git's";
+    EXPECT_EQ(store.snapshot().status.value().files.front().path, "a") << "the store's order is git's";
     EXPECT_EQ(model.indexOf("z").row(), 0);
     EXPECT_EQ(model.file(model.indexOf("b")).path, "b");
 
     const std::unique_ptr<QMenu> menu(
-        makeChangedFilesMenu(store, store.status.value().files, u"Open in Kate"_s, nullptr));
+        makeChangedFilesMenu(store, store.snapshot().status.value().files, u"Open in Kate"_s, nullptr));
     const std::vector<std::string> titles = test::entries(*menu);
     EXPECT_EQ((std::vector(titles.begin(), titles.begin() + 4)),
               (std::vector<std::string>{"Use Ours", "Use Theirs", "Mark Resolved", "—"}));
@@ -117,8 +117,8 @@ TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
     EXPECT_EQ(test::entry(*menu, u"Use Theirs"_s)->toolTip(), u"topic (being merged)"_s);
     test::entry(*menu, u"Mark Resolved"_s)->trigger();
     ASSERT_TRUE(worker.settle());
-    ASSERT_TRUE(store.confirmation.value()) << "markers are left";
-    store.confirmation = std::nullopt;
+    ASSERT_TRUE(store.window().confirmation.value()) << "markers are left";
+    store.window().dismissQuestion();
     test::entry(*menu, u"Use Theirs"_s)->trigger();
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(readFile(repo / "z"), "2\n");
@@ -128,11 +128,11 @@ TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
     // In a rebase the sides are the other way round.
     repo.git({"merge", "--abort"});
     begin({"rebase", "main", "topic"});
-    EXPECT_TRUE(
-        test::entry(*std::unique_ptr<QMenu>(makeChangedFilesMenu(store, store.status.value().files, {}, nullptr)),
-                    u"Use Ours"_s)
-            ->toolTip()
-            .startsWith(u"main (onto)"_s));
+    EXPECT_TRUE(test::entry(*std::unique_ptr<QMenu>(
+                                makeChangedFilesMenu(store, store.snapshot().status.value().files, {}, nullptr)),
+                            u"Use Ours"_s)
+                    ->toolTip()
+                    .startsWith(u"main (onto)"_s));
 }
 
 } // namespace

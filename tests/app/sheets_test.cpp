@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Refs.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/RefNameRules.h"
 #include "app/ui/widgets/TerminalText.h"
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QCheckBox>
@@ -80,7 +82,7 @@ protected:
         repo.write("a", "1\n").commit("one").git({"branch", "side"}).write("a", "2\n").commit("two");
         view.resize(900, 600);
         view.show();
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         EXPECT_TRUE(worker.settle());
     }
     ~DialogsTest() override { worker.settle(); }
@@ -110,21 +112,21 @@ TEST_F(DialogsTest, ANewBranchIsMadeWhereItWasAskedFor)
     EXPECT_FALSE(button(u"Create Branch"_s)->isEnabled());
     QTest::keyClick(dialog(), Qt::Key_Escape);
     EXPECT_FALSE(dialog());
-    EXPECT_FALSE(store.sheet.value());
+    EXPECT_FALSE(store.window().sheet.value());
 
-    store.sheet = NewBranchSheet{"refs/heads/side"};
+    store.window().showSheet(NewBranchSheet{"refs/heads/side"});
     EXPECT_TRUE(says(u"Starts at side"_s));
     named<QCheckBox>(*dialog(), u"Check Out After Creating"_s)->setChecked(false);
     name = named<QLineEdit>(*dialog(), u"New Branch Name"_s);
     name->setText(u"näher/dran"_s);
     QTest::keyClick(name, Qt::Key_Return);
-    EXPECT_EQ(store.activity.value(), u"Creating branch…"_s);
+    EXPECT_EQ(store.changes().activity.value(), u"Creating branch…"_s);
     ASSERT_TRUE(worker.settle());
     EXPECT_FALSE(dialog());
     EXPECT_EQ(repo.read({"rev-parse", "näher/dran"}), repo.read({"rev-parse", "side"}));
     EXPECT_EQ(repo.read({"branch", "--show-current"}), "main");
 
-    store.sheet = NewBranchSheet{};
+    store.window().showSheet(NewBranchSheet{});
     named<QLineEdit>(*dialog(), u"New Branch Name"_s)->setText(u"next"_s);
     button(u"Create Branch"_s)->click();
     ASSERT_TRUE(worker.settle());
@@ -134,7 +136,7 @@ TEST_F(DialogsTest, ANewBranchIsMadeWhereItWasAskedFor)
 
 TEST_F(DialogsTest, ATagAndAStashAreMade)
 {
-    store.sheet = NewTagSheet{repo.head()};
+    store.window().showSheet(NewTagSheet{repo.head()});
     named<QLineEdit>(*dialog(), u"New Tag Name"_s)->setText(u"v1"_s);
     button(u"Create Tag"_s)->click();
     ASSERT_TRUE(worker.settle());
@@ -143,7 +145,7 @@ TEST_F(DialogsTest, ATagAndAStashAreMade)
 
     EXPECT_FALSE(named<QPushButton>(view, u"Stash"_s)->isEnabled());
     repo.write("new", "n");
-    store.refresh(RefreshScope::status);
+    store.snapshot().refresh(RefreshScope::status);
     ASSERT_TRUE(worker.settle());
     named<QPushButton>(view, u"Stash"_s)->click();
     auto* untracked = named<QCheckBox>(*dialog(), u"Include Untracked Files"_s);
@@ -154,25 +156,25 @@ TEST_F(DialogsTest, ATagAndAStashAreMade)
     named<QLineEdit>(*dialog(), u"Stash Message"_s)->setText(u"-m put aside"_s);
     button(u"Stash Changes"_s)->click();
     ASSERT_TRUE(worker.settle());
-    ASSERT_EQ(store.stashes.value().size(), 1U);
-    EXPECT_EQ(store.stashes.value().front().message, "On main: -m put aside");
+    ASSERT_EQ(store.snapshot().stashes.value().size(), 1U);
+    EXPECT_EQ(store.snapshot().stashes.value().front().message, "On main: -m put aside");
     EXPECT_FALSE(std::filesystem::exists(repo / "new"));
 }
 
 TEST_F(DialogsTest, AnActionUnderWayKeepsASheetFromBeingConfirmed)
 {
-    store.sheet = NewBranchSheet{};
+    store.window().showSheet(NewBranchSheet{});
     named<QLineEdit>(*dialog(), u"New Branch Name"_s)->setText(u"next"_s);
     EXPECT_TRUE(button(u"Create Branch"_s)->isEnabled());
-    store.activity = u"Fetching…"_s;
+    given(store.changes().activity, u"Fetching…"_s);
     EXPECT_FALSE(button(u"Create Branch"_s)->isEnabled());
-    store.activity = std::nullopt;
+    given(store.changes().activity, std::nullopt);
     EXPECT_TRUE(button(u"Create Branch"_s)->isEnabled());
 }
 
 TEST_F(DialogsTest, AProblemIsToldInFullUntilItIsRead)
 {
-    store.errorMessage = u"Cannot push: this repository has no remote."_s;
+    given(store.window().errorMessage, u"Cannot push: this repository has no remote."_s);
     ASSERT_TRUE(dialog());
     EXPECT_EQ(dialog()->windowTitle(), u"Git reported a problem"_s);
     EXPECT_EQ(dialog()->accessibleName(), u"Git reported a problem"_s);
@@ -181,7 +183,7 @@ TEST_F(DialogsTest, AProblemIsToldInFullUntilItIsRead)
     QStringList lines;
     for (int number = 0; number < 2000; ++number)
         lines.append(u"%1: \x1b[31merror\x1b[0m <b>&amp;"_s.arg(number));
-    store.errorMessage = lines.join(u'\n');
+    given(store.window().errorMessage, lines.join(u'\n'));
     auto* text = dialog()->findChild<QPlainTextEdit*>();
     ASSERT_TRUE(text && text->isVisible());
     EXPECT_EQ(text->toPlainText(), lines.join(u'\n').remove(u"\x1b[31m"_s).remove(u"\x1b[0m"_s));
@@ -190,10 +192,10 @@ TEST_F(DialogsTest, AProblemIsToldInFullUntilItIsRead)
 
     button(u"OK"_s)->click();
     EXPECT_FALSE(dialog());
-    EXPECT_FALSE(store.errorMessage.value());
-    store.errorMessage = u"again"_s;
+    EXPECT_FALSE(store.window().errorMessage.value());
+    given(store.window().errorMessage, u"again"_s);
     EXPECT_TRUE(dialog());
-    store.errorMessage = std::nullopt;
+    store.window().dismissError();
     EXPECT_FALSE(dialog());
 }
 
@@ -208,44 +210,44 @@ TEST_F(DialogsTest, AQuestionActsOnlyWhenItIsConfirmed)
     int acted = 0;
     Confirmation first{
         .title = u"Drop it?"_s, .message = u"Gone."_s, .actionTitle = u"Drop"_s, .action = [&acted] { ++acted; }};
-    store.confirmation = first;
+    store.window().ask(first);
     ASSERT_TRUE(dialog());
     EXPECT_EQ(dialog()->accessibleName(), u"Drop it?"_s);
     QTest::keyClick(dialog(), Qt::Key_Return); // the button with the focus is the one that loses nothing
     EXPECT_FALSE(dialog());
-    EXPECT_FALSE(store.confirmation.value());
+    EXPECT_FALSE(store.window().confirmation.value());
     EXPECT_EQ(acted, 0);
 
-    store.confirmation = first;
+    store.window().ask(first);
     Confirmation second = first;
     second.id = QUuid::createUuid();
     second.title = u"Merge?"_s;
     second.actionTitle = u"Merge"_s;
     second.risk = Confirmation::Risk::none;
     second.action = [&acted] { acted += 10; };
-    store.confirmation = second;
+    store.window().ask(second);
     EXPECT_EQ(dialog()->accessibleName(), u"Merge?"_s);
     EXPECT_EQ(acted, 0);
     QTest::keyClick(dialog(), Qt::Key_Return);
     EXPECT_EQ(acted, 10);
-    EXPECT_FALSE(store.confirmation.value());
+    EXPECT_FALSE(store.window().confirmation.value());
 }
 
 TEST_F(DialogsTest, AnUnmergedBranchIsDeletedAfterTwoQuestions)
 {
     repo.git({"checkout", "-q", "side"}).write("b", "b").commit("only here").git({"checkout", "-q", "main"});
-    store.refresh(RefreshScope::full);
+    store.snapshot().refresh(RefreshScope::full);
     ASSERT_TRUE(worker.settle());
-    store.confirmDelete(store.branches.value().back());
+    actions::confirmDelete(store.actors(), store.snapshot().branches.value().back());
     EXPECT_EQ(dialog()->accessibleName(), u"Delete branch “side”?"_s);
     button(u"Delete"_s)->click();
     ASSERT_TRUE(worker.settle());
     ASSERT_TRUE(dialog());
     EXPECT_EQ(dialog()->accessibleName(), u"“side” is not fully merged"_s);
-    EXPECT_FALSE(store.errorMessage.value());
+    EXPECT_FALSE(store.window().errorMessage.value());
     button(u"Force Delete"_s)->click();
     ASSERT_TRUE(worker.settle());
-    EXPECT_EQ(store.branches.value().size(), 1U);
+    EXPECT_EQ(store.snapshot().branches.value().size(), 1U);
     EXPECT_EQ(repo.read({"branch", "--list", "side"}), "");
 }
 

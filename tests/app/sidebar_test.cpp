@@ -2,6 +2,7 @@
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/sidebar/SidebarView.h"
+#include "tests/support/Given.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -52,10 +53,11 @@ protected:
         for (const auto* setting : {&settings::sidebarBranchesExpanded, &settings::sidebarRemotesExpanded})
             Settings::shared().set(*setting, true);
         Settings::shared().set(settings::sidebarTagsExpanded, false);
-        store.branches = makeRefs(GitRef::Kind::local, {"feature/login", "feature/word-diff", "main", "release/2.4"});
-        store.remotes = std::vector<std::string>{"origin", "team/fork"};
-        store.remoteBranches = makeRefs(GitRef::Kind::remote, {"origin/main", "team/fork/main"});
-        store.tags = makeRefs(GitRef::Kind::tag, {"v1.0"});
+        given(store.snapshot().branches,
+              makeRefs(GitRef::Kind::local, {"feature/login", "feature/word-diff", "main", "release/2.4"}));
+        given(store.snapshot().remotes, std::vector<std::string>{"origin", "team/fork"});
+        given(store.snapshot().remoteBranches, makeRefs(GitRef::Kind::remote, {"origin/main", "team/fork/main"}));
+        given(store.snapshot().tags, makeRefs(GitRef::Kind::tag, {"v1.0"}));
         view.resize(220, 400);
         view.show();
     }
@@ -90,7 +92,7 @@ TEST_F(SidebarTest, MakesFoldersOfSharedPrefixesAndOfRemotes)
     EXPECT_EQ(rows(), (std::vector<std::string>{"Working Copy", "History", "Stashes", "BRANCHES", " main",
                                                 " release/2.4", " feature", "  login", "  word-diff", "REMOTES",
                                                 " origin", "  main", " team/fork", "  main", "TAGS"}));
-    store.tags = std::vector<GitRef>{};
+    given(store.snapshot().tags, std::vector<GitRef>{});
     EXPECT_EQ(rows().back(), "  main");
 }
 
@@ -112,54 +114,54 @@ TEST_F(SidebarTest, NamesItsRowsForAssistiveTechnology)
 TEST_F(SidebarTest, SharesItsSelectionWithTheStore)
 {
     tree().setCurrentIndex(indexOf("refs/remotes/origin/main"));
-    EXPECT_EQ(store.selection.value(), SidebarItem::ref("refs/remotes/origin/main"));
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/remotes/origin/main"));
 
     // Standing on a group with the keyboard selects nothing else.
     tree().setCurrentIndex(indexOf("refs/heads/main").parent());
-    EXPECT_EQ(store.selection.value(), SidebarItem::ref("refs/remotes/origin/main"));
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/remotes/origin/main"));
 
     // What is selected elsewhere is shown, even where it was folded away.
-    store.selection = SidebarItem::ref("refs/tags/v1.0");
+    store.window().select(SidebarItem::ref("refs/tags/v1.0"));
     EXPECT_TRUE(tree().selectionModel()->isSelected(indexOf("refs/tags/v1.0")));
     EXPECT_TRUE(tree().isExpanded(indexOf("refs/tags/v1.0").parent()));
 }
 
 TEST_F(SidebarTest, KeepsFoldersGroupsAndSelectionWhenRefsChange)
 {
-    store.selection = SidebarItem::ref("refs/heads/main");
+    store.window().select(SidebarItem::ref("refs/heads/main"));
     tree().collapse(indexOf("refs/heads/feature/login").parent());
     tree().expand(indexOf("refs/tags/v1.0").parent());
     EXPECT_TRUE(Settings::shared().value(settings::sidebarTagsExpanded));
 
-    store.branches =
-        makeRefs(GitRef::Kind::local, {"aaa", "feature/login", "feature/new", "feature/word-diff", "main"});
+    given(store.snapshot().branches,
+          makeRefs(GitRef::Kind::local, {"aaa", "feature/login", "feature/new", "feature/word-diff", "main"}));
     EXPECT_EQ(rows(),
               (std::vector<std::string>{"Working Copy", "History", "Stashes", "BRANCHES", " aaa", " main", " feature",
                                         "REMOTES", " origin", "  main", " team/fork", "  main", "TAGS", " v1.0"}));
     EXPECT_EQ(tree().selectionModel()->selectedIndexes(), QModelIndexList{indexOf("refs/heads/main")});
-    EXPECT_EQ(store.selection.value(), SidebarItem::ref("refs/heads/main"));
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/main"));
 }
 
 TEST_F(SidebarTest, StaysWhereItWasScrolledToWhenRefsAppearAbove)
 {
-    store.branches = makeRefs(GitRef::Kind::local, numbered("topic-", 100, 300));
+    given(store.snapshot().branches, makeRefs(GitRef::Kind::local, numbered("topic-", 100, 300)));
     tree().verticalScrollBar()->setValue(1234);
     const int before = topOf("refs/heads/topic-1150");
 
-    store.branches = makeRefs(GitRef::Kind::local, numbered("topic-", 90, 290));
+    given(store.snapshot().branches, makeRefs(GitRef::Kind::local, numbered("topic-", 90, 290)));
     EXPECT_EQ(topOf("refs/heads/topic-1150"), before);
     EXPECT_NE(tree().verticalScrollBar()->value(), 1234);
 
     // At the top it stays at the top.
     tree().verticalScrollBar()->setValue(0);
-    store.branches = makeRefs(GitRef::Kind::local, numbered("topic-", 50, 290));
+    given(store.snapshot().branches, makeRefs(GitRef::Kind::local, numbered("topic-", 50, 290)));
     EXPECT_EQ(tree().verticalScrollBar()->value(), 0);
 }
 
 TEST_F(SidebarTest, FiltersWhileTypingAndForgetsNothing)
 {
     tree().collapse(indexOf("refs/heads/feature/login").parent());
-    store.selection = SidebarItem::ref("refs/heads/main");
+    store.window().select(SidebarItem::ref("refs/heads/main"));
 
     filter().setText(QStringLiteral("LOG"));
     EXPECT_EQ(rows(), (std::vector<std::string>{"Working Copy", "History", "Stashes", "BRANCHES", " feature/login"}));
@@ -167,7 +169,7 @@ TEST_F(SidebarTest, FiltersWhileTypingAndForgetsNothing)
     EXPECT_EQ(rows().back(), " v1.0"); // in a group that is closed otherwise
     filter().setText(QStringLiteral("nothing of this name"));
     EXPECT_EQ(rows().back(), "No branch or tag matches");
-    EXPECT_EQ(store.selection.value(), SidebarItem::ref("refs/heads/main"));
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/main"));
 
     press(filter(), Qt::Key_Escape);
     EXPECT_TRUE(filter().text().isEmpty());
@@ -176,7 +178,7 @@ TEST_F(SidebarTest, FiltersWhileTypingAndForgetsNothing)
 
     filter().setText(QStringLiteral("word"));
     press(filter(), Qt::Key_Return);
-    EXPECT_EQ(store.selection.value(), SidebarItem::ref("refs/heads/feature/word-diff"));
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/feature/word-diff"));
 }
 
 TEST_F(SidebarTest, ShowsNamesOfAnyBytesAndUpstreamsThatAreGone)
@@ -184,17 +186,17 @@ TEST_F(SidebarTest, ShowsNamesOfAnyBytesAndUpstreamsThatAreGone)
     std::vector<GitRef> refs = makeRefs(GitRef::Kind::local, {"caf\xE9", "kept", "lost"});
     refs[1].upstream = "origin/main";
     refs[2].upstream = "origin/lost";
-    store.branches = refs;
+    given(store.snapshot().branches, refs);
     EXPECT_EQ(indexOf("refs/heads/caf\xE9").data().toString(), QStringLiteral("caf\uFFFD"));
     tree().setCurrentIndex(indexOf("refs/heads/caf\xE9"));
-    EXPECT_EQ(store.selection.value().refName, "refs/heads/caf\xE9");
+    EXPECT_EQ(store.window().selection.value().refName, "refs/heads/caf\xE9");
     EXPECT_FALSE(view.model().isUpstreamGone(indexOf("refs/heads/kept")));
     EXPECT_TRUE(view.model().isUpstreamGone(indexOf("refs/heads/lost")));
 }
 
 TEST_F(SidebarTest, ReachesTheLastOfManyRefs)
 {
-    store.branches = makeRefs(GitRef::Kind::local, numbered("topic/", 0, 20000));
+    given(store.snapshot().branches, makeRefs(GitRef::Kind::local, numbered("topic/", 0, 20000)));
     EXPECT_EQ(view.model().count(indexOf("refs/heads/topic/1000").parent()), 20000);
     const QModelIndex last = indexOf("refs/heads/topic/20999");
     tree().scrollTo(last);

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/GitRepository.h"
 #include "app/services/askpass/Askpass.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Remotes.h"
+#include "app/store/readers/Latest.h"
 #include "app/ui/dialogs/PromptText.h"
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/GitHttpServer.h"
@@ -84,13 +87,28 @@ TEST(PromptTexts, AreReadAsGitAndSshWriteThem)
     EXPECT_LT(hostile.question.count(u'\n'), 20);
 }
 
+bool fetchAsRead(const gitkit::GitRepository& repo, const int&)
+{
+    repo.fetch();
+    return true;
+}
+
+/// Whether a fetch fails that runs as reads do.
+bool failsToRead(const GitAccess& git)
+{
+    bool hasEnded = false;
+    Latest<int, bool> reading(git, &fetchAsRead, [&hasEnded] { hasEnded = true; });
+    reading.ask(1);
+    return waitUntil([&hasEnded] { return hasEnded; }, patience) && reading.failure();
+}
+
 /// A window over a repository whose ssh is a script, which asks as ssh does.
 class SignInWindow {
 public:
     SignInWindow()
     {
         repo.commit("one").git({"remote", "add", "origin", "ssh://git@example.org/x"});
-        store->refresh(RefreshScope::full);
+        store->snapshot().refresh(RefreshScope::full);
         EXPECT_TRUE(worker.settle());
     }
     ~SignInWindow() { EXPECT_TRUE(worker.settle()); }
@@ -104,15 +122,15 @@ public:
         repo.git({"config", "ssh.variant", "ssh"})
             .git({"config", "core.sshCommand", "sh '" + (repo / "../ssh").string() + "'"});
         std::filesystem::remove(out());
-        store->fetch();
+        actions::fetch(store->actors());
     }
     bool isAsked() const
     {
-        return waitUntil([this] { return store->prompt.value().has_value(); }, patience);
+        return waitUntil([this] { return store->changes().prompt().value().has_value(); }, patience);
     }
     bool ends()
     {
-        return waitUntil([this] { return !store->activity.value(); }, patience) && worker.settle();
+        return waitUntil([this] { return !store->changes().activity.value(); }, patience) && worker.settle();
     }
     std::filesystem::path out() const { return repo / "../out"; }
     std::string printed() const { return readFile(out()); }
@@ -144,16 +162,16 @@ TEST(SignIn, TwoWindowsAskAtOnceAndEachHearsItsOwnAnswer)
     one.fetchWith(askOnce);
     two.fetchWith(askOnce);
     ASSERT_TRUE(one.isAsked() && two.isAsked());
-    const SignInPrompt asked = *two.store->prompt.value();
+    const SignInPrompt asked = *two.store->changes().prompt().value();
     EXPECT_EQ(asked.text, "Question: ");
     EXPECT_EQ(asked.destination, "git@example.org");
     EXPECT_EQ(asked.action, u"Fetching…"_s);
-    two.store->answerPrompt(asked.id, u"zwei ü"_s);
-    one.store->answerPrompt(one.store->prompt.value()->id, u"one\nline"_s);
+    two.store->changes().answerPrompt(asked.id, u"zwei ü"_s);
+    one.store->changes().answerPrompt(one.store->changes().prompt().value()->id, u"one\nline"_s);
     ASSERT_TRUE(one.ends() && two.ends());
     EXPECT_EQ(one.printed(), "one\n");
     EXPECT_EQ(two.printed(), "zwei ü\n");
-    EXPECT_FALSE(one.store->prompt.value());
+    EXPECT_FALSE(one.store->changes().prompt().value());
 }
 
 TEST(SignIn, ACancelledQuestionIsNotAskedAgainByItsAction)
@@ -161,29 +179,29 @@ TEST(SignIn, ACancelledQuestionIsNotAskedAgainByItsAction)
     SignInWindow window;
     window.fetchWith("for try in 1 2 3; do " + askOnce + "; done");
     ASSERT_TRUE(window.isAsked());
-    window.store->answerPrompt(window.store->prompt.value()->id, u"wrong"_s);
+    window.store->changes().answerPrompt(window.store->changes().prompt().value()->id, u"wrong"_s);
     ASSERT_TRUE(window.isAsked());
-    EXPECT_TRUE(window.store->prompt.value()->isRepeated);
-    window.store->cancelPrompt(window.store->prompt.value()->id);
+    EXPECT_TRUE(window.store->changes().prompt().value()->isRepeated);
+    window.store->changes().cancelPrompt(window.store->changes().prompt().value()->id);
     ASSERT_TRUE(window.ends());
     EXPECT_EQ(window.printed(), "wrong\nrefused\nrefused\n");
-    EXPECT_TRUE(window.store->errorMessage.value()->contains(u"Could not read from remote repository"_s));
+    EXPECT_TRUE(window.store->window().errorMessage.value()->contains(u"Could not read from remote repository"_s));
 
     // Permissions and touches; the next action asks anew.
     window.fetchWith("export SSH_ASKPASS_PROMPT=confirm; " + askOnce + "; " + askOnce);
     ASSERT_TRUE(window.isAsked());
-    window.store->answerPrompt(window.store->prompt.value()->id, u"no"_s);
+    window.store->changes().answerPrompt(window.store->changes().prompt().value()->id, u"no"_s);
     ASSERT_TRUE(window.isAsked());
-    window.store->answerPrompt(window.store->prompt.value()->id, u"yes"_s);
+    window.store->changes().answerPrompt(window.store->changes().prompt().value()->id, u"yes"_s);
     ASSERT_TRUE(window.ends());
     EXPECT_EQ(window.printed(), "refused\nyes\n");
 
-    window.store->errorMessage = std::nullopt;
+    window.store->window().dismissError();
     window.fetchWith("SSH_ASKPASS_PROMPT=none \"$SSH_ASKPASS\" 'Touch' & exec sleep 60");
     ASSERT_TRUE(window.isAsked());
-    window.store->cancelPrompt(window.store->prompt.value()->id);
+    window.store->changes().cancelPrompt(window.store->changes().prompt().value()->id);
     ASSERT_TRUE(window.ends());
-    EXPECT_FALSE(window.store->errorMessage.value());
+    EXPECT_FALSE(window.store->window().errorMessage.value());
 }
 
 TEST(SignIn, AQuestionGoesWithWhoeverAskedAndWithItsAction)
@@ -194,10 +212,10 @@ TEST(SignIn, AQuestionGoesWithWhoeverAskedAndWithItsAction)
     window.fetchWith("\"$SSH_ASKPASS\" 'Question: ' & read line <'" + fifo + "'; kill $!; wait; echo killed");
     ASSERT_TRUE(window.isAsked());
     writeFile(fifo, "go\n");
-    ASSERT_TRUE(waitUntil([&window] { return !window.store->prompt.value(); }, patience));
+    ASSERT_TRUE(waitUntil([&window] { return !window.store->changes().prompt().value(); }, patience));
     ASSERT_TRUE(window.ends());
     EXPECT_EQ(window.printed(), "killed\n");
-    window.store->errorMessage = std::nullopt;
+    window.store->window().dismissError();
 
     window.fetchWith("echo $PLOVIK_ASKPASS; " + askOnce);
     ASSERT_TRUE(window.isAsked());
@@ -207,10 +225,10 @@ TEST(SignIn, AQuestionGoesWithWhoeverAskedAndWithItsAction)
     EXPECT_EQ(askAt(guessed), std::pair(1, QByteArray()));
     const std::filesystem::path folder = std::filesystem::path(address.substr(address.find(':') + 1)).parent_path();
     EXPECT_EQ(std::filesystem::status(folder).permissions(), std::filesystem::perms::owner_all);
-    window.store->cancelActivity();
-    EXPECT_FALSE(window.store->prompt.value());
+    window.store->changes().cancelActivity();
+    EXPECT_FALSE(window.store->changes().prompt().value());
     ASSERT_TRUE(window.ends());
-    EXPECT_FALSE(window.store->errorMessage.value());
+    EXPECT_FALSE(window.store->window().errorMessage.value());
     EXPECT_EQ(askAt(address), std::pair(1, QByteArray())); // the action has ended
 
     window.fetchWith("echo $PLOVIK_ASKPASS; " + askOnce);
@@ -248,7 +266,7 @@ TEST(SignIn, AsksNobodyWhileReadingAndLeavesTheUsersOwnProgramAlone)
         EXPECT_TRUE(window.ends());
         const std::string acting = window.printed();
         std::filesystem::remove(window.out());
-        EXPECT_ANY_THROW(window.store->repo().fetch()); // as reads run
+        EXPECT_TRUE(failsToRead(window.store->git()));
         return acting + window.printed();
     };
     EXPECT_EQ(told(), "plovik-askpass,force,unset,on\n,never,,\n");
@@ -282,23 +300,7 @@ protected:
             all += label->text().toStdString() + "\n";
         return all;
     }
-    /// Whether a fetch fails that runs as reads do; the server needs this thread meanwhile.
-    bool failsToRead()
-    {
-        const auto fetch = [repo = store.repo()] {
-            bool fails = false;
-            try {
-                repo.fetch();
-            } catch (const std::exception&) {
-                fails = true;
-            }
-            QMetaObject::invokeMethod(qApp, [] {}, Qt::QueuedConnection);
-            return fails;
-        };
-        auto ended = std::async(std::launch::async, fetch);
-        const auto isReady = [&ended] { return ended.wait_for(std::chrono::seconds(0)) == std::future_status::ready; };
-        return waitUntil(isReady, patience) && !dialog() && ended.get();
-    }
+    bool failsQuietlyToRead() { return failsToRead(store.git()) && !dialog(); }
     void press(const QString& button) { named<QPushButton>(*dialog(), button)->click(); }
     void type(const QString& field, const QString& text)
     {
@@ -307,7 +309,7 @@ protected:
         edit->setText(text);
         QTest::keyClick(edit, Qt::Key_Return);
     }
-    std::string problem() { return store.errorMessage.value().value_or(QString()).toStdString(); }
+    std::string problem() { return store.window().errorMessage.value().value_or(QString()).toStdString(); }
 
     TestRepository origin{{"-b", "theirs"}};
     SignInWindow window;
@@ -336,38 +338,38 @@ TEST_F(SignInDialogs, AnAccountIsAskedForByARemoteOverHttps)
         type(u"Password"_s, password);
         ASSERT_TRUE(window.ends());
     };
-    EXPECT_TRUE(failsToRead()); // and asks nobody
+    EXPECT_TRUE(failsQuietlyToRead()); // and asks nobody
     EXPECT_EQ(server.refused, 0);
 
-    store.fetch();
+    actions::fetch(store.actors());
     signIn(u"ada"_s, u"wrong"_s);
     EXPECT_NE(problem().find("Authentication failed"), std::string::npos) << problem();
     EXPECT_EQ(server.refused, 1);
-    store.errorMessage = std::nullopt;
+    store.window().dismissError();
 
-    store.fetch();
+    actions::fetch(store.actors());
     signIn(u"ada"_s, u"s3cret \"ü"_s);
     EXPECT_EQ(problem(), "");
     EXPECT_EQ(window.repo.read({"rev-parse", "origin/theirs"}), origin.head());
-    store.push();
+    actions::push(store.actors());
     signIn(u"ada"_s, u"s3cret \"ü"_s);
     EXPECT_EQ(problem(), "");
     EXPECT_EQ(origin.read({"rev-parse", "main"}), window.repo.head());
 
-    store.fetch();
+    actions::fetch(store.actors());
     told(title);
     press(u"Cancel"_s);
     ASSERT_TRUE(window.ends());
     EXPECT_NE(problem().find("could not read Username"), std::string::npos) << problem();
-    store.errorMessage = std::nullopt;
+    store.window().dismissError();
 
     window.repo.write("../own", "#!/bin/sh\ncase $1 in User*) echo ada;; *) echo 's3cret \"ü';; esac\n");
     std::filesystem::permissions(window.repo / "../own", std::filesystem::perms::owner_all);
     window.repo.git({"config", "core.askPass", (window.repo / "../own").string()});
-    store.fetch();
+    actions::fetch(store.actors());
     ASSERT_TRUE(window.ends());
     EXPECT_EQ(problem(), "");
-    EXPECT_TRUE(failsToRead());
+    EXPECT_TRUE(failsQuietlyToRead());
 }
 
 TEST_F(SignInDialogs, AHostAndAKeyAreAskedForOverSsh)
@@ -380,14 +382,14 @@ TEST_F(SignInDialogs, AHostAndAKeyAreAskedForOverSsh)
     const QString host = server.url({}).section(u'@', 1).section(u':', 1);
     const QString unknown = u"Trust “[127.0.0.1]:%1”?"_s.arg(host);
 
-    store.fetch();
+    actions::fetch(store.actors());
     EXPECT_NE(told(unknown).find("\n" + server.fingerprint() + "\n"), std::string::npos) << told(unknown) << problem();
     QTest::keyClick(dialog(), Qt::Key_Return); // nobody is trusted by accident
     ASSERT_TRUE(window.ends());
     EXPECT_NE(problem().find("Host key verification failed."), std::string::npos) << problem();
-    store.errorMessage = std::nullopt;
+    store.window().dismissError();
 
-    store.fetch();
+    actions::fetch(store.actors());
     EXPECT_NE(told(unknown), "not shown");
     press(u"Connect"_s);
     const QString unlock = u"Unlock Key"_s;
@@ -402,7 +404,7 @@ TEST_F(SignInDialogs, AHostAndAKeyAreAskedForOverSsh)
     EXPECT_EQ(problem(), "");
     EXPECT_EQ(window.repo.read({"rev-parse", "origin/theirs"}), origin.head());
 
-    store.fetch();
+    actions::fetch(store.actors());
     EXPECT_NE(told(unlock), "not shown");
     press(u"Cancel"_s);
     ASSERT_TRUE(window.ends());

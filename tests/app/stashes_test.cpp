@@ -38,7 +38,7 @@ struct StashesViewTest : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
 
@@ -68,8 +68,8 @@ TEST_F(StashesViewTest, OffersToStashWhereThereIsSomethingToStash)
     load();
     ASSERT_TRUE(button(u"Stash Changes…"_s)->isEnabled());
     button(u"Stash Changes…"_s)->click();
-    ASSERT_TRUE(store.sheet.value());
-    EXPECT_TRUE(std::holds_alternative<StashSheet>(*store.sheet.value()));
+    ASSERT_TRUE(store.window().sheet.value());
+    EXPECT_TRUE(std::holds_alternative<StashSheet>(*store.window().sheet.value()));
 }
 
 TEST_F(StashesViewTest, CountsListsAndUsesTheSelectedStash)
@@ -78,43 +78,43 @@ TEST_F(StashesViewTest, CountsListsAndUsesTheSelectedStash)
     EXPECT_TRUE(shows(u"1 stash"_s));
     stash("second");
     EXPECT_TRUE(shows(u"2 stashes"_s));
-    const std::string second = store.stashes.value()[0].hash;
-    const std::string first = store.stashes.value()[1].hash;
+    const std::string second = store.snapshot().stashes.value()[0].hash;
+    const std::string first = store.snapshot().stashes.value()[1].hash;
     view.list()->setCurrentIndex(view.list()->model()->index(0, 0));
-    EXPECT_EQ(store.selectedStash.value(), second);
+    EXPECT_EQ(store.window().selectedStash.value(), second);
     EXPECT_EQ(view.list()->currentIndex().data(Qt::ToolTipRole).toString(), u"stash@{0}"_s);
 
     button(u"Drop…"_s)->click();
-    ASSERT_TRUE(store.confirmation.value());
-    store.confirmation.value()->action();
+    ASSERT_TRUE(store.window().confirmation.value());
+    store.window().confirmation.value()->action();
     for (const char16_t* name : {u"Apply", u"Pop", u"Drop…"})
         EXPECT_FALSE(button(QString::fromUtf16(name))->isEnabled()) << "while one action runs another would be dropped";
     worker.finishAll();
-    EXPECT_EQ(store.selectedStash.value(), first);
+    EXPECT_EQ(store.window().selectedStash.value(), first);
     EXPECT_EQ(view.list()->currentIndex().data().toString(), u"On main: first"_s);
 
     button(u"Apply"_s)->click();
     worker.finishAll();
     EXPECT_EQ(readFile(repo / "a"), "first");
-    EXPECT_EQ(store.stashes.value().size(), 1U);
+    EXPECT_EQ(store.snapshot().stashes.value().size(), 1U);
     repo.git({"checkout", "-q", "--", "a"});
     button(u"Pop"_s)->click();
     worker.finishAll();
     EXPECT_EQ(readFile(repo / "a"), "first");
     EXPECT_TRUE(shows(u"No Stashes"_s));
-    EXPECT_EQ(store.errorMessage.value(), std::nullopt);
+    EXPECT_EQ(store.window().errorMessage.value(), std::nullopt);
 }
 
 TEST_F(StashesViewTest, TheMenuActsOnTheStashItWasOpenedFor)
 {
     stash("first");
     stash("second");
-    const std::unique_ptr<QMenu> menu(makeStashMenu(store, store.stashes.value()[1], nullptr));
+    const std::unique_ptr<QMenu> menu(makeStashMenu(store, store.snapshot().stashes.value()[1], nullptr));
     EXPECT_EQ(entries(*menu), (std::vector<std::string>{"Apply Stash", "Pop Stash", "—", "Drop Stash…"}));
     entry(*menu, u"Apply Stash"_s)->trigger();
     worker.finishAll();
     EXPECT_EQ(readFile(repo / "a"), "first");
-    EXPECT_EQ(store.stashes.value().size(), 2U);
+    EXPECT_EQ(store.snapshot().stashes.value().size(), 2U);
 }
 
 } // namespace

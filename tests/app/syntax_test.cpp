@@ -41,9 +41,9 @@ std::string marked(const FileSyntax& syntax, int number)
     return (result + text.mid(at)).toStdString();
 }
 
-std::vector<std::string> marked(const SyntaxRequest& request)
+std::vector<std::string> marked(const SyntaxRequest& request, const std::stop_token& stop = {})
 {
-    const auto syntax = highlighted(request);
+    const auto syntax = highlighted(request, stop);
     std::vector<std::string> lines;
     for (int number = 1; number <= request.file->count(); ++number)
         lines.push_back(marked(*syntax, number));
@@ -136,8 +136,9 @@ TEST(Syntax, StaysPlainWhereItWouldHarm)
 
     EXPECT_EQ(marked({.file = linesOf(code), .path = "a.cpp", .mostBytes = 6}), plain);
     EXPECT_EQ(marked({.file = linesOf(code), .path = "a.cpp", .budget = std::chrono::milliseconds(-1)}), plain);
-    EXPECT_EQ(marked({.file = linesOf(code), .path = "a.cpp", .isStale = std::make_shared<std::atomic<bool>>(true)}),
-              plain);
+    std::stop_source stopped;
+    stopped.request_stop();
+    EXPECT_EQ(marked({.file = linesOf(code), .path = "a.cpp"}, stopped.get_token()), plain);
     EXPECT_EQ(marked("a.cpp", std::string("int x;\0\n", 8))[0].substr(0, 6), "int x;");
     const std::string wide = "/* " + std::string(6000, 'x') + " */ int\n";
     EXPECT_EQ(marked("a.cpp", wide + code), (Lines{wide.substr(0, wide.size() - 1), "t{int} x;"}));

@@ -41,13 +41,13 @@ protected:
 
     void refresh()
     {
-        store.refresh(RefreshScope::status);
+        store.snapshot().refresh(RefreshScope::status);
         worker.finishAll();
         QApplication::processEvents();
     }
     void select(std::set<std::string> paths)
     {
-        store.selectedPaths = std::move(paths);
+        store.window().selectPaths(std::move(paths));
         worker.finishAll();
         QApplication::processEvents();
     }
@@ -98,8 +98,8 @@ TEST_F(WorkingDiffTest, StagesUnstagesAndDiscardsParts)
     DiffSectionView& section = *pane.view()->sections().front();
     section.controller().setCurrentRow(section.controller().diff().document().hunks()[1].first);
     press(u"Discard Hunk…"_s);
-    ASSERT_TRUE(store.confirmation.value());
-    store.confirmation.value()->action();
+    ASSERT_TRUE(store.window().confirmation.value());
+    store.window().confirmation.value()->action();
     worker.finishAll();
     EXPECT_EQ(repo.read({"diff", "--numstat"}), "2\t0\ta\n1\t1\tb");
 }
@@ -120,8 +120,8 @@ TEST_F(WorkingDiffTest, StagesLinesOfAnUntrackedFile)
 TEST_F(WorkingDiffTest, ShowsTheFileSelectedLastAndActsOnNoOther)
 {
     select({"a"});
-    store.selectedPaths = std::set<std::string>{"b"};
-    store.selectedPaths = std::set<std::string>{"new"};
+    store.window().selectPaths(std::set<std::string>{"b"});
+    store.window().selectPaths(std::set<std::string>{"new"});
     // The old picture stands until the new one is there, and nothing can be done with it.
     ASSERT_TRUE(isDiffShown());
     EXPECT_EQ(pane.view()->sections().front()->controller().diff().content().detail, u"a"_s);
@@ -129,7 +129,7 @@ TEST_F(WorkingDiffTest, ShowsTheFileSelectedLastAndActsOnNoOther)
         EXPECT_TRUE(button->isHidden() || !button->isEnabled());
     QKeyEvent stage(QEvent::KeyPress, Qt::Key_S, Qt::NoModifier);
     QApplication::sendEvent(pane.view()->sections().front(), &stage);
-    ASSERT_EQ(worker.waiting(), 1U); // one reading at a time
+    ASSERT_EQ(worker.waiting(), 2U); // that of b is ended as soon as it begins
     worker.finish();
     EXPECT_EQ(pane.view()->sections().front()->controller().diff().content().detail,
               u"a"_s); // that of b comes too late
@@ -171,7 +171,7 @@ TEST_F(WorkingDiffTest, SaysWhyThereIsNothingToSee)
 TEST_F(WorkingDiffTest, MayGoWhileItReads)
 {
     auto other = std::make_unique<WorkingDiffPane>(store);
-    store.selectedPaths = std::set<std::string>{"a"};
+    store.window().selectPaths(std::set<std::string>{"a"});
     other.reset();
     worker.finishAll();
     EXPECT_TRUE(isDiffShown());

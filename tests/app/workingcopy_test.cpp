@@ -39,7 +39,7 @@ protected:
 
     void refresh()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         ASSERT_TRUE(worker.settle());
     }
 
@@ -85,7 +85,7 @@ protected:
     {
         select(paths);
         const std::unique_ptr<QMenu> menu(
-            makeChangedFilesMenu(store, store.selectedFiles(), u"Open in Kate"_s, nullptr));
+            makeChangedFilesMenu(store, store.staging().selectedFiles(), u"Open in Kate"_s, nullptr));
         QStringList titles;
         for (const QAction* action : menu->actions())
             titles.append(action->isSeparator() ? u"-"_s : action->text());
@@ -111,7 +111,7 @@ TEST_F(WorkingCopy, ACheckBoxStagesAtOnceAndLeavesTheSelection)
     select({u"zeta.txt"_s});
     clickCheckBox(u"a.txt"_s);
     EXPECT_EQ(shown(u"a.txt"_s), Qt::Checked); // before git has answered
-    EXPECT_EQ(store.selectedPaths.value(), std::set<std::string>{"zeta.txt"});
+    EXPECT_EQ(store.window().selectedPaths.value(), std::set<std::string>{"zeta.txt"});
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(staged(), u"a.txt\nnew name.txt"_s);
 
@@ -147,13 +147,13 @@ TEST_F(WorkingCopy, DoesWithKeysWhatTheMouseCan)
     QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, onName);
     EXPECT_EQ(opened, std::vector{repo / "lib/c.txt"});
     QTest::keyClick(&list(), Qt::Key_Delete);
-    ASSERT_TRUE(store.confirmation.value());
-    EXPECT_EQ(store.confirmation.value()->title, u"Discard changes in “lib/c.txt”?"_s);
+    ASSERT_TRUE(store.window().confirmation.value());
+    EXPECT_EQ(store.window().confirmation.value()->title, u"Discard changes in “lib/c.txt”?"_s);
 
     QTest::keyClick(&list(), Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(store.selectedPaths.value().size(), 5U);
+    EXPECT_EQ(store.window().selectedPaths.value().size(), 5U);
     QTest::keyClick(&list(), Qt::Key_Z);
-    EXPECT_EQ(store.selectedPaths.value(), std::set<std::string>{"zeta.txt"});
+    EXPECT_EQ(store.window().selectedPaths.value(), std::set<std::string>{"zeta.txt"});
     list().keyboardSearch(u"C."_s); // goes on with the z, which no name does
     EXPECT_EQ(list().currentIndex(), row(u"zeta.txt"_s));
 }
@@ -198,7 +198,8 @@ TEST_F(WorkingCopy, OffersWhatFitsTheFiles)
     EXPECT_EQ(menuOf({u"a.txt"_s, u"new name.txt"_s}),
               QStringList({u"Stage"_s, u"Unstage"_s, u"Discard Changes…"_s}) + rest);
 
-    const std::unique_ptr<QMenu> menu(makeChangedFilesMenu(store, store.selectedFiles(), u"Open in Kate"_s, nullptr));
+    const std::unique_ptr<QMenu> menu(
+        makeChangedFilesMenu(store, store.staging().selectedFiles(), u"Open in Kate"_s, nullptr));
     menu->actions().back()->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"a.txt\nnew name.txt"_s);
 }
@@ -212,12 +213,12 @@ TEST_F(WorkingCopy, StagesAndUnstagesAllWhileThereIsSomethingTo)
     EXPECT_TRUE(says(u"5 of 5 staged"_s));
     EXPECT_FALSE(stageAll->isEnabled());
     ASSERT_TRUE(worker.settle());
-    EXPECT_EQ(store.status.value().stagedCount(), 5);
+    EXPECT_EQ(store.snapshot().status.value().stagedCount(), 5);
     unstageAll->click();
     EXPECT_FALSE(unstageAll->isEnabled());
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(staged(), QString());
-    EXPECT_EQ(store.status.value().stagedCount(), 0);
+    EXPECT_EQ(store.snapshot().status.value().stagedCount(), 0);
     EXPECT_TRUE(stageAll->isEnabled());
 }
 
@@ -227,7 +228,7 @@ TEST_F(WorkingCopy, StaysNearARowThatIsGone)
     repo.git({"commit", "-q", "-m", "b", "lib/b.txt"});
     refresh();
     EXPECT_EQ(list().currentIndex(), row(u"lib/c.txt"_s));
-    EXPECT_TRUE(store.selectedPaths.value().empty());
+    EXPECT_TRUE(store.window().selectedPaths.value().empty());
     // The keyboard goes on from there.
     QTest::keyClick(&list(), Qt::Key_Space);
     EXPECT_EQ(shown(u"lib/c.txt"_s), Qt::Checked);

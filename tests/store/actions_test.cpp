@@ -3,6 +3,9 @@
 #include "tests/support/TestRepository.h"
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Refs.h"
+#include "app/store/actions/Remotes.h"
+#include "app/store/actions/Stashes.h"
 
 #include <gtest/gtest.h>
 
@@ -22,14 +25,14 @@ struct StoreActions : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
 
-    std::string activity() const { return store.activity.value().value_or(QString()).toStdString(); }
-    std::string error() const { return store.errorMessage.value().value_or(QString()).toStdString(); }
+    std::string activity() const { return store.changes().activity.value().value_or(QString()).toStdString(); }
+    std::string error() const { return store.window().errorMessage.value().value_or(QString()).toStdString(); }
 
-    const GitRef& branch(const std::string& name) const { return named(store.branches.value(), name); }
+    const GitRef& branch(const std::string& name) const { return named(store.snapshot().branches.value(), name); }
     static const GitRef& named(const std::vector<GitRef>& refs, const std::string& name)
     {
         const auto found = std::ranges::find(refs, name, &GitRef::name);
@@ -41,9 +44,9 @@ struct StoreActions : testing::Test {
     /// Confirms as the window does: the question is gone before its action runs.
     void confirm()
     {
-        ASSERT_TRUE(store.confirmation.value().has_value());
-        const Confirmation question = *store.confirmation.value();
-        store.confirmation = std::nullopt;
+        ASSERT_TRUE(store.window().confirmation.value().has_value());
+        const Confirmation question = *store.window().confirmation.value();
+        store.window().dismissQuestion();
         question.action();
         worker.finishAll();
     }
@@ -53,17 +56,57 @@ TEST_F(StoreActions, AnActionShowsWhatItDoesDropsASecondAndReadsAgain)
 {
     repo.write("a", "1").commit("one").git({"remote", "add", "origin", remote.path().string()});
     load();
-    store.fetch();
+    actions::fetch(store.actors());
     EXPECT_EQ(activity(), "Fetching…");
-    store.fetch();
-    store.checkoutCommit(repo.head());
+    actions::fetch(store.actors());
+    actions::pull(store.actors()); // would use the network beside it
     EXPECT_EQ(worker.waiting(), 1u);
     EXPECT_EQ(activity(), "Fetching…");
-    const qint64 generation = store.generation.value();
+    EXPECT_EQ(store.changes().whyNot(Verb::pull), QStringLiteral("Not while this runs: Fetching…"));
+    const qint64 generation = store.snapshot().generation.value();
     worker.finishAll();
     EXPECT_EQ(activity(), "");
     EXPECT_EQ(error(), "");
-    EXPECT_EQ(store.generation.value(), generation + 1);
+    EXPECT_EQ(store.snapshot().generation.value(), generation + 1);
+}
+
+TEST_F(StoreActions, WhatDoesNotClashRunsBesideAndWhatTouchesTheIndexWaits)
+{
+    repo.write("a", "1").commit("one").git({"remote", "add", "origin", remote.path().string()});
+    repo.git({"push", "-q", "-u", "origin", "main"}).write("a", "2");
+    load();
+    actions::fetch(store.actors());
+    actions::checkoutCommit(store.actors(), repo.head());
+    EXPECT_EQ(worker.waiting(), 2u);
+    EXPECT_EQ(activity().substr(0, 12), "Checking out");
+    worker.finish(1);
+    EXPECT_EQ(activity(), "Fetching…") << "the older one still runs";
+    worker.finishAll();
+    EXPECT_EQ(store.snapshot().headDescription().toStdString(), "HEAD detached at " + repo.head().substr(0, 7));
+
+    repo.git({"checkout", "-q", "main"});
+    load();
+    actions::pull(store.actors());
+    EXPECT_FALSE(store.changes().offers(Verb::commit));
+    store.staging().stageAll();
+    EXPECT_EQ(worker.waiting(), 1u) << "what is staged during a pull lands in no commit that it replays";
+    EXPECT_EQ(store.staging().shownStageState(store.snapshot().status.value().files[0]), gitkit::StageState::full);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(store.snapshot().status.value().stagedCount(), 1);
+}
+
+TEST_F(StoreActions, WhatWaitedBehindAConflictIsNotStaged)
+{
+    repo.write("a", "1").commit("base").git({"branch", "side"}).write("a", "2").commit("ours");
+    repo.git({"checkout", "-q", "side"}).write("a", "3").commit("theirs").git({"checkout", "-q", "main"});
+    repo.write("b", "new");
+    load();
+    actions::merge(store.actors(), branch("side"));
+    store.staging().stageAll();
+    worker.finishAll();
+    EXPECT_EQ(error(), "Nothing was done: “a” has come into conflict in the meantime.");
+    EXPECT_EQ(store.snapshot().conflictCount(), 1);
 }
 
 TEST_F(StoreActions, AFailureIsShownAndTheRepositoryReadAgain)
@@ -71,34 +114,34 @@ TEST_F(StoreActions, AFailureIsShownAndTheRepositoryReadAgain)
     repo.write("a", "1").commit("base").git({"branch", "side"}).write("a", "2").commit("ours");
     repo.git({"checkout", "-q", "side"}).write("a", "3").commit("theirs").git({"checkout", "-q", "main"});
     load();
-    store.merge(branch("side"));
+    actions::merge(store.actors(), branch("side"));
     EXPECT_EQ(activity(), "Merging side…");
     worker.finishAll();
     EXPECT_NE(error().find("CONFLICT"), std::string::npos) << error();
-    ASSERT_EQ(store.status.value().files.size(), 1u);
-    EXPECT_TRUE(store.status.value().files[0].isConflicted);
+    ASSERT_EQ(store.snapshot().status.value().files.size(), 1u);
+    EXPECT_TRUE(store.snapshot().status.value().files[0].isConflicted);
 }
 
 TEST_F(StoreActions, PushChoosesTheRemoteOrSaysWhyItCannot)
 {
     repo.write("a", "1").commit("one");
     load();
-    store.push();
+    actions::push(store.actors());
     EXPECT_EQ(error(), "Cannot push: this repository has no remote.");
 
     repo.git({"remote", "add", "elsewhere", "/nowhere"}).git({"remote", "add", "origin", remote.path().string()});
     load();
-    store.errorMessage = std::nullopt;
-    store.push();
+    store.window().dismissError();
+    actions::push(store.actors());
     EXPECT_EQ(activity(), "Pushing…");
     worker.finishAll();
     EXPECT_EQ(error(), "");
-    EXPECT_EQ(store.status.value().upstream, "origin/main");
+    EXPECT_EQ(store.snapshot().status.value().upstream, "origin/main");
 
     repo.git({"checkout", "-q", "--detach"});
     load();
     const int posted = worker.posted();
-    store.push();
+    actions::push(store.actors());
     EXPECT_EQ(error(), "Cannot push: HEAD is detached. Check out a branch first.");
     EXPECT_EQ(worker.posted(), posted);
 }
@@ -108,18 +151,18 @@ TEST_F(StoreActions, ARemoteBranchIsCheckedOutAsItsLocalOne)
     repo.write("a", "1").commit("one").git({"remote", "add", "origin", remote.path().string()});
     repo.git({"push", "-q", "origin", "main:feature"}).git({"fetch", "-q", "origin"});
     load();
-    const GitRef feature = named(store.remoteBranches.value(), "origin/feature");
-    store.checkout(feature);
+    const GitRef feature = named(store.snapshot().remoteBranches.value(), "origin/feature");
+    actions::checkout(store.actors(), feature);
     EXPECT_EQ(activity(), "Checking out feature…");
     worker.finishAll();
-    EXPECT_EQ(store.status.value().branch, "feature");
-    EXPECT_EQ(store.status.value().upstream, "origin/feature");
+    EXPECT_EQ(store.snapshot().status.value().branch, "feature");
+    EXPECT_EQ(store.snapshot().status.value().upstream, "origin/feature");
 
-    store.checkout(branch("main"));
+    actions::checkout(store.actors(), branch("main"));
     worker.finishAll();
-    store.checkout(feature); // exists now
+    actions::checkout(store.actors(), feature); // exists now
     worker.finishAll();
-    EXPECT_EQ(store.status.value().branch, "feature");
+    EXPECT_EQ(store.snapshot().status.value().branch, "feature");
     EXPECT_EQ(error(), "");
 }
 
@@ -128,63 +171,63 @@ TEST_F(StoreActions, DeletingAnUnmergedBranchAsksOnceMore)
     repo.write("a", "1").commit("one").git({"checkout", "-q", "-b", "work"}).write("a", "2").commit("two");
     repo.git({"checkout", "-q", "main"});
     load();
-    store.confirmDelete(branch("work"));
-    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("Delete branch “work”?"));
+    actions::confirmDelete(store.actors(), branch("work"));
+    EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Delete branch “work”?"));
     confirm();
     EXPECT_EQ(error(), "");
-    ASSERT_TRUE(store.confirmation.value().has_value());
-    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("“work” is not fully merged"));
-    EXPECT_EQ(store.branches.value().size(), 2u);
+    ASSERT_TRUE(store.window().confirmation.value().has_value());
+    EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("“work” is not fully merged"));
+    EXPECT_EQ(store.snapshot().branches.value().size(), 2u);
     confirm();
-    EXPECT_EQ(store.branches.value().size(), 1u);
+    EXPECT_EQ(store.snapshot().branches.value().size(), 1u);
 }
 
 TEST_F(StoreActions, ATagIsDeletedAndARemoteBranchIsNot)
 {
     repo.write("a", "1").commit("one").git({"tag", "v1"}).git({"update-ref", "refs/remotes/origin/x", "HEAD"});
     load();
-    store.confirmDelete(store.remoteBranches.value().at(0));
-    EXPECT_FALSE(store.confirmation.value().has_value());
-    store.confirmDelete(store.tags.value().at(0));
+    actions::confirmDelete(store.actors(), store.snapshot().remoteBranches.value().at(0));
+    EXPECT_FALSE(store.window().confirmation.value().has_value());
+    actions::confirmDelete(store.actors(), store.snapshot().tags.value().at(0));
     confirm();
-    EXPECT_TRUE(store.tags.value().empty());
+    EXPECT_TRUE(store.snapshot().tags.value().empty());
 }
 
 TEST_F(StoreActions, BranchesTagsPicksRevertsAndStashesLand)
 {
     repo.write("a", "1").commit("one").write("b", "1").commit("two");
     load();
-    const std::string first = store.history.value().at(1).commit.hash;
-    store.createBranch("side", first, gitkit::AfterCreating::checkOut);
+    const std::string first = store.history().history.value().at(1).commit.hash;
+    actions::createBranch(store.actors(), "side", first, gitkit::AfterCreating::checkOut);
     worker.finishAll();
-    EXPECT_EQ(store.status.value().branch, "side");
-    EXPECT_EQ(store.status.value().oid, first);
+    EXPECT_EQ(store.snapshot().status.value().branch, "side");
+    EXPECT_EQ(store.snapshot().status.value().oid, first);
 
-    store.createTag("v1", first);
+    actions::createTag(store.actors(), "v1", first);
     worker.finishAll();
-    EXPECT_EQ(store.tags.value().at(0).hash, first);
+    EXPECT_EQ(store.snapshot().tags.value().at(0).hash, first);
 
-    store.cherryPick(branch("main").hash);
+    actions::cherryPick(store.actors(), branch("main").hash);
     worker.finishAll();
-    EXPECT_EQ(store.history.value().at(0).commit.subject, "two");
-    store.revert(*store.status.value().oid);
+    EXPECT_EQ(store.history().history.value().at(0).commit.subject, "two");
+    actions::revert(store.actors(), *store.snapshot().status.value().oid);
     worker.finishAll();
     EXPECT_FALSE(std::filesystem::exists(repo / "b"));
     ASSERT_EQ(error(), "");
 
     repo.write("a", "changed").write("new", "x");
     load();
-    store.stashSave(QStringLiteral("wip"), gitkit::UntrackedFiles::include);
+    actions::stashSave(store.actors(), QStringLiteral("wip"), gitkit::UntrackedFiles::include);
     worker.finishAll();
-    ASSERT_EQ(store.stashes.value().size(), 1u);
-    EXPECT_TRUE(store.status.value().files.empty());
-    store.stashApply(store.stashes.value()[0], gitkit::StashUse::apply);
+    ASSERT_EQ(store.snapshot().stashes.value().size(), 1u);
+    EXPECT_TRUE(store.snapshot().status.value().files.empty());
+    actions::stashApply(store.actors(), store.snapshot().stashes.value()[0], gitkit::StashUse::apply);
     worker.finishAll();
-    EXPECT_EQ(store.status.value().files.size(), 2u);
-    store.confirmDrop(store.stashes.value()[0]);
-    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("Drop stash@{0}?"));
+    EXPECT_EQ(store.snapshot().status.value().files.size(), 2u);
+    actions::confirmDrop(store.actors(), store.snapshot().stashes.value()[0]);
+    EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Drop stash@{0}?"));
     confirm();
-    EXPECT_TRUE(store.stashes.value().empty());
+    EXPECT_TRUE(store.snapshot().stashes.value().empty());
     EXPECT_EQ(error(), "");
 }
 
@@ -194,9 +237,9 @@ TEST_F(StoreActions, ClosingWhileAnActionRunsIsClean)
     for (const bool jobHasRun : {false, true}) {
         ManualWorker own;
         auto closing = std::make_unique<RepositoryStore>(repo.path(), own);
-        closing->createTag(jobHasRun ? "late" : "early", "HEAD");
-        closing->stageAll(); // waits for its turn
-        closing->unstageAll();
+        actions::createTag(closing->actors(), jobHasRun ? "late" : "early", "HEAD");
+        closing->staging().stageAll(); // waits for its turn
+        closing->staging().unstageAll();
         const auto comesBack = jobHasRun ? own.runOnly() : std::function<void()>();
         closing.reset();
         if (comesBack)

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 std::vector<std::string> subjects(const RepositoryStore& store)
 {
     std::vector<std::string> list;
-    for (const HistoryRow& row : store.history.value())
+    for (const HistoryRow& row : store.history().history.value())
         list.push_back(row.commit.subject);
     return list;
 }
@@ -38,20 +38,15 @@ struct StoreHistory : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
 
-    void select(SidebarItem item)
-    {
-        store.selection = std::move(item);
-        store.selectionChanged();
-    }
+    void select(SidebarItem item) { store.window().select(std::move(item)); }
 
-    void search(const QString& text)
+    void search(const QString& text, gitkit::HistoryFilter::Field field = gitkit::HistoryFilter::Field::message)
     {
-        store.historySearch = text;
-        store.historySearchChanged();
+        store.history().search(text, field);
     }
 };
 
@@ -86,41 +81,41 @@ TEST_F(StoreHistory, PagesGrowByFiveHundredAndTheEndAsksOnce)
 {
     commitMany(repo, 501);
     load();
-    EXPECT_EQ(store.history.value().size(), 500u);
-    EXPECT_TRUE(store.hasMoreHistory.value());
+    EXPECT_EQ(store.history().history.value().size(), 500u);
+    EXPECT_TRUE(store.history().hasMoreHistory.value());
 
-    store.loadMoreHistory();
-    store.loadMoreHistory();
+    store.history().loadMoreHistory();
+    store.history().loadMoreHistory();
     EXPECT_EQ(worker.waiting(), 1u);
     worker.finishAll();
-    EXPECT_EQ(store.history.value().size(), 501u);
-    EXPECT_FALSE(store.hasMoreHistory.value());
-    store.loadMoreHistory();
+    EXPECT_EQ(store.history().history.value().size(), 501u);
+    EXPECT_FALSE(store.history().hasMoreHistory.value());
+    store.history().loadMoreHistory();
     EXPECT_EQ(worker.waiting(), 0u);
 
     // A search begins again at one page.
     search(QStringLiteral("commit"));
     worker.advance(300ms);
     worker.finishAll();
-    EXPECT_EQ(store.history.value().size(), 500u);
-    EXPECT_TRUE(store.isHistoryFiltered.value());
+    EXPECT_EQ(store.history().history.value().size(), 500u);
+    EXPECT_TRUE(store.history().isHistoryFiltered.value());
 }
 
 TEST_F(StoreHistory, AnEqualPageTouchesNeitherListNorSelection)
 {
     repo.write("a", "1").commit("one").write("a", "2").commit("two");
     load();
-    store.selectedCommit = store.history.value().at(1).commit.hash;
-    const HistoryRow* const rows = store.history.value().data();
+    store.window().selectCommit(store.history().history.value().at(1).commit.hash);
+    const HistoryRow* const rows = store.history().history.value().data();
     load();
-    EXPECT_EQ(store.history.value().data(), rows);
-    EXPECT_EQ(store.selectedCommit.value(), rows[1].commit.hash);
+    EXPECT_EQ(store.history().history.value().data(), rows);
+    EXPECT_EQ(store.window().selectedCommit.value(), rows[1].commit.hash);
 
     // A commit that leaves the page leaves the selection; none takes its place.
     repo.git({"reset", "-q", "--hard", "HEAD~1"}).git({"reflog", "expire", "--expire=now", "--all"});
-    store.selectedCommit = rows[0].commit.hash;
+    store.window().selectCommit(rows[0].commit.hash);
     load();
-    EXPECT_EQ(store.selectedCommit.value(), std::nullopt);
+    EXPECT_EQ(store.window().selectedCommit.value(), std::nullopt);
 }
 
 TEST_F(StoreHistory, TypingSearchesOnceWhenItPauses)
@@ -142,26 +137,24 @@ TEST_F(StoreHistory, TypingSearchesOnceWhenItPauses)
     search(QStringLiteral(" \t "));
     worker.advance(300ms);
     worker.finishAll();
-    EXPECT_EQ(store.history.value().size(), 2u);
-    EXPECT_FALSE(store.isHistoryFiltered.value());
+    EXPECT_EQ(store.history().history.value().size(), 2u);
+    EXPECT_FALSE(store.history().isHistoryFiltered.value());
 }
 
 TEST_F(StoreHistory, SearchesAuthorsAndPaths)
 {
     repo.write("src/one.c", "1").commit("first").write("docs/two.md", "2").commit("second");
     load();
-    store.historySearchField = gitkit::HistoryFilter::Field::path;
-    search(QStringLiteral("ONE.C"));
+    search(QStringLiteral("ONE.C"), gitkit::HistoryFilter::Field::path);
     worker.advance(300ms);
     worker.finishAll();
     EXPECT_EQ(subjects(store), std::vector<std::string>{"first"});
 
-    store.historySearchField = gitkit::HistoryFilter::Field::author;
-    search(QStringLiteral("nobody of this name"));
+    search(QStringLiteral("nobody of this name"), gitkit::HistoryFilter::Field::author);
     worker.advance(300ms);
     worker.finishAll();
-    EXPECT_TRUE(store.history.value().empty());
-    EXPECT_EQ(store.historyProblem.value(), QString()) << "finding nothing is no failure";
+    EXPECT_TRUE(store.history().history.value().empty());
+    EXPECT_EQ(store.history().historyProblem.value(), QString()) << "finding nothing is no failure";
 }
 
 TEST_F(StoreHistory, AClosedWindowDropsItsPendingSearch)
@@ -169,8 +162,7 @@ TEST_F(StoreHistory, AClosedWindowDropsItsPendingSearch)
     ManualWorker other;
     {
         RepositoryStore closing(repo.path(), other);
-        closing.historySearch = QStringLiteral("x");
-        closing.historySearchChanged();
+        closing.history().search(QStringLiteral("x"), gitkit::HistoryFilter::Field::message);
     }
     other.advance(1s);
     EXPECT_EQ(other.posted(), 0);
@@ -178,28 +170,29 @@ TEST_F(StoreHistory, AClosedWindowDropsItsPendingSearch)
 
 TEST_F(StoreHistory, BeforeTheFirstCommitGitIsNotAsked)
 {
-    store.refresh(RefreshScope::full);
+    store.snapshot().refresh(RefreshScope::full);
     worker.finishAll();
     EXPECT_EQ(worker.posted(), 4) << "status, refs, remotes, stashes and no log";
-    EXPECT_TRUE(store.history.value().empty());
-    EXPECT_EQ(store.historyProblem.value(), QString());
+    EXPECT_TRUE(store.history().history.value().empty());
+    EXPECT_EQ(store.history().historyProblem.value(), QString());
 }
 
 TEST_F(StoreHistory, ArrowsMoveTheSelectionWithinThePage)
 {
-    store.moveCommitSelection(1);
-    EXPECT_EQ(store.selectedCommit.value(), std::nullopt);
+    store.history().moveCommitSelection(1);
+    EXPECT_EQ(store.window().selectedCommit.value(), std::nullopt);
     commitMany(repo, 3);
     load();
-    const auto hash = [this](std::size_t row) { return store.history.value().at(row).commit.hash; };
-    store.moveCommitSelection(1);
-    EXPECT_EQ(store.selectedCommit.value(), hash(0)) << "without a selection the first row is next, whatever the step";
-    store.moveCommitSelection(1);
-    EXPECT_EQ(store.selectedCommit.value(), hash(1));
-    store.moveCommitSelection(10);
-    EXPECT_EQ(store.selectedCommit.value(), hash(2));
-    store.moveCommitSelection(-10);
-    EXPECT_EQ(store.selectedCommit.value(), hash(0));
+    const auto hash = [this](std::size_t row) { return store.history().history.value().at(row).commit.hash; };
+    store.history().moveCommitSelection(1);
+    EXPECT_EQ(store.window().selectedCommit.value(), hash(0))
+        << "without a selection the first row is next, whatever the step";
+    store.history().moveCommitSelection(1);
+    EXPECT_EQ(store.window().selectedCommit.value(), hash(1));
+    store.history().moveCommitSelection(10);
+    EXPECT_EQ(store.window().selectedCommit.value(), hash(2));
+    store.history().moveCommitSelection(-10);
+    EXPECT_EQ(store.window().selectedCommit.value(), hash(0));
 }
 
 } // namespace

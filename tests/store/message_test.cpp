@@ -73,26 +73,29 @@ struct StoreMessage : testing::Test {
         repo.write("a", "one\n").commit("first");
         repo.write("a", "two\n").git({"add", "a"});
         store = std::make_unique<RepositoryStore>(repo.path(), worker, StoreServices{.messages = writer.writer()});
-        store->refresh(RefreshScope::full);
+        store->snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
 
-    QCoro::Task<> generating() { filled = co_await store->generateCommitMessage(); }
+    QCoro::Task<> generating() { filled = co_await store->draft().generateCommitMessage(); }
     void generate()
     {
         filled.reset();
         launch(generating());
     }
 
-    std::string box() const { return (store->commitSubject.value() + u'|' + store->commitBody.value()).toStdString(); }
+    std::string box() const
+    {
+        return (store->draft().commitSubject.value() + u'|' + store->draft().commitBody.value()).toStdString();
+    }
 };
 
 TEST_F(StoreMessage, FillsTheBoxAndGivesBackWhatStoodThere)
 {
-    store->commitSubject = QStringLiteral("mine");
-    store->commitBody = QStringLiteral("typed");
+    store->draft().setSubject(QStringLiteral("mine"));
+    store->draft().setBody(QStringLiteral("typed"));
     generate();
-    EXPECT_TRUE(store->generatingMessage.value());
+    EXPECT_TRUE(store->draft().generatingMessage.value());
     generate();
     EXPECT_EQ(filled, false); // one at a time
     worker.finishAll();
@@ -103,30 +106,30 @@ TEST_F(StoreMessage, FillsTheBoxAndGivesBackWhatStoodThere)
     writer.answer(0, QStringLiteral("Count on\n\nTwo is more.\n"));
     EXPECT_EQ(filled, true);
     EXPECT_EQ(box(), "Count on|Two is more.");
-    EXPECT_FALSE(store->generatingMessage.value());
-    EXPECT_TRUE(store->canUndoMessage.value());
+    EXPECT_FALSE(store->draft().generatingMessage.value());
+    EXPECT_TRUE(store->draft().canUndoMessage.value());
 
-    store->commitBody = QStringLiteral("Two is more!");
-    EXPECT_FALSE(store->canUndoMessage.value()); // the texts undo their own changes first
-    store->commitBody = QStringLiteral("Two is more.");
-    store->undoMessage();
+    store->draft().setBody(QStringLiteral("Two is more!"));
+    EXPECT_FALSE(store->draft().canUndoMessage.value()); // the texts undo their own changes first
+    store->draft().setBody(QStringLiteral("Two is more."));
+    store->draft().undoMessage();
     EXPECT_EQ(box(), "mine|typed");
-    EXPECT_FALSE(store->canUndoMessage.value());
+    EXPECT_FALSE(store->draft().canUndoMessage.value());
 }
 
 TEST_F(StoreMessage, LeavesTheBoxAloneWhenThereIsNone)
 {
-    store->commitSubject = QStringLiteral("mine");
+    store->draft().setSubject(QStringLiteral("mine"));
     generate();
     worker.finishAll();
     writer.answer(0, std::nullopt);
     EXPECT_EQ(filled, false);
-    EXPECT_EQ(store->errorMessage.value(), QStringLiteral("no message today"));
+    EXPECT_EQ(store->window().errorMessage.value(), QStringLiteral("no message today"));
     EXPECT_EQ(box(), "mine|");
-    EXPECT_FALSE(store->generatingMessage.value());
+    EXPECT_FALSE(store->draft().generatingMessage.value());
 
     repo.git({"reset", "-q"});
-    store->refresh(RefreshScope::full);
+    store->snapshot().refresh(RefreshScope::full);
     worker.finishAll();
     generate(); // nothing is staged
     EXPECT_EQ(filled, false);
@@ -135,16 +138,16 @@ TEST_F(StoreMessage, LeavesTheBoxAloneWhenThereIsNone)
 
 TEST_F(StoreMessage, CancelsWithoutAWord)
 {
-    store->commitSubject = QStringLiteral("mine");
+    store->draft().setSubject(QStringLiteral("mine"));
     generate();
     worker.finishAll();
-    store->cancelCommitMessage();
+    store->draft().cancelCommitMessage();
     EXPECT_EQ(filled, false);
-    EXPECT_FALSE(store->generatingMessage.value());
-    EXPECT_FALSE(store->errorMessage.value());
+    EXPECT_FALSE(store->draft().generatingMessage.value());
+    EXPECT_FALSE(store->window().errorMessage.value());
 
     generate(); // while git is still at it
-    store->cancelCommitMessage();
+    store->draft().cancelCommitMessage();
     generate();
     worker.finishAll();
     ASSERT_EQ(writer.calls.size(), 2u);
@@ -152,10 +155,10 @@ TEST_F(StoreMessage, CancelsWithoutAWord)
     EXPECT_EQ(filled, true);
     EXPECT_EQ(box(), "Second|");
 
-    store->amend = false;
+    store->draft().setAmend(false);
     generate();
     worker.finishAll();
-    store->commit(); // with the message that is there
+    store->draft().commit(); // with the message that is there
     EXPECT_TRUE(writer.calls[2]->stop.stop_requested());
     worker.finishAll();
     EXPECT_EQ(repo.repository().lastCommitMessage(), "Second\n");

@@ -2,6 +2,7 @@
 // Coming to commits wherever they are, and the way back.
 
 #include "tests/store/ManualWorker.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include "app/store/RepositoryStore.h"
@@ -40,33 +41,32 @@ struct StoreNavigation : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
     void select(SidebarItem item)
     {
-        store.selection = std::move(item);
-        store.selectionChanged();
+        store.window().select(std::move(item));
         worker.finishAll();
     }
     void show(const std::string& hash)
     {
-        store.showCommit(hash);
+        store.history().showCommit(hash);
         worker.finishAll();
     }
     void back()
     {
-        store.goBack();
+        store.trail().goBack();
         worker.finishAll();
     }
     void forward()
     {
-        store.goForward();
+        store.trail().goForward();
         worker.finishAll();
     }
     bool isAt(const SidebarItem& item, const std::optional<std::string>& commit) const
     {
-        return store.selection.value() == item && store.selectedCommit.value() == commit;
+        return store.window().selection.value() == item && store.window().selectedCommit.value() == commit;
     }
 };
 
@@ -78,21 +78,21 @@ TEST_F(StoreNavigation, ACommitIsShownWhereverItIs)
 {
     show(main[3]);
     EXPECT_TRUE(isAt(all, main[3]));
-    EXPECT_EQ(store.history.value().size(), 500u);
+    EXPECT_EQ(store.history().history.value().size(), 500u);
 
     // Further down than the page, under a search that hides it, named by a part of its hash.
-    store.historySearch = QStringLiteral("nothing like this");
-    store.historySearchChanged();
+    store.history().search(QStringLiteral("nothing like this"), gitkit::HistoryFilter::Field::message);
     worker.advance(300ms);
     worker.finishAll();
-    store.showCommit(main[900].substr(0, 10));
+    store.history().showCommit(main[900].substr(0, 10));
     worker.advance(200ms);
-    EXPECT_EQ(store.lookup.value(), QStringLiteral("Looking for %1…").arg(QString::fromStdString(main[900]).left(7)));
+    EXPECT_EQ(store.history().lookup.value(),
+              QStringLiteral("Looking for %1…").arg(QString::fromStdString(main[900]).left(7)));
     worker.finishAll();
     EXPECT_TRUE(isAt(all, main[900]));
-    EXPECT_EQ(store.historySearch.value(), QString());
-    EXPECT_EQ(store.lookup.value(), std::nullopt);
-    EXPECT_EQ(store.history.value().size(), 1201u) << "three pages, for a hundred rows stand below it";
+    EXPECT_EQ(store.history().historySearch.value(), QString());
+    EXPECT_EQ(store.history().lookup.value(), std::nullopt);
+    EXPECT_EQ(store.history().history.value().size(), 1201u) << "three pages, for a hundred rows stand below it";
 
     // The selection outlives a refresh, which reads as far down again.
     load();
@@ -111,63 +111,64 @@ TEST_F(StoreNavigation, WhatNothingLeadsToIsToldAndLeavesTheSelection)
 {
     select(sideRef);
     show(dangling);
-    EXPECT_EQ(store.notice.value(), QStringLiteral("No branch or tag leads to %1, so it is not in the history.")
-                                        .arg(QString::fromStdString(dangling).left(7)));
+    EXPECT_EQ(store.window().notice.value(),
+              QStringLiteral("No branch or tag leads to %1, so it is not in the history.")
+                  .arg(QString::fromStdString(dangling).left(7)));
     EXPECT_TRUE(isAt(sideRef, side));
     show(std::string(40, '1'));
-    EXPECT_EQ(store.notice.value(), QStringLiteral("This repository has no commit 1111111."));
+    EXPECT_EQ(store.window().notice.value(), QStringLiteral("This repository has no commit 1111111."));
     EXPECT_TRUE(isAt(sideRef, side));
-    EXPECT_FALSE(store.errorMessage.value());
-    EXPECT_EQ(store.lookup.value(), std::nullopt);
+    EXPECT_FALSE(store.window().errorMessage.value());
+    EXPECT_EQ(store.history().lookup.value(), std::nullopt);
     show(side);
-    EXPECT_EQ(store.notice.value(), QString()) << "what was told no longer matters";
+    EXPECT_EQ(store.window().notice.value(), QString()) << "what was told no longer matters";
 }
 
 TEST_F(StoreNavigation, TheNewestWishWins)
 {
-    store.showCommit(main[1100]);
-    store.showCommit(main[700]);
+    store.history().showCommit(main[1100]);
+    store.history().showCommit(main[700]);
     ASSERT_EQ(worker.waiting(), 2u);
     worker.finish(1);
     worker.finish(0);
     worker.finishAll();
     EXPECT_TRUE(isAt(all, main[700]));
-    EXPECT_EQ(store.history.value().size(), 1000u);
+    EXPECT_EQ(store.history().history.value().size(), 1000u);
 
     // A click while git is still looking, and one while the longer page is being read.
-    store.showCommit(main[1100]);
-    store.selectedCommit = main[5];
+    store.history().showCommit(main[1100]);
+    store.window().selectCommit(main[5]);
     worker.finishAll();
     EXPECT_TRUE(isAt(all, main[5]));
-    store.showCommit(main[1100]);
+    store.history().showCommit(main[1100]);
     worker.finish();
-    store.selectedCommit = main[6];
+    store.window().selectCommit(main[6]);
     worker.finishAll();
     EXPECT_TRUE(isAt(all, main[6]));
 
     // A refresh in between reads as far, so that nothing is lost.
     select(sideRef);
-    store.showCommit(main[1100]);
+    store.history().showCommit(main[1100]);
     worker.finish();
-    store.refresh(RefreshScope::full);
+    store.snapshot().refresh(RefreshScope::full);
     worker.finishAll();
     EXPECT_TRUE(isAt(all, main[1100]));
 
-    store.showCommit(main[1150]);
+    store.history().showCommit(main[1150]);
     select(SidebarItem::workingCopy());
-    EXPECT_EQ(store.selection.value(), SidebarItem::workingCopy());
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::workingCopy());
 }
 
 TEST_F(StoreNavigation, ASelectedRefShowsItsOwnCommit)
 {
     select(sideRef);
     EXPECT_TRUE(isAt(sideRef, side));
-    const qint64 reveals = store.commitReveals.value();
-    store.selectedCommit = main[1199];
+    const qint64 reveals = store.history().commitReveals.value();
+    store.window().selectCommit(main[1199]);
     select(SidebarItem::workingCopy());
     select(sideRef);
     EXPECT_TRUE(isAt(sideRef, side)) << "without reading it again";
-    EXPECT_GT(store.commitReveals.value(), reveals);
+    EXPECT_GT(store.history().commitReveals.value(), reveals);
     select(SidebarItem::ref("refs/tags/v1"));
     EXPECT_TRUE(isAt(SidebarItem::ref("refs/tags/v1"), main[1199])) << "the commit, not the tag's object";
 
@@ -178,13 +179,13 @@ TEST_F(StoreNavigation, ASelectedRefShowsItsOwnCommit)
 
 TEST_F(StoreNavigation, BackAndForwardGoThroughCommitsAndViews)
 {
-    EXPECT_FALSE(store.canGoBack.value()) << "the first load is no step";
+    EXPECT_FALSE(store.trail().canGoBack.value()) << "the first load is no step";
     select(all);
-    store.selectedCommit = main[2];
-    store.selectedCommit = main[4];
+    store.window().selectCommit(main[2]);
+    store.window().selectCommit(main[4]);
     select(sideRef);
     show(main[1000]);
-    EXPECT_FALSE(store.canGoForward.value());
+    EXPECT_FALSE(store.trail().canGoForward.value());
 
     back();
     EXPECT_TRUE(isAt(sideRef, side));
@@ -193,21 +194,21 @@ TEST_F(StoreNavigation, BackAndForwardGoThroughCommitsAndViews)
     back();
     EXPECT_TRUE(isAt(all, main[2]));
     back();
-    EXPECT_EQ(store.selection.value(), SidebarItem::workingCopy());
-    EXPECT_FALSE(store.canGoBack.value());
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::workingCopy());
+    EXPECT_FALSE(store.trail().canGoBack.value());
     back();
     for (int i = 0; i < 4; ++i)
         forward();
     EXPECT_TRUE(isAt(all, main[1000]));
-    EXPECT_FALSE(store.canGoForward.value());
+    EXPECT_FALSE(store.trail().canGoForward.value());
 
     // Two presses before git has answered are two steps; a new selection cuts off what lies forward.
-    store.goBack();
-    store.goBack();
+    store.trail().goBack();
+    store.trail().goBack();
     worker.finishAll();
     EXPECT_TRUE(isAt(all, main[4]));
-    store.selectedCommit = main[7];
-    EXPECT_FALSE(store.canGoForward.value());
+    store.window().selectCommit(main[7]);
+    EXPECT_FALSE(store.trail().canGoForward.value());
     load();
     back();
     EXPECT_TRUE(isAt(all, main[4])) << "a refresh makes no step";
@@ -216,13 +217,13 @@ TEST_F(StoreNavigation, BackAndForwardGoThroughCommitsAndViews)
 TEST_F(StoreNavigation, AHeldKeyIsOneStep)
 {
     select(all);
-    store.selectedCommit = main[0];
+    store.window().selectCommit(main[0]);
     for (int i = 0; i < 300; ++i) {
-        store.moveCommitSelection(1);
+        store.history().moveCommitSelection(1);
         worker.advance(33ms);
     }
     worker.advance(500ms);
-    store.moveCommitSelection(1);
+    store.history().moveCommitSelection(1);
     EXPECT_TRUE(isAt(all, main[301]));
     back();
     EXPECT_TRUE(isAt(all, main[300]));
@@ -233,10 +234,10 @@ TEST_F(StoreNavigation, AHeldKeyIsOneStep)
 TEST_F(StoreNavigation, WhatIsGoneIsSkipped)
 {
     select(all);
-    store.selectedCommit = main[9];
+    store.window().selectCommit(main[9]);
     select(sideRef);
     select(mainRef);
-    store.selectedCommit = main[0];
+    store.window().selectCommit(main[0]);
     select(SidebarItem::workingCopy());
 
     repo.git({"branch", "-q", "-D", "side"}).git({"update-ref", "refs/heads/main", main[8]});
@@ -244,8 +245,8 @@ TEST_F(StoreNavigation, WhatIsGoneIsSkipped)
     back();
     EXPECT_TRUE(isAt(all, main[9])) << "one ref is gone, and the other's commit is no longer its";
     forward();
-    EXPECT_EQ(store.selection.value(), SidebarItem::workingCopy());
-    EXPECT_FALSE(store.canGoForward.value());
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::workingCopy());
+    EXPECT_FALSE(store.trail().canGoForward.value());
 }
 
 TEST(NavigationTrail, KeepsAHundredPlacesAndNoneTwiceInARow)

@@ -3,6 +3,7 @@
 #include "tests/support/TestRepository.h"
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Operation.h"
 
 #include <gtest/gtest.h>
 
@@ -50,7 +51,7 @@ struct StoreOperation : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
     void begin(const Arguments& arguments)
@@ -59,18 +60,18 @@ struct StoreOperation : testing::Test {
         load();
     }
     template <typename... Parameters>
-    void act(void (RepositoryStore::*verb)(Parameters...), std::type_identity_t<Parameters>... arguments)
+    void act(void (*verb)(Actors, Parameters...), std::type_identity_t<Parameters>... arguments)
     {
-        store.errorMessage = std::nullopt;
-        (store.*verb)(arguments...);
+        store.window().dismissError();
+        verb(store.actors(), arguments...);
         worker.finishAll();
     }
     bool confirm()
     {
-        if (!store.confirmation.value())
+        if (!store.window().confirmation.value())
             return false;
-        const Confirmation question = *store.confirmation.value();
-        store.confirmation = std::nullopt;
+        const Confirmation question = *store.window().confirmation.value();
+        store.window().dismissQuestion();
         question.action();
         worker.finishAll();
         return true;
@@ -78,17 +79,29 @@ struct StoreOperation : testing::Test {
     /// Aborts; whether it asked, in which words.
     std::string abort()
     {
-        act(&RepositoryStore::abortOperation);
-        const std::string asked = store.confirmation.value() ? store.confirmation.value()->message.toStdString() : "";
+        act(&actions::abortOperation);
+        const std::string asked =
+            store.window().confirmation.value() ? store.window().confirmation.value()->message.toStdString() : "";
         confirm();
-        EXPECT_FALSE(store.inProgress.value()) << error();
+        EXPECT_FALSE(store.snapshot().inProgress.value()) << error();
         return asked;
     }
-    bool isIn(Kind kind) const { return store.inProgress.value() && store.inProgress.value()->kind == kind; }
-    std::string error() const { return store.errorMessage.value().value_or(QString()).toStdString(); }
-    std::string box() const { return (store.commitSubject.value() + u'|' + store.commitBody.value()).toStdString(); }
+    bool isIn(Kind kind) const
+    {
+        return store.snapshot().inProgress.value() && store.snapshot().inProgress.value()->kind == kind;
+    }
+    std::string error() const { return store.window().errorMessage.value().value_or(QString()).toStdString(); }
+    std::string box() const
+    {
+        return (store.draft().commitSubject.value() + u'|' + store.draft().commitBody.value()).toStdString();
+    }
     std::string subjects(const std::string& range) const { return repo.read({"log", "--format=%s", range}); }
-    void takeAll(Side side) { act(&RepositoryStore::takeSide, store.status.value().files, side); }
+    void takeAll(Side side)
+    {
+        store.window().dismissError();
+        store.staging().takeSide(store.snapshot().status.value().files, side);
+        worker.finishAll();
+    }
 };
 
 struct Case {
@@ -123,30 +136,30 @@ protected:
 TEST_P(EveryOperation, IsRecognisedAndAborted)
 {
     start();
-    const OperationInProgress& now = *store.inProgress.value();
+    const OperationInProgress& now = *store.snapshot().inProgress.value();
     EXPECT_EQ(now.progress, GetParam().progress);
     EXPECT_EQ(now.stop ? now.stop->subject : "", GetParam().subject);
     EXPECT_FALSE(now.isIncomplete);
-    EXPECT_EQ(store.conflictCount(), 1);
-    EXPECT_FALSE(store.canContinueOperation());
+    EXPECT_EQ(store.snapshot().conflictCount(), 1);
+    EXPECT_FALSE(actions::canContinueOperation(store.actors()));
     EXPECT_EQ(abort(), "") << "nothing was resolved yet";
     EXPECT_EQ(error(), "");
-    EXPECT_FALSE(store.inProgress.value());
+    EXPECT_FALSE(store.snapshot().inProgress.value());
     EXPECT_EQ(repo.head(), before);
-    EXPECT_EQ(store.headDescription().toStdString(), GetParam().branch);
+    EXPECT_EQ(store.snapshot().headDescription().toStdString(), GetParam().branch);
     EXPECT_EQ(box(), "|");
 }
 
 TEST_P(EveryOperation, IsFinishedAndSkipped)
 {
     start();
-    for (int step = 0; step < 4 && store.inProgress.value(); ++step) {
+    for (int step = 0; step < 4 && store.snapshot().inProgress.value(); ++step) {
         takeAll(Side::theirs);
-        ASSERT_EQ(store.conflictCount(), 0);
-        ASSERT_TRUE(store.canContinueOperation());
-        act(&RepositoryStore::continueOperation);
+        ASSERT_EQ(store.snapshot().conflictCount(), 0);
+        ASSERT_TRUE(actions::canContinueOperation(store.actors()));
+        act(&actions::continueOperation);
     }
-    EXPECT_FALSE(store.inProgress.value()) << error();
+    EXPECT_FALSE(store.snapshot().inProgress.value()) << error();
     EXPECT_EQ(subjects(before + "..HEAD"), GetParam().finished);
     EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
     EXPECT_EQ(repo.read({"log", "-1", "--format=%an"}), "Ada");
@@ -156,9 +169,9 @@ TEST_P(EveryOperation, IsFinishedAndSkipped)
         return;
     repo.git({"reset", "-q", "--hard", before});
     begin(GetParam().command);
-    for (int step = 0; step < 4 && store.inProgress.value(); ++step)
-        act(&RepositoryStore::skipOperation);
-    EXPECT_FALSE(store.inProgress.value()) << error();
+    for (int step = 0; step < 4 && store.snapshot().inProgress.value(); ++step)
+        act(&actions::skipOperation);
+    EXPECT_FALSE(store.snapshot().inProgress.value()) << error();
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -187,29 +200,30 @@ TEST_F(StoreOperation, BisectFindsTheFirstBadCommit)
     repo.git({"checkout", "-q", "topic"});
     begin({"bisect", "start", "--term-old=fine", "--term-new=broken"});
     ASSERT_TRUE(isIn(Kind::bisect));
-    EXPECT_FALSE(store.inProgress.value()->bisect->isBadKnown);
-    act(&RepositoryStore::bisect, Mark::bad);
-    EXPECT_TRUE(store.inProgress.value()->bisect->isBadKnown && !store.inProgress.value()->bisect->isGoodKnown);
+    EXPECT_FALSE(store.snapshot().inProgress.value()->bisect->isBadKnown);
+    act(&actions::bisect, Mark::bad);
+    EXPECT_TRUE(store.snapshot().inProgress.value()->bisect->isBadKnown &&
+                !store.snapshot().inProgress.value()->bisect->isGoodKnown);
     repo.git({"checkout", "-q", "topic~3"});
-    act(&RepositoryStore::bisect, Mark::good);
-    EXPECT_EQ(store.inProgress.value()->bisect->stepsLeft, 1);
-    EXPECT_EQ(store.inProgress.value()->bisect->bad, "broken");
-    act(&RepositoryStore::bisect, Mark::bad);
-    act(&RepositoryStore::bisect, Mark::good);
-    ASSERT_TRUE(store.inProgress.value()->bisect->found);
-    EXPECT_EQ(store.inProgress.value()->bisect->found->hash, repo.read({"rev-parse", "topic~1"}));
-    EXPECT_EQ(store.inProgress.value()->bisect->found->subject, "t2");
-    act(&RepositoryStore::resetBisect);
+    act(&actions::bisect, Mark::good);
+    EXPECT_EQ(store.snapshot().inProgress.value()->bisect->stepsLeft, 1);
+    EXPECT_EQ(store.snapshot().inProgress.value()->bisect->bad, "broken");
+    act(&actions::bisect, Mark::bad);
+    act(&actions::bisect, Mark::good);
+    ASSERT_TRUE(store.snapshot().inProgress.value()->bisect->found);
+    EXPECT_EQ(store.snapshot().inProgress.value()->bisect->found->hash, repo.read({"rev-parse", "topic~1"}));
+    EXPECT_EQ(store.snapshot().inProgress.value()->bisect->found->subject, "t2");
+    act(&actions::resetBisect);
     EXPECT_EQ(error(), "");
-    EXPECT_FALSE(store.inProgress.value());
-    EXPECT_EQ(store.headDescription(), QStringLiteral("topic"));
+    EXPECT_FALSE(store.snapshot().inProgress.value());
+    EXPECT_EQ(store.snapshot().headDescription(), QStringLiteral("topic"));
 
     // The branch that it began on may be gone by the end.
     begin({"bisect", "start", "HEAD", "HEAD~2"});
-    EXPECT_EQ(store.inProgress.value()->bisect->stepsLeft, 0);
+    EXPECT_EQ(store.snapshot().inProgress.value()->bisect->stepsLeft, 0);
     repo.git({"update-ref", "-d", "refs/heads/topic"});
     EXPECT_NE(abort(), "");
-    EXPECT_FALSE(store.inProgress.value());
+    EXPECT_FALSE(store.snapshot().inProgress.value());
 }
 
 TEST_F(StoreOperation, WhatIsHalfWrittenShowsAndEnds)
@@ -235,11 +249,12 @@ TEST_F(StoreOperation, WhatIsHalfWrittenShowsAndEnds)
         repo.write(".git/" + half.file, half.bytes);
         load();
         ASSERT_TRUE(isIn(half.kind));
-        EXPECT_TRUE(store.inProgress.value()->isIncomplete);
-        EXPECT_EQ(store.readProblem.value(), QString());
-        EXPECT_FALSE(store.inProgress.value()->progress && store.inProgress.value()->progress->step > 0);
+        EXPECT_TRUE(store.snapshot().inProgress.value()->isIncomplete);
+        EXPECT_EQ(store.snapshot().readProblem.value(), QString());
+        EXPECT_FALSE(store.snapshot().inProgress.value()->progress &&
+                     store.snapshot().inProgress.value()->progress->step > 0);
         abort();
-        EXPECT_FALSE(store.inProgress.value()) << error();
+        EXPECT_FALSE(store.snapshot().inProgress.value()) << error();
         EXPECT_EQ(repo.head(), hash);
         EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
     }
@@ -250,11 +265,11 @@ TEST_F(StoreOperation, AMergeThatChangesNothingIsFinished)
     branches();
     begin({"merge", "topic"});
     EXPECT_EQ(box(), "Merge branch 'topic'|");
-    EXPECT_TRUE(store.holdsPreparedMessage());
+    EXPECT_TRUE(store.draft().holdsPreparedMessage());
     takeAll(Side::ours);
-    EXPECT_TRUE(store.status.value().files.empty());
-    EXPECT_FALSE(store.canCommit());
-    act(&RepositoryStore::continueOperation);
+    EXPECT_TRUE(store.snapshot().status.value().files.empty());
+    EXPECT_FALSE(store.draft().canCommit());
+    act(&actions::continueOperation);
     EXPECT_EQ(error(), "");
     EXPECT_EQ(repo.read({"rev-list", "--count", "--merges", "--max-count=1", "HEAD^1..HEAD"}), "1");
     EXPECT_EQ(box(), "|");
@@ -262,9 +277,9 @@ TEST_F(StoreOperation, AMergeThatChangesNothingIsFinished)
     // With a message of one's own, too, which is recorded as it is.
     repo.git({"reset", "-q", "--hard", "HEAD^1"});
     begin({"merge", "topic"});
-    store.commitSubject = QStringLiteral("#1 mine");
+    store.draft().setSubject(QStringLiteral("#1 mine"));
     takeAll(Side::ours);
-    act(&RepositoryStore::continueOperation);
+    act(&actions::continueOperation);
     EXPECT_EQ(repo.read({"log", "-1", "--merges", "--format=%s"}), "#1 mine");
     EXPECT_EQ(box(), "|");
 }
@@ -276,25 +291,25 @@ TEST_F(StoreOperation, PreparedMessagesComeAndGoAndNeverOverwrite)
     begin({"rebase", "main"});
     EXPECT_EQ(box(), "t1|");
     takeAll(Side::theirs);
-    store.commitSubject = QStringLiteral("t1, reworded");
-    act(&RepositoryStore::continueOperation); // t2 and t3 follow without a conflict
+    store.draft().setSubject(QStringLiteral("t1, reworded"));
+    act(&actions::continueOperation); // t2 and t3 follow without a conflict
     EXPECT_EQ(subjects("main..topic"), "t3\nt2\nt1, reworded");
     EXPECT_EQ(box(), "|");
 
-    store.commitSubject = QStringLiteral("typed");
+    store.draft().setSubject(QStringLiteral("typed"));
     begin({"revert", "--no-edit", "HEAD~1"});
     EXPECT_EQ(box(), "typed|");
     abort();
     EXPECT_EQ(box(), "typed|");
-    store.commitSubject = QString();
+    store.draft().setSubject(QString());
     repo.git({"config", "core.commentChar", ";"});
     begin({"revert", "--no-edit", "HEAD~1"});
     EXPECT_EQ(box().find("Conflicts"), std::string::npos) << box();
-    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("Revert \"t2\""));
+    EXPECT_EQ(store.draft().commitSubject.value(), QStringLiteral("Revert \"t2\""));
     abort();
     EXPECT_EQ(box(), "|");
     begin({"merge", "--squash", "main~1"});
-    EXPECT_FALSE(store.inProgress.value());
+    EXPECT_FALSE(store.snapshot().inProgress.value());
 }
 
 TEST_F(StoreOperation, AnEmptyStepIsTheUsersToSkip)
@@ -302,12 +317,12 @@ TEST_F(StoreOperation, AnEmptyStepIsTheUsersToSkip)
     branches();
     begin({"cherry-pick", "topic"});
     takeAll(Side::ours);
-    act(&RepositoryStore::continueOperation);
+    act(&actions::continueOperation);
     EXPECT_NE(error().find("empty"), std::string::npos) << error();
     ASSERT_TRUE(isIn(Kind::cherryPick));
-    act(&RepositoryStore::skipOperation);
+    act(&actions::skipOperation);
     EXPECT_EQ(error(), "");
-    EXPECT_FALSE(store.inProgress.value());
+    EXPECT_FALSE(store.snapshot().inProgress.value());
 }
 
 TEST_F(StoreOperation, AbortingAsksForWhatWouldBeLost)
@@ -360,7 +375,7 @@ TEST_F(StoreOperation, TakingASideLosesNothing)
     std::filesystem::create_symlink("text", repo / "link");
     repo.git({"mv", "moved", "ourName"}).commit("ours");
     begin({"merge", "topic"});
-    ASSERT_EQ(store.conflictCount(), 9);
+    ASSERT_EQ(store.snapshot().conflictCount(), 9);
     repo.write("text", "by hand\n");
 
     takeAll(Side::theirs);
@@ -393,7 +408,7 @@ TEST_F(StoreOperation, SubmodulesAndWorktreesAreTold)
     repo.git({"checkout", "-q", "-f", "-b", "b", "main"});
     link(theirs);
     begin({"merge", "a"});
-    ASSERT_EQ(store.conflictCount(), 1);
+    ASSERT_EQ(store.snapshot().conflictCount(), 1);
     takeAll(Side::theirs);
     EXPECT_EQ(error(), "");
     EXPECT_EQ(repo.read({"rev-parse", ":sub"}), ours);
@@ -404,15 +419,15 @@ TEST_F(StoreOperation, SubmodulesAndWorktreesAreTold)
     int status = 0;
     runPlainGit(beside / "tree", {"rebase", "main"}, status);
     RepositoryStore other(beside / "tree", worker);
-    other.refresh(RefreshScope::full);
+    other.snapshot().refresh(RefreshScope::full);
     load();
-    EXPECT_FALSE(store.inProgress.value()) << "the other one's";
-    ASSERT_TRUE(other.inProgress.value());
-    EXPECT_EQ(other.inProgress.value()->branch, "topic");
-    EXPECT_EQ(other.inProgress.value()->others, std::vector{repo.read({"rev-parse", "main"})});
-    other.abortOperation();
+    EXPECT_FALSE(store.snapshot().inProgress.value()) << "the other one's";
+    ASSERT_TRUE(other.snapshot().inProgress.value());
+    EXPECT_EQ(other.snapshot().inProgress.value()->branch, "topic");
+    EXPECT_EQ(other.snapshot().inProgress.value()->others, std::vector{repo.read({"rev-parse", "main"})});
+    actions::abortOperation(other.actors());
     worker.finishAll();
-    EXPECT_FALSE(other.inProgress.value());
+    EXPECT_FALSE(other.snapshot().inProgress.value());
 }
 
 TEST_F(StoreOperation, ASquashThatStoppedStaysAPartOfTheCommitBefore)
@@ -420,13 +435,13 @@ TEST_F(StoreOperation, ASquashThatStoppedStaysAPartOfTheCommitBefore)
     branches();
     repo.git({"checkout", "-q", "topic"}).write("f", "more\n").commit("squash! t1");
     begin({"rebase", "-i", "--autosquash", "main"});
-    for (int step = 0; step < 5 && store.inProgress.value(); ++step) {
+    for (int step = 0; step < 5 && store.snapshot().inProgress.value(); ++step) {
         takeAll(Side::theirs);
-        if (store.inProgress.value()->meldsInto)
-            store.commitSubject = QStringLiteral("t1 and more");
-        act(&RepositoryStore::continueOperation);
+        if (store.snapshot().inProgress.value()->meldsInto)
+            store.draft().setSubject(QStringLiteral("t1 and more"));
+        act(&actions::continueOperation);
     }
-    EXPECT_FALSE(store.inProgress.value()) << error();
+    EXPECT_FALSE(store.snapshot().inProgress.value()) << error();
     EXPECT_EQ(subjects("main..topic"), "t3\nt2\nt1 and more");
 }
 

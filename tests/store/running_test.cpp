@@ -4,6 +4,7 @@
 
 #include "GitKit/UniqueFd.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Remotes.h"
 
 #include <QCoreApplication>
 
@@ -27,7 +28,7 @@ struct StoreRunning : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
 
@@ -41,12 +42,12 @@ struct StoreRunning : testing::Test {
     {
         repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
         load();
-        store.commitSubject = QStringLiteral("two");
+        store.draft().setSubject(QStringLiteral("two"));
     }
 
     CommandLog::Command newest(const std::string& verb) const
     {
-        for (const CommandLog::Command& command : store.commandLog().commands()) {
+        for (const CommandLog::Command& command : store.changes().commandLog().commands()) {
             if (std::ranges::find(command.arguments, verb) != command.arguments.end())
                 return command;
         }
@@ -59,22 +60,23 @@ TEST_F(StoreRunning, ACancelledActionEndsWithoutAWordAndKeepsTheMessage)
     stageSomething();
     hook("pre-commit", "touch started; exec sleep 60\n");
     const std::string head = repo.head();
-    store.commit();
+    store.draft().commit();
     auto running = std::async(std::launch::async, [this] { return worker.runOnly(); });
     while (!std::filesystem::exists(repo / "started"))
         std::this_thread::yield();
-    store.cancelActivity();
-    EXPECT_TRUE(store.isCancelling.value());
+    store.changes().cancelActivity();
+    EXPECT_TRUE(store.changes().isCancelling.value());
     running.get()();
     worker.finishAll();
-    EXPECT_FALSE(store.activity.value() || store.errorMessage.value() || store.isCancelling.value());
-    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("two"));
+    EXPECT_FALSE(store.changes().activity.value() || store.window().errorMessage.value() ||
+                 store.changes().isCancelling.value());
+    EXPECT_EQ(store.draft().commitSubject.value(), QStringLiteral("two"));
     EXPECT_EQ(repo.head(), head);
     EXPECT_TRUE(newest("commit").end->stopped);
 
     // The next one is not cancelled with it.
     std::filesystem::remove(repo / ".git/hooks/pre-commit");
-    store.commit();
+    store.draft().commit();
     worker.finishAll();
     EXPECT_NE(repo.head(), head);
 }
@@ -118,15 +120,15 @@ TEST_F(StoreRunning, CancellingAFetchThatIsNeverAnsweredLeavesNoProcess)
     const SilentServer server;
     repo.git({"remote", "add", "origin", server.url()});
     load();
-    store.fetch();
+    actions::fetch(store.actors());
     auto running = std::async(std::launch::async, [this] { return worker.runOnly(); });
     while (server.callers() == 0)
         std::this_thread::yield();
-    store.cancelActivity();
+    store.changes().cancelActivity();
     running.get()();
     EXPECT_EQ(server.callers(), 0);
     worker.finishAll();
-    EXPECT_FALSE(store.activity.value() || store.errorMessage.value());
+    EXPECT_FALSE(store.changes().activity.value() || store.window().errorMessage.value());
 }
 
 TEST_F(StoreRunning, TheLogHasEveryCommandWithWhatItPrinted)
@@ -135,23 +137,23 @@ TEST_F(StoreRunning, TheLogHasEveryCommandWithWhatItPrinted)
     stageSomething();
     hook("pre-commit", "echo first\nseq 100000\necho last >&2\nexit 1\n");
     EXPECT_EQ(newest("status").end->status, 0);
-    store.commit();
+    store.draft().commit();
     worker.finishAll();
     const CommandLog::Command commit = newest("commit");
     EXPECT_EQ(commit.end->status, 1);
-    EXPECT_EQ(store.failedCommand.value(), commit.number);
-    const auto output = store.commandLog().output(commit.number);
+    EXPECT_EQ(store.window().failedCommand.value(), commit.number);
+    const auto output = store.changes().commandLog().output(commit.number);
     EXPECT_TRUE(output->beginning.starts_with("first\n1\n2\n"));
     EXPECT_TRUE(output->ending.ends_with("100000\nlast\n"));
     EXPECT_GT(output->leftOut, 400'000u);
     EXPECT_LT(output->beginning.size() + output->ending.size(), 100'000u);
-    EXPECT_TRUE(store.errorMessage.value()->endsWith(QStringLiteral("100000\nlast"))); // whole
-    EXPECT_TRUE(store.errorMessage.value()->startsWith(QStringLiteral("first\n1\n")));
+    EXPECT_TRUE(store.window().errorMessage.value()->endsWith(QStringLiteral("100000\nlast"))); // whole
+    EXPECT_TRUE(store.window().errorMessage.value()->startsWith(QStringLiteral("first\n1\n")));
 
-    const qint64 before = store.commandLog().generation.value();
+    const qint64 before = store.changes().commandLog().generation.value();
     QCoreApplication::processEvents();
-    EXPECT_EQ(store.commandLog().generation.value(), before + 1); // one for all of it
-    EXPECT_FALSE(store.commandLog().output(0));
+    EXPECT_EQ(store.changes().commandLog().generation.value(), before + 1); // one for all of it
+    EXPECT_FALSE(store.changes().commandLog().output(0));
 }
 
 } // namespace

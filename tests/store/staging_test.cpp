@@ -4,6 +4,7 @@
 #include "tests/support/TestRepository.h"
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Refs.h"
 
 #include <gtest/gtest.h>
 
@@ -30,15 +31,15 @@ struct StoreStaging : testing::Test {
 
     void load()
     {
-        store.refresh(RefreshScope::full);
+        store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
     }
 
-    std::string error() const { return store.errorMessage.value().value_or(QString()).toStdString(); }
+    std::string error() const { return store.window().errorMessage.value().value_or(QString()).toStdString(); }
 
     const FileChange& file(const std::string& path) const
     {
-        const auto& files = store.status.value().files;
+        const auto& files = store.snapshot().status.value().files;
         const auto found = std::ranges::find(files, path, &FileChange::path);
         if (found == files.end())
             throw std::runtime_error("no change in " + path);
@@ -72,9 +73,9 @@ struct StoreStaging : testing::Test {
 
     void confirm()
     {
-        ASSERT_TRUE(store.confirmation.value().has_value());
-        const Confirmation question = *store.confirmation.value();
-        store.confirmation = std::nullopt;
+        ASSERT_TRUE(store.window().confirmation.value().has_value());
+        const Confirmation question = *store.window().confirmation.value();
+        store.window().dismissQuestion();
         question.action();
         worker.finishAll();
     }
@@ -85,14 +86,14 @@ TEST_F(StoreStaging, EveryClickCountsOnTheOnesBeforeIt)
     repo.write("a", "1\n").write("old name", "1\n2\n3\n").write("gone", "1\n").commit("one");
     repo.write("a", "2\n").git({"mv", "old name", "new name"}).git({"rm", "-q", "gone"});
     load();
-    const RepositoryStore::Files files = store.status.value().files;
+    const Staging::Files files = store.snapshot().status.value().files;
     ASSERT_EQ(files.size(), 3U);
-    store.stage(files);
-    store.unstage(files);
+    store.staging().stage(files);
+    store.staging().unstage(files);
     worker.finishAll();
     EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "");
-    store.unstage(files);
-    store.stage(files);
+    store.staging().unstage(files);
+    store.staging().stage(files);
     worker.finishAll();
     EXPECT_EQ(repo.read({"diff", "--cached", "--name-status"}), "M\ta\nD\tgone\nR100\told name\tnew name");
     EXPECT_EQ(error(), "");
@@ -102,18 +103,18 @@ TEST_F(StoreStaging, AClickShowsAtOnceAndIsCorrectedByGit)
 {
     repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2");
     load();
-    store.toggleStage(file("a"));
-    EXPECT_EQ(store.shownStageState(file("a")), StageState::full) << "before git has run";
+    store.staging().toggleStage(file("a"));
+    EXPECT_EQ(store.staging().shownStageState(file("a")), StageState::full) << "before git has run";
     EXPECT_EQ(file("a").stageState(), StageState::none);
     worker.finishAll();
     EXPECT_EQ(file("a").stageState(), StageState::full);
 
     // A failure puts the box back.
     repo.write(".git/index.lock", "");
-    store.toggleStage(file("b"));
-    EXPECT_EQ(store.shownStageState(file("b")), StageState::full);
+    store.staging().toggleStage(file("b"));
+    EXPECT_EQ(store.staging().shownStageState(file("b")), StageState::full);
     worker.finishAll();
-    EXPECT_EQ(store.shownStageState(file("b")), StageState::none);
+    EXPECT_EQ(store.staging().shownStageState(file("b")), StageState::none);
     EXPECT_NE(error().find("index.lock"), std::string::npos) << error();
 }
 
@@ -125,13 +126,13 @@ TEST_F(StoreStaging, ThirtyQuickClicksRunOneAfterAnother)
     for (int i = 0; i < 30; ++i)
         repo.write("f" + std::to_string(i), "2");
     load();
-    const auto files = store.status.value().files;
+    const auto files = store.snapshot().status.value().files;
     for (const FileChange& each : files) {
-        store.toggleStage(each);
+        store.staging().toggleStage(each);
         EXPECT_LE(worker.waiting(), 1u);
     }
     worker.finishAll();
-    EXPECT_EQ(store.status.value().stagedCount(), 30);
+    EXPECT_EQ(store.snapshot().status.value().stagedCount(), 30);
     EXPECT_EQ(error(), "");
 }
 
@@ -139,9 +140,9 @@ TEST_F(StoreStaging, AFileStagedDuringACommitWaitsForIt)
 {
     repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2").git({"add", "a"});
     load();
-    store.commitSubject = QStringLiteral("only a");
-    store.commit();
-    store.stage({file("b")});
+    store.draft().setSubject(QStringLiteral("only a"));
+    store.draft().commit();
+    store.staging().stage({file("b")});
     EXPECT_EQ(worker.waiting(), 1u) << "the commit alone";
     worker.finishAll();
     EXPECT_EQ(repo.read({"show", "--format=", "--name-only", "HEAD"}), "a");
@@ -153,13 +154,13 @@ TEST_F(StoreStaging, TheSelectionIsToggledTogetherByTheClickedFile)
     repo.write("a", "1").write("b", "1").write("c", "1").commit("one");
     repo.write("a", "2").write("b", "2").write("c", "2").git({"add", "a"});
     load();
-    store.selectedPaths = std::set<std::string>{"a", "b"};
-    store.toggleStage(file("a")); // staged already, so both are unstaged
+    store.window().selectPaths(std::set<std::string>{"a", "b"});
+    store.staging().toggleStage(file("a")); // staged already, so both are unstaged
     worker.finishAll();
-    EXPECT_EQ(store.status.value().stagedCount(), 0);
-    store.toggleStageOfSelection();
+    EXPECT_EQ(store.snapshot().status.value().stagedCount(), 0);
+    store.staging().toggleStageOfSelection();
     worker.finishAll();
-    EXPECT_EQ(store.status.value().stagedCount(), 2);
+    EXPECT_EQ(store.snapshot().status.value().stagedCount(), 2);
     EXPECT_EQ(file("c").stageState(), StageState::none);
 }
 
@@ -167,9 +168,9 @@ TEST_F(StoreStaging, UnstagingEverythingWorksBeforeTheFirstCommit)
 {
     repo.write("a", "1").write("b", "1").git({"add", "a"});
     load();
-    store.unstageAll();
+    store.staging().unstageAll();
     worker.finishAll();
-    EXPECT_EQ(store.status.value().stagedCount(), 0);
+    EXPECT_EQ(store.snapshot().status.value().stagedCount(), 0);
     EXPECT_EQ(error(), "");
     EXPECT_EQ(content("a"), "1");
 }
@@ -179,19 +180,19 @@ TEST_F(StoreStaging, StagingAConflictWithMarkersAsksFirst)
     repo.write("a", "base\n").commit("base").git({"branch", "side"}).write("a", "ours\n").commit("ours");
     repo.git({"checkout", "-q", "side"}).write("a", "theirs\n").commit("theirs").git({"checkout", "-q", "main"});
     load();
-    store.merge(store.branches.value().at(1));
+    actions::merge(store.actors(), store.snapshot().branches.value().at(1));
     worker.finishAll();
-    store.stageAll();
+    store.staging().stageAll();
     worker.finishAll();
-    ASSERT_TRUE(store.confirmation.value().has_value());
-    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("“a” still contains conflict markers"));
+    ASSERT_TRUE(store.window().confirmation.value().has_value());
+    EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("“a” still contains conflict markers"));
     EXPECT_TRUE(file("a").isConflicted);
 
-    store.confirmation = std::nullopt;
+    store.window().dismissQuestion();
     repo.write("a", "resolved\n");
-    store.stage({file("a")});
+    store.staging().stage({file("a")});
     worker.finishAll();
-    EXPECT_FALSE(store.confirmation.value().has_value());
+    EXPECT_FALSE(store.window().confirmation.value().has_value());
     EXPECT_EQ(file("a").stageState(), StageState::full);
 }
 
@@ -201,8 +202,8 @@ TEST_F(StoreStaging, ASelectionIsStagedOnceAndAStaleDiffNever)
     load();
     const ParsedDiff diff = diffOf("a", "Unstaged");
     const std::set<int> first{*changesIn(diff).begin()};
-    store.applyToIndex("a", diff, first, PatchDirection::forward);
-    store.applyToIndex("a", diff, first, PatchDirection::forward); // a double click
+    store.staging().applyToIndex("a", diff, first, PatchDirection::forward);
+    store.staging().applyToIndex("a", diff, first, PatchDirection::forward); // a double click
     worker.finishAll();
     EXPECT_EQ(repo.read({"show", ":a"}), "1\n2\n3\nx");
     EXPECT_NE(error().find("has changed since"), std::string::npos) << error();
@@ -214,22 +215,22 @@ TEST_F(StoreStaging, ADiscardOfLinesCanBeTakenBackWhileTheFileMatches)
     load();
     const std::string before = content("a");
     const ParsedDiff diff = diffOf("a", "Unstaged");
-    store.confirmDiscardPart("a", diff, changesIn(diff), RepositoryStore::DiscardedPart::lines);
+    store.staging().confirmDiscardPart("a", diff, changesIn(diff), Staging::DiscardedPart::lines);
     EXPECT_EQ(content("a"), before) << "not before it is confirmed";
     confirm();
     EXPECT_EQ(content("a"), "1\n2\n");
-    ASSERT_TRUE(store.canUndoDiscard.value());
-    store.undoDiscard();
+    ASSERT_TRUE(store.staging().canUndoDiscard.value());
+    store.staging().undoDiscard();
     worker.finishAll();
     EXPECT_EQ(content("a"), before);
-    EXPECT_FALSE(store.canUndoDiscard.value());
+    EXPECT_FALSE(store.staging().canUndoDiscard.value());
 
     load();
     const ParsedDiff again = diffOf("a", "Unstaged");
-    store.confirmDiscardPart("a", again, changesIn(again), RepositoryStore::DiscardedPart::hunk);
+    store.staging().confirmDiscardPart("a", again, changesIn(again), Staging::DiscardedPart::hunk);
     confirm();
     repo.write("a", "typed since\n");
-    store.undoDiscard();
+    store.staging().undoDiscard();
     worker.finishAll();
     EXPECT_EQ(content("a"), "typed since\n");
     EXPECT_NE(error(), "");
@@ -239,49 +240,49 @@ TEST_F(StoreStaging, DiscardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
 {
     repo.write("a", "1").commit("one").write("a", "2").write("new.txt", "mine");
     load();
-    store.confirmDiscard({file("new.txt")});
-    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("Delete “new.txt”?"));
-    EXPECT_EQ(store.confirmation.value()->message, QStringLiteral("The file is moved to the Trash."));
-    store.confirmDiscard({file("a")});
-    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("Discard changes in “a”?"));
-    EXPECT_EQ(store.confirmation.value()->message, QStringLiteral("Local modifications are lost."));
+    store.staging().confirmDiscard({file("new.txt")});
+    EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Delete “new.txt”?"));
+    EXPECT_EQ(store.window().confirmation.value()->message, QStringLiteral("The file is moved to the Trash."));
+    store.staging().confirmDiscard({file("a")});
+    EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Discard changes in “a”?"));
+    EXPECT_EQ(store.window().confirmation.value()->message, QStringLiteral("Local modifications are lost."));
 
-    const auto both = store.status.value().files;
-    EXPECT_EQ(RepositoryStore::discardTitle(both), QStringLiteral("Discard Changes…"));
-    store.confirmDiscard(both);
-    EXPECT_EQ(store.confirmation.value()->title, QStringLiteral("Discard changes in 2 files?"));
-    EXPECT_EQ(store.confirmation.value()->message,
+    const auto both = store.snapshot().status.value().files;
+    EXPECT_EQ(Staging::discardTitle(both), QStringLiteral("Discard Changes…"));
+    store.staging().confirmDiscard(both);
+    EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Discard changes in 2 files?"));
+    EXPECT_EQ(store.window().confirmation.value()->message,
               QStringLiteral("Local modifications are lost. New files are moved to the Trash."));
     confirm();
     EXPECT_EQ(error(), "");
     EXPECT_EQ(content("a"), "1");
     EXPECT_TRUE(std::filesystem::exists(trash.path() / "new.txt"));
-    EXPECT_TRUE(store.status.value().files.empty());
+    EXPECT_TRUE(store.snapshot().status.value().files.empty());
 }
 
 TEST_F(StoreStaging, CommittingNeedsASubjectAndSomethingToCommit)
 {
     repo.write("a", "1").commit("one").write("a", "2");
     load();
-    store.commitSubject = QStringLiteral("  \t ");
-    EXPECT_FALSE(store.canCommit());
-    store.commitSubject = QStringLiteral("#12 fix ");
-    EXPECT_FALSE(store.canCommit()) << "nothing is staged";
-    store.amend = true;
-    EXPECT_TRUE(store.canCommit());
-    store.amend = false;
-    store.stageAll();
+    store.draft().setSubject(QStringLiteral("  \t "));
+    EXPECT_FALSE(store.draft().canCommit());
+    store.draft().setSubject(QStringLiteral("#12 fix "));
+    EXPECT_FALSE(store.draft().canCommit()) << "nothing is staged";
+    store.draft().setAmend(true);
+    EXPECT_TRUE(store.draft().canCommit());
+    store.draft().setAmend(false);
+    store.staging().stageAll();
     worker.finishAll();
-    ASSERT_TRUE(store.canCommit());
-    store.commitBody = QStringLiteral("\n\n  \n");
-    store.commit();
-    EXPECT_FALSE(store.canCommit()) << "one at a time";
-    EXPECT_EQ(store.activity.value(), QStringLiteral("Committing…"));
+    ASSERT_TRUE(store.draft().canCommit());
+    store.draft().setBody(QStringLiteral("\n\n  \n"));
+    store.draft().commit();
+    EXPECT_FALSE(store.draft().canCommit()) << "one at a time";
+    EXPECT_EQ(store.changes().activity.value(), QStringLiteral("Committing…"));
     worker.finishAll();
     EXPECT_EQ(error(), "");
     EXPECT_EQ(repo.read({"log", "-1", "--format=%B"}), "#12 fix\n") << "what was typed is what is recorded";
-    EXPECT_EQ(store.commitSubject.value(), QString());
-    EXPECT_EQ(store.commitBody.value(), QString());
+    EXPECT_EQ(store.draft().commitSubject.value(), QString());
+    EXPECT_EQ(store.draft().commitBody.value(), QString());
 }
 
 TEST_F(StoreStaging, AFailedCommitKeepsWhatWasTyped)
@@ -290,13 +291,13 @@ TEST_F(StoreStaging, AFailedCommitKeepsWhatWasTyped)
     repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho 'the hook says no' >&2\nexit 1\n");
     std::filesystem::permissions(repo / ".git/hooks/pre-commit", std::filesystem::perms::owner_all);
     load();
-    store.commitSubject = QStringLiteral("subject");
-    store.commitBody = QStringLiteral("body");
-    store.commit();
+    store.draft().setSubject(QStringLiteral("subject"));
+    store.draft().setBody(QStringLiteral("body"));
+    store.draft().commit();
     worker.finishAll();
     EXPECT_EQ(error(), "the hook says no");
-    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("subject"));
-    EXPECT_EQ(store.commitBody.value(), QStringLiteral("body"));
+    EXPECT_EQ(store.draft().commitSubject.value(), QStringLiteral("subject"));
+    EXPECT_EQ(store.draft().commitBody.value(), QStringLiteral("body"));
 }
 
 TEST_F(StoreStaging, AnUntouchedAmendChangesNoByteOfTheMessage)
@@ -306,26 +307,24 @@ TEST_F(StoreStaging, AnUntouchedAmendChangesNoByteOfTheMessage)
     repo.git({"commit", "-q", "--cleanup=verbatim", "-F", "-"}, odd);
     repo.write("a", "3").git({"add", "a"});
     load();
-    store.amend = true;
-    store.amendChanged();
+    store.draft().setAmend(true);
     worker.finishAll();
-    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("subject "));
-    store.commit();
-    EXPECT_EQ(store.activity.value(), QStringLiteral("Amending…"));
+    EXPECT_EQ(store.draft().commitSubject.value(), QStringLiteral("subject "));
+    store.draft().commit();
+    EXPECT_EQ(store.changes().activity.value(), QStringLiteral("Amending…"));
     worker.finishAll();
     ASSERT_EQ(error(), "");
     EXPECT_EQ(
         repo.read({"cat-file", "commit", "HEAD"}).substr(repo.read({"cat-file", "commit", "HEAD"}).find("\n\n") + 2) +
             "\n",
         odd);
-    EXPECT_FALSE(store.amend.value());
+    EXPECT_FALSE(store.draft().amend.value());
 
     // What is typed already is not written over.
-    store.commitSubject = QStringLiteral("mine");
-    store.amend = true;
-    store.amendChanged();
+    store.draft().setSubject(QStringLiteral("mine"));
+    store.draft().setAmend(true);
     worker.finishAll();
-    EXPECT_EQ(store.commitSubject.value(), QStringLiteral("mine"));
+    EXPECT_EQ(store.draft().commitSubject.value(), QStringLiteral("mine"));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "app/store/readers/CommitSearch.h"
 
 #include "GitKit/repository/Commits.h"
+
 #include "GitKit/runner/GitError.h"
 
 namespace plovik {

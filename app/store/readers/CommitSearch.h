@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/repository/GitRepository.h"
+#include "GitKit/records/HistoryScope.h"
 
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace gitkit {
+class GitRepository;
+} // namespace gitkit
 
 namespace plovik {
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/readers/ConflictMarkers.h"
 
+#include "GitKit/repository/GitRepository.h"
+
 #include <fstream>
 
 namespace plovik {

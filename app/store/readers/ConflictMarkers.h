@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/repository/GitRepository.h"
+#include "GitKit/records/FileChange.h"
 
 #include <string>
 #include <vector>
+
+namespace gitkit {
+class GitRepository;
+} // namespace gitkit
 
 namespace plovik {
 

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/repository/GitRepository.h"
+#include "GitKit/records/HistoryFilter.h"
+#include "GitKit/records/HistoryScope.h"
 #include "app/store/HistoryRow.h"
 
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace gitkit {
+class GitRepository;
+} // namespace gitkit
 
 namespace plovik {
 

@@ -2,8 +2,10 @@
 #include "app/store/readers/RepositoryState.h"
 
 #include "GitKit/repository/Folders.h"
+#include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/OperationReader.h"
 #include "GitKit/repository/Operations.h"
+#include "app/store/Failure.h"
 
 #include <exception>
 #include <filesystem>
@@ -13,7 +15,7 @@ namespace plovik {
 
 namespace {
 
-/// Asking git for it would hold up the first status of every window.
+// The ordinary place is tried first, because asking git would hold up the first status of every window.
 std::filesystem::path gitDirectoryOf(const gitkit::GitRepository& repo)
 {
     std::error_code ignored;
@@ -38,7 +40,7 @@ RepositoryState readRepositoryState(const gitkit::GitRepository& repo, const Rep
     try {
         state.status = repo.status();
     } catch (const std::exception& failure) {
-        state.problem = failure.what();
+        state.problem = failureOf(failure).message;
     }
     // A repository whose status cannot be read may still be in the middle of something that can be aborted.
     try {

@@ -2,33 +2,39 @@
 #pragma once
 
 #include "GitKit/records/OperationInProgress.h"
-#include "GitKit/repository/GitRepository.h"
+#include "GitKit/records/RepoStatus.h"
+
+#include <QString>
 
 #include <filesystem>
 #include <optional>
 #include <string>
 
+namespace gitkit {
+class GitRepository;
+} // namespace gitkit
+
 namespace plovik {
 
-/// What a status refresh knows from the one before.
+/// What a status refresh knows from the one before it.
 struct RepositoryStateRequest {
     std::optional<std::filesystem::path> gitDirectory;
     std::optional<gitkit::OperationInProgress> operation;
     std::string preparedMessage;
 };
 
-/// What a status refresh reads, all of one moment.
+/// What a status refresh reads, all of it at one moment.
 struct RepositoryState {
-    std::optional<gitkit::RepoStatus> status; ///< absent with a `problem`
-    std::string problem;
+    std::optional<gitkit::RepoStatus> status;          ///< absent with a `problem`
+    QString problem;                                   ///< why there is no status; it holds no secrets
     std::optional<std::filesystem::path> gitDirectory; ///< this working tree's own
     std::optional<gitkit::OperationInProgress> operation;
     std::string preparedMessage; ///< for the next commit, as git wrote it
-    /// The same without its comments; absent while it is what it was.
+    /// The same without its comments; absent while it has not changed.
     std::optional<std::string> newMessage;
 };
 
-/// Blocks. Failures of git are told in the result; throws only gitkit::RunStopped.
+/// Blocks. Failures of git stand in the result; throws only gitkit::RunStopped.
 RepositoryState readRepositoryState(const gitkit::GitRepository& repo, const RepositoryStateRequest& request);
 
 } // namespace plovik

@@ -3,6 +3,7 @@
 
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Remotes.h"
 #include "app/ui/commands/NavigationButtons.h"
 #include "app/ui/commands/UndoCommand.h"
 #include "app/ui/workingcopy/MessageButtons.h"
@@ -111,19 +112,15 @@ private:
     std::vector<QPropertyNotifier> notifiers_;
 };
 
-bool isIdle(const RepositoryStore& store) { return !store.activity.value(); }
-bool canCancel(const RepositoryStore& store) { return !isIdle(store) && !store.isCancelling.value(); }
-bool canStash(const RepositoryStore& store) { return isIdle(store) && !store.status.value().files.empty(); }
+bool isIdle(const RepositoryStore& store) { return !store.changes().activity.value(); }
+bool canCancel(const RepositoryStore& store) { return !isIdle(store) && !store.changes().isCancelling.value(); }
+bool canStash(const RepositoryStore& store) { return isIdle(store) && !store.snapshot().status.value().files.empty(); }
 
-void select(RepositoryStore& store, SidebarItem item)
-{
-    store.selection = std::move(item);
-    store.selectionChanged();
-}
+void select(RepositoryStore& store, SidebarItem item) { store.window().select(std::move(item)); }
 
 bool canWriteMessage(const RepositoryStore& store)
 {
-    return !store.generatingMessage.value() && store.status.value().stagedCount() > 0;
+    return !store.draft().generatingMessage.value() && store.snapshot().status.value().stagedCount() > 0;
 }
 
 /// What has to do with written commit messages; there only while the settings say so.
@@ -136,9 +133,9 @@ void addMessageCommands(QMenu* menu, RepositoryStore& store)
             writeCommitMessage(store);
         });
     QAction* const preview =
-        add(menu, QStringLiteral("Show What Is Sent…"), {}, [&store] { store.sheet = SentChangesSheet{}; });
-    new CommandStates(store, {{write, canWriteMessage}, {preview, canWriteMessage}}, menu, store.generatingMessage,
-                      store.status);
+        add(menu, QStringLiteral("Show What Is Sent…"), {}, [&store] { store.window().showSheet(SentChangesSheet{}); });
+    new CommandStates(store, {{write, canWriteMessage}, {preview, canWriteMessage}}, menu,
+                      store.draft().generatingMessage, store.snapshot().status);
     const auto showOffer = [=] {
         for (QAction* const action : {separator, write, preview})
             action->setVisible(Settings::shared().value(settings::aiEnabled));
@@ -158,23 +155,29 @@ void buildRepositoryMenu(QMenu* menu, RepositoryStore& store)
         [&store] { select(store, SidebarItem::stashes()); });
     menu->addSeparator();
     add(menu, QStringLiteral("Refresh"), QKeySequence(Qt::CTRL | Qt::Key_R),
-        [&store] { store.refresh(RefreshScope::full); });
-    std::vector<CommandStates::Command> commands{
-        {add(menu, QStringLiteral("Fetch"), QKeySequence(shifted | Qt::Key_F), [&store] { store.fetch(); }), isIdle},
-        {add(menu, QStringLiteral("Pull"), QKeySequence(shifted | Qt::Key_P), [&store] { store.pull(); }), isIdle},
-        // P is Pull's.
-        {add(menu, QStringLiteral("Push"), QKeySequence(shifted | Qt::Key_U), [&store] { store.push(); }), isIdle}};
+        [&store] { store.snapshot().refresh(RefreshScope::full); });
+    std::vector<CommandStates::Command> commands{{add(menu, QStringLiteral("Fetch"), QKeySequence(shifted | Qt::Key_F),
+                                                      [&store] { actions::fetch(store.actors()); }),
+                                                  isIdle},
+                                                 {add(menu, QStringLiteral("Pull"), QKeySequence(shifted | Qt::Key_P),
+                                                      [&store] { actions::pull(store.actors()); }),
+                                                  isIdle},
+                                                 // P is Pull's.
+                                                 {add(menu, QStringLiteral("Push"), QKeySequence(shifted | Qt::Key_U),
+                                                      [&store] { actions::push(store.actors()); }),
+                                                  isIdle}};
     commands.push_back({add(menu, QStringLiteral("Cancel Action"), QKeySequence(Qt::CTRL | Qt::Key_Period),
-                            [&store] { store.cancelActivity(); }),
+                            [&store] { store.changes().cancelActivity(); }),
                         canCancel});
     menu->addSeparator();
     commands.push_back({add(menu, QStringLiteral("New Branch…"), QKeySequence(shifted | Qt::Key_B),
-                            [&store] { store.sheet = NewBranchSheet{}; }),
+                            [&store] { store.window().showSheet(NewBranchSheet{}); }),
                         isIdle});
     commands.push_back({add(menu, QStringLiteral("Stash Changes…"), QKeySequence(shifted | Qt::Key_S),
-                            [&store] { store.sheet = StashSheet{}; }),
+                            [&store] { store.window().showSheet(StashSheet{}); }),
                         canStash});
-    new CommandStates(store, std::move(commands), menu, store.activity, store.isCancelling, store.status);
+    new CommandStates(store, std::move(commands), menu, store.changes().activity, store.changes().isCancelling,
+                      store.snapshot().status);
     addMessageCommands(menu, store);
 }
 
@@ -223,10 +226,10 @@ public:
     CommandLogSwitch(QAction& action, RepositoryStore& store) : QObject(&action)
     {
         action.setCheckable(true);
-        action.setChecked(store.showsCommandLog.value());
-        connect(&action, &QAction::toggled, this, [&store](bool shows) { store.showsCommandLog = shows; });
-        notifier_ =
-            store.showsCommandLog.addNotifier([&action, &store] { action.setChecked(store.showsCommandLog.value()); });
+        action.setChecked(store.window().showsCommandLog.value());
+        connect(&action, &QAction::toggled, this, [&store](bool shows) { store.window().showCommandLog(shows); });
+        notifier_ = store.window().showsCommandLog.addNotifier(
+            [&action, &store] { action.setChecked(store.window().showsCommandLog.value()); });
     }
 
 private:
@@ -236,14 +239,16 @@ private:
 void buildViewMenu(QMenu* menu, QWidget* window, RepositoryStore& store)
 {
     std::vector<CommandStates::Command> commands{
-        {add(menu, QStringLiteral("Back"), QKeySequence(Qt::ALT | Qt::Key_Left), [&store] { store.goBack(); }),
-         [](const RepositoryStore& asked) { return asked.canGoBack.value(); }},
-        {add(menu, QStringLiteral("Forward"), QKeySequence(Qt::ALT | Qt::Key_Right), [&store] { store.goForward(); }),
-         [](const RepositoryStore& asked) { return asked.canGoForward.value(); }},
+        {add(menu, QStringLiteral("Back"), QKeySequence(Qt::ALT | Qt::Key_Left), [&store] { store.trail().goBack(); }),
+         [](const RepositoryStore& asked) { return asked.trail().canGoBack.value(); }},
+        {add(menu, QStringLiteral("Forward"), QKeySequence(Qt::ALT | Qt::Key_Right),
+             [&store] { store.trail().goForward(); }),
+         [](const RepositoryStore& asked) { return asked.trail().canGoForward.value(); }},
         {add(menu, QStringLiteral("Go to Commit…"), QKeySequence(Qt::CTRL | Qt::Key_G),
-             [&store] { store.sheet = GoToCommitSheet{}; }),
-         [](const RepositoryStore& asked) { return asked.status.value().hasCommits(); }}};
-    new CommandStates(store, std::move(commands), menu, store.canGoBack, store.canGoForward, store.status);
+             [&store] { store.window().showSheet(GoToCommitSheet{}); }),
+         [](const RepositoryStore& asked) { return asked.snapshot().status.value().hasCommits(); }}};
+    new CommandStates(store, std::move(commands), menu, store.trail().canGoBack, store.trail().canGoForward,
+                      store.snapshot().status);
     menu->addSeparator();
     addSwitch(menu, QStringLiteral("Side by Side"), settings::diffSideBySide);
     addSwitch(menu, QStringLiteral("Ignore White Space"), settings::diffIgnoresWhiteSpace);

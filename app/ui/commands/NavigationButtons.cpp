@@ -26,9 +26,9 @@ bool NavigationButtons::eventFilter(QObject* watched, QEvent* event)
     if (!watched->isWidgetType() || static_cast<QWidget*>(watched)->window() != &window_)
         return false;
     if (isPress && button == Qt::BackButton)
-        store_.goBack();
+        store_.trail().goBack();
     else if (isPress)
-        store_.goForward();
+        store_.trail().goForward();
     return true;
 }
 

@@ -40,8 +40,8 @@ bool isInCommitBox(const QWidget* widget)
 
 UndoCommand::UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store)
     : QObject(&menu), action_(action), window_(menu.parentWidget()->window()), store_(store),
-      discardNotifier_(store.canUndoDiscard.addNotifier([this] { show(); })),
-      messageNotifier_(store.canUndoMessage.addNotifier([this] { show(); }))
+      discardNotifier_(store.staging().canUndoDiscard.addNotifier([this] { show(); })),
+      messageNotifier_(store.draft().canUndoMessage.addNotifier([this] { show(); }))
 {
     connect(&action, &QAction::triggered, this, &UndoCommand::run);
     connect(&menu, &QMenu::aboutToShow, this, &UndoCommand::show);
@@ -54,11 +54,11 @@ UndoCommand::Target UndoCommand::target() const
     const QWidget* const focus = QApplication::focusWidget();
     const bool textCan = textCanUndo(focus).value_or(false);
     // In the commit box the written message is the last change of both fields.
-    if (store_.canUndoMessage.value() && (!textCan || isInCommitBox(focus)))
+    if (store_.draft().canUndoMessage.value() && (!textCan || isInCommitBox(focus)))
         return Target::writtenMessage;
     if (textCan)
         return Target::text;
-    return store_.canUndoDiscard.value() ? Target::discard : Target::nothing;
+    return store_.staging().canUndoDiscard.value() ? Target::discard : Target::nothing;
 }
 
 void UndoCommand::show()
@@ -74,9 +74,9 @@ void UndoCommand::run()
 {
     switch (target()) {
     case Target::writtenMessage:
-        return store_.undoMessage();
+        return store_.draft().undoMessage();
     case Target::discard:
-        return store_.undoDiscard();
+        return store_.staging().undoDiscard();
     case Target::text:
         QMetaObject::invokeMethod(QApplication::focusWidget(), "undo");
         return;

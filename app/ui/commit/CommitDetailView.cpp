@@ -3,6 +3,7 @@
 
 #include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/DesktopFiles.h"
 #include "app/ui/commit/CommitFileMenu.h"
 #include "app/ui/commit/CommitFilesList.h"
 #include "app/ui/commit/CommitHeader.h"
@@ -28,15 +29,11 @@
 namespace plovik {
 
 using namespace Qt::StringLiterals;
-using gitkit::GitRepository;
 
 namespace {
 
 constexpr double leastFilesWidth = 200;
 constexpr double leastDiffWidth = 260;
-
-/// One for the commit that is selected, and one that a slow commit, left meanwhile, may hold.
-constexpr int mostReadsAtOnce = 2;
 
 constexpr int mostRecent = 50; ///< commits of ordinary size
 constexpr std::size_t ordinaryFiles = 200;
@@ -54,11 +51,13 @@ EmptyState* makeNone(CommitDetailView::CommitKind kind)
 } // namespace
 
 CommitDetailView::CommitDetailView(RepositoryStore& store, CommitKind kind, QWidget* parent)
-    : QWidget(parent), store_(store), kind_(kind), pages_(new QStackedLayout(this)), recent_(mostRecent)
+    : QWidget(parent), store_(store), kind_(kind), pages_(new QStackedLayout(this)), recent_(mostRecent),
+      details_(store.git(), &readCommit, [this] { detailRead(); }),
+      counts_(store.git(), &readCounts, [this] { countsRead(); }),
+      diffs_(store.git(), &readCommitDiff, [this] { diffRead(); })
 {
     pages_->addWidget(makeNone(kind));
-    QProperty<std::optional<std::string>>& selection =
-        kind == CommitKind::stash ? store.selectedStash : store.selectedCommit;
+    const auto& selection = kind == CommitKind::stash ? store.window().selectedStash : store.window().selectedCommit;
     notifiers_.push_back(selection.addNotifier([this] { follow(); }));
     follow();
 }
@@ -105,23 +104,12 @@ QWidget* CommitDetailView::makeLeftSide()
 
 std::optional<std::string> CommitDetailView::selected() const
 {
-    return kind_ == CommitKind::stash ? store_.selectedStash.value() : store_.selectedCommit.value();
-}
-
-template <typename Request>
-void CommitDetailView::want(Reads<Request>& reads, Request request, QCoro::Task<> (*read)(QPointer<CommitDetailView>))
-{
-    reads.wanted = std::move(request);
-    if (reads.underWay < mostReadsAtOnce) {
-        ++reads.underWay;
-        launch(read(this));
-    }
+    return kind_ == CommitKind::stash ? store_.window().selectedStash.value() : store_.window().selectedCommit.value();
 }
 
 void CommitDetailView::follow()
 {
     const std::optional<std::string> hash = selected();
-    details_.wanted.reset();
     if (hash && !header_)
         makePage();
     pages_->setCurrentIndex(hash ? 1 : 0);
@@ -133,44 +121,29 @@ void CommitDetailView::follow()
         }
         return;
     }
+    details_.forget();
     if (shown_ && shown_->detail.hash == *hash) {
         header_->showDetail(shown_->detail);
     } else if (const std::shared_ptr<CommitReading>* known = recent_.object(*hash)) {
         showReading(*known);
     } else {
         header_->expect(*hash);
-        want(details_, *hash, &CommitDetailView::readDetails);
+        details_.ask({*hash, kind_});
     }
 }
 
-QCoro::Task<> CommitDetailView::readDetails(QPointer<CommitDetailView> view)
+void CommitDetailView::detailRead()
 {
-    while (view->details_.wanted) {
-        const std::string hash = *std::exchange(view->details_.wanted, std::nullopt);
-        const CommitKind kind = view->kind_;
-        auto reading = std::make_shared<CommitReading>();
-        QString problem;
-        try {
-            reading->detail = co_await view->store_.run(&GitRepository::commitDetail, hash, kind);
-        } catch (const std::exception& failure) {
-            problem = QString::fromUtf8(failure.what());
-            reading.reset();
-        }
-        if (!view)
-            co_return; // the view closed meanwhile
-        if (reading) {
-            const std::size_t size = 1 + reading->detail.files.size() / ordinaryFiles;
-            const int cost = static_cast<int>(std::min<std::size_t>(size, mostRecent / 2));
-            view->recent_.insert(hash, new std::shared_ptr<CommitReading>(reading), cost);
-        }
-        if (view->selected() != hash)
-            continue;
-        if (reading)
-            view->showReading(std::move(reading));
-        else
-            view->showProblem(problem);
+    if (details_.failure()) {
+        showProblem(details_.failure()->message);
+        return;
     }
-    --view->details_.underWay;
+    const auto reading = std::make_shared<CommitReading>();
+    reading->detail = *details_.result();
+    const std::size_t size = 1 + reading->detail.files.size() / ordinaryFiles;
+    const int cost = static_cast<int>(std::min<std::size_t>(size, mostRecent / 2));
+    recent_.insert(reading->detail.hash, new std::shared_ptr<CommitReading>(reading), cost);
+    showReading(reading);
 }
 
 void CommitDetailView::showReading(std::shared_ptr<CommitReading> reading)
@@ -183,7 +156,7 @@ void CommitDetailView::showReading(std::shared_ptr<CommitReading> reading)
     if (shown_->detail.files.empty())
         diff_->showSentence(u"No Changes"_s, commitSummary::nothingChanged(shown_->detail, kind_));
     else if (!shown_->counts)
-        want(counts_, shown_->detail.hash, &CommitDetailView::readCounts);
+        counts_.ask({shown_->detail.hash, kind_});
 }
 
 void CommitDetailView::showProblem(const QString& problem)
@@ -202,26 +175,13 @@ void CommitDetailView::showSummary()
     totals_->setText(commitSummary::totals(*shown_));
 }
 
-QCoro::Task<> CommitDetailView::readCounts(QPointer<CommitDetailView> view)
+void CommitDetailView::countsRead()
 {
-    while (view->counts_.wanted) {
-        const std::string hash = *std::exchange(view->counts_.wanted, std::nullopt);
-        const CommitKind kind = view->kind_;
-        std::vector<gitkit::ChangeCounts> counts;
-        try {
-            counts = co_await view->store_.run(&gitkit::changeCounts, hash, kind);
-        } catch (const std::exception&) {
-            counts.clear(); // what could be read of the commit stands there; it goes without the numbers
-        }
-        if (!view)
-            co_return; // the view closed meanwhile
-        view->takeCounts(hash, std::move(counts));
-    }
-    --view->counts_.underWay;
-}
-
-void CommitDetailView::takeCounts(const std::string& hash, std::vector<gitkit::ChangeCounts> counts)
-{
+    // Without the counts the commit is shown without numbers.
+    const std::string& hash = counts_.asked()->hash;
+    std::vector<gitkit::ChangeCounts> counts;
+    if (!counts_.failure())
+        counts = *counts_.result();
     if (const std::shared_ptr<CommitReading>* known = recent_.object(hash))
         (*known)->counts = counts;
     if (!shown_ || shown_->detail.hash != hash)
@@ -234,45 +194,24 @@ void CommitDetailView::takeCounts(const std::string& hash, std::vector<gitkit::C
 void CommitDetailView::fileChanged()
 {
     const gitkit::CommitFile* const file = files_->currentFile();
-    if (!file || !shown_) {
-        diffs_.wanted.reset();
-        expectedDiff_.reset();
+    if (file && shown_)
+        diffs_.ask({shown_->detail.hash, *file, diff_->whiteSpace()});
+    else
+        diffs_.forget();
+}
+
+void CommitDetailView::diffRead()
+{
+    if (diffs_.failure()) {
+        diff_->showSentence(tr("The diff could not be read"), diffs_.failure()->message);
         return;
     }
-    expectedDiff_ = WantedDiff{shown_->detail.hash, *file, diff_->whiteSpace()};
-    want(diffs_, *expectedDiff_, &CommitDetailView::readDiffs);
-}
-
-QCoro::Task<> CommitDetailView::readDiffs(QPointer<CommitDetailView> view)
-{
-    while (view->diffs_.wanted) {
-        const WantedDiff wanted = *std::exchange(view->diffs_.wanted, std::nullopt);
-        std::optional<gitkit::ParsedDiff> diff;
-        QString problem;
-        try {
-            diff = co_await view->store_.run(&GitRepository::commitDiff, wanted.hash, wanted.file, wanted.whiteSpace);
-        } catch (const std::exception& failure) {
-            problem = QString::fromUtf8(failure.what());
-        }
-        if (!view)
-            co_return; // the view closed meanwhile
-        if (view->expectedDiff_ != wanted)
-            continue;
-        if (diff)
-            view->takeDiff(wanted.file, std::move(*diff));
-        else
-            view->diff_->showSentence(u"The diff could not be read"_s, problem);
-    }
-    --view->diffs_.underWay;
-}
-
-void CommitDetailView::takeDiff(const gitkit::CommitFile& file, gitkit::ParsedDiff diff)
-{
+    const gitkit::CommitFile& file = diffs_.answered()->file;
     DiffContent content;
-    content.name = u"Diff"_s;
+    content.name = tr("Diff");
     content.title = shownText(file.path);
     content.path = file.path;
-    content.diff = std::move(diff);
+    content.diff = *diffs_.result();
     std::vector<DiffContent> contents;
     contents.push_back(std::move(content));
     diff_->showDiffs(std::move(contents), DiffPlace::start);
@@ -284,7 +223,7 @@ void CommitDetailView::openCurrentFile()
     if (!file)
         return;
     if (isInWorkingTree(store_, *file))
-        store_.openInEditor({gitkit::FileChange{.path = file->path, .originalPath = {}}});
+        actions::openInEditor(store_.actors(), {gitkit::FileChange{.path = file->path, .originalPath = {}}});
     else
         header_->say(u"%1 is not in the working tree now."_s.arg(shownText(file->path)));
 }

@@ -4,6 +4,8 @@
 #include "GitKit/records/ChangeCounts.h"
 #include "GitKit/records/CommitKind.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/readers/CommitReaders.h"
+#include "app/store/readers/Latest.h"
 #include "app/ui/commit/CommitReading.h"
 
 #include <QCache>
@@ -47,10 +49,6 @@ public:
     void setEditorTitle(std::function<QString()> title) { editorTitle_ = std::move(title); }
 
 private:
-    static QCoro::Task<> readDetails(QPointer<CommitDetailView> view);
-    static QCoro::Task<> readCounts(QPointer<CommitDetailView> view);
-    static QCoro::Task<> readDiffs(QPointer<CommitDetailView> view);
-
     void makePage();
     QWidget* makeLeftSide();
     std::optional<std::string> selected() const;
@@ -58,27 +56,13 @@ private:
     void showReading(std::shared_ptr<CommitReading> reading);
     void showProblem(const QString& problem);
     void showSummary();
-    void takeCounts(const std::string& hash, std::vector<gitkit::ChangeCounts> counts);
+    void detailRead();
+    void countsRead();
     void fileChanged();
-    void takeDiff(const gitkit::CommitFile& file, gitkit::ParsedDiff diff);
+    void diffRead();
     void openCurrentFile();
     void showMenu(const QPoint& position);
     void changeEvent(QEvent* event) override;
-
-    struct WantedDiff {
-        std::string hash;
-        gitkit::CommitFile file;
-        gitkit::WhiteSpace whiteSpace = gitkit::WhiteSpace::compared;
-        bool operator==(const WantedDiff&) const = default;
-    };
-    /// What is to be read next, and how many reads are under way.
-    template <typename Request>
-    struct Reads {
-        std::optional<Request> wanted;
-        int underWay = 0;
-    };
-    template <typename Request>
-    void want(Reads<Request>& reads, Request request, QCoro::Task<> (*read)(QPointer<CommitDetailView>));
 
     RepositoryStore& store_;
     CommitKind kind_;
@@ -94,10 +78,9 @@ private:
 
     std::shared_ptr<CommitReading> shown_; ///< whose files stand there
     QCache<std::string, std::shared_ptr<CommitReading>> recent_;
-    Reads<std::string> details_;
-    Reads<std::string> counts_;
-    Reads<WantedDiff> diffs_;
-    std::optional<WantedDiff> expectedDiff_; ///< the one that is to be on display
+    Latest<CommitRequest, gitkit::CommitDetail> details_;
+    Latest<CommitRequest, std::vector<gitkit::ChangeCounts>> counts_;
+    Latest<CommitDiffRequest, gitkit::ParsedDiff> diffs_;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

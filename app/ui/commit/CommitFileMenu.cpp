@@ -2,6 +2,7 @@
 #include "app/ui/commit/CommitFileMenu.h"
 
 #include "app/store/ShownText.h"
+#include "app/store/actions/DesktopFiles.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -34,16 +35,17 @@ QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& co
     menu->setToolTipsVisible(true);
     const gitkit::FileChange inTree{.path = file.path, .originalPath = {}};
     const auto inspect = [&store](const InspectedFile& inspected) {
-        return [&store, inspected] { store.inspected = inspected; };
+        return [&store, inspected] { store.window().inspect(inspected); };
     };
-    QAction* const open = menu->addAction(openTitle, menu, [&store, inTree] { store.openInEditor({inTree}); });
+    QAction* const open =
+        menu->addAction(openTitle, menu, [&store, inTree] { actions::openInEditor(store.actors(), {inTree}); });
     menu->addAction(u"Show Blame"_s, menu, inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
     menu->addAction(u"Show File History"_s, menu, inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
     menu->addSeparator();
     menu->addAction(u"Copy Path"_s, menu,
                     [path = shownText(file.path)] { QGuiApplication::clipboard()->setText(path); });
-    QAction* const reveal =
-        menu->addAction(u"Reveal in File Browser"_s, menu, [&store, inTree] { store.reveal({inTree}); });
+    QAction* const reveal = menu->addAction(u"Reveal in File Browser"_s, menu,
+                                            [&store, inTree] { actions::reveal(store.actors(), {inTree}); });
     if (!isInWorkingTree(store, file)) {
         for (QAction* const action : {open, reveal}) {
             action->setEnabled(false);

@@ -42,8 +42,9 @@ void fill(QLabel* label, const QString& text)
 } // namespace
 
 CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent)
-    : QWidget(parent), store_(store), kind_(kind), area_(new QScrollArea), message_(new MessageText),
-      refs_(new CommitRefs), people_(makeLabel(Qt::RichText, Qt::TextSelectableByMouse)), hash_(new HashField),
+    : QWidget(parent), store_(store), names_(store.git(), &readCommitHash, [this] { nameRead(); }), kind_(kind),
+      area_(new QScrollArea), message_(new MessageText), refs_(new CommitRefs),
+      people_(makeLabel(Qt::RichText, Qt::TextSelectableByMouse)), hash_(new HashField),
       parents_(makeLabel(Qt::RichText, Qt::TextBrowserInteraction)), notice_(makeLabel(Qt::PlainText))
 {
     people_->setAccessibleName(u"Commit Author"_s);
@@ -77,20 +78,22 @@ CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* par
     layout->addWidget(area_);
 
     connect(parents_, &QLabel::linkActivated, this, [this](const QString& link) { goTo(link.toStdString()); });
-    connect(message_, &MessageText::commitRequested, this,
-            [this](const QString& name) { launch(goToNamed(this, name.toStdString())); });
+    connect(message_, &MessageText::commitRequested, this, [this](const QString& name) {
+        clickedIn_ = shown_.hash;
+        names_.askAgain(name.toStdString());
+    });
     if (kind == CommitKind::ordinary) {
         const auto refsChanged = [this] { showRefs(); };
-        notifiers_.push_back(store_.history.addNotifier(refsChanged));
-        notifiers_.push_back(store_.branches.addNotifier(refsChanged));
-        notifiers_.push_back(store_.remoteBranches.addNotifier(refsChanged));
-        notifiers_.push_back(store_.tags.addNotifier(refsChanged));
+        notifiers_.push_back(store_.history().history.addNotifier(refsChanged));
+        notifiers_.push_back(store_.snapshot().branches.addNotifier(refsChanged));
+        notifiers_.push_back(store_.snapshot().remoteBranches.addNotifier(refsChanged));
+        notifiers_.push_back(store_.snapshot().tags.addNotifier(refsChanged));
     }
 }
 
 const gitkit::Commit* CommitHeader::commitOnPage(const std::string& hash) const
 {
-    const auto& rows = store_.history.value();
+    const auto& rows = store_.history().history.value();
     const auto found = std::ranges::find(rows, hash, &HistoryRow::id);
     return found == rows.end() ? nullptr : &found->commit;
 }
@@ -98,7 +101,7 @@ const gitkit::Commit* CommitHeader::commitOnPage(const std::string& hash) const
 void CommitHeader::expect(const std::string& hash)
 {
     if (kind_ == CommitKind::stash) {
-        const auto& stashes = store_.stashes.value();
+        const auto& stashes = store_.snapshot().stashes.value();
         const auto found = std::ranges::find(stashes, hash, &gitkit::Stash::hash);
         take(found == stashes.end() ? commitFacts::ofUnknown(hash) : commitFacts::of(*found));
     } else {
@@ -137,8 +140,9 @@ void CommitHeader::showRefs()
         return;
     const gitkit::Commit* const commit = commitOnPage(shown_.hash);
     refs_->setLabels(commit ? commit->refs
-                            : commitFacts::labelsOf(shown_.hash, {store_.branches.value(),
-                                                                  store_.remoteBranches.value(), store_.tags.value()}));
+                            : commitFacts::labelsOf(shown_.hash, {store_.snapshot().branches.value(),
+                                                                  store_.snapshot().remoteBranches.value(),
+                                                                  store_.snapshot().tags.value()}));
 }
 
 void CommitHeader::say(const QString& sentence)
@@ -150,27 +154,20 @@ void CommitHeader::say(const QString& sentence)
 void CommitHeader::goTo(const std::string& hash)
 {
     if (kind_ == CommitKind::ordinary && commitOnPage(hash))
-        store_.selectedCommit = hash;
+        store_.window().selectCommit(hash);
     else
-        store_.showCommit(hash);
+        store_.history().showCommit(hash);
 }
 
-QCoro::Task<> CommitHeader::goToNamed(QPointer<CommitHeader> header, std::string name)
+void CommitHeader::nameRead()
 {
-    const std::string from = header->shown_.hash;
-    std::string hash;
-    try {
-        hash = co_await header->store_.run(&gitkit::resolveCommit, name);
-    } catch (const std::exception&) {
-        hash.clear();
-    }
-    // Whoever went on meanwhile is not taken elsewhere.
-    if (!header || header->shown_.hash != from)
-        co_return;
-    if (hash.empty())
-        header->say(u"There is no commit %1 in this repository."_s.arg(shownText(name)));
+    // A user who went on in the meantime is not taken elsewhere.
+    if (shown_.hash != clickedIn_)
+        return;
+    if (names_.failure())
+        say(tr("There is no commit %1 in this repository.").arg(shownText(*names_.asked())));
     else
-        header->goTo(hash);
+        goTo(*names_.result());
 }
 
 QSize CommitHeader::sizeHint() const

@@ -3,6 +3,8 @@
 
 #include "GitKit/records/CommitKind.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/readers/CommitReaders.h"
+#include "app/store/readers/Latest.h"
 
 #include <QWidget>
 
@@ -45,7 +47,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    static QCoro::Task<> goToNamed(QPointer<CommitHeader> header, std::string name);
+    void nameRead();
 
     const gitkit::Commit* commitOnPage(const std::string& hash) const;
     void take(const gitkit::CommitDetail& detail);
@@ -54,6 +56,8 @@ private:
     void goTo(const std::string& hash);
 
     RepositoryStore& store_;
+    Latest<std::string, std::string> names_;
+    std::string clickedIn_; ///< the commit that was shown when a name was clicked
     CommitKind kind_;
     gitkit::CommitDetail shown_; ///< without its files
     QScrollArea* area_;

@@ -43,7 +43,8 @@ public:
 /// Returns the lists of all refs. They can be long, so they are not copied.
 std::vector<const std::vector<gitkit::GitRef>*> refLists(const RepositoryStore& store)
 {
-    return {&store.branches.value(), &store.remoteBranches.value(), &store.tags.value()};
+    return {&store.snapshot().branches.value(), &store.snapshot().remoteBranches.value(),
+            &store.snapshot().tags.value()};
 }
 
 QStringList refNames(const RepositoryStore& store)
@@ -62,12 +63,12 @@ bool isHash(const std::string& text)
 }
 
 /// Turns what git said about a name into a sentence for people.
-QString refusalOf(const QString& name, gitkit::ErrorKind kind, const QString& said)
+QString refusalOf(const QString& name, const Failure& failure)
 {
-    if (kind == gitkit::ErrorKind::ambiguousName)
+    if (failure.kind == gitkit::ErrorKind::ambiguousName)
         return GoToCommitDialog::tr("“%1” is ambiguous: more than one hash begins with it.").arg(name);
-    QString reason = said.section(u"fatal: "_s, -1).section(u'\n', 0, 0).trimmed();
-    if (reason.isEmpty() || kind == gitkit::ErrorKind::noSuchRef)
+    QString reason = failure.message.section(u"fatal: "_s, -1).section(u'\n', 0, 0).trimmed();
+    if (reason.isEmpty() || failure.kind == gitkit::ErrorKind::noSuchRef)
         return GoToCommitDialog::tr("“%1” is no commit, branch or tag of this repository.").arg(name);
     reason[0] = reason[0].toUpper();
     return reason.endsWith(u'.') ? reason : reason + u'.';
@@ -76,7 +77,8 @@ QString refusalOf(const QString& name, gitkit::ErrorKind kind, const QString& sa
 } // namespace
 
 GoToCommitDialog::GoToCommitDialog(RepositoryStore& store, QWidget* parent)
-    : Sheet(store, tr("Go to Commit"), tr("Go"), parent), name_(new QLineEdit(this))
+    : Sheet(store, tr("Go to Commit"), tr("Go"), parent), name_(new QLineEdit(this)),
+      commits_(store.git(), &readCommitHash, [this] { resolved(); })
 {
     name_->setAccessibleName(tr("Commit or Ref"));
     name_->setPlaceholderText(tr("Hash, branch or tag"));
@@ -112,7 +114,7 @@ std::string GoToCommitDialog::revision() const
 
 void GoToCommitDialog::edited()
 {
-    ++request_;
+    commits_.forget();
     refusal_.clear();
     validate();
 }
@@ -131,28 +133,18 @@ bool GoToCommitDialog::isComplete() const { return !typed().isEmpty(); }
 void GoToCommitDialog::accept()
 {
     if (isComplete() && problem().isEmpty())
-        launch(resolving(this, ++request_));
+        commits_.askAgain(revision());
 }
 
-QCoro::Task<> GoToCommitDialog::resolving(QPointer<GoToCommitDialog> dialog, qint64 request)
+void GoToCommitDialog::resolved()
 {
-    const std::string revision = dialog->revision();
-    std::string resolved;
-    QString problem;
-    gitkit::ErrorKind kind = gitkit::ErrorKind::other;
-    try {
-        resolved = co_await dialog->store().run(&gitkit::resolveCommit, revision);
-    } catch (const std::exception& failure) {
-        problem = QString::fromUtf8(failure.what());
-        kind = gitkit::errorKindOf(failure);
-    }
-    if (!dialog || !dialog->isVisible() || request != dialog->request_)
-        co_return; // closed, or edited meanwhile
+    if (!isVisible())
+        return;
     // For a range git prints more than one hash.
-    if (isHash(resolved))
-        dialog->take(resolved);
+    if (!commits_.failure() && isHash(*commits_.result()))
+        take(*commits_.result());
     else
-        dialog->refuse(refusalOf(dialog->typed(), kind, problem));
+        refuse(refusalOf(typed(), commits_.failure().value_or(Failure())));
 }
 
 void GoToCommitDialog::take(const std::string& resolved)
@@ -169,6 +161,6 @@ void GoToCommitDialog::refuse(const QString& reason)
     name_->selectAll();
 }
 
-void GoToCommitDialog::submit() { store().showCommit(commit_); }
+void GoToCommitDialog::submit() { store().history().showCommit(commit_); }
 
 } // namespace plovik

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/store/readers/CommitReaders.h"
+#include "app/store/readers/Latest.h"
 #include "app/ui/dialogs/Sheet.h"
 
 #include <QCoroTask>
@@ -34,13 +36,13 @@ private:
     void edited();
     QString typed() const;
     std::string revision() const;
-    static QCoro::Task<> resolving(QPointer<GoToCommitDialog> dialog, qint64 request);
+    void resolved();
     void take(const std::string& resolved);
     void refuse(const QString& reason);
 
     QLineEdit* name_;
-    QString refusal_;    ///< why the typed name is no commit
-    qint64 request_ = 0; ///< number of the latest request; answers to earlier ones are ignored
+    QString refusal_; ///< why the typed name is no commit
+    Latest<std::string, std::string> commits_;
     std::string commit_; ///< full hash
 };
 

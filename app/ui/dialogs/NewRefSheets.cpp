@@ -3,6 +3,7 @@
 
 #include "GitKit/records/BranchChange.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/Refs.h"
 #include "app/ui/dialogs/RefNameRules.h"
 
 #include <QCheckBox>
@@ -20,17 +21,17 @@ namespace {
 QString describedCommit(const RepositoryStore& store, const std::string& hash)
 {
     const QString shown = shownText(gitkit::shortHash(hash));
-    const auto& rows = store.history.value();
+    const auto& rows = store.history().history.value();
     const auto row = std::ranges::find(rows, hash, &HistoryRow::id);
     return row == rows.end() ? shown : NewBranchDialog::tr("%1, “%2”").arg(shown, shownText(row->commit.subject));
 }
 
 QString describedHead(const RepositoryStore& store)
 {
-    const gitkit::RepoStatus& status = store.status.value();
+    const gitkit::RepoStatus& status = store.snapshot().status.value();
     if (status.isDetached())
         return describedCommit(store, *status.oid);
-    return store.headDescription();
+    return store.snapshot().headDescription();
 }
 
 QString describedStart(const RepositoryStore& store, const std::optional<std::string>& startPoint)
@@ -72,9 +73,9 @@ std::string NewBranchDialog::name() const { return name_->text().toStdString(); 
 
 QString NewBranchDialog::problem() const
 {
-    if (const QString wrong = refNames::branchProblem(name(), store().branches.value()); !wrong.isEmpty())
+    if (const QString wrong = refNames::branchProblem(name(), store().snapshot().branches.value()); !wrong.isEmpty())
         return wrong;
-    const gitkit::RepoStatus& status = store().status.value();
+    const gitkit::RepoStatus& status = store().snapshot().status.value();
     if (!sheet_.startPoint && !status.hasCommits() && !checkOut_->isChecked())
         return tr("Without a commit to start from, a branch can only be checked out.");
     return {};
@@ -83,7 +84,7 @@ QString NewBranchDialog::problem() const
 QString NewBranchDialog::note() const
 {
     const QString start = describedStart(store(), sheet_.startPoint);
-    if (!sheet_.startPoint && !store().status.value().hasCommits())
+    if (!sheet_.startPoint && !store().snapshot().status.value().hasCommits())
         return start.isEmpty() ? QString() : tr("“%1” has no commits yet; the new branch takes its place.").arg(start);
     return tr("Starts at %1").arg(start);
 }
@@ -93,7 +94,8 @@ bool NewBranchDialog::isComplete() const { return !name_->text().isEmpty(); }
 void NewBranchDialog::submit()
 {
     using After = gitkit::AfterCreating;
-    store().createBranch(name(), sheet_.startPoint, checkOut_->isChecked() ? After::checkOut : After::stay);
+    actions::createBranch(store().actors(), name(), sheet_.startPoint,
+                          checkOut_->isChecked() ? After::checkOut : After::stay);
 }
 
 NewTagDialog::NewTagDialog(RepositoryStore& store, NewTagSheet sheet, QWidget* parent)
@@ -108,12 +110,12 @@ NewTagDialog::NewTagDialog(RepositoryStore& store, NewTagSheet sheet, QWidget* p
 
 std::string NewTagDialog::name() const { return name_->text().toStdString(); }
 
-QString NewTagDialog::problem() const { return refNames::tagProblem(name(), store().tags.value()); }
+QString NewTagDialog::problem() const { return refNames::tagProblem(name(), store().snapshot().tags.value()); }
 
 QString NewTagDialog::note() const { return tr("Marks %1").arg(describedCommit(store(), sheet_.target)); }
 
 bool NewTagDialog::isComplete() const { return !name_->text().isEmpty(); }
 
-void NewTagDialog::submit() { store().createTag(name(), sheet_.target); }
+void NewTagDialog::submit() { actions::createTag(store().actors(), name(), sheet_.target); }
 
 } // namespace plovik

@@ -46,8 +46,8 @@ SentChangesDialog::SentChangesDialog(RepositoryStore& store, QWidget* parent)
 
 bool SentChangesDialog::isComplete() const
 {
-    return !text_->document()->isEmpty() && !store().generatingMessage.value() &&
-           store().status.value().stagedCount() > 0;
+    return !text_->document()->isEmpty() && !store().draft().generatingMessage.value() &&
+           store().snapshot().status.value().stagedCount() > 0;
 }
 
 QCoro::Task<> SentChangesDialog::reading(QPointer<SentChangesDialog> dialog)
@@ -55,7 +55,7 @@ QCoro::Task<> SentChangesDialog::reading(QPointer<SentChangesDialog> dialog)
     MessageRequest request;
     QString problem;
     try {
-        request = co_await dialog->store().commitMessageRequest();
+        request = co_await dialog->store().draft().commitMessageRequest();
     } catch (const std::exception& failure) {
         problem = QString::fromUtf8(failure.what());
     }

@@ -32,10 +32,10 @@ Sheet::Sheet(RepositoryStore& store, const QString& title, const QString& confir
     column->addLayout(dialogParts::buttonRow({cancel, confirm_}));
 
     const auto validates = [this] { validate(); };
-    notifiers_.push_back(store.activity.addNotifier(validates));
-    notifiers_.push_back(store.status.addNotifier(validates));
-    notifiers_.push_back(store.branches.addNotifier(validates));
-    notifiers_.push_back(store.tags.addNotifier(validates));
+    notifiers_.push_back(store.changes().activity.addNotifier(validates));
+    notifiers_.push_back(store.snapshot().status.addNotifier(validates));
+    notifiers_.push_back(store.snapshot().branches.addNotifier(validates));
+    notifiers_.push_back(store.snapshot().tags.addNotifier(validates));
 }
 
 void Sheet::validate()
@@ -48,7 +48,7 @@ void Sheet::validate()
         dialogParts::fit(*this);
     }
     // While an action runs the store would drop another one.
-    confirm_->setEnabled(wrong.isEmpty() && isComplete() && !(isAction() && store_.activity.value()));
+    confirm_->setEnabled(wrong.isEmpty() && isComplete() && !(isAction() && store_.changes().activity.value()));
 }
 
 } // namespace plovik

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/StashDialog.h"
+#include "app/store/actions/Stashes.h"
 
 #include "GitKit/records/Stash.h"
 
@@ -31,7 +32,7 @@ StashDialog::StashDialog(RepositoryStore& store, QWidget* parent)
     message_->setAccessibleName(tr("Stash Message"));
     message_->setPlaceholderText(tr("Message (optional)"));
     untracked_->setAccessibleName(untracked_->text());
-    const Files& files = store.status.value().files;
+    const Files& files = store.snapshot().status.value().files;
     // Where only untracked files changed, the user can only mean these.
     untracked_->setChecked(!files.empty() && untrackedCount(files) == static_cast<std::ptrdiff_t>(files.size()));
     fields().addWidget(message_);
@@ -43,10 +44,10 @@ StashDialog::StashDialog(RepositoryStore& store, QWidget* parent)
 
 QString StashDialog::problem() const
 {
-    const Files& files = store().status.value().files;
+    const Files& files = store().snapshot().status.value().files;
     if (files.empty())
         return tr("There are no changes to stash.");
-    if (!store().status.value().hasCommits())
+    if (!store().snapshot().status.value().hasCommits())
         return tr("Before the first commit there is nothing that changes could be put aside from.");
     if (hasConflicts(files))
         return tr("Conflicted files can't be stashed. Resolve and stage them first.");
@@ -57,7 +58,7 @@ QString StashDialog::problem() const
 
 QString StashDialog::note() const
 {
-    const Files& files = store().status.value().files;
+    const Files& files = store().snapshot().status.value().files;
     const std::ptrdiff_t taken =
         static_cast<std::ptrdiff_t>(files.size()) - (untracked_->isChecked() ? 0 : untrackedCount(files));
     return taken == 1 ? tr("1 changed file is put aside.")
@@ -67,7 +68,8 @@ QString StashDialog::note() const
 void StashDialog::submit()
 {
     using Untracked = gitkit::UntrackedFiles;
-    store().stashSave(message_->text(), untracked_->isChecked() ? Untracked::include : Untracked::leave);
+    actions::stashSave(store().actors(), message_->text(),
+                       untracked_->isChecked() ? Untracked::include : Untracked::leave);
 }
 
 } // namespace plovik

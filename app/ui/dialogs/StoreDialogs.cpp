@@ -40,10 +40,10 @@ struct SheetMaker {
 
 StoreDialogs::StoreDialogs(RepositoryStore& store, QWidget* parent) : QObject(parent), store_(store), parent_(parent)
 {
-    notifiers_.push_back(store.sheet.addNotifier([this] { showSheet(); }));
-    notifiers_.push_back(store.confirmation.addNotifier([this] { showQuestion(); }));
-    notifiers_.push_back(store.errorMessage.addNotifier([this] { showError(); }));
-    notifiers_.push_back(store.prompt.addNotifier([this] { showPrompt(); }));
+    notifiers_.push_back(store.window().sheet.addNotifier([this] { showSheet(); }));
+    notifiers_.push_back(store.window().confirmation.addNotifier([this] { showQuestion(); }));
+    notifiers_.push_back(store.window().errorMessage.addNotifier([this] { showError(); }));
+    notifiers_.push_back(store.changes().prompt().addNotifier([this] { showPrompt(); }));
     showSheet();
     showQuestion();
     showError();
@@ -52,12 +52,12 @@ StoreDialogs::StoreDialogs(RepositoryStore& store, QWidget* parent) : QObject(pa
 
 void StoreDialogs::showError()
 {
-    const std::optional<QString> message = store_.errorMessage.value();
+    const std::optional<QString> message = store_.window().errorMessage.value();
     if (!message) {
         dismiss(error_);
         return;
     }
-    const std::optional<CommandLog::Number> command = store_.failedCommand.value();
+    const std::optional<CommandLog::Number> command = store_.window().failedCommand.value();
     if (error_) {
         error_->setMessage(*message);
         error_->setOffersLog(command.has_value());
@@ -70,7 +70,7 @@ void StoreDialogs::showError()
         if (alert != error_)
             return;
         error_ = nullptr;
-        store_.errorMessage = std::nullopt;
+        store_.window().dismissError();
     });
     error_->open();
 }
@@ -78,17 +78,17 @@ void StoreDialogs::showError()
 /// Closes the alert too, since it blocks the window that shows the log.
 void StoreDialogs::showFailedCommand()
 {
-    const std::optional<CommandLog::Number> command = store_.failedCommand.value();
+    const std::optional<CommandLog::Number> command = store_.window().failedCommand.value();
     if (error_)
         error_->accept();
-    store_.shownCommand = command;
-    store_.showsCommandLog = true;
+    store_.window().showCommand(command);
+    store_.window().showCommandLog(true);
 }
 
 void StoreDialogs::showQuestion()
 {
     dismiss(question_);
-    const std::optional<Confirmation> question = store_.confirmation.value();
+    const std::optional<Confirmation> question = store_.window().confirmation.value();
     if (!question)
         return;
     question_ = new ConfirmationDialog(*question, parent_);
@@ -99,20 +99,21 @@ void StoreDialogs::showQuestion()
 
 void StoreDialogs::questionAnswered(const QUuid& id, int answer)
 {
-    const std::optional<Confirmation> question = store_.confirmation.value();
+    const std::optional<Confirmation> question = store_.window().confirmation.value();
     if (!question || question->id != id)
         return;
     // The action may ask another question, so this one is removed first.
     question_ = nullptr;
-    store_.confirmation = std::nullopt;
-    if (answer == QDialog::Accepted && question->action)
-        question->action();
+    if (answer == QDialog::Accepted)
+        store_.window().confirm(id);
+    else
+        store_.window().dismissQuestion();
 }
 
 void StoreDialogs::showSheet()
 {
     dismiss(sheet_);
-    const std::optional<SheetKind> kind = store_.sheet.value();
+    const std::optional<SheetKind> kind = store_.window().sheet.value();
     if (!kind)
         return;
     sheet_ = std::visit(SheetMaker{store_, parent_}, *kind);
@@ -126,7 +127,7 @@ void StoreDialogs::sheetClosed(Sheet* sheet, int answer)
     if (sheet != sheet_)
         return;
     sheet_ = nullptr;
-    store_.sheet = std::nullopt;
+    store_.window().closeSheet();
     if (answer == QDialog::Accepted)
         sheet->submit();
 }
@@ -134,7 +135,7 @@ void StoreDialogs::sheetClosed(Sheet* sheet, int answer)
 void StoreDialogs::showPrompt()
 {
     dismiss(prompt_);
-    const std::optional<SignInPrompt> asked = store_.prompt.value();
+    const std::optional<SignInPrompt> asked = store_.changes().prompt().value();
     if (!asked)
         return;
     prompt_ = new PromptDialog(*asked, parent_);
@@ -151,9 +152,9 @@ void StoreDialogs::promptClosed(PromptDialog* dialog, quint64 id, int answer)
         return;
     prompt_ = nullptr;
     if (answer == QDialog::Accepted)
-        store_.answerPrompt(id, dialog->answer());
+        store_.changes().answerPrompt(id, dialog->answer());
     else
-        store_.cancelPrompt(id);
+        store_.changes().cancelPrompt(id);
 }
 
 } // namespace plovik

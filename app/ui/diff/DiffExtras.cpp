@@ -69,7 +69,7 @@ bool DiffExtras::Key::operator<(const Key& other) const
 }
 
 DiffExtras::DiffExtras(RepositoryStore& store, DiffView& view, QObject* parent)
-    : QObject(parent), store_(store), view_(view)
+    : QObject(parent), view_(view), reading_(store.git(), &readDiffFiles, &extraOf, [this] { extraRead(); })
 {
     connect(&view_, &DiffView::laidOut, this, &DiffExtras::fitPictures);
 }
@@ -80,27 +80,27 @@ std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)
     const bool isWanted = diff.isBinary || (isTextPictureName(content.path) && !diff.lines.empty());
     if (!isWanted || content.state == DiffState::conflicted || (!diff.oldBlob && !diff.newBlob))
         return std::nullopt;
-    return Key{{diff.oldBlob, diff.newBlob, content.workingPath}, content.path, diff.isBinary};
+    const bool isPicture = isPictureName(content.path) || isTextPictureName(content.path);
+    return Key{{{diff.oldBlob, diff.newBlob, content.workingPath}, isPicture ? mostPicture : mostText},
+               content.path,
+               diff.isBinary};
 }
 
-/// On the worker's thread.
-DiffExtra DiffExtras::read(const gitkit::GitRepository& repository, const Key& key)
+/// Runs on the worker's thread.
+DiffExtra DiffExtras::extraOf(DiffFiles files, const Key& key)
 {
     DiffExtra extra;
-    const gitkit::SideSizes sizes = gitkit::diffSizes(repository, key.source);
-    extra.facts.oldSize = sizes.before;
-    extra.facts.newSize = sizes.after;
-    const bool isPicture = isPictureName(key.path) || isTextPictureName(key.path);
-    const gitkit::DiffSides sides = gitkit::diffSides(repository, key.source, isPicture ? mostPicture : mostText);
-    if (isPicture) {
-        PicturePair pair = picturesOf(key.source, sizes, sides);
+    extra.facts.oldSize = files.sizes.before;
+    extra.facts.newSize = files.sizes.after;
+    if (isPictureName(key.path) || isTextPictureName(key.path)) {
+        PicturePair pair = picturesOf(key.source, files.sizes, files.sides);
         // What cannot be drawn can still be read as text.
         if (key.isBinary || hasPicture(pair))
             extra.pictures = std::move(pair);
         extra.facts.isPicture = extra.pictures.has_value();
         return extra;
     }
-    for (const auto& side : {sides.after, sides.before}) {
+    for (const auto& side : {files.sides.after, files.sides.before}) {
         if (side && !extra.facts.encoding)
             extra.facts.encoding = wideEncoding(*side);
     }
@@ -122,10 +122,7 @@ void DiffExtras::show(std::vector<DiffContent> contents, DiffPlace place)
             wanted_.push_back(*key);
     }
     showFilled(place);
-    if (!wanted_.empty() && !isReading_) {
-        isReading_ = true;
-        launch(readAll(this));
-    }
+    readNext();
 }
 
 void DiffExtras::fill(DiffContent& content) const
@@ -140,26 +137,23 @@ void DiffExtras::fill(DiffContent& content) const
         content.facts.isBeingRead = true;
 }
 
-QCoro::Task<> DiffExtras::readAll(QPointer<DiffExtras> extras)
+/// A reading that is not wanted any more is ended for the next one.
+void DiffExtras::readNext()
 {
-    while (!extras->wanted_.empty()) {
-        const Key key = extras->wanted_.back();
-        DiffExtra extra;
-        try {
-            extra = co_await extras->store_.runFunction(&DiffExtras::read, key);
-        } catch (const std::exception&) {
-            extra = {}; // what can be said without the files is said then
-        }
-        if (!extras)
-            co_return; // the view closed meanwhile
-        const auto asked = std::ranges::find(extras->wanted_, key);
-        if (asked == extras->wanted_.end())
-            continue;
-        extras->wanted_.erase(asked);
-        extras->known_.emplace(key, std::move(extra));
-        extras->showAgain();
-    }
-    extras->isReading_ = false;
+    if (wanted_.empty())
+        reading_.forget();
+    else
+        reading_.ask(wanted_.back());
+}
+
+void DiffExtras::extraRead()
+{
+    const Key key = *reading_.asked();
+    // After a failure the diff is shown with what can be said without the files.
+    known_.emplace(key, reading_.failure() ? DiffExtra() : *reading_.result());
+    std::erase(wanted_, key);
+    showAgain();
+    readNext();
 }
 
 void DiffExtras::showFilled(DiffPlace place)

@@ -3,6 +3,8 @@
 
 #include "GitKit/records/DiffSides.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/readers/FileReaders.h"
+#include "app/store/readers/Latest.h"
 #include "app/ui/diff/DiffAction.h"
 #include "app/ui/diff/ImagePane.h"
 
@@ -43,8 +45,7 @@ public:
     const std::vector<DiffContent>& contents() const { return contents_; }
 
 private:
-    struct Key {
-        gitkit::DiffSource source;
+    struct Key : DiffFilesRequest {
         std::string path;
         bool isBinary = false;
 
@@ -52,8 +53,9 @@ private:
         bool operator<(const Key& other) const;
     };
 
-    static DiffExtra read(const gitkit::GitRepository& repository, const Key& key);
-    static QCoro::Task<> readAll(QPointer<DiffExtras> extras);
+    static DiffExtra extraOf(DiffFiles files, const Key& key);
+    void readNext();
+    void extraRead();
     static std::optional<Key> keyOf(const DiffContent& content);
 
     void fill(DiffContent& content) const;
@@ -62,7 +64,6 @@ private:
     void fitPictures();
     void showAgain() { showFilled(DiffPlace::kept); }
 
-    RepositoryStore& store_;
     DiffView& view_;
     std::vector<DiffContent> contents_; ///< on display, without facts
     std::map<Key, DiffExtra> known_;    ///< of the contents
@@ -72,7 +73,7 @@ private:
     };
     std::map<DiffKind, ShownPictures> shownPictures_;
     std::vector<Key> wanted_; ///< to read
-    bool isReading_ = false;
+    Latest<Key, DiffExtra> reading_;
 };
 
 } // namespace plovik

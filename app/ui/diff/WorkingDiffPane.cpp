@@ -80,33 +80,30 @@ DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& fil
 
 } // namespace
 
-WorkingDiffPane::WorkingDiffPane(RepositoryStore& store, QWidget* parent) : DiffPane(store, parent), store_(store)
+WorkingDiffPane::WorkingDiffPane(RepositoryStore& store, QWidget* parent)
+    : DiffPane(store, parent), store_(store), reading_(store.git(), &readWorkingDiff, [this] { diffRead(); })
 {
     connect(view(), &DiffView::actionRequested, this, &WorkingDiffPane::apply);
     connect(this, &DiffPane::whiteSpaceChanged, this, &WorkingDiffPane::follow);
-    notifiers_.push_back(store_.selectedPaths.addNotifier([this] { follow(); }));
-    notifiers_.push_back(store_.generation.addNotifier([this] { follow(); }));
+    notifiers_.push_back(store_.window().selectedPaths.addNotifier([this] { follow(); }));
+    notifiers_.push_back(store_.snapshot().generation.addNotifier([this] { follow(); }));
     follow();
 }
 
 void WorkingDiffPane::follow()
 {
-    const std::set<std::string>& paths = store_.selectedPaths.value();
-    const auto& files = store_.status.value().files;
+    const std::set<std::string>& paths = store_.window().selectedPaths.value();
+    const auto& files = store_.snapshot().status.value().files;
     const auto file =
         paths.size() == 1 ? std::ranges::find(files, *paths.begin(), &gitkit::FileChange::path) : files.end();
     if (file == files.end()) {
-        wanted_.reset();
+        reading_.forget();
         shown_.clear();
         showCount(paths.size());
         return;
     }
     view()->setActionsAvailable(file->path == shown_);
-    wanted_ = *file;
-    if (!isReading_) {
-        isReading_ = true;
-        launch(readDiffs(this));
-    }
+    reading_.askAgain({*file, whiteSpace()});
 }
 
 void WorkingDiffPane::showCount(std::size_t selected)
@@ -118,34 +115,12 @@ void WorkingDiffPane::showCount(std::size_t selected)
         showSentence(tr("No File Selected"), tr("Select a file to see what changed in it."));
 }
 
-bool WorkingDiffPane::isWanted(const std::string& path) const
+void WorkingDiffPane::diffRead()
 {
-    const std::set<std::string>& paths = store_.selectedPaths.value();
-    return paths.size() == 1 && *paths.begin() == path;
-}
-
-QCoro::Task<> WorkingDiffPane::readDiffs(QPointer<WorkingDiffPane> pane)
-{
-    while (pane->wanted_) {
-        const gitkit::FileChange file = *std::exchange(pane->wanted_, std::nullopt);
-        std::vector<gitkit::DiffSection> sections;
-        QString problem;
-        const gitkit::WhiteSpace whiteSpace = pane->whiteSpace();
-        try {
-            sections = co_await pane->store_.run(&gitkit::GitRepository::workingDiff, file, whiteSpace);
-        } catch (const std::exception& failure) {
-            problem = QString::fromUtf8(failure.what());
-        }
-        if (!pane)
-            co_return; // the view closed meanwhile
-        if (!pane->isWanted(file.path))
-            continue;
-        if (problem.isEmpty())
-            pane->take(file, std::move(sections));
-        else
-            pane->takeProblem(diffProblem(problem));
-    }
-    pane->isReading_ = false;
+    if (reading_.failure())
+        takeProblem(diffProblem(reading_.failure()->message));
+    else
+        take(reading_.answered()->file, *reading_.result());
 }
 
 void WorkingDiffPane::take(const gitkit::FileChange& file, std::vector<gitkit::DiffSection> sections)
@@ -182,19 +157,20 @@ void WorkingDiffPane::takeProblem(const DiffProblem& problem)
 void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action)
 {
     // The shown diff belongs to the file that it was read for, which may no longer be the selected one.
-    if (shown_.empty() || !isWanted(shown_))
+    const std::set<std::string>& paths = store_.window().selectedPaths.value();
+    if (shown_.empty() || paths != std::set{shown_})
         return;
-    using Part = RepositoryStore::DiscardedPart;
+    using Part = Staging::DiscardedPart;
     switch (action.verb) {
     case DiffAction::Verb::stage:
-        store_.applyToIndex(shown_, content.diff, action.lines, gitkit::PatchDirection::forward);
+        store_.staging().applyToIndex(shown_, content.diff, action.lines, gitkit::PatchDirection::forward);
         return;
     case DiffAction::Verb::unstage:
-        store_.applyToIndex(shown_, content.diff, action.lines, gitkit::PatchDirection::reverse);
+        store_.staging().applyToIndex(shown_, content.diff, action.lines, gitkit::PatchDirection::reverse);
         return;
     case DiffAction::Verb::discard:
-        store_.confirmDiscardPart(shown_, content.diff, action.lines,
-                                  action.part == DiffAction::Part::lines ? Part::lines : Part::hunk);
+        store_.staging().confirmDiscardPart(shown_, content.diff, action.lines,
+                                            action.part == DiffAction::Part::lines ? Part::lines : Part::hunk);
         return;
     }
 }

@@ -73,11 +73,11 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     connect(model_, &QAbstractItemModel::modelReset, this, &HistoryList::takeNewPage);
 
     const auto repaint = [this] { viewport()->update(); };
-    notifiers_.push_back(store_.graphLanes.addNotifier(repaint));
-    notifiers_.push_back(store_.isHistoryFiltered.addNotifier(repaint));
-    notifiers_.push_back(store_.selectedCommit.addNotifier([this] { followSelectedCommit(); }));
-    notifiers_.push_back(store_.commitReveals.addNotifier([this] { reveal(); }));
-    notifiers_.push_back(store_.hasMoreHistory.addNotifier([this] { wantMoreNearEnd(); }));
+    notifiers_.push_back(store_.history().graphLanes.addNotifier(repaint));
+    notifiers_.push_back(store_.history().isHistoryFiltered.addNotifier(repaint));
+    notifiers_.push_back(store_.window().selectedCommit.addNotifier([this] { followSelectedCommit(); }));
+    notifiers_.push_back(store_.history().commitReveals.addNotifier([this] { reveal(); }));
+    notifiers_.push_back(store_.history().hasMoreHistory.addNotifier([this] { wantMoreNearEnd(); }));
     followSelectedCommit();
     revealsWhenShown_ = true;
 }
@@ -94,7 +94,8 @@ int HistoryList::selectedRow() const
 
 HistoryColumns HistoryList::columns() const
 {
-    const double graphWidth = store_.isHistoryFiltered.value() ? 0 : GraphCell::widthFor(store_.graphLanes.value());
+    const double graphWidth =
+        store_.history().isHistoryFiltered.value() ? 0 : GraphCell::widthFor(store_.history().graphLanes.value());
     return rowPainter_.columns(viewport()->width(), graphWidth);
 }
 
@@ -107,14 +108,14 @@ void HistoryList::selectionChanged(const QItemSelection& selected, const QItemSe
         return;
     const HistoryRow* row = model_->row(selectedRow());
     if (row && isByKey_)
-        store_.walkToCommit(row->commit.hash);
+        store_.window().selectCommit(row->commit.hash, WindowState::Step::passing);
     else
-        store_.selectedCommit = row ? std::optional(row->commit.hash) : std::nullopt;
+        store_.window().selectCommit(row ? std::optional(row->commit.hash) : std::nullopt);
 }
 
 void HistoryList::followSelectedCommit()
 {
-    const auto& wanted = store_.selectedCommit.value();
+    const auto& wanted = store_.window().selectedCommit.value();
     const HistoryRow* shown = model_->row(selectedRow());
     if (wanted ? shown && shown->commit.hash == *wanted : shown == nullptr)
         return;
@@ -185,7 +186,7 @@ void HistoryList::takeNewPage()
 {
     const std::vector<Anchor> place = std::exchange(place_, {});
     setAutoScroll(false);
-    if (const auto& commit = store_.selectedCommit.value())
+    if (const auto& commit = store_.window().selectedCommit.value())
         select(model_->rowOf(*commit));
     setAutoScroll(true);
     doItemsLayout();
@@ -232,7 +233,7 @@ void HistoryList::askForMore()
 {
     isAsking_ = false;
     const int count = model_->rowCount();
-    if (!isVisible() || count == 0 || !store_.hasMoreHistory.value())
+    if (!isVisible() || count == 0 || !store_.history().hasMoreHistory.value())
         return;
     const int below = count - 1 - lastVisibleRow();
     if (below == 0 || (verticalOffset() > 0 && below <= std::min(rowsAhead, count / 2)))
@@ -245,7 +246,7 @@ void HistoryList::keyPressEvent(QKeyEvent* event)
 {
     const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
     if (isPlain && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)) {
-        store_.moveCommitSelection(event->key() == Qt::Key_Up ? -1 : 1);
+        store_.history().moveCommitSelection(event->key() == Qt::Key_Up ? -1 : 1);
         event->accept();
         return;
     }

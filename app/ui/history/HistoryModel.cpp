@@ -33,7 +33,7 @@ QString accessibleDescription(const gitkit::Commit& commit)
 } // namespace
 
 HistoryModel::HistoryModel(RepositoryStore& store, QObject* parent)
-    : QAbstractListModel(parent), store_(store), notifier_(store.history.addNotifier([this] { applyPage(); }))
+    : QAbstractListModel(parent), store_(store), notifier_(store.history().history.addNotifier([this] { applyPage(); }))
 {
     applyPage();
 }
@@ -42,7 +42,7 @@ int HistoryModel::rowCount(const QModelIndex& parent) const { return parent.isVa
 
 const HistoryRow* HistoryModel::row(int number) const
 {
-    const auto& rows = store_.history.value();
+    const auto& rows = store_.history().history.value();
     if (number < 0 || static_cast<std::size_t>(number) >= rows.size())
         return nullptr;
     return &rows[static_cast<std::size_t>(number)];
@@ -50,7 +50,7 @@ const HistoryRow* HistoryModel::row(int number) const
 
 int HistoryModel::rowOf(const std::string& hash) const
 {
-    const auto& rows = store_.history.value();
+    const auto& rows = store_.history().history.value();
     const auto found = std::ranges::find(rows, hash, &HistoryRow::id);
     return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
 }
@@ -74,7 +74,7 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const
 
 void HistoryModel::applyPage()
 {
-    const auto& rows = store_.history.value();
+    const auto& rows = store_.history().history.value();
     const auto size = static_cast<int>(rows.size());
     const int announced = count_;
     std::size_t fingerprint = 0;

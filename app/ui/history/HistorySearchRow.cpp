@@ -54,20 +54,19 @@ HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
     row->addWidget(count_);
 
     connect(field_, &QComboBox::activated, this, [this](int index) {
-        store_.historySearchField = static_cast<Field>(field_->itemData(index).toInt());
-        store_.historySearchChanged();
+        store_.history().search(store_.history().historySearch.value(),
+                                static_cast<Field>(field_->itemData(index).toInt()));
     });
     connect(search_, &QLineEdit::textEdited, this, [this](const QString& text) {
-        store_.historySearch = text;
-        store_.historySearchChanged();
+        store_.history().search(text, store_.history().historySearchField.value());
     });
-    notifiers_.push_back(store_.historySearch.addNotifier([this] { showSearch(); }));
-    notifiers_.push_back(store_.historySearchField.addNotifier([this] { showSearch(); }));
-    notifiers_.push_back(store_.history.addNotifier([this] { showCount(); }));
-    notifiers_.push_back(store_.hasMoreHistory.addNotifier([this] { showCount(); }));
-    notifiers_.push_back(store_.hasLoaded.addNotifier([this] { showCount(); }));
-    notifiers_.push_back(store_.historyProblem.addNotifier([this] { showCount(); }));
-    notifiers_.push_back(store_.readProblem.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.history().historySearch.addNotifier([this] { showSearch(); }));
+    notifiers_.push_back(store_.history().historySearchField.addNotifier([this] { showSearch(); }));
+    notifiers_.push_back(store_.history().history.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.history().hasMoreHistory.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.snapshot().hasLoaded.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.history().historyProblem.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.snapshot().readProblem.addNotifier([this] { showCount(); }));
     showSearch();
     showCount();
 }
@@ -78,11 +77,7 @@ void HistorySearchRow::focusSearch()
     search_->selectAll();
 }
 
-void HistorySearchRow::clearSearch()
-{
-    store_.historySearch = QString();
-    store_.historySearchChanged();
-}
+void HistorySearchRow::clearSearch() { store_.history().search({}, store_.history().historySearchField.value()); }
 
 void HistorySearchRow::setGrowing(bool isGrowing)
 {
@@ -92,18 +87,18 @@ void HistorySearchRow::setGrowing(bool isGrowing)
 
 void HistorySearchRow::showSearch()
 {
-    if (search_->text() != store_.historySearch.value())
-        search_->setText(store_.historySearch.value());
-    field_->setCurrentIndex(field_->findData(static_cast<int>(store_.historySearchField.value())));
+    if (search_->text() != store_.history().historySearch.value())
+        search_->setText(store_.history().historySearch.value());
+    field_->setCurrentIndex(field_->findData(static_cast<int>(store_.history().historySearchField.value())));
 }
 
 void HistorySearchRow::showCount()
 {
-    const std::size_t shown = store_.history.value().size();
+    const std::size_t shown = store_.history().history.value().size();
     // A history that could not be read has no number of commits.
-    const bool isRead = store_.hasLoaded.value() && store_.historyProblem.value().isEmpty();
-    const bool isKnown = shown > 0 || (isRead && store_.readProblem.value().isEmpty());
-    const QString more = store_.hasMoreHistory.value() || isGrowing_ ? u"+"_s : QString();
+    const bool isRead = store_.snapshot().hasLoaded.value() && store_.history().historyProblem.value().isEmpty();
+    const bool isKnown = shown > 0 || (isRead && store_.snapshot().readProblem.value().isEmpty());
+    const QString more = store_.history().hasMoreHistory.value() || isGrowing_ ? u"+"_s : QString();
     const QString text = shown == 1 && more.isEmpty() ? u"1 commit"_s : u"%1%2 commits"_s.arg(shown).arg(more);
     count_->setText(isKnown ? text : QString());
 }

@@ -55,16 +55,16 @@ HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
 void HistoryView::observe()
 {
     const auto shows = [this] { showPage(); };
-    notifiers_.push_back(store_.history.addNotifier(shows));
-    notifiers_.push_back(store_.hasLoaded.addNotifier(shows));
-    notifiers_.push_back(store_.status.addNotifier(shows));
-    notifiers_.push_back(store_.historyProblem.addNotifier(shows));
-    notifiers_.push_back(store_.readProblem.addNotifier(shows));
-    notifiers_.push_back(store_.isHistoryFiltered.addNotifier(shows));
+    notifiers_.push_back(store_.history().history.addNotifier(shows));
+    notifiers_.push_back(store_.snapshot().hasLoaded.addNotifier(shows));
+    notifiers_.push_back(store_.snapshot().status.addNotifier(shows));
+    notifiers_.push_back(store_.history().historyProblem.addNotifier(shows));
+    notifiers_.push_back(store_.snapshot().readProblem.addNotifier(shows));
+    notifiers_.push_back(store_.history().isHistoryFiltered.addNotifier(shows));
 
     const auto grown = [this] { searchRow_->setGrowing(false); };
-    notifiers_.push_back(store_.history.addNotifier(grown));
-    notifiers_.push_back(store_.generation.addNotifier(grown));
+    notifiers_.push_back(store_.history().history.addNotifier(grown));
+    notifiers_.push_back(store_.snapshot().generation.addNotifier(grown));
 }
 
 void HistoryView::focusSearch() { searchRow_->focusSearch(); }
@@ -80,20 +80,20 @@ void HistoryView::focusList()
 void HistoryView::growPage()
 {
     searchRow_->setGrowing(true);
-    store_.loadMoreHistory();
+    store_.history().loadMoreHistory();
 }
 
 HistoryView::Nothing HistoryView::nothing() const
 {
-    if (!store_.historyProblem.value().isEmpty())
-        return {u"The history could not be read"_s, store_.historyProblem.value(),
-                store_.isHistoryFiltered.value() ? WayOut::clearSearch : WayOut::none};
-    const gitkit::RepoStatus& status = store_.status.value();
-    if (!status.hasCommits() && !store_.readProblem.value().isEmpty())
-        return {u"The repository could not be read"_s, store_.readProblem.value()};
+    if (!store_.history().historyProblem.value().isEmpty())
+        return {u"The history could not be read"_s, store_.history().historyProblem.value(),
+                store_.history().isHistoryFiltered.value() ? WayOut::clearSearch : WayOut::none};
+    const gitkit::RepoStatus& status = store_.snapshot().status.value();
+    if (!status.hasCommits() && !store_.snapshot().readProblem.value().isEmpty())
+        return {u"The repository could not be read"_s, store_.snapshot().readProblem.value()};
     if (!status.hasCommits())
         return {u"No Commits Yet"_s, u"What you commit in this repository will stand here."_s, WayOut::workingCopy};
-    if (store_.isHistoryFiltered.value())
+    if (store_.history().isHistoryFiltered.value())
         return {u"No Matching Commits"_s, u"No commit of this history matches the search."_s, WayOut::clearSearch};
     return {u"No Commits"_s, u"What is selected at the left has no history."_s};
 }
@@ -104,17 +104,16 @@ void HistoryView::takeWayOut()
         searchRow_->clearSearch();
         return;
     }
-    store_.selection = SidebarItem::workingCopy();
-    store_.selectionChanged();
+    store_.window().select(SidebarItem::workingCopy());
 }
 
 void HistoryView::showPage()
 {
-    if (!store_.history.value().empty()) {
+    if (!store_.history().history.value().empty()) {
         pages_->setCurrentWidget(content_);
         return;
     }
-    if (!store_.hasLoaded.value()) {
+    if (!store_.snapshot().hasLoaded.value()) {
         pages_->setCurrentWidget(blank_);
         return;
     }

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using State = BlameReading::State;
+using State = BlameLines::State;
 
 /// A reading that is over by then shows no sign of having been waited for.
 constexpr std::chrono::milliseconds quietStart{150};
@@ -71,7 +71,9 @@ bool isSameFile(const std::optional<InspectedFile>& one, const InspectedFile& ot
 } // namespace
 
 BlamePane::BlamePane(RepositoryStore& store, QWidget* parent)
-    : QStackedWidget(parent), store_(store), list_(new BlameList(this)), sentence_(new EmptyState(this))
+    : QStackedWidget(parent), store_(store), list_(new BlameList(this)), sentence_(new EmptyState(this)),
+      blames_(store.git(), &readBlame, &blameReading, [this] { blameRead(); }),
+      colours_(store.git(), &highlighted, [this] { coloured(); })
 {
     auto* const loading = new EmptyState(this);
     loading->setText({}, u"Reading who wrote what…"_s);
@@ -85,16 +87,10 @@ BlamePane::BlamePane(RepositoryStore& store, QWidget* parent)
     connect(list_, &BlameList::beforeRequested, this, &BlamePane::beforeRequested);
     connect(list_, &BlameList::backRequested, this, &BlamePane::backRequested);
     connect(list_, &BlameList::fileHistoryRequested, this, &BlamePane::fileHistoryRequested);
-    notifiers_.push_back(store_.generation.addNotifier([this] {
+    notifiers_.push_back(store_.snapshot().generation.addNotifier([this] {
         if (isVisible())
             readAgain();
     }));
-}
-
-BlamePane::~BlamePane()
-{
-    if (colouringIsStale_)
-        *colouringIsStale_ = true;
 }
 
 void BlamePane::open(const InspectedFile& file)
@@ -117,8 +113,7 @@ void BlamePane::openBefore(const InspectedFile& file, int row)
 
 void BlamePane::reopen(const InspectedFile& file, const Memory& memory)
 {
-    ++token_;
-    isReading_ = false;
+    blames_.forget();
     loadingSoon_.stop();
     file_ = file;
     stamp_ = memory.stamp;
@@ -145,7 +140,7 @@ void BlamePane::readAgain()
     // A commit stays what it is.
     if (!file_ || file_->revision)
         return;
-    if (isReading_)
+    if (blames_.isReading())
         isOld_ = true;
     else
         read(isSameFile(shown_, *file_) ? list_->hold() : BlameList::Hold());
@@ -154,52 +149,38 @@ void BlamePane::readAgain()
 void BlamePane::read(const BlameList::Hold& hold)
 {
     const bool isShown = isSameFile(shown_, *file_);
-    BlameRequest request{file_->path,
-                         file_->revision,
-                         store_.status.value().oid.value_or(std::string()),
-                         isShown ? stamp_ : std::nullopt,
-                         nullptr,
+    BlameRequest request{{file_->path, file_->revision, store_.snapshot().status.value().oid.value_or(std::string()),
+                          isShown ? stamp_ : std::nullopt},
+                         {},
                          {hold.top, hold.current, hold.firstSelected, hold.lastSelected}};
     if (hold.top >= 0)
         request.shown = list_->document();
-    isReading_ = true;
     isOld_ = false;
+    hold_ = hold;
     if (!isShown)
         loadingSoon_.start(quietStart);
-    ++token_;
-    launch(reading(this, std::move(request), hold));
+    blames_.forget();
+    blames_.ask(std::move(request));
 }
 
-QCoro::Task<> BlamePane::reading(QPointer<BlamePane> pane, BlameRequest request, BlameList::Hold hold)
+void BlamePane::blameRead()
 {
-    const qint64 token = pane->token_;
-    BlameReading reading;
-    QString problem;
-    try {
-        reading = co_await pane->store_.runFunction(&readBlame, request);
-    } catch (const std::exception& failure) {
-        problem = QString::fromUtf8(failure.what());
-    }
-    // The pane closed meanwhile, or another file is wanted.
-    if (!pane || pane->token_ != token)
-        co_return;
-    pane->isReading_ = false;
-    pane->loadingSoon_.stop();
-    if (problem.isEmpty())
-        pane->take(reading, request, hold);
+    loadingSoon_.stop();
+    if (blames_.failure())
+        showSentence(tr("The Blame Could Not Be Read"), blames_.failure()->message);
     else
-        pane->showSentence(u"The Blame Could Not Be Read"_s, problem);
-    if (pane->isOld_)
-        pane->readAgain();
+        take(*blames_.result());
+    if (isOld_)
+        readAgain();
 }
 
-void BlamePane::take(const BlameReading& reading, const BlameRequest& request, BlameList::Hold hold)
+void BlamePane::take(const BlameReading& reading)
 {
     if (reading.state == State::unchanged)
         return;
     stamp_ = reading.document ? reading.stamp : std::nullopt;
     if (!reading.document) {
-        const Sentence sentence = sentenceFor(reading.state, request);
+        const Sentence sentence = sentenceFor(reading.state, *blames_.answered());
         showSentence(sentence.title, sentence.description);
         return;
     }
@@ -208,29 +189,17 @@ void BlamePane::take(const BlameReading& reading, const BlameRequest& request, B
         list_->setDocument(reading.document, {});
     else
         list_->replaceDocument(reading.document,
-                               {reading.rows[0], hold.y, reading.rows[1], reading.rows[2], reading.rows[3]});
+                               {reading.rows[0], hold_.y, reading.rows[1], reading.rows[2], reading.rows[3]});
     colour();
     showPage(list_);
 }
 
-void BlamePane::colour()
-{
-    if (colouringIsStale_)
-        *colouringIsStale_ = true;
-    colouringIsStale_ = std::make_shared<std::atomic<bool>>(false);
-    launch(colouring(this, list_->document()));
-}
+void BlamePane::colour() { colours_.askAgain({.file = list_->document()->file(), .path = file_->path}); }
 
-QCoro::Task<> BlamePane::colouring(QPointer<BlamePane> pane, std::shared_ptr<const BlameDocument> document)
+void BlamePane::coloured()
 {
-    SyntaxRequest request;
-    request.file = document->file();
-    request.path = pane->file_->path;
-    request.isStale = pane->colouringIsStale_;
-    const auto syntax = co_await pane->store_.runFunction(&highlightedFile, request);
-    // The pane closed meanwhile, or shows another file.
-    if (pane && pane->list_->document() == document)
-        pane->list_->setSyntax(syntax);
+    if (list_->document() && list_->document()->file() == colours_.answered()->file)
+        list_->setSyntax(*colours_.result());
 }
 
 void BlamePane::showSentence(const QString& title, const QString& description)
@@ -255,14 +224,13 @@ void BlamePane::showCommit(int row)
 {
     const BlameDocument::Commit& commit = list_->document()->commit(row);
     if (!commit.isUncommitted) {
-        store_.showCommit(commit.hash);
+        store_.history().showCommit(commit.hash);
         return;
     }
-    if (store_.selection.value() != SidebarItem::workingCopy()) {
-        store_.selection = SidebarItem::workingCopy();
-        store_.selectionChanged();
+    if (store_.window().selection.value() != SidebarItem::workingCopy()) {
+        store_.window().select(SidebarItem::workingCopy());
     }
-    store_.selectedPaths = std::set<std::string>{file_->path};
+    store_.window().selectPaths(std::set<std::string>{file_->path});
 }
 
 void BlamePane::focusInEvent(QFocusEvent* event)

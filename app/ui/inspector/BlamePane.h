@@ -2,6 +2,9 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/readers/FileReaders.h"
+#include "app/store/readers/Latest.h"
+#include "app/ui/diff/syntax/SyntaxHighlighter.h"
 #include "app/ui/inspector/BlameList.h"
 #include "app/ui/inspector/BlameReading.h"
 
@@ -29,7 +32,6 @@ class BlamePane : public QStackedWidget {
 public:
     /// `store` outlives the pane.
     explicit BlamePane(RepositoryStore& store, QWidget* parent = nullptr);
-    ~BlamePane() override;
 
     /// What is on display, to come back to.
     struct Memory {
@@ -58,14 +60,12 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    static QCoro::Task<> reading(QPointer<BlamePane> pane, BlameRequest request, BlameList::Hold hold);
-
-    static QCoro::Task<> colouring(QPointer<BlamePane> pane, std::shared_ptr<const BlameDocument> document);
-
     void colour();
     void read(const BlameList::Hold& hold);
     void readAgain();
-    void take(const BlameReading& reading, const BlameRequest& request, BlameList::Hold hold);
+    void blameRead();
+    void take(const BlameReading& reading);
+    void coloured();
     void showSentence(const QString& title, const QString& description);
     void showPage(QWidget* page);
     void showCommit(int row);
@@ -76,12 +76,12 @@ private:
     QWidget* loading_;
     QTimer loadingSoon_;
     std::optional<InspectedFile> file_;
-    std::optional<InspectedFile> shown_;                  ///< the file whose lines stand in the list
-    std::optional<BlameStamp> stamp_;                     ///< of what stands there
-    std::shared_ptr<std::atomic<bool>> colouringIsStale_; ///< set for the colours that nobody waits for any more
-    qint64 token_ = 0;                                    ///< of the request that counts
-    bool isReading_ = false;
-    bool isOld_ = false; ///< something changed while it was read
+    std::optional<InspectedFile> shown_; ///< the file whose lines stand in the list
+    std::optional<BlameStamp> stamp_;    ///< of what stands there
+    BlameList::Hold hold_;               ///< where the lines are to stand that are being read
+    bool isOld_ = false;                 ///< something changed while they were read
+    Latest<BlameRequest, BlameReading> blames_;
+    Latest<SyntaxRequest, std::shared_ptr<const FileSyntax>> colours_;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

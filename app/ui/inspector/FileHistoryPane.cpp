@@ -17,7 +17,6 @@ namespace plovik {
 
 using namespace Qt::StringLiterals;
 using gitkit::FileRevision;
-using gitkit::GitRepository;
 
 namespace {
 
@@ -32,7 +31,9 @@ constexpr std::chrono::milliseconds quietStart{150};
 
 FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
     : QStackedWidget(parent), store_(store), list_(new FileHistoryList), diff_(new DiffPane(store)),
-      sentence_(new EmptyState(this)), loading_(new EmptyState(this))
+      sentence_(new EmptyState(this)), loading_(new EmptyState(this)),
+      histories_(store.git(), &readFileHistory, [this] { historyRead(); }),
+      diffs_(store.git(), &readCommitDiff, [this] { diffRead(); })
 {
     diff_->view()->setActionsAvailable(false);
     content_ = new SplitPane(diffHeight, Qt::Vertical, SplitPane::Sized::second, leastDiffHeight, leastListHeight,
@@ -45,12 +46,12 @@ FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
     connect(&loadingSoon_, &QTimer::timeout, this, [this] { showPage(loading_); });
     connect(list_, &FileHistoryList::currentRevisionChanged, this, &FileHistoryPane::showDiffOfCurrent);
     connect(list_, &FileHistoryList::commitRequested, this,
-            [this](const std::string& hash) { store_.showCommit(hash); });
+            [this](const std::string& hash) { store_.history().showCommit(hash); });
     connect(list_, &FileHistoryList::blameRequested, this, &FileHistoryPane::blameRequested);
     connect(list_, &FileHistoryList::backRequested, this, &FileHistoryPane::backRequested);
     connect(list_, &FileHistoryList::endReached, this, &FileHistoryPane::readMore);
     connect(diff_, &DiffPane::whiteSpaceChanged, this, &FileHistoryPane::showDiffOfCurrent);
-    notifiers_.push_back(store_.generation.addNotifier([this] {
+    notifiers_.push_back(store_.snapshot().generation.addNotifier([this] {
         if (isVisible() && file_)
             open(*file_);
     }));
@@ -61,7 +62,7 @@ FileHistoryPane::Source FileHistoryPane::sourceOf(const InspectedFile& file) con
 {
     if (file.revision)
         return {file.path, *file.revision};
-    const gitkit::RepoStatus& status = store_.status.value();
+    const gitkit::RepoStatus& status = store_.snapshot().status.value();
     const auto change = std::ranges::find(status.files, file.path, &gitkit::FileChange::path);
     const bool isRenamed = change != status.files.end() && change->originalPath;
     return {isRenamed ? *change->originalPath : file.path, status.oid.value_or(std::string())};
@@ -75,7 +76,7 @@ void FileHistoryPane::open(const InspectedFile& file)
         return;
     wanted_ = source;
     if (source.revision.empty()) {
-        ++token_;
+        histories_.forget();
         loadingSoon_.stop();
         showSentence(u"No Commits Yet"_s, u"Nothing has been committed in this repository."_s);
         return;
@@ -90,8 +91,7 @@ void FileHistoryPane::read(int limit)
     hasMore_ = false; // the end of the list asks once
     if (!shown_ || shown_->path != wanted_->path)
         loadingSoon_.start(quietStart);
-    ++token_;
-    launch(reading(this, *wanted_, limit));
+    histories_.askAgain({wanted_->path, wanted_->revision, limit});
 }
 
 void FileHistoryPane::readMore()
@@ -100,81 +100,48 @@ void FileHistoryPane::readMore()
         read(limit_ + page);
 }
 
-QCoro::Task<> FileHistoryPane::reading(QPointer<FileHistoryPane> pane, Source source, int limit)
+void FileHistoryPane::historyRead()
 {
-    const qint64 token = pane->token_;
-    std::vector<FileRevision> revisions;
-    QString problem;
-    const std::optional<std::string> revision = source.revision;
-    try {
-        revisions = co_await pane->store_.run(&GitRepository::fileLog, source.path, revision, limit);
-    } catch (const std::exception& failure) {
-        problem = QString::fromUtf8(failure.what());
-    }
-    // The pane closed meanwhile, or another history is wanted.
-    if (!pane || pane->token_ != token)
-        co_return;
-    pane->loadingSoon_.stop();
-    if (problem.isEmpty())
-        pane->take(std::move(revisions), source, limit);
+    loadingSoon_.stop();
+    if (histories_.failure())
+        showSentence(tr("The History Could Not Be Read"), histories_.failure()->message);
     else
-        pane->showSentence(u"The History Could Not Be Read"_s, problem);
+        take(*histories_.result());
 }
 
-void FileHistoryPane::take(std::vector<FileRevision> revisions, const Source& source, int limit)
+void FileHistoryPane::take(std::vector<FileRevision> revisions)
 {
+    const FileHistoryRequest& answered = *histories_.answered();
     if (revisions.empty()) {
-        showSentence(u"Not Committed Yet"_s, u"No commit has touched “%1” so far."_s.arg(shownText(source.path)));
+        showSentence(tr("Not Committed Yet"), tr("No commit has touched “%1” so far.").arg(shownText(answered.path)));
         return;
     }
-    shown_ = source;
-    hasMore_ = static_cast<int>(revisions.size()) >= limit;
+    shown_ = Source{answered.path, answered.revision};
+    hasMore_ = static_cast<int>(revisions.size()) >= answered.limit;
     list_->setRevisions(std::move(revisions), file_->path);
     showPage(content_);
 }
 
 void FileHistoryPane::showDiffOfCurrent()
 {
-    const FileRevision* const revision = list_->current();
-    wantedDiff_ = revision ? std::optional(*revision) : std::nullopt;
-    expectedDiff_ = wantedDiff_;
-    if (wantedDiff_ && !isReadingDiff_) {
-        isReadingDiff_ = true;
-        launch(readingDiffs(this));
-    }
+    if (const FileRevision* const revision = list_->current())
+        diffs_.ask({revision->commit.hash, revision->file, diff_->whiteSpace()});
+    else
+        diffs_.forget();
 }
 
-QCoro::Task<> FileHistoryPane::readingDiffs(QPointer<FileHistoryPane> pane)
+void FileHistoryPane::diffRead()
 {
-    while (pane->wantedDiff_) {
-        const FileRevision wanted = *std::exchange(pane->wantedDiff_, std::nullopt);
-        std::optional<gitkit::ParsedDiff> diff;
-        QString problem;
-        try {
-            diff = co_await pane->store_.run(&GitRepository::commitDiff, wanted.commit.hash, wanted.file,
-                                             pane->diff_->whiteSpace());
-        } catch (const std::exception& failure) {
-            problem = QString::fromUtf8(failure.what());
-        }
-        if (!pane)
-            co_return; // the pane closed meanwhile
-        if (pane->expectedDiff_ != wanted)
-            continue;
-        if (diff)
-            pane->takeDiff(wanted, std::move(*diff));
-        else
-            pane->diff_->showSentence(u"The Diff Could Not Be Read"_s, problem);
+    if (diffs_.failure()) {
+        diff_->showSentence(tr("The Diff Could Not Be Read"), diffs_.failure()->message);
+        return;
     }
-    pane->isReadingDiff_ = false;
-}
-
-void FileHistoryPane::takeDiff(const FileRevision& revision, gitkit::ParsedDiff diff)
-{
+    const gitkit::CommitFile& file = diffs_.answered()->file;
     DiffContent content;
-    content.name = u"File History Diff"_s;
-    content.title = shownText(revision.file.path);
-    content.path = revision.file.path;
-    content.diff = std::move(diff);
+    content.name = tr("File History Diff");
+    content.title = shownText(file.path);
+    content.path = file.path;
+    content.diff = *diffs_.result();
     std::vector<DiffContent> contents;
     contents.push_back(std::move(content));
     diff_->showDiffs(std::move(contents), DiffPlace::start);

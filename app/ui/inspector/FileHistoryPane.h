@@ -2,6 +2,9 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/readers/CommitReaders.h"
+#include "app/store/readers/FileReaders.h"
+#include "app/store/readers/Latest.h"
 #include "app/ui/inspector/FileHistoryList.h"
 
 #include <QPointer>
@@ -49,15 +52,13 @@ private:
         bool operator==(const Source&) const = default;
     };
 
-    static QCoro::Task<> reading(QPointer<FileHistoryPane> pane, Source source, int limit);
-    static QCoro::Task<> readingDiffs(QPointer<FileHistoryPane> pane);
-
     Source sourceOf(const InspectedFile& file) const;
     void read(int limit);
     void readMore();
-    void take(std::vector<gitkit::FileRevision> revisions, const Source& source, int limit);
+    void historyRead();
+    void take(std::vector<gitkit::FileRevision> revisions);
     void showDiffOfCurrent();
-    void takeDiff(const gitkit::FileRevision& revision, gitkit::ParsedDiff diff);
+    void diffRead();
     void showSentence(const QString& title, const QString& description);
     void showPage(QWidget* page);
 
@@ -73,10 +74,8 @@ private:
     std::optional<Source> shown_;
     int limit_ = 0; ///< how many commits were asked for
     bool hasMore_ = false;
-    qint64 token_ = 0;                                 ///< of the request that counts
-    std::optional<gitkit::FileRevision> wantedDiff_;   ///< to read next
-    std::optional<gitkit::FileRevision> expectedDiff_; ///< the one that is to be on display
-    bool isReadingDiff_ = false;
+    Latest<FileHistoryRequest, std::vector<gitkit::FileRevision>> histories_;
+    Latest<CommitDiffRequest, gitkit::ParsedDiff> diffs_;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -62,7 +62,7 @@ InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
         auto* const other = new QShortcut(keys, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
         connect(other, &QShortcut::activated, this, [this] { showTab(tabAt(1 - tabs_->currentIndex())); });
     }
-    notifiers_.push_back(store_.inspected.addNotifier([this] { follow(); }));
+    notifiers_.push_back(store_.window().inspected.addNotifier([this] { follow(); }));
     follow();
 }
 
@@ -109,7 +109,7 @@ void InspectorView::focusContent()
 
 void InspectorView::follow()
 {
-    const std::optional<InspectedFile>& file = store_.inspected.value();
+    const std::optional<InspectedFile>& file = store_.window().inspected.value();
     if (!file) {
         steps_.clear();
         return;
@@ -140,32 +140,32 @@ void InspectorView::showFile(const InspectedFile& file)
 
 void InspectorView::showTab(InspectedFile::Tab tab)
 {
-    if (!store_.inspected.value())
+    if (!store_.window().inspected.value())
         return;
-    InspectedFile file = *store_.inspected.value();
+    InspectedFile file = *store_.window().inspected.value();
     file.tab = tab;
     const QScopedValueRollback stepping(isStepping_, true);
-    store_.inspected = file;
+    store_.window().inspect(file);
     showFile(file);
 }
 
 void InspectorView::goOn(const InspectedFile& file)
 {
-    steps_.push_back({*store_.inspected.value(), blame_->memory()});
+    steps_.push_back({*store_.window().inspected.value(), blame_->memory()});
     const QScopedValueRollback stepping(isStepping_, true);
-    store_.inspected = file;
+    store_.window().inspect(file);
     showFile(file);
 }
 
 void InspectorView::blameBefore(int row)
 {
     const gitkit::BlameOrigin::Place* const previous = blame_->list()->document()->previous(row);
-    if (!previous || !store_.inspected.value())
+    if (!previous || !store_.window().inspected.value())
         return;
     const InspectedFile file{previous->path, previous->hash, InspectedFile::Tab::blame};
-    steps_.push_back({*store_.inspected.value(), blame_->memory()});
+    steps_.push_back({*store_.window().inspected.value(), blame_->memory()});
     const QScopedValueRollback stepping(isStepping_, true);
-    store_.inspected = file;
+    store_.window().inspect(file);
     blame_->openBefore(file, row);
     showFile(file);
 }
@@ -177,17 +177,17 @@ void InspectorView::goBack()
     const Step step = std::move(steps_.back());
     steps_.pop_back();
     const QScopedValueRollback stepping(isStepping_, true);
-    store_.inspected = step.file;
+    store_.window().inspect(step.file);
     if (step.file.tab == InspectedFile::Tab::blame)
         blame_->reopen(step.file, step.blame);
     showFile(step.file);
 }
 
-void InspectorView::close() { store_.inspected = std::optional<InspectedFile>(); }
+void InspectorView::close() { store_.window().closeInspector(); }
 
 void InspectorView::showName()
 {
-    const std::optional<InspectedFile>& file = store_.inspected.value();
+    const std::optional<InspectedFile>& file = store_.window().inspected.value();
     if (!file)
         return;
     const std::size_t slash = file->path.rfind('/');

@@ -32,8 +32,8 @@ constexpr double leastDetailWidth = 260;
 } // namespace
 
 CommandLogPanel::CommandLogPanel(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), model_(new CommandLogModel(store.commandLog(), this)),
-      list_(new CommandList(*model_, this)), detail_(new CommandDetail(store.commandLog()))
+    : QWidget(parent), store_(store), model_(new CommandLogModel(store.changes().commandLog(), this)),
+      list_(new CommandList(*model_, this)), detail_(new CommandDetail(store.changes().commandLog()))
 {
     setAutoFillBackground(true);
     auto* const column = new QVBoxLayout(this);
@@ -87,15 +87,15 @@ QWidget* CommandLogPanel::makeHeader()
         Settings::shared().set(settings::commandLogHidesReads, hides);
         filter();
     });
-    connect(close, &IconButton::clicked, this, [this] { store_.showsCommandLog = false; });
+    connect(close, &IconButton::clicked, this, [this] { store_.window().showCommandLog(false); });
     return header;
 }
 
 void CommandLogPanel::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
-    notifiers_.push_back(store_.commandLog().generation.addNotifier([this] { hearOfNews(); }));
-    notifiers_.push_back(store_.shownCommand.addNotifier([this] { showSelected(); }));
+    notifiers_.push_back(store_.changes().commandLog().generation.addNotifier([this] { hearOfNews(); }));
+    notifiers_.push_back(store_.window().shownCommand.addNotifier([this] { showSelected(); }));
     filter();
     update();
     showSelected();
@@ -140,7 +140,7 @@ void CommandLogPanel::filter()
         const QScopedValueRollback selecting(isSelecting_, true);
         model_->setFilter(field_->text(), hidesReads_->isChecked());
     }
-    if (const auto shown = store_.shownCommand.value(); shown && model_->indexOf(*shown).isValid())
+    if (const auto shown = store_.window().shownCommand.value(); shown && model_->indexOf(*shown).isValid())
         showSelected();
     showCount();
 }
@@ -151,7 +151,7 @@ void CommandLogPanel::userSelected()
     if (isSelecting_ || !current.isValid())
         return;
     const QScopedValueRollback selecting(isSelecting_, true);
-    store_.shownCommand = model_->command(current).number;
+    store_.window().showCommand(model_->command(current).number);
     showDetail();
 }
 
@@ -160,7 +160,7 @@ void CommandLogPanel::showSelected()
 {
     if (isSelecting_)
         return;
-    const std::optional<CommandLog::Number> shown = store_.shownCommand.value();
+    const std::optional<CommandLog::Number> shown = store_.window().shownCommand.value();
     if (shown && !model_->indexOf(*shown).isValid()) {
         list_->update(); // the command may be newer than the model
         if (!model_->indexOf(*shown).isValid())
@@ -171,7 +171,7 @@ void CommandLogPanel::showSelected()
     if (index.isValid()) {
         list_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
         list_->scrollTo(index);
-        store_.shownCommand = model_->command(index).number;
+        store_.window().showCommand(model_->command(index).number);
     }
     showDetail();
 }
@@ -191,7 +191,7 @@ void CommandLogPanel::keyPressEvent(QKeyEvent* event)
     if (!field_->text().isEmpty())
         field_->clear();
     else
-        store_.showsCommandLog = false;
+        store_.window().showCommandLog(false);
 }
 
 } // namespace plovik

@@ -2,6 +2,8 @@
 #include "app/ui/sidebar/RefMenu.h"
 
 #include "app/store/ShownText.h"
+#include "app/store/actions/Refs.h"
+#include "app/store/actions/Remotes.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -20,7 +22,7 @@ QString menuText(QString text) { return text.replace(u'&', u"&&"_s); }
 
 QString currentName(const RepositoryStore& store)
 {
-    const auto& branch = store.status.value().branch;
+    const auto& branch = store.snapshot().status.value().branch;
     return branch ? shownText(*branch) : u"HEAD"_s;
 }
 
@@ -33,21 +35,21 @@ void confirmMerge(RepositoryStore& store, const GitRef& ref)
         u"Where both changed the same lines, the conflicts are left in the working copy to be resolved."_s;
     question.actionTitle = u"Merge"_s;
     question.risk = Confirmation::Risk::none;
-    question.action = [&store, ref] { store.merge(ref); };
-    store.confirmation = std::optional(std::move(question));
+    question.action = [&store, ref] { actions::merge(store.actors(), ref); };
+    store.window().ask(std::move(question));
 }
 
 /// Fills a menu with the entries of one ref.
 class Entries {
 public:
     Entries(RepositoryStore& store, const GitRef& ref, QMenu& menu)
-        : store_(store), ref_(ref), menu_(menu), isIdle_(!store.activity.value())
+        : store_(store), ref_(ref), menu_(menu), isIdle_(!store.changes().activity.value())
     {}
 
     void addCheckOut()
     {
         addAction(u"Check Out"_s, [&store = store_, ref = ref_] {
-            store.checkout(ref);
+            actions::checkout(store.actors(), ref);
         })->setEnabled(isIdle_ && !ref_.isHead);
     }
 
@@ -61,13 +63,13 @@ public:
     void addNewBranch()
     {
         addAction(u"New Branch from Here…"_s, [&store = store_, name = ref_.fullName] {
-            store.sheet = NewBranchSheet{name};
+            store.window().showSheet(NewBranchSheet{name});
         })->setEnabled(isIdle_);
     }
 
     void addPush()
     {
-        addAction(u"Push"_s, [&store = store_] { store.push(); })->setEnabled(isIdle_);
+        addAction(u"Push"_s, [&store = store_] { actions::push(store.actors()); })->setEnabled(isIdle_);
     }
 
     void addCopyName()
@@ -80,7 +82,7 @@ public:
         menu_.addSeparator();
         // Git deletes no branch that is checked out.
         addAction(u"Delete…"_s, [&store = store_, ref = ref_] {
-            store.confirmDelete(ref);
+            actions::confirmDelete(store.actors(), ref);
         })->setEnabled(isIdle_ && !ref_.isHead);
     }
 

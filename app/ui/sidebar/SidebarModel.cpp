@@ -43,16 +43,16 @@ int SidebarModel::addNode(Node node)
 void SidebarModel::rebuildNodes()
 {
     nodes_.clear();
-    nodes_.reserve(store_.branches.value().size() + store_.remoteBranches.value().size() + store_.tags.value().size() +
-                   16);
+    nodes_.reserve(store_.snapshot().branches.value().size() + store_.snapshot().remoteBranches.value().size() +
+                   store_.snapshot().tags.value().size() + 16);
     struct Group {
         Kind kind;
         Refs refs;
     };
     std::vector<Group> groups;
-    for (auto [kind, list] :
-         {std::pair{Kind::branches, &store_.branches.value()}, std::pair{Kind::remotes, &store_.remoteBranches.value()},
-          std::pair{Kind::tags, &store_.tags.value()}})
+    for (auto [kind, list] : {std::pair{Kind::branches, &store_.snapshot().branches.value()},
+                              std::pair{Kind::remotes, &store_.snapshot().remoteBranches.value()},
+                              std::pair{Kind::tags, &store_.snapshot().tags.value()}})
     {
         if (Refs refs = matching(*list); !refs.empty())
             groups.push_back({kind, std::move(refs)});
@@ -89,7 +89,7 @@ std::size_t SidebarModel::prefixLength(Kind group, const gitkit::GitRef& ref, st
     if (group == Kind::remotes && isGroup) {
         // A remote's name may hold slashes itself.
         std::size_t longest = 0;
-        for (const std::string& remote : store_.remotes.value()) {
+        for (const std::string& remote : store_.snapshot().remotes.value()) {
             if (remote.size() > longest && rest.size() > remote.size() + 1 && rest.starts_with(remote) &&
                 rest[remote.size()] == '/')
                 longest = remote.size();
@@ -164,7 +164,7 @@ void SidebarModel::markGoneUpstreams()
     if (std::ranges::none_of(nodes_, hasUpstream))
         return;
     std::unordered_set<std::string_view> known;
-    for (const auto* list : {&store_.remoteBranches.value(), &store_.branches.value()}) {
+    for (const auto* list : {&store_.snapshot().remoteBranches.value(), &store_.snapshot().branches.value()}) {
         for (const gitkit::GitRef& ref : *list)
             known.insert(ref.name);
     }
@@ -218,9 +218,9 @@ int SidebarModel::count(const QModelIndex& index) const
 {
     const Node& shown = node(index);
     if (shown.kind == Kind::workingCopy)
-        return static_cast<int>(store_.status.value().files.size());
+        return static_cast<int>(store_.snapshot().status.value().files.size());
     if (shown.kind == Kind::stashes)
-        return static_cast<int>(store_.stashes.value().size());
+        return static_cast<int>(store_.snapshot().stashes.value().size());
     return shown.refCount;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/sidebar/SidebarView.h"
+#include "app/store/actions/Refs.h"
 
 #include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarDelegate.h"
@@ -166,14 +167,14 @@ void SidebarView::makeFilter()
 void SidebarView::observeStore()
 {
     const auto rebuild = [this] { model_->rebuild(); };
-    notifiers_.push_back(store_.branches.addNotifier(rebuild));
-    notifiers_.push_back(store_.remoteBranches.addNotifier(rebuild));
-    notifiers_.push_back(store_.tags.addNotifier(rebuild));
-    notifiers_.push_back(store_.remotes.addNotifier(rebuild));
+    notifiers_.push_back(store_.snapshot().branches.addNotifier(rebuild));
+    notifiers_.push_back(store_.snapshot().remoteBranches.addNotifier(rebuild));
+    notifiers_.push_back(store_.snapshot().tags.addNotifier(rebuild));
+    notifiers_.push_back(store_.snapshot().remotes.addNotifier(rebuild));
     const auto counts = [this] { model_->countsChanged(); };
-    notifiers_.push_back(store_.status.addNotifier(counts));
-    notifiers_.push_back(store_.stashes.addNotifier(counts));
-    notifiers_.push_back(store_.selection.addNotifier([this] {
+    notifiers_.push_back(store_.snapshot().status.addNotifier(counts));
+    notifiers_.push_back(store_.snapshot().stashes.addNotifier(counts));
+    notifiers_.push_back(store_.window().selection.addNotifier([this] {
         if (!isUpdating_)
             showStoreSelection(Reveal::yes);
     }));
@@ -239,16 +240,15 @@ void SidebarView::userSelected()
     if (isUpdating_ || selected.isEmpty())
         return;
     const std::optional<SidebarItem> item = model_->item(selected.front());
-    if (!item || *item == store_.selection.value())
+    if (!item || *item == store_.window().selection.value())
         return;
     const QScopedValueRollback updating(isUpdating_, true);
-    store_.selection = *item;
-    store_.selectionChanged();
+    store_.window().select(*item);
 }
 
 void SidebarView::showStoreSelection(Reveal reveal)
 {
-    const QModelIndex index = model_->indexOf(store_.selection.value());
+    const QModelIndex index = model_->indexOf(store_.window().selection.value());
     for (QModelIndex above = index.parent(); reveal == Reveal::yes && above.isValid(); above = above.parent())
         tree_->expand(above);
 
@@ -289,7 +289,7 @@ void SidebarView::checkOut(const QModelIndex& index)
 {
     const gitkit::GitRef* ref = model_->ref(index);
     if (ref && !ref->isHead)
-        store_.checkout(*ref);
+        actions::checkout(store_.actors(), *ref);
 }
 
 void SidebarView::showMenu(const QContextMenuEvent& event)

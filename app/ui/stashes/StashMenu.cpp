@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/stashes/StashMenu.h"
+#include "app/store/actions/Stashes.h"
 
 #include "GitKit/records/Stash.h"
 
@@ -13,13 +14,14 @@ QMenu* makeStashMenu(RepositoryStore& store, const gitkit::Stash& stash, QWidget
 {
     using Use = gitkit::StashUse;
     auto* menu = new QMenu(parent);
-    menu->addAction(u"Apply Stash"_s, menu, [&store, stash] { store.stashApply(stash, Use::apply); });
-    menu->addAction(u"Pop Stash"_s, menu, [&store, stash] { store.stashApply(stash, Use::pop); });
+    menu->addAction(u"Apply Stash"_s, menu,
+                    [&store, stash] { actions::stashApply(store.actors(), stash, Use::apply); });
+    menu->addAction(u"Pop Stash"_s, menu, [&store, stash] { actions::stashApply(store.actors(), stash, Use::pop); });
     menu->addSeparator();
-    menu->addAction(u"Drop Stash…"_s, menu, [&store, stash] { store.confirmDrop(stash); });
+    menu->addAction(u"Drop Stash…"_s, menu, [&store, stash] { actions::confirmDrop(store.actors(), stash); });
     // While an action runs the store would drop another one.
     for (QAction* entry : menu->actions())
-        entry->setEnabled(!store.activity.value());
+        entry->setEnabled(!store.changes().activity.value());
     return menu;
 }
 

@@ -25,7 +25,7 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
-    const std::vector<gitkit::Stash>& stashes() const { return store_.stashes.value(); }
+    const std::vector<gitkit::Stash>& stashes() const { return store_.snapshot().stashes.value(); }
 
     const RepositoryStore& store_;
     int rowCount_ = 0;

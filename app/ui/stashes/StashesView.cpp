@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/stashes/StashesView.h"
+#include "app/store/actions/Stashes.h"
 
 #include "GitKit/records/CommitKind.h"
 #include "GitKit/records/Stash.h"
@@ -54,7 +55,7 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
                       1);
     addWidget(content_);
     addWidget(empty_);
-    connect(stashChanges_, &QPushButton::clicked, this, [this] { store_.sheet = StashSheet{}; });
+    connect(stashChanges_, &QPushButton::clicked, this, [this] { store_.window().showSheet(StashSheet{}); });
     setFocusProxy(list_);
     observeStore();
     showStoreSelection();
@@ -87,9 +88,9 @@ QWidget* StashesView::makeHeader()
         row->addWidget(button);
         buttons_.push_back(button);
     };
-    add(u"Apply"_s, [this](const gitkit::Stash& stash) { store_.stashApply(stash, Use::apply); });
-    add(u"Pop"_s, [this](const gitkit::Stash& stash) { store_.stashApply(stash, Use::pop); });
-    add(u"Drop…"_s, [this](const gitkit::Stash& stash) { store_.confirmDrop(stash); });
+    add(u"Apply"_s, [this](const gitkit::Stash& stash) { actions::stashApply(store_.actors(), stash, Use::apply); });
+    add(u"Pop"_s, [this](const gitkit::Stash& stash) { actions::stashApply(store_.actors(), stash, Use::pop); });
+    add(u"Drop…"_s, [this](const gitkit::Stash& stash) { actions::confirmDrop(store_.actors(), stash); });
     return header;
 }
 
@@ -112,60 +113,61 @@ void StashesView::makeList()
 
 void StashesView::observeStore()
 {
-    notifiers_.push_back(store_.stashes.addNotifier([this] {
+    notifiers_.push_back(store_.snapshot().stashes.addNotifier([this] {
         model_->rebuild();
         updateEmptyState();
         updateHeader();
     }));
-    notifiers_.push_back(store_.selectedStash.addNotifier([this] {
+    notifiers_.push_back(store_.window().selectedStash.addNotifier([this] {
         if (!isUpdating_)
             showStoreSelection();
         updateHeader();
     }));
-    notifiers_.push_back(store_.activity.addNotifier([this] {
+    notifiers_.push_back(store_.changes().activity.addNotifier([this] {
         updateHeader();
         updateEmptyState();
     }));
     const auto updates = [this] { updateEmptyState(); };
-    notifiers_.push_back(store_.hasLoaded.addNotifier(updates));
-    notifiers_.push_back(store_.readProblem.addNotifier(updates));
-    notifiers_.push_back(store_.status.addNotifier(updates));
+    notifiers_.push_back(store_.snapshot().hasLoaded.addNotifier(updates));
+    notifiers_.push_back(store_.snapshot().readProblem.addNotifier(updates));
+    notifiers_.push_back(store_.snapshot().status.addNotifier(updates));
 }
 
 const gitkit::Stash* StashesView::selectedStash() const
 {
-    const auto& stashes = store_.stashes.value();
-    const auto found = std::ranges::find_if(
-        stashes, [selected = store_.selectedStash.value()](const auto& stash) { return stash.hash == selected; });
+    const auto& stashes = store_.snapshot().stashes.value();
+    const auto found = std::ranges::find_if(stashes, [selected = store_.window().selectedStash.value()](
+                                                         const auto& stash) { return stash.hash == selected; });
     return found == stashes.end() ? nullptr : &*found;
 }
 
 void StashesView::updateHeader()
 {
-    const auto count = static_cast<qlonglong>(store_.stashes.value().size());
+    const auto count = static_cast<qlonglong>(store_.snapshot().stashes.value().size());
     count_->setText(count == 1 ? u"1 stash"_s : u"%1 stashes"_s.arg(count));
     for (QPushButton* button : buttons_)
-        button->setEnabled(selectedStash() && !store_.activity.value());
+        button->setEnabled(selectedStash() && !store_.changes().activity.value());
 }
 
 void StashesView::updateEmptyState()
 {
-    if (!store_.stashes.value().empty()) {
+    if (!store_.snapshot().stashes.value().empty()) {
         setCurrentWidget(content_);
         return;
     }
     stashChanges_->setVisible(false);
     sign_->setVisible(false);
-    if (!store_.readProblem.value().isEmpty()) {
+    if (!store_.snapshot().readProblem.value().isEmpty()) {
         empty_->setText(u"The Stashes Could Not Be Read"_s, u"Git's own words stand above. Stashed changes are listed "
                                                             u"here as soon as they can be read again."_s);
-    } else if (!store_.hasLoaded.value()) {
+    } else if (!store_.snapshot().hasLoaded.value()) {
         empty_->setText({}, {});
     } else {
         empty_->setText(u"No Stashes"_s, u"Stashed changes are listed here."_s);
         sign_->setVisible(true);
         stashChanges_->setVisible(true);
-        stashChanges_->setEnabled(!store_.status.value().files.empty() && !store_.activity.value());
+        stashChanges_->setEnabled(!store_.snapshot().status.value().files.empty() &&
+                                  !store_.changes().activity.value());
     }
     setCurrentWidget(empty_);
 }
@@ -176,12 +178,12 @@ void StashesView::userSelected()
     if (isUpdating_ || selected.isEmpty())
         return;
     const QScopedValueRollback updating(isUpdating_, true);
-    store_.selectedStash = model_->stash(selected.front()).hash;
+    store_.window().selectStash(model_->stash(selected.front()).hash);
 }
 
 void StashesView::showStoreSelection()
 {
-    const std::optional<std::string>& hash = store_.selectedStash.value();
+    const std::optional<std::string>& hash = store_.window().selectedStash.value();
     const QScopedValueRollback updating(isUpdating_, true);
     list_->selectionModel()->setCurrentIndex(hash ? model_->indexOf(*hash) : QModelIndex(),
                                              QItemSelectionModel::ClearAndSelect);

@@ -48,7 +48,7 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     elapsed_->setMinimumWidth(elapsed_->fontMetrics().horizontalAdvance(u"00:00"_s));
     progress_->setAccessibleName(u"Progress"_s);
     cancel_->setToolTip(u"Cancel (Ctrl+.)"_s);
-    connect(cancel_, &BarButton::clicked, this, [this] { store_.cancelActivity(); });
+    connect(cancel_, &BarButton::clicked, this, [this] { store_.changes().cancelActivity(); });
 
     auto* const first = new QHBoxLayout;
     first->setSpacing(6);
@@ -68,25 +68,25 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     row->addLayout(lines, 1);
     row->addWidget(cancel_);
 
-    notifiers_.push_back(store.activity.addNotifier([this] { activityChanged(); }));
-    notifiers_.push_back(store.lookup.addNotifier([this] { activityChanged(); }));
-    notifiers_.push_back(store.isCancelling.addNotifier([this] { activityChanged(); }));
-    notifiers_.push_back(store.progress.addNotifier([this] { progressChanged(); }));
+    notifiers_.push_back(store.changes().activity.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.history().lookup.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.changes().isCancelling.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.changes().progress.addNotifier([this] { progressChanged(); }));
     activityChanged();
     progressChanged();
 }
 
 void ActivityView::activityChanged()
 {
-    const std::optional<QString>& activity = store_.activity.value();
-    QString text = activity.value_or(store_.lookup.value().value_or(QString()));
-    if (activity && store_.isCancelling.value())
+    const std::optional<QString>& activity = store_.changes().activity.value();
+    QString text = activity.value_or(store_.history().lookup.value().value_or(QString()));
+    if (activity && store_.changes().isCancelling.value())
         text = u"Cancelling…"_s;
     activity_->setText(text);
     activity_->setAccessibleDescription(text);
     spinner_->setVisible(!text.isEmpty());
     cancel_->setVisible(activity.has_value());
-    cancel_->setEnabled(!store_.isCancelling.value());
+    cancel_->setEnabled(!store_.changes().isCancelling.value());
     if (isRunning_ == activity.has_value())
         return;
     isRunning_ = activity.has_value();
@@ -109,7 +109,7 @@ void ActivityView::showElapsed()
 
 void ActivityView::progressChanged()
 {
-    const QString& line = store_.progress.value();
+    const QString& line = store_.changes().progress.value();
     // Numbers that change their length must not move the text: its room only grows.
     progress_->setText(line);
     progress_->reserve(line.isEmpty() ? 0 : progress_->sizeHint().width());

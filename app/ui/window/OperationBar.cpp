@@ -2,6 +2,7 @@
 #include "app/ui/window/OperationBar.h"
 
 #include "app/store/ShownText.h"
+#include "app/store/actions/Operation.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 #include "app/ui/window/OperationText.h"
@@ -97,19 +98,19 @@ QPushButton* OperationBar::makeButton(const QString& title, void (OperationBar::
 void OperationBar::observeStore()
 {
     const auto show = [this] { showOperation(); };
-    notifiers_.push_back(store_.inProgress.addNotifier(show));
-    notifiers_.push_back(store_.status.addNotifier(show));
-    notifiers_.push_back(store_.activity.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store_.snapshot().inProgress.addNotifier(show));
+    notifiers_.push_back(store_.snapshot().status.addNotifier(show));
+    notifiers_.push_back(store_.changes().activity.addNotifier([this] { activityChanged(); }));
     // The names of commits.
-    notifiers_.push_back(store_.branches.addNotifier(show));
-    notifiers_.push_back(store_.remoteBranches.addNotifier(show));
-    notifiers_.push_back(store_.tags.addNotifier(show));
-    notifiers_.push_back(store_.history.addNotifier(show));
+    notifiers_.push_back(store_.snapshot().branches.addNotifier(show));
+    notifiers_.push_back(store_.snapshot().remoteBranches.addNotifier(show));
+    notifiers_.push_back(store_.snapshot().tags.addNotifier(show));
+    notifiers_.push_back(store_.history().history.addNotifier(show));
 }
 
 void OperationBar::showOperation()
 {
-    const std::optional<gitkit::OperationInProgress>& now = store_.inProgress.value();
+    const std::optional<gitkit::OperationInProgress>& now = store_.snapshot().inProgress.value();
     if (now) {
         showText(*title_, operationText::title(store_));
         showText(*detail_, operationText::detail(store_));
@@ -124,10 +125,10 @@ void OperationBar::showButtons(const gitkit::OperationInProgress& now)
 {
     const bool isBisect = now.bisect.has_value();
     const bool isFound = isBisect && now.bisect->found;
-    const bool isIdle = !store_.activity.value();
+    const bool isIdle = !store_.changes().activity.value();
     const QString noun = operationText::noun(now.kind);
     continue_->setVisible(now.canContinue());
-    continue_->setEnabled(store_.canContinueOperation());
+    continue_->setEnabled(actions::canContinueOperation(store_.actors()));
     continue_->setToolTip(whyNotContinue());
     for (QPushButton* button : {good_, bad_})
         button->setVisible(isBisect && !isFound);
@@ -147,11 +148,11 @@ void OperationBar::showButtons(const gitkit::OperationInProgress& now)
 
 QString OperationBar::whyNotContinue() const
 {
-    if (store_.activity.value())
-        return *store_.activity.value();
-    if (store_.conflictCount() > 0)
+    if (store_.changes().activity.value())
+        return *store_.changes().activity.value();
+    if (store_.snapshot().conflictCount() > 0)
         return u"Resolve and stage the conflicted files first"_s;
-    const Kind kind = store_.inProgress.value()->kind;
+    const Kind kind = store_.snapshot().inProgress.value()->kind;
     return kind == Kind::merge ? u"Commit the merge"_s
                                : u"Commit what is staged, and go on with the %1"_s.arg(operationText::noun(kind));
 }
@@ -159,31 +160,31 @@ QString OperationBar::whyNotContinue() const
 void OperationBar::activityChanged()
 {
     auto* const focus = qobject_cast<QPushButton*>(QApplication::focusWidget());
-    if (store_.activity.value() && focus && isAncestorOf(focus)) {
+    if (store_.changes().activity.value() && focus && isAncestorOf(focus)) {
         // A button that is disabled while it has the focus would hand it to who knows whom.
         focused_ = focus;
         setFocus(Qt::OtherFocusReason);
     }
     showOperation();
-    if (!store_.activity.value() && focused_ && hasFocus() && focused_->isEnabled())
+    if (!store_.changes().activity.value() && focused_ && hasFocus() && focused_->isEnabled())
         focused_->setFocus(Qt::OtherFocusReason);
-    if (!store_.activity.value())
+    if (!store_.changes().activity.value())
         focused_ = nullptr;
 }
 
 void OperationBar::skip()
 {
-    if (store_.inProgress.value() && store_.inProgress.value()->bisect)
-        store_.bisect(gitkit::BisectMark::skip);
+    if (store_.snapshot().inProgress.value() && store_.snapshot().inProgress.value()->bisect)
+        actions::bisect(store_.actors(), gitkit::BisectMark::skip);
     else
-        store_.skipOperation();
+        actions::skipOperation(store_.actors());
 }
 
 void OperationBar::showFound()
 {
-    const std::optional<gitkit::OperationInProgress>& now = store_.inProgress.value();
+    const std::optional<gitkit::OperationInProgress>& now = store_.snapshot().inProgress.value();
     if (now && now->bisect && now->bisect->found)
-        store_.showCommit(now->bisect->found->hash);
+        store_.history().showCommit(now->bisect->found->hash);
 }
 
 void OperationBar::paintEvent(QPaintEvent* event)

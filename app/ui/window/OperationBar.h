@@ -3,6 +3,7 @@
 
 #include "GitKit/records/OperationInProgress.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Operation.h"
 
 #include <QPointer>
 #include <QProperty>
@@ -35,13 +36,13 @@ private:
     void activityChanged();
     QString whyNotContinue() const;
 
-    void proceed() { store_.continueOperation(); }
+    void proceed() { actions::continueOperation(store_.actors()); }
     void skip();
-    void abort() { store_.abortOperation(); }
-    void markGood() { store_.bisect(gitkit::BisectMark::good); }
-    void markBad() { store_.bisect(gitkit::BisectMark::bad); }
+    void abort() { actions::abortOperation(store_.actors()); }
+    void markGood() { actions::bisect(store_.actors(), gitkit::BisectMark::good); }
+    void markBad() { actions::bisect(store_.actors(), gitkit::BisectMark::bad); }
     void showFound();
-    void reset() { store_.resetBisect(); }
+    void reset() { actions::resetBisect(store_.actors()); }
 
     RepositoryStore& store_;
     QLabel* title_;

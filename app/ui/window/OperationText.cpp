@@ -20,14 +20,14 @@ QString shortHash(const std::string& hash) { return shownText(std::string(gitkit
 
 QString currentBranch(const RepositoryStore& store)
 {
-    const std::optional<std::string>& branch = store.status.value().branch;
+    const std::optional<std::string>& branch = store.snapshot().status.value().branch;
     return branch ? shownText(*branch) : u"the detached HEAD"_s;
 }
 
 /// A commit by the name of a branch or tag that stands at it, or by its hash.
 QString nameOf(const RepositoryStore& store, const std::string& hash)
 {
-    for (const auto* refs : {&store.branches, &store.remoteBranches, &store.tags}) {
+    for (const auto* refs : {&store.snapshot().branches, &store.snapshot().remoteBranches, &store.snapshot().tags}) {
         const auto found = std::ranges::find(refs->value(), hash, &gitkit::GitRef::hash);
         if (found != refs->value().end())
             return shownText(found->name);
@@ -61,10 +61,10 @@ QString rebaseTitle(const RepositoryStore& store, const OperationInProgress& now
 /// The commit that is checked out, with its subject where the loaded history has it.
 QString candidate(const RepositoryStore& store)
 {
-    const std::optional<std::string>& head = store.status.value().oid;
+    const std::optional<std::string>& head = store.snapshot().status.value().oid;
     if (!head)
         return {};
-    const auto& rows = store.history.value();
+    const auto& rows = store.history().history.value();
     const auto found = std::ranges::find_if(rows, [&](const HistoryRow& row) { return row.commit.hash == *head; });
     return stopText({*head, found == rows.end() ? std::string() : found->commit.subject});
 }
@@ -111,7 +111,7 @@ QString noun(Kind kind)
 
 QString title(const RepositoryStore& store)
 {
-    const OperationInProgress& now = *store.inProgress.value();
+    const OperationInProgress& now = *store.snapshot().inProgress.value();
     const QString branch = currentBranch(store);
     switch (now.kind) {
     case Kind::merge: {
@@ -134,7 +134,7 @@ QString title(const RepositoryStore& store)
 
 QString detail(const RepositoryStore& store)
 {
-    const OperationInProgress& now = *store.inProgress.value();
+    const OperationInProgress& now = *store.snapshot().inProgress.value();
     if (now.bisect)
         return bisectDetail(store, *now.bisect);
     const bool isCounted = now.progress && now.progress->step > 0;
@@ -145,7 +145,7 @@ QString detail(const RepositoryStore& store)
 
 QString conflicts(const RepositoryStore& store)
 {
-    const auto count = store.conflictCount();
+    const auto count = store.snapshot().conflictCount();
     if (count == 0)
         return {};
     return count == 1 ? u"1 conflict left"_s : u"%L1 conflicts left"_s.arg(count);
@@ -153,7 +153,7 @@ QString conflicts(const RepositoryStore& store)
 
 QString side(const RepositoryStore& store, gitkit::ConflictSide side)
 {
-    const std::optional<OperationInProgress>& now = store.inProgress.value();
+    const std::optional<OperationInProgress>& now = store.snapshot().inProgress.value();
     const bool isOurs = side == gitkit::ConflictSide::ours;
     const QString current = currentBranch(store) + u" (checked out)"_s;
     const QString stop = now && now->stop ? stopText(*now->stop) : QString();

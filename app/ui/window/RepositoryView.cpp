@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/window/RepositoryView.h"
+#include "app/store/actions/Remotes.h"
 
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/dialogs/StoreDialogs.h"
@@ -69,12 +70,12 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     connectToolbar();
     new StoreDialogs(store, this);
 
-    const auto showProblem = [this] { problem_->setText(store_.readProblem.value()); };
-    notifiers_.push_back(store.readProblem.addNotifier(showProblem));
-    notifiers_.push_back(store.notice.addNotifier([this] { showNotice(store_.notice.value()); }));
-    notifiers_.push_back(store.selection.addNotifier([this] { showSelection(); }));
-    notifiers_.push_back(store.inspected.addNotifier([this] { showInspector(); }));
-    notifiers_.push_back(store.showsCommandLog.addNotifier([this] { showCommandLog(); }));
+    const auto showProblem = [this] { problem_->setText(store_.snapshot().readProblem.value()); };
+    notifiers_.push_back(store.snapshot().readProblem.addNotifier(showProblem));
+    notifiers_.push_back(store.window().notice.addNotifier([this] { showNotice(store_.window().notice.value()); }));
+    notifiers_.push_back(store.window().selection.addNotifier([this] { showSelection(); }));
+    notifiers_.push_back(store.window().inspected.addNotifier([this] { showInspector(); }));
+    notifiers_.push_back(store.window().showsCommandLog.addNotifier([this] { showCommandLog(); }));
     showProblem();
     showSelection();
     showInspector();
@@ -83,11 +84,11 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
 
 void RepositoryView::connectToolbar()
 {
-    connect(toolbar_, &Toolbar::fetchRequested, this, [this] { store_.fetch(); });
-    connect(toolbar_, &Toolbar::pullRequested, this, [this] { store_.pull(); });
-    connect(toolbar_, &Toolbar::pushRequested, this, [this] { store_.push(); });
-    connect(toolbar_, &Toolbar::branchRequested, this, [this] { store_.sheet = NewBranchSheet{}; });
-    connect(toolbar_, &Toolbar::stashRequested, this, [this] { store_.sheet = StashSheet{}; });
+    connect(toolbar_, &Toolbar::fetchRequested, this, [this] { actions::fetch(store_.actors()); });
+    connect(toolbar_, &Toolbar::pullRequested, this, [this] { actions::pull(store_.actors()); });
+    connect(toolbar_, &Toolbar::pushRequested, this, [this] { actions::push(store_.actors()); });
+    connect(toolbar_, &Toolbar::branchRequested, this, [this] { store_.window().showSheet(NewBranchSheet{}); });
+    connect(toolbar_, &Toolbar::stashRequested, this, [this] { store_.window().showSheet(StashSheet{}); });
 }
 
 void RepositoryView::setEditorTitle(std::function<QString()> title)
@@ -112,7 +113,7 @@ void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice
 
 void RepositoryView::showSelection()
 {
-    QWidget* view = detailFor(store_.selection.value());
+    QWidget* view = detailFor(store_.window().selection.value());
     if (detail_->indexOf(view) < 0) {
         detail_->addWidget(view);
         nameEditor();
@@ -127,7 +128,7 @@ void RepositoryView::showSelection()
 
 void RepositoryView::showInspector()
 {
-    if (!store_.inspected.value()) {
+    if (!store_.window().inspected.value()) {
         hideInspector();
         return;
     }
@@ -162,7 +163,7 @@ void RepositoryView::hideInspector()
 
 void RepositoryView::showCommandLog()
 {
-    const bool shows = store_.showsCommandLog.value();
+    const bool shows = store_.window().showsCommandLog.value();
     if (shows == !logPlace_->isHidden())
         return;
     QWidget* const focus = QApplication::focusWidget();

@@ -50,8 +50,8 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
     makeButtons(*row);
     row->addWidget(new ActivityView(store, this), 1);
 
-    notifiers_.push_back(store.status.addNotifier([this] { statusChanged(); }));
-    notifiers_.push_back(store.activity.addNotifier([this] { updateButtons(); }));
+    notifiers_.push_back(store.snapshot().status.addNotifier([this] { statusChanged(); }));
+    notifiers_.push_back(store.changes().activity.addNotifier([this] { updateButtons(); }));
     statusChanged();
 }
 
@@ -82,16 +82,16 @@ void Toolbar::makeButtons(QHBoxLayout& row)
 void Toolbar::updateButtons()
 {
     // While an action runs the store would drop another one.
-    const bool isIdle = !store_.activity.value();
+    const bool isIdle = !store_.changes().activity.value();
     for (BarButton* button : buttons_)
         button->setEnabled(isIdle);
-    stash_->setEnabled(isIdle && !store_.status.value().files.empty());
+    stash_->setEnabled(isIdle && !store_.snapshot().status.value().files.empty());
 }
 
 void Toolbar::statusChanged()
 {
-    const gitkit::RepoStatus& status = store_.status.value();
-    const QString head = store_.headDescription();
+    const gitkit::RepoStatus& status = store_.snapshot().status.value();
+    const QString head = store_.snapshot().headDescription();
     branch_->setText(head);
     branch_->setToolTip(head);
     pull_->setBadge(status.behind > 0 ? u"↓%1"_s.arg(status.behind) : QString());

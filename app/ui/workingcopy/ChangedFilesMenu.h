@@ -10,7 +10,7 @@ namespace plovik {
 
 /// The context menu of `files`, which are not none. What it starts acts on these files even if the selection changes
 /// while it is open. `openTitle` names the editor. The caller owns the menu; `store` outlives it. Main thread.
-QMenu* makeChangedFilesMenu(RepositoryStore& store, const RepositoryStore::Files& files, const QString& openTitle,
+QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files, const QString& openTitle,
                             QWidget* parent);
 
 } // namespace plovik

@@ -134,11 +134,11 @@ QVariant ChangedFilesModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole:
         return shownText(changed.path);
     case Qt::CheckStateRole:
-        return checkState(store_.shownStageState(changed));
+        return checkState(store_.staging().shownStageState(changed));
     case Qt::AccessibleDescriptionRole:
-        return description(changed, store_.shownStageState(changed));
+        return description(changed, store_.staging().shownStageState(changed));
     case Qt::ToolTipRole:
-        return u"%1\n%2"_s.arg(shownPath(changed), description(changed, store_.shownStageState(changed)));
+        return u"%1\n%2"_s.arg(shownPath(changed), description(changed, store_.staging().shownStageState(changed)));
     default:
         return {};
     }

@@ -35,7 +35,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    const std::vector<gitkit::FileChange>& files() const { return store_.status.value().files; }
+    const std::vector<gitkit::FileChange>& files() const { return store_.snapshot().status.value().files; }
 
     /// Where in the status the file of a row stands.
     std::size_t placeOf(int row) const;

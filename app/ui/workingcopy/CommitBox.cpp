@@ -24,11 +24,6 @@ namespace {
 
 constexpr std::chrono::milliseconds draftPause{300};
 
-bool isCommit(const std::optional<QString>& activity)
-{
-    return activity == u"Committing…"_s || activity == u"Amending…"_s;
-}
-
 } // namespace
 
 CommitBox::CommitBox(RepositoryStore& store, QWidget* parent)
@@ -47,8 +42,8 @@ CommitBox::CommitBox(RepositoryStore& store, QWidget* parent)
     draftDelay_.setInterval(draftPause);
     arrange();
     restoreDraft();
-    subject_->setText(store.commitSubject.value());
-    body_->setPlainText(store.commitBody.value());
+    subject_->setText(store.draft().commitSubject.value());
+    body_->setPlainText(store.draft().commitBody.value());
     connectFields();
     observeStore();
     activityChanged();
@@ -98,20 +93,20 @@ void CommitBox::connectFields()
 void CommitBox::observeStore()
 {
     const auto showControls = [this] { updateControls(); };
-    notifiers_.push_back(store_.commitSubject.addNotifier([this] { showMessage(); }));
-    notifiers_.push_back(store_.commitBody.addNotifier([this] { showMessage(); }));
-    notifiers_.push_back(store_.amend.addNotifier(showControls));
-    notifiers_.push_back(store_.status.addNotifier(showControls));
-    notifiers_.push_back(store_.activity.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store_.draft().commitSubject.addNotifier([this] { showMessage(); }));
+    notifiers_.push_back(store_.draft().commitBody.addNotifier([this] { showMessage(); }));
+    notifiers_.push_back(store_.draft().amend.addNotifier(showControls));
+    notifiers_.push_back(store_.snapshot().status.addNotifier(showControls));
+    notifiers_.push_back(store_.changes().running.addNotifier([this] { activityChanged(); }));
 }
 
 void CommitBox::restoreDraft()
 {
-    if (!store_.commitSubject.value().isEmpty() || !store_.commitBody.value().isEmpty())
+    if (!store_.draft().commitSubject.value().isEmpty() || !store_.draft().commitBody.value().isEmpty())
         return;
     const commitDrafts::Draft draft = commitDrafts::read(store_.root());
-    store_.commitSubject = draft.subject;
-    store_.commitBody = draft.body;
+    store_.draft().setSubject(draft.subject);
+    store_.draft().setBody(draft.body);
 }
 
 void CommitBox::userTyped()
@@ -120,17 +115,13 @@ void CommitBox::userTyped()
         return;
     {
         const QScopedValueRollback typing(isTyping_, true);
-        store_.commitSubject = subject_->text();
-        store_.commitBody = body_->text();
+        store_.draft().setSubject(subject_->text());
+        store_.draft().setBody(body_->text());
     }
     draftDelay_.start();
 }
 
-void CommitBox::userToggledAmend(bool isOn)
-{
-    store_.amend = isOn;
-    store_.amendChanged();
-}
+void CommitBox::userToggledAmend(bool isOn) { store_.draft().setAmend(isOn); }
 
 void CommitBox::enterMoreLines(const QString& lines)
 {
@@ -146,8 +137,8 @@ void CommitBox::showMessage()
     updateControls();
     if (isTyping_)
         return;
-    const QString& subject = store_.commitSubject.value();
-    const QString& body = store_.commitBody.value();
+    const QString& subject = store_.draft().commitSubject.value();
+    const QString& body = store_.draft().commitBody.value();
     {
         const QScopedValueRollback updating(isUpdating_, true);
         if (subject_->text() != subject)
@@ -158,13 +149,13 @@ void CommitBox::showMessage()
     // The message of the commit to amend is kept by git; coming back without "Amend", it would only be in the way.
     if (subject.isEmpty() && body.isEmpty())
         keepDraft();
-    else if (!store_.amend.value())
+    else if (!store_.draft().amend.value())
         draftDelay_.start();
 }
 
 void CommitBox::activityChanged()
 {
-    const bool wasCommitting = std::exchange(isCommitting_, isCommit(store_.activity.value()));
+    const bool wasCommitting = std::exchange(isCommitting_, store_.changes().isRunning({Verb::commit, Verb::amend}));
     // What was typed now would be gone with the message that is being committed.
     subject_->setReadOnly(isCommitting_);
     body_->setReadOnly(isCommitting_);
@@ -182,20 +173,21 @@ void CommitBox::commitEnded()
 
 QString CommitBox::whyNotCommit() const
 {
-    if (store_.activity.value())
-        return *store_.activity.value();
-    if (store_.status.value().stagedCount() == 0 && !store_.amend.value())
+    if (store_.changes().activity.value())
+        return *store_.changes().activity.value();
+    if (store_.snapshot().status.value().stagedCount() == 0 && !store_.draft().amend.value())
         return u"Nothing is staged"_s;
     return u"A commit needs a subject"_s;
 }
 
 void CommitBox::updateControls()
 {
-    const bool canCommit = store_.canCommit();
+    const bool canCommit = store_.draft().canCommit();
     commit_->setEnabled(canCommit);
     commit_->setToolTip(canCommit ? u"Commit (Ctrl+Return)"_s : whyNotCommit());
-    amend_->setChecked(store_.amend.value());
-    amend_->setEnabled(!isCommitting_ && (store_.status.value().hasCommits() || store_.amend.value()));
+    amend_->setChecked(store_.draft().amend.value());
+    amend_->setEnabled(!isCommitting_ &&
+                       (store_.snapshot().status.value().hasCommits() || store_.draft().amend.value()));
 }
 
 void CommitBox::commit()
@@ -203,15 +195,15 @@ void CommitBox::commit()
     // A button that is disabled while it has the focus would hand it to who knows whom.
     if (commit_->hasFocus())
         subject_->setFocus(Qt::OtherFocusReason);
-    store_.commit();
+    store_.draft().commit();
 }
 
 void CommitBox::keepDraft()
 {
     draftDelay_.stop();
-    if (store_.holdsPreparedMessage())
+    if (store_.draft().holdsPreparedMessage())
         return; // git keeps it, and it goes when what it is for is over
-    const commitDrafts::Draft draft{store_.commitSubject.value(), store_.commitBody.value()};
+    const commitDrafts::Draft draft{store_.draft().commitSubject.value(), store_.draft().commitBody.value()};
     commitDrafts::keep(store_.root(), draft);
 }
 

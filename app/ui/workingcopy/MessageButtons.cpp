@@ -23,7 +23,7 @@ QCoro::Task<> ignoringResult(QCoro::Task<bool> task) { co_await task; }
 
 } // namespace
 
-void writeCommitMessage(RepositoryStore& store) { launch(ignoringResult(store.generateCommitMessage())); }
+void writeCommitMessage(RepositoryStore& store) { launch(ignoringResult(store.draft().generateCommitMessage())); }
 
 MessageButtons::MessageButtons(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), write_(new IconButton(Icon::sparkles, u"Write Commit Message"_s, this)),
@@ -38,13 +38,13 @@ MessageButtons::MessageButtons(RepositoryStore& store, QWidget* parent)
     arrange();
     connect(write_, &IconButton::clicked, this, &MessageButtons::write);
     connect(more_, &IconButton::clicked, this, &MessageButtons::showMenu);
-    connect(cancel_, &QPushButton::clicked, this, [this] { store_.cancelCommitMessage(); });
+    connect(cancel_, &QPushButton::clicked, this, [this] { store_.draft().cancelCommitMessage(); });
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::aiEnabled.key))
             showState();
     });
-    notifiers_.push_back(store.generatingMessage.addNotifier([this] { showState(); }));
-    notifiers_.push_back(store.status.addNotifier([this] { showState(); }));
+    notifiers_.push_back(store.draft().generatingMessage.addNotifier([this] { showState(); }));
+    notifiers_.push_back(store.snapshot().status.addNotifier([this] { showState(); }));
     showState();
 }
 
@@ -76,21 +76,22 @@ void MessageButtons::showMenu()
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const bool canWrite = write_->isEnabled();
     menu->addAction(u"Write Commit Message"_s, this, &MessageButtons::write)->setEnabled(canWrite);
-    menu->addAction(u"Show What Is Sent…"_s, this, [this] { store_.sheet = SentChangesSheet{}; })->setEnabled(canWrite);
+    menu->addAction(u"Show What Is Sent…"_s, this, [this] { store_.window().showSheet(SentChangesSheet{}); })
+        ->setEnabled(canWrite);
     menu->popup(more_->mapToGlobal(QPoint(0, more_->height())));
 }
 
 void MessageButtons::showState()
 {
     const bool isOffered = Settings::shared().value(settings::aiEnabled);
-    const bool isWriting = store_.generatingMessage.value();
+    const bool isWriting = store_.draft().generatingMessage.value();
     const bool hadFocus = cancel_->hasFocus();
     for (QWidget* const widget : {static_cast<QWidget*>(write_), static_cast<QWidget*>(more_)})
         widget->setVisible(isOffered && !isWriting);
     for (QWidget* const widget :
          {static_cast<QWidget*>(spinner_), static_cast<QWidget*>(writing_), static_cast<QWidget*>(cancel_)})
         widget->setVisible(isWriting);
-    const bool hasStaged = store_.status.value().stagedCount() > 0;
+    const bool hasStaged = store_.snapshot().status.value().stagedCount() > 0;
     write_->setEnabled(hasStaged);
     write_->setToolTip(hasStaged ? u"Write a commit message for the staged changes with AI"_s
                                  : u"Stage changes to have a commit message written for them"_s);

@@ -42,20 +42,20 @@ StagingBar::StagingBar(RepositoryStore& store, QWidget* parent)
     row->addWidget(stageAll_);
     row->addWidget(unstageAll_);
     row->addWidget(count_, 1);
-    connect(stageAll_, &QPushButton::clicked, this, [this] { store_.stageAll(); });
-    connect(unstageAll_, &QPushButton::clicked, this, [this] { store_.unstageAll(); });
-    notifiers_.push_back(store.status.addNotifier([this] { showCounts(); }));
-    notifiers_.push_back(store.stagingGeneration.addNotifier([this] { showCounts(); }));
+    connect(stageAll_, &QPushButton::clicked, this, [this] { store_.staging().stageAll(); });
+    connect(unstageAll_, &QPushButton::clicked, this, [this] { store_.staging().unstageAll(); });
+    notifiers_.push_back(store.snapshot().status.addNotifier([this] { showCounts(); }));
+    notifiers_.push_back(store.staging().stagingGeneration.addNotifier([this] { showCounts(); }));
     showCounts();
 }
 
 void StagingBar::showCounts()
 {
-    const auto& files = store_.status.value().files;
+    const auto& files = store_.snapshot().status.value().files;
     std::size_t touched = 0;
     std::size_t whole = 0;
     for (const gitkit::FileChange& file : files) {
-        const gitkit::StageState state = store_.shownStageState(file);
+        const gitkit::StageState state = store_.staging().shownStageState(file);
         touched += state != gitkit::StageState::none ? 1 : 0;
         whole += state == gitkit::StageState::full ? 1 : 0;
     }

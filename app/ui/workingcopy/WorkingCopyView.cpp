@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/WorkingCopyView.h"
+#include "app/store/actions/DesktopFiles.h"
 
 #include "app/ui/diff/WorkingDiffPane.h"
 #include "app/ui/widgets/EmptyState.h"
@@ -93,24 +94,25 @@ void WorkingCopyView::connectList()
         scroll_->restore();
     });
     connect(list_, &ChangedFilesList::checkBoxClicked, this,
-            [this](const QModelIndex& index) { store_.toggleStage(model_->file(index)); });
-    connect(list_, &ChangedFilesList::toggleRequested, this, [this] { store_.toggleStageOfSelection(); });
-    connect(list_, &ChangedFilesList::openRequested, this, [this] { store_.openInEditor(store_.selectedFiles()); });
+            [this](const QModelIndex& index) { store_.staging().toggleStage(model_->file(index)); });
+    connect(list_, &ChangedFilesList::toggleRequested, this, [this] { store_.staging().toggleStageOfSelection(); });
+    connect(list_, &ChangedFilesList::openRequested, this,
+            [this] { actions::openInEditor(store_.actors(), store_.staging().selectedFiles()); });
     connect(list_, &ChangedFilesList::discardRequested, this,
-            [this] { store_.confirmDiscard(store_.selectedFiles()); });
+            [this] { store_.staging().confirmDiscard(store_.staging().selectedFiles()); });
     connect(list_, &ChangedFilesList::menuRequested, this, &WorkingCopyView::showMenu);
 }
 
 void WorkingCopyView::observeStore()
 {
-    notifiers_.push_back(store_.status.addNotifier([this] { statusChanged(); }));
-    notifiers_.push_back(store_.stagingGeneration.addNotifier([this] { model_->stagingChanged(); }));
-    notifiers_.push_back(store_.selectedPaths.addNotifier([this] {
+    notifiers_.push_back(store_.snapshot().status.addNotifier([this] { statusChanged(); }));
+    notifiers_.push_back(store_.staging().stagingGeneration.addNotifier([this] { model_->stagingChanged(); }));
+    notifiers_.push_back(store_.window().selectedPaths.addNotifier([this] {
         if (!isUpdating_)
             showStoreSelection();
     }));
-    notifiers_.push_back(store_.hasLoaded.addNotifier([this] { updateEmptyState(); }));
-    notifiers_.push_back(store_.readProblem.addNotifier([this] { updateEmptyState(); }));
+    notifiers_.push_back(store_.snapshot().hasLoaded.addNotifier([this] { updateEmptyState(); }));
+    notifiers_.push_back(store_.snapshot().readProblem.addNotifier([this] { updateEmptyState(); }));
 }
 
 void WorkingCopyView::statusChanged()
@@ -121,13 +123,13 @@ void WorkingCopyView::statusChanged()
 
 void WorkingCopyView::updateEmptyState()
 {
-    const gitkit::RepoStatus& status = store_.status.value();
+    const gitkit::RepoStatus& status = store_.snapshot().status.value();
     empty_->setVisible(status.files.empty());
-    if (!store_.readProblem.value().isEmpty())
+    if (!store_.snapshot().readProblem.value().isEmpty())
         empty_->setText(u"The Working Copy Could Not Be Read"_s,
                         u"Git's own words stand above. Changes are listed here "
                         u"as soon as it can be read again."_s);
-    else if (!store_.hasLoaded.value())
+    else if (!store_.snapshot().hasLoaded.value())
         empty_->setText({}, {});
     else if (!status.hasCommits())
         empty_->setText(u"No Changes"_s, u"Nothing has been committed yet. New files are listed here."_s);
@@ -145,12 +147,12 @@ void WorkingCopyView::userSelected()
             paths.insert(model_->file(model_->index(row)).path);
     }
     const QScopedValueRollback updating(isUpdating_, true);
-    store_.selectedPaths = std::move(paths);
+    store_.window().selectPaths(std::move(paths));
 }
 
 void WorkingCopyView::showStoreSelection()
 {
-    const std::set<std::string>& paths = store_.selectedPaths.value();
+    const std::set<std::string>& paths = store_.window().selectedPaths.value();
     QItemSelection selection;
     const int count = paths.empty() ? 0 : model_->rowCount();
     for (int row = 0; row < count; ++row) {
@@ -189,7 +191,7 @@ void WorkingCopyView::restoreCurrent()
 
 void WorkingCopyView::showMenu(const QPoint& globalPosition)
 {
-    const RepositoryStore::Files files = store_.selectedFiles();
+    const Staging::Files files = store_.staging().selectedFiles();
     if (files.empty())
         return;
     const QString openTitle = editorTitle_ ? editorTitle_() : u"Open in Default Editor"_s;

@@ -11,21 +11,18 @@
 
 namespace plovik {
 
-using gitkit::GitRepository;
-
 namespace {
 
 constexpr std::size_t largestFile = std::size_t{8} << 20;
 constexpr qsizetype keptBytes = qsizetype{6} << 20;
 
-DiffTexts readTexts(const GitRepository& repository, const gitkit::DiffSource& source)
+DiffTexts textsOf(DiffFiles files, const DiffFilesRequest&)
 {
-    gitkit::DiffSides sides = gitkit::diffSides(repository, source, largestFile);
     DiffTexts texts;
-    if (sides.before)
-        texts.before = std::make_shared<const FileLines>(std::move(*sides.before));
-    if (sides.after)
-        texts.after = std::make_shared<const FileLines>(std::move(*sides.after));
+    if (files.sides.before)
+        texts.before = std::make_shared<const FileLines>(std::move(*files.sides.before));
+    if (files.sides.after)
+        texts.after = std::make_shared<const FileLines>(std::move(*files.sides.after));
     return texts;
 }
 
@@ -47,14 +44,11 @@ struct DiffFilesLoader::Job {
 };
 
 DiffFilesLoader::DiffFilesLoader(RepositoryStore& store, QObject* parent)
-    : QObject(parent), store_(store), cache_(keptBytes)
+    : QObject(parent), cache_(keptBytes), texts_(store.git(), &readDiffFiles, &textsOf, [this] { textsRead(); }),
+      colours_(store.git(), &highlighted, [this] { coloursRead(); })
 {}
 
-DiffFilesLoader::~DiffFilesLoader()
-{
-    if (isStale_)
-        *isStale_ = true;
-}
+DiffFilesLoader::~DiffFilesLoader() = default;
 
 std::optional<DiffFilesLoader::Section> DiffFilesLoader::sectionOf(const DiffContent& content)
 {
@@ -83,14 +77,18 @@ void DiffFilesLoader::load(const std::vector<const DiffContent*>& contents)
         return std::ranges::any_of(
             sections_, [&side](const Section& section) { return section.before == side || section.after == side; });
     };
-    if (underWay_ && !isWanted(*underWay_))
-        *isStale_ = true;
+    if (inColouring_ && !isWanted(*inColouring_)) {
+        colours_.forget();
+        inColouring_.reset();
+    }
+    if (inReading_ && std::ranges::none_of(sections_, [this](const Section& each) { return each.isSame(*inReading_); }))
+    {
+        texts_.forget();
+        inReading_.reset();
+    }
     for (const Section& section : sections_)
         announce(section);
-    if (!isWorking_) {
-        isWorking_ = true;
-        launch(work(this));
-    }
+    work();
 }
 
 /// Takes over what is known of a section's files, and for the time until they are all known what looks like them.
@@ -160,40 +158,40 @@ std::optional<DiffFilesLoader::Job> DiffFilesLoader::nextJob() const
     return {};
 }
 
-QCoro::Task<> DiffFilesLoader::work(QPointer<DiffFilesLoader> loader)
+/// Begins the next job unless one is under way.
+void DiffFilesLoader::work()
 {
-    while (const std::optional<Job> job = loader->nextJob()) {
-        if (!job->side) {
-            const Section& section = job->section;
-            const gitkit::DiffSource source{section.syntax.before ? std::nullopt : named(section.before.blob),
-                                            section.syntax.after ? std::nullopt : named(section.after.blob),
-                                            section.workingPath};
-            DiffTexts texts;
-            try {
-                texts = co_await loader->store_.runFunction(&readTexts, source);
-            } catch (const std::exception&) {
-                texts = {}; // the diff itself is there; it stays without what its files would add
-            }
-            if (!loader)
-                co_return;
-            loader->takeTexts(section, std::move(texts));
-            continue;
-        }
-        const auto isStale = std::make_shared<std::atomic<bool>>(false);
-        loader->isStale_ = isStale;
-        loader->underWay_ = job->side;
-        SyntaxRequest request;
-        request.file = job->file;
-        request.path = job->side->path;
-        request.isStale = isStale;
-        const auto syntax = co_await loader->store_.runFunction(&highlightedFile, request);
-        if (!loader)
-            co_return;
-        loader->underWay_.reset();
-        if (!*isStale)
-            loader->takeSyntax(*job->side, job->section.workingPath.has_value(), syntax);
+    if (texts_.isReading() || colours_.isReading())
+        return;
+    const std::optional<Job> job = nextJob();
+    if (!job)
+        return;
+    if (job->side) {
+        inColouring_ = job->side;
+        mayBeNewer_ = job->section.workingPath.has_value();
+        colours_.askAgain({.file = job->file, .path = job->side->path});
+        return;
     }
-    loader->isWorking_ = false;
+    const Section& section = job->section;
+    inReading_ = section;
+    texts_.askAgain({.source = {section.syntax.before ? std::nullopt : named(section.before.blob),
+                                section.syntax.after ? std::nullopt : named(section.after.blob), section.workingPath},
+                     .limit = largestFile});
+}
+
+void DiffFilesLoader::textsRead()
+{
+    // The diff itself is there; after a failure it stays without what its files would add.
+    const Section read = *std::exchange(inReading_, std::nullopt);
+    takeTexts(read, texts_.failure() ? DiffTexts() : *texts_.result());
+    work();
+}
+
+void DiffFilesLoader::coloursRead()
+{
+    const Side side = *std::exchange(inColouring_, std::nullopt);
+    takeSyntax(side, mayBeNewer_, *colours_.result());
+    work();
 }
 
 void DiffFilesLoader::takeTexts(const Section& read, DiffTexts texts)

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/store/readers/FileReaders.h"
+#include "app/store/readers/Latest.h"
 #include "app/ui/diff/DiffAction.h"
 #include "app/ui/diff/syntax/FileSyntax.h"
+#include "app/ui/diff/syntax/SyntaxHighlighter.h"
 
 #include <QCache>
 #include <QObject>
@@ -66,7 +69,9 @@ private:
     struct Job;
 
     static std::optional<Section> sectionOf(const DiffContent& content);
-    static QCoro::Task<> work(QPointer<DiffFilesLoader> loader);
+    void work();
+    void textsRead();
+    void coloursRead();
 
     static QByteArray keyOf(const Side& side);
 
@@ -77,12 +82,13 @@ private:
     void takeSyntax(const Side& side, bool mayBeNewer, const std::shared_ptr<const FileSyntax>& syntax);
     void announce(const Section& section);
 
-    RepositoryStore& store_;
     std::vector<Section> sections_;
     QCache<QByteArray, std::shared_ptr<const FileSyntax>> cache_; ///< by blob and path; costs are bytes
-    std::shared_ptr<std::atomic<bool>> isStale_;                  ///< of the highlighting under way
-    std::optional<Side> underWay_;
-    bool isWorking_ = false;
+    std::optional<Section> inReading_;                            ///< whose files are being read
+    std::optional<Side> inColouring_;                             ///< whose colours are being worked out
+    bool mayBeNewer_ = false; ///< that file may have changed since its diff was made
+    Latest<DiffFilesRequest, DiffTexts> texts_;
+    Latest<SyntaxRequest, std::shared_ptr<const FileSyntax>> colours_;
 };
 
 } // namespace plovik

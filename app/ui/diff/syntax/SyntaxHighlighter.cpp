@@ -53,8 +53,9 @@ private:
 
 class Highlighter {
 public:
-    Highlighter(const SyntaxRequest& request, const SyntaxGrammar& grammar)
-        : request_(request), deadline_(Clock::now() + request.budget), walk_(grammar, [this] { return isOver(); })
+    Highlighter(const SyntaxRequest& request, const std::stop_token& stop, const SyntaxGrammar& grammar)
+        : request_(request), stop_(stop), deadline_(Clock::now() + request.budget),
+          walk_(grammar, [this] { return isOver(); })
     {}
 
     void fill(FileSyntax& syntax)
@@ -64,7 +65,7 @@ public:
     }
 
 private:
-    bool isOver() const { return (request_.isStale && *request_.isStale) || Clock::now() > deadline_; }
+    bool isOver() const { return stop_.stop_requested() || Clock::now() > deadline_; }
 
     std::span<const SyntaxRun> runsOf(std::string_view line)
     {
@@ -91,6 +92,7 @@ private:
     }
 
     const SyntaxRequest& request_;
+    const std::stop_token& stop_;
     Clock::time_point deadline_;
     SyntaxWalk walk_;
     std::string text_;
@@ -104,7 +106,7 @@ std::string definitionsFolder(const SyntaxRequest& request)
 
 } // namespace
 
-std::shared_ptr<const FileSyntax> highlighted(const SyntaxRequest& request)
+std::shared_ptr<const FileSyntax> highlighted(const SyntaxRequest& request, const std::stop_token& stop)
 {
     const auto syntax = std::make_shared<FileSyntax>(request.file);
     const std::string& bytes = request.file->bytes();
@@ -116,15 +118,10 @@ std::shared_ptr<const FileSyntax> highlighted(const SyntaxRequest& request)
     static std::mutex library;
     const std::scoped_lock lock(library);
     try {
-        Highlighter(request, SyntaxGrammar::named(language, definitionsFolder(request))).fill(*syntax);
+        Highlighter(request, stop, SyntaxGrammar::named(language, definitionsFolder(request))).fill(*syntax);
     } catch (...) { // NOLINT(bugprone-empty-catch): it throws more than std::exception; what was read until then stands
     }
     return syntax;
-}
-
-std::shared_ptr<const FileSyntax> highlightedFile(const gitkit::GitRepository&, const SyntaxRequest& request)
-{
-    return highlighted(request);
 }
 
 } // namespace plovik

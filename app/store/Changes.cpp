@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/Changes.h"
+
+#include "GitKit/runner/RunContext.h"
+#include "app/store/ActionRuns.h"
+#include "app/store/ShownText.h"
+#include "app/store/WindowState.h"
+
+#include <QMetaObject>
+
+#include <algorithm>
+#include <utility>
+
+namespace plovik {
+
+Changes::Changes(const GitAccess& git, const CommandLog& log, Snapshot& snapshot, WindowState& window,
+                 OpenSignIn signIn)
+    : git_(git), log_(log), snapshot_(snapshot), window_(window), openSignIn_(std::move(signIn))
+{}
+
+Changes::~Changes() = default;
+
+bool Changes::run(Change change)
+{
+    if (!change.title.isEmpty() && !offers(change.verb))
+        return false;
+    const quint64 number = ++lastNumber_;
+    runs_.push_back({.shown = {number, change.verb, change.title}, .stop = {}});
+    turnsTaken_ += takesTurn(change.verb) ? 1 : 0;
+    show();
+    launch(running_(std::move(change), number));
+    return true;
+}
+
+QCoro::Task<> Changes::running_(Change change, quint64 number)
+{
+    const std::shared_ptr<ActionRuns> runs = listenTo(number);
+    const auto run = find(number);
+    const std::stop_token stop = run->stop.get_token();
+    gitkit::RunContext context{.listener = runs, .stop = stop};
+    run->signIn = signIns_.begin(change.title, openSignIn_, context);
+    const Worker::Lane lane = touches(change.verb, Touch::network) ? Worker::Lane::network : Worker::Lane::local;
+    std::optional<Failure> failure;
+    try {
+        std::optional<Turnstile::Pass> pass;
+        if (takesTurn(change.verb))
+            pass.emplace(co_await turns_.enter());
+        co_await git_.change(lane, context, change.operation);
+    } catch (const std::exception& thrown) {
+        failure = failureOf(thrown);
+        failure->command = runs->failed();
+    }
+    signIns_.end(run->signIn);
+    runs_.erase(run);
+    turnsTaken_ -= takesTurn(change.verb) ? 1 : 0;
+    ++ended_;
+    show();
+    if (!failure && change.succeeded)
+        change.succeeded();
+    // A failure after a cancel is the cancel's; the log has it.
+    if (failure && !stop.stop_requested() && !(change.failed && change.failed(*failure)))
+        window_.report(*failure);
+    snapshot_.refresh(change.title.isEmpty() ? RefreshScope::status : RefreshScope::full);
+}
+
+/// Progress comes from the threads of the runs, and may come after the store is gone.
+std::shared_ptr<ActionRuns> Changes::listenTo(quint64 number)
+{
+    return std::make_shared<ActionRuns>(log_.listener(),
+                                        [this, number, alive = std::weak_ptr(git_.alive())](const std::string& line) {
+                                            QCoreApplication* const application = QCoreApplication::instance();
+                                            if (!application)
+                                                return;
+                                            const auto tell = [this, number, alive, text = shownText(line)] {
+                                                if (alive.expired())
+                                                    return;
+                                                if (const auto run = find(number); run != runs_.end()) {
+                                                    run->progress = text;
+                                                    show();
+                                                }
+                                            };
+                                            QMetaObject::invokeMethod(application, tell, Qt::QueuedConnection);
+                                        });
+}
+
+std::list<Changes::Run>::iterator Changes::find(quint64 number)
+{
+    return std::ranges::find(runs_, number, [](const Run& run) { return run.shown.number; });
+}
+
+/// Brings what is observed in line with the changes that run.
+void Changes::show()
+{
+    std::vector<RunningChange> titled;
+    const Run* newest = nullptr;
+    for (const Run& run : runs_) {
+        if (run.shown.title.isEmpty())
+            continue;
+        titled.push_back(run.shown);
+        newest = &run;
+    }
+    running = std::move(titled);
+    activity = newest ? std::optional(newest->shown.title) : std::nullopt;
+    progress = newest ? newest->progress : QString();
+    isCancelling = newest && newest->isCancelling;
+}
+
+bool Changes::isRunning(std::initializer_list<Verb> verbs) const
+{
+    return std::ranges::any_of(running.value(), [verbs](const RunningChange& change) {
+        return std::ranges::find(verbs, change.verb) != verbs.end();
+    });
+}
+
+std::optional<RunningChange> Changes::obstacle(Verb verb) const
+{
+    const auto clashes = [verb](const RunningChange& change) {
+        return change.verb == verb || (takesTurn(verb) && takesTurn(change.verb)) ||
+               (touches(verb, Touch::network) && touches(change.verb, Touch::network));
+    };
+    const auto found = std::ranges::find_if(running.value(), clashes);
+    return found == running.value().end() ? std::nullopt : std::optional(*found);
+}
+
+QString Changes::whyNot(Verb verb) const
+{
+    const std::optional<RunningChange> other = obstacle(verb);
+    return other ? tr("Not while this runs: %1").arg(other->title) : QString();
+}
+
+void Changes::cancelActivity()
+{
+    const auto shown =
+        std::find_if(runs_.rbegin(), runs_.rend(), [](const Run& run) { return !run.shown.title.isEmpty(); });
+    if (shown != runs_.rend())
+        cancel(*shown);
+}
+
+void Changes::cancel(Run& run)
+{
+    if (run.isCancelling)
+        return;
+    run.isCancelling = true;
+    run.stop.request_stop();
+    signIns_.refuse(run.signIn);
+    show();
+}
+
+void Changes::cancelPrompt(quint64 id)
+{
+    const std::optional<SignIns::Cancelled> cancelled = signIns_.cancel(id);
+    if (!cancelled || cancelled->kind != SignInKind::notice)
+        return;
+    // A program that waits for a security key does not hear that its question was refused.
+    const auto run = std::ranges::find(runs_, cancelled->number, &Run::signIn);
+    if (run != runs_.end() && !run->shown.title.isEmpty())
+        cancel(*run);
+}
+
+} // namespace plovik

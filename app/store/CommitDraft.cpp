@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/CommitDraft.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "app/store/Changes.h"
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/WindowState.h"
+#include "app/store/readers/RepositoryState.h"
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+using gitkit::CommitMode;
+using gitkit::GitRepository;
+
+namespace {
+
+bool isBlank(QChar character) { return character == u' ' || character == u'\t'; }
+
+} // namespace
+
+CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes,
+                         MessageWriter writer)
+    : git_(git), window_(window), snapshot_(snapshot), changes_(changes), writer_(std::move(writer))
+{
+    snapshot_.follow({.operationRead = [this](const RepositoryState& read) {
+        if (read.newMessage)
+            showPrepared(shownText(*read.newMessage));
+    }});
+}
+
+CommitDraft::~CommitDraft() { generating_.request_stop(); }
+
+void CommitDraft::setSubject(const QString& subject) { setText({subject, commitBody.value()}); }
+
+void CommitDraft::setBody(const QString& body) { setText({commitSubject.value(), body}); }
+
+void CommitDraft::setText(const Text& text)
+{
+    commitSubject = text.subject;
+    commitBody = text.body;
+    updateMessageUndo();
+}
+
+void CommitDraft::setAmend(bool amends)
+{
+    amend = amends;
+    if (amends && text() == Text{})
+        launch(fillingAmended());
+}
+
+QCoro::Task<> CommitDraft::fillingAmended()
+{
+    std::string message;
+    try {
+        message = co_await git_.read(&GitRepository::lastCommitMessage);
+    } catch (const std::exception&) {
+        co_return; // the box stays empty, to be typed into
+    }
+    if (!amend.value() || !commitSubject.value().isEmpty())
+        co_return;
+    fillCommitFields(shownText(message));
+    amended_ = Amended{message, text()};
+}
+
+void CommitDraft::fillCommitFields(const QString& message)
+{
+    const qsizetype end = message.indexOf(u'\n');
+    setText({end < 0 ? message : message.left(end), end < 0 ? QString() : message.mid(end + 1).trimmed()});
+}
+
+void CommitDraft::empty()
+{
+    amended_.reset();
+    setText({});
+    amend = false;
+}
+
+void CommitDraft::showPrepared(const QString& message)
+{
+    if (holdsPreparedMessage())
+        empty();
+    prepared_.reset();
+    if (message.trimmed().isEmpty() || amend.value() || text() != Text{})
+        return;
+    fillCommitFields(message);
+    prepared_ = text();
+}
+
+bool CommitDraft::canCommit() const
+{
+    const QString& subject = commitSubject.value();
+    const bool hasSubject = !std::all_of(subject.begin(), subject.end(), isBlank);
+    const bool hasSomething = snapshot_.status.value().stagedCount() >= 1 || amend.value();
+    return hasSubject && hasSomething && changes_.offers(amend.value() ? Verb::amend : Verb::commit);
+}
+
+std::string CommitDraft::message() const
+{
+    if (amend.value() && amended_ && amended_->text == text())
+        return amended_->bytes;
+    const QString subject = commitSubject.value().trimmed();
+    const QString body = commitBody.value().trimmed();
+    return (body.isEmpty() ? subject : subject + u"\n\n"_s + body).toStdString();
+}
+
+void CommitDraft::commit()
+{
+    if (!canCommit())
+        return;
+    cancelCommitMessage(); // it would come too late for what is being committed
+    const CommitMode mode = amend.value() ? CommitMode::amend : CommitMode::create;
+    changes_.run({.verb = amend.value() ? Verb::amend : Verb::commit,
+                  .title = amend.value() ? tr("Amending…") : tr("Committing…"),
+                  .operation = [text = message(), mode](const GitRepository& repo) { repo.commit(text, mode); },
+                  .succeeded = [this] { empty(); }});
+}
+
+QCoro::Task<QString> CommitDraft::writing(std::stop_token stop)
+{
+    const std::weak_ptr alive(git_.alive());
+    const auto write = writer_.write;
+    gitkit::StagedChanges changes = co_await git_.read(&GitRepository::stagedChanges);
+    QString message;
+    if (!stop.stop_requested() && write)
+        message = co_await write(std::move(changes), std::move(stop));
+    if (alive.expired())
+        throw OwnerGone{};
+    co_return message;
+}
+
+QCoro::Task<bool> CommitDraft::generateCommitMessage()
+{
+    if (generatingMessage.value() || snapshot_.status.value().stagedCount() < 1 || !writer_.write)
+        co_return false;
+    generating_ = std::stop_source();
+    generatingMessage = true;
+    const std::weak_ptr alive(git_.alive());
+    const std::stop_token stop = generating_.get_token();
+    std::optional<Failure> failure;
+    QString message;
+    try {
+        message = co_await writing(stop);
+    } catch (const std::exception& thrown) {
+        failure = failureOf(thrown);
+    }
+    // A failure, too, may come after the store is gone.
+    if (alive.expired())
+        throw OwnerGone{};
+    // The cancel has dealt with the rest, and another message may be under way.
+    if (stop.stop_requested())
+        co_return false;
+    if (failure)
+        window_.report(*failure);
+    else
+        fillWithWritten(message);
+    generatingMessage = false;
+    co_return !failure;
+}
+
+void CommitDraft::cancelCommitMessage()
+{
+    if (!generatingMessage.value())
+        return;
+    generatingMessage = false;
+    generating_.request_stop();
+}
+
+QCoro::Task<MessageRequest> CommitDraft::commitMessageRequest()
+{
+    const auto describe = writer_.describe;
+    const gitkit::StagedChanges changes = co_await git_.read(&GitRepository::stagedChanges);
+    co_return describe ? describe(changes) : MessageRequest{};
+}
+
+void CommitDraft::fillWithWritten(const QString& message)
+{
+    const Text before = text();
+    written_.reset();
+    fillCommitFields(message);
+    written_ = Written{before, text()};
+    updateMessageUndo();
+}
+
+void CommitDraft::updateMessageUndo() { canUndoMessage = written_ && text() == written_->after; }
+
+void CommitDraft::undoMessage()
+{
+    if (canUndoMessage.value())
+        setText(std::exchange(written_, std::nullopt)->before);
+}
+
+} // namespace plovik

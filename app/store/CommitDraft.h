@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/GitAccess.h"
+#include "app/store/MessageWriter.h"
+#include "app/store/Observed.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace plovik {
+
+class Changes;
+class Snapshot;
+class WindowState;
+
+/// The commit that is being written: subject, body, whether it amends; messages that git prepared, that are amended or
+/// that a language model writes. Owned by the store; main thread.
+class CommitDraft {
+    Q_DECLARE_TR_FUNCTIONS(plovik::CommitDraft)
+
+public:
+    CommitDraft(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, MessageWriter writer);
+    ~CommitDraft();
+    CommitDraft(const CommitDraft&) = delete;
+    CommitDraft& operator=(const CommitDraft&) = delete;
+
+    Observed<QString, CommitDraft> commitSubject;
+    Observed<QString, CommitDraft> commitBody;
+    Observed<bool, CommitDraft> amend{false};
+    Observed<bool, CommitDraft> generatingMessage{false};
+
+    void setSubject(const QString& subject);
+    void setBody(const QString& body);
+    /// Fills an empty commit box with the message to amend.
+    void setAmend(bool amends);
+    /// Splits a message into subject and body.
+    void fillCommitFields(const QString& message);
+    void empty();
+
+    bool canCommit() const;
+    void commit();
+    /// Returns the message as it would be recorded, in UTF-8; the bytes of an amended message that was not touched.
+    std::string message() const;
+    /// Whether the commit box holds exactly what git has prepared, which git itself will take.
+    bool holdsPreparedMessage() const { return prepared_ && text() == *prepared_; }
+
+    /// Has a message written for what is staged, and fills the commit box with it. Returns whether it did; a failure is
+    /// reported. Does nothing while one is being written, or without anything staged.
+    QCoro::Task<bool> generateCommitMessage();
+    /// Ends the writing, if any; the commit box stays as it is.
+    void cancelCommitMessage();
+    /// Returns what generateCommitMessage() would send. Throws when that cannot be found out.
+    QCoro::Task<MessageRequest> commitMessageRequest();
+    /// Whether the commit box holds a written message unchanged, and the text before it can be brought back.
+    Observed<bool, CommitDraft> canUndoMessage{false};
+    void undoMessage();
+
+private:
+    struct Text {
+        QString subject;
+        QString body;
+        bool operator==(const Text&) const = default;
+    };
+    Text text() const { return {commitSubject.value(), commitBody.value()}; }
+    void setText(const Text& text);
+    void showPrepared(const QString& message);
+    QCoro::Task<> fillingAmended();
+    QCoro::Task<QString> writing(std::stop_token stop);
+    void fillWithWritten(const QString& message);
+    void updateMessageUndo();
+
+    const GitAccess& git_;
+    WindowState& window_;
+    Snapshot& snapshot_;
+    Changes& changes_;
+    MessageWriter writer_;
+    struct Amended {
+        std::string bytes; ///< as git has them
+        Text text;         ///< that the box was filled with
+    };
+    std::optional<Amended> amended_;
+    std::optional<Text> prepared_; ///< that the box was filled with
+    struct Written {
+        Text before;
+        Text after;
+    };
+    std::optional<Written> written_; ///< the last message that came
+    std::stop_source generating_;
+};
+
+} // namespace plovik

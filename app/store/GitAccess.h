@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/await/Await.h"
+#include "app/await/Worker.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <stop_token>
+#include <type_traits>
+#include <utility>
+
+namespace gitkit {
+class GitRepository;
+struct RunContext;
+} // namespace gitkit
+
+namespace plovik {
+
+class CommandLog;
+
+/// The store's hold on its repository: runs what blocks on the worker, and comes back to the main thread. One a store,
+/// shared by its parts and by the readers that views own; what is awaited here unwinds once the store is gone.
+///
+/// This header names the repository's type and nothing of it, so that a view that owns a reader cannot ask git itself.
+class GitAccess {
+public:
+    /// `root` is a working tree's top level. Every command is told to `log`.
+    GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log);
+    ~GitAccess();
+    GitAccess(const GitAccess&) = delete;
+    GitAccess& operator=(const GitAccess&) = delete;
+
+    const std::filesystem::path& root() const;
+    Worker& worker() const { return worker_; }
+    const AliveToken& alive() const { return alive_; }
+
+    /// Whatever is awaited through this unwinds instead of coming back, from now on.
+    void close() { alive_.reset(); }
+
+    /// Awaits a function of the repository, with copies of the arguments. What it runs asks the user for nothing.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    BlockingCall<Result> read(Result (*function)(const gitkit::GitRepository&, Parameters...),
+                              Arguments&&... arguments) const
+    {
+        return readUntil({}, function, std::forward<Arguments>(arguments)...);
+    }
+
+    /// The same; what it runs ends soon after `stop` is requested, and the call then throws gitkit::RunStopped.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    BlockingCall<Result> readUntil(std::stop_token stop,
+                                   Result (*function)(const gitkit::GitRepository&, Parameters...),
+                                   Arguments&&... arguments) const
+    {
+        return BlockingCall<Result>(worker_, Worker::Lane::local, alive_,
+                                    [repo = reading(std::move(stop)), function,
+                                     ... copies = std::decay_t<Parameters>(std::forward<Arguments>(
+                                         arguments))]() -> Result { return function(*repo, copies...); });
+    }
+
+    /// Awaits one of the repository's methods in the same way, with copies of the arguments.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    BlockingCall<Result> read(Result (gitkit::GitRepository::*verb)(Parameters...) const,
+                              Arguments&&... arguments) const
+    {
+        return BlockingCall<Result>(worker_, Worker::Lane::local, alive_,
+                                    [repo = reading({}), verb,
+                                     ... copies = std::decay_t<Arguments>(std::forward<Arguments>(
+                                         arguments))]() -> Result { return ((*repo).*verb)(copies...); });
+    }
+
+    /// The same for a function object that copies what it needs. For Latest.
+    template <typename Result>
+    BlockingCall<Result> readWith(std::function<Result(const gitkit::GitRepository&)> job, std::stop_token stop) const
+    {
+        return BlockingCall<Result>(worker_, Worker::Lane::local, alive_,
+                                    [repo = reading(std::move(stop)), job = std::move(job)] { return job(*repo); });
+    }
+
+    /// Something that changes the repository.
+    using Operation = std::function<void(const gitkit::GitRepository&)>;
+    /// Awaits an operation whose runs share a context. For Changes alone.
+    BlockingCall<void> change(Worker::Lane lane, const gitkit::RunContext& context, Operation operation) const;
+
+private:
+    std::shared_ptr<const gitkit::GitRepository> reading(std::stop_token stop) const;
+
+    std::shared_ptr<const gitkit::GitRepository> repo_;
+    Worker& worker_;
+    const CommandLog& log_;
+    AliveToken alive_ = std::make_shared<const std::monostate>();
+};
+
+} // namespace plovik

@@ -1,0 +1,307 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/History.h"
+
+#include "app/store/Failure.h"
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/WindowState.h"
+#include "app/store/readers/CommitSearch.h"
+#include "app/store/readers/HistoryPage.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace plovik {
+
+using gitkit::HistoryFilter;
+using gitkit::HistoryScope;
+
+namespace {
+
+constexpr int pageSize = 500;
+constexpr std::chrono::milliseconds typingPause{300};
+/// A commit that is found sooner needs no word.
+constexpr std::chrono::milliseconds patience{200};
+/// Rows loaded beyond the one that is looked for: some context, and commits that are made in the meantime.
+constexpr int rowsBeyond = 100;
+
+bool isBlank(QChar character) { return character == u'\t' || character.category() == QChar::Separator_Space; }
+
+QString trimmedOfBlanks(const QString& text)
+{
+    const auto begin = std::find_if_not(text.begin(), text.end(), isBlank);
+    const auto end = std::find_if_not(text.rbegin(), std::make_reverse_iterator(begin), isBlank).base();
+    return QString(begin, end - begin);
+}
+
+HistoryScope scopeOf(const SidebarItem& item)
+{
+    return item.isRef() ? HistoryScope::of(item.refName) : HistoryScope::all();
+}
+
+} // namespace
+
+History::History(const GitAccess& git, WindowState& window, Snapshot& snapshot)
+    : git_(git), window_(window), snapshot_(snapshot), limit_(pageSize)
+{
+    window_.listen({.moved = [this](WindowState::Step) { beginWish(); }, .chosen = [this] { showSelected(); }});
+    snapshot_.follow({.afterListings = [this] { return reloadWhatIsLeft(); }});
+}
+
+History::~History() = default;
+
+// The page.
+
+std::optional<HistoryFilter> History::filter() const
+{
+    const QString text = trimmedOfBlanks(historySearch.value());
+    if (text.isEmpty())
+        return std::nullopt;
+    return HistoryFilter{historySearchField.value(), text.toStdString()};
+}
+
+/// The page of a ref that is gone would only fail, so all of history is read instead.
+QCoro::Task<> History::reloadWhatIsLeft()
+{
+    if (scope_.isRef() && !snapshot_.hasRef(scope_.refName)) {
+        scope_ = SidebarItem::history();
+        limit_ = pageSize;
+    }
+    return reload();
+}
+
+QCoro::Task<> History::reload()
+{
+    const qint64 load = ++loads_;
+    HistoryRequest request{scopeOf(scope_), limit_, filter()};
+    const bool filtered = request.filter.has_value();
+    HistoryPage page;
+    QString problem;
+    // Before the first commit there is nothing to ask git for.
+    if (snapshot_.status.value().hasCommits()) {
+        try {
+            page = co_await git_.read(readHistoryPage, std::move(request));
+        } catch (const std::exception& thrown) {
+            problem = failureOf(thrown).message;
+        }
+    }
+    if (load != loads_)
+        co_return;
+    historyProblem = problem;
+    apply(std::move(page), filtered);
+}
+
+bool History::holds(const std::vector<HistoryRow>& page, const std::string& hash) const
+{
+    return std::ranges::find(page, hash, &HistoryRow::id) != page.end();
+}
+
+void History::apply(HistoryPage page, bool filtered)
+{
+    const std::optional<std::string> wanted = wantedOn(page.rows, filtered);
+    const std::optional<std::string>& selected = window_.selectedCommit.value();
+    const bool keepsSelection = selected && holds(page.rows, *selected);
+    // What the rows are drawn with is set first, so that a view that redraws on `history` finds it in place.
+    isHistoryFiltered = filtered;
+    shownScope_ = scope_;
+    if (!std::ranges::equal(history.value(), page.rows, {}, &HistoryRow::commit, &HistoryRow::commit)) {
+        graphLanes = page.laneCount;
+        history = std::move(page.rows);
+    }
+    hasMoreHistory = page.hasMore;
+    if (wanted)
+        selectWanted(*wanted);
+    else if (!keepsSelection)
+        window_.followCommit(std::nullopt);
+    // Before the first status nothing was read.
+    if (wanted_ && !wanted && snapshot_.status.value().hasCommits())
+        missWanted();
+    if (arrived)
+        arrived(std::nullopt);
+}
+
+void History::loadMoreHistory()
+{
+    if (!hasMoreHistory.value())
+        return;
+    hasMoreHistory = false; // so that the end of the list asks once
+    limit_ += pageSize;
+    launch(reload());
+}
+
+void History::search(const QString& text, HistoryFilter::Field field)
+{
+    historySearch = text;
+    historySearchField = field;
+    typingPause_.reset();
+    typingPause_ = git_.worker().after(typingPause, [this] {
+        limit_ = pageSize;
+        launch(reload());
+    });
+}
+
+void History::moveCommitSelection(int rows)
+{
+    const std::vector<HistoryRow>& page = history.value();
+    if (page.empty())
+        return;
+    std::ptrdiff_t target = 0;
+    if (const std::optional<std::string>& commit = window_.selectedCommit.value()) {
+        const auto selected = std::ranges::find(page, *commit, &HistoryRow::id);
+        if (selected != page.end()) {
+            const auto last = static_cast<std::ptrdiff_t>(page.size()) - 1;
+            target = std::clamp<std::ptrdiff_t>(selected - page.begin() + rows, 0, last);
+        }
+    }
+    window_.selectCommit(page[static_cast<std::size_t>(target)].commit.hash, WindowState::Step::passing);
+}
+
+void History::showSelected()
+{
+    const SidebarItem& item = window_.selection.value();
+    if (!item.showsHistory())
+        return;
+    const bool isLoaded = item == scope_;
+    if (!isLoaded) {
+        scope_ = item;
+        limit_ = pageSize;
+    }
+    if (item.isRef())
+        showTipOfRef();
+    if (!isLoaded)
+        launch(reload());
+}
+
+// Coming to a commit.
+
+qint64 History::beginWish()
+{
+    wanted_.reset();
+    patience_.reset();
+    lookup = std::nullopt;
+    window_.clearNotice();
+    return ++wish_;
+}
+
+bool History::isOnPage(const SidebarItem& item, const std::string& hash) const
+{
+    return item == scope_ && shownScope_ == scope_ && holds(history.value(), hash);
+}
+
+void History::showCommit(const std::string& hash)
+{
+    const qint64 wish = beginWish();
+    if (!isOnPage(scope_, hash)) {
+        launch(showing(hash, wish));
+        return;
+    }
+    reveal(scope_, hash);
+    if (arrived)
+        arrived(Arrival::newPlace);
+}
+
+void History::reveal(const SidebarItem& item, const std::string& hash)
+{
+    beginWish();
+    window_.follow(item);
+    window_.followCommit(hash);
+    commitReveals = commitReveals.value() + 1;
+}
+
+QCoro::Task<> History::showing(std::string name, qint64 wish)
+{
+    const SidebarItem item = scope_;
+    CommitSearch search{name, {scopeOf(item)}};
+    if (item.isRef())
+        search.scopes.push_back(HistoryScope::all());
+    lookFor(name);
+    FoundCommit found;
+    std::optional<Failure> failure;
+    try {
+        found = co_await git_.read(findCommit, std::move(search));
+    } catch (const std::exception& thrown) {
+        failure = failureOf(thrown);
+    }
+    if (!isWished(wish))
+        co_return;
+    if (!failure && found.scope) {
+        loadAsFarAs(*found.scope == 0 ? item : SidebarItem::history(), found.position, found.hash, Arrival::newPlace);
+        co_return;
+    }
+    beginWish();
+    const QString shown = shownText(gitkit::shortHash(found.hash.empty() ? name : found.hash));
+    if (failure)
+        window_.report(*failure);
+    else if (found.hash.empty())
+        window_.tell(tr("This repository has no commit %1.").arg(shown));
+    else
+        window_.tell(tr("No branch or tag leads to %1, so it is not in the history.").arg(shown));
+}
+
+BlockingCall<FoundCommit> History::find(const std::string& hash, const SidebarItem& item) const
+{
+    return git_.read(findCommit, CommitSearch{hash, {scopeOf(item)}});
+}
+
+void History::loadAsFarAs(const SidebarItem& item, int position, const std::string& hash, Arrival arrival)
+{
+    if (item != scope_)
+        limit_ = pageSize;
+    scope_ = item;
+    window_.follow(item);
+    if (filter()) {
+        historySearch = QString();
+        limit_ = pageSize;
+    }
+    typingPause_.reset();
+    const int pages = (position + rowsBeyond) / pageSize + 1;
+    limit_ = std::max(limit_, pages * pageSize);
+    wanted_ = Wanted{hash, arrival};
+    launch(reload());
+}
+
+void History::showTipOfRef()
+{
+    wanted_ = Wanted{};
+    if (shownScope_ != scope_)
+        return; // it comes with the history that is loaded next
+    if (const auto tip = wantedOn(history.value(), isHistoryFiltered.value()))
+        selectWanted(*tip);
+}
+
+std::optional<std::string> History::wantedOn(const std::vector<HistoryRow>& page, bool filtered) const
+{
+    if (!wanted_ || page.empty())
+        return std::nullopt;
+    // The newest commit that a search has found need not be the ref's.
+    if (!wanted_->hash)
+        return filtered ? std::nullopt : std::optional(page.front().commit.hash);
+    return holds(page, *wanted_->hash) ? wanted_->hash : std::nullopt;
+}
+
+void History::selectWanted(const std::string& hash)
+{
+    const Arrival arrival = wanted_->arrival;
+    beginWish();
+    window_.followCommit(hash);
+    commitReveals = commitReveals.value() + 1;
+    if (arrived)
+        arrived(arrival);
+}
+
+/// The history has come without the commit that was to be selected in it.
+void History::missWanted()
+{
+    const std::optional<std::string> missing = wanted_->hash;
+    beginWish();
+    if (missing && historyProblem.value().isEmpty())
+        window_.tell(tr("%1 is no longer in the history.").arg(shownText(gitkit::shortHash(*missing))));
+}
+
+void History::lookFor(const std::string& hash)
+{
+    patience_ = git_.worker().after(
+        patience, [this, shown = shownText(gitkit::shortHash(hash))] { lookup = tr("Looking for %1…").arg(shown); });
+}
+
+} // namespace plovik

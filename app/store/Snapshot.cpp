@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/Snapshot.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "app/store/Failure.h"
+#include "app/store/ShownText.h"
+#include "app/store/WindowState.h"
+#include "app/store/readers/RepositoryState.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace plovik {
+
+using gitkit::GitRef;
+using gitkit::GitRepository;
+
+Snapshot::Snapshot(const GitAccess& git, WindowState& window) : git_(git), window_(window) {}
+
+QString Snapshot::headDescription() const
+{
+    const gitkit::RepoStatus& now = status.value();
+    if (now.branch)
+        return shownText(*now.branch);
+    if (now.oid)
+        return tr("HEAD detached at %1").arg(shownText(gitkit::shortHash(*now.oid)));
+    return {};
+}
+
+bool Snapshot::hasRef(const std::string& fullName) const
+{
+    return std::ranges::any_of(std::array{&branches, &remoteBranches, &tags}, [&fullName](const auto* refs) {
+        return std::ranges::find(refs->value(), fullName, &GitRef::fullName) != refs->value().end();
+    });
+}
+
+bool Snapshot::hasStash(const std::string& hash) const
+{
+    return std::ranges::find(stashes.value(), hash, &gitkit::Stash::hash) != stashes.value().end();
+}
+
+std::ptrdiff_t Snapshot::conflictCount() const
+{
+    return std::ranges::count_if(status.value().files, &gitkit::FileChange::isConflicted);
+}
+
+void Snapshot::refresh(RefreshScope scope)
+{
+    if (!isRefreshing_) {
+        isRefreshing_ = true;
+        launch(refreshing(scope));
+        return;
+    }
+    if (!pending_ || scope == RefreshScope::full)
+        pending_ = scope;
+}
+
+QCoro::Task<> Snapshot::refreshing(RefreshScope scope)
+{
+    co_await reading(scope);
+    while (const std::optional<RefreshScope> next = std::exchange(pending_, std::nullopt))
+        co_await reading(*next);
+    isRefreshing_ = false;
+}
+
+QCoro::Task<> Snapshot::reading(RefreshScope scope)
+{
+    co_await readStatus();
+    if (scope == RefreshScope::full) {
+        listingProblem_.clear();
+        co_await readRefs();
+        co_await readRemotes();
+        co_await readStashes();
+        dropStaleSelection();
+        for (std::size_t index = 0; index < followers_.size(); ++index) {
+            if (followers_[index].afterListings)
+                co_await followers_[index].afterListings();
+        }
+    }
+    readProblem = statusProblem_.isEmpty() ? listingProblem_ : statusProblem_;
+    if (scope == RefreshScope::full)
+        hasLoaded = true;
+}
+
+QCoro::Task<> Snapshot::readStatus()
+{
+    for (const Follower& follower : followers_) {
+        if (follower.beforeStatus)
+            follower.beforeStatus();
+    }
+    try {
+        RepositoryState read = co_await git_.read(
+            readRepositoryState, RepositoryStateRequest{gitDirectory_, inProgress.value(), preparedMessage_});
+        statusProblem_ = read.problem;
+        if (read.status)
+            applyStatus(std::move(*read.status));
+        applyOperation(read);
+    } catch (const std::exception& thrown) {
+        statusProblem_ = failureOf(thrown).message;
+    }
+    for (const Follower& follower : followers_) {
+        if (follower.afterStatus)
+            follower.afterStatus();
+    }
+}
+
+void Snapshot::applyStatus(gitkit::RepoStatus read)
+{
+    std::set<std::string> stillChanged;
+    for (const gitkit::FileChange& file : read.files) {
+        if (window_.selectedPaths.value().contains(file.path))
+            stillChanged.insert(file.path);
+    }
+    status = std::move(read);
+    window_.selectPaths(std::move(stillChanged));
+    generation = generation.value() + 1;
+}
+
+void Snapshot::applyOperation(const RepositoryState& read)
+{
+    gitDirectory_ = read.gitDirectory ? read.gitDirectory : gitDirectory_;
+    inProgress = read.operation;
+    preparedMessage_ = read.preparedMessage;
+    for (const Follower& follower : followers_) {
+        if (follower.operationRead)
+            follower.operationRead(read);
+    }
+}
+
+QCoro::Task<> Snapshot::readRefs()
+{
+    try {
+        std::vector<GitRef> refs = co_await git_.read(&GitRepository::refs);
+        std::array<std::vector<GitRef>, 3> byKind;
+        for (GitRef& ref : refs)
+            byKind[static_cast<std::size_t>(ref.kind)].push_back(std::move(ref));
+        branches = std::move(byKind[0]);
+        remoteBranches = std::move(byKind[1]);
+        tags = std::move(byKind[2]);
+    } catch (const std::exception& thrown) {
+        noteListingProblem(thrown);
+    }
+}
+
+QCoro::Task<> Snapshot::readRemotes()
+{
+    try {
+        remotes = co_await git_.read(&GitRepository::remotes);
+    } catch (const std::exception& thrown) {
+        noteListingProblem(thrown);
+    }
+}
+
+QCoro::Task<> Snapshot::readStashes()
+{
+    try {
+        stashes = co_await git_.read(&GitRepository::stashes);
+    } catch (const std::exception& thrown) {
+        noteListingProblem(thrown);
+    }
+}
+
+void Snapshot::noteListingProblem(const std::exception& thrown)
+{
+    if (listingProblem_.isEmpty())
+        listingProblem_ = failureOf(thrown).message;
+}
+
+void Snapshot::dropStaleSelection()
+{
+    const SidebarItem& selected = window_.selection.value();
+    if (selected.isRef() && !hasRef(selected.refName))
+        window_.follow(SidebarItem::history());
+    const std::optional<std::string>& stash = window_.selectedStash.value();
+    if (stash && hasStash(*stash))
+        return;
+    const std::vector<gitkit::Stash>& all = stashes.value();
+    window_.followStash(all.empty() ? std::nullopt : std::optional(all.front().hash));
+}
+
+} // namespace plovik

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/GitRef.h"
+#include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/RepoStatus.h"
+#include "GitKit/records/Stash.h"
+#include "app/store/GitAccess.h"
+#include "app/store/Observed.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace plovik {
+
+class WindowState;
+struct RepositoryState;
+
+/// How much of the repository a refresh reads again.
+enum class RefreshScope { status, full };
+
+/// What the repository is, as git last told it, and the cycle that reads it again. A failed read leaves the fields as
+/// they were. Owned by the store; main thread.
+class Snapshot {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Snapshot)
+
+public:
+    Snapshot(const GitAccess& git, WindowState& window);
+    Snapshot(const Snapshot&) = delete;
+    Snapshot& operator=(const Snapshot&) = delete;
+
+    Observed<gitkit::RepoStatus, Snapshot> status;
+    Observed<std::vector<gitkit::GitRef>, Snapshot> branches;
+    Observed<std::vector<gitkit::GitRef>, Snapshot> remoteBranches;
+    Observed<std::vector<gitkit::GitRef>, Snapshot> tags;
+    Observed<std::vector<std::string>, Snapshot> remotes;
+    Observed<std::vector<gitkit::Stash>, Snapshot> stashes;
+    /// What git stopped in the middle of; read together with the status.
+    Observed<std::optional<gitkit::OperationInProgress>, Snapshot> inProgress;
+
+    /// Counts the successful status reads; what depends on the contents of files reads again when it grows.
+    Observed<qint64, Snapshot> generation{0};
+    /// Why the last refresh could not read something; empty while all reads succeed. It tells an unreadable repository
+    /// from an empty one.
+    Observed<QString, Snapshot> readProblem;
+    /// Whether the first full refresh has ended. Until then empty fields only mean that git has not answered yet.
+    Observed<bool, Snapshot> hasLoaded{false};
+
+    const std::filesystem::path& root() const { return git_.root(); }
+    /// Returns this working tree's own git directory once the first status has been read.
+    const std::optional<std::filesystem::path>& gitDirectory() const { return gitDirectory_; }
+
+    /// Returns the branch, "HEAD detached at …", or nothing when there is neither.
+    QString headDescription() const;
+    bool hasRef(const std::string& fullName) const;
+    bool hasStash(const std::string& hash) const;
+    std::ptrdiff_t conflictCount() const;
+
+    /// Asks for a new read and returns at once. Requests that are made while one runs become one more read after it.
+    void refresh(RefreshScope scope);
+
+    /// What other parts do around a read. Called in the order in which the followers were added.
+    struct Follower {
+        std::function<void()> beforeStatus = {};
+        std::function<void(const RepositoryState& read)> operationRead = {};
+        std::function<void()> afterStatus = {}; ///< whether it succeeded or not
+        /// Of a full refresh; the refresh has ended once this has.
+        std::function<QCoro::Task<>()> afterListings = {};
+    };
+    void follow(Follower follower) { followers_.push_back(std::move(follower)); }
+
+private:
+    QCoro::Task<> refreshing(RefreshScope scope);
+    QCoro::Task<> reading(RefreshScope scope);
+    QCoro::Task<> readStatus();
+    QCoro::Task<> readRefs();
+    QCoro::Task<> readRemotes();
+    QCoro::Task<> readStashes();
+    void applyStatus(gitkit::RepoStatus read);
+    void applyOperation(const RepositoryState& read);
+    void dropStaleSelection();
+    void noteListingProblem(const std::exception& thrown);
+
+    const GitAccess& git_;
+    WindowState& window_;
+    std::vector<Follower> followers_;
+    std::optional<std::filesystem::path> gitDirectory_;
+    std::string preparedMessage_; ///< that git keeps for the next commit, comments and all
+    bool isRefreshing_ = false;
+    std::optional<RefreshScope> pending_;
+    QString statusProblem_;  ///< why the last status read failed
+    QString listingProblem_; ///< the first failure of the last full refresh's other reads
+};
+
+} // namespace plovik

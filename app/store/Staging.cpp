@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/Staging.h"
+
+#include "GitKit/PartialPatch.h"
+#include "GitKit/repository/Folders.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Operations.h"
+#include "GitKit/repository/PartialDiscard.h"
+#include "app/store/Changes.h"
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/WindowState.h"
+#include "app/store/readers/ConflictMarkers.h"
+#include "app/store/readers/CurrentFiles.h"
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <utility>
+
+namespace plovik {
+
+using gitkit::FileChange;
+using gitkit::GitRepository;
+using gitkit::StageState;
+using Files = Staging::Files;
+
+namespace {
+
+bool isNew(const FileChange& file) { return file.index == '?' || file.index == 'A'; }
+
+} // namespace
+
+Staging::Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, gitkit::Trash trash)
+    : git_(git), window_(window), snapshot_(snapshot), changes_(changes), trash_(std::move(trash))
+{
+    snapshot_.follow({.beforeStatus = [this] { endedBeforeRead_ = changes_.ended(); },
+                      .afterStatus = [this] { forgetShownStaging(); }});
+}
+
+Files Staging::selectedFiles() const
+{
+    Files selected;
+    std::ranges::copy_if(snapshot_.status.value().files, std::back_inserter(selected),
+                         [this](const FileChange& file) { return window_.selectedPaths.value().contains(file.path); });
+    return selected;
+}
+
+StageState Staging::shownStageState(const FileChange& file) const
+{
+    const auto underWay = shownStaging_.find(file.path);
+    return underWay == shownStaging_.end() ? file.stageState() : underWay->second;
+}
+
+void Staging::showStaging(const Files& files, StageState state)
+{
+    for (const FileChange& file : files)
+        shownStaging_[file.path] = state;
+    stagingGeneration = stagingGeneration.value() + 1;
+}
+
+/// Called after each status read. A read that began before a change ended does not know of it; the read that the change
+/// asked for does.
+void Staging::forgetShownStaging()
+{
+    if (endedBeforeRead_ != changes_.ended() || changes_.hasUntitled() || shownStaging_.empty())
+        return;
+    shownStaging_.clear();
+    stagingGeneration = stagingGeneration.value() + 1;
+}
+
+/// Whether changes are under way that the listed files do not show yet: their letters must not be acted on.
+bool Staging::isListOld() const { return changes_.isTurnTaken() || !shownStaging_.empty(); }
+
+void Staging::stage(const Files& files)
+{
+    stageChecked(files, [files, isOld = isListOld()](const GitRepository& repo) {
+        repo.stage(isOld ? currentFiles(repo, files) : files);
+    });
+}
+
+void Staging::stageAll()
+{
+    const Files& all = snapshot_.status.value().files;
+    stageChecked(all, [all, isOld = isListOld()](const GitRepository& repo) {
+        if (isOld)
+            requireNoNewConflicts(repo, all);
+        repo.stageAll();
+    });
+}
+
+void Staging::stageChecked(const Files& files, GitAccess::Operation operation)
+{
+    if (std::ranges::any_of(files, &FileChange::isConflicted))
+        launch(stagingAfterMarkerCheck(files, std::move(operation)));
+    else
+        stageNow(files, std::move(operation));
+}
+
+void Staging::stageNow(const Files& files, GitAccess::Operation operation)
+{
+    showStaging(files, StageState::full);
+    changes_.run({.verb = Verb::stage, .operation = std::move(operation)});
+}
+
+QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation operation)
+{
+    const std::vector<std::string> marked = co_await git_.read(filesWithConflictMarkers, files);
+    if (marked.empty()) {
+        stageNow(files, std::move(operation));
+        co_return;
+    }
+    Confirmation question;
+    question.title = marked.size() == 1
+                         ? tr("%1 still contains conflict markers").arg(inQuotes(marked.front()))
+                         : tr("%n file(s) still contain conflict markers", nullptr, static_cast<int>(marked.size()));
+    question.message = tr("Staging marks the conflict as resolved, and the markers would be committed.");
+    question.actionTitle = tr("Stage Anyway");
+    question.action = [this, files, operation = std::move(operation)] { stageNow(files, operation); };
+    window_.ask(std::move(question));
+}
+
+void Staging::unstage(const Files& files)
+{
+    const bool isOld = isListOld();
+    showStaging(files, StageState::none);
+    changes_.run({.verb = Verb::unstage, .operation = [files, isOld](const GitRepository& repo) {
+                      repo.unstage(isOld ? currentFiles(repo, files) : files);
+                  }});
+}
+
+void Staging::unstageAll()
+{
+    Files staged;
+    std::ranges::copy_if(snapshot_.status.value().files, std::back_inserter(staged),
+                         [](const FileChange& file) { return file.index != '?' && file.index != '.'; });
+    if (!snapshot_.status.value().hasCommits()) {
+        // There is no commit to reset to.
+        if (!staged.empty())
+            unstage(staged);
+        return;
+    }
+    const bool isOld = isListOld();
+    showStaging(staged, StageState::none);
+    changes_.run({.verb = Verb::unstage, .operation = [staged, isOld](const GitRepository& repo) {
+                      if (isOld)
+                          requireNoNewConflicts(repo, staged);
+                      repo.unstageAll();
+                  }});
+}
+
+void Staging::applyToIndex(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
+                           gitkit::PatchDirection direction)
+{
+    const auto change = gitkit::partialChange(path, diff, lines, direction);
+    if (!change)
+        return;
+    changes_.run({.verb = direction == gitkit::PatchDirection::forward ? Verb::stage : Verb::unstage,
+                  .operation = [change = *change](const GitRepository& repo) { repo.applyToIndex(change); }});
+}
+
+void Staging::toggleStage(const FileChange& file)
+{
+    const Files files = window_.selectedPaths.value().contains(file.path) ? selectedFiles() : Files{file};
+    if (shownStageState(file) != StageState::full)
+        stage(files);
+    else
+        unstage(files);
+}
+
+void Staging::toggleStageOfSelection()
+{
+    const Files files = selectedFiles();
+    if (files.empty())
+        return;
+    const auto isStaged = [this](const FileChange& file) { return shownStageState(file) == StageState::full; };
+    if (std::ranges::all_of(files, isStaged))
+        unstage(files);
+    else
+        stage(files);
+}
+
+void Staging::takeSide(const Files& files, gitkit::ConflictSide side)
+{
+    std::vector<std::string> paths;
+    for (const FileChange& file : files) {
+        if (file.isConflicted)
+            paths.push_back(file.path);
+    }
+    if (paths.empty())
+        return;
+    changes_.run(
+        {.verb = Verb::takeSide,
+         .operation = [paths, side, directory = snapshot_.gitDirectory(), trash = trash_](const GitRepository& repo) {
+             gitkit::takeSide(repo, paths, side, directory ? *directory : gitkit::gitDirectories(repo).own, trash);
+         }});
+}
+
+QString Staging::discardTitle(const Files& files)
+{
+    if (!std::ranges::all_of(files, isNew))
+        return tr("Discard Changes…");
+    return files.size() == 1 ? tr("Delete File…") : tr("Delete Files…");
+}
+
+void Staging::confirmDiscard(const Files& files)
+{
+    if (files.empty())
+        return;
+    const auto count = static_cast<int>(files.size());
+    Confirmation question;
+    if (std::ranges::all_of(files, isNew)) {
+        question.title =
+            count == 1 ? tr("Delete %1?").arg(inQuotes(files.front().path)) : tr("Delete %n file(s)?", nullptr, count);
+        question.message = count == 1 ? tr("The file is moved to the Trash.") : tr("The files are moved to the Trash.");
+        question.actionTitle = tr("Delete");
+    } else {
+        question.title = count == 1 ? tr("Discard changes in %1?").arg(inQuotes(files.front().path))
+                                    : tr("Discard changes in %n file(s)?", nullptr, count);
+        question.message = std::ranges::any_of(files, isNew)
+                               ? tr("Local modifications are lost. New files are moved to the Trash.")
+                               : tr("Local modifications are lost.");
+        question.actionTitle = tr("Discard");
+    }
+    question.action = [this, files] { discard(files); };
+    window_.ask(std::move(question));
+}
+
+void Staging::discard(const Files& files)
+{
+    changes_.run(
+        {.verb = Verb::discard, .operation = [files, isOld = isListOld(), trash = trash_](const GitRepository& repo) {
+             if (isOld)
+                 requireNoNewConflicts(repo, files);
+             repo.discard(files, trash);
+         }});
+}
+
+void Staging::confirmDiscardPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
+                                 DiscardedPart part)
+{
+    auto change = gitkit::partialChange(path, diff, lines, gitkit::PatchDirection::reverse);
+    if (!change)
+        return;
+    Confirmation question;
+    question.title =
+        (part == DiscardedPart::hunk ? tr("Discard this hunk of %1?") : tr("Discard the selected lines of %1?"))
+            .arg(inQuotes(path));
+    question.message = tr("You can undo this as long as the file does not change again.");
+    question.actionTitle = tr("Discard");
+    question.action = [this, change = std::move(*change)] { discardPart(change); };
+    window_.ask(std::move(question));
+}
+
+void Staging::discardPart(const gitkit::PartialChange& change)
+{
+    // Written on the worker, read on the main thread once that has ended.
+    const auto kept = std::make_shared<std::optional<gitkit::PartialDiscard>>();
+    changes_.run({.verb = Verb::discard,
+                  .operation = [change, kept](const GitRepository& repo) { *kept = gitkit::discardPart(repo, change); },
+                  .succeeded =
+                      [this, kept] {
+                          lastDiscard_ = std::move(*kept);
+                          canUndoDiscard = lastDiscard_.has_value();
+                      }});
+}
+
+void Staging::undoDiscard()
+{
+    const std::optional<gitkit::PartialDiscard> discard = std::exchange(lastDiscard_, std::nullopt);
+    canUndoDiscard = false;
+    if (discard)
+        changes_.run({.verb = Verb::undoDiscard, .operation = [discard = *discard](const GitRepository& repo) {
+                          gitkit::undoDiscard(repo, discard);
+                      }});
+}
+
+} // namespace plovik

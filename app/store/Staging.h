@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/FileChange.h"
+#include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/ParsedDiff.h"
+#include "GitKit/records/PartialChange.h"
+#include "GitKit/records/Trash.h"
+#include "app/store/GitAccess.h"
+#include "app/store/Observed.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace plovik {
+
+class Changes;
+class Snapshot;
+class WindowState;
+
+/// Stages, unstages and discards files, hunks and lines. None of it shows activity: it waits its turn, and the check
+/// boxes show at once what they will be. Owned by the store; main thread.
+class Staging {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Staging)
+
+public:
+    using Files = std::vector<gitkit::FileChange>;
+
+    /// `trash` is called on the worker's threads.
+    Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, gitkit::Trash trash);
+    Staging(const Staging&) = delete;
+    Staging& operator=(const Staging&) = delete;
+
+    /// Returns the changed files that are selected, in the order of the status.
+    Files selectedFiles() const;
+    /// Returns a file's stage state as it will be once the changes under way have ended.
+    gitkit::StageState shownStageState(const gitkit::FileChange& file) const;
+    /// Grows whenever shownStageState() may answer differently.
+    Observed<qint64, Staging> stagingGeneration{0};
+
+    /// Stages files; asks first when a conflicted one still holds conflict markers.
+    void stage(const Files& files);
+    void unstage(const Files& files);
+    void stageAll();
+    void unstageAll();
+    /// Stages or unstages the selected lines of a file's diff. Does nothing when they cannot be applied.
+    void applyToIndex(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
+                      gitkit::PatchDirection direction);
+    /// A click on a file's check box; acts on the selection when the file is in it.
+    void toggleStage(const gitkit::FileChange& file);
+    void toggleStageOfSelection();
+
+    /// Resolves the conflicted ones of these files with one side, whole. What was edited meanwhile goes to the Trash.
+    void takeSide(const Files& files, gitkit::ConflictSide side);
+
+    static QString discardTitle(const Files& files);
+    void confirmDiscard(const Files& files);
+    enum class DiscardedPart { hunk, lines };
+    /// Asks, and then takes the selected lines of a file's unstaged diff out of the working tree.
+    void confirmDiscardPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
+                            DiscardedPart part);
+    /// Whether the last discard of hunks or lines can be taken back.
+    Observed<bool, Staging> canUndoDiscard{false};
+    void undoDiscard();
+
+private:
+    void stageChecked(const Files& files, GitAccess::Operation operation);
+    void stageNow(const Files& files, GitAccess::Operation operation);
+    QCoro::Task<> stagingAfterMarkerCheck(Files files, GitAccess::Operation operation);
+    void showStaging(const Files& files, gitkit::StageState state);
+    void forgetShownStaging();
+    bool isListOld() const;
+    void discard(const Files& files);
+    void discardPart(const gitkit::PartialChange& change);
+
+    const GitAccess& git_;
+    WindowState& window_;
+    Snapshot& snapshot_;
+    Changes& changes_;
+    gitkit::Trash trash_;
+    std::map<std::string, gitkit::StageState> shownStaging_; ///< by path: the states under way
+    qint64 endedBeforeRead_ = 0;                             ///< changes, when the last status read began
+    std::optional<gitkit::PartialDiscard> lastDiscard_;
+};
+
+} // namespace plovik

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/Verb.h"
+
+#include <initializer_list>
+
+namespace plovik {
+
+namespace {
+
+using enum Touch;
+
+constexpr std::uint8_t all(std::initializer_list<Touch> touched)
+{
+    std::uint8_t bits = 0;
+    for (const Touch touch : touched)
+        bits |= static_cast<std::uint8_t>(touch);
+    return bits;
+}
+
+std::uint8_t touchedBy(Verb verb)
+{
+    switch (verb) {
+    case Verb::fetch:
+    case Verb::push:
+        return all({refs, network});
+    case Verb::pull:
+        return all({index, workingTree, refs, network});
+    case Verb::deleteBranch:
+    case Verb::createTag:
+    case Verb::deleteTag:
+        return all({refs});
+    case Verb::checkOut:
+    case Verb::createBranch: // it may check the branch out
+    case Verb::merge:
+    case Verb::cherryPick:
+    case Verb::revert:
+    case Verb::continueOperation:
+    case Verb::skipStep:
+    case Verb::endOperation:
+    case Verb::markBisect:
+        return all({index, workingTree, refs});
+    case Verb::saveStash:
+    case Verb::applyStash:
+        return all({index, workingTree, stashes});
+    case Verb::dropStash:
+        return all({stashes});
+    case Verb::commit:
+    case Verb::amend:
+        return all({index, refs});
+    case Verb::stage:
+    case Verb::unstage:
+        return all({index});
+    case Verb::discard:
+    case Verb::takeSide:
+        return all({index, workingTree});
+    case Verb::undoDiscard:
+        return all({workingTree});
+    }
+    return all({index, workingTree, refs, stashes, network});
+}
+
+} // namespace
+
+bool touches(Verb verb, Touch touch) { return (touchedBy(verb) & static_cast<std::uint8_t>(touch)) != 0; }
+
+bool takesTurn(Verb verb) { return (touchedBy(verb) & all({index, workingTree, stashes})) != 0; }
+
+} // namespace plovik

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+
+namespace plovik {
+
+/// Everything that changes the repository.
+enum class Verb {
+    fetch,
+    pull,
+    push,
+    checkOut,
+    createBranch,
+    deleteBranch,
+    createTag,
+    deleteTag,
+    merge,
+    cherryPick,
+    revert,
+    saveStash,
+    applyStash,
+    dropStash,
+    commit,
+    amend,
+    continueOperation,
+    skipStep,
+    endOperation,
+    markBisect,
+    stage,
+    unstage,
+    discard,
+    undoDiscard,
+    takeSide,
+};
+
+/// What a verb may change or use.
+enum class Touch : std::uint8_t {
+    index = 1,
+    workingTree = 2,
+    refs = 4,
+    stashes = 8,
+    network = 16,
+};
+
+bool touches(Verb verb, Touch touch);
+
+/// Whether the verb passes one at a time: it touches the index, the working tree or the stashes.
+bool takesTurn(Verb verb);
+
+} // namespace plovik

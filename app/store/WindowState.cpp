@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/WindowState.h"
+
+#include <utility>
+
+namespace plovik {
+
+void WindowState::moved(Step step)
+{
+    for (const Listener& listener : listeners_) {
+        if (listener.moved)
+            listener.moved(step);
+    }
+}
+
+void WindowState::select(SidebarItem item)
+{
+    const bool isNew = item != selection.value();
+    selection = std::move(item);
+    if (isNew)
+        moved(Step::straight);
+    for (const Listener& listener : listeners_) {
+        if (listener.chosen)
+            listener.chosen();
+    }
+}
+
+void WindowState::selectCommit(std::optional<std::string> hash, Step step)
+{
+    if (hash == selectedCommit.value())
+        return;
+    selectedCommit = std::move(hash);
+    moved(step);
+}
+
+void WindowState::selectStash(std::optional<std::string> hash)
+{
+    if (hash == selectedStash.value())
+        return;
+    selectedStash = std::move(hash);
+    moved(Step::straight);
+}
+
+void WindowState::confirm(const QUuid& id)
+{
+    const std::optional<Confirmation> question = confirmation.value();
+    if (!question || question->id != id)
+        return;
+    confirmation = std::nullopt;
+    if (question->action)
+        question->action();
+}
+
+void WindowState::report(const Failure& failure)
+{
+    failedCommand = failure.command;
+    errorMessage = failure.message;
+}
+
+void WindowState::tell(const QString& sentence)
+{
+    notice = QString();
+    notice = sentence;
+}
+
+} // namespace plovik

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/actions/DesktopFiles.h"
+
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/WindowState.h"
+
+#include <stdexcept>
+
+namespace plovik::actions {
+
+namespace {
+
+using Files = std::vector<gitkit::FileChange>;
+
+StoreServices::Files absolutePaths(const Actors& actors, const Files& files)
+{
+    StoreServices::Files paths;
+    for (const gitkit::FileChange& file : files)
+        paths.push_back(actors.snapshot.root() / file.path);
+    return paths;
+}
+
+/// The answer may come after the window is gone.
+StoreServices::Failed reporting(const Actors& actors)
+{
+    return [&window = actors.window, alive = std::weak_ptr(actors.git.alive())](const std::string& problem) {
+        if (!alive.expired())
+            window.report(failureOf(std::runtime_error(problem)));
+    };
+}
+
+} // namespace
+
+void reveal(Actors actors, const Files& files)
+{
+    if (actors.services.reveal)
+        actors.services.reveal(absolutePaths(actors, files), reporting(actors));
+}
+
+void openInEditor(Actors actors, const Files& files)
+{
+    if (actors.services.openInEditor)
+        actors.services.openInEditor(absolutePaths(actors, files), reporting(actors));
+}
+
+} // namespace plovik::actions

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/FileChange.h"
+#include "app/store/actions/Actors.h"
+
+#include <vector>
+
+namespace plovik::actions {
+
+/// Selects files in the desktop's file browser. A failure is reported.
+void reveal(Actors actors, const std::vector<gitkit::FileChange>& files);
+/// Opens files in the editor that the user chose. A failure is reported.
+void openInEditor(Actors actors, const std::vector<gitkit::FileChange>& files);
+
+} // namespace plovik::actions

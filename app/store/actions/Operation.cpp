@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/actions/Operation.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Operations.h"
+#include "app/store/Changes.h"
+#include "app/store/CommitDraft.h"
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/WindowState.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik::actions {
+
+using gitkit::CommitMode;
+using gitkit::GitRepository;
+using gitkit::OperationInProgress;
+using Kind = OperationInProgress::Kind;
+using Step = gitkit::OperationStep;
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Operation)
+};
+
+constexpr std::size_t mostNames = 3;
+
+/// What the user typed for the commit that continuing makes.
+struct OwnMessage {
+    std::string text;
+    CommitMode mode = CommitMode::create;
+};
+
+/// Whether the message was recorded; git may fail after that. Written on the worker, read once it has ended.
+using Recorded = std::shared_ptr<std::atomic_bool>;
+
+QString noun(Kind kind)
+{
+    switch (kind) {
+    case Kind::merge:
+        return Texts::tr("merge");
+    case Kind::rebase:
+        return Texts::tr("rebase");
+    case Kind::applyPatches:
+        return Texts::tr("patch series");
+    case Kind::cherryPick:
+        return Texts::tr("cherry-pick");
+    case Kind::revert:
+        return Texts::tr("revert");
+    case Kind::bisect:
+        break;
+    }
+    return Texts::tr("bisect");
+}
+
+/// Records the typed message where there is something to record. Returns whether the operation is to go on from there.
+bool commitFirst(const GitRepository& repo, const OperationInProgress& operation, OwnMessage message,
+                 const std::filesystem::path& gitDirectory, std::atomic_bool& recorded)
+{
+    const gitkit::RepoStatus now = repo.status();
+    if (message.mode == CommitMode::create && now.stagedCount() == 0 && operation.kind != Kind::merge)
+        return true;
+    // Only as an amendment does the stopped step stay a part of the commit before it.
+    if (operation.meldsInto && operation.meldsInto == now.oid)
+        message.mode = CommitMode::amend;
+    repo.commit(message.text, message.mode);
+    recorded = true;
+    const std::optional<OperationInProgress> left = gitkit::operationInProgress(repo, gitDirectory);
+    return left && left->kind == operation.kind;
+}
+
+QString filesText(const std::vector<std::string>& paths)
+{
+    QStringList names;
+    for (std::size_t index = 0; index < std::min(paths.size(), mostNames); ++index)
+        names.append(inQuotes(paths[index]));
+    if (paths.size() > mostNames)
+        return Texts::tr("%1 and %n more file(s)", nullptr, static_cast<int>(paths.size() - mostNames))
+            .arg(names.join(Texts::tr(", ", "between the names of files")));
+    const QString last = names.takeLast();
+    return names.isEmpty() ? last
+                           : Texts::tr("%1 and %2", "names of files")
+                                 .arg(names.join(Texts::tr(", ", "between the names of files")), last);
+}
+
+QString lossText(const gitkit::AbortLoss& loss, Kind kind)
+{
+    QStringList sentences;
+    if (!loss.paths.empty())
+        sentences.append(
+            Texts::tr("What was resolved or changed in %1 since git stopped is lost.").arg(filesText(loss.paths)));
+    if (loss.steps > 0)
+        sentences.append(Texts::tr("The %n step(s) of the %1 that were already done are undone.", nullptr, loss.steps)
+                             .arg(noun(kind)));
+    sentences.append(Texts::tr("Untracked files stay."));
+    return sentences.join(u' ');
+}
+
+void endOperation(WindowState& window, Changes& changes, const OperationInProgress& now, Step step);
+
+/// Git could not go back; the operation can still be ended where it is.
+void confirmForget(WindowState& window, Changes& changes, const OperationInProgress& now, const QString& problem)
+{
+    Confirmation question;
+    question.title = Texts::tr("Git cannot go back to where the %1 began").arg(noun(now.kind));
+    question.message = problem + u"\n\n"_s +
+                       Texts::tr("The %1 can be ended here instead. Every file stays as it is.").arg(noun(now.kind));
+    question.actionTitle = Texts::tr("End Here");
+    question.action = [&window, &changes, now] { endOperation(window, changes, now, Step::forget); };
+    window.ask(std::move(question));
+}
+
+void endOperation(WindowState& window, Changes& changes, const OperationInProgress& now, Step step)
+{
+    const bool resets = now.kind == Kind::bisect;
+    Change change{.verb = Verb::endOperation,
+                  .title = (resets ? Texts::tr("Resetting %1…") : Texts::tr("Aborting %1…")).arg(noun(now.kind)),
+                  .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
+    // Git cannot go back with files that are missing, nor to a branch that is gone.
+    if (step == Step::abort && (now.isIncomplete || resets)) {
+        change.failed = [&window, &changes, now](const Failure& failure) {
+            confirmForget(window, changes, now, failure.message);
+            return true;
+        };
+    }
+    changes.run(std::move(change));
+}
+
+QCoro::Task<> abortingAfterCheck(Actors actors, OperationInProgress now, std::filesystem::path gitDirectory)
+{
+    QString message;
+    try {
+        const gitkit::AbortLoss loss = co_await actors.git.read(&gitkit::abortLoss, now, gitDirectory);
+        if (!loss.isNothing())
+            message = lossText(loss, now.kind);
+    } catch (const std::exception& thrown) {
+        message = Texts::tr("What would be lost cannot be found out: %1").arg(failureOf(thrown).message);
+    }
+    if (message.isEmpty()) {
+        endOperation(actors.window, actors.changes, now, Step::abort);
+        co_return;
+    }
+    Confirmation question;
+    question.title = Texts::tr("Abort the %1?").arg(noun(now.kind));
+    question.message = message;
+    question.actionTitle = Texts::tr("Abort");
+    question.action = [&window = actors.window, &changes = actors.changes, now] {
+        endOperation(window, changes, now, Step::abort);
+    };
+    actors.window.ask(std::move(question));
+}
+
+const std::optional<OperationInProgress>& operationOf(const Actors& actors)
+{
+    return actors.snapshot.inProgress.value();
+}
+
+} // namespace
+
+bool canContinueOperation(const Actors& actors)
+{
+    const std::optional<OperationInProgress>& now = operationOf(actors);
+    return now && now->canContinue() && actors.snapshot.conflictCount() == 0 &&
+           actors.changes.offers(Verb::continueOperation);
+}
+
+void continueOperation(Actors actors)
+{
+    const std::optional<std::filesystem::path>& directory = actors.snapshot.gitDirectory();
+    if (!canContinueOperation(actors) || !directory)
+        return;
+    CommitDraft& draft = actors.draft;
+    draft.cancelCommitMessage();
+    const OperationInProgress now = *operationOf(actors);
+    std::optional<OwnMessage> message;
+    // Git itself has the prepared one, and of a patch the author too.
+    if (!draft.commitSubject.value().trimmed().isEmpty() && !draft.holdsPreparedMessage() && !now.appliesPatches)
+        message = OwnMessage{draft.message(), draft.amend.value() ? CommitMode::amend : CommitMode::create};
+    const auto recorded = std::make_shared<std::atomic_bool>(false);
+    const auto emptyWhatWasRecorded = [&draft, recorded] {
+        if (*recorded)
+            draft.empty();
+    };
+    actors.changes.run({.verb = Verb::continueOperation,
+                        .title = Texts::tr("Continuing %1…").arg(noun(now.kind)),
+                        .operation =
+                            [now, message, recorded, directory = *directory](const GitRepository& repo) {
+                                if (!message || commitFirst(repo, now, *message, directory, *recorded))
+                                    gitkit::proceed(repo, now, Step::proceed);
+                            },
+                        .succeeded = emptyWhatWasRecorded,
+                        .failed =
+                            [emptyWhatWasRecorded](const Failure&) {
+                                emptyWhatWasRecorded();
+                                return false;
+                            }});
+}
+
+void skipOperation(Actors actors)
+{
+    const std::optional<OperationInProgress>& now = operationOf(actors);
+    if (now && now->canSkip())
+        actors.changes.run(
+            {.verb = Verb::skipStep,
+             .title = Texts::tr("Skipping commit…"),
+             .operation = [now = *now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); }});
+}
+
+void abortOperation(Actors actors)
+{
+    const std::optional<OperationInProgress>& now = operationOf(actors);
+    const std::optional<std::filesystem::path>& directory = actors.snapshot.gitDirectory();
+    if (!now || !directory || !actors.changes.offers(Verb::endOperation))
+        return;
+    if (now->kind == Kind::bisect)
+        resetBisect(actors);
+    else
+        launch(abortingAfterCheck(actors, *now, *directory));
+}
+
+void bisect(Actors actors, gitkit::BisectMark mark)
+{
+    const std::optional<OperationInProgress>& operation = operationOf(actors);
+    if (!operation || !operation->bisect)
+        return;
+    const gitkit::BisectProgress now = *operation->bisect;
+    const std::string& term = mark == gitkit::BisectMark::good ? now.good : now.bad;
+    actors.changes.run({.verb = Verb::markBisect,
+                        .title = mark == gitkit::BisectMark::skip
+                                     ? Texts::tr("Skipping commit…")
+                                     : Texts::tr("Marking commit as %1…").arg(shownText(term)),
+                        .operation = [now, mark](const GitRepository& repo) { gitkit::mark(repo, now, mark); }});
+}
+
+void resetBisect(Actors actors)
+{
+    const std::optional<OperationInProgress>& now = operationOf(actors);
+    if (now && now->kind == Kind::bisect)
+        endOperation(actors.window, actors.changes, *now, Step::abort);
+}
+
+} // namespace plovik::actions

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/actions/Refs.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "app/store/Changes.h"
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/WindowState.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <utility>
+
+namespace plovik::actions {
+
+using gitkit::GitRef;
+using gitkit::GitRepository;
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Refs)
+};
+
+/// Returns the name of a remote branch's local counterpart: the same without the remote's own.
+std::string localNameOf(const std::string& remoteBranch, const std::vector<std::string>& remotes)
+{
+    for (const std::string& remote : remotes) {
+        if (remoteBranch.starts_with(remote + '/'))
+            return remoteBranch.substr(remote.size() + 1);
+    }
+    return remoteBranch;
+}
+
+void checkOut(Actors actors, const QString& shown, GitAccess::Operation operation)
+{
+    actors.changes.run(
+        {.verb = Verb::checkOut, .title = Texts::tr("Checking out %1…").arg(shown), .operation = std::move(operation)});
+}
+
+void forceDelete(Changes& changes, const std::string& branch)
+{
+    changes.run(
+        {.verb = Verb::deleteBranch,
+         .title = Texts::tr("Deleting branch…"),
+         .operation = [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::force); }});
+}
+
+void confirmForceDelete(WindowState& window, Changes& changes, const std::string& branch)
+{
+    Confirmation question;
+    question.title = Texts::tr("%1 is not fully merged").arg(inQuotes(branch));
+    question.message = Texts::tr("Deleting it anyway may lose commits that exist only on this branch.");
+    question.actionTitle = Texts::tr("Force Delete");
+    question.action = [&changes, branch] { forceDelete(changes, branch); };
+    window.ask(std::move(question));
+}
+
+void deleteBranch(WindowState& window, Changes& changes, const std::string& branch)
+{
+    changes.run(
+        {.verb = Verb::deleteBranch,
+         .title = Texts::tr("Deleting branch…"),
+         .operation = [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::ifMerged); },
+         .failed =
+             [&window, &changes, branch](const Failure& failure) {
+                 if (failure.kind != gitkit::ErrorKind::notFullyMerged)
+                     return false;
+                 confirmForceDelete(window, changes, branch);
+                 return true;
+             }});
+}
+
+void deleteTag(Changes& changes, const std::string& tag)
+{
+    changes.run({.verb = Verb::deleteTag,
+                 .title = Texts::tr("Deleting tag…"),
+                 .operation = [tag](const GitRepository& repo) { repo.deleteTag(tag); }});
+}
+
+} // namespace
+
+void checkout(Actors actors, const GitRef& ref)
+{
+    if (ref.kind != GitRef::Kind::remote) {
+        checkOut(actors, shownText(ref.name),
+                 [name = ref.fullName](const GitRepository& repo) { repo.checkout(name); });
+        return;
+    }
+    const std::string local = localNameOf(ref.name, actors.snapshot.remotes.value());
+    const bool exists = actors.snapshot.hasRef("refs/heads/" + local);
+    checkOut(actors, shownText(local), [local, exists, remote = ref.fullName](const GitRepository& repo) {
+        if (exists)
+            repo.checkout("refs/heads/" + local);
+        else
+            repo.checkoutTracking(remote, local);
+    });
+}
+
+void checkoutCommit(Actors actors, const std::string& hash)
+{
+    checkOut(actors, shownText(gitkit::shortHash(hash)), [hash](const GitRepository& repo) { repo.checkout(hash); });
+}
+
+void createBranch(Actors actors, const std::string& name, const std::optional<std::string>& startPoint,
+                  gitkit::AfterCreating after)
+{
+    actors.changes.run({.verb = Verb::createBranch,
+                        .title = Texts::tr("Creating branch…"),
+                        .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }});
+}
+
+void createTag(Actors actors, const std::string& name, const std::string& target)
+{
+    actors.changes.run({.verb = Verb::createTag,
+                        .title = Texts::tr("Creating tag…"),
+                        .operation = [=](const GitRepository& repo) { repo.createTag(name, target); }});
+}
+
+void confirmDelete(Actors actors, const GitRef& ref)
+{
+    WindowState& window = actors.window;
+    Changes& changes = actors.changes;
+    Confirmation question;
+    question.actionTitle = Texts::tr("Delete");
+    switch (ref.kind) {
+    case GitRef::Kind::local:
+        question.title = Texts::tr("Delete branch %1?").arg(inQuotes(ref.name));
+        question.message = Texts::tr("The branch is only deleted if it is fully merged.");
+        question.action = [&window, &changes, name = ref.name] { deleteBranch(window, changes, name); };
+        break;
+    case GitRef::Kind::tag:
+        question.title = Texts::tr("Delete tag %1?").arg(inQuotes(ref.name));
+        question.message = Texts::tr("The tag is deleted locally. Remotes are not touched.");
+        question.action = [&changes, name = ref.name] { deleteTag(changes, name); };
+        break;
+    case GitRef::Kind::remote:
+        return;
+    }
+    window.ask(std::move(question));
+}
+
+void merge(Actors actors, const GitRef& ref)
+{
+    actors.changes.run({.verb = Verb::merge,
+                        .title = Texts::tr("Merging %1…").arg(shownText(ref.name)),
+                        .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); }});
+}
+
+void cherryPick(Actors actors, const std::string& hash)
+{
+    actors.changes.run({.verb = Verb::cherryPick,
+                        .title = Texts::tr("Cherry-picking…"),
+                        .operation = [hash](const GitRepository& repo) { repo.cherryPick(hash); }});
+}
+
+void revert(Actors actors, const std::string& hash)
+{
+    actors.changes.run({.verb = Verb::revert,
+                        .title = Texts::tr("Reverting…"),
+                        .operation = [hash](const GitRepository& repo) { repo.revert(hash); }});
+}
+
+} // namespace plovik::actions

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/BranchChange.h"
+#include "GitKit/records/GitRef.h"
+#include "app/store/actions/Actors.h"
+
+#include <optional>
+#include <string>
+
+namespace plovik::actions {
+
+/// Checks a branch or tag out; of a remote branch its local counterpart, which is made when there is none.
+void checkout(Actors actors, const gitkit::GitRef& ref);
+void checkoutCommit(Actors actors, const std::string& hash);
+/// `startPoint` is a full ref name or a hash; HEAD when absent.
+void createBranch(Actors actors, const std::string& name, const std::optional<std::string>& startPoint,
+                  gitkit::AfterCreating after);
+void createTag(Actors actors, const std::string& name, const std::string& target);
+/// Asks, and then deletes a local branch or a tag. Does nothing for a remote branch.
+void confirmDelete(Actors actors, const gitkit::GitRef& ref);
+
+void merge(Actors actors, const gitkit::GitRef& ref);
+void cherryPick(Actors actors, const std::string& hash);
+void revert(Actors actors, const std::string& hash);
+
+} // namespace plovik::actions

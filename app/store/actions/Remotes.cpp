@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/actions/Remotes.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "app/store/Changes.h"
+#include "app/store/Snapshot.h"
+#include "app/store/WindowState.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace plovik::actions {
+
+using gitkit::GitRepository;
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Remotes)
+};
+
+} // namespace
+
+void fetch(Actors actors)
+{
+    actors.changes.run({.verb = Verb::fetch, .title = Texts::tr("Fetching…"), .operation = &GitRepository::fetch});
+}
+
+void pull(Actors actors)
+{
+    actors.changes.run({.verb = Verb::pull, .title = Texts::tr("Pulling…"), .operation = &GitRepository::pull});
+}
+
+void push(Actors actors)
+{
+    const gitkit::RepoStatus& now = actors.snapshot.status.value();
+    if (!now.branch) {
+        actors.window.report({.message = Texts::tr("Cannot push: HEAD is detached. Check out a branch first.")});
+        return;
+    }
+    std::optional<std::string> upstreamRemote;
+    if (!now.upstream) {
+        const std::vector<std::string>& all = actors.snapshot.remotes.value();
+        if (all.empty()) {
+            actors.window.report({.message = Texts::tr("Cannot push: this repository has no remote.")});
+            return;
+        }
+        upstreamRemote = std::ranges::find(all, "origin") != all.end() ? "origin" : all.front();
+    }
+    actors.changes.run({.verb = Verb::push,
+                        .title = Texts::tr("Pushing…"),
+                        .operation = [branch = *now.branch, upstreamRemote](const GitRepository& repo) {
+                            repo.push(branch, upstreamRemote);
+                        }});
+}
+
+} // namespace plovik::actions

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/readers/CommitReaders.h"
+
+#include "GitKit/repository/Commits.h"
+#include "GitKit/repository/GitRepository.h"
+
+namespace plovik {
+
+gitkit::CommitDetail readCommit(const gitkit::GitRepository& repo, const CommitRequest& request)
+{
+    return repo.commitDetail(request.hash, request.kind);
+}
+
+std::vector<gitkit::ChangeCounts> readCounts(const gitkit::GitRepository& repo, const CommitRequest& request)
+{
+    return gitkit::changeCounts(repo, request.hash, request.kind);
+}
+
+gitkit::ParsedDiff readCommitDiff(const gitkit::GitRepository& repo, const CommitDiffRequest& request)
+{
+    return repo.commitDiff(request.hash, request.file, request.whiteSpace);
+}
+
+std::string readCommitHash(const gitkit::GitRepository& repo, const std::string& name)
+{
+    return gitkit::resolveCommit(repo, name);
+}
+
+} // namespace plovik

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/ChangeCounts.h"
+#include "GitKit/records/CommitDetail.h"
+#include "GitKit/records/CommitKind.h"
+#include "GitKit/records/ParsedDiff.h"
+
+#include <string>
+#include <vector>
+
+namespace gitkit {
+class GitRepository;
+} // namespace gitkit
+
+namespace plovik {
+
+// What views read of commits, for Latest. All block, on any thread, and throw what git refuses.
+
+struct CommitRequest {
+    std::string hash;
+    gitkit::CommitKind kind = gitkit::CommitKind::ordinary;
+    bool operator==(const CommitRequest&) const = default;
+};
+gitkit::CommitDetail readCommit(const gitkit::GitRepository& repo, const CommitRequest& request);
+/// Reads how many lines each file of the commit gains and loses, in the order of the files.
+std::vector<gitkit::ChangeCounts> readCounts(const gitkit::GitRepository& repo, const CommitRequest& request);
+
+struct CommitDiffRequest {
+    std::string hash;
+    gitkit::CommitFile file;
+    gitkit::WhiteSpace whiteSpace = gitkit::WhiteSpace::compared;
+    bool operator==(const CommitDiffRequest&) const = default;
+};
+gitkit::ParsedDiff readCommitDiff(const gitkit::GitRepository& repo, const CommitDiffRequest& request);
+
+/// Reads the full hash of the commit that a hash, a part of one or a name stands for.
+std::string readCommitHash(const gitkit::GitRepository& repo, const std::string& name);
+
+} // namespace plovik

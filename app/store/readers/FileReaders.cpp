@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/readers/FileReaders.h"
+
+#include "GitKit/repository/Blobs.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/runner/GitError.h"
+
+#include <string_view>
+#include <system_error>
+
+namespace plovik {
+
+namespace {
+
+using State = BlameLines::State;
+using namespace std::string_view_literals;
+
+/// As much as git looks at when it decides whether a file is text.
+constexpr std::size_t sampleSize = 8000;
+
+std::optional<State> unreadable(std::string_view beginning)
+{
+    // The longer mark begins with the shorter one.
+    if (beginning.starts_with("\xFF\xFE\0\0"sv) || beginning.starts_with("\0\0\xFE\xFF"sv))
+        return State::utf32;
+    if (beginning.starts_with("\xFF\xFE"sv) || beginning.starts_with("\xFE\xFF"sv))
+        return State::utf16;
+    if (beginning.find('\0') != std::string_view::npos)
+        return State::binary;
+    return std::nullopt;
+}
+
+std::optional<State> withoutLines(const gitkit::FileSample& sample)
+{
+    switch (sample.kind) {
+    case gitkit::FileSample::Kind::missing:
+        return State::missing;
+    case gitkit::FileSample::Kind::folder:
+        return State::folder;
+    case gitkit::FileSample::Kind::submodule:
+        return State::submodule;
+    case gitkit::FileSample::Kind::file:
+        break;
+    }
+    return sample.beginning.empty() ? State::empty : unreadable(sample.beginning);
+}
+
+std::optional<BlameStamp> stampOf(const std::filesystem::path& file, const std::string& head)
+{
+    std::error_code failure;
+    const auto changed = std::filesystem::last_write_time(file, failure);
+    const auto size = failure ? 0 : std::filesystem::file_size(file, failure);
+    return failure ? std::nullopt : std::optional(BlameStamp{head, changed, size});
+}
+
+} // namespace
+
+std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& repo, const WorkingDiffRequest& request)
+{
+    return repo.workingDiff(request.file, request.whiteSpace);
+}
+
+std::vector<gitkit::FileRevision> readFileHistory(const gitkit::GitRepository& repo, const FileHistoryRequest& request)
+{
+    return repo.fileLog(request.path, request.revision, request.limit);
+}
+
+DiffFiles readDiffFiles(const gitkit::GitRepository& repo, const DiffFilesRequest& request)
+{
+    return {gitkit::diffSizes(repo, request.source), gitkit::diffSides(repo, request.source, request.limit)};
+}
+
+BlameLines readBlame(const gitkit::GitRepository& repo, const BlameSource& source)
+{
+    BlameLines blame;
+    // Taken before the file is read, so that the next reading sees what changes in the meantime.
+    if (!source.revision)
+        blame.stamp = stampOf(repo.root() / source.path, source.head);
+    if (blame.stamp && blame.stamp == source.known) {
+        blame.state = State::unchanged;
+        return blame;
+    }
+    if (const auto state = withoutLines(gitkit::fileSample(repo, source.path, source.revision, sampleSize))) {
+        blame.state = *state;
+        return blame;
+    }
+    try {
+        blame.lines = repo.blame(source.path, source.revision);
+    } catch (const gitkit::GitError& refused) {
+        // The file is there, so it is git that has none of this name.
+        if (source.revision || refused.kind() != gitkit::ErrorKind::noSuchPath)
+            throw;
+        blame.state = State::untracked;
+    }
+    return blame;
+}
+
+} // namespace plovik

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/BlameLine.h"
+#include "GitKit/records/DiffSection.h"
+#include "GitKit/records/DiffSides.h"
+#include "GitKit/records/FileChange.h"
+#include "GitKit/records/FileRevision.h"
+#include "GitKit/records/SideSizes.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace gitkit {
+class GitRepository;
+} // namespace gitkit
+
+namespace plovik {
+
+// What views read of files, for Latest. All block, on any thread, and throw what git refuses.
+
+struct WorkingDiffRequest {
+    gitkit::FileChange file;
+    gitkit::WhiteSpace whiteSpace = gitkit::WhiteSpace::compared;
+    bool operator==(const WorkingDiffRequest&) const = default;
+};
+std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& repo, const WorkingDiffRequest& request);
+
+struct FileHistoryRequest {
+    std::string path;     ///< in `revision`, as bytes
+    std::string revision; ///< full hash
+    int limit = 0;        ///< commits at most
+    bool operator==(const FileHistoryRequest&) const = default;
+};
+std::vector<gitkit::FileRevision> readFileHistory(const gitkit::GitRepository& repo, const FileHistoryRequest& request);
+
+/// The files of a diff, those of up to `limit` bytes.
+struct DiffFilesRequest {
+    gitkit::DiffSource source;
+    std::size_t limit = 0;
+    bool operator==(const DiffFilesRequest&) const = default;
+};
+struct DiffFiles {
+    gitkit::SideSizes sizes;
+    gitkit::DiffSides sides;
+};
+DiffFiles readDiffFiles(const gitkit::GitRepository& repo, const DiffFilesRequest& request);
+
+/// What a blame of the working tree was made from: while it is the same, so is the blame.
+struct BlameStamp {
+    std::string head; ///< hash of the commit that is checked out
+    std::filesystem::file_time_type changed;
+    std::uintmax_t size = 0;
+    bool operator==(const BlameStamp&) const = default;
+};
+struct BlameSource {
+    std::string path;                     ///< as bytes
+    std::optional<std::string> revision;  ///< the working tree when absent
+    std::string head;                     ///< hash of the commit that is checked out
+    std::optional<BlameStamp> known = {}; ///< of a blame of the same file that is there already
+    bool operator==(const BlameSource&) const = default;
+};
+/// The blame of a file, or why there is none.
+struct BlameLines {
+    enum class State { unchanged, lines, empty, binary, utf16, utf32, missing, untracked, folder, submodule };
+
+    State state = State::lines;
+    std::vector<gitkit::BlameLine> lines = {};
+    std::optional<BlameStamp> stamp = {}; ///< of a file of the working tree
+};
+BlameLines readBlame(const gitkit::GitRepository& repo, const BlameSource& source);
+
+} // namespace plovik

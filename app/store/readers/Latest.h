@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/Failure.h"
+#include "app/store/GitAccess.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <utility>
+#include <variant>
+
+namespace plovik {
+
+/// Reads one thing after another for a view, off the main thread. The newest request wins: one that it overtakes is
+/// ended with the git that it runs, and its result is never shown. The last result stays until the next has come.
+///
+/// Owned by the view that shows the result; `git` outlives it. Main thread. Destroying it ends what it reads.
+template <typename Request, typename Result>
+class Latest {
+public:
+    /// Calls `changed` when a request has been answered or has failed. `changed` may ask again.
+    ///
+    /// `read` runs on the worker's threads, with a repository that asks the user for nothing.
+    Latest(const GitAccess& git, Result (*read)(const gitkit::GitRepository&, const Request&),
+           std::function<void()> changed)
+        : Latest(git, std::move(changed),
+                 [read](const auto& repo, const auto& request, auto) { return read(repo, request); })
+    {}
+
+    /// What is read for a part of the request, its base, becomes the result by `digest`, on the same thread.
+    template <typename Read, typename Part>
+    Latest(const GitAccess& git, Read (*read)(const gitkit::GitRepository&, const Part&),
+           Result (*digest)(Read, const Request&), std::function<void()> changed)
+        : Latest(git, std::move(changed), [read, digest](const auto& repo, const auto& request, auto) {
+              return digest(read(repo, request), request);
+          })
+    {}
+
+    /// What takes time without any repository; it ends soon after the stop is requested.
+    Latest(const GitAccess& git, Result (*work)(const Request&, const std::stop_token&), std::function<void()> changed)
+        : Latest(git, std::move(changed),
+                 [work](const auto&, const auto& request, std::stop_token stop) { return work(request, stop); })
+    {}
+
+    ~Latest() { stop_.request_stop(); }
+    Latest(const Latest&) = delete;
+    Latest& operator=(const Latest&) = delete;
+
+    /// Asks for something. Does nothing when it is what was asked for last, unless that has failed.
+    void ask(Request request)
+    {
+        if (asked_ == request && !failure_)
+            return;
+        asked_ = std::move(request);
+        start();
+    }
+
+    /// Asks for something whose answer may have changed in the meantime. A reading of the same that is under way ends
+    /// first, so that one that takes long is not begun again and again.
+    void askAgain(Request request)
+    {
+        if (isReading_ && asked_ == request) {
+            isOld_ = true;
+            return;
+        }
+        asked_ = std::move(request);
+        start();
+    }
+
+    /// Ends what is read, and keeps nothing.
+    void forget()
+    {
+        stop_.request_stop();
+        isReading_ = isOld_ = false;
+        ++number_;
+        asked_.reset();
+        answered_.reset();
+        result_.reset();
+        failure_.reset();
+    }
+
+    bool isReading() const { return isReading_; }
+    /// Returns the newest request.
+    const std::optional<Request>& asked() const { return asked_; }
+    /// Returns the newest result, and what it answers. While they differ from asked(), the result is an old one.
+    std::optional<Result>& result() { return result_; }
+    const std::optional<Request>& answered() const { return answered_; }
+    /// Returns why the newest request failed; nothing when it has not.
+    const std::optional<Failure>& failure() const { return failure_; }
+
+private:
+    using Job = std::function<Result(const gitkit::GitRepository&, const Request&, std::stop_token)>;
+
+    Latest(const GitAccess& git, std::function<void()> changed, Job job)
+        : git_(git), changed_(std::move(changed)), job_(std::move(job))
+    {}
+
+    void start()
+    {
+        stop_.request_stop();
+        stop_ = std::stop_source();
+        isReading_ = true;
+        isOld_ = false;
+        failure_.reset();
+        launch(reading(*asked_, ++number_));
+    }
+
+    QCoro::Task<> reading(Request request, qint64 number)
+    {
+        const std::weak_ptr alive(alive_);
+        std::optional<Result> result;
+        std::optional<Failure> failure;
+        try {
+            const std::stop_token stop = stop_.get_token();
+            result = co_await git_.template readWith<Result>(
+                [job = job_, request, stop](const gitkit::GitRepository& repo) { return job(repo, request, stop); },
+                stop);
+        } catch (const std::exception& thrown) {
+            failure = failureOf(thrown);
+        }
+        if (alive.expired() || number != number_)
+            co_return;
+        isReading_ = false;
+        failure_ = std::move(failure);
+        if (result) {
+            answered_ = std::move(request);
+            result_ = std::move(result);
+        }
+        const bool isOld = std::exchange(isOld_, false);
+        changed_();
+        if (isOld && !alive.expired() && !isReading_ && asked_)
+            start();
+    }
+
+    const GitAccess& git_;
+    std::function<void()> changed_;
+    Job job_;
+    std::optional<Request> asked_;
+    std::optional<Request> answered_;
+    std::optional<Result> result_;
+    std::optional<Failure> failure_;
+    std::stop_source stop_;
+    qint64 number_ = 0; ///< of the newest reading
+    bool isReading_ = false;
+    bool isOld_ = false; ///< the same was asked for again while it was read
+    AliveToken alive_ = std::make_shared<const std::monostate>();
+};
+
+} // namespace plovik
