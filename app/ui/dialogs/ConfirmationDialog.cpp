@@ -4,6 +4,7 @@
 #include "app/ui/dialogs/DialogParts.h"
 
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 

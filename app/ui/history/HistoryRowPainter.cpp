@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/ui/history/RowText.h"
 
+#include <QDateTime>
 #include <QFontMetricsF>
 #include <QGlyphRun>
 

@@ -10,9 +10,11 @@
 #include "app/ui/widgets/Separator.h"
 
 #include <QGuiApplication>
+#include <QHideEvent>
 #include <QLabel>
 #include <QScreen>
 #include <QShortcut>
+#include <QShowEvent>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
