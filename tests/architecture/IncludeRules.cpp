@@ -2,6 +2,8 @@
 #include "tests/architecture/IncludeRules.h"
 
 #include <algorithm>
+#include <deque>
+#include <optional>
 #include <span>
 
 namespace architecture {
@@ -16,6 +18,7 @@ struct Room {
     std::vector<std::string_view> mayInclude;
     Qt qt = Qt::any;
     std::vector<std::string_view> never = {};
+    std::vector<std::string_view> neverReach = {}; ///< through any number of headers
 };
 
 // The first room that a path begins with is its room, so the inner ones stand before the outer ones.
@@ -31,15 +34,30 @@ const std::vector<Room>& rooms()
         {"GitKit/PartialPatch", {"GitKit/records/"}, Qt::none},
         {"GitKit/", {}, Qt::none},
         {"app/await/", {}, Qt::coreOnly},
+        // Readers are used by the parts of the store and by views, so they know no part; no action knows the whole.
+        {"app/store/readers/",
+         {"GitKit/", "app/await/", "app/store/"},
+         Qt::coreOnly,
+         {},
+         {"app/store/WindowState", "app/store/Snapshot", "app/store/Changes", "app/store/Staging",
+          "app/store/CommitDraft", "app/store/History.h", "app/store/Trail", "app/store/actions/",
+          "app/store/RepositoryStore"}},
+        {"app/store/actions/",
+         {"GitKit/", "app/await/", "app/platform/SignIn.h", "app/store/"},
+         Qt::coreOnly,
+         {},
+         {"app/store/RepositoryStore"}},
         {"app/store/", {"GitKit/", "app/await/", "app/platform/SignIn.h"}, Qt::coreOnly},
         {"app/ui/",
          {"app/store/", "GitKit/records/", "GitKit/PartialPatch.h", "app/settings/", "app/platform/"},
          Qt::any,
-         {"GitKit/runner/GitRunner.h", "app/platform/linux/"}},
+         {"app/platform/linux/"},
+         {"GitKit/repository/", "GitKit/runner/"}},
         {"app/services/",
          {"app/await/", "app/settings/", "app/platform/", "GitKit/"},
          Qt::any,
-         {"app/platform/linux/"}},
+         {"app/platform/linux/"},
+         {"app/store/", "app/ui/", "app/shell/"}},
         {"app/settings/", {"app/platform/"}, Qt::any, {"app/platform/linux/"}},
         {"app/platform/linux/", {"app/platform/", "GitKit/UniqueFd.h"}},
         {"app/platform/", {}, Qt::any, {"app/platform/linux/"}},
@@ -118,22 +136,114 @@ std::vector<Include> includeOf(std::string_view line)
     return {{std::string(line.substr(1, end - 1)), quoted}};
 }
 
-std::vector<std::string> violationsOf(const Room& room, const std::string& path, const SourceTree& tree,
+/// What each file includes.
+using Graph = std::map<std::string, std::vector<Include>>;
+
+Graph graphOf(const SourceTree& tree)
+{
+    Graph graph;
+    for (const auto& [path, text] : tree)
+        graph.emplace(path, includesOf(text));
+    return graph;
+}
+
+std::vector<std::string> violationsOf(const Room& room, const std::string& path, const Graph& graph,
                                       const std::set<std::string>& qtCoreHeaders)
 {
     std::vector<std::string> found;
-    for (const auto& [name, quoted] : includesOf(tree.at(path))) {
+    for (const auto& [name, quoted] : graph.at(path)) {
         if (!quoted) {
             if (!qtAllowed(room, name, qtCoreHeaders))
                 found.push_back(path + " may not include <" + name + ">");
         } else if (!isGenerated(name)) {
-            if (!tree.contains(name))
+            if (!graph.contains(name))
                 found.push_back(path + " includes \"" + name + "\", which is no file named from the top of the tree");
             else if (!mayInclude(room, name))
                 found.push_back(path + " may not include \"" + name + "\"");
         }
     }
     return found;
+}
+
+using Chain = std::vector<std::string>;
+
+std::string written(const Chain& chain)
+{
+    std::string text = chain.front();
+    for (const auto& name : std::span(chain).subspan(1))
+        text += " -> " + name;
+    return text;
+}
+
+bool mayReach(const Room& room, const Include& include, const std::set<std::string>& qtCoreHeaders)
+{
+    return include.quoted ? !beginsWithAny(include.name, room.neverReach)
+                          : qtAllowed(room, include.name, qtCoreHeaders);
+}
+
+/// Returns the shortest way by which a file reaches through headers of other rooms what its own room must not reach.
+/// Where the way goes on inside the room, the violation is that of the next file.
+std::optional<Chain> wayOut(const Room& room, const std::string& path, const Graph& graph,
+                            const std::set<std::string>& qtCoreHeaders)
+{
+    std::set<std::string> seen = {path};
+    std::deque<Chain> open = {{path}};
+    for (; !open.empty(); open.pop_front()) {
+        const auto chain = open.front();
+        for (const auto& include : graph.at(chain.back())) {
+            auto next = chain;
+            next.push_back(include.name);
+            if (!mayReach(room, include, qtCoreHeaders)) {
+                // What a file of the room includes itself has been told already, unless its room allows it.
+                if (chain.size() > 1 || (include.quoted && mayInclude(room, include.name)))
+                    return next;
+            } else if (include.quoted && !include.name.starts_with(room.path) && graph.contains(include.name) &&
+                       seen.insert(include.name).second)
+            {
+                open.push_back(std::move(next));
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+/// A header and its source are one part, known by their common name.
+std::string partOf(const std::string& path) { return path.substr(0, path.rfind('.')); }
+
+std::map<std::string, std::set<std::string>> partsOfStore(const Graph& graph)
+{
+    std::map<std::string, std::set<std::string>> known;
+    for (const auto& [path, includes] : graph) {
+        if (!path.starts_with("app/store/"))
+            continue;
+        for (const auto& include : includes) {
+            if (graph.contains(include.name) && partOf(include.name) != partOf(path))
+                known[partOf(path)].insert(partOf(include.name));
+        }
+    }
+    return known;
+}
+
+/// Returns the shortest way from a part of the store back to itself, if it is the first of its circle by name.
+std::optional<Chain> circleOf(const std::string& part, const std::map<std::string, std::set<std::string>>& known)
+{
+    std::set<std::string> seen;
+    std::deque<Chain> open = {{part}};
+    for (; !open.empty(); open.pop_front()) {
+        const auto chain = open.front();
+        const auto knows = known.find(chain.back());
+        if (knows == known.end())
+            continue;
+        for (const auto& name : knows->second) {
+            auto next = chain;
+            next.push_back(name);
+            if (name == part)
+                return next;
+            if (name > part && seen.insert(name).second)
+                open.push_back(std::move(next));
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -153,6 +263,7 @@ std::vector<Include> includesOf(std::string_view text)
 
 std::vector<std::string> violations(const SourceTree& tree, const std::set<std::string>& qtCoreHeaders)
 {
+    const auto graph = graphOf(tree);
     std::vector<std::string> found;
     for (const auto& [path, text] : tree) {
         const auto room = std::ranges::find_if(rooms(), [&](const Room& each) { return path.starts_with(each.path); });
@@ -160,9 +271,16 @@ std::vector<std::string> violations(const SourceTree& tree, const std::set<std::
             found.push_back(path + " stands in no room");
             continue;
         }
-        std::ranges::move(violationsOf(*room, path, tree, qtCoreHeaders), std::back_inserter(found));
+        std::ranges::move(violationsOf(*room, path, graph, qtCoreHeaders), std::back_inserter(found));
+        if (const auto way = wayOut(*room, path, graph, qtCoreHeaders))
+            found.push_back(path + " may not reach " + way->back() + ": " + written(*way));
         if (path.ends_with(".h") && withoutComments(text).find("#pragma once") == std::string::npos)
             found.push_back(path + " can be read twice: #pragma once is missing");
+    }
+    const auto known = partsOfStore(graph);
+    for (const auto& [part, unused] : known) {
+        if (const auto circle = circleOf(part, known))
+            found.push_back("the store's parts form a circle: " + written(*circle));
     }
     return found;
 }

@@ -22,7 +22,8 @@ struct Include {
 /// Every include directive of a file, in order; those inside comments do not count.
 std::vector<Include> includesOf(std::string_view text);
 
-/// One sentence for each include that its file's room does not allow, and for each header that can be read twice.
+/// Returns one sentence for each violation: an include that its file's room does not allow, a way through headers of
+/// other rooms to what the room must not reach, a circle among the parts of the store, a header that can be read twice.
 ///
 /// `qtCoreHeaders` are the names by which headers of Qt Core can be included, all that the store may have of Qt.
 std::vector<std::string> violations(const SourceTree& tree, const std::set<std::string>& qtCoreHeaders);

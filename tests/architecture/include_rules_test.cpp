@@ -53,11 +53,17 @@ const SourceTree houseInOrder = {
     {"GitKit/records/Commit.h", "#pragma once\n#include <string>\n"},
     {"GitKit/runner/GitRunner.h", "#pragma once\n"},
     {"GitKit/parsers/LogParser.cpp", "#include \"GitKit/records/Commit.h\"\n// #include <QString>\n"},
-    {"GitKit/GitRepository.h", "#pragma once\n#include \"GitKit/runner/GitRunner.h\"\n"},
-    {"app/store/RepositoryStore.h",
-     "#pragma once\n#include \"GitKit/GitRepository.h\"\n#include <QString>\n#include <QCoroTask>\n"},
+    {"GitKit/repository/GitRepository.h", "#pragma once\n#include \"GitKit/runner/GitRunner.h\"\n"},
+    {"app/store/Snapshot.h", "#pragma once\n#include \"app/store/WindowState.h\"\n#include <QString>\n"},
+    {"app/store/WindowState.h", "#pragma once\n#include \"app/platform/SignIn.h\"\n#include <QCoroTask>\n"},
+    {"app/store/readers/Blame.h", "#pragma once\n"},
+    {"app/store/RepositoryStore.cpp",
+     "#include \"app/store/RepositoryStore.h\"\n#include \"GitKit/repository/GitRepository.h\"\n"},
+    {"app/store/RepositoryStore.h", "#pragma once\n#include \"app/store/Snapshot.h\"\n"},
     {"app/ui/HistoryView.cpp", "#include \"app/store/RepositoryStore.h\"\n#include <QWidget>\n#include \"x.moc\"\n"},
+    {"app/platform/SignIn.h", "#pragma once\n"},
     {"app/platform/Trash.h", "#pragma once\n"},
+    {"app/services/Watcher.cpp", "#include \"app/platform/Trash.h\"\n"},
     {"app/platform/linux/Trash.cpp", "#include \"app/platform/Trash.h\"\n"},
     {"app/shell/main.cpp", "#include \"app/platform/Trash.h\"\n"},
 };
@@ -78,8 +84,8 @@ TEST(IncludeRules, SeeEveryPlantedViolationAndNothingElse)
                 ElementsAre("GitKit/records/Commit.h may not include \"GitKit/runner/GitRunner.h\""));
     EXPECT_THAT(after("GitKit/parsers/LogParser.cpp", "  #  include\t\"GitKit/runner/GitRunner.h\"\n"),
                 ElementsAre("GitKit/parsers/LogParser.cpp may not include \"GitKit/runner/GitRunner.h\""));
-    EXPECT_THAT(after("GitKit/CommitGraph.h", "#pragma once\n#include \"GitKit/GitRepository.h\"\n"),
-                ElementsAre("GitKit/CommitGraph.h may not include \"GitKit/GitRepository.h\""));
+    EXPECT_THAT(after("GitKit/CommitGraph.h", "#pragma once\n#include \"GitKit/repository/GitRepository.h\"\n"),
+                ElementsAre("GitKit/CommitGraph.h may not include \"GitKit/repository/GitRepository.h\""));
     EXPECT_THAT(after("GitKit/runner/GitRunner.h", "/* why */ #include <QString>\n"),
                 ElementsAre("GitKit/runner/GitRunner.h may not include <QString>"));
     EXPECT_THAT(after("app/store/RepositoryStore.h", "#include <QtWidgets/QDialog>\n#include <QDialog>\n"),
@@ -87,8 +93,8 @@ TEST(IncludeRules, SeeEveryPlantedViolationAndNothingElse)
                             "app/store/RepositoryStore.h may not include <QDialog>"));
     EXPECT_THAT(after("app/ui/HistoryView.cpp", "#include \"GitKit/runner/GitRunner.h\"\n"),
                 ElementsAre("app/ui/HistoryView.cpp may not include \"GitKit/runner/GitRunner.h\""));
-    EXPECT_THAT(after("app/settings/Settings.cpp", "#include \"GitKit/GitRepository.h\"\n"),
-                ElementsAre("app/settings/Settings.cpp may not include \"GitKit/GitRepository.h\""));
+    EXPECT_THAT(after("app/settings/Settings.cpp", "#include \"GitKit/repository/GitRepository.h\"\n"),
+                ElementsAre("app/settings/Settings.cpp may not include \"GitKit/repository/GitRepository.h\""));
     EXPECT_THAT(after("app/platform/linux/Trash.cpp", "#include \"app/store/RepositoryStore.h\"\n"),
                 ElementsAre("app/platform/linux/Trash.cpp may not include \"app/store/RepositoryStore.h\""));
     EXPECT_THAT(after("app/shell/main.cpp", "#include \"app/platform/linux/Trash.cpp\"\n"),
@@ -99,6 +105,31 @@ TEST(IncludeRules, SeeEveryPlantedViolationAndNothingElse)
     EXPECT_THAT(after("app/ui/Theme.h", "// #pragma once\n"),
                 ElementsAre("app/ui/Theme.h can be read twice: #pragma once is missing"));
     EXPECT_THAT(after("app/shell/main.cpp", "/*\n#include \"nowhere.h\"\n*/\n"), IsEmpty());
+}
+
+TEST(IncludeRules, AreFollowedThroughOtherHeaders)
+{
+    EXPECT_THAT(after("app/store/WindowState.h", "#include \"GitKit/repository/GitRepository.h\"\n"),
+                ElementsAre("app/ui/HistoryView.cpp may not reach GitKit/repository/GitRepository.h: "
+                            "app/ui/HistoryView.cpp -> app/store/RepositoryStore.h -> app/store/Snapshot.h -> "
+                            "app/store/WindowState.h -> GitKit/repository/GitRepository.h"));
+    EXPECT_THAT(after("app/platform/SignIn.h", "#include <QWidget>\n"),
+                ElementsAre("app/store/WindowState.h may not reach QWidget: "
+                            "app/store/WindowState.h -> app/platform/SignIn.h -> QWidget"));
+    EXPECT_THAT(after("app/platform/Trash.h", "#include \"app/store/Snapshot.h\"\n"),
+                ElementsAre("app/platform/Trash.h may not include \"app/store/Snapshot.h\"",
+                            "app/services/Watcher.cpp may not reach app/store/Snapshot.h: "
+                            "app/services/Watcher.cpp -> app/platform/Trash.h -> app/store/Snapshot.h"));
+    EXPECT_THAT(after("app/store/readers/Blame.h", "#include \"app/store/Snapshot.h\"\n"),
+                ElementsAre("app/store/readers/Blame.h may not reach app/store/Snapshot.h: "
+                            "app/store/readers/Blame.h -> app/store/Snapshot.h"));
+}
+
+TEST(IncludeRules, SeeACircleThroughASource)
+{
+    EXPECT_THAT(after("app/store/WindowState.cpp", "#include \"app/store/RepositoryStore.h\"\n"),
+                ElementsAre("the store's parts form a circle: app/store/RepositoryStore -> app/store/Snapshot -> "
+                            "app/store/WindowState -> app/store/RepositoryStore"));
 }
 
 TEST(IncludeRules, HoldInThisTree)
