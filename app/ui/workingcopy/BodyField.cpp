@@ -11,8 +11,6 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
@@ -21,7 +19,7 @@ constexpr int guideColumn = 72;
 constexpr int fewestLines = 5;
 constexpr int mostLines = 12;
 
-/// Where a block passes the guide's column, in the block's own coordinates; a null line when it does not.
+/// Returns the mark at the guide column in the coordinates of the block, or a null line when the block is shorter.
 QLineF guideIn(const QTextBlock& block)
 {
     if (block.length() - 1 <= guideColumn)
@@ -37,8 +35,8 @@ QLineF guideIn(const QTextBlock& block)
 
 BodyField::BodyField(QWidget* parent) : QPlainTextEdit(parent)
 {
-    setAccessibleName(u"Commit Body"_s);
-    setPlaceholderText(u"Body"_s);
+    setAccessibleName(tr("Commit Body"));
+    setPlaceholderText(tr("Body"));
     setTabChangesFocus(true);
     setFrameShape(NoFrame);
     viewport()->setAutoFillBackground(false);
@@ -49,7 +47,7 @@ BodyField::BodyField(QWidget* parent) : QPlainTextEdit(parent)
 
 QString BodyField::text() const
 {
-    // Not toPlainText(), which makes ordinary spaces of those that must not break.
+    // toPlainText() would turn no-break spaces into ordinary ones.
     QString text = document()->toRawText();
     for (const QChar end : {QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
         text.replace(end, u'\n');
@@ -62,7 +60,7 @@ void BodyField::replaceText(const QString& text)
     cursor.beginEditBlock();
     cursor.select(QTextCursor::Document);
     cursor.insertText(text);
-    // Otherwise what is typed next would become a part of this step.
+    // Without a change of format the next typed text would join this undo step.
     QTextBlockFormat mark = cursor.blockFormat();
     mark.setProperty(QTextFormat::UserProperty, mark.intProperty(QTextFormat::UserProperty) + 1);
     cursor.setBlockFormat(mark);
@@ -71,7 +69,7 @@ void BodyField::replaceText(const QString& text)
 
 QSize BodyField::sizeHint() const
 {
-    // This kind of document measures its height in lines. A little more than they need, or it would scroll.
+    // The document measures its height in lines. A few pixels more keep the editor from scrolling.
     const int lines = std::clamp(static_cast<int>(document()->size().height()), fewestLines, mostLines);
     const int height = lines * fontMetrics().lineSpacing() + qRound(2 * document()->documentMargin()) + 4;
     return {120, height};

@@ -5,17 +5,17 @@
 
 namespace plovik {
 
-/// The rest of a commit message. Grows with its text from five lines to twelve; a quiet mark stands in every line that
-/// goes past the 72nd column, where it passes it. Main thread.
+/// The editor for the body of a commit message. It grows with its text from five lines to twelve, and marks the 72nd
+/// column in every line that is longer. Main thread.
 class BodyField : public QPlainTextEdit {
     Q_OBJECT
 
 public:
     explicit BodyField(QWidget* parent = nullptr);
 
-    /// The text with every character as it was typed; lines end in line feeds.
+    /// Returns the text with every character as it was typed. Lines end in line feeds.
     QString text() const;
-    /// Writes a whole text as one step that can be undone.
+    /// Replaces the whole text as one step that can be undone.
     void replaceText(const QString& text);
 
     QSize sizeHint() const override;
@@ -30,7 +30,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 };
 
-/// A body field on a panel that looks like the other fields. Takes the field as its own.
+/// A frame around a body field that looks like that of the other fields. Becomes the parent of the field.
 class BodyPanel : public QWidget {
     Q_OBJECT
 

@@ -12,12 +12,13 @@ class ChangedFileDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// Where a click means the check box: more than the box, so that it is easy to hit.
+    /// Returns whether a click at `point` means the check box. The area is larger than the box, so that it is easy to
+    /// hit.
     static bool isOnCheckBox(const QRect& row, const QPoint& point);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
-    /// The list deals with clicks and keys itself.
+    /// Does nothing, since the list handles clicks and keys itself.
     bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
                      const QModelIndex& index) override;
 };

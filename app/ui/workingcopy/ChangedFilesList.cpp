@@ -8,11 +8,9 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
-ChangedFilesList::ChangedFilesList(QWidget* parent) : RowList(u"Changed Files"_s, parent)
+ChangedFilesList::ChangedFilesList(QWidget* parent) : RowList(tr("Changed Files"), parent)
 {
     setSelectionMode(ExtendedSelection);
     setItemDelegate(new ChangedFileDelegate(this));
@@ -49,7 +47,7 @@ void ChangedFilesList::mouseDoubleClickEvent(QMouseEvent* event)
 
 void ChangedFilesList::mouseMoveEvent(QMouseEvent* event)
 {
-    // Dragging away from a check box selects nothing.
+    // A drag that began on a check box selects nothing.
     if (!isPressing_)
         RowList::mouseMoveEvent(event);
 }
@@ -92,7 +90,7 @@ void ChangedFilesList::keyPressEvent(QKeyEvent* event)
         RowList::keyPressEvent(event);
         return;
     }
-    // A held key asks once.
+    // A key that is held asks only once.
     if (!event->isAutoRepeat() && selectCurrent())
         Q_EMIT(this->*request)();
 }
@@ -110,7 +108,7 @@ void ChangedFilesList::keyboardSearch(const QString& typed)
     const bool goesOn = sinceTyped_.isValid() && !sinceTyped_.hasExpired(QApplication::keyboardInputInterval());
     sinceTyped_.start();
     typed_ = goesOn ? typed_ + typed : typed;
-    // The same letter again and again steps through the files that begin with it.
+    // Typing the same letter repeatedly steps through the files that begin with it.
     const bool isOneLetter = typed_.count(typed_.front(), Qt::CaseInsensitive) == typed_.size();
     const int from = currentIndex().row() + (isOneLetter ? 1 : 0);
     if (const QModelIndex found = nextMatch(isOneLetter ? typed_.left(1) : typed_, from); found.isValid())

@@ -8,8 +8,8 @@
 
 namespace plovik {
 
-/// The list of changed files with its mouse and keyboard: says what the user asks for and does none of it. Typing finds
-/// a file by the beginning of its name or of its path. Main thread.
+/// The list of changed files. It turns mouse and keyboard into signals and changes no file itself. Typing finds a file by
+/// the beginning of its name or of its path. Main thread.
 class ChangedFilesList : public RowList {
     Q_OBJECT
 
@@ -19,9 +19,9 @@ public:
     void keyboardSearch(const QString& typed) override;
 
 Q_SIGNALS:
-    /// A click on a row's check box; the selection is as it was.
+    /// The check box of a row was clicked. The selection has not changed.
     void checkBoxClicked(const QModelIndex& index);
-    /// The space bar; there is a selection.
+    /// The space bar was pressed and there is a selection.
     void toggleRequested();
     void openRequested();
     void discardRequested();
@@ -38,11 +38,11 @@ protected:
 private:
     QModelIndex checkBoxAt(const QPoint& point) const;
     bool pressCheckBox(const QMouseEvent& event);
-    /// Selects the row that the keyboard is on when nothing is selected; false when there is no such row either.
+    /// Selects the current row when nothing is selected. Returns false when there is no current row either.
     bool selectCurrent();
     QModelIndex nextMatch(const QString& typed, int from) const;
 
-    QPersistentModelIndex pressed_; ///< the row whose check box the button went down on
+    QPersistentModelIndex pressed_; ///< the row whose check box was pressed
     bool isPressing_ = false;
     QString typed_;
     QElapsedTimer sinceTyped_;

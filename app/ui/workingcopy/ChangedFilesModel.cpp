@@ -14,7 +14,7 @@ namespace plovik {
 
 namespace {
 
-/// Of the paths, and of which of them come first.
+/// Returns a hash of the paths and of which of them are in conflict, since those come first.
 std::size_t hashOfRows(const std::vector<gitkit::FileChange>& files)
 {
     std::size_t hash = files.size();
@@ -29,13 +29,15 @@ QString description(const gitkit::FileChange& file, gitkit::StageState state)
     const QString change = statusDescription(file.statusCode());
     switch (state) {
     case gitkit::StageState::full:
-        return change + u", staged"_s;
+        return ChangedFilesModel::tr("%1, staged").arg(change);
     case gitkit::StageState::partial:
-        return change + u", partially staged"_s;
+        return ChangedFilesModel::tr("%1, partially staged").arg(change);
     case gitkit::StageState::none:
         break;
     }
-    return file.isUntracked() || file.isConflicted ? change : change + u", not staged"_s;
+    if (file.isUntracked() || file.isConflicted)
+        return change;
+    return ChangedFilesModel::tr("%1, not staged").arg(change);
 }
 
 } // namespace

@@ -12,10 +12,10 @@
 
 namespace plovik {
 
-/// The changed files of the store's status, one row each, in its order but for the conflicted ones, which come
-/// first; a row's check state is its file's stage state.
-/// Holds no copy of them: whoever observes the store must call rebuild() as soon as the status changes and
-/// stagingChanged() when only the stage states do. Main thread.
+/// The changed files of the store's status, one row each: the conflicted files first, then the others, each in the order
+/// of the status. The check state of a row is the stage state of its file. The model holds no copy of the files: the
+/// view that observes the store calls rebuild() as soon as the status changes, and stagingChanged() when only the stage
+/// states change. Main thread.
 class ChangedFilesModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
     /// `store` outlives the model.
     explicit ChangedFilesModel(const RepositoryStore& store, QObject* parent = nullptr);
 
-    /// Takes over the status: as changed rows where the paths are the same, as a reset where they are not.
+    /// Announces a new status: as changed data when the paths are the same, and as a reset otherwise.
     void rebuild();
     void stagingChanged();
 
@@ -37,19 +37,18 @@ public:
 private:
     const std::vector<gitkit::FileChange>& files() const { return store_.snapshot().status.value().files; }
 
-    /// Where in the status the file of a row stands.
+    /// Returns the index in the status of the file of a row.
     std::size_t placeOf(int row) const;
     void arrange();
 
     const RepositoryStore& store_;
-    std::vector<std::uint32_t> order_; ///< places in the status, row by row; empty where it is the same order
-    /// Tells a list of other files from a change in the same ones, for the old list is gone when the new one is
-    /// announced.
+    std::vector<std::uint32_t> order_; ///< indexes in the status by row; empty when rows have the order of the status
+    /// Tells whether a new status has the same files. The old status is gone when the new one is announced.
     std::size_t rowsHash_ = 0;
     int rowCount_ = 0;
 };
 
-/// A changed file's path to look at; a rename's is "old → new".
+/// Returns the path of a changed file as text to show, "old → new" for a rename.
 QString shownPath(const gitkit::FileChange& file);
 
 Qt::CheckState checkState(gitkit::StageState state);

@@ -28,11 +28,11 @@ constexpr std::chrono::milliseconds draftPause{300};
 
 CommitBox::CommitBox(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), subject_(new SubjectField(this)), body_(new BodyField),
-      amend_(new QCheckBox(u"Amend"_s, this)), commit_(new QPushButton(u"Commit"_s, this))
+      amend_(new QCheckBox(tr("Amend"), this)), commit_(new QPushButton(tr("Commit"), this))
 {
-    amend_->setAccessibleName(u"Amend"_s);
-    amend_->setToolTip(u"Replace the last commit instead of adding one"_s);
-    commit_->setAccessibleName(u"Commit"_s);
+    amend_->setAccessibleName(tr("Amend"));
+    amend_->setToolTip(tr("Replace the last commit instead of adding one"));
+    commit_->setAccessibleName(tr("Commit"));
     commit_->setProperty("primary", true);
     commit_->setFocusPolicy(Qt::TabFocus);
     QFont strong = commit_->font();
@@ -146,7 +146,7 @@ void CommitBox::showMessage()
         if (body_->text() != body)
             body_->replaceText(body);
     }
-    // The message of the commit to amend is kept by git; coming back without "Amend", it would only be in the way.
+    // The message of an amended commit is not saved: git has it, and it must not return without "Amend".
     if (subject.isEmpty() && body.isEmpty())
         keepDraft();
     else if (!store_.draft().amend.value())
@@ -156,7 +156,7 @@ void CommitBox::showMessage()
 void CommitBox::activityChanged()
 {
     const bool wasCommitting = std::exchange(isCommitting_, store_.changes().isRunning({Verb::commit, Verb::amend}));
-    // What was typed now would be gone with the message that is being committed.
+    // Text that is typed now would be lost when the fields are emptied after the commit.
     subject_->setReadOnly(isCommitting_);
     body_->setReadOnly(isCommitting_);
     updateControls();
@@ -176,15 +176,15 @@ QString CommitBox::whyNotCommit() const
     if (store_.changes().activity.value())
         return *store_.changes().activity.value();
     if (store_.snapshot().status.value().stagedCount() == 0 && !store_.draft().amend.value())
-        return u"Nothing is staged"_s;
-    return u"A commit needs a subject"_s;
+        return tr("Nothing is staged");
+    return tr("A commit needs a subject");
 }
 
 void CommitBox::updateControls()
 {
     const bool canCommit = store_.draft().canCommit();
     commit_->setEnabled(canCommit);
-    commit_->setToolTip(canCommit ? u"Commit (Ctrl+Return)"_s : whyNotCommit());
+    commit_->setToolTip(canCommit ? tr("Commit (Ctrl+Return)") : whyNotCommit());
     amend_->setChecked(store_.draft().amend.value());
     amend_->setEnabled(!isCommitting_ &&
                        (store_.snapshot().status.value().hasCommits() || store_.draft().amend.value()));
@@ -192,7 +192,7 @@ void CommitBox::updateControls()
 
 void CommitBox::commit()
 {
-    // A button that is disabled while it has the focus would hand it to who knows whom.
+    // Qt would move the focus to another widget when the button is disabled.
     if (commit_->hasFocus())
         subject_->setFocus(Qt::OtherFocusReason);
     store_.draft().commit();
@@ -202,7 +202,7 @@ void CommitBox::keepDraft()
 {
     draftDelay_.stop();
     if (store_.draft().holdsPreparedMessage())
-        return; // git keeps it, and it goes when what it is for is over
+        return; // git keeps it until the operation is over
     const commitDrafts::Draft draft{store_.draft().commitSubject.value(), store_.draft().commitBody.value()};
     commitDrafts::keep(store_.root(), draft);
 }

@@ -17,15 +17,16 @@ namespace plovik {
 class BodyField;
 class SubjectField;
 
-/// Subject, body, "Amend" and the button that commits; one with the store's fields. What was typed is kept until it is
-/// committed, and comes back when the store knows of no message yet. Main thread.
+/// The editor of the commit draft: subject, body, "Amend" and the button that commits. It follows the draft of the store
+/// in both directions. Typed text is saved until it is committed, and is restored when the store has no message yet.
+/// Main thread.
 class CommitBox : public QWidget {
     Q_OBJECT
 
 public:
     /// `store` outlives the box.
     explicit CommitBox(RepositoryStore& store, QWidget* parent = nullptr);
-    /// Returns when the draft is on disk.
+    /// Waits until the draft is on disk.
     ~CommitBox() override;
 
     void commit();
@@ -62,7 +63,7 @@ private:
     QTimer draftDelay_;
     bool isUpdating_ = false;   ///< the fields change because of the store, not because of the user
     bool isTyping_ = false;     ///< the store changes because of the fields
-    bool isCommitting_ = false; ///< git is at it
+    bool isCommitting_ = false; ///< a commit is running
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -13,8 +13,6 @@
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
@@ -26,12 +24,12 @@ QCoro::Task<> ignoringResult(QCoro::Task<bool> task) { co_await task; }
 void writeCommitMessage(RepositoryStore& store) { launch(ignoringResult(store.draft().generateCommitMessage())); }
 
 MessageButtons::MessageButtons(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), write_(new IconButton(Icon::sparkles, u"Write Commit Message"_s, this)),
-      more_(new IconButton(Icon::next, u"Commit Message Options"_s, this)), spinner_(new Spinner(this)),
-      writing_(new QLabel(u"Writing…"_s, this)), cancel_(new QPushButton(u"Cancel"_s, this))
+    : QWidget(parent), store_(store), write_(new IconButton(Icon::sparkles, tr("Write Commit Message"), this)),
+      more_(new IconButton(Icon::next, tr("Commit Message Options"), this)), spinner_(new Spinner(this)),
+      writing_(new QLabel(tr("Writing…"), this)), cancel_(new QPushButton(tr("Cancel"), this))
 {
-    cancel_->setAccessibleName(u"Cancel Commit Message"_s);
-    cancel_->setToolTip(u"Stop writing and leave the message as it is"_s);
+    cancel_->setAccessibleName(tr("Cancel Commit Message"));
+    cancel_->setToolTip(tr("Stop writing and leave the message as it is"));
     cancel_->setProperty("compact", true);
     cancel_->setFocusPolicy(Qt::TabFocus);
     more_->setFixedWidth(18);
@@ -75,8 +73,8 @@ void MessageButtons::showMenu()
     auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const bool canWrite = write_->isEnabled();
-    menu->addAction(u"Write Commit Message"_s, this, &MessageButtons::write)->setEnabled(canWrite);
-    menu->addAction(u"Show What Is Sent…"_s, this, [this] { store_.window().showSheet(SentChangesSheet{}); })
+    menu->addAction(tr("Write Commit Message"), this, &MessageButtons::write)->setEnabled(canWrite);
+    menu->addAction(tr("Show What Is Sent…"), this, [this] { store_.window().showSheet(SentChangesSheet{}); })
         ->setEnabled(canWrite);
     menu->popup(more_->mapToGlobal(QPoint(0, more_->height())));
 }
@@ -93,8 +91,8 @@ void MessageButtons::showState()
         widget->setVisible(isWriting);
     const bool hasStaged = store_.snapshot().status.value().stagedCount() > 0;
     write_->setEnabled(hasStaged);
-    write_->setToolTip(hasStaged ? u"Write a commit message for the staged changes with AI"_s
-                                 : u"Stage changes to have a commit message written for them"_s);
+    write_->setToolTip(hasStaged ? tr("Write a commit message for the staged changes with AI")
+                                 : tr("Stage changes to have a commit message written for them"));
     if (hadFocus && !isWriting)
         write_->setFocus(Qt::OtherFocusReason);
 }

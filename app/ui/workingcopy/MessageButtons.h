@@ -16,8 +16,8 @@ namespace plovik {
 class IconButton;
 class Spinner;
 
-/// The button that has the commit message written, with a menu of what belongs to it; while a message is being written,
-/// a spinner and "Cancel" in its place. There only while the settings say so. Main thread.
+/// The button that has a commit message written, with its menu. While a message is being written, a spinner and "Cancel"
+/// take their place. Shown only while the settings enable it. Main thread.
 class MessageButtons : public QWidget {
     Q_OBJECT
 
@@ -40,7 +40,7 @@ private:
     std::vector<QPropertyNotifier> notifiers_;
 };
 
-/// Has a message written for what is staged.
+/// Starts writing a message for the staged changes.
 void writeCommitMessage(RepositoryStore& store);
 
 } // namespace plovik

@@ -8,8 +8,6 @@
 #include <QLabel>
 #include <QPushButton>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
@@ -26,8 +24,8 @@ QPushButton* makeButton(const QString& title, QWidget* parent)
 } // namespace
 
 StagingBar::StagingBar(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), stageAll_(makeButton(u"Stage All"_s, this)),
-      unstageAll_(makeButton(u"Unstage All"_s, this)), count_(new QLabel(this))
+    : QWidget(parent), store_(store), stageAll_(makeButton(tr("Stage All"), this)),
+      unstageAll_(makeButton(tr("Unstage All"), this)), count_(new QLabel(this))
 {
     count_->setTextFormat(Qt::PlainText);
     count_->setForegroundRole(QPalette::PlaceholderText);
@@ -61,7 +59,7 @@ void StagingBar::showCounts()
     }
     stageAll_->setEnabled(whole < files.size());
     unstageAll_->setEnabled(touched > 0);
-    count_->setText(files.empty() ? QString() : u"%L1 of %L2 staged"_s.arg(touched).arg(files.size()));
+    count_->setText(files.empty() ? QString() : tr("%L1 of %L2 staged").arg(touched).arg(files.size()));
 }
 
 } // namespace plovik

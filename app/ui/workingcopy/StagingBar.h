@@ -13,7 +13,8 @@ class QPushButton;
 
 namespace plovik {
 
-/// Under the list of changed files: staging all, unstaging all, and how many files have something staged. Main thread.
+/// The bar under the list of changed files: "Stage All", "Unstage All", and how many files have staged changes. Main
+/// thread.
 class StagingBar : public QWidget {
     Q_OBJECT
 

@@ -32,10 +32,10 @@ QString withPlainLineEnds(QString text)
 
 SubjectField::SubjectField(QWidget* parent) : QLineEdit(parent), length_(new QLabel(this))
 {
-    setAccessibleName(u"Commit Subject"_s);
-    setPlaceholderText(u"Subject"_s);
+    setAccessibleName(tr("Commit Subject"));
+    setPlaceholderText(tr("Subject"));
     setMinimumHeight(32);
-    length_->setAccessibleName(u"Subject Length"_s);
+    length_->setAccessibleName(tr("Subject Length"));
     length_->setForegroundRole(QPalette::WindowText);
     length_->setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(this, &QLineEdit::textChanged, this, &SubjectField::showLength);
@@ -68,7 +68,7 @@ void SubjectField::enterLines(const QString& lines)
     const QString message = lines.trimmed();
     const qsizetype end = message.indexOf(u'\n');
     if (end < 0) {
-        // One line that was copied with its end.
+        // This is one line that was copied with its line end.
         insert(message);
         return;
     }
@@ -81,7 +81,7 @@ void SubjectField::enterLines(const QString& lines)
 
 void SubjectField::takeOutLines(const QString& text)
 {
-    // A menu or a drop has put them in without asking.
+    // The context menu and drops insert text without keyPressEvent().
     const QString lines = withPlainLineEnds(text);
     if (!lines.contains(u'\n'))
         return;
@@ -99,10 +99,10 @@ void SubjectField::showLength()
                 : length > quietLength ? &Theme::text
                                        : &Theme::secondaryText);
     followFont(*length_, -1, isTooLong ? QFont::Bold : QFont::Normal);
-    const QString tooLong = u"Longer than 72 characters: many places cut such a subject short."_s;
+    const QString tooLong = tr("Longer than 72 characters: many places cut such a subject short.");
     setToolTip(isTooLong ? tooLong : QString());
-    setAccessibleDescription(
-        length == 0 ? QString() : u"%1 characters. %2"_s.arg(length).arg(isTooLong ? tooLong : QString()).trimmed());
+    const QString told = tr("%n character(s).", nullptr, static_cast<int>(length));
+    setAccessibleDescription(length == 0 ? QString() : isTooLong ? tr("%1 %2").arg(told, tooLong) : told);
     placeLength();
 }
 

@@ -7,19 +7,19 @@ class QLabel;
 
 namespace plovik {
 
-/// The first line of a commit message, with its length in characters inside the field: quiet, plain past 50, in the
-/// warning's colour past 72. Pasted text of several lines leaves its first line here. Main thread.
+/// The editor for the first line of a commit message. It shows the length in characters: grey up to 50, plain up to 72,
+/// and in the colour of a warning beyond. Of pasted lines it keeps the first. Main thread.
 class SubjectField : public QLineEdit {
     Q_OBJECT
 
 public:
     explicit SubjectField(QWidget* parent = nullptr);
 
-    /// Writes a whole text as one step that can be undone.
+    /// Replaces the whole text as one step that can be undone.
     void replaceText(const QString& text);
 
 Q_SIGNALS:
-    /// The lines after the first, with what stood behind the place where they were pasted.
+    /// Lines were pasted. `lines` are those after the first, and the text that followed the place of pasting.
     void moreLinesEntered(const QString& lines);
     void focusLost();
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/WorkingCopyView.h"
-#include "app/store/actions/DesktopFiles.h"
 
+#include "app/store/actions/DesktopFiles.h"
 #include "app/ui/diff/WorkingDiffPane.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/ScrollKeeper.h"
@@ -17,8 +17,6 @@
 #include <QScopedValueRollback>
 #include <QShortcut>
 #include <QVBoxLayout>
-
-using namespace Qt::StringLiterals;
 
 namespace plovik {
 
@@ -56,7 +54,7 @@ QWidget* WorkingCopyView::makeFilesPane()
     auto* column = new QVBoxLayout(pane);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    // Over the list, not instead of it: a list that is hidden would lose the focus.
+    // The sentence lies over the list, since a hidden list would lose the focus.
     auto* files = new QGridLayout;
     files->addWidget(list_, 0, 0);
     files->addWidget(empty_, 0, 0);
@@ -126,15 +124,14 @@ void WorkingCopyView::updateEmptyState()
     const gitkit::RepoStatus& status = store_.snapshot().status.value();
     empty_->setVisible(status.files.empty());
     if (!store_.snapshot().readProblem.value().isEmpty())
-        empty_->setText(u"The Working Copy Could Not Be Read"_s,
-                        u"Git's own words stand above. Changes are listed here "
-                        u"as soon as it can be read again."_s);
+        empty_->setText(tr("The Working Copy Could Not Be Read"),
+                        tr("Git's own words stand above. Changes are listed here as soon as it can be read again."));
     else if (!store_.snapshot().hasLoaded.value())
         empty_->setText({}, {});
     else if (!status.hasCommits())
-        empty_->setText(u"No Changes"_s, u"Nothing has been committed yet. New files are listed here."_s);
+        empty_->setText(tr("No Changes"), tr("Nothing has been committed yet. New files are listed here."));
     else
-        empty_->setText(u"No Changes"_s, u"Everything is committed."_s);
+        empty_->setText(tr("No Changes"), tr("Everything is committed."));
 }
 
 void WorkingCopyView::userSelected()
@@ -165,7 +162,7 @@ void WorkingCopyView::showStoreSelection()
     }
     const QScopedValueRollback updating(isUpdating_, true);
     list_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    // The keyboard goes on from the selection, not from the top.
+    // The arrow keys start from the selection.
     if (!selection.isEmpty() && !list_->currentIndex().isValid())
         list_->selectionModel()->setCurrentIndex(selection.front().topLeft(), QItemSelectionModel::NoUpdate);
 }
@@ -194,7 +191,7 @@ void WorkingCopyView::showMenu(const QPoint& globalPosition)
     const Staging::Files files = store_.staging().selectedFiles();
     if (files.empty())
         return;
-    const QString openTitle = editorTitle_ ? editorTitle_() : u"Open in Default Editor"_s;
+    const QString openTitle = editorTitle_ ? editorTitle_() : tr("Open in Default Editor");
     QMenu* menu = makeChangedFilesMenu(store_, files, openTitle, list_);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(globalPosition);
@@ -202,7 +199,7 @@ void WorkingCopyView::showMenu(const QPoint& globalPosition)
 
 void WorkingCopyView::committed()
 {
-    // The next commit can start from the keyboard, unless the user has gone elsewhere meanwhile.
+    // The next commit can start from the keyboard, unless the user has moved the focus to another view.
     const QWidget* focus = window()->focusWidget();
     if (!isVisible() || (focus && !isAncestorOf(focus)))
         return;

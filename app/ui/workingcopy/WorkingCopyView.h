@@ -20,9 +20,9 @@ class CommitBox;
 class EmptyState;
 class ScrollKeeper;
 
-/// The detail area of the working copy: the changed files, or why there are none to see, with the commit box under
-/// them; at their right the selected file's changes. The list's selection and the store's selected paths are one. Main
-/// thread.
+/// The view of the working copy: the changed files, or a sentence that says why there are none, with the commit box
+/// under them, and at their right the changes of the selected files. The selection of the list follows the selected
+/// paths of the store in both directions. Main thread.
 class WorkingCopyView : public QWidget {
     Q_OBJECT
 
@@ -30,7 +30,8 @@ public:
     /// `store` outlives the view.
     explicit WorkingCopyView(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// Who says how the command that opens files in the user's editor is called; asked whenever a menu opens.
+    /// Sets the function that returns the title of the command that opens files in the user's editor. It is called
+    /// whenever a menu opens.
     void setEditorTitle(std::function<QString()> title) { editorTitle_ = std::move(title); }
 
     QListView* list() const;
@@ -58,7 +59,7 @@ private:
     ScrollKeeper* scroll_ = nullptr;
     std::function<QString()> editorTitle_;
     bool isUpdating_ = false; ///< the list changes because of the store, not because of the user
-    int currentRow_ = 0;      ///< where the keyboard is; the row outlives the file
+    int currentRow_ = 0;      ///< the current row, kept when its file is gone
     std::string currentPath_;
     std::vector<QPropertyNotifier> notifiers_;
 };
