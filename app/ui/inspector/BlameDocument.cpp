@@ -15,7 +15,7 @@ namespace {
 
 using gitkit::BlameLine;
 
-/// The age that is told apart no further: commits of the same hour are equally warm.
+/// The unit of age in seconds. Commits of the same hour are about equally warm.
 constexpr double finestAge = 3600;
 
 } // namespace
@@ -56,7 +56,7 @@ void BlameDocument::warmUp()
     if (commits_.empty())
         return;
     const auto [oldest, newest] = std::ranges::minmax(commits_, {}, &Commit::date);
-    // A year between two old commits says less than a day between two new ones.
+    // A logarithm, since a day between two new commits says more than a year between two old ones.
     const auto age = [last = newest.date](const Commit& commit) {
         return std::log1p(static_cast<double>((last - commit.date).count()) / finestAge);
     };

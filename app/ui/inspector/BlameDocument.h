@@ -15,8 +15,8 @@
 
 namespace plovik {
 
-/// A blamed file as rows to look at: the text in one piece, each commit once. Made on any thread, immutable then;
-/// giving it up costs next to nothing. Rows count from 0.
+/// A blamed file as rows: the text in one piece, and each commit once. It can be made on any thread and is immutable
+/// afterwards. Rows count from 0.
 class BlameDocument {
 public:
     struct Commit {
@@ -38,20 +38,20 @@ public:
     explicit BlameDocument(std::span<const gitkit::BlameLine> lines);
 
     int rowCount() const { return static_cast<int>(rows_.size()); }
-    /// The line's bytes.
+    /// Returns the bytes of a line without its line feed.
     std::string_view text(int row) const { return file_->line(row + 1); }
     const Commit& commit(int row) const { return commits_[line(row).commit]; }
     const Run& run(int row) const { return runs_[line(row).run]; }
     const std::vector<Run>& runs() const { return runs_; }
-    /// Where the row's file was before its commit; null where that commit made it.
+    /// Returns where the file was before the commit of the row, or null when that commit made the file.
     const gitkit::BlameOrigin::Place* previous(int row) const;
-    /// How many columns the widest line takes at most.
+    /// Returns an upper bound for the columns of the widest line.
     int columns() const { return columns_; }
-    /// All lines, each with a line feed.
+    /// Returns all lines, each with a line feed.
     const std::shared_ptr<const FileLines>& file() const { return file_; }
 
-    /// The rows that stand where `rows` of `other` do, another blame of the same file: the same lines where both have
-    /// them, else those in their places between the nearest lines that both have. -1 stays -1.
+    /// Finds `rows` of `other`, another blame of the same file, in this one. Returns the same line where both blames
+    /// have it, otherwise the line at that place between the nearest lines that both have. Returns -1 for -1.
     std::vector<int> rowsLike(const BlameDocument& other, std::span<const int> rows) const;
 
 private:

@@ -22,9 +22,7 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
-/// Rows are drawn from the view's left edge, wherever the code is scrolled to.
+/// Draws rows from the left edge of the view, also while the code is scrolled sideways.
 class BlameList::Delegate : public QStyledItemDelegate {
 public:
     explicit Delegate(BlameList* list) : QStyledItemDelegate(list), list_(list) {}
@@ -33,7 +31,7 @@ public:
     {
         BlameRowPainter::Look look;
         look.offset = list_->horizontalOffset();
-        // A row that is scrolled away by more than half tells nothing any more.
+        // The first row counts as in sight while at least half of it is.
         look.topRow = (list_->verticalOffset() + list_->rows_.rowHeight() / 2) / list_->rows_.rowHeight();
         look.isSelected = option.state & QStyle::State_Selected;
         look.isCurrent = list_->hasFocus() && index == list_->currentIndex();
@@ -54,7 +52,7 @@ private:
 
 BlameList::BlameList(QWidget* parent) : QListView(parent), model_(new BlameModel(this))
 {
-    setAccessibleName(u"Blame"_s);
+    setAccessibleName(tr("Blame"));
     setFrameShape(QFrame::NoFrame);
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);
@@ -106,7 +104,7 @@ void BlameList::replaceDocument(std::shared_ptr<const BlameDocument> document, c
 {
     const int x = horizontalScrollBar()->value();
     takeDocument(std::move(document));
-    // Making a row current must not scroll: where the rows stand is given.
+    // Making a row current must not scroll, since `hold` says where the rows stand.
     setAutoScroll(false);
     selectionModel()->setCurrentIndex(model_->index(hold.current), QItemSelectionModel::NoUpdate);
     if (hold.firstSelected >= 0 && hold.lastSelected >= hold.firstSelected)
@@ -174,8 +172,8 @@ QString BlameList::reasonAgainstBefore(int row) const
     if (row < 0 || !document() || document()->previous(row))
         return {};
     return document()->commit(row).isUncommitted
-               ? u"The file is not committed yet: there is nothing before these lines."_s
-               : u"This commit made the file: there is nothing before it."_s;
+               ? tr("The file is not committed yet: there is nothing before these lines.")
+               : tr("This commit made the file: there is nothing before it.");
 }
 
 void BlameList::askForBefore(int row)
@@ -191,22 +189,22 @@ QMenu* BlameList::makeMenu()
     const int row = currentRow();
     const bool isCommitted = !document()->commit(row).isUncommitted;
     const auto add = [&](const QString& title, auto action) { return menu->addAction(title, this, std::move(action)); };
-    QAction* const show = add(u"Show Commit"_s, [this, row] { Q_EMIT commitRequested(row); });
+    QAction* const show = add(tr("Show Commit"), [this, row] { Q_EMIT commitRequested(row); });
     show->setShortcut(Qt::Key_Return);
     show->setEnabled(isCommitted);
-    QAction* const before = add(u"Blame Before This Commit"_s, [this, row] { askForBefore(row); });
+    QAction* const before = add(tr("Blame Before This Commit"), [this, row] { askForBefore(row); });
     before->setShortcut(Qt::Key_B);
     if (const QString reason = reasonAgainstBefore(row); !reason.isEmpty()) {
         before->setToolTip(reason);
         before->setEnabled(false);
     }
-    add(u"Show File History"_s, [this] { Q_EMIT fileHistoryRequested(); });
+    add(tr("Show File History"), [this] { Q_EMIT fileHistoryRequested(); });
     menu->addSeparator();
-    add(u"Copy Hash"_s, [hash = shownText(document()->commit(row).hash)] {
+    add(tr("Copy Hash"), [hash = shownText(document()->commit(row).hash)] {
         QGuiApplication::clipboard()->setText(hash);
     })->setEnabled(isCommitted);
     const bool isOne = selectedRows().size() < 2;
-    QAction* const lines = add(isOne ? u"Copy Line"_s : u"Copy Lines"_s, [this] { copy(); });
+    QAction* const lines = add(isOne ? tr("Copy Line") : tr("Copy Lines"), [this] { copy(); });
     lines->setShortcut(QKeySequence::Copy);
     for (QAction* action : menu->actions())
         action->setShortcutVisibleInContextMenu(true);
@@ -216,7 +214,7 @@ QMenu* BlameList::makeMenu()
 void BlameList::paintEvent(QPaintEvent* event)
 {
     QListView::paintEvent(event);
-    // Below the last line the columns go on, as far as there is room.
+    // The columns go on below the last line.
     const int end = placeOf(model_->rowCount()).y;
     if (model_->rowCount() == 0 || end >= viewport()->height())
         return;
@@ -229,7 +227,7 @@ void BlameList::paintEvent(QPaintEvent* event)
 
 void BlameList::scrollTo(const QModelIndex& index, ScrollHint hint)
 {
-    // Every row is as wide as the widest line: going to one is no reason to go sideways.
+    // Every row is as wide as the widest line, so going to a row must not scroll sideways.
     const int x = horizontalScrollBar()->value();
     QListView::scrollTo(index, hint);
     horizontalScrollBar()->setValue(x);
@@ -238,7 +236,7 @@ void BlameList::scrollTo(const QModelIndex& index, ScrollHint hint)
 void BlameList::scrollContentsBy(int dx, int dy)
 {
     QListView::scrollContentsBy(dx, dy);
-    // The left columns do not move with the code, and what is told at the top is told elsewhere then.
+    // The left columns do not move with the code, and the row that shows the commit at the top changes.
     viewport()->update();
 }
 
@@ -276,7 +274,7 @@ void BlameList::showAbout(QPoint global, QPoint point)
     }
     const int row = index.row();
     const QRect area(0, placeOf(row).y, rows_.annotationWidth(), rows_.rowHeight());
-    const QString text = isOnBeforeButton(point) ? u"Blame Before This Commit (B)"_s : model_->about(row);
+    const QString text = isOnBeforeButton(point) ? tr("Blame Before This Commit (B)") : model_->about(row);
     QToolTip::showText(global, plainToolTip(text), viewport(), area);
 }
 
@@ -380,7 +378,7 @@ void BlameList::contextMenuEvent(QContextMenuEvent* event)
     menu->popup(*position);
 }
 
-// Letters are keys here, and code is not looked up by how it begins.
+// Letters are commands here, so typing does not search.
 void BlameList::keyboardSearch(const QString&) {}
 
 } // namespace plovik

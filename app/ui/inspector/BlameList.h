@@ -13,9 +13,9 @@ class QMenu;
 
 namespace plovik {
 
-/// The lines of a blamed file with who wrote them. What a frame costs depends on what is in sight. What tells of the
-/// commit stays at the left while the code scrolls sideways, and a run that began above is told of at the top. Main
-/// thread.
+/// The lines of a blamed file with the commits that wrote them. Painting costs time for the rows in sight alone. The
+/// annotation stays at the left while the code scrolls sideways, and the first row in sight shows the commit of its run
+/// even when the run began above. Main thread.
 class BlameList : public QListView {
     Q_OBJECT
 
@@ -28,40 +28,40 @@ public:
         int y = 0;
     };
 
-    /// `place` is where the list stands then; at the top without a row.
+    /// Shows a file scrolled to `place`, or from the top when `place` has no row.
     void setDocument(std::shared_ptr<const BlameDocument> document, Place place);
-    /// What is to be found again in another blame of the file.
+    /// Rows to find again in another blame of the same file.
     struct Hold {
         int top = -1; ///< the first row in sight
-        int y = 0;    ///< where that stands
+        int y = 0;    ///< how far below the top of the list it stands
         int current = -1;
         int firstSelected = -1, lastSelected = -1;
     };
     Hold hold() const;
-    /// The same file as it is now, its rows where they were.
+    /// Shows another blame of the same file with the rows of `hold` where they were.
     void replaceDocument(std::shared_ptr<const BlameDocument> document, const Hold& hold);
-    /// The colours of the code, once they are known.
+    /// Sets the colours of the code, which arrive after the document.
     void setSyntax(std::shared_ptr<const FileSyntax> syntax);
     const std::shared_ptr<const BlameDocument>& document() const { return model_->document(); }
 
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
-    /// The place of a row now.
+    /// Returns where a row stands now.
     Place placeOf(int row) const;
-    /// The first row in sight; -1 in an empty list.
+    /// Returns the first row in sight, or -1 when the list is empty.
     int topRow() const;
-    /// How many lines have been drawn since the list was made.
+    /// Returns how many lines have been drawn since the list was made.
     int linesDrawn() const { return linesDrawn_; }
     int currentRow() const { return currentIndex().row(); }
     std::vector<int> selectedRows() const;
 
-    /// The menu of the current row. The caller's to delete.
+    /// Returns a new menu for the current row. The caller deletes it.
     QMenu* makeMenu();
-    /// Why there is no blame before the row's commit; empty when there is one.
+    /// Returns why there is no blame before the row's commit, or an empty text when there is one.
     QString reasonAgainstBefore(int row) const;
 
 public Q_SLOTS:
-    /// The bytes of the selected lines, as text.
+    /// Copies the selected lines to the clipboard.
     void copy();
 
 Q_SIGNALS:

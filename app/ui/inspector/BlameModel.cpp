@@ -44,7 +44,7 @@ QString BlameModel::about(int row) const
 {
     const BlameDocument::Commit& commit = document_->commit(row);
     if (commit.isUncommitted)
-        return u"Not committed yet"_s;
+        return tr("Not committed yet");
     return commit.subject + u"\n\n"_s + commit.author + u'\n' + absoluteDate(commit.date, QLocale()) + u'\n' +
            shownText(commit.hash);
 }

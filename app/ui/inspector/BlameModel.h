@@ -17,13 +17,13 @@ public:
     using QAbstractListModel::QAbstractListModel;
 
     void setDocument(std::shared_ptr<const BlameDocument> document);
-    /// Null before the first one.
+    /// Returns null before the first document.
     const std::shared_ptr<const BlameDocument>& document() const { return document_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
-    /// Who wrote a row, when and why, in full.
+    /// Returns who wrote a row, when and why, with the full hash.
     QString about(int row) const;
 
 private:

@@ -11,13 +11,11 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 using State = BlameLines::State;
 
-/// A reading that is over by then shows no sign of having been waited for.
+/// A read that takes no longer than this shows no sign of loading.
 constexpr std::chrono::milliseconds quietStart{150};
 
 struct Sentence {
@@ -28,34 +26,38 @@ Sentence missingFile(const BlameRequest& request)
 {
     const QString name = shownText(request.path);
     if (request.revision)
-        return {u"Not in This Commit"_s,
-                u"“%1” does not exist in %2."_s.arg(name, shownText(gitkit::shortHash(*request.revision)))};
-    return {u"The File Is Gone"_s,
-            u"“%1” does not exist in the working copy. Its history still tells of it."_s.arg(name)};
+        return {BlamePane::tr("Not in This Commit"),
+                BlamePane::tr("“%1” does not exist in %2.").arg(name, shownText(gitkit::shortHash(*request.revision)))};
+    return {BlamePane::tr("The File Is Gone"),
+            BlamePane::tr("“%1” does not exist in the working copy. Its history still tells of it.").arg(name)};
 }
 
 Sentence sentenceFor(State state, const BlameRequest& request)
 {
     switch (state) {
     case State::empty:
-        return {u"Empty File"_s, u"The file has no lines."_s};
+        return {BlamePane::tr("Empty File"), BlamePane::tr("The file has no lines.")};
     case State::binary:
-        return {u"Binary File"_s, u"The file has no lines of text that could have been written by someone."_s};
+        return {BlamePane::tr("Binary File"),
+                BlamePane::tr("The file has no lines of text that could have been written by someone.")};
     case State::utf16:
-        return {u"UTF-16 Text"_s, u"The file is encoded in UTF-16. Git cannot tell its lines apart, and so cannot tell "
-                                  u"who wrote them."_s};
+        return {BlamePane::tr("UTF-16 Text"),
+                BlamePane::tr("The file is encoded in UTF-16. Git cannot tell its lines apart, and so cannot tell "
+                              "who wrote them.")};
     case State::utf32:
-        return {u"UTF-32 Text"_s, u"The file is encoded in UTF-32. Git cannot tell its lines apart, and so cannot tell "
-                                  u"who wrote them."_s};
+        return {BlamePane::tr("UTF-32 Text"),
+                BlamePane::tr("The file is encoded in UTF-32. Git cannot tell its lines apart, and so cannot tell "
+                              "who wrote them.")};
     case State::missing:
         return missingFile(request);
     case State::untracked:
-        return {u"Untracked File"_s,
-                u"Git does not know this file yet. Once it is committed, its lines have authors."_s};
+        return {BlamePane::tr("Untracked File"),
+                BlamePane::tr("Git does not know this file yet. Once it is committed, its lines have authors.")};
     case State::folder:
-        return {u"A Folder"_s, u"Only files have lines. Choose one of the files in it."_s};
+        return {BlamePane::tr("A Folder"), BlamePane::tr("Only files have lines. Choose one of the files in it.")};
     case State::submodule:
-        return {u"A Submodule"_s, u"This is a commit of another repository. Its files have their authors there."_s};
+        return {BlamePane::tr("A Submodule"),
+                BlamePane::tr("This is a commit of another repository. Its files have their authors there.")};
     case State::unchanged:
     case State::lines:
         break;
@@ -76,7 +78,7 @@ BlamePane::BlamePane(RepositoryStore& store, QWidget* parent)
       colours_(store.git(), &highlighted, [this] { coloured(); })
 {
     auto* const loading = new EmptyState(this);
-    loading->setText({}, u"Reading who wrote what…"_s);
+    loading->setText({}, tr("Reading who wrote what…"));
     loading_ = loading;
     for (QWidget* page : std::initializer_list<QWidget*>{list_, sentence_, loading_})
         addWidget(page);
@@ -137,7 +139,7 @@ BlamePane::Memory BlamePane::memory() const
 
 void BlamePane::readAgain()
 {
-    // A commit stays what it is.
+    // A blame of a commit never changes.
     if (!file_ || file_->revision)
         return;
     if (blames_.isReading())
@@ -211,7 +213,7 @@ void BlamePane::showSentence(const QString& title, const QString& description)
 
 void BlamePane::showPage(QWidget* page)
 {
-    // A list that goes would hand the focus to somewhere else.
+    // Hiding the list would move the focus out of the pane.
     const bool hadFocus = hasFocus() || list_->hasFocus();
     if (hadFocus && page != list_)
         setFocus(Qt::OtherFocusReason);
@@ -227,9 +229,8 @@ void BlamePane::showCommit(int row)
         store_.history().showCommit(commit.hash);
         return;
     }
-    if (store_.window().selection.value() != SidebarItem::workingCopy()) {
+    if (store_.window().selection.value() != SidebarItem::workingCopy())
         store_.window().select(SidebarItem::workingCopy());
-    }
     store_.window().selectPaths(std::set<std::string>{file_->path});
 }
 

@@ -23,9 +23,9 @@ namespace plovik {
 
 class EmptyState;
 
-/// The blame of one file, or why there is none. Reads in the background: of several requests the last one counts, and
-/// what stands on display stays until it has arrived. A blame of the working tree follows the file and HEAD, and keeps
-/// its place. Main thread.
+/// The blame of one file, or a sentence that says why there is none. It reads in the background: the newest request
+/// wins, and the old blame stays on display until the new one has arrived. A blame of the working tree is read again
+/// when the file or HEAD changes, and keeps its place. Main thread.
 class BlamePane : public QStackedWidget {
     Q_OBJECT
 
@@ -33,18 +33,18 @@ public:
     /// `store` outlives the pane.
     explicit BlamePane(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// What is on display, to come back to.
+    /// The blame on display, to come back to it.
     struct Memory {
         std::shared_ptr<const BlameDocument> document;
         std::optional<BlameStamp> stamp;
         BlameList::Hold hold;
     };
 
-    /// Shows a file from its start; does nothing when it stands there already.
+    /// Shows a file from its start. Does nothing when the file is on display already.
     void open(const InspectedFile& file);
     /// Shows a file as it was when `memory` was taken, and reads it again where it may have changed.
     void reopen(const InspectedFile& file, const Memory& memory);
-    /// Shows a file as it was before the commit of a row that is on display, with that line where it is.
+    /// Shows a file as it was before the commit of a row on display. The line keeps its place on the screen.
     void openBefore(const InspectedFile& file, int row);
     Memory memory() const;
 
@@ -78,7 +78,7 @@ private:
     std::optional<InspectedFile> file_;
     std::optional<InspectedFile> shown_; ///< the file whose lines stand in the list
     std::optional<BlameStamp> stamp_;    ///< of what stands there
-    BlameList::Hold hold_;               ///< where the lines are to stand that are being read
+    BlameList::Hold hold_;               ///< where to show the lines that are being read
     bool isOld_ = false;                 ///< something changed while they were read
     Latest<BlameRequest, BlameReading> blames_;
     Latest<SyntaxRequest, std::shared_ptr<const FileSyntax>> colours_;

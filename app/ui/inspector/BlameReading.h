@@ -9,24 +9,24 @@
 
 namespace plovik {
 
-/// A blame that is asked for.
+/// A request for a blame.
 struct BlameRequest : BlameSource {
-    /// The blame on display and rows of it, to be found again in the new one.
+    /// The blame on display, and rows of it to find again in the new one.
     std::shared_ptr<const BlameDocument> shown = {};
     std::vector<int> rows = {};
 
     bool operator==(const BlameRequest&) const = default;
 };
 
-/// The blame of a file as a document, or why there is none.
+/// The blame of a file as a document, or the reason why there is none.
 struct BlameReading {
     BlameLines::State state = BlameLines::State::lines;
     std::shared_ptr<const BlameDocument> document = {}; ///< for `lines`
     std::optional<BlameStamp> stamp = {};               ///< of a file of the working tree
-    std::vector<int> rows = {};                         ///< those that were asked for
+    std::vector<int> rows = {};                         ///< the rows of the request, found in `document`
 };
 
-/// Lays lines out as a document. Any thread.
+/// Makes a document of the lines. Any thread.
 BlameReading blameReading(BlameLines lines, const BlameRequest& request);
 
 } // namespace plovik

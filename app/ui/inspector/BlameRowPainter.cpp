@@ -5,6 +5,7 @@
 #include "app/store/ShownText.h"
 #include "app/ui/diff/syntax/SyntaxFormats.h"
 #include "app/ui/history/RelativeDate.h"
+#include "app/ui/inspector/BlameModel.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
@@ -21,8 +22,6 @@ namespace plovik {
 
 namespace {
 
-using namespace Qt::StringLiterals;
-
 constexpr int keptLines = 400;
 constexpr int margin = 10;
 constexpr int gap = 8;
@@ -34,7 +33,7 @@ constexpr qsizetype longestShaped = 1000;
 
 gitkit::Date now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
 
-/// The signs that stand for what cannot be drawn win over the colours of the code around them.
+/// Signs for characters that cannot be drawn keep their own colour over that of the code around them.
 void appendSignFormats(QList<QTextLayout::FormatRange>& formats, const ShownLine& line, qsizetype first,
                        qsizetype length)
 {
@@ -90,10 +89,11 @@ void BlameRowPainter::measure(int viewWidth)
     const QFontMetricsF text(textFont_);
     hashWidth_ = static_cast<int>(std::ceil(QFontMetricsF(hashFont_).horizontalAdvance(u'0') * 7));
     const QString someDate = locale_.toString(QDate(2028, 10, 28), QLocale::ShortFormat);
-    dateWidth_ = static_cast<int>(
-        std::ceil(std::max(text.horizontalAdvance(someDate), text.horizontalAdvance(u"59 min ago"_s))));
+    const QString longestAgo = RelativeDate{RelativeDate::Unit::minutes, 59}.text(locale_);
+    dateWidth_ =
+        static_cast<int>(std::ceil(std::max(text.horizontalAdvance(someDate), text.horizontalAdvance(longestAgo))));
     isNarrow_ = viewWidth < roomyView;
-    // In a narrow view the date stands below the author.
+    // A narrow view shows the date below the author.
     const int authorWidth =
         isNarrow_ ? std::max(static_cast<int>(text.height() * 4.5), dateWidth_) : static_cast<int>(text.height() * 7);
     annotationWidth_ = 2 * margin + hashWidth_ + gap + authorWidth + (isNarrow_ ? 0 : gap + dateWidth_);
@@ -152,11 +152,11 @@ void BlameRowPainter::paintAnnotation(QPainter& painter, int row, const QRect& a
         painter.fillRect(QRect(column.left(), column.top(), column.width() + numberWidth_, 1), theme.blameLine);
 
     const QRect inner = column.adjusted(margin, 0, -margin, 0);
-    // A run that began above is told of at the top.
+    // A run that began above the view shows its commit in the first row in sight.
     const int told = row - std::clamp(look.topRow, run.first, run.end - 1);
     const QString date = RelativeDate::between(commit.date, now()).text(locale_);
     if (told == 0 && commit.isUncommitted) {
-        paintText(painter, inner, u"Not committed yet"_s, textFont_, theme.text);
+        paintText(painter, inner, BlameModel::tr("Not committed yet"), textFont_, theme.text);
     } else if (told == 0) {
         paintText(painter, inner, shownText(gitkit::shortHash(commit.hash)), hashFont_, theme.blameText);
         const int dateRoom = isNarrow_ ? 0 : dateWidth_ + gap;
@@ -179,14 +179,14 @@ QRect BlameRowPainter::beforeButton(const QRect& area) const
 void BlameRowPainter::paintBeforeButton(QPainter& painter, const QRect& button, double warmth) const
 {
     const Theme& theme = Theme::current();
-    // It stands over the end of what is told.
+    // The button covers the end of the annotation.
     painter.fillRect(button.adjusted(-4, 0, 4, 0), blameTint(warmth));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(theme.controlBorder);
     painter.setBrush(theme.control);
     painter.drawRoundedRect(QRectF(button).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
-    // A step back: an arrow that turns round.
+    // An arrow that turns round means a step back.
     painter.translate(QRectF(button).center());
     painter.setPen(QPen(theme.text, 1.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
@@ -209,7 +209,7 @@ void BlameRowPainter::paintCode(QPainter& painter, int row, const QRect& area, i
     }
     QString text = line.shown.mid(first, length);
     if (line.notShown > 0 && first + length == line.shown.size())
-        text += u" … %1 more characters"_s.arg(QLocale(QLocale::English).toString(line.notShown));
+        text += u' ' + BlameModel::tr("… %Ln more character(s)", nullptr, static_cast<int>(line.notShown));
     QTextLayout layout(text, codeFont_);
     QTextOption option;
     option.setTextDirection(Qt::LeftToRight);

@@ -17,22 +17,22 @@ class QPainter;
 
 namespace plovik {
 
-/// Draws the rows of a blame: who wrote a run of lines, the lines' numbers, and the code. Of a long line only what is
-/// in sight is shaped. Lengths are device-independent pixels; main thread.
+/// Draws the rows of a blame: the commit of a run of lines, the line numbers, and the code. Only the part of a long line
+/// that is in sight is shaped. Lengths are in device-independent pixels. Main thread.
 class BlameRowPainter {
 public:
     BlameRowPainter();
 
-    /// Forgets the colours: they belong to the document before.
+    /// Replaces the document and drops the colours of the old one.
     void setDocument(std::shared_ptr<const BlameDocument> document);
     void setSyntax(std::shared_ptr<const FileSyntax> syntax) { syntax_ = std::move(syntax); }
-    /// Takes over fonts and the width of the whole view: a narrow one tells of a run on two rows.
+    /// Measures the current fonts for a view of this width. A narrow view shows the commit of a run on two rows.
     void measure(int viewWidth);
 
     int rowHeight() const { return rowHeight_; }
     int annotationWidth() const { return annotationWidth_; }
     int codeLeft() const { return annotationWidth_ + numberWidth_; }
-    /// Of the widest line, with what stands before it.
+    /// Returns the width of the widest line with the columns at its left.
     int contentWidth() const;
 
     struct Look {
@@ -44,7 +44,7 @@ public:
     };
     void paint(QPainter& painter, int row, const QRect& area, const Look& look);
 
-    /// The button for the blame before a commit, in a row that stands in `area`.
+    /// Returns where the button for the blame before a commit is in a row that covers `area`.
     QRect beforeButton(const QRect& area) const;
 
 private:
@@ -68,7 +68,7 @@ private:
     bool isNarrow_ = false;
 };
 
-/// The background of what tells of a commit, by its warmth.
+/// Returns the background of an annotation for the warmth of its commit.
 QColor blameTint(double warmth);
 
 } // namespace plovik

@@ -35,7 +35,7 @@ constexpr int rowPadding = 6;
 
 gitkit::Date now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
 
-/// An ordinary change says nothing that its row does not say by being there.
+/// An ordinary modification has no chip, since every row is a change of the file.
 bool hasChip(const FileRevision& revision) { return revision.file.status != 'M'; }
 
 } // namespace
@@ -46,7 +46,7 @@ public:
 
     void setRevisions(std::vector<FileRevision> revisions, const std::string& path)
     {
-        // More of the same history goes below what is there: nothing moves.
+        // More rows of the same history are added below, so that nothing moves.
         const std::size_t had = revisions_.size();
         if (path == path_ && had > 0 && revisions.size() > had &&
             std::equal(revisions_.begin(), revisions_.end(), revisions.begin()))
@@ -165,7 +165,7 @@ private:
 };
 
 FileHistoryList::FileHistoryList(QWidget* parent)
-    : RowList(u"File History"_s, parent), model_(new Model(this)), delegate_(new Delegate(this))
+    : RowList(tr("File History"), parent), model_(new Model(this)), delegate_(new Delegate(this))
 {
     setModel(model_);
     setItemDelegate(delegate_);
@@ -204,19 +204,19 @@ QMenu* FileHistoryList::makeMenu()
     auto* const menu = new QMenu(this);
     menu->setToolTipsVisible(true);
     const FileRevision revision = *current();
-    menu->addAction(u"Show Commit"_s, this, [this] { requestCurrent(); })->setShortcut(Qt::Key_Return);
+    menu->addAction(tr("Show Commit"), this, [this] { requestCurrent(); })->setShortcut(Qt::Key_Return);
     QAction* const blame =
-        menu->addAction(u"Show Blame at This Commit"_s, this, [this, revision] { Q_EMIT blameRequested(revision); });
+        menu->addAction(tr("Show Blame at This Commit"), this, [this, revision] { Q_EMIT blameRequested(revision); });
     if (revision.file.status == 'D') {
         blame->setEnabled(false);
-        blame->setToolTip(u"This commit deleted the file."_s);
+        blame->setToolTip(tr("This commit deleted the file."));
     }
     menu->addSeparator();
     const auto addCopy = [&](const QString& title, const std::string& bytes) {
         menu->addAction(title, this, [text = shownText(bytes)] { QGuiApplication::clipboard()->setText(text); });
     };
-    addCopy(u"Copy Hash"_s, revision.commit.hash);
-    addCopy(u"Copy Path"_s, revision.file.path);
+    addCopy(tr("Copy Hash"), revision.commit.hash);
+    addCopy(tr("Copy Path"), revision.file.path);
     for (QAction* action : menu->actions())
         action->setShortcutVisibleInContextMenu(true);
     return menu;

@@ -13,22 +13,22 @@ class QMenu;
 
 namespace plovik {
 
-/// The commits that touched a file, two lines a row: what and which commit, then who, when and, where it differs, the
-/// path then. Main thread.
+/// The commits that touched a file, two lines a row: subject and hash, then date, author and the path at that time where
+/// it differs. Main thread.
 class FileHistoryList : public RowList {
     Q_OBJECT
 
 public:
     explicit FileHistoryList(QWidget* parent = nullptr);
 
-    /// `path` is what the file is called where it is looked at. Keeps the current row and the place where that row
-    /// still is one; makes the first row current otherwise.
+    /// `path` is the name of the file in the revision that is inspected. Keeps the current row and its place when the
+    /// commit is still in the list; otherwise makes the first row current.
     void setRevisions(std::vector<gitkit::FileRevision> revisions, const std::string& path);
     const std::vector<gitkit::FileRevision>& revisions() const;
-    /// Of the current row; null without one.
+    /// Returns the revision of the current row, or null when there is none.
     const gitkit::FileRevision* current() const;
 
-    /// The menu of the current row. The caller's to delete.
+    /// Returns a new menu for the current row. The caller deletes it.
     QMenu* makeMenu();
 
 Q_SIGNALS:

@@ -15,7 +15,6 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
 using gitkit::FileRevision;
 
 namespace {
@@ -24,7 +23,7 @@ constexpr Setting<double> diffHeight{"inspectorDiffHeight", 340};
 constexpr double leastListHeight = 100;
 constexpr double leastDiffHeight = 100;
 constexpr int page = 500;
-/// A reading that is over by then shows no sign of having been waited for.
+/// A read that takes no longer than this shows no sign of loading.
 constexpr std::chrono::milliseconds quietStart{150};
 
 } // namespace
@@ -38,7 +37,7 @@ FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
     diff_->view()->setActionsAvailable(false);
     content_ = new SplitPane(diffHeight, Qt::Vertical, SplitPane::Sized::second, leastDiffHeight, leastListHeight,
                              list_, diff_, this);
-    loading_->setText({}, u"Reading the file’s history…"_s);
+    loading_->setText({}, tr("Reading the file’s history…"));
     for (QWidget* each : std::initializer_list<QWidget*>{content_, sentence_, loading_})
         addWidget(each);
     setFocusPolicy(Qt::StrongFocus);
@@ -57,7 +56,7 @@ FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
     }));
 }
 
-/// In the working tree a renamed file goes by a name that no commit knows yet.
+/// A file that is renamed in the working tree is looked up by its old name, since no commit knows the new one yet.
 FileHistoryPane::Source FileHistoryPane::sourceOf(const InspectedFile& file) const
 {
     if (file.revision)
@@ -78,10 +77,10 @@ void FileHistoryPane::open(const InspectedFile& file)
     if (source.revision.empty()) {
         histories_.forget();
         loadingSoon_.stop();
-        showSentence(u"No Commits Yet"_s, u"Nothing has been committed in this repository."_s);
+        showSentence(tr("No Commits Yet"), tr("Nothing has been committed in this repository."));
         return;
     }
-    // HEAD moving on is no reason to lose the rows that were asked for.
+    // When HEAD moves on, as many rows are read again as were on display.
     read(shown_ && shown_->path == source.path ? std::max(limit_, page) : page);
 }
 
@@ -158,7 +157,7 @@ void FileHistoryPane::showPage(QWidget* next)
 {
     if (next == currentWidget())
         return;
-    // A list that goes would hand the focus to somewhere else.
+    // Hiding the list would move the focus out of the pane.
     const bool hadFocus = hasFocus() || list_->hasFocus();
     if (hadFocus && next != content_)
         setFocus(Qt::OtherFocusReason);

@@ -21,9 +21,8 @@ namespace plovik {
 class DiffPane;
 class EmptyState;
 
-/// The history of one file, and below it the file's diff in the selected commit, at its path then. Reads in the
-/// background: of several requests the last one counts. The history of a file of the working tree follows HEAD. Main
-/// thread.
+/// The history of one file, and below it the diff of the file in the selected commit. It reads in the background: the
+/// newest request wins. The history of a file of the working tree follows HEAD. Main thread.
 class FileHistoryPane : public QStackedWidget {
     Q_OBJECT
 
@@ -31,7 +30,7 @@ public:
     /// `store` outlives the pane.
     explicit FileHistoryPane(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// Does nothing when the file's history stands there already.
+    /// Shows the history of a file. Does nothing when it is on display already.
     void open(const InspectedFile& file);
 
     FileHistoryList* list() const { return list_; }
@@ -70,7 +69,7 @@ private:
     EmptyState* loading_;
     QTimer loadingSoon_;
     std::optional<InspectedFile> file_;
-    std::optional<Source> wanted_; ///< the history that is to be on display
+    std::optional<Source> wanted_; ///< the newest history that was asked for
     std::optional<Source> shown_;
     int limit_ = 0; ///< how many commits were asked for
     bool hasMore_ = false;

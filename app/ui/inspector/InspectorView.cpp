@@ -22,8 +22,6 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr int sideMargin = 14;
@@ -35,11 +33,11 @@ InspectedFile::Tab tabAt(int index) { return index == 0 ? InspectedFile::Tab::bl
 
 InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), name_(new QLabel), revision_(new QLabel), tabs_(new InspectorTabs),
-      back_(new IconButton(Icon::back, u"Blame Back"_s, nullptr)),
-      close_(new IconButton(Icon::close, u"Close Inspector"_s, nullptr)), blame_(new BlamePane(store)),
+      back_(new IconButton(Icon::back, tr("Blame Back"), nullptr)),
+      close_(new IconButton(Icon::close, tr("Close Inspector"), nullptr)), blame_(new BlamePane(store)),
       history_(new FileHistoryPane(store)), pages_(new QStackedWidget)
 {
-    setAccessibleName(u"Inspector"_s);
+    setAccessibleName(tr("Inspector"));
     pages_->addWidget(blame_);
     pages_->addWidget(history_);
     auto* const column = new QVBoxLayout(this);
@@ -68,11 +66,11 @@ InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
 
 QWidget* InspectorView::makeHeader()
 {
-    tabs_->addTab(u"Blame"_s);
-    tabs_->addTab(u"History"_s);
-    tabs_->setAccessibleName(u"Inspector Tabs"_s);
-    back_->setToolTip(u"Back to the blame before (Backspace)"_s);
-    close_->setToolTip(u"Close (Esc)"_s);
+    tabs_->addTab(tr("Blame"));
+    tabs_->addTab(tr("History"));
+    tabs_->setAccessibleName(tr("Inspector Tabs"));
+    back_->setToolTip(tr("Back to the blame before (Backspace)"));
+    close_->setToolTip(tr("Close (Esc)"));
     for (QLabel* label : {name_, revision_})
         label->setTextFormat(Qt::PlainText);
     followFont(*name_, 0, QFont::DemiBold);
@@ -197,7 +195,8 @@ void InspectorView::showName()
         std::max(name_->width(), 60)));
     name_->setToolTip(plainToolTip(fullName_));
     name_->setAccessibleName(fullName_);
-    revision_->setText(file->revision ? u"at "_s + shownText(gitkit::shortHash(*file->revision)) : u"Working Copy"_s);
+    revision_->setText(file->revision ? tr("at %1").arg(shownText(gitkit::shortHash(*file->revision)))
+                                      : tr("Working Copy"));
 }
 
 void InspectorView::keyPressEvent(QKeyEvent* event)

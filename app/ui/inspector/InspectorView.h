@@ -19,9 +19,8 @@ namespace plovik {
 class IconButton;
 class InspectorTabs;
 
-/// What a file's lines and commits tell: the blame and the history of the store's inspected file. Closing writes the
-/// store; whoever holds the view hides it then. Steps back in time are remembered until another file is asked for. Main
-/// thread.
+/// The blame and the history of the file that the store inspects. Closing it tells the store; the view around it then
+/// hides it. Steps back in time are remembered until another file is inspected. Main thread.
 class InspectorView : public QWidget {
     Q_OBJECT
 
@@ -29,7 +28,7 @@ public:
     /// `store` outlives the view.
     explicit InspectorView(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// Puts the keyboard into what is shown.
+    /// Moves the keyboard focus to the blame or the history on display.
     void focusContent();
 
     BlamePane* blame() const { return blame_; }
