@@ -64,6 +64,50 @@
     </message>
 </context>
 <context>
+    <name>OperationText</name>
+    <message numerus="yes">
+        <source>%n branch(es)</source>
+        <translation>
+            <numerusform>%n branch</numerusform>
+            <numerusform>%n branches</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Roughly %n step(s) left</source>
+        <translation>
+            <numerusform>Roughly %n step left</numerusform>
+            <numerusform>Roughly %n steps left</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln conflict(s) left</source>
+        <translation>
+            <numerusform>%Ln conflict left</numerusform>
+            <numerusform>%Ln conflicts left</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::BlameModel</name>
+    <message numerus="yes">
+        <source>… %Ln more character(s)</source>
+        <translation>
+            <numerusform>… %Ln more character</numerusform>
+            <numerusform>… %Ln more characters</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::CommandLogPanel</name>
+    <message numerus="yes">
+        <source>%Ln command(s)</source>
+        <translation>
+            <numerusform>%Ln command</numerusform>
+            <numerusform>%Ln commands</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Operation</name>
     <message numerus="yes">
         <source>%1 and %n more file(s)</source>
@@ -101,6 +145,26 @@
         <translation>
             <numerusform>Discard changes in %n file?</numerusform>
             <numerusform>Discard changes in %n files?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::StashDialog</name>
+    <message numerus="yes">
+        <source>%Ln changed file(s) are put aside.</source>
+        <translation>
+            <numerusform>%Ln changed file is put aside.</numerusform>
+            <numerusform>%Ln changed files are put aside.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::SubjectField</name>
+    <message numerus="yes">
+        <source>%n character(s).</source>
+        <translation>
+            <numerusform>%n character.</numerusform>
+            <numerusform>%n characters.</numerusform>
         </translation>
     </message>
 </context>

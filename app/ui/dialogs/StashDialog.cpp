@@ -61,8 +61,7 @@ QString StashDialog::note() const
     const Files& files = store().snapshot().status.value().files;
     const std::ptrdiff_t taken =
         static_cast<std::ptrdiff_t>(files.size()) - (untracked_->isChecked() ? 0 : untrackedCount(files));
-    return taken == 1 ? tr("1 changed file is put aside.")
-                      : tr("%Ln changed files are put aside.", nullptr, static_cast<int>(taken));
+    return tr("%Ln changed file(s) are put aside.", nullptr, static_cast<int>(taken));
 }
 
 void StashDialog::submit()

@@ -131,7 +131,7 @@ void CommandLogPanel::update()
 void CommandLogPanel::showCount()
 {
     const int rows = model_->rowCount();
-    count_->setText(rows == 1 ? tr("1 command") : tr("%Ln commands", nullptr, rows));
+    count_->setText(tr("%Ln command(s)", nullptr, rows));
 }
 
 void CommandLogPanel::filter()

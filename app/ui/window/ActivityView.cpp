@@ -37,17 +37,17 @@ QString shownDuration(std::chrono::seconds duration)
 ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     : QWidget(parent), store_(store), clock_(std::move(clock)), spinner_(new Spinner(this)),
       activity_(new ElidedLabel(this)), elapsed_(new QLabel(this)), progress_(new ElidedLabel(this)),
-      cancel_(new BarButton(u"Cancel"_s, this))
+      cancel_(new BarButton(tr("Cancel"), this))
 {
     for (QLabel* label : {static_cast<QLabel*>(activity_), elapsed_, static_cast<QLabel*>(progress_)})
         label->setForegroundRole(QPalette::PlaceholderText);
     followFont(*progress_, -1.5);
-    activity_->setAccessibleName(u"Activity"_s);
-    elapsed_->setAccessibleName(u"Elapsed Time"_s);
+    activity_->setAccessibleName(tr("Activity"));
+    elapsed_->setAccessibleName(tr("Elapsed Time"));
     elapsed_->setTextFormat(Qt::PlainText);
     elapsed_->setMinimumWidth(elapsed_->fontMetrics().horizontalAdvance(u"00:00"_s));
-    progress_->setAccessibleName(u"Progress"_s);
-    cancel_->setToolTip(u"Cancel (Ctrl+.)"_s);
+    progress_->setAccessibleName(tr("Progress"));
+    cancel_->setToolTip(tr("Cancel (Ctrl+.)"));
     connect(cancel_, &BarButton::clicked, this, [this] { store_.changes().cancelActivity(); });
 
     auto* const first = new QHBoxLayout;
@@ -81,7 +81,7 @@ void ActivityView::activityChanged()
     const std::optional<QString>& activity = store_.changes().activity.value();
     QString text = activity.value_or(store_.history().lookup.value().value_or(QString()));
     if (activity && store_.changes().isCancelling.value())
-        text = u"Cancelling…"_s;
+        text = tr("Cancelling…");
     activity_->setText(text);
     activity_->setAccessibleDescription(text);
     spinner_->setVisible(!text.isEmpty());
@@ -91,7 +91,7 @@ void ActivityView::activityChanged()
         return;
     isRunning_ = activity.has_value();
     began_ = clock_();
-    // Its place is kept from the beginning, so that nothing moves when the time appears.
+    // The label takes its room at once, so that nothing moves when the time appears.
     elapsed_->setVisible(isRunning_);
     showElapsed();
     if (isRunning_)
@@ -110,13 +110,13 @@ void ActivityView::showElapsed()
 void ActivityView::progressChanged()
 {
     const QString& line = store_.changes().progress.value();
-    // Numbers that change their length must not move the text: its room only grows.
+    // The room only grows, so that numbers that change their length do not move the text.
     progress_->setText(line);
     progress_->reserve(line.isEmpty() ? 0 : progress_->sizeHint().width());
     progress_->setVisible(!line.isEmpty());
 }
 
-/// Git's words take what room is left, and claim none.
+/// Leaves out the progress line, which takes the room that is left.
 QSize ActivityView::sizeHint() const
 {
     QSize size = QWidget::sizeHint();

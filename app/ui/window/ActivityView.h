@@ -19,8 +19,8 @@ class BarButton;
 class ElidedLabel;
 class Spinner;
 
-/// What is going on: the running action, for how long once that is longer than a moment, how far git says it has come,
-/// and the button that ends it. Ticks only while an action runs. Main thread.
+/// The running action, the time that it has taken once that is longer than a moment, the progress that git reports, and
+/// the button that cancels it. Its timer runs only while an action does. Main thread.
 class ActivityView : public QWidget {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ public:
     explicit ActivityView(RepositoryStore& store, QWidget* parent = nullptr,
                           Clock clock = &std::chrono::steady_clock::now);
 
-    /// Shows for how long the action has run; called once a second while one does.
+    /// Shows for how long the action has run. Called once a second while one runs.
     void showElapsed();
 
     QSize sizeHint() const override;
@@ -56,7 +56,7 @@ private:
     std::vector<QPropertyNotifier> notifiers_;
 };
 
-/// "0:07", "12:34", "1:02:03".
+/// Returns "0:07", "12:34" or "1:02:03".
 QString shownDuration(std::chrono::seconds duration);
 
 } // namespace plovik

@@ -13,17 +13,13 @@
 #include <QPainter>
 #include <QPushButton>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
 
-using Kind = gitkit::OperationInProgress::Kind;
-
 constexpr int markWidth = 3;
 
-/// One line that gives way to what stands beside it.
+/// A line of text that shrinks and is elided when the widgets beside it need the room.
 class GivingLabel : public QLabel {
 public:
     explicit GivingLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
@@ -48,24 +44,24 @@ void showText(QLabel& label, const QString& text)
 
 QString markTip(const std::string& term)
 {
-    return u"Mark the commit that is checked out as “%1”, and go on to the next"_s.arg(shownText(term));
+    return OperationBar::tr("Mark the commit that is checked out as “%1”, and go on to the next").arg(shownText(term));
 }
 
 } // namespace
 
 OperationBar::OperationBar(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), title_(new GivingLabel(this)), detail_(new GivingLabel(this)),
-      conflicts_(new QLabel(this)), continue_(makeButton(u"Continue"_s, &OperationBar::proceed)),
-      good_(makeButton(u"Good"_s, &OperationBar::markGood)), bad_(makeButton(u"Bad"_s, &OperationBar::markBad)),
-      skip_(makeButton(u"Skip"_s, &OperationBar::skip)),
-      showFound_(makeButton(u"Show Commit"_s, &OperationBar::showFound)),
-      abort_(makeButton(u"Abort"_s, &OperationBar::abort)), reset_(makeButton(u"Reset"_s, &OperationBar::reset))
+      conflicts_(new QLabel(this)), continue_(makeButton(tr("Continue"), &OperationBar::proceed)),
+      good_(makeButton(tr("Good"), &OperationBar::markGood)), bad_(makeButton(tr("Bad"), &OperationBar::markBad)),
+      skip_(makeButton(tr("Skip"), &OperationBar::skip)),
+      showFound_(makeButton(tr("Show Commit"), &OperationBar::showFound)),
+      abort_(makeButton(tr("Abort"), &OperationBar::abort)), reset_(makeButton(tr("Reset"), &OperationBar::reset))
 {
-    setAccessibleName(u"Operation"_s);
+    setAccessibleName(tr("Operation"));
     continue_->setProperty("primary", true);
     showFound_->setProperty("primary", true);
-    showFound_->setToolTip(u"Show it in the history"_s);
-    reset_->setToolTip(u"End the bisect and check out what was checked out before"_s);
+    showFound_->setToolTip(tr("Show it in the history"));
+    reset_->setToolTip(tr("End the bisect and check out what was checked out before"));
     conflicts_->setTextFormat(Qt::PlainText);
     followFont(*title_, 0, QFont::DemiBold);
     followColor(*detail_, QPalette::WindowText, &Theme::hunkHeaderText);
@@ -101,7 +97,7 @@ void OperationBar::observeStore()
     notifiers_.push_back(store_.snapshot().inProgress.addNotifier(show));
     notifiers_.push_back(store_.snapshot().status.addNotifier(show));
     notifiers_.push_back(store_.changes().activity.addNotifier([this] { activityChanged(); }));
-    // The names of commits.
+    // Commits are shown by the names of their branches and tags, and with the subjects of the history.
     notifiers_.push_back(store_.snapshot().branches.addNotifier(show));
     notifiers_.push_back(store_.snapshot().remoteBranches.addNotifier(show));
     notifiers_.push_back(store_.snapshot().tags.addNotifier(show));
@@ -126,17 +122,16 @@ void OperationBar::showButtons(const gitkit::OperationInProgress& now)
     const bool isBisect = now.bisect.has_value();
     const bool isFound = isBisect && now.bisect->found;
     const bool isIdle = !store_.changes().activity.value();
-    const QString noun = operationText::noun(now.kind);
     continue_->setVisible(now.canContinue());
     continue_->setEnabled(actions::canContinueOperation(store_.actors()));
     continue_->setToolTip(whyNotContinue());
     for (QPushButton* button : {good_, bad_})
         button->setVisible(isBisect && !isFound);
     skip_->setVisible(now.canSkip() || (isBisect && !isFound));
-    skip_->setToolTip(isBisect ? u"Test another commit instead"_s : u"Leave this commit out and go on"_s);
+    skip_->setToolTip(isBisect ? tr("Test another commit instead") : tr("Leave this commit out and go on"));
     showFound_->setVisible(isFound);
     abort_->setVisible(!isBisect);
-    abort_->setToolTip(u"Go back to where the %1 began"_s.arg(noun));
+    abort_->setToolTip(operationText::abortTip(now.kind));
     reset_->setVisible(isBisect);
     if (isBisect) {
         good_->setToolTip(markTip(now.bisect->good));
@@ -151,17 +146,15 @@ QString OperationBar::whyNotContinue() const
     if (store_.changes().activity.value())
         return *store_.changes().activity.value();
     if (store_.snapshot().conflictCount() > 0)
-        return u"Resolve and stage the conflicted files first"_s;
-    const Kind kind = store_.snapshot().inProgress.value()->kind;
-    return kind == Kind::merge ? u"Commit the merge"_s
-                               : u"Commit what is staged, and go on with the %1"_s.arg(operationText::noun(kind));
+        return tr("Resolve and stage the conflicted files first");
+    return operationText::continueTip(store_.snapshot().inProgress.value()->kind);
 }
 
 void OperationBar::activityChanged()
 {
     auto* const focus = qobject_cast<QPushButton*>(QApplication::focusWidget());
     if (store_.changes().activity.value() && focus && isAncestorOf(focus)) {
-        // A button that is disabled while it has the focus would hand it to who knows whom.
+        // Qt would move the focus to another widget when the button is disabled.
         focused_ = focus;
         setFocus(Qt::OtherFocusReason);
     }

@@ -16,8 +16,8 @@ class QPushButton;
 
 namespace plovik {
 
-/// A slim bar over the view while git is in the middle of something: what it is, how far it has come, and the buttons
-/// that git offers there. Hidden otherwise. Main thread.
+/// A slim bar over the view while a merge, rebase or another operation of git is unfinished: which one it is, how far it
+/// has come, and the buttons for what git can do now. Hidden otherwise. Main thread.
 class OperationBar : public QWidget {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private:
     QPushButton* showFound_;
     QPushButton* abort_;
     QPushButton* reset_;
-    QPointer<QPushButton> focused_; ///< had the focus when an action began, which disables it
+    QPointer<QPushButton> focused_; ///< the button that had the focus when an action began and disabled it
     std::vector<QPropertyNotifier> notifiers_;
 };
 

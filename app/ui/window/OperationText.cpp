@@ -3,11 +3,9 @@
 
 #include "app/store/ShownText.h"
 
-#include <QStringList>
+#include <QCoreApplication>
 
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
 
 namespace plovik::operationText {
 
@@ -16,15 +14,19 @@ namespace {
 using gitkit::OperationInProgress;
 using Kind = OperationInProgress::Kind;
 
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(OperationText)
+};
+
 QString shortHash(const std::string& hash) { return shownText(std::string(gitkit::shortHash(hash))); }
 
 QString currentBranch(const RepositoryStore& store)
 {
     const std::optional<std::string>& branch = store.snapshot().status.value().branch;
-    return branch ? shownText(*branch) : u"the detached HEAD"_s;
+    return branch ? shownText(*branch) : Texts::tr("the detached HEAD");
 }
 
-/// A commit by the name of a branch or tag that stands at it, or by its hash.
+/// Returns the name of a branch or tag at the commit, or else its short hash.
 QString nameOf(const RepositoryStore& store, const std::string& hash)
 {
     for (const auto* refs : {&store.snapshot().branches, &store.snapshot().remoteBranches, &store.snapshot().tags}) {
@@ -49,16 +51,19 @@ QString merged(const RepositoryStore& store, const OperationInProgress& now)
         return shownText(*now.mergeOf);
     if (now.others.size() == 1)
         return nameOf(store, now.others.front());
-    return now.others.empty() ? QString() : u"%1 branches"_s.arg(now.others.size());
+    return now.others.empty() ? QString() : Texts::tr("%n branch(es)", nullptr, static_cast<int>(now.others.size()));
 }
 
 QString rebaseTitle(const RepositoryStore& store, const OperationInProgress& now)
 {
-    const QString what = now.branch ? u"Rebasing "_s + shownText(*now.branch) : u"Rebasing"_s;
-    return now.others.empty() ? what : what + u" onto "_s + nameOf(store, now.others.front());
+    const QString onto = now.others.empty() ? QString() : nameOf(store, now.others.front());
+    if (!now.branch)
+        return onto.isEmpty() ? Texts::tr("Rebasing") : Texts::tr("Rebasing onto %1").arg(onto);
+    const QString branch = shownText(*now.branch);
+    return onto.isEmpty() ? Texts::tr("Rebasing %1").arg(branch) : Texts::tr("Rebasing %1 onto %2").arg(branch, onto);
 }
 
-/// The commit that is checked out, with its subject where the loaded history has it.
+/// Returns the commit that is checked out, with its subject when the loaded history has it.
 QString candidate(const RepositoryStore& store)
 {
     const std::optional<std::string>& head = store.snapshot().status.value().oid;
@@ -74,39 +79,58 @@ QString bisectDetail(const RepositoryStore& store, const gitkit::BisectProgress&
     const QString good = shownText(bisect.good);
     const QString bad = shownText(bisect.bad);
     if (bisect.found)
-        return u"First %1 commit: %2"_s.arg(bad, stopText(*bisect.found));
+        return Texts::tr("First %1 commit: %2").arg(bad, stopText(*bisect.found));
     QString left;
     if (!bisect.isGoodKnown && !bisect.isBadKnown)
-        left = u"Waiting for a %1 and a %2 commit"_s.arg(good, bad);
+        left = Texts::tr("Waiting for a %1 and a %2 commit").arg(good, bad);
     else if (!bisect.isGoodKnown || !bisect.isBadKnown)
-        left = u"Waiting for a %1 commit"_s.arg(bisect.isGoodKnown ? bad : good);
+        left = Texts::tr("Waiting for a %1 commit").arg(bisect.isGoodKnown ? bad : good);
     else if (bisect.stepsLeft)
-        left = *bisect.stepsLeft == 1 ? u"Roughly 1 step left"_s : u"Roughly %1 steps left"_s.arg(*bisect.stepsLeft);
+        left = Texts::tr("Roughly %n step(s) left", nullptr, *bisect.stepsLeft);
     const QString now = candidate(store);
     if (left.isEmpty() || now.isEmpty())
         return left + now;
-    return left + u", at "_s + now;
+    return Texts::tr("%1, at %2").arg(left, now);
 }
 
 } // namespace
 
-QString noun(Kind kind)
+QString abortTip(Kind kind)
 {
     switch (kind) {
     case Kind::merge:
-        return u"merge"_s;
+        return Texts::tr("Go back to where the merge began");
     case Kind::rebase:
-        return u"rebase"_s;
+        return Texts::tr("Go back to where the rebase began");
     case Kind::applyPatches:
-        return u"patch series"_s;
+        return Texts::tr("Go back to where the patch series began");
     case Kind::cherryPick:
-        return u"cherry-pick"_s;
+        return Texts::tr("Go back to where the cherry-pick began");
     case Kind::revert:
-        return u"revert"_s;
+        return Texts::tr("Go back to where the revert began");
     case Kind::bisect:
         break;
     }
-    return u"bisect"_s;
+    return {};
+}
+
+QString continueTip(Kind kind)
+{
+    switch (kind) {
+    case Kind::merge:
+        return Texts::tr("Commit the merge");
+    case Kind::rebase:
+        return Texts::tr("Commit what is staged, and go on with the rebase");
+    case Kind::applyPatches:
+        return Texts::tr("Commit what is staged, and go on with the patch series");
+    case Kind::cherryPick:
+        return Texts::tr("Commit what is staged, and go on with the cherry-pick");
+    case Kind::revert:
+        return Texts::tr("Commit what is staged, and go on with the revert");
+    case Kind::bisect:
+        break;
+    }
+    return {};
 }
 
 QString title(const RepositoryStore& store)
@@ -116,20 +140,21 @@ QString title(const RepositoryStore& store)
     switch (now.kind) {
     case Kind::merge: {
         const QString what = merged(store, now);
-        return what.isEmpty() ? u"Merging into "_s + branch : u"Merging "_s + what + u" into "_s + branch;
+        return what.isEmpty() ? Texts::tr("Merging into %1").arg(branch)
+                              : Texts::tr("Merging %1 into %2").arg(what, branch);
     }
     case Kind::rebase:
         return rebaseTitle(store, now);
     case Kind::applyPatches:
-        return u"Applying patches to "_s + branch;
+        return Texts::tr("Applying patches to %1").arg(branch);
     case Kind::cherryPick:
-        return u"Cherry-picking onto "_s + branch;
+        return Texts::tr("Cherry-picking onto %1").arg(branch);
     case Kind::revert:
-        return u"Reverting on "_s + branch;
+        return Texts::tr("Reverting on %1").arg(branch);
     case Kind::bisect:
         break;
     }
-    return u"Bisecting"_s;
+    return Texts::tr("Bisecting");
 }
 
 QString detail(const RepositoryStore& store)
@@ -138,9 +163,11 @@ QString detail(const RepositoryStore& store)
     if (now.bisect)
         return bisectDetail(store, *now.bisect);
     const bool isCounted = now.progress && now.progress->step > 0;
-    const QString count = isCounted ? u"%1 of %2"_s.arg(now.progress->step).arg(now.progress->total) : QString();
     const QString stop = now.stop ? stopText(*now.stop) : QString();
-    return count.isEmpty() || stop.isEmpty() ? count + stop : count + u": "_s + stop;
+    if (!isCounted)
+        return stop;
+    const QString count = Texts::tr("%1 of %2").arg(now.progress->step).arg(now.progress->total);
+    return stop.isEmpty() ? count : Texts::tr("%1: %2").arg(count, stop);
 }
 
 QString conflicts(const RepositoryStore& store)
@@ -148,31 +175,34 @@ QString conflicts(const RepositoryStore& store)
     const auto count = store.snapshot().conflictCount();
     if (count == 0)
         return {};
-    return count == 1 ? u"1 conflict left"_s : u"%L1 conflicts left"_s.arg(count);
+    return Texts::tr("%Ln conflict(s) left", nullptr, static_cast<int>(count));
 }
 
 QString side(const RepositoryStore& store, gitkit::ConflictSide side)
 {
     const std::optional<OperationInProgress>& now = store.snapshot().inProgress.value();
     const bool isOurs = side == gitkit::ConflictSide::ours;
-    const QString current = currentBranch(store) + u" (checked out)"_s;
+    const QString current = Texts::tr("%1 (checked out)").arg(currentBranch(store));
     const QString stop = now && now->stop ? stopText(*now->stop) : QString();
-    const auto about = [&stop](const QString& what) { return stop.isEmpty() ? what : stop + u" ("_s + what + u')'; };
+    const auto about = [&stop](const QString& what) {
+        return stop.isEmpty() ? what : Texts::tr("%1 (%2)").arg(stop, what);
+    };
     if (!now || now->kind == Kind::bisect)
-        return isOurs ? current : u"The changes that were applied"_s;
+        return isOurs ? current : Texts::tr("The changes that were applied");
     switch (now->kind) {
     case Kind::merge:
-        return isOurs ? current : merged(store, *now) + u" (being merged)"_s;
+        return isOurs ? current : Texts::tr("%1 (being merged)").arg(merged(store, *now));
     case Kind::rebase:
         if (!isOurs)
-            return about(u"the commit being replayed"_s);
-        return now->others.empty() ? u"What it is replayed onto"_s : nameOf(store, now->others.front()) + u" (onto)"_s;
+            return about(Texts::tr("the commit being replayed"));
+        return now->others.empty() ? Texts::tr("What it is replayed onto")
+                                   : Texts::tr("%1 (onto)").arg(nameOf(store, now->others.front()));
     case Kind::applyPatches:
-        return isOurs ? current : about(u"the patch being applied"_s);
+        return isOurs ? current : about(Texts::tr("the patch being applied"));
     case Kind::cherryPick:
-        return isOurs ? current : about(u"the commit being picked"_s);
+        return isOurs ? current : about(Texts::tr("the commit being picked"));
     case Kind::revert:
-        return isOurs ? current : u"Before "_s + about(u"the commit being reverted"_s);
+        return isOurs ? current : Texts::tr("Before %1").arg(about(Texts::tr("the commit being reverted")));
     case Kind::bisect:
         break;
     }

@@ -6,19 +6,20 @@
 
 #include <QString>
 
-/// What git stopped in the middle of, in words. `store` is in the middle of something, unless said otherwise. Main
+/// Texts about the operation that git has not finished. Every function but side() requires that `store` has one. Main
 /// thread.
 namespace plovik::operationText {
 
-/// "Rebasing feature onto main"
+/// Returns "Rebasing feature onto main".
 QString title(const RepositoryStore& store);
-/// "3 of 7: 1a2b3c4 Subject"; empty where git's files do not tell.
+/// Returns "3 of 7: 1a2b3c4 Subject", or an empty text when the files of git do not say it.
 QString detail(const RepositoryStore& store);
-/// "2 conflicts left"; empty for none.
+/// Returns "2 conflicts left", or an empty text when there is none.
 QString conflicts(const RepositoryStore& store);
-/// "merge", "rebase", ...
-QString noun(gitkit::OperationInProgress::Kind kind);
-/// Whose version one side of a conflict is. A store that is in the middle of nothing has conflicts from a stash.
+/// Return what the buttons that abort and continue an operation of this kind do.
+QString abortTip(gitkit::OperationInProgress::Kind kind);
+QString continueTip(gitkit::OperationInProgress::Kind kind);
+/// Returns whose version one side of a conflict is. Without an unfinished operation the conflict comes from a stash.
 QString side(const RepositoryStore& store, gitkit::ConflictSide side);
 
 } // namespace plovik::operationText

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/window/RepositoryView.h"
-#include "app/store/actions/Remotes.h"
 
+#include "app/store/actions/Remotes.h"
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/dialogs/StoreDialogs.h"
 #include "app/ui/history/HistoryView.h"
@@ -21,13 +21,11 @@
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
 
-/// What the sidebar has until the user chooses: the settings know no width of their own for it.
+/// The width of the sidebar before the user has chosen one.
 constexpr Setting<double> sidebarWidth{settings::sidebarWidth.key, 216};
 constexpr double sidebarMinWidth = 160;
 constexpr double detailMinWidth = 320;
@@ -40,8 +38,8 @@ constexpr double aboveLogMinHeight = 220;
 
 RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), toolbar_(new Toolbar(store, this)),
-      problem_(new MessageBar(u"Problem"_s, MessageBar::Dismissal::never, this)),
-      notice_(new MessageBar(u"Notice"_s, MessageBar::Dismissal::byUser, this)), sidebar_(new SidebarView(store)),
+      problem_(new MessageBar(tr("Problem"), MessageBar::Dismissal::never, this)),
+      notice_(new MessageBar(tr("Notice"), MessageBar::Dismissal::byUser, this)), sidebar_(new SidebarView(store)),
       detail_(new QStackedWidget), inspectorPlace_(new QWidget), logPlace_(new QWidget),
       detailSplit_(new SplitPane(settings::inspectorWidth, Qt::Horizontal, SplitPane::Sized::second, inspectorMinWidth,
                                  besideInspectorMinWidth, detail_, inspectorPlace_))
@@ -118,7 +116,7 @@ void RepositoryView::showSelection()
         detail_->addWidget(view);
         nameEditor();
     }
-    // The keyboard goes along with the view it was in; in the sidebar it stays there.
+    // The focus moves from one view to the next, but stays in the sidebar when it is there.
     const QWidget* const focus = QApplication::focusWidget();
     const bool takesFocus = !focus || detail_->isAncestorOf(focus);
     detail_->setCurrentWidget(view);
@@ -153,7 +151,7 @@ void RepositoryView::hideInspector()
     const QWidget* const focus = QApplication::focusWidget();
     const bool givesFocus = !focus || inspector_->isAncestorOf(focus);
     QWidget* const before = focusBeforeInspector_;
-    // First the focus, then the view: Qt would hand it on to whatever comes next.
+    // The focus moves before the view is hidden, since Qt would move it to the next widget.
     if (givesFocus && before && before->isVisible())
         before->setFocus(Qt::OtherFocusReason);
     else if (givesFocus && detail_->currentWidget())
@@ -179,7 +177,7 @@ void RepositoryView::showCommandLog()
         log_->setFocus(Qt::OtherFocusReason);
         return;
     }
-    // First the focus, then the view, as with the inspector.
+    // The focus moves first, as for the inspector.
     if (!focus || log_->isAncestorOf(focus)) {
         const bool canReturn = focusBeforeLog_ && focusBeforeLog_->isVisible();
         if (QWidget* const next = canReturn ? focusBeforeLog_.data() : detail_->currentWidget())

@@ -24,9 +24,9 @@ class StashesView;
 class Toolbar;
 class WorkingCopyView;
 
-/// Everything inside a repository window: the toolbar, what could not be read, the sidebar, the view of what the
-/// sidebar has selected, the inspector at the right edge while there is something to inspect, and the dialogs over it.
-/// Shows the store and calls it; main thread.
+/// Everything inside a repository window: the toolbar, the bars for problems and notices, the sidebar, the view of the
+/// item that is selected there, the inspector at the right edge while a file is inspected, the command log, and the
+/// dialogs over them. Shows the store and calls it. Main thread.
 class RepositoryView : public QWidget {
     Q_OBJECT
 
@@ -34,10 +34,11 @@ public:
     /// `store` outlives the view.
     explicit RepositoryView(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// Says something once, quietly, until the user dismisses it.
+    /// Shows a notice until the user dismisses it.
     void showNotice(const QString& notice);
 
-    /// Who says how the command that opens files in the user's editor is called; asked whenever a menu opens.
+    /// Sets the function that returns the title of the command that opens files in the user's editor. It is called
+    /// whenever a menu opens.
     void setEditorTitle(std::function<QString()> title);
 
     SidebarView* sidebar() const { return sidebar_; }
@@ -61,11 +62,11 @@ private:
     QWidget* logPlace_;       ///< holds the command log, and is hidden without it
     SplitPane* detailSplit_;
     SplitPane* windowSplit_;
-    CommandLogPanel* log_ = nullptr; ///< likewise
+    CommandLogPanel* log_ = nullptr; ///< made when it is first shown
     QPointer<QWidget> focusBeforeLog_;
     InspectorView* inspector_ = nullptr;     ///< made when it is first shown
     QPointer<QWidget> focusBeforeInspector_; ///< where the keyboard goes when the inspector closes
-    // Made when they are first shown: a window paints sooner with one view than with three.
+    // These are made when they are first shown, since a window paints sooner with one view than with three.
     HistoryView* history_ = nullptr;
     WorkingCopyView* workingCopy_ = nullptr;
     StashesView* stashes_ = nullptr;

@@ -36,7 +36,7 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
     project_->setToolTip(shownText(store.root().native()));
     followFont(*project_, 0, QFont::Bold);
     branch_->setForegroundRole(QPalette::PlaceholderText);
-    // A long branch name gives way to the buttons.
+    // A long branch name is cut so that the buttons keep their room.
     branch_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     branch_->setMinimumWidth(24);
 
@@ -61,11 +61,11 @@ void Toolbar::makeButtons(QHBoxLayout& row)
         QString title;
         void (Toolbar::*signal)();
     };
-    for (const Button& button : {Button{u"Fetch"_s, &Toolbar::fetchRequested},
-                                 {u"Pull"_s, &Toolbar::pullRequested},
-                                 {u"Push"_s, &Toolbar::pushRequested},
-                                 {u"Branch"_s, &Toolbar::branchRequested},
-                                 {u"Stash"_s, &Toolbar::stashRequested}})
+    for (const Button& button : {Button{tr("Fetch"), &Toolbar::fetchRequested},
+                                 {tr("Pull"), &Toolbar::pullRequested},
+                                 {tr("Push"), &Toolbar::pushRequested},
+                                 {tr("Branch"), &Toolbar::branchRequested},
+                                 {tr("Stash"), &Toolbar::stashRequested}})
     {
         auto* made = new BarButton(button.title, this);
         connect(made, &BarButton::clicked, this, button.signal);
@@ -81,7 +81,7 @@ void Toolbar::makeButtons(QHBoxLayout& row)
 
 void Toolbar::updateButtons()
 {
-    // While an action runs the store would drop another one.
+    // The store drops an action that is asked for while another one runs.
     const bool isIdle = !store_.changes().activity.value();
     for (BarButton* button : buttons_)
         button->setEnabled(isIdle);

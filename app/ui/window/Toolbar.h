@@ -15,8 +15,8 @@ namespace plovik {
 
 class BarButton;
 
-/// The row at the top of the repository window: what is open, what can be done with its remotes, and what is going on.
-/// Main thread.
+/// The row at the top of the repository window: the names of the repository and of the branch, buttons for the most
+/// frequent actions, and the running action. Main thread.
 class Toolbar : public QWidget {
     Q_OBJECT
 
