@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/Text.h"
 
+#include <utility>
+
 #include <algorithm>
 
 #include <cstdint>
@@ -109,6 +111,8 @@ std::string repairedUtf8(std::string bytes)
     }
     return repaired;
 }
+
+std::string inQuotes(std::string bytes) { return "“" + repairedUtf8(std::move(bytes)) + "”"; }
 
 std::string_view trimmed(std::string_view text, std::string_view blanks)
 {

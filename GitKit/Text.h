@@ -13,6 +13,9 @@ bool isUtf8(std::string_view bytes);
 /// Returns `bytes` with every invalid UTF-8 sequence replaced by U+FFFD.
 std::string repairedUtf8(std::string bytes);
 
+/// Returns `bytes` as they stand in a sentence for people: repaired, between quotation marks.
+std::string inQuotes(std::string bytes);
+
 /// Returns `text` without the characters of `blanks` at both ends.
 std::string_view trimmed(std::string_view text, std::string_view blanks = " \t\r\n\v\f");
 

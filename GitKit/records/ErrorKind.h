@@ -11,6 +11,7 @@ enum class ErrorKind {
     bareRepository,         ///< there is no working tree here
     noSuchRef,              ///< no branch, tag or commit has this name
     ambiguousName,          ///< more than one object's hash begins with this name
+    fileGone,               ///< a file of the working tree is not there any more
     noSuchPath,             ///< the commit, or the index, has no file of this name
     insideSubmodule,        ///< the path belongs to a repository inside this one
     invalidName,            ///< no branch or tag can be named so

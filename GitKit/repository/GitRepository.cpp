@@ -25,7 +25,7 @@ void requireReadableHead(const GitRunner& runner)
 {
     const std::string name(trimmed(runner.output({"symbolic-ref", "--quiet", "HEAD"}).text()));
     if (name != "refs/heads/" + std::string(unreadableHead))
-        throw GitError("status", 128, "The current branch “" + name + "” cannot be read: its ref is damaged.",
+        throw GitError("status", 128, "The current branch " + inQuotes(name) + " cannot be read: its ref is damaged.",
                        ErrorKind::missingObject);
 }
 

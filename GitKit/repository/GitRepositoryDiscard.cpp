@@ -16,6 +16,7 @@
 //   intended additions    (add -N) are not in HEAD, so they are treated like added files.
 //   submodules            are refused, because no command brings back the files in them.
 
+#include "GitKit/Text.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/runner/GitError.h"
@@ -40,8 +41,6 @@ Standing standing(const fs::path& path)
         return Standing::nothing;
     return S_ISDIR(found.st_mode) ? Standing::folder : Standing::file;
 }
-
-std::string quoted(const std::string& path) { return "“" + repairedUtf8(path) + "”"; }
 
 /// Whether HEAD has no such file, so that discarding moves it to the Trash.
 bool isNew(const FileChange& file)
@@ -100,7 +99,7 @@ public:
     {
         if (file.isSubmodule)
             throw GitError("checkout", 1,
-                           quoted(file.path) + " is a submodule: its changes are discarded in its own window.");
+                           inQuotes(file.path) + " is a submodule: its changes are discarded in its own window.");
         if (file.isUntracked())
             moveFile(file.path);
         else if (isNew(file))
@@ -193,7 +192,7 @@ private:
     {
         trash_(root_ / path);
         if (standing(root_ / path) != Standing::nothing)
-            throw GitError("checkout", 1, quoted(path) + " could not be moved to the Trash.");
+            throw GitError("checkout", 1, inQuotes(path) + " could not be moved to the Trash.");
     }
 
     void wait(Command command, const std::string& path)
@@ -240,7 +239,8 @@ void GitRepository::discard(const std::vector<FileChange>& files, const Trash& t
                 continue;
             // The caller was promised that the file goes to the Trash; now its changes would be lost.
             if (isNew(file) && !isNew(*now))
-                throw GitError("checkout", 1, quoted(file.path) + " has changed since it was shown. Look at it again.",
+                throw GitError("checkout", 1,
+                               inQuotes(file.path) + " has changed since it was shown. Look at it again.",
                                ErrorKind::changedMeanwhile);
             discard.add(*now);
         }

@@ -45,8 +45,6 @@ using Arguments = std::vector<std::string>;
 
 constexpr std::string_view branchPrefix = "refs/heads/";
 
-std::string quoted(const std::string& name) { return "“" + repairedUtf8(name) + "”"; }
-
 /// The branch's short name; nullopt for a ref that is no branch.
 std::optional<std::string> branchName(const std::string& ref)
 {
@@ -62,7 +60,7 @@ std::string workingTreeOf(const GitRunner& runner, const std::string& branch)
     const std::string found = runner.bytes({"for-each-ref", "--format=%(refname)%00%(worktreepath)", branch});
     const std::string start = branch + '\0';
     if (!found.starts_with(start))
-        throw GitError("checkout", 1, "There is no branch " + quoted(branch.substr(branchPrefix.size())) + ".",
+        throw GitError("checkout", 1, "There is no branch " + inQuotes(branch.substr(branchPrefix.size())) + ".",
                        ErrorKind::noSuchRef);
     return std::string(trimmed(std::string_view(found).substr(start.size()), "\n"));
 }
@@ -92,7 +90,7 @@ std::string currentRef(const std::vector<Stash>& stashes, const Stash& wanted)
         return wanted.ref;
     const auto found = std::ranges::find(stashes, wanted.hash, &Stash::hash);
     if (found == stashes.end())
-        throw GitError("stash", 1, "The stash “" + repairedUtf8(wanted.message) + "” is no longer in the list.",
+        throw GitError("stash", 1, "The stash " + inQuotes(wanted.message) + " is no longer in the list.",
                        ErrorKind::changedMeanwhile);
     return found->ref;
 }
@@ -170,7 +168,7 @@ void GitRepository::checkout(const std::string& ref) const
         return;
     }
     if (!elsewhere.empty() && elsewhere != root_.string())
-        throw GitError("checkout", 128, quoted(*branch) + " is already checked out in " + quoted(elsewhere) + ".",
+        throw GitError("checkout", 128, inQuotes(*branch) + " is already checked out in " + inQuotes(elsewhere) + ".",
                        ErrorKind::checkedOutElsewhere);
     runner_.accepted({"checkout", ref, "--"});
     runner_.accepted({"symbolic-ref", "-m", "checkout: moving to " + ref, "HEAD", ref});
@@ -268,7 +266,7 @@ void GitRepository::push(const std::string& branch, const std::optional<std::str
         return;
     }
     if (trimmed(runner_.output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes, "\n") != ref)
-        throw GitError("push", 1, quoted(branch) + " is not the current branch any more. Nothing was pushed.",
+        throw GitError("push", 1, inQuotes(branch) + " is not the current branch any more. Nothing was pushed.",
                        ErrorKind::changedMeanwhile);
     runTelling(runner_, {"push", "--progress"});
 }

@@ -299,7 +299,7 @@ void takeSide(const GitRepository& repo, const std::vector<std::string>& paths, 
         const bool hasFolder = std::ranges::any_of(stages, isSubmodule);
         if (!hasFolder && isThere(repo.root() / path) && (!taken || changed.contains(path))) {
             if (!trash)
-                throw GitError("checkout", 1, "“" + repairedUtf8(path) + "” cannot be moved to the Trash.");
+                throw GitError("checkout", 1, inQuotes(path) + " cannot be moved to the Trash.");
             trash(repo.root() / path);
         }
         if (taken && !isSubmodule(taken))

@@ -37,13 +37,13 @@ std::optional<std::string> fileBytes(const std::filesystem::path& file)
     std::ifstream stream(file, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(stream), {}};
     if (!stream.is_open() || stream.bad())
-        throw GitError("apply", 1, "“" + repairedUtf8(file.string()) + "” could not be read.");
+        throw GitError("apply", 1, inQuotes(file.string()) + " could not be read.");
     return bytes;
 }
 
 [[noreturn]] void throwUnwritable(const std::filesystem::path& file)
 {
-    throw GitError("apply", 1, "“" + repairedUtf8(file.string()) + "” could not be written.");
+    throw GitError("apply", 1, inQuotes(file.string()) + " could not be written.");
 }
 
 /// A new, empty file beside `file`; not open when none can be made. The kernel applies the user's mask to its mode:

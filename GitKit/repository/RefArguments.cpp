@@ -10,8 +10,6 @@ namespace gitkit {
 
 namespace {
 
-std::string quoted(const std::string& name) { return "“" + repairedUtf8(name) + "”"; }
-
 bool isHash(std::string_view text)
 {
     return text.size() >= 4 && text.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
@@ -22,7 +20,7 @@ bool isHash(std::string_view text)
 std::string revisionArgument(const char* command, const std::string& revision)
 {
     if (revision.starts_with('-'))
-        throw GitError(command, 128, quoted(revision) + " is not a revision.", ErrorKind::noSuchRef);
+        throw GitError(command, 128, inQuotes(revision) + " is not a revision.", ErrorKind::noSuchRef);
     return revision;
 }
 
@@ -34,7 +32,7 @@ std::string commitArgument(const char* command, const std::string& revision)
 std::string exactArgument(const char* command, const std::string& revision)
 {
     if (!revision.starts_with("refs/") && !isHash(revision) && revision != "HEAD")
-        throw GitError(command, 128, quoted(revision) + " is neither the full name of a branch or tag nor a hash.",
+        throw GitError(command, 128, inQuotes(revision) + " is neither the full name of a branch or tag nor a hash.",
                        ErrorKind::noSuchRef);
     return revision;
 }
@@ -44,9 +42,9 @@ std::string newNameArgument(const char* command, const std::string& name)
     if (name.empty())
         throw GitError(command, 128, "The name is empty.", ErrorKind::invalidName);
     if (name.starts_with('-'))
-        throw GitError(command, 128, quoted(name) + " cannot be a name: it begins with “-”.", ErrorKind::invalidName);
+        throw GitError(command, 128, inQuotes(name) + " cannot be a name: it begins with “-”.", ErrorKind::invalidName);
     if (name == "@" || name == "HEAD" || name.find("@{") != std::string::npos)
-        throw GitError(command, 128, quoted(name) + " cannot be a name: git reads it as something else.",
+        throw GitError(command, 128, inQuotes(name) + " cannot be a name: git reads it as something else.",
                        ErrorKind::invalidName);
     return name;
 }

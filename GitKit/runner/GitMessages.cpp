@@ -35,6 +35,9 @@ constexpr auto rows = std::to_array<Row>({
     {Kind::bareRepository, "", 128, "fatal: this operation must be run in a work tree", ""},
     {Kind::bareRepository, "", 128, "fatal: cannot use bare repository", ""},
 
+    // A diff of a file that was deleted since it was listed.
+    {Kind::fileGone, "diff", anyStatus, "", "No such file or directory"},
+
     // Locks: the index and HEAD, refs, the configuration.
     {Kind::lockHeld, "", anyStatus, "fatal: ", ".lock': File exists"},
     {Kind::lockHeld, "", anyStatus, "error: ", ".lock': File exists"},

@@ -246,11 +246,11 @@ DiffProblem fileIsGone()
                                         "It was deleted or moved meanwhile. The list follows at the next refresh.")};
 }
 
-DiffProblem diffProblem(const QString& message)
+DiffProblem diffProblem(const Failure& failure)
 {
-    if (message.contains(u"No such file or directory"_s))
+    if (failure.kind == gitkit::ErrorKind::fileGone)
         return fileIsGone();
-    return {QCoreApplication::translate("Diff", "The Diff Could Not Be Read"), message};
+    return {QCoreApplication::translate("Diff", "The Diff Could Not Be Read"), failure.message};
 }
 
 } // namespace plovik

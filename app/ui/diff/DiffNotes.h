@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/ParsedDiff.h"
+#include "app/store/Failure.h"
 #include "app/ui/diff/WideEncoding.h"
 
 #include <QString>
@@ -45,7 +46,7 @@ struct DiffProblem {
     QString title;
     QString description;
 };
-DiffProblem diffProblem(const QString& message);
+DiffProblem diffProblem(const Failure& failure);
 /// Returns the sentence for a file that was removed after the list of files was read.
 DiffProblem fileIsGone();
 

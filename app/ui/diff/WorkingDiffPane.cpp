@@ -118,7 +118,7 @@ void WorkingDiffPane::showCount(std::size_t selected)
 void WorkingDiffPane::diffRead()
 {
     if (reading_.failure())
-        takeProblem(diffProblem(reading_.failure()->message));
+        takeProblem(diffProblem(*reading_.failure()));
     else
         take(reading_.answered()->file, *reading_.result());
 }
