@@ -14,7 +14,7 @@ namespace plovik {
 
 namespace {
 
-// An open keyring answers within milliseconds, and nobody unlocks one for an application that is quitting.
+// An unlocked keyring answers within milliseconds. A locked one asks for a password, which quitting does not wait for.
 constexpr std::chrono::milliseconds lastWait{1000};
 
 QCoro::Task<> saveKey(std::shared_ptr<int> running, AIProvider provider, QString key,

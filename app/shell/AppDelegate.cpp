@@ -27,11 +27,13 @@
 #include <algorithm>
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik {
 
 namespace {
 
-// Open requests that arrive with the launch win over the welcome window.
+// Requests to open a folder that arrive within this time after the launch replace the welcome window.
 constexpr std::chrono::milliseconds welcomeDelay{300};
 
 QString nameOf(const std::filesystem::path& folder)
@@ -46,12 +48,12 @@ void bringToFront(QWidget* window)
     if (window->isMinimized())
         window->showNormal();
     window->show();
-    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+    if (QGuiApplication::platformName() != u"offscreen"_s)
         window->raise();
     window->activateWindow();
 }
 
-/// An alert that blocks nothing; its accessible name is its title.
+/// Returns an alert that is not shown yet and deletes itself when it is closed. Its accessible name is its title.
 QMessageBox* alert(const QString& title, const QString& detail, QWidget* parent)
 {
     auto* const box = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::Ok, parent);
@@ -63,7 +65,7 @@ QMessageBox* alert(const QString& title, const QString& detail, QWidget* parent)
     return box;
 }
 
-/// The desktop's own scheme; where it does not tell, that of the toolkit's palette.
+/// Returns the desktop's scheme, or that of the toolkit's palette when the desktop names none.
 AppAppearance desktopAppearance(ColorScheme::Preference preference)
 {
     if (preference != ColorScheme::Preference::Unknown)
@@ -84,7 +86,7 @@ AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options))
 
 AppDelegate::~AppDelegate()
 {
-    // Closing removes a window from the map.
+    // Iterates over a copy, because a window that is closed is removed from the map.
     const std::vector<QWidget*> open = windows();
     for (QWidget* window : open)
         delete window;
@@ -154,18 +156,18 @@ QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder)
 
 void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const std::exception& failure)
 {
-    QString title = QStringLiteral("“%1” is not a git repository").arg(nameOf(folder));
+    QString title = tr("“%1” is not a git repository").arg(nameOf(folder));
     QString detail = shownText(folder.string());
     const gitkit::ErrorKind kind = gitkit::errorKindOf(failure);
     if (kind == gitkit::ErrorKind::bareRepository) {
-        title = QStringLiteral("“%1” has no working tree").arg(nameOf(folder));
-        detail += QStringLiteral("\n\nIt is a bare repository or a folder of git's own. Plovik shows working trees.");
+        title = tr("“%1” has no working tree").arg(nameOf(folder));
+        detail += u"\n\n"_s + tr("It is a bare repository or a folder of git's own. Plovik shows working trees.");
     } else if (kind != gitkit::ErrorKind::notARepository) {
-        title = QStringLiteral("“%1” could not be opened").arg(nameOf(folder));
-        detail += QStringLiteral("\n\n") + QString::fromUtf8(failure.what());
+        title = tr("“%1” could not be opened").arg(nameOf(folder));
+        detail += u"\n\n"_s + QString::fromUtf8(failure.what());
     }
     if (!options_.screenshot.empty()) {
-        // Nobody looks at a picture that is never taken.
+        // No window opens, so no picture can be taken.
         std::fprintf(stderr, "plovik-app: %s: %s\n", qUtf8Printable(title), qUtf8Printable(detail));
         QApplication::exit(1);
         return;
@@ -192,7 +194,7 @@ void AppDelegate::showRepository(const std::filesystem::path& root)
     auto* const window = new RepositoryWindow(root, options_.show.value_or(SidebarItem::workingCopy()), *this,
                                               [this, key = root.string()] { repositoryWindows_.erase(key); });
     repositoryWindows_.emplace(root.string(), window);
-    // A picture does not depend on the screen that is there, or is not.
+    // The size of a screenshot must not depend on the screen.
     if (options_.size.isValid() || !options_.screenshot.empty())
         window->resize(options_.size.isValid() ? options_.size : windowFrames::ordinarySize);
     if (!notice_.isEmpty())
@@ -206,7 +208,7 @@ void AppDelegate::showWelcome()
     if (!welcomeWindow_) {
         auto* const view = new WelcomeView([this](const std::filesystem::path& root) { launch(openRepository(root)); },
                                            [this] { openDocument(); });
-        view->setWindowTitle(QStringLiteral("Plovik"));
+        view->setWindowTitle(tr("Plovik"));
         addKeys(*view);
         welcomeWindow_ = view;
     }
@@ -225,7 +227,7 @@ void AppDelegate::showSettings()
     bringToFront(settingsWindow_);
 }
 
-/// The keys of the application's menu, for a window without one.
+/// Adds the shortcuts of the application's menu to a window without a menu bar.
 void AppDelegate::addKeys(QWidget& window)
 {
     const std::pair<Qt::Key, void (AppDelegate::*)()> keys[] = {{Qt::Key_O, &AppDelegate::openDocument},
@@ -237,7 +239,7 @@ void AppDelegate::addKeys(QWidget& window)
 
 RepositoryWindow* AppDelegate::currentWindow() const
 {
-    // A dialog belongs to the window that it stands over.
+    // A dialog counts as the window that it belongs to.
     for (QWidget* front = QApplication::activeWindow(); front; front = front->parentWidget()) {
         for (const auto& [key, window] : repositoryWindows_) {
             if (window == front)
@@ -264,7 +266,7 @@ void AppDelegate::followSettings()
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key != QLatin1String(settings::appearance.key))
             return;
-        options_.appearance.reset(); // what is chosen now is what is wanted
+        options_.appearance.reset(); // the newer choice replaces the one of the command line
         applyAppearance();
     });
 }
@@ -279,12 +281,11 @@ void AppDelegate::applyAppearance()
 
 void AppDelegate::openDocument()
 {
-    auto* const panel =
-        new QFileDialog(currentWindow(), QStringLiteral("Choose a git repository (any folder inside it works)"));
+    auto* const panel = new QFileDialog(currentWindow(), tr("Choose a git repository (any folder inside it works)"));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::Directory);
     panel->setOption(QFileDialog::ShowDirsOnly);
-    panel->setLabelText(QFileDialog::Accept, QStringLiteral("Open"));
+    panel->setLabelText(QFileDialog::Accept, tr("Open"));
     connect(panel, &QFileDialog::fileSelected, this,
             [this](const QString& folder) { launch(openRepository(QFile::encodeName(folder).toStdString())); });
     panel->open();
@@ -314,8 +315,8 @@ void AppDelegate::quit()
 
 void AppDelegate::about()
 {
-    auto* const box = new QMessageBox(QMessageBox::NoIcon, QStringLiteral("About Plovik"),
-                                      QStringLiteral("Plovik " PLOVIK_VERSION "\n\nA graphical git client."),
+    auto* const box = new QMessageBox(QMessageBox::NoIcon, tr("About Plovik"),
+                                      tr("Plovik %1\n\nA graphical git client.").arg(QLatin1String(PLOVIK_VERSION)),
                                       QMessageBox::Ok, currentWindow());
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();

@@ -23,8 +23,8 @@ class RepositoryWindow;
 class UpdateDialog;
 class SettingsView;
 
-/// Owns every window and decides what opens: one window a repository, the welcome window when there is none, and the
-/// settings. Lives as long as the application, on the main thread.
+/// Owns every window and decides which one opens: one window for each repository, the welcome window when none is open,
+/// and the settings. Lives as long as the application. Main thread.
 class AppDelegate : public QObject, public MenuTarget {
     Q_OBJECT
 
@@ -32,22 +32,23 @@ public:
     explicit AppDelegate(LaunchOptions options);
     ~AppDelegate() override;
 
-    /// Something to tell in the first window that opens.
+    /// Sets a notice that the first repository window shows.
     void setNotice(const QString& notice) { notice_ = notice; }
 
-    /// Opens what the command line names, or the welcome window unless an open request arrives first.
+    /// Opens what the command line asks for. Without such a wish, shows the welcome window unless a request to open a
+    /// folder arrives first.
     void finishLaunching();
 
-    /// Another launch, or the desktop, asks for folders.
+    /// Opens the repositories of folders, for another launch or for the desktop.
     void open(const std::vector<std::filesystem::path>& folders);
-    /// Another launch without folders: brings a window.
+    /// Brings a window to the front, for another launch without folders.
     void reopen();
-    /// One of launchActions; another name brings a window.
+    /// Carries out one of launchActions. Any other name brings a window to the front.
     void carryOut(std::string_view action);
 
-    /// Shows the repository that holds `folder`, or says why there is none.
+    /// Shows the repository that contains `folder`, or an alert that says why it cannot be opened.
     QCoro::Task<> openRepository(std::filesystem::path folder);
-    /// Shows the window of a working tree's top level, a new one when there is none.
+    /// Shows the window of the working tree whose top level is `root`, and makes it when there is none.
     void showRepository(const std::filesystem::path& root);
     void showWelcome();
 
@@ -61,9 +62,9 @@ public:
     void bringAllToFront() override;
 
 Q_SIGNALS:
-    /// A repository window was created.
+    /// Emitted when a repository window was created.
     void windowOpened(RepositoryWindow* window);
-    /// The window that the command line asks for by name is shown.
+    /// Emitted when the window that the command line names is shown.
     void askedWindowShown(QWidget* window);
 
 private:
@@ -77,7 +78,7 @@ private:
     LaunchOptions options_;
     QString notice_;
     ColorScheme colorScheme_;
-    std::map<std::string, RepositoryWindow*> repositoryWindows_; ///< by top level, as bytes
+    std::map<std::string, RepositoryWindow*> repositoryWindows_; ///< by the bytes of their top level
     QPointer<QWidget> welcomeWindow_;
     QPointer<UpdateDialog> updateDialog_;
     QPointer<SettingsView> settingsWindow_;

@@ -34,7 +34,7 @@ CommandLineState stateOf(const CommandLineTool& tool)
             .offer = Offer::update};
 }
 
-/// Installs the tool. Returns why that failed, as a sentence; empty when it did not fail.
+/// Installs the tool. Returns a sentence that says why this failed, or an empty text after success.
 std::string installReportingProblem(const CommandLineTool& tool)
 {
     try {
@@ -53,7 +53,7 @@ CommandLineCommands commandLineCommands(const CommandLineTool& tool, Worker& wor
     commands.state = [tool] { return stateOf(tool); };
     commands.install = [tool, &worker](std::function<void(QString)> finished) {
         const auto problem = std::make_shared<std::string>();
-        // It waits for a password, so reads of git must not wait behind it.
+        // The installation may wait for a password, so it must not block the threads that read from git.
         worker.post(
             Worker::Lane::network, [tool, problem] { *problem = installReportingProblem(tool); },
             [problem, finished = std::move(finished)] { finished(shownText(*problem)); });

@@ -7,8 +7,8 @@
 
 namespace plovik {
 
-/// Returns what the settings show of the command line tool and what they can do with it. `worker` must outlive the
-/// result. Main thread.
+/// Returns the functions by which the settings show, install and reveal the command line tool. `worker` must outlive
+/// the result. Main thread.
 CommandLineCommands commandLineCommands(const CommandLineTool& tool = CommandLineTool(),
                                         Worker& worker = Worker::pool());
 

@@ -5,7 +5,7 @@
 
 namespace plovik {
 
-/// Writes commit messages as the settings say, each time they are asked.
+/// Returns a writer of commit messages that reads the settings at each request. Main thread.
 MessageWriter commitMessageWriter();
 
 } // namespace plovik

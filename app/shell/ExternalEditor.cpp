@@ -40,7 +40,7 @@ Files existing(const Files& files)
     return kept;
 }
 
-/// Opens the files, and blocks. Returns why that failed, as a sentence; empty when it did not fail.
+/// Opens the files, and blocks. Returns a sentence that says why this failed, or an empty text after success.
 std::string openReportingProblem(const std::filesystem::path& editor, const Files& files)
 {
     const Files present = existing(files);
@@ -62,7 +62,7 @@ std::string openReportingProblem(const std::filesystem::path& editor, const File
 std::vector<App> installed()
 {
     std::vector<App> apps = editors::known();
-    // The C locale does not sort words as people do.
+    // The C locale sorts by bytes, which is no order for names.
     const QLocale locale;
     QCollator order(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     order.setNumericMode(true);
@@ -101,7 +101,7 @@ void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
 
 void open(const Files& files, Failed failed)
 {
-    // Starting a program waits for disks and buses; the window must not wait for them.
+    // Starting a program can wait for a disk or for D-Bus, so it does not happen on the main thread.
     QThreadPool::globalInstance()->start([editor = nativePath(chosenPath()), files, failed = std::move(failed)] {
         std::string problem = openReportingProblem(editor, files);
         QCoreApplication* const application = QCoreApplication::instance();

@@ -36,8 +36,8 @@ void chooseApplication(QWidget* parent, std::function<void(App)> chosen);
 using Files = std::vector<std::filesystem::path>; ///< absolute
 using Failed = std::function<void(std::string problem)>;
 
-/// Opens those of `files` that exist, each once and in their order; all of them in one request where the user chose an
-/// application. Returns at once; `failed` is called on the main thread with a sentence for the user.
+/// Opens those of `files` that exist, each once and in their order. An application that the user chose gets all of them
+/// in one request. Returns at once; `failed` is called on the main thread with a sentence for the user.
 void open(const Files& files, Failed failed);
 
 } // namespace plovik::externalEditor

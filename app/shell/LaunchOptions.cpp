@@ -12,7 +12,7 @@ namespace plovik {
 
 namespace {
 
-// The parser writes a help by itself only where there is an application, which --help does not wait for.
+// QCommandLineParser can print a help only once there is an application, and --help must work without a display.
 constexpr std::string_view usage =
     R"(Usage: plovik-app [options] [FOLDER...]
 
@@ -28,7 +28,7 @@ Opens each FOLDER's repository in a window of its own.
   --version           print the version and quit
 )";
 
-// Names of files are bytes. As Latin-1 they pass through the parser unharmed.
+// File names are bytes. Latin-1 carries all bytes through the parser unchanged.
 QString parserText(std::string_view bytes)
 {
     return QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
@@ -107,7 +107,7 @@ bool takeSize(LaunchOptions& options, std::string_view value)
 
 struct Option {
     QString name;
-    bool (*take)(LaunchOptions& options, std::string_view value); ///< returns false for a value that makes no sense
+    bool (*take)(LaunchOptions& options, std::string_view value); ///< returns false for an invalid value
 };
 
 const Option valueOptions[] = {

@@ -18,13 +18,14 @@
 
 namespace plovik {
 
-/// The desktop entry's actions, as they are named there.
+/// The names of the desktop entry's actions.
 namespace launchActions {
 inline constexpr std::string_view openRepository = "open-repository";
 inline constexpr std::string_view recentRepository = "recent-repository";
 } // namespace launchActions
 
-/// The window to begin with. `fitting` is a repository's, or the welcome window when there is none.
+/// The window to begin with. `fitting` stands for a repository's window, or the welcome window when no repository is
+/// named.
 enum class LaunchWindow { fitting, welcome, settings };
 
 /// What the command line asks of the application.
@@ -32,14 +33,14 @@ struct LaunchOptions {
     std::vector<std::filesystem::path> folders; ///< absolute
     std::optional<SidebarItem> show;            ///< the section that the windows open with
     LaunchWindow window = LaunchWindow::fitting;
-    QString settingsTab;                     ///< the title of the settings' tab to begin with; empty for the first
-    std::optional<AppAppearance> appearance; ///< for this run, instead of the stored one
-    std::string action;                      ///< one of the desktop entry's, instead of folders; empty for none
+    QString settingsTab; ///< the title of the first shown tab of the settings; empty for the default
+    std::optional<AppAppearance> appearance; ///< replaces the stored one for this run
+    std::string action;                      ///< one of launchActions, instead of folders; empty for none
     std::filesystem::path screenshot;        ///< a picture of the first window is written here; empty for none
-    QSize size;                              ///< of the window, when it is valid
+    QSize size;                              ///< of the window; invalid for the remembered one
 };
 
-/// A command line that ends at once: what to print, and the exit status.
+/// The answer to a command line that starts no application: what to print, and the exit status.
 struct LaunchAnswer {
     std::string text;
     int status = 0;

@@ -21,7 +21,7 @@ namespace plovik {
 namespace {
 
 constexpr QSize smallestSize{860, 520};
-// Dragging a window's edge would write the settings at every step.
+// The frame is stored only after this pause, so that dragging an edge does not write the settings at every step.
 constexpr std::chrono::milliseconds frameSettles{300};
 
 StoreServices desktopServices()
@@ -42,7 +42,7 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
     : store_(std::make_unique<RepositoryStore>(std::move(root), Worker::pool(), desktopServices())),
       onClose_(std::move(onClose))
 {
-    // Git reads while the views are made, and only those of the section that is shown are.
+    // Started first, so that git reads while the views are made. Only the selected section's views are made now.
     store_->window().select(std::move(section));
     store_->snapshot().refresh(RefreshScope::full);
     view_ = new RepositoryView(*store_, this);
@@ -62,17 +62,17 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
     }));
     updateTitle();
 
-    // The first read has the machine to itself; watching begins once it is on the screen.
+    // Watching begins once the first read is on the screen, so that it does not slow that down.
     connect(this, &RepositoryWindow::settled, this, &RepositoryWindow::startWatching);
     notifiers_.push_back(store_->snapshot().hasLoaded.addNotifier(
-        // A queued call would come before the window is painted; a timer waits for all events.
+        // A timer fires after the window has been painted; a queued call would run before.
         [this] { QTimer::singleShot(0, this, &RepositoryWindow::settled); }));
 }
 
 RepositoryWindow::~RepositoryWindow()
 {
     notifiers_.clear();
-    // The views show the store until they are gone.
+    // The views refer to the store, so they are deleted before it.
     delete takeCentralWidget();
 }
 
@@ -82,7 +82,7 @@ void RepositoryWindow::updateTitle()
 {
     const QString folder = QString::fromStdString(root().filename().string());
     const QString head = store_->snapshot().headDescription();
-    setWindowTitle(head.isEmpty() ? folder : folder + QStringLiteral(" — ") + head);
+    setWindowTitle(head.isEmpty() ? folder : tr("%1 — %2", "folder, branch").arg(folder, head));
 }
 
 void RepositoryWindow::showNotice(const QString& notice) { view_->showNotice(notice); }
@@ -101,12 +101,12 @@ void RepositoryWindow::startWatching()
     callbacks.onChange = [this](bool gitDirectoryChanged) {
         store_->snapshot().refresh(gitDirectoryChanged ? RefreshScope::full : RefreshScope::status);
     };
-    // What changed between the first read and this moment was not seen by either.
+    // Changes between the first read and this moment have not been noticed by anyone.
     callbacks.onWatching = [this] { store_->snapshot().refresh(RefreshScope::status); };
     callbacks.onLimitReached = [this] {
         view_->showNotice(
-            QStringLiteral("This repository has more folders than the system lets Plovik watch. Changes in "
-                           "some of them show when this window comes to the front."));
+            tr("This repository has more folders than the system lets Plovik watch. Changes in some of them show when "
+               "this window comes to the front."));
     };
     watcher_ = std::make_unique<RepositoryWatcher>(root(), WatcherGit::installed(), std::move(callbacks));
 }
@@ -119,7 +119,7 @@ void RepositoryWindow::rememberFrameSoon()
 
 void RepositoryWindow::changeEvent(QEvent* event)
 {
-    // Coming to the front catches what no watcher saw. The first load is under way when the window first comes there.
+    // Finds changes that the watcher has missed. Before the first load has ended, no second one is needed.
     if (event->type() == QEvent::ActivationChange && isActiveWindow() && store_->snapshot().hasLoaded.value())
         store_->snapshot().refresh(RefreshScope::full);
     QMainWindow::changeEvent(event);

@@ -18,13 +18,13 @@ class MenuTarget;
 class RepositoryView;
 class RepositoryWatcher;
 
-/// The window of one repository. Owns its store and its watcher; deletes itself when it is closed, after calling
-/// `onClose`.
+/// The window of one repository. Owns its store and its watcher. When it is closed, it calls `onClose` and deletes
+/// itself. Main thread.
 class RepositoryWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    /// Opens with `section` in sight.
+    /// Opens with `section` selected. `menuTarget` outlives the window.
     RepositoryWindow(std::filesystem::path root, SidebarItem section, MenuTarget& menuTarget,
                      std::function<void()> onClose);
     ~RepositoryWindow() override;
@@ -35,11 +35,11 @@ public:
     /// Shows another section of the repository.
     void show(SidebarItem item);
     using QMainWindow::show;
-    /// Says something once, quietly.
+    /// Shows a notice that the user can dismiss and that blocks nothing.
     void showNotice(const QString& notice);
 
 Q_SIGNALS:
-    /// The first read is on the screen: what the user does not wait for may begin.
+    /// Emitted when the first read is on the screen, so that less urgent work can begin.
     void settled();
 
 protected:
@@ -59,7 +59,7 @@ private:
     RepositoryView* view_ = nullptr;
     std::unique_ptr<RepositoryWatcher> watcher_;
     QTimer frameTimer_;
-    std::string shownWarnings_; ///< git's, which are told once
+    std::string shownWarnings_; ///< git's last warnings, which are shown once
     std::vector<QPropertyNotifier> notifiers_;
 };
 

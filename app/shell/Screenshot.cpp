@@ -14,7 +14,7 @@ namespace plovik {
 
 namespace {
 
-// Once the store is full, the views themselves load a commit's message and a diff; this is the time for that.
+// After the store has loaded, the views still load a commit's message and a diff. They get this time for it.
 constexpr std::chrono::milliseconds detailsSettle{700};
 
 } // namespace

@@ -5,8 +5,8 @@
 
 namespace plovik {
 
-/// Begins to look for the working tree of a folder on another thread. When this is called before the toolkit starts,
-/// the answer is there when the toolkit is ready.
+/// Begins to look for the working tree of a folder on another thread. Called before the toolkit starts, so that both
+/// happen at the same time.
 void beginTopLevelLookup(const std::filesystem::path& folder);
 
 /// Returns the top level of the working tree that holds `folder`. The first call for the folder of

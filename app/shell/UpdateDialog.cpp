@@ -40,7 +40,7 @@ UpdateDialog::UpdateDialog(UpdateSource source, QWidget* parent)
       open_(new QPushButton(tr("Open Release Page"), this))
 {
     dialogParts::prepare(*this, tr("Check for Updates"));
-    setWindowModality(Qt::NonModal); // work goes on while it asks
+    setWindowModality(Qt::NonModal); // the user can go on working while it asks
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
     QVBoxLayout* const column = dialogParts::column(*this);
@@ -105,7 +105,7 @@ void UpdateDialog::showFailure(const QString& sentence)
     retry_->setFocus();
 }
 
-/// Shows the two texts and the widgets that belong to the present state.
+/// Shows the two texts, and the widgets of the current state.
 void UpdateDialog::say(const QString& heading, const QString& text)
 {
     heading_->setText(heading);

@@ -15,8 +15,8 @@ namespace plovik {
 
 class Spinner;
 
-/// Asks for updates when it opens. Shows a newer version with its notes and its page, or that there is none, or why
-/// nobody knows. Closing the dialog ends the asking and deletes the dialog. Main thread.
+/// Asks for updates when it opens. Shows a newer version with its notes and its page, or that there is none, or why it
+/// could not be found out. Closing the dialog ends the request and deletes the dialog. Main thread.
 class UpdateDialog : public QDialog {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ private:
     void say(const QString& heading, const QString& text);
 
     UpdateSource source_;
-    std::stop_source stop_; ///< requested when the dialog goes
+    std::stop_source stop_; ///< a stop is requested when the dialog is destroyed
     bool isAsking_ = false;
     QUrl page_;
     QLabel* heading_;

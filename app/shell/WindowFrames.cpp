@@ -18,14 +18,14 @@ constexpr QPoint cascade{24, 24};
 
 QString keyFor(const std::filesystem::path& root)
 {
-    // Slashes would become groups of the settings file.
+    // Slashes are encoded, because they would make groups in the settings file.
     const QByteArray path = QByteArray::fromStdString(root.string()).toPercentEncoding(" ");
     return u"windowFrames/Repository "_s + QString::fromLatin1(path);
 }
 
 bool reachable(const QRect& frame)
 {
-    // The title bar must be where a pointer can take hold of it.
+    // The pointer must be able to reach the title bar.
     const QRect grip(frame.left(), frame.top(), frame.width(), 24);
     for (const QScreen* screen : QGuiApplication::screens()) {
         const QRect seen = screen->availableGeometry() & grip;
@@ -87,7 +87,7 @@ void restore(QWidget& window, const std::filesystem::path& root)
 
 void remember(const QWidget& window, const std::filesystem::path& root)
 {
-    // A maximised window has no place of its own; it comes back at its ordinary size.
+    // The frame of a maximised window is not remembered, so its ordinary size comes back.
     if (window.isMinimized() || window.isMaximized() || window.isFullScreen())
         return;
     const QString now = text(window.geometry());

@@ -13,16 +13,16 @@ namespace plovik::windowFrames {
 
 inline constexpr QSize ordinarySize{1240, 780};
 
-/// Writes a frame as "x y width height", and reads it. Reading returns nullopt for a text that is no rectangle of a
-/// positive size.
+/// Returns a frame as "x y width height", in device-independent pixels.
 QString text(const QRect& frame);
+/// Returns the frame that such a text describes, or nullopt when it is no rectangle of a positive size.
 std::optional<QRect> frame(const QString& text);
 
-/// Puts a new repository window where the repository's window was last, or beside the last used window, or in the
+/// Places a new repository window where the repository's window was last, or beside the last used window, or in the
 /// middle of the screen with the ordinary size. Its title bar is always on a screen.
 void restore(QWidget& window, const std::filesystem::path& root);
 
-/// Remembers where the window is, for its repository and as the last used one.
+/// Remembers the frame of the window, for its repository and as the last used one.
 void remember(const QWidget& window, const std::filesystem::path& root);
 
 } // namespace plovik::windowFrames

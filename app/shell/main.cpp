@@ -15,18 +15,21 @@
 #include <cstdlib>
 #include <span>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-/// For desktops that do not find the icon by the application's id: X11, and an application that is not installed.
+/// Sets the icon for desktops that do not find it by the application's id: on X11, or when the application is not
+/// installed.
 void setWindowIcon()
 {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128})
-        icon.addFile(QStringLiteral(":/icons/%1.png").arg(size), QSize(size, size));
+        icon.addFile(u":/icons/%1.png"_s.arg(size), QSize(size, size));
     QApplication::setWindowIcon(icon);
 }
 
-/// The application proper: returns when it was quit.
+/// Runs the application until it quits, and returns its exit status.
 int runApplication(QApplication& application, plovik::LaunchOptions options)
 {
     using namespace plovik;
@@ -38,7 +41,7 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
         return 0;
 
     AppDelegate delegate(std::move(options));
-    // Reading an icon loads all plugins for pictures, which no repository waits for.
+    // Reading an icon loads all image plugins, so it happens after a repository is on the screen.
     if (opensRepository) {
         QObject::connect(&delegate, &AppDelegate::windowOpened, &delegate, [](const RepositoryWindow* window) {
             if (QApplication::windowIcon().isNull())
@@ -80,16 +83,16 @@ int main(int argc, char** argv)
     if (!options.folders.empty())
         plovik::beginTopLevelLookup(options.folders.front());
 
-    // Qt takes its own arguments out of the list; the rest has been read.
+    // Qt gets no arguments, because all have been read already.
     int ownArgument = 1;
     QApplication application(ownArgument, argv);
     plovik::installTranslations();
-    QApplication::setApplicationName(QStringLiteral("Plovik"));
-    QApplication::setDesktopFileName(QStringLiteral("app.plovik.Plovik"));
-    QApplication::setApplicationVersion(QStringLiteral(PLOVIK_VERSION));
+    QApplication::setApplicationName(u"Plovik"_s);
+    QApplication::setDesktopFileName(u"app.plovik.Plovik"_s);
+    QApplication::setApplicationVersion(QLatin1String(PLOVIK_VERSION));
 
     const int status = runApplication(application, std::move(options));
     std::fflush(nullptr);
-    // Quitting waits for no git process, and so for no thread that waits for one.
+    // Ends without waiting for threads, since these may be waiting for a git process.
     std::_Exit(status);
 }

@@ -2,6 +2,40 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en_US">
 <context>
+    <name>CommitFacts</name>
+    <message numerus="yes">
+        <source>Parent(s) %1</source>
+        <translation>
+            <numerusform>Parent %1</numerusform>
+            <numerusform>Parents %1</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>CommitSummary</name>
+    <message numerus="yes">
+        <source>%Ln file(s) changed against the first parent</source>
+        <translation>
+            <numerusform>%Ln file changed against the first parent</numerusform>
+            <numerusform>%Ln files changed against the first parent</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) changed</source>
+        <translation>
+            <numerusform>%Ln file changed</numerusform>
+            <numerusform>%Ln files changed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) changed, %1 untracked</source>
+        <translation>
+            <numerusform>%Ln file changed, %1 untracked</numerusform>
+            <numerusform>%Ln files changed, %1 untracked</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>Diff</name>
     <message numerus="yes">
         <source>Stage %n Line(s)</source>
@@ -64,6 +98,23 @@
     </message>
 </context>
 <context>
+    <name>MessageParts</name>
+    <message numerus="yes">
+        <source>Only the beginning of this message is shown: it is %Ln line(s) long.</source>
+        <translation>
+            <numerusform>Only the beginning of this message is shown: it is %Ln line long.</numerusform>
+            <numerusform>Only the beginning of this message is shown: it is %Ln lines long.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Only the beginning of this message is shown: it is %Ln character(s) long.</source>
+        <translation>
+            <numerusform>Only the beginning of this message is shown: it is %Ln character long.</numerusform>
+            <numerusform>Only the beginning of this message is shown: it is %Ln characters long.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>OperationText</name>
     <message numerus="yes">
         <source>%n branch(es)</source>
@@ -88,6 +139,26 @@
     </message>
 </context>
 <context>
+    <name>RefBadges</name>
+    <message numerus="yes">
+        <source>and %n more</source>
+        <translation>
+            <numerusform>and %n more</numerusform>
+            <numerusform>and %n more</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>RelativeDate</name>
+    <message numerus="yes">
+        <source>%n day(s) ago</source>
+        <translation>
+            <numerusform>%n day ago</numerusform>
+            <numerusform>%n days ago</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::BlameModel</name>
     <message numerus="yes">
         <source>… %Ln more character(s)</source>
@@ -104,6 +175,23 @@
         <translation>
             <numerusform>%Ln command</numerusform>
             <numerusform>%Ln commands</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::HistorySearchRow</name>
+    <message numerus="yes">
+        <source>%n+ commits</source>
+        <translation>
+            <numerusform>%n+ commits</numerusform>
+            <numerusform>%n+ commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s)</source>
+        <translation>
+            <numerusform>%n commit</numerusform>
+            <numerusform>%n commits</numerusform>
         </translation>
     </message>
 </context>
@@ -155,6 +243,16 @@
         <translation>
             <numerusform>%Ln changed file is put aside.</numerusform>
             <numerusform>%Ln changed files are put aside.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::StashesView</name>
+    <message numerus="yes">
+        <source>%n stash(es)</source>
+        <translation>
+            <numerusform>%n stash</numerusform>
+            <numerusform>%n stashes</numerusform>
         </translation>
     </message>
 </context>

@@ -28,8 +28,6 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr double leastFilesWidth = 200;
@@ -42,9 +40,10 @@ EmptyState* makeNone(CommitDetailView::CommitKind kind)
 {
     auto* const none = new EmptyState;
     if (kind == CommitDetailView::CommitKind::stash)
-        none->setText(u"No Stash Selected"_s, {});
+        none->setText(CommitDetailView::tr("No Stash Selected"), {});
     else
-        none->setText(u"No Commit Selected"_s, u"Select a commit to read its message and its changes."_s);
+        none->setText(CommitDetailView::tr("No Commit Selected"),
+                      CommitDetailView::tr("Select a commit to read its message and its changes."));
     return none;
 }
 
@@ -62,7 +61,7 @@ CommitDetailView::CommitDetailView(RepositoryStore& store, CommitKind kind, QWid
     follow();
 }
 
-/// A window is on the screen sooner without what only a selected commit needs.
+/// Called with the first selected commit: a window opens sooner without these widgets.
 void CommitDetailView::makePage()
 {
     header_ = new CommitHeader(store_, kind_);
@@ -93,7 +92,7 @@ QWidget* CommitDetailView::makeLeftSide()
     summary_->setWordWrap(true);
     totals_ = new QLabel;
     totals_->setTextFormat(Qt::RichText);
-    totals_->setAccessibleName(u"Total Lines"_s);
+    totals_->setAccessibleName(tr("Total Lines"));
     for (QLabel* label : {summary_, totals_})
         followFont(*label, -1);
     summary->addWidget(summary_, 1);
@@ -154,7 +153,7 @@ void CommitDetailView::showReading(std::shared_ptr<CommitReading> reading)
     files_->setReading(shown_);
     side_->share();
     if (shown_->detail.files.empty())
-        diff_->showSentence(u"No Changes"_s, commitSummary::nothingChanged(shown_->detail, kind_));
+        diff_->showSentence(tr("No Changes"), commitSummary::nothingChanged(shown_->detail, kind_));
     else if (!shown_->counts)
         counts_.ask({shown_->detail.hash, kind_});
 }
@@ -166,7 +165,7 @@ void CommitDetailView::showProblem(const QString& problem)
     summary_->clear();
     totals_->clear();
     diff_->showSentence(
-        kind_ == CommitKind::stash ? u"The stash could not be read"_s : u"The commit could not be read"_s, problem);
+        kind_ == CommitKind::stash ? tr("The stash could not be read") : tr("The commit could not be read"), problem);
 }
 
 void CommitDetailView::showSummary()
@@ -177,7 +176,7 @@ void CommitDetailView::showSummary()
 
 void CommitDetailView::countsRead()
 {
-    // Without the counts the commit is shown without numbers.
+    // When the counts could not be read, the commit is shown without numbers.
     const std::string& hash = counts_.asked()->hash;
     std::vector<gitkit::ChangeCounts> counts;
     if (!counts_.failure())
@@ -225,7 +224,7 @@ void CommitDetailView::openCurrentFile()
     if (isInWorkingTree(store_, *file))
         actions::openInEditor(store_.actors(), {gitkit::FileChange{.path = file->path, .originalPath = {}}});
     else
-        header_->say(u"%1 is not in the working tree now."_s.arg(shownText(file->path)));
+        header_->say(tr("%1 is not in the working tree now.").arg(shownText(file->path)));
 }
 
 void CommitDetailView::showMenu(const QPoint& position)
@@ -233,7 +232,7 @@ void CommitDetailView::showMenu(const QPoint& position)
     const gitkit::CommitFile* const file = files_->currentFile();
     if (!file || !shown_)
         return;
-    const QString openTitle = editorTitle_ ? editorTitle_() : u"Open in Default Editor"_s;
+    const QString openTitle = editorTitle_ ? editorTitle_() : tr("Open in Default Editor");
     QMenu* const menu = makeCommitFileMenu(store_, shown_->detail, *file, openTitle, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(position);
@@ -242,7 +241,7 @@ void CommitDetailView::showMenu(const QPoint& position)
 void CommitDetailView::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    // The totals hold colours of the theme as text.
+    // The text of the totals contains colours of the theme.
     if (event->type() == QEvent::PaletteChange && shown_)
         showSummary();
 }

@@ -30,12 +30,12 @@ class CommitHeader;
 class DiffPane;
 class HeaderOverFiles;
 
-/// The selected commit of the history, or the selected stash: what it is, the files it touched, and the diff of one of
-/// them.
+/// The selected commit of the history, or the selected stash: its header, the files it touched, and the diff of one of
+/// them. Main thread.
 ///
-/// What the lists know stands at once; the rest is read in the background. Of several requests the last one counts, and
-/// the files and the diff that stand on display stay until the next have arrived. Going back to a commit read lately
-/// waits for nothing but its diff. Main thread.
+/// What the lists know is shown at once; the rest is read in the background. The last of several requests counts, and
+/// the files and the diff on display stay until the next ones have arrived. Recently read commits are kept, so that
+/// only their diff is read again.
 class CommitDetailView : public QWidget {
     Q_OBJECT
 
@@ -45,7 +45,8 @@ public:
     /// `store` outlives the view.
     CommitDetailView(RepositoryStore& store, CommitKind kind, QWidget* parent = nullptr);
 
-    /// Who says how the command that opens files in the user's editor is called; asked whenever a menu opens.
+    /// Sets the function that returns the title of the menu entry that opens a file in the user's editor. It is called
+    /// whenever a menu opens.
     void setEditorTitle(std::function<QString()> title) { editorTitle_ = std::move(title); }
 
 private:
@@ -67,7 +68,7 @@ private:
     RepositoryStore& store_;
     CommitKind kind_;
     QStackedLayout* pages_;
-    // Made with the first commit.
+    // Made when the first commit is selected; null before.
     CommitHeader* header_ = nullptr;
     QLabel* summary_ = nullptr;
     QLabel* totals_ = nullptr;
@@ -76,7 +77,7 @@ private:
     DiffPane* diff_ = nullptr;
     std::function<QString()> editorTitle_;
 
-    std::shared_ptr<CommitReading> shown_; ///< whose files stand there
+    std::shared_ptr<CommitReading> shown_; ///< the commit on display
     QCache<std::string, std::shared_ptr<CommitReading>> recent_;
     Latest<CommitRequest, gitkit::CommitDetail> details_;
     Latest<CommitRequest, std::vector<gitkit::ChangeCounts>> counts_;

@@ -5,6 +5,7 @@
 #include "app/ui/history/RelativeDate.h"
 #include "app/ui/widgets/Theme.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 #include <QStringList>
 
@@ -15,6 +16,10 @@ namespace plovik::commitFacts {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(CommitFacts)
+};
 
 QString inFixedFont(const QString& html)
 {
@@ -37,13 +42,13 @@ QString asLines(const QStringList& lines)
     return lines.isEmpty() ? QString() : u"<div style='line-height:130%'>%1</div>"_s.arg(lines.join(u"<br>"_s));
 }
 
-/// Whether only the hash stands there: nobody commits without a name and at no time.
+/// Returns whether only the hash is known: every commit that was read has an author or a date.
 bool isUnknown(const gitkit::CommitDetail& detail)
 {
     return detail.authorName.empty() && detail.authorEmail.empty() && detail.authorDate == gitkit::Date{};
 }
 
-/// The branch in the message that git gives a stash: "WIP on main: …" or "On main: …".
+/// Returns the branch in the message that git gives a stash, empty when there is none: "WIP on main: …" or "On main: …".
 std::string_view branchOf(std::string_view message)
 {
     for (const std::string_view start : {"WIP on ", "On "}) {
@@ -112,7 +117,8 @@ QString people(const gitkit::CommitDetail& detail)
     lines << (shownText(detail.authorName) + u" <"_s + shownText(detail.authorEmail) + u'>').toHtmlEscaped();
     lines << shownDate(detail.authorDate).toHtmlEscaped();
     if (detail.committerName != detail.authorName || detail.commitDate != detail.authorDate) {
-        lines << u"Committed by %1 · %2"_s.arg(shownText(detail.committerName), shownDate(detail.commitDate))
+        lines << Text::tr("Committed by %1 · %2")
+                     .arg(shownText(detail.committerName), shownDate(detail.commitDate))
                      .toHtmlEscaped();
     }
     return asLines(lines);
@@ -125,11 +131,11 @@ QString parents(const gitkit::CommitDetail& detail)
     if (isUnknown(detail))
         return {};
     if (detail.parents.empty())
-        return u"No parent: the first commit of its history"_s;
+        return Text::tr("No parent: the first commit of its history");
     QStringList links;
     for (const std::string& parent : detail.parents)
         links << linkTo(parent);
-    return (links.size() == 1 ? u"Parent "_s : u"Parents "_s) + inFixedFont(links.join(u' '));
+    return Text::tr("Parent(s) %1", nullptr, static_cast<int>(links.size())).arg(inFixedFont(links.join(u' ')));
 }
 
 QString stashBase(const gitkit::CommitDetail& stash)
@@ -137,8 +143,10 @@ QString stashBase(const gitkit::CommitDetail& stash)
     if (stash.parents.empty())
         return {};
     const std::string_view branch = branchOf(stash.message);
-    const QString on = branch.empty() ? QString() : shownText(branch).toHtmlEscaped() + u" at "_s;
-    return u"Made on "_s + on + inFixedFont(linkTo(stash.parents.front()));
+    const QString commit = inFixedFont(linkTo(stash.parents.front()));
+    if (branch.empty())
+        return Text::tr("Made on %1", "commit").arg(commit);
+    return Text::tr("Made on %1 at %2", "branch, commit").arg(shownText(branch).toHtmlEscaped(), commit);
 }
 
 std::vector<gitkit::RefLabel> labelsOf(const std::string& hash, const std::array<Refs, 3>& refs)

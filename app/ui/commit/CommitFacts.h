@@ -14,26 +14,26 @@
 #include <string>
 #include <vector>
 
-/// What is told of a commit besides its message and its files. Texts are rich text in which nothing of the commit is
-/// markup; empty where nothing is to be told. Main thread.
+/// What is shown of a commit besides its message and its files. The texts are rich text with everything that comes from
+/// the commit escaped, and empty when there is nothing to show. Main thread.
 namespace plovik::commitFacts {
 
 gitkit::CommitDetail of(const gitkit::Commit& commit);
 gitkit::CommitDetail of(const gitkit::Stash& stash);
-/// Of a commit of which nothing but its hash is known yet.
+/// Returns the detail of a commit of which only the hash is known.
 gitkit::CommitDetail ofUnknown(const std::string& hash);
 gitkit::CommitDetail withoutFiles(const gitkit::CommitDetail& detail);
 
-/// Author and date; the committer and the date of the commit too where they differ.
+/// Returns author and date, and the committer with the commit date when these differ.
 QString people(const gitkit::CommitDetail& detail);
 QString dateLine(const gitkit::CommitDetail& detail);
-/// The parents' short hashes, as links whose targets are the full ones.
+/// Returns the parents' short hashes as links to the full ones.
 QString parents(const gitkit::CommitDetail& detail);
-/// On which branch and commit a stash was made; the commit is a link.
+/// Returns the branch and the commit that a stash was made on; the commit is a link.
 QString stashBase(const gitkit::CommitDetail& stash);
 
-/// The refs that point straight at a commit.
 using Refs = std::span<const gitkit::GitRef>;
+/// Returns the labels of the refs that point directly at a commit.
 std::vector<gitkit::RefLabel> labelsOf(const std::string& hash, const std::array<Refs, 3>& refs);
 
 } // namespace plovik::commitFacts

@@ -26,13 +26,13 @@ constexpr int countGap = 6;
 
 QFont countFont() { return Theme::font(-1); }
 
-/// As many digits as the number has, each as wide as any.
+/// Returns the width of a signed number with as many digits as `most`; 0 when `most` is 0.
 int countWidth(int most, const QFont& font)
 {
     return most > 0 ? textWidth(u'+' + QString(QString::number(most).size(), u'0'), font) : 0;
 }
 
-/// Draws the counts at the right of `area`, each kind in a column of its own; returns the width that they take.
+/// Draws the counts at the right of `area`, each kind in its own column, and returns the width that they take.
 int paintCounts(QPainter& painter, const QRect& area, const CommitFilesModel& model, const QModelIndex& index)
 {
     const gitkit::ChangeCounts* const counts = model.counts(index);
@@ -44,7 +44,7 @@ int paintCounts(QPainter& painter, const QRect& area, const CommitFilesModel& mo
     const int addedWidth = countWidth(model.mostAdded(), font);
     const int width = addedWidth + removedWidth + (addedWidth > 0 && removedWidth > 0 ? countGap : 0);
     if (!counts->added || !counts->removed) {
-        const QString binary = u"binary"_s;
+        const QString binary = CommitFileDelegate::tr("binary");
         paintText(painter, area, binary, font, theme.secondaryText, Qt::AlignRight, Qt::ElideNone);
         return std::max(width, textWidth(binary, font));
     }
@@ -66,7 +66,7 @@ PathParts partsOf(const gitkit::CommitFile& file)
     return file.originalPath ? PathParts::of(ShownLine::of(*file.originalPath).shown, path) : PathParts::of(path);
 }
 
-/// What tells more keeps its place for as long as there is any.
+/// The folder is shortened first, and the name only when the folder has no room left.
 void paintPath(QPainter& painter, const QRect& area, const PathParts& path, const QFont& font)
 {
     const Theme& theme = Theme::current();

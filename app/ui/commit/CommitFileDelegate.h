@@ -5,8 +5,8 @@
 
 namespace plovik {
 
-/// Draws a row of CommitFilesModel: the letter, the path with its folder quiet, and at the right how many lines come
-/// and go. Main thread.
+/// Draws a row of CommitFilesModel: the status letter, the path with a paler folder, and at the right the numbers of
+/// added and removed lines. Main thread.
 class CommitFileDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -17,9 +17,9 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };
 
-/// A path, or the way from one to another, in two parts: the folder that is common, and what tells more.
+/// A path in two parts, its folder and its name; or a renaming in two parts, the common folder and what differs.
 struct PathParts {
-    QString folder; ///< with its final slash; empty at the top
+    QString folder; ///< ends with a slash; empty for the repository's own folder
     QString name;
 
     static PathParts of(const QString& path);

@@ -12,10 +12,8 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 CommitFilesList::CommitFilesList(QWidget* parent)
-    : RowList(u"Commit Files"_s, parent), files_(new CommitFilesModel(this))
+    : RowList(tr("Commit Files"), parent), files_(new CommitFilesModel(this))
 {
     setModel(files_);
     setItemDelegate(new CommitFileDelegate(this));
@@ -47,7 +45,7 @@ void CommitFilesList::keyPressEvent(QKeyEvent* event)
     switch (isPlain && currentFile() ? event->key() : 0) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        // A held key opens once.
+        // A held key opens the file once.
         if (!event->isAutoRepeat())
             Q_EMIT openRequested();
         return;

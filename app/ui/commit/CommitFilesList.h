@@ -12,26 +12,26 @@ namespace plovik {
 class CommitFilesModel;
 
 /// The files that a commit touched; a row's accessible name is the path. Return and a double click open the current
-/// file, Space and Right go on to its diff. Main thread.
+/// file, Space and Right move the keyboard focus to its diff. Main thread.
 class CommitFilesList : public RowList {
     Q_OBJECT
 
 public:
     explicit CommitFilesList(QWidget* parent = nullptr);
 
-    /// Shows a commit's files and makes the first one current; none without a reading.
+    /// Shows a commit's files and makes the first one current. A null reading shows no files.
     void setReading(std::shared_ptr<const CommitReading> reading);
-    /// To be called when the reading has got its counts.
+    /// Must be called when the counts of the reading have changed.
     void countsChanged();
     const std::vector<gitkit::CommitFile>& files() const;
-    /// The file of the current row; null without one.
+    /// Returns the file of the current row, or nullptr when no row is current.
     const gitkit::CommitFile* currentFile() const;
 
 Q_SIGNALS:
     void currentFileChanged();
     void openRequested();
     void diffFocusRequested();
-    /// For the current file; `position` is global.
+    /// Asks for the menu of the current file. `position` is in screen coordinates.
     void menuRequested(const QPoint& position);
 
 protected:

@@ -79,8 +79,8 @@ QString CommitFilesModel::description(const QModelIndex& index) const
     if (!known)
         return status;
     if (!known->added || !known->removed)
-        return status + u", binary"_s;
-    return u"%1, %2 added, %3 removed"_s.arg(status).arg(*known->added).arg(*known->removed);
+        return tr("%1, binary").arg(status);
+    return tr("%1, %2 added, %3 removed").arg(status).arg(*known->added).arg(*known->removed);
 }
 
 QVariant CommitFilesModel::data(const QModelIndex& index, int role) const

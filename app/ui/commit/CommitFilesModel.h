@@ -17,17 +17,19 @@ class CommitFilesModel : public QAbstractListModel {
 public:
     using QAbstractListModel::QAbstractListModel;
 
-    /// None shows no files.
+    /// A null reading shows no files.
     void setReading(std::shared_ptr<const CommitReading> reading);
-    /// To be called when the reading has got its counts.
+    /// Must be called when the counts of the reading have changed.
     void countsChanged();
 
     const std::vector<gitkit::CommitFile>& files() const;
     const gitkit::CommitFile& file(const QModelIndex& index) const;
-    /// Null while they are not known.
+    /// Returns nullptr while the counts are unknown.
     const gitkit::ChangeCounts* counts(const QModelIndex& index) const;
-    int mostAdded() const { return mostAdded_; }     ///< lines, of any file
-    int mostRemoved() const { return mostRemoved_; } ///< lines, of any file
+    /// The most lines that any file gains.
+    int mostAdded() const { return mostAdded_; }
+    /// The most lines that any file loses.
+    int mostRemoved() const { return mostRemoved_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
@@ -41,7 +43,7 @@ private:
     int mostRemoved_ = 0;
 };
 
-/// git's letter for what happened to a file, "?" for one that was not tracked when it was stashed.
+/// Returns git's letter for what happened to a file, or '?' when the file was untracked when it was stashed.
 char shownStatus(const gitkit::CommitFile& file);
 
 } // namespace plovik

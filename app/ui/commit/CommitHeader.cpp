@@ -18,8 +18,6 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 QLabel* makeLabel(Qt::TextFormat format, Qt::TextInteractionFlags interaction = Qt::NoTextInteraction)
@@ -47,8 +45,8 @@ CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* par
       people_(makeLabel(Qt::RichText, Qt::TextSelectableByMouse)), hash_(new HashField),
       parents_(makeLabel(Qt::RichText, Qt::TextBrowserInteraction)), notice_(makeLabel(Qt::PlainText))
 {
-    people_->setAccessibleName(u"Commit Author"_s);
-    parents_->setAccessibleName(u"Commit Parents"_s);
+    people_->setAccessibleName(tr("Commit Author"));
+    parents_->setAccessibleName(tr("Commit Parents"));
     hash_->setVisible(kind == CommitKind::ordinary);
     auto* const text = new QWidget;
     auto* const column = new QVBoxLayout(text);
@@ -161,7 +159,7 @@ void CommitHeader::goTo(const std::string& hash)
 
 void CommitHeader::nameRead()
 {
-    // A user who went on in the meantime is not taken elsewhere.
+    // The user has selected another commit in the meantime and stays there.
     if (shown_.hash != clickedIn_)
         return;
     if (names_.failure())
@@ -182,7 +180,7 @@ QSize CommitHeader::sizeHint() const
 void CommitHeader::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    // The facts hold their fixed font as text.
+    // The text of the facts contains the name of the fixed font.
     if (event->type() == QEvent::FontChange)
         showFacts();
 }

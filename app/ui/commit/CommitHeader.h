@@ -22,10 +22,8 @@ class CommitRefs;
 class HashField;
 class MessageText;
 
-/// A commit in words: its message, who made it and when, its hash, its parents and its refs. Of a stash, what it is
-/// called, when it was made and on what.
-///
-/// Shows what it is given; its links go to other commits through the store. Main thread.
+/// A commit in words: message, refs, author and date, hash and parents; or a stash: message, date, and the commit that
+/// it was made on. Links to other commits select them in the store. Main thread.
 class CommitHeader : public QWidget {
     Q_OBJECT
 
@@ -35,10 +33,10 @@ public:
     /// `store` outlives the header.
     CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent = nullptr);
 
-    /// Shows what the lists of the store know of a commit; the rest is to come.
+    /// Shows what the store's lists know of a commit until showDetail() is called.
     void expect(const std::string& hash);
     void showDetail(const gitkit::CommitDetail& detail);
-    /// Says something quietly, until another commit is shown.
+    /// Shows a sentence below the commit until another commit is shown.
     void say(const QString& sentence);
 
     QSize sizeHint() const override;
@@ -57,7 +55,7 @@ private:
 
     RepositoryStore& store_;
     Latest<std::string, std::string> names_;
-    std::string clickedIn_; ///< the commit that was shown when a name was clicked
+    std::string clickedIn_; ///< the commit on display when a hash in the message was clicked
     CommitKind kind_;
     gitkit::CommitDetail shown_; ///< without its files
     QScrollArea* area_;

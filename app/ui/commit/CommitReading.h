@@ -10,12 +10,12 @@
 
 namespace plovik {
 
-/// What has been read of one commit: its record, and later how many lines each of its files gains and loses.
+/// What has been read of one commit: its record and, later, how many lines each of its files gains and loses.
 struct CommitReading {
     gitkit::CommitDetail detail;
-    std::optional<std::vector<gitkit::ChangeCounts>> counts; ///< in the order of the files; none before they are read
+    std::optional<std::vector<gitkit::ChangeCounts>> counts; ///< in the order of the files; nullopt until they are read
 
-    /// The counts of one file; null while they are not known.
+    /// Returns the counts of one file, or nullptr while they are unknown.
     const gitkit::ChangeCounts* countsOf(std::size_t file) const
     {
         const bool isKnown = counts && file < counts->size() && (*counts)[file].path == detail.files[file].path;

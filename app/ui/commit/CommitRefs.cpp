@@ -22,7 +22,7 @@ constexpr int below = 6;
 
 CommitRefs::CommitRefs(QWidget* parent) : QWidget(parent)
 {
-    setAccessibleName(u"Commit Refs"_s);
+    setAccessibleName(tr("Commit Refs"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     hide();
 }

@@ -7,7 +7,7 @@
 
 namespace plovik {
 
-/// The branches and tags of a commit as badges on one line; hidden while there are none. Main thread.
+/// The branches and tags of a commit as badges on one line; hidden when there are none. Main thread.
 class CommitRefs : public QWidget {
     Q_OBJECT
 

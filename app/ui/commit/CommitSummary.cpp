@@ -14,6 +14,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(CommitSummary)
+};
+
 bool isMerge(const gitkit::CommitDetail& detail, CommitKind kind)
 {
     return kind == CommitKind::ordinary && detail.parents.size() > 1;
@@ -28,16 +32,18 @@ QString coloured(QChar sign, qint64 count, const QColor& color)
 
 QString files(const gitkit::CommitDetail& detail, CommitKind kind)
 {
-    const std::size_t count = detail.files.size();
-    QString text = count == 1 ? u"1 file changed"_s
-                              : u"%1 files changed"_s.arg(QLocale().toString(static_cast<qulonglong>(count)));
+    const auto count = static_cast<int>(detail.files.size());
+    if (isMerge(detail, kind)) {
+        return count == 0 ? Text::tr("No files changed against the first parent")
+                          : Text::tr("%Ln file(s) changed against the first parent", nullptr, count);
+    }
     if (count == 0)
-        text = u"No files changed"_s;
-    const auto untracked =
+        return Text::tr("No files changed");
+    const qint64 untracked =
         std::ranges::count_if(detail.files, [](const gitkit::CommitFile& file) { return file.source.has_value(); });
-    if (untracked > 0)
-        text += u", %1 untracked"_s.arg(QLocale().toString(static_cast<qlonglong>(untracked)));
-    return isMerge(detail, kind) ? text + u" against the first parent"_s : text;
+    if (untracked == 0)
+        return Text::tr("%Ln file(s) changed", nullptr, count);
+    return Text::tr("%Ln file(s) changed, %1 untracked", nullptr, count).arg(QLocale().toString(untracked));
 }
 
 QString totals(const CommitReading& reading)
@@ -61,10 +67,10 @@ QString totals(const CommitReading& reading)
 QString nothingChanged(const gitkit::CommitDetail& detail, CommitKind kind)
 {
     if (kind == CommitKind::stash)
-        return u"This stash changes no files."_s;
+        return Text::tr("This stash changes no files.");
     if (isMerge(detail, kind))
-        return u"This merge changes no files against its first parent."_s;
-    return u"This commit changes no files."_s;
+        return Text::tr("This merge changes no files against its first parent.");
+    return Text::tr("This commit changes no files.");
 }
 
 } // namespace plovik::commitSummary

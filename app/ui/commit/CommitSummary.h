@@ -12,11 +12,11 @@ namespace plovik::commitSummary {
 
 using CommitKind = gitkit::CommitKind;
 
-/// "3 files changed against the first parent", "2 files changed, 1 untracked".
+/// Returns "3 files changed against the first parent" or "2 files changed, 1 untracked".
 QString files(const gitkit::CommitDetail& detail, CommitKind kind);
-/// "+12 −3" as rich text in the colours of the theme; empty while the counts are not known, or when there are none.
+/// Returns "+12 −3" as rich text in the theme's colours; empty while the counts are unknown or when all are 0.
 QString totals(const CommitReading& reading);
-/// What to say of a commit without files.
+/// Returns the sentence for a commit without files.
 QString nothingChanged(const gitkit::CommitDetail& detail, CommitKind kind);
 
 } // namespace plovik::commitSummary

@@ -16,20 +16,18 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr std::chrono::milliseconds copiedShown{1500};
 constexpr int buttonSize = 20;
 
-/// Two sheets, one over the other.
+/// A button that shows two sheets of paper, one over the other.
 class CopyButton : public QAbstractButton {
 public:
     explicit CopyButton(QWidget* parent) : QAbstractButton(parent)
     {
-        setToolTip(u"Copy Hash"_s);
-        setAccessibleName(u"Copy Hash"_s);
+        setToolTip(HashField::tr("Copy Hash"));
+        setAccessibleName(HashField::tr("Copy Hash"));
         setFixedSize(buttonSize, buttonSize);
         setFocusPolicy(Qt::TabFocus);
         setAttribute(Qt::WA_Hover);
@@ -57,9 +55,9 @@ protected:
 
 HashField::HashField(QWidget* parent)
     : QWidget(parent), text_(new QLineEdit(this)), button_(new CopyButton(this)),
-      copied_(new QLabel(u"Copied"_s, this)), fading_(new QTimer(this))
+      copied_(new QLabel(tr("Copied"), this)), fading_(new QTimer(this))
 {
-    text_->setAccessibleName(u"Commit Hash"_s);
+    text_->setAccessibleName(tr("Commit Hash"));
     text_->setReadOnly(true);
     followColor(*text_, QPalette::Text, &Theme::secondaryText);
     followFont(*text_, [] { return Theme::fixedFont(-0.75); });

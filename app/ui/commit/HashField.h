@@ -10,7 +10,7 @@ class QTimer;
 
 namespace plovik {
 
-/// A hash in full, to select and to copy. Main thread.
+/// Shows a full hash that can be selected and copied. Main thread.
 class HashField : public QWidget {
     Q_OBJECT
 

@@ -14,7 +14,7 @@ namespace plovik {
 namespace {
 
 constexpr double fairPartOfList = 5.0 / 11;
-constexpr int mostRowsCounted = 100; ///< more never fit
+constexpr int mostRowsCounted = 100; ///< more rows never fit
 
 } // namespace
 

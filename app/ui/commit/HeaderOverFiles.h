@@ -8,16 +8,16 @@ namespace plovik {
 class CommitFilesList;
 class CommitHeader;
 
-/// A commit's header with the list of its files below. The header is as high as its text, unless the list would get
-/// less than it needs, or less than its fair part where both need more than there is. Main thread.
+/// A commit's header with the list of its files below. The header is as high as its text, but leaves the list the
+/// height that it needs, or its fair part when there is not enough height for both. Main thread.
 class HeaderOverFiles : public QWidget {
     Q_OBJECT
 
 public:
-    /// Takes the widgets over; `summary` stands between the two.
+    /// Takes ownership of all three; `summary` is placed between the two others.
     HeaderOverFiles(CommitHeader* header, QLayout* summary, CommitFilesList* files, QWidget* parent = nullptr);
 
-    /// Divides the height anew; to be called when another commit stands there.
+    /// Divides the height again. Must be called when another commit is shown.
     void share();
 
 protected:

@@ -4,7 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/ui/diff/ShownLine.h"
 
-#include <QLocale>
+#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -12,7 +12,9 @@ namespace plovik {
 
 namespace {
 
-using namespace Qt::StringLiterals;
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(MessageParts)
+};
 
 std::string_view takeLine(std::string_view& text)
 {
@@ -26,10 +28,10 @@ std::string_view takeLine(std::string_view& text)
 
 bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r\v\f") == std::string_view::npos; }
 
-/// The first `most` units of a line. Tabs stay what they are, so that they are copied as they were written.
+/// Returns at least the first `most` units of a line. Tabs are kept, so that they are copied as they were written.
 QString beginningOf(std::string_view line, qsizetype most)
 {
-    // Four bytes hold any character, so what this cuts lies beyond what is kept.
+    // No character has more than four bytes, so a character that substr() cuts lies beyond those that are kept.
     line = line.substr(0, static_cast<std::size_t>(most + 1) * 4);
     QString shown;
     for (bool isFirst = true; isFirst || !line.empty(); isFirst = false) {
@@ -42,7 +44,7 @@ QString beginningOf(std::string_view line, qsizetype most)
     return shown;
 }
 
-/// Appends a line as far as `text` may grow; false when something had to stay out.
+/// Appends as much of a line as fits into `longest` units; returns false when a part was left out.
 bool append(QString& text, std::string_view line, qsizetype longest)
 {
     const qsizetype room = longest - text.size();
@@ -58,13 +60,13 @@ bool append(QString& text, std::string_view line, qsizetype longest)
     return false;
 }
 
-QString sizeOf(std::string_view message)
+QString noteOnSize(std::string_view message)
 {
-    const QLocale locale;
-    const auto lines = std::ranges::count(message, '\n') + 1;
+    const auto lines = static_cast<int>(std::ranges::count(message, '\n') + 1);
     if (lines > MessageParts::mostLines)
-        return u"%1 lines"_s.arg(locale.toString(static_cast<qlonglong>(lines)));
-    return u"%1 characters"_s.arg(locale.toString(shownText(message).size()));
+        return Text::tr("Only the beginning of this message is shown: it is %Ln line(s) long.", nullptr, lines);
+    const auto characters = static_cast<int>(shownText(message).size());
+    return Text::tr("Only the beginning of this message is shown: it is %Ln character(s) long.", nullptr, characters);
 }
 
 } // namespace
@@ -93,7 +95,7 @@ MessageParts MessageParts::of(std::string_view message)
     while (isBodyWhole && !rest.empty()) {
         const std::string_view line = takeLine(rest);
         if (isBlank(line)) {
-            // At the ends of the body blank lines mean nothing.
+            // Blank lines at the beginning and the end of the body are left out.
             blanks += lines > 0 ? 1 : 0;
             continue;
         }
@@ -104,7 +106,7 @@ MessageParts MessageParts::of(std::string_view message)
         isBodyWhole = append(parts.body, line, longestBody) && (lines < mostLines || isBlank(rest));
     }
     if (!isWhole || !isBodyWhole)
-        parts.note = u"Only the beginning of this message is shown: it is %1 long."_s.arg(sizeOf(message));
+        parts.note = noteOnSize(message);
     return parts;
 }
 

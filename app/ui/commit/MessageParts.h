@@ -7,16 +7,16 @@
 
 namespace plovik {
 
-/// A commit's message made ready to be read: no more than can be laid out at once, and what would be invisible or would
-/// change the direction of the text as signs of its own. Value.
+/// A commit's message prepared for display: limited to what can be laid out at once, with visible signs in place of
+/// characters that are invisible or change the direction of text. A value.
 struct MessageParts {
     static constexpr qsizetype longestSubject = 1'000;
     static constexpr qsizetype longestBody = 40'000;
     static constexpr int mostLines = 2'000;
 
-    QString subject; ///< the first paragraph on one line, as git has it
+    QString subject; ///< the first paragraph, joined to one line as git does it
     QString body;
-    QString note; ///< says that something is left out; empty otherwise
+    QString note; ///< the sentence that a part is left out; empty when none is
 
     static MessageParts of(std::string_view message);
 

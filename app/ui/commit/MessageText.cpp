@@ -17,11 +17,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Ours alone: no address in a message is recognised with this scheme.
+/// Only for our own links: linkPattern() recognises no address with this scheme.
 constexpr QLatin1String commitScheme("commit");
 
-/// An address up to the punctuation that ends its sentence; or a word of hexadecimal digits that is no ordinary word
-/// and no part of something longer, like an identifier or a mail address.
+/// Matches an address without the punctuation that ends its sentence, or a hash: hexadecimal digits with at least one
+/// decimal digit among them, which are not part of an identifier or a mail address.
 const QRegularExpression& linkPattern()
 {
     static const QRegularExpression pattern(u"(?<address>\\b(?:https?://|mailto:)[^\\s<>\"']*[^\\s<>\"'.,;:!?)\\]])"
@@ -55,7 +55,7 @@ void insertWithLinks(QTextCursor& cursor, const QString& text, const QTextCharFo
 
 MessageText::MessageText(QWidget* parent) : QTextBrowser(parent)
 {
-    setAccessibleName(u"Commit Message"_s);
+    setAccessibleName(tr("Commit Message"));
     setFrameShape(QFrame::NoFrame);
     setOpenLinks(false);
     setUndoRedoEnabled(false);
@@ -95,7 +95,7 @@ void MessageText::write()
 
     document()->clear();
     QTextCursor cursor(document());
-    // One edit is laid out once.
+    // One edit block is laid out once.
     cursor.beginEditBlock();
     cursor.setBlockFormat(lines);
     insertWithLinks(cursor, message_.subject, strong);
@@ -126,7 +126,7 @@ void MessageText::follow(const QUrl& link)
 
 QSize MessageText::sizeHint() const { return {320, static_cast<int>(std::ceil(document()->size().height()))}; }
 
-// All of the text is visible, so what would scroll it scrolls what it stands in.
+// The widget shows all of its text, so keys and wheel turns that scroll are left to the scroll area around it.
 
 void MessageText::keyPressEvent(QKeyEvent* event)
 {

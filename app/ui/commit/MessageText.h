@@ -7,8 +7,9 @@
 
 namespace plovik {
 
-/// A commit's message to read, select and copy: the subject strong, the body as it was written; web and mail addresses
-/// and what looks like a commit's hash are links. As high as its text; what it stands in scrolls. Main thread.
+/// A commit's message, which can be selected and copied: the subject bold, the body as it was written. Web and mail
+/// addresses and everything that looks like a commit's hash are links. The widget is as high as its text and does not
+/// scroll. Main thread.
 class MessageText : public QTextBrowser {
     Q_OBJECT
 
@@ -21,7 +22,7 @@ public:
     QSize minimumSizeHint() const override { return {80, 0}; }
 
 Q_SIGNALS:
-    /// A link to something that looks like a hash, of 7 digits or more, was followed.
+    /// Emitted when the user follows a link to something that looks like a hash, of 7 digits or more.
     void commitRequested(const QString& hash);
 
 protected:

@@ -6,7 +6,7 @@
 class QPainter;
 class QRect;
 
-/// What happened to a file, as git's letter says. Main thread.
+/// What happened to a file, from git's status letter. Main thread.
 namespace plovik {
 
 /// Draws the letter in a tinted square.

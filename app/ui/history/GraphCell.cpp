@@ -23,8 +23,8 @@ public:
         : painter_(painter), device_(painter.deviceTransform()), theme_(theme), origin_(origin), height_(height)
     {}
 
-    /// A vertical stroke is a rectangle. Where its edges are those of device pixels antialiasing would change nothing,
-    /// and leaving it out is several times faster.
+    /// Fills a vertical stroke as a rectangle. Antialiasing changes nothing where the edges lie on device pixels, and
+    /// filling without it is several times faster.
     void line(int column, double from, double to)
     {
         const double left = GraphCell::columnX(column) - lineWidth / 2;
@@ -33,7 +33,7 @@ public:
         painter_.fillRect(stroke, theme_.lane(column));
     }
 
-    /// From one column at `y` to another at `y + drop`, leaving and arriving upright.
+    /// Draws a curve from column `from` at `y` to column `to` at `y + drop`. Both of its ends are vertical.
     void curve(int from, int to, double y, double drop, int colour)
     {
         painter_.setRenderHint(QPainter::Antialiasing);

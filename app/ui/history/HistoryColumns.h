@@ -3,21 +3,22 @@
 
 namespace plovik {
 
-/// Where the parts of a history row stand, in device-independent pixels from the row's left edge. A part that the row
-/// has no room for is empty: its two edges are equal.
+/// The places of a history row's parts, in device-independent pixels from the row's left edge. The two edges of a part
+/// are equal when the row has no room for it.
 struct HistoryColumns {
     double graphWidth = 0;
     double subjectLeft = 0, subjectRight = 0; ///< badges and subject
     double authorLeft = 0, authorRight = 0;
-    double dateLeft = 0, dateRight = 0; ///< set flush right
+    double dateLeft = 0, dateRight = 0; ///< right-aligned
     double hashLeft = 0, hashRight = 0;
 
-    /// What the fonts ask for.
+    /// The widths that the fonts need.
     struct Widths {
         double author = 0, date = 0, hash = 0;
     };
 
-    /// `graphWidth` is 0 while no graph is shown. Narrow rows give up the author, then the hash, then the date.
+    /// Divides `width`. `graphWidth` is 0 when no graph is shown. A narrow row drops the author first, then the hash,
+    /// then the date.
     static HistoryColumns fitting(double width, double graphWidth, const Widths& widths);
 
     bool operator==(const HistoryColumns&) const = default;

@@ -21,12 +21,10 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-/// So far before the end older commits are asked for that a held Page Down does not have to wait for git, which reads
-/// the whole longer page anew each time.
+/// Older commits are asked for this many rows before the end. git reads the whole longer page again each time, so a
+/// held Page Down would have to wait if the number were smaller.
 constexpr int rowsAhead = 1500;
 
 class RowHeight : public QStyledItemDelegate {
@@ -38,8 +36,8 @@ private:
     const HistoryRowPainter& painter_;
 };
 
-/// `y` moved to the nearest edge between device pixels: at fractional scale factors two rows then share an edge, and
-/// antialiasing leaves no seam between them.
+/// Returns `y` moved to the nearest edge between device pixels. Two rows then share an edge at fractional scale
+/// factors, and antialiasing leaves no seam between them.
 double onDevicePixel(const QPainter& painter, double y)
 {
     const QTransform& device = painter.deviceTransform();
@@ -55,7 +53,7 @@ gitkit::Date currentTime() { return std::chrono::floor<std::chrono::seconds>(std
 HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     : QListView(parent), store_(store), model_(new HistoryModel(store, this))
 {
-    setAccessibleName(u"History"_s);
+    setAccessibleName(tr("History"));
     setFrameShape(QFrame::NoFrame);
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);
@@ -64,11 +62,11 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     setEditTriggers(NoEditTriggers);
     setItemDelegate(new RowHeight(rowPainter_, this));
     setModel(model_);
-    // The rows and what lies below them are painted in full, so a fill behind them would only cost its time.
+    // paintEvent() paints the whole viewport, so filling the background first would waste time.
     viewport()->setAutoFillBackground(false);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
 
-    // Connected last: by then the view and its selection have forgotten the page before.
+    // Connected after setModel(), so that the view and its selection have handled the reset before takeNewPage().
     connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] { isRestoring_ = true; });
     connect(model_, &QAbstractItemModel::modelReset, this, &HistoryList::takeNewPage);
 
@@ -159,7 +157,7 @@ void HistoryList::rememberPlace()
 {
     place_.clear();
     const int height = rowPainter_.rowHeight();
-    // At the top the list stays at the top: what is new there is what one looks for.
+    // A list at its top stays there, so that new commits are seen.
     if (verticalOffset() == 0)
         return;
     for (int row = rowAt(0); row <= lastVisibleRow(); ++row) {
@@ -215,12 +213,12 @@ void HistoryList::showEvent(QShowEvent* event)
 {
     QListView::showEvent(event);
     wantMoreNearEnd();
-    // Only once the list has its size does it know what is out of sight.
+    // Posted, because the list gets its final size only after this event.
     if (revealsWhenShown_)
         QMetaObject::invokeMethod(this, &HistoryList::reveal, Qt::QueuedConnection);
 }
 
-// Asked from the event loop, because the answer may be there at once and the list is in the middle of scrolling.
+// Posted, because the answer can arrive at once while the list is still scrolling.
 void HistoryList::wantMoreNearEnd()
 {
     if (isAsking_)

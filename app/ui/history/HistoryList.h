@@ -11,20 +11,22 @@
 
 namespace plovik {
 
-/// The list of commits with the graph beside it. Its selection is the store's `selectedCommit`, both ways.
+/// The list of commits with the graph beside it. Its selection and the store's `selectedCommit` follow each other.
+/// Main thread.
 ///
-/// Rows are drawn by the list itself rather than one delegate call each, so that lines join without a seam at every
-/// scale factor. Nothing runs while nothing happens: relative dates are told anew whenever a row is drawn.
+/// The list draws its rows itself instead of calling a delegate for each, so that graph lines join without a seam at
+/// every scale factor. Relative dates are computed whenever a row is drawn, so no timer runs.
 class HistoryList : public QListView {
     Q_OBJECT
 
 public:
+    /// `store` outlives the list.
     explicit HistoryList(RepositoryStore& store, QWidget* parent = nullptr);
 
     QSize sizeHint() const override { return {640, 320}; }
 
 Q_SIGNALS:
-    /// The end of the page is near and older commits exist. Asked once until the page has grown.
+    /// Emitted when the end of the page is near and older commits exist.
     void moreWanted();
 
 protected:
@@ -39,10 +41,10 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
-    /// A row on screen, by which the list finds its place again in another page.
+    /// A visible row. The list uses it to find its place again after the page has changed.
     struct Anchor {
         std::string hash;
-        int y = 0; ///< its top in the viewport
+        int y = 0; ///< the row's top in the viewport
     };
 
     int rowAt(int y) const;
@@ -69,10 +71,10 @@ private:
     HistoryModel* model_;
     HistoryRowPainter rowPainter_;
     std::vector<Anchor> place_;
-    bool isRestoring_ = false; ///< selection and place follow the store and the page, not the user
+    bool isRestoring_ = false; ///< the list changes its selection and place itself; the user does not
     bool isAsking_ = false;
-    bool isByKey_ = false;          ///< the selection changes because of a key
-    bool revealsWhenShown_ = false; ///< the selected row was to be brought into sight while there was nothing to see
+    bool isByKey_ = false;          ///< a key is changing the selection
+    bool revealsWhenShown_ = false; ///< the selected row must be scrolled into view once the list is visible
     std::vector<QPropertyNotifier> notifiers_;
 };
 

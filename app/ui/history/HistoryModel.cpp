@@ -96,7 +96,7 @@ void HistoryModel::applyPage()
         count_ = size;
         endInsertRows();
     }
-    // The same commits may carry other labels, or another graph.
+    // The labels and the graph of these commits may have changed.
     if (announced > 0)
         Q_EMIT dataChanged(index(0), index(announced - 1));
 }

@@ -7,22 +7,24 @@
 
 namespace plovik {
 
-/// The store's history page as a list. Holds no rows of its own, only how many it has announced and their fingerprint.
+/// Presents the store's history page as a list. Stores no rows, only the number of announced rows and their
+/// fingerprint. Main thread.
 ///
-/// A page that begins with the rows shown so far is announced as rows inserted; any other page as a reset. Announced
-/// while the store writes `history`, on the main thread.
+/// A new page that begins with the rows shown so far is announced as inserted rows, any other page as a reset. Both
+/// are announced while the store writes `history`.
 class HistoryModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
+    /// `store` outlives the model.
     explicit HistoryModel(RepositoryStore& store, QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
-    /// Null outside the page.
+    /// Returns nullptr outside the page. The row is valid until the page changes.
     const HistoryRow* row(int number) const;
-    /// The row of a commit, or -1.
+    /// Returns the row of a commit, or -1 when the page does not contain it.
     int rowOf(const std::string& hash) const;
 
 private:

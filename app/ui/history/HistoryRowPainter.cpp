@@ -44,12 +44,13 @@ FittedText fitted(const QString& text, const QFont& font, double width)
     return {shaped(QFontMetricsF(font).elidedText(text, Qt::ElideRight, std::max(0.0, width)), font), true};
 }
 
-/// The widest text that the date column has to hold.
+/// Returns the width of the widest text in the date column.
 double widestDate(const QFont& font, const QLocale& locale)
 {
     const QFontMetricsF metrics(font);
     const QString date = locale.toString(QDate(2028, 10, 28), QLocale::ShortFormat);
-    return std::ceil(std::max(metrics.horizontalAdvance(date), metrics.horizontalAdvance(u"59 min ago"_s)));
+    return std::ceil(std::max(metrics.horizontalAdvance(date),
+                              metrics.horizontalAdvance(RelativeDate{RelativeDate::Unit::minutes, 59}.text(locale))));
 }
 
 } // namespace
@@ -131,7 +132,8 @@ QStaticText HistoryRowPainter::dateText(const RelativeDate& when)
     return dates_.emplace(key, shaped(when.text(locale_), font_)).first->second;
 }
 
-// Hashes are the one text that is new in every row, and sixteen glyphs of one width need no shaping.
+// Every row has another hash, so caching shaped hashes would not help. The sixteen digits have one width, so their
+// glyphs can be placed without shaping.
 
 void HistoryRowPainter::takeDigits()
 {

@@ -19,24 +19,24 @@
 
 namespace plovik {
 
-/// Draws the texts and badges of history rows. Owned by one list; main thread.
+/// Draws the texts and badges of history rows. Each list owns one. Main thread.
 ///
-/// Shaping text costs far more than drawing it, so the layouts of the rows shown lately are kept; a row's layout is
-/// made anew when its labels, its relative date or the columns have changed.
+/// Shaping text costs far more than drawing it, so the layouts of recently shown rows are kept. A row's layout is made
+/// again when its labels, its relative date or the columns have changed.
 class HistoryRowPainter {
 public:
     HistoryRowPainter() { reset(); }
 
-    /// Takes over the application's fonts and locale, and forgets every layout.
+    /// Reads the application's fonts and locale, and drops every kept layout.
     void reset();
 
     int rowHeight() const { return rowHeight_; }
     HistoryColumns columns(double width, double graphWidth) const;
 
-    /// Draws a row whose top left corner is (0, top). `now` is what relative dates are told from.
+    /// Draws a row whose top left corner is (0, top). Relative dates are relative to `now`.
     void paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, double top, gitkit::Date now);
 
-    /// What the part of the row under `x` has to say beyond what it shows.
+    /// Returns the tooltip of the part of the row under `x`, or an empty text when the part has none.
     QString toolTip(const HistoryRow& row, const HistoryColumns& columns, double x);
 
 private:
@@ -66,10 +66,10 @@ private:
     HistoryColumns::Widths widths_;
     int rowHeight_ = 28;
 
-    HistoryColumns columns_; ///< those that the layouts were made for
+    HistoryColumns columns_; ///< the columns of the kept layouts
     QCache<std::string, RowLayout> layouts_;
-    QHash<std::string, QStaticText> authors_;             ///< few people write most commits
-    std::map<std::pair<int, qint64>, QStaticText> dates_; ///< and commits of a day share their date
+    QHash<std::string, QStaticText> authors_;             ///< few authors write most commits
+    std::map<std::pair<int, qint64>, QStaticText> dates_; ///< commits of one day share a text
 };
 
 } // namespace plovik

@@ -12,7 +12,6 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
 using Field = gitkit::HistoryFilter::Field;
 
 namespace {
@@ -21,11 +20,11 @@ QString titleOf(Field field)
 {
     switch (field) {
     case Field::message:
-        return u"Message"_s;
+        return HistorySearchRow::tr("Message");
     case Field::author:
-        return u"Author"_s;
+        return HistorySearchRow::tr("Author");
     case Field::path:
-        return u"Path"_s;
+        return HistorySearchRow::tr("Path");
     }
     return {};
 }
@@ -38,10 +37,10 @@ HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
 {
     for (const Field field : gitkit::HistoryFilter::allFields)
         field_->addItem(titleOf(field), static_cast<int>(field));
-    field_->setAccessibleName(u"History Search Field"_s);
-    field_->setToolTip(u"What to search in"_s);
-    search_->setAccessibleName(u"History Search"_s);
-    search_->setPlaceholderText(u"Search history"_s);
+    field_->setAccessibleName(tr("History Search Field"));
+    field_->setToolTip(tr("What to search in"));
+    search_->setAccessibleName(tr("History Search"));
+    search_->setPlaceholderText(tr("Search history"));
     search_->installEventFilter(this);
     count_->setForegroundRole(QPalette::PlaceholderText);
     count_->setTextFormat(Qt::PlainText);
@@ -94,12 +93,12 @@ void HistorySearchRow::showSearch()
 
 void HistorySearchRow::showCount()
 {
-    const std::size_t shown = store_.history().history.value().size();
+    const auto shown = static_cast<int>(store_.history().history.value().size());
     // A history that could not be read has no number of commits.
     const bool isRead = store_.snapshot().hasLoaded.value() && store_.history().historyProblem.value().isEmpty();
     const bool isKnown = shown > 0 || (isRead && store_.snapshot().readProblem.value().isEmpty());
-    const QString more = store_.history().hasMoreHistory.value() || isGrowing_ ? u"+"_s : QString();
-    const QString text = shown == 1 && more.isEmpty() ? u"1 commit"_s : u"%1%2 commits"_s.arg(shown).arg(more);
+    const bool areMore = store_.history().hasMoreHistory.value() || isGrowing_;
+    const QString text = areMore ? tr("%n+ commits", nullptr, shown) : tr("%n commit(s)", nullptr, shown);
     count_->setText(isKnown ? text : QString());
 }
 

@@ -13,21 +13,23 @@ class QLineEdit;
 
 namespace plovik {
 
-/// The row above the commit list: what to search in, what to search for, and how many commits are shown.
+/// The row above the commit list: the field to search in, the text to search for, and the number of commits shown.
+/// Main thread.
 class HistorySearchRow : public QWidget {
     Q_OBJECT
 
 public:
+    /// `store` outlives the row.
     explicit HistorySearchRow(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// Puts the cursor into the search line, its text selected.
+    /// Gives the search line the keyboard focus and selects its text.
     void focusSearch();
     void clearSearch();
-    /// While a longer page is being read it is still unknown whether there are more commits than are shown.
+    /// Shows the count as incomplete ("200+ commits") while a longer page is being read.
     void setGrowing(bool isGrowing);
 
 Q_SIGNALS:
-    /// Return, Down, or Escape on an empty line: the keyboard goes on to the list.
+    /// Emitted when Return, Down, or Escape on an empty line asks for the keyboard focus to move to the list.
     void finished();
 
 protected:

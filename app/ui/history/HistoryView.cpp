@@ -16,8 +16,6 @@
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr double leastDetailHeight = 120;
@@ -86,16 +84,16 @@ void HistoryView::growPage()
 HistoryView::Nothing HistoryView::nothing() const
 {
     if (!store_.history().historyProblem.value().isEmpty())
-        return {u"The history could not be read"_s, store_.history().historyProblem.value(),
+        return {tr("The history could not be read"), store_.history().historyProblem.value(),
                 store_.history().isHistoryFiltered.value() ? WayOut::clearSearch : WayOut::none};
     const gitkit::RepoStatus& status = store_.snapshot().status.value();
     if (!status.hasCommits() && !store_.snapshot().readProblem.value().isEmpty())
-        return {u"The repository could not be read"_s, store_.snapshot().readProblem.value()};
+        return {tr("The repository could not be read"), store_.snapshot().readProblem.value()};
     if (!status.hasCommits())
-        return {u"No Commits Yet"_s, u"What you commit in this repository will stand here."_s, WayOut::workingCopy};
+        return {tr("No Commits Yet"), tr("What you commit in this repository will stand here."), WayOut::workingCopy};
     if (store_.history().isHistoryFiltered.value())
-        return {u"No Matching Commits"_s, u"No commit of this history matches the search."_s, WayOut::clearSearch};
-    return {u"No Commits"_s, u"What is selected at the left has no history."_s};
+        return {tr("No Matching Commits"), tr("No commit of this history matches the search."), WayOut::clearSearch};
+    return {tr("No Commits"), tr("What is selected at the left has no history.")};
 }
 
 void HistoryView::takeWayOut()
@@ -120,7 +118,7 @@ void HistoryView::showPage()
     const Nothing told = nothing();
     empty_->setText(told.title, told.description);
     wayOut_ = told.wayOut;
-    wayOutButton_->setText(wayOut_ == WayOut::workingCopy ? u"Show Working Copy"_s : u"Clear Search"_s);
+    wayOutButton_->setText(wayOut_ == WayOut::workingCopy ? tr("Show Working Copy") : tr("Clear Search"));
     wayOutButton_->setVisible(wayOut_ != WayOut::none);
     pages_->setCurrentWidget(empty_);
 }

@@ -27,12 +27,12 @@ public:
 
     CommitDetailView* detail() const { return detail_; }
     void focusSearch();
-    /// Gives the keyboard to the commit list, or to the search where there is no list.
+    /// Gives the keyboard focus to the commit list, or to the search line when no list is shown.
     void focusList();
 
 private:
     enum class WayOut { none, clearSearch, workingCopy };
-    /// What stands in place of an empty list.
+    /// What is shown in place of an empty list.
     struct Nothing {
         QString title, description;
         WayOut wayOut = WayOut::none;

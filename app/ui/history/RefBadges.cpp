@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/ui/history/RowText.h"
 
+#include <QCoreApplication>
 #include <QPainterPath>
 
 #include <algorithm>
@@ -17,11 +18,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+struct BadgeText {
+    Q_DECLARE_TR_FUNCTIONS(RefBadges)
+};
+
 constexpr double padding = 8;
 constexpr double gap = 6;
 constexpr double corner = 5;
 constexpr double widestBadge = 220;
-constexpr double tagGlyphRoom = 13; ///< the glyph and the space behind it
+constexpr double tagGlyphRoom = 13; ///< the width of the glyph and of the space after it
 
 struct Ink {
     QColor fill, border, text;
@@ -35,7 +40,7 @@ std::vector<std::size_t> shownOrder(const std::vector<gitkit::RefLabel>& labels)
     return order;
 }
 
-/// A price tag: a square whose left side comes to a point, with the hole of its string.
+/// Draws a price tag: a square with a pointed left side and a hole.
 void paintTagGlyph(QPainter& painter, QPointF middleLeft, const QColor& colour)
 {
     QPainterPath glyph(middleLeft + QPointF(0, 0));
@@ -68,7 +73,7 @@ RefBadges::RefBadges(const std::vector<gitkit::RefLabel>& labels, double budget,
         const std::size_t left = labels.size() - i - 1;
         const double reserved = left > 0 ? fonts.moreWidth + gap : 0;
         const double start = badges_.empty() ? 0 : width() + gap;
-        // The first label is cut rather than collapsed.
+        // The first label is shortened; later ones that do not fit are collapsed.
         const double most = badges_.empty() ? std::min(widestBadge, budget - reserved) : widestBadge;
         const gitkit::RefLabel& label = labels[order_[i]];
         Badge badge = makeBadge(lookOf(label), shownLine(label.name), most, fonts);
@@ -107,7 +112,7 @@ RefBadges::Badge RefBadges::makeBadge(Look look, const QString& name, double max
     badge.text.setTextFormat(Qt::PlainText);
     badge.text.prepare({}, font);
     if (badge.text.size().width() + around > maxWidth) {
-        // The end of a name tells it from its neighbours as often as its beginning.
+        // Names of neighbours often differ only at their ends, so the middle is left out.
         const double room = std::max(0.0, maxWidth - around);
         badge.text.setText(QFontMetricsF(font).elidedText(name, Qt::ElideMiddle, room));
         badge.text.prepare({}, font);
@@ -140,7 +145,7 @@ void RefBadges::paintBadge(QPainter& painter, const Badge& badge, QPointF middle
         return {theme.badge, theme.controlBorder, theme.badgeText};
     }();
     const QRectF frame(middleLeft.x(), middleLeft.y() - fonts.height / 2, badge.width, fonts.height);
-    // One shape inside the other costs a fraction of stroking the outer one.
+    // Filling one shape inside the other costs a fraction of stroking the outer one.
     painter.setPen(Qt::NoPen);
     painter.setBrush(ink.border);
     painter.drawRoundedRect(frame, corner, corner);
@@ -174,7 +179,7 @@ QString RefBadges::namesAt(double x, const std::vector<gitkit::RefLabel>& labels
     for (std::size_t i = hit->place; i < end; ++i)
         names << shownText(labels[order_[i]].name);
     if (end < labels.size())
-        names << u"and %1 more"_s.arg(labels.size() - end);
+        names << BadgeText::tr("and %n more", nullptr, static_cast<int>(labels.size() - end));
     return names.join(u'\n');
 }
 

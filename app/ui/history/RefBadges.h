@@ -11,29 +11,30 @@
 
 namespace plovik {
 
-/// The labels before a commit's subject, side by side: what is checked out, other branches, remote branches, tags.
-/// Labels that do not fit collapse into "+N".
+/// The labels before a commit's subject, side by side in this order: the checked out one, other branches, remote
+/// branches, tags. Labels that do not fit collapse into "+N". Main thread.
 class RefBadges {
 public:
     struct Fonts {
         QFont plain;
-        QFont strong; ///< for what is checked out
+        QFont strong; ///< for the checked out label
         double height = 18;
-        double moreWidth = 40; ///< kept free for "+N" while labels are left
+        double moreWidth = 40; ///< reserved for "+N" while labels remain
 
         static Fonts current();
     };
 
     RefBadges() = default;
-    /// `budget` is the width that they may take, in device-independent pixels.
+    /// Lays out the labels. `budget` is the available width in device-independent pixels.
     RefBadges(const std::vector<gitkit::RefLabel>& labels, double budget, const Fonts& fonts);
 
     double width() const { return badges_.empty() ? 0 : badges_.back().left + badges_.back().width; }
 
-    /// `middleLeft` is the middle of the first badge's left edge.
+    /// Draws the badges. `middleLeft` is the middle of the first badge's left edge.
     void paint(QPainter& painter, QPointF middleLeft, const Fonts& fonts, const Theme& theme) const;
 
-    /// The full names of the labels under `x`, one a line; empty where there is none. `labels` are those laid out.
+    /// Returns the full names of the labels under `x`, one per line, or an empty text when there are none. `labels`
+    /// are the labels that were laid out.
     QString namesAt(double x, const std::vector<gitkit::RefLabel>& labels) const;
 
 private:
@@ -43,7 +44,7 @@ private:
         QStaticText text;
         double left = 0;
         double width = 0;
-        std::size_t place = 0; ///< of the label in `order_`; for `more` of the first
+        std::size_t place = 0; ///< the label's index in `order_`; for `more` that of the first collapsed label
     };
 
     static Look lookOf(const gitkit::RefLabel& label);
@@ -52,7 +53,7 @@ private:
                     const Theme& theme) const;
 
     std::vector<Badge> badges_;
-    std::vector<std::size_t> order_; ///< of the labels, by their positions
+    std::vector<std::size_t> order_; ///< the labels' indexes in the order of display
 };
 
 } // namespace plovik

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/history/RelativeDate.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 
 namespace plovik {
@@ -9,9 +10,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(RelativeDate)
+};
+
 constexpr qint64 minute = 60;
 constexpr qint64 hour = 60 * minute;
-/// A commit made this long ago is told by its hours even when midnight lies between.
+/// Younger dates are told in hours even when midnight lies between.
 constexpr qint64 sameSitting = 6 * hour;
 
 QDateTime localTime(gitkit::Date date)
@@ -52,19 +57,19 @@ QString RelativeDate::text(const QLocale& locale) const
 {
     switch (unit) {
     case Unit::unknown:
-        return u"no date"_s;
+        return Text::tr("no date");
     case Unit::now:
-        return u"just now"_s;
+        return Text::tr("just now");
     case Unit::minutes:
-        return u"%1 min ago"_s.arg(count);
+        return Text::tr("%1 min ago").arg(count);
     case Unit::hours:
-        return u"%1 h ago"_s.arg(count);
+        return Text::tr("%1 h ago").arg(count);
     case Unit::yesterday:
-        return u"yesterday"_s;
+        return Text::tr("yesterday");
     case Unit::days:
-        return u"%1 days ago"_s.arg(count);
+        return Text::tr("%n day(s) ago", nullptr, static_cast<int>(count));
     case Unit::lastWeek:
-        return u"last week"_s;
+        return Text::tr("last week");
     case Unit::date:
         return locale.toString(QDate::fromJulianDay(count), QLocale::ShortFormat);
     }
@@ -75,14 +80,15 @@ QString absoluteDate(gitkit::Date date, const QLocale& locale)
 {
     const QDateTime local = localTime(date);
     if (date == gitkit::Date{} || !local.isValid())
-        return u"no readable date"_s;
-    return locale.toString(local.date(), QLocale::LongFormat) + u", "_s +
-           locale.toString(local.time(), shortTimeFormat(locale));
+        return Text::tr("no readable date");
+    return Text::tr("%1, %2", "date, time")
+        .arg(locale.toString(local.date(), QLocale::LongFormat),
+             locale.toString(local.time(), shortTimeFormat(locale)));
 }
 
 QString shortTimeFormat(const QLocale& locale)
 {
-    // Where no locale is set the short form has seconds, which nobody asks for.
+    // The short format of the C locale has seconds, which are not wanted here.
     QString format = locale.timeFormat(QLocale::ShortFormat);
     return format.remove(u":ss"_s);
 }

@@ -8,26 +8,26 @@
 
 namespace plovik {
 
-/// When something happened, as coarsely as a list tells it. Days are those of the local calendar.
+/// When something happened, as coarse as in a list. Days are those of the local calendar.
 struct RelativeDate {
     enum class Unit { unknown, now, minutes, hours, yesterday, days, lastWeek, date };
 
     Unit unit = Unit::unknown;
     qint64 count = 0; ///< minutes, hours or days; for `date` the Julian day
 
-    /// What lies ahead of `now` by more than a minute, and what is older than two weeks, is told by its date. The epoch
-    /// stands for a time that could not be read, and is unknown.
+    /// Dates that are more than a minute after `now` or older than two weeks get `Unit::date`. The epoch stands for a
+    /// time that could not be read and gets `Unit::unknown`.
     static RelativeDate between(gitkit::Date date, gitkit::Date now);
 
-    /// "2 h ago", "yesterday", "last week", or the date in the locale's short form.
+    /// Returns "2 h ago", "yesterday", "last week", or the date in the locale's short form.
     QString text(const QLocale& locale) const;
 
     bool operator==(const RelativeDate&) const = default;
 };
 
-/// Date and time in the locale's long form, for tooltips and details.
+/// Returns date and time in the locale's long form, for tooltips and details.
 QString absoluteDate(gitkit::Date date, const QLocale& locale);
-/// Hours and minutes as the locale writes them in short.
+/// Returns the locale's short format for hours and minutes.
 QString shortTimeFormat(const QLocale& locale);
 
 } // namespace plovik

@@ -7,7 +7,8 @@
 
 namespace plovik {
 
-/// The beginning of a text for one line of a list: no more than a screen can hold, control characters as spaces.
+/// Returns the beginning of a text for one line of a list: no more than a screen can hold, with spaces in place of
+/// control characters.
 QString shownLine(std::string_view bytes);
 
 } // namespace plovik

@@ -17,8 +17,8 @@ namespace {
 
 constexpr int rowHeight = 26;
 constexpr int rowInset = 8;     ///< of the selection's tint
-constexpr int textInset = 16;   ///< of fixed items and of what stands at the right
-constexpr int markCenter = 22;  ///< of the head mark and of folders' triangles, on the first level
+constexpr int textInset = 16;   ///< of fixed items and of counts at the right
+constexpr int markCenter = 22;  ///< of the dot of the checked out branch and of folders' triangles, on the first level
 constexpr int refTextLeft = 36; ///< on the first level
 constexpr int levelIndent = 14;
 constexpr int gap = 8;
@@ -35,7 +35,7 @@ QRect textArea(const QRect& row, int left, int rightUsed)
 QString divergence(const gitkit::GitRef& ref, bool isUpstreamGone)
 {
     if (isUpstreamGone)
-        return u"gone"_s;
+        return SidebarDelegate::tr("gone");
     QStringList parts;
     if (ref.ahead > 0)
         parts.append(u"↑%1"_s.arg(ref.ahead));
@@ -52,7 +52,7 @@ SidebarDelegate::SidebarDelegate(const SidebarModel& model, QObject* parent)
 
 QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    // Asked for every row of an open group, so for 20,000 of them: no texts, no fonts beyond the given one's metrics.
+    // Called for every row of an open group, which may be 20,000: no text is made here and no other font measured.
     const int height = std::max(rowHeight, option.fontMetrics.height() + 8);
     return {textInset, model_.isGroup(index) ? height + groupGap : height};
 }

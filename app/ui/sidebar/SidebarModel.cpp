@@ -8,9 +8,25 @@
 #include <unordered_map>
 #include <unordered_set>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
+
+namespace {
+
+/// Returns the line of a tooltip that tells how far a branch is from its upstream.
+QString followingLine(const gitkit::GitRef& branch, const QString& upstream)
+{
+    const QString ahead = QString::number(branch.ahead);
+    const QString behind = QString::number(branch.behind);
+    if (branch.ahead > 0 && branch.behind > 0)
+        return SidebarModel::tr("Follows %1, %2 ahead, %3 behind").arg(upstream, ahead, behind);
+    if (branch.ahead > 0)
+        return SidebarModel::tr("Follows %1, %2 ahead").arg(upstream, ahead);
+    if (branch.behind > 0)
+        return SidebarModel::tr("Follows %1, %2 behind").arg(upstream, behind);
+    return SidebarModel::tr("Follows %1").arg(upstream);
+}
+
+} // namespace
 
 SidebarModel::SidebarModel(const RepositoryStore& store, QObject* parent) : QAbstractItemModel(parent), store_(store)
 {
@@ -82,12 +98,12 @@ SidebarModel::Refs SidebarModel::matching(const std::vector<gitkit::GitRef>& ref
     return found;
 }
 
-/// How much of the name after `start` names a folder; 0 when the rest names the ref itself.
+/// Returns how many bytes of the name after `start` name a folder; 0 when the rest is the ref's own name.
 std::size_t SidebarModel::prefixLength(Kind group, const gitkit::GitRef& ref, std::size_t start, bool isGroup) const
 {
     const std::string_view rest = std::string_view(ref.name).substr(start);
     if (group == Kind::remotes && isGroup) {
-        // A remote's name may hold slashes itself.
+        // A remote's name may contain slashes.
         std::size_t longest = 0;
         for (const std::string& remote : store_.snapshot().remotes.value()) {
             if (remote.size() > longest && rest.size() > remote.size() + 1 && rest.starts_with(remote) &&
@@ -113,7 +129,7 @@ void SidebarModel::fill(int parent, Kind group, const Refs& refs, std::size_t na
     for (const gitkit::GitRef* ref : refs)
         ++sharing[prefixOf(*ref)];
 
-    // One ref alone needs no folder to be found; a remote always is one.
+    // A single ref gets no folder of its own, but a remote always is a folder.
     const bool isRemotes = group == Kind::remotes && isGroup;
     std::vector<std::pair<std::string_view, Refs>> folders; // in the order of their first refs
     std::unordered_map<std::string_view, std::size_t> folderOf;
@@ -270,7 +286,7 @@ std::string SidebarModel::key(const QModelIndex& index) const
     if (shown.kind == Kind::ref)
         return shown.ref->fullName;
     if (shown.kind == Kind::folder) {
-        // The full name of its first ref says which group it is in; its last slash sets it apart from a ref.
+        // The full name of its first ref says which group it is in; the slash at the end tells it from a ref.
         const std::string& full = shown.ref->fullName;
         return full.substr(0, full.size() - shown.ref->name.size()) + shown.ref->name.substr(0, shown.nameEnd) + "/";
     }
@@ -281,7 +297,7 @@ QModelIndex SidebarModel::indexOfKey(const std::string& key) const
 {
     for (int id = 0; id < static_cast<int>(nodes_.size()); ++id) {
         const Node& node = nodes_[static_cast<std::size_t>(id)];
-        // Making every ref's key would copy 20,000 names for one that is looked for.
+        // Refs are compared without key(), which would copy up to 20,000 names.
         if (node.kind == Kind::ref ? node.ref->fullName == key : this->key(indexOfNode(id)) == key)
             return indexOfNode(id);
     }
@@ -302,19 +318,19 @@ QString SidebarModel::label(const Node& node) const
 {
     switch (node.kind) {
     case Kind::workingCopy:
-        return u"Working Copy"_s;
+        return tr("Working Copy");
     case Kind::history:
-        return u"History"_s;
+        return tr("History");
     case Kind::stashes:
-        return u"Stashes"_s;
+        return tr("Stashes");
     case Kind::branches:
-        return u"BRANCHES"_s;
+        return tr("BRANCHES");
     case Kind::remotes:
-        return u"REMOTES"_s;
+        return tr("REMOTES");
     case Kind::tags:
-        return u"TAGS"_s;
+        return tr("TAGS");
     case Kind::nothingFound:
-        return u"No branch or tag matches"_s;
+        return tr("No branch or tag matches");
     case Kind::folder:
     case Kind::ref:
         break;
@@ -334,20 +350,14 @@ QString SidebarModel::toolTip(const Node& node) const
         return shownText(std::string_view(node.ref->name).substr(0, node.nameEnd));
     if (node.kind != Kind::ref)
         return {};
-    QString text = shownText(node.ref->name);
+    QStringList lines{shownText(node.ref->name)};
     if (node.ref->isHead)
-        text += u"\nChecked out"_s;
-    if (!node.ref->upstream)
-        return text;
-    const QString upstream = shownText(*node.ref->upstream);
-    if (node.upstreamGone)
-        return text + u"\nIts upstream %1 is gone"_s.arg(upstream);
-    text += u"\nFollows %1"_s.arg(upstream);
-    if (node.ref->ahead > 0)
-        text += u", %1 ahead"_s.arg(node.ref->ahead);
-    if (node.ref->behind > 0)
-        text += u", %1 behind"_s.arg(node.ref->behind);
-    return text;
+        lines << tr("Checked out");
+    if (node.ref->upstream) {
+        const QString upstream = shownText(*node.ref->upstream);
+        lines << (node.upstreamGone ? tr("Its upstream %1 is gone").arg(upstream) : followingLine(*node.ref, upstream));
+    }
+    return lines.join(u'\n');
 }
 
 QVariant SidebarModel::data(const QModelIndex& index, int role) const

@@ -12,12 +12,11 @@
 
 namespace plovik {
 
-/// The tree of the sidebar: the three fixed items, then a group each for branches, remotes and tags with a folder for
-/// every prefix that at least two refs share. Groups without refs are absent.
+/// The tree of the sidebar: the three fixed items, then one group each for branches, remotes and tags, with a folder
+/// for every prefix that at least two refs share. Groups without refs are absent. Main thread.
 ///
-/// Holds positions in the store's lists, never copies of them: whoever observes the store must call rebuild() as soon
-/// as a list changes. Texts are made when they are asked for, so that a row costs nothing before it is seen. Main
-/// thread.
+/// Refers to the refs in the store's lists and copies none, so the owner must call rebuild() as soon as a list changes.
+/// Texts are made when a view asks for them, so that rows out of sight cost nothing.
 class SidebarModel : public QAbstractItemModel {
     Q_OBJECT
 
@@ -29,35 +28,35 @@ public:
 
     /// Reads the store's lists again and resets the model.
     void rebuild();
-    /// Announces that the fixed items' counts may have changed.
+    /// Announces that the counts of the fixed items may have changed.
     void countsChanged();
 
-    /// Keeps only the refs whose names hold `text`, in any case. Resets the model.
+    /// Shows only the refs whose names contain `text`, regardless of case. Resets the model.
     void setFilter(const QString& text);
     bool isFiltered() const { return !filter_.isEmpty(); }
 
     Kind kind(const QModelIndex& index) const { return node(index).kind; }
-    /// The distance of a row from the left edge, in levels: 0 for fixed items and groups.
+    /// Returns the level of a row: 0 for fixed items and groups.
     int depth(const QModelIndex& index) const { return node(index).depth; }
     bool isGroup(const QModelIndex& index) const
     {
         return kind(index) == Kind::branches || kind(index) == Kind::remotes || kind(index) == Kind::tags;
     }
-    /// The number of refs at and below a row, or what a fixed item counts.
+    /// Returns the number of refs at and below a row, or the count of a fixed item.
     int count(const QModelIndex& index) const;
-    /// The ref of a row; none for other rows.
+    /// Returns the ref of a row, or nullptr when the row is no ref. Valid until rebuild().
     const gitkit::GitRef* ref(const QModelIndex& index) const;
-    /// Whether the ref's upstream is named but not there.
+    /// Returns whether the ref has an upstream that does not exist any more.
     bool isUpstreamGone(const QModelIndex& index) const { return node(index).upstreamGone; }
-    /// What the row stands for, when it can be selected.
+    /// Returns what the row selects, or nullopt when it cannot be selected.
     std::optional<SidebarItem> item(const QModelIndex& index) const;
     QModelIndex indexOf(const SidebarItem& item) const;
 
-    /// Names a row across rebuilds.
+    /// Returns a name of the row that stays the same across rebuilds.
     std::string key(const QModelIndex& index) const;
-    /// All rows that have children.
+    /// Returns all rows that have children.
     std::vector<QModelIndex> containers() const;
-    /// The row of that key; invalid when there is none any more.
+    /// Returns the row with that key; invalid when it is gone.
     QModelIndex indexOfKey(const std::string& key) const;
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -70,7 +69,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    /// Children stand one after another, so that a node needs only its first child and their number.
+    /// The children of a node are stored one after another, so a node needs only the first one and their number.
     struct Node {
         Kind kind = Kind::history;
         int parent = -1;
@@ -79,12 +78,11 @@ private:
         int firstChild = 0;
         int childCount = 0;
         int refCount = 0;
-        const gitkit::GitRef* ref = nullptr; ///< its own, or for a folder the first below it
+        const gitkit::GitRef* ref = nullptr; ///< the row's own ref, or the first ref below a folder
         std::size_t nameStart = 0;           ///< where the shown part of the ref's name begins
         std::size_t nameEnd = std::string::npos;
         bool upstreamGone = false;
     };
-    /// A ref on its way into the tree.
     using Refs = std::vector<const gitkit::GitRef*>;
 
     const Node& node(const QModelIndex& index) const { return nodes_[static_cast<std::size_t>(index.internalId())]; }

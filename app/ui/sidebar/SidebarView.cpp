@@ -20,8 +20,6 @@
 #include <array>
 #include <functional>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
@@ -48,7 +46,7 @@ const Setting<bool>* settingOf(SidebarModel::Kind kind)
 
 } // namespace
 
-/// A tree whose groups and folders open at a click, and whose keyboard can stand on them without losing the selection.
+/// A tree whose groups and folders open at a click. The keyboard can make them current without changing the selection.
 class SidebarView::Tree : public QTreeView {
 public:
     using QTreeView::QTreeView;
@@ -73,7 +71,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override
     {
         if (event->button() == Qt::RightButton) {
-            // A menu acts on its row without leaving what is looked at.
+            // A menu acts on its row without selecting it.
             selectionModel()->setCurrentIndex(indexAt(event->position().toPoint()), QItemSelectionModel::NoUpdate);
             return;
         }
@@ -100,7 +98,7 @@ protected:
 
     void drawRow(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
     {
-        // The base class would fill the whole row behind the delegate's tint.
+        // The base class fills the whole row with the highlight, behind the delegate's own background.
         QStyleOptionViewItem row = option;
         row.palette.setColor(QPalette::Highlight, palette().color(QPalette::Base));
         QTreeView::drawRow(painter, row, index);
@@ -130,7 +128,7 @@ void SidebarView::makeTree()
     auto* tree = new Tree(this);
     tree_ = tree;
     followColor(*tree, QPalette::Base, &Theme::sidebar);
-    tree->setAccessibleName(u"Sidebar"_s);
+    tree->setAccessibleName(tr("Sidebar"));
     tree->setFrameShape(QFrame::NoFrame);
     tree->setHeaderHidden(true);
     tree->setRootIsDecorated(false);
@@ -157,8 +155,8 @@ void SidebarView::makeTree()
 void SidebarView::makeFilter()
 {
     filter_ = new QLineEdit(this);
-    filter_->setAccessibleName(u"Filter Refs"_s);
-    filter_->setPlaceholderText(u"Filter branches and tags"_s);
+    filter_->setAccessibleName(tr("Filter Refs"));
+    filter_->setPlaceholderText(tr("Filter branches and tags"));
     followFont(*filter_, -0.5);
     filter_->installEventFilter(this);
     connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) { model_->setFilter(text.trimmed()); });
@@ -210,7 +208,7 @@ void SidebarView::noteExpansion(const QModelIndex& index, bool isOpen)
     if (isUpdating_)
         return;
     scroll_->note();
-    // While a filter holds everything open, what is closed is closed for the moment only.
+    // A filter opens everything, so closing a row while it is active is not remembered.
     if (model_->isFiltered())
         return;
     const QScopedValueRollback updating(isUpdating_, true);
@@ -253,7 +251,7 @@ void SidebarView::showStoreSelection(Reveal reveal)
         tree_->expand(above);
 
     const QScopedValueRollback updating(isUpdating_, true);
-    // The tree would scroll to its new current row, and so open what it stands in.
+    // With automatic scrolling the tree would scroll to its new current row and open the folders around it.
     tree_->setAutoScroll(reveal == Reveal::yes);
     tree_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     tree_->setAutoScroll(true);

@@ -21,7 +21,7 @@ namespace plovik {
 class ScrollKeeper;
 
 /// The left side of the repository window: the fixed items, the refs in groups and folders, and the line that filters
-/// them. Its selection and the store's are one. Main thread.
+/// them. Its selection and the store's follow each other. Main thread.
 class SidebarView : public QWidget {
     Q_OBJECT
 
@@ -62,8 +62,8 @@ private:
     QTreeView* tree_ = nullptr;
     QLineEdit* filter_ = nullptr;
     ScrollKeeper* scroll_ = nullptr;
-    std::set<std::string> closedFolders_; ///< keys; remembered while the window lives
-    bool isUpdating_ = false;             ///< the tree changes because of the store, not because of the user
+    std::set<std::string> closedFolders_; ///< their keys; remembered until the window is closed
+    bool isUpdating_ = false;             ///< the view changes the tree itself; the user does not
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -5,7 +5,7 @@
 
 namespace plovik {
 
-/// Draws a row of StashesModel: a tray, the message, and at the right the date. Main thread.
+/// Draws a row of StashesModel: a tray, the message, and the date at the right. Main thread.
 class StashDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

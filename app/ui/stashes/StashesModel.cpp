@@ -10,16 +10,18 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik {
 
 namespace {
 
-/// The locale's long date with short names of months and without the day of the week.
+/// Returns the locale's long date format with short names of months and without the day of the week.
 QString abbreviatedDateFormat(const QLocale& locale)
 {
-    static const QRegularExpression dayOfWeek(QStringLiteral("^dddd[^dMy]*|[^dMy]*dddd$"));
+    static const QRegularExpression dayOfWeek(u"^dddd[^dMy]*|[^dMy]*dddd$"_s);
     QString format = locale.dateFormat(QLocale::LongFormat);
-    return format.remove(dayOfWeek).replace(QLatin1String("MMMM"), QLatin1String("MMM"));
+    return format.remove(dayOfWeek).replace(u"MMMM"_s, u"MMM"_s);
 }
 
 } // namespace
@@ -28,8 +30,9 @@ QString shownDate(const gitkit::Stash& stash)
 {
     const QDateTime date = QDateTime::fromSecsSinceEpoch(stash.date.time_since_epoch().count());
     const QLocale locale;
-    return locale.toString(date.date(), abbreviatedDateFormat(locale)) + QLatin1String(", ") +
-           locale.toString(date.time(), shortTimeFormat(locale));
+    return StashesModel::tr("%1, %2", "date, time")
+        .arg(locale.toString(date.date(), abbreviatedDateFormat(locale)),
+             locale.toString(date.time(), shortTimeFormat(locale)));
 }
 
 StashesModel::StashesModel(const RepositoryStore& store, QObject* parent)

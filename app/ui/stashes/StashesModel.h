@@ -7,8 +7,8 @@
 
 namespace plovik {
 
-/// The store's stashes, one row each, newest first as git has them. Holds no copy: whoever observes the store must call
-/// rebuild() as soon as the stashes change. Main thread.
+/// The store's stashes, one row each, newest first. Copies none of them, so the owner must call rebuild() as soon as
+/// the stashes change. Main thread.
 class StashesModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private:
     int rowCount_ = 0;
 };
 
-/// A stash's date and time as the desktop's language writes them, abbreviated.
+/// Returns a stash's date and time, abbreviated, as the locale writes them.
 QString shownDate(const gitkit::Stash& stash);
 
 } // namespace plovik

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/stashes/StashesView.h"
-#include "app/store/actions/Stashes.h"
 
 #include "GitKit/records/CommitKind.h"
 #include "GitKit/records/Stash.h"
 #include "app/settings/Settings.h"
+#include "app/store/actions/Stashes.h"
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/stashes/StashDelegate.h"
 #include "app/ui/stashes/StashMenu.h"
@@ -27,8 +27,6 @@
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
@@ -41,7 +39,7 @@ constexpr double leastListHeight = 90;
 StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     : QStackedWidget(parent), store_(store), model_(new StashesModel(store, this)), content_(new QWidget(this)),
       detail_(new CommitDetailView(store, gitkit::CommitKind::stash)), empty_(new EmptyState(this)),
-      sign_(new TraySign), stashChanges_(empty_->action(u"Stash Changes…"_s))
+      sign_(new TraySign), stashChanges_(empty_->action(tr("Stash Changes…")))
 {
     empty_->setSign(sign_);
     makeList();
@@ -88,15 +86,15 @@ QWidget* StashesView::makeHeader()
         row->addWidget(button);
         buttons_.push_back(button);
     };
-    add(u"Apply"_s, [this](const gitkit::Stash& stash) { actions::stashApply(store_.actors(), stash, Use::apply); });
-    add(u"Pop"_s, [this](const gitkit::Stash& stash) { actions::stashApply(store_.actors(), stash, Use::pop); });
-    add(u"Drop…"_s, [this](const gitkit::Stash& stash) { actions::confirmDrop(store_.actors(), stash); });
+    add(tr("Apply"), [this](const gitkit::Stash& stash) { actions::stashApply(store_.actors(), stash, Use::apply); });
+    add(tr("Pop"), [this](const gitkit::Stash& stash) { actions::stashApply(store_.actors(), stash, Use::pop); });
+    add(tr("Drop…"), [this](const gitkit::Stash& stash) { actions::confirmDrop(store_.actors(), stash); });
     return header;
 }
 
 void StashesView::makeList()
 {
-    list_ = new RowList(u"Stashes"_s, content_);
+    list_ = new RowList(tr("Stashes"), content_);
     list_->setModel(model_);
     list_->setItemDelegate(new StashDelegate(list_));
     list_->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -143,8 +141,7 @@ const gitkit::Stash* StashesView::selectedStash() const
 
 void StashesView::updateHeader()
 {
-    const auto count = static_cast<qlonglong>(store_.snapshot().stashes.value().size());
-    count_->setText(count == 1 ? u"1 stash"_s : u"%1 stashes"_s.arg(count));
+    count_->setText(tr("%n stash(es)", nullptr, static_cast<int>(store_.snapshot().stashes.value().size())));
     for (QPushButton* button : buttons_)
         button->setEnabled(selectedStash() && !store_.changes().activity.value());
 }
@@ -158,12 +155,13 @@ void StashesView::updateEmptyState()
     stashChanges_->setVisible(false);
     sign_->setVisible(false);
     if (!store_.snapshot().readProblem.value().isEmpty()) {
-        empty_->setText(u"The Stashes Could Not Be Read"_s, u"Git's own words stand above. Stashed changes are listed "
-                                                            u"here as soon as they can be read again."_s);
+        empty_->setText(tr("The Stashes Could Not Be Read"),
+                        tr("Git's own words stand above. Stashed changes are listed here as soon as they can be read "
+                           "again."));
     } else if (!store_.snapshot().hasLoaded.value()) {
         empty_->setText({}, {});
     } else {
-        empty_->setText(u"No Stashes"_s, u"Stashed changes are listed here."_s);
+        empty_->setText(tr("No Stashes"), tr("Stashed changes are listed here."));
         sign_->setVisible(true);
         stashChanges_->setVisible(true);
         stashChanges_->setEnabled(!store_.snapshot().status.value().files.empty() &&

@@ -19,8 +19,8 @@ class EmptyState;
 class ScrollKeeper;
 class StashesModel;
 
-/// The detail area of the stashes: how many there are and what can be done with the selected one, and their list; or
-/// why there is none to see. The list's selection and the store's selected stash are one. Main thread.
+/// The detail area of the stashes: their number with the buttons for the selected one, their list, and the selected one
+/// below; or why none is shown. The list's selection and the store's selected stash follow each other. Main thread.
 class StashesView : public QStackedWidget {
     Q_OBJECT
 
@@ -53,7 +53,7 @@ private:
     QWidget* sign_ = nullptr; ///< in the empty state
     QPushButton* stashChanges_ = nullptr;
     ScrollKeeper* scroll_ = nullptr;
-    bool isUpdating_ = false; ///< the list changes because of the store, not because of the user
+    bool isUpdating_ = false; ///< the view changes the list itself; the user does not
     std::vector<QPropertyNotifier> notifiers_;
 };
 

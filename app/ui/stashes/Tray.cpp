@@ -10,10 +10,10 @@ namespace plovik {
 
 namespace {
 
-constexpr qreal drawnSize = 14; ///< what the coordinates of the drawing go by
+constexpr qreal drawnSize = 14; ///< the side of the square that trayPath() fills
 constexpr int signSize = 40;
 
-/// Seen from the front: open at the top, with the place where papers lie.
+/// Returns the outline of a tray seen from the front.
 QPainterPath trayPath()
 {
     QPainterPath tray;

@@ -9,10 +9,10 @@ class QPainter;
 
 namespace plovik {
 
-/// Draws a tray, the sign of a stash, as high and as wide as `area`, which is square.
+/// Draws a tray, the sign of a stash, that fills `area`. `area` must be square.
 void paintTray(QPainter& painter, const QRectF& area, const QColor& color);
 
-/// A tray on its own, for where there are no stashes. Main thread.
+/// A widget that shows a tray, for the place where there are no stashes. Main thread.
 class TraySign : public QWidget {
     Q_OBJECT
 
