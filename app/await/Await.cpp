@@ -13,8 +13,8 @@ QCoro::Task<> reportingFailures(QCoro::Task<> task)
 {
     try {
         co_await task;
-    } catch (const OwnerGone&) { // NOLINT(bugprone-empty-catch): the window closed; nobody is left to tell
-    } catch (const Cancelled&) { // NOLINT(bugprone-empty-catch): somebody asked for the end
+    } catch (const OwnerGone&) { // NOLINT(bugprone-empty-catch): the owner was destroyed, so there is nothing to report
+    } catch (const Cancelled&) { // NOLINT(bugprone-empty-catch): the end was requested, so there is nothing to report
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "plovik: a background task failed: %s\n", failure.what());
     }

@@ -14,11 +14,11 @@
 
 namespace plovik {
 
-/// Unwinds a coroutine whose owner is gone. It is no std::exception on purpose: no handler for failures catches it, so
-/// nothing between the await and launch() touches the dead owner.
+/// Thrown to unwind a coroutine whose owner is gone. It is deliberately not derived from std::exception, so that no
+/// handler for failures catches it and touches the destroyed owner.
 struct OwnerGone {};
 
-/// Held by the owner of coroutines; a call that it awaits asks this whether the owner still exists.
+/// Held by the owner of coroutines. Calls that its coroutines await use it to see whether the owner still exists.
 using AliveToken = std::shared_ptr<const std::monostate>;
 
 /// Awaits a blocking call. Resumes on the main thread with its value or its exception, or with OwnerGone when the
@@ -34,7 +34,7 @@ public:
 
     void await_suspend(std::coroutine_handle<> waiting)
     {
-        // Nothing of this object may be used once the work is posted: it may resume, and end, the coroutine at once.
+        // This object must not be used after post(), which may resume and end the coroutine at once.
         worker_.post(
             lane_, [outcome = outcome_, call = std::move(call_)] { outcome->fill(call); },
             [waiting] { waiting.resume(); });
@@ -55,8 +55,8 @@ private:
     std::shared_ptr<Outcome<Result>> outcome_ = std::make_shared<Outcome<Result>>();
 };
 
-/// Starts a task that nobody awaits. An exception that escapes from it is reported on standard error, except OwnerGone
-/// and Cancelled, which are no failures.
+/// Starts a task that nobody awaits. Reports an exception that escapes from it on standard error, except OwnerGone and
+/// Cancelled, which are no failures.
 void launch(QCoro::Task<> task);
 
 } // namespace plovik

@@ -10,8 +10,8 @@
 
 namespace plovik {
 
-/// Carries the value or the exception of a piece of work from the thread that did it to the one that waited for it.
-/// Filled once, then taken once.
+/// Carries the value or the exception of a piece of work from its thread to the thread that waits for it. Filled once,
+/// then taken once.
 template <typename Result>
 struct Outcome {
     std::optional<std::conditional_t<std::is_void_v<Result>, std::monostate, Result>> value;

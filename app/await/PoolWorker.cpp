@@ -26,7 +26,7 @@ private:
 
 Worker& Worker::pool()
 {
-    // This is never destroyed: destroying a pool waits for its threads, and quitting waits for no git process.
+    // Never destroyed: destroying a pool waits for its threads, and quitting must not wait for git processes.
     static auto* const worker = new PoolWorker;
     return *worker;
 }
@@ -43,7 +43,7 @@ void PoolWorker::post(Lane lane, std::function<void()> job, std::function<void()
     pool.start([job = std::move(job), done = std::move(done)]() mutable {
         job();
         job = nullptr;
-        // Without an application left there is no main thread to come back to.
+        // After the application has been destroyed there is no main thread to return to.
         if (QCoreApplication* const application = QCoreApplication::instance())
             QMetaObject::invokeMethod(application, std::move(done), Qt::QueuedConnection);
     });

@@ -7,7 +7,7 @@
 
 namespace plovik {
 
-/// The worker of the running application. It has a few threads for local git and others for the network.
+/// The worker of the running application. It has a few threads for local git and separate ones for the network.
 class PoolWorker : public Worker {
 public:
     PoolWorker();

@@ -15,14 +15,13 @@
 
 namespace plovik {
 
-/// Unwinds a coroutine whose stop token was asked for the end. It says that nobody wants the result, not that something
-/// went wrong.
+/// Thrown to unwind a coroutine after a stop was requested. It means that nobody wants the result; it is no failure.
 class Cancelled : public std::exception {
 public:
     const char* what() const noexcept override { return "cancelled"; }
 };
 
-/// Each function below throws Cancelled soon after `stop` was requested. Work that was begun runs on, and its result is
+/// Each function below throws Cancelled soon after a stop is requested. Work that has begun goes on, and its result is
 /// dropped. Main thread.
 
 QCoro::Task<> wakeOrStop(Wakeup wakeup, std::stop_token stop);
@@ -50,7 +49,7 @@ QCoro::Task<> follow(std::function<QCoro::Task<Result>()> start, std::shared_ptr
     done.wake();
 }
 
-/// Returns the result of the task that `start` makes. `start` is kept for as long as the task runs.
+/// Returns the result of the task that `start` makes. `start` is kept while the task runs.
 template <typename Result>
 QCoro::Task<Result> unlessStopped(std::function<QCoro::Task<Result>()> start, std::stop_token stop)
 {

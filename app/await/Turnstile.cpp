@@ -10,7 +10,7 @@ namespace plovik {
 Turnstile::~Turnstile()
 {
     state_->closed = true;
-    // Unwinding may, in principle, ask for another turn; it would find the turnstile closed.
+    // Closed first, because an unwinding coroutine could ask for another turn.
     while (!state_->waiting.empty()) {
         const std::coroutine_handle<> next = state_->waiting.front();
         state_->waiting.pop_front();
@@ -35,7 +35,7 @@ Turnstile::Pass::~Pass()
         return;
     const std::coroutine_handle<> next = state_->waiting.front();
     state_->waiting.pop_front();
-    // Taken at once, so that nobody slips in between.
+    // Taken before the resumed coroutine runs, so that no other one can enter first.
     state_->taken = true;
     next.resume();
 }

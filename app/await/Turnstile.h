@@ -7,7 +7,7 @@
 
 namespace plovik {
 
-/// Lets coroutines of the main thread through one after another, in the order in which they came, so that two of our
+/// Lets coroutines of the main thread through one at a time, in the order of their arrival, so that two of our
 /// coroutines never write to a repository's index at the same time.
 class Turnstile {
     struct State {
@@ -18,12 +18,12 @@ class Turnstile {
 
 public:
     Turnstile() : state_(std::make_shared<State>()) {}
-    /// Coroutines that still wait are unwound with OwnerGone.
+    /// Unwinds the coroutines that still wait with OwnerGone.
     ~Turnstile();
     Turnstile(const Turnstile&) = delete;
     Turnstile& operator=(const Turnstile&) = delete;
 
-    /// Lets the next one through when it is destroyed. May outlive the turnstile.
+    /// Lets the next coroutine through when it is destroyed. May outlive the turnstile.
     class Pass {
     public:
         explicit Pass(std::shared_ptr<State> state) : state_(std::move(state)) {}
@@ -48,7 +48,7 @@ public:
         std::shared_ptr<State> state_;
     };
 
-    /// `const Turnstile::Pass pass = co_await turnstile.enter();`
+    /// Awaits a turn: `const Turnstile::Pass pass = co_await turnstile.enter();`
     Turn enter() { return Turn(state_); }
 
 private:

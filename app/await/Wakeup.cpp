@@ -8,7 +8,7 @@
 
 namespace plovik {
 
-/// The object's thread alone reads and writes the fields.
+/// The fields are used only on the thread of the object.
 struct Wakeup::State : QObject {
     bool woken = false;
     std::coroutine_handle<> waiting;

@@ -8,9 +8,9 @@ class QObject;
 
 namespace plovik {
 
-/// Lets one coroutine wait for wake(). The coroutine goes on from the event loop of the thread that made this object,
-/// never inside wake(). Copies share one state. Made and awaited on one thread; wake() may be called on any thread and
-/// more than once.
+/// Lets one coroutine wait for wake(). The coroutine resumes from the event loop of the thread that made this object,
+/// never inside wake(). Copies share one state. Must be made and awaited on the same thread; wake() may be called on
+/// any thread and more than once.
 class Wakeup {
 public:
     Wakeup();

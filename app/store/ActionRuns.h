@@ -12,14 +12,14 @@
 
 namespace plovik {
 
-/// Hears of the runs of one change and passes them on to the log. It remembers the run that failed, and tells how far
-/// git says it has come. Any thread.
+/// Listens to the runs of one change and passes them on to the log. It remembers the run that failed and reports git's
+/// lines of progress. Any thread.
 class ActionRuns : public gitkit::RunListener {
 public:
     /// `progress` is called on the threads of the runs.
     ActionRuns(std::shared_ptr<RunListener> log, std::function<void(std::string line)> progress);
 
-    /// Returns the last run that failed, or nothing.
+    /// Returns the last run that failed, or nullopt.
     std::optional<CommandLog::Number> failed() const;
 
     void began(Run run, const std::vector<std::string>& arguments, const std::filesystem::path& directory) override;

@@ -57,13 +57,13 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
     show();
     if (!failure && change.succeeded)
         change.succeeded();
-    // A failure after a cancel is the cancel's; the log has it.
+    // A failure after a cancel is a result of the cancel. The log still shows it.
     if (failure && !stop.stop_requested() && !(change.failed && change.failed(*failure)))
         window_.report(*failure);
     snapshot_.refresh(change.title.isEmpty() ? RefreshScope::status : RefreshScope::full);
 }
 
-/// Progress comes from the threads of the runs, and may come after the store is gone.
+/// The listener is called on the threads of the runs, possibly after the store has been destroyed.
 std::shared_ptr<ActionRuns> Changes::listenTo(quint64 number)
 {
     return std::make_shared<ActionRuns>(log_.listener(),
@@ -88,7 +88,7 @@ std::list<Changes::Run>::iterator Changes::find(quint64 number)
     return std::ranges::find(runs_, number, [](const Run& run) { return run.shown.number; });
 }
 
-/// Brings what is observed in line with the changes that run.
+/// Updates the observed values from the running changes.
 void Changes::show()
 {
     std::vector<RunningChange> titled;
@@ -151,7 +151,7 @@ void Changes::cancelPrompt(quint64 id)
     const std::optional<SignIns::Cancelled> cancelled = signIns_.cancel(id);
     if (!cancelled || cancelled->kind != SignInKind::notice)
         return;
-    // A program that waits for a security key does not hear that its question was refused.
+    // A program that waits for a security key does not notice that its question was refused, so its change is ended.
     const auto run = std::ranges::find(runs_, cancelled->number, &Run::signIn);
     if (run != runs_.end() && !run->shown.title.isEmpty())
         cancel(*run);

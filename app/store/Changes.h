@@ -26,20 +26,21 @@ namespace plovik {
 class ActionRuns;
 class WindowState;
 
-/// One change of the repository, described: what it is, what it runs, and what follows.
+/// The description of one change of the repository: what it is, what it runs, and what follows.
 struct Change {
     Verb verb;
-    /// What it is called while it runs ("Fetching…"). Without a title it shows nothing and cannot be cancelled, as
-    /// suits what takes an instant.
+    /// The text that is shown while it runs ("Fetching…"). A change without a title shows nothing and cannot be
+    /// cancelled, which is meant for changes that take an instant.
     QString title = {};
-    GitAccess::Operation operation; ///< runs on the worker; what it throws is the failure
-    /// After success, before the repository is read again. Main thread.
+    GitAccess::Operation operation; ///< runs on the worker; its exception is the failure
+    /// Called after success, before the repository is read again. Main thread.
     std::function<void()> succeeded = {};
-    /// After a failure that the user did not ask for. Returns whether it dealt with it; otherwise it is reported.
+    /// Called after a failure, unless the user has cancelled the change. Returns whether it has handled the failure;
+    /// otherwise the failure is reported. Main thread.
     std::function<bool(const Failure&)> failed = {};
 };
 
-/// A change that has begun and not ended.
+/// A change that has begun and has not ended.
 struct RunningChange {
     quint64 number = 0; ///< grows with each change
     Verb verb = Verb::fetch;
@@ -48,12 +49,12 @@ struct RunningChange {
     bool operator==(const RunningChange&) const = default;
 };
 
-/// The one way in: whatever changes the repository passes through here. It alone takes turns, lets git sign in, cancels,
-/// tells progress, reports the failure and has the repository read again. Owned by the store; main thread.
+/// The one way in: every change of the repository passes through here. This class takes turns, lets git sign in,
+/// cancels, shows progress, reports failures and has the repository read again. Owned by the store; main thread.
 ///
-/// What touches the index, the working tree or the stashes passes one at a time, in the order in which it came; the
-/// rest runs beside it. Changes without a title wait. Of those with one, a change that would have to wait for another,
-/// or that would use the network beside another, is not begun: see offers().
+/// Changes that touch the index, the working tree or the stashes run one at a time, in the order of their requests;
+/// other changes run beside them. A change without a title waits for its turn. A change with a title is not begun when
+/// it would have to wait for another one with a title, or would use the network at the same time: see offers().
 class Changes {
     Q_DECLARE_TR_FUNCTIONS(plovik::Changes)
 
@@ -63,45 +64,47 @@ public:
     Changes(const Changes&) = delete;
     Changes& operator=(const Changes&) = delete;
 
-    /// Begins a change and returns at once. Returns false, and drops it, when its verb is not offered.
+    /// Begins a change and returns at once. Drops the change and returns false when it has a title and its verb is not
+    /// offered.
     bool run(Change change);
 
     /// Changes with a title that have begun, the oldest first.
     Observed<std::vector<RunningChange>, Changes> running;
     bool isRunning(std::initializer_list<Verb> verbs) const;
-    /// Whether a change with a title would begin now.
+    /// Returns whether a change with a title would begin now.
     bool offers(Verb verb) const { return !obstacle(verb); }
-    /// Returns the running change for which the verb is not offered.
+    /// Returns the running change that keeps the verb from being offered, or nullopt when it is offered.
     std::optional<RunningChange> obstacle(Verb verb) const;
-    /// Returns a sentence that says why a verb is not offered, and nothing while it is.
+    /// Returns a sentence that says why a verb is not offered, or an empty text when it is.
     QString whyNot(Verb verb) const;
-    /// Whether something that passes one at a time is under way, so that what is asked for now waits.
+    /// Returns whether a change that takes a turn is under way, so that the next one has to wait.
     bool isTurnTaken() const { return turnsTaken_ > 0; }
-    /// Whether changes without a title are under way.
+    /// Returns whether changes without a title are under way.
     bool hasUntitled() const { return runs_.size() > running.value().size(); }
 
-    // Of the running changes the newest is shown.
+    // The following describe the newest running change with a title.
 
-    /// Its title; nothing while none runs.
+    /// Its title; nullopt while none runs.
     Observed<std::optional<QString>, Changes> activity;
-    /// How far git says it has come, in git's words; empty while git says nothing.
+    /// Its progress in git's words; empty while git reports none.
     Observed<QString, Changes> progress;
-    /// It has been asked to end.
+    /// Whether it has been cancelled and has not ended yet.
     Observed<bool, Changes> isCancelling{false};
-    /// Ends it, with all that git has started for it: gently, and after two seconds firmly. Nothing is reported.
+    /// Ends it together with all processes that git has started: asks them to end, and kills them after two seconds. No
+    /// failure is reported.
     void cancelActivity();
 
-    /// What git, or a program that it started, asks during a change: one question at a time, the oldest first. It goes
-    /// away with the program that asked it and when its change ends.
+    /// What git, or a program that it started, asks during a change: one question at a time, the oldest first. A
+    /// question disappears when the program that asked it or its change has ended.
     const Observed<std::optional<SignInPrompt>, SignIns>& prompt() const { return signIns_.prompt; }
-    /// For a permission, "yes" gives it. Does nothing when that prompt stands no more.
+    /// Answers a prompt; "yes" gives a permission. Does nothing when the prompt is gone.
     void answerPrompt(quint64 id, const QString& text) { signIns_.answer(id, text); }
-    /// Refuses this question and all later ones of its change, which then fails in git's words.
+    /// Refuses this question and all later ones of its change, which then fails with git's own message.
     void cancelPrompt(quint64 id);
 
     const CommandLog& commandLog() const { return log_; }
 
-    /// How many changes have ended: a read that began before the last one ended may not know of it.
+    /// Returns how many changes have ended. A read that began before the last one ended may not show its result.
     qint64 ended() const { return ended_; }
 
 private:
@@ -125,8 +128,8 @@ private:
     OpenSignIn openSignIn_;
     Turnstile turns_;
     SignIns signIns_;
-    std::list<Run> runs_; ///< those under way, the oldest first
-    int turnsTaken_ = 0;  ///< by changes that have come and not ended
+    std::list<Run> runs_; ///< the changes under way, the oldest first
+    int turnsTaken_ = 0;  ///< the number of changes that hold or wait for a turn
     quint64 lastNumber_ = 0;
     qint64 ended_ = 0;
 };

@@ -16,7 +16,7 @@ namespace {
 
 using Arguments = std::span<const std::string>;
 
-/// What every command is told, so that it tells nothing about this one.
+/// Leaves out the options that every command gets, which say nothing about this one.
 Arguments withoutPins(Arguments arguments)
 {
     constexpr std::array<std::string_view, 2> pins{"core.quotepath=false", "color.ui=false"};
@@ -39,13 +39,13 @@ bool isPlain(char character)
            (character >= '0' && character <= '9') || signs.find(character) != std::string_view::npos;
 }
 
-/// What cannot be pasted into a terminal, or not as text.
+/// Returns whether a terminal would not take the pasted character as text.
 bool isControl(char character)
 {
     return (static_cast<unsigned char>(character) < ' ' && character != '\n') || character == '\x7f';
 }
 
-/// The bytes of a sound character at the beginning; none where it is broken.
+/// Returns the number of bytes of the UTF-8 character at the beginning, or 0 when it is malformed.
 std::size_t characterSize(std::string_view text)
 {
     const auto lead = static_cast<unsigned char>(text.front());
@@ -60,7 +60,8 @@ std::size_t characterSize(std::string_view text)
     return std::ranges::all_of(text.substr(1, size - 1), follows) ? size : 0;
 }
 
-/// What no quotes can hold goes through printf. A line end never does: the shell would drop it at the end.
+/// Characters that cannot stand in quotes go through printf. Line ends do not, because the shell drops them at the end
+/// of printf's output.
 std::string shellWord(std::string_view word)
 {
     if (!word.empty() && word.front() != '=' && std::ranges::all_of(word, isPlain))
@@ -128,7 +129,7 @@ bool isRead(const std::vector<std::string>& arguments)
         return words.size() > 1 && words[1] == "list";
     if (words.front() == "hash-object")
         return std::ranges::find(words, "-w") == words.end();
-    // Asked for one name it reads, given a second one it writes.
+    // With one name it reads, with a second name it writes.
     return words.front() == "symbolic-ref" &&
            std::ranges::count_if(words.subspan(1), [](const std::string& word) { return !word.starts_with('-'); }) < 2;
 }

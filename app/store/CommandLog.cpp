@@ -33,19 +33,19 @@ void append(CommandLog::Output& output, std::string_view bytes)
         bytes.remove_prefix(bytes.size() - mostOfEnding);
     }
     output.ending += bytes;
-    // Cutting now and then costs less than cutting at every line.
+    // Cutting only at twice the limit is cheaper than cutting at every line.
     if (output.ending.size() > 2 * mostOfEnding) {
         output.leftOut += output.ending.size() - mostOfEnding;
         output.ending.erase(0, output.ending.size() - mostOfEnding);
     }
 }
 
-/// A line of which a part is left out goes with it; without any line end, everything.
+/// Removes the rest of a line that was cut; a piece without any line end is removed as a whole.
 CommandLog::Output wholeLines(CommandLog::Output output)
 {
     if (output.leftOut == 0)
         return output;
-    const std::size_t end = output.beginning.rfind('\n') + 1; // nothing ends at 0
+    const std::size_t end = output.beginning.rfind('\n') + 1; // 0 when there is no line end
     output.leftOut += output.beginning.size() - end;
     output.beginning.resize(end);
     const std::size_t begin = std::min(output.ending.find('\n'), output.ending.size() - 1) + 1;
@@ -56,12 +56,12 @@ CommandLog::Output wholeLines(CommandLog::Output output)
 
 } // namespace
 
-/// What is shared with the threads of the runs.
+/// The part of the log that is shared with the threads of the runs.
 class CommandLog::Record : public gitkit::RunListener, public std::enable_shared_from_this<Record> {
 public:
     explicit Record(CommandLog* log) : log_(log) {}
 
-    /// The log is gone; nothing is announced any more. Main thread.
+    /// Called when the log is destroyed; announces nothing from then on. Main thread.
     void detach() { log_ = nullptr; }
 
     std::vector<Command> commands() const;
@@ -76,13 +76,13 @@ private:
     struct Entry {
         Command command;
         Output output;
-        std::uint64_t revision = 0; ///< when it began or ended
+        std::uint64_t revision = 0; ///< of the last time it began or ended
     };
     Entry* find(Number number);
     void dropOld();
     void announce();
 
-    CommandLog* log_; ///< main thread
+    CommandLog* log_; ///< used on the main thread only
     mutable std::mutex mutex_;
     std::deque<Entry> entries_; ///< the oldest first
     std::size_t kept_ = 0;      ///< bytes of output
@@ -120,7 +120,7 @@ CommandLog::Changes CommandLog::Record::changesSince(std::uint64_t revision) con
     return changes;
 }
 
-// Commands that run or have just ended are near the end.
+// Searches from the end, where commands are that run or have just ended.
 CommandLog::Record::Entry* CommandLog::Record::find(Number number)
 {
     const auto found = std::find_if(entries_.rbegin(), entries_.rend(),

@@ -19,9 +19,8 @@ class RunListener;
 
 namespace plovik {
 
-/// Every git command that a window ran, the last thousand of them, with what they printed. Main thread; what it learns
-/// comes from the threads of the runs. Its memory has a limit: of each command the beginning and the end of the output
-/// are kept, and of old commands only how they ended.
+/// The last thousand git commands that a window has run, with their output. Main thread, except for the listener.
+/// Memory is limited: the log keeps the beginning and the end of each output, and of old commands no output.
 class CommandLog {
 public:
     using Number = gitkit::Run;
@@ -29,16 +28,16 @@ public:
     /// A command without what it printed.
     struct Command {
         Number number = 0;
-        std::vector<std::string> arguments; ///< what git was given, without its own name
+        std::vector<std::string> arguments; ///< without git's own name
         std::filesystem::path directory;
         std::chrono::system_clock::time_point began;
-        std::optional<gitkit::RunEnd> end; ///< absent while it runs
+        std::optional<gitkit::RunEnd> end; ///< nullopt while it runs
     };
 
-    /// What a command printed on both streams, as bytes, to be repaired and masked where they are shown.
+    /// The bytes that a command printed on both streams. Views repair them and mask secrets.
     struct Output {
         std::string beginning;
-        std::size_t leftOut = 0; ///< bytes between the two that are not kept
+        std::size_t leftOut = 0; ///< the number of bytes between the two that were not kept
         std::string ending;
     };
 
@@ -47,23 +46,23 @@ public:
     CommandLog(const CommandLog&) = delete;
     CommandLog& operator=(const CommandLog&) = delete;
 
-    /// The newest first.
+    /// Returns all commands, the newest first.
     std::vector<Command> commands() const;
     struct Changes {
         std::uint64_t revision = 0;
-        Number oldest = 0;             ///< of those still in the log
-        std::vector<Command> commands; ///< those that began or ended, the oldest first
+        Number oldest = 0;             ///< of the commands still in the log
+        std::vector<Command> commands; ///< the commands that began or ended, the oldest first
     };
-    /// Returns what is new since a revision, everything since 0.
+    /// Returns what has changed since a revision; since 0, everything.
     Changes changesSince(std::uint64_t revision) const;
-    /// Returns nothing for a command that has left the log. Where bytes are left out, the two pieces end and begin with
-    /// whole lines, so that no line is shown in half.
+    /// Returns the output of a command, or nullopt when the command has left the log. When bytes are left out, the two
+    /// pieces end and begin with whole lines.
     std::optional<Output> output(Number number) const;
 
-    /// Grows on the main thread soon after there is something new.
+    /// Grows on the main thread soon after the log has changed.
     Observed<qint64, CommandLog> generation{0};
 
-    /// Records the runs that it hears of; it may outlive the log. Any thread.
+    /// Returns the listener that records runs. It may outlive the log and be called on any thread.
     std::shared_ptr<gitkit::RunListener> listener() const;
 
 private:

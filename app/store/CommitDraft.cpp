@@ -60,7 +60,7 @@ QCoro::Task<> CommitDraft::fillingAmended()
     try {
         message = co_await git_.read(&GitRepository::lastCommitMessage);
     } catch (const std::exception&) {
-        co_return; // the box stays empty, to be typed into
+        co_return; // the user can still type a message
     }
     if (!amend.value() || !commitSubject.value().isEmpty())
         co_return;
@@ -113,7 +113,7 @@ void CommitDraft::commit()
 {
     if (!canCommit())
         return;
-    cancelCommitMessage(); // it would come too late for what is being committed
+    cancelCommitMessage(); // a generated message would come too late for this commit
     const CommitMode mode = amend.value() ? CommitMode::amend : CommitMode::create;
     changes_.run({.verb = amend.value() ? Verb::amend : Verb::commit,
                   .title = amend.value() ? tr("Amending…") : tr("Committing…"),
@@ -149,10 +149,10 @@ QCoro::Task<bool> CommitDraft::generateCommitMessage()
     } catch (const std::exception& thrown) {
         failure = failureOf(thrown);
     }
-    // A failure, too, may come after the store is gone.
+    // A failure may also arrive after the store has been destroyed.
     if (alive.expired())
         throw OwnerGone{};
-    // The cancel has dealt with the rest, and another message may be under way.
+    // cancelCommitMessage() has reset the state already, and another message may be under way.
     if (stop.stop_requested())
         co_return false;
     if (failure)

@@ -19,8 +19,8 @@ class Changes;
 class Snapshot;
 class WindowState;
 
-/// The commit that is being written: subject, body, whether it amends; messages that git prepared, that are amended or
-/// that a language model writes. Owned by the store; main thread.
+/// The commit that is being written: subject, body and whether it amends; and the messages that git has prepared, that
+/// are amended or that a language model writes. Owned by the store; main thread.
 class CommitDraft {
     Q_DECLARE_TR_FUNCTIONS(plovik::CommitDraft)
 
@@ -37,27 +37,28 @@ public:
 
     void setSubject(const QString& subject);
     void setBody(const QString& body);
-    /// Fills an empty commit box with the message to amend.
+    /// Sets `amend`. Fills an empty commit box with the message to amend.
     void setAmend(bool amends);
-    /// Splits a message into subject and body.
+    /// Splits a message into subject and body, and fills the commit box with them.
     void fillCommitFields(const QString& message);
     void empty();
 
     bool canCommit() const;
     void commit();
-    /// Returns the message as it would be recorded, in UTF-8; the bytes of an amended message that was not touched.
+    /// Returns the message to record, in UTF-8; or the original bytes of an amended message that was not edited.
     std::string message() const;
-    /// Whether the commit box holds exactly what git has prepared, which git itself will take.
+    /// Returns whether the commit box contains exactly the message that git has prepared and takes by itself.
     bool holdsPreparedMessage() const { return prepared_ && text() == *prepared_; }
 
-    /// Has a message written for what is staged, and fills the commit box with it. Returns whether it did; a failure is
-    /// reported. Does nothing while one is being written, or without anything staged.
+    /// Has a message written for the staged changes and fills the commit box with it. Returns whether it did; a failure
+    /// is reported. Does nothing while a message is being written or when nothing is staged.
     QCoro::Task<bool> generateCommitMessage();
-    /// Ends the writing, if any; the commit box stays as it is.
+    /// Ends the writing of a message; the commit box stays as it is.
     void cancelCommitMessage();
-    /// Returns what generateCommitMessage() would send. Throws when that cannot be found out.
+    /// Returns what generateCommitMessage() would send. Throws std::exception when the changes cannot be read.
     QCoro::Task<MessageRequest> commitMessageRequest();
-    /// Whether the commit box holds a written message unchanged, and the text before it can be brought back.
+    /// Whether the commit box contains a generated message unchanged, so that undoMessage() can bring back the text
+    /// before it.
     Observed<bool, CommitDraft> canUndoMessage{false};
     void undoMessage();
 
@@ -81,16 +82,16 @@ private:
     Changes& changes_;
     MessageWriter writer_;
     struct Amended {
-        std::string bytes; ///< as git has them
-        Text text;         ///< that the box was filled with
+        std::string bytes; ///< as git recorded them
+        Text text;         ///< with which the box was filled
     };
     std::optional<Amended> amended_;
-    std::optional<Text> prepared_; ///< that the box was filled with
+    std::optional<Text> prepared_; ///< git's message that the box was filled with
     struct Written {
         Text before;
         Text after;
     };
-    std::optional<Written> written_; ///< the last message that came
+    std::optional<Written> written_; ///< the last generated message
     std::stop_source generating_;
 };
 

@@ -8,8 +8,8 @@
 
 namespace plovik {
 
-/// A question that the window asks before it acts, mostly because something could be lost. Two questions with the same
-/// words are still two.
+/// A question that the window asks before it acts, mostly because work could be lost. Questions are equal when their
+/// ids are, whatever their words.
 struct Confirmation {
     QUuid id = QUuid::createUuid();
     QString title;
@@ -17,7 +17,7 @@ struct Confirmation {
     QString actionTitle;          ///< label of the confirming button
     std::function<void()> action; ///< runs on the main thread when the user confirms
     enum class Risk { losesWork, none };
-    Risk risk = Risk::losesWork; ///< how loudly it is asked, and what Return does
+    Risk risk = Risk::losesWork; ///< decides how the button looks and what Return does
 
     bool operator==(const Confirmation& other) const { return id == other.id; }
 };

@@ -11,16 +11,17 @@
 
 namespace plovik {
 
-/// Why something could not be done, ready to be shown: `message` holds no secrets.
+/// Why something could not be done. `message` is ready to be shown and contains no secrets.
 struct Failure {
     gitkit::ErrorKind kind = gitkit::ErrorKind::other;
     QString message;
-    std::optional<CommandLog::Number> command = {}; ///< that failed, where there is one
+    std::optional<CommandLog::Number> command = {}; ///< the command that failed, if any
 
     bool operator==(const Failure&) const = default;
 };
 
-/// Every failure passes through here on its way to the user, so this is where secrets are masked.
+/// Returns the failure that an exception describes. Every failure passes through here on its way to the user, so
+/// secrets are masked here.
 Failure failureOf(const std::exception& thrown);
 
 } // namespace plovik

@@ -8,7 +8,7 @@ namespace plovik {
 
 namespace {
 
-/// An empty program is one that git does not start, whatever the user's settings name.
+/// git starts no askpass program when its name is empty, whatever the user's settings name.
 gitkit::RunContext readContext(const CommandLog& log, std::stop_token stop)
 {
     return {.listener = log.listener(),

@@ -20,13 +20,14 @@ namespace plovik {
 
 class CommandLog;
 
-/// The store's hold on its repository: runs what blocks on the worker, and comes back to the main thread. One a store,
-/// shared by its parts and by the readers that views own; what is awaited here unwinds once the store is gone.
+/// The store's access to its repository: runs blocking calls on the worker and resumes on the main thread. Each store
+/// has one, shared by its parts and by the readers that views own. Coroutines that await here unwind with OwnerGone
+/// once the store is gone. Main thread.
 ///
-/// This header names the repository's type and nothing of it, so that a view that owns a reader cannot ask git itself.
+/// This header only declares the repository's type, so that a view that owns a reader cannot ask git itself.
 class GitAccess {
 public:
-    /// `root` is a working tree's top level. Every command is told to `log`.
+    /// `root` is a working tree's top level. Every command is recorded in `log`.
     GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log);
     ~GitAccess();
     GitAccess(const GitAccess&) = delete;
@@ -36,10 +37,10 @@ public:
     Worker& worker() const { return worker_; }
     const AliveToken& alive() const { return alive_; }
 
-    /// Whatever is awaited through this unwinds instead of coming back, from now on.
+    /// From now on every coroutine that awaits through this unwinds instead of resuming.
     void close() { alive_.reset(); }
 
-    /// Awaits a function of the repository, with copies of the arguments. What it runs asks the user for nothing.
+    /// Awaits a function of the repository, with copies of the arguments. Its git never asks the user anything.
     template <typename Result, typename... Parameters, typename... Arguments>
     BlockingCall<Result> read(Result (*function)(const gitkit::GitRepository&, Parameters...),
                               Arguments&&... arguments) const
@@ -47,7 +48,7 @@ public:
         return readUntil({}, function, std::forward<Arguments>(arguments)...);
     }
 
-    /// The same; what it runs ends soon after `stop` is requested, and the call then throws gitkit::RunStopped.
+    /// The same, but its git ends soon after `stop` is requested, and the call then throws gitkit::RunStopped.
     template <typename Result, typename... Parameters, typename... Arguments>
     BlockingCall<Result> readUntil(std::stop_token stop,
                                    Result (*function)(const gitkit::GitRepository&, Parameters...),
@@ -78,7 +79,7 @@ public:
                                     [repo = reading(std::move(stop)), job = std::move(job)] { return job(*repo); });
     }
 
-    /// Something that changes the repository.
+    /// A function that changes the repository.
     using Operation = std::function<void(const gitkit::GitRepository&)>;
     /// Awaits an operation whose runs share a context. For Changes alone.
     BlockingCall<void> change(Worker::Lane lane, const gitkit::RunContext& context, Operation operation) const;

@@ -20,9 +20,9 @@ namespace {
 
 constexpr int pageSize = 500;
 constexpr std::chrono::milliseconds typingPause{300};
-/// A commit that is found sooner needs no word.
+/// No sentence is shown for a commit that is found sooner.
 constexpr std::chrono::milliseconds patience{200};
-/// Rows loaded beyond the one that is looked for: some context, and commits that are made in the meantime.
+/// Rows loaded beyond the wanted one, for context and for commits that are made in the meantime.
 constexpr int rowsBeyond = 100;
 
 bool isBlank(QChar character) { return character == u'\t' || character.category() == QChar::Separator_Space; }
@@ -60,7 +60,7 @@ std::optional<HistoryFilter> History::filter() const
     return HistoryFilter{historySearchField.value(), text.toStdString()};
 }
 
-/// The page of a ref that is gone would only fail, so all of history is read instead.
+/// Reading the history of a deleted ref would fail, so the history of all refs is read instead.
 QCoro::Task<> History::reloadWhatIsLeft()
 {
     if (scope_.isRef() && !snapshot_.hasRef(scope_.refName)) {
@@ -77,7 +77,7 @@ QCoro::Task<> History::reload()
     const bool filtered = request.filter.has_value();
     HistoryPage page;
     QString problem;
-    // Before the first commit there is nothing to ask git for.
+    // git fails when it is asked for a history before the first commit.
     if (snapshot_.status.value().hasCommits()) {
         try {
             page = co_await git_.read(readHistoryPage, std::move(request));
@@ -101,7 +101,7 @@ void History::apply(HistoryPage page, bool filtered)
     const std::optional<std::string> wanted = wantedOn(page.rows, filtered);
     const std::optional<std::string>& selected = window_.selectedCommit.value();
     const bool keepsSelection = selected && holds(page.rows, *selected);
-    // What the rows are drawn with is set first, so that a view that redraws on `history` finds it in place.
+    // Set before `history`, because views redraw their rows when that changes.
     isHistoryFiltered = filtered;
     shownScope_ = scope_;
     if (!std::ranges::equal(history.value(), page.rows, {}, &HistoryRow::commit, &HistoryRow::commit)) {
@@ -113,7 +113,7 @@ void History::apply(HistoryPage page, bool filtered)
         selectWanted(*wanted);
     else if (!keepsSelection)
         window_.followCommit(std::nullopt);
-    // Before the first status nothing was read.
+    // Without commits, and before the first status, no history was read.
     if (wanted_ && !wanted && snapshot_.status.value().hasCommits())
         missWanted();
     if (arrived)
@@ -124,7 +124,7 @@ void History::loadMoreHistory()
 {
     if (!hasMoreHistory.value())
         return;
-    hasMoreHistory = false; // so that the end of the list asks once
+    hasMoreHistory = false; // so that the view asks only once
     limit_ += pageSize;
     launch(reload());
 }
@@ -172,7 +172,7 @@ void History::showSelected()
         launch(reload());
 }
 
-// Coming to a commit.
+// Jumping to a commit.
 
 qint64 History::beginWish()
 {
@@ -264,7 +264,7 @@ void History::showTipOfRef()
 {
     wanted_ = Wanted{};
     if (shownScope_ != scope_)
-        return; // it comes with the history that is loaded next
+        return; // selected once the next history is loaded
     if (const auto tip = wantedOn(history.value(), isHistoryFiltered.value()))
         selectWanted(*tip);
 }
@@ -273,7 +273,7 @@ std::optional<std::string> History::wantedOn(const std::vector<HistoryRow>& page
 {
     if (!wanted_ || page.empty())
         return std::nullopt;
-    // The newest commit that a search has found need not be the ref's.
+    // The first commit that a search has found need not be the tip of the ref.
     if (!wanted_->hash)
         return filtered ? std::nullopt : std::optional(page.front().commit.hash);
     return holds(page, *wanted_->hash) ? wanted_->hash : std::nullopt;
@@ -289,7 +289,7 @@ void History::selectWanted(const std::string& hash)
         arrived(arrival);
 }
 
-/// The history has come without the commit that was to be selected in it.
+/// Called when the loaded history does not contain the wanted commit.
 void History::missWanted()
 {
     const std::optional<std::string> missing = wanted_->hash;

@@ -23,7 +23,7 @@ struct HistoryPage;
 class Snapshot;
 class WindowState;
 
-/// The history page: which commits it lists, with their graph, paging, searching, and coming to a commit. Owned by the
+/// The history page: the listed commits with their graph, paging, searching, and jumping to a commit. Owned by the
 /// store; main thread.
 class History {
     Q_DECLARE_TR_FUNCTIONS(plovik::History)
@@ -40,52 +40,53 @@ public:
     Observed<QString, History> historySearch;
     Observed<gitkit::HistoryFilter::Field, History> historySearchField{gitkit::HistoryFilter::Field::message};
     Observed<bool, History> isHistoryFiltered{false};
-    /// Why the page is empty although git was asked; empty otherwise.
+    /// Why the page could not be read; empty after success.
     Observed<QString, History> historyProblem;
-    /// Grows whenever the selected commit is to be brought into sight, though it may be selected already.
+    /// Grows whenever views should scroll to the selected commit, also when it was selected before.
     Observed<qint64, History> commitReveals{0};
-    /// What is being looked for, once that takes a moment. It holds up no change.
+    /// The sentence that says which commit is being looked for, once that takes a moment. Changes do not wait for it.
     Observed<std::optional<QString>, History> lookup;
 
-    /// Shows 500 commits more, when there are more.
+    /// Shows 500 more commits if there are more.
     void loadMoreHistory();
     /// Searches once typing has paused; an empty text ends the search.
     void search(const QString& text, gitkit::HistoryFilter::Field field);
     /// Moves the commit selection by rows; selects the first row when none is selected.
     void moveCommitSelection(int rows);
-    /// Shows a commit in the history, wherever the user is now: in the loaded history when that holds it, otherwise in
-    /// that of all refs, as far down as it takes. Says so quietly when no branch or tag leads to it. A part of a hash
-    /// will do. Anything that the user selects in the meantime is the newer wish, and wins.
+    /// Shows a commit in the history, from any view: in the loaded history when it contains the commit, otherwise in
+    /// the history of all refs, of which as much is loaded as needed. Shows a notice when no branch or tag leads to the
+    /// commit. A part of a hash is enough. A selection by the user in the meantime replaces this wish.
     void showCommit(const std::string& hash);
 
     // For the trail.
 
-    /// How the user came to the commit that is selected now.
+    /// Whether the selected commit is a new place for the trail or one that the trail has led back to.
     enum class Arrival { newPlace, samePlace };
-    /// Called when a commit that was looked for has been selected, and with nothing when a page has come.
+    /// Called when a commit that was looked for has been selected, and with nullopt when a page has been loaded.
     std::function<void(std::optional<Arrival>)> arrived = {};
-    /// Returns whose history the shown page is.
+    /// Returns the item whose history is shown.
     const SidebarItem& shownScope() const { return shownScope_; }
-    /// Whether the page is an item's and holds a commit.
+    /// Returns whether the page is that of `item` and contains the commit.
     bool isOnPage(const SidebarItem& item, const std::string& hash) const;
-    /// Gives up what was wished for before. Returns a number that isWished() knows until the next wish.
+    /// Drops the previous wish for a commit and begins a new one. Returns its number, for which isWished() is true
+    /// until the next wish.
     qint64 beginWish();
     bool isWished(qint64 wish) const { return wish == wish_; }
-    /// Says that `hash` is being looked for, once that takes a moment.
+    /// Sets `lookup` after a moment, unless the wish ends before.
     void lookFor(const std::string& hash);
-    /// Awaits where a commit stands in the history of an item. Throws as findCommit() does.
+    /// Awaits the position of a commit in the history of an item. Throws as findCommit() does.
     BlockingCall<FoundCommit> find(const std::string& hash, const SidebarItem& item) const;
-    /// Loads so much of an item's history that it holds the row at `position`, and then selects `hash` there.
+    /// Loads an item's history as far as the row at `position`, and then selects `hash` there.
     void loadAsFarAs(const SidebarItem& item, int position, const std::string& hash, Arrival arrival);
-    /// Selects a commit of the page that is shown.
+    /// Selects a commit of the shown page.
     void reveal(const SidebarItem& item, const std::string& hash);
-    /// Brings the page in line with the item that the window has selected.
+    /// Shows the history of the item that is selected in the window.
     void showSelected();
 
 private:
-    /// A commit that is to be selected as soon as the history that is being loaded holds it.
+    /// The commit to select as soon as the loaded history contains it.
     struct Wanted {
-        std::optional<std::string> hash; ///< the first row's when absent: the tip of a ref
+        std::optional<std::string> hash; ///< nullopt for the first row, the tip of a ref
         Arrival arrival = Arrival::samePlace;
     };
     QCoro::Task<> reload();
@@ -103,9 +104,9 @@ private:
     WindowState& window_;
     Snapshot& snapshot_;
     int limit_;
-    SidebarItem scope_ = SidebarItem::history();      ///< whose history is loaded next
-    SidebarItem shownScope_ = SidebarItem::history(); ///< whose history the page is
-    qint64 loads_ = 0;                                ///< only the newest load may write
+    SidebarItem scope_ = SidebarItem::history();      ///< the item whose history is loaded next
+    SidebarItem shownScope_ = SidebarItem::history(); ///< the item whose history the page shows
+    qint64 loads_ = 0;                                ///< number of the newest load, the only one that may write
     std::unique_ptr<Worker::Delay> typingPause_;
     std::optional<Wanted> wanted_;
     qint64 wish_ = 0;

@@ -6,12 +6,12 @@
 
 namespace plovik {
 
-/// A file whose lines or whose history the user wants to look at.
+/// A file whose blame or history is shown.
 struct InspectedFile {
     enum class Tab { blame, history };
 
     std::string path;                    ///< in `revision`, as bytes
-    std::optional<std::string> revision; ///< full hash; the working tree without
+    std::optional<std::string> revision; ///< full hash; nullopt for the working tree
     Tab tab = Tab::blame;
 
     bool operator==(const InspectedFile&) const = default;

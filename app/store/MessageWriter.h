@@ -11,9 +11,9 @@
 
 namespace plovik {
 
-/// What is sent to the service that writes a commit message, without the key, for showing.
+/// What is sent to the service that writes a commit message, without the key, to be shown to the user.
 struct MessageRequest {
-    QString service = {}; ///< its name for people
+    QString service = {}; ///< its displayed name
     QString address = {};
     QString model = {};
     QString prompt = {};
@@ -21,14 +21,14 @@ struct MessageRequest {
     bool operator==(const MessageRequest&) const = default;
 };
 
-/// Writes commit messages for staged changes. Called on the main thread; both report failures as exceptions whose text
-/// is for the user.
+/// Writes commit messages for staged changes. Both functions are called on the main thread, and throw std::exception
+/// with a text for the user.
 struct MessageWriter {
     using Changes = gitkit::StagedChanges;
 
-    /// Ends soon once it is asked to stop, by any exception.
+    /// Returns the message. Ends soon after a stop is requested, with any exception.
     std::function<QCoro::Task<QString>(Changes changes, std::stop_token stop)> write;
-    /// What `write` would send now.
+    /// Returns what `write` would send.
     std::function<MessageRequest(const Changes& changes)> describe;
 };
 

@@ -9,16 +9,16 @@
 
 namespace plovik {
 
-/// A view of the window and what was selected in it.
+/// A view of the window together with its selection.
 struct NavigationPlace {
     SidebarItem item;
-    std::optional<std::string> selected; ///< a commit of a history, or a stash; nothing elsewhere
+    std::optional<std::string> selected; ///< a commit of a history, or a stash; nullopt in other views
 
     bool operator==(const NavigationPlace&) const = default;
 };
 
-/// The places where the user has been, in their order, and which of them is the present one; as a browser keeps them.
-/// A value; never empty, no place twice in a row.
+/// The places that the user has visited, in their order, and the current one among them, as in a browser. A value.
+/// Never empty, and never contains a place twice in a row.
 class NavigationTrail {
 public:
     static constexpr std::size_t capacity = 100;
@@ -29,16 +29,16 @@ public:
     const NavigationPlace& current() const { return places_[at_]; }
     bool canStep(Direction direction) const;
 
-    /// Goes to a new place, which cuts off what lies forward.
+    /// Goes to a new place and drops all places ahead.
     void visit(NavigationPlace place);
-    /// Goes to a new place instead of the present one, which was only passed by. Cuts off what lies forward.
+    /// Replaces the current place, which the user has only passed, by a new one, and drops all places ahead.
     void visitInstead(NavigationPlace place);
-    /// Says better what the present place is.
+    /// Replaces the current place by a more precise description, and keeps the places ahead.
     void replace(NavigationPlace place);
-    /// Makes the next place in a direction the present one. False, and nothing happens, at the end.
+    /// Makes the next place in a direction the current one. Returns false at the end.
     bool step(Direction direction);
-    /// Takes the present place out, and makes the next one in that direction present, where there is none the one that
-    /// lies the other way. False, and nothing happens, when it is the only one.
+    /// Removes the current place and makes the next one in that direction the current one, or at the end the next one
+    /// in the other direction. Returns false and removes nothing when it is the only place.
     bool forget(Direction direction);
 
 private:

@@ -7,10 +7,10 @@
 
 namespace plovik {
 
-/// Defined by tests alone, which show views states that are hard to reach.
+/// Defined only by tests, which put views into states that are hard to reach.
 struct ObservedByTest;
 
-/// A value that everyone may read and follow, and that only its owner sets. Setting an equal value notifies nobody.
+/// A value that everyone may read and observe, and that only its owner sets. Setting an equal value notifies nobody.
 /// Main thread.
 template <typename Value, typename Owner>
 class Observed {

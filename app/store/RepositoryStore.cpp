@@ -11,7 +11,7 @@ RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker, Sto
 
 RepositoryStore::~RepositoryStore()
 {
-    // Before the parts go: a coroutine that still waits finds the token gone and unwinds without touching them.
+    // Closed before the parts are destroyed, so that suspended coroutines unwind without touching them.
     git_.close();
 }
 

@@ -18,11 +18,11 @@
 
 namespace plovik {
 
-/// Makes the parts of one repository window, in the order in which they know each other, and ends them. Everything that
-/// the window shows and does is in a part.
+/// Makes the parts of one repository window, each after the parts that it refers to, and owns them. Everything that the
+/// window shows and does is in a part.
 ///
-/// Owned by its window; used on the main thread only. Git runs on the worker's threads while coroutines are suspended;
-/// destroying the store at any moment is safe.
+/// Owned by its window; main thread. git runs on the worker's threads while coroutines are suspended, and the store may
+/// be destroyed at any moment.
 class RepositoryStore {
 public:
     /// `root` is a working tree's top level. Starts no git work: the window asks for the first refresh.
@@ -48,9 +48,9 @@ public:
     Trail& trail() { return trail_; }
     const Trail& trail() const { return trail_; }
 
-    /// What actions act through.
+    /// Returns the parts that actions use.
     Actors actors() { return {git_, services_, window_, snapshot_, changes_, draft_}; }
-    /// What readers read through.
+    /// Returns the access that readers use.
     const GitAccess& git() const { return git_; }
 
 private:

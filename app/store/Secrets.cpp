@@ -19,7 +19,7 @@ char lower(char character)
 }
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
-/// Blanks and control characters: what no address goes on behind.
+/// Returns whether a character ends an address: blanks and control characters do.
 bool endsWord(char character) { return static_cast<unsigned char>(character) <= ' ' || character == '\x7f'; }
 
 bool isOfScheme(char character)
@@ -33,14 +33,14 @@ bool equalIgnoringCase(std::string_view text, std::string_view lowerCase)
     return std::ranges::equal(text, lowerCase, {}, lower);
 }
 
-/// Whether the user's name may be a secret too.
+/// Returns whether an address of this scheme may have a secret as its user name.
 bool isOfWeb(std::string_view scheme)
 {
     constexpr std::array<std::string_view, 4> web{"http", "https", "ftp", "ftps"};
     return std::ranges::any_of(web, [scheme](std::string_view name) { return equalIgnoringCase(scheme, name); });
 }
 
-/// "host:part" where part is no port: then it is the beginning of a password in which a "/" stands.
+/// Returns whether this is "host:part" where part is no port, and so may be a password that goes on after a "/".
 bool mayHoldPassword(std::string_view authority)
 {
     const std::size_t colon = authority.find(':');
@@ -48,7 +48,7 @@ bool mayHoldPassword(std::string_view authority)
            !std::ranges::all_of(authority.substr(colon + 1), isDigit);
 }
 
-/// Takes a text apart at the addresses in it.
+/// Finds the addresses in a text and masks their secrets.
 class AddressMasker {
 public:
     explicit AddressMasker(std::string_view text) : text_(text) { masked_.reserve(text.size()); }
@@ -75,7 +75,7 @@ private:
         return text_.substr(begin, end - begin);
     }
 
-    /// Where the "@" before the host is.
+    /// Returns the position of the "@" before the host, or nullopt when the address has none.
     std::optional<std::size_t> endOfUser(std::size_t begin)
     {
         std::size_t end = begin;
@@ -94,7 +94,7 @@ private:
 
     std::optional<std::size_t> nextAtOfWord(std::size_t place)
     {
-        if (place < withoutAt_) // looked at before
+        if (place < withoutAt_) // searched before
             return std::nullopt;
         while (place < text_.size() && !endsWord(text_[place])) {
             if (text_[place] == '@')
@@ -123,11 +123,11 @@ private:
 
     std::string_view text_;
     std::string masked_;
-    std::size_t done_ = 0;      ///< of the text
-    std::size_t withoutAt_ = 0; ///< up to here the word that was last looked at has none
+    std::size_t done_ = 0;      ///< bytes of the text that are in `masked_` already
+    std::size_t withoutAt_ = 0; ///< the last searched word has no "@" up to here
 };
 
-/// "http.extraHeader=Authorization: Basic …": the value, to the end of its line.
+/// Masks the values of headers, as in "http.extraHeader=Authorization: Basic …", to the ends of their lines.
 std::string withoutHeaders(std::string text)
 {
     constexpr std::string_view key = "extraheader=";

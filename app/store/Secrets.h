@@ -8,9 +8,9 @@
 
 namespace plovik {
 
-/// The text with what lets people in taken out of the remote addresses in it: of web addresses everything before the
-/// host, since tokens stand there as user names too, of others the password; and the headers that git is told to send.
-/// For whatever is shown or copied. Linear in the text's length; bytes that are not UTF-8 stay as they are.
+/// Returns the text with its secrets masked, for everything that is shown or copied. Masks everything before the host
+/// of a web address, since user names can be tokens too; the passwords of other addresses; and the headers that git is
+/// told to send. Takes time linear in the text's length. Bytes that are not UTF-8 stay as they are.
 std::string withoutSecrets(std::string_view text);
 QString withoutSecrets(const QString& text);
 

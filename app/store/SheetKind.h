@@ -9,7 +9,7 @@ namespace plovik {
 
 /// The modal sheet that a window shows.
 struct NewBranchSheet {
-    std::optional<std::string> startPoint; ///< HEAD without
+    std::optional<std::string> startPoint; ///< nullopt for HEAD
     bool operator==(const NewBranchSheet&) const = default;
 };
 struct NewTagSheet {
@@ -22,7 +22,7 @@ struct StashSheet {
 struct GoToCommitSheet {
     bool operator==(const GoToCommitSheet&) const = default;
 };
-/// What is sent to have a commit message written.
+/// Shows what is sent to have a commit message written.
 struct SentChangesSheet {
     bool operator==(const SentChangesSheet&) const = default;
 };

@@ -6,12 +6,12 @@
 
 namespace plovik {
 
-/// What the sidebar has selected, and so what the detail area shows.
+/// An item of the sidebar. The selected one decides what the detail area shows.
 struct SidebarItem {
     enum class Kind { ref, workingCopy, history, stashes };
 
     Kind kind = Kind::workingCopy;
-    std::string refName; ///< full ref name, for `ref` alone
+    std::string refName; ///< full ref name; empty for other kinds
 
     static SidebarItem ref(std::string fullName) { return {Kind::ref, std::move(fullName)}; }
     static SidebarItem workingCopy() { return {Kind::workingCopy, {}}; }
@@ -19,7 +19,7 @@ struct SidebarItem {
     static SidebarItem stashes() { return {Kind::stashes, {}}; }
 
     bool isRef() const { return kind == Kind::ref; }
-    /// Whether the detail area shows the commit list for it.
+    /// Returns whether the detail area shows the commit list for it.
     bool showsHistory() const { return kind == Kind::ref || kind == Kind::history; }
 
     bool operator==(const SidebarItem&) const = default;

@@ -76,7 +76,7 @@ void SignIns::answer(quint64 id, const QString& text)
     const std::optional<Open> open = take(id);
     if (!open)
         return;
-    // A permission that is not given is the end of the question, not of the action.
+    // A permission that is not given ends the question but not the change.
     if (open->prompt.kind == SignInKind::permission && text != QStringLiteral("yes"))
         return;
     if (const auto action = actions_.find(open->number); action != actions_.end())

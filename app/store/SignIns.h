@@ -17,21 +17,21 @@ struct RunContext;
 
 namespace plovik {
 
-/// What the programs ask that the changes of one store start. It shows one question after the other, the oldest first,
-/// and takes a question away when the program that asked is gone or its change has ended. Owned by Changes; main thread.
+/// The questions of the programs that the changes of one store start. Shows one question after the other, the oldest
+/// first, and removes a question when the program that asked or its change has ended. Owned by Changes; main thread.
 class SignIns {
 public:
-    /// Of one change; each has its own.
+    /// Identifies one change.
     using Number = quint64;
 
-    /// The question that is shown; nothing while none is asked.
+    /// The question that is shown; nullopt while there is none.
     Observed<std::optional<SignInPrompt>, SignIns> prompt;
 
-    /// Lets the runs of `context` ask from now on until end(), where `open` opens a line for them. `action` is the
+    /// Lets the runs of `context` ask until end() is called. `open` opens the line on which they ask. `action` is the
     /// change's title.
     Number begin(const QString& action, const OpenSignIn& open, gitkit::RunContext& context);
     void end(Number number);
-    /// Refuses what a change asks, now and later: a program that tries again is not heard again.
+    /// Refuses all questions of a change, now and later, so that a program that tries again is refused too.
     void refuse(Number number);
 
     void answer(quint64 id, const QString& text);
@@ -39,15 +39,15 @@ public:
         Number number = 0;
         SignInKind kind = SignInKind::answer;
     };
-    /// Refuses that question's action; nothing when the question is not open any more.
+    /// Refuses all questions of the change that asked this one. Returns nullopt when the question is gone.
     std::optional<Cancelled> cancel(quint64 id);
 
 private:
     struct Action {
         QString name;
-        std::unique_ptr<SignInLine> line; ///< null where its programs ask elsewhere
+        std::unique_ptr<SignInLine> line; ///< null when its programs ask somewhere else
         bool isRefused = false;
-        std::set<std::string> answered; ///< questions, not answers
+        std::set<std::string> answered; ///< texts of the answered questions
     };
     struct Open {
         SignInPrompt prompt;
@@ -60,7 +60,7 @@ private:
     std::optional<Open> take(quint64 id);
     void show();
 
-    std::map<Number, Action> actions_; ///< under way
+    std::map<Number, Action> actions_; ///< of the changes under way
     std::deque<Open> open_;            ///< the oldest first
     Number lastNumber_ = 0;
     quint64 lastPrompt_ = 0;

@@ -26,8 +26,8 @@ struct RepositoryState;
 /// How much of the repository a refresh reads again.
 enum class RefreshScope { status, full };
 
-/// What the repository is, as git last told it, and the cycle that reads it again. A failed read leaves the fields as
-/// they were. Owned by the store; main thread.
+/// The state of the repository as it was last read, and the cycle that reads it again. A failed read leaves the values
+/// unchanged. Owned by the store; main thread.
 class Snapshot {
     Q_DECLARE_TR_FUNCTIONS(plovik::Snapshot)
 
@@ -42,36 +42,36 @@ public:
     Observed<std::vector<gitkit::GitRef>, Snapshot> tags;
     Observed<std::vector<std::string>, Snapshot> remotes;
     Observed<std::vector<gitkit::Stash>, Snapshot> stashes;
-    /// What git stopped in the middle of; read together with the status.
+    /// The operation in which git has stopped, such as a merge; read together with the status.
     Observed<std::optional<gitkit::OperationInProgress>, Snapshot> inProgress;
 
-    /// Counts the successful status reads; what depends on the contents of files reads again when it grows.
+    /// Counts the successful status reads. Readers of file contents read again when it grows.
     Observed<qint64, Snapshot> generation{0};
-    /// Why the last refresh could not read something; empty while all reads succeed. It tells an unreadable repository
+    /// Why a part of the last refresh failed; empty when all of it succeeded. Distinguishes an unreadable repository
     /// from an empty one.
     Observed<QString, Snapshot> readProblem;
-    /// Whether the first full refresh has ended. Until then empty fields only mean that git has not answered yet.
+    /// Whether the first full refresh has ended. Until then empty values only mean that git has not answered yet.
     Observed<bool, Snapshot> hasLoaded{false};
 
     const std::filesystem::path& root() const { return git_.root(); }
-    /// Returns this working tree's own git directory once the first status has been read.
+    /// Returns this working tree's own git directory, or nullopt before the first status has been read.
     const std::optional<std::filesystem::path>& gitDirectory() const { return gitDirectory_; }
 
-    /// Returns the branch, "HEAD detached at …", or nothing when there is neither.
+    /// Returns the branch, or "HEAD detached at …", or an empty text when there is neither.
     QString headDescription() const;
     bool hasRef(const std::string& fullName) const;
     bool hasStash(const std::string& hash) const;
     std::ptrdiff_t conflictCount() const;
 
-    /// Asks for a new read and returns at once. Requests that are made while one runs become one more read after it.
+    /// Asks for a new read and returns at once. All requests made while a read runs are answered by one read after it.
     void refresh(RefreshScope scope);
 
-    /// What other parts do around a read. Called in the order in which the followers were added.
+    /// Functions that other parts run around a read, called in the order in which they were added.
     struct Follower {
         std::function<void()> beforeStatus = {};
         std::function<void(const RepositoryState& read)> operationRead = {};
-        std::function<void()> afterStatus = {}; ///< whether it succeeded or not
-        /// Of a full refresh; the refresh has ended once this has.
+        std::function<void()> afterStatus = {}; ///< also after a failure
+        /// Called in a full refresh, which ends when this has ended.
         std::function<QCoro::Task<>()> afterListings = {};
     };
     void follow(Follower follower) { followers_.push_back(std::move(follower)); }
@@ -92,7 +92,7 @@ private:
     WindowState& window_;
     std::vector<Follower> followers_;
     std::optional<std::filesystem::path> gitDirectory_;
-    std::string preparedMessage_; ///< that git keeps for the next commit, comments and all
+    std::string preparedMessage_; ///< git's message for the next commit, with its comments
     bool isRefreshing_ = false;
     std::optional<RefreshScope> pending_;
     QString statusProblem_;  ///< why the last status read failed

@@ -59,8 +59,8 @@ void Staging::showStaging(const Files& files, StageState state)
     stagingGeneration = stagingGeneration.value() + 1;
 }
 
-/// Called after each status read. A read that began before a change ended does not know of it; the read that the change
-/// asked for does.
+/// Called after each status read. A read that began before a change ended may not show its result, so the next read is
+/// awaited, which every change asks for.
 void Staging::forgetShownStaging()
 {
     if (endedBeforeRead_ != changes_.ended() || changes_.hasUntitled() || shownStaging_.empty())
@@ -69,7 +69,8 @@ void Staging::forgetShownStaging()
     stagingGeneration = stagingGeneration.value() + 1;
 }
 
-/// Whether changes are under way that the listed files do not show yet: their letters must not be acted on.
+/// Returns whether changes are under way that the listed files do not show yet, so that their states must be read
+/// again.
 bool Staging::isListOld() const { return changes_.isTurnTaken() || !shownStaging_.empty(); }
 
 void Staging::stage(const Files& files)
@@ -135,7 +136,7 @@ void Staging::unstageAll()
     std::ranges::copy_if(snapshot_.status.value().files, std::back_inserter(staged),
                          [](const FileChange& file) { return file.index != '?' && file.index != '.'; });
     if (!snapshot_.status.value().hasCommits()) {
-        // There is no commit to reset to.
+        // Unstaging everything resets to the last commit, and there is none.
         if (!staged.empty())
             unstage(staged);
         return;
@@ -254,7 +255,7 @@ void Staging::confirmDiscardPart(const std::string& path, const gitkit::ParsedDi
 
 void Staging::discardPart(const gitkit::PartialChange& change)
 {
-    // Written on the worker, read on the main thread once that has ended.
+    // The worker writes it; the main thread reads it once the operation has ended.
     const auto kept = std::make_shared<std::optional<gitkit::PartialDiscard>>();
     changes_.run({.verb = Verb::discard,
                   .operation = [change, kept](const GitRepository& repo) { *kept = gitkit::discardPart(repo, change); },

@@ -24,8 +24,8 @@ class Changes;
 class Snapshot;
 class WindowState;
 
-/// Stages, unstages and discards files, hunks and lines. None of it shows activity: it waits its turn, and the check
-/// boxes show at once what they will be. Owned by the store; main thread.
+/// Stages, unstages and discards files, hunks and lines. These changes show no activity: they wait for their turn, and
+/// the check boxes show their result at once. Owned by the store; main thread.
 class Staging {
     Q_DECLARE_TR_FUNCTIONS(plovik::Staging)
 
@@ -39,12 +39,12 @@ public:
 
     /// Returns the changed files that are selected, in the order of the status.
     Files selectedFiles() const;
-    /// Returns a file's stage state as it will be once the changes under way have ended.
+    /// Returns the stage state that a file will have once the changes under way have ended.
     gitkit::StageState shownStageState(const gitkit::FileChange& file) const;
-    /// Grows whenever shownStageState() may answer differently.
+    /// Grows whenever the results of shownStageState() may have changed.
     Observed<qint64, Staging> stagingGeneration{0};
 
-    /// Stages files; asks first when a conflicted one still holds conflict markers.
+    /// Stages files. Asks first when a conflicted one still contains conflict markers.
     void stage(const Files& files);
     void unstage(const Files& files);
     void stageAll();
@@ -52,20 +52,21 @@ public:
     /// Stages or unstages the selected lines of a file's diff. Does nothing when they cannot be applied.
     void applyToIndex(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
                       gitkit::PatchDirection direction);
-    /// A click on a file's check box; acts on the selection when the file is in it.
+    /// Stages or unstages a file, or the whole selection when the file is part of it. For clicks on a check box.
     void toggleStage(const gitkit::FileChange& file);
     void toggleStageOfSelection();
 
-    /// Resolves the conflicted ones of these files with one side, whole. What was edited meanwhile goes to the Trash.
+    /// Resolves the conflicted ones of these files with the whole content of one side. Edited files go to the Trash
+    /// first.
     void takeSide(const Files& files, gitkit::ConflictSide side);
 
     static QString discardTitle(const Files& files);
     void confirmDiscard(const Files& files);
     enum class DiscardedPart { hunk, lines };
-    /// Asks, and then takes the selected lines of a file's unstaged diff out of the working tree.
+    /// Asks, and then discards the selected lines of a file's unstaged diff.
     void confirmDiscardPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
                             DiscardedPart part);
-    /// Whether the last discard of hunks or lines can be taken back.
+    /// Whether the last discard of hunks or lines can be undone.
     Observed<bool, Staging> canUndoDiscard{false};
     void undoDiscard();
 
@@ -84,8 +85,8 @@ private:
     Snapshot& snapshot_;
     Changes& changes_;
     gitkit::Trash trash_;
-    std::map<std::string, gitkit::StageState> shownStaging_; ///< by path: the states under way
-    qint64 endedBeforeRead_ = 0;                             ///< changes, when the last status read began
+    std::map<std::string, gitkit::StageState> shownStaging_; ///< by path, of files with changes under way
+    qint64 endedBeforeRead_ = 0;                             ///< Changes::ended() when the last status read began
     std::optional<gitkit::PartialDiscard> lastDiscard_;
 };
 

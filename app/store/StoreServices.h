@@ -12,8 +12,8 @@
 
 namespace plovik {
 
-/// What the store needs of the desktop; the shell gives it to the store. All but `trash` are called on the main thread;
-/// `failed` is called there too, with a sentence for the user.
+/// The services of the desktop that the store uses; the shell provides them. All but `trash` are called on the main
+/// thread. `failed` is called on the main thread with a sentence for the user.
 struct StoreServices {
     using Files = std::vector<std::filesystem::path>; ///< absolute
     using Failed = std::function<void(std::string problem)>;
@@ -22,11 +22,11 @@ struct StoreServices {
     std::function<void(const Files& files, Failed failed)> reveal = {};
     /// Opens files in the editor that the user chose.
     std::function<void(const Files& files, Failed failed)> openInEditor = {};
-    /// Moves a file to the Trash; called on the worker's threads.
+    /// Moves a file to the Trash. Called on the worker's threads.
     gitkit::Trash trash = {};
-    /// Writes commit messages, where there is something that does.
+    /// Writes commit messages. Its functions may be empty.
     MessageWriter messages = {};
-    /// Where there is none, what git starts asks as the application's environment says.
+    /// Opens the line on which git's programs ask the user. When empty, they ask as the environment tells them.
     OpenSignIn signIn = {};
 };
 

@@ -13,7 +13,7 @@ using Direction = NavigationTrail::Direction;
 
 namespace {
 
-/// A held key repeats far faster. A user who presses it again after this time has looked at where it led.
+/// A place that was shown for this long has been looked at. A held key repeats much faster.
 constexpr std::chrono::milliseconds lookTime{500};
 
 } // namespace
@@ -30,7 +30,7 @@ NavigationPlace Trail::place() const
     const SidebarItem& item = window_.selection.value();
     if (item.kind == SidebarItem::Kind::stashes)
         return {item, window_.selectedStash.value()};
-    // Until the history of another ref is loaded, the selected commit is still the former ref's.
+    // Until the history of a newly selected ref is loaded, the selected commit belongs to the previous one.
     if (item.showsHistory() && item == history_.shownScope())
         return {item, window_.selectedCommit.value()};
     return {item, std::nullopt};
@@ -41,7 +41,7 @@ void Trail::moved(WindowState::Step step)
     NavigationPlace now = place();
     const bool isSameView = now.item == trail_.current().item;
     if (isSameView && !now.selected)
-        return; // nobody comes back to a selection that was given up
+        return; // an empty selection is no place to come back to
     const bool isPassing = step == WindowState::Step::passing;
     const bool wasOnlyPassed = isSameView && (!trail_.current().selected || (isPassing && hasJustPassed_));
     if (wasOnlyPassed || !snapshot_.hasLoaded.value())
@@ -68,7 +68,7 @@ void Trail::arrived(std::optional<History::Arrival> arrival)
     update();
 }
 
-/// The history of the present view has come: what is selected in it belongs to the place.
+/// Called when the history of the current view has been loaded. Adds its selection to the current place.
 void Trail::fillPlace()
 {
     NavigationPlace now = place();
@@ -125,14 +125,14 @@ QCoro::Task<> Trail::travelling(Direction direction, qint64 wish)
         }
         if (!trail_.forget(direction))
             co_return;
-        // Without the place between them, the next one may be the one where the user still is.
+        // The place after the removed one can be the one that is still on display.
         if (trail_.current() == place())
             trail_.step(direction);
         update();
     }
 }
 
-/// Whether a place can be told to be gone without asking git.
+/// Returns whether a place is known to be gone without asking git.
 bool Trail::isGone(const NavigationPlace& place) const
 {
     if (place.item.isRef())

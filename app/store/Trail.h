@@ -12,7 +12,7 @@ namespace plovik {
 
 class Snapshot;
 
-/// Back and forward through the views of a window and what was selected in them. Owned by the store; main thread.
+/// Back and forward through the views of a window and their selections. Owned by the store; main thread.
 class Trail {
 public:
     Trail(const GitAccess& git, WindowState& window, Snapshot& snapshot, History& history);
@@ -22,7 +22,7 @@ public:
     Observed<bool, Trail> canGoBack{false};
     Observed<bool, Trail> canGoForward{false};
 
-    /// To the selection before, or again to the one after. A place that is gone by now is skipped.
+    /// Goes to the previous or the next place. Skips places that are gone.
     void goBack() { travel(NavigationTrail::Direction::back); }
     void goForward() { travel(NavigationTrail::Direction::forward); }
 
@@ -43,7 +43,7 @@ private:
     Snapshot& snapshot_;
     History& history_;
     NavigationTrail trail_{{SidebarItem::workingCopy(), std::nullopt}};
-    bool hasJustPassed_ = false; ///< the present place is one that held keys passed
+    bool hasJustPassed_ = false; ///< the current place was only passed by held keys
     std::unique_ptr<Worker::Delay> lookTime_;
 };
 

@@ -34,7 +34,7 @@ enum class Verb {
     takeSide,
 };
 
-/// What a verb may change or use.
+/// The parts of a repository that a verb may change, and the network that it may use.
 enum class Touch : std::uint8_t {
     index = 1,
     workingTree = 2,
@@ -45,7 +45,7 @@ enum class Touch : std::uint8_t {
 
 bool touches(Verb verb, Touch touch);
 
-/// Whether the verb passes one at a time: it touches the index, the working tree or the stashes.
+/// Returns whether the verb must wait for its turn: it touches the index, the working tree or the stashes.
 bool takesTurn(Verb verb);
 
 } // namespace plovik

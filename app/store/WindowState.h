@@ -19,42 +19,42 @@
 
 namespace plovik {
 
-/// What the user of one window looks at and is asked: selections, the sheet, the question, the alert, the notice, the
-/// panels. It knows no other part; the parts that follow a selection listen to it. Owned by the store; main thread.
+/// What one window shows besides the repository: selections, the sheet, the question, the alert, the notice and the
+/// panels. It refers to no other part; parts that depend on a selection listen to it. Owned by the store; main thread.
 class WindowState {
 public:
     WindowState() = default;
     WindowState(const WindowState&) = delete;
     WindowState& operator=(const WindowState&) = delete;
 
-    // Selections. What the user selects is told to the listeners; what follows from something else is not.
+    // Selections. Listeners are told what the user selects, but not the selections that follow from something else.
 
     Observed<SidebarItem, WindowState> selection{SidebarItem::workingCopy()};
     Observed<std::set<std::string>, WindowState> selectedPaths;
     Observed<std::optional<std::string>, WindowState> selectedCommit;
     Observed<std::optional<std::string>, WindowState> selectedStash;
 
-    /// How the user came to a selection: straight, or past it on the way to another, as held keys do.
+    /// How a selection was reached: on purpose, or while passing it with held keys.
     enum class Step { straight, passing };
     struct Listener {
-        std::function<void(Step)> moved = {}; ///< the selection, or what is selected in it, has changed
-        std::function<void()> chosen = {};    ///< an item of the sidebar was chosen, perhaps the same again
+        std::function<void(Step)> moved = {}; ///< the sidebar's selection, or the one in its view, has changed
+        std::function<void()> chosen = {};    ///< an item of the sidebar was chosen, possibly the selected one
     };
-    /// Listeners are called in the order in which they were added. They outlive the window's use.
+    /// Adds a listener. Listeners are called in the order in which they were added, until this object is destroyed.
     void listen(Listener listener) { listeners_.push_back(std::move(listener)); }
 
-    /// The user chooses what the sidebar shows.
+    /// Selects an item of the sidebar for the user.
     void select(SidebarItem item);
     void selectPaths(std::set<std::string> paths) { selectedPaths = std::move(paths); }
     void selectCommit(std::optional<std::string> hash, Step step = Step::straight);
     void selectStash(std::optional<std::string> hash);
 
-    // The same without telling the listeners: a selection that follows from something else.
+    // The same without telling the listeners, for selections that follow from something else.
     void follow(SidebarItem item) { selection = std::move(item); }
     void followCommit(std::optional<std::string> hash) { selectedCommit = std::move(hash); }
     void followStash(std::optional<std::string> hash) { selectedStash = std::move(hash); }
 
-    // What stands over the window.
+    // What is shown over the window.
 
     Observed<std::optional<SheetKind>, WindowState> sheet;
     void showSheet(SheetKind kind) { sheet = std::move(kind); }
@@ -62,34 +62,34 @@ public:
 
     Observed<std::optional<Confirmation>, WindowState> confirmation;
     void ask(Confirmation question) { confirmation = std::move(question); }
-    /// Takes the question away, and then does what it asked about. Does nothing when that question stands no more.
+    /// Closes the question and then runs its action. Does nothing when another question or none is open.
     void confirm(const QUuid& id);
     void dismissQuestion() { confirmation = std::nullopt; }
 
-    /// The sentence of `failure`, which views show as an alert.
+    /// The sentence of the reported failure, which views show as an alert.
     Observed<std::optional<QString>, WindowState> errorMessage;
-    /// The command that `errorMessage` tells of, where there is one.
+    /// The command whose failure `errorMessage` describes, if any.
     Observed<std::optional<CommandLog::Number>, WindowState> failedCommand;
     void report(const Failure& failure);
     void dismissError() { errorMessage = std::nullopt; }
 
-    /// Something to tell quietly; empty again once it no longer matters.
+    /// A sentence that is shown without blocking anything; empty when there is none.
     Observed<QString, WindowState> notice;
-    /// Tells a sentence, also when it was told before.
+    /// Shows a sentence as a notice, again if the same one was shown before.
     void tell(const QString& sentence);
     void clearNotice() { notice = QString(); }
 
     // Panels.
 
-    /// The file that the inspector shows; the inspector is closed without one.
+    /// The file that the inspector shows; nullopt when the inspector is closed.
     Observed<std::optional<InspectedFile>, WindowState> inspected;
     void inspect(InspectedFile file) { inspected = std::move(file); }
     void closeInspector() { inspected = std::nullopt; }
 
-    /// Whether the panel with the commands is open.
+    /// Whether the panel with the command log is open.
     Observed<bool, WindowState> showsCommandLog{false};
     void showCommandLog(bool shows) { showsCommandLog = shows; }
-    /// The command that is selected there.
+    /// The command that is selected in the command log.
     Observed<std::optional<CommandLog::Number>, WindowState> shownCommand;
     void showCommand(std::optional<CommandLog::Number> number) { shownCommand = number; }
 

@@ -11,7 +11,7 @@ class CommitDraft;
 class Snapshot;
 class WindowState;
 
-/// The parts of a store that actions act through. Made by the store for one call; main thread.
+/// The parts of a store that actions use. Made by the store for one call; main thread.
 struct Actors {
     const GitAccess& git;
     const StoreServices& services;

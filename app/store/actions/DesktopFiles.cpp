@@ -21,7 +21,7 @@ StoreServices::Files absolutePaths(const Actors& actors, const Files& files)
     return paths;
 }
 
-/// The answer may come after the window is gone.
+/// Returns a callback that reports a failure, and does nothing once the store is gone.
 StoreServices::Failed reporting(const Actors& actors)
 {
     return [&window = actors.window, alive = std::weak_ptr(actors.git.alive())](const std::string& problem) {

@@ -8,9 +8,9 @@
 
 namespace plovik::actions {
 
-/// Selects files in the desktop's file browser. A failure is reported.
+/// Selects files in the desktop's file browser. Reports a failure to the user.
 void reveal(Actors actors, const std::vector<gitkit::FileChange>& files);
-/// Opens files in the editor that the user chose. A failure is reported.
+/// Opens files in the editor that the user chose. Reports a failure to the user.
 void openInEditor(Actors actors, const std::vector<gitkit::FileChange>& files);
 
 } // namespace plovik::actions

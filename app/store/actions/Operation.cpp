@@ -34,13 +34,13 @@ struct Texts {
 
 constexpr std::size_t mostNames = 3;
 
-/// What the user typed for the commit that continuing makes.
+/// The message that the user typed for the commit that continuing makes.
 struct OwnMessage {
     std::string text;
     CommitMode mode = CommitMode::create;
 };
 
-/// Whether the message was recorded; git may fail after that. Written on the worker, read once it has ended.
+/// Whether the message was recorded; git may fail after that. Set on the worker, read after the operation has ended.
 using Recorded = std::shared_ptr<std::atomic_bool>;
 
 QString noun(Kind kind)
@@ -62,14 +62,15 @@ QString noun(Kind kind)
     return Texts::tr("bisect");
 }
 
-/// Records the typed message where there is something to record. Returns whether the operation is to go on from there.
+/// Commits with the typed message when there is something to commit. Returns whether the operation must still be
+/// continued.
 bool commitFirst(const GitRepository& repo, const OperationInProgress& operation, OwnMessage message,
                  const std::filesystem::path& gitDirectory, std::atomic_bool& recorded)
 {
     const gitkit::RepoStatus now = repo.status();
     if (message.mode == CommitMode::create && now.stagedCount() == 0 && operation.kind != Kind::merge)
         return true;
-    // Only as an amendment does the stopped step stay a part of the commit before it.
+    // The step belongs to the commit before it, so it is recorded by amending that commit.
     if (operation.meldsInto && operation.meldsInto == now.oid)
         message.mode = CommitMode::amend;
     repo.commit(message.text, message.mode);
@@ -107,7 +108,7 @@ QString lossText(const gitkit::AbortLoss& loss, Kind kind)
 
 void endOperation(WindowState& window, Changes& changes, const OperationInProgress& now, Step step);
 
-/// Git could not go back; the operation can still be ended where it is.
+/// Called when git could not go back. Offers to end the operation without going back.
 void confirmForget(WindowState& window, Changes& changes, const OperationInProgress& now, const QString& problem)
 {
     Confirmation question;
@@ -125,7 +126,7 @@ void endOperation(WindowState& window, Changes& changes, const OperationInProgre
     Change change{.verb = Verb::endOperation,
                   .title = (resets ? Texts::tr("Resetting %1…") : Texts::tr("Aborting %1…")).arg(noun(now.kind)),
                   .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
-    // Git cannot go back with files that are missing, nor to a branch that is gone.
+    // git cannot go back when files are missing or the branch is gone.
     if (step == Step::abort && (now.isIncomplete || resets)) {
         change.failed = [&window, &changes, now](const Failure& failure) {
             confirmForget(window, changes, now, failure.message);
@@ -182,7 +183,7 @@ void continueOperation(Actors actors)
     draft.cancelCommitMessage();
     const OperationInProgress now = *operationOf(actors);
     std::optional<OwnMessage> message;
-    // Git itself has the prepared one, and of a patch the author too.
+    // git has the prepared message itself, and the author of a patch too.
     if (!draft.commitSubject.value().trimmed().isEmpty() && !draft.holdsPreparedMessage() && !now.appliesPatches)
         message = OwnMessage{draft.message(), draft.amend.value() ? CommitMode::amend : CommitMode::create};
     const auto recorded = std::make_shared<std::atomic_bool>(false);

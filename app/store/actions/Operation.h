@@ -8,15 +8,15 @@ namespace plovik::actions {
 
 // Going on or back from where git stopped. Without an operation in progress nothing happens.
 
-/// Whether git would take a step now: there are no conflicts left, and nothing runs that holds it up.
+/// Returns whether the operation can go on: no conflicts are left and no running change prevents it.
 bool canContinueOperation(const Actors& actors);
-/// Goes on. A message that the user typed is recorded first when there is something to record; otherwise git takes the
-/// one that it prepared.
+/// Continues the operation. Commits first with a message that the user typed, when there is something to commit;
+/// otherwise git takes its prepared message.
 void continueOperation(Actors actors);
 void skipOperation(Actors actors);
-/// Asks first when work would be lost.
+/// Aborts the operation. Asks first when work would be lost.
 void abortOperation(Actors actors);
-/// Marks the commit that a bisect has checked out.
+/// Marks the commit that the bisect has checked out.
 void bisect(Actors actors, gitkit::BisectMark mark);
 void resetBisect(Actors actors);
 

@@ -23,7 +23,7 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Refs)
 };
 
-/// Returns the name of a remote branch's local counterpart: the same without the remote's own.
+/// Returns the name of a remote branch's local counterpart, which is the branch's name without that of the remote.
 std::string localNameOf(const std::string& remoteBranch, const std::vector<std::string>& remotes)
 {
     for (const std::string& remote : remotes) {

@@ -10,10 +10,11 @@
 
 namespace plovik::actions {
 
-/// Checks a branch or tag out; of a remote branch its local counterpart, which is made when there is none.
+/// Checks out a branch or a tag. For a remote branch, checks out its local counterpart, and creates that when there is
+/// none.
 void checkout(Actors actors, const gitkit::GitRef& ref);
 void checkoutCommit(Actors actors, const std::string& hash);
-/// `startPoint` is a full ref name or a hash; HEAD when absent.
+/// Creates a branch. `startPoint` is a full ref name or a hash; nullopt stands for HEAD.
 void createBranch(Actors actors, const std::string& name, const std::optional<std::string>& startPoint,
                   gitkit::AfterCreating after);
 void createTag(Actors actors, const std::string& name, const std::string& target);

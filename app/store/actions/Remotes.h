@@ -7,8 +7,8 @@ namespace plovik::actions {
 
 void fetch(Actors actors);
 void pull(Actors actors);
-/// Pushes the current branch; where it has no upstream, to "origin" or else the first remote, which becomes it. Reports
-/// when there is no branch or no remote.
+/// Pushes the current branch. Without an upstream, pushes to "origin" or else to the first remote, and makes that the
+/// upstream. Reports when there is no branch or no remote.
 void push(Actors actors);
 
 } // namespace plovik::actions

@@ -15,7 +15,7 @@ class GitRepository;
 
 namespace plovik {
 
-// What views read of commits, for Latest. All block, on any thread, and throw what git refuses.
+// What views read of commits, for Latest. All functions may be called on any thread, block, and throw gitkit::GitError.
 
 struct CommitRequest {
     std::string hash;
@@ -34,7 +34,7 @@ struct CommitDiffRequest {
 };
 gitkit::ParsedDiff readCommitDiff(const gitkit::GitRepository& repo, const CommitDiffRequest& request);
 
-/// Reads the full hash of the commit that a hash, a part of one or a name stands for.
+/// Reads the full hash of the commit that a hash, a part of a hash or a name stands for.
 std::string readCommitHash(const gitkit::GitRepository& repo, const std::string& name);
 
 } // namespace plovik

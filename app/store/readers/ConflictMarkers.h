@@ -12,8 +12,8 @@ class GitRepository;
 
 namespace plovik {
 
-/// The paths of those conflicted `files` that still hold a line which git wrote to mark a conflict. Blocks; reads the
-/// files. What cannot be read holds none.
+/// Returns the paths of those conflicted `files` that still contain a line with which git marks a conflict. Reads the
+/// files and blocks. Files that cannot be read count as having none.
 std::vector<std::string> filesWithConflictMarkers(const gitkit::GitRepository& repo,
                                                   const std::vector<gitkit::FileChange>& files);
 

@@ -11,16 +11,16 @@ class GitRepository;
 
 namespace plovik {
 
-/// What was clicked while something else ran is done after it, when the files may be in another state. These look again,
-/// on the worker's threads.
+/// A change that had to wait for another one may find the files in another state. These functions read their states
+/// again, on the worker's threads.
 
-/// Returns the same files as git has them now, without those that have no change any more. Throws as
+/// Returns the files with their present states, without those that have no change any more. Throws as
 /// requireNoNewConflicts() does.
 std::vector<gitkit::FileChange> currentFiles(const gitkit::GitRepository& repo,
                                              const std::vector<gitkit::FileChange>& files);
 
-/// Throws std::runtime_error, with a sentence for the user, when a file has come into conflict since it was listed:
-/// acting on it would record or lose a side that nobody has seen.
+/// Throws std::runtime_error, with a sentence for the user, when a file has become conflicted since it was listed.
+/// Acting on it would record or lose a side that the user has not seen.
 void requireNoNewConflicts(const gitkit::GitRepository& repo, const std::vector<gitkit::FileChange>& files);
 
 } // namespace plovik

@@ -15,12 +15,12 @@ namespace {
 using State = BlameLines::State;
 using namespace std::string_view_literals;
 
-/// As much as git looks at when it decides whether a file is text.
+/// The number of bytes that git examines to decide whether a file is text.
 constexpr std::size_t sampleSize = 8000;
 
 std::optional<State> unreadable(std::string_view beginning)
 {
-    // The longer mark begins with the shorter one.
+    // The longer mark is tested first, because it begins with the shorter one.
     if (beginning.starts_with("\xFF\xFE\0\0"sv) || beginning.starts_with("\0\0\xFE\xFF"sv))
         return State::utf32;
     if (beginning.starts_with("\xFF\xFE"sv) || beginning.starts_with("\xFE\xFF"sv))
@@ -73,7 +73,7 @@ DiffFiles readDiffFiles(const gitkit::GitRepository& repo, const DiffFilesReques
 BlameLines readBlame(const gitkit::GitRepository& repo, const BlameSource& source)
 {
     BlameLines blame;
-    // Taken before the file is read, so that the next reading sees what changes in the meantime.
+    // Taken before the file is read, so that the next reading notices changes in the meantime.
     if (!source.revision)
         blame.stamp = stampOf(repo.root() / source.path, source.head);
     if (blame.stamp && blame.stamp == source.known) {
@@ -87,7 +87,7 @@ BlameLines readBlame(const gitkit::GitRepository& repo, const BlameSource& sourc
     try {
         blame.lines = repo.blame(source.path, source.revision);
     } catch (const gitkit::GitError& refused) {
-        // The file is there, so it is git that has none of this name.
+        // The file exists, so git does not track it.
         if (source.revision || refused.kind() != gitkit::ErrorKind::noSuchPath)
             throw;
         blame.state = State::untracked;

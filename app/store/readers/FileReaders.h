@@ -20,7 +20,7 @@ class GitRepository;
 
 namespace plovik {
 
-// What views read of files, for Latest. All block, on any thread, and throw what git refuses.
+// What views read of files, for Latest. All functions may be called on any thread, block, and throw gitkit::GitError.
 
 struct WorkingDiffRequest {
     gitkit::FileChange file;
@@ -32,12 +32,12 @@ std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& re
 struct FileHistoryRequest {
     std::string path;     ///< in `revision`, as bytes
     std::string revision; ///< full hash
-    int limit = 0;        ///< commits at most
+    int limit = 0;        ///< the most commits to read
     bool operator==(const FileHistoryRequest&) const = default;
 };
 std::vector<gitkit::FileRevision> readFileHistory(const gitkit::GitRepository& repo, const FileHistoryRequest& request);
 
-/// The files of a diff, those of up to `limit` bytes.
+/// Asks for the two files of a diff; a file is read when it has up to `limit` bytes.
 struct DiffFilesRequest {
     gitkit::DiffSource source;
     std::size_t limit = 0;
@@ -49,7 +49,7 @@ struct DiffFiles {
 };
 DiffFiles readDiffFiles(const gitkit::GitRepository& repo, const DiffFilesRequest& request);
 
-/// What a blame of the working tree was made from: while it is the same, so is the blame.
+/// Identifies what a blame of the working tree was made from. The blame is the same while the stamp is.
 struct BlameStamp {
     std::string head; ///< hash of the commit that is checked out
     std::filesystem::file_time_type changed;
@@ -58,9 +58,9 @@ struct BlameStamp {
 };
 struct BlameSource {
     std::string path;                     ///< as bytes
-    std::optional<std::string> revision;  ///< the working tree when absent
+    std::optional<std::string> revision;  ///< nullopt for the working tree
     std::string head;                     ///< hash of the commit that is checked out
-    std::optional<BlameStamp> known = {}; ///< of a blame of the same file that is there already
+    std::optional<BlameStamp> known = {}; ///< the stamp of a known blame of the same file
     bool operator==(const BlameSource&) const = default;
 };
 /// The blame of a file, or why there is none.
@@ -69,7 +69,7 @@ struct BlameLines {
 
     State state = State::lines;
     std::vector<gitkit::BlameLine> lines = {};
-    std::optional<BlameStamp> stamp = {}; ///< of a file of the working tree
+    std::optional<BlameStamp> stamp = {}; ///< only for a file of the working tree
 };
 BlameLines readBlame(const gitkit::GitRepository& repo, const BlameSource& source);
 

@@ -11,7 +11,7 @@ namespace plovik {
 
 HistoryPage readHistoryPage(const gitkit::GitRepository& repo, const HistoryRequest& request)
 {
-    // One commit more than is shown tells whether older ones exist.
+    // One more commit than is shown is read, to see whether older ones exist.
     std::vector<gitkit::Commit> commits = repo.log(request.scope, request.limit + 1, request.filter);
     HistoryPage page;
     page.hasMore = commits.size() > static_cast<std::size_t>(request.limit);

@@ -18,7 +18,7 @@ namespace plovik {
 /// Which page of history to read.
 struct HistoryRequest {
     gitkit::HistoryScope scope;
-    int limit = 0; ///< commits shown at most
+    int limit = 0; ///< the most commits on the page
     std::optional<gitkit::HistoryFilter> filter;
 };
 
@@ -29,8 +29,8 @@ struct HistoryPage {
     bool hasMore = false; ///< older commits exist beyond the page
 };
 
-/// Reads and lays out one page. Blocks; throws as GitRepository::log does. Laying out here keeps the main thread free
-/// of work that grows with the page.
+/// Reads a page and lays out its graph, whose work grows with the page and so is not done on the main thread. Blocks;
+/// throws as GitRepository::log does.
 HistoryPage readHistoryPage(const gitkit::GitRepository& repo, const HistoryRequest& request);
 
 } // namespace plovik

@@ -13,23 +13,23 @@
 
 namespace plovik {
 
-/// Reads one thing after another for a view, off the main thread. The newest request wins: one that it overtakes is
-/// ended with the git that it runs, and its result is never shown. The last result stays until the next has come.
+/// Reads one thing after another for a view, off the main thread. The newest request wins: an overtaken one is dropped
+/// and its git ended. The last result stays until the next one has arrived.
 ///
-/// Owned by the view that shows the result; `git` outlives it. Main thread. Destroying it ends what it reads.
+/// Owned by the view that shows the result; `git` outlives it. Main thread. Its destructor ends the reading.
 template <typename Request, typename Result>
 class Latest {
 public:
     /// Calls `changed` when a request has been answered or has failed. `changed` may ask again.
     ///
-    /// `read` runs on the worker's threads, with a repository that asks the user for nothing.
+    /// `read` runs on the worker's threads. Its git never asks the user anything.
     Latest(const GitAccess& git, Result (*read)(const gitkit::GitRepository&, const Request&),
            std::function<void()> changed)
         : Latest(git, std::move(changed),
                  [read](const auto& repo, const auto& request, auto) { return read(repo, request); })
     {}
 
-    /// What is read for a part of the request, its base, becomes the result by `digest`, on the same thread.
+    /// The same, but `read` gets only the base class of the request, and `digest` makes the result on the same thread.
     template <typename Read, typename Part>
     Latest(const GitAccess& git, Read (*read)(const gitkit::GitRepository&, const Part&),
            Result (*digest)(Read, const Request&), std::function<void()> changed)
@@ -38,7 +38,7 @@ public:
           })
     {}
 
-    /// What takes time without any repository; it ends soon after the stop is requested.
+    /// The same for `work` that needs no repository. It must end soon after the stop is requested.
     Latest(const GitAccess& git, Result (*work)(const Request&, const std::stop_token&), std::function<void()> changed)
         : Latest(git, std::move(changed),
                  [work](const auto&, const auto& request, std::stop_token stop) { return work(request, stop); })
@@ -48,7 +48,7 @@ public:
     Latest(const Latest&) = delete;
     Latest& operator=(const Latest&) = delete;
 
-    /// Asks for something. Does nothing when it is what was asked for last, unless that has failed.
+    /// Makes a request. Does nothing when it equals the newest request and that has not failed.
     void ask(Request request)
     {
         if (asked_ == request && !failure_)
@@ -57,8 +57,8 @@ public:
         start();
     }
 
-    /// Asks for something whose answer may have changed in the meantime. A reading of the same that is under way ends
-    /// first, so that one that takes long is not begun again and again.
+    /// Makes a request even if it equals the newest one, because its answer may have changed. If the same request is
+    /// being read, that reading is finished first, so that a long one is not restarted again and again.
     void askAgain(Request request)
     {
         if (isReading_ && asked_ == request) {
@@ -69,7 +69,7 @@ public:
         start();
     }
 
-    /// Ends what is read, and keeps nothing.
+    /// Ends the reading and drops request, result and failure.
     void forget()
     {
         stop_.request_stop();
@@ -84,10 +84,11 @@ public:
     bool isReading() const { return isReading_; }
     /// Returns the newest request.
     const std::optional<Request>& asked() const { return asked_; }
-    /// Returns the newest result, and what it answers. While they differ from asked(), the result is an old one.
+    /// Returns the newest result; answered() is its request. The result is outdated while answered() differs from
+    /// asked().
     std::optional<Result>& result() { return result_; }
     const std::optional<Request>& answered() const { return answered_; }
-    /// Returns why the newest request failed; nothing when it has not.
+    /// Returns why the newest request failed, or nullopt when it has not.
     const std::optional<Failure>& failure() const { return failure_; }
 
 private:
@@ -142,9 +143,9 @@ private:
     std::optional<Result> result_;
     std::optional<Failure> failure_;
     std::stop_source stop_;
-    qint64 number_ = 0; ///< of the newest reading
+    qint64 number_ = 0; ///< number of the newest reading
     bool isReading_ = false;
-    bool isOld_ = false; ///< the same was asked for again while it was read
+    bool isOld_ = false; ///< the same request was made again during the reading
     AliveToken alive_ = std::make_shared<const std::monostate>();
 };
 

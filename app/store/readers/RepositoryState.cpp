@@ -15,7 +15,7 @@ namespace plovik {
 
 namespace {
 
-// The ordinary place is tried first, because asking git would hold up the first status of every window.
+// Tries the ordinary place first, because asking git would delay the first status of every window.
 std::filesystem::path gitDirectoryOf(const gitkit::GitRepository& repo)
 {
     std::error_code ignored;
@@ -42,7 +42,7 @@ RepositoryState readRepositoryState(const gitkit::GitRepository& repo, const Rep
     } catch (const std::exception& failure) {
         state.problem = failureOf(failure).message;
     }
-    // A repository whose status cannot be read may still be in the middle of something that can be aborted.
+    // A repository whose status cannot be read may still have an operation in progress that can be aborted.
     try {
         readOperationInto(state, repo, request);
     } catch (const std::exception&) {

@@ -16,25 +16,25 @@ class GitRepository;
 
 namespace plovik {
 
-/// What a status refresh knows from the one before it.
+/// What a status refresh takes over from the previous one.
 struct RepositoryStateRequest {
     std::optional<std::filesystem::path> gitDirectory;
     std::optional<gitkit::OperationInProgress> operation;
     std::string preparedMessage;
 };
 
-/// What a status refresh reads, all of it at one moment.
+/// The result of a status refresh.
 struct RepositoryState {
-    std::optional<gitkit::RepoStatus> status;          ///< absent with a `problem`
-    QString problem;                                   ///< why there is no status; it holds no secrets
+    std::optional<gitkit::RepoStatus> status;          ///< nullopt when there is a `problem`
+    QString problem;                                   ///< why there is no status; contains no secrets
     std::optional<std::filesystem::path> gitDirectory; ///< this working tree's own
     std::optional<gitkit::OperationInProgress> operation;
     std::string preparedMessage; ///< for the next commit, as git wrote it
-    /// The same without its comments; absent while it has not changed.
+    /// The prepared message without its comments; nullopt when it has not changed.
     std::optional<std::string> newMessage;
 };
 
-/// Blocks. Failures of git stand in the result; throws only gitkit::RunStopped.
+/// Reads the state. Blocks. Failures of git are part of the result; throws only gitkit::RunStopped.
 RepositoryState readRepositoryState(const gitkit::GitRepository& repo, const RepositoryStateRequest& request);
 
 } // namespace plovik
