@@ -80,7 +80,7 @@ QWidget* CommandLogPanel::makeHeader()
     row->addWidget(count_);
     row->addStretch(1);
     row->addWidget(hidesReads_);
-    row->addWidget(field_, 1);
+    row->addWidget(field_, 3);
     row->addWidget(close);
     connect(field_, &QLineEdit::textChanged, this, &CommandLogPanel::filter);
     connect(hidesReads_, &QCheckBox::toggled, this, [this](bool hides) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/StagingBar.h"
 
+#include "app/ui/widgets/ElidedLabel.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QEvent>
@@ -25,9 +26,8 @@ QPushButton* makeButton(const QString& title, QWidget* parent)
 
 StagingBar::StagingBar(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), stageAll_(makeButton(tr("Stage All"), this)),
-      unstageAll_(makeButton(tr("Unstage All"), this)), count_(new QLabel(this))
+      unstageAll_(makeButton(tr("Unstage All"), this)), count_(new ElidedLabel(this))
 {
-    count_->setTextFormat(Qt::PlainText);
     count_->setForegroundRole(QPalette::PlaceholderText);
     for (QWidget* widget :
          {static_cast<QWidget*>(stageAll_), static_cast<QWidget*>(unstageAll_), static_cast<QWidget*>(count_)})
