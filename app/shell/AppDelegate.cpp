@@ -13,6 +13,7 @@
 #include "app/shell/UpdateDialog.h"
 #include "app/shell/WindowFrames.h"
 #include "app/store/ShownText.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/settings/SettingsView.h"
 #include "app/ui/welcome/WelcomeView.h"
 #include "app/ui/widgets/Theme.h"
@@ -230,11 +231,11 @@ void AppDelegate::showSettings()
 /// Adds the shortcuts of the application's menu to a window without a menu bar.
 void AppDelegate::addKeys(QWidget& window)
 {
-    const std::pair<Qt::Key, void (AppDelegate::*)()> keys[] = {{Qt::Key_O, &AppDelegate::openDocument},
-                                                                {Qt::Key_Comma, &AppDelegate::showSettings},
-                                                                {Qt::Key_Q, &AppDelegate::quit}};
-    for (const auto& [key, command] : keys)
-        connect(new QShortcut(QKeySequence(Qt::CTRL | key), &window), &QShortcut::activated, this, command);
+    for (const CommandId id : {CommandId::openRepository, CommandId::showSettings, CommandId::quit}) {
+        const Command& offered = command(id);
+        connect(new QShortcut(offered.shortcut(), &window), &QShortcut::activated, this,
+                [this, &offered] { offered.run(*this); });
+    }
 }
 
 RepositoryWindow* AppDelegate::currentWindow() const

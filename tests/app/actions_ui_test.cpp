@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/sidebar/RefMenu.h"
@@ -7,6 +8,7 @@
 #include "app/ui/stashes/StashMenu.h"
 #include "app/ui/stashes/StashesView.h"
 #include "app/ui/window/RepositoryView.h"
+#include "tests/app/GivenRunning.h"
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
@@ -14,6 +16,7 @@
 #include "tests/support/TestRepository.h"
 
 #include <QClipboard>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -24,6 +27,8 @@
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
+
+#include <map>
 
 using gitkit::GitRef;
 using namespace Qt::StringLiterals;
@@ -71,8 +76,15 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{"refs/remotes/origin/side"}));
     entry(*makeRefMenu(store, remote, &parent), u"Copy Name"_s)->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
-    given(store.changes().activity, u"Fetching…"_s);
-    EXPECT_EQ(menuOf(tag), (Titles{"(Check Out)", "(New Branch from Here…)", "—", "Copy Name", "—", "(Delete…)"}));
+    test::givenRunning(store, Verb::fetch);
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”…)", "New Branch from Here…", "(Push)", "—",
+                                       "Copy Name", "—", "(Delete…)"}));
+    test::givenRunning(store, Verb::deleteTag);
+    EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "(Delete…)"}));
+    test::givenRunning(store, Verb::pull);
+    EXPECT_EQ(menuOf(tag), (Titles{"(Check Out)", "(New Branch from Here…)", "—", "Copy Name", "—", "Delete…"}));
+    EXPECT_EQ(entry(*makeRefMenu(store, tag, &parent), u"Check Out"_s)->toolTip(),
+              u"Not while this runs: Something…"_s);
 }
 
 TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
@@ -93,9 +105,9 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     ASSERT_TRUE(store.window().confirmation.value());
     EXPECT_FALSE(store.changes().activity.value());
     EXPECT_EQ(entries(*makeStashMenu(store, {}, &parent)), (Titles{"Apply Stash", "Pop Stash", "—", "Drop Stash…"}));
-    given(store.changes().activity, u"Reverting…"_s);
+    test::givenRunning(store, Verb::revert);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
-              (Titles{"(Check Out Commit)", "(New Branch Here…)", "(New Tag Here…)", "—", "(Cherry-Pick)", "(Revert…)",
+              (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert…)",
                       "—", "Copy Hash", "Copy Subject"}));
 }
 
@@ -227,14 +239,52 @@ TEST_F(MainMenuTest, TellsWhatTheStoreWouldDrop)
     status.files.push_back({"a", std::nullopt, '.', 'M'});
     given(store.snapshot().status, status);
     EXPECT_TRUE(command(u"Stash Changes…"_s)->isEnabled());
-    given(store.changes().activity, u"Fetching…"_s);
-    for (const QString& title : {u"Fetch"_s, u"Pull"_s, u"Push"_s, u"New Branch…"_s, u"Stash Changes…"_s})
+    test::givenRunning(store, Verb::fetch);
+    for (const QString& title : {u"Fetch"_s, u"Pull"_s, u"Push"_s})
         EXPECT_FALSE(command(title)->isEnabled()) << title.toStdString();
-    given(store.changes().activity, std::nullopt);
+    for (const QString& title : {u"Cancel Action"_s, u"New Branch…"_s, u"Stash Changes…"_s})
+        EXPECT_TRUE(command(title)->isEnabled()) << title.toStdString();
+    test::givenRunning(store, Verb::pull);
+    for (const QString& title : {u"Fetch"_s, u"New Branch…"_s, u"Stash Changes…"_s})
+        EXPECT_FALSE(command(title)->isEnabled()) << title.toStdString();
+    test::givenRunning(store, std::nullopt);
+    EXPECT_FALSE(command(u"Cancel Action"_s)->isEnabled());
     command(u"New Branch…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{}));
     command(u"Push"_s)->trigger();
     EXPECT_EQ(store.window().errorMessage.value(), u"Cannot push: HEAD is detached. Check out a branch first."_s);
+}
+
+/// Returns the cells of the first table of the README's chapter on the keyboard as pairs of keys and a command.
+std::map<QString, QString> keysInReadme()
+{
+    QFile file(QStringLiteral(PLOVIK_README));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString chapter = QString::fromUtf8(file.readAll()).section(u"## The keyboard\n\n"_s, 1);
+    std::map<QString, QString> found;
+    for (const QString& row : chapter.section(u"\n\n"_s, 0, 0).split(u'\n').sliced(2)) {
+        const QStringList keys = row.section(u" | "_s, 0, 0).sliced(2).split(u", "_s);
+        const QStringList commands = row.section(u" | "_s, 1).chopped(2).split(u", "_s);
+        EXPECT_EQ(keys.size(), commands.size()) << row.toStdString();
+        for (qsizetype index = 0; index < std::min(keys.size(), commands.size()); ++index)
+            found[keys[index]] = commands[index];
+    }
+    return found;
+}
+
+TEST_F(MainMenuTest, TheReadmeListsTheKeysOfAllCommands)
+{
+    std::map<QString, QString> keys;
+    for (const Command& listed : allCommands()) {
+        if (listed.shortcut().isEmpty())
+            continue;
+        const QString shortcut = listed.shortcut().toString(QKeySequence::PortableText);
+        EXPECT_FALSE(keys.contains(shortcut)) << shortcut.toStdString() << " is taken";
+        keys[shortcut] = listed.title().remove(u'…');
+        if (listed.id != CommandId::commit) // the commit box has its key
+            EXPECT_TRUE(command(listed.title())) << listed.title().toStdString() << " stands in no menu";
+    }
+    EXPECT_EQ(keysInReadme(), keys);
 }
 
 TEST_F(MainMenuTest, UndoIsTheTextsAsLongAsItHasSomethingToUndo)

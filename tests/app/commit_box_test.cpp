@@ -5,10 +5,10 @@
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
+#include "tests/app/GivenRunning.h"
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
-#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QClipboard>
@@ -76,16 +76,11 @@ TEST(CommitBox, EnablesItsButtonWhenThereIsSomethingToCommit)
     window.store.staging().stageAll();
     EXPECT_TRUE(window.worker.settle());
     EXPECT_TRUE(window.commit->isEnabled());
-    const auto runs = [&window](Verb verb) {
-        given(window.store.changes().running, std::vector<RunningChange>{{1, verb, u"Something…"_s}});
-        given(window.store.changes().activity, u"Something…"_s);
-    };
-    runs(Verb::fetch);
+    test::givenRunning(window.store, Verb::fetch);
     EXPECT_TRUE(window.commit->isEnabled()) << "it touches nothing that a commit needs";
-    runs(Verb::pull);
+    test::givenRunning(window.store, Verb::pull);
     EXPECT_FALSE(window.commit->isEnabled());
-    given(window.store.changes().running, std::vector<RunningChange>());
-    given(window.store.changes().activity, std::nullopt);
+    test::givenRunning(window.store, std::nullopt);
     window.store.staging().unstageAll();
     EXPECT_TRUE(window.worker.settle());
     EXPECT_FALSE(window.commit->isEnabled());

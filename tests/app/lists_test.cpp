@@ -4,6 +4,7 @@
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/window/RepositoryView.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
+#include "tests/app/GivenRunning.h"
 #include "tests/support/Given.h"
 
 #include <QAbstractButton>
@@ -139,10 +140,13 @@ TEST(RepositoryView, ShowsWhatIsSelectedAndWhatGoesOn)
     };
     for (const char* name : {"Fetch", "Pull", "Push", "Branch", "Stash", "Activity", "Sidebar", "Changed Files"})
         EXPECT_NE(named(name), nullptr) << name;
-    given(store.changes().activity, QStringLiteral("Fetching…"));
+    test::givenRunning(store, Verb::fetch);
     EXPECT_FALSE(named("Fetch")->isEnabled());
-    EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QStringLiteral("Fetching…"));
-    given(store.changes().activity, std::nullopt);
+    EXPECT_EQ(named("Fetch")->toolTip(), QStringLiteral("Not while this runs: Something…"));
+    EXPECT_TRUE(named("Branch")->isEnabled());
+    EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QStringLiteral("Something…"));
+    test::givenRunning(store, std::nullopt);
+    EXPECT_TRUE(named("Fetch")->isEnabled() && named("Fetch")->toolTip().isEmpty());
     EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QString());
 
     given(store.snapshot().readProblem, QStringLiteral("fatal: broken"));

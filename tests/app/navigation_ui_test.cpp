@@ -6,10 +6,10 @@
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/history/HistoryList.h"
 #include "app/ui/window/RepositoryView.h"
+#include "tests/app/GivenRunning.h"
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
-#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QCompleter>
@@ -101,7 +101,7 @@ TEST_F(NavigationUi, GoesToCommitsThatAreNamed)
     name->completer()->setCompletionPrefix(u"V1"_s);
     EXPECT_EQ(name->completer()->currentCompletion(), u"v1.0"_s);
 
-    given(store.changes().activity, u"Fetching…"_s); // what only looks need not wait
+    test::givenRunning(store, Verb::pull); // looking changes nothing
     name->setText(u" v1.0^{} "_s);
     go->click();
     ASSERT_TRUE(worker.settle());

@@ -5,6 +5,7 @@
 #include "app/ui/dialogs/RefNameRules.h"
 #include "app/ui/widgets/TerminalText.h"
 #include "app/ui/window/RepositoryView.h"
+#include "tests/app/GivenRunning.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/Given.h"
@@ -161,14 +162,17 @@ TEST_F(DialogsTest, ATagAndAStashAreMade)
     EXPECT_FALSE(std::filesystem::exists(repo / "new"));
 }
 
-TEST_F(DialogsTest, AnActionUnderWayKeepsASheetFromBeingConfirmed)
+TEST_F(DialogsTest, AChangeInTheWayKeepsASheetFromBeingConfirmed)
 {
     store.window().showSheet(NewBranchSheet{});
     named<QLineEdit>(*dialog(), u"New Branch Name"_s)->setText(u"next"_s);
     EXPECT_TRUE(button(u"Create Branch"_s)->isEnabled());
-    given(store.changes().activity, u"Fetching…"_s);
+    test::givenRunning(store, Verb::fetch);
+    EXPECT_TRUE(button(u"Create Branch"_s)->isEnabled());
+    test::givenRunning(store, Verb::pull);
     EXPECT_FALSE(button(u"Create Branch"_s)->isEnabled());
-    given(store.changes().activity, std::nullopt);
+    EXPECT_EQ(button(u"Create Branch"_s)->toolTip(), u"Not while this runs: Something…"_s);
+    test::givenRunning(store, std::nullopt);
     EXPECT_TRUE(button(u"Create Branch"_s)->isEnabled());
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commands/UndoCommand.h"
 
+#include "app/ui/commands/Commands.h"
 #include "app/ui/workingcopy/CommitBox.h"
 
 #include <QAction>
@@ -17,7 +18,7 @@ namespace plovik {
 
 namespace {
 
-/// Whether a text has something to undo; nothing for what is no text.
+/// Returns whether a text has something to undo, and nullopt for a widget that is no text.
 std::optional<bool> textCanUndo(const QWidget* widget)
 {
     if (const auto* const line = qobject_cast<const QLineEdit*>(widget))
@@ -64,9 +65,9 @@ UndoCommand::Target UndoCommand::target() const
 void UndoCommand::show()
 {
     const Target undone = target();
-    action_.setText(undone == Target::discard          ? QStringLiteral("Undo Discard")
-                    : undone == Target::writtenMessage ? QStringLiteral("Undo Written Message")
-                                                       : QStringLiteral("Undo"));
+    action_.setText(undone == Target::discard          ? QCoreApplication::translate("Commands", "Undo Discard")
+                    : undone == Target::writtenMessage ? QCoreApplication::translate("Commands", "Undo Written Message")
+                                                       : command(CommandId::undo).title());
     action_.setEnabled(undone != Target::nothing);
 }
 
@@ -97,7 +98,7 @@ void UndoCommand::focusMoved(QWidget* focus)
 
 bool UndoCommand::eventFilter(QObject* watched, QEvent* event)
 {
-    // A text claims the key even when the change to take back is not its own; then it is left to the menu.
+    // A text claims the key even when the change to undo is the store's. Then the key is left to the menu.
     const auto isStores = [this] { return target() == Target::discard || target() == Target::writtenMessage; };
     if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo) &&
         isStores())

@@ -30,7 +30,6 @@ protected:
     QString problem() const override;
     QString note() const override;
     bool isComplete() const override;
-    bool isAction() const override { return false; }
 
 private:
     void edited();

@@ -24,6 +24,7 @@ protected:
     QString problem() const override;
     QString note() const override;
     bool isComplete() const override;
+    std::optional<Verb> verb() const override { return Verb::createBranch; }
 
 private:
     std::string name() const;
@@ -46,6 +47,7 @@ protected:
     QString problem() const override;
     QString note() const override;
     bool isComplete() const override;
+    std::optional<Verb> verb() const override { return Verb::createTag; }
 
 private:
     std::string name() const;

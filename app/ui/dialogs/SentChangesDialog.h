@@ -24,7 +24,6 @@ protected:
     QString problem() const override { return problem_; }
     QString note() const override { return note_; }
     bool isComplete() const override;
-    bool isAction() const override { return false; }
 
 private:
     static QCoro::Task<> reading(QPointer<SentChangesDialog> dialog);

@@ -32,7 +32,7 @@ Sheet::Sheet(RepositoryStore& store, const QString& title, const QString& confir
     column->addLayout(dialogParts::buttonRow({cancel, confirm_}));
 
     const auto validates = [this] { validate(); };
-    notifiers_.push_back(store.changes().activity.addNotifier(validates));
+    notifiers_.push_back(store.changes().running.addNotifier(validates));
     notifiers_.push_back(store.snapshot().status.addNotifier(validates));
     notifiers_.push_back(store.snapshot().branches.addNotifier(validates));
     notifiers_.push_back(store.snapshot().tags.addNotifier(validates));
@@ -47,8 +47,9 @@ void Sheet::validate()
         sentence_->setText(said);
         dialogParts::fit(*this);
     }
-    // While an action runs the store would drop another one.
-    confirm_->setEnabled(wrong.isEmpty() && isComplete() && !(isAction() && store_.changes().activity.value()));
+    const std::optional<Verb> begun = verb();
+    confirm_->setEnabled(wrong.isEmpty() && isComplete() && (!begun || store_.changes().offers(*begun)));
+    confirm_->setToolTip(begun ? store_.changes().whyNot(*begun) : QString());
 }
 
 } // namespace plovik

@@ -5,6 +5,7 @@
 
 #include <QDialog>
 
+#include <optional>
 #include <vector>
 
 class QLabel;
@@ -41,8 +42,8 @@ protected:
     virtual QString note() const { return {}; }
     /// Returns whether every needed field is filled.
     virtual bool isComplete() const { return true; }
-    /// Returns whether confirming starts an action, which is impossible while another one runs.
-    virtual bool isAction() const { return true; }
+    /// Returns the change that confirming begins. The user can confirm only while that change is offered.
+    virtual std::optional<Verb> verb() const { return std::nullopt; }
 
 private:
     RepositoryStore& store_;

@@ -20,6 +20,7 @@ public:
 protected:
     QString problem() const override;
     QString note() const override;
+    std::optional<Verb> verb() const override { return Verb::saveStash; }
 
 private:
     QLineEdit* message_;

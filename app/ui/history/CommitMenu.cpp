@@ -3,50 +3,55 @@
 
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
+#include "app/ui/commands/Commands.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenu>
 
 namespace plovik {
 
-using namespace Qt::StringLiterals;
-
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::CommitMenu)
+};
 
 void addCopies(QMenu& menu, const gitkit::Commit& commit)
 {
     const auto addCopy = [&menu](const QString& title, const QString& text) {
         menu.addAction(title, [text] { QGuiApplication::clipboard()->setText(text); });
     };
-    addCopy(u"Copy Hash"_s, shownText(commit.hash));
-    addCopy(u"Copy Subject"_s, shownText(commit.subject));
+    addCopy(Texts::tr("Copy Hash"), shownText(commit.hash));
+    addCopy(Texts::tr("Copy Subject"), shownText(commit.subject));
 }
 
 void confirmRevert(RepositoryStore& store, const gitkit::Commit& commit)
 {
     Confirmation question;
-    question.title = u"Revert %1?"_s.arg(shownText(commit.shortHash()));
-    question.message = u"A new commit takes the changes of “%1” back."_s.arg(shownText(commit.subject));
-    question.actionTitle = u"Revert"_s;
+    question.title = Texts::tr("Revert %1?").arg(shownText(commit.shortHash()));
+    question.message = Texts::tr("A new commit takes the changes of %1 back.").arg(inQuotes(commit.subject));
+    question.actionTitle = Texts::tr("Revert");
     question.risk = Confirmation::Risk::none;
     question.action = [&store, hash = commit.hash] { actions::revert(store.actors(), hash); };
     store.window().ask(std::move(question));
 }
 
-/// What changes the repository; disabled while an action runs, since the store would drop it.
-void addActions(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commit)
+void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commit)
 {
-    const auto add = [&menu, isIdle = !store.changes().activity.value()](const QString& title, auto action) {
-        menu.addAction(title, &menu, std::move(action))->setEnabled(isIdle);
+    const auto add = [&](Verb verb, const QString& title, auto run) {
+        addChange(menu, store, verb, title, std::move(run));
     };
     const std::string& hash = commit.hash;
-    add(u"Check Out Commit"_s, [&store, hash] { actions::checkoutCommit(store.actors(), hash); });
-    add(u"New Branch Here…"_s, [&store, hash] { store.window().showSheet(NewBranchSheet{hash}); });
-    add(u"New Tag Here…"_s, [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
+    add(Verb::checkOut, Texts::tr("Check Out Commit"),
+        [&store, hash] { actions::checkoutCommit(store.actors(), hash); });
+    add(Verb::createBranch, Texts::tr("New Branch Here…"),
+        [&store, hash] { store.window().showSheet(NewBranchSheet{hash}); });
+    add(Verb::createTag, Texts::tr("New Tag Here…"), [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
     menu.addSeparator();
-    add(u"Cherry-Pick"_s, [&store, hash] { actions::cherryPick(store.actors(), hash); });
-    add(u"Revert…"_s, [&store, commit] { confirmRevert(store, commit); });
+    add(Verb::cherryPick, Texts::tr("Cherry-Pick"), [&store, hash] { actions::cherryPick(store.actors(), hash); });
+    add(Verb::revert, Texts::tr("Revert…"), [&store, commit] { confirmRevert(store, commit); });
     menu.addSeparator();
 }
 
@@ -55,7 +60,7 @@ void addActions(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commi
 QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWidget* parent)
 {
     auto* menu = new QMenu(parent);
-    addActions(*menu, store, commit);
+    addChanges(*menu, store, commit);
     addCopies(*menu, commit);
     return menu;
 }

@@ -2,6 +2,7 @@
 #include "app/ui/settings/SettingsView.h"
 
 #include "app/settings/Settings.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/settings/AITab.h"
 #include "app/ui/settings/EditorTab.h"
 #include "app/ui/settings/GeneralTab.h"
@@ -131,7 +132,7 @@ void SettingsView::hideEvent(QHideEvent* event)
 
 void SettingsView::addKeys()
 {
-    for (const QKeySequence& key : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)})
+    for (const QKeySequence& key : {QKeySequence(Qt::Key_Escape), command(CommandId::closeWindow).shortcut()})
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
     const std::pair<QKeySequence, int> turns[] = {{Qt::CTRL | Qt::Key_Tab, 1},
                                                   {Qt::CTRL | Qt::Key_PageDown, 1},

@@ -3,9 +3,10 @@
 
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
-#include "app/store/actions/Remotes.h"
+#include "app/ui/commands/Commands.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenu>
 
@@ -16,6 +17,10 @@ namespace plovik {
 namespace {
 
 using gitkit::GitRef;
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::RefMenu)
+};
 
 /// In a menu "&" would mark a letter.
 QString menuText(QString text) { return text.replace(u'&', u"&&"_s); }
@@ -30,93 +35,52 @@ QString currentName(const RepositoryStore& store)
 void confirmMerge(RepositoryStore& store, const GitRef& ref)
 {
     Confirmation question;
-    question.title = u"Merge “%1” into “%2”?"_s.arg(shownText(ref.name), currentName(store));
+    question.title = Texts::tr("Merge “%1” into “%2”?").arg(shownText(ref.name), currentName(store));
     question.message =
-        u"Where both changed the same lines, the conflicts are left in the working copy to be resolved."_s;
-    question.actionTitle = u"Merge"_s;
+        Texts::tr("Where both changed the same lines, the conflicts are left in the working copy to be resolved.");
+    question.actionTitle = Texts::tr("Merge");
     question.risk = Confirmation::Risk::none;
     question.action = [&store, ref] { actions::merge(store.actors(), ref); };
     store.window().ask(std::move(question));
 }
 
-/// Fills a menu with the entries of one ref.
-class Entries {
-public:
-    Entries(RepositoryStore& store, const GitRef& ref, QMenu& menu)
-        : store_(store), ref_(ref), menu_(menu), isIdle_(!store.changes().activity.value())
-    {}
-
-    void addCheckOut()
-    {
-        addAction(u"Check Out"_s, [&store = store_, ref = ref_] {
-            actions::checkout(store.actors(), ref);
-        })->setEnabled(isIdle_ && !ref_.isHead);
-    }
-
-    void addMerge(const QString& title)
-    {
-        addAction(title, [&store = store_, ref = ref_] {
-            confirmMerge(store, ref);
-        })->setEnabled(isIdle_ && !ref_.isHead);
-    }
-
-    void addNewBranch()
-    {
-        addAction(u"New Branch from Here…"_s, [&store = store_, name = ref_.fullName] {
-            store.window().showSheet(NewBranchSheet{name});
-        })->setEnabled(isIdle_);
-    }
-
-    void addPush()
-    {
-        addAction(u"Push"_s, [&store = store_] { actions::push(store.actors()); })->setEnabled(isIdle_);
-    }
-
-    void addCopyName()
-    {
-        addAction(u"Copy Name"_s, [name = shownText(ref_.name)] { QGuiApplication::clipboard()->setText(name); });
-    }
-
-    void addDelete()
-    {
-        menu_.addSeparator();
-        // Git deletes no branch that is checked out.
-        addAction(u"Delete…"_s, [&store = store_, ref = ref_] {
-            actions::confirmDelete(store.actors(), ref);
-        })->setEnabled(isIdle_ && !ref_.isHead);
-    }
-
-private:
-    template <typename Action>
-    QAction* addAction(const QString& title, Action action)
-    {
-        return menu_.addAction(title, &menu_, std::move(action));
-    }
-
-    RepositoryStore& store_;
-    const GitRef& ref_;
-    QMenu& menu_;
-    bool isIdle_; ///< while an action runs the store would drop another one
-};
+void addMerge(QMenu& menu, RepositoryStore& store, const GitRef& ref)
+{
+    const QString title = ref.kind == GitRef::Kind::local
+                              ? menuText(Texts::tr("Merge into “%1”…").arg(currentName(store)))
+                              : Texts::tr("Merge…");
+    QAction* const merge = addChange(menu, store, Verb::merge, title, [&store, ref] { confirmMerge(store, ref); });
+    if (ref.isHead)
+        merge->setEnabled(false);
+}
 
 } // namespace
 
 QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
 {
     auto* menu = new QMenu(parent);
-    Entries entries(store, ref, *menu);
-    entries.addCheckOut();
-    if (ref.kind == GitRef::Kind::local)
-        entries.addMerge(menuText(u"Merge into “%1”…"_s.arg(currentName(store))));
-    else if (ref.kind == GitRef::Kind::remote)
-        entries.addMerge(u"Merge…"_s);
-    entries.addNewBranch();
+    QAction* const checkOut = addChange(*menu, store, Verb::checkOut, Texts::tr("Check Out"),
+                                        [&store, ref] { actions::checkout(store.actors(), ref); });
     if (ref.isHead)
-        entries.addPush();
+        checkOut->setEnabled(false);
+    if (ref.kind != GitRef::Kind::tag)
+        addMerge(*menu, store, ref);
+    addChange(*menu, store, Verb::createBranch, Texts::tr("New Branch from Here…"),
+              [&store, name = ref.fullName] { store.window().showSheet(NewBranchSheet{name}); });
+    if (ref.isHead)
+        addCommand(*menu, store, CommandId::push);
     menu->addSeparator();
-    entries.addCopyName();
-    if (ref.kind != GitRef::Kind::remote)
-        entries.addDelete();
+    menu->addAction(Texts::tr("Copy Name"),
+                    [name = shownText(ref.name)] { QGuiApplication::clipboard()->setText(name); });
+    if (ref.kind == GitRef::Kind::remote)
+        return menu;
+    menu->addSeparator();
+    const Verb verb = ref.kind == GitRef::Kind::tag ? Verb::deleteTag : Verb::deleteBranch;
+    QAction* const remove = addChange(*menu, store, verb, Texts::tr("Delete…"),
+                                      [&store, ref] { actions::confirmDelete(store.actors(), ref); });
+    // Git deletes no branch that is checked out.
+    if (ref.isHead)
+        remove->setEnabled(false);
     return menu;
 }
 

@@ -1,27 +1,44 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/stashes/StashMenu.h"
-#include "app/store/actions/Stashes.h"
 
 #include "GitKit/records/Stash.h"
+#include "app/store/actions/Stashes.h"
+#include "app/ui/commands/Commands.h"
 
+#include <QCoreApplication>
 #include <QMenu>
-
-using namespace Qt::StringLiterals;
 
 namespace plovik {
 
-QMenu* makeStashMenu(RepositoryStore& store, const gitkit::Stash& stash, QWidget* parent)
+namespace {
+
+using gitkit::Stash;
+using gitkit::StashUse;
+
+constexpr StashCommand commands[] = {
+    {QT_TRANSLATE_NOOP("Stashes", "Apply Stash"), QT_TRANSLATE_NOOP("Stashes", "Apply"), Verb::applyStash,
+     [](RepositoryStore& store, const Stash& stash) { actions::stashApply(store.actors(), stash, StashUse::apply); }},
+    {QT_TRANSLATE_NOOP("Stashes", "Pop Stash"), QT_TRANSLATE_NOOP("Stashes", "Pop"), Verb::applyStash,
+     [](RepositoryStore& store, const Stash& stash) { actions::stashApply(store.actors(), stash, StashUse::pop); }},
+    {QT_TRANSLATE_NOOP("Stashes", "Drop Stash…"), QT_TRANSLATE_NOOP("Stashes", "Drop…"), Verb::dropStash,
+     [](RepositoryStore& store, const Stash& stash) { actions::confirmDrop(store.actors(), stash); }},
+};
+
+} // namespace
+
+std::span<const StashCommand> stashCommands() { return commands; }
+
+QString stashCommandTitle(const char* name) { return QCoreApplication::translate("Stashes", name); }
+
+QMenu* makeStashMenu(RepositoryStore& store, const Stash& stash, QWidget* parent)
 {
-    using Use = gitkit::StashUse;
     auto* menu = new QMenu(parent);
-    menu->addAction(u"Apply Stash"_s, menu,
-                    [&store, stash] { actions::stashApply(store.actors(), stash, Use::apply); });
-    menu->addAction(u"Pop Stash"_s, menu, [&store, stash] { actions::stashApply(store.actors(), stash, Use::pop); });
-    menu->addSeparator();
-    menu->addAction(u"Drop Stash…"_s, menu, [&store, stash] { actions::confirmDrop(store.actors(), stash); });
-    // While an action runs the store would drop another one.
-    for (QAction* entry : menu->actions())
-        entry->setEnabled(!store.changes().activity.value());
+    for (const StashCommand& command : commands) {
+        if (command.verb == Verb::dropStash)
+            menu->addSeparator();
+        addChange(*menu, store, command.verb, stashCommandTitle(command.menuName),
+                  [&store, stash, &command] { command.run(store, stash); });
+    }
     return menu;
 }
 

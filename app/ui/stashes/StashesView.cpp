@@ -4,7 +4,7 @@
 #include "GitKit/records/CommitKind.h"
 #include "GitKit/records/Stash.h"
 #include "app/settings/Settings.h"
-#include "app/store/actions/Stashes.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/stashes/StashDelegate.h"
 #include "app/ui/stashes/StashMenu.h"
@@ -39,7 +39,7 @@ constexpr double leastListHeight = 90;
 StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     : QStackedWidget(parent), store_(store), model_(new StashesModel(store, this)), content_(new QWidget(this)),
       detail_(new CommitDetailView(store, gitkit::CommitKind::stash)), empty_(new EmptyState(this)),
-      sign_(new TraySign), stashChanges_(empty_->action(tr("Stash Changes…")))
+      sign_(new TraySign), stashChanges_(empty_->action(command(CommandId::stashChanges).title()))
 {
     empty_->setSign(sign_);
     makeList();
@@ -53,7 +53,7 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
                       1);
     addWidget(content_);
     addWidget(empty_);
-    connect(stashChanges_, &QPushButton::clicked, this, [this] { store_.window().showSheet(StashSheet{}); });
+    connect(stashChanges_, &QPushButton::clicked, this, [this] { command(CommandId::stashChanges).run(store_); });
     setFocusProxy(list_);
     observeStore();
     showStoreSelection();
@@ -63,7 +63,6 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
 
 QWidget* StashesView::makeHeader()
 {
-    using Use = gitkit::StashUse;
     auto* header = new QWidget(content_);
     header->setAutoFillBackground(true);
     header->setBackgroundRole(QPalette::Base);
@@ -76,19 +75,16 @@ QWidget* StashesView::makeHeader()
     followFont(*count_, -0.75);
     row->addWidget(count_);
     row->addStretch(1);
-    const auto add = [this, row, header](const QString& title, auto action) {
-        auto* button = new BarButton(title, header);
+    for (const StashCommand& command : stashCommands()) {
+        auto* button = new BarButton(stashCommandTitle(command.buttonName), header);
         button->setProperty("compact", true);
-        connect(button, &QPushButton::clicked, this, [this, action] {
+        connect(button, &QPushButton::clicked, this, [this, &command] {
             if (const gitkit::Stash* stash = selectedStash())
-                action(gitkit::Stash(*stash));
+                command.run(store_, gitkit::Stash(*stash));
         });
         row->addWidget(button);
         buttons_.push_back(button);
-    };
-    add(tr("Apply"), [this](const gitkit::Stash& stash) { actions::stashApply(store_.actors(), stash, Use::apply); });
-    add(tr("Pop"), [this](const gitkit::Stash& stash) { actions::stashApply(store_.actors(), stash, Use::pop); });
-    add(tr("Drop…"), [this](const gitkit::Stash& stash) { actions::confirmDrop(store_.actors(), stash); });
+    }
     return header;
 }
 
@@ -121,7 +117,7 @@ void StashesView::observeStore()
             showStoreSelection();
         updateHeader();
     }));
-    notifiers_.push_back(store_.changes().activity.addNotifier([this] {
+    notifiers_.push_back(store_.changes().running.addNotifier([this] {
         updateHeader();
         updateEmptyState();
     }));
@@ -142,8 +138,11 @@ const gitkit::Stash* StashesView::selectedStash() const
 void StashesView::updateHeader()
 {
     count_->setText(tr("%n stash(es)", nullptr, static_cast<int>(store_.snapshot().stashes.value().size())));
-    for (QPushButton* button : buttons_)
-        button->setEnabled(selectedStash() && !store_.changes().activity.value());
+    for (std::size_t index = 0; index < buttons_.size(); ++index) {
+        const Verb verb = stashCommands()[index].verb;
+        buttons_[index]->setEnabled(selectedStash() && store_.changes().offers(verb));
+        buttons_[index]->setToolTip(store_.changes().whyNot(verb));
+    }
 }
 
 void StashesView::updateEmptyState()
@@ -164,8 +163,7 @@ void StashesView::updateEmptyState()
         empty_->setText(tr("No Stashes"), tr("Stashed changes are listed here."));
         sign_->setVisible(true);
         stashChanges_->setVisible(true);
-        stashChanges_->setEnabled(!store_.snapshot().status.value().files.empty() &&
-                                  !store_.changes().activity.value());
+        stashChanges_->setEnabled(command(CommandId::stashChanges).isOffered(store_));
     }
     setCurrentWidget(empty_);
 }

@@ -3,6 +3,7 @@
 
 #include "app/platform/FileUri.h"
 #include "app/settings/RecentRepositories.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/settings/SettingsSymbols.h"
 #include "app/ui/welcome/RecentRowDelegate.h"
 #include "app/ui/widgets/Separator.h"
@@ -110,7 +111,8 @@ WelcomeView::WelcomeView(std::function<void(std::filesystem::path)> open, std::f
     browse_->setProperty("primary", true);
     browse_->setAutoDefault(true); // Return presses it
     connect(browse_, &QPushButton::clicked, this, [browse = std::move(browse)] { browse(); });
-    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this), &QShortcut::activated, this, &QWidget::close);
+    connect(new QShortcut(command(CommandId::closeWindow).shortcut(), this), &QShortcut::activated, this,
+            &QWidget::close);
     makeList();
 
     auto* const column = new QVBoxLayout(this);

@@ -96,7 +96,7 @@ void OperationBar::observeStore()
     const auto show = [this] { showOperation(); };
     notifiers_.push_back(store_.snapshot().inProgress.addNotifier(show));
     notifiers_.push_back(store_.snapshot().status.addNotifier(show));
-    notifiers_.push_back(store_.changes().activity.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store_.changes().running.addNotifier([this] { runningChanged(); }));
     // Commits are shown by the names of their branches and tags, and with the subjects of the history.
     notifiers_.push_back(store_.snapshot().branches.addNotifier(show));
     notifiers_.push_back(store_.snapshot().remoteBranches.addNotifier(show));
@@ -121,7 +121,6 @@ void OperationBar::showButtons(const gitkit::OperationInProgress& now)
 {
     const bool isBisect = now.bisect.has_value();
     const bool isFound = isBisect && now.bisect->found;
-    const bool isIdle = !store_.changes().activity.value();
     continue_->setVisible(now.canContinue());
     continue_->setEnabled(actions::canContinueOperation(store_.actors()));
     continue_->setToolTip(whyNotContinue());
@@ -138,31 +137,35 @@ void OperationBar::showButtons(const gitkit::OperationInProgress& now)
         bad_->setToolTip(markTip(now.bisect->bad));
     }
     for (QPushButton* button : {good_, bad_, skip_, abort_, reset_})
-        button->setEnabled(isIdle);
+        button->setEnabled(canTakeStep());
 }
 
 QString OperationBar::whyNotContinue() const
 {
-    if (store_.changes().activity.value())
-        return *store_.changes().activity.value();
+    if (const QString why = store_.changes().whyNot(Verb::continueOperation); !why.isEmpty())
+        return why;
     if (store_.snapshot().conflictCount() > 0)
         return tr("Resolve and stage the conflicted files first");
     return operationText::continueTip(store_.snapshot().inProgress.value()->kind);
 }
 
-void OperationBar::activityChanged()
+/// All steps take a turn, so that a change is in the way of one exactly when it is in the way of all.
+bool OperationBar::canTakeStep() const { return store_.changes().offers(Verb::endOperation); }
+
+void OperationBar::runningChanged()
 {
     auto* const focus = qobject_cast<QPushButton*>(QApplication::focusWidget());
-    if (store_.changes().activity.value() && focus && isAncestorOf(focus)) {
+    if (!canTakeStep() && focus && isAncestorOf(focus)) {
         // Qt would move the focus to another widget when the button is disabled.
         focused_ = focus;
         setFocus(Qt::OtherFocusReason);
     }
     showOperation();
-    if (!store_.changes().activity.value() && focused_ && hasFocus() && focused_->isEnabled())
+    if (!canTakeStep())
+        return;
+    if (focused_ && hasFocus() && focused_->isEnabled())
         focused_->setFocus(Qt::OtherFocusReason);
-    if (!store_.changes().activity.value())
-        focused_ = nullptr;
+    focused_ = nullptr;
 }
 
 void OperationBar::skip()

@@ -33,7 +33,8 @@ private:
     void observeStore();
     void showOperation();
     void showButtons(const gitkit::OperationInProgress& now);
-    void activityChanged();
+    bool canTakeStep() const;
+    void runningChanged();
     QString whyNotContinue() const;
 
     void proceed() { actions::continueOperation(store_.actors()); }
@@ -55,7 +56,7 @@ private:
     QPushButton* showFound_;
     QPushButton* abort_;
     QPushButton* reset_;
-    QPointer<QPushButton> focused_; ///< the button that had the focus when an action began and disabled it
+    QPointer<QPushButton> focused_; ///< had the focus when a change began that disables it
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -37,8 +37,7 @@ constexpr double aboveLogMinHeight = 220;
 } // namespace
 
 RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), toolbar_(new Toolbar(store, this)),
-      problem_(new MessageBar(tr("Problem"), MessageBar::Dismissal::never, this)),
+    : QWidget(parent), store_(store), problem_(new MessageBar(tr("Problem"), MessageBar::Dismissal::never, this)),
       notice_(new MessageBar(tr("Notice"), MessageBar::Dismissal::byUser, this)), sidebar_(new SidebarView(store)),
       detail_(new QStackedWidget), inspectorPlace_(new QWidget), logPlace_(new QWidget),
       detailSplit_(new SplitPane(settings::inspectorWidth, Qt::Horizontal, SplitPane::Sized::second, inspectorMinWidth,
@@ -59,13 +58,12 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(toolbar_);
+    column->addWidget(new Toolbar(store, this));
     column->addWidget(problem_);
     column->addWidget(notice_);
     column->addWidget(windowSplit_, 1);
     setFocusProxy(sidebar_);
 
-    connectToolbar();
     new StoreDialogs(store, this);
 
     const auto showProblem = [this] { problem_->setText(store_.snapshot().readProblem.value()); };
@@ -78,15 +76,6 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     showSelection();
     showInspector();
     showCommandLog();
-}
-
-void RepositoryView::connectToolbar()
-{
-    connect(toolbar_, &Toolbar::fetchRequested, this, [this] { actions::fetch(store_.actors()); });
-    connect(toolbar_, &Toolbar::pullRequested, this, [this] { actions::pull(store_.actors()); });
-    connect(toolbar_, &Toolbar::pushRequested, this, [this] { actions::push(store_.actors()); });
-    connect(toolbar_, &Toolbar::branchRequested, this, [this] { store_.window().showSheet(NewBranchSheet{}); });
-    connect(toolbar_, &Toolbar::stashRequested, this, [this] { store_.window().showSheet(StashSheet{}); });
 }
 
 void RepositoryView::setEditorTitle(std::function<QString()> title)

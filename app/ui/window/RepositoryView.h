@@ -21,7 +21,6 @@ class MessageBar;
 class SidebarView;
 class SplitPane;
 class StashesView;
-class Toolbar;
 class WorkingCopyView;
 
 /// Everything inside a repository window: the toolbar, the bars for problems and notices, the sidebar, the view of the
@@ -44,7 +43,6 @@ public:
     SidebarView* sidebar() const { return sidebar_; }
 
 private:
-    void connectToolbar();
     void showSelection();
     void showInspector();
     void hideInspector();
@@ -53,7 +51,6 @@ private:
     QWidget* detailFor(const SidebarItem& item);
 
     RepositoryStore& store_;
-    Toolbar* toolbar_;
     MessageBar* problem_;
     MessageBar* notice_;
     SidebarView* sidebar_;

@@ -50,42 +50,32 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
     makeButtons(*row);
     row->addWidget(new ActivityView(store, this), 1);
 
+    notifiers_ = followOffers(store, [this] { updateButtons(); });
     notifiers_.push_back(store.snapshot().status.addNotifier([this] { statusChanged(); }));
-    notifiers_.push_back(store.changes().activity.addNotifier([this] { updateButtons(); }));
+    updateButtons();
     statusChanged();
 }
 
 void Toolbar::makeButtons(QHBoxLayout& row)
 {
-    struct Button {
-        QString title;
-        void (Toolbar::*signal)();
-    };
-    for (const Button& button : {Button{tr("Fetch"), &Toolbar::fetchRequested},
-                                 {tr("Pull"), &Toolbar::pullRequested},
-                                 {tr("Push"), &Toolbar::pushRequested},
-                                 {tr("Branch"), &Toolbar::branchRequested},
-                                 {tr("Stash"), &Toolbar::stashRequested}})
-    {
-        auto* made = new BarButton(button.title, this);
-        connect(made, &BarButton::clicked, this, button.signal);
-        if (button.signal == &Toolbar::branchRequested)
+    using enum CommandId;
+    for (const CommandId id : {fetch, pull, push, newBranch, stashChanges}) {
+        const Command& shown = command(id);
+        auto* const button = new BarButton(shown.buttonTitle(), this);
+        connect(button, &BarButton::clicked, this, [this, &shown] { shown.run(store_); });
+        if (id == newBranch)
             row.addSpacing(groupGap - 6);
-        row.addWidget(made);
-        buttons_.push_back(made);
+        row.addWidget(button);
+        buttons_[id] = button;
     }
-    pull_ = buttons_[1];
-    push_ = buttons_[2];
-    stash_ = buttons_[4];
 }
 
 void Toolbar::updateButtons()
 {
-    // The store drops an action that is asked for while another one runs.
-    const bool isIdle = !store_.changes().activity.value();
-    for (BarButton* button : buttons_)
-        button->setEnabled(isIdle);
-    stash_->setEnabled(isIdle && !store_.snapshot().status.value().files.empty());
+    for (const auto& [id, button] : buttons_) {
+        button->setEnabled(command(id).isOffered(store_));
+        button->setToolTip(command(id).whyNot(store_));
+    }
 }
 
 void Toolbar::statusChanged()
@@ -94,9 +84,8 @@ void Toolbar::statusChanged()
     const QString head = store_.snapshot().headDescription();
     branch_->setText(head);
     branch_->setToolTip(head);
-    pull_->setBadge(status.behind > 0 ? u"↓%1"_s.arg(status.behind) : QString());
-    push_->setBadge(status.ahead > 0 ? u"↑%1"_s.arg(status.ahead) : QString());
-    updateButtons();
+    buttons_[CommandId::pull]->setBadge(status.behind > 0 ? u"↓%1"_s.arg(status.behind) : QString());
+    buttons_[CommandId::push]->setBadge(status.ahead > 0 ? u"↑%1"_s.arg(status.ahead) : QString());
 }
 
 void Toolbar::paintEvent(QPaintEvent* event)

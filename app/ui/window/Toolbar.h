@@ -2,10 +2,12 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/ui/commands/Commands.h"
 
 #include <QProperty>
 #include <QWidget>
 
+#include <map>
 #include <vector>
 
 class QHBoxLayout;
@@ -15,21 +17,14 @@ namespace plovik {
 
 class BarButton;
 
-/// The row at the top of the repository window: the names of the repository and of the branch, buttons for the most
-/// frequent actions, and the running action. Main thread.
+/// The row at the top of the repository window: what is open, the commands that are used most, and what runs.
+/// Main thread.
 class Toolbar : public QWidget {
     Q_OBJECT
 
 public:
     /// `store` outlives the toolbar.
     explicit Toolbar(RepositoryStore& store, QWidget* parent = nullptr);
-
-Q_SIGNALS:
-    void fetchRequested();
-    void pullRequested();
-    void pushRequested();
-    void branchRequested();
-    void stashRequested();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -42,10 +37,7 @@ private:
     RepositoryStore& store_;
     QLabel* project_;
     QLabel* branch_;
-    std::vector<BarButton*> buttons_;
-    BarButton* pull_ = nullptr;
-    BarButton* push_ = nullptr;
-    BarButton* stash_ = nullptr;
+    std::map<CommandId, BarButton*> buttons_;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -2,6 +2,7 @@
 #include "app/ui/workingcopy/CommitBox.h"
 
 #include "app/settings/CommitDrafts.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/Theme.h"
 #include "app/ui/workingcopy/BodyField.h"
 #include "app/ui/workingcopy/MessageButtons.h"
@@ -28,11 +29,11 @@ constexpr std::chrono::milliseconds draftPause{300};
 
 CommitBox::CommitBox(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), subject_(new SubjectField(this)), body_(new BodyField),
-      amend_(new QCheckBox(tr("Amend"), this)), commit_(new QPushButton(tr("Commit"), this))
+      amend_(new QCheckBox(tr("Amend"), this)), commit_(new QPushButton(command(CommandId::commit).title(), this))
 {
     amend_->setAccessibleName(tr("Amend"));
     amend_->setToolTip(tr("Replace the last commit instead of adding one"));
-    commit_->setAccessibleName(tr("Commit"));
+    commit_->setAccessibleName(commit_->text());
     commit_->setProperty("primary", true);
     commit_->setFocusPolicy(Qt::TabFocus);
     QFont strong = commit_->font();
@@ -160,7 +161,7 @@ void CommitBox::activityChanged()
     subject_->setReadOnly(isCommitting_);
     body_->setReadOnly(isCommitting_);
     updateControls();
-    // The store empties the fields after the activity has ended.
+    // The store empties the fields after the change has ended.
     if (wasCommitting && !isCommitting_)
         QTimer::singleShot(0, this, &CommitBox::commitEnded);
 }
@@ -173,8 +174,9 @@ void CommitBox::commitEnded()
 
 QString CommitBox::whyNotCommit() const
 {
-    if (store_.changes().activity.value())
-        return *store_.changes().activity.value();
+    const Verb verb = store_.draft().amend.value() ? Verb::amend : Verb::commit;
+    if (const QString why = store_.changes().whyNot(verb); !why.isEmpty())
+        return why;
     if (store_.snapshot().status.value().stagedCount() == 0 && !store_.draft().amend.value())
         return tr("Nothing is staged");
     return tr("A commit needs a subject");
@@ -184,7 +186,9 @@ void CommitBox::updateControls()
 {
     const bool canCommit = store_.draft().canCommit();
     commit_->setEnabled(canCommit);
-    commit_->setToolTip(canCommit ? tr("Commit (Ctrl+Return)") : whyNotCommit());
+    commit_->setToolTip(
+        canCommit ? tr("Commit (%1)").arg(command(CommandId::commit).shortcut().toString(QKeySequence::NativeText))
+                  : whyNotCommit());
     amend_->setChecked(store_.draft().amend.value());
     amend_->setEnabled(!isCommitting_ &&
                        (store_.snapshot().status.value().hasCommits() || store_.draft().amend.value()));

@@ -2,6 +2,7 @@
 #include "app/ui/workingcopy/MessageButtons.h"
 
 #include "app/settings/Settings.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/Spinner.h"
 #include "app/ui/widgets/Theme.h"
@@ -24,7 +25,8 @@ QCoro::Task<> ignoringResult(QCoro::Task<bool> task) { co_await task; }
 void writeCommitMessage(RepositoryStore& store) { launch(ignoringResult(store.draft().generateCommitMessage())); }
 
 MessageButtons::MessageButtons(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), write_(new IconButton(Icon::sparkles, tr("Write Commit Message"), this)),
+    : QWidget(parent), store_(store),
+      write_(new IconButton(Icon::sparkles, command(CommandId::writeMessage).title(), this)),
       more_(new IconButton(Icon::next, tr("Commit Message Options"), this)), spinner_(new Spinner(this)),
       writing_(new QLabel(tr("Writing…"), this)), cancel_(new QPushButton(tr("Cancel"), this))
 {
@@ -72,10 +74,9 @@ void MessageButtons::showMenu()
 {
     auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const bool canWrite = write_->isEnabled();
-    menu->addAction(tr("Write Commit Message"), this, &MessageButtons::write)->setEnabled(canWrite);
-    menu->addAction(tr("Show What Is Sent…"), this, [this] { store_.window().showSheet(SentChangesSheet{}); })
-        ->setEnabled(canWrite);
+    const Command& writing = command(CommandId::writeMessage);
+    menu->addAction(writing.title(), this, &MessageButtons::write)->setEnabled(writing.isOffered(store_));
+    addCommand(*menu, store_, CommandId::showWhatIsSent);
     menu->popup(more_->mapToGlobal(QPoint(0, more_->height())));
 }
 

@@ -2,6 +2,7 @@
 #include "app/ui/workingcopy/WorkingCopyView.h"
 
 #include "app/store/actions/DesktopFiles.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/diff/WorkingDiffPane.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/ScrollKeeper.h"
@@ -62,8 +63,9 @@ QWidget* WorkingCopyView::makeFilesPane()
     column->addWidget(new StagingBar(store_, pane));
     column->addWidget(commitBox_);
     connect(commitBox_, &CommitBox::committed, this, &WorkingCopyView::committed);
-    for (const auto key : {Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter}) {
-        auto* commit = new QShortcut(QKeySequence(key), pane);
+    const QKeySequence onKeypad(Qt::CTRL | Qt::Key_Enter);
+    for (const QKeySequence& keys : {command(CommandId::commit).shortcut(), onKeypad}) {
+        auto* commit = new QShortcut(keys, pane);
         commit->setContext(Qt::WidgetWithChildrenShortcut);
         commit->setAutoRepeat(false);
         connect(commit, &QShortcut::activated, commitBox_, &CommitBox::commit);

@@ -1,0 +1,276 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commands/Commands.h"
+
+#include "app/settings/Settings.h"
+#include "app/store/actions/Remotes.h"
+#include "app/ui/commands/MainMenu.h"
+#include "app/ui/workingcopy/MessageButtons.h"
+
+#include <QCoreApplication>
+#include <QMenu>
+#include <QWidget>
+
+#include <iterator>
+#include <utility>
+
+namespace plovik {
+
+namespace {
+
+using Store = RepositoryStore;
+
+constexpr auto shifted = Qt::CTRL | Qt::SHIFT;
+
+QString translated(const char* text) { return QCoreApplication::translate("Commands", text); }
+
+void toggle(const Setting<bool>& setting) { Settings::shared().set(setting, !Settings::shared().value(setting)); }
+
+bool writesMessages() { return Settings::shared().value(settings::aiEnabled); }
+
+bool canWriteMessage(const Store& store)
+{
+    return !store.draft().generatingMessage.value() && store.snapshot().status.value().stagedCount() > 0;
+}
+
+bool canCancel(const Store& store)
+{
+    return !store.changes().running.value().empty() && !store.changes().isCancelling.value();
+}
+
+void writeMessageInView(Store& store)
+{
+    store.window().select(SidebarItem::workingCopy());
+    writeCommitMessage(store);
+}
+
+void toggleMaximized(QWidget& window)
+{
+    if (window.isMaximized())
+        window.showNormal();
+    else
+        window.showMaximized();
+}
+
+using enum CommandId;
+
+constexpr Command table[] = {
+    {.id = about, .name = QT_TRANSLATE_NOOP("Commands", "About Plovik"), .action = &MenuTarget::about},
+    {.id = checkForUpdates,
+     .name = QT_TRANSLATE_NOOP("Commands", "Check for Updates…"),
+     .action = &MenuTarget::checkForUpdates},
+    {.id = showSettings,
+     .name = QT_TRANSLATE_NOOP("Commands", "Settings…"),
+     .keys = Qt::CTRL | Qt::Key_Comma,
+     .action = &MenuTarget::showSettings},
+    {.id = hideAll,
+     .name = QT_TRANSLATE_NOOP("Commands", "Hide Plovik"),
+     .keys = Qt::CTRL | Qt::Key_H,
+     .action = &MenuTarget::hideAll},
+    {.id = showAll, .name = QT_TRANSLATE_NOOP("Commands", "Show All"), .action = &MenuTarget::showAll},
+    {.id = quit,
+     .name = QT_TRANSLATE_NOOP("Commands", "Quit Plovik"),
+     .keys = Qt::CTRL | Qt::Key_Q,
+     .action = &MenuTarget::quit},
+    {.id = openRepository,
+     .name = QT_TRANSLATE_NOOP("Commands", "Open Repository…"),
+     .keys = Qt::CTRL | Qt::Key_O,
+     .action = &MenuTarget::openDocument},
+    {.id = closeWindow,
+     .name = QT_TRANSLATE_NOOP("Commands", "Close Window"),
+     .keys = Qt::CTRL | Qt::Key_W,
+     .action = [](QWidget& window) { window.close(); }},
+    {.id = undo, .name = QT_TRANSLATE_NOOP("Commands", "Undo"), .keys = Qt::CTRL | Qt::Key_Z},
+    {.id = redo,
+     .name = QT_TRANSLATE_NOOP("Commands", "Redo"),
+     .keys = shifted | Qt::Key_Z,
+     .action = Command::FocusSlot{"redo()"}},
+    {.id = cut,
+     .name = QT_TRANSLATE_NOOP("Commands", "Cut"),
+     .keys = Qt::CTRL | Qt::Key_X,
+     .action = Command::FocusSlot{"cut()"}},
+    {.id = copy,
+     .name = QT_TRANSLATE_NOOP("Commands", "Copy"),
+     .keys = Qt::CTRL | Qt::Key_C,
+     .action = Command::FocusSlot{"copy()"}},
+    {.id = paste,
+     .name = QT_TRANSLATE_NOOP("Commands", "Paste"),
+     .keys = Qt::CTRL | Qt::Key_V,
+     .action = Command::FocusSlot{"paste()"}},
+    {.id = selectAll,
+     .name = QT_TRANSLATE_NOOP("Commands", "Select All"),
+     .keys = Qt::CTRL | Qt::Key_A,
+     .action = Command::FocusSlot{"selectAll()"}},
+    {.id = showWorkingCopy,
+     .name = QT_TRANSLATE_NOOP("Commands", "Working Copy"),
+     .keys = Qt::CTRL | Qt::Key_1,
+     .action = [](Store& store) { store.window().select(SidebarItem::workingCopy()); }},
+    {.id = showHistory,
+     .name = QT_TRANSLATE_NOOP("Commands", "History"),
+     .keys = Qt::CTRL | Qt::Key_2,
+     .action = [](Store& store) { store.window().select(SidebarItem::history()); }},
+    {.id = showStashes,
+     .name = QT_TRANSLATE_NOOP("Commands", "Stashes"),
+     .keys = Qt::CTRL | Qt::Key_3,
+     .action = [](Store& store) { store.window().select(SidebarItem::stashes()); }},
+    {.id = refresh,
+     .name = QT_TRANSLATE_NOOP("Commands", "Refresh"),
+     .keys = Qt::CTRL | Qt::Key_R,
+     .action = [](Store& store) { store.snapshot().refresh(RefreshScope::full); }},
+    {.id = fetch,
+     .name = QT_TRANSLATE_NOOP("Commands", "Fetch"),
+     .keys = shifted | Qt::Key_F,
+     .action = [](Store& store) { actions::fetch(store.actors()); },
+     .verb = Verb::fetch},
+    {.id = pull,
+     .name = QT_TRANSLATE_NOOP("Commands", "Pull"),
+     .keys = shifted | Qt::Key_P,
+     .action = [](Store& store) { actions::pull(store.actors()); },
+     .verb = Verb::pull},
+    {.id = push,
+     .name = QT_TRANSLATE_NOOP("Commands", "Push"),
+     .keys = shifted | Qt::Key_U, // P is Pull's
+     .action = [](Store& store) { actions::push(store.actors()); },
+     .verb = Verb::push},
+    {.id = cancelAction,
+     .name = QT_TRANSLATE_NOOP("Commands", "Cancel Action"),
+     .keys = Qt::CTRL | Qt::Key_Period,
+     .action = [](Store& store) { store.changes().cancelActivity(); },
+     .isPossible = canCancel},
+    {.id = newBranch,
+     .name = QT_TRANSLATE_NOOP("Commands", "New Branch…"),
+     .keys = shifted | Qt::Key_B,
+     .action = [](Store& store) { store.window().showSheet(NewBranchSheet{}); },
+     .verb = Verb::createBranch,
+     .buttonName = QT_TRANSLATE_NOOP("Commands", "Branch")},
+    {.id = stashChanges,
+     .name = QT_TRANSLATE_NOOP("Commands", "Stash Changes…"),
+     .keys = shifted | Qt::Key_S,
+     .action = [](Store& store) { store.window().showSheet(StashSheet{}); },
+     .verb = Verb::saveStash,
+     .isPossible = [](const Store& store) { return !store.snapshot().status.value().files.empty(); },
+     .buttonName = QT_TRANSLATE_NOOP("Commands", "Stash")},
+    {.id = writeMessage,
+     .name = QT_TRANSLATE_NOOP("Commands", "Write Commit Message"),
+     .keys = shifted | Qt::Key_M,
+     .action = writeMessageInView,
+     .isPossible = canWriteMessage,
+     .isThere = writesMessages},
+    {.id = showWhatIsSent,
+     .name = QT_TRANSLATE_NOOP("Commands", "Show What Is Sent…"),
+     .action = [](Store& store) { store.window().showSheet(SentChangesSheet{}); },
+     .isPossible = canWriteMessage,
+     .isThere = writesMessages},
+    {.id = back,
+     .name = QT_TRANSLATE_NOOP("Commands", "Back"),
+     .keys = Qt::ALT | Qt::Key_Left,
+     .action = [](Store& store) { store.trail().goBack(); },
+     .isPossible = [](const Store& store) { return store.trail().canGoBack.value(); }},
+    {.id = forward,
+     .name = QT_TRANSLATE_NOOP("Commands", "Forward"),
+     .keys = Qt::ALT | Qt::Key_Right,
+     .action = [](Store& store) { store.trail().goForward(); },
+     .isPossible = [](const Store& store) { return store.trail().canGoForward.value(); }},
+    {.id = goToCommit,
+     .name = QT_TRANSLATE_NOOP("Commands", "Go to Commit…"),
+     .keys = Qt::CTRL | Qt::Key_G,
+     .action = [](Store& store) { store.window().showSheet(GoToCommitSheet{}); },
+     .isPossible = [](const Store& store) { return store.snapshot().status.value().hasCommits(); }},
+    {.id = sideBySide,
+     .name = QT_TRANSLATE_NOOP("Commands", "Side by Side"),
+     .action = [](Store&) { toggle(settings::diffSideBySide); },
+     .isOn = [](const Store&) { return Settings::shared().value(settings::diffSideBySide); }},
+    {.id = ignoreWhiteSpace,
+     .name = QT_TRANSLATE_NOOP("Commands", "Ignore White Space"),
+     .action = [](Store&) { toggle(settings::diffIgnoresWhiteSpace); },
+     .isOn = [](const Store&) { return Settings::shared().value(settings::diffIgnoresWhiteSpace); }},
+    {.id = nextChange,
+     .name = QT_TRANSLATE_NOOP("Commands", "Next Change"),
+     .keys = Qt::Key_F7,
+     .action = Command::SightSlot{"nextChange()"}},
+    {.id = previousChange,
+     .name = QT_TRANSLATE_NOOP("Commands", "Previous Change"),
+     .keys = Qt::SHIFT | Qt::Key_F7,
+     .action = Command::SightSlot{"previousChange()"}},
+    {.id = commandLog,
+     .name = QT_TRANSLATE_NOOP("Commands", "Command Log"),
+     .keys = shifted | Qt::Key_L,
+     .action = [](Store& store) { store.window().showCommandLog(!store.window().showsCommandLog.value()); },
+     .isOn = [](const Store& store) { return store.window().showsCommandLog.value(); }},
+    {.id = minimize,
+     .name = QT_TRANSLATE_NOOP("Commands", "Minimize"),
+     .keys = Qt::CTRL | Qt::Key_M,
+     .action = [](QWidget& window) { window.showMinimized(); }},
+    {.id = zoom, .name = QT_TRANSLATE_NOOP("Commands", "Zoom"), .action = toggleMaximized},
+    {.id = bringAllToFront,
+     .name = QT_TRANSLATE_NOOP("Commands", "Bring All to Front"),
+     .action = &MenuTarget::bringAllToFront},
+    {.id = commit, .name = QT_TRANSLATE_NOOP("Commands", "Commit"), .keys = Qt::CTRL | Qt::Key_Return},
+};
+
+constexpr bool hasARowForEachId()
+{
+    for (std::size_t index = 0; index < std::size(table); ++index) {
+        if (table[index].id != static_cast<CommandId>(index))
+            return false;
+    }
+    return std::size(table) == static_cast<std::size_t>(commit) + 1;
+}
+static_assert(hasARowForEachId());
+
+/// Shows why an entry is disabled; a menu shows no tooltips by itself.
+void setOffered(QMenu& menu, QAction& action, bool isOffered, const QString& whyNot)
+{
+    menu.setToolTipsVisible(true);
+    action.setEnabled(isOffered);
+    action.setToolTip(whyNot);
+}
+
+} // namespace
+
+QString Command::title() const { return translated(name); }
+
+QString Command::buttonTitle() const { return translated(buttonName ? buttonName : name); }
+
+QKeySequence Command::shortcut() const { return keys == QKeyCombination() ? QKeySequence() : QKeySequence(keys); }
+
+bool Command::isOffered(const RepositoryStore& store) const
+{
+    return (!verb || store.changes().offers(*verb)) && (!isPossible || isPossible(store));
+}
+
+QString Command::whyNot(const RepositoryStore& store) const { return verb ? store.changes().whyNot(*verb) : QString(); }
+
+void Command::run(RepositoryStore& store) const { std::get<void (*)(RepositoryStore&)>(action)(store); }
+
+void Command::run(MenuTarget& application) const { (application.*std::get<void (MenuTarget::*)()>(action))(); }
+
+std::span<const Command> allCommands() { return table; }
+
+const Command& command(CommandId id) { return table[static_cast<std::size_t>(id)]; }
+
+std::vector<QPropertyNotifier> followOffers(const RepositoryStore& store, const std::function<void()>& changed)
+{
+    std::vector<QPropertyNotifier> notifiers;
+    const auto follow = [&](const auto&... fields) { (notifiers.push_back(fields.addNotifier(changed)), ...); };
+    follow(store.changes().running, store.changes().isCancelling, store.snapshot().status, store.trail().canGoBack,
+           store.trail().canGoForward, store.draft().generatingMessage, store.window().showsCommandLog);
+    return notifiers;
+}
+
+QAction* addCommand(QMenu& menu, RepositoryStore& store, CommandId id)
+{
+    const Command& added = command(id);
+    QAction* const action = menu.addAction(added.title(), &menu, [&store, &added] { added.run(store); });
+    setOffered(menu, *action, added.isOffered(store), added.whyNot(store));
+    return action;
+}
+
+QAction* addChange(QMenu& menu, const RepositoryStore& store, Verb verb, const QString& title,
+                   std::function<void()> run)
+{
+    QAction* const action = menu.addAction(title, &menu, std::move(run));
+    setOffered(menu, *action, store.changes().offers(verb), store.changes().whyNot(verb));
+    return action;
+}
+
+} // namespace plovik

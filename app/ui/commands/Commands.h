@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+
+#include <QKeySequence>
+#include <QProperty>
+#include <QString>
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <variant>
+#include <vector>
+
+class QAction;
+class QMenu;
+class QWidget;
+
+namespace plovik {
+
+class MenuTarget;
+
+enum class CommandId {
+    about,
+    checkForUpdates,
+    showSettings,
+    hideAll,
+    showAll,
+    quit,
+    openRepository,
+    closeWindow,
+    undo,
+    redo,
+    cut,
+    copy,
+    paste,
+    selectAll,
+    showWorkingCopy,
+    showHistory,
+    showStashes,
+    refresh,
+    fetch,
+    pull,
+    push,
+    cancelAction,
+    newBranch,
+    stashChanges,
+    writeMessage,
+    showWhatIsSent,
+    back,
+    forward,
+    goToCommit,
+    sideBySide,
+    ignoreWhiteSpace,
+    nextChange,
+    previousChange,
+    commandLog,
+    minimize,
+    zoom,
+    bringAllToFront,
+    commit,
+};
+
+/// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is
+/// constant; the functions are for the main thread.
+struct Command {
+    /// Names a slot of the widget with the focus, as text fields and lists have them.
+    struct FocusSlot {
+        const char* signature;
+    };
+    /// Names a slot of the widget with the focus, of one around it, or of one in sight.
+    struct SightSlot {
+        const char* signature;
+    };
+    /// Without an action the widget that shows the command carries it out.
+    using Action = std::variant<std::monostate, void (*)(RepositoryStore&), void (*)(QWidget& window),
+                                void (MenuTarget::*)(), FocusSlot, SightSlot>;
+
+    CommandId id;
+    const char* name; ///< untranslated, in the context "Commands"
+    QKeyCombination keys = {};
+    Action action = {};
+    std::optional<Verb> verb = {}; ///< the change that it begins
+    bool (*isPossible)(const RepositoryStore&) = nullptr;
+    bool (*isOn)(const RepositoryStore&) = nullptr; ///< of what can be switched on and off
+    bool (*isThere)() = nullptr;                    ///< of what the settings can hide
+    const char* buttonName = nullptr;               ///< a shorter name for a button
+
+    QString title() const;
+    QString buttonTitle() const;
+    /// Returns an empty sequence for a command without keys.
+    QKeySequence shortcut() const;
+    /// Whether the command does something now. It may change with what followOffers() follows.
+    bool isOffered(const RepositoryStore& store) const;
+    /// Returns a sentence that says which running change is in the way, or an empty string.
+    QString whyNot(const RepositoryStore& store) const;
+
+    /// Carries out a command of the store; of the others throws std::bad_variant_access.
+    void run(RepositoryStore& store) const;
+    /// Carries out a command of the application; of the others throws std::bad_variant_access.
+    void run(MenuTarget& application) const;
+};
+
+std::span<const Command> allCommands();
+const Command& command(CommandId id);
+
+/// Calls `changed` whenever a command may have become offered, or is so no longer, while the notifiers live.
+[[nodiscard]] std::vector<QPropertyNotifier> followOffers(const RepositoryStore& store,
+                                                          const std::function<void()>& changed);
+
+// For context menus, which show what is offered when they open.
+
+/// Adds a command of the store.
+QAction* addCommand(QMenu& menu, RepositoryStore& store, CommandId id);
+/// Adds an entry that begins a change of what the menu was opened for. It is disabled, with the reason as its tooltip,
+/// while the change is not offered.
+QAction* addChange(QMenu& menu, const RepositoryStore& store, Verb verb, const QString& title,
+                   std::function<void()> run);
+
+} // namespace plovik
