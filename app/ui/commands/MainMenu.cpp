@@ -21,8 +21,6 @@ namespace plovik::mainMenu {
 
 namespace {
 
-using enum CommandId;
-
 /// Nothing stands for a separator.
 using Entry = std::optional<CommandId>;
 constexpr std::nullopt_t line = std::nullopt;
@@ -34,6 +32,7 @@ struct Layout {
 
 std::vector<Layout> layouts()
 {
+    using enum CommandId;
     return {{QT_TRANSLATE_NOOP("Commands", "Plovik"),
              {about, checkForUpdates, line, showSettings, line, hideAll, showAll, line, quit}},
             {QT_TRANSLATE_NOOP("Commands", "File"), {openRepository, line, closeWindow}},

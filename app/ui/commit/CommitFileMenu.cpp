@@ -5,14 +5,21 @@
 #include "app/store/actions/DesktopFiles.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenu>
 
 #include <sys/stat.h>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::CommitFileMenu)
+};
+
+} // namespace
 
 InspectedFile inspectedFile(const gitkit::CommitDetail& commit, const gitkit::CommitFile& file, InspectedFile::Tab tab)
 {
@@ -39,17 +46,18 @@ QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& co
     };
     QAction* const open =
         menu->addAction(openTitle, menu, [&store, inTree] { actions::openInEditor(store.actors(), {inTree}); });
-    menu->addAction(u"Show Blame"_s, menu, inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
-    menu->addAction(u"Show File History"_s, menu, inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
+    menu->addAction(Texts::tr("Show Blame"), menu, inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
+    menu->addAction(Texts::tr("Show File History"), menu,
+                    inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
     menu->addSeparator();
-    menu->addAction(u"Copy Path"_s, menu,
+    menu->addAction(Texts::tr("Copy Path"), menu,
                     [path = shownText(file.path)] { QGuiApplication::clipboard()->setText(path); });
-    QAction* const reveal = menu->addAction(u"Reveal in File Browser"_s, menu,
+    QAction* const reveal = menu->addAction(Texts::tr("Reveal in File Browser"), menu,
                                             [&store, inTree] { actions::reveal(store.actors(), {inTree}); });
     if (!isInWorkingTree(store, file)) {
         for (QAction* const action : {open, reveal}) {
             action->setEnabled(false);
-            action->setToolTip(u"The file is not in the working tree now."_s);
+            action->setToolTip(Texts::tr("The file is not in the working tree now."));
         }
     }
     return menu;

@@ -7,16 +7,19 @@
 #include "app/ui/window/OperationText.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenu>
 
 #include <algorithm>
 
-using namespace Qt::StringLiterals;
-
 namespace plovik {
 
 namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::ChangedFilesMenu)
+};
 
 bool isGone(const gitkit::FileChange& file)
 {
@@ -31,19 +34,20 @@ void copyPaths(const Staging::Files& files)
     QGuiApplication::clipboard()->setText(paths.join(u'\n'));
 }
 
-/// Why a file's lines and history cannot be shown; empty when they can.
+/// Returns why a file's lines and history cannot be shown, or an empty string when they can.
 QString reasonAgainstInspecting(const RepositoryStore& store, const Staging::Files& files)
 {
     if (files.size() != 1)
-        return u"Select one file to look into."_s;
+        return Texts::tr("Select one file to look into.");
     const gitkit::FileChange& file = files.front();
     if (file.path.ends_with('/'))
-        return u"This is a folder."_s;
+        return Texts::tr("This is a folder.");
     if (file.isSubmodule)
-        return u"A submodule is a repository of its own."_s;
+        return Texts::tr("A submodule is a repository of its own.");
     if (file.isUntracked())
-        return u"Git does not know this file yet."_s;
-    return isGone(file) && !store.snapshot().status.value().oid ? u"Nothing has been committed yet."_s : QString();
+        return Texts::tr("Git does not know this file yet.");
+    return isGone(file) && !store.snapshot().status.value().oid ? Texts::tr("Nothing has been committed yet.")
+                                                                : QString();
 }
 
 void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
@@ -52,7 +56,7 @@ void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& fi
     const auto add = [&](const QString& title, InspectedFile::Tab tab) {
         QAction* const action = menu.addAction(title, &menu, [&store, file = files.front(), tab] {
             InspectedFile inspected{file.path, std::nullopt, tab};
-            // What is no longer there is shown as HEAD has it.
+            // A file that is gone is shown as it is in HEAD.
             if (isGone(file))
                 inspected.revision = store.snapshot().status.value().oid;
             store.window().inspect(std::move(inspected));
@@ -61,11 +65,11 @@ void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& fi
         if (!reason.isEmpty())
             action->setToolTip(reason);
     };
-    add(u"Show Blame"_s, InspectedFile::Tab::blame);
-    add(u"Show File History"_s, InspectedFile::Tab::history);
+    add(Texts::tr("Show Blame"), InspectedFile::Tab::blame);
+    add(Texts::tr("Show File History"), InspectedFile::Tab::history);
 }
 
-/// What ends a conflict, for those of the files that have one.
+/// Adds the commands that resolve a conflict, for the files that have one.
 void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
 {
     Staging::Files conflicted;
@@ -78,10 +82,10 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
             menu.addAction(title, &menu, [&store, conflicted, side] { store.staging().takeSide(conflicted, side); });
         action->setToolTip(operationText::side(store, side));
     };
-    add(u"Use Ours"_s, Side::ours);
-    add(u"Use Theirs"_s, Side::theirs);
-    menu.addAction(u"Mark Resolved"_s, &menu, [&store, conflicted] { store.staging().stage(conflicted); })
-        ->setToolTip(u"Stage what stands in the working copy"_s);
+    add(Texts::tr("Use Ours"), Side::ours);
+    add(Texts::tr("Use Theirs"), Side::theirs);
+    menu.addAction(Texts::tr("Mark Resolved"), &menu, [&store, conflicted] { store.staging().stage(conflicted); })
+        ->setToolTip(Texts::tr("Stage what stands in the working copy"));
     menu.addSeparator();
 }
 
@@ -98,18 +102,18 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
             [&store, state](const gitkit::FileChange& file) { return store.staging().shownStageState(file) == state; };
     };
     if (!std::ranges::all_of(files, stateIs(gitkit::StageState::full)))
-        menu->addAction(u"Stage"_s, menu, [&store, files] { store.staging().stage(files); });
+        menu->addAction(Texts::tr("Stage"), menu, [&store, files] { store.staging().stage(files); });
     if (!std::ranges::all_of(files, stateIs(gitkit::StageState::none)))
-        menu->addAction(u"Unstage"_s, menu, [&store, files] { store.staging().unstage(files); });
+        menu->addAction(Texts::tr("Unstage"), menu, [&store, files] { store.staging().unstage(files); });
     menu->addAction(Staging::discardTitle(files), menu, [&store, files] { store.staging().confirmDiscard(files); });
     menu->addSeparator();
     auto* open = menu->addAction(openTitle, menu, [&store, files] { actions::openInEditor(store.actors(), files); });
-    auto* reveal =
-        menu->addAction(u"Reveal in File Browser"_s, menu, [&store, files] { actions::reveal(store.actors(), files); });
+    auto* reveal = menu->addAction(Texts::tr("Reveal in File Browser"), menu,
+                                   [&store, files] { actions::reveal(store.actors(), files); });
     for (QAction* action : {open, reveal})
         action->setEnabled(!std::ranges::all_of(files, isGone));
     addInspection(*menu, store, files);
-    menu->addAction(u"Copy Path"_s, menu, [files] { copyPaths(files); });
+    menu->addAction(Texts::tr("Copy Path"), menu, [files] { copyPaths(files); });
     return menu;
 }
 

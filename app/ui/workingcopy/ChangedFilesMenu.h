@@ -8,8 +8,9 @@ class QWidget;
 
 namespace plovik {
 
-/// The context menu of `files`, which are not none. What it starts acts on these files even if the selection changes
-/// while it is open. `openTitle` names the editor. The caller owns the menu; `store` outlives it. Main thread.
+/// Returns the context menu of `files`, of which there is at least one. Its commands act on these files even if the
+/// selection changes while it is open. `openTitle` names the editor. The caller owns the menu; `store` outlives it.
+/// Main thread.
 QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files, const QString& openTitle,
                             QWidget* parent);
 
