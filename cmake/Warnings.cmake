@@ -5,8 +5,9 @@
 # more, and that must not stop a distribution's build.
 option(PLOVIK_WERROR "Treat warnings as errors" OFF)
 
+# A local name may be that of a constant in another source of the folder, so a unity build does not warn of shadows.
 add_library(plovik_warnings INTERFACE)
 target_compile_options(plovik_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${PLOVIK_WERROR}>:-Werror>)
+  -Wall -Wextra -Wpedantic -Wconversion $<$<NOT:$<BOOL:${PLOVIK_UNITY}>>:-Wshadow> $<$<BOOL:${PLOVIK_WERROR}>:-Werror>)
 # What Qt deprecated after 6.4 has no replacement in 6.4, which is the oldest that is supported.
 target_compile_definitions(plovik_warnings INTERFACE QT_WARN_DEPRECATED_UP_TO=0x060400)

@@ -12,6 +12,7 @@
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/parsers/NameStatusParser.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/StaleChange.h"
 #include "GitKit/runner/GitError.h"
@@ -24,8 +25,6 @@ namespace gitkit {
 namespace {
 
 using Arguments = std::vector<std::string>;
-
-const std::vector<std::pair<std::string, std::string>> literalPaths{{"GIT_LITERAL_PATHSPECS", "1"}};
 
 /// More lines than are shown, with room for headers. The bytes limit a file of a few endless lines.
 constexpr OutputLimit diffLimit{DiffParser::shownLines + 100, std::size_t{16} << 20};

@@ -8,6 +8,7 @@
 #include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
 
 namespace gitkit {
@@ -15,8 +16,6 @@ namespace gitkit {
 namespace {
 
 using Arguments = std::vector<std::string>;
-
-const std::vector<std::pair<std::string, std::string>> literalPaths{{"GIT_LITERAL_PATHSPECS", "1"}};
 
 /// Completes the paths of merges, which git lists without one: they get the path that the next newer commit leaves.
 void completePaths(std::vector<FileRevision>& revisions, const std::string& asked)

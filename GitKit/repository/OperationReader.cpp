@@ -21,12 +21,6 @@ constexpr std::uintmax_t longestMessage = std::uintmax_t{256} << 10;
 constexpr std::streamoff tailSize = 4096;
 constexpr int mostSteps = 10'000'000;
 
-bool isThere(const fs::path& path)
-{
-    std::error_code error;
-    return fs::exists(fs::symlink_status(path, error));
-}
-
 bool isFolder(const fs::path& path)
 {
     std::error_code error;
@@ -363,6 +357,12 @@ bool isScissors(std::string_view line)
 }
 
 } // namespace
+
+bool isThere(const fs::path& path)
+{
+    std::error_code error;
+    return fs::exists(fs::symlink_status(path, error));
+}
 
 std::optional<OperationInProgress> readOperation(const fs::path& gitDirectory)
 {

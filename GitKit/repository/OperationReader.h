@@ -16,6 +16,9 @@ namespace gitkit {
 /// many commits have been picked or reverted either, so `progress` counts only the remaining ones.
 std::optional<OperationInProgress> readOperation(const std::filesystem::path& gitDirectory);
 
+/// Returns whether something has this name, a link without a target included. Never throws.
+bool isThere(const std::filesystem::path& path);
+
 /// Returns the commit on which picking or reverting several commits began; nullopt when none is in progress.
 std::optional<std::string> sequenceStart(const std::filesystem::path& gitDirectory);
 

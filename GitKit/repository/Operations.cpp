@@ -79,12 +79,6 @@ std::optional<int> numberAfter(std::string_view text, std::string_view name)
     return error == std::errc() && number >= 0 ? std::optional(number) : std::nullopt;
 }
 
-bool isThere(const fs::path& path)
-{
-    std::error_code error;
-    return fs::exists(fs::symlink_status(path, error));
-}
-
 /// Returns when git wrote down where it stopped; nullopt when it wrote nothing.
 std::optional<fs::file_time_type> stopTime(const fs::path& gitDirectory)
 {

@@ -4,9 +4,13 @@
 #include "GitKit/runner/GitRunner.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gitkit {
+
+/// The environment in which git reads every path as it is, even if its name holds wildcards.
+inline const std::vector<std::pair<std::string, std::string>> literalPaths{{"GIT_LITERAL_PATHSPECS", "1"}};
 
 /// Runs a git command on exactly these paths, even if their names hold wildcards. Does nothing for an empty list, which
 /// git would read as all paths. A list that is too long for a command line goes to standard input, so that it is still

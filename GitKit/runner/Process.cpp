@@ -23,7 +23,7 @@ namespace gitkit {
 
 namespace {
 
-[[noreturn]] void fail(const std::string& what, int error)
+[[noreturn]] void failToStart(const std::string& what, int error)
 {
     throw LaunchError(LaunchError::Cause::other, what + ": " + std::generic_category().message(error));
 }
@@ -36,7 +36,7 @@ UniqueFd aboveStandard(UniqueFd fd)
         return fd;
     UniqueFd moved(::fcntl(fd.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
     if (!moved)
-        fail("Could not make room for a pipe to git", errno);
+        failToStart("Could not make room for a pipe to git", errno);
     return moved;
 }
 
@@ -49,7 +49,7 @@ Pipe makePipe()
 {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        fail("Could not open a pipe to git", errno);
+        failToStart("Could not open a pipe to git", errno);
     UniqueFd reading(ends[0]);
     UniqueFd writing(ends[1]);
     return {aboveStandard(std::move(reading)), aboveStandard(std::move(writing))};
@@ -76,7 +76,7 @@ private:
     static void check(int error)
     {
         if (error != 0)
-            fail("Could not prepare git's start", error);
+            failToStart("Could not prepare git's start", error);
     }
 
     posix_spawn_file_actions_t actions_{};
@@ -167,7 +167,7 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
         throw LaunchError(Cause::notPermitted, "You do not have permission to run “" + program + "”.");
     if (error == E2BIG)
         throw LaunchError(Cause::other, "The command is too long for git to be started with it.");
-    fail("Could not start “" + program + "”", error);
+    failToStart("Could not start “" + program + "”", error);
 }
 
 /// The child's ends of its three streams. This process closes them as soon as the child has them.
@@ -218,7 +218,7 @@ GitOutput runProcess(const ProcessRequest& request)
 
     const UniqueFd childEnded(::pidfd_open(child.pid(), 0));
     if (!childEnded)
-        fail("Could not watch git", errno);
+        failToStart("Could not watch git", errno);
     const ExchangeEnd end =
         exchange(request, child.pid(), childEnded,
                  {std::move(inputPipe.writing), std::move(outputPipe.reading), std::move(errorPipe.reading)}, result);

@@ -19,7 +19,7 @@ namespace gitkit {
 
 namespace {
 
-[[noreturn]] void fail(const std::string& what, int error)
+[[noreturn]] void failToExchange(const std::string& what, int error)
 {
     throw LaunchError(LaunchError::Cause::other, what + ": " + std::generic_category().message(error));
 }
@@ -166,7 +166,7 @@ public:
             return;
         event_ = UniqueFd(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
         if (!event_)
-            fail("Could not prepare git's end", errno);
+            failToExchange("Could not prepare git's end", errno);
         callback_.emplace(stop, Signal{event_.get()});
     }
 
@@ -251,7 +251,7 @@ private:
         if (::poll(watched.data(), watched.size(), grace.timeout()) < 0) {
             if (errno == EINTR)
                 return false;
-            fail("Could not wait for git", errno);
+            failToExchange("Could not wait for git", errno);
         }
         if (watched[0].revents != 0)
             return true;

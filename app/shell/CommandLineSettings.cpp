@@ -14,21 +14,21 @@ namespace {
 
 using Offer = CommandLineState::Offer;
 
-struct Text {
+struct ToolText {
     Q_DECLARE_TR_FUNCTIONS(CommandLineSettings)
 };
 
 CommandLineState stateOf(const CommandLineTool& tool)
 {
     if (!tool.bundled())
-        return {.statement = Text::tr("Only an installed Plovik contains the command line tool."), .path = {}};
+        return {.statement = ToolText::tr("Only an installed Plovik contains the command line tool."), .path = {}};
     if (const auto packaged = tool.packaged())
-        return {.statement = Text::tr("Installed with Plovik, where terminals find it"), .path = *packaged};
+        return {.statement = ToolText::tr("Installed with Plovik, where terminals find it"), .path = *packaged};
     const auto link = tool.installation();
     if (!link)
-        return {.statement = Text::tr("Not installed"), .path = {}, .offer = Offer::install};
+        return {.statement = ToolText::tr("Not installed"), .path = {}, .offer = Offer::install};
     if (link->isCurrent)
-        return {.statement = Text::tr("Installed at"), .path = link->path, .offer = Offer::reveal};
+        return {.statement = ToolText::tr("Installed at"), .path = link->path, .offer = Offer::reveal};
     return {.statement = CommandLineTool::staleDescription(*link),
             .path = link->target.value_or(link->path),
             .offer = Offer::update};

@@ -20,7 +20,7 @@ namespace plovik::externalEditor {
 
 namespace {
 
-struct Text {
+struct EditorText {
     Q_DECLARE_TR_FUNCTIONS(ExternalEditor)
 };
 
@@ -79,19 +79,20 @@ std::optional<App> app(const QString& path) { return path.isEmpty() ? std::nullo
 QString menuTitle(const QString& path)
 {
     const std::optional<App> chosen = app(path);
-    return chosen ? Text::tr("Open in %1").arg(shownText(chosen->name)) : Text::tr("Open in Default Editor");
+    return chosen ? EditorText::tr("Open in %1").arg(shownText(chosen->name))
+                  : EditorText::tr("Open in Default Editor");
 }
 
 QString menuTitle() { return menuTitle(chosenPath()); }
 
 void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
 {
-    auto* const panel =
-        new QFileDialog(parent, Text::tr("Choose an application"), shownText(editors::applicationsFolder().string()),
-                        Text::tr("Applications (%1)").arg(shownText(editors::applicationPattern())));
+    auto* const panel = new QFileDialog(
+        parent, EditorText::tr("Choose an application"), shownText(editors::applicationsFolder().string()),
+        EditorText::tr("Applications (%1)").arg(shownText(editors::applicationPattern())));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::ExistingFile);
-    panel->setLabelText(QFileDialog::Accept, Text::tr("Choose"));
+    panel->setLabelText(QFileDialog::Accept, EditorText::tr("Choose"));
     QObject::connect(panel, &QFileDialog::fileSelected, panel, [chosen = std::move(chosen)](const QString& path) {
         if (std::optional<App> picked = app(path))
             chosen(*std::move(picked));

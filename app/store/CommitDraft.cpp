@@ -20,7 +20,7 @@ using gitkit::GitRepository;
 
 namespace {
 
-bool isBlank(QChar character) { return character == u' ' || character == u'\t'; }
+bool isSpaceOrTab(QChar character) { return character == u' ' || character == u'\t'; }
 
 } // namespace
 
@@ -95,7 +95,7 @@ void CommitDraft::showPrepared(const QString& message)
 bool CommitDraft::canCommit() const
 {
     const QString& subject = commitSubject.value();
-    const bool hasSubject = !std::all_of(subject.begin(), subject.end(), isBlank);
+    const bool hasSubject = !std::all_of(subject.begin(), subject.end(), isSpaceOrTab);
     const bool hasSomething = snapshot_.status.value().stagedCount() >= 1 || amend.value();
     return hasSubject && hasSomething && changes_.offers(amend.value() ? Verb::amend : Verb::commit);
 }

@@ -32,8 +32,8 @@ using namespace Qt::StringLiterals;
 namespace plovik {
 namespace {
 
+using gitkit::CommitKind;
 using gitkit::GitRepository;
-using Kind = gitkit::CommitKind;
 using test::entries;
 using test::entry;
 using test::named;
@@ -76,7 +76,7 @@ struct CommitDetailTest : testing::Test {
         worker.finishAll();
     }
 
-    std::unique_ptr<CommitDetailView> show(Kind kind)
+    std::unique_ptr<CommitDetailView> show(CommitKind kind)
     {
         auto view = std::make_unique<CommitDetailView>(store, kind);
         view->resize(1000, 500);
@@ -134,7 +134,7 @@ TEST_F(CommitDetailTest, ListsTheFilesOfACommitAndShowsTheDiffOfTheCurrentOne)
     repo.write("a", "1\n").write("b", "1\n").commit("one").write("a", "2\n").git({"mv", "b", "c"}).commit("two");
     load();
     store.window().selectCommit(store.history().history.value()[0].commit.hash);
-    const auto view = show(Kind::ordinary);
+    const auto view = show(CommitKind::ordinary);
     EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"c"_s}));
     EXPECT_TRUE(says(*view, u"2 files changed"_s));
     EXPECT_TRUE(shownDiff(*view).startsWith(u"Diff: "_s));
@@ -151,7 +151,7 @@ TEST_F(CommitDetailTest, TheCommitSelectedLastWinsAndAClosedViewIsNotTouched)
 {
     repo.write("a", "1\n").commit("one\n\nfirst").write("b", "2\n").commit("two").write("c", "3\n").commit("three");
     load();
-    auto view = show(Kind::ordinary);
+    auto view = show(CommitKind::ordinary);
     EXPECT_TRUE(says(*view, u"No Commit Selected"_s));
     std::string oldest;
     for (const HistoryRow& row : store.history().history.value()) {
@@ -189,7 +189,7 @@ TEST_F(CommitDetailTest, SaysWhatAMergeIsComparedWithAndThatAnEmptyCommitIsEmpty
     repo.git({"checkout", "-q", "side"}).write("c", "1\n").commit("three").git({"checkout", "-q", "main"});
     repo.git({"merge", "-q", "--no-ff", "-m", "merge", "side"}).git({"commit", "-q", "--allow-empty", "-m", "empty"});
     load();
-    const auto view = show(Kind::ordinary);
+    const auto view = show(CommitKind::ordinary);
     select(repo.read({"rev-parse", "HEAD~1"}));
     EXPECT_EQ(paths(*view), QStringList{u"c"_s});
     EXPECT_TRUE(says(*view, u"1 file changed against the first parent"_s));
@@ -207,7 +207,7 @@ TEST_F(CommitDetailTest, TellsWhoMadeTheCommitAndCopiesItsHash)
     repo.git({"tag", "-a", "-m", "release", "v1"});
     repo.write("a", "2\n").git({"commit", "-aqm", "two", "--author=A&amp;B <ada@x>"});
     load();
-    const auto view = show(Kind::ordinary);
+    const auto view = show(CommitKind::ordinary);
     select(repo.head());
     EXPECT_TRUE(says(*view, u"A&amp;B <ada@x>"_s)) << told(*view).toStdString();
     EXPECT_TRUE(says(*view, u"Committed by Charles · "_s)) << told(*view).toStdString();
@@ -241,7 +241,7 @@ TEST_F(CommitDetailTest, LinksLeadToTheWebAndToCommitsAndNowhereElse)
                 "file:///etc/passwd javascript:alert(1) https://example.org/x. mailto:a@b.c");
     load();
     OpenedLinks web;
-    const auto view = show(Kind::ordinary);
+    const auto view = show(CommitKind::ordinary);
     select(repo.head());
     auto* const text = view->findChild<QTextBrowser*>();
     EXPECT_TRUE(message(*view).contains(u"<b>fixes</b>"_s)) << "never markup";
@@ -290,7 +290,7 @@ TEST_F(CommitDetailTest, AMessageOfAnySizeIsCutBeforeItHoldsUpTheWindow)
     repo.write("a", "1\n").git({"add", "."}).git({"commit", "-q", "-F", "-"}, lines);
     repo.write("a", "2\n").git({"add", "."}).git({"commit", "-q", "-F", "-"}, std::string(1 << 20, 'x'));
     load();
-    const auto view = show(Kind::ordinary);
+    const auto view = show(CommitKind::ordinary);
     for (const char* commit : {"HEAD", "HEAD^"}) {
         QElapsedTimer timer;
         timer.start();
@@ -306,7 +306,7 @@ TEST_F(CommitDetailTest, CountsLinesWithoutHoldingUpTheFiles)
     repo.write("a", "1\n").write("b", "1\n").commit("one");
     repo.write("a", "2\n3\n").write("b", std::string("\0", 1)).commit("two");
     load();
-    const auto view = show(Kind::ordinary);
+    const auto view = show(CommitKind::ordinary);
     store.window().selectCommit(repo.head());
     worker.finish();
     EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"b"_s}));
@@ -329,9 +329,9 @@ TEST_F(CommitDetailTest, AFileIsOpenedInspectedAndCopiedFromItsRow)
 {
     repo.write("a", "1\n").write("gone", "1\n").commit("one").write("a", "2\n").remove("gone").commit("two");
     load();
-    const auto view = show(Kind::ordinary);
+    const auto view = show(CommitKind::ordinary);
     select(repo.head());
-    const gitkit::CommitDetail detail = repo.repository().commitDetail(repo.head(), Kind::ordinary);
+    const gitkit::CommitDetail detail = repo.repository().commitDetail(repo.head(), CommitKind::ordinary);
     const auto menuOf = [&](std::size_t file) {
         return std::unique_ptr<QMenu>(
             makeCommitFileMenu(store, detail, detail.files.at(file), u"Open in Code"_s, nullptr));
@@ -376,13 +376,13 @@ TEST_F(CommitDetailTest, AStashTellsWhatItWasMadeOnAndShowsItsUntrackedFilesToo)
     repo.write("a", "1\n").commit("one").write("a", "2\n").write("new", "n\n");
     repo.git({"stash", "push", "-q", "--include-untracked", "-m", "Half of it"});
     load();
-    const auto view = show(Kind::stash);
+    const auto view = show(CommitKind::stash);
     EXPECT_EQ(message(*view), u"On main: Half of it"_s);
     EXPECT_TRUE(says(*view, u"Made on main at "_s + QString::fromStdString(shortHash(repo.head()))));
     EXPECT_EQ(paths(*view), (QStringList{u"a"_s, u"new"_s}));
     EXPECT_TRUE(says(*view, u"2 files changed, 1 untracked"_s));
     const gitkit::CommitDetail detail =
-        repo.repository().commitDetail(*store.window().selectedStash.value(), Kind::stash);
+        repo.repository().commitDetail(*store.window().selectedStash.value(), CommitKind::stash);
     EXPECT_EQ(inspectedFile(detail, detail.files.at(1), InspectedFile::Tab::blame).revision, detail.parents.at(2));
     EXPECT_EQ(view->findChild<CommitFilesList*>()->model()->index(1, 0).data(Qt::AccessibleDescriptionRole),
               u"Untracked, 1 added, 0 removed"_s);
@@ -394,7 +394,7 @@ TEST_F(CommitDetailTest, AStashDroppedWhileItIsShownGivesWayWithoutAnAlert)
     repo.write("a", "1\n").commit("one").write("a", "2\n").git({"stash", "push", "-q"});
     repo.write("a", "3\n").git({"stash", "push", "-q"});
     load();
-    const auto view = show(Kind::stash);
+    const auto view = show(CommitKind::stash);
     const std::string newest = *store.window().selectedStash.value();
     const std::string older = store.snapshot().stashes.value()[1].hash;
     store.window().selectStash(older);

@@ -8,10 +8,10 @@ namespace plovik {
 namespace {
 
 using namespace Qt::StringLiterals;
-using Verb = DiffAction::Verb;
+using ActionVerb = DiffAction::Verb;
 using Part = DiffAction::Part;
 using Use = DiffContent::Use;
-using Kind = gitkit::DiffSection::Kind;
+using SectionKind = gitkit::DiffSection::Kind;
 
 /// The old file of `twoHunks`, of 45 lines: 16 are left out between the hunks, and 24 behind them.
 std::string oldFile(const std::string& ending = "\n")
@@ -48,7 +48,7 @@ TEST_F(DiffMoreTest, ShowsWhatTheDiffLeavesOut)
     view.resize(700, 200);
     show({contentOf(twoHunks)});
     EXPECT_EQ(rows(), 10);
-    view.setTexts(Kind::unstaged, textsOf(oldFile()));
+    view.setTexts(SectionKind::unstaged, textsOf(oldFile()));
     ASSERT_EQ(rows(), 11);
     EXPECT_EQ(text(10), u"24 more lines"_s);
     click(inGutter(8));
@@ -79,8 +79,8 @@ TEST_F(DiffMoreTest, ShowsWhatTheDiffLeavesOut)
     press(Qt::Key_S);
     drag(inGutter(1), inGutter(35));
     press(Qt::Key_S);
-    EXPECT_EQ(asked,
-              (std::vector<DiffAction>{{Verb::stage, Part::hunk, {8}}, {Verb::stage, Part::lines, {2, 3, 4, 8}}}));
+    EXPECT_EQ(asked, (std::vector<DiffAction>{{ActionVerb::stage, Part::hunk, {8}},
+                                              {ActionVerb::stage, Part::lines, {2, 3, 4, 8}}}));
     show({contentOf(twoHunks + "\\ No newline at end of file\n")}, DiffPlace::kept);
     EXPECT_EQ(rows(), 11);
 }
@@ -88,7 +88,7 @@ TEST_F(DiffMoreTest, ShowsWhatTheDiffLeavesOut)
 TEST_F(DiffMoreTest, ShowsTheWholeFileAndTheChangesAgain)
 {
     show({contentOf(twoHunks, Use::read), contentOf(twoHunks, Use::read, u"Staged"_s)});
-    view.setTexts(Kind::unstaged, textsOf(oldFile()));
+    view.setTexts(SectionKind::unstaged, textsOf(oldFile()));
     view.verticalScrollBar()->setValue(section().rowRect(6).top() - 40);
     const int before = heightInSight(8);
     controller().setCurrentRow(8);
@@ -97,7 +97,7 @@ TEST_F(DiffMoreTest, ShowsTheWholeFileAndTheChangesAgain)
     EXPECT_EQ(text(1), u"a"_s);
     EXPECT_EQ(text(48), u"l45"_s);
     EXPECT_EQ(heightInSight(rowOf(u"y"_s)), before);
-    view.setTexts(Kind::staged, textsOf(oldFile())); // what comes late is shown whole, too
+    view.setTexts(SectionKind::staged, textsOf(oldFile())); // what comes late is shown whole, too
     EXPECT_EQ(controller(1).diff().document().rowCount(), 49);
     EXPECT_EQ(heightInSight(rowOf(u"y"_s)), before);
     view.setShowsWholeFile(false);
@@ -108,7 +108,7 @@ TEST_F(DiffMoreTest, ShowsTheWholeFileAndTheChangesAgain)
     view.setShowsWholeFile(true);
     const std::string other = std::string(diffHeader) + "@@ -1,1 +1,1 @@\n-a\n+A\n";
     show({contentOf(other, Use::read), contentOf(twoHunks, Use::read, u"Staged"_s)}, DiffPlace::kept);
-    view.setTexts(Kind::unstaged, textsOf(oldFile()));
+    view.setTexts(SectionKind::unstaged, textsOf(oldFile()));
     EXPECT_EQ(heightInSight(rowOf(u"l22"_s)), before);
 }
 
@@ -180,7 +180,7 @@ TEST_F(SideBySideTest, SelectsAndCopiesOneSide)
     view.setLayout(DiffLayout::sideBySide);
     EXPECT_EQ(controller().selectedChanges(), (std::set<int>{2, 4}));
     press(Qt::Key_Return);
-    EXPECT_EQ(asked, (std::vector<DiffAction>{{Verb::stage, Part::lines, {2, 4}}}));
+    EXPECT_EQ(asked, (std::vector<DiffAction>{{ActionVerb::stage, Part::lines, {2, 4}}}));
 
     // From the new side over to the old one: what is copied is of the new file.
     const QPoint acrossTheMiddle{section().places().metrics().codeLeft + 1, section().rowRect(7).center().y()};
@@ -211,7 +211,7 @@ TEST_F(SideBySideTest, IsWorkedWithTheKeyboard)
     press(Qt::Key_Up);
     press(Qt::Key_Up);
     EXPECT_EQ(controller().currentRow(), 2);
-    view.setTexts(Kind::unstaged, textsOf(oldFile()));
+    view.setTexts(SectionKind::unstaged, textsOf(oldFile()));
     press(Qt::Key_Down, Qt::ControlModifier);
     EXPECT_EQ(section().rowRect(rowOf(u"l13"_s)).bottom() + 1,
               section().rowRect(rowOf(u"@@ -20,2 +21,3 @@ two"_s)).top());

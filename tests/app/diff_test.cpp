@@ -13,7 +13,7 @@ namespace plovik {
 namespace {
 
 using namespace Qt::StringLiterals;
-using Verb = DiffAction::Verb;
+using ActionVerb = DiffAction::Verb;
 using Part = DiffAction::Part;
 using Use = DiffContent::Use;
 
@@ -71,10 +71,10 @@ TEST_F(DiffViewTest, IsWorkedWithTheKeyboard)
     press(Qt::Key_Up);
     press(Qt::Key_Space);
     press(Qt::Key_Backspace);
-    EXPECT_EQ(asked, (std::vector<DiffAction>{{Verb::stage, Part::hunk, {2, 3, 4}},
-                                              {Verb::discard, Part::hunk, {8}},
-                                              {Verb::stage, Part::lines, {2, 3}},
-                                              {Verb::discard, Part::lines, {8}}}));
+    EXPECT_EQ(asked, (std::vector<DiffAction>{{ActionVerb::stage, Part::hunk, {2, 3, 4}},
+                                              {ActionVerb::discard, Part::hunk, {8}},
+                                              {ActionVerb::stage, Part::lines, {2, 3}},
+                                              {ActionVerb::discard, Part::lines, {8}}}));
     press(Qt::Key_N); // there is no further hunk here
     EXPECT_EQ(controller(1).currentRow(), 0);
     asked.clear();
@@ -82,8 +82,8 @@ TEST_F(DiffViewTest, IsWorkedWithTheKeyboard)
     QApplication::sendEvent(&section(1), &key);
     QKeyEvent removal(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
     QApplication::sendEvent(&section(1), &removal);
-    EXPECT_EQ(asked,
-              (std::vector<DiffAction>{{Verb::unstage, Part::hunk, {2, 3, 4}}})); // staged lines are not discarded
+    EXPECT_EQ(asked, (std::vector<DiffAction>{
+                         {ActionVerb::unstage, Part::hunk, {2, 3, 4}}})); // staged lines are not discarded
 }
 
 TEST_F(DiffViewTest, OffersButtonsForTheHunkAndTheLinesAtHand)
@@ -95,7 +95,7 @@ TEST_F(DiffViewTest, OffersButtonsForTheHunkAndTheLinesAtHand)
     const QPoint drawn = button(u"Stage Hunk"_s)->geometry().center() +
                          QPoint(0, section().rowRect(6).top() - section().rowRect(0).top());
     click(drawn); // on a touch screen nothing hovers first
-    EXPECT_EQ(std::exchange(asked, {}), (std::vector<DiffAction>{{Verb::stage, Part::hunk, {8}}}));
+    EXPECT_EQ(std::exchange(asked, {}), (std::vector<DiffAction>{{ActionVerb::stage, Part::hunk, {8}}}));
     hover(inCode(1, 0));
     hover(inCode(8, 0));
     EXPECT_TRUE(section().rowRect(6).contains(button(u"Stage Hunk"_s)->geometry()));
@@ -106,10 +106,10 @@ TEST_F(DiffViewTest, OffersButtonsForTheHunkAndTheLinesAtHand)
     EXPECT_EQ(button(u"Stage Lines"_s)->text(), u"Stage 2 Lines"_s);
     button(u"Stage Lines"_s)->click();
     button(u"Discard Lines…"_s)->click();
-    EXPECT_EQ(asked, (std::vector<DiffAction>{{Verb::stage, Part::hunk, {8}},
-                                              {Verb::stage, Part::all, {2, 3, 4, 8}},
-                                              {Verb::stage, Part::lines, {3, 4}},
-                                              {Verb::discard, Part::lines, {3, 4}}}));
+    EXPECT_EQ(asked, (std::vector<DiffAction>{{ActionVerb::stage, Part::hunk, {8}},
+                                              {ActionVerb::stage, Part::all, {2, 3, 4, 8}},
+                                              {ActionVerb::stage, Part::lines, {3, 4}},
+                                              {ActionVerb::discard, Part::lines, {3, 4}}}));
     view.setActionsAvailable(false);
     EXPECT_FALSE(button(u"Stage Lines"_s)->isEnabled());
     press(Qt::Key_S);
@@ -135,7 +135,7 @@ TEST_F(DiffViewTest, ItsMenuMeansTheHunkItWasOpenedFor)
     hover(inCode(1, 0));
     show({contentOf(twoHunks), staged}, DiffPlace::kept);
     test::entry(*menu, u"Discard Hunk…"_s)->trigger();
-    EXPECT_EQ(std::exchange(asked, {}), (std::vector<DiffAction>{{Verb::discard, Part::hunk, {8}}}));
+    EXPECT_EQ(std::exchange(asked, {}), (std::vector<DiffAction>{{ActionVerb::discard, Part::hunk, {8}}}));
     // In another diff, another change may stand in the same place.
     show({contentOf(twoHunks + "+more\n"), staged}, DiffPlace::kept);
     EXPECT_FALSE(menu && menu->isVisible());

@@ -34,7 +34,7 @@ namespace {
 
 using test::named;
 using test::waitUntil;
-using Kind = PromptText::Kind;
+using PromptKind = PromptText::Kind;
 constexpr std::chrono::seconds patience{60};
 
 PromptText read(const std::string& text, SignInKind kind = SignInKind::answer, const std::string& destination = {})
@@ -51,32 +51,34 @@ PromptText read(const std::string& text, SignInKind kind = SignInKind::answer, c
 TEST(PromptTexts, AreReadAsGitAndSshWriteThem)
 {
     const QString host = u"https://example.org:8443/"_s;
-    EXPECT_EQ(read("Username for 'https://example.org:8443/': "), (PromptText{.kind = Kind::userName, .host = host}));
+    EXPECT_EQ(read("Username for 'https://example.org:8443/': "),
+              (PromptText{.kind = PromptKind::userName, .host = host}));
     EXPECT_EQ(read("Password for 'https://ada%40home@example.org:8443/': "),
-              (PromptText{.kind = Kind::password, .host = host, .user = u"ada@home"_s}));
+              (PromptText{.kind = PromptKind::password, .host = host, .user = u"ada@home"_s}));
     EXPECT_EQ(read("Password for 'https://" + std::string(40, 't') + ":secret@example.org:8443/?key=secret': "),
-              (PromptText{.kind = Kind::password, .host = host}));
-    EXPECT_EQ(read("Enter passphrase for key '/home/ada/.ssh/my id': ", SignInKind::answer, "git@example.org"),
-              (PromptText{.kind = Kind::passphrase, .host = u"git@example.org"_s, .key = u"/home/ada/.ssh/my id"_s}));
-    const PromptText account{.kind = Kind::password, .host = u"example.org"_s, .user = u"Ada"_s};
+              (PromptText{.kind = PromptKind::password, .host = host}));
+    EXPECT_EQ(
+        read("Enter passphrase for key '/home/ada/.ssh/my id': ", SignInKind::answer, "git@example.org"),
+        (PromptText{.kind = PromptKind::passphrase, .host = u"git@example.org"_s, .key = u"/home/ada/.ssh/my id"_s}));
+    const PromptText account{.kind = PromptKind::password, .host = u"example.org"_s, .user = u"Ada"_s};
     EXPECT_EQ(read("Ada@example.org's password: ", SignInKind::answer, "work"), account);
     EXPECT_EQ(read("(Ada@example.org) Password: "), account);
     EXPECT_EQ(read("Enter PIN for ED25519-SK key /k: "),
-              (PromptText{.kind = Kind::pin, .key = u"ED25519-SK key /k"_s}));
+              (PromptText{.kind = PromptKind::pin, .key = u"ED25519-SK key /k"_s}));
     EXPECT_EQ(read("Confirm user presence for key ED25519-SK SHA256:abc", SignInKind::notice),
-              (PromptText{.kind = Kind::touch, .key = u"ED25519-SK SHA256:abc"_s}));
+              (PromptText{.kind = PromptKind::touch, .key = u"ED25519-SK SHA256:abc"_s}));
     EXPECT_EQ(read("The authenticity of host '[example.org]:22 ([1.2.3.4]:22)' can't be established.\n"
                    "ED25519 key fingerprint is SHA256:a.b/c+d.\nThis key is not known by any other names.\n"
                    "Are you sure you want to continue connecting (yes/no/[fingerprint])? "),
-              (PromptText{.kind = Kind::unknownHost,
+              (PromptText{.kind = PromptKind::unknownHost,
                           .host = u"[example.org]:22"_s,
                           .keyType = u"ED25519"_s,
                           .fingerprint = u"SHA256:a.b/c+d"_s}));
-    EXPECT_EQ(read("Allow it?", SignInKind::permission).kind, Kind::permission);
-    EXPECT_EQ(read("Accept updated hostkeys? (yes/no): ").kind, Kind::permission);
-    EXPECT_EQ(read("Login name:").kind, Kind::text);
-    EXPECT_EQ(read("Password for user name ada:").kind, Kind::secret);
-    EXPECT_EQ(read("(ada@example.org) Verification code: ").kind, Kind::secret);
+    EXPECT_EQ(read("Allow it?", SignInKind::permission).kind, PromptKind::permission);
+    EXPECT_EQ(read("Accept updated hostkeys? (yes/no): ").kind, PromptKind::permission);
+    EXPECT_EQ(read("Login name:").kind, PromptKind::text);
+    EXPECT_EQ(read("Password for user name ada:").kind, PromptKind::secret);
+    EXPECT_EQ(read("(ada@example.org) Verification code: ").kind, PromptKind::secret);
 
     SignInPrompt prompt;
     prompt.text = "\x1b[2J\xe2\x80\xae<b>" + std::string(100'000, 'x') + "\a\xff" + std::string(900, '\n') + "Code?";

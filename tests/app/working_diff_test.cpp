@@ -19,7 +19,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-std::string lines(int from, int to)
+std::string numberedLines(int from, int to)
 {
     std::string text;
     for (int line = from; line < to; ++line)
@@ -31,8 +31,8 @@ class WorkingDiffTest : public testing::Test {
 protected:
     WorkingDiffTest()
     {
-        repo.write("a", lines(0, 200)).write("b", "b\n").commit("one");
-        repo.write("a", "first\n" + lines(0, 100) + "middle\n" + lines(100, 200) + "last\n");
+        repo.write("a", numberedLines(0, 200)).write("b", "b\n").commit("one");
+        repo.write("a", "first\n" + numberedLines(0, 100) + "middle\n" + numberedLines(100, 200) + "last\n");
         repo.write("b", "changed\n").write("new", "1\n2\n3\n");
         refresh();
         pane.resize(600, 300);
@@ -90,7 +90,7 @@ TEST_F(WorkingDiffTest, StagesUnstagesAndDiscardsParts)
     select({"a"});
     ASSERT_EQ(names(), QStringList{u"Unstaged Diff"_s});
     press(u"Stage Hunk"_s);
-    EXPECT_EQ(repo.read({"show", ":a"}) + "\n", "first\n" + lines(0, 200));
+    EXPECT_EQ(repo.read({"show", ":a"}) + "\n", "first\n" + numberedLines(0, 200));
     EXPECT_EQ(names(), (QStringList{u"Unstaged Diff"_s, u"Staged Diff"_s}));
     press(u"Unstage Hunk"_s);
     EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "");

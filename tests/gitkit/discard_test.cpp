@@ -57,7 +57,7 @@ struct DiscardRepository : TestRepository {
     fs::path refused;
 };
 
-struct Case {
+struct DiscardCase {
     const char* what;
     std::function<void(DiscardRepository&)> change;
     Strings discarded; ///< everything when empty
@@ -67,7 +67,7 @@ struct Case {
 
 const std::string longText = "1\n2\n3\n4\n5\n6\n7\n8\n";
 
-const std::vector<Case> cases{
+const std::vector<DiscardCase> cases{
     {"modified, staged and both",
      [](auto& r) { r.write("a", "1").git({"add", "a"}).write("a", "2").write("b", "2"); },
      {},
@@ -161,7 +161,7 @@ const std::vector<Case> cases{
 
 TEST(Discard, LeavesHeadAndLosesNothingThatGitDoesNotKnow)
 {
-    for (const Case& one : cases) {
+    for (const DiscardCase& one : cases) {
         DiscardRepository repo;
         one.change(repo);
         repo.discardNamed(one.discarded);

@@ -10,7 +10,7 @@
 namespace gitkit {
 namespace {
 
-using Kind = FileSample::Kind;
+using SampleKind = FileSample::Kind;
 
 TEST(Blame, TellsWhereEachLineStoodAndWhereItsFileWasBefore)
 {
@@ -71,14 +71,14 @@ TEST(FileSample, TellsWhatStandsAtAPath)
     repo.git({"commit", "-q", "-m", "two"});
     const GitRepository repository = repo.repository();
     const std::optional<std::string> head = repo.head();
-    EXPECT_EQ(fileSample(repository, "file", head, 4), (FileSample{Kind::file, "0123"}));
-    EXPECT_EQ(fileSample(repository, "file", std::nullopt, 4), (FileSample{Kind::file, "0123"}));
-    EXPECT_EQ(fileSample(repository, "folder/f*", head, 100), (FileSample{Kind::file, "star"}));
+    EXPECT_EQ(fileSample(repository, "file", head, 4), (FileSample{SampleKind::file, "0123"}));
+    EXPECT_EQ(fileSample(repository, "file", std::nullopt, 4), (FileSample{SampleKind::file, "0123"}));
+    EXPECT_EQ(fileSample(repository, "folder/f*", head, 100), (FileSample{SampleKind::file, "star"}));
     for (const auto& revision : {head, std::optional<std::string>()}) {
-        EXPECT_EQ(fileSample(repository, "folder", revision, 4).kind, Kind::folder);
-        EXPECT_EQ(fileSample(repository, "folder/*", revision, 4).kind, Kind::missing);
+        EXPECT_EQ(fileSample(repository, "folder", revision, 4).kind, SampleKind::folder);
+        EXPECT_EQ(fileSample(repository, "folder/*", revision, 4).kind, SampleKind::missing);
     }
-    EXPECT_EQ(fileSample(repository, "module", head, 4).kind, Kind::submodule);
+    EXPECT_EQ(fileSample(repository, "module", head, 4).kind, SampleKind::submodule);
     EXPECT_THROW(fileSample(repository, "file", std::string(40, '1'), 4), GitError) << "an unknown revision";
 }
 

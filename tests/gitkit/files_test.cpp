@@ -16,7 +16,6 @@
 namespace gitkit {
 namespace {
 
-using Kind = CommitKind;
 using Source = DiffSource;
 
 std::vector<std::string> paths(const std::vector<CommitFile>& files)
@@ -37,7 +36,7 @@ std::vector<std::string> paths(const std::vector<ChangeCounts>& counts)
 
 ParsedDiff diffOf(const GitRepository& repository, const std::string& hash, const std::string& path)
 {
-    for (const CommitFile& file : repository.commitDetail(hash, Kind::ordinary).files) {
+    for (const CommitFile& file : repository.commitDetail(hash, CommitKind::ordinary).files) {
         if (file.path == path)
             return repository.commitDiff(hash, file);
     }
@@ -65,8 +64,8 @@ TEST(ChangeCounts, StandInTheOrderOfTheFilesWhateverTheirNames)
     std::filesystem::permissions(repo / "mode", std::filesystem::perms::owner_all);
     repo.commit("two");
     const GitRepository repository = repo.repository();
-    const auto counts = changeCounts(repository, repo.head(), Kind::ordinary);
-    EXPECT_EQ(paths(counts), paths(repository.commitDetail(repo.head(), Kind::ordinary).files));
+    const auto counts = changeCounts(repository, repo.head(), CommitKind::ordinary);
+    EXPECT_EQ(paths(counts), paths(repository.commitDetail(repo.head(), CommitKind::ordinary).files));
     const auto of = [&counts](const std::string& path) {
         const auto found = std::ranges::find(counts, path, &ChangeCounts::path);
         return found == counts.end() ? ChangeCounts{"none", -1, -1} : *found;
@@ -77,7 +76,7 @@ TEST(ChangeCounts, StandInTheOrderOfTheFilesWhateverTheirNames)
     EXPECT_EQ(of("gone"), (ChangeCounts{"gone", 0, 2}));
     EXPECT_EQ(of("mode"), (ChangeCounts{"mode", 0, 0}));
     EXPECT_EQ(of("data"), (ChangeCounts{"data", std::nullopt, std::nullopt}));
-    EXPECT_EQ(changeCounts(repository, repo.head() + "^", Kind::ordinary).size(), 4U) << "of a root commit";
+    EXPECT_EQ(changeCounts(repository, repo.head() + "^", CommitKind::ordinary).size(), 4U) << "of a root commit";
 }
 
 TEST(ChangeCounts, OfAMergeAreThoseAgainstTheFirstParentAndOfAStashIncludeUntrackedFiles)
@@ -87,15 +86,15 @@ TEST(ChangeCounts, OfAMergeAreThoseAgainstTheFirstParentAndOfAStashIncludeUntrac
     repo.git({"checkout", "-q", "main"}).write("a", "2\n").commit("two");
     repo.git({"merge", "-q", "--no-ff", "-m", "merge", "side"});
     const GitRepository repository = repo.repository();
-    EXPECT_EQ(changeCounts(repository, repo.head(), Kind::ordinary), (std::vector<ChangeCounts>{{"b", 2, 0}}));
+    EXPECT_EQ(changeCounts(repository, repo.head(), CommitKind::ordinary), (std::vector<ChangeCounts>{{"b", 2, 0}}));
 
     repo.write("a", "3\n").write("new", "1\n2\n3\n").git({"stash", "push", "-q", "--include-untracked"});
     const std::string stash = repo.read({"rev-parse", "stash"});
-    const auto counts = changeCounts(repository, stash, Kind::stash);
+    const auto counts = changeCounts(repository, stash, CommitKind::stash);
     EXPECT_EQ(counts, (std::vector<ChangeCounts>{{"a", 1, 1}, {"new", 3, 0}}));
-    EXPECT_EQ(paths(counts), paths(repository.commitDetail(stash, Kind::stash).files));
+    EXPECT_EQ(paths(counts), paths(repository.commitDetail(stash, CommitKind::stash).files));
     repo.write("a", "4\n").git({"stash", "push", "-q"});
-    EXPECT_EQ(changeCounts(repository, repo.read({"rev-parse", "stash"}), Kind::stash).size(), 1U);
+    EXPECT_EQ(changeCounts(repository, repo.read({"rev-parse", "stash"}), CommitKind::stash).size(), 1U);
 }
 
 TEST(CommitDetails, AreTakenApartWhateverTheMessageHolds)
@@ -104,10 +103,10 @@ TEST(CommitDetails, AreTakenApartWhateverTheMessageHolds)
     repo.write("a", "1\n").commit("one\x1e\x1f\n\nM\ta\n:100644 100644 M\n\n\n");
     repo.git({"commit", "-q", "--allow-empty", "--allow-empty-message", "-m", ""});
     const GitRepository repository = repo.repository();
-    const CommitDetail first = repository.commitDetail(repo.head() + "^", Kind::ordinary);
+    const CommitDetail first = repository.commitDetail(repo.head() + "^", CommitKind::ordinary);
     EXPECT_EQ(first.message, "one\x1e\x1f\n\nM\ta\n:100644 100644 M");
     EXPECT_EQ(first.files, (std::vector<CommitFile>{{'A', "a", {}, {}}}));
-    const CommitDetail empty = repository.commitDetail(repo.head(), Kind::ordinary);
+    const CommitDetail empty = repository.commitDetail(repo.head(), CommitKind::ordinary);
     EXPECT_EQ(empty.message, "");
     EXPECT_TRUE(empty.files.empty());
     EXPECT_EQ(empty.parents, std::vector<std::string>{first.hash});

@@ -9,21 +9,21 @@ namespace plovik {
 
 namespace {
 
-using Text = std::unique_ptr<gchar, decltype(&g_free)>;
+using GlibText = std::unique_ptr<gchar, decltype(&g_free)>;
 
 } // namespace
 
 std::string fileUri(const std::filesystem::path& path)
 {
-    const Text uri(g_filename_to_uri(path.c_str(), nullptr, nullptr), &g_free);
+    const GlibText uri(g_filename_to_uri(path.c_str(), nullptr, nullptr), &g_free);
     return uri ? uri.get() : std::string();
 }
 
 std::optional<std::filesystem::path> pathOfFileUri(const std::string& uri)
 {
     gchar* host = nullptr;
-    const Text path(g_filename_from_uri(uri.c_str(), &host, nullptr), &g_free);
-    const Text hostName(host, &g_free);
+    const GlibText path(g_filename_from_uri(uri.c_str(), &host, nullptr), &g_free);
+    const GlibText hostName(host, &g_free);
     if (!path || (host && std::string_view(host) != "localhost"))
         return std::nullopt;
     return path.get();

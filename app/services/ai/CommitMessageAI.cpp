@@ -21,7 +21,7 @@ namespace plovik::commitMessageAI {
 
 namespace {
 
-struct Text {
+struct MessageText {
     Q_DECLARE_TR_FUNCTIONS(CommitMessageAI)
 };
 
@@ -82,10 +82,10 @@ void checkKey(const QString& key, AIProvider provider)
 {
     const QString name = aiProvider::displayName(provider);
     if (key.isEmpty())
-        throw Failure(Text::tr("Add your %1 API key under Settings → AI first.").arg(name));
+        throw Failure(MessageText::tr("Add your %1 API key under Settings → AI first.").arg(name));
     if (!std::ranges::all_of(key, [](QChar each) { return each > u' ' && each < u'\x7F'; }))
         throw Failure(
-            Text::tr("Your %1 API key holds characters that cannot be sent. Enter it again under Settings → AI.")
+            MessageText::tr("Your %1 API key holds characters that cannot be sent. Enter it again under Settings → AI.")
                 .arg(name));
 }
 
@@ -130,7 +130,7 @@ QCoro::Task<QString> generate(std::string summary, std::string diff, std::stop_t
     };
     const QString message = co_await inBackground<QString>(read, stop);
     if (message.isEmpty())
-        throw Failure(Text::tr("%1 returned an empty commit message.").arg(aiProvider::displayName(provider)));
+        throw Failure(MessageText::tr("%1 returned an empty commit message.").arg(aiProvider::displayName(provider)));
     co_return message;
 }
 

@@ -19,7 +19,7 @@ QString ownAddress(AIProvider provider)
 
 QString pathOf(AIProvider provider) { return provider == AIProvider::openAI ? u"/chat/completions"_s : u"/messages"_s; }
 
-struct Text {
+struct AddressText {
     Q_DECLARE_TR_FUNCTIONS(ProviderAddress)
 };
 
@@ -27,14 +27,14 @@ struct Text {
 QString objectionTo(const QUrl& base)
 {
     if (!base.isValid() || base.host().isEmpty())
-        return Text::tr("The environment variable %1 holds no address of a server.");
+        return AddressText::tr("The environment variable %1 holds no address of a server.");
     if (base.scheme() != "https"_L1 && !(base.scheme() == "http"_L1 && isLoopback(base)))
-        return Text::tr(
+        return AddressText::tr(
             "The environment variable %1 must begin with https://, or name this computer itself with http://.");
     if (!base.userInfo().isEmpty())
-        return Text::tr("The environment variable %1 may not hold a user name or a password.");
+        return AddressText::tr("The environment variable %1 may not hold a user name or a password.");
     if (base.hasQuery() || base.hasFragment())
-        return Text::tr("The environment variable %1 may not hold a “?” or a “#”.");
+        return AddressText::tr("The environment variable %1 may not hold a “?” or a “#”.");
     return {};
 }
 

@@ -17,7 +17,7 @@ namespace {
 
 using commitMessageAI::Failure;
 
-struct Text {
+struct ReplyText {
     Q_DECLARE_TR_FUNCTIONS(ProviderReply)
 };
 
@@ -25,7 +25,7 @@ struct Text {
 QString detailOf(const HttpAnswer& answer)
 {
     if (!answer.redirect.isEmpty())
-        return Text::tr("The redirect to %1 was refused.").arg(answer.redirect.host());
+        return ReplyText::tr("The redirect to %1 was refused.").arg(answer.redirect.host());
     return QJsonDocument::fromJson(answer.body).object()["error"_L1]["message"_L1].toString();
 }
 
@@ -34,29 +34,29 @@ void checkStatus(AIProvider provider, const HttpAnswer& answer, const QString& k
     if (answer.status == 0 || (answer.status >= 200 && answer.status < 300))
         return;
     const QString detail = alertText(detailOf(answer), key);
-    throw Failure(Text::tr("%1 request failed (%2): %3")
+    throw Failure(ReplyText::tr("%1 request failed (%2): %3")
                       .arg(aiProvider::displayName(provider), QString::number(answer.status),
-                           detail.isEmpty() ? Text::tr("no details given") : detail));
+                           detail.isEmpty() ? ReplyText::tr("no details given") : detail));
 }
 
 QJsonObject objectIn(const HttpAnswer& answer)
 {
     if (answer.body.trimmed().isEmpty())
-        throw Failure(Text::tr("%1 sent an empty reply.").arg(answer.address.host()));
+        throw Failure(ReplyText::tr("%1 sent an empty reply.").arg(answer.address.host()));
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(answer.body, &error);
     if (error.error != QJsonParseError::NoError)
-        throw Failure(
-            Text::tr("The reply of %1 is cut off or no JSON: %2.").arg(answer.address.host(), error.errorString()));
+        throw Failure(ReplyText::tr("The reply of %1 is cut off or no JSON: %2.")
+                          .arg(answer.address.host(), error.errorString()));
     if (!document.isObject())
-        throw Failure(Text::tr("The reply of %1 is no JSON object.").arg(answer.address.host()));
+        throw Failure(ReplyText::tr("The reply of %1 is no JSON object.").arg(answer.address.host()));
     return document.object();
 }
 
 QString anthropicText(const QJsonObject& reply)
 {
     if (reply["stop_reason"_L1] == "refusal"_L1)
-        throw Failure(Text::tr("Claude declined to write a message for these changes."));
+        throw Failure(ReplyText::tr("Claude declined to write a message for these changes."));
     QString text;
     for (const QJsonValue block : reply["content"_L1].toArray()) {
         if (block["type"_L1] == "text"_L1)

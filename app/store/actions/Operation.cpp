@@ -28,7 +28,7 @@ using Step = gitkit::OperationStep;
 
 namespace {
 
-struct Texts {
+struct OperationTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Operation)
 };
 
@@ -47,19 +47,19 @@ QString noun(Kind kind)
 {
     switch (kind) {
     case Kind::merge:
-        return Texts::tr("merge");
+        return OperationTexts::tr("merge");
     case Kind::rebase:
-        return Texts::tr("rebase");
+        return OperationTexts::tr("rebase");
     case Kind::applyPatches:
-        return Texts::tr("patch series");
+        return OperationTexts::tr("patch series");
     case Kind::cherryPick:
-        return Texts::tr("cherry-pick");
+        return OperationTexts::tr("cherry-pick");
     case Kind::revert:
-        return Texts::tr("revert");
+        return OperationTexts::tr("revert");
     case Kind::bisect:
         break;
     }
-    return Texts::tr("bisect");
+    return OperationTexts::tr("bisect");
 }
 
 /// Commits with the typed message when there is something to commit. Returns whether the operation must still be
@@ -85,24 +85,25 @@ QString filesText(const std::vector<std::string>& paths)
     for (std::size_t index = 0; index < std::min(paths.size(), mostNames); ++index)
         names.append(inQuotes(paths[index]));
     if (paths.size() > mostNames)
-        return Texts::tr("%1 and %n more file(s)", nullptr, static_cast<int>(paths.size() - mostNames))
-            .arg(names.join(Texts::tr(", ", "between the names of files")));
+        return OperationTexts::tr("%1 and %n more file(s)", nullptr, static_cast<int>(paths.size() - mostNames))
+            .arg(names.join(OperationTexts::tr(", ", "between the names of files")));
     const QString last = names.takeLast();
     return names.isEmpty() ? last
-                           : Texts::tr("%1 and %2", "names of files")
-                                 .arg(names.join(Texts::tr(", ", "between the names of files")), last);
+                           : OperationTexts::tr("%1 and %2", "names of files")
+                                 .arg(names.join(OperationTexts::tr(", ", "between the names of files")), last);
 }
 
 QString lossText(const gitkit::AbortLoss& loss, Kind kind)
 {
     QStringList sentences;
     if (!loss.paths.empty())
-        sentences.append(
-            Texts::tr("What was resolved or changed in %1 since git stopped is lost.").arg(filesText(loss.paths)));
+        sentences.append(OperationTexts::tr("What was resolved or changed in %1 since git stopped is lost.")
+                             .arg(filesText(loss.paths)));
     if (loss.steps > 0)
-        sentences.append(Texts::tr("The %n step(s) of the %1 that were already done are undone.", nullptr, loss.steps)
-                             .arg(noun(kind)));
-    sentences.append(Texts::tr("Untracked files stay."));
+        sentences.append(
+            OperationTexts::tr("The %n step(s) of the %1 that were already done are undone.", nullptr, loss.steps)
+                .arg(noun(kind)));
+    sentences.append(OperationTexts::tr("Untracked files stay."));
     return sentences.join(u' ');
 }
 
@@ -112,10 +113,11 @@ void endOperation(WindowState& window, Changes& changes, const OperationInProgre
 void confirmForget(WindowState& window, Changes& changes, const OperationInProgress& now, const QString& problem)
 {
     Confirmation question;
-    question.title = Texts::tr("Git cannot go back to where the %1 began").arg(noun(now.kind));
-    question.message = problem + u"\n\n"_s +
-                       Texts::tr("The %1 can be ended here instead. Every file stays as it is.").arg(noun(now.kind));
-    question.actionTitle = Texts::tr("End Here");
+    question.title = OperationTexts::tr("Git cannot go back to where the %1 began").arg(noun(now.kind));
+    question.message =
+        problem + u"\n\n"_s +
+        OperationTexts::tr("The %1 can be ended here instead. Every file stays as it is.").arg(noun(now.kind));
+    question.actionTitle = OperationTexts::tr("End Here");
     question.action = [&window, &changes, now] { endOperation(window, changes, now, Step::forget); };
     window.ask(std::move(question));
 }
@@ -123,9 +125,11 @@ void confirmForget(WindowState& window, Changes& changes, const OperationInProgr
 void endOperation(WindowState& window, Changes& changes, const OperationInProgress& now, Step step)
 {
     const bool resets = now.kind == Kind::bisect;
-    Change change{.verb = Verb::endOperation,
-                  .title = (resets ? Texts::tr("Resetting %1…") : Texts::tr("Aborting %1…")).arg(noun(now.kind)),
-                  .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
+    Change change{
+        .verb = Verb::endOperation,
+        .title =
+            (resets ? OperationTexts::tr("Resetting %1…") : OperationTexts::tr("Aborting %1…")).arg(noun(now.kind)),
+        .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
     // git cannot go back when files are missing or the branch is gone.
     if (step == Step::abort && (now.isIncomplete || resets)) {
         change.failed = [&window, &changes, now](const Failure& failure) {
@@ -144,16 +148,16 @@ QCoro::Task<> abortingAfterCheck(Actors actors, OperationInProgress now, std::fi
         if (!loss.isNothing())
             message = lossText(loss, now.kind);
     } catch (const std::exception& thrown) {
-        message = Texts::tr("What would be lost cannot be found out: %1").arg(failureOf(thrown).message);
+        message = OperationTexts::tr("What would be lost cannot be found out: %1").arg(failureOf(thrown).message);
     }
     if (message.isEmpty()) {
         endOperation(actors.window, actors.changes, now, Step::abort);
         co_return;
     }
     Confirmation question;
-    question.title = Texts::tr("Abort the %1?").arg(noun(now.kind));
+    question.title = OperationTexts::tr("Abort the %1?").arg(noun(now.kind));
     question.message = message;
-    question.actionTitle = Texts::tr("Abort");
+    question.actionTitle = OperationTexts::tr("Abort");
     question.action = [&window = actors.window, &changes = actors.changes, now] {
         endOperation(window, changes, now, Step::abort);
     };
@@ -192,7 +196,7 @@ void continueOperation(Actors actors)
             draft.empty();
     };
     actors.changes.run({.verb = Verb::continueOperation,
-                        .title = Texts::tr("Continuing %1…").arg(noun(now.kind)),
+                        .title = OperationTexts::tr("Continuing %1…").arg(noun(now.kind)),
                         .operation =
                             [now, message, recorded, directory = *directory](const GitRepository& repo) {
                                 if (!message || commitFirst(repo, now, *message, directory, *recorded))
@@ -212,7 +216,7 @@ void skipOperation(Actors actors)
     if (now && now->canSkip())
         actors.changes.run(
             {.verb = Verb::skipStep,
-             .title = Texts::tr("Skipping commit…"),
+             .title = OperationTexts::tr("Skipping commit…"),
              .operation = [now = *now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); }});
 }
 
@@ -237,8 +241,8 @@ void bisect(Actors actors, gitkit::BisectMark mark)
     const std::string& term = mark == gitkit::BisectMark::good ? now.good : now.bad;
     actors.changes.run({.verb = Verb::markBisect,
                         .title = mark == gitkit::BisectMark::skip
-                                     ? Texts::tr("Skipping commit…")
-                                     : Texts::tr("Marking commit as %1…").arg(shownText(term)),
+                                     ? OperationTexts::tr("Skipping commit…")
+                                     : OperationTexts::tr("Marking commit as %1…").arg(shownText(term)),
                         .operation = [now, mark](const GitRepository& repo) { gitkit::mark(repo, now, mark); }});
 }
 

@@ -19,7 +19,7 @@ using gitkit::GitRepository;
 
 namespace {
 
-struct Texts {
+struct RefTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Refs)
 };
 
@@ -35,24 +35,25 @@ std::string localNameOf(const std::string& remoteBranch, const std::vector<std::
 
 void checkOut(Actors actors, const QString& shown, GitAccess::Operation operation)
 {
-    actors.changes.run(
-        {.verb = Verb::checkOut, .title = Texts::tr("Checking out %1…").arg(shown), .operation = std::move(operation)});
+    actors.changes.run({.verb = Verb::checkOut,
+                        .title = RefTexts::tr("Checking out %1…").arg(shown),
+                        .operation = std::move(operation)});
 }
 
 void forceDelete(Changes& changes, const std::string& branch)
 {
     changes.run(
         {.verb = Verb::deleteBranch,
-         .title = Texts::tr("Deleting branch…"),
+         .title = RefTexts::tr("Deleting branch…"),
          .operation = [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::force); }});
 }
 
 void confirmForceDelete(WindowState& window, Changes& changes, const std::string& branch)
 {
     Confirmation question;
-    question.title = Texts::tr("%1 is not fully merged").arg(inQuotes(branch));
-    question.message = Texts::tr("Deleting it anyway may lose commits that exist only on this branch.");
-    question.actionTitle = Texts::tr("Force Delete");
+    question.title = RefTexts::tr("%1 is not fully merged").arg(inQuotes(branch));
+    question.message = RefTexts::tr("Deleting it anyway may lose commits that exist only on this branch.");
+    question.actionTitle = RefTexts::tr("Force Delete");
     question.action = [&changes, branch] { forceDelete(changes, branch); };
     window.ask(std::move(question));
 }
@@ -61,7 +62,7 @@ void deleteBranch(WindowState& window, Changes& changes, const std::string& bran
 {
     changes.run(
         {.verb = Verb::deleteBranch,
-         .title = Texts::tr("Deleting branch…"),
+         .title = RefTexts::tr("Deleting branch…"),
          .operation = [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::ifMerged); },
          .failed =
              [&window, &changes, branch](const Failure& failure) {
@@ -75,7 +76,7 @@ void deleteBranch(WindowState& window, Changes& changes, const std::string& bran
 void deleteTag(Changes& changes, const std::string& tag)
 {
     changes.run({.verb = Verb::deleteTag,
-                 .title = Texts::tr("Deleting tag…"),
+                 .title = RefTexts::tr("Deleting tag…"),
                  .operation = [tag](const GitRepository& repo) { repo.deleteTag(tag); }});
 }
 
@@ -107,14 +108,14 @@ void createBranch(Actors actors, const std::string& name, const std::optional<st
                   gitkit::AfterCreating after)
 {
     actors.changes.run({.verb = Verb::createBranch,
-                        .title = Texts::tr("Creating branch…"),
+                        .title = RefTexts::tr("Creating branch…"),
                         .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }});
 }
 
 void createTag(Actors actors, const std::string& name, const std::string& target)
 {
     actors.changes.run({.verb = Verb::createTag,
-                        .title = Texts::tr("Creating tag…"),
+                        .title = RefTexts::tr("Creating tag…"),
                         .operation = [=](const GitRepository& repo) { repo.createTag(name, target); }});
 }
 
@@ -123,16 +124,16 @@ void confirmDelete(Actors actors, const GitRef& ref)
     WindowState& window = actors.window;
     Changes& changes = actors.changes;
     Confirmation question;
-    question.actionTitle = Texts::tr("Delete");
+    question.actionTitle = RefTexts::tr("Delete");
     switch (ref.kind) {
     case GitRef::Kind::local:
-        question.title = Texts::tr("Delete branch %1?").arg(inQuotes(ref.name));
-        question.message = Texts::tr("The branch is only deleted if it is fully merged.");
+        question.title = RefTexts::tr("Delete branch %1?").arg(inQuotes(ref.name));
+        question.message = RefTexts::tr("The branch is only deleted if it is fully merged.");
         question.action = [&window, &changes, name = ref.name] { deleteBranch(window, changes, name); };
         break;
     case GitRef::Kind::tag:
-        question.title = Texts::tr("Delete tag %1?").arg(inQuotes(ref.name));
-        question.message = Texts::tr("The tag is deleted locally. Remotes are not touched.");
+        question.title = RefTexts::tr("Delete tag %1?").arg(inQuotes(ref.name));
+        question.message = RefTexts::tr("The tag is deleted locally. Remotes are not touched.");
         question.action = [&changes, name = ref.name] { deleteTag(changes, name); };
         break;
     case GitRef::Kind::remote:
@@ -144,21 +145,21 @@ void confirmDelete(Actors actors, const GitRef& ref)
 void merge(Actors actors, const GitRef& ref)
 {
     actors.changes.run({.verb = Verb::merge,
-                        .title = Texts::tr("Merging %1…").arg(shownText(ref.name)),
+                        .title = RefTexts::tr("Merging %1…").arg(shownText(ref.name)),
                         .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); }});
 }
 
 void cherryPick(Actors actors, const std::string& hash)
 {
     actors.changes.run({.verb = Verb::cherryPick,
-                        .title = Texts::tr("Cherry-picking…"),
+                        .title = RefTexts::tr("Cherry-picking…"),
                         .operation = [hash](const GitRepository& repo) { repo.cherryPick(hash); }});
 }
 
 void revert(Actors actors, const std::string& hash)
 {
     actors.changes.run({.verb = Verb::revert,
-                        .title = Texts::tr("Reverting…"),
+                        .title = RefTexts::tr("Reverting…"),
                         .operation = [hash](const GitRepository& repo) { repo.revert(hash); }});
 }
 

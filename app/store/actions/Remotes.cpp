@@ -16,7 +16,7 @@ using gitkit::GitRepository;
 
 namespace {
 
-struct Texts {
+struct RemoteTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Remotes)
 };
 
@@ -24,32 +24,33 @@ struct Texts {
 
 void fetch(Actors actors)
 {
-    actors.changes.run({.verb = Verb::fetch, .title = Texts::tr("Fetching…"), .operation = &GitRepository::fetch});
+    actors.changes.run(
+        {.verb = Verb::fetch, .title = RemoteTexts::tr("Fetching…"), .operation = &GitRepository::fetch});
 }
 
 void pull(Actors actors)
 {
-    actors.changes.run({.verb = Verb::pull, .title = Texts::tr("Pulling…"), .operation = &GitRepository::pull});
+    actors.changes.run({.verb = Verb::pull, .title = RemoteTexts::tr("Pulling…"), .operation = &GitRepository::pull});
 }
 
 void push(Actors actors)
 {
     const gitkit::RepoStatus& now = actors.snapshot.status.value();
     if (!now.branch) {
-        actors.window.report({.message = Texts::tr("Cannot push: HEAD is detached. Check out a branch first.")});
+        actors.window.report({.message = RemoteTexts::tr("Cannot push: HEAD is detached. Check out a branch first.")});
         return;
     }
     std::optional<std::string> upstreamRemote;
     if (!now.upstream) {
         const std::vector<std::string>& all = actors.snapshot.remotes.value();
         if (all.empty()) {
-            actors.window.report({.message = Texts::tr("Cannot push: this repository has no remote.")});
+            actors.window.report({.message = RemoteTexts::tr("Cannot push: this repository has no remote.")});
             return;
         }
         upstreamRemote = std::ranges::find(all, "origin") != all.end() ? "origin" : all.front();
     }
     actors.changes.run({.verb = Verb::push,
-                        .title = Texts::tr("Pushing…"),
+                        .title = RemoteTexts::tr("Pushing…"),
                         .operation = [branch = *now.branch, upstreamRemote](const GitRepository& repo) {
                             repo.push(branch, upstreamRemote);
                         }});

@@ -16,7 +16,7 @@ using gitkit::GitRepository;
 
 namespace {
 
-struct Texts {
+struct StashTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Stashes)
 };
 
@@ -25,7 +25,7 @@ struct Texts {
 void stashSave(Actors actors, const QString& message, gitkit::UntrackedFiles untracked)
 {
     actors.changes.run({.verb = Verb::saveStash,
-                        .title = Texts::tr("Stashing…"),
+                        .title = StashTexts::tr("Stashing…"),
                         .operation = [text = message.toStdString(), untracked](const GitRepository& repo) {
                             repo.stashSave(text, untracked);
                         }});
@@ -35,19 +35,19 @@ void stashApply(Actors actors, const gitkit::Stash& stash, gitkit::StashUse use)
 {
     const bool pops = use == gitkit::StashUse::pop;
     actors.changes.run({.verb = Verb::applyStash,
-                        .title = pops ? Texts::tr("Popping stash…") : Texts::tr("Applying stash…"),
+                        .title = pops ? StashTexts::tr("Popping stash…") : StashTexts::tr("Applying stash…"),
                         .operation = [stash, use](const GitRepository& repo) { repo.stashApply(stash, use); }});
 }
 
 void confirmDrop(Actors actors, const gitkit::Stash& stash)
 {
     Confirmation question;
-    question.title = Texts::tr("Drop %1?").arg(shownText(stash.ref));
-    question.message = Texts::tr("%1 is deleted and cannot easily be recovered.").arg(inQuotes(stash.message));
-    question.actionTitle = Texts::tr("Drop");
+    question.title = StashTexts::tr("Drop %1?").arg(shownText(stash.ref));
+    question.message = StashTexts::tr("%1 is deleted and cannot easily be recovered.").arg(inQuotes(stash.message));
+    question.actionTitle = StashTexts::tr("Drop");
     question.action = [&changes = actors.changes, stash] {
         changes.run({.verb = Verb::dropStash,
-                     .title = Texts::tr("Dropping stash…"),
+                     .title = StashTexts::tr("Dropping stash…"),
                      .operation = [stash](const GitRepository& repo) { repo.stashDrop(stash); }});
     };
     actors.window.ask(std::move(question));

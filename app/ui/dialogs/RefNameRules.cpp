@@ -15,16 +15,16 @@ namespace {
 
 using Refs = std::vector<gitkit::GitRef>;
 
-enum class Kind { branch, tag };
+enum class RefKind { branch, tag };
 
 /// A sentence for each kind of name; %1 stands for what breaks the rule.
 struct Sentence {
     const char* ofBranch;
     const char* ofTag;
 
-    QString operator()(Kind kind, const QString& what = {}) const
+    QString operator()(RefKind kind, const QString& what = {}) const
     {
-        const QString said = QCoreApplication::translate("RefNameRules", kind == Kind::branch ? ofBranch : ofTag);
+        const QString said = QCoreApplication::translate("RefNameRules", kind == RefKind::branch ? ofBranch : ofTag);
         return what.isEmpty() ? said : said.arg(what);
     }
 };
@@ -63,7 +63,7 @@ bool isControl(char byte)
     return value < 0x20 || value == 0x7f;
 }
 
-QString breachOfBytes(std::string_view name, Kind kind)
+QString breachOfBytes(std::string_view name, RefKind kind)
 {
     if (std::ranges::any_of(name, isControl))
         return controlCharacters(kind);
@@ -78,7 +78,7 @@ QString breachOfBytes(std::string_view name, Kind kind)
     return {};
 }
 
-QString breachOfEnds(std::string_view name, Kind kind)
+QString breachOfEnds(std::string_view name, RefKind kind)
 {
     for (const char first : {'-', '/'}) {
         if (name.starts_with(first))
@@ -92,7 +92,7 @@ QString breachOfEnds(std::string_view name, Kind kind)
 }
 
 /// Each part between slashes is the name of a file.
-QString breachOfParts(std::string_view name, Kind kind)
+QString breachOfParts(std::string_view name, RefKind kind)
 {
     for (std::size_t start = 0; start <= name.size();) {
         const std::size_t end = std::min(name.find('/', start), name.size());
@@ -110,7 +110,7 @@ QString breachOfParts(std::string_view name, Kind kind)
 }
 
 /// Returns what in the name itself git would refuse; empty when nothing does.
-QString breach(std::string_view name, Kind kind)
+QString breach(std::string_view name, RefKind kind)
 {
     for (const auto rule : {&breachOfBytes, &breachOfEnds, &breachOfParts}) {
         if (const QString found = rule(name, kind); !found.isEmpty())
@@ -125,7 +125,7 @@ bool liesIn(std::string_view name, std::string_view folder)
 }
 
 /// A ref is a file, so no other can have its name, nor lie below it.
-QString clash(std::string_view name, const Refs& others, Kind kind)
+QString clash(std::string_view name, const Refs& others, RefKind kind)
 {
     const auto is = [name](const gitkit::GitRef& other) { return other.name == name; };
     if (std::ranges::any_of(others, is))
@@ -139,7 +139,7 @@ QString clash(std::string_view name, const Refs& others, Kind kind)
     return {};
 }
 
-QString problem(std::string_view name, const Refs& others, Kind kind)
+QString problem(std::string_view name, const Refs& others, RefKind kind)
 {
     if (name.empty())
         return {};
@@ -152,8 +152,8 @@ QString problem(std::string_view name, const Refs& others, Kind kind)
 
 } // namespace
 
-QString branchProblem(std::string_view name, const Refs& branches) { return problem(name, branches, Kind::branch); }
+QString branchProblem(std::string_view name, const Refs& branches) { return problem(name, branches, RefKind::branch); }
 
-QString tagProblem(std::string_view name, const Refs& tags) { return problem(name, tags, Kind::tag); }
+QString tagProblem(std::string_view name, const Refs& tags) { return problem(name, tags, RefKind::tag); }
 
 } // namespace plovik::refNames

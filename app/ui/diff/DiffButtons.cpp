@@ -15,16 +15,16 @@ namespace plovik {
 
 namespace {
 
-using Verb = DiffAction::Verb;
+using ActionVerb = DiffAction::Verb;
 using Part = DiffAction::Part;
 
-constexpr int gap = 6;
+constexpr int buttonGap = 6;
 
 } // namespace
 
 DiffButtons::DiffButtons(QWidget& widget) : widget_(widget) {}
 
-QPushButton* DiffButtons::button(Verb verb)
+QPushButton* DiffButtons::button(ActionVerb verb)
 {
     QPushButton*& button = buttons_[verb];
     if (button)
@@ -54,7 +54,7 @@ void DiffButtons::show(const std::vector<DiffOffer>& offers)
             each->setAccessibleName(name);
         each->setEnabled(offer.refusal.isEmpty());
         each->setToolTip(offer.refusal);
-        each->setProperty("primary", offer.part == Part::lines && offer.verb != Verb::discard);
+        each->setProperty("primary", offer.part == Part::lines && offer.verb != ActionVerb::discard);
         each->show();
     }
 }
@@ -68,7 +68,7 @@ int DiffButtons::place(const QRect& area)
         const QSize size = each->sizeHint();
         each->setGeometry(right - size.width(), area.top() + (area.height() - size.height()) / 2, size.width(),
                           size.height());
-        right -= size.width() + gap;
+        right -= size.width() + buttonGap;
     }
     return right;
 }
@@ -77,7 +77,7 @@ int DiffButtons::width() const
 {
     int width = 0;
     for (const QPushButton* const each : buttons_ | std::views::values)
-        width += each->isHidden() ? 0 : each->sizeHint().width() + gap;
+        width += each->isHidden() ? 0 : each->sizeHint().width() + buttonGap;
     return width;
 }
 

@@ -8,7 +8,7 @@ namespace plovik {
 
 namespace {
 
-using Verb = DiffAction::Verb;
+using ActionVerb = DiffAction::Verb;
 using Part = DiffAction::Part;
 using Place = DiffDocument::Place;
 
@@ -296,7 +296,7 @@ void DiffController::setHoveredHunk(int hunk)
     Q_EMIT looksChanged();
 }
 
-void DiffController::request(int hunk, Verb verb, Part part)
+void DiffController::request(int hunk, ActionVerb verb, Part part)
 {
     if (!canTakeParts() || !diff_.content().allows(verb))
         return;
@@ -312,11 +312,11 @@ void DiffController::request(int hunk, Verb verb, Part part)
         Q_EMIT actionRequested(action);
 }
 
-void DiffController::requestFromKey(Verb verb)
+void DiffController::requestFromKey(ActionVerb verb)
 {
     // The key that stages means the only verb of a staged diff.
-    if (verb == Verb::stage && !diff_.content().allows(verb))
-        verb = Verb::unstage;
+    if (verb == ActionVerb::stage && !diff_.content().allows(verb))
+        verb = ActionVerb::unstage;
     // Keys mean the keyboard's own hunk, wherever the pointer rests.
     request(keyboardHunk(), verb, selectedChanges().empty() ? Part::hunk : Part::lines);
 }

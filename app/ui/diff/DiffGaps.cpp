@@ -9,7 +9,7 @@ namespace plovik {
 
 namespace {
 
-using Kind = gitkit::DiffLine::Kind;
+using LineKind = gitkit::DiffLine::Kind;
 
 struct Span {
     int oldFirst = 0, oldEnd = 0; ///< the end is one past the last line
@@ -20,7 +20,7 @@ std::vector<Span> spansOf(const gitkit::ParsedDiff& diff)
 {
     std::vector<Span> spans;
     for (const gitkit::DiffLine& line : diff.lines) {
-        if (line.kind == Kind::hunk) {
+        if (line.kind == LineKind::hunk) {
             if (line.text.starts_with("@@@"))
                 return {};
             const auto start = gitkit::HunkStart::of(line.text);
@@ -28,8 +28,8 @@ std::vector<Span> spansOf(const gitkit::ParsedDiff& diff)
         } else if (spans.empty()) {
             continue;
         }
-        spans.back().oldEnd += line.kind == Kind::context || line.kind == Kind::deletion ? 1 : 0;
-        spans.back().newEnd += line.kind == Kind::context || line.kind == Kind::addition ? 1 : 0;
+        spans.back().oldEnd += line.kind == LineKind::context || line.kind == LineKind::deletion ? 1 : 0;
+        spans.back().newEnd += line.kind == LineKind::context || line.kind == LineKind::addition ? 1 : 0;
     }
     // For a side without lines, git gives the number of the line before.
     for (Span& span : spans) {
@@ -51,7 +51,7 @@ bool belongs(const gitkit::ParsedDiff& diff, const FileLines& file, bool isOld)
 {
     return std::ranges::all_of(diff.lines, [&](const gitkit::DiffLine& line) {
         const std::optional<int>& number = isOld ? line.oldNumber : line.newNumber;
-        const bool isCode = line.kind != Kind::hunk && line.kind != Kind::meta;
+        const bool isCode = line.kind != LineKind::hunk && line.kind != LineKind::meta;
         return !isCode || !number ||
                (*number <= file.count() && withoutReturn(file.line(*number)) == withoutReturn(line.bytes()));
     });

@@ -9,7 +9,7 @@ namespace plovik {
 
 namespace {
 
-using Verb = DiffAction::Verb;
+using ActionVerb = DiffAction::Verb;
 
 Qt::KeyboardModifiers modifiersOf(const QKeyEvent& event) { return event.modifiers() & ~Qt::KeypadModifier; }
 
@@ -80,11 +80,11 @@ bool handlePlain(DiffController& controller, const QKeyEvent& event)
     case Qt::Key_S:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        controller.requestFromKey(Verb::stage);
+        controller.requestFromKey(ActionVerb::stage);
         return true;
     case Qt::Key_Delete:
     case Qt::Key_Backspace:
-        controller.requestFromKey(Verb::discard);
+        controller.requestFromKey(ActionVerb::discard);
         return true;
     case Qt::Key_Space:
         controller.toggleCurrent();

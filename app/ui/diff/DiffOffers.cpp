@@ -9,7 +9,7 @@ namespace plovik {
 
 namespace {
 
-using Verb = DiffAction::Verb;
+using ActionVerb = DiffAction::Verb;
 using Part = DiffAction::Part;
 
 QString refusalOf(const DiffController& controller)
@@ -29,7 +29,7 @@ bool showsHunkActions(const DiffController& controller)
 
 void append(std::vector<DiffOffer>& offers, const DiffController& controller, Part part, int count = 0)
 {
-    for (const Verb verb : {Verb::stage, Verb::unstage, Verb::discard}) {
+    for (const ActionVerb verb : {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard}) {
         if (controller.diff().content().allows(verb))
             offers.push_back({verb, part, actionTitle(verb, part, count), refusalOf(controller)});
     }
@@ -45,7 +45,7 @@ std::vector<DiffOffer> barOffers(const DiffController& controller)
     } else if (controller.diff().document().hunks().size() > 1 && showsHunkActions(controller)) {
         append(offers, controller, Part::all);
         // A whole file is discarded in the list of files, where it is plain what is lost.
-        std::erase_if(offers, [](const DiffOffer& offer) { return offer.verb == Verb::discard; });
+        std::erase_if(offers, [](const DiffOffer& offer) { return offer.verb == ActionVerb::discard; });
     }
     return offers;
 }

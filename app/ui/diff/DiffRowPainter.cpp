@@ -22,7 +22,7 @@ namespace plovik {
 namespace {
 
 using namespace Qt::StringLiterals;
-using Kind = gitkit::DiffLine::Kind;
+using LineKind = gitkit::DiffLine::Kind;
 
 /// Lines of up to this many units are shaped whole, so that every character stands where the font wants it. Of longer
 /// lines only what is in sight is shaped, and all columns are taken to be equally wide.
@@ -35,28 +35,28 @@ QColor mix(const QColor& over, const QColor& under, float share)
                             channel(over.blueF(), under.blueF()));
 }
 
-QColor lineColor(Kind kind)
+QColor lineColor(LineKind kind)
 {
     const Theme& theme = Theme::current();
-    if (kind == Kind::addition)
+    if (kind == LineKind::addition)
         return theme.addedLine;
-    return kind == Kind::deletion ? theme.removedLine : theme.content;
+    return kind == LineKind::deletion ? theme.removedLine : theme.content;
 }
 
-QColor wordColor(Kind kind)
+QColor wordColor(LineKind kind)
 {
-    return kind == Kind::addition ? Theme::current().addedWords : Theme::current().removedWords;
+    return kind == LineKind::addition ? Theme::current().addedWords : Theme::current().removedWords;
 }
 
-QColor gutterColor(Kind kind)
+QColor gutterColor(LineKind kind)
 {
-    const bool isChange = kind == Kind::addition || kind == Kind::deletion;
+    const bool isChange = kind == LineKind::addition || kind == LineKind::deletion;
     return isChange ? mix(wordColor(kind), lineColor(kind), 0.25F) : Theme::current().gutter;
 }
 
-QColor signColor(Kind kind)
+QColor signColor(LineKind kind)
 {
-    return kind == Kind::addition ? Theme::current().statusAdded : Theme::current().statusDeleted;
+    return kind == LineKind::addition ? Theme::current().statusAdded : Theme::current().statusDeleted;
 }
 
 void paintTabArrow(QPainter& painter, double left, double right, double middle)
@@ -139,14 +139,14 @@ void DiffRowPainter::paint(QPainter& painter, const DiffCell& cell, const DiffSe
         return;
     }
     const DiffDocument::Row& line = document_.row(cell.row);
-    if (line.kind == Kind::hunk) {
+    if (line.kind == LineKind::hunk) {
         paintHunk(painter, cell, room);
         return;
     }
     painter.fillRect(cell.area, lineColor(line.kind));
     painter.save();
     painter.setClipRect(cell.area.adjusted(metrics_.codeLeft - 2, 0, 0, 0), Qt::IntersectClip);
-    if (line.kind == Kind::meta)
+    if (line.kind == LineKind::meta)
         paintNote(painter, cell);
     else
         paintCode(painter, cell, selection);
@@ -239,7 +239,7 @@ void DiffRowPainter::paintCode(QPainter& painter, const DiffCell& cell, const Di
 
 void DiffRowPainter::paintMarks(QPainter& painter, int row, const Slice& part, const QRect& area) const
 {
-    const Kind kind = document_.row(row).kind;
+    const LineKind kind = document_.row(row).kind;
     painter.setPen(Qt::NoPen);
     painter.setBrush(wordColor(kind));
     for (const TextRange& range : document_.marks(row)) {
@@ -253,7 +253,7 @@ void DiffRowPainter::paintMarks(QPainter& painter, int row, const Slice& part, c
     qsizetype end = part.line->source.size();
     if (part.line->source.endsWith(u'\r'))
         --end;
-    if (kind == Kind::addition && blanks < end) {
+    if (kind == LineKind::addition && blanks < end) {
         painter.setBrush(Theme::current().removedWords);
         const double left = part.xOfSource(blanks);
         painter.drawRect(QRectF(left, 2, part.xOfSource(end) - left, area.height() - 4));
@@ -264,7 +264,7 @@ void DiffRowPainter::paintBlanks(QPainter& painter, int row, const Slice& part, 
 {
     const std::vector<TextRange>& marks = document_.marks(row);
     const ShownLine& line = *part.line;
-    const bool isAdded = document_.row(row).kind == Kind::addition;
+    const bool isAdded = document_.row(row).kind == LineKind::addition;
     const auto isMarked = [&](qsizetype position) {
         return (isAdded && position >= line.trailingBlanks) ||
                std::ranges::any_of(marks, [position](const TextRange& range) {

@@ -18,7 +18,7 @@ namespace plovik {
 namespace {
 
 constexpr int margin = DiffMetrics::margin;
-constexpr int gap = 16;
+constexpr int pictureGap = 16;
 constexpr int textGap = 6;
 constexpr int leastHeight = 64;
 /// Pictures of up to this side are enlarged to about `iconTarget`.
@@ -134,7 +134,7 @@ bool ImagePane::setRoom(int height)
 int ImagePane::columnWidth(int width) const
 {
     const int inner = std::max(80, width - 2 * margin);
-    return before_ && after_ ? (inner - gap) / 2 : inner;
+    return before_ && after_ ? (inner - pictureGap) / 2 : inner;
 }
 
 int ImagePane::captionHeight(int width) const
@@ -209,7 +209,7 @@ void ImagePane::place()
     int left = margin;
     if (before_) {
         placeSide(*before_, drawn.before, left, column, pictures);
-        left += column + gap;
+        left += column + pictureGap;
     }
     if (after_)
         placeSide(*after_, drawn.after, left, column, pictures);

@@ -23,7 +23,7 @@ constexpr int longestSide = 2560;
 constexpr int mostMemory = 256;
 constexpr qint64 mostPixels = qint64{mostMemory} * 1024 * 1024 / 4;
 /// The largest drawing in bytes. A larger one may take too long to draw.
-constexpr qsizetype mostText = qsizetype{4} << 20;
+constexpr qsizetype mostDrawingText = qsizetype{4} << 20;
 constexpr int mostReferences = 30;
 constexpr int mostIcons = 64;
 
@@ -60,7 +60,7 @@ QString unreadable()
 /// and pictures that are stored elsewhere may be devices or pipes.
 bool isHarmless(const QByteArray& text)
 {
-    if (text.size() > mostText)
+    if (text.size() > mostDrawingText)
         return false;
     int references = 0;
     QXmlStreamReader reader(text);

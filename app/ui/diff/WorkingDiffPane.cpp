@@ -14,48 +14,48 @@ namespace plovik {
 
 namespace {
 
-using Kind = gitkit::DiffSection::Kind;
+using SectionKind = gitkit::DiffSection::Kind;
 
-QString titleOf(Kind kind)
+QString titleOf(SectionKind kind)
 {
     switch (kind) {
-    case Kind::untracked:
+    case SectionKind::untracked:
         return WorkingDiffPane::tr("Untracked");
-    case Kind::conflict:
+    case SectionKind::conflict:
         return WorkingDiffPane::tr("Conflict");
-    case Kind::unstaged:
+    case SectionKind::unstaged:
         return WorkingDiffPane::tr("Unstaged");
-    case Kind::staged:
+    case SectionKind::staged:
         return WorkingDiffPane::tr("Staged");
     }
     return {};
 }
 
-QString nameOf(Kind kind)
+QString nameOf(SectionKind kind)
 {
     switch (kind) {
-    case Kind::untracked:
+    case SectionKind::untracked:
         return WorkingDiffPane::tr("Untracked Diff");
-    case Kind::conflict:
+    case SectionKind::conflict:
         return WorkingDiffPane::tr("Conflict Diff");
-    case Kind::unstaged:
+    case SectionKind::unstaged:
         return WorkingDiffPane::tr("Unstaged Diff");
-    case Kind::staged:
+    case SectionKind::staged:
         return WorkingDiffPane::tr("Staged Diff");
     }
     return {};
 }
 
-DiffContent::Use useOf(Kind kind)
+DiffContent::Use useOf(SectionKind kind)
 {
     switch (kind) {
-    case Kind::untracked:
+    case SectionKind::untracked:
         return DiffContent::Use::stage;
-    case Kind::conflict:
+    case SectionKind::conflict:
         return DiffContent::Use::read;
-    case Kind::unstaged:
+    case SectionKind::unstaged:
         return DiffContent::Use::stageAndDiscard;
-    case Kind::staged:
+    case SectionKind::staged:
         return DiffContent::Use::unstage;
     }
     return DiffContent::Use::read;
@@ -69,11 +69,11 @@ DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& fil
     content.name = nameOf(section.kind);
     content.detail = isFirst ? shownText(file.path) : QString();
     content.path = file.path;
-    if (section.kind != Kind::staged)
+    if (section.kind != SectionKind::staged)
         content.workingPath = file.path;
     content.diff = std::move(section.diff);
     content.use = useOf(section.kind);
-    if (section.kind == Kind::conflict)
+    if (section.kind == SectionKind::conflict)
         content.state = DiffState::conflicted;
     return content;
 }

@@ -23,7 +23,7 @@ struct BadgeText {
 };
 
 constexpr double padding = 8;
-constexpr double gap = 6;
+constexpr double betweenBadges = 6;
 constexpr double corner = 5;
 constexpr double widestBadge = 220;
 constexpr double tagGlyphRoom = 13; ///< the width of the glyph and of the space after it
@@ -71,8 +71,8 @@ RefBadges::RefBadges(const std::vector<gitkit::RefLabel>& labels, double budget,
 {
     for (std::size_t i = 0; i < labels.size(); ++i) {
         const std::size_t left = labels.size() - i - 1;
-        const double reserved = left > 0 ? fonts.moreWidth + gap : 0;
-        const double start = badges_.empty() ? 0 : width() + gap;
+        const double reserved = left > 0 ? fonts.moreWidth + betweenBadges : 0;
+        const double start = badges_.empty() ? 0 : width() + betweenBadges;
         // The first label is shortened; later ones that do not fit are collapsed.
         const double most = badges_.empty() ? std::min(widestBadge, budget - reserved) : widestBadge;
         const gitkit::RefLabel& label = labels[order_[i]];

@@ -53,6 +53,11 @@ RelativeDate RelativeDate::between(gitkit::Date date, gitkit::Date now)
     return onItsDate;
 }
 
+RelativeDate RelativeDate::toNow(gitkit::Date date)
+{
+    return between(date, std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()));
+}
+
 QString RelativeDate::text(const QLocale& locale) const
 {
     switch (unit) {

@@ -18,6 +18,7 @@ struct RelativeDate {
     /// Dates that are more than a minute after `now` or older than two weeks get `Unit::date`. The epoch stands for a
     /// time that could not be read and gets `Unit::unknown`.
     static RelativeDate between(gitkit::Date date, gitkit::Date now);
+    static RelativeDate toNow(gitkit::Date date);
 
     /// Returns "2 h ago", "yesterday", "last week", or the date in the locale's short form.
     QString text(const QLocale& locale) const;

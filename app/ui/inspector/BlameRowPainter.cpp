@@ -23,15 +23,13 @@ namespace plovik {
 namespace {
 
 constexpr int keptLines = 400;
-constexpr int margin = 10;
-constexpr int gap = 8;
+constexpr int blameMargin = 10;
+constexpr int blameGap = 8;
 constexpr int roomyView = 600; ///< from this width on hash, author and date stand side by side
 constexpr int buttonSize = 18;
 
 /// Lines up to this many units are shaped whole, which puts every character where its font wants it.
 constexpr qsizetype longestShaped = 1000;
-
-gitkit::Date now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
 
 /// Signs for characters that cannot be drawn keep their own colour over that of the code around them.
 void appendSignFormats(QList<QTextLayout::FormatRange>& formats, const ShownLine& line, qsizetype first,
@@ -96,16 +94,17 @@ void BlameRowPainter::measure(int viewWidth)
     // A narrow view shows the date below the author.
     const int authorWidth =
         isNarrow_ ? std::max(static_cast<int>(text.height() * 4.5), dateWidth_) : static_cast<int>(text.height() * 7);
-    annotationWidth_ = 2 * margin + hashWidth_ + gap + authorWidth + (isNarrow_ ? 0 : gap + dateWidth_);
+    annotationWidth_ = 2 * blameMargin + hashWidth_ + blameGap + authorWidth + (isNarrow_ ? 0 : blameGap + dateWidth_);
 
     const int rows = document_ ? document_->rowCount() : 0;
     const auto digits = std::max(fewestDigits, static_cast<int>(QString::number(rows).size()));
-    numberWidth_ = static_cast<int>(std::ceil(QFontMetricsF(numberFont_).horizontalAdvance(u'0') * digits)) + 2 * gap;
+    numberWidth_ =
+        static_cast<int>(std::ceil(QFontMetricsF(numberFont_).horizontalAdvance(u'0') * digits)) + 2 * blameGap;
 }
 
 int BlameRowPainter::contentWidth() const
 {
-    return codeLeft() + margin + static_cast<int>(std::ceil(cell_ * (document_ ? document_->columns() : 0)));
+    return codeLeft() + blameMargin + static_cast<int>(std::ceil(cell_ * (document_ ? document_->columns() : 0)));
 }
 
 const ShownLine& BlameRowPainter::shown(int row)
@@ -136,7 +135,7 @@ void BlameRowPainter::paintNumber(QPainter& painter, int row, const QRect& area,
         painter.fillRect(column, theme.gutter);
     painter.setFont(numberFont_);
     painter.setPen(look.isSelected ? theme.secondaryText : theme.gutterText);
-    painter.drawText(column.adjusted(0, 0, -gap, 0), Qt::AlignRight | Qt::AlignVCenter, QString::number(row + 1));
+    painter.drawText(column.adjusted(0, 0, -blameGap, 0), Qt::AlignRight | Qt::AlignVCenter, QString::number(row + 1));
     if (look.isCurrent)
         painter.fillRect(QRect(column.left(), area.top(), 2, area.height()), theme.accent);
 }
@@ -151,20 +150,21 @@ void BlameRowPainter::paintAnnotation(QPainter& painter, int row, const QRect& a
     if (row == run.first && row > 0)
         painter.fillRect(QRect(column.left(), column.top(), column.width() + numberWidth_, 1), theme.blameLine);
 
-    const QRect inner = column.adjusted(margin, 0, -margin, 0);
+    const QRect inner = column.adjusted(blameMargin, 0, -blameMargin, 0);
     // A run that began above the view shows its commit in the first row in sight.
     const int told = row - std::clamp(look.topRow, run.first, run.end - 1);
-    const QString date = RelativeDate::between(commit.date, now()).text(locale_);
+    const QString date = RelativeDate::toNow(commit.date).text(locale_);
     if (told == 0 && commit.isUncommitted) {
         paintText(painter, inner, BlameModel::tr("Not committed yet"), textFont_, theme.text);
     } else if (told == 0) {
         paintText(painter, inner, shownText(gitkit::shortHash(commit.hash)), hashFont_, theme.blameText);
-        const int dateRoom = isNarrow_ ? 0 : dateWidth_ + gap;
-        paintText(painter, inner.adjusted(hashWidth_ + gap, 0, -dateRoom, 0), commit.author, textFont_, theme.text);
+        const int dateRoom = isNarrow_ ? 0 : dateWidth_ + blameGap;
+        paintText(painter, inner.adjusted(hashWidth_ + blameGap, 0, -dateRoom, 0), commit.author, textFont_,
+                  theme.text);
         if (!isNarrow_)
             paintText(painter, inner, date, textFont_, theme.blameText, Qt::AlignRight);
     } else if (told == 1 && isNarrow_ && !commit.isUncommitted) {
-        paintText(painter, inner.adjusted(hashWidth_ + gap, 0, 0, 0), date, textFont_, theme.blameText);
+        paintText(painter, inner.adjusted(hashWidth_ + blameGap, 0, 0, 0), date, textFont_, theme.blameText);
     }
     if (look.offersBefore)
         paintBeforeButton(painter, beforeButton(area), commit.warmth);
@@ -225,7 +225,7 @@ void BlameRowPainter::paintCode(QPainter& painter, int row, const QRect& area, i
     whole.setLeadingIncluded(false);
     layout.endLayout();
     painter.setPen(Theme::current().text);
-    const double left = area.left() + codeLeft() + gap - offset + static_cast<double>(first) * cell_;
+    const double left = area.left() + codeLeft() + blameGap - offset + static_cast<double>(first) * cell_;
     layout.draw(&painter, QPointF(left, area.top() + std::floor((area.height() - whole.height()) / 2)));
 }
 

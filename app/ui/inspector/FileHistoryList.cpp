@@ -33,8 +33,6 @@ constexpr int gap = 8;
 constexpr int chipSize = 18;
 constexpr int rowPadding = 6;
 
-gitkit::Date now() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
-
 /// An ordinary modification has no chip, since every row is a change of the file.
 bool hasChip(const FileRevision& revision) { return revision.file.status != 'M'; }
 
@@ -134,7 +132,7 @@ public:
         }
         paintText(*painter, first, index.data().toString(), option.font, theme.text);
 
-        const QString date = RelativeDate::between(revision.commit.date, now()).text(QLocale());
+        const QString date = RelativeDate::toNow(revision.commit.date).text(QLocale());
         QString about = date + u" · "_s + shownLine(revision.commit.authorName);
         const QString then = model.pathThen(revision);
         if (!then.isEmpty())

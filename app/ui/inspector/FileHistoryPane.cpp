@@ -24,7 +24,7 @@ constexpr double leastListHeight = 100;
 constexpr double leastDiffHeight = 100;
 constexpr int page = 500;
 /// A read that takes no longer than this shows no sign of loading.
-constexpr std::chrono::milliseconds quietStart{150};
+constexpr std::chrono::milliseconds quietListing{150};
 
 } // namespace
 
@@ -89,7 +89,7 @@ void FileHistoryPane::read(int limit)
     limit_ = limit;
     hasMore_ = false; // the end of the list asks once
     if (!shown_ || shown_->path != wanted_->path)
-        loadingSoon_.start(quietStart);
+        loadingSoon_.start(quietListing);
     histories_.askAgain({wanted_->path, wanted_->revision, limit});
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int symbolSize = 24;
 constexpr int padding = 7;
-constexpr int narrowest = 96;
+constexpr int narrowestTab = 96;
 
 } // namespace
 
@@ -34,7 +34,7 @@ void SettingsTabBar::add(const QString& title, SettingsSymbol symbol)
 QSize SettingsTabBar::tabSizeHint(int index) const
 {
     const QFontMetrics metrics(font());
-    return {std::max(metrics.horizontalAdvance(tabText(index)) + 4 * padding, narrowest),
+    return {std::max(metrics.horizontalAdvance(tabText(index)) + 4 * padding, narrowestTab),
             symbolSize + metrics.height() + 3 * padding};
 }
 
