@@ -66,7 +66,8 @@ QStringList wordsLeft(QString text)
         text.remove(marked);
     static const QRegularExpression notWords(u"<[^>]*>|&\\w+;|/tmp/\\S+|^git .*"_s);
     static const QRegularExpression known(
-        u"\\b(zz[\\w.-]*|[0-9a-f]{7,}|repo|stash|main|HEAD|On|WIP|on|Ctrl|Shift|Alt|Return|Esc|Backspace|Plovik|Ada|Charles|"
+        u"\\b(zz[\\w.-]*|[0-9a-f]{7,}|repo|stash|main|HEAD|On|WIP|on|Ctrl|Shift|Alt|Return|Esc|Backspace|Plovik|Ada|"
+        u"Charles|"
         u"ada|charles|example|org|Sunday|September|Sep|DejaVu|Sans|Mono|Monospace|ED25519|SHA256)\\b"_s);
     text.remove(notWords).remove(notWords).remove(known);
     QStringList words;

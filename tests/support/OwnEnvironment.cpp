@@ -19,6 +19,10 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 
+#if __has_feature(address_sanitizer)
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -200,6 +204,10 @@ OwnEnvironment::OwnEnvironment(char** arguments)
 
 OwnEnvironment::~OwnEnvironment()
 {
+#if __has_feature(address_sanitizer)
+    // At exit the list of what may leak, which is read only when something leaks, would be gone with the folder.
+    __lsan_do_leak_check();
+#endif
     std::error_code ignored;
     fs::current_path("/", ignored);
     removeWithRights(folder_);
