@@ -205,15 +205,7 @@ void CommitDetailView::diffRead()
         diff_->showSentence(tr("The diff could not be read"), diffs_.failure()->message);
         return;
     }
-    const gitkit::CommitFile& file = diffs_.answered()->file;
-    DiffContent content;
-    content.name = tr("Diff");
-    content.title = shownText(file.path);
-    content.path = file.path;
-    content.diff = *diffs_.result();
-    std::vector<DiffContent> contents;
-    contents.push_back(std::move(content));
-    diff_->showDiffs(std::move(contents), DiffPlace::start);
+    diff_->showDiff(tr("Diff"), diffs_.answered()->file.path, *diffs_.result());
 }
 
 void CommitDetailView::openCurrentFile()

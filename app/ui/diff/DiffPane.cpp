@@ -3,6 +3,7 @@
 
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/ShownText.h"
 #include "app/ui/diff/DiffExtras.h"
 #include "app/ui/diff/DiffFinder.h"
 #include "app/ui/diff/DiffOptionsBar.h"
@@ -53,6 +54,18 @@ DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     connect(view_, &DiffView::showsWholeFileChanged, options_, &DiffOptionsBar::setWholeFile);
     connect(options_, &DiffOptionsBar::findRequested, this, &DiffPane::find);
     connect(&Settings::shared(), &Settings::changed, this, &DiffPane::settingChanged);
+}
+
+void DiffPane::showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff)
+{
+    DiffContent content;
+    content.name = name;
+    content.title = shownText(path);
+    content.path = path;
+    content.diff = std::move(diff);
+    std::vector<DiffContent> contents;
+    contents.push_back(std::move(content));
+    showDiffs(std::move(contents), DiffPlace::start);
 }
 
 void DiffPane::showDiffs(std::vector<DiffContent> contents, DiffPlace place)

@@ -31,6 +31,8 @@ public:
     DiffView* view() const { return view_; }
     bool isSentenceShown() const;
     void showDiffs(std::vector<DiffContent> contents, DiffPlace place);
+    /// Shows the diff of one file of a commit from its start. `name` is the section's accessible name.
+    void showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff);
     void showSentence(const QString& title, const QString& description);
 
     /// Returns how the next diffs are to be read.

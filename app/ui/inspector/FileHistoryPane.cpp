@@ -135,15 +135,7 @@ void FileHistoryPane::diffRead()
         diff_->showSentence(tr("The Diff Could Not Be Read"), diffs_.failure()->message);
         return;
     }
-    const gitkit::CommitFile& file = diffs_.answered()->file;
-    DiffContent content;
-    content.name = tr("File History Diff");
-    content.title = shownText(file.path);
-    content.path = file.path;
-    content.diff = *diffs_.result();
-    std::vector<DiffContent> contents;
-    contents.push_back(std::move(content));
-    diff_->showDiffs(std::move(contents), DiffPlace::start);
+    diff_->showDiff(tr("File History Diff"), diffs_.answered()->file.path, *diffs_.result());
 }
 
 void FileHistoryPane::showSentence(const QString& title, const QString& description)
