@@ -47,7 +47,7 @@ void write(const QString& file, const Draft& draft)
     QSaveFile out(file);
     if (!out.open(QIODevice::WriteOnly))
         return;
-    // Nobody else may read what is not committed yet.
+    // The file is for its user alone: a draft may tell what is not public yet.
     out.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     out.write(QJsonDocument(QJsonObject{{subjectKey, draft.subject}, {bodyKey, draft.body}}).toJson());
     out.commit();

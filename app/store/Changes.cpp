@@ -22,8 +22,11 @@ Changes::~Changes() = default;
 
 bool Changes::run(Change change)
 {
-    if (!change.title.isEmpty() && !offers(change.verb))
+    if (!change.title.isEmpty() && !offers(change.verb)) {
+        // A question may have been answered after something else began.
+        window_.tell(whyNot(change.verb));
         return false;
+    }
     const quint64 number = ++lastNumber_;
     runs_.push_back({.shown = {number, change.verb, change.title}, .stop = {}});
     turnsTaken_ += takesTurn(change.verb) ? 1 : 0;

@@ -106,9 +106,20 @@ void Staging::stageNow(const Files& files, GitAccess::Operation operation)
 
 QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation operation)
 {
+    // The check takes a moment and the question longer, in which another change may have begun.
+    const auto stageAfterwards = [this, files, operation = std::move(operation)] {
+        if (!isListOld()) {
+            stageNow(files, operation);
+            return;
+        }
+        stageNow(files, [files, operation](const GitRepository& repo) {
+            requireNoNewConflicts(repo, files);
+            operation(repo);
+        });
+    };
     const std::vector<std::string> marked = co_await git_.read(filesWithConflictMarkers, files);
     if (marked.empty()) {
-        stageNow(files, std::move(operation));
+        stageAfterwards();
         co_return;
     }
     Confirmation question;
@@ -117,7 +128,7 @@ QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation
                          : tr("%n file(s) still contain conflict markers", nullptr, static_cast<int>(marked.size()));
     question.message = tr("Staging marks the conflict as resolved, and the markers would be committed.");
     question.actionTitle = tr("Stage Anyway");
-    question.action = [this, files, operation = std::move(operation)] { stageNow(files, operation); };
+    question.action = stageAfterwards;
     window_.ask(std::move(question));
 }
 

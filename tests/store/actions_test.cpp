@@ -63,6 +63,7 @@ TEST_F(StoreActions, AnActionShowsWhatItDoesDropsASecondAndReadsAgain)
     EXPECT_EQ(worker.waiting(), 1u);
     EXPECT_EQ(activity(), "Fetching…");
     EXPECT_EQ(store.changes().whyNot(Verb::pull), QStringLiteral("Not while this runs: Fetching…"));
+    EXPECT_EQ(store.window().notice.value(), store.changes().whyNot(Verb::pull)) << "what is not begun is said";
     const qint64 generation = store.snapshot().generation.value();
     worker.finishAll();
     EXPECT_EQ(activity(), "");

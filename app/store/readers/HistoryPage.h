@@ -29,8 +29,8 @@ struct HistoryPage {
     bool hasMore = false; ///< older commits exist beyond the page
 };
 
-/// Reads a page and lays out its graph, whose work grows with the page and so is not done on the main thread. Blocks;
-/// throws as GitRepository::log does.
+/// Reads one page and lays out its graph, which takes longer the longer the page is. Blocks, on any thread; throws as
+/// GitRepository::log does.
 HistoryPage readHistoryPage(const gitkit::GitRepository& repo, const HistoryRequest& request);
 
 } // namespace plovik
