@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/Blobs.h"
 
+#include "GitKit/RegularFile.h"
 #include "GitKit/parsers/Fields.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
+#include <cstdint>
 #include <sys/stat.h>
 
 namespace gitkit {
@@ -27,11 +29,8 @@ std::optional<std::string> workingFile(const std::filesystem::path& file, std::s
     }
     if (!S_ISREG(found.st_mode) || static_cast<std::uintmax_t>(found.st_size) > limit)
         return std::nullopt;
-    std::ifstream stream(file, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream.is_open() || stream.bad() || bytes.size() > limit)
-        return std::nullopt;
-    return bytes;
+    std::optional<std::string> bytes = regularFileBytes(file, std::min(limit, SIZE_MAX - 1) + 1);
+    return bytes && bytes->size() <= limit ? bytes : std::nullopt;
 }
 
 std::optional<std::uint64_t> workingFileSize(const std::filesystem::path& file)
@@ -67,11 +66,7 @@ FileSample workingSample(const std::filesystem::path& path, std::size_t bytes)
         return {std::filesystem::exists(path / ".git", failure) ? Kind::submodule : Kind::folder, {}};
     if (!S_ISREG(found.st_mode))
         return {};
-    std::string beginning(bytes, '\0');
-    std::ifstream stream(path, std::ios::binary);
-    stream.read(beginning.data(), static_cast<std::streamsize>(bytes));
-    beginning.resize(static_cast<std::size_t>(stream.gcount()));
-    return {Kind::file, std::move(beginning)};
+    return {Kind::file, regularFileBytes(path, bytes).value_or(std::string())};
 }
 
 /// Reads the kind in "mode type hash<tab>path".
@@ -177,9 +172,7 @@ FileSample fileSample(const GitRepository& repo, const std::string& path, const 
                                {.accepting = {0, 128}, .limit = OutputLimit{.lines = bytes, .bytes = bytes}});
     if (output.status == 0 || output.cut)
         return {FileSample::Kind::file, output.stdoutBytes.substr(0, bytes)};
-    return {kindOf(repo.runner().bytes({"ls-tree", "-z", "--full-tree", commit, "--", path},
-                                       {.environment = {{"GIT_LITERAL_PATHSPECS", "1"}}})),
-            {}};
+    return {kindOf(repo.runner().bytes({"ls-tree", "-z", "--full-tree", commit, "--", literalPathspec(path)})), {}};
 }
 
 } // namespace gitkit

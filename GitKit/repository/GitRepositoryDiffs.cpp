@@ -6,18 +6,24 @@
 //                                 off the drivers that a repository's attributes name
 //   --full-index                  prints whole blob hashes, which are compared before a patch is applied
 //   HASH^{commit}                 reads the commit of an annotated tag
-//   GIT_LITERAL_PATHSPECS         is set because a path may hold wildcards
+//   exactPathspecs()              leave out what is in a folder that has the name of a deleted file
+//   an index of its own           shows an untracked link, which --no-index follows, and a file named "-", which it
+//                                 takes for the standard input
 
+#include "GitKit/Text.h"
 #include "GitKit/parsers/DiffParser.h"
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/parsers/NameStatusParser.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/IndexEntries.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
+#include "GitKit/repository/ScratchIndex.h"
 #include "GitKit/repository/StaleChange.h"
 #include "GitKit/runner/GitError.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace gitkit {
@@ -44,18 +50,41 @@ bool isEmptyBlob(std::string_view hash)
            hash == "473a0f4c3be8a93681a267e3b1e9a7dcda1185436fe141f7749120a303721813";
 }
 
-ParsedDiff diff(const GitRunner& runner, const std::vector<std::string>& arguments, const std::vector<int>& accepting,
-                WhiteSpace whiteSpace)
+Arguments onExactly(Arguments arguments, const std::vector<std::string>& paths)
+{
+    arguments.emplace_back("--");
+    std::ranges::copy(exactPathspecs(paths), std::back_inserter(arguments));
+    return arguments;
+}
+
+std::vector<std::string> allPaths(const CommitFile& file)
+{
+    return file.originalPath ? std::vector{file.path, *file.originalPath} : std::vector{file.path};
+}
+
+ParsedDiff diff(const GitRunner& runner, const std::vector<std::string>& arguments, WhiteSpace whiteSpace,
+                RunOptions options = {})
 {
     std::vector<std::string> all = arguments;
     if (whiteSpace == WhiteSpace::ignored)
         all.insert(std::ranges::find(all, "--full-index"), "-w");
-    const GitOutput output =
-        runner.accepted(all, {.accepting = accepting, .environment = literalPaths, .limit = diffLimit});
+    options.limit = diffLimit;
+    const GitOutput output = runner.accepted(all, options);
     ParsedDiff parsed = DiffParser::parse(output.stdoutBytes);
     parsed.whiteSpace = whiteSpace;
     parsed.isTruncated = parsed.isTruncated || output.cut;
     return parsed;
+}
+
+ParsedDiff untrackedDiff(const GitRepository& repo, const std::string& path, WhiteSpace whiteSpace)
+{
+    std::error_code ignored;
+    if (path != "-" && !std::filesystem::is_symlink(repo.root() / path, ignored))
+        return diff(repo.runner(), diffArguments({"diff", "--no-index"}, {"--", "/dev/null", path}), whiteSpace,
+                    {.accepting = {0, 1}});
+    const ScratchIndex index(repo.runner());
+    repo.runner().accepted({"add", "--intent-to-add", "--force", "--", literalPathspec(path)}, index.options());
+    return diff(repo.runner(), onExactly(diffArguments({"diff"}, {}), {path}), whiteSpace, index.options());
 }
 
 /// Throws unless the index has the blob that the patch was made from.
@@ -63,13 +92,14 @@ void requireIndexHolds(const GitRunner& runner, const PartialChange& change)
 {
     if (!change.before)
         return;
-    // "mode hash stage<tab>path", NUL; a conflicted path has several entries
-    const std::string entry = runner.bytes({"ls-files", "-s", "-z", "--", change.path}, {.environment = literalPaths});
-    const std::size_t blank = entry.find(' ');
-    const std::string held =
-        blank == std::string::npos ? std::string() : entry.substr(blank + 1, entry.find(' ', blank + 1) - blank - 1);
+    const EntriesAtPath found = indexEntries(runner, change.path);
+    const std::string held = found.own.empty() ? std::string() : found.own.front().hash;
     const bool none = held.empty() || isEmptyBlob(held);
-    const bool several = std::ranges::count(entry, '\0') > 1;
+    const bool several = found.own.size() > 1;
+    if (isNoHash(*change.before) && !found.inside.empty())
+        throw GitError("apply", 1,
+                       inQuotes(change.path) + " cannot be in the index together with " +
+                           inQuotes(found.inside.front().path) + ". Nothing was done.");
     if (several || !(held == *change.before || (none && isNoHash(*change.before))))
         throw staleChange();
 }
@@ -103,10 +133,8 @@ CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kin
 ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& file, WhiteSpace whiteSpace) const
 {
     const std::string revision = commitArgument("show", file.source.value_or(hash));
-    Arguments arguments = diffArguments({"show", "--format=", "--first-parent", "-M"}, {revision, "--", file.path});
-    if (file.originalPath)
-        arguments.push_back(*file.originalPath);
-    return diff(runner_, arguments, {0}, whiteSpace);
+    Arguments arguments = diffArguments({"show", "--format=", "--first-parent", "-M"}, {revision});
+    return diff(runner_, onExactly(std::move(arguments), allPaths(file)), whiteSpace);
 }
 
 std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, WhiteSpace whiteSpace) const
@@ -116,20 +144,20 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Whit
     if (file.isUntracked()) {
         // A repository inside this one is listed as a folder; it has no diff.
         if (!file.path.ends_with('/'))
-            sections.push_back({"Untracked",
-                                diff(runner_, diffArguments({"diff", "--no-index"}, {"--", "/dev/null", file.path}),
-                                     {0, 1}, whiteSpace),
-                                Kind::untracked});
+            sections.push_back({"Untracked", untrackedDiff(*this, file.path, whiteSpace), Kind::untracked});
         return sections;
     }
     if (file.hasUnstaged())
         sections.push_back({file.isConflicted ? "Conflict" : "Unstaged",
-                            diff(runner_, diffArguments({"diff", "-M"}, {"--", file.path}), {0}, whiteSpace),
+                            diff(runner_, onExactly(diffArguments({"diff", "-M"}, {}), {file.path}), whiteSpace),
                             file.isConflicted ? Kind::conflict : Kind::unstaged});
     if (file.hasStaged())
-        sections.push_back(
-            {"Staged", diff(runner_, diffArguments({"diff", "--cached", "-M"}, {"--", file.path}), {0}, whiteSpace),
-             Kind::staged});
+        sections.push_back({"Staged",
+                            diff(runner_,
+                                 onExactly(diffArguments({"diff", "--cached", "-M"}, {}),
+                                           {file.path}),
+                                 whiteSpace),
+                            Kind::staged});
     return sections;
 }
 

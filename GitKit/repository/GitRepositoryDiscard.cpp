@@ -11,7 +11,7 @@
 //   batches               Files in a row that need the same command share one, because ten thousand processes take
 //                         minutes. A batch that fails is repeated file by file, so that the files before the failing
 //                         one are done.
-//   GIT_LITERAL_PATHSPECS and standard input are used as for staging (PathCommand.h).
+//   paths                 reach git as for staging (PathCommand.h).
 //   conflicted files      that HEAD does not have are removed from the index and moved to the Trash.
 //   intended additions    (add -N) are not in HEAD, so they are treated like added files.
 //   submodules            are refused, because no command brings back the files in them.
@@ -19,9 +19,11 @@
 #include "GitKit/Text.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
+#include "GitKit/repository/StagedPaths.h"
 #include "GitKit/runner/GitError.h"
 
 #include <algorithm>
+#include <set>
 #include <sys/stat.h>
 #include <unordered_map>
 
@@ -75,6 +77,17 @@ public:
         return tracked;
     }
 
+    /// The staged files in a folder.
+    std::vector<std::string> stagedInside(const std::string& folder) const
+    {
+        std::vector<std::string> paths;
+        for (const auto& [path, file] : tracked_) {
+            if (path.starts_with(folder + '/') && file.index != 'D')
+                paths.push_back(path);
+        }
+        return paths;
+    }
+
 private:
     using ByPath = std::unordered_map<std::string, FileChange>;
 
@@ -103,7 +116,7 @@ public:
         if (file.isUntracked())
             moveFile(file.path);
         else if (isNew(file))
-            removeNew(file.path);
+            removeNew(file);
         else if (isRename(file))
             undoRename(file);
         else
@@ -132,10 +145,22 @@ private:
 
     static constexpr std::size_t largestBatch = 500;
 
-    void removeNew(const std::string& path)
+    void removeNew(const FileChange& file)
     {
-        moveFile(path);
-        wait(Command::forget, path);
+        // The Trash was promised, and the index has the only copy.
+        if (file.index == 'A' && file.worktree == 'D')
+            writeStaged(file.path);
+        moveFile(file.path);
+        wait(Command::forget, file.path);
+    }
+
+    void writeStaged(const std::string& path)
+    {
+        if (standing(root_ / path) != Standing::nothing)
+            throw GitError("checkout", 1,
+                           "The staged copy of " + inQuotes(path) +
+                               " cannot be moved to the Trash, because a folder has its name.");
+        runOnExactPaths(runner_, {"checkout-index", "-q", "-z", "--stdin"}, {path});
     }
 
     void undoRename(const FileChange& file)
@@ -144,9 +169,9 @@ private:
         moveFile(file.path);
         clearTheWay(*file.originalPath, Known::no);
         if (file.index == 'R')
-            runOnPaths(runner_, {"reset", "-q"}, {file.path, *file.originalPath});
+            unstagePaths(runner_, {file.path, *file.originalPath});
         else
-            runOnPaths(runner_, {"rm", "-q", "--cached", "-f"}, {file.path});
+            forgetPaths(runner_, {file.path});
         run(Command::restore, {*file.originalPath});
     }
 
@@ -206,7 +231,7 @@ private:
     void run(Command command, const Arguments& paths)
     {
         if (command == Command::forget)
-            runOnPaths(runner_, {"rm", "-q", "--cached", "-f"}, paths);
+            forgetPaths(runner_, paths);
         else
             runOnPaths(runner_, {"checkout", "HEAD"}, paths);
     }
@@ -226,6 +251,53 @@ private:
     Command waitingCommand_ = Command::restore;
 };
 
+/// Discards the files of one list, each once.
+class DiscardList {
+public:
+    DiscardList(const std::vector<FileChange>& files, const CurrentChanges& current, Discard& discard)
+        : files_(files), current_(current), discard_(discard)
+    {}
+
+    void run()
+    {
+        for (const FileChange& file : files_)
+            take(file);
+    }
+
+private:
+    void take(const FileChange& file)
+    {
+        const FileChange* now = current_.of(file);
+        if (now == nullptr || !taken_.insert(now).second)
+            return;
+        // The caller was promised that the file goes to the Trash; now its changes would be lost.
+        if (isNew(file) && !isNew(*now))
+            throw GitError("checkout", 1, inQuotes(file.path) + " has changed since it was shown. Look at it again.",
+                           ErrorKind::changedMeanwhile);
+        if (now->index == 'D')
+            makePlace(now->path);
+        discard_.add(*now);
+    }
+
+    /// Bringing a file back would drop the staged files in a folder of its name from the index.
+    void makePlace(const std::string& path)
+    {
+        for (const std::string& inside : current_.stagedInside(path)) {
+            const auto listed = std::ranges::find(files_, inside, &FileChange::path);
+            if (listed == files_.end())
+                throw GitError("checkout", 1,
+                               inQuotes(path) + " cannot come back alone, because " + inQuotes(inside) +
+                                   " is staged in its place.");
+            take(*listed);
+        }
+    }
+
+    const std::vector<FileChange>& files_;
+    const CurrentChanges& current_;
+    Discard& discard_;
+    std::set<const FileChange*> taken_;
+};
+
 } // namespace
 
 void GitRepository::discard(const std::vector<FileChange>& files, const Trash& trash) const
@@ -233,17 +305,7 @@ void GitRepository::discard(const std::vector<FileChange>& files, const Trash& t
     const CurrentChanges current(status());
     Discard discard(root_, runner_, trash);
     try {
-        for (const FileChange& file : files) {
-            const FileChange* now = current.of(file);
-            if (now == nullptr)
-                continue;
-            // The caller was promised that the file goes to the Trash; now its changes would be lost.
-            if (isNew(file) && !isNew(*now))
-                throw GitError("checkout", 1,
-                               inQuotes(file.path) + " has changed since it was shown. Look at it again.",
-                               ErrorKind::changedMeanwhile);
-            discard.add(*now);
-        }
+        DiscardList(files, current, discard).run();
     } catch (...) {
         discard.finish();
         throw;

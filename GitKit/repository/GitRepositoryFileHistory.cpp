@@ -3,7 +3,7 @@
 //
 // Where the commands differ from the plain ones:
 //   --no-textconv           shows the file and not the output of a converter
-//   GIT_LITERAL_PATHSPECS   is set because a path may hold wildcards
+//   :(literal)              is before a path because it may hold wildcards
 
 #include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/LogParser.h"
@@ -18,15 +18,19 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 /// Completes the paths of merges, which git lists without one: they get the path that the next newer commit leaves.
+/// Leaves out commits that changed files in a folder that once had the file's name.
 void completePaths(std::vector<FileRevision>& revisions, const std::string& asked)
 {
     std::string path = asked;
-    for (FileRevision& revision : revisions) {
+    std::erase_if(revisions, [&](FileRevision& revision) {
         CommitFile& file = revision.file;
+        if (file.path.starts_with(path + '/'))
+            return true;
         if (file.path == asked && file.status == 'M')
             file.path = path;
         path = file.originalPath.value_or(file.path);
-    }
+        return false;
+    });
 }
 
 } // namespace
@@ -39,8 +43,8 @@ std::vector<FileRevision> GitRepository::fileLog(const std::string& path, const 
     arguments.insert(arguments.end(), {"-n", std::to_string(limit), LogParser::fileFormat});
     if (revision)
         arguments.push_back(revisionArgument("log", *revision));
-    arguments.insert(arguments.end(), {"--", path});
-    auto revisions = LogParser::parseFileLog(runner_.bytes(arguments, {.environment = literalPaths}), path);
+    arguments.insert(arguments.end(), {"--", literalPathspec(path)});
+    auto revisions = LogParser::parseFileLog(runner_.bytes(arguments), path);
     completePaths(revisions, path);
     return revisions;
 }
@@ -51,7 +55,7 @@ std::vector<BlameLine> GitRepository::blame(const std::string& path, const std::
     if (revision)
         arguments.push_back(revisionArgument("blame", *revision));
     arguments.insert(arguments.end(), {"--", path});
-    return BlameParser::parse(runner_.bytes(arguments, {.environment = literalPaths}));
+    return BlameParser::parse(runner_.bytes(arguments));
 }
 
 } // namespace gitkit

@@ -3,10 +3,8 @@
 //
 // This table says where the commands differ from the obvious ones. GitEnvironment.cpp has what holds for every run.
 //
-//   add, reset PATHS        run with GIT_LITERAL_PATHSPECS, because a path may hold wildcards. Long lists go to
-//                           standard input. Only paths that the index (or the working tree) still knows are named,
-//                           because git refuses a whole list for one unknown path: the old path of a staged rename is
-//                           gone, and a staged deletion has nothing to add.
+//   update-index            stages and unstages single paths (StagedPaths.h), each given exactly.
+//   add -A                  stages everything. A repository inside this one is taken out again and named.
 //   reset -q -- .           unstages everything. Without a path git would also end a merge, a cherry-pick or a revert,
 //                           and the next commit would have one parent. When there are conflicts, only the staged files
 //                           are named, so that the conflicts stay.
@@ -28,10 +26,11 @@
 #include "GitKit/Text.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
-#include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
+#include "GitKit/repository/StagedPaths.h"
 #include "GitKit/repository/TellingCommand.h"
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/GitMessages.h"
 
 #include <algorithm>
 #include <array>
@@ -81,33 +80,63 @@ bool isOperationInProgress(const std::filesystem::path& gitDirectory)
     return std::ranges::any_of(marks, [&](const char* mark) { return std::filesystem::exists(gitDirectory / mark); });
 }
 
-/// The ref that a stash has in `stashes`. Throws when it is not there.
+/// A stash's full name: its short one may be that of a branch.
+std::string fullStashName(const std::string& ref) { return ref.starts_with("refs/") ? ref : "refs/" + ref; }
+
+/// The full name that a stash has in `stashes`. Throws when it is not there.
 std::string currentRef(const std::vector<Stash>& stashes, const Stash& wanted)
 {
     if (std::ranges::find_if(stashes, [&](const Stash& one) {
             return one.hash == wanted.hash && one.ref == wanted.ref;
         }) != stashes.end())
-        return wanted.ref;
+        return fullStashName(wanted.ref);
     const auto found = std::ranges::find(stashes, wanted.hash, &Stash::hash);
     if (found == stashes.end())
         throw GitError("stash", 1, "The stash " + inQuotes(wanted.message) + " is no longer in the list.",
                        ErrorKind::changedMeanwhile);
-    return found->ref;
+    return fullStashName(found->ref);
+}
+
+/// Git records no more of it than its current commit, which nobody else has.
+GitError embeddedRepository(const std::string& path)
+{
+    return {"add", 1,
+            inQuotes(path) + " is a repository of its own, so it was not staged. Add it as a submodule, or have git "
+                             "ignore it."};
+}
+
+/// Whether the file, or the submodule, is in the working tree. What is behind a link belongs to another path.
+bool standsAt(const std::filesystem::path& root, const FileChange& file)
+{
+    std::error_code ignored;
+    for (std::size_t end = file.path.find('/'); end != std::string::npos; end = file.path.find('/', end + 1)) {
+        if (!std::filesystem::is_directory(std::filesystem::symlink_status(root / file.path.substr(0, end), ignored)))
+            return false;
+    }
+    const auto found = std::filesystem::symlink_status(root / file.path, ignored);
+    return std::filesystem::is_directory(found) ? file.isSubmodule && file.worktree != 'D'
+                                                : std::filesystem::exists(found);
 }
 
 } // namespace
 
 void GitRepository::stage(const std::vector<FileChange>& files) const
 {
-    Arguments paths;
+    Arguments standing;
+    Arguments gone;
     for (const FileChange& file : files) {
         if (!file.hasUnstaged())
             continue;
-        paths.push_back(file.path);
+        if (file.path.ends_with('/'))
+            throw embeddedRepository(file.path.substr(0, file.path.size() - 1));
+        const bool stands = standsAt(root_, file);
+        if (file.isUntracked() && !stands)
+            throw GitError("add", 1, inQuotes(file.path) + " is not there any more.", ErrorKind::fileGone);
+        (stands ? standing : gone).push_back(file.path);
         if (file.originalPath && file.index == '.' && file.worktree == 'R')
-            paths.push_back(*file.originalPath);
+            gone.push_back(*file.originalPath);
     }
-    runOnPaths(runner_, {"add", "-A"}, paths);
+    stagePaths(runner_, standing, gone);
 }
 
 void GitRepository::unstage(const std::vector<FileChange>& files) const
@@ -120,10 +149,17 @@ void GitRepository::unstage(const std::vector<FileChange>& files) const
         if (file.originalPath && file.index == 'R')
             paths.push_back(*file.originalPath);
     }
-    runOnPaths(runner_, {"reset", "-q"}, paths);
+    unstagePaths(runner_, paths);
 }
 
-void GitRepository::stageAll() const { runner_.accepted({"add", "-A"}); }
+void GitRepository::stageAll() const
+{
+    const std::vector<std::string> embedded = embeddedRepositories(runner_.accepted({"add", "-A"}));
+    if (embedded.empty())
+        return;
+    forgetPaths(runner_, embedded);
+    throw embeddedRepository(embedded.front());
+}
 
 void GitRepository::unstageAll() const
 {

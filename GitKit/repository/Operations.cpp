@@ -284,6 +284,7 @@ void takeSide(const GitRepository& repo, const std::vector<std::string>& paths, 
     const std::size_t wanted = side == ConflictSide::ours ? 2 : 3;
     std::vector<std::string> written;
     std::string entries;
+    std::error_code ignored;
     for (const std::string& path : paths) {
         const auto found = conflicts.find(path);
         if (found == conflicts.end())
@@ -291,7 +292,9 @@ void takeSide(const GitRepository& repo, const std::vector<std::string>& paths, 
         const Stages& stages = found->second;
         const std::optional<Stage>& taken = stages[wanted];
         const bool hasFolder = std::ranges::any_of(stages, isSubmodule);
-        if (!hasFolder && isThere(repo.root() / path) && (!taken || changed.contains(path))) {
+        // Git would remove a folder that stands in the file's place, with everything in it.
+        const bool isInTheWay = fs::is_directory(fs::symlink_status(repo.root() / path, ignored));
+        if (!hasFolder && isThere(repo.root() / path) && (!taken || changed.contains(path) || isInTheWay)) {
             if (!trash)
                 throw GitError("checkout", 1, inQuotes(path) + " cannot be moved to the Trash.");
             trash(repo.root() / path);
@@ -303,7 +306,8 @@ void takeSide(const GitRepository& repo, const std::vector<std::string>& paths, 
     }
     if (entries.empty())
         return;
-    runOnPaths(repo.runner(), {"checkout", side == ConflictSide::ours ? "--ours" : "--theirs"}, written);
+    runOnExactPaths(repo.runner(), {"checkout-index", "-f", "-q", "-z", "--stage=" + std::to_string(wanted), "--stdin"},
+                    written);
     repo.runner().accepted({"update-index", "-z", "--index-info"}, {.input = std::move(entries), .environment = {}});
     // Without the files' times in the index, git takes the files for changed and refuses to abort.
     repo.runner().accepted({"update-index", "-q", "--refresh"}, {.accepting = {0, 1}, .environment = {}});

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/PartialDiscard.h"
 
+#include "GitKit/FileReplacement.h"
+#include "GitKit/RegularFile.h"
 #include "GitKit/Text.h"
-#include "GitKit/UniqueFd.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/ReversedFile.h"
 #include "GitKit/repository/StaleChange.h"
 
 #include <cerrno>
 #include <cstdint>
-#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string_view>
 #include <sys/stat.h>
-#include <unistd.h>
+#include <system_error>
+#include <tuple>
 
 namespace gitkit {
 
@@ -29,91 +28,72 @@ bool standsOnDisk(const std::filesystem::path& file)
     return ::lstat(file.c_str(), &found) == 0;
 }
 
+bool isKeepable(const std::filesystem::path& file)
+{
+    struct stat found{};
+    return ::lstat(file.c_str(), &found) == 0 && S_ISREG(found.st_mode) &&
+           static_cast<std::uintmax_t>(found.st_size) <= largestKept;
+}
+
 /// A file's bytes; nothing when there is none. Throws when it cannot be read.
 std::optional<std::string> fileBytes(const std::filesystem::path& file)
 {
     if (!standsOnDisk(file))
         return std::nullopt;
-    std::ifstream stream(file, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream.is_open() || stream.bad())
+    std::optional<std::string> bytes = regularFileBytes(file);
+    if (!bytes)
         throw GitError("apply", 1, inQuotes(file.string()) + " could not be read.");
     return bytes;
 }
 
 [[noreturn]] void throwUnwritable(const std::filesystem::path& file)
 {
-    throw GitError("apply", 1, inQuotes(file.string()) + " could not be written.");
+    throw GitError("apply", 1,
+                   inQuotes(file.string()) + " could not be written: " + std::generic_category().message(errno) + ".");
 }
 
-/// A new, empty file beside `file`; not open when none can be made. The kernel applies the user's mask to its mode:
-/// asking for the mask would mean to change it for the whole process.
-UniqueFd makeBeside(const std::filesystem::path& file, std::string& name)
+/// What tells whether somebody wrote a file meanwhile; nullopt when there is none.
+std::optional<std::tuple<ino_t, off_t, time_t, long, time_t, long>> signOf(const std::filesystem::path& file)
 {
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        name = file.string() + ".plovik-" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
-        UniqueFd made(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0666));
-        if (made || errno != EEXIST)
-            return made;
-    }
-    return {};
+    struct stat found{};
+    if (::lstat(file.c_str(), &found) != 0)
+        return std::nullopt;
+    return std::tuple(found.st_ino, found.st_size, found.st_mtim.tv_sec, found.st_mtim.tv_nsec, found.st_ctim.tv_sec,
+                      found.st_ctim.tv_nsec);
 }
 
-bool writeAll(const UniqueFd& descriptor, std::string_view bytes)
+/// Makes a file of the working tree what it is to become.
+void writeContent(const std::filesystem::path& file, const std::optional<FileContent>& content)
 {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(descriptor.get(), bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
-/// Puts bytes in a file's place in one step. An existing file's mode is kept.
-void replaceFile(const std::filesystem::path& file, const std::string& bytes)
-{
-    struct stat previous{};
-    const bool hasMode = ::lstat(file.c_str(), &previous) == 0;
-    std::string temporary;
-    UniqueFd descriptor = makeBeside(file, temporary);
-    if (!descriptor)
-        throwUnwritable(file);
-    const bool isWritten = (!hasMode || ::fchmod(descriptor.get(), previous.st_mode & 07777U) == 0) &&
-                           writeAll(descriptor, bytes) && ::close(descriptor.release()) == 0;
-    if (!isWritten || ::rename(temporary.c_str(), file.c_str()) != 0) {
-        ::unlink(temporary.c_str());
-        throwUnwritable(file);
-    }
-}
-
-/// Throws unless the working tree has the blob that the patch was made from.
-void requireWorkingTreeHolds(const GitRepository& repo, const PartialChange& change)
-{
-    if (!change.before)
+    std::error_code failure;
+    if (!content) {
+        if (!std::filesystem::remove(file, failure) && failure)
+            throwUnwritable(file);
         return;
-    const bool stands = standsOnDisk(repo.root() / change.path);
-    if (stands == isNoHash(*change.before))
-        throw staleChange();
-    if (stands && trimmed(repo.runner().bytes({"hash-object", "--", change.path})) != *change.before)
-        throw staleChange();
+    }
+    std::filesystem::create_directories(file.parent_path(), failure);
+    const bool isWritten = content->isLink ? replaceByLink(file, content->bytes)
+                                           : replaceFile(file, content->bytes, content->isExecutable);
+    if (!isWritten)
+        throwUnwritable(file);
 }
 
 } // namespace
 
 std::optional<PartialDiscard> discardPart(const GitRepository& repo, const PartialChange& change)
 {
-    requireWorkingTreeHolds(repo, change);
     const std::filesystem::path file = repo.root() / change.path;
-    std::error_code ignored;
-    const bool kept = !standsOnDisk(file) || std::filesystem::file_size(file, ignored) <= largestKept;
+    const auto sign = signOf(file);
+    const bool kept = !standsOnDisk(file) || isKeepable(file);
     PartialDiscard done{change.path, kept ? fileBytes(file) : std::nullopt, std::nullopt};
-    repo.runner().bytes({"apply", "--whitespace=nowarn", "-R", "-"}, {.input = change.patch});
-    if (!kept)
+    const std::optional<FileContent> content = reversedFile(repo, change);
+    if (signOf(file) != sign)
+        throw staleChange();
+    writeContent(file, content);
+    if (!kept || (content && content->isLink))
         return std::nullopt;
-    done.after = fileBytes(file);
+    if (content)
+        done.after = content->bytes;
     return done;
 }
 
@@ -123,9 +103,9 @@ void undoDiscard(const GitRepository& repo, const PartialDiscard& discard)
     if (fileBytes(file) != discard.after)
         throw GitError("apply", 1, "The file has changed since the discard, so that it cannot be taken back any more.",
                        ErrorKind::changedMeanwhile);
-    if (discard.before)
-        replaceFile(file, *discard.before);
-    else
+    if (discard.before && !replaceFile(file, *discard.before))
+        throwUnwritable(file);
+    if (!discard.before)
         std::filesystem::remove(file);
 }
 

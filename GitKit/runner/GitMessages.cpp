@@ -200,4 +200,19 @@ ErrorKind errorKind(std::string_view command, const GitOutput& output)
     return found == rows.end() ? Kind::other : found->kind;
 }
 
+std::vector<std::string> embeddedRepositories(const GitOutput& output)
+{
+    // The path is printed as it is, without a slash at its end.
+    constexpr std::string_view start = "warning: adding embedded git repository: ";
+    std::vector<std::string> paths;
+    std::string_view rest = output.stderrBytes;
+    while (!rest.empty()) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+        if (line.starts_with(start))
+            paths.emplace_back(line.substr(start.size()));
+    }
+    return paths;
+}
+
 } // namespace gitkit

@@ -4,12 +4,17 @@
 #include "GitKit/records/ErrorKind.h"
 #include "GitKit/runner/GitOutput.h"
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace gitkit {
 
 /// What a failed run of `git COMMAND` means. Reads git's own sentences, which every run of git prints in English; this
 /// is the only place that knows them.
 ErrorKind errorKind(std::string_view command, const GitOutput& output);
+
+/// The repositories inside this one that a run of `git add` staged, with its warning, as one commit each.
+std::vector<std::string> embeddedRepositories(const GitOutput& output);
 
 } // namespace gitkit

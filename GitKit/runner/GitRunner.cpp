@@ -81,6 +81,8 @@ GitOutput start(const std::filesystem::path& directory, const RunContext& contex
                            .input = options.input,
                            .limit = options.limit,
                            .stop = context.stop};
+    for (const std::string& setting : options.settings)
+        request.arguments.insert(request.arguments.end(), {"-c", setting});
     request.arguments.insert(request.arguments.end(), arguments.begin(), arguments.end());
     const Report report(context.listener.get(), request);
     if (context.listener)

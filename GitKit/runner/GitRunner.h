@@ -21,6 +21,8 @@ struct RunOptions {
     std::vector<int> accepting = {0};
     /// Environment entries for this run alone, set after all others.
     std::vector<std::pair<std::string, std::string>> environment = {};
+    /// Git settings for this run alone, as NAME=value, which beat all others.
+    std::vector<std::string> settings = {};
     /// When the output exceeds this, reading stops and git is ended. Used where only a beginning is shown.
     std::optional<OutputLimit> limit = {};
 };

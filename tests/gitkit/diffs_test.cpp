@@ -168,6 +168,22 @@ TEST(WorkingDiff, TakesPathsLiterally)
     EXPECT_EQ(repository.status().stagedCount(), 7);
 }
 
+TEST(WorkingDiff, ShowsUntrackedLinksAndAFileNamedLikeTheStandardInput)
+{
+    TestRepository repo;
+    repo.write("folder/.gitignore", "*\n").commit("one").write("-", "dash\n");
+    fs::create_directory_symlink("folder", repo / "link");
+    const GitRepository repository = repo.repository();
+    const ParsedDiff link = section(repository, "link", "Untracked");
+    ASSERT_EQ(link.lines.size(), 3u);
+    EXPECT_EQ(link.lines[1].text, "folder");
+    const ParsedDiff dash = section(repository, "-", "Untracked");
+    ASSERT_EQ(dash.lines.size(), 2u);
+    EXPECT_EQ(dash.lines[1].text, "dash");
+    repository.applyToIndex(*partialChange("-", dash, {1}, PatchDirection::forward));
+    EXPECT_EQ(repo.read({"status", "--porcelain", "-uall"}), "A  -\n?? link");
+}
+
 TEST(WorkingDiff, RunsNoConverterAndAppliesNone)
 {
     TestRepository repo;

@@ -78,7 +78,14 @@ const std::vector<DiscardCase> cases{
      [](auto& r) { r.write("new", "1").git({"add", "new"}).write("new", "2"); },
      {},
      {{"new", "2"}}},
-    {"added, deleted since", [](auto& r) { r.write("new", "1").git({"add", "new"}).remove("new"); }, {}, {}},
+    {"added, deleted since: the index has the only copy",
+     [](auto& r) { r.write("e/new", "1").git({"add", "e/new"}).remove("e"); },
+     {},
+     {{"e/new", "1"}}},
+    {"deleted in the index, with staged files in its place",
+     [](auto& r) { r.git({"rm", "-q", "a"}).write("a/b", "1").git({"add", "a/b"}); },
+     {},
+     {{"a/b", "1"}}},
     {"meant to be added", [](auto& r) { r.write("new", "1").git({"add", "-N", "new"}); }, {}, {{"new", "1"}}},
     {"meant to be added, deleted since, after others",
      [](auto& r) { r.write("new", "1").git({"add", "-N", "new"}).remove("new").write("a", "2"); },
@@ -242,6 +249,11 @@ TEST(Discard, StopsAtTheFirstThatFailsWithNothingLost)
         EXPECT_EQ(repo.read({"status", "--porcelain", "-uall"}), one.left);
         EXPECT_THAT(repo.trash, IsEmpty());
     }
+
+    DiscardRepository replaced;
+    replaced.git({"rm", "-q", "a"}).write("a/b", "1").git({"add", "a/b"});
+    EXPECT_THAT(failure(replaced, {"a"}), HasSubstr("“a” cannot come back alone, because “a/b” is staged"));
+    EXPECT_EQ(replaced.read({"status", "--porcelain"}), "D  a\nA  a/b");
 
     TestRepository library;
     library.write("l", "1").commit("library");

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <functional>
 
 namespace gitkit {
 namespace {
@@ -125,6 +126,52 @@ TEST(Staging, TakesNamesAsTheyAreAndOnlyWhatTheSideKnows)
     repo.write("a", "3\n");
     EXPECT_THAT(failure([&] { repository.stage({changeOf(repo, "a"), stale}); }), HasSubstr("never there"));
     EXPECT_THAT(letters(repo), testing::Contains("MM a")) << "all or nothing";
+}
+
+// A path means one file, and not what is in a folder that has the name of a deleted file.
+TEST(Staging, LeavesAloneWhatIsInAFolderOfTheSameName)
+{
+    TestRepository repo;
+    repo.write("a", "1\n").write("other", "1\n").commit("one").remove("a").write("a/b", "2\n").write("a/c", "3\n");
+    const GitRepository repository = repo.repository();
+    repository.stage({changeOf(repo, "a")});
+    EXPECT_THAT(letters(repo), testing::UnorderedElementsAre("D. a", "?? a/b", "?? a/c"));
+    repository.stage({changeOf(repo, "a/b")});
+    EXPECT_THAT(failure([&] { repository.unstage({changeOf(repo, "a")}); }), HasSubstr("because “a/b” is staged"));
+    EXPECT_THAT(letters(repo), testing::UnorderedElementsAre("D. a", "A. a/b", "?? a/c"));
+    for (const DiffSection& section : repository.workingDiff(changeOf(repo, "a")))
+        EXPECT_EQ(section.diff.additions, 0) << "the diff of a deleted file shows no other file";
+    repository.unstage({changeOf(repo, "a"), changeOf(repo, "a/b")});
+    EXPECT_THAT(letters(repo), testing::UnorderedElementsAre(".D a", "?? a/b", "?? a/c"));
+    // The other way round, and behind a link.
+    repo.git({"reset", "-q", "--hard"}).write("d/x", "1\n").write("e/y", "1\n").commit("two");
+    repo.remove("d").write("d", "file\n").remove("e");
+    std::filesystem::create_directory_symlink("real", repo / "e");
+    repo.write("real/y", "2\n");
+    repository.stage({changeOf(repo, "d/x"), changeOf(repo, "e/y"), changeOf(repo, "d")});
+    EXPECT_THAT(letters(repo), testing::IsSupersetOf(Strings{"D. d/x", "A. d", "D. e/y", "?? e", "?? real/y"}));
+}
+
+TEST(Staging, TakesTrackedFilesOfIgnoredFoldersAndNoRepositories)
+{
+    TestRepository repo;
+    repo.write("build/kept", "1\n").git({"add", "."}).write(".gitignore", "build/\n").commit("one");
+    repo.write("build/kept", "2\n").write("a", "1\n");
+    const GitRepository repository = repo.repository();
+    repository.stage(repository.status().files);
+    EXPECT_THAT(letters(repo), testing::UnorderedElementsAre("A. a", "M. build/kept"));
+
+    repo.git({"init", "-q", (repo / "inner").string()}).write("inner/f", "1").write("b", "1");
+    int status = 0;
+    runPlainGit(repo / "inner", {"add", "f"}, status);
+    runPlainGit(repo / "inner", {"commit", "-q", "-m", "inner"}, status);
+    for (const std::function<void()>& stage : std::vector<std::function<void()>>{
+             [&] { repository.stage({changeOf(repo, "inner/")}); }, [&] { repository.stageAll(); }})
+    {
+        EXPECT_THAT(failure(stage), HasSubstr("“inner” is a repository of its own"));
+        EXPECT_THAT(letters(repo), testing::Contains("?? inner/"));
+    }
+    EXPECT_THAT(letters(repo), testing::Contains("A. b")) << "everything else is staged";
 }
 
 TEST(Staging, SendsLongListsWhole)
