@@ -216,6 +216,22 @@ std::string headerForPart(std::string_view header, PatchDirection direction)
     return result;
 }
 
+/// Returns the header of a renamed file's changes without the rename, which goes with the whole file only. The target
+/// side has the file under one name already.
+std::string headerWithoutRename(std::string_view header, PatchDirection direction)
+{
+    const bool forward = direction == PatchDirection::forward;
+    const std::string name(headerValue(header, forward ? "--- " : "+++ ").value_or(""));
+    const std::string old = mirroredName("---" + (' ' + name), "---", 'a').substr(3);
+    const std::string now = mirroredName("---" + (' ' + name), "---", 'b').substr(3);
+    std::string result = "diff --git" + old + now;
+    if (const auto index = headerValue(header, "index "))
+        result += "\nindex " + std::string(*index);
+    return result + "\n---" + old + "\n+++" + now;
+}
+
+bool isRename(std::string_view header) { return headerValue(header, "rename from ").has_value(); }
+
 bool isWhole(const ParsedDiff& diff, int selected) { return selected >= diff.additions + diff.deletions; }
 
 } // namespace
@@ -266,6 +282,8 @@ std::optional<std::string> partialPatch(const ParsedDiff& diff, const std::set<i
     const bool whole = isWhole(diff, selectedTotal);
     if (!whole && refusal != PartialRefusal::none)
         return std::nullopt;
+    if (isRename(*diff.patchHeader))
+        return headerWithoutRename(*diff.patchHeader, direction) + '\n' + hunks;
     return (whole ? *diff.patchHeader : headerForPart(*diff.patchHeader, direction)) + '\n' + hunks;
 }
 

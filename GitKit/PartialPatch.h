@@ -18,6 +18,8 @@ PartialRefusal partialRefusal(const ParsedDiff& diff);
 /// other lines stay as they are on the target side. Ids of lines that are no changes are ignored. Returns nullopt when
 /// no change is selected and when partialRefusal() forbids it, except for all of a symlink or submodule.
 ///
+/// A renamed file's patch changes its lines and keeps its new name.
+///
 /// The patch never joins two lines: if the file's last line has no newline and another line is added after it, the
 /// patch gives it one.
 std::optional<std::string> partialPatch(const ParsedDiff& diff, const std::set<int>& selected,

@@ -151,11 +151,12 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Whit
         sections.push_back({file.isConflicted ? "Conflict" : "Unstaged",
                             diff(runner_, onExactly(diffArguments({"diff", "-M"}, {}), {file.path}), whiteSpace),
                             file.isConflicted ? Kind::conflict : Kind::unstaged});
+    // Without its old name, a renamed file would look like a new one.
     if (file.hasStaged())
         sections.push_back({"Staged",
                             diff(runner_,
                                  onExactly(diffArguments({"diff", "--cached", "-M"}, {}),
-                                           {file.path}),
+                                           file.index == 'R' ? file.allPaths() : std::vector{file.path}),
                                  whiteSpace),
                             Kind::staged});
     return sections;

@@ -184,6 +184,28 @@ TEST(WorkingDiff, ShowsUntrackedLinksAndAFileNamedLikeTheStandardInput)
     EXPECT_EQ(repo.read({"status", "--porcelain", "-uall"}), "A  -\n?? link");
 }
 
+TEST(WorkingDiff, ShowsAStagedRenameAsTheRenameAndUnstagesLinesOfIt)
+{
+    TestRepository repo;
+    repo.write("old", "1\n2\n3\n4\n5\n6\n").commit("one").git({"mv", "old", "new\tname"});
+    repo.write("new\tname", "one\n2\n3\n4\n5\nsix\n").git({"add", "-A"});
+    const GitRepository repository = repo.repository();
+    const auto unstage = [&](const std::set<int>& selected) {
+        const ParsedDiff diff = section(repository, "new\tname", "Staged");
+        const auto all = selected.empty() ? changes(diff) : selected;
+        repository.applyToIndex(*partialChange("new\tname", diff, all, PatchDirection::reverse));
+    };
+    const ParsedDiff diff = section(repository, "new\tname", "Staged");
+    EXPECT_EQ(diff.additions, 2);
+    EXPECT_EQ(diff.deletions, 2);
+    unstage({1, 2});
+    EXPECT_EQ(repo.read({"show", ":new\tname"}), "1\n2\n3\n4\n5\nsix");
+    unstage({});
+    EXPECT_EQ(repo.read({"show", ":new\tname"}), "1\n2\n3\n4\n5\n6");
+    EXPECT_EQ(repo.read({"status", "--porcelain", "-z"}).substr(0, 15),
+              std::string("RM new\tname\0old", 16).substr(0, 15));
+}
+
 TEST(WorkingDiff, RunsNoConverterAndAppliesNone)
 {
     TestRepository repo;
