@@ -13,6 +13,7 @@ enum class ErrorKind {
     ambiguousName,          ///< more than one object's hash begins with this name
     fileGone,               ///< a file of the working tree is not there any more
     noSuchPath,             ///< the commit, or the index, has no file of this name
+    ignoreListMissing,      ///< the file that names the commits for blame to pass over is not there
     insideSubmodule,        ///< the path belongs to a repository inside this one
     invalidName,            ///< no branch or tag can be named so
     alreadyExists,          ///< a branch or tag of this name is there

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <mutex>
 #include <unistd.h>
 #include <utility>
 
@@ -46,6 +48,12 @@ constexpr auto variables = std::to_array<VariablePin>({
     {"GIT_NAMESPACE", Action::remove, "", "hides the repository's refs behind a prefix"},
     {"GIT_QUARANTINE_PATH", Action::remove, "", "inherited from a hook, it refuses every change of a ref"},
     {"GIT_REFLOG_ACTION", Action::remove, "", "inherited from a hook, it falsifies reflog messages"},
+    {"GIT_AUTHOR_", Action::removePrefix, "", "inherited from a rebase, it signs commits with somebody else's name"},
+    {"GIT_COMMITTER_", Action::removePrefix, "", "inherited from a rebase, it signs commits with a wrong name or date"},
+    {"GIT_CHERRY_PICK_HELP", Action::remove, "", "inherited from a rebase, it makes cherry-pick forget what it picks"},
+    {"GITHEAD_", Action::removePrefix, "", "inherited from a merge, it names the sides of conflicts"},
+    {"GIT_MERGE_VERBOSITY", Action::remove, "", "silences what a merge says of conflicts"},
+    {"GIT_PUSH_OPTION_", Action::removePrefix, "", "inherited from a hook of a server"},
     {"GIT_REF_PARANOIA", Action::remove, "", "hides broken refs"},
     {"GIT_ATTR_SOURCE", Action::remove, "", "reads attributes from elsewhere"},
     {"GIT_CONFIG", Action::removePrefix, "", "settings of another command; the user's files are kept, see isKept"},
@@ -142,6 +150,27 @@ std::string assignment(std::string_view name, std::string_view value)
     return result;
 }
 
+/// The folders where git looks for programs. Only absolute ones: it would find the others in the repository.
+std::string searchPath(std::optional<std::string_view> inherited)
+{
+    std::string path(extraFolders);
+    std::string_view rest = inherited && !inherited->empty() ? *inherited : ordinaryFolders;
+    while (!rest.empty()) {
+        const std::string_view folder = rest.substr(0, rest.find(':'));
+        rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
+        if (folder.starts_with('/'))
+            path.append(folder).push_back(':');
+    }
+    path.pop_back();
+    return path;
+}
+
+std::mutex& environmentLock()
+{
+    static std::mutex lock;
+    return lock;
+}
+
 void set(std::vector<std::string>& entries, std::string_view name, std::string_view value)
 {
     std::erase_if(entries, [name](const std::string& entry) { return nameOf(entry) == name; });
@@ -184,19 +213,29 @@ std::vector<std::string> gitEnvironment(std::span<const std::string_view> inheri
     }
     if (const auto all = valueOf(inherited, "LC_ALL"); all && !all->empty())
         set(entries, "LC_CTYPE", *all);
-    set(entries, "PATH", std::string(extraFolders) + std::string(valueOf(inherited, "PATH").value_or(ordinaryFolders)));
+    set(entries, "PATH", searchPath(valueOf(inherited, "PATH")));
     addConfiguration(entries, fileSystemMonitor);
     for (const auto& [name, value] : overrides)
         set(entries, name, value);
     return entries;
 }
 
-std::vector<std::string_view> applicationEnvironment()
+std::vector<std::string> applicationEnvironment()
 {
-    std::vector<std::string_view> entries;
+    const std::lock_guard guard(environmentLock());
+    std::vector<std::string> entries;
     for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry)
         entries.emplace_back(*entry);
     return entries;
+}
+
+void setApplicationVariable(const std::string& name, const std::string& value)
+{
+    const std::lock_guard guard(environmentLock());
+    if (value.empty())
+        ::unsetenv(name.c_str());
+    else
+        ::setenv(name.c_str(), value.c_str(), 1);
 }
 
 } // namespace gitkit

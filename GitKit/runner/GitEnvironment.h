@@ -40,7 +40,11 @@ std::vector<std::string> gitEnvironment(std::span<const std::string_view> inheri
                                         std::span<const std::pair<std::string, std::string>> overrides,
                                         const std::optional<std::string>& fileSystemMonitor);
 
-/// Returns the application's current environment.
-std::vector<std::string_view> applicationEnvironment();
+/// Returns the application's current environment. Any thread.
+std::vector<std::string> applicationEnvironment();
+
+/// Changes one variable of the application, or removes it if `value` is empty. Any thread: no run of git reads the
+/// environment meanwhile.
+void setApplicationVariable(const std::string& name, const std::string& value);
 
 } // namespace gitkit

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace gitkit {
 
@@ -115,6 +116,7 @@ constexpr auto rows = std::to_array<Row>({
     {Kind::noUpstream, "pull", anyStatus, "There is no tracking information for the current branch", ""},
 
     // Files: blame in the working tree and in a commit, cat-file, check-ignore.
+    {Kind::ignoreListMissing, "blame", 128, "fatal: could not open object name list: ", ""},
     {Kind::noSuchPath, "blame", 128, "fatal: no such path ", ""},
     {Kind::noSuchPath, "", 128, "fatal: path '", "' does not exist in '"},
     {Kind::noSuchPath, "", 128, "fatal: path '", "' exists on disk, but not in '"},
@@ -183,6 +185,19 @@ bool fitsAny(const Row& row, std::string_view text)
     return false;
 }
 
+/// What follows `start` in the lines that begin with it.
+std::vector<std::string> endsOfLines(std::string_view text, std::string_view start)
+{
+    std::vector<std::string> ends;
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        if (line.starts_with(start))
+            ends.emplace_back(line.substr(start.size()));
+    }
+    return ends;
+}
+
 } // namespace
 
 ErrorKind errorKind(std::string_view command, const GitOutput& output)
@@ -200,19 +215,25 @@ ErrorKind errorKind(std::string_view command, const GitOutput& output)
     return found == rows.end() ? Kind::other : found->kind;
 }
 
+bool isKeptFromIndex(std::string_view command, const GitOutput& output)
+{
+    // These take the lock before they do anything else. A stash or a merge may find it taken half-way.
+    constexpr std::array<std::string_view, 6> lockFirst{"add", "apply", "checkout", "commit", "reset", "update-index"};
+    return std::ranges::find(lockFirst, command) != lockFirst.end() && !output.signalled && output.status != 0 &&
+           output.stderrBytes.find("/index.lock': File exists") != std::string::npos;
+}
+
+std::vector<std::string> brokenRefs(const GitOutput& output)
+{
+    std::vector<std::string> names = endsOfLines(output.stderrBytes, "warning: ignoring broken ref ");
+    std::ranges::copy(endsOfLines(output.stderrBytes, "warning: ignoring dangling symref "), std::back_inserter(names));
+    return names;
+}
+
 std::vector<std::string> embeddedRepositories(const GitOutput& output)
 {
     // The path is printed as it is, without a slash at its end.
-    constexpr std::string_view start = "warning: adding embedded git repository: ";
-    std::vector<std::string> paths;
-    std::string_view rest = output.stderrBytes;
-    while (!rest.empty()) {
-        const std::string_view line = rest.substr(0, rest.find('\n'));
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-        if (line.starts_with(start))
-            paths.emplace_back(line.substr(start.size()));
-    }
-    return paths;
+    return endsOfLines(output.stderrBytes, "warning: adding embedded git repository: ");
 }
 
 } // namespace gitkit

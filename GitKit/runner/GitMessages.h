@@ -14,6 +14,12 @@ namespace gitkit {
 /// is the only place that knows them.
 ErrorKind errorKind(std::string_view command, const GitOutput& output);
 
+/// Whether a failed run of `git COMMAND` has changed nothing because another git holds the lock of the index.
+bool isKeptFromIndex(std::string_view command, const GitOutput& output);
+
+/// The full names of the refs that git left out of a list because it could not read them.
+std::vector<std::string> brokenRefs(const GitOutput& output);
+
 /// The repositories inside this one that a run of `git add` staged, with its warning, as one commit each.
 std::vector<std::string> embeddedRepositories(const GitOutput& output);
 

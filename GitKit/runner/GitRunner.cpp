@@ -11,10 +11,13 @@
 #include <atomic>
 #include <chrono>
 #include <string_view>
+#include <thread>
 
 namespace gitkit {
 
 namespace {
+
+constexpr std::chrono::milliseconds longestPause{480};
 
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
@@ -73,11 +76,12 @@ GitOutput start(const std::filesystem::path& directory, const RunContext& contex
 {
     if (context.stop.stop_requested())
         throw RunStopped();
+    const std::vector<std::string> inherited = applicationEnvironment();
+    const std::vector<std::string_view> entries(inherited.begin(), inherited.end());
     ProcessRequest request{.executable = GitExecutable::path(),
                            .arguments = {"-c", "core.quotepath=false", "-c", "color.ui=false"},
                            .directory = directory,
-                           .environment =
-                               gitEnvironment(applicationEnvironment(), overrides(context, options), fileSystemMonitor),
+                           .environment = gitEnvironment(entries, overrides(context, options), fileSystemMonitor),
                            .input = options.input,
                            .limit = options.limit,
                            .stop = context.stop};
@@ -133,7 +137,13 @@ GitOutput GitRunner::output(const std::vector<std::string>& arguments, const Run
 
 GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const RunOptions& options) const
 {
+    const std::string command = arguments.empty() ? std::string() : arguments.front();
     GitOutput result = output(arguments, options);
+    // A git in a terminal holds the lock for a moment. The pauses add up to about a second.
+    for (std::chrono::milliseconds pause{30}; pause <= longestPause && isKeptFromIndex(command, result); pause *= 2) {
+        std::this_thread::sleep_for(pause);
+        result = output(arguments, options);
+    }
     if (result.cut) // we ended it
         return result;
     if (!result.signalled && std::ranges::find(options.accepting, result.status) != options.accepting.end())
@@ -141,7 +151,6 @@ GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const R
     std::string message(trimmed(result.errorText()));
     if (message.empty())
         message = trimmed(result.text());
-    const std::string command = arguments.empty() ? std::string() : arguments.front();
     throw GitError(command, result.status, std::move(message), errorKind(command, result));
 }
 

@@ -15,9 +15,14 @@ bool isLetter(char character)
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
 }
 
-/// "Counting objects: 100% (5/5), done." or "Enumerating objects: 5, done."; also with "remote: " before it.
+/// "Counting objects: 100% (5/5), done." or "Enumerating objects: 5, done."; also with "remote: " before it. A line that
+/// is to be overwritten ends in a carriage return; any other says that it is done, which a hook's "Errors: 12" does not.
 bool isProgress(std::string_view line)
 {
+    const bool isOverwritten = line.ends_with('\r');
+    line = trimmed(line);
+    if (!isOverwritten && !line.ends_with(", done."))
+        return false;
     constexpr std::string_view remote = "remote: ";
     if (line.starts_with(remote))
         line.remove_prefix(remote.size());
@@ -51,9 +56,9 @@ std::optional<std::string> lastProgress(std::string_view chunk)
 {
     std::string_view last;
     while (!chunk.empty()) {
-        const std::string_view line = trimmed(takeLine(chunk));
+        const std::string_view line = takeLine(chunk);
         if (isProgress(line))
-            last = line;
+            last = trimmed(line);
     }
     return last.empty() ? std::nullopt : std::optional<std::string>(last);
 }
@@ -63,7 +68,7 @@ std::string withoutProgress(std::string_view text)
     std::string kept;
     while (!text.empty()) {
         const std::string_view line = takeLine(text);
-        if (!isProgress(trimmed(line)))
+        if (!isProgress(line))
             kept += line;
     }
     return kept;

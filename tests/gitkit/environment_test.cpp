@@ -232,6 +232,26 @@ TEST(GitEnvironment, ReadsWithoutWritingTheIndex)
     EXPECT_FALSE(readFile(repo / ".git/index") == index) << "plain git would not have written it either";
 }
 
+// Hooks and filters run git themselves, with patterns of their own.
+TEST(GitEnvironment, HandsNoReadingOfPathsToHooks)
+{
+    TestRepository repo;
+    repo.write(".gitattributes", "* filter=witness\n").write("a", "1").commit("one");
+    const std::string seen = (repo.path().parent_path() / "seen").string();
+    const std::string witness = "env | grep PATHSPECS >>'" + seen + "'; ";
+    repo.git({"config", "filter.witness.clean", witness + "cat"})
+        .git({"config", "filter.witness.smudge", witness + "cat"});
+    const GitRepository repository = repo.repository();
+    writeFile(seen, "");
+    repo.write("a", "22");
+    const FileChange file = repository.status().files.at(0);
+    static_cast<void>(repository.workingDiff(file));
+    repository.stage({file});
+    repository.discard({repository.status().files.at(0)}, {});
+    EXPECT_EQ(readFile(repo / "a"), "1");
+    EXPECT_EQ(readFile(seen), "");
+}
+
 TEST(GitEnvironment, RunsAFileSystemMonitorForTheUserOnly)
 {
     TestRepository repo;
@@ -299,7 +319,15 @@ TEST(GitEnvironment, ForgetsEveryVariableThatTiesGitToARepository)
     int status = 0;
     std::string names = runPlainGit("/", {"rev-parse", "--local-env-vars"}, status);
     ASSERT_EQ(status, 0);
-    Strings inherited{"GIT_CONFIG_KEY_0=user.name", "GIT_EXTERNAL_DIFF=x", "LANGUAGE=de", "HOME=/home/ada", "EMPTY="};
+    Strings inherited{"GIT_CONFIG_KEY_0=user.name",
+                      "GIT_EXTERNAL_DIFF=x",
+                      "LANGUAGE=de",
+                      "GIT_AUTHOR_DATE=1",
+                      "GIT_COMMITTER_NAME=Eve",
+                      "GIT_CHERRY_PICK_HELP=x",
+                      "GITHEAD_1=ours",
+                      "HOME=/home/ada",
+                      "EMPTY="};
     inherited.reserve(64);
     for (std::size_t end = names.find('\n'); end != std::string::npos; end = names.find('\n')) {
         inherited.push_back(names.substr(0, end) + "=inherited");
@@ -339,6 +367,11 @@ TEST(GitEnvironment, SpeaksEnglishInTheUsersCharacters)
     EXPECT_THAT(gitEnvironment(plain, overrides, {}), Contains("LC_CTYPE=sv_SE"));
     EXPECT_THAT(gitEnvironment(plain, overrides, {}), Contains("GIT_EDITOR=mine"));
     EXPECT_THAT(gitEnvironment(plain, overrides, {}), Contains("PATH=/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin"));
+    const std::vector<std::string_view> empty{"PATH="};
+    EXPECT_THAT(gitEnvironment(empty, {}, {}), Contains("PATH=/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin"));
+    const std::vector<std::string_view> here{"PATH=:/x::.:bin:/y:"};
+    EXPECT_THAT(gitEnvironment(here, {}, {}), Contains("PATH=/opt/homebrew/bin:/usr/local/bin:/x:/y"))
+        << "the folder that git runs in is no place for programs";
 }
 
 } // namespace

@@ -137,10 +137,12 @@ TEST(Progress, IsToldApartFromWhatGitHasToSay)
         "remote: Counting objects:  20% (1/5)\rremote: Counting objects: 100% (5/5), done.\n"
         "Receiving objects:  40% (2/5), 1.20 MiB | 3.00 MiB/s\r"
         "remote: Note: 5 reviews wait for you\n"
+        "remote: Errors: 12\n"
+        "Coverage: 40% (2/5)\n"
         "error: 100% of the hooks declined: ask\n";
     EXPECT_EQ(lastProgress(printed), "Receiving objects:  40% (2/5), 1.20 MiB | 3.00 MiB/s");
-    EXPECT_EQ(withoutProgress(printed),
-              "remote: Note: 5 reviews wait for you\nerror: 100% of the hooks declined: ask\n");
+    EXPECT_EQ(withoutProgress(printed), "remote: Note: 5 reviews wait for you\nremote: Errors: 12\nCoverage: 40% "
+                                        "(2/5)\nerror: 100% of the hooks declined: ask\n");
     EXPECT_EQ(lastProgress("Fetching origin\n"), std::nullopt);
 }
 

@@ -68,6 +68,15 @@ constexpr std::string_view fonts = R"(<?xml version="1.0"?>
 </fontconfig>
 )";
 
+// The people of the tests stand in a file, because what git inherits of its people from the environment is removed.
+constexpr std::string_view people = R"([author]
+	name = Ada
+	email = ada@example.org
+[committer]
+	name = Charles
+	email = charles@example.org
+)";
+
 // Caches that these libraries keep for the life of the process. The scanner of source-highlight forgets a part of every
 // definition that it reads, and reads each definition once.
 constexpr std::string_view leaks = R"(leak:libfontconfig
@@ -158,9 +167,10 @@ Environment ownEnvironment(const fs::path& folder)
     environment.push_back("FONTCONFIG_FILE=" + (folder / "fonts.conf").string());
     for (const char* const variable :
          {"LANG=C.UTF-8", "LC_ALL=C.UTF-8", "TZ=UTC", "QT_QPA_PLATFORM=offscreen", "GSETTINGS_BACKEND=memory",
-          "GIT_CONFIG_GLOBAL=/dev/null", "GIT_CONFIG_SYSTEM=/dev/null", "GIT_CONFIG_NOSYSTEM=1", "GIT_AUTHOR_NAME=Ada",
-          "GIT_AUTHOR_EMAIL=ada@example.org", "GIT_COMMITTER_NAME=Charles", "GIT_COMMITTER_EMAIL=charles@example.org"})
+          "GIT_CONFIG_SYSTEM=/dev/null", "GIT_CONFIG_NOSYSTEM=1"})
         environment.emplace_back(variable);
+    writeFile(folder / "gitconfig", people);
+    environment.push_back("GIT_CONFIG_GLOBAL=" + (folder / "gitconfig").string());
     environment.push_back(marker + ("=" + std::to_string(::getpid()) + ":" + folder.string()));
     return environment;
 }

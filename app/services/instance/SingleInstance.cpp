@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/services/instance/SingleInstance.h"
 
+#include "GitKit/runner/GitEnvironment.h"
+
 #include <QCoreApplication>
 
 #include <utility>
@@ -27,14 +29,6 @@ std::vector<std::filesystem::path> absolute(std::vector<std::filesystem::path> f
     for (auto& folder : folders)
         folder = std::filesystem::absolute(folder, ignored);
     return folders;
-}
-
-void setEnvironment(const char* name, const std::string& value)
-{
-    if (value.empty())
-        qunsetenv(name);
-    else
-        qputenv(name, QByteArray::fromStdString(value));
 }
 
 } // namespace
@@ -97,8 +91,8 @@ void SingleInstance::received(LaunchRequest request)
 
 void SingleInstance::carryOut(const LaunchRequest& request)
 {
-    setEnvironment(tokenVariable, request.activationToken);
-    setEnvironment(startupIdVariable, request.startupId);
+    gitkit::setApplicationVariable(tokenVariable, request.activationToken);
+    gitkit::setApplicationVariable(startupIdVariable, request.startupId);
     switch (request.kind) {
     case LaunchRequest::Kind::activate:
         if (callbacks_.activate)
@@ -114,8 +108,8 @@ void SingleInstance::carryOut(const LaunchRequest& request)
         break;
     }
     // A program that is started later must not inherit the token of this launch.
-    setEnvironment(tokenVariable, {});
-    setEnvironment(startupIdVariable, {});
+    gitkit::setApplicationVariable(tokenVariable, {});
+    gitkit::setApplicationVariable(startupIdVariable, {});
 }
 
 } // namespace plovik
