@@ -112,6 +112,17 @@ std::string repairedUtf8(std::string bytes)
     return repaired;
 }
 
+std::string shownLine(std::string_view bytes)
+{
+    constexpr std::size_t longest = 2000;
+    if (bytes.size() <= longest)
+        return isUtf8(bytes) ? std::string(bytes) : repairedUtf8(std::string(bytes));
+    std::size_t end = longest;
+    while (end > 0 && (static_cast<unsigned char>(bytes[end]) & 0xC0U) == 0x80U)
+        --end;
+    return repairedUtf8(std::string(bytes.substr(0, end == 0 ? longest : end))) + "…";
+}
+
 std::string inQuotes(std::string bytes) { return "“" + repairedUtf8(std::move(bytes)) + "”"; }
 
 std::string_view trimmed(std::string_view text, std::string_view blanks)

@@ -13,6 +13,9 @@ bool isUtf8(std::string_view bytes);
 /// Returns `bytes` with every invalid UTF-8 sequence replaced by U+FFFD.
 std::string repairedUtf8(std::string bytes);
 
+/// Returns one line of text for showing: repaired, and cut where it is so long that laying it out would take seconds.
+std::string shownLine(std::string_view bytes);
+
 /// Returns `bytes` as they stand in a sentence for people: repaired, between quotation marks.
 std::string inQuotes(std::string bytes);
 

@@ -101,7 +101,7 @@ const fs::path& refRepository()
 const Strings logArguments = [] {
     Strings arguments{"log", "--date-order"};
     arguments.insert(arguments.end(), LogParser::decorationArguments.begin(), LogParser::decorationArguments.end());
-    arguments.insert(arguments.end(), {"-n", std::to_string(commitCount), LogParser::listFormat, "--branches",
+    arguments.insert(arguments.end(), {"-z", "-n", std::to_string(commitCount), LogParser::listFormat, "--branches",
                                        "--remotes", "--tags", "HEAD", "--"});
     return arguments;
 }();

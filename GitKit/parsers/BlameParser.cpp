@@ -68,11 +68,11 @@ public:
     void take(Info& info, std::string_view key, std::string_view value)
     {
         if (key == "author")
-            info.authorName = repairedUtf8(std::string(value));
+            info.authorName = shownLine(value);
         else if (key == "author-time")
             info.date = readDate(value);
         else if (key == "summary")
-            info.summary = repairedUtf8(std::string(value));
+            info.summary = shownLine(value);
         else if (key == "previous")
             previous_ = previousPlace(value);
         else if (key == "filename")

@@ -177,4 +177,28 @@ void sortForDisplay(std::vector<FileChange>& files)
     files = std::move(sorted);
 }
 
+void sortForDisplay(std::vector<GitRef>& refs)
+{
+    struct Keyed {
+        GitRef ref;
+        std::string key;
+    };
+    std::vector<Keyed> keyed;
+    keyed.reserve(refs.size());
+    for (GitRef& ref : refs) {
+        std::string key;
+        // The comma is ordered after "-" and before ".": v1.0-rc1, v1.0, v1.0.1.
+        appendDisplayKey(key, ref.name + ',');
+        keyed.push_back({std::move(ref), std::move(key)});
+    }
+    std::ranges::sort(keyed, [](const Keyed& left, const Keyed& right) {
+        if (left.ref.kind != right.ref.kind)
+            return left.ref.kind < right.ref.kind;
+        const int order = left.key != right.key ? left.key.compare(right.key) : left.ref.name.compare(right.ref.name);
+        return left.ref.kind == GitRef::Kind::tag ? order > 0 : order < 0;
+    });
+    for (std::size_t index = 0; index < refs.size(); ++index)
+        refs[index] = std::move(keyed[index].ref);
+}
+
 } // namespace gitkit

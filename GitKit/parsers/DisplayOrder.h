@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/FileChange.h"
+#include "GitKit/records/GitRef.h"
 
 #include <string>
 #include <string_view>
@@ -16,5 +17,9 @@ void appendDisplayKey(std::string& keys, std::string_view path);
 /// Sorts `files` by their paths as a file browser does, and paths that are equal there by their bytes. Stable. Fast
 /// where git's order is the same.
 void sortForDisplay(std::vector<FileChange>& files);
+
+/// Sorts branches, remote branches and tags, in this order, by their names, with runs of digits as numbers. The newest
+/// version comes first among the tags.
+void sortForDisplay(std::vector<GitRef>& refs);
 
 } // namespace gitkit

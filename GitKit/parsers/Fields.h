@@ -3,6 +3,7 @@
 
 #include "GitKit/records/Date.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -13,9 +14,9 @@
 
 namespace gitkit {
 
-/// The separators that git is asked to print between fields and between records.
+/// The separator that git is asked to print between the fields of a ref, whose name holds no control characters. All
+/// other fields end in a NUL.
 inline constexpr char fieldSeparator = '\x1f';
-inline constexpr char recordSeparator = '\x1e';
 
 /// Gives the non-empty pieces of a text between separators, one after another.
 class Pieces {
@@ -37,6 +38,44 @@ public:
 private:
     std::string_view rest_;
     char separator_;
+};
+
+/// Gives the fields of a text, including empty ones, one after another. Each field ends in a NUL, which no text in a
+/// commit contains; the last may lack it.
+class NulFields {
+public:
+    explicit NulFields(std::string_view text) : rest_(text) {}
+
+    bool atEnd() const { return rest_.empty(); }
+    std::string_view rest() const { return rest_; }
+    /// Returns the next field without taking it.
+    std::string_view peek() const { return rest_.substr(0, rest_.find('\0')); }
+
+    std::optional<std::string_view> next()
+    {
+        if (rest_.empty())
+            return std::nullopt;
+        const std::string_view field = peek();
+        rest_.remove_prefix(std::min(field.size() + 1, rest_.size()));
+        return field;
+    }
+
+    /// Takes `Count` fields; nullopt, with nothing left, when there are fewer.
+    template <std::size_t Count>
+    std::optional<std::array<std::string_view, Count>> take()
+    {
+        std::array<std::string_view, Count> fields;
+        for (std::string_view& field : fields) {
+            const auto taken = next();
+            if (!taken)
+                return std::nullopt;
+            field = *taken;
+        }
+        return fields;
+    }
+
+private:
+    std::string_view rest_;
 };
 
 /// Returns the first `Count` fields of a text, including empty ones; nullopt when there are fewer.

@@ -12,11 +12,6 @@ namespace gitkit {
 
 namespace {
 
-std::string shown(std::string_view bytes)
-{
-    return isUtf8(bytes) ? std::string(bytes) : repairedUtf8(std::string(bytes));
-}
-
 std::vector<std::string> parents(std::string_view field)
 {
     std::vector<std::string> hashes;
@@ -53,67 +48,50 @@ std::optional<RefLabel> decoration(std::string_view piece)
     return std::nullopt;
 }
 
-std::optional<Commit> parseCommit(std::string_view record)
+constexpr std::size_t listedFields = 7;
+
+std::optional<Commit> takeCommit(NulFields& rest)
 {
-    const auto fields = splitFields<7>(record, fieldSeparator);
+    const auto fields = rest.take<listedFields>();
     if (!fields || fields->front().empty())
         return std::nullopt;
     const auto& [hash, parentHashes, name, email, date, labels, subject] = *fields;
     Commit commit;
     commit.hash = hash;
     commit.parents = parents(parentHashes);
-    commit.authorName = shown(name);
-    commit.authorEmail = shown(email);
+    commit.authorName = shownLine(name);
+    commit.authorEmail = shownLine(email);
     commit.date = readDate(date);
-    commit.subject = shown(subject.substr(0, subject.find(fieldSeparator)));
+    commit.subject = shownLine(subject);
     if (!labels.empty())
         commit.refs = LogParser::decorations(labels);
     return commit;
 }
 
-/// Returns the position of the first record separator that is followed by a line feed or by the end of the output.
-std::size_t recordEnd(std::string_view output)
+/// Whether this is the status of a file, such as "M" or "R087", and not the hash that begins the next record. Git puts a
+/// line feed before the first one.
+bool isStatus(std::string_view field)
 {
-    std::size_t end = output.find(recordSeparator);
-    while (end != std::string_view::npos && end + 1 < output.size() && output[end + 1] != '\n')
-        end = output.find(recordSeparator, end + 1);
-    return end;
+    field = trimmed(field, "\n");
+    const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+    return !field.empty() && field.size() <= 4 && field.front() >= 'A' && field.front() <= 'Z' &&
+           std::ranges::all_of(field.substr(1), isDigit);
 }
 
-/// Returns an upper bound of the number of records.
-std::size_t separatorCount(std::string_view output)
+/// Takes the files of a record and returns the first of them.
+std::optional<CommitFile> takeFiles(NulFields& rest)
 {
-    std::size_t count = 0;
-    for (std::size_t at = output.find(recordSeparator); at != std::string_view::npos; ++count)
-        at = output.find(recordSeparator, at + 1);
-    return count;
-}
-
-/// Returns the position of the first record separator that follows a line feed.
-std::size_t nextRecordStart(std::string_view output)
-{
-    constexpr std::string_view boundary("\n\x1e");
-    const std::size_t found = output.find(boundary);
-    return found == std::string_view::npos ? output.size() : found + 1;
-}
-
-std::optional<FileRevision> parseRevision(std::string_view record, std::string_view path)
-{
-    Pieces lines(record, '\n');
-    const auto first = lines.next();
-    if (!first)
-        return std::nullopt;
-    auto commit = parseCommit(*first);
-    if (!commit)
-        return std::nullopt;
-    std::optional<CommitFile> file;
-    if (const auto line = lines.next())
-        file = NameStatusParser::parseLine(*line);
-    if (!file) {
-        file.emplace();
-        file->path = path;
+    std::optional<CommitFile> first;
+    while (!rest.atEnd() && isStatus(rest.peek())) {
+        CommitFile file;
+        file.status = trimmed(*rest.next(), "\n").front();
+        if (file.status == 'R' || file.status == 'C')
+            file.originalPath = rest.next();
+        file.path = rest.next().value_or(std::string_view());
+        if (!first && !file.path.empty())
+            first = std::move(file);
     }
-    return FileRevision{std::move(*commit), std::move(*file)};
+    return first;
 }
 
 } // namespace
@@ -122,12 +100,10 @@ std::vector<Commit> LogParser::parse(std::string_view output)
 {
     std::vector<Commit> commits;
     // Without this, growing would move a hundred thousand commits several times.
-    commits.reserve(separatorCount(output));
-    while (!output.empty()) {
-        const std::size_t end = std::min(recordEnd(output), output.size());
-        if (auto commit = parseCommit(trimmed(output.substr(0, end), "\n")))
+    commits.reserve(static_cast<std::size_t>(std::ranges::count(output, '\0')) / listedFields + 1);
+    for (NulFields rest(output); !rest.atEnd();) {
+        if (auto commit = takeCommit(rest))
             commits.push_back(std::move(*commit));
-        output.remove_prefix(std::min(end + 1, output.size()));
     }
     return commits;
 }
@@ -135,33 +111,33 @@ std::vector<Commit> LogParser::parse(std::string_view output)
 std::vector<FileRevision> LogParser::parseFileLog(std::string_view output, std::string_view path)
 {
     std::vector<FileRevision> revisions;
-    while (!output.empty()) {
-        const std::size_t end = nextRecordStart(output);
-        std::string_view record = output.substr(0, end);
-        if (record.starts_with(recordSeparator))
-            record.remove_prefix(1);
-        if (auto revision = parseRevision(record, path))
-            revisions.push_back(std::move(*revision));
-        output.remove_prefix(end);
+    for (NulFields rest(output); !rest.atEnd();) {
+        auto commit = takeCommit(rest);
+        CommitFile file =
+            takeFiles(rest).value_or(CommitFile{.path = std::string(path), .originalPath = {}, .source = {}});
+        if (commit)
+            revisions.push_back({std::move(*commit), std::move(file)});
     }
     return revisions;
 }
 
 std::optional<CommitDetail> LogParser::parseDetail(std::string_view output)
 {
-    const auto fields = splitFields<8>(output, fieldSeparator);
+    NulFields rest(output);
+    const auto fields = rest.take<8>();
     if (!fields)
         return std::nullopt;
     const auto& [hash, parentHashes, author, email, authorDate, committer, commitDate, message] = *fields;
     CommitDetail detail;
     detail.hash = hash;
     detail.parents = parents(parentHashes);
-    detail.authorName = shown(author);
-    detail.authorEmail = shown(email);
+    detail.authorName = shownLine(author);
+    detail.authorEmail = shownLine(email);
     detail.authorDate = readDate(authorDate);
-    detail.committerName = shown(committer);
+    detail.committerName = shownLine(committer);
     detail.commitDate = readDate(commitDate);
-    detail.message = shown(trimmed(message, " \t\r\n\v\f"));
+    detail.message = repairedUtf8(std::string(trimmed(message, " \t\r\n\v\f")));
+    detail.files = NameStatusParser::parse(rest.rest());
     return detail;
 }
 

@@ -2,7 +2,6 @@
 #include "GitKit/parsers/NameStatusParser.h"
 
 #include "GitKit/parsers/Fields.h"
-#include "GitKit/records/QuotedName.h"
 
 #include <utility>
 
@@ -43,24 +42,6 @@ std::vector<CommitFile> NameStatusParser::parse(std::string_view output)
         files.push_back(std::move(file));
     }
     return files;
-}
-
-std::optional<CommitFile> NameStatusParser::parseLine(std::string_view line)
-{
-    const auto fields = splitFields<2>(line, '\t');
-    if (!fields || fields->front().empty())
-        return std::nullopt;
-    CommitFile file;
-    file.status = fields->front().front();
-    std::string_view path = fields->back();
-    if (const std::size_t tab = path.find('\t'); tab != std::string_view::npos) {
-        file.originalPath = unquotedName(path.substr(0, tab));
-        path.remove_prefix(tab + 1);
-    }
-    if (path.find('\t') != std::string_view::npos)
-        return std::nullopt;
-    file.path = unquotedName(path);
-    return file;
 }
 
 } // namespace gitkit

@@ -13,9 +13,6 @@ namespace gitkit {
 struct NameStatusParser {
     /// `output` is what a run with --name-status -z printed. Paths are bytes.
     static std::vector<CommitFile> parse(std::string_view output);
-
-    /// Reads one line of --name-status without -z. Returns nullopt for any other line.
-    static std::optional<CommitFile> parseLine(std::string_view line);
 };
 
 } // namespace gitkit

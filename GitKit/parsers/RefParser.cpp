@@ -78,4 +78,13 @@ std::vector<GitRef> RefParser::parse(std::string_view output)
     return refs;
 }
 
+std::optional<GitRef> RefParser::unreadable(const std::string& fullName)
+{
+    const auto name = shortName(fullName);
+    if (!name)
+        return std::nullopt;
+    return GitRef{
+        .fullName = fullName, .name = std::string(name->text), .kind = name->kind, .hash = {}, .upstream = {}};
+}
+
 } // namespace gitkit

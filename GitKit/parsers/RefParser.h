@@ -3,6 +3,8 @@
 
 #include "GitKit/records/GitRef.h"
 
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -15,6 +17,9 @@ struct RefParser {
 
     /// `output` holds one line of `format` for each ref. Git's order is kept.
     static std::vector<GitRef> parse(std::string_view output);
+
+    /// The record of a ref of which only the full name is known; nullopt for one that is no branch or tag.
+    static std::optional<GitRef> unreadable(const std::string& fullName);
 };
 
 } // namespace gitkit

@@ -9,14 +9,12 @@ namespace gitkit {
 std::vector<Stash> StashParser::parse(std::string_view output)
 {
     std::vector<Stash> stashes;
-    Pieces lines(output, '\n');
-    while (const auto line = lines.next()) {
-        const auto fields = splitFields<4>(*line, fieldSeparator);
+    for (NulFields rest(output); !rest.atEnd();) {
+        const auto fields = rest.take<4>();
         if (!fields)
-            continue;
+            break;
         const auto& [ref, hash, date, message] = *fields;
-        const std::string_view shown = message.substr(0, message.find(fieldSeparator));
-        stashes.push_back({std::string(ref), std::string(hash), readDate(date), repairedUtf8(std::string(shown))});
+        stashes.push_back({std::string(ref), std::string(hash), readDate(date), shownLine(message)});
     }
     return stashes;
 }

@@ -11,9 +11,9 @@ namespace gitkit {
 
 /// Reads what `git stash list` prints. Pure; skips what it cannot read. Any thread.
 struct StashParser {
-    static constexpr const char* format = "--format=%gd%x1f%H%x1f%at%x1f%gs";
+    static constexpr const char* format = "--format=%gd%x00%H%x00%at%x00%gs";
 
-    /// `output` holds one line of `format` for each stash, newest first.
+    /// `output` is what a run with -z and `format` printed, newest stash first.
     static std::vector<Stash> parse(std::string_view output);
 };
 

@@ -13,7 +13,8 @@ struct GitRef {
     std::string fullName; ///< refs/heads/main
     std::string name;     ///< main, origin/main, v1.0
     Kind kind = Kind::local;
-    std::string hash; ///< the object that the ref points to (for an annotated tag, the tag object)
+    std::string
+        hash; ///< the object that the ref points to (for an annotated tag, the tag object); empty if it is damaged
     bool isHead = false;
     std::optional<std::string> upstream; ///< short name; kept when the upstream itself is gone
     int ahead = 0;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/GitRepository.h"
 
+#include "GitKit/RegularFile.h"
 #include "GitKit/Text.h"
+#include "GitKit/parsers/DisplayOrder.h"
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/parsers/RefParser.h"
 #include "GitKit/parsers/StashParser.h"
@@ -10,6 +12,7 @@
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitExecutable.h"
+#include "GitKit/runner/GitMessages.h"
 
 #include <utility>
 
@@ -20,10 +23,23 @@ namespace {
 /// The branch name that status prints when HEAD names a ref that cannot be read.
 constexpr std::string_view unreadableHead = "(unknown)";
 
+/// Reads "ref: refs/heads/main", as git wrote it.
+std::string headInFile(const GitRunner& runner)
+{
+    const std::filesystem::path directory =
+        withoutLineEnd(runner.bytes({"rev-parse", "--path-format=absolute", "--git-dir"}));
+    const std::string head = regularFileBytes(directory / "HEAD", 4096).value_or(std::string());
+    constexpr std::string_view start = "ref: ";
+    return std::string(trimmed(head.starts_with(start) ? std::string_view(head).substr(start.size()) : head));
+}
+
 /// Throws unless a branch really has this name.
 void requireReadableHead(const GitRunner& runner)
 {
-    const std::string name(trimmed(runner.output({"symbolic-ref", "--quiet", "HEAD"}).text()));
+    std::string name(trimmed(runner.output({"symbolic-ref", "--quiet", "HEAD"}).text()));
+    // Git names no ref that it cannot read.
+    if (name.empty())
+        name = headInFile(runner);
     if (name != "refs/heads/" + std::string(unreadableHead))
         throw GitError("status", 128, "The current branch " + inQuotes(name) + " cannot be read: its ref is damaged.",
                        ErrorKind::missingObject);
@@ -49,7 +65,7 @@ std::vector<std::string> logArguments(const std::vector<std::string>& scope, int
     std::vector<std::string> arguments{"log", "--date-order"};
     const auto append = [&arguments](const auto& more) { arguments.insert(arguments.end(), more.begin(), more.end()); };
     append(LogParser::decorationArguments);
-    append(std::vector<std::string>{"-n", std::to_string(limit), LogParser::listFormat});
+    append(std::vector<std::string>{"-z", "-n", std::to_string(limit), LogParser::listFormat});
     if (filtered)
         append(filterArguments(*filter));
     append(scope);
@@ -89,15 +105,22 @@ RepoStatus GitRepository::status() const
 
 std::vector<GitRef> GitRepository::refs() const
 {
-    return RefParser::parse(
-        runner_.bytes({"for-each-ref", RefParser::format, "refs/heads", "refs/remotes", "refs/tags"}));
+    const GitOutput output =
+        runner_.accepted({"for-each-ref", RefParser::format, "refs/heads", "refs/remotes", "refs/tags"});
+    std::vector<GitRef> refs = RefParser::parse(output.stdoutBytes);
+    for (const std::string& name : brokenRefs(output)) {
+        if (std::optional<GitRef> ref = RefParser::unreadable(name))
+            refs.push_back(std::move(*ref));
+    }
+    sortForDisplay(refs);
+    return refs;
 }
 
 std::vector<std::string> GitRepository::remotes() const { return RemoteParser::parse(runner_.bytes({"remote"})); }
 
 std::vector<Stash> GitRepository::stashes() const
 {
-    return StashParser::parse(runner_.bytes({"stash", "list", StashParser::format}));
+    return StashParser::parse(runner_.bytes({"stash", "list", "-z", StashParser::format}));
 }
 
 std::vector<Commit> GitRepository::log(const HistoryScope& scope, int limit,

@@ -53,6 +53,7 @@ public:
 
     /// Throws when the current branch's ref is damaged, which git itself shows as a branch without commits.
     RepoStatus status() const;
+    /// In display order. A ref that cannot be read has no hash.
     std::vector<GitRef> refs() const;
     std::vector<std::string> remotes() const;
     std::vector<Stash> stashes() const;

@@ -109,15 +109,11 @@ void requireIndexHolds(const GitRunner& runner, const PartialChange& change)
 CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kind) const
 {
     const std::string commit = commitArgument("show", hash);
-    // One run reads both: with -z a NUL, which no message contains, separates the text from the files.
     const std::string output =
         runner_.bytes({"show", LogParser::detailFormat, "--name-status", "-z", "-M", "--first-parent", commit, "--"});
-    const std::size_t end = std::min(output.find('\0'), output.size());
-    std::optional<CommitDetail> detail = LogParser::parseDetail(std::string_view(output).substr(0, end));
+    std::optional<CommitDetail> detail = LogParser::parseDetail(output);
     if (!detail)
         throw GitError("show", 0, "Could not read commit " + hash);
-    const std::size_t files = std::min(output.find_first_not_of('\n', end + 1), output.size());
-    detail->files = NameStatusParser::parse(std::string_view(output).substr(files));
     if (kind == CommitKind::stash && detail->parents.size() == 3) {
         const std::string& untracked = detail->parents[2];
         for (CommitFile& file :

@@ -10,6 +10,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
+#include "GitKit/runner/GitError.h"
 
 namespace gitkit {
 
@@ -40,7 +41,7 @@ std::vector<FileRevision> GitRepository::fileLog(const std::string& path, const 
 {
     Arguments arguments{"log", "--follow", "-M", "--name-status"};
     arguments.insert(arguments.end(), LogParser::decorationArguments.begin(), LogParser::decorationArguments.end());
-    arguments.insert(arguments.end(), {"-n", std::to_string(limit), LogParser::fileFormat});
+    arguments.insert(arguments.end(), {"-z", "-n", std::to_string(limit), LogParser::listFormat});
     if (revision)
         arguments.push_back(revisionArgument("log", *revision));
     arguments.insert(arguments.end(), {"--", literalPathspec(path)});
@@ -52,9 +53,18 @@ std::vector<FileRevision> GitRepository::fileLog(const std::string& path, const 
 std::vector<BlameLine> GitRepository::blame(const std::string& path, const std::optional<std::string>& revision) const
 {
     Arguments arguments{"blame", "--porcelain", "--no-textconv"};
+    const std::size_t options = arguments.size();
     if (revision)
         arguments.push_back(revisionArgument("blame", *revision));
     arguments.insert(arguments.end(), {"--", path});
+    try {
+        return BlameParser::parse(runner_.bytes(arguments));
+    } catch (const GitError& error) {
+        // The setting is often for all of a user's repositories, and the file is in few of them.
+        if (error.kind() != ErrorKind::ignoreListMissing)
+            throw;
+    }
+    arguments.insert(arguments.begin() + static_cast<std::ptrdiff_t>(options), "--no-ignore-revs-file");
     return BlameParser::parse(runner_.bytes(arguments));
 }
 

@@ -32,6 +32,23 @@ TEST(Blame, TellsWhereEachLineStoodAndWhereItsFileWasBefore)
     }
 }
 
+TEST(Blame, DoesWithoutAListOfIgnoredCommitsThatIsMissing)
+{
+    TestRepository repo;
+    repo.write("a", "1\n").commit("one").git({"config", "blame.ignoreRevsFile", ".git-blame-ignore-revs"});
+    EXPECT_EQ(repo.repository().blame("a", std::nullopt).size(), 1U);
+    EXPECT_EQ(repo.repository().blame("a", "HEAD").size(), 1U);
+}
+
+TEST(FileHistory, LeavesOutAFolderThatHadTheFilesName)
+{
+    TestRepository repo;
+    repo.write("a/b", "1\n").commit("folder").remove("a").write("a", "x\ny\nz\n").commit("file");
+    const auto revisions = repo.repository().fileLog("a", std::nullopt, 9);
+    ASSERT_EQ(revisions.size(), 1U);
+    EXPECT_EQ(revisions[0].commit.subject, "file");
+}
+
 TEST(Blame, KeepsTheFilesOfACommitApartThatWroteLinesInTwoOfThem)
 {
     const std::string hash(40, 'a');

@@ -28,7 +28,9 @@ std::string joined(std::initializer_list<std::string> pieces, char separator)
     return text;
 }
 
-std::string fields(std::initializer_list<std::string> pieces)
+std::string fields(std::initializer_list<std::string> pieces) { return joined(pieces, '\0'); }
+
+std::string refLine(std::initializer_list<std::string> pieces)
 {
     std::string text = joined(pieces, '\x1f');
     text.pop_back();
@@ -127,14 +129,14 @@ TEST(RefParser, ReadsBranchesRemotesAndTags)
 {
     const auto refs = RefParser::parse(joined(
         {
-            fields({"refs/heads/main", "h1", "origin/main", "[ahead 12, behind 3]", "*"}),
-            fields({"refs/heads/gone", "h2", "origin/gone", "[gone]", " "}),
-            fields({"refs/heads/late", "h3", "origin/late", "[behind 5]", " "}),
-            fields({"refs/remotes/origin/HEAD", "h1", "", "", " "}),
-            fields({"refs/remotes/origin/main", "h1", "", "", " "}),
-            fields({"refs/tags/\xE4", "h4", "", "[ahead x]", " "}),
-            fields({"refs/notes/commits", "h5", "", "", " "}),
-            fields({"refs/heads/short", "h6", "", ""}),
+            refLine({"refs/heads/main", "h1", "origin/main", "[ahead 12, behind 3]", "*"}),
+            refLine({"refs/heads/gone", "h2", "origin/gone", "[gone]", " "}),
+            refLine({"refs/heads/late", "h3", "origin/late", "[behind 5]", " "}),
+            refLine({"refs/remotes/origin/HEAD", "h1", "", "", " "}),
+            refLine({"refs/remotes/origin/main", "h1", "", "", " "}),
+            refLine({"refs/tags/\xE4", "h4", "", "[ahead x]", " "}),
+            refLine({"refs/notes/commits", "h5", "", "", " "}),
+            refLine({"refs/heads/short", "h6", "", ""}),
             "",
         },
         '\n'));
@@ -149,13 +151,11 @@ TEST(RefParser, ReadsBranchesRemotesAndTags)
     EXPECT_EQ(refs, expected);
 }
 
-TEST(StashParser, ReadsLinesAndSkipsShortOnes)
+TEST(StashParser, ReadsRecordsUntilOneIsShort)
 {
-    const auto stashes =
-        StashParser::parse(joined({fields({"stash@{0}", "h1", "1600000000", "On main: \xE4"}),
-                                   fields({"stash@{1}", "h2", "soon", "WIP"}), fields({"x", "y", "z"})},
-                                  '\n'));
-    const std::vector<Stash> expected{{"stash@{0}", "h1", at(1600000000), "On main: \xEF\xBF\xBD"},
+    const auto stashes = StashParser::parse(fields(
+        {"stash@{0}", "h1", "1600000000", "On main: \xE4\x1f", "stash@{1}", "h2", "soon", "WIP", "x", "y", "z"}));
+    const std::vector<Stash> expected{{"stash@{0}", "h1", at(1600000000), "On main: \xEF\xBF\xBD\x1f"},
                                       {"stash@{1}", "h2", at(0), "WIP"}};
     EXPECT_EQ(stashes, expected);
     EXPECT_EQ(RemoteParser::parse("origin\n\nup stream\n"), (Strings{"origin", "up stream"}));
@@ -165,9 +165,8 @@ TEST(LogParser, ReadsCommits)
 {
     const auto commits = LogParser::parse(
         fields({"h1", "p1 p2", "Ada", "a@b", "1600000000", "HEAD -> refs/heads/main, tag: refs/tags/v1.0", "Merge"}) +
-        "\x1e\n" + fields({"h2", "", "", "", "-7200", "", "Root \xE4\x1f cut"}) + "\x1e\n" +
-        fields({"h3", "", "Ada", "a@b", "never", ""}) + "\x1e\n" + fields({"", "", "", "", "1", "", "no hash"}) +
-        "\x1e\n" + fields({"h4", " p1 ", " B ", "", "1e999", "refs/stash", ""}) + "\x1e");
+        fields({"h2", "", "", "", "-7200", "", "Root \xE4\x1f\x1e"}) + fields({"", "", "", "", "1", "", "no hash"}) +
+        fields({"h4", " p1 ", " B ", "", "1e999", "refs/stash", ""}) + fields({"h3", "", "Ada", "a@b", "never", ""}));
     ASSERT_EQ(commits.size(), 3u);
     using Kind = RefLabel::Kind;
     const Commit merge{"h1",
@@ -178,7 +177,7 @@ TEST(LogParser, ReadsCommits)
                        "Merge",
                        {{Kind::localBranch, "main", true}, {Kind::tag, "v1.0", false}}};
     EXPECT_EQ(commits[0], merge);
-    const Commit root{"h2", {}, "", "", at(-7200), "Root \xEF\xBF\xBD", {}};
+    const Commit root{"h2", {}, "", "", at(-7200), "Root \xEF\xBF\xBD\x1f\x1e", {}};
     EXPECT_EQ(commits[1], root);
     const Commit bare{"h4", {"p1"}, " B ", "", at(0), "", {}};
     EXPECT_EQ(commits[2], bare);
@@ -199,22 +198,21 @@ TEST(LogParser, KnowsLabelsFromOtherRefs)
 
 TEST(LogParser, ReadsTheHistoryOfAFile)
 {
-    const auto record = [](const std::string& name) {
-        return "\x1e" + fields({name, "p", "A", "e", "5", "", "s\x1ex"});
-    };
-    const auto revisions = LogParser::parseFileLog(
-        record("h1") + "\n\nM\tsrc/a.c\n" + record("h2") + "\n\nR087\tsrc/o ld.c\tsrc/new.c\n" + record("h3") + "\n" +
-            record("h4") + "\n\nA\t\"t\\tab\\303\\244\\\"\\\\\"\n" + record("h5") + "\n\nM\ta\tb\tc\n" + "\x1e\n",
-        "asked");
+    const auto record = [](char digit) { return fields({std::string(40, digit), "p", "A", "e", "5", "", "s\x1ex"}); };
+    const auto revisions =
+        LogParser::parseFileLog(record('1') + fields({"\nM", "src/a.c"}) + record('2') +
+                                    fields({"\nR087", "src/o ld.c", "src/new.c", "M", "other"}) + record('3') +
+                                    record('4') + fields({"\nA", "t\tab\n"}) + record('5') + "\nM",
+                                "asked");
     ASSERT_EQ(revisions.size(), 5u);
     const std::vector<CommitFile> expected{{'M', "src/a.c", {}, {}},
                                            {'R', "src/new.c", "src/o ld.c", {}},
                                            {'M', "asked", {}, {}},
-                                           {'A', "t\tab\xC3\xA4\"\\", {}, {}},
+                                           {'A', "t\tab\n", {}, {}},
                                            {'M', "asked", {}, {}}};
     for (std::size_t index = 0; index < expected.size(); ++index) {
         EXPECT_EQ(revisions[index].file, expected[index]);
-        EXPECT_EQ(revisions[index].commit.hash, "h" + std::to_string(index + 1));
+        EXPECT_EQ(revisions[index].commit.hash, std::string(40, static_cast<char>('1' + index)));
         EXPECT_EQ(revisions[index].commit.subject, "s\x1ex");
     }
 }
@@ -222,10 +220,17 @@ TEST(LogParser, ReadsTheHistoryOfAFile)
 TEST(LogParser, ReadsDetailWithAnythingInItsMessage)
 {
     const auto detail = LogParser::parseDetail(
-        fields({"h", "p1 p2", "A", "a@b", "10", "C", "x", "\nSubject\n\n  body \x1f \x1e with signs\n\n"}));
+        fields({"h", "p1 p2", "A", "a@b", "10", "C", "x", "\nSubject\n\n  body \x1f \x1e with signs\n\n", "\nM", "f"}));
     ASSERT_TRUE(detail);
-    const CommitDetail expected{
-        "h", {"p1", "p2"}, "A", "a@b", at(10), "C", at(0), "Subject\n\n  body \x1f \x1e with signs", {}};
+    const CommitDetail expected{"h",
+                                {"p1", "p2"},
+                                "A",
+                                "a@b",
+                                at(10),
+                                "C",
+                                at(0),
+                                "Subject\n\n  body \x1f \x1e with signs",
+                                {{'M', "f", {}, {}}}};
     EXPECT_EQ(*detail, expected);
     EXPECT_FALSE(LogParser::parseDetail(fields({"h", "p", "A", "a@b", "10", "C", "11"})));
     EXPECT_FALSE(LogParser::parseDetail(""));

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <map>
 #include <random>
@@ -303,7 +304,10 @@ private:
     {
         if (!changes_.contains(one.path))
             return std::nullopt; // the random change changed nothing
-        for (const DiffSection& section : repository_.workingDiff(changes_.at(one.path))) {
+        // A new file that resembles a deleted one is the deleted one renamed.
+        const FileChange& change = changes_.at(one.path);
+        const Content before = change.index == 'R' ? contentBefore(*change.originalPath) : one.before;
+        for (const DiffSection& section : repository_.workingDiff(change)) {
             if (section.title != title)
                 continue;
             Dice dice(one.seed * 7 + static_cast<std::uint64_t>(salt));
@@ -311,12 +315,17 @@ private:
             if (part.selected.empty())
                 return std::nullopt;
             const bool forward = direction == PatchDirection::forward;
-            const Content& produced = forward ? one.after : one.before;
+            const Content& produced = forward ? one.after : before;
             if (!isWhole(part.diff, part.selected) || produced)
-                part.expected = expectedFile(part.diff, part.selected, one.before, one.after, direction);
+                part.expected = expectedFile(part.diff, part.selected, before, one.after, direction);
             return part;
         }
         return std::nullopt;
+    }
+
+    Content contentBefore(const std::string& path) const
+    {
+        return std::ranges::find(cases_, path, &Case::path)->before;
     }
 
     int applyParts(PatchDirection direction)

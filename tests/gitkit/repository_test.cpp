@@ -165,8 +165,8 @@ TEST(GitRepository, LetsNoTextMakeACommit)
     const std::string tree = repo.read({"rev-parse", "HEAD^{tree}"});
     const std::string odd =
         repo.storeCommit("tree " + tree + "\nparent " + repo.head() +
-                         "\nauthor A\x1e"
-                         "da <a\x1e> 5 +0000\ncommitter \xC4 <> x\nencoding ISO-8859-1\n\nsm\xF6rg\xE5s\n");
+                         "\nauthor A\x1f"
+                         "da\x1f <a\x1e> 5 +0000\ncommitter \xC4 <> x\nencoding ISO-8859-1\n\nsm\xF6rg\xE5s\n");
     const std::string broken =
         repo.storeCommit("tree " + tree + "\nparent " + odd + "\nauthor\ncommitter\n\n\xFF raw\rbytes");
     repo.git({"update-ref", "refs/heads/main", broken});
@@ -175,10 +175,44 @@ TEST(GitRepository, LetsNoTextMakeACommit)
     EXPECT_EQ(commits[0].subject, "\xEF\xBF\xBD raw\rbytes");
     EXPECT_EQ(commits[0].date, Date{});
     EXPECT_EQ(commits[1].subject, "sm\xC3\xB6rg\xC3\xA5s");
-    EXPECT_EQ(commits[1].authorName, "A\x1e"
-                                     "da");
+    EXPECT_EQ(commits[1].authorName, "A\x1f"
+                                     "da\x1f");
+    EXPECT_THAT(commits[1].refs, IsEmpty());
     EXPECT_TRUE(commits[2].subject.starts_with("honest\x1e"));
     EXPECT_EQ(commits[3].subject, "root");
+}
+
+TEST(GitRepository, HidesNoBranchThatCannotBeReadAndNamesTheCurrentOne)
+{
+    TestRepository repo;
+    repo.commit("one").git({"branch", "good"});
+    writeFile(repo / ".git/refs/heads/empty", "");
+    std::string names;
+    for (const GitRef& ref : repo.repository().refs())
+        names += ref.name + (ref.hash.empty() ? "! " : " ");
+    EXPECT_EQ(names, "empty! good main ");
+    writeFile(repo / ".git/HEAD", "ref: refs/heads/empty\n");
+    try {
+        repo.repository().status();
+        ADD_FAILURE() << "shown as a branch without commits";
+    } catch (const GitError& error) {
+        EXPECT_THAT(error.message(), testing::HasSubstr("“refs/heads/empty”"));
+    }
+}
+
+TEST(GitRepository, OrdersRefsByVersionWithTheNewestTagFirst)
+{
+    TestRepository repo;
+    repo.commit("one");
+    for (const char* name : {"v2.4.2", "v2.4.10", "v2.4", "v2.4-rc1", "v10.0"})
+        repo.git({"tag", name});
+    for (const char* name : {"fix-10", "fix-9", "Fix-8"})
+        repo.git({"branch", name});
+    Strings names;
+    for (const GitRef& ref : repo.repository().refs())
+        names.push_back(ref.name);
+    EXPECT_THAT(names,
+                ElementsAre("Fix-8", "fix-9", "fix-10", "main", "v10.0", "v2.4.10", "v2.4.2", "v2.4", "v2.4-rc1"));
 }
 
 TEST(GitRepository, ShowsAllHistoryOnABranchWithoutCommits)
