@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/OperationReader.h"
 
+#include "GitKit/RegularFile.h"
 #include "GitKit/Text.h"
+#include "GitKit/repository/PreparedMessage.h"
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
 #include <string_view>
 
 namespace gitkit {
@@ -17,8 +18,7 @@ using Kind = OperationInProgress::Kind;
 using Stop = OperationInProgress::Stop;
 
 constexpr std::uintmax_t largestFile = std::uintmax_t{1} << 20;
-constexpr std::uintmax_t longestMessage = std::uintmax_t{256} << 10;
-constexpr std::streamoff tailSize = 4096;
+constexpr std::size_t tailSize = 4096;
 constexpr int mostSteps = 10'000'000;
 
 bool isFolder(const fs::path& path)
@@ -43,11 +43,8 @@ std::optional<std::string> content(const fs::path& path, std::uintmax_t limit = 
     const std::optional<std::uintmax_t> size = sizeOf(path);
     if (!size || *size > limit)
         return std::nullopt;
-    std::ifstream stream(path, std::ios::binary);
-    std::string bytes(static_cast<std::size_t>(*size), '\0');
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
-    if (bytes.find('\0') != std::string::npos)
+    std::optional<std::string> bytes = regularFileBytes(path, limit);
+    if (!bytes || bytes->find('\0') != std::string::npos)
         return std::nullopt;
     return bytes;
 }
@@ -139,14 +136,13 @@ Stop stopOf(std::string_view line)
 std::string lastLine(const fs::path& path)
 {
     const std::optional<std::uintmax_t> size = sizeOf(path);
-    if (!size)
+    const UniqueFd opened = openRegularFile(path);
+    if (!size || !opened)
         return {};
-    std::ifstream stream(path, std::ios::binary);
-    if (*size > static_cast<std::uintmax_t>(tailSize))
-        stream.seekg(-tailSize, std::ios::end);
-    std::string tail(static_cast<std::size_t>(tailSize), '\0');
-    stream.read(tail.data(), tailSize);
-    tail.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
+    std::string tail(tailSize, '\0');
+    const off_t start = static_cast<off_t>(*size - std::min<std::uintmax_t>(*size, tailSize));
+    const ssize_t count = ::pread(opened.get(), tail.data(), tail.size(), start);
+    tail.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     const std::string_view lines = trimmed(tail, "\n");
     const std::string_view line = lines.substr(lines.find_last_of('\n') + 1);
     return line.find('\0') == std::string_view::npos ? std::string(line) : std::string();
@@ -349,13 +345,6 @@ OperationInProgress readBisect(const fs::path& gitDirectory)
     return operation;
 }
 
-bool isScissors(std::string_view line)
-{
-    const std::size_t blank = line.find(' ');
-    return blank != std::string_view::npos && blank >= 1 && blank <= 4 &&
-           line.substr(blank + 1).starts_with("------------------------ >8 -");
-}
-
 } // namespace
 
 bool isThere(const fs::path& path)
@@ -390,16 +379,8 @@ std::optional<std::string> sequenceStart(const fs::path& gitDirectory)
 std::string readPreparedMessage(const fs::path& gitDirectory, const std::optional<OperationInProgress>& operation)
 {
     const bool isAboutToCommit = operation && operation->kind != Kind::bisect;
-    std::string message =
-        content(gitDirectory / (isAboutToCommit ? "MERGE_MSG" : "SQUASH_MSG"), longestMessage).value_or(std::string());
-    for (std::string_view rest = message; !rest.empty();) {
-        const auto start = static_cast<std::size_t>(message.size() - rest.size());
-        if (isScissors(takeLine(rest))) {
-            message.resize(start);
-            break;
-        }
-    }
-    return message;
+    return beforeScissors(content(gitDirectory / (isAboutToCommit ? "MERGE_MSG" : "SQUASH_MSG"), longestPreparedMessage)
+                              .value_or(std::string()));
 }
 
 } // namespace gitkit

@@ -4,17 +4,23 @@
 //   AUTO_MERGE           is the tree that git left in the working tree when it stopped. What differs from it is the
 //                        user's work. Older versions and applied patches do not have it; then the file's time decides.
 //                        diff.autoRefreshIndex is on here, because git would list files that only look changed. Git
-//                        still writes nothing, because optional locks are off.
+//                        writes the index then, so it gets a copy of it.
 //   update-index         has --index-info: one command writes exactly the chosen side's blob, mode or submodule commit,
 //                        and removes a file that the side does not have.
 //   bisect reset HEAD    is used when git no longer knows the branch that the bisect began on.
 
 #include "GitKit/repository/Operations.h"
 
+#include "GitKit/ConflictMarkers.h"
+#include "GitKit/FileReplacement.h"
+#include "GitKit/RegularFile.h"
 #include "GitKit/Text.h"
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/OperationReader.h"
 #include "GitKit/repository/PathCommand.h"
+#include "GitKit/repository/PreparedMessage.h"
+#include "GitKit/repository/ScratchIndex.h"
 #include "GitKit/repository/TellingCommand.h"
 #include "GitKit/runner/GitError.h"
 
@@ -22,7 +28,6 @@
 #include <array>
 #include <charconv>
 #include <chrono>
-#include <fstream>
 #include <map>
 #include <set>
 #include <string_view>
@@ -94,23 +99,13 @@ std::optional<fs::file_time_type> stopTime(const fs::path& gitDirectory)
     return newest;
 }
 
-bool holdsMarkers(const fs::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    for (std::string line; std::getline(stream, line);) {
-        if (line.starts_with("<<<<<<< ") || line.starts_with(">>>>>>> "))
-            return true;
-    }
-    return false;
-}
-
 /// Returns whether a file may have been edited since `time`; true if `time` is unknown.
 bool isEditedSince(const fs::path& file, const std::optional<fs::file_time_type>& time, bool hadMarkers)
 {
     std::error_code error;
     if (!isThere(file))
         return false;
-    if (!time || (hadMarkers && fs::is_regular_file(fs::symlink_status(file, error)) && !holdsMarkers(file)))
+    if (!time || (hadMarkers && fs::is_regular_file(fs::symlink_status(file, error)) && !holdsConflictMarkers(file)))
         return true;
     const fs::file_time_type written = fs::last_write_time(file, error);
     return error || written > *time;
@@ -188,9 +183,12 @@ std::vector<std::string> changedSinceStop(const GitRepository& repo, const fs::p
                                           const std::vector<FileChange>& files, std::chrono::seconds slack)
 {
     if (isThere(gitDirectory / "AUTO_MERGE")) {
-        const GitOutput read =
-            repo.runner().output({"-c", "diff.autoRefreshIndex=true", "diff", "--name-only", "-z", "--no-renames",
-                                  "--no-ext-diff", "--ignore-submodules=dirty", "AUTO_MERGE", "--"});
+        const ScratchIndex copy(repo.runner(), gitDirectory / "index");
+        RunOptions options = copy.options();
+        options.settings.emplace_back("diff.autoRefreshIndex=true");
+        const GitOutput read = repo.runner().output({"diff", "--name-only", "-z", "--no-renames", "--no-ext-diff",
+                                                     "--ignore-submodules=dirty", "AUTO_MERGE", "--"},
+                                                    options);
         if (read.status == 0)
             return splitNul(read.stdoutBytes);
     }
@@ -204,6 +202,21 @@ std::vector<std::string> changedSinceStop(const GitRepository& repo, const fs::p
             changed.push_back(file.path);
     }
     return changed;
+}
+
+/// Settings with which git commits the prepared message as it was written. Without them, it takes all lines out that
+/// begin with "#". Takes git's own comments out of the message itself. Empty where only git can tell these apart.
+std::vector<std::string> keepingMessage(const GitRepository& repo, const OperationInProgress& operation)
+{
+    const fs::path file =
+        gitDirectories(repo).own / (operation.kind == Kind::rebase ? "rebase-merge/message" : "MERGE_MSG");
+    const std::optional<std::string> prepared = regularFileBytes(file, longestPreparedMessage);
+    const std::optional<std::string> written = prepared ? writtenMessage(*prepared) : std::nullopt;
+    if (!written || (*written != *prepared && !replaceFile(file, *written)))
+        return {};
+    // Some commands clean the message whatever the settings are, so the comment character is one that it does not use.
+    return {std::string("core.commentChar=") + unusedCommentCharacter(*written), "commit.cleanup=verbatim",
+            "commit.status=false"};
 }
 
 } // namespace
@@ -228,15 +241,20 @@ std::optional<OperationInProgress> operationInProgress(const GitRepository& repo
 
 std::string withoutComments(const GitRepository& repo, const std::string& message)
 {
-    return message.empty()
-               ? message
-               : repo.runner().bytes({"stripspace", "--strip-comments"}, {.input = message, .environment = {}});
+    if (message.empty())
+        return message;
+    // What a person wrote may begin with "#", too.
+    if (std::optional<std::string> written = writtenMessage(message))
+        return repo.runner().bytes({"stripspace"}, {.input = std::move(*written)});
+    return repo.runner().bytes({"stripspace", "--strip-comments"}, {.input = message});
 }
 
 void proceed(const GitRepository& repo, const OperationInProgress& operation, OperationStep step)
 {
     if (operation.kind != Kind::bisect) {
-        runTelling(repo.runner(), {commandOf(operation.kind), optionOf(step)});
+        const bool commits = step == OperationStep::proceed && !operation.appliesPatches && !operation.meldsInto;
+        runTelling(repo.runner(), {commandOf(operation.kind), optionOf(step)},
+                   {.settings = commits ? keepingMessage(repo, operation) : std::vector<std::string>()});
         return;
     }
     std::vector<std::string> arguments{"bisect", "reset"};

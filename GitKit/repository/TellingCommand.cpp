@@ -10,9 +10,9 @@
 
 namespace gitkit {
 
-void runTelling(const GitRunner& runner, const std::vector<std::string>& arguments)
+void runTelling(const GitRunner& runner, const std::vector<std::string>& arguments, const RunOptions& options)
 {
-    const GitOutput output = runner.output(arguments);
+    const GitOutput output = runner.output(arguments, options);
     if (!output.signalled && output.status == 0)
         return;
     const std::string outputText = output.text();

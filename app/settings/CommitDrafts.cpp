@@ -11,8 +11,10 @@
 #include <QStandardPaths>
 #include <QThreadPool>
 
+#include <fcntl.h>
 #include <map>
 #include <string>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -67,8 +69,12 @@ Draft read(const std::filesystem::path& root)
 {
     if (const auto kept = keptInThisRun().find(root.native()); kept != keptInThisRun().end())
         return kept->second;
-    QFile file(fileFor(root));
-    if (!file.open(QIODevice::ReadOnly))
+    // Another program may have put a pipe in its place, and opening that would wait.
+    const int opened = ::open(QFile::encodeName(fileFor(root)).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    struct stat found{};
+    QFile file;
+    if (opened < 0 || !file.open(opened, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) ||
+        ::fstat(opened, &found) != 0 || !S_ISREG(found.st_mode))
         return {};
     const QJsonObject stored = QJsonDocument::fromJson(file.readAll()).object();
     return {stored.value(subjectKey).toString(), stored.value(bodyKey).toString()};
