@@ -16,8 +16,10 @@
 //   branch, tag             option. Only by its short name does git attach HEAD to a branch, so checkout gets that one;
 //                           where git would read the short name as something else, HEAD is detached and then pointed at
 //                           the branch. A merge gets the short name for its message where that means the same ref.
-//   push -u REMOTE          names refs/heads/B:refs/heads/B, because a leading "+" in a refspec means force.
-//   push                    relies on push.default=simple, which is pinned; the branch must still be the current one.
+//   push                    names the remote and refs/heads/B:refs/heads/B. Without a refspec, or with a short one, the
+//                           remote's settings would add other branches, a leading "+" would force, and tags and
+//                           submodules would go along. The remote is the one that git would choose with
+//                           push.default=simple, and as there, the branch must still be the current one.
 //   fetch, pull, push       have --progress, which git otherwise prints for a terminal only.
 //   stash apply, stash pop  have --index, so that staged changes are staged again. It is left out where git cannot do
 //                           that and while an operation is in progress, which --index would end.
@@ -72,6 +74,31 @@ std::string shortestName(const GitRunner& runner, const std::string& ref)
         return ref;
     const GitOutput read = runner.output({"rev-parse", "--verify", "--quiet", "--symbolic-full-name", name});
     return trimmed(read.stdoutBytes, "\n") == ref ? name : ref;
+}
+
+/// The remote that a branch is pushed to. Throws when that has no branch of this name for an upstream, unless the branch
+/// is pushed elsewhere than it is pulled from.
+std::string pushRemote(const GitRunner& runner, const std::string& ref)
+{
+    const std::vector<std::string> found = splitNul(
+        trimmed(runner.bytes({"for-each-ref",
+                              "--format=%(upstream:remotename)%00%(upstream:remoteref)%00%(push:remotename)%00", ref}),
+                "\n"));
+    const std::string name = inQuotes(ref.substr(branchPrefix.size()));
+    if (found.size() != 3)
+        throw GitError("push", 1, "There is no branch " + name + ".", ErrorKind::noSuchRef);
+    const std::string& pulledFrom = found[0].empty() ? "origin" : found[0];
+    const std::string& upstream = found[1];
+    const std::string& remote = found[2];
+    if (!remote.empty() && remote != pulledFrom)
+        return remote;
+    if (upstream.empty())
+        throw GitError("push", 128, "The current branch " + name + " has no upstream branch.", ErrorKind::noUpstream);
+    if (upstream != ref)
+        throw GitError("push", 128,
+                       "The upstream branch " + inQuotes(upstream) + " does not match the name of the current branch " +
+                           name + ". Nothing was pushed.");
+    return pulledFrom;
 }
 
 bool isOperationInProgress(const std::filesystem::path& gitDirectory)
@@ -296,15 +323,20 @@ void GitRepository::pull() const { runTelling(runner_, {"pull", "--progress"}); 
 void GitRepository::push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const
 {
     const std::string ref = std::string(branchPrefix) + branch;
-    if (upstreamRemote) {
-        const std::string refspec = ref + ":" + ref;
-        runTelling(runner_, {"push", "-u", "--progress", newNameArgument("push", *upstreamRemote), refspec});
-        return;
-    }
-    if (trimmed(runner_.output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes, "\n") != ref)
+    if (!upstreamRemote && trimmed(runner_.output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes, "\n") != ref)
         throw GitError("push", 1, inQuotes(branch) + " is not the current branch any more. Nothing was pushed.",
                        ErrorKind::changedMeanwhile);
-    runTelling(runner_, {"push", "--progress"});
+    const std::string remote = newNameArgument("push", upstreamRemote ? *upstreamRemote : pushRemote(runner_, ref));
+    if (trimmed(runner_.output({"config", "--type=bool", "--get", "remote." + remote + ".mirror"}).stdoutBytes) ==
+        "true")
+        throw GitError("push", 1,
+                       inQuotes(remote) + " is set up as a mirror: a push would replace and delete other branches "
+                                          "there. Nothing was pushed.");
+    Arguments arguments{"push", "--progress", "--no-follow-tags", "--recurse-submodules=check"};
+    if (upstreamRemote)
+        arguments.emplace_back("-u");
+    arguments.insert(arguments.end(), {remote, ref + ":" + ref});
+    runTelling(runner_, arguments);
 }
 
 } // namespace gitkit

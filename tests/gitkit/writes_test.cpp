@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <csignal>
 #include <functional>
+#include <memory>
 
 namespace gitkit {
 namespace {
@@ -437,6 +438,7 @@ TEST(Stashes, AreFoundByTheirHash)
     const Stash newer = save("newer");
     repository.stashDrop(older); // stash@{0} when it was listed
     EXPECT_THAT(repository.stashes(), ElementsAre(newer));
+    repo.git({"branch", "stash"}); // whose name "stash@{0}" begins with, too
     EXPECT_THAT(failure([&] { repository.stashDrop(older); }), HasSubstr("no longer in the list"));
     EXPECT_THAT(failure([&] { repository.stashApply(older, Use::pop); }), HasSubstr("no longer in the list"));
     save("newest");
@@ -475,6 +477,65 @@ TEST(Remotes, APushTouchesTheBranchOfThatNameOnly)
     EXPECT_EQ(repo.atRemote("refs/heads/main"), one);
     EXPECT_EQ(repository.status().upstream, "origin/+main");
     EXPECT_THAT(failure([&] { repository.push("main", "--mirror"); }), HasSubstr("--mirror"));
+}
+
+// No setting of the remote or of push adds to what the dialog named.
+TEST(Remotes, APushTakesNothingAlongAndSparesMirrors)
+{
+    RemoteRepository repo;
+    const GitRepository repository = repo.repository();
+    repo.git({"branch", "secret"}).git({"tag", "-a", "-m", "t", "v1"}).write("a", "2").commit("two");
+    repo.git({"config", "--add", "remote.origin.push", "refs/heads/*:refs/heads/*"});
+    repo.git({"config", "push.followTags", "true"});
+    repository.push("main", {});
+    EXPECT_EQ(repo.atRemote("refs/heads/main"), repo.head());
+    EXPECT_EQ(repo.atRemote("refs/heads/secret") + repo.atRemote("refs/tags/v1"), "");
+
+    // Pushing elsewhere than one pulls from needs no upstream of the same name.
+    repo.git({"remote", "add", "fork", repo.bare.path().string()}).git({"config", "remote.pushDefault", "fork"});
+    repo.git({"checkout", "-q", "-b", "fix", "--track", "origin/main"}).write("a", "3").commit("three");
+    repository.push("fix", {});
+    EXPECT_EQ(repo.atRemote("refs/heads/fix"), repo.head());
+
+    repo.git({"config", "remote.fork.mirror", "true"}).git({"push", "-q", "origin", "fix:colleague"});
+    EXPECT_THAT(failure([&] { repository.push("fix", {}); }), HasSubstr("“fork” is set up as a mirror"));
+    EXPECT_THAT(failure([&] { repository.push("fix", "fork"); }), HasSubstr("“fork” is set up as a mirror"));
+    EXPECT_NE(repo.atRemote("refs/heads/colleague"), "");
+}
+
+TEST(Writing, WaitsForALockThatIsHeldForAMoment)
+{
+    // Ends the other git's work once ours has failed.
+    struct Unlocker : RunListener {
+        std::filesystem::path lock;
+        int failures = 0;
+
+        void began(Run, const std::vector<std::string>&, const std::filesystem::path&) override {}
+        void printed(Run, Stream, std::string_view) override {}
+        void ended(Run, const RunEnd& end) override
+        {
+            failures += end.status == 0 ? 0 : 1;
+            if (failures == 2)
+                std::filesystem::remove(lock);
+        }
+    };
+    TestRepository repo;
+    repo.write("a", "1").commit("one");
+    const auto unlocker = std::make_shared<Unlocker>();
+    unlocker->lock = repo / ".git/index.lock";
+    const GitRepository repository = repo.repository().in({.listener = unlocker});
+    const std::vector<std::function<void()>> writes{
+        [&] { repository.stage({changeOf(repo, "a")}); }, [&] { repository.unstage({changeOf(repo, "a")}); },
+        [&] { repository.stageAll(); }, [&] { repository.commit("two", Mode::create); },
+        [&] { repository.checkout("refs/heads/other"); }};
+    repo.git({"branch", "other"}).write("a", "2");
+    for (std::size_t index = 0; index < writes.size(); ++index) {
+        writeFile(unlocker->lock, "");
+        unlocker->failures = 0;
+        EXPECT_EQ(failure(writes[index]), "") << index;
+        EXPECT_EQ(unlocker->failures, 2) << index;
+    }
+    EXPECT_EQ(branch(repo), "refs/heads/other");
 }
 
 TEST(Remotes, ABranchTracksOnlyWhenAsked)
