@@ -17,6 +17,7 @@
 //   submodules            are refused, because no command brings back the files in them.
 
 #include "GitKit/Text.h"
+#include "GitKit/repository/FileStamps.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/StagedPaths.h"
@@ -300,8 +301,10 @@ private:
 
 } // namespace
 
-void GitRepository::discard(const std::vector<FileChange>& files, const Trash& trash) const
+void GitRepository::discard(const std::vector<FileChange>& files, const Trash& trash,
+                            const std::vector<FileStamp>& asked) const
 {
+    requireUnchanged(*this, asked);
     const CurrentChanges current(status());
     Discard discard(root_, runner_, trash);
     try {

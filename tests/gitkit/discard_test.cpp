@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/FileStamps.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 
@@ -279,6 +280,20 @@ TEST(Discard, LooksAgainBeforeItActs)
         EXPECT_THAT(error.message(), HasSubstr("“new” has changed since it was shown"));
     }
     EXPECT_EQ(readFile(repo / "new"), "edited");
+
+    for (const bool stages : {false, true}) {
+        repo.git({"checkout", "-q", "HEAD", "--", "new"}).write("new", "mine").write("b", "2");
+        const std::vector<FileChange> asked = repo.repository().status().files;
+        const std::vector<FileStamp> stamps = fileStamps(repo.repository(), asked);
+        if (stages)
+            repo.git({"add", "new"});
+        else
+            repo.write("new", "more");
+        EXPECT_THROW(repo.repository().discard(asked, {}, stamps), GitError);
+        EXPECT_EQ(readFile(repo / "b"), "2") << "nothing is discarded when one of the files has changed";
+        repo.repository().discard(asked, {}, fileStamps(repo.repository(), asked));
+        EXPECT_EQ(readFile(repo / "new"), "1");
+    }
 
     // A Trash that only says that it has moved the file is not believed.
     repo.git({"rm", "-q", "a"}).write("a", "precious");
