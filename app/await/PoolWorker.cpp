@@ -31,16 +31,10 @@ Worker& Worker::pool()
     return *worker;
 }
 
-PoolWorker::PoolWorker()
-{
-    local_.setMaxThreadCount(4);
-    network_.setMaxThreadCount(16);
-}
-
 void PoolWorker::post(Lane lane, std::function<void()> job, std::function<void()> done)
 {
-    QThreadPool& pool = lane == Lane::network ? network_ : local_;
-    pool.start([job = std::move(job), done = std::move(done)]() mutable {
+    WorkThreads& threads = lane == Lane::network ? network_ : local_;
+    threads.start([job = std::move(job), done = std::move(done)]() mutable {
         job();
         job = nullptr;
         // After the application has been destroyed there is no main thread to return to.

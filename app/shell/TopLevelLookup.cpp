@@ -32,7 +32,8 @@ std::optional<Begun> takeBegun(const std::filesystem::path& folder)
 
 void beginTopLevelLookup(const std::filesystem::path& folder)
 {
-    auto topLevel = std::async(std::launch::async, &gitkit::GitRepository::topLevel, folder);
+    // Deferred when no thread can be started.
+    auto topLevel = std::async(std::launch::async | std::launch::deferred, &gitkit::GitRepository::topLevel, folder);
     const std::scoped_lock lock(mutex);
     begun = Begun{folder, std::move(topLevel)};
 }

@@ -4,13 +4,21 @@
 #include "GitKit/runner/GitError.h"
 #include "app/store/Secrets.h"
 
+#include <QCoreApplication>
+
+#include <new>
+#include <stdexcept>
+
 namespace plovik {
 
 Failure failureOf(const std::exception& thrown)
 {
     Failure failure;
     failure.kind = gitkit::errorKindOf(thrown);
-    failure.message = withoutSecrets(QString::fromUtf8(thrown.what()));
+    if (dynamic_cast<const std::bad_alloc*>(&thrown) || dynamic_cast<const std::length_error*>(&thrown))
+        failure.message = QCoreApplication::translate("Failure", "There is not enough memory for this.");
+    else
+        failure.message = withoutSecrets(QString::fromUtf8(thrown.what()));
     return failure;
 }
 

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 
 #include <sys/eventfd.h>
+#include <system_error>
 #include <thread>
 
 namespace plovik {
@@ -65,10 +66,14 @@ void FileEvents::Link::postLimitReached()
 FileEvents::FileEvents(std::unique_ptr<WatchScope> scope, FileEventCallbacks callbacks, FileEventLimits limits)
     : link_(std::make_shared<Link>(std::move(callbacks)))
 {
-    // Detached, so that neither closing a window nor quitting waits for what the scope may be asking.
-    std::thread([link = link_, scope = std::move(scope), limits]() mutable {
-        FileEventThread(std::move(link), std::move(scope), limits).run();
-    }).detach();
+    try {
+        // Detached, so that neither closing a window nor quitting waits for what the scope may be asking.
+        std::thread([link = link_, scope = std::move(scope), limits]() mutable {
+            FileEventThread(std::move(link), std::move(scope), limits).run();
+        }).detach();
+    } catch (const std::system_error&) {
+        link_->postLimitReached();
+    }
 }
 
 FileEvents::~FileEvents() { stop(); }
