@@ -48,6 +48,14 @@ bool mayHoldPassword(std::string_view authority)
            !std::ranges::all_of(authority.substr(colon + 1), isDigit);
 }
 
+/// Whether a parameter is one of those with which servers say where a merge request is made. All others may be secrets.
+bool isHarmless(std::string_view name)
+{
+    constexpr std::array<std::string_view, 6> names{"source", "dest", "sourceref", "targetref", "expand", "service"};
+    return name.starts_with("merge_request%5B") || name.starts_with("merge_request[") ||
+           std::ranges::find(names, name) != names.end();
+}
+
 /// Finds the addresses in a text and masks their secrets.
 class AddressMasker {
 public:
@@ -60,6 +68,7 @@ public:
             const std::size_t begin = found + sign.size();
             if (const std::optional<std::size_t> at = endOfUser(begin))
                 hide(schemeBefore(found), begin, *at);
+            hideParameters(std::max(begin, done_));
             found = std::max(begin, done_);
         }
         masked_ += text_.substr(done_);
@@ -105,6 +114,48 @@ private:
         return std::nullopt;
     }
 
+    /// Hides the values behind "?" and everything behind "#", up to the end of the word and the signs that close it.
+    void hideParameters(std::size_t place)
+    {
+        if (place < withoutParameters_) // searched before
+            return;
+        std::size_t end = place;
+        while (end < text_.size() && !endsWord(text_[end]))
+            ++end;
+        withoutParameters_ = end;
+        while (end > place && std::string_view("'\":,.;)>").find(text_[end - 1]) != std::string_view::npos)
+            --end;
+        for (place = nextOf("?#", place, end); place < end; place = nextOf("&#", place + 1, end)) {
+            if (text_[place] == '#') {
+                conceal(place + 1, end);
+                return;
+            }
+            hideParameter(place + 1, nextOf("&#", place + 1, end));
+        }
+    }
+
+    /// The position of the first of these signs, or `end`.
+    std::size_t nextOf(std::string_view signs, std::size_t place, std::size_t end) const
+    {
+        return std::min(text_.substr(0, end).find_first_of(signs, place), end);
+    }
+
+    void hideParameter(std::size_t begin, std::size_t end)
+    {
+        const std::size_t equal = nextOf("=", begin, end);
+        if (!isHarmless(text_.substr(begin, equal - begin)))
+            conceal(equal == end ? begin : equal + 1, end);
+    }
+
+    void conceal(std::size_t begin, std::size_t end)
+    {
+        if (begin >= end || begin < done_)
+            return;
+        masked_ += text_.substr(done_, begin - done_);
+        masked_ += mask;
+        done_ = end;
+    }
+
     void hide(std::string_view scheme, std::size_t begin, std::size_t at)
     {
         std::size_t secret = begin;
@@ -123,8 +174,9 @@ private:
 
     std::string_view text_;
     std::string masked_;
-    std::size_t done_ = 0;      ///< bytes of the text that are in `masked_` already
-    std::size_t withoutAt_ = 0; ///< the last searched word has no "@" up to here
+    std::size_t done_ = 0;              ///< bytes of the text that are in `masked_` already
+    std::size_t withoutAt_ = 0;         ///< the last searched word has no "@" up to here
+    std::size_t withoutParameters_ = 0; ///< the end of the word whose parameters were hidden last
 };
 
 /// Masks the values of headers, as in "http.extraHeader=Authorization: Basic …", to the ends of their lines.
