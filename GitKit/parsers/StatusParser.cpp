@@ -52,6 +52,7 @@ std::optional<FileChange> parseEntry(std::string_view record)
     change.index = letters.empty() ? '.' : letters[0];
     change.worktree = letters.size() < 2 ? '.' : letters[1];
     change.isSubmodule = (*fields)[2].starts_with('S');
+    change.isDirtyInside = (*fields)[2].starts_with("S.") && change.worktree == 'M';
     return change;
 }
 

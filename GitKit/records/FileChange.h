@@ -19,6 +19,9 @@ struct FileChange {
     bool isConflicted = false;
     bool isSubmodule = false; ///< on any side the path is a commit of another repository and no file
 
+    /// A submodule with changes of its own files only: its commit is the recorded one, so there is nothing to stage.
+    bool isDirtyInside = false;
+
     const std::string& id() const { return path; }
     bool isUntracked() const { return index == '?'; }
     bool hasStaged() const { return !isUntracked() && !isConflicted && index != '.'; }

@@ -88,7 +88,15 @@ std::filesystem::path GitRepository::topLevel(const std::filesystem::path& folde
     if (found.empty())
         throw GitError("rev-parse", 0, "Not a git working tree: " + repairedUtf8(folder.string()),
                        ErrorKind::notARepository);
-    return std::filesystem::path(std::move(found)).lexically_normal();
+    std::filesystem::path root = std::filesystem::path(std::move(found)).lexically_normal();
+    // With core.worktree, the files may be where git does not find the repository again.
+    std::error_code ignored;
+    const std::filesystem::path inside = std::filesystem::weakly_canonical(folder, ignored).lexically_relative(root);
+    if (!std::filesystem::exists(root / ".git", ignored) || inside.empty() || *inside.begin() == "..")
+        throw GitError("rev-parse", 128,
+                       "The files of this repository are in " + inQuotes(root.string()) +
+                           ", as its core.worktree says, where git does not find it. It cannot be opened.");
+    return root;
 }
 
 std::string GitRepository::git(const std::vector<std::string>& arguments) const { return runner_.run(arguments); }

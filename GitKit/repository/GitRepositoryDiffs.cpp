@@ -87,6 +87,19 @@ ParsedDiff untrackedDiff(const GitRepository& repo, const std::string& path, Whi
     return diff(repo.runner(), onExactly(diffArguments({"diff"}, {}), {path}), whiteSpace, index.options());
 }
 
+/// Whether a patch changes a submodule from a commit to the same one with changed files, which git applies as nothing.
+bool isDirtOfSubmodule(std::string_view patch)
+{
+    constexpr std::string_view before = "\n-Subproject commit ";
+    constexpr std::string_view after = "\n+Subproject commit ";
+    const std::size_t old = patch.find(before);
+    const std::size_t now = patch.find(after);
+    if (old == std::string_view::npos || now == std::string_view::npos)
+        return false;
+    const auto lineAt = [&](std::size_t start) { return patch.substr(start, patch.find('\n', start) - start); };
+    return std::string(lineAt(old + before.size())) + "-dirty" == lineAt(now + after.size());
+}
+
 /// Throws unless the index has the blob that the patch was made from.
 void requireIndexHolds(const GitRunner& runner, const PartialChange& change)
 {
@@ -168,6 +181,8 @@ StagedChanges GitRepository::stagedChanges() const
 
 void GitRepository::applyToIndex(const PartialChange& change) const
 {
+    if (isDirtOfSubmodule(change.patch))
+        throw dirtySubmodule("apply", change.path);
     requireIndexHolds(runner_, change);
     Arguments arguments{"apply", "--cached", "--whitespace=nowarn"};
     if (change.direction == PatchDirection::reverse)

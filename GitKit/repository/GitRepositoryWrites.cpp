@@ -30,6 +30,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/StagedPaths.h"
+#include "GitKit/repository/StaleChange.h"
 #include "GitKit/repository/TellingCommand.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitMessages.h"
@@ -152,7 +153,7 @@ void GitRepository::stage(const std::vector<FileChange>& files) const
     Arguments standing;
     Arguments gone;
     for (const FileChange& file : files) {
-        if (!file.hasUnstaged())
+        if (!file.hasUnstaged() || file.isDirtyInside)
             continue;
         if (file.path.ends_with('/'))
             throw embeddedRepository(file.path.substr(0, file.path.size() - 1));
@@ -164,6 +165,9 @@ void GitRepository::stage(const std::vector<FileChange>& files) const
             gone.push_back(*file.originalPath);
     }
     stagePaths(runner_, standing, gone);
+    const auto dirty = std::ranges::find_if(files, &FileChange::isDirtyInside);
+    if (dirty != files.end() && standing.empty() && gone.empty())
+        throw dirtySubmodule("add", dirty->path);
 }
 
 void GitRepository::unstage(const std::vector<FileChange>& files) const

@@ -182,6 +182,19 @@ TEST(GitRepository, LetsNoTextMakeACommit)
     EXPECT_EQ(commits[3].subject, "root");
 }
 
+TEST(GitRepository, SaysWhereTheFilesAreWhenTheyAreElsewhere)
+{
+    TestRepository repo;
+    TemporaryFolder elsewhere;
+    repo.commit("one").git({"config", "core.worktree", elsewhere.path().string()});
+    try {
+        GitRepository::topLevel(repo.path());
+        ADD_FAILURE() << "opened a folder where git finds no repository";
+    } catch (const GitError& error) {
+        EXPECT_THAT(error.message(), testing::HasSubstr(elsewhere.path().string()));
+    }
+}
+
 TEST(GitRepository, HidesNoBranchThatCannotBeReadAndNamesTheCurrentOne)
 {
     TestRepository repo;

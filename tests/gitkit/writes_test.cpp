@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/PartialPatch.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 
@@ -173,6 +174,26 @@ TEST(Staging, TakesTrackedFilesOfIgnoredFoldersAndNoRepositories)
         EXPECT_THAT(letters(repo), testing::Contains("?? inner/"));
     }
     EXPECT_THAT(letters(repo), testing::Contains("A. b")) << "everything else is staged";
+}
+
+TEST(Staging, SaysThatASubmoduleHasNothingToStage)
+{
+    TestRepository library;
+    library.write("l", "1").commit("library");
+    TestRepository repo;
+    repo.git({"-c", "protocol.file.allow=always", "submodule", "--quiet", "add", library.path().string(), "lib"});
+    repo.commit("one").write("lib/l", "edited").write("a", "1");
+    const GitRepository repository = repo.repository();
+    const FileChange lib = changeOf(repo, "lib");
+    EXPECT_THAT(failure([&] { repository.stage({lib}); }), HasSubstr("“lib” is a submodule whose own files"));
+    const ParsedDiff diff = repository.workingDiff(lib).at(0).diff;
+    const auto change = partialChange("lib", diff, {1, 2}, PatchDirection::forward);
+    EXPECT_THAT(failure([&] { repository.applyToIndex(change.value()); }), HasSubstr("“lib” is a submodule"));
+    EXPECT_EQ(failure([&] { repository.stage(repository.status().files); }), "") << "the others are staged";
+    EXPECT_THAT(letters(repo), testing::UnorderedElementsAre("A. a", ".M lib"));
+    repo.git({"-C", "lib", "commit", "-q", "-a", "-m", "more"});
+    repository.stage({changeOf(repo, "lib")});
+    EXPECT_THAT(letters(repo), testing::UnorderedElementsAre("A. a", "M. lib"));
 }
 
 TEST(Staging, SendsLongListsWhole)
