@@ -275,16 +275,19 @@ void GitRepository::deleteTag(const std::string& name) const { runner_.accepted(
 void GitRepository::merge(const std::string& ref) const
 {
     const std::string revision = exactArgument("merge", ref);
+    waitForIndex(*this);
     runTelling(runner_, {"merge", revision.starts_with("refs/") ? shortestName(runner_, revision) : revision});
 }
 
 void GitRepository::cherryPick(const std::string& hash) const
 {
+    waitForIndex(*this);
     runTelling(runner_, {"cherry-pick", exactArgument("cherry-pick", hash)});
 }
 
 void GitRepository::revert(const std::string& hash) const
 {
+    waitForIndex(*this);
     runTelling(runner_, {"revert", "--no-edit", exactArgument("revert", hash)});
 }
 
@@ -295,6 +298,7 @@ void GitRepository::stashSave(const std::string& message, UntrackedFiles untrack
         arguments.emplace_back("--include-untracked");
     if (!message.empty())
         arguments.insert(arguments.end(), {"-m", message});
+    waitForIndex(*this);
     runner_.accepted(arguments);
 }
 
@@ -302,6 +306,7 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
 {
     const std::string ref = currentRef(stashes(), stash);
     const std::string verb = use == StashUse::pop ? "pop" : "apply";
+    waitForIndex(*this);
     if (!isOperationInProgress(gitDirectories(*this).own)) {
         try {
             runTelling(runner_, {"stash", verb, "--index", ref});

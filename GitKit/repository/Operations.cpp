@@ -251,6 +251,7 @@ std::string withoutComments(const GitRepository& repo, const std::string& messag
 
 void proceed(const GitRepository& repo, const OperationInProgress& operation, OperationStep step)
 {
+    waitForIndex(repo);
     if (operation.kind != Kind::bisect) {
         const bool commits = step == OperationStep::proceed && !operation.appliesPatches && !operation.meldsInto;
         runTelling(repo.runner(), {commandOf(operation.kind), optionOf(step)},

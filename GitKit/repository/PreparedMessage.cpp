@@ -30,11 +30,12 @@ bool isScissors(std::string_view line)
 /// The line without the comment character and the blank that git writes before a comment; empty for any other line.
 std::string_view comment(std::string_view line) { return line.size() > 2 && line[1] == ' ' ? line.substr(2) : ""; }
 
-/// Whether git says here which of several messages it put together follows.
-bool joinsMessages(std::string_view line)
+/// Whether git explains here what to write, or says which of several messages it put together follows.
+bool isExplanation(std::string_view line)
 {
     const std::string_view said = comment(line);
-    return said.starts_with("This is a combination of ") || said.starts_with("This is the ") ||
+    return said.starts_with("Please enter ") || said.starts_with("Lines starting with ") ||
+           said.starts_with("This is a combination of ") || said.starts_with("This is the ") ||
            said.starts_with("The commit message #") || said.starts_with("The 1st commit message");
 }
 
@@ -67,7 +68,7 @@ std::optional<std::string> writtenMessage(std::string_view prepared)
 {
     const std::string before = beforeScissors(prepared);
     const std::vector<std::string_view> lines = linesOf(before);
-    if (before.starts_with("Merge tag") || std::ranges::any_of(lines, joinsMessages))
+    if (before.starts_with("Merge tag") || std::ranges::any_of(lines, isExplanation))
         return std::nullopt;
     std::size_t end = conflictList(lines);
     while (end > 0 && trimmed(lines[end - 1]).empty())

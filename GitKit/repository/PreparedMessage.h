@@ -18,7 +18,7 @@ std::string beforeScissors(std::string_view prepared);
 
 /// Returns the message as a person wrote it: without the list of conflicts that git adds, and with every other line,
 /// also those that begin with "#". Its last line is ended, and no empty lines follow. Returns nullopt for a message
-/// that git put together from several, or from a tag, where its comments stand between the lines.
+/// with other comments of git's: one that it put together from several or from a tag, or wrote for an editor.
 std::optional<std::string> writtenMessage(std::string_view prepared);
 
 /// Returns a character that git can use for its comments because no line of the message begins with it.

@@ -1,14 +1,32 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/TellingCommand.h"
 
+#include "GitKit/RegularFile.h"
 #include "GitKit/Text.h"
+#include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitMessages.h"
 #include "GitKit/runner/Progress.h"
 
+#include <chrono>
+#include <filesystem>
+#include <thread>
 #include <utility>
 
 namespace gitkit {
+
+void waitForIndex(const GitRepository& repo)
+{
+    std::filesystem::path directory = repo.root() / ".git";
+    // A file there names the folder: "gitdir: PATH".
+    constexpr std::string_view start = "gitdir: ";
+    if (const auto link = regularFileBytes(directory, 64 << 10); link && link->starts_with(start))
+        directory = repo.root() / trimmed(std::string_view(*link).substr(start.size()), "\r\n");
+    std::error_code ignored;
+    for (std::chrono::milliseconds pause{30};
+         pause.count() < 500 && std::filesystem::exists(directory / "index.lock", ignored); pause *= 2)
+        std::this_thread::sleep_for(pause);
+}
 
 void runTelling(const GitRunner& runner, const std::vector<std::string>& arguments, const RunOptions& options)
 {

@@ -80,6 +80,7 @@ TEST(PreparedMessage, KnowsWhatGitWrote)
     EXPECT_EQ(writtenMessage("a\n# ------------------------ >8 ------------------------\n# Do not\n"), "a\n");
     EXPECT_EQ(writtenMessage("# This is a combination of 2 commits.\n# This is the 1st commit message:\n\na\n"),
               std::nullopt);
+    EXPECT_EQ(writtenMessage("Merge branch 'x'\n# Please enter a commit message to explain why\n#\n"), std::nullopt);
     EXPECT_EQ(unusedCommentCharacter("#1\n;2\n"), '@');
 }
 

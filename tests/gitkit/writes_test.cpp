@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <functional>
 #include <memory>
@@ -557,6 +558,12 @@ TEST(Writing, WaitsForALockThatIsHeldForAMoment)
         EXPECT_EQ(unlocker->failures, 2) << index;
     }
     EXPECT_EQ(branch(repo), "refs/heads/other");
+
+    // A merge or a stash cannot be repeated when it fails half-way, so it waits before it begins.
+    writeFile(unlocker->lock, "");
+    const auto began = std::chrono::steady_clock::now();
+    EXPECT_THAT(failure([&] { repo.repository().merge("refs/heads/main"); }), HasSubstr("index.lock"));
+    EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(500));
 }
 
 TEST(Remotes, ABranchTracksOnlyWhenAsked)
