@@ -5,6 +5,7 @@
 #include "GitKit/PartialPatch.h"
 #include "GitKit/parsers/DiffParser.h"
 #include "GitKit/repository/PartialDiscard.h"
+#include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 
 #include <gtest/gtest.h>
@@ -242,10 +243,14 @@ public:
         return applyParts(PatchDirection::reverse);
     }
 
-    /// Discards random parts of the working tree's changes, and takes that back again.
+    /// Discards random parts of the working tree's changes, and takes that back again. Now and then, writing the file
+    /// fails half-way: then every byte of it, and its mode, must be as it was.
     int discardParts()
     {
-        repo_.git({"read-tree", "HEAD"});
+        repo_.git({"read-tree", "HEAD"}).write(".git/info/attributes", "* filter=odd\n");
+        repo_.git({"config", "filter.odd.clean", "cat"}).git({"config", "filter.odd.required", "true"});
+        const auto smudge = [this](const char* command) { repo_.git({"config", "filter.odd.smudge", command}); };
+        smudge("cat");
         changes_ = changes();
         int made = 0;
         for (const Case& one : cases_) {
@@ -255,8 +260,19 @@ public:
             if (!part)
                 continue;
             const auto change = partialChange(one.path, part->diff, part->selected, PatchDirection::reverse);
+            const mode_t mode = one.changesMode ? 0755 : 0640;
+            ::chmod((repo_ / one.path).c_str(), mode);
+            if (Dice(one.seed).chance(20)) {
+                smudge(one.seed % 2 == 0 ? "head -c 1; exit 1" : "kill -9 $PPID");
+                EXPECT_THROW(discardPart(repository_, *change), GitError) << "failing, seed " << one.seed;
+                EXPECT_TRUE(readFile(one.path) == one.after) << "failing, seed " << one.seed;
+                EXPECT_EQ(modeOf(one.path), mode) << "failing, seed " << one.seed;
+                smudge("cat");
+            }
             const auto done = discardPart(repository_, *change);
             EXPECT_TRUE(readFile(one.path) == part->expected) << "discarding, seed " << one.seed;
+            EXPECT_EQ(modeOf(one.path), one.changesMode && isWhole(part->diff, part->selected) ? 0644U : mode)
+                << "discarding, seed " << one.seed;
             undoDiscard(repository_, done.value());
             EXPECT_TRUE(readFile(one.path) == one.after) << "undoing a discard, seed " << one.seed;
             ++made;
@@ -290,6 +306,13 @@ private:
     {
         std::ifstream file(repo_ / path, std::ios::binary);
         return Bytes(std::istreambuf_iterator<char>(file), {});
+    }
+
+    mode_t modeOf(const std::string& path) const
+    {
+        struct stat found{};
+        EXPECT_EQ(::lstat((repo_ / path).c_str(), &found), 0) << path;
+        return found.st_mode & 07777U;
     }
 
     std::map<std::string, FileChange> changes() const
