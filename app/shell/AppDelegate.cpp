@@ -16,6 +16,7 @@
 #include "app/ui/commands/Commands.h"
 #include "app/ui/settings/SettingsView.h"
 #include "app/ui/welcome/WelcomeView.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QApplication>
@@ -57,7 +58,7 @@ void bringToFront(QWidget* window)
 /// Returns an alert that is not shown yet and deletes itself when it is closed. Its accessible name is its title.
 QMessageBox* alert(const QString& title, const QString& detail, QWidget* parent)
 {
-    auto* const box = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::Ok, parent);
+    auto* const box = new QMessageBox(QMessageBox::Warning, plainTitle(title), title, QMessageBox::Ok, parent);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(detail);

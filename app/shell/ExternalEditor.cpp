@@ -88,8 +88,8 @@ QString menuTitle() { return menuTitle(chosenPath()); }
 void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
 {
     auto* const panel = new QFileDialog(
-        parent, EditorText::tr("Choose an application"), shownText(editors::applicationsFolder().string()),
-        EditorText::tr("Applications (%1)").arg(shownText(editors::applicationPattern())));
+        parent, EditorText::tr("Choose an application"), exactText(editors::applicationsFolder().string()),
+        EditorText::tr("Applications (%1)").arg(exactText(editors::applicationPattern())));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::ExistingFile);
     panel->setLabelText(QFileDialog::Accept, EditorText::tr("Choose"));

@@ -8,7 +8,9 @@
 #include "app/shell/CommitMessages.h"
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/WindowFrames.h"
+#include "app/store/ShownText.h"
 #include "app/ui/commands/MainMenu.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/window/RepositoryView.h"
 
 #include <QCloseEvent>
@@ -49,7 +51,7 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
     setAttribute(Qt::WA_DeleteOnClose);
     setMinimumSize(smallestSize);
     setCentralWidget(view_);
-    view_->setEditorTitle([] { return externalEditor::menuTitle(); });
+    view_->setEditorTitle([] { return plainMenuText(externalEditor::menuTitle()); });
     mainMenu::build(*menuBar(), menuTarget, *store_);
     windowFrames::restore(*this, this->root());
 
@@ -80,9 +82,9 @@ void RepositoryWindow::show(SidebarItem item) { store_->window().select(std::mov
 
 void RepositoryWindow::updateTitle()
 {
-    const QString folder = QString::fromStdString(root().filename().string());
+    const QString folder = shownText(root().filename().native());
     const QString head = store_->snapshot().headDescription();
-    setWindowTitle(head.isEmpty() ? folder : tr("%1 — %2", "folder, branch").arg(folder, head));
+    setWindowTitle(plainTitle(head.isEmpty() ? folder : tr("%1 — %2", "folder, branch").arg(folder, head)));
 }
 
 void RepositoryWindow::showNotice(const QString& notice) { view_->showNotice(notice); }

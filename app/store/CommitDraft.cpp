@@ -30,7 +30,7 @@ CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& sn
 {
     snapshot_.follow({.operationRead = [this](const RepositoryState& read) {
         if (read.newMessage)
-            showPrepared(shownText(*read.newMessage));
+            showPrepared(exactText(*read.newMessage));
     }});
 }
 
@@ -64,7 +64,7 @@ QCoro::Task<> CommitDraft::fillingAmended()
     }
     if (!amend.value() || !commitSubject.value().isEmpty())
         co_return;
-    fillCommitFields(shownText(message));
+    fillCommitFields(exactText(message));
     amended_ = Amended{message, text()};
 }
 

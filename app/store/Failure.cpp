@@ -3,6 +3,7 @@
 
 #include "GitKit/runner/GitError.h"
 #include "app/store/Secrets.h"
+#include "app/store/ShownText.h"
 
 #include <QCoreApplication>
 
@@ -18,7 +19,7 @@ Failure failureOf(const std::exception& thrown)
     if (dynamic_cast<const std::bad_alloc*>(&thrown) || dynamic_cast<const std::length_error*>(&thrown))
         failure.message = QCoreApplication::translate("Failure", "There is not enough memory for this.");
     else
-        failure.message = withoutSecrets(QString::fromUtf8(thrown.what()));
+        failure.message = withStandIns(withoutSecrets(QString::fromUtf8(thrown.what())));
     return failure;
 }
 

@@ -210,7 +210,7 @@ std::string withoutSecrets(std::string_view text) { return withoutHeaders(Addres
 QString withoutSecrets(const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
-    return shownText(withoutSecrets(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size()))));
+    return exactText(withoutSecrets(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size()))));
 }
 
 } // namespace plovik

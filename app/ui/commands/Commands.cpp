@@ -4,6 +4,7 @@
 #include "app/settings/Settings.h"
 #include "app/store/actions/Remotes.h"
 #include "app/ui/commands/MainMenu.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/workingcopy/MessageButtons.h"
 
 #include <QCoreApplication>
@@ -222,7 +223,7 @@ void setOffered(QMenu& menu, QAction& action, bool isOffered, const QString& why
 {
     menu.setToolTipsVisible(true);
     action.setEnabled(isOffered);
-    action.setToolTip(whyNot);
+    action.setToolTip(plainToolTip(whyNot));
 }
 
 } // namespace

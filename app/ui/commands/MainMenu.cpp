@@ -5,6 +5,7 @@
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/NavigationButtons.h"
 #include "app/ui/commands/UndoCommand.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QAction>
 #include <QApplication>
@@ -115,7 +116,7 @@ private:
     {
         const auto& [action, command] = item;
         action->setEnabled(command->isOffered(store_));
-        action->setToolTip(command->whyNot(store_));
+        action->setToolTip(plainToolTip(command->whyNot(store_)));
         action->setVisible(!command->isThere || command->isThere());
         if (command->isOn)
             action->setChecked(command->isOn(store_));

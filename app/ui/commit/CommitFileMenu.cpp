@@ -51,7 +51,7 @@ QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& co
                     inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
     menu->addSeparator();
     menu->addAction(Texts::tr("Copy Path"), menu,
-                    [path = shownText(file.path)] { QGuiApplication::clipboard()->setText(path); });
+                    [path = exactText(file.path)] { QGuiApplication::clipboard()->setText(path); });
     QAction* const reveal = menu->addAction(Texts::tr("Reveal in File Browser"), menu,
                                             [&store, inTree] { actions::reveal(store.actors(), {inTree}); });
     if (!isInWorkingTree(store, file)) {

@@ -65,6 +65,7 @@ HashField::HashField(QWidget* parent)
     text_->setTextMargins(-2, 0, -2, 0);
     text_->setFocusPolicy(Qt::ClickFocus);
     text_->setContextMenuPolicy(Qt::NoContextMenu);
+    copied_->setTextFormat(Qt::PlainText);
     copied_->setForegroundRole(QPalette::PlaceholderText);
     followFont(*copied_, -1.5);
     copied_->hide();

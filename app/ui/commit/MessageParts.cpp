@@ -65,7 +65,7 @@ QString noteOnSize(std::string_view message)
     const auto lines = static_cast<int>(std::ranges::count(message, '\n') + 1);
     if (lines > MessageParts::mostLines)
         return Text::tr("Only the beginning of this message is shown: it is %Ln line(s) long.", nullptr, lines);
-    const auto characters = static_cast<int>(shownText(message).size());
+    const auto characters = static_cast<int>(exactText(message).size());
     return Text::tr("Only the beginning of this message is shown: it is %Ln character(s) long.", nullptr, characters);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/DialogParts.h"
 
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QDialog>
@@ -26,7 +27,7 @@ void prepare(QDialog& dialog, const QString& title)
 {
     dialog.setWindowModality(Qt::WindowModal);
     dialog.setAttribute(Qt::WA_DeleteOnClose);
-    dialog.setWindowTitle(title);
+    dialog.setWindowTitle(plainTitle(title));
     dialog.setAccessibleName(title);
 }
 

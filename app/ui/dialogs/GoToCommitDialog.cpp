@@ -35,8 +35,8 @@ public:
         const Theme& theme = Theme::current();
         if (option.state & QStyle::State_Selected)
             painter->fillRect(option.rect, theme.selection);
-        paintText(*painter, option.rect.adjusted(9, 0, -9, 0), index.data().toString(), option.font, theme.text,
-                  Qt::AlignLeft, Qt::ElideMiddle);
+        paintText(*painter, option.rect.adjusted(9, 0, -9, 0), withStandIns(index.data().toString()), option.font,
+                  theme.text, Qt::AlignLeft, Qt::ElideMiddle);
     }
 };
 
@@ -52,7 +52,7 @@ QStringList refNames(const RepositoryStore& store)
     QStringList names{u"HEAD"_s};
     for (const auto* refs : refLists(store)) {
         for (const gitkit::GitRef& ref : *refs)
-            names << shownText(ref.name);
+            names << exactText(ref.name);
     }
     return names;
 }
@@ -105,7 +105,7 @@ std::string GoToCommitDialog::revision() const
     std::vector<const gitkit::GitRef*> meant;
     for (const auto* refs : refLists(store())) {
         for (const gitkit::GitRef& ref : *refs) {
-            if (shownText(ref.name) == name)
+            if (exactText(ref.name) == name)
                 meant.push_back(&ref);
         }
     }

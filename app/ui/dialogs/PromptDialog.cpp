@@ -227,6 +227,7 @@ void PromptDialog::addHostKey(QVBoxLayout& column)
         if (value.isEmpty())
             return;
         auto* const label = new QLabel(name, this);
+        label->setTextFormat(Qt::PlainText);
         label->setForegroundRole(QPalette::PlaceholderText);
         QLabel* const shown = dialogParts::text(this);
         shown->setText(breakable(value));

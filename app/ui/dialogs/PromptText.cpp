@@ -147,9 +147,9 @@ Kind kindOfOther(const QString& question)
 PromptText promptText(const SignInPrompt& prompt)
 {
     PromptText read;
-    const QString question = harmless(shownText(prompt.text));
+    const QString question = harmless(exactText(prompt.text));
     read.question = withoutMiddle(question);
-    read.host = name(harmless(shownText(prompt.destination)));
+    read.host = name(harmless(exactText(prompt.destination)));
     if (prompt.kind == SignInKind::permission) {
         read.kind = Kind::permission;
         return read;

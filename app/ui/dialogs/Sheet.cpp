@@ -2,6 +2,7 @@
 #include "app/ui/dialogs/Sheet.h"
 
 #include "app/ui/dialogs/DialogParts.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -49,7 +50,7 @@ void Sheet::validate()
     }
     const std::optional<Verb> begun = verb();
     confirm_->setEnabled(wrong.isEmpty() && isComplete() && (!begun || store_.changes().offers(*begun)));
-    confirm_->setToolTip(begun ? store_.changes().whyNot(*begun) : QString());
+    confirm_->setToolTip(plainToolTip(begun ? store_.changes().whyNot(*begun) : QString()));
 }
 
 } // namespace plovik

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/DiffButtons.h"
 
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QEvent>
@@ -53,7 +54,7 @@ void DiffButtons::show(const std::vector<DiffOffer>& offers)
         if (const QString name = actionName(offer.verb, offer.part); name != each->accessibleName())
             each->setAccessibleName(name);
         each->setEnabled(offer.refusal.isEmpty());
-        each->setToolTip(offer.refusal);
+        each->setToolTip(plainToolTip(offer.refusal));
         each->setProperty("primary", offer.part == Part::lines && offer.verb != ActionVerb::discard);
         each->show();
     }

@@ -4,6 +4,7 @@
 #include "app/ui/diff/DiffController.h"
 #include "app/ui/diff/DiffOffers.h"
 #include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QCoreApplication>
 #include <QMenu>
@@ -24,7 +25,7 @@ void addOffers(QMenu& menu, DiffController& controller)
     for (const DiffOffer& offer : menuOffers(controller)) {
         QAction* const action = menu.addAction(offer.title);
         action->setEnabled(offer.refusal.isEmpty());
-        action->setToolTip(offer.refusal);
+        action->setToolTip(plainToolTip(offer.refusal));
         QObject::connect(
             action, &QAction::triggered, &controller,
             [&controller, hunk, verb = offer.verb, part = offer.part] { controller.request(hunk, verb, part); });

@@ -7,6 +7,7 @@
 #include "app/ui/diff/DiffMenu.h"
 #include "app/ui/diff/DiffSectionBar.h"
 #include "app/ui/diff/DiffSectionPainter.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -233,7 +234,7 @@ void DiffSectionView::hoverGap(QPoint point)
     if (button == hoveredGap_)
         return;
     hoveredGap_ = button;
-    setToolTip(gapButtonTitle(document, button));
+    setToolTip(plainToolTip(gapButtonTitle(document, button)));
     update();
 }
 

@@ -4,6 +4,7 @@
 #include "app/ui/diff/CheckeredPicture.h"
 #include "app/ui/diff/DiffMetrics.h"
 #include "app/ui/diff/DiffNotes.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QEvent>
@@ -100,7 +101,7 @@ ImagePane::Side ImagePane::makeSide(const PictureSide& side, const QString& titl
         made.picture = new CheckeredPicture(side.picture.image, this);
         made.picture->setAccessibleName(title);
         made.picture->setAccessibleDescription(sizesOf(side));
-        made.picture->setToolTip(sizesOf(side));
+        made.picture->setToolTip(plainToolTip(sizesOf(side)));
     }
     return made;
 }

@@ -34,7 +34,7 @@ const QStringList& formats()
     return known;
 }
 
-QString suffixOf(std::string_view path) { return QFileInfo(shownText(path)).suffix().toLower(); }
+QString suffixOf(std::string_view path) { return QFileInfo(exactText(path)).suffix().toLower(); }
 
 /// Goes to the largest image of an icon, which holds the same picture in several sizes.
 void goToLargest(QImageReader& reader)

@@ -11,26 +11,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Returns whether a character draws nothing, or changes how its neighbours are drawn.
-bool isInvisible(char16_t unit)
-{
-    return (unit >= 0x80 && unit < 0xA0) || unit == 0xAD || unit == 0x61C || unit == 0x180E ||
-           (unit >= 0x200B && unit <= 0x200F) || (unit >= 0x2028 && unit <= 0x202E) ||
-           (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF || (unit >= 0xFFF9 && unit <= 0xFFFB);
-}
-
-/// Returns the replacement of a unit that cannot be drawn as it is; empty for one that can.
-QString standIn(char16_t unit)
-{
-    // Terminals write them this way. The pictures that Unicode has for them are too small to read in most fonts.
-    if (unit < 0x20 || unit == 0x7F)
-        return QString(u'^') + QChar(unit ^ 0x40);
-    // A zero-width joiner is harmless: it only joins letters or the parts of an emoji.
-    if (unit != 0x200D && isInvisible(unit))
-        return u"‹U+%1›"_s.arg(unit, 4, 16, QLatin1Char('0')).toUpper();
-    return {};
-}
-
 bool isBlank(QChar unit) { return unit == u' ' || unit == u'\t'; }
 
 qsizetype trailingBlanksOf(const QString& text)
@@ -55,7 +35,7 @@ public:
             return;
         }
         const bool endsLine = unit == u'\r' && position + 1 == line_.source.size();
-        if (const QString stands = standIn(unit); !stands.isEmpty()) {
+        if (const QString stands = standInFor(unit); !stands.isEmpty()) {
             replace(position, stands, endsLine ? ShownLine::Sign::carriageReturn : ShownLine::Sign::control);
             return;
         }
@@ -83,8 +63,8 @@ QString textOf(std::string_view bytes)
     // Qt drops a byte-order mark at the start, but in a line it is text.
     constexpr std::string_view mark = "\xEF\xBB\xBF";
     if (bytes.starts_with(mark))
-        return QChar(0xFEFF) + shownText(bytes.substr(mark.size()));
-    return shownText(bytes);
+        return QChar(0xFEFF) + exactText(bytes.substr(mark.size()));
+    return exactText(bytes);
 }
 
 ShownLine ShownLine::of(std::string_view text)

@@ -24,7 +24,7 @@ void addCopies(QMenu& menu, const gitkit::Commit& commit)
         menu.addAction(title, [text] { QGuiApplication::clipboard()->setText(text); });
     };
     addCopy(Texts::tr("Copy Hash"), shownText(commit.hash));
-    addCopy(Texts::tr("Copy Subject"), shownText(commit.subject));
+    addCopy(Texts::tr("Copy Subject"), exactText(commit.subject));
 }
 
 void confirmRevert(RepositoryStore& store, const gitkit::Commit& commit)

@@ -195,7 +195,7 @@ QMenu* BlameList::makeMenu()
     QAction* const before = add(tr("Blame Before This Commit"), [this, row] { askForBefore(row); });
     before->setShortcut(Qt::Key_B);
     if (const QString reason = reasonAgainstBefore(row); !reason.isEmpty()) {
-        before->setToolTip(reason);
+        before->setToolTip(plainToolTip(reason));
         before->setEnabled(false);
     }
     add(tr("Show File History"), [this] { Q_EMIT fileHistoryRequested(); });

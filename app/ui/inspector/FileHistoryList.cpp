@@ -211,7 +211,7 @@ QMenu* FileHistoryList::makeMenu()
     }
     menu->addSeparator();
     const auto addCopy = [&](const QString& title, const std::string& bytes) {
-        menu->addAction(title, this, [text = shownText(bytes)] { QGuiApplication::clipboard()->setText(text); });
+        menu->addAction(title, this, [text = exactText(bytes)] { QGuiApplication::clipboard()->setText(text); });
     };
     addCopy(tr("Copy Hash"), revision.commit.hash);
     addCopy(tr("Copy Path"), revision.file.path);

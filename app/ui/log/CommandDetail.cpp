@@ -50,7 +50,7 @@ QPlainTextEdit* makeText(const QString& name, QWidget* parent)
     return text;
 }
 
-QString shownPart(std::string_view bytes) { return printedText(shownText(withoutSecrets(bytes))); }
+QString shownPart(std::string_view bytes) { return withStandIns(printedText(exactText(withoutSecrets(bytes)))); }
 
 QString leftOutSentence(std::size_t bytes)
 {
@@ -80,7 +80,7 @@ QString factsOf(const CommandLog::Command& command)
 
 QString commandOf(const CommandLog::Command& command)
 {
-    const QString all = printedText(shownText(gitLine(command.arguments)));
+    const QString all = withStandIns(printedText(exactText(gitLine(command.arguments))));
     return all.size() <= mostOfCommand ? all : all.left(mostOfCommand) + u" …"_s;
 }
 

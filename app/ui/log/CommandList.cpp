@@ -99,7 +99,7 @@ void CommandList::copy()
     if (!currentIndex().isValid())
         return;
     const CommandLog::Command& command = model_.command(currentIndex());
-    QGuiApplication::clipboard()->setText(shownText(shellLine(command.directory, command.arguments)));
+    QGuiApplication::clipboard()->setText(exactText(shellLine(command.directory, command.arguments)));
 }
 
 void CommandList::keyPressEvent(QKeyEvent* event)

@@ -4,6 +4,7 @@
 #include "app/settings/AppAppearance.h"
 #include "app/settings/Settings.h"
 #include "app/ui/settings/SettingsForm.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -25,7 +26,7 @@ QString settingOf(const editors::Application& application)
 void offer(QComboBox& picker, const editors::Application& application)
 {
     picker.addItem(QString::fromStdString(application.name), settingOf(application));
-    picker.setItemData(picker.count() - 1, settingOf(application), Qt::ToolTipRole);
+    picker.setItemData(picker.count() - 1, plainToolTip(settingOf(application)), Qt::ToolTipRole);
 }
 
 } // namespace

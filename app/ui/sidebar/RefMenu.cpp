@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -23,8 +24,6 @@ struct Texts {
 };
 
 /// In a menu "&" would mark a letter.
-QString menuText(QString text) { return text.replace(u'&', u"&&"_s); }
-
 QString currentName(const RepositoryStore& store)
 {
     const auto& branch = store.snapshot().status.value().branch;
@@ -47,7 +46,7 @@ void confirmMerge(RepositoryStore& store, const GitRef& ref)
 void addMerge(QMenu& menu, RepositoryStore& store, const GitRef& ref)
 {
     const QString title = ref.kind == GitRef::Kind::local
-                              ? menuText(Texts::tr("Merge into “%1”…").arg(currentName(store)))
+                              ? plainMenuText(Texts::tr("Merge into “%1”…").arg(currentName(store)))
                               : Texts::tr("Merge…");
     QAction* const merge = addChange(menu, store, Verb::merge, title, [&store, ref] { confirmMerge(store, ref); });
     if (ref.isHead)
@@ -71,7 +70,7 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
         addCommand(*menu, store, CommandId::push);
     menu->addSeparator();
     menu->addAction(Texts::tr("Copy Name"),
-                    [name = shownText(ref.name)] { QGuiApplication::clipboard()->setText(name); });
+                    [name = exactText(ref.name)] { QGuiApplication::clipboard()->setText(name); });
     if (ref.kind == GitRef::Kind::remote)
         return menu;
     menu->addSeparator();

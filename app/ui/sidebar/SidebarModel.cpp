@@ -2,6 +2,7 @@
 #include "app/ui/sidebar/SidebarModel.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <algorithm>
 #include <string_view>
@@ -92,7 +93,7 @@ SidebarModel::Refs SidebarModel::matching(const std::vector<gitkit::GitRef>& ref
     Refs found;
     found.reserve(refs.size());
     for (const gitkit::GitRef& ref : refs) {
-        if (!isFiltered() || shownText(ref.name).contains(filter_, Qt::CaseInsensitive))
+        if (!isFiltered() || exactText(ref.name).contains(filter_, Qt::CaseInsensitive))
             found.push_back(&ref);
     }
     return found;
@@ -374,7 +375,7 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
             return toolTip(node(index));
         return kind(index) == Kind::history ? QString() : QString::number(count(index));
     case Qt::ToolTipRole:
-        return toolTip(node(index));
+        return plainToolTip(toolTip(node(index)));
     default:
         return {};
     }

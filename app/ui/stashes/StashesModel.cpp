@@ -3,6 +3,7 @@
 
 #include "app/store/ShownText.h"
 #include "app/ui/history/RelativeDate.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -70,7 +71,7 @@ QVariant StashesModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleDescriptionRole:
         return shownDate(stash(index));
     case Qt::ToolTipRole:
-        return shownText(stash(index).ref);
+        return plainToolTip(shownText(stash(index).ref));
     default:
         return {};
     }

@@ -13,6 +13,7 @@
 #include "app/ui/widgets/BarButton.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/RowList.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ScrollKeeper.h"
 #include "app/ui/widgets/Separator.h"
 #include "app/ui/widgets/SplitPane.h"
@@ -141,7 +142,7 @@ void StashesView::updateHeader()
     for (std::size_t index = 0; index < buttons_.size(); ++index) {
         const Verb verb = stashCommands()[index].verb;
         buttons_[index]->setEnabled(selectedStash() && store_.changes().offers(verb));
-        buttons_[index]->setToolTip(store_.changes().whyNot(verb));
+        buttons_[index]->setToolTip(plainToolTip(store_.changes().whyNot(verb)));
     }
 }
 

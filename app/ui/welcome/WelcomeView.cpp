@@ -3,9 +3,11 @@
 
 #include "app/platform/FileUri.h"
 #include "app/settings/RecentRepositories.h"
+#include "app/store/ShownText.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/settings/SettingsSymbols.h"
 #include "app/ui/welcome/RecentRowDelegate.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Separator.h"
 
 #include <QAction>
@@ -61,11 +63,7 @@ QFont scaled(QFont font, double factor, QFont::Weight weight)
     return font;
 }
 
-QString shown(const std::filesystem::path& path)
-{
-    const std::string& bytes = path.native();
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
+QString shown(const std::filesystem::path& path) { return shownText(path.native()); }
 
 /// A path with "~" for the user's own folder.
 QString shortened(const std::filesystem::path& path)
@@ -205,7 +203,7 @@ void WelcomeView::reloadRecents()
         const QString place = shortened(root.parent_path());
         item->setData(RecentRowDelegate::placeRole, place);
         item->setData(Qt::AccessibleTextRole, tr("%1, %2").arg(nameOf(root), place));
-        item->setToolTip(shown(root));
+        item->setToolTip(plainToolTip(shown(root)));
     }
     recentPart_->setVisible(!recents_.empty());
     // Longer words of another language take more lines.

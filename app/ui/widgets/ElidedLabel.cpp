@@ -32,7 +32,7 @@ bool ElidedLabel::event(QEvent* event)
 {
     if (event->type() != QEvent::ToolTip)
         return QLabel::event(event);
-    if (fontMetrics().horizontalAdvance(text()) > width())
+    if (textWidth(text(), font()) > width())
         QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(text()), this);
     return true;
 }

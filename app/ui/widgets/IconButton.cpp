@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/IconButton.h"
 
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QPainter>
@@ -109,7 +110,7 @@ IconButton::IconButton(Icon icon, const QString& title, QWidget* parent, const Q
     : QAbstractButton(parent), icon_(icon)
 {
     setAccessibleName(title);
-    setToolTip(keys.isEmpty() ? title : tr("%1 (%2)").arg(title, keys));
+    setToolTip(plainToolTip(keys.isEmpty() ? title : tr("%1 (%2)").arg(title, keys)));
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::ArrowCursor);
     setAttribute(Qt::WA_Hover);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/MessageBar.h"
 
+#include "app/store/ShownText.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QHBoxLayout>
@@ -42,6 +43,7 @@ void MessageBar::setText(const QString& text)
     QString shown = text.trimmed();
     if (shown.size() > longestText)
         shown = shown.left(longestText) + QChar(u'…');
+    shown = withStandIns(shown);
     label_->setText(shown);
     label_->setAccessibleDescription(shown);
     setVisible(!shown.isEmpty());

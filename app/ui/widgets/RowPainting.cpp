@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOptionViewItem>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -16,7 +17,25 @@ namespace plovik {
 
 namespace {
 
+/// More than fits between the edges of a window, whatever the font.
+constexpr qsizetype longestPainted = 1000;
+constexpr qsizetype longestToolTip = 2000;
+constexpr qsizetype longestToolTipLine = 100;
+
 QFont pillFont() { return Theme::font(-1.5); }
+
+/// Returns what can be seen of a text that is elided. A text is measured as a whole before it is elided, which takes
+/// seconds for a million characters.
+QString withinReach(const QString& text, Qt::TextElideMode elide)
+{
+    if (text.size() <= longestPainted)
+        return text;
+    if (elide == Qt::ElideLeft)
+        return text.right(longestPainted);
+    if (elide == Qt::ElideMiddle)
+        return text.left(longestPainted / 2) + u'…' + text.right(longestPainted / 2);
+    return text.left(longestPainted);
+}
 
 } // namespace
 
@@ -42,11 +61,14 @@ void paintText(QPainter& painter, const QRect& area, const QString& text, const 
         return;
     painter.setFont(font);
     painter.setPen(color);
-    const QString shown = QFontMetrics(font).elidedText(text, elide, area.width());
+    const QString shown = QFontMetrics(font).elidedText(withinReach(text, elide), elide, area.width());
     painter.drawText(area, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
 }
 
-int textWidth(const QString& text, const QFont& font) { return QFontMetrics(font).horizontalAdvance(text); }
+int textWidth(const QString& text, const QFont& font)
+{
+    return QFontMetrics(font).horizontalAdvance(text.left(longestPainted));
+}
 
 int pillWidth(const QString& text) { return std::max(textWidth(text, pillFont()) + 12, 20); }
 
@@ -80,7 +102,17 @@ void paintDisclosure(QPainter& painter, QPointF center, bool isOpen, const QColo
 
 QString plainToolTip(const QString& text)
 {
-    return u"<p style='white-space:pre-wrap'>%1</p>"_s.arg(text.toHtmlEscaped());
+    QString shown = text.left(longestToolTip);
+    if (shown.size() < text.size())
+        shown += u'…';
+    // Only rich text wraps. A short plain text stays as it is, because screen readers read tooltips, too.
+    if (!Qt::mightBeRichText(shown) && shown.size() <= longestToolTipLine)
+        return shown;
+    return u"<p style='white-space:pre-wrap'>%1</p>"_s.arg(shown.toHtmlEscaped());
 }
+
+QString plainTitle(QString text) { return text.replace(u"[*]"_s, u"[*][*]"_s); }
+
+QString plainMenuText(QString text) { return text.replace(u'&', u"&&"_s); }
 
 } // namespace plovik

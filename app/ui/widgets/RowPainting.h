@@ -31,7 +31,13 @@ int pillWidth(const QString& text);
 /// Draws the triangle of a row that can be opened.
 void paintDisclosure(QPainter& painter, QPointF center, bool isOpen, const QColor& color);
 
-/// Returns a tooltip that shows `text` as plain text, with its line breaks.
+/// Returns a tooltip that shows `text` as plain text, with its line breaks, and no more of it than a screen can hold.
+/// Qt would read a text that looks like HTML as HTML. Every tooltip that is not a literal sentence goes through this.
 QString plainToolTip(const QString& text);
+
+/// Returns a window title that shows `text` as it is: Qt puts a mark of its own in place of "[*]".
+QString plainTitle(QString text);
+/// Returns the text of a menu's entry or of a button that shows `text` as it is: "&" would mark the key to press.
+QString plainMenuText(QString text);
 
 } // namespace plovik

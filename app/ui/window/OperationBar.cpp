@@ -38,7 +38,7 @@ protected:
 void showText(QLabel& label, const QString& text)
 {
     label.setText(text);
-    label.setToolTip(text);
+    label.setToolTip(plainToolTip(text));
     label.setVisible(!text.isEmpty());
 }
 
@@ -123,18 +123,19 @@ void OperationBar::showButtons(const gitkit::OperationInProgress& now)
     const bool isFound = isBisect && now.bisect->found;
     continue_->setVisible(now.canContinue());
     continue_->setEnabled(actions::canContinueOperation(store_.actors()));
-    continue_->setToolTip(whyNotContinue());
+    continue_->setToolTip(plainToolTip(whyNotContinue()));
     for (QPushButton* button : {good_, bad_})
         button->setVisible(isBisect && !isFound);
     skip_->setVisible(now.canSkip() || (isBisect && !isFound));
-    skip_->setToolTip(isBisect ? tr("Test another commit instead") : tr("Leave this commit out and go on"));
+    skip_->setToolTip(
+        plainToolTip(isBisect ? tr("Test another commit instead") : tr("Leave this commit out and go on")));
     showFound_->setVisible(isFound);
     abort_->setVisible(!isBisect);
-    abort_->setToolTip(operationText::abortTip(now.kind));
+    abort_->setToolTip(plainToolTip(operationText::abortTip(now.kind)));
     reset_->setVisible(isBisect);
     if (isBisect) {
-        good_->setToolTip(markTip(now.bisect->good));
-        bad_->setToolTip(markTip(now.bisect->bad));
+        good_->setToolTip(plainToolTip(markTip(now.bisect->good)));
+        bad_->setToolTip(plainToolTip(markTip(now.bisect->bad)));
     }
     for (QPushButton* button : {good_, bad_, skip_, abort_, reset_})
         button->setEnabled(canTakeStep());

@@ -3,6 +3,7 @@
 
 #include "app/store/ShownText.h"
 #include "app/ui/widgets/BarButton.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 #include "app/ui/window/ActivityView.h"
 
@@ -33,7 +34,7 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
 {
     setMinimumHeight(toolbarHeight);
     project_->setText(shownText(store.root().filename().native()));
-    project_->setToolTip(shownText(store.root().native()));
+    project_->setToolTip(plainToolTip(shownText(store.root().native())));
     followFont(*project_, 0, QFont::Bold);
     branch_->setForegroundRole(QPalette::PlaceholderText);
     // A long branch name is cut so that the buttons keep their room.
@@ -74,7 +75,7 @@ void Toolbar::updateButtons()
 {
     for (const auto& [id, button] : buttons_) {
         button->setEnabled(command(id).isOffered(store_));
-        button->setToolTip(command(id).whyNot(store_));
+        button->setToolTip(plainToolTip(command(id).whyNot(store_)));
     }
 }
 
@@ -83,7 +84,7 @@ void Toolbar::statusChanged()
     const gitkit::RepoStatus& status = store_.snapshot().status.value();
     const QString head = store_.snapshot().headDescription();
     branch_->setText(head);
-    branch_->setToolTip(head);
+    branch_->setToolTip(plainToolTip(head));
     buttons_[CommandId::pull]->setBadge(status.behind > 0 ? u"↓%1"_s.arg(status.behind) : QString());
     buttons_[CommandId::push]->setBadge(status.ahead > 0 ? u"↑%1"_s.arg(status.ahead) : QString());
 }

@@ -4,6 +4,7 @@
 #include "GitKit/records/OperationInProgress.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/window/OperationText.h"
 
 #include <QClipboard>
@@ -30,7 +31,7 @@ void copyPaths(const Staging::Files& files)
 {
     QStringList paths;
     for (const gitkit::FileChange& file : files)
-        paths.append(shownText(file.path));
+        paths.append(exactText(file.path));
     QGuiApplication::clipboard()->setText(paths.join(u'\n'));
 }
 
@@ -63,7 +64,7 @@ void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& fi
         });
         action->setEnabled(reason.isEmpty());
         if (!reason.isEmpty())
-            action->setToolTip(reason);
+            action->setToolTip(plainToolTip(reason));
     };
     add(Texts::tr("Show Blame"), InspectedFile::Tab::blame);
     add(Texts::tr("Show File History"), InspectedFile::Tab::history);
@@ -80,7 +81,7 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
     const auto add = [&](const QString& title, Side side) {
         QAction* const action =
             menu.addAction(title, &menu, [&store, conflicted, side] { store.staging().takeSide(conflicted, side); });
-        action->setToolTip(operationText::side(store, side));
+        action->setToolTip(plainToolTip(operationText::side(store, side)));
     };
     add(Texts::tr("Use Ours"), Side::ours);
     add(Texts::tr("Use Theirs"), Side::theirs);

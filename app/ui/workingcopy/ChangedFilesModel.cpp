@@ -140,7 +140,8 @@ QVariant ChangedFilesModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleDescriptionRole:
         return description(changed, store_.staging().shownStageState(changed));
     case Qt::ToolTipRole:
-        return u"%1\n%2"_s.arg(shownPath(changed), description(changed, store_.staging().shownStageState(changed)));
+        return plainToolTip(shownPath(changed) + u'\n' +
+                            description(changed, store_.staging().shownStageState(changed)));
     default:
         return {};
     }

@@ -3,6 +3,7 @@
 
 #include "app/settings/CommitDrafts.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 #include "app/ui/workingcopy/BodyField.h"
 #include "app/ui/workingcopy/MessageButtons.h"
@@ -186,9 +187,9 @@ void CommitBox::updateControls()
 {
     const bool canCommit = store_.draft().canCommit();
     commit_->setEnabled(canCommit);
-    commit_->setToolTip(
+    commit_->setToolTip(plainToolTip(
         canCommit ? tr("Commit (%1)").arg(command(CommandId::commit).shortcut().toString(QKeySequence::NativeText))
-                  : whyNotCommit());
+                  : whyNotCommit()));
     amend_->setChecked(store_.draft().amend.value());
     amend_->setEnabled(!isCommitting_ &&
                        (store_.snapshot().status.value().hasCommits() || store_.draft().amend.value()));

@@ -4,6 +4,7 @@
 #include "app/settings/Settings.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/IconButton.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Spinner.h"
 #include "app/ui/widgets/Theme.h"
 
@@ -92,8 +93,8 @@ void MessageButtons::showState()
         widget->setVisible(isWriting);
     const bool hasStaged = store_.snapshot().status.value().stagedCount() > 0;
     write_->setEnabled(hasStaged);
-    write_->setToolTip(hasStaged ? tr("Write a commit message for the staged changes with AI")
-                                 : tr("Stage changes to have a commit message written for them"));
+    write_->setToolTip(plainToolTip(hasStaged ? tr("Write a commit message for the staged changes with AI")
+                                              : tr("Stage changes to have a commit message written for them")));
     if (hadFocus && !isWriting)
         write_->setFocus(Qt::OtherFocusReason);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/SubjectField.h"
 
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QClipboard>
@@ -36,6 +37,7 @@ SubjectField::SubjectField(QWidget* parent) : QLineEdit(parent), length_(new QLa
     setPlaceholderText(tr("Subject"));
     setMinimumHeight(32);
     length_->setAccessibleName(tr("Subject Length"));
+    length_->setTextFormat(Qt::PlainText);
     length_->setForegroundRole(QPalette::WindowText);
     length_->setAttribute(Qt::WA_TransparentForMouseEvents);
     connect(this, &QLineEdit::textChanged, this, &SubjectField::showLength);
@@ -100,7 +102,7 @@ void SubjectField::showLength()
                                        : &Theme::secondaryText);
     followFont(*length_, -1, isTooLong ? QFont::Bold : QFont::Normal);
     const QString tooLong = tr("Longer than 72 characters: many places cut such a subject short.");
-    setToolTip(isTooLong ? tooLong : QString());
+    setToolTip(plainToolTip(isTooLong ? tooLong : QString()));
     const QString told = tr("%n character(s).", nullptr, static_cast<int>(length));
     setAccessibleDescription(length == 0 ? QString() : isTooLong ? tr("%1 %2").arg(told, tooLong) : told);
     placeLength();
