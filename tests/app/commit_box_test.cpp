@@ -110,6 +110,29 @@ TEST(CommitBox, CommitsFromTheKeyboardAndGoesBackToTheList)
     EXPECT_TRUE(window.view.list()->hasFocus());
 }
 
+TEST(CommitBox, TakesTabFromFieldToFieldBeforeItsButtons)
+{
+    Settings::shared().set(settings::aiEnabled, false);
+    TestRepository repo;
+    repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
+    Window window(repo.path());
+    window.subject->setFocus();
+    QTest::keyClicks(window.subject, u"two"_s);
+    QTest::keyClick(window.subject, Qt::Key_Tab);
+    ASSERT_TRUE(window.body->hasFocus());
+    QTest::keyClicks(window.view.window()->focusWidget(), u"a b"_s);
+    EXPECT_EQ(window.body->toPlainText(), u"a b"_s);
+    EXPECT_FALSE(window.amend->isChecked());
+    QTest::keyClick(window.body, Qt::Key_Tab);
+    EXPECT_TRUE(window.amend->hasFocus());
+    QTest::keyClick(window.amend, Qt::Key_Tab);
+    EXPECT_TRUE(window.commit->hasFocus());
+    QTest::keyClick(window.commit, Qt::Key_Backtab);
+    QTest::keyClick(window.amend, Qt::Key_Backtab);
+    QTest::keyClick(window.body, Qt::Key_Backtab);
+    EXPECT_TRUE(window.subject->hasFocus());
+}
+
 /// A writer that is at it until it is stopped, or done at once.
 MessageWriter writerOf(const std::optional<QString>& message)
 {

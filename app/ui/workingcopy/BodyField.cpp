@@ -107,8 +107,14 @@ BodyPanel::BodyPanel(BodyField* field, QWidget* parent) : QWidget(parent), field
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(7, 5, 2, 5);
     column->addWidget(field);
-    setFocusProxy(field);
     connect(field, &BodyField::focusChanged, this, [this] { update(); });
+}
+
+/// As the focus proxy the field would stand in the order of Tab twice.
+void BodyPanel::mousePressEvent(QMouseEvent* event)
+{
+    Q_UNUSED(event)
+    field_->setFocus(Qt::MouseFocusReason);
 }
 
 void BodyPanel::paintEvent(QPaintEvent* event)

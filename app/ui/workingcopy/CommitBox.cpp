@@ -63,7 +63,8 @@ void CommitBox::arrange()
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(10);
     buttons->addWidget(amend_);
-    buttons->addWidget(new MessageButtons(store_, this));
+    auto* const writing = new MessageButtons(store_, this);
+    buttons->addWidget(writing);
     buttons->addStretch(1);
     buttons->addWidget(commit_);
     auto* column = new QVBoxLayout(this);
@@ -72,6 +73,10 @@ void CommitBox::arrange()
     column->addWidget(subject_);
     column->addWidget(panel);
     column->addLayout(buttons);
+    // Otherwise the body would come last, and spaces typed for it would press the buttons before it.
+    setTabOrder(subject_, body_);
+    setTabOrder(body_, amend_);
+    setTabOrder(writing->lastInTabOrder(), commit_);
 }
 
 void CommitBox::connectFields()

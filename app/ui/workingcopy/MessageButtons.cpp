@@ -49,6 +49,8 @@ MessageButtons::MessageButtons(RepositoryStore& store, QWidget* parent)
     showState();
 }
 
+QWidget* MessageButtons::lastInTabOrder() const { return cancel_; }
+
 void MessageButtons::arrange()
 {
     auto* const row = new QHBoxLayout(this);

@@ -25,6 +25,8 @@ public:
     /// `store` outlives the buttons.
     explicit MessageButtons(RepositoryStore& store, QWidget* parent = nullptr);
 
+    QWidget* lastInTabOrder() const;
+
 private:
     void arrange();
     void write();
