@@ -104,6 +104,38 @@ TEST_F(WorkingDiffTest, StagesUnstagesAndDiscardsParts)
     EXPECT_EQ(repo.read({"diff", "--numstat"}), "2\t0\ta\n1\t1\tb");
 }
 
+TEST_F(WorkingDiffTest, DoesNothingWithADiffThatIsAboutToChange)
+{
+    select({"a"});
+    const auto stage = [this] {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_S, Qt::NoModifier);
+        QApplication::sendEvent(pane.view()->sections().front(), &key);
+    };
+    stage();
+    refresh(); // and what is read meanwhile changes nothing about it
+    EXPECT_EQ(repo.read({"diff", "--cached", "--numstat"}), "1\t0\ta");
+    pane.view()->sections().front()->controller().setCurrentRow(0);
+    stage();
+    stage();
+    stage();
+    for (const QPushButton* button : pane.findChildren<QPushButton*>())
+        EXPECT_TRUE(button->isHidden() || !button->isEnabled());
+    worker.finishAll();
+    QApplication::processEvents();
+    EXPECT_FALSE(store.window().errorMessage.value());
+    EXPECT_EQ(repo.read({"diff", "--cached", "--numstat"}), "2\t0\ta");
+    stage();
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"diff", "--cached", "--numstat"}), "3\t0\ta");
+
+    store.staging().unstageAll();
+    QApplication::processEvents();
+    EXPECT_FALSE(pane.view()->sections().front()->controller().areActionsAvailable()) << "the whole file is under way";
+    worker.finishAll();
+    QApplication::processEvents();
+    EXPECT_TRUE(pane.view()->sections().front()->controller().areActionsAvailable());
+}
+
 TEST_F(WorkingDiffTest, StagesLinesOfAnUntrackedFile)
 {
     select({"new"});

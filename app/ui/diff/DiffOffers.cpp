@@ -15,7 +15,7 @@ using Part = DiffAction::Part;
 QString refusalOf(const DiffController& controller)
 {
     if (!controller.areActionsAvailable())
-        return QCoreApplication::translate("Diff", "Another file is being read.");
+        return QCoreApplication::translate("Diff", "The changes are being read.");
     return controller.diff().notes().wholeOnly;
 }
 

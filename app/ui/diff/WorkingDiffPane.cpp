@@ -5,8 +5,10 @@
 #include "app/store/ShownText.h"
 #include "app/ui/diff/DiffNotes.h"
 #include "app/ui/diff/DiffView.h"
+#include "app/ui/window/OperationText.h"
 
 #include <QPointer>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -87,6 +89,19 @@ WorkingDiffPane::WorkingDiffPane(RepositoryStore& store, QWidget* parent)
     connect(this, &DiffPane::whiteSpaceChanged, this, &WorkingDiffPane::follow);
     notifiers_.push_back(store_.window().selectedPaths.addNotifier([this] { follow(); }));
     notifiers_.push_back(store_.snapshot().generation.addNotifier([this] { follow(); }));
+    // Both of these tell of changes before they begin.
+    const auto fileStaged = [this] {
+        if (isShownFileStaged())
+            awaitChanges();
+    };
+    const auto questionClosed = [this] {
+        if (!store_.window().confirmation.value())
+            awaitChanges();
+    };
+    notifiers_.push_back(store_.staging().stagingGeneration.addNotifier(
+        [this, fileStaged] { QTimer::singleShot(0, this, fileStaged); }));
+    notifiers_.push_back(store_.window().confirmation.addNotifier(
+        [this, questionClosed] { QTimer::singleShot(0, this, questionClosed); }));
     follow();
 }
 
@@ -102,8 +117,40 @@ void WorkingDiffPane::follow()
         showCount(paths.size());
         return;
     }
-    view()->setActionsAvailable(file->path == shown_);
-    reading_.askAgain({*file, whiteSpace()});
+    ask({*file, whiteSpace()});
+    offerActions();
+}
+
+void WorkingDiffPane::ask(WorkingDiffRequest request)
+{
+    // The same request is not begun anew while it is read.
+    if (!reading_.isReading() || reading_.asked() != request)
+        isReadCurrent_ = !store_.changes().hasUntitled();
+    reading_.askAgain(std::move(request));
+}
+
+/// Returns whether the file on display is being staged or unstaged as a whole.
+bool WorkingDiffPane::isShownFileStaged() const
+{
+    const auto& files = store_.snapshot().status.value().files;
+    const auto file = std::ranges::find(files, shown_, &gitkit::FileChange::path);
+    return file != files.end() && store_.staging().shownStageState(*file) != file->stageState();
+}
+
+/// Has nothing done with the diff on display until it was read after the changes that are under way, if any are.
+void WorkingDiffPane::awaitChanges()
+{
+    if (!store_.changes().hasUntitled())
+        return;
+    awaited_ = shown_;
+    isReadCurrent_ = false;
+    offerActions();
+}
+
+void WorkingDiffPane::offerActions()
+{
+    const std::set<std::string>& paths = store_.window().selectedPaths.value();
+    view()->setActionsAvailable(!shown_.empty() && paths == std::set{shown_} && shown_ != awaited_);
 }
 
 void WorkingDiffPane::showCount(std::size_t selected)
@@ -117,6 +164,10 @@ void WorkingDiffPane::showCount(std::size_t selected)
 
 void WorkingDiffPane::diffRead()
 {
+    if (isReadCurrent_)
+        awaited_.clear();
+    // A request that was made again meanwhile is read again after this.
+    isReadCurrent_ = !store_.changes().hasUntitled();
     if (reading_.failure())
         takeProblem(diffProblem(*reading_.failure()));
     else
@@ -145,7 +196,7 @@ void WorkingDiffPane::take(const gitkit::FileChange& file, std::vector<gitkit::D
         contents.push_back(contentOf(std::move(section), file, contents.empty()));
     showDiffs(std::move(contents), file.path == shown_ ? DiffPlace::kept : DiffPlace::start);
     shown_ = file.path;
-    view()->setActionsAvailable(true);
+    offerActions();
 }
 
 void WorkingDiffPane::takeProblem(const DiffProblem& problem)
@@ -158,15 +209,17 @@ void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action
 {
     // The shown diff belongs to the file that it was read for, which may no longer be the selected one.
     const std::set<std::string>& paths = store_.window().selectedPaths.value();
-    if (shown_.empty() || paths != std::set{shown_})
+    if (shown_.empty() || paths != std::set{shown_} || shown_ == awaited_)
         return;
     using Part = Staging::DiscardedPart;
     switch (action.verb) {
     case DiffAction::Verb::stage:
         store_.staging().applyToIndex(shown_, content.diff, action.lines, gitkit::PatchDirection::forward);
+        awaitChanges();
         return;
     case DiffAction::Verb::unstage:
         store_.staging().applyToIndex(shown_, content.diff, action.lines, gitkit::PatchDirection::reverse);
+        awaitChanges();
         return;
     case DiffAction::Verb::discard:
         store_.staging().confirmDiscardPart(shown_, content.diff, action.lines,

@@ -21,7 +21,8 @@ struct DiffProblem;
 /// What changed in the selected file of the working copy, to be staged, unstaged and discarded in parts.
 ///
 /// Follows the selected paths and the generation of the snapshot. Until a diff has arrived, the one before it stays on
-/// display, but nothing can be done with it. A reading that brings the same diff changes nothing. Main thread.
+/// display, but nothing can be done with it; the same holds after a part was staged or discarded, since the next one is
+/// to be taken from what git has then. A reading that brings the same diff changes nothing. Main thread.
 class WorkingDiffPane : public DiffPane {
     Q_OBJECT
 
@@ -31,6 +32,10 @@ public:
 
 private:
     void follow();
+    void ask(WorkingDiffRequest request);
+    void awaitChanges();
+    bool isShownFileStaged() const;
+    void offerActions();
     void showCount(std::size_t selected);
     void take(const gitkit::FileChange& file, std::vector<gitkit::DiffSection> sections);
     void takeProblem(const DiffProblem& problem);
@@ -39,7 +44,9 @@ private:
 
     RepositoryStore& store_;
     Latest<WorkingDiffRequest, std::vector<gitkit::DiffSection>> reading_;
-    std::string shown_; ///< path of the file on display
+    std::string shown_;          ///< path of the file on display
+    std::string awaited_;        ///< path of the file whose diff is old until changes under way have ended
+    bool isReadCurrent_ = false; ///< no change was under way when the reading began, and none has begun since
     std::vector<QPropertyNotifier> notifiers_;
 };
 
