@@ -44,7 +44,7 @@ public:
                 header_.pop_back();
             diff_.patchHeader = std::move(header_);
         }
-        if (files_ != 1) {
+        if (files_ != 1 || (!isPlain_ && !diff_.isBinary)) {
             diff_.oldBlob.reset();
             diff_.newBlob.reset();
         }
@@ -107,12 +107,20 @@ private:
         addToHeader(piece);
     }
 
-    /// Reads "old..new", and the mode if it stays the same.
+    /// Reads "old..new", and the mode if it stays the same; of a conflict "ours,theirs..result".
     void takeBlobs(std::string_view text)
     {
         const std::size_t dots = text.find("..");
-        if (dots == std::string_view::npos || files_ != 1 || !isPlain_)
+        if (dots == std::string_view::npos || files_ != 1)
             return;
+        if (!isPlain_) {
+            const std::size_t comma = text.find(',');
+            if (comma >= dots || text.find(',', comma + 1) < dots)
+                return;
+            diff_.oldBlob = text.substr(0, comma);
+            diff_.newBlob = text.substr(comma + 1, dots - comma - 1);
+            return;
+        }
         diff_.oldBlob = text.substr(0, dots);
         diff_.newBlob = text.substr(dots + 2, text.find(' ', dots) - dots - 2);
     }

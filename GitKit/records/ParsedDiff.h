@@ -22,7 +22,8 @@ struct ParsedDiff {
     /// The file's header lines as bytes, joined by line feeds, without a final one. Present only for a diff of exactly
     /// one text file, because parts of such a diff can be applied.
     std::optional<std::string> patchHeader;
-    /// The compared blobs, if the diff is of exactly one file and names them; all zeros when there is no file.
+    /// The compared blobs, if the diff is of exactly one file and names them; all zeros when there is no file. Of a
+    /// conflicted binary file these are the two sides, ours and theirs.
     std::optional<std::string> oldBlob, newBlob;
     /// A diff that ignores white space is for reading only; it cannot be applied.
     WhiteSpace whiteSpace = WhiteSpace::compared;

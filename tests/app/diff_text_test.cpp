@@ -107,7 +107,16 @@ TEST(DiffNotes, SayWhatLinesCannot)
     const std::string link = start + "index 1..2 120000\n" + names + "@@ -1 +1 @@\n-old\n+new\n";
     EXPECT_TRUE(said(link).contains(u"symbolic link"_s));
     EXPECT_EQ(wholeOnly(link), u"A symbolic link is staged whole."_s);
-    EXPECT_TRUE(said("* Unmerged path f\n", DiffState::conflicted).contains(u"deleted on the other"_s));
+    EXPECT_TRUE(said("* Unmerged path f\n", DiffState::onOneSide).contains(u"deleted on the other"_s));
+    EXPECT_TRUE(said("diff --cc f\nindex 1,2..3\n", DiffState::conflicted).contains(u"as one of them has it"_s));
+    const auto binary = gitkit::DiffParser::parse("diff --cc f\nindex 12,34..0\nBinary files differ\n");
+    EXPECT_EQ(binary.oldBlob, "12");
+    EXPECT_EQ(binary.newBlob, "34");
+    FileFacts facts;
+    facts.oldSize = 10;
+    facts.newSize = 2000;
+    EXPECT_EQ(diffNotes(binary, DiffState::conflicted, facts, "f", {u"main"_s, u"topic"_s}).above.mid(1),
+              (QStringList{u"Ours, main: 10 bytes"_s, u"Theirs, topic: 2.0 KB"_s}));
     EXPECT_TRUE(said("diff --cc f\n@@@ -1 -1 +1 @@@\n++a\n", DiffState::conflicted).contains(u"has conflicts"_s));
 
     std::string endless = start + names + "@@ -0,0 +1,6000 @@\n";

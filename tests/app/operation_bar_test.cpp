@@ -112,14 +112,13 @@ TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
         makeChangedFilesMenu(store, store.snapshot().status.value().files, u"Open in Kate"_s, nullptr));
     const std::vector<std::string> titles = test::entries(*menu);
     EXPECT_EQ((std::vector(titles.begin(), titles.begin() + 4)),
-              (std::vector<std::string>{"Use Ours", "Use Theirs", "Mark Resolved", "—"}));
-    EXPECT_EQ(test::entry(*menu, u"Use Ours"_s)->toolTip(), u"main (checked out)"_s);
-    EXPECT_EQ(test::entry(*menu, u"Use Theirs"_s)->toolTip(), u"topic (being merged)"_s);
+              (std::vector<std::string>{"Use Ours: main (checked out)", "Use Theirs: topic (being merged)",
+                                        "Mark Resolved", "—"}));
     test::entry(*menu, u"Mark Resolved"_s)->trigger();
     ASSERT_TRUE(worker.settle());
     ASSERT_TRUE(store.window().confirmation.value()) << "markers are left";
     store.window().dismissQuestion();
-    test::entry(*menu, u"Use Theirs"_s)->trigger();
+    test::entry(*menu, u"Use Theirs: topic (being merged)"_s)->trigger();
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(readFile(repo / "z"), "2\n");
     model.rebuild();
@@ -128,11 +127,25 @@ TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
     // In a rebase the sides are the other way round.
     repo.git({"merge", "--abort"});
     begin({"rebase", "main", "topic"});
-    EXPECT_TRUE(test::entry(*std::unique_ptr<QMenu>(
-                                makeChangedFilesMenu(store, store.snapshot().status.value().files, {}, nullptr)),
-                            u"Use Ours"_s)
-                    ->toolTip()
-                    .startsWith(u"main (onto)"_s));
+    const std::unique_ptr<QMenu> other(makeChangedFilesMenu(store, store.snapshot().status.value().files, {}, nullptr));
+    EXPECT_EQ(test::entries(*other).front(), "Use Ours: main (onto)");
+}
+
+TEST_F(OperationBarTest, AFileThatOneSideDeletedCanBeOpenedWhileItIsThere)
+{
+    repo.git({"checkout", "-q", "-b", "without", "main~1"}).remove("z").commit("removed");
+    begin({"merge", "main"});
+    const Staging::Files files = store.snapshot().status.value().files;
+    ASSERT_EQ(files.size(), 1U);
+    ASSERT_TRUE(files.front().isConflicted);
+    const auto opens = [&] {
+        const std::unique_ptr<QMenu> menu(makeChangedFilesMenu(store, files, u"Open"_s, nullptr));
+        return test::entry(*menu, u"Open"_s)->isEnabled() &&
+               test::entry(*menu, u"Reveal in File Browser"_s)->isEnabled();
+    };
+    EXPECT_TRUE(opens());
+    std::filesystem::remove(repo / "z");
+    EXPECT_FALSE(opens());
 }
 
 } // namespace

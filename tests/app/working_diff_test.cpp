@@ -7,6 +7,8 @@
 #include "tests/support/TestRepository.h"
 
 #include <QApplication>
+#include <QBuffer>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -198,6 +200,39 @@ TEST_F(WorkingDiffTest, SaysWhyThereIsNothingToSee)
     EXPECT_TRUE(sentence().contains(u"a repository of its own"_s)) << sentence().toStdString();
     select({"a"});
     EXPECT_TRUE(isDiffShown());
+}
+
+std::string pictureOf(int side)
+{
+    QImage image(side, side, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, "PNG");
+    return bytes.toStdString();
+}
+
+TEST_F(WorkingDiffTest, ShowsBothSidesOfABinaryConflict)
+{
+    repo.git({"reset", "-q", "--hard"}).git({"checkout", "-q", "-b", "topic"});
+    repo.write("p.png", pictureOf(2)).write("d", std::string("b\0", 2)).commit("theirs");
+    repo.git({"checkout", "-q", "main"});
+    repo.write("p.png", pictureOf(3)).write("d", std::string("aa\0", 3)).commit("ours");
+    int status = 0;
+    const std::string merged = runPlainGit(repo.path(), {"merge", "topic"}, status);
+    ASSERT_EQ(status, 1) << merged;
+    store.snapshot().refresh(RefreshScope::full);
+    worker.finishAll();
+    select({"d"});
+    const QStringList notes = pane.view()->sections().front()->controller().diff().notes().above;
+    ASSERT_EQ(notes.size(), 3);
+    EXPECT_TRUE(notes[0].contains(u"Both sides changed this binary file"_s)) << notes[0].toStdString();
+    EXPECT_EQ(notes[1], u"Ours, main (checked out): 3 bytes"_s);
+    EXPECT_EQ(notes[2], u"Theirs, topic (being merged): 2 bytes"_s);
+    select({"p.png"});
+    for (const QString& told :
+         {u"Ours, main (checked out)"_s, u"3 × 3"_s, u"Theirs, topic (being merged)"_s, u"2 × 2"_s})
+        EXPECT_TRUE(sentence().contains(told)) << sentence().toStdString();
 }
 
 TEST_F(WorkingDiffTest, MayGoWhileItReads)

@@ -41,6 +41,7 @@ struct DiffContent {
     std::optional<std::string> workingPath; ///< the file of an unstaged change, whose new side may be no blob yet
     Use use = Use::read;
     DiffState state = DiffState::ordinary;
+    ConflictNames sides = {}; ///< of a conflict
     FileFacts facts = {};
 
     bool allows(DiffAction::Verb verb) const

@@ -78,12 +78,14 @@ std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)
 {
     const gitkit::ParsedDiff& diff = content.diff;
     const bool isWanted = diff.isBinary || (isTextPictureName(content.path) && !diff.lines.empty());
-    if (!isWanted || content.state == DiffState::conflicted || (!diff.oldBlob && !diff.newBlob))
+    const bool isMarked = content.state != DiffState::ordinary && !diff.isBinary;
+    if (!isWanted || isMarked || (!diff.oldBlob && !diff.newBlob))
         return std::nullopt;
     const bool isPicture = isPictureName(content.path) || isTextPictureName(content.path);
-    return Key{{{diff.oldBlob, diff.newBlob, content.workingPath}, isPicture ? mostPicture : mostText},
-               content.path,
-               diff.isBinary};
+    // The sides of a conflict are both blobs, and the working file is neither.
+    const auto workingPath = content.state == DiffState::ordinary ? content.workingPath : std::nullopt;
+    return Key{
+        {{diff.oldBlob, diff.newBlob, workingPath}, isPicture ? mostPicture : mostText}, content.path, diff.isBinary};
 }
 
 /// Runs on the worker's thread.
@@ -180,9 +182,11 @@ void DiffExtras::attachPictures(const DiffContent& content, DiffSectionView& sec
             return;
         section.setInset(nullptr);
         shownPictures_.erase(shown);
-    } else if (const PicturePair& pair = *known->second.pictures;
-               shown == shownPictures_.end() || shown->second.pair != pair)
-    {
+        return;
+    }
+    PicturePair pair = *known->second.pictures;
+    pair.conflict = content.sides;
+    if (shown == shownPictures_.end() || shown->second.pair != pair) {
         auto* const pane = new ImagePane(pair);
         shownPictures_.insert_or_assign(content.kind, ShownPictures{pair, pane});
         section.setInset(pane);

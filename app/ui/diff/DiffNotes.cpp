@@ -197,6 +197,37 @@ void addBinary(DiffNotes& notes, const FileFacts& facts, std::string_view path)
     notes.above << binarySentence(facts);
 }
 
+QString conflictSentence(const gitkit::ParsedDiff& diff, DiffState state)
+{
+    if (state == DiffState::onOneSide)
+        return QCoreApplication::translate("Diff",
+                                           "This file was changed on one side and deleted on the other. Keep or delete "
+                                           "it, and stage the result.");
+    if (state == DiffState::onNoSide)
+        return QCoreApplication::translate("Diff",
+                                           "Both sides deleted or renamed this file. Stage it to leave it deleted.");
+    if (diff.isBinary)
+        return QCoreApplication::translate(
+            "Diff", "Both sides changed this binary file. Choose one side in the file’s menu, or "
+                    "put the right file in its place, and stage the result.");
+    if (diff.lines.empty())
+        return QCoreApplication::translate("Diff",
+                                           "Both sides changed this file, and it stands here as one of them has it. "
+                                           "Stage it if that is right.");
+    return QCoreApplication::translate("Diff",
+                                       "This file has conflicts. Edit the marked parts, and stage the file once they "
+                                       "are resolved.");
+}
+
+void addSizes(DiffNotes& notes, const FileFacts& facts, const ConflictNames& sides)
+{
+    if (facts.oldSize)
+        notes.above << QCoreApplication::translate("Diff", "Ours, %1: %2").arg(sides.ours, shownSize(*facts.oldSize));
+    if (facts.newSize)
+        notes.above
+            << QCoreApplication::translate("Diff", "Theirs, %1: %2").arg(sides.theirs, shownSize(*facts.newSize));
+}
+
 } // namespace
 
 QString shownSize(std::uint64_t bytes)
@@ -206,21 +237,16 @@ QString shownSize(std::uint64_t bytes)
     return size.replace(u" kB"_s, u" KB"_s); // like the larger units
 }
 
-DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state, const FileFacts& facts, std::string_view path)
+DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state, const FileFacts& facts, std::string_view path,
+                    const ConflictNames& sides)
 {
     DiffNotes notes;
-    if (state == DiffState::conflicted) {
+    if (state != DiffState::ordinary) {
         notes.wholeOnly =
             QCoreApplication::translate("Diff", "A file with conflicts is staged whole, once they are resolved.");
-        notes.above << (diff.lines.empty()
-                            ? QCoreApplication::translate(
-                                  "Diff",
-                                  "This file was changed on one side and deleted on the other. Keep or delete it, and "
-                                  "stage the result.")
-                            : QCoreApplication::translate(
-                                  "Diff",
-                                  "This file has conflicts. Edit the marked parts, and stage the file once they are "
-                                  "resolved."));
+        notes.above << conflictSentence(diff, state);
+        if (diff.isBinary && !facts.isPicture)
+            addSizes(notes, facts, sides);
         if (diff.isTruncated)
             addTruncation(notes, diff);
         return notes;

@@ -32,12 +32,20 @@ struct FileFacts {
     bool operator==(const FileFacts&) const = default;
 };
 
-enum class DiffState { ordinary, conflicted };
+/// Conflicts differ in what stands there: both sides' versions, that of one side, or none.
+enum class DiffState { ordinary, conflicted, onOneSide, onNoSide };
+
+/// Whose versions a conflict is between: "main (checked out)", "topic (being merged)". Value.
+struct ConflictNames {
+    QString ours, theirs;
+
+    bool operator==(const ConflictNames&) const = default;
+};
 
 /// Returns the sentences about the diff of the file at `path`: whether it is binary, too long, empty or conflicted, has
 /// a new mode, or is of a submodule or symbolic link. Pure.
 DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state = DiffState::ordinary, const FileFacts& facts = {},
-                    std::string_view path = {});
+                    std::string_view path = {}, const ConflictNames& sides = {});
 /// Returns a size as it is shown, as in "23.4 KB".
 QString shownSize(std::uint64_t bytes);
 

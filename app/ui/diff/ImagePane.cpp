@@ -3,7 +3,6 @@
 
 #include "app/ui/diff/CheckeredPicture.h"
 #include "app/ui/diff/DiffMetrics.h"
-#include "app/ui/diff/DiffNotes.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
@@ -75,10 +74,15 @@ ImagePane::ImagePane(PicturePair pair, QWidget* parent)
     : QWidget(parent), pair_(std::move(pair)), change_(new QLabel(this))
 {
     const bool isChange = pair_.before && pair_.after;
+    const bool isConflict = pair_.conflict != ConflictNames();
     if (pair_.before)
-        before_ = makeSide(*pair_.before, isChange ? tr("Before") : tr("Deleted"));
+        before_ = makeSide(*pair_.before, isConflict ? tr("Ours, %1").arg(pair_.conflict.ours)
+                                          : isChange ? tr("Before")
+                                                     : tr("Deleted"));
     if (pair_.after)
-        after_ = makeSide(*pair_.after, isChange ? tr("After") : tr("Added"));
+        after_ = makeSide(*pair_.after, isConflict ? tr("Theirs, %1").arg(pair_.conflict.theirs)
+                                        : isChange ? tr("After")
+                                                   : tr("Added"));
     change_->setTextFormat(Qt::PlainText);
     change_->setWordWrap(true);
     change_->setText(changeText());
@@ -110,6 +114,8 @@ QString ImagePane::changeText() const
 {
     if (!pair_.before || !pair_.after)
         return {};
+    if (pair_.conflict != ConflictNames())
+        return pair_.areSamePixels ? tr("Every pixel is the same") : QString();
     const PictureSide& before = *pair_.before;
     const PictureSide& after = *pair_.after;
     QString pixels;

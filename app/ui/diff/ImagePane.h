@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/diff/DiffNotes.h"
 #include "app/ui/diff/Picture.h"
 
 #include <QWidget>
@@ -22,11 +23,12 @@ struct PictureSide {
     bool operator==(const PictureSide&) const = default;
 };
 
-/// Both sides of a changed picture; nullopt for a side without a file. Value.
+/// Both sides of a changed picture, or of a conflict; nullopt for a side without a file. Value.
 struct PicturePair {
     std::optional<PictureSide> before;
     std::optional<PictureSide> after;
     bool areSamePixels = false;
+    ConflictNames conflict = {}; ///< empty for a change
 
     bool operator==(const PicturePair&) const = default;
 };

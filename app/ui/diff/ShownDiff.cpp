@@ -9,7 +9,7 @@ namespace plovik {
 void ShownDiff::setContent(DiffContent content)
 {
     content_ = std::move(content);
-    notes_ = diffNotes(content_.diff, content_.state, content_.facts, content_.path);
+    notes_ = diffNotes(content_.diff, content_.state, content_.facts, content_.path, content_.sides);
     ++revision_;
 }
 

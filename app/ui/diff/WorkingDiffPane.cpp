@@ -63,6 +63,13 @@ DiffContent::Use useOf(SectionKind kind)
     return DiffContent::Use::read;
 }
 
+DiffState conflictOf(const gitkit::FileChange& file)
+{
+    if (file.index == 'D' && file.worktree == 'D')
+        return DiffState::onNoSide;
+    return file.index == file.worktree ? DiffState::conflicted : DiffState::onOneSide;
+}
+
 DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& file, bool isFirst)
 {
     DiffContent content;
@@ -76,7 +83,7 @@ DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& fil
     content.diff = std::move(section.diff);
     content.use = useOf(section.kind);
     if (section.kind == SectionKind::conflict)
-        content.state = DiffState::conflicted;
+        content.state = conflictOf(file);
     return content;
 }
 
@@ -194,6 +201,9 @@ void WorkingDiffPane::take(const gitkit::FileChange& file, std::vector<gitkit::D
     std::vector<DiffContent> contents;
     for (gitkit::DiffSection& section : sections)
         contents.push_back(contentOf(std::move(section), file, contents.empty()));
+    if (file.isConflicted && !contents.empty())
+        contents.front().sides = {operationText::side(store_, gitkit::ConflictSide::ours),
+                                  operationText::side(store_, gitkit::ConflictSide::theirs)};
     showDiffs(std::move(contents), file.path == shown_ ? DiffPlace::kept : DiffPlace::start);
     shown_ = file.path;
     offerActions();

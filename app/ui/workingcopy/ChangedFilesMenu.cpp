@@ -13,6 +13,8 @@
 #include <QMenu>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace plovik {
 
@@ -22,9 +24,13 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(plovik::ChangedFilesMenu)
 };
 
-bool isGone(const gitkit::FileChange& file)
+bool isGone(const RepositoryStore& store, const gitkit::FileChange& file)
 {
-    return file.worktree == 'D' || (file.index == 'D' && file.worktree == '.' && !file.isConflicted);
+    // The letters of a conflict tell what the sides did. Git leaves the version of one side in place.
+    std::error_code unreadable;
+    if (file.isConflicted)
+        return !std::filesystem::exists(std::filesystem::symlink_status(store.root() / file.path, unreadable));
+    return file.worktree == 'D' || (file.index == 'D' && file.worktree == '.');
 }
 
 void copyPaths(const Staging::Files& files)
@@ -47,8 +53,8 @@ QString reasonAgainstInspecting(const RepositoryStore& store, const Staging::Fil
         return Texts::tr("A submodule is a repository of its own.");
     if (file.isUntracked())
         return Texts::tr("Git does not know this file yet.");
-    return isGone(file) && !store.snapshot().status.value().oid ? Texts::tr("Nothing has been committed yet.")
-                                                                : QString();
+    return isGone(store, file) && !store.snapshot().status.value().oid ? Texts::tr("Nothing has been committed yet.")
+                                                                       : QString();
 }
 
 void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
@@ -58,7 +64,7 @@ void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& fi
         QAction* const action = menu.addAction(title, &menu, [&store, file = files.front(), tab] {
             InspectedFile inspected{file.path, std::nullopt, tab};
             // A file that is gone is shown as it is in HEAD.
-            if (isGone(file))
+            if (isGone(store, file))
                 inspected.revision = store.snapshot().status.value().oid;
             store.window().inspect(std::move(inspected));
         });
@@ -79,12 +85,11 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
         return;
     using Side = gitkit::ConflictSide;
     const auto add = [&](const QString& title, Side side) {
-        QAction* const action =
-            menu.addAction(title, &menu, [&store, conflicted, side] { store.staging().takeSide(conflicted, side); });
-        action->setToolTip(plainToolTip(operationText::side(store, side)));
+        menu.addAction(plainMenuText(title.arg(operationText::side(store, side))), &menu,
+                       [&store, conflicted, side] { store.staging().takeSide(conflicted, side); });
     };
-    add(Texts::tr("Use Ours"), Side::ours);
-    add(Texts::tr("Use Theirs"), Side::theirs);
+    add(Texts::tr("Use Ours: %1"), Side::ours);
+    add(Texts::tr("Use Theirs: %1"), Side::theirs);
     menu.addAction(Texts::tr("Mark Resolved"), &menu, [&store, conflicted] { store.staging().stage(conflicted); })
         ->setToolTip(Texts::tr("Stage what stands in the working copy"));
     menu.addSeparator();
@@ -112,7 +117,8 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
     auto* reveal = menu->addAction(Texts::tr("Reveal in File Browser"), menu,
                                    [&store, files] { actions::reveal(store.actors(), files); });
     for (QAction* action : {open, reveal})
-        action->setEnabled(!std::ranges::all_of(files, isGone));
+        action->setEnabled(
+            !std::ranges::all_of(files, [&store](const gitkit::FileChange& file) { return isGone(store, file); }));
     addInspection(*menu, store, files);
     menu->addAction(Texts::tr("Copy Path"), menu, [files] { copyPaths(files); });
     return menu;
