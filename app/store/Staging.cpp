@@ -215,10 +215,22 @@ QString Staging::discardTitle(const Files& files)
     return files.size() == 1 ? tr("Delete File…") : tr("Delete Files…");
 }
 
+QString Staging::reasonAgainstDiscard(const Files& files)
+{
+    const auto submodule = std::ranges::find_if(files, &FileChange::isSubmodule);
+    return submodule == files.end()
+               ? QString()
+               : tr("%1 is a submodule: its changes are discarded in its own window.").arg(inQuotes(submodule->path));
+}
+
 void Staging::confirmDiscard(const Files& files)
 {
     if (files.empty())
         return;
+    if (const QString reason = reasonAgainstDiscard(files); !reason.isEmpty()) {
+        window_.tell(reason);
+        return;
+    }
     const auto count = static_cast<int>(files.size());
     Confirmation question;
     if (std::ranges::all_of(files, isNew)) {

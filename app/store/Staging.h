@@ -61,6 +61,8 @@ public:
     void takeSide(const Files& files, gitkit::ConflictSide side);
 
     static QString discardTitle(const Files& files);
+    /// Returns why these files cannot be discarded, or an empty string when they can.
+    static QString reasonAgainstDiscard(const Files& files);
     void confirmDiscard(const Files& files);
     enum class DiscardedPart { hunk, lines };
     /// Asks, and then discards the selected lines of a file's unstaged diff.

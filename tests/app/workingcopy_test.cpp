@@ -3,6 +3,7 @@
 #include "app/ui/workingcopy/ChangedFilesMenu.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
 #include "tests/app/SettlingWorker.h"
+#include "tests/app/ShownWidgets.h"
 #include "tests/support/TestRepository.h"
 
 #include <QAbstractButton>
@@ -202,6 +203,26 @@ TEST_F(WorkingCopy, OffersWhatFitsTheFiles)
         makeChangedFilesMenu(store, store.staging().selectedFiles(), u"Open in Kate"_s, nullptr));
     menu->actions().back()->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"a.txt\nnew name.txt"_s);
+}
+
+TEST_F(WorkingCopy, AsksNothingThatItWouldRefuseThen)
+{
+    int status = 0;
+    repo.git({"init", "-q", "part"});
+    runPlainGit(repo / "part", {"commit", "-q", "--allow-empty", "-m", "one"}, status);
+    repo.git({"add", "part"}).git({"commit", "-q", "-m", "part", "part"});
+    runPlainGit(repo / "part", {"commit", "-q", "--allow-empty", "-m", "two"}, status);
+    refresh();
+    const QString reason = u"“part” is a submodule: its changes are discarded in its own window."_s;
+    select({u"part"_s});
+    const std::unique_ptr<QMenu> menu(makeChangedFilesMenu(store, store.staging().selectedFiles(), {}, nullptr));
+    const QAction* const discard = test::entry(*menu, u"Discard Changes…"_s);
+    ASSERT_TRUE(discard);
+    EXPECT_FALSE(discard->isEnabled());
+    EXPECT_EQ(discard->toolTip(), reason);
+    QTest::keyClick(&list(), Qt::Key_Delete);
+    EXPECT_FALSE(store.window().confirmation.value());
+    EXPECT_EQ(store.window().notice.value(), reason);
 }
 
 TEST_F(WorkingCopy, StagesAndUnstagesAllWhileThereIsSomethingTo)

@@ -111,7 +111,11 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
         menu->addAction(Texts::tr("Stage"), menu, [&store, files] { store.staging().stage(files); });
     if (!std::ranges::all_of(files, stateIs(gitkit::StageState::none)))
         menu->addAction(Texts::tr("Unstage"), menu, [&store, files] { store.staging().unstage(files); });
-    menu->addAction(Staging::discardTitle(files), menu, [&store, files] { store.staging().confirmDiscard(files); });
+    QAction* const discard =
+        menu->addAction(Staging::discardTitle(files), menu, [&store, files] { store.staging().confirmDiscard(files); });
+    const QString reason = Staging::reasonAgainstDiscard(files);
+    discard->setEnabled(reason.isEmpty());
+    discard->setToolTip(plainToolTip(reason));
     menu->addSeparator();
     auto* open = menu->addAction(openTitle, menu, [&store, files] { actions::openInEditor(store.actors(), files); });
     auto* reveal = menu->addAction(Texts::tr("Reveal in File Browser"), menu,
