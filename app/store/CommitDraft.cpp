@@ -3,6 +3,7 @@
 
 #include "GitKit/repository/GitRepository.h"
 #include "app/store/Changes.h"
+#include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
 #include "app/store/WindowState.h"
@@ -97,7 +98,8 @@ bool CommitDraft::canCommit() const
     const QString& subject = commitSubject.value();
     const bool hasSubject = !std::all_of(subject.begin(), subject.end(), isSpaceOrTab);
     const bool hasSomething = snapshot_.status.value().stagedCount() >= 1 || amend.value();
-    return hasSubject && hasSomething && changes_.offers(amend.value() ? Verb::amend : Verb::commit);
+    return hasSubject && hasSomething &&
+           obstacle(changes_, snapshot_, amend.value() ? Verb::amend : Verb::commit).isEmpty();
 }
 
 std::string CommitDraft::message() const

@@ -238,6 +238,10 @@ TEST_F(MainMenuTest, TellsWhatTheStoreWouldDrop)
     gitkit::RepoStatus status;
     status.files.push_back({"a", std::nullopt, '.', 'M'});
     given(store.snapshot().status, status);
+    EXPECT_FALSE(command(u"Stash Changes…"_s)->isEnabled());
+    EXPECT_EQ(command(u"Stash Changes…"_s)->toolTip(), u"Nothing has been committed yet."_s);
+    status.oid = std::string(40, 'a');
+    given(store.snapshot().status, status);
     EXPECT_TRUE(command(u"Stash Changes…"_s)->isEnabled());
     test::givenRunning(store, Verb::fetch);
     for (const QString& title : {u"Fetch"_s, u"Pull"_s, u"Push"_s})
@@ -253,6 +257,27 @@ TEST_F(MainMenuTest, TellsWhatTheStoreWouldDrop)
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{}));
     command(u"Push"_s)->trigger();
     EXPECT_EQ(store.window().errorMessage.value(), u"Cannot push: HEAD is detached. Check out a branch first."_s);
+
+    const auto whyNot = [this](const QString& title) {
+        return command(title)->isEnabled() ? QString() : command(title)->toolTip();
+    };
+    given(store.snapshot().hasLoaded, true);
+    EXPECT_EQ(whyNot(u"Push"_s), u"HEAD is detached. Check out a branch first."_s);
+    status.branch = "main";
+    given(store.snapshot().status, status);
+    EXPECT_EQ(whyNot(u"Push"_s), u"This repository has no remote."_s);
+    EXPECT_EQ(whyNot(u"Pull"_s), u"This repository has no remote."_s);
+    given(store.snapshot().remotes, std::vector<std::string>{"origin"});
+    EXPECT_EQ(whyNot(u"Push"_s), QString());
+    EXPECT_EQ(whyNot(u"Pull"_s), u"“main” has no branch to pull from. Push it first."_s);
+    status.upstream = "origin/main";
+    status.files.front().isConflicted = true;
+    given(store.snapshot().status, status);
+    for (const QString& title : {u"Pull"_s, u"Stash Changes…"_s})
+        EXPECT_EQ(whyNot(title), u"Resolve and stage the conflicted files first"_s) << title.toStdString();
+    status.files.clear();
+    given(store.snapshot().status, status);
+    EXPECT_EQ(whyNot(u"Pull"_s), QString());
 }
 
 /// Returns the cells of the first table of the README's chapter on the keyboard as pairs of keys and a command.

@@ -110,6 +110,27 @@ TEST(CommitBox, CommitsFromTheKeyboardAndGoesBackToTheList)
     EXPECT_TRUE(window.view.list()->hasFocus());
 }
 
+TEST(CommitBox, OffersNoCommitThatGitWouldRefuse)
+{
+    TestRepository repo;
+    repo.write("a", "1").write("b", "1").commit("one").git({"checkout", "-q", "-b", "topic"});
+    repo.write("a", "2").write("b", "2").commit("two").git({"checkout", "-q", "main"});
+    repo.write("a", "3").commit("three");
+    int status = 0;
+    runPlainGit(repo.path(), {"merge", "topic"}, status);
+    Window window(repo.path());
+    ASSERT_FALSE(window.subject->text().isEmpty()) << "git has prepared a message, and b is staged";
+    EXPECT_FALSE(window.commit->isEnabled());
+    EXPECT_EQ(window.commit->toolTip(), u"Resolve and stage the conflicted files first"_s);
+    repo.git({"add", "a"});
+    window.store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(window.worker.settle());
+    EXPECT_TRUE(window.commit->isEnabled());
+    window.store.draft().setAmend(true);
+    EXPECT_FALSE(window.commit->isEnabled());
+    EXPECT_EQ(window.commit->toolTip(), u"Continue or abort the merge first"_s);
+}
+
 TEST(CommitBox, TakesTabFromFieldToFieldBeforeItsButtons)
 {
     Settings::shared().set(settings::aiEnabled, false);

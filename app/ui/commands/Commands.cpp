@@ -2,6 +2,7 @@
 #include "app/ui/commands/Commands.h"
 
 #include "app/settings/Settings.h"
+#include "app/store/Obstacles.h"
 #include "app/store/actions/Remotes.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -236,10 +237,13 @@ QKeySequence Command::shortcut() const { return keys == QKeyCombination() ? QKey
 
 bool Command::isOffered(const RepositoryStore& store) const
 {
-    return (!verb || store.changes().offers(*verb)) && (!isPossible || isPossible(store));
+    return whyNot(store).isEmpty() && (!isPossible || isPossible(store));
 }
 
-QString Command::whyNot(const RepositoryStore& store) const { return verb ? store.changes().whyNot(*verb) : QString(); }
+QString Command::whyNot(const RepositoryStore& store) const
+{
+    return verb ? obstacle(store.changes(), store.snapshot(), *verb) : QString();
+}
 
 void Command::run(RepositoryStore& store) const { std::get<void (*)(RepositoryStore&)>(action)(store); }
 
@@ -253,8 +257,10 @@ std::vector<QPropertyNotifier> followOffers(const RepositoryStore& store, const 
 {
     std::vector<QPropertyNotifier> notifiers;
     const auto follow = [&](const auto&... fields) { (notifiers.push_back(fields.addNotifier(changed)), ...); };
-    follow(store.changes().running, store.changes().isCancelling, store.snapshot().status, store.trail().canGoBack,
-           store.trail().canGoForward, store.draft().generatingMessage, store.window().showsCommandLog);
+    follow(store.changes().running, store.changes().isCancelling, store.trail().canGoBack, store.trail().canGoForward,
+           store.draft().generatingMessage, store.window().showsCommandLog);
+    const Snapshot& now = store.snapshot();
+    follow(now.status, now.inProgress, now.remotes, now.hasLoaded, now.readProblem);
     return notifiers;
 }
 
@@ -270,7 +276,8 @@ QAction* addChange(QMenu& menu, const RepositoryStore& store, Verb verb, const Q
                    std::function<void()> run)
 {
     QAction* const action = menu.addAction(title, &menu, std::move(run));
-    setOffered(menu, *action, store.changes().offers(verb), store.changes().whyNot(verb));
+    const QString whyNot = obstacle(store.changes(), store.snapshot(), verb);
+    setOffered(menu, *action, whyNot.isEmpty(), whyNot);
     return action;
 }
 

@@ -93,7 +93,8 @@ struct Command {
     QKeySequence shortcut() const;
     /// Whether the command does something now. It may change with what followOffers() follows.
     bool isOffered(const RepositoryStore& store) const;
-    /// Returns a sentence that says which running change is in the way, or an empty string.
+    /// Returns a sentence that says which running change or which state of the repository is in the way, or an empty
+    /// string.
     QString whyNot(const RepositoryStore& store) const;
 
     /// Carries out a command of the store; of the others throws std::bad_variant_access.

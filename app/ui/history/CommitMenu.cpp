@@ -41,7 +41,7 @@ void confirmRevert(RepositoryStore& store, const gitkit::Commit& commit)
 void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commit)
 {
     const auto add = [&](Verb verb, const QString& title, auto run) {
-        addChange(menu, store, verb, title, std::move(run));
+        return addChange(menu, store, verb, title, std::move(run));
     };
     const std::string& hash = commit.hash;
     add(Verb::checkOut, Texts::tr("Check Out Commit"),
@@ -50,8 +50,15 @@ void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commi
         [&store, hash] { store.window().showSheet(NewBranchSheet{hash}); });
     add(Verb::createTag, Texts::tr("New Tag Here…"), [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
     menu.addSeparator();
-    add(Verb::cherryPick, Texts::tr("Cherry-Pick"), [&store, hash] { actions::cherryPick(store.actors(), hash); });
-    add(Verb::revert, Texts::tr("Revert…"), [&store, commit] { confirmRevert(store, commit); });
+    QAction* const pick =
+        add(Verb::cherryPick, Texts::tr("Cherry-Pick"), [&store, hash] { actions::cherryPick(store.actors(), hash); });
+    QAction* const revert = add(Verb::revert, Texts::tr("Revert…"), [&store, commit] { confirmRevert(store, commit); });
+    if (commit.parents.size() > 1) {
+        for (QAction* const action : {pick, revert}) {
+            action->setEnabled(false);
+            action->setToolTip(Texts::tr("A merge has changes against each of its parents."));
+        }
+    }
     menu.addSeparator();
 }
 

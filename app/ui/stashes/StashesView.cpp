@@ -4,6 +4,7 @@
 #include "GitKit/records/CommitKind.h"
 #include "GitKit/records/Stash.h"
 #include "app/settings/Settings.h"
+#include "app/store/Obstacles.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/stashes/StashDelegate.h"
@@ -125,7 +126,10 @@ void StashesView::observeStore()
     const auto updates = [this] { updateEmptyState(); };
     notifiers_.push_back(store_.snapshot().hasLoaded.addNotifier(updates));
     notifiers_.push_back(store_.snapshot().readProblem.addNotifier(updates));
-    notifiers_.push_back(store_.snapshot().status.addNotifier(updates));
+    notifiers_.push_back(store_.snapshot().status.addNotifier([this] {
+        updateEmptyState();
+        updateHeader();
+    }));
 }
 
 const gitkit::Stash* StashesView::selectedStash() const
@@ -141,8 +145,9 @@ void StashesView::updateHeader()
     count_->setText(tr("%n stash(es)", nullptr, static_cast<int>(store_.snapshot().stashes.value().size())));
     for (std::size_t index = 0; index < buttons_.size(); ++index) {
         const Verb verb = stashCommands()[index].verb;
-        buttons_[index]->setEnabled(selectedStash() && store_.changes().offers(verb));
-        buttons_[index]->setToolTip(plainToolTip(store_.changes().whyNot(verb)));
+        const QString whyNot = obstacle(store_.changes(), store_.snapshot(), verb);
+        buttons_[index]->setEnabled(selectedStash() && whyNot.isEmpty());
+        buttons_[index]->setToolTip(plainToolTip(whyNot));
     }
 }
 

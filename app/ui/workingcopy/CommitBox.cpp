@@ -2,6 +2,7 @@
 #include "app/ui/workingcopy/CommitBox.h"
 
 #include "app/settings/CommitDrafts.h"
+#include "app/store/Obstacles.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
@@ -104,6 +105,7 @@ void CommitBox::observeStore()
     notifiers_.push_back(store_.draft().commitBody.addNotifier([this] { showMessage(); }));
     notifiers_.push_back(store_.draft().amend.addNotifier(showControls));
     notifiers_.push_back(store_.snapshot().status.addNotifier(showControls));
+    notifiers_.push_back(store_.snapshot().inProgress.addNotifier(showControls));
     notifiers_.push_back(store_.changes().running.addNotifier([this] { activityChanged(); }));
 }
 
@@ -181,7 +183,7 @@ void CommitBox::commitEnded()
 QString CommitBox::whyNotCommit() const
 {
     const Verb verb = store_.draft().amend.value() ? Verb::amend : Verb::commit;
-    if (const QString why = store_.changes().whyNot(verb); !why.isEmpty())
+    if (const QString why = obstacle(store_.changes(), store_.snapshot(), verb); !why.isEmpty())
         return why;
     if (store_.snapshot().status.value().stagedCount() == 0 && !store_.draft().amend.value())
         return tr("Nothing is staged");
