@@ -74,7 +74,7 @@ QCoro::Task<> History::reload()
 {
     const qint64 load = ++loads_;
     HistoryRequest request{scopeOf(scope_), limit_, filter()};
-    const bool filtered = request.filter.has_value();
+    std::optional<HistoryFilter> shown = request.filter;
     HistoryPage page;
     QString problem;
     // git fails when it is asked for a history before the first commit.
@@ -88,7 +88,7 @@ QCoro::Task<> History::reload()
     if (load != loads_)
         co_return;
     historyProblem = problem;
-    apply(std::move(page), filtered);
+    apply(std::move(page), std::move(shown));
 }
 
 bool History::holds(const std::vector<HistoryRow>& page, const std::string& hash) const
@@ -96,8 +96,11 @@ bool History::holds(const std::vector<HistoryRow>& page, const std::string& hash
     return std::ranges::find(page, hash, &HistoryRow::id) != page.end();
 }
 
-void History::apply(HistoryPage page, bool filtered)
+void History::apply(HistoryPage page, std::optional<HistoryFilter> shown)
 {
+    const bool filtered = shown.has_value();
+    shownFilter_ = std::move(shown);
+    isSearching = filter() != shownFilter_;
     const std::optional<std::string> wanted = wantedOn(page.rows, filtered);
     const std::optional<std::string>& selected = window_.selectedCommit.value();
     const bool keepsSelection = selected && holds(page.rows, *selected);
@@ -131,13 +134,37 @@ void History::loadMoreHistory()
 
 void History::search(const QString& text, HistoryFilter::Field field)
 {
+    const bool wasFiltered = filter().has_value();
     historySearch = text;
     historySearchField = field;
+    isSearching = filter() != shownFilter_;
     typingPause_.reset();
-    typingPause_ = git_.worker().after(typingPause, [this] {
-        limit_ = pageSize;
-        launch(reload());
-    });
+    if (const auto& selected = window_.selectedCommit.value(); selected && wasFiltered && !filter())
+        launch(endingSearch(*selected, beginWish()));
+    else
+        typingPause_ = git_.worker().after(typingPause, [this] { reloadFirstPage(); });
+}
+
+void History::reloadFirstPage()
+{
+    limit_ = pageSize;
+    launch(reload());
+}
+
+QCoro::Task<> History::endingSearch(std::string selected, qint64 wish)
+{
+    FoundCommit found;
+    try {
+        found = co_await find(selected, scope_);
+    } catch (const std::exception&) {
+        // The page is read without it, and tells why if that fails, too.
+    }
+    if (filter())
+        co_return; // another search has begun
+    if (found.scope && isWished(wish))
+        loadAsFarAs(scope_, found.position, selected, Arrival::samePlace);
+    else
+        reloadFirstPage();
 }
 
 void History::moveCommitSelection(int rows)

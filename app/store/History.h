@@ -40,6 +40,8 @@ public:
     Observed<QString, History> historySearch;
     Observed<gitkit::HistoryFilter::Field, History> historySearchField{gitkit::HistoryFilter::Field::message};
     Observed<bool, History> isHistoryFiltered{false};
+    /// Whether the page still shows what was searched for before.
+    Observed<bool, History> isSearching{false};
     /// Why the page could not be read; empty after success.
     Observed<QString, History> historyProblem;
     /// Grows whenever views should scroll to the selected commit, also when it was selected before.
@@ -49,7 +51,7 @@ public:
 
     /// Shows 500 more commits if there are more.
     void loadMoreHistory();
-    /// Searches once typing has paused; an empty text ends the search.
+    /// Searches once typing has paused. An empty text ends the search; a selected commit stays selected and in sight.
     void search(const QString& text, gitkit::HistoryFilter::Field field);
     /// Moves the commit selection by rows; selects the first row when none is selected.
     void moveCommitSelection(int rows);
@@ -92,7 +94,9 @@ private:
     QCoro::Task<> reload();
     QCoro::Task<> reloadWhatIsLeft();
     std::optional<gitkit::HistoryFilter> filter() const;
-    void apply(HistoryPage page, bool filtered);
+    void apply(HistoryPage page, std::optional<gitkit::HistoryFilter> filter);
+    QCoro::Task<> endingSearch(std::string selected, qint64 wish);
+    void reloadFirstPage();
     bool holds(const std::vector<HistoryRow>& page, const std::string& hash) const;
     QCoro::Task<> showing(std::string name, qint64 wish);
     void showTipOfRef();
@@ -106,7 +110,8 @@ private:
     int limit_;
     SidebarItem scope_ = SidebarItem::history();      ///< the item whose history is loaded next
     SidebarItem shownScope_ = SidebarItem::history(); ///< the item whose history the page shows
-    qint64 loads_ = 0;                                ///< number of the newest load, the only one that may write
+    std::optional<gitkit::HistoryFilter> shownFilter_;
+    qint64 loads_ = 0; ///< number of the newest load, the only one that may write
     std::unique_ptr<Worker::Delay> typingPause_;
     std::optional<Wanted> wanted_;
     qint64 wish_ = 0;

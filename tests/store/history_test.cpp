@@ -141,6 +141,60 @@ TEST_F(StoreHistory, TypingSearchesOnceWhenItPauses)
     EXPECT_FALSE(store.history().isHistoryFiltered.value());
 }
 
+TEST_F(StoreHistory, SaysWhileThePageShowsAnotherSearch)
+{
+    repo.write("a", "1").commit("apple").write("a", "2").commit("pear");
+    load();
+    search(QStringLiteral("apple"));
+    EXPECT_TRUE(store.history().isSearching.value());
+    worker.advance(300ms);
+    EXPECT_TRUE(store.history().isSearching.value());
+    search(QStringLiteral("pear"));
+    worker.finishAll();
+    EXPECT_TRUE(store.history().isSearching.value()) << "that was the answer to the search before";
+    worker.advance(300ms);
+    worker.finishAll();
+    EXPECT_FALSE(store.history().isSearching.value());
+    EXPECT_EQ(subjects(store), std::vector<std::string>{"pear"});
+}
+
+TEST_F(StoreHistory, ASearchFindsACommitByItsHash)
+{
+    repo.write("a", "1").commit("apple").write("a", "2").commit("pear");
+    const std::string hash = repo.read({"rev-parse", "HEAD~1"});
+    load();
+    const auto found = [&](const std::string& text) {
+        search(QString::fromStdString(text));
+        worker.advance(300ms);
+        worker.finishAll();
+        return subjects(store);
+    };
+    EXPECT_EQ(found(hash), std::vector<std::string>{"apple"});
+    EXPECT_EQ(found(QString::fromStdString(hash.substr(0, 7)).toUpper().toStdString()),
+              std::vector<std::string>{"apple"});
+    EXPECT_TRUE(found("0000000").empty());
+    EXPECT_EQ(found("apple"), std::vector<std::string>{"apple"});
+}
+
+TEST_F(StoreHistory, EndingASearchKeepsTheSelectedCommitAndItsPlace)
+{
+    commitMany(repo, 1200);
+    load();
+    search(QStringLiteral("commit 100"));
+    worker.advance(300ms);
+    worker.finishAll();
+    const std::string hash = repo.read({"rev-parse", "main~1099"}); // on the third page
+    store.window().selectCommit(hash);
+    const qint64 reveals = store.history().commitReveals.value();
+    search(QString());
+    worker.advance(300ms);
+    worker.finishAll();
+    EXPECT_FALSE(store.history().isHistoryFiltered.value());
+    EXPECT_EQ(store.window().selectedCommit.value(), hash);
+    EXPECT_GT(store.history().commitReveals.value(), reveals);
+    EXPECT_TRUE(store.history().isOnPage(SidebarItem::history(), hash));
+}
+
 TEST_F(StoreHistory, SearchesAuthorsAndPaths)
 {
     repo.write("src/one.c", "1").commit("first").write("docs/two.md", "2").commit("second");

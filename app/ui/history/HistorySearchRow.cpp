@@ -63,6 +63,7 @@ HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store_.history().historySearchField.addNotifier([this] { showSearch(); }));
     notifiers_.push_back(store_.history().history.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.history().hasMoreHistory.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.history().isSearching.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.snapshot().hasLoaded.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.history().historyProblem.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.snapshot().readProblem.addNotifier([this] { showCount(); }));
@@ -93,6 +94,10 @@ void HistorySearchRow::showSearch()
 
 void HistorySearchRow::showCount()
 {
+    if (store_.history().isSearching.value()) {
+        count_->setText(tr("Searching…"));
+        return;
+    }
     const auto shown = static_cast<int>(store_.history().history.value().size());
     // A history that could not be read has no number of commits.
     const bool isRead = store_.snapshot().hasLoaded.value() && store_.history().historyProblem.value().isEmpty();

@@ -59,6 +59,7 @@ void HistoryView::observe()
     notifiers_.push_back(store_.history().historyProblem.addNotifier(shows));
     notifiers_.push_back(store_.snapshot().readProblem.addNotifier(shows));
     notifiers_.push_back(store_.history().isHistoryFiltered.addNotifier(shows));
+    notifiers_.push_back(store_.history().isSearching.addNotifier(shows));
 
     const auto grown = [this] { searchRow_->setGrowing(false); };
     notifiers_.push_back(store_.history().history.addNotifier(grown));
@@ -83,6 +84,8 @@ void HistoryView::growPage()
 
 HistoryView::Nothing HistoryView::nothing() const
 {
+    if (store_.history().isSearching.value())
+        return {tr("Searching…"), {}};
     if (!store_.history().historyProblem.value().isEmpty())
         return {tr("The history could not be read"), store_.history().historyProblem.value(),
                 store_.history().isHistoryFiltered.value() ? WayOut::clearSearch : WayOut::none};
