@@ -258,6 +258,19 @@ TEST(GraphCellTest, DrawsLinesCurvesAndDotsWhereTheyBelong)
     EXPECT_FALSE(isInk(merge, 26, 16)) << "having left from the dot";
     EXPECT_FALSE(isInk(merge, 12, 4));
 
+    for (const int lane : {11, 12, 13, 40}) {
+        const QImage row = draw({lane, {lane}, {}, {lane}});
+        const int x = lane < 12 ? 166 : 172;
+        EXPECT_TRUE(isInk(row, x - 4 + (lane < 12 ? 1 : 0), rowHeight / 2)) << "no row is without its dot: " << lane;
+        EXPECT_EQ(isInk(row, x, rowHeight / 2), lane < 12) << "a lane beyond the edge has a ring";
+        EXPECT_FALSE(isInk(row, 176, rowHeight / 2)) << "and nothing reaches over the edge";
+    }
+    const QImage passing = draw({0, {0}, {20, 30}, {0, 25}});
+    int ink = 0;
+    for (int y = 0; y < rowHeight; ++y)
+        ink += isInk(passing, 171, y) || isInk(passing, 172, y) ? 1 : 0;
+    EXPECT_GE(ink, rowHeight / 3) << "lanes beyond the edge go on as one line";
+
     EXPECT_EQ(GraphCell::widthFor(1), 22);
     EXPECT_EQ(GraphCell::widthFor(12), 176);
     EXPECT_EQ(GraphCell::widthFor(20), 176);

@@ -3,11 +3,15 @@
 
 #include <QPainterPath>
 
+#include <algorithm>
+#include <vector>
+
 namespace plovik {
 
 namespace {
 
 constexpr double lineWidth = 2;
+constexpr double ringWidth = 1.5;
 
 bool isWhole(double value) { return qAbs(value - qRound(value)) < 1e-6; }
 
@@ -45,11 +49,25 @@ public:
         painter_.strokePath(path, QPen(theme_.lane(colour), lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     }
 
-    void dot(int column, double radius)
+    /// Draws the line that stands for all columns beyond the edge.
+    void edge(double from, double to)
     {
         painter_.setRenderHint(QPainter::Antialiasing);
-        painter_.setPen(Qt::NoPen);
-        painter_.setBrush(theme_.lane(column));
+        const double x = origin_.x() + GraphCell::columnX(GraphCell::widestColumns);
+        QPen pen(theme_.secondaryText, 1, Qt::CustomDashLine, Qt::FlatCap);
+        pen.setDashPattern({2, 2});
+        painter_.setPen(pen);
+        painter_.drawLine(QPointF(x, origin_.y() + from), QPointF(x, origin_.y() + to));
+    }
+
+    void dot(int column, double radius)
+    {
+        const bool isBeyond = column >= GraphCell::widestColumns;
+        const QColor colour = theme_.lane(column);
+        radius -= isBeyond ? 1.25 : 0; // half of the ring's width, and it must not reach over the edge
+        painter_.setRenderHint(QPainter::Antialiasing);
+        painter_.setPen(isBeyond ? QPen(colour, ringWidth) : QPen(Qt::NoPen));
+        painter_.setBrush(isBeyond ? QBrush(Qt::NoBrush) : QBrush(colour));
         painter_.drawEllipse(origin_ + QPointF(GraphCell::columnX(column), height_ / 2), radius, radius);
     }
 
@@ -61,32 +79,42 @@ private:
     double height_;
 };
 
+bool isBeyond(int column) { return column >= GraphCell::widestColumns; }
+
 } // namespace
 
 void GraphCell::paint(QPainter& painter, QPointF origin, double height, const Theme& theme) const
 {
     CellPainter cell(painter, origin, height, theme);
     const double middle = height * 0.5;
-    const auto isDrawn = [lane = row.lane](int column) { return std::min(column, lane) < widestColumns; };
+    const double ring = isBeyond(row.lane) ? dotRadius() : 0;
+    const auto isAnyBeyond = [](const std::vector<int>& columns) { return std::ranges::any_of(columns, isBeyond); };
 
     for (const int column : row.pass) {
-        if (column < widestColumns)
+        if (!isBeyond(column))
             cell.line(column, 0, height);
     }
+    if (isAnyBeyond(row.pass) || (ring > 0 && isAnyBeyond(row.top)))
+        cell.edge(0, middle - ring);
+    if (isAnyBeyond(row.pass) || (ring > 0 && isAnyBeyond(row.bottom)))
+        cell.edge(middle + ring, height);
     for (const int column : row.top) {
-        if (column == row.lane && isDrawn(column))
+        if (isBeyond(column) && ring > 0)
+            continue; // they meet on the line at the edge
+        if (column == row.lane)
             cell.line(column, 0, middle);
-        else if (isDrawn(column))
-            cell.curve(column, row.lane, 0, middle, column);
+        else
+            cell.curve(column, row.lane, 0, middle - ring, column);
     }
     for (const int column : row.bottom) {
-        if (column == row.lane && isDrawn(column))
+        if (isBeyond(column) && ring > 0)
+            continue;
+        if (column == row.lane)
             cell.line(column, middle, height);
-        else if (isDrawn(column))
-            cell.curve(row.lane, column, middle, middle, column);
+        else
+            cell.curve(row.lane, column, middle + ring, middle - ring, column);
     }
-    if (row.lane <= widestColumns)
-        cell.dot(row.lane, dotRadius());
+    cell.dot(row.lane, dotRadius());
     painter.setRenderHint(QPainter::Antialiasing);
 }
 

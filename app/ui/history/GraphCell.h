@@ -17,10 +17,13 @@ namespace plovik {
 struct GraphCell {
     const gitkit::GraphRow& row;
 
-    /// The most columns that are shown. Lines to further columns are cut off at the cell's edge.
+    /// The most columns that are shown. All further ones share a dashed line at the cell's edge, and their dots are rings.
     static constexpr int widestColumns = 12;
 
-    static constexpr double columnX(int column) { return column * 14.0 + 12.0; }
+    static constexpr double columnX(int column)
+    {
+        return std::min(column, widestColumns - 1) * 14.0 + 12.0 + (column < widestColumns ? 0.0 : 6.0);
+    }
     static constexpr double widthFor(int lanes) { return (std::min(lanes, widestColumns) - 1) * 14.0 + 12.0 + 10.0; }
     double dotRadius() const { return row.bottom.size() > 1 ? 4.5 : 4.0; }
 
