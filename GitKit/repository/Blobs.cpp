@@ -6,6 +6,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
+#include "GitKit/runner/GitError.h"
 
 #include <algorithm>
 #include <charconv>
@@ -172,7 +173,12 @@ FileSample fileSample(const GitRepository& repo, const std::string& path, const 
                                {.accepting = {0, 128}, .limit = OutputLimit{.lines = bytes, .bytes = bytes}});
     if (output.status == 0 || output.cut)
         return {FileSample::Kind::file, output.stdoutBytes.substr(0, bytes)};
-    return {kindOf(repo.runner().bytes({"ls-tree", "-z", "--full-tree", commit, "--", literalPathspec(path)})), {}};
+    const FileSample::Kind kind =
+        kindOf(repo.runner().bytes({"ls-tree", "-z", "--full-tree", commit, "--", literalPathspec(path)}));
+    // A file that cannot be read is not an empty one.
+    if (kind == FileSample::Kind::file)
+        throw GitError("cat-file", output.status, output.errorText());
+    return {kind, {}};
 }
 
 } // namespace gitkit

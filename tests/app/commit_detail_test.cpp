@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/app/EventWait.h"
 #include "tests/store/ManualWorker.h"
 #include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
@@ -181,6 +182,23 @@ TEST_F(CommitDetailTest, TheCommitSelectedLastWinsAndAClosedViewIsNotTouched)
     EXPECT_GE(worker.waiting(), 1U);
     view.reset();
     worker.finishAll();
+}
+
+TEST_F(CommitDetailTest, FilesOfTheCommitBeforeAreNotTakenForThoseOfTheSelectedOne)
+{
+    repo.write("a", "1\n").commit("one").write("b", "2\n").commit("two");
+    load();
+    const auto view = show(CommitKind::ordinary);
+    const auto& rows = store.history().history.value();
+    select(rows[0].commit.hash);
+    ASSERT_EQ(paths(*view), QStringList{u"b"_s});
+    store.window().selectCommit(rows[1].commit.hash);
+    Q_EMIT view->findChild<CommitFilesList*>()->openRequested();
+    EXPECT_TRUE(opened.empty());
+    EXPECT_TRUE(test::waitUntil([&] { return paths(*view).isEmpty() && shownDiff(*view).isEmpty(); }));
+    worker.finishAll();
+    EXPECT_EQ(paths(*view), QStringList{u"a"_s});
+    EXPECT_TRUE(shownDiff(*view).contains(u"+1"_s));
 }
 
 TEST_F(CommitDetailTest, SaysWhatAMergeIsComparedWithAndThatAnEmptyCommitIsEmpty)

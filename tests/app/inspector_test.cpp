@@ -237,6 +237,32 @@ TEST_F(Inspector, TheFileAskedForLastWinsAndAClosedViewIsNotTouched)
     }
 }
 
+TEST_F(Inspector, TriesAgainWhatCouldNotBeRead)
+{
+    repo.write("a", "a\n").commit("one").write("a", "b\n").commit("two");
+    const std::string blob = repo.read({"rev-parse", "HEAD:a"});
+    const std::filesystem::path object = repo / (".git/objects/" + blob.substr(0, 2) + "/" + blob.substr(2));
+    const std::filesystem::path aside = repo / ".git/aside";
+    for (const Tab tab : {Tab::blame, Tab::history}) {
+        std::filesystem::rename(object, aside);
+        show("a", repo.head(), tab);
+        EXPECT_TRUE(says(tab == Tab::blame ? u"The Blame Could Not Be Read"_s : u"The Diff Could Not Be Read"_s));
+        std::filesystem::rename(aside, object);
+        refresh();
+        EXPECT_FALSE(says(tab == Tab::blame ? u"The Blame Could Not Be Read"_s : u"The Diff Could Not Be Read"_s));
+    }
+}
+
+TEST_F(Inspector, ActsOnTheFileWhoseLinesAreShown)
+{
+    repo.write("a", "a\n").write("b", "b\n").commit("one").write("a", "changed\n").write("b", "changed\n");
+    show("a", std::nullopt, Tab::blame);
+    store.window().inspect(InspectedFile{"b", std::nullopt, Tab::blame});
+    Q_EMIT blame().commitRequested(0);
+    EXPECT_EQ(store.window().selectedPaths.value(), std::set<std::string>{"a"});
+    worker.finishAll();
+}
+
 TEST_F(Inspector, DrawsTheLinesInSightAlone)
 {
     // A line of a megabyte among them: it costs what is seen of it.

@@ -100,6 +100,19 @@ TEST_F(NavigationUi, GoesToCommitsThatAreNamed)
     }
     name->completer()->setCompletionPrefix(u"V1"_s);
     EXPECT_EQ(name->completer()->currentCompletion(), u"v1.0"_s);
+    name->clear();
+    QTest::keyClicks(name, u"v1.0-no"_s);
+    QTest::keyClick(name, Qt::Key_Backspace);
+    QTest::keyClick(name, Qt::Key_Backspace);
+    QTest::keyClick(name, Qt::Key_Backspace);
+    ASSERT_TRUE(name->completer()->popup()->isVisible());
+    QTest::keyClick(name->completer()->popup(), Qt::Key_Return);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(openDialog(*view)) << "a whole name needs Return once";
+    command(u"Go to Commit…"_s)->trigger();
+    sheet = openDialog(*view);
+    name = named<QLineEdit>(*sheet, u"Commit or Ref"_s);
+    go = named<QPushButton>(*sheet, u"Go"_s);
 
     test::givenRunning(store, Verb::pull); // looking changes nothing
     name->setText(u" v1.0^{} "_s);

@@ -176,9 +176,12 @@ TEST_F(SidebarTest, FiltersWhileTypingAndForgetsNothing)
     EXPECT_EQ(rows().size(), 13U); // the folder and the tags closed as before
     EXPECT_TRUE(tree().selectionModel()->isSelected(indexOf("refs/heads/main")));
 
-    filter().setText(QStringLiteral("word"));
-    press(filter(), Qt::Key_Return);
-    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/feature/word-diff"));
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Down}) {
+        store.window().select(SidebarItem::history());
+        filter().setText(QStringLiteral("word"));
+        press(filter(), key);
+        EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/feature/word-diff"));
+    }
 }
 
 TEST_F(SidebarTest, ShowsNamesOfAnyBytesAndUpstreamsThatAreGone)

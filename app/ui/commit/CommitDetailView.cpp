@@ -24,6 +24,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace plovik {
@@ -32,6 +33,9 @@ namespace {
 
 constexpr double leastFilesWidth = 200;
 constexpr double leastDiffWidth = 260;
+
+/// A read that takes no longer than this shows no sign of it.
+constexpr std::chrono::milliseconds quietRead{150};
 
 constexpr int mostRecent = 50; ///< commits of ordinary size
 constexpr std::size_t ordinaryFiles = 200;
@@ -58,6 +62,10 @@ CommitDetailView::CommitDetailView(RepositoryStore& store, CommitKind kind, QWid
     pages_->addWidget(makeNone(kind));
     const auto& selection = kind == CommitKind::stash ? store.window().selectedStash : store.window().selectedCommit;
     notifiers_.push_back(selection.addNotifier([this] { follow(); }));
+    notifiers_.push_back(store.snapshot().generation.addNotifier([this] { retry(); }));
+    clearSoon_.setSingleShot(true);
+    clearSoon_.setInterval(quietRead);
+    connect(&clearSoon_, &QTimer::timeout, this, &CommitDetailView::clearFiles);
     follow();
 }
 
@@ -121,18 +129,35 @@ void CommitDetailView::follow()
         return;
     }
     details_.forget();
-    if (shown_ && shown_->detail.hash == *hash) {
+    clearSoon_.stop();
+    if (isCurrent()) {
         header_->showDetail(shown_->detail);
     } else if (const std::shared_ptr<CommitReading>* known = recent_.object(*hash)) {
         showReading(*known);
     } else {
         header_->expect(*hash);
         details_.ask({*hash, kind_});
+        clearSoon_.start();
     }
+}
+
+/// Returns whether the files on display are those of the selected commit.
+bool CommitDetailView::isCurrent() const { return shown_ && shown_->detail.hash == selected(); }
+
+/// Reads again what could not be read.
+void CommitDetailView::retry()
+{
+    if (!selected() || !header_)
+        return;
+    if (details_.failure())
+        details_.ask({*selected(), kind_});
+    else if (diffs_.failure())
+        fileChanged();
 }
 
 void CommitDetailView::detailRead()
 {
+    clearSoon_.stop();
     if (details_.failure()) {
         showProblem(details_.failure()->message);
         return;
@@ -158,12 +183,18 @@ void CommitDetailView::showReading(std::shared_ptr<CommitReading> reading)
         counts_.ask({shown_->detail.hash, kind_});
 }
 
-void CommitDetailView::showProblem(const QString& problem)
+void CommitDetailView::clearFiles()
 {
     shown_.reset();
     files_->setReading(nullptr);
     summary_->clear();
     totals_->clear();
+    diff_->showSentence({}, {});
+}
+
+void CommitDetailView::showProblem(const QString& problem)
+{
+    clearFiles();
     diff_->showSentence(
         kind_ == CommitKind::stash ? tr("The stash could not be read") : tr("The commit could not be read"), problem);
 }
@@ -193,10 +224,12 @@ void CommitDetailView::countsRead()
 void CommitDetailView::fileChanged()
 {
     const gitkit::CommitFile* const file = files_->currentFile();
-    if (file && shown_)
+    if (file && isCurrent())
         diffs_.ask({shown_->detail.hash, *file, diff_->whiteSpace()});
     else
         diffs_.forget();
+    if (diffs_.isReading())
+        diff_->awaitDiff();
 }
 
 void CommitDetailView::diffRead()
@@ -211,7 +244,7 @@ void CommitDetailView::diffRead()
 void CommitDetailView::openCurrentFile()
 {
     const gitkit::CommitFile* const file = files_->currentFile();
-    if (!file)
+    if (!file || !isCurrent())
         return;
     if (isInWorkingTree(store_, *file))
         actions::openInEditor(store_.actors(), {gitkit::FileChange{.path = file->path, .originalPath = {}}});
@@ -222,7 +255,7 @@ void CommitDetailView::openCurrentFile()
 void CommitDetailView::showMenu(const QPoint& position)
 {
     const gitkit::CommitFile* const file = files_->currentFile();
-    if (!file || !shown_)
+    if (!file || !isCurrent())
         return;
     const QString openTitle = editorTitle_ ? editorTitle_() : tr("Open in Default Editor");
     QMenu* const menu = makeCommitFileMenu(store_, shown_->detail, *file, openTitle, this);

@@ -10,6 +10,7 @@
 
 #include <QCache>
 #include <QProperty>
+#include <QTimer>
 #include <QWidget>
 
 #include <QCoroTask>
@@ -33,9 +34,9 @@ class HeaderOverFiles;
 /// The selected commit of the history, or the selected stash: its header, the files it touched, and the diff of one of
 /// them. Main thread.
 ///
-/// What the lists know is shown at once; the rest is read in the background. The last of several requests counts, and
-/// the files and the diff on display stay until the next ones have arrived. Recently read commits are kept, so that
-/// only their diff is read again.
+/// What the lists know is shown at once; the rest is read in the background. The last of several requests counts. The
+/// files and the diff on display stay for a moment, in which nothing can be done with them, until the next ones have
+/// arrived. Recently read commits are kept, so that only their diff is read again.
 class CommitDetailView : public QWidget {
     Q_OBJECT
 
@@ -56,6 +57,9 @@ private:
     void follow();
     void showReading(std::shared_ptr<CommitReading> reading);
     void showProblem(const QString& problem);
+    void clearFiles();
+    void retry();
+    bool isCurrent() const;
     void showSummary();
     void detailRead();
     void countsRead();
@@ -77,7 +81,8 @@ private:
     DiffPane* diff_ = nullptr;
     std::function<QString()> editorTitle_;
 
-    std::shared_ptr<CommitReading> shown_; ///< the commit on display
+    std::shared_ptr<CommitReading> shown_; ///< the commit whose files are on display
+    QTimer clearSoon_;                     ///< runs while they are those of another commit
     QCache<std::string, std::shared_ptr<CommitReading>> recent_;
     Latest<CommitRequest, gitkit::CommitDetail> details_;
     Latest<CommitRequest, std::vector<gitkit::ChangeCounts>> counts_;

@@ -8,6 +8,7 @@
 
 #include <QAbstractItemView>
 #include <QCompleter>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyledItemDelegate>
@@ -88,11 +89,27 @@ GoToCommitDialog::GoToCommitDialog(RepositoryStore& store, QWidget* parent)
     completer->setMaxVisibleItems(10);
     completer->popup()->setAccessibleName(tr("Matching Refs"));
     completer->popup()->setItemDelegate(new MatchDelegate(completer));
+    completer->popup()->installEventFilter(this);
     name_->setCompleter(completer);
     fields().addWidget(name_);
     connect(name_, &QLineEdit::textChanged, this, &GoToCommitDialog::edited);
     name_->setFocus();
     validate();
+}
+
+/// While the matches are shown they take Return for themselves, even when none is chosen.
+bool GoToCommitDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    QAbstractItemView* const matches = name_->completer()->popup();
+    if (watched == matches && event->type() == QEvent::KeyPress && !matches->currentIndex().isValid()) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            matches->hide();
+            accept();
+            return true;
+        }
+    }
+    return Sheet::eventFilter(watched, event);
 }
 
 QString GoToCommitDialog::typed() const { return name_->text().trimmed(); }

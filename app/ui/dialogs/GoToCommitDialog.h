@@ -30,6 +30,7 @@ protected:
     QString problem() const override;
     QString note() const override;
     bool isComplete() const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void edited();

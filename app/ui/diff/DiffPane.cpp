@@ -18,11 +18,15 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace plovik {
 
 namespace {
+
+/// A read that takes no longer than this shows no sign of it.
+constexpr std::chrono::milliseconds quietDiff{150};
 
 DiffLayout wantedLayout()
 {
@@ -43,6 +47,9 @@ DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     column->setSpacing(0);
     column->addWidget(pages_, 1);
     setFocusProxy(view_);
+    readingSoon_.setSingleShot(true);
+    readingSoon_.setInterval(quietDiff);
+    connect(&readingSoon_, &QTimer::timeout, this, [this] { showSentence({}, tr("Reading the changes…")); });
 
     connect(files_, &DiffFilesLoader::textsLoaded, view_, &DiffView::setTexts);
     connect(files_, &DiffFilesLoader::syntaxLoaded, view_, &DiffView::setSyntax);
@@ -70,6 +77,7 @@ void DiffPane::showDiff(const QString& name, const std::string& path, gitkit::Pa
 
 void DiffPane::showDiffs(std::vector<DiffContent> contents, DiffPlace place)
 {
+    readingSoon_.stop();
     if (place == DiffPlace::start) {
         finder_->forgetPlace();
         view_->setShowsWholeFile(false);
@@ -91,6 +99,7 @@ void DiffPane::loadFiles()
 
 void DiffPane::showSentence(const QString& title, const QString& description)
 {
+    readingSoon_.stop();
     files_->load({});
     empty_->setText(title, description);
     pages_->setCurrentWidget(empty_);

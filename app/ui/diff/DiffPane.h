@@ -3,6 +3,7 @@
 
 #include "app/ui/diff/DiffAction.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <vector>
@@ -34,6 +35,9 @@ public:
     /// Shows the diff of one file of a commit from its start. `name` is the section's accessible name.
     void showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff);
     void showSentence(const QString& title, const QString& description);
+    /// Must be called when another diff is being read. If that takes longer than a moment, a sentence replaces the diff
+    /// on display, which belongs to something else.
+    void awaitDiff() { readingSoon_.start(); }
 
     /// Returns how the next diffs are to be read.
     gitkit::WhiteSpace whiteSpace() const;
@@ -63,6 +67,7 @@ private:
     DiffFilesLoader* files_;
     DiffFinder* finder_;
     FindBar* findBar_ = nullptr; ///< made for the first search
+    QTimer readingSoon_;
 };
 
 } // namespace plovik

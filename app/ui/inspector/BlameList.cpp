@@ -189,10 +189,17 @@ QMenu* BlameList::makeMenu()
     const int row = currentRow();
     const bool isCommitted = !document()->commit(row).isUncommitted;
     const auto add = [&](const QString& title, auto action) { return menu->addAction(title, this, std::move(action)); };
-    QAction* const show = add(tr("Show Commit"), [this, row] { Q_EMIT commitRequested(row); });
+    // The menu means the lines that it was opened for, which may be replaced meanwhile.
+    const auto ifShown = [this, opened = document()](auto action) {
+        return [this, opened, action] {
+            if (document() == opened)
+                action();
+        };
+    };
+    QAction* const show = add(tr("Show Commit"), ifShown([this, row] { Q_EMIT commitRequested(row); }));
     show->setShortcut(Qt::Key_Return);
     show->setEnabled(isCommitted);
-    QAction* const before = add(tr("Blame Before This Commit"), [this, row] { askForBefore(row); });
+    QAction* const before = add(tr("Blame Before This Commit"), ifShown([this, row] { askForBefore(row); }));
     before->setShortcut(Qt::Key_B);
     if (const QString reason = reasonAgainstBefore(row); !reason.isEmpty()) {
         before->setToolTip(plainToolTip(reason));

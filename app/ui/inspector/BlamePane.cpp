@@ -139,8 +139,8 @@ BlamePane::Memory BlamePane::memory() const
 
 void BlamePane::readAgain()
 {
-    // A blame of a commit never changes.
-    if (!file_ || file_->revision)
+    // A blame of a commit never changes, but the attempt to read it may have failed.
+    if (!file_ || (file_->revision && !blames_.failure()))
         return;
     if (blames_.isReading())
         isOld_ = true;
@@ -224,6 +224,8 @@ void BlamePane::showPage(QWidget* page)
 
 void BlamePane::showCommit(int row)
 {
+    if (!shown_)
+        return;
     const BlameDocument::Commit& commit = list_->document()->commit(row);
     if (!commit.isUncommitted) {
         store_.history().showCommit(commit.hash);
@@ -231,7 +233,8 @@ void BlamePane::showCommit(int row)
     }
     if (store_.window().selection.value() != SidebarItem::workingCopy())
         store_.window().select(SidebarItem::workingCopy());
-    store_.window().selectPaths(std::set<std::string>{file_->path});
+    // The lines on display may still be those of the file before.
+    store_.window().selectPaths(std::set<std::string>{shown_->path});
 }
 
 void BlamePane::focusInEvent(QFocusEvent* event)

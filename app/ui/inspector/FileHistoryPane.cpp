@@ -71,8 +71,11 @@ void FileHistoryPane::open(const InspectedFile& file)
 {
     file_ = file;
     const Source source = sourceOf(file);
-    if (wanted_ == source)
+    if (wanted_ == source && !histories_.failure()) {
+        if (diffs_.failure())
+            showDiffOfCurrent();
         return;
+    }
     wanted_ = source;
     if (source.revision.empty()) {
         histories_.forget();
@@ -123,10 +126,13 @@ void FileHistoryPane::take(std::vector<FileRevision> revisions)
 
 void FileHistoryPane::showDiffOfCurrent()
 {
-    if (const FileRevision* const revision = list_->current())
+    const FileRevision* const revision = list_->current();
+    if (revision)
         diffs_.ask({revision->commit.hash, revision->file, diff_->whiteSpace()});
     else
         diffs_.forget();
+    if (diffs_.isReading())
+        diff_->awaitDiff();
 }
 
 void FileHistoryPane::diffRead()

@@ -266,8 +266,11 @@ bool SidebarView::filterKeyPressed(int key)
         filter_->clear();
         return true;
     case Qt::Key_Down:
-        tree_->setFocus();
-        return true;
+        if (!model_->isFiltered()) {
+            tree_->setFocus();
+            return true;
+        }
+        [[fallthrough]];
     case Qt::Key_Return:
     case Qt::Key_Enter:
         for (QModelIndex row = model_->index(3, 0); row.isValid(); row = tree_->indexBelow(row)) {
