@@ -8,6 +8,7 @@
 #include "GitKit/repository/RefArguments.h"
 
 #include <algorithm>
+#include <charconv>
 #include <iterator>
 #include <string_view>
 
@@ -34,6 +35,16 @@ std::optional<int> position(const GitRepository& repo, const HistoryScope& scope
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return std::nullopt;
+}
+
+int commitsLeftBehind(const GitRepository& repo, const std::string& target)
+{
+    const std::string counted =
+        repo.runner().bytes({"rev-list", "--count", "HEAD", "--not", commitArgument("rev-list", target), "--branches",
+                             "--remotes", "--tags", "--"});
+    int count = 0;
+    std::from_chars(counted.data(), counted.data() + counted.size(), count);
+    return count;
 }
 
 std::vector<ChangeCounts> changeCounts(const GitRepository& repo, const std::string& hash, CommitKind kind)

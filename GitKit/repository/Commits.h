@@ -23,6 +23,10 @@ std::string resolveCommit(const GitRepository& repo, const std::string& name);
 /// it. Costs what walking the whole history costs.
 std::optional<int> position(const GitRepository& repo, const HistoryScope& scope, const std::string& hash);
 
+/// How many commits only a detached HEAD leads to: neither a branch or tag nor `target`, which is a hash or a ref's full
+/// name. Returns 0 while a branch is checked out.
+int commitsLeftBehind(const GitRepository& repo, const std::string& target);
+
 /// How many lines each file of GitRepository::commitDetail() adds and removes, in the same order. Costs what all the
 /// diffs cost.
 std::vector<ChangeCounts> changeCounts(const GitRepository& repo, const std::string& hash, CommitKind kind);

@@ -14,8 +14,10 @@ struct Confirmation {
     QUuid id = QUuid::createUuid();
     QString title;
     QString message;
-    QString actionTitle;          ///< label of the confirming button
-    std::function<void()> action; ///< runs on the main thread when the user confirms
+    QString actionTitle;           ///< label of the confirming button
+    std::function<void()> action;  ///< runs on the main thread when the user confirms
+    QString alternativeTitle = {}; ///< label of a second button; empty when there is none
+    std::function<void()> alternative = {};
     enum class Risk { losesWork, none };
     Risk risk = Risk::losesWork; ///< decides how the button looks and what Return does
 

@@ -51,6 +51,16 @@ void WindowState::confirm(const QUuid& id)
         question->action();
 }
 
+void WindowState::confirmAlternative(const QUuid& id)
+{
+    const std::optional<Confirmation> question = confirmation.value();
+    if (!question || question->id != id)
+        return;
+    confirmation = std::nullopt;
+    if (question->alternative)
+        question->alternative();
+}
+
 void WindowState::report(const Failure& failure)
 {
     failedCommand = failure.command;

@@ -64,6 +64,8 @@ public:
     void ask(Confirmation question) { confirmation = std::move(question); }
     /// Closes the question and then runs its action. Does nothing when another question or none is open.
     void confirm(const QUuid& id);
+    /// The same with its alternative.
+    void confirmAlternative(const QUuid& id);
     void dismissQuestion() { confirmation = std::nullopt; }
 
     /// The sentence of the reported failure, which views show as an alert.

@@ -213,6 +213,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::Refs</name>
+    <message numerus="yes">
+        <source>Leave %n commit(s) behind?</source>
+        <translation>
+            <numerusform>Leave %n commit behind?</numerusform>
+            <numerusform>Leave %n commits behind?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Staging</name>
     <message numerus="yes">
         <source>%n file(s) still contain conflict markers</source>

@@ -237,6 +237,24 @@ TEST_F(DialogsTest, AQuestionActsOnlyWhenItIsConfirmed)
     EXPECT_FALSE(store.window().confirmation.value());
 }
 
+TEST_F(DialogsTest, AQuestionMayHaveASecondWay)
+{
+    std::string chosen;
+    Confirmation question{
+        .title = u"Leave?"_s, .message = {}, .actionTitle = u"Leave"_s, .action = [&chosen] { chosen += "action "; }};
+    question.alternativeTitle = u"New Branch…"_s;
+    question.alternative = [&chosen] { chosen += "alternative "; };
+    for (const QString& title : {u"New Branch…"_s, u"Leave"_s, u"Cancel"_s}) {
+        question.id = QUuid::createUuid();
+        store.window().ask(question);
+        ASSERT_TRUE(dialog());
+        EXPECT_EQ(dialog()->focusWidget(), button(u"Cancel"_s)) << "Return loses nothing";
+        button(title)->click();
+        EXPECT_FALSE(store.window().confirmation.value());
+    }
+    EXPECT_EQ(chosen, "alternative action ");
+}
+
 TEST_F(DialogsTest, AnUnmergedBranchIsDeletedAfterTwoQuestions)
 {
     repo.git({"checkout", "-q", "side"}).write("b", "b").commit("only here").git({"checkout", "-q", "main"});

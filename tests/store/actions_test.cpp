@@ -123,6 +123,50 @@ TEST_F(StoreActions, AFailureIsShownAndTheRepositoryReadAgain)
     EXPECT_TRUE(store.snapshot().status.value().files[0].isConflicted);
 }
 
+TEST_F(StoreActions, CommitsOfADetachedHeadAreNotLeftUnasked)
+{
+    repo.write("a", "1").commit("one").git({"branch", "side"}).git({"checkout", "-q", "--detach"});
+    load();
+    actions::checkout(store.actors(), branch("side"));
+    worker.finishAll();
+    EXPECT_FALSE(store.window().confirmation.value()) << "a branch leads there";
+    EXPECT_EQ(repo.read({"symbolic-ref", "--short", "HEAD"}), "side");
+
+    repo.git({"checkout", "-q", "--detach"}).write("a", "2").commit("two").write("a", "3").commit("three");
+    const std::string head = repo.head();
+    load();
+    const auto leaves = [&](const std::function<void()>& leave) {
+        leave();
+        worker.finishAll();
+        const std::optional<Confirmation> asked = store.window().confirmation.value();
+        EXPECT_EQ(repo.head(), head) << "not before the answer";
+        return asked;
+    };
+    const std::string first = repo.read({"rev-parse", "main"});
+    ASSERT_TRUE(leaves([&] { actions::checkoutCommit(store.actors(), first); }));
+    ASSERT_TRUE(leaves(
+        [&] { actions::createBranch(store.actors(), "new", "refs/heads/main", gitkit::AfterCreating::checkOut); }));
+    const std::optional<Confirmation> asked = leaves([&] { actions::checkout(store.actors(), branch("side")); });
+    ASSERT_TRUE(asked);
+    EXPECT_EQ(asked->title, QStringLiteral("Leave 2 commits behind?"));
+    store.window().confirmAlternative(asked->id);
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{head}));
+    EXPECT_FALSE(store.window().confirmation.value());
+
+    actions::checkout(store.actors(), branch("side"));
+    worker.finishAll();
+    store.window().confirm(store.window().confirmation.value()->id);
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"symbolic-ref", "--short", "HEAD"}), "side");
+
+    // What the commit to check out leads to is not left.
+    repo.git({"checkout", "-q", head});
+    load();
+    actions::createBranch(store.actors(), "kept", head, gitkit::AfterCreating::checkOut);
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"symbolic-ref", "--short", "HEAD"}), "kept");
+}
+
 TEST_F(StoreActions, PushChoosesTheRemoteOrSaysWhyItCannot)
 {
     repo.write("a", "1").commit("one");

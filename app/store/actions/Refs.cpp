@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/actions/Refs.h"
 
+#include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "app/store/Changes.h"
+#include "app/store/SheetKind.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
 #include "app/store/WindowState.h"
@@ -33,11 +35,51 @@ std::string localNameOf(const std::string& remoteBranch, const std::vector<std::
     return remoteBranch;
 }
 
-void checkOut(Actors actors, const QString& shown, GitAccess::Operation operation)
+/// Asks before commits are left that nothing but the detached HEAD leads to, and calls `leave` if that is all right.
+QCoro::Task<> leavingAfterCheck(Actors actors, std::string head, std::string target, std::function<void()> leave)
 {
-    actors.changes.run({.verb = Verb::checkOut,
-                        .title = RefTexts::tr("Checking out %1…").arg(shown),
-                        .operation = std::move(operation)});
+    int left = 0;
+    std::optional<Failure> failure;
+    try {
+        left = co_await actors.git.read(&gitkit::commitsLeftBehind, target);
+    } catch (const std::exception& thrown) {
+        failure = failureOf(thrown);
+    }
+    if (failure) {
+        actors.window.report(*failure);
+        co_return;
+    }
+    if (left == 0) {
+        leave();
+        co_return;
+    }
+    Confirmation question;
+    question.title = RefTexts::tr("Leave %n commit(s) behind?", nullptr, left);
+    question.message = RefTexts::tr("HEAD is detached, and no branch or tag leads to what was committed here. A new "
+                                    "branch keeps it within reach.");
+    question.actionTitle = RefTexts::tr("Leave");
+    question.action = std::move(leave);
+    question.alternativeTitle = RefTexts::tr("New Branch…");
+    question.alternative = [&window = actors.window, head] { window.showSheet(NewBranchSheet{head}); };
+    actors.window.ask(std::move(question));
+}
+
+/// Calls `leave`, which checks out `target`; asks first where commits would be left behind.
+void leaveHead(Actors actors, const std::string& target, std::function<void()> leave)
+{
+    const gitkit::RepoStatus& now = actors.snapshot.status.value();
+    if (now.isDetached())
+        launch(leavingAfterCheck(actors, *now.oid, target, std::move(leave)));
+    else
+        leave();
+}
+
+void checkOut(Actors actors, const std::string& target, const QString& shown, GitAccess::Operation operation)
+{
+    leaveHead(actors, target, [actors, shown, operation = std::move(operation)] {
+        actors.changes.run(
+            {.verb = Verb::checkOut, .title = RefTexts::tr("Checking out %1…").arg(shown), .operation = operation});
+    });
 }
 
 void forceDelete(Changes& changes, const std::string& branch)
@@ -85,13 +127,13 @@ void deleteTag(Changes& changes, const std::string& tag)
 void checkout(Actors actors, const GitRef& ref)
 {
     if (ref.kind != GitRef::Kind::remote) {
-        checkOut(actors, shownText(ref.name),
+        checkOut(actors, ref.fullName, shownText(ref.name),
                  [name = ref.fullName](const GitRepository& repo) { repo.checkout(name); });
         return;
     }
     const std::string local = localNameOf(ref.name, actors.snapshot.remotes.value());
     const bool exists = actors.snapshot.hasRef("refs/heads/" + local);
-    checkOut(actors, shownText(local), [local, exists, remote = ref.fullName](const GitRepository& repo) {
+    checkOut(actors, ref.fullName, shownText(local), [local, exists, remote = ref.fullName](const GitRepository& repo) {
         if (exists)
             repo.checkout("refs/heads/" + local);
         else
@@ -101,15 +143,23 @@ void checkout(Actors actors, const GitRef& ref)
 
 void checkoutCommit(Actors actors, const std::string& hash)
 {
-    checkOut(actors, shownText(gitkit::shortHash(hash)), [hash](const GitRepository& repo) { repo.checkout(hash); });
+    checkOut(actors, hash, shownText(gitkit::shortHash(hash)),
+             [hash](const GitRepository& repo) { repo.checkout(hash); });
 }
 
 void createBranch(Actors actors, const std::string& name, const std::optional<std::string>& startPoint,
                   gitkit::AfterCreating after)
 {
-    actors.changes.run({.verb = Verb::createBranch,
-                        .title = RefTexts::tr("Creating branch…"),
-                        .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }});
+    const auto create = [=] {
+        actors.changes.run(
+            {.verb = Verb::createBranch,
+             .title = RefTexts::tr("Creating branch…"),
+             .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }});
+    };
+    if (startPoint && after == gitkit::AfterCreating::checkOut)
+        leaveHead(actors, *startPoint, create);
+    else
+        create();
 }
 
 void createTag(Actors actors, const std::string& name, const std::string& target)

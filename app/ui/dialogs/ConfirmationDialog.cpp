@@ -28,7 +28,14 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
     if (!question.message.isEmpty())
         column->addWidget(dialogParts::secondaryText(question.message, this));
     column->addSpacing(10);
-    column->addLayout(dialogParts::buttonRow({cancel, confirm}));
+    if (question.alternativeTitle.isEmpty()) {
+        column->addLayout(dialogParts::buttonRow({cancel, confirm}));
+    } else {
+        auto* const alternative = new QPushButton(question.alternativeTitle, this);
+        alternative->setAutoDefault(false);
+        connect(alternative, &QPushButton::clicked, this, [this] { done(alternativeChosen); });
+        column->addLayout(dialogParts::buttonRow({cancel, alternative, confirm}));
+    }
     (isRisky ? cancel : confirm)->setFocus();
     dialogParts::fit(*this);
 }

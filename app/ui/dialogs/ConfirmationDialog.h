@@ -7,7 +7,8 @@
 
 namespace plovik {
 
-/// Shows a question of the store; it is accepted when the user confirms. Deletes itself when it closes. Main thread.
+/// Shows a question of the store; it is accepted when the user confirms, and done with `alternativeChosen` when the user
+/// takes the alternative. Deletes itself when it closes. Main thread.
 ///
 /// Where work could be lost, "Cancel" is the default button: somebody who presses Return for another widget just when
 /// the question appears loses nothing. The other button is reached by Tab or by the pointer.
@@ -15,6 +16,8 @@ class ConfirmationDialog : public QDialog {
     Q_OBJECT
 
 public:
+    static constexpr int alternativeChosen = 2;
+
     ConfirmationDialog(const Confirmation& question, QWidget* parent);
 
 protected:

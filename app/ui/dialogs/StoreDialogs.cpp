@@ -104,7 +104,9 @@ void StoreDialogs::questionAnswered(const QUuid& id, int answer)
         return;
     // The action may ask another question, so this one is removed first.
     question_ = nullptr;
-    if (answer == QDialog::Accepted)
+    if (answer == ConfirmationDialog::alternativeChosen)
+        store_.window().confirmAlternative(id);
+    else if (answer == QDialog::Accepted)
         store_.window().confirm(id);
     else
         store_.window().dismissQuestion();
