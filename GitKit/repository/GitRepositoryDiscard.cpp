@@ -78,13 +78,14 @@ public:
         return tracked;
     }
 
-    /// The staged files in a folder.
-    std::vector<std::string> stagedInside(const std::string& folder) const
+    /// The files in the index that cannot be there together with `path`: those in a folder of its name, and those that
+    /// have the name of a folder above it.
+    std::vector<std::string> stagedInPlaceOf(const std::string& path) const
     {
         std::vector<std::string> paths;
-        for (const auto& [path, file] : tracked_) {
-            if (path.starts_with(folder + '/') && file.index != 'D')
-                paths.push_back(path);
+        for (const auto& [other, file] : tracked_) {
+            if (file.index != 'D' && (other.starts_with(path + '/') || path.starts_with(other + '/')))
+                paths.push_back(other);
         }
         return paths;
     }
@@ -276,18 +277,22 @@ private:
             throw GitError("checkout", 1, inQuotes(file.path) + " has changed since it was shown. Look at it again.",
                            ErrorKind::changedMeanwhile);
         if (now->index == 'D')
-            makePlace(now->path);
+            makePlace(now->path, *now);
+        else if (isRename(*now))
+            makePlace(*now->originalPath, *now);
         discard_.add(*now);
     }
 
-    /// Bringing a file back would drop the staged files in a folder of its name from the index.
-    void makePlace(const std::string& path)
+    /// Discards first what bringing a file back would drop from the index.
+    void makePlace(const std::string& path, const FileChange& file)
     {
-        for (const std::string& inside : current_.stagedInside(path)) {
-            const auto listed = std::ranges::find(files_, inside, &FileChange::path);
+        for (const std::string& other : current_.stagedInPlaceOf(path)) {
+            if (other == file.path)
+                continue;
+            const auto listed = std::ranges::find(files_, other, &FileChange::path);
             if (listed == files_.end())
                 throw GitError("checkout", 1,
-                               inQuotes(path) + " cannot come back alone, because " + inQuotes(inside) +
+                               inQuotes(path) + " cannot come back alone, because " + inQuotes(other) +
                                    " is staged in its place.");
             take(*listed);
         }
