@@ -2,6 +2,7 @@
 #include "app/store/Staging.h"
 
 #include "GitKit/PartialPatch.h"
+#include "GitKit/repository/FileStamps.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Operations.h"
@@ -246,17 +247,34 @@ void Staging::confirmDiscard(const Files& files)
                                : tr("Local modifications are lost.");
         question.actionTitle = tr("Discard");
     }
-    question.action = [this, files] { discard(files); };
+    question.action = [this, files, asked = stampsOf(files)] { discard(files, asked); };
     window_.ask(std::move(question));
 }
 
-void Staging::discard(const Files& files)
+Staging::Stamps Staging::stampsOf(const Files& files)
+{
+    auto stamps = std::make_shared<std::vector<gitkit::FileStamp>>();
+    launch(readingStamps(files, stamps));
+    return stamps;
+}
+
+QCoro::Task<> Staging::readingStamps(Files files, Stamps stamps)
+{
+    try {
+        *stamps = co_await git_.read(&gitkit::fileStamps, files);
+    } catch (const std::exception&) {
+        // The discard itself will say what cannot be read.
+    }
+}
+
+void Staging::discard(const Files& files, const Stamps& asked)
 {
     changes_.run(
-        {.verb = Verb::discard, .operation = [files, isOld = isListOld(), trash = trash_](const GitRepository& repo) {
+        {.verb = Verb::discard,
+         .operation = [files, stamps = *asked, isOld = isListOld(), trash = trash_](const GitRepository& repo) {
              if (isOld)
                  requireNoNewConflicts(repo, files);
-             repo.discard(files, trash);
+             repo.discard(files, trash, stamps);
          }});
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/FileChange.h"
+#include "GitKit/records/FileStamp.h"
 #include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/ParsedDiff.h"
 #include "GitKit/records/PartialChange.h"
@@ -13,6 +14,7 @@
 #include <QString>
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -79,7 +81,11 @@ private:
     void showStaging(const Files& files, gitkit::StageState state);
     void forgetShownStaging();
     bool isListOld() const;
-    void discard(const Files& files);
+    using Stamps = std::shared_ptr<std::vector<gitkit::FileStamp>>;
+    /// Returns the stamps of files that the user is about to be asked about. Empty until they are read.
+    Stamps stampsOf(const Files& files);
+    QCoro::Task<> readingStamps(Files files, Stamps stamps);
+    void discard(const Files& files, const Stamps& asked);
     void discardPart(const gitkit::PartialChange& change);
 
     const GitAccess& git_;

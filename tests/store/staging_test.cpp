@@ -260,6 +260,19 @@ TEST_F(StoreStaging, DiscardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
     EXPECT_TRUE(store.snapshot().status.value().files.empty());
 }
 
+TEST_F(StoreStaging, ADiscardTakesOnlyWhatItAskedAbout)
+{
+    repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2");
+    load();
+    store.staging().confirmDiscard(store.snapshot().status.value().files);
+    worker.finishAll();
+    repo.write("a", "typed while the question stood");
+    confirm();
+    EXPECT_EQ(content("a"), "typed while the question stood");
+    EXPECT_EQ(content("b"), "2");
+    EXPECT_NE(error().find("has changed since you were asked"), std::string::npos) << error();
+}
+
 TEST_F(StoreStaging, CommittingNeedsASubjectAndSomethingToCommit)
 {
     repo.write("a", "1").commit("one").write("a", "2");
