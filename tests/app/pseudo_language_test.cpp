@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Dialogs and windows in a language that does not exist: its words are marked, and half again as long as the English ones. What
+// Every window in a language that does not exist: its words are marked, and half again as long as the English ones. What
 // is not marked cannot be translated, and what does not fit will not fit in German.
 
 #include "app/settings/RecentRepositories.h"
@@ -285,6 +285,19 @@ protected:
         EXPECT_TRUE(worker.settle());
     }
 
+    /// Looks at the window at its smallest size and at a usual one.
+    void look(const char* place)
+    {
+        for (const QSize size : {QSize(860, 520), QSize(1240, 780)}) {
+            window.resize(size);
+            EXPECT_TRUE(worker.settle());
+            QApplication::processEvents();
+            Inspection inspection(u"%1 %2"_s.arg(QString::fromLatin1(place)).arg(window.width()));
+            inspection.look(window);
+            EXPECT_EQ(inspection.found(), "");
+        }
+    }
+
     void lookAtDialog(const char* place)
     {
         EXPECT_TRUE(worker.settle());
@@ -312,6 +325,40 @@ protected:
     RepositoryView* view = nullptr;
 };
 
+TEST_F(PseudoLanguageTest, TheViewsOfAWindowAreTranslatedAndFit)
+{
+    store.window().selectPaths({"zzfile.txt"});
+    look("working copy");
+    store.window().select(SidebarItem::history());
+    store.history().moveCommitSelection(0);
+    look("history");
+    store.window().select(SidebarItem::stashes());
+    look("stashes");
+    store.window().inspect({"zzfile.txt", std::nullopt, InspectedFile::Tab::blame});
+    look("blame");
+    store.window().inspect({"zzfile.txt", repo.head(), InspectedFile::Tab::history});
+    look("file history");
+    store.window().closeInspector();
+    store.window().showCommandLog(true);
+    look("command log");
+}
+
+TEST_F(PseudoLanguageTest, AnOperationThatStoppedIsTranslatedAndFits)
+{
+    repo.git({"reset", "-q", "--hard"})
+        .git({"checkout", "-q", "zzside"})
+        .write("zzfile.txt", "1\n6\n")
+        .commit("zzthree");
+    int status = 0;
+    runPlainGit(repo.path(), {"merge", "main"}, status);
+    refresh();
+    store.window().selectPaths({"zzfile.txt"});
+    look("merge");
+    repo.git({"merge", "--abort"}).git({"bisect", "start"});
+    refresh();
+    look("bisect");
+}
+
 TEST_F(PseudoLanguageTest, DialogsAreTranslatedAndFit)
 {
     for (const SheetKind& sheet :
@@ -338,6 +385,22 @@ TEST_F(PseudoLanguageTest, DialogsAreTranslatedAndFit)
         prompt.setAttribute(Qt::WA_DeleteOnClose, false);
         prompt.show();
         lookAt(prompt, "prompt");
+    }
+}
+
+TEST_F(PseudoLanguageTest, AnEmptyRepositoryIsTranslatedAndFits)
+{
+    const TestRepository empty;
+    RepositoryStore its(empty.path(), worker);
+    RepositoryView shown(its);
+    shown.resize(860, 500);
+    shown.show();
+    its.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    for (const SidebarItem& item : {SidebarItem::workingCopy(), SidebarItem::history(), SidebarItem::stashes()}) {
+        its.window().select(item);
+        ASSERT_TRUE(worker.settle());
+        lookAt(shown, "empty repository");
     }
 }
 

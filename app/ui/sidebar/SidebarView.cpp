@@ -157,6 +157,7 @@ void SidebarView::makeFilter()
     filter_ = new QLineEdit(this);
     filter_->setAccessibleName(tr("Filter Refs"));
     filter_->setPlaceholderText(tr("Filter branches and tags"));
+    filter_->setToolTip(tr("Filter branches and tags"));
     followFont(*filter_, -0.5);
     filter_->installEventFilter(this);
     connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) { model_->setFilter(text.trimmed()); });
