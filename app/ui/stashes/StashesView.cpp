@@ -12,6 +12,7 @@
 #include "app/ui/stashes/StashesModel.h"
 #include "app/ui/stashes/Tray.h"
 #include "app/ui/widgets/BarButton.h"
+#include "app/ui/widgets/ElidedLabel.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/RowList.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -20,14 +21,15 @@
 #include "app/ui/widgets/SplitPane.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
-#include <QLabel>
 #include <QMenu>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <numeric>
 
 namespace plovik {
 
@@ -65,18 +67,17 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
 
 QWidget* StashesView::makeHeader()
 {
-    auto* header = new QWidget(content_);
+    auto* header = header_ = new QWidget(content_);
+    header->installEventFilter(this);
     header->setAutoFillBackground(true);
     header->setBackgroundRole(QPalette::Base);
     auto* row = new QHBoxLayout(header);
     row->setContentsMargins(16, 6, 12, 6);
     row->setSpacing(8);
-    count_ = new QLabel(header);
-    count_->setTextFormat(Qt::PlainText);
+    count_ = new ElidedLabel(header);
     count_->setForegroundRole(QPalette::PlaceholderText);
     followFont(*count_, -0.75);
-    row->addWidget(count_);
-    row->addStretch(1);
+    row->addWidget(count_, 1);
     for (const StashCommand& command : stashCommands()) {
         auto* button = new BarButton(stashCommandTitle(command.buttonName), header);
         button->setProperty("compact", true);
@@ -87,7 +88,38 @@ QWidget* StashesView::makeHeader()
         row->addWidget(button);
         buttons_.push_back(button);
     }
+    more_ = new BarButton(tr("More…"), header);
+    more_->setProperty("compact", true);
+    connect(more_, &QPushButton::clicked, this,
+            [this] { showMenuOf(selectedStash(), more_->mapToGlobal(more_->rect().bottomLeft())); });
+    row->addWidget(more_);
+    fitHeader();
     return header;
+}
+
+bool StashesView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == header_ && (event->type() == QEvent::Resize || event->type() == QEvent::FontChange))
+        fitHeader();
+    return QStackedWidget::eventFilter(watched, event);
+}
+
+/// Shows as many buttons as fit; a last one opens the menu with all of them.
+void StashesView::fitHeader()
+{
+    const QMargins margins = header_->layout()->contentsMargins();
+    const int spacing = header_->layout()->spacing();
+    const int room = header_->width() - margins.left() - margins.right();
+    const auto wanted = [spacing](int sum, const QPushButton* button) {
+        return sum + spacing + button->sizeHint().width();
+    };
+    const bool all = std::accumulate(buttons_.begin(), buttons_.end(), count_->sizeHint().width(), wanted) <= room;
+    int taken = all ? 0 : wanted(0, more_);
+    for (QPushButton* button : buttons_) {
+        taken = wanted(taken, button);
+        button->setVisible(all || taken <= room);
+    }
+    more_->setVisible(!all);
 }
 
 void StashesView::makeList()
@@ -149,6 +181,8 @@ void StashesView::updateHeader()
         buttons_[index]->setEnabled(selectedStash() && whyNot.isEmpty());
         buttons_[index]->setToolTip(plainToolTip(whyNot));
     }
+    more_->setEnabled(selectedStash());
+    fitHeader();
 }
 
 void StashesView::updateEmptyState()
@@ -196,9 +230,17 @@ void StashesView::showMenu(const QPoint& place)
     const QModelIndex index = list_->indexAt(place);
     if (!index.isValid())
         return;
-    QMenu* menu = makeStashMenu(store_, model_->stash(index), this);
+    showMenuOf(&model_->stash(index), list_->viewport()->mapToGlobal(place));
+}
+
+/// Opens the menu of a stash, if there is one, at a place of the screen.
+void StashesView::showMenuOf(const gitkit::Stash* stash, const QPoint& place)
+{
+    if (!stash)
+        return;
+    QMenu* menu = makeStashMenu(store_, *stash, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(list_->viewport()->mapToGlobal(place));
+    menu->popup(place);
 }
 
 } // namespace plovik

@@ -8,13 +8,13 @@
 
 #include <vector>
 
-class QLabel;
 class QListView;
 class QPushButton;
 
 namespace plovik {
 
 class CommitDetailView;
+class ElidedLabel;
 class EmptyState;
 class ScrollKeeper;
 class StashesModel;
@@ -31,12 +31,17 @@ public:
     QListView* list() const { return list_; }
     CommitDetailView* detail() const { return detail_; }
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     QWidget* makeHeader();
+    void fitHeader();
     void makeList();
     void updateHeader();
     const gitkit::Stash* selectedStash() const;
     void showMenu(const QPoint& place);
+    void showMenuOf(const gitkit::Stash* stash, const QPoint& place);
     void observeStore();
     void updateEmptyState();
     void userSelected();
@@ -46,8 +51,10 @@ private:
     StashesModel* model_;
     QWidget* content_ = nullptr; ///< the header and the list
     CommitDetailView* detail_ = nullptr;
-    QLabel* count_ = nullptr;
+    QWidget* header_ = nullptr;
+    ElidedLabel* count_ = nullptr;
     std::vector<QPushButton*> buttons_;
+    QPushButton* more_ = nullptr; ///< shown where not all of the buttons fit
     QListView* list_ = nullptr;
     EmptyState* empty_ = nullptr;
     QWidget* sign_ = nullptr; ///< in the empty state
