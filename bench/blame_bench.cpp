@@ -2,6 +2,7 @@
 // Opening the blame of a long file: what it takes beside git's own time to print it, and how much of that the window's
 // thread is held up.
 
+#include "GitKit/repository/GitRepository.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/inspector/BlameList.h"
 #include "app/ui/inspector/BlameReading.h"

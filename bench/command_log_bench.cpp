@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The command log while a hook prints a lot, and the alert that tells of it: how long the window's thread is held.
 
+#include "GitKit/runner/RunContext.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/log/CommandLogPanel.h"
@@ -29,10 +30,10 @@ std::string line(int number) { return "hook: checked file number " + std::to_str
 void BM_HookOutput100000(benchmark::State& state)
 {
     RepositoryStore store{"/nonexistent"};
-    CommandLog& log = store.changes().commandLog();
+    const std::shared_ptr<gitkit::RunListener> log = store.changes().commandLog().listener();
     for (CommandLog::Number number = 1; number < 1000; ++number) {
-        log.began(number, {"log", "--date-order", "--format=%H", std::to_string(number)}, "/nonexistent");
-        log.ended(number, {});
+        log->began(number, {"log", "--date-order", "--format=%H", std::to_string(number)}, "/nonexistent");
+        log->ended(number, {});
     }
     CommandLogPanel panel{store};
     panel.resize(1200, 300);
@@ -42,16 +43,16 @@ void BM_HookOutput100000(benchmark::State& state)
     double worst = 0;
     double busy = 0;
     for ([[maybe_unused]] auto iteration : state) {
-        log.began(++number, {"push"}, "/nonexistent");
+        log->began(++number, {"push"}, "/nonexistent");
         store.window().showCommand(number);
         std::atomic<bool> isDone = false;
         std::thread hook([&] {
             for (int printed = 0; printed < lines; ++printed) {
-                log.printed(number, CommandLog::Stream::error, line(printed));
+                log->printed(number, gitkit::RunListener::Stream::error, line(printed));
                 if (printed % 50 == 49)
                     std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
-            log.ended(number, {});
+            log->ended(number, {});
             isDone = true;
         });
         while (!isDone) {
@@ -75,7 +76,7 @@ void BM_ErrorAlert100000(benchmark::State& state)
     for (int number = 0; number < lines; ++number)
         text += QString::fromStdString(line(number));
     for ([[maybe_unused]] auto iteration : state) {
-        ErrorAlert alert{text, nullptr};
+        ErrorAlert alert{{.message = text}, nullptr};
         alert.setAttribute(Qt::WA_DeleteOnClose, false);
         QImage image(alert.size(), QImage::Format_RGB32);
         alert.render(&image);

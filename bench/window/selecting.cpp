@@ -3,6 +3,7 @@
 /// is ever kept waiting. selecting LARGE_REPOSITORY
 
 #include "GitKit/parsers/LogParser.h"
+#include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitEnvironment.h"
 #include "GitKit/runner/GitExecutable.h"
 #include "GitKit/runner/Process.h"
@@ -119,7 +120,7 @@ void makeWide(const std::filesystem::path& repository, int commits, int files)
 /// A window's content over a repository, with its history in sight.
 class Window : public QObject {
 public:
-    explicit Window(const std::filesystem::path& repository) : store(repository, worker), view(store)
+    explicit Window(const std::filesystem::path& repository) : repo(repository), store(repository, worker), view(store)
     {
         view.resize(1240, 780);
         view.show();
@@ -195,7 +196,7 @@ public:
 
     double selectingMilliseconds(const gitkit::Commit& commit)
     {
-        const gitkit::CommitDetail detail = store.repo().commitDetail(commit.hash, gitkit::CommitKind::ordinary);
+        const gitkit::CommitDetail detail = repo.commitDetail(commit.hash, gitkit::CommitKind::ordinary);
         settle();
         isDrawn = false;
         const auto start = Clock::now();
@@ -219,6 +220,7 @@ public:
     }
 
     CountingWorker worker;
+    gitkit::GitRepository repo;
     RepositoryStore store;
     RepositoryView view;
     QAbstractItemView* list = nullptr;
@@ -234,7 +236,6 @@ void measureSelecting(const char* what, Window& window)
     std::vector<double> git, ours;
     for (std::size_t round = 0; round < rounds; ++round) {
         const gitkit::Commit commit = window.store.history()
-                                          .history()
                                           .history.value()
                                           .at(1 + round % (window.store.history().history.value().size() - 1))
                                           .commit;
@@ -283,7 +284,7 @@ void measureHolding(Window& window)
     }
     const int loads = window.worker.posted;
     const gitkit::Commit last = window.store.history().history.value().at(keys).commit;
-    const gitkit::CommitDetail detail = window.store.repo().commitDetail(last.hash, gitkit::CommitKind::ordinary);
+    const gitkit::CommitDetail detail = window.repo.commitDetail(last.hash, gitkit::CommitKind::ordinary);
     const auto released = Clock::now();
     Window::spinUntil([&] { return window.shows(last, detail); });
 
@@ -309,7 +310,7 @@ void measureShowing(Window& window)
     Strings positions{"rev-list"}, page{"log", "--format=%H%x00%P%x00%an%x00%ae%x00%at%x00%D%x00%s"};
     positions.insert(positions.end(), walk.begin(), walk.end());
     page.insert(page.end(), walk.begin(), walk.end());
-    const std::string list = window.store.repo().git(positions);
+    const std::string list = window.repo.git(positions);
     const std::string oldest = list.substr(list.rfind('\n', list.size() - 2) + 1).substr(0, 40);
     auto start = Clock::now();
     runGit(repository, positions);
