@@ -22,6 +22,7 @@ enum class ErrorKind {
     rejectedByHook,
     authentication,
     hostKey,
+    hostKeyChanged, ///< the remote is not the one that was known, or its key was renewed
     network,
     lockHeld, ///< another git is at work, or one that crashed left its lock
     conflicts,
@@ -34,6 +35,9 @@ enum class ErrorKind {
     checkedOutElsewhere,
     noUpstream,
 };
+
+/// Whose words a failure is told in.
+enum class Speaker { plovik, git, hook };
 
 /// Why git could not be started at all.
 enum class LaunchCause { gitMissing, gitTooOld, folderMissing, notPermitted, other };

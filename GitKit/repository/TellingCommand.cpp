@@ -38,7 +38,8 @@ void runTelling(const GitRunner& runner, const std::vector<std::string>& argumen
     std::string message(trimmed(outputText));
     if (const std::string_view said = trimmed(errorText); !said.empty())
         message = message.empty() ? std::string(said) : message + "\n\n" + std::string(said);
-    throw GitError(arguments.front(), output.status, std::move(message), errorKind(arguments.front(), output));
+    throw GitError(arguments.front(), output.status, std::move(message), errorKind(arguments.front(), output),
+                   Speaker::git);
 }
 
 } // namespace gitkit

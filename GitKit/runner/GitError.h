@@ -14,9 +14,11 @@ namespace gitkit {
 class GitError : public std::runtime_error {
 public:
     /// `command` is the git subcommand, empty when there was none; `message` is what git said, trimmed.
-    GitError(std::string command, int status, std::string message, ErrorKind kind = ErrorKind::other);
+    GitError(std::string command, int status, std::string message, ErrorKind kind = ErrorKind::other,
+             Speaker speaker = Speaker::plovik);
 
     ErrorKind kind() const { return kind_; }
+    Speaker speaker() const { return speaker_; }
     const std::string& command() const { return command_; }
     /// The exit status; 128 plus the signal's number when a signal ended git, as a shell reports it.
     int status() const { return status_; }
@@ -24,6 +26,7 @@ public:
 
 private:
     ErrorKind kind_;
+    Speaker speaker_;
     std::string command_;
     int status_;
     std::string message_;
@@ -31,6 +34,9 @@ private:
 
 /// The kind of a GitError; ErrorKind::other for every other exception.
 ErrorKind errorKindOf(const std::exception& failure);
+
+/// Whose words what() is: git's own, those of one of its hooks, or ours for every other exception.
+Speaker speakerOf(const std::exception& failure);
 
 /// Git could not be started at all. what() is a sentence that a person can act on: git is missing, the folder is gone
 /// or may not be entered.

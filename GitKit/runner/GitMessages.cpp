@@ -86,6 +86,7 @@ constexpr auto rows = std::to_array<Row>({
     {Kind::invalidName, "", 128, "fatal: '", "' is not a valid tag name"},
 
     // Remotes that cannot be spoken to: ssh's own sentences first, then those of https, then git's last word.
+    {Kind::hostKeyChanged, "", anyStatus, "", "REMOTE HOST IDENTIFICATION HAS CHANGED!"},
     {Kind::hostKey, "", anyStatus, "Host key verification failed", ""},
     {Kind::hostKey, "", anyStatus, "No ", " host key is known for "},
     {Kind::authentication, "", anyStatus, "", ": Permission denied ("},

@@ -151,7 +151,7 @@ GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const R
     std::string message(trimmed(result.errorText()));
     if (message.empty())
         message = trimmed(result.text());
-    throw GitError(command, result.status, std::move(message), errorKind(command, result));
+    throw GitError(command, result.status, std::move(message), errorKind(command, result), Speaker::git);
 }
 
 std::string GitRunner::bytes(const std::vector<std::string>& arguments, const RunOptions& options) const

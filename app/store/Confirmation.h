@@ -4,7 +4,9 @@
 #include <QString>
 #include <QUuid>
 
+#include <filesystem>
 #include <functional>
+#include <optional>
 
 namespace plovik {
 
@@ -14,10 +16,18 @@ struct Confirmation {
     QUuid id = QUuid::createUuid();
     QString title;
     QString message;
+    QString detail = {};           ///< what exactly would go; a line of its own, possibly empty
     QString actionTitle;           ///< label of the confirming button
     std::function<void()> action;  ///< runs on the main thread when the user confirms
     QString alternativeTitle = {}; ///< label of a second button; empty when there is none
     std::function<void()> alternative = {};
+    /// A file or folder that the confirming button asks for.
+    struct Place {
+        bool isFolder = false;
+        QString name = {}; ///< suggested for a file
+        std::function<void(const std::filesystem::path&)> chosen = {};
+    };
+    std::optional<Place> place = {}; ///< used instead of `action`
     enum class Risk { losesWork, none };
     Risk risk = Risk::losesWork; ///< decides how the button looks and what Return does
 

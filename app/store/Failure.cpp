@@ -16,6 +16,7 @@ Failure failureOf(const std::exception& thrown)
 {
     Failure failure;
     failure.kind = gitkit::errorKindOf(thrown);
+    failure.speaker = gitkit::speakerOf(thrown);
     if (dynamic_cast<const std::bad_alloc*>(&thrown) || dynamic_cast<const std::length_error*>(&thrown))
         failure.message = QCoreApplication::translate("Failure", "There is not enough memory for this.");
     else

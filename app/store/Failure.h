@@ -15,7 +15,8 @@ namespace plovik {
 struct Failure {
     gitkit::ErrorKind kind = gitkit::ErrorKind::other;
     QString message;
-    std::optional<CommandLog::Number> command = {}; ///< the command that failed, if any
+    gitkit::Speaker speaker = gitkit::Speaker::plovik; ///< whose words the message is
+    std::optional<CommandLog::Number> command = {};    ///< the command that failed, if any
 
     bool operator==(const Failure&) const = default;
 };

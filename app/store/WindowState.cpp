@@ -63,7 +63,7 @@ void WindowState::confirmAlternative(const QUuid& id)
 
 void WindowState::report(const Failure& failure)
 {
-    failedCommand = failure.command;
+    this->failure = failure;
     errorMessage = failure.message;
 }
 

@@ -70,8 +70,8 @@ public:
 
     /// The sentence of the reported failure, which views show as an alert.
     Observed<std::optional<QString>, WindowState> errorMessage;
-    /// The command whose failure `errorMessage` describes, if any.
-    Observed<std::optional<CommandLog::Number>, WindowState> failedCommand;
+    /// The failure that `errorMessage` describes: what happened, in whose words, and by which command.
+    Observed<Failure, WindowState> failure;
     void report(const Failure& failure);
     void dismissError() { errorMessage = std::nullopt; }
 

@@ -132,16 +132,17 @@ TEST(TerminalTexts, KeepBothEndsOfWhatIsTooLong)
 
 TEST(ErrorAlerts, TellOfAChangedHostKeyAsTheDangerItIs)
 {
-    ErrorAlert alert{u"@@@@@@@@\n@ WARNING: REMOTE HOST IDENTIFICATION HAS CHANGED! @\n@@@@@@@@\n"
-                     "Host key for [host.example]:22 has changed and you have requested strict checking.\n"
-                     "Host key verification failed.\nfatal: Could not read from remote repository."_s,
+    ErrorAlert alert{{.kind = gitkit::ErrorKind::hostKeyChanged,
+                      .message = u"@@@@@@@@\n@ WARNING: REMOTE HOST IDENTIFICATION HAS CHANGED! @\n@@@@@@@@\n"
+                                 "Host key for [host.example]:22 has changed and you have requested strict checking.\n"
+                                 "Host key verification failed.\nfatal: Could not read from remote repository."_s},
                      nullptr};
     alert.show();
     const auto* danger = named<QLabel>(alert, u"Danger"_s);
     EXPECT_TRUE(danger->isVisible() && danger->text().contains(u"The key of [host.example]:22 is not"_s));
     EXPECT_TRUE(alert.message().contains(u"Host key verification failed."_s));
     EXPECT_FALSE(named<QPushButton>(alert, u"Show in Command Log"_s)->isVisible());
-    alert.setMessage(u"Another one."_s);
+    alert.setFailure({.message = u"Another one."_s});
     EXPECT_FALSE(danger->isVisible());
 }
 

@@ -372,7 +372,7 @@ TEST_F(PseudoLanguageTest, DialogsAreTranslatedAndFit)
     store.staging().confirmDiscard(store.snapshot().status.value().files);
     lookAtDialog("question");
     store.window().dismissQuestion();
-    store.window().report({gitkit::ErrorKind::other, u"zzfailed"_s, CommandLog::Number{1}});
+    store.window().report({.message = u"zzfailed"_s, .command = CommandLog::Number{1}});
     lookAtDialog("alert");
     store.window().dismissError();
 

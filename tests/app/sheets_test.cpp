@@ -178,16 +178,17 @@ TEST_F(DialogsTest, AChangeInTheWayKeepsASheetFromBeingConfirmed)
 
 TEST_F(DialogsTest, AProblemIsToldInFullUntilItIsRead)
 {
-    given(store.window().errorMessage, u"Cannot push: this repository has no remote."_s);
+    store.window().report({.message = u"Cannot push: this repository has no remote."_s});
     ASSERT_TRUE(dialog());
-    EXPECT_EQ(dialog()->windowTitle(), u"Git reported a problem"_s);
-    EXPECT_EQ(dialog()->accessibleName(), u"Git reported a problem"_s);
+    EXPECT_EQ(dialog()->windowTitle(), u"This could not be done"_s);
     EXPECT_TRUE(says(u"Cannot push: this repository has no remote."_s));
 
     QStringList lines;
     for (int number = 0; number < 2000; ++number)
         lines.append(u"%1: \x1b[31merror\x1b[0m <b>&amp;"_s.arg(number));
-    given(store.window().errorMessage, lines.join(u'\n'));
+    store.window().report({.message = lines.join(u'\n'), .speaker = gitkit::Speaker::git});
+    EXPECT_EQ(dialog()->windowTitle(), u"Git reported a problem"_s);
+    EXPECT_EQ(dialog()->accessibleName(), u"Git reported a problem"_s);
     auto* text = dialog()->findChild<QPlainTextEdit*>();
     ASSERT_TRUE(text && text->isVisible());
     EXPECT_EQ(text->toPlainText(), lines.join(u'\n').remove(u"\x1b[31m"_s).remove(u"\x1b[0m"_s));

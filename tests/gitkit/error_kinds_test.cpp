@@ -216,6 +216,9 @@ TEST(ErrorKinds, KnowRecordedSentences)
              {Kind::notFullyMerged, "branch", 1, "error: the branch 'side' is not fully merged\n"},
              {Kind::checkedOutElsewhere, "branch", 1,
               "error: cannot delete branch 'side' used by worktree at '/srv/r'\n"},
+             {Kind::hostKeyChanged, "fetch", 255,
+              "@@@@@@\n@    WARNING: REMOTE HOST IDENTIFICATION HAS CHANGED!     @\n@@@@@@\nHost key verification "
+              "failed.\n"},
              {Kind::hostKey, "fetch", 128,
               "Host key verification failed.\r\nfatal: Could not read from remote repository.\n"},
              {Kind::authentication, "fetch", 128,

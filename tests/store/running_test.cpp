@@ -141,7 +141,7 @@ TEST_F(StoreRunning, TheLogHasEveryCommandWithWhatItPrinted)
     worker.finishAll();
     const CommandLog::Command commit = newest("commit");
     EXPECT_EQ(commit.end->status, 1);
-    EXPECT_EQ(store.window().failedCommand.value(), commit.number);
+    EXPECT_EQ(store.window().failure.value().command, commit.number);
     const auto output = store.changes().commandLog().output(commit.number);
     EXPECT_TRUE(output->beginning.starts_with("first\n1\n2\n"));
     EXPECT_TRUE(output->ending.ends_with("100000\nlast\n"));

@@ -14,7 +14,7 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
 {
     const bool isRisky = question.risk == Confirmation::Risk::losesWork;
     dialogParts::prepare(*this, question.title);
-    setAccessibleDescription(question.message);
+    setAccessibleDescription(question.detail.isEmpty() ? question.message : question.message + u'\n' + question.detail);
     auto* const cancel = new QPushButton(tr("Cancel"), this);
     auto* const confirm = new QPushButton(question.actionTitle, this);
     confirm->setProperty(isRisky ? "destructive" : "primary", true);
@@ -27,6 +27,11 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
     column->addWidget(dialogParts::heading(question.title, this));
     if (!question.message.isEmpty())
         column->addWidget(dialogParts::secondaryText(question.message, this));
+    if (!question.detail.isEmpty()) {
+        QLabel* const detail = dialogParts::text(this);
+        detail->setText(question.detail);
+        column->addWidget(detail);
+    }
     column->addSpacing(10);
     if (question.alternativeTitle.isEmpty()) {
         column->addLayout(dialogParts::buttonRow({cancel, confirm}));

@@ -16,9 +16,10 @@ class ConfirmationDialog : public QDialog {
     Q_OBJECT
 
 public:
-    static constexpr int alternativeChosen = 2;
-
     ConfirmationDialog(const Confirmation& question, QWidget* parent);
+
+    /// The result when the user chooses the question's alternative.
+    static constexpr int alternativeChosen = 2;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

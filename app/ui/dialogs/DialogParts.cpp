@@ -70,7 +70,8 @@ QHBoxLayout* buttonRow(std::initializer_list<QPushButton*> buttons)
     row->setSpacing(8);
     row->addStretch(1);
     for (QPushButton* button : buttons) {
-        button->setMinimumWidth(leastButtonWidth);
+        button->ensurePolished();
+        button->setMinimumWidth(std::max(leastButtonWidth, button->sizeHint().width()));
         row->addWidget(button);
     }
     return row;

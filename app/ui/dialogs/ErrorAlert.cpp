@@ -38,10 +38,23 @@ bool isOneSentence(const QString& text)
     return std::ranges::all_of(text.split(u' '), [](const QString& word) { return word.size() <= longestWord; });
 }
 
-/// Returns a warning where ssh says that a host's key has changed; empty for every other message.
-QString dangerIn(const QString& message)
+QString titleOf(const Failure& failure)
 {
-    if (!message.contains("REMOTE HOST IDENTIFICATION HAS CHANGED"_L1))
+    switch (failure.speaker) {
+    case gitkit::Speaker::git:
+        return ErrorAlert::tr("Git reported a problem");
+    case gitkit::Speaker::hook:
+        return ErrorAlert::tr("A hook did not allow this");
+    case gitkit::Speaker::plovik:
+        break;
+    }
+    return ErrorAlert::tr("This could not be done");
+}
+
+/// Returns a warning where a host's key has changed; empty for every other failure.
+QString dangerIn(const Failure& failure, const QString& message)
+{
+    if (failure.kind != gitkit::ErrorKind::hostKeyChanged)
         return {};
     static const QRegularExpression named(u"host key for (\\S+) has changed"_s,
                                           QRegularExpression::CaseInsensitiveOption);
@@ -56,12 +69,12 @@ QString dangerIn(const QString& message)
 
 } // namespace
 
-ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
-    : QDialog(parent), danger_(dialogParts::text(this)), sentence_(dialogParts::text(this)),
-      lines_(new QPlainTextEdit(this)), showLog_(new QPushButton(tr("Show in Command Log"), this))
+ErrorAlert::ErrorAlert(const Failure& failure, QWidget* parent)
+    : QDialog(parent), title_(dialogParts::heading({}, this)), danger_(dialogParts::text(this)),
+      sentence_(dialogParts::text(this)), lines_(new QPlainTextEdit(this)),
+      showLog_(new QPushButton(tr("Show in Command Log"), this))
 {
-    const QString title = tr("Git reported a problem");
-    dialogParts::prepare(*this, title);
+    dialogParts::prepare(*this, titleOf(failure));
     sentence_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     sentence_->setFocusPolicy(Qt::NoFocus);
     lines_->setAccessibleName(tr("Message"));
@@ -78,7 +91,6 @@ ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(showLog_, &QPushButton::clicked, this, &ErrorAlert::logRequested);
     showLog_->setAutoDefault(false);
-    showLog_->hide();
     danger_->setAccessibleName(tr("Danger"));
     danger_->setForegroundRole(QPalette::BrightText);
     followFont(*danger_, 0, QFont::DemiBold);
@@ -86,20 +98,24 @@ ErrorAlert::ErrorAlert(const QString& message, QWidget* parent)
     danger_->setFocusPolicy(Qt::NoFocus);
 
     auto* const column = dialogParts::column(*this);
-    column->addWidget(dialogParts::heading(title, this));
+    column->addWidget(title_);
     column->addWidget(danger_);
     column->addWidget(sentence_);
     column->addWidget(lines_, 1);
     column->addSpacing(8);
     column->addLayout(dialogParts::buttonRow({showLog_, ok}));
-    setMessage(message);
+    setFailure(failure);
     ok->setFocus();
 }
 
-void ErrorAlert::setMessage(const QString& message)
+void ErrorAlert::setFailure(const Failure& failure)
 {
-    const QString shown = boundedText(withoutTerminalCodes(message));
-    const QString danger = dangerIn(shown);
+    const QString title = titleOf(failure);
+    setWindowTitle(title);
+    setAccessibleName(title);
+    title_->setText(title);
+    const QString shown = boundedText(withoutTerminalCodes(failure.message));
+    const QString danger = dangerIn(failure, shown);
     danger_->setText(danger);
     danger_->setVisible(!danger.isEmpty());
     const bool isSentence = isOneSentence(shown);
@@ -108,12 +124,7 @@ void ErrorAlert::setMessage(const QString& message)
     lines_->setPlainText(isSentence ? QString() : shown);
     lines_->setVisible(!isSentence);
     setAccessibleDescription(danger.isEmpty() ? shown : danger + u'\n' + shown);
-    fitText();
-}
-
-void ErrorAlert::setOffersLog(bool offers)
-{
-    showLog_->setVisible(offers);
+    showLog_->setVisible(failure.command.has_value());
     fitText();
 }
 

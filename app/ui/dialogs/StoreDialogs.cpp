@@ -10,6 +10,8 @@
 #include "app/ui/dialogs/StashDialog.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QFileDialog>
 
 #include <utility>
 
@@ -57,14 +59,13 @@ void StoreDialogs::showError()
         dismiss(error_);
         return;
     }
-    const std::optional<CommandLog::Number> command = store_.window().failedCommand.value();
+    Failure failure = store_.window().failure.value();
+    failure.message = *message;
     if (error_) {
-        error_->setMessage(*message);
-        error_->setOffersLog(command.has_value());
+        error_->setFailure(failure);
         return;
     }
-    error_ = new ErrorAlert(*message, parent_);
-    error_->setOffersLog(command.has_value());
+    error_ = new ErrorAlert(failure, parent_);
     connect(error_, &ErrorAlert::logRequested, this, &StoreDialogs::showFailedCommand);
     connect(error_, &QDialog::finished, this, [this, alert = error_.data()] {
         if (alert != error_)
@@ -78,7 +79,7 @@ void StoreDialogs::showError()
 /// Closes the alert too, since it blocks the window that shows the log.
 void StoreDialogs::showFailedCommand()
 {
-    const std::optional<CommandLog::Number> command = store_.window().failedCommand.value();
+    const std::optional<CommandLog::Number> command = store_.window().failure.value().command;
     if (error_)
         error_->accept();
     store_.window().showCommand(command);
@@ -104,12 +105,30 @@ void StoreDialogs::questionAnswered(const QUuid& id, int answer)
         return;
     // The action may ask another question, so this one is removed first.
     question_ = nullptr;
-    if (answer == ConfirmationDialog::alternativeChosen)
+    if (answer == ConfirmationDialog::alternativeChosen) {
         store_.window().confirmAlternative(id);
-    else if (answer == QDialog::Accepted)
-        store_.window().confirm(id);
-    else
+    } else if (answer != QDialog::Accepted) {
         store_.window().dismissQuestion();
+    } else {
+        store_.window().confirm(id);
+        if (question->place)
+            askForPlace(*question->place);
+    }
+}
+
+/// Lets the user choose a file or folder.
+void StoreDialogs::askForPlace(const Confirmation::Place& place)
+{
+    auto* const chooser = new QFileDialog(parent_);
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    chooser->setAcceptMode(place.isFolder ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    chooser->setFileMode(place.isFolder ? QFileDialog::Directory : QFileDialog::AnyFile);
+    chooser->selectFile(place.name);
+    connect(chooser, &QFileDialog::fileSelected, this, [chosen = place.chosen](const QString& file) {
+        if (chosen)
+            chosen(QFile::encodeName(file).toStdString());
+    });
+    chooser->open();
 }
 
 void StoreDialogs::showSheet()
