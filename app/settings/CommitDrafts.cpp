@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/CommitDrafts.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -11,6 +12,7 @@
 #include <QStandardPaths>
 #include <QThreadPool>
 
+#include <atomic>
 #include <fcntl.h>
 #include <map>
 #include <string>
@@ -24,6 +26,8 @@ namespace {
 
 const QString subjectKey = u"subject"_s;
 const QString bodyKey = u"body"_s;
+const QString amendsKey = u"amends"_s;
+const QString headKey = u"head"_s;
 
 std::map<std::string, Draft>& keptInThisRun()
 {
@@ -39,20 +43,29 @@ QThreadPool& writer()
     return pool;
 }
 
-void write(const QString& file, const Draft& draft)
+/// Returns why the draft could not be written; an empty text when it was.
+QString write(const QString& file, const Draft& draft)
 {
     if (draft.isEmpty()) {
         QFile::remove(file);
-        return;
+        return {};
     }
     QDir().mkpath(QFileInfo(file).path());
     QSaveFile out(file);
     if (!out.open(QIODevice::WriteOnly))
-        return;
+        return out.errorString();
     // The file is for its user alone: a draft may tell what is not public yet.
     out.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    out.write(QJsonDocument(QJsonObject{{subjectKey, draft.subject}, {bodyKey, draft.body}}).toJson());
-    out.commit();
+    const QByteArray text = QJsonDocument(QJsonObject{{subjectKey, draft.subject},
+                                                      {bodyKey, draft.body},
+                                                      {amendsKey, draft.amends},
+                                                      {headKey, draft.head}})
+                                .toJson();
+    // On a full disk only flush() fails, and commit() would then replace the file by an empty one.
+    if (out.write(text) == text.size() && out.flush() && out.commit())
+        return {};
+    out.cancelWriting();
+    return out.errorString();
 }
 
 } // namespace
@@ -77,13 +90,21 @@ Draft read(const std::filesystem::path& root)
         ::fstat(opened, &found) != 0 || !S_ISREG(found.st_mode))
         return {};
     const QJsonObject stored = QJsonDocument::fromJson(file.readAll()).object();
-    return {stored.value(subjectKey).toString(), stored.value(bodyKey).toString()};
+    return {stored.value(subjectKey).toString(), stored.value(bodyKey).toString(), stored.value(amendsKey).toBool(),
+            stored.value(headKey).toString()};
 }
 
-void keep(const std::filesystem::path& root, const Draft& draft)
+void keep(const std::filesystem::path& root, const Draft& draft, std::function<void(const QString&)> failed)
 {
     keptInThisRun()[root.native()] = draft;
-    writer().start([file = fileFor(root), draft] { write(file, draft); });
+    writer().start([file = fileFor(root), draft, failed = std::move(failed)] {
+        static std::atomic_bool wasTold = false;
+        const QString problem = write(file, draft);
+        if (problem.isEmpty())
+            wasTold = false;
+        else if (failed && !wasTold.exchange(true))
+            QMetaObject::invokeMethod(qApp, [failed, problem] { failed(problem); });
+    });
 }
 
 void finishWriting() { writer().waitForDone(); }

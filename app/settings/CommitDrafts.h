@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <filesystem>
+#include <functional>
 
 /// The commit message that is being written for each repository. It is kept until it is committed: across windows,
 /// launches and crashes. Main thread.
@@ -12,6 +13,8 @@ namespace plovik::commitDrafts {
 struct Draft {
     QString subject;
     QString body;
+    bool amends = false;
+    QString head = {}; ///< hash of HEAD when it was written
 
     bool isEmpty() const { return subject.isEmpty() && body.isEmpty(); }
     bool operator==(const Draft&) const = default;
@@ -22,8 +25,9 @@ struct Draft {
 Draft read(const std::filesystem::path& root);
 
 /// Keeps a draft; an empty one removes what was kept. Returns at once: another thread writes the files, one draft after
-/// the other. A draft whose file cannot be written is kept for this run.
-void keep(const std::filesystem::path& root, const Draft& draft);
+/// the other. A draft whose file cannot be written is kept for this run, and what
+/// was in the file stays there; the first time, `failed` is called in the main thread with the reason.
+void keep(const std::filesystem::path& root, const Draft& draft, std::function<void(const QString&)> failed = {});
 
 /// Waits until all drafts are in their files.
 void finishWriting();

@@ -29,10 +29,12 @@ CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& sn
                          MessageWriter writer)
     : git_(git), window_(window), snapshot_(snapshot), changes_(changes), writer_(std::move(writer))
 {
-    snapshot_.follow({.operationRead = [this](const RepositoryState& read) {
-        if (read.newMessage)
-            showPrepared(exactText(*read.newMessage));
-    }});
+    snapshot_.follow({.operationRead =
+                          [this](const RepositoryState& read) {
+                              if (read.newMessage)
+                                  showPrepared(exactText(*read.newMessage));
+                          },
+                      .afterStatus = [this] { statusRead(); }});
 }
 
 CommitDraft::~CommitDraft() { generating_.request_stop(); }
@@ -82,6 +84,49 @@ void CommitDraft::empty()
     amend = false;
 }
 
+void CommitDraft::recorded(const Text& recordedText)
+{
+    if (text() == recordedText) {
+        empty();
+        return;
+    }
+    amended_.reset();
+    amend = false;
+}
+
+void CommitDraft::restore(const Text& text, bool amends, const std::string& head)
+{
+    setText(text);
+    restored_ = Restored{text, amends, head};
+}
+
+void CommitDraft::statusRead()
+{
+    if (!restored_ || snapshot_.generation.value() == 0)
+        return;
+    const Restored restored = *std::exchange(restored_, std::nullopt);
+    const std::string head = snapshot_.status.value().oid.value_or(std::string());
+    if (text() != restored.text || text() == Text{})
+        return;
+    if (head != restored.head)
+        launch(droppingIfRecorded(restored.text));
+    else if (restored.amends)
+        setAmend(true);
+}
+
+/// Drops a message that HEAD has: its commit ended after its window had closed.
+QCoro::Task<> CommitDraft::droppingIfRecorded(Text recordedText)
+{
+    std::string last;
+    try {
+        last = co_await git_.read(&GitRepository::lastCommitMessage);
+    } catch (const std::exception&) {
+        co_return; // a message too many is better than one too few
+    }
+    if (text() == recordedText && exactText(last).trimmed() == exactText(message()).trimmed())
+        empty();
+}
+
 void CommitDraft::showPrepared(const QString& message)
 {
     if (holdsPreparedMessage())
@@ -120,7 +165,7 @@ void CommitDraft::commit()
     changes_.run({.verb = amend.value() ? Verb::amend : Verb::commit,
                   .title = amend.value() ? tr("Amending…") : tr("Committing…"),
                   .operation = [text = message(), mode](const GitRepository& repo) { repo.commit(text, mode); },
-                  .succeeded = [this] { empty(); }});
+                  .succeeded = [this, text = text()] { recorded(text); }});
 }
 
 QCoro::Task<QString> CommitDraft::writing(std::stop_token stop)

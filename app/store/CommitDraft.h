@@ -39,6 +39,17 @@ public:
     void setBody(const QString& body);
     /// Sets `amend`. Fills an empty commit box with the message to amend.
     void setAmend(bool amends);
+    struct Text {
+        QString subject;
+        QString body;
+        bool operator==(const Text&) const = default;
+    };
+    Text text() const { return {commitSubject.value(), commitBody.value()}; }
+    /// Shows a message that was written earlier, when HEAD was `head`, and was perhaps to amend it. It is dropped once the
+    /// status shows that it was recorded since, and amends only the commit for which it was written.
+    void restore(const Text& text, bool amends, const std::string& head);
+    /// Empties the draft after `text` was recorded. What was typed meanwhile stays.
+    void recorded(const Text& text);
     /// Splits a message into subject and body, and fills the commit box with them.
     void fillCommitFields(const QString& message);
     void empty();
@@ -63,15 +74,11 @@ public:
     void undoMessage();
 
 private:
-    struct Text {
-        QString subject;
-        QString body;
-        bool operator==(const Text&) const = default;
-    };
-    Text text() const { return {commitSubject.value(), commitBody.value()}; }
     void setText(const Text& text);
     void showPrepared(const QString& message);
     QCoro::Task<> fillingAmended();
+    void statusRead();
+    QCoro::Task<> droppingIfRecorded(Text text);
     QCoro::Task<QString> writing(std::stop_token stop);
     void fillWithWritten(const QString& message);
     void updateMessageUndo();
@@ -86,7 +93,13 @@ private:
         Text text;         ///< with which the box was filled
     };
     std::optional<Amended> amended_;
-    std::optional<Text> prepared_; ///< git's message that the box was filled with
+    struct Restored {
+        Text text;
+        bool amends = false;
+        std::string head;
+    };
+    std::optional<Restored> restored_; ///< until the first status has been read
+    std::optional<Text> prepared_;     ///< git's message that the box was filled with
     struct Written {
         Text before;
         Text after;

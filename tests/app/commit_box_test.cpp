@@ -319,7 +319,8 @@ TEST(CommitBox, BringsBackWhatWasTypedUntilItIsCommitted)
     // The same file, under the name of a repository that this run knows nothing of.
     const TestRepository other;
     ASSERT_TRUE(QFile::copy(file, commitDrafts::fileFor(other.path())));
-    EXPECT_EQ(commitDrafts::read(other.path()), (commitDrafts::Draft{u"two"_s, u"why\n"_s}));
+    EXPECT_EQ(commitDrafts::read(other.path()).subject, u"two"_s);
+    EXPECT_EQ(commitDrafts::read(other.path()).body, u"why\n"_s);
     EXPECT_EQ(QFileInfo(file).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
 
     Window window(repo.path());
@@ -353,6 +354,30 @@ TEST(CommitBox, KeepsNoMessageThatGitKeeps)
         QTest::keyClicks(window.subject, u" more"_s);
     }
     EXPECT_EQ(commitDrafts::read(repo.path()).subject, u"one more"_s);
+    {
+        Window window(repo.path());
+        EXPECT_TRUE(window.amend->isChecked());
+        EXPECT_EQ(window.subject->text(), u"one more"_s);
+    }
+    repo.commit("another");
+    Window window(repo.path());
+    EXPECT_FALSE(window.amend->isChecked()) << "it was not for this commit";
+    EXPECT_EQ(window.subject->text(), u"one more"_s);
+}
+
+TEST(CommitBox, ForgetsADraftThatWasCommittedAfterItsWindowHadClosed)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one");
+    {
+        Window window(repo.path());
+        QTest::keyClicks(window.subject, u"two"_s);
+        window.body->setPlainText(u"why"_s);
+    }
+    repo.write("a", "2").commit("two\n\nwhy");
+    Window window(repo.path());
+    EXPECT_EQ(window.subject->text(), QString());
+    EXPECT_EQ(window.body->toPlainText(), QString());
 }
 
 TEST(CommitBox, KeepsADraftForThisRunWhereNothingCanBeWritten)

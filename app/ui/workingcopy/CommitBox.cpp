@@ -114,8 +114,7 @@ void CommitBox::restoreDraft()
     if (!store_.draft().commitSubject.value().isEmpty() || !store_.draft().commitBody.value().isEmpty())
         return;
     const commitDrafts::Draft draft = commitDrafts::read(store_.root());
-    store_.draft().setSubject(draft.subject);
-    store_.draft().setBody(draft.body);
+    store_.draft().restore({draft.subject, draft.body}, draft.amends, draft.head.toStdString());
 }
 
 void CommitBox::userTyped()
@@ -164,7 +163,8 @@ void CommitBox::showMessage()
 
 void CommitBox::activityChanged()
 {
-    const bool wasCommitting = std::exchange(isCommitting_, store_.changes().isRunning({Verb::commit, Verb::amend}));
+    const bool wasCommitting =
+        std::exchange(isCommitting_, store_.changes().isRunning({Verb::commit, Verb::amend, Verb::continueOperation}));
     // Text that is typed now would be lost when the fields are emptied after the commit.
     subject_->setReadOnly(isCommitting_);
     body_->setReadOnly(isCommitting_);
@@ -215,8 +215,15 @@ void CommitBox::keepDraft()
     draftDelay_.stop();
     if (store_.draft().holdsPreparedMessage())
         return; // git keeps it until the operation is over
-    const commitDrafts::Draft draft{store_.draft().commitSubject.value(), store_.draft().commitBody.value()};
-    commitDrafts::keep(store_.root(), draft);
+    const commitDrafts::Draft draft{
+        .subject = store_.draft().commitSubject.value(),
+        .body = store_.draft().commitBody.value(),
+        .amends = store_.draft().amend.value(),
+        .head = QString::fromStdString(store_.snapshot().status.value().oid.value_or(std::string()))};
+    commitDrafts::keep(store_.root(), draft, [window = QPointer<CommitBox>(this)](const QString& problem) {
+        if (window)
+            window->store_.window().tell(tr("The commit message cannot be saved: %1").arg(problem));
+    });
 }
 
 void CommitBox::keepDraftIfWaiting()
