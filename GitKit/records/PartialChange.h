@@ -32,13 +32,4 @@ struct PartialChange {
     bool operator==(const PartialChange&) const = default;
 };
 
-/// What a discard of parts replaced, so that it can be taken back.
-struct PartialDiscard {
-    std::string path;
-    std::optional<std::string> before; ///< the file's bytes; absent when there was no file
-    std::optional<std::string> after;
-
-    bool operator==(const PartialDiscard&) const = default;
-};
-
 } // namespace gitkit

@@ -10,7 +10,7 @@ namespace gitkit {
 
 class GitRepository;
 
-/// The stamps of the files and of the old names of renamed ones, for GitRepository::discard(). Any thread; blocks and
+/// The stamps of the files and of the old names of renamed ones, for a question whose answer comes later. Any thread; blocks and
 /// throws as the methods of GitRepository do.
 std::vector<FileStamp> fileStamps(const GitRepository& repo, const std::vector<FileChange>& files);
 

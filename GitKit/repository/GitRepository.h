@@ -9,7 +9,6 @@
 #include "GitKit/records/CommitMode.h"
 #include "GitKit/records/DiffSection.h"
 #include "GitKit/records/FileRevision.h"
-#include "GitKit/records/FileStamp.h"
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/HistoryFilter.h"
 #include "GitKit/records/HistoryScope.h"
@@ -95,10 +94,8 @@ public:
     void applyToIndex(const PartialChange& change) const;
 
     /// Brings files back to HEAD, one after another, and stops at the first that fails. What git does not know is moved
-    /// to the Trash and never deleted. Does nothing and throws when a file is no longer what `asked`, made by
-    /// fileStamps(), says of it.
-    void discard(const std::vector<FileChange>& files, const Trash& trash,
-                 const std::vector<FileStamp>& asked = {}) const;
+    /// to the Trash and never deleted.
+    void discard(const std::vector<FileChange>& files, const Trash& trash) const;
 
     /// Records the message unchanged, but ends its last line. An amended message that equals HEAD's is not touched.
     void commit(const std::string& message, CommitMode mode) const;

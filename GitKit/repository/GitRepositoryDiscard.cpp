@@ -17,7 +17,7 @@
 //   submodules            are refused, because no command brings back the files in them.
 
 #include "GitKit/Text.h"
-#include "GitKit/repository/FileStamps.h"
+#include "GitKit/repository/Discard.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/StagedPaths.h"
@@ -125,6 +125,20 @@ public:
             restore(file.path, file.index == 'D' ? Known::no : Known::yes);
     }
 
+    /// Brings a file back to what is staged of it.
+    void addUnstaged(const FileChange& file)
+    {
+        const bool hasStaged = file.hasStaged() || (file.worktree != 'A' && file.worktree != 'R');
+        if (file.isSubmodule || file.isUntracked() || !hasStaged) {
+            add(file);
+        } else if (file.worktree != '.') {
+            if (waitingCommand_ != Command::unstaged)
+                finish();
+            clearTheWay(file.path, Known::yes);
+            wait(Command::unstaged, file.path);
+        }
+    }
+
     /// Runs the commands that wait. Must be called at the end and after a failure.
     void finish()
     {
@@ -142,7 +156,7 @@ public:
 
 private:
     using Arguments = std::vector<std::string>;
-    enum class Command { forget, restore };
+    enum class Command { forget, restore, unstaged };
     enum class Known { no, yes };
 
     static constexpr std::size_t largestBatch = 500;
@@ -179,7 +193,7 @@ private:
 
     void restore(const std::string& path, Known known)
     {
-        if (waitingCommand_ == Command::forget)
+        if (waitingCommand_ != Command::restore)
             finish();
         clearTheWay(path, known);
         wait(Command::restore, path);
@@ -234,6 +248,8 @@ private:
     {
         if (command == Command::forget)
             forgetPaths(runner_, paths);
+        else if (command == Command::unstaged)
+            runOnPaths(runner_, {"checkout"}, paths);
         else
             runOnPaths(runner_, {"checkout", "HEAD"}, paths);
     }
@@ -256,8 +272,10 @@ private:
 /// Discards the files of one list, each once.
 class DiscardList {
 public:
-    DiscardList(const std::vector<FileChange>& files, const CurrentChanges& current, Discard& discard)
-        : files_(files), current_(current), discard_(discard)
+    using Add = void (Discard::*)(const FileChange&);
+
+    DiscardList(const std::vector<FileChange>& files, const CurrentChanges& current, Discard& discard, Add add)
+        : files_(files), current_(current), discard_(discard), add_(add)
     {}
 
     void run()
@@ -280,7 +298,7 @@ private:
             makePlace(now->path, *now);
         else if (isRename(*now))
             makePlace(*now->originalPath, *now);
-        discard_.add(*now);
+        (discard_.*add_)(*now);
     }
 
     /// Discards first what bringing a file back would drop from the index.
@@ -301,24 +319,34 @@ private:
     const std::vector<FileChange>& files_;
     const CurrentChanges& current_;
     Discard& discard_;
+    Add add_;
     std::set<const FileChange*> taken_;
 };
 
-} // namespace
-
-void GitRepository::discard(const std::vector<FileChange>& files, const Trash& trash,
-                            const std::vector<FileStamp>& asked) const
+void discardEach(const GitRepository& repo, const std::vector<FileChange>& files, const Trash& trash,
+                 void (Discard::*add)(const FileChange&))
 {
-    requireUnchanged(*this, asked);
-    const CurrentChanges current(status());
-    Discard discard(root_, runner_, trash);
+    const CurrentChanges current(repo.status());
+    Discard discard(repo.root(), repo.runner(), trash);
     try {
-        DiscardList(files, current, discard).run();
+        DiscardList(files, current, discard, add).run();
     } catch (...) {
         discard.finish();
         throw;
     }
     discard.finish();
+}
+
+} // namespace
+
+void GitRepository::discard(const std::vector<FileChange>& files, const Trash& trash) const
+{
+    discardEach(*this, files, trash, &Discard::add);
+}
+
+void discardUnstaged(const GitRepository& repo, const std::vector<FileChange>& files, const Trash& trash)
+{
+    discardEach(repo, files, trash, &Discard::addUnstaged);
 }
 
 } // namespace gitkit

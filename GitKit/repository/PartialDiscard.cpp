@@ -2,14 +2,12 @@
 #include "GitKit/repository/PartialDiscard.h"
 
 #include "GitKit/FileReplacement.h"
-#include "GitKit/RegularFile.h"
 #include "GitKit/Text.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/ReversedFile.h"
 #include "GitKit/repository/StaleChange.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
@@ -18,33 +16,6 @@
 namespace gitkit {
 
 namespace {
-
-/// Files past this are discarded without a way back.
-constexpr std::uintmax_t largestKept = std::uintmax_t{64} << 20;
-
-bool standsOnDisk(const std::filesystem::path& file)
-{
-    struct stat found{};
-    return ::lstat(file.c_str(), &found) == 0;
-}
-
-bool isKeepable(const std::filesystem::path& file)
-{
-    struct stat found{};
-    return ::lstat(file.c_str(), &found) == 0 && S_ISREG(found.st_mode) &&
-           static_cast<std::uintmax_t>(found.st_size) <= largestKept;
-}
-
-/// A file's bytes; nothing when there is none. Throws when it cannot be read.
-std::optional<std::string> fileBytes(const std::filesystem::path& file)
-{
-    if (!standsOnDisk(file))
-        return std::nullopt;
-    std::optional<std::string> bytes = regularFileBytes(file);
-    if (!bytes)
-        throw GitError("apply", 1, inQuotes(file.string()) + " could not be read.");
-    return bytes;
-}
 
 [[noreturn]] void throwUnwritable(const std::filesystem::path& file)
 {
@@ -80,33 +51,14 @@ void writeContent(const std::filesystem::path& file, const std::optional<FileCon
 
 } // namespace
 
-std::optional<PartialDiscard> discardPart(const GitRepository& repo, const PartialChange& change)
+void discardPart(const GitRepository& repo, const PartialChange& change)
 {
     const std::filesystem::path file = repo.root() / change.path;
     const auto sign = signOf(file);
-    const bool kept = !standsOnDisk(file) || isKeepable(file);
-    PartialDiscard done{change.path, kept ? fileBytes(file) : std::nullopt, std::nullopt};
     const std::optional<FileContent> content = reversedFile(repo, change);
     if (signOf(file) != sign)
         throw staleChange();
     writeContent(file, content);
-    if (!kept || (content && content->isLink))
-        return std::nullopt;
-    if (content)
-        done.after = content->bytes;
-    return done;
-}
-
-void undoDiscard(const GitRepository& repo, const PartialDiscard& discard)
-{
-    const std::filesystem::path file = repo.root() / discard.path;
-    if (fileBytes(file) != discard.after)
-        throw GitError("apply", 1, "The file has changed since the discard, so that it cannot be taken back any more.",
-                       ErrorKind::changedMeanwhile);
-    if (discard.before && !replaceFile(file, *discard.before))
-        throwUnwritable(file);
-    if (!discard.before)
-        std::filesystem::remove(file);
 }
 
 } // namespace gitkit

@@ -5,6 +5,7 @@
 #include "app/store/Changes.h"
 #include "app/store/CommandLog.h"
 #include "app/store/CommitDraft.h"
+#include "app/store/Discards.h"
 #include "app/store/GitAccess.h"
 #include "app/store/History.h"
 #include "app/store/Snapshot.h"
@@ -39,6 +40,8 @@ public:
     const Snapshot& snapshot() const { return snapshot_; }
     Changes& changes() { return changes_; }
     const Changes& changes() const { return changes_; }
+    Discards& discards() { return discards_; }
+    const Discards& discards() const { return discards_; }
     Staging& staging() { return staging_; }
     const Staging& staging() const { return staging_; }
     CommitDraft& draft() { return draft_; }
@@ -49,7 +52,7 @@ public:
     const Trail& trail() const { return trail_; }
 
     /// Returns the parts that actions use.
-    Actors actors() { return {git_, services_, window_, snapshot_, changes_, draft_}; }
+    Actors actors() { return {git_, services_, window_, snapshot_, changes_, discards_, draft_}; }
     /// Returns the access that readers use.
     const GitAccess& git() const { return git_; }
 
@@ -60,7 +63,8 @@ private:
     WindowState window_;
     Snapshot snapshot_{git_, window_};
     Changes changes_{git_, log_, snapshot_, window_, services_.signIn};
-    Staging staging_{git_, window_, snapshot_, changes_, services_.trash};
+    Discards discards_{window_, snapshot_, changes_};
+    Staging staging_{git_, window_, snapshot_, changes_, discards_, services_.trash};
     CommitDraft draft_{git_, window_, snapshot_, changes_, services_.messages};
     History history_{git_, window_, snapshot_};
     Trail trail_{git_, window_, snapshot_, history_};

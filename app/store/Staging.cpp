@@ -2,12 +2,16 @@
 #include "app/store/Staging.h"
 
 #include "GitKit/PartialPatch.h"
+#include "GitKit/repository/Discard.h"
+#include "GitKit/repository/DiscardExtent.h"
 #include "GitKit/repository/FileStamps.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Operations.h"
 #include "GitKit/repository/PartialDiscard.h"
 #include "app/store/Changes.h"
+#include "app/store/DiscardQuestion.h"
+#include "app/store/Discards.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
 #include "app/store/WindowState.h"
@@ -32,8 +36,9 @@ bool isNew(const FileChange& file) { return file.index == '?' || file.index == '
 
 } // namespace
 
-Staging::Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, gitkit::Trash trash)
-    : git_(git), window_(window), snapshot_(snapshot), changes_(changes), trash_(std::move(trash))
+Staging::Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, Discards& discards,
+                 gitkit::Trash trash)
+    : git_(git), window_(window), snapshot_(snapshot), changes_(changes), discards_(discards), trash_(std::move(trash))
 {
     snapshot_.follow({.beforeStatus = [this] { endedBeforeRead_ = changes_.ended(); },
                       .afterStatus = [this] { forgetShownStaging(); }});
@@ -228,54 +233,44 @@ void Staging::confirmDiscard(const Files& files)
 {
     if (files.empty())
         return;
-    if (const QString reason = reasonAgainstDiscard(files); !reason.isEmpty()) {
+    if (const QString reason = reasonAgainstDiscard(files); !reason.isEmpty())
         window_.tell(reason);
-        return;
+    else
+        launch(askingToDiscard(files));
+}
+
+QCoro::Task<> Staging::askingToDiscard(Files files)
+{
+    std::optional<gitkit::DiscardExtent> counts;
+    std::vector<gitkit::FileStamp> stamps;
+    try {
+        stamps = co_await git_.read(&gitkit::fileStamps, files);
+        counts = co_await git_.read(&gitkit::discardExtent, files);
+    } catch (const std::exception&) {
+        // The question says less, and what is discarded is kept all the same.
     }
-    const auto count = static_cast<int>(files.size());
-    Confirmation question;
-    if (std::ranges::all_of(files, isNew)) {
-        question.title =
-            count == 1 ? tr("Delete %1?").arg(inQuotes(files.front().path)) : tr("Delete %n file(s)?", nullptr, count);
-        question.message = count == 1 ? tr("The file is moved to the Trash.") : tr("The files are moved to the Trash.");
-        question.actionTitle = tr("Delete");
-    } else {
-        question.title = count == 1 ? tr("Discard changes in %1?").arg(inQuotes(files.front().path))
-                                    : tr("Discard changes in %n file(s)?", nullptr, count);
-        question.message = std::ranges::any_of(files, isNew)
-                               ? tr("Local modifications are lost. New files are moved to the Trash.")
-                               : tr("Local modifications are lost.");
-        question.actionTitle = tr("Discard");
-    }
-    question.action = [this, files, asked = stampsOf(files)] { discard(files, asked); };
+    Confirmation question = discardQuestion(files, counts);
+    question.action = [this, files, stamps] { discard(files, stamps, Discarded::all); };
+    if (!question.alternativeTitle.isEmpty())
+        question.alternative = [this, files, stamps] { discard(files, stamps, Discarded::unstaged); };
     window_.ask(std::move(question));
 }
 
-Staging::Stamps Staging::stampsOf(const Files& files)
+void Staging::discard(const Files& files, const std::vector<gitkit::FileStamp>& stamps, Discarded what)
 {
-    auto stamps = std::make_shared<std::vector<gitkit::FileStamp>>();
-    launch(readingStamps(files, stamps));
-    return stamps;
-}
-
-QCoro::Task<> Staging::readingStamps(Files files, Stamps stamps)
-{
-    try {
-        *stamps = co_await git_.read(&gitkit::fileStamps, files);
-    } catch (const std::exception&) {
-        // The discard itself will say what cannot be read.
-    }
-}
-
-void Staging::discard(const Files& files, const Stamps& asked)
-{
-    changes_.run(
-        {.verb = Verb::discard,
-         .operation = [files, stamps = *asked, isOld = isListOld(), trash = trash_](const GitRepository& repo) {
-             if (isOld)
-                 requireNoNewConflicts(repo, files);
-             repo.discard(files, trash, stamps);
-         }});
+    discards_.run({.verb = Verb::discard,
+                   .operation =
+                       [files, what, trash = trash_](const GitRepository& repo) {
+                           if (what == Discarded::unstaged)
+                               gitkit::discardUnstaged(repo, files, trash);
+                           else
+                               repo.discard(files, trash);
+                       }},
+                  files, [files, stamps, isOld = isListOld()](const GitRepository& repo) {
+                      if (isOld)
+                          requireNoNewConflicts(repo, files);
+                      gitkit::requireUnchanged(repo, stamps);
+                  });
 }
 
 void Staging::confirmDiscardPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
@@ -288,7 +283,7 @@ void Staging::confirmDiscardPart(const std::string& path, const gitkit::ParsedDi
     question.title =
         (part == DiscardedPart::hunk ? tr("Discard this hunk of %1?") : tr("Discard the selected lines of %1?"))
             .arg(inQuotes(path));
-    question.message = tr("You can undo this as long as the file does not change again.");
+    question.message = tr("Undo brings it back.");
     question.actionTitle = tr("Discard");
     question.action = [this, change = std::move(*change)] { discardPart(change); };
     window_.ask(std::move(question));
@@ -296,25 +291,12 @@ void Staging::confirmDiscardPart(const std::string& path, const gitkit::ParsedDi
 
 void Staging::discardPart(const gitkit::PartialChange& change)
 {
-    // The worker writes it; the main thread reads it once the operation has ended.
-    const auto kept = std::make_shared<std::optional<gitkit::PartialDiscard>>();
-    changes_.run({.verb = Verb::discard,
-                  .operation = [change, kept](const GitRepository& repo) { *kept = gitkit::discardPart(repo, change); },
-                  .succeeded =
-                      [this, kept] {
-                          lastDiscard_ = std::move(*kept);
-                          canUndoDiscard = lastDiscard_.has_value();
-                      }});
-}
-
-void Staging::undoDiscard()
-{
-    const std::optional<gitkit::PartialDiscard> discard = std::exchange(lastDiscard_, std::nullopt);
-    canUndoDiscard = false;
-    if (discard)
-        changes_.run({.verb = Verb::undoDiscard, .operation = [discard = *discard](const GitRepository& repo) {
-                          gitkit::undoDiscard(repo, discard);
-                      }});
+    FileChange file;
+    file.path = change.path;
+    file.worktree = 'M';
+    discards_.run({.verb = Verb::discard,
+                   .operation = [change](const GitRepository& repo) { gitkit::discardPart(repo, change); }},
+                  {file});
 }
 
 } // namespace plovik

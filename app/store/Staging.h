@@ -23,6 +23,7 @@
 namespace plovik {
 
 class Changes;
+class Discards;
 class Snapshot;
 class WindowState;
 
@@ -35,7 +36,8 @@ public:
     using Files = std::vector<gitkit::FileChange>;
 
     /// `trash` is called on the worker's threads.
-    Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, gitkit::Trash trash);
+    Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, Discards& discards,
+            gitkit::Trash trash);
     Staging(const Staging&) = delete;
     Staging& operator=(const Staging&) = delete;
 
@@ -65,14 +67,12 @@ public:
     static QString discardTitle(const Files& files);
     /// Returns why these files cannot be discarded, or an empty string when they can.
     static QString reasonAgainstDiscard(const Files& files);
+    /// Asks what exactly to discard, once it is known how much there is.
     void confirmDiscard(const Files& files);
     enum class DiscardedPart { hunk, lines };
     /// Asks, and then discards the selected lines of a file's unstaged diff.
     void confirmDiscardPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
                             DiscardedPart part);
-    /// Whether the last discard of hunks or lines can be undone.
-    Observed<bool, Staging> canUndoDiscard{false};
-    void undoDiscard();
 
 private:
     void stageChecked(const Files& files, GitAccess::Operation operation);
@@ -81,21 +81,19 @@ private:
     void showStaging(const Files& files, gitkit::StageState state);
     void forgetShownStaging();
     bool isListOld() const;
-    using Stamps = std::shared_ptr<std::vector<gitkit::FileStamp>>;
-    /// Returns the stamps of files that the user is about to be asked about. Empty until they are read.
-    Stamps stampsOf(const Files& files);
-    QCoro::Task<> readingStamps(Files files, Stamps stamps);
-    void discard(const Files& files, const Stamps& asked);
+    QCoro::Task<> askingToDiscard(Files files);
+    enum class Discarded { all, unstaged };
+    void discard(const Files& files, const std::vector<gitkit::FileStamp>& stamps, Discarded what);
     void discardPart(const gitkit::PartialChange& change);
 
     const GitAccess& git_;
     WindowState& window_;
     Snapshot& snapshot_;
     Changes& changes_;
+    Discards& discards_;
     gitkit::Trash trash_;
     std::map<std::string, gitkit::StageState> shownStaging_; ///< by path, of files with changes under way
     qint64 endedBeforeRead_ = 0;                             ///< Changes::ended() when the last status read began
-    std::optional<gitkit::PartialDiscard> lastDiscard_;
 };
 
 } // namespace plovik

@@ -179,6 +179,76 @@
     </message>
 </context>
 <context>
+    <name>plovik::Discard</name>
+    <message numerus="yes">
+        <source>%n staged line(s)</source>
+        <translation>
+            <numerusform>%n staged line</numerusform>
+            <numerusform>%n staged lines</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n changed line(s)</source>
+        <translation>
+            <numerusform>%n changed line</numerusform>
+            <numerusform>%n changed lines</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n staged one(s)</source>
+        <comment>behind a number of lines</comment>
+        <translation>
+            <numerusform>%1 and %n staged one</numerusform>
+            <numerusform>%1 and %n staged ones</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n binary file(s)</source>
+        <translation>
+            <numerusform>%n binary file</numerusform>
+            <numerusform>%n binary files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n new file(s)</source>
+        <translation>
+            <numerusform>%n new file</numerusform>
+            <numerusform>%n new files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Delete %n file(s)?</source>
+        <translation>
+            <numerusform>Delete %n file?</numerusform>
+            <numerusform>Delete %n files?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Discard changes in %n file(s)?</source>
+        <translation>
+            <numerusform>Discard changes in %n file?</numerusform>
+            <numerusform>Discard changes in %n files?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::Discards</name>
+    <message numerus="yes">
+        <source>%1 and %n other file(s)</source>
+        <translation>
+            <numerusform>%1 and %n other file</numerusform>
+            <numerusform>%1 and %n other files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) have changed since the discard</source>
+        <translation>
+            <numerusform>%n file have changed since the discard</numerusform>
+            <numerusform>%n files have changed since the discard</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::HistorySearchRow</name>
     <message numerus="yes">
         <source>%n+ commits</source>
@@ -229,20 +299,6 @@
         <translation>
             <numerusform>%n file still contain conflict markers</numerusform>
             <numerusform>%n files still contain conflict markers</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Delete %n file(s)?</source>
-        <translation>
-            <numerusform>Delete %n file?</numerusform>
-            <numerusform>Delete %n files?</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>Discard changes in %n file(s)?</source>
-        <translation>
-            <numerusform>Discard changes in %n file?</numerusform>
-            <numerusform>Discard changes in %n files?</numerusform>
         </translation>
     </message>
 </context>

@@ -322,7 +322,7 @@ TEST_F(MainMenuTest, UndoIsTheTextsAsLongAsItHasSomethingToUndo)
         return undo->isEnabled() ? undo->text() : u"("_s + undo->text() + u")"_s;
     };
     EXPECT_EQ(shownTitle(), u"(Undo)"_s);
-    given(store.staging().canUndoDiscard, true);
+    given(store.discards().canUndo, true);
     EXPECT_EQ(undo->text(), u"Undo Discard"_s);
     QTest::keyClicks(&text, u"word"_s);
     EXPECT_EQ(shownTitle(), u"Undo"_s);

@@ -66,7 +66,6 @@ TEST_F(OperationBarTest, SaysWhatGoesOnAndOffersWhatGitDoes)
     EXPECT_EQ(says(), "Rebasing topic onto main 1 of 2: " + first + " first 1 conflict left");
     EXPECT_EQ(buttons(), "-Continue Skip Abort ");
     button(u"Skip"_s)->click();
-    EXPECT_EQ(buttons(), "-Continue -Skip -Abort ") << "while it runs";
     ASSERT_TRUE(worker.settle());
     EXPECT_TRUE(bar.isHidden());
 
@@ -75,6 +74,7 @@ TEST_F(OperationBarTest, SaysWhatGoesOnAndOffersWhatGitDoes)
     EXPECT_EQ(says(), "Merging topic into main");
     EXPECT_EQ(buttons(), "Continue Abort ");
     button(u"Continue"_s)->click();
+    EXPECT_EQ(buttons(), "-Continue -Abort ") << "while it runs";
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "Merge branch 'topic'");
 

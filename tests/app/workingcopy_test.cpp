@@ -148,6 +148,7 @@ TEST_F(WorkingCopy, DoesWithKeysWhatTheMouseCan)
     QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, onName);
     EXPECT_EQ(opened, std::vector{repo / "lib/c.txt"});
     QTest::keyClick(&list(), Qt::Key_Delete);
+    ASSERT_TRUE(worker.settle());
     ASSERT_TRUE(store.window().confirmation.value());
     EXPECT_EQ(store.window().confirmation.value()->title, u"Discard changes in “lib/c.txt”?"_s);
 

@@ -4,6 +4,7 @@
 
 #include "GitKit/PartialPatch.h"
 #include "GitKit/parsers/DiffParser.h"
+#include "GitKit/repository/Keeping.h"
 #include "GitKit/repository/PartialDiscard.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
@@ -269,11 +270,15 @@ public:
                 EXPECT_EQ(modeOf(one.path), mode) << "failing, seed " << one.seed;
                 smudge("cat");
             }
-            const auto done = discardPart(repository_, *change);
+            FileChange file;
+            file.path = one.path;
+            const Keeping done = keeping(repository_, repo_ / ".git", {file}, Taking::discard,
+                                         [&] { discardPart(repository_, *change); });
+            EXPECT_FALSE(done.failure) << "seed " << one.seed;
             EXPECT_TRUE(readFile(one.path) == part->expected) << "discarding, seed " << one.seed;
             EXPECT_EQ(modeOf(one.path), one.changesMode && isWhole(part->diff, part->selected) ? 0644U : mode)
                 << "discarding, seed " << one.seed;
-            undoDiscard(repository_, done.value());
+            EXPECT_TRUE(bringBack(repository_, repo_ / ".git", done.kept.value()).left.empty());
             EXPECT_TRUE(readFile(one.path) == one.after) << "undoing a discard, seed " << one.seed;
             ++made;
         }

@@ -321,8 +321,42 @@ TEST_F(StoreOperation, AnEmptyStepIsTheUsersToSkip)
     EXPECT_NE(error().find("empty"), std::string::npos) << error();
     ASSERT_TRUE(isIn(Kind::cherryPick));
     act(&actions::skipOperation);
+    EXPECT_TRUE(confirm()) << "the resolution goes";
     EXPECT_EQ(error(), "");
     EXPECT_FALSE(store.snapshot().inProgress.value());
+}
+
+TEST_F(StoreOperation, SkippingAsksForWhatWouldBeLostAndKeepsIt)
+{
+    branches();
+    repo.git({"checkout", "-q", "topic"});
+    begin({"rebase", "main"});
+    repo.write("f", "half resolved\n").write("other", "edited during the rebase\n");
+    load();
+    act(&actions::skipOperation);
+    ASSERT_TRUE(store.window().confirmation.value());
+    const std::string asked = store.window().confirmation.value()->message.toStdString();
+    EXPECT_NE(asked.find("“f” and “other”"), std::string::npos) << asked;
+    EXPECT_EQ(asked.find("undone"), std::string::npos) << "the steps that were done stay";
+    EXPECT_TRUE(confirm());
+    EXPECT_NE(readFile(repo / "other"), "edited during the rebase\n");
+    store.discards().undo();
+    worker.finishAll();
+    EXPECT_EQ(readFile(repo / "other"), "edited during the rebase\n");
+}
+
+TEST_F(StoreOperation, WhatIsTypedWhileContinuingStays)
+{
+    branches();
+    begin({"merge", "topic"});
+    takeAll(Side::ours);
+    store.draft().setSubject(QStringLiteral("recorded"));
+    actions::continueOperation(store.actors());
+    store.draft().setSubject(QStringLiteral("typed since"));
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(subjects("HEAD~1..HEAD").substr(0, 8), "recorded");
+    EXPECT_EQ(box(), "typed since|");
 }
 
 TEST_F(StoreOperation, AbortingAsksForWhatWouldBeLost)

@@ -219,21 +219,31 @@ TEST_F(StoreStaging, ADiscardOfLinesCanBeTakenBackWhileTheFileMatches)
     EXPECT_EQ(content("a"), before) << "not before it is confirmed";
     confirm();
     EXPECT_EQ(content("a"), "1\n2\n");
-    ASSERT_TRUE(store.staging().canUndoDiscard.value());
-    store.staging().undoDiscard();
+    ASSERT_TRUE(store.discards().canUndo.value());
+    store.discards().undo();
+    store.discards().undo(); // a second press finds nothing, and disturbs nothing
     worker.finishAll();
     EXPECT_EQ(content("a"), before);
-    EXPECT_FALSE(store.staging().canUndoDiscard.value());
+    EXPECT_EQ(error(), "");
+    EXPECT_FALSE(store.discards().canUndo.value());
 
     load();
     const ParsedDiff again = diffOf("a", "Unstaged");
     store.staging().confirmDiscardPart("a", again, changesIn(again), Staging::DiscardedPart::hunk);
     confirm();
     repo.write("a", "typed since\n");
-    store.staging().undoDiscard();
+    store.discards().undo();
     worker.finishAll();
     EXPECT_EQ(content("a"), "typed since\n");
-    EXPECT_NE(error(), "");
+    ASSERT_TRUE(store.window().confirmation.value() && store.window().confirmation.value()->place);
+    EXPECT_TRUE(store.discards().canUndo.value()) << "the copy stays";
+    store.window().confirmation.value()->place->chosen(trash.path() / "saved");
+    worker.finishAll();
+    std::ifstream saved(trash.path() / "saved", std::ios::binary);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), before);
+    store.window().confirmAlternative(store.window().confirmation.value()->id);
+    worker.finishAll();
+    EXPECT_FALSE(store.discards().canUndo.value());
 }
 
 TEST_F(StoreStaging, DiscardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
@@ -241,15 +251,19 @@ TEST_F(StoreStaging, DiscardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
     repo.write("a", "1").commit("one").write("a", "2").write("new.txt", "mine");
     load();
     store.staging().confirmDiscard({file("new.txt")});
+    worker.finishAll();
+    EXPECT_EQ(store.window().confirmation.value()->detail, QStringLiteral("1 new file. Undo brings everything back."));
     EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Delete “new.txt”?"));
     EXPECT_EQ(store.window().confirmation.value()->message, QStringLiteral("The file is moved to the Trash."));
     store.staging().confirmDiscard({file("a")});
+    worker.finishAll();
     EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Discard changes in “a”?"));
     EXPECT_EQ(store.window().confirmation.value()->message, QStringLiteral("Local modifications are lost."));
 
     const auto both = store.snapshot().status.value().files;
     EXPECT_EQ(Staging::discardTitle(both), QStringLiteral("Discard Changes…"));
     store.staging().confirmDiscard(both);
+    worker.finishAll();
     EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Discard changes in 2 files?"));
     EXPECT_EQ(store.window().confirmation.value()->message,
               QStringLiteral("Local modifications are lost. New files are moved to the Trash."));
@@ -271,6 +285,36 @@ TEST_F(StoreStaging, ADiscardTakesOnlyWhatItAskedAbout)
     EXPECT_EQ(content("a"), "typed while the question stood");
     EXPECT_EQ(content("b"), "2");
     EXPECT_NE(error().find("has changed since you were asked"), std::string::npos) << error();
+}
+
+TEST_F(StoreStaging, StagedWorkIsNamedBeforeItIsDiscardedAndCanStay)
+{
+    repo.write("a", "1\n").commit("one").write("a", "2\n").git({"add", "a"}).write("a", "2\n3\n").write("new", "n");
+    load();
+    const auto both = store.snapshot().status.value().files;
+    store.staging().confirmDiscard(both);
+    worker.finishAll();
+    const Confirmation question = *store.window().confirmation.value();
+    EXPECT_EQ(question.detail,
+              QStringLiteral("1 changed line and 1 staged one; 1 new file. Undo brings everything back."));
+    EXPECT_EQ(question.alternativeTitle, QStringLiteral("Discard Unstaged Only"));
+    store.window().confirmAlternative(question.id);
+    worker.finishAll();
+    EXPECT_EQ(content("a"), "2\n");
+    EXPECT_EQ(repo.read({"show", ":a"}), "2");
+
+    store.staging().confirmDiscard({file("a")});
+    worker.finishAll();
+    EXPECT_EQ(store.window().confirmation.value()->alternativeTitle, QString());
+    confirm();
+    EXPECT_EQ(content("a"), "1\n");
+    store.discards().undo();
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"show", ":a"}), "2");
+    store.discards().undo();
+    worker.finishAll();
+    EXPECT_EQ(content("a"), "2\n3\n");
+    EXPECT_EQ(content("new"), "n");
 }
 
 TEST_F(StoreStaging, CommittingNeedsASubjectAndSomethingToCommit)

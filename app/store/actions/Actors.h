@@ -8,6 +8,7 @@ namespace plovik {
 
 class Changes;
 class CommitDraft;
+class Discards;
 class Snapshot;
 class WindowState;
 
@@ -18,6 +19,7 @@ struct Actors {
     WindowState& window;
     const Snapshot& snapshot;
     Changes& changes;
+    Discards& discards;
     CommitDraft& draft;
 };
 

@@ -5,6 +5,7 @@
 #include "GitKit/repository/Operations.h"
 #include "app/store/Changes.h"
 #include "app/store/CommitDraft.h"
+#include "app/store/Discards.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
 #include "app/store/WindowState.h"
@@ -42,6 +43,14 @@ struct OwnMessage {
 
 /// Whether the message was recorded; git may fail after that. Set on the worker, read after the operation has ended.
 using Recorded = std::shared_ptr<std::atomic_bool>;
+
+/// Returns the changed files that git knows.
+std::vector<gitkit::FileChange> trackedChanges(const Snapshot& snapshot)
+{
+    std::vector<gitkit::FileChange> files = snapshot.status.value().files;
+    std::erase_if(files, &gitkit::FileChange::isUntracked);
+    return files;
+}
 
 QString noun(Kind kind)
 {
@@ -107,10 +116,10 @@ QString lossText(const gitkit::AbortLoss& loss, Kind kind)
     return sentences.join(u' ');
 }
 
-void endOperation(WindowState& window, Changes& changes, const OperationInProgress& now, Step step);
+void endOperation(Actors actors, const OperationInProgress& now, Step step);
 
 /// Called when git could not go back. Offers to end the operation without going back.
-void confirmForget(WindowState& window, Changes& changes, const OperationInProgress& now, const QString& problem)
+void confirmForget(Actors actors, const OperationInProgress& now, const QString& problem)
 {
     Confirmation question;
     question.title = OperationTexts::tr("Git cannot go back to where the %1 began").arg(noun(now.kind));
@@ -118,11 +127,11 @@ void confirmForget(WindowState& window, Changes& changes, const OperationInProgr
         problem + u"\n\n"_s +
         OperationTexts::tr("The %1 can be ended here instead. Every file stays as it is.").arg(noun(now.kind));
     question.actionTitle = OperationTexts::tr("End Here");
-    question.action = [&window, &changes, now] { endOperation(window, changes, now, Step::forget); };
-    window.ask(std::move(question));
+    question.action = [actors, now] { endOperation(actors, now, Step::forget); };
+    actors.window.ask(std::move(question));
 }
 
-void endOperation(WindowState& window, Changes& changes, const OperationInProgress& now, Step step)
+void endOperation(Actors actors, const OperationInProgress& now, Step step)
 {
     const bool resets = now.kind == Kind::bisect;
     Change change{
@@ -132,35 +141,57 @@ void endOperation(WindowState& window, Changes& changes, const OperationInProgre
         .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
     // git cannot go back when files are missing or the branch is gone.
     if (step == Step::abort && (now.isIncomplete || resets)) {
-        change.failed = [&window, &changes, now](const Failure& failure) {
-            confirmForget(window, changes, now, failure.message);
+        change.failed = [actors, now](const Failure& failure) {
+            confirmForget(actors, now, failure.message);
             return true;
         };
     }
-    changes.run(std::move(change));
+    if (step == Step::abort && !resets)
+        actors.discards.runStep(std::move(change), trackedChanges(actors.snapshot));
+    else
+        actors.changes.run(std::move(change));
 }
 
-QCoro::Task<> abortingAfterCheck(Actors actors, OperationInProgress now, std::filesystem::path gitDirectory)
+void skipNow(Actors actors, const OperationInProgress& now)
 {
-    QString message;
+    actors.discards.runStep({.verb = Verb::skipStep,
+                             .title = OperationTexts::tr("Skipping commit…"),
+                             .operation = [now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); }},
+                            trackedChanges(actors.snapshot));
+}
+
+void takeStep(Actors actors, const OperationInProgress& now, Step step)
+{
+    if (step == Step::skip)
+        skipNow(actors, now);
+    else
+        endOperation(actors, now, step);
+}
+
+/// Skips a commit or aborts, after a question where work would be lost.
+QCoro::Task<> steppingAfterCheck(Actors actors, OperationInProgress now, std::filesystem::path gitDirectory, Step step)
+{
+    Confirmation question;
     try {
-        const gitkit::AbortLoss loss = co_await actors.git.read(&gitkit::abortLoss, now, gitDirectory);
+        gitkit::AbortLoss loss = co_await actors.git.read(&gitkit::abortLoss, now, gitDirectory);
+        if (step == Step::skip)
+            loss.steps = 0; // they stay
         if (!loss.isNothing())
-            message = lossText(loss, now.kind);
+            question.message = lossText(loss, now.kind);
+        if (!loss.paths.empty())
+            question.detail = OperationTexts::tr("The files are kept: Undo brings them back where they still fit.");
     } catch (const std::exception& thrown) {
-        message = OperationTexts::tr("What would be lost cannot be found out: %1").arg(failureOf(thrown).message);
+        question.message =
+            OperationTexts::tr("What would be lost cannot be found out: %1").arg(failureOf(thrown).message);
     }
-    if (message.isEmpty()) {
-        endOperation(actors.window, actors.changes, now, Step::abort);
+    if (question.message.isEmpty()) {
+        takeStep(actors, now, step);
         co_return;
     }
-    Confirmation question;
-    question.title = OperationTexts::tr("Abort the %1?").arg(noun(now.kind));
-    question.message = message;
-    question.actionTitle = OperationTexts::tr("Abort");
-    question.action = [&window = actors.window, &changes = actors.changes, now] {
-        endOperation(window, changes, now, Step::abort);
-    };
+    question.title = step == Step::skip ? OperationTexts::tr("Skip this commit?")
+                                        : OperationTexts::tr("Abort the %1?").arg(noun(now.kind));
+    question.actionTitle = step == Step::skip ? OperationTexts::tr("Skip") : OperationTexts::tr("Abort");
+    question.action = [actors, now, step] { takeStep(actors, now, step); };
     actors.window.ask(std::move(question));
 }
 
@@ -191,9 +222,9 @@ void continueOperation(Actors actors)
     if (!draft.commitSubject.value().trimmed().isEmpty() && !draft.holdsPreparedMessage() && !now.appliesPatches)
         message = OwnMessage{draft.message(), draft.amend.value() ? CommitMode::amend : CommitMode::create};
     const auto recorded = std::make_shared<std::atomic_bool>(false);
-    const auto emptyWhatWasRecorded = [&draft, recorded] {
+    const auto emptyWhatWasRecorded = [&draft, recorded, text = draft.text()] {
         if (*recorded)
-            draft.empty();
+            draft.recorded(text);
     };
     actors.changes.run({.verb = Verb::continueOperation,
                         .title = OperationTexts::tr("Continuing %1…").arg(noun(now.kind)),
@@ -213,11 +244,9 @@ void continueOperation(Actors actors)
 void skipOperation(Actors actors)
 {
     const std::optional<OperationInProgress>& now = operationOf(actors);
-    if (now && now->canSkip())
-        actors.changes.run(
-            {.verb = Verb::skipStep,
-             .title = OperationTexts::tr("Skipping commit…"),
-             .operation = [now = *now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); }});
+    const std::optional<std::filesystem::path>& directory = actors.snapshot.gitDirectory();
+    if (now && directory && now->canSkip() && actors.changes.offers(Verb::skipStep))
+        launch(steppingAfterCheck(actors, *now, *directory, Step::skip));
 }
 
 void abortOperation(Actors actors)
@@ -229,7 +258,7 @@ void abortOperation(Actors actors)
     if (now->kind == Kind::bisect)
         resetBisect(actors);
     else
-        launch(abortingAfterCheck(actors, *now, *directory));
+        launch(steppingAfterCheck(actors, *now, *directory, Step::abort));
 }
 
 void bisect(Actors actors, gitkit::BisectMark mark)
@@ -250,7 +279,7 @@ void resetBisect(Actors actors)
 {
     const std::optional<OperationInProgress>& now = operationOf(actors);
     if (now && now->kind == Kind::bisect)
-        endOperation(actors.window, actors.changes, *now, Step::abort);
+        endOperation(actors, *now, Step::abort);
 }
 
 } // namespace plovik::actions

@@ -41,7 +41,7 @@ bool isInCommitBox(const QWidget* widget)
 
 UndoCommand::UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store)
     : QObject(&menu), action_(action), window_(menu.parentWidget()->window()), store_(store),
-      discardNotifier_(store.staging().canUndoDiscard.addNotifier([this] { show(); })),
+      discardNotifier_(store.discards().canUndo.addNotifier([this] { show(); })),
       messageNotifier_(store.draft().canUndoMessage.addNotifier([this] { show(); }))
 {
     connect(&action, &QAction::triggered, this, &UndoCommand::run);
@@ -59,7 +59,7 @@ UndoCommand::Target UndoCommand::target() const
         return Target::writtenMessage;
     if (textCan)
         return Target::text;
-    return store_.staging().canUndoDiscard.value() ? Target::discard : Target::nothing;
+    return store_.discards().canUndo.value() ? Target::discard : Target::nothing;
 }
 
 void UndoCommand::show()
@@ -77,7 +77,7 @@ void UndoCommand::run()
     case Target::writtenMessage:
         return store_.draft().undoMessage();
     case Target::discard:
-        return store_.staging().undoDiscard();
+        return store_.discards().undo();
     case Target::text:
         QMetaObject::invokeMethod(QApplication::focusWidget(), "undo");
         return;

@@ -3,6 +3,7 @@
 
 #include "app/settings/CodeFont.h"
 #include "app/ui/dialogs/DialogParts.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/TerminalText.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
@@ -111,7 +112,7 @@ ErrorAlert::ErrorAlert(const Failure& failure, QWidget* parent)
 void ErrorAlert::setFailure(const Failure& failure)
 {
     const QString title = titleOf(failure);
-    setWindowTitle(title);
+    setWindowTitle(plainTitle(title));
     setAccessibleName(title);
     title_->setText(title);
     const QString shown = boundedText(withoutTerminalCodes(failure.message));

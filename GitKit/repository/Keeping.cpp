@@ -1,0 +1,392 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/Keeping.h"
+
+#include "GitKit/Text.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/KeptList.h"
+#include "GitKit/repository/PathCommand.h"
+#include "GitKit/runner/GitError.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <map>
+#include <set>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace gitkit {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Entries = std::map<std::string, std::vector<std::string>>;
+
+/// Of the state after, larger files have no copy. They cannot be merged.
+constexpr std::uintmax_t largestMerged = std::uintmax_t{8} << 20;
+constexpr std::size_t longestCommandLine = std::size_t{64} << 10;
+constexpr std::chrono::hours keptFor{24 * 30};
+constexpr std::size_t digitsOfTime = 20;
+
+fs::path keepingFolder(const fs::path& gitDirectory) { return gitDirectory / "plovik" / "kept"; }
+
+std::chrono::nanoseconds now() { return std::chrono::system_clock::now().time_since_epoch(); }
+
+std::string nameFor(std::chrono::nanoseconds time)
+{
+    const std::string digits = std::to_string(time.count());
+    return std::string(digitsOfTime - std::min(digitsOfTime, digits.size()), '0') + digits;
+}
+
+/// Returns the names of everything in the keeping, the oldest first.
+std::vector<std::string> namesIn(const fs::path& folder)
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator each(folder, error), end; !error && each != end; each.increment(error))
+        names.push_back(each->path().filename().string());
+    std::ranges::sort(names);
+    return names;
+}
+
+void removeOld(const fs::path& folder)
+{
+    const std::string oldest = nameFor(now() - keptFor);
+    std::error_code ignored;
+    for (const std::string& name : namesIn(folder)) {
+        if (name < oldest)
+            fs::remove_all(folder / name, ignored);
+    }
+}
+
+/// Makes a new folder in the keeping, which nobody else may read.
+fs::path makeFolder(const fs::path& gitDirectory)
+{
+    const fs::path folder = keepingFolder(gitDirectory);
+    std::error_code error;
+    fs::create_directories(folder, error);
+    removeOld(folder);
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const fs::path made = folder / nameFor(now());
+        if (::mkdir(made.c_str(), 0700) == 0)
+            return made;
+    }
+    throw GitError("checkout", 1,
+                   "No copy could be kept in " + inQuotes(folder.string()) + ", so nothing was discarded.");
+}
+
+/// Returns the index entries of each of these paths.
+Entries entriesOf(const GitRepository& repo, const std::vector<KeptFile>& files)
+{
+    std::vector<std::string> arguments{"ls-files", "-s", "-z", "--"};
+    std::set<std::string> wanted;
+    std::size_t length = 0;
+    for (const KeptFile& file : files) {
+        wanted.insert(file.path);
+        length += file.path.size() + 1;
+    }
+    if (length <= longestCommandLine)
+        std::ranges::transform(wanted, std::back_inserter(arguments), literalPathspec);
+    Entries entries;
+    for (std::string& entry : splitNul(repo.runner().bytes(arguments))) {
+        // A path also names what is in the folder of that name.
+        const std::string path = entry.substr(std::min(entry.find('\t'), entry.size() - 1) + 1);
+        if (wanted.contains(path))
+            entries[path].push_back(std::move(entry));
+    }
+    return entries;
+}
+
+bool isFile(FileKind kind) { return kind == FileKind::regular || kind == FileKind::link; }
+
+KeptFile described(const std::string& path, const FileChange& change, std::size_t number)
+{
+    KeptFile file;
+    file.path = path;
+    file.copy = std::to_string(number);
+    const bool isOriginal = path != change.path;
+    file.isNew = !isOriginal && (change.isUntracked() || change.index == 'A' || change.index == 'R' ||
+                                 change.index == 'C' || change.worktree == 'A');
+    file.isIntended = !isOriginal && change.index == '.' && change.worktree == 'A';
+    return file;
+}
+
+/// Returns the state of `changes` with copies in `folder`. Folders and what is no file are not kept.
+std::vector<KeptFile> keepBefore(const GitRepository& repo, const fs::path& folder,
+                                 const std::vector<FileChange>& changes)
+{
+    std::vector<KeptFile> files;
+    for (const FileChange& change : changes) {
+        for (const std::string& path : change.allPaths()) {
+            if (!change.isSubmodule && !path.ends_with('/'))
+                files.push_back(described(path, change, files.size()));
+        }
+    }
+    Entries entries = entriesOf(repo, files);
+    for (KeptFile& file : files) {
+        file.entriesBefore = entries[file.path];
+        file.before = kindAt(repo.root() / file.path);
+        if (isFile(file.before))
+            keepCopy(repo.root() / file.path, folder / file.copy);
+    }
+    return files;
+}
+
+fs::path copyAfter(const fs::path& folder, const KeptFile& file) { return folder / (file.copy + ".after"); }
+
+void noteAfter(const GitRepository& repo, const fs::path& folder, std::vector<KeptFile>& files)
+{
+    Entries entries = entriesOf(repo, files);
+    for (KeptFile& file : files) {
+        const fs::path place = repo.root() / file.path;
+        file.entriesAfter = entries[file.path];
+        file.after = kindAt(place);
+        file.afterIdentity = identityOf(place);
+        const auto bytes = file.after == FileKind::regular ? bytesOf(place, largestMerged) : std::nullopt;
+        if (bytes)
+            putBytes(*bytes, copyAfter(folder, file));
+    }
+}
+
+/// Whether nothing was taken from the file, so that there is nothing to keep.
+bool isUntaken(const GitRepository& repo, const fs::path& folder, const KeptFile& file)
+{
+    if (file.entriesBefore != file.entriesAfter || file.before != file.after)
+        return false;
+    return !isFile(file.before) || isSameFile(folder / file.copy, repo.root() / file.path, largestMerged);
+}
+
+std::optional<Kept> keptIn(const fs::path& folder)
+{
+    Kept kept{folder.filename().string(), {}};
+    for (const KeptFile& file : readKeptList(folder))
+        kept.paths.push_back(file.path);
+    return kept.paths.empty() ? std::nullopt : std::optional(kept);
+}
+
+/// Drops what nothing was taken from, and writes the list. Removes the folder when nothing is left.
+std::optional<Kept> finishKeeping(const GitRepository& repo, const fs::path& folder, std::vector<KeptFile> files)
+{
+    std::error_code ignored;
+    std::erase_if(files, [&](const KeptFile& file) {
+        const bool untaken = isUntaken(repo, folder, file);
+        if (untaken) {
+            fs::remove(folder / file.copy, ignored);
+            fs::remove(copyAfter(folder, file), ignored);
+        }
+        return untaken;
+    });
+    if (files.empty()) {
+        fs::remove_all(folder, ignored);
+        return std::nullopt;
+    }
+    writeKeptList(folder, files);
+    return keptIn(folder);
+}
+
+/// Index entries as they were, for files whose entries are `now` other than wanted. Git must still have the objects.
+class IndexWay {
+public:
+    explicit IndexWay(const GitRepository& repo) : repo_(repo) {}
+
+    /// Returns false when the entries cannot come back.
+    bool restore(const KeptFile& file, const std::vector<std::string>& now)
+    {
+        if (file.isIntended) {
+            if (now.empty())
+                runOnPaths(repo_.runner(), {"add", "-N", "-f"}, {file.path});
+            return true;
+        }
+        if (now == file.entriesBefore)
+            return true;
+        if (!hasObjects(file.entriesBefore))
+            return false;
+        const std::string& any = now.empty() ? file.entriesBefore.front() : now.front();
+        const std::size_t digits = any.find(' ', 7) - 7;
+        std::string input = "0 " + std::string(digits, '0') + '\t' + file.path + '\0';
+        for (const std::string& entry : file.entriesBefore)
+            input += entry + '\0';
+        return repo_.runner().output({"update-index", "-z", "--index-info"}, {.input = std::move(input)}).status == 0;
+    }
+
+private:
+    bool hasObjects(const std::vector<std::string>& entries) const
+    {
+        std::string names;
+        for (const std::string& entry : entries)
+            names += entry.substr(7, entry.find(' ', 7) - 7) + '\n';
+        return names.empty() ||
+               repo_.runner().bytes({"cat-file", "--batch-check"}, {.input = names}).find(" missing\n") ==
+                   std::string::npos;
+    }
+
+    const GitRepository& repo_;
+};
+
+bool isAsInHead(const GitRepository& repo, const std::string& path)
+{
+    return repo.runner().output({"diff", "--quiet", "HEAD", "--", literalPathspec(path)}).status == 0;
+}
+
+/// Puts back the tracked files that a failure has left in between.
+void putBackHalfDone(const GitRepository& repo, const fs::path& folder, const std::vector<KeptFile>& files)
+{
+    Entries entries = entriesOf(repo, files);
+    for (const KeptFile& file : files) {
+        const fs::path place = repo.root() / file.path;
+        if (file.isNew || !isFile(file.before) || identityOf(place) == identityOf(folder / file.copy) ||
+            kindAt(place) == FileKind::folder || isAsInHead(repo, file.path))
+            continue;
+        if (makeParents(repo.root(), file.path))
+            putCopy(folder / file.copy, place);
+        IndexWay(repo).restore(file, entries[file.path]);
+    }
+}
+
+enum class Way { put, remove, merge, none, nothing };
+
+/// What brings a file back. Way::none when the user has changed it since, so that nothing does.
+Way wayBack(const GitRepository& repo, const fs::path& folder, const KeptFile& file)
+{
+    const fs::path place = repo.root() / file.path;
+    const FileKind now = kindAt(place);
+    const auto bytes = isFile(now) ? bytesOf(place, largestMerged) : std::nullopt;
+    const auto after = bytesOf(copyAfter(folder, file), largestMerged);
+    const bool isUnchanged =
+        now == file.after && (identityOf(place) == file.afterIdentity || (after && bytes == after));
+    if (file.before == FileKind::none)
+        return now == FileKind::none ? Way::nothing : isUnchanged ? Way::remove : Way::none;
+    if (!isFile(file.before))
+        return Way::nothing;
+    if (now == FileKind::none || isUnchanged)
+        return Way::put;
+    if (now == file.before && bytes && bytes == bytesOf(folder / file.copy, largestMerged))
+        return Way::nothing;
+    return now == FileKind::regular && file.before == FileKind::regular && bytes && after ? Way::merge : Way::none;
+}
+
+/// Merges what was kept into the file as it is now. Returns false where that makes a conflict.
+bool mergeInto(const GitRepository& repo, const fs::path& folder, const KeptFile& file)
+{
+    const fs::path place = repo.root() / file.path;
+    const GitOutput merged = repo.runner().output(
+        {"merge-file", "-p", "-q", place.string(), copyAfter(folder, file).string(), (folder / file.copy).string()});
+    if (merged.signalled || merged.status != 0)
+        return false;
+    putBytes(merged.stdoutBytes, place);
+    return true;
+}
+
+/// Brings the file back. Returns false when it cannot be.
+bool takeWay(const GitRepository& repo, const fs::path& folder, const KeptFile& file, Way way)
+{
+    const fs::path place = repo.root() / file.path;
+    switch (way) {
+    case Way::nothing:
+        return true;
+    case Way::none:
+        return false;
+    case Way::merge:
+        return mergeInto(repo, folder, file);
+    case Way::remove:
+        return fs::remove(place);
+    case Way::put:
+        break;
+    }
+    if (!makeParents(repo.root(), file.path))
+        return false;
+    putCopy(folder / file.copy, place);
+    return true;
+}
+
+} // namespace
+
+Keeping keeping(const GitRepository& repo, const fs::path& gitDirectory, const std::vector<FileChange>& files,
+                Taking taking, const std::function<void()>& take)
+{
+    const fs::path folder = makeFolder(gitDirectory);
+    std::vector<KeptFile> kept;
+    try {
+        kept = keepBefore(repo, folder, files);
+        writeKeptList(folder, kept); // also after a crash it is known what the copies are
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove_all(folder, ignored);
+        throw;
+    }
+    Keeping result;
+    try {
+        take();
+    } catch (...) {
+        result.failure = std::current_exception();
+        if (taking == Taking::discard)
+            putBackHalfDone(repo, folder, kept);
+    }
+    noteAfter(repo, folder, kept);
+    if (taking == Taking::step) {
+        for (KeptFile& file : kept)
+            file.entriesBefore = file.entriesAfter;
+    }
+    result.kept = finishKeeping(repo, folder, std::move(kept));
+    return result;
+}
+
+std::vector<Kept> allKept(const fs::path& gitDirectory)
+{
+    std::vector<Kept> all;
+    for (const std::string& name : namesIn(keepingFolder(gitDirectory))) {
+        if (const auto kept = keptIn(keepingFolder(gitDirectory) / name))
+            all.push_back(*kept);
+    }
+    return all;
+}
+
+BroughtBack bringBack(const GitRepository& repo, const fs::path& gitDirectory, const Kept& kept)
+{
+    const fs::path folder = keepingFolder(gitDirectory) / kept.name;
+    std::vector<KeptFile> files = readKeptList(folder);
+    if (files.empty())
+        throw GitError("checkout", 1, "What was discarded is not kept any more.");
+    BroughtBack result;
+    Entries entries = entriesOf(repo, files);
+    std::vector<KeptFile> left;
+    for (const KeptFile& file : files) {
+        const Way way = wayBack(repo, folder, file);
+        if (!takeWay(repo, folder, file, way)) {
+            left.push_back(file);
+            result.left.push_back(file.path);
+            continue;
+        }
+        (way == Way::merge ? result.merged : result.back).push_back(file.path);
+        const std::vector<std::string>& now = entries[file.path];
+        const bool canStage = now == file.entriesAfter || now == file.entriesBefore;
+        if (file.entriesBefore != file.entriesAfter && (!canStage || !IndexWay(repo).restore(file, now)))
+            result.indexChanged.push_back(file.path);
+    }
+    if (left.empty())
+        forget(gitDirectory, kept);
+    else
+        writeKeptList(folder, left);
+    return result;
+}
+
+void saveKept(const fs::path& gitDirectory, const Kept& kept, const fs::path& place)
+{
+    const fs::path folder = keepingFolder(gitDirectory) / kept.name;
+    for (const KeptFile& file : readKeptList(folder)) {
+        if (std::ranges::find(kept.paths, file.path) == kept.paths.end() || !isFile(file.before))
+            continue;
+        const fs::path to = kept.paths.size() == 1 ? place : place / file.path;
+        if (kept.paths.size() > 1 && !makeParents(place, file.path))
+            throw GitError("checkout", 1, inQuotes(to.string()) + " cannot be written: a folder is missing.");
+        saveCopy(folder / file.copy, to);
+    }
+}
+
+void forget(const fs::path& gitDirectory, const Kept& kept)
+{
+    std::error_code ignored;
+    fs::remove_all(keepingFolder(gitDirectory) / kept.name, ignored);
+}
+
+} // namespace gitkit

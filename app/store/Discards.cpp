@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/Discards.h"
+
+#include "GitKit/repository/Folders.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Keeping.h"
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/WindowState.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace plovik {
+
+using gitkit::GitRepository;
+using gitkit::Kept;
+
+namespace {
+
+std::filesystem::path directoryOf(const std::optional<std::filesystem::path>& known, const GitRepository& repo)
+{
+    return known ? *known : gitkit::gitDirectories(repo).own;
+}
+
+/// “a.txt”, or “a.txt” and the number of the others.
+QString namesOf(const std::vector<std::string>& paths)
+{
+    const auto others = static_cast<int>(paths.size()) - 1;
+    return others == 0 ? inQuotes(paths.front())
+                       : Discards::tr("%1 and %n other file(s)", nullptr, others).arg(inQuotes(paths.front()));
+}
+
+} // namespace
+
+Discards::Discards(WindowState& window, Snapshot& snapshot, Changes& changes)
+    : window_(window), snapshot_(snapshot), changes_(changes)
+{}
+
+bool Discards::runKeeping(Change change, const Files& files, Way way)
+{
+    // The worker writes it; the main thread reads it once the operation has ended.
+    const auto kept = std::make_shared<std::optional<Kept>>();
+    change.operation = [kept, files, way = std::move(way), directory = snapshot_.gitDirectory(),
+                        take = std::move(change.operation)](const GitRepository& repo) {
+        if (way.check)
+            way.check(repo);
+        const gitkit::Keeping done =
+            gitkit::keeping(repo, directoryOf(directory, repo), files,
+                            way.isStep ? gitkit::Taking::step : gitkit::Taking::discard, [&] { take(repo); });
+        *kept = done.kept;
+        if (done.failure)
+            std::rethrow_exception(done.failure);
+    };
+    const auto note = [this, kept] {
+        if (*kept)
+            kept_.push_back(**kept);
+        show();
+    };
+    change.succeeded = [note, succeeded = std::move(change.succeeded)] {
+        note();
+        if (succeeded)
+            succeeded();
+    };
+    change.failed = [note, failed = std::move(change.failed)](const Failure& failure) {
+        note();
+        return failed && failed(failure);
+    };
+    return changes_.run(std::move(change));
+}
+
+void Discards::undo()
+{
+    if (kept_.empty() || isUndoing_)
+        return;
+    isUndoing_ = true;
+    show();
+    const Kept kept = kept_.back();
+    const auto result = std::make_shared<gitkit::BroughtBack>();
+    changes_.run({.verb = Verb::undoDiscard,
+                  .operation =
+                      [kept, result, directory = snapshot_.gitDirectory()](const GitRepository& repo) {
+                          *result = gitkit::bringBack(repo, directoryOf(directory, repo), kept);
+                      },
+                  .succeeded = [this, kept, result] { broughtBack(kept, *result); },
+                  .failed =
+                      [this](const Failure&) {
+                          isUndoing_ = false;
+                          show();
+                          return false;
+                      }});
+}
+
+void Discards::broughtBack(const Kept& kept, const gitkit::BroughtBack& result)
+{
+    isUndoing_ = false;
+    const auto found = std::ranges::find(kept_, kept.name, &Kept::name);
+    if (result.left.empty())
+        remove(kept);
+    else if (found != kept_.end())
+        found->paths = result.left;
+    show();
+    if (!result.indexChanged.empty())
+        window_.tell(tr("%1: back, but not staged as before, because something else was staged since.")
+                         .arg(namesOf(result.indexChanged)));
+    else if (!result.merged.empty())
+        window_.tell(tr("%1: brought back into what was written since.").arg(namesOf(result.merged)));
+    if (!result.left.empty())
+        askAboutLeft({kept.name, result.left});
+}
+
+void Discards::askAboutLeft(const Kept& left)
+{
+    const auto count = static_cast<int>(left.paths.size());
+    Confirmation question;
+    question.title = count == 1 ? tr("%1 has changed since the discard").arg(inQuotes(left.paths.front()))
+                                : tr("%n file(s) have changed since the discard", nullptr, count);
+    question.message = tr("What was discarded does not fit into what stands there now, which is untouched. It can be "
+                          "saved elsewhere, and it stays kept until you drop it.");
+    question.risk = Confirmation::Risk::none;
+    question.actionTitle = count == 1 ? tr("Save As…") : tr("Save In…");
+    question.place = Confirmation::Place{
+        .isFolder = count > 1,
+        .name = count == 1 ? QFileInfo(shownText(left.paths.front())).fileName() : QString(),
+        .chosen = [this, left](const std::filesystem::path& place) { save(left, place); },
+    };
+    question.alternativeTitle = tr("Drop the Copy");
+    question.alternative = [this, left] { drop(left); };
+    window_.ask(std::move(question));
+}
+
+void Discards::save(const Kept& kept, const std::filesystem::path& place)
+{
+    changes_.run({.verb = Verb::undoDiscard,
+                  .operation = [kept, place, directory = snapshot_.gitDirectory()](const GitRepository& repo) {
+                      gitkit::saveKept(directoryOf(directory, repo), kept, place);
+                  }});
+}
+
+void Discards::drop(const Kept& kept)
+{
+    remove(kept);
+    show();
+    changes_.run({.verb = Verb::undoDiscard,
+                  .operation = [kept, directory = snapshot_.gitDirectory()](const GitRepository& repo) {
+                      gitkit::forget(directoryOf(directory, repo), kept);
+                  }});
+}
+
+void Discards::remove(const Kept& kept)
+{
+    std::erase_if(kept_, [&kept](const Kept& each) { return each.name == kept.name; });
+}
+
+void Discards::show() { canUndo = !kept_.empty() && !isUndoing_; }
+
+} // namespace plovik

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/FileChange.h"
+#include "GitKit/records/Kept.h"
+#include "app/store/Changes.h"
+#include "app/store/Observed.h"
+
+#include <QCoreApplication>
+
+#include <vector>
+
+namespace plovik {
+
+/// What this window's actions took from the user's files and keep, and the way back. Owned by the store; main thread.
+class Discards {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Discards)
+
+public:
+    using Files = std::vector<gitkit::FileChange>;
+
+    Discards(WindowState& window, Snapshot& snapshot, Changes& changes);
+    Discards(const Discards&) = delete;
+    Discards& operator=(const Discards&) = delete;
+
+    /// Runs a change that takes work from `files`, which are kept first, after `check`, which throws when it must not be.
+    /// Returns what Changes::run() does.
+    bool run(Change change, const Files& files, GitAccess::Operation check = {})
+    {
+        return runKeeping(std::move(change), files, {std::move(check), false});
+    }
+    /// The same for a step of an operation in progress, which may stop again.
+    bool runStep(Change change, const Files& files) { return runKeeping(std::move(change), files, {{}, true}); }
+
+    /// Whether something is kept that undo() would bring back.
+    Observed<bool, Discards> canUndo{false};
+    /// Brings back what was taken last. What cannot be put back, because the files have changed since, stays kept, and a
+    /// question offers to save it elsewhere.
+    void undo();
+
+private:
+    struct Way {
+        GitAccess::Operation check;
+        bool isStep = false;
+    };
+    bool runKeeping(Change change, const Files& files, Way way);
+    void broughtBack(const gitkit::Kept& kept, const gitkit::BroughtBack& result);
+    void askAboutLeft(const gitkit::Kept& left);
+    void save(const gitkit::Kept& kept, const std::filesystem::path& place);
+    void drop(const gitkit::Kept& kept);
+    void remove(const gitkit::Kept& kept);
+    void show();
+
+    WindowState& window_;
+    Snapshot& snapshot_;
+    Changes& changes_;
+    std::vector<gitkit::Kept> kept_; ///< the newest last
+    bool isUndoing_ = false;
+};
+
+} // namespace plovik

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/Discard.h"
+#include "GitKit/repository/DiscardExtent.h"
+#include "GitKit/repository/Folders.h"
+#include "GitKit/repository/Keeping.h"
+#include "GitKit/runner/GitError.h"
+#include "tests/support/TestRepository.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <map>
+#include <random>
+#include <sys/stat.h>
+
+namespace gitkit {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct KeepingRepository : TestRepository {
+    KeepingRepository()
+    {
+        write("a", "1\n2\n3\n4\n5\n6\n7\n8\n9\n").write("b", "b\n").write("d/x", "x\n").commit("one");
+    }
+
+    fs::path gitDirectory() const { return gitDirectories(repository()).own; }
+    void toTrash(const fs::path& path) const { fs::rename(path, trash.path() / std::to_string(rand())); }
+
+    Keeping discard(const std::vector<FileChange>& files) const
+    {
+        return keeping(repository(), gitDirectory(), files, Taking::discard,
+                       [&] { repository().discard(files, [this](const fs::path& path) { toTrash(path); }); });
+    }
+    Keeping discardAll() const { return discard(repository().status().files); }
+    BroughtBack bringLastBack() const
+    {
+        return bringBack(repository(), gitDirectory(), allKept(gitDirectory()).back());
+    }
+
+    /// The bytes, modes and links of all files of the working tree, with the index and what git says of both.
+    std::map<std::string, std::string> state() const
+    {
+        std::map<std::string, std::string> all;
+        for (fs::recursive_directory_iterator each(path()), end; each != end; ++each) {
+            const std::string name = each->path().lexically_relative(path()).string();
+            if (name == ".git") {
+                each.disable_recursion_pending();
+                continue;
+            }
+            if (each->is_symlink())
+                all[name] = "link " + fs::read_symlink(each->path()).string();
+            else if (each->is_regular_file())
+                all[name] =
+                    std::to_string(static_cast<int>(each->status().permissions())) + ' ' + readFile(each->path());
+        }
+        all["index"] = read({"ls-files", "-s"});
+        all["status"] = read({"status", "--porcelain=v2", "--untracked-files=all"});
+        return all;
+    }
+
+    TemporaryFolder trash;
+};
+
+TEST(Keeping, BringsBackBytesModesLinksAndTheIndex)
+{
+    KeepingRepository repo;
+    repo.write("a", "staged\n").git({"add", "a"}).write("a", std::string_view("bytes\0\r\nno end", 14));
+    fs::permissions(repo / "a", fs::perms::owner_all);
+    repo.write("new", "staged\n").git({"add", "new"}).remove("new"); // the index has the only copy
+    repo.git({"mv", "b", "renamed"}).write("renamed", "b\nedited\n");
+    repo.remove("d/x");
+    repo.write("sub/intended", "i");
+    fs::permissions(repo / "sub/intended", fs::perms::owner_all);
+    repo.git({"add", "-N", "sub/intended"});
+    fs::create_symlink("nowhere", repo / "link");
+    repo.write(std::string(250, 'n'), "long");
+    const auto before = repo.state();
+
+    const Keeping done = repo.discardAll();
+    ASSERT_TRUE(done.kept && !done.failure);
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
+    fs::remove(repo / "sub");
+    const BroughtBack back = repo.bringLastBack();
+    EXPECT_THAT(back.left, IsEmpty());
+    EXPECT_EQ(repo.state(), before);
+    EXPECT_THAT(allKept(repo.gitDirectory()), IsEmpty());
+}
+
+TEST(Keeping, MergesIntoWhatWasWrittenSinceAndElseKeepsTheCopy)
+{
+    KeepingRepository repo;
+    repo.write("a", "1\n2\n3\n4\n5\n6\n7\n8\nnine\n").write("b", "mine\n");
+    repo.discardAll();
+    repo.write("a", "one\n2\n3\n4\n5\n6\n7\n8\n9\n").write("b", "other\n");
+    const BroughtBack back = repo.bringLastBack();
+    EXPECT_EQ(readFile(repo / "a"), "one\n2\n3\n4\n5\n6\n7\n8\nnine\n");
+    EXPECT_EQ(readFile(repo / "b"), "other\n");
+    EXPECT_THAT(back.merged, ElementsAre("a"));
+    EXPECT_THAT(back.left, ElementsAre("b"));
+
+    const Kept left = allKept(repo.gitDirectory()).back();
+    EXPECT_THAT(left.paths, ElementsAre("b"));
+    saveKept(repo.gitDirectory(), left, repo.trash.path() / "saved");
+    EXPECT_EQ(readFile(repo.trash.path() / "saved"), "mine\n");
+    repo.write("b", "b\n");
+    EXPECT_THAT(repo.bringLastBack().back, ElementsAre("b"));
+    EXPECT_EQ(readFile(repo / "b"), "mine\n");
+    EXPECT_THROW(bringBack(repo.repository(), repo.gitDirectory(), left), GitError);
+}
+
+TEST(Keeping, DoesNotWriteThroughALinkNorStageOverWhatWasStagedSince)
+{
+    KeepingRepository repo;
+    TemporaryFolder elsewhere;
+    repo.write("d/x", "mine\n").git({"add", "d/x"}).write("b", "staged\n").git({"add", "b"});
+    repo.discardAll();
+    fs::remove_all(repo / "d");
+    fs::create_symlink(elsewhere.path(), repo / "d");
+    repo.write("b", "newer\n").git({"add", "b"}).write("b", "b\n");
+    const BroughtBack back = repo.bringLastBack();
+    EXPECT_THAT(back.left, ElementsAre("d/x"));
+    EXPECT_THAT(back.indexChanged, ElementsAre("b"));
+    EXPECT_TRUE(fs::is_empty(elsewhere.path()));
+    EXPECT_EQ(repo.read({"show", ":b"}), "newer");
+}
+
+TEST(Keeping, PutsBackWhatAFailureLeavesInBetween)
+{
+    KeepingRepository repo;
+    repo.write(".gitattributes", "a filter=broken\n").commit("two").git({"config", "filter.broken.smudge", "false"});
+    repo.git({"config", "filter.broken.clean", "cat"}).git({"config", "filter.broken.required", "true"});
+    repo.write("a", "staged\n").git({"add", "a"}).write("a", "mine\n").write("b", "also mine\n");
+    const auto before = repo.state();
+    const Keeping done = repo.discard({repo.repository().status().files.front()});
+    EXPECT_TRUE(done.failure);
+    EXPECT_FALSE(done.kept);
+    EXPECT_EQ(repo.state(), before);
+}
+
+TEST(Keeping, DiscardsOnlyWhatIsNotStaged)
+{
+    KeepingRepository repo;
+    repo.write("a", "staged\n").git({"add", "a"}).write("a", "mine\n").write("b", "b\nmine\nmine\n");
+    repo.write("gone", "staged\n").git({"add", "gone"}).remove("gone").write("new", "n");
+    const std::vector<FileChange> files = repo.repository().status().files;
+    EXPECT_EQ(discardExtent(repo.repository(), files),
+              (DiscardExtent{.unstagedLines = 3, .stagedLines = 9, .binaryFiles = 0, .newFiles = 2}));
+    discardUnstaged(repo.repository(), files, [&](const fs::path& path) { repo.toTrash(path); });
+    EXPECT_EQ(readFile(repo / "a"), "staged\n");
+    EXPECT_EQ(readFile(repo / "b"), "b\n");
+    EXPECT_EQ(readFile(repo / "gone"), "staged\n");
+    EXPECT_FALSE(fs::exists(repo / "new"));
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "M  a\nA  gone");
+}
+
+} // namespace
+} // namespace gitkit
