@@ -5,7 +5,7 @@
 #include "app/ui/history/RelativeDate.h"
 #include "app/ui/widgets/Theme.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLocale>
 #include <QStringList>
 
@@ -39,7 +39,10 @@ QString shownDate(gitkit::Date date) { return absoluteDate(date, QLocale()); }
 
 QString asLines(const QStringList& lines)
 {
-    return lines.isEmpty() ? QString() : u"<div style='line-height:130%'>%1</div>"_s.arg(lines.join(u"<br>"_s));
+    // Otherwise a name would decide on which side the lines begin.
+    const QString direction = QGuiApplication::isRightToLeft() ? u"rtl"_s : u"ltr"_s;
+    return lines.isEmpty() ? QString()
+                           : u"<div dir='%1' style='line-height:130%'>%2</div>"_s.arg(direction, lines.join(u"<br>"_s));
 }
 
 /// Returns whether only the hash is known: every commit that was read has an author or a date.
