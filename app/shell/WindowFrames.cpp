@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace plovik::windowFrames {
@@ -33,6 +35,18 @@ bool reachable(const QRect& frame)
             return true;
     }
     return false;
+}
+
+/// Returns the screen that shows most of a frame.
+const QScreen* screenOf(const QRect& frame)
+{
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const auto shown = [&frame](const QScreen* screen) {
+        const QRect seen = screen->availableGeometry() & frame;
+        return qint64{seen.width()} * seen.height();
+    };
+    const auto most = std::ranges::max_element(screens, {}, shown);
+    return most == screens.end() ? nullptr : *most;
 }
 
 std::optional<QRect> storedFrame(const std::filesystem::path& root)
@@ -71,10 +85,19 @@ std::optional<QRect> frame(const QString& text)
     return rect.isEmpty() ? std::nullopt : std::optional(rect);
 }
 
+QRect fitted(const QRect& frame, const QRect& available)
+{
+    const QSize size = frame.size().boundedTo(available.size());
+    const int left = std::clamp(frame.left(), available.left(), available.right() + 1 - size.width());
+    const int top = std::clamp(frame.top(), available.top(), available.bottom() + 1 - size.height());
+    return {{left, top}, size};
+}
+
 void restore(QWidget& window, const std::filesystem::path& root)
 {
     if (const std::optional<QRect> stored = storedFrame(root)) {
-        window.setGeometry(*stored);
+        const QScreen* const screen = screenOf(*stored);
+        window.setGeometry(screen ? fitted(*stored, screen->availableGeometry()) : *stored);
         return;
     }
     window.resize(ordinarySize);

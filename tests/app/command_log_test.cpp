@@ -202,6 +202,23 @@ TEST_F(CommandLogPanelTest, WhatAHookSaidIsWholeInTheAlertAndTheLog)
     EXPECT_FALSE(store.window().showsCommandLog.value() || list->isVisible());
 }
 
+TEST_F(CommandLogPanelTest, AnOlderCommandComesIntoSightWhenThePanelOpensWithIt)
+{
+    const auto log = store.changes().commandLog().listener();
+    for (CommandLog::Number number = 1'000'000; number < 1'000'100; ++number)
+        log->began(number, {"fetch", std::to_string(number)}, repo.path());
+    ASSERT_TRUE(waitUntil([this] { return store.changes().commandLog().commands().size() >= 100; }));
+    store.window().showCommand(1'000'020);
+    store.window().showCommandLog(true);
+    auto* const list = named<QListView>(view, u"Command Log"_s);
+    ASSERT_TRUE(list);
+    EXPECT_TRUE(waitUntil([list] {
+        const QModelIndex current = list->currentIndex();
+        return current.data().toString().contains(u"1000020"_s) &&
+               list->viewport()->rect().contains(list->visualRect(current));
+    }));
+}
+
 TEST_F(CommandLogPanelTest, OutputIsFollowedAsItComesUntilTheUserScrollsUp)
 {
     const auto log = store.changes().commandLog().listener();

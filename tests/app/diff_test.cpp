@@ -54,6 +54,19 @@ TEST_F(DiffViewTest, SelectsTextAndCountsPartialLinesWhole)
     EXPECT_EQ(copied(), u"y\n"_s);
 }
 
+TEST_F(DiffViewTest, ASelectionThatEndsOnAnEmptyLineIncludesIt)
+{
+    const std::string text =
+        "diff --git a/f b/f\nindex 1..2 100644\n--- a/f\n+++ b/f\n@@ -1,2 +1,4 @@\n a\n+b\n+\n c\n";
+    show({contentOf(text)});
+    drag(inCode(2, 0), inCode(3, 0));
+    EXPECT_EQ(controller().selectedChanges(), (Ids{2, 3}));
+    drag(inCode(3, 0), inCode(2, 0));
+    EXPECT_EQ(controller().selectedChanges(), (Ids{2, 3}));
+    section().copy();
+    EXPECT_EQ(copied(), u"b\n"_s);
+}
+
 TEST_F(DiffViewTest, IsWorkedWithTheKeyboard)
 {
     show({contentOf(twoHunks), contentOf(twoHunks, Use::unstage, u"Staged"_s)});

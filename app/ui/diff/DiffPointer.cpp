@@ -21,6 +21,17 @@ void DiffPointer::putCursor(QPoint point)
     controller_.setCurrentRow(geometry_.rowNear(point));
 }
 
+/// A position in a line without text counts as behind its end, so that a selection that ends there includes the line.
+DiffPosition DiffPointer::positionAt(QPoint point, DiffSide side) const
+{
+    DiffPosition at = geometry_.positionAt(point, side);
+    const ShownDiff& diff = controller_.diff();
+    const int row = diff.lines().rowAt(at.line, side);
+    if (row >= 0 && diff.document().row(row).isCode() && diff.document().text(row).isEmpty())
+        at.column = 1;
+    return at;
+}
+
 void DiffPointer::press(QPoint point, Qt::KeyboardModifiers modifiers)
 {
     putCursor(point);
@@ -52,9 +63,9 @@ void DiffPointer::pressText(QPoint point, Qt::KeyboardModifiers modifiers)
     DiffSelection selection = controller_.selection();
     drag_ = Drag::text;
     if (modifiers.testFlag(Qt::ShiftModifier))
-        selection.extendText(geometry_.positionAt(point, side));
+        selection.extendText(positionAt(point, side));
     else
-        selection.startText(geometry_.positionAt(point, side), side);
+        selection.startText(positionAt(point, side), side);
     controller_.setSelection(selection);
 }
 
@@ -66,7 +77,7 @@ void DiffPointer::dragTo(QPoint point)
     if (drag_ == Drag::lines)
         selection.extendLines(line);
     else
-        selection.extendText(geometry_.positionAt(point, selection.textSide()));
+        selection.extendText(positionAt(point, selection.textSide()));
     controller_.setCurrentRow(controller_.diff().lines().nearestRow(line, controller_.keyboardSide()));
     if (selection != controller_.selection())
         controller_.setSelection(selection);
@@ -76,7 +87,7 @@ void DiffPointer::selectWord(QPoint point)
 {
     const ShownDiff& diff = controller_.diff();
     const DiffSide side = geometry_.sideAt(point.x());
-    const DiffPosition at = geometry_.positionAt(point, side);
+    const DiffPosition at = positionAt(point, side);
     const int row = diff.lines().rowAt(at.line, side);
     if (row < 0 || !diff.document().row(row).isCode())
         return;

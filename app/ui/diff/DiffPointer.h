@@ -31,6 +31,7 @@ public:
     bool isOverText(QPoint point) const;
 
 private:
+    DiffPosition positionAt(QPoint point, DiffSide side) const;
     void pressGutter(QPoint point, Qt::KeyboardModifiers modifiers);
     void pressText(QPoint point, Qt::KeyboardModifiers modifiers);
 

@@ -99,6 +99,11 @@ void CommandLogPanel::showEvent(QShowEvent* event)
     filter();
     update();
     showSelected();
+    // The list gets its height only after this.
+    QTimer::singleShot(0, list_, [this] {
+        if (list_->currentIndex().row() > 0)
+            list_->scrollTo(list_->currentIndex());
+    });
 }
 
 void CommandLogPanel::hideEvent(QHideEvent* event)
