@@ -51,8 +51,19 @@ std::string_view variable(const char* name)
     return value ? value : "";
 }
 
-/// The host that ssh connects to when it is ssh that asks: a question about a key does not name it. The system may
-/// not tell, and then it is not said.
+/// Returns how many arguments from `at` on are one of ssh's options with its value; 0 where the options end.
+std::size_t optionAt(const std::vector<std::string_view>& arguments, std::size_t at)
+{
+    constexpr std::string_view withValue = "BbcDEeFIiJLlmOoPpQRSWw";
+    const std::string_view argument = arguments[at];
+    if (argument.size() < 2 || argument.front() != '-')
+        return 0;
+    const std::size_t option = argument.find_first_of(withValue, 1);
+    return option + 1 == argument.size() ? 2 : 1; // a value may follow in the same argument
+}
+
+/// Returns the host that ssh connects to when it is ssh that asks: a question about a key does not name it. The system
+/// may not tell, and then it is not said.
 std::string destination()
 {
     std::ifstream stream("/proc/" + std::to_string(::getppid()) + "/cmdline", std::ios::binary);
@@ -63,10 +74,15 @@ std::string destination()
         arguments.push_back(rest.substr(0, end));
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
-    // Git gives ssh the destination and then one command.
-    for (std::size_t at = 1; at < arguments.size(); ++at) {
-        if (arguments[at].starts_with("git-") || arguments[at].starts_with("git "))
-            return std::string(arguments[at - 1]);
+    // Git gives ssh options, the destination and then one command. A script that stands for ssh comes behind its shell.
+    for (std::size_t first = 1; first < arguments.size(); ++first) {
+        std::size_t at = first;
+        while (at < arguments.size() && arguments[at] != "--" && optionAt(arguments, at) > 0)
+            at += optionAt(arguments, at);
+        at += at < arguments.size() && arguments[at] == "--" ? 1 : 0;
+        const bool isLast = at + 2 == arguments.size();
+        if (isLast && (arguments[at + 1].starts_with("git-") || arguments[at + 1].starts_with("git ")))
+            return std::string(arguments[at]);
     }
     return {};
 }

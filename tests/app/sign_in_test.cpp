@@ -24,6 +24,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include <future>
 #include <sys/stat.h>
 
@@ -174,6 +176,22 @@ TEST(SignIn, TwoWindowsAskAtOnceAndEachHearsItsOwnAnswer)
     EXPECT_EQ(one.printed(), "one\n");
     EXPECT_EQ(two.printed(), "zwei ü\n");
     EXPECT_FALSE(one.store->changes().prompt().value());
+}
+
+TEST(SignIn, AQuestionNamesTheHostOfSshWhateverItIsCalled)
+{
+    for (const auto& [address, host] : std::map<std::string, std::string>{
+             {"ssh://git-lab.example:2222/x", "git-lab.example"}, {"git-lab.example:x", "git-lab.example"}})
+    {
+        SignInWindow window;
+        window.repo.git({"remote", "set-url", "origin", address}).git({"config", "protocol.version", "2"});
+        window.fetchWith(askOnce);
+        ASSERT_TRUE(window.isAsked());
+        const SignInPrompt asked = *window.store->changes().prompt().value();
+        EXPECT_EQ(asked.destination, host);
+        window.store->changes().cancelPrompt(asked.id);
+        ASSERT_TRUE(window.ends());
+    }
 }
 
 TEST(SignIn, ACancelledQuestionIsNotAskedAgainByItsAction)
