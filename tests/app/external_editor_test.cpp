@@ -132,5 +132,37 @@ TEST_F(ExternalEditorTest, FallsBackToTheDesktopsDefault)
     EXPECT_EQ(readFile(folder / "arguments"), (folder / "notes.txt").string() + '\0');
 }
 
+TEST_F(ExternalEditorTest, ShowsAsTextWhatTheDesktopWouldRun)
+{
+    const auto runner = folder / "ran";
+    writeFile(folder / "runner.sh", "#!/bin/sh\ntouch '" + runner.string() + "'\n");
+    std::filesystem::permissions(folder / "runner.sh", std::filesystem::perms::owner_all);
+    install("org.kde.kate", "Kate", "MimeType=text/plain;\n");
+    entries.push_back(applications / "runner.desktop");
+    writeFile(entries.back(),
+              "[Desktop Entry]\nType=Application\nName=Runner\nExec=\"" + (folder / "runner.sh").string() + "\" %F\n");
+    entries.push_back(applications / "mimeapps.list");
+    std::string defaults = "[Default Applications]\ntext/plain=org.kde.kate.desktop\n";
+    for (const std::string type :
+         {"application/x-shellscript", "application/x-desktop", "application/x-executable", "application/octet-stream"})
+        defaults += type + "=runner.desktop\n";
+    writeFile(entries.back(), defaults);
+    writeFile(folder / "script", "#!/bin/sh\ntouch '" + runner.string() + "'\n");
+    writeFile(folder / "program", std::string("\x7f"
+                                              "ELF\0\0",
+                                              6));
+    writeFile(folder / "marked", "plain\n");
+    std::filesystem::permissions(folder / "marked", std::filesystem::perms::owner_all);
+    writeFile(folder / "evil.desktop", "[Desktop Entry]\nType=Application\nExec=touch " + runner.string() + "\n");
+    for (const char* name : {"script", "program", "marked", "evil.desktop"}) {
+        std::filesystem::remove(folder / "arguments");
+        open({folder / name});
+        ASSERT_TRUE(waitUntil([this] { return wasStarted() || !problem.empty(); })) << name;
+        EXPECT_EQ(problem, "");
+        EXPECT_EQ(readFile(folder / "arguments"), (folder / name).string() + '\0');
+    }
+    EXPECT_FALSE(std::filesystem::exists(runner));
+}
+
 } // namespace
 } // namespace plovik

@@ -10,11 +10,13 @@
 
 #include <algorithm>
 #include <array>
+#include <fstream>
 #include <map>
 #include <memory>
 #include <set>
 #include <stdexcept>
 #include <string_view>
+#include <system_error>
 
 namespace plovik::editors {
 
@@ -140,6 +142,69 @@ AppInfo appInfo(const std::filesystem::path& path)
     return info && g_desktop_app_info_get_is_hidden(info.get()) == 0 ? std::move(info) : nullptr;
 }
 
+/// Kinds of files that programs of the desktop run. Scripts are known by their beginning, too.
+constexpr std::array<const char*, 9> runKinds{"application/x-executable",
+                                              "application/x-desktop",
+                                              "application/x-java-archive",
+                                              "application/x-shellscript",
+                                              "application/x-ms-dos-executable",
+                                              "application/x-msdownload",
+                                              "application/x-msi",
+                                              "application/x-bat",
+                                              "application/vnd.appimage"};
+
+std::string beginningOf(const std::filesystem::path& file)
+{
+    std::string beginning(512, '\0');
+    std::ifstream stream(file, std::ios::binary);
+    stream.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
+    beginning.resize(static_cast<std::size_t>(stream.gcount()));
+    return beginning;
+}
+
+/// Returns whether the desktop might run a file instead of showing it: because it is marked as a program, or because
+/// others run files of its kind.
+bool mightRun(const std::filesystem::path& file)
+{
+    using std::filesystem::perms;
+    constexpr perms marks = perms::owner_exec | perms::group_exec | perms::others_exec;
+    std::error_code unreadable;
+    const std::filesystem::file_status status = std::filesystem::status(file, unreadable);
+    if (status.type() != std::filesystem::file_type::regular)
+        return false;
+    const std::string beginning = beginningOf(file);
+    if ((status.permissions() & marks) != perms::none || beginning.starts_with("#!") ||
+        beginning.starts_with("\x7f"
+                              "ELF") ||
+        beginning.starts_with("MZ"))
+        return true;
+    gchar* const type = g_content_type_guess(file.c_str(), reinterpret_cast<const guchar*>(beginning.data()),
+                                             beginning.size(), nullptr);
+    const bool isRun = std::any_of(runKinds.begin(), runKinds.end(),
+                                   [type](const char* kind) { return g_content_type_is_a(type, kind) != 0; });
+    g_free(type);
+    return isRun;
+}
+
+/// Opens a file with the desktop's default for it, and one that it might run with the default for text.
+bool openWithDefault(const std::filesystem::path& file, GError** error)
+{
+    const std::string uri = fileUri(file);
+    if (!mightRun(file))
+        return g_app_info_launch_default_for_uri(uri.c_str(), nullptr, error) != 0;
+    const std::unique_ptr<GAppInfo, decltype(&g_object_unref)> editor(
+        g_app_info_get_default_for_type("text/plain", FALSE), &g_object_unref);
+    if (!editor) {
+        g_set_error_literal(
+            error, G_IO_ERROR, G_IO_ERROR_NOT_SUPPORTED,
+            QCoreApplication::translate("Editors", "no application for text is installed").toUtf8().constData());
+        return false;
+    }
+    std::string bytes = uri;
+    GList list{bytes.data(), nullptr, nullptr};
+    return g_app_info_launch_uris(editor.get(), &list, nullptr, error) != 0;
+}
+
 /// Returns why an application or a file could not be opened, as a sentence. Frees the error.
 std::string takeSentence(const char* name, GError* error)
 {
@@ -208,7 +273,7 @@ void openWithDefaults(Files files)
     std::optional<std::runtime_error> first;
     for (const auto& file : files) {
         GError* error = nullptr;
-        if (g_app_info_launch_default_for_uri(fileUri(file).c_str(), nullptr, &error) != 0)
+        if (openWithDefault(file, &error))
             continue;
         const std::unique_ptr<gchar, decltype(&g_free)> name(g_filename_display_basename(file.c_str()), &g_free);
         const std::string sentence = takeSentence(name.get(), error);
