@@ -25,6 +25,8 @@ namespace {
 constexpr QSize smallestSize{860, 520};
 // The frame is stored only after this pause, so that dragging an edge does not write the settings at every step.
 constexpr std::chrono::milliseconds frameSettles{300};
+/// How often a repository is read that cannot be watched as a whole.
+constexpr std::chrono::seconds checkPause{30};
 
 StoreServices desktopServices()
 {
@@ -57,6 +59,11 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
 
     frameTimer_.setSingleShot(true);
     connect(&frameTimer_, &QTimer::timeout, this, [this] { windowFrames::remember(*this, this->root()); });
+
+    connect(&checkTimer_, &QTimer::timeout, this, [this] {
+        if (isVisible() && !isMinimized())
+            store_->snapshot().refresh(RefreshScope::full);
+    });
 
     notifiers_.push_back(store_->snapshot().status.addNotifier([this] {
         updateTitle();
@@ -104,11 +111,12 @@ void RepositoryWindow::startWatching()
         store_->snapshot().refresh(gitDirectoryChanged ? RefreshScope::full : RefreshScope::status);
     };
     // Changes between the first read and this moment have not been noticed by anyone.
-    callbacks.onWatching = [this] { store_->snapshot().refresh(RefreshScope::status); };
+    callbacks.onWatching = [this] { store_->snapshot().refresh(RefreshScope::full); };
     callbacks.onLimitReached = [this] {
+        checkTimer_.start(checkPause);
         view_->showNotice(
             tr("This repository has more folders than the system lets Plovik watch. Changes in some of them show when "
-               "this window comes to the front."));
+               "this window comes to the front, and now and then."));
     };
     watcher_ = std::make_unique<RepositoryWatcher>(root(), WatcherGit::installed(), std::move(callbacks));
 }

@@ -59,6 +59,7 @@ private:
     RepositoryView* view_ = nullptr;
     std::unique_ptr<RepositoryWatcher> watcher_;
     QTimer frameTimer_;
+    QTimer checkTimer_;         ///< runs where not everything is watched
     std::string shownWarnings_; ///< git's last warnings, which are shown once
     std::vector<QPropertyNotifier> notifiers_;
 };
