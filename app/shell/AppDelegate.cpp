@@ -84,6 +84,10 @@ AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options))
     connect(&colorScheme_, &ColorScheme::changed, this, &AppDelegate::applyAppearance);
     followSettings();
     applyAppearance();
+    finishSoon_.setSingleShot(true);
+    connect(&finishSoon_, &QTimer::timeout, this, &AppDelegate::finishIfUnused);
+    // Another window may open at once, as when the welcome window gives way.
+    connect(qApp, &QGuiApplication::lastWindowClosed, &finishSoon_, [this] { finishSoon_.start(0); });
 }
 
 AppDelegate::~AppDelegate()
@@ -118,9 +122,14 @@ void AppDelegate::finishLaunching()
 
 void AppDelegate::open(const std::vector<std::filesystem::path>& folders)
 {
+    if (folders.empty()) {
+        reopen(); // nothing of what was asked for lies on this machine
+        return;
+    }
     receivedOpenRequest_ = true;
+    const ActivationToken token = ActivationToken::current();
     for (const std::filesystem::path& folder : folders)
-        launch(openRepository(folder));
+        launch(openRepository(folder, token));
 }
 
 void AppDelegate::reopen()
@@ -145,15 +154,28 @@ void AppDelegate::carryOut(std::string_view action)
         reopen();
 }
 
-QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder)
+QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder, ActivationToken token)
 {
+    const auto opening = opening_;
     try {
         const std::filesystem::path root = co_await BlockingCall<std::filesystem::path>(
             Worker::pool(), Worker::Lane::local, alive_, std::bind_front(&topLevelOf, folder));
-        showRepository(root);
+        token.lend([this, &root] { showRepository(root); });
     } catch (const std::exception& failure) {
-        reportUnopenable(folder, failure);
+        token.lend([&] { reportUnopenable(folder, failure); });
     }
+}
+
+void AppDelegate::finishIfUnused()
+{
+    constexpr std::chrono::milliseconds pause{200};
+    const auto isShown = [](const QWidget* window) { return window->isVisible(); };
+    if (opening_.use_count() > 1 || std::ranges::any_of(QApplication::topLevelWidgets(), isShown))
+        return;
+    if (GitAccess::areChangesUnderWay())
+        finishSoon_.start(pause);
+    else
+        Q_EMIT finished();
 }
 
 void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const std::exception& failure)

@@ -3,11 +3,13 @@
 
 #include "app/await/Await.h"
 #include "app/platform/ColorScheme.h"
+#include "app/services/instance/SingleInstance.h"
 #include "app/shell/LaunchOptions.h"
 #include "app/ui/commands/MainMenu.h"
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 #include <filesystem>
 #include <map>
@@ -39,7 +41,8 @@ public:
     /// folder arrives first.
     void finishLaunching();
 
-    /// Opens the repositories of folders, for another launch or for the desktop.
+    /// Opens the repositories of folders, for another launch or for the desktop. Without folders, brings a window to the
+    /// front.
     void open(const std::vector<std::filesystem::path>& folders);
     /// Brings a window to the front, for another launch without folders.
     void reopen();
@@ -47,7 +50,7 @@ public:
     void carryOut(std::string_view action);
 
     /// Shows the repository that contains `folder`, or an alert that says why it cannot be opened.
-    QCoro::Task<> openRepository(std::filesystem::path folder);
+    QCoro::Task<> openRepository(std::filesystem::path folder, ActivationToken token = {});
     /// Shows the window of the working tree whose top level is `root`, and makes it when there is none.
     void showRepository(const std::filesystem::path& root);
     void showWelcome();
@@ -66,6 +69,8 @@ Q_SIGNALS:
     void windowOpened(RepositoryWindow* window);
     /// Emitted when the window that the command line names is shown.
     void askedWindowShown(QWidget* window);
+    /// Emitted when the last window has gone, and what ran in it has ended.
+    void finished();
 
 private:
     RepositoryWindow* currentWindow() const;
@@ -73,6 +78,7 @@ private:
     void applyAppearance();
     void followSettings();
     void addKeys(QWidget& window);
+    void finishIfUnused();
     void reportUnopenable(const std::filesystem::path& folder, const std::exception& failure);
 
     LaunchOptions options_;
@@ -83,6 +89,9 @@ private:
     QPointer<UpdateDialog> updateDialog_;
     QPointer<SettingsView> settingsWindow_;
     bool receivedOpenRequest_ = false;
+    std::shared_ptr<const std::monostate> opening_ =
+        std::make_shared<const std::monostate>(); ///< shared while it goes on
+    QTimer finishSoon_;
     AliveToken alive_ = std::make_shared<const std::monostate>();
 };
 

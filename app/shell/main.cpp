@@ -61,6 +61,7 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
         QObject::connect(&delegate, &AppDelegate::askedWindowShown, &delegate,
                          [&](QWidget* window) { new Screenshot(*window, screenshot, &delegate); });
     }
+    QObject::connect(&delegate, &AppDelegate::finished, &application, &QApplication::quit);
     delegate.finishLaunching();
     return application.exec();
 }

@@ -4,6 +4,9 @@
 #include "GitKit/repository/GitRepository.h"
 #include "app/store/CommandLog.h"
 
+#include <memory>
+#include <variant>
+
 namespace plovik {
 
 namespace {
@@ -14,6 +17,13 @@ gitkit::RunContext readContext(const CommandLog& log, std::stop_token stop)
     return {.listener = log.listener(),
             .stop = std::move(stop),
             .environment = {{"GIT_ASKPASS", ""}, {"SSH_ASKPASS_REQUIRE", "never"}}};
+}
+
+/// Shared by the operations that have not ended.
+const std::shared_ptr<const std::monostate>& underWay()
+{
+    static const auto token = std::make_shared<const std::monostate>();
+    return token;
 }
 
 } // namespace
@@ -36,8 +46,11 @@ std::shared_ptr<const gitkit::GitRepository> GitAccess::reading(std::stop_token 
 
 BlockingCall<void> GitAccess::change(Worker::Lane lane, const gitkit::RunContext& context, Operation operation) const
 {
-    return BlockingCall<void>(worker_, lane, alive_,
-                              [repo = repo_->in(context), operation = std::move(operation)] { operation(repo); });
+    return BlockingCall<void>(
+        worker_, lane, alive_,
+        [repo = repo_->in(context), operation = std::move(operation), token = underWay()] { operation(repo); });
 }
+
+bool GitAccess::areChangesUnderWay() { return underWay().use_count() > 1; }
 
 } // namespace plovik

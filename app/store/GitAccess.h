@@ -83,6 +83,8 @@ public:
     using Operation = std::function<void(const gitkit::GitRepository&)>;
     /// Awaits an operation whose runs share a context. For Changes alone.
     BlockingCall<void> change(Worker::Lane lane, const gitkit::RunContext& context, Operation operation) const;
+    /// Returns whether operations of any store have not ended. They outlive their store. Any thread.
+    static bool areChangesUnderWay();
 
 private:
     std::shared_ptr<const gitkit::GitRepository> reading(std::stop_token stop) const;

@@ -33,6 +33,20 @@ std::vector<std::filesystem::path> absolute(std::vector<std::filesystem::path> f
 
 } // namespace
 
+ActivationToken ActivationToken::current()
+{
+    return {qgetenv(tokenVariable).toStdString(), qgetenv(startupIdVariable).toStdString()};
+}
+
+void ActivationToken::lend(const std::function<void()>& show) const
+{
+    gitkit::setApplicationVariable(tokenVariable, token);
+    gitkit::setApplicationVariable(startupIdVariable, startupId);
+    show();
+    gitkit::setApplicationVariable(tokenVariable, {});
+    gitkit::setApplicationVariable(startupIdVariable, {});
+}
+
 SingleInstance::SingleInstance() : SingleInstance(usualMeetings()) {}
 
 SingleInstance::SingleInstance(std::vector<std::unique_ptr<LaunchMeeting>> meetings) : meetings_(std::move(meetings)) {}
@@ -53,8 +67,9 @@ bool SingleInstance::handOverAction(const std::string& name, std::chrono::millis
 
 bool SingleInstance::handOver(LaunchRequest request, std::chrono::milliseconds timeout)
 {
-    request.activationToken = qgetenv(tokenVariable).toStdString();
-    request.startupId = qgetenv(startupIdVariable).toStdString();
+    const ActivationToken given = ActivationToken::current();
+    request.activationToken = given.token;
+    request.startupId = given.startupId;
     for (const auto& meeting : meetings_) {
         const auto claim = meeting->claim([this](LaunchRequest received) { this->received(std::move(received)); });
         if (claim == LaunchMeeting::Claim::unavailable)
@@ -91,8 +106,11 @@ void SingleInstance::received(LaunchRequest request)
 
 void SingleInstance::carryOut(const LaunchRequest& request)
 {
-    gitkit::setApplicationVariable(tokenVariable, request.activationToken);
-    gitkit::setApplicationVariable(startupIdVariable, request.startupId);
+    ActivationToken{request.activationToken, request.startupId}.lend([this, &request] { callBack(request); });
+}
+
+void SingleInstance::callBack(const LaunchRequest& request)
+{
     switch (request.kind) {
     case LaunchRequest::Kind::activate:
         if (callbacks_.activate)
@@ -107,9 +125,6 @@ void SingleInstance::carryOut(const LaunchRequest& request)
             callbacks_.action(request.action);
         break;
     }
-    // A program that is started later must not inherit the token of this launch.
-    gitkit::setApplicationVariable(tokenVariable, {});
-    gitkit::setApplicationVariable(startupIdVariable, {});
 }
 
 } // namespace plovik

@@ -27,6 +27,18 @@ struct LaunchRequest {
     std::string startupId = {};
 };
 
+/// What the desktop gives a launch so that its window may come to the front. The toolkit looks for it in the environment
+/// when a window is shown or activated.
+struct ActivationToken {
+    std::string token = {};
+    std::string startupId = {};
+
+    /// Returns what the environment holds now.
+    static ActivationToken current();
+    /// Calls `show` while the environment holds this. A program that is started later must not inherit it.
+    void lend(const std::function<void()>& show) const;
+};
+
 /// A way for the launches of one session to meet: the first one serves, and the others ask it.
 class LaunchMeeting {
 public:
@@ -84,6 +96,7 @@ private:
     bool handOver(LaunchRequest request, std::chrono::milliseconds timeout);
     void received(LaunchRequest request);
     void carryOut(const LaunchRequest& request);
+    void callBack(const LaunchRequest& request);
 
     QObject receiver_;
     Callbacks callbacks_;
