@@ -212,6 +212,9 @@ std::vector<std::string> keepingMessage(const GitRepository& repo, const Operati
         gitDirectories(repo).own / (operation.kind == Kind::rebase ? "rebase-merge/message" : "MERGE_MSG");
     const std::optional<std::string> prepared = regularFileBytes(file, longestPreparedMessage);
     const std::optional<std::string> written = prepared ? writtenMessage(*prepared) : std::nullopt;
+    // Git put the message together with the comment character of the step before.
+    if (const auto mark = prepared && !written ? commentCharacter(*prepared) : std::nullopt)
+        return {std::string("core.commentChar=") + *mark};
     if (!written || (*written != *prepared && !replaceFile(file, *written)))
         return {};
     // Some commands clean the message whatever the settings are, so the comment character is one that it does not use.
@@ -246,14 +249,17 @@ std::string withoutComments(const GitRepository& repo, const std::string& messag
     // What a person wrote may begin with "#", too.
     if (std::optional<std::string> written = writtenMessage(message))
         return repo.runner().bytes({"stripspace"}, {.input = std::move(*written)});
-    return repo.runner().bytes({"stripspace", "--strip-comments"}, {.input = message});
+    RunOptions options{.input = message};
+    if (const auto mark = commentCharacter(message))
+        options.settings.push_back(std::string("core.commentChar=") + *mark);
+    return repo.runner().bytes({"stripspace", "--strip-comments"}, options);
 }
 
 void proceed(const GitRepository& repo, const OperationInProgress& operation, OperationStep step)
 {
     waitForIndex(repo);
     if (operation.kind != Kind::bisect) {
-        const bool commits = step == OperationStep::proceed && !operation.appliesPatches && !operation.meldsInto;
+        const bool commits = step == OperationStep::proceed && !operation.appliesPatches;
         runTelling(repo.runner(), {commandOf(operation.kind), optionOf(step)},
                    {.settings = commits ? keepingMessage(repo, operation) : std::vector<std::string>()});
         return;

@@ -79,6 +79,13 @@ std::optional<std::string> writtenMessage(std::string_view prepared)
     return written;
 }
 
+std::optional<char> commentCharacter(std::string_view prepared)
+{
+    const std::vector<std::string_view> lines = linesOf(prepared);
+    const auto found = std::ranges::find_if(lines, isExplanation);
+    return found == lines.end() ? std::nullopt : std::optional(found->front());
+}
+
 char unusedCommentCharacter(std::string_view message)
 {
     constexpr std::string_view candidates = "#;@!$%^&|:";

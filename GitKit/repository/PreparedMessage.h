@@ -21,6 +21,10 @@ std::string beforeScissors(std::string_view prepared);
 /// with other comments of git's: one that it put together from several or from a tag, or wrote for an editor.
 std::optional<std::string> writtenMessage(std::string_view prepared);
 
+/// Returns the character with which git began its comments in a message that writtenMessage() cannot read; nullopt
+/// where there are none.
+std::optional<char> commentCharacter(std::string_view prepared);
+
 /// Returns a character that git can use for its comments because no line of the message begins with it.
 char unusedCommentCharacter(std::string_view message);
 

@@ -72,6 +72,27 @@ TEST(Proceeding, RecordsLinesThatLookLikeCommentsAndNoneOfGits)
     EXPECT_EQ(repo.read({"log", "-2", "--format=%B"}), "#13 more\n\n" + std::string(StoppedRepository::message));
 }
 
+TEST(Proceeding, KeepsSuchLinesOfCommitsThatAreMelded)
+{
+    TestRepository repo;
+    repo.write("a", "1\n").commit("one").write("a", "2\n").commit("#12 two").write("a", "3\n");
+    repo.commit("squash! #12 two\n\n#more").git({"checkout", "-q", "HEAD~2"}).write("a", "x\n").commit("base");
+    int status = 0;
+    runPlainGit(repo.path(), {"rebase", "-i", "--autosquash", "HEAD", "main"}, status, {},
+                {"GIT_SEQUENCE_EDITOR=true", "GIT_EDITOR=true"});
+    for (int stop = 0; stop < 2; ++stop) {
+        repo.write("a", "resolved " + std::to_string(stop) + "\n").git({"add", "a"});
+        const auto operation = operationInProgress(repo.repository(), repo / ".git");
+        ASSERT_TRUE(operation);
+        try {
+            proceed(repo.repository(), *operation, OperationStep::proceed);
+        } catch (const GitError& error) {
+            EXPECT_EQ(error.kind(), ErrorKind::conflicts) << error.message();
+        }
+    }
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%B"}), "#12 two\n\n#more\n");
+}
+
 TEST(PreparedMessage, KnowsWhatGitWrote)
 {
     EXPECT_EQ(writtenMessage("#1 a\n\nx\n\n# Conflicts:\n#\ta\n#\tb c\n"), "#1 a\n\nx\n");
