@@ -203,6 +203,10 @@ QString conflictSentence(const gitkit::ParsedDiff& diff, DiffState state)
         return QCoreApplication::translate("Diff",
                                            "This file was changed on one side and deleted on the other. Keep or delete "
                                            "it, and stage the result.");
+    if (state == DiffState::addedOnOneSide)
+        return QCoreApplication::translate("Diff",
+                                           "This file is there on one side only, because the other renamed or moved "
+                                           "it. Keep or delete it, and stage the result.");
     if (state == DiffState::onNoSide)
         return QCoreApplication::translate("Diff",
                                            "Both sides deleted or renamed this file. Stage it to leave it deleted.");

@@ -32,8 +32,9 @@ struct FileFacts {
     bool operator==(const FileFacts&) const = default;
 };
 
-/// Conflicts differ in what stands there: both sides' versions, that of one side, or none.
-enum class DiffState { ordinary, conflicted, onOneSide, onNoSide };
+/// Conflicts differ in what stands there: both sides' versions, one that the other side deleted, one that only one side
+/// has added, or none.
+enum class DiffState { ordinary, conflicted, onOneSide, addedOnOneSide, onNoSide };
 
 /// Whose versions a conflict is between: "main (checked out)", "topic (being merged)". Value.
 struct ConflictNames {

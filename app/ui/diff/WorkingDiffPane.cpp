@@ -65,9 +65,9 @@ DiffContent::Use useOf(SectionKind kind)
 
 DiffState conflictOf(const gitkit::FileChange& file)
 {
-    if (file.index == 'D' && file.worktree == 'D')
-        return DiffState::onNoSide;
-    return file.index == file.worktree ? DiffState::conflicted : DiffState::onOneSide;
+    if (file.index == file.worktree)
+        return file.index == 'D' ? DiffState::onNoSide : DiffState::conflicted;
+    return file.index == 'A' || file.worktree == 'A' ? DiffState::addedOnOneSide : DiffState::onOneSide;
 }
 
 DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& file, bool isFirst)
