@@ -9,6 +9,7 @@
 #include <coroutine>
 #include <functional>
 #include <memory>
+#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -32,12 +33,18 @@ public:
 
     bool await_ready() const noexcept { return false; }
 
-    void await_suspend(std::coroutine_handle<> waiting)
+    bool await_suspend(std::coroutine_handle<> waiting)
     {
         // This object must not be used after post(), which may resume and end the coroutine at once.
-        worker_.post(
-            lane_, [outcome = outcome_, call = std::move(call_)] { outcome->fill(call); },
-            [waiting] { waiting.resume(); });
+        const std::shared_ptr<Outcome<Result>> outcome = outcome_;
+        try {
+            worker_.post(
+                lane_, [outcome, call = std::move(call_)] { outcome->fill(call); }, [waiting] { waiting.resume(); });
+            return true;
+        } catch (const std::system_error&) {
+            outcome->error = std::current_exception();
+            return false;
+        }
     }
 
     Result await_resume()

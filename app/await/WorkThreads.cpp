@@ -25,10 +25,8 @@ void WorkThreads::start(std::function<void()> job)
         const std::scoped_lock lock(mutex_);
         isThreadNeeded = waiting_.size() >= idle_;
     }
-    if (isThreadNeeded && threads_.size() < most_ && !addThread() && threads_.empty()) {
-        job();
-        return;
-    }
+    if (isThreadNeeded && threads_.size() < most_)
+        addThread();
     {
         const std::scoped_lock lock(mutex_);
         waiting_.push_back(std::move(job));
@@ -36,13 +34,14 @@ void WorkThreads::start(std::function<void()> job)
     wake_.notify_one();
 }
 
-bool WorkThreads::addThread()
+void WorkThreads::addThread()
 {
     try {
         threads_.emplace_back([this] { run(); });
-        return true;
     } catch (const std::system_error&) {
-        return false;
+        // The threads that there are do the work.
+        if (threads_.empty())
+            throw;
     }
 }
 

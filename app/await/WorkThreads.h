@@ -22,13 +22,13 @@ public:
     WorkThreads(const WorkThreads&) = delete;
     WorkThreads& operator=(const WorkThreads&) = delete;
 
-    /// Runs `job` on one of the threads, or at once on the calling one if there is none and none can be started. Main
+    /// Runs `job` on one of the threads. Throws std::system_error when there is none and none can be started. Main
     /// thread only.
     void start(std::function<void()> job);
 
 private:
     void run();
-    bool addThread();
+    void addThread();
 
     std::size_t most_;
     std::mutex mutex_;

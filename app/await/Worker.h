@@ -23,7 +23,8 @@ public:
 
     virtual ~Worker() = default;
 
-    /// Runs `job` once on some thread, then `done` once on the main thread. `job` does not throw.
+    /// Runs `job` once on some thread, then `done` once on the main thread. `job` does not throw. Throws
+    /// std::system_error, and calls neither, when the system has no thread left.
     virtual void post(Lane lane, std::function<void()> job, std::function<void()> done) = 0;
 
     /// Calls `elapsed` on the main thread after `delay` of monotonic time, unless the returned object is destroyed

@@ -2,11 +2,13 @@
 #include "app/shell/CommandLineSettings.h"
 
 #include "app/platform/FileBrowser.h"
+#include "app/store/Failure.h"
 #include "app/store/ShownText.h"
 
 #include <QCoreApplication>
 
 #include <memory>
+#include <system_error>
 
 namespace plovik {
 
@@ -54,9 +56,13 @@ CommandLineCommands commandLineCommands(const CommandLineTool& tool, Worker& wor
     commands.install = [tool, &worker](std::function<void(QString)> finished) {
         const auto problem = std::make_shared<std::string>();
         // The installation may wait for a password, so it must not block the threads that read from git.
-        worker.post(
-            Worker::Lane::network, [tool, problem] { *problem = installReportingProblem(tool); },
-            [problem, finished = std::move(finished)] { finished(shownText(*problem)); });
+        try {
+            worker.post(
+                Worker::Lane::network, [tool, problem] { *problem = installReportingProblem(tool); },
+                [problem, finished] { finished(shownText(*problem)); });
+        } catch (const std::system_error& failure) {
+            finished(failureOf(failure).message);
+        }
     };
     commands.reveal = [](const std::filesystem::path& path, std::function<void(QString)> failed) {
         revealFiles({path}, [failed = std::move(failed)](const std::string& problem) { failed(shownText(problem)); });

@@ -9,8 +9,19 @@
 
 #include <new>
 #include <stdexcept>
+#include <system_error>
 
 namespace plovik {
+
+namespace {
+
+bool isOutOfThreads(const std::exception& thrown)
+{
+    const auto* const failure = dynamic_cast<const std::system_error*>(&thrown);
+    return failure && failure->code() == std::errc::resource_unavailable_try_again;
+}
+
+} // namespace
 
 Failure failureOf(const std::exception& thrown)
 {
@@ -19,6 +30,9 @@ Failure failureOf(const std::exception& thrown)
     failure.speaker = gitkit::speakerOf(thrown);
     if (dynamic_cast<const std::bad_alloc*>(&thrown) || dynamic_cast<const std::length_error*>(&thrown))
         failure.message = QCoreApplication::translate("Failure", "There is not enough memory for this.");
+    else if (isOutOfThreads(thrown))
+        failure.message = QCoreApplication::translate(
+            "Failure", "The system can start no more threads now. Close other programs and try again.");
     else
         failure.message = withStandIns(withoutSecrets(QString::fromUtf8(thrown.what())));
     return failure;

@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/await/Await.h"
+#include "app/await/PoolWorker.h"
 #include "app/await/WorkThreads.h"
+#include "app/store/Failure.h"
 
 #include <gtest/gtest.h>
 
 #include <latch>
 #include <pthread.h>
+#include <system_error>
+
+using namespace Qt::StringLiterals;
 
 namespace plovik {
 namespace {
@@ -23,7 +29,17 @@ TEST(WorkThreads, RunJobsBesideEachOtherUpToTheLimit)
     allDone.wait();
 }
 
-TEST(WorkThreads, DoWithoutAThreadThatCannotBeStarted)
+QCoro::Task<> awaiting(Worker& worker, const AliveToken& alive, QString& said)
+{
+    try {
+        co_await BlockingCall<void>(worker, Worker::Lane::local, alive, [] {});
+        said = u"done"_s;
+    } catch (const std::exception& thrown) {
+        said = failureOf(thrown).message;
+    }
+}
+
+TEST(WorkThreads, SayThatNoThreadCanBeStartedAndNeverWaitForEver)
 {
     pthread_attr_t usual;
     ASSERT_EQ(::pthread_getattr_default_np(&usual), 0);
@@ -31,19 +47,21 @@ TEST(WorkThreads, DoWithoutAThreadThatCannotBeStarted)
     ASSERT_EQ(::pthread_attr_init(&huge), 0);
     ASSERT_EQ(::pthread_attr_setstacksize(&huge, std::size_t{1} << 46), 0);
     ASSERT_EQ(::pthread_setattr_default_np(&huge), 0);
-    std::thread::id ranOn;
+    PoolWorker worker;
+    const auto alive = std::make_shared<const std::monostate>();
+    QString said;
+    launch(awaiting(worker, alive, said));
     WorkThreads threads(2);
-    threads.start([&] { ranOn = std::this_thread::get_id(); });
+    EXPECT_THROW(threads.start([] {}), std::system_error);
     ASSERT_EQ(::pthread_setattr_default_np(&usual), 0);
-    EXPECT_EQ(ranOn, std::this_thread::get_id()) << "and never waits for ever";
+    EXPECT_TRUE(said.startsWith(u"The system can start no more threads"_s)) << said.toStdString();
 
-    std::latch done(1);
-    threads.start([&] {
-        ranOn = std::this_thread::get_id();
-        done.count_down();
-    });
+    std::latch done(2);
+    threads.start([&] { done.count_down(); });
+    ASSERT_EQ(::pthread_setattr_default_np(&huge), 0);
+    threads.start([&] { done.count_down(); }); // on the thread that there is
+    ASSERT_EQ(::pthread_setattr_default_np(&usual), 0);
     done.wait();
-    EXPECT_NE(ranOn, std::this_thread::get_id());
     ::pthread_attr_destroy(&huge);
     ::pthread_attr_destroy(&usual);
 }
