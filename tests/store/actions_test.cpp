@@ -110,6 +110,18 @@ TEST_F(StoreActions, WhatWaitedBehindAConflictIsNotStaged)
     EXPECT_EQ(store.snapshot().conflictCount(), 1);
 }
 
+TEST_F(StoreActions, WhatGitWouldRefuseIsSaidWithoutAskingIt)
+{
+    repo.write("a", "1").commit("base").git({"branch", "side"}).write("a", "2").commit("ours");
+    repo.git({"checkout", "-q", "side"}).write("a", "3").commit("theirs").git({"checkout", "-q", "main"});
+    int status = 0;
+    runPlainGit(repo.path(), {"merge", "side"}, status);
+    load();
+    actions::checkout(store.actors(), branch("side"));
+    EXPECT_EQ(worker.waiting(), 0u);
+    EXPECT_EQ(store.window().notice.value(), QStringLiteral("Resolve and stage the conflicted files first"));
+}
+
 TEST_F(StoreActions, AFailureIsShownAndTheRepositoryReadAgain)
 {
     repo.write("a", "1").commit("base").git({"branch", "side"}).write("a", "2").commit("ours");

@@ -4,6 +4,7 @@
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "app/store/Changes.h"
+#include "app/store/Obstacles.h"
 #include "app/store/SheetKind.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
@@ -76,6 +77,11 @@ void leaveHead(Actors actors, const std::string& target, std::function<void()> l
 
 void checkOut(Actors actors, const std::string& target, const QString& shown, GitAccess::Operation operation)
 {
+    // A double click asks for what a menu would not offer.
+    if (const QString why = obstacle(actors.changes, actors.snapshot, Verb::checkOut); !why.isEmpty()) {
+        actors.window.tell(why);
+        return;
+    }
     leaveHead(actors, target, [actors, shown, operation = std::move(operation)] {
         actors.changes.run(
             {.verb = Verb::checkOut, .title = RefTexts::tr("Checking out %1…").arg(shown), .operation = operation});
