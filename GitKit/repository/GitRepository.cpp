@@ -20,6 +20,18 @@ namespace gitkit {
 
 namespace {
 
+/// Keeps git from looking for a repository above `root` once this one is gone: it would find the one around it, and
+/// change that. A list of ceilings cannot name a folder with a colon.
+RunContext pinnedTo(const std::filesystem::path& root, RunContext context)
+{
+    const std::string above = root.parent_path().string();
+    if (above.find(':') == std::string::npos)
+        context.environment.emplace_back("GIT_CEILING_DIRECTORIES", above);
+    else
+        context.requiredTopLevel = root;
+    return context;
+}
+
 /// The branch name that status prints when HEAD names a ref that cannot be read.
 constexpr std::string_view unreadableHead = "(unknown)";
 
@@ -78,7 +90,7 @@ std::vector<std::string> logArguments(const std::vector<std::string>& scope, int
 } // namespace
 
 GitRepository::GitRepository(std::filesystem::path root, RunContext context)
-    : root_(std::move(root)), runner_(root_, std::move(context))
+    : root_(std::move(root)), runner_(root_, pinnedTo(root_, std::move(context)))
 {}
 
 std::filesystem::path GitRepository::topLevel(const std::filesystem::path& folder)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/runner/GitRunner.h"
 
+#include "GitKit/Text.h"
 #include "GitKit/runner/GitEnvironment.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitExecutable.h"
@@ -117,6 +118,20 @@ std::optional<std::string> readFileSystemMonitor()
     return last;
 }
 
+GitOutput topLevelFrom(const std::filesystem::path& directory, const RunContext& context)
+{
+    return start(directory, {.stop = context.stop}, {"rev-parse", "--show-toplevel"}, {}, {});
+}
+
+/// What git says where it finds none.
+GitOutput noRepository()
+{
+    GitOutput output;
+    output.status = 128;
+    output.stderrBytes = "fatal: not a git repository";
+    return output;
+}
+
 /// Reads it once in a process, because every status needs it and the files hardly ever change.
 const std::optional<std::string>& fileSystemMonitor()
 {
@@ -132,6 +147,11 @@ GitRunner::GitRunner(std::filesystem::path directory, RunContext context)
 
 GitOutput GitRunner::output(const std::vector<std::string>& arguments, const RunOptions& options) const
 {
+    if (!context_.requiredTopLevel.empty()) {
+        GitOutput found = topLevelFrom(directory_, context_);
+        if (withoutLineEnd(found.stdoutBytes) != context_.requiredTopLevel.string())
+            return found.status == 0 ? noRepository() : found;
+    }
     return start(directory_, context_, arguments, options, fileSystemMonitor());
 }
 

@@ -37,6 +37,9 @@ struct RunContext {
     /// When a stop is requested, git and everything that it started is asked to end and is killed after two seconds. No
     /// further run starts.
     std::stop_token stop = {};
+    /// The top level that git must find from its folder; anything else fails as if there were no repository. For folders
+    /// whose names cannot be told to git as a limit of its search.
+    std::filesystem::path requiredTopLevel = {};
     /// Environment entries. Only those of a single run are set later.
     std::vector<std::pair<std::string, std::string>> environment = {};
 };

@@ -9,9 +9,39 @@
 #include <QMetaObject>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace plovik {
+
+namespace {
+
+/// For so long a change without a title may run unsaid.
+constexpr std::chrono::milliseconds untitledTime{2000};
+
+struct ChangeTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Changes)
+};
+
+QString titleOfSlow(Verb verb)
+{
+    switch (verb) {
+    case Verb::stage:
+        return ChangeTexts::tr("Staging…");
+    case Verb::unstage:
+        return ChangeTexts::tr("Unstaging…");
+    case Verb::discard:
+        return ChangeTexts::tr("Discarding…");
+    case Verb::undoDiscard:
+        return ChangeTexts::tr("Bringing back…");
+    case Verb::takeSide:
+        return ChangeTexts::tr("Resolving…");
+    default:
+        return ChangeTexts::tr("Working…");
+    }
+}
+
+} // namespace
 
 Changes::Changes(const GitAccess& git, const CommandLog& log, Snapshot& snapshot, WindowState& window,
                  OpenSignIn signIn)
@@ -28,9 +58,11 @@ bool Changes::run(Change change)
         return false;
     }
     const quint64 number = ++lastNumber_;
-    runs_.push_back({.shown = {number, change.verb, change.title}, .stop = {}});
+    runs_.push_back({.shown = {number, change.verb, change.title}, .stop = {}, .isQuick = change.title.isEmpty()});
     turnsTaken_ += takesTurn(change.verb) ? 1 : 0;
     show();
+    if (change.title.isEmpty())
+        showIfSlow(number);
     launch(running_(std::move(change), number));
     return true;
 }
@@ -46,8 +78,11 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
     std::optional<Failure> failure;
     try {
         std::optional<Turnstile::Pass> pass;
-        if (takesTurn(change.verb))
+        if (takesTurn(change.verb)) {
+            run->isWaiting = true;
             pass.emplace(co_await turns_.enter());
+            run->isWaiting = false;
+        }
         co_await git_.change(lane, context, change.operation);
     } catch (const std::exception& thrown) {
         failure = failureOf(thrown);
@@ -91,13 +126,27 @@ std::list<Changes::Run>::iterator Changes::find(quint64 number)
     return std::ranges::find(runs_, number, [](const Run& run) { return run.shown.number; });
 }
 
+/// Shows a change that began without a title once it has taken too long to stay unsaid. It can be cancelled then.
+void Changes::showIfSlow(quint64 number)
+{
+    find(number)->untilShown = git_.worker().after(untitledTime, [this, number] {
+        const auto run = find(number);
+        run->shown.title = titleOfSlow(run->shown.verb);
+        show();
+    });
+}
+
+/// Whether the change is among the running ones that are shown. One that was cancelled while it waited for its turn is as
+/// good as ended.
+bool Changes::isShown(const Run& run) { return !run.shown.title.isEmpty() && !(run.isWaiting && run.isCancelling); }
+
 /// Updates the observed values from the running changes.
 void Changes::show()
 {
     std::vector<RunningChange> titled;
     const Run* newest = nullptr;
     for (const Run& run : runs_) {
-        if (run.shown.title.isEmpty())
+        if (!isShown(run))
             continue;
         titled.push_back(run.shown);
         newest = &run;
@@ -133,8 +182,7 @@ QString Changes::whyNot(Verb verb) const
 
 void Changes::cancelActivity()
 {
-    const auto shown =
-        std::find_if(runs_.rbegin(), runs_.rend(), [](const Run& run) { return !run.shown.title.isEmpty(); });
+    const auto shown = std::find_if(runs_.rbegin(), runs_.rend(), &Changes::isShown);
     if (shown != runs_.rend())
         cancel(*shown);
 }

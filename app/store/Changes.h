@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/await/Turnstile.h"
+#include "app/await/Worker.h"
 #include "app/platform/SignIn.h"
 #include "app/store/CommandLog.h"
 #include "app/store/Failure.h"
@@ -14,6 +15,7 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <algorithm>
 #include <functional>
 #include <initializer_list>
 #include <list>
@@ -29,8 +31,8 @@ class WindowState;
 /// The description of one change of the repository: what it is, what it runs, and what follows.
 struct Change {
     Verb verb;
-    /// The text that is shown while it runs ("Fetching…"). A change without a title shows nothing and cannot be
-    /// cancelled, which is meant for changes that take an instant.
+    /// The text that is shown while it runs ("Fetching…"). A change without a title is meant to take an instant: it shows
+    /// nothing until two seconds have passed, and then gets the title of its verb.
     QString title = {};
     GitAccess::Operation operation; ///< runs on the worker; its exception is the failure
     /// Called after success, before the repository is read again. Main thread.
@@ -80,7 +82,7 @@ public:
     /// Returns whether a change that takes a turn is under way, so that the next one has to wait.
     bool isTurnTaken() const { return turnsTaken_ > 0; }
     /// Returns whether changes without a title are under way.
-    bool hasUntitled() const { return runs_.size() > running.value().size(); }
+    bool hasUntitled() const { return std::ranges::any_of(runs_, &Run::isQuick); }
 
     // The following describe the newest running change with a title.
 
@@ -114,10 +116,15 @@ private:
         SignIns::Number signIn = 0;
         QString progress = {};
         bool isCancelling = false;
+        bool isQuick = false;   ///< it began without a title
+        bool isWaiting = false; ///< for its turn
+        std::unique_ptr<Worker::Delay> untilShown = {};
     };
     QCoro::Task<> running_(Change change, quint64 number);
     std::shared_ptr<ActionRuns> listenTo(quint64 number);
     std::list<Run>::iterator find(quint64 number);
+    void showIfSlow(quint64 number);
+    static bool isShown(const Run& run);
     void cancel(Run& run);
     void show();
 

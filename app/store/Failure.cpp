@@ -28,6 +28,12 @@ Failure failureOf(const std::exception& thrown)
     Failure failure;
     failure.kind = gitkit::errorKindOf(thrown);
     failure.speaker = gitkit::speakerOf(thrown);
+    if (failure.kind == gitkit::ErrorKind::notARepository) {
+        failure.speaker = gitkit::Speaker::plovik;
+        failure.message =
+            QCoreApplication::translate("Failure", "This is no repository any more: git finds none in its folder.");
+        return failure;
+    }
     if (dynamic_cast<const std::bad_alloc*>(&thrown) || dynamic_cast<const std::length_error*>(&thrown))
         failure.message = QCoreApplication::translate("Failure", "There is not enough memory for this.");
     else if (isOutOfThreads(thrown))

@@ -78,7 +78,7 @@ QCoro::Task<> History::reload()
     HistoryPage page;
     QString problem;
     // git fails when it is asked for a history before the first commit.
-    if (snapshot_.status.value().hasCommits()) {
+    if (snapshot_.mayHaveCommits()) {
         try {
             page = co_await git_.read(readHistoryPage, std::move(request));
         } catch (const std::exception& thrown) {
@@ -117,7 +117,7 @@ void History::apply(HistoryPage page, std::optional<HistoryFilter> shown)
     else if (!keepsSelection)
         window_.followCommit(std::nullopt);
     // Without commits, and before the first status, no history was read.
-    if (wanted_ && !wanted && snapshot_.status.value().hasCommits())
+    if (wanted_ && !wanted && snapshot_.mayHaveCommits())
         missWanted();
     if (arrived)
         arrived(std::nullopt);

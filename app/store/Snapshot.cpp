@@ -28,6 +28,12 @@ QString Snapshot::headDescription() const
     return {};
 }
 
+bool Snapshot::mayHaveCommits() const
+{
+    return status.value().hasCommits() || !branches.value().empty() || !remoteBranches.value().empty() ||
+           !tags.value().empty() || (generation.value() == 0 && !statusProblem_.isEmpty());
+}
+
 bool Snapshot::hasRef(const std::string& fullName) const
 {
     return std::ranges::any_of(std::array{&branches, &remoteBranches, &tags}, [&fullName](const auto* refs) {

@@ -60,6 +60,9 @@ public:
     /// Returns the branch, or "HEAD detached at …", or an empty text when there is neither.
     QString headDescription() const;
     bool hasRef(const std::string& fullName) const;
+    /// Returns whether there may be a history: HEAD or another ref has commits, or the status could not be read, which says
+    /// nothing about the history. The current branch may have none while others do.
+    bool mayHaveCommits() const;
     bool hasStash(const std::string& hash) const;
     std::ptrdiff_t conflictCount() const;
 

@@ -272,6 +272,31 @@ TEST(GitRepository, FailsWhereItCannotRead)
     EXPECT_THROW(GitRepository(outside / "gone").status(), LaunchError);
 }
 
+TEST(GitRepository, NeverTakesTheRepositoryAroundItsOwn)
+{
+    for (const char* name : {"inner", "with:colon/inner"}) {
+        TestRepository outer;
+        outer.write("o", "1").commit("outer").write("o", "2").write(std::string(name) + "/f", "1");
+        int status = 0;
+        runPlainGit(outer / name, {"init", "-q"}, status);
+        const GitRepository inner(GitRepository::topLevel(outer / name));
+        EXPECT_EQ(inner.status().files.size(), 1U);
+        std::filesystem::rename(outer / (std::string(name) + "/.git"), outer / "moved");
+        for (const auto& change : std::vector<std::function<void()>>{[&] { inner.status(); }, [&] { inner.stageAll(); },
+                                                                     [&] { inner.commit("mine", CommitMode::create); }})
+        {
+            try {
+                change();
+                ADD_FAILURE() << name;
+            } catch (const GitError& error) {
+                EXPECT_EQ(error.kind(), ErrorKind::notARepository) << error.what();
+            }
+        }
+        EXPECT_EQ(outer.read({"log", "--format=%s"}), "outer");
+        EXPECT_EQ(outer.read({"diff", "--cached", "--name-only"}), "");
+    }
+}
+
 TEST(GitRepository, KeepsWhatGitComplainsOfWhileItSucceeds)
 {
     TestRepository repo;

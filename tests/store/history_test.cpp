@@ -231,6 +231,26 @@ TEST_F(StoreHistory, BeforeTheFirstCommitGitIsNotAsked)
     EXPECT_EQ(store.history().historyProblem.value(), QString());
 }
 
+TEST_F(StoreHistory, ABranchWithoutCommitsHidesNoHistoryAndNeitherDoesABrokenIndex)
+{
+    repo.commit("one").commit("two").git({"branch", "other"}).git({"checkout", "-q", "--orphan", "fresh"});
+    load();
+    select(SidebarItem::history());
+    worker.finishAll();
+    EXPECT_EQ(store.history().history.value().size(), 2U);
+    select(SidebarItem::ref("refs/heads/other"));
+    worker.finishAll();
+    EXPECT_EQ(store.history().history.value().size(), 2U);
+
+    repo.write(".git/index", "garbage");
+    RepositoryStore another(repo.path(), worker);
+    another.window().select(SidebarItem::history());
+    another.snapshot().refresh(RefreshScope::full);
+    worker.finishAll();
+    EXPECT_FALSE(another.snapshot().readProblem.value().isEmpty());
+    EXPECT_EQ(another.history().history.value().size(), 2U);
+}
+
 TEST_F(StoreHistory, ArrowsMoveTheSelectionWithinThePage)
 {
     store.history().moveCommitSelection(1);

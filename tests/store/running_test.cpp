@@ -81,6 +81,37 @@ TEST_F(StoreRunning, ACancelledActionEndsWithoutAWordAndKeepsTheMessage)
     EXPECT_NE(repo.head(), head);
 }
 
+TEST_F(StoreRunning, WhatTakesTooLongIsShownAndCanBeCancelledAlsoWhileItWaits)
+{
+    repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2").write("a", "3");
+    repo.write(".gitattributes", "a filter=slow\n").write("c", "1").git({"add", "c"});
+    load();
+    repo.git({"config", "filter.slow.clean", "touch started; exec sleep 60"});
+    const auto files = store.snapshot().status.value().files;
+    const auto file = [&files](const std::string& path) {
+        return *std::ranges::find(files, path, &gitkit::FileChange::path);
+    };
+    store.staging().stage({file("a")});
+    store.staging().stage({file("b")}); // waits
+    EXPECT_FALSE(store.changes().activity.value());
+    worker.advance(std::chrono::milliseconds(2000));
+    EXPECT_EQ(store.changes().activity.value(), QStringLiteral("Staging…"));
+    EXPECT_FALSE(store.changes().offers(Verb::commit));
+    EXPECT_EQ(store.changes().running.value().size(), 2U);
+    store.changes().cancelActivity(); // the newest, which has not begun
+    EXPECT_EQ(store.changes().running.value().size(), 1U);
+
+    auto running = std::async(std::launch::async, [this] { return worker.runOnly(); });
+    while (!std::filesystem::exists(repo / "started"))
+        std::this_thread::yield();
+    store.changes().cancelActivity();
+    running.get()();
+    repo.git({"config", "--unset", "filter.slow.clean"}); // the status would wait for it, too
+    worker.finishAll();
+    EXPECT_FALSE(store.changes().activity.value() || store.window().errorMessage.value());
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "c");
+}
+
 /// A port that takes connections and never says a word.
 class SilentServer {
 public:

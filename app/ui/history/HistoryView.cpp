@@ -89,10 +89,10 @@ HistoryView::Nothing HistoryView::nothing() const
     if (!store_.history().historyProblem.value().isEmpty())
         return {tr("The history could not be read"), store_.history().historyProblem.value(),
                 store_.history().isHistoryFiltered.value() ? WayOut::clearSearch : WayOut::none};
-    const gitkit::RepoStatus& status = store_.snapshot().status.value();
-    if (!status.hasCommits() && !store_.snapshot().readProblem.value().isEmpty())
+    const bool hasHistory = store_.snapshot().mayHaveCommits();
+    if (!hasHistory && !store_.snapshot().readProblem.value().isEmpty())
         return {tr("The repository could not be read"), store_.snapshot().readProblem.value()};
-    if (!status.hasCommits())
+    if (!hasHistory)
         return {tr("No Commits Yet"), tr("What you commit in this repository will stand here."), WayOut::workingCopy};
     if (store_.history().isHistoryFiltered.value())
         return {tr("No Matching Commits"), tr("No commit of this history matches the search."), WayOut::clearSearch};
