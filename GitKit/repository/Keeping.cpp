@@ -143,8 +143,13 @@ void noteAfter(const GitRepository& repo, const fs::path& folder, std::vector<Ke
         file.after = kindAt(place);
         file.afterIdentity = identityOf(place);
         const auto bytes = file.after == FileKind::regular ? bytesOf(place, largestMerged) : std::nullopt;
-        if (bytes)
+        if (!bytes)
+            continue;
+        try {
             putBytes(*bytes, copyAfter(folder, file));
+        } catch (const GitError&) {
+            // Without this copy the file cannot be merged, but it can still come back.
+        }
     }
 }
 
@@ -180,7 +185,11 @@ std::optional<Kept> finishKeeping(const GitRepository& repo, const fs::path& fol
         fs::remove_all(folder, ignored);
         return std::nullopt;
     }
-    writeKeptList(folder, files);
+    try {
+        writeKeptList(folder, files);
+    } catch (const GitError&) {
+        // The list from before the discard names the same copies.
+    }
     return keptIn(folder);
 }
 
@@ -228,19 +237,27 @@ bool isAsInHead(const GitRepository& repo, const std::string& path)
     return repo.runner().output({"diff", "--quiet", "HEAD", "--", literalPathspec(path)}).status == 0;
 }
 
-/// Puts back the tracked files that a failure has left in between.
-void putBackHalfDone(const GitRepository& repo, const fs::path& folder, const std::vector<KeptFile>& files)
+/// Whether a failure has left a tracked file in between: neither as it was nor as HEAD has it.
+bool isHalfDone(const GitRepository& repo, const fs::path& folder, const KeptFile& file)
+{
+    const fs::path place = repo.root() / file.path;
+    return !file.isNew && isFile(file.before) && identityOf(place) != identityOf(folder / file.copy) &&
+           kindAt(place) != FileKind::folder && !isAsInHead(repo, file.path);
+}
+
+/// Puts back what a failure has left in between; that is kept no longer.
+void putBackHalfDone(const GitRepository& repo, const fs::path& folder, std::vector<KeptFile>& files)
 {
     Entries entries = entriesOf(repo, files);
-    for (const KeptFile& file : files) {
+    std::erase_if(files, [&](const KeptFile& file) {
+        if (!isHalfDone(repo, folder, file) || !makeParents(repo.root(), file.path))
+            return false;
+        // Moved and not copied: on a full disk there is no room for a copy, and this is the very file that stood there.
         const fs::path place = repo.root() / file.path;
-        if (file.isNew || !isFile(file.before) || identityOf(place) == identityOf(folder / file.copy) ||
-            kindAt(place) == FileKind::folder || isAsInHead(repo, file.path))
-            continue;
-        if (makeParents(repo.root(), file.path))
+        if (::rename((folder / file.copy).c_str(), place.c_str()) != 0)
             putCopy(folder / file.copy, place);
-        IndexWay(repo).restore(file, entries[file.path]);
-    }
+        return IndexWay(repo).restore(file, entries[file.path]);
+    });
 }
 
 enum class Way { put, remove, merge, none, nothing };
@@ -256,7 +273,7 @@ Way wayBack(const GitRepository& repo, const fs::path& folder, const KeptFile& f
         now == file.after && (identityOf(place) == file.afterIdentity || (after && bytes == after));
     if (file.before == FileKind::none)
         return now == FileKind::none ? Way::nothing : isUnchanged ? Way::remove : Way::none;
-    if (!isFile(file.before))
+    if (!isFile(file.before) || kindAt(folder / file.copy) == FileKind::none)
         return Way::nothing;
     if (now == FileKind::none || isUnchanged)
         return Way::put;

@@ -84,7 +84,7 @@ Confirmation discardQuestion(const std::vector<FileChange>& files, const std::op
         detail.append(text + u'.');
     if (std::ranges::all_of(files, isKept))
         detail.append(DiscardTexts::tr("Undo brings everything back."));
-    question.detail = detail.join(u' ');
+    question.detail = detail.join(u'\n');
     if (hasBothSides(files))
         question.alternativeTitle = DiscardTexts::tr("Discard Unstaged Only");
     return question;

@@ -252,7 +252,7 @@ TEST_F(StoreStaging, DiscardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
     load();
     store.staging().confirmDiscard({file("new.txt")});
     worker.finishAll();
-    EXPECT_EQ(store.window().confirmation.value()->detail, QStringLiteral("1 new file. Undo brings everything back."));
+    EXPECT_EQ(store.window().confirmation.value()->detail, QStringLiteral("1 new file.\nUndo brings everything back."));
     EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Delete “new.txt”?"));
     EXPECT_EQ(store.window().confirmation.value()->message, QStringLiteral("The file is moved to the Trash."));
     store.staging().confirmDiscard({file("a")});
@@ -296,7 +296,7 @@ TEST_F(StoreStaging, StagedWorkIsNamedBeforeItIsDiscardedAndCanStay)
     worker.finishAll();
     const Confirmation question = *store.window().confirmation.value();
     EXPECT_EQ(question.detail,
-              QStringLiteral("1 changed line and 1 staged one; 1 new file. Undo brings everything back."));
+              QStringLiteral("1 changed line and 1 staged one; 1 new file.\nUndo brings everything back."));
     EXPECT_EQ(question.alternativeTitle, QStringLiteral("Discard Unstaged Only"));
     store.window().confirmAlternative(question.id);
     worker.finishAll();
