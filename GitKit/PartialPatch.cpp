@@ -238,7 +238,7 @@ bool isWhole(const ParsedDiff& diff, int selected) { return selected >= diff.add
 
 PartialRefusal partialRefusal(const ParsedDiff& diff)
 {
-    if (!diff.patchHeader || diff.isTruncated || diff.lines.empty())
+    if (!diff.patchHeader || diff.isLong() || diff.lines.empty())
         return PartialRefusal::noPatch;
     if (diff.whiteSpace == WhiteSpace::ignored)
         return PartialRefusal::whiteSpace;

@@ -14,9 +14,12 @@ bool isFileHeader(std::string_view piece)
     return piece.starts_with("diff --git ") || piece.starts_with("diff --cc ") || piece.starts_with("diff --combined ");
 }
 
+/// Whether the lines of a diff are kept or only counted.
+enum class Keeping { lines, count };
+
 class Reader {
 public:
-    explicit Reader(int maxLines) : maxLines_(static_cast<std::size_t>(maxLines)) {}
+    Reader(int maxLines, Keeping keeping) : maxLines_(static_cast<std::size_t>(maxLines)), keeping_(keeping) {}
 
     /// Returns false when no more lines are wanted.
     bool take(std::string_view piece, bool isLast)
@@ -35,6 +38,8 @@ public:
             takeHeaderLine(piece);
         return true;
     }
+
+    int count() const { return count_; }
 
     ParsedDiff finish()
     {
@@ -135,6 +140,9 @@ private:
 
     void add(DiffLine::Kind kind, std::string_view bytes, std::optional<int> oldNumber, std::optional<int> newNumber)
     {
+        ++count_;
+        if (keeping_ == Keeping::count)
+            return;
         DiffLine line;
         line.id = static_cast<int>(diff_.lines.size());
         line.kind = kind;
@@ -147,6 +155,8 @@ private:
     }
 
     std::size_t maxLines_;
+    Keeping keeping_;
+    int count_ = 0;
     ParsedDiff diff_;
     std::string header_;
     bool hasHeader_ = false;
@@ -157,18 +167,31 @@ private:
     int new_ = 0;
 };
 
-} // namespace
-
-ParsedDiff DiffParser::parse(std::string_view text, int maxLines)
+void feed(Reader& reader, std::string_view text)
 {
-    Reader reader(maxLines);
     while (true) {
         const std::size_t end = text.find('\n');
         const bool isLast = end == std::string_view::npos;
         if (!reader.take(text.substr(0, end), isLast) || isLast)
-            return reader.finish();
+            return;
         text.remove_prefix(end + 1);
     }
+}
+
+} // namespace
+
+ParsedDiff DiffParser::parse(std::string_view text, int maxLines)
+{
+    Reader reader(maxLines, Keeping::lines);
+    feed(reader, text);
+    return reader.finish();
+}
+
+int DiffParser::lineCount(std::string_view text)
+{
+    Reader reader(1, Keeping::count);
+    feed(reader, text);
+    return reader.count();
 }
 
 } // namespace gitkit

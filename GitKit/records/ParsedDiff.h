@@ -3,6 +3,7 @@
 
 #include "GitKit/records/DiffLine.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,11 +13,40 @@ namespace gitkit {
 /// Whether a diff shows lines that differ in white space only.
 enum class WhiteSpace { compared, ignored };
 
+/// How much of a long diff is read.
+enum class DiffReach {
+    beginning, ///< what is shown at first
+    counted,   ///< the same, and how many lines there are to read
+    whole,     ///< as much as can be read: 64 MiB, and no more lines than ParsedDiff::mostLines
+};
+
+/// How a diff is to be read. Value.
+struct DiffReading {
+    WhiteSpace whiteSpace = WhiteSpace::compared;
+    DiffReach reach = DiffReach::beginning;
+
+    bool operator==(const DiffReading&) const = default;
+};
+
+/// How much there is of a diff beyond its beginning. Value.
+struct DiffExtent {
+    int lines = 0;     ///< from the first one, as many as can be read
+    bool isAll = true; ///< the diff has no more lines than those
+
+    bool operator==(const DiffExtent&) const = default;
+};
+
 /// A parsed patch of one file (or, from some commands, of several).
 struct ParsedDiff {
+    /// The longest diff that is shown at first, and of which parts can be applied, in lines.
+    static constexpr int shownLines = 5000;
+    /// The longest diff that is read, in lines.
+    static constexpr int mostLines = 200'000;
+
     std::vector<DiffLine> lines;
     bool isBinary = false;
-    bool isTruncated = false; ///< the diff is longer than what was read
+    bool isTruncated = false;         ///< the diff is longer than what was read
+    std::optional<DiffExtent> extent; ///< of a truncated diff whose lines were counted
     int additions = 0;
     int deletions = 0;
     /// The file's header lines as bytes, joined by line feeds, without a final one. Present only for a diff of exactly
@@ -28,6 +58,8 @@ struct ParsedDiff {
     /// A diff that ignores white space is for reading only; it cannot be applied.
     WhiteSpace whiteSpace = WhiteSpace::compared;
 
+    /// Returns whether the diff is too long to have parts of it applied.
+    bool isLong() const { return isTruncated || lines.size() > static_cast<std::size_t>(shownLines); }
     bool isEmpty() const { return lines.empty() && !isBinary; }
 
     bool operator==(const ParsedDiff&) const = default;

@@ -72,10 +72,10 @@ public:
     /// Returns a commit with its changes against its first parent. A stash has its untracked files, too.
     CommitDetail commitDetail(const std::string& hash, CommitKind kind) const;
     /// Returns the diff of a file that commitDetail() listed.
-    ParsedDiff commitDiff(const std::string& hash, const CommitFile& file,
-                          WhiteSpace whiteSpace = WhiteSpace::compared) const;
-    /// Returns the diffs of a changed file: first the unstaged one, then the staged one. Reads no more than is shown.
-    std::vector<DiffSection> workingDiff(const FileChange& file, WhiteSpace whiteSpace = WhiteSpace::compared) const;
+    ParsedDiff commitDiff(const std::string& hash, const CommitFile& file, DiffReading reading = {}) const;
+    /// Returns the diffs of a changed file: first the unstaged one, then the staged one. Reads no more than is asked
+    /// for.
+    std::vector<DiffSection> workingDiff(const FileChange& file, DiffReading reading = {}) const;
 
     StagedChanges stagedChanges() const;
     /// Returns the bytes of HEAD's message, converted to UTF-8 if the commit names another encoding.

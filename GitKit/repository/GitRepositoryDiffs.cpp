@@ -25,6 +25,8 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <string_view>
+#include <utility>
 
 namespace gitkit {
 
@@ -32,8 +34,17 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-/// More lines than are shown, with room for headers. The bytes limit a file of a few endless lines.
-constexpr OutputLimit diffLimit{DiffParser::shownLines + 100, std::size_t{16} << 20};
+/// The bytes limit a file of a few endless lines.
+constexpr std::size_t mostBeginning = std::size_t{16} << 20;
+constexpr std::size_t mostWhole = std::size_t{64} << 20;
+
+/// Allows more lines than are wanted, as room for headers.
+OutputLimit limitOf(DiffReach reach)
+{
+    constexpr std::size_t headers = 100;
+    return reach == DiffReach::beginning ? OutputLimit{ParsedDiff::shownLines + headers, mostBeginning}
+                                         : OutputLimit{ParsedDiff::mostLines + headers, mostWhole};
+}
 
 Arguments diffArguments(std::initializer_list<std::string> start, std::initializer_list<std::string> end)
 {
@@ -62,29 +73,45 @@ std::vector<std::string> allPaths(const CommitFile& file)
     return file.originalPath ? std::vector{file.path, *file.originalPath} : std::vector{file.path};
 }
 
-ParsedDiff diff(const GitRunner& runner, const std::vector<std::string>& arguments, WhiteSpace whiteSpace,
+/// Tells of a truncated diff how many lines `text` has of it, or that it has no more than are there.
+void addExtent(ParsedDiff& parsed, std::string_view text, bool isCut)
+{
+    const int count = DiffParser::lineCount(text);
+    if (!isCut && std::cmp_equal(count, parsed.lines.size()))
+        parsed.isTruncated = false;
+    else
+        parsed.extent = {std::min(count, ParsedDiff::mostLines), !isCut && count <= ParsedDiff::mostLines};
+}
+
+ParsedDiff diff(const GitRunner& runner, const std::vector<std::string>& arguments, DiffReading reading,
                 RunOptions options = {})
 {
     std::vector<std::string> all = arguments;
-    if (whiteSpace == WhiteSpace::ignored)
+    if (reading.whiteSpace == WhiteSpace::ignored)
         all.insert(std::ranges::find(all, "--full-index"), "-w");
-    options.limit = diffLimit;
+    options.limit = limitOf(reading.reach);
     const GitOutput output = runner.accepted(all, options);
-    ParsedDiff parsed = DiffParser::parse(output.stdoutBytes);
-    parsed.whiteSpace = whiteSpace;
-    parsed.isTruncated = parsed.isTruncated || output.cut;
+    // A little more may have been read before the limit was noticed.
+    const std::string_view text = std::string_view(output.stdoutBytes).substr(0, options.limit->bytes);
+    const bool isWhole = reading.reach == DiffReach::whole;
+    const std::string_view parsedText = isWhole ? text : text.substr(0, mostBeginning);
+    ParsedDiff parsed = DiffParser::parse(parsedText, isWhole ? ParsedDiff::mostLines : ParsedDiff::shownLines);
+    parsed.whiteSpace = reading.whiteSpace;
+    parsed.isTruncated = parsed.isTruncated || output.cut || parsedText.size() < text.size();
+    if (parsed.isTruncated && reading.reach == DiffReach::counted)
+        addExtent(parsed, text, output.cut);
     return parsed;
 }
 
-ParsedDiff untrackedDiff(const GitRepository& repo, const std::string& path, WhiteSpace whiteSpace)
+ParsedDiff untrackedDiff(const GitRepository& repo, const std::string& path, DiffReading reading)
 {
     std::error_code ignored;
     if (path != "-" && !std::filesystem::is_symlink(repo.root() / path, ignored))
-        return diff(repo.runner(), diffArguments({"diff", "--no-index"}, {"--", "/dev/null", path}), whiteSpace,
+        return diff(repo.runner(), diffArguments({"diff", "--no-index"}, {"--", "/dev/null", path}), reading,
                     {.accepting = {0, 1}});
     const ScratchIndex index(repo.runner());
     repo.runner().accepted({"add", "--intent-to-add", "--force", "--", literalPathspec(path)}, index.options());
-    return diff(repo.runner(), onExactly(diffArguments({"diff"}, {}), {path}), whiteSpace, index.options());
+    return diff(repo.runner(), onExactly(diffArguments({"diff"}, {}), {path}), reading, index.options());
 }
 
 /// Whether a patch changes a submodule from a commit to the same one with changed files, which git applies as nothing.
@@ -139,26 +166,26 @@ CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kin
     return std::move(*detail);
 }
 
-ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& file, WhiteSpace whiteSpace) const
+ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& file, DiffReading reading) const
 {
     const std::string revision = commitArgument("show", file.source.value_or(hash));
     Arguments arguments = diffArguments({"show", "--format=", "--first-parent", "-M"}, {revision});
-    return diff(runner_, onExactly(std::move(arguments), allPaths(file)), whiteSpace);
+    return diff(runner_, onExactly(std::move(arguments), allPaths(file)), reading);
 }
 
-std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, WhiteSpace whiteSpace) const
+std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, DiffReading reading) const
 {
     using Kind = DiffSection::Kind;
     std::vector<DiffSection> sections;
     if (file.isUntracked()) {
         // A repository inside this one is listed as a folder; it has no diff.
         if (!file.path.ends_with('/'))
-            sections.push_back({"Untracked", untrackedDiff(*this, file.path, whiteSpace), Kind::untracked});
+            sections.push_back({"Untracked", untrackedDiff(*this, file.path, reading), Kind::untracked});
         return sections;
     }
     if (file.hasUnstaged())
         sections.push_back({file.isConflicted ? "Conflict" : "Unstaged",
-                            diff(runner_, onExactly(diffArguments({"diff", "-M"}, {}), {file.path}), whiteSpace),
+                            diff(runner_, onExactly(diffArguments({"diff", "-M"}, {}), {file.path}), reading),
                             file.isConflicted ? Kind::conflict : Kind::unstaged});
     // Without its old name, a renamed file would look like a new one.
     if (file.hasStaged())
@@ -166,7 +193,7 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Whit
                             diff(runner_,
                                  onExactly(diffArguments({"diff", "--cached", "-M"}, {}),
                                            file.index == 'R' ? file.allPaths() : std::vector{file.path}),
-                                 whiteSpace),
+                                 reading),
                             Kind::staged});
     return sections;
 }

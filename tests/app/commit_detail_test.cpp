@@ -10,6 +10,7 @@
 #include "app/ui/commit/CommitFilesList.h"
 #include "app/ui/commit/CommitRefs.h"
 #include "app/ui/commit/MessageParts.h"
+#include "app/ui/diff/CutButton.h"
 #include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/diff/DiffView.h"
 #include "tests/app/ShownWidgets.h"
@@ -22,6 +23,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTextDocumentFragment>
@@ -317,6 +319,29 @@ TEST_F(CommitDetailTest, AMessageOfAnySizeIsCutBeforeItHoldsUpTheWindow)
         EXPECT_LT(timer.elapsed(), 5'000);
         EXPECT_TRUE(message(*view).contains(u"Only the beginning of this message is shown"_s));
     }
+}
+
+TEST_F(CommitDetailTest, ALongDiffIsReadOnWhenThatIsAskedFor)
+{
+    std::string text;
+    for (int line = 0; line < 6000; ++line)
+        text += std::to_string(line) + "\n";
+    repo.write("long", text).commit("one");
+    load();
+    const auto view = show(CommitKind::ordinary);
+    select(repo.head());
+    QApplication::processEvents();
+    worker.finishAll();
+    const auto& diff = *view->findChild<DiffView*>();
+    auto* const button = diff.sections().front()->findChild<CutButton*>();
+    ASSERT_TRUE(button->isVisible());
+    EXPECT_EQ(button->text(), u"Show All 6,001 Lines"_s);
+    diff.verticalScrollBar()->setValue(diff.verticalScrollBar()->maximum());
+    const int scrolled = diff.verticalScrollBar()->value();
+    button->click();
+    worker.finishAll();
+    EXPECT_EQ(diff.sections().front()->controller().diff().document().rowCount(), 6001);
+    EXPECT_EQ(diff.verticalScrollBar()->value(), scrolled);
 }
 
 TEST_F(CommitDetailTest, CountsLinesWithoutHoldingUpTheFiles)

@@ -2,6 +2,7 @@
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/diff/CheckeredPicture.h"
+#include "app/ui/diff/CutButton.h"
 #include "app/ui/diff/DiffFinder.h"
 #include "app/ui/diff/DiffOptionsBar.h"
 #include "app/ui/diff/DiffSectionBar.h"
@@ -55,6 +56,13 @@ std::string picture(int width, int height, const char* format = "PNG", Qt::Globa
         writer.setTransformation(QImageIOHandler::TransformationRotate90);
     writer.write(image);
     return buffer.data().toStdString();
+}
+
+/// Returns the button behind the last row of a diff; null where none is shown.
+CutButton* cutButton(DiffSectionView& section)
+{
+    auto* const button = section.findChild<CutButton*>();
+    return button->isVisible() ? button : nullptr;
 }
 
 class DiffPaneTest : public testing::Test {
@@ -393,6 +401,40 @@ TEST_F(DiffPaneTest, ButtonsOfTheBarNeverStandUnderTheOptions)
     store.window().selectPaths(std::set<std::string>{});
     settle();
     EXPECT_FALSE(options->isVisible());
+}
+
+TEST_F(DiffPaneTest, ACutDiffIsReadOnFromWhereItWasCut)
+{
+    repo.write("long", lines(0, 7000)).write("short", "1\n");
+    select("long");
+    settle();
+    ASSERT_TRUE(cutButton(section()));
+    EXPECT_EQ(cutButton(section())->text(), u"Show All 7,001 Lines"_s);
+    EXPECT_GT(cutButton(section())->y(), section().rowRect(4999).bottom());
+    EXPECT_LE(cutButton(section())->geometry().bottom(), section().height());
+    controller().setCurrentRow(4990);
+    cutButton(section())->setFocus(Qt::TabFocusReason);
+    const int scrolled = pane.view()->verticalScrollBar()->value();
+    EXPECT_LE(section().y() + cutButton(section())->geometry().bottom(), pane.view()->viewport()->height());
+
+    QTest::keyClick(cutButton(section()), Qt::Key_Space);
+    settle();
+    EXPECT_FALSE(cutButton(section()));
+    EXPECT_EQ(controller().diff().document().rowCount(), 7001);
+    EXPECT_EQ(pane.view()->verticalScrollBar()->value(), scrolled);
+    EXPECT_TRUE(section().hasFocus());
+    EXPECT_EQ(controller().currentRow(), 4990);
+    EXPECT_FALSE(controller().canTakeParts());
+    EXPECT_TRUE(controller().diff().plainText().startsWith(u"A diff this long cannot be staged by lines"_s));
+
+    // It stays whole while the file changes, and begins anew after another file.
+    repo.write("long", lines(0, 7100));
+    refresh();
+    EXPECT_EQ(controller().diff().document().rowCount(), 7101);
+    select("short");
+    EXPECT_TRUE(controller().canTakeParts());
+    select("long");
+    EXPECT_EQ(controller().diff().document().rowCount(), 5000);
 }
 
 } // namespace

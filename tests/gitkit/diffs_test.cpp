@@ -246,6 +246,35 @@ TEST(WorkingDiff, ReadsNoMoreOfAHugeFileThanIsShown)
     }
 }
 
+TEST(WorkingDiff, CountsAndReadsOnWhatWasCut)
+{
+    TestRepository repo;
+    repo.write("small", "1\n").commit("one");
+    repo.write("long", repeated(7000, "l\n")).write("exact", repeated(ParsedDiff::shownLines - 1, "l\n"));
+    repo.write("wide", repeated(40, std::string(1 << 20, 'w') + "\n"));
+    repo.write("huge", repeated(ParsedDiff::mostLines + 5, "\n"));
+    const GitRepository repository = repo.repository();
+    const auto read = [&](const char* path, DiffReach reach) {
+        return repository.workingDiff(change(repository, path), {WhiteSpace::compared, reach}).at(0).diff;
+    };
+    const ParsedDiff counted = read("long", DiffReach::counted);
+    EXPECT_EQ(counted.lines, read("long", DiffReach::beginning).lines);
+    EXPECT_EQ(counted.extent, (DiffExtent{7001, true}));
+    const ParsedDiff whole = read("long", DiffReach::whole);
+    EXPECT_EQ(whole.lines.size(), 7001u);
+    EXPECT_FALSE(whole.isTruncated);
+    EXPECT_EQ(partialPatch(whole, {1}, PatchDirection::forward), std::nullopt);
+
+    EXPECT_TRUE(read("exact", DiffReach::beginning).isTruncated);
+    EXPECT_FALSE(read("exact", DiffReach::counted).isTruncated) << "there is no more of it";
+    // A few long lines are cut by their bytes.
+    EXPECT_EQ(read("wide", DiffReach::counted).lines, read("wide", DiffReach::beginning).lines);
+    EXPECT_EQ(read("wide", DiffReach::counted).extent, (DiffExtent{41, true}));
+    EXPECT_EQ(read("huge", DiffReach::counted).extent, (DiffExtent{ParsedDiff::mostLines, false}));
+    EXPECT_EQ(read("huge", DiffReach::whole).lines.size(), std::size_t{ParsedDiff::mostLines});
+    EXPECT_TRUE(read("huge", DiffReach::whole).isTruncated);
+}
+
 TEST(ApplyToIndex, RefusesWhatTheIndexNoLongerHolds)
 {
     TestRepository repo;

@@ -183,7 +183,7 @@ TEST(WhiteSpace, ADiffThatIgnoresItIsNothingToApply)
     const GitRepository repository = repo.repository();
     const FileChange file = repository.status().files.at(0);
     const ParsedDiff all = repository.workingDiff(file).at(0).diff;
-    const ParsedDiff some = repository.workingDiff(file, WhiteSpace::ignored).at(0).diff;
+    const ParsedDiff some = repository.workingDiff(file, {WhiteSpace::ignored}).at(0).diff;
     EXPECT_EQ(all.additions, 2);
     EXPECT_EQ(some.additions, 1);
     EXPECT_EQ(some.whiteSpace, WhiteSpace::ignored);
@@ -198,7 +198,7 @@ TEST(WhiteSpace, ADiffThatIgnoresItIsNothingToApply)
     EXPECT_NE(partialPatch(all, changes, PatchDirection::forward), std::nullopt);
 
     repo.write("a", " one\ntwo\nthree\n").commit("blanks");
-    const ParsedDiff blanks = repository.commitDiff(repo.head(), {'M', "a", {}, {}}, WhiteSpace::ignored);
+    const ParsedDiff blanks = repository.commitDiff(repo.head(), {'M', "a", {}, {}}, {WhiteSpace::ignored});
     EXPECT_TRUE(blanks.lines.empty());
     EXPECT_EQ(repository.commitDiff(repo.head(), {'M', "a", {}, {}}).additions, 1);
 }

@@ -18,7 +18,7 @@ std::vector<gitkit::ChangeCounts> readCounts(const gitkit::GitRepository& repo, 
 
 gitkit::ParsedDiff readCommitDiff(const gitkit::GitRepository& repo, const CommitDiffRequest& request)
 {
-    return repo.commitDiff(request.hash, request.file, request.whiteSpace);
+    return repo.commitDiff(request.hash, request.file, request.reading);
 }
 
 std::string readCommitHash(const gitkit::GitRepository& repo, const std::string& name)

@@ -29,7 +29,7 @@ std::vector<gitkit::ChangeCounts> readCounts(const gitkit::GitRepository& repo, 
 struct CommitDiffRequest {
     std::string hash;
     gitkit::CommitFile file;
-    gitkit::WhiteSpace whiteSpace = gitkit::WhiteSpace::compared;
+    gitkit::DiffReading reading = {};
     bool operator==(const CommitDiffRequest&) const = default;
 };
 gitkit::ParsedDiff readCommitDiff(const gitkit::GitRepository& repo, const CommitDiffRequest& request);

@@ -57,7 +57,7 @@ std::optional<BlameStamp> stampOf(const std::filesystem::path& file, const std::
 
 std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& repo, const WorkingDiffRequest& request)
 {
-    return repo.workingDiff(request.file, request.whiteSpace);
+    return repo.workingDiff(request.file, request.reading);
 }
 
 std::vector<gitkit::FileRevision> readFileHistory(const gitkit::GitRepository& repo, const FileHistoryRequest& request)

@@ -24,7 +24,7 @@ namespace plovik {
 
 struct WorkingDiffRequest {
     gitkit::FileChange file;
-    gitkit::WhiteSpace whiteSpace = gitkit::WhiteSpace::compared;
+    gitkit::DiffReading reading = {};
     bool operator==(const WorkingDiffRequest&) const = default;
 };
 std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& repo, const WorkingDiffRequest& request);

@@ -87,7 +87,7 @@ void CommitDetailView::makePage()
         if (!diff_->isSentenceShown())
             diff_->setFocus(Qt::TabFocusReason);
     });
-    connect(diff_, &DiffPane::whiteSpaceChanged, this, &CommitDetailView::fileChanged);
+    connect(diff_, &DiffPane::readingChanged, this, &CommitDetailView::fileChanged);
 }
 
 QWidget* CommitDetailView::makeLeftSide()
@@ -225,7 +225,7 @@ void CommitDetailView::fileChanged()
 {
     const gitkit::CommitFile* const file = files_->currentFile();
     if (file && isCurrent())
-        diffs_.ask({shown_->detail.hash, *file, diff_->whiteSpace()});
+        diffs_.ask({shown_->detail.hash, *file, diff_->readingOf(shown_->detail.hash + ':' + file->path)});
     else
         diffs_.forget();
     if (diffs_.isReading())

@@ -88,6 +88,7 @@ Q_SIGNALS:
     void revealRequested(int first, int last, int linesAround);
     void actionRequested(const plovik::DiffAction& action);
     void wholeFileRequested(bool whole);
+    void allLinesRequested();
     /// The keyboard goes on to the diff before (-1) or behind (1): to its next hunk, or to its next change.
     void leaveRequested(int direction);
     void changeRequested(int direction);

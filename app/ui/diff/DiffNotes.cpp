@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace plovik {
 
@@ -138,11 +139,26 @@ void addRefusal(DiffNotes& notes, const gitkit::ParsedDiff& diff)
     }
 }
 
-void addTruncation(DiffNotes& notes, const gitkit::ParsedDiff& diff)
+QString moreTitle(const gitkit::ParsedDiff& diff)
 {
-    const QString lines = QLocale(QLocale::English).toString(static_cast<qulonglong>(diff.lines.size()));
+    if (!diff.extent || std::cmp_less_equal(diff.extent->lines, diff.lines.size()))
+        return {};
+    const QString lines = QLocale(QLocale::English).toString(diff.extent->lines);
+    return (diff.extent->isAll ? QCoreApplication::translate("Diff", "Show All %1 Lines")
+                               : QCoreApplication::translate("Diff", "Show the First %1 Lines"))
+        .arg(lines);
+}
+
+void addLength(DiffNotes& notes, const gitkit::ParsedDiff& diff)
+{
     notes.wholeOnly =
         QCoreApplication::translate("Diff", "A diff this long cannot be staged by lines, only with the whole file.");
+    if (!diff.isTruncated) {
+        notes.above << notes.wholeOnly;
+        return;
+    }
+    const QString lines = QLocale(QLocale::English).toString(static_cast<qulonglong>(diff.lines.size()));
+    notes.more = moreTitle(diff);
     notes.above << QCoreApplication::translate(
                        "Diff",
                        "Only the first %1 lines are shown. A diff this long cannot be staged by lines, only with "
@@ -251,15 +267,15 @@ DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state, const FileF
         notes.above << conflictSentence(diff, state);
         if (diff.isBinary && !facts.isPicture)
             addSizes(notes, facts, sides);
-        if (diff.isTruncated)
-            addTruncation(notes, diff);
+        if (diff.isLong())
+            addLength(notes, diff);
         return notes;
     }
     addModeChange(notes, diff);
     if (diff.isBinary) {
         addBinary(notes, facts, path);
-    } else if (diff.isTruncated) {
-        addTruncation(notes, diff);
+    } else if (diff.isLong()) {
+        addLength(notes, diff);
     } else if (diff.lines.empty()) {
         if (notes.above.isEmpty() || headerValue(diff, "rename from "))
             notes.above << emptySentence(diff);

@@ -18,6 +18,7 @@ namespace plovik {
 struct DiffNotes {
     QStringList above;       ///< before the lines, or instead of them
     QStringList below;       ///< after the lines
+    QString more;            ///< title of the button that shows what was cut; empty without one
     QString wholeOnly;       ///< why its lines cannot be staged one by one; empty if they can
     bool hidesLines = false; ///< whether the sentences stand in place of the lines
 };

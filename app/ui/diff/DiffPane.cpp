@@ -59,6 +59,7 @@ DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     view_->setLayout(wantedLayout());
     connect(options_, &DiffOptionsBar::wholeFileToggled, view_, &DiffView::setShowsWholeFile);
     connect(view_, &DiffView::showsWholeFileChanged, options_, &DiffOptionsBar::setWholeFile);
+    connect(view_, &DiffView::allLinesRequested, this, [this] { readOn(gitkit::DiffReach::whole); });
     connect(options_, &DiffOptionsBar::findRequested, this, &DiffPane::find);
     connect(&Settings::shared(), &Settings::changed, this, &DiffPane::settingChanged);
 }
@@ -72,7 +73,20 @@ void DiffPane::showDiff(const QString& name, const std::string& path, gitkit::Pa
     content.diff = std::move(diff);
     std::vector<DiffContent> contents;
     contents.push_back(std::move(content));
-    showDiffs(std::move(contents), DiffPlace::start);
+    const bool isMore = isMoreOfTheSame(contents.front().diff);
+    showDiffs(std::move(contents), isMore ? DiffPlace::kept : DiffPlace::start);
+}
+
+bool DiffPane::isMoreOfTheSame(const gitkit::ParsedDiff& diff) const
+{
+    return !isSentenceShown() && shownFile_ == file_ && extras_->contents().size() == 1 &&
+           extras_->contents().front().diff.whiteSpace == diff.whiteSpace;
+}
+
+void DiffPane::awaitDiff()
+{
+    if (isSentenceShown() || shownFile_ != file_)
+        readingSoon_.start();
 }
 
 void DiffPane::showDiffs(std::vector<DiffContent> contents, DiffPlace place)
@@ -87,6 +101,27 @@ void DiffPane::showDiffs(std::vector<DiffContent> contents, DiffPlace place)
     pages_->setCurrentWidget(view_);
     options_->show();
     placeOptions();
+    shownFile_ = file_;
+    countSoon();
+}
+
+/// Has the lines of a cut diff counted once its beginning is on display.
+void DiffPane::countSoon()
+{
+    const bool isCut =
+        std::ranges::any_of(extras_->contents(), [](const DiffContent& content) { return content.diff.isTruncated; });
+    if (!isCut || reach_ != gitkit::DiffReach::beginning)
+        return;
+    QTimer::singleShot(0, this, [this, file = file_] {
+        if (file == file_ && reach_ == gitkit::DiffReach::beginning)
+            readOn(gitkit::DiffReach::counted);
+    });
+}
+
+void DiffPane::readOn(gitkit::DiffReach reach)
+{
+    reach_ = reach;
+    Q_EMIT readingChanged();
 }
 
 void DiffPane::loadFiles()
@@ -110,10 +145,12 @@ void DiffPane::showSentence(const QString& title, const QString& description)
 
 bool DiffPane::isSentenceShown() const { return pages_->currentWidget() == empty_; }
 
-gitkit::WhiteSpace DiffPane::whiteSpace() const
+gitkit::DiffReading DiffPane::readingOf(const std::string& file)
 {
-    return Settings::shared().value(settings::diffIgnoresWhiteSpace) ? gitkit::WhiteSpace::ignored
-                                                                     : gitkit::WhiteSpace::compared;
+    if (file != std::exchange(file_, file))
+        reach_ = gitkit::DiffReach::beginning;
+    const bool ignoresWhiteSpace = Settings::shared().value(settings::diffIgnoresWhiteSpace);
+    return {ignoresWhiteSpace ? gitkit::WhiteSpace::ignored : gitkit::WhiteSpace::compared, reach_};
 }
 
 void DiffPane::settingChanged(const QString& key)
@@ -121,7 +158,7 @@ void DiffPane::settingChanged(const QString& key)
     if (key == QLatin1String(settings::diffSideBySide.key))
         view_->setLayout(wantedLayout());
     else if (key == QLatin1String(settings::diffIgnoresWhiteSpace.key))
-        Q_EMIT whiteSpaceChanged();
+        Q_EMIT readingChanged();
 }
 
 void DiffPane::placeOptions()

@@ -32,19 +32,20 @@ public:
     DiffView* view() const { return view_; }
     bool isSentenceShown() const;
     void showDiffs(std::vector<DiffContent> contents, DiffPlace place);
-    /// Shows the diff of one file of a commit from its start. `name` is the section's accessible name.
+    /// Shows the diff of one file of a commit: from its start, unless more of the same diff was read. `name` is the section's accessible name.
     void showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff);
     void showSentence(const QString& title, const QString& description);
-    /// Must be called when another diff is being read. If that takes longer than a moment, a sentence replaces the diff
-    /// on display, which belongs to something else.
-    void awaitDiff() { readingSoon_.start(); }
+    /// Must be called when a diff of a commit is being read. If that takes longer than a moment, a sentence replaces the
+    /// diff on display, if that belongs to something else.
+    void awaitDiff();
 
-    /// Returns how the next diffs are to be read.
-    gitkit::WhiteSpace whiteSpace() const;
+    /// Returns how the diffs of a file are to be read: of a long one the beginning, until all of it is asked for here.
+    /// `file` identifies the file and its commit among all that the pane shows.
+    gitkit::DiffReading readingOf(const std::string& file);
 
 Q_SIGNALS:
-    /// The option has changed, and what is shown is to be read again.
-    void whiteSpaceChanged();
+    /// readingOf() has changed, and what is shown is to be read again.
+    void readingChanged();
 
 protected:
     bool event(QEvent* event) override;
@@ -57,6 +58,9 @@ private:
     void settingChanged(const QString& key);
     void loadFiles();
     void placeOptions();
+    void countSoon();
+    void readOn(gitkit::DiffReach reach);
+    bool isMoreOfTheSame(const gitkit::ParsedDiff& diff) const;
 
     RepositoryStore& store_;
     DiffView* view_;
@@ -68,6 +72,9 @@ private:
     DiffFinder* finder_;
     FindBar* findBar_ = nullptr; ///< made for the first search
     QTimer readingSoon_;
+    std::string file_;      ///< whose diffs were asked for last
+    std::string shownFile_; ///< whose diffs are shown
+    gitkit::DiffReach reach_ = gitkit::DiffReach::beginning;
 };
 
 } // namespace plovik

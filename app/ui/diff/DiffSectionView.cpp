@@ -42,7 +42,8 @@ void orderTabs(QWidget* before, std::initializer_list<const DiffButtons*> button
 
 DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWidget* parent)
     : QWidget(parent), controller_(std::move(controller)), geometry_(controller_->diff()),
-      pointer_(*controller_, geometry_), anchor_(*controller_, geometry_), bar_(new DiffSectionBar(this))
+      pointer_(*controller_, geometry_), anchor_(*controller_, geometry_), bar_(new DiffSectionBar(this)),
+      cutButton_(new CutButton(*controller_, this))
 {
     installDiffAccessibility();
     setFocusPolicy(Qt::StrongFocus);
@@ -62,6 +63,7 @@ DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWi
             Q_EMIT revealRequested(
                 rowRect(controller_->diff().document().hunks()[static_cast<std::size_t>(hunk)].first));
     });
+    connect(cutButton_, &CutButton::focused, this, [this] { Q_EMIT revealRequested(cutButton_->geometry()); });
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
             applyFonts();
@@ -99,6 +101,7 @@ void DiffSectionView::showContent()
     setAccessibleName(content.name);
     bar_->setText(content.title, content.detail);
     bar_->setVisible(!content.title.isEmpty());
+    cutButton_->follow();
     remeasure();
     updateOffers();
     announceDiffChange(this);
@@ -131,7 +134,7 @@ void DiffSectionView::remeasure()
 void DiffSectionView::spread(int shift)
 {
     Q_EMIT contentHeightChanged(shift);
-    placeInset();
+    placeAround();
     placeHunkButtons();
     update();
 }
@@ -154,17 +157,18 @@ void DiffSectionView::setInset(QWidget* inset)
         inset_->setParent(this);
         bar_->raise();
     }
-    placeInset();
+    placeAround();
     if (inset_)
         inset_->show();
     remeasure();
 }
 
-void DiffSectionView::placeInset()
+void DiffSectionView::placeAround()
 {
     geometry_.setInsetHeight(insetHeight(width()));
     if (inset_)
         inset_->setGeometry(0, geometry_.insetTop(), width(), insetHeight(width()));
+    cutButton_->place(geometry_.heightFor(width(), insetHeight(width())));
 }
 
 void DiffSectionView::setOffset(int offset)
@@ -280,7 +284,7 @@ void DiffSectionView::resizeEvent(QResizeEvent* event)
     geometry_.setWidth(width());
     bar_->resize(width(), DiffSectionBar::barHeight);
     setVisibleTop(visibleTop_);
-    placeInset();
+    placeAround();
     placeHunkButtons();
 }
 

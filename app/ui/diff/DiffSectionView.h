@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/diff/CutButton.h"
 #include "app/ui/diff/DiffAnchor.h"
 #include "app/ui/diff/DiffButtons.h"
 #include "app/ui/diff/DiffController.h"
@@ -32,7 +33,7 @@ public:
     /// Returns where a row stands in this widget.
     QRect rowRect(int row) const { return geometry_.rowRect(row); }
 
-    int heightFor(int width) const { return geometry_.heightFor(width, insetHeight(width)); }
+    int heightFor(int width) const { return geometry_.heightFor(width, insetHeight(width)) + cutButton_->room(); }
     int hiddenWidth(int width) const { return geometry_.hiddenWidth(width); }
     void setOffset(int offset); ///< the horizontal scroll position
     void setVisibleTop(int y);  ///< what of this widget is scrolled out of sight at the top
@@ -83,7 +84,8 @@ private:
     void spread(int shift);
     void applyFonts();
     int insetHeight(int width) const { return inset_ ? inset_->heightForWidth(width) : 0; }
-    void placeInset();
+    /// Places what stands above and below the rows.
+    void placeAround();
     void placeHunkButtons();
     DiffAnchor::Sight sight() const { return {visibleTop_, visibleRegion().boundingRect()}; }
     void hoverGap(QPoint point);
@@ -94,6 +96,7 @@ private:
     DiffPointer pointer_;
     DiffAnchor anchor_;
     DiffSectionBar* bar_;
+    CutButton* cutButton_;
     DiffButtons hunkButtons_{*this};
     QWidget* inset_ = nullptr;
     const DiffFound* found_ = nullptr;

@@ -60,6 +60,7 @@ DiffSectionView* DiffView::addSection()
         Q_EMIT actionRequested(content, action);
     });
     connect(controller, &DiffController::wholeFileRequested, this, &DiffView::setShowsWholeFile);
+    connect(controller, &DiffController::allLinesRequested, this, &DiffView::allLinesRequested);
     connect(controller, &DiffController::changeRequested, this, &DiffView::goToChange);
     connect(controller, &DiffController::leaveRequested, this,
             [this, section](int direction) { leave(section, direction); });

@@ -55,6 +55,8 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void showsWholeFileChanged(bool whole);
+    /// All lines of the diffs that were cut are wanted.
+    void allLinesRequested();
     /// Sections, rows or sizes have changed.
     void laidOut();
     void actionRequested(const plovik::DiffContent& content, const plovik::DiffAction& action);

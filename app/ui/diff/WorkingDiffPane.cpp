@@ -93,7 +93,7 @@ WorkingDiffPane::WorkingDiffPane(RepositoryStore& store, QWidget* parent)
     : DiffPane(store, parent), store_(store), reading_(store.git(), &readWorkingDiff, [this] { diffRead(); })
 {
     connect(view(), &DiffView::actionRequested, this, &WorkingDiffPane::apply);
-    connect(this, &DiffPane::whiteSpaceChanged, this, &WorkingDiffPane::follow);
+    connect(this, &DiffPane::readingChanged, this, &WorkingDiffPane::follow);
     notifiers_.push_back(store_.window().selectedPaths.addNotifier([this] { follow(); }));
     notifiers_.push_back(store_.snapshot().generation.addNotifier([this] { follow(); }));
     // Both of these tell of changes before they begin.
@@ -124,7 +124,7 @@ void WorkingDiffPane::follow()
         showCount(paths.size());
         return;
     }
-    ask({*file, whiteSpace()});
+    ask({*file, readingOf(file->path)});
     offerActions();
 }
 

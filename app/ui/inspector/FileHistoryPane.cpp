@@ -49,7 +49,7 @@ FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
     connect(list_, &FileHistoryList::blameRequested, this, &FileHistoryPane::blameRequested);
     connect(list_, &FileHistoryList::backRequested, this, &FileHistoryPane::backRequested);
     connect(list_, &FileHistoryList::endReached, this, &FileHistoryPane::readMore);
-    connect(diff_, &DiffPane::whiteSpaceChanged, this, &FileHistoryPane::showDiffOfCurrent);
+    connect(diff_, &DiffPane::readingChanged, this, &FileHistoryPane::showDiffOfCurrent);
     notifiers_.push_back(store_.snapshot().generation.addNotifier([this] {
         if (isVisible() && file_)
             open(*file_);
@@ -128,7 +128,8 @@ void FileHistoryPane::showDiffOfCurrent()
 {
     const FileRevision* const revision = list_->current();
     if (revision)
-        diffs_.ask({revision->commit.hash, revision->file, diff_->whiteSpace()});
+        diffs_.ask({revision->commit.hash, revision->file,
+                    diff_->readingOf(revision->commit.hash + ':' + revision->file.path)});
     else
         diffs_.forget();
     if (diffs_.isReading())
