@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/CommitDraft.h"
 
+#include "GitKit/repository/CommitTemplate.h"
 #include "GitKit/repository/GitRepository.h"
 #include "app/store/Changes.h"
 #include "app/store/Obstacles.h"
@@ -23,6 +24,17 @@ namespace {
 
 bool isSpaceOrTab(QChar character) { return character == u' ' || character == u'\t'; }
 
+CommitDraft::Text split(const QString& message)
+{
+    const qsizetype end = message.indexOf(u'\n');
+    return {end < 0 ? message : message.left(end), end < 0 ? QString() : message.mid(end + 1).trimmed()};
+}
+
+CommitDraft::Text withoutMargins(const CommitDraft::Text& text)
+{
+    return {text.subject.trimmed(), text.body.trimmed()};
+}
+
 } // namespace
 
 CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes,
@@ -34,7 +46,8 @@ CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& sn
                               if (read.newMessage)
                                   showPrepared(exactText(*read.newMessage));
                           },
-                      .afterStatus = [this] { statusRead(); }});
+                      .afterStatus = [this] { statusRead(); },
+                      .afterListings = [this] { return readingTemplate(); }});
 }
 
 CommitDraft::~CommitDraft() { generating_.request_stop(); }
@@ -53,8 +66,12 @@ void CommitDraft::setText(const Text& text)
 void CommitDraft::setAmend(bool amends)
 {
     amend = amends;
-    if (amends && text() == Text{})
+    if (ownText() != Text{})
+        return;
+    if (amends)
         launch(fillingAmended());
+    else
+        setText(template_);
 }
 
 QCoro::Task<> CommitDraft::fillingAmended()
@@ -65,22 +82,18 @@ QCoro::Task<> CommitDraft::fillingAmended()
     } catch (const std::exception&) {
         co_return; // the user can still type a message
     }
-    if (!amend.value() || !commitSubject.value().isEmpty())
+    if (!amend.value() || ownText() != Text{})
         co_return;
     fillCommitFields(exactText(message));
     amended_ = Amended{message, text()};
 }
 
-void CommitDraft::fillCommitFields(const QString& message)
-{
-    const qsizetype end = message.indexOf(u'\n');
-    setText({end < 0 ? message : message.left(end), end < 0 ? QString() : message.mid(end + 1).trimmed()});
-}
+void CommitDraft::fillCommitFields(const QString& message) { setText(split(message)); }
 
 void CommitDraft::empty()
 {
     amended_.reset();
-    setText({});
+    setText(template_);
     amend = false;
 }
 
@@ -132,10 +145,30 @@ void CommitDraft::showPrepared(const QString& message)
     if (holdsPreparedMessage())
         empty();
     prepared_.reset();
-    if (message.trimmed().isEmpty() || amend.value() || text() != Text{})
+    if (message.trimmed().isEmpty() || amend.value() || ownText() != Text{})
         return;
     fillCommitFields(message);
     prepared_ = text();
+}
+
+/// Fills the commit box with a template that is new. A box that the user has emptied stays empty.
+QCoro::Task<> CommitDraft::readingTemplate()
+{
+    std::string message;
+    try {
+        message = co_await git_.read(&gitkit::commitTemplate);
+    } catch (const std::exception&) {
+        co_return; // the user can still type a message
+    }
+    const bool isUntouched = ownText() == Text{} && (text() != Text{} || template_ == Text{});
+    template_ = split(exactText(message));
+    if (isUntouched && !amend.value())
+        setText(template_);
+}
+
+bool CommitDraft::holdsTemplate() const
+{
+    return template_ != Text{} && withoutMargins(text()) == withoutMargins(template_);
 }
 
 bool CommitDraft::canCommit() const
@@ -143,7 +176,8 @@ bool CommitDraft::canCommit() const
     const QString& subject = commitSubject.value();
     const bool hasSubject = !std::all_of(subject.begin(), subject.end(), isSpaceOrTab);
     const bool hasSomething = snapshot_.status.value().stagedCount() >= 1 || amend.value();
-    return hasSubject && hasSomething &&
+    const bool isEdited = amend.value() || !holdsTemplate();
+    return hasSubject && hasSomething && isEdited &&
            obstacle(changes_, snapshot_, amend.value() ? Verb::amend : Verb::commit).isEmpty();
 }
 

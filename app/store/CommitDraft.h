@@ -45,6 +45,8 @@ public:
         bool operator==(const Text&) const = default;
     };
     Text text() const { return {commitSubject.value(), commitBody.value()}; }
+    /// Returns the text without a template that was not edited.
+    Text ownText() const { return holdsTemplate() ? Text{} : text(); }
     /// Shows a message that was written earlier, when HEAD was `head`, and was perhaps to amend it. It is dropped once the
     /// status shows that it was recorded since, and amends only the commit for which it was written.
     void restore(const Text& text, bool amends, const std::string& head);
@@ -52,6 +54,7 @@ public:
     void recorded(const Text& text);
     /// Splits a message into subject and body, and fills the commit box with them.
     void fillCommitFields(const QString& message);
+    /// Starts a new message, with the template if there is one.
     void empty();
 
     bool canCommit() const;
@@ -60,6 +63,9 @@ public:
     std::string message() const;
     /// Returns whether the commit box contains exactly the message that git has prepared and takes by itself.
     bool holdsPreparedMessage() const { return prepared_ && text() == *prepared_; }
+
+    /// Returns whether the commit box contains nothing but the template that `commit.template` names.
+    bool holdsTemplate() const;
 
     /// Has a message written for the staged changes and fills the commit box with it. Returns whether it did; a failure
     /// is reported. Does nothing while a message is being written or when nothing is staged.
@@ -76,6 +82,7 @@ public:
 private:
     void setText(const Text& text);
     void showPrepared(const QString& message);
+    QCoro::Task<> readingTemplate();
     QCoro::Task<> fillingAmended();
     void statusRead();
     QCoro::Task<> droppingIfRecorded(Text text);
@@ -100,6 +107,7 @@ private:
     };
     std::optional<Restored> restored_; ///< until the first status has been read
     std::optional<Text> prepared_;     ///< git's message that the box was filled with
+    Text template_;                    ///< with which new messages begin
     struct Written {
         Text before;
         Text after;

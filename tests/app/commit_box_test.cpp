@@ -4,6 +4,7 @@
 #include "app/store/RepositoryStore.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
 #include "tests/app/GivenRunning.h"
 #include "tests/app/NoTarget.h"
@@ -331,6 +332,27 @@ TEST(CommitBox, BringsBackWhatWasTypedUntilItIsCommitted)
     EXPECT_TRUE(window.store.snapshot().status.value().files.empty());
     commitDrafts::finishWriting();
     EXPECT_FALSE(QFile::exists(file));
+}
+
+TEST(CommitBox, ATemplateTakesNoDraftsPlaceAndIsNone)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
+    {
+        Window window(repo.path());
+        QTest::keyClicks(window.subject, u"two"_s);
+    }
+    repo.write(".git/template", "fix: \n").git({"config", "commit.template", ".git/template"});
+    {
+        Window window(repo.path());
+        EXPECT_EQ(window.subject->text(), u"two"_s);
+        window.subject->clear();
+        window.store.draft().empty();
+        EXPECT_EQ(window.subject->text(), u"fix:"_s);
+        EXPECT_FALSE(window.commit->isEnabled());
+        EXPECT_EQ(window.commit->toolTip(), plainToolTip(u"The message is the template as it was; edit it first"_s));
+    }
+    EXPECT_TRUE(commitDrafts::read(repo.path()).isEmpty());
 }
 
 TEST(CommitBox, KeepsNoMessageThatGitKeeps)

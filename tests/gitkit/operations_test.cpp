@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/ConflictMarkers.h"
 #include "GitKit/repository/Blobs.h"
+#include "GitKit/repository/CommitTemplate.h"
 #include "GitKit/repository/OperationReader.h"
 #include "GitKit/repository/Operations.h"
 #include "GitKit/repository/PreparedMessage.h"
@@ -10,6 +11,10 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
 
 namespace gitkit {
 namespace {
@@ -103,6 +108,34 @@ TEST(PreparedMessage, KnowsWhatGitWrote)
               std::nullopt);
     EXPECT_EQ(writtenMessage("Merge branch 'x'\n# Please enter a commit message to explain why\n#\n"), std::nullopt);
     EXPECT_EQ(unusedCommentCharacter("#1\n;2\n"), '@');
+}
+
+TEST(CommitTemplate, IsReadWithoutItsComments)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one");
+    const GitRepository opened = repo.repository();
+    EXPECT_EQ(commitTemplate(opened), "");
+    repo.git({"config", "commit.template", "message.txt"});
+    EXPECT_EQ(commitTemplate(opened), "") << "there is no such file";
+    const std::vector<std::array<std::string, 2>> cases{
+        {"# type: subject\nfix: \n\n# why\nWhy:\n\n\n", "fix:\n\nWhy:\n"},
+        {"\n# why\nWhy:\n", "\nWhy:\n"},
+        {"# subject\n\nWhy:\n", "\nWhy:\n"},
+        {"# nothing else\n\n", ""},
+    };
+    for (const auto& [text, message] : cases) {
+        repo.write("message.txt", text);
+        EXPECT_EQ(commitTemplate(opened), message) << text;
+    }
+    // As git does, "~" is the user's home; and a pipe is not waited for.
+    repo.git({"config", "commit.template", "~/message.txt"});
+    std::ofstream(std::filesystem::path(getenv("HOME")) / "message.txt") << "at home\n";
+    EXPECT_EQ(commitTemplate(opened), "at home\n");
+    std::filesystem::remove(repo / "message.txt");
+    ASSERT_EQ(mkfifo((repo / "message.txt").c_str(), 0600), 0);
+    repo.git({"config", "commit.template", (repo / "message.txt").string()});
+    EXPECT_EQ(commitTemplate(opened), "");
 }
 
 TEST(AbortLoss, WritesNoIndexToFindOutWhatIsLost)

@@ -312,6 +312,43 @@ TEST_F(StoreOperation, PreparedMessagesComeAndGoAndNeverOverwrite)
     EXPECT_FALSE(store.snapshot().inProgress.value());
 }
 
+TEST_F(StoreOperation, ATemplateFillsEveryNewMessageAndIsNotOneItself)
+{
+    branches();
+    repo.write(".git/template", "fix: \n\n# why\nWhy:\n").git({"config", "commit.template", ".git/template"});
+    load();
+    EXPECT_EQ(box(), "fix:|Why:");
+    store.snapshot().refresh(RefreshScope::full);
+    worker.finishAll();
+    EXPECT_EQ(box(), "fix:|Why:");
+    repo.write("new", "1\n").git({"add", "new"});
+    load();
+    store.draft().setSubject(QStringLiteral("fix: "));
+    EXPECT_FALSE(store.draft().canCommit()) << "git refuses it, too";
+    store.draft().setAmend(true);
+    worker.finishAll();
+    EXPECT_NE(box(), "fix:|Why:") << "it gives way to the message that is amended";
+    store.draft().empty();
+
+    store.draft().setSubject(QStringLiteral("fix: it"));
+    load();
+    EXPECT_EQ(box(), "fix: it|Why:");
+    store.draft().commit();
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%B"}), "fix: it\n\nWhy:\n");
+    EXPECT_EQ(box(), "fix:|Why:");
+
+    // A message that git prepared comes instead, and the template after it.
+    begin({"merge", "topic"});
+    EXPECT_EQ(box(), "Merge branch 'topic'|");
+    abort();
+    EXPECT_EQ(box(), "fix:|Why:");
+    store.draft().setSubject({});
+    store.draft().setBody({});
+    load();
+    EXPECT_EQ(box(), "|") << "the user has emptied it";
+}
+
 TEST_F(StoreOperation, AnEmptyStepIsTheUsersToSkip)
 {
     branches();

@@ -219,7 +219,7 @@ void continueOperation(Actors actors)
     const OperationInProgress now = *operationOf(actors);
     std::optional<OwnMessage> message;
     // git has the prepared message itself, and the author of a patch too.
-    if (!draft.commitSubject.value().trimmed().isEmpty() && !draft.holdsPreparedMessage() && !now.appliesPatches)
+    if (!draft.ownText().subject.trimmed().isEmpty() && !draft.holdsPreparedMessage() && !now.appliesPatches)
         message = OwnMessage{draft.message(), draft.amend.value() ? CommitMode::amend : CommitMode::create};
     const auto recorded = std::make_shared<std::atomic_bool>(false);
     const auto emptyWhatWasRecorded = [&draft, recorded, text = draft.text()] {

@@ -111,10 +111,11 @@ void CommitBox::observeStore()
 
 void CommitBox::restoreDraft()
 {
-    if (!store_.draft().commitSubject.value().isEmpty() || !store_.draft().commitBody.value().isEmpty())
+    if (store_.draft().ownText() != CommitDraft::Text{})
         return;
     const commitDrafts::Draft draft = commitDrafts::read(store_.root());
-    store_.draft().restore({draft.subject, draft.body}, draft.amends, draft.head.toStdString());
+    if (!draft.isEmpty())
+        store_.draft().restore({draft.subject, draft.body}, draft.amends, draft.head.toStdString());
 }
 
 void CommitBox::userTyped()
@@ -155,7 +156,7 @@ void CommitBox::showMessage()
             body_->replaceText(body);
     }
     // The message of an amended commit is not saved: git has it, and it must not return without "Amend".
-    if (subject.isEmpty() && body.isEmpty())
+    if (store_.draft().ownText() == CommitDraft::Text{})
         keepDraft();
     else if (!store_.draft().amend.value())
         draftDelay_.start();
@@ -176,7 +177,7 @@ void CommitBox::activityChanged()
 
 void CommitBox::commitEnded()
 {
-    if (!isCommitting_ && subject_->text().isEmpty() && body_->document()->isEmpty())
+    if (!isCommitting_ && store_.draft().ownText() == CommitDraft::Text{})
         Q_EMIT committed();
 }
 
@@ -187,6 +188,8 @@ QString CommitBox::whyNotCommit() const
         return why;
     if (store_.snapshot().status.value().stagedCount() == 0 && !store_.draft().amend.value())
         return tr("Nothing is staged");
+    if (store_.draft().holdsTemplate() && !store_.draft().commitSubject.value().trimmed().isEmpty())
+        return tr("The message is the template as it was; edit it first");
     return tr("A commit needs a subject");
 }
 
@@ -215,9 +218,10 @@ void CommitBox::keepDraft()
     draftDelay_.stop();
     if (store_.draft().holdsPreparedMessage())
         return; // git keeps it until the operation is over
+    const CommitDraft::Text text = store_.draft().ownText();
     const commitDrafts::Draft draft{
-        .subject = store_.draft().commitSubject.value(),
-        .body = store_.draft().commitBody.value(),
+        .subject = text.subject,
+        .body = text.body,
         .amends = store_.draft().amend.value(),
         .head = QString::fromStdString(store_.snapshot().status.value().oid.value_or(std::string()))};
     commitDrafts::keep(store_.root(), draft, [window = QPointer<CommitBox>(this)](const QString& problem) {
