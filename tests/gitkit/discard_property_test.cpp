@@ -38,8 +38,7 @@ public:
                 make(names_.back());
         }
         repo_.commit("one");
-        for (const std::string& each : names_)
-            change(each);
+        change();
     }
 
     bool chance(int percent) { return std::uniform_int_distribution(0, 99)(dice_) < percent; }
@@ -87,19 +86,29 @@ private:
             ::chmod((repo_ / file).c_str(), chance(50) ? 0755 : 0640);
     }
 
-    void change(const std::string& file)
+    bool stands(const std::string& file) const { return fs::is_symlink(repo_ / file) || fs::exists(repo_ / file); }
+
+    void change()
     {
-        if (chance(60))
-            make(file);
-        else if (chance(30))
-            fs::remove(repo_ / file);
-        const bool stands = fs::is_symlink(repo_ / file) || fs::exists(repo_ / file);
-        if (stands && chance(50))
-            repo_.git({"--literal-pathspecs", "add", "-A", chance(15) ? "-N" : "--", file});
-        if (stands && chance(30))
-            make(file);
-        else if (stands && chance(20))
-            fs::remove(repo_ / file);
+        std::string staged;
+        std::string intended;
+        for (const std::string& file : names_) {
+            if (chance(60))
+                make(file);
+            else if (chance(30))
+                fs::remove(repo_ / file);
+            if (stands(file) && chance(50))
+                (chance(15) ? intended : staged) += file + '\0';
+        }
+        const std::vector<std::string> list{"--pathspec-from-file=-", "--pathspec-file-nul"};
+        repo_.git({"--literal-pathspecs", "add", "-A", list[0], list[1]}, staged);
+        repo_.git({"--literal-pathspecs", "add", "-N", list[0], list[1]}, intended);
+        for (const std::string& file : names_) {
+            if (stands(file) && chance(30))
+                make(file);
+            else if (stands(file) && chance(20))
+                fs::remove(repo_ / file);
+        }
     }
 
     TestRepository& repo_;
