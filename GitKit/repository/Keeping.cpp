@@ -326,6 +326,8 @@ Keeping keeping(const GitRepository& repo, const fs::path& gitDirectory, const s
     try {
         kept = keepBefore(repo, folder, files);
         writeKeptList(folder, kept); // also after a crash it is known what the copies are
+        // A second name changes a file's times. Git would take the file for changed, and refuse to abort a merge.
+        repo.runner().output({"update-index", "-q", "--refresh"});
     } catch (...) {
         std::error_code ignored;
         fs::remove_all(folder, ignored);
@@ -380,6 +382,7 @@ BroughtBack bringBack(const GitRepository& repo, const fs::path& gitDirectory, c
         if (file.entriesBefore != file.entriesAfter && (!canStage || !IndexWay(repo).restore(file, now)))
             result.indexChanged.push_back(file.path);
     }
+    repo.runner().output({"update-index", "-q", "--refresh"}); // else every status would read the files whole
     if (left.empty())
         forget(gitDirectory, kept);
     else

@@ -9,10 +9,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
+#include <ctime>
 #include <map>
-#include <random>
-#include <sys/stat.h>
+#include <thread>
 
 namespace gitkit {
 namespace {
@@ -139,6 +138,20 @@ TEST(Keeping, PutsBackWhatAFailureLeavesInBetween)
     EXPECT_TRUE(done.failure);
     EXPECT_FALSE(done.kept);
     EXPECT_EQ(repo.state(), before);
+}
+
+TEST(Keeping, LeavesNoFileThatGitTakesForChanged)
+{
+    KeepingRepository repo;
+    repo.write("a", "staged\n").git({"add", "a"});
+    // Git compares whole seconds.
+    const std::time_t staged = std::time(nullptr);
+    while (std::time(nullptr) == staged)
+        std::this_thread::yield();
+    std::string changed = "not asked";
+    keeping(repo.repository(), repo.gitDirectory(), repo.repository().status().files, Taking::step,
+            [&] { changed = repo.read({"diff-files", "--name-only"}); });
+    EXPECT_EQ(changed, "");
 }
 
 TEST(Keeping, DiscardsOnlyWhatIsNotStaged)
