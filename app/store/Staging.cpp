@@ -42,6 +42,13 @@ Staging::Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, 
 {
     snapshot_.follow({.beforeStatus = [this] { endedBeforeRead_ = changes_.ended(); },
                       .afterStatus = [this] { forgetShownStaging(); }});
+    slow_ = changes_.running.addNotifier([this] {
+        // What takes so long that it is shown as running is not shown as done.
+        if (changes_.isRunning({Verb::stage, Verb::unstage}) && !shownStaging_.empty()) {
+            shownStaging_.clear();
+            stagingGeneration = stagingGeneration.value() + 1;
+        }
+    });
 }
 
 Files Staging::selectedFiles() const

@@ -93,7 +93,8 @@ private:
     Discards& discards_;
     gitkit::Trash trash_;
     std::map<std::string, gitkit::StageState> shownStaging_; ///< by path, of files with changes under way
-    qint64 endedBeforeRead_ = 0;                             ///< Changes::ended() when the last status read began
+    QPropertyNotifier slow_;
+    qint64 endedBeforeRead_ = 0; ///< Changes::ended() when the last status read began
 };
 
 } // namespace plovik

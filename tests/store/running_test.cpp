@@ -94,7 +94,9 @@ TEST_F(StoreRunning, WhatTakesTooLongIsShownAndCanBeCancelledAlsoWhileItWaits)
     store.staging().stage({file("a")});
     store.staging().stage({file("b")}); // waits
     EXPECT_FALSE(store.changes().activity.value());
+    EXPECT_EQ(store.staging().shownStageState(file("b")), gitkit::StageState::full);
     worker.advance(std::chrono::milliseconds(2000));
+    EXPECT_EQ(store.staging().shownStageState(file("b")), gitkit::StageState::none) << "it is not staged yet";
     EXPECT_EQ(store.changes().activity.value(), QStringLiteral("Staging…"));
     EXPECT_FALSE(store.changes().offers(Verb::commit));
     EXPECT_EQ(store.changes().running.value().size(), 2U);
