@@ -226,7 +226,8 @@ TEST_F(StoreHistory, BeforeTheFirstCommitGitIsNotAsked)
 {
     store.snapshot().refresh(RefreshScope::full);
     worker.finishAll();
-    EXPECT_EQ(worker.posted(), 4) << "status, refs, remotes, stashes and no log";
+    for (const CommandLog::Command& command : store.changes().commandLog().commands())
+        EXPECT_EQ(std::ranges::count(command.arguments, "log"), 0);
     EXPECT_TRUE(store.history().history.value().empty());
     EXPECT_EQ(store.history().historyProblem.value(), QString());
 }
