@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <fstream>
 #include <functional>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
@@ -178,6 +179,14 @@ void putCopy(const fs::path& copy, const fs::path& file)
 void saveCopy(const fs::path& copy, const fs::path& file)
 {
     moveInto(madeBeside(file, [&copy](const fs::path& made) { return copyAny(copy, made); }), file);
+}
+
+bool writeNew(std::string_view bytes, const fs::path& file)
+{
+    std::ofstream stream(file, std::ios::binary);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    return stream.good();
 }
 
 void putBytes(std::string_view bytes, const fs::path& file)

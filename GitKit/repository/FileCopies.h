@@ -35,6 +35,9 @@ void putCopy(const std::filesystem::path& copy, const std::filesystem::path& fil
 /// The same, but the copy always stays.
 void saveCopy(const std::filesystem::path& copy, const std::filesystem::path& file);
 
+/// Writes bytes to a new file, without waiting for the disk. Returns whether all of them are there.
+bool writeNew(std::string_view bytes, const std::filesystem::path& file);
+
 /// Puts bytes in the place of a regular file, whose mode stays.
 void putBytes(std::string_view bytes, const std::filesystem::path& file);
 

@@ -136,6 +136,7 @@ fs::path copyAfter(const fs::path& folder, const KeptFile& file) { return folder
 
 void noteAfter(const GitRepository& repo, const fs::path& folder, std::vector<KeptFile>& files)
 {
+    std::error_code ignored;
     Entries entries = entriesOf(repo, files);
     for (KeptFile& file : files) {
         const fs::path place = repo.root() / file.path;
@@ -143,13 +144,9 @@ void noteAfter(const GitRepository& repo, const fs::path& folder, std::vector<Ke
         file.after = kindAt(place);
         file.afterIdentity = identityOf(place);
         const auto bytes = file.after == FileKind::regular ? bytesOf(place, largestMerged) : std::nullopt;
-        if (!bytes)
-            continue;
-        try {
-            putBytes(*bytes, copyAfter(folder, file));
-        } catch (const GitError&) {
-            // Without this copy the file cannot be merged, but it can still come back.
-        }
+        // Without this copy the file cannot be merged, but it can still come back.
+        if (bytes && !writeNew(*bytes, copyAfter(folder, file)))
+            fs::remove(copyAfter(folder, file), ignored);
     }
 }
 
