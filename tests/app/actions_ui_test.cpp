@@ -45,6 +45,7 @@ using Titles = std::vector<std::string>;
 GitRef makeRef(GitRef::Kind kind, const std::string& prefix, const std::string& name, bool isHead = false)
 {
     GitRef ref;
+    ref.hash = std::string(40, 'a');
     ref.fullName = prefix + name;
     ref.name = name;
     ref.kind = kind;

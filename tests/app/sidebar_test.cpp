@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
+#include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarView.h"
+#include "app/ui/widgets/RowPainting.h"
+#include "tests/app/ShownWidgets.h"
 #include "tests/support/Given.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QScrollBar>
 #include <QTreeView>
 
@@ -27,6 +31,7 @@ GitRef makeRef(GitRef::Kind kind, const std::string& name)
     ref.fullName = prefixes.at(kind) + name;
     ref.name = name;
     ref.kind = kind;
+    ref.hash = std::string(40, 'a');
     return ref;
 }
 
@@ -195,6 +200,32 @@ TEST_F(SidebarTest, ShowsNamesOfAnyBytesAndUpstreamsThatAreGone)
     EXPECT_EQ(store.window().selection.value().refName, "refs/heads/caf\xE9");
     EXPECT_FALSE(view.model().isUpstreamGone(indexOf("refs/heads/kept")));
     EXPECT_TRUE(view.model().isUpstreamGone(indexOf("refs/heads/lost")));
+}
+
+TEST_F(SidebarTest, MarksDamagedRefsAndChecksNoneOut)
+{
+    std::vector<GitRef> refs = makeRefs(GitRef::Kind::local, {"good", "main"});
+    refs[1].hash.clear();
+    given(store.snapshot().branches, refs);
+    const QString why = QStringLiteral("“main” is damaged: it leads to no commit, so it cannot be checked out.");
+    const QModelIndex row = indexOf("refs/heads/main");
+    EXPECT_EQ(row.data(Qt::AccessibleDescriptionRole).toString(), QStringLiteral("main\n") + why);
+    EXPECT_EQ(row.data(Qt::ToolTipRole).toString(), plainToolTip(QStringLiteral("main\n") + why));
+    EXPECT_FALSE(indexOf("refs/heads/good").data(Qt::ToolTipRole).toString().contains(QStringLiteral("damaged")));
+    QMenu* const menu = makeRefMenu(store, refs[1], &view);
+    for (const char* title : {"Check Out", "New Branch from Here…"}) {
+        const QAction* const entry = test::entry(*menu, QString::fromUtf8(title));
+        EXPECT_FALSE(entry->isEnabled());
+        EXPECT_EQ(entry->toolTip(), plainToolTip(why));
+    }
+    EXPECT_TRUE(test::entry(*menu, QStringLiteral("Delete…"))->isEnabled()) << "the way out";
+
+    // A double click, also on the remote branch that it follows, asks git for nothing.
+    for (const char* name : {"refs/heads/main", "refs/remotes/origin/main"}) {
+        store.window().tell({});
+        Q_EMIT tree().doubleClicked(indexOf(name));
+        EXPECT_EQ(store.window().notice.value(), why) << name;
+    }
 }
 
 TEST_F(SidebarTest, ReachesTheLastOfManyRefs)

@@ -130,15 +130,32 @@ void deleteTag(Changes& changes, const std::string& tag)
 
 } // namespace
 
+QString damage(const GitRef& ref)
+{
+    return ref.hash.empty() ? RefTexts::tr("%1 is damaged: it leads to no commit, so it cannot be checked out.")
+                                  .arg(inQuotes(ref.name))
+                            : QString();
+}
+
 void checkout(Actors actors, const GitRef& ref)
 {
+    if (const QString why = damage(ref); !why.isEmpty()) {
+        actors.window.tell(why);
+        return;
+    }
     if (ref.kind != GitRef::Kind::remote) {
         checkOut(actors, ref.fullName, shownText(ref.name),
                  [name = ref.fullName](const GitRepository& repo) { repo.checkout(name); });
         return;
     }
     const std::string local = localNameOf(ref.name, actors.snapshot.remotes.value());
-    const bool exists = actors.snapshot.hasRef("refs/heads/" + local);
+    const std::vector<GitRef>& branches = actors.snapshot.branches.value();
+    const auto counterpart = std::ranges::find(branches, local, &GitRef::name);
+    const bool exists = counterpart != branches.end();
+    if (exists && counterpart->hash.empty()) {
+        checkout(actors, *counterpart);
+        return;
+    }
     checkOut(actors, ref.fullName, shownText(local), [local, exists, remote = ref.fullName](const GitRepository& repo) {
         if (exists)
             repo.checkout("refs/heads/" + local);

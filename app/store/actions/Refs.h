@@ -5,11 +5,15 @@
 #include "GitKit/records/GitRef.h"
 #include "app/store/actions/Actors.h"
 
+#include <QString>
+
 #include <optional>
 #include <string>
 
 namespace plovik::actions {
 
+/// Returns a sentence about a ref that git cannot read, and that nothing can be begun with; empty for the others.
+QString damage(const gitkit::GitRef& ref);
 /// Checks out a branch or a tag. For a remote branch, checks out its local counterpart, and creates that when there is
 /// none.
 void checkout(Actors actors, const gitkit::GitRef& ref);

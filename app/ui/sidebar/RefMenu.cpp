@@ -66,6 +66,12 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
         addMerge(*menu, store, ref);
     addChange(*menu, store, Verb::createBranch, Texts::tr("New Branch from Here…"),
               [&store, name = ref.fullName] { store.window().showSheet(NewBranchSheet{name}); });
+    if (const QString why = actions::damage(ref); !why.isEmpty()) {
+        for (QAction* const entry : menu->actions()) {
+            entry->setEnabled(false);
+            entry->setToolTip(plainToolTip(why));
+        }
+    }
     if (ref.isHead)
         addCommand(*menu, store, CommandId::push);
     menu->addSeparator();

@@ -32,8 +32,11 @@ QRect textArea(const QRect& row, int left, int rightUsed)
     return row.adjusted(left, 0, -textInset - (rightUsed > 0 ? rightUsed + gap : 0), 0);
 }
 
+/// Returns what stands behind the name of a ref.
 QString divergence(const gitkit::GitRef& ref, bool isUpstreamGone)
 {
+    if (ref.hash.empty())
+        return SidebarDelegate::tr("damaged");
     if (isUpstreamGone)
         return SidebarDelegate::tr("gone");
     QStringList parts;
@@ -143,8 +146,8 @@ void SidebarDelegate::paintRef(QPainter& painter, const QStyleOptionViewItem& op
     if (const QString right = divergence(ref, model_.isUpstreamGone(index)); !right.isEmpty()) {
         const QFont small = Theme::font(-1.5);
         used = textWidth(right, small);
-        paintText(painter, option.rect.adjusted(0, 0, -textInset, 0), right, small, theme.secondaryText, Qt::AlignRight,
-                  Qt::ElideNone);
+        paintText(painter, option.rect.adjusted(0, 0, -textInset, 0), right, small,
+                  ref.hash.empty() ? theme.statusConflicted : theme.secondaryText, Qt::AlignRight, Qt::ElideNone);
     }
     const bool isStrong = ref.isHead || isSelected(option);
     paintText(painter, textArea(option.rect, refTextLeft + indent, used), index.data().toString(),

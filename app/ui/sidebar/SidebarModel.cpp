@@ -2,6 +2,7 @@
 #include "app/ui/sidebar/SidebarModel.h"
 
 #include "app/store/ShownText.h"
+#include "app/store/actions/Refs.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <algorithm>
@@ -354,6 +355,8 @@ QString SidebarModel::toolTip(const Node& node) const
     QStringList lines{shownText(node.ref->name)};
     if (node.ref->isHead)
         lines << tr("Checked out");
+    if (const QString why = actions::damage(*node.ref); !why.isEmpty())
+        lines << why;
     if (node.ref->upstream) {
         const QString upstream = shownText(*node.ref->upstream);
         lines << (node.upstreamGone ? tr("Its upstream %1 is gone").arg(upstream) : followingLine(*node.ref, upstream));
