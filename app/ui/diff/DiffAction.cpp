@@ -21,6 +21,13 @@ constexpr std::array<std::array<const char*, 3>, 3> names{{
 
 } // namespace
 
+std::optional<gitkit::ConflictSide> sideOf(DiffAction::Verb verb)
+{
+    if (verb == DiffAction::Verb::useOurs)
+        return gitkit::ConflictSide::ours;
+    return verb == DiffAction::Verb::useTheirs ? std::optional(gitkit::ConflictSide::theirs) : std::nullopt;
+}
+
 QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count)
 {
     // Only the first verb of a bar tells the count, so that a bar tells it once.

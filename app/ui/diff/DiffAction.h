@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/DiffSection.h"
+#include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/ParsedDiff.h"
 #include "app/ui/diff/DiffNotes.h"
 
@@ -15,7 +16,7 @@ namespace plovik {
 
 /// What the user asks to do with a part of a diff.
 struct DiffAction {
-    enum class Verb { stage, unstage, discard };
+    enum class Verb { stage, unstage, discard, useOurs, useTheirs };
     enum class Part { hunk, lines, all };
 
     Verb verb = Verb::stage;
@@ -53,6 +54,10 @@ struct DiffContent {
             return use == Use::unstage;
         case DiffAction::Verb::discard:
             return use == Use::stageAndDiscard;
+        case DiffAction::Verb::useOurs:
+        case DiffAction::Verb::useTheirs:
+            // Parts of text are chosen in an editor.
+            return state == DiffState::conflicted && diff.isBinary;
         }
         return false;
     }
@@ -63,9 +68,12 @@ struct DiffContent {
 /// Where a view is scrolled to after it got new contents: to the start, or where it was before.
 enum class DiffPlace { start, kept };
 
+/// Returns the side of a conflict that a verb takes; nullopt for the other verbs.
+std::optional<gitkit::ConflictSide> sideOf(DiffAction::Verb verb);
 /// Returns the title of a button or menu entry: "Stage Hunk", "Stage 2 Lines", "Discard Lines…".
+/// `verb` takes no side.
 QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count = 0);
-/// Returns the name of the same action for assistive technology. It does not depend on a count.
+/// Returns the name of the same action for assistive technology. It does not depend on a count. `verb` takes no side.
 QString actionName(DiffAction::Verb verb, DiffAction::Part part);
 
 } // namespace plovik

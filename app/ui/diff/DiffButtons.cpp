@@ -20,6 +20,8 @@ using ActionVerb = DiffAction::Verb;
 using Part = DiffAction::Part;
 
 constexpr int buttonGap = 6;
+/// Names of branches may be of any length. In pixels.
+constexpr int longestTitle = 220;
 
 } // namespace
 
@@ -47,14 +49,15 @@ void DiffButtons::show(const std::vector<DiffOffer>& offers)
         if (std::ranges::find(offers, verb, &DiffOffer::verb) == offers.end())
             each->hide();
     }
+    const QFontMetrics fontMetrics(Theme::font(-1));
     for (const DiffOffer& offer : offers) {
         QPushButton* const each = button(offer.verb);
         parts_[offer.verb] = offer.part;
-        each->setText(offer.title);
-        if (const QString name = actionName(offer.verb, offer.part); name != each->accessibleName())
-            each->setAccessibleName(name);
+        each->setText(plainMenuText(fontMetrics.elidedText(offer.title, Qt::ElideMiddle, longestTitle)));
+        if (offer.name != each->accessibleName())
+            each->setAccessibleName(offer.name);
         each->setEnabled(offer.refusal.isEmpty());
-        each->setToolTip(plainToolTip(offer.refusal));
+        each->setToolTip(plainToolTip(!offer.refusal.isEmpty() || !sideOf(offer.verb) ? offer.refusal : offer.title));
         each->setProperty("primary", offer.part == Part::lines && offer.verb != ActionVerb::discard);
         each->show();
     }

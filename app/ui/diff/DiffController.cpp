@@ -298,7 +298,11 @@ void DiffController::setHoveredHunk(int hunk)
 
 void DiffController::request(int hunk, ActionVerb verb, Part part)
 {
-    if (!canTakeParts() || !diff_.content().allows(verb))
+    if (!isAvailable_ || !diff_.content().allows(verb))
+        return;
+    if (sideOf(verb))
+        Q_EMIT actionRequested({verb, Part::all, {}});
+    if (!canTakeParts())
         return;
     const DiffDocument& document = diff_.document();
     DiffAction action{verb, part, {}};

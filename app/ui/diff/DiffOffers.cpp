@@ -2,6 +2,7 @@
 #include "app/ui/diff/DiffOffers.h"
 
 #include "app/ui/diff/DiffController.h"
+#include "app/ui/window/OperationText.h"
 
 #include <QCoreApplication>
 
@@ -31,14 +32,31 @@ void append(std::vector<DiffOffer>& offers, const DiffController& controller, Pa
 {
     for (const ActionVerb verb : {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard}) {
         if (controller.diff().content().allows(verb))
-            offers.push_back({verb, part, actionTitle(verb, part, count), refusalOf(controller)});
+            offers.push_back(
+                {verb, part, actionTitle(verb, part, count), actionName(verb, part), refusalOf(controller)});
     }
+}
+
+std::vector<DiffOffer> sideOffers(const DiffController& controller)
+{
+    const DiffContent& content = controller.diff().content();
+    const QString refusal = controller.areActionsAvailable() ? QString() : refusalOf(controller);
+    std::vector<DiffOffer> offers;
+    for (const ActionVerb verb : {ActionVerb::useOurs, ActionVerb::useTheirs}) {
+        const gitkit::ConflictSide side = *sideOf(verb);
+        const bool isOurs = side == gitkit::ConflictSide::ours;
+        const QString title = operationText::useSide(side, isOurs ? content.sides.ours : content.sides.theirs);
+        offers.push_back({verb, Part::all, title, title, refusal});
+    }
+    return offers;
 }
 
 } // namespace
 
 std::vector<DiffOffer> barOffers(const DiffController& controller)
 {
+    if (controller.diff().content().allows(ActionVerb::useOurs))
+        return sideOffers(controller);
     std::vector<DiffOffer> offers;
     if (const auto count = static_cast<int>(controller.selectedChanges().size()); count > 0) {
         append(offers, controller, Part::lines, count);

@@ -16,12 +16,14 @@ struct DiffOffer {
     DiffAction::Verb verb = DiffAction::Verb::stage;
     DiffAction::Part part = DiffAction::Part::hunk;
     QString title;
+    QString name;    ///< for assistive technology; does not depend on a count
     QString refusal; ///< why it is disabled; empty when it is enabled
 
     bool operator==(const DiffOffer&) const = default;
 };
 
-/// Returns what is offered in the bar above a diff: for the selected lines, else for all hunks.
+/// Returns what is offered in the bar above a diff: for the selected lines, else for all hunks; or the sides of a
+/// conflict.
 std::vector<DiffOffer> barOffers(const DiffController& controller);
 /// Returns what is offered in the header of every hunk.
 std::vector<DiffOffer> hunkOffers(const DiffController& controller);

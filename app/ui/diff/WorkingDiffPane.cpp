@@ -221,6 +221,10 @@ void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action
     const std::set<std::string>& paths = store_.window().selectedPaths.value();
     if (shown_.empty() || paths != std::set{shown_} || shown_ == awaited_)
         return;
+    if (const auto side = sideOf(action.verb)) {
+        takeSide(*side);
+        return;
+    }
     using Part = Staging::DiscardedPart;
     switch (action.verb) {
     case DiffAction::Verb::stage:
@@ -235,7 +239,20 @@ void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action
         store_.staging().confirmDiscardPart(shown_, content.diff, action.lines,
                                             action.part == DiffAction::Part::lines ? Part::lines : Part::hunk);
         return;
+    case DiffAction::Verb::useOurs:
+    case DiffAction::Verb::useTheirs:
+        return;
     }
+}
+
+void WorkingDiffPane::takeSide(gitkit::ConflictSide side)
+{
+    const auto& files = store_.snapshot().status.value().files;
+    const auto file = std::ranges::find(files, shown_, &gitkit::FileChange::path);
+    if (file == files.end() || !file->isConflicted)
+        return;
+    store_.staging().takeSide({*file}, side);
+    awaitChanges();
 }
 
 } // namespace plovik

@@ -40,6 +40,7 @@ private:
     void take(const gitkit::FileChange& file, std::vector<gitkit::DiffSection> sections);
     void takeProblem(const DiffProblem& problem);
     void diffRead();
+    void takeSide(gitkit::ConflictSide side);
     void apply(const DiffContent& content, const DiffAction& action);
 
     RepositoryStore& store_;

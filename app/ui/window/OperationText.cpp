@@ -178,6 +178,11 @@ QString conflicts(const RepositoryStore& store)
     return Texts::tr("%Ln conflict(s) left", nullptr, static_cast<int>(count));
 }
 
+QString useSide(gitkit::ConflictSide side, const QString& name)
+{
+    return (side == gitkit::ConflictSide::ours ? Texts::tr("Use Ours: %1") : Texts::tr("Use Theirs: %1")).arg(name);
+}
+
 QString side(const RepositoryStore& store, gitkit::ConflictSide side)
 {
     const std::optional<OperationInProgress>& now = store.snapshot().inProgress.value();

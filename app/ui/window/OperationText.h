@@ -6,7 +6,8 @@
 
 #include <QString>
 
-/// Texts about the operation that git has not finished. Every function but side() requires that `store` has one. Main
+/// Texts about the operation that git has not finished. Those but side() and useSide() require that
+/// `store` has one. Main
 /// thread.
 namespace plovik::operationText {
 
@@ -21,5 +22,7 @@ QString abortTip(gitkit::OperationInProgress::Kind kind);
 QString continueTip(gitkit::OperationInProgress::Kind kind);
 /// Returns whose version one side of a conflict is. Without an unfinished operation the conflict comes from a stash.
 QString side(const RepositoryStore& store, gitkit::ConflictSide side);
+/// Returns what takes a side of a conflict: "Use Ours: main (checked out)". `name` is what side() returned.
+QString useSide(gitkit::ConflictSide side, const QString& name);
 
 } // namespace plovik::operationText

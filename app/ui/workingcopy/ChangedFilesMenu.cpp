@@ -84,12 +84,9 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
     if (conflicted.empty())
         return;
     using Side = gitkit::ConflictSide;
-    const auto add = [&](const QString& title, Side side) {
-        menu.addAction(plainMenuText(title.arg(operationText::side(store, side))), &menu,
+    for (const Side side : {Side::ours, Side::theirs})
+        menu.addAction(plainMenuText(operationText::useSide(side, operationText::side(store, side))), &menu,
                        [&store, conflicted, side] { store.staging().takeSide(conflicted, side); });
-    };
-    add(Texts::tr("Use Ours: %1"), Side::ours);
-    add(Texts::tr("Use Theirs: %1"), Side::theirs);
     menu.addAction(Texts::tr("Mark Resolved"), &menu, [&store, conflicted] { store.staging().stage(conflicted); })
         ->setToolTip(Texts::tr("Stage what stands in the working copy"));
     menu.addSeparator();
