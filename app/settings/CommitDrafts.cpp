@@ -10,13 +10,15 @@
 #include <QJsonObject>
 #include <QSaveFile>
 #include <QStandardPaths>
-#include <QThreadPool>
 
 #include <atomic>
 #include <fcntl.h>
+#include <future>
 #include <map>
 #include <string>
 #include <sys/stat.h>
+#include <system_error>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -35,12 +37,27 @@ std::map<std::string, Draft>& keptInThisRun()
     return drafts;
 }
 
-/// It has one thread, so that an older draft never replaces a newer one, and shares it with no git process.
-QThreadPool& writer()
+/// The newest writing. Each one waits for the one before, so that an older draft never replaces a newer one.
+std::shared_future<void>& writing()
 {
-    static QThreadPool pool;
-    pool.setMaxThreadCount(1);
-    return pool;
+    static std::shared_future<void> newest;
+    return newest;
+}
+
+/// Runs `write` on another thread, or on this one where none can be started.
+void startWriting(std::function<void()> write)
+{
+    try {
+        writing() = std::async(std::launch::async, [before = writing(), write]() mutable {
+                        if (before.valid())
+                            before.wait();
+                        before = {}; // otherwise every writing would live as long as the newest one
+                        write();
+                    }).share();
+    } catch (const std::system_error&) {
+        finishWriting();
+        write();
+    }
 }
 
 /// Returns why the draft could not be written; an empty text when it was.
@@ -97,7 +114,7 @@ Draft read(const std::filesystem::path& root)
 void keep(const std::filesystem::path& root, const Draft& draft, std::function<void(const QString&)> failed)
 {
     keptInThisRun()[root.native()] = draft;
-    writer().start([file = fileFor(root), draft, failed = std::move(failed)] {
+    startWriting([file = fileFor(root), draft, failed = std::move(failed)] {
         static std::atomic_bool wasTold = false;
         const QString problem = write(file, draft);
         if (problem.isEmpty())
@@ -107,6 +124,10 @@ void keep(const std::filesystem::path& root, const Draft& draft, std::function<v
     });
 }
 
-void finishWriting() { writer().waitForDone(); }
+void finishWriting()
+{
+    if (writing().valid())
+        writing().wait();
+}
 
 } // namespace plovik::commitDrafts

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/ExternalEditor.h"
 
+#include "app/await/WorkThreads.h"
 #include "app/settings/Settings.h"
+#include "app/store/Failure.h"
 #include "app/store/ShownText.h"
 
 #include <QCollator>
@@ -9,16 +11,19 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLocale>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <set>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace plovik::externalEditor {
 
 namespace {
+
+/// How many editors are started beside each other; some take long.
+constexpr std::size_t mostAtOnce = 4;
 
 struct EditorText {
     Q_DECLARE_TR_FUNCTIONS(ExternalEditor)
@@ -55,6 +60,14 @@ std::string openReportingProblem(const std::filesystem::path& editor, const File
         return failure.what();
     }
     return {};
+}
+
+/// Calls `failed` on the main thread, but not at once.
+void tell(const Failed& failed, std::string problem)
+{
+    if (QCoreApplication* const application = QCoreApplication::instance())
+        QMetaObject::invokeMethod(
+            application, [failed, problem = std::move(problem)] { failed(problem); }, Qt::QueuedConnection);
 }
 
 } // namespace
@@ -103,14 +116,15 @@ void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
 void open(const Files& files, Failed failed)
 {
     // Starting a program can wait for a disk or for D-Bus, so it does not happen on the main thread.
-    QThreadPool::globalInstance()->start([editor = nativePath(chosenPath()), files, failed = std::move(failed)] {
-        std::string problem = openReportingProblem(editor, files);
-        QCoreApplication* const application = QCoreApplication::instance();
-        if (problem.empty() || !application)
-            return;
-        QMetaObject::invokeMethod(
-            application, [failed, problem = std::move(problem)] { failed(problem); }, Qt::QueuedConnection);
-    });
+    static WorkThreads threads(mostAtOnce);
+    try {
+        threads.start([editor = nativePath(chosenPath()), files, failed] {
+            if (std::string problem = openReportingProblem(editor, files); !problem.empty())
+                tell(failed, std::move(problem));
+        });
+    } catch (const std::system_error& noThread) {
+        tell(failed, failureOf(noThread).message.toStdString());
+    }
 }
 
 } // namespace plovik::externalEditor

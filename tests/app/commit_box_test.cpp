@@ -10,6 +10,7 @@
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/NoMoreThreads.h"
 #include "tests/support/TestRepository.h"
 
 #include <QClipboard>
@@ -26,6 +27,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -400,6 +403,28 @@ TEST(CommitBox, ForgetsADraftThatWasCommittedAfterItsWindowHadClosed)
     Window window(repo.path());
     EXPECT_EQ(window.subject->text(), QString());
     EXPECT_EQ(window.body->toPlainText(), QString());
+}
+
+TEST(CommitBox, WaitsForNoPipeInADraftsPlace)
+{
+    const TestRepository repo;
+    const QString file = commitDrafts::fileFor(repo.path());
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(file).path()));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
+    EXPECT_TRUE(commitDrafts::read(repo.path()).isEmpty());
+    commitDrafts::keep(repo.path(), {u"two"_s, {}});
+    commitDrafts::finishWriting();
+    EXPECT_TRUE(QFileInfo(file).isFile()) << "it was replaced";
+}
+
+TEST(CommitBox, WritesADraftWhereNoThreadCanBeStarted)
+{
+    const TestRepository repo;
+    {
+        const test::NoMoreThreads none;
+        commitDrafts::keep(repo.path(), {u"two"_s, {}});
+    }
+    EXPECT_TRUE(QFile::exists(commitDrafts::fileFor(repo.path())));
 }
 
 TEST(CommitBox, KeepsADraftForThisRunWhereNothingCanBeWritten)

@@ -10,13 +10,16 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
+#include <fcntl.h>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace plovik::editors {
 
@@ -153,27 +156,39 @@ constexpr std::array<const char*, 9> runKinds{"application/x-executable",
                                               "application/x-bat",
                                               "application/vnd.appimage"};
 
-std::string beginningOf(const std::filesystem::path& file)
+/// What is looked at of a regular file.
+struct Sample {
+    std::string beginning;
+    bool isMarkedAsProgram = false;
+};
+
+/// Returns nullopt for what is no regular file, or cannot be read. Opening a pipe would wait, so it is not waited for.
+std::optional<Sample> sampleOf(const std::filesystem::path& file)
 {
-    std::string beginning(512, '\0');
-    std::ifstream stream(file, std::ios::binary);
-    stream.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
-    beginning.resize(static_cast<std::size_t>(stream.gcount()));
-    return beginning;
+    const int opened = ::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (opened < 0)
+        return std::nullopt;
+    struct stat found{};
+    Sample sample{std::string(512, '\0')};
+    const bool isRegular = ::fstat(opened, &found) == 0 && S_ISREG(found.st_mode);
+    const ssize_t size = isRegular ? ::read(opened, sample.beginning.data(), sample.beginning.size()) : -1;
+    ::close(opened);
+    if (size < 0)
+        return std::nullopt;
+    sample.beginning.resize(static_cast<std::size_t>(size));
+    sample.isMarkedAsProgram = (found.st_mode & (S_IXUSR | S_IXGRP | S_IXOTH)) != 0;
+    return sample;
 }
 
 /// Returns whether the desktop might run a file instead of showing it: because it is marked as a program, or because
 /// others run files of its kind.
 bool mightRun(const std::filesystem::path& file)
 {
-    using std::filesystem::perms;
-    constexpr perms marks = perms::owner_exec | perms::group_exec | perms::others_exec;
-    std::error_code unreadable;
-    const std::filesystem::file_status status = std::filesystem::status(file, unreadable);
-    if (status.type() != std::filesystem::file_type::regular)
+    const std::optional<Sample> sample = sampleOf(file);
+    if (!sample)
         return false;
-    const std::string beginning = beginningOf(file);
-    if ((status.permissions() & marks) != perms::none || beginning.starts_with("#!") ||
+    const std::string& beginning = sample->beginning;
+    if (sample->isMarkedAsProgram || beginning.starts_with("#!") ||
         beginning.starts_with("\x7f"
                               "ELF") ||
         beginning.starts_with("MZ"))
