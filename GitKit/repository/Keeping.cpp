@@ -166,6 +166,17 @@ std::optional<Kept> keptIn(const fs::path& folder)
     return kept.paths.empty() ? std::nullopt : std::optional(kept);
 }
 
+/// Drops copies that are still other names of the files in place: their contents were not taken, and a program that
+/// writes in place would change what is kept. Their index entries stay.
+void dropShared(const GitRepository& repo, const fs::path& folder, const std::vector<KeptFile>& files)
+{
+    std::error_code ignored;
+    for (const KeptFile& file : files) {
+        if (file.before == FileKind::regular && fs::equivalent(folder / file.copy, repo.root() / file.path, ignored))
+            fs::remove(folder / file.copy, ignored);
+    }
+}
+
 /// Drops what nothing was taken from, and writes the list. Removes the folder when nothing is left.
 std::optional<Kept> finishKeeping(const GitRepository& repo, const fs::path& folder, std::vector<KeptFile> files)
 {
@@ -182,6 +193,7 @@ std::optional<Kept> finishKeeping(const GitRepository& repo, const fs::path& fol
         fs::remove_all(folder, ignored);
         return std::nullopt;
     }
+    dropShared(repo, folder, files);
     try {
         writeKeptList(folder, files);
     } catch (const GitError&) {
@@ -391,7 +403,7 @@ void saveKept(const fs::path& gitDirectory, const Kept& kept, const fs::path& pl
 {
     const fs::path folder = keepingFolder(gitDirectory) / kept.name;
     for (const KeptFile& file : readKeptList(folder)) {
-        if (std::ranges::find(kept.paths, file.path) == kept.paths.end() || !isFile(file.before))
+        if (std::ranges::find(kept.paths, file.path) == kept.paths.end() || !isFile(kindAt(folder / file.copy)))
             continue;
         const fs::path to = kept.paths.size() == 1 ? place : place / file.path;
         if (kept.paths.size() > 1 && !makeParents(place, file.path))

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
+#include <fstream>
 #include <map>
 #include <thread>
 
@@ -87,6 +88,25 @@ TEST(Keeping, BringsBackBytesModesLinksAndTheIndex)
     EXPECT_THAT(back.left, IsEmpty());
     EXPECT_EQ(repo.state(), before);
     EXPECT_THAT(allKept(repo.gitDirectory()), IsEmpty());
+}
+
+TEST(Keeping, KeepsNoSecondNameOfAFileWhoseContentsStay)
+{
+    KeepingRepository repo;
+    repo.write("a", "mine\n").git({"add", "a"});
+    keeping(repo.repository(), repo.gitDirectory(), repo.repository().status().files, Taking::discard, [&repo] {
+        repo.git({"reset", "-q", "--", "a"});
+        throw GitError("checkout", 1, "no further");
+    });
+    {
+        std::ofstream inPlace(repo / "a", std::ios::app);
+        inPlace << "a line that is not wanted after all\n";
+    }
+    fs::rename(repo.write("saved", "mine\nmore\n") / "saved", repo / "a"); // as most editors save
+    const BroughtBack back = repo.bringLastBack();
+    EXPECT_THAT(back.back, ElementsAre("a"));
+    EXPECT_EQ(readFile(repo / "a"), "mine\nmore\n");
+    EXPECT_EQ(repo.read({"show", ":a"}), "mine");
 }
 
 TEST(Keeping, MergesIntoWhatWasWrittenSinceAndElseKeepsTheCopy)
