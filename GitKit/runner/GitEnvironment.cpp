@@ -105,6 +105,7 @@ constexpr auto settings = std::to_array<ConfigurationPin>({
     // What a command may take for granted.
     {"branch.autoSetupMerge", "false", "a new branch tracks nothing unless that is asked for"},
     {"commit.verbose", "false", "a message is not cut where a line looks like the start of the commit's diff"},
+    {"merge.verbosity", "2", "a merge, pull or pick says what is in conflict"},
     {"push.default", "simple", "a push changes only the branch of the same name"},
     {"tag.gpgSign", "false", "a tag made here has no message that could be signed"},
 

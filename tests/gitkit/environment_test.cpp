@@ -163,10 +163,21 @@ TEST(GitEnvironment, KeepsSettingsFromWhatIsRead)
     }
     // Younger versions of git know these two alone; one more shows in a file, below.
     shown.insert({"diff.srcPrefix", "diff.dstPrefix", "diff.autoRefreshIndex"});
+    // Younger versions always say it.
+    shown.insert("merge.verbosity");
     std::set<std::string> pinned;
     for (const ConfigurationPin& pin : configurationPins())
         pinned.emplace(pin.key);
     EXPECT_EQ(shown, pinned);
+}
+
+TEST(GitEnvironment, HearsOfConflictsWhateverAMergeIsToSay)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one").git({"branch", "topic"}).write("a", "2").commit("two");
+    repo.git({"checkout", "-q", "topic"}).write("a", "3").commit("three").git({"config", "merge.verbosity", "0"});
+    const GitOutput output = GitRunner(repo.path()).output({"merge", "-s", "recursive", "main"});
+    EXPECT_NE(output.stdoutBytes.find("CONFLICT ("), std::string::npos) << output.stdoutBytes << output.stderrBytes;
 }
 
 TEST(GitEnvironment, KeepsSettingsThatNeedNoPinFromTheRecords)
