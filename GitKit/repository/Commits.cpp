@@ -37,14 +37,16 @@ std::optional<int> position(const GitRepository& repo, const HistoryScope& scope
     return std::nullopt;
 }
 
-int commitsLeftBehind(const GitRepository& repo, const std::string& target)
+LeftBehind commitsLeftBehind(const GitRepository& repo, const std::string& target)
 {
+    if (repo.runner().output({"symbolic-ref", "--quiet", "HEAD"}).status == 0)
+        return {};
+    LeftBehind left{.head = resolveCommit(repo, "HEAD")};
     const std::string counted =
-        repo.runner().bytes({"rev-list", "--count", "HEAD", "--not", commitArgument("rev-list", target), "--branches",
-                             "--remotes", "--tags", "--"});
-    int count = 0;
-    std::from_chars(counted.data(), counted.data() + counted.size(), count);
-    return count;
+        repo.runner().bytes({"rev-list", "--count", left.head, "--not", commitArgument("rev-list", target),
+                             "--branches", "--remotes", "--tags", "--"});
+    std::from_chars(counted.data(), counted.data() + counted.size(), left.commits);
+    return left;
 }
 
 std::vector<ChangeCounts> changeCounts(const GitRepository& repo, const std::string& hash, CommitKind kind)

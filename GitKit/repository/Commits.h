@@ -23,9 +23,17 @@ std::string resolveCommit(const GitRepository& repo, const std::string& name);
 /// it. Costs what walking the whole history costs.
 std::optional<int> position(const GitRepository& repo, const HistoryScope& scope, const std::string& hash);
 
-/// How many commits only a detached HEAD leads to: neither a branch or tag nor `target`, which is a hash or a ref's full
-/// name. Returns 0 while a branch is checked out.
-int commitsLeftBehind(const GitRepository& repo, const std::string& target);
+/// What leaving HEAD leaves behind. Value.
+struct LeftBehind {
+    int commits = 0;
+    std::string head; ///< hash of a detached HEAD; empty while a branch is checked out
+
+    bool operator==(const LeftBehind&) const = default;
+};
+
+/// Counts the commits that only a detached HEAD leads to: neither a branch or tag nor `target`, which is a hash or a
+/// ref's full name. Reads HEAD as it is now.
+LeftBehind commitsLeftBehind(const GitRepository& repo, const std::string& target);
 
 /// How many lines each file of GitRepository::commitDetail() adds and removes, in the same order. Costs what all the
 /// diffs cost.

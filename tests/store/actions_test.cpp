@@ -177,6 +177,14 @@ TEST_F(StoreActions, CommitsOfADetachedHeadAreNotLeftUnasked)
     actions::createBranch(store.actors(), "kept", head, gitkit::AfterCreating::checkOut);
     worker.finishAll();
     EXPECT_EQ(repo.read({"symbolic-ref", "--short", "HEAD"}), "kept");
+
+    // HEAD was detached elsewhere, and no status has told of it yet.
+    repo.git({"checkout", "-q", "--detach"}).write("a", "4").commit("four");
+    actions::checkout(store.actors(), branch("side"));
+    worker.finishAll();
+    ASSERT_TRUE(store.window().confirmation.value());
+    EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Leave 1 commit behind?"));
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "four");
 }
 
 TEST_F(StoreActions, PushChoosesTheRemoteOrSaysWhyItCannot)

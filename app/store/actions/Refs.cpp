@@ -3,6 +3,7 @@
 
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/runner/GitError.h"
 #include "app/store/Changes.h"
 #include "app/store/Obstacles.h"
 #include "app/store/SheetKind.h"
@@ -13,6 +14,8 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <atomic>
+#include <memory>
 #include <utility>
 
 namespace plovik::actions {
@@ -36,10 +39,10 @@ std::string localNameOf(const std::string& remoteBranch, const std::vector<std::
     return remoteBranch;
 }
 
-/// Asks before commits are left that nothing but the detached HEAD leads to, and calls `leave` if that is all right.
-QCoro::Task<> leavingAfterCheck(Actors actors, std::string head, std::string target, std::function<void()> leave)
+/// Asks before commits are left that nothing but a detached HEAD leads to, and begins the change if that is all right.
+QCoro::Task<> leavingAfterCheck(Actors actors, std::string target, Change leave)
 {
-    int left = 0;
+    gitkit::LeftBehind left;
     std::optional<Failure> failure;
     try {
         left = co_await actors.git.read(&gitkit::commitsLeftBehind, target);
@@ -50,29 +53,44 @@ QCoro::Task<> leavingAfterCheck(Actors actors, std::string head, std::string tar
         actors.window.report(*failure);
         co_return;
     }
-    if (left == 0) {
-        leave();
+    if (left.commits == 0) {
+        actors.changes.run(std::move(leave));
         co_return;
     }
     Confirmation question;
-    question.title = RefTexts::tr("Leave %n commit(s) behind?", nullptr, left);
+    question.title = RefTexts::tr("Leave %n commit(s) behind?", nullptr, left.commits);
     question.message = RefTexts::tr("HEAD is detached, and no branch or tag leads to what was committed here. A new "
                                     "branch keeps it within reach.");
     question.actionTitle = RefTexts::tr("Leave");
-    question.action = std::move(leave);
+    question.action = [&changes = actors.changes, leave] { changes.run(leave); };
     question.alternativeTitle = RefTexts::tr("New Branch…");
-    question.alternative = [&window = actors.window, head] { window.showSheet(NewBranchSheet{head}); };
+    question.alternative = [&window = actors.window, head = left.head] { window.showSheet(NewBranchSheet{head}); };
     actors.window.ask(std::move(question));
 }
 
-/// Calls `leave`, which checks out `target`; asks first where commits would be left behind.
-void leaveHead(Actors actors, const std::string& target, std::function<void()> leave)
+/// Begins a change that checks out `target`; asks first where commits would be left behind. Where a branch was checked
+/// out at the last status, the change itself looks again, because HEAD may have been detached elsewhere since.
+void leaveHead(Actors actors, const std::string& target, Change leave)
 {
-    const gitkit::RepoStatus& now = actors.snapshot.status.value();
-    if (now.isDetached())
-        launch(leavingAfterCheck(actors, *now.oid, target, std::move(leave)));
-    else
-        leave();
+    if (actors.snapshot.status.value().isDetached()) {
+        launch(leavingAfterCheck(actors, target, std::move(leave)));
+        return;
+    }
+    const auto wouldLeave = std::make_shared<std::atomic_bool>(false);
+    Change careful = leave;
+    careful.operation = [operation = leave.operation, target, wouldLeave](const GitRepository& repo) {
+        if (gitkit::commitsLeftBehind(repo, target).commits > 0) {
+            *wouldLeave = true;
+            throw gitkit::GitError("checkout", 1, "HEAD is detached now.", gitkit::ErrorKind::changedMeanwhile);
+        }
+        operation(repo);
+    };
+    careful.failed = [actors, target, leave, wouldLeave](const Failure&) {
+        if (*wouldLeave)
+            launch(leavingAfterCheck(actors, target, leave));
+        return wouldLeave->load();
+    };
+    actors.changes.run(std::move(careful));
 }
 
 void checkOut(Actors actors, const std::string& target, const QString& shown, GitAccess::Operation operation)
@@ -82,10 +100,10 @@ void checkOut(Actors actors, const std::string& target, const QString& shown, Gi
         actors.window.tell(why);
         return;
     }
-    leaveHead(actors, target, [actors, shown, operation = std::move(operation)] {
-        actors.changes.run(
-            {.verb = Verb::checkOut, .title = RefTexts::tr("Checking out %1…").arg(shown), .operation = operation});
-    });
+    leaveHead(actors, target,
+              {.verb = Verb::checkOut,
+               .title = RefTexts::tr("Checking out %1…").arg(shown),
+               .operation = std::move(operation)});
 }
 
 void forceDelete(Changes& changes, const std::string& branch)
@@ -173,16 +191,13 @@ void checkoutCommit(Actors actors, const std::string& hash)
 void createBranch(Actors actors, const std::string& name, const std::optional<std::string>& startPoint,
                   gitkit::AfterCreating after)
 {
-    const auto create = [=] {
-        actors.changes.run(
-            {.verb = Verb::createBranch,
-             .title = RefTexts::tr("Creating branch…"),
-             .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }});
-    };
+    Change create{.verb = Verb::createBranch,
+                  .title = RefTexts::tr("Creating branch…"),
+                  .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }};
     if (startPoint && after == gitkit::AfterCreating::checkOut)
-        leaveHead(actors, *startPoint, create);
+        leaveHead(actors, *startPoint, std::move(create));
     else
-        create();
+        actors.changes.run(std::move(create));
 }
 
 void createTag(Actors actors, const std::string& name, const std::string& target)
