@@ -99,6 +99,53 @@ TEST_F(StoreStaging, EveryClickCountsOnTheOnesBeforeIt)
     EXPECT_EQ(error(), "");
 }
 
+TEST_F(StoreStaging, ADiscardAsksNothingThatItThenRefusesBesideSubmodules)
+{
+    TestRepository library;
+    library.write("l", "1").commit("library");
+    const auto addModule = [this, &library](const char* path) {
+        repo.git({"-c", "protocol.file.allow=always", "submodule", "--quiet", "add", library.path().string(), path});
+    };
+    repo.write("a", "1").commit("one");
+    for (const char* path : {"edited", "staged", "gone", "removed", "conflict"})
+        addModule(path);
+    repo.commit("two").git({"branch", "topic"});
+    const auto move = [this](const std::string& module) {
+        repo.git({"-C", module, "commit", "-q", "--allow-empty", "-m", module});
+    };
+    repo.write("edited/l", "2");
+    move("staged");
+    repo.git({"add", "staged"}).git({"rm", "-q", "removed"}); // which changes .gitmodules, too
+    std::filesystem::remove_all(repo / "gone");
+    addModule("added");
+    move("added"); // otherwise it would be the removed one under another name
+    repo.git({"add", "added"}).git({"config", "-f", ".gitmodules", "submodule.gone.branch", "main"});
+    const std::string commit = repo.read({"-C", "edited", "rev-parse", "HEAD"});
+    const std::string stages = "160000 " + commit + " 1\tconflict\n160000 " + repo.head() + " 2\tconflict\n160000 " +
+                               repo.read({"-C", "staged", "rev-parse", "HEAD"}) + " 3\tconflict\n";
+    repo.repository().runner().bytes({"update-index", "--index-info"},
+                                     {.input = "0 " + std::string(40, '0') + "\tconflict\n" + stages});
+    load();
+    const Staging::Files files = store.snapshot().status.value().files;
+    std::vector<std::string> shown;
+    std::ranges::transform(files, std::back_inserter(shown), &FileChange::path);
+    ASSERT_EQ(shown,
+              (std::vector<std::string>{".gitmodules", "added", "conflict", "edited", "gone", "removed", "staged"}));
+    for (const FileChange& each : files) {
+        store.window().clearNotice();
+        store.staging().confirmDiscard({each});
+        worker.finishAll();
+        const bool asks = store.window().confirmation.value().has_value();
+        EXPECT_EQ(asks, each.path == ".gitmodules") << each.path;
+        EXPECT_NE(asks, !store.window().notice.value().isEmpty()) << each.path;
+        if (asks)
+            confirm();
+        EXPECT_EQ(error(), "") << each.path;
+    }
+    EXPECT_EQ(repo.read({"diff", "HEAD", "--name-only", "--", ".gitmodules"}), "");
+    EXPECT_EQ(store.snapshot().status.value().files.size(), 6U);
+}
+
 TEST_F(StoreStaging, AClickShowsAtOnceAndIsCorrectedByGit)
 {
     repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2");
