@@ -178,7 +178,8 @@ void set(std::vector<std::string>& entries, std::string_view name, std::string_v
     entries.push_back(assignment(name, value));
 }
 
-void addConfiguration(std::vector<std::string>& entries, const std::optional<std::string>& fileSystemMonitor)
+void addConfiguration(std::vector<std::string>& entries, const std::optional<std::string>& fileSystemMonitor,
+                      std::span<const std::pair<std::string, std::string>> more)
 {
     std::size_t count = 0;
     const auto add = [&](std::string_view key, std::string_view value) {
@@ -189,6 +190,8 @@ void addConfiguration(std::vector<std::string>& entries, const std::optional<std
     for (const ConfigurationPin& pin : settings)
         add(pin.key, pin.value);
     add("core.fsmonitor", fileSystemMonitor.value_or("false"));
+    for (const auto& [key, value] : more)
+        add(key, value);
     entries.push_back(assignment("GIT_CONFIG_COUNT", std::to_string(count)));
 }
 
@@ -200,7 +203,8 @@ std::span<const ConfigurationPin> configurationPins() { return settings; }
 
 std::vector<std::string> gitEnvironment(std::span<const std::string_view> inherited,
                                         std::span<const std::pair<std::string, std::string>> overrides,
-                                        const std::optional<std::string>& fileSystemMonitor)
+                                        const std::optional<std::string>& fileSystemMonitor,
+                                        std::span<const std::pair<std::string, std::string>> more)
 {
     std::vector<std::string> entries;
     entries.reserve(inherited.size() + 2 * settings.size() + variables.size());
@@ -215,7 +219,7 @@ std::vector<std::string> gitEnvironment(std::span<const std::string_view> inheri
     if (const auto all = valueOf(inherited, "LC_ALL"); all && !all->empty())
         set(entries, "LC_CTYPE", *all);
     set(entries, "PATH", searchPath(valueOf(inherited, "PATH")));
-    addConfiguration(entries, fileSystemMonitor);
+    addConfiguration(entries, fileSystemMonitor, more);
     for (const auto& [name, value] : overrides)
         set(entries, name, value);
     return entries;

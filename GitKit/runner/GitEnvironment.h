@@ -35,10 +35,11 @@ std::span<const ConfigurationPin> configurationPins();
 ///
 /// `inherited` is the application's environment; `overrides` come last and win. `fileSystemMonitor` is the value of
 /// core.fsmonitor in the user's own configuration. It names a program that git runs at every status, so a repository
-/// from somewhere else must not choose it.
+/// from somewhere else must not choose it. `more` are settings that this run gets besides the table's.
 std::vector<std::string> gitEnvironment(std::span<const std::string_view> inherited,
                                         std::span<const std::pair<std::string, std::string>> overrides,
-                                        const std::optional<std::string>& fileSystemMonitor);
+                                        const std::optional<std::string>& fileSystemMonitor,
+                                        std::span<const std::pair<std::string, std::string>> more = {});
 
 /// Returns the application's current environment. Any thread.
 std::vector<std::string> applicationEnvironment();

@@ -22,11 +22,12 @@ constexpr std::chrono::milliseconds longestPause{480};
 
 using Environment = std::vector<std::pair<std::string, std::string>>;
 
-/// Returns the entries for all runs of an action, followed by those for this run.
-Environment overrides(const RunContext& context, const RunOptions& options)
+/// Returns the entries for all runs of an action, followed by those for this run and those that restrict it.
+Environment overrides(const RunContext& context, const RunOptions& options, const Restriction& restriction)
 {
     Environment all = context.environment;
     all.insert(all.end(), options.environment.begin(), options.environment.end());
+    all.insert(all.end(), restriction.environment.begin(), restriction.environment.end());
     return all;
 }
 
@@ -73,7 +74,7 @@ GitOutput reported(const ProcessRequest& request, const Report& report)
 
 GitOutput start(const std::filesystem::path& directory, const RunContext& context,
                 const std::vector<std::string>& arguments, const RunOptions& options,
-                const std::optional<std::string>& fileSystemMonitor)
+                const std::optional<std::string>& fileSystemMonitor, const Restriction& restriction = {})
 {
     if (context.stop.stop_requested())
         throw RunStopped();
@@ -82,7 +83,8 @@ GitOutput start(const std::filesystem::path& directory, const RunContext& contex
     ProcessRequest request{.executable = GitExecutable::path(),
                            .arguments = {"-c", "core.quotepath=false", "-c", "color.ui=false"},
                            .directory = directory,
-                           .environment = gitEnvironment(entries, overrides(context, options), fileSystemMonitor),
+                           .environment = gitEnvironment(entries, overrides(context, options, restriction),
+                                                         fileSystemMonitor, restriction.settings),
                            .input = options.input,
                            .limit = options.limit,
                            .stop = context.stop};
@@ -152,7 +154,10 @@ GitOutput GitRunner::output(const std::vector<std::string>& arguments, const Run
         if (withoutLineEnd(found.stdoutBytes) != context_.requiredTopLevel.string())
             return found.status == 0 ? noRepository() : found;
     }
-    return start(directory_, context_, arguments, options, fileSystemMonitor());
+    Restriction restriction;
+    if (context_.guard)
+        restriction = context_.guard->before(arguments.empty() ? std::string() : arguments.front(), context_);
+    return start(directory_, context_, arguments, options, fileSystemMonitor(), restriction);
 }
 
 GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const RunOptions& options) const

@@ -31,6 +31,24 @@ public:
     virtual void ended(Run run, const RunEnd& end) = 0;
 };
 
+/// What one run gets so that programs that a repository's configuration names do not run.
+struct Restriction {
+    std::vector<std::pair<std::string, std::string>> settings = {};    ///< git settings, which beat all files
+    std::vector<std::pair<std::string, std::string>> environment = {}; ///< entries of the environment
+};
+
+struct RunContext;
+
+/// Is asked before each run what it must be kept from. The method is called on the threads of the runs, several at
+/// once, and may run git itself.
+class RunGuard {
+public:
+    virtual ~RunGuard() = default;
+
+    /// `command` is git's subcommand; `context` is that of the run.
+    virtual Restriction before(const std::string& command, const RunContext& context) = 0;
+};
+
 /// What all runs of one action share.
 struct RunContext {
     std::shared_ptr<RunListener> listener = {};
@@ -42,6 +60,8 @@ struct RunContext {
     std::filesystem::path requiredTopLevel = {};
     /// Environment entries. Only those of a single run are set later.
     std::vector<std::pair<std::string, std::string>> environment = {};
+    /// Without one, git runs what the repository's configuration names.
+    std::shared_ptr<RunGuard> guard = {};
 };
 
 /// A run has ended because the caller requested a stop.

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct stat lookOf(const fs::path& file)
+struct stat statOf(const fs::path& file)
 {
     struct stat found{};
     EXPECT_EQ(::lstat(file.c_str(), &found), 0);
@@ -51,15 +51,15 @@ TEST(FileReplacement, LeavesEverythingAsItWasWhenTheDiskIsFull)
     TemporaryFolder folder;
     writeFile(folder / "a", "before");
     ASSERT_EQ(::chmod((folder / "a").c_str(), 0640), 0);
-    const struct stat before = lookOf(folder / "a");
+    const struct stat before = statOf(folder / "a");
     {
         const FullDisk full(100);
         EXPECT_FALSE(replaceFile(folder / "a", std::string(101, 'x')));
         EXPECT_FALSE(replaceFile(folder / "new", std::string(101, 'x')));
     }
     EXPECT_EQ(readFile(folder / "a"), "before");
-    EXPECT_EQ(lookOf(folder / "a").st_ino, before.st_ino);
-    EXPECT_EQ(lookOf(folder / "a").st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+    EXPECT_EQ(statOf(folder / "a").st_ino, before.st_ino);
+    EXPECT_EQ(statOf(folder / "a").st_mtim.tv_nsec, before.st_mtim.tv_nsec);
     EXPECT_EQ(entries(folder.path()), 1) << "nothing is left beside it";
 
     fs::create_directory(folder / "folder");
@@ -79,17 +79,17 @@ TEST(FileReplacement, KeepsModeOwnerAndAttributes)
     const bool isRoot = ::chown(file.c_str(), 12, 34) == 0 && ::geteuid() == 0;
     ASSERT_TRUE(replaceFile(file, "after"));
     EXPECT_EQ(readFile(file), "after");
-    EXPECT_EQ(lookOf(file).st_mode & 07777U, 0751U);
+    EXPECT_EQ(statOf(file).st_mode & 07777U, 0751U);
     if (isRoot) {
-        EXPECT_EQ(lookOf(file).st_uid, 12U);
-        EXPECT_EQ(lookOf(file).st_gid, 34U);
+        EXPECT_EQ(statOf(file).st_uid, 12U);
+        EXPECT_EQ(statOf(file).st_gid, 34U);
     }
     if (hasAttributes)
         EXPECT_EQ(::getxattr(file.c_str(), "user.note", nullptr, 0), 4);
     ASSERT_TRUE(replaceFile(file, "", false));
-    EXPECT_EQ(lookOf(file).st_mode & 07777U, 0640U);
+    EXPECT_EQ(statOf(file).st_mode & 07777U, 0640U);
     ASSERT_TRUE(replaceFile(file, "", true));
-    EXPECT_EQ(lookOf(file).st_mode & 07777U, 0750U) << "who may read may execute";
+    EXPECT_EQ(statOf(file).st_mode & 07777U, 0750U) << "who may read may execute";
 
     ASSERT_TRUE(replaceByLink(file, "nowhere"));
     EXPECT_EQ(fs::read_symlink(file), "nowhere");
