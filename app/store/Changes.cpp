@@ -4,6 +4,7 @@
 #include "GitKit/runner/RunContext.h"
 #include "app/store/ActionRuns.h"
 #include "app/store/ShownText.h"
+#include "app/store/Trust.h"
 #include "app/store/WindowState.h"
 
 #include <QMetaObject>
@@ -19,9 +20,19 @@ namespace {
 /// For so long a change without a title may run unsaid.
 constexpr std::chrono::milliseconds untitledTime{2000};
 
+/// So many programs stand in a question; the bar lists more.
+constexpr std::size_t mostPrograms = 8;
+
 struct ChangeTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Changes)
 };
+
+/// What writes contents runs filters. What the user fetches runs the programs for it, after a question if there are any.
+GitAccess::Programs programsFor(Verb verb)
+{
+    const bool writes = touches(verb, Touch::index) || touches(verb, Touch::workingTree);
+    return writes ? GitAccess::Programs::run : GitAccess::Programs::fetchless;
+}
 
 QString titleOfSlow(Verb verb)
 {
@@ -43,9 +54,9 @@ QString titleOfSlow(Verb verb)
 
 } // namespace
 
-Changes::Changes(const GitAccess& git, const CommandLog& log, Snapshot& snapshot, WindowState& window,
+Changes::Changes(const GitAccess& git, const CommandLog& log, Snapshot& snapshot, Trust& trust, WindowState& window,
                  OpenSignIn signIn)
-    : git_(git), log_(log), snapshot_(snapshot), window_(window), openSignIn_(std::move(signIn))
+    : git_(git), log_(log), snapshot_(snapshot), trust_(trust), window_(window), openSignIn_(std::move(signIn))
 {}
 
 Changes::~Changes() = default;
@@ -57,6 +68,12 @@ bool Changes::run(Change change)
         window_.tell(whyNot(change.verb));
         return false;
     }
+    if (asksFirst(change.verb)) {
+        askToTrust(std::move(change));
+        return false;
+    }
+    if (change.begins)
+        change.begins();
     const quint64 number = ++lastNumber_;
     runs_.push_back({.shown = {number, change.verb, change.title}, .stop = {}, .isQuick = change.title.isEmpty()});
     turnsTaken_ += takesTurn(change.verb) ? 1 : 0;
@@ -65,6 +82,25 @@ bool Changes::run(Change change)
         showIfSlow(number);
     launch(running_(std::move(change), number));
     return true;
+}
+
+bool Changes::asksFirst(Verb verb) const { return trust_.asksBefore(verb); }
+
+void Changes::askToTrust(Change change)
+{
+    Confirmation question;
+    question.title = tr("Let this repository run its programs?");
+    question.message = tr("Its configuration names programs that git runs for this. They have been kept off so far.");
+    question.detail = Trust::listOf(trust_.keptOff.value(), mostPrograms);
+    question.actionTitle = tr("Trust and Continue");
+    question.action = [this, shown = trust_.keptOff.value(), change = std::move(change)] {
+        trust_.trust(shown);
+        if (change.isFromDiff)
+            window_.tell(tr("Nothing was done yet: the file may look different now. Choose again what is meant."));
+        else
+            run(change);
+    };
+    window_.ask(std::move(question));
 }
 
 QCoro::Task<> Changes::running_(Change change, quint64 number)
@@ -83,7 +119,7 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
             pass.emplace(co_await turns_.enter());
             run->isWaiting = false;
         }
-        co_await git_.change(lane, context, change.operation);
+        co_await git_.change(lane, context, programsFor(change.verb), change.operation);
     } catch (const std::exception& thrown) {
         failure = failureOf(thrown);
         failure->command = runs->failed();

@@ -26,6 +26,7 @@
 namespace plovik {
 
 class ActionRuns;
+class Trust;
 class WindowState;
 
 /// The description of one change of the repository: what it is, what it runs, and what follows.
@@ -35,6 +36,10 @@ struct Change {
     /// nothing until two seconds have passed, and then gets the title of its verb.
     QString title = {};
     GitAccess::Operation operation; ///< runs on the worker; its exception is the failure
+    /// Called when it begins, which may be after a question. Main thread.
+    std::function<void()> begins = {};
+    /// What it writes was chosen from a diff, which may have been read without the repository's filters.
+    bool isFromDiff = false;
     /// Called after success, before the repository is read again. Main thread.
     std::function<void()> succeeded = {};
     /// Called after a failure, unless the user has cancelled the change. Returns whether it has handled the failure;
@@ -61,14 +66,17 @@ class Changes {
     Q_DECLARE_TR_FUNCTIONS(plovik::Changes)
 
 public:
-    Changes(const GitAccess& git, const CommandLog& log, Snapshot& snapshot, WindowState& window, OpenSignIn signIn);
+    Changes(const GitAccess& git, const CommandLog& log, Snapshot& snapshot, Trust& trust, WindowState& window,
+            OpenSignIn signIn);
     ~Changes();
     Changes(const Changes&) = delete;
     Changes& operator=(const Changes&) = delete;
 
     /// Begins a change and returns at once. Drops the change and returns false when it has a title and its verb is not
-    /// offered.
+    /// offered. Returns false, too, when the user must trust the repository's programs first: see asksFirst().
     bool run(Change change);
+    /// Returns whether run() asks before it begins a change with this verb.
+    bool asksFirst(Verb verb) const;
 
     /// Changes with a title that have begun, the oldest first.
     Observed<std::vector<RunningChange>, Changes> running;
@@ -120,6 +128,7 @@ private:
         bool isWaiting = false; ///< for its turn
         std::unique_ptr<Worker::Delay> untilShown = {};
     };
+    void askToTrust(Change change);
     QCoro::Task<> running_(Change change, quint64 number);
     std::shared_ptr<ActionRuns> listenTo(quint64 number);
     std::list<Run>::iterator find(quint64 number);
@@ -131,6 +140,7 @@ private:
     const GitAccess& git_;
     const CommandLog& log_;
     Snapshot& snapshot_;
+    Trust& trust_;
     WindowState& window_;
     OpenSignIn openSignIn_;
     Turnstile turns_;

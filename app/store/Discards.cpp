@@ -77,14 +77,17 @@ void Discards::undo()
 {
     if (kept_.empty() || isUndoing_)
         return;
-    isUndoing_ = true;
-    show();
     const Kept kept = kept_.back();
     const auto result = std::make_shared<gitkit::BroughtBack>();
     changes_.run({.verb = Verb::undoDiscard,
                   .operation =
                       [kept, result, directory = snapshot_.gitDirectory()](const GitRepository& repo) {
                           *result = gitkit::bringBack(repo, directoryOf(directory, repo), kept);
+                      },
+                  .begins =
+                      [this] {
+                          isUndoing_ = true;
+                          show();
                       },
                   .succeeded = [this, kept, result] { broughtBack(kept, *result); },
                   .failed =

@@ -2,6 +2,7 @@
 #include "app/store/GitAccess.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/ProgramGuard.h"
 #include "app/store/CommandLog.h"
 
 #include <memory>
@@ -12,11 +13,25 @@ namespace plovik {
 namespace {
 
 /// git starts no askpass program when its name is empty, whatever the user's settings name.
-gitkit::RunContext readContext(const CommandLog& log, std::stop_token stop)
+gitkit::RunContext readContext(const CommandLog& log, std::shared_ptr<gitkit::RunGuard> guard, std::stop_token stop)
 {
     return {.listener = log.listener(),
             .stop = std::move(stop),
-            .environment = {{"GIT_ASKPASS", ""}, {"SSH_ASKPASS_REQUIRE", "never"}}};
+            .environment = {{"GIT_ASKPASS", ""}, {"SSH_ASKPASS_REQUIRE", "never"}},
+            .guard = std::move(guard)};
+}
+
+/// A change is never kept from running a filter: what it writes, and what its hooks write, would be another content.
+gitkit::RunContext changeContext(gitkit::RunContext context, gitkit::ProgramGuard& guard, GitAccess::Programs programs)
+{
+    if (programs == GitAccess::Programs::run) {
+        guard.requireTrusted(context);
+        return context;
+    }
+    const gitkit::Restriction restriction = guard.before({}, context);
+    context.environment.insert(context.environment.end(), restriction.environment.begin(),
+                               restriction.environment.end());
+    return context;
 }
 
 /// Shared by the operations that have not ended.
@@ -29,8 +44,9 @@ const std::shared_ptr<const std::monostate>& underWay()
 } // namespace
 
 GitAccess::GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log)
-    : repo_(std::make_shared<const gitkit::GitRepository>(std::move(root), readContext(log, {}))), worker_(worker),
-      log_(log)
+    : guard_(std::make_shared<gitkit::ProgramGuard>(root)),
+      repo_(std::make_shared<const gitkit::GitRepository>(std::move(root), readContext(log, guard_, {}))),
+      worker_(worker), log_(log)
 {}
 
 GitAccess::~GitAccess() = default;
@@ -41,14 +57,24 @@ std::shared_ptr<const gitkit::GitRepository> GitAccess::reading(std::stop_token 
 {
     if (!stop.stop_possible())
         return repo_;
-    return std::make_shared<const gitkit::GitRepository>(repo_->in(readContext(log_, std::move(stop))));
+    return std::make_shared<const gitkit::GitRepository>(repo_->in(readContext(log_, guard_, std::move(stop))));
 }
 
-BlockingCall<void> GitAccess::change(Worker::Lane lane, const gitkit::RunContext& context, Operation operation) const
+BlockingCall<void> GitAccess::change(Worker::Lane lane, const gitkit::RunContext& context, Programs programs,
+                                     Operation operation) const
 {
     return BlockingCall<void>(
         worker_, lane, alive_,
-        [repo = repo_->in(context), operation = std::move(operation), token = underWay()] { operation(repo); });
+        [root = root(), context, guard = guard_, programs, operation = std::move(operation), token = underWay()] {
+            operation(gitkit::GitRepository(root, changeContext(context, *guard, programs)));
+        });
+}
+
+std::vector<gitkit::ConfiguredProgram> GitAccess::keptOff() const { return guard_->keptOff(); }
+
+void GitAccess::setTrusted(std::function<bool(const std::vector<gitkit::ConfiguredProgram>&)> isTrusted) const
+{
+    guard_->setTrusted(std::move(isTrusted));
 }
 
 bool GitAccess::areChangesUnderWay() { return underWay().use_count() > 1; }

@@ -10,9 +10,12 @@
 #include <stop_token>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace gitkit {
 class GitRepository;
+class ProgramGuard;
+struct ConfiguredProgram;
 struct RunContext;
 } // namespace gitkit
 
@@ -81,14 +84,27 @@ public:
 
     /// A function that changes the repository.
     using Operation = std::function<void(const gitkit::GitRepository&)>;
+    /// What a change does with the programs that the repository's configuration names.
+    enum class Programs {
+        run,       ///< they run; the change fails when there are any that are not trusted
+        fetchless, ///< those that fetch are kept off while they are not trusted; the change runs no others
+    };
     /// Awaits an operation whose runs share a context. For Changes alone.
-    BlockingCall<void> change(Worker::Lane lane, const gitkit::RunContext& context, Operation operation) const;
+    BlockingCall<void> change(Worker::Lane lane, const gitkit::RunContext& context, Programs programs,
+                              Operation operation) const;
+
+    /// Returns the programs of the repository's configuration that reads are kept from running.
+    std::vector<gitkit::ConfiguredProgram> keptOff() const;
+    /// Sets the function that decides whether programs may run. It is called on any thread. For Trust alone.
+    void setTrusted(std::function<bool(const std::vector<gitkit::ConfiguredProgram>&)> isTrusted) const;
+
     /// Returns whether operations of any store have not ended. They outlive their store. Any thread.
     static bool areChangesUnderWay();
 
 private:
     std::shared_ptr<const gitkit::GitRepository> reading(std::stop_token stop) const;
 
+    std::shared_ptr<gitkit::ProgramGuard> guard_;
     std::shared_ptr<const gitkit::GitRepository> repo_;
     Worker& worker_;
     const CommandLog& log_;

@@ -12,6 +12,7 @@
 #include "app/store/Staging.h"
 #include "app/store/StoreServices.h"
 #include "app/store/Trail.h"
+#include "app/store/Trust.h"
 #include "app/store/WindowState.h"
 #include "app/store/actions/Actors.h"
 
@@ -38,6 +39,8 @@ public:
     const WindowState& window() const { return window_; }
     Snapshot& snapshot() { return snapshot_; }
     const Snapshot& snapshot() const { return snapshot_; }
+    Trust& trust() { return trust_; }
+    const Trust& trust() const { return trust_; }
     Changes& changes() { return changes_; }
     const Changes& changes() const { return changes_; }
     Discards& discards() { return discards_; }
@@ -62,7 +65,8 @@ private:
     GitAccess git_;
     WindowState window_;
     Snapshot snapshot_{git_, window_};
-    Changes changes_{git_, log_, snapshot_, window_, services_.signIn};
+    Trust trust_{git_, snapshot_, services_.trust};
+    Changes changes_{git_, log_, snapshot_, trust_, window_, services_.signIn};
     Discards discards_{window_, snapshot_, changes_};
     Staging staging_{git_, window_, snapshot_, changes_, discards_, services_.trash};
     CommitDraft draft_{git_, window_, snapshot_, changes_, services_.messages};

@@ -82,9 +82,12 @@ void Staging::forgetShownStaging()
     stagingGeneration = stagingGeneration.value() + 1;
 }
 
-/// Returns whether changes are under way that the listed files do not show yet, so that their states must be read
-/// again.
-bool Staging::isListOld() const { return changes_.isTurnTaken() || !shownStaging_.empty(); }
+/// Returns whether the listed files may not be as they are shown once a change begins, so that their states must be read
+/// again: other changes are under way, or a question is asked first.
+bool Staging::isListOld() const
+{
+    return changes_.isTurnTaken() || !shownStaging_.empty() || changes_.asksFirst(Verb::stage);
+}
 
 void Staging::stage(const Files& files)
 {
@@ -113,8 +116,9 @@ void Staging::stageChecked(const Files& files, GitAccess::Operation operation)
 
 void Staging::stageNow(const Files& files, GitAccess::Operation operation)
 {
-    showStaging(files, StageState::full);
-    changes_.run({.verb = Verb::stage, .operation = std::move(operation)});
+    changes_.run({.verb = Verb::stage, .operation = std::move(operation), .begins = [this, files] {
+                      showStaging(files, StageState::full);
+                  }});
 }
 
 QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation operation)
@@ -148,10 +152,11 @@ QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation
 void Staging::unstage(const Files& files)
 {
     const bool isOld = isListOld();
-    showStaging(files, StageState::none);
-    changes_.run({.verb = Verb::unstage, .operation = [files, isOld](const GitRepository& repo) {
-                      repo.unstage(isOld ? currentFiles(repo, files) : files);
-                  }});
+    changes_.run(
+        {.verb = Verb::unstage,
+         .operation = [files,
+                       isOld](const GitRepository& repo) { repo.unstage(isOld ? currentFiles(repo, files) : files); },
+         .begins = [this, files] { showStaging(files, StageState::none); }});
 }
 
 void Staging::unstageAll()
@@ -166,12 +171,14 @@ void Staging::unstageAll()
         return;
     }
     const bool isOld = isListOld();
-    showStaging(staged, StageState::none);
-    changes_.run({.verb = Verb::unstage, .operation = [staged, isOld](const GitRepository& repo) {
-                      if (isOld)
-                          requireNoNewConflicts(repo, staged);
-                      repo.unstageAll();
-                  }});
+    changes_.run({.verb = Verb::unstage,
+                  .operation =
+                      [staged, isOld](const GitRepository& repo) {
+                          if (isOld)
+                              requireNoNewConflicts(repo, staged);
+                          repo.unstageAll();
+                      },
+                  .begins = [this, staged] { showStaging(staged, StageState::none); }});
 }
 
 void Staging::applyToIndex(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
@@ -181,7 +188,8 @@ void Staging::applyToIndex(const std::string& path, const gitkit::ParsedDiff& di
     if (!change)
         return;
     changes_.run({.verb = direction == gitkit::PatchDirection::forward ? Verb::stage : Verb::unstage,
-                  .operation = [change = *change](const GitRepository& repo) { repo.applyToIndex(change); }});
+                  .operation = [change = *change](const GitRepository& repo) { repo.applyToIndex(change); },
+                  .isFromDiff = true});
 }
 
 void Staging::toggleStage(const FileChange& file)
@@ -302,7 +310,8 @@ void Staging::discardPart(const gitkit::PartialChange& change)
     file.path = change.path;
     file.worktree = 'M';
     discards_.run({.verb = Verb::discard,
-                   .operation = [change](const GitRepository& repo) { gitkit::discardPart(repo, change); }},
+                   .operation = [change](const GitRepository& repo) { gitkit::discardPart(repo, change); },
+                   .isFromDiff = true},
                   {file});
 }
 

@@ -5,12 +5,21 @@
 #include "app/platform/SignIn.h"
 #include "app/store/MessageWriter.h"
 
+#include <QString>
+
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
 namespace plovik {
+
+/// Remembers by a repository's root which programs of its configuration the user trusts. Its functions may be empty.
+struct TrustMemory {
+    /// Returns the fingerprint that was remembered last; an empty text when there is none.
+    std::function<QString(const std::filesystem::path& root)> trusted = {};
+    std::function<void(const std::filesystem::path& root, const QString& fingerprint)> trust = {};
+};
 
 /// The services of the desktop that the store uses; the shell provides them. All but `trash` are called on the main
 /// thread. `failed` is called on the main thread with a sentence for the user.
@@ -28,6 +37,7 @@ struct StoreServices {
     MessageWriter messages = {};
     /// Opens the line on which git's programs ask the user. When empty, they ask as the environment tells them.
     OpenSignIn signIn = {};
+    TrustMemory trust = {};
 };
 
 } // namespace plovik

@@ -333,6 +333,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::Trust</name>
+    <message numerus="yes">
+        <source>and %n other(s)</source>
+        <translation>
+            <numerusform>and %n other</numerusform>
+            <numerusform>and %n others</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::WorkingDiffPane</name>
     <message numerus="yes">
         <source>%n File(s) Selected</source>

@@ -85,8 +85,10 @@ TEST_F(StoreRunning, WhatTakesTooLongIsShownAndCanBeCancelledAlsoWhileItWaits)
 {
     repo.write("a", "1").write("b", "1").commit("one").write("a", "2").write("b", "2").write("a", "3");
     repo.write(".gitattributes", "a filter=slow\n").write("c", "1").git({"add", "c"});
+    const std::string command = "touch started; exec sleep 60";
+    store.trust().trust({{.key = "filter.slow.clean", .value = command}});
     load();
-    repo.git({"config", "filter.slow.clean", "touch started; exec sleep 60"});
+    repo.git({"config", "filter.slow.clean", command});
     const auto files = store.snapshot().status.value().files;
     const auto file = [&files](const std::string& path) {
         return *std::ranges::find(files, path, &gitkit::FileChange::path);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/services/watcher/RepositoryWatcher.h"
 
+#include "GitKit/repository/ConfiguredPrograms.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "app/services/watcher/RepositoryScope.h"
@@ -9,18 +10,27 @@
 
 namespace plovik {
 
+namespace {
+
+/// The watcher reads names only, so no filter runs; and it never fetches, because nobody has asked for that.
+gitkit::GitRepository repositoryAt(const std::filesystem::path& workingTree)
+{
+    return gitkit::GitRepository(workingTree, {.environment = gitkit::withoutFetching().environment});
+}
+
+} // namespace
+
 WatcherGit WatcherGit::installed()
 {
-    using gitkit::GitRepository;
     return {
         .directories =
             [](const Path& workingTree) {
-                auto [own, common] = gitkit::gitDirectories(GitRepository(workingTree));
+                auto [own, common] = gitkit::gitDirectories(repositoryAt(workingTree));
                 return std::vector{std::move(own), std::move(common)};
             },
-        .ignoredFolders = [](const Path& workingTree) { return gitkit::ignoredFolders(GitRepository(workingTree)); },
+        .ignoredFolders = [](const Path& workingTree) { return gitkit::ignoredFolders(repositoryAt(workingTree)); },
         .ignoredAmong = [](const Path& workingTree,
-                           const Names& folders) { return gitkit::ignoredAmong(GitRepository(workingTree), folders); },
+                           const Names& folders) { return gitkit::ignoredAmong(repositoryAt(workingTree), folders); },
     };
 }
 
