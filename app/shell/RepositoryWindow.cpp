@@ -5,6 +5,7 @@
 #include "app/platform/Trash.h"
 #include "app/services/askpass/Askpass.h"
 #include "app/services/watcher/RepositoryWatcher.h"
+#include "app/settings/TrustedPrograms.h"
 #include "app/shell/CommitMessages.h"
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/WindowFrames.h"
@@ -36,6 +37,7 @@ StoreServices desktopServices()
     services.trash = &moveToTrash;
     services.messages = commitMessageWriter();
     services.signIn = askpass::opener();
+    services.trust = {.trusted = &trustedPrograms::fingerprint, .trust = &trustedPrograms::trust};
     return services;
 }
 

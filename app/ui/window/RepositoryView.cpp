@@ -13,6 +13,7 @@
 #include "app/ui/widgets/SplitPane.h"
 #include "app/ui/window/OperationBar.h"
 #include "app/ui/window/Toolbar.h"
+#include "app/ui/window/TrustBar.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
 
 #include <QApplication>
@@ -61,6 +62,7 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     column->addWidget(new Toolbar(store, this));
     column->addWidget(problem_);
     column->addWidget(notice_);
+    column->addWidget(new TrustBar(store, this));
     column->addWidget(windowSplit_, 1);
     setFocusProxy(sidebar_);
 
