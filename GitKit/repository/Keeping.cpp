@@ -343,19 +343,21 @@ Keeping keeping(const GitRepository& repo, const fs::path& gitDirectory, const s
         throw;
     }
     Keeping result;
+    // What was begun is put in order also after the user has cancelled it, when no further run of `repo` would start.
+    const GitRepository calm = repo.in({});
     try {
         take();
     } catch (...) {
         result.failure = std::current_exception();
         if (taking == Taking::discard)
-            putBackHalfDone(repo, folder, kept);
+            putBackHalfDone(calm, folder, kept);
     }
-    noteAfter(repo, folder, kept);
+    noteAfter(calm, folder, kept);
     if (taking == Taking::step) {
         for (KeptFile& file : kept)
             file.entriesBefore = file.entriesAfter;
     }
-    result.kept = finishKeeping(repo, folder, std::move(kept));
+    result.kept = finishKeeping(calm, folder, std::move(kept));
     return result;
 }
 

@@ -71,7 +71,7 @@ QString write(const QString& file, const Draft& draft)
     QSaveFile out(file);
     if (!out.open(QIODevice::WriteOnly))
         return out.errorString();
-    // The file is for its user alone: a draft may tell what is not public yet.
+    // Only its user may read the file, because a draft may describe something that is not public yet.
     out.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     const QByteArray text = QJsonDocument(QJsonObject{{subjectKey, draft.subject},
                                                       {bodyKey, draft.body},

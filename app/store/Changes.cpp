@@ -129,6 +129,8 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
     turnsTaken_ -= takesTurn(change.verb) ? 1 : 0;
     ++ended_;
     show();
+    if (change.ended)
+        change.ended();
     if (!failure && change.succeeded)
         change.succeeded();
     // A failure after a cancel is a result of the cancel. The log still shows it.

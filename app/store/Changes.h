@@ -45,6 +45,8 @@ struct Change {
     /// Called after a failure, unless the user has cancelled the change. Returns whether it has handled the failure;
     /// otherwise the failure is reported. Main thread.
     std::function<bool(const Failure&)> failed = {};
+    /// Called first when the change has ended, however it did, also after a cancel. Main thread.
+    std::function<void()> ended = {};
 };
 
 /// A change that has begun and has not ended.

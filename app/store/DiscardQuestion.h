@@ -10,8 +10,9 @@
 
 namespace plovik {
 
-/// Returns the question before `files` are discarded, without its actions. It has an alternative, which is to discard
-/// what is not staged, where there is something staged to keep. Without `counts` it does not say how much would go.
+/// Returns the question before `files` are discarded, without its actions. If some of their changes are
+/// staged and some are not, the question offers to discard the unstaged ones only. The question tells how much would go
+/// when `counts` are given.
 Confirmation discardQuestion(const std::vector<gitkit::FileChange>& files,
                              const std::optional<gitkit::DiscardExtent>& counts);
 

@@ -56,19 +56,11 @@ bool Discards::runKeeping(Change change, const Files& files, Way way)
         if (done.failure)
             std::rethrow_exception(done.failure);
     };
-    const auto note = [this, kept] {
+    // Also what a cancelled change took can be brought back.
+    change.ended = [this, kept] {
         if (*kept)
             kept_.push_back(**kept);
         show();
-    };
-    change.succeeded = [note, succeeded = std::move(change.succeeded)] {
-        note();
-        if (succeeded)
-            succeeded();
-    };
-    change.failed = [note, failed = std::move(change.failed)](const Failure& failure) {
-        note();
-        return failed && failed(failure);
     };
     return changes_.run(std::move(change));
 }
@@ -90,17 +82,15 @@ void Discards::undo()
                           show();
                       },
                   .succeeded = [this, kept, result] { broughtBack(kept, *result); },
-                  .failed =
-                      [this](const Failure&) {
+                  .ended =
+                      [this] {
                           isUndoing_ = false;
                           show();
-                          return false;
                       }});
 }
 
 void Discards::broughtBack(const Kept& kept, const gitkit::BroughtBack& result)
 {
-    isUndoing_ = false;
     const auto found = std::ranges::find(kept_, kept.name, &Kept::name);
     if (result.left.empty())
         remove(kept);

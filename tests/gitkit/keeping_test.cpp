@@ -12,6 +12,7 @@
 #include <ctime>
 #include <fstream>
 #include <map>
+#include <stop_token>
 #include <thread>
 
 namespace gitkit {
@@ -157,6 +158,28 @@ TEST(Keeping, PutsBackWhatAFailureLeavesInBetween)
     const Keeping done = repo.discard({repo.repository().status().files.front()});
     EXPECT_TRUE(done.failure);
     EXPECT_FALSE(done.kept);
+    EXPECT_EQ(repo.state(), before);
+}
+
+TEST(Keeping, PutsBackWhatACancelledDiscardLeavesInBetween)
+{
+    KeepingRepository repo;
+    repo.write("a", "mine\n").write("b", "also mine\n");
+    const auto before = repo.state();
+    std::stop_source stop;
+    const GitRepository cancelled = repo.repository().in({.stop = stop.get_token()});
+    const Keeping done =
+        keeping(cancelled, repo.gitDirectory(), repo.repository().status().files, Taking::discard, [&] {
+            repo.git({"checkout", "-q", "HEAD", "--", "b"});
+            fs::remove(repo / "a");
+            repo.write("a", "hal");
+            stop.request_stop();
+            throw RunStopped();
+        });
+    EXPECT_TRUE(done.failure);
+    EXPECT_EQ(readFile(repo / "a"), "mine\n");
+    ASSERT_TRUE(done.kept) << "one file was discarded whole";
+    bringBack(repo.repository(), repo.gitDirectory(), *done.kept);
     EXPECT_EQ(repo.state(), before);
 }
 
