@@ -35,8 +35,8 @@ using Files = std::span<const std::filesystem::path>; ///< absolute; they exist
 /// the application is being started; any thread.
 void open(const Application& application, Files files);
 
-/// Opens each file with the desktop's default for it, or for text if it might be run; one that fails keeps none of the others from opening. Throws
-/// std::runtime_error with a sentence for the first that failed. Blocks; any thread.
+/// Opens each file with the desktop's default for it, or for text if it might be run; one that fails keeps none of the
+/// others from opening. Throws std::runtime_error with a sentence for the first that failed. Blocks; any thread.
 void openWithDefaults(Files files);
 
 } // namespace plovik::editors

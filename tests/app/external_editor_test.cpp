@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <gio/gio.h>
 
 using namespace Qt::StringLiterals;
 
@@ -52,6 +53,16 @@ protected:
     void open(const externalEditor::Files& files)
     {
         externalEditor::open(files, [this](const std::string& told) { problem = told; });
+    }
+    /// Waits until the desktop's library has seen the entries just written: a thread of its own watches the folder.
+    static bool isDefault(const std::string& id, const std::string& type)
+    {
+        return waitUntil([&] {
+            GAppInfo* found = g_app_info_get_default_for_type(type.c_str(), FALSE);
+            const bool isIt = found != nullptr && id == g_app_info_get_id(found);
+            g_clear_object(&found);
+            return isIt;
+        });
     }
     bool wasStarted() const { return std::filesystem::exists(folder / "arguments"); }
 
@@ -126,6 +137,7 @@ TEST_F(ExternalEditorTest, FallsBackToTheDesktopsDefault)
     writeFile(applications / "mimeapps.list", "[Default Applications]\ntext/plain=org.kde.kate.desktop\n");
     entries.push_back(applications / "mimeapps.list");
     writeFile(folder / "notes.txt", "some text\n");
+    ASSERT_TRUE(isDefault("org.kde.kate.desktop", "text/plain"));
     open({folder / "notes.txt", folder / "missing.txt"});
     ASSERT_TRUE(waitUntil([this] { return wasStarted() || !problem.empty(); }));
     EXPECT_EQ(problem, "");
@@ -147,6 +159,8 @@ TEST_F(ExternalEditorTest, ShowsAsTextWhatTheDesktopWouldRun)
          {"application/x-shellscript", "application/x-desktop", "application/x-executable", "application/octet-stream"})
         defaults += type + "=runner.desktop\n";
     writeFile(entries.back(), defaults);
+    ASSERT_TRUE(isDefault("org.kde.kate.desktop", "text/plain"));
+    ASSERT_TRUE(isDefault("runner.desktop", "application/octet-stream"));
     writeFile(folder / "script", "#!/bin/sh\ntouch '" + runner.string() + "'\n");
     writeFile(folder / "program", std::string("\x7f"
                                               "ELF\0\0",
