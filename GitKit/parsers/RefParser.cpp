@@ -43,12 +43,14 @@ int trackNumber(std::string_view track, std::string_view word)
     return readNumber(rest.substr(0, rest.find_first_not_of("0123456789")));
 }
 
-std::optional<GitRef> parseLine(std::string_view line)
+enum class FourthField { track, upstreamRef };
+
+std::optional<GitRef> parseLine(std::string_view line, FourthField meaning)
 {
     const auto fields = splitFields<5>(line, fieldSeparator);
     if (!fields)
         return std::nullopt;
-    const auto& [fullName, hash, upstream, track, head] = *fields;
+    const auto& [fullName, hash, upstream, fourth, head] = *fields;
     const auto name = shortName(fullName);
     if (!name)
         return std::nullopt;
@@ -60,22 +62,33 @@ std::optional<GitRef> parseLine(std::string_view line)
     ref.isHead = head.substr(0, head.find(fieldSeparator)) == "*";
     if (!upstream.empty())
         ref.upstream = upstream;
-    ref.ahead = trackNumber(track, "ahead ");
-    ref.behind = trackNumber(track, "behind ");
+    if (meaning == FourthField::upstreamRef) {
+        ref.upstreamRef = fourth;
+    } else {
+        ref.ahead = trackNumber(fourth, "ahead ");
+        ref.behind = trackNumber(fourth, "behind ");
+    }
     return ref;
 }
 
-} // namespace
-
-std::vector<GitRef> RefParser::parse(std::string_view output)
+std::vector<GitRef> parseLines(std::string_view output, FourthField meaning)
 {
     std::vector<GitRef> refs;
     Pieces lines(output, '\n');
     while (const auto line = lines.next()) {
-        if (auto ref = parseLine(*line))
+        if (auto ref = parseLine(*line, meaning))
             refs.push_back(std::move(*ref));
     }
     return refs;
+}
+
+} // namespace
+
+std::vector<GitRef> RefParser::parse(std::string_view output) { return parseLines(output, FourthField::track); }
+
+std::vector<GitRef> RefParser::parseListing(std::string_view output)
+{
+    return parseLines(output, FourthField::upstreamRef);
 }
 
 std::optional<GitRef> RefParser::unreadable(const std::string& fullName)

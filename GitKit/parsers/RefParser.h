@@ -18,6 +18,13 @@ struct RefParser {
     /// `output` holds one line of `format` for each ref. Git's order is kept.
     static std::vector<GitRef> parse(std::string_view output);
 
+    /// The same without counting commits, for which git would walk the history of every branch with an upstream.
+    static constexpr const char* listingFormat =
+        "--format=%(refname)%1f%(objectname)%1f%(upstream:short)%1f%(upstream)%1f%(HEAD)";
+
+    /// `output` holds one line of `listingFormat` for each ref. Git's order is kept.
+    static std::vector<GitRef> parseListing(std::string_view output);
+
     /// The record of a ref of which only the full name is known; nullopt for one that is no branch or tag.
     static std::optional<GitRef> unreadable(const std::string& fullName);
 };

@@ -19,6 +19,7 @@ struct GitRef {
     std::optional<std::string> upstream; ///< short name; kept when the upstream itself is gone
     int ahead = 0;
     int behind = 0;
+    std::string upstreamRef = {}; ///< full name of the upstream, where the read asked for it; empty otherwise
 
     const std::string& id() const { return fullName; }
 
