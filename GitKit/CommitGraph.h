@@ -4,7 +4,11 @@
 #include "GitKit/records/Commit.h"
 #include "GitKit/records/GraphRow.h"
 
+#include <cstddef>
+#include <optional>
 #include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace gitkit {
@@ -20,6 +24,28 @@ struct CommitGraph {
     static CommitGraph layout(std::span<const Commit> commits);
 
     bool operator==(const CommitGraph&) const = default;
+};
+
+/// Lays out the graph of a history that arrives piece by piece, newest commits first. A value: a copy goes on from the
+/// same place.
+class GraphLayout {
+public:
+    /// Returns what the graph draws beside the next commit.
+    GraphRow add(const Commit& commit);
+
+    /// The number of lanes in the widest row so far; at least 1.
+    int laneCount() const { return laneCount_; }
+    /// The lanes below the last row: each holds the hash of the commit that it leads to, and is empty when it is free.
+    const std::vector<std::string>& lanes() const { return lanes_; }
+
+private:
+    std::optional<std::size_t> awaiting(std::string_view hash) const;
+    std::size_t freeLane();
+    void arrive(const std::string& hash, GraphRow& row);
+    std::size_t placeParent(const std::string& parent, bool isFirst, std::size_t own);
+
+    std::vector<std::string> lanes_;
+    int laneCount_ = 1;
 };
 
 } // namespace gitkit

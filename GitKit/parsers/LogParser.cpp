@@ -50,12 +50,12 @@ std::optional<RefLabel> decoration(std::string_view piece)
 
 constexpr std::size_t listedFields = 7;
 
-std::optional<Commit> takeCommit(NulFields& rest)
+using ListedFields = std::array<std::string_view, listedFields>;
+
+/// Reads all fields but the sixth.
+Commit commitOf(const ListedFields& fields)
 {
-    const auto fields = rest.take<listedFields>();
-    if (!fields || fields->front().empty())
-        return std::nullopt;
-    const auto& [hash, parentHashes, name, email, date, labels, subject] = *fields;
+    const auto& [hash, parentHashes, name, email, date, sixth, subject] = fields;
     Commit commit;
     commit.hash = hash;
     commit.parents = parents(parentHashes);
@@ -63,7 +63,16 @@ std::optional<Commit> takeCommit(NulFields& rest)
     commit.authorEmail = shownLine(email);
     commit.date = readDate(date);
     commit.subject = shownLine(subject);
-    if (!labels.empty())
+    return commit;
+}
+
+std::optional<Commit> takeCommit(NulFields& rest)
+{
+    const auto fields = rest.take<listedFields>();
+    if (!fields || fields->front().empty())
+        return std::nullopt;
+    Commit commit = commitOf(*fields);
+    if (const std::string_view labels = (*fields)[5]; !labels.empty())
         commit.refs = LogParser::decorations(labels);
     return commit;
 }
@@ -106,6 +115,21 @@ std::vector<Commit> LogParser::parse(std::string_view output)
             commits.push_back(std::move(*commit));
     }
     return commits;
+}
+
+std::optional<LogParser::Streamed> LogParser::take(std::string_view& output)
+{
+    ListedFields fields;
+    std::size_t begin = 0;
+    for (std::string_view& field : fields) {
+        const std::size_t end = output.find('\0', begin);
+        if (end == std::string_view::npos)
+            return std::nullopt;
+        field = output.substr(begin, end - begin);
+        begin = end + 1;
+    }
+    output.remove_prefix(begin);
+    return Streamed{commitOf(fields), readDate(fields[5])};
 }
 
 std::vector<FileRevision> LogParser::parseFileLog(std::string_view output, std::string_view path)

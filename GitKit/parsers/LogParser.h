@@ -20,6 +20,9 @@ struct LogParser {
     static constexpr const char* listFormat = "--format=%H%x00%P%x00%an%x00%ae%x00%at%x00%D%x00%s";
     static constexpr const char* detailFormat = "--format=%H%x00%P%x00%an%x00%ae%x00%at%x00%cn%x00%ct%x00%B";
 
+    /// The same with the committer's date in place of the labels, for histories that are read while git walks.
+    static constexpr const char* streamFormat = "--format=%H%x00%P%x00%an%x00%ae%x00%at%x00%ct%x00%s";
+
     /// Makes %D print full names of all refs that get a label here. These are arguments because log.excludeDecoration
     /// adds up over all configuration files, and only arguments overrule it.
     static constexpr std::array decorationArguments{"--decorate=full", "--decorate-refs=HEAD",
@@ -28,6 +31,15 @@ struct LogParser {
 
     /// Reads a history: one record of `listFormat` for each commit, in git's order.
     static std::vector<Commit> parse(std::string_view output);
+
+    /// One record of `streamFormat`. Value.
+    struct Streamed {
+        Commit commit; ///< without labels
+        Date committed;
+    };
+    /// Takes one record of `streamFormat` from the front of what git has printed so far. Returns nullopt, and takes
+    /// nothing, when it is not complete. One without a hash is to be skipped.
+    static std::optional<Streamed> take(std::string_view& output);
 
     /// Reads the history of the file that is now called `path`: records of `listFormat`, each followed by what
     /// --name-status lists for the commit.

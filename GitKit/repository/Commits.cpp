@@ -4,10 +4,9 @@
 #include "GitKit/Text.h"
 #include "GitKit/parsers/NumStatParser.h"
 #include "GitKit/repository/GitRepository.h"
-#include "GitKit/repository/HistoryWalk.h"
+#include "GitKit/repository/HistoryStream.h"
 #include "GitKit/repository/RefArguments.h"
 
-#include <algorithm>
 #include <charconv>
 #include <iterator>
 #include <string_view>
@@ -21,18 +20,19 @@ std::string resolveCommit(const GitRepository& repo, const std::string& name)
 
 std::optional<int> position(const GitRepository& repo, const HistoryScope& scope, const std::string& hash)
 {
-    const std::string lines = walkHistory(repo.runner(), scope, [](const auto& starts) {
-        std::vector<std::string> arguments{"rev-list", "--date-order"};
-        arguments.insert(arguments.end(), starts.begin(), starts.end());
-        arguments.emplace_back("--");
-        return arguments;
-    });
     int before = 0;
-    for (std::string_view rest = lines; !rest.empty(); ++before) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size());
-        if (rest.substr(0, end) == hash)
-            return before;
-        rest.remove_prefix(std::min(end + 1, rest.size()));
+    for (bool isSortedByGit : {false, true}) {
+        before = 0;
+        HistoryStream stream(repo, {.scope = scope, .isSortedByGit = isSortedByGit});
+        while (!stream.hasEnded() && !stream.isWrong()) {
+            for (const Commit& commit : stream.next(DateOrder::usualWindow)) {
+                if (commit.hash == hash && !stream.isWrong())
+                    return before;
+                ++before;
+            }
+        }
+        if (!stream.isWrong())
+            break;
     }
     return std::nullopt;
 }

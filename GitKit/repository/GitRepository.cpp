@@ -57,33 +57,14 @@ void requireReadableHead(const GitRunner& runner)
                        ErrorKind::missingObject);
 }
 
-std::vector<std::string> filterArguments(const HistoryFilter& filter)
-{
-    switch (filter.field) {
-    case HistoryFilter::Field::message:
-        return {"--fixed-strings", "-i", "--grep=" + filter.text};
-    case HistoryFilter::Field::author:
-        return {"--fixed-strings", "-i", "--author=" + filter.text};
-    case HistoryFilter::Field::path:
-        break;
-    }
-    return {};
-}
-
 std::vector<std::string> logArguments(const std::vector<std::string>& scope, int limit,
                                       const std::optional<HistoryFilter>& filter)
 {
-    const bool filtered = filter && !filter->text.empty();
     std::vector<std::string> arguments{"log", "--date-order"};
     const auto append = [&arguments](const auto& more) { arguments.insert(arguments.end(), more.begin(), more.end()); };
     append(LogParser::decorationArguments);
     append(std::vector<std::string>{"-z", "-n", std::to_string(limit), LogParser::listFormat});
-    if (filtered)
-        append(filterArguments(*filter));
-    append(scope);
-    arguments.emplace_back("--");
-    if (filtered && filter->field == HistoryFilter::Field::path)
-        arguments.push_back(":(icase)*" + filter->text + "*");
+    append(walkArguments(scope, filter));
     return arguments;
 }
 

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/HistoryFilter.h"
 #include "GitKit/records/HistoryScope.h"
 #include "GitKit/runner/GitRunner.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,5 +17,13 @@ namespace gitkit {
 /// have their history. Throws as GitRunner::bytes() does.
 std::string walkHistory(const GitRunner& runner, const HistoryScope& scope,
                         const std::function<std::vector<std::string>(const std::vector<std::string>& starts)>& command);
+
+/// The arguments of `git log` that name where the walk starts. `withHead` is false where HEAD has no commit.
+std::vector<std::string> walkStarts(const HistoryScope& scope, bool withHead = true);
+/// The arguments that end the command line of such a walk: the filter's options, the starts and the paths.
+std::vector<std::string> walkArguments(const std::vector<std::string>& starts,
+                                       const std::optional<HistoryFilter>& filter);
+/// Whether HEAD names a commit.
+bool resolvesHead(const GitRunner& runner);
 
 } // namespace gitkit

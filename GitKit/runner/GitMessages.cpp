@@ -237,4 +237,12 @@ std::vector<std::string> embeddedRepositories(const GitOutput& output)
     return endsOfLines(output.stderrBytes, "warning: adding embedded git repository: ");
 }
 
+GitError failureOf(const std::string& command, const GitOutput& output)
+{
+    std::string message(trimmed(output.errorText()));
+    if (message.empty())
+        message = trimmed(output.text());
+    return GitError(command, output.status, std::move(message), errorKind(command, output), Speaker::git);
+}
+
 } // namespace gitkit

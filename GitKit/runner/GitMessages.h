@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/ErrorKind.h"
+#include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitOutput.h"
 
 #include <string>
@@ -22,5 +23,8 @@ std::vector<std::string> brokenRefs(const GitOutput& output);
 
 /// The repositories inside this one that a run of `git add` staged, with its warning, as one commit each.
 std::vector<std::string> embeddedRepositories(const GitOutput& output);
+
+/// The failure that a run has ended with. `command` is git's subcommand.
+GitError failureOf(const std::string& command, const GitOutput& output);
 
 } // namespace gitkit

@@ -7,9 +7,9 @@
 #include "GitKit/runner/GitExecutable.h"
 #include "GitKit/runner/GitMessages.h"
 #include "GitKit/runner/Process.h"
+#include "GitKit/runner/RunReport.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <string_view>
 #include <thread>
@@ -31,36 +31,7 @@ Environment overrides(const RunContext& context, const RunOptions& options, cons
     return all;
 }
 
-/// Reports one run to a listener. Does nothing without a listener.
-class Report {
-public:
-    Report(RunListener* listener, const ProcessRequest& request) : listener_(listener)
-    {
-        static std::atomic<RunListener::Run> runs = 0;
-        if (!listener_)
-            return;
-        run_ = ++runs;
-        listener_->began(run_, request.arguments, request.directory);
-    }
-
-    void printed(RunListener::Stream stream, std::string_view bytes) const { listener_->printed(run_, stream, bytes); }
-
-    void ended(RunEnd end) const
-    {
-        if (!listener_)
-            return;
-        end.duration = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - began_);
-        listener_->ended(run_, end);
-    }
-
-private:
-    using Clock = std::chrono::steady_clock;
-    RunListener* listener_;
-    RunListener::Run run_ = 0;
-    Clock::time_point began_ = Clock::now();
-};
-
-GitOutput reported(const ProcessRequest& request, const Report& report)
+GitOutput reported(const ProcessRequest& request, const RunReport& report)
 {
     try {
         GitOutput output = runProcess(request);
@@ -72,9 +43,10 @@ GitOutput reported(const ProcessRequest& request, const Report& report)
     }
 }
 
-GitOutput start(const std::filesystem::path& directory, const RunContext& context,
-                const std::vector<std::string>& arguments, const RunOptions& options,
-                const std::optional<std::string>& fileSystemMonitor, const Restriction& restriction = {})
+/// Returns what to start. Its input is a view into `options`.
+ProcessRequest prepared(const std::filesystem::path& directory, const RunContext& context,
+                        const std::vector<std::string>& arguments, const RunOptions& options,
+                        const std::optional<std::string>& fileSystemMonitor, const Restriction& restriction = {})
 {
     if (context.stop.stop_requested())
         throw RunStopped();
@@ -91,7 +63,12 @@ GitOutput start(const std::filesystem::path& directory, const RunContext& contex
     for (const std::string& setting : options.settings)
         request.arguments.insert(request.arguments.end(), {"-c", setting});
     request.arguments.insert(request.arguments.end(), arguments.begin(), arguments.end());
-    const Report report(context.listener.get(), request);
+    return request;
+}
+
+GitOutput start(const RunContext& context, ProcessRequest request)
+{
+    const RunReport report(context.listener, request);
     if (context.listener)
         request.printed = [&report](RunListener::Stream stream, std::string_view bytes) {
             report.printed(stream, bytes);
@@ -106,7 +83,8 @@ GitOutput start(const std::filesystem::path& directory, const RunContext& contex
 /// no repository can set it.
 std::optional<std::string> readFileSystemMonitor()
 {
-    const GitOutput output = start("/", {}, {"config", "--show-scope", "-z", "--get-all", "core.fsmonitor"}, {}, {});
+    const GitOutput output =
+        start({}, prepared("/", {}, {"config", "--show-scope", "-z", "--get-all", "core.fsmonitor"}, {}, {}));
     std::optional<std::string> last;
     std::string_view rest = output.stdoutBytes;
     while (!rest.empty()) {
@@ -122,7 +100,8 @@ std::optional<std::string> readFileSystemMonitor()
 
 GitOutput topLevelFrom(const std::filesystem::path& directory, const RunContext& context)
 {
-    return start(directory, {.stop = context.stop}, {"rev-parse", "--show-toplevel"}, {}, {});
+    const RunContext quiet{.stop = context.stop};
+    return start(quiet, prepared(directory, quiet, {"rev-parse", "--show-toplevel"}, {}, {}));
 }
 
 /// What git says where it finds none.
@@ -147,17 +126,38 @@ GitRunner::GitRunner(std::filesystem::path directory, RunContext context)
     : directory_(std::move(directory)), context_(std::move(context))
 {}
 
+std::optional<GitOutput> GitRunner::misplaced() const
+{
+    if (context_.requiredTopLevel.empty())
+        return std::nullopt;
+    GitOutput found = topLevelFrom(directory_, context_);
+    if (withoutLineEnd(found.stdoutBytes) == context_.requiredTopLevel.string())
+        return std::nullopt;
+    return found.status == 0 ? noRepository() : found;
+}
+
+Restriction GitRunner::restriction(const std::vector<std::string>& arguments) const
+{
+    if (!context_.guard)
+        return {};
+    return context_.guard->before(arguments.empty() ? std::string() : arguments.front(), context_);
+}
+
 GitOutput GitRunner::output(const std::vector<std::string>& arguments, const RunOptions& options) const
 {
-    if (!context_.requiredTopLevel.empty()) {
-        GitOutput found = topLevelFrom(directory_, context_);
-        if (withoutLineEnd(found.stdoutBytes) != context_.requiredTopLevel.string())
-            return found.status == 0 ? noRepository() : found;
-    }
-    Restriction restriction;
-    if (context_.guard)
-        restriction = context_.guard->before(arguments.empty() ? std::string() : arguments.front(), context_);
-    return start(directory_, context_, arguments, options, fileSystemMonitor(), restriction);
+    if (std::optional<GitOutput> elsewhere = misplaced())
+        return *std::move(elsewhere);
+    return start(context_,
+                 prepared(directory_, context_, arguments, options, fileSystemMonitor(), restriction(arguments)));
+}
+
+GitStream GitRunner::stream(const std::vector<std::string>& arguments) const
+{
+    const std::string command = arguments.empty() ? std::string() : arguments.front();
+    if (const std::optional<GitOutput> elsewhere = misplaced())
+        throw failureOf(command, *elsewhere);
+    return GitStream(command, context_.listener,
+                     prepared(directory_, context_, arguments, {}, fileSystemMonitor(), restriction(arguments)));
 }
 
 GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const RunOptions& options) const
@@ -173,10 +173,7 @@ GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const R
         return result;
     if (!result.signalled && std::ranges::find(options.accepting, result.status) != options.accepting.end())
         return result;
-    std::string message(trimmed(result.errorText()));
-    if (message.empty())
-        message = trimmed(result.text());
-    throw GitError(command, result.status, std::move(message), errorKind(command, result), Speaker::git);
+    throw failureOf(command, result);
 }
 
 std::string GitRunner::bytes(const std::vector<std::string>& arguments, const RunOptions& options) const

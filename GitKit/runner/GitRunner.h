@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/runner/GitOutput.h"
+#include "GitKit/runner/GitStream.h"
 #include "GitKit/runner/RunContext.h"
 
 #include <filesystem>
@@ -47,7 +48,13 @@ public:
     /// What git printed, repaired for showing. Throws as accepted() does.
     std::string run(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
 
+    /// Starts a run whose output is taken piece by piece. Throws LaunchError when git cannot be started.
+    GitStream stream(const std::vector<std::string>& arguments) const;
+
 private:
+    std::optional<GitOutput> misplaced() const;
+    Restriction restriction(const std::vector<std::string>& arguments) const;
+
     std::filesystem::path directory_;
     RunContext context_;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/runner/Process.h"
 
-#include "GitKit/UniqueFd.h"
+#include "GitKit/runner/ChildProcess.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/ProcessExchange.h"
 
@@ -104,39 +104,6 @@ private:
     posix_spawnattr_t attributes_{};
 };
 
-/// A started child. If it was not reaped, because reading from it failed, it is killed with its group.
-class Child {
-public:
-    explicit Child(pid_t pid) : pid_(pid) {}
-    ~Child()
-    {
-        if (pid_ < 0)
-            return;
-        kill();
-        reap();
-    }
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-
-    pid_t pid() const { return pid_; }
-
-    /// Kills the child and everything in its group.
-    void kill() const { ::kill(-pid_, SIGKILL); }
-
-    /// Waits for the child and returns its wait status.
-    int reap()
-    {
-        int status = 0;
-        while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
-        }
-        pid_ = -1;
-        return status;
-    }
-
-private:
-    pid_t pid_;
-};
-
 std::vector<char*> pointers(std::vector<std::string>& texts)
 {
     std::vector<char*> result;
@@ -177,7 +144,8 @@ struct ChildStreams {
     UniqueFd error;
 };
 
-pid_t spawn(const ProcessRequest& request, const ChildStreams& streams)
+/// Closes our copies of the child's ends.
+pid_t spawn(const ProcessRequest& request, const ChildStreams streams)
 {
     FileActions actions;
     if (streams.input)
@@ -203,32 +171,56 @@ pid_t spawn(const ProcessRequest& request, const ChildStreams& streams)
 
 } // namespace
 
-GitOutput runProcess(const ProcessRequest& request)
+ChildProcess::ChildProcess(const ProcessRequest& request)
 {
-    GitOutput result;
     Pipe inputPipe;
     if (request.input)
         inputPipe = makePipe();
     Pipe outputPipe = makePipe();
     Pipe errorPipe = makePipe();
+    pid_ = spawn(request, {std::move(inputPipe.reading), std::move(outputPipe.writing), std::move(errorPipe.writing)});
+    streams = {std::move(inputPipe.writing), std::move(outputPipe.reading), std::move(errorPipe.reading)};
+    ended_ = UniqueFd(::pidfd_open(pid_, 0));
+    if (ended_)
+        return;
+    const int error = errno;
+    kill();
+    reap();
+    failToStart("Could not watch git", error);
+}
 
-    ChildStreams streams{std::move(inputPipe.reading), std::move(outputPipe.writing), std::move(errorPipe.writing)};
-    Child child(spawn(request, streams));
-    streams = {};
+ChildProcess::~ChildProcess()
+{
+    if (pid_ < 0)
+        return;
+    kill();
+    reap();
+}
 
-    const UniqueFd childEnded(::pidfd_open(child.pid(), 0));
-    if (!childEnded)
-        failToStart("Could not watch git", errno);
-    const ExchangeEnd end =
-        exchange(request, child.pid(), childEnded,
-                 {std::move(inputPipe.writing), std::move(outputPipe.reading), std::move(errorPipe.reading)}, result);
+void ChildProcess::kill() const { ::kill(-pid_, SIGKILL); }
+
+void ChildProcess::reap(GitOutput* result)
+{
+    int waitStatus = 0;
+    while (::waitpid(pid_, &waitStatus, 0) < 0 && errno == EINTR) {
+    }
+    pid_ = -1;
+    if (!result)
+        return;
+    result->signalled = WIFSIGNALED(waitStatus);
+    result->status = result->signalled ? 128 + WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
+}
+
+GitOutput runProcess(const ProcessRequest& request)
+{
+    GitOutput result;
+    ChildProcess child(request);
+    const ExchangeEnd end = exchange(request, child.pid(), child.ended(), std::move(child.streams), result);
     result.cut = end == ExchangeEnd::limitPassed;
     // The group keeps its number until its leader is reaped.
     if (end != ExchangeEnd::childEnded)
         child.kill();
-    const int waitStatus = child.reap();
-    result.signalled = WIFSIGNALED(waitStatus);
-    result.status = result.signalled ? 128 + WTERMSIG(waitStatus) : WEXITSTATUS(waitStatus);
+    child.reap(&result);
     // A program that succeeded did its work, even if a stop was requested. One that failed counts as stopped.
     result.stopped = end != ExchangeEnd::limitPassed && request.stop.stop_requested() && result.status != 0;
     return result;

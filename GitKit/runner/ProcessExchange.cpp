@@ -2,6 +2,7 @@
 #include "GitKit/runner/ProcessExchange.h"
 
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/StopWake.h"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +12,6 @@
 #include <ctime>
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <sys/ioctl.h>
 #include <system_error>
 
@@ -155,31 +155,6 @@ public:
 private:
     UniqueFd fd_;
     std::string_view rest_;
-};
-
-/// Wakes a poll when any thread requests the stop.
-class StopWake {
-public:
-    explicit StopWake(const std::stop_token& stop)
-    {
-        if (!stop.stop_possible())
-            return;
-        event_ = UniqueFd(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-        if (!event_)
-            failToExchange("Could not prepare git's end", errno);
-        callback_.emplace(stop, Signal{event_.get()});
-    }
-
-    int descriptor() const { return event_.get(); }
-
-private:
-    struct Signal {
-        int event;
-        void operator()() const noexcept { ::eventfd_write(event, 1); }
-    };
-
-    UniqueFd event_;
-    std::optional<std::stop_callback<Signal>> callback_;
 };
 
 /// Counts the time that a program has to end once it was asked to.

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/runner/GitOutput.h"
+
+#include <memory>
+#include <string>
+
+namespace gitkit {
+
+class RunListener;
+struct ProcessRequest;
+
+/// A run of git whose output is taken piece by piece. Between two reads git waits on its full pipe, so what is not
+/// wanted yet is not computed. Made by GitRunner::stream().
+///
+/// Any thread, but one at a time. Destroying it ends git at once.
+class GitStream {
+public:
+    /// `command` is git's subcommand. Throws LaunchError when git cannot be started.
+    GitStream(std::string command, std::shared_ptr<RunListener> listener, ProcessRequest request);
+    ~GitStream();
+    GitStream(GitStream&&) noexcept;
+    GitStream& operator=(GitStream&&) noexcept;
+
+    /// Waits for output and appends it to `into`. Returns false, and appends nothing, when git has ended well and
+    /// everything is read. Throws GitError when it has failed and RunStopped soon after a stop is requested.
+    bool read(std::string& into);
+
+private:
+    struct Running;
+    std::unique_ptr<Running> running_;
+};
+
+} // namespace gitkit

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/runner/Process.h"
+#include "GitKit/runner/RunContext.h"
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <string_view>
+
+namespace gitkit {
+
+/// Reports one run to a listener. Does nothing without a listener.
+class RunReport {
+public:
+    RunReport(std::shared_ptr<RunListener> listener, const ProcessRequest& request) : listener_(std::move(listener))
+    {
+        static std::atomic<RunListener::Run> runs = 0;
+        if (!listener_)
+            return;
+        run_ = ++runs;
+        listener_->began(run_, request.arguments, request.directory);
+    }
+
+    void printed(RunListener::Stream stream, std::string_view bytes) const
+    {
+        if (listener_)
+            listener_->printed(run_, stream, bytes);
+    }
+
+    void ended(RunEnd end) const
+    {
+        if (!listener_)
+            return;
+        end.duration = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - began_);
+        listener_->ended(run_, end);
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    std::shared_ptr<RunListener> listener_;
+    RunListener::Run run_ = 0;
+    Clock::time_point began_ = Clock::now();
+};
+
+} // namespace gitkit
