@@ -96,10 +96,12 @@ inline Printed print(const fs::path& repository, const Strings& arguments)
                     "-c",
                     "color.ui=false"};
     command.insert(command.end(), arguments.begin(), arguments.end());
+    const std::vector<std::string> own = applicationEnvironment();
     const ProcessRequest silent{.executable = "/bin/sh",
                                 .arguments = command,
                                 .directory = repository,
-                                .environment = gitEnvironment(applicationEnvironment(), {}, {}),
+                                .environment =
+                                    gitEnvironment(std::vector<std::string_view>(own.begin(), own.end()), {}, {}),
                                 .input = {}};
     Printed printed{GitRunner(repository).bytes(arguments), 0};
     std::vector<double> times;

@@ -4,25 +4,16 @@
 
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/repository/GitRepository.h"
-#include "GitKit/runner/GitEnvironment.h"
-#include "GitKit/runner/GitExecutable.h"
-#include "GitKit/runner/Process.h"
-#include "app/await/PoolWorker.h"
 #include "app/ui/widgets/Theme.h"
-#include "app/ui/window/RepositoryView.h"
+#include "bench/window/OpenWindow.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QTemporaryDir>
 #include <QTextEdit>
-#include <QTimer>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <functional>
 #include <utility>
 
@@ -30,63 +21,15 @@ namespace {
 
 using namespace plovik;
 using namespace Qt::StringLiterals;
-using Clock = std::chrono::steady_clock;
-using Strings = std::vector<std::string>;
 
 constexpr int keys = 500;
 constexpr std::chrono::milliseconds keyRepeat{33};
 constexpr int rounds = 15;
 
-double millisecondsSince(Clock::time_point start)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-/// What this thread has used of a processor; other programs do not count.
-double usedMilliseconds()
-{
-    timespec used{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
-    return 1e3 * static_cast<double>(used.tv_sec) + 1e-6 * static_cast<double>(used.tv_nsec);
-}
-
 double percentile(std::vector<double> values, double share)
 {
     std::ranges::sort(values);
     return values.at(static_cast<std::size_t>(share * static_cast<double>(values.size() - 1)));
-}
-
-void row(const char* what, double milliseconds, const std::string& limit = {})
-{
-    std::printf("  %-58s%9.2f ms  %s\n", what, milliseconds, limit.c_str());
-    std::fflush(stdout);
-}
-
-/// A pool that counts what it is given.
-class CountingWorker : public PoolWorker {
-public:
-    void post(Lane lane, std::function<void()> job, std::function<void()> done) override
-    {
-        ++posted;
-        PoolWorker::post(lane, std::move(job), std::move(done));
-    }
-    int posted = 0;
-};
-
-/// Runs git as the application does, and takes what it prints.
-void runGit(const std::filesystem::path& repository, const Strings& arguments, const std::string& input = {})
-{
-    gitkit::ProcessRequest request{.executable = gitkit::GitExecutable::path(),
-                                   .arguments = arguments,
-                                   .directory = repository,
-                                   .environment = gitkit::gitEnvironment(gitkit::applicationEnvironment(), {}, {}),
-                                   .input = {}};
-    if (!input.empty())
-        request.input = input;
-    if (gitkit::runProcess(request).status != 0) {
-        std::fprintf(stderr, "git %s failed\n", arguments.front().c_str());
-        std::exit(1);
-    }
 }
 
 /// What the header and the files are read from.
@@ -117,13 +60,11 @@ void makeWide(const std::filesystem::path& repository, int commits, int files)
     runGit(repository, {"reset", "-q", "--hard"});
 }
 
-/// A window's content over a repository, with its history in sight.
-class Window : public QObject {
+/// A window with its history in sight.
+class Window : public OpenWindow {
 public:
-    explicit Window(const std::filesystem::path& repository) : repo(repository), store(repository, worker), view(store)
+    explicit Window(const std::filesystem::path& repository) : OpenWindow(repository), repo(repository)
     {
-        view.resize(1240, 780);
-        view.show();
         store.window().select(SidebarItem::history());
         store.snapshot().refresh(RefreshScope::full);
         spinUntil([this] { return store.snapshot().hasLoaded.value() && !store.history().history.value().empty(); });
@@ -136,48 +77,6 @@ public:
         files = named<QAbstractItemView>(u"Commit Files"_s);
         list->viewport()->installEventFilter(this);
         files->viewport()->installEventFilter(this);
-    }
-
-    template <typename Widget>
-    Widget* named(const QString& name)
-    {
-        for (Widget* widget : view.findChildren<Widget*>()) {
-            if (widget->accessibleName() == name && widget->isVisible())
-                return widget;
-        }
-        std::fprintf(stderr, "There is no %s\n", qPrintable(name));
-        std::exit(1);
-    }
-
-    template <typename Condition>
-    static void spinUntil(const Condition& isTrue)
-    {
-        // Waits as the application does, and leaves the processors to git; the timer asks now and then.
-        QTimer clock;
-        clock.setTimerType(Qt::PreciseTimer);
-        clock.start(1);
-        const auto start = Clock::now();
-        while (!isTrue()) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-            if (millisecondsSince(start) > 60'000) {
-                std::fprintf(stderr, "nothing happened for a minute\n");
-                std::exit(1);
-            }
-        }
-    }
-
-    /// Until nothing has been asked of git for a while.
-    void settle()
-    {
-        int before = -1;
-        auto since = Clock::now();
-        spinUntil([&] {
-            if (worker.posted != before) {
-                before = worker.posted;
-                since = Clock::now();
-            }
-            return millisecondsSince(since) > 400;
-        });
     }
 
     /// Whether the detail shows this commit: its subject, and all of its files.
@@ -219,10 +118,7 @@ public:
         return false;
     }
 
-    CountingWorker worker;
     gitkit::GitRepository repo;
-    RepositoryStore store;
-    RepositoryView view;
     QAbstractItemView* list = nullptr;
     QWidget* message = nullptr;
     QAbstractItemView* files = nullptr;

@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+/// How long the main thread hears nothing while a window shows 100,000 changed files and 50,000 refs, step by step.
+/// pauses
+
+#include "app/ui/widgets/Theme.h"
+#include "bench/window/OpenWindow.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace {
+
+using namespace plovik;
+using namespace Qt::StringLiterals;
+
+constexpr int fileCount = 100'000;
+constexpr int untrackedCount = 5'000;
+constexpr int refCount = 50'000;
+constexpr double longestPause = 50;
+
+std::string pathOf(int file)
+{
+    return "module" + std::to_string(file % 40) + "/part" + std::to_string(file % 1000) + "/source-file-" +
+           std::to_string(file) + ".txt";
+}
+
+/// A commit of files of which none is there, which status lists as deleted, beside new files.
+void makeFiles(const std::filesystem::path& repository)
+{
+    runGit(repository, {"init", "-q", "-b", "main"});
+    std::string stream = "commit refs/heads/main\ncommitter Ada <ada@example.org> 1700000000 +0000\ndata 4\nMany\n";
+    for (int file = 0; file < fileCount - untrackedCount; ++file)
+        stream += "M 100644 inline " + pathOf(file) + "\ndata 5\ntext\n\n";
+    runGit(repository, {"fast-import", "--quiet"}, stream);
+    runGit(repository, {"read-tree", "HEAD"});
+    for (int file = 0; file < untrackedCount; ++file) {
+        const std::filesystem::path path = repository / "new" / std::to_string(file % 100);
+        std::filesystem::create_directories(path);
+        std::fclose(std::fopen((path / std::to_string(file)).c_str(), "w"));
+    }
+}
+
+/// Tags, branches and branches of a remote, most of them in folders.
+void makeRefs(const std::filesystem::path& repository)
+{
+    std::string updates;
+    for (int ref = 0; ref < refCount; ++ref) {
+        const std::string number = std::to_string(ref);
+        const std::string folder = std::to_string(ref % 200);
+        const std::string name = ref % 5 < 2   ? "tags/v" + folder + "." + number
+                                 : ref % 5 < 3 ? "heads/topic/" + folder + "/change-" + number
+                                               : "remotes/origin/topic/" + folder + "/change-" + number;
+        updates += "create refs/" + name + " refs/heads/main\n";
+    }
+    runGit(repository, {"update-ref", "--stdin"}, updates);
+    runGit(repository, {"pack-refs", "--all"});
+    runGit(repository, {"remote", "add", "origin", "https://example.org/many.git"});
+}
+
+/// An application that notes how long it deals with one event. Queued calls and timers are events, too.
+class Application : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        if (depth_ > 0)
+            return QApplication::notify(receiver, event);
+        ++depth_;
+        const auto start = Clock::now();
+        const bool result = QApplication::notify(receiver, event);
+        longest = std::max(longest, millisecondsSince(start));
+        --depth_;
+        return result;
+    }
+
+    double longest = 0;
+
+private:
+    int depth_ = 0;
+};
+
+class Window : public OpenWindow {
+public:
+    using OpenWindow::OpenWindow;
+
+    /// Does something and follows the window until all that came of it is shown. Shows the longest event, and the most
+    /// processor time between two chances to hear a key; other programs do not count in the latter.
+    template <typename Step>
+    void measure(const char* what, const Step& step)
+    {
+        auto& application = static_cast<Application&>(*QCoreApplication::instance());
+        QTimer clock;
+        clock.start(5);
+        QTimer::singleShot(0, this, step);
+        application.longest = 0;
+        double used = 0;
+        for (auto since = Clock::now(); millisecondsSince(since) < 600;) {
+            const int before = worker.posted;
+            const double usedBefore = usedMilliseconds();
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            used = std::max(used, usedMilliseconds() - usedBefore);
+            if (worker.posted != before || worker.underWay > 0 || stepsLeft > 0)
+                since = Clock::now();
+        }
+        std::printf("  %-58s%9.1f ms  %7.1f ms of a processor%s\n", what, application.longest, used,
+                    used > longestPause ? "  TOO LONG" : "");
+        std::fflush(stdout);
+    }
+
+    /// Presses a key again and again, as a user does, and measures the worst.
+    void measureKeys(const char* what, QWidget& target, const QString& keys)
+    {
+        measureEach(what, static_cast<int>(keys.size()),
+                    [&](int place) { press(target, Qt::Key_A, Qt::NoModifier, QString(keys[place])); });
+    }
+
+    template <typename Step>
+    void measureEach(const char* what, int times, const Step& step)
+    {
+        stepsLeft = times;
+        QTimer repeat;
+        repeat.callOnTimeout([&] {
+            if (stepsLeft > 0)
+                step(times - stepsLeft--);
+        });
+        measure(what, [&] { repeat.start(33); });
+    }
+
+    static void press(QWidget& target, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+                      const QString& text = {})
+    {
+        QKeyEvent down(QEvent::KeyPress, key, modifiers, text);
+        QApplication::sendEvent(&target, &down);
+        QKeyEvent up(QEvent::KeyRelease, key, modifiers, text);
+        QApplication::sendEvent(&target, &up);
+    }
+
+    static void click(QWidget& target, const QPoint& point)
+    {
+        for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+            QMouseEvent event(type, QPointF(point), QPointF(target.mapToGlobal(point)), Qt::LeftButton, Qt::LeftButton,
+                              Qt::NoModifier);
+            QApplication::sendEvent(&target, &event);
+        }
+    }
+
+    int stepsLeft = 0;
+};
+
+void measureFiles(Window& window)
+{
+    auto& list = *window.named<QAbstractItemView>(u"Changed Files"_s);
+    auto& subject = *window.named<QLineEdit>(u"Commit Subject"_s);
+    auto& body = *window.named<QPlainTextEdit>(u"Commit Body"_s);
+    const auto row = [&list](int number) { return list.visualRect(list.model()->index(number, 0)); };
+
+    window.measureKeys("subject typed", subject, u"A subject for all of it"_s);
+    window.measureKeys("body typed", body, u"And a body that says why"_s);
+    list.setFocus();
+    window.measureKeys("a file looked for by its name", list, u"none"_s);
+    window.measureEach("scrolled by pages", 40, [&](int) { Window::press(list, Qt::Key_PageDown); });
+    window.measure("scrolled to the end", [&] { Window::press(list, Qt::Key_End); });
+    window.measure("scrolled back", [&] { Window::press(list, Qt::Key_Home); });
+    window.measure("a file selected", [&] { Window::click(*list.viewport(), row(3).center()); });
+    window.measure("a file ticked", [&] { Window::click(*list.viewport(), row(2).topLeft() + QPoint(23, 14)); });
+    window.measure("a selected file ticked",
+                   [&] { Window::click(*list.viewport(), row(3).topLeft() + QPoint(23, 14)); });
+    window.measure("all files selected", [&] { list.selectAll(); });
+    window.measure("refreshed with all files selected", [&] { window.store.snapshot().refresh(RefreshScope::status); });
+    window.measure("one file selected instead", [&] { Window::click(*list.viewport(), row(5).center()); });
+    window.measure("all staged", [&] { window.named<QPushButton>(u"Stage All"_s)->click(); });
+    window.measureKeys("subject typed with all staged", subject, u"More"_s);
+    window.measure("all unstaged", [&] { window.named<QPushButton>(u"Unstage All"_s)->click(); });
+    list.selectAll();
+    window.measure("all selected files staged by the space bar", [&] { Window::press(list, Qt::Key_Space); });
+    window.measure("all selected files unstaged by the space bar", [&] { Window::press(list, Qt::Key_Space); });
+    Window::click(*list.viewport(), row(5).center());
+}
+
+void measureRefs(Window& window)
+{
+    auto& tree = *window.named<QAbstractItemView>(u"Sidebar"_s);
+    auto& filter = *window.named<QLineEdit>(u"Filter Refs"_s);
+    window.measureKeys("refs filtered", filter, u"change-12"_s);
+    window.measure("the filter cleared", [&] { filter.clear(); });
+    window.measureEach("the sidebar scrolled by pages", 40, [&](int) { Window::press(tree, Qt::Key_PageDown); });
+    window.measure("the sidebar scrolled to the end", [&] { Window::press(tree, Qt::Key_End); });
+    window.measure("the history of a ref shown",
+                   [&] { window.store.window().select(SidebarItem::ref("refs/tags/v0.49800")); });
+    window.measure("the working copy shown again", [&] { window.store.window().select(SidebarItem::workingCopy()); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Application application(argc, argv);
+    plovik::Theme::apply(plovik::Theme::light(), application);
+    const QTemporaryDir folder;
+    const std::filesystem::path repository = folder.path().toStdString();
+    makeFiles(repository);
+    makeRefs(repository);
+
+    std::printf("\nLongest pause of the main thread, %d changed files and %d refs, at most %.0f ms\n", fileCount,
+                refCount, longestPause);
+    Window window(repository);
+    window.store.window().select(SidebarItem::workingCopy());
+    window.settle();
+    window.measure("files and refs shown", [&] { window.store.snapshot().refresh(RefreshScope::full); });
+    window.measure("refreshed, nothing changed", [&] { window.store.snapshot().refresh(RefreshScope::full); });
+    measureFiles(window);
+    measureRefs(window);
+    return 0;
+}
