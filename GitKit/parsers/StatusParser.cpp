@@ -83,14 +83,16 @@ std::optional<FileChange> parseRecord(std::string_view record, Pieces& following
 RepoStatus StatusParser::parse(std::string_view output)
 {
     RepoStatus status;
+    std::vector<FileChange> files;
     Pieces records(output, '\0');
     while (const auto record = records.next()) {
         if (record->starts_with("# "))
             parseHeader(*record, status);
         else if (auto change = parseRecord(*record, records))
-            status.files.push_back(std::move(*change));
+            files.push_back(std::move(*change));
     }
-    sortForDisplay(status.files);
+    sortForDisplay(files);
+    status.files = std::move(files);
     return status;
 }
 

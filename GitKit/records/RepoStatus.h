@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/records/FileChange.h"
+#include "GitKit/records/ChangedFiles.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace gitkit {
 
@@ -17,12 +16,12 @@ struct RepoStatus {
     std::optional<std::string> upstream; ///< short name, such as origin/main
     int ahead = 0;
     int behind = 0;
-    std::vector<FileChange> files; ///< in display order
-    std::string warnings;          ///< what git complained of although it succeeded, such as a folder it cannot read
+    ChangedFiles files;   ///< in display order
+    std::string warnings; ///< what git complained of although it succeeded, such as a folder it cannot read
 
     bool hasCommits() const { return oid.has_value(); }
     bool isDetached() const { return !branch && oid; }
-    std::ptrdiff_t stagedCount() const { return std::ranges::count_if(files, &FileChange::hasStaged); }
+    std::ptrdiff_t stagedCount() const { return files.stagedCount(); }
 
     bool operator==(const RepoStatus&) const = default;
 };

@@ -46,11 +46,6 @@ bool Snapshot::hasStash(const std::string& hash) const
     return std::ranges::find(stashes.value(), hash, &gitkit::Stash::hash) != stashes.value().end();
 }
 
-std::ptrdiff_t Snapshot::conflictCount() const
-{
-    return std::ranges::count_if(status.value().files, &gitkit::FileChange::isConflicted);
-}
-
 void Snapshot::refresh(RefreshScope scope)
 {
     if (!isRefreshing_) {
@@ -96,8 +91,9 @@ QCoro::Task<> Snapshot::readStatus()
             follower.beforeStatus();
     }
     try {
-        RepositoryState read = co_await git_.read(
-            readRepositoryState, RepositoryStateRequest{gitDirectory_, inProgress.value(), preparedMessage_});
+        RepositoryState read =
+            co_await git_.read(readRepositoryState, RepositoryStateRequest{status.value().files, gitDirectory_,
+                                                                           inProgress.value(), preparedMessage_});
         statusProblem_ = read.problem;
         if (read.status)
             applyStatus(std::move(*read.status));
@@ -113,14 +109,22 @@ QCoro::Task<> Snapshot::readStatus()
 
 void Snapshot::applyStatus(gitkit::RepoStatus read)
 {
-    std::set<std::string> stillChanged;
-    for (const gitkit::FileChange& file : read.files) {
-        if (window_.selectedPaths.value().contains(file.path))
-            stillChanged.insert(file.path);
-    }
+    const bool isListNew = !read.files.isSameList(status.value().files);
     status = std::move(read);
-    window_.selectPaths(std::move(stillChanged));
+    if (isListNew)
+        dropGonePaths();
     generation = generation.value() + 1;
+}
+
+void Snapshot::dropGonePaths()
+{
+    const gitkit::ChangedFiles& files = status.value().files;
+    const auto isGone = [&files](const std::string& path) { return !files.find(path); };
+    if (std::ranges::none_of(window_.selectedPaths.value(), isGone))
+        return;
+    std::set<std::string> left = window_.selectedPaths.value();
+    std::erase_if(left, isGone);
+    window_.selectPaths(std::move(left));
 }
 
 void Snapshot::applyOperation(const RepositoryState& read)

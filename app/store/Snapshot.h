@@ -64,7 +64,7 @@ public:
     /// nothing about the history. The current branch may have none while others do.
     bool mayHaveCommits() const;
     bool hasStash(const std::string& hash) const;
-    std::ptrdiff_t conflictCount() const;
+    std::size_t conflictCount() const { return status.value().files.conflicted().size(); }
 
     /// Asks for a new read and returns at once. All requests made while a read runs are answered by one read after it.
     void refresh(RefreshScope scope);
@@ -87,6 +87,7 @@ private:
     QCoro::Task<> readRemotes();
     QCoro::Task<> readStashes();
     void applyStatus(gitkit::RepoStatus read);
+    void dropGonePaths();
     void applyOperation(const RepositoryState& read);
     void dropStaleSelection();
     void noteListingProblem(const std::exception& thrown);

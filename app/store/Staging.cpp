@@ -44,31 +44,84 @@ Staging::Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, 
                       .afterStatus = [this] { forgetShownStaging(); }});
     slow_ = changes_.running.addNotifier([this] {
         // What takes so long that it is shown as running is not shown as done.
-        if (changes_.isRunning({Verb::stage, Verb::unstage}) && !shownStaging_.empty()) {
-            shownStaging_.clear();
-            stagingGeneration = stagingGeneration.value() + 1;
-        }
+        if (changes_.isRunning({Verb::stage, Verb::unstage}))
+            dropShownStaging();
     });
 }
 
 Files Staging::selectedFiles() const
 {
-    Files selected;
-    std::ranges::copy_if(snapshot_.status.value().files, std::back_inserter(selected),
-                         [this](const FileChange& file) { return window_.selectedPaths.value().contains(file.path); });
+    const Files& all = snapshot_.status.value().files;
+    std::vector<std::size_t> places;
+    for (const std::string& path : window_.selectedPaths.value()) {
+        for (auto [place, end] = all.placesOf(path); place < end; ++place)
+            places.push_back(place);
+    }
+    if (places.size() == all.size())
+        return all;
+    std::ranges::sort(places);
+    Files::List selected;
+    selected.reserve(places.size());
+    for (const std::size_t place : places)
+        selected.push_back(all[place]);
     return selected;
 }
 
 StageState Staging::shownStageState(const FileChange& file) const
 {
     const auto underWay = shownStaging_.find(file.path);
-    return underWay == shownStaging_.end() ? file.stageState() : underWay->second;
+    return underWay == shownStaging_.end() ? stateBeneath(file) : underWay->second;
+}
+
+/// Returns the state that is shown of a file unless it has one of its own.
+StageState Staging::stateBeneath(const FileChange& file) const
+{
+    return shownOfAll_ && shownOfAll_->files.find(file.path) ? shownOfAll_->state : file.stageState();
+}
+
+Staging::StageCounts Staging::shownCounts() const
+{
+    const Files& files = snapshot_.status.value().files;
+    StageCounts counts{files.stagedCount(), files.fullyStagedCount()};
+    const auto count = [&counts](StageState state, std::ptrdiff_t times) {
+        counts.touched += state == StageState::none ? 0 : times;
+        counts.whole += state == StageState::full ? times : 0;
+    };
+    if (shownOfAll_ && shownOfAll_->files.isSameList(files)) {
+        counts = {};
+        count(shownOfAll_->state, std::ssize(files.list()));
+    } else if (shownOfAll_) {
+        counts = {};
+        for (const FileChange& file : files)
+            count(stateBeneath(file), 1);
+    }
+    for (const auto& [path, state] : shownStaging_) {
+        for (auto [place, end] = files.placesOf(path); place < end; ++place) {
+            count(stateBeneath(files[place]), -1);
+            count(state, 1);
+        }
+    }
+    return counts;
 }
 
 void Staging::showStaging(const Files& files, StageState state)
 {
-    for (const FileChange& file : files)
-        shownStaging_[file.path] = state;
+    if (files.isSameList(snapshot_.status.value().files)) {
+        shownStaging_.clear();
+        shownOfAll_ = ShownOfAll{files, state};
+    } else {
+        for (const FileChange& file : files)
+            shownStaging_[file.path] = state;
+    }
+    stagingGeneration = stagingGeneration.value() + 1;
+}
+
+void Staging::dropShownStaging()
+{
+    if (!showsStaging())
+        return;
+    shownStaging_.clear();
+    shownOfAll_.reset();
     stagingGeneration = stagingGeneration.value() + 1;
 }
 
@@ -76,23 +129,18 @@ void Staging::showStaging(const Files& files, StageState state)
 /// awaited, which every change asks for.
 void Staging::forgetShownStaging()
 {
-    if (endedBeforeRead_ != changes_.ended() || changes_.hasUntitled() || shownStaging_.empty())
-        return;
-    shownStaging_.clear();
-    stagingGeneration = stagingGeneration.value() + 1;
+    if (endedBeforeRead_ == changes_.ended() && !changes_.hasUntitled())
+        dropShownStaging();
 }
 
 /// Returns whether the listed files may not be as they are shown once a change begins, so that their states must be read
 /// again: other changes are under way, or a question is asked first.
-bool Staging::isListOld() const
-{
-    return changes_.isTurnTaken() || !shownStaging_.empty() || changes_.asksFirst(Verb::stage);
-}
+bool Staging::isListOld() const { return changes_.isTurnTaken() || showsStaging() || changes_.asksFirst(Verb::stage); }
 
 void Staging::stage(const Files& files)
 {
     stageChecked(files, [files, isOld = isListOld()](const GitRepository& repo) {
-        repo.stage(isOld ? currentFiles(repo, files) : files);
+        repo.stage(isOld ? currentFiles(repo, files) : files.list());
     });
 }
 
@@ -108,7 +156,7 @@ void Staging::stageAll()
 
 void Staging::stageChecked(const Files& files, GitAccess::Operation operation)
 {
-    if (std::ranges::any_of(files, &FileChange::isConflicted))
+    if (!files.conflicted().empty())
         launch(stagingAfterMarkerCheck(files, std::move(operation)));
     else
         stageNow(files, std::move(operation));
@@ -152,33 +200,32 @@ QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation
 void Staging::unstage(const Files& files)
 {
     const bool isOld = isListOld();
-    changes_.run(
-        {.verb = Verb::unstage,
-         .operation = [files,
-                       isOld](const GitRepository& repo) { repo.unstage(isOld ? currentFiles(repo, files) : files); },
-         .begins = [this, files] { showStaging(files, StageState::none); }});
+    changes_.run({.verb = Verb::unstage,
+                  .operation =
+                      [files, isOld](const GitRepository& repo) {
+                          repo.unstage(isOld ? currentFiles(repo, files) : files.list());
+                      },
+                  .begins = [this, files] { showStaging(files, StageState::none); }});
 }
 
 void Staging::unstageAll()
 {
-    Files staged;
-    std::ranges::copy_if(snapshot_.status.value().files, std::back_inserter(staged),
-                         [](const FileChange& file) { return file.index != '?' && file.index != '.'; });
+    const Files& all = snapshot_.status.value().files;
     if (!snapshot_.status.value().hasCommits()) {
         // Unstaging everything resets to the last commit, and there is none.
-        if (!staged.empty())
-            unstage(staged);
+        if (all.stagedCount() > 0)
+            unstage(all);
         return;
     }
     const bool isOld = isListOld();
     changes_.run({.verb = Verb::unstage,
                   .operation =
-                      [staged, isOld](const GitRepository& repo) {
+                      [all, isOld](const GitRepository& repo) {
                           if (isOld)
-                              requireNoNewConflicts(repo, staged);
+                              requireNoNewConflicts(repo, all);
                           repo.unstageAll();
                       },
-                  .begins = [this, staged] { showStaging(staged, StageState::none); }});
+                  .begins = [this, all] { showStaging(all, StageState::none); }});
 }
 
 void Staging::applyToIndex(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
@@ -207,7 +254,8 @@ void Staging::toggleStageOfSelection()
     if (files.empty())
         return;
     const auto isStaged = [this](const FileChange& file) { return shownStageState(file) == StageState::full; };
-    if (std::ranges::all_of(files, isStaged))
+    const bool isAll = files.isSameList(snapshot_.status.value().files);
+    if (isAll ? shownCounts().whole == std::ssize(files.list()) : std::ranges::all_of(files, isStaged))
         unstage(files);
     else
         stage(files);
@@ -216,10 +264,8 @@ void Staging::toggleStageOfSelection()
 void Staging::takeSide(const Files& files, gitkit::ConflictSide side)
 {
     std::vector<std::string> paths;
-    for (const FileChange& file : files) {
-        if (file.isConflicted)
-            paths.push_back(file.path);
-    }
+    for (const std::uint32_t place : files.conflicted())
+        paths.push_back(files[place].path);
     if (paths.empty())
         return;
     changes_.run(

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/records/FileChange.h"
+#include "GitKit/records/ChangedFiles.h"
 #include "GitKit/records/FileStamp.h"
 #include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/ParsedDiff.h"
@@ -13,11 +13,11 @@
 #include <QCoreApplication>
 #include <QString>
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace plovik {
@@ -33,7 +33,7 @@ class Staging {
     Q_DECLARE_TR_FUNCTIONS(plovik::Staging)
 
 public:
-    using Files = std::vector<gitkit::FileChange>;
+    using Files = gitkit::ChangedFiles;
 
     /// `trash` is called on the worker's threads.
     Staging(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, Discards& discards,
@@ -45,7 +45,13 @@ public:
     Files selectedFiles() const;
     /// Returns the stage state that a file will have once the changes under way have ended.
     gitkit::StageState shownStageState(const gitkit::FileChange& file) const;
-    /// Grows whenever the results of shownStageState() may have changed.
+    struct StageCounts {
+        std::ptrdiff_t touched = 0; ///< files of which something is staged
+        std::ptrdiff_t whole = 0;   ///< files of which everything is staged
+    };
+    /// Returns how many changed files have which of these states.
+    StageCounts shownCounts() const;
+    /// Grows whenever the results of shownStageState() and shownCounts() may have changed.
     Observed<qint64, Staging> stagingGeneration{0};
 
     /// Stages files. Asks first when a conflicted one still contains conflict markers.
@@ -78,8 +84,11 @@ private:
     void stageChecked(const Files& files, GitAccess::Operation operation);
     void stageNow(const Files& files, GitAccess::Operation operation);
     QCoro::Task<> stagingAfterMarkerCheck(Files files, GitAccess::Operation operation);
+    gitkit::StageState stateBeneath(const gitkit::FileChange& file) const;
     void showStaging(const Files& files, gitkit::StageState state);
+    void dropShownStaging();
     void forgetShownStaging();
+    bool showsStaging() const { return shownOfAll_ || !shownStaging_.empty(); }
     bool isListOld() const;
     QCoro::Task<> askingToDiscard(Files files);
     enum class Discarded { all, unstaged };
@@ -92,7 +101,13 @@ private:
     Changes& changes_;
     Discards& discards_;
     gitkit::Trash trash_;
-    std::map<std::string, gitkit::StageState> shownStaging_; ///< by path, of files with changes under way
+    struct ShownOfAll {
+        Files files;
+        gitkit::StageState state;
+    };
+    std::optional<ShownOfAll> shownOfAll_; ///< the state of all files of a status, once changed together
+    /// The states of files with changes under way, by their paths. They are newer than the one of all.
+    std::unordered_map<std::string, gitkit::StageState> shownStaging_;
     QPropertyNotifier slow_;
     qint64 endedBeforeRead_ = 0; ///< Changes::ended() when the last status read began
 };

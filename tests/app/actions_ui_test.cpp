@@ -237,7 +237,7 @@ TEST_F(MainMenuTest, TellsWhatTheStoreWouldDrop)
     EXPECT_TRUE(command(u"Fetch"_s)->isEnabled());
     EXPECT_FALSE(command(u"Stash Changes…"_s)->isEnabled());
     gitkit::RepoStatus status;
-    status.files.push_back({"a", std::nullopt, '.', 'M'});
+    status.files = {{"a", std::nullopt, '.', 'M'}};
     given(store.snapshot().status, status);
     EXPECT_FALSE(command(u"Stash Changes…"_s)->isEnabled());
     EXPECT_EQ(command(u"Stash Changes…"_s)->toolTip(), u"Nothing has been committed yet."_s);
@@ -272,11 +272,11 @@ TEST_F(MainMenuTest, TellsWhatTheStoreWouldDrop)
     EXPECT_EQ(whyNot(u"Push"_s), QString());
     EXPECT_EQ(whyNot(u"Pull"_s), u"“main” has no branch to pull from. Push it first."_s);
     status.upstream = "origin/main";
-    status.files.front().isConflicted = true;
+    status.files = {{"a", std::nullopt, 'U', 'U', true}};
     given(store.snapshot().status, status);
     for (const QString& title : {u"Pull"_s, u"Stash Changes…"_s})
         EXPECT_EQ(whyNot(title), u"Resolve and stage the conflicted files first"_s) << title.toStdString();
-    status.files.clear();
+    status.files = {};
     given(store.snapshot().status, status);
     EXPECT_EQ(whyNot(u"Pull"_s), QString());
 }

@@ -3,6 +3,7 @@
 #include "app/ui/stashes/StashesView.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/window/RepositoryView.h"
+#include "app/ui/workingcopy/ChangedFilesModel.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
 #include "tests/app/GivenRunning.h"
 #include "tests/support/Given.h"
@@ -15,6 +16,7 @@
 #include <gtest/gtest.h>
 
 using gitkit::FileChange;
+using namespace Qt::StringLiterals;
 
 namespace plovik {
 namespace {
@@ -24,8 +26,10 @@ gitkit::RepoStatus statusOf(const std::vector<std::string>& paths, char worktree
     gitkit::RepoStatus status;
     status.branch = "main";
     status.oid = std::string(40, 'a');
+    gitkit::ChangedFiles::List files;
     for (const std::string& path : paths)
-        status.files.push_back({path, std::nullopt, '.', worktree, false});
+        files.push_back({path, std::nullopt, '.', worktree, false});
+    status.files = std::move(files);
     return status;
 }
 
@@ -90,6 +94,41 @@ TEST_F(WorkingCopyListTest, KeepsSelectionAndPlaceWhenOtherFilesChange)
     EXPECT_EQ(list().visualRect(list().indexAt(QPoint(1, 0))).top(), offset);
     EXPECT_EQ(selected(), (std::set<std::string>{"file-106000"}));
     EXPECT_EQ(store.window().selectedPaths.value(), (std::set<std::string>{"file-106000"}));
+}
+
+TEST_F(WorkingCopyListTest, PutsConflictsFirstAndFindsEveryRow)
+{
+    for (const unsigned conflicted : {0U, 1U, 0b1000U, 0b1011U, 0b0110100U, 0b1111111U}) {
+        gitkit::ChangedFiles::List files;
+        std::vector<std::string> expected[2];
+        for (unsigned place = 0; place < 7; ++place) {
+            const bool isConflicted = (conflicted >> place) & 1;
+            files.push_back({std::string(1, static_cast<char>('a' + place)), {}, '.', 'M', isConflicted});
+            expected[isConflicted ? 0 : 1].push_back(files.back().path);
+        }
+        expected[0].insert(expected[0].end(), expected[1].begin(), expected[1].end());
+        gitkit::RepoStatus status = statusOf({});
+        status.files = std::move(files);
+        given(store.snapshot().status, status);
+        store.window().selectPaths({"b", "c", "f"});
+        EXPECT_EQ(selected(), (std::set<std::string>{"b", "c", "f"})) << conflicted;
+        for (int number = 0; number < 7; ++number)
+            EXPECT_EQ(row(number).data().toString().toStdString(), expected[0][static_cast<std::size_t>(number)]);
+    }
+}
+
+TEST_F(WorkingCopyListTest, FindsNamesInAnyScript)
+{
+    given(store.snapshot().status,
+          statusOf({"a/plain", "b/\u00C4rger", "c/\u05D0\u05D1", "\u0416/k", "d/\xE4", "d/K"}));
+    const ChangedFilesModel model(store);
+    EXPECT_EQ(model.nextMatch(u"PL"_s, 3).row(), 0);
+    EXPECT_EQ(model.nextMatch(u"\u00E4r"_s, 0).row(), 1);
+    EXPECT_EQ(model.nextMatch(u"\u05D0\u05D1"_s, 0).row(), 2);
+    EXPECT_EQ(model.nextMatch(u"\u0436/k"_s, 0).row(), 3) << "by the path";
+    EXPECT_EQ(model.nextMatch(u"k"_s, 4).row(), 5);
+    EXPECT_FALSE(model.nextMatch(u"plainly"_s, 0).isValid());
+    EXPECT_FALSE(model.nextMatch(u"\u00E4rgern"_s, 0).isValid());
 }
 
 TEST_F(WorkingCopyListTest, NeverTakesAFailedReadForACleanTree)

@@ -165,6 +165,52 @@ TEST_F(StoreStaging, AClickShowsAtOnceAndIsCorrectedByGit)
     EXPECT_NE(error().find("index.lock"), std::string::npos) << error();
 }
 
+TEST_F(StoreStaging, CountsWhatItShowsOfManyFiles)
+{
+    repo.write("a", "1").write("b", "1").write("gone", "1").write("there again", "1").commit("one");
+    repo.write("a", "2")
+        .write("b", "2")
+        .write("new", "unlike the others\n")
+        .git({"rm", "-q", "--cached", "there again"});
+    repo.git({"rm", "-q", "gone"});
+    load();
+    const auto counts = [this] {
+        std::ptrdiff_t touched = 0, whole = 0;
+        for (const FileChange& each : store.snapshot().status.value().files) {
+            touched += store.staging().shownStageState(each) != StageState::none ? 1 : 0;
+            whole += store.staging().shownStageState(each) == StageState::full ? 1 : 0;
+        }
+        EXPECT_EQ(store.staging().shownCounts().touched, touched);
+        EXPECT_EQ(store.staging().shownCounts().whole, whole);
+        return whole;
+    };
+    ASSERT_EQ(store.snapshot().status.value().files.size(), 6U) << "one twice, as gone and as new";
+    EXPECT_EQ(counts(), 2);
+    store.staging().toggleStage(file("new"));
+    EXPECT_EQ(counts(), 3);
+    store.window().selectPaths({"a", "b", "gone", "new", "there again"});
+    EXPECT_TRUE(store.staging().selectedFiles().isSameList(store.snapshot().status.value().files));
+    store.staging().toggleStageOfSelection();
+    EXPECT_EQ(counts(), 6);
+    store.window().selectPaths({"a", "there again"});
+    EXPECT_EQ(store.staging().selectedFiles().size(), 3U);
+    store.staging().toggleStageOfSelection();
+    EXPECT_EQ(counts(), 3);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-status"}), "M\tb\nD\tgone\nA\tnew");
+    EXPECT_EQ(counts(), 3);
+
+    // What appears while all is being staged is not among what is shown as staged.
+    store.staging().stageAll();
+    repo.write("newer", "1");
+    store.snapshot().refresh(RefreshScope::status);
+    while (store.snapshot().status.value().files.find("newer") == nullptr)
+        worker.finish();
+    counts();
+    worker.finishAll();
+}
+
 TEST_F(StoreStaging, ThirtyQuickClicksRunOneAfterAnother)
 {
     for (int i = 0; i < 30; ++i)

@@ -6,7 +6,6 @@
 
 #include <QCoreApplication>
 
-#include <algorithm>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -17,12 +16,13 @@ using gitkit::FileChange;
 
 namespace {
 
-void requireNoneIsNew(const std::vector<FileChange>& now, const std::vector<FileChange>& listed)
+void requireNoneIsNew(const std::vector<FileChange>& now, const gitkit::ChangedFiles& listed)
 {
     for (const FileChange& file : now) {
-        const auto before = std::ranges::find(listed, file.path, &FileChange::path);
-        const bool wasConflicted = before != listed.end() && before->isConflicted;
-        if (file.isConflicted && !wasConflicted)
+        if (!file.isConflicted)
+            continue;
+        const FileChange* const before = listed.find(file.path);
+        if (!before || !before->isConflicted)
             throw std::runtime_error(
                 QCoreApplication::translate("plovik::Staging",
                                             "Nothing was done: %1 has come into conflict in the meantime.")
@@ -33,7 +33,7 @@ void requireNoneIsNew(const std::vector<FileChange>& now, const std::vector<File
 
 } // namespace
 
-std::vector<FileChange> currentFiles(const gitkit::GitRepository& repo, const std::vector<FileChange>& files)
+std::vector<FileChange> currentFiles(const gitkit::GitRepository& repo, const gitkit::ChangedFiles& files)
 {
     std::set<std::string> paths;
     for (const FileChange& file : files) {
@@ -47,7 +47,7 @@ std::vector<FileChange> currentFiles(const gitkit::GitRepository& repo, const st
     return found;
 }
 
-void requireNoNewConflicts(const gitkit::GitRepository& repo, const std::vector<FileChange>& files)
+void requireNoNewConflicts(const gitkit::GitRepository& repo, const gitkit::ChangedFiles& files)
 {
     requireNoneIsNew(repo.status().files, files);
 }

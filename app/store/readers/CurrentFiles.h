@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/records/FileChange.h"
+#include "GitKit/records/ChangedFiles.h"
 
 #include <vector>
 
@@ -16,11 +16,10 @@ namespace plovik {
 
 /// Returns the files with their present states, without those that have no change any more. Throws as
 /// requireNoNewConflicts() does.
-std::vector<gitkit::FileChange> currentFiles(const gitkit::GitRepository& repo,
-                                             const std::vector<gitkit::FileChange>& files);
+std::vector<gitkit::FileChange> currentFiles(const gitkit::GitRepository& repo, const gitkit::ChangedFiles& files);
 
 /// Throws std::runtime_error, with a sentence for the user, when a file has become conflicted since it was listed.
 /// Acting on it would record or lose a side that the user has not seen.
-void requireNoNewConflicts(const gitkit::GitRepository& repo, const std::vector<gitkit::FileChange>& files);
+void requireNoNewConflicts(const gitkit::GitRepository& repo, const gitkit::ChangedFiles& files);
 
 } // namespace plovik

@@ -39,6 +39,8 @@ RepositoryState readRepositoryState(const gitkit::GitRepository& repo, const Rep
     RepositoryState state;
     try {
         state.status = repo.status();
+        if (state.status->files == request.files)
+            state.status->files = request.files;
     } catch (const std::exception& failure) {
         state.problem = failureOf(failure).message;
     }

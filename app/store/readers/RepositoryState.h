@@ -18,6 +18,7 @@ namespace plovik {
 
 /// What a status refresh takes over from the previous one.
 struct RepositoryStateRequest {
+    gitkit::ChangedFiles files;
     std::optional<std::filesystem::path> gitDirectory;
     std::optional<gitkit::OperationInProgress> operation;
     std::string preparedMessage;
@@ -25,7 +26,9 @@ struct RepositoryStateRequest {
 
 /// The result of a status refresh.
 struct RepositoryState {
-    std::optional<gitkit::RepoStatus> status;          ///< nullopt when there is a `problem`
+    /// nullopt when there is a `problem`. Has the request's list of files when that is as it was, so that whoever follows
+    /// the status compares no files.
+    std::optional<gitkit::RepoStatus> status;
     QString problem;                                   ///< why there is no status; contains no secrets
     std::optional<std::filesystem::path> gitDirectory; ///< this working tree's own
     std::optional<gitkit::OperationInProgress> operation;

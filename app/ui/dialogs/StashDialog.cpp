@@ -8,22 +8,9 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace plovik {
 
-namespace {
-
-using Files = std::vector<gitkit::FileChange>;
-
-bool hasConflicts(const Files& files) { return std::ranges::any_of(files, &gitkit::FileChange::isConflicted); }
-
-std::ptrdiff_t untrackedCount(const Files& files)
-{
-    return std::ranges::count_if(files, &gitkit::FileChange::isUntracked);
-}
-
-} // namespace
+using Files = gitkit::ChangedFiles;
 
 StashDialog::StashDialog(RepositoryStore& store, QWidget* parent)
     : Sheet(store, tr("Stash Changes"), tr("Stash Changes"), parent), message_(new QLineEdit(this)),
@@ -34,7 +21,7 @@ StashDialog::StashDialog(RepositoryStore& store, QWidget* parent)
     untracked_->setAccessibleName(untracked_->text());
     const Files& files = store.snapshot().status.value().files;
     // Where only untracked files changed, the user can only mean these.
-    untracked_->setChecked(!files.empty() && untrackedCount(files) == static_cast<std::ptrdiff_t>(files.size()));
+    untracked_->setChecked(!files.empty() && files.untrackedCount() == std::ssize(files.list()));
     fields().addWidget(message_);
     fields().addWidget(untracked_);
     connect(untracked_, &QCheckBox::toggled, this, &StashDialog::validate);
@@ -49,9 +36,9 @@ QString StashDialog::problem() const
         return tr("There are no changes to stash.");
     if (!store().snapshot().status.value().hasCommits())
         return tr("Before the first commit there is nothing that changes could be put aside from.");
-    if (hasConflicts(files))
+    if (!files.conflicted().empty())
         return tr("Conflicted files can't be stashed. Resolve and stage them first.");
-    if (!untracked_->isChecked() && untrackedCount(files) == static_cast<std::ptrdiff_t>(files.size()))
+    if (!untracked_->isChecked() && files.untrackedCount() == std::ssize(files.list()))
         return tr("Only untracked files changed. Include them to stash them.");
     return {};
 }
@@ -59,8 +46,7 @@ QString StashDialog::problem() const
 QString StashDialog::note() const
 {
     const Files& files = store().snapshot().status.value().files;
-    const std::ptrdiff_t taken =
-        static_cast<std::ptrdiff_t>(files.size()) - (untracked_->isChecked() ? 0 : untrackedCount(files));
+    const std::ptrdiff_t taken = std::ssize(files.list()) - (untracked_->isChecked() ? 0 : files.untrackedCount());
     return tr("%Ln changed file(s) are put aside.", nullptr, static_cast<int>(taken));
 }
 

@@ -10,8 +10,6 @@
 #include <QPointer>
 #include <QTimer>
 
-#include <algorithm>
-
 namespace plovik {
 
 namespace {
@@ -116,9 +114,8 @@ void WorkingDiffPane::follow()
 {
     const std::set<std::string>& paths = store_.window().selectedPaths.value();
     const auto& files = store_.snapshot().status.value().files;
-    const auto file =
-        paths.size() == 1 ? std::ranges::find(files, *paths.begin(), &gitkit::FileChange::path) : files.end();
-    if (file == files.end()) {
+    const gitkit::FileChange* const file = paths.size() == 1 ? files.find(*paths.begin()) : nullptr;
+    if (!file) {
         reading_.forget();
         shown_.clear();
         showCount(paths.size());
@@ -139,9 +136,8 @@ void WorkingDiffPane::ask(WorkingDiffRequest request)
 /// Returns whether the file on display is being staged or unstaged as a whole.
 bool WorkingDiffPane::isShownFileStaged() const
 {
-    const auto& files = store_.snapshot().status.value().files;
-    const auto file = std::ranges::find(files, shown_, &gitkit::FileChange::path);
-    return file != files.end() && store_.staging().shownStageState(*file) != file->stageState();
+    const gitkit::FileChange* const file = store_.snapshot().status.value().files.find(shown_);
+    return file && store_.staging().shownStageState(*file) != file->stageState();
 }
 
 /// Has nothing done with the diff on display until it was read after the changes that are under way, if any are.
@@ -247,9 +243,8 @@ void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action
 
 void WorkingDiffPane::takeSide(gitkit::ConflictSide side)
 {
-    const auto& files = store_.snapshot().status.value().files;
-    const auto file = std::ranges::find(files, shown_, &gitkit::FileChange::path);
-    if (file == files.end() || !file->isConflicted)
+    const gitkit::FileChange* const file = store_.snapshot().status.value().files.find(shown_);
+    if (!file || !file->isConflicted)
         return;
     store_.staging().takeSide({*file}, side);
     awaitChanges();

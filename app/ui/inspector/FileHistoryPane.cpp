@@ -62,8 +62,8 @@ FileHistoryPane::Source FileHistoryPane::sourceOf(const InspectedFile& file) con
     if (file.revision)
         return {file.path, *file.revision};
     const gitkit::RepoStatus& status = store_.snapshot().status.value();
-    const auto change = std::ranges::find(status.files, file.path, &gitkit::FileChange::path);
-    const bool isRenamed = change != status.files.end() && change->originalPath;
+    const gitkit::FileChange* const change = status.files.find(file.path);
+    const bool isRenamed = change && change->originalPath;
     return {isRenamed ? *change->originalPath : file.path, status.oid.value_or(std::string())};
 }
 

@@ -2,6 +2,7 @@
 #include "app/ui/workingcopy/ChangedFilesList.h"
 
 #include "app/ui/workingcopy/ChangedFileDelegate.h"
+#include "app/ui/workingcopy/ChangedFilesModel.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -111,23 +112,9 @@ void ChangedFilesList::keyboardSearch(const QString& typed)
     // Typing the same letter repeatedly steps through the files that begin with it.
     const bool isOneLetter = typed_.count(typed_.front(), Qt::CaseInsensitive) == typed_.size();
     const int from = currentIndex().row() + (isOneLetter ? 1 : 0);
-    if (const QModelIndex found = nextMatch(isOneLetter ? typed_.left(1) : typed_, from); found.isValid())
+    const auto& files = static_cast<const ChangedFilesModel&>(*model());
+    if (const QModelIndex found = files.nextMatch(isOneLetter ? typed_.left(1) : typed_, from); found.isValid())
         setCurrentIndex(found);
-}
-
-QModelIndex ChangedFilesList::nextMatch(const QString& typed, int from) const
-{
-    const int count = model()->rowCount();
-    QModelIndex byPath;
-    for (int step = 0; step < count; ++step) {
-        const QModelIndex index = model()->index((std::max(from, 0) + step) % count, 0);
-        const QString path = index.data().toString();
-        if (QStringView(path).sliced(path.lastIndexOf(u'/') + 1).startsWith(typed, Qt::CaseInsensitive))
-            return index;
-        if (!byPath.isValid() && path.startsWith(typed, Qt::CaseInsensitive))
-            byPath = index;
-    }
-    return byPath;
 }
 
 } // namespace plovik

@@ -40,7 +40,6 @@ private:
     bool pressCheckBox(const QMouseEvent& event);
     /// Selects the current row when nothing is selected. Returns false when there is no current row either.
     bool selectCurrent();
-    QModelIndex nextMatch(const QString& typed, int from) const;
 
     QPersistentModelIndex pressed_; ///< the row whose check box was pressed
     bool isPressing_ = false;

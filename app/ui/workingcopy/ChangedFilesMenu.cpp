@@ -79,10 +79,12 @@ void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& fi
 /// Adds the commands that resolve a conflict, for the files that have one.
 void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
 {
-    Staging::Files conflicted;
-    std::ranges::copy_if(files, std::back_inserter(conflicted), &gitkit::FileChange::isConflicted);
-    if (conflicted.empty())
+    if (files.conflicted().empty())
         return;
+    Staging::Files::List found;
+    for (const std::uint32_t place : files.conflicted())
+        found.push_back(files[place]);
+    const Staging::Files conflicted(std::move(found));
     using Side = gitkit::ConflictSide;
     for (const Side side : {Side::ours, Side::theirs})
         menu.addAction(plainMenuText(operationText::useSide(side, operationText::side(store, side))), &menu,

@@ -6,7 +6,6 @@
 #include "app/ui/widgets/RowPainting.h"
 
 #include <algorithm>
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -14,13 +13,21 @@ namespace plovik {
 
 namespace {
 
-/// Returns a hash of the paths and of which of them are in conflict, since those come first.
-std::size_t hashOfRows(const std::vector<gitkit::FileChange>& files)
+/// Compares byte by byte as far as both are ASCII, since it is asked of every file for every key that is typed.
+bool beginsWith(std::string_view bytes, const QString& typed)
 {
-    std::size_t hash = files.size();
-    for (const gitkit::FileChange& file : files)
-        hash = (hash * 1099511628211U ^ std::hash<std::string>{}(file.path)) + (file.isConflicted ? 1 : 0);
-    return hash;
+    const auto lower = [](char16_t unit) { return unit >= u'A' && unit <= u'Z' ? unit + 0x20 : unit; };
+    for (qsizetype at = 0; at < typed.size(); ++at) {
+        if (at == std::ssize(bytes))
+            return false;
+        const auto byte = static_cast<unsigned char>(bytes[static_cast<std::size_t>(at)]);
+        if (byte >= 0x80 || typed[at].unicode() >= 0x80) // No character has more than four bytes.
+            return exactText(bytes.substr(0, static_cast<std::size_t>(4 * typed.size())))
+                .startsWith(typed, Qt::CaseInsensitive);
+        if (lower(byte) != lower(typed[at].unicode()))
+            return false;
+    }
+    return true;
 }
 
 /// What happened to a file and how much of it is staged, in words.
@@ -62,44 +69,47 @@ Qt::CheckState checkState(gitkit::StageState state)
 }
 
 ChangedFilesModel::ChangedFilesModel(const RepositoryStore& store, QObject* parent)
-    : QAbstractListModel(parent), store_(store), rowsHash_(hashOfRows(files())),
+    : QAbstractListModel(parent), store_(store), arrangement_(files().arrangement()),
       rowCount_(static_cast<int>(files().size()))
-{
-    arrange();
-}
-
-void ChangedFilesModel::arrange()
-{
-    order_.clear();
-    if (std::ranges::none_of(files(), &gitkit::FileChange::isConflicted))
-        return;
-    for (const bool isConflicted : {true, false}) {
-        for (std::size_t place = 0; place < files().size(); ++place) {
-            if (files()[place].isConflicted == isConflicted)
-                order_.push_back(static_cast<std::uint32_t>(place));
-        }
-    }
-}
+{}
 
 std::size_t ChangedFilesModel::placeOf(int row) const
 {
-    const auto place = static_cast<std::size_t>(row);
-    return place < order_.size() ? order_[place] : place;
+    const auto wanted = static_cast<std::size_t>(row);
+    const std::vector<std::uint32_t>& first = files().conflicted();
+    if (wanted < first.size())
+        return first[wanted];
+    // So many of the others stand before the one that is wanted, and so many of the first do.
+    const std::size_t others = wanted - first.size();
+    std::size_t before = 0;
+    for (std::size_t end = first.size(); before < end;) {
+        const std::size_t middle = (before + end) / 2;
+        if (first[middle] - middle <= others)
+            before = middle + 1;
+        else
+            end = middle;
+    }
+    return others + before;
+}
+
+int ChangedFilesModel::rowOf(std::size_t place) const
+{
+    const std::vector<std::uint32_t>& first = files().conflicted();
+    const auto before = static_cast<std::size_t>(std::ranges::lower_bound(first, place) - first.begin());
+    return static_cast<int>(files()[place].isConflicted ? before : place + first.size() - before);
 }
 
 void ChangedFilesModel::rebuild()
 {
-    const std::size_t hash = hashOfRows(files());
     const int count = static_cast<int>(files().size());
-    if (hash == rowsHash_ && count == rowCount_) {
+    if (files().arrangement() == arrangement_ && count == rowCount_) {
         if (count > 0)
             Q_EMIT dataChanged(index(0), index(count - 1));
         return;
     }
     beginResetModel();
-    rowsHash_ = hash;
+    arrangement_ = files().arrangement();
     rowCount_ = count;
-    arrange();
     endResetModel();
 }
 
@@ -116,12 +126,41 @@ const gitkit::FileChange& ChangedFilesModel::file(const QModelIndex& index) cons
 
 QModelIndex ChangedFilesModel::indexOf(const std::string& path) const
 {
-    const auto found = std::ranges::find(files(), path, &gitkit::FileChange::path);
-    if (found == files().end())
-        return {};
-    const auto place = found - files().begin();
-    const auto row = std::ranges::find(order_, static_cast<std::uint32_t>(place));
-    return index(static_cast<int>(row == order_.end() ? place : row - order_.begin()));
+    const auto [first, last] = files().placesOf(path);
+    return first == last ? QModelIndex() : index(rowOf(first));
+}
+
+QModelIndex ChangedFilesModel::nextMatch(const QString& typed, int from) const
+{
+    QModelIndex byPath;
+    for (int step = 0; step < rowCount_; ++step) {
+        const int row = (std::max(from, 0) + step) % rowCount_;
+        const std::string_view path = files()[placeOf(row)].path;
+        if (beginsWith(path.substr(path.rfind('/') + 1), typed))
+            return index(row);
+        if (!byPath.isValid() && beginsWith(path, typed))
+            byPath = index(row);
+    }
+    return byPath;
+}
+
+QItemSelection ChangedFilesModel::rowsOf(const std::set<std::string>& paths) const
+{
+    std::vector<int> rows;
+    for (const std::string& path : paths) {
+        for (auto [place, end] = files().placesOf(path); place < end; ++place)
+            rows.push_back(rowOf(place));
+    }
+    std::ranges::sort(rows);
+    QItemSelection selection;
+    for (std::size_t first = 0; first < rows.size();) {
+        std::size_t last = first;
+        while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1)
+            ++last;
+        selection.append(QItemSelectionRange(index(rows[first]), index(rows[last])));
+        first = last + 1;
+    }
+    return selection;
 }
 
 int ChangedFilesModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rowCount_; }

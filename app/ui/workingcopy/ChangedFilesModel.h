@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/records/FileChange.h"
+#include "GitKit/records/ChangedFiles.h"
 #include "app/store/RepositoryStore.h"
 
 #include <QAbstractListModel>
+#include <QItemSelection>
 
-#include <cstdint>
+#include <set>
 #include <string>
-#include <vector>
 
 namespace plovik {
 
@@ -29,23 +29,27 @@ public:
 
     const gitkit::FileChange& file(const QModelIndex& index) const;
     QModelIndex indexOf(const std::string& path) const;
+    /// Returns the first row from `from` on, around the end, whose file's name begins with `typed`, regardless of case; or
+    /// else the first whose path does.
+    QModelIndex nextMatch(const QString& typed, int from) const;
+    /// Returns the rows of the files with these paths.
+    QItemSelection rowsOf(const std::set<std::string>& paths) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    const std::vector<gitkit::FileChange>& files() const { return store_.snapshot().status.value().files; }
+    const gitkit::ChangedFiles& files() const { return store_.snapshot().status.value().files; }
 
     /// Returns the index in the status of the file of a row.
     std::size_t placeOf(int row) const;
-    void arrange();
+    int rowOf(std::size_t place) const;
 
     const RepositoryStore& store_;
-    std::vector<std::uint32_t> order_; ///< indexes in the status by row; empty when rows have the order of the status
-    /// Tells whether a new status has the same files. The old status is gone when the new one is announced.
-    std::size_t rowsHash_ = 0;
-    int rowCount_ = 0;
+    /// Tells whether a new status has the same rows. The old status is gone when the new one is announced.
+    std::size_t arrangement_;
+    int rowCount_;
 };
 
 /// Returns the path of a changed file as text to show, "old → new" for a rename.

@@ -50,16 +50,10 @@ StagingBar::StagingBar(RepositoryStore& store, QWidget* parent)
 void StagingBar::showCounts()
 {
     const auto& files = store_.snapshot().status.value().files;
-    std::size_t touched = 0;
-    std::size_t whole = 0;
-    for (const gitkit::FileChange& file : files) {
-        const gitkit::StageState state = store_.staging().shownStageState(file);
-        touched += state != gitkit::StageState::none ? 1 : 0;
-        whole += state == gitkit::StageState::full ? 1 : 0;
-    }
-    stageAll_->setEnabled(whole < files.size());
-    unstageAll_->setEnabled(touched > 0);
-    count_->setText(files.empty() ? QString() : tr("%L1 of %L2 staged").arg(touched).arg(files.size()));
+    const Staging::StageCounts counts = store_.staging().shownCounts();
+    stageAll_->setEnabled(counts.whole < std::ssize(files.list()));
+    unstageAll_->setEnabled(counts.touched > 0);
+    count_->setText(files.empty() ? QString() : tr("%L1 of %L2 staged").arg(counts.touched).arg(files.size()));
 }
 
 } // namespace plovik

@@ -151,17 +151,7 @@ void WorkingCopyView::userSelected()
 
 void WorkingCopyView::showStoreSelection()
 {
-    const std::set<std::string>& paths = store_.window().selectedPaths.value();
-    QItemSelection selection;
-    const int count = paths.empty() ? 0 : model_->rowCount();
-    for (int row = 0; row < count; ++row) {
-        if (!paths.contains(model_->file(model_->index(row)).path))
-            continue;
-        const int first = row;
-        while (row + 1 < count && paths.contains(model_->file(model_->index(row + 1)).path))
-            ++row;
-        selection.append(QItemSelectionRange(model_->index(first), model_->index(row)));
-    }
+    const QItemSelection selection = model_->rowsOf(store_.window().selectedPaths.value());
     const QScopedValueRollback updating(isUpdating_, true);
     list_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     // The arrow keys start from the selection.
