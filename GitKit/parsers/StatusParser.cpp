@@ -11,17 +11,6 @@ namespace gitkit {
 
 namespace {
 
-void parseAheadBehind(std::string_view value, RepoStatus& status)
-{
-    Pieces parts(value, ' ');
-    while (const auto part = parts.next()) {
-        if (part->starts_with('+'))
-            status.ahead = readNumber(part->substr(1));
-        else if (part->starts_with('-'))
-            status.behind = readNumber(part->substr(1));
-    }
-}
-
 void parseHeader(std::string_view line, RepoStatus& status)
 {
     const auto fields = splitFields<3>(line, ' ');
@@ -34,8 +23,6 @@ void parseHeader(std::string_view line, RepoStatus& status)
         status.branch = value;
     else if (key == "branch.upstream")
         status.upstream = value;
-    else if (key == "branch.ab")
-        parseAheadBehind(value, status);
 }
 
 /// Reads an entry of `Count` fields: the letters are the second and the path is the last.

@@ -10,7 +10,8 @@ namespace gitkit {
 
 /// Reads what `git status` prints. Pure; skips what it cannot read. Any thread.
 struct StatusParser {
-    static constexpr std::array arguments{"status", "--porcelain=v2", "--branch", "-z", "--untracked-files=all"};
+    static constexpr std::array arguments{"status", "--porcelain=v2",        "--branch",
+                                          "-z",     "--untracked-files=all", "--no-ahead-behind"};
 
     /// `output` is what a run with `arguments` printed. The files come out in display order.
     static RepoStatus parse(std::string_view output);

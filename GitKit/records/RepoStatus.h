@@ -14,8 +14,6 @@ struct RepoStatus {
     std::optional<std::string> branch;   ///< short name; absent while HEAD is detached
     std::optional<std::string> oid;      ///< full hash of HEAD; absent before the first commit
     std::optional<std::string> upstream; ///< short name, such as origin/main
-    int ahead = 0;
-    int behind = 0;
     ChangedFiles files;   ///< in display order
     std::string warnings; ///< what git complained of although it succeeded, such as a folder it cannot read
 

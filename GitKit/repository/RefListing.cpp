@@ -61,19 +61,31 @@ std::string readableTips(const GitRunner& runner)
     return result;
 }
 
+std::string linesOf(std::string_view text, std::string_view beginning)
+{
+    std::string found;
+    Pieces lines(text, '\n');
+    while (const auto line = lines.next()) {
+        if (line->starts_with(beginning))
+            found.append(*line).push_back('\n');
+    }
+    return found;
+}
+
 } // namespace
 
-std::vector<GitRef> listRefs(const GitRepository& repo)
+RefListing listRefs(const GitRepository& repo)
 {
-    const GitOutput output =
-        repo.runner().accepted({"for-each-ref", RefParser::listingFormat, "refs/heads", "refs/remotes", "refs/tags"});
-    std::vector<GitRef> refs = RefParser::parseListing(output.stdoutBytes);
+    const GitOutput output = repo.runner().accepted(
+        {"for-each-ref", RefParser::listingFormat, "refs/heads", "refs/remotes", "refs/tags", "refs/replace"});
+    RefListing listing{.refs = RefParser::parseListing(output.stdoutBytes),
+                       .replacements = linesOf(output.stdoutBytes, "refs/replace/")};
     for (const std::string& name : brokenRefs(output)) {
         if (std::optional<GitRef> ref = RefParser::unreadable(name))
-            refs.push_back(std::move(*ref));
+            listing.refs.push_back(std::move(*ref));
     }
-    sortForDisplay(refs);
-    return refs;
+    sortForDisplay(listing.refs);
+    return listing;
 }
 
 RefTips readRefTips(const GitRepository& repo)

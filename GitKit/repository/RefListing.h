@@ -4,6 +4,7 @@
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/RefTips.h"
 
+#include <string>
 #include <vector>
 
 namespace gitkit {
@@ -13,9 +14,13 @@ class GitRepository;
 // The refs of a repository, read without walking its history or opening its objects. Any thread; these block and throw
 // as the methods of GitRepository do.
 
-/// Returns what GitRepository::refs() does, in the same order, but how far branches are ahead and behind is not counted:
-/// both numbers are 0.
-std::vector<GitRef> listRefs(const GitRepository& repo);
+struct RefListing {
+    /// What GitRepository::refs() returns, in the same order, but how far branches are ahead and behind is not counted:
+    /// both numbers are 0.
+    std::vector<GitRef> refs;
+    std::string replacements; ///< one line for each ref that replaces an object; for historyCuts() (Divergence.h)
+};
+RefListing listRefs(const GitRepository& repo);
 
 /// Returns where HEAD and all refs point. A ref that cannot be read is left out.
 RefTips readRefTips(const GitRepository& repo);

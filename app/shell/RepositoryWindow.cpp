@@ -15,7 +15,9 @@
 #include "app/ui/window/RepositoryView.h"
 
 #include <QCloseEvent>
+#include <QFile>
 #include <QMenuBar>
+#include <QStandardPaths>
 
 #include <utility>
 
@@ -29,6 +31,13 @@ constexpr std::chrono::milliseconds frameSettles{300};
 /// How often a repository is read that cannot be watched as a whole.
 constexpr std::chrono::seconds checkPause{30};
 
+std::filesystem::path cacheFolder()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    return folder.isEmpty() ? std::filesystem::path()
+                            : std::filesystem::path(QFile::encodeName(folder).toStdString()) / "plovik";
+}
+
 StoreServices desktopServices()
 {
     StoreServices services;
@@ -37,6 +46,7 @@ StoreServices desktopServices()
     services.trash = &moveToTrash;
     services.messages = commitMessageWriter();
     services.signIn = askpass::opener();
+    services.cacheFolder = cacheFolder();
     services.trust = {.trusted = &trustedPrograms::fingerprint, .trust = &trustedPrograms::trust};
     return services;
 }

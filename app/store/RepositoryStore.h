@@ -13,6 +13,7 @@
 #include "app/store/StoreServices.h"
 #include "app/store/Trail.h"
 #include "app/store/Trust.h"
+#include "app/store/UpstreamCounts.h"
 #include "app/store/WindowState.h"
 #include "app/store/actions/Actors.h"
 
@@ -39,6 +40,8 @@ public:
     const WindowState& window() const { return window_; }
     Snapshot& snapshot() { return snapshot_; }
     const Snapshot& snapshot() const { return snapshot_; }
+    UpstreamCounts& counts() { return counts_; }
+    const UpstreamCounts& counts() const { return counts_; }
     Trust& trust() { return trust_; }
     const Trust& trust() const { return trust_; }
     Changes& changes() { return changes_; }
@@ -65,6 +68,7 @@ private:
     GitAccess git_;
     WindowState window_;
     Snapshot snapshot_{git_, window_};
+    UpstreamCounts counts_{git_, snapshot_, services_.cacheFolder};
     Trust trust_{git_, snapshot_, services_.trust};
     Changes changes_{git_, log_, snapshot_, trust_, window_, services_.signIn};
     Discards discards_{window_, snapshot_, changes_};

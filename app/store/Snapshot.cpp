@@ -2,6 +2,7 @@
 #include "app/store/Snapshot.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/RefListing.h"
 #include "app/store/Failure.h"
 #include "app/store/ShownText.h"
 #include "app/store/WindowState.h"
@@ -67,21 +68,27 @@ QCoro::Task<> Snapshot::refreshing(RefreshScope scope)
 
 QCoro::Task<> Snapshot::reading(RefreshScope scope)
 {
-    co_await readStatus();
-    if (scope == RefreshScope::full) {
-        listingProblem_.clear();
-        co_await readRefs();
-        co_await readRemotes();
-        co_await readStashes();
-        dropStaleSelection();
-        for (std::size_t index = 0; index < followers_.size(); ++index) {
-            if (followers_[index].afterListings)
-                co_await followers_[index].afterListings();
-        }
-    }
+    if (scope == RefreshScope::full)
+        co_await readAll();
+    else
+        co_await readStatus();
     readProblem = statusProblem_.isEmpty() ? listingProblem_ : statusProblem_;
     if (scope == RefreshScope::full)
         hasLoaded = true;
+}
+
+/// All reads begin at once, because none needs what another one finds.
+QCoro::Task<> Snapshot::readAll()
+{
+    listingProblem_.clear();
+    std::array<QCoro::Task<>, 4> reads{readStatus(), readRefs(), readRemotes(), readStashes()};
+    for (QCoro::Task<>& read : reads)
+        co_await read;
+    dropStaleSelection();
+    for (std::size_t index = 0; index < followers_.size(); ++index) {
+        if (followers_[index].afterListings)
+            co_await followers_[index].afterListings();
+    }
 }
 
 QCoro::Task<> Snapshot::readStatus()
@@ -141,15 +148,21 @@ void Snapshot::applyOperation(const RepositoryState& read)
 QCoro::Task<> Snapshot::readRefs()
 {
     try {
-        std::vector<GitRef> refs = co_await git_.read(&GitRepository::refs);
+        gitkit::RefListing listing = co_await git_.read(gitkit::listRefs);
+        replacements_ = std::move(listing.replacements);
         std::array<std::vector<GitRef>, 3> byKind;
-        for (GitRef& ref : refs)
+        for (GitRef& ref : listing.refs)
             byKind[static_cast<std::size_t>(ref.kind)].push_back(std::move(ref));
         branches = std::move(byKind[0]);
         remoteBranches = std::move(byKind[1]);
         tags = std::move(byKind[2]);
     } catch (const std::exception& thrown) {
         noteListingProblem(thrown);
+        co_return;
+    }
+    for (const Follower& follower : followers_) {
+        if (follower.refsRead)
+            follower.refsRead();
     }
 }
 

@@ -45,6 +45,9 @@ public:
     /// The operation in which git has stopped, such as a merge; read together with the status.
     Observed<std::optional<gitkit::OperationInProgress>, Snapshot> inProgress;
 
+    /// The refs that replace objects, as RefListing has them.
+    const std::string& replacements() const { return replacements_; }
+
     /// Counts the successful status reads. Readers of file contents read again when it grows.
     Observed<qint64, Snapshot> generation{0};
     /// Why a part of the last refresh failed; empty when all of it succeeded. Distinguishes an unreadable repository
@@ -74,6 +77,7 @@ public:
         std::function<void()> beforeStatus = {};
         std::function<void(const RepositoryState& read)> operationRead = {};
         std::function<void()> afterStatus = {}; ///< also after a failure
+        std::function<void()> refsRead = {};    ///< not after a failure
         /// Called in a full refresh, which ends when this has ended.
         std::function<QCoro::Task<>()> afterListings = {};
     };
@@ -82,6 +86,7 @@ public:
 private:
     QCoro::Task<> refreshing(RefreshScope scope);
     QCoro::Task<> reading(RefreshScope scope);
+    QCoro::Task<> readAll();
     QCoro::Task<> readStatus();
     QCoro::Task<> readRefs();
     QCoro::Task<> readRemotes();
@@ -96,6 +101,7 @@ private:
     WindowState& window_;
     std::vector<Follower> followers_;
     std::optional<std::filesystem::path> gitDirectory_;
+    std::string replacements_;
     std::string preparedMessage_; ///< git's message for the next commit, with its comments
     bool isRefreshing_ = false;
     std::optional<RefreshScope> pending_;

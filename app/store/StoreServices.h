@@ -38,6 +38,8 @@ struct StoreServices {
     /// Opens the line on which git's programs ask the user. When empty, they ask as the environment tells them.
     OpenSignIn signIn = {};
     TrustMemory trust = {};
+    /// The application's folder for what can be made again. When empty, nothing of that is kept.
+    std::filesystem::path cacheFolder = {};
 };
 
 } // namespace plovik

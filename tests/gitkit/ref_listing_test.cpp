@@ -144,7 +144,7 @@ TEST(RefListing, DiffersFromTheCountedListOnlyByTheCounts)
     writeFile(repo / ".git/refs/heads/damaged", "");
 
     std::vector<GitRef> counted = repo.repository().refs();
-    std::vector<GitRef> listed = listRefs(repo.repository());
+    std::vector<GitRef> listed = listRefs(repo.repository()).refs;
     std::vector<std::string> upstreams;
     for (GitRef& ref : listed) {
         if (const std::string upstream = std::exchange(ref.upstreamRef, {}); !upstream.empty())

@@ -601,7 +601,7 @@ TEST(Remotes, FetchPrunesAndPullAnswersAtOnce)
     inClone({"push", "-q", "origin", "main", ":old"});
     repository.fetch();
     EXPECT_EQ(repo.read({"for-each-ref", "--format=%(refname)", "refs/remotes"}), "refs/remotes/origin/main");
-    EXPECT_EQ(repository.status().behind, 1);
+    EXPECT_EQ(repository.refs().front().behind, 1);
     repository.pull();
     EXPECT_EQ(repo.head(), repo.atRemote("refs/heads/main"));
 

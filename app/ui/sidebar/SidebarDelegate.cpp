@@ -33,17 +33,18 @@ QRect textArea(const QRect& row, int left, int rightUsed)
 }
 
 /// Returns what stands behind the name of a ref.
-QString divergence(const gitkit::GitRef& ref, bool isUpstreamGone)
+QString besideName(const SidebarModel& model, const QModelIndex& index)
 {
-    if (ref.hash.empty())
+    if (model.ref(index)->hash.empty())
         return SidebarDelegate::tr("damaged");
-    if (isUpstreamGone)
+    if (model.isUpstreamGone(index))
         return SidebarDelegate::tr("gone");
+    const gitkit::Divergence from = model.divergence(index);
     QStringList parts;
-    if (ref.ahead > 0)
-        parts.append(u"↑%1"_s.arg(ref.ahead));
-    if (ref.behind > 0)
-        parts.append(u"↓%1"_s.arg(ref.behind));
+    if (from.ahead > 0)
+        parts.append(u"↑%1"_s.arg(from.ahead));
+    if (from.behind > 0)
+        parts.append(u"↓%1"_s.arg(from.behind));
     return parts.join(u' ');
 }
 
@@ -143,7 +144,7 @@ void SidebarDelegate::paintRef(QPainter& painter, const QStyleOptionViewItem& op
         painter.restore();
     }
     int used = 0;
-    if (const QString right = divergence(ref, model_.isUpstreamGone(index)); !right.isEmpty()) {
+    if (const QString right = besideName(model_, index); !right.isEmpty()) {
         const QFont small = Theme::font(-1.5);
         used = textWidth(right, small);
         paintText(painter, option.rect.adjusted(0, 0, -textInset, 0), right, small,

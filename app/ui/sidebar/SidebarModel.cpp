@@ -15,15 +15,15 @@ namespace plovik {
 namespace {
 
 /// Returns the line of a tooltip that tells how far a branch is from its upstream.
-QString followingLine(const gitkit::GitRef& branch, const QString& upstream)
+QString followingLine(gitkit::Divergence from, const QString& upstream)
 {
-    const QString ahead = QString::number(branch.ahead);
-    const QString behind = QString::number(branch.behind);
-    if (branch.ahead > 0 && branch.behind > 0)
+    const QString ahead = QString::number(from.ahead);
+    const QString behind = QString::number(from.behind);
+    if (from.ahead > 0 && from.behind > 0)
         return SidebarModel::tr("Follows %1, %2 ahead, %3 behind").arg(upstream, ahead, behind);
-    if (branch.ahead > 0)
+    if (from.ahead > 0)
         return SidebarModel::tr("Follows %1, %2 ahead").arg(upstream, ahead);
-    if (branch.behind > 0)
+    if (from.behind > 0)
         return SidebarModel::tr("Follows %1, %2 behind").arg(upstream, behind);
     return SidebarModel::tr("Follows %1").arg(upstream);
 }
@@ -316,6 +316,11 @@ std::vector<QModelIndex> SidebarModel::containers() const
     return found;
 }
 
+gitkit::Divergence SidebarModel::divergence(const Node& node) const
+{
+    return node.kind == Kind::ref ? store_.counts().of(node.ref->fullName) : gitkit::Divergence();
+}
+
 QString SidebarModel::label(const Node& node) const
 {
     switch (node.kind) {
@@ -359,7 +364,8 @@ QString SidebarModel::toolTip(const Node& node) const
         lines << why;
     if (node.ref->upstream) {
         const QString upstream = shownText(*node.ref->upstream);
-        lines << (node.upstreamGone ? tr("Its upstream %1 is gone").arg(upstream) : followingLine(*node.ref, upstream));
+        lines << (node.upstreamGone ? tr("Its upstream %1 is gone").arg(upstream)
+                                    : followingLine(divergence(node), upstream));
     }
     return lines.join(u'\n');
 }

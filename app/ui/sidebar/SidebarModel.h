@@ -46,6 +46,8 @@ public:
     int count(const QModelIndex& index) const;
     /// Returns the ref of a row, or nullptr when the row is no ref. Valid until rebuild().
     const gitkit::GitRef* ref(const QModelIndex& index) const;
+    /// Returns how far the branch of a row is from its upstream, as far as that is known.
+    gitkit::Divergence divergence(const QModelIndex& index) const { return divergence(node(index)); }
     /// Returns whether the ref has an upstream that does not exist any more.
     bool isUpstreamGone(const QModelIndex& index) const { return node(index).upstreamGone; }
     /// Returns what the row selects, or nullopt when it cannot be selected.
@@ -94,6 +96,7 @@ private:
     void markGoneUpstreams();
     void rebuildNodes();
 
+    gitkit::Divergence divergence(const Node& node) const;
     QString label(const Node& node) const;
     QString accessibleName(const Node& node) const;
     QString toolTip(const Node& node) const;

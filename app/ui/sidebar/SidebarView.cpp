@@ -14,15 +14,19 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 #include <array>
+#include <chrono>
 #include <functional>
 
 namespace plovik {
 
 namespace {
+
+constexpr std::chrono::milliseconds rowsSettle{20};
 
 struct GroupSetting {
     SidebarModel::Kind kind;
@@ -150,6 +154,16 @@ void SidebarView::makeTree()
     connect(tree, &QTreeView::doubleClicked, this, &SidebarView::checkOut);
     tree->menuRequested = [this](const QContextMenuEvent& event) { showMenu(event); };
     connect(&Settings::shared(), &Settings::changed, this, &SidebarView::applyGroupSetting);
+    settling_ = new QTimer(this);
+    settling_->setSingleShot(true);
+    settling_->setInterval(rowsSettle);
+    connect(settling_, &QTimer::timeout, this, &SidebarView::tellInSight);
+    const auto moved = [this] { settling_->start(); };
+    connect(tree->verticalScrollBar(), &QScrollBar::valueChanged, this, moved);
+    connect(tree->verticalScrollBar(), &QScrollBar::rangeChanged, this, moved);
+    connect(model_, &QAbstractItemModel::modelReset, this, moved);
+    connect(tree, &QTreeView::expanded, this, moved);
+    connect(tree, &QTreeView::collapsed, this, moved);
 }
 
 void SidebarView::makeFilter()
@@ -170,6 +184,7 @@ void SidebarView::observeStore()
     notifiers_.push_back(store_.snapshot().remoteBranches.addNotifier(rebuild));
     notifiers_.push_back(store_.snapshot().tags.addNotifier(rebuild));
     notifiers_.push_back(store_.snapshot().remotes.addNotifier(rebuild));
+    notifiers_.push_back(store_.counts().changes.addNotifier([this] { tree_->viewport()->update(); }));
     const auto counts = [this] { model_->countsChanged(); };
     notifiers_.push_back(store_.snapshot().status.addNotifier(counts));
     notifiers_.push_back(store_.snapshot().stashes.addNotifier(counts));
@@ -177,6 +192,20 @@ void SidebarView::observeStore()
         if (!isUpdating_)
             showStoreSelection(Reveal::yes);
     }));
+}
+
+/// The branches in sight are counted before others.
+void SidebarView::tellInSight()
+{
+    std::vector<std::string> names;
+    const int bottom = tree_->viewport()->height();
+    for (QModelIndex row = tree_->indexAt(QPoint(0, 0)); row.isValid() && tree_->visualRect(row).top() < bottom;
+         row = tree_->indexBelow(row))
+    {
+        if (const gitkit::GitRef* const ref = model_->ref(row))
+            names.push_back(ref->fullName);
+    }
+    store_.counts().setInSight(std::move(names));
 }
 
 void SidebarView::modelWasReset()

@@ -6,6 +6,7 @@
 #include "app/ui/sidebar/SidebarModel.h"
 
 #include <QProperty>
+#include <QTimer>
 #include <QWidget>
 
 #include <set>
@@ -51,6 +52,7 @@ private:
     void noteExpansion(const QModelIndex& index, bool isOpen);
     void applyGroupSetting(const QString& settingKey);
 
+    void tellInSight();
     void userSelected();
     void showStoreSelection(Reveal reveal);
     bool filterKeyPressed(int key);
@@ -62,6 +64,7 @@ private:
     QTreeView* tree_ = nullptr;
     QLineEdit* filter_ = nullptr;
     ScrollKeeper* scroll_ = nullptr;
+    QTimer* settling_ = nullptr;          ///< runs out when the rows have stood still for a moment
     std::set<std::string> closedFolders_; ///< their keys; remembered until the window is closed
     bool isUpdating_ = false;             ///< the view changes the tree itself; the user does not
     std::vector<QPropertyNotifier> notifiers_;

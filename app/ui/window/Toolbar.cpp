@@ -53,6 +53,7 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
 
     notifiers_ = followOffers(store, [this] { updateButtons(); });
     notifiers_.push_back(store.snapshot().status.addNotifier([this] { statusChanged(); }));
+    notifiers_.push_back(store.counts().changes.addNotifier([this] { statusChanged(); }));
     updateButtons();
     statusChanged();
 }
@@ -81,12 +82,12 @@ void Toolbar::updateButtons()
 
 void Toolbar::statusChanged()
 {
-    const gitkit::RepoStatus& status = store_.snapshot().status.value();
+    const gitkit::Divergence counts = store_.counts().ofHead();
     const QString head = store_.snapshot().headDescription();
     branch_->setText(head);
     branch_->setToolTip(plainToolTip(head));
-    buttons_[CommandId::pull]->setBadge(status.behind > 0 ? u"↓%1"_s.arg(status.behind) : QString());
-    buttons_[CommandId::push]->setBadge(status.ahead > 0 ? u"↑%1"_s.arg(status.ahead) : QString());
+    buttons_[CommandId::pull]->setBadge(counts.behind > 0 ? u"↓%1"_s.arg(counts.behind) : QString());
+    buttons_[CommandId::push]->setBadge(counts.ahead > 0 ? u"↑%1"_s.arg(counts.ahead) : QString());
 }
 
 void Toolbar::paintEvent(QPaintEvent* event)
