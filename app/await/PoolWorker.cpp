@@ -33,7 +33,7 @@ Worker& Worker::pool()
 
 void PoolWorker::post(Lane lane, std::function<void()> job, std::function<void()> done)
 {
-    WorkThreads& threads = lane == Lane::network ? network_ : local_;
+    WorkThreads& threads = lanes_.at(static_cast<std::size_t>(lane));
     threads.start([job = std::move(job), done = std::move(done)]() mutable {
         job();
         job = nullptr;

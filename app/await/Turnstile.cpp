@@ -22,7 +22,9 @@ Turnstile::Pass Turnstile::Turn::await_resume()
 {
     if (state_->closed)
         throw OwnerGone{};
-    state_->taken = true;
+    // A coroutine that waited got the place of the one that left.
+    if (!hasWaited_)
+        --state_->places;
     return Pass(std::move(state_));
 }
 
@@ -30,13 +32,13 @@ Turnstile::Pass::~Pass()
 {
     if (!state_)
         return;
-    state_->taken = false;
-    if (state_->closed || state_->waiting.empty())
+    if (state_->closed || state_->waiting.empty()) {
+        ++state_->places;
         return;
+    }
+    // The place goes to the resumed coroutine without becoming free, so that no other one can enter first.
     const std::coroutine_handle<> next = state_->waiting.front();
     state_->waiting.pop_front();
-    // Taken before the resumed coroutine runs, so that no other one can enter first.
-    state_->taken = true;
     next.resume();
 }
 

@@ -7,17 +7,18 @@
 
 namespace plovik {
 
-/// Lets coroutines of the main thread through one at a time, in the order of their arrival, so that two of our
-/// coroutines never write to a repository's index at the same time.
+/// Lets coroutines of the main thread through in the order of their arrival, so many at a time as it has places: one, so
+/// that two of our coroutines never write to a repository's index at the same time, or a few, so that walks of the
+/// history do not take all processors.
 class Turnstile {
     struct State {
-        bool taken = false;
+        int places = 1;
         bool closed = false;
         std::deque<std::coroutine_handle<>> waiting;
     };
 
 public:
-    Turnstile() : state_(std::make_shared<State>()) {}
+    explicit Turnstile(int places = 1) : state_(std::make_shared<State>()) { state_->places = places; }
     /// Unwinds the coroutines that still wait with OwnerGone.
     ~Turnstile();
     Turnstile(const Turnstile&) = delete;
@@ -39,13 +40,18 @@ public:
     public:
         explicit Turn(std::shared_ptr<State> state) : state_(std::move(state)) {}
 
-        bool await_ready() const noexcept { return !state_->taken; }
-        void await_suspend(std::coroutine_handle<> waiting) { state_->waiting.push_back(waiting); }
+        bool await_ready() const noexcept { return state_->places > 0; }
+        void await_suspend(std::coroutine_handle<> waiting)
+        {
+            hasWaited_ = true;
+            state_->waiting.push_back(waiting);
+        }
         /// Throws OwnerGone when the turnstile is gone.
         Pass await_resume();
 
     private:
         std::shared_ptr<State> state_;
+        bool hasWaited_ = false;
     };
 
     /// Awaits a turn: `const Turnstile::Pass pass = co_await turnstile.enter();`

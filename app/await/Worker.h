@@ -12,8 +12,13 @@ namespace plovik {
 /// All functions are called on the main thread. A worker outlives everything that uses it.
 class Worker {
 public:
-    /// Network work has its own threads, so that a hanging fetch never delays a status read.
-    enum class Lane { local, network };
+    /// No work waits for that of another lane: staging does not wait for a search, nor a status for a fetch.
+    enum class Lane {
+        change,    ///< changes a repository without the network
+        shortRead, ///< takes milliseconds, and longer only with a repository's size: a status, a commit, a diff
+        longRead,  ///< walks the history
+        network
+    };
 
     /// Cancels the callback when it is destroyed.
     class Delay {

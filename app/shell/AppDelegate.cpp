@@ -159,7 +159,7 @@ QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder, Activati
     const auto opening = opening_;
     try {
         const std::filesystem::path root = co_await BlockingCall<std::filesystem::path>(
-            Worker::pool(), Worker::Lane::local, alive_, std::bind_front(&topLevelOf, folder));
+            Worker::pool(), Worker::Lane::shortRead, alive_, std::bind_front(&topLevelOf, folder));
         token.lend([this, &root] { showRepository(root); });
     } catch (const std::exception& failure) {
         token.lend([&] { reportUnopenable(folder, failure); });

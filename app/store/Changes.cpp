@@ -110,7 +110,7 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
     const std::stop_token stop = run->stop.get_token();
     gitkit::RunContext context{.listener = runs, .stop = stop};
     run->signIn = signIns_.begin(change.title, openSignIn_, context);
-    const Worker::Lane lane = touches(change.verb, Touch::network) ? Worker::Lane::network : Worker::Lane::local;
+    const Worker::Lane lane = touches(change.verb, Touch::network) ? Worker::Lane::network : Worker::Lane::change;
     std::optional<Failure> failure;
     try {
         std::optional<Turnstile::Pass> pass;

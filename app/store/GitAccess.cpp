@@ -34,6 +34,27 @@ gitkit::RunContext changeContext(gitkit::RunContext context, gitkit::ProgramGuar
     return context;
 }
 
+/// Requests its own stop when one of two others is requested.
+struct EitherStop {
+    struct Request {
+        std::stop_source& either;
+        void operator()() const { either.request_stop(); }
+    };
+
+    EitherStop(std::stop_token one, std::stop_token other)
+        : first(std::move(one), Request{either}), second(std::move(other), Request{either})
+    {}
+
+    std::stop_source either;
+    std::stop_callback<Request> first;
+    std::stop_callback<Request> second;
+};
+
+struct Reading {
+    std::shared_ptr<const EitherStop> stops;
+    gitkit::GitRepository repo;
+};
+
 /// Shared by the operations that have not ended.
 const std::shared_ptr<const std::monostate>& underWay()
 {
@@ -45,7 +66,8 @@ const std::shared_ptr<const std::monostate>& underWay()
 
 GitAccess::GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log)
     : guard_(std::make_shared<gitkit::ProgramGuard>(root)),
-      repo_(std::make_shared<const gitkit::GitRepository>(std::move(root), readContext(log, guard_, {}))),
+      repo_(std::make_shared<const gitkit::GitRepository>(std::move(root),
+                                                          readContext(log, guard_, closing_.get_token()))),
       worker_(worker), log_(log)
 {}
 
@@ -53,11 +75,14 @@ GitAccess::~GitAccess() = default;
 
 const std::filesystem::path& GitAccess::root() const { return repo_->root(); }
 
-std::shared_ptr<const gitkit::GitRepository> GitAccess::reading(std::stop_token stop) const
+std::shared_ptr<const gitkit::GitRepository> GitAccess::repository(std::stop_token stop) const
 {
     if (!stop.stop_possible())
         return repo_;
-    return std::make_shared<const gitkit::GitRepository>(repo_->in(readContext(log_, guard_, std::move(stop))));
+    const auto stops = std::make_shared<EitherStop>(std::move(stop), closing_.get_token());
+    const auto reading =
+        std::make_shared<Reading>(Reading{stops, repo_->in(readContext(log_, guard_, stops->either.get_token()))});
+    return {reading, &reading->repo};
 }
 
 BlockingCall<void> GitAccess::change(Worker::Lane lane, const gitkit::RunContext& context, Programs programs,

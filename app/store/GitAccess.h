@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/await/Await.h"
+#include "app/await/Turnstile.h"
 #include "app/await/Worker.h"
 
 #include <filesystem>
@@ -40,8 +41,20 @@ public:
     Worker& worker() const { return worker_; }
     const AliveToken& alive() const { return alive_; }
 
-    /// From now on every coroutine that awaits through this unwinds instead of resuming.
-    void close() { alive_.reset(); }
+    /// Ends the git of all reads. From now on every coroutine that awaits through this unwinds instead of resuming.
+    void close()
+    {
+        alive_.reset();
+        closing_.request_stop();
+    }
+
+    /// Awaits a place among the few reads of this repository that may walk its history at the same time. Hold the pass
+    /// while one walks.
+    Turnstile::Turn longReadTurn() const { return longReads_.enter(); }
+
+    /// Returns the repository for a read that outlasts one call. Its git ends soon after `stop` is requested or the
+    /// store is closed, and never asks the user anything.
+    std::shared_ptr<const gitkit::GitRepository> repository(std::stop_token stop) const;
 
     /// Awaits a function of the repository, with copies of the arguments. Its git never asks the user anything.
     template <typename Result, typename... Parameters, typename... Arguments>
@@ -57,8 +70,8 @@ public:
                                    Result (*function)(const gitkit::GitRepository&, Parameters...),
                                    Arguments&&... arguments) const
     {
-        return BlockingCall<Result>(worker_, Worker::Lane::local, alive_,
-                                    [repo = reading(std::move(stop)), function,
+        return BlockingCall<Result>(worker_, Worker::Lane::shortRead, alive_,
+                                    [repo = repository(std::move(stop)), function,
                                      ... copies = std::decay_t<Parameters>(std::forward<Arguments>(
                                          arguments))]() -> Result { return function(*repo, copies...); });
     }
@@ -68,18 +81,26 @@ public:
     BlockingCall<Result> read(Result (gitkit::GitRepository::*verb)(Parameters...) const,
                               Arguments&&... arguments) const
     {
-        return BlockingCall<Result>(worker_, Worker::Lane::local, alive_,
-                                    [repo = reading({}), verb,
+        return BlockingCall<Result>(worker_, Worker::Lane::shortRead, alive_,
+                                    [repo = repository({}), verb,
                                      ... copies = std::decay_t<Arguments>(std::forward<Arguments>(
                                          arguments))]() -> Result { return ((*repo).*verb)(copies...); });
     }
 
     /// The same for a function object that copies what it needs. For Latest.
     template <typename Result>
-    BlockingCall<Result> readWith(std::function<Result(const gitkit::GitRepository&)> job, std::stop_token stop) const
+    BlockingCall<Result> readWith(Worker::Lane lane, std::function<Result(const gitkit::GitRepository&)> job,
+                                  std::stop_token stop) const
     {
-        return BlockingCall<Result>(worker_, Worker::Lane::local, alive_,
-                                    [repo = reading(std::move(stop)), job = std::move(job)] { return job(*repo); });
+        return BlockingCall<Result>(worker_, lane, alive_,
+                                    [repo = repository(std::move(stop)), job = std::move(job)] { return job(*repo); });
+    }
+
+    /// Awaits a function object that needs no repository.
+    template <typename Result>
+    BlockingCall<Result> run(Worker::Lane lane, std::function<Result()> job) const
+    {
+        return BlockingCall<Result>(worker_, lane, alive_, std::move(job));
     }
 
     /// A function that changes the repository.
@@ -102,12 +123,14 @@ public:
     static bool areChangesUnderWay();
 
 private:
-    std::shared_ptr<const gitkit::GitRepository> reading(std::stop_token stop) const;
+    static constexpr int mostLongReads = 3;
 
+    std::stop_source closing_;
     std::shared_ptr<gitkit::ProgramGuard> guard_;
     std::shared_ptr<const gitkit::GitRepository> repo_;
     Worker& worker_;
     const CommandLog& log_;
+    mutable Turnstile longReads_{mostLongReads};
     AliveToken alive_ = std::make_shared<const std::monostate>();
 };
 

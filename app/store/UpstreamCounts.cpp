@@ -53,7 +53,7 @@ UpstreamCounts::~UpstreamCounts()
     if (unsaved_ == 0)
         return;
     try {
-        git_.worker().post(Worker::Lane::local, [counts = memory_.counts] { counts->save(); }, [] {});
+        git_.worker().post(Worker::Lane::shortRead, [counts = memory_.counts] { counts->save(); }, [] {});
     } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): they are counted again
     }
 }
@@ -217,7 +217,7 @@ QCoro::Task<> UpstreamCounts::saving()
 {
     unsaved_ = 0;
     try {
-        co_await BlockingCall<void>(git_.worker(), Worker::Lane::local, git_.alive(),
+        co_await BlockingCall<void>(git_.worker(), Worker::Lane::shortRead, git_.alive(),
                                     [counts = memory_.counts] { counts->save(); });
     } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): they are counted again
     }

@@ -22,20 +22,26 @@ class Latest {
 public:
     /// Calls `changed` when a request has been answered or has failed. `changed` may ask again.
     ///
-    /// `read` runs on the worker's threads. Its git never asks the user anything.
+    /// `read` runs on the worker's threads. Its git never asks the user anything. One that walks the history belongs in
+    /// the lane of long reads.
     Latest(const GitAccess& git, Result (*read)(const gitkit::GitRepository&, const Request&),
-           std::function<void()> changed)
-        : Latest(git, std::move(changed),
-                 [read](const auto& repo, const auto& request, auto) { return read(repo, request); })
+           std::function<void()> changed, Worker::Lane lane = Worker::Lane::shortRead)
+        : Latest(
+              git, std::move(changed),
+              [read](const auto& repo, const auto& request, auto) { return read(repo, request); }, lane)
     {}
 
     /// The same, but `read` gets only the base class of the request, and `digest` makes the result on the same thread.
     template <typename Read, typename Part>
     Latest(const GitAccess& git, Read (*read)(const gitkit::GitRepository&, const Part&),
-           Result (*digest)(Read, const Request&), std::function<void()> changed)
-        : Latest(git, std::move(changed), [read, digest](const auto& repo, const auto& request, auto) {
-              return digest(read(repo, request), request);
-          })
+           Result (*digest)(Read, const Request&), std::function<void()> changed,
+           Worker::Lane lane = Worker::Lane::shortRead)
+        : Latest(
+              git, std::move(changed),
+              [read, digest](const auto& repo, const auto& request, auto) {
+                  return digest(read(repo, request), request);
+              },
+              lane)
     {}
 
     /// The same for `work` that needs no repository. It must end soon after the stop is requested.
@@ -94,8 +100,8 @@ public:
 private:
     using Job = std::function<Result(const gitkit::GitRepository&, const Request&, std::stop_token)>;
 
-    Latest(const GitAccess& git, std::function<void()> changed, Job job)
-        : git_(git), changed_(std::move(changed)), job_(std::move(job))
+    Latest(const GitAccess& git, std::function<void()> changed, Job job, Worker::Lane lane = Worker::Lane::shortRead)
+        : git_(git), changed_(std::move(changed)), job_(std::move(job)), lane_(lane)
     {}
 
     void start()
@@ -115,7 +121,13 @@ private:
         std::optional<Failure> failure;
         try {
             const std::stop_token stop = stop_.get_token();
+            std::optional<Turnstile::Pass> pass;
+            if (lane_ == Worker::Lane::longRead)
+                pass.emplace(co_await git_.longReadTurn());
+            if (alive.expired() || number != number_)
+                co_return;
             result = co_await git_.template readWith<Result>(
+                lane_,
                 [job = job_, request, stop](const gitkit::GitRepository& repo) { return job(repo, request, stop); },
                 stop);
         } catch (const std::exception& thrown) {
@@ -138,6 +150,7 @@ private:
     const GitAccess& git_;
     std::function<void()> changed_;
     Job job_;
+    Worker::Lane lane_;
     std::optional<Request> asked_;
     std::optional<Request> answered_;
     std::optional<Result> result_;

@@ -74,7 +74,8 @@ bool isSameFile(const std::optional<InspectedFile>& one, const InspectedFile& ot
 
 BlamePane::BlamePane(RepositoryStore& store, QWidget* parent)
     : QStackedWidget(parent), store_(store), list_(new BlameList(this)), sentence_(new EmptyState(this)),
-      blames_(store.git(), &readBlame, &blameReading, [this] { blameRead(); }),
+      blames_(
+          store.git(), &readBlame, &blameReading, [this] { blameRead(); }, Worker::Lane::longRead),
       colours_(store.git(), &highlighted, [this] { coloured(); })
 {
     auto* const loading = new EmptyState(this);

@@ -31,7 +31,8 @@ constexpr std::chrono::milliseconds quietListing{150};
 FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
     : QStackedWidget(parent), store_(store), list_(new FileHistoryList), diff_(new DiffPane(store)),
       sentence_(new EmptyState(this)), loading_(new EmptyState(this)),
-      histories_(store.git(), &readFileHistory, [this] { historyRead(); }),
+      histories_(
+          store.git(), &readFileHistory, [this] { historyRead(); }, Worker::Lane::longRead),
       diffs_(store.git(), &readCommitDiff, [this] { diffRead(); })
 {
     diff_->view()->setActionsAvailable(false);
