@@ -4,7 +4,6 @@
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/HistoryWalk.h"
-#include "GitKit/runner/GitError.h"
 
 #include <utility>
 
@@ -21,39 +20,22 @@ DateOrder orderFor(const HistoryWalk& walk)
 
 } // namespace
 
-HistoryStream::HistoryStream(const GitRepository& repo, HistoryWalk walk)
-    : walk_(std::move(walk)), runner_(repo.runner()), order_(orderFor(walk_))
-{
-    start(true);
-}
-
-void HistoryStream::start(bool withHead)
+HistoryStream::HistoryStream(const GitRepository& repo, const HistoryWalk& walk) : order_(orderFor(walk))
 {
     std::vector<std::string> arguments{"log"};
-    if (walk_.isSortedByGit)
+    if (walk.isSortedByGit)
         arguments.emplace_back("--date-order");
     // Without this a setting would make git read every ref before the first commit.
     arguments.insert(arguments.end(), {"--no-decorate", "-z", LogParser::streamFormat});
-    const std::vector<std::string> rest = walkArguments(walkStarts(walk_.scope, withHead), walk_.filter);
+    const std::vector<std::string> rest = walkArguments(walkStarts(walk.scope, HeadStart::ifBorn), walk.filter);
     arguments.insert(arguments.end(), rest.begin(), rest.end());
-    git_.emplace(runner_.stream(arguments));
+    git_.emplace(repo.runner().stream(arguments));
 }
 
 /// Reads once. Returns false at the end.
 bool HistoryStream::readMore()
 {
     bytes_.erase(0, std::exchange(taken_, 0));
-    try {
-        const bool isMore = git_->read(bytes_);
-        hasRead_ = hasRead_ || isMore;
-        return isMore;
-    } catch (const GitError&) {
-        // HEAD names nothing on a branch without commits, and the other branches still have their history.
-        if (hasRead_ || walk_.scope.ref || resolvesHead(runner_))
-            throw;
-    }
-    start(false);
-    hasRead_ = true; // the second failure is one
     return git_->read(bytes_);
 }
 

@@ -36,7 +36,7 @@ struct HistoryWalk {
 class HistoryStream {
 public:
     /// Starts git. Ends with RunStopped when the repository's context requests a stop. Throws as GitRunner::stream().
-    HistoryStream(const GitRepository& repo, HistoryWalk walk);
+    HistoryStream(const GitRepository& repo, const HistoryWalk& walk);
 
     using Clock = std::chrono::steady_clock;
     /// Returns the next commits: at most `most`, and fewer when `until` passes or the history ends. Throws GitError
@@ -49,14 +49,10 @@ public:
     bool isWrong() const { return order_.isWrong(); }
 
 private:
-    void start(bool withHead);
     std::optional<Commit> take(Clock::time_point until);
     bool readMore();
 
-    HistoryWalk walk_;
-    GitRunner runner_;
-    std::optional<GitStream> git_;
-    bool hasRead_ = false;
+    std::optional<GitStream> git_; ///< until the history has ended
     bool hasEnded_ = false;
     std::string bytes_;     ///< printed and not yet taken
     std::size_t taken_ = 0; ///< how much of `bytes_` is taken

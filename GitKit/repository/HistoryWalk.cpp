@@ -6,18 +6,25 @@
 
 namespace gitkit {
 
+namespace {
+
 bool resolvesHead(const GitRunner& runner)
 {
     return runner.output({"rev-parse", "--verify", "--quiet", "HEAD"}).status == 0;
 }
 
-std::vector<std::string> walkStarts(const HistoryScope& scope, bool withHead)
+} // namespace
+
+std::vector<std::string> walkStarts(const HistoryScope& scope, HeadStart head)
 {
     if (scope.ref)
         return {revisionArgument("log", *scope.ref)};
     std::vector<std::string> all{"--branches", "--remotes", "--tags"};
-    if (withHead)
+    if (head == HeadStart::always)
         all.emplace_back("HEAD");
+    // --all adds HEAD where it has a commit, and here no ref besides.
+    if (head == HeadStart::ifBorn)
+        all.insert(all.end(), {"--single-worktree", "--exclude=refs/*", "--all"});
     return all;
 }
 
@@ -50,7 +57,7 @@ std::string walkHistory(const GitRunner& runner, const HistoryScope& scope,
         if (resolvesHead(runner))
             throw;
     }
-    return runner.bytes(command(walkStarts(scope, false)));
+    return runner.bytes(command(walkStarts(scope, HeadStart::never)));
 }
 
 } // namespace gitkit

@@ -18,12 +18,15 @@ namespace gitkit {
 std::string walkHistory(const GitRunner& runner, const HistoryScope& scope,
                         const std::function<std::vector<std::string>(const std::vector<std::string>& starts)>& command);
 
-/// The arguments of `git log` that name where the walk starts. `withHead` is false where HEAD has no commit.
-std::vector<std::string> walkStarts(const HistoryScope& scope, bool withHead = true);
+/// Whether a walk of all refs starts at HEAD, too.
+enum class HeadStart {
+    always, ///< git fails when HEAD has no commit
+    never,
+    ifBorn
+};
+/// The arguments of `git log` that name where the walk starts.
+std::vector<std::string> walkStarts(const HistoryScope& scope, HeadStart head = HeadStart::always);
 /// The arguments that end the command line of such a walk: the filter's options, the starts and the paths.
 std::vector<std::string> walkArguments(const std::vector<std::string>& starts,
                                        const std::optional<HistoryFilter>& filter);
-/// Whether HEAD names a commit.
-bool resolvesHead(const GitRunner& runner);
-
 } // namespace gitkit

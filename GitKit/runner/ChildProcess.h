@@ -25,6 +25,8 @@ public:
 
     /// Kills the program and everything in its group.
     void kill() const;
+    /// Kills the program and everything in its group without waiting for its end, even if it hangs in the kernel.
+    void abandon();
     /// Waits for the program and writes how it ended into `result`, if there is one.
     void reap(GitOutput* result = nullptr);
 

@@ -71,9 +71,11 @@ struct GitStream::Running {
 
     ~Running()
     {
+        if (hasEnded)
+            return;
+        child->abandon();
         const bool isStopped = request.stop.stop_requested();
-        if (!hasEnded)
-            report.ended({.stopped = isStopped, .cut = !isStopped});
+        report.ended({.stopped = isStopped, .cut = !isStopped});
     }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;

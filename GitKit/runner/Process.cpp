@@ -13,6 +13,8 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <system_error>
+#include <thread>
+#include <utility>
 
 // Some versions of the C library declare this as a C++ function.
 extern "C" {
@@ -198,6 +200,23 @@ ChildProcess::~ChildProcess()
 }
 
 void ChildProcess::kill() const { ::kill(-pid_, SIGKILL); }
+
+void ChildProcess::abandon()
+{
+    kill();
+    const pid_t pid = std::exchange(pid_, -1);
+    if (::waitpid(pid, nullptr, WNOHANG) != 0)
+        return;
+    const auto wait = [pid] {
+        while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+        }
+    };
+    try {
+        std::thread(wait).detach();
+    } catch (const std::system_error&) {
+        wait();
+    }
+}
 
 void ChildProcess::reap(GitOutput* result)
 {

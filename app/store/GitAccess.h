@@ -76,6 +76,17 @@ public:
                                          arguments))]() -> Result { return function(*repo, copies...); });
     }
 
+    /// The same for a function that walks the history.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    BlockingCall<Result> readLong(std::stop_token stop, Result (*function)(const gitkit::GitRepository&, Parameters...),
+                                  Arguments&&... arguments) const
+    {
+        return BlockingCall<Result>(worker_, Worker::Lane::longRead, alive_,
+                                    [repo = repository(std::move(stop)), function,
+                                     ... copies = std::decay_t<Parameters>(std::forward<Arguments>(
+                                         arguments))]() -> Result { return function(*repo, copies...); });
+    }
+
     /// Awaits one of the repository's methods in the same way, with copies of the arguments.
     template <typename Result, typename... Parameters, typename... Arguments>
     BlockingCall<Result> read(Result (gitkit::GitRepository::*verb)(Parameters...) const,

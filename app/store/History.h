@@ -3,23 +3,25 @@
 
 #include "GitKit/records/HistoryFilter.h"
 #include "app/store/GitAccess.h"
-#include "app/store/HistoryRow.h"
+#include "app/store/HistoryRows.h"
 #include "app/store/Observed.h"
 #include "app/store/SidebarItem.h"
 
 #include <QCoreApplication>
 #include <QString>
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
-#include <vector>
 
 namespace plovik {
 
 struct FoundCommit;
-struct HistoryPage;
+struct HistoryPiece;
+struct HistorySource;
 class Snapshot;
 class WindowState;
 
@@ -34,14 +36,19 @@ public:
     History(const History&) = delete;
     History& operator=(const History&) = delete;
 
-    Observed<std::vector<HistoryRow>, History> history;
+    /// The rows that are read so far.
+    Observed<HistoryRows, History> history;
     Observed<int, History> graphLanes{1};
     Observed<bool, History> hasMoreHistory{false};
     Observed<QString, History> historySearch;
     Observed<gitkit::HistoryFilter::Field, History> historySearchField{gitkit::HistoryFilter::Field::message};
     Observed<bool, History> isHistoryFiltered{false};
-    /// Whether the page still shows what was searched for before.
+    /// Whether a search goes on. What it has found so far is shown.
     Observed<bool, History> isSearching{false};
+    /// Whether the page still shows what was searched for before.
+    Observed<bool, History> isOutdated{false};
+    /// Whether all rows to the end of the history are being read.
+    Observed<bool, History> isReadingToEnd{false};
     /// Why the page could not be read; empty after success.
     Observed<QString, History> historyProblem;
     /// Grows whenever views should scroll to the selected commit, also when it was selected before.
@@ -51,6 +58,12 @@ public:
 
     /// Shows 500 more commits if there are more.
     void loadMoreHistory();
+    /// Returns whether the history goes on after the rows that were read, as far as is known.
+    bool hasUnreadRows() const;
+    /// Reads the history to its end, and then selects its last commit unless another one was selected meanwhile.
+    void readToEnd();
+    /// Ends such a reading, or a search. What was found stays.
+    void stopReading();
     /// Searches once typing has paused. An empty text ends the search; a selected commit stays selected and in sight.
     void search(const QString& text, gitkit::HistoryFilter::Field field);
     /// Moves the commit selection by rows; selects the first row when none is selected.
@@ -91,30 +104,50 @@ private:
         std::optional<std::string> hash; ///< nullopt for the first row, the tip of a ref
         Arrival arrival = Arrival::samePlace;
     };
-    QCoro::Task<> reload();
+    struct Load;
+    using LoadPointer = std::shared_ptr<Load>;
+
+    void beginFirst();
     QCoro::Task<> reloadWhatIsLeft();
+    bool isCurrent(const Load& load) const;
+    HistoryRows knownTo(const Load& load) const;
+    LoadPointer begin(bool isSortedByGit = false);
+    QCoro::Task<> fill(LoadPointer load);
+    std::size_t nextPiece(const Load& load) const;
+    void take(Load& load, const HistoryPiece& piece);
+    bool isToBeShown(const Load& load) const;
+    void grow();
+    void rest();
+    static void endGit(Load& load);
+    QCoro::Task<> addNamedCommit(LoadPointer load);
+    void showSearching();
     std::optional<gitkit::HistoryFilter> filter() const;
-    void apply(HistoryPage page, std::optional<gitkit::HistoryFilter> filter);
+    void show(const LoadPointer& load, bool isAll);
+    void follow(const HistoryRows& page, bool isAll);
     QCoro::Task<> endingSearch(std::string selected, qint64 wish);
     void reloadFirstPage();
-    bool holds(const std::vector<HistoryRow>& page, const std::string& hash) const;
     QCoro::Task<> showing(std::string name, qint64 wish);
     void showTipOfRef();
-    std::optional<std::string> wantedOn(const std::vector<HistoryRow>& page, bool filtered) const;
+    std::optional<std::string> wantedOn(const HistoryRows& page, bool filtered) const;
     void selectWanted(const std::string& hash);
     void missWanted();
 
     const GitAccess& git_;
     WindowState& window_;
     Snapshot& snapshot_;
-    int limit_;
+    std::size_t limit_;                               ///< rows to read
     SidebarItem scope_ = SidebarItem::history();      ///< the item whose history is loaded next
     SidebarItem shownScope_ = SidebarItem::history(); ///< the item whose history the page shows
-    std::optional<gitkit::HistoryFilter> shownFilter_;
-    qint64 loads_ = 0; ///< number of the newest load, the only one that may write
+    std::optional<QCoro::Task<>> first_;              ///< the first reading, until a refresh waits for it
+    LoadPointer load_;                                ///< the newest, the only one that may write
+    LoadPointer shown_;                               ///< the one whose rows are shown
+    std::unique_ptr<HistorySource> source_;           ///< the newest that was read; null after a failure
+    bool wantsLast_ = false;                          ///< the last commit is selected once it is read
+    std::unique_ptr<Worker::Delay> idle_;
     std::unique_ptr<Worker::Delay> typingPause_;
     std::optional<Wanted> wanted_;
     qint64 wish_ = 0;
+    std::stop_source wishStop_; ///< ends the git of the wish
     std::unique_ptr<Worker::Delay> patience_;
 };
 

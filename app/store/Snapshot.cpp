@@ -80,6 +80,10 @@ QCoro::Task<> Snapshot::reading(RefreshScope scope)
 /// All reads begin at once, because none needs what another one finds.
 QCoro::Task<> Snapshot::readAll()
 {
+    for (const Follower& follower : followers_) {
+        if (follower.beforeListings)
+            follower.beforeListings();
+    }
     listingProblem_.clear();
     std::array<QCoro::Task<>, 4> reads{readStatus(), readRefs(), readRemotes(), readStashes()};
     for (QCoro::Task<>& read : reads)

@@ -74,6 +74,7 @@ public:
 
     /// Functions that other parts run around a read, called in the order in which they were added.
     struct Follower {
+        std::function<void()> beforeListings = {}; ///< at the beginning of a full refresh
         std::function<void()> beforeStatus = {};
         std::function<void(const RepositoryState& read)> operationRead = {};
         std::function<void()> afterStatus = {}; ///< also after a failure

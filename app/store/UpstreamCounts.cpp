@@ -186,7 +186,7 @@ QCoro::Task<> UpstreamCounts::countNext(CommitPair tips)
     const Memory memory = memory_;
     std::optional<Divergence> counted;
     try {
-        counted = co_await git_.readUntil(stop_.get_token(), count, tips, memory);
+        counted = co_await git_.readLong(stop_.get_token(), count, tips, memory);
     } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the same as for an answer that is not sure
     }
     running_ = {};

@@ -159,6 +159,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::ActivityView</name>
+    <message numerus="yes">
+        <source>Reading the history: %n commit(s)…</source>
+        <translation>
+            <numerusform>Reading the history: %n commit…</numerusform>
+            <numerusform>Reading the history: %n commits…</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::BlameModel</name>
     <message numerus="yes">
         <source>… %Ln more character(s)</source>
@@ -262,6 +272,13 @@
         <translation>
             <numerusform>%n commit</numerusform>
             <numerusform>%n commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Searching… %n found</source>
+        <translation>
+            <numerusform>Searching… %n found</numerusform>
+            <numerusform>Searching… %n found</numerusform>
         </translation>
     </message>
 </context>

@@ -18,9 +18,9 @@ public:
     ManualWorker(const ManualWorker&) = delete;
     ManualWorker& operator=(const ManualWorker&) = delete;
 
-    void post(Lane, std::function<void()> job, std::function<void()> done) override
+    void post(Lane lane, std::function<void()> job, std::function<void()> done) override
     {
-        waiting_.push_back({std::move(job), std::move(done)});
+        waiting_.push_back({std::move(job), std::move(done), lane});
         ++posted_;
     }
 
@@ -57,6 +57,14 @@ public:
             finish();
     }
 
+    /// The same without those of a lane, which still wait.
+    void finishAllBut(Lane lane)
+    {
+        const auto isOther = [lane](const Job& job) { return job.lane != lane; };
+        for (auto next = waiting_.begin(); (next = std::ranges::find_if(waiting_, isOther)) != waiting_.end();)
+            finish(static_cast<std::size_t>(next - waiting_.begin()));
+    }
+
     void advance(std::chrono::milliseconds time)
     {
         now_ += time;
@@ -74,6 +82,7 @@ private:
     struct Job {
         std::function<void()> run;
         std::function<void()> done;
+        Lane lane;
     };
     struct Entry {
         std::chrono::milliseconds due;

@@ -31,6 +31,13 @@ void commitMany(const TestRepository& repo, int count)
     repo.read({"fast-import", "--quiet"}, stream);
 }
 
+void importCommit(const TestRepository& repo, const std::string& subject, const std::string& branch, int date)
+{
+    repo.read({"fast-import", "--quiet"}, "commit refs/heads/" + branch + "\ncommitter A <a@example.org> " +
+                                              std::to_string(date) + " +0000\ndata " + std::to_string(subject.size()) +
+                                              "\n" + subject + "\nfrom refs/heads/" + branch + "^0\n");
+}
+
 struct StoreHistory : testing::Test {
     TestRepository repo;
     ManualWorker worker;
@@ -40,6 +47,15 @@ struct StoreHistory : testing::Test {
     {
         store.snapshot().refresh(RefreshScope::full);
         worker.finishAll();
+    }
+
+    /// How many walks of the history were begun.
+    int logs() const
+    {
+        return static_cast<int>(
+            std::ranges::count_if(store.changes().commandLog().commands(), [](const CommandLog::Command& command) {
+                return std::ranges::count(command.arguments, "log") > 0;
+            }));
     }
 
     void select(SidebarItem item) { store.window().select(std::move(item)); }
@@ -101,14 +117,160 @@ TEST_F(StoreHistory, PagesGrowByFiveHundredAndTheEndAsksOnce)
     EXPECT_TRUE(store.history().isHistoryFiltered.value());
 }
 
+TEST_F(StoreHistory, RowsAreShownAsTheyComeAndOnlyReadAgainWhenARefHasMoved)
+{
+    commitMany(repo, 1200);
+    store.snapshot().refresh(RefreshScope::full);
+    worker.finish();
+    EXPECT_EQ(store.history().history.value().size(), 60U);
+    EXPECT_FALSE(store.history().hasMoreHistory.value()) << "they are coming";
+    worker.finishAll();
+    ASSERT_EQ(store.history().history.value().size(), 500U);
+    EXPECT_EQ(store.history().history.value().front().commit.refs.size(), 1U) << "joined from the refs";
+
+    load(); // the refs were read after the first walk had begun
+    EXPECT_EQ(logs(), 2);
+    load();
+    repo.write("new", "file");
+    load();
+    EXPECT_EQ(logs(), 2);
+
+    store.history().readToEnd();
+    worker.finishAll();
+    ASSERT_EQ(store.history().history.value().size(), 1200U);
+    EXPECT_EQ(store.window().selectedCommit.value(), store.history().history.value().back().commit.hash);
+
+    // What follows a new commit is the old list.
+    const HistoryRows before = store.history().history.value();
+    importCommit(repo, "new", "main", 1'800'000'000);
+    repo.git({"branch", "side", "main~100"});
+    load();
+    const HistoryRows& after = store.history().history.value();
+    ASSERT_EQ(after.size(), 1201U);
+    EXPECT_EQ(after.blocks().back(), before.blocks().back());
+    EXPECT_EQ(after[100].commit.refs.size(), 1U);
+    RepositoryStore another(repo.path(), worker);
+    another.snapshot().refresh(RefreshScope::full);
+    another.history().readToEnd();
+    worker.finishAll();
+    EXPECT_TRUE(after == another.history().history.value());
+
+    // A branch that begins elsewhere cannot be joined, and one that is reset neither.
+    repo.git({"branch", "past", "main~900"}).git({"update-ref", "refs/heads/main", "main~3"});
+    importCommit(repo, "on an old commit", "past", 1'800'000'001);
+    load();
+    another.snapshot().refresh(RefreshScope::full);
+    worker.finishAll();
+    EXPECT_EQ(after.size(), 1199U);
+    EXPECT_TRUE(after == another.history().history.value());
+}
+
+TEST_F(StoreHistory, AWaitingGitIsEndedAndItsHistoryGoneOnWith)
+{
+    commitMany(repo, 1700);
+    load();
+    EXPECT_EQ(store.history().history.value().size(), 500U);
+    worker.advance(31s);
+    store.history().loadMoreHistory();
+    worker.finishAll();
+    EXPECT_EQ(store.history().history.value().size(), 1000U);
+    EXPECT_EQ(logs(), 2);
+    store.history().loadMoreHistory();
+    worker.finishAll();
+    EXPECT_EQ(logs(), 2) << "the second one waited";
+    EXPECT_EQ(subjects(store)[1499], "commit 200");
+
+    // Refs that have moved while no git waited are noticed.
+    worker.advance(31s);
+    repo.git({"update-ref", "refs/heads/main", "main~700"});
+    store.history().loadMoreHistory();
+    worker.finishAll();
+    EXPECT_EQ(subjects(store).size(), 1000U);
+    EXPECT_EQ(subjects(store)[0], "commit 999");
+}
+
+TEST_F(StoreHistory, ASearchShowsWhatItFindsAndCanBeStopped)
+{
+    commitMany(repo, 900);
+    load();
+    search(QStringLiteral("commit"));
+    EXPECT_TRUE(store.history().isOutdated.value());
+    worker.advance(300ms);
+    worker.finish();
+    EXPECT_FALSE(store.history().isOutdated.value());
+    EXPECT_TRUE(store.history().isSearching.value());
+    EXPECT_EQ(store.history().history.value().size(), 60U);
+    store.history().stopReading();
+    worker.finishAll();
+    EXPECT_FALSE(store.history().isSearching.value());
+    EXPECT_EQ(store.history().historyProblem.value(), QString());
+    const std::size_t found = store.history().history.value().size();
+    EXPECT_LE(found, 120U);
+    EXPECT_TRUE(store.history().hasMoreHistory.value());
+    store.history().loadMoreHistory();
+    worker.finishAll();
+    EXPECT_EQ(store.history().history.value().size(), found + 500);
+    EXPECT_EQ(subjects(store)[found + 499], "commit " + std::to_string(400 - found));
+}
+
+TEST_F(StoreHistory, WrongDatesAreSortedByGit)
+{
+    commitMany(repo, 600);
+    repo.git({"branch", "old"});
+    importCommit(repo, "old", "old", 1000);
+    load();
+    store.history().readToEnd();
+    worker.finishAll();
+    EXPECT_EQ(store.history().history.value().size(), 601U);
+    EXPECT_EQ(store.history().history.value().front().commit.subject, "old") << "above its parent";
+}
+
+TEST(HistoryRowsTest, PackAndUnpackAnyRow)
+{
+    std::vector<HistoryRow> rows;
+    for (int number = 0; number < 300; ++number) {
+        HistoryRow row;
+        row.commit.hash =
+            std::string(number % 2 ? 40 : 64, static_cast<char>('a' + number % 6)) + std::to_string(1000 + number);
+        row.commit.parents.assign(static_cast<std::size_t>(number % 4), number % 5 ? std::string(40, 'f') : "no hash");
+        row.commit.date = gitkit::Date(std::chrono::seconds(number % 3 ? -number : 1'700'000'000LL * number));
+        row.commit.authorName = "Ä";
+        row.commit.authorEmail = std::string(static_cast<std::size_t>(number), '@');
+        row.commit.subject = number % 7 ? "" : "ö\n\x01";
+        row.graph = {number, {number, 0, 7}, {1, 2, 3, 200}, {3, 1}};
+        if (number == 250)
+            row.commit.refs = {{gitkit::RefLabel::Kind::tag, "v1", false}};
+        rows.push_back(row);
+    }
+    const HistoryRows packed(rows);
+    ASSERT_EQ(packed.size(), rows.size());
+    for (std::size_t number = 0; number < rows.size(); ++number) {
+        ASSERT_TRUE(packed[number] == rows[number]) << number;
+        ASSERT_EQ(packed.rowOf(rows[number].commit.hash), number);
+    }
+    EXPECT_FALSE(packed.contains("a"));
+
+    // The same rows in other blocks, and with a row of their own put first.
+    HistoryRows pieces;
+    pieces.append(std::make_shared<const HistoryBlock>(std::span(rows).first(100)));
+    EXPECT_TRUE(packed.beginsWith(pieces));
+    EXPECT_FALSE(pieces.beginsWith(packed));
+    pieces.putFirst(rows[150]);
+    pieces.append(std::make_shared<const HistoryBlock>(std::span(rows).subspan(100)));
+    EXPECT_EQ(pieces.size(), rows.size());
+    EXPECT_EQ(pieces.rowOf(rows[150].commit.hash), 0U);
+    EXPECT_EQ(pieces.hashAt(151), rows[151].commit.hash);
+    EXPECT_FALSE(packed.beginsWith(pieces));
+}
+
 TEST_F(StoreHistory, AnEqualPageTouchesNeitherListNorSelection)
 {
     repo.write("a", "1").commit("one").write("a", "2").commit("two");
     load();
     store.window().selectCommit(store.history().history.value().at(1).commit.hash);
-    const HistoryRow* const rows = store.history().history.value().data();
+    const HistoryRows rows = store.history().history.value();
     load();
-    EXPECT_EQ(store.history().history.value().data(), rows);
+    EXPECT_EQ(store.history().history.value().blocks(), rows.blocks());
     EXPECT_EQ(store.window().selectedCommit.value(), rows[1].commit.hash);
 
     // A commit that leaves the page leaves the selection; none takes its place.
@@ -222,12 +384,15 @@ TEST_F(StoreHistory, AClosedWindowDropsItsPendingSearch)
     EXPECT_EQ(other.posted(), 0);
 }
 
-TEST_F(StoreHistory, BeforeTheFirstCommitGitIsNotAsked)
+TEST_F(StoreHistory, BeforeTheFirstCommitGitIsAskedOnceAndFailsAtNothing)
 {
-    store.snapshot().refresh(RefreshScope::full);
-    worker.finishAll();
-    for (const CommandLog::Command& command : store.changes().commandLog().commands())
-        EXPECT_EQ(std::ranges::count(command.arguments, "log"), 0);
+    load();
+    load();
+    EXPECT_EQ(logs(), 1);
+    for (const CommandLog::Command& command : store.changes().commandLog().commands()) {
+        if (std::ranges::count(command.arguments, "log") > 0)
+            EXPECT_EQ(command.end->status, 0);
+    }
     EXPECT_TRUE(store.history().history.value().empty());
     EXPECT_EQ(store.history().historyProblem.value(), QString());
 }

@@ -89,11 +89,9 @@ CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* par
     }
 }
 
-const gitkit::Commit* CommitHeader::commitOnPage(const std::string& hash) const
+std::optional<gitkit::Commit> CommitHeader::commitOnPage(const std::string& hash) const
 {
-    const auto& rows = store_.history().history.value();
-    const auto found = std::ranges::find(rows, hash, &HistoryRow::id);
-    return found == rows.end() ? nullptr : &found->commit;
+    return store_.history().history.value().commit(hash);
 }
 
 void CommitHeader::expect(const std::string& hash)
@@ -103,7 +101,7 @@ void CommitHeader::expect(const std::string& hash)
         const auto found = std::ranges::find(stashes, hash, &gitkit::Stash::hash);
         take(found == stashes.end() ? commitFacts::ofUnknown(hash) : commitFacts::of(*found));
     } else {
-        const gitkit::Commit* const commit = commitOnPage(hash);
+        const std::optional<gitkit::Commit> commit = commitOnPage(hash);
         take(commit ? commitFacts::of(*commit) : commitFacts::ofUnknown(hash));
     }
 }
@@ -136,7 +134,7 @@ void CommitHeader::showRefs()
 {
     if (kind_ == CommitKind::stash || shown_.hash.empty())
         return;
-    const gitkit::Commit* const commit = commitOnPage(shown_.hash);
+    const std::optional<gitkit::Commit> commit = commitOnPage(shown_.hash);
     refs_->setLabels(commit ? commit->refs
                             : commitFacts::labelsOf(shown_.hash, {store_.snapshot().branches.value(),
                                                                   store_.snapshot().remoteBranches.value(),

@@ -47,7 +47,7 @@ protected:
 private:
     void nameRead();
 
-    const gitkit::Commit* commitOnPage(const std::string& hash) const;
+    std::optional<gitkit::Commit> commitOnPage(const std::string& hash) const;
     void take(const gitkit::CommitDetail& detail);
     void showFacts();
     void showRefs();

@@ -21,9 +21,8 @@ namespace {
 QString describedCommit(const RepositoryStore& store, const std::string& hash)
 {
     const QString shown = shownText(gitkit::shortHash(hash));
-    const auto& rows = store.history().history.value();
-    const auto row = std::ranges::find(rows, hash, &HistoryRow::id);
-    return row == rows.end() ? shown : NewBranchDialog::tr("%1, “%2”").arg(shown, shownText(row->commit.subject));
+    const auto commit = store.history().history.value().commit(hash);
+    return commit ? NewBranchDialog::tr("%1, “%2”").arg(shown, shownText(commit->subject)) : shown;
 }
 
 QString describedHead(const RepositoryStore& store)

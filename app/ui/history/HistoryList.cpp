@@ -17,15 +17,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_map>
 
 namespace plovik {
 
 namespace {
 
-/// Older commits are asked for this many rows before the end. git reads the whole longer page again each time, so a
-/// held Page Down would have to wait if the number were smaller.
+/// Older commits are asked for this many rows before the end, so that a held Page Down does not wait for them.
 constexpr int rowsAhead = 1500;
+
+/// Rows that answer an earlier search stand back.
+constexpr double outdatedOpacity = 0.4;
 
 class RowHeight : public QStyledItemDelegate {
 public:
@@ -73,6 +74,7 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     const auto repaint = [this] { viewport()->update(); };
     notifiers_.push_back(store_.history().graphLanes.addNotifier(repaint));
     notifiers_.push_back(store_.history().isHistoryFiltered.addNotifier(repaint));
+    notifiers_.push_back(store_.history().isOutdated.addNotifier(repaint));
     notifiers_.push_back(store_.window().selectedCommit.addNotifier([this] { followSelectedCommit(); }));
     notifiers_.push_back(store_.history().commitReveals.addNotifier([this] { reveal(); }));
     notifiers_.push_back(store_.history().hasMoreHistory.addNotifier([this] { wantMoreNearEnd(); }));
@@ -104,18 +106,17 @@ void HistoryList::selectionChanged(const QItemSelection& selected, const QItemSe
     QListView::selectionChanged(selected, deselected);
     if (isRestoring_)
         return;
-    const HistoryRow* row = model_->row(selectedRow());
-    if (row && isByKey_)
-        store_.window().selectCommit(row->commit.hash, WindowState::Step::passing);
+    const std::string hash = model_->hash(selectedRow());
+    if (!hash.empty() && isByKey_)
+        store_.window().selectCommit(hash, WindowState::Step::passing);
     else
-        store_.window().selectCommit(row ? std::optional(row->commit.hash) : std::nullopt);
+        store_.window().selectCommit(hash.empty() ? std::nullopt : std::optional(hash));
 }
 
 void HistoryList::followSelectedCommit()
 {
     const auto& wanted = store_.window().selectedCommit.value();
-    const HistoryRow* shown = model_->row(selectedRow());
-    if (wanted ? shown && shown->commit.hash == *wanted : shown == nullptr)
+    if (model_->hash(selectedRow()) == wanted.value_or(std::string()))
         return;
     const int row = wanted ? model_->rowOf(*wanted) : -1;
     if (row >= 0)
@@ -161,20 +162,15 @@ void HistoryList::rememberPlace()
     if (verticalOffset() == 0)
         return;
     for (int row = rowAt(0); row <= lastVisibleRow(); ++row) {
-        if (const HistoryRow* shown = model_->row(row))
-            place_.push_back({shown->commit.hash, row * height - verticalOffset()});
+        place_.push_back({model_->hash(row), row * height - verticalOffset()});
     }
 }
 
 void HistoryList::returnToPlace(const std::vector<Anchor>& place)
 {
-    std::unordered_map<std::string_view, int> tops;
-    for (const Anchor& anchor : place)
-        tops.emplace(anchor.hash, anchor.y);
-    for (int row = 0; !tops.empty() && row < model_->rowCount(); ++row) {
-        const auto found = tops.find(model_->row(row)->commit.hash);
-        if (found != tops.end()) {
-            verticalScrollBar()->setValue(row * rowPainter_.rowHeight() - found->second);
+    for (const Anchor& anchor : place) {
+        if (const int row = model_->rowOf(anchor.hash); row >= 0) {
+            verticalScrollBar()->setValue(row * rowPainter_.rowHeight() - anchor.y);
             return;
         }
     }
@@ -198,6 +194,9 @@ void HistoryList::scrollContentsBy(int dx, int dy)
     QListView::scrollContentsBy(dx, dy);
     if (!isRestoring_)
         rememberPlace();
+    // Back at the top, nobody waits for the end.
+    if (dy > 0 && verticalOffset() == 0 && store_.history().isReadingToEnd.value())
+        store_.history().stopReading();
     wantMoreNearEnd();
 }
 
@@ -248,15 +247,33 @@ void HistoryList::keyPressEvent(QKeyEvent* event)
         event->accept();
         return;
     }
+    if (handledAsReading(event))
+        return;
     const QScopedValueRollback byKey(isByKey_, true);
     QListView::keyPressEvent(event);
+}
+
+/// End reads the rest of the history first, and then selects its last commit. Home, Escape and the way back to the top
+/// end that.
+bool HistoryList::handledAsReading(const QKeyEvent* event)
+{
+    const bool isReading = store_.history().isReadingToEnd.value();
+    const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+    if (isPlain && event->key() == Qt::Key_End && store_.history().hasUnreadRows()) {
+        if (!isReading)
+            store_.history().readToEnd();
+        return true;
+    }
+    if (isReading && (event->key() == Qt::Key_Home || event->key() == Qt::Key_Escape))
+        store_.history().stopReading();
+    return isReading && event->key() == Qt::Key_Escape;
 }
 
 void HistoryList::contextMenuEvent(QContextMenuEvent* event)
 {
     const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard;
     const int row = byKeyboard ? selectedRow() : rowAt(event->pos().y());
-    const HistoryRow* shown = model_->row(row);
+    const std::optional<HistoryRow> shown = model_->row(row);
     if (!shown)
         return;
     QPoint place = event->globalPos();
@@ -277,7 +294,7 @@ bool HistoryList::viewportEvent(QEvent* event)
 
 bool HistoryList::showToolTip(QHelpEvent* event)
 {
-    const HistoryRow* row = model_->row(rowAt(event->pos().y()));
+    const std::optional<HistoryRow> row = model_->row(rowAt(event->pos().y()));
     const QString text = row ? rowPainter_.toolTip(*row, columns(), event->pos().x()) : QString();
     if (text.isEmpty())
         QToolTip::hideText();
@@ -317,6 +334,8 @@ void HistoryList::paintEvent(QPaintEvent* event)
     if (selected >= first && selected <= last)
         paintSelection(painter, selected);
     painter.setRenderHint(QPainter::Antialiasing);
+    if (store_.history().isOutdated.value())
+        painter.setOpacity(outdatedOpacity);
     if (places.graphWidth > 0)
         paintGraph(painter, first, last, places);
     paintTexts(painter, first, last, places);
@@ -345,7 +364,7 @@ void HistoryList::paintGraph(QPainter& painter, int first, int last, const Histo
     painter.save();
     painter.setClipRect(QRectF(0, 0, columns.graphWidth, viewport()->height()), Qt::IntersectClip);
     for (int row = first; row <= last; ++row) {
-        const HistoryRow* shown = model_->row(row);
+        const std::optional<HistoryRow> shown = model_->row(row);
         if (!shown)
             break;
         const double top = onDevicePixel(painter, row * height - verticalOffset());
@@ -359,7 +378,7 @@ void HistoryList::paintTexts(QPainter& painter, int first, int last, const Histo
 {
     const gitkit::Date now = currentTime();
     for (int row = first; row <= last; ++row) {
-        const HistoryRow* shown = model_->row(row);
+        const std::optional<HistoryRow> shown = model_->row(row);
         if (!shown)
             break;
         rowPainter_.paint(painter, *shown, columns, row * rowPainter_.rowHeight() - verticalOffset(), now);

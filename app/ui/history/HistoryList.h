@@ -61,6 +61,7 @@ private:
     void returnToPlace(const std::vector<Anchor>& place);
     void wantMoreNearEnd();
     void askForMore();
+    bool handledAsReading(const QKeyEvent* event);
 
     void paintSelection(QPainter& painter, int row) const;
     void paintGraph(QPainter& painter, int first, int last, const HistoryColumns& columns) const;

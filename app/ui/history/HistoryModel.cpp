@@ -3,18 +3,11 @@
 
 #include "app/store/ShownText.h"
 
-#include <algorithm>
-
 namespace plovik {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-std::size_t extended(std::size_t fingerprint, const HistoryRow& row)
-{
-    return (fingerprint ^ std::hash<std::string>{}(row.commit.hash)) * 0x9E3779B97F4A7C15U + 1;
-}
 
 QString accessibleName(const gitkit::Commit& commit)
 {
@@ -38,26 +31,34 @@ HistoryModel::HistoryModel(RepositoryStore& store, QObject* parent)
     applyPage();
 }
 
-int HistoryModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : count_; }
-
-const HistoryRow* HistoryModel::row(int number) const
+int HistoryModel::rowCount(const QModelIndex& parent) const
 {
-    const auto& rows = store_.history().history.value();
-    if (number < 0 || static_cast<std::size_t>(number) >= rows.size())
-        return nullptr;
-    return &rows[static_cast<std::size_t>(number)];
+    return parent.isValid() ? 0 : static_cast<int>(announced_.size());
+}
+
+std::optional<HistoryRow> HistoryModel::row(int number) const
+{
+    if (number < 0 || static_cast<std::size_t>(number) >= announced_.size())
+        return std::nullopt;
+    return announced_[static_cast<std::size_t>(number)];
+}
+
+std::string HistoryModel::hash(int number) const
+{
+    if (number < 0 || static_cast<std::size_t>(number) >= announced_.size())
+        return {};
+    return announced_.hashAt(static_cast<std::size_t>(number));
 }
 
 int HistoryModel::rowOf(const std::string& hash) const
 {
-    const auto& rows = store_.history().history.value();
-    const auto found = std::ranges::find(rows, hash, &HistoryRow::id);
-    return found == rows.end() ? -1 : static_cast<int>(found - rows.begin());
+    const std::optional<std::size_t> row = announced_.rowOf(hash);
+    return row ? static_cast<int>(*row) : -1;
 }
 
 QVariant HistoryModel::data(const QModelIndex& index, int role) const
 {
-    const HistoryRow* found = index.isValid() ? row(index.row()) : nullptr;
+    const std::optional<HistoryRow> found = index.isValid() ? row(index.row()) : std::nullopt;
     if (!found)
         return {};
     switch (role) {
@@ -74,30 +75,24 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const
 
 void HistoryModel::applyPage()
 {
-    const auto& rows = store_.history().history.value();
-    const auto size = static_cast<int>(rows.size());
-    const int announced = count_;
-    std::size_t fingerprint = 0;
-    for (int i = 0; i < std::min(announced, size); ++i)
-        fingerprint = extended(fingerprint, rows[static_cast<std::size_t>(i)]);
-    const bool continues = size >= announced && fingerprint == fingerprint_;
-    for (int i = announced; i < size; ++i)
-        fingerprint = extended(fingerprint, rows[static_cast<std::size_t>(i)]);
-    fingerprint_ = fingerprint;
-
-    if (!continues) {
+    const HistoryRows& rows = store_.history().history.value();
+    const auto announced = static_cast<int>(announced_.size());
+    if (!rows.beginsWith(announced_)) {
         beginResetModel();
-        count_ = size;
+        announced_ = rows;
         endResetModel();
         return;
     }
+    const bool areLabelsNew = !rows.hasLabelsOf(announced_);
+    const auto size = static_cast<int>(rows.size());
     if (size > announced) {
         beginInsertRows({}, announced, size - 1);
-        count_ = size;
+        announced_ = rows;
         endInsertRows();
+    } else {
+        announced_ = rows;
     }
-    // The labels and the graph of these commits may have changed.
-    if (announced > 0)
+    if (areLabelsNew && announced > 0)
         Q_EMIT dataChanged(index(0), index(announced - 1));
 }
 

@@ -7,8 +7,7 @@
 
 namespace plovik {
 
-/// Presents the store's history page as a list. Stores no rows, only the number of announced rows and their
-/// fingerprint. Main thread.
+/// Presents the store's history as a list. Main thread.
 ///
 /// A new page that begins with the rows shown so far is announced as inserted rows, any other page as a reset. Both
 /// are announced while the store writes `history`.
@@ -22,8 +21,10 @@ public:
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
-    /// Returns nullptr outside the page. The row is valid until the page changes.
-    const HistoryRow* row(int number) const;
+    /// Returns nullopt outside the page.
+    std::optional<HistoryRow> row(int number) const;
+    /// Returns the hash of a row, empty outside the page.
+    std::string hash(int number) const;
     /// Returns the row of a commit, or -1 when the page does not contain it.
     int rowOf(const std::string& hash) const;
 
@@ -31,8 +32,7 @@ private:
     void applyPage();
 
     RepositoryStore& store_;
-    int count_ = 0;
-    std::size_t fingerprint_ = 0; ///< of the announced rows' hashes, in order
+    HistoryRows announced_;
     QPropertyNotifier notifier_;
 };
 

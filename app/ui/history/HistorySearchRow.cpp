@@ -64,6 +64,7 @@ HistorySearchRow::HistorySearchRow(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store_.history().history.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.history().hasMoreHistory.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.history().isSearching.addNotifier([this] { showCount(); }));
+    notifiers_.push_back(store_.history().isOutdated.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.snapshot().hasLoaded.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.history().historyProblem.addNotifier([this] { showCount(); }));
     notifiers_.push_back(store_.snapshot().readProblem.addNotifier([this] { showCount(); }));
@@ -94,11 +95,12 @@ void HistorySearchRow::showSearch()
 
 void HistorySearchRow::showCount()
 {
+    const auto shown = static_cast<int>(store_.history().history.value().size());
     if (store_.history().isSearching.value()) {
-        count_->setText(tr("Searching…"));
+        const bool isFound = shown > 0 && !store_.history().isOutdated.value();
+        count_->setText(isFound ? tr("Searching… %n found", nullptr, shown) : tr("Searching…"));
         return;
     }
-    const auto shown = static_cast<int>(store_.history().history.value().size());
     // A history that could not be read has no number of commits.
     const bool isRead = store_.snapshot().hasLoaded.value() && store_.history().historyProblem.value().isEmpty();
     const bool isKnown = shown > 0 || (isRead && store_.snapshot().readProblem.value().isEmpty());
@@ -113,7 +115,9 @@ bool HistorySearchRow::eventFilter(QObject* watched, QEvent* event)
         return QWidget::eventFilter(watched, event);
     switch (static_cast<QKeyEvent*>(event)->key()) {
     case Qt::Key_Escape:
-        if (!search_->text().isEmpty())
+        if (store_.history().isSearching.value() && !store_.history().isOutdated.value())
+            store_.history().stopReading();
+        else if (!search_->text().isEmpty())
             clearSearch();
         else
             Q_EMIT finished();

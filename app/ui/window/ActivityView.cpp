@@ -48,7 +48,12 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     elapsed_->setMinimumWidth(elapsed_->fontMetrics().horizontalAdvance(u"00:00"_s));
     progress_->setAccessibleName(tr("Progress"));
     cancel_->setToolTip(tr("Cancel (Ctrl+.)"));
-    connect(cancel_, &BarButton::clicked, this, [this] { store_.changes().cancelActivity(); });
+    connect(cancel_, &BarButton::clicked, this, [this] {
+        if (store_.changes().activity.value())
+            store_.changes().cancelActivity();
+        else
+            store_.history().stopReading();
+    });
 
     auto* const first = new QHBoxLayout;
     first->setSpacing(6);
@@ -70,6 +75,8 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
 
     notifiers_.push_back(store.changes().activity.addNotifier([this] { activityChanged(); }));
     notifiers_.push_back(store.history().lookup.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.history().isReadingToEnd.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.history().history.addNotifier([this] { readingChanged(); }));
     notifiers_.push_back(store.changes().isCancelling.addNotifier([this] { activityChanged(); }));
     notifiers_.push_back(store.changes().progress.addNotifier([this] { progressChanged(); }));
     activityChanged();
@@ -79,13 +86,17 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
 void ActivityView::activityChanged()
 {
     const std::optional<QString>& activity = store_.changes().activity.value();
+    const bool isReading = !activity && !store_.history().lookup.value() && store_.history().isReadingToEnd.value();
     QString text = activity.value_or(store_.history().lookup.value().value_or(QString()));
+    if (isReading)
+        text = tr("Reading the history: %n commit(s)…", nullptr,
+                  static_cast<int>(store_.history().history.value().size()));
     if (activity && store_.changes().isCancelling.value())
         text = tr("Cancelling…");
     activity_->setText(text);
     activity_->setAccessibleDescription(text);
     spinner_->setVisible(!text.isEmpty());
-    cancel_->setVisible(activity.has_value());
+    cancel_->setVisible(activity.has_value() || isReading);
     cancel_->setEnabled(!store_.changes().isCancelling.value());
     if (isRunning_ == activity.has_value())
         return;
@@ -98,6 +109,12 @@ void ActivityView::activityChanged()
         timer_.start(1000, this);
     else
         timer_.stop();
+}
+
+void ActivityView::readingChanged()
+{
+    if (store_.history().isReadingToEnd.value())
+        activityChanged();
 }
 
 void ActivityView::showElapsed()

@@ -41,6 +41,7 @@ protected:
 
 private:
     void activityChanged();
+    void readingChanged();
     void progressChanged();
 
     RepositoryStore& store_;

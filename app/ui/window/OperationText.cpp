@@ -69,9 +69,8 @@ QString candidate(const RepositoryStore& store)
     const std::optional<std::string>& head = store.snapshot().status.value().oid;
     if (!head)
         return {};
-    const auto& rows = store.history().history.value();
-    const auto found = std::ranges::find_if(rows, [&](const HistoryRow& row) { return row.commit.hash == *head; });
-    return stopText({*head, found == rows.end() ? std::string() : found->commit.subject});
+    const auto commit = store.history().history.value().commit(*head);
+    return stopText({*head, commit ? commit->subject : std::string()});
 }
 
 QString bisectDetail(const RepositoryStore& store, const gitkit::BisectProgress& bisect)
