@@ -5,11 +5,15 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/HistoryWalk.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace gitkit {
 
 namespace {
+
+constexpr std::uintmax_t manyRefs = 150'000; // bytes
 
 DateOrder orderFor(const HistoryWalk& walk)
 {
@@ -18,16 +22,29 @@ DateOrder orderFor(const HistoryWalk& walk)
     return DateOrder(walk.filter ? DateOrder::First::earliest : DateOrder::First::newest);
 }
 
+/// Returns whether the list of packed refs is that of some two thousand. Asks no git, because that is to save time; a
+/// repository whose refs are stored elsewhere has few of them here.
+bool hasManyRefs(const std::filesystem::path& root)
+{
+    std::error_code none;
+    const std::uintmax_t size = std::filesystem::file_size(root / ".git/packed-refs", none);
+    return !none && size > manyRefs;
+}
+
 } // namespace
 
-HistoryStream::HistoryStream(const GitRepository& repo, const HistoryWalk& walk) : order_(orderFor(walk))
+HistoryStream::HistoryStream(const GitRepository& repo, const HistoryWalk& walk)
+    : isWithoutTags_(walk.mayLeaveOutTags && !walk.scope.ref && hasManyRefs(repo.root())), order_(orderFor(walk))
 {
     std::vector<std::string> arguments{"log"};
     if (walk.isSortedByGit)
         arguments.emplace_back("--date-order");
     // Without this a setting would make git read every ref before the first commit.
     arguments.insert(arguments.end(), {"--no-decorate", "-z", LogParser::streamFormat});
-    const std::vector<std::string> rest = walkArguments(walkStarts(walk.scope, HeadStart::ifBorn), walk.filter);
+    std::vector<std::string> starts = walkStarts(walk.scope, HeadStart::ifBorn);
+    if (isWithoutTags_)
+        std::erase(starts, "--tags");
+    const std::vector<std::string> rest = walkArguments(starts, walk.filter);
     arguments.insert(arguments.end(), rest.begin(), rest.end());
     git_.emplace(repo.runner().stream(arguments));
 }

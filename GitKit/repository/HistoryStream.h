@@ -23,6 +23,8 @@ struct HistoryWalk {
     std::optional<HistoryFilter> filter = {};
     /// Lets git sort, which walks the whole history before the first commit is printed.
     bool isSortedByGit = false;
+    /// Lets the walk start without the tags where there are so many that git takes long to open them.
+    bool mayLeaveOutTags = false;
 
     bool operator==(const HistoryWalk&) const = default;
 };
@@ -45,6 +47,8 @@ public:
 
     /// Whether the history has ended; what next() returned last was the rest of it.
     bool hasEnded() const { return hasEnded_ && !ahead_; }
+    /// Whether the walk has started without the tags.
+    bool isWithoutTags() const { return isWithoutTags_; }
     /// Whether wrong dates have spoilt the order. The history must then be read with `isSortedByGit`.
     bool isWrong() const { return order_.isWrong(); }
 
@@ -54,6 +58,7 @@ private:
 
     std::optional<GitStream> git_; ///< until the history has ended
     bool hasEnded_ = false;
+    bool isWithoutTags_ = false;
     std::string bytes_;     ///< printed and not yet taken
     std::size_t taken_ = 0; ///< how much of `bytes_` is taken
     DateOrder order_;

@@ -63,6 +63,7 @@ struct History::Load {
     bool isNaming = false; ///< the commit that the search names is being looked for
     bool isClosed = false; ///< its git was ended, but not by the end of the history
     bool hasFailed = false;
+    bool isWithoutTags = false;
 
     ~Load() { stop.request_stop(); }
 };
@@ -91,7 +92,7 @@ std::optional<HistoryFilter> History::filter() const
 void History::beginFirst()
 {
     if (!load_)
-        first_.emplace(fill(begin()));
+        first_.emplace(fill(begin(Walk::first)));
 }
 
 /// Reading the history of a deleted ref would fail, so the history of all refs is read instead.
@@ -108,9 +109,12 @@ QCoro::Task<> History::reloadWhatIsLeft()
     } catch (const std::exception&) {
         // The history itself tells what is wrong.
     }
-    if (std::optional<QCoro::Task<>> first = std::exchange(first_, std::nullopt))
+    bool isWanted = !load_ || !isCurrent(*load_);
+    if (std::optional<QCoro::Task<>> first = std::exchange(first_, std::nullopt)) {
         co_await *first;
-    else if (!load_ || !isCurrent(*load_))
+        isWanted = load_->isWithoutTags && !load_->isFilling;
+    }
+    if (isWanted)
         co_await fill(begin());
     if (shown_ == load_)
         show(load_, !load_->isFilling); // the labels may be new
@@ -133,13 +137,13 @@ HistoryRows History::knownTo(const Load& load) const
     return shown_->rows;
 }
 
-History::LoadPointer History::begin(bool isSortedByGit)
+History::LoadPointer History::begin(Walk kind)
 {
     const auto load = std::make_shared<Load>();
     load->scope = scope_;
-    load->walk = {scopeOf(scope_), filter(), isSortedByGit};
+    load->walk = {scopeOf(scope_), filter(), kind == Walk::sorted, kind == Walk::first};
     if (load_ && load_->scope == load->scope && load_->walk.filter == load->walk.filter)
-        load->walk.isSortedByGit = isSortedByGit || load_->walk.isSortedByGit;
+        load->walk.isSortedByGit = load->walk.isSortedByGit || load_->walk.isSortedByGit;
     if (source_)
         load->source = *source_;
     load->reading =
@@ -183,7 +187,7 @@ QCoro::Task<> History::fill(LoadPointer load)
         if (load->isClosed) // by endGit(), which is no failure
             problem.clear();
         if (piece && (piece->isWrong || piece->hasChanged)) {
-            load = begin(piece->isWrong);
+            load = begin(piece->isWrong ? Walk::sorted : Walk::usual);
             load->isFilling = true;
             continue;
         }
@@ -219,6 +223,7 @@ void History::take(Load& load, const HistoryPiece& piece)
     load.rows.append(piece.block);
     load.lanes = std::max(load.lanes, piece.block->laneCount());
     load.hasMore = piece.hasMore;
+    load.isWithoutTags = piece.isWithoutTags;
     if (!piece.goesOnAt || !shown_ || &load == shown_.get() || !load.source || !shown_->source)
         return;
     const TipChanges changes = changedTips(shown_->source->tips, load.source->tips);

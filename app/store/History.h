@@ -105,13 +105,18 @@ private:
         Arrival arrival = Arrival::samePlace;
     };
     struct Load;
+    enum class Walk {
+        first, ///< in a hurry: may begin without the tags
+        usual,
+        sorted ///< by git, because the dates are wrong
+    };
     using LoadPointer = std::shared_ptr<Load>;
 
     void beginFirst();
     QCoro::Task<> reloadWhatIsLeft();
     bool isCurrent(const Load& load) const;
     HistoryRows knownTo(const Load& load) const;
-    LoadPointer begin(bool isSortedByGit = false);
+    LoadPointer begin(Walk kind = Walk::usual);
     QCoro::Task<> fill(LoadPointer load);
     std::size_t nextPiece(const Load& load) const;
     void take(Load& load, const HistoryPiece& piece);

@@ -161,10 +161,10 @@
 <context>
     <name>plovik::ActivityView</name>
     <message numerus="yes">
-        <source>Reading the history: %n commit(s)…</source>
+        <source>Reading the history: %Ln commit(s)…</source>
         <translation>
-            <numerusform>Reading the history: %n commit…</numerusform>
-            <numerusform>Reading the history: %n commits…</numerusform>
+            <numerusform>Reading the history: %Ln commit…</numerusform>
+            <numerusform>Reading the history: %Ln commits…</numerusform>
         </translation>
     </message>
 </context>
@@ -275,10 +275,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>Searching… %n found</source>
+        <source>Searching… %Ln found</source>
         <translation>
-            <numerusform>Searching… %n found</numerusform>
-            <numerusform>Searching… %n found</numerusform>
+            <numerusform>Searching… %Ln found</numerusform>
+            <numerusform>Searching… %Ln found</numerusform>
         </translation>
     </message>
 </context>

@@ -165,6 +165,26 @@ TEST_F(StoreHistory, RowsAreShownAsTheyComeAndOnlyReadAgainWhenARefHasMoved)
     EXPECT_TRUE(after == another.history().history.value());
 }
 
+TEST_F(StoreHistory, VeryManyTagsComeAfterTheFirstRows)
+{
+    commitMany(repo, 5);
+    repo.git({"checkout", "-q", "-B", "away", "main~1"}).write("a", "1").commit("only tagged");
+    std::string tags;
+    for (int tag = 0; tag < 2500; ++tag)
+        tags += "create refs/tags/a-tag-with-some-name-" + std::to_string(tag) + " HEAD\n";
+    repo.read({"update-ref", "--stdin"}, tags);
+    repo.git({"checkout", "-q", "main"}).git({"branch", "-D", "away"}).git({"pack-refs", "--all"});
+    store.snapshot().refresh(RefreshScope::full);
+    worker.finish();
+    EXPECT_EQ(store.history().history.value().size(), 5U);
+    worker.finishAll();
+    EXPECT_EQ(store.history().history.value().size(), 6U);
+    const auto tagged =
+        store.history().history.value().rowOf(repo.read({"rev-parse", "refs/tags/a-tag-with-some-name-0"}));
+    ASSERT_TRUE(tagged);
+    EXPECT_EQ(store.history().history.value()[*tagged].commit.refs.size(), 2500U);
+}
+
 TEST_F(StoreHistory, AWaitingGitIsEndedAndItsHistoryGoneOnWith)
 {
     commitMany(repo, 1700);

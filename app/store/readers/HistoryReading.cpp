@@ -110,6 +110,7 @@ HistoryPiece HistoryReading::read(std::size_t most)
     }
     read_ += rows.size();
     piece.isWrong = stream_->isWrong();
+    piece.isWithoutTags = stream_->isWithoutTags();
     piece.hasMore = !stream_->hasEnded();
     piece.block = std::make_shared<const HistoryBlock>(rows, layout_.lanes(), layout_.laneCount());
     return piece;

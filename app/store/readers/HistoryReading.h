@@ -23,6 +23,7 @@ namespace plovik {
 struct HistoryPiece {
     HistoryRows::Block block; ///< the next rows; never null
     bool hasMore = false;
+    bool isWithoutTags = false; ///< commits that only tags lead to are missing
     /// Wrong dates have spoilt the order: the history must be read again as git sorts it.
     bool isWrong = false;
     /// The history is not the one any more whose rows were read before.

@@ -98,13 +98,14 @@ void HistorySearchRow::showCount()
     const auto shown = static_cast<int>(store_.history().history.value().size());
     if (store_.history().isSearching.value()) {
         const bool isFound = shown > 0 && !store_.history().isOutdated.value();
-        count_->setText(isFound ? tr("Searching… %n found", nullptr, shown) : tr("Searching…"));
+        count_->setText(isFound ? tr("Searching… %Ln found", nullptr, shown) : tr("Searching…"));
         return;
     }
     // A history that could not be read has no number of commits.
     const bool isRead = store_.snapshot().hasLoaded.value() && store_.history().historyProblem.value().isEmpty();
     const bool isKnown = shown > 0 || (isRead && store_.snapshot().readProblem.value().isEmpty());
-    const bool areMore = store_.history().hasMoreHistory.value() || isGrowing_;
+    const bool areMore =
+        store_.history().hasMoreHistory.value() || isGrowing_ || store_.history().isReadingToEnd.value();
     const QString text = areMore ? tr("%n+ commits", nullptr, shown) : tr("%n commit(s)", nullptr, shown);
     count_->setText(isKnown ? text : QString());
 }

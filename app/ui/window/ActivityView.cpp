@@ -89,7 +89,7 @@ void ActivityView::activityChanged()
     const bool isReading = !activity && !store_.history().lookup.value() && store_.history().isReadingToEnd.value();
     QString text = activity.value_or(store_.history().lookup.value().value_or(QString()));
     if (isReading)
-        text = tr("Reading the history: %n commit(s)…", nullptr,
+        text = tr("Reading the history: %Ln commit(s)…", nullptr,
                   static_cast<int>(store_.history().history.value().size()));
     if (activity && store_.changes().isCancelling.value())
         text = tr("Cancelling…");
