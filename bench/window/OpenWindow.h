@@ -51,13 +51,16 @@ public:
     {
         ++posted;
         ++underWay;
-        PoolWorker::post(lane, std::move(job), [this, done = std::move(done)] {
+        walking += lane == Lane::longRead ? 1 : 0;
+        PoolWorker::post(lane, std::move(job), [this, lane, done = std::move(done)] {
             --underWay;
+            walking -= lane == Lane::longRead ? 1 : 0;
             done();
         });
     }
     int posted = 0;
     int underWay = 0;
+    int walking = 0; ///< those of them that walk the history
 };
 
 /// Runs git as the application does, and takes what it prints.

@@ -84,8 +84,10 @@ void refresh(OpenWindow& window)
 {
     const qint64 generation = window.store.snapshot().generation.value();
     window.store.snapshot().refresh(RefreshScope::full);
-    OpenWindow::spinUntil(
-        [&] { return window.store.snapshot().generation.value() > generation && window.worker.underWay == 0; });
+    OpenWindow::spinUntil([&] {
+        return window.store.snapshot().generation.value() > generation &&
+               window.worker.underWay == window.worker.walking;
+    });
 }
 
 void measureOpening(const std::filesystem::path& repository)
@@ -101,7 +103,6 @@ void measureOpening(const std::filesystem::path& repository)
         first.push_back(millisecondsSince(start));
         OpenWindow::spinUntil([&] { return window.store.snapshot().hasLoaded.value(); });
         settled.push_back(millisecondsSince(start));
-        window.settle();
     }
     row("git: first page in default order, and show-ref", gitTime([&] {
             runGit(repository, {"log", "-n", "501", "-z", format, "--branches", "--remotes", "--tags", "HEAD", "--"});
@@ -115,9 +116,7 @@ void measureOpening(const std::filesystem::path& repository)
 void measureRefresh(OpenWindow& window)
 {
     const std::filesystem::path root = window.store.snapshot().root();
-    window.settle();
     refresh(window);
-    window.settle();
     takeLongest();
     row("git: status, show-ref, for-each-ref, stash list, remote", gitTime([&] {
             runGit(root, {"status", "--porcelain=v2", "--branch", "--no-ahead-behind", "-z"});
@@ -151,7 +150,6 @@ void measureCommit(OpenWindow& window)
 void measureEnd(OpenWindow& window)
 {
     const std::filesystem::path root = window.store.snapshot().root();
-    window.settle();
     takeLongest();
     const auto start = Clock::now();
     window.store.history().readToEnd();
@@ -187,7 +185,6 @@ int main(int argc, char** argv)
     OpenWindow window(argv[1]);
     window.store.window().select(SidebarItem::history());
     refresh(window);
-    window.settle();
     memory("memory with the first page");
     measureRefresh(window);
     measureCommit(window);
