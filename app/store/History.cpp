@@ -73,7 +73,7 @@ History::History(const GitAccess& git, WindowState& window, Snapshot& snapshot)
 {
     window_.listen({.moved = [this](WindowState::Step) { beginWish(); }, .chosen = [this] { showSelected(); }});
     snapshot_.follow(
-        {.beforeListings = [this] { beginFirst(); }, .afterListings = [this] { return reloadWhatIsLeft(); }});
+        {.beforeListings = [this] { beginReading(); }, .afterListings = [this] { return reloadWhatIsLeft(); }});
 }
 
 History::~History() = default;
@@ -89,10 +89,11 @@ std::optional<HistoryFilter> History::filter() const
 }
 
 /// Begins before anything else is known of the repository, so that the first rows wait for nothing.
-void History::beginFirst()
+void History::beginReading()
 {
     if (!load_)
         first_.emplace(fill(begin(Walk::first)));
+    sourceReading_.emplace(readSource());
 }
 
 /// Reading the history of a deleted ref would fail, so the history of all refs is read instead.
@@ -102,13 +103,9 @@ QCoro::Task<> History::reloadWhatIsLeft()
         scope_ = SidebarItem::history();
         limit_ = pageSize;
     }
-    source_.reset();
-    try {
-        HistorySource read = co_await git_.read(readHistorySource);
-        source_ = std::make_unique<HistorySource>(std::move(read));
-    } catch (const std::exception&) {
-        // The history itself tells what is wrong.
-    }
+    if (std::optional<QCoro::Task<>> reading = std::exchange(sourceReading_, std::nullopt))
+        co_await *reading;
+    source_ = std::move(nextSource_);
     bool isWanted = !load_ || !isCurrent(*load_);
     if (std::optional<QCoro::Task<>> first = std::exchange(first_, std::nullopt)) {
         co_await *first;
@@ -118,6 +115,17 @@ QCoro::Task<> History::reloadWhatIsLeft()
         co_await fill(begin());
     if (shown_ == load_)
         show(load_, !load_->isFilling); // the labels may be new
+}
+
+QCoro::Task<> History::readSource()
+{
+    nextSource_.reset();
+    try {
+        HistorySource read = co_await git_.read(readHistorySource, commonDirectory_);
+        commonDirectory_ = read.commonDirectory;
+        nextSource_ = std::make_unique<HistorySource>(std::move(read));
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the history itself tells what is wrong
+    }
 }
 
 /// Returns whether reading again would find the same rows.

@@ -11,6 +11,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -112,7 +113,8 @@ private:
     };
     using LoadPointer = std::shared_ptr<Load>;
 
-    void beginFirst();
+    void beginReading();
+    QCoro::Task<> readSource();
     QCoro::Task<> reloadWhatIsLeft();
     bool isCurrent(const Load& load) const;
     HistoryRows knownTo(const Load& load) const;
@@ -146,8 +148,11 @@ private:
     std::optional<QCoro::Task<>> first_;              ///< the first reading, until a refresh waits for it
     LoadPointer load_;                                ///< the newest, the only one that may write
     LoadPointer shown_;                               ///< the one whose rows are shown
-    std::unique_ptr<HistorySource> source_;           ///< the newest that was read; null after a failure
-    bool wantsLast_ = false;                          ///< the last commit is selected once it is read
+    std::optional<QCoro::Task<>> sourceReading_;      ///< of a refresh
+    std::unique_ptr<HistorySource> nextSource_;
+    std::filesystem::path commonDirectory_;
+    std::unique_ptr<HistorySource> source_; ///< the newest that was read; null after a failure
+    bool wantsLast_ = false;                ///< the last commit is selected once it is read
     std::unique_ptr<Worker::Delay> idle_;
     std::unique_ptr<Worker::Delay> typingPause_;
     std::optional<Wanted> wanted_;

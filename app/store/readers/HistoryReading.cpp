@@ -137,14 +137,15 @@ TipChanges changedTips(const gitkit::RefTips& before, const gitkit::RefTips& aft
     return changes;
 }
 
-HistorySource readHistorySource(const gitkit::GitRepository& repo)
+HistorySource readHistorySource(const gitkit::GitRepository& repo, const std::filesystem::path& commonDirectory)
 {
     HistorySource source;
     source.tips = gitkit::readRefTips(repo);
     source.labels = std::make_shared<const gitkit::RefLabels>(gitkit::refLabels(source.tips));
-    const std::filesystem::path common = gitkit::gitDirectories(repo).common;
+    source.commonDirectory = commonDirectory.empty() ? gitkit::gitDirectories(repo).common : commonDirectory;
     for (const char* name : {"shallow", "info/grafts"})
-        source.borders += gitkit::regularFileBytes(common / name, mostBorders).value_or(std::string()) + '\0';
+        source.borders +=
+            gitkit::regularFileBytes(source.commonDirectory / name, mostBorders).value_or(std::string()) + '\0';
     return source;
 }
 

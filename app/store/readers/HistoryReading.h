@@ -7,6 +7,7 @@
 #include "app/store/HistoryRows.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -80,6 +81,8 @@ struct HistorySource {
     std::string borders;                             ///< the contents of the files that cut histories off or graft them
     std::shared_ptr<const gitkit::RefLabels> labels; ///< made from the tips; never null
 
+    std::filesystem::path commonDirectory; ///< of the git data that working trees share
+
     bool operator==(const HistorySource& other) const { return tips == other.tips && borders == other.borders; }
 };
 
@@ -91,8 +94,8 @@ struct TipChanges {
 };
 TipChanges changedTips(const gitkit::RefTips& before, const gitkit::RefTips& after);
 
-/// Blocks; throws as gitkit::readRefTips() does. Any thread.
-HistorySource readHistorySource(const gitkit::GitRepository& repo);
+/// `commonDirectory` may be known from an earlier read, or empty. Blocks; throws as gitkit::readRefTips() does. Any thread.
+HistorySource readHistorySource(const gitkit::GitRepository& repo, const std::filesystem::path& commonDirectory);
 
 /// Returns whether readCommitOfHash() could find something.
 bool looksLikeHash(const std::string& text);
