@@ -59,6 +59,7 @@ ProcessRequest prepared(const std::filesystem::path& directory, const RunContext
                                                          fileSystemMonitor, restriction.settings),
                            .input = options.input,
                            .limit = options.limit,
+                           .isIdle = options.isIdle,
                            .stop = context.stop};
     for (const std::string& setting : options.settings)
         request.arguments.insert(request.arguments.end(), {"-c", setting});

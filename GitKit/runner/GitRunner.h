@@ -26,6 +26,8 @@ struct RunOptions {
     std::vector<std::string> settings = {};
     /// When the output exceeds this, reading stops and git is ended. Used where only a beginning is shown.
     std::optional<OutputLimit> limit = {};
+    /// Runs only while nothing else wants the processor or the disk.
+    bool isIdle = false;
 };
 
 /// Runs git in one folder, with the options and the environment that every run shares (GitEnvironment.h).

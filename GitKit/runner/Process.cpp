@@ -11,9 +11,12 @@
 #include <cstring>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 // Some versions of the C library declare this as a C++ function.
@@ -146,6 +149,16 @@ struct ChildStreams {
     UniqueFd error;
 };
 
+/// The threads and programs that it starts inherit this. What the system refuses only makes it less considerate.
+void makeIdle(pid_t pid)
+{
+    constexpr int least = 19;
+    constexpr int process = 1;     // IOPRIO_WHO_PROCESS, which has no header
+    constexpr int idle = 3 << 13U; // IOPRIO_CLASS_IDLE
+    static_cast<void>(::setpriority(PRIO_PROCESS, static_cast<id_t>(pid), least));
+    static_cast<void>(::syscall(SYS_ioprio_set, process, pid, idle));
+}
+
 /// Closes our copies of the child's ends.
 pid_t spawn(const ProcessRequest& request, const ChildStreams streams)
 {
@@ -168,6 +181,8 @@ pid_t spawn(const ProcessRequest& request, const ChildStreams streams)
                                     pointers(arguments).data(), pointers(environment).data());
     if (error != 0)
         throwLaunchFailure(request, error);
+    if (request.isIdle)
+        makeIdle(pid);
     return pid;
 }
 

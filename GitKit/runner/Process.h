@@ -22,6 +22,7 @@ struct ProcessRequest {
     std::vector<std::string> environment;       ///< complete, as NAME=value
     std::optional<std::string_view> input = {}; ///< standard input; absent for the null device
     std::optional<OutputLimit> limit = {}; ///< of standard output; when exceeded, the program is killed with its group
+    bool isIdle = false;                   ///< takes the processor and the disk only when nothing else wants them
     std::stop_token stop = {}; ///< asks the program and its group to end, and makes them end two seconds later
     /// Is called with everything that is read, on the calling thread.
     std::function<void(RunListener::Stream, std::string_view)> printed = {};

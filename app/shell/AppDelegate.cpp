@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/AppDelegate.h"
 
+#include "GitKit/repository/CommitGraphCache.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
+#include "app/settings/CacheFolder.h"
 #include "app/settings/RecentRepositories.h"
 #include "app/settings/Settings.h"
 #include "app/shell/AISettings.h"
@@ -13,6 +15,7 @@
 #include "app/shell/UpdateDialog.h"
 #include "app/shell/WindowFrames.h"
 #include "app/store/ShownText.h"
+#include "app/store/StoreServices.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/settings/SettingsView.h"
 #include "app/ui/welcome/WelcomeView.h"
@@ -53,6 +56,13 @@ void bringToFront(QWidget* window)
     if (QGuiApplication::platformName() != u"offscreen"_s)
         window->raise();
     window->activateWindow();
+}
+
+IndexChoices indexChoices()
+{
+    const std::filesystem::path folder = StoreServices{.cacheFolder = cacheFolder()}.indexFolder();
+    return {.bytes = [folder] { return static_cast<qint64>(gitkit::commitGraphBytes(folder)); },
+            .clear = [folder] { gitkit::removeCommitGraphs(folder); }};
 }
 
 /// Returns an alert that is not shown yet and deletes itself when it is closed. Its accessible name is its title.
@@ -244,7 +254,7 @@ void AppDelegate::showSettings()
     if (!settingsWindow_) {
         const EditorChoices editors{&externalEditor::installed, &externalEditor::app,
                                     &externalEditor::chooseApplication};
-        settingsWindow_ = new SettingsView(settingsTabs(editors, commandLineCommands(), aiChoices()));
+        settingsWindow_ = new SettingsView(settingsTabs(editors, commandLineCommands(), aiChoices(), indexChoices()));
         settingsWindow_->showTab(options_.settingsTab);
         addKeys(*settingsWindow_);
     }

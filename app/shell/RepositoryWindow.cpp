@@ -5,6 +5,8 @@
 #include "app/platform/Trash.h"
 #include "app/services/askpass/Askpass.h"
 #include "app/services/watcher/RepositoryWatcher.h"
+#include "app/settings/CacheFolder.h"
+#include "app/settings/Settings.h"
 #include "app/settings/TrustedPrograms.h"
 #include "app/shell/CommitMessages.h"
 #include "app/shell/ExternalEditor.h"
@@ -15,9 +17,7 @@
 #include "app/ui/window/RepositoryView.h"
 
 #include <QCloseEvent>
-#include <QFile>
 #include <QMenuBar>
-#include <QStandardPaths>
 
 #include <utility>
 
@@ -31,13 +31,6 @@ constexpr std::chrono::milliseconds frameSettles{300};
 /// How often a repository is read that cannot be watched as a whole.
 constexpr std::chrono::seconds checkPause{30};
 
-std::filesystem::path cacheFolder()
-{
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
-    return folder.isEmpty() ? std::filesystem::path()
-                            : std::filesystem::path(QFile::encodeName(folder).toStdString()) / "plovik";
-}
-
 StoreServices desktopServices()
 {
     StoreServices services;
@@ -47,6 +40,7 @@ StoreServices desktopServices()
     services.messages = commitMessageWriter();
     services.signIn = askpass::opener();
     services.cacheFolder = cacheFolder();
+    services.keepsIndexes = [] { return Settings::shared().value(settings::keepsIndexes); };
     services.trust = {.trusted = &trustedPrograms::fingerprint, .trust = &trustedPrograms::trust};
     return services;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/GitAccess.h"
 
+#include "GitKit/repository/CommitGraphCache.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/ProgramGuard.h"
 #include "app/store/CommandLog.h"
@@ -64,10 +65,12 @@ const std::shared_ptr<const std::monostate>& underWay()
 
 } // namespace
 
-GitAccess::GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log)
+GitAccess::GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log, std::filesystem::path graphs)
     : guard_(std::make_shared<gitkit::ProgramGuard>(root)),
+      graph_(std::make_shared<gitkit::CommitGraphCache>(std::move(graphs))),
+      readGuard_(std::make_shared<gitkit::CommitGraphGuard>(guard_, graph_)),
       repo_(std::make_shared<const gitkit::GitRepository>(std::move(root),
-                                                          readContext(log, guard_, closing_.get_token()))),
+                                                          readContext(log, readGuard_, closing_.get_token()))),
       worker_(worker), log_(log)
 {}
 
@@ -81,7 +84,7 @@ std::shared_ptr<const gitkit::GitRepository> GitAccess::repository(std::stop_tok
         return repo_;
     const auto stops = std::make_shared<EitherStop>(std::move(stop), closing_.get_token());
     const auto reading =
-        std::make_shared<Reading>(Reading{stops, repo_->in(readContext(log_, guard_, stops->either.get_token()))});
+        std::make_shared<Reading>(Reading{stops, repo_->in(readContext(log_, readGuard_, stops->either.get_token()))});
     return {reading, &reading->repo};
 }
 

@@ -14,6 +14,8 @@
 #include <vector>
 
 namespace gitkit {
+class CommitGraphCache;
+class CommitGraphGuard;
 class GitRepository;
 class ProgramGuard;
 struct ConfiguredProgram;
@@ -31,8 +33,9 @@ class CommandLog;
 /// This header only declares the repository's type, so that a view that owns a reader cannot ask git itself.
 class GitAccess {
 public:
-    /// `root` is a working tree's top level. Every command is recorded in `log`.
-    GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log);
+    /// `root` is a working tree's top level. Every command is recorded in `log`. Commit-graphs are kept in `graphs`, if
+    /// that is not empty.
+    GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log, std::filesystem::path graphs = {});
     ~GitAccess();
     GitAccess(const GitAccess&) = delete;
     GitAccess& operator=(const GitAccess&) = delete;
@@ -98,6 +101,18 @@ public:
                                          arguments))]() -> Result { return ((*repo).*verb)(copies...); });
     }
 
+    /// The same as readUntil() for what may take many seconds: it keeps no other read waiting.
+    template <typename Result, typename... Parameters, typename... Arguments>
+    BlockingCall<Result> readAside(std::stop_token stop,
+                                   Result (*function)(const gitkit::GitRepository&, Parameters...),
+                                   Arguments&&... arguments) const
+    {
+        return BlockingCall<Result>(worker_, Worker::Lane::network, alive_,
+                                    [repo = repository(std::move(stop)), function,
+                                     ... copies = std::decay_t<Parameters>(std::forward<Arguments>(
+                                         arguments))]() -> Result { return function(*repo, copies...); });
+    }
+
     /// The same for a function object that copies what it needs. For Latest.
     template <typename Result>
     BlockingCall<Result> readWith(Worker::Lane lane, std::function<Result(const gitkit::GitRepository&)> job,
@@ -125,6 +140,9 @@ public:
     BlockingCall<void> change(Worker::Lane lane, const gitkit::RunContext& context, Programs programs,
                               Operation operation) const;
 
+    /// Returns the commit-graph that reads see while it is in use. For CommitIndex alone.
+    const std::shared_ptr<gitkit::CommitGraphCache>& graph() const { return graph_; }
+
     /// Returns the programs of the repository's configuration that reads are kept from running.
     std::vector<gitkit::ConfiguredProgram> keptOff() const;
     /// Sets the function that decides whether programs may run. It is called on any thread. For Trust alone.
@@ -138,6 +156,8 @@ private:
 
     std::stop_source closing_;
     std::shared_ptr<gitkit::ProgramGuard> guard_;
+    std::shared_ptr<gitkit::CommitGraphCache> graph_;
+    std::shared_ptr<gitkit::CommitGraphGuard> readGuard_; ///< for reads alone
     std::shared_ptr<const gitkit::GitRepository> repo_;
     Worker& worker_;
     const CommandLog& log_;

@@ -6,7 +6,7 @@
 namespace plovik {
 
 RepositoryStore::RepositoryStore(std::filesystem::path root, Worker& worker, StoreServices services)
-    : services_(std::move(services)), git_(std::move(root), worker, log_)
+    : services_(std::move(services)), git_(std::move(root), worker, log_, services_.indexFolder())
 {}
 
 RepositoryStore::~RepositoryStore()

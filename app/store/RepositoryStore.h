@@ -5,6 +5,7 @@
 #include "app/store/Changes.h"
 #include "app/store/CommandLog.h"
 #include "app/store/CommitDraft.h"
+#include "app/store/CommitIndex.h"
 #include "app/store/Discards.h"
 #include "app/store/GitAccess.h"
 #include "app/store/History.h"
@@ -42,6 +43,7 @@ public:
     const Snapshot& snapshot() const { return snapshot_; }
     UpstreamCounts& counts() { return counts_; }
     const UpstreamCounts& counts() const { return counts_; }
+    CommitIndex& index() { return index_; }
     Trust& trust() { return trust_; }
     const Trust& trust() const { return trust_; }
     Changes& changes() { return changes_; }
@@ -69,6 +71,7 @@ private:
     WindowState window_;
     Snapshot snapshot_{git_, window_};
     UpstreamCounts counts_{git_, snapshot_, services_.cacheFolder};
+    CommitIndex index_{git_, snapshot_, log_, services_.keepsIndexes};
     Trust trust_{git_, snapshot_, services_.trust};
     Changes changes_{git_, log_, snapshot_, trust_, window_, services_.signIn};
     Discards discards_{window_, snapshot_, changes_};

@@ -40,6 +40,14 @@ struct StoreServices {
     TrustMemory trust = {};
     /// The application's folder for what can be made again. When empty, nothing of that is kept.
     std::filesystem::path cacheFolder = {};
+    /// Returns whether an index of the history may be kept there. When empty, none is.
+    std::function<bool()> keepsIndexes = {};
+
+    /// Returns where the indexes of all repositories are; empty when none are kept.
+    std::filesystem::path indexFolder() const
+    {
+        return cacheFolder.empty() ? cacheFolder : cacheFolder / "commit-graphs";
+    }
 };
 
 } // namespace plovik

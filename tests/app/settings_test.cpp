@@ -10,6 +10,7 @@
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/OwnEnvironment.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -98,7 +99,8 @@ protected:
                 {{{u"none"_s, u"None"_s, {}, {}}},
                  [](const QString&, auto found) { found(std::nullopt); },
                  [](const QString&, const QString&, auto finished) { finished(true); },
-                 [](const QString&) { return false; }}));
+                 [](const QString&) { return false; }},
+                {.bytes = [this] { return indexBytes; }, .clear = [this] { indexBytes = 0; }}));
             window_->show();
         }
         return *window_;
@@ -118,8 +120,31 @@ protected:
     QStringList present{u"/apps/kate.desktop"_s, u"/apps/zed.desktop"_s, u"/opt/mine.desktop"_s};
     std::function<void(Application)> answer; ///< to the question for an application
     CommandLineCommands commands;
+    qint64 indexBytes = 0;
     std::unique_ptr<SettingsView> window_;
 };
+
+TEST_F(SettingsTest, SaysHowMuchRoomIndexesTakeAndClearsThem)
+{
+    indexBytes = 60'000'000;
+    stored().set(settings::keepsIndexes, true);
+    auto& box = control<QCheckBox>(u"Keep an index of large repositories"_s);
+    auto& clear = control<QPushButton>(u"Clear"_s);
+    const auto isRoomShown = [this] {
+        const QList<QLabel*> labels = window().findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [](const QLabel* label) { return label->text().contains(u"57.22 MiB"_s); });
+    };
+    EXPECT_TRUE(box.isChecked());
+    EXPECT_TRUE(isRoomShown());
+    clear.click();
+    EXPECT_EQ(indexBytes, 0);
+    EXPECT_FALSE(clear.isEnabled());
+    EXPECT_FALSE(isRoomShown());
+    box.click();
+    EXPECT_FALSE(stored().value(settings::keepsIndexes));
+    stored().set(settings::keepsIndexes, true);
+    EXPECT_TRUE(box.isChecked());
+}
 
 TEST_F(SettingsTest, ValuesOfTheWrongTypeAndACorruptFileReadAsTheFallback)
 {

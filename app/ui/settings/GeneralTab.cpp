@@ -6,9 +6,13 @@
 #include "app/ui/settings/SettingsForm.h"
 #include "app/ui/widgets/RowPainting.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPointer>
+#include <QPushButton>
 
 #include <utility>
 
@@ -31,8 +35,9 @@ void offer(QComboBox& picker, const editors::Application& application)
 
 } // namespace
 
-GeneralTab::GeneralTab(EditorChoices editors, QWidget* parent)
-    : QWidget(parent), editors_(std::move(editors)), appearance_(new QComboBox(this)), editor_(new QComboBox(this))
+GeneralTab::GeneralTab(EditorChoices editors, IndexChoices indexes, QWidget* parent)
+    : QWidget(parent), editors_(std::move(editors)), appearance_(new QComboBox(this)), editor_(new QComboBox(this)),
+      indexes_(std::move(indexes)), keepsIndexes_(new QCheckBox(tr("Keep an index of large repositories"), this))
 {
     for (QComboBox* picker : {appearance_, editor_})
         fitPicker(*picker);
@@ -47,19 +52,53 @@ GeneralTab::GeneralTab(EditorChoices editors, QWidget* parent)
     form->addControl(tr("Open Files In"), editor_);
     form->addNote(
         tr("Double-click a file to open it. An editor that is already running opens it in its current project."));
+    addIndexes(*form);
 
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::appearance.key))
             showAppearance();
         if (key == QLatin1String(settings::externalEditorPath.key))
             fillEditors();
+        if (key == QLatin1String(settings::keepsIndexes.key))
+            showIndexes();
     });
+}
+
+void GeneralTab::addIndexes(SettingsForm& form)
+{
+    form.addRow(QString(), keepsIndexes_);
+    indexRoom_ = form.addNote(QString());
+    clearIndexes_ = new QPushButton(tr("Clear"), this);
+    clearIndexes_->setAutoDefault(false);
+    auto* const row = new QHBoxLayout;
+    row->addWidget(clearIndexes_);
+    row->addStretch(1);
+    form.addRow(QString(), row);
+    connect(keepsIndexes_, &QCheckBox::toggled, this,
+            [](bool on) { Settings::shared().set(settings::keepsIndexes, on); });
+    connect(clearIndexes_, &QPushButton::clicked, this, [this] {
+        if (indexes_.clear)
+            indexes_.clear();
+        showIndexes();
+    });
+    showIndexes();
+}
+
+void GeneralTab::showIndexes()
+{
+    const qint64 bytes = indexes_.bytes ? indexes_.bytes() : 0;
+    keepsIndexes_->setChecked(Settings::shared().value(settings::keepsIndexes));
+    const QString use = tr("Long histories are read several times faster. Repositories are not changed.");
+    const QString room = tr("The indexes take %1 of the cache folder.").arg(locale().formattedDataSize(bytes));
+    indexRoom_->setText(bytes > 0 ? use + u' ' + room : use);
+    clearIndexes_->setEnabled(bytes > 0);
 }
 
 void GeneralTab::showEvent(QShowEvent* event)
 {
     showAppearance();
     fillEditors();
+    showIndexes();
     QWidget::showEvent(event);
 }
 

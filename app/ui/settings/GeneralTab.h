@@ -2,20 +2,27 @@
 #pragma once
 
 #include "app/ui/settings/EditorChoices.h"
+#include "app/ui/settings/IndexChoices.h"
 
 #include <QStringList>
 #include <QWidget>
 
+class QCheckBox;
 class QComboBox;
+class QLabel;
+class QPushButton;
 
 namespace plovik {
 
-/// The settings tab for the appearance and for the application that opens files. Main thread.
+class SettingsForm;
+
+/// The settings tab for the appearance, the application that opens files, and the indexes of
+/// large repositories. Main thread.
 class GeneralTab : public QWidget {
     Q_OBJECT
 
 public:
-    explicit GeneralTab(EditorChoices editors, QWidget* parent = nullptr);
+    explicit GeneralTab(EditorChoices editors, IndexChoices indexes = {}, QWidget* parent = nullptr);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -25,11 +32,17 @@ private:
     void fillEditors();
     void showEditor();
     void pickEditor(int index);
+    void addIndexes(SettingsForm& form);
+    void showIndexes();
 
     EditorChoices editors_;
     QString earlierCustomChoice_; ///< stays in the list after another application was chosen
     QComboBox* appearance_;
     QComboBox* editor_;
+    IndexChoices indexes_;
+    QCheckBox* keepsIndexes_;
+    QLabel* indexRoom_ = nullptr;
+    QPushButton* clearIndexes_ = nullptr;
 };
 
 } // namespace plovik

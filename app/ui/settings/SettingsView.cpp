@@ -46,11 +46,14 @@ std::optional<QPoint> placeNamed(const QString& text)
 
 } // namespace
 
-std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine, AIChoices ai)
+std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine, AIChoices ai,
+                                      IndexChoices indexes)
 {
     return {
         {u"general"_s, SettingsView::tr("General"), SettingsSymbol::gear,
-         [editors = std::move(editors)](QWidget* parent) { return new GeneralTab(editors, parent); }},
+         [editors = std::move(editors), indexes = std::move(indexes)](QWidget* parent) {
+             return new GeneralTab(editors, indexes, parent);
+         }},
         {u"editor"_s, SettingsView::tr("Editor"), SettingsSymbol::text,
          [](QWidget* parent) { return new EditorTab(parent); }},
         {u"command-line"_s, SettingsView::tr("Command Line"), SettingsSymbol::terminal,

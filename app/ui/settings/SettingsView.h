@@ -4,6 +4,7 @@
 #include "app/ui/settings/AIChoices.h"
 #include "app/ui/settings/CommandLineTab.h"
 #include "app/ui/settings/EditorChoices.h"
+#include "app/ui/settings/IndexChoices.h"
 #include "app/ui/settings/SettingsSymbols.h"
 
 #include <QStringList>
@@ -29,7 +30,8 @@ struct SettingsTab {
 };
 
 /// The tabs of this version, in order.
-std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine, AIChoices ai);
+std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands commandLine, AIChoices ai,
+                                      IndexChoices indexes = {});
 
 /// The settings window. It is as large as the page that it shows, and opens where it was last, at first in the middle
 /// of the screen. Changes are in force at once; the window says when they cannot be stored. Made once and shown again.
