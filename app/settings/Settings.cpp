@@ -79,3 +79,5 @@ bool Settings::save()
 QString Settings::path() const { return file().fileName(); }
 
 } // namespace plovik
+
+#include "moc_Settings.cpp"

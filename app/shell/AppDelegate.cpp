@@ -375,3 +375,5 @@ void AppDelegate::bringAllToFront()
 }
 
 } // namespace plovik
+
+#include "moc_AppDelegate.cpp"

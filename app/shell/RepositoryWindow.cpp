@@ -166,3 +166,5 @@ void RepositoryWindow::closeEvent(QCloseEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_RepositoryWindow.cpp"

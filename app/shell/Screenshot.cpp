@@ -44,3 +44,5 @@ void Screenshot::take()
 }
 
 } // namespace plovik
+
+#include "moc_Screenshot.cpp"

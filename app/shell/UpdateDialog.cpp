@@ -123,3 +123,5 @@ void UpdateDialog::say(const QString& heading, const QString& text)
 }
 
 } // namespace plovik
+
+#include "moc_UpdateDialog.cpp"

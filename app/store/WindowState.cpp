@@ -41,6 +41,14 @@ void WindowState::selectStash(std::optional<std::string> hash)
     moved(Step::straight);
 }
 
+void WindowState::selectPaths(std::set<std::string> paths) { selectedPaths = std::move(paths); }
+
+void WindowState::showSheet(SheetKind kind) { sheet = std::move(kind); }
+
+void WindowState::closeSheet() { sheet = std::nullopt; }
+
+void WindowState::ask(Confirmation question) { confirmation = std::move(question); }
+
 void WindowState::confirm(const QUuid& id)
 {
     const std::optional<Confirmation> question = confirmation.value();
@@ -61,6 +69,8 @@ void WindowState::confirmAlternative(const QUuid& id)
         question->alternative();
 }
 
+void WindowState::dismissQuestion() { confirmation = std::nullopt; }
+
 void WindowState::report(const Failure& failure)
 {
     this->failure = failure;
@@ -72,5 +82,9 @@ void WindowState::tell(const QString& sentence)
     notice = QString();
     notice = sentence;
 }
+
+void WindowState::inspect(InspectedFile file) { inspected = std::move(file); }
+
+void WindowState::closeInspector() { inspected = std::nullopt; }
 
 } // namespace plovik

@@ -45,7 +45,7 @@ public:
 
     /// Selects an item of the sidebar for the user.
     void select(SidebarItem item);
-    void selectPaths(std::set<std::string> paths) { selectedPaths = std::move(paths); }
+    void selectPaths(std::set<std::string> paths);
     void selectCommit(std::optional<std::string> hash, Step step = Step::straight);
     void selectStash(std::optional<std::string> hash);
 
@@ -57,16 +57,16 @@ public:
     // What is shown over the window.
 
     Observed<std::optional<SheetKind>, WindowState> sheet;
-    void showSheet(SheetKind kind) { sheet = std::move(kind); }
-    void closeSheet() { sheet = std::nullopt; }
+    void showSheet(SheetKind kind);
+    void closeSheet();
 
     Observed<std::optional<Confirmation>, WindowState> confirmation;
-    void ask(Confirmation question) { confirmation = std::move(question); }
+    void ask(Confirmation question);
     /// Closes the question and then runs its action. Does nothing when another question or none is open.
     void confirm(const QUuid& id);
     /// The same with its alternative.
     void confirmAlternative(const QUuid& id);
-    void dismissQuestion() { confirmation = std::nullopt; }
+    void dismissQuestion();
 
     /// The sentence of the reported failure, which views show as an alert.
     Observed<std::optional<QString>, WindowState> errorMessage;
@@ -85,8 +85,8 @@ public:
 
     /// The file that the inspector shows; nullopt when the inspector is closed.
     Observed<std::optional<InspectedFile>, WindowState> inspected;
-    void inspect(InspectedFile file) { inspected = std::move(file); }
-    void closeInspector() { inspected = std::nullopt; }
+    void inspect(InspectedFile file);
+    void closeInspector();
 
     /// Whether the panel with the command log is open.
     Observed<bool, WindowState> showsCommandLog{false};

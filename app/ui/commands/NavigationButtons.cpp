@@ -33,3 +33,5 @@ bool NavigationButtons::eventFilter(QObject* watched, QEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_NavigationButtons.cpp"

@@ -272,3 +272,5 @@ void CommitDetailView::changeEvent(QEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_CommitDetailView.cpp"

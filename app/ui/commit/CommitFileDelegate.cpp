@@ -116,3 +116,5 @@ QSize CommitFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QMo
 }
 
 } // namespace plovik
+
+#include "moc_CommitFileDelegate.cpp"

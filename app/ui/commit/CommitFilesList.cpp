@@ -75,3 +75,5 @@ void CommitFilesList::contextMenuEvent(QContextMenuEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_CommitFilesList.cpp"

@@ -102,3 +102,5 @@ QVariant CommitFilesModel::data(const QModelIndex& index, int role) const
 }
 
 } // namespace plovik
+
+#include "moc_CommitFilesModel.cpp"

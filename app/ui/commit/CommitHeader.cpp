@@ -184,3 +184,5 @@ void CommitHeader::changeEvent(QEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_CommitHeader.cpp"

@@ -68,3 +68,5 @@ void CommitRefs::paintEvent(QPaintEvent*)
 }
 
 } // namespace plovik
+
+#include "moc_CommitRefs.cpp"

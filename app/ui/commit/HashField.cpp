@@ -98,3 +98,5 @@ void HashField::copy()
 }
 
 } // namespace plovik
+
+#include "moc_HashField.cpp"

@@ -48,3 +48,5 @@ void HeaderOverFiles::resizeEvent(QResizeEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_HeaderOverFiles.cpp"

@@ -154,3 +154,5 @@ void MessageText::changeEvent(QEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_MessageText.cpp"

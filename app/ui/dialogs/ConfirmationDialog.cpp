@@ -56,3 +56,5 @@ void ConfirmationDialog::keyPressEvent(QKeyEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_ConfirmationDialog.cpp"

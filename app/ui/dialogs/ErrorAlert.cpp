@@ -161,3 +161,5 @@ void ErrorAlert::fitText()
 }
 
 } // namespace plovik
+
+#include "moc_ErrorAlert.cpp"

@@ -181,3 +181,5 @@ void GoToCommitDialog::refuse(const QString& reason)
 void GoToCommitDialog::submit() { store().history().showCommit(commit_); }
 
 } // namespace plovik
+
+#include "moc_GoToCommitDialog.cpp"

@@ -118,3 +118,5 @@ bool NewTagDialog::isComplete() const { return !name_->text().isEmpty(); }
 void NewTagDialog::submit() { actions::createTag(store().actors(), name(), sheet_.target); }
 
 } // namespace plovik
+
+#include "moc_NewRefSheets.cpp"

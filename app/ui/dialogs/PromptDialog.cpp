@@ -298,3 +298,5 @@ void PromptDialog::keyPressEvent(QKeyEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_PromptDialog.cpp"

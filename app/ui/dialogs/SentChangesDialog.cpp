@@ -80,3 +80,5 @@ void SentChangesDialog::show(const MessageRequest& request)
 void SentChangesDialog::submit() { writeCommitMessage(store()); }
 
 } // namespace plovik
+
+#include "moc_SentChangesDialog.cpp"

@@ -54,3 +54,5 @@ void Sheet::validate()
 }
 
 } // namespace plovik
+
+#include "moc_Sheet.cpp"

@@ -58,3 +58,5 @@ void StashDialog::submit()
 }
 
 } // namespace plovik
+
+#include "moc_StashDialog.cpp"

@@ -179,3 +179,5 @@ void StoreDialogs::promptClosed(PromptDialog* dialog, quint64 id, int answer)
 }
 
 } // namespace plovik
+
+#include "moc_StoreDialogs.cpp"

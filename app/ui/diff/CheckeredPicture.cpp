@@ -65,3 +65,5 @@ void CheckeredPicture::paintEvent(QPaintEvent*)
 }
 
 } // namespace plovik
+
+#include "moc_CheckeredPicture.cpp"

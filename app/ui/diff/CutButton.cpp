@@ -45,3 +45,5 @@ void CutButton::focusInEvent(QFocusEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_CutButton.cpp"

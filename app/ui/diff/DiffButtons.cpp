@@ -120,3 +120,5 @@ bool DiffButtons::eventFilter(QObject* watched, QEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_DiffButtons.cpp"

@@ -326,3 +326,5 @@ void DiffController::requestFromKey(ActionVerb verb)
 }
 
 } // namespace plovik
+
+#include "moc_DiffController.cpp"

@@ -207,3 +207,5 @@ void DiffExtras::fitPictures()
 }
 
 } // namespace plovik
+
+#include "moc_DiffExtras.cpp"

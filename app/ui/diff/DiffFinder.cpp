@@ -268,3 +268,5 @@ void DiffFinder::resolvePlace()
 }
 
 } // namespace plovik
+
+#include "moc_DiffFinder.cpp"

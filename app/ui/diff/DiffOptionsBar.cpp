@@ -50,3 +50,5 @@ void DiffOptionsBar::follow()
 void DiffOptionsBar::paintEvent(QPaintEvent*) { QPainter(this).fillRect(rect(), Theme::current().content); }
 
 } // namespace plovik
+
+#include "moc_DiffOptionsBar.cpp"

@@ -224,3 +224,5 @@ void DiffPane::keyPressEvent(QKeyEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_DiffPane.cpp"

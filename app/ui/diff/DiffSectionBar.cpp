@@ -86,3 +86,5 @@ void DiffSectionBar::changeEvent(QEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_DiffSectionBar.cpp"

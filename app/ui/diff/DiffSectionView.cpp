@@ -395,3 +395,5 @@ void DiffSectionView::contextMenuEvent(QContextMenuEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_DiffSectionView.cpp"

@@ -295,3 +295,5 @@ void DiffView::changeEvent(QEvent* event)
 void DiffView::applyTheme() { viewport()->setBackgroundRole(QPalette::Base); }
 
 } // namespace plovik
+
+#include "moc_DiffView.cpp"

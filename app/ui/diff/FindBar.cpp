@@ -151,3 +151,5 @@ void FindBar::applyTheme()
 }
 
 } // namespace plovik
+
+#include "moc_FindBar.cpp"

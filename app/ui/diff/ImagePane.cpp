@@ -256,3 +256,5 @@ void ImagePane::applyTheme()
 }
 
 } // namespace plovik
+
+#include "moc_ImagePane.cpp"

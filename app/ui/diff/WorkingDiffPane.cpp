@@ -251,3 +251,5 @@ void WorkingDiffPane::takeSide(gitkit::ConflictSide side)
 }
 
 } // namespace plovik
+
+#include "moc_WorkingDiffPane.cpp"

@@ -386,3 +386,5 @@ void HistoryList::paintTexts(QPainter& painter, int first, int last, const Histo
 }
 
 } // namespace plovik
+
+#include "moc_HistoryList.cpp"

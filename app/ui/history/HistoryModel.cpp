@@ -97,3 +97,5 @@ void HistoryModel::applyPage()
 }
 
 } // namespace plovik
+
+#include "moc_HistoryModel.cpp"

@@ -142,3 +142,5 @@ void HistorySearchRow::paintEvent(QPaintEvent*)
 }
 
 } // namespace plovik
+
+#include "moc_HistorySearchRow.cpp"

@@ -127,3 +127,5 @@ void HistoryView::showPage()
 }
 
 } // namespace plovik
+
+#include "moc_HistoryView.cpp"

@@ -389,3 +389,5 @@ void BlameList::contextMenuEvent(QContextMenuEvent* event)
 void BlameList::keyboardSearch(const QString&) {}
 
 } // namespace plovik
+
+#include "moc_BlameList.cpp"

@@ -50,3 +50,5 @@ QString BlameModel::about(int row) const
 }
 
 } // namespace plovik
+
+#include "moc_BlameModel.cpp"

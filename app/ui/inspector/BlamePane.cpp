@@ -254,3 +254,5 @@ void BlamePane::keyPressEvent(QKeyEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_BlamePane.cpp"

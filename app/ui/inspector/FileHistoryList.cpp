@@ -293,3 +293,5 @@ void FileHistoryList::contextMenuEvent(QContextMenuEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_FileHistoryList.cpp"

@@ -182,3 +182,5 @@ void FileHistoryPane::keyPressEvent(QKeyEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_FileHistoryPane.cpp"

@@ -74,3 +74,5 @@ void InspectorTabs::leaveEvent(QEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_InspectorTabs.cpp"

@@ -224,3 +224,5 @@ void InspectorView::resizeEvent(QResizeEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_InspectorView.cpp"

@@ -199,3 +199,5 @@ void CommandDetail::showFont()
 }
 
 } // namespace plovik
+
+#include "moc_CommandDetail.cpp"

@@ -123,3 +123,5 @@ void CommandList::contextMenuEvent(QContextMenuEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_CommandList.cpp"

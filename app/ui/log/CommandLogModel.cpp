@@ -204,3 +204,5 @@ QVariant CommandLogModel::data(const QModelIndex& index, int role) const
 }
 
 } // namespace plovik
+
+#include "moc_CommandLogModel.cpp"

@@ -200,3 +200,5 @@ void CommandLogPanel::keyPressEvent(QKeyEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_CommandLogPanel.cpp"

@@ -180,3 +180,5 @@ void AITab::resetPrompt()
 }
 
 } // namespace plovik
+
+#include "moc_AITab.cpp"

@@ -164,3 +164,5 @@ QString APIKeyField::statement(const Key& key) const
 }
 
 } // namespace plovik
+
+#include "moc_APIKeyField.cpp"

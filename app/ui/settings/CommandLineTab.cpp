@@ -110,3 +110,5 @@ void CommandLineTab::act()
 }
 
 } // namespace plovik
+
+#include "moc_CommandLineTab.cpp"

@@ -104,3 +104,5 @@ void EditorTab::showSettings()
 }
 
 } // namespace plovik
+
+#include "moc_EditorTab.cpp"

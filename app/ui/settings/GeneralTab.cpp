@@ -143,3 +143,5 @@ void GeneralTab::pickEditor(int index)
 }
 
 } // namespace plovik
+
+#include "moc_GeneralTab.cpp"

@@ -69,3 +69,5 @@ void SettingsTabBar::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_SettingsTabBar.cpp"

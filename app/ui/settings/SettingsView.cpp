@@ -184,3 +184,5 @@ void SettingsView::tellWhetherKept()
 }
 
 } // namespace plovik
+
+#include "moc_SettingsView.cpp"

@@ -65,3 +65,5 @@ void SizeControl::paintStep(QPainter& painter, const QRect& area, StepEnabledFla
 }
 
 } // namespace plovik
+
+#include "moc_SizeControl.cpp"

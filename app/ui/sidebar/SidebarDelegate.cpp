@@ -156,3 +156,5 @@ void SidebarDelegate::paintRef(QPainter& painter, const QStyleOptionViewItem& op
 }
 
 } // namespace plovik
+
+#include "moc_SidebarDelegate.cpp"

@@ -391,3 +391,5 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
 }
 
 } // namespace plovik
+
+#include "moc_SidebarModel.cpp"

@@ -350,3 +350,5 @@ void SidebarView::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_SidebarView.cpp"

@@ -46,3 +46,5 @@ QSize StashDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIn
 }
 
 } // namespace plovik
+
+#include "moc_StashDelegate.cpp"

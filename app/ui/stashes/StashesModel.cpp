@@ -78,3 +78,5 @@ QVariant StashesModel::data(const QModelIndex& index, int role) const
 }
 
 } // namespace plovik
+
+#include "moc_StashesModel.cpp"

@@ -244,3 +244,5 @@ void StashesView::showMenuOf(const gitkit::Stash* stash, const QPoint& place)
 }
 
 } // namespace plovik
+
+#include "moc_StashesView.cpp"

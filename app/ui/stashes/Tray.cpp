@@ -55,3 +55,5 @@ void TraySign::paintEvent(QPaintEvent*)
 }
 
 } // namespace plovik
+
+#include "moc_Tray.cpp"

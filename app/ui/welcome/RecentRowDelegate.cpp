@@ -56,3 +56,5 @@ QSize RecentRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QMod
 }
 
 } // namespace plovik
+
+#include "moc_RecentRowDelegate.cpp"

@@ -233,3 +233,5 @@ void WelcomeView::removeRow(int row)
 }
 
 } // namespace plovik
+
+#include "moc_WelcomeView.cpp"

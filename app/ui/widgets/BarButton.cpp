@@ -57,3 +57,5 @@ void BarButton::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_BarButton.cpp"

@@ -38,3 +38,5 @@ bool ElidedLabel::event(QEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_ElidedLabel.cpp"

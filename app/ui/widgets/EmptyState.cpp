@@ -53,3 +53,5 @@ QPushButton* EmptyState::action(const QString& title)
 }
 
 } // namespace plovik
+
+#include "moc_EmptyState.cpp"

@@ -144,3 +144,5 @@ void IconButton::paintEvent(QPaintEvent*)
 }
 
 } // namespace plovik
+
+#include "moc_IconButton.cpp"

@@ -59,3 +59,5 @@ void MessageBar::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_MessageBar.cpp"

@@ -33,3 +33,5 @@ std::optional<QPoint> menuPosition(const QListView& list, const QContextMenuEven
 }
 
 } // namespace plovik
+
+#include "moc_RowList.cpp"

@@ -41,3 +41,5 @@ void ScrollKeeper::restore()
 }
 
 } // namespace plovik
+
+#include "moc_ScrollKeeper.cpp"

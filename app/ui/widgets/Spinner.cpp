@@ -51,3 +51,5 @@ void Spinner::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_Spinner.cpp"

@@ -150,3 +150,5 @@ QSize SplitPane::minimumSizeHint() const
 QSize SplitPane::sizeHint() const { return minimumSizeHint().expandedTo({640, 480}); }
 
 } // namespace plovik
+
+#include "moc_SplitPane.cpp"

@@ -399,3 +399,5 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
 }
 
 } // namespace plovik
+
+#include "moc_Style.cpp"

@@ -150,3 +150,5 @@ void ActivityView::timerEvent(QTimerEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_ActivityView.cpp"

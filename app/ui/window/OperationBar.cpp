@@ -195,3 +195,5 @@ void OperationBar::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_OperationBar.cpp"

@@ -192,3 +192,5 @@ QWidget* RepositoryView::detailFor(const SidebarItem& item)
 }
 
 } // namespace plovik
+
+#include "moc_RepositoryView.cpp"

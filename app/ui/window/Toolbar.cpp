@@ -100,3 +100,5 @@ void Toolbar::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_Toolbar.cpp"

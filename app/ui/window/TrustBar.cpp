@@ -113,3 +113,5 @@ void TrustBar::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_TrustBar.cpp"

@@ -129,3 +129,5 @@ void BodyPanel::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_BodyField.cpp"

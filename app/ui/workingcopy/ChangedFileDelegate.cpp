@@ -65,3 +65,5 @@ bool ChangedFileDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, 
 }
 
 } // namespace plovik
+
+#include "moc_ChangedFileDelegate.cpp"

@@ -118,3 +118,5 @@ void ChangedFilesList::keyboardSearch(const QString& typed)
 }
 
 } // namespace plovik
+
+#include "moc_ChangedFilesList.cpp"

@@ -192,3 +192,5 @@ Qt::ItemFlags ChangedFilesModel::flags(const QModelIndex& index) const
 }
 
 } // namespace plovik
+
+#include "moc_ChangedFilesModel.cpp"

@@ -249,3 +249,5 @@ void CommitBox::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_CommitBox.cpp"

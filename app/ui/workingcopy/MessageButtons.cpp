@@ -102,3 +102,5 @@ void MessageButtons::showState()
 }
 
 } // namespace plovik
+
+#include "moc_MessageButtons.cpp"

@@ -57,3 +57,5 @@ void StagingBar::showCounts()
 }
 
 } // namespace plovik
+
+#include "moc_StagingBar.cpp"

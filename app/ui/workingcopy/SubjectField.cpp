@@ -131,3 +131,5 @@ void SubjectField::resizeEvent(QResizeEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_SubjectField.cpp"

@@ -201,3 +201,5 @@ void WorkingCopyView::committed()
 }
 
 } // namespace plovik
+
+#include "moc_WorkingCopyView.cpp"

@@ -226,3 +226,5 @@ void DiffFilesLoader::takeSyntax(const Side& side, bool mayBeNewer, const std::s
 }
 
 } // namespace plovik
+
+#include "moc_DiffFilesLoader.cpp"
