@@ -10,6 +10,7 @@
 #include "tests/store/ManualWorker.h"
 #include "tests/support/Given.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestRepository.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -213,6 +214,46 @@ TEST_F(HistoryListTest, ARowsAccessibleNameHoldsSubjectAuthorAndShortHash)
     ASSERT_EQ(accessible->childCount(), 2);
     EXPECT_EQ(accessible->text(QAccessible::Name), u"History"_s);
     EXPECT_EQ(accessible->child(0)->text(QAccessible::Name), u"Fix \uFFFD bytes, Ada, abcdef0"_s);
+}
+
+TEST_F(HistoryListTest, RowsOfAnEarlierSearchStandBack)
+{
+    const QImage before = picture();
+    given(store.history().isOutdated, true);
+    EXPECT_NE(picture(), before);
+    given(store.history().isOutdated, false);
+    EXPECT_EQ(picture(), before);
+}
+
+TEST_F(HistoryListTest, EndReadsAllAndEscapeStops)
+{
+    TestRepository repo;
+    std::string stream;
+    for (int number = 0; number < 900; ++number)
+        stream += "commit refs/heads/main\ncommitter A <a@example.org> " + std::to_string(1'700'000'000 + number) +
+                  " +0000\ndata 1\nx\n";
+    repo.read({"fast-import", "--quiet"}, stream);
+    ManualWorker jobs;
+    RepositoryStore large(repo.path(), jobs);
+    HistoryList rows(large);
+    rows.resize(700, 10 * rowHeight);
+    rows.show();
+    large.snapshot().refresh(RefreshScope::full);
+    jobs.finishAll();
+    EXPECT_EQ(rows.model()->rowCount(), 500);
+
+    press(&rows, Qt::Key_End);
+    EXPECT_TRUE(large.history().isReadingToEnd.value());
+    press(&rows, Qt::Key_Escape);
+    EXPECT_FALSE(large.history().isReadingToEnd.value());
+    press(&rows, Qt::Key_End);
+    jobs.finishAll();
+    EXPECT_EQ(rows.model()->rowCount(), 900);
+    EXPECT_EQ(rows.currentIndex().row(), 899);
+    EXPECT_EQ(large.window().selectedCommit.value(), large.history().history.value().hashAt(899));
+    press(&rows, Qt::Key_Home);
+    press(&rows, Qt::Key_End);
+    EXPECT_EQ(rows.currentIndex().row(), 899) << "now it is the last one at once";
 }
 
 TEST_F(HistoryListTest, AFilteredListHidesTheGraph)

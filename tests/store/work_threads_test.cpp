@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/GitRepository.h"
 #include "app/await/Await.h"
 #include "app/await/PoolWorker.h"
 #include "app/await/WorkThreads.h"
+#include "app/store/CommandLog.h"
 #include "app/store/Failure.h"
+#include "app/store/GitAccess.h"
 #include "tests/support/NoMoreThreads.h"
+#include "tests/support/TestRepository.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +63,26 @@ TEST(WorkThreads, SayThatNoThreadCanBeStartedAndNeverWaitForEver)
         threads.start([&] { done.count_down(); }); // on the thread that there is
     }
     done.wait();
+}
+
+TEST(GitAccess, EndsTheGitOfItsReadsWhenItIsClosed)
+{
+    TestRepository repo;
+    const CommandLog log;
+    InlineWorker worker;
+    GitAccess git(repo.path(), worker, log);
+    std::stop_source overtaken;
+    const auto one = git.repository({});
+    const auto two = git.repository(overtaken.get_token());
+    const auto three = git.repository(std::stop_source().get_token());
+    const auto asks = [](const auto& repository) { repository->runner().output({"version"}); };
+    EXPECT_NO_THROW(asks(two));
+    overtaken.request_stop();
+    EXPECT_THROW(asks(two), gitkit::RunStopped);
+    EXPECT_NO_THROW(asks(three));
+    git.close();
+    EXPECT_THROW(asks(one), gitkit::RunStopped);
+    EXPECT_THROW(asks(three), gitkit::RunStopped);
 }
 
 } // namespace
