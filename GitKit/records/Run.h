@@ -17,6 +17,7 @@ struct RunEnd {
     bool stopped = false;     ///< because the caller asked for it
     bool cut = false;         ///< because it had printed all that was wanted
     std::string problem = {}; ///< why git could not be started; empty when it was
+    /// Without the time in which nobody took what git printed.
     std::chrono::milliseconds duration{0};
 
     bool operator==(const RunEnd&) const = default;

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <system_error>
@@ -62,6 +63,7 @@ struct GitStream::Running {
     RunReport report;
     std::unique_ptr<ChildProcess> child;
     GitOutput output = {}; ///< without what was handed on
+    std::chrono::steady_clock::duration worked{0};
     bool hasEnded = false;
 
     Running(std::string name, std::shared_ptr<RunListener> listener, ProcessRequest asked)
@@ -75,7 +77,7 @@ struct GitStream::Running {
             return;
         child->abandon();
         const bool isStopped = request.stop.stop_requested();
-        report.ended({.stopped = isStopped, .cut = !isStopped});
+        report.ended({.stopped = isStopped, .cut = !isStopped}, worked);
     }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
@@ -88,8 +90,27 @@ struct GitStream::Running {
         child->reap(&output);
         hasEnded = true;
         report.printed(RunListener::Stream::error, output.stderrBytes);
-        report.ended({output.status, output.signalled, false, false});
+        report.ended({output.status, output.signalled, false, false}, worked);
     }
+};
+
+/// Adds the time until its end to a sum.
+class Stopwatch {
+public:
+    explicit Stopwatch(std::chrono::steady_clock::duration& sum) : sum_(sum) {}
+    ~Stopwatch() { stop(); }
+    Stopwatch(const Stopwatch&) = delete;
+    Stopwatch& operator=(const Stopwatch&) = delete;
+
+    void stop()
+    {
+        const auto now = std::chrono::steady_clock::now();
+        sum_ += now - std::exchange(began_, now);
+    }
+
+private:
+    std::chrono::steady_clock::duration& sum_;
+    std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
 };
 
 GitStream::GitStream(std::string command, std::shared_ptr<RunListener> listener, ProcessRequest request)
@@ -103,6 +124,7 @@ GitStream& GitStream::operator=(GitStream&&) noexcept = default;
 bool GitStream::read(std::string& into)
 {
     Running& run = *running_;
+    Stopwatch watch(run.worked);
     ParentStreams& streams = run.child->streams;
     while (!run.hasEnded) {
         if (run.request.stop.stop_requested())
@@ -131,6 +153,7 @@ bool GitStream::read(std::string& into)
                 return true;
             }
         } else if (watched[0].revents != 0) {
+            watch.stop();
             run.finish();
         }
     }

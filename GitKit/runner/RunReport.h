@@ -29,11 +29,13 @@ public:
             listener_->printed(run_, stream, bytes);
     }
 
-    void ended(RunEnd end) const
+    void ended(RunEnd end) const { ended(end, Clock::now() - began_); }
+    /// `worked` is the time without that in which nobody took what the program printed.
+    void ended(RunEnd end, std::chrono::steady_clock::duration worked) const
     {
         if (!listener_)
             return;
-        end.duration = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - began_);
+        end.duration = std::chrono::duration_cast<std::chrono::milliseconds>(worked);
         listener_->ended(run_, end);
     }
 

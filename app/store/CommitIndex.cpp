@@ -68,8 +68,7 @@ void CommitIndex::lookAtLog()
     const CommandLog::Changes changes = log_.changesSince(logRevision_);
     logRevision_ = changes.revision;
     for (const CommandLog::Command& command : changes.commands) {
-        const bool hasEnded = command.end && !command.end->stopped && !command.end->cut;
-        if (hasEnded && gitkit::walksHistory(subcommandOf(command.arguments)))
+        if (command.end && gitkit::walksHistory(subcommandOf(command.arguments)))
             walkTook(command.end->duration);
     }
 }

@@ -37,8 +37,8 @@ public:
     CommitIndex(const CommitIndex&) = delete;
     CommitIndex& operator=(const CommitIndex&) = delete;
 
-    /// Tells that git has walked the history for so long, not counting the time in which nobody took what it found. Only
-    /// for walks that were ended early; the command log tells about the others.
+    /// Tells that git has walked the history for so long, not counting the time in which nobody took what it found.
+    /// Called for every walk that the command log lists.
     void walkTook(std::chrono::milliseconds time);
 
 private:
