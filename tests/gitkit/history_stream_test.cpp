@@ -5,6 +5,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/HistoryStream.h"
 #include "GitKit/runner/GitError.h"
+#include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestRepository.h"
 
 #include <gtest/gtest.h>
@@ -106,6 +107,37 @@ TEST(HistoryStream, IsInDateOrderWhateverTheClocks)
     EXPECT_GT(wrong, 0) << "no graph was beyond the window, so nothing was read twice";
 }
 
+TEST(HistoryStream, IsThatOfTheLogInShallowReplacedAndOtherRepositories)
+{
+    std::mt19937 random(7);
+    TestRepository origin;
+    makeGraph(origin, random, 300, 60);
+    const auto expectSame = [&random](const std::filesystem::path& path) {
+        const GitRepository git(path);
+        bool wasWrong = false;
+        EXPECT_EQ(streamed(git, {.scope = HistoryScope::all()}, random, wasWrong),
+                  withoutLabels(git.log(HistoryScope::all(), 10'000, {})));
+    };
+    const TemporaryFolder folder;
+    const auto clone = [&](const std::string& name, const std::vector<std::string>& options) {
+        std::vector<std::string> arguments{"clone", "-q", "--no-checkout"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        arguments.insert(arguments.end(), {"file://" + origin.path().string(), (folder / name).string()});
+        origin.git(arguments);
+        return folder / name;
+    };
+    expectSame(clone("shallow", {"--depth=5", "--no-single-branch", "--branch=b1"}));
+    expectSame(clone("partial", {"--filter=blob:none", "--branch=b1"}));
+    origin.git({"replace", "--graft", "b1~3", "b2"}).git({"pack-refs", "--all"});
+    expectSame(origin.path());
+
+    origin.git({"init", "-q", "--object-format=sha256", (folder / "sha256").string()});
+    const GitRepository sha256(folder / "sha256");
+    sha256.runner().bytes({"commit", "-q", "--allow-empty", "-m", "one"});
+    sha256.runner().bytes({"commit", "-q", "--allow-empty", "-m", "two"});
+    expectSame(folder / "sha256");
+}
+
 TEST(HistoryStream, GoesWithoutAHeadThatIsNotBornAndTellsOfDamage)
 {
     TestRepository repo;
@@ -147,6 +179,10 @@ TEST(HistoryStream, WaitsWithoutReadingAheadAndEndsItsGit)
         repo.git({"repack", "-a", "-d", "-f", "-q"});
         EXPECT_EQ(stream.next(2000).size(), 2000U);
     }
+    // It is killed at once; the kernel takes a moment.
+    const auto until = HistoryStream::Clock::now() + 5s;
+    while (processesIn(repo.path()) > 0 && HistoryStream::Clock::now() < until)
+        std::this_thread::yield();
     EXPECT_EQ(processesIn(repo.path()), 0);
 
     HistoryStream stream(git, {HistoryScope::all()});
