@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Date.h"
+
 #include <string>
 #include <vector>
 
@@ -10,6 +12,7 @@ namespace gitkit {
 struct Kept {
     std::string name;               ///< of its folder; names grow with time
     std::vector<std::string> paths; ///< the files that it holds, as bytes
+    Date date = {};                 ///< when they were taken
 
     bool operator==(const Kept&) const = default;
 };

@@ -3,15 +3,14 @@
 
 #include "GitKit/Text.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/KeptEntries.h"
 #include "GitKit/repository/KeptList.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/runner/GitError.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
-#include <iterator>
-#include <map>
-#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,11 +19,9 @@ namespace gitkit {
 namespace {
 
 namespace fs = std::filesystem;
-using Entries = std::map<std::string, std::vector<std::string>>;
 
 /// Of the state after, larger files have no copy. They cannot be merged.
 constexpr std::uintmax_t largestMerged = std::uintmax_t{8} << 20;
-constexpr std::size_t longestCommandLine = std::size_t{64} << 10;
 constexpr std::chrono::hours keptFor{24 * 30};
 constexpr std::size_t digitsOfTime = 20;
 
@@ -36,6 +33,14 @@ std::string nameFor(std::chrono::nanoseconds time)
 {
     const std::string digits = std::to_string(time.count());
     return std::string(digitsOfTime - std::min(digitsOfTime, digits.size()), '0') + digits;
+}
+
+/// The inverse. Returns the epoch for any other name.
+Date dateOf(const std::string& name)
+{
+    std::int64_t count = 0;
+    std::from_chars(name.data(), name.data() + name.size(), count);
+    return Date(std::chrono::duration_cast<std::chrono::seconds>(std::chrono::nanoseconds(count)));
 }
 
 /// Returns the names of everything in the keeping, the oldest first.
@@ -75,28 +80,6 @@ fs::path makeFolder(const fs::path& gitDirectory)
                    "No copy could be kept in " + inQuotes(folder.string()) + ", so nothing was discarded.");
 }
 
-/// Returns the index entries of each of these paths.
-Entries entriesOf(const GitRepository& repo, const std::vector<KeptFile>& files)
-{
-    std::vector<std::string> arguments{"ls-files", "-s", "-z", "--"};
-    std::set<std::string> wanted;
-    std::size_t length = 0;
-    for (const KeptFile& file : files) {
-        wanted.insert(file.path);
-        length += file.path.size() + 1;
-    }
-    if (length <= longestCommandLine)
-        std::ranges::transform(wanted, std::back_inserter(arguments), literalPathspec);
-    Entries entries;
-    for (std::string& entry : splitNul(repo.runner().bytes(arguments))) {
-        // A path also names what is in the folder of that name.
-        const std::string path = entry.substr(std::min(entry.find('\t'), entry.size() - 1) + 1);
-        if (wanted.contains(path))
-            entries[path].push_back(std::move(entry));
-    }
-    return entries;
-}
-
 bool isFile(FileKind kind) { return kind == FileKind::regular || kind == FileKind::link; }
 
 KeptFile described(const std::string& path, const FileChange& change, std::size_t number)
@@ -122,7 +105,7 @@ std::vector<KeptFile> keepBefore(const GitRepository& repo, const fs::path& fold
                 files.push_back(described(path, change, files.size()));
         }
     }
-    Entries entries = entriesOf(repo, files);
+    IndexEntries entries = indexEntriesOf(repo, files);
     for (KeptFile& file : files) {
         file.entriesBefore = entries[file.path];
         file.before = kindAt(repo.root() / file.path);
@@ -137,7 +120,7 @@ fs::path copyAfter(const fs::path& folder, const KeptFile& file) { return folder
 void noteAfter(const GitRepository& repo, const fs::path& folder, std::vector<KeptFile>& files)
 {
     std::error_code ignored;
-    Entries entries = entriesOf(repo, files);
+    IndexEntries entries = indexEntriesOf(repo, files);
     for (KeptFile& file : files) {
         const fs::path place = repo.root() / file.path;
         file.entriesAfter = entries[file.path];
@@ -160,7 +143,8 @@ bool isUntaken(const GitRepository& repo, const fs::path& folder, const KeptFile
 
 std::optional<Kept> keptIn(const fs::path& folder)
 {
-    Kept kept{folder.filename().string(), {}};
+    const std::string name = folder.filename().string();
+    Kept kept{name, {}, dateOf(name)};
     for (const KeptFile& file : readKeptList(folder))
         kept.paths.push_back(file.path);
     return kept.paths.empty() ? std::nullopt : std::optional(kept);
@@ -202,45 +186,6 @@ std::optional<Kept> finishKeeping(const GitRepository& repo, const fs::path& fol
     return keptIn(folder);
 }
 
-/// Index entries as they were, for files whose entries are `now` other than wanted. Git must still have the objects.
-class IndexWay {
-public:
-    explicit IndexWay(const GitRepository& repo) : repo_(repo) {}
-
-    /// Returns false when the entries cannot come back.
-    bool restore(const KeptFile& file, const std::vector<std::string>& now)
-    {
-        if (file.isIntended) {
-            if (now.empty())
-                runOnPaths(repo_.runner(), {"add", "-N", "-f"}, {file.path});
-            return true;
-        }
-        if (now == file.entriesBefore)
-            return true;
-        if (!hasObjects(file.entriesBefore))
-            return false;
-        const std::string& any = now.empty() ? file.entriesBefore.front() : now.front();
-        const std::size_t digits = any.find(' ', 7) - 7;
-        std::string input = "0 " + std::string(digits, '0') + '\t' + file.path + '\0';
-        for (const std::string& entry : file.entriesBefore)
-            input += entry + '\0';
-        return repo_.runner().output({"update-index", "-z", "--index-info"}, {.input = std::move(input)}).status == 0;
-    }
-
-private:
-    bool hasObjects(const std::vector<std::string>& entries) const
-    {
-        std::string names;
-        for (const std::string& entry : entries)
-            names += entry.substr(7, entry.find(' ', 7) - 7) + '\n';
-        return names.empty() ||
-               repo_.runner().bytes({"cat-file", "--batch-check"}, {.input = names}).find(" missing\n") ==
-                   std::string::npos;
-    }
-
-    const GitRepository& repo_;
-};
-
 bool isAsInHead(const GitRepository& repo, const std::string& path)
 {
     return repo.runner().output({"diff", "--quiet", "HEAD", "--", literalPathspec(path)}).status == 0;
@@ -257,7 +202,7 @@ bool isHalfDone(const GitRepository& repo, const fs::path& folder, const KeptFil
 /// Puts back what a failure has left in between; that is kept no longer.
 void putBackHalfDone(const GitRepository& repo, const fs::path& folder, std::vector<KeptFile>& files)
 {
-    Entries entries = entriesOf(repo, files);
+    IndexEntries entries = indexEntriesOf(repo, files);
     std::erase_if(files, [&](const KeptFile& file) {
         if (!isHalfDone(repo, folder, file) || !makeParents(repo.root(), file.path))
             return false;
@@ -265,7 +210,7 @@ void putBackHalfDone(const GitRepository& repo, const fs::path& folder, std::vec
         const fs::path place = repo.root() / file.path;
         if (::rename((folder / file.copy).c_str(), place.c_str()) != 0)
             putCopy(folder / file.copy, place);
-        return IndexWay(repo).restore(file, entries[file.path]);
+        return restoreEntries(repo, file, entries[file.path]);
     });
 }
 
@@ -325,6 +270,17 @@ bool takeWay(const GitRepository& repo, const fs::path& folder, const KeptFile& 
     return true;
 }
 
+/// Throws when one of the files would be written over another: nobody was asked about that.
+void requireFree(const fs::path& place, const std::vector<KeptFile>& files)
+{
+    for (const KeptFile& file : files) {
+        if (kindAt(place / file.path) != FileKind::none)
+            throw GitError("checkout", 1,
+                           inQuotes((place / file.path).string()) +
+                               " is there already, so nothing was saved. Choose another folder.");
+    }
+}
+
 } // namespace
 
 Keeping keeping(const GitRepository& repo, const fs::path& gitDirectory, const std::vector<FileChange>& files,
@@ -378,7 +334,7 @@ BroughtBack bringBack(const GitRepository& repo, const fs::path& gitDirectory, c
     if (files.empty())
         throw GitError("checkout", 1, "What was discarded is not kept any more.");
     BroughtBack result;
-    Entries entries = entriesOf(repo, files);
+    IndexEntries entries = indexEntriesOf(repo, files);
     std::vector<KeptFile> left;
     for (const KeptFile& file : files) {
         const Way way = wayBack(repo, folder, file);
@@ -390,7 +346,7 @@ BroughtBack bringBack(const GitRepository& repo, const fs::path& gitDirectory, c
         (way == Way::merge ? result.merged : result.back).push_back(file.path);
         const std::vector<std::string>& now = entries[file.path];
         const bool canStage = now == file.entriesAfter || now == file.entriesBefore;
-        if (file.entriesBefore != file.entriesAfter && (!canStage || !IndexWay(repo).restore(file, now)))
+        if (file.entriesBefore != file.entriesAfter && (!canStage || !restoreEntries(repo, file, now)))
             result.indexChanged.push_back(file.path);
     }
     repo.runner().output({"update-index", "-q", "--refresh"}); // else every status would read the files whole
@@ -404,11 +360,16 @@ BroughtBack bringBack(const GitRepository& repo, const fs::path& gitDirectory, c
 void saveKept(const fs::path& gitDirectory, const Kept& kept, const fs::path& place)
 {
     const fs::path folder = keepingFolder(gitDirectory) / kept.name;
-    for (const KeptFile& file : readKeptList(folder)) {
-        if (std::ranges::find(kept.paths, file.path) == kept.paths.end() || !isFile(kindAt(folder / file.copy)))
-            continue;
-        const fs::path to = kept.paths.size() == 1 ? place : place / file.path;
-        if (kept.paths.size() > 1 && !makeParents(place, file.path))
+    const bool isOne = kept.paths.size() == 1;
+    std::vector<KeptFile> files = readKeptList(folder);
+    std::erase_if(files, [&](const KeptFile& file) {
+        return std::ranges::find(kept.paths, file.path) == kept.paths.end() || !isFile(kindAt(folder / file.copy));
+    });
+    if (!isOne)
+        requireFree(place, files);
+    for (const KeptFile& file : files) {
+        const fs::path to = isOne ? place : place / file.path;
+        if (!isOne && !makeParents(place, file.path))
             throw GitError("checkout", 1, inQuotes(to.string()) + " cannot be written: a folder is missing.");
         saveCopy(folder / file.copy, to);
     }

@@ -46,7 +46,8 @@ std::vector<Kept> allKept(const std::filesystem::path& gitDirectory);
 /// merged where that makes no conflict. What is back is kept no longer.
 BroughtBack bringBack(const GitRepository& repo, const std::filesystem::path& gitDirectory, const Kept& kept);
 
-/// Writes copies of the kept files elsewhere: of one file to `place`, of several into the folder `place`, with their paths.
+/// Writes copies of the kept files elsewhere: of one file to `place`, replacing what is there; of several into the folder
+/// `place`, with their paths. Throws before it writes when one of several is there already.
 void saveKept(const std::filesystem::path& gitDirectory, const Kept& kept, const std::filesystem::path& place);
 
 /// Removes what is kept for good.

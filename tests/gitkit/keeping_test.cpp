@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <ctime>
 #include <fstream>
 #include <map>
@@ -130,6 +131,21 @@ TEST(Keeping, MergesIntoWhatWasWrittenSinceAndElseKeepsTheCopy)
     EXPECT_THAT(repo.bringLastBack().back, ElementsAre("b"));
     EXPECT_EQ(readFile(repo / "b"), "mine\n");
     EXPECT_THROW(bringBack(repo.repository(), repo.gitDirectory(), left), GitError);
+}
+
+TEST(Keeping, SavesSeveralFilesOverNone)
+{
+    KeepingRepository repo;
+    repo.write("a", "mine\n").write("d/x", "mine\n");
+    const Keeping done = repo.discardAll();
+    EXPECT_LT(std::chrono::abs(done.kept->date - std::chrono::system_clock::now()), std::chrono::minutes(5));
+    repo.write("d/x", "typed since\n");
+    EXPECT_THROW(saveKept(repo.gitDirectory(), *done.kept, repo.path()), GitError)
+        << "the folder of the files themselves";
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), " M d/x");
+    EXPECT_EQ(readFile(repo / "d/x"), "typed since\n");
+    saveKept(repo.gitDirectory(), *done.kept, repo.trash.path());
+    EXPECT_EQ(readFile(repo.trash.path() / "d/x"), "mine\n");
 }
 
 TEST(Keeping, DoesNotWriteThroughALinkNorStageOverWhatWasStagedSince)
