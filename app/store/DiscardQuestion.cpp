@@ -53,6 +53,16 @@ QString countsText(const DiscardExtent& counts)
 /// Whether Undo brings all of them back: folders with repositories of their own are in the Trash only.
 bool isKept(const FileChange& file) { return !file.isSubmodule && !file.path.ends_with('/'); }
 
+QString undoText(const std::vector<FileChange>& files)
+{
+    if (std::ranges::all_of(files, isKept))
+        return DiscardTexts::tr("Undo brings everything back.");
+    return std::ranges::none_of(files, isKept)
+               ? DiscardTexts::tr("A folder with a repository of its own can come back from the Trash only.")
+               : DiscardTexts::tr("Undo brings everything back, except folders with repositories of their own: these "
+                                  "can come back from the Trash only.");
+}
+
 bool hasBothSides(const std::vector<FileChange>& files)
 {
     return std::ranges::any_of(files, &FileChange::hasStaged) && std::ranges::any_of(files, &FileChange::hasUnstaged) &&
@@ -82,8 +92,7 @@ Confirmation discardQuestion(const std::vector<FileChange>& files, const std::op
     QStringList detail;
     if (const QString text = counts ? countsText(*counts) : QString(); !text.isEmpty())
         detail.append(text + u'.');
-    if (std::ranges::all_of(files, isKept))
-        detail.append(DiscardTexts::tr("Undo brings everything back."));
+    detail.append(undoText(files));
     question.detail = detail.join(u'\n');
     if (hasBothSides(files))
         question.alternativeTitle = DiscardTexts::tr("Discard Unstaged Only");

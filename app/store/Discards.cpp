@@ -27,14 +27,6 @@ std::filesystem::path directoryOf(const std::optional<std::filesystem::path>& kn
     return known ? *known : gitkit::gitDirectories(repo).own;
 }
 
-/// “a.txt”, or “a.txt” and the number of the others.
-QString namesOf(const std::vector<std::string>& paths)
-{
-    const auto others = static_cast<int>(paths.size()) - 1;
-    return others == 0 ? inQuotes(paths.front())
-                       : Discards::tr("%1 and %n other file(s)", nullptr, others).arg(inQuotes(paths.front()));
-}
-
 } // namespace
 
 Discards::Discards(WindowState& window, Snapshot& snapshot, Changes& changes)
@@ -60,16 +52,21 @@ bool Discards::runKeeping(Change change, const Files& files, Way way)
     change.ended = [this, kept] {
         if (*kept)
             kept_.push_back(**kept);
-        show();
+        keepingChanged();
     };
     return changes_.run(std::move(change));
 }
 
 void Discards::undo()
 {
-    if (kept_.empty() || isUndoing_)
+    if (!kept_.empty())
+        bringBack(kept_.back());
+}
+
+void Discards::bringBack(const Kept& kept)
+{
+    if (isUndoing_)
         return;
-    const Kept kept = kept_.back();
     const auto result = std::make_shared<gitkit::BroughtBack>();
     changes_.run({.verb = Verb::undoDiscard,
                   .operation =
@@ -85,7 +82,7 @@ void Discards::undo()
                   .ended =
                       [this] {
                           isUndoing_ = false;
-                          show();
+                          keepingChanged();
                       }});
 }
 
@@ -103,7 +100,7 @@ void Discards::broughtBack(const Kept& kept, const gitkit::BroughtBack& result)
     else if (!result.merged.empty())
         window_.tell(tr("%1: brought back into what was written since.").arg(namesOf(result.merged)));
     if (!result.left.empty())
-        askAboutLeft({kept.name, result.left});
+        askAboutLeft({kept.name, result.left, kept.date});
 }
 
 void Discards::askAboutLeft(const Kept& left)
@@ -134,14 +131,24 @@ void Discards::save(const Kept& kept, const std::filesystem::path& place)
                   }});
 }
 
+void Discards::confirmDrop(const Kept& kept)
+{
+    Confirmation question;
+    question.title = tr("Drop the copy of %1?").arg(namesOf(kept.paths));
+    question.message = tr("What was discarded can then no longer be restored.");
+    question.actionTitle = tr("Drop the Copy");
+    question.action = [this, kept] { drop(kept); };
+    window_.ask(std::move(question));
+}
+
 void Discards::drop(const Kept& kept)
 {
     remove(kept);
     show();
     changes_.run({.verb = Verb::undoDiscard,
-                  .operation = [kept, directory = snapshot_.gitDirectory()](const GitRepository& repo) {
-                      gitkit::forget(directoryOf(directory, repo), kept);
-                  }});
+                  .operation = [kept, directory = snapshot_.gitDirectory()](
+                                   const GitRepository& repo) { gitkit::forget(directoryOf(directory, repo), kept); },
+                  .ended = [this] { keepingChanged(); }});
 }
 
 void Discards::remove(const Kept& kept)
@@ -149,6 +156,19 @@ void Discards::remove(const Kept& kept)
     std::erase_if(kept_, [&kept](const Kept& each) { return each.name == kept.name; });
 }
 
+void Discards::keepingChanged()
+{
+    show();
+    generation = generation.value() + 1;
+}
+
 void Discards::show() { canUndo = !kept_.empty() && !isUndoing_; }
+
+QString Discards::namesOf(const std::vector<std::string>& paths)
+{
+    const auto others = static_cast<int>(paths.size()) - 1;
+    return others == 0 ? inQuotes(paths.front())
+                       : tr("%1 and %n other file(s)", nullptr, others).arg(inQuotes(paths.front()));
+}
 
 } // namespace plovik

@@ -38,6 +38,18 @@ public:
     /// question offers to save it elsewhere.
     void undo();
 
+    // The same for anything that is kept, also by earlier windows: see readKept().
+
+    /// Grows when what is kept has changed.
+    Observed<qint64, Discards> generation{0};
+    void bringBack(const gitkit::Kept& kept);
+    /// Writes copies of the files elsewhere: of one file to `place`, of several into that folder.
+    void save(const gitkit::Kept& kept, const std::filesystem::path& place);
+    /// Asks, and then removes the copies for good.
+    void confirmDrop(const gitkit::Kept& kept);
+    /// Returns “a.txt”, or “a.txt” and the number of the others. `paths` is not empty.
+    static QString namesOf(const std::vector<std::string>& paths);
+
 private:
     struct Way {
         GitAccess::Operation check;
@@ -46,9 +58,9 @@ private:
     bool runKeeping(Change change, const Files& files, Way way);
     void broughtBack(const gitkit::Kept& kept, const gitkit::BroughtBack& result);
     void askAboutLeft(const gitkit::Kept& left);
-    void save(const gitkit::Kept& kept, const std::filesystem::path& place);
     void drop(const gitkit::Kept& kept);
     void remove(const gitkit::Kept& kept);
+    void keepingChanged();
     void show();
 
     WindowState& window_;

@@ -26,6 +26,11 @@ struct GoToCommitSheet {
 struct SentChangesSheet {
     bool operator==(const SentChangesSheet&) const = default;
 };
-using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet>;
+/// Lists what was discarded and is kept.
+struct DiscardedSheet {
+    bool operator==(const DiscardedSheet&) const = default;
+};
+using SheetKind =
+    std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet, DiscardedSheet>;
 
 } // namespace plovik

@@ -242,6 +242,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::DiscardedDialog</name>
+    <message numerus="yes">
+        <source>and %n other(s)</source>
+        <translation>
+            <numerusform>and %n other</numerusform>
+            <numerusform>and %n others</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Discards</name>
     <message numerus="yes">
         <source>%1 and %n other file(s)</source>

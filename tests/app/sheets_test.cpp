@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/Refs.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/RefNameRules.h"
 #include "app/ui/widgets/TerminalText.h"
@@ -14,6 +15,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QtTest/QTest>
@@ -160,6 +162,49 @@ TEST_F(DialogsTest, ATagAndAStashAreMade)
     ASSERT_EQ(store.snapshot().stashes.value().size(), 1U);
     EXPECT_EQ(store.snapshot().stashes.value().front().message, "On main: -m put aside");
     EXPECT_FALSE(std::filesystem::exists(repo / "new"));
+}
+
+TEST_F(DialogsTest, WhatAnEarlierWindowDiscardedIsRestoredOrDropped)
+{
+    const auto open = [this] {
+        command(CommandId::restoreDiscarded).run(store);
+        EXPECT_TRUE(worker.settle());
+    };
+    open();
+    EXPECT_TRUE(says(u"Nothing Is Kept"_s));
+    EXPECT_FALSE(button(u"Restore"_s)->isEnabled());
+    QTest::keyClick(dialog(), Qt::Key_Escape);
+    for (const char* name : {"first", "second"}) {
+        repo.write("a", name).write(name, "n");
+        RepositoryStore earlier{
+            repo.path(), worker, {.trash = [](const auto& file) { std::filesystem::remove(file); }}};
+        earlier.snapshot().refresh(RefreshScope::full);
+        ASSERT_TRUE(worker.settle());
+        earlier.staging().confirmDiscard(earlier.snapshot().status.value().files);
+        ASSERT_TRUE(worker.settle());
+        earlier.window().confirm(earlier.window().confirmation.value()->id);
+        ASSERT_TRUE(worker.settle());
+    }
+    ASSERT_EQ(repo.read({"status", "--porcelain"}), "");
+
+    open();
+    auto* list = named<QListWidget>(*dialog(), u"Discarded"_s);
+    ASSERT_EQ(list->count(), 2);
+    EXPECT_TRUE(list->hasFocus());
+    EXPECT_TRUE(list->item(0)->text().endsWith(u": “a” and 1 other file"_s)) << list->item(0)->text().toStdString();
+    EXPECT_EQ(list->item(0)->toolTip(), u"a\nsecond"_s) << "the newest is first";
+    EXPECT_TRUE(button(u"Save In…"_s)->isEnabled());
+    QTest::keyClick(list, Qt::Key_Delete);
+    EXPECT_EQ(dialog()->accessibleName(), u"Drop the copy of “a” and 1 other file?"_s);
+    button(u"Drop the Copy"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    ASSERT_EQ(list->count(), 1);
+    QTest::keyClick(list, Qt::Key_Return);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), " M a\n?? first");
+    open();
+    EXPECT_TRUE(says(u"Nothing Is Kept"_s));
 }
 
 TEST_F(DialogsTest, AChangeInTheWayKeepsASheetFromBeingConfirmed)

@@ -46,6 +46,7 @@ enum class CommandId {
     cancelAction,
     newBranch,
     stashChanges,
+    restoreDiscarded,
     writeMessage,
     showWhatIsSent,
     back,

@@ -40,7 +40,7 @@ std::vector<Layout> layouts()
             {QT_TRANSLATE_NOOP("Commands", "Edit"), {undo, redo, line, cut, copy, paste, selectAll}},
             {QT_TRANSLATE_NOOP("Commands", "Repository"),
              {showWorkingCopy, showHistory, showStashes, line, refresh, fetch, pull, push, cancelAction, line,
-              newBranch, stashChanges, line, writeMessage, showWhatIsSent}},
+              newBranch, stashChanges, restoreDiscarded, line, writeMessage, showWhatIsSent}},
             {QT_TRANSLATE_NOOP("Commands", "View"),
              {back, forward, goToCommit, line, sideBySide, ignoreWhiteSpace, line, nextChange, previousChange, line,
               commandLog}},

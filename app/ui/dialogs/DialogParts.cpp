@@ -5,6 +5,8 @@
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QDialog>
+#include <QFile>
+#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -86,6 +88,20 @@ void fit(QDialog& dialog, int width, int moreHeight)
     const int height =
         layout.hasHeightForWidth() ? layout.totalHeightForWidth(fitting) : layout.totalSizeHint().height();
     dialog.resize(fitting, std::min(height + moreHeight, screen.height()));
+}
+
+void askForPlace(const Confirmation::Place& place, QWidget* parent)
+{
+    auto* const chooser = new QFileDialog(parent);
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    chooser->setAcceptMode(place.isFolder ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    chooser->setFileMode(place.isFolder ? QFileDialog::Directory : QFileDialog::AnyFile);
+    chooser->selectFile(place.name);
+    QObject::connect(chooser, &QFileDialog::fileSelected, parent, [chosen = place.chosen](const QString& file) {
+        if (chosen)
+            chosen(QFile::encodeName(file).toStdString());
+    });
+    chooser->open();
 }
 
 } // namespace plovik::dialogParts

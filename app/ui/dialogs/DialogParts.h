@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/store/Confirmation.h"
+
 #include <initializer_list>
 
 class QDialog;
@@ -28,5 +30,7 @@ QHBoxLayout* buttonRow(std::initializer_list<QPushButton*> buttons);
 /// Makes the dialog as high as its texts need at its least width, or at `width` where that is larger and fits on the
 /// screen. `moreHeight` is added for widgets that scroll. To be called when a text changes.
 void fit(QDialog& dialog, int width = 0, int moreHeight = 0);
+/// Lets the user choose a file or folder, and calls `place.chosen` unless `parent` is gone by then.
+void askForPlace(const Confirmation::Place& place, QWidget* parent);
 
 } // namespace plovik::dialogParts

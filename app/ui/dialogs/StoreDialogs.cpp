@@ -2,6 +2,8 @@
 #include "app/ui/dialogs/StoreDialogs.h"
 
 #include "app/ui/dialogs/ConfirmationDialog.h"
+#include "app/ui/dialogs/DialogParts.h"
+#include "app/ui/dialogs/DiscardedDialog.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/GoToCommitDialog.h"
 #include "app/ui/dialogs/NewRefSheets.h"
@@ -10,8 +12,6 @@
 #include "app/ui/dialogs/StashDialog.h"
 
 #include <QApplication>
-#include <QFile>
-#include <QFileDialog>
 
 #include <utility>
 
@@ -36,6 +36,7 @@ struct SheetMaker {
     Sheet* operator()(const StashSheet&) const { return new StashDialog(store, parent); }
     Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
     Sheet* operator()(const SentChangesSheet&) const { return new SentChangesDialog(store, parent); }
+    Sheet* operator()(const DiscardedSheet&) const { return new DiscardedDialog(store, parent); }
 };
 
 } // namespace
@@ -112,23 +113,8 @@ void StoreDialogs::questionAnswered(const QUuid& id, int answer)
     } else {
         store_.window().confirm(id);
         if (question->place)
-            askForPlace(*question->place);
+            dialogParts::askForPlace(*question->place, parent_);
     }
-}
-
-/// Lets the user choose a file or folder.
-void StoreDialogs::askForPlace(const Confirmation::Place& place)
-{
-    auto* const chooser = new QFileDialog(parent_);
-    chooser->setAttribute(Qt::WA_DeleteOnClose);
-    chooser->setAcceptMode(place.isFolder ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
-    chooser->setFileMode(place.isFolder ? QFileDialog::Directory : QFileDialog::AnyFile);
-    chooser->selectFile(place.name);
-    connect(chooser, &QFileDialog::fileSelected, this, [chosen = place.chosen](const QString& file) {
-        if (chosen)
-            chosen(QFile::encodeName(file).toStdString());
-    });
-    chooser->open();
 }
 
 void StoreDialogs::showSheet()

@@ -35,7 +35,6 @@ private:
     void showPrompt();
     void promptClosed(PromptDialog* dialog, quint64 id, int answer);
     void questionAnswered(const QUuid& id, int answer);
-    void askForPlace(const Confirmation::Place& place);
     void sheetClosed(Sheet* sheet, int answer);
 
     RepositoryStore& store_;
