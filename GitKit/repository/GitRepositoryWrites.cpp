@@ -16,6 +16,9 @@
 //   branch, tag             option. Only by its short name does git attach HEAD to a branch, so checkout gets that one;
 //                           where git would read the short name as something else, HEAD is detached and then pointed at
 //                           the branch. A merge gets the short name for its message where that means the same ref.
+//                           Where git would end a merge without a word, checkout and stash refuse.
+//                           Ignored files are not overwritten, which is git's default: checkout has an option for it,
+//                           and for merge, cherry-pick, revert and stash apply the files are looked at before.
 //   push                    names the remote and refs/heads/B:refs/heads/B. Without a refspec, or with a short one, the
 //                           remote's settings would add other branches, a leading "+" would force, and tags and
 //                           submodules would go along. The remote is the one that git would choose with
@@ -28,6 +31,7 @@
 #include "GitKit/Text.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Overwriting.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/StagedPaths.h"
 #include "GitKit/repository/StaleChange.h"
@@ -44,6 +48,8 @@ namespace gitkit {
 namespace {
 
 using Arguments = std::vector<std::string>;
+
+constexpr const char* keepsIgnored = "--no-overwrite-ignore";
 
 constexpr std::string_view branchPrefix = "refs/heads/";
 
@@ -123,6 +129,15 @@ std::string currentRef(const std::vector<Stash>& stashes, const Stash& wanted)
         throw GitError("stash", 1, "The stash " + inQuotes(wanted.message) + " is no longer in the list.",
                        ErrorKind::changedMeanwhile);
     return fullStashName(found->ref);
+}
+
+/// The command that lists the paths which such a comparison finds.
+Arguments listOf(const char* command, const Arguments& comparison)
+{
+    Arguments arguments{command, "--name-only", "-z", "--no-renames", "--no-ext-diff"};
+    arguments.insert(arguments.end(), comparison.begin(), comparison.end());
+    arguments.emplace_back("--");
+    return arguments;
 }
 
 /// Git records no more of it than its current commit, which nobody else has.
@@ -224,27 +239,29 @@ void GitRepository::commit(const std::string& message, CommitMode mode) const
 
 void GitRepository::checkout(const std::string& ref) const
 {
+    requireNothingBegun(*this, "checkout");
     const std::optional<std::string> branch = branchName(ref);
     if (!branch) {
-        runner_.accepted({"checkout", exactArgument("checkout", ref), "--"});
+        runner_.accepted({"checkout", keepsIgnored, exactArgument("checkout", ref), "--"});
         return;
     }
     const std::string elsewhere = workingTreeOf(runner_, ref);
     if (!branch->starts_with('-') && *branch != "@" && *branch != "HEAD") {
-        runner_.accepted({"checkout", *branch, "--"});
+        runner_.accepted({"checkout", keepsIgnored, *branch, "--"});
         return;
     }
     if (!elsewhere.empty() && elsewhere != root_.string())
         throw GitError("checkout", 128, inQuotes(*branch) + " is already checked out in " + inQuotes(elsewhere) + ".",
                        ErrorKind::checkedOutElsewhere);
-    runner_.accepted({"checkout", ref, "--"});
+    runner_.accepted({"checkout", keepsIgnored, ref, "--"});
     runner_.accepted({"symbolic-ref", "-m", "checkout: moving to " + ref, "HEAD", ref});
 }
 
 void GitRepository::checkoutTracking(const std::string& remoteBranch, const std::string& localName) const
 {
-    runner_.accepted(
-        {"checkout", "-b", newNameArgument("checkout", localName), "--track", exactArgument("checkout", remoteBranch)});
+    requireNothingBegun(*this, "checkout");
+    runner_.accepted({"checkout", keepsIgnored, "-b", newNameArgument("checkout", localName), "--track",
+                      exactArgument("checkout", remoteBranch)});
 }
 
 void GitRepository::createBranch(const std::string& name, const std::optional<std::string>& startPoint,
@@ -252,8 +269,10 @@ void GitRepository::createBranch(const std::string& name, const std::optional<st
 {
     const char* command = after == AfterCreating::checkOut ? "checkout" : "branch";
     Arguments arguments{command};
-    if (after == AfterCreating::checkOut)
-        arguments.emplace_back("-b");
+    if (after == AfterCreating::checkOut) {
+        requireNothingBegun(*this, command);
+        arguments.insert(arguments.end(), {keepsIgnored, "-b"});
+    }
     arguments.push_back(newNameArgument(command, name));
     if (startPoint && !startPoint->empty())
         arguments.push_back(exactArgument(command, *startPoint));
@@ -276,19 +295,26 @@ void GitRepository::merge(const std::string& ref) const
 {
     const std::string revision = exactArgument("merge", ref);
     waitForIndex(*this);
+    requireIgnoredStay(*this, "merge", listOf("diff", {"--diff-filter=A", "HEAD..." + revision}));
     runTelling(runner_, {"merge", revision.starts_with("refs/") ? shortestName(runner_, revision) : revision});
 }
 
 void GitRepository::cherryPick(const std::string& hash) const
 {
+    const std::string revision = exactArgument("cherry-pick", hash);
     waitForIndex(*this);
-    runTelling(runner_, {"cherry-pick", exactArgument("cherry-pick", hash)});
+    requireIgnoredStay(*this, "cherry-pick",
+                       listOf("diff-tree", {"--root", "--no-commit-id", "-r", "--diff-filter=A", revision}));
+    runTelling(runner_, {"cherry-pick", revision});
 }
 
 void GitRepository::revert(const std::string& hash) const
 {
+    const std::string revision = exactArgument("revert", hash);
     waitForIndex(*this);
-    runTelling(runner_, {"revert", "--no-edit", exactArgument("revert", hash)});
+    requireIgnoredStay(*this, "revert",
+                       listOf("diff-tree", {"--root", "--no-commit-id", "-r", "--diff-filter=D", revision}));
+    runTelling(runner_, {"revert", "--no-edit", revision});
 }
 
 void GitRepository::stashSave(const std::string& message, UntrackedFiles untracked) const
@@ -299,6 +325,8 @@ void GitRepository::stashSave(const std::string& message, UntrackedFiles untrack
     if (!message.empty())
         arguments.insert(arguments.end(), {"-m", message});
     waitForIndex(*this);
+    requireNothingBegun(*this, "stash");
+    requireStashKeeps(*this, untracked);
     runner_.accepted(arguments);
 }
 
@@ -307,6 +335,7 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
     const std::string ref = currentRef(stashes(), stash);
     const std::string verb = use == StashUse::pop ? "pop" : "apply";
     waitForIndex(*this);
+    requireIgnoredStay(*this, "stash", listOf("diff", {"--diff-filter=A", ref + "^1", ref}));
     if (!isOperationInProgress(gitDirectories(*this).own)) {
         try {
             runTelling(runner_, {"stash", verb, "--index", ref});
@@ -322,12 +351,17 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
 
 void GitRepository::stashDrop(const Stash& stash) const
 {
+    waitForIndex(*this);
     runner_.accepted({"stash", "drop", currentRef(stashes(), stash)});
 }
 
 void GitRepository::fetch() const { runTelling(runner_, {"fetch", "--all", "--prune", "--progress"}); }
 
-void GitRepository::pull() const { runTelling(runner_, {"pull", "--progress"}); }
+void GitRepository::pull() const
+{
+    waitForIndex(*this);
+    runTelling(runner_, {"pull", "--progress"});
+}
 
 void GitRepository::push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const
 {

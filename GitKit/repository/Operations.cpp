@@ -272,6 +272,7 @@ void proceed(const GitRepository& repo, const OperationInProgress& operation, Op
 
 void mark(const GitRepository& repo, const OperationInProgress::Bisect& bisect, BisectMark mark)
 {
+    waitForIndex(repo);
     const std::string& side = mark == BisectMark::good ? bisect.good : bisect.bad;
     runTelling(repo.runner(), {"bisect", mark == BisectMark::skip ? "skip" : side});
 }

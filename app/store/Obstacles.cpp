@@ -31,6 +31,12 @@ QString unfinished(const Snapshot& now)
     return isIn(now, Kind::cherryPick) ? Texts::tr("Continue or abort the cherry-pick first") : QString();
 }
 
+/// Git ends these without a word when another branch is checked out or changes are stashed.
+QString wouldEnd(const Snapshot& now)
+{
+    return isIn(now, Kind::revert) ? Texts::tr("Continue or abort the revert first") : unfinished(now);
+}
+
 QString noUpstream(const Snapshot& now)
 {
     // Before the first read, and when a read fails, nothing is known of the remotes.
@@ -64,11 +70,12 @@ QString refusal(const Snapshot& now, Verb verb)
 {
     switch (verb) {
     case Verb::commit:
-    case Verb::checkOut:
     case Verb::cherryPick:
     case Verb::revert:
     case Verb::applyStash:
         return conflictsLeft(now);
+    case Verb::checkOut:
+        return firstOf(conflictsLeft(now), wouldEnd(now));
     case Verb::amend:
     case Verb::merge:
         return firstOf(conflictsLeft(now), unfinished(now));
@@ -77,7 +84,8 @@ QString refusal(const Snapshot& now, Verb verb)
     case Verb::push:
         return noReceiver(now);
     case Verb::saveStash:
-        return now.status.value().hasCommits() ? conflictsLeft(now) : Texts::tr("Nothing has been committed yet.");
+        return now.status.value().hasCommits() ? firstOf(conflictsLeft(now), wouldEnd(now))
+                                               : Texts::tr("Nothing has been committed yet.");
     default:
         return {};
     }

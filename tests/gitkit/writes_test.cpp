@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/PartialPatch.h"
+#include "GitKit/repository/Operations.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <csignal>
 #include <functional>
+#include <future>
 #include <memory>
 
 namespace gitkit {
@@ -213,7 +215,7 @@ TEST(Staging, SendsLongListsWhole)
     EXPECT_EQ(repo.read({"ls-files"}), "");
 }
 
-TEST(Staging, KeepsAnOperationInProgressWhenAllIsUnstaged)
+TEST(Staging, KeepsAnOperationInProgressAndSoDoesLeaving)
 {
     ConflictRepository repo;
     const GitRepository repository = repo.repository();
@@ -226,6 +228,11 @@ TEST(Staging, KeepsAnOperationInProgressWhenAllIsUnstaged)
     repository.unstageAll();
     EXPECT_THAT(letters(repo), ElementsAre(".M a", ".M b"));
     repository.stageAll();
+    for (const std::function<void()>& leaving :
+         std::vector<std::function<void()>>{[&] { repository.checkout("refs/heads/main"); },
+                                            [&] { repository.createBranch("new", std::nullopt, After::checkOut); },
+                                            [&] { repository.stashSave("", Untracked::leave); }})
+        EXPECT_THAT(failure(leaving), HasSubstr("is in progress, and this would end it"));
     repository.commit("merged", Mode::create);
     EXPECT_EQ(repo.read({"rev-parse", "HEAD^2"}), repo.read({"rev-parse", "topic"}));
 }
@@ -446,6 +453,63 @@ TEST(Stashes, BringBackWhatWasStaged)
     EXPECT_EQ(repository.stashes().size(), 1u);
 }
 
+TEST(Stashes, DeleteNothingThatTheyDoNotKeep)
+{
+    for (const bool isStaged : {false, true}) {
+        TestRepository repo;
+        repo.write("a", "1").write("d/x", "1").commit("one").remove("a").write("a/b", "mine");
+        std::filesystem::remove_all(repo / "d");
+        if (isStaged)
+            repo.git({"rm", "-q", "--cached", "a"}).git({"rm", "-q", "-r", "--cached", "d"});
+        const GitRepository repository = repo.repository();
+        EXPECT_THAT(failure([&] { repository.stashSave("", Untracked::leave); }), HasSubstr("“a/b” would be deleted"));
+        repo.git({"add", "a/b"}).write("d", "mine");
+        EXPECT_THAT(failure([&] { repository.stashSave("", Untracked::leave); }), HasSubstr("“d” would be deleted"));
+        repo.write(".git/info/exclude", "d\n");
+        EXPECT_THAT(failure([&] { repository.stashSave("", Untracked::include); }), HasSubstr("“d” would be deleted"));
+        EXPECT_EQ(readFile(repo / "d") + readFile(repo / "a/b"), "minemine");
+        repo.write(".git/info/exclude", "");
+        repository.stashSave("", Untracked::include);
+        EXPECT_EQ(readFile(repo / "a"), "1");
+        EXPECT_EQ(repo.read({"show", "stash@{0}^3:d"}), "mine");
+    }
+}
+
+TEST(Writing, OverwritesNoIgnoredFile)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one").git({"branch", "ahead"}).git({"branch", "-f", "apart"});
+    const auto addOn = [&repo](const char* branch) {
+        repo.git({"checkout", "-q", branch}).write("env", "theirs").write("f/env", "theirs").commit("add");
+        const std::string added = repo.head();
+        repo.git({"checkout", "-q", "main"});
+        return added;
+    };
+    const std::string ahead = addOn("ahead");
+    repo.git({"checkout", "-q", "-b", "removed", "ahead"}).git({"rm", "-q", "-r", "env", "f"}).commit("remove");
+    const std::string removal = repo.head();
+    repo.git({"checkout", "-q", "main"}).write("env", "theirs").git({"add", "env"}).git({"stash", "-q"});
+    const std::string main = repo.head();
+    const GitRepository repository = repo.repository();
+    const Stash stash = repository.stashes().at(0);
+    repo.write(".git/info/exclude", "env\nf\n").write("env", "mine").write("f", "mine");
+    const std::vector<std::function<void()>> writes{
+        [&] { repository.checkout("refs/heads/ahead"); },
+        [&] { repository.checkout(ahead); },
+        [&] { repository.createBranch("new", ahead, After::checkOut); },
+        [&] { repository.merge("refs/heads/ahead"); },
+        [&] { repository.cherryPick(ahead); },
+        [&] { repository.revert(removal); },
+        [&] { repository.stashApply(stash, Use::pop); },
+        [&] { repo.write("b", "1").commit("aside"), repository.merge("refs/heads/ahead"); }};
+    for (std::size_t index = 0; index < writes.size(); ++index) {
+        EXPECT_THAT(failure(writes[index]), HasSubstr("env")) << index;
+        EXPECT_EQ(readFile(repo / "env") + readFile(repo / "f"), "minemine") << index;
+        EXPECT_EQ(branch(repo), "refs/heads/main") << index;
+    }
+    EXPECT_EQ(repo.read({"rev-parse", "HEAD^"}), main);
+}
+
 TEST(Stashes, AreFoundByTheirHash)
 {
     TestRepository repo;
@@ -559,11 +623,22 @@ TEST(Writing, WaitsForALockThatIsHeldForAMoment)
     }
     EXPECT_EQ(branch(repo), "refs/heads/other");
 
-    // A merge or a stash cannot be repeated when it fails half-way, so it waits before it begins.
+    // What cannot be repeated when it fails half-way waits before it begins.
+    repo.write("a", "3").git({"stash", "-q"});
+    const Stash stash = repository.stashes().front();
     writeFile(unlocker->lock, "");
-    const auto began = std::chrono::steady_clock::now();
-    EXPECT_THAT(failure([&] { repo.repository().merge("refs/heads/main"); }), HasSubstr("index.lock"));
-    EXPECT_GE(std::chrono::steady_clock::now() - began, std::chrono::milliseconds(500));
+    const auto duration = [&](const std::function<void()>& write) {
+        return std::async(std::launch::async, [write, began = std::chrono::steady_clock::now()] {
+            failure(write);
+            return std::chrono::steady_clock::now() - began;
+        });
+    };
+    auto merge = duration([&] { repo.repository().merge("refs/heads/main"); });
+    auto pull = duration([&] { repo.repository().pull(); });
+    auto drop = duration([&] { repo.repository().stashDrop(stash); });
+    auto mark = duration([&] { gitkit::mark(repo.repository(), {.good = "good", .bad = "bad"}, BisectMark::good); });
+    for (auto* each : {&merge, &pull, &drop, &mark})
+        EXPECT_GE(each->get(), std::chrono::milliseconds(500));
 }
 
 TEST(Remotes, ABranchTracksOnlyWhenAsked)

@@ -2,6 +2,7 @@
 #include "app/ui/dialogs/NewRefSheets.h"
 
 #include "GitKit/records/BranchChange.h"
+#include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/dialogs/RefNameRules.h"
@@ -77,7 +78,7 @@ QString NewBranchDialog::problem() const
     const gitkit::RepoStatus& status = store().snapshot().status.value();
     if (!sheet_.startPoint && !status.hasCommits() && !checkOut_->isChecked())
         return tr("Without a commit to start from, a branch can only be checked out.");
-    return {};
+    return checkOut_->isChecked() ? obstacle(store().changes(), store().snapshot(), Verb::checkOut) : QString();
 }
 
 QString NewBranchDialog::note() const
