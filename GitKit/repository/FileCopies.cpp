@@ -106,6 +106,20 @@ bool copyAny(const fs::path& file, const fs::path& copy)
     return kindAt(file) == FileKind::link ? copyLink(file, copy) : copyRegular(file, copy);
 }
 
+bool moveCopy(const fs::path& copy, const fs::path& file)
+{
+    if (::rename(copy.c_str(), file.c_str()) != 0)
+        return false;
+    ::utimensat(AT_FDCWD, file.c_str(), nullptr, AT_SYMLINK_NOFOLLOW); // for what looks at times: it is new here
+    return true;
+}
+
+bool hasOtherNames(const fs::path& file)
+{
+    struct stat found{};
+    return ::lstat(file.c_str(), &found) == 0 && S_ISREG(found.st_mode) && found.st_nlink > 1;
+}
+
 } // namespace
 
 FileKind kindAt(const fs::path& path)
@@ -160,20 +174,26 @@ bool isSameFile(const fs::path& one, const fs::path& other, std::uintmax_t limit
 
 void keepCopy(const fs::path& file, const fs::path& copy)
 {
-    if (::link(file.c_str(), copy.c_str()) != 0 && !copyAny(file, copy))
+    // A file that has other names already would change with what is written under these.
+    if (!hasOtherNames(file) && ::link(file.c_str(), copy.c_str()) == 0)
+        return;
+    if (!copyAny(file, copy) && ::link(file.c_str(), copy.c_str()) != 0)
         throwFileError(file, "kept");
 }
 
 void putCopy(const fs::path& copy, const fs::path& file)
 {
     std::error_code ignored;
-    if (kindAt(copy) == FileKind::regular && fs::file_size(copy, ignored) > largestCopied &&
-        ::rename(copy.c_str(), file.c_str()) == 0)
-    {
-        ::utimensat(AT_FDCWD, file.c_str(), nullptr, AT_SYMLINK_NOFOLLOW); // for what looks at times: it is new here
+    const bool isLarge = kindAt(copy) == FileKind::regular && fs::file_size(copy, ignored) > largestCopied;
+    if (isLarge && moveCopy(copy, file))
         return;
+    try {
+        saveCopy(copy, file);
+    } catch (const GitError&) {
+        // On a full disk there is room for the copy itself, and one that must not be read can still be moved.
+        if (!moveCopy(copy, file))
+            throw;
     }
-    saveCopy(copy, file);
 }
 
 void saveCopy(const fs::path& copy, const fs::path& file)

@@ -26,10 +26,12 @@ std::optional<std::string> bytesOf(const std::filesystem::path& path, std::uintm
 /// Whether both are one file, or have the same bytes, of at most `limit`, and the same mode.
 bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other, std::uintmax_t limit);
 
-/// Makes `copy`, which is not there yet: a second name for the same file where the file system can, and otherwise a copy.
+/// Makes `copy`, which is not there yet: a second name for the same file where the file system can and the file has no
+/// other, and otherwise a copy.
 void keepCopy(const std::filesystem::path& file, const std::filesystem::path& copy);
 
-/// Puts a copy of a regular file or link in the place of `file`, with its mode.
+/// Puts a copy of a regular file or link in the place of `file`, with its mode; or the copy itself, where it is large or
+/// cannot be copied.
 void putCopy(const std::filesystem::path& copy, const std::filesystem::path& file);
 
 /// The same, but the copy always stays.

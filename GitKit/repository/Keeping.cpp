@@ -260,13 +260,30 @@ bool takeWay(const GitRepository& repo, const fs::path& folder, const KeptFile& 
     case Way::merge:
         return mergeInto(repo, folder, file);
     case Way::remove:
-        return fs::remove(place);
+        return ::unlink(place.c_str()) == 0;
     case Way::put:
         break;
     }
     if (!makeParents(repo.root(), file.path))
         return false;
     putCopy(folder / file.copy, place);
+    return true;
+}
+
+/// Brings a file back with its index entries, which are `now`, and notes in `result` what was done. Returns false when the
+/// file must stay kept.
+bool bringFileBack(const GitRepository& repo, const fs::path& folder, const KeptFile& file,
+                   const std::vector<std::string>& now, BroughtBack& result)
+{
+    const Way way = wayBack(repo, folder, file);
+    if (!takeWay(repo, folder, file, way)) {
+        result.left.push_back(file.path);
+        return false;
+    }
+    const bool canStage = now == file.entriesAfter || now == file.entriesBefore;
+    if (file.entriesBefore != file.entriesAfter && (!canStage || !restoreEntries(repo, file, now)))
+        result.indexChanged.push_back(file.path);
+    (way == Way::merge ? result.merged : result.back).push_back(file.path);
     return true;
 }
 
@@ -336,24 +353,24 @@ BroughtBack bringBack(const GitRepository& repo, const fs::path& gitDirectory, c
     BroughtBack result;
     IndexEntries entries = indexEntriesOf(repo, files);
     std::vector<KeptFile> left;
+    std::exception_ptr failure;
     for (const KeptFile& file : files) {
-        const Way way = wayBack(repo, folder, file);
-        if (!takeWay(repo, folder, file, way)) {
+        try {
+            if (!bringFileBack(repo, folder, file, entries[file.path], result))
+                left.push_back(file);
+        } catch (const GitError&) {
+            // One file that cannot be written keeps none of the others from coming back.
+            failure = failure ? failure : std::current_exception();
             left.push_back(file);
-            result.left.push_back(file.path);
-            continue;
         }
-        (way == Way::merge ? result.merged : result.back).push_back(file.path);
-        const std::vector<std::string>& now = entries[file.path];
-        const bool canStage = now == file.entriesAfter || now == file.entriesBefore;
-        if (file.entriesBefore != file.entriesAfter && (!canStage || !restoreEntries(repo, file, now)))
-            result.indexChanged.push_back(file.path);
     }
     repo.runner().output({"update-index", "-q", "--refresh"}); // else every status would read the files whole
     if (left.empty())
         forget(gitDirectory, kept);
     else
         writeKeptList(folder, left);
+    if (failure)
+        std::rethrow_exception(failure);
     return result;
 }
 

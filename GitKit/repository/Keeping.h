@@ -43,7 +43,8 @@ Keeping keeping(const GitRepository& repo, const std::filesystem::path& gitDirec
 std::vector<Kept> allKept(const std::filesystem::path& gitDirectory);
 
 /// Puts the files back, and their index entries where they have not changed since. A file that has changed since is
-/// merged where that makes no conflict. What is back is kept no longer.
+/// merged where that makes no conflict. What is back is kept no longer. Throws the first failure after all files were
+/// tried; those that failed stay kept.
 BroughtBack bringBack(const GitRepository& repo, const std::filesystem::path& gitDirectory, const Kept& kept);
 
 /// Writes copies of the kept files elsewhere: of one file to `place`, replacing what is there; of several into the folder

@@ -27,6 +27,14 @@ std::filesystem::path directoryOf(const std::optional<std::filesystem::path>& kn
     return known ? *known : gitkit::gitDirectories(repo).own;
 }
 
+/// Returns the changed files that git knows.
+Discards::Files trackedChanges(const GitRepository& repo)
+{
+    Discards::Files files = repo.status().files;
+    std::erase_if(files, &gitkit::FileChange::isUntracked);
+    return files;
+}
+
 } // namespace
 
 Discards::Discards(WindowState& window, Snapshot& snapshot, Changes& changes)
@@ -42,7 +50,7 @@ bool Discards::runKeeping(Change change, const Files& files, Way way)
         if (way.check)
             way.check(repo);
         const gitkit::Keeping done =
-            gitkit::keeping(repo, directoryOf(directory, repo), files,
+            gitkit::keeping(repo, directoryOf(directory, repo), way.isStep ? trackedChanges(repo) : files,
                             way.isStep ? gitkit::Taking::step : gitkit::Taking::discard, [&] { take(repo); });
         *kept = done.kept;
         if (done.failure)

@@ -29,8 +29,9 @@ public:
     {
         return runKeeping(std::move(change), files, {std::move(check), false});
     }
-    /// The same for a step of an operation in progress, which may stop again.
-    bool runStep(Change change, const Files& files) { return runKeeping(std::move(change), files, {{}, true}); }
+    /// The same for a step of an operation in progress, which may stop again, and for all files that git knows and that
+    /// are changed when it begins.
+    bool runStep(Change change) { return runKeeping(std::move(change), {}, {{}, true}); }
 
     /// Whether something is kept that undo() would bring back.
     Observed<bool, Discards> canUndo{false};

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/FileReplacement.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -24,28 +23,6 @@ struct stat statOf(const fs::path& file)
 
 std::ptrdiff_t entries(const fs::path& folder) { return std::distance(fs::directory_iterator(folder), {}); }
 
-/// Makes writing fail as on a full disk once a file has `size` bytes.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t size) : previousHandler_(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        ::getrlimit(RLIMIT_FSIZE, &previous_);
-        const rlimit small{size, previous_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &previous_);
-        std::signal(SIGXFSZ, previousHandler_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit previous_{};
-    void (*previousHandler_)(int);
-};
-
 TEST(FileReplacement, LeavesEverythingAsItWasWhenTheDiskIsFull)
 {
     TemporaryFolder folder;
@@ -53,7 +30,7 @@ TEST(FileReplacement, LeavesEverythingAsItWasWhenTheDiskIsFull)
     ASSERT_EQ(::chmod((folder / "a").c_str(), 0640), 0);
     const struct stat before = statOf(folder / "a");
     {
-        const FullDisk full(100);
+        const plovik::test::FullDisk full(100);
         EXPECT_FALSE(replaceFile(folder / "a", std::string(101, 'x')));
         EXPECT_FALSE(replaceFile(folder / "new", std::string(101, 'x')));
     }

@@ -4,6 +4,7 @@
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/Keeping.h"
 #include "GitKit/runner/GitError.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/TestRepository.h"
 
 #include <gmock/gmock.h>
@@ -131,6 +132,36 @@ TEST(Keeping, MergesIntoWhatWasWrittenSinceAndElseKeepsTheCopy)
     EXPECT_THAT(repo.bringLastBack().back, ElementsAre("b"));
     EXPECT_EQ(readFile(repo / "b"), "mine\n");
     EXPECT_THROW(bringBack(repo.repository(), repo.gitDirectory(), left), GitError);
+}
+
+TEST(Keeping, KeepsAFileApartFromItsOtherNames)
+{
+    KeepingRepository repo;
+    repo.write("a", "mine\n");
+    fs::create_hard_link(repo / "a", repo.trash.path() / "other");
+    repo.discardAll();
+    std::ofstream(repo.trash.path() / "other", std::ios::app) << "written under the other name\n";
+    repo.bringLastBack();
+    EXPECT_EQ(readFile(repo / "a"), "mine\n");
+}
+
+TEST(Keeping, BringsBackOnAFullDiskAndPastAFileThatFails)
+{
+    KeepingRepository repo;
+    repo.write("a", std::string(5000, 'a')).write("b", "mine\n").git({"add", "b"}).write("d/x", "mine\n");
+    const auto before = repo.state();
+    repo.discardAll();
+    repo.write(".git/index.lock", "");
+    {
+        const plovik::test::FullDisk full(1000);
+        EXPECT_THROW(repo.bringLastBack(), GitError) << "the index of b";
+    }
+    EXPECT_EQ(readFile(repo / "a"), std::string(5000, 'a'));
+    EXPECT_EQ(readFile(repo / "d/x"), "mine\n");
+    EXPECT_THAT(allKept(repo.gitDirectory()).back().paths, ElementsAre("b"));
+    repo.remove(".git/index.lock");
+    repo.bringLastBack();
+    EXPECT_EQ(repo.state(), before);
 }
 
 TEST(Keeping, SavesSeveralFilesOverNone)

@@ -44,14 +44,6 @@ struct OwnMessage {
 /// Whether the message was recorded; git may fail after that. Set on the worker, read after the operation has ended.
 using Recorded = std::shared_ptr<std::atomic_bool>;
 
-/// Returns the changed files that git knows.
-std::vector<gitkit::FileChange> trackedChanges(const Snapshot& snapshot)
-{
-    std::vector<gitkit::FileChange> files = snapshot.status.value().files;
-    std::erase_if(files, &gitkit::FileChange::isUntracked);
-    return files;
-}
-
 QString noun(Kind kind)
 {
     switch (kind) {
@@ -147,17 +139,17 @@ void endOperation(Actors actors, const OperationInProgress& now, Step step)
         };
     }
     if (step == Step::abort && !resets)
-        actors.discards.runStep(std::move(change), trackedChanges(actors.snapshot));
+        actors.discards.runStep(std::move(change));
     else
         actors.changes.run(std::move(change));
 }
 
 void skipNow(Actors actors, const OperationInProgress& now)
 {
-    actors.discards.runStep({.verb = Verb::skipStep,
-                             .title = OperationTexts::tr("Skipping commit…"),
-                             .operation = [now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); }},
-                            trackedChanges(actors.snapshot));
+    actors.discards.runStep(
+        {.verb = Verb::skipStep,
+         .title = OperationTexts::tr("Skipping commit…"),
+         .operation = [now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); }});
 }
 
 void takeStep(Actors actors, const OperationInProgress& now, Step step)
