@@ -32,6 +32,12 @@ using Files = Staging::Files;
 
 namespace {
 
+/// Whether the index has the only copy: the file is gone, and HEAD has another or none.
+bool isOnlyStaged(const FileChange& file)
+{
+    return file.hasStaged() && file.worktree == 'D' && file.index != 'D' && !file.isConflicted && !file.isSubmodule;
+}
+
 bool isNew(const FileChange& file) { return file.index == '?' || file.index == 'A'; }
 
 } // namespace
@@ -164,9 +170,21 @@ void Staging::stageChecked(const Files& files, GitAccess::Operation operation)
 
 void Staging::stageNow(const Files& files, GitAccess::Operation operation)
 {
-    changes_.run({.verb = Verb::stage, .operation = std::move(operation), .begins = [this, files] {
-                      showStaging(files, StageState::full);
-                  }});
+    changeIndex(files, {.verb = Verb::stage, .operation = std::move(operation), .begins = [this, files] {
+                            showStaging(files, StageState::full);
+                        }});
+}
+
+/// Runs a change that gives the index other entries for `files`. What only the index had is kept, so that Undo brings it
+/// back.
+void Staging::changeIndex(const Files& files, Change change)
+{
+    std::vector<FileChange> onlyStaged;
+    std::ranges::copy_if(files, std::back_inserter(onlyStaged), isOnlyStaged);
+    if (onlyStaged.empty())
+        changes_.run(std::move(change));
+    else
+        discards_.run(std::move(change), onlyStaged);
 }
 
 QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation operation)
@@ -200,12 +218,12 @@ QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation
 void Staging::unstage(const Files& files)
 {
     const bool isOld = isListOld();
-    changes_.run({.verb = Verb::unstage,
-                  .operation =
-                      [files, isOld](const GitRepository& repo) {
-                          repo.unstage(isOld ? currentFiles(repo, files) : files.list());
-                      },
-                  .begins = [this, files] { showStaging(files, StageState::none); }});
+    changeIndex(files, {.verb = Verb::unstage,
+                        .operation =
+                            [files, isOld](const GitRepository& repo) {
+                                repo.unstage(isOld ? currentFiles(repo, files) : files.list());
+                            },
+                        .begins = [this, files] { showStaging(files, StageState::none); }});
 }
 
 void Staging::unstageAll()
@@ -218,14 +236,14 @@ void Staging::unstageAll()
         return;
     }
     const bool isOld = isListOld();
-    changes_.run({.verb = Verb::unstage,
-                  .operation =
-                      [all, isOld](const GitRepository& repo) {
-                          if (isOld)
-                              requireNoNewConflicts(repo, all);
-                          repo.unstageAll();
-                      },
-                  .begins = [this, all] { showStaging(all, StageState::none); }});
+    changeIndex(all, {.verb = Verb::unstage,
+                      .operation =
+                          [all, isOld](const GitRepository& repo) {
+                              if (isOld)
+                                  requireNoNewConflicts(repo, all);
+                              repo.unstageAll();
+                          },
+                      .begins = [this, all] { showStaging(all, StageState::none); }});
 }
 
 void Staging::applyToIndex(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,

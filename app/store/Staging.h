@@ -23,6 +23,7 @@
 namespace plovik {
 
 class Changes;
+struct Change;
 class Discards;
 class Snapshot;
 class WindowState;
@@ -83,6 +84,7 @@ public:
 private:
     void stageChecked(const Files& files, GitAccess::Operation operation);
     void stageNow(const Files& files, GitAccess::Operation operation);
+    void changeIndex(const Files& files, Change change);
     QCoro::Task<> stagingAfterMarkerCheck(Files files, GitAccess::Operation operation);
     gitkit::StageState stateBeneath(const gitkit::FileChange& file) const;
     void showStaging(const Files& files, gitkit::StageState state);

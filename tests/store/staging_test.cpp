@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 namespace plovik {
 namespace {
@@ -408,6 +409,26 @@ TEST_F(StoreStaging, StagedWorkIsNamedBeforeItIsDiscardedAndCanStay)
     worker.finishAll();
     EXPECT_EQ(content("a"), "2\n3\n");
     EXPECT_EQ(content("new"), "n");
+}
+
+TEST_F(StoreStaging, WhatOnlyTheIndexHadComesBack)
+{
+    repo.write("a", "1").commit("one").write("a", "2").write("new", "n").git({"add", "."}).remove("a").remove("new");
+    load();
+    const std::string before = repo.read({"ls-files", "-s"});
+    const auto both = store.snapshot().status.value().files;
+    const std::vector<std::function<void()>> clicks{[&] { store.staging().unstageAll(); },
+                                                    [&] { store.staging().unstage(both); },
+                                                    [&] { store.staging().stageAll(); }};
+    for (const auto& click : clicks) {
+        click();
+        worker.finishAll();
+        EXPECT_NE(repo.read({"ls-files", "-s"}), before);
+        store.discards().undo();
+        worker.finishAll();
+        EXPECT_EQ(repo.read({"ls-files", "-s"}), before);
+        EXPECT_EQ(error(), "");
+    }
 }
 
 TEST_F(StoreStaging, CommittingNeedsASubjectAndSomethingToCommit)
