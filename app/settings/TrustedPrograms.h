@@ -5,13 +5,18 @@
 
 #include <filesystem>
 
-/// Remembers which programs of a repository's configuration the user trusts, by the repository's root. Main thread.
+/// Remembers by a repository's root which programs of its configuration the user trusts, and which are to be kept off
+/// without a question. Main thread.
 namespace plovik::trustedPrograms {
 
-/// Returns the fingerprint of the trusted programs; an empty text when none are.
-QString fingerprint(const std::filesystem::path& root);
+// These return the fingerprint of the programs; an empty text when nothing is remembered.
 
-/// Replaces what was remembered for the root. The 500 latest are kept; the others are asked about again.
+QString trusted(const std::filesystem::path& root);
+QString keptOff(const std::filesystem::path& root);
+
+// These replace what was remembered for the root. The 500 latest are kept; the others are asked about again.
+
 void trust(const std::filesystem::path& root, const QString& fingerprint);
+void keepOff(const std::filesystem::path& root, const QString& fingerprint);
 
 } // namespace plovik::trustedPrograms

@@ -41,7 +41,10 @@ StoreServices desktopServices()
     services.signIn = askpass::opener();
     services.cacheFolder = cacheFolder();
     services.keepsIndexes = [] { return Settings::shared().value(settings::keepsIndexes); };
-    services.trust = {.trusted = &trustedPrograms::fingerprint, .trust = &trustedPrograms::trust};
+    services.trust = {.trusted = &trustedPrograms::trusted,
+                      .keptOff = &trustedPrograms::keptOff,
+                      .trust = &trustedPrograms::trust,
+                      .keepOff = &trustedPrograms::keepOff};
     return services;
 }
 

@@ -14,11 +14,15 @@
 
 namespace plovik {
 
-/// Remembers by a repository's root which programs of its configuration the user trusts. Its functions may be empty.
+/// Remembers by a repository's root which programs of its configuration the user trusts, and which are to be kept off
+/// without a question. Its functions may be empty.
 struct TrustMemory {
-    /// Returns the fingerprint that was remembered last; an empty text when there is none.
-    std::function<QString(const std::filesystem::path& root)> trusted = {};
-    std::function<void(const std::filesystem::path& root, const QString& fingerprint)> trust = {};
+    using Root = std::filesystem::path;
+    /// Return the fingerprint that was remembered last; an empty text when there is none.
+    std::function<QString(const Root& root)> trusted = {};
+    std::function<QString(const Root& root)> keptOff = {};
+    std::function<void(const Root& root, const QString& fingerprint)> trust = {};
+    std::function<void(const Root& root, const QString& fingerprint)> keepOff = {};
 };
 
 /// The services of the desktop that the store uses; the shell provides them. All but `trash` are called on the main

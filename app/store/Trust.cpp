@@ -62,7 +62,12 @@ void Trust::statusRead()
     const Programs before = keptOff.value();
     keptOff = git_.keptOff();
     if (keptOff.value() != before)
-        isAsking = !keptOff.value().empty();
+        isAsking = !keptOff.value().empty() && !isKeptOffForGood();
+}
+
+bool Trust::isKeptOffForGood() const
+{
+    return memory_.keptOff && memory_.keptOff(git_.root()) == fingerprintOf(keptOff.value());
 }
 
 void Trust::trust(const Programs& shown)
@@ -76,7 +81,12 @@ void Trust::trust(const Programs& shown)
     snapshot_.refresh(RefreshScope::full);
 }
 
-void Trust::keepOff() { isAsking = false; }
+void Trust::keepOff()
+{
+    isAsking = false;
+    if (memory_.keepOff)
+        memory_.keepOff(git_.root(), fingerprintOf(keptOff.value()));
+}
 
 bool Trust::asksBefore(Verb verb) const
 {

@@ -37,7 +37,7 @@ public:
 
     /// Lets these programs run from now on, in all windows to come too, and has everything read again.
     void trust(const Programs& shown);
-    /// Keeps them off, and asks no more until something has changed or a change needs them.
+    /// Keeps them off in all windows, and asks no more until something has changed or a change needs them.
     void keepOff();
 
     /// Returns whether the verb needs programs that are kept off: it writes contents, or it fetches.
@@ -48,6 +48,7 @@ public:
 
 private:
     void statusRead();
+    bool isKeptOffForGood() const;
 
     const GitAccess& git_;
     Snapshot& snapshot_;

@@ -40,8 +40,12 @@ struct TrustBarTest : testing::Test {
 
     TestRepository repo;
     test::SettlingWorker worker;
-    RepositoryStore store{
-        repo.path(), worker, {.trust = {.trusted = &trustedPrograms::fingerprint, .trust = &trustedPrograms::trust}}};
+    RepositoryStore store{repo.path(),
+                          worker,
+                          {.trust = {.trusted = &trustedPrograms::trusted,
+                                     .keptOff = &trustedPrograms::keptOff,
+                                     .trust = &trustedPrograms::trust,
+                                     .keepOff = &trustedPrograms::keepOff}}};
     TrustBar bar{store};
 };
 
@@ -58,7 +62,8 @@ TEST_F(TrustBarTest, ShowsWhatWantsToRunWordByWordUntilTheUserDecides)
     press(u"Keep It Off"_s);
     EXPECT_TRUE(bar.isHidden());
     EXPECT_FALSE(store.trust().keptOff.value().empty());
-    EXPECT_EQ(trustedPrograms::fingerprint(repo.path()), QString());
+    EXPECT_EQ(trustedPrograms::trusted(repo.path()), QString());
+    EXPECT_NE(trustedPrograms::keptOff(repo.path()), QString());
 
     repo.git({"config", "filter.x.clean", "cat"});
     load();
@@ -66,13 +71,13 @@ TEST_F(TrustBarTest, ShowsWhatWantsToRunWordByWordUntilTheUserDecides)
     press(u"Trust This Repository"_s);
     EXPECT_TRUE(bar.isHidden());
     EXPECT_TRUE(store.trust().keptOff.value().empty());
-    const QString fingerprint = trustedPrograms::fingerprint(repo.path());
+    const QString fingerprint = trustedPrograms::trusted(repo.path());
     EXPECT_NE(fingerprint, QString());
 
     // A folder whose path begins with this one's is another.
-    EXPECT_EQ(trustedPrograms::fingerprint(repo.path().string() + " x"), QString());
+    EXPECT_EQ(trustedPrograms::trusted(repo.path().string() + " x"), QString());
     trustedPrograms::trust(repo.path(), u"other"_s);
-    EXPECT_EQ(trustedPrograms::fingerprint(repo.path()), u"other"_s);
+    EXPECT_EQ(trustedPrograms::trusted(repo.path()), u"other"_s);
 }
 
 } // namespace

@@ -32,7 +32,9 @@ struct StoreTrust : testing::Test {
         worker.finishAll();
         const TrustMemory memory{
             .trusted = [this](const auto& root) { return remembered[root]; },
-            .trust = [this](const auto& root, const QString& fingerprint) { remembered[root] = fingerprint; }};
+            .keptOff = [this](const auto&) { return keptOff; },
+            .trust = [this](const auto& root, const QString& fingerprint) { remembered[root] = fingerprint; },
+            .keepOff = [this](const auto&, const QString& fingerprint) { keptOff = fingerprint; }};
         store_ = std::make_unique<RepositoryStore>(repo.path(), worker, StoreServices{.trust = memory});
     }
     RepositoryStore& store() { return *store_; }
@@ -55,6 +57,7 @@ struct StoreTrust : testing::Test {
     TemporaryFolder outside;
     ManualWorker worker;
     std::map<std::filesystem::path, QString> remembered;
+    QString keptOff;
     const std::string command = "touch " + (outside / "ran").string() + "; tr a-z A-Z";
 
 private:
@@ -107,6 +110,10 @@ TEST_F(StoreTrust, KeptOffIsNotAskedAgainButBeforeAChange)
     store().staging().unstageAll();
     EXPECT_TRUE(store().window().confirmation.value());
     store().window().dismissQuestion();
+    reopen();
+    load();
+    EXPECT_FALSE(store().trust().isAsking.value()) << "the next window knows";
+    EXPECT_FALSE(store().trust().keptOff.value().empty());
 
     repo.git({"config", "filter.other.process", "x"});
     load();

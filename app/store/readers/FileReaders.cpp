@@ -45,12 +45,12 @@ std::optional<State> withoutLines(const gitkit::FileSample& sample)
     return sample.beginning.empty() ? State::empty : unreadable(sample.beginning);
 }
 
-std::optional<BlameStamp> stampOf(const std::filesystem::path& file, const std::string& head)
+std::optional<BlameStamp> stampOf(const std::filesystem::path& file, const BlameSource& source)
 {
     std::error_code failure;
     const auto changed = std::filesystem::last_write_time(file, failure);
     const auto size = failure ? 0 : std::filesystem::file_size(file, failure);
-    return failure ? std::nullopt : std::optional(BlameStamp{head, changed, size});
+    return failure ? std::nullopt : std::optional(BlameStamp{source.head, changed, size, source.keptOff});
 }
 
 } // namespace
@@ -75,7 +75,7 @@ BlameLines readBlame(const gitkit::GitRepository& repo, const BlameSource& sourc
     BlameLines blame;
     // Taken before the file is read, so that the next reading notices changes in the meantime.
     if (!source.revision)
-        blame.stamp = stampOf(repo.root() / source.path, source.head);
+        blame.stamp = stampOf(repo.root() / source.path, source);
     if (blame.stamp && blame.stamp == source.known) {
         blame.state = State::unchanged;
         return blame;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/BlameLine.h"
+#include "GitKit/records/ConfiguredProgram.h"
 #include "GitKit/records/DiffSection.h"
 #include "GitKit/records/DiffSides.h"
 #include "GitKit/records/FileChange.h"
@@ -54,13 +55,15 @@ struct BlameStamp {
     std::string head; ///< hash of the commit that is checked out
     std::filesystem::file_time_type changed;
     std::uintmax_t size = 0;
+    std::vector<gitkit::ConfiguredProgram> keptOff = {}; ///< without these it was read
     bool operator==(const BlameStamp&) const = default;
 };
 struct BlameSource {
-    std::string path;                     ///< as bytes
-    std::optional<std::string> revision;  ///< nullopt for the working tree
-    std::string head;                     ///< hash of the commit that is checked out
-    std::optional<BlameStamp> known = {}; ///< the stamp of a known blame of the same file
+    std::string path;                                    ///< as bytes
+    std::optional<std::string> revision;                 ///< nullopt for the working tree
+    std::string head;                                    ///< hash of the commit that is checked out
+    std::optional<BlameStamp> known = {};                ///< the stamp of a known blame of the same file
+    std::vector<gitkit::ConfiguredProgram> keptOff = {}; ///< programs that are kept off, such as the file's filter
     bool operator==(const BlameSource&) const = default;
 };
 /// The blame of a file, or why there is none.

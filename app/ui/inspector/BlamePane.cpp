@@ -153,7 +153,7 @@ void BlamePane::read(const BlameList::Hold& hold)
 {
     const bool isShown = isSameFile(shown_, *file_);
     BlameRequest request{{file_->path, file_->revision, store_.snapshot().status.value().oid.value_or(std::string()),
-                          isShown ? stamp_ : std::nullopt},
+                          isShown ? stamp_ : std::nullopt, store_.trust().keptOff.value()},
                          {},
                          {hold.top, hold.current, hold.firstSelected, hold.lastSelected}};
     if (hold.top >= 0)
