@@ -9,6 +9,7 @@
 #include "app/store/Discards.h"
 #include "app/store/GitAccess.h"
 #include "app/store/History.h"
+#include "app/store/SlowStatus.h"
 #include "app/store/Snapshot.h"
 #include "app/store/Staging.h"
 #include "app/store/StoreServices.h"
@@ -72,6 +73,7 @@ private:
     Snapshot snapshot_{git_, window_};
     UpstreamCounts counts_{git_, snapshot_, services_.cacheFolder};
     CommitIndex index_{git_, snapshot_, log_, services_.keepsIndexes};
+    SlowStatus slowStatus_{git_, window_, snapshot_};
     Trust trust_{git_, snapshot_, services_.trust};
     Changes changes_{git_, log_, snapshot_, trust_, window_, services_.signIn};
     Discards discards_{window_, snapshot_, changes_};

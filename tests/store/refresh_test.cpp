@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <filesystem>
 
 namespace plovik {
@@ -43,6 +44,18 @@ TEST_F(StoreRefresh, FirstFullPassFillsEverything)
     EXPECT_TRUE(store.snapshot().hasLoaded.value());
     EXPECT_EQ(store.snapshot().readProblem.value(), QString());
     EXPECT_EQ(store.snapshot().headDescription(), QStringLiteral("main"));
+}
+
+TEST_F(StoreRefresh, AStatusThatTakesLongSaysWhatItWaitsFor)
+{
+    load();
+    worker.advance(std::chrono::seconds(5));
+    EXPECT_EQ(store.window().notice.value(), QString()) << "nothing is read";
+    store.snapshot().refresh(RefreshScope::status);
+    worker.advance(std::chrono::seconds(5));
+    EXPECT_TRUE(store.window().notice.value().contains(QStringLiteral("filter")));
+    worker.finishAll();
+    EXPECT_EQ(store.window().notice.value(), QString());
 }
 
 TEST_F(StoreRefresh, RequestsDuringAPassMakeOneMoreThatIsFullIfAnyWas)
