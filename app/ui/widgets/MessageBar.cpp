@@ -6,7 +6,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 
 namespace plovik {
@@ -19,7 +18,7 @@ constexpr qsizetype longestText = 1200;
 } // namespace
 
 MessageBar::MessageBar(const QString& name, Dismissal dismissal, QWidget* parent)
-    : QWidget(parent), label_(new QLabel(this))
+    : WarningBar(parent), label_(new QLabel(this))
 {
     label_->setAccessibleName(name);
     label_->setWordWrap(true);
@@ -47,15 +46,6 @@ void MessageBar::setText(const QString& text)
     label_->setText(shown);
     label_->setAccessibleDescription(shown);
     setVisible(!shown.isEmpty());
-}
-
-void MessageBar::paintEvent(QPaintEvent* event)
-{
-    Q_UNUSED(event)
-    const Theme& theme = Theme::current();
-    QPainter painter(this);
-    painter.fillRect(rect(), theme.warning);
-    painter.fillRect(QRect(0, height() - 1, width(), 1), theme.separator);
 }
 
 } // namespace plovik

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QWidget>
+#include "app/ui/widgets/WarningBar.h"
 
 class QLabel;
 
 namespace plovik {
 
 /// A bar below the toolbar with a sentence that can be selected. It is hidden while it has no sentence. Main thread.
-class MessageBar : public QWidget {
+class MessageBar : public WarningBar {
     Q_OBJECT
 
 public:
@@ -19,9 +19,6 @@ public:
 
     /// Shows the bar with `text`, or hides it for an empty one.
     void setText(const QString& text);
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
 
 private:
     QLabel* label_;

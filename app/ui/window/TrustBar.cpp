@@ -5,7 +5,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -25,7 +24,7 @@ constexpr int highestList = 96;
 } // namespace
 
 TrustBar::TrustBar(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), sentence_(new QLabel(this)), list_(new QLabel), place_(new QScrollArea(this))
+    : WarningBar(parent), store_(store), sentence_(new QLabel(this)), list_(new QLabel), place_(new QScrollArea(this))
 {
     setAccessibleName(tr("Programs of This Repository"));
     sentence_->setWordWrap(true);
@@ -99,17 +98,8 @@ void TrustBar::fitList()
 
 void TrustBar::resizeEvent(QResizeEvent* event)
 {
-    QWidget::resizeEvent(event);
+    WarningBar::resizeEvent(event);
     fitList();
-}
-
-void TrustBar::paintEvent(QPaintEvent* event)
-{
-    Q_UNUSED(event)
-    const Theme& theme = Theme::current();
-    QPainter painter(this);
-    painter.fillRect(rect(), theme.warning);
-    painter.fillRect(QRect(0, height() - 1, width(), 1), theme.separator);
 }
 
 } // namespace plovik

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/ui/widgets/WarningBar.h"
 
 #include <QProperty>
-#include <QWidget>
 
 #include <vector>
 
@@ -16,7 +16,7 @@ namespace plovik {
 
 /// A bar below the toolbar while programs that the repository's configuration names are kept off and the user has not
 /// decided: it shows them word by word, with a button for either decision. Hidden otherwise. Main thread.
-class TrustBar : public QWidget {
+class TrustBar : public WarningBar {
     Q_OBJECT
 
 public:
@@ -24,7 +24,6 @@ public:
     explicit TrustBar(RepositoryStore& store, QWidget* parent = nullptr);
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
