@@ -62,11 +62,11 @@ std::size_t optionAt(const std::vector<std::string_view>& arguments, std::size_t
     return option + 1 == argument.size() ? 2 : 1; // a value may follow in the same argument
 }
 
-/// Returns the host that ssh connects to when it is ssh that asks: a question about a key does not name it. The system
-/// may not tell, and then it is not said.
-std::string destination()
+/// Returns the destination that a process has in its command line when it is ssh, or a script that stands for ssh, as git
+/// starts it; otherwise an empty text. The system may not tell.
+std::string destinationOf(long process)
 {
-    std::ifstream stream("/proc/" + std::to_string(::getppid()) + "/cmdline", std::ios::binary);
+    std::ifstream stream("/proc/" + std::to_string(process) + "/cmdline", std::ios::binary);
     const std::string line((std::istreambuf_iterator<char>(stream)), {});
     std::vector<std::string_view> arguments;
     for (std::string_view rest = line; !rest.empty();) {
@@ -85,6 +85,30 @@ std::string destination()
             return std::string(arguments[at]);
     }
     return {};
+}
+
+/// Returns 0 when the system does not tell.
+long parentOf(long process)
+{
+    std::ifstream stream("/proc/" + std::to_string(process) + "/stat", std::ios::binary);
+    const std::string line((std::istreambuf_iterator<char>(stream)), {});
+    // The name, in brackets, may hold anything. Behind it come the state and the parent.
+    const std::size_t name = line.rfind(") ");
+    return name == std::string::npos || line.size() < name + 4 ? 0 : std::strtol(line.c_str() + name + 4, nullptr, 10);
+}
+
+/// Returns the host that ssh connects to when it is ssh that asks: a question about a key does not name it. It is not
+/// said when a script that stands for ssh was given another one by git: the user knows only the address of the remote.
+std::string destination()
+{
+    long process = ::getppid();
+    const std::string actual = destinationOf(process);
+    for (std::string given = actual; !given.empty() && process > 0; given = destinationOf(process)) {
+        if (given != actual)
+            return {};
+        process = parentOf(process);
+    }
+    return actual;
 }
 
 int connected(std::string_view path)

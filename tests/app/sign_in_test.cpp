@@ -194,6 +194,16 @@ TEST(SignIn, AQuestionNamesTheHostOfSshWhateverItIsCalled)
     }
 }
 
+TEST(SignIn, AQuestionNamesNoHostThatGitWasNotGiven)
+{
+    SignInWindow window;
+    window.fetchWith("sh -c '\"$SSH_ASKPASS\" Code || echo refused' ssh other.example \"git-upload-pack 'x'\"");
+    ASSERT_TRUE(window.isAsked());
+    EXPECT_EQ(window.store->changes().prompt().value()->destination, "");
+    window.store->changes().cancelActivity();
+    ASSERT_TRUE(window.ends());
+}
+
 TEST(SignIn, ACancelledQuestionIsNotAskedAgainByItsAction)
 {
     SignInWindow window;
