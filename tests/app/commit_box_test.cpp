@@ -10,6 +10,7 @@
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/NoMoreThreads.h"
 #include "tests/support/TestRepository.h"
 
@@ -425,6 +426,26 @@ TEST(CommitBox, WritesADraftWhereNoThreadCanBeStarted)
         commitDrafts::keep(repo.path(), {u"two"_s, {}});
     }
     EXPECT_TRUE(QFile::exists(commitDrafts::fileFor(repo.path())));
+}
+
+TEST(CommitBox, LosesNoDraftOnAFullDiskAndSaysItOnce)
+{
+    const TestRepository repo;
+    commitDrafts::keep(repo.path(), {u"two"_s, {}});
+    commitDrafts::finishWriting();
+    const std::string file = QFile::encodeName(commitDrafts::fileFor(repo.path())).toStdString();
+    const std::string before = readFile(file);
+    int told = 0;
+    {
+        const test::FullDisk full(20);
+        for (const QString& body : {u"why"_s, u"and how"_s})
+            commitDrafts::keep(repo.path(), {u"two"_s, body}, [&told](const QString&) { ++told; });
+        commitDrafts::finishWriting();
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(readFile(file), before);
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(Window(repo.path()).body->toPlainText(), u"and how"_s) << "kept for this run";
 }
 
 TEST(CommitBox, KeepsADraftForThisRunWhereNothingCanBeWritten)

@@ -2,6 +2,7 @@
 #include "app/services/watcher/RepositoryScope.h"
 #include "app/services/watcher/RepositoryWatcher.h"
 #include "tests/app/EventWait.h"
+#include "tests/support/NoMoreThreads.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -275,6 +276,16 @@ TEST_F(FileEventsTest, LimitIsToldOnceAndTheRestStaysWatched)
     EXPECT_TRUE(told(root_ / "file"));
     settle();
     EXPECT_EQ(limitReached_, 1);
+}
+
+TEST_F(FileEventsTest, LimitIsToldWhereNoThreadCanBeStarted)
+{
+    {
+        const test::NoMoreThreads none;
+        events_.emplace(std::make_unique<TestScope>(root_.string(), seen_, held_),
+                        FileEventCallbacks{.onBatch = {}, .onLimitReached = [this] { limitReached_ += 1; }});
+    }
+    EXPECT_TRUE(waitUntil([this] { return limitReached_ == 1; }));
 }
 
 TEST_F(FileEventsTest, StoppedWatchingCallsNobodyEvenWithABatchOnItsWay)

@@ -11,7 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <latch>
+#include <new>
 #include <system_error>
 
 using namespace Qt::StringLiterals;
@@ -33,10 +35,10 @@ TEST(WorkThreads, RunJobsBesideEachOtherUpToTheLimit)
     allDone.wait();
 }
 
-QCoro::Task<> awaiting(Worker& worker, const AliveToken& alive, QString& said)
+QCoro::Task<> awaiting(Worker& worker, const AliveToken& alive, QString& said, std::function<void()> job)
 {
     try {
-        co_await BlockingCall<void>(worker, Worker::Lane::shortRead, alive, [] {});
+        co_await BlockingCall<void>(worker, Worker::Lane::shortRead, alive, std::move(job));
         said = u"done"_s;
     } catch (const std::exception& thrown) {
         said = failureOf(thrown).message;
@@ -51,10 +53,13 @@ TEST(WorkThreads, SayThatNoThreadCanBeStartedAndNeverWaitForEver)
     WorkThreads threads(2);
     {
         const test::NoMoreThreads none;
-        launch(awaiting(worker, alive, said));
+        launch(awaiting(worker, alive, said, [] {}));
         EXPECT_THROW(threads.start([] {}), std::system_error);
     }
     EXPECT_TRUE(said.startsWith(u"The system can start no more threads"_s)) << said.toStdString();
+    InlineWorker inlined;
+    launch(awaiting(inlined, alive, said, [] { throw std::bad_alloc(); }));
+    EXPECT_EQ(said, u"There is not enough memory for this."_s);
 
     std::latch done(2);
     threads.start([&] { done.count_down(); });
