@@ -39,7 +39,7 @@ CommitDraft::Text withoutMargins(const CommitDraft::Text& text)
 
 CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes,
                          MessageWriter writer)
-    : git_(git), window_(window), snapshot_(snapshot), changes_(changes), writer_(std::move(writer))
+    : git_(git), window_(window), snapshot_(snapshot), changes_(changes), writing_{std::move(writer)}
 {
     snapshot_.follow({.operationRead =
                           [this](const RepositoryState& read) {
@@ -50,7 +50,7 @@ CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& sn
                       .afterListings = [this] { return readingTemplate(); }});
 }
 
-CommitDraft::~CommitDraft() { generating_.request_stop(); }
+CommitDraft::~CommitDraft() { writing_.stop.request_stop(); }
 
 void CommitDraft::setSubject(const QString& subject) { setText({subject, commitBody.value()}); }
 
@@ -202,10 +202,10 @@ void CommitDraft::commit()
                   .succeeded = [this, text = text()] { recorded(text); }});
 }
 
-QCoro::Task<QString> CommitDraft::writing(std::stop_token stop)
+QCoro::Task<QString> CommitDraft::writingMessage(std::stop_token stop)
 {
     const std::weak_ptr alive(git_.alive());
-    const auto write = writer_.write;
+    const auto write = writing_.writer.write;
     gitkit::StagedChanges changes = co_await git_.read(&GitRepository::stagedChanges);
     QString message;
     if (!stop.stop_requested() && write)
@@ -217,16 +217,16 @@ QCoro::Task<QString> CommitDraft::writing(std::stop_token stop)
 
 QCoro::Task<bool> CommitDraft::generateCommitMessage()
 {
-    if (generatingMessage.value() || snapshot_.status.value().stagedCount() < 1 || !writer_.write)
+    if (generatingMessage.value() || snapshot_.status.value().stagedCount() < 1 || !writing_.writer.write)
         co_return false;
-    generating_ = std::stop_source();
+    writing_.stop = std::stop_source();
     generatingMessage = true;
     const std::weak_ptr alive(git_.alive());
-    const std::stop_token stop = generating_.get_token();
+    const std::stop_token stop = writing_.stop.get_token();
     std::optional<Failure> failure;
     QString message;
     try {
-        message = co_await writing(stop);
+        message = co_await writingMessage(stop);
     } catch (const std::exception& thrown) {
         failure = failureOf(thrown);
     }
@@ -249,12 +249,12 @@ void CommitDraft::cancelCommitMessage()
     if (!generatingMessage.value())
         return;
     generatingMessage = false;
-    generating_.request_stop();
+    writing_.stop.request_stop();
 }
 
 QCoro::Task<MessageRequest> CommitDraft::commitMessageRequest()
 {
-    const auto describe = writer_.describe;
+    const auto describe = writing_.writer.describe;
     const gitkit::StagedChanges changes = co_await git_.read(&GitRepository::stagedChanges);
     co_return describe ? describe(changes) : MessageRequest{};
 }
@@ -262,18 +262,18 @@ QCoro::Task<MessageRequest> CommitDraft::commitMessageRequest()
 void CommitDraft::fillWithWritten(const QString& message)
 {
     const Text before = text();
-    written_.reset();
+    writing_.written.reset();
     fillCommitFields(message);
-    written_ = Written{before, text()};
+    writing_.written = Written{before, text()};
     updateMessageUndo();
 }
 
-void CommitDraft::updateMessageUndo() { canUndoMessage = written_ && text() == written_->after; }
+void CommitDraft::updateMessageUndo() { canUndoMessage = writing_.written && text() == writing_.written->after; }
 
 void CommitDraft::undoMessage()
 {
     if (canUndoMessage.value())
-        setText(std::exchange(written_, std::nullopt)->before);
+        setText(std::exchange(writing_.written, std::nullopt)->before);
 }
 
 } // namespace plovik

@@ -86,7 +86,7 @@ private:
     QCoro::Task<> fillingAmended();
     void statusRead();
     QCoro::Task<> droppingIfRecorded(Text text);
-    QCoro::Task<QString> writing(std::stop_token stop);
+    QCoro::Task<QString> writingMessage(std::stop_token stop);
     void fillWithWritten(const QString& message);
     void updateMessageUndo();
 
@@ -94,7 +94,6 @@ private:
     WindowState& window_;
     Snapshot& snapshot_;
     Changes& changes_;
-    MessageWriter writer_;
     struct Amended {
         std::string bytes; ///< as git recorded them
         Text text;         ///< with which the box was filled
@@ -112,8 +111,13 @@ private:
         Text before;
         Text after;
     };
-    std::optional<Written> written_; ///< the last generated message
-    std::stop_source generating_;
+    /// The language model that writes messages.
+    struct Writing {
+        MessageWriter writer;
+        std::stop_source stop = {};          ///< of the message that is being written
+        std::optional<Written> written = {}; ///< the last one
+    };
+    Writing writing_;
 };
 
 } // namespace plovik
