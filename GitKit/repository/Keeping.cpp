@@ -117,7 +117,7 @@ std::vector<KeptFile> keepBefore(const GitRepository& repo, const fs::path& fold
 
 fs::path copyAfter(const fs::path& folder, const KeptFile& file) { return folder / (file.copy + ".after"); }
 
-void noteAfter(const GitRepository& repo, const fs::path& folder, std::vector<KeptFile>& files)
+void noteAfter(const GitRepository& repo, const fs::path& folder, Taking taking, std::vector<KeptFile>& files)
 {
     std::error_code ignored;
     IndexEntries entries = indexEntriesOf(repo, files);
@@ -131,6 +131,8 @@ void noteAfter(const GitRepository& repo, const fs::path& folder, std::vector<Ke
         if (bytes && !writeNew(*bytes, copyAfter(folder, file)))
             fs::remove(copyAfter(folder, file), ignored);
     }
+    if (taking == Taking::discard)
+        keepStaged(repo, folder, files);
 }
 
 /// Whether nothing was taken from the file, so that there is nothing to keep.
@@ -210,7 +212,7 @@ void putBackHalfDone(const GitRepository& repo, const fs::path& folder, std::vec
         const fs::path place = repo.root() / file.path;
         if (::rename((folder / file.copy).c_str(), place.c_str()) != 0)
             putCopy(folder / file.copy, place);
-        return restoreEntries(repo, file, entries[file.path]);
+        return restoreEntries(repo, folder, file, entries[file.path]);
     });
 }
 
@@ -281,10 +283,20 @@ bool bringFileBack(const GitRepository& repo, const fs::path& folder, const Kept
         return false;
     }
     const bool canStage = now == file.entriesAfter || now == file.entriesBefore;
-    if (file.entriesBefore != file.entriesAfter && (!canStage || !restoreEntries(repo, file, now)))
+    if (file.entriesBefore != file.entriesAfter && (!canStage || !restoreEntries(repo, folder, file, now)))
         result.indexChanged.push_back(file.path);
     (way == Way::merge ? result.merged : result.back).push_back(file.path);
     return true;
+}
+
+/// Returns the copy of a file, or of what only the index had of it; nullopt when there is neither.
+std::optional<fs::path> copyOf(const fs::path& folder, const KeptFile& file)
+{
+    for (fs::path copy : {folder / file.copy, stagedCopy(folder, file)}) {
+        if (isFile(kindAt(copy)))
+            return copy;
+    }
+    return std::nullopt;
 }
 
 /// Throws when one of the files would be written over another: nobody was asked about that.
@@ -325,7 +337,7 @@ Keeping keeping(const GitRepository& repo, const fs::path& gitDirectory, const s
         if (taking == Taking::discard)
             putBackHalfDone(calm, folder, kept);
     }
-    noteAfter(calm, folder, kept);
+    noteAfter(calm, folder, taking, kept);
     if (taking == Taking::step) {
         for (KeptFile& file : kept)
             file.entriesBefore = file.entriesAfter;
@@ -380,7 +392,7 @@ void saveKept(const fs::path& gitDirectory, const Kept& kept, const fs::path& pl
     const bool isOne = kept.paths.size() == 1;
     std::vector<KeptFile> files = readKeptList(folder);
     std::erase_if(files, [&](const KeptFile& file) {
-        return std::ranges::find(kept.paths, file.path) == kept.paths.end() || !isFile(kindAt(folder / file.copy));
+        return std::ranges::find(kept.paths, file.path) == kept.paths.end() || !copyOf(folder, file);
     });
     if (!isOne)
         requireFree(place, files);
@@ -388,7 +400,7 @@ void saveKept(const fs::path& gitDirectory, const Kept& kept, const fs::path& pl
         const fs::path to = isOne ? place : place / file.path;
         if (!isOne && !makeParents(place, file.path))
             throw GitError("checkout", 1, inQuotes(to.string()) + " cannot be written: a folder is missing.");
-        saveCopy(folder / file.copy, to);
+        saveCopy(*copyOf(folder, file), to);
     }
 }
 

@@ -10,7 +10,8 @@
 namespace gitkit {
 
 /// One file that is kept: how it stood before and after what took it. Beside the list, the folder holds a copy of the
-/// file before, of this name, and one of the file after, with ".after" appended, unless that is too large.
+/// file before, of this name, one of the file after, with ".after" appended, and one of the content that was staged before,
+/// with ".staged", unless they are too large.
 struct KeptFile {
     std::string path;
     std::string copy;

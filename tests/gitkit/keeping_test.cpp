@@ -164,6 +164,21 @@ TEST(Keeping, BringsBackOnAFullDiskAndPastAFileThatFails)
     EXPECT_EQ(repo.state(), before);
 }
 
+TEST(Keeping, KnowsWhatWasStagedWhenGitHasForgottenIt)
+{
+    KeepingRepository repo;
+    repo.write("a", "staged\n").write("new", "only staged\n").git({"add", "."}).write("a", "mine\n").remove("new");
+    const Keeping done = repo.discardAll();
+    repo.git({"prune", "--expire=now"});
+    const std::string hash = repo.read({"hash-object", "--stdin"}, "staged\n");
+    EXPECT_EQ(repo.read({"cat-file", "--batch-check"}, hash), hash + " missing");
+    saveKept(repo.gitDirectory(), *done.kept, repo.trash.path());
+    EXPECT_EQ(readFile(repo.trash.path() / "new"), "only staged\n");
+    repo.bringLastBack();
+    EXPECT_EQ(repo.read({"show", ":a"}) + repo.read({"show", ":new"}), "stagedonly staged");
+    EXPECT_EQ(readFile(repo / "a"), "mine\n");
+}
+
 TEST(Keeping, SavesSeveralFilesOverNone)
 {
     KeepingRepository repo;
