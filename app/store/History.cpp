@@ -313,6 +313,7 @@ void History::grow()
         if (!load_->isFilling)
             launch(fill(load_));
     } else {
+        typingPause_.reset(); // this is the search that it waits for
         launch(fill(begin()));
     }
 }

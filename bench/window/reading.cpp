@@ -170,6 +170,48 @@ void measureEnd(OpenWindow& window)
     row("longest pause of the main thread, a commit with all rows", takeLongest(), "at most 50");
 }
 
+/// Ticks a new file while a search for a path goes on and three windows refresh.
+void measureTick(OpenWindow& window)
+{
+    const std::filesystem::path root = window.store.snapshot().root();
+    const std::string path = "plovik-bench-ticked-file.txt";
+    std::ofstream(root / path) << "new\n";
+    OpenWindow second(root);
+    OpenWindow third(root);
+    refresh(window);
+    std::vector<double> ticked;
+    std::vector<double> git;
+    for (int round = 0; round < rounds; ++round) {
+        window.store.history().search(QStringLiteral("no-such-file-in-any-commit"), gitkit::HistoryFilter::Field::path);
+        OpenWindow::spinUntil([&] { return window.worker.walking > 0; });
+        for (OpenWindow* other : {&second, &third, &window})
+            other->store.snapshot().refresh(RefreshScope::full);
+        const auto start = Clock::now();
+        const bool isStaged = round % 2 == 0;
+        const gitkit::FileChange* const file = window.store.snapshot().status.value().files.find(path);
+        window.store.staging().toggleStage(gitkit::FileChange(*file));
+        OpenWindow::spinUntil([&] {
+            const gitkit::FileChange* const now = window.store.snapshot().status.value().files.find(path);
+            return now && (now->stageState() == gitkit::StageState::full) == isStaged;
+        });
+        ticked.push_back(millisecondsSince(start));
+        for (OpenWindow* other : {&second, &third})
+            other->store.snapshot().refresh(RefreshScope::full);
+        const auto begin = Clock::now();
+        runGit(root, {"add", "--", path});
+        runGit(root, {"status", "--porcelain=v2", "--branch", "--no-ahead-behind", "-z", "--untracked-files=all"});
+        git.push_back(millisecondsSince(begin));
+        if (!isStaged)
+            runGit(root, {"reset", "-q", "--", path});
+    }
+    window.store.history().search({}, gitkit::HistoryFilter::Field::path);
+    row("git: add and status, during the same", median(git));
+    row("a file ticked during a path search and three refreshes", median(ticked), "at most git + 20");
+    runGit(root, {"reset", "-q", "--", path});
+    std::filesystem::remove(root / path);
+    refresh(window);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -189,6 +231,7 @@ int main(int argc, char** argv)
     measureRefresh(window);
     measureCommit(window);
     row("longest pause of the main thread", takeLongest(), "at most 50");
+    measureTick(window);
     measureEnd(window);
     return 0;
 }
