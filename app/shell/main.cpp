@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/platform/Fonts.h"
 #include "app/platform/Memory.h"
 #include "app/services/instance/SingleInstance.h"
 #include "app/shell/AppDelegate.h"
@@ -81,6 +82,7 @@ int main(int argc, char** argv)
     if (!options.screenshot.empty())
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
+    plovik::beginReadingFonts();
     if (!options.folders.empty())
         plovik::beginTopLevelLookup(options.folders.front());
 
