@@ -17,6 +17,24 @@ namespace plovik {
 using gitkit::GitRef;
 using gitkit::GitRepository;
 
+namespace {
+
+struct RefsByKind {
+    std::array<std::vector<GitRef>, 3> lists;
+    std::string replacements;
+};
+
+RefsByKind readRefsByKind(const GitRepository& repo)
+{
+    gitkit::RefListing listing = gitkit::listRefs(repo);
+    RefsByKind read{.lists = {}, .replacements = std::move(listing.replacements)};
+    for (GitRef& ref : listing.refs)
+        read.lists[static_cast<std::size_t>(ref.kind)].push_back(std::move(ref));
+    return read;
+}
+
+} // namespace
+
 Snapshot::Snapshot(const GitAccess& git, WindowState& window) : git_(git), window_(window) {}
 
 QString Snapshot::headDescription() const
@@ -120,9 +138,9 @@ QCoro::Task<> Snapshot::readStatus()
 
 void Snapshot::applyStatus(gitkit::RepoStatus read)
 {
-    const bool isListNew = !read.files.isSameList(status.value().files);
+    const bool hasSamePaths = read.files.arrangement() == status.value().files.arrangement();
     status = std::move(read);
-    if (isListNew)
+    if (!hasSamePaths)
         dropGonePaths();
     generation = generation.value() + 1;
 }
@@ -152,14 +170,14 @@ void Snapshot::applyOperation(const RepositoryState& read)
 QCoro::Task<> Snapshot::readRefs()
 {
     try {
-        gitkit::RefListing listing = co_await git_.read(gitkit::listRefs);
-        replacements_ = std::move(listing.replacements);
-        std::array<std::vector<GitRef>, 3> byKind;
-        for (GitRef& ref : listing.refs)
-            byKind[static_cast<std::size_t>(ref.kind)].push_back(std::move(ref));
-        branches = std::move(byKind[0]);
-        remoteBranches = std::move(byKind[1]);
-        tags = std::move(byKind[2]);
+        RefsByKind read = co_await git_.read(&readRefsByKind);
+        replacements_ = std::move(read.replacements);
+        // All three are there before anyone is told of one of them, so that who shows them needs to look only once.
+        Qt::beginPropertyUpdateGroup();
+        branches = std::move(read.lists[0]);
+        remoteBranches = std::move(read.lists[1]);
+        tags = std::move(read.lists[2]);
+        Qt::endPropertyUpdateGroup();
     } catch (const std::exception& thrown) {
         noteListingProblem(thrown);
         co_return;

@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QTreeView>
 
 #include <algorithm>
 
@@ -25,6 +26,7 @@ using namespace Qt::StringLiterals;
 constexpr int fileCount = 100'000;
 constexpr int untrackedCount = 5'000;
 constexpr int refCount = 50'000;
+constexpr int commitCount = 2'000;
 constexpr double longestPause = 50;
 
 std::string pathOf(int file)
@@ -33,37 +35,37 @@ std::string pathOf(int file)
            std::to_string(file) + ".txt";
 }
 
-/// A commit of files of which none is there, which status lists as deleted, beside new files.
+/// Tags, branches and branches of a remote, most of them in folders.
+std::string refName(int ref)
+{
+    const std::string folder = std::to_string(ref % 200);
+    const std::string change = "topic/" + folder + "/change-" + std::to_string(ref);
+    if (ref % 5 < 2)
+        return "refs/tags/v" + folder + "." + std::to_string(ref);
+    return (ref % 5 < 3 ? "refs/heads/" : "refs/remotes/origin/") + change;
+}
+
+/// A history that ends in a commit of files of which none is there, which status lists as deleted; and new files.
 void makeFiles(const std::filesystem::path& repository)
 {
     runGit(repository, {"init", "-q", "-b", "main"});
-    std::string stream = "commit refs/heads/main\ncommitter Ada <ada@example.org> 1700000000 +0000\ndata 4\nMany\n";
+    std::string stream;
+    for (int commit = 0; commit <= commitCount; ++commit)
+        stream += "commit refs/heads/main\nmark :" + std::to_string(commit + 1) + "\ncommitter Ada <ada@example.org> " +
+                  std::to_string(1'700'000'000 + commit) + " +0000\ndata 4\nMany\n";
     for (int file = 0; file < fileCount - untrackedCount; ++file)
         stream += "M 100644 inline " + pathOf(file) + "\ndata 5\ntext\n\n";
+    for (int ref = 0; ref < refCount; ++ref)
+        stream += "reset " + refName(ref) + "\nfrom :" + std::to_string(1 + ref % commitCount) + "\n\n";
     runGit(repository, {"fast-import", "--quiet"}, stream);
+    runGit(repository, {"pack-refs", "--all"});
+    runGit(repository, {"remote", "add", "origin", "https://example.org/many.git"});
     runGit(repository, {"read-tree", "HEAD"});
     for (int file = 0; file < untrackedCount; ++file) {
         const std::filesystem::path path = repository / "new" / std::to_string(file % 100);
         std::filesystem::create_directories(path);
         std::fclose(std::fopen((path / std::to_string(file)).c_str(), "w"));
     }
-}
-
-/// Tags, branches and branches of a remote, most of them in folders.
-void makeRefs(const std::filesystem::path& repository)
-{
-    std::string updates;
-    for (int ref = 0; ref < refCount; ++ref) {
-        const std::string number = std::to_string(ref);
-        const std::string folder = std::to_string(ref % 200);
-        const std::string name = ref % 5 < 2   ? "tags/v" + folder + "." + number
-                                 : ref % 5 < 3 ? "heads/topic/" + folder + "/change-" + number
-                                               : "remotes/origin/topic/" + folder + "/change-" + number;
-        updates += "create refs/" + name + " refs/heads/main\n";
-    }
-    runGit(repository, {"update-ref", "--stdin"}, updates);
-    runGit(repository, {"pack-refs", "--all"});
-    runGit(repository, {"remote", "add", "origin", "https://example.org/many.git"});
 }
 
 /// An application that notes how long it deals with one event. Queued calls and timers are events, too.
@@ -195,6 +197,18 @@ void measureRefs(Window& window)
     window.measure("the filter cleared", [&] { filter.clear(); });
     window.measureEach("the sidebar scrolled by pages", 40, [&](int) { Window::press(tree, Qt::Key_PageDown); });
     window.measure("the sidebar scrolled to the end", [&] { Window::press(tree, Qt::Key_End); });
+    const auto open = [&tree](const char* title, bool opens) {
+        for (int row = 0; row < tree.model()->rowCount(); ++row) {
+            const QModelIndex group = tree.model()->index(row, 0);
+            if (group.data().toString() == QLatin1String(title))
+                static_cast<QTreeView&>(tree).setExpanded(group, opens);
+        }
+    };
+    window.measure("the tags opened", [&] { open("TAGS", true); });
+    window.measure("refreshed with everything open", [&] { window.store.snapshot().refresh(RefreshScope::full); });
+    runGit(window.store.root(), {"branch", "made-elsewhere"});
+    window.measure("a branch made elsewhere shown", [&] { window.store.snapshot().refresh(RefreshScope::full); });
+    window.measure("the tags closed", [&] { open("TAGS", false); });
     window.measure("the history of a ref shown",
                    [&] { window.store.window().select(SidebarItem::ref("refs/tags/v0.49800")); });
     window.measure("the working copy shown again", [&] { window.store.window().select(SidebarItem::workingCopy()); });
@@ -209,7 +223,6 @@ int main(int argc, char** argv)
     const QTemporaryDir folder;
     const std::filesystem::path repository = folder.path().toStdString();
     makeFiles(repository);
-    makeRefs(repository);
 
     std::printf("\nLongest pause of the main thread, %d changed files and %d refs, at most %.0f ms\n", fileCount,
                 refCount, longestPause);

@@ -154,6 +154,22 @@ TEST_F(ActionsTest, ADoubleClickInTheSidebarChecksOutAndAMenuLeavesTheSelection)
     EXPECT_FALSE(store.changes().activity.value());
 }
 
+TEST_F(ActionsTest, ARefreshMakesTheSidebarAnewOnceAndOnlyIfRefsChanged)
+{
+    load();
+    int resets = 0;
+    QObject::connect(&view.sidebar()->model(), &SidebarModel::modelReset, &view, [&resets] { ++resets; });
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(resets, 0);
+    repo.git({"branch", "other"}).git({"tag", "v1"}).git({"update-ref", "refs/remotes/origin/main", "HEAD"});
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(resets, 1);
+    for (const char* ref : {"refs/heads/other", "refs/tags/v1", "refs/remotes/origin/main"})
+        EXPECT_TRUE(view.sidebar()->model().indexOf(SidebarItem::ref(ref)).isValid()) << ref;
+}
+
 TEST_F(ActionsTest, AMergeIsAskedForAndDone)
 {
     repo.git({"checkout", "-q", "side"}).write("b", "b").commit("b").git({"checkout", "-q", "main"});

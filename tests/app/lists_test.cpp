@@ -2,6 +2,7 @@
 #include "app/store/RepositoryStore.h"
 #include "app/ui/stashes/StashesView.h"
 #include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/TypedText.h"
 #include "app/ui/window/RepositoryView.h"
 #include "app/ui/workingcopy/ChangedFilesModel.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
@@ -129,6 +130,12 @@ TEST_F(WorkingCopyListTest, FindsNamesInAnyScript)
     EXPECT_EQ(model.nextMatch(u"k"_s, 4).row(), 5);
     EXPECT_FALSE(model.nextMatch(u"plainly"_s, 0).isValid());
     EXPECT_FALSE(model.nextMatch(u"\u00E4rgern"_s, 0).isValid());
+
+    EXPECT_TRUE(containsTyped("topic/Login-page", u"LOGIN"_s));
+    EXPECT_FALSE(containsTyped("topic/Login-page", u"login page"_s));
+    EXPECT_TRUE(containsTyped("topic/caf\u00E9s", u"F\u00C9"_s));
+    EXPECT_TRUE(containsTyped("topic/caf\u00E9s", u"CAF"_s));
+    EXPECT_TRUE(containsTyped("", QString()));
 }
 
 TEST_F(WorkingCopyListTest, NeverTakesAFailedReadForACleanTree)

@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 
 #include <gtest/gtest.h>
@@ -226,6 +227,25 @@ TEST_F(SidebarTest, MarksDamagedRefsAndChecksNoneOut)
         Q_EMIT tree().doubleClicked(indexOf(name));
         EXPECT_EQ(store.window().notice.value(), why) << name;
     }
+}
+
+TEST_F(SidebarTest, LooksAtEachOfManyRefsOnceWhenTheyChange)
+{
+    class Counting : public QStyledItemDelegate {
+    public:
+        using QStyledItemDelegate::QStyledItemDelegate;
+        QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return ++asked, QSize(9, 26); }
+        mutable int asked = 0;
+    };
+    const auto* const counting = new Counting(&view);
+    tree().setItemDelegate(const_cast<Counting*>(counting));
+    given(store.snapshot().branches, makeRefs(GitRef::Kind::local, numbered("topic-", 0, 1000)));
+    store.window().select(SidebarItem::ref("refs/heads/topic-1500"));
+    tree().verticalScrollBar()->setValue(5000);
+    counting->asked = 0;
+    given(store.snapshot().branches, makeRefs(GitRef::Kind::local, numbered("topic-", 1, 1000)));
+    EXPECT_EQ(tree().verticalScrollBar()->value(), 5000 - 26);
+    EXPECT_LT(counting->asked, 1100);
 }
 
 TEST_F(SidebarTest, ReachesTheLastOfManyRefs)

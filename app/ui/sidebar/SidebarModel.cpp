@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/widgets/RowPainting.h"
+#include "app/ui/widgets/TypedText.h"
 
 #include <algorithm>
 #include <string_view>
@@ -42,6 +43,19 @@ void SidebarModel::rebuild()
     endResetModel();
 }
 
+std::array<const void*, 4> SidebarModel::lists() const
+{
+    const Snapshot& now = store_.snapshot();
+    return {now.branches.value().data(), now.remoteBranches.value().data(), now.tags.value().data(),
+            now.remotes.value().data()};
+}
+
+void SidebarModel::rebuildIfOld()
+{
+    if (lists() != read_)
+        rebuild();
+}
+
 void SidebarModel::setFilter(const QString& text)
 {
     if (text == filter_)
@@ -60,6 +74,7 @@ int SidebarModel::addNode(Node node)
 
 void SidebarModel::rebuildNodes()
 {
+    read_ = lists();
     nodes_.clear();
     nodes_.reserve(store_.snapshot().branches.value().size() + store_.snapshot().remoteBranches.value().size() +
                    store_.snapshot().tags.value().size() + 16);
@@ -94,7 +109,7 @@ SidebarModel::Refs SidebarModel::matching(const std::vector<gitkit::GitRef>& ref
     Refs found;
     found.reserve(refs.size());
     for (const gitkit::GitRef& ref : refs) {
-        if (!isFiltered() || exactText(ref.name).contains(filter_, Qt::CaseInsensitive))
+        if (!isFiltered() || containsTyped(ref.name, filter_))
             found.push_back(&ref);
     }
     return found;
@@ -124,28 +139,41 @@ void SidebarModel::fill(int parent, Kind group, const Refs& refs, std::size_t na
     const int parentDepth = nodes_[static_cast<std::size_t>(parent)].depth;
     const bool isGroup = nodes_[static_cast<std::size_t>(parent)].kind != Kind::folder;
 
-    const auto prefixOf = [&](const gitkit::GitRef& ref) {
-        return std::string_view(ref.name).substr(nameStart, prefixLength(group, ref, nameStart, isGroup));
+    // The refs of a folder mostly follow one another, so a prefix is looked up only where it changes.
+    struct Prefix {
+        std::string_view text;
+        int sharing = 0;
+        std::optional<std::size_t> folder = {};
     };
-    std::unordered_map<std::string_view, int> sharing;
-    for (const gitkit::GitRef* ref : refs)
-        ++sharing[prefixOf(*ref)];
+    std::unordered_map<std::string_view, Prefix> prefixes;
+    std::vector<Prefix*> prefixOf;
+    prefixOf.reserve(refs.size());
+    for (const gitkit::GitRef* ref : refs) {
+        const std::string_view text =
+            std::string_view(ref->name).substr(nameStart, prefixLength(group, *ref, nameStart, isGroup));
+        if (prefixOf.empty() || prefixOf.back()->text != text)
+            prefixOf.push_back(&prefixes.try_emplace(text, Prefix{text}).first->second);
+        else
+            prefixOf.push_back(prefixOf.back());
+        ++prefixOf.back()->sharing;
+    }
 
     // A single ref gets no folder of its own, but a remote always is a folder.
     const bool isRemotes = group == Kind::remotes && isGroup;
     std::vector<std::pair<std::string_view, Refs>> folders; // in the order of their first refs
-    std::unordered_map<std::string_view, std::size_t> folderOf;
     Refs leaves;
-    for (const gitkit::GitRef* ref : refs) {
-        const std::string_view prefix = prefixOf(*ref);
-        if (prefix.empty() || (sharing[prefix] == 1 && !isRemotes)) {
-            leaves.push_back(ref);
+    for (std::size_t place = 0; place < refs.size(); ++place) {
+        Prefix& prefix = *prefixOf[place];
+        if (prefix.text.empty() || (prefix.sharing == 1 && !isRemotes)) {
+            leaves.push_back(refs[place]);
             continue;
         }
-        const auto [place, isNew] = folderOf.try_emplace(prefix, folders.size());
-        if (isNew)
-            folders.emplace_back(prefix, Refs{});
-        folders[place->second].second.push_back(ref);
+        if (!prefix.folder) {
+            prefix.folder = folders.size();
+            folders.emplace_back(prefix.text, Refs{});
+            folders.back().second.reserve(static_cast<std::size_t>(prefix.sharing));
+        }
+        folders[*prefix.folder].second.push_back(refs[place]);
     }
 
     const int first = static_cast<int>(nodes_.size());
@@ -227,9 +255,11 @@ bool SidebarModel::hasChildren(const QModelIndex& parent) const { return rowCoun
 
 Qt::ItemFlags SidebarModel::flags(const QModelIndex& index) const
 {
+    // Asked for every row of an open group, so no item is made.
     if (!index.isValid() || kind(index) == Kind::nothingFound)
         return Qt::NoItemFlags;
-    return item(index) ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::ItemIsEnabled;
+    const bool isHeading = isGroup(index) || kind(index) == Kind::folder;
+    return isHeading ? Qt::ItemIsEnabled : Qt::ItemIsEnabled | Qt::ItemIsSelectable;
 }
 
 int SidebarModel::count(const QModelIndex& index) const

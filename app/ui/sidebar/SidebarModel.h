@@ -6,6 +6,7 @@
 
 #include <QAbstractItemModel>
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,7 +16,7 @@ namespace plovik {
 /// The tree of the sidebar: the three fixed items, then one group each for branches, remotes and tags, with a folder
 /// for every prefix that at least two refs share. Groups without refs are absent. Main thread.
 ///
-/// Refers to the refs in the store's lists and copies none, so the owner must call rebuild() as soon as a list changes.
+/// Refers to the refs in the store's lists and copies none, so the owner must call rebuildIfOld() as soon as a list changes.
 /// Texts are made when a view asks for them, so that rows out of sight cost nothing.
 class SidebarModel : public QAbstractItemModel {
     Q_OBJECT
@@ -28,6 +29,8 @@ public:
 
     /// Reads the store's lists again and resets the model.
     void rebuild();
+    /// The same, unless the lists are those that were read last.
+    void rebuildIfOld();
     /// Announces that the counts of the fixed items may have changed.
     void countsChanged();
 
@@ -95,6 +98,7 @@ private:
     void fill(int parent, Kind group, const Refs& refs, std::size_t nameStart);
     void markGoneUpstreams();
     void rebuildNodes();
+    std::array<const void*, 4> lists() const;
 
     gitkit::Divergence divergence(const Node& node) const;
     QString label(const Node& node) const;
@@ -103,6 +107,8 @@ private:
 
     const RepositoryStore& store_;
     QString filter_;
+    /// The lists that the nodes refer to, by their places in memory. A list that replaces another one is at another place.
+    std::array<const void*, 4> read_{};
     std::vector<Node> nodes_;
     int rootCount_ = 0;
 };

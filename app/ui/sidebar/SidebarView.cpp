@@ -179,7 +179,7 @@ void SidebarView::makeFilter()
 
 void SidebarView::observeStore()
 {
-    const auto rebuild = [this] { model_->rebuild(); };
+    const auto rebuild = [this] { model_->rebuildIfOld(); };
     notifiers_.push_back(store_.snapshot().branches.addNotifier(rebuild));
     notifiers_.push_back(store_.snapshot().remoteBranches.addNotifier(rebuild));
     notifiers_.push_back(store_.snapshot().tags.addNotifier(rebuild));

@@ -30,7 +30,8 @@ void ScrollKeeper::note()
 
 void ScrollKeeper::restore()
 {
-    view_->doItemsLayout();
+    // Has the view lay out its rows, unless it has done so since they changed: that takes a while when there are many.
+    view_->indexAt(QPoint());
     QScrollBar* bar = view_->verticalScrollBar();
     bar->setValue(value_);
     const QModelIndex top = topKey_.empty() ? QModelIndex() : indexOf_(topKey_);

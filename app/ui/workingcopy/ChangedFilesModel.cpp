@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/ui/commit/StatusChip.h"
 #include "app/ui/widgets/RowPainting.h"
+#include "app/ui/widgets/TypedText.h"
 
 #include <algorithm>
 
@@ -12,23 +13,6 @@ using namespace Qt::StringLiterals;
 namespace plovik {
 
 namespace {
-
-/// Compares byte by byte as far as both are ASCII, since it is asked of every file for every key that is typed.
-bool beginsWith(std::string_view bytes, const QString& typed)
-{
-    const auto lower = [](char16_t unit) { return unit >= u'A' && unit <= u'Z' ? unit + 0x20 : unit; };
-    for (qsizetype at = 0; at < typed.size(); ++at) {
-        if (at == std::ssize(bytes))
-            return false;
-        const auto byte = static_cast<unsigned char>(bytes[static_cast<std::size_t>(at)]);
-        if (byte >= 0x80 || typed[at].unicode() >= 0x80) // No character has more than four bytes.
-            return exactText(bytes.substr(0, static_cast<std::size_t>(4 * typed.size())))
-                .startsWith(typed, Qt::CaseInsensitive);
-        if (lower(byte) != lower(typed[at].unicode()))
-            return false;
-    }
-    return true;
-}
 
 /// What happened to a file and how much of it is staged, in words.
 QString description(const gitkit::FileChange& file, gitkit::StageState state)
@@ -136,9 +120,9 @@ QModelIndex ChangedFilesModel::nextMatch(const QString& typed, int from) const
     for (int step = 0; step < rowCount_; ++step) {
         const int row = (std::max(from, 0) + step) % rowCount_;
         const std::string_view path = files()[placeOf(row)].path;
-        if (beginsWith(path.substr(path.rfind('/') + 1), typed))
+        if (beginsWithTyped(path.substr(path.rfind('/') + 1), typed))
             return index(row);
-        if (!byPath.isValid() && beginsWith(path, typed))
+        if (!byPath.isValid() && beginsWithTyped(path, typed))
             byPath = index(row);
     }
     return byPath;

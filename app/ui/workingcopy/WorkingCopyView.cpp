@@ -140,10 +140,12 @@ void WorkingCopyView::userSelected()
 {
     if (isUpdating_)
         return;
+    // The order of the rows is nearly that of the set, so most paths belong right behind the one before.
     std::set<std::string> paths;
+    auto behind = paths.end();
     for (const QItemSelectionRange& range : list_->selectionModel()->selection()) {
         for (int row = range.top(); row <= range.bottom(); ++row)
-            paths.insert(model_->file(model_->index(row)).path);
+            behind = std::next(paths.insert(behind, model_->file(model_->index(row)).path));
     }
     const QScopedValueRollback updating(isUpdating_, true);
     store_.window().selectPaths(std::move(paths));
