@@ -313,7 +313,6 @@ void History::grow()
         if (!load_->isFilling)
             launch(fill(load_));
     } else {
-        typingPause_.reset(); // this is the search that it waits for
         launch(fill(begin()));
     }
 }
@@ -398,6 +397,9 @@ void History::search(const QString& text, HistoryFilter::Field field)
 
 void History::reloadFirstPage()
 {
+    // What was typed and taken back is what is shown, or a refresh has asked for it already.
+    if (load_ && load_->scope == scope_ && load_->walk.filter == filter() && !load_->hasFailed)
+        return grow();
     limit_ = pageSize;
     wantsLast_ = false;
     launch(fill(begin()));
