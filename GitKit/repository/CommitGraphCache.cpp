@@ -231,12 +231,24 @@ bool hasOwnGraph(const fs::path& commonDirectory)
     return statusOf(info / "commit-graph") || statusOf(info / "commit-graphs" / "commit-graph-chain");
 }
 
+/// Removes what a git that was killed has left in a folder of graphs. The caller's lock keeps others away.
+void removeLeftovers(const fs::path& folder)
+{
+    std::vector<fs::path> left;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder, error)) {
+        const std::string& name = entry.path().filename().native();
+        if (name != "commit-graph-chain" && !name.ends_with(".graph"))
+            left.push_back(entry.path());
+    }
+    for (const fs::path& file : left)
+        fs::remove(file, error);
+}
+
 /// Throws as GitRunner does.
 void writeGraph(const GitRunner& runner, const fs::path& folder, bool withPaths)
 {
-    std::error_code ignored;
-    // Left by a git that was killed: our own lock keeps others away.
-    fs::remove(graphsIn(folder) / "commit-graph-chain.lock", ignored);
+    removeLeftovers(graphsIn(folder));
     std::vector<std::string> arguments{"commit-graph", "write", "--reachable", "--split", "--no-progress"};
     if (withPaths)
         arguments.insert(arguments.end(), {"--changed-paths", mostFilters});
@@ -394,6 +406,10 @@ Restriction CommitGraphGuard::before(const std::string& command, const RunContex
     const auto before = std::ranges::find_if(own, [](const auto& entry) { return entry.first == alternatesVariable; });
     restriction.environment.emplace_back(alternatesVariable,
                                          before == own.end() ? *value : before->second + ':' + *value);
+    // In a partial clone, a read may fetch what it lacks. What that fetch would write into the repository must not build
+    // upon files that are only here.
+    restriction.settings.insert(restriction.settings.end(),
+                                {{"fetch.writeCommitGraph", "false"}, {"maintenance.auto", "false"}});
     return restriction;
 }
 

@@ -106,6 +106,7 @@ TEST_F(CommitGraphCacheTest, IsSeenByReadsThatWalkAlone)
     const auto environment = guard.before("log", {}).environment;
     ASSERT_EQ(environment.size(), 1U);
     EXPECT_EQ(environment[0].second, graph->alternates());
+    EXPECT_EQ(guard.before("log", {}).settings.size(), 2U) << "what a lazy fetch would write must not build upon it";
     RunContext context;
     context.environment = {{"GIT_ALTERNATE_OBJECT_DIRECTORIES", "/own"}};
     EXPECT_EQ(guard.before("log", context).environment.at(0).second, "/own:" + *graph->alternates());
@@ -217,8 +218,11 @@ TEST_F(CommitGraphCacheTest, SeveralWritersLeaveASoundOne)
     ASSERT_TRUE(found());
     EXPECT_TRUE(usesGraph(repo, *found()));
     writeFile(folder() / "info/commit-graphs/commit-graph-chain.lock", "left by a git that was killed");
+    writeFile(folder() / "info/commit-graphs/tmp_graph_x", "likewise");
     repo.commit("4");
     EXPECT_TRUE(write());
+    EXPECT_TRUE(found());
+    EXPECT_FALSE(fs::exists(folder() / "info/commit-graphs/tmp_graph_x"));
 }
 
 TEST_F(CommitGraphCacheTest, RemovesTheLeastUsedAndAllWhenAsked)
