@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <optional>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <system_error>
@@ -59,22 +60,25 @@ std::unique_ptr<ChildProcess> started(const ProcessRequest& request, const RunRe
 struct GitStream::Running {
     std::string command;
     ProcessRequest request;
-    StopWake stop;
     RunReport report;
     std::unique_ptr<ChildProcess> child;
-    GitOutput output = {}; ///< without what was handed on
+    std::optional<StopWake> stop; ///< until the child is reaped
+    GitOutput output = {};        ///< without what was handed on
     std::chrono::steady_clock::duration worked{0};
     bool hasEnded = false;
 
     Running(std::string name, std::shared_ptr<RunListener> listener, ProcessRequest asked)
-        : command(std::move(name)), request(std::move(asked)), stop(request.stop), report(std::move(listener), request),
+        : command(std::move(name)), request(std::move(asked)), report(std::move(listener), request),
           child(started(request, report))
-    {}
+    {
+        stop.emplace(request.stop, child->pid());
+    }
 
     ~Running()
     {
         if (hasEnded)
             return;
+        stop.reset();
         child->abandon();
         const bool isStopped = request.stop.stop_requested();
         report.ended({.stopped = isStopped, .cut = !isStopped}, worked);
@@ -87,6 +91,7 @@ struct GitStream::Running {
     {
         while (holdsBytes(child->streams.error) && readInto(child->streams.error, output.stderrBytes) > 0) {
         }
+        stop.reset();
         child->reap(&output);
         hasEnded = true;
         report.printed(RunListener::Stream::error, output.stderrBytes);
@@ -131,7 +136,7 @@ bool GitStream::read(std::string& into)
             throw RunStopped();
         std::array<pollfd, 4> watched{pollfd{run.child->ended().get(), POLLIN, 0},
                                       pollfd{streams.output.get(), POLLIN, 0}, pollfd{streams.error.get(), POLLIN, 0},
-                                      pollfd{run.stop.descriptor(), POLLIN, 0}};
+                                      pollfd{run.stop->descriptor(), POLLIN, 0}};
         if (::poll(watched.data(), watched.size(), -1) < 0) {
             if (errno == EINTR)
                 continue;

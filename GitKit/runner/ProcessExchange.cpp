@@ -181,7 +181,6 @@ private:
 
 /// Our ends of all pipes to a child.
 struct Exchange {
-    pid_t group;
     const UniqueFd& childEnded;
     const StopWake& stop;
     InputStream& input;
@@ -230,10 +229,8 @@ private:
         }
         if (watched[0].revents != 0)
             return true;
-        if (watched[4].revents != 0) {
-            ::kill(-group, SIGTERM);
+        if (watched[4].revents != 0)
             grace.begin();
-        }
         if (watched[1].revents != 0)
             input.write();
         if (watched[2].revents != 0)
@@ -256,13 +253,13 @@ OutputStream::Heard heard(const ProcessRequest& request, RunListener::Stream str
 ExchangeEnd exchange(const ProcessRequest& request, pid_t group, const UniqueFd& childEnded, ParentStreams streams,
                      GitOutput& result)
 {
-    const StopWake stop(request.stop);
+    const StopWake stop(request.stop, group);
     const PipeSignalBlocker blocker;
     InputStream input(std::move(streams.input), request.input.value_or(std::string_view()));
     OutputStream output(std::move(streams.output), result.stdoutBytes, heard(request, RunListener::Stream::output));
     OutputStream error(std::move(streams.error), result.stderrBytes, heard(request, RunListener::Stream::error));
     LimitWatch limit(request.limit, result.stdoutBytes);
-    return Exchange{group, childEnded, stop, input, output, error, limit}.run();
+    return Exchange{childEnded, stop, input, output, error, limit}.run();
 }
 
 } // namespace gitkit

@@ -5,18 +5,22 @@
 #include "GitKit/runner/GitError.h"
 
 #include <cerrno>
+#include <csignal>
 #include <optional>
 #include <stop_token>
 #include <sys/eventfd.h>
+#include <sys/types.h>
 #include <system_error>
 
 namespace gitkit {
 
-/// Wakes a poll when any thread requests the stop.
+/// Asks a program to end when any thread requests the stop, and wakes the poll that follows it. The program is asked on
+/// the thread that requests, so that it ends even if the application does before the poll has woken.
 class StopWake {
 public:
-    /// Throws LaunchError when the system has no descriptor left.
-    explicit StopWake(const std::stop_token& stop)
+    /// `group` is the program's, which must not be reaped while this lives. Throws LaunchError when the system has no
+    /// descriptor left.
+    StopWake(const std::stop_token& stop, pid_t group)
     {
         if (!stop.stop_possible())
             return;
@@ -24,7 +28,7 @@ public:
         if (!event_)
             throw LaunchError(LaunchError::Cause::other,
                               "Could not prepare git's end: " + std::generic_category().message(errno));
-        callback_.emplace(stop, Signal{event_.get()});
+        callback_.emplace(stop, Signal{event_.get(), group});
     }
 
     /// Becomes readable with the request; -1, which poll ignores, when none can come.
@@ -33,7 +37,12 @@ public:
 private:
     struct Signal {
         int event;
-        void operator()() const noexcept { ::eventfd_write(event, 1); }
+        pid_t group;
+        void operator()() const noexcept
+        {
+            ::kill(-group, SIGTERM);
+            ::eventfd_write(event, 1);
+        }
     };
 
     UniqueFd event_;
