@@ -163,3 +163,5 @@ void DiscardedDialog::submit()
 }
 
 } // namespace plovik
+
+#include "moc_DiscardedDialog.cpp"

@@ -17,3 +17,5 @@ void WarningBar::paintEvent(QPaintEvent* event)
 }
 
 } // namespace plovik
+
+#include "moc_WarningBar.cpp"
