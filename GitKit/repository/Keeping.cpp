@@ -4,14 +4,12 @@
 #include "GitKit/Text.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/KeptEntries.h"
+#include "GitKit/repository/KeptFolders.h"
 #include "GitKit/repository/KeptList.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/runner/GitError.h"
 
 #include <algorithm>
-#include <charconv>
-#include <chrono>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace gitkit {
@@ -22,63 +20,6 @@ namespace fs = std::filesystem;
 
 /// Of the state after, larger files have no copy. They cannot be merged.
 constexpr std::uintmax_t largestMerged = std::uintmax_t{8} << 20;
-constexpr std::chrono::hours keptFor{24 * 30};
-constexpr std::size_t digitsOfTime = 20;
-
-fs::path keepingFolder(const fs::path& gitDirectory) { return gitDirectory / "plovik" / "kept"; }
-
-std::chrono::nanoseconds now() { return std::chrono::system_clock::now().time_since_epoch(); }
-
-std::string nameFor(std::chrono::nanoseconds time)
-{
-    const std::string digits = std::to_string(time.count());
-    return std::string(digitsOfTime - std::min(digitsOfTime, digits.size()), '0') + digits;
-}
-
-/// The inverse. Returns the epoch for any other name.
-Date dateOf(const std::string& name)
-{
-    std::int64_t count = 0;
-    std::from_chars(name.data(), name.data() + name.size(), count);
-    return Date(std::chrono::duration_cast<std::chrono::seconds>(std::chrono::nanoseconds(count)));
-}
-
-/// Returns the names of everything in the keeping, the oldest first.
-std::vector<std::string> namesIn(const fs::path& folder)
-{
-    std::vector<std::string> names;
-    std::error_code error;
-    for (fs::directory_iterator each(folder, error), end; !error && each != end; each.increment(error))
-        names.push_back(each->path().filename().string());
-    std::ranges::sort(names);
-    return names;
-}
-
-void removeOld(const fs::path& folder)
-{
-    const std::string oldest = nameFor(now() - keptFor);
-    std::error_code ignored;
-    for (const std::string& name : namesIn(folder)) {
-        if (name < oldest)
-            fs::remove_all(folder / name, ignored);
-    }
-}
-
-/// Makes a new folder in the keeping, which nobody else may read.
-fs::path makeFolder(const fs::path& gitDirectory)
-{
-    const fs::path folder = keepingFolder(gitDirectory);
-    std::error_code error;
-    fs::create_directories(folder, error);
-    removeOld(folder);
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        const fs::path made = folder / nameFor(now());
-        if (::mkdir(made.c_str(), 0700) == 0)
-            return made;
-    }
-    throw GitError("checkout", 1,
-                   "No copy could be kept in " + inQuotes(folder.string()) + ", so nothing was discarded.");
-}
 
 bool isFile(FileKind kind) { return kind == FileKind::regular || kind == FileKind::link; }
 
@@ -146,7 +87,7 @@ bool isUntaken(const GitRepository& repo, const fs::path& folder, const KeptFile
 std::optional<Kept> keptIn(const fs::path& folder)
 {
     const std::string name = folder.filename().string();
-    Kept kept{name, {}, dateOf(name)};
+    Kept kept{name, {}, keptDate(name)};
     for (const KeptFile& file : readKeptList(folder))
         kept.paths.push_back(file.path);
     return kept.paths.empty() ? std::nullopt : std::optional(kept);
@@ -315,7 +256,7 @@ void requireFree(const fs::path& place, const std::vector<KeptFile>& files)
 Keeping keeping(const GitRepository& repo, const fs::path& gitDirectory, const std::vector<FileChange>& files,
                 Taking taking, const std::function<void()>& take)
 {
-    const fs::path folder = makeFolder(gitDirectory);
+    const fs::path folder = makeKeptFolder(gitDirectory);
     std::vector<KeptFile> kept;
     try {
         kept = keepBefore(repo, folder, files);
@@ -349,7 +290,7 @@ Keeping keeping(const GitRepository& repo, const fs::path& gitDirectory, const s
 std::vector<Kept> allKept(const fs::path& gitDirectory)
 {
     std::vector<Kept> all;
-    for (const std::string& name : namesIn(keepingFolder(gitDirectory))) {
+    for (const std::string& name : keptNames(gitDirectory)) {
         if (const auto kept = keptIn(keepingFolder(gitDirectory) / name))
             all.push_back(*kept);
     }
