@@ -69,7 +69,8 @@ Commit commitOf(const ListedFields& fields)
 std::optional<Commit> takeCommit(NulFields& rest)
 {
     const auto fields = rest.take<listedFields>();
-    if (!fields || fields->front().empty())
+    // A line feed begins the files of a commit, never a hash.
+    if (!fields || fields->front().empty() || fields->front().find('\n') != std::string_view::npos)
         return std::nullopt;
     Commit commit = commitOf(*fields);
     if (const std::string_view labels = (*fields)[5]; !labels.empty())
