@@ -104,6 +104,38 @@ std::optional<CommitFile> takeFiles(NulFields& rest)
     return first;
 }
 
+/// What stands next in output that may not be complete.
+enum class Next { file, somethingElse, unknown };
+
+Next nextIn(std::string_view output)
+{
+    const std::size_t end = output.find('\0');
+    if (end == std::string_view::npos)
+        return Next::unknown;
+    return isStatus(output.substr(0, end)) ? Next::file : Next::somethingElse;
+}
+
+/// Takes one file that stands next. Returns nullopt, and takes nothing, when it is not complete.
+std::optional<CommitFile> takeWholeFile(std::string_view& output)
+{
+    const char status = trimmed(output.substr(0, output.find('\0')), "\n").front();
+    const bool isRenamed = status == 'R' || status == 'C';
+    std::size_t end = 0;
+    for (int field = isRenamed ? 3 : 2; field > 0; --field) {
+        end = output.find('\0', end);
+        if (end++ == std::string_view::npos)
+            return std::nullopt;
+    }
+    NulFields fields(output.substr(0, end));
+    fields.next();
+    CommitFile file{.status = status, .path = {}, .originalPath = {}, .source = {}};
+    if (isRenamed)
+        file.originalPath = fields.next();
+    file.path = fields.next().value_or(std::string_view());
+    output.remove_prefix(end);
+    return file;
+}
+
 } // namespace
 
 std::vector<Commit> LogParser::parse(std::string_view output)
@@ -131,6 +163,26 @@ std::optional<LogParser::Streamed> LogParser::take(std::string_view& output)
     }
     output.remove_prefix(begin);
     return Streamed{commitOf(fields), readDate(fields[5])};
+}
+
+std::optional<FileRevision> LogParser::takeRevision(std::string_view& output, std::string_view path, bool isAll)
+{
+    while (nextIn(output) == Next::file && takeWholeFile(output)) {
+    }
+    std::string_view rest = output;
+    std::optional<Streamed> commit = take(rest);
+    if (!commit)
+        return std::nullopt;
+    const Next next = nextIn(rest);
+    std::optional<CommitFile> file;
+    if (next == Next::file)
+        file = takeWholeFile(rest);
+    if (!file && next != Next::somethingElse && !isAll)
+        return std::nullopt;
+    if (!file)
+        file = CommitFile{.path = std::string(path), .originalPath = {}, .source = {}};
+    output = rest;
+    return FileRevision{std::move(commit->commit), *std::move(file)};
 }
 
 std::vector<FileRevision> LogParser::parseFileLog(std::string_view output, std::string_view path)

@@ -41,6 +41,11 @@ struct LogParser {
     /// nothing, when it is not complete. One without a hash is to be skipped.
     static std::optional<Streamed> take(std::string_view& output);
 
+    /// Takes one record of `streamFormat` with the first file that --name-status lists for it, or with `path` where none
+    /// is listed. As soon as that is clear the record is taken; further files are skipped by the next call. `isAll` says
+    /// that nothing more will be printed. Otherwise as take().
+    static std::optional<FileRevision> takeRevision(std::string_view& output, std::string_view path, bool isAll);
+
     /// Reads the history of the file that is now called `path`: records of `listFormat`, each followed by what
     /// --name-status lists for the commit.
     static std::vector<FileRevision> parseFileLog(std::string_view output, std::string_view path);

@@ -7,6 +7,7 @@
 
 #include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/LogParser.h"
+#include "GitKit/repository/FileLogStream.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
@@ -17,22 +18,6 @@ namespace gitkit {
 namespace {
 
 using Arguments = std::vector<std::string>;
-
-/// Completes the paths of merges, which git lists without one: they get the path that the next newer commit leaves.
-/// Leaves out commits that changed files in a folder that once had the file's name.
-void completePaths(std::vector<FileRevision>& revisions, const std::string& asked)
-{
-    std::string path = asked;
-    std::erase_if(revisions, [&](FileRevision& revision) {
-        CommitFile& file = revision.file;
-        if (file.path.starts_with(path + '/'))
-            return true;
-        if (file.path == asked && file.status == 'M')
-            file.path = path;
-        path = file.originalPath.value_or(file.path);
-        return false;
-    });
-}
 
 } // namespace
 
@@ -46,7 +31,8 @@ std::vector<FileRevision> GitRepository::fileLog(const std::string& path, const 
         arguments.push_back(revisionArgument("log", *revision));
     arguments.insert(arguments.end(), {"--", literalPathspec(path)});
     auto revisions = LogParser::parseFileLog(runner_.bytes(arguments), path);
-    completePaths(revisions, path);
+    FollowedPath followed(path);
+    std::erase_if(revisions, [&followed](FileRevision& revision) { return !followed.complete(revision); });
     return revisions;
 }
 

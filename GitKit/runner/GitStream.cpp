@@ -7,9 +7,12 @@
 #include "GitKit/runner/RunReport.h"
 #include "GitKit/runner/StopWake.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -43,6 +46,15 @@ bool holdsBytes(const UniqueFd& fd)
 {
     int waiting = 0;
     return fd && ::ioctl(fd.get(), FIONREAD, &waiting) == 0 && waiting > 0;
+}
+
+/// Returns the milliseconds until then for poll(), which waits without end for a negative number.
+int timeLeft(GitStream::Clock::time_point until)
+{
+    if (until == GitStream::Clock::time_point::max())
+        return -1;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - GitStream::Clock::now());
+    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, std::numeric_limits<int>::max()));
 }
 
 std::unique_ptr<ChildProcess> started(const ProcessRequest& request, const RunReport& report)
@@ -126,7 +138,7 @@ GitStream::~GitStream() = default;
 GitStream::GitStream(GitStream&&) noexcept = default;
 GitStream& GitStream::operator=(GitStream&&) noexcept = default;
 
-bool GitStream::read(std::string& into)
+bool GitStream::read(std::string& into, Clock::time_point until)
 {
     Running& run = *running_;
     Stopwatch watch(run.worked);
@@ -137,7 +149,10 @@ bool GitStream::read(std::string& into)
         std::array<pollfd, 4> watched{pollfd{run.child->ended().get(), POLLIN, 0},
                                       pollfd{streams.output.get(), POLLIN, 0}, pollfd{streams.error.get(), POLLIN, 0},
                                       pollfd{run.stop->descriptor(), POLLIN, 0}};
-        if (::poll(watched.data(), watched.size(), -1) < 0) {
+        const int ready = ::poll(watched.data(), watched.size(), timeLeft(until));
+        if (ready == 0 && Clock::now() >= until)
+            return true;
+        if (ready < 0) {
             if (errno == EINTR)
                 continue;
             throw LaunchError(LaunchError::Cause::other,

@@ -3,6 +3,7 @@
 
 #include "GitKit/runner/GitOutput.h"
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -23,9 +24,11 @@ public:
     GitStream(GitStream&&) noexcept;
     GitStream& operator=(GitStream&&) noexcept;
 
-    /// Waits for output and appends it to `into`. Returns false, and appends nothing, when git has ended well and
-    /// everything is read. Throws GitError when it has failed and RunStopped soon after a stop is requested.
-    bool read(std::string& into);
+    using Clock = std::chrono::steady_clock;
+    /// Waits for output and appends it to `into`; when `until` passes before any comes, appends nothing. Returns false,
+    /// and appends nothing, when git has ended well and everything is read. Throws GitError when it has failed and
+    /// RunStopped soon after a stop is requested.
+    bool read(std::string& into, Clock::time_point until = Clock::time_point::max());
 
 private:
     struct Running;
