@@ -269,6 +269,37 @@
     </message>
 </context>
 <context>
+    <name>plovik::FileHistoryPane</name>
+    <message numerus="yes">
+        <source>%Ln commit(s), and the rest could not be read: %1</source>
+        <translation>
+            <numerusform>%Ln commit, and the rest could not be read: %1</numerusform>
+            <numerusform>%Ln commits, and the rest could not be read: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln commit(s) so far…</source>
+        <translation>
+            <numerusform>%Ln commit so far…</numerusform>
+            <numerusform>%Ln commits so far…</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln+ commits</source>
+        <translation>
+            <numerusform>%Ln+ commits</numerusform>
+            <numerusform>%Ln+ commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln commit(s)</source>
+        <translation>
+            <numerusform>%Ln commit</numerusform>
+            <numerusform>%Ln commits</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::HistorySearchRow</name>
     <message numerus="yes">
         <source>%n+ commits</source>

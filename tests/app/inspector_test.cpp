@@ -279,6 +279,134 @@ TEST_F(Inspector, DrawsTheLinesInSightAlone)
     }
 }
 
+/// The history of a file that is longer than two pages, which comes piece by piece.
+struct LongFileHistory : Inspector {
+    static constexpr int commits = 1300;
+
+    LongFileHistory()
+    {
+        std::string stream;
+        for (int number = 1; number <= commits; ++number) {
+            const std::string content = std::to_string(number);
+            const std::string subject = "commit " + content;
+            const std::string data = "data " + std::to_string(content.size()) + "\n" + content + "\n";
+            stream += "commit refs/heads/main\ncommitter C <c@example.org> " + std::to_string(1'700'000'000 + number) +
+                      " +0000\ndata " + std::to_string(subject.size()) + "\n" + subject + "\nM 100644 inline f\n" +
+                      data + (number == 1 ? "M 100644 inline g\n" + data : "");
+        }
+        repo.read({"fast-import", "--quiet"}, stream);
+        repo.git({"reset", "-q", "--hard"});
+        show("g", std::nullopt, Tab::history);
+    }
+
+    void inspect(const std::string& path) { store.window().inspect(InspectedFile{path, std::nullopt, Tab::history}); }
+
+    /// Reads as much as comes at once.
+    void readPiece()
+    {
+        worker.finish();
+        worker.finishAllBut(Worker::Lane::longRead);
+    }
+
+    int rows() const { return static_cast<int>(history().revisions().size()); }
+    QString subject(int row) const { return history().model()->index(row, 0).data().toString(); }
+    int top(int row) const { return history().visualRect(history().model()->index(row, 0)).top(); }
+    void press(const QString& title) const
+    {
+        QAbstractButton* button = nullptr;
+        const auto isThere = [&] {
+            button = test::named<QAbstractButton>(*view, title);
+            return button && button->isVisible();
+        };
+        ASSERT_TRUE(QTest::qWaitFor(isThere)) << title.toStdString();
+        button->click();
+    }
+};
+
+TEST_F(LongFileHistory, IsShownAsItIsFoundAndStopsWhenAsked)
+{
+    EXPECT_TRUE(says(u"1 commit"_s));
+    inspect("f");
+    EXPECT_TRUE(history().isOutdated()) << "the rows of the other file";
+    EXPECT_TRUE(says(u"Reading…"_s));
+    const int top = history().mapTo(view.get(), QPoint()).y();
+    readPiece();
+    EXPECT_FALSE(history().isOutdated());
+    const int found = rows();
+    ASSERT_TRUE(found > 0 && found <= 60) << found;
+    EXPECT_EQ(subject(0), u"commit 1300"_s);
+    EXPECT_TRUE(says(u"%1 commits so far…"_s.arg(found)));
+    QTest::keyClick(&history(), Qt::Key_Down);
+
+    QTest::keyClick(&history(), Qt::Key_Escape);
+    EXPECT_TRUE(store.window().inspected.value()) << "Escape ends the reading first";
+    EXPECT_TRUE(says(u"%1+ commits"_s.arg(found)));
+    QTest::qWait(0);
+    EXPECT_EQ(history().mapTo(view.get(), QPoint()).y(), top) << "the button takes no room from the list";
+    worker.finishAll();
+    history().scrollToBottom();
+    EXPECT_EQ(std::pair(rows(), worker.waiting()), std::pair(found, std::size_t{0})) << "it stays ended";
+
+    press(u"Continue"_s);
+    worker.finishAll();
+    EXPECT_EQ(rows(), 500);
+    EXPECT_TRUE(says(u"500+ commits"_s));
+    EXPECT_EQ(history().currentIndex().row(), 1);
+    for (const int all : {1000, 1300}) {
+        history().scrollToBottom();
+        worker.finishAll();
+        EXPECT_EQ(rows(), all);
+    }
+    EXPECT_TRUE(says(u"1,300 commits"_s));
+    for (int row = 0; row < commits; ++row)
+        ASSERT_EQ(subject(row), u"commit %1"_s.arg(commits - row));
+
+    inspect("g");
+    press(u"Stop"_s);
+    EXPECT_TRUE(says(u"Reading Was Stopped"_s)) << "not a list of another file, and not one without commits";
+    worker.finishAll();
+    press(u"Continue"_s);
+    worker.finishAll();
+    EXPECT_TRUE(says(u"1 commit"_s));
+    QTest::keyClick(&history(), Qt::Key_Escape);
+    EXPECT_FALSE(store.window().inspected.value());
+}
+
+TEST_F(LongFileHistory, KeepsPlaceAndSelectionWhenHeadMovesOn)
+{
+    inspect("f");
+    worker.finishAll();
+    history().scrollToBottom();
+    worker.finishAll();
+    ASSERT_EQ(rows(), 1000);
+    history().setCurrentIndex(history().model()->index(800, 0));
+    worker.finishAll();
+    const int place = top(800);
+    repo.write("f", "newest").commit("newest");
+    store.snapshot().refresh(RefreshScope::full);
+    worker.finishAllBut(Worker::Lane::longRead);
+    EXPECT_EQ(std::tuple(rows(), top(800)), std::tuple(1000, place)) << "until as much was read";
+    EXPECT_FALSE(history().isOutdated());
+    worker.finishAll();
+    EXPECT_EQ(subject(0), u"newest"_s);
+    EXPECT_GE(rows(), 1000);
+    EXPECT_EQ(history().currentIndex().row(), 801);
+    EXPECT_EQ(top(801), place);
+}
+
+TEST_F(LongFileHistory, IsReadNoFurtherWhileItIsHidden)
+{
+    inspect("f");
+    readPiece();
+    const int found = rows();
+    view->hide();
+    worker.finishAll();
+    EXPECT_EQ(rows(), found);
+    view->show();
+    worker.finishAll();
+    EXPECT_EQ(rows(), 500);
+}
+
 struct InspectedWindow : testing::Test {
     TestRepository repo;
     ManualWorker worker;

@@ -2,6 +2,7 @@
 #include "app/store/readers/FileReaders.h"
 
 #include "GitKit/repository/Blobs.h"
+#include "GitKit/repository/FileLogStream.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 
@@ -17,6 +18,8 @@ using namespace std::string_view_literals;
 
 /// The number of bytes that git examines to decide whether a file is text.
 constexpr std::size_t sampleSize = 8000;
+/// What was found of a file's history is handed on when nothing more comes for this time.
+constexpr std::chrono::milliseconds findingPause{150};
 
 std::optional<State> unreadable(std::string_view beginning)
 {
@@ -60,9 +63,13 @@ std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& re
     return repo.workingDiff(request.file, request.reading);
 }
 
-std::vector<gitkit::FileRevision> readFileHistory(const gitkit::GitRepository& repo, const FileHistoryRequest& request)
+StreamSource<gitkit::FileRevision> openFileHistory(const gitkit::GitRepository& repo, const FileHistoryRequest& request)
 {
-    return repo.fileLog(request.path, request.revision, request.limit);
+    return [stream = std::make_shared<gitkit::FileLogStream>(repo, request.path, request.revision)](std::size_t most) {
+        StreamedPiece<gitkit::FileRevision> piece{stream->next(most, findingPause)};
+        piece.hasMore = !stream->hasEnded();
+        return piece;
+    };
 }
 
 DiffFiles readDiffFiles(const gitkit::GitRepository& repo, const DiffFilesRequest& request)

@@ -8,6 +8,7 @@
 #include "GitKit/records/FileChange.h"
 #include "GitKit/records/FileRevision.h"
 #include "GitKit/records/SideSizes.h"
+#include "app/store/readers/Streamed.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -21,7 +22,7 @@ class GitRepository;
 
 namespace plovik {
 
-// What views read of files, for Latest. All functions may be called on any thread, block, and throw gitkit::GitError.
+// What views read of files, for Latest and Streamed. All functions may be called on any thread, block, and throw gitkit::GitError.
 
 struct WorkingDiffRequest {
     gitkit::FileChange file;
@@ -33,10 +34,11 @@ std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& re
 struct FileHistoryRequest {
     std::string path;     ///< in `revision`, as bytes
     std::string revision; ///< full hash
-    int limit = 0;        ///< the most commits to read
     bool operator==(const FileHistoryRequest&) const = default;
 };
-std::vector<gitkit::FileRevision> readFileHistory(const gitkit::GitRepository& repo, const FileHistoryRequest& request);
+/// Starts git. For Streamed.
+StreamSource<gitkit::FileRevision> openFileHistory(const gitkit::GitRepository& repo,
+                                                   const FileHistoryRequest& request);
 
 /// Asks for the two files of a diff; a file is read when it has up to `limit` bytes.
 struct DiffFilesRequest {

@@ -18,6 +18,7 @@
 #include <QStyledItemDelegate>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace plovik {
@@ -32,6 +33,7 @@ constexpr int margin = 16;
 constexpr int gap = 8;
 constexpr int chipSize = 18;
 constexpr int rowPadding = 6;
+constexpr double outdatedOpacity = 0.4;
 
 /// An ordinary modification has no chip, since every row is a change of the file.
 bool hasChip(const FileRevision& revision) { return revision.file.status != 'M'; }
@@ -44,20 +46,29 @@ public:
 
     void setRevisions(std::vector<FileRevision> revisions, const std::string& path)
     {
-        // More rows of the same history are added below, so that nothing moves.
+        // Where the history begins with the same rows, nothing moves.
         const std::size_t had = revisions_.size();
-        if (path == path_ && had > 0 && revisions.size() > had &&
+        if (path == path_ && had > 0 && revisions.size() >= had &&
             std::equal(revisions_.begin(), revisions_.end(), revisions.begin()))
         {
-            beginInsertRows({}, static_cast<int>(had), static_cast<int>(revisions.size()) - 1);
-            revisions_ = std::move(revisions);
-            endInsertRows();
+            revisions.erase(revisions.begin(), revisions.begin() + static_cast<std::ptrdiff_t>(had));
+            add(std::move(revisions));
             return;
         }
         beginResetModel();
         revisions_ = std::move(revisions);
         path_ = path;
         endResetModel();
+    }
+
+    void add(std::vector<FileRevision> revisions)
+    {
+        if (revisions.empty())
+            return;
+        const int had = static_cast<int>(revisions_.size());
+        beginInsertRows({}, had, had + static_cast<int>(revisions.size()) - 1);
+        std::ranges::move(revisions, std::back_inserter(revisions_));
+        endInsertRows();
     }
 
     const std::vector<FileRevision>& revisions() const { return revisions_; }
@@ -119,6 +130,8 @@ public:
         const FileRevision& revision = model.revision(index);
         const Theme& theme = Theme::current();
         paintRowBackground(*painter, option.rect, option, rowInset);
+        const auto* const list = qobject_cast<const FileHistoryList*>(option.widget);
+        painter->setOpacity(list && list->isOutdated() ? outdatedOpacity : 1);
         QRect first = firstLine(option.rect);
         const QRect second = first.translated(0, first.height());
 
@@ -139,6 +152,7 @@ public:
             about += u" · "_s + then;
         paintText(*painter, second, about, Theme::font(-1), theme.secondaryText, Qt::AlignLeft,
                   then.isEmpty() ? Qt::ElideRight : Qt::ElideMiddle);
+        painter->setOpacity(1);
     }
 
     QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override
@@ -177,7 +191,7 @@ void FileHistoryList::setRevisions(std::vector<FileRevision> revisions, const st
     const int y = visualRect(currentIndex()).top();
     model_->setRevisions(std::move(revisions), path);
     if (currentIndex().isValid())
-        return; // rows were added
+        return; // at most, rows were added
     const auto& all = model_->revisions();
     const auto found = std::ranges::find(all, known, &FileRevision::id);
     const int row = found == all.end() ? 0 : static_cast<int>(found - all.begin());
@@ -187,6 +201,14 @@ void FileHistoryList::setRevisions(std::vector<FileRevision> revisions, const st
     doItemsLayout();
     if (found != all.end())
         verticalScrollBar()->setValue(verticalScrollBar()->value() + visualRect(currentIndex()).top() - y);
+}
+
+void FileHistoryList::addRevisions(std::vector<FileRevision> revisions) { model_->add(std::move(revisions)); }
+
+void FileHistoryList::setOutdated(bool isOutdated)
+{
+    isOutdated_ = isOutdated;
+    viewport()->update();
 }
 
 const std::vector<FileRevision>& FileHistoryList::revisions() const { return model_->revisions(); }

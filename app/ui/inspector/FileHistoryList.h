@@ -24,6 +24,11 @@ public:
     /// `path` is the name of the file in the revision that is inspected. Keeps the current row and its place when the
     /// commit is still in the list; otherwise makes the first row current.
     void setRevisions(std::vector<gitkit::FileRevision> revisions, const std::string& path);
+    /// Adds rows below. Nothing moves.
+    void addRevisions(std::vector<gitkit::FileRevision> revisions);
+    /// Draws the rows paler, because another file's are being read.
+    void setOutdated(bool isOutdated);
+    bool isOutdated() const { return isOutdated_; }
     const std::vector<gitkit::FileRevision>& revisions() const;
     /// Returns the revision of the current row, or null when there is none.
     const gitkit::FileRevision* current() const;
@@ -56,6 +61,7 @@ private:
 
     Model* model_;
     Delegate* delegate_;
+    bool isOutdated_ = false;
 };
 
 } // namespace plovik

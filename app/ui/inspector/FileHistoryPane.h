@@ -5,25 +5,30 @@
 #include "app/store/readers/CommitReaders.h"
 #include "app/store/readers/FileReaders.h"
 #include "app/store/readers/Latest.h"
+#include "app/store/readers/Streamed.h"
 #include "app/ui/inspector/FileHistoryList.h"
 
 #include <QPointer>
 #include <QProperty>
-#include <QStackedWidget>
 #include <QTimer>
+#include <QWidget>
 
 #include <optional>
 #include <string>
 #include <vector>
 
+class QStackedWidget;
+
 namespace plovik {
 
 class DiffPane;
 class EmptyState;
+class ReadingRow;
 
-/// The history of one file, and below it the diff of the file in the selected commit. It reads in the background: the
-/// newest request wins. The history of a file of the working tree follows HEAD. Main thread.
-class FileHistoryPane : public QStackedWidget {
+/// The history of one file, and below it the diff of the file in the selected commit. It reads in the background and
+/// shows commits as they are found: the newest request wins. Nothing is read while the pane is hidden. The history of a
+/// file of the working tree follows HEAD. Main thread.
+class FileHistoryPane : public QWidget {
     Q_OBJECT
 
 public:
@@ -42,38 +47,40 @@ Q_SIGNALS:
 protected:
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
-    /// What git is asked for.
-    struct Source {
-        std::string path;
-        std::string revision;
-        bool operator==(const Source&) const = default;
-    };
+    using Histories = Streamed<FileHistoryRequest, gitkit::FileRevision>;
 
-    Source sourceOf(const InspectedFile& file) const;
-    void read(int limit);
-    void readMore();
-    void historyRead();
-    void take(std::vector<gitkit::FileRevision> revisions);
+    FileHistoryRequest requestFor(const InspectedFile& file) const;
+    void awaitRows();
+    void goOn();
+    void stop();
+    void take(std::vector<gitkit::FileRevision> revisions, Histories::Arrival arrival);
+    void readingEnded();
+    void showReading();
+    QString countText() const;
+    bool isOnDisplay(const InspectedFile& file) const;
+    bool isListed() const;
     void showDiffOfCurrent();
     void diffRead();
     void showSentence(const QString& title, const QString& description);
     void showPage(QWidget* page);
 
     RepositoryStore& store_;
+    ReadingRow* row_;
     FileHistoryList* list_;
     DiffPane* diff_;
     QWidget* content_;
     EmptyState* sentence_;
     EmptyState* loading_;
+    QStackedWidget* pages_;
     QTimer loadingSoon_;
     std::optional<InspectedFile> file_;
-    std::optional<Source> wanted_; ///< the newest history that was asked for
-    std::optional<Source> shown_;
-    int limit_ = 0; ///< how many commits were asked for
-    bool hasMore_ = false;
-    Latest<FileHistoryRequest, std::vector<gitkit::FileRevision>> histories_;
+    std::optional<InspectedFile> shown_; ///< the file whose commits are listed
+    bool isInterrupted_ = false;         ///< reading goes on when the pane is shown again
+    Histories histories_;
     Latest<CommitDiffRequest, gitkit::ParsedDiff> diffs_;
     std::vector<QPropertyNotifier> notifiers_;
 };
