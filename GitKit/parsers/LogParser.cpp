@@ -181,6 +181,9 @@ std::optional<FileRevision> LogParser::takeRevision(std::string_view& output, st
         return std::nullopt;
     if (!file)
         file = CommitFile{.path = std::string(path), .originalPath = {}, .source = {}};
+    // A line feed begins the files of a commit, never a hash.
+    if (commit->commit.hash.find('\n') != std::string::npos)
+        commit->commit.hash.clear();
     output = rest;
     return FileRevision{std::move(commit->commit), *std::move(file)};
 }
