@@ -237,7 +237,7 @@ void removeLeftovers(const fs::path& folder)
     std::vector<fs::path> left;
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(folder, error)) {
-        const std::string& name = entry.path().filename().native();
+        const std::string name = entry.path().filename().native();
         if (name != "commit-graph-chain" && !name.ends_with(".graph"))
             left.push_back(entry.path());
     }
