@@ -15,11 +15,12 @@ namespace {
 
 constexpr std::uintmax_t manyRefs = 150'000; // bytes
 
+/// What a search finds is handed on as it comes: it may be the last for long.
 DateOrder orderFor(const HistoryWalk& walk)
 {
-    if (walk.isSortedByGit)
+    if (walk.isSortedByGit || walk.filter)
         return DateOrder(DateOrder::First::earliest, 0);
-    return DateOrder(walk.filter ? DateOrder::First::earliest : DateOrder::First::newest);
+    return DateOrder(DateOrder::First::newest);
 }
 
 /// Returns whether the list of packed refs is that of some two thousand. Asks no git, because that is to save time; a
@@ -50,10 +51,10 @@ HistoryStream::HistoryStream(const GitRepository& repo, const HistoryWalk& walk)
 }
 
 /// Reads once. Returns false at the end.
-bool HistoryStream::readMore()
+bool HistoryStream::readMore(Clock::time_point until)
 {
     bytes_.erase(0, std::exchange(taken_, 0));
-    return git_->read(bytes_);
+    return git_->read(bytes_, until);
 }
 
 std::optional<Commit> HistoryStream::take(Clock::time_point until)
@@ -72,7 +73,7 @@ std::optional<Commit> HistoryStream::take(Clock::time_point until)
         }
         if (Clock::now() >= until)
             return std::nullopt;
-        if (!readMore()) {
+        if (!readMore(until)) {
             hasEnded_ = true;
             git_.reset();
             order_.finish();

@@ -31,8 +31,8 @@ struct HistoryWalk {
 
 /// The history that GitRepository::log() lists, in the same order, read while git walks it. The commits have no labels.
 ///
-/// A filter leaves out parents, so the order of what it finds is git's own only where no date is wrong; none stands
-/// above a child that was found, too.
+/// A filter leaves out parents, so what it finds comes in git's default order, which is the same where no date is wrong;
+/// none stands above a child that was found, too.
 ///
 /// Any thread, but one at a time. Destroying it ends its git. Between two reads git waits on its full pipe.
 class HistoryStream {
@@ -40,7 +40,7 @@ public:
     /// Starts git. Ends with RunStopped when the repository's context requests a stop. Throws as GitRunner::stream().
     HistoryStream(const GitRepository& repo, const HistoryWalk& walk);
 
-    using Clock = std::chrono::steady_clock;
+    using Clock = GitStream::Clock;
     /// Returns the next commits: at most `most`, and fewer when `until` passes or the history ends. Throws GitError
     /// when git fails.
     std::vector<Commit> next(std::size_t most, Clock::time_point until = Clock::time_point::max());
@@ -54,7 +54,7 @@ public:
 
 private:
     std::optional<Commit> take(Clock::time_point until);
-    bool readMore();
+    bool readMore(Clock::time_point until);
 
     std::optional<GitStream> git_; ///< until the history has ended
     bool hasEnded_ = false;
