@@ -41,12 +41,15 @@ QString allNames(const std::vector<std::string>& paths)
     return names.trimmed();
 }
 
+constexpr int rowPadding = 10;
+
 void addRow(QListWidget& list, const gitkit::Kept& kept)
 {
     auto* const row = new QListWidgetItem(DiscardedTexts::tr("%1: %2", "date and time: names of files")
                                               .arg(absoluteDate(kept.date, QLocale()), Discards::namesOf(kept.paths)),
                                           &list);
     row->setToolTip(plainToolTip(allNames(kept.paths)));
+    row->setSizeHint({0, list.fontMetrics().height() + rowPadding});
 }
 
 } // namespace
@@ -78,6 +81,7 @@ void DiscardedDialog::layOut()
     list_->setAccessibleName(tr("Discarded"));
     list_->setMinimumSize(listWidth, listHeight);
     list_->setTextElideMode(Qt::ElideMiddle);
+    list_->setSpacing(2);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     empty_->setText(tr("Nothing Is Kept"), tr("What is discarded here is kept for 30 days."));
     empty_->setMinimumSize(listWidth, listHeight);
