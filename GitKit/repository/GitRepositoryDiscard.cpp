@@ -188,7 +188,7 @@ private:
             unstagePaths(runner_, {file.path, *file.originalPath});
         else
             forgetPaths(runner_, {file.path});
-        run(Command::restore, {*file.originalPath});
+        runAlone(Command::restore, *file.originalPath);
     }
 
     void restore(const std::string& path, Known known)
@@ -256,7 +256,8 @@ private:
 
     void runAlone(Command command, const std::string& path)
     {
-        // The status of an intended addition whose file is gone is that of any deleted file.
+        // The status of an intended addition whose file is gone is that of any deleted file, and git may take it for
+        // the old name of another one.
         const bool isUnknown = command == Command::restore && standing(root_ / path) == Standing::nothing &&
                                runner_.output({"rev-parse", "--verify", "--quiet", "HEAD:" + path}).status != 0;
         run(isUnknown ? Command::forget : command, {path});
