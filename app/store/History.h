@@ -3,15 +3,13 @@
 
 #include "GitKit/records/HistoryFilter.h"
 #include "app/store/GitAccess.h"
-#include "app/store/HistoryRows.h"
+#include "app/store/HistoryPages.h"
 #include "app/store/Observed.h"
-#include "app/store/SidebarItem.h"
 
 #include <QCoreApplication>
 #include <QString>
 
 #include <cstddef>
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,8 +19,6 @@
 namespace plovik {
 
 struct FoundCommit;
-struct HistoryPiece;
-struct HistorySource;
 class Snapshot;
 class WindowState;
 
@@ -81,7 +77,7 @@ public:
     /// Called when a commit that was looked for has been selected, and with nullopt when a page has been loaded.
     std::function<void(std::optional<Arrival>)> arrived = {};
     /// Returns the item whose history is shown.
-    const SidebarItem& shownScope() const { return shownScope_; }
+    SidebarItem shownScope() const;
     /// Returns whether the page is that of `item` and contains the commit.
     bool isOnPage(const SidebarItem& item, const std::string& hash) const;
     /// Drops the previous wish for a commit and begins a new one. Returns its number, for which isWished() is true
@@ -105,55 +101,25 @@ private:
         std::optional<std::string> hash; ///< nullopt for the first row, the tip of a ref
         Arrival arrival = Arrival::samePlace;
     };
-    struct Load;
-    enum class Walk {
-        first, ///< in a hurry: may begin without the tags
-        usual,
-        sorted ///< by git, because the dates are wrong
-    };
-    using LoadPointer = std::shared_ptr<Load>;
 
-    void beginReading();
-    QCoro::Task<> readSource();
     QCoro::Task<> reloadWhatIsLeft();
-    bool isCurrent(const Load& load) const;
-    HistoryRows knownTo(const Load& load) const;
-    LoadPointer begin(Walk kind = Walk::usual);
-    QCoro::Task<> fill(LoadPointer load);
-    std::size_t nextPiece(const Load& load) const;
-    void take(Load& load, const HistoryPiece& piece);
-    bool isToBeShown(const Load& load) const;
-    void grow();
-    void rest();
-    static void endGit(Load& load);
-    QCoro::Task<> addNamedCommit(LoadPointer load);
+    void show(bool isAll);
     void showSearching();
-    std::optional<gitkit::HistoryFilter> filter() const;
-    void show(const LoadPointer& load, bool isAll);
     void follow(const HistoryRows& page, bool isAll);
-    QCoro::Task<> endingSearch(std::string selected, qint64 wish);
+    std::optional<gitkit::HistoryFilter> filter() const;
     void reloadFirstPage();
+    QCoro::Task<> endingSearch(std::string selected, qint64 wish);
     QCoro::Task<> showing(std::string name, qint64 wish);
     void showTipOfRef();
-    std::optional<std::string> wantedOn(const HistoryRows& page, bool filtered) const;
+    std::optional<std::string> wantedOn(const HistoryRows& page) const;
     void selectWanted(const std::string& hash);
     void missWanted();
 
     const GitAccess& git_;
     WindowState& window_;
     Snapshot& snapshot_;
-    std::size_t limit_;                               ///< rows to read
-    SidebarItem scope_ = SidebarItem::history();      ///< the item whose history is loaded next
-    SidebarItem shownScope_ = SidebarItem::history(); ///< the item whose history the page shows
-    std::optional<QCoro::Task<>> first_;              ///< the first reading, until a refresh waits for it
-    LoadPointer load_;                                ///< the newest, the only one that may write
-    LoadPointer shown_;                               ///< the one whose rows are shown
-    std::optional<QCoro::Task<>> sourceReading_;      ///< of a refresh
-    std::unique_ptr<HistorySource> nextSource_;
-    std::filesystem::path commonDirectory_;
-    std::unique_ptr<HistorySource> source_; ///< the newest that was read; null after a failure
-    bool wantsLast_ = false;                ///< the last commit is selected once it is read
-    std::unique_ptr<Worker::Delay> idle_;
+    HistoryPages pages_;
+    bool wantsLast_ = false; ///< the last commit is selected once it is read
     std::unique_ptr<Worker::Delay> typingPause_;
     std::optional<Wanted> wanted_;
     qint64 wish_ = 0;
