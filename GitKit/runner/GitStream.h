@@ -12,8 +12,8 @@ namespace gitkit {
 class RunListener;
 struct ProcessRequest;
 
-/// A run of git whose output is taken piece by piece. Between two reads git waits on its full pipe, so what is not
-/// wanted yet is not computed. Made by GitRunner::stream().
+/// A git process whose output is read in pieces. While nobody reads, the pipe fills up and git waits, so it computes no
+/// more than is wanted. Made by GitRunner::stream().
 ///
 /// Any thread, but one at a time. Destroying it ends git at once.
 class GitStream {

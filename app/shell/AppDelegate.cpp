@@ -185,7 +185,7 @@ void AppDelegate::finishIfUnused()
     if (GitAccess::areChangesUnderWay())
         finishSoon_.start(pause);
     else
-        Q_EMIT finished();
+        Q_EMIT finished(status_);
 }
 
 void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const std::exception& failure)
@@ -203,7 +203,8 @@ void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const st
     if (!options_.screenshot.empty()) {
         // No window opens, so no picture can be taken.
         std::fprintf(stderr, "plovik-app: %s: %s\n", qUtf8Printable(title), qUtf8Printable(detail));
-        QApplication::exit(1);
+        status_ = 1;
+        Q_EMIT finished(status_);
         return;
     }
     QMessageBox* const box = alert(title, detail, currentWindow());

@@ -69,8 +69,8 @@ Q_SIGNALS:
     void windowOpened(RepositoryWindow* window);
     /// Emitted when the window that the command line names is shown.
     void askedWindowShown(QWidget* window);
-    /// Emitted when the last window has gone, and what ran in it has ended.
-    void finished();
+    /// Emitted when the last window has gone, and what ran in it has ended; with the program's exit status.
+    void finished(int status);
 
 private:
     RepositoryWindow* currentWindow() const;
@@ -82,6 +82,7 @@ private:
     void reportUnopenable(const std::filesystem::path& folder, const std::exception& failure);
 
     LaunchOptions options_;
+    int status_ = 0;
     QString notice_;
     ColorScheme colorScheme_;
     std::map<std::string, RepositoryWindow*> repositoryWindows_; ///< by the bytes of their top level

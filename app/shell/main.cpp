@@ -62,7 +62,10 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
         QObject::connect(&delegate, &AppDelegate::askedWindowShown, &delegate,
                          [&](QWidget* window) { new Screenshot(*window, screenshot, &delegate); });
     }
-    QObject::connect(&delegate, &AppDelegate::finished, &application, &QApplication::quit);
+    // Queued, because a failure may be known before the event loop runs.
+    QObject::connect(
+        &delegate, &AppDelegate::finished, &application, [](int status) { QApplication::exit(status); },
+        Qt::QueuedConnection);
     delegate.finishLaunching();
     return application.exec();
 }

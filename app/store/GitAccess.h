@@ -73,10 +73,7 @@ public:
                                    Result (*function)(const gitkit::GitRepository&, Parameters...),
                                    Arguments&&... arguments) const
     {
-        return BlockingCall<Result>(worker_, Worker::Lane::shortRead, alive_,
-                                    [repo = repository(std::move(stop)), function,
-                                     ... copies = std::decay_t<Parameters>(std::forward<Arguments>(
-                                         arguments))]() -> Result { return function(*repo, copies...); });
+        return readIn(Worker::Lane::shortRead, std::move(stop), function, std::forward<Arguments>(arguments)...);
     }
 
     /// The same for a function that walks the history.
@@ -84,10 +81,7 @@ public:
     BlockingCall<Result> readLong(std::stop_token stop, Result (*function)(const gitkit::GitRepository&, Parameters...),
                                   Arguments&&... arguments) const
     {
-        return BlockingCall<Result>(worker_, Worker::Lane::longRead, alive_,
-                                    [repo = repository(std::move(stop)), function,
-                                     ... copies = std::decay_t<Parameters>(std::forward<Arguments>(
-                                         arguments))]() -> Result { return function(*repo, copies...); });
+        return readIn(Worker::Lane::longRead, std::move(stop), function, std::forward<Arguments>(arguments)...);
     }
 
     /// Awaits one of the repository's methods in the same way, with copies of the arguments.
@@ -107,10 +101,7 @@ public:
                                    Result (*function)(const gitkit::GitRepository&, Parameters...),
                                    Arguments&&... arguments) const
     {
-        return BlockingCall<Result>(worker_, Worker::Lane::network, alive_,
-                                    [repo = repository(std::move(stop)), function,
-                                     ... copies = std::decay_t<Parameters>(std::forward<Arguments>(
-                                         arguments))]() -> Result { return function(*repo, copies...); });
+        return readIn(Worker::Lane::network, std::move(stop), function, std::forward<Arguments>(arguments)...);
     }
 
     /// The same for a function object that copies what it needs. For Latest.
@@ -152,6 +143,17 @@ public:
     static bool areChangesUnderWay();
 
 private:
+    template <typename Result, typename... Parameters, typename... Arguments>
+    BlockingCall<Result> readIn(Worker::Lane lane, std::stop_token stop,
+                                Result (*function)(const gitkit::GitRepository&, Parameters...),
+                                Arguments&&... arguments) const
+    {
+        return BlockingCall<Result>(worker_, lane, alive_,
+                                    [repo = repository(std::move(stop)), function,
+                                     ... copies = std::decay_t<Parameters>(std::forward<Arguments>(
+                                         arguments))]() -> Result { return function(*repo, copies...); });
+    }
+
     static constexpr int mostLongReads = 3;
 
     std::stop_source closing_;

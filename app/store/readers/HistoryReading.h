@@ -75,7 +75,8 @@ private:
     std::unordered_map<std::string, Joint> joints_; ///< by the hash of a block's last row
 };
 
-/// What a page was made from. While it is the same, so is the page.
+/// The refs and settings that decide which commits a history has. Two readings of a history with equal sources have the
+/// same rows.
 struct HistorySource {
     gitkit::RefTips tips;
     std::string borders;                             ///< the contents of the files that cut histories off or graft them

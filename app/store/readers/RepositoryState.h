@@ -26,8 +26,8 @@ struct RepositoryStateRequest {
 
 /// The result of a status refresh.
 struct RepositoryState {
-    /// nullopt when there is a `problem`. Has the request's list of files when that is as it was, so that whoever follows
-    /// the status compares no files.
+    /// nullopt when there is a `problem`. If no file has changed, it shares the list of files with the request, and
+    /// comparing the two statuses compares no files.
     std::optional<gitkit::RepoStatus> status;
     QString problem;                                   ///< why there is no status; contains no secrets
     std::optional<std::filesystem::path> gitDirectory; ///< this working tree's own

@@ -93,7 +93,7 @@ void TrustBar::fitList()
 {
     const int width = std::max(place_->width(), list_->minimumSizeHint().width());
     const int bar = width > place_->width() ? place_->horizontalScrollBar()->sizeHint().height() : 0;
-    place_->setFixedHeight(std::min(highestList, list_->heightForWidth(width) + bar));
+    place_->setFixedHeight(std::clamp(list_->heightForWidth(width) + bar, 0, highestList));
 }
 
 void TrustBar::resizeEvent(QResizeEvent* event)
