@@ -28,7 +28,7 @@ std::size_t GraphLayout::freeLane()
 void GraphLayout::arrive(const std::string& hash, GraphRow& row)
 {
     for (std::size_t lane = 0; lane < lanes_.size(); ++lane) {
-        if (lanes_[lane].empty())
+        if (lanes_[lane].empty() || lanes_[lane].front() == '@')
             continue;
         if (lanes_[lane] == hash) {
             row.top.push_back(static_cast<int>(lane));
@@ -49,15 +49,33 @@ std::size_t GraphLayout::placeParent(const std::string& parent, bool isFirst, st
     return lane;
 }
 
+/// Frees the lane that is kept for `hash`, so that its commit finds it.
+void GraphLayout::takeKeptLane(const std::string& hash)
+{
+    if (!lanes_.empty() && lanes_.front() == kept(hash))
+        lanes_.front().clear();
+}
+
 GraphRow GraphLayout::add(const Commit& commit)
 {
     GraphRow row;
-    const auto awaited = awaiting(commit.hash);
+    const bool isOnLineOfHead = commit.hash == lineOfHead_;
+    if (isOnLineOfHead)
+        takeKeptLane(commit.hash);
+    const auto awaited = isOnLineOfHead ? 0 : awaiting(commit.hash);
     const std::size_t lane = awaited ? *awaited : freeLane();
     row.lane = static_cast<int>(lane);
     arrive(commit.hash, row);
-    for (std::size_t index = 0; index < commit.parents.size(); ++index)
-        row.bottom.push_back(static_cast<int>(placeParent(commit.parents[index], index == 0, lane)));
+    for (std::size_t index = 0; index < commit.parents.size(); ++index) {
+        const bool isFirst = index == 0;
+        if (isFirst && isOnLineOfHead) {
+            // Another lane may lead to the parent, too: both end there.
+            lanes_[lane] = lineOfHead_ = commit.parents[index];
+            row.bottom.push_back(static_cast<int>(lane));
+            continue;
+        }
+        row.bottom.push_back(static_cast<int>(placeParent(commit.parents[index], isFirst, lane)));
+    }
     laneCount_ = std::max(laneCount_, static_cast<int>(lanes_.size()));
     while (!lanes_.empty() && lanes_.back().empty())
         lanes_.pop_back();

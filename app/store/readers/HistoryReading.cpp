@@ -49,6 +49,18 @@ private:
     std::string_view rest_;
 };
 
+/// Returns a layout that keeps HEAD's line at the left. Git computes the first rows meanwhile.
+gitkit::GraphLayout layoutFor(const gitkit::GitRepository& repo, const gitkit::HistoryWalk& walk)
+{
+    if (walk.scope.ref || walk.filter)
+        return {};
+    try {
+        return gitkit::GraphLayout(gitkit::resolveCommit(repo, "HEAD"));
+    } catch (const gitkit::GitError&) {
+        return {}; // HEAD has no commit yet
+    }
+}
+
 } // namespace
 
 bool looksLikeHash(const std::string& text)
@@ -84,6 +96,8 @@ HistoryPiece HistoryReading::read(std::size_t most)
     std::vector<HistoryRow> rows;
     if (!stream_) {
         stream_.emplace(*repo_, walk_);
+        if (read_ == 0)
+            layout_ = layoutFor(*repo_, walk_);
         piece.hasChanged = !skipKnown();
     }
     const auto until = gitkit::HistoryStream::Clock::now() + longestSilence;
