@@ -102,6 +102,7 @@ void Discards::broughtBack(const Kept& kept, const gitkit::BroughtBack& result)
     else if (found != kept_.end())
         found->paths = result.left;
     show();
+    // A colon stands behind the names, so no language has to decline them.
     if (!result.indexChanged.empty())
         window_.tell(tr("%1: back, but not staged as before, because something else was staged since.")
                          .arg(namesOf(result.indexChanged)));
@@ -142,7 +143,10 @@ void Discards::save(const Kept& kept, const std::filesystem::path& place)
 void Discards::confirmDrop(const Kept& kept)
 {
     Confirmation question;
-    question.title = tr("Drop the copy of %1?").arg(namesOf(kept.paths));
+    const auto others = static_cast<int>(kept.paths.size()) - 1;
+    question.title =
+        (others == 0 ? tr("Drop the copy of %1?") : tr("Drop the copy of %1 and %n other file(s)?", nullptr, others))
+            .arg(inQuotes(kept.paths.front()));
     question.message = tr("What was discarded can then no longer be restored.");
     question.actionTitle = tr("Drop the Copy");
     question.action = [this, kept] { drop(kept); };

@@ -117,13 +117,6 @@
 <context>
     <name>OperationText</name>
     <message numerus="yes">
-        <source>%n branch(es)</source>
-        <translation>
-            <numerusform>%n branch</numerusform>
-            <numerusform>%n branches</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>Roughly %n step(s) left</source>
         <translation>
             <numerusform>Roughly %n step left</numerusform>
@@ -135,6 +128,27 @@
         <translation>
             <numerusform>%Ln conflict left</numerusform>
             <numerusform>%Ln conflicts left</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Merging %n branch(es) into the detached HEAD</source>
+        <translation>
+            <numerusform>Merging %n branch into the detached HEAD</numerusform>
+            <numerusform>Merging %n branches into the detached HEAD</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Merging %n branch(es) into %1</source>
+        <translation>
+            <numerusform>Merging %n branch into %1</numerusform>
+            <numerusform>Merging %n branches into %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n branch(es) (being merged)</source>
+        <translation>
+            <numerusform>%n branch (being merged)</numerusform>
+            <numerusform>%n branches (being merged)</numerusform>
         </translation>
     </message>
 </context>
@@ -267,6 +281,13 @@
             <numerusform>%n files have changed since the discard</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Drop the copy of %1 and %n other file(s)?</source>
+        <translation>
+            <numerusform>Drop the copy of %1 and %n other file?</numerusform>
+            <numerusform>Drop the copy of %1 and %n other files?</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::FileHistoryPane</name>
@@ -326,17 +347,45 @@
 <context>
     <name>plovik::Operation</name>
     <message numerus="yes">
-        <source>%1 and %n more file(s)</source>
+        <source>The %n step(s) of the merge that were already done are undone.</source>
         <translation>
-            <numerusform>%1 and %n more file</numerusform>
-            <numerusform>%1 and %n more files</numerusform>
+            <numerusform>The step of the merge that was already done is undone.</numerusform>
+            <numerusform>The %n steps of the merge that were already done are undone.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>The %n step(s) of the %1 that were already done are undone.</source>
+        <source>The %n step(s) of the rebase that were already done are undone.</source>
         <translation>
-            <numerusform>The step of the %1 that was already done is undone.</numerusform>
-            <numerusform>The %n steps of the %1 that were already done are undone.</numerusform>
+            <numerusform>The step of the rebase that was already done is undone.</numerusform>
+            <numerusform>The %n steps of the rebase that were already done are undone.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %n step(s) of the patch series that were already done are undone.</source>
+        <translation>
+            <numerusform>The step of the patch series that was already done is undone.</numerusform>
+            <numerusform>The %n steps of the patch series that were already done are undone.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %n step(s) of the cherry-pick that were already done are undone.</source>
+        <translation>
+            <numerusform>The step of the cherry-pick that was already done is undone.</numerusform>
+            <numerusform>The %n steps of the cherry-pick that were already done are undone.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %n step(s) of the revert that were already done are undone.</source>
+        <translation>
+            <numerusform>The step of the revert that was already done is undone.</numerusform>
+            <numerusform>The %n steps of the revert that were already done are undone.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %n step(s) of the bisect that were already done are undone.</source>
+        <translation>
+            <numerusform>The step of the bisect that was already done is undone.</numerusform>
+            <numerusform>The %n steps of the bisect that were already done are undone.</numerusform>
         </translation>
     </message>
 </context>

@@ -9,10 +9,10 @@
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
 #include "app/store/WindowState.h"
+#include "app/store/actions/OperationWords.h"
 
 #include <QCoreApplication>
 
-#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <utility>
@@ -33,8 +33,6 @@ struct OperationTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Operation)
 };
 
-constexpr std::size_t mostNames = 3;
-
 /// The message that the user typed for the commit that continuing makes.
 struct OwnMessage {
     std::string text;
@@ -43,25 +41,6 @@ struct OwnMessage {
 
 /// Whether the message was recorded; git may fail after that. Set on the worker, read after the operation has ended.
 using Recorded = std::shared_ptr<std::atomic_bool>;
-
-QString noun(Kind kind)
-{
-    switch (kind) {
-    case Kind::merge:
-        return OperationTexts::tr("merge");
-    case Kind::rebase:
-        return OperationTexts::tr("rebase");
-    case Kind::applyPatches:
-        return OperationTexts::tr("patch series");
-    case Kind::cherryPick:
-        return OperationTexts::tr("cherry-pick");
-    case Kind::revert:
-        return OperationTexts::tr("revert");
-    case Kind::bisect:
-        break;
-    }
-    return OperationTexts::tr("bisect");
-}
 
 /// Commits with the typed message when there is something to commit. Returns whether the operation must still be
 /// continued.
@@ -80,30 +59,13 @@ bool commitFirst(const GitRepository& repo, const OperationInProgress& operation
     return left && left->kind == operation.kind;
 }
 
-QString filesText(const std::vector<std::string>& paths)
-{
-    QStringList names;
-    for (std::size_t index = 0; index < std::min(paths.size(), mostNames); ++index)
-        names.append(inQuotes(paths[index]));
-    if (paths.size() > mostNames)
-        return OperationTexts::tr("%1 and %n more file(s)", nullptr, static_cast<int>(paths.size() - mostNames))
-            .arg(names.join(OperationTexts::tr(", ", "between the names of files")));
-    const QString last = names.takeLast();
-    return names.isEmpty() ? last
-                           : OperationTexts::tr("%1 and %2", "names of files")
-                                 .arg(names.join(OperationTexts::tr(", ", "between the names of files")), last);
-}
-
 QString lossText(const gitkit::AbortLoss& loss, Kind kind)
 {
     QStringList sentences;
     if (!loss.paths.empty())
-        sentences.append(OperationTexts::tr("What was resolved or changed in %1 since git stopped is lost.")
-                             .arg(filesText(loss.paths)));
+        sentences.append(operationWords::lostFiles(loss.paths));
     if (loss.steps > 0)
-        sentences.append(
-            OperationTexts::tr("The %n step(s) of the %1 that were already done are undone.", nullptr, loss.steps)
-                .arg(noun(kind)));
+        sentences.append(operationWords::undoneSteps(kind, loss.steps));
     sentences.append(OperationTexts::tr("Untracked files stay."));
     return sentences.join(u' ');
 }
@@ -114,10 +76,8 @@ void endOperation(Actors actors, const OperationInProgress& now, Step step);
 void confirmForget(Actors actors, const OperationInProgress& now, const QString& problem)
 {
     Confirmation question;
-    question.title = OperationTexts::tr("Git cannot go back to where the %1 began").arg(noun(now.kind));
-    question.message =
-        problem + u"\n\n"_s +
-        OperationTexts::tr("The %1 can be ended here instead. Every file stays as it is.").arg(noun(now.kind));
+    question.title = operationWords::cannotGoBack(now.kind);
+    question.message = problem + u"\n\n"_s + operationWords::canEndHere(now.kind);
     question.actionTitle = OperationTexts::tr("End Here");
     question.action = [actors, now] { endOperation(actors, now, Step::forget); };
     actors.window.ask(std::move(question));
@@ -126,11 +86,9 @@ void confirmForget(Actors actors, const OperationInProgress& now, const QString&
 void endOperation(Actors actors, const OperationInProgress& now, Step step)
 {
     const bool resets = now.kind == Kind::bisect;
-    Change change{
-        .verb = Verb::endOperation,
-        .title =
-            (resets ? OperationTexts::tr("Resetting %1…") : OperationTexts::tr("Aborting %1…")).arg(noun(now.kind)),
-        .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
+    Change change{.verb = Verb::endOperation,
+                  .title = operationWords::ending(now.kind),
+                  .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
     // git cannot go back when files are missing or the branch is gone.
     if (step == Step::abort && (now.isIncomplete || resets)) {
         change.failed = [actors, now](const Failure& failure) {
@@ -180,8 +138,8 @@ QCoro::Task<> steppingAfterCheck(Actors actors, OperationInProgress now, std::fi
         takeStep(actors, now, step);
         co_return;
     }
-    question.title = step == Step::skip ? OperationTexts::tr("Skip this commit?")
-                                        : OperationTexts::tr("Abort the %1?").arg(noun(now.kind));
+    question.title =
+        step == Step::skip ? OperationTexts::tr("Skip this commit?") : operationWords::abortQuestion(now.kind);
     question.actionTitle = step == Step::skip ? OperationTexts::tr("Skip") : OperationTexts::tr("Abort");
     question.action = [actors, now, step] { takeStep(actors, now, step); };
     actors.window.ask(std::move(question));
@@ -219,7 +177,7 @@ void continueOperation(Actors actors)
             draft.recorded(text);
     };
     actors.changes.run({.verb = Verb::continueOperation,
-                        .title = OperationTexts::tr("Continuing %1…").arg(noun(now.kind)),
+                        .title = operationWords::continuing(now.kind),
                         .operation =
                             [now, message, recorded, directory = *directory](const GitRepository& repo) {
                                 if (!message || commitFirst(repo, now, *message, directory, *recorded))

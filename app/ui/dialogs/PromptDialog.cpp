@@ -158,8 +158,9 @@ QString waiting(const SignInPrompt& prompt, Kind kind)
         action.chop(1);
     if (action.isEmpty())
         return isSecret(kind) ? PromptDialog::tr("Plovik does not keep the answer.") : QString();
-    return isSecret(kind) ? PromptDialog::tr("%1 waits for the answer. Plovik does not keep it.").arg(action)
-                          : PromptDialog::tr("%1 waits for this.").arg(action);
+    if (!isSecret(kind))
+        return PromptDialog::tr("%1 waits for this.", "the title of what runs").arg(action);
+    return PromptDialog::tr("%1 waits for the answer. Plovik does not keep it.", "the title of what runs").arg(action);
 }
 
 /// Returns whether the last answer was refused. Git asks once for each remote; ssh asks up to three times.

@@ -20,10 +20,10 @@ struct Texts {
 
 QString shortHash(const std::string& hash) { return shownText(std::string(gitkit::shortHash(hash))); }
 
+/// Returns an empty text while no branch is checked out.
 QString currentBranch(const RepositoryStore& store)
 {
-    const std::optional<std::string>& branch = store.snapshot().status.value().branch;
-    return branch ? shownText(*branch) : Texts::tr("the detached HEAD");
+    return shownText(store.snapshot().status.value().branch.value_or(std::string()));
 }
 
 /// Returns the name of a branch or tag at the commit, or else its short hash.
@@ -45,13 +45,27 @@ QString stopText(const gitkit::OperationStop& stop)
     return subject.isEmpty() ? shortHash(stop.hash) : shortHash(stop.hash) + u' ' + subject;
 }
 
+/// Returns an empty text when more than one branch is merged, or none is known.
 QString merged(const RepositoryStore& store, const OperationInProgress& now)
 {
     if (now.mergeOf)
         return shownText(*now.mergeOf);
-    if (now.others.size() == 1)
-        return nameOf(store, now.others.front());
-    return now.others.empty() ? QString() : Texts::tr("%n branch(es)", nullptr, static_cast<int>(now.others.size()));
+    return now.others.size() == 1 ? nameOf(store, now.others.front()) : QString();
+}
+
+QString mergeTitle(const RepositoryStore& store, const OperationInProgress& now)
+{
+    const QString branch = currentBranch(store);
+    const QString what = merged(store, now);
+    if (!what.isEmpty())
+        return branch.isEmpty() ? Texts::tr("Merging %1 into the detached HEAD").arg(what)
+                                : Texts::tr("Merging %1 into %2").arg(what, branch);
+    const auto count = static_cast<int>(now.others.size());
+    if (count == 0)
+        return branch.isEmpty() ? Texts::tr("Merging into the detached HEAD")
+                                : Texts::tr("Merging into %1").arg(branch);
+    return branch.isEmpty() ? Texts::tr("Merging %n branch(es) into the detached HEAD", nullptr, count)
+                            : Texts::tr("Merging %n branch(es) into %1", nullptr, count).arg(branch);
 }
 
 QString rebaseTitle(const RepositoryStore& store, const OperationInProgress& now)
@@ -90,6 +104,32 @@ QString bisectDetail(const RepositoryStore& store, const gitkit::BisectProgress&
     if (left.isEmpty() || now.isEmpty())
         return left + now;
     return Texts::tr("%1, at %2").arg(left, now);
+}
+
+QString theirSide(const RepositoryStore& store, const OperationInProgress& now)
+{
+    const QString stop = now.stop ? stopText(*now.stop) : QString();
+    const bool isKnown = !stop.isEmpty();
+    switch (now.kind) {
+    case Kind::merge: {
+        const QString what = merged(store, now);
+        return what.isEmpty() && !now.others.empty()
+                   ? Texts::tr("%n branch(es) (being merged)", nullptr, static_cast<int>(now.others.size()))
+                   : Texts::tr("%1 (being merged)").arg(what);
+    }
+    case Kind::rebase:
+        return isKnown ? Texts::tr("%1 (the commit being replayed)").arg(stop) : Texts::tr("the commit being replayed");
+    case Kind::applyPatches:
+        return isKnown ? Texts::tr("%1 (the patch being applied)").arg(stop) : Texts::tr("the patch being applied");
+    case Kind::cherryPick:
+        return isKnown ? Texts::tr("%1 (the commit being picked)").arg(stop) : Texts::tr("the commit being picked");
+    case Kind::revert:
+        return isKnown ? Texts::tr("Before %1 (the commit being reverted)").arg(stop)
+                       : Texts::tr("Before the commit being reverted");
+    case Kind::bisect:
+        break;
+    }
+    return Texts::tr("The changes that were applied");
 }
 
 } // namespace
@@ -136,20 +176,20 @@ QString title(const RepositoryStore& store)
 {
     const OperationInProgress& now = *store.snapshot().inProgress.value();
     const QString branch = currentBranch(store);
+    const bool isDetached = branch.isEmpty();
     switch (now.kind) {
-    case Kind::merge: {
-        const QString what = merged(store, now);
-        return what.isEmpty() ? Texts::tr("Merging into %1").arg(branch)
-                              : Texts::tr("Merging %1 into %2").arg(what, branch);
-    }
+    case Kind::merge:
+        return mergeTitle(store, now);
     case Kind::rebase:
         return rebaseTitle(store, now);
     case Kind::applyPatches:
-        return Texts::tr("Applying patches to %1").arg(branch);
+        return isDetached ? Texts::tr("Applying patches to the detached HEAD")
+                          : Texts::tr("Applying patches to %1").arg(branch);
     case Kind::cherryPick:
-        return Texts::tr("Cherry-picking onto %1").arg(branch);
+        return isDetached ? Texts::tr("Cherry-picking onto the detached HEAD")
+                          : Texts::tr("Cherry-picking onto %1").arg(branch);
     case Kind::revert:
-        return Texts::tr("Reverting on %1").arg(branch);
+        return isDetached ? Texts::tr("Reverting on the detached HEAD") : Texts::tr("Reverting on %1").arg(branch);
     case Kind::bisect:
         break;
     }
@@ -185,32 +225,13 @@ QString useSide(gitkit::ConflictSide side, const QString& name)
 QString side(const RepositoryStore& store, gitkit::ConflictSide side)
 {
     const std::optional<OperationInProgress>& now = store.snapshot().inProgress.value();
-    const bool isOurs = side == gitkit::ConflictSide::ours;
-    const QString current = Texts::tr("%1 (checked out)").arg(currentBranch(store));
-    const QString stop = now && now->stop ? stopText(*now->stop) : QString();
-    const auto about = [&stop](const QString& what) {
-        return stop.isEmpty() ? what : Texts::tr("%1 (%2)").arg(stop, what);
-    };
-    if (!now || now->kind == Kind::bisect)
-        return isOurs ? current : Texts::tr("The changes that were applied");
-    switch (now->kind) {
-    case Kind::merge:
-        return isOurs ? current : Texts::tr("%1 (being merged)").arg(merged(store, *now));
-    case Kind::rebase:
-        if (!isOurs)
-            return about(Texts::tr("the commit being replayed"));
+    if (side == gitkit::ConflictSide::theirs)
+        return now ? theirSide(store, *now) : Texts::tr("The changes that were applied");
+    if (now && now->kind == Kind::rebase)
         return now->others.empty() ? Texts::tr("What it is replayed onto")
                                    : Texts::tr("%1 (onto)").arg(nameOf(store, now->others.front()));
-    case Kind::applyPatches:
-        return isOurs ? current : about(Texts::tr("the patch being applied"));
-    case Kind::cherryPick:
-        return isOurs ? current : about(Texts::tr("the commit being picked"));
-    case Kind::revert:
-        return isOurs ? current : Texts::tr("Before %1").arg(about(Texts::tr("the commit being reverted")));
-    case Kind::bisect:
-        break;
-    }
-    return {};
+    const QString branch = currentBranch(store);
+    return branch.isEmpty() ? Texts::tr("the detached HEAD (checked out)") : Texts::tr("%1 (checked out)").arg(branch);
 }
 
 } // namespace plovik::operationText
