@@ -3,6 +3,8 @@
 
 #include "cli/ShownName.h"
 
+#include <QCoreApplication>
+
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -18,6 +20,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+struct ApplicationTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::CommandLine)
+};
+
+[[noreturn]] void giveUp(const QString& sentence) { throw LaunchFailure(sentence.toStdString()); }
+
 bool isSet(const char* variable)
 {
     const char* const value = std::getenv(variable);
@@ -30,7 +38,7 @@ fs::path application()
     std::error_code error;
     const fs::path program = fs::read_symlink("/proc/self/exe", error);
     if (error)
-        throw LaunchFailure("Plovik could not be found: " + error.message() + ".");
+        giveUp(ApplicationTexts::tr("Plovik could not be found: %1.").arg(QString::fromStdString(error.message())));
     return program.parent_path() / "plovik-app";
 }
 
@@ -84,7 +92,8 @@ void openInApplication(std::span<const fs::path> folders)
 {
     // Without a display the toolkit would end the application, and its message would not reach the terminal.
     if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))
-        throw LaunchFailure("There is no display to open Plovik on: neither DISPLAY nor WAYLAND_DISPLAY is set.");
+        giveUp(
+            ApplicationTexts::tr("There is no display to open Plovik on: neither DISPLAY nor WAYLAND_DISPLAY is set."));
 
     const fs::path program = application();
     std::vector<std::string> command{program.string(), "--"};
@@ -93,8 +102,9 @@ void openInApplication(std::span<const fs::path> folders)
     // Otherwise programs that the application starts would inherit a wrong PWD.
     ::setenv("PWD", "/", 1);
     if (const int error = Detachment().start(std::move(command)); error != 0)
-        throw LaunchFailure("“" + shownName(program.string()) +
-                            "” could not be started: " + std::generic_category().message(error) + ".");
+        giveUp(ApplicationTexts::tr("“%1” could not be started: %2.")
+                   .arg(QString::fromStdString(shownName(program.string())),
+                        QString::fromStdString(std::generic_category().message(error))));
 }
 
 } // namespace plovik

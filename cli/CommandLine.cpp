@@ -3,21 +3,29 @@
 
 #include "cli/ShownName.h"
 
+#include <QCoreApplication>
+
 #include <string_view>
+
+using namespace Qt::StringLiterals;
 
 namespace plovik {
 
 namespace {
 
-constexpr std::string_view usage =
-    R"(Usage: plovik [--] [FOLDER...]
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::CommandLine)
+};
 
-Opens the repository of each FOLDER in Plovik, the current folder's without.
-A file opens the repository that it lies in.
-
-  --help      print this and quit
-  --version   print the version and quit
-)";
+QString usage()
+{
+    const QString lines = Texts::tr("Usage: plovik [--] [FOLDER...]\n\n"
+                                    "Opens the repository of each FOLDER in Plovik, the current folder's without.\n"
+                                    "A file opens the repository that it lies in.");
+    const QString help = Texts::tr("print this and quit");
+    const QString version = Texts::tr("print the version and quit");
+    return u"%1\n\n  --help      %2\n  --version   %3\n"_s.arg(lines, help, version);
+}
 
 } // namespace
 
@@ -32,11 +40,16 @@ std::variant<OpenCommand, CommandAnswer> parseCommandLine(std::span<char* const>
         else if (argument == "--")
             onlyFolders = true;
         else if (argument == "--help")
-            return CommandAnswer{std::string(usage), 0};
+            return CommandAnswer{usage().toStdString(), 0};
         else if (argument == "--version")
             return CommandAnswer{"plovik " PLOVIK_VERSION "\n", 0};
         else
-            return CommandAnswer{"plovik: There is no option “" + shownName(argument) + "”; see “plovik --help”.\n", 2};
+            return CommandAnswer{"plovik: " +
+                                     Texts::tr("There is no option “%1”; see “plovik --help”.")
+                                         .arg(QString::fromStdString(shownName(argument)))
+                                         .toStdString() +
+                                     "\n",
+                                 2};
     }
     if (command.folders.empty())
         command.folders.emplace_back(".");

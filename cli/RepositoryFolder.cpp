@@ -5,6 +5,8 @@
 #include "GitKit/runner/GitError.h"
 #include "cli/ShownName.h"
 
+#include <QCoreApplication>
+
 #include <string_view>
 #include <system_error>
 
@@ -14,18 +16,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Quotes what was typed. For ".", quotes the path of the current folder if it still exists.
-std::string quoted(const std::string& name)
+struct FolderTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::CommandLine)
+};
+
+/// Returns what was typed. For ".", returns the path of the current folder if it still exists.
+QString told(const std::string& name)
 {
     std::error_code gone;
     const fs::path current = name == "." ? fs::current_path(gone) : fs::path(name);
-    return "“" + shownName(gone ? name : current.string()) + "”";
+    return QString::fromStdString(shownName(gone ? name : current.string()));
 }
 
-[[noreturn]] void refuse(const std::string& name, const std::string& why)
-{
-    throw UnopenableFolder(quoted(name) + why);
-}
+[[noreturn]] void refuse(const QString& sentence) { throw UnopenableFolder(sentence.toStdString()); }
 
 fs::path folderOf(const std::string& name)
 {
@@ -41,7 +44,7 @@ fs::path folderOf(const std::string& name)
 }
 
 /// Returns the first line of what git said, as a sentence.
-std::string reason(const std::exception& failure)
+QString reason(const std::exception& failure)
 {
     const auto* const refusal = dynamic_cast<const gitkit::GitError*>(&failure);
     const std::string said = refusal ? refusal->message() : failure.what();
@@ -51,17 +54,18 @@ std::string reason(const std::exception& failure)
     std::string sentence = shownName(line);
     if (!sentence.ends_with('.'))
         sentence += '.';
-    return sentence;
+    return QString::fromStdString(sentence);
 }
 
 [[noreturn]] void refuseFor(const std::string& name, const std::exception& failure)
 {
     const gitkit::ErrorKind kind = gitkit::errorKindOf(failure);
     if (kind == gitkit::ErrorKind::notARepository)
-        refuse(name, " is not in a git repository.");
+        refuse(FolderTexts::tr("“%1” is not in a git repository.").arg(told(name)));
     if (kind == gitkit::ErrorKind::bareRepository)
-        refuse(name, " has no working tree: it is a bare repository or a folder of git's own.");
-    refuse(name, " could not be opened: " + reason(failure));
+        refuse(FolderTexts::tr("“%1” has no working tree: it is a bare repository or a folder of git's own.")
+                   .arg(told(name)));
+    refuse(FolderTexts::tr("“%1” could not be opened: %2").arg(told(name), reason(failure)));
 }
 
 } // namespace
@@ -70,7 +74,7 @@ fs::path repositoryFolder(const std::string& name)
 {
     fs::path folder = folderOf(name);
     if (folder.empty())
-        refuse(name, " does not exist or may not be entered.");
+        refuse(FolderTexts::tr("“%1” does not exist or may not be entered.").arg(told(name)));
     try {
         gitkit::GitRepository::topLevel(folder);
     } catch (const std::exception& failure) {

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/translations/Translations.h"
 #include "cli/Application.h"
 #include "cli/CommandLine.h"
 #include "cli/RepositoryFolder.h"
+
+#include <QCoreApplication>
 
 #include <cstdio>
 #include <filesystem>
@@ -40,6 +43,12 @@ int open(const plovik::OpenCommand& command)
 
 int main(int argc, char** argv)
 {
+    // What the toolkit warns of, such as an old locale, does not concern the user of a terminal.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    int ownArgument = 1;
+    const QCoreApplication translatable(ownArgument, argv);
+    plovik::installTranslations();
+
     const auto parsed = plovik::parseCommandLine({argv + 1, argv + argc});
     if (const auto* const answer = std::get_if<plovik::CommandAnswer>(&parsed))
         return print(*answer);

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/LaunchOptions.h"
 
-#include <QCommandLineParser>
+#include "app/store/ShownText.h"
 
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <algorithm>
 #include <charconv>
 #include <string_view>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -12,21 +17,9 @@ namespace plovik {
 
 namespace {
 
-// QCommandLineParser can print a help only once there is an application, and --help must work without a display.
-constexpr std::string_view usage =
-    R"(Usage: plovik-app [options] [FOLDER...]
-
-Opens each FOLDER's repository in a window of its own.
-
-  --show SECTION      open with working-copy, history or stashes; or open the window welcome or settings,
-                      with the tab of that title: settings=editor
-  --appearance SCHEME use light, dark or the system's colours for this run
-  --screenshot FILE   write a picture of the first window to FILE and quit; needs no display
-  --size WxH          the window's size in pixels
-  --action NAME       open-repository shows what can be opened, recent-repository opens the latest
-  --help              print this and quit
-  --version           print the version and quit
-)";
+struct LaunchTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::LaunchOptions)
+};
 
 // File names are bytes. Latin-1 carries all bytes through the parser unchanged.
 QString parserText(std::string_view bytes)
@@ -107,17 +100,75 @@ bool takeSize(LaunchOptions& options, std::string_view value)
 
 struct Option {
     QString name;
+    const char* value;                                            ///< what is given, in capitals
+    const char* help;                                             ///< in lines
     bool (*take)(LaunchOptions& options, std::string_view value); ///< returns false for an invalid value
 };
 
 const Option valueOptions[] = {
-    {u"show"_s, &takeShow}, {u"appearance"_s, &takeAppearance}, {u"screenshot"_s, &takeScreenshot},
-    {u"size"_s, &takeSize}, {u"action"_s, &takeAction},
+    {u"show"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "SECTION"),
+     QT_TRANSLATE_NOOP("plovik::LaunchOptions",
+                       "open with working-copy, history or stashes; or open the window welcome or settings,\n"
+                       "with the tab of that title: settings=editor"),
+     &takeShow},
+    {u"appearance"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "SCHEME"),
+     QT_TRANSLATE_NOOP("plovik::LaunchOptions", "use light, dark or the system's colours for this run"),
+     &takeAppearance},
+    {u"screenshot"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "FILE"),
+     QT_TRANSLATE_NOOP("plovik::LaunchOptions",
+                       "write a picture of the first window to FILE and quit; needs no display"),
+     &takeScreenshot},
+    {u"size"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "WxH"),
+     QT_TRANSLATE_NOOP("plovik::LaunchOptions", "the window's size in pixels"), &takeSize},
+    {u"action"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "NAME"),
+     QT_TRANSLATE_NOOP("plovik::LaunchOptions",
+                       "open-repository shows what can be opened, recent-repository opens the latest"),
+     &takeAction},
 };
 
-LaunchAnswer misunderstood(const std::string& why)
+using HelpRow = std::pair<QString, QString>; ///< an option with its value, and what it does
+
+std::vector<HelpRow> helpRows()
 {
-    return {"plovik-app: " + why + "\nTry 'plovik-app --help'.\n", 2};
+    std::vector<HelpRow> rows;
+    for (const Option& each : valueOptions)
+        rows.emplace_back(u"--%1 %2"_s.arg(each.name, LaunchTexts::tr(each.value)), LaunchTexts::tr(each.help));
+    rows.emplace_back(u"--help"_s, LaunchTexts::tr("print this and quit"));
+    rows.emplace_back(u"--version"_s, LaunchTexts::tr("print the version and quit"));
+    return rows;
+}
+
+QString help()
+{
+    const std::vector<HelpRow> rows = helpRows();
+    qsizetype width = 0;
+    for (const HelpRow& row : rows)
+        width = std::max(width, row.first.size() + 1);
+    QString text = LaunchTexts::tr("Usage: plovik-app [options] [FOLDER...]") + u"\n\n"_s +
+                   LaunchTexts::tr("Opens each FOLDER's repository in a window of its own.") + u"\n\n"_s;
+    for (HelpRow row : rows) {
+        row.second.replace(u'\n', u'\n' + QString(width + 2, u' '));
+        text += u"  "_s + row.first.leftJustified(width) + row.second + u'\n';
+    }
+    return text;
+}
+
+LaunchAnswer misunderstood(const QString& why)
+{
+    const QString advice = LaunchTexts::tr("Try 'plovik-app --help'.");
+    return {u"plovik-app: %1\n%2\n"_s.arg(why, advice).toStdString(), 2};
+}
+
+/// Says why the parser has refused the arguments. Its own words are in the toolkit's language, which may be another.
+QString whyRefused(const QCommandLineParser& parser, const QString& lastArgument)
+{
+    if (const QStringList unknown = parser.unknownOptionNames(); !unknown.isEmpty())
+        return LaunchTexts::tr("Unknown option '%1'.").arg(shownText(bytesOf(unknown.front())));
+    for (const Option& each : valueOptions) {
+        if (lastArgument == u"--"_s + each.name)
+            return LaunchTexts::tr("Missing value after '%1'.").arg(lastArgument);
+    }
+    return LaunchTexts::tr("The options '--help' and '--version' take no value.");
 }
 
 } // namespace
@@ -133,15 +184,15 @@ std::variant<LaunchOptions, LaunchAnswer> parseLaunchOptions(std::span<char* con
         texts.append(parserText(argument));
 
     if (!parser.parse(texts))
-        return misunderstood(bytesOf(parser.errorText()));
+        return misunderstood(whyRefused(parser, texts.back()));
     if (parser.isSet(u"help"_s))
-        return LaunchAnswer{std::string(usage), 0};
+        return LaunchAnswer{help().toStdString(), 0};
     if (parser.isSet(u"version"_s))
         return LaunchAnswer{"Plovik " PLOVIK_VERSION "\n", 0};
     LaunchOptions options;
     for (const Option& each : valueOptions) {
         if (parser.isSet(each.name) && !each.take(options, bytesOf(parser.value(each.name))))
-            return misunderstood("'--" + each.name.toStdString() + "' needs a value that makes sense");
+            return misunderstood(LaunchTexts::tr("'--%1' needs a value that makes sense").arg(each.name));
     }
     for (const QString& folder : parser.positionalArguments())
         options.folders.push_back(

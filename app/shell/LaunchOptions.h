@@ -46,7 +46,8 @@ struct LaunchAnswer {
     int status = 0;
 };
 
-/// Reads the arguments after the program's name. Folders are taken relative to the current one.
+/// Reads the arguments after the program's name. Folders are taken relative to the current one. No application is
+/// needed, but without one an answer is in English.
 std::variant<LaunchOptions, LaunchAnswer> parseLaunchOptions(std::span<char* const> arguments);
 
 } // namespace plovik

@@ -30,6 +30,19 @@ void setWindowIcon()
     QApplication::setWindowIcon(icon);
 }
 
+/// Prints the answer to a command line that starts no application, and returns its exit status. The user's language
+/// needs an application, but no display.
+int answer(std::span<char* const> arguments, char** argv)
+{
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    int ownArgument = 1;
+    const QCoreApplication application(ownArgument, argv);
+    plovik::installTranslations();
+    const auto answer = std::get<plovik::LaunchAnswer>(plovik::parseLaunchOptions(arguments));
+    std::fputs(answer.text.c_str(), answer.status == 0 ? stdout : stderr);
+    return answer.status;
+}
+
 /// Runs the application until it quits, and returns its exit status.
 int runApplication(QApplication& application, plovik::LaunchOptions options)
 {
@@ -77,10 +90,8 @@ int main(int argc, char** argv)
     plovik::shareMemoryBetweenThreads();
     const std::span<char* const> arguments(argv + 1, argv + argc);
     auto parsed = plovik::parseLaunchOptions(arguments);
-    if (const auto* const answer = std::get_if<plovik::LaunchAnswer>(&parsed)) {
-        std::fputs(answer->text.c_str(), answer->status == 0 ? stdout : stderr);
-        return answer->status;
-    }
+    if (std::holds_alternative<plovik::LaunchAnswer>(parsed))
+        return answer(arguments, argv);
     auto& options = std::get<plovik::LaunchOptions>(parsed);
     if (!options.screenshot.empty())
         qputenv("QT_QPA_PLATFORM", "offscreen");

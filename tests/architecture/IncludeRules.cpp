@@ -63,7 +63,8 @@ const std::vector<Room>& rooms()
         {"app/platform/", {}, Qt::any, {"app/platform/linux/"}},
         {"app/translations/", {}, Qt::coreOnly},
         {"app/shell/", {"app/", "GitKit/"}, Qt::any, {"app/platform/linux/"}},
-        {"cli/", {"GitKit/"}, Qt::none},
+        {"cli/askpass/", {}, Qt::none},
+        {"cli/", {"GitKit/", "app/translations/"}, Qt::coreOnly},
     };
     return table;
 }
