@@ -3,31 +3,42 @@
 // is not marked cannot be translated, and what does not fit will not fit in German.
 
 #include "app/settings/RecentRepositories.h"
+#include "app/shell/LaunchOptions.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/dialogs/PromptDialog.h"
 #include "app/ui/settings/SettingsView.h"
 #include "app/ui/welcome/WelcomeView.h"
 #include "app/ui/widgets/ElidedLabel.h"
 #include "app/ui/window/RepositoryView.h"
+#include "cli/Application.h"
+#include "cli/CommandLine.h"
+#include "cli/RepositoryFolder.h"
+#include "tests/app/NoTarget.h"
+#include "tests/app/PaintedTexts.h"
+#include "tests/app/PseudoLanguage.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/TestRepository.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTabBar>
 #include <QTemporaryDir>
-#include <QTranslator>
+#include <QTextEdit>
+#include <QToolTip>
 
 #include <gtest/gtest.h>
 
@@ -38,57 +49,32 @@ using namespace Qt::StringLiterals;
 namespace plovik {
 namespace {
 
-/// "Fetching…" becomes "⟦Fetching…~~~~⟧". The toolkit's own texts stay as they are.
-class PseudoLanguage : public QTranslator {
-public:
-    PseudoLanguage() { QCoreApplication::installTranslator(this); }
-    ~PseudoLanguage() override { QCoreApplication::removeTranslator(this); }
-    PseudoLanguage(const PseudoLanguage&) = delete;
-    PseudoLanguage& operator=(const PseudoLanguage&) = delete;
-
-    bool isEmpty() const override { return false; }
-    QString translate(const char* context, const char* source, const char* /*comment*/, int /*n*/) const override
-    {
-        if (std::string_view(context).starts_with('Q') && std::string_view(context) != "Questions")
-            return {};
-        const QString text = QString::fromUtf8(source);
-        // Sentences get words more, words get longer.
-        const QString piece = text.contains(u' ') ? u"~~~~~~ "_s : u"~~~~~~~"_s;
-        return u"⟦"_s + text + piece.repeated(text.size() / 14 + 1).left((text.size() + 1) / 2).trimmed() + u"⟧"_s;
-    }
-};
-
-/// Returns the words of `text` that are neither marked nor the names that the tests give: those begin with "zz".
-QStringList wordsLeft(QString text)
-{
-    static const QRegularExpression marked(u"⟦[^⟦⟧]*⟧"_s);
-    while (text.contains(marked))
-        text.remove(marked);
-    static const QRegularExpression notWords(u"<[^>]*>|&\\w+;|/tmp/\\S+|^git .*"_s);
-    static const QRegularExpression known(
-        u"\\b(zz[\\w.-]*|[0-9a-f]{7,}|repo|stash|main|HEAD|On|WIP|on|Ctrl|Shift|Alt|Return|Esc|Backspace|Plovik|Ada|"
-        u"Charles|"
-        u"ada|charles|example|org|Sunday|September|Sep|DejaVu|Sans|Mono|Monospace|ED25519|SHA256)\\b"_s);
-    text.remove(notWords).remove(notWords).remove(known);
-    QStringList words;
-    static const QRegularExpression word(u"\\p{L}{2,}"_s);
-    for (auto each = word.globalMatch(text); each.hasNext();)
-        words.append(each.next().captured());
-    return words;
-}
+using test::PseudoLanguage;
+using test::ToldBy;
+using test::wordsLeft;
 
 /// Collects what is wrong in a window, each offender by its class and its text.
 class Inspection {
 public:
     explicit Inspection(QString place) : place_(std::move(place)) {}
 
-    void look(const QWidget& window)
+    void look(QWidget& window)
     {
         read(window, "title", window.windowTitle());
-        see(window);
-        for (const QWidget* widget : window.findChildren<QWidget*>()) {
-            if (widget->isVisible() && widget->window() == &window)
-                see(*widget);
+        for (QWidget* widget : shownIn(window)) {
+            see(*widget);
+            seePainted(*widget);
+        }
+    }
+
+    /// Asks every widget and every row for its context menu.
+    void lookAtMenus(QWidget& window)
+    {
+        for (const QPointer<QWidget>& widget : shownIn(window)) {
+            for (const QPoint& place : widget ? placesIn(*widget) : std::vector<QPoint>()) {
+                if (widget)
+                    seeContextMenu(*widget, place);
+            }
         }
     }
 
@@ -212,11 +198,93 @@ private:
 
     void seeMenus(const QMenuBar& bar)
     {
-        for (const QMenu* menu : bar.findChildren<QMenu*>()) {
-            read(*menu, "title", menu->title());
-            for (const QAction* action : menu->actions())
-                read(*menu, "entry", action->text());
+        for (const QMenu* menu : bar.findChildren<QMenu*>())
+            seeMenu(*menu);
+    }
+
+    static std::vector<QPointer<QWidget>> shownIn(QWidget& window)
+    {
+        std::vector<QPointer<QWidget>> shown{&window};
+        for (QWidget* widget : window.findChildren<QWidget*>()) {
+            if (widget->isVisible() && widget->window() == &window)
+                shown.emplace_back(widget);
         }
+        return shown;
+    }
+
+    static bool hasToolkitsMenu(const QWidget& widget)
+    {
+        const QWidget* const around = widget.parentWidget();
+        return qobject_cast<const QScrollBar*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
+               qobject_cast<const QLabel*>(&widget) || qobject_cast<const QPlainTextEdit*>(around) ||
+               qobject_cast<const QTextEdit*>(around);
+    }
+
+    static std::vector<QPoint> placesIn(const QWidget& widget)
+    {
+        const auto* const list = qobject_cast<const QAbstractItemView*>(widget.parentWidget());
+        if (hasToolkitsMenu(widget))
+            return {};
+        if (!list || list->viewport() != &widget)
+            return {widget.rect().center()};
+        std::vector<QPoint> places{widget.rect().bottomRight()};
+        for (QPoint place(widget.width() / 2, 0); widget.rect().contains(place); place.ry() += 8) {
+            const QRect row = list->visualRect(list->indexAt(place));
+            if (row.isValid() && places.back() != row.center())
+                places.push_back(row.center());
+        }
+        return places;
+    }
+
+    void seeContextMenu(QWidget& widget, QPoint place)
+    {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, widget.mapToGlobal(place));
+        QApplication::sendEvent(&widget, &event);
+        if (auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+            seeMenu(*menu);
+            menus.insert(menu->actions().size() > 0 ? menu->actions().first()->text() : QString());
+            menu->close();
+            QCoreApplication::sendPostedEvents(menu, QEvent::DeferredDelete);
+        }
+    }
+
+    void seeMenu(const QMenu& menu)
+    {
+        read(menu, "title", menu.title());
+        for (const QAction* action : menu.actions()) {
+            read(*action, "entry", action->text());
+            read(*action, "tooltip of an entry", action->toolTip());
+            if (action->menu())
+                seeMenu(*action->menu());
+        }
+    }
+
+    /// What is painted is no text that could be asked for. A piece in the language's letters fits between its neighbours'
+    /// clips, and is not shortened where nothing tells the rest.
+    void seePainted(QWidget& widget)
+    {
+        const auto* const field = qobject_cast<const QLineEdit*>(&widget);
+        if ((field && !field->text().isEmpty()) || qobject_cast<const QPlainTextEdit*>(widget.parentWidget()))
+            return; // what was typed, and what git printed
+        for (const test::PaintedText& painted : test::paintedTexts(widget)) {
+            if (!wordsLeft(painted.text, ToldBy::letters).isEmpty())
+                tell(widget, "painted", painted.text);
+            if (!painted.text.contains(u'⟦'))
+                continue;
+            if (painted.place.left() < painted.room.left() - 1 || painted.place.right() > painted.room.right() + 1)
+                tell(widget, "painted and cut", painted.text);
+            if (painted.text.endsWith(u'…') && !tellsInTip(widget, painted))
+                tell(widget, "painted and shortened", painted.text);
+        }
+    }
+
+    /// Whether the tip at a shortened text has the whole of it.
+    static bool tellsInTip(QWidget& widget, const test::PaintedText& painted)
+    {
+        const QPoint place = painted.place.center().toPoint();
+        QHelpEvent event(QEvent::ToolTip, place, widget.mapToGlobal(place));
+        QApplication::sendEvent(&widget, &event);
+        return QToolTip::text().contains(painted.text.chopped(1).trimmed());
     }
 
     static bool hasText(const QWidget& widget)
@@ -253,6 +321,10 @@ private:
         }
     }
 
+public:
+    std::set<QString> menus; ///< the first entries of the context menus that were seen
+
+private:
     QString place_;
     std::set<std::string> found_;
 };
@@ -263,11 +335,20 @@ protected:
     PseudoLanguageTest()
     {
         repo.write("zzfile.txt", "1\n2\n").write("zzother.txt", "1\n").commit("zzone").git({"tag", "zztag"});
-        repo.git({"branch", "zzside"}).write("zzfile.txt", "1\n3\n").commit("zztwo");
+        repo.git({"branch", "zzside"})
+            .write("zzfile.txt", "1\n3\n")
+            .write("zzpicture", std::string("\0zz", 3))
+            .commit("zztwo");
+        for (const char* name : {"zza", "zzb", "zzc", "zzd", "zze", "zzf"}) // more than there is room for
+            repo.git({"tag", name});
+        repo.git({"config", "branch.zzside.remote", "zzremote"}).git({"config", "remote.zzremote.url", "zznowhere"});
+        repo.git({"config", "remote.zzremote.fetch", "+refs/heads/*:refs/remotes/zzremote/*"});
+        repo.git({"config", "branch.zzside.merge", "refs/heads/zzgone"});
         repo.write("zzfile.txt", "1\n4\n").git({"stash", "push", "-q", "-m", "zzaside"});
         repo.write("zzfile.txt", "1\n5\n").write("zzother.txt", "2\n").git({"add", "zzother.txt"});
         repo.write("zzother.txt", "3\n").write("zznew.txt", "1\n");
         view = new RepositoryView(store);
+        mainMenu::build(*window.menuBar(), target, store);
         window.setCentralWidget(view);
         window.setMinimumSize(860, 520);
         window.show();
@@ -294,7 +375,9 @@ protected:
             QApplication::processEvents();
             Inspection inspection(u"%1 %2"_s.arg(QString::fromLatin1(place)).arg(window.width()));
             inspection.look(window);
+            inspection.lookAtMenus(window);
             EXPECT_EQ(inspection.found(), "");
+            menus.merge(inspection.menus);
         }
     }
 
@@ -302,14 +385,14 @@ protected:
     {
         EXPECT_TRUE(worker.settle());
         QApplication::processEvents();
-        const QDialog* const dialog = test::openDialog(window);
+        QDialog* const dialog = test::openDialog(window);
         ASSERT_TRUE(dialog) << place;
         Inspection inspection(QString::fromLatin1(place));
         inspection.look(*dialog);
         EXPECT_EQ(inspection.found(), "");
     }
 
-    static void lookAt(const QWidget& widget, const char* place)
+    static void lookAt(QWidget& widget, const char* place)
     {
         QApplication::processEvents();
         Inspection inspection(QString::fromLatin1(place));
@@ -321,6 +404,8 @@ protected:
     TestRepository repo;
     test::SettlingWorker worker;
     RepositoryStore store{repo.path(), worker};
+    std::set<QString> menus; ///< see Inspection
+    test::NoTarget target;
     QMainWindow window;
     RepositoryView* view = nullptr;
 };
@@ -341,6 +426,8 @@ TEST_F(PseudoLanguageTest, TheViewsOfAWindowAreTranslatedAndFit)
     store.window().closeInspector();
     store.window().showCommandLog(true);
     look("command log");
+    // Of changed files, hunks, commits and their files, branches, stashes, lines of blame and of a diff, and commands.
+    EXPECT_GE(menus.size(), 8U) << "context menus that were seen";
 }
 
 TEST_F(PseudoLanguageTest, AnOperationThatStoppedIsTranslatedAndFits)
@@ -428,6 +515,56 @@ TEST_F(PseudoLanguageTest, SettingsAndTheWelcomeWindowAreTranslatedAndFit)
     lookAt(welcome, "welcome with a recent repository");
 }
 
+/// Returns the words that are left in what a program prints in its terminal; its name and options are none.
+std::string leftInTerminal(std::string_view printed)
+{
+    QString text = QString::fromUtf8(printed);
+    text.remove(QRegularExpression(u"^plovik(-app)?: |--[a-z]+|: No such file or directory"_s));
+    return wordsLeft(text).join(u' ').toStdString();
+}
+
+template <typename Answer, typename Parser>
+void expectNoWordsLeft(Parser parse, std::vector<std::string> arguments)
+{
+    std::vector<char*> pointers;
+    for (std::string& each : arguments)
+        pointers.push_back(each.data());
+    const auto parsed = parse(pointers);
+    const auto* const answer = std::get_if<Answer>(&parsed);
+    ASSERT_TRUE(answer) << arguments.front();
+    EXPECT_TRUE(answer->text.find("⟦") != std::string::npos) << answer->text;
+    EXPECT_EQ(leftInTerminal(answer->text), "") << answer->text;
+}
+
+TEST(PseudoLanguageInTheTerminal, IsWhatBothProgramsSpeak)
+{
+    const PseudoLanguage language;
+    for (const char* argument : {"--help", "--zzoption", "--show", "--size=zz", "--help=zz"})
+        expectNoWordsLeft<LaunchAnswer>(parseLaunchOptions, {argument});
+    for (const char* argument : {"--help", "--zzoption"})
+        expectNoWordsLeft<CommandAnswer>(parseCommandLine, {argument});
+
+    const TestRepository bare({"--bare"});
+    const TemporaryFolder none;
+    for (const std::string& folder : {std::string("zzgone"), bare.path().string(), none.path().string()}) {
+        try {
+            repositoryFolder(folder);
+            ADD_FAILURE() << folder;
+        } catch (const UnopenableFolder& refused) {
+            EXPECT_EQ(leftInTerminal(refused.what()), "") << refused.what();
+        }
+    }
+    for (const char* display : {"", ":99"}) { // where no application is installed beside the program
+        const ScopedVariable variable("DISPLAY", display);
+        try {
+            openInApplication({});
+            ADD_FAILURE() << display;
+        } catch (const LaunchFailure& failure) {
+            EXPECT_EQ(leftInTerminal(failure.what()), "") << failure.what();
+        }
+    }
+}
+
 TEST(Translations, HaveTheEnglishPluralFormsOfEveryText)
 {
     const QString reader = u"/usr/lib/qt6/bin/lupdate"_s;
@@ -440,7 +577,7 @@ TEST(Translations, HaveTheEnglishPluralFormsOfEveryText)
     QProcess process;
     process.setWorkingDirectory(sources);
     process.start(reader, {u"-silent"_s, u"-I"_s, u"."_s, u"-locations"_s, u"none"_s, u"-pluralonly"_s, u"GitKit"_s,
-                           u"app"_s, u"-extensions"_s, u"h,cpp"_s, u"-source-language"_s, u"en_US"_s,
+                           u"app"_s, u"cli"_s, u"-extensions"_s, u"h,cpp"_s, u"-source-language"_s, u"en_US"_s,
                            u"-target-language"_s, u"en_US"_s, u"-ts"_s, words});
     ASSERT_TRUE(process.waitForFinished(60'000));
     ASSERT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();

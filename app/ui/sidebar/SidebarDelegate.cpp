@@ -5,7 +5,10 @@
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
+#include <QAbstractItemView>
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -22,6 +25,7 @@ constexpr int markCenter = 22;  ///< of the dot of the checked out branch and of
 constexpr int refTextLeft = 36; ///< on the first level
 constexpr int levelIndent = 14;
 constexpr int gap = 8;
+constexpr int mostOfPill = 48; ///< what a count may take of a row
 /// Free space above a group's title.
 constexpr int groupGap = 8;
 
@@ -59,6 +63,18 @@ QSize SidebarDelegate::sizeHint(const QStyleOptionViewItem& option, const QModel
     // Called for every row of an open group, which may be 20,000: no text is made here and no other font measured.
     const int height = std::max(rowHeight, option.fontMetrics.height() + 8);
     return {textInset, model_.isGroup(index) ? height + groupGap : height};
+}
+
+bool SidebarDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                                const QModelIndex& index)
+{
+    const QString title = index.data().toString();
+    const int room = textArea(option.rect, textInset, mostOfPill).width();
+    if (event->type() != QEvent::ToolTip || !index.data(Qt::ToolTipRole).toString().isEmpty() ||
+        textWidth(title, Theme::font(0, QFont::DemiBold)) <= room)
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    QToolTip::showText(event->globalPos(), plainToolTip(title), view->viewport(), option.rect);
+    return true;
 }
 
 void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const

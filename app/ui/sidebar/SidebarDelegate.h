@@ -17,6 +17,9 @@ public:
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    /// Tells the whole title of a row that has no other tip when there may be no room for it.
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
 
 private:
     void paintFixedItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
