@@ -12,6 +12,7 @@ struct RefLabel {
     Kind kind = Kind::head;
     std::string name; ///< short name, as bytes
     bool isHead = false;
+    bool isDefault = false; ///< the repository's default branch, or the remote branch of that name; where it is known
 
     bool operator==(const RefLabel&) const = default;
 };

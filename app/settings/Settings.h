@@ -21,6 +21,15 @@ namespace settings {
 inline constexpr Setting<double> sidebarWidth{"sidebarWidth", 0};
 inline constexpr Setting<double> commitFilesWidth{"commitFilesWidth", 330};
 inline constexpr Setting<double> historyDetailHeight{"historyDetailHeight", 330};
+inline constexpr Setting<double> historyGraphWidth{"historyGraphWidth", 0}; ///< 0: as wide as needed, as the next three
+inline constexpr Setting<double> historyAuthorWidth{"historyAuthorWidth", 0};
+inline constexpr Setting<double> historyDateWidth{"historyDateWidth", 0};
+inline constexpr Setting<double> historyHashWidth{"historyHashWidth", 0};
+inline constexpr Setting<bool> historyShowsGraph{"historyShowsGraph", true};
+inline constexpr Setting<bool> historyShowsAuthor{"historyShowsAuthor", true};
+inline constexpr Setting<bool> historyShowsDate{"historyShowsDate", true};
+inline constexpr Setting<bool> historyShowsHash{"historyShowsHash", true};
+inline constexpr Setting<bool> historyAbsoluteDates{"historyAbsoluteDates", false};
 inline constexpr Setting<double> stashesDetailHeight{"stashesDetailHeight", 340};
 inline constexpr Setting<double> workingCopyListWidth{"workingCopyListWidth", 380};
 inline constexpr Setting<double> inspectorWidth{"inspectorWidth", 420};

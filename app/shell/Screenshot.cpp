@@ -21,11 +21,8 @@ constexpr std::chrono::milliseconds detailsSettle{700};
 
 Screenshot::Screenshot(RepositoryWindow& window, std::filesystem::path file, QObject* parent)
     : QObject(parent), window_(window), file_(std::move(file)),
-      loaded_(window.store().snapshot().hasLoaded.addNotifier([this, &store = window.store()] {
-          if (store.window().selection.value().showsHistory())
-              store.history().moveCommitSelection(0);
-          QTimer::singleShot(detailsSettle, this, [this] { take(); });
-      }))
+      loaded_(window.store().snapshot().hasLoaded.addNotifier(
+          [this] { QTimer::singleShot(detailsSettle, this, [this] { take(); }); }))
 {}
 
 Screenshot::Screenshot(QWidget& window, std::filesystem::path file, QObject* parent)

@@ -96,8 +96,10 @@ void History::show(bool isAll)
 /// Keeps the selection and what is wanted to be selected in line with the rows.
 void History::follow(const HistoryRows& page, bool isAll)
 {
-    const std::optional<std::string> wanted = wantedOn(page);
     const std::optional<std::string>& selected = window_.selectedCommit.value();
+    if (wanted_ && wanted_->isHead && selected && page.contains(*selected))
+        wanted_.reset();
+    const std::optional<std::string> wanted = wantedOn(page);
     if (wanted)
         selectWanted(*wanted);
     if (!isAll)
@@ -105,7 +107,8 @@ void History::follow(const HistoryRows& page, bool isAll)
     if (!wanted && selected && !page.contains(*selected))
         window_.followCommit(std::nullopt);
     // Without commits, and before the first status, no history was read.
-    if (wanted_ && !wanted && snapshot_.mayHaveCommits())
+    const bool isKnown = wanted_ && (!wanted_->isHead || snapshot_.status.value().oid);
+    if (isKnown && !wanted && snapshot_.mayHaveCommits())
         missWanted();
     if (std::exchange(wantsLast_, false) && !page.empty()) {
         window_.followCommit(page.hashAt(page.size() - 1));
@@ -159,7 +162,7 @@ void History::search(const QString& text, HistoryFilter::Field field)
     showSearching();
     typingPause_.reset();
     if (const auto& selected = window_.selectedCommit.value(); selected && wasFiltered && !filter())
-        launch(endingSearch(*selected, beginWish()));
+        launch(goingTo(*selected, beginWish(), Arrival::samePlace));
     else
         typingPause_ = git_.worker().after(typingPause, [this] { reloadFirstPage(); });
 }
@@ -174,18 +177,18 @@ void History::reloadFirstPage()
     pages_.readAnew();
 }
 
-QCoro::Task<> History::endingSearch(std::string selected, qint64 wish)
+QCoro::Task<> History::goingTo(std::string hash, qint64 wish, Arrival arrival)
 {
     FoundCommit found;
     try {
-        found = co_await find(selected, pages_.query().item);
+        found = co_await find(hash, pages_.query().item);
     } catch (const std::exception&) {
         // The page is read without it, and tells why if that fails, too.
     }
     if (filter())
         co_return; // another search has begun
     if (found.scope && isWished(wish))
-        loadAsFarAs(pages_.query().item, found.position, selected, Arrival::samePlace);
+        loadAsFarAs(pages_.query().item, found.position, hash, arrival);
     else
         reloadFirstPage();
 }
@@ -217,6 +220,8 @@ void History::showSelected()
     }
     if (item.isRef())
         showTipOfRef();
+    else
+        showHead();
     if (!isLoaded)
         pages_.readAnew();
 }
@@ -307,7 +312,7 @@ void History::loadAsFarAs(const SidebarItem& item, int position, const std::stri
     typingPause_.reset();
     const std::size_t pages = (static_cast<std::size_t>(position) + rowsBeyond) / pageSize + 1;
     pages_.setLimit(std::max(pages_.limit(), pages * pageSize));
-    wanted_ = Wanted{hash, arrival};
+    wanted_ = Wanted{.hash = hash, .arrival = arrival};
     pages_.readOn();
 }
 
@@ -320,10 +325,30 @@ void History::showTipOfRef()
         selectWanted(*tip);
 }
 
+/// Selects HEAD's commit when the page has no selected one, as soon as it is known and read.
+void History::showHead()
+{
+    const auto& selected = window_.selectedCommit.value();
+    if (filter() || (selected && isOnPage(pages_.query().item, *selected)))
+        return;
+    wanted_ = Wanted{.hash = std::nullopt, .isHead = true, .arrival = Arrival::unchosen};
+    const HistoryPage* page = pages_.shown();
+    if (!page || page->query != pages_.query() || page->rows.empty())
+        return; // selected once the page is loaded
+    if (const auto head = wantedOn(page->rows))
+        selectWanted(*head);
+    else if (!page->isReading && snapshot_.status.value().oid)
+        missWanted();
+}
+
 std::optional<std::string> History::wantedOn(const HistoryRows& page) const
 {
     if (!wanted_ || page.empty())
         return std::nullopt;
+    if (wanted_->isHead) {
+        const auto& head = snapshot_.status.value().oid;
+        return head && page.contains(*head) ? head : std::nullopt;
+    }
     // The first commit that a search has found need not be the tip of the ref.
     if (!wanted_->hash)
         return isHistoryFiltered.value() ? std::nullopt : std::optional(page.hashAt(0));
@@ -344,7 +369,10 @@ void History::selectWanted(const std::string& hash)
 void History::missWanted()
 {
     const std::optional<std::string> missing = wanted_->hash;
+    const bool isHead = wanted_->isHead;
     beginWish();
+    if (isHead)
+        launch(goingTo(*snapshot_.status.value().oid, wish_, Arrival::unchosen));
     if (missing && historyProblem.value().isEmpty())
         window_.tell(tr("%1 is no longer in the history.").arg(shownText(gitkit::shortHash(*missing))));
 }

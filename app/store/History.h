@@ -72,8 +72,9 @@ public:
 
     // For the trail.
 
-    /// Whether the selected commit is a new place for the trail or one that the trail has led back to.
-    enum class Arrival { newPlace, samePlace };
+    /// Whether the selected commit is a new place for the trail, one that the trail has led back to, or selected because
+    /// nothing else was.
+    enum class Arrival { newPlace, samePlace, unchosen };
     /// Called when a commit that was looked for has been selected, and with nullopt when a page has been loaded.
     std::function<void(std::optional<Arrival>)> arrived = {};
     /// Returns the item whose history is shown.
@@ -98,7 +99,8 @@ public:
 private:
     /// The commit to select as soon as the loaded history contains it.
     struct Wanted {
-        std::optional<std::string> hash; ///< nullopt for the first row, the tip of a ref
+        std::optional<std::string> hash; ///< nullopt for the first row, the tip of a ref, or for HEAD
+        bool isHead = false;
         Arrival arrival = Arrival::samePlace;
     };
 
@@ -108,9 +110,10 @@ private:
     void follow(const HistoryRows& page, bool isAll);
     std::optional<gitkit::HistoryFilter> filter() const;
     void reloadFirstPage();
-    QCoro::Task<> endingSearch(std::string selected, qint64 wish);
+    QCoro::Task<> goingTo(std::string hash, qint64 wish, Arrival arrival);
     QCoro::Task<> showing(std::string name, qint64 wish);
     void showTipOfRef();
+    void showHead();
     std::optional<std::string> wantedOn(const HistoryRows& page) const;
     void selectWanted(const std::string& hash);
     void missWanted();

@@ -43,7 +43,8 @@ void Trail::moved(WindowState::Step step)
     if (isSameView && !now.selected)
         return; // an empty selection is no place to come back to
     const bool isPassing = step == WindowState::Step::passing;
-    const bool wasOnlyPassed = isSameView && (!trail_.current().selected || (isPassing && hasJustPassed_));
+    const bool wasUnchosen = std::exchange(isUnchosen_, false);
+    const bool wasOnlyPassed = isSameView && (!trail_.current().selected || (isPassing ? hasJustPassed_ : wasUnchosen));
     if (wasOnlyPassed || !snapshot_.hasLoaded.value())
         trail_.visitInstead(std::move(now));
     else
@@ -65,6 +66,7 @@ void Trail::arrived(std::optional<History::Arrival> arrival)
         trail_.visit(place());
     else if (trail_.current().item == window_.selection.value())
         trail_.replace(place());
+    isUnchosen_ = *arrival == History::Arrival::unchosen;
     update();
 }
 
@@ -88,7 +90,7 @@ void Trail::travel(Direction direction)
 {
     if (!trail_.step(direction))
         return;
-    hasJustPassed_ = false;
+    hasJustPassed_ = isUnchosen_ = false;
     const qint64 wish = history_.beginWish();
     update();
     launch(travelling(direction, wish));

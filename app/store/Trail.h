@@ -44,6 +44,7 @@ private:
     History& history_;
     NavigationTrail trail_{{SidebarItem::workingCopy(), std::nullopt}};
     bool hasJustPassed_ = false; ///< the current place was only passed by held keys
+    bool isUnchosen_ = false;    ///< nobody has chosen the selected commit: what is clicked next takes its place
     std::unique_ptr<Worker::Delay> lookTime_;
 };
 

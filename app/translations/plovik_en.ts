@@ -450,6 +450,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::WorkingCopyRow</name>
+    <message numerus="yes">
+        <source>Working Copy · %n change(s)</source>
+        <translation>
+            <numerusform>Working Copy · %n change</numerusform>
+            <numerusform>Working Copy · %n changes</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::WorkingDiffPane</name>
     <message numerus="yes">
         <source>%n File(s) Selected</source>

@@ -2,11 +2,14 @@
 // The commit list and what stands around it: places kept, selection both ways, what is drawn and what is told.
 
 #include "GitKit/CommitGraph.h"
+#include "app/settings/Settings.h"
 #include "app/ui/history/GraphCell.h"
+#include "app/ui/history/HistoryHeader.h"
 #include "app/ui/history/HistoryList.h"
 #include "app/ui/history/HistoryView.h"
 #include "app/ui/history/RefBadges.h"
 #include "app/ui/history/RelativeDate.h"
+#include "app/ui/history/WorkingCopyRow.h"
 #include "tests/store/ManualWorker.h"
 #include "tests/support/Given.h"
 #include "tests/support/TemporaryFolder.h"
@@ -270,12 +273,13 @@ TEST_F(HistoryListTest, AFilteredListHidesTheGraph)
 TEST(GraphCellTest, DrawsLinesCurvesAndDotsWhereTheyBelong)
 {
     const Theme& theme = Theme::light();
-    const auto draw = [&theme](const gitkit::GraphRow& row) {
+    const auto draw = [&theme](const gitkit::GraphRow& row, int laneCount = 12) {
         QImage image(200, rowHeight, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::white);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
-        GraphCell{row}.paint(painter, {0, 0}, rowHeight, theme);
+        const GraphLanes lanes(laneCount, 176);
+        GraphCell{row, lanes}.paint(painter, {0, 0}, rowHeight, theme);
         return image;
     };
     const auto isInk = [](const QImage& image, int x, int y) { return image.pixelColor(x, y) != QColor(Qt::white); };
@@ -299,22 +303,110 @@ TEST(GraphCellTest, DrawsLinesCurvesAndDotsWhereTheyBelong)
     EXPECT_FALSE(isInk(merge, 26, 16)) << "having left from the dot";
     EXPECT_FALSE(isInk(merge, 12, 4));
 
-    for (const int lane : {11, 12, 13, 40}) {
-        const QImage row = draw({lane, {lane}, {}, {lane}});
-        const int x = lane < 12 ? 166 : 172;
-        EXPECT_TRUE(isInk(row, x - 4 + (lane < 12 ? 1 : 0), rowHeight / 2)) << "no row is without its dot: " << lane;
-        EXPECT_EQ(isInk(row, x, rowHeight / 2), lane < 12) << "a lane beyond the edge has a ring";
-        EXPECT_FALSE(isInk(row, 176, rowHeight / 2)) << "and nothing reaches over the edge";
+    // Of 41 lanes 19 have room; the others share the edge.
+    const GraphLanes many(41, 176);
+    EXPECT_EQ(many.pitch(), 8);
+    EXPECT_EQ(many.edge(), 164);
+    for (const int lane : {18, 19, 20, 40}) {
+        const QImage row = draw({lane, {lane}, {}, {lane}}, 41);
+        EXPECT_TRUE(isInk(row, lane < 19 ? 156 : 164, rowHeight / 2)) << "no row is without its dot: " << lane;
+        EXPECT_EQ(isInk(row, 172, rowHeight / 2), lane >= 19) << "one beyond the edge says so";
+        EXPECT_FALSE(isInk(row, 176, rowHeight / 2)) << "and nothing reaches out of the column";
     }
-    const QImage passing = draw({0, {0}, {20, 30}, {0, 25}});
+    const QImage passing = draw({0, {0}, {20, 30}, {0, 25}}, 41);
     int ink = 0;
     for (int y = 0; y < rowHeight; ++y)
-        ink += isInk(passing, 171, y) || isInk(passing, 172, y) ? 1 : 0;
+        ink += isInk(passing, 163, y) || isInk(passing, 164, y) ? 1 : 0;
     EXPECT_GE(ink, rowHeight / 3) << "lanes beyond the edge go on as one line";
+    EXPECT_TRUE(isInk(passing, 172, 23)) << "and a line that leaves says so";
 
-    EXPECT_EQ(GraphCell::widthFor(1), 22);
-    EXPECT_EQ(GraphCell::widthFor(12), 176);
-    EXPECT_EQ(GraphCell::widthFor(20), 176);
+    EXPECT_EQ(GraphLanes::widthFor(1), 22);
+    EXPECT_EQ(GraphLanes::widthFor(12), 176);
+    EXPECT_EQ(GraphLanes::widthFor(20), 176) << "more lanes stand closer together first";
+    EXPECT_EQ(GraphLanes::widthFor(40), 334);
+}
+
+TEST(GraphCellTest, LightsTheLineOfACommitFromItsBeginningToItsEnd)
+{
+    // The line in lane 1 begins as the second parent of row 0, has its commits in rows 1 and 3, and ends in row 4.
+    const std::vector<gitkit::GraphRow> rows{{0, {}, {}, {0, 1}}, {1, {1}, {0}, {1}},   {0, {0}, {1}, {0}},
+                                             {1, {1}, {0}, {1}},  {0, {0, 1}, {}, {0}}, {0, {0}, {}, {0}}};
+    const auto lit = litLine(rows, 3);
+    std::vector<std::pair<bool, bool>> parts;
+    for (const GraphCell::Lit& one : lit) {
+        EXPECT_EQ(one.lane, one.above || one.below ? 1 : -1);
+        parts.emplace_back(one.above, one.below);
+    }
+    EXPECT_EQ(parts, (std::vector<std::pair<bool, bool>>{
+                         {false, true}, {true, true}, {true, true}, {true, true}, {true, false}, {false, false}}));
+}
+
+TEST(HistoryColumnsTest, ANarrowListDropsTheHashThenTheAuthorThenTheDate)
+{
+    const HistoryColumns::Widths widths{160, 90, 60};
+    const auto shown = [&](double width) {
+        const HistoryColumns columns = HistoryColumns::fitting(width, 22, widths);
+        EXPECT_GE(columns.subjectRight - columns.subjectLeft, std::min(width - 50, 220.0)) << width;
+        std::string text;
+        for (const HistoryColumns::Edge& edge : columns.edges())
+            text += "gadh"[static_cast<int>(edge.column)];
+        return text;
+    };
+    EXPECT_EQ(shown(900), "gadh");
+    EXPECT_EQ(shown(600), "gad");
+    EXPECT_EQ(shown(500), "gd");
+    EXPECT_EQ(shown(300), "g");
+    const HistoryColumns wide = HistoryColumns::fitting(900, 22, widths);
+    EXPECT_EQ(wide.widthAt(HistoryColumn::author, wide.edges()[1].x - 10), 170) << "dragged to the left";
+    EXPECT_EQ(wide.widthAt(HistoryColumn::graph, wide.edges()[0].x + 10), 32);
+}
+
+TEST_F(HistoryListTest, TheTitlesResizeAndHideColumnsAndChooseTheDates)
+{
+    Settings& settings = Settings::shared();
+    auto* const header = list.findChild<HistoryHeader*>();
+    const QImage before = picture();
+    const auto* const date = header->findChild<QAbstractButton*>();
+    const int edge = date->geometry().right() + 10; // between date and hash
+    const auto send = [&](QEvent::Type type, double x) {
+        QMouseEvent event(type, {x, 5.0}, header->mapToGlobal(QPointF{x, 5.0}), Qt::LeftButton, Qt::LeftButton, {});
+        QApplication::sendEvent(header, &event);
+    };
+    send(QEvent::MouseButtonPress, edge);
+    send(QEvent::MouseMove, edge - 40);
+    send(QEvent::MouseButtonRelease, edge - 40);
+    EXPECT_GT(settings.value(settings::historyHashWidth), 60);
+    EXPECT_NE(picture(), before);
+    send(QEvent::MouseButtonDblClick, edge - 40);
+    EXPECT_EQ(settings.value(settings::historyHashWidth), 0);
+    EXPECT_EQ(picture(), before);
+
+    settings.set(settings::historyShowsDate, false);
+    EXPECT_FALSE(date->isVisible());
+    settings.set(settings::historyShowsDate, true);
+    click(header->findChild<QAbstractButton*>(), {3, 3});
+    EXPECT_TRUE(settings.value(settings::historyAbsoluteDates));
+    settings.set(settings::historyAbsoluteDates, false);
+    EXPECT_EQ(picture(), before);
+}
+
+TEST_F(HistoryListTest, ChangesStandAboveTheNewestCommit)
+{
+    gitkit::RepoStatus status;
+    status.files = std::vector<gitkit::FileChange>(2);
+    auto* const row = list.findChild<WorkingCopyRow*>();
+    EXPECT_FALSE(row->isVisible());
+    given(store.snapshot().status, status);
+    EXPECT_TRUE(row->isVisible());
+    EXPECT_EQ(row->accessibleName(), u"Working Copy · 2 changes"_s);
+    press(&list, Qt::Key_Down);
+    press(&list, Qt::Key_Up);
+    EXPECT_TRUE(row->hasFocus() || list.focusProxy() == row || QApplication::focusWidget() == row);
+    store.window().select(SidebarItem::history());
+    press(row, Qt::Key_Return);
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::workingCopy());
+    given(store.history().isHistoryFiltered, true);
+    EXPECT_FALSE(row->isVisible()) << "it is no search result";
 }
 
 TEST_F(HistoryListTest, RowsJoinWithoutASeamAtFractionalScales)
@@ -342,6 +434,20 @@ TEST(RefBadgesTest, WhatDoesNotFitCollapsesAndIsNamedInFull)
     EXPECT_TRUE(collapsed.endsWith(u" more"_s)) << collapsed.toStdString();
     EXPECT_TRUE(collapsed.contains(u"v20\n"_s));
     EXPECT_EQ(RefBadges({}, 260, RefBadges::Fonts::current()).width(), 0);
+
+    labels = {{Kind::remoteBranch, "origin/topic"},
+              {Kind::localBranch, "topic"},
+              {Kind::tag, "v1"},
+              {Kind::remoteBranch, "origin/main", false, true},
+              {Kind::localBranch, "main", false, true},
+              {Kind::localBranch, "work", true}};
+    const RefBadges few(labels, 100, RefBadges::Fonts::current());
+    EXPECT_EQ(few.namesAt(2, labels), u"work"_s);
+    std::string order;
+    for (const gitkit::RefLabel& label : few.collapsedAt(few.width() - 1, labels))
+        order += label.name + ' ';
+    EXPECT_EQ(order, "main origin/main v1 topic origin/topic ");
+    EXPECT_TRUE(few.collapsedAt(2, labels).empty());
 }
 
 TEST(RelativeDateTest, IsToldByTheLocalCalendar)

@@ -172,9 +172,16 @@ TEST_F(StoreNavigation, ASelectedRefShowsItsOwnCommit)
     select(SidebarItem::ref("refs/tags/v1"));
     EXPECT_TRUE(isAt(SidebarItem::ref("refs/tags/v1"), main[1199])) << "the commit, not the tag's object";
 
-    // All of history selects nothing by itself, and keeps what it holds.
+    // All of history keeps what it holds, and opens with HEAD.
     select(all);
-    EXPECT_TRUE(isAt(all, std::nullopt));
+    EXPECT_EQ(store.window().selectedCommit.value(), main[0]) << "the commit of the tag is not on the page";
+    given(store.window().selectedCommit, std::nullopt);
+    select(SidebarItem::workingCopy());
+    select(all);
+    EXPECT_TRUE(isAt(all, main[0]));
+    store.window().selectCommit(main[3]);
+    select(all);
+    EXPECT_TRUE(isAt(all, main[3]));
 }
 
 TEST_F(StoreNavigation, BackAndForwardGoThroughCommitsAndViews)

@@ -61,6 +61,32 @@ gitkit::GraphLayout layoutFor(const gitkit::GitRepository& repo, const gitkit::H
     }
 }
 
+/// Marks the branch that the remote names as its default, and the local one of that name. Without a remote it is the
+/// one that git would have called so.
+void markDefault(gitkit::RefLabels& labels, const std::filesystem::path& commonDirectory)
+{
+    using Kind = gitkit::RefLabel::Kind;
+    constexpr std::string_view prefix = "ref: refs/remotes/origin/";
+    constexpr std::size_t mostBytes = 4096;
+    const std::string link =
+        gitkit::regularFileBytes(commonDirectory / "refs/remotes/origin/HEAD", mostBytes).value_or(std::string());
+    std::vector<std::string> names{"main", "master"};
+    if (link.starts_with(prefix))
+        names = {link.substr(prefix.size(), link.find('\n') - prefix.size())};
+    for (const std::string& name : names) {
+        bool isFound = false;
+        for (auto& [hash, onCommit] : labels) {
+            for (gitkit::RefLabel& label : onCommit) {
+                label.isDefault = (label.kind == Kind::localBranch && label.name == name) ||
+                                  (label.kind == Kind::remoteBranch && label.name == "origin/" + name);
+                isFound = isFound || label.isDefault;
+            }
+        }
+        if (isFound)
+            return;
+    }
+}
+
 } // namespace
 
 bool looksLikeHash(const std::string& text)
@@ -155,8 +181,10 @@ HistorySource readHistorySource(const gitkit::GitRepository& repo, const std::fi
 {
     HistorySource source;
     source.tips = gitkit::readRefTips(repo);
-    source.labels = std::make_shared<const gitkit::RefLabels>(gitkit::refLabels(source.tips));
     source.commonDirectory = commonDirectory.empty() ? gitkit::gitDirectories(repo).common : commonDirectory;
+    gitkit::RefLabels labels = gitkit::refLabels(source.tips);
+    markDefault(labels, source.commonDirectory);
+    source.labels = std::make_shared<const gitkit::RefLabels>(std::move(labels));
     for (const char* name : {"shallow", "info/grafts"})
         source.borders +=
             gitkit::regularFileBytes(source.commonDirectory / name, mostBorders).value_or(std::string()) + '\0';

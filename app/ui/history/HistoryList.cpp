@@ -3,7 +3,9 @@
 
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/history/GraphCell.h"
+#include "app/ui/history/HistoryHeader.h"
 #include "app/ui/history/RowText.h"
+#include "app/ui/history/WorkingCopyRow.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QContextMenuEvent>
@@ -27,6 +29,7 @@ constexpr int rowsAhead = 1500;
 
 /// Rows that answer an earlier search stand back.
 constexpr double outdatedOpacity = 0.4;
+constexpr float hoverOpacity = 0.4F;
 
 class RowHeight : public QStyledItemDelegate {
 public:
@@ -47,12 +50,42 @@ double onDevicePixel(const QPainter& painter, double y)
     return (std::round(device.m22() * y + device.dy()) - device.dy()) / device.m22();
 }
 
+/// Returns "refs/heads/main"; empty for HEAD.
+std::string fullNameOf(const gitkit::RefLabel& label)
+{
+    switch (label.kind) {
+    case gitkit::RefLabel::Kind::localBranch:
+        return "refs/heads/" + label.name;
+    case gitkit::RefLabel::Kind::remoteBranch:
+        return "refs/remotes/" + label.name;
+    case gitkit::RefLabel::Kind::tag:
+        return "refs/tags/" + label.name;
+    case gitkit::RefLabel::Kind::head:
+        break;
+    }
+    return {};
+}
+
+/// The graph's room grows by so many lanes at once.
+constexpr int laneStep = 4;
+
+int lanesOf(const gitkit::GraphRow& row)
+{
+    int last = row.lane;
+    for (const auto* lanes : {&row.top, &row.pass, &row.bottom}) {
+        for (const int lane : *lanes)
+            last = std::max(last, lane);
+    }
+    return last + 1;
+}
+
 gitkit::Date currentTime() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
 
 } // namespace
 
 HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
-    : QListView(parent), store_(store), model_(new HistoryModel(store, this))
+    : QListView(parent), store_(store), model_(new HistoryModel(store, this)), header_(new HistoryHeader(this)),
+      workingCopy_(new WorkingCopyRow(store, this))
 {
     setAccessibleName(tr("History"));
     setFrameShape(QFrame::NoFrame);
@@ -67,12 +100,18 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     viewport()->setAutoFillBackground(false);
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
 
+    viewport()->setMouseTracking(true);
+    connect(&Settings::shared(), &Settings::changed, this, &HistoryList::takeColumnChoices);
+    connect(workingCopy_, &WorkingCopyRow::wantedChanged, this, &HistoryList::placeHeader);
+    connect(workingCopy_, &WorkingCopyRow::leftDownwards, this, [this] { setFocus(Qt::OtherFocusReason); });
+    placeHeader();
+
     // Connected after setModel(), so that the view and its selection have handled the reset before takeNewPage().
     connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] { isRestoring_ = true; });
     connect(model_, &QAbstractItemModel::modelReset, this, &HistoryList::takeNewPage);
 
-    const auto repaint = [this] { viewport()->update(); };
-    notifiers_.push_back(store_.history().graphLanes.addNotifier(repaint));
+    const auto repaint = [this] { showColumns(); };
+    connect(model_, &QAbstractItemModel::rowsInserted, this, &HistoryList::lookAtLanes);
     notifiers_.push_back(store_.history().isHistoryFiltered.addNotifier(repaint));
     notifiers_.push_back(store_.history().isOutdated.addNotifier(repaint));
     notifiers_.push_back(store_.window().selectedCommit.addNotifier([this] { followSelectedCommit(); }));
@@ -94,9 +133,50 @@ int HistoryList::selectedRow() const
 
 HistoryColumns HistoryList::columns() const
 {
-    const double graphWidth =
-        store_.history().isHistoryFiltered.value() ? 0 : GraphCell::widthFor(store_.history().graphLanes.value());
-    return rowPainter_.columns(viewport()->width(), graphWidth);
+    return rowPainter_.columns(viewport()->width(), store_.history().isHistoryFiltered.value() ? 0 : seenLanes_);
+}
+
+void HistoryList::placeHeader()
+{
+    const int titles = header_->sizeHint().height();
+    const int row = workingCopy_->isWanted() ? rowPainter_.rowHeight() : 0;
+    workingCopy_->setVisible(row > 0);
+    if (viewportMargins().top() != titles + row)
+        setViewportMargins(0, titles + row, 0, 0);
+    header_->setGeometry(0, 0, width(), titles);
+    workingCopy_->setGeometry(0, titles, width(), row);
+    showColumns();
+}
+
+void HistoryList::showColumns()
+{
+    const HistoryColumns shown = columns();
+    header_->setColumns(shown);
+    workingCopy_->setTextLeft(shown.subjectLeft);
+    viewport()->update();
+}
+
+/// Widens the graph when rows come into sight that have more lanes. It gets no narrower while the list is the same, so
+/// that the subjects do not move to and fro.
+void HistoryList::lookAtLanes()
+{
+    int lanes = seenLanes_;
+    for (int row = std::max(0, rowAt(0)); row <= lastVisibleRow(); ++row) {
+        if (const std::optional<HistoryRow> shown = model_->row(row))
+            lanes = std::max(lanes, lanesOf(shown->graph));
+    }
+    lanes = (lanes + laneStep - 1) / laneStep * laneStep;
+    lanes = std::min(lanes, std::max(seenLanes_, store_.history().graphLanes.value()));
+    if (std::exchange(seenLanes_, lanes) != lanes)
+        showColumns();
+}
+
+void HistoryList::takeColumnChoices(const QString& key)
+{
+    if (!key.startsWith(QLatin1StringView("history")))
+        return;
+    rowPainter_.reset();
+    showColumns();
 }
 
 // Selection.
@@ -179,6 +259,8 @@ void HistoryList::returnToPlace(const std::vector<Anchor>& place)
 void HistoryList::takeNewPage()
 {
     const std::vector<Anchor> place = std::exchange(place_, {});
+    if (place.empty())
+        seenLanes_ = 1;
     setAutoScroll(false);
     if (const auto& commit = store_.window().selectedCommit.value())
         select(model_->rowOf(*commit));
@@ -187,6 +269,7 @@ void HistoryList::takeNewPage()
     returnToPlace(place);
     isRestoring_ = false;
     rememberPlace();
+    lookAtLanes();
 }
 
 void HistoryList::scrollContentsBy(int dx, int dy)
@@ -194,6 +277,7 @@ void HistoryList::scrollContentsBy(int dx, int dy)
     QListView::scrollContentsBy(dx, dy);
     if (!isRestoring_)
         rememberPlace();
+    lookAtLanes();
     // Back at the top, nobody waits for the end.
     if (dy > 0 && verticalOffset() == 0 && store_.history().isReadingToEnd.value())
         store_.history().stopReading();
@@ -203,6 +287,8 @@ void HistoryList::scrollContentsBy(int dx, int dy)
 void HistoryList::resizeEvent(QResizeEvent* event)
 {
     QListView::resizeEvent(event);
+    placeHeader();
+    lookAtLanes();
     if (!isRestoring_)
         rememberPlace();
     wantMoreNearEnd();
@@ -242,6 +328,10 @@ void HistoryList::askForMore()
 void HistoryList::keyPressEvent(QKeyEvent* event)
 {
     const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+    if (isPlain && event->key() == Qt::Key_Up && selectedRow() == 0 && workingCopy_->isVisible()) {
+        workingCopy_->setFocus(Qt::OtherFocusReason);
+        return;
+    }
     if (isPlain && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)) {
         store_.history().moveCommitSelection(event->key() == Qt::Key_Up ? -1 : 1);
         event->accept();
@@ -289,7 +379,49 @@ bool HistoryList::viewportEvent(QEvent* event)
 {
     if (event->type() == QEvent::ToolTip)
         return showToolTip(static_cast<QHelpEvent*>(event));
+    if (event->type() == QEvent::Leave)
+        hover(-1);
     return QListView::viewportEvent(event);
+}
+
+void HistoryList::mouseMoveEvent(QMouseEvent* event)
+{
+    QListView::mouseMoveEvent(event);
+    hover(rowAt(event->position().toPoint().y()));
+}
+
+void HistoryList::mouseReleaseEvent(QMouseEvent* event)
+{
+    QListView::mouseReleaseEvent(event);
+    if (event->button() == Qt::LeftButton)
+        offerLabels(event->position().toPoint());
+}
+
+/// Shows the refs that a "+3" stands for. The chosen one is selected in the sidebar.
+void HistoryList::offerLabels(QPoint position)
+{
+    const std::optional<HistoryRow> row = model_->row(rowAt(position.y()));
+    if (!row)
+        return;
+    const auto labels = rowPainter_.collapsedLabels(*row, columns(), position.x());
+    if (labels.empty())
+        return;
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const gitkit::RefLabel& label : labels) {
+        if (const std::string name = fullNameOf(label); !name.empty())
+            menu->addAction(plainMenuText(shownLine(label.name)), menu,
+                            [this, name] { store_.window().select(SidebarItem::ref(name)); });
+    }
+    menu->popup(viewport()->mapToGlobal(position));
+}
+
+void HistoryList::hover(int row)
+{
+    if (row == hovered_)
+        return;
+    hovered_ = row;
+    viewport()->update();
 }
 
 bool HistoryList::showToolTip(QHelpEvent* event)
@@ -312,6 +444,7 @@ void HistoryList::changeEvent(QEvent* event)
     case QEvent::StyleChange:
     case QEvent::LocaleChange:
         rowPainter_.reset();
+        placeHeader();
         scheduleDelayedItemsLayout();
         break;
     default:
@@ -331,6 +464,11 @@ void HistoryList::paintEvent(QPaintEvent* event)
     const HistoryColumns places = columns();
 
     const int selected = selectedRow();
+    if (hovered_ >= first && hovered_ <= last && hovered_ != selected) {
+        QColor tint = Theme::current().selection;
+        tint.setAlphaF(hoverOpacity);
+        painter.fillRect(bandOf(painter, hovered_), tint);
+    }
     if (selected >= first && selected <= last)
         paintSelection(painter, selected);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -341,13 +479,18 @@ void HistoryList::paintEvent(QPaintEvent* event)
     paintTexts(painter, first, last, places);
 }
 
-void HistoryList::paintSelection(QPainter& painter, int row) const
+QRectF HistoryList::bandOf(const QPainter& painter, int row) const
 {
-    const Theme& theme = Theme::current();
     const int height = rowPainter_.rowHeight();
     const double top = onDevicePixel(painter, row * height - verticalOffset());
     const double bottom = onDevicePixel(painter, (row + 1) * height - verticalOffset());
-    const QRectF band(0, top, viewport()->width(), bottom - top);
+    return {0, top, static_cast<double>(viewport()->width()), bottom - top};
+}
+
+void HistoryList::paintSelection(QPainter& painter, int row) const
+{
+    const Theme& theme = Theme::current();
+    const QRectF band = bandOf(painter, row);
     painter.fillRect(band, theme.selection);
     if (hasFocus()) {
         QColor ring = theme.accent;
@@ -360,16 +503,23 @@ void HistoryList::paintSelection(QPainter& painter, int row) const
 
 void HistoryList::paintGraph(QPainter& painter, int first, int last, const HistoryColumns& columns) const
 {
-    const int height = rowPainter_.rowHeight();
-    painter.save();
-    painter.setClipRect(QRectF(0, 0, columns.graphWidth, viewport()->height()), Qt::IntersectClip);
+    std::vector<gitkit::GraphRow> rows;
     for (int row = first; row <= last; ++row) {
-        const std::optional<HistoryRow> shown = model_->row(row);
+        std::optional<HistoryRow> shown = model_->row(row);
         if (!shown)
             break;
-        const double top = onDevicePixel(painter, row * height - verticalOffset());
-        const double bottom = onDevicePixel(painter, (row + 1) * height - verticalOffset());
-        GraphCell{shown->graph}.paint(painter, {0, top}, bottom - top, Theme::current());
+        rows.push_back(std::move(shown->graph));
+    }
+    std::vector<GraphCell::Lit> lit(rows.size());
+    const auto hovered = static_cast<std::size_t>(hovered_ - first);
+    if (hovered_ >= first && hovered < rows.size())
+        lit = litLine(rows, hovered);
+    const GraphLanes lanes(seenLanes_, columns.graphWidth);
+    painter.save();
+    painter.setClipRect(QRectF(0, 0, columns.graphWidth, viewport()->height()), Qt::IntersectClip);
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        const QRectF band = bandOf(painter, first + static_cast<int>(index));
+        GraphCell{rows[index], lanes, lit[index]}.paint(painter, band.topLeft(), band.height(), Theme::current());
     }
     painter.restore();
 }

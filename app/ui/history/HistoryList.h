@@ -11,6 +11,9 @@
 
 namespace plovik {
 
+class HistoryHeader;
+class WorkingCopyRow;
+
 /// The list of commits with the graph beside it. Its selection and the store's `selectedCommit` follow each other.
 /// Main thread.
 ///
@@ -39,6 +42,8 @@ protected:
     void showEvent(QShowEvent* event) override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     void scrollContentsBy(int dx, int dy) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     /// A visible row. The list uses it to find its place again after the page has changed.
@@ -51,6 +56,11 @@ private:
     int lastVisibleRow() const;
     int selectedRow() const;
     HistoryColumns columns() const;
+    void placeHeader();
+    void showColumns();
+    void lookAtLanes();
+    void takeColumnChoices(const QString& key);
+    void hover(int row);
 
     void followSelectedCommit();
     void reveal();
@@ -63,14 +73,20 @@ private:
     void askForMore();
     bool handledAsReading(const QKeyEvent* event);
 
+    QRectF bandOf(const QPainter& painter, int row) const;
     void paintSelection(QPainter& painter, int row) const;
     void paintGraph(QPainter& painter, int first, int last, const HistoryColumns& columns) const;
     void paintTexts(QPainter& painter, int first, int last, const HistoryColumns& columns);
     bool showToolTip(QHelpEvent* event);
+    void offerLabels(QPoint position);
 
     RepositoryStore& store_;
     HistoryModel* model_;
     HistoryRowPainter rowPainter_;
+    HistoryHeader* header_;
+    WorkingCopyRow* workingCopy_;
+    int seenLanes_ = 1; ///< of the rows seen so far; the graph has room for them
+    int hovered_ = -1;  ///< the row under the pointer
     std::vector<Anchor> place_;
     bool isRestoring_ = false; ///< the list changes its selection and place itself; the user does not
     bool isAsking_ = false;

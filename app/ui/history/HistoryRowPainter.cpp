@@ -2,7 +2,9 @@
 #include "app/ui/history/HistoryRowPainter.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/history/GraphCell.h"
 #include "app/ui/history/RowText.h"
+#include "app/ui/widgets/Initials.h"
 
 #include <QDateTime>
 #include <QFontMetricsF>
@@ -21,6 +23,10 @@ constexpr int keptLayouts = 400;
 constexpr int keptAuthors = 400;
 constexpr std::size_t keptDates = 400;
 constexpr double badgeGap = 6;
+constexpr double mostOfListForGraph = 0.3; ///< unless another width is chosen
+constexpr double initialsGap = 7;
+constexpr double leastForInitials = 90; ///< in a narrower column the name needs the room
+constexpr double shortHash = 7;         ///< digits
 constexpr const char* hexDigits = "0123456789abcdef";
 
 QStaticText shaped(const QString& text, const QFont& font)
@@ -44,6 +50,21 @@ FittedText fitted(const QString& text, const QFont& font, double width)
     return {shaped(QFontMetricsF(font).elidedText(text, Qt::ElideRight, std::max(0.0, width)), font), true};
 }
 
+/// Returns what a name leaves to the circle before it, with the gap between them.
+double initialsRoom(const HistoryColumns& columns)
+{
+    const double width = columns.authorRight - columns.authorLeft;
+    return width < leastForInitials ? 0 : 18 + initialsGap;
+}
+
+/// Returns the width of the widest text that tells date and time.
+double widestTime(const QFont& font, const QLocale& locale)
+{
+    const QDateTime widest(QDate(2028, 10, 28), QTime(20, 58));
+    const gitkit::Date date{std::chrono::seconds(widest.toSecsSinceEpoch())};
+    return std::ceil(QFontMetricsF(font).horizontalAdvance(shortTime(date, locale)));
+}
+
 /// Returns the width of the widest text in the date column.
 double widestDate(const QFont& font, const QLocale& locale)
 {
@@ -63,19 +84,39 @@ void HistoryRowPainter::reset()
     badgeFonts_ = RefBadges::Fonts::current();
     const QFontMetricsF metrics(font_);
     rowHeight_ = std::max(28, static_cast<int>(std::ceil(metrics.height())) + 10);
-    widths_.author = std::ceil(metrics.height() * 8);
-    widths_.date = widestDate(font_, locale_);
     takeDigits();
-    widths_.hash = std::ceil(7 * digitWidth_);
+    takeWidths();
     layouts_.setMaxCost(keptLayouts);
     layouts_.clear();
     authors_.clear();
     dates_.clear();
 }
 
-HistoryColumns HistoryRowPainter::columns(double width, double graphWidth) const
+void HistoryRowPainter::takeWidths()
 {
-    return HistoryColumns::fitting(width, graphWidth, widths_);
+    const Settings& settings = Settings::shared();
+    datesAreAbsolute_ = settings.value(settings::historyAbsoluteDates);
+    hasGraph_ = settings.value(settings::historyShowsGraph);
+    mostGraph_ = settings.value(settings::historyGraphWidth);
+    const auto chosen = [&settings](HistoryColumn column, double usual) {
+        const double width = settings.value(widthSetting(column));
+        return !settings.value(shownSetting(column)) ? 0.0 : width > 0 ? width : usual;
+    };
+    const double author = std::max(160.0, std::ceil(QFontMetricsF(font_).height() * 8));
+    widths_.author = chosen(HistoryColumn::author, author);
+    widths_.date =
+        chosen(HistoryColumn::date, datesAreAbsolute_ ? widestTime(font_, locale_) : widestDate(font_, locale_));
+    widths_.hash = chosen(HistoryColumn::hash, std::ceil(shortHash * digitWidth_));
+}
+
+HistoryColumns HistoryRowPainter::columns(double width, int lanes) const
+{
+    if (lanes == 0 || !hasGraph_)
+        return HistoryColumns::fitting(width, 0, widths_);
+    const double most = mostGraph_ > 0 ? mostGraph_ : width * mostOfListForGraph;
+    const double wanted = mostGraph_ > 0 ? GraphLanes::widestFor(lanes) : GraphLanes::widthFor(lanes);
+    return HistoryColumns::fitting(
+        width, std::clamp(wanted, GraphLanes::widthFor(1), std::max(most, GraphLanes::widthFor(1))), widths_);
 }
 
 HistoryRowPainter::RowLayout& HistoryRowPainter::layoutOf(const HistoryRow& row, const HistoryColumns& columns)
@@ -90,6 +131,7 @@ HistoryRowPainter::RowLayout& HistoryRowPainter::layoutOf(const HistoryRow& row,
         return *kept;
     auto layout = makeLayout(row.commit);
     layout->author = authorText(row.commit.authorName);
+    layout->initials = initialsOf(shownLine(row.commit.authorName));
     layouts_.insert(row.commit.hash, layout.release());
     return *layouts_.object(row.commit.hash);
 }
@@ -109,6 +151,21 @@ std::unique_ptr<HistoryRowPainter::RowLayout> HistoryRowPainter::makeLayout(cons
     return layout;
 }
 
+/// Makes the text of the date where it is another one than that of the layout.
+void HistoryRowPainter::showDate(RowLayout& layout, gitkit::Date date, gitkit::Date now)
+{
+    if (datesAreAbsolute_) {
+        if (layout.date.text().isEmpty())
+            layout.date = shaped(shortTime(date, locale_), font_);
+        return;
+    }
+    const RelativeDate when = RelativeDate::between(date, now);
+    if (when != layout.when || layout.date.text().isEmpty()) {
+        layout.when = when;
+        layout.date = dateText(when);
+    }
+}
+
 QStaticText HistoryRowPainter::authorText(const std::string& name)
 {
     const auto known = authors_.constFind(name);
@@ -116,7 +173,8 @@ QStaticText HistoryRowPainter::authorText(const std::string& name)
         return *known;
     if (authors_.size() >= keptAuthors)
         authors_.clear();
-    const QStaticText text = fitted(shownLine(name), font_, columns_.authorRight - columns_.authorLeft).text;
+    const QStaticText text =
+        fitted(shownLine(name), font_, columns_.authorRight - columns_.authorLeft - initialsRoom(columns_)).text;
     authors_.insert(name, text);
     return text;
 }
@@ -146,11 +204,13 @@ void HistoryRowPainter::takeDigits()
         digitWidth_ = std::max(digitWidth_, advance.x());
 }
 
-void HistoryRowPainter::drawHash(QPainter& painter, double left, double top, std::string_view hash) const
+/// Draws as many digits as there is room for, a short hash at least.
+void HistoryRowPainter::drawHash(QPainter& painter, double left, double right, double top, std::string_view hash) const
 {
-    std::array<quint32, 7> glyphs{};
-    std::array<QPointF, 7> places;
-    const std::size_t count = std::min(hash.size(), glyphs.size());
+    std::array<quint32, 64> glyphs{};
+    std::array<QPointF, 64> places;
+    const auto fitting = static_cast<std::size_t>(std::max(shortHash, (right - left) / digitWidth_ + 0.01));
+    const std::size_t count = std::min({hash.size(), glyphs.size(), fitting});
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t digit = std::string_view(hexDigits).find(hash[i]);
         if (digit != std::string_view::npos)
@@ -165,6 +225,21 @@ void HistoryRowPainter::drawHash(QPainter& painter, double left, double top, std
     painter.drawGlyphRun(QPointF(left, baseline), run);
 }
 
+void HistoryRowPainter::drawAuthor(QPainter& painter, const RowLayout& layout, const HistoryColumns& columns,
+                                   double top, const std::string& email) const
+{
+    const double room = initialsRoom(columns);
+    if (room > 0) {
+        const double size = room - initialsGap;
+        const QRectF square(columns.authorLeft, top + std::floor((rowHeight_ - size) / 2), size, size);
+        const QPen pen = painter.pen();
+        paintInitials(painter, square, layout.initials, email);
+        painter.setFont(font_);
+        painter.setPen(pen);
+    }
+    drawCentred(painter, columns.authorLeft + room, top, layout.author);
+}
+
 void HistoryRowPainter::drawCentred(QPainter& painter, double left, double top, const QStaticText& text) const
 {
     painter.drawStaticText(QPointF(left, top + std::round((rowHeight_ - text.size().height()) / 2)), text);
@@ -175,11 +250,7 @@ void HistoryRowPainter::paint(QPainter& painter, const HistoryRow& row, const Hi
 {
     const Theme& theme = Theme::current();
     RowLayout& layout = layoutOf(row, columns);
-    const RelativeDate when = RelativeDate::between(row.commit.date, now);
-    if (when != layout.when || layout.date.text().isEmpty()) {
-        layout.when = when;
-        layout.date = dateText(when);
-    }
+    showDate(layout, row.commit.date, now);
 
     layout.badges.paint(painter, {columns.subjectLeft, top + rowHeight_ / 2.0}, badgeFonts_, theme);
     painter.setFont(font_);
@@ -187,11 +258,11 @@ void HistoryRowPainter::paint(QPainter& painter, const HistoryRow& row, const Hi
     drawCentred(painter, layout.subjectLeft, top, layout.subject);
     painter.setPen(theme.secondaryText);
     if (columns.authorRight > columns.authorLeft)
-        drawCentred(painter, columns.authorLeft, top, layout.author);
+        drawAuthor(painter, layout, columns, top, row.commit.authorEmail);
     if (columns.dateRight > columns.dateLeft)
         drawCentred(painter, std::round(columns.dateRight - layout.date.size().width()), top, layout.date);
     if (columns.hashRight > columns.hashLeft)
-        drawHash(painter, columns.hashLeft, top, row.commit.shortHash());
+        drawHash(painter, columns.hashLeft, columns.hashRight, top, row.commit.hash);
 }
 
 QString HistoryRowPainter::toolTip(const HistoryRow& row, const HistoryColumns& columns, double x)
@@ -209,6 +280,13 @@ QString HistoryRowPainter::toolTip(const HistoryRow& row, const HistoryColumns& 
     if (x >= layout.subjectLeft && x < columns.subjectRight && layout.isSubjectCut)
         return shownText(commit.subject);
     return {};
+}
+
+std::vector<gitkit::RefLabel> HistoryRowPainter::collapsedLabels(const HistoryRow& row, const HistoryColumns& columns,
+                                                                 double x)
+{
+    const RowLayout& layout = layoutOf(row, columns);
+    return layout.badges.collapsedAt(x - columns.subjectLeft, row.commit.refs);
 }
 
 } // namespace plovik

@@ -27,11 +27,12 @@ class HistoryRowPainter {
 public:
     HistoryRowPainter() { reset(); }
 
-    /// Reads the application's fonts and locale, and drops every kept layout.
+    /// Reads the application's fonts and locale and what is chosen for the columns, and drops every kept layout.
     void reset();
 
     int rowHeight() const { return rowHeight_; }
-    HistoryColumns columns(double width, double graphWidth) const;
+    /// Returns the columns of a list of this width, whose graph has `lanes` lanes; 0 for one without a graph.
+    HistoryColumns columns(double width, int lanes) const;
 
     /// Draws a row whose top left corner is (0, top). Relative dates are relative to `now`.
     void paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, double top, gitkit::Date now);
@@ -39,12 +40,16 @@ public:
     /// Returns the tooltip of the part of the row under `x`, or an empty text when the part has none.
     QString toolTip(const HistoryRow& row, const HistoryColumns& columns, double x);
 
+    /// Returns the labels that have collapsed into the badge under `x`; none elsewhere.
+    std::vector<gitkit::RefLabel> collapsedLabels(const HistoryRow& row, const HistoryColumns& columns, double x);
+
 private:
     struct RowLayout {
         std::vector<gitkit::RefLabel> labels;
         RefBadges badges;
         double subjectLeft = 0;
         QStaticText subject, author, date;
+        QString initials;
         RelativeDate when;
         bool isSubjectCut = false;
     };
@@ -52,9 +57,13 @@ private:
     RowLayout& layoutOf(const HistoryRow& row, const HistoryColumns& columns);
     std::unique_ptr<RowLayout> makeLayout(const gitkit::Commit& commit) const;
     QStaticText authorText(const std::string& name);
+    void takeWidths();
+    void showDate(RowLayout& layout, gitkit::Date date, gitkit::Date now);
+    void drawAuthor(QPainter& painter, const RowLayout& layout, const HistoryColumns& columns, double top,
+                    const std::string& email) const;
     QStaticText dateText(const RelativeDate& when);
     void takeDigits();
-    void drawHash(QPainter& painter, double left, double top, std::string_view hash) const;
+    void drawHash(QPainter& painter, double left, double right, double top, std::string_view hash) const;
     void drawCentred(QPainter& painter, double left, double top, const QStaticText& text) const;
 
     QLocale locale_;
@@ -64,6 +73,9 @@ private:
     double digitWidth_ = 0;
     RefBadges::Fonts badgeFonts_;
     HistoryColumns::Widths widths_;
+    bool hasGraph_ = true;
+    double mostGraph_ = 0; ///< the width chosen for the graph; 0 when none is
+    bool datesAreAbsolute_ = false;
     int rowHeight_ = 28;
 
     HistoryColumns columns_; ///< the columns of the kept layouts

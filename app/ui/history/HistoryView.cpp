@@ -32,7 +32,7 @@ HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
                              leastListHeight, list_, detail_);
     blank_->setAutoFillBackground(true);
     blank_->setBackgroundRole(QPalette::Base);
-    for (QWidget* page : {content_, blank_, static_cast<QWidget*>(empty_)})
+    for (QWidget* page : {static_cast<QWidget*>(content_), blank_, static_cast<QWidget*>(empty_)})
         pages_->addWidget(page);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -47,6 +47,7 @@ HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
     connect(find, &QShortcut::activated, this, &HistoryView::focusSearch);
     setFocusProxy(list_);
     observe();
+    showDetail();
     showPage();
 }
 
@@ -61,10 +62,15 @@ void HistoryView::observe()
     notifiers_.push_back(store_.history().isHistoryFiltered.addNotifier(shows));
     notifiers_.push_back(store_.history().isSearching.addNotifier(shows));
 
+    notifiers_.push_back(store_.window().selectedCommit.addNotifier([this] { showDetail(); }));
+
     const auto grown = [this] { searchRow_->setGrowing(false); };
     notifiers_.push_back(store_.history().history.addNotifier(grown));
     notifiers_.push_back(store_.snapshot().generation.addNotifier(grown));
 }
+
+/// Without a selected commit the list has all the room.
+void HistoryView::showDetail() { content_->setSizedVisible(store_.window().selectedCommit.value().has_value()); }
 
 void HistoryView::focusSearch() { searchRow_->focusSearch(); }
 

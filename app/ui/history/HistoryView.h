@@ -16,6 +16,7 @@ class CommitDetailView;
 class EmptyState;
 class HistoryList;
 class HistorySearchRow;
+class SplitPane;
 
 /// The history of a repository: search, commit list, and the selected commit below. Shows the store, which must outlive
 /// it. Main thread.
@@ -39,6 +40,7 @@ private:
     };
 
     void observe();
+    void showDetail();
     void growPage();
     void showPage();
     Nothing nothing() const;
@@ -48,7 +50,7 @@ private:
     HistorySearchRow* searchRow_;
     HistoryList* list_;
     CommitDetailView* detail_;
-    QWidget* content_; ///< the list and the commit below it
+    SplitPane* content_; ///< the list and the commit below it
     QWidget* blank_;
     EmptyState* empty_;
     QPushButton* wayOutButton_;

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <tuple>
 
 namespace plovik {
 
@@ -32,11 +31,30 @@ struct Ink {
     QColor fill, border, text;
 };
 
+/// The lower, the further in front.
+int rankOf(const gitkit::RefLabel& label)
+{
+    using Kind = gitkit::RefLabel::Kind;
+    if (label.isHead)
+        return 0;
+    switch (label.kind) {
+    case Kind::head:
+        return 0;
+    case Kind::localBranch:
+        return label.isDefault ? 1 : 4;
+    case Kind::remoteBranch:
+        return label.isDefault ? 2 : 5;
+    case Kind::tag:
+        break;
+    }
+    return 3;
+}
+
 std::vector<std::size_t> shownOrder(const std::vector<gitkit::RefLabel>& labels)
 {
     std::vector<std::size_t> order(labels.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::sort(order, {}, [&labels](std::size_t i) { return std::tuple(!labels[i].isHead, labels[i].kind, i); });
+    std::ranges::sort(order, {}, [&labels](std::size_t i) { return std::pair(rankOf(labels[i]), i); });
     return order;
 }
 
@@ -164,12 +182,29 @@ void RefBadges::paintBadge(QPainter& painter, const Badge& badge, QPointF middle
     painter.drawStaticText(QPointF(textLeft, std::round(middleLeft.y() - badge.text.size().height() / 2)), badge.text);
 }
 
+const RefBadges::Badge* RefBadges::badgeAt(double x) const
+{
+    const auto hit = std::ranges::find_if(
+        badges_, [x](const Badge& badge) { return x >= badge.left && x < badge.left + badge.width; });
+    return hit == badges_.end() ? nullptr : &*hit;
+}
+
+std::vector<gitkit::RefLabel> RefBadges::collapsedAt(double x, const std::vector<gitkit::RefLabel>& labels) const
+{
+    const Badge* const hit = badgeAt(x);
+    std::vector<gitkit::RefLabel> collapsed;
+    if (!hit || hit->look != Look::more || labels.size() != order_.size())
+        return collapsed;
+    for (std::size_t i = hit->place; i < order_.size(); ++i)
+        collapsed.push_back(labels[order_[i]]);
+    return collapsed;
+}
+
 QString RefBadges::namesAt(double x, const std::vector<gitkit::RefLabel>& labels) const
 {
     constexpr std::size_t mostNames = 30;
-    const auto hit = std::ranges::find_if(
-        badges_, [x](const Badge& badge) { return x >= badge.left && x < badge.left + badge.width; });
-    if (hit == badges_.end() || labels.size() != order_.size())
+    const Badge* const hit = badgeAt(x);
+    if (!hit || labels.size() != order_.size())
         return {};
     if (hit->look != Look::more)
         return shownText(labels[order_[hit->place]].name);

@@ -11,8 +11,8 @@
 
 namespace plovik {
 
-/// The labels before a commit's subject, side by side in this order: the checked out one, other branches, remote
-/// branches, tags. Labels that do not fit collapse into "+N". Main thread.
+/// The labels before a commit's subject, side by side in this order: the checked out one, the default branch and its
+/// remote one, tags, other branches, other remote branches. Labels that do not fit collapse into "+N". Main thread.
 class RefBadges {
 public:
     struct Fonts {
@@ -37,6 +37,9 @@ public:
     /// are the labels that were laid out.
     QString namesAt(double x, const std::vector<gitkit::RefLabel>& labels) const;
 
+    /// Returns the labels that have collapsed into the badge under `x`.
+    std::vector<gitkit::RefLabel> collapsedAt(double x, const std::vector<gitkit::RefLabel>& labels) const;
+
 private:
     enum class Look { checkedOut, local, remote, tag, more };
     struct Badge {
@@ -47,6 +50,7 @@ private:
         std::size_t place = 0; ///< the label's index in `order_`; for `more` that of the first collapsed label
     };
 
+    const Badge* badgeAt(double x) const;
     static Look lookOf(const gitkit::RefLabel& label);
     static Badge makeBadge(Look look, const QString& name, double maxWidth, const Fonts& fonts);
     void paintBadge(QPainter& painter, const Badge& badge, QPointF middleLeft, const Fonts& fonts,

@@ -91,6 +91,16 @@ QString absoluteDate(gitkit::Date date, const QLocale& locale)
              locale.toString(local.time(), shortTimeFormat(locale)));
 }
 
+QString shortTime(gitkit::Date date, const QLocale& locale)
+{
+    const QDateTime local = localTime(date);
+    if (date == gitkit::Date{} || !local.isValid())
+        return Text::tr("no date");
+    return Text::tr("%1 %2", "date, time, both short")
+        .arg(locale.toString(local.date(), QLocale::ShortFormat),
+             locale.toString(local.time(), shortTimeFormat(locale)));
+}
+
 QString shortTimeFormat(const QLocale& locale)
 {
     // The short format of the C locale has seconds, which are not wanted here.

@@ -28,6 +28,8 @@ struct RelativeDate {
 
 /// Returns date and time in the locale's long form, for tooltips and details.
 QString absoluteDate(gitkit::Date date, const QLocale& locale);
+/// Returns date and time in the locale's short form, for lists.
+QString shortTime(gitkit::Date date, const QLocale& locale);
 /// Returns the locale's short format for hours and minutes.
 QString shortTimeFormat(const QLocale& locale);
 
