@@ -48,6 +48,7 @@ inline constexpr Setting<const char*> codeFontName{"codeFontName", ""};
 inline constexpr Setting<double> codeFontSize{"codeFontSize", 12};
 inline constexpr Setting<const char*> externalEditorPath{"externalEditorPath", ""}; ///< empty: the desktop's default
 inline constexpr Setting<bool> keepsIndexes{"keepIndexOfLargeRepositories", true};
+inline constexpr Setting<bool> checksSpelling{"checkSpelling", true};
 inline constexpr Setting<bool> diffSideBySide{"diffSideBySide", false};
 inline constexpr Setting<bool> diffIgnoresWhiteSpace{"diffIgnoresWhiteSpace", false};
 

@@ -183,6 +183,23 @@
     </message>
 </context>
 <context>
+    <name>plovik::AmendNote</name>
+    <message numerus="yes">
+        <source>Holds %n file(s) of the last commit: %1, …</source>
+        <translation>
+            <numerusform>Holds %n file of the last commit: %1, …</numerusform>
+            <numerusform>Holds %n files of the last commit: %1, …</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Holds %n file(s) of the last commit: %1</source>
+        <translation>
+            <numerusform>Holds %n file of the last commit: %1</numerusform>
+            <numerusform>Holds %n files of the last commit: %1</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::BlameModel</name>
     <message numerus="yes">
         <source>… %Ln more character(s)</source>

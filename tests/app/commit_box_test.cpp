@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/CommitDrafts.h"
 #include "app/settings/Settings.h"
+#include "app/store/MessageFormat.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
 #include "app/ui/widgets/RowPainting.h"
+#include "app/ui/workingcopy/BodyField.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
 #include "tests/app/GivenRunning.h"
 #include "tests/app/NoTarget.h"
@@ -22,10 +24,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBlock>
 
 #include <gtest/gtest.h>
 
@@ -273,12 +277,14 @@ TEST(CommitBox, KeepsTheMessageOfACommitThatFails)
     EXPECT_TRUE(window.subject->hasFocus());
 }
 
-TEST(CommitBox, TellsTheLengthOfTheSubject)
+TEST(CommitBox, TellsTheLengthOfALongSubject)
 {
     Window window(TestRepository().path());
+    window.subject->setText(QString(49, u'x'));
     EXPECT_EQ(window.length->text(), QString());
-    window.subject->setText(u"\U0001F600é"_s);
-    EXPECT_EQ(window.length->text(), u"2"_s);
+    EXPECT_EQ(window.subject->accessibleDescription(), u"49 characters."_s);
+    window.subject->setText(u"\U0001F600"_s + QString(49, u'x'));
+    EXPECT_EQ(window.length->text(), u"50"_s);
     const auto color = [&] { return window.length->palette().color(QPalette::WindowText); };
     const QColor quiet = color();
     window.subject->setText(QString(72, u'x'));
@@ -288,6 +294,101 @@ TEST(CommitBox, TellsTheLengthOfTheSubject)
     EXPECT_NE(plain, quiet);
     EXPECT_NE(color(), plain);
     EXPECT_TRUE(window.length->font().bold());
+}
+
+TEST(CommitBox, SaysWhatAnAmendedCommitHoldsAndWhoMayHaveIt)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one").write("b b", "1").write("c", "1").git({"add", "."}).commit("two");
+    Window window(repo.path());
+    const auto* const files = window.named<QLabel>(u"Amended Files"_s);
+    const auto* const published = window.named<QLabel>(u"Amended Commit Published"_s);
+    EXPECT_FALSE(files->isVisible());
+    window.amend->click();
+    ASSERT_TRUE(window.worker.settle());
+    EXPECT_EQ(files->text(), u"Holds 2 files of the last commit: b b, c"_s);
+    EXPECT_FALSE(published->isVisible());
+    repo.git({"update-ref", "refs/remotes/origin/main", "HEAD"});
+    window.amend->click();
+    window.amend->click();
+    ASSERT_TRUE(window.worker.settle());
+    EXPECT_TRUE(published->text().contains(u"origin/main"_s)) << published->text().toStdString();
+}
+
+TEST(CommitBox, AddsTrailersFromItsMenu)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one");
+    Window window(repo.path());
+    window.body->setPlainText(u"Why"_s);
+    const auto choose = [&](const QString& title) {
+        window.named<QAbstractButton>(u"Commit Message Options"_s)->click();
+        QMenu* menu = window.view.findChild<QMenu*>();
+        for (QAction* action : menu->findChildren<QAction*>())
+            if (action->text() == title)
+                action->trigger();
+        for (QMenu* sub : menu->findChildren<QMenu*>())
+            for (QAction* action : sub->actions())
+                if (action->text() == title)
+                    action->trigger();
+        delete menu;
+        EXPECT_TRUE(window.worker.settle());
+    };
+    const QString me = QString::fromStdString(repo.read({"log", "-1", "--format=%an <%ae>"})).trimmed();
+    choose(u"Sign Off"_s);
+    choose(u"Sign Off"_s);
+    const QString committer = QString::fromStdString(repo.read({"log", "-1", "--format=%cn <%ce>"})).trimmed();
+    EXPECT_EQ(window.body->toPlainText(), u"Why\n\nSigned-off-by: "_s + committer) << "once is enough";
+    choose(me);
+    EXPECT_TRUE(window.body->toPlainText().endsWith(committer + u"\nCo-authored-by: "_s + me));
+    EXPECT_EQ(window.view.window()->focusWidget(), window.body);
+}
+
+TEST(CommitBox, UnderlinesWhatNoDictionaryHas)
+{
+    struct Dictionary : SpellChecker {
+        bool isRight(const QString& word) const override { return word != u"wrnog"_s && word != u"teh"_s; }
+        QStringList suggestions(const QString&) const override { return {u"wrong"_s}; }
+    };
+    Window window(TestRepository().path());
+    auto* const body = qobject_cast<BodyField*>(window.body);
+    body->checkSpelling(std::make_unique<Dictionary>());
+    const auto marked = [&](const QString& text) {
+        body->setPlainText(text);
+        QStringList words;
+        for (QTextBlock block = body->document()->begin(); block.isValid(); block = block.next())
+            for (const auto& range : block.layout()->formats())
+                words << block.text().mid(range.start, range.length);
+        return words.join(u' ');
+    };
+    EXPECT_EQ(marked(u"A wrnog word, (teh) end."_s), u"wrnog teh"_s);
+    EXPECT_EQ(marked(u"two-wrnog-words"_s), u"wrnog"_s);
+    EXPECT_EQ(marked(u"`wrnog` teh_teh teh.cpp tehTeh WRNOG teh2"_s), QString()) << "names of the code";
+    EXPECT_EQ(marked(u"    wrnog\nFixes: teh"_s), QString());
+    EXPECT_EQ(window.store.draft().commitBody.value(), u"    wrnog\nFixes: teh"_s);
+    EXPECT_EQ(marked(u"teh"_s), u"teh"_s);
+    body->stopCheckingSpelling();
+    EXPECT_EQ(body->document()->begin().layout()->formats().size(), 0);
+}
+
+TEST(MessageFormat, WrapsWhatIsTooLongAndLeavesTheRest)
+{
+    const QString words = QString(u"word "_s).repeated(20).trimmed(); // 99 characters
+    const QString filled =
+        QString(u"word "_s).repeated(14).trimmed() + u'\n' + QString(u"word "_s).repeated(6).trimmed();
+    using messageFormat::wrapped;
+    EXPECT_EQ(wrapped(words), filled);
+    EXPECT_EQ(wrapped(u"short\nlines"_s), u"short\nlines"_s);
+    EXPECT_EQ(wrapped(u"- "_s + words).section(u'\n', 1), u"  "_s + QString(u"word "_s).repeated(6).trimmed());
+    for (const QString& kept : {u"    "_s + words, u"> "_s + words, u"Fixes: "_s + words, QString(100, u'x')})
+        EXPECT_EQ(wrapped(kept), kept);
+    EXPECT_EQ(wrapped(words + u"\n\n    code\n"_s), filled + u"\n\n    code\n"_s);
+
+    using messageFormat::withTrailer;
+    EXPECT_EQ(withTrailer({}, u"A: b"_s), u"A: b"_s);
+    EXPECT_EQ(withTrailer(u"Why: because\nof that\n"_s, u"A: b"_s), u"Why: because\nof that\n\nA: b"_s);
+    EXPECT_EQ(withTrailer(u"Why.\n\nC: d"_s, u"A: b"_s), u"Why.\n\nC: d\nA: b"_s);
+    EXPECT_EQ(withTrailer(u"Why.\n\nC: d\nA: B"_s, u"A: b"_s), u"Why.\n\nC: d\nA: B"_s);
 }
 
 TEST(CommitBox, SplitsAPastedMessage)

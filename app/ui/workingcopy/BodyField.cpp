@@ -1,21 +1,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/BodyField.h"
 
-#include "app/ui/widgets/Theme.h"
+#include "app/settings/CodeFont.h"
+#include "app/settings/Settings.h"
+#include "app/store/MessageFormat.h"
+#include "app/ui/widgets/ThemeFollowing.h"
+#include "app/ui/workingcopy/SpellingMarks.h"
 
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyleOptionFrame>
 #include <QTextBlock>
 #include <QTextLayout>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cmath>
 
 namespace plovik {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-constexpr int guideColumn = 72;
+constexpr int guideColumn = messageFormat::bodyColumns;
 constexpr int fewestLines = 5;
 constexpr int mostLines = 12;
 
@@ -41,8 +51,58 @@ BodyField::BodyField(QWidget* parent) : QPlainTextEdit(parent)
     setFrameShape(NoFrame);
     viewport()->setAutoFillBackground(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    followFont(*this, &CodeFont::current);
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key.startsWith(u"codeFont"_s))
+            followFont(*this, &CodeFont::current);
+        limitLines();
+    });
     connect(document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged, this,
             [this] { updateGeometry(); });
+}
+
+void BodyField::checkSpelling(std::unique_ptr<SpellChecker> checker)
+{
+    stopCheckingSpelling();
+    spelling_ = new SpellingMarks(*this, std::move(checker));
+}
+
+void BodyField::stopCheckingSpelling()
+{
+    delete spelling_;
+    spelling_ = nullptr;
+}
+
+/// Returns where the guide column stands in the viewport.
+double BodyField::guideX() const
+{
+    return document()->documentMargin() + guideColumn * QFontMetricsF(font()).horizontalAdvance(u'0');
+}
+
+/// Leaves what is right of the guide empty, so that lines break there.
+void BodyField::limitLines()
+{
+    const int room = width() - 2 * frameWidth() - verticalScrollBar()->sizeHint().width();
+    const int wanted = static_cast<int>(std::ceil(guideX() + document()->documentMargin()));
+    const QMargins margins(0, 0, std::max(0, room - wanted), 0);
+    if (viewportMargins() != margins)
+        setViewportMargins(margins);
+}
+
+void BodyField::resizeEvent(QResizeEvent* event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    limitLines();
+}
+
+void BodyField::contextMenuEvent(QContextMenuEvent* event)
+{
+    QMenu* const menu = createStandardContextMenu(event->pos());
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    if (spelling_ && !isReadOnly())
+        spelling_->addSuggestions(*menu, (isByKey ? textCursor() : cursorForPosition(event->pos())).position());
+    menu->popup(isByKey ? viewport()->mapToGlobal(cursorRect().bottomLeft()) : event->globalPos());
 }
 
 QString BodyField::text() const
@@ -80,6 +140,9 @@ void BodyField::paintEvent(QPaintEvent* event)
     QPlainTextEdit::paintEvent(event);
     QPainter painter(viewport());
     painter.setPen(Theme::current().controlBorder);
+    // A pixel beyond the last column, where no letter reaches.
+    if (viewportMargins().right() > 0)
+        painter.drawLine(QPointF(guideX() + 0.5, 0), QPointF(guideX() + 0.5, viewport()->height()));
     QPointF offset = contentOffset();
     for (QTextBlock block = firstVisibleBlock(); block.isValid() && offset.y() < viewport()->height();
          block = block.next())

@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/platform/SpellChecker.h"
+
 #include <QPlainTextEdit>
+
+#include <memory>
 
 namespace plovik {
 
-/// The editor for the body of a commit message. It grows with its text from five lines to twelve, and marks the 72nd
-/// column in every line that is longer. Main thread.
+class SpellingMarks;
+
+/// The editor for the body of a commit message, in the code's font. It grows with its text from five lines to twelve. In
+/// a wide window its lines end at the 72nd column, which a guide shows; in a narrow one the column is marked in every
+/// line that is longer. Words are checked where the system has a dictionary. Main thread.
 class BodyField : public QPlainTextEdit {
     Q_OBJECT
 
@@ -21,6 +28,10 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
+    /// Underlines the words that `checker` does not know.
+    void checkSpelling(std::unique_ptr<SpellChecker> checker);
+    void stopCheckingSpelling();
+
 Q_SIGNALS:
     void focusChanged(bool hasFocus);
 
@@ -28,6 +39,14 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    double guideX() const;
+    void limitLines();
+
+    SpellingMarks* spelling_ = nullptr; ///< null while nothing is checked
 };
 
 /// A frame around a body field that looks like that of the other fields. Becomes the parent of the field.

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/CommitBox.h"
 
+#include "app/platform/SpellChecker.h"
 #include "app/settings/CommitDrafts.h"
+#include "app/settings/Settings.h"
 #include "app/store/Obstacles.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
+#include "app/ui/workingcopy/AmendNote.h"
 #include "app/ui/workingcopy/BodyField.h"
 #include "app/ui/workingcopy/MessageButtons.h"
 #include "app/ui/workingcopy/SubjectField.h"
@@ -74,10 +77,16 @@ void CommitBox::arrange()
     column->addWidget(subject_);
     column->addWidget(panel);
     column->addLayout(buttons);
+    column->addWidget(new AmendNote(store_, this));
+    connect(writing, &MessageButtons::bodyExtended, this, [this] {
+        body_->moveCursor(QTextCursor::End);
+        body_->setFocus(Qt::OtherFocusReason);
+    });
     // Otherwise the body would come last, and spaces typed for it would press the buttons before it.
     setTabOrder(subject_, body_);
     setTabOrder(body_, amend_);
-    setTabOrder(writing->lastInTabOrder(), commit_);
+    setTabOrder(amend_, commit_);
+    setTabOrder(commit_, writing->firstInTabOrder());
 }
 
 void CommitBox::connectFields()
@@ -91,7 +100,15 @@ void CommitBox::connectFields()
 
     connect(&draftDelay_, &QTimer::timeout, this, &CommitBox::keepDraft);
     connect(subject_, &SubjectField::focusLost, this, &CommitBox::keepDraftIfWaiting);
-    connect(body_, &BodyField::focusChanged, this, &CommitBox::keepDraftIfWaiting);
+    connect(body_, &BodyField::focusChanged, this, [this](bool hasFocus) {
+        keepDraftIfWaiting();
+        if (hasFocus)
+            spellingChosen();
+    });
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key == QLatin1StringView(settings::checksSpelling.key))
+            spellingChosen();
+    });
     connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
         keepDraftIfWaiting();
         commitDrafts::finishWriting();
@@ -234,6 +251,26 @@ void CommitBox::keepDraftIfWaiting()
 {
     if (draftDelay_.isActive())
         keepDraft();
+}
+
+/// Looks for a dictionary when the body is first entered, so that a window opens without waiting for it.
+void CommitBox::spellingChosen()
+{
+    const bool isWanted = Settings::shared().value(settings::checksSpelling);
+    if (!isWanted)
+        body_->stopCheckingSpelling();
+    if (isWanted != hasDictionary_ && isWanted)
+        launch(checkingSpelling());
+    hasDictionary_ = isWanted;
+}
+
+QCoro::Task<> CommitBox::checkingSpelling()
+{
+    const QPointer<CommitBox> self(this);
+    auto checker = co_await store_.git().run<std::unique_ptr<SpellChecker>>(
+        Worker::Lane::shortRead, [locale = QLocale()] { return makeSpellChecker(locale); });
+    if (self && checker && hasDictionary_)
+        body_->checkSpelling(std::move(checker));
 }
 
 void CommitBox::hideEvent(QHideEvent* event)

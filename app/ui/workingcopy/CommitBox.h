@@ -54,6 +54,8 @@ private:
     QString whyNotCommit() const;
     void keepDraft();
     void keepDraftIfWaiting();
+    QCoro::Task<> checkingSpelling();
+    void spellingChosen();
 
     RepositoryStore& store_;
     SubjectField* subject_;
@@ -61,9 +63,10 @@ private:
     QCheckBox* amend_;
     QPushButton* commit_;
     QTimer draftDelay_;
-    bool isUpdating_ = false;   ///< the fields change because of the store, not because of the user
-    bool isTyping_ = false;     ///< the store changes because of the fields
-    bool isCommitting_ = false; ///< a commit is running
+    bool hasDictionary_ = false; ///< it was looked for
+    bool isUpdating_ = false;    ///< the fields change because of the store, not because of the user
+    bool isTyping_ = false;      ///< the store changes because of the fields
+    bool isCommitting_ = false;  ///< a commit is running
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -2,6 +2,9 @@
 #include "app/ui/workingcopy/MessageButtons.h"
 
 #include "app/settings/Settings.h"
+#include "app/store/MessageFormat.h"
+#include "app/store/ShownText.h"
+#include "app/store/readers/AmendReaders.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -13,11 +16,19 @@
 #include <QMenu>
 #include <QPushButton>
 
+#include <algorithm>
+#include <map>
+#include <ranges>
 #include <utility>
 
 namespace plovik {
 
+using namespace Qt::StringLiterals;
+
 namespace {
+
+constexpr std::size_t lookedAtCommits = 300;
+constexpr std::size_t offeredAuthors = 10;
 
 QCoro::Task<> ignoringResult(QCoro::Task<bool> task) { co_await task; }
 
@@ -49,7 +60,7 @@ MessageButtons::MessageButtons(RepositoryStore& store, QWidget* parent)
     showState();
 }
 
-QWidget* MessageButtons::lastInTabOrder() const { return cancel_; }
+QWidget* MessageButtons::firstInTabOrder() const { return write_; }
 
 void MessageButtons::arrange()
 {
@@ -77,10 +88,71 @@ void MessageButtons::showMenu()
 {
     auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const Command& writing = command(CommandId::writeMessage);
-    menu->addAction(writing.title(), this, &MessageButtons::write)->setEnabled(writing.isOffered(store_));
-    addCommand(*menu, store_, CommandId::showWhatIsSent);
+    addTrailers(*menu);
+    menu->addSeparator();
+    menu->addAction(tr("Wrap Body at %1 Columns").arg(messageFormat::bodyColumns), this,
+                    [this] { store_.draft().setBody(messageFormat::wrapped(store_.draft().commitBody.value())); });
+    QAction* const spelling = menu->addAction(tr("Check Spelling"));
+    spelling->setCheckable(true);
+    spelling->setChecked(Settings::shared().value(settings::checksSpelling));
+    connect(spelling, &QAction::toggled, menu,
+            [](bool isOn) { Settings::shared().set(settings::checksSpelling, isOn); });
+    if (Settings::shared().value(settings::aiEnabled)) {
+        menu->addSeparator();
+        const Command& writing = command(CommandId::writeMessage);
+        menu->addAction(writing.title(), this, &MessageButtons::write)->setEnabled(writing.isOffered(store_));
+        addCommand(*menu, store_, CommandId::showWhatIsSent);
+    }
     menu->popup(more_->mapToGlobal(QPoint(0, more_->height())));
+}
+
+/// Offers those who wrote the newest commits of the history as co-authors, the most frequent first.
+void MessageButtons::addTrailers(QMenu& menu)
+{
+    menu.addAction(tr("Sign Off"), this, [this] { launch(signingOff()); })
+        ->setToolTip(tr("Add a Signed-off-by line with your name"));
+    QMenu* const people = menu.addMenu(tr("Add Co-Author"));
+    std::map<std::string, int> commits;
+    const HistoryRows& rows = store_.history().history.value();
+    for (std::size_t row = 0; row < std::min(rows.size(), lookedAtCommits); ++row) {
+        const gitkit::Commit commit = rows[row].commit;
+        ++commits[commit.authorName + " <" + commit.authorEmail + '>'];
+    }
+    std::vector<std::pair<int, std::string>> authors;
+    for (const auto& [author, count] : commits)
+        authors.emplace_back(-count, author);
+    std::ranges::sort(authors);
+    for (const auto& [count, author] : authors | std::views::take(offeredAuthors)) {
+        const QString shown = shownText(author);
+        people->addAction(plainMenuText(shown), this, [this, shown] { extendBody(u"Co-authored-by: "_s + shown); });
+    }
+    if (!authors.empty())
+        people->addSeparator();
+    people->addAction(tr("Another Person"), this, [this] { extendBody(u"Co-authored-by: "_s); });
+}
+
+void MessageButtons::extendBody(const QString& trailer)
+{
+    store_.draft().setBody(messageFormat::withTrailer(store_.draft().commitBody.value(), trailer));
+    Q_EMIT bodyExtended();
+}
+
+QCoro::Task<> MessageButtons::signingOff()
+{
+    const QPointer<MessageButtons> self(this);
+    std::optional<Failure> failure;
+    std::string identity;
+    try {
+        identity = co_await store_.git().read(readIdentity);
+    } catch (const std::exception& thrown) {
+        failure = failureOf(thrown);
+    }
+    if (!self)
+        co_return;
+    if (failure)
+        store_.window().report(*failure);
+    else
+        extendBody(u"Signed-off-by: "_s + shownText(identity));
 }
 
 void MessageButtons::showState()
@@ -88,8 +160,8 @@ void MessageButtons::showState()
     const bool isOffered = Settings::shared().value(settings::aiEnabled);
     const bool isWriting = store_.draft().generatingMessage.value();
     const bool hadFocus = cancel_->hasFocus();
-    for (QWidget* const widget : {static_cast<QWidget*>(write_), static_cast<QWidget*>(more_)})
-        widget->setVisible(isOffered && !isWriting);
+    write_->setVisible(isOffered && !isWriting);
+    more_->setVisible(!isWriting);
     for (QWidget* const widget :
          {static_cast<QWidget*>(spinner_), static_cast<QWidget*>(writing_), static_cast<QWidget*>(cancel_)})
         widget->setVisible(isWriting);

@@ -9,6 +9,7 @@
 #include <vector>
 
 class QLabel;
+class QMenu;
 class QPushButton;
 
 namespace plovik {
@@ -16,8 +17,8 @@ namespace plovik {
 class IconButton;
 class Spinner;
 
-/// The button that has a commit message written, with its menu. While a message is being written, a spinner and "Cancel"
-/// take their place. Shown only while the settings enable it. Main thread.
+/// The menu of what can be done with a commit message, and the button that has one written, which is shown only while the
+/// settings enable it. While a message is being written, a spinner and "Cancel" take their place. Main thread.
 class MessageButtons : public QWidget {
     Q_OBJECT
 
@@ -25,13 +26,20 @@ public:
     /// `store` outlives the buttons.
     explicit MessageButtons(RepositoryStore& store, QWidget* parent = nullptr);
 
-    QWidget* lastInTabOrder() const;
+    QWidget* firstInTabOrder() const;
+
+Q_SIGNALS:
+    /// Something was added at the end of the body, where the user may want to go on.
+    void bodyExtended();
 
 private:
     void arrange();
     void write();
     void showMenu();
     void showState();
+    void addTrailers(QMenu& menu);
+    void extendBody(const QString& trailer);
+    QCoro::Task<> signingOff();
 
     RepositoryStore& store_;
     IconButton* write_;

@@ -94,7 +94,7 @@ void SubjectField::takeOutLines(const QString& text)
 void SubjectField::showLength()
 {
     const qsizetype length = text().toUcs4().size();
-    length_->setText(length > 0 ? QString::number(length) : QString());
+    length_->setText(length >= quietLength ? QString::number(length) : QString());
     const bool isTooLong = length > longestLength;
     followColor(*length_, QPalette::WindowText,
                 isTooLong              ? &Theme::statusModified

@@ -7,8 +7,8 @@ class QLabel;
 
 namespace plovik {
 
-/// The editor for the first line of a commit message. It shows the length in characters: grey up to 50, plain up to 72,
-/// and in the colour of a warning beyond. Of pasted lines it keeps the first. Main thread.
+/// The editor for the first line of a commit message. It shows the length in characters from 50 on, and beyond 72 in
+/// the colour of a warning. Of pasted lines it keeps the first. Main thread.
 class SubjectField : public QLineEdit {
     Q_OBJECT
 
