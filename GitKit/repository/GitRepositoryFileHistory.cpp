@@ -39,7 +39,6 @@ std::vector<FileRevision> GitRepository::fileLog(const std::string& path, const 
 std::vector<BlameLine> GitRepository::blame(const std::string& path, const std::optional<std::string>& revision) const
 {
     Arguments arguments{"blame", "--porcelain", "--no-textconv"};
-    const std::size_t options = arguments.size();
     if (revision)
         arguments.push_back(revisionArgument("blame", *revision));
     arguments.insert(arguments.end(), {"--", path});
@@ -50,7 +49,7 @@ std::vector<BlameLine> GitRepository::blame(const std::string& path, const std::
         if (error.kind() != ErrorKind::ignoreListMissing)
             throw;
     }
-    arguments.insert(arguments.begin() + static_cast<std::ptrdiff_t>(options), "--no-ignore-revs-file");
+    arguments.insert(arguments.begin() + 1, "--no-ignore-revs-file");
     return BlameParser::parse(runner_.bytes(arguments));
 }
 

@@ -123,8 +123,7 @@ std::optional<Kept> finishKeeping(const GitRepository& repo, const fs::path& fol
     dropShared(repo, folder, files);
     try {
         writeKeptList(folder, files);
-    } catch (const GitError&) {
-        // The list from before the discard names the same copies.
+    } catch (const GitError&) { // NOLINT(bugprone-empty-catch): the list of before names the same copies
     }
     return keptIn(folder);
 }

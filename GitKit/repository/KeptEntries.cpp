@@ -104,7 +104,7 @@ bool restoreEntries(const GitRepository& repo, const std::filesystem::path& fold
         const auto staged = bytesOf(stagedCopy(folder, file), largestStaged);
         if (!staged)
             return false;
-        repo.runner().accepted({"hash-object", "-w", "--no-filters", "--stdin"}, {.input = *staged});
+        repo.runner().accepted({"hash-object", "-w", "--no-filters", "--stdin"}, {.input = staged});
     }
     const std::string& any = now.empty() ? file.entriesBefore.front() : now.front();
     const std::size_t digits = any.find(' ', 7) - 7;

@@ -248,7 +248,7 @@ std::string withoutComments(const GitRepository& repo, const std::string& messag
         return message;
     // What a person wrote may begin with "#", too.
     if (std::optional<std::string> written = writtenMessage(message))
-        return repo.runner().bytes({"stripspace"}, {.input = std::move(*written)});
+        return repo.runner().bytes({"stripspace"}, {.input = std::move(written)});
     RunOptions options{.input = message};
     if (const auto mark = commentCharacter(message))
         options.settings.push_back(std::string("core.commentChar=") + *mark);

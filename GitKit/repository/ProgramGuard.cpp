@@ -36,7 +36,7 @@ std::int64_t nanosecondsOf(const timespec& time)
 std::filesystem::path ordinaryGitDirectory(const std::filesystem::path& root)
 {
     std::error_code ignored;
-    const std::filesystem::path entry = root / ".git";
+    std::filesystem::path entry = root / ".git";
     if (std::filesystem::is_directory(entry, ignored))
         return entry;
     constexpr std::string_view start = "gitdir: ";

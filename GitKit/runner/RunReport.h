@@ -8,6 +8,7 @@
 #include <chrono>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace gitkit {
 
@@ -29,7 +30,7 @@ public:
             listener_->printed(run_, stream, bytes);
     }
 
-    void ended(RunEnd end) const { ended(end, Clock::now() - began_); }
+    void ended(RunEnd end) const { ended(std::move(end), Clock::now() - began_); }
     /// `worked` is the time without that in which nobody took what the program printed.
     void ended(RunEnd end, std::chrono::steady_clock::duration worked) const
     {

@@ -45,7 +45,7 @@ std::shared_future<void>& writing()
 }
 
 /// Runs `write` on another thread, or on this one where none can be started.
-void startWriting(std::function<void()> write)
+void startWriting(const std::function<void()>& write)
 {
     try {
         writing() = std::async(std::launch::async, [before = writing(), write]() mutable {

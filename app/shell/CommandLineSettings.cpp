@@ -53,7 +53,7 @@ CommandLineCommands commandLineCommands(const CommandLineTool& tool, Worker& wor
 {
     CommandLineCommands commands;
     commands.state = [tool] { return stateOf(tool); };
-    commands.install = [tool, &worker](std::function<void(QString)> finished) {
+    commands.install = [tool, &worker](const std::function<void(QString)>& finished) {
         const auto problem = std::make_shared<std::string>();
         // The installation may wait for a password, so it must not block the threads that read from git.
         try {

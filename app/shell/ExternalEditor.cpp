@@ -113,7 +113,7 @@ void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
     panel->open();
 }
 
-void open(const Files& files, Failed failed)
+void open(const Files& files, const Failed& failed)
 {
     // Starting a program can wait for a disk or for D-Bus, so it does not happen on the main thread.
     static WorkThreads threads(mostAtOnce);

@@ -38,6 +38,6 @@ using Failed = std::function<void(std::string problem)>;
 
 /// Opens those of `files` that exist, each once and in their order. An application that the user chose gets all of them
 /// in one request. Returns at once; `failed` is called on the main thread with a sentence for the user.
-void open(const Files& files, Failed failed);
+void open(const Files& files, const Failed& failed);
 
 } // namespace plovik::externalEditor

@@ -182,8 +182,7 @@ QCoro::Task<> History::goingTo(std::string hash, qint64 wish, Arrival arrival)
     FoundCommit found;
     try {
         found = co_await find(hash, pages_.query().item);
-    } catch (const std::exception&) {
-        // The page is read without it, and tells why if that fails, too.
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the page tells why if it fails, too
     }
     if (filter())
         co_return; // another search has begun

@@ -286,8 +286,7 @@ QCoro::Task<> HistoryPages::addNamedCommit(LoadPointer load)
     try {
         named =
             co_await git_.readLong(load->stop.get_token(), readCommitOfHash, load->walk.scope, load->walk.filter->text);
-    } catch (const std::exception&) {
-        // The search shows what else it finds.
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the search shows what else it finds
     }
     load->page.isNaming = false;
     if (load != load_)

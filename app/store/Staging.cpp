@@ -325,8 +325,7 @@ QCoro::Task<> Staging::askingToDiscard(Files files)
     try {
         stamps = co_await git_.read(&gitkit::fileStamps, files);
         counts = co_await git_.read(&gitkit::discardExtent, files);
-    } catch (const std::exception&) {
-        // The question says less, and what is discarded is kept all the same.
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the question says less; all is kept
     }
     Confirmation question = discardQuestion(files, counts);
     question.action = [this, files, stamps] { discard(files, stamps, Discarded::all); };

@@ -102,7 +102,7 @@ long parentOf(long process)
 std::string destination()
 {
     long process = ::getppid();
-    const std::string actual = destinationOf(process);
+    std::string actual = destinationOf(process);
     for (std::string given = actual; !given.empty() && process > 0; given = destinationOf(process)) {
         if (given != actual)
             return {};

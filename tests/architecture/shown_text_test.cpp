@@ -25,7 +25,9 @@ std::string argumentsAt(std::string_view text, std::size_t begin)
             ++at;
         else if (text[at] == '"')
             isQuoted = !isQuoted;
-        else if (!isQuoted && (text[at] == '(' || text[at] == ')') && (depth += text[at] == '(' ? 1 : -1) == 0)
+        else if (!isQuoted && text[at] == '(')
+            ++depth;
+        else if (!isQuoted && text[at] == ')' && --depth == 0)
             return std::string(text.substr(begin, at - begin));
     }
     return std::string(text.substr(begin));

@@ -239,8 +239,7 @@ TEST(DiscardOnAFullDisk, LosesNothing)
             isDone = !keeping(small, tree / ".git", small.status().files, Taking::discard, [&] {
                           small.discard(small.status().files, {});
                       }).failure;
-        } catch (const std::exception&) {
-            // Nothing was begun.
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): nothing was begun
         }
         EXPECT_FALSE(isDone);
         EXPECT_TRUE(readFile(tree / "big") == mine);

@@ -242,7 +242,7 @@ TEST(FileLogStream, TakesRecordsFromWhateverHasArrived)
             EXPECT_EQ(found[index].file, expected(index)) << index << ", cut at " << cut;
         EXPECT_EQ(found[4].commit.hash, "e5");
     }
-    std::string_view first = std::string_view(all).substr(0, all.find("D") + 2);
+    std::string_view first = std::string_view(all).substr(0, all.find('D') + 2);
     EXPECT_TRUE(LogParser::takeRevision(first, "f", false)) << "known before the next commit is found";
 }
 

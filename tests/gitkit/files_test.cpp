@@ -117,7 +117,7 @@ TEST(DiffSides, AreTheWholeFilesOfADiff)
     TestRepository repo;
     const std::string bytes("\xef\xbb\xbf"
                             "a\r\n\0caf\xe9\n\n",
-                            14);
+                            13);
     repo.write("a", "1\n").commit("one").write("a", bytes).write("b", "new").commit("two");
     const GitRepository repository = repo.repository();
     const ParsedDiff changed = diffOf(repository, repo.head(), "a");

@@ -127,8 +127,8 @@ Bytes randomLine(Dice& dice, int ends)
                                           "trailing  ",
                                           "caf\xe9",
                                           "\xff\xfe raw",
-                                          "\xef\xbb\xbf"
-                                          "bom",
+                                          ("\xef\xbb\xbf"
+                                           "bom"),
                                           "\x01\x02\x7f",
                                           "\xe2\x80\xae right to left",
                                           "index 0000000..1111111",

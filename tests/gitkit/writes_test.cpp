@@ -30,7 +30,7 @@ using Use = StashUse;
 
 /// What the operation fails with, empty when it does not.
 template <typename Operation>
-std::string failure(Operation operation)
+std::string failure(const Operation& operation)
 {
     try {
         operation();

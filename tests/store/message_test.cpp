@@ -14,7 +14,8 @@ class ManualWriter {
 public:
     MessageWriter writer()
     {
-        return {.write = [this](MessageWriter::Changes changes, std::stop_token stop) { return write(changes, stop); },
+        return {.write = [this](MessageWriter::Changes changes,
+                                std::stop_token stop) { return write(std::move(changes), std::move(stop)); },
                 .describe =
                     [](const MessageWriter::Changes& changes) {
                         return MessageRequest{.changes = QString::fromStdString(changes.diff)};

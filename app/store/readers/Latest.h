@@ -28,7 +28,7 @@ public:
            std::function<void()> changed, Worker::Lane lane = Worker::Lane::shortRead)
         : Latest(
               git, std::move(changed),
-              [read](const auto& repo, const auto& request, auto) { return read(repo, request); }, lane)
+              [read](const auto& repo, const auto& request, const auto& /*stop*/) { return read(repo, request); }, lane)
     {}
 
     /// The same, but `read` gets only the base class of the request, and `digest` makes the result on the same thread.
@@ -38,7 +38,7 @@ public:
            Worker::Lane lane = Worker::Lane::shortRead)
         : Latest(
               git, std::move(changed),
-              [read, digest](const auto& repo, const auto& request, auto) {
+              [read, digest](const auto& repo, const auto& request, const auto& /*stop*/) {
                   return digest(read(repo, request), request);
               },
               lane)
@@ -47,7 +47,7 @@ public:
     /// The same for `work` that needs no repository. It must end soon after the stop is requested.
     Latest(const GitAccess& git, Result (*work)(const Request&, const std::stop_token&), std::function<void()> changed)
         : Latest(git, std::move(changed),
-                 [work](const auto&, const auto& request, std::stop_token stop) { return work(request, stop); })
+                 [work](const auto&, const auto& request, const std::stop_token& stop) { return work(request, stop); })
     {}
 
     ~Latest() { stop_.request_stop(); }

@@ -65,7 +65,7 @@ enum class CommandId {
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is
 /// constant; the functions are for the main thread.
-struct Command {
+struct Command { // NOLINT(clang-analyzer-optin.performance.Padding): in the order in which a row is read
     /// Names a slot of the widget with the focus, as text fields and lists have them.
     struct FocusSlot {
         const char* signature;

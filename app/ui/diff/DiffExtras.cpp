@@ -89,6 +89,7 @@ std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)
 }
 
 /// Runs on the worker's thread.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): this is how Latest hands over what was read
 DiffExtra DiffExtras::extraOf(DiffFiles files, const Key& key)
 {
     DiffExtra extra;

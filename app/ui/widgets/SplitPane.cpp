@@ -37,7 +37,7 @@ protected:
     /// The base class would give a thin line five pixels to be caught at, which are few.
     void resizeEvent(QResizeEvent* event) override
     {
-        QWidget::resizeEvent(event);
+        QWidget::resizeEvent(event); // NOLINT(bugprone-parent-virtual-call): the base class sets another mask
         setMask(contentsRect());
     }
 

@@ -202,7 +202,7 @@ QString detail(const RepositoryStore& store)
     if (now.bisect)
         return bisectDetail(store, *now.bisect);
     const bool isCounted = now.progress && now.progress->step > 0;
-    const QString stop = now.stop ? stopText(*now.stop) : QString();
+    QString stop = now.stop ? stopText(*now.stop) : QString();
     if (!isCounted)
         return stop;
     const QString count = Texts::tr("%1 of %2").arg(now.progress->step).arg(now.progress->total);

@@ -17,7 +17,7 @@ namespace {
 /// What happened to a file and how much of it is staged, in words.
 QString description(const gitkit::FileChange& file, gitkit::StageState state)
 {
-    const QString change = statusDescription(file.statusCode());
+    QString change = statusDescription(file.statusCode());
     switch (state) {
     case gitkit::StageState::full:
         return ChangedFilesModel::tr("%1, staged").arg(change);
