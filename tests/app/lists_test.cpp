@@ -2,6 +2,7 @@
 #include "app/store/RepositoryStore.h"
 #include "app/ui/stashes/StashesView.h"
 #include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/EqualRowList.h"
 #include "app/ui/widgets/TypedText.h"
 #include "app/ui/window/RepositoryView.h"
 #include "app/ui/workingcopy/ChangedFilesModel.h"
@@ -13,6 +14,10 @@
 #include <QLabel>
 #include <QListView>
 #include <QScrollBar>
+#include <QStringListModel>
+#include <QStyledItemDelegate>
+
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -48,6 +53,135 @@ QString shownSentence(const QWidget& empty)
     for (const QLabel* label : empty.findChildren<QLabel*>())
         texts.append(label->text());
     return texts.join(QLatin1Char(' '));
+}
+
+/// Rows without content. Counts what a view asks of them.
+class CountedRows : public QAbstractListModel {
+public:
+    int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows; }
+    QModelIndex index(int row, int column, const QModelIndex& parent) const override
+    {
+        ++asked;
+        return QAbstractListModel::index(row, column, parent);
+    }
+    QVariant data(const QModelIndex&, int) const override
+    {
+        ++asked;
+        return {};
+    }
+    void append(int more)
+    {
+        beginInsertRows({}, rows, rows + more - 1);
+        rows += more;
+        endInsertRows();
+    }
+    void replace(int number)
+    {
+        beginResetModel();
+        rows = number;
+        endResetModel();
+    }
+    void change() { Q_EMIT dataChanged(createIndex(0, 0), createIndex(rows - 1, 0)); }
+
+    int rows = 0;
+    mutable int asked = 0;
+};
+
+class High : public QStyledItemDelegate {
+public:
+    QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return {10, 23}; }
+};
+
+TEST(EqualRowList, AsksForTheRowsInSightAlone)
+{
+    CountedRows model;
+    EqualRowList list;
+    list.setModel(&model);
+    list.resize(300, 400);
+    list.show();
+    const auto settled = [&] {
+        QCoreApplication::processEvents();
+        list.grab();
+        return std::exchange(model.asked, 0);
+    };
+    settled();
+    model.append(1'000'000);
+    EXPECT_LT(settled(), 2'000);
+    model.append(65'000);
+    EXPECT_LT(settled(), 2'000);
+    model.change();
+    EXPECT_LT(settled(), 2'000);
+    list.setCurrentIndex(model.index(999'999, 0, {}));
+    EXPECT_LT(settled(), 2'000);
+    model.replace(1'000'001);
+    EXPECT_LT(settled(), 2'000);
+    EXPECT_EQ(list.verticalScrollBar()->maximum(),
+              1'000'001 * list.visualRect(model.index(0, 0, {})).height() - list.viewport()->height());
+}
+
+TEST(EqualRowList, PlacesSelectsAndMovesLikeTheToolkitsList)
+{
+    QStringList texts;
+    for (int number = 0; number < 200; ++number)
+        texts << QString::number(number);
+    QStringListModel model(texts);
+    High delegate;
+    EqualRowList own;
+    QListView toolkit;
+    toolkit.setUniformItemSizes(true);
+    toolkit.setFrameShape(QFrame::NoFrame);
+    toolkit.setVerticalScrollMode(QListView::ScrollPerPixel);
+    toolkit.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    for (QListView* list : {static_cast<QListView*>(&own), &toolkit}) {
+        list->setSelectionMode(QListView::ExtendedSelection);
+        list->setItemDelegate(&delegate);
+        list->setModel(&model);
+        list->resize(200, 310);
+        list->show();
+        list->setCurrentIndex(model.index(0));
+    }
+    const auto expectSame = [&](const std::string& after) {
+        for (int round = 0; round < 3; ++round)
+            QCoreApplication::processEvents();
+        EXPECT_EQ(own.verticalScrollBar()->maximum(), toolkit.verticalScrollBar()->maximum()) << after;
+        EXPECT_EQ(own.verticalScrollBar()->value(), toolkit.verticalScrollBar()->value()) << after;
+        EXPECT_EQ(own.currentIndex().row(), toolkit.currentIndex().row()) << after;
+        for (const int row : {0, 7, 100, 199})
+            EXPECT_EQ(own.visualRect(model.index(row)), toolkit.visualRect(model.index(row))) << after;
+        for (const int y : {-1, 0, 22, 23, 305, 309})
+            EXPECT_EQ(own.indexAt({5, y}).row(), toolkit.indexAt({5, y}).row()) << after << ", at " << y;
+        const auto rows = [](const QListView& list) {
+            std::set<int> selected;
+            for (const QModelIndex& index : list.selectionModel()->selectedIndexes())
+                selected.insert(index.row());
+            return selected;
+        };
+        EXPECT_EQ(rows(own), rows(toolkit)) << after;
+    };
+    expectSame("nothing");
+    const auto press = [&](int key, Qt::KeyboardModifiers modifiers = {}) {
+        for (QListView* list : {static_cast<QListView*>(&own), &toolkit})
+            QTest::keyClick(list, static_cast<Qt::Key>(key), modifiers);
+        expectSame("key " + std::to_string(key));
+    };
+    for (const int key : {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_PageDown, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_End,
+                          Qt::Key_Down, Qt::Key_PageUp, Qt::Key_Up, Qt::Key_Home, Qt::Key_Up, Qt::Key_Right})
+        press(key);
+    press(Qt::Key_PageDown, Qt::ShiftModifier);
+    press(Qt::Key_Up, Qt::ShiftModifier);
+    const auto click = [&](int y, Qt::KeyboardModifiers modifiers = {}) {
+        for (QListView* list : {static_cast<QListView*>(&own), &toolkit})
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, modifiers, {40, y});
+        expectSame("click at " + std::to_string(y));
+    };
+    click(50);
+    click(200, Qt::ShiftModifier);
+    click(100, Qt::ControlModifier);
+    model.removeRows(3, 195);
+    expectSame("fewer rows");
+    click(300);
+    model.insertRows(2, 1);
+    expectSame("one more row");
 }
 
 class WorkingCopyListTest : public testing::Test {

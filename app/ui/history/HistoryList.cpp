@@ -84,16 +84,11 @@ gitkit::Date currentTime() { return std::chrono::floor<std::chrono::seconds>(std
 } // namespace
 
 HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
-    : QListView(parent), store_(store), model_(new HistoryModel(store, this)), header_(new HistoryHeader(this)),
+    : EqualRowList(parent), store_(store), model_(new HistoryModel(store, this)), header_(new HistoryHeader(this)),
       workingCopy_(new WorkingCopyRow(store, this))
 {
     setAccessibleName(tr("History"));
-    setFrameShape(QFrame::NoFrame);
-    setUniformItemSizes(true);
-    setVerticalScrollMode(ScrollPerPixel);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSelectionMode(SingleSelection);
-    setEditTriggers(NoEditTriggers);
     setItemDelegate(new RowHeight(rowPainter_, this));
     setModel(model_);
     // paintEvent() paints the whole viewport, so filling the background first would waste time.
@@ -183,7 +178,7 @@ void HistoryList::takeColumnChoices(const QString& key)
 
 void HistoryList::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
 {
-    QListView::selectionChanged(selected, deselected);
+    EqualRowList::selectionChanged(selected, deselected);
     if (isRestoring_)
         return;
     const std::string hash = model_->hash(selectedRow());
@@ -274,7 +269,7 @@ void HistoryList::takeNewPage()
 
 void HistoryList::scrollContentsBy(int dx, int dy)
 {
-    QListView::scrollContentsBy(dx, dy);
+    EqualRowList::scrollContentsBy(dx, dy);
     if (!isRestoring_)
         rememberPlace();
     lookAtLanes();
@@ -286,7 +281,7 @@ void HistoryList::scrollContentsBy(int dx, int dy)
 
 void HistoryList::resizeEvent(QResizeEvent* event)
 {
-    QListView::resizeEvent(event);
+    EqualRowList::resizeEvent(event);
     placeHeader();
     lookAtLanes();
     if (!isRestoring_)
@@ -296,7 +291,7 @@ void HistoryList::resizeEvent(QResizeEvent* event)
 
 void HistoryList::showEvent(QShowEvent* event)
 {
-    QListView::showEvent(event);
+    EqualRowList::showEvent(event);
     wantMoreNearEnd();
     // Posted, because the list gets its final size only after this event.
     if (revealsWhenShown_)
@@ -340,7 +335,7 @@ void HistoryList::keyPressEvent(QKeyEvent* event)
     if (handledAsReading(event))
         return;
     const QScopedValueRollback byKey(isByKey_, true);
-    QListView::keyPressEvent(event);
+    EqualRowList::keyPressEvent(event);
 }
 
 /// End reads the rest of the history first, and then selects its last commit. Home, Escape and the way back to the top
@@ -381,18 +376,18 @@ bool HistoryList::viewportEvent(QEvent* event)
         return showToolTip(static_cast<QHelpEvent*>(event));
     if (event->type() == QEvent::Leave)
         hover(-1);
-    return QListView::viewportEvent(event);
+    return EqualRowList::viewportEvent(event);
 }
 
 void HistoryList::mouseMoveEvent(QMouseEvent* event)
 {
-    QListView::mouseMoveEvent(event);
+    EqualRowList::mouseMoveEvent(event);
     hover(rowAt(event->position().toPoint().y()));
 }
 
 void HistoryList::mouseReleaseEvent(QMouseEvent* event)
 {
-    QListView::mouseReleaseEvent(event);
+    EqualRowList::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton)
         offerLabels(event->position().toPoint());
 }
@@ -437,7 +432,7 @@ bool HistoryList::showToolTip(QHelpEvent* event)
 
 void HistoryList::changeEvent(QEvent* event)
 {
-    QListView::changeEvent(event);
+    EqualRowList::changeEvent(event);
     switch (event->type()) {
     case QEvent::FontChange:
     case QEvent::ApplicationFontChange:

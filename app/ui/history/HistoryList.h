@@ -4,8 +4,7 @@
 #include "app/store/RepositoryStore.h"
 #include "app/ui/history/HistoryModel.h"
 #include "app/ui/history/HistoryRowPainter.h"
-
-#include <QListView>
+#include "app/ui/widgets/EqualRowList.h"
 
 #include <vector>
 
@@ -19,7 +18,7 @@ class WorkingCopyRow;
 ///
 /// The list draws its rows itself instead of calling a delegate for each, so that graph lines join without a seam at
 /// every scale factor. Relative dates are computed whenever a row is drawn, so no timer runs.
-class HistoryList : public QListView {
+class HistoryList : public EqualRowList {
     Q_OBJECT
 
 public:

@@ -5,15 +5,9 @@
 
 namespace plovik {
 
-RowList::RowList(const QString& name, QWidget* parent) : QListView(parent)
+RowList::RowList(const QString& name, QWidget* parent) : EqualRowList(parent)
 {
     setAccessibleName(name);
-    setFrameShape(QFrame::NoFrame);
-    setUniformItemSizes(true);
-    setVerticalScrollMode(ScrollPerPixel);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setEditTriggers(NoEditTriggers);
-    setSelectionRectVisible(false);
     setViewportMargins(0, 6, 0, 6);
     // The margin is the list's own, not the viewport's.
     setBackgroundRole(QPalette::Base);

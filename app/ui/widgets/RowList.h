@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QListView>
+#include "app/ui/widgets/EqualRowList.h"
 
 #include <optional>
 
@@ -9,8 +9,8 @@ class QContextMenuEvent;
 
 namespace plovik {
 
-/// A list of equally high rows that scrolls by pixel and draws no frame of its own. Main thread.
-class RowList : public QListView {
+/// A list of equally high rows with a margin above the first and below the last one. Main thread.
+class RowList : public EqualRowList {
     Q_OBJECT
 
 public:

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QListView>
+
+namespace plovik {
+
+/// A list of equally high rows, each as wide as the list, that scrolls by pixel. Where a row stands is computed from its
+/// number: QListView goes through all rows whenever one comes or changes, which takes too long for a million. The height
+/// is what the delegate wants for the first row. Main thread.
+class EqualRowList : public QListView {
+    Q_OBJECT
+
+public:
+    explicit EqualRowList(QWidget* parent = nullptr);
+
+    QRect visualRect(const QModelIndex& index) const override;
+    QModelIndex indexAt(const QPoint& point) const override;
+    void reset() override;
+    void doItemsLayout() override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void updateGeometries() override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    void rowsInserted(const QModelIndex& parent, int first, int last) override;
+
+private:
+    int rowCount() const;
+    /// Returns the row at a height of the viewport, which may be above the first or below the last one.
+    int rowAtHeight(int y) const;
+    QModelIndex row(int number) const;
+
+    int rowHeight_ = 0; ///< 0 while there are no rows
+};
+
+} // namespace plovik
