@@ -3,10 +3,10 @@
 /// pauses
 
 #include "app/ui/widgets/Theme.h"
+#include "bench/window/ListeningApplication.h"
 #include "bench/window/OpenWindow.h"
 
 #include <QAbstractItemView>
-#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -68,29 +68,6 @@ void makeFiles(const std::filesystem::path& repository)
     }
 }
 
-/// An application that notes how long it deals with one event. Queued calls and timers are events, too.
-class Application : public QApplication {
-public:
-    using QApplication::QApplication;
-
-    bool notify(QObject* receiver, QEvent* event) override
-    {
-        if (depth_ > 0)
-            return QApplication::notify(receiver, event);
-        ++depth_;
-        const auto start = Clock::now();
-        const bool result = QApplication::notify(receiver, event);
-        longest = std::max(longest, millisecondsSince(start));
-        --depth_;
-        return result;
-    }
-
-    double longest = 0;
-
-private:
-    int depth_ = 0;
-};
-
 class Window : public OpenWindow {
 public:
     using OpenWindow::OpenWindow;
@@ -100,11 +77,10 @@ public:
     template <typename Step>
     void measure(const char* what, const Step& step)
     {
-        auto& application = static_cast<Application&>(*QCoreApplication::instance());
         QTimer clock;
         clock.start(5);
         QTimer::singleShot(0, this, step);
-        application.longest = 0;
+        ListeningApplication::takeLongest();
         double used = 0;
         for (auto since = Clock::now(); millisecondsSince(since) < 600;) {
             const int before = worker.posted;
@@ -114,8 +90,8 @@ public:
             if (worker.posted != before || worker.underWay > 0 || stepsLeft > 0)
                 since = Clock::now();
         }
-        std::printf("  %-58s%9.1f ms  %7.1f ms of a processor%s\n", what, application.longest, used,
-                    used > longestPause ? "  TOO LONG" : "");
+        std::printf("  %-58s%9.1f ms  %7.1f ms of a processor%s\n", what, ListeningApplication::takeLongest().elapsed,
+                    used, used > longestPause ? "  TOO LONG" : "");
         std::fflush(stdout);
     }
 
@@ -218,7 +194,7 @@ void measureRefs(Window& window)
 
 int main(int argc, char** argv)
 {
-    Application application(argc, argv);
+    ListeningApplication application(argc, argv);
     plovik::Theme::apply(plovik::Theme::light(), application);
     const QTemporaryDir folder;
     const std::filesystem::path repository = folder.path().toStdString();

@@ -6,9 +6,8 @@
 
 #include "app/ui/history/HistoryList.h"
 #include "app/ui/widgets/Theme.h"
+#include "bench/window/ListeningApplication.h"
 #include "bench/window/OpenWindow.h"
-
-#include <QApplication>
 
 #include <algorithm>
 #include <fstream>
@@ -21,30 +20,7 @@ using namespace plovik;
 constexpr int rounds = 5;
 constexpr const char* format = "--format=%H%x00%P%x00%an%x00%ae%x00%at%x00%ct%x00%s";
 
-/// An application that notes the longest time in which it deals with one event.
-class Application : public QApplication {
-public:
-    using QApplication::QApplication;
-
-    bool notify(QObject* receiver, QEvent* event) override
-    {
-        if (depth_ > 0)
-            return QApplication::notify(receiver, event);
-        ++depth_;
-        const double before = usedMilliseconds();
-        const bool result = QApplication::notify(receiver, event);
-        longest = std::max(longest, usedMilliseconds() - before);
-        --depth_;
-        return result;
-    }
-
-    double longest = 0;
-
-private:
-    int depth_ = 0;
-};
-
-double takeLongest() { return std::exchange(static_cast<Application&>(*QCoreApplication::instance()).longest, 0); }
+double takeLongest() { return ListeningApplication::takeLongest().used; }
 
 double median(std::vector<double> values)
 {
@@ -216,7 +192,7 @@ void measureTick(OpenWindow& window)
 
 int main(int argc, char** argv)
 {
-    Application application(argc, argv);
+    ListeningApplication application(argc, argv);
     Theme::apply(Theme::light(), application);
     if (argc != 2) {
         std::fprintf(stderr, "reading REPOSITORY\n");
