@@ -10,6 +10,9 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <mutex>
+#include <set>
+#include <shared_mutex>
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -186,7 +189,66 @@ pid_t spawn(const ProcessRequest& request, const ChildStreams streams)
     return pid;
 }
 
+/// The programs that were started and not yet reaped. Any thread. Lives as long as the process.
+class RunningPrograms {
+public:
+    static RunningPrograms& all()
+    {
+        static auto* const all = new RunningPrograms;
+        return *all;
+    }
+
+    template <typename Start>
+    pid_t add(const Start& start)
+    {
+        const std::shared_lock starting(starting_);
+        if (isEnding_)
+            throw LaunchError(LaunchError::Cause::other, "The application is ending.");
+        const pid_t pid = start();
+        const std::scoped_lock lock(mutex_);
+        pids_.insert(pid);
+        return pid;
+    }
+
+    /// To be called before the program is reaped, as its number may then be another one's.
+    void remove(pid_t pid)
+    {
+        const std::scoped_lock lock(mutex_);
+        pids_.erase(pid);
+    }
+
+    void end()
+    {
+        const std::scoped_lock lock(starting_, mutex_); // nobody is about to start one
+        isEnding_ = true;
+        for (const pid_t pid : pids_)
+            ::kill(-pid, SIGTERM);
+    }
+
+private:
+    std::shared_mutex starting_; ///< shared by those who start a program
+    bool isEnding_ = false;      ///< guarded by starting_
+    std::mutex mutex_;
+    std::set<pid_t> pids_; ///< guarded by mutex_
+};
+
+/// Waits for a program's end. Returns its status as waitpid() gives it.
+int awaitEnd(pid_t pid)
+{
+    // Waits without reaping first: until then the number stays the program's, so that it can be asked to end.
+    siginfo_t ended{};
+    while (::waitid(P_PID, static_cast<id_t>(pid), &ended, WEXITED | WNOWAIT) < 0 && errno == EINTR) {
+    }
+    RunningPrograms::all().remove(pid);
+    int status = 0;
+    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
 } // namespace
+
+void endAllPrograms() { RunningPrograms::all().end(); }
 
 ChildProcess::ChildProcess(const ProcessRequest& request)
 {
@@ -195,7 +257,8 @@ ChildProcess::ChildProcess(const ProcessRequest& request)
         inputPipe = makePipe();
     Pipe outputPipe = makePipe();
     Pipe errorPipe = makePipe();
-    pid_ = spawn(request, {std::move(inputPipe.reading), std::move(outputPipe.writing), std::move(errorPipe.writing)});
+    ChildStreams ends{std::move(inputPipe.reading), std::move(outputPipe.writing), std::move(errorPipe.writing)};
+    pid_ = RunningPrograms::all().add([&] { return spawn(request, std::move(ends)); });
     streams = {std::move(inputPipe.writing), std::move(outputPipe.reading), std::move(errorPipe.reading)};
     ended_ = UniqueFd(::pidfd_open(pid_, 0));
     if (ended_)
@@ -220,12 +283,12 @@ void ChildProcess::abandon()
 {
     kill();
     const pid_t pid = std::exchange(pid_, -1);
-    if (::waitpid(pid, nullptr, WNOHANG) != 0)
+    const auto wait = [pid] { awaitEnd(pid); };
+    siginfo_t ended{};
+    if (::waitid(P_PID, static_cast<id_t>(pid), &ended, WEXITED | WNOWAIT | WNOHANG) != 0 || ended.si_pid == pid) {
+        wait();
         return;
-    const auto wait = [pid] {
-        while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-        }
-    };
+    }
     try {
         std::thread(wait).detach();
     } catch (const std::system_error&) {
@@ -235,10 +298,7 @@ void ChildProcess::abandon()
 
 void ChildProcess::reap(GitOutput* result)
 {
-    int waitStatus = 0;
-    while (::waitpid(pid_, &waitStatus, 0) < 0 && errno == EINTR) {
-    }
-    pid_ = -1;
+    const int waitStatus = awaitEnd(std::exchange(pid_, -1));
     if (!result)
         return;
     result->signalled = WIFSIGNALED(waitStatus);

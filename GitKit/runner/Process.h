@@ -37,4 +37,8 @@ struct ProcessRequest {
 /// Throws LaunchError when the program cannot be started.
 GitOutput runProcess(const ProcessRequest& request);
 
+/// Asks all programs that this process has started and that still run to end, together with their groups. From now on
+/// none can be started. For the end of the process. Any thread.
+void endAllPrograms();
+
 } // namespace gitkit

@@ -348,6 +348,14 @@ void AppDelegate::quit()
     QApplication::quit();
 }
 
+void AppDelegate::endSoon()
+{
+    constexpr std::chrono::seconds patience{5};
+    QTimer::singleShot(patience, this, [this] { Q_EMIT finished(status_); });
+    QApplication::closeAllWindows();
+    finishIfUnused();
+}
+
 void AppDelegate::about()
 {
     auto* const box = new QMessageBox(QMessageBox::NoIcon, tr("About Plovik"),

@@ -60,6 +60,9 @@ public:
     void hideAll() override;
     void showAll() override;
     void quit() override;
+    /// Closes all windows, which ends what they read, and emits finished() once the changes have ended, or a few seconds
+    /// later.
+    void endSoon();
     void about() override;
     void checkForUpdates() override;
     void bringAllToFront() override;

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/runner/Process.h"
+#include "app/platform/EndRequest.h"
 #include "app/platform/Fonts.h"
 #include "app/platform/Memory.h"
 #include "app/services/instance/SingleInstance.h"
@@ -79,8 +81,16 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
     QObject::connect(
         &delegate, &AppDelegate::finished, &application, [](int status) { QApplication::exit(status); },
         Qt::QueuedConnection);
+    bool isAskedToEnd = false;
+    onEndRequest([&] {
+        isAskedToEnd = true;
+        delegate.endSoon();
+    });
     delegate.finishLaunching();
-    return application.exec();
+    const int status = application.exec();
+    if (isAskedToEnd)
+        gitkit::endAllPrograms();
+    return status;
 }
 
 } // namespace

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/runner/GitExecutable.h"
 #include "app/shell/LaunchOptions.h"
 #include "tests/app/EventWait.h"
 #include "tests/support/OwnEnvironment.h"
+#include "tests/support/ProcessesIn.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestRepository.h"
 
@@ -114,6 +116,29 @@ TEST_F(Session, WithoutABusLaterLaunchesOpenInTheFirstProcess)
     EXPECT_EQ(first.state(), QProcess::Running);
     first.kill();
     first.waitForFinished();
+}
+
+TEST_F(Session, AskedToEndTheApplicationLeavesNoGitBehind)
+{
+    const TestRepository repo;
+    const std::filesystem::path git = session_.filePath(u"git"_s).toStdString();
+    writeFile(git, "#!/bin/sh\ncase \" $* \" in *' status '* | *' show-ref '*) exec sleep 600 ;; esac\nexec " +
+                       gitkit::GitExecutable::path().string() + " \"$@\"\n");
+    std::filesystem::permissions(git, std::filesystem::perms::owner_all);
+    QProcessEnvironment slow = environment();
+    slow.insert(u"PLOVIK_TEST_GIT"_s, QString::fromStdString(git.string()));
+    for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
+        QProcess application;
+        application.setProcessEnvironment(slow);
+        application.start(QStringLiteral(PLOVIK_APPLICATION), {QString::fromStdString(repo.path().string())});
+        QTimer wakes;
+        wakes.start(std::chrono::milliseconds(20));
+        EXPECT_TRUE(waitUntil([&] { return processesIn(repo.path()) >= 2; }, std::chrono::seconds(60)));
+        ::kill(static_cast<pid_t>(application.processId()), signal);
+        EXPECT_TRUE(application.waitForFinished(10'000));
+        EXPECT_EQ(application.exitStatus(), QProcess::NormalExit);
+        EXPECT_TRUE(haveAllEndedIn(repo.path(), std::chrono::seconds(1)));
+    }
 }
 
 /// A session whose bus knows the installed service.

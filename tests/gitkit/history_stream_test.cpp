@@ -5,6 +5,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/HistoryStream.h"
 #include "GitKit/runner/GitError.h"
+#include "tests/support/ProcessesIn.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestRepository.h"
 
@@ -152,18 +153,6 @@ TEST(HistoryStream, GoesWithoutAHeadThatIsNotBornAndTellsOfDamage)
     EXPECT_THROW(HistoryStream(git, {HistoryScope::all()}).next(5), GitError);
 }
 
-/// Returns how many processes have this folder as their own.
-int processesIn(const std::filesystem::path& folder)
-{
-    int count = 0;
-    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
-        std::error_code gone;
-        if (std::filesystem::read_symlink(process.path() / "cwd", gone) == folder && !gone)
-            ++count;
-    }
-    return count;
-}
-
 TEST(HistoryStream, WaitsWithoutReadingAheadAndEndsItsGit)
 {
     TestRepository repo;
@@ -180,10 +169,7 @@ TEST(HistoryStream, WaitsWithoutReadingAheadAndEndsItsGit)
         EXPECT_EQ(stream.next(2000).size(), 2000U);
     }
     // It is killed at once; the kernel takes a moment.
-    const auto until = HistoryStream::Clock::now() + 5s;
-    while (processesIn(repo.path()) > 0 && HistoryStream::Clock::now() < until)
-        std::this_thread::yield();
-    EXPECT_EQ(processesIn(repo.path()), 0);
+    EXPECT_TRUE(haveAllEndedIn(repo.path(), 5s));
 
     HistoryStream stream(git, {HistoryScope::all()});
     EXPECT_EQ(stream.next(100, HistoryStream::Clock::now()).size(), 0U) << "the time is over";

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/store/ManualWorker.h"
+#include "tests/support/ProcessesIn.h"
 #include "tests/support/TestRepository.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "app/await/PoolWorker.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/readers/Latest.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
@@ -93,6 +98,35 @@ TEST_F(LatestReads, EndWithTheirOwner)
     late();
     worker.finishAll();
     EXPECT_EQ(changes, 0);
+}
+
+/// Runs a git that would take ten minutes, and has a program of its own by then.
+std::string endless(const gitkit::GitRepository& repo, const std::string& argument)
+{
+    return argument == "quick" ? "done" : repo.git({"-c", "alias.wait=!sleep 600", "wait"});
+}
+
+TEST_F(LatestReads, EndTheGitOfWhatIsOvertakenWithinASecond)
+{
+    PoolWorker pool;
+    RepositoryStore window{repo.path(), pool};
+    for (const Worker::Lane lane : {Worker::Lane::shortRead, Worker::Lane::longRead}) {
+        std::optional<Latest<std::string, std::string>> slow{std::in_place, window.git(), &endless, [] {}, lane};
+        const auto begin = [&](const std::string& request) {
+            slow->ask(request);
+            QElapsedTimer waited;
+            waited.start();
+            while (processesIn(repo.path()) < 2 && waited.elapsed() < 10'000)
+                QCoreApplication::processEvents();
+            EXPECT_GE(processesIn(repo.path()), 2);
+        };
+        begin("one");
+        slow->ask("quick");
+        EXPECT_TRUE(haveAllEndedIn(repo.path(), std::chrono::seconds(1))) << "overtaken";
+        begin("another");
+        slow.reset();
+        EXPECT_TRUE(haveAllEndedIn(repo.path(), std::chrono::seconds(1))) << "nobody is left to read it";
+    }
 }
 
 std::string waiting(const int&, const std::stop_token& stop) { return stop.stop_requested() ? "stopped" : "done"; }
