@@ -32,13 +32,17 @@ QModelIndex EqualRowList::row(int number) const { return model()->index(number, 
 
 QRect EqualRowList::visualRect(const QModelIndex& index) const
 {
+    layOutIfNeeded();
     if (!index.isValid() || rowHeight_ == 0 || index.row() >= rowCount())
         return {};
     return {0, index.row() * rowHeight_ - verticalOffset(), viewport()->width(), rowHeight_};
 }
 
+void EqualRowList::layOutIfNeeded() const { const_cast<EqualRowList*>(this)->executeDelayedItemsLayout(); }
+
 QModelIndex EqualRowList::indexAt(const QPoint& point) const
 {
+    layOutIfNeeded();
     const int number = rowAtHeight(point.y());
     const bool isOnRow = rowHeight_ > 0 && number >= 0 && number < rowCount();
     return isOnRow && point.x() >= 0 && point.x() < viewport()->width() ? row(number) : QModelIndex();

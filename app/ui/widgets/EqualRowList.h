@@ -27,6 +27,8 @@ protected:
     void rowsInserted(const QModelIndex& parent, int first, int last) override;
 
 private:
+    /// Takes over a change that is to be laid out later, so that places are true at any time.
+    void layOutIfNeeded() const;
     int rowCount() const;
     /// Returns the row at a height of the viewport, which may be above the first or below the last one.
     int rowAtHeight(int y) const;
