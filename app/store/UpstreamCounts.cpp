@@ -28,13 +28,21 @@ constexpr int mostUnsaved = 32;
 
 using Hashes = std::unordered_map<std::string_view, std::string_view>;
 
-Hashes hashesOf(const Snapshot& snapshot)
+/// Returns the tips of the refs that branches follow, which are few also where there are very many refs.
+Hashes upstreamHashes(const Snapshot& snapshot)
 {
     Hashes hashes;
-    hashes.reserve(snapshot.branches.value().size() + snapshot.remoteBranches.value().size());
+    for (const GitRef& ref : snapshot.branches.value()) {
+        if (!ref.upstreamRef.empty())
+            hashes.try_emplace(ref.upstreamRef);
+    }
     for (const auto* refs : {&snapshot.branches.value(), &snapshot.remoteBranches.value()}) {
-        for (const GitRef& ref : *refs)
-            hashes.emplace(ref.fullName, ref.hash);
+        for (const GitRef& ref : *refs) {
+            if (hashes.empty())
+                break;
+            if (const auto wanted = hashes.find(ref.fullName); wanted != hashes.end())
+                wanted->second = ref.hash;
+        }
     }
     return hashes;
 }
@@ -72,7 +80,7 @@ Divergence UpstreamCounts::of(const std::string& branch) const
 
 void UpstreamCounts::relist()
 {
-    const Hashes hashes = hashesOf(snapshot_);
+    const Hashes hashes = upstreamHashes(snapshot_);
     std::unordered_map<std::string, Branch> old = std::exchange(branches_, {});
     order_.clear();
     for (const GitRef& ref : snapshot_.branches.value()) {

@@ -63,7 +63,24 @@ public:
             setExpanded(index, !isExpanded(index));
     }
 
+    void doItemsLayout() override
+    {
+        // Asks for the height of every row, each time with the same options.
+        QStyleOptionViewItem same;
+        QTreeView::initViewItemOption(&same);
+        const QScopedValueRollback<const QStyleOptionViewItem*> shared(forLayout_, &same);
+        QTreeView::doItemsLayout();
+    }
+
 protected:
+    void initViewItemOption(QStyleOptionViewItem* option) const override
+    {
+        if (forLayout_)
+            *option = *forLayout_;
+        else
+            QTreeView::initViewItemOption(option);
+    }
+
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override
     {
         Q_UNUSED(event)
@@ -107,6 +124,9 @@ protected:
         row.palette.setColor(QPalette::Highlight, palette().color(QPalette::Base));
         QTreeView::drawRow(painter, row, index);
     }
+
+private:
+    const QStyleOptionViewItem* forLayout_ = nullptr;
 };
 
 SidebarView::SidebarView(RepositoryStore& store, QWidget* parent)
