@@ -86,9 +86,17 @@ AppAppearance desktopAppearance(ColorScheme::Preference preference)
     return background.lightness() < 128 ? AppAppearance::dark : AppAppearance::light;
 }
 
+/// Returns whether the desktop's palette is black and white, as the high contrast themes of some desktops have it.
+/// Called before the application has a palette of its own.
+bool isDesktopPlain()
+{
+    const QPalette palette = QApplication::palette();
+    return Theme::contrast(palette.color(QPalette::Window), palette.color(QPalette::WindowText)) > 20.5;
+}
+
 } // namespace
 
-AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options))
+AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options)), isDesktopPlain_(isDesktopPlain())
 {
     QApplication::setQuitOnLastWindowClosed(false);
     connect(&colorScheme_, &ColorScheme::changed, this, &AppDelegate::applyAppearance);
@@ -311,7 +319,13 @@ void AppDelegate::applyAppearance()
     AppAppearance wanted = options_.appearance.value_or(storedAppearance());
     if (wanted == AppAppearance::system)
         wanted = desktopAppearance(colorScheme_.preference());
-    Theme::apply(wanted == AppAppearance::dark ? Theme::dark() : Theme::light(), *qApp);
+    std::optional<QColor> accent;
+    if (const auto& named = colorScheme_.accent())
+        accent = QColor::fromRgbF((*named)[0], (*named)[1], (*named)[2]);
+    Theme::apply(Theme::of({.isDark = wanted == AppAppearance::dark,
+                            .isHighContrast = colorScheme_.wantsHighContrast() || isDesktopPlain_,
+                            .accent = accent}),
+                 *qApp);
 }
 
 void AppDelegate::openDocument()

@@ -85,6 +85,7 @@ private:
     void reportUnopenable(const std::filesystem::path& folder, const std::exception& failure);
 
     LaunchOptions options_;
+    bool isDesktopPlain_; ///< the desktop's palette is black and white
     int status_ = 0;
     QString notice_;
     ColorScheme colorScheme_;

@@ -6,26 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace plovik {
 namespace {
-
-double luminance(const QColor& color)
-{
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other)
-{
-    const auto [dark, bright] = std::minmax({luminance(one), luminance(other)});
-    return (bright + 0.05) / (dark + 0.05);
-}
 
 struct TextUse {
     const char* name;
@@ -67,15 +51,43 @@ std::vector<TextUse> textUses(const Theme& theme)
     return uses;
 }
 
+/// The themes as the desktop can choose them.
+std::vector<Theme> themes()
+{
+    std::vector<Theme> all;
+    for (const bool isDark : {false, true}) {
+        all.push_back(Theme::of({.isDark = isDark}));
+        all.push_back(Theme::of({.isDark = isDark, .isHighContrast = true}));
+        for (const char* accent : {"#ffd900", "#202020", "#f6f6f6", "#e62d42"})
+            all.push_back(Theme::of({.isDark = isDark, .accent = QColor(accent)}));
+    }
+    return all;
+}
+
 TEST(Theme, TextStandsOutFromEverythingItIsDrawnOn)
 {
-    for (const Theme* theme : {&Theme::light(), &Theme::dark()}) {
-        for (const TextUse& use : textUses(*theme)) {
+    for (const Theme& theme : themes()) {
+        const double least = theme.isHighContrast ? 7 : 4.5;
+        for (const TextUse& use : textUses(theme)) {
             for (const QColor& background : use.backgrounds) {
-                EXPECT_GE(contrast(use.text, background), 4.5)
-                    << (theme->isDark ? "dark: " : "light: ") << use.name << " " << use.text.name().toStdString()
-                    << " on " << background.name().toStdString();
+                // Code on marked words keeps its hues, and what they mean.
+                const bool isCode =
+                    std::string_view(use.name) == "code" || std::string_view(use.name) == "status letter";
+                EXPECT_GE(Theme::contrast(use.text, background), isCode ? 4.5 : least)
+                    << (theme.isDark ? "dark: " : "light: ") << theme.accent.name().toStdString() << ' ' << use.name
+                    << ' ' << use.text.name().toStdString() << " on " << background.name().toStdString();
             }
+        }
+    }
+}
+
+TEST(Theme, BordersAndFocusAreSeen)
+{
+    for (const Theme& theme : themes()) {
+        for (const QColor& around : {theme.content, theme.bars, theme.sidebar, theme.field}) {
+            EXPECT_GE(Theme::contrast(theme.controlBorder, around), 3) << theme.isDark << around.name().toStdString();
+            EXPECT_GE(Theme::contrast(theme.indicatorBorder, around), 3) << theme.isDark << around.name().toStdString();
+            EXPECT_GE(Theme::contrast(theme.accent, around), 3) << theme.isDark << around.name().toStdString();
         }
     }
 }
@@ -84,7 +96,7 @@ TEST(Theme, LaneColoursAreEightAndAreSeenOnTheList)
 {
     for (const Theme* theme : {&Theme::light(), &Theme::dark()}) {
         for (int lane = 0; lane < 8; ++lane) {
-            EXPECT_GE(contrast(theme->lane(lane), theme->content), 2.5) << lane;
+            EXPECT_GE(Theme::contrast(theme->lane(lane), theme->content), 2.5) << lane;
             EXPECT_NE(theme->lane(lane), theme->lane(lane + 1)) << lane;
         }
         EXPECT_EQ(theme->lane(11), theme->lane(3));

@@ -2,11 +2,15 @@
 #include "app/platform/ColorScheme.h"
 #include "app/platform/linux/SessionBus.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -18,13 +22,20 @@ constexpr auto kService = "org.freedesktop.portal.Desktop"_L1;
 constexpr auto kObject = "/org/freedesktop/portal/desktop"_L1;
 constexpr auto kInterface = "org.freedesktop.portal.Settings"_L1;
 constexpr auto kNamespace = "org.freedesktop.appearance"_L1;
-constexpr auto kKey = "color-scheme"_L1;
+constexpr auto kScheme = "color-scheme"_L1;
+constexpr auto kContrast = "contrast"_L1;
+constexpr auto kAccent = "accent-color"_L1;
 
-ColorScheme::Preference preferenceOf(QVariant value)
+/// The portal wraps the answer to a question once more than the value of a change.
+QVariant unwrapped(QVariant value)
 {
-    // The portal wraps the answer to a question once more than the value of a change.
     while (value.metaType() == QMetaType::fromType<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+ColorScheme::Preference preferenceOf(const QVariant& value)
+{
     switch (value.toUInt()) {
     case 1:
         return ColorScheme::Preference::Dark;
@@ -33,6 +44,26 @@ ColorScheme::Preference preferenceOf(QVariant value)
     default:
         return ColorScheme::Preference::Unknown;
     }
+}
+
+/// Reads three numbers from 0 to 1. Others mean that no accent is set.
+std::optional<ColorScheme::Color> accentOf(const QVariant& value)
+{
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+        return std::nullopt;
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != u"(ddd)"_s)
+        return std::nullopt;
+    ColorScheme::Color parts{};
+    argument.beginStructure();
+    for (float& part : parts) {
+        double read = 0;
+        argument >> read;
+        part = static_cast<float>(read);
+    }
+    argument.endStructure();
+    const bool isColor = std::ranges::all_of(parts, [](float part) { return part >= 0 && part <= 1; });
+    return isColor ? std::optional(parts) : std::nullopt;
 }
 
 } // namespace
@@ -48,25 +79,43 @@ public:
             return;
         auto bus = QDBusConnection::sessionBus();
         bus.connect(kService, kObject, kInterface, u"SettingChanged"_s, this, SLOT(settingChanged(QDBusMessage)));
-        auto question = QDBusMessage::createMethodCall(kService, kObject, kInterface, u"Read"_s);
-        question << QString(kNamespace) << QString(kKey);
-        auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-            answer->deleteLater();
-            if (const QDBusPendingReply<QDBusVariant> reply = *answer; reply.isValid())
-                scheme_.set(preferenceOf(reply.value().variant()));
-        });
+        for (const auto key : {kScheme, kContrast, kAccent})
+            ask(bus, key);
     }
 
 private Q_SLOTS:
     void settingChanged(const QDBusMessage& change)
     {
         const auto arguments = change.arguments();
-        if (arguments.size() == 3 && arguments[0].toString() == kNamespace && arguments[1].toString() == kKey)
-            scheme_.set(preferenceOf(arguments[2]));
+        if (arguments.size() == 3 && arguments[0].toString() == kNamespace)
+            take(arguments[1].toString(), unwrapped(arguments[2]));
     }
 
 private:
+    void ask(const QDBusConnection& bus, QLatin1StringView key)
+    {
+        auto question = QDBusMessage::createMethodCall(kService, kObject, kInterface, u"Read"_s);
+        question << QString(kNamespace) << QString(key);
+        auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, key] {
+            answer->deleteLater();
+            if (const QDBusPendingReply<QDBusVariant> reply = *answer; reply.isValid())
+                take(key, unwrapped(reply.value().variant()));
+        });
+    }
+
+    void take(const QString& key, const QVariant& value)
+    {
+        Look look = scheme_.look_;
+        if (key == kScheme)
+            look.preference = preferenceOf(value);
+        else if (key == kContrast)
+            look.wantsHighContrast = value.toUInt() == 1;
+        else if (key == kAccent)
+            look.accent = accentOf(value);
+        scheme_.set(look);
+    }
+
     ColorScheme& scheme_;
 };
 
@@ -74,10 +123,10 @@ ColorScheme::ColorScheme(QObject* parent) : QObject(parent), source_(std::make_u
 
 ColorScheme::~ColorScheme() = default;
 
-void ColorScheme::set(Preference preference)
+void ColorScheme::set(const Look& look)
 {
-    if (std::exchange(preference_, preference) != preference)
-        Q_EMIT changed(preference);
+    if (std::exchange(look_, look) != look)
+        Q_EMIT changed();
 }
 
 } // namespace plovik

@@ -5,6 +5,7 @@
 #include "app/ui/history/GraphCell.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/Initials.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QDateTime>
 #include <QFontMetricsF>
@@ -25,6 +26,7 @@ constexpr std::size_t keptDates = 400;
 constexpr double badgeGap = 6;
 constexpr double mostOfListForGraph = 0.3; ///< unless another width is chosen
 constexpr double initialsGap = 7;
+constexpr double titleRoom = 4;         ///< around the title above a column
 constexpr double leastForInitials = 90; ///< in a narrower column the name needs the room
 constexpr double shortHash = 7;         ///< digits
 constexpr const char* hexDigits = "0123456789abcdef";
@@ -100,7 +102,9 @@ void HistoryRowPainter::takeWidths()
     mostGraph_ = settings.value(settings::historyGraphWidth);
     const auto chosen = [&settings](HistoryColumn column, double usual) {
         const double width = settings.value(widthSetting(column));
-        return !settings.value(shownSetting(column)) ? 0.0 : width > 0 ? width : usual;
+        if (!settings.value(shownSetting(column)))
+            return 0.0;
+        return width > 0 ? width : std::max(usual, textWidth(titleOf(column), Theme::font(-1.5)) + titleRoom);
     };
     const double author = std::max(160.0, std::ceil(QFontMetricsF(font_).height() * 8));
     widths_.author = chosen(HistoryColumn::author, author);

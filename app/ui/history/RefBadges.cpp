@@ -160,7 +160,7 @@ void RefBadges::paintBadge(QPainter& painter, const Badge& badge, QPointF middle
         case Look::more:
             break;
         }
-        return {theme.badge, theme.controlBorder, theme.badgeText};
+        return {theme.badge, theme.quietBorder, theme.badgeText};
     }();
     const QRectF frame(middleLeft.x(), middleLeft.y() - fonts.height / 2, badge.width, fonts.height);
     // Filling one shape inside the other costs a fraction of stroking the outer one.

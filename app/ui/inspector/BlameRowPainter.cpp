@@ -183,7 +183,7 @@ void BlameRowPainter::paintBeforeButton(QPainter& painter, const QRect& button, 
     painter.fillRect(button.adjusted(-4, 0, 4, 0), blameTint(warmth));
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(theme.controlBorder);
+    painter.setPen(theme.quietBorder);
     painter.setBrush(theme.control);
     painter.drawRoundedRect(QRectF(button).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
     // An arrow that turns round means a step back.

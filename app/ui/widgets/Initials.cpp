@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
+#include <utility>
 
 namespace plovik {
 
@@ -21,33 +21,12 @@ struct Ink {
     QColor circle, text;
 };
 
-QColor mixed(const QColor& one, const QColor& other, float share)
-{
-    return QColor::fromRgbF(one.redF() + (other.redF() - one.redF()) * share,
-                            one.greenF() + (other.greenF() - one.greenF()) * share,
-                            one.blueF() + (other.blueF() - one.blueF()) * share);
-}
-
-double luminance(const QColor& colour)
-{
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other)
-{
-    const auto [dark, light] = std::minmax({luminance(one), luminance(other)});
-    return (light + 0.05) / (dark + 0.05);
-}
-
 /// Returns the lane's colour as a tint, and for the letters as much of it as leaves them readable.
 Ink inkOf(const Theme& theme, int lane)
 {
-    Ink ink{mixed(theme.content, theme.lane(lane), tint), theme.lane(lane)};
-    for (float share = 0; share < 1 && contrast(ink.circle, ink.text) < readableContrast; share += 0.05F)
-        ink.text = mixed(theme.lane(lane), theme.text, share);
+    Ink ink{Theme::mixed(theme.content, theme.lane(lane), tint), theme.lane(lane)};
+    for (float share = 0; share < 1 && Theme::contrast(ink.circle, ink.text) < readableContrast; share += 0.05F)
+        ink.text = Theme::mixed(theme.lane(lane), theme.text, share);
     return ink;
 }
 
@@ -55,10 +34,9 @@ const Ink& inkFor(std::string_view who)
 {
     constexpr int inks = 8;
     static std::array<Ink, inks> kept;
-    static const Theme* keptOf = nullptr;
+    static int keptOf = -1;
     const Theme& theme = Theme::current();
-    if (keptOf != &theme) {
-        keptOf = &theme;
+    if (std::exchange(keptOf, Theme::generation()) != Theme::generation()) {
         for (int lane = 0; lane < inks; ++lane)
             kept[static_cast<std::size_t>(lane)] = inkOf(theme, lane);
     }

@@ -8,11 +8,16 @@
 #include <QFontDatabase>
 #include <QPalette>
 
+#include <algorithm>
+#include <array>
+#include <cmath>
+
 namespace plovik {
 
 namespace {
 
-const Theme* inForce = nullptr;
+std::optional<Theme> inForce;
+int generationInForce = 0;
 
 Theme makeLight()
 {
@@ -30,7 +35,8 @@ Theme makeLight()
     theme.badge = 0xE6E9ED;
     theme.badgeText = 0x565F69;
     theme.control = 0xFFFFFF;
-    theme.controlBorder = 0xDDE1E6;
+    theme.controlBorder = 0x868E98;
+    theme.quietBorder = 0xDDE1E6;
     theme.controlHover = 0xF4F6F8;
     theme.controlPressed = 0xE8EBEF;
     theme.disabledText = 0x9AA2AB;
@@ -90,7 +96,8 @@ Theme makeDark()
     theme.badge = 0x2A2D32;
     theme.badgeText = 0xA3ABB6;
     theme.control = 0x1D1F23;
-    theme.controlBorder = 0x34383F;
+    theme.controlBorder = 0x6A717C;
+    theme.quietBorder = 0x34383F;
     theme.controlHover = 0x25282D;
     theme.controlPressed = 0x2D3137;
     theme.disabledText = 0x626973;
@@ -133,6 +140,61 @@ Theme makeDark()
     theme.lanes = {0x5A9CF5, 0xC084EB, 0x4FC471, 0xF2A04D, 0xF27BAB, 0x58BFD0, 0xF07F7F, 0x8F8DF2};
     theme.isDark = true;
     return theme;
+}
+
+/// Every text has at least 7 to 1 and every border 4.5 to 1.
+void heighten(Theme& theme)
+{
+    const QColor ink = theme.isDark ? Qt::white : Qt::black;
+    theme.isHighContrast = true;
+    theme.content = theme.sidebar = theme.bars = theme.field = theme.control = theme.isDark ? Qt::black : Qt::white;
+    theme.text = ink;
+    theme.secondaryText = theme.isDark ? 0xD5D9DF : 0x2B2F36;
+    theme.separator = theme.quietBorder = theme.isDark ? 0x8A919B : 0x6B727B;
+    theme.controlBorder = theme.indicatorBorder = theme.isDark ? 0xAEB5BF : 0x4A5058;
+    theme.controlHover = theme.isDark ? 0x22262C : 0xE8EBEF;
+    theme.controlPressed = theme.isDark ? 0x30353D : 0xD5DAE0;
+    theme.disabledText = theme.isDark ? 0x9AA2AD : 0x5E6772;
+    theme.selection = theme.isDark ? 0x123A6B : 0xBBD6FF;
+    theme.accent = theme.isDark ? 0x8EC0FF : 0x0B4BA8;
+    theme.onAccent = theme.isDark ? Qt::black : Qt::white;
+    theme.gutter = theme.hunkHeader = theme.isDark ? 0x111317 : 0xF1F3F6;
+    theme.badge = theme.isDark ? 0x22262C : 0xE6E9ED;
+    for (QColor* text : {&theme.badgeText, &theme.gutterText, &theme.hunkHeaderText, &theme.tagBadgeText,
+                         &theme.blameText, &theme.warningText, &theme.syntaxComment, &theme.statusUntracked})
+        *text = Theme::mixed(*text, ink, 0.6F);
+    for (QColor* text :
+         {&theme.statusAdded, &theme.statusModified, &theme.statusDeleted, &theme.statusRenamed,
+          &theme.statusConflicted, &theme.syntaxKeyword, &theme.syntaxType, &theme.syntaxString, &theme.syntaxNumber,
+          &theme.syntaxPreprocessor, &theme.syntaxFunction, &theme.syntaxName, &theme.destructive})
+        *text = Theme::mixed(*text, ink, 0.35F);
+    for (QColor& lane : theme.lanes)
+        lane = Theme::mixed(lane, ink, 0.25F);
+}
+
+/// Takes the desktop's accent, darker or lighter where it could not be read, and as much of it behind what is selected
+/// as leaves that readable.
+void takeAccent(Theme& theme, const QColor& accent)
+{
+    constexpr double readable = 4.5;
+    const QColor ink = theme.isDark ? Qt::white : Qt::black;
+    const auto canBeRead = [&theme](const QColor& color) {
+        return std::ranges::all_of(std::array{theme.content, theme.bars, theme.onAccent},
+                                   [&](const QColor& around) { return Theme::contrast(color, around) >= readable; });
+    };
+    theme.accent = accent;
+    for (float share = 0; share < 1 && !canBeRead(theme.accent); share += 0.05F)
+        theme.accent = Theme::mixed(accent, ink, share);
+    const std::array letters{theme.secondaryText, theme.statusAdded,      theme.statusModified, theme.statusDeleted,
+                             theme.statusRenamed, theme.statusConflicted, theme.statusUntracked};
+    const auto isReadable = [&theme](const QColor& letter) {
+        return Theme::contrast(letter, theme.selection) >= readable;
+    };
+    float share = 0.25F;
+    do {
+        theme.selection = Theme::mixed(theme.content, theme.accent, share);
+        share -= 0.02F;
+    } while (share > 0 && !std::ranges::all_of(letters, isReadable));
 }
 
 QPalette paletteOf(const Theme& theme)
@@ -181,9 +243,7 @@ QColor Theme::chip(const QColor& letter) const
     const QColor hue = isDark ? letter : QColor::fromHsv(letter.hsvHue(), letter.hsvSaturation(), 210);
     // The tint is opaque, so that the contrast of the letter is the same on every row.
     const float share = 0.2F;
-    const auto mix = [share](float over, float under) { return over * share + under * (1 - share); };
-    return QColor::fromRgbF(mix(hue.redF(), content.redF()), mix(hue.greenF(), content.greenF()),
-                            mix(hue.blueF(), content.blueF()));
+    return mixed(content, hue, share);
 }
 
 const Theme& Theme::light()
@@ -198,12 +258,44 @@ const Theme& Theme::dark()
     return theme;
 }
 
+Theme Theme::of(const Choice& choice)
+{
+    Theme theme = choice.isDark ? dark() : light();
+    if (choice.isHighContrast)
+        heighten(theme);
+    if (choice.accent && !choice.isHighContrast)
+        takeAccent(theme, *choice.accent);
+    return theme;
+}
+
 const Theme& Theme::current() { return inForce ? *inForce : light(); }
+
+int Theme::generation() { return generationInForce; }
+
+double Theme::contrast(const QColor& one, const QColor& other)
+{
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](double part) {
+            return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    };
+    const auto [dark, bright] = std::minmax({luminance(one), luminance(other)});
+    return (bright + 0.05) / (dark + 0.05);
+}
+
+QColor Theme::mixed(const QColor& one, const QColor& other, float share)
+{
+    const auto mix = [share](float from, float to) { return from + (to - from) * share; };
+    return QColor::fromRgbF(mix(one.redF(), other.redF()), mix(one.greenF(), other.greenF()),
+                            mix(one.blueF(), other.blueF()));
+}
 
 void Theme::apply(const Theme& theme, QApplication& application)
 {
-    const bool isFirst = inForce == nullptr;
-    inForce = theme.isDark ? &dark() : &light();
+    const bool isFirst = !inForce;
+    inForce = theme;
+    ++generationInForce;
     if (isFirst)
         application.setStyle(new Style);
     application.setPalette(paletteOf(*inForce));

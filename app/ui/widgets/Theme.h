@@ -5,6 +5,7 @@
 #include <QFont>
 
 #include <array>
+#include <optional>
 
 class QApplication;
 
@@ -21,6 +22,7 @@ struct Theme {
     QColor destructive;      ///< behind the title, in onAccent, of a button that loses something
     QColor badge, badgeText; ///< counts and muted badges
     QColor control, controlBorder, controlHover, controlPressed, disabledText;
+    QColor quietBorder;            ///< around what is no control: muted badges, guides
     QColor field, indicatorBorder; ///< inside of text fields; border of an empty check box
     QColor addedLine, addedWords, removedLine, removedWords;
     QColor found, foundCurrent, foundBorder; ///< behind what a search has found, and around the one it stands at
@@ -35,6 +37,7 @@ struct Theme {
     QColor warning, warningText; ///< the bar that says what could not be read
     std::array<QColor, 8> lanes; ///< blue, purple, green, orange, pink, teal, red, indigo
     bool isDark = false;
+    bool isHighContrast = false;
 
     const QColor& lane(int column) const { return lanes[static_cast<std::size_t>(column) % lanes.size()]; }
 
@@ -43,11 +46,25 @@ struct Theme {
 
     static const Theme& light();
     static const Theme& dark();
+    /// What the user or the desktop chooses.
+    struct Choice {
+        bool isDark = false;
+        bool isHighContrast = false;
+        std::optional<QColor> accent = {}; ///< made darker or lighter until text in it can be read
+    };
+    static Theme of(const Choice& choice);
     /// Returns the theme in force. Widgets get QEvent::PaletteChange when it changes; most need only roles of the
     /// palette or the functions of ThemeFollowing.h.
     static const Theme& current();
+    /// Grows whenever another theme is put in force.
+    static int generation();
     /// Puts a theme in force, in the palette and the style of the whole application.
     static void apply(const Theme& theme, QApplication& application);
+
+    /// How far two colours stand apart, from 1 to 21: text needs 4.5, borders and focus need 3.
+    static double contrast(const QColor& one, const QColor& other);
+    /// Returns the colour that has `share` of `other` and the rest of `one`.
+    static QColor mixed(const QColor& one, const QColor& other, float share);
 
     /// Returns the application's font at a size relative to the ordinary one, in points.
     static QFont font(double pointsMore = 0, QFont::Weight weight = QFont::Normal);

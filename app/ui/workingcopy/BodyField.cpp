@@ -139,7 +139,7 @@ void BodyField::paintEvent(QPaintEvent* event)
 {
     QPlainTextEdit::paintEvent(event);
     QPainter painter(viewport());
-    painter.setPen(Theme::current().controlBorder);
+    painter.setPen(Theme::current().quietBorder);
     // A pixel beyond the last column, where no letter reaches.
     if (viewportMargins().right() > 0)
         painter.drawLine(QPointF(guideX() + 0.5, 0), QPointF(guideX() + 0.5, viewport()->height()));
