@@ -3,6 +3,7 @@
 #include "app/ui/stashes/StashesView.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/EqualRowList.h"
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/TypedText.h"
 #include "app/ui/window/RepositoryView.h"
 #include "app/ui/workingcopy/ChangedFilesModel.h"
@@ -129,7 +130,7 @@ TEST(EqualRowList, PlacesSelectsAndMovesLikeTheToolkitsList)
     EqualRowList own;
     QListView toolkit;
     toolkit.setUniformItemSizes(true);
-    toolkit.setFrameShape(QFrame::NoFrame);
+    giveFocusRing(toolkit);
     toolkit.setVerticalScrollMode(QListView::ScrollPerPixel);
     toolkit.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     for (QListView* list : {static_cast<QListView*>(&own), &toolkit}) {

@@ -174,6 +174,7 @@ struct Wiring {
 void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store)
 {
     QWidget& window = *bar.window();
+    bar.setAccessibleName(QCoreApplication::translate("Commands", "Menu Bar"));
     auto& states = *new CommandStates(store, &bar);
     for (const Layout& layout : layouts()) {
         QMenu* const menu = bar.addMenu(QCoreApplication::translate("Commands", layout.title));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commit/HashField.h"
 
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QAbstractButton>
@@ -40,10 +41,12 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         if (underMouse() || hasFocus()) {
-            painter.setPen(hasFocus() ? QPen(theme.accent) : QPen(Qt::NoPen));
+            painter.setPen(Qt::NoPen);
             painter.setBrush(isDown() ? theme.controlPressed : theme.controlHover);
             painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
         }
+        if (hasFocus())
+            paintFocusRing(painter, rect(), 4);
         painter.setPen(QPen(theme.secondaryText, 1.2));
         painter.setBrush(Qt::NoBrush);
         painter.drawPolyline(QPolygonF({{5.5, 12.5}, {5.5, 5.5}, {11.5, 5.5}}));

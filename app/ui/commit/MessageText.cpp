@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commit/MessageText.h"
 
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -56,7 +57,7 @@ void insertWithLinks(QTextCursor& cursor, const QString& text, const QTextCharFo
 MessageText::MessageText(QWidget* parent) : QTextBrowser(parent)
 {
     setAccessibleName(tr("Commit Message"));
-    setFrameShape(QFrame::NoFrame);
+    giveFocusRing(*this);
     setOpenLinks(false);
     setUndoRedoEnabled(false);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -22,6 +22,10 @@ Sheet::Sheet(RepositoryStore& store, const QString& title, const QString& confir
     connect(confirm_, &QPushButton::clicked, this, &QDialog::accept);
     // The sentence keeps its line while it is empty, so that nothing moves.
     sentence_->setMinimumHeight(sentence_->fontMetrics().height());
+    QSizePolicy policy = sentence_->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    sentence_->setSizePolicy(policy);
+    sentence_->hide();
     fields_->setSpacing(8);
 
     auto* const column = dialogParts::column(*this);
@@ -46,6 +50,7 @@ void Sheet::validate()
     sentence_->setForegroundRole(wrong.isEmpty() ? QPalette::PlaceholderText : QPalette::BrightText);
     if (said != sentence_->text()) {
         sentence_->setText(said);
+        sentence_->setVisible(!said.isEmpty());
         dialogParts::fit(*this);
     }
     const std::optional<Verb> begun = verb();

@@ -3,6 +3,7 @@
 
 #include "app/ui/diff/DiffSectionBar.h"
 #include "app/ui/diff/DiffSectionView.h"
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QEvent>
@@ -22,7 +23,7 @@ bool hasSelection(const DiffSectionView* section) { return !section->controller(
 
 DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
 {
-    setFrameShape(QFrame::NoFrame);
+    giveFocusRing(*this);
     setFocusPolicy(Qt::NoFocus);
     applyTheme();
     viewport()->setAutoFillBackground(true);

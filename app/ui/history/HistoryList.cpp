@@ -138,8 +138,9 @@ void HistoryList::placeHeader()
     workingCopy_->setVisible(row > 0);
     if (viewportMargins().top() != titles + row)
         setViewportMargins(0, titles + row, 0, 0);
-    header_->setGeometry(0, 0, width(), titles);
-    workingCopy_->setGeometry(0, titles, width(), row);
+    const int edge = frameWidth();
+    header_->setGeometry(edge, edge, width() - 2 * edge, titles);
+    workingCopy_->setGeometry(edge, edge + titles, width() - 2 * edge, row);
     showColumns();
 }
 
@@ -484,16 +485,7 @@ QRectF HistoryList::bandOf(const QPainter& painter, int row) const
 
 void HistoryList::paintSelection(QPainter& painter, int row) const
 {
-    const Theme& theme = Theme::current();
-    const QRectF band = bandOf(painter, row);
-    painter.fillRect(band, theme.selection);
-    if (hasFocus()) {
-        QColor ring = theme.accent;
-        ring.setAlphaF(0.35F);
-        painter.setPen(ring);
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRect(band.adjusted(0.5, 0.5, -0.5, -0.5));
-    }
+    painter.fillRect(bandOf(painter, row), Theme::current().selection);
 }
 
 void HistoryList::paintGraph(QPainter& painter, int first, int last, const HistoryColumns& columns) const

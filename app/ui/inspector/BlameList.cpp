@@ -5,6 +5,7 @@
 #include "app/store/ShownText.h"
 #include "app/ui/diff/ShownLine.h"
 #include "app/ui/history/RowText.h"
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/RowList.h"
 #include "app/ui/widgets/RowPainting.h"
 
@@ -53,7 +54,7 @@ private:
 BlameList::BlameList(QWidget* parent) : QListView(parent), model_(new BlameModel(this))
 {
     setAccessibleName(tr("Blame"));
-    setFrameShape(QFrame::NoFrame);
+    giveFocusRing(*this);
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);

@@ -84,6 +84,7 @@ BlamePane::BlamePane(RepositoryStore& store, QWidget* parent)
     for (QWidget* page : std::initializer_list<QWidget*>{list_, sentence_, loading_})
         addWidget(page);
     setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(tr("Blame Pane"));
     loadingSoon_.setSingleShot(true);
     connect(&loadingSoon_, &QTimer::timeout, this, [this] { showPage(loading_); });
     connect(list_, &BlameList::commitRequested, this, &BlamePane::showCommit);

@@ -50,6 +50,7 @@ FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
     column->addWidget(row_);
     column->addWidget(pages_, 1);
     setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(tr("File History Pane"));
     loadingSoon_.setSingleShot(true);
     connect(&loadingSoon_, &QTimer::timeout, this, [this] { showPage(loading_); });
     connect(row_, &ReadingRow::stopRequested, this, &FileHistoryPane::stop);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/inspector/InspectorTabs.h"
 
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
@@ -51,11 +52,8 @@ void InspectorTabs::paintEvent(QPaintEvent* event)
             painter.fillRect(
                 QRect(tab.left() + padding, tab.bottom() + 1 - lineHeight, tab.width() - 2 * padding, lineHeight),
                 theme.accent);
-        if (isCurrent && hasFocus()) {
-            painter.setPen(theme.accent);
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(QRectF(tab).adjusted(1.5, 3.5, -1.5, -4.5), 5, 5);
-        }
+        if (isCurrent && hasFocus())
+            paintFocusRing(painter, QRectF(tab).adjusted(1, 3, -1, -4), 5);
     }
 }
 

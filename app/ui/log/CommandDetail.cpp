@@ -9,6 +9,7 @@
 #include "app/ui/log/CommandLogModel.h"
 #include "app/ui/widgets/BarButton.h"
 #include "app/ui/widgets/ElidedLabel.h"
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/TerminalText.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
@@ -42,7 +43,7 @@ QPlainTextEdit* makeText(const QString& name, QWidget* parent)
     text->setUndoRedoEnabled(false);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     text->setTabChangesFocus(true);
-    text->setFrameShape(QFrame::NoFrame);
+    giveFocusRing(*text);
     text->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     text->setHorizontalScrollBarPolicy(
         Qt::ScrollBarAlwaysOff); // rounding may make a wrapped line too wide by a fraction

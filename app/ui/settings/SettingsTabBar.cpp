@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/settings/SettingsTabBar.h"
 
+#include "app/ui/widgets/FocusRing.h"
+
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -54,10 +56,11 @@ void SettingsTabBar::paintEvent(QPaintEvent* event)
             continue;
         const bool isCurrent = index == currentIndex();
         const QRectF tile = QRectF(tab).adjusted(2.5, 0.5, -2.5, -0.5);
-        painter.setPen(isCurrent && hasFocus() && showsFocus_ ? QPen(palette().color(QPalette::Link))
-                                                              : QPen(Qt::NoPen));
+        painter.setPen(Qt::NoPen);
         painter.setBrush(isCurrent ? palette().brush(QPalette::Highlight) : QBrush(Qt::NoBrush));
         painter.drawRoundedRect(tile, 6, 6);
+        if (isCurrent && hasFocus() && showsFocus_)
+            paintFocusRing(painter, tile, 6);
 
         const QColor quiet = palette().color(QPalette::PlaceholderText);
         paintSymbol(painter, symbols_[static_cast<std::size_t>(index)],

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/settings/SizeControl.h"
 
+#include "app/ui/widgets/FocusRing.h"
+
 #include <QLineEdit>
 #include <QLocale>
 #include <QPainter>
@@ -43,9 +45,11 @@ void SizeControl::paintEvent(QPaintEvent* /*event*/)
     initStyleOption(&option);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(palette().color(hasFocus() ? QPalette::Link : QPalette::Mid));
+    painter.setPen(palette().color(QPalette::Mid));
     painter.setBrush(palette().color(QPalette::Base));
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    if (hasFocus())
+        paintFocusRing(painter, rect(), radius);
     paintStep(painter, style()->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxUp, this), StepUpEnabled);
     paintStep(painter, style()->subControlRect(QStyle::CC_SpinBox, &option, QStyle::SC_SpinBoxDown, this),
               StepDownEnabled);

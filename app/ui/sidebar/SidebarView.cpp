@@ -4,6 +4,7 @@
 
 #include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarDelegate.h"
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/ScrollKeeper.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
@@ -153,7 +154,7 @@ void SidebarView::makeTree()
     tree_ = tree;
     followColor(*tree, QPalette::Base, &Theme::sidebar);
     tree->setAccessibleName(tr("Sidebar"));
-    tree->setFrameShape(QFrame::NoFrame);
+    giveFocusRing(*tree);
     tree->setHeaderHidden(true);
     tree->setRootIsDecorated(false);
     tree->setIndentation(0);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/EqualRowList.h"
 
+#include "app/ui/widgets/FocusRing.h"
+
 #include <QPaintEvent>
 #include <QScrollBar>
 #include <QStylePainter>
@@ -11,7 +13,7 @@ namespace plovik {
 
 EqualRowList::EqualRowList(QWidget* parent) : QListView(parent)
 {
-    setFrameShape(NoFrame);
+    giveFocusRing(*this);
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

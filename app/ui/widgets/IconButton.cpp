@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/IconButton.h"
 
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
@@ -131,8 +132,10 @@ void IconButton::paintEvent(QPaintEvent*)
     else if (isEnabled() && underMouse())
         fill = theme.controlHover;
     painter.setBrush(fill);
-    painter.setPen(hasFocus() ? QPen(theme.accent) : QPen(Qt::NoPen));
+    painter.setPen(Qt::NoPen);
     painter.drawRoundedRect(panel, 5, 5);
+    if (hasFocus())
+        paintFocusRing(painter, rect(), 5);
 
     QColor color = isChecked() ? theme.accent : theme.secondaryText;
     if (!isEnabled())

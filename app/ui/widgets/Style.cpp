@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/Style.h"
 
+#include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/Theme.h"
 
+#include <QAbstractScrollArea>
+#include <QCheckBox>
 #include <QPainter>
 #include <QPainterPath>
+#include <QRadioButton>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QWidget>
@@ -75,14 +79,18 @@ void paintButton(QPainter& painter, const QStyleOption* option, const QWidget* w
         fill = theme.controlPressed;
     else if (isEnabled && (option->state & QStyle::State_MouseOver))
         fill = theme.controlHover;
-    paintPanel(painter, option->rect, radius, fill, hasFocus ? theme.accent : theme.controlBorder);
+    paintPanel(painter, option->rect, radius, fill, theme.controlBorder);
+    if (hasFocus)
+        paintFocusRing(painter, option->rect, radius);
 }
 
 void paintLineEdit(QPainter& painter, const QStyleOption* option)
 {
     const Theme& theme = Theme::current();
     const bool hasFocus = option->state & QStyle::State_HasFocus;
-    paintPanel(painter, option->rect, controlRadius, theme.field, hasFocus ? theme.accent : theme.controlBorder);
+    paintPanel(painter, option->rect, controlRadius, theme.field, theme.controlBorder);
+    if (hasFocus)
+        paintFocusRing(painter, option->rect, controlRadius);
 }
 
 void paintChevron(QPainter& painter, const QRect& area, const QColor& color)
@@ -248,13 +256,21 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         paintRadioButton(*painter, option);
         return;
     case PE_Frame: {
+        if (const auto* area = qobject_cast<const QAbstractScrollArea*>(widget); area && hasFocusRing(area)) {
+            paintFocusFrame(*painter, *area);
+            return;
+        }
         const Theme& theme = Theme::current();
         const bool hasFocus = option->state & State_HasFocus;
-        paintPanel(*painter, option->rect, 3, Qt::transparent, hasFocus ? theme.accent : theme.controlBorder);
+        paintPanel(*painter, option->rect, 3, Qt::transparent, theme.controlBorder);
+        if (hasFocus)
+            paintFocusRing(*painter, option->rect, 3);
         return;
     }
     case PE_FrameFocusRect:
-        // Controls show the focus on their border, and rows draw it themselves.
+        // Other controls show the focus on their border, and rows draw it themselves.
+        if (qobject_cast<const QCheckBox*>(widget) || qobject_cast<const QRadioButton*>(widget))
+            paintFocusRing(*painter, QRectF(widget->rect()), 4);
         return;
     default:
         break;
@@ -367,6 +383,8 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     switch (metric) {
     case PM_ScrollBarExtent:
         return scrollBarThickness;
+    case PM_DefaultFrameWidth:
+        return hasFocusRing(widget) ? focusRingWidth : QProxyStyle::pixelMetric(metric, option, widget);
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
     case PM_ExclusiveIndicatorWidth:

@@ -10,6 +10,7 @@
 #include "app/ui/sidebar/SidebarView.h"
 #include "app/ui/stashes/StashesView.h"
 #include "app/ui/widgets/MessageBar.h"
+#include "app/ui/widgets/PaneCycle.h"
 #include "app/ui/widgets/SplitPane.h"
 #include "app/ui/window/OperationBar.h"
 #include "app/ui/window/Toolbar.h"
@@ -67,6 +68,7 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     setFocusProxy(sidebar_);
 
     new StoreDialogs(store, this);
+    new PaneCycle(*this);
 
     const auto showProblem = [this] { problem_->setText(store_.snapshot().readProblem.value()); };
     notifiers_.push_back(store.snapshot().readProblem.addNotifier(showProblem));

@@ -6,6 +6,7 @@
 #include "app/settings/Settings.h"
 #include "app/store/Obstacles.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/widgets/PaneCycle.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 #include "app/ui/workingcopy/AmendNote.h"
@@ -36,6 +37,7 @@ CommitBox::CommitBox(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), subject_(new SubjectField(this)), body_(new BodyField),
       amend_(new QCheckBox(tr("Amend"), this)), commit_(new QPushButton(command(CommandId::commit).title(), this))
 {
+    makePane(*subject_);
     amend_->setAccessibleName(tr("Amend"));
     amend_->setToolTip(tr("Replace the last commit instead of adding one"));
     commit_->setAccessibleName(commit_->text());
