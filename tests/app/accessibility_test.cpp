@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What assistive technology sees of every window: each node that can be used or read has a name, and the right role.
 
-#include "app/settings/RecentRepositories.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/commands/MainMenu.h"
-#include "app/ui/settings/SettingsView.h"
-#include "app/ui/welcome/WelcomeView.h"
+#include "app/ui/widgets/LabelAccessible.h"
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
@@ -13,6 +11,7 @@
 #include "tests/support/TestRepository.h"
 
 #include <QAccessible>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QTest>
@@ -136,6 +135,18 @@ TEST_F(AccessibilityTest, EveryViewOfAWindowIsNamed)
     store.window().closeInspector();
     store.window().showCommandLog(true);
     look("command log");
+}
+
+TEST_F(AccessibilityTest, NamedLabelsTellTheirText)
+{
+    installLabelAccessibility();
+    QLabel label(u"<b>Ada</b> &lt;ada@example.org&gt;"_s);
+    QAccessibleInterface* const node = QAccessible::queryAccessibleInterface(&label);
+    EXPECT_EQ(node->text(QAccessible::Name), u"Ada <ada@example.org>"_s);
+    label.setAccessibleName(u"Author"_s);
+    EXPECT_EQ(node->text(QAccessible::Name), u"Author"_s);
+    EXPECT_EQ(node->text(QAccessible::Description), u"Ada <ada@example.org>"_s);
+    EXPECT_EQ(node->role(), QAccessible::StaticText);
 }
 
 TEST_F(AccessibilityTest, EveryDialogIsNamed)

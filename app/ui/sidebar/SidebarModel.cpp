@@ -412,7 +412,7 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleDescriptionRole:
         if (kind(index) == Kind::ref || kind(index) == Kind::folder)
             return toolTip(node(index));
-        return kind(index) == Kind::history ? QString() : QString::number(count(index));
+        return count(index) == 0 ? QString() : QString::number(count(index));
     case Qt::ToolTipRole:
         return plainToolTip(toolTip(node(index)));
     default:

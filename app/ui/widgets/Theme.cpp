@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/Theme.h"
 
+#include "app/ui/widgets/LabelAccessible.h"
 #include "app/ui/widgets/Style.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
@@ -296,8 +297,10 @@ void Theme::apply(const Theme& theme, QApplication& application)
     const bool isFirst = !inForce;
     inForce = theme;
     ++generationInForce;
-    if (isFirst)
+    if (isFirst) {
         application.setStyle(new Style);
+        installLabelAccessibility();
+    }
     application.setPalette(paletteOf(*inForce));
     tellThemeFollowers();
 }
