@@ -10,7 +10,6 @@ namespace plovik {
 namespace {
 
 constexpr double margin = 12;
-constexpr double leastSubject = 220;
 
 struct ColumnTexts {
     Q_DECLARE_TR_FUNCTIONS(HistoryColumns)
@@ -91,7 +90,7 @@ HistoryColumns HistoryColumns::fitting(double width, double graphWidth, const Wi
     columns.graphWidth = graphWidth;
     columns.subjectLeft = graphWidth > 0 ? graphWidth + graphGap : margin;
 
-    double room = width - margin - columns.subjectLeft - leastSubject;
+    double room = width - margin - columns.subjectLeft - widths.leastSubject;
     const auto fits = [&room](double wanted) {
         if (wanted <= 0 || room < wanted + gap)
             return 0.0;

@@ -41,6 +41,7 @@ struct HistoryColumns {
     /// The widths of the columns on the right; 0 for a hidden one.
     struct Widths {
         double author = 0, date = 0, hash = 0;
+        double leastSubject = 220; ///< columns on the right give way before the subject gets narrower
     };
 
     /// Divides `width`. `graphWidth` is 0 when no graph is shown. A narrow row drops the hash first, then the author,

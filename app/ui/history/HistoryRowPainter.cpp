@@ -53,10 +53,10 @@ FittedText fitted(const QString& text, const QFont& font, double width)
 }
 
 /// Returns what a name leaves to the circle before it, with the gap between them.
-double initialsRoom(const HistoryColumns& columns)
+double initialsRoom(const HistoryColumns& columns, double size)
 {
     const double width = columns.authorRight - columns.authorLeft;
-    return width < leastForInitials ? 0 : 18 + initialsGap;
+    return width < leastForInitials ? 0 : size + initialsGap;
 }
 
 /// Returns the width of the widest text that tells date and time.
@@ -106,7 +106,10 @@ void HistoryRowPainter::takeWidths()
             return 0.0;
         return width > 0 ? width : std::max(usual, textWidth(titleOf(column), Theme::font(-1.5)) + titleRoom);
     };
-    const double author = std::max(160.0, std::ceil(QFontMetricsF(font_).height() * 8));
+    const double lineHeight = QFontMetricsF(font_).height();
+    widths_.leastSubject = std::max(220.0, std::ceil(lineHeight * 13));
+    initialsSize_ = std::max(18.0, std::ceil(lineHeight * 1.1));
+    const double author = std::max(160.0, std::ceil(lineHeight * 8));
     widths_.author = chosen(HistoryColumn::author, author);
     widths_.date =
         chosen(HistoryColumn::date, datesAreAbsolute_ ? widestTime(font_, locale_) : widestDate(font_, locale_));
@@ -177,8 +180,9 @@ QStaticText HistoryRowPainter::authorText(const std::string& name)
         return *known;
     if (authors_.size() >= keptAuthors)
         authors_.clear();
-    const QStaticText text =
-        fitted(shownLine(name), font_, columns_.authorRight - columns_.authorLeft - initialsRoom(columns_)).text;
+    const QStaticText text = fitted(shownLine(name), font_,
+                                    columns_.authorRight - columns_.authorLeft - initialsRoom(columns_, initialsSize_))
+                                 .text;
     authors_.insert(name, text);
     return text;
 }
@@ -232,7 +236,7 @@ void HistoryRowPainter::drawHash(QPainter& painter, double left, double right, d
 void HistoryRowPainter::drawAuthor(QPainter& painter, const RowLayout& layout, const HistoryColumns& columns,
                                    double top, const std::string& email) const
 {
-    const double room = initialsRoom(columns);
+    const double room = initialsRoom(columns, initialsSize_);
     if (room > 0) {
         const double size = room - initialsGap;
         const QRectF square(columns.authorLeft, top + std::floor((rowHeight_ - size) / 2), size, size);

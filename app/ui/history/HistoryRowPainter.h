@@ -73,6 +73,7 @@ private:
     double digitWidth_ = 0;
     RefBadges::Fonts badgeFonts_;
     HistoryColumns::Widths widths_;
+    double initialsSize_ = 18;
     bool hasGraph_ = true;
     double mostGraph_ = 0; ///< the width chosen for the graph; 0 when none is
     bool datesAreAbsolute_ = false;
