@@ -19,7 +19,9 @@ namespace settings {
 
 // Layout, kept across launches and shared by all windows.
 inline constexpr Setting<double> sidebarWidth{"sidebarWidth", 0};
-inline constexpr Setting<double> commitFilesWidth{"commitFilesWidth", 330};
+inline constexpr Setting<double> commitFilesWidth{"commitFilesWidth", 0};     ///< 0: by the room there is
+inline constexpr Setting<double> commitHeaderHeight{"commitHeaderHeight", 0}; ///< 0: as its text needs
+inline constexpr Setting<double> stashHeaderHeight{"stashHeaderHeight", 0};
 inline constexpr Setting<double> historyDetailHeight{"historyDetailHeight", 330};
 inline constexpr Setting<double> historyGraphWidth{"historyGraphWidth", 0}; ///< 0: as wide as needed, as the next three
 inline constexpr Setting<double> historyAuthorWidth{"historyAuthorWidth", 0};

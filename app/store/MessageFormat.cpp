@@ -44,6 +44,54 @@ QStringList filled(QStringView text, int columns, qsizetype indent)
     return line.isEmpty() ? lines : lines << line;
 }
 
+/// Characters from here on are two columns wide, but for some that do not matter here.
+constexpr char16_t firstWide = 0x2E80;
+constexpr int leastFullLine = 45; ///< nobody takes a shorter line for a full one
+constexpr int mostColumns = 100;  ///< a longer line was not broken by a hand
+constexpr int slack = 8;          ///< by which a line that was filled by hand may be too short
+
+bool isWide(QChar character) { return character.unicode() >= firstWide && !character.isSurrogate(); }
+
+qsizetype columnsOf(QStringView text) { return text.size() + std::ranges::count_if(text, isWide); }
+
+QStringView firstWord(QStringView line)
+{
+    const qsizetype end = line.indexOf(u' ');
+    return end < 0 ? line : line.first(end);
+}
+
+/// Returns whether the places of a line's words mean something, or all of it is a rule, a command or a fence.
+bool isDrawn(QStringView line)
+{
+    static const QRegularExpression drawn(u"\\t|[^\\s.!?:;)\"'\u201D]\\s{2,}\\S|\\s{3,}\\S|\\\\$|^[$%] |^[^\\w\\s]+$"_s,
+                                          QRegularExpression::UseUnicodePropertiesOption);
+    return drawn.match(line.toString()).hasMatch();
+}
+
+bool isFence(QStringView line) { return line.startsWith(u"```") || line.startsWith(u"~~~"); }
+
+/// Appends a paragraph, whose lines may be joined, to `result`.
+void appendFlowed(QStringList& result, const QStringList& paragraph)
+{
+    qsizetype longest = 0;
+    for (const QString& line : paragraph)
+        longest = std::max(longest, columnsOf(line));
+    bool wasFull = false;
+    for (qsizetype index = 0; index < paragraph.size(); ++index) {
+        const QString& line = paragraph[index];
+        if (wasFull) {
+            const bool isSpaced = !isWide(result.back().back()) || !isWide(line.front());
+            result.back() += (isSpaced ? u" "_s : QString()) + line;
+        } else {
+            result.append(line);
+        }
+        const qsizetype length = columnsOf(line);
+        wasFull = index + 1 < paragraph.size() && longest >= leastFullLine && longest <= mostColumns &&
+                  length >= leastFullLine - slack &&
+                  length + 1 + columnsOf(firstWord(paragraph[index + 1])) > longest - slack;
+    }
+}
+
 bool isTooLong(const QString& line, int columns) { return line.size() > columns; }
 
 } // namespace
@@ -95,6 +143,54 @@ QString wrapped(const QString& body, int columns)
     }
     finish();
     return result.join(u'\n');
+}
+
+QString flowed(const QString& body)
+{
+    QStringList result;
+    QStringList paragraph; // of lines that may be joined
+    const auto finish = [&] {
+        appendFlowed(result, paragraph);
+        paragraph.clear();
+    };
+    bool isFenced = false;
+    for (QString line : body.split(u'\n')) {
+        const bool isFenceLine = isFence(line);
+        if (!isFenced && !isFenceLine && markerLength(line) == 0 && !isFixed(line) && !isDrawn(line)) {
+            while (line.endsWith(u' '))
+                line.chop(1);
+            paragraph.append(line);
+            continue;
+        }
+        isFenced ^= isFenceLine;
+        finish();
+        result.append(line);
+    }
+    finish();
+    return result.join(u'\n');
+}
+
+BodyAndTrailers withTrailersApart(const QString& body)
+{
+    // Git adds a line like "(cherry picked from commit 1234567)" among the trailers, and people their remarks.
+    static const QRegularExpression remark(u"^(\\(cherry picked from commit .*\\)|\\[.*\\])$"_s);
+    const QStringList lines = body.split(u'\n');
+    qsizetype first = lines.size();
+    bool hasTrailer = false;
+    while (first > 0 && !lines[first - 1].isEmpty()) {
+        --first;
+        const bool goesOn = lines[first].front().isSpace() && first > 0 && !lines[first - 1].isEmpty();
+        const bool isOne = isTrailer(lines[first]);
+        if (!isOne && !goesOn && !remark.match(lines[first]).hasMatch())
+            return {body, {}};
+        hasTrailer |= isOne;
+    }
+    if (!hasTrailer)
+        return {body, {}};
+    qsizetype end = first;
+    while (end > 0 && lines[end - 1].isEmpty())
+        --end;
+    return {lines.first(end).join(u'\n'), lines.mid(first)};
 }
 
 } // namespace plovik::messageFormat

@@ -23,6 +23,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -318,6 +319,59 @@ TEST_F(CommitDetailTest, AMessageOfAnySizeIsCutBeforeItHoldsUpTheWindow)
         QApplication::processEvents();
         EXPECT_LT(timer.elapsed(), 5'000);
         EXPECT_TRUE(message(*view).contains(u"Only the beginning of this message is shown"_s));
+    }
+}
+
+TEST(MessageParts, FlowWhereTheWriterFilledTheLinesAndKeepTheRest)
+{
+    const QString full(60, u'x');
+    const auto body = [](const QString& text) { return MessageParts::of("s\n\n" + text.toStdString()).body; };
+    EXPECT_EQ(body(full + u" broken\nbecause full,\n\nthen\nshort"_s),
+              full + u" broken because full,\n\nthen\nshort"_s);
+    EXPECT_EQ(body(full + u" and\nhttps://example.org/x"_s), full + u" and https://example.org/x"_s);
+    EXPECT_EQ(body(full + u"\u3002\n\u4e2d\u6587"_s), full + u"\u3002\u4e2d\u6587"_s) << "no blank between ideographs";
+    for (const QString& kept :
+         {u"- %1 item\n  goes on here"_s, u"> %1 quoted\nas %1 was"_s, u"    int %1 code;\n    int y;"_s,
+          u"```\n%1 fenced line\n%1 fenced line\n```"_s, u"| %1 | a |\n| %1 | b |"_s, u"name    %1\nother   %1"_s,
+          u"$ %1 command --with\n$ %1 command"_s, u"Title of %1 some\n-----"_s, u"Roses are red,\nviolets are blue"_s})
+        EXPECT_EQ(body(kept.contains(u"%1"_s) ? QString(kept).replace(u"%1"_s, full) : kept),
+                  kept.contains(u"%1"_s) ? QString(kept).replace(u"%1"_s, full) : kept);
+    const MessageParts signedOff =
+        MessageParts::of("s\n\nWhy: because\nof that\n\nFixes: #1\n[ada: rebased]\nCo-authored-by: B <b@x>\n");
+    EXPECT_EQ(signedOff.body, u"Why: because\nof that"_s);
+    EXPECT_EQ(signedOff.trailers, (QStringList{u"Fixes: #1"_s, u"[ada: rebased]"_s, u"Co-authored-by: B <b@x>"_s}));
+    EXPECT_EQ(MessageParts::of("s\n\nWhy: because\nof that").trailers, QStringList());
+}
+
+TEST_F(CommitDetailTest, ShowsTheFactsBetweenTitleAndMessageAndNoPartOfALine)
+{
+    std::string lines = "title";
+    for (int line = 0; line < 60; ++line)
+        lines += "\n\nparagraph " + std::to_string(line);
+    repo.write("a", "1\n").git({"add", "."}).git({"commit", "-q", "-F", "-"}, lines + "\n\nFixes: #1");
+    load();
+    const auto view = show(CommitKind::ordinary);
+    select(repo.head());
+    QApplication::processEvents();
+    const auto* const text = view->findChild<QTextBrowser*>();
+    const auto* const area = view->findChild<QScrollArea*>();
+    EXPECT_TRUE(message(*view).endsWith(u"paragraph 59\nFixes: #1"_s));
+    const auto rectOf = [&](const QString& words) {
+        QTextCursor cursor = text->document()->find(words);
+        return text->cursorRect(cursor).translated(text->mapTo(view.get(), QPoint()));
+    };
+    const auto* const hash = named<QLineEdit>(*view, u"Commit Hash"_s);
+    const int hashY = hash->mapTo(view.get(), QPoint()).y();
+    EXPECT_GT(hashY, rectOf(u"title"_s).bottom());
+    EXPECT_LT(hashY + hash->height(), rectOf(u"paragraph 0"_s).top());
+    for (const int height : {500, 507, 513}) {
+        view->resize(1000, height);
+        QApplication::processEvents();
+        const int end = area->mapTo(view.get(), QPoint(0, area->viewport()->height())).y();
+        for (int line = 0; line < 10; ++line) {
+            const QRect rect = rectOf(u"paragraph %1"_s.arg(line));
+            EXPECT_TRUE(rect.bottom() < end || rect.top() >= end) << height << ' ' << line;
+        }
     }
 }
 

@@ -34,6 +34,11 @@ namespace {
 constexpr double leastFilesWidth = 200;
 constexpr double leastDiffWidth = 260;
 
+// The width of the header and the files, until the user chooses one.
+constexpr double partOfSide = 0.34;
+constexpr double leastSide = 440;
+constexpr double mostSide = 620;
+
 /// A read that takes no longer than this shows no sign of it.
 constexpr std::chrono::milliseconds quietRead{150};
 
@@ -77,8 +82,10 @@ void CommitDetailView::makePage()
     diff_ = new DiffPane(store_);
     diff_->view()->setActionsAvailable(false);
     diff_->showSentence({}, {});
-    pages_->addWidget(new SplitPane(settings::commitFilesWidth, Qt::Horizontal, SplitPane::Sized::first,
-                                    leastFilesWidth, leastDiffWidth, makeLeftSide(), diff_));
+    auto* const page = new SplitPane(settings::commitFilesWidth, Qt::Horizontal, SplitPane::Sized::first,
+                                     leastFilesWidth, leastDiffWidth, makeLeftSide(), diff_);
+    page->setAutomatic([](double available) { return std::clamp(available * partOfSide, leastSide, mostSide); });
+    pages_->addWidget(page);
     setTabOrder(files_, diff_);
     connect(files_, &CommitFilesList::currentFileChanged, this, &CommitDetailView::fileChanged);
     connect(files_, &CommitFilesList::openRequested, this, &CommitDetailView::openCurrentFile);
@@ -105,7 +112,7 @@ QWidget* CommitDetailView::makeLeftSide()
         followFont(*label, -1);
     summary->addWidget(summary_, 1);
     summary->addWidget(totals_, 0, Qt::AlignRight | Qt::AlignTop);
-    side_ = new HeaderOverFiles(header_, summary, files_);
+    side_ = new HeaderOverFiles(kind_, header_, summary, files_);
     return side_;
 }
 
@@ -176,7 +183,7 @@ void CommitDetailView::showReading(std::shared_ptr<CommitReading> reading)
     header_->showDetail(shown_->detail);
     showSummary();
     files_->setReading(shown_);
-    side_->share();
+    side_->arrange();
     if (shown_->detail.files.empty())
         diff_->showSentence(tr("No Changes"), commitSummary::nothingChanged(shown_->detail, kind_));
     else if (!shown_->counts)

@@ -117,7 +117,9 @@ QString people(const gitkit::CommitDetail& detail)
     if (isUnknown(detail))
         return {};
     QStringList lines;
-    lines << (shownText(detail.authorName) + u" <"_s + shownText(detail.authorEmail) + u'>').toHtmlEscaped();
+    const QString author =
+        (shownText(detail.authorName) + u" <"_s + shownText(detail.authorEmail) + u'>').toHtmlEscaped();
+    lines << u"<span style='color:%1'>%2</span>"_s.arg(Theme::current().text.name(), author);
     lines << shownDate(detail.authorDate).toHtmlEscaped();
     if (detail.committerName != detail.authorName || detail.commitDate != detail.authorDate) {
         lines << Text::tr("Committed by %1 · %2")

@@ -5,10 +5,13 @@
 #include "app/ui/commit/CommitFacts.h"
 #include "app/ui/commit/CommitRefs.h"
 #include "app/ui/commit/HashField.h"
+#include "app/ui/commit/MessageOverFacts.h"
 #include "app/ui/commit/MessageText.h"
+#include "app/ui/widgets/Initials.h"
 
 #include <QEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QPointer>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -37,36 +40,56 @@ void fill(QLabel* label, const QString& text)
     label->setVisible(!text.isEmpty());
 }
 
+constexpr int circleSize = 30;
+
 } // namespace
+
+/// The facts of a commit, with the author's initials at the left of the first ones.
+class CommitHeader::FactsBox : public QWidget {
+public:
+    void setPerson(const QString& name, const std::string& mail)
+    {
+        initials_ = name.isEmpty() ? QString() : initialsOf(name);
+        mail_ = mail;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        if (initials_.isEmpty())
+            return;
+        QPainter painter(this);
+        paintInitials(painter, QRectF(isRightToLeft() ? width() - circleSize : 0, 2, circleSize, circleSize), initials_,
+                      mail_);
+    }
+
+private:
+    QString initials_;
+    std::string mail_;
+};
 
 CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent)
     : QWidget(parent), store_(store), names_(store.git(), &readCommitHash, [this] { nameRead(); }), kind_(kind),
-      area_(new QScrollArea), message_(new MessageText), refs_(new CommitRefs),
+      area_(new QScrollArea), message_(new MessageText), facts_(new FactsBox), refs_(new CommitRefs),
       people_(makeLabel(Qt::RichText, Qt::TextSelectableByMouse)), hash_(new HashField),
       parents_(makeLabel(Qt::RichText, Qt::TextBrowserInteraction)), notice_(makeLabel(Qt::PlainText))
 {
     people_->setAccessibleName(tr("Commit Author"));
     parents_->setAccessibleName(tr("Commit Parents"));
     hash_->setVisible(kind == CommitKind::ordinary);
-    auto* const text = new QWidget;
-    auto* const column = new QVBoxLayout(text);
-    column->setContentsMargins(14, kind == CommitKind::ordinary ? 14 : 10, 14, 8);
-    column->setSpacing(0);
-    const auto add = [column](QWidget* widget, int above) {
-        widget->setContentsMargins(0, above, 0, 0);
-        column->addWidget(widget);
-    };
-    add(message_, 0);
-    column->addSpacing(kind == CommitKind::ordinary ? 10 : 4);
-    add(refs_, 0);
-    add(people_, 2);
-    add(hash_, 0);
-    add(parents_, 2);
-    add(notice_, 8);
-    column->addStretch(1);
-    text->setBackgroundRole(QPalette::Base);
-    text->setAutoFillBackground(true);
-    area_->setWidget(text);
+    auto* const rows = new QVBoxLayout(facts_);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(4);
+    for (QWidget* row : {static_cast<QWidget*>(people_), static_cast<QWidget*>(hash_), static_cast<QWidget*>(parents_),
+                         static_cast<QWidget*>(refs_), static_cast<QWidget*>(notice_)})
+        rows->addWidget(row);
+    if (kind == CommitKind::ordinary)
+        people_->setContentsMargins(circleSize + 9, 0, 0, 0);
+    notice_->setContentsMargins(0, 6, 0, 0);
+    text_ = new MessageOverFacts(message_, facts_, {14, kind == CommitKind::ordinary ? 14 : 10, 14, 8});
+    connect(text_, &MessageOverFacts::placed, this, &CommitHeader::alignToLines);
+    area_->setWidget(text_);
     area_->setWidgetResizable(true);
     area_->setFrameShape(QFrame::NoFrame);
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -116,6 +139,8 @@ void CommitHeader::take(const gitkit::CommitDetail& detail)
     }
     shown_ = commitFacts::withoutFiles(detail);
     message_->setMessage(MessageParts::of(shown_.message));
+    if (kind_ == CommitKind::ordinary)
+        facts_->setPerson(shownText(shown_.authorName), shown_.authorEmail);
     showFacts();
     showRefs();
     updateGeometry();
@@ -175,11 +200,25 @@ QSize CommitHeader::sizeHint() const
     return {320, height};
 }
 
+void CommitHeader::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    alignToLines();
+}
+
+/// Leaves the room below the last whole line blank.
+void CommitHeader::alignToLines()
+{
+    const int cut = height() - text_->heightOfWholeLines(height());
+    layout()->setContentsMargins(0, 0, 0, std::clamp(cut, 0, height() / 2));
+    area_->verticalScrollBar()->setSingleStep(message_->fontMetrics().lineSpacing() * 5 / 4);
+}
+
 void CommitHeader::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    // The text of the facts contains the name of the fixed font.
-    if (event->type() == QEvent::FontChange)
+    // The text of the facts contains the name of the fixed font and a colour.
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange)
         showFacts();
 }
 

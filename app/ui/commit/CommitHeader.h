@@ -20,10 +20,11 @@ namespace plovik {
 
 class CommitRefs;
 class HashField;
+class MessageOverFacts;
 class MessageText;
 
-/// A commit in words: message, refs, author and date, hash and parents; or a stash: message, date, and the commit that
-/// it was made on. Links to other commits select them in the store. Main thread.
+/// A commit in words: subject, author with initials and date, hash, parents, refs and the rest of the message; or a
+/// stash: subject, date, the commit that it was made on, and the rest. As many lines are shown as fit whole. Links to other commits select them in the store. Main thread.
 class CommitHeader : public QWidget {
     Q_OBJECT
 
@@ -42,10 +43,14 @@ public:
     QSize sizeHint() const override;
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
+    class FactsBox;
+
     void nameRead();
+    void alignToLines();
 
     std::optional<gitkit::Commit> commitOnPage(const std::string& hash) const;
     void take(const gitkit::CommitDetail& detail);
@@ -59,7 +64,9 @@ private:
     CommitKind kind_;
     gitkit::CommitDetail shown_; ///< without its files
     QScrollArea* area_;
+    MessageOverFacts* text_;
     MessageText* message_;
+    FactsBox* facts_;
     CommitRefs* refs_;
     QLabel* people_;
     HashField* hash_;

@@ -13,38 +13,43 @@ namespace plovik {
 
 namespace {
 
-constexpr double fairPartOfList = 5.0 / 11;
+constexpr double fairPartOfList = 0.36;
 constexpr int mostRowsCounted = 100; ///< more rows never fit
+constexpr double leastHeader = 48;
+constexpr double leastFiles = 64;
+
+QWidget* filesBelow(QLayout* summary, CommitFilesList* files)
+{
+    auto* const below = new QWidget;
+    below->setBackgroundRole(QPalette::Base);
+    below->setAutoFillBackground(true);
+    auto* const column = new QVBoxLayout(below);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addLayout(summary);
+    column->addWidget(files, 1);
+    return below;
+}
 
 } // namespace
 
-HeaderOverFiles::HeaderOverFiles(CommitHeader* header, QLayout* summary, CommitFilesList* files, QWidget* parent)
-    : QWidget(parent), header_(header), summary_(summary), files_(files)
+HeaderOverFiles::HeaderOverFiles(gitkit::CommitKind kind, CommitHeader* header, QLayout* summary,
+                                 CommitFilesList* files, QWidget* parent)
+    : SplitPane(kind == gitkit::CommitKind::stash ? settings::stashHeaderHeight : settings::commitHeaderHeight,
+                Qt::Vertical, Sized::first, leastHeader, leastFiles, header, filesBelow(summary, files), parent),
+      header_(header), summary_(summary), files_(files)
 {
-    setBackgroundRole(QPalette::Base);
-    setAutoFillBackground(true);
-    auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
-    column->addWidget(header);
-    column->addLayout(summary);
-    column->addWidget(files, 1);
+    setAutomatic([this](double available) { return share(available); });
 }
 
-void HeaderOverFiles::share()
+double HeaderOverFiles::share(double available) const
 {
-    const int room = height() - summary_->sizeHint().height();
+    const double room = available - summary_->sizeHint().height();
     const int rows = std::min(files_->model()->rowCount(), mostRowsCounted);
     const int wanted = rows > 0 ? rows * files_->sizeHintForRow(0) + files_->height() - files_->viewport()->height() + 8
                                 : files_->minimumSizeHint().height();
-    const int list = std::min(wanted, static_cast<int>(room * fairPartOfList));
-    header_->setFixedHeight(std::clamp(header_->sizeHint().height(), 0, std::max(0, room - list)));
-}
-
-void HeaderOverFiles::resizeEvent(QResizeEvent* event)
-{
-    QWidget::resizeEvent(event);
-    share();
+    const double list = std::min<double>(wanted, room * fairPartOfList);
+    return std::clamp<double>(header_->sizeHint().height(), 0, std::max(0.0, room - list));
 }
 
 } // namespace plovik

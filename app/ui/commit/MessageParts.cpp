@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commit/MessageParts.h"
 
+#include "app/store/MessageFormat.h"
 #include "app/store/ShownText.h"
 #include "app/ui/diff/ShownLine.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <utility>
 
 namespace plovik {
 
@@ -107,6 +109,9 @@ MessageParts MessageParts::of(std::string_view message)
     }
     if (!isWhole || !isBodyWhole)
         parts.note = noteOnSize(message);
+    messageFormat::BodyAndTrailers apart = messageFormat::withTrailersApart(parts.body);
+    parts.body = messageFormat::flowed(apart.body);
+    parts.trailers = std::move(apart.trailers);
     return parts;
 }
 

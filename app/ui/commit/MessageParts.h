@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <string_view>
 
@@ -15,8 +16,9 @@ struct MessageParts {
     static constexpr int mostLines = 2'000;
 
     QString subject; ///< the first paragraph, joined to one line as git does it
-    QString body;
-    QString note; ///< the sentence that a part is left out; empty when none is
+    QString body;    ///< with its full lines joined to paragraphs, without the trailers
+    QString note;    ///< the sentence that a part is left out; empty when none is
+    QStringList trailers = {};
 
     static MessageParts of(std::string_view message);
 

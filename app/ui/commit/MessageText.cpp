@@ -1,16 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commit/MessageText.h"
 
+#include "app/store/MessageFormat.h"
 #include "app/ui/widgets/FocusRing.h"
+#include "app/ui/widgets/Initials.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QDesktopServices>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QRegularExpression>
 #include <QTextBlock>
+#include <QTextLayout>
 
+#include <algorithm>
 #include <cmath>
+#include <string>
 
 namespace plovik {
 
@@ -52,6 +58,57 @@ void insertWithLinks(QTextCursor& cursor, const QString& text, const QTextCharFo
     cursor.insertText(text.mid(done), format);
 }
 
+constexpr int paragraphGap = 8;
+constexpr int trailersGap = 17; ///< with a line in its middle
+constexpr int initialsSize = 16;
+constexpr int initialsRoom = 22;
+
+QTextBlockFormat textLines()
+{
+    QTextBlockFormat lines;
+    lines.setLineHeight(125, QTextBlockFormat::ProportionalHeight);
+    return lines;
+}
+
+QTextBlockFormat apartBy(int gap)
+{
+    QTextBlockFormat lines = textLines();
+    lines.setTopMargin(gap);
+    return lines;
+}
+
+QTextCharFormat plainText()
+{
+    QTextCharFormat plain;
+    plain.setFont(Theme::font());
+    plain.setForeground(Theme::current().text);
+    return plain;
+}
+
+/// Returns whether a line stands where a writer puts code, output or a table.
+bool isCode(QStringView line)
+{
+    return line.startsWith(u"    "_s) || line.startsWith(u'\t') || line.startsWith(u'|') || line.startsWith(u"$ "_s);
+}
+
+bool isCoAuthor(const QString& line) { return line.startsWith(u"co-authored-by:"_s, Qt::CaseInsensitive); }
+bool hasCoAuthor(const QStringList& lines) { return std::ranges::any_of(lines, isCoAuthor); }
+
+struct Person {
+    QString name;
+    std::string mail;
+};
+
+/// Returns who stands in a trailer like "Co-authored-by: Ada <ada@example.org>".
+Person personOf(const QString& line)
+{
+    const QString who = line.mid(line.indexOf(u':') + 1).trimmed();
+    const qsizetype mail = who.indexOf(u'<');
+    if (mail < 0)
+        return {who, {}};
+    return {who.left(mail).trimmed(), who.mid(mail + 1).section(u'>', 0, 0).toStdString()};
+}
+
 } // namespace
 
 MessageText::MessageText(QWidget* parent) : QTextBrowser(parent)
@@ -84,36 +141,96 @@ void MessageText::write()
     QTextCharFormat strong;
     strong.setFont(Theme::font(1.5, QFont::DemiBold));
     strong.setForeground(theme.text);
-    QTextCharFormat plain;
-    plain.setFont(Theme::font());
-    plain.setForeground(theme.text);
-    QTextCharFormat quiet = plain;
-    quiet.setForeground(theme.secondaryText);
-    QTextBlockFormat lines;
-    lines.setLineHeight(125, QTextBlockFormat::ProportionalHeight);
-    QTextBlockFormat apart = lines;
-    apart.setTopMargin(8);
-
+    firstTrailer_ = -1;
     document()->clear();
     QTextCursor cursor(document());
     // One edit block is laid out once.
     cursor.beginEditBlock();
-    cursor.setBlockFormat(lines);
+    cursor.setBlockFormat(textLines());
     insertWithLinks(cursor, message_.subject, strong);
-    if (!message_.body.isEmpty()) {
-        cursor.insertBlock(apart, plain);
-        const qsizetype firstEnd = message_.body.indexOf(u'\n');
-        insertWithLinks(cursor, message_.body.left(firstEnd), plain);
-        if (firstEnd >= 0) {
-            cursor.insertBlock(lines, plain);
-            insertWithLinks(cursor, message_.body.mid(firstEnd + 1), plain);
-        }
-    }
+    if (!message_.body.isEmpty())
+        writeBody(cursor);
+    if (!message_.trailers.isEmpty())
+        writeTrailers(cursor);
     if (!message_.note.isEmpty()) {
-        cursor.insertBlock(apart, quiet);
+        QTextCharFormat quiet = plainText();
+        quiet.setForeground(theme.secondaryText);
+        cursor.insertBlock(apartBy(paragraphGap), quiet);
         cursor.insertText(message_.note, quiet);
     }
+    applyGap();
     cursor.endEditBlock();
+}
+
+void MessageText::writeBody(QTextCursor& cursor)
+{
+    const QTextCharFormat plain = plainText();
+    QTextCharFormat code = plain;
+    code.setFont(Theme::fixedFont(-0.75));
+    bool isFirst = true;
+    bool isFenced = false;
+    for (const QStringView line : QStringView(message_.body).split(u'\n')) {
+        const bool isFence = line.startsWith(u"```"_s);
+        isFenced ^= isFence;
+        const QTextCharFormat& format = isFenced || isFence || isCode(line) ? code : plain;
+        cursor.insertBlock(isFirst ? apartBy(paragraphGap) : textLines(), format);
+        insertWithLinks(cursor, line.toString(), format);
+        isFirst = false;
+    }
+}
+
+void MessageText::writeTrailers(QTextCursor& cursor)
+{
+    QTextCharFormat value = plainText();
+    value.setFont(Theme::font(-1));
+    QTextCharFormat key = value;
+    key.setForeground(Theme::current().secondaryText);
+    for (const QString& line : message_.trailers) {
+        const bool isFirst = firstTrailer_ < 0;
+        QTextBlockFormat block = isFirst ? apartBy(trailersGap) : textLines();
+        if (hasCoAuthor(message_.trailers))
+            block.setLeftMargin(initialsRoom);
+        cursor.insertBlock(block, key);
+        if (isFirst)
+            firstTrailer_ = cursor.blockNumber();
+        const qsizetype end = messageFormat::isTrailer(line) ? line.indexOf(u':') + 1 : 0;
+        cursor.insertText(line.left(end), key);
+        insertWithLinks(cursor, line.mid(end), value);
+    }
+}
+
+void MessageText::setGap(int height)
+{
+    if (height == gap_)
+        return;
+    gap_ = height;
+    applyGap();
+    setFixedHeight(sizeHint().height());
+}
+
+/// The gap is a margin of the block below the subject. Without such a block sizeHint() leaves the room for it.
+void MessageText::applyGap()
+{
+    const QTextBlock below = document()->begin().next();
+    if (!below.isValid())
+        return;
+    QTextCursor cursor(below);
+    QTextBlockFormat format;
+    format.setTopMargin(gap_ + (below.blockNumber() == firstTrailer_ ? trailersGap : paragraphGap));
+    cursor.mergeBlockFormat(format);
+}
+
+int MessageText::gapTop() const
+{
+    return static_cast<int>(std::ceil(document()->documentLayout()->blockBoundingRect(document()->begin()).bottom()));
+}
+
+int MessageText::heightOfWholeLines(int height) const
+{
+    const QTextCursor at = cursorForPosition({0, height});
+    const QRect line = cursorRect(at);
+    // Where the text does not reach down to, nothing is cut.
+    return line.bottom() < height || line.top() > height ? height : line.top();
 }
 
 void MessageText::follow(const QUrl& link)
@@ -125,7 +242,36 @@ void MessageText::follow(const QUrl& link)
         QDesktopServices::openUrl(link);
 }
 
-QSize MessageText::sizeHint() const { return {320, static_cast<int>(std::ceil(document()->size().height()))}; }
+QSize MessageText::sizeHint() const
+{
+    const int room = document()->blockCount() > 1 ? 0 : gap_;
+    return {320, static_cast<int>(std::ceil(document()->size().height())) + room};
+}
+
+void MessageText::paintEvent(QPaintEvent* event)
+{
+    QTextBrowser::paintEvent(event);
+    if (firstTrailer_ < 0)
+        return;
+    const auto* const layout = document()->documentLayout();
+    QPainter painter(viewport());
+    QTextBlock block = document()->findBlockByNumber(firstTrailer_);
+    const int top = static_cast<int>(layout->blockBoundingRect(block).top());
+    painter.fillRect(QRect(0, top - trailersGap / 2, viewport()->width(), 1), Theme::current().separator);
+    for (const QString& line : message_.trailers) {
+        const QRectF area = layout->blockBoundingRect(block);
+        if (area.top() > event->rect().bottom())
+            break;
+        if (isCoAuthor(line)) {
+            const double height = block.layout()->lineCount() > 0 ? block.layout()->lineAt(0).height() : area.height();
+            const Person person = personOf(line);
+            const double left = isRightToLeft() ? viewport()->width() - initialsSize : 0;
+            paintInitials(painter, QRectF(left, area.top() + (height - initialsSize) / 2, initialsSize, initialsSize),
+                          initialsOf(person.name), person.mail);
+        }
+        block = block.next();
+    }
+}
 
 // The widget shows all of its text, so keys and wheel turns that scroll are left to the scroll area around it.
 

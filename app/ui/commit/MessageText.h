@@ -7,9 +7,10 @@
 
 namespace plovik {
 
-/// A commit's message, which can be selected and copied: the subject bold, the body as it was written. Web and mail
-/// addresses and everything that looks like a commit's hash are links. The widget is as high as its text and does not
-/// scroll. Main thread.
+/// A commit's message, which can be selected and copied: the subject bold, the body as it was written, and below a line
+/// the trailers, co-authors with their initials. Web and mail addresses and everything that looks like a commit's hash
+/// are links. Below the subject stays a gap in which another widget may stand. The widget is as high as its text and the
+/// gap, and does not scroll. Main thread.
 class MessageText : public QTextBrowser {
     Q_OBJECT
 
@@ -17,6 +18,13 @@ public:
     explicit MessageText(QWidget* parent = nullptr);
 
     void setMessage(const MessageParts& message);
+
+    /// Sets the height of the gap below the subject, in pixels.
+    void setGap(int height);
+    /// Returns where the gap begins.
+    int gapTop() const;
+    /// Returns the greatest height up to `height` at which no line of the text is cut.
+    int heightOfWholeLines(int height) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {80, 0}; }
@@ -26,15 +34,21 @@ Q_SIGNALS:
     void commitRequested(const QString& hash);
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
     void write();
+    void writeBody(QTextCursor& cursor);
+    void writeTrailers(QTextCursor& cursor);
+    void applyGap();
     void follow(const QUrl& link);
 
     MessageParts message_;
+    int gap_ = 0;
+    int firstTrailer_ = -1; ///< the number of its block; -1 without trailers
 };
 
 } // namespace plovik

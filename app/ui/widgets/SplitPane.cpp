@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace plovik {
 
@@ -107,7 +108,23 @@ double SplitPane::available() const { return along(orientation(), size()); }
 double SplitPane::currentSize() const
 {
     const double kept = Settings::shared().value(size_);
-    return limits_.clamped(kept > 0 ? kept : size_.fallback, available());
+    const double unkept = automatic_ ? automatic_(available()) : size_.fallback;
+    return limits_.clamped(kept > 0 ? kept : unkept, available());
+}
+
+void SplitPane::setAutomatic(std::function<double(double available)> size)
+{
+    automatic_ = std::move(size);
+    handle(1)->installEventFilter(this);
+    arrange();
+}
+
+bool SplitPane::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != handle(1) || event->type() != QEvent::MouseButtonDblClick)
+        return QSplitter::eventFilter(watched, event);
+    Settings::shared().set(size_, size_.fallback);
+    return true;
 }
 
 void SplitPane::setSizedVisible(bool visible)

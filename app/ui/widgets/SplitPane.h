@@ -5,6 +5,8 @@
 
 #include <QSplitter>
 
+#include <functional>
+
 namespace plovik {
 
 /// How long the sized pane of a split may be. Lengths are device-independent pixels along the split's axis.
@@ -19,7 +21,7 @@ struct SplitLimits {
 /// Two children side by side (horizontal) or one above the other (vertical) with a divider that the user drags. One
 /// child has a size that is kept in the settings and shared by every split of the same key; the other takes the rest. A
 /// size that does not fit is shown clamped and stays in the settings; a size of zero or less reads as the setting's
-/// fallback. Main thread.
+/// fallback, or as the automatic size if there is one. Main thread.
 class SplitPane : public QSplitter {
     Q_OBJECT
 
@@ -33,6 +35,12 @@ public:
     /// Shows or hides the sized pane, which is shown at first. Without it the other pane takes all the room.
     void setSizedVisible(bool visible);
 
+    /// Sets the function that returns the sized pane's length from the split's while no size is kept. A double click on
+    /// the divider goes back to it.
+    void setAutomatic(std::function<double(double available)> size);
+    /// Sizes the panes again. Must be called when what the automatic size depends on has changed.
+    void arrange();
+
     /// Returns the length that the sized pane has now.
     double currentSize() const;
 
@@ -41,17 +49,18 @@ public:
 
 protected:
     QSplitterHandle* createHandle() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     int sizedIndex() const { return sized_ == Sized::first ? 0 : 1; }
     double available() const;
-    void arrange();
     void keepDragged();
 
     Setting<double> size_;
     Sized sized_;
     SplitLimits limits_;
+    std::function<double(double available)> automatic_;
 };
 
 } // namespace plovik
