@@ -270,6 +270,17 @@ TEST_F(HistoryListTest, AFilteredListHidesTheGraph)
         ASSERT_NE(filtered.pixelColor(12, y), blue);
 }
 
+TEST_F(HistoryListTest, IsMirroredWhereTextIsReadFromRightToLeft)
+{
+    list.setLayoutDirection(Qt::RightToLeft);
+    QApplication::processEvents();
+    const QImage image = picture();
+    EXPECT_TRUE(isAlike(image.pixelColor(image.width() - 12, 3 * rowHeight + 4), Theme::current().lane(0)));
+    EXPECT_FALSE(isAlike(image.pixelColor(12, 3 * rowHeight + 4), Theme::current().lane(0)));
+    const auto* const date = list.findChild<HistoryHeader*>()->findChild<QAbstractButton*>();
+    EXPECT_LT(date->geometry().right(), list.width() / 2);
+}
+
 TEST(GraphCellTest, DrawsLinesCurvesAndDotsWhereTheyBelong)
 {
     const Theme& theme = Theme::light();

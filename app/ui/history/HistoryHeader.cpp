@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QStyle>
 #include <QToolButton>
 
 #include <algorithm>
@@ -33,8 +34,10 @@ QLabel* makeTitle(const QString& text, QWidget* parent)
 
 void place(QWidget& title, double left, double right, int height)
 {
+    const QWidget& header = *title.parentWidget();
+    const QRect rect(static_cast<int>(std::round(left)), 0, static_cast<int>(std::round(right - left)), height);
     title.setVisible(right > left);
-    title.setGeometry(static_cast<int>(std::round(left)), 0, static_cast<int>(std::round(right - left)), height);
+    title.setGeometry(QStyle::visualRect(header.layoutDirection(), header.rect(), rect));
 }
 
 } // namespace
@@ -93,6 +96,9 @@ std::optional<HistoryColumns::Edge> HistoryHeader::edgeAt(double x) const
     return found == edges.end() ? std::nullopt : std::optional(*found);
 }
 
+/// Turns places round where rows are read from right to left; the same again turns them back.
+double HistoryHeader::logicalX(double x) const { return isRightToLeft() ? width() - x : x; }
+
 bool HistoryHeader::event(QEvent* event)
 {
     if (event->type() == QEvent::Leave && !dragged_)
@@ -106,21 +112,22 @@ void HistoryHeader::paintEvent(QPaintEvent*)
     const QColor& line = Theme::current().separator;
     painter.fillRect(QRect(0, height() - 1, width(), 1), line);
     for (const HistoryColumns::Edge& edge : columns_.edges())
-        painter.fillRect(QRectF(std::round(edge.x), titlePadding, 1, height() - 2 * titlePadding), line);
+        painter.fillRect(QRectF(std::round(logicalX(edge.x)), titlePadding, 1, height() - 2 * titlePadding), line);
 }
 
 void HistoryHeader::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
         return;
-    dragged_ = edgeAt(event->position().x());
+    const double x = logicalX(event->position().x());
+    dragged_ = edgeAt(x);
     if (dragged_)
-        grip_ = dragged_->x - event->position().x();
+        grip_ = dragged_->x - x;
 }
 
 void HistoryHeader::mouseMoveEvent(QMouseEvent* event)
 {
-    const double x = event->position().x();
+    const double x = logicalX(event->position().x());
     if (!dragged_) {
         setCursor(edgeAt(x) ? Qt::SplitHCursor : Qt::ArrowCursor);
         return;
@@ -133,7 +140,7 @@ void HistoryHeader::mouseReleaseEvent(QMouseEvent*) { dragged_.reset(); }
 
 void HistoryHeader::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (const auto edge = edgeAt(event->position().x()))
+    if (const auto edge = edgeAt(logicalX(event->position().x())))
         Settings::shared().set(widthSetting(edge->column), 0);
 }
 

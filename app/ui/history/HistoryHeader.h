@@ -38,6 +38,7 @@ protected:
 
 private:
     std::optional<HistoryColumns::Edge> edgeAt(double x) const;
+    double logicalX(double x) const;
     void showDateChoice();
 
     HistoryColumns columns_;

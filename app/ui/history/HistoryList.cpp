@@ -96,6 +96,8 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
 
     viewport()->setMouseTracking(true);
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::Base);
     connect(&Settings::shared(), &Settings::changed, this, &HistoryList::takeColumnChoices);
     connect(workingCopy_, &WorkingCopyRow::wantedChanged, this, &HistoryList::placeHeader);
     connect(workingCopy_, &WorkingCopyRow::leftDownwards, this, [this] { setFocus(Qt::OtherFocusReason); });
@@ -138,11 +140,14 @@ void HistoryList::placeHeader()
     workingCopy_->setVisible(row > 0);
     if (viewportMargins().top() != titles + row)
         setViewportMargins(0, titles + row, 0, 0);
-    const int edge = frameWidth();
-    header_->setGeometry(edge, edge, width() - 2 * edge, titles);
-    workingCopy_->setGeometry(edge, edge + titles, width() - 2 * edge, row);
+    const int top = frameWidth();
+    header_->setGeometry(viewport()->x(), top, viewport()->width(), titles);
+    workingCopy_->setGeometry(viewport()->x(), top + titles, viewport()->width(), row);
     showColumns();
 }
+
+/// Returns where a place of the viewport would be if rows were read from left to right.
+double HistoryList::logicalX(double x) const { return isRightToLeft() ? viewport()->width() - x : x; }
 
 void HistoryList::showColumns()
 {
@@ -364,8 +369,8 @@ void HistoryList::contextMenuEvent(QContextMenuEvent* event)
         return;
     QPoint place = event->globalPos();
     if (byKeyboard)
-        place = viewport()->mapToGlobal(
-            QPoint(static_cast<int>(columns().subjectLeft), (row + 1) * rowPainter_.rowHeight() - verticalOffset()));
+        place = viewport()->mapToGlobal(QPoint(static_cast<int>(logicalX(columns().subjectLeft)),
+                                               (row + 1) * rowPainter_.rowHeight() - verticalOffset()));
     QMenu* menu = makeCommitMenu(store_, shown->commit, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(place);
@@ -399,7 +404,7 @@ void HistoryList::offerLabels(QPoint position)
     const std::optional<HistoryRow> row = model_->row(rowAt(position.y()));
     if (!row)
         return;
-    const auto labels = rowPainter_.collapsedLabels(*row, columns(), position.x());
+    const auto labels = rowPainter_.collapsedLabels(*row, columns(), logicalX(position.x()));
     if (labels.empty())
         return;
     auto* const menu = new QMenu(this);
@@ -423,7 +428,7 @@ void HistoryList::hover(int row)
 bool HistoryList::showToolTip(QHelpEvent* event)
 {
     const std::optional<HistoryRow> row = model_->row(rowAt(event->pos().y()));
-    const QString text = row ? rowPainter_.toolTip(*row, columns(), event->pos().x()) : QString();
+    const QString text = row ? rowPainter_.toolTip(*row, columns(), logicalX(event->pos().x())) : QString();
     if (text.isEmpty())
         QToolTip::hideText();
     else
@@ -442,6 +447,10 @@ void HistoryList::changeEvent(QEvent* event)
         rowPainter_.reset();
         placeHeader();
         scheduleDelayedItemsLayout();
+        break;
+    case QEvent::LayoutDirectionChange:
+        // Posted, because the viewport and the titles turn round only after this event.
+        QMetaObject::invokeMethod(this, &HistoryList::placeHeader, Qt::QueuedConnection);
         break;
     default:
         break;
@@ -503,6 +512,10 @@ void HistoryList::paintGraph(QPainter& painter, int first, int last, const Histo
         lit = litLine(rows, hovered);
     const GraphLanes lanes(seenLanes_, columns.graphWidth);
     painter.save();
+    if (isRightToLeft()) {
+        painter.translate(viewport()->width(), 0);
+        painter.scale(-1, 1);
+    }
     painter.setClipRect(QRectF(0, 0, columns.graphWidth, viewport()->height()), Qt::IntersectClip);
     for (std::size_t index = 0; index < rows.size(); ++index) {
         const QRectF band = bandOf(painter, first + static_cast<int>(index));
@@ -518,7 +531,8 @@ void HistoryList::paintTexts(QPainter& painter, int first, int last, const Histo
         const std::optional<HistoryRow> shown = model_->row(row);
         if (!shown)
             break;
-        rowPainter_.paint(painter, *shown, columns, row * rowPainter_.rowHeight() - verticalOffset(), now);
+        const double top = row * rowPainter_.rowHeight() - verticalOffset();
+        rowPainter_.paint(painter, *shown, columns, {top, isRightToLeft() ? viewport()->width() : 0.0}, now);
     }
 }
 

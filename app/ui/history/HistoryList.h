@@ -57,6 +57,7 @@ private:
     HistoryColumns columns() const;
     void placeHeader();
     void showColumns();
+    double logicalX(double x) const;
     void lookAtLanes();
     void takeColumnChoices(const QString& key);
     void hover(int row);

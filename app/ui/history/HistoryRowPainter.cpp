@@ -213,11 +213,13 @@ void HistoryRowPainter::takeDigits()
 }
 
 /// Draws as many digits as there is room for, a short hash at least.
-void HistoryRowPainter::drawHash(QPainter& painter, double left, double right, double top, std::string_view hash) const
+void HistoryRowPainter::drawHash(QPainter& painter, const HistoryColumns& columns, const Place& place,
+                                 std::string_view hash) const
 {
     std::array<quint32, 64> glyphs{};
     std::array<QPointF, 64> places;
-    const auto fitting = static_cast<std::size_t>(std::max(shortHash, (right - left) / digitWidth_ + 0.01));
+    const auto fitting =
+        static_cast<std::size_t>(std::max(shortHash, (columns.hashRight - columns.hashLeft) / digitWidth_ + 0.01));
     const std::size_t count = std::min({hash.size(), glyphs.size(), fitting});
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t digit = std::string_view(hexDigits).find(hash[i]);
@@ -229,23 +231,26 @@ void HistoryRowPainter::drawHash(QPainter& painter, double left, double right, d
     run.setRawFont(hashRawFont_);
     run.setRawData(glyphs.data(), places.data(), static_cast<int>(count));
     const double height = hashRawFont_.ascent() + hashRawFont_.descent();
-    const double baseline = top + std::round((rowHeight_ - height) / 2 + hashRawFont_.ascent());
-    painter.drawGlyphRun(QPointF(left, baseline), run);
+    const double baseline = place.top + std::round((rowHeight_ - height) / 2 + hashRawFont_.ascent());
+    const double width = static_cast<double>(count) * digitWidth_;
+    painter.drawGlyphRun(QPointF(std::round(place.at(columns.hashLeft, width)), baseline), run);
 }
 
 void HistoryRowPainter::drawAuthor(QPainter& painter, const RowLayout& layout, const HistoryColumns& columns,
-                                   double top, const std::string& email) const
+                                   const Place& place, const std::string& email) const
 {
     const double room = initialsRoom(columns, initialsSize_);
     if (room > 0) {
         const double size = room - initialsGap;
-        const QRectF square(columns.authorLeft, top + std::floor((rowHeight_ - size) / 2), size, size);
+        const QRectF square(place.at(columns.authorLeft, size), place.top + std::floor((rowHeight_ - size) / 2), size,
+                            size);
         const QPen pen = painter.pen();
         paintInitials(painter, square, layout.initials, email);
         painter.setFont(font_);
         painter.setPen(pen);
     }
-    drawCentred(painter, columns.authorLeft + room, top, layout.author);
+    const double left = place.at(columns.authorLeft + room, layout.author.size().width());
+    drawCentred(painter, std::round(left), place.top, layout.author);
 }
 
 void HistoryRowPainter::drawCentred(QPainter& painter, double left, double top, const QStaticText& text) const
@@ -253,24 +258,31 @@ void HistoryRowPainter::drawCentred(QPainter& painter, double left, double top, 
     painter.drawStaticText(QPointF(left, top + std::round((rowHeight_ - text.size().height()) / 2)), text);
 }
 
-void HistoryRowPainter::paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, double top,
-                              gitkit::Date now)
+void HistoryRowPainter::paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns,
+                              const Place& place, gitkit::Date now)
 {
     const Theme& theme = Theme::current();
     RowLayout& layout = layoutOf(row, columns);
     showDate(layout, row.commit.date, now);
+    const auto draw = [&](double left, const QStaticText& text) {
+        drawCentred(painter, std::round(place.at(left, text.size().width())), place.top, text);
+    };
 
-    layout.badges.paint(painter, {columns.subjectLeft, top + rowHeight_ / 2.0}, badgeFonts_, theme);
+    const double middle = place.top + rowHeight_ / 2.0;
+    if (place.mirror > 0)
+        layout.badges.paintMirrored(painter, {place.mirror - columns.subjectLeft, middle}, badgeFonts_, theme);
+    else
+        layout.badges.paint(painter, {columns.subjectLeft, middle}, badgeFonts_, theme);
     painter.setFont(font_);
     painter.setPen(theme.text);
-    drawCentred(painter, layout.subjectLeft, top, layout.subject);
+    draw(layout.subjectLeft, layout.subject);
     painter.setPen(theme.secondaryText);
     if (columns.authorRight > columns.authorLeft)
-        drawAuthor(painter, layout, columns, top, row.commit.authorEmail);
+        drawAuthor(painter, layout, columns, place, row.commit.authorEmail);
     if (columns.dateRight > columns.dateLeft)
-        drawCentred(painter, std::round(columns.dateRight - layout.date.size().width()), top, layout.date);
+        draw(columns.dateRight - layout.date.size().width(), layout.date);
     if (columns.hashRight > columns.hashLeft)
-        drawHash(painter, columns.hashLeft, columns.hashRight, top, row.commit.hash);
+        drawHash(painter, columns, place, row.commit.hash);
 }
 
 QString HistoryRowPainter::toolTip(const HistoryRow& row, const HistoryColumns& columns, double x)

@@ -34,8 +34,16 @@ public:
     /// Returns the columns of a list of this width, whose graph has `lanes` lanes; 0 for one without a graph.
     HistoryColumns columns(double width, int lanes) const;
 
-    /// Draws a row whose top left corner is (0, top). Relative dates are relative to `now`.
-    void paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, double top, gitkit::Date now);
+    /// Where a row is drawn.
+    struct Place {
+        double top = 0;
+        double mirror = 0; ///< the row's width where it is read from right to left; 0 otherwise
+        /// Returns the left edge of what stands at `left` in a row that is read from left to right.
+        double at(double left, double width) const { return mirror > 0 ? mirror - left - width : left; }
+    };
+    /// Draws a row. Relative dates are relative to `now`.
+    void paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, const Place& place,
+               gitkit::Date now);
 
     /// Returns the tooltip of the part of the row under `x`, or an empty text when the part has none.
     QString toolTip(const HistoryRow& row, const HistoryColumns& columns, double x);
@@ -59,11 +67,11 @@ private:
     QStaticText authorText(const std::string& name);
     void takeWidths();
     void showDate(RowLayout& layout, gitkit::Date date, gitkit::Date now);
-    void drawAuthor(QPainter& painter, const RowLayout& layout, const HistoryColumns& columns, double top,
+    void drawAuthor(QPainter& painter, const RowLayout& layout, const HistoryColumns& columns, const Place& place,
                     const std::string& email) const;
     QStaticText dateText(const RelativeDate& when);
     void takeDigits();
-    void drawHash(QPainter& painter, double left, double right, double top, std::string_view hash) const;
+    void drawHash(QPainter& painter, const HistoryColumns& columns, const Place& place, std::string_view hash) const;
     void drawCentred(QPainter& painter, double left, double top, const QStaticText& text) const;
 
     QLocale locale_;

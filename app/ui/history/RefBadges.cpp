@@ -145,6 +145,12 @@ void RefBadges::paint(QPainter& painter, QPointF middleLeft, const Fonts& fonts,
         paintBadge(painter, badge, middleLeft + QPointF(badge.left, 0), fonts, theme);
 }
 
+void RefBadges::paintMirrored(QPainter& painter, QPointF middleRight, const Fonts& fonts, const Theme& theme) const
+{
+    for (const Badge& badge : badges_)
+        paintBadge(painter, badge, middleRight - QPointF(badge.left + badge.width, 0), fonts, theme);
+}
+
 void RefBadges::paintBadge(QPainter& painter, const Badge& badge, QPointF middleLeft, const Fonts& fonts,
                            const Theme& theme) const
 {

@@ -32,6 +32,8 @@ public:
 
     /// Draws the badges. `middleLeft` is the middle of the first badge's left edge.
     void paint(QPainter& painter, QPointF middleLeft, const Fonts& fonts, const Theme& theme) const;
+    /// The same from right to left. `middleRight` is the middle of the first badge's right edge.
+    void paintMirrored(QPainter& painter, QPointF middleRight, const Fonts& fonts, const Theme& theme) const;
 
     /// Returns the full names of the labels under `x`, one per line, or an empty text when there are none. `labels`
     /// are the labels that were laid out.

@@ -6,6 +6,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyle>
 
 namespace plovik {
 
@@ -57,7 +58,8 @@ void WorkingCopyRow::paintEvent(QPaintEvent*)
     if (textLeft_ > HistoryColumns::graphGap + GraphLanes::left) {
         painter.setPen(QPen(theme.lane(0), 1.5, Qt::DotLine));
         painter.setBrush(theme.content);
-        painter.drawEllipse(QPointF(GraphLanes::left, height() / 2.0), 4, 4);
+        const double x = isRightToLeft() ? width() - GraphLanes::left : GraphLanes::left;
+        painter.drawEllipse(QPointF(x, height() / 2.0), 4, 4);
     }
     if (hasFocus()) {
         painter.setPen(QPen(theme.accent, 2));
@@ -65,8 +67,8 @@ void WorkingCopyRow::paintEvent(QPaintEvent*)
         painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
     }
     const int left = static_cast<int>(textLeft_);
-    paintText(painter, rect().adjusted(left, 0, -12, 0), text(), Theme::font(), theme.text,
-              Qt::AlignLeft | Qt::AlignVCenter);
+    const QRect area = QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(left, 0, -12, 0));
+    paintText(painter, area, text(), Theme::font(), theme.text);
 }
 
 void WorkingCopyRow::keyPressEvent(QKeyEvent* event)

@@ -55,6 +55,7 @@ BlameList::BlameList(QWidget* parent) : QListView(parent), model_(new BlameModel
 {
     setAccessibleName(tr("Blame"));
     giveFocusRing(*this);
+    setLayoutDirection(Qt::LeftToRight); // as code is
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);

@@ -39,6 +39,7 @@ public:
     {
         const auto& command = static_cast<const CommandLogModel*>(index.model())->command(index);
         const Theme& theme = Theme::current();
+        const RowMirror mirror(option);
         paintRowBackground(*painter, option.rect, option, rowInset);
         const QFont small = Theme::font(-1);
         QRect row = option.rect.adjusted(textInset, 0, -textInset, 0);

@@ -80,6 +80,7 @@ bool SidebarDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, cons
 void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const int above = model_.isGroup(index) ? groupGap : 0;
+    const RowMirror mirror(option);
     paintRowBackground(*painter, option.rect.adjusted(0, above, 0, 0), option, rowInset);
     switch (model_.kind(index)) {
     case SidebarModel::Kind::workingCopy:
@@ -155,8 +156,9 @@ void SidebarDelegate::paintRef(QPainter& painter, const QStyleOptionViewItem& op
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(theme.accent);
-        painter.drawEllipse(QPointF(option.rect.left() + markCenter + indent, option.rect.center().y() + 0.5), 4.5,
-                            4.5);
+        const RowMirror mirror(option);
+        painter.drawEllipse(mirror(QPointF(option.rect.left() + markCenter + indent, option.rect.center().y() + 0.5)),
+                            4.5, 4.5);
         painter.restore();
     }
     int used = 0;

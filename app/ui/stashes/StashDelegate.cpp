@@ -27,10 +27,11 @@ void StashDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 {
     const auto& model = static_cast<const StashesModel&>(*index.model());
     const Theme& theme = Theme::current();
+    const RowMirror mirror(option);
     paintRowBackground(*painter, option.rect, option, rowInset);
     const QRect row = option.rect.adjusted(textInset, 0, -textInset, 0);
     const QRectF tray(row.left(), row.top() + (row.height() - traySize) / 2.0, traySize, traySize);
-    paintTray(*painter, tray, theme.secondaryText);
+    paintTray(*painter, mirror(tray), theme.secondaryText);
     const QRect inner = row.adjusted(traySize + trayGap, 0, 0, 0);
     const QFont small = Theme::font(-1.5);
     const QString date = shownDate(model.stash(index));

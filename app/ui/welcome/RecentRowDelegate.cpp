@@ -26,6 +26,7 @@ QFont smaller(QFont font)
 void RecentRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const QPalette& palette = option.palette;
+    const RowMirror mirror(option);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     const bool isSelected = option.state & QStyle::State_Selected;
@@ -36,7 +37,7 @@ void RecentRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     }
     const QRect inner = option.rect.adjusted(margin, padding, -margin, -padding);
     const QRectF symbol(inner.left(), inner.center().y() + 1 - symbolSize / 2.0, symbolSize, symbolSize);
-    paintSymbol(*painter, SettingsSymbol::folder, symbol, palette.color(QPalette::Link));
+    paintSymbol(*painter, SettingsSymbol::folder, mirror(symbol), palette.color(QPalette::Link));
 
     const QFont quiet = smaller(option.font);
     QRect line = inner.adjusted(symbolSize + margin, 0, 0, 0);

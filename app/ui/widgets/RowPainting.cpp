@@ -10,6 +10,7 @@
 #include <QTextDocument>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +22,12 @@ namespace {
 constexpr qsizetype longestPainted = 1000;
 constexpr qsizetype longestToolTip = 2000;
 constexpr qsizetype longestToolTipLine = 100;
+
+/// The innermost of those that live; main thread.
+const RowMirror* mirrorInUse = nullptr;
+
+QRectF mirrored(const QRectF& place) { return mirrorInUse ? (*mirrorInUse)(place) : place; }
+QPointF mirrored(const QPointF& place) { return mirrorInUse ? (*mirrorInUse)(place) : place; }
 
 QFont pillFont() { return Theme::font(-1.5); }
 
@@ -38,6 +45,27 @@ QString withinReach(const QString& text, Qt::TextElideMode elide)
 }
 
 } // namespace
+
+RowMirror::RowMirror(const QRect& row, Qt::LayoutDirection direction)
+    : outer_(std::exchange(mirrorInUse, this)), row_(row), isMirrored_(direction == Qt::RightToLeft)
+{}
+
+RowMirror::RowMirror(const QStyleOptionViewItem& option) : RowMirror(option.rect, option.direction) {}
+
+RowMirror::~RowMirror() { mirrorInUse = outer_; }
+
+QRectF RowMirror::operator()(const QRectF& place) const
+{
+    if (!isMirrored_)
+        return place;
+    const double left = row_.left() + row_.right() + 1 - place.right();
+    return {left, place.top(), place.width(), place.height()};
+}
+
+QPointF RowMirror::operator()(const QPointF& place) const
+{
+    return isMirrored_ ? QPointF(row_.left() + row_.right() + 1 - place.x(), place.y()) : place;
+}
 
 void paintRowBackground(QPainter& painter, const QRect& row, const QStyleOptionViewItem& option, int inset)
 {
@@ -62,7 +90,8 @@ void paintText(QPainter& painter, const QRect& area, const QString& text, const 
     painter.setFont(font);
     painter.setPen(color);
     const QString shown = QFontMetrics(font).elidedText(withinReach(text, elide), elide, area.width());
-    painter.drawText(area, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
+    painter.drawText(mirrored(QRectF(area)).toRect(),
+                     static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
 }
 
 int textWidth(const QString& text, const QFont& font)
@@ -82,7 +111,7 @@ int paintPill(QPainter& painter, const QRect& area, const QString& text)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme.badge);
-    painter.drawRoundedRect(pill, height / 2.0, height / 2.0);
+    painter.drawRoundedRect(mirrored(QRectF(pill)), height / 2.0, height / 2.0);
     painter.restore();
     paintText(painter, pill, text, pillFont(), theme.badgeText, Qt::AlignHCenter, Qt::ElideNone);
     return width;
@@ -96,7 +125,10 @@ void paintDisclosure(QPainter& painter, QPointF center, bool isOpen, const QColo
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
-    painter.drawPolygon(triangle.translated(center));
+    const QPointF place = mirrored(center);
+    if (!isOpen && place != center)
+        triangle = QTransform::fromScale(-1, 1).map(triangle);
+    painter.drawPolygon(triangle.translated(place));
     painter.restore();
 }
 

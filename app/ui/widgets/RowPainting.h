@@ -3,7 +3,9 @@
 
 #include <QColor>
 #include <QFont>
+#include <QPointF>
 #include <QRect>
+#include <QRectF>
 #include <QString>
 
 class QPainter;
@@ -13,6 +15,26 @@ class QStyleOptionViewItem;
 namespace plovik {
 
 inline constexpr int listRowHeight = 28;
+
+/// While it lives, the functions below draw a row that is read from right to left: places are given as for a row that is
+/// read from left to right, and mirrored in it. Does nothing in other rows. On the stack of a paint function.
+class RowMirror {
+public:
+    RowMirror(const QRect& row, Qt::LayoutDirection direction);
+    explicit RowMirror(const QStyleOptionViewItem& option);
+    ~RowMirror();
+    RowMirror(const RowMirror&) = delete;
+    RowMirror& operator=(const RowMirror&) = delete;
+
+    /// Returns where something is drawn, for what draws itself.
+    QRectF operator()(const QRectF& place) const;
+    QPointF operator()(const QPointF& place) const;
+
+private:
+    const RowMirror* outer_;
+    QRect row_;
+    bool isMirrored_;
+};
 
 /// Draws the tint behind a selected row, or the outline of a current row that is not selected.
 void paintRowBackground(QPainter& painter, const QRect& row, const QStyleOptionViewItem& option, int inset);
