@@ -79,6 +79,33 @@ TEST(Syntax, EndsWhatIsLeftOpen)
               (Lines{"k{if} a < b && c > d", " x / n{2} + y / n{3}", "k{end}"}));
 }
 
+TEST(Syntax, TakesTheTextOfMarkupForNoCode)
+{
+    const std::string code =
+        "import { a as b } from 'x';\nconst n = (\n  <p className=\"q\">Don't return for</p>\n  <Item>\n"
+        "    return in case {n} is new</Item>\n);\nif (n > 0 && from) return 'x';\n";
+    const Lines expected{"k{import} { a k{as} b } k{from} s{'x'};",
+                         "k{const} n = (",
+                         "  k{<p} className=s{\"q\"}>Don't return fork{</p>}",
+                         "  k{<Item}>",
+                         "    return in case {n} is newk{</Item>}",
+                         ");",
+                         "k{if} (n > n{0} && from) k{return} s{'x'};"};
+    EXPECT_EQ(marked("a.jsx", code), expected);
+    EXPECT_EQ(marked("a.tsx", code), expected);
+    EXPECT_EQ(marked("a.tsx", "class A<T> extends B<T> {\n"), Lines{"k{class} A<T> k{extends} B<T> {"});
+    EXPECT_EQ(marked("a.ts", "const a: Array<string>\nreturn 1\n").back(), "k{return} n{1}");
+}
+
+TEST(Syntax, KnowsSqlInEitherCase)
+{
+    EXPECT_EQ(marked("a.sql",
+                     "select Count(*) FROM t -- it's\nwhere a = 'if\nit''s' and b is not null;\ncreate table x (n "
+                     "varchar(20));\n"),
+              (Lines{"k{select} f{Count}(*) k{FROM} t c{-- it's}", "k{where} a = s{'if}",
+                     "s{it''s'} k{and} b k{is} k{not} k{null};", "k{create} k{table} x (n t{varchar}(n{20}));"}));
+}
+
 TEST(Syntax, CountsInUnitsOfTheShownText)
 {
     const std::string latin = "x = \"\xE9\"; // \xFF if\r\n";
@@ -89,7 +116,7 @@ TEST(Syntax, CountsInUnitsOfTheShownText)
 
 TEST(Syntax, KnowsLanguagesByNameAndFirstLine)
 {
-    for (const auto& [path, language] : std::vector<std::pair<std::string, std::string>>{{"a/b.tsx", "typescript"},
+    for (const auto& [path, language] : std::vector<std::pair<std::string, std::string>>{{"a/b.tsx", "tsx"},
                                                                                          {"CMakeLists.txt", "cmake"},
                                                                                          {"x/Makefile.am", "makefile"},
                                                                                          {"a.hpp", "cpp"},

@@ -29,21 +29,60 @@ constexpr GrammarRule cpp[] = {
     {Kind::pattern, "type", R"re(\<(?:char8_t|nullptr_t|(?:s?size|ptrdiff|u?int(?:8|16|32|64|ptr|max))_t)\>)re"},
 };
 
+// Markup within code. Its text is no code, wherever it stands: behind the end of a tag, over several lines, and behind
+// an expression in braces. A ">" with a blank before it compares.
+constexpr GrammarRule markupText{
+    Kind::block, "normal", R"re((?<=[\w"'}])>(?=\s*$|[^<>{}=;]*(?:<[/A-Za-z]|\{))(?!\s*(?:extends|implements)\>))re",
+    R"re((?=[<{;]))re"};
+constexpr GrammarRule markupRest{Kind::pattern, "normal", R"re((?<=\})[^<>{};=()]+(?=</))re"};
+constexpr GrammarRule markupTag{Kind::pattern, "keyword", R"re((?<![\w\)\]])<[A-Za-z][\w.-]*(?=[\s/>]|$))re"};
+constexpr GrammarRule markupEnd{Kind::pattern, "keyword", R"re(</[A-Za-z][\w.-]*>?|/>)re"};
+constexpr GrammarRule markupBehindEnd{Kind::pattern, "normal",
+                                      R"re((?<=\w>)(?!\s*(?:extends|implements)\>)[^<>{};=()]+(?=<))re"};
+
+constexpr GrammarRule from{Kind::pattern, "keyword", R"re(\<from(?=\s*["']))re"};
+
 constexpr GrammarRule javascript[] = {
     {Kind::block, "string", "`", "`", "\\"},
-    {Kind::pattern, "keyword", R"re(</[A-Za-z][\w.-]*>?|/>)re"},
+    markupText,
+    markupRest,
+    markupTag,
+    markupEnd,
+    markupBehindEnd,
     {Kind::pattern, "preproc", R"re(@[A-Za-z]\w*)re"},
-    {Kind::words, "keyword", "async|await|let|of|undefined|yield"},
+    from,
+    {Kind::pattern, "keyword", R"re(\<as(?=\s+[A-Za-z_$][\w$]*\s*(?:[,}]|\<from\>)))re"},
+    {Kind::words, "keyword", "async|await|import|let|of|undefined|yield"},
 };
+
+constexpr std::string_view typescriptWords =
+    "abstract|as|async|await|declare|import|infer|is|keyof|let|namespace|of|override|readonly|satisfies|undefined|"
+    "yield";
+constexpr GrammarRule typeKeyword{Kind::pattern, "keyword", R"re(\<type(?=\s+[A-Za-z_{*]))re"};
+constexpr GrammarRule typescriptTypes{
+    Kind::pattern, "type", R"re(\<(?:any|bigint|boolean|never|number|object|string|symbol|unknown)\>(?!\())re"};
 
 constexpr GrammarRule typescript[] = {
     {Kind::block, "string", "`", "`", "\\"},
-    {Kind::pattern, "keyword", R"re(</[A-Za-z][\w.-]*>?|/>)re"},
     {Kind::pattern, "preproc", R"re(@[A-Za-z]\w*)re"},
-    {Kind::words, "keyword",
-     "abstract|as|async|await|declare|infer|is|keyof|let|namespace|of|override|readonly|satisfies|undefined|yield"},
-    {Kind::pattern, "keyword", R"re(\<type(?=\s+[A-Za-z_]))re"},
-    {Kind::pattern, "type", R"re(\<(?:any|bigint|boolean|never|number|object|string|symbol|unknown)\>(?!\())re"},
+    from,
+    {Kind::words, "keyword", typescriptWords},
+    typeKeyword,
+    typescriptTypes,
+};
+
+constexpr GrammarRule tsx[] = {
+    {Kind::block, "string", "`", "`", "\\"},
+    markupText,
+    markupRest,
+    markupTag,
+    markupEnd,
+    markupBehindEnd,
+    {Kind::pattern, "preproc", R"re(@[A-Za-z]\w*)re"},
+    from,
+    {Kind::words, "keyword", typescriptWords},
+    typeKeyword,
+    typescriptTypes,
 };
 
 constexpr GrammarRule qml[] = {
@@ -220,6 +259,29 @@ constexpr GrammarRule ignored[] = {
     {Kind::pattern, "keyword", "^!"},
 };
 
+constexpr GrammarRule sql[] = {
+    {Kind::pattern, "comment", "--.*"},
+    {Kind::block, "comment", R"re(/\*)re", R"re(\*/)re"},
+    {Kind::block, "string", "'", "'"},
+    {Kind::pattern, "name", R"re("[^"]*"|`[^`]*`)re"},
+    {Kind::pattern, "keyword",
+     R"re(\<(?i:add|all|alter|analyze|and|any|as|asc|auto_increment|before|begin|between|by|cascade|case|cast|check|)re"
+     R"re(collate|column|commit|conflict|constraint|create|cross|current_date|current_time|current_timestamp|database|)re"
+     R"re(declare|default|delete|desc|describe|distinct|do|drop|each|else|end|escape|except|execute|exists|explain|)re"
+     R"re(false|fetch|filter|first|for|foreign|from|full|function|grant|group|having|if|ilike|in|index|inner|insert|)re"
+     R"re(intersect|into|is|join|key|language|lateral|left|like|limit|loop|materialized|merge|natural|no|not|nothing|)re"
+     R"re(null|nulls|of|offset|on|or|order|outer|over|partition|pragma|primary|procedure|recursive|references|)re"
+     R"re(rename|replace|restrict|return|returning|returns|revoke|right|rollback|row|rows|savepoint|schema|select|)re"
+     R"re(sequence|set|show|some|table|temp|temporary|then|to|transaction|trigger|true|truncate|union|unique|update|)re"
+     R"re(use|using|values|view|when|where|while|window|with|without)\>)re"},
+    {Kind::pattern, "type",
+     R"re(\<(?i:bigint|bigserial|binary|bit|blob|bool|boolean|bytea|char|character|clob|date|datetime|decimal|double|)re"
+     R"re(enum|float|inet|int|integer|interval|json|jsonb|longtext|mediumtext|numeric|real|serial|smallint|text|time|)re"
+     R"re(timestamp|timestamptz|tinyint|unsigned|uuid|varbinary|varchar|varying)\>)re"},
+    {Kind::pattern, "function", R"re(\<[A-Za-z_]\w*(?=\())re"},
+    {Kind::pattern, "number", R"re(\<\d+(?:\.\d+)?(?:[eE][+-]?\d+)?\>)re"},
+};
+
 constexpr GrammarRule proto[] = {
     {Kind::pattern, "comment", "//.*"},
     {Kind::words, "keyword", "map|oneof|optional|repeated|required|reserved|stream|syntax"},
@@ -248,9 +310,10 @@ constexpr OwnGrammar grammars[] = {
     {"ruby", "ruby", ruby, true},
     {"rust", "rust", rust, true},
     {"sh", "sh", shell, true},
-    {"sql", "sql", {}, true},
+    {"sql", "", sql, true},
     {"swift", "", swift},
     {"toml", "", toml},
+    {"tsx", "javascript", tsx},
     {"typescript", "javascript", typescript},
     {"xml", "xml", {}, true},
     {"yaml", "", yaml},

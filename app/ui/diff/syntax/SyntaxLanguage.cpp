@@ -188,7 +188,7 @@ constexpr Known endings[] = {
     {"tk", "tcl"},
     {"toml", "toml"},
     {"ts", "typescript"},
-    {"tsx", "typescript"},
+    {"tsx", "tsx"},
     {"ui", "xml"},
     {"vala", "vala"},
     {"vapi", "vala"},
