@@ -36,6 +36,15 @@ struct DiffExtent {
     bool operator==(const DiffExtent&) const = default;
 };
 
+/// Lines that a diff removes in one place and adds in another. Value.
+struct MovedBlock {
+    int removed = 0; ///< id of the first removed line
+    int added = 0;   ///< id of the first added line
+    int count = 0;   ///< of lines, which have the ids that follow
+
+    bool operator==(const MovedBlock&) const = default;
+};
+
 /// A parsed patch of one file (or, from some commands, of several).
 struct ParsedDiff {
     /// The longest diff that is shown at first, and of which parts can be applied, in lines.
@@ -57,6 +66,7 @@ struct ParsedDiff {
     std::optional<std::string> oldBlob, newBlob;
     /// A diff that ignores white space is for reading only; it cannot be applied.
     WhiteSpace whiteSpace = WhiteSpace::compared;
+    std::vector<MovedBlock> moved; ///< in the order of the added lines
 
     /// Returns whether the diff is too long to have parts of it applied.
     bool isLong() const { return isTruncated || lines.size() > static_cast<std::size_t>(shownLines); }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/MovedLines.h"
 #include "GitKit/PartialPatch.h"
 #include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/DiffParser.h"
@@ -51,6 +52,45 @@ std::string repeated(int count, const std::string& line)
     for (int i = 0; i < count; ++i)
         text += line;
     return text;
+}
+
+std::vector<MovedBlock> movedIn(const std::string& lines, WhiteSpace whiteSpace = WhiteSpace::compared)
+{
+    ParsedDiff diff = DiffParser::parse("diff --git a/x b/x\n--- a/x\n+++ b/x\n@@ -1,9 +1,9 @@\n" + lines);
+    diff.whiteSpace = whiteSpace;
+    return movedBlocks(diff);
+}
+
+TEST(MovedBlocks, AreLongEnoughAndUnchanged)
+{
+    const std::string removed = "-void first() {\n-    second();\n-\n-    third = 4;\n-}\n";
+    const std::string added = "+void first() {\n+    second();\n+\n+    third = 4;\n+}\n";
+    EXPECT_EQ(movedIn(removed + " a\n" + added), (std::vector<MovedBlock>{{1, 7, 5}}));
+    EXPECT_EQ(movedIn("+new();\n" + added + " a\n" + removed), (std::vector<MovedBlock>{{8, 2, 5}}));
+    // A part of it is found as well, if it is long enough, and each line belongs to one block.
+    EXPECT_EQ(
+        movedIn("-}\n" + removed + " a\n+void first() {\n+    second();\n+\n+    third = 4;\n+    }\n b\n" + added),
+        (std::vector<MovedBlock>{{2, 8, 4}}));
+    EXPECT_TRUE(movedIn("-aaaaaaaaaaaaaaaaaaaaa\n-bbbbb\n-\n c\n+aaaaaaaaaaaaaaaaaaaaa\n+bbbbb\n+\n").empty());
+    EXPECT_TRUE(movedIn("-a {\n-  b\n-}\n c\n+a {\n+  b\n+}\n").empty()) << "too few letters";
+    const std::string deeper = "+  void first() {\n+      second();\n+\n+      third = 4;\n+  }\n";
+    EXPECT_TRUE(movedIn(removed + " a\n" + deeper).empty());
+    EXPECT_EQ(movedIn(removed + " a\n" + deeper, WhiteSpace::ignored).size(), 1U);
+}
+
+TEST(MovedBlocks, TakeLinearTimeWhateverTheLines)
+{
+    std::string text;
+    for (const char sign : {'-', '+'}) {
+        for (int i = 0; i < 60'000; ++i)
+            text += std::string(1, sign) + (i % 3 == 0 ? "line " + std::to_string(sign == '+' ? 60'000 - i : i) : "}") +
+                    "\n";
+        text += " c\n";
+    }
+    ParsedDiff diff = DiffParser::parse("diff --git a/x b/x\n--- a/x\n+++ b/x\n@@ -1 +1 @@\n" + text, 200'000);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(movedBlocks(diff).empty());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)); // quadratic, it takes minutes
 }
 
 TEST(DiffParser, ReadsLinesNumbersCountsAndHeader)
