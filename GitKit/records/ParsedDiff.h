@@ -67,6 +67,8 @@ struct ParsedDiff {
     /// A diff that ignores white space is for reading only; it cannot be applied.
     WhiteSpace whiteSpace = WhiteSpace::compared;
     std::vector<MovedBlock> moved; ///< in the order of the added lines
+    /// Columns from one tab stop to the next, if the working tree says so of the file.
+    std::optional<int> tabWidth;
 
     /// Returns whether the diff is too long to have parts of it applied.
     bool isLong() const { return isTruncated || lines.size() > static_cast<std::size_t>(shownLines); }

@@ -10,6 +10,7 @@
 //   an index of its own           shows an untracked link, which --no-index follows, and a file named "-", which it
 //                                 takes for the standard input
 
+#include "GitKit/EditorConfig.h"
 #include "GitKit/MovedLines.h"
 #include "GitKit/Text.h"
 #include "GitKit/parsers/DiffParser.h"
@@ -84,8 +85,8 @@ void addExtent(ParsedDiff& parsed, std::string_view text, bool isCut)
         parsed.extent = {std::min(count, ParsedDiff::mostLines), !isCut && count <= ParsedDiff::mostLines};
 }
 
-ParsedDiff diff(const GitRepository& repo, const std::vector<std::string>& arguments, DiffReading reading,
-                RunOptions options = {})
+ParsedDiff diff(const GitRepository& repo, const std::string& path, const std::vector<std::string>& arguments,
+                DiffReading reading, RunOptions options = {})
 {
     std::vector<std::string> all = arguments;
     if (reading.whiteSpace == WhiteSpace::ignored)
@@ -102,6 +103,7 @@ ParsedDiff diff(const GitRepository& repo, const std::vector<std::string>& argum
     if (parsed.isTruncated && reading.reach == DiffReach::counted)
         addExtent(parsed, text, output.cut);
     parsed.moved = movedBlocks(parsed);
+    parsed.tabWidth = editorTabWidth(repo.root(), path);
     return parsed;
 }
 
@@ -109,11 +111,11 @@ ParsedDiff untrackedDiff(const GitRepository& repo, const std::string& path, Dif
 {
     std::error_code ignored;
     if (path != "-" && !std::filesystem::is_symlink(repo.root() / path, ignored))
-        return diff(repo, diffArguments({"diff", "--no-index"}, {"--", "/dev/null", path}), reading,
+        return diff(repo, path, diffArguments({"diff", "--no-index"}, {"--", "/dev/null", path}), reading,
                     {.accepting = {0, 1}});
     const ScratchIndex index(repo.runner());
     repo.runner().accepted({"add", "--intent-to-add", "--force", "--", literalPathspec(path)}, index.options());
-    return diff(repo, onExactly(diffArguments({"diff"}, {}), {path}), reading, index.options());
+    return diff(repo, path, onExactly(diffArguments({"diff"}, {}), {path}), reading, index.options());
 }
 
 /// Whether a patch changes a submodule from a commit to the same one with changed files, which git applies as nothing.
@@ -172,7 +174,7 @@ ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& 
 {
     const std::string revision = commitArgument("show", file.source.value_or(hash));
     Arguments arguments = diffArguments({"show", "--format=", "--first-parent", "-M"}, {revision});
-    return diff(*this, onExactly(std::move(arguments), allPaths(file)), reading);
+    return diff(*this, file.path, onExactly(std::move(arguments), allPaths(file)), reading);
 }
 
 std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, DiffReading reading) const
@@ -187,12 +189,12 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Diff
     }
     if (file.hasUnstaged())
         sections.push_back({file.isConflicted ? "Conflict" : "Unstaged",
-                            diff(*this, onExactly(diffArguments({"diff", "-M"}, {}), {file.path}), reading),
+                            diff(*this, file.path, onExactly(diffArguments({"diff", "-M"}, {}), {file.path}), reading),
                             file.isConflicted ? Kind::conflict : Kind::unstaged});
     // Without its old name, a renamed file would look like a new one.
     if (file.hasStaged())
         sections.push_back({"Staged",
-                            diff(*this,
+                            diff(*this, file.path,
                                  onExactly(diffArguments({"diff", "--cached", "-M"}, {}),
                                            file.index == 'R' ? file.allPaths() : std::vector{file.path}),
                                  reading),

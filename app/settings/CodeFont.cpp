@@ -53,6 +53,27 @@ QFont current()
     return font(settings.value(settings::codeFontName), settings.value(settings::codeFontSize));
 }
 
+void changeSize(double points)
+{
+    Settings& settings = Settings::shared();
+    const double size = std::clamp(settings.value(settings::codeFontSize), minSize, maxSize);
+    settings.set(settings::codeFontSize, std::clamp(size + points, minSize, maxSize));
+}
+
+int changeSizeByWheel(int angle)
+{
+    constexpr int notch = 120;
+    if (angle / notch != 0)
+        changeSize(angle / notch);
+    return angle % notch;
+}
+
+int tabWidth()
+{
+    const double columns = Settings::shared().value(settings::tabWidth);
+    return static_cast<int>(std::clamp<double>(columns, minTabWidth, maxTabWidth));
+}
+
 QStringList monospacedFamilies()
 {
     QStringList families;

@@ -48,10 +48,12 @@ inline constexpr Setting<const char*> settingsWindowPlace{"settingsWindowPlace",
 inline constexpr Setting<const char*> appearance{"appearance", "system"};
 inline constexpr Setting<const char*> codeFontName{"codeFontName", ""};
 inline constexpr Setting<double> codeFontSize{"codeFontSize", 12};
+inline constexpr Setting<double> tabWidth{"tabWidth", 8}; ///< in columns, for files of which nothing else is said
 inline constexpr Setting<const char*> externalEditorPath{"externalEditorPath", ""}; ///< empty: the desktop's default
 inline constexpr Setting<bool> keepsIndexes{"keepIndexOfLargeRepositories", true};
 inline constexpr Setting<bool> checksSpelling{"checkSpelling", true};
 inline constexpr Setting<bool> diffSideBySide{"diffSideBySide", false};
+inline constexpr Setting<bool> diffWraps{"diffWraps", false};
 inline constexpr Setting<bool> diffIgnoresWhiteSpace{"diffIgnoresWhiteSpace", false};
 
 // Commit messages written with a language model. The keys to the services are never stored here.

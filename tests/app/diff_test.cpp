@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/Settings.h"
+#include "app/ui/diff/DiffSectionBar.h"
+#include "app/ui/diff/LineWrap.h"
 #include "app/ui/widgets/Theme.h"
 #include "tests/app/DiffViewTest.h"
 #include "tests/app/ShownWidgets.h"
 
 #include <QAccessible>
 #include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QPointer>
+#include <QWheelEvent>
 
 namespace plovik {
 namespace {
@@ -268,6 +272,147 @@ TEST_F(DiffViewTest, FollowsTheCodeFontsSize)
     EXPECT_EQ(section().height(), section().heightFor(view.viewport()->width()));
     Settings::shared().set(settings::codeFontSize, 12);
     EXPECT_EQ(section().places().metrics().lineHeight, before);
+
+    // Ctrl and the wheel change it, also by parts of a notch, and without Ctrl scroll.
+    const auto turn = [this](int angle, Qt::KeyboardModifiers modifiers) {
+        QWheelEvent event({50, 50}, view.mapToGlobal(QPointF(50, 50)), {}, {0, angle}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view.viewport(), &event);
+    };
+    const auto size = [] { return Settings::shared().value(settings::codeFontSize); };
+    for (const int angle : {60, 60, -120, -120})
+        turn(angle, Qt::ControlModifier);
+    EXPECT_EQ(size(), 11);
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+    turn(-120, {});
+    EXPECT_EQ(size(), 11);
+    EXPECT_GT(view.verticalScrollBar()->value(), 0);
+    Settings::shared().set(settings::codeFontSize, 12);
+}
+
+TEST_F(DiffViewTest, CtrlHomeAndEndGoToTheEndsOfAllDiffs)
+{
+    show({contentOf(longDiff(30)), contentOf(longDiff(30), Use::unstage, u"Staged"_s)});
+    section().setFocus();
+    press(Qt::Key_End, Qt::ControlModifier);
+    EXPECT_TRUE(section(1).hasFocus());
+    EXPECT_EQ(controller(1).currentRow(), controller(1).diff().document().rowCount() - 1);
+    EXPECT_EQ(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum());
+    QKeyEvent home(QEvent::KeyPress, Qt::Key_Home, Qt::ControlModifier);
+    QApplication::sendEvent(&section(1), &home);
+    EXPECT_TRUE(section(0).hasFocus());
+    EXPECT_EQ(controller().currentRow(), 0);
+    EXPECT_EQ(view.verticalScrollBar()->value(), 0);
+    press(Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(section(0).hasFocus()) << "a selection stays in its diff";
+    EXPECT_EQ(controller().selectedChanges().size(), 3U);
+}
+
+TEST_F(DiffViewTest, TabsAreAsWideAsTheFileSaysElseAsTheSettingsDo)
+{
+    DiffContent told = contentOf(twoHunks, DiffContent::Use::read, u"Staged"_s);
+    told.diff.tabWidth = 2;
+    show({contentOf(twoHunks), told});
+    const auto shown = [this](std::size_t index) { return controller(index).diff().document().shown(3).shown; };
+    EXPECT_EQ(shown(0), u"        B"_s);
+    EXPECT_EQ(shown(1), u"  B"_s);
+    controller().setCurrentRow(8);
+    Settings::shared().set(settings::tabWidth, 3);
+    EXPECT_EQ(shown(0), u"   B"_s);
+    EXPECT_EQ(controller().diff().document().longestLine(), 4) << "no longer what it was with wider tabs";
+    EXPECT_EQ(controller().currentRow(), 8);
+    EXPECT_EQ(shown(1), u"  B"_s);
+    Settings::shared().set(settings::tabWidth, 8);
+}
+
+TEST_F(DiffViewTest, WrapsLongLinesAtTheWidthOfTheView)
+{
+    const std::string words =
+        "alpha beta gamma delta epsilon zeta eta theta iota kappa lambda mu nu xi omicron pi rho sigma";
+    show({contentOf(std::string(diffHeader) + "@@ -1,3 +1,3 @@\n first\n-" + words + "\n+" + words + " tau\n last\n")});
+    ASSERT_GT(view.horizontalScrollBar()->maximum(), 0);
+    const int line = section().places().metrics().lineHeight;
+    view.setWraps(true);
+    EXPECT_EQ(view.horizontalScrollBar()->maximum(), 0);
+    EXPECT_EQ(section().rowRect(1).height(), line);
+    EXPECT_EQ(section().rowRect(2).height(), 2 * line);
+    EXPECT_EQ(section().rowRect(4).top(), section().rowRect(3).top() + 2 * line);
+
+    // The pointer finds the characters of the continuation line, and what is copied is one line.
+    const QRect row = section().rowRect(2);
+    const QPoint inSecond(inCode(2, 3).x(), row.top() + line + line / 2);
+    const std::vector<qsizetype> points =
+        controller().diff().document().wrapPoints(2, section().places().metrics().wrapColumns);
+    ASSERT_EQ(points.size(), 1U);
+    EXPECT_EQ(words[static_cast<std::size_t>(points[0]) - 1], ' ') << "broken behind a word";
+    drag(QPoint(inCode(2, 0).x(), row.top() + line / 2), inSecond);
+    section().copy();
+    EXPECT_EQ(copied().toStdString(), words.substr(0, static_cast<std::size_t>(points[0]) + 3));
+    EXPECT_EQ(section().places().lineOf(2, points[0]).top(), row.top() + line);
+
+    // Narrower, it takes more lines; side by side both sides of a line are as high as the higher one.
+    view.resize(400, 300);
+    QApplication::processEvents();
+    EXPECT_GE(section().rowRect(2).height(), 3 * line);
+    EXPECT_EQ(section().height(), section().heightFor(view.viewport()->width()));
+    view.setLayout(DiffLayout::sideBySide);
+    EXPECT_EQ(section().rowRect(2).height(), section().rowRect(3).height());
+    EXPECT_GE(section().rowRect(3).height(), 5 * line);
+    view.setWraps(false);
+    EXPECT_EQ(section().rowRect(3).height(), line);
+}
+
+TEST_F(DiffViewTest, KeepsWhatIsLookedAtWhenItWrapsAnew)
+{
+    std::string text = std::string(diffHeader) + "@@ -1,200 +1,200 @@\n";
+    for (int i = 0; i < 200; ++i)
+        text += " " + std::to_string(i) + std::string(150, 'x') + "\n";
+    show({contentOf(text)});
+    view.setWraps(true);
+    view.verticalScrollBar()->setValue(section().rowRect(101).top() - DiffSectionBar::barHeight);
+    const auto inSight = [this] { return section().rowRect(101).top() + section().y() - DiffSectionBar::barHeight; };
+    ASSERT_EQ(inSight(), 0);
+    view.resize(420, 300);
+    QApplication::processEvents();
+    EXPECT_EQ(inSight(), 0);
+    view.setWraps(false);
+    EXPECT_EQ(inSight(), 0);
+}
+
+TEST_F(DiffViewTest, DrawsOnlyTheLinesInSightOfAnEndlessWrappedLine)
+{
+    std::string text = std::string(diffHeader) + "@@ -1 +1 @@\n-x\n+";
+    for (int i = 0; i < 1 << 18; ++i)
+        text += "word ";
+    show({contentOf(text + "\n")});
+    view.setWraps(true);
+    QElapsedTimer clock;
+    clock.start();
+    for (int step = 0; step < 20; ++step) {
+        view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum() / 20 * step);
+        view.grab();
+    }
+    EXPECT_LT(clock.elapsed(), 8000) << "shaped whole it takes minutes";
+}
+
+TEST(LineWrap, BreaksBetweenCharactersAndAfterBlanks)
+{
+    const auto wrapped = [](const QString& text, int columns) {
+        QStringList lines;
+        qsizetype begin = 0;
+        for (const qsizetype point : wrapPoints(text, columns)) {
+            lines << text.sliced(begin, point - begin);
+            begin = point;
+        }
+        return lines << text.sliced(begin);
+    };
+    EXPECT_EQ(wrapped(u"one two three"_s, 8), (QStringList{u"one two "_s, u"three"_s}));
+    EXPECT_EQ(wrapped(u"a abcdefghij"_s, 6), (QStringList{u"a abcd"_s, u"efghij"_s})) << "no blank is near";
+    EXPECT_EQ(wrapped(u"日本日本"_s, 5), (QStringList{u"日本"_s, u"日本"_s}));
+    EXPECT_EQ(wrapped(u"🙂🙂e\u0301e"_s, 2), (QStringList{u"🙂"_s, u"🙂"_s, u"e\u0301e"_s}));
+    EXPECT_EQ(wrapped(u"abcd"_s, 4), QStringList{u"abcd"_s});
+    EXPECT_FALSE(mayNeedWrapping("abcd", 8, 4));
+    EXPECT_TRUE(mayNeedWrapping("\ta", 4, 4));
 }
 
 TEST_F(DiffViewTest, ShapesOnlyWhatIsInSightOfAnEndlessLine)

@@ -56,7 +56,8 @@ TEST(WordMarks, AreBoundedInWhatTheyCost)
 
 TEST(ShownLine, MakesVisibleWhatIsNot)
 {
-    EXPECT_EQ(ShownLine::of("a\tb\t\tc").shown, u"a   b       c"_s);
+    EXPECT_EQ(ShownLine::of("a\tb\t\tc", 4).shown, u"a   b       c"_s);
+    EXPECT_EQ(ShownLine::of("a\tb").shown, u"a       b"_s);
     EXPECT_EQ(ShownLine::of("bell\x07 esc\x1b[31m\r").shown, u"bell^G esc^[[31m^M"_s);
     EXPECT_EQ(ShownLine::of("if (x\xE2\x80\xAE) {\xE2\x81\xA6").shown, u"if (x‹U+202E›) {‹U+2066›"_s);
     EXPECT_EQ(ShownLine::of("\xEF\xBB\xBFmark").shown, u"‹U+FEFF›mark"_s);
@@ -66,7 +67,7 @@ TEST(ShownLine, MakesVisibleWhatIsNot)
 
 TEST(ShownLine, KnowsWhereItsCharactersAre)
 {
-    const ShownLine line = ShownLine::of("\ta\x07z");
+    const ShownLine line = ShownLine::of("\ta\x07z", 4);
     ASSERT_EQ(line.shown, u"    a^Gz"_s);
     const std::vector<qsizetype> expected{0, 4, 5, 7, 8};
     for (std::size_t source = 0; source < expected.size(); ++source) {

@@ -331,10 +331,15 @@ TEST_F(SettingsTest, CodeFontChangesWithEveryStepAndGoesBackToTheDefaults)
     EXPECT_EQ(preview.font(), CodeFont::current());
     size.setValue(12.5);
     EXPECT_EQ(size.text(), u"12.5 points"_s);
+    auto& tabWidth = control<SizeControl>(u"Tab Width"_s);
+    EXPECT_EQ(tabWidth.text(), u"8 columns"_s);
+    tabWidth.setValue(4);
+    EXPECT_EQ(CodeFont::tabWidth(), 4);
 
     control<QPushButton>(u"Reset to Defaults"_s).click();
     EXPECT_EQ(family.currentText(), u"System Monospaced"_s);
     EXPECT_EQ(size.value(), 12);
+    EXPECT_EQ(tabWidth.value(), 8);
     EXPECT_EQ(stored().value(settings::codeFontName), QString());
     EXPECT_EQ(preview.font(), CodeFont::font(QString(), 12));
 }

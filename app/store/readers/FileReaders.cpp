@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/readers/FileReaders.h"
 
+#include "GitKit/EditorConfig.h"
 #include "GitKit/repository/Blobs.h"
 #include "GitKit/repository/FileLogStream.h"
 #include "GitKit/repository/GitRepository.h"
@@ -91,6 +92,7 @@ BlameLines readBlame(const gitkit::GitRepository& repo, const BlameSource& sourc
         blame.state = *state;
         return blame;
     }
+    blame.tabWidth = gitkit::editorTabWidth(repo.root(), source.path);
     try {
         blame.lines = repo.blame(source.path, source.revision);
     } catch (const gitkit::GitError& refused) {

@@ -75,6 +75,7 @@ struct BlameLines {
     State state = State::lines;
     std::vector<gitkit::BlameLine> lines = {};
     std::optional<BlameStamp> stamp = {}; ///< only for a file of the working tree
+    std::optional<int> tabWidth = {};     ///< in columns, if the working tree says so of the file
 };
 BlameLines readBlame(const gitkit::GitRepository& repo, const BlameSource& source);
 

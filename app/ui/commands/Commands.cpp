@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commands/Commands.h"
 
+#include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
 #include "app/store/Obstacles.h"
 #include "app/store/actions/Remotes.h"
@@ -182,12 +183,36 @@ constexpr Command table[] = {
      .isPossible = [](const Store& store) { return store.snapshot().status.value().hasCommits(); }},
     {.id = Id::sideBySide,
      .name = QT_TRANSLATE_NOOP("Commands", "Side by Side"),
+     .keys = shifted | Qt::Key_D,
      .action = [](Store&) { toggle(settings::diffSideBySide); },
      .isOn = [](const Store&) { return Settings::shared().value(settings::diffSideBySide); }},
     {.id = Id::ignoreWhiteSpace,
      .name = QT_TRANSLATE_NOOP("Commands", "Ignore White Space"),
+     .keys = shifted | Qt::Key_I,
      .action = [](Store&) { toggle(settings::diffIgnoresWhiteSpace); },
      .isOn = [](const Store&) { return Settings::shared().value(settings::diffIgnoresWhiteSpace); }},
+    {.id = Id::wholeFile,
+     .name = QT_TRANSLATE_NOOP("Commands", "Whole File"),
+     .keys = shifted | Qt::Key_E,
+     .action = Command::SightSlot{"toggleWholeFile()"}},
+    {.id = Id::wrapLines,
+     .name = QT_TRANSLATE_NOOP("Commands", "Wrap Lines"),
+     .keys = Qt::ALT | Qt::Key_Z,
+     .action = [](Store&) { toggle(settings::diffWraps); },
+     .isOn = [](const Store&) { return Settings::shared().value(settings::diffWraps); }},
+    {.id = Id::largerCode,
+     .name = QT_TRANSLATE_NOOP("Commands", "Larger Code"),
+     .keys = Qt::CTRL | Qt::Key_Plus,
+     .action = [](Store&) { CodeFont::changeSize(1); },
+     .otherKeys = Qt::CTRL | Qt::Key_Equal}, // the same key without Shift, on many keyboards
+    {.id = Id::smallerCode,
+     .name = QT_TRANSLATE_NOOP("Commands", "Smaller Code"),
+     .keys = Qt::CTRL | Qt::Key_Minus,
+     .action = [](Store&) { CodeFont::changeSize(-1); }},
+    {.id = Id::standardCodeSize,
+     .name = QT_TRANSLATE_NOOP("Commands", "Standard Code Size"),
+     .keys = Qt::CTRL | Qt::Key_0,
+     .action = [](Store&) { Settings::shared().set(settings::codeFontSize, settings::codeFontSize.fallback); }},
     {.id = Id::nextChange,
      .name = QT_TRANSLATE_NOOP("Commands", "Next Change"),
      .keys = Qt::Key_F7,

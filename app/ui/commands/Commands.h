@@ -54,6 +54,11 @@ enum class CommandId {
     goToCommit,
     sideBySide,
     ignoreWhiteSpace,
+    wholeFile,
+    wrapLines,
+    largerCode,
+    smallerCode,
+    standardCodeSize,
     nextChange,
     previousChange,
     commandLog,
@@ -87,6 +92,7 @@ struct Command { // NOLINT(clang-analyzer-optin.performance.Padding): in the ord
     bool (*isOn)(const RepositoryStore&) = nullptr; ///< of what can be switched on and off
     bool (*isThere)() = nullptr;                    ///< of what the settings can hide
     const char* buttonName = nullptr;               ///< a shorter name for a button
+    QKeyCombination otherKeys = {};                 ///< which do the same, unsaid
 
     QString title() const;
     QString buttonTitle() const;

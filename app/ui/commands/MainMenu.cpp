@@ -42,8 +42,8 @@ std::vector<Layout> layouts()
              {showWorkingCopy, showHistory, showStashes, line, refresh, fetch, pull, push, cancelAction, line,
               newBranch, stashChanges, restoreDiscarded, line, writeMessage, showWhatIsSent}},
             {QT_TRANSLATE_NOOP("Commands", "View"),
-             {back, forward, goToCommit, line, sideBySide, ignoreWhiteSpace, line, nextChange, previousChange, line,
-              commandLog}},
+             {back, forward, goToCommit, line, sideBySide, ignoreWhiteSpace, wholeFile, wrapLines, line, largerCode,
+              smallerCode, standardCodeSize, line, nextChange, previousChange, line, commandLog}},
             {QT_TRANSLATE_NOOP("Commands", "Window"), {minimize, zoom, line, bringAllToFront}}};
 }
 
@@ -189,6 +189,8 @@ void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store)
             // Menus are named by their titles alone, whatever platform conventions would make of words like "Quit".
             item->setMenuRole(QAction::NoRole);
             item->setShortcut(command.shortcut());
+            if (command.otherKeys != QKeyCombination())
+                item->setShortcuts({command.shortcut(), QKeySequence(command.otherKeys)});
             std::visit(Wiring{item, menu, command, window, target, store, states}, command.action);
         }
     }

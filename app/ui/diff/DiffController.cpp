@@ -148,6 +148,18 @@ void DiffController::setLayout(DiffLayout layout)
     relay({}, [&] { diff_.setLayout(layout); });
 }
 
+void DiffController::setTabWidth(int columns)
+{
+    if (columns != diff_.tabWidth())
+        relay({}, [&] { diff_.setTabWidth(columns); });
+}
+
+void DiffController::setWraps(bool wraps)
+{
+    if (wraps != diff_.wraps())
+        relay({}, [&] { diff_.setWraps(wraps); });
+}
+
 void DiffController::relay(std::optional<int> anchor, const std::function<void()>& change)
 {
     Q_EMIT aboutToRelay(anchor);

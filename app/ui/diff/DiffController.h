@@ -27,6 +27,9 @@ public:
     /// Sets the colours of their code, forgotten likewise.
     void setSyntax(const SyntaxOf& syntax);
     void setLayout(DiffLayout layout);
+    /// Sets the width of tabs, in columns, for diffs that say nothing of it.
+    void setTabWidth(int columns);
+    void setWraps(bool wraps);
     /// Shows the whole file as soon as it is known.
     void setShowsWholeFile(bool whole);
     /// Shows more of what is left out above or below a hunk. `anchor` is the row that stays in place on the screen;
@@ -92,6 +95,8 @@ Q_SIGNALS:
     /// The keyboard goes on to the diff before (-1) or behind (1): to its next hunk, or to its next change.
     void leaveRequested(int direction);
     void changeRequested(int direction);
+    /// The keyboard goes to the start (-1) or the end (1) of all diffs.
+    void endRequested(int direction, bool extend);
 
 private:
     void moveTo(int row, bool extend);

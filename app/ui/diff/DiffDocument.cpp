@@ -2,12 +2,14 @@
 #include "app/ui/diff/DiffDocument.h"
 
 #include "GitKit/records/HunkStart.h"
+#include "app/ui/diff/LineWrap.h"
 
 #include <QCache>
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <climits>
+#include <utility>
 
 namespace plovik {
 
@@ -18,6 +20,7 @@ using namespace Qt::StringLiterals;
 /// How many units of text are kept ready to be drawn: many screens of ordinary lines, or a few lines of a megabyte.
 constexpr qsizetype keptUnits = qsizetype{1} << 22;
 constexpr int keptMarks = 1000;
+constexpr qsizetype keptPoints = qsizetype{1} << 16;
 
 QString signOf(gitkit::DiffLine::Kind kind)
 {
@@ -31,13 +34,16 @@ QString signOf(gitkit::DiffLine::Kind kind)
 struct DiffDocument::Caches {
     QCache<int, ShownLine> shown{keptUnits};
     QCache<int, std::vector<TextRange>> marks{keptMarks};
+    QCache<int, std::vector<qsizetype>> points{keptPoints};
+    int columns = 0; ///< of `points`
 };
 
 DiffDocument::~DiffDocument() = default;
 DiffDocument::DiffDocument(DiffDocument&&) noexcept = default;
 DiffDocument& DiffDocument::operator=(DiffDocument&&) noexcept = default;
 
-DiffDocument::DiffDocument(gitkit::ParsedDiff diff) : diff_(std::move(diff)), caches_(std::make_unique<Caches>())
+DiffDocument::DiffDocument(gitkit::ParsedDiff diff, int tabWidth)
+    : diff_(std::move(diff)), tabWidth_(tabWidth), caches_(std::make_unique<Caches>())
 {
     makeRows();
 }
@@ -46,15 +52,22 @@ void DiffDocument::setGaps(DiffGaps gaps, Headers headers)
 {
     gaps_ = std::move(gaps);
     headers_ = headers;
-    rows_.clear();
-    rowOfLine_.clear();
-    hunks_.clear();
-    caches_ = std::make_unique<Caches>();
+    makeRows();
+}
+
+void DiffDocument::setTabWidth(int tabWidth)
+{
+    tabWidth_ = tabWidth;
     makeRows();
 }
 
 void DiffDocument::makeRows()
 {
+    rows_.clear();
+    rowOfLine_.clear();
+    hunks_.clear();
+    longestLine_ = 0;
+    caches_ = std::make_unique<Caches>();
     rows_.reserve(diff_.lines.size());
     rowOfLine_.reserve(diff_.lines.size());
     for (const gitkit::DiffLine& line : diff_.lines) {
@@ -114,7 +127,7 @@ void DiffDocument::addRow(const gitkit::DiffLine& line)
     else if (row.kind == Kind::meta && !rows_.empty())
         row.side = rows_.back().side; // the note belongs to the line before it
     if (row.isCode())
-        longestLine_ = std::max(longestLine_, columnsOf(line.text));
+        longestLine_ = std::max(longestLine_, columnsOf(line.text, tabWidth()));
     rowOfLine_.push_back(rowCount());
     push(std::move(row));
 }
@@ -125,7 +138,7 @@ void DiffDocument::addGap(const DiffGaps::Gap& gap, int from, int count)
         Row row;
         row.oldNumber = gap.oldFirst + i;
         row.newNumber = gap.newFirst + i;
-        longestLine_ = std::max(longestLine_, columnsOf(gaps_.line(*row.oldNumber, *row.newNumber)));
+        longestLine_ = std::max(longestLine_, columnsOf(gaps_.line(*row.oldNumber, *row.newNumber), tabWidth()));
         push(std::move(row));
     }
 }
@@ -227,11 +240,25 @@ const ShownLine& DiffDocument::shown(int row) const
 {
     if (const ShownLine* known = caches_->shown.object(row))
         return *known;
-    auto* line = new ShownLine(ShownLine::of(bytes(row)));
+    auto* line = new ShownLine(ShownLine::of(bytes(row), tabWidth()));
     // A cache does not take what costs more than its limit.
     const qsizetype cost = std::min(line->source.size() + line->shown.size() + 32, keptUnits);
     static const ShownLine none;
     return caches_->shown.insert(row, line, cost) ? *line : none;
+}
+
+const std::vector<qsizetype>& DiffDocument::wrapPoints(int row, int columns) const
+{
+    static const std::vector<qsizetype> none;
+    if (!this->row(row).isCode() || !mayNeedWrapping(bytes(row), tabWidth(), columns))
+        return none;
+    if (std::exchange(caches_->columns, columns) != columns)
+        caches_->points.clear();
+    if (const auto* known = caches_->points.object(row))
+        return *known;
+    auto* points = new std::vector<qsizetype>(plovik::wrapPoints(shown(row).shown, columns));
+    const qsizetype cost = std::min(static_cast<qsizetype>(points->size()) + 8, keptPoints);
+    return caches_->points.insert(row, points, cost) ? *points : none;
 }
 
 const std::vector<TextRange>& DiffDocument::marks(int row) const

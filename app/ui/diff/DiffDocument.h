@@ -50,7 +50,8 @@ public:
         int number = 0; ///< of the line in the new file, for one that the diff leaves out
     };
 
-    explicit DiffDocument(gitkit::ParsedDiff diff = {});
+    /// `tabWidth` holds where the diff says nothing of it, in columns.
+    explicit DiffDocument(gitkit::ParsedDiff diff = {}, int tabWidth = ShownLine::standardTabWidth);
     ~DiffDocument();
     DiffDocument(DiffDocument&&) noexcept;
     DiffDocument& operator=(DiffDocument&&) noexcept;
@@ -59,6 +60,8 @@ public:
     const DiffGaps& gaps() const { return gaps_; }
     /// Makes the rows anew, with the lines that `gaps` shows between the hunks.
     void setGaps(DiffGaps gaps, Headers headers);
+    void setTabWidth(int tabWidth);
+    int tabWidth() const { return diff_.tabWidth.value_or(tabWidth_); }
     Place placeOf(int row) const;
     /// Returns the row of a place, or the next row if that one is not shown.
     int rowOf(const Place& place) const;
@@ -75,6 +78,9 @@ public:
 
     /// Returns the row's text for drawing. The reference is valid until the next call.
     const ShownLine& shown(int row) const;
+    /// Returns where the continuation lines of a row of code begin, in units of what is shown of it, when no line may
+    /// have more columns. The reference is valid until the next call.
+    const std::vector<qsizetype>& wrapPoints(int row, int columns) const;
     void setSyntax(SyntaxOf syntax) { syntax_ = std::move(syntax); }
     const SyntaxOf& syntax() const { return syntax_; }
     /// Returns the coloured pieces of the row in units of its source; none if the highlighted file has another line
@@ -100,6 +106,7 @@ private:
 
     gitkit::ParsedDiff diff_;
     DiffGaps gaps_;
+    int tabWidth_;
     SyntaxOf syntax_;
     Headers headers_ = Headers::all;
     std::string rest_; ///< the text of the row for the rest of the file

@@ -21,15 +21,19 @@ DiffGeometry::DiffGeometry(const ShownDiff& diff) : diff_(diff) { measure(); }
 
 void DiffGeometry::measure()
 {
-    metrics_ = DiffMetrics::of(diff_.document(), diff_.lines());
+    metrics_ = DiffMetrics::of(diff_.document(), diff_.lines(), wrapWidth());
     setWidth(width_);
 }
 
 void DiffGeometry::setWidth(int width)
 {
     width_ = width;
+    if (metrics_.columnsIn(wrapWidth()) != metrics_.wrapColumns)
+        metrics_.layOut(diff_.document(), diff_.lines(), wrapWidth());
     insetTop_ = barHeight() + notesHeight(diff_.notes().above, width);
 }
+
+int DiffGeometry::wrapWidth() const { return diff_.wraps() ? cellWidth() : 0; }
 
 void DiffGeometry::setInsetHeight(int height) { insetHeight_ = height; }
 
@@ -59,7 +63,7 @@ int DiffGeometry::heightFor(int width, int insetHeight) const
 
 int DiffGeometry::hiddenWidth(int width) const
 {
-    if (diff_.document().rowCount() == 0)
+    if (diff_.document().rowCount() == 0 || diff_.wraps())
         return 0;
     const int wanted =
         metrics_.codeLeft + static_cast<int>(diff_.document().longestLine() * metrics_.cell) + 2 * DiffMetrics::margin;
@@ -73,9 +77,16 @@ int DiffGeometry::leftOf(DiffSide side) const
     return side == DiffSide::after && diff_.lines().areSideBySide() ? width_ / 2 : 0;
 }
 
-DiffRowPainter DiffGeometry::rowPainter(const DiffFound* found) const
+DiffRowPainter DiffGeometry::rowPainter(const DiffFound* found, const QRect& exposed) const
 {
-    return {diff_.document(), metrics_, {cellWidth(), offset_, found}};
+    return {diff_.document(), metrics_, {cellWidth(), offset_, found, exposed}};
+}
+
+QRect DiffGeometry::lineOf(int row, qsizetype source) const
+{
+    const QRect area = rowRect(row);
+    const int height = std::min(area.height(), metrics_.lineHeight);
+    return {area.left(), area.top() + rowPainter(nullptr).stripOf(row, source) * height, area.width(), height};
 }
 
 QRect DiffGeometry::rowRect(int row) const
@@ -121,7 +132,8 @@ DiffPosition DiffGeometry::positionAt(QPoint point, DiffSide side) const
     const int row = diff_.lines().rowAt(line, side);
     if (row < 0 || !diff_.document().row(row).isCode())
         return {line, 0};
-    return {line, rowPainter(nullptr).sourceAt(row, point.x() - leftOf(side))};
+    return {line,
+            rowPainter(nullptr).sourceAt(row, {point.x() - leftOf(side), point.y() - rowsTop() - metrics_.top(line)})};
 }
 
 } // namespace plovik

@@ -26,6 +26,7 @@ public:
     /// Measures rows and fonts; to be called when they have changed.
     void measure();
     void setWidth(int width);
+    int width() const { return width_; }
     void setInsetHeight(int height);
     void setOffset(int offset) { offset_ = offset; } ///< by how much the code is scrolled to the left
 
@@ -56,12 +57,16 @@ public:
     DiffPosition positionAt(QPoint point, DiffSide side) const;
     /// Returns where a unit of a row's source begins, from the left end of the row's cell.
     int xOf(int row, qsizetype source) const { return rowPainter(nullptr).xOf(row, source); }
+    /// Returns the line in which a unit of a row's source stands; a row that is wrapped has several.
+    QRect lineOf(int row, qsizetype source) const;
 
     int cellWidth() const;
-    /// Returns what draws the rows, for one use. `found` is what a search has found; null without a search.
-    DiffRowPainter rowPainter(const DiffFound* found) const;
+    /// Returns what draws the rows, for one use. `found` is what a search has found; null without a search. Of wrapped
+    /// rows only the lines in `exposed` are drawn.
+    DiffRowPainter rowPainter(const DiffFound* found, const QRect& exposed = {}) const;
 
 private:
+    int wrapWidth() const;
     int leftOf(DiffSide side) const;
     static int notesHeight(const QStringList& notes, int width);
 

@@ -27,6 +27,11 @@ bool handleWithModifier(DiffController& controller, const QKeyEvent& event)
                             controller.currentRow());
         return true;
     }
+    const bool isEnd = event.key() == Qt::Key_Home || event.key() == Qt::Key_End;
+    if (isEnd && (modifiers & ~Qt::ShiftModifier) == Qt::ControlModifier) {
+        Q_EMIT controller.endRequested(event.key() == Qt::Key_Home ? -1 : 1, modifiers.testFlag(Qt::ShiftModifier));
+        return true;
+    }
     if (event.key() == Qt::Key_F7 && (modifiers == Qt::NoModifier || modifiers == Qt::ShiftModifier)) {
         Q_EMIT controller.changeRequested(modifiers == Qt::NoModifier ? 1 : -1);
         return true;

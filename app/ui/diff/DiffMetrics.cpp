@@ -14,7 +14,7 @@
 
 namespace plovik {
 
-DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines)
+DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines, int wrapWidth)
 {
     constexpr double heightPerPixel = 20.0 / 12;
     constexpr double tightest = 0.95; // of the font's own line height, which is wide
@@ -40,15 +40,36 @@ DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines
     const int signs = document.isCombined() ? 2 : 1;
     metrics.codeLeft = metrics.gutterWidth + static_cast<int>(std::ceil(metrics.cell * (signs + 0.5))) + 8;
 
-    metrics.tops.reserve(static_cast<std::size_t>(lines.count()) + 1);
-    int top = 0;
-    metrics.tops.push_back(top);
-    for (int line = 0; line < lines.count(); ++line) {
-        const bool isHunk = document.row(lines.rowAt(line, DiffSide::both)).kind == gitkit::DiffLine::Kind::hunk;
-        top += isHunk ? metrics.hunkHeight : metrics.lineHeight;
-        metrics.tops.push_back(top);
-    }
+    metrics.layOut(document, lines, wrapWidth);
     return metrics;
+}
+
+int DiffMetrics::columnsIn(int wrapWidth) const
+{
+    constexpr int fewest = 12;
+    return wrapWidth <= 0 ? 0 : std::max(fewest, static_cast<int>((wrapWidth - codeLeft - margin) / cell));
+}
+
+void DiffMetrics::layOut(const DiffDocument& document, const DiffLines& lines, int wrapWidth)
+{
+    wrapColumns = columnsIn(wrapWidth);
+    const auto heightOf = [&](int row) {
+        const bool wraps = wrapColumns > 0 && row >= 0;
+        const std::size_t more = wraps ? document.wrapPoints(row, wrapColumns).size() : 0;
+        return lineHeight * (1 + static_cast<int>(more));
+    };
+    tops.clear();
+    tops.reserve(static_cast<std::size_t>(lines.count()) + 1);
+    int top = 0;
+    tops.push_back(top);
+    for (int line = 0; line < lines.count(); ++line) {
+        const int row = lines.rowAt(line, DiffSide::both);
+        if (document.row(row).kind == gitkit::DiffLine::Kind::hunk)
+            top += hunkHeight;
+        else
+            top += std::max(heightOf(row), lines.areSideBySide() ? heightOf(lines.rowAt(line, DiffSide::after)) : 0);
+        tops.push_back(top);
+    }
 }
 
 int DiffMetrics::lineAt(int y) const

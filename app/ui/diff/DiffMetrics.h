@@ -20,6 +20,7 @@ struct DiffMetrics {
     int gutterWidth = 0;   ///< of the numbers: both, or the one of a side
     int codeLeft = 0;      ///< where code begins in its cell, behind the sign
     int hunkTextLeft = 0;  ///< where a header's text begins, behind the buttons that show more lines
+    int wrapColumns = 0;   ///< the most columns of code in a line; 0 if long ones go on out of sight
     std::vector<int> tops; ///< of each line, and the end of the last one
 
     static constexpr int barHeight = 34; ///< of the bar above a diff
@@ -29,7 +30,12 @@ struct DiffMetrics {
     static constexpr int moreLeft = 8;   ///< of the first button that shows more lines
     static constexpr int moreWidth = 24; ///< from one such button to the next
 
-    static DiffMetrics of(const DiffDocument& document, const DiffLines& lines);
+    /// Measures for cells of a width in which long lines are wrapped; 0 if they are not.
+    static DiffMetrics of(const DiffDocument& document, const DiffLines& lines, int wrapWidth);
+    /// Returns how many columns of code have room in a cell that wraps lines.
+    int columnsIn(int wrapWidth) const;
+    /// Places the lines.
+    void layOut(const DiffDocument& document, const DiffLines& lines, int wrapWidth);
 
     int top(int line) const { return tops[static_cast<std::size_t>(line)]; }
     int height(int line) const { return top(line + 1) - top(line); }

@@ -2,6 +2,7 @@
 #include "app/ui/diff/DiffOptionsBar.h"
 
 #include "app/settings/Settings.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/diff/DiffSectionBar.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/Theme.h"
@@ -12,25 +13,35 @@
 
 namespace plovik {
 
+namespace {
+
+QString keysOf(CommandId id) { return command(id).shortcut().toString(QKeySequence::NativeText); }
+
+} // namespace
+
 DiffOptionsBar::DiffOptionsBar(QWidget* parent)
-    : QWidget(parent), sideBySide_(new IconButton(Icon::sideBySide, tr("Side by Side"), this)),
-      whiteSpace_(new IconButton(Icon::whiteSpace, tr("Ignore White Space"), this)),
-      wholeFile_(new IconButton(Icon::wholeFile, tr("Whole File"), this))
+    : QWidget(parent),
+      sideBySide_(new IconButton(Icon::sideBySide, tr("Side by Side"), this, keysOf(CommandId::sideBySide))),
+      whiteSpace_(
+          new IconButton(Icon::whiteSpace, tr("Ignore White Space"), this, keysOf(CommandId::ignoreWhiteSpace))),
+      wholeFile_(new IconButton(Icon::wholeFile, tr("Whole File"), this, keysOf(CommandId::wholeFile))),
+      wrap_(new IconButton(Icon::wrap, tr("Wrap Lines"), this, keysOf(CommandId::wrapLines)))
 {
     const QString keys = QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText);
     auto* const find = new IconButton(Icon::find, tr("Find"), this, keys);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(6, 0, 8, 0);
     row->setSpacing(2);
-    for (IconButton* const button : {sideBySide_, whiteSpace_, wholeFile_, find})
+    for (IconButton* const button : {sideBySide_, whiteSpace_, wholeFile_, wrap_, find})
         row->addWidget(button);
-    for (IconButton* const toggle : {sideBySide_, whiteSpace_, wholeFile_})
+    for (IconButton* const toggle : {sideBySide_, whiteSpace_, wholeFile_, wrap_})
         toggle->setCheckable(true);
 
     connect(sideBySide_, &IconButton::toggled, this,
             [](bool isOn) { Settings::shared().set(settings::diffSideBySide, isOn); });
     connect(whiteSpace_, &IconButton::toggled, this,
             [](bool isOn) { Settings::shared().set(settings::diffIgnoresWhiteSpace, isOn); });
+    connect(wrap_, &IconButton::toggled, this, [](bool isOn) { Settings::shared().set(settings::diffWraps, isOn); });
     connect(wholeFile_, &IconButton::toggled, this, &DiffOptionsBar::wholeFileToggled);
     connect(find, &IconButton::clicked, this, &DiffOptionsBar::findRequested);
     connect(&Settings::shared(), &Settings::changed, this, &DiffOptionsBar::follow);
@@ -44,6 +55,7 @@ void DiffOptionsBar::setWholeFile(bool isWhole) { wholeFile_->setChecked(isWhole
 void DiffOptionsBar::follow()
 {
     sideBySide_->setChecked(Settings::shared().value(settings::diffSideBySide));
+    wrap_->setChecked(Settings::shared().value(settings::diffWraps));
     whiteSpace_->setChecked(Settings::shared().value(settings::diffIgnoresWhiteSpace));
 }
 

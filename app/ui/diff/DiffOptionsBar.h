@@ -30,6 +30,7 @@ private:
     IconButton* sideBySide_;
     IconButton* whiteSpace_;
     IconButton* wholeFile_;
+    IconButton* wrap_;
 };
 
 } // namespace plovik

@@ -57,6 +57,7 @@ DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     view_->viewport()->installEventFilter(this);
     options_->hide();
     view_->setLayout(wantedLayout());
+    view_->setWraps(Settings::shared().value(settings::diffWraps));
     connect(options_, &DiffOptionsBar::wholeFileToggled, view_, &DiffView::setShowsWholeFile);
     connect(view_, &DiffView::showsWholeFileChanged, options_, &DiffOptionsBar::setWholeFile);
     connect(view_, &DiffView::allLinesRequested, this, [this] { readOn(gitkit::DiffReach::whole); });
@@ -157,6 +158,8 @@ void DiffPane::settingChanged(const QString& key)
 {
     if (key == QLatin1String(settings::diffSideBySide.key))
         view_->setLayout(wantedLayout());
+    else if (key == QLatin1String(settings::diffWraps.key))
+        view_->setWraps(Settings::shared().value(settings::diffWraps));
     else if (key == QLatin1String(settings::diffIgnoresWhiteSpace.key))
         Q_EMIT readingChanged();
 }

@@ -68,12 +68,13 @@ void paintTabArrow(QPainter& painter, double left, double right, double middle)
 
 } // namespace
 
-/// The part of a row's code that is shaped.
+/// The part of a row's code that is shaped: what is in sight of a long line, or one line of a wrapped row.
 struct DiffRowPainter::Slice {
     const ShownLine* line = nullptr;
     qsizetype first = 0; ///< its first unit in the shown text
     qsizetype length = 0;
-    double left = 0; ///< where `first` stands before scrolling
+    double left = 0;    ///< where `first` stands before scrolling
+    bool isLast = true; ///< whether the row ends with it
     std::unique_ptr<QTextLayout> layout;
 
     double x(qsizetype shown) const
@@ -101,13 +102,37 @@ QList<QTextLayout::FormatRange> DiffRowPainter::formatsOf(int row, const Slice& 
     return formats;
 }
 
-DiffRowPainter::Slice DiffRowPainter::slice(int row) const
+/// Returns where the continuation lines of a row begin; none if it is not wrapped.
+const std::vector<qsizetype>& DiffRowPainter::points(int row) const
+{
+    static const std::vector<qsizetype> none;
+    return metrics_.wrapColumns > 0 ? document_.wrapPoints(row, metrics_.wrapColumns) : none;
+}
+
+int DiffRowPainter::stripOfShown(int row, qsizetype shown) const
+{
+    const std::vector<qsizetype>& all = points(row);
+    return static_cast<int>(std::ranges::upper_bound(all, shown) - all.begin());
+}
+
+int DiffRowPainter::stripOf(int row, qsizetype source) const
+{
+    return points(row).empty() ? 0 : stripOfShown(row, document_.shown(row).toShown(source));
+}
+
+DiffRowPainter::Slice DiffRowPainter::slice(int row, int strip) const
 {
     Slice slice;
+    const std::vector<qsizetype>& points = this->points(row);
     slice.line = &document_.shown(row);
     const QString& shown = slice.line->shown;
     slice.length = shown.size();
-    if (shown.size() > longestShaped) {
+    if (metrics_.wrapColumns > 0) {
+        const auto index = static_cast<std::size_t>(strip);
+        slice.first = strip > 0 ? points[index - 1] : 0;
+        slice.isLast = index == points.size();
+        slice.length = (slice.isLast ? shown.size() : points[index]) - slice.first;
+    } else if (shown.size() > longestShaped) {
         const auto columns = static_cast<qsizetype>(sight_.width / metrics_.cell) + 8;
         slice.first = std::clamp<qsizetype>(static_cast<qsizetype>(sight_.offset / metrics_.cell) - 4, 0, shown.size());
         if (slice.first > 0 && slice.first < shown.size() && shown[slice.first].isLowSurrogate())
@@ -198,9 +223,11 @@ void DiffRowPainter::paintGutter(QPainter& painter, const DiffCell& cell) const
     painter.fillRect(gutter, gutterColor(line.kind));
     painter.setFont(metrics_.numberFont);
     painter.setPen(theme.gutterText);
+    // The numbers stand beside the first line of a wrapped row.
+    const int height = std::min(area.height(), metrics_.lineHeight);
     const auto number = [&](const std::optional<int>& value, int right) {
         if (value)
-            painter.drawText(QRect(area.left(), area.top(), right, area.height()), Qt::AlignRight | Qt::AlignVCenter,
+            painter.drawText(QRect(area.left(), area.top(), right, height), Qt::AlignRight | Qt::AlignVCenter,
                              QString::number(*value));
     };
     const int lastRight = metrics_.gutterWidth - DiffMetrics::margin;
@@ -211,30 +238,46 @@ void DiffRowPainter::paintGutter(QPainter& painter, const DiffCell& cell) const
         return;
     painter.setFont(metrics_.codeFont);
     painter.setPen(signColor(line.kind));
-    painter.drawText(QRect(area.left() + metrics_.gutterWidth + 6, area.top(), metrics_.codeLeft, area.height()),
+    painter.drawText(QRect(area.left() + metrics_.gutterWidth + 6, area.top(), metrics_.codeLeft, height),
                      Qt::AlignLeft | Qt::AlignVCenter, line.sign);
 }
 
 void DiffRowPainter::paintCode(QPainter& painter, const DiffCell& cell, const DiffSelection& selection) const
 {
-    const int row = cell.row;
-    const Slice part = slice(row);
+    int strip = 0;
+    int last = static_cast<int>(points(cell.row).size());
+    if (last > 0 && !sight_.exposed.isNull()) {
+        const auto stripAt = [&](int y) { return (y - cell.area.top()) / metrics_.lineHeight; };
+        strip = std::clamp(stripAt(sight_.exposed.top()), 0, last);
+        last = std::clamp(stripAt(sight_.exposed.bottom()), 0, last);
+    }
     painter.save();
-    painter.translate(cell.area.left() + metrics_.codeLeft - sight_.offset, cell.area.top());
-    const QRect own(0, 0, cell.area.width(), cell.area.height());
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(cell.area.left() + metrics_.codeLeft - sight_.offset,
+                      cell.area.top() + strip * metrics_.lineHeight);
+    for (; strip <= last; ++strip) {
+        paintStrip(painter, cell, slice(cell.row, strip), selection);
+        painter.translate(0, metrics_.lineHeight);
+    }
+    painter.restore();
+}
+
+void DiffRowPainter::paintStrip(QPainter& painter, const DiffCell& cell, const Slice& part,
+                                const DiffSelection& selection) const
+{
+    const int row = cell.row;
+    const QRect own(0, 0, cell.area.width(), metrics_.lineHeight);
     if (document_.row(row).isChange())
         paintMarks(painter, row, part, own);
     if (sight_.found)
         paintFound(painter, row, part, own);
     if (selection.hasTextOn(cell.side))
-        paintSelectedText(painter, cell, part, selection);
+        paintSelectedText(painter, cell, part, selection, own.height());
     painter.setPen(Theme::current().text);
     const double height = part.layout->lineAt(0).height();
     part.layout->draw(&painter, QPointF(part.left, std::floor((own.height() - height) / 2)));
     if (document_.row(row).isChange())
         paintBlanks(painter, row, part, own);
-    painter.restore();
 }
 
 void DiffRowPainter::paintMarks(QPainter& painter, int row, const Slice& part, const QRect& area) const
@@ -311,7 +354,7 @@ void DiffRowPainter::paintFound(QPainter& painter, int row, const Slice& part, c
 }
 
 void DiffRowPainter::paintSelectedText(QPainter& painter, const DiffCell& cell, const Slice& part,
-                                       const DiffSelection& selection) const
+                                       const DiffSelection& selection, int height) const
 {
     const DiffPosition begin = selection.textBegin();
     const DiffPosition end = selection.textEnd();
@@ -319,26 +362,27 @@ void DiffRowPainter::paintSelectedText(QPainter& painter, const DiffCell& cell, 
         return;
     const double left = cell.line == begin.line ? part.xOfSource(begin.column) : 0;
     double right = part.xOfSource(cell.line == end.line ? end.column : part.line->source.size());
-    if (cell.line < end.line)
+    if (cell.line < end.line && part.isLast)
         right += metrics_.cell / 2; // the end of the line is selected as well
     QColor color = Theme::current().accent;
     color.setAlphaF(Theme::current().isDark ? 0.4F : 0.25F);
-    painter.fillRect(QRectF(left, 0, right - left, cell.area.height()), color);
+    painter.fillRect(QRectF(left, 0, right - left, height), color);
 }
 
 int DiffRowPainter::xOf(int row, qsizetype source) const
 {
     const ShownLine& line = document_.shown(row);
-    const bool isShapedWhole = line.shown.size() <= longestShaped;
-    const double inside =
-        isShapedWhole ? slice(row).xOfSource(source) : static_cast<double>(line.toShown(source)) * metrics_.cell;
+    const bool isShaped = line.shown.size() <= longestShaped || metrics_.wrapColumns > 0;
+    const double inside = isShaped ? slice(row, stripOf(row, source)).xOfSource(source)
+                                   : static_cast<double>(line.toShown(source)) * metrics_.cell;
     return metrics_.codeLeft - sight_.offset + static_cast<int>(inside);
 }
 
-qsizetype DiffRowPainter::sourceAt(int row, int x) const
+qsizetype DiffRowPainter::sourceAt(int row, QPoint point) const
 {
-    const Slice part = slice(row);
-    const double inside = x - metrics_.codeLeft + sight_.offset - part.left;
+    const auto last = static_cast<int>(points(row).size());
+    const Slice part = slice(row, std::clamp(point.y() / metrics_.lineHeight, 0, last));
+    const double inside = point.x() - metrics_.codeLeft + sight_.offset - part.left;
     const qsizetype shown = part.first + part.layout->lineAt(0).xToCursor(inside);
     return part.line->toSource(std::min(shown, part.first + part.length));
 }

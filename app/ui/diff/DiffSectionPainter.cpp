@@ -36,7 +36,7 @@ void DiffSectionPainter::paintRows(QPainter& painter, const QRect& exposed) cons
     const QRect area = geometry_.rowsArea() & exposed;
     if (area.isEmpty() || controller_.diff().document().rowCount() == 0)
         return;
-    const DiffRowPainter rows = geometry_.rowPainter(looks_.found);
+    const DiffRowPainter rows = geometry_.rowPainter(looks_.found, exposed);
     for (int line = geometry_.lineAt(area.top()); line <= geometry_.lineAt(area.bottom()); ++line)
         paintLine(painter, rows, line);
     paintCurrent(painter);

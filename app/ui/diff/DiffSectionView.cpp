@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/DiffSectionView.h"
 
+#include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
 #include "app/ui/diff/DiffAccessible.h"
 #include "app/ui/diff/DiffKeys.h"
@@ -67,7 +68,10 @@ DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWi
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
             applyFonts();
+        if (key == QLatin1String(settings::tabWidth.key))
+            controller_->setTabWidth(CodeFont::tabWidth());
     });
+    controller_->setTabWidth(CodeFont::tabWidth());
     remeasure();
 }
 
@@ -171,6 +175,15 @@ void DiffSectionView::placeAround()
     cutButton_->place(geometry_.heightFor(width(), insetHeight(width())));
 }
 
+int DiffSectionView::fit(int width)
+{
+    if (width == geometry_.width() || !controller_->diff().wraps())
+        return 0;
+    anchor_.hold({}, sight());
+    geometry_.setWidth(width);
+    return anchor_.release();
+}
+
 void DiffSectionView::setOffset(int offset)
 {
     if (offset == geometry_.offset())
@@ -195,7 +208,7 @@ void DiffSectionView::revealText(int row, qsizetype begin, qsizetype end)
 {
     constexpr int aside = 60;
     const int lines = 2 * geometry_.metrics().lineHeight;
-    const QRect area = rowRect(row);
+    const QRect area = geometry_.lineOf(row, begin);
     Q_EMIT revealRequested(area.adjusted(0, -lines, 0, lines));
     if (const int beyond = geometry_.xOf(row, end) - geometry_.cellWidth(); beyond > 0)
         Q_EMIT revealRequested(QRect(width() + beyond + aside, area.top(), 1, area.height()));

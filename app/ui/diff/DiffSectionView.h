@@ -34,6 +34,8 @@ public:
     QRect rowRect(int row) const { return geometry_.rowRect(row); }
 
     int heightFor(int width) const { return geometry_.heightFor(width, insetHeight(width)) + cutButton_->room(); }
+    /// Wraps long lines anew for a width. Returns by how much what is looked at has moved down.
+    int fit(int width);
     int hiddenWidth(int width) const { return geometry_.hiddenWidth(width); }
     void setOffset(int offset); ///< the horizontal scroll position
     void setVisibleTop(int y);  ///< what of this widget is scrolled out of sight at the top

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/DiffView.h"
 
+#include "app/settings/CodeFont.h"
 #include "app/ui/diff/DiffSectionBar.h"
 #include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/widgets/FocusRing.h"
@@ -9,6 +10,7 @@
 #include <QEvent>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <utility>
@@ -53,6 +55,7 @@ DiffSectionView* DiffView::addSection()
     auto* const section = new DiffSectionView(std::move(made), viewport());
     controller->setActionsAvailable(areActionsAvailable_);
     controller->setLayout(layout_);
+    controller->setWraps(wraps_);
     controller->setShowsWholeFile(showsWholeFile_);
     section->bar().setReserve(barReserve_);
     connect(controller, &DiffController::actionRequested, this, [this, controller](const DiffAction& action) {
@@ -63,6 +66,7 @@ DiffSectionView* DiffView::addSection()
     connect(controller, &DiffController::wholeFileRequested, this, &DiffView::setShowsWholeFile);
     connect(controller, &DiffController::allLinesRequested, this, &DiffView::allLinesRequested);
     connect(controller, &DiffController::changeRequested, this, &DiffView::goToChange);
+    connect(controller, &DiffController::endRequested, this, &DiffView::goToEnd);
     connect(controller, &DiffController::leaveRequested, this,
             [this, section](int direction) { leave(section, direction); });
     connect(section, &DiffSectionView::contentHeightChanged, this, &DiffView::layOut);
@@ -134,6 +138,13 @@ void DiffView::setLayout(DiffLayout layout)
         section->controller().setLayout(layout);
 }
 
+void DiffView::setWraps(bool wraps)
+{
+    wraps_ = wraps;
+    for (DiffSectionView* const section : sections_)
+        section->controller().setWraps(wraps);
+}
+
 void DiffView::setShowsWholeFile(bool whole)
 {
     const bool isOther = whole != std::exchange(showsWholeFile_, whole);
@@ -149,6 +160,8 @@ void DiffView::layOut(int shift)
     if (isFilling_)
         return;
     const int width = viewport()->width();
+    for (DiffSectionView* const section : sections_)
+        shift += section->fit(width);
     const int scrolled = verticalScrollBar()->value() + shift;
     int total = 0;
     int hidden = 0;
@@ -248,6 +261,26 @@ void DiffView::goToChange(int direction)
     }
 }
 
+void DiffView::goToEnd(int direction, bool extend)
+{
+    DiffSectionView* const start = sectionAtHand();
+    DiffSectionView* goal = extend ? start : nullptr; // a selection stays within its diff
+    for (DiffSectionView* const section : sections_) {
+        const bool hasRows = section->controller().currentRow() >= 0;
+        if (!extend && hasRows && (!goal || direction > 0))
+            goal = section;
+    }
+    if (!goal)
+        return;
+    goal->controller().moveBy(direction * goal->controller().diff().lines().count(), extend);
+    if (start->hasFocus())
+        goal->setFocus(Qt::OtherFocusReason);
+    // What stands around the lines comes into sight as well.
+    QScrollBar* const bar = verticalScrollBar();
+    if (!extend)
+        bar->setValue(direction < 0 ? bar->minimum() : bar->maximum());
+}
+
 QString DiffView::selectedText() const
 {
     for (const DiffSectionView* const section : sections_) {
@@ -282,6 +315,17 @@ void DiffView::resizeEvent(QResizeEvent* event)
 {
     QAbstractScrollArea::resizeEvent(event);
     layOut(0);
+}
+
+void DiffView::wheelEvent(QWheelEvent* event)
+{
+    if (!event->modifiers().testFlag(Qt::ControlModifier)) {
+        turned_ = 0;
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    turned_ = CodeFont::changeSizeByWheel(turned_ + event->angleDelta().y());
+    event->accept();
 }
 
 void DiffView::scrollContentsBy(int, int) { placeSections(); }

@@ -34,6 +34,8 @@ public:
     /// Sets the layout of every diff that has two sides; the others stay unified.
     void setLayout(DiffLayout layout);
     DiffLayout diffLayout() const { return layout_; }
+    /// Sets whether long lines are wrapped.
+    void setWraps(bool wraps);
     /// Shows the whole files of all diffs, as soon as they are known.
     void setShowsWholeFile(bool whole);
     bool showsWholeFile() const { return showsWholeFile_; }
@@ -52,6 +54,7 @@ public Q_SLOTS:
     /// Goes to the next or previous run of changed lines, from one diff to the other.
     void nextChange() { goToChange(1); }
     void previousChange() { goToChange(-1); }
+    void toggleWholeFile() { setShowsWholeFile(!showsWholeFile_); }
 
 Q_SIGNALS:
     void showsWholeFileChanged(bool whole);
@@ -65,6 +68,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void changeEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
     DiffSectionView* takeSection(DiffKind kind, std::vector<DiffSectionView*>& from);
@@ -74,6 +78,7 @@ private:
     void reveal(DiffSectionView* section, QRect area);
     void leave(DiffSectionView* section, int direction);
     void goToChange(int direction);
+    void goToEnd(int direction, bool extend);
     DiffSectionView* sectionAtHand() const;
     void applyTheme();
 
@@ -81,9 +86,11 @@ private:
     std::vector<int> tops_; ///< of each section before scrolling
     int barReserve_ = 0;
     DiffLayout layout_ = DiffLayout::unified;
+    bool wraps_ = false;
     bool showsWholeFile_ = false;
     bool areActionsAvailable_ = true;
     bool isFilling_ = false;
+    int turned_ = 0; ///< by the wheel with Ctrl, since the code font's size changed
 };
 
 } // namespace plovik

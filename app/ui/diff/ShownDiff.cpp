@@ -15,7 +15,7 @@ void ShownDiff::setContent(DiffContent content)
 
 void ShownDiff::makeRows()
 {
-    document_ = DiffDocument(notes_.hidesLines ? gitkit::ParsedDiff() : content_.diff);
+    document_ = DiffDocument(notes_.hidesLines ? gitkit::ParsedDiff() : content_.diff, tabWidth_);
     lines_ = DiffLines(document_, layout_);
     texts_ = {};
     ++revision_;
@@ -41,6 +41,13 @@ void ShownDiff::setGaps(DiffGaps gaps)
     const bool isRead = content_.use == DiffContent::Use::read;
     document_.setGaps(std::move(gaps), isRead ? DiffDocument::Headers::atGaps : DiffDocument::Headers::all);
     lines_ = DiffLines(document_, layout_);
+    ++revision_;
+}
+
+void ShownDiff::setTabWidth(int columns)
+{
+    tabWidth_ = columns;
+    document_.setTabWidth(columns);
     ++revision_;
 }
 

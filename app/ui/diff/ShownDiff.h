@@ -35,6 +35,12 @@ public:
     void setLayout(DiffLayout layout);
     bool hasLayout(DiffLayout layout) const;
     void setGaps(DiffGaps gaps);
+    /// Sets the width of tabs for diffs that say nothing of it, and makes the rows anew.
+    void setTabWidth(int columns);
+    int tabWidth() const { return tabWidth_; }
+    /// Sets whether long lines are wrapped.
+    void setWraps(bool wraps) { wraps_ = wraps; }
+    bool wraps() const { return wraps_; }
 
     // These return the gaps to pass to setGaps(), or nullopt when the same lines are to be shown as now.
     std::optional<DiffGaps> gapsWithTexts(DiffTexts texts);
@@ -62,6 +68,8 @@ private:
     DiffTexts texts_;
     DiffLayout layout_ = DiffLayout::unified; ///< the wanted one; lines_ tells what it comes to
     bool showsWholeFile_ = false;
+    bool wraps_ = false;
+    int tabWidth_ = ShownLine::standardTabWidth;
     int revision_ = 0;
 };
 

@@ -25,12 +25,12 @@ qsizetype trailingBlanksOf(const QString& text)
 
 class Writer {
 public:
-    explicit Writer(ShownLine& line) : line_(line) {}
+    Writer(ShownLine& line, int tabWidth) : line_(line), tabWidth_(tabWidth) {}
 
     void take(qsizetype position, char16_t unit)
     {
         if (unit == u'\t') {
-            const int stop = ShownLine::tabWidth - column_ % ShownLine::tabWidth;
+            const int stop = tabWidth_ - column_ % tabWidth_;
             replace(position, QString(stop, u' '), ShownLine::Sign::tab);
             return;
         }
@@ -53,6 +53,7 @@ private:
     }
 
     ShownLine& line_;
+    int tabWidth_;
     int column_ = 0;
 };
 
@@ -67,7 +68,7 @@ QString textOf(std::string_view bytes)
     return exactText(bytes);
 }
 
-ShownLine ShownLine::of(std::string_view text)
+ShownLine ShownLine::of(std::string_view text, int tabWidth)
 {
     ShownLine line;
     line.source = textOf(text);
@@ -75,7 +76,7 @@ ShownLine ShownLine::of(std::string_view text)
     const qsizetype end = std::min(line.source.size(), mostShown);
     line.notShown = line.source.size() - end;
     line.shown.reserve(end);
-    Writer writer(line);
+    Writer writer(line, tabWidth);
     for (qsizetype position = 0; position < end; ++position)
         writer.take(position, line.source[position].unicode());
     return line;
@@ -103,14 +104,14 @@ qsizetype ShownLine::toSource(qsizetype position) const
     return std::min(last.source + 1 + inside - last.length, source.size());
 }
 
-int columnsOf(std::string_view text)
+int columnsOf(std::string_view text, int tabWidth)
 {
     const std::size_t end = std::min(text.size(), static_cast<std::size_t>(ShownLine::mostShown));
     int columns = 0;
     for (const char byte : text.substr(0, end)) {
         const auto unit = static_cast<unsigned char>(byte);
         if (unit == '\t')
-            columns += ShownLine::tabWidth - columns % ShownLine::tabWidth;
+            columns += tabWidth - columns % tabWidth;
         else if ((unit & 0xC0U) != 0x80U)
             columns += unit < 0xE0 ? 1 : 2; // characters of three bytes are often wide
     }

@@ -11,8 +11,8 @@ namespace plovik {
 /// A line of code as it is drawn: tabs reach to their stops, and characters that would be invisible or would change the
 /// direction of the text are replaced by visible signs. Positions are in UTF-16 units. Value.
 struct ShownLine {
-    /// Columns from one tab stop to the next.
-    static constexpr int tabWidth = 4;
+    /// Columns from one tab stop to the next where nothing else is said.
+    static constexpr int standardTabWidth = 8;
     /// How many units of a line are drawn. The others are only counted.
     static constexpr qsizetype mostShown = qsizetype{1} << 17;
 
@@ -30,7 +30,7 @@ struct ShownLine {
     qsizetype trailingBlanks = 0;          ///< where, in `source`, the blanks at the line's end begin
     qsizetype notShown = 0;                ///< how many units of `source` are not drawn
 
-    static ShownLine of(std::string_view text);
+    static ShownLine of(std::string_view text, int tabWidth = standardTabWidth);
 
     qsizetype toShown(qsizetype position) const;
     qsizetype toSource(qsizetype position) const;
@@ -40,6 +40,6 @@ struct ShownLine {
 QString textOf(std::string_view bytes);
 
 /// Returns how many columns a line takes at most, without shaping it.
-int columnsOf(std::string_view text);
+int columnsOf(std::string_view text, int tabWidth);
 
 } // namespace plovik

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/inspector/BlameDocument.h"
 
-#include "app/ui/diff/ShownLine.h"
 #include "app/ui/history/RowText.h"
 
 #include <algorithm>
@@ -20,7 +19,8 @@ constexpr double finestAge = 3600;
 
 } // namespace
 
-BlameDocument::BlameDocument(std::span<const BlameLine> lines)
+BlameDocument::BlameDocument(std::span<const BlameLine> lines, std::optional<int> ownTabWidth, int tabWidth)
+    : ownTabWidth_(ownTabWidth), tabWidth_(ownTabWidth.value_or(tabWidth))
 {
     std::size_t size = 0;
     for (const BlameLine& line : lines)
@@ -45,10 +45,20 @@ BlameDocument::BlameDocument(std::span<const BlameLine> lines)
         rows_.push_back(
             {commit->second, static_cast<std::uint32_t>(runs_.size() - 1), origin->second, line.originalNumber});
         text.append(line.text).push_back('\n');
-        columns_ = std::max(columns_, columnsOf(line.text));
+        columns_ = std::max(columns_, columnsOf(line.text, tabWidth_));
     }
     file_ = std::make_shared<const FileLines>(std::move(text));
     warmUp();
+}
+
+int BlameDocument::columns(int tabWidth) const
+{
+    if (tabWidth == tabWidth_)
+        return columns_;
+    int columns = 0;
+    for (int row = 0; row < rowCount(); ++row)
+        columns = std::max(columns, columnsOf(text(row), tabWidth));
+    return columns;
 }
 
 void BlameDocument::warmUp()

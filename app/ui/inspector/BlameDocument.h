@@ -3,11 +3,13 @@
 
 #include "GitKit/records/BlameLine.h"
 #include "app/ui/diff/FileLines.h"
+#include "app/ui/diff/ShownLine.h"
 
 #include <QString>
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -35,7 +37,9 @@ public:
         int commit = 0;
     };
 
-    explicit BlameDocument(std::span<const gitkit::BlameLine> lines);
+    /// `ownTabWidth` is what the working tree says of the file, `tabWidth` what else holds; both in columns.
+    explicit BlameDocument(std::span<const gitkit::BlameLine> lines, std::optional<int> ownTabWidth = {},
+                           int tabWidth = ShownLine::standardTabWidth);
 
     int rowCount() const { return static_cast<int>(rows_.size()); }
     /// Returns the bytes of a line without its line feed.
@@ -45,8 +49,9 @@ public:
     const std::vector<Run>& runs() const { return runs_; }
     /// Returns where the file was before the commit of the row, or null when that commit made the file.
     const gitkit::BlameOrigin::Place* previous(int row) const;
-    /// Returns an upper bound for the columns of the widest line.
-    int columns() const { return columns_; }
+    const std::optional<int>& ownTabWidth() const { return ownTabWidth_; }
+    /// Returns an upper bound for the columns of the widest line. Takes time for a tab width that is not the document's.
+    int columns(int tabWidth) const;
     /// Returns all lines, each with a line feed.
     const std::shared_ptr<const FileLines>& file() const { return file_; }
 
@@ -72,6 +77,8 @@ private:
     std::vector<Run> runs_;
     std::vector<Commit> commits_;
     std::vector<std::shared_ptr<const gitkit::BlameOrigin>> origins_;
+    std::optional<int> ownTabWidth_;
+    int tabWidth_; ///< of `columns_`
     int columns_ = 0;
 };
 

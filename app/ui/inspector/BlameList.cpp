@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/inspector/BlameList.h"
 
+#include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
 #include "app/ui/diff/ShownLine.h"
@@ -18,6 +19,7 @@
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
+#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -73,6 +75,10 @@ BlameList::BlameList(QWidget* parent) : QListView(parent), model_(new BlameModel
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
             measure();
+        if (key == QLatin1String(settings::tabWidth.key)) {
+            rows_.takeTabWidth();
+            measure();
+        }
     });
 }
 
@@ -260,6 +266,17 @@ void BlameList::changeEvent(QEvent* event)
     QListView::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         measure();
+}
+
+void BlameList::wheelEvent(QWheelEvent* event)
+{
+    if (!event->modifiers().testFlag(Qt::ControlModifier)) {
+        turned_ = 0;
+        QListView::wheelEvent(event);
+        return;
+    }
+    turned_ = CodeFont::changeSizeByWheel(turned_ + event->angleDelta().y());
+    event->accept();
 }
 
 bool BlameList::viewportEvent(QEvent* event)

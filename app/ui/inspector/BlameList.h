@@ -75,6 +75,7 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -95,6 +96,7 @@ private:
     void showAbout(QPoint global, QPoint point);
 
     BlameModel* model_;
+    int turned_ = 0; ///< by the wheel with Ctrl, since the code font's size changed
     BlameRowPainter rows_;
     int hovered_ = -1; ///< the row whose commit the pointer is on
     int pressed_ = -1; ///< the row whose commit a press began on

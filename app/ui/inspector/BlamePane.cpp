@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/inspector/BlamePane.h"
 
+#include "app/settings/CodeFont.h"
 #include "app/store/ShownText.h"
 #include "app/ui/diff/syntax/SyntaxHighlighter.h"
 #include "app/ui/widgets/EmptyState.h"
@@ -156,7 +157,8 @@ void BlamePane::read(const BlameList::Hold& hold)
     BlameRequest request{{file_->path, file_->revision, store_.snapshot().status.value().oid.value_or(std::string()),
                           isShown ? stamp_ : std::nullopt, store_.trust().keptOff.value()},
                          {},
-                         {hold.top, hold.current, hold.firstSelected, hold.lastSelected}};
+                         {hold.top, hold.current, hold.firstSelected, hold.lastSelected},
+                         CodeFont::tabWidth()};
     if (hold.top >= 0)
         request.shown = list_->document();
     isOld_ = false;

@@ -10,7 +10,7 @@ BlameReading blameReading(BlameLines lines, const BlameRequest& request)
     BlameReading reading{.state = lines.state, .stamp = std::move(lines.stamp)};
     if (lines.state != BlameLines::State::lines)
         return reading;
-    reading.document = std::make_shared<const BlameDocument>(lines.lines);
+    reading.document = std::make_shared<const BlameDocument>(lines.lines, lines.tabWidth, request.tabWidth);
     if (request.shown)
         reading.rows = reading.document->rowsLike(*request.shown, request.rows);
     return reading;

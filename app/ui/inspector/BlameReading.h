@@ -14,6 +14,7 @@ struct BlameRequest : BlameSource {
     /// The blame on display, and rows of it to find again in the new one.
     std::shared_ptr<const BlameDocument> shown = {};
     std::vector<int> rows = {};
+    int tabWidth = 8; ///< in columns, where the working tree says nothing of it
 
     bool operator==(const BlameRequest&) const = default;
 };

@@ -65,6 +65,13 @@ void BlameRowPainter::setDocument(std::shared_ptr<const BlameDocument> document)
 {
     document_ = std::move(document);
     syntax_.reset();
+    takeTabWidth();
+}
+
+void BlameRowPainter::takeTabWidth()
+{
+    tabWidth_ = document_ && document_->ownTabWidth() ? *document_->ownTabWidth() : CodeFont::tabWidth();
+    columns_ = document_ ? document_->columns(tabWidth_) : 0;
     shown_.clear();
 }
 
@@ -104,14 +111,14 @@ void BlameRowPainter::measure(int viewWidth)
 
 int BlameRowPainter::contentWidth() const
 {
-    return codeLeft() + blameMargin + static_cast<int>(std::ceil(cell_ * (document_ ? document_->columns() : 0)));
+    return codeLeft() + blameMargin + static_cast<int>(std::ceil(cell_ * columns_));
 }
 
 const ShownLine& BlameRowPainter::shown(int row)
 {
     if (const ShownLine* const known = shown_.object(row))
         return *known;
-    shown_.insert(row, new ShownLine(ShownLine::of(document_->text(row))));
+    shown_.insert(row, new ShownLine(ShownLine::of(document_->text(row), tabWidth_)));
     return *shown_.object(row);
 }
 

@@ -26,6 +26,8 @@ public:
     /// Replaces the document and drops the colours of the old one.
     void setDocument(std::shared_ptr<const BlameDocument> document);
     void setSyntax(std::shared_ptr<const FileSyntax> syntax) { syntax_ = std::move(syntax); }
+    /// Takes the settings' tab width for a file of which the working tree says nothing.
+    void takeTabWidth();
     /// Measures the current fonts for a view of this width. A narrow view shows the commit of a run on two rows.
     void measure(int viewWidth);
 
@@ -66,6 +68,8 @@ private:
     int annotationWidth_ = 0;
     int numberWidth_ = 0;
     bool isNarrow_ = false;
+    int tabWidth_ = ShownLine::standardTabWidth;
+    int columns_ = 0; ///< of the widest line
 };
 
 /// Returns the background of an annotation for the warmth of its commit.

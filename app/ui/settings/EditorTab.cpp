@@ -42,7 +42,7 @@ QPlainTextEdit* samplePreview(QWidget* parent)
 
 EditorTab::EditorTab(QWidget* parent)
     : QWidget(parent), family_(new QComboBox(this)), size_(new SizeControl(CodeFont::minSize, CodeFont::maxSize, this)),
-      preview_(samplePreview(this))
+      tabWidth_(new SizeControl(CodeFont::minTabWidth, CodeFont::maxTabWidth, this)), preview_(samplePreview(this))
 {
     fitPicker(*family_);
     auto* const reset = new QPushButton(tr("Reset to Defaults"), this);
@@ -53,6 +53,10 @@ EditorTab::EditorTab(QWidget* parent)
     form->addControl(tr("Font"), family_);
     form->addControl(tr("Size"), size_);
     form->addRow(preview_);
+    tabWidth_->setDecimals(0);
+    tabWidth_->setSuffix(tr(" columns"));
+    form->addControl(tr("Tab Width"), tabWidth_);
+    form->addNote(tr("A file .editorconfig in the repository goes before this."));
     auto* const below = new QHBoxLayout;
     below->addWidget(reset);
     below->addStretch(1);
@@ -65,9 +69,13 @@ EditorTab::EditorTab(QWidget* parent)
     connect(reset, &QPushButton::clicked, this, [] {
         Settings::shared().set(settings::codeFontName, QString());
         Settings::shared().set(settings::codeFontSize, settings::codeFontSize.fallback);
+        Settings::shared().set(settings::tabWidth, settings::tabWidth.fallback);
     });
+    connect(tabWidth_, &SizeControl::valueChanged, this,
+            [](double columns) { Settings::shared().set(settings::tabWidth, columns); });
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
-        if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
+        if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key) ||
+            key == QLatin1String(settings::tabWidth.key))
             showSettings();
     });
 }
@@ -100,6 +108,9 @@ void EditorTab::showSettings()
     // Setting the same value would disturb somebody who types.
     if (const QSignalBlocker isShowing(size_); size_->value() != points)
         size_->setValue(points);
+    const int columns = CodeFont::tabWidth();
+    if (const QSignalBlocker isShowing(tabWidth_); tabWidth_->value() != columns)
+        tabWidth_->setValue(columns);
     preview_->setFont(CodeFont::current());
 }
 

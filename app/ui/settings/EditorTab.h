@@ -26,6 +26,7 @@ private:
 
     QComboBox* family_;
     SizeControl* size_;
+    SizeControl* tabWidth_;
     QPlainTextEdit* preview_;
 };
 

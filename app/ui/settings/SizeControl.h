@@ -5,7 +5,7 @@
 
 namespace plovik {
 
-/// A field for a size in points with buttons for up and down, which looks like the pickers around it. Main thread.
+/// A field for a size, by default in points, with buttons for up and down, which looks like the pickers around it. Main thread.
 class SizeControl : public QDoubleSpinBox {
     Q_OBJECT
 

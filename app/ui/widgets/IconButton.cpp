@@ -41,6 +41,19 @@ void paintWholeFile(QPainter& painter)
     painter.drawLine(QPointF(-2.5, 3.5), QPointF(2.5, 3.5));
 }
 
+/// Draws a line that goes on below.
+void paintWrap(QPainter& painter)
+{
+    painter.drawLine(QPointF(-6, -5), QPointF(6, -5));
+    painter.drawLine(QPointF(-6, 5), QPointF(-2, 5));
+    QPainterPath turn(QPointF(-6, 0));
+    turn.lineTo(3.5, 0);
+    turn.arcTo(QRectF(1, 0, 5, 5), 90, -180);
+    turn.lineTo(1, 5);
+    painter.drawPath(turn);
+    painter.drawPolyline(QPolygonF{QPointF(2.5, 3), QPointF(0.5, 5), QPointF(2.5, 7)});
+}
+
 void paintLens(QPainter& painter)
 {
     painter.drawEllipse(QPointF(-1.2, -1.2), 4.3, 4.3);
@@ -85,6 +98,8 @@ void paintIcon(QPainter& painter, Icon icon)
         return paintWhiteSpace(painter);
     case Icon::wholeFile:
         return paintWholeFile(painter);
+    case Icon::wrap:
+        return paintWrap(painter);
     case Icon::find:
         return paintLens(painter);
     case Icon::previous:
