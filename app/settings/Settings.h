@@ -55,6 +55,7 @@ inline constexpr Setting<bool> checksSpelling{"checkSpelling", true};
 inline constexpr Setting<bool> diffSideBySide{"diffSideBySide", false};
 inline constexpr Setting<bool> diffWraps{"diffWraps", false};
 inline constexpr Setting<bool> diffIgnoresWhiteSpace{"diffIgnoresWhiteSpace", false};
+inline constexpr Setting<const char*> pictureMode{"pictureMode", "beside"}; ///< or "swipe", "onion"
 
 // Commit messages written with a language model. The keys to the services are never stored here.
 inline constexpr Setting<bool> aiEnabled{"aiEnabled", false};

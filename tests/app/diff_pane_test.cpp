@@ -10,6 +10,7 @@
 #include "app/ui/diff/DiffView.h"
 #include "app/ui/diff/FindBar.h"
 #include "app/ui/diff/ImagePane.h"
+#include "app/ui/diff/PictureComparison.h"
 #include "app/ui/diff/WorkingDiffPane.h"
 #include "app/ui/widgets/IconButton.h"
 #include "tests/app/EventWait.h"
@@ -27,6 +28,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QSlider>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -83,6 +85,7 @@ protected:
         other.setParent(nullptr);
         Settings::shared().set(settings::diffSideBySide, false);
         Settings::shared().set(settings::diffIgnoresWhiteSpace, false);
+        Settings::shared().set(settings::pictureMode, u"beside"_s);
     }
 
     void settle()
@@ -260,6 +263,45 @@ TEST_F(DiffPaneTest, ShowsPicturesBeforeAndAfter)
     select("gone.png");
     EXPECT_LE(drawn(u"Deleted"_s).width(), pane.width());
     EXPECT_LE(section().height(), pane.view()->viewport()->height());
+}
+
+TEST_F(DiffPaneTest, ShowsPicturesOverEachOther)
+{
+    repo.write("p.png", picture(60, 40)).write("t", "a\n").commit("one");
+    repo.write("p.png", picture(60, 40, "PNG", Qt::red)).write("t", "b\n");
+    select("p.png");
+    EXPECT_FALSE(named<IconButton>(pane, u"Wrap Lines"_s)->isVisible()) << "a picture has no lines";
+    named<QPushButton>(pane, u"Swipe"_s)->click();
+    auto* const both = named<PictureComparison>(pane, u"Compared Pictures"_s);
+    ASSERT_TRUE(both->isVisible());
+    EXPECT_FALSE(shownPicture(u"After"_s)->isVisible());
+    const auto colors = [&] {
+        const QImage image = both->grab().toImage();
+        return std::pair(image.pixelColor(12, 20), image.pixelColor(50, 20));
+    };
+    EXPECT_EQ(colors(), std::pair(QColor(Qt::blue), QColor(Qt::red))) << "the old one is at the left of the line";
+    auto* const slider = named<QSlider>(pane, u"Place of the Line"_s);
+    ASSERT_TRUE(slider->isVisible());
+    slider->setFocus();
+    press(Qt::Key_Home);
+    EXPECT_EQ(colors(), std::pair(QColor(Qt::blue), QColor(Qt::blue)));
+    QTest::mouseClick(both, Qt::LeftButton, {}, {2, 20});
+    EXPECT_EQ(colors().first, QColor(Qt::red));
+
+    named<QPushButton>(pane, u"Onion Skin"_s)->click();
+    slider->setValue(50);
+    const QColor mixed = colors().first;
+    EXPECT_GT(mixed.red(), 60);
+    EXPECT_GT(mixed.blue(), 60);
+
+    // Another picture is shown the same way, and text has its options.
+    select("t");
+    EXPECT_TRUE(named<IconButton>(pane, u"Wrap Lines"_s)->isVisible());
+    select("p.png");
+    EXPECT_TRUE(named<PictureComparison>(*section().inset(), u"Compared Pictures"_s)->isVisible());
+    named<QPushButton>(*section().inset(), u"Beside"_s)->click();
+    EXPECT_TRUE(shownPicture(u"After"_s)->isVisible());
+    EXPECT_EQ(drawn(u"After"_s), QSize(60, 40));
 }
 
 TEST_F(DiffPaneTest, RefusesPicturesThatWouldTakeTheMemory)

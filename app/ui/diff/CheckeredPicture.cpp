@@ -13,6 +13,8 @@ namespace {
 
 constexpr int square = 8;
 
+} // namespace
+
 void paintCheckers(QPainter& painter, const QRect& area)
 {
     const Theme& theme = Theme::current();
@@ -25,8 +27,6 @@ void paintCheckers(QPainter& painter, const QRect& area)
     }
     painter.restore();
 }
-
-} // namespace
 
 CheckeredPicture::CheckeredPicture(QImage image, QWidget* parent) : QLabel(parent), image_(std::move(image)) {}
 

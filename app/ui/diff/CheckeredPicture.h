@@ -4,7 +4,12 @@
 #include <QImage>
 #include <QLabel>
 
+class QPainter;
+
 namespace plovik {
+
+/// Draws the quiet checkerboard behind pictures.
+void paintCheckers(QPainter& painter, const QRect& area);
 
 /// Shows a picture on a quiet checkerboard, which is seen through its transparent parts. Small pictures keep sharp
 /// edges when they are enlarged. Main thread.

@@ -191,6 +191,7 @@ void DiffExtras::attachPictures(const DiffContent& content, DiffSectionView& sec
         auto* const pane = new ImagePane(pair);
         shownPictures_.insert_or_assign(content.kind, ShownPictures{pair, pane});
         section.setInset(pane);
+        connect(pane, &ImagePane::heightChanged, &section, [&section, pane] { section.setInset(pane); });
     }
 }
 

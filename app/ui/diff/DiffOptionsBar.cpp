@@ -25,14 +25,14 @@ DiffOptionsBar::DiffOptionsBar(QWidget* parent)
       whiteSpace_(
           new IconButton(Icon::whiteSpace, tr("Ignore White Space"), this, keysOf(CommandId::ignoreWhiteSpace))),
       wholeFile_(new IconButton(Icon::wholeFile, tr("Whole File"), this, keysOf(CommandId::wholeFile))),
-      wrap_(new IconButton(Icon::wrap, tr("Wrap Lines"), this, keysOf(CommandId::wrapLines)))
+      wrap_(new IconButton(Icon::wrap, tr("Wrap Lines"), this, keysOf(CommandId::wrapLines))),
+      find_(new IconButton(Icon::find, tr("Find"), this,
+                           QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText)))
 {
-    const QString keys = QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText);
-    auto* const find = new IconButton(Icon::find, tr("Find"), this, keys);
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(6, 0, 8, 0);
     row->setSpacing(2);
-    for (IconButton* const button : {sideBySide_, whiteSpace_, wholeFile_, wrap_, find})
+    for (IconButton* const button : {sideBySide_, whiteSpace_, wholeFile_, wrap_, find_})
         row->addWidget(button);
     for (IconButton* const toggle : {sideBySide_, whiteSpace_, wholeFile_, wrap_})
         toggle->setCheckable(true);
@@ -43,7 +43,7 @@ DiffOptionsBar::DiffOptionsBar(QWidget* parent)
             [](bool isOn) { Settings::shared().set(settings::diffIgnoresWhiteSpace, isOn); });
     connect(wrap_, &IconButton::toggled, this, [](bool isOn) { Settings::shared().set(settings::diffWraps, isOn); });
     connect(wholeFile_, &IconButton::toggled, this, &DiffOptionsBar::wholeFileToggled);
-    connect(find, &IconButton::clicked, this, &DiffOptionsBar::findRequested);
+    connect(find_, &IconButton::clicked, this, &DiffOptionsBar::findRequested);
     connect(&Settings::shared(), &Settings::changed, this, &DiffOptionsBar::follow);
     follow();
     // One pixel less leaves the line below the section's bar, which this one covers, in sight.
@@ -51,6 +51,17 @@ DiffOptionsBar::DiffOptionsBar(QWidget* parent)
 }
 
 void DiffOptionsBar::setWholeFile(bool isWhole) { wholeFile_->setChecked(isWhole); }
+
+bool DiffOptionsBar::setHasText(bool hasText)
+{
+    if (hasText != find_->isHidden())
+        return false;
+    for (IconButton* const button : {sideBySide_, whiteSpace_, wholeFile_, wrap_, find_})
+        button->setVisible(hasText);
+    layout()->activate();
+    resize(hasText ? sizeHint().width() : 0, height());
+    return true;
+}
 
 void DiffOptionsBar::follow()
 {

@@ -16,6 +16,8 @@ public:
     explicit DiffOptionsBar(QWidget* parent);
 
     void setWholeFile(bool isWhole);
+    /// Shows the buttons only where there is text to read. Returns whether that changed the bar's width.
+    bool setHasText(bool hasText);
 
 Q_SIGNALS:
     void wholeFileToggled(bool isWhole);
@@ -31,6 +33,7 @@ private:
     IconButton* whiteSpace_;
     IconButton* wholeFile_;
     IconButton* wrap_;
+    IconButton* find_;
 };
 
 } // namespace plovik

@@ -99,11 +99,23 @@ void DiffPane::showDiffs(std::vector<DiffContent> contents, DiffPlace place)
     }
     extras_->show(std::move(contents), place);
     loadFiles();
+    showOptions();
     pages_->setCurrentWidget(view_);
     options_->show();
     placeOptions();
     shownFile_ = file_;
     countSoon();
+}
+
+/// Pictures have no use for the options of text.
+void DiffPane::showOptions()
+{
+    const auto hasText = [](const DiffSectionView* section) {
+        const DiffDocument& document = section->controller().diff().document();
+        return document.rowCount() > 0;
+    };
+    if (options_->setHasText(std::ranges::any_of(view_->sections(), hasText)))
+        view_->setBarReserve(options_->width());
 }
 
 /// Has the lines of a cut diff counted once its beginning is on display.

@@ -58,6 +58,7 @@ private:
     void settingChanged(const QString& key);
     void loadFiles();
     void placeOptions();
+    void showOptions();
     void countSoon();
     void readOn(gitkit::DiffReach reach);
     bool isMoreOfTheSame(const gitkit::ParsedDiff& diff) const;

@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/ImagePane.h"
 
+#include "app/settings/Settings.h"
 #include "app/ui/diff/CheckeredPicture.h"
 #include "app/ui/diff/DiffMetrics.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
+#include <QButtonGroup>
 #include <QEvent>
 #include <QLabel>
+#include <QPushButton>
+#include <QSlider>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -26,6 +31,18 @@ constexpr int smallSide = 32;
 constexpr int iconTarget = 64;
 /// A picture that the common factor would draw smaller than this gets a factor of its own.
 constexpr int leastSide = 24;
+
+constexpr int choiceGap = 6;
+
+/// What the settings call the modes.
+constexpr std::array<const char*, 3> modeNames{"beside", "swipe", "onion"};
+
+PictureMode wantedMode()
+{
+    const QString name = Settings::shared().value(settings::pictureMode);
+    const auto found = std::ranges::find_if(modeNames, [&](const char* each) { return name == QLatin1String(each); });
+    return found == modeNames.end() ? PictureMode::beside : static_cast<PictureMode>(found - modeNames.begin());
+}
 
 int longerSide(QSize size) { return std::max(size.width(), size.height()); }
 
@@ -88,7 +105,63 @@ ImagePane::ImagePane(PicturePair pair, QWidget* parent)
     change_->setText(changeText());
     setAccessibleName(tr("Picture"));
     setAccessibleDescription(change_->text());
+    if (before_ && after_ && before_->picture && after_->picture)
+        makeChoice();
     applyTheme();
+}
+
+void ImagePane::makeChoice()
+{
+    comparison_ = new PictureComparison(pair_.before->picture.image, pair_.after->picture.image, this);
+    comparison_->setAccessibleName(tr("Compared Pictures"));
+    slider_ = new QSlider(Qt::Horizontal, this);
+    slider_->setRange(0, 100);
+    slider_->setValue(50);
+    slider_->setPageStep(10);
+    auto* const group = new QButtonGroup(this);
+    for (const QString& title : {tr("Beside"), tr("Swipe"), tr("Onion Skin")}) {
+        auto* const button = new QPushButton(title, this);
+        button->setAccessibleName(title);
+        button->setProperty("compact", true);
+        button->setCheckable(true);
+        const auto index = choice_.size();
+        connect(button, &QPushButton::clicked, this,
+                [index] { Settings::shared().set(settings::pictureMode, QString::fromLatin1(modeNames[index])); });
+        group->addButton(button);
+        choice_.push_back(button);
+    }
+    connect(slider_, &QSlider::valueChanged, comparison_, &PictureComparison::setShare);
+    connect(comparison_, &PictureComparison::shareMoved, slider_, &QSlider::setValue);
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key == QLatin1String(settings::pictureMode.key))
+            followMode();
+    });
+    followMode();
+}
+
+void ImagePane::followMode()
+{
+    mode_ = wantedMode();
+    choice_[static_cast<std::size_t>(mode_)]->setChecked(true);
+    comparison_->setMode(mode_);
+    comparison_->setVisible(isOver());
+    slider_->setVisible(isOver());
+    slider_->setAccessibleName(mode_ == PictureMode::onion ? tr("Share of the New Picture") : tr("Place of the Line"));
+    before_->picture->setVisible(!isOver());
+    after_->picture->setVisible(!isOver());
+    updateGeometry();
+    place();
+    Q_EMIT heightChanged();
+}
+
+int ImagePane::choiceHeight() const { return choice_.empty() ? 0 : choice_.front()->sizeHint().height() + choiceGap; }
+
+int ImagePane::sliderHeight() const { return isOver() ? slider_->sizeHint().height() + textGap : 0; }
+
+/// Returns how wide each picture may be.
+int ImagePane::pictureWidth(int width) const
+{
+    return isOver() ? std::max(80, width - 2 * margin) : columnWidth(width);
 }
 
 ImagePane::Side ImagePane::makeSide(const PictureSide& side, const QString& title)
@@ -157,8 +230,8 @@ int ImagePane::captionHeight(int width) const
 ImagePane::Drawn ImagePane::drawnSizes(int width) const
 {
     const int title = QFontMetrics(Theme::font()).height();
-    const int around = 2 * title + captionHeight(width) + 5 * textGap + margin;
-    const QSize room(columnWidth(width) - 2, std::max(leastHeight, room_ - around));
+    const int around = 2 * title + captionHeight(width) + 5 * textGap + margin + choiceHeight() + sliderHeight();
+    const QSize room(pictureWidth(width) - 2, std::max(leastHeight, room_ - around));
     const auto pixelsOf = [](const std::optional<PictureSide>& side) {
         return side && !side->picture.image.isNull() ? side->picture.pixels : QSize();
     };
@@ -191,20 +264,21 @@ int ImagePane::heightForWidth(int width) const
     const int title = QFontMetrics(Theme::font()).height();
     const int change =
         change_->text().isEmpty() ? 0 : textGap + change_->heightForWidth(std::max(80, width - 2 * margin));
-    return margin / 2 + title + textGap + pictures + 2 + textGap + captionHeight(width) + change + margin / 2;
+    return margin / 2 + choiceHeight() + title + textGap + sliderHeight() + pictures + 2 + textGap +
+           captionHeight(width) + change + margin / 2;
 }
 
 void ImagePane::placeSide(Side& side, QSize drawn, int left, int width, int pictureHeight)
 {
     const int title = QFontMetrics(Theme::font()).height();
-    int y = margin / 2;
+    int y = margin / 2 + choiceHeight();
     side.title->setGeometry(left, y, width, title);
     y += title + textGap;
     if (side.picture) {
         side.picture->setDrawnSize(drawn);
         side.picture->move(left, y);
     }
-    y += pictureHeight + 2 + textGap;
+    y += pictureHeight + 2 + textGap + sliderHeight();
     side.caption->setGeometry(left, y, width, captionHeight(this->width()));
 }
 
@@ -214,6 +288,20 @@ void ImagePane::place()
     const int column = columnWidth(width());
     const int pictures = std::max({0, drawn.before.height(), drawn.after.height()});
     int left = margin;
+    for (QPushButton* const button : choice_) {
+        button->setGeometry(QRect(QPoint(left, margin / 2), button->sizeHint()));
+        left += button->width() + 4;
+    }
+    left = margin;
+    if (isOver()) {
+        const int top = margin / 2 + choiceHeight() + QFontMetrics(Theme::font()).height() + textGap;
+        comparison_->setDrawnSizes(drawn.before, drawn.after);
+        comparison_->move(margin, top);
+        // The handle is at the line, as far as a slider allows.
+        slider_->setInvertedAppearance(mode_ == PictureMode::swipe);
+        slider_->setGeometry(margin, top + pictures + 2 + textGap, std::max(160, comparison_->width()),
+                             slider_->sizeHint().height());
+    }
     if (before_) {
         placeSide(*before_, drawn.before, left, column, pictures);
         left += column + pictureGap;

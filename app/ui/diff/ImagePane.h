@@ -3,13 +3,17 @@
 
 #include "app/ui/diff/DiffNotes.h"
 #include "app/ui/diff/Picture.h"
+#include "app/ui/diff/PictureComparison.h"
 
 #include <QWidget>
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 class QLabel;
+class QPushButton;
+class QSlider;
 
 namespace plovik {
 
@@ -33,8 +37,8 @@ struct PicturePair {
     bool operator==(const PicturePair&) const = default;
 };
 
-/// Shows a changed picture before and after, side by side, scaled down to fit by the same factor. Below stand the sizes
-/// and what changed. Main thread.
+/// Shows a changed picture before and after, scaled down to fit by the same factor: beside each other or, as the reader
+/// chooses for all pictures, over each other with a slider. Below stand the sizes and what changed. Main thread.
 class ImagePane : public QWidget {
     Q_OBJECT
 
@@ -46,6 +50,10 @@ public:
 
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
+
+Q_SIGNALS:
+    /// heightForWidth() has changed.
+    void heightChanged();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -62,6 +70,12 @@ private:
         QSize before, after;
     };
 
+    void makeChoice();
+    void followMode();
+    bool isOver() const { return comparison_ && mode_ != PictureMode::beside; }
+    int choiceHeight() const;
+    int sliderHeight() const;
+    int pictureWidth(int width) const;
     Side makeSide(const PictureSide& side, const QString& title);
     int columnWidth(int width) const;
     int captionHeight(int width) const;
@@ -73,6 +87,11 @@ private:
 
     PicturePair pair_;
     std::optional<Side> before_, after_;
+    // These are there only for two pictures.
+    std::vector<QPushButton*> choice_; ///< by mode
+    PictureComparison* comparison_ = nullptr;
+    QSlider* slider_ = nullptr;
+    PictureMode mode_ = PictureMode::beside;
     QLabel* change_;
     int room_ = 480;
 };
