@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/Settings.h"
+#include "app/ui/diff/DiffFound.h"
+#include "app/ui/diff/DiffOutline.h"
 #include "app/ui/diff/DiffSectionBar.h"
+#include "app/ui/diff/FunctionBar.h"
 #include "app/ui/diff/LineWrap.h"
 #include "app/ui/widgets/Theme.h"
 #include "tests/app/DiffViewTest.h"
@@ -11,6 +14,7 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPointer>
+#include <QTest>
 #include <QWheelEvent>
 
 namespace plovik {
@@ -165,6 +169,14 @@ TEST_F(DiffViewTest, ItsMenuMeansTheHunkItWasOpenedFor)
     EXPECT_TRUE(asked.empty());
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(menu);
+}
+
+std::string repeatedContext(int lines)
+{
+    std::string text;
+    for (int line = 0; line < lines; ++line)
+        text += " context\n";
+    return text;
 }
 
 std::string longDiff(int lines, int changed = -1)
@@ -323,6 +335,107 @@ TEST_F(DiffViewTest, TabsAreAsWideAsTheFileSaysElseAsTheSettingsDo)
     EXPECT_EQ(controller().currentRow(), 8);
     EXPECT_EQ(shown(1), u"  B"_s);
     Settings::shared().set(settings::tabWidth, 8);
+}
+
+TEST_F(DiffViewTest, TheScrollBarShowsWhereChangesAreAndGoesThere)
+{
+    std::string text = std::string(diffHeader) + "@@ -1,400 +1,400 @@\n";
+    for (int i = 0; i < 400; ++i)
+        text += i == 100 ? "-gone\n" : i == 300 ? "+come\n" : " context\n";
+    show({contentOf(text)});
+    QScrollBar& bar = *view.verticalScrollBar();
+    const auto heightOf = [&](int row) {
+        return section().rowRect(row).center().y() * bar.height() / section().height();
+    };
+    const auto at = [&](int x, int y) { return bar.grab().toImage().pixelColor(x, y); };
+    const Theme& theme = Theme::current();
+    EXPECT_EQ(at(3, heightOf(101)), theme.statusDeleted);
+    EXPECT_EQ(at(bar.width() - 3, heightOf(301)), theme.statusAdded);
+    EXPECT_NE(at(3, heightOf(301)), theme.statusAdded) << "added is at the right";
+    EXPECT_NE(at(3, heightOf(200)), theme.statusDeleted);
+
+    const DiffFound found{{{200, 0, 3}}, -1};
+    section().setFound(&found);
+    EXPECT_EQ(at(3, heightOf(200)), theme.foundBorder);
+    section().setFound(nullptr);
+    EXPECT_NE(at(3, heightOf(200)), theme.foundBorder);
+
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {4, heightOf(301) + 2});
+    const int y = section().rowRect(301).top() + section().y();
+    EXPECT_TRUE(y > DiffSectionBar::barHeight && y < view.viewport()->height()) << y;
+}
+
+TEST_F(DiffViewTest, TheFunctionsNameStaysAtTheTop)
+{
+    std::string text = std::string(diffHeader) + "@@ -10,60 +10,60 @@ int outer()\n-a\n+b\n";
+    for (int i = 0; i < 30; ++i)
+        text += "     inside();\n";
+    text += " }\n \n-int old(int a)\n+int inner(int a)\n {\n";
+    for (int i = 0; i < 30; ++i)
+        text += "     more();\n";
+    text += "@@ -200,3 +200,3 @@\n-x\n+y\n" + repeatedContext(40);
+    DiffContent content = contentOf(text);
+    content.path = "a.cpp";
+    show({content});
+    auto* const name = section().findChild<FunctionBar*>();
+    const auto shownAt = [&](int row) {
+        view.verticalScrollBar()->setValue(section().rowRect(row).top() - DiffSectionBar::barHeight);
+        return name->isVisible() ? name->accessibleName() : QString();
+    };
+    EXPECT_EQ(shownAt(0), QString()) << "its own line is in sight";
+    EXPECT_EQ(shownAt(5), u"Function int outer()"_s);
+    EXPECT_EQ(shownAt(45), u"Function int inner(int a)"_s) << "as it is now, not as it was";
+    const int header = controller().diff().document().hunks()[1].first;
+    view.verticalScrollBar()->setValue(section().rowRect(header).top() - DiffSectionBar::barHeight - 10);
+    EXPECT_EQ(name->geometry().bottom() + 1, section().rowRect(header).top()) << "the next header pushes it away";
+    EXPECT_EQ(shownAt(header + 5), QString()) << "git knows no function there";
+
+    // What is gone to stands below it.
+    view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
+    controller().setCurrentRow(12);
+    press(Qt::Key_Up);
+    EXPECT_GE(section().rowRect(11).top(), name->geometry().bottom());
+}
+
+TEST(DiffOutline, KnowsWhatBeginsAFunction)
+{
+    for (const char* line :
+         {"int main(int argc)", "static void f(", "    pub(crate) fn go() {", "  def each", "class A {",
+          "export default function List() {", "async def f():", "  public class B extends C {"})
+        EXPECT_TRUE(beginsFunction(line)) << line;
+    for (const char* line : {"", "}", "    call(1);", "call(1);", "return f(x)", "if (x) {", "  other(x) {", "public:",
+                             "// class x", "#include <a>", "classes(1, 2),", "for (;;) {", "using a::b;", "fun"})
+        EXPECT_FALSE(beginsFunction(line)) << line;
+}
+
+TEST_F(DiffViewTest, TellsWhereMovedLinesCameFromAndWent)
+{
+    DiffContent content =
+        contentOf(std::string(diffHeader) + "@@ -5,4 +5,4 @@\n-one\n-two\n-three\n a\n+one\n+two\n+three\n+four\n");
+    content.diff.moved = {{1, 5, 3}};
+    show({content});
+    const Theme& theme = Theme::current();
+    EXPECT_GT(pixels(view, section(), 2, theme.moved), 20);
+    EXPECT_GT(pixels(view, section(), 6, theme.moved), 20);
+    EXPECT_EQ(pixels(view, section(), 8, theme.moved), 0);
+    hover(inGutter(6));
+    EXPECT_TRUE(section().toolTip().contains(u"Moved from line 6"_s)) << section().toolTip().toStdString();
+    hover(inGutter(2));
+    EXPECT_TRUE(section().toolTip().contains(u"Moved to line 7"_s)) << section().toolTip().toStdString();
+    hover(inGutter(8));
+    EXPECT_EQ(section().toolTip(), QString());
+
+    controller().setCurrentRow(6);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+    QApplication::sendEvent(&section(), &event);
+    const QPointer<QMenu> menu(qobject_cast<QMenu*>(QApplication::activePopupWidget()));
+    ASSERT_TRUE(menu);
+    const QList<QAction*> actions = menu->actions();
+    const auto offered = std::ranges::find(actions, u"Moved from line 6"_s, &QAction::text);
+    ASSERT_NE(offered, actions.end());
+    (*offered)->trigger();
+    menu->close();
+    EXPECT_EQ(controller().currentRow(), 2);
 }
 
 TEST_F(DiffViewTest, WrapsLongLinesAtTheWidthOfTheView)

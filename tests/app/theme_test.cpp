@@ -92,6 +92,16 @@ TEST(Theme, BordersAndFocusAreSeen)
     }
 }
 
+TEST(Theme, MarksInsteadOfTextStandOutFromTheirGrounds)
+{
+    for (const Theme& theme : themes()) {
+        for (const QColor& ground : {theme.addedLine, theme.addedWords, theme.removedLine, theme.removedWords})
+            EXPECT_GE(Theme::contrast(theme.moved, ground), 3) << ground.name().toStdString();
+        for (const QColor& mark : {theme.statusAdded, theme.statusDeleted, theme.foundBorder})
+            EXPECT_GE(Theme::contrast(mark, theme.content), 3) << mark.name().toStdString();
+    }
+}
+
 TEST(Theme, LaneColoursAreEightAndAreSeenOnTheList)
 {
     for (const Theme* theme : {&Theme::light(), &Theme::dark()}) {

@@ -45,6 +45,14 @@ DiffDocument& DiffDocument::operator=(DiffDocument&&) noexcept = default;
 DiffDocument::DiffDocument(gitkit::ParsedDiff diff, int tabWidth)
     : diff_(std::move(diff)), tabWidth_(tabWidth), caches_(std::make_unique<Caches>())
 {
+    if (!diff_.moved.empty())
+        movedLines_.assign(diff_.lines.size(), -1);
+    for (const gitkit::MovedBlock& block : diff_.moved) {
+        for (int i = 0; i < block.count; ++i) {
+            movedLines_[static_cast<std::size_t>(block.removed + i)] = block.added + i;
+            movedLines_[static_cast<std::size_t>(block.added + i)] = block.removed + i;
+        }
+    }
     makeRows();
 }
 
@@ -212,6 +220,13 @@ void DiffDocument::pairChanges()
             rows_[static_cast<std::size_t>(added[i])].partner = removed[i];
         }
     }
+}
+
+int DiffDocument::movedRow(int row) const
+{
+    const int line = this->row(row).line;
+    const int other = line < 0 || movedLines_.empty() ? -1 : movedLines_[static_cast<std::size_t>(line)];
+    return other < 0 ? -1 : rowOfLine_[static_cast<std::size_t>(other)];
 }
 
 std::string_view DiffDocument::bytes(int row) const

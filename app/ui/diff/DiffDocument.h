@@ -91,6 +91,11 @@ public:
     /// Returns the row's text without sign and numbers, as it is copied.
     QString text(int row) const;
 
+    /// Returns the bytes of the row's text.
+    std::string_view bytes(int row) const;
+    /// Returns the row that a moved line comes from or has gone to; -1 for another line.
+    int movedRow(int row) const;
+
     /// Returns the ids of the changed lines of a hunk.
     std::set<int> changesOf(const Hunk& hunk) const;
 
@@ -102,11 +107,10 @@ private:
     void push(Row row);
     void takeCombinedSigns(Row& row, const gitkit::DiffLine& line);
     void pairChanges();
-    std::string_view bytes(int row) const;
-
     gitkit::ParsedDiff diff_;
     DiffGaps gaps_;
     int tabWidth_;
+    std::vector<int> movedLines_; ///< by the diff's line, that of the other place or -1; empty if nothing moved
     SyntaxOf syntax_;
     Headers headers_ = Headers::all;
     std::string rest_; ///< the text of the row for the rest of the file

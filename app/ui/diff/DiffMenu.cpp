@@ -57,7 +57,33 @@ void addGaps(QMenu& menu, DiffController& controller)
         addWhole(tr(QT_TRANSLATE_NOOP("Diff", "Show Changes Only")), false);
 }
 
+/// Offers to go from a moved line to where it was or is.
+void addMove(QMenu& menu, DiffSectionView& view)
+{
+    DiffController& controller = view.controller();
+    const int row = controller.currentRow();
+    const int other = row < 0 ? -1 : controller.diff().document().movedRow(row);
+    if (other < 0)
+        return;
+    menu.addSeparator();
+    menu.addAction(movedText(controller.diff().document(), row), &view, [&controller, other] {
+        controller.setCurrentRow(other);
+        Q_EMIT controller.revealRequested(other, other, 3);
+    });
+}
+
 } // namespace
+
+QString movedText(const DiffDocument& document, int row)
+{
+    const int other = document.movedRow(row);
+    if (other < 0)
+        return {};
+    const DiffDocument::Row& there = document.row(other);
+    return there.kind == DiffDocument::Kind::deletion
+               ? tr(QT_TRANSLATE_NOOP("Diff", "Moved from line %1")).arg(there.oldNumber.value_or(0))
+               : tr(QT_TRANSLATE_NOOP("Diff", "Moved to line %1")).arg(there.newNumber.value_or(0));
+}
 
 QMenu* makeDiffMenu(DiffSectionView& view)
 {
@@ -67,6 +93,7 @@ QMenu* makeDiffMenu(DiffSectionView& view)
     menu->setToolTipsVisible(true);
     addOffers(*menu, controller);
     addGaps(*menu, controller);
+    addMove(*menu, view);
     if (!menu->isEmpty())
         menu->addSeparator();
     QAction* const copy = menu->addAction(tr(QT_TRANSLATE_NOOP("Diff", "Copy")), &view, &DiffSectionView::copy);

@@ -28,6 +28,9 @@ using LineKind = gitkit::DiffLine::Kind;
 /// lines only what is in sight is shaped, and all columns are taken to be equally wide.
 constexpr qsizetype longestShaped = 1000;
 
+/// Width of the mark beside moved lines.
+constexpr int movedMark = 4;
+
 QColor mix(const QColor& over, const QColor& under, float share)
 {
     const auto channel = [share](float a, float b) { return a * share + b * (1 - share); };
@@ -221,6 +224,8 @@ void DiffRowPainter::paintGutter(QPainter& painter, const DiffCell& cell) const
     QRect gutter = area;
     gutter.setWidth(metrics_.gutterWidth);
     painter.fillRect(gutter, gutterColor(line.kind));
+    if (document_.movedRow(cell.row) >= 0)
+        painter.fillRect(gutter.right() - movedMark + 1, gutter.top(), movedMark, gutter.height(), theme.moved);
     painter.setFont(metrics_.numberFont);
     painter.setPen(theme.gutterText);
     // The numbers stand beside the first line of a wrapped row.

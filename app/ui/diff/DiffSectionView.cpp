@@ -8,6 +8,7 @@
 #include "app/ui/diff/DiffMenu.h"
 #include "app/ui/diff/DiffSectionBar.h"
 #include "app/ui/diff/DiffSectionPainter.h"
+#include "app/ui/diff/FunctionBar.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QApplication>
@@ -44,13 +45,14 @@ void orderTabs(QWidget* before, std::initializer_list<const DiffButtons*> button
 DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWidget* parent)
     : QWidget(parent), controller_(std::move(controller)), geometry_(controller_->diff()),
       pointer_(*controller_, geometry_), anchor_(*controller_, geometry_), bar_(new DiffSectionBar(this)),
-      cutButton_(new CutButton(*controller_, this))
+      functionBar_(new FunctionBar(this)), outline_(controller_->diff()), cutButton_(new CutButton(*controller_, this))
 {
     installDiffAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
     bar_->hide();
+    functionBar_->hide();
     followController();
     connect(bar_, &DiffSectionBar::triggered, this, [this](DiffAction::Verb verb, DiffAction::Part part) {
         controller_->request(controller_->activeHunk(), verb, part);
@@ -124,7 +126,7 @@ void DiffSectionView::showRelaid()
     spread(anchor_.release());
     updateOffers();
     announceDiffChange(this);
-    hoverGap(underMouse() ? mapFromGlobal(QCursor::pos()) : QPoint(-1, -1));
+    hover(underMouse() ? mapFromGlobal(QCursor::pos()) : QPoint(-1, -1));
     if (const std::optional<int> shift = anchor_.releaseWholeFile(sight()))
         Q_EMIT contentHeightChanged(*shift);
 }
@@ -140,6 +142,7 @@ void DiffSectionView::spread(int shift)
     Q_EMIT contentHeightChanged(shift);
     placeAround();
     placeHunkButtons();
+    placeFunctionBar();
     update();
 }
 
@@ -196,12 +199,38 @@ void DiffSectionView::setVisibleTop(int y)
 {
     visibleTop_ = y;
     bar_->move(0, std::clamp(y, 0, std::max(0, height() - DiffSectionBar::barHeight)));
+    placeFunctionBar();
+}
+
+int DiffSectionView::coveredHeight() const
+{
+    return geometry_.barHeight() + (outline_.isEmpty() ? 0 : FunctionBar::barHeight);
+}
+
+/// Shows the function of the topmost line in sight, unless the line that names it is in sight itself.
+void DiffSectionView::placeFunctionBar()
+{
+    const DiffDocument& document = controller_->diff().document();
+    const int top = visibleTop_ + geometry_.barHeight();
+    const int row = visibleTop_ < 0 ? -1 : geometry_.rowAt({0, top});
+    const int named = row < 0 ? -1 : outline_.nameRow(row);
+    functionBar_->setVisible(named >= 0 && named < row);
+    if (functionBar_->isHidden())
+        return;
+    functionBar_->setText(outline_.name(named), geometry_.metrics().numberFont, geometry_.metrics().hunkTextLeft);
+    // The next hunk's header pushes it out of sight.
+    const auto& hunks = document.hunks();
+    const auto next = std::ranges::upper_bound(hunks, row, {}, &DiffDocument::Hunk::first);
+    const bool hasHeader = next != hunks.end() && document.row(next->first).kind == DiffDocument::Kind::hunk;
+    const int most = hasHeader ? rowRect(next->first).top() - FunctionBar::barHeight : top;
+    functionBar_->setGeometry(0, std::min(top, most), width(), FunctionBar::barHeight);
 }
 
 void DiffSectionView::setFound(const DiffFound* found)
 {
     found_ = found;
     update();
+    Q_EMIT foundChanged();
 }
 
 void DiffSectionView::revealText(int row, qsizetype begin, qsizetype end)
@@ -229,6 +258,7 @@ void DiffSectionView::updateOffers()
 {
     bar_->setOffers(barOffers(*controller_));
     hunkButtons_.show(hunkOffers(*controller_));
+    functionBar_->raise();
     bar_->raise();
     orderTabs(this, {&bar_->buttons(), &hunkButtons_});
     placeHunkButtons();
@@ -244,21 +274,23 @@ void DiffSectionView::placeHunkButtons()
     hunkButtons_.place(rowRect(header).adjusted(0, 0, -DiffMetrics::margin, 0));
 }
 
-void DiffSectionView::hoverGap(QPoint point)
+void DiffSectionView::hover(QPoint point)
 {
     const DiffDocument& document = controller_->diff().document();
     const GapButton button = gapButtonAt(document, geometry_, point);
+    const int row = geometry_.rowAt(point);
+    const bool tellsMove = row >= 0 && geometry_.isInGutter(point.x());
+    setToolTip(plainToolTip(tellsMove && button.row < 0 ? movedText(document, row) : gapButtonTitle(document, button)));
     if (button == hoveredGap_)
         return;
     hoveredGap_ = button;
-    setToolTip(plainToolTip(gapButtonTitle(document, button)));
     update();
 }
 
 void DiffSectionView::pointAt(QPoint point)
 {
     setCursor(pointer_.isOverText(point) ? Qt::IBeamCursor : Qt::ArrowCursor);
-    hoverGap(point);
+    hover(point);
     const int row = geometry_.rowAt(point);
     const int hunk = row < 0 ? controller_->hoveredHunk() : controller_->diff().document().row(row).hunk;
     if (hunk == controller_->hoveredHunk())
@@ -379,7 +411,7 @@ void DiffSectionView::mouseDoubleClickEvent(QMouseEvent* event)
 void DiffSectionView::leaveEvent(QEvent* event)
 {
     QWidget::leaveEvent(event);
-    hoverGap({-1, -1});
+    hover({-1, -1});
     // The buttons stay while the pointer is on its way to them; with the focus they go to the keyboard's hunk.
     if (!pointer_.isDragging() && controller_->currentRow() >= 0 && hasFocus())
         controller_->setHoveredHunk(-1);

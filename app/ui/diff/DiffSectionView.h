@@ -6,6 +6,7 @@
 #include "app/ui/diff/DiffButtons.h"
 #include "app/ui/diff/DiffController.h"
 #include "app/ui/diff/DiffGeometry.h"
+#include "app/ui/diff/DiffOutline.h"
 #include "app/ui/diff/DiffPointer.h"
 #include "app/ui/diff/GapButtons.h"
 
@@ -17,6 +18,7 @@
 namespace plovik {
 
 class DiffSectionBar;
+class FunctionBar;
 
 /// Shows one diff with its bar, as high as all of its lines; the view that it stands in scrolls it. Draws only what is
 /// exposed, passes events on to the diff's controller, and follows its signals. Main thread.
@@ -50,6 +52,9 @@ public:
     /// called again when that height has changed.
     void setInset(QWidget* inset);
     QWidget* inset() const { return inset_; }
+    const DiffFound* found() const { return found_; }
+    /// Returns how much of the lines is covered by what stays in sight at the top.
+    int coveredHeight() const;
 
 public Q_SLOTS:
     void copy();
@@ -59,6 +64,7 @@ Q_SIGNALS:
     /// What was looked at has moved down by `shift`.
     void contentHeightChanged(int shift);
     void revealRequested(const QRect& area);
+    void foundChanged();
 
 protected:
     bool event(QEvent* event) override;
@@ -89,8 +95,9 @@ private:
     /// Places what stands above and below the rows.
     void placeAround();
     void placeHunkButtons();
+    void placeFunctionBar();
     DiffAnchor::Sight sight() const { return {visibleTop_, visibleRegion().boundingRect()}; }
-    void hoverGap(QPoint point);
+    void hover(QPoint point);
     void pointAt(QPoint point);
 
     std::shared_ptr<DiffController> controller_;
@@ -98,6 +105,8 @@ private:
     DiffPointer pointer_;
     DiffAnchor anchor_;
     DiffSectionBar* bar_;
+    FunctionBar* functionBar_;
+    DiffOutline outline_;
     CutButton* cutButton_;
     DiffButtons hunkButtons_{*this};
     QWidget* inset_ = nullptr;

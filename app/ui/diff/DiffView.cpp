@@ -2,6 +2,8 @@
 #include "app/ui/diff/DiffView.h"
 
 #include "app/settings/CodeFont.h"
+#include "app/ui/diff/ChangeMap.h"
+#include "app/ui/diff/DiffFound.h"
 #include "app/ui/diff/DiffSectionBar.h"
 #include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/widgets/FocusRing.h"
@@ -23,8 +25,9 @@ bool hasSelection(const DiffSectionView* section) { return !section->controller(
 
 } // namespace
 
-DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
+DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent), map_(new ChangeMap([this] { return mapMarks(); }))
 {
+    setVerticalScrollBar(map_);
     giveFocusRing(*this);
     setFocusPolicy(Qt::NoFocus);
     applyTheme();
@@ -69,6 +72,7 @@ DiffSectionView* DiffView::addSection()
     connect(controller, &DiffController::endRequested, this, &DiffView::goToEnd);
     connect(controller, &DiffController::leaveRequested, this,
             [this, section](int direction) { leave(section, direction); });
+    connect(section, &DiffSectionView::foundChanged, map_, &ChangeMap::forget);
     connect(section, &DiffSectionView::contentHeightChanged, this, &DiffView::layOut);
     connect(section, &DiffSectionView::revealRequested, this,
             [this, section](const QRect& area) { reveal(section, area); });
@@ -179,7 +183,36 @@ void DiffView::layOut(int shift)
     horizontalScrollBar()->setRange(0, hidden);
     horizontalScrollBar()->setPageStep(width);
     placeSections();
+    map_->forget();
     Q_EMIT laidOut();
+}
+
+std::vector<MapMark> DiffView::mapMarks() const
+{
+    using Kind = DiffDocument::Kind;
+    std::vector<MapMark> marks;
+    for (std::size_t i = 0; i < sections_.size() && i < tops_.size(); ++i) {
+        const DiffSectionView& section = *sections_[i];
+        const DiffDocument& document = section.controller().diff().document();
+        const auto add = [&](MapMark::Kind kind, int first, int last) {
+            const int top = section.rowRect(first).top();
+            marks.push_back({kind, tops_[i] + top, section.rowRect(last).bottom() + 1 - top});
+        };
+        for (int row = 0; row < document.rowCount(); ++row) {
+            const Kind kind = document.row(row).kind;
+            const int first = row;
+            if (!document.row(row).isChange())
+                continue;
+            while (row + 1 < document.rowCount() && document.row(row + 1).kind == kind)
+                ++row;
+            add(kind == Kind::addition ? MapMark::Kind::added : MapMark::Kind::removed, first, row);
+        }
+        if (section.found()) {
+            for (const DiffFound::Run& run : section.found()->runs)
+                add(MapMark::Kind::found, run.row, run.row);
+        }
+    }
+    return marks;
 }
 
 void DiffView::placeSections()
@@ -196,7 +229,7 @@ void DiffView::reveal(DiffSectionView* section, QRect area)
 {
     const int top = section->y() + verticalScrollBar()->value() + area.top();
     // The bar stays in sight and covers the first lines.
-    const int covered = section->controller().diff().content().title.isEmpty() ? 0 : DiffSectionBar::barHeight;
+    const int covered = section->coveredHeight();
     int value = verticalScrollBar()->value();
     value = std::max(value, top + area.height() - viewport()->height());
     value = std::min(value, top - covered);

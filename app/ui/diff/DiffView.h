@@ -11,7 +11,9 @@
 
 namespace plovik {
 
+class ChangeMap;
 class DiffSectionView;
+struct MapMark;
 struct SyntaxOf;
 
 /// Shows diffs one below the other, scrolled together. Only what is in sight is drawn. Main thread.
@@ -81,7 +83,9 @@ private:
     void goToEnd(int direction, bool extend);
     DiffSectionView* sectionAtHand() const;
     void applyTheme();
+    std::vector<MapMark> mapMarks() const;
 
+    ChangeMap* map_;
     std::vector<DiffSectionView*> sections_;
     std::vector<int> tops_; ///< of each section before scrolling
     int barReserve_ = 0;

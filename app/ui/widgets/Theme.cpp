@@ -49,6 +49,7 @@ Theme makeLight()
     theme.removedWords = 0xF6C6C6;
     theme.found = 0xFFECA3;
     theme.foundCurrent = 0xFFD470;
+    theme.moved = 0x8240B0;
     theme.foundBorder = 0xB9770E;
     theme.checker = 0xEDEFF2;
     theme.syntaxKeyword = 0x7A2E8E;
@@ -110,6 +111,7 @@ Theme makeDark()
     theme.removedWords = 0x7C3439;
     theme.found = 0x443A16;
     theme.foundCurrent = 0x5C4400;
+    theme.moved = 0xC792F0;
     theme.foundBorder = 0xE8B64A;
     theme.checker = 0x2A2D32;
     theme.syntaxKeyword = 0xDDAEF5;

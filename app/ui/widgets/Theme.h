@@ -25,6 +25,7 @@ struct Theme {
     QColor quietBorder;            ///< around what is no control: muted badges, guides
     QColor field, indicatorBorder; ///< inside of text fields; border of an empty check box
     QColor addedLine, addedWords, removedLine, removedWords;
+    QColor moved;                            ///< beside moved lines, on the gutters of added and removed ones
     QColor found, foundCurrent, foundBorder; ///< behind what a search has found, and around the one it stands at
     QColor checker;                          ///< every other square behind a picture
     QColor syntaxKeyword, syntaxType, syntaxString, syntaxNumber; ///< code, on every line and mark of a diff

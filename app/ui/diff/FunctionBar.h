@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+namespace plovik {
+
+/// Shows the name of the function that the lines below it stand in. Main thread.
+class FunctionBar : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int barHeight = 24;
+
+    explicit FunctionBar(QWidget* parent);
+
+    /// `left` is where the text begins.
+    void setText(const QString& text, const QFont& font, int left);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString text_;
+    QFont font_;
+    int left_ = 0;
+};
+
+} // namespace plovik
