@@ -392,6 +392,25 @@ TEST_F(DiffPaneTest, SaysWhatBinaryFilesAre)
     EXPECT_TRUE(tells(u"Binary file, 1.0 MB → 1.5 MB."_s)) << told().toStdString();
 }
 
+TEST_F(DiffPaneTest, OptionsAreReachedByTabAlsoWhereNoLineIsLeft)
+{
+    repo.write("a", "a\nb\n").commit("one");
+    repo.write("a", "  a\nb\n");
+    select("a");
+    QStringList reached;
+    for (int step = 0; step < 20; ++step) {
+        reached << window.focusWidget()->accessibleName();
+        press(Qt::Key_Tab);
+    }
+    for (const QString& name :
+         {u"Side by Side"_s, u"Ignore White Space"_s, u"Whole File"_s, u"Wrap Lines"_s, u"Find"_s})
+        EXPECT_TRUE(reached.contains(name)) << name.toStdString() << " in " << reached.join(u", "_s).toStdString();
+    click(u"Ignore White Space"_s);
+    settle();
+    ASSERT_EQ(controller().diff().document().rowCount(), 0);
+    EXPECT_TRUE(named<IconButton>(pane, u"Ignore White Space"_s)->isVisible()) << "or there would be no way back";
+}
+
 TEST_F(DiffPaneTest, OptionsHoldForEveryPaneAndAreRemembered)
 {
     repo.write("a", "a\nb\n" + lines(0, 40) + "c\n").write("b", "b\n").commit("one");
@@ -402,6 +421,10 @@ TEST_F(DiffPaneTest, OptionsHoldForEveryPaneAndAreRemembered)
     click(u"Side by Side"_s);
     EXPECT_TRUE(Settings::shared().value(settings::diffSideBySide));
     EXPECT_EQ(second.view()->diffLayout(), DiffLayout::sideBySide);
+    click(u"Wrap Lines"_s);
+    EXPECT_TRUE(second.view()->sections().front()->controller().diff().wraps());
+    click(u"Wrap Lines"_s);
+    EXPECT_FALSE(controller().diff().wraps());
 
     click(u"Ignore White Space"_s);
     settle();

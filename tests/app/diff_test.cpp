@@ -490,6 +490,10 @@ TEST_F(DiffViewTest, KeepsWhatIsLookedAtWhenItWrapsAnew)
     EXPECT_EQ(inSight(), 0);
     view.setWraps(false);
     EXPECT_EQ(inSight(), 0);
+    Settings::shared().set(settings::codeFontSize, 18);
+    EXPECT_EQ(inSight(), 0);
+    Settings::shared().set(settings::codeFontSize, 12);
+    EXPECT_EQ(inSight(), 0);
 }
 
 TEST_F(DiffViewTest, DrawsOnlyTheLinesInSightOfAnEndlessWrappedLine)

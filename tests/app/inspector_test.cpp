@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/settings/Settings.h"
 #include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/diff/DiffView.h"
 #include "app/ui/inspector/InspectorView.h"
@@ -261,6 +262,23 @@ TEST_F(Inspector, ActsOnTheFileWhoseLinesAreShown)
     Q_EMIT blame().commitRequested(0);
     EXPECT_EQ(store.window().selectedPaths.value(), std::set<std::string>{"a"});
     worker.finishAll();
+}
+
+TEST_F(Inspector, TabsAreAsWideAsTheRepositorySaysElseAsTheSettingsDo)
+{
+    repo.write("a.c", "\tx\n").write("a.py", "\tx\n").write(".editorconfig", "[*.c]\ntab_width = 3\n").commit("one");
+    const auto contentWidth = [this](const std::string& path) {
+        show(path, std::nullopt, Tab::blame);
+        return blame().sizeHintForIndex(blame().model()->index(0, 0)).width();
+    };
+    const int own = contentWidth("a.c");
+    const int wide = contentWidth("a.py");
+    EXPECT_GT(wide, own);
+    Settings::shared().set(settings::tabWidth, 3);
+    EXPECT_EQ(contentWidth("a.py"), own);
+    EXPECT_EQ(contentWidth("a.c"), own);
+    Settings::shared().set(settings::tabWidth, 8);
+    EXPECT_EQ(contentWidth("a.py"), wide);
 }
 
 TEST_F(Inspector, DrawsTheLinesInSightAlone)

@@ -63,6 +63,15 @@ bool DiffOptionsBar::setHasText(bool hasText)
     return true;
 }
 
+void DiffOptionsBar::orderTabs(QWidget* before)
+{
+    for (IconButton* const button : {sideBySide_, whiteSpace_, wholeFile_, wrap_, find_}) {
+        if (before->nextInFocusChain() != button)
+            setTabOrder(before, button);
+        before = button;
+    }
+}
+
 void DiffOptionsBar::follow()
 {
     sideBySide_->setChecked(Settings::shared().value(settings::diffSideBySide));

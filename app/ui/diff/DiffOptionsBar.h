@@ -19,6 +19,9 @@ public:
     /// Shows the buttons only where there is text to read. Returns whether that changed the bar's width.
     bool setHasText(bool hasText);
 
+    /// Lets the tab key come here behind a widget.
+    void orderTabs(QWidget* before);
+
 Q_SIGNALS:
     void wholeFileToggled(bool isWhole);
     void findRequested();

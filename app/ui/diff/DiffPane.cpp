@@ -107,15 +107,18 @@ void DiffPane::showDiffs(std::vector<DiffContent> contents, DiffPlace place)
     countSoon();
 }
 
-/// Pictures have no use for the options of text.
+/// Pictures and other binary files have no use for the options of text.
 void DiffPane::showOptions()
 {
     const auto hasText = [](const DiffSectionView* section) {
-        const DiffDocument& document = section->controller().diff().document();
-        return document.rowCount() > 0;
+        const ShownDiff& diff = section->controller().diff();
+        return !diff.content().diff.isBinary || diff.document().rowCount() > 0;
     };
     if (options_->setHasText(std::ranges::any_of(view_->sections(), hasText)))
         view_->setBarReserve(options_->width());
+    // The pane hands its focus on to the first diff, so that the way leads past what stands before it.
+    if (QWidget* const last = view_->orderTabs())
+        options_->orderTabs(last);
 }
 
 /// Has the lines of a cut diff counted once its beginning is on display.

@@ -28,16 +28,12 @@ namespace {
 
 constexpr int scrollEvery = 40; ///< milliseconds
 
-/// Lets the tab key go from a widget through the buttons, in this order.
-void orderTabs(QWidget* before, std::initializer_list<const DiffButtons*> buttons)
+/// Lets the tab key go from one widget to the other. Returns the other.
+QWidget* orderTab(QWidget* before, QWidget* next)
 {
-    for (const DiffButtons* const row : buttons) {
-        for (const auto& [verb, button] : row->all()) {
-            if (before->nextInFocusChain() != button)
-                QWidget::setTabOrder(before, button);
-            before = button;
-        }
-    }
+    if (before && before->nextInFocusChain() != next)
+        QWidget::setTabOrder(before, next);
+    return next;
 }
 
 } // namespace
@@ -149,7 +145,9 @@ void DiffSectionView::spread(int shift)
 void DiffSectionView::applyFonts()
 {
     hunkButtons_.applyFont();
-    remeasure();
+    anchor_.hold({}, sight());
+    geometry_.measure();
+    spread(anchor_.release());
 }
 
 void DiffSectionView::setInset(QWidget* inset)
@@ -260,9 +258,19 @@ void DiffSectionView::updateOffers()
     hunkButtons_.show(hunkOffers(*controller_));
     functionBar_->raise();
     bar_->raise();
-    orderTabs(this, {&bar_->buttons(), &hunkButtons_});
+    orderTabs(nullptr);
     placeHunkButtons();
     update();
+}
+
+QWidget* DiffSectionView::orderTabs(QWidget* before)
+{
+    QWidget* last = orderTab(before, this);
+    for (const DiffButtons* const row : {&bar_->buttons(), &std::as_const(hunkButtons_)}) {
+        for (const auto& [verb, button] : row->all())
+            last = orderTab(last, button);
+    }
+    return orderTab(last, cutButton_);
 }
 
 void DiffSectionView::placeHunkButtons()

@@ -56,6 +56,9 @@ public:
     /// Returns how much of the lines is covered by what stays in sight at the top.
     int coveredHeight() const;
 
+    /// Lets the tab key come here behind a widget, unless that is null, and go through the buttons. Returns the last one.
+    QWidget* orderTabs(QWidget* before);
+
 public Q_SLOTS:
     void copy();
     void selectAll() { controller_->selectAll(); }

@@ -109,6 +109,14 @@ void DiffView::setContents(std::vector<DiffContent> contents, DiffPlace place)
     horizontalScrollBar()->setValue(place == DiffPlace::kept ? x : 0);
 }
 
+QWidget* DiffView::orderTabs()
+{
+    QWidget* last = nullptr;
+    for (DiffSectionView* const section : sections_)
+        last = section->orderTabs(last);
+    return last;
+}
+
 void DiffView::setBarReserve(int width)
 {
     barReserve_ = width;

@@ -27,6 +27,8 @@ public:
     /// current line; the others go on at `place`.
     void setContents(std::vector<DiffContent> contents, DiffPlace place);
     const std::vector<DiffSectionView*>& sections() const { return sections_; }
+    /// Lets the tab key go through the diffs in their order. Returns where it leaves the last one; null without diffs.
+    QWidget* orderTabs();
     /// Sets the whole files of a diff, with which lines that it leaves out can be shown. They are forgotten when the
     /// diff changes.
     void setTexts(plovik::DiffKind kind, const plovik::DiffTexts& texts);

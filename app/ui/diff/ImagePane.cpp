@@ -118,6 +118,7 @@ void ImagePane::makeChoice()
     slider_->setRange(0, 100);
     slider_->setValue(50);
     slider_->setPageStep(10);
+    slider_->setLayoutDirection(Qt::LeftToRight); // as the picture beside it
     auto* const group = new QButtonGroup(this);
     for (const QString& title : {tr("Beside"), tr("Swipe"), tr("Onion Skin")}) {
         auto* const button = new QPushButton(title, this);
