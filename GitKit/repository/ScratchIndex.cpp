@@ -9,6 +9,21 @@
 
 namespace gitkit {
 
+namespace {
+
+/// Copies an index with its time: git takes an entry that is as young as the index for one that may have changed since,
+/// and in a younger copy it would miss changes.
+void copyIndex(const std::filesystem::path& source, const std::filesystem::path& copy, std::error_code& failure)
+{
+    const auto time = std::filesystem::last_write_time(source, failure);
+    if (!failure)
+        std::filesystem::copy_file(source, copy, failure);
+    if (!failure)
+        std::filesystem::last_write_time(copy, time, failure);
+}
+
+} // namespace
+
 ScratchIndex::ScratchIndex(const GitRunner& runner, const std::filesystem::path& source) : runner_(runner)
 {
     std::error_code failure;
@@ -19,7 +34,7 @@ ScratchIndex::ScratchIndex(const GitRunner& runner, const std::filesystem::path&
     folder_ = pattern;
     if (source.empty())
         return;
-    std::filesystem::copy_file(source, folder_ / "index", failure);
+    copyIndex(source, folder_ / "index", failure);
     if (failure && failure != std::errc::no_such_file_or_directory) {
         std::error_code ignored;
         std::filesystem::remove_all(folder_, ignored);

@@ -152,13 +152,22 @@ GitOutput GitRunner::output(const std::vector<std::string>& arguments, const Run
                  prepared(directory_, context_, arguments, options, fileSystemMonitor(), restriction(arguments)));
 }
 
-GitStream GitRunner::stream(const std::vector<std::string>& arguments) const
+GitStream GitRunner::started(const std::vector<std::string>& arguments, const RunOptions& options) const
 {
     const std::string command = arguments.empty() ? std::string() : arguments.front();
     if (const std::optional<GitOutput> elsewhere = misplaced())
         throw failureOf(command, *elsewhere);
     return GitStream(command, context_.listener,
-                     prepared(directory_, context_, arguments, {}, fileSystemMonitor(), restriction(arguments)));
+                     prepared(directory_, context_, arguments, options, fileSystemMonitor(), restriction(arguments)));
+}
+
+GitStream GitRunner::stream(const std::vector<std::string>& arguments) const { return started(arguments, {}); }
+
+GitStream GitRunner::dialogue(const std::vector<std::string>& arguments, const RunOptions& options) const
+{
+    RunOptions open = options;
+    open.input = std::string(); // a pipe instead of the null device
+    return started(arguments, open);
 }
 
 GitOutput GitRunner::accepted(const std::vector<std::string>& arguments, const RunOptions& options) const

@@ -53,7 +53,11 @@ public:
     /// Starts a run whose output is taken piece by piece. Throws LaunchError when git cannot be started.
     GitStream stream(const std::vector<std::string>& arguments) const;
 
+    /// The same for a command that is written to meanwhile, with GitStream::write(). `options.input` is not used.
+    GitStream dialogue(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
+
 private:
+    GitStream started(const std::vector<std::string>& arguments, const RunOptions& options) const;
     std::optional<GitOutput> misplaced() const;
     Restriction restriction(const std::vector<std::string>& arguments) const;
 

@@ -4,6 +4,7 @@
 #include "GitKit/runner/ChildProcess.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitMessages.h"
+#include "GitKit/runner/PipeSignalBlocker.h"
 #include "GitKit/runner/RunReport.h"
 #include "GitKit/runner/StopWake.h"
 
@@ -137,6 +138,21 @@ GitStream::GitStream(std::string command, std::shared_ptr<RunListener> listener,
 GitStream::~GitStream() = default;
 GitStream::GitStream(GitStream&&) noexcept = default;
 GitStream& GitStream::operator=(GitStream&&) noexcept = default;
+
+void GitStream::write(std::string_view bytes)
+{
+    const PipeSignalBlocker blocker;
+    UniqueFd& input = running_->child->streams.input;
+    while (!bytes.empty() && input) {
+        const ssize_t count = ::write(input.get(), bytes.data(), bytes.size());
+        if (count >= 0)
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        else if (errno != EINTR)
+            input.reset();
+    }
+}
+
+void GitStream::endInput() { running_->child->streams.input.reset(); }
 
 bool GitStream::read(std::string& into, Clock::time_point until)
 {

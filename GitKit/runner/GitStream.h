@@ -6,6 +6,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace gitkit {
 
@@ -29,6 +30,12 @@ public:
     /// and appends nothing, when git has ended well and everything is read. Throws GitError when it has failed and
     /// RunStopped soon after a stop is requested.
     bool read(std::string& into, Clock::time_point until = Clock::time_point::max());
+
+    /// Writes to git's standard input, which must have been asked for. Blocks while git does not read. What cannot be
+    /// written because git has ended is dropped: read() tells why it has.
+    void write(std::string_view bytes);
+    /// Ends git's standard input.
+    void endInput();
 
 private:
     struct Running;

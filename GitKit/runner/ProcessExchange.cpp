@@ -2,14 +2,13 @@
 #include "GitKit/runner/ProcessExchange.h"
 
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/PipeSignalBlocker.h"
 #include "GitKit/runner/StopWake.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
-#include <ctime>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -23,38 +22,6 @@ namespace {
 {
     throw LaunchError(LaunchError::Cause::other, what + ": " + std::generic_category().message(error));
 }
-
-/// Blocks SIGPIPE in this thread while it writes to a program that may have ended, and removes the signal that such a
-/// write raised. Does not touch other threads or a SIGPIPE that was pending before.
-class PipeSignalBlocker {
-public:
-    PipeSignalBlocker()
-    {
-        sigemptyset(&pipeSignal_);
-        sigaddset(&pipeSignal_, SIGPIPE);
-        sigset_t pending;
-        sigemptyset(&pending);
-        sigpending(&pending);
-        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
-        pthread_sigmask(SIG_BLOCK, &pipeSignal_, &previous_);
-    }
-
-    ~PipeSignalBlocker()
-    {
-        const timespec atOnce{};
-        while (!wasPending_ && sigtimedwait(&pipeSignal_, nullptr, &atOnce) < 0 && errno == EINTR) {
-        }
-        pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
-    }
-
-    PipeSignalBlocker(const PipeSignalBlocker&) = delete;
-    PipeSignalBlocker& operator=(const PipeSignalBlocker&) = delete;
-
-private:
-    sigset_t pipeSignal_{};
-    sigset_t previous_{};
-    bool wasPending_ = false;
-};
 
 /// Makes our end non-blocking. The child's end has an open file description of its own and stays blocking.
 void makeNonBlocking(const UniqueFd& fd) { ::fcntl(fd.get(), F_SETFL, ::fcntl(fd.get(), F_GETFL) | O_NONBLOCK); }

@@ -74,8 +74,9 @@ protected:
             return 1;
         case PdmDevicePixelRatioScaled:
             return static_cast<int>(devicePixelRatioFScale());
+        default: // newer versions of Qt have more
+            return QPaintDevice::metric(metric);
         }
-        return 0;
     }
 
 private:

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace gitkit {
+
+class GitRepository;
+
+// Files that git does not know and that stand where it is about to write. They block and throw as the methods of
+// GitRepository do.
+
+/// Returns the file, or the folder of files, that would have to go for a file at `path`; nullopt when nothing would.
+std::optional<std::string> standingInPlaceOf(const std::filesystem::path& root, const std::string& path);
+
+enum class Unknown { untracked, ignored, both };
+
+/// Returns the files of that kind at these paths and in folders of these names.
+std::vector<std::string> unknownFiles(const GitRepository& repo, Unknown kind, const std::vector<std::string>& paths);
+
+/// What would be overwritten or deleted by moving the working tree from one tree to another. A file in both trees that was
+/// changed is not among them: git refuses to overwrite it.
+struct InTheWay {
+    std::vector<std::string> untracked;
+    std::vector<std::string> ignored;
+
+    bool operator==(const InTheWay&) const = default;
+};
+InTheWay inTheWay(const GitRepository& repo, const std::string& fromTree, const std::string& toTree);
+
+/// Moves files away into `folder`, with their paths, bytes, modes and times; nothing is copied where both are on one file
+/// system. Throws GitError when one cannot be moved; those before it are back in their places then.
+void moveAside(const GitRepository& repo, const std::vector<std::string>& paths, const std::filesystem::path& folder);
+
+/// Moves files back from there. Returns those whose places are taken, or that are not there any more.
+std::vector<std::string> moveBack(const GitRepository& repo, const std::vector<std::string>& paths,
+                                  const std::filesystem::path& folder);
+
+} // namespace gitkit

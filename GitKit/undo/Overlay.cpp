@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/undo/Overlay.h"
+
+#include "GitKit/FileReplacement.h"
+#include "GitKit/Text.h"
+#include "GitKit/repository/Blobs.h"
+#include "GitKit/repository/FileCopies.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/ScratchIndex.h"
+#include "GitKit/runner/GitError.h"
+#include "GitKit/undo/HelperRuns.h"
+
+#include <algorithm>
+#include <span>
+#include <sys/stat.h>
+
+namespace gitkit {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uintmax_t longestTarget = 4096;
+constexpr std::size_t largestBlob = std::size_t{1} << 30;
+constexpr std::size_t mostAtOnce = 32;
+
+bool isExecutable(const fs::path& file)
+{
+    struct stat status{};
+    return ::lstat(file.c_str(), &status) == 0 && (status.st_mode & S_IXUSR) != 0;
+}
+
+/// Returns whether `hash-object --stdin-paths` reads this name as it is, one a line.
+bool isPlainLine(const std::string& path) { return path.find('\n') == std::string::npos && path.front() != '"'; }
+
+std::string storeBytes(const GitRepository& repo, const std::string& bytes)
+{
+    RunOptions options = helperOptions();
+    options.input = bytes;
+    return std::string(withoutLineEnd(repo.runner().bytes({"hash-object", "-w", "--no-filters", "--stdin"}, options)));
+}
+
+std::string storeFile(const GitRepository& repo, const std::string& path)
+{
+    return std::string(
+        withoutLineEnd(repo.runner().bytes({"hash-object", "-w", "--no-filters", "--", path}, helperOptions())));
+}
+
+/// Stores the contents of regular files and notes their hashes.
+void storeFiles(const GitRepository& repo, std::vector<OverlayFile*>& files)
+{
+    const auto listed = std::ranges::partition(files, [](OverlayFile* file) { return isPlainLine(file->path); });
+    for (OverlayFile* file : listed)
+        file->hash = storeFile(repo, file->path);
+    RunOptions options = helperOptions();
+    options.input = std::string();
+    const std::span<OverlayFile*> plain(files.begin(), listed.begin());
+    for (const OverlayFile* file : plain)
+        *options.input += file->path + '\n';
+    if (plain.empty())
+        return;
+    const std::string hashes = repo.runner().bytes({"hash-object", "-w", "--no-filters", "--stdin-paths"}, options);
+    std::size_t begin = 0;
+    for (OverlayFile* file : plain) {
+        const std::size_t end = hashes.find('\n', begin);
+        if (end == std::string::npos)
+            throw GitError("hash-object", 1, "Git stored fewer files than it was given.");
+        file->hash = hashes.substr(begin, end - begin);
+        begin = end + 1;
+    }
+}
+
+std::string treeOf(const GitRepository& repo, const std::vector<OverlayFile>& files)
+{
+    const ScratchIndex index(repo.runner());
+    RunOptions options = helperOptions(index.options());
+    options.input = std::string();
+    for (const OverlayFile& file : files)
+        *options.input += file.mode + ' ' + file.hash + '\t' + file.path + '\0';
+    repo.runner().accepted({"update-index", "-z", "--add", "--index-info"}, options);
+    return std::string(withoutLineEnd(repo.runner().bytes({"write-tree"}, helperOptions(index.options()))));
+}
+
+bool restoreFile(const fs::path& root, const OverlayFile& file, const std::string& bytes)
+{
+    const fs::path place = root / file.path;
+    if (!makeParents(root, file.path) || kindAt(place) == FileKind::folder)
+        return false;
+    if (file.mode == "120000")
+        return replaceByLink(place, bytes);
+    // A link in its place would be written through.
+    if (kindAt(place) == FileKind::link && ::unlink(place.c_str()) != 0)
+        return false;
+    return replaceFile(place, bytes, file.mode == "100755");
+}
+
+} // namespace
+
+std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths)
+{
+    std::vector<OverlayFile> files;
+    for (const std::string& path : paths) {
+        const fs::path place = repo.root() / path;
+        const FileKind kind = kindAt(place);
+        if (kind == FileKind::link) {
+            if (const auto target = bytesOf(place, longestTarget))
+                files.push_back({path, "120000", storeBytes(repo, *target)});
+        } else if (kind == FileKind::regular) {
+            files.push_back({path, isExecutable(place) ? "100755" : "100644", {}});
+        }
+    }
+    std::vector<OverlayFile*> regular;
+    for (OverlayFile& file : files) {
+        if (file.hash.empty())
+            regular.push_back(&file);
+    }
+    storeFiles(repo, regular);
+    return treeOf(repo, files);
+}
+
+std::vector<OverlayFile> overlayFiles(const GitRepository& repo, const std::string& tree)
+{
+    std::vector<OverlayFile> files;
+    // An entry is "MODE TYPE HASH\tPATH".
+    for (const std::string& entry : splitNul(repo.runner().bytes({"ls-tree", "-r", "-z", tree}))) {
+        const std::size_t type = entry.find(' ');
+        const std::size_t hash = entry.find(' ', type + 1);
+        const std::size_t path = entry.find('\t');
+        if (path != std::string::npos && hash < path)
+            files.push_back({entry.substr(path + 1), entry.substr(0, type), entry.substr(hash + 1, path - hash - 1)});
+    }
+    return files;
+}
+
+std::vector<std::string> restoreOverlay(const GitRepository& repo, const std::vector<OverlayFile>& files)
+{
+    std::vector<std::string> failed;
+    for (std::size_t begin = 0; begin < files.size(); begin += mostAtOnce) {
+        const auto some = std::span(files).subspan(begin, std::min(mostAtOnce, files.size() - begin));
+        std::vector<std::string> hashes;
+        for (const OverlayFile& file : some)
+            hashes.push_back(file.hash);
+        const auto contents = blobs(repo, hashes, largestBlob);
+        for (std::size_t index = 0; index < some.size(); ++index) {
+            if (!contents[index] || !restoreFile(repo.root(), some[index], *contents[index]))
+                failed.push_back(some[index].path);
+        }
+    }
+    return failed;
+}
+
+} // namespace gitkit

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace gitkit {
+
+class GitRepository;
+
+// Files of the working tree as a tree of git's, with the bytes that they have: no filter and no line end conversion is
+// applied, neither on the way in nor on the way back. All functions block and throw as the methods of GitRepository do.
+
+struct OverlayFile {
+    std::string path;
+    std::string mode; ///< as git writes it: 100644, 100755 or 120000
+    std::string hash; ///< of the bytes, or of the target of a link
+
+    bool operator==(const OverlayFile&) const = default;
+};
+
+/// Stores the files at these paths and returns the hash of a tree with them. Links are stored as links. What is no file
+/// and no link, and what is not there, is left out.
+std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths);
+
+/// Returns the files of such a tree.
+std::vector<OverlayFile> overlayFiles(const GitRepository& repo, const std::string& tree);
+
+/// Writes files back, each in one step. Returns the paths of those that could not be written: where a folder or a link
+/// stands in the way, or the disk is full.
+std::vector<std::string> restoreOverlay(const GitRepository& repo, const std::vector<OverlayFile>& files);
+
+} // namespace gitkit

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/Date.h"
+
+#include <string>
+#include <vector>
+
+namespace gitkit {
+
+class GitRepository;
+
+// The log of what can be taken back: the reflog of a ref beside HEAD, which each working tree has of its own. What it
+// names is kept by git for as long as its entries are, about thirty days, and is not seen by other programs, servers,
+// clones or bundles. All functions block and throw as the methods of GitRepository do; callers keep the writers of one
+// repository apart.
+
+/// The ref whose reflog it is.
+inline constexpr const char* undoRef = "PLOVIK_UNDO_HEAD";
+
+struct UndoEntry {
+    std::string commit; ///< full hash
+    Date date;
+    std::string text; ///< one line
+};
+
+/// Adds an entry. `text` is one line. Two entries in a row must have different commits: git notes no others.
+void appendUndoEntry(const GitRepository& repo, const std::string& commit, const std::string& text);
+
+/// Returns all entries, the newest first; none before the first one was made.
+std::vector<UndoEntry> undoEntries(const GitRepository& repo);
+
+} // namespace gitkit

@@ -1,0 +1,266 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The blocks that keeping and restoring a state is made of.
+
+#include "GitKit/repository/Folders.h"
+#include "GitKit/repository/InTheWay.h"
+#include "GitKit/runner/GitError.h"
+#include "GitKit/undo/Overlay.h"
+#include "GitKit/undo/RefTransaction.h"
+#include "GitKit/undo/TreeMove.h"
+#include "GitKit/undo/UndoLog.h"
+#include "tests/support/TestRepository.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+
+namespace gitkit {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+std::string bytesAt(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Everything that must be equal when a state was brought back.
+std::string stateOf(const TestRepository& repo)
+{
+    std::string state = repo.read({"ls-files", "-s", "-v", "-z"}) +
+                        repo.read({"status", "--porcelain=v2", "-z", "-uall"}) + repo.read({"for-each-ref"}) +
+                        repo.read({"rev-parse", "HEAD"});
+    for (const auto& entry : fs::recursive_directory_iterator(repo.path())) {
+        if (entry.path().string().find("/.git") != std::string::npos || entry.is_directory())
+            continue;
+        state += entry.path().string();
+        state += entry.is_symlink() ? fs::read_symlink(entry).string() : bytesAt(entry.path());
+        state += std::to_string(static_cast<int>(entry.symlink_status().permissions()));
+    }
+    return state;
+}
+
+TEST(UndoLog, KeepsWhatItNamesAndIsSeenByNobody)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one");
+    EXPECT_THAT(undoEntries(repo.repository()), IsEmpty());
+    const auto commit = [&](const char* message) { return repo.read({"commit-tree", "-m", message, "HEAD^{tree}"}); };
+    const std::string first = commit("b");
+    const std::string second = commit("a");
+    repo.git({"config", "core.logAllRefUpdates", "false"});
+    appendUndoEntry(repo.repository(), first, "b 1 Merge of \x1f \"topic\"");
+    appendUndoEntry(repo.repository(), second, "a 1 Merge");
+    repo.git({"gc", "-q", "--prune=now"});
+    const std::vector<UndoEntry> entries = undoEntries(repo.repository());
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].commit, second);
+    EXPECT_EQ(entries[1].text, "b 1 Merge of \x1f \"topic\"");
+    EXPECT_EQ(repo.read({"cat-file", "-t", first}), "commit");
+    EXPECT_EQ(repo.read({"log", "--all", "--format=%s"}), "one");
+    EXPECT_EQ(repo.read({"for-each-ref", "--format=%(refname)"}), "refs/heads/main");
+
+    const TemporaryFolder elsewhere;
+    repo.git({"worktree", "add", "-q", "-b", "other", (elsewhere / "tree").string()});
+    EXPECT_THAT(undoEntries(GitRepository(elsewhere / "tree")), IsEmpty()) << "each working tree has its own";
+}
+
+struct RefTransactionTest : testing::Test {
+    RefTransactionTest()
+    {
+        repo.write("a", "1").commit("one").write("a", "2").commit("two");
+        one = repo.read({"rev-parse", "HEAD~"});
+        two = repo.head();
+        repo.git({"branch", "side", one});
+    }
+    std::string at(const char* ref) const
+    {
+        int status = 0;
+        const std::string hash = runPlainGit(repo.path(), {"rev-parse", "-q", "--verify", ref}, status);
+        return hash.substr(0, hash.find('\n'));
+    }
+    bool canMove(const char* ref) const
+    {
+        int status = 0;
+        runPlainGit(repo.path(), {"update-ref", ref, two}, status);
+        return status == 0;
+    }
+
+    TestRepository repo;
+    std::string one, two;
+};
+
+TEST_F(RefTransactionTest, HoldsTheRefsUntilItMovesThemAll)
+{
+    {
+        RefTransaction open(repo.repository(), "undo", {{"refs/heads/side", one, two}, {"refs/heads/new", {}, one}});
+        EXPECT_EQ(at("refs/heads/side"), one);
+        EXPECT_FALSE(canMove("refs/heads/side")) << "it is locked";
+        open.commit();
+    }
+    EXPECT_EQ(at("refs/heads/side"), two);
+    EXPECT_EQ(at("refs/heads/new"), one);
+    EXPECT_EQ(repo.read({"log", "-g", "--format=%gs", "-1", "refs/heads/side"}), "undo");
+
+    { // nothing happens without commit()
+        const RefTransaction dropped(repo.repository(), "undo", {{"refs/heads/side", two, one}});
+    }
+    EXPECT_EQ(at("refs/heads/side"), two);
+    EXPECT_TRUE(canMove("refs/heads/side")) << "the lock is gone";
+
+    RefTransaction deleting(repo.repository(), "undo", {{"refs/heads/new", one, {}}});
+    deleting.commit();
+    EXPECT_EQ(at("refs/heads/new"), "");
+    RefTransaction(repo.repository(), "undo", {}).commit();
+}
+
+TEST_F(RefTransactionTest, RefusesBeforeAnythingHasMoved)
+{
+    using Updates = std::vector<RefUpdate>;
+    for (const Updates& wrong : {Updates{{"refs/heads/main", two, one}, {"refs/heads/side", two, one}}, // it has moved
+                                 Updates{{"refs/heads/main", two, one}, {"refs/heads/side", {}, two}},  // it is there
+                                 Updates{{"refs/heads/main", two, one}, {"refs/heads/side/x", {}, two}}})
+        EXPECT_THROW(RefTransaction(repo.repository(), "undo", wrong), GitError);
+    repo.write(".git/hooks/reference-transaction", "#!/bin/sh\n[ \"$1\" != prepared ]\n");
+    fs::permissions(repo / ".git/hooks/reference-transaction", fs::perms::owner_all);
+    EXPECT_THROW(RefTransaction(repo.repository(), "undo", {{"refs/heads/main", two, one}}), GitError);
+    fs::remove(repo / ".git/hooks/reference-transaction");
+    EXPECT_EQ(at("refs/heads/main"), two);
+
+    repo.git({"symbolic-ref", "refs/heads/alias", "refs/heads/side"});
+    EXPECT_THROW(RefTransaction(repo.repository(), "undo", {{"refs/heads/alias", two, two}}).commit(), GitError);
+    EXPECT_EQ(at("refs/heads/side"), one) << "nothing is written through an alias";
+}
+
+TEST(Overlay, KeepsBytesModesAndLinksWhateverFiltersSay)
+{
+    TestRepository repo;
+    repo.git({"config", "core.autocrlf", "input"}).git({"config", "core.safecrlf", "true"});
+    repo.write(".gitattributes", "*.f filter=broken\n").git({"config", "filter.broken.clean", "false"});
+    repo.git({"config", "filter.broken.required", "true"});
+    const std::vector<std::pair<std::string, std::string>> files{
+        {"crlf", "a\r\nb\nc\r\n"}, {"x.f", "filtered"}, {"dir/with\nnewline", "1"}, {"\"quoted", "2"}, {"-n", "3"},
+        {"latin\xe4", "4"},        {"empty", ""}};
+    std::vector<std::string> paths{"missing", "fifo", "link", "folder"};
+    for (const auto& [path, bytes] : files) {
+        repo.write(path, bytes);
+        paths.push_back(path);
+    }
+    fs::permissions(repo / "-n", fs::perms::owner_all);
+    fs::create_symlink("no/where", repo / "link");
+    fs::create_directory(repo / "folder");
+    ::mkfifo((repo / "fifo").c_str(), 0600);
+
+    const std::vector<OverlayFile> kept = overlayFiles(repo.repository(), writeOverlay(repo.repository(), paths));
+    EXPECT_EQ(kept.size(), files.size() + 1);
+    for (const auto& [path, bytes] : files)
+        repo.write(path, "changed");
+    fs::remove(repo / "link");
+    fs::remove(repo / "empty");
+    fs::remove(repo / "crlf");
+    fs::create_symlink("-n", repo / "crlf"); // must not be written through
+    fs::permissions(repo / "-n", fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_THAT(restoreOverlay(repo.repository(), kept), IsEmpty());
+    for (const auto& [path, bytes] : files)
+        EXPECT_EQ(bytesAt(repo / path), bytes) << path;
+    EXPECT_FALSE(fs::is_symlink(repo / "crlf"));
+    EXPECT_EQ(fs::read_symlink(repo / "link"), "no/where");
+    EXPECT_NE(fs::status(repo / "-n").permissions() & fs::perms::owner_exec, fs::perms::none);
+
+    fs::remove_all(repo / "dir");
+    fs::create_directory_symlink("folder", repo / "dir");
+    EXPECT_THAT(restoreOverlay(repo.repository(), kept), ElementsAre("dir/with\nnewline")) << "through no link";
+    EXPECT_TRUE(fs::is_empty(repo / "folder"));
+}
+
+TEST(TreeMove, LeavesEverythingThatIsLocal)
+{
+    TestRepository repo;
+    repo.write("moves", "1").write("staged", "1").write("changed", "1").write("both", "1").write("quiet", "1");
+    repo.write("goes", "1").commit("one");
+    const std::string one = repo.read({"rev-parse", "HEAD^{tree}"});
+    repo.write("moves", "2").write("new/file", "2").remove("goes").commit("two");
+    const std::string two = repo.read({"rev-parse", "HEAD^{tree}"});
+    repo.write("staged", "s").write("added", "s").git({"add", "staged", "added"}).write("changed", "c");
+    repo.write("both", "b").git({"add", "both"}).write("both", "bb").write("untracked", "u");
+    repo.write("intended", "i").git({"add", "-N", "intended"}).git({"update-index", "--assume-unchanged", "quiet"});
+    const fs::path directory = gitDirectories(repo.repository()).own;
+    const std::string before = stateOf(repo);
+
+    const std::vector<std::string> changed{"changed", "both"};
+    moveTrees(repo.repository(), directory, {two, one}, {two, one}, changed);
+    EXPECT_EQ(bytesAt(repo / "moves"), "1");
+    EXPECT_EQ(bytesAt(repo / "goes"), "1");
+    EXPECT_FALSE(fs::exists(repo / "new"));
+    EXPECT_EQ(bytesAt(repo / "changed") + bytesAt(repo / "both") + bytesAt(repo / "staged"), "cbbs");
+    moveTrees(repo.repository(), directory, {one, two}, {one, two}, changed);
+    EXPECT_EQ(stateOf(repo), before) << "and back";
+
+    repo.write("moves", "mine");
+    const std::string mine = stateOf(repo);
+    EXPECT_THROW(moveTrees(repo.repository(), directory, {two, one}, {two, one}, {"changed", "both", "moves"}),
+                 GitError);
+    EXPECT_EQ(stateOf(repo), mine) << "refused before anything moved";
+    repo.write("moves", "2").write(".git/index.lock", "");
+    EXPECT_THROW(moveTrees(repo.repository(), directory, {two, one}, {two, one}, changed), GitError);
+    fs::remove(repo / ".git/index.lock");
+    EXPECT_EQ(stateOf(repo), before) << "nor under a lock";
+}
+
+TEST(TreeMove, TellsWhatIsStagedWithoutTheConflicts)
+{
+    TestRepository repo;
+    repo.write("a", "1").write("b", "1").commit("one").git({"checkout", "-q", "-b", "topic"});
+    repo.write("a", "2").write("b", "2").commit("two").git({"checkout", "-q", "main"}).write("a", "3").commit("three");
+    int status = 0;
+    runPlainGit(repo.path(), {"merge", "topic"}, status);
+    const std::string before = stateOf(repo);
+    const std::string tree = indexTree(repo.repository(), gitDirectories(repo.repository()).own);
+    EXPECT_EQ(repo.read({"ls-tree", "--name-only", tree}), "b");
+    EXPECT_EQ(repo.read({"cat-file", "blob", tree + ":b"}), "2");
+    EXPECT_EQ(stateOf(repo), before);
+}
+
+TEST(InTheWay, IsNamedMovedAsideAndComesBack)
+{
+    TestRepository repo;
+    repo.write(".gitignore", ".env\n*.log\n").write("a", "1").commit("one");
+    const std::string one = repo.read({"rev-parse", "HEAD^{tree}"});
+    repo.write(".env", "theirs").git({"add", "-f", ".env"}).write("notes", "theirs").write("folder/x", "theirs");
+    repo.write("plain", "theirs").commit("two");
+    const std::string two = repo.read({"rev-parse", "HEAD^{tree}"});
+    repo.git({"checkout", "-q", "-f", "HEAD~"});
+    repo.write(".env", "secret").write("notes", "mine").write("folder", "a file").write("plain/deep/f.log", "log");
+    repo.write("other.log", "elsewhere").write("plain/deep/g", "untracked");
+    fs::permissions(repo / ".env", fs::perms::owner_read);
+
+    const InTheWay found = inTheWay(repo.repository(), one, two);
+    EXPECT_THAT(found.untracked, UnorderedElementsAre("notes", "folder", "plain/deep/g"));
+    EXPECT_THAT(found.ignored, UnorderedElementsAre(".env", "plain/deep/f.log"));
+
+    const TemporaryFolder saved;
+    std::vector<std::string> all = found.untracked;
+    all.insert(all.end(), found.ignored.begin(), found.ignored.end());
+    const std::string before = stateOf(repo);
+    moveAside(repo.repository(), all, saved / "step");
+    EXPECT_FALSE(fs::exists(repo / "plain")) << "nor are its empty folders in the way";
+    EXPECT_THAT(inTheWay(repo.repository(), one, two).ignored, IsEmpty());
+    repo.write("notes", "taken");
+    EXPECT_THAT(moveBack(repo.repository(), all, saved / "step"), ElementsAre("notes"));
+    fs::remove(repo / "notes");
+    EXPECT_THAT(moveBack(repo.repository(), {"notes"}, saved / "step"), IsEmpty());
+    EXPECT_EQ(stateOf(repo), before) << "bytes, modes and all";
+
+    EXPECT_THROW(moveAside(repo.repository(), {".env", "gone"}, saved / "again"), GitError);
+    EXPECT_EQ(stateOf(repo), before) << "a failure puts back what was moved before it";
+}
+
+} // namespace
+} // namespace gitkit
