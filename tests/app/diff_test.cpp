@@ -354,9 +354,12 @@ TEST_F(DiffViewTest, TheScrollBarShowsWhereChangesAreAndGoesThere)
     EXPECT_NE(at(3, heightOf(301)), theme.statusAdded) << "added is at the right";
     EXPECT_NE(at(3, heightOf(200)), theme.statusDeleted);
 
-    const DiffFound found{{{200, 0, 3}}, -1};
+    DiffFound found{{{200, 0, 3}}, -1};
     section().setFound(&found);
     EXPECT_EQ(at(3, heightOf(200)), theme.foundBorder);
+    found.current = 0;
+    section().setFound(&found);
+    EXPECT_EQ(at(3, heightOf(200)), theme.text);
     section().setFound(nullptr);
     EXPECT_NE(at(3, heightOf(200)), theme.foundBorder);
 
@@ -385,6 +388,9 @@ TEST_F(DiffViewTest, TheFunctionsNameStaysAtTheTop)
     EXPECT_EQ(shownAt(0), QString()) << "its own line is in sight";
     EXPECT_EQ(shownAt(5), u"Function int outer()"_s);
     EXPECT_EQ(shownAt(45), u"Function int inner(int a)"_s) << "as it is now, not as it was";
+    QTest::mouseClick(name, Qt::LeftButton);
+    EXPECT_GE(section().rowRect(36).top() + section().y(), DiffSectionBar::barHeight)
+        << "a click shows where it begins";
     const int header = controller().diff().document().hunks()[1].first;
     view.verticalScrollBar()->setValue(section().rowRect(header).top() - DiffSectionBar::barHeight - 10);
     EXPECT_EQ(name->geometry().bottom() + 1, section().rowRect(header).top()) << "the next header pushes it away";

@@ -332,7 +332,7 @@ TEST_F(SettingsTest, CodeFontChangesWithEveryStepAndGoesBackToTheDefaults)
     size.setValue(12.5);
     EXPECT_EQ(size.text(), u"12.5 points"_s);
     auto& tabWidth = control<SizeControl>(u"Tab Width"_s);
-    EXPECT_EQ(tabWidth.text(), u"8 columns"_s);
+    EXPECT_EQ(tabWidth.text(), u"8"_s);
     tabWidth.setValue(4);
     EXPECT_EQ(CodeFont::tabWidth(), 4);
 

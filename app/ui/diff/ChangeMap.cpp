@@ -43,6 +43,7 @@ void ChangeMap::draw()
             line.isRemoved = line.isRemoved || mark.kind == MapMark::Kind::removed;
             line.isAdded = line.isAdded || mark.kind == MapMark::Kind::added;
             line.isFound = line.isFound || mark.kind == MapMark::Kind::found;
+            line.isCurrent = line.isCurrent || mark.kind == MapMark::Kind::current;
         }
     }
 }
@@ -63,8 +64,8 @@ void ChangeMap::paintEvent(QPaintEvent* event)
             painter.fillRect(1, y, half - 1, 1, theme.statusDeleted);
         if (line.isAdded)
             painter.fillRect(half, y, width() - half - 1, 1, theme.statusAdded);
-        if (line.isFound)
-            painter.fillRect(0, y, width(), 1, theme.foundBorder);
+        if (line.isFound || line.isCurrent)
+            painter.fillRect(0, y, width(), 1, line.isCurrent ? theme.text : theme.foundBorder);
     }
 }
 

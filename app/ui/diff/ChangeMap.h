@@ -11,7 +11,7 @@ namespace plovik {
 
 /// A part of what is scrolled that a change map marks. Lengths are in device-independent pixels from the start of it.
 struct MapMark {
-    enum class Kind { removed, added, found };
+    enum class Kind { removed, added, found, current };
 
     Kind kind = Kind::removed;
     int top = 0;
@@ -19,7 +19,7 @@ struct MapMark {
 };
 
 /// A vertical scroll bar that shows where lines were removed, in its left half, and added, in its right half, and across
-/// both where a search has found something. A click on a mark goes there. Main thread.
+/// both where a search has found something, the current match in another colour. A click on a mark goes there. Main thread.
 class ChangeMap : public QScrollBar {
     Q_OBJECT
 
@@ -45,7 +45,7 @@ private:
     bool isKnown_ = false;
     struct Line {
         int top = -1; ///< of the first mark there, in what is scrolled; -1 without one
-        bool isRemoved = false, isAdded = false, isFound = false;
+        bool isRemoved = false, isAdded = false, isFound = false, isCurrent = false;
     };
     std::vector<Line> lines_; ///< by the bar's pixels
 };

@@ -11,7 +11,7 @@ namespace plovik {
 
 namespace {
 
-constexpr qsizetype longestName = 200;
+constexpr std::size_t longestName = 400; // in bytes
 
 bool isBlankByte(char c) { return c == ' ' || c == '\t'; }
 
@@ -137,7 +137,8 @@ QString DiffOutline::name(int row) const
     const DiffDocument& document = diff_.document();
     const std::string_view bytes = document.bytes(row);
     const bool isHeader = document.row(row).kind == DiffDocument::Kind::hunk;
-    return ShownLine::of(isHeader ? nameInHeader(bytes) : withoutBlanks(bytes)).shown.left(longestName);
+    const std::string_view name = isHeader ? nameInHeader(bytes) : withoutBlanks(bytes);
+    return ShownLine::of(name.substr(0, longestName)).shown;
 }
 
 } // namespace plovik

@@ -62,6 +62,7 @@ DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWi
             Q_EMIT revealRequested(
                 rowRect(controller_->diff().document().hunks()[static_cast<std::size_t>(hunk)].first));
     });
+    connect(functionBar_, &FunctionBar::pressed, this, [this] { Q_EMIT revealRequested(rowRect(namedRow_)); });
     connect(cutButton_, &CutButton::focused, this, [this] { Q_EMIT revealRequested(cutButton_->geometry()); });
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
@@ -215,6 +216,7 @@ void DiffSectionView::placeFunctionBar()
     functionBar_->setVisible(named >= 0 && named < row);
     if (functionBar_->isHidden())
         return;
+    namedRow_ = named;
     functionBar_->setText(outline_.name(named), geometry_.metrics().numberFont, geometry_.metrics().hunkTextLeft);
     // The next hunk's header pushes it out of sight.
     const auto& hunks = document.hunks();

@@ -110,6 +110,7 @@ private:
     DiffSectionBar* bar_;
     FunctionBar* functionBar_;
     DiffOutline outline_;
+    int namedRow_ = 0; ///< where the function in its bar begins
     CutButton* cutButton_;
     DiffButtons hunkButtons_{*this};
     QWidget* inset_ = nullptr;

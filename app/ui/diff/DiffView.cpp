@@ -217,7 +217,7 @@ std::vector<MapMark> DiffView::mapMarks() const
         }
         if (section.found()) {
             for (const DiffFound::Run& run : section.found()->runs)
-                add(MapMark::Kind::found, run.row, run.row);
+                add(section.found()->isCurrent(run) ? MapMark::Kind::current : MapMark::Kind::found, run.row, run.row);
         }
     }
     return marks;

@@ -4,6 +4,7 @@
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace plovik {
@@ -11,7 +12,7 @@ namespace plovik {
 FunctionBar::FunctionBar(QWidget* parent) : QWidget(parent)
 {
     setFixedHeight(barHeight);
-    setCursor(Qt::ArrowCursor);
+    setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
@@ -24,6 +25,14 @@ void FunctionBar::setText(const QString& text, const QFont& font, int left)
     left_ = left;
     setAccessibleName(tr("Function %1").arg(text));
     update();
+}
+
+void FunctionBar::mousePressEvent(QMouseEvent* event)
+{
+    // It must not go on to the lines below, whatever the button.
+    event->accept();
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT pressed();
 }
 
 void FunctionBar::paintEvent(QPaintEvent*)

@@ -6,7 +6,7 @@
 
 namespace plovik {
 
-/// Shows the name of the function that the lines below it stand in. Main thread.
+/// Shows the name of the function that the lines below it stand in. A click asks for where that begins. Main thread.
 class FunctionBar : public QWidget {
     Q_OBJECT
 
@@ -18,7 +18,11 @@ public:
     /// `left` is where the text begins.
     void setText(const QString& text, const QFont& font, int left);
 
+Q_SIGNALS:
+    void pressed();
+
 protected:
+    void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -54,9 +54,9 @@ EditorTab::EditorTab(QWidget* parent)
     form->addControl(tr("Size"), size_);
     form->addRow(preview_);
     tabWidth_->setDecimals(0);
-    tabWidth_->setSuffix(tr(" columns"));
+    tabWidth_->setSuffix(QString());
     form->addControl(tr("Tab Width"), tabWidth_);
-    form->addNote(tr("A file .editorconfig in the repository goes before this."));
+    form->addNote(tr("In columns. A file .editorconfig in the repository goes before this."));
     auto* const below = new QHBoxLayout;
     below->addWidget(reset);
     below->addStretch(1);
