@@ -8,6 +8,7 @@
 #include "app/settings/RecentRepositories.h"
 #include "app/settings/Settings.h"
 #include "app/shell/AISettings.h"
+#include "app/shell/AboutDialog.h"
 #include "app/shell/CommandLineSettings.h"
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/RepositoryWindow.h"
@@ -17,6 +18,7 @@
 #include "app/store/ShownText.h"
 #include "app/store/StoreServices.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/settings/SettingsView.h"
 #include "app/ui/welcome/WelcomeView.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -24,7 +26,6 @@
 
 #include <QApplication>
 #include <QFileDialog>
-#include <QMessageBox>
 #include <QShortcut>
 #include <QStyle>
 #include <QTimer>
@@ -63,18 +64,6 @@ IndexChoices indexChoices()
     const std::filesystem::path folder = StoreServices{.cacheFolder = cacheFolder()}.indexFolder();
     return {.bytes = [folder] { return static_cast<qint64>(gitkit::commitGraphBytes(folder)); },
             .clear = [folder] { gitkit::removeCommitGraphs(folder); }};
-}
-
-/// Returns an alert that is not shown yet and deletes itself when it is closed. Its accessible name is its title.
-QMessageBox* alert(const QString& title, const QString& detail, QWidget* parent)
-{
-    auto* const box = new QMessageBox(QMessageBox::Warning, plainTitle(title), title, QMessageBox::Ok, parent);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(detail);
-    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    box->setAccessibleName(title);
-    return box;
 }
 
 /// Returns the desktop's scheme, or that of the toolkit's palette when the desktop names none.
@@ -215,8 +204,8 @@ void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const st
         Q_EMIT finished(status_);
         return;
     }
-    QMessageBox* const box = alert(title, detail, currentWindow());
-    connect(box, &QMessageBox::finished, this, [this] {
+    auto* const box = new MessageDialog(title, detail, currentWindow());
+    connect(box, &QDialog::finished, this, [this] {
         if (repositoryWindows_.empty())
             showWelcome();
     });
@@ -280,6 +269,16 @@ void AppDelegate::addKeys(QWidget& window)
     }
 }
 
+void AppDelegate::openFolder(const std::filesystem::path& folder) { launch(openRepository(folder)); }
+
+std::vector<std::filesystem::path> AppDelegate::openRoots() const
+{
+    std::vector<std::filesystem::path> roots;
+    for (const auto& [key, window] : repositoryWindows_)
+        roots.push_back(window->root());
+    return roots;
+}
+
 RepositoryWindow* AppDelegate::currentWindow() const
 {
     // A dialog counts as the window that it belongs to.
@@ -340,22 +339,6 @@ void AppDelegate::openDocument()
     panel->open();
 }
 
-void AppDelegate::hideAll()
-{
-    for (QWidget* window : windows()) {
-        if (window->isVisible())
-            window->showMinimized();
-    }
-}
-
-void AppDelegate::showAll()
-{
-    for (QWidget* window : windows()) {
-        if (window->isMinimized())
-            window->showNormal();
-    }
-}
-
 void AppDelegate::quit()
 {
     QApplication::closeAllWindows();
@@ -372,11 +355,9 @@ void AppDelegate::endSoon()
 
 void AppDelegate::about()
 {
-    auto* const box = new QMessageBox(QMessageBox::NoIcon, tr("About Plovik"),
-                                      tr("Plovik %1\n\nA graphical git client.").arg(QLatin1String(PLOVIK_VERSION)),
-                                      QMessageBox::Ok, currentWindow());
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    if (!aboutDialog_)
+        aboutDialog_ = new AboutDialog(currentWindow());
+    bringToFront(aboutDialog_);
 }
 
 void AppDelegate::checkForUpdates()

@@ -21,6 +21,7 @@ class QWidget;
 
 namespace plovik {
 
+class AboutDialog;
 class RepositoryWindow;
 class UpdateDialog;
 class SettingsView;
@@ -56,9 +57,9 @@ public:
     void showWelcome();
 
     void openDocument() override;
+    void openFolder(const std::filesystem::path& folder) override;
+    std::vector<std::filesystem::path> openRoots() const override;
     void showSettings() override;
-    void hideAll() override;
-    void showAll() override;
     void quit() override;
     /// Closes all windows, which ends what they read, and emits finished() once the changes have ended, or a few seconds
     /// later.
@@ -92,6 +93,7 @@ private:
     std::map<std::string, RepositoryWindow*> repositoryWindows_; ///< by the bytes of their top level
     QPointer<QWidget> welcomeWindow_;
     QPointer<UpdateDialog> updateDialog_;
+    QPointer<AboutDialog> aboutDialog_;
     QPointer<SettingsView> settingsWindow_;
     bool receivedOpenRequest_ = false;
     std::shared_ptr<const std::monostate> opening_ =

@@ -10,8 +10,8 @@ class NoTarget : public MenuTarget {
 public:
     void openDocument() override {}
     void showSettings() override {}
-    void hideAll() override {}
-    void showAll() override {}
+    void openFolder(const std::filesystem::path&) override {}
+    std::vector<std::filesystem::path> openRoots() const override { return {}; }
     void quit() override {}
     void about() override {}
     void checkForUpdates() override {}

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/widgets/Mnemonics.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
@@ -40,7 +42,7 @@ inline std::vector<std::string> entries(const QMenu& menu)
 {
     std::vector<std::string> titles;
     for (const QAction* action : menu.actions()) {
-        const std::string title = action->isSeparator() ? "—" : action->text().toStdString();
+        const std::string title = action->isSeparator() ? "—" : withoutMnemonic(action->text()).toStdString();
         titles.push_back(action->isEnabled() ? title : "(" + title + ")");
     }
     return titles;
@@ -49,7 +51,7 @@ inline std::vector<std::string> entries(const QMenu& menu)
 inline QAction* entry(const QMenu& menu, const QString& title)
 {
     for (QAction* action : menu.actions()) {
-        if (action->text() == title)
+        if (withoutMnemonic(action->text()) == title)
             return action;
     }
     return nullptr;

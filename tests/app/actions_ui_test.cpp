@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/MainMenu.h"
+#include "app/ui/dialogs/ShortcutsDialog.h"
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarView.h"
@@ -24,6 +26,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTreeView>
+#include <QTreeWidget>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
@@ -297,6 +300,104 @@ TEST_F(MainMenuTest, TellsWhatTheStoreWouldDrop)
     EXPECT_EQ(whyNot(u"Pull"_s), QString());
 }
 
+/// Returns the entries of a menu and of those inside it that can be seen.
+QList<QAction*> seen(const QMenu& menu)
+{
+    QList<QAction*> entries;
+    for (QAction* const entry : menu.actions()) {
+        if (!entry->isSeparator() && entry->isVisible())
+            entries.append(entry);
+    }
+    return entries;
+}
+
+TEST_F(MainMenuTest, EveryEntryHasALetterOfItsOwnInItsMenu)
+{
+    const auto look = [](const QList<QAction*>& entries, const QString& place) {
+        std::map<QChar, QString> letters;
+        for (const QAction* const entry : entries) {
+            const QString text = QString(entry->text()).remove(u"&&"_s);
+            const qsizetype mark = text.indexOf(u'&');
+            ASSERT_GE(mark, 0) << place.toStdString() << ": " << text.toStdString();
+            const QChar letter = text[mark + 1].toUpper();
+            EXPECT_TRUE(letter.isLetterOrNumber()) << text.toStdString();
+            EXPECT_FALSE(letters.contains(letter)) << text.toStdString() << ", " << letters[letter].toStdString();
+            letters[letter] = text;
+        }
+    };
+    Settings::shared().set(settings::aiEnabled, true);
+    look(window.menuBar()->actions(), u"bar"_s);
+    for (QMenu* const menu : window.menuBar()->findChildren<QMenu*>()) {
+        Q_EMIT menu->aboutToShow();
+        look(seen(*menu), menu->title());
+    }
+    Settings::shared().set(settings::aiEnabled, settings::aiEnabled.fallback);
+}
+
+TEST_F(MainMenuTest, EveryCommandStandsInItOnce)
+{
+    std::map<CommandId, int> found;
+    for (const QMenu* const menu : window.menuBar()->findChildren<QMenu*>()) {
+        for (const QAction* const entry : menu->actions()) {
+            if (const std::optional<CommandId> id = commandOf(*entry))
+                ++found[*id];
+        }
+    }
+    for (const Command& listed : allCommands())
+        EXPECT_EQ(found[listed.id], 1) << listed.title().toStdString();
+}
+
+TEST_F(ActionsTest, TheMenuBarDoesWhatTheContextMenuOfTheSelectionDoes)
+{
+    QMainWindow window;
+    test::NoTarget target;
+    auto* const shown = new RepositoryView(store);
+    window.setCentralWidget(shown);
+    mainMenu::build(*window.menuBar(), target, store);
+    window.resize(1000, 700);
+    window.show();
+    repo.write("a", "2\n");
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    const auto command = [&](const QString& menu, const QString& title) -> QAction* {
+        for (QMenu* const each : window.menuBar()->findChildren<QMenu*>()) {
+            if (withoutMnemonic(each->title()) != menu)
+                continue;
+            Q_EMIT each->aboutToShow();
+            return entry(*each, title);
+        }
+        return nullptr;
+    };
+    QAction* merge = command(u"Branch"_s, u"Merge…"_s);
+    EXPECT_FALSE(merge->isEnabled());
+    EXPECT_EQ(merge->toolTip(), u"Select a branch in the sidebar."_s);
+    EXPECT_FALSE(command(u"Commit"_s, u"Stage"_s)->isEnabled());
+
+    store.window().selectPaths({"a"});
+    QAction* const stage = command(u"Commit"_s, u"Stage"_s);
+    ASSERT_TRUE(stage && stage->isEnabled());
+    EXPECT_TRUE(stage->shortcut().isEmpty()) << "the key is the list's";
+    EXPECT_TRUE(stage->text().endsWith(u"\tSpace"_s));
+    stage->trigger();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "a");
+
+    store.window().select(SidebarItem::ref("refs/heads/main"));
+    ASSERT_TRUE(worker.settle());
+    merge = command(u"Branch"_s, u"Merge into “main”…"_s);
+    ASSERT_TRUE(merge);
+    EXPECT_EQ(merge->toolTip(), u"This branch is checked out."_s);
+    store.window().select(SidebarItem::ref("refs/heads/side"));
+    ASSERT_TRUE(worker.settle());
+    command(u"Branch"_s, u"New Branch from Here…"_s)->trigger();
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{"refs/heads/side"}));
+    store.window().closeSheet();
+    QAction* const pick = command(u"Commit"_s, u"Cherry-Pick"_s);
+    ASSERT_TRUE(pick);
+    EXPECT_TRUE(pick->isEnabled()) << "the tip of the branch is selected";
+    delete window.takeCentralWidget();
+}
+
 /// Returns the cells of the first table of the README's chapter on the keyboard as pairs of keys and a command.
 std::map<QString, QString> keysInReadme()
 {
@@ -318,15 +419,41 @@ TEST_F(MainMenuTest, TheReadmeListsTheKeysOfAllCommands)
 {
     std::map<QString, QString> keys;
     for (const Command& listed : allCommands()) {
-        if (listed.shortcut().isEmpty())
+        if (listed.shortcut().isEmpty() || std::holds_alternative<Command::OnSelection>(listed.action))
             continue;
         const QString shortcut = listed.shortcut().toString(QKeySequence::PortableText);
         EXPECT_FALSE(keys.contains(shortcut)) << shortcut.toStdString() << " is taken";
         keys[shortcut] = listed.title().remove(u'…');
-        if (listed.id != CommandId::commit) // the commit box has its key
-            EXPECT_TRUE(command(listed.title())) << listed.title().toStdString() << " stands in no menu";
     }
     EXPECT_EQ(keysInReadme(), keys);
+
+    QStringList rows;
+    for (const ListKeys& each : listKeys())
+        rows += u"| %1 | %2 |"_s.arg(QString::fromLatin1(each.keys), QString::fromUtf8(each.meaning));
+    QFile readme(QStringLiteral(PLOVIK_README));
+    ASSERT_TRUE(readme.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(
+        QString::fromUtf8(readme.readAll()).contains(u"| Keys | |\n|---|---|\n"_s + rows.join(u'\n') + u"\n\n"_s))
+        << rows.join(u'\n').toStdString();
+}
+
+TEST(Shortcuts, ArePickedByNameOrKey)
+{
+    QWidget window;
+    window.show();
+    showShortcuts(window);
+    auto* const page = window.findChild<ShortcutsDialog*>();
+    ASSERT_TRUE(page);
+    auto* const list = page->findChild<QTreeWidget*>();
+    const auto shown = [list] {
+        Titles titles;
+        for (QTreeWidgetItemIterator item(list, QTreeWidgetItemIterator::NotHidden); *item; ++item)
+            titles.push_back((*item)->text(0).toStdString());
+        return titles;
+    };
+    EXPECT_GT(shown().size(), 40U);
+    QTest::keyClicks(named<QLineEdit>(*page, u"Filter Shortcuts"_s), u"shift fetch"_s);
+    EXPECT_EQ(shown(), (Titles{"Repository", "Fetch"}));
 }
 
 TEST_F(MainMenuTest, UndoIsTheTextsAsLongAsItHasSomethingToUndo)
@@ -336,7 +463,8 @@ TEST_F(MainMenuTest, UndoIsTheTextsAsLongAsItHasSomethingToUndo)
     auto* edit = qobject_cast<QMenu*>(undo->associatedObjects().constFirst());
     const auto shownTitle = [&] {
         Q_EMIT edit->aboutToShow();
-        return undo->isEnabled() ? undo->text() : u"("_s + undo->text() + u")"_s;
+        const QString title = withoutMnemonic(undo->text());
+        return undo->isEnabled() ? title : u"("_s + title + u")"_s;
     };
     EXPECT_EQ(shownTitle(), u"(Undo)"_s);
     given(store.discards().canUndo, true);

@@ -252,8 +252,8 @@ private:
     {
         read(menu, "title", menu.title());
         for (const QAction* action : menu.actions()) {
-            read(*action, "entry", action->text());
-            read(*action, "tooltip of an entry", action->toolTip());
+            read(*action, "entry", withoutMnemonic(action->text()));
+            read(*action, "tooltip of an entry", withoutMnemonic(action->toolTip()));
             if (action->menu())
                 seeMenu(*action->menu());
         }

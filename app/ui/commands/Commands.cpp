@@ -6,6 +6,7 @@
 #include "app/store/Obstacles.h"
 #include "app/store/actions/Remotes.h"
 #include "app/ui/commands/MainMenu.h"
+#include "app/ui/dialogs/ShortcutsDialog.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/workingcopy/MessageButtons.h"
 
@@ -22,6 +23,7 @@ namespace {
 
 using Store = RepositoryStore;
 
+constexpr const char* commandProperty = "plovikCommand";
 constexpr auto shifted = Qt::CTRL | Qt::SHIFT;
 
 QString translated(const char* text) { return QCoreApplication::translate("Commands", text); }
@@ -56,6 +58,22 @@ void toggleMaximized(QWidget& window)
 
 using Id = CommandId;
 
+// What has to be selected for a command.
+constexpr const char* wantedFile = QT_TRANSLATE_NOOP("Commands", "Select a file in a list.");
+constexpr const char* wantedConflict = QT_TRANSLATE_NOOP("Commands", "Select a file with conflicts.");
+constexpr const char* wantedHunk = QT_TRANSLATE_NOOP("Commands", "Go to a part of a diff that offers this.");
+constexpr const char* wantedLines = QT_TRANSLATE_NOOP("Commands", "Select changed lines in a diff that offers this.");
+constexpr const char* wantedCommit = QT_TRANSLATE_NOOP("Commands", "Select a commit in the history.");
+constexpr const char* wantedRef = QT_TRANSLATE_NOOP("Commands", "Select a branch or a tag in the sidebar.");
+constexpr const char* wantedStash = QT_TRANSLATE_NOOP("Commands", "Select a stash.");
+constexpr const char* wantedLogged = QT_TRANSLATE_NOOP("Commands", "Select a command in the command log.");
+
+constexpr Command onSelection(Id id, const char* name, const char* wanted, QKeyCombination keys = {})
+{
+    return {
+        .id = id, .name = name, .keys = keys, .action = Command::OnSelection(), .wanted = wanted, .hasViewKeys = true};
+}
+
 constexpr Command table[] = {
     {.id = Id::about, .name = QT_TRANSLATE_NOOP("Commands", "About Plovik"), .action = &MenuTarget::about},
     {.id = Id::checkForUpdates,
@@ -65,11 +83,6 @@ constexpr Command table[] = {
      .name = QT_TRANSLATE_NOOP("Commands", "Settings…"),
      .keys = Qt::CTRL | Qt::Key_Comma,
      .action = &MenuTarget::showSettings},
-    {.id = Id::hideAll,
-     .name = QT_TRANSLATE_NOOP("Commands", "Hide Plovik"),
-     .keys = Qt::CTRL | Qt::Key_H,
-     .action = &MenuTarget::hideAll},
-    {.id = Id::showAll, .name = QT_TRANSLATE_NOOP("Commands", "Show All"), .action = &MenuTarget::showAll},
     {.id = Id::quit,
      .name = QT_TRANSLATE_NOOP("Commands", "Quit Plovik"),
      .keys = Qt::CTRL | Qt::Key_Q,
@@ -138,7 +151,8 @@ constexpr Command table[] = {
      .name = QT_TRANSLATE_NOOP("Commands", "Cancel Action"),
      .keys = Qt::CTRL | Qt::Key_Period,
      .action = [](Store& store) { store.changes().cancelActivity(); },
-     .isPossible = canCancel},
+     .isPossible = canCancel,
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Nothing runs that could be cancelled.")},
     {.id = Id::newBranch,
      .name = QT_TRANSLATE_NOOP("Commands", "New Branch…"),
      .keys = shifted | Qt::Key_B,
@@ -151,7 +165,8 @@ constexpr Command table[] = {
      .action = [](Store& store) { store.window().showSheet(StashSheet{}); },
      .verb = Verb::saveStash,
      .isPossible = [](const Store& store) { return !store.snapshot().status.value().files.empty(); },
-     .buttonName = QT_TRANSLATE_NOOP("Commands", "Stash")},
+     .buttonName = QT_TRANSLATE_NOOP("Commands", "Stash"),
+     .wanted = QT_TRANSLATE_NOOP("Commands", "There are no changes to stash.")},
     {.id = Id::restoreDiscarded,
      .name = QT_TRANSLATE_NOOP("Commands", "Restore Discarded…"),
      .action = [](Store& store) { store.window().showSheet(DiscardedSheet{}); }},
@@ -160,27 +175,32 @@ constexpr Command table[] = {
      .keys = shifted | Qt::Key_M,
      .action = writeMessageInView,
      .isPossible = canWriteMessage,
-     .isThere = writesMessages},
+     .isThere = writesMessages,
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Stage the changes to describe first.")},
     {.id = Id::showWhatIsSent,
      .name = QT_TRANSLATE_NOOP("Commands", "Show What Is Sent…"),
      .action = [](Store& store) { store.window().showSheet(SentChangesSheet{}); },
      .isPossible = canWriteMessage,
-     .isThere = writesMessages},
+     .isThere = writesMessages,
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Stage the changes to describe first.")},
     {.id = Id::back,
      .name = QT_TRANSLATE_NOOP("Commands", "Back"),
      .keys = Qt::ALT | Qt::Key_Left,
      .action = [](Store& store) { store.trail().goBack(); },
-     .isPossible = [](const Store& store) { return store.trail().canGoBack.value(); }},
+     .isPossible = [](const Store& store) { return store.trail().canGoBack.value(); },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Nothing was looked at before.")},
     {.id = Id::forward,
      .name = QT_TRANSLATE_NOOP("Commands", "Forward"),
      .keys = Qt::ALT | Qt::Key_Right,
      .action = [](Store& store) { store.trail().goForward(); },
-     .isPossible = [](const Store& store) { return store.trail().canGoForward.value(); }},
+     .isPossible = [](const Store& store) { return store.trail().canGoForward.value(); },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Nothing was left by going back.")},
     {.id = Id::goToCommit,
      .name = QT_TRANSLATE_NOOP("Commands", "Go to Commit…"),
      .keys = Qt::CTRL | Qt::Key_G,
      .action = [](Store& store) { store.window().showSheet(GoToCommitSheet{}); },
-     .isPossible = [](const Store& store) { return store.snapshot().status.value().hasCommits(); }},
+     .isPossible = [](const Store& store) { return store.snapshot().status.value().hasCommits(); },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Nothing has been committed yet.")},
     {.id = Id::sideBySide,
      .name = QT_TRANSLATE_NOOP("Commands", "Side by Side"),
      .keys = shifted | Qt::Key_D,
@@ -194,7 +214,8 @@ constexpr Command table[] = {
     {.id = Id::wholeFile,
      .name = QT_TRANSLATE_NOOP("Commands", "Whole File"),
      .keys = shifted | Qt::Key_E,
-     .action = Command::SightSlot{"toggleWholeFile()"}},
+     .action = Command::SightSlot{"toggleWholeFile()"},
+     .wanted = QT_TRANSLATE_NOOP("Commands", "No diff is in sight.")},
     {.id = Id::wrapLines,
      .name = QT_TRANSLATE_NOOP("Commands", "Wrap Lines"),
      .keys = Qt::ALT | Qt::Key_Z,
@@ -216,11 +237,13 @@ constexpr Command table[] = {
     {.id = Id::nextChange,
      .name = QT_TRANSLATE_NOOP("Commands", "Next Change"),
      .keys = Qt::Key_F7,
-     .action = Command::SightSlot{"nextChange()"}},
+     .action = Command::SightSlot{"nextChange()"},
+     .wanted = QT_TRANSLATE_NOOP("Commands", "No diff is in sight.")},
     {.id = Id::previousChange,
      .name = QT_TRANSLATE_NOOP("Commands", "Previous Change"),
      .keys = Qt::SHIFT | Qt::Key_F7,
-     .action = Command::SightSlot{"previousChange()"}},
+     .action = Command::SightSlot{"previousChange()"},
+     .wanted = QT_TRANSLATE_NOOP("Commands", "No diff is in sight.")},
     {.id = Id::commandLog,
      .name = QT_TRANSLATE_NOOP("Commands", "Command Log"),
      .keys = shifted | Qt::Key_L,
@@ -234,7 +257,75 @@ constexpr Command table[] = {
     {.id = Id::bringAllToFront,
      .name = QT_TRANSLATE_NOOP("Commands", "Bring All to Front"),
      .action = &MenuTarget::bringAllToFront},
-    {.id = Id::commit, .name = QT_TRANSLATE_NOOP("Commands", "Commit"), .keys = Qt::CTRL | Qt::Key_Return},
+    {.id = Id::commit,
+     .name = QT_TRANSLATE_NOOP("Commands", "Commit"),
+     .keys = Qt::CTRL | Qt::Key_Return,
+     .action = Command::SightSlot{"commit()"},
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Show the working copy, where the message is written."),
+     .hasViewKeys = true},
+    {.id = Id::find,
+     .name = QT_TRANSLATE_NOOP("Commands", "Find…"),
+     .keys = Qt::CTRL | Qt::Key_F,
+     .action = Command::SightSlot{"find()"},
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Nothing in sight can be searched.")},
+    {.id = Id::newTag,
+     .name = QT_TRANSLATE_NOOP("Commands", "New Tag…"),
+     .keys = shifted | Qt::Key_T,
+     .action = [](Store& store) { store.window().showSheet(NewTagSheet{*store.snapshot().status.value().oid}); },
+     .verb = Verb::createTag,
+     .isPossible = [](const Store& store) { return store.snapshot().status.value().oid.has_value(); },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Nothing has been committed yet.")},
+    {.id = Id::keyboardShortcuts,
+     .name = QT_TRANSLATE_NOOP("Commands", "Keyboard Shortcuts"),
+     .keys = Qt::Key_F1,
+     .action = showShortcuts},
+    onSelection(Id::openInEditor, QT_TRANSLATE_NOOP("Commands", "Open in Editor"), wantedFile, Qt::Key_Return),
+    onSelection(Id::revealFile, QT_TRANSLATE_NOOP("Commands", "Reveal in File Browser"), wantedFile),
+    onSelection(Id::showBlame, QT_TRANSLATE_NOOP("Commands", "Show Blame"), wantedFile),
+    onSelection(Id::showFileHistory, QT_TRANSLATE_NOOP("Commands", "Show File History"), wantedFile),
+    onSelection(Id::blameBefore, QT_TRANSLATE_NOOP("Commands", "Blame Before This Commit"),
+                QT_TRANSLATE_NOOP("Commands", "Select a line in the blame of a file."), Qt::Key_B),
+    onSelection(Id::copyPath, QT_TRANSLATE_NOOP("Commands", "Copy Path"), wantedFile),
+    onSelection(Id::copyShellLine, QT_TRANSLATE_NOOP("Commands", "Copy as Shell Line"), wantedLogged),
+    onSelection(Id::copyOutput, QT_TRANSLATE_NOOP("Commands", "Copy Output"), wantedLogged),
+    onSelection(Id::showMoreAbove, QT_TRANSLATE_NOOP("Commands", "Show More Above"), wantedHunk, Qt::CTRL | Qt::Key_Up),
+    onSelection(Id::showMoreBelow, QT_TRANSLATE_NOOP("Commands", "Show More Below"), wantedHunk,
+                Qt::CTRL | Qt::Key_Down),
+    onSelection(Id::applyStash, QT_TRANSLATE_NOOP("Commands", "Apply Stash"), wantedStash),
+    onSelection(Id::popStash, QT_TRANSLATE_NOOP("Commands", "Pop Stash"), wantedStash),
+    onSelection(Id::dropStash, QT_TRANSLATE_NOOP("Commands", "Drop Stash…"), wantedStash),
+    onSelection(Id::checkOutRef, QT_TRANSLATE_NOOP("Commands", "Check Out"), wantedRef),
+    onSelection(Id::mergeRef, QT_TRANSLATE_NOOP("Commands", "Merge…"),
+                QT_TRANSLATE_NOOP("Commands", "Select a branch in the sidebar.")),
+    onSelection(Id::newBranchFromRef, QT_TRANSLATE_NOOP("Commands", "New Branch from Here…"), wantedRef),
+    onSelection(Id::copyRefName, QT_TRANSLATE_NOOP("Commands", "Copy Name"), wantedRef),
+    onSelection(Id::deleteRef, QT_TRANSLATE_NOOP("Commands", "Delete…"),
+                QT_TRANSLATE_NOOP("Commands", "Select a local branch or a tag in the sidebar.")),
+    onSelection(Id::stageFiles, QT_TRANSLATE_NOOP("Commands", "Stage"),
+                QT_TRANSLATE_NOOP("Commands", "Select changed files that are not staged yet."), Qt::Key_Space),
+    onSelection(Id::unstageFiles, QT_TRANSLATE_NOOP("Commands", "Unstage"),
+                QT_TRANSLATE_NOOP("Commands", "Select changed files that are staged."), Qt::Key_Space),
+    onSelection(Id::discardFiles, QT_TRANSLATE_NOOP("Commands", "Discard Changes…"),
+                QT_TRANSLATE_NOOP("Commands", "Select changed files in the working copy."), Qt::Key_Delete),
+    onSelection(Id::useOurs, QT_TRANSLATE_NOOP("Commands", "Use Ours"), wantedConflict),
+    onSelection(Id::useTheirs, QT_TRANSLATE_NOOP("Commands", "Use Theirs"), wantedConflict),
+    onSelection(Id::markResolved, QT_TRANSLATE_NOOP("Commands", "Mark Resolved"), wantedConflict),
+    onSelection(Id::stageLines, QT_TRANSLATE_NOOP("Commands", "Stage Lines"), wantedLines, Qt::Key_S),
+    onSelection(Id::unstageLines, QT_TRANSLATE_NOOP("Commands", "Unstage Lines"), wantedLines, Qt::Key_S),
+    onSelection(Id::discardLines, QT_TRANSLATE_NOOP("Commands", "Discard Lines…"), wantedLines, Qt::Key_Delete),
+    onSelection(Id::stageHunk, QT_TRANSLATE_NOOP("Commands", "Stage Hunk"), wantedHunk, Qt::Key_S),
+    onSelection(Id::unstageHunk, QT_TRANSLATE_NOOP("Commands", "Unstage Hunk"), wantedHunk, Qt::Key_S),
+    onSelection(Id::discardHunk, QT_TRANSLATE_NOOP("Commands", "Discard Hunk…"), wantedHunk, Qt::Key_Delete),
+    onSelection(Id::checkOutCommit, QT_TRANSLATE_NOOP("Commands", "Check Out Commit"), wantedCommit),
+    onSelection(Id::newBranchHere, QT_TRANSLATE_NOOP("Commands", "New Branch Here…"), wantedCommit),
+    onSelection(Id::newTagHere, QT_TRANSLATE_NOOP("Commands", "New Tag Here…"), wantedCommit),
+    onSelection(Id::cherryPick, QT_TRANSLATE_NOOP("Commands", "Cherry-Pick"), wantedCommit),
+    onSelection(Id::revert, QT_TRANSLATE_NOOP("Commands", "Revert…"), wantedCommit),
+    onSelection(Id::copyHash, QT_TRANSLATE_NOOP("Commands", "Copy Hash"), wantedCommit),
+    onSelection(Id::copySubject, QT_TRANSLATE_NOOP("Commands", "Copy Subject"), wantedCommit),
+    onSelection(Id::showCommit, QT_TRANSLATE_NOOP("Commands", "Show Commit"),
+                QT_TRANSLATE_NOOP("Commands", "Select a line of a blame, or a commit in the history of a file."),
+                Qt::Key_Return),
 };
 
 constexpr bool hasARowForEachId()
@@ -243,7 +334,7 @@ constexpr bool hasARowForEachId()
         if (table[index].id != static_cast<CommandId>(index))
             return false;
     }
-    return std::size(table) == static_cast<std::size_t>(Id::commit) + 1;
+    return std::size(table) == static_cast<std::size_t>(Id::showCommit) + 1;
 }
 static_assert(hasARowForEachId());
 
@@ -263,6 +354,8 @@ QString Command::buttonTitle() const { return translated(buttonName ? buttonName
 
 QKeySequence Command::shortcut() const { return keys == QKeyCombination() ? QKeySequence() : QKeySequence(keys); }
 
+QString Command::whatIsWanted() const { return wanted ? translated(wanted) : QString(); }
+
 bool Command::isOffered(const RepositoryStore& store) const
 {
     return whyNot(store).isEmpty() && (!isPossible || isPossible(store));
@@ -270,7 +363,8 @@ bool Command::isOffered(const RepositoryStore& store) const
 
 QString Command::whyNot(const RepositoryStore& store) const
 {
-    return verb ? obstacle(store.changes(), store.snapshot(), *verb) : QString();
+    const QString inTheWay = verb ? obstacle(store.changes(), store.snapshot(), *verb) : QString();
+    return inTheWay.isEmpty() && isPossible && !isPossible(store) ? whatIsWanted() : inTheWay;
 }
 
 void Command::run(RepositoryStore& store) const { std::get<void (*)(RepositoryStore&)>(action)(store); }
@@ -307,6 +401,18 @@ QAction* addChange(QMenu& menu, const RepositoryStore& store, Verb verb, const Q
     const QString whyNot = obstacle(store.changes(), store.snapshot(), verb);
     setOffered(menu, *action, whyNot.isEmpty(), whyNot);
     return action;
+}
+
+QAction* markAs(CommandId id, QAction* entry)
+{
+    entry->setProperty(commandProperty, static_cast<int>(id));
+    return entry;
+}
+
+std::optional<CommandId> commandOf(const QAction& entry)
+{
+    const QVariant id = entry.property(commandProperty);
+    return id.isValid() ? std::optional(static_cast<CommandId>(id.toInt())) : std::nullopt;
 }
 
 } // namespace plovik

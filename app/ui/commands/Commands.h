@@ -25,8 +25,6 @@ enum class CommandId {
     about,
     checkForUpdates,
     showSettings,
-    hideAll,
-    showAll,
     quit,
     openRepository,
     closeWindow,
@@ -66,6 +64,48 @@ enum class CommandId {
     zoom,
     bringAllToFront,
     commit,
+    find,
+    newTag,
+    keyboardShortcuts,
+    // What the context menus offer for what is selected.
+    openInEditor,
+    revealFile,
+    showBlame,
+    showFileHistory,
+    blameBefore,
+    copyPath,
+    copyShellLine,
+    copyOutput,
+    showMoreAbove,
+    showMoreBelow,
+    applyStash,
+    popStash,
+    dropStash,
+    checkOutRef,
+    mergeRef,
+    newBranchFromRef,
+    copyRefName,
+    deleteRef,
+    stageFiles,
+    unstageFiles,
+    discardFiles,
+    useOurs,
+    useTheirs,
+    markResolved,
+    stageLines,
+    unstageLines,
+    discardLines,
+    stageHunk,
+    unstageHunk,
+    discardHunk,
+    checkOutCommit,
+    newBranchHere,
+    newTagHere,
+    cherryPick,
+    revert,
+    copyHash,
+    copySubject,
+    showCommit,
 };
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is
@@ -79,9 +119,11 @@ struct Command { // NOLINT(clang-analyzer-optin.performance.Padding): in the ord
     struct SightSlot {
         const char* signature;
     };
+    /// Carried out by the entry that the context menu of what is selected in sight has for the command (SelectionActions).
+    struct OnSelection {};
     /// Without an action the widget that shows the command carries it out.
     using Action = std::variant<std::monostate, void (*)(RepositoryStore&), void (*)(QWidget& window),
-                                void (MenuTarget::*)(), FocusSlot, SightSlot>;
+                                void (MenuTarget::*)(), FocusSlot, SightSlot, OnSelection>;
 
     CommandId id;
     const char* name; ///< untranslated, in the context "Commands"
@@ -93,11 +135,15 @@ struct Command { // NOLINT(clang-analyzer-optin.performance.Padding): in the ord
     bool (*isThere)() = nullptr;                    ///< of what the settings can hide
     const char* buttonName = nullptr;               ///< a shorter name for a button
     QKeyCombination otherKeys = {};                 ///< which do the same, unsaid
+    const char* wanted = nullptr;                   ///< untranslated: what is missing while nothing in sight takes it
+    bool hasViewKeys = false;                       ///< the views listen to its keys, the menu bar only shows them
 
     QString title() const;
     QString buttonTitle() const;
     /// Returns an empty sequence for a command without keys.
     QKeySequence shortcut() const;
+    /// Returns a sentence that says what is missing while nothing in sight takes the command.
+    QString whatIsWanted() const;
     /// Whether the command does something now. It may change with what followOffers() follows.
     bool isOffered(const RepositoryStore& store) const;
     /// Returns a sentence that says which running change or which state of the repository is in the way, or an empty
@@ -125,5 +171,9 @@ QAction* addCommand(QMenu& menu, RepositoryStore& store, CommandId id);
 /// while the change is not offered.
 QAction* addChange(QMenu& menu, const RepositoryStore& store, Verb verb, const QString& title,
                    std::function<void()> run);
+/// Marks an entry of a context menu as what carries out a command of the table, for the menu bar. Returns the entry.
+QAction* markAs(CommandId id, QAction* entry);
+/// Returns the command that an entry was marked as.
+std::optional<CommandId> commandOf(const QAction& entry);
 
 } // namespace plovik

@@ -1,173 +1,154 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commands/MainMenu.h"
 
-#include "app/settings/Settings.h"
-#include "app/ui/commands/Commands.h"
+#include "app/settings/RecentRepositories.h"
+#include "app/store/ShownText.h"
+#include "app/ui/commands/MenuItems.h"
 #include "app/ui/commands/NavigationButtons.h"
-#include "app/ui/commands/UndoCommand.h"
-#include "app/ui/widgets/RowPainting.h"
+#include "app/ui/commands/RepositoryChoices.h"
+#include "app/ui/history/HistoryColumns.h"
+#include "app/ui/widgets/Mnemonics.h"
 
 #include <QAction>
-#include <QApplication>
+#include <QCoreApplication>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMetaMethod>
-#include <QWidget>
-
-#include <algorithm>
-#include <utility>
-#include <vector>
+#include <QShortcut>
 
 namespace plovik::mainMenu {
 
 namespace {
 
-/// Nothing stands for a separator.
-using Entry = std::optional<CommandId>;
-constexpr std::nullopt_t line = std::nullopt;
+/// An item, a menu inside the menu, or a separator.
+struct Entry {
+    Entry(CommandId command) : id(command) {}
+    Entry(const char* submenu, std::vector<Entry> inside) : title(submenu), entries(std::move(inside)) {}
+    Entry(const char* submenu, void (*make)(QMenu&, MenuTarget&)) : title(submenu), fill(make) {}
+    Entry() = default;
 
-struct Layout {
-    const char* title; ///< untranslated, in the context "Commands"
-    std::vector<Entry> entries;
+    std::optional<CommandId> id = {};
+    const char* title = nullptr; ///< untranslated, in the context "Commands"
+    std::vector<Entry> entries = {};
+    void (*fill)(QMenu&, MenuTarget&) = nullptr; ///< called when the menu opens
 };
 
-std::vector<Layout> layouts()
+void addColumns(QMenu& menu, MenuTarget& /*target*/) { addColumnChoices(menu); }
+
+std::vector<Entry> layouts()
 {
     using enum CommandId;
-    return {{QT_TRANSLATE_NOOP("Commands", "Plovik"),
-             {about, checkForUpdates, line, showSettings, line, hideAll, showAll, line, quit}},
-            {QT_TRANSLATE_NOOP("Commands", "File"), {openRepository, line, closeWindow}},
-            {QT_TRANSLATE_NOOP("Commands", "Edit"), {undo, redo, line, cut, copy, paste, selectAll}},
-            {QT_TRANSLATE_NOOP("Commands", "Repository"),
-             {showWorkingCopy, showHistory, showStashes, line, refresh, fetch, pull, push, cancelAction, line,
-              newBranch, stashChanges, restoreDiscarded, line, writeMessage, showWhatIsSent}},
-            {QT_TRANSLATE_NOOP("Commands", "View"),
-             {back, forward, goToCommit, line, sideBySide, ignoreWhiteSpace, wholeFile, wrapLines, line, largerCode,
-              smallerCode, standardCodeSize, line, nextChange, previousChange, line, commandLog}},
-            {QT_TRANSLATE_NOOP("Commands", "Window"), {minimize, zoom, line, bringAllToFront}}};
-}
-
-bool hasSlot(const QObject& object, const char* slot)
-{
-    return object.metaObject()->indexOfMethod(QMetaObject::normalizedSignature(slot)) >= 0;
-}
-
-QWidget* offeringInFocus(const char* slot)
-{
-    QWidget* const focus = QApplication::focusWidget();
-    return focus && hasSlot(*focus, slot) ? focus : nullptr;
-}
-
-QWidget* offeringInSight(const char* slot, QWidget& window)
-{
-    for (QWidget* widget = QApplication::focusWidget(); widget && widget != &window; widget = widget->parentWidget()) {
-        if (hasSlot(*widget, slot))
-            return widget;
-    }
-    const QList<QWidget*> all = window.findChildren<QWidget*>();
-    const auto found =
-        std::ranges::find_if(all, [slot](QWidget* widget) { return widget->isVisible() && hasSlot(*widget, slot); });
-    return found == all.end() ? nullptr : *found;
-}
-
-/// Lets an item call a slot of the widget that `find` returns.
-template <typename Find>
-void callSlot(QAction* action, QMenu* menu, const char* slot, Find find)
-{
-    QObject::connect(action, &QAction::triggered, menu, [slot, find] {
-        if (QWidget* const widget = find())
-            QMetaObject::invokeMethod(widget, QByteArray(slot).chopped(2).constData()); // without "()"
-    });
-    QObject::connect(menu, &QMenu::aboutToShow, action, [action, find] { action->setEnabled(find() != nullptr); });
-    // While the menu is closed the key must reach the widget that offers the slot then.
-    QObject::connect(menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
-}
-
-/// Enables, checks and hides the items of the store's commands as the store and the settings change, so that neither
-/// the menu nor a key begins what would be dropped.
-class CommandStates : public QObject {
-public:
-    CommandStates(RepositoryStore& store, QObject* parent) : QObject(parent), store_(store)
-    {
-        notifiers_ = followOffers(store, [this] { show(); });
-        connect(&Settings::shared(), &Settings::changed, this, [this] { show(); });
-    }
-
-    void add(QAction* action, const Command& command)
-    {
-        action->setCheckable(command.isOn != nullptr);
-        items_.push_back({action, &command});
-        show(items_.back());
-    }
-
-private:
-    struct Item {
-        QAction* action;
-        const Command* command;
+    const Entry line;
+    return {
+        {QT_TRANSLATE_NOOP("Commands", "File"),
+         {openRepository,
+          {QT_TRANSLATE_NOOP("Commands", "Open Recent"), &addRecentRepositories},
+          line,
+          openInEditor,
+          revealFile,
+          showBlame,
+          showFileHistory,
+          blameBefore,
+          copyPath,
+          line,
+          closeWindow,
+          quit}},
+        {QT_TRANSLATE_NOOP("Commands", "Edit"),
+         {undo, redo, line, cut, copy, paste, selectAll, line, find, line, copyShellLine, copyOutput, line,
+          showSettings}},
+        {QT_TRANSLATE_NOOP("Commands", "View"),
+         {showWorkingCopy,
+          showHistory,
+          showStashes,
+          line,
+          back,
+          forward,
+          goToCommit,
+          line,
+          sideBySide,
+          ignoreWhiteSpace,
+          wholeFile,
+          wrapLines,
+          {QT_TRANSLATE_NOOP("Commands", "Code Size"), {largerCode, smallerCode, standardCodeSize}},
+          line,
+          nextChange,
+          previousChange,
+          showMoreAbove,
+          showMoreBelow,
+          line,
+          {QT_TRANSLATE_NOOP("Commands", "Columns"), &addColumns},
+          commandLog}},
+        {QT_TRANSLATE_NOOP("Commands", "Repository"),
+         {refresh, line, fetch, pull, push, cancelAction, line, stashChanges, applyStash, popStash, dropStash, line,
+          restoreDiscarded}},
+        {QT_TRANSLATE_NOOP("Commands", "Branch"),
+         {newBranch, newTag, line, checkOutRef, mergeRef, newBranchFromRef, copyRefName, deleteRef}},
+        {QT_TRANSLATE_NOOP("Commands", "Commit"),
+         {commit,
+          writeMessage,
+          showWhatIsSent,
+          line,
+          stageFiles,
+          unstageFiles,
+          discardFiles,
+          {QT_TRANSLATE_NOOP("Commands", "Hunk and Lines"),
+           {stageHunk, unstageHunk, discardHunk, line, stageLines, unstageLines, discardLines}},
+          {QT_TRANSLATE_NOOP("Commands", "Conflict"), {useOurs, useTheirs, markResolved}},
+          line,
+          showCommit,
+          checkOutCommit,
+          newBranchHere,
+          newTagHere,
+          cherryPick,
+          revert,
+          line,
+          copyHash,
+          copySubject}},
+        {QT_TRANSLATE_NOOP("Commands", "Window"), {minimize, zoom, line, bringAllToFront}},
+        {QT_TRANSLATE_NOOP("Commands", "Help"), {keyboardShortcuts, line, checkForUpdates, about}},
     };
+}
 
-    void show()
-    {
-        for (const Item& item : items_)
-            show(item);
+/// Makes the entries of a menu, in which the letters are found anew whenever it opens.
+void fill(QMenu& menu, const Entry& layout, MenuItems& items, MenuTarget& target)
+{
+    menu.setToolTipsVisible(true);
+    for (const Entry& entry : layout.entries) {
+        if (entry.id)
+            items.add(menu, command(*entry.id));
+        else if (entry.title)
+            fill(*menu.addMenu(QCoreApplication::translate("Commands", entry.title)), entry, items, target);
+        else
+            menu.addSeparator();
     }
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu, make = layout.fill, &target] {
+        if (make) {
+            menu.clear();
+            make(menu, target);
+        }
+        assignMnemonics(menu.actions());
+    });
+    assignMnemonics(menu.actions());
+}
 
-    void show(const Item& item)
-    {
-        const auto& [action, command] = item;
-        action->setEnabled(command->isOffered(store_));
-        action->setToolTip(plainToolTip(command->whyNot(store_)));
-        action->setVisible(!command->isThere || command->isThere());
-        if (command->isOn)
-            action->setChecked(command->isOn(store_));
+void append(std::vector<CommandId>& commands, const Entry& layout)
+{
+    for (const Entry& entry : layout.entries) {
+        if (entry.id)
+            commands.push_back(*entry.id);
+        append(commands, entry);
     }
+}
 
-    RepositoryStore& store_;
-    std::vector<Item> items_;
-    std::vector<QPropertyNotifier> notifiers_;
-};
-
-/// Gives an item what it does, by the kind of the command's action.
-struct Wiring {
-    QAction* item;
-    QMenu* menu;
-    const Command& command;
-    QWidget& window;
-    MenuTarget& application;
-    RepositoryStore& store;
-    CommandStates& states;
-
-    /// Undo is the only command of the menu bar with an action of its own.
-    void operator()(std::monostate) const { new UndoCommand(*item, *menu, store); }
-    void operator()(void (*act)(RepositoryStore&)) const
-    {
-        connect([act, &store = store] { act(store); });
-        states.add(item, command);
-    }
-    void operator()(void (*act)(QWidget&)) const
-    {
-        connect([act, &window = window] { act(window); });
-    }
-    void operator()(void (MenuTarget::*act)()) const
-    {
-        connect([act, &application = application] { (application.*act)(); });
-    }
-    void operator()(Command::FocusSlot slot) const
-    {
-        callSlot(item, menu, slot.signature, [signature = slot.signature] { return offeringInFocus(signature); });
-    }
-    void operator()(Command::SightSlot slot) const
-    {
-        callSlot(item, menu, slot.signature,
-                 [signature = slot.signature, &window = window] { return offeringInSight(signature, window); });
-    }
-
-    template <typename Act>
-    void connect(Act act) const
-    {
-        QObject::connect(item, &QAction::triggered, menu, std::move(act));
-    }
-};
+/// Opens the first menu with its first item selected.
+void enter(QMenuBar& bar)
+{
+    QAction* const first = bar.actions().value(0);
+    if (!first || !bar.isVisible())
+        return;
+    bar.setActiveAction(first);
+    if (QMenu* const menu = first->menu())
+        menu->setActiveAction(menu->actions().value(0));
+}
 
 } // namespace
 
@@ -175,26 +156,23 @@ void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store)
 {
     QWidget& window = *bar.window();
     bar.setAccessibleName(QCoreApplication::translate("Commands", "Menu Bar"));
-    auto& states = *new CommandStates(store, &bar);
-    for (const Layout& layout : layouts()) {
-        QMenu* const menu = bar.addMenu(QCoreApplication::translate("Commands", layout.title));
-        menu->setToolTipsVisible(true);
-        for (const Entry& entry : layout.entries) {
-            if (!entry) {
-                menu->addSeparator();
-                continue;
-            }
-            const Command& command = plovik::command(*entry);
-            QAction* const item = menu->addAction(command.title());
-            // Menus are named by their titles alone, whatever platform conventions would make of words like "Quit".
-            item->setMenuRole(QAction::NoRole);
-            item->setShortcut(command.shortcut());
-            if (command.otherKeys != QKeyCombination())
-                item->setShortcuts({command.shortcut(), QKeySequence(command.otherKeys)});
-            std::visit(Wiring{item, menu, command, window, target, store, states}, command.action);
-        }
-    }
+    auto& items = *new MenuItems(window, target, store, &bar);
+    for (const Entry& layout : layouts())
+        fill(*bar.addMenu(QCoreApplication::translate("Commands", layout.title)), layout, items, target);
+    assignMnemonics(bar.actions());
+    QObject::connect(new QShortcut(Qt::Key_F10, &window), &QShortcut::activated, &bar, [&bar] { enter(bar); });
     new NavigationButtons(store, window);
+}
+
+std::vector<Group> groups()
+{
+    std::vector<Group> groups;
+    for (const Entry& layout : layouts()) {
+        Group group{QCoreApplication::translate("Commands", layout.title), {}};
+        append(group.commands, layout);
+        groups.push_back(std::move(group));
+    }
+    return groups;
 }
 
 } // namespace plovik::mainMenu

@@ -1,21 +1,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/commands/Commands.h"
+
+#include <QString>
+
+#include <filesystem>
+#include <vector>
+
+class QMenu;
 class QMenuBar;
 
 namespace plovik {
 
 class RepositoryStore;
 
-/// The commands that the menu bar of every repository window reaches and that are the application's.
+/// The commands that every repository window reaches and that are the application's.
 class MenuTarget {
 public:
     virtual ~MenuTarget() = default;
 
     virtual void openDocument() = 0;
+    /// Opens a folder's repository, or brings its window to the front.
+    virtual void openFolder(const std::filesystem::path& folder) = 0;
+    /// Returns the top levels of the repositories with a window.
+    virtual std::vector<std::filesystem::path> openRoots() const = 0;
     virtual void showSettings() = 0;
-    virtual void hideAll() = 0;
-    virtual void showAll() = 0;
     virtual void quit() = 0;
     virtual void about() = 0;
     virtual void checkForUpdates() = 0;
@@ -25,9 +35,17 @@ public:
 namespace mainMenu {
 
 /// Fills a window's menu bar. The window's own commands (close, minimise, zoom) act on the bar's window, those of the
-/// repository on `store`, the editing ones on the widget with the focus; where that has nothing to undo, "Undo" takes
-/// back the store's last discard. `target` outlives the bar; the store may go before it.
+/// repository on `store`, the editing ones on the widget with the focus, and those of the context menus on what is
+/// selected; where nothing can be undone in a text, "Undo" takes back the store's last discard. `target` outlives the
+/// bar; the store may go before it.
 void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store);
+
+/// The commands of a menu, in its order.
+struct Group {
+    QString title;
+    std::vector<CommandId> commands;
+};
+std::vector<Group> groups();
 
 } // namespace mainMenu
 

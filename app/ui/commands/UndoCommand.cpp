@@ -2,6 +2,7 @@
 #include "app/ui/commands/UndoCommand.h"
 
 #include "app/ui/commands/Commands.h"
+#include "app/ui/commands/SelectionActions.h"
 #include "app/ui/workingcopy/CommitBox.h"
 
 #include <QAction>
@@ -52,7 +53,7 @@ UndoCommand::UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store)
 
 UndoCommand::Target UndoCommand::target() const
 {
-    const QWidget* const focus = QApplication::focusWidget();
+    const QWidget* const focus = focusBehindMenus();
     const bool textCan = textCanUndo(focus).value_or(false);
     // In the commit box the written message is the last change of both fields.
     if (store_.draft().canUndoMessage.value() && (!textCan || isInCommitBox(focus)))
@@ -79,7 +80,7 @@ void UndoCommand::run()
     case Target::discard:
         return store_.discards().undo();
     case Target::text:
-        QMetaObject::invokeMethod(QApplication::focusWidget(), "undo");
+        QMetaObject::invokeMethod(focusBehindMenus(), "undo");
         return;
     case Target::nothing:
         return;

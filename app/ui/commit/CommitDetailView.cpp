@@ -261,13 +261,19 @@ void CommitDetailView::openCurrentFile()
 
 void CommitDetailView::showMenu(const QPoint& position)
 {
-    const gitkit::CommitFile* const file = files_->currentFile();
+    if (QMenu* const menu = makeContextMenu()) {
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->popup(position);
+    }
+}
+
+QMenu* CommitDetailView::makeContextMenu()
+{
+    const gitkit::CommitFile* const file = files_ ? files_->currentFile() : nullptr;
     if (!file || !isCurrent())
-        return;
+        return nullptr;
     const QString openTitle = editorTitle_ ? editorTitle_() : tr("Open in Default Editor");
-    QMenu* const menu = makeCommitFileMenu(store_, shown_->detail, *file, openTitle, this);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(position);
+    return makeCommitFileMenu(store_, shown_->detail, *file, openTitle, this);
 }
 
 void CommitDetailView::changeEvent(QEvent* event)

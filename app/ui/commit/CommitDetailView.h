@@ -7,6 +7,7 @@
 #include "app/store/readers/CommitReaders.h"
 #include "app/store/readers/Latest.h"
 #include "app/ui/commit/CommitReading.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 
 #include <QCache>
 #include <QProperty>
@@ -37,7 +38,7 @@ class HeaderOverFiles;
 /// What the lists know is shown at once; the rest is read in the background. The last of several requests counts. The
 /// files and the diff on display stay for a moment, in which nothing can be done with them, until the next ones have
 /// arrived. Recently read commits are kept, so that only their diff is read again.
-class CommitDetailView : public QWidget {
+class CommitDetailView : public QWidget, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -49,6 +50,8 @@ public:
     /// Sets the function that returns the title of the menu entry that opens a file in the user's editor. It is called
     /// whenever a menu opens.
     void setEditorTitle(std::function<QString()> title) { editorTitle_ = std::move(title); }
+
+    QMenu* makeContextMenu() override;
 
 private:
     void makePage();

@@ -3,6 +3,7 @@
 
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
+#include "app/ui/commands/Commands.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -44,16 +45,20 @@ QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& co
     const auto inspect = [&store](const InspectedFile& inspected) {
         return [&store, inspected] { store.window().inspect(inspected); };
     };
-    QAction* const open =
-        menu->addAction(openTitle, menu, [&store, inTree] { actions::openInEditor(store.actors(), {inTree}); });
-    menu->addAction(Texts::tr("Show Blame"), menu, inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
-    menu->addAction(Texts::tr("Show File History"), menu,
-                    inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
+    const auto add = [menu](CommandId id, const QString& title, auto run) {
+        return markAs(id, menu->addAction(title, menu, std::move(run)));
+    };
+    QAction* const open = add(CommandId::openInEditor, openTitle,
+                              [&store, inTree] { actions::openInEditor(store.actors(), {inTree}); });
+    add(CommandId::showBlame, Texts::tr("Show Blame"),
+        inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
+    add(CommandId::showFileHistory, Texts::tr("Show File History"),
+        inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
     menu->addSeparator();
-    menu->addAction(Texts::tr("Copy Path"), menu,
-                    [path = exactText(file.path)] { QGuiApplication::clipboard()->setText(path); });
-    QAction* const reveal = menu->addAction(Texts::tr("Reveal in File Browser"), menu,
-                                            [&store, inTree] { actions::reveal(store.actors(), {inTree}); });
+    add(CommandId::copyPath, Texts::tr("Copy Path"),
+        [path = exactText(file.path)] { QGuiApplication::clipboard()->setText(path); });
+    QAction* const reveal = add(CommandId::revealFile, Texts::tr("Reveal in File Browser"),
+                                [&store, inTree] { actions::reveal(store.actors(), {inTree}); });
     if (!isInWorkingTree(store, file)) {
         for (QAction* const action : {open, reveal}) {
             action->setEnabled(false);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/DiffMenu.h"
 
+#include "app/ui/commands/Commands.h"
 #include "app/ui/diff/DiffController.h"
 #include "app/ui/diff/DiffOffers.h"
 #include "app/ui/diff/DiffSectionView.h"
@@ -18,6 +19,21 @@ namespace {
 
 QString tr(const char* text) { return QCoreApplication::translate("Diff", text); }
 
+std::optional<CommandId> commandOf(const DiffOffer& offer)
+{
+    const bool isLines = offer.part == DiffAction::Part::lines;
+    switch (offer.verb) {
+    case DiffAction::Verb::stage:
+        return isLines ? CommandId::stageLines : CommandId::stageHunk;
+    case DiffAction::Verb::unstage:
+        return isLines ? CommandId::unstageLines : CommandId::unstageHunk;
+    case DiffAction::Verb::discard:
+        return isLines ? CommandId::discardLines : CommandId::discardHunk;
+    default:
+        return std::nullopt;
+    }
+}
+
 void addOffers(QMenu& menu, DiffController& controller)
 {
     // The menu means the hunk that it was opened for, wherever the pointer goes meanwhile.
@@ -26,6 +42,8 @@ void addOffers(QMenu& menu, DiffController& controller)
         QAction* const action = menu.addAction(offer.title);
         action->setEnabled(offer.refusal.isEmpty());
         action->setToolTip(plainToolTip(offer.refusal));
+        if (const std::optional<CommandId> id = commandOf(offer))
+            markAs(*id, action);
         QObject::connect(
             action, &QAction::triggered, &controller,
             [&controller, hunk, verb = offer.verb, part = offer.part] { controller.request(hunk, verb, part); });
@@ -40,14 +58,16 @@ void addGaps(QMenu& menu, DiffController& controller)
     if (!menu.isEmpty())
         menu.addSeparator();
     const int hunk = controller.activeHunk();
-    const auto add = [&](const QString& title, GapSide side, QKeyCombination keys) {
+    const auto add = [&](CommandId id, const QString& title, GapSide side, QKeyCombination keys) {
         QAction* const action =
             menu.addAction(title, &controller, [&controller, hunk, side] { controller.showMore(hunk, side); });
-        action->setShortcut(keys);
+        markAs(id, action)->setShortcut(keys);
         action->setEnabled(hunk >= 0 && controller.diff().canShowMore(hunk, side));
     };
-    add(tr(QT_TRANSLATE_NOOP("Diff", "Show More Above")), GapSide::above, Qt::CTRL | Qt::Key_Up);
-    add(tr(QT_TRANSLATE_NOOP("Diff", "Show More Below")), GapSide::below, Qt::CTRL | Qt::Key_Down);
+    add(CommandId::showMoreAbove, tr(QT_TRANSLATE_NOOP("Diff", "Show More Above")), GapSide::above,
+        Qt::CTRL | Qt::Key_Up);
+    add(CommandId::showMoreBelow, tr(QT_TRANSLATE_NOOP("Diff", "Show More Below")), GapSide::below,
+        Qt::CTRL | Qt::Key_Down);
     const auto addWhole = [&](const QString& title, bool whole) {
         menu.addAction(title, &controller, [&controller, whole] { Q_EMIT controller.wholeFileRequested(whole); });
     };

@@ -53,7 +53,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void find();
+    Q_INVOKABLE void find();
     bool isMine(const QKeyEvent& event) const;
     void settingChanged(const QString& key);
     void loadFiles();

@@ -449,6 +449,8 @@ void DiffSectionView::contextMenuEvent(QContextMenuEvent* event)
     makeDiffMenu(*this)->popup(isByKeyboard ? mapToGlobal(below) : event->globalPos());
 }
 
+QMenu* DiffSectionView::makeContextMenu() { return makeDiffMenu(*this); }
+
 } // namespace plovik
 
 #include "moc_DiffSectionView.cpp"

@@ -9,6 +9,7 @@
 #include "app/ui/diff/DiffOutline.h"
 #include "app/ui/diff/DiffPointer.h"
 #include "app/ui/diff/GapButtons.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 
 #include <QBasicTimer>
 #include <QWidget>
@@ -22,7 +23,7 @@ class FunctionBar;
 
 /// Shows one diff with its bar, as high as all of its lines; the view that it stands in scrolls it. Draws only what is
 /// exposed, passes events on to the diff's controller, and follows its signals. Main thread.
-class DiffSectionView : public QWidget {
+class DiffSectionView : public QWidget, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -58,6 +59,8 @@ public:
 
     /// Lets the tab key come here behind a widget, unless that is null, and go through the buttons. Returns the last one.
     QWidget* orderTabs(QWidget* before);
+
+    QMenu* makeContextMenu() override;
 
 public Q_SLOTS:
     void copy();

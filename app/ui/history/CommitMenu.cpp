@@ -20,11 +20,11 @@ struct Texts {
 
 void addCopies(QMenu& menu, const gitkit::Commit& commit)
 {
-    const auto addCopy = [&menu](const QString& title, const QString& text) {
-        menu.addAction(title, [text] { QGuiApplication::clipboard()->setText(text); });
+    const auto addCopy = [&menu](CommandId id, const QString& title, const QString& text) {
+        markAs(id, menu.addAction(title, [text] { QGuiApplication::clipboard()->setText(text); }));
     };
-    addCopy(Texts::tr("Copy Hash"), shownText(commit.hash));
-    addCopy(Texts::tr("Copy Subject"), exactText(commit.subject));
+    addCopy(CommandId::copyHash, Texts::tr("Copy Hash"), shownText(commit.hash));
+    addCopy(CommandId::copySubject, Texts::tr("Copy Subject"), exactText(commit.subject));
 }
 
 void confirmRevert(RepositoryStore& store, const gitkit::Commit& commit)
@@ -40,19 +40,19 @@ void confirmRevert(RepositoryStore& store, const gitkit::Commit& commit)
 
 void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commit)
 {
-    const auto add = [&](Verb verb, const QString& title, auto run) {
-        return addChange(menu, store, verb, title, std::move(run));
+    const auto add = [&](CommandId id, Verb verb, const QString& title, auto run) {
+        return markAs(id, addChange(menu, store, verb, title, std::move(run)));
     };
     const std::string& hash = commit.hash;
-    add(Verb::checkOut, Texts::tr("Check Out Commit"),
+    add(CommandId::checkOutCommit, Verb::checkOut, Texts::tr("Check Out Commit"),
         [&store, hash] { actions::checkoutCommit(store.actors(), hash); });
-    add(Verb::createBranch, Texts::tr("New Branch Here…"),
+    add(CommandId::newBranchHere, Verb::createBranch, Texts::tr("New Branch Here…"),
         [&store, hash] { store.window().showSheet(NewBranchSheet{hash}); });
-    add(Verb::createTag, Texts::tr("New Tag Here…"), [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
+    add(CommandId::newTagHere, Verb::createTag, Texts::tr("New Tag Here…"), [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
     menu.addSeparator();
     QAction* const pick =
-        add(Verb::cherryPick, Texts::tr("Cherry-Pick"), [&store, hash] { actions::cherryPick(store.actors(), hash); });
-    QAction* const revert = add(Verb::revert, Texts::tr("Revert…"), [&store, commit] { confirmRevert(store, commit); });
+        add(CommandId::cherryPick, Verb::cherryPick, Texts::tr("Cherry-Pick"), [&store, hash] { actions::cherryPick(store.actors(), hash); });
+    QAction* const revert = add(CommandId::revert, Verb::revert, Texts::tr("Revert…"), [&store, commit] { confirmRevert(store, commit); });
     if (commit.parents.size() > 1) {
         for (QAction* const action : {pick, revert}) {
             action->setEnabled(false);

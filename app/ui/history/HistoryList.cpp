@@ -376,6 +376,12 @@ void HistoryList::contextMenuEvent(QContextMenuEvent* event)
     menu->popup(place);
 }
 
+QMenu* HistoryList::makeContextMenu()
+{
+    const std::optional<HistoryRow> selected = model_->row(selectedRow());
+    return selected ? makeCommitMenu(store_, selected->commit, this) : nullptr;
+}
+
 bool HistoryList::viewportEvent(QEvent* event)
 {
     if (event->type() == QEvent::ToolTip)

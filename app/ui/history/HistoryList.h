@@ -4,6 +4,7 @@
 #include "app/store/RepositoryStore.h"
 #include "app/ui/history/HistoryModel.h"
 #include "app/ui/history/HistoryRowPainter.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 #include "app/ui/widgets/EqualRowList.h"
 
 #include <vector>
@@ -18,7 +19,7 @@ class WorkingCopyRow;
 ///
 /// The list draws its rows itself instead of calling a delegate for each, so that graph lines join without a seam at
 /// every scale factor. Relative dates are computed whenever a row is drawn, so no timer runs.
-class HistoryList : public EqualRowList {
+class HistoryList : public EqualRowList, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -26,6 +27,8 @@ public:
     explicit HistoryList(RepositoryStore& store, QWidget* parent = nullptr);
 
     QSize sizeHint() const override { return {640, 320}; }
+
+    QMenu* makeContextMenu() override;
 
 Q_SIGNALS:
     /// Emitted when the end of the page is near and older commits exist.

@@ -10,7 +10,6 @@
 #include "app/ui/widgets/SplitPane.h"
 
 #include <QPushButton>
-#include <QShortcut>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -43,8 +42,6 @@ HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
     connect(searchRow_, &HistorySearchRow::finished, this, &HistoryView::focusList);
     connect(list_, &HistoryList::moreWanted, this, &HistoryView::growPage);
     connect(wayOutButton_, &QPushButton::clicked, this, &HistoryView::takeWayOut);
-    auto* find = new QShortcut(QKeySequence::Find, this);
-    connect(find, &QShortcut::activated, this, &HistoryView::focusSearch);
     setFocusProxy(list_);
     observe();
     showDetail();

@@ -27,6 +27,7 @@ public:
     explicit HistoryView(RepositoryStore& store, QWidget* parent = nullptr);
 
     CommitDetailView* detail() const { return detail_; }
+    Q_INVOKABLE void find() { focusSearch(); }
     void focusSearch();
     /// Gives the keyboard focus to the commit list, or to the search line when no list is shown.
     void focusList();

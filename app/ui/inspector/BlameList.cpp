@@ -8,6 +8,7 @@
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/RowList.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
@@ -205,19 +206,24 @@ QMenu* BlameList::makeMenu()
         };
     };
     QAction* const show = add(tr("Show Commit"), ifShown([this, row] { Q_EMIT commitRequested(row); }));
-    show->setShortcut(Qt::Key_Return);
+    markAs(CommandId::showCommit, show)->setShortcut(Qt::Key_Return);
     show->setEnabled(isCommitted);
     QAction* const before = add(tr("Blame Before This Commit"), ifShown([this, row] { askForBefore(row); }));
-    before->setShortcut(Qt::Key_B);
+    markAs(CommandId::blameBefore, before)->setShortcut(Qt::Key_B);
     if (const QString reason = reasonAgainstBefore(row); !reason.isEmpty()) {
         before->setToolTip(plainToolTip(reason));
         before->setEnabled(false);
     }
-    add(tr("Show File History"), [this] { Q_EMIT fileHistoryRequested(); });
+    markAs(CommandId::showFileHistory, add(tr("Show File History"), [this] { Q_EMIT fileHistoryRequested(); }));
     menu->addSeparator();
-    add(tr("Copy Hash"), [hash = shownText(document()->commit(row).hash)] {
+    QAction* const hash = add(tr("Copy Hash"), [hash = shownText(document()->commit(row).hash)] {
         QGuiApplication::clipboard()->setText(hash);
-    })->setEnabled(isCommitted);
+    });
+    markAs(CommandId::copyHash, hash)->setEnabled(isCommitted);
+    if (!isCommitted) {
+        for (QAction* const action : {show, hash})
+            action->setToolTip(tr("These lines are not committed yet."));
+    }
     const bool isOne = selectedRows().size() < 2;
     QAction* const lines = add(isOne ? tr("Copy Line") : tr("Copy Lines"), [this] { copy(); });
     lines->setShortcut(QKeySequence::Copy);
@@ -397,12 +403,13 @@ void BlameList::contextMenuEvent(QContextMenuEvent* event)
     const std::optional<QPoint> position = menuPosition(*this, *event);
     if (!position)
         return;
-    if (currentRow() < 0)
-        return;
-    QMenu* const menu = makeMenu();
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(*position);
+    if (QMenu* const menu = makeContextMenu()) {
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->popup(*position);
+    }
 }
+
+QMenu* BlameList::makeContextMenu() { return currentRow() < 0 || !document() ? nullptr : makeMenu(); }
 
 // Letters are commands here, so typing does not search.
 void BlameList::keyboardSearch(const QString&) {}

@@ -3,6 +3,7 @@
 
 #include "app/ui/inspector/BlameModel.h"
 #include "app/ui/inspector/BlameRowPainter.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 
 #include <QListView>
 
@@ -16,7 +17,7 @@ namespace plovik {
 /// The lines of a blamed file with the commits that wrote them. Painting costs time for the rows in sight alone. The
 /// annotation stays at the left while the code scrolls sideways, and the first row in sight shows the commit of its run
 /// even when the run began above. Main thread.
-class BlameList : public QListView {
+class BlameList : public QListView, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -63,6 +64,9 @@ public:
 public Q_SLOTS:
     /// Copies the selected lines to the clipboard.
     void copy();
+
+    /// Returns the menu of the current line, or null when there is none.
+    QMenu* makeContextMenu() override;
 
 Q_SIGNALS:
     void commitRequested(int row);

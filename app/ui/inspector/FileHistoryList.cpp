@@ -2,6 +2,7 @@
 #include "app/ui/inspector/FileHistoryList.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/commit/StatusChip.h"
 #include "app/ui/history/RelativeDate.h"
 #include "app/ui/history/RowText.h"
@@ -224,19 +225,23 @@ QMenu* FileHistoryList::makeMenu()
     auto* const menu = new QMenu(this);
     menu->setToolTipsVisible(true);
     const FileRevision revision = *current();
-    menu->addAction(tr("Show Commit"), this, [this] { requestCurrent(); })->setShortcut(Qt::Key_Return);
+    markAs(CommandId::showCommit, menu->addAction(tr("Show Commit"), this, [this] { requestCurrent(); }))
+        ->setShortcut(Qt::Key_Return);
     QAction* const blame =
         menu->addAction(tr("Show Blame at This Commit"), this, [this, revision] { Q_EMIT blameRequested(revision); });
+    markAs(CommandId::showBlame, blame);
     if (revision.file.status == 'D') {
         blame->setEnabled(false);
         blame->setToolTip(tr("This commit deleted the file."));
     }
     menu->addSeparator();
-    const auto addCopy = [&](const QString& title, const std::string& bytes) {
-        menu->addAction(title, this, [text = exactText(bytes)] { QGuiApplication::clipboard()->setText(text); });
+    const auto addCopy = [&](CommandId id, const QString& title, const std::string& bytes) {
+        markAs(id, menu->addAction(title, this, [text = exactText(bytes)] {
+            QGuiApplication::clipboard()->setText(text);
+        }));
     };
-    addCopy(tr("Copy Hash"), revision.commit.hash);
-    addCopy(tr("Copy Path"), revision.file.path);
+    addCopy(CommandId::copyHash, tr("Copy Hash"), revision.commit.hash);
+    addCopy(CommandId::copyPath, tr("Copy Path"), revision.file.path);
     for (QAction* action : menu->actions())
         action->setShortcutVisibleInContextMenu(true);
     return menu;
@@ -307,12 +312,15 @@ void FileHistoryList::keyPressEvent(QKeyEvent* event)
 void FileHistoryList::contextMenuEvent(QContextMenuEvent* event)
 {
     const std::optional<QPoint> position = menuPosition(*this, *event);
-    if (!position || !current())
+    if (!position)
         return;
-    QMenu* const menu = makeMenu();
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(*position);
+    if (QMenu* const menu = makeContextMenu()) {
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->popup(*position);
+    }
 }
+
+QMenu* FileHistoryList::makeContextMenu() { return current() ? makeMenu() : nullptr; }
 
 } // namespace plovik
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/FileRevision.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 #include "app/ui/widgets/RowList.h"
 
 #include <QString>
@@ -15,7 +16,7 @@ namespace plovik {
 
 /// The commits that touched a file, two lines a row: subject and hash, then date, author and the path at that time where
 /// it differs. Main thread.
-class FileHistoryList : public RowList {
+class FileHistoryList : public RowList, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -35,6 +36,9 @@ public:
 
     /// Returns a new menu for the current row. The caller deletes it.
     QMenu* makeMenu();
+
+    /// Returns the menu of the current commit, or null when there is none.
+    QMenu* makeContextMenu() override;
 
 Q_SIGNALS:
     void currentRevisionChanged();

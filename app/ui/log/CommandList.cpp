@@ -4,6 +4,7 @@
 #include "app/settings/CodeFont.h"
 #include "app/store/CommandLine.h"
 #include "app/store/ShownText.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/log/CommandLogModel.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
@@ -114,13 +115,21 @@ void CommandList::keyPressEvent(QKeyEvent* event)
 void CommandList::contextMenuEvent(QContextMenuEvent* event)
 {
     const std::optional<QPoint> place = menuPosition(*this, *event);
-    if (!place || !currentIndex().isValid())
+    QMenu* const menu = place ? makeContextMenu() : nullptr;
+    if (!menu)
         return;
-    auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(tr("Copy as Shell Line"), this, &CommandList::copy);
-    menu->addAction(tr("Copy Output"), this, &CommandList::outputWanted);
     menu->popup(*place);
+}
+
+QMenu* CommandList::makeContextMenu()
+{
+    if (!currentIndex().isValid())
+        return nullptr;
+    auto* const menu = new QMenu(this);
+    markAs(CommandId::copyShellLine, menu->addAction(tr("Copy as Shell Line"), this, &CommandList::copy));
+    markAs(CommandId::copyOutput, menu->addAction(tr("Copy Output"), this, &CommandList::outputWanted));
+    return menu;
 }
 
 } // namespace plovik

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/widgets/ContextMenuSource.h"
 #include "app/ui/widgets/RowList.h"
 
 namespace plovik {
@@ -9,7 +10,7 @@ class CommandLogModel;
 
 /// Lists the commands of a CommandLogModel with their time, a failure or cancellation, and their duration. "Copy" takes
 /// the current command as a line for a shell. Main thread.
-class CommandList : public RowList {
+class CommandList : public RowList, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -23,6 +24,8 @@ public:
 
 public Q_SLOTS:
     void copy();
+
+    QMenu* makeContextMenu() override;
 
 Q_SIGNALS:
     void outputWanted();

@@ -30,6 +30,12 @@ QString currentName(const RepositoryStore& store)
     return branch ? shownText(*branch) : u"HEAD"_s;
 }
 
+void refuse(QAction& entry, const QString& why)
+{
+    entry.setEnabled(false);
+    entry.setToolTip(plainToolTip(why));
+}
+
 /// Asks, and then merges a branch into the current one.
 void confirmMerge(RepositoryStore& store, const GitRef& ref)
 {
@@ -49,8 +55,9 @@ void addMerge(QMenu& menu, RepositoryStore& store, const GitRef& ref)
                               ? plainMenuText(Texts::tr("Merge into “%1”…").arg(currentName(store)))
                               : Texts::tr("Merge…");
     QAction* const merge = addChange(menu, store, Verb::merge, title, [&store, ref] { confirmMerge(store, ref); });
+    markAs(CommandId::mergeRef, merge);
     if (ref.isHead)
-        merge->setEnabled(false);
+        refuse(*merge, Texts::tr("This branch is checked out."));
 }
 
 } // namespace
@@ -60,32 +67,33 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
     auto* menu = new QMenu(parent);
     QAction* const checkOut = addChange(*menu, store, Verb::checkOut, Texts::tr("Check Out"),
                                         [&store, ref] { actions::checkout(store.actors(), ref); });
+    markAs(CommandId::checkOutRef, checkOut);
     if (ref.isHead)
-        checkOut->setEnabled(false);
+        refuse(*checkOut, Texts::tr("This branch is checked out already."));
     if (ref.kind != GitRef::Kind::tag)
         addMerge(*menu, store, ref);
-    addChange(*menu, store, Verb::createBranch, Texts::tr("New Branch from Here…"),
-              [&store, name = ref.fullName] { store.window().showSheet(NewBranchSheet{name}); });
+    markAs(CommandId::newBranchFromRef,
+           addChange(*menu, store, Verb::createBranch, Texts::tr("New Branch from Here…"),
+                     [&store, name = ref.fullName] { store.window().showSheet(NewBranchSheet{name}); }));
     if (const QString why = actions::damage(ref); !why.isEmpty()) {
-        for (QAction* const entry : menu->actions()) {
-            entry->setEnabled(false);
-            entry->setToolTip(plainToolTip(why));
-        }
+        for (QAction* const entry : menu->actions())
+            refuse(*entry, why);
     }
     if (ref.isHead)
         addCommand(*menu, store, CommandId::push);
     menu->addSeparator();
-    menu->addAction(Texts::tr("Copy Name"),
-                    [name = exactText(ref.name)] { QGuiApplication::clipboard()->setText(name); });
+    markAs(CommandId::copyRefName, menu->addAction(Texts::tr("Copy Name"), [name = exactText(ref.name)] {
+        QGuiApplication::clipboard()->setText(name);
+    }));
     if (ref.kind == GitRef::Kind::remote)
         return menu;
     menu->addSeparator();
     const Verb verb = ref.kind == GitRef::Kind::tag ? Verb::deleteTag : Verb::deleteBranch;
     QAction* const remove = addChange(*menu, store, verb, Texts::tr("Delete…"),
                                       [&store, ref] { actions::confirmDelete(store.actors(), ref); });
-    // Git deletes no branch that is checked out.
+    markAs(CommandId::deleteRef, remove);
     if (ref.isHead)
-        remove->setEnabled(false);
+        refuse(*remove, Texts::tr("Git deletes no branch that is checked out."));
     return menu;
 }
 

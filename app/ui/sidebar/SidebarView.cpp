@@ -356,6 +356,13 @@ void SidebarView::showMenu(const QContextMenuEvent& event)
     menu->popup(byKeyboard ? tree_->viewport()->mapToGlobal(tree_->visualRect(index).bottomLeft()) : event.globalPos());
 }
 
+QMenu* SidebarView::makeContextMenu()
+{
+    const QModelIndex index = tree_->currentIndex();
+    const gitkit::GitRef* const ref = index.isValid() ? model_->ref(index) : nullptr;
+    return ref ? makeRefMenu(store_, *ref, this) : nullptr;
+}
+
 bool SidebarView::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == filter_ && event->type() == QEvent::KeyPress &&

@@ -4,6 +4,7 @@
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/sidebar/SidebarModel.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 
 #include <QProperty>
 #include <QTimer>
@@ -23,7 +24,7 @@ class ScrollKeeper;
 
 /// The left side of the repository window: the fixed items, the refs in groups and folders, and the line that filters
 /// them. Its selection and the store's follow each other. Main thread.
-class SidebarView : public QWidget {
+class SidebarView : public QWidget, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -34,6 +35,8 @@ public:
     const SidebarModel& model() const { return *model_; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
+
+    QMenu* makeContextMenu() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

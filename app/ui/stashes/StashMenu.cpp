@@ -16,11 +16,11 @@ using gitkit::Stash;
 using gitkit::StashUse;
 
 constexpr StashCommand commands[] = {
-    {QT_TRANSLATE_NOOP("Stashes", "Apply Stash"), QT_TRANSLATE_NOOP("Stashes", "Apply"), Verb::applyStash,
+    {QT_TRANSLATE_NOOP("Stashes", "Apply Stash"), QT_TRANSLATE_NOOP("Stashes", "Apply"), CommandId::applyStash, Verb::applyStash,
      [](RepositoryStore& store, const Stash& stash) { actions::stashApply(store.actors(), stash, StashUse::apply); }},
-    {QT_TRANSLATE_NOOP("Stashes", "Pop Stash"), QT_TRANSLATE_NOOP("Stashes", "Pop"), Verb::applyStash,
+    {QT_TRANSLATE_NOOP("Stashes", "Pop Stash"), QT_TRANSLATE_NOOP("Stashes", "Pop"), CommandId::popStash, Verb::applyStash,
      [](RepositoryStore& store, const Stash& stash) { actions::stashApply(store.actors(), stash, StashUse::pop); }},
-    {QT_TRANSLATE_NOOP("Stashes", "Drop Stash…"), QT_TRANSLATE_NOOP("Stashes", "Drop…"), Verb::dropStash,
+    {QT_TRANSLATE_NOOP("Stashes", "Drop Stash…"), QT_TRANSLATE_NOOP("Stashes", "Drop…"), CommandId::dropStash, Verb::dropStash,
      [](RepositoryStore& store, const Stash& stash) { actions::confirmDrop(store.actors(), stash); }},
 };
 
@@ -36,8 +36,8 @@ QMenu* makeStashMenu(RepositoryStore& store, const Stash& stash, QWidget* parent
     for (const StashCommand& command : commands) {
         if (command.verb == Verb::dropStash)
             menu->addSeparator();
-        addChange(*menu, store, command.verb, stashCommandTitle(command.menuName),
-                  [&store, stash, &command] { command.run(store, stash); });
+        markAs(command.id, addChange(*menu, store, command.verb, stashCommandTitle(command.menuName),
+                                     [&store, stash, &command] { command.run(store, stash); }));
     }
     return menu;
 }

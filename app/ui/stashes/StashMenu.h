@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/ui/commands/Commands.h"
 
 #include <span>
 
@@ -14,6 +15,7 @@ namespace plovik {
 struct StashCommand {
     const char* menuName;   ///< untranslated, in the context "Stashes"
     const char* buttonName; ///< likewise
+    CommandId id;
     Verb verb;
     void (*run)(RepositoryStore&, const gitkit::Stash&);
 };

@@ -233,6 +233,12 @@ void StashesView::showMenu(const QPoint& place)
     showMenuOf(&model_->stash(index), list_->viewport()->mapToGlobal(place));
 }
 
+QMenu* StashesView::makeContextMenu()
+{
+    const gitkit::Stash* const stash = selectedStash();
+    return stash ? makeStashMenu(store_, *stash, this) : nullptr;
+}
+
 /// Opens the menu of a stash, if there is one, at a place of the screen.
 void StashesView::showMenuOf(const gitkit::Stash* stash, const QPoint& place)
 {

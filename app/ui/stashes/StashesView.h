@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 
 #include <QProperty>
 #include <QStackedWidget>
@@ -21,7 +22,7 @@ class StashesModel;
 
 /// The detail area of the stashes: their number with the buttons for the selected one, their list, and the selected one
 /// below; or why none is shown. The list's selection and the store's selected stash follow each other. Main thread.
-class StashesView : public QStackedWidget {
+class StashesView : public QStackedWidget, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -30,6 +31,8 @@ public:
 
     QListView* list() const { return list_; }
     CommitDetailView* detail() const { return detail_; }
+
+    QMenu* makeContextMenu() override;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

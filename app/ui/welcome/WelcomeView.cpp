@@ -5,13 +5,13 @@
 #include "app/settings/RecentRepositories.h"
 #include "app/store/ShownText.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/commands/RepositoryChoices.h"
 #include "app/ui/settings/SettingsSymbols.h"
 #include "app/ui/welcome/RecentRowDelegate.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Separator.h"
 
 #include <QAction>
-#include <QDir>
 #include <QDropEvent>
 #include <QLabel>
 #include <QListWidget>
@@ -63,23 +63,6 @@ QFont scaled(QFont font, double factor, QFont::Weight weight)
     return font;
 }
 
-QString shown(const std::filesystem::path& path) { return shownText(path.native()); }
-
-/// A path with "~" for the user's own folder.
-QString shortened(const std::filesystem::path& path)
-{
-    QString whole = shown(path);
-    const QString home = QDir::homePath();
-    if (home.size() > 1 && (whole == home || whole.startsWith(home + u'/')))
-        return u'~' + whole.mid(home.size());
-    return whole;
-}
-
-QString nameOf(const std::filesystem::path& root)
-{
-    return root.filename().empty() ? shown(root) : shown(root.filename());
-}
-
 std::vector<std::filesystem::path> folders(const QMimeData& dropped)
 {
     std::vector<std::filesystem::path> found;
@@ -101,7 +84,7 @@ WelcomeView::WelcomeView(std::function<void(std::filesystem::path)> open, std::f
     setAcceptDrops(true);
     auto* const title = centredLabel(tr("Plovik"), this);
     title->setFont(scaled(font(), 2.2, QFont::Bold));
-    auto* const hint = centredLabel(tr("Open a repository, or run `plovik` inside one from the terminal."), this);
+    auto* const hint = centredLabel(tr("Open a repository, or run “plovik” inside one from the terminal."), this);
     hint->setForegroundRole(QPalette::PlaceholderText);
     hint->setContentsMargins(16, 0, 16, 0);
 
@@ -199,11 +182,11 @@ void WelcomeView::reloadRecents()
     recents_ = recentRepositories::all();
     recentList_->clear();
     for (const std::filesystem::path& root : recents_) {
-        auto* const item = new QListWidgetItem(nameOf(root), recentList_);
-        const QString place = shortened(root.parent_path());
+        auto* const item = new QListWidgetItem(repositoryName(root), recentList_);
+        const QString place = shortenedPath(root.parent_path());
         item->setData(RecentRowDelegate::placeRole, place);
-        item->setData(Qt::AccessibleTextRole, tr("%1, %2").arg(nameOf(root), place));
-        item->setToolTip(plainToolTip(shown(root)));
+        item->setData(Qt::AccessibleTextRole, tr("%1, %2").arg(repositoryName(root), place));
+        item->setToolTip(plainToolTip(shownText(root.native())));
     }
     recentPart_->setVisible(!recents_.empty());
     // Longer words of another language take more lines.

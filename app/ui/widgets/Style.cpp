@@ -411,6 +411,8 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
         return 0;
+    case SH_MenuBar_AltKeyNavigation:
+        return 1;
     default:
         return QProxyStyle::styleHint(hint, option, widget, answer);
     }

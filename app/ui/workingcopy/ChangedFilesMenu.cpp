@@ -4,6 +4,7 @@
 #include "GitKit/records/OperationInProgress.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/window/OperationText.h"
 
@@ -60,7 +61,7 @@ QString reasonAgainstInspecting(const RepositoryStore& store, const Staging::Fil
 void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
 {
     const QString reason = reasonAgainstInspecting(store, files);
-    const auto add = [&](const QString& title, InspectedFile::Tab tab) {
+    const auto add = [&](CommandId id, const QString& title, InspectedFile::Tab tab) {
         QAction* const action = menu.addAction(title, &menu, [&store, file = files.front(), tab] {
             InspectedFile inspected{file.path, std::nullopt, tab};
             // A file that is gone is shown as it is in HEAD.
@@ -68,12 +69,12 @@ void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& fi
                 inspected.revision = store.snapshot().status.value().oid;
             store.window().inspect(std::move(inspected));
         });
-        action->setEnabled(reason.isEmpty());
+        markAs(id, action)->setEnabled(reason.isEmpty());
         if (!reason.isEmpty())
             action->setToolTip(plainToolTip(reason));
     };
-    add(Texts::tr("Show Blame"), InspectedFile::Tab::blame);
-    add(Texts::tr("Show File History"), InspectedFile::Tab::history);
+    add(CommandId::showBlame, Texts::tr("Show Blame"), InspectedFile::Tab::blame);
+    add(CommandId::showFileHistory, Texts::tr("Show File History"), InspectedFile::Tab::history);
 }
 
 /// Adds the commands that resolve a conflict, for the files that have one.
@@ -87,9 +88,12 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
     const Staging::Files conflicted(std::move(found));
     using Side = gitkit::ConflictSide;
     for (const Side side : {Side::ours, Side::theirs})
-        menu.addAction(plainMenuText(operationText::useSide(side, operationText::side(store, side))), &menu,
-                       [&store, conflicted, side] { store.staging().takeSide(conflicted, side); });
-    menu.addAction(Texts::tr("Mark Resolved"), &menu, [&store, conflicted] { store.staging().stage(conflicted); })
+        markAs(side == Side::ours ? CommandId::useOurs : CommandId::useTheirs,
+               menu.addAction(plainMenuText(operationText::useSide(side, operationText::side(store, side))), &menu,
+                              [&store, conflicted, side] { store.staging().takeSide(conflicted, side); }));
+    markAs(CommandId::markResolved,
+           menu.addAction(Texts::tr("Mark Resolved"), &menu,
+                          [&store, conflicted] { store.staging().stage(conflicted); }))
         ->setToolTip(Texts::tr("Stage what stands in the working copy"));
     menu.addSeparator();
 }
@@ -101,29 +105,36 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
 {
     auto* menu = new QMenu(parent);
     menu->setToolTipsVisible(true);
+    const auto add = [menu](CommandId id, const QString& title, auto run) {
+        return markAs(id, menu->addAction(title, menu, std::move(run)));
+    };
     addResolving(*menu, store, files);
     const auto stateIs = [&store](gitkit::StageState state) {
         return
             [&store, state](const gitkit::FileChange& file) { return store.staging().shownStageState(file) == state; };
     };
     if (!std::ranges::all_of(files, stateIs(gitkit::StageState::full)))
-        menu->addAction(Texts::tr("Stage"), menu, [&store, files] { store.staging().stage(files); });
+        add(CommandId::stageFiles, Texts::tr("Stage"), [&store, files] { store.staging().stage(files); });
     if (!std::ranges::all_of(files, stateIs(gitkit::StageState::none)))
-        menu->addAction(Texts::tr("Unstage"), menu, [&store, files] { store.staging().unstage(files); });
-    QAction* const discard =
-        menu->addAction(Staging::discardTitle(files), menu, [&store, files] { store.staging().confirmDiscard(files); });
+        add(CommandId::unstageFiles, Texts::tr("Unstage"), [&store, files] { store.staging().unstage(files); });
+    QAction* const discard = add(CommandId::discardFiles, Staging::discardTitle(files),
+                                 [&store, files] { store.staging().confirmDiscard(files); });
     const QString reason = Staging::reasonAgainstDiscard(files);
     discard->setEnabled(reason.isEmpty());
     discard->setToolTip(plainToolTip(reason));
     menu->addSeparator();
-    auto* open = menu->addAction(openTitle, menu, [&store, files] { actions::openInEditor(store.actors(), files); });
-    auto* reveal = menu->addAction(Texts::tr("Reveal in File Browser"), menu,
-                                   [&store, files] { actions::reveal(store.actors(), files); });
-    for (QAction* action : {open, reveal})
-        action->setEnabled(
-            !std::ranges::all_of(files, [&store](const gitkit::FileChange& file) { return isGone(store, file); }));
+    QAction* const open = add(CommandId::openInEditor, openTitle,
+                              [&store, files] { actions::openInEditor(store.actors(), files); });
+    QAction* const reveal = add(CommandId::revealFile, Texts::tr("Reveal in File Browser"),
+                                [&store, files] { actions::reveal(store.actors(), files); });
+    if (std::ranges::all_of(files, [&store](const gitkit::FileChange& file) { return isGone(store, file); })) {
+        for (QAction* const action : {open, reveal}) {
+            action->setEnabled(false);
+            action->setToolTip(Texts::tr("The file is not in the working tree now."));
+        }
+    }
     addInspection(*menu, store, files);
-    menu->addAction(Texts::tr("Copy Path"), menu, [files] { copyPaths(files); });
+    add(CommandId::copyPath, Texts::tr("Copy Path"), [files] { copyPaths(files); });
     return menu;
 }
 

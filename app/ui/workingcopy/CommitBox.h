@@ -29,7 +29,7 @@ public:
     /// Waits until the draft is on disk.
     ~CommitBox() override;
 
-    void commit();
+    Q_INVOKABLE void commit();
 
 Q_SIGNALS:
     /// A commit has succeeded and the box is empty again.

@@ -182,13 +182,19 @@ void WorkingCopyView::restoreCurrent()
 
 void WorkingCopyView::showMenu(const QPoint& globalPosition)
 {
+    if (QMenu* const menu = makeContextMenu()) {
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->popup(globalPosition);
+    }
+}
+
+QMenu* WorkingCopyView::makeContextMenu()
+{
     const Staging::Files files = store_.staging().selectedFiles();
     if (files.empty())
-        return;
+        return nullptr;
     const QString openTitle = editorTitle_ ? editorTitle_() : tr("Open in Default Editor");
-    QMenu* menu = makeChangedFilesMenu(store_, files, openTitle, list_);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(globalPosition);
+    return makeChangedFilesMenu(store_, files, openTitle, list_);
 }
 
 void WorkingCopyView::committed()

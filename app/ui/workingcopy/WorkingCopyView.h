@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 
 #include <QProperty>
 #include <QWidget>
@@ -23,7 +24,7 @@ class ScrollKeeper;
 /// The view of the working copy: the changed files, or a sentence that says why there are none, with the commit box
 /// under them, and at their right the changes of the selected files. The selection of the list follows the selected
 /// paths of the store in both directions. Main thread.
-class WorkingCopyView : public QWidget {
+class WorkingCopyView : public QWidget, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -36,6 +37,8 @@ public:
 
     QListView* list() const;
     EmptyState* emptyState() const { return empty_; }
+
+    QMenu* makeContextMenu() override;
 
 private:
     QWidget* makeFilesPane();

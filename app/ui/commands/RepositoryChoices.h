@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <filesystem>
+
+class QMenu;
+
+namespace plovik {
+
+class MenuTarget;
+
+/// Fills a menu with the recent repositories, the latest first. Main thread.
+void addRecentRepositories(QMenu& menu, MenuTarget& target);
+/// Fills a menu with the repositories that have a window. `current` is checked. Main thread.
+void addOpenRepositories(QMenu& menu, MenuTarget& target, const std::filesystem::path& current);
+
+/// Returns the name of a repository's folder.
+QString repositoryName(const std::filesystem::path& root);
+/// Returns a path with "~" for the user's own folder.
+QString shortenedPath(const std::filesystem::path& path);
+
+} // namespace plovik

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/dialogs/ShortcutsDialog.h"
+
+#include "app/ui/commands/MainMenu.h"
+#include "app/ui/dialogs/DialogParts.h"
+#include "app/ui/widgets/Theme.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace plovik {
+
+namespace {
+
+constexpr int keyRowPadding = 10;
+constexpr int pageHeight = 360;
+constexpr int pageWidth = 640;
+constexpr int nameWidth = 270; ///< what a long text has at least
+
+constexpr ListKeys keysOfLists[] = {
+    {"F10, Alt", QT_TRANSLATE_NOOP("plovik::ShortcutsDialog", "go into the menu bar")},
+    {"F6, Shift+F6",
+     QT_TRANSLATE_NOOP("plovik::ShortcutsDialog", "next and previous pane: sidebar, lists, texts, diffs, message")},
+    {"Up, Down, Page Up, Page Down, Home, End",
+     QT_TRANSLATE_NOOP("plovik::ShortcutsDialog",
+                       "walk through the history; End reads it to its end, Home or Escape stop that")},
+    {"Space, Return, Delete", QT_TRANSLATE_NOOP("plovik::ShortcutsDialog",
+                                                "in the changed files: stage or unstage, open in the editor, discard")},
+    {"Return or S, Delete, Alt+Down, Alt+Up",
+     QT_TRANSLATE_NOOP("plovik::ShortcutsDialog", "in a diff: stage or unstage, discard, next and previous hunk")},
+    {"Ctrl+Down, Ctrl+Up", QT_TRANSLATE_NOOP("plovik::ShortcutsDialog", "in a diff: more lines below, above")},
+    {"Ctrl+Home, Ctrl+End", QT_TRANSLATE_NOOP("plovik::ShortcutsDialog", "in a diff: the first line and the last")},
+    {"Ctrl+F, F3, Shift+F3",
+     QT_TRANSLATE_NOOP("plovik::ShortcutsDialog",
+                       "in a diff: find, next and previous match; elsewhere Ctrl+F searches the history")},
+    {"B, Backspace", QT_TRANSLATE_NOOP("plovik::ShortcutsDialog", "in blame: as it was before this commit, and back")},
+};
+
+QTreeWidgetItem* addTitle(QTreeWidget& list, const QString& title)
+{
+    auto* const item = new QTreeWidgetItem(&list, {title});
+    item->setFirstColumnSpanned(true);
+    item->setSizeHint(0, {0, QFontMetrics(Theme::font()).height() + 2 * keyRowPadding});
+    item->setTextAlignment(0, Qt::AlignBottom);
+    item->setFlags(Qt::ItemIsEnabled);
+    item->setFont(0, Theme::font(-0.5, QFont::DemiBold));
+    item->setForeground(0, list.palette().color(QPalette::PlaceholderText));
+    return item;
+}
+
+void addKeys(QTreeWidgetItem* title, const QString& name, const QString& keys)
+{
+    auto* const item = new QTreeWidgetItem(title, {name, keys});
+    const QFontMetrics metrics(Theme::font());
+    const int lines = 1 + metrics.horizontalAdvance(name) / nameWidth;
+    item->setSizeHint(0, {0, lines * metrics.height() + keyRowPadding});
+    item->setTextAlignment(0, Qt::AlignVCenter);
+    item->setData(0, Qt::AccessibleTextRole, ShortcutsDialog::tr("%1: %2", "command: keys").arg(name, keys));
+}
+
+} // namespace
+
+std::span<const ListKeys> listKeys() { return keysOfLists; }
+
+ShortcutsDialog::ShortcutsDialog(QWidget* parent)
+    : QDialog(parent), filter_(new QLineEdit(this)), list_(new QTreeWidget(this))
+{
+    dialogParts::prepare(*this, tr("Keyboard Shortcuts"));
+    setWindowModality(Qt::NonModal);
+    filter_->setAccessibleName(tr("Filter Shortcuts"));
+    filter_->setPlaceholderText(tr("Filter by name or key"));
+    filter_->setClearButtonEnabled(true);
+    filter_->installEventFilter(this);
+    connect(filter_, &QLineEdit::textChanged, this, &ShortcutsDialog::filter);
+
+    list_->setAccessibleName(tr("Shortcuts"));
+    list_->setColumnCount(2);
+    list_->setHeaderHidden(true);
+    list_->setRootIsDecorated(false);
+    list_->setItemsExpandable(false);
+    list_->setIndentation(12);
+    list_->setMinimumHeight(160);
+    list_->setWordWrap(true);
+    addGroups();
+    list_->expandAll();
+    list_->header()->setStretchLastSection(false);
+    list_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    list_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+
+    auto* const close = new QPushButton(tr("Close"), this);
+    close->setAutoDefault(false);
+    connect(close, &QPushButton::clicked, this, &QDialog::close);
+    QVBoxLayout* const column = dialogParts::column(*this);
+    column->addWidget(filter_);
+    column->addWidget(list_, 1);
+    column->addSpacing(4);
+    column->addLayout(dialogParts::buttonRow({close}));
+    dialogParts::fit(*this, pageWidth, pageHeight - list_->sizeHint().height());
+    filter_->setFocus();
+}
+
+void ShortcutsDialog::addGroups()
+{
+    for (const mainMenu::Group& group : mainMenu::groups()) {
+        QTreeWidgetItem* const title = addTitle(*list_, group.title);
+        for (const CommandId id : group.commands) {
+            const Command& listed = command(id);
+            if (!listed.shortcut().isEmpty())
+                addKeys(title, listed.title().remove(u'…'), listed.shortcut().toString(QKeySequence::NativeText));
+        }
+        if (title->childCount() == 0)
+            delete title;
+    }
+    QTreeWidgetItem* const title = addTitle(*list_, tr("In Lists and Diffs"));
+    for (const ListKeys& each : listKeys())
+        addKeys(title, tr(each.meaning), QLatin1String(each.keys));
+}
+
+void ShortcutsDialog::filter(const QString& text)
+{
+    const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
+    for (int group = 0; group < list_->topLevelItemCount(); ++group) {
+        QTreeWidgetItem* const title = list_->topLevelItem(group);
+        bool isSeen = false;
+        for (int row = 0; row < title->childCount(); ++row) {
+            QTreeWidgetItem* const item = title->child(row);
+            const QString whole = item->text(0) + u' ' + item->text(1);
+            const bool isMatch = std::ranges::all_of(
+                words, [&whole](const QString& word) { return whole.contains(word, Qt::CaseInsensitive); });
+            item->setHidden(!isMatch);
+            isSeen |= isMatch;
+        }
+        title->setHidden(!isSeen);
+    }
+}
+
+bool ShortcutsDialog::eventFilter(QObject* watched, QEvent* event)
+{
+    // The arrows go from the field into the list.
+    if (watched == filter_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Down || key == Qt::Key_PageDown) {
+            list_->setFocus(Qt::TabFocusReason);
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void showShortcuts(QWidget& window)
+{
+    auto* dialog = window.findChild<ShortcutsDialog*>();
+    if (!dialog)
+        dialog = new ShortcutsDialog(&window);
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
+} // namespace plovik
+
+#include "moc_ShortcutsDialog.cpp"
