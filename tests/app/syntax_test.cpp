@@ -93,6 +93,8 @@ TEST(Syntax, TakesTheTextOfMarkupForNoCode)
                          "k{if} (n > n{0} && from) k{return} s{'x'};"};
     EXPECT_EQ(marked("a.jsx", code), expected);
     EXPECT_EQ(marked("a.tsx", code), expected);
+    EXPECT_EQ(marked("a.jsx", "  {n} of it, if new.\n  {n} in {m}\n} else\n} while\n"),
+              (Lines{"  {n} of it, if new.", "  {n} in {m}", "} k{else}", "} k{while}"}));
     EXPECT_EQ(marked("a.tsx", "class A<T> extends B<T> {\n"), Lines{"k{class} A<T> k{extends} B<T> {"});
     EXPECT_EQ(marked("a.ts", "const a: Array<string>\nreturn 1\n").back(), "k{return} n{1}");
 }

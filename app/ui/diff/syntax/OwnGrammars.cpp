@@ -35,6 +35,10 @@ constexpr GrammarRule markupText{
     Kind::block, "normal", R"re((?<=[\w"'}])>(?=\s*$|[^<>{}=;]*(?:<[/A-Za-z]|\{))(?!\s*(?:extends|implements)\>))re",
     R"re((?=[<{;]))re"};
 constexpr GrammarRule markupRest{Kind::pattern, "normal", R"re((?<=\})[^<>{};=()]+(?=</))re"};
+constexpr GrammarRule markupLine{
+    Kind::pattern, "normal",
+    R"re((?<=\})\s+(?!(?:as|catch|else|extends|finally|from|implements|instanceof|satisfies|while)\>)[A-Za-z])re"
+    R"re([^<>{};=()]*(?=[<{]|$))re"};
 constexpr GrammarRule markupTag{Kind::pattern, "keyword", R"re((?<![\w\)\]])<[A-Za-z][\w.-]*(?=[\s/>]|$))re"};
 constexpr GrammarRule markupEnd{Kind::pattern, "keyword", R"re(</[A-Za-z][\w.-]*>?|/>)re"};
 constexpr GrammarRule markupBehindEnd{Kind::pattern, "normal",
@@ -46,6 +50,7 @@ constexpr GrammarRule javascript[] = {
     {Kind::block, "string", "`", "`", "\\"},
     markupText,
     markupRest,
+    markupLine,
     markupTag,
     markupEnd,
     markupBehindEnd,
@@ -75,6 +80,7 @@ constexpr GrammarRule tsx[] = {
     {Kind::block, "string", "`", "`", "\\"},
     markupText,
     markupRest,
+    markupLine,
     markupTag,
     markupEnd,
     markupBehindEnd,
