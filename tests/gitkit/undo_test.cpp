@@ -7,14 +7,17 @@
 #include "GitKit/undo/Overlay.h"
 #include "GitKit/undo/RefTransaction.h"
 #include "GitKit/undo/TreeMove.h"
+#include "GitKit/undo/UndoJournal.h"
 #include "GitKit/undo/UndoLog.h"
 #include "tests/support/TestRepository.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sys/stat.h>
 
 namespace gitkit {
@@ -36,9 +39,9 @@ std::string stateOf(const TestRepository& repo)
 {
     std::string state = repo.read({"ls-files", "-s", "-v", "-z"}) +
                         repo.read({"status", "--porcelain=v2", "-z", "-uall"}) + repo.read({"for-each-ref"}) +
-                        repo.read({"rev-parse", "HEAD"});
+                        bytesAt(repo / ".git/HEAD") + repo.read({"stash", "list"});
     for (const auto& entry : fs::recursive_directory_iterator(repo.path())) {
-        if (entry.path().string().find("/.git") != std::string::npos || entry.is_directory())
+        if (entry.path().string().find("/.git/") != std::string::npos || entry.is_directory())
             continue;
         state += entry.path().string();
         state += entry.is_symlink() ? fs::read_symlink(entry).string() : bytesAt(entry.path());
@@ -260,6 +263,205 @@ TEST(InTheWay, IsNamedMovedAsideAndComesBack)
 
     EXPECT_THROW(moveAside(repo.repository(), {".env", "gone"}, saved / "again"), GitError);
     EXPECT_EQ(stateOf(repo), before) << "a failure puts back what was moved before it";
+}
+
+/// An action, what it touches, and what happens before it.
+struct Story {
+    const char* name;
+    UndoScope scope;
+    std::function<void(TestRepository&)> before, act;
+};
+
+const std::vector<Story> stories{
+    {"commit",
+     {},
+     [](auto& r) { r.write("a", "2").git({"add", "a"}).write("a", "3"); },
+     [](auto& r) { r.git({"commit", "-q", "-m", "more"}); }},
+    {"first commit",
+     {},
+     [](auto& r) { r.git({"checkout", "-q", "--orphan", "fresh"}); },
+     [](auto& r) { r.git({"commit", "-q", "-m", "fresh"}); }},
+    {"amend",
+     {},
+     [](auto& r) { r.write("a", "2").git({"add", "a"}); },
+     [](auto& r) { r.git({"commit", "-q", "--amend", "-m", "other words"}); }},
+    {"checkout",
+     {.movesFiles = true, .movesIndex = true},
+     [](auto& r) { r.write("c\r", "local").git({"add", "-N", "c\r"}); },
+     [](auto& r) { r.git({"checkout", "-q", "topic"}); }},
+    {"detaching",
+     {.movesFiles = true, .movesIndex = true},
+     [](auto&) {},
+     [](auto& r) { r.git({"checkout", "-q", "--detach", "topic"}); }},
+    {"merge",
+     {.movesFiles = true, .movesIndex = true},
+     [](auto& r) { r.write("untracked", "u").write("b", "changed"); },
+     [](auto& r) { r.git({"merge", "-q", "--no-ff", "-m", "merged", "topic"}); }},
+    {"fast-forward",
+     {.movesFiles = true, .movesIndex = true},
+     [](auto& r) { r.git({"branch", "-f", "topic", "topic"}); },
+     [](auto& r) { r.git({"merge", "-q", "--ff-only", "topic"}); }},
+    {"branch and tag deleted",
+     {},
+     [](auto& r) { r.git({"tag", "-a", "-m", "note", "v1"}).git({"tag", "light"}); },
+     [](auto& r) { r.git({"branch", "-q", "-D", "topic"}).git({"tag", "-d", "v1"}).git({"tag", "-d", "light"}); }},
+    {"branch made and checked out",
+     {.movesFiles = true, .movesIndex = true},
+     [](auto&) {},
+     [](auto& r) { r.git({"checkout", "-q", "-b", "new/branch"}); }},
+    {"staging",
+     {.movesIndex = true},
+     [](auto& r) { r.write("a", "2").write("n", "1"); },
+     [](auto& r) { r.git({"add", "-A"}); }},
+    {"unstaging",
+     {.movesIndex = true},
+     [](auto& r) { r.write("a", "2").write("n", "1").git({"add", "-A"}); },
+     [](auto& r) { r.git({"reset", "-q"}); }},
+    {"discarding",
+     {.movesIndex = true, .overwrites = {"a", "crlf", "gone", "link"}},
+     [](auto& r) {
+         r.git({"config", "core.autocrlf", "input"})
+             .write("a", "mine")
+             .write("crlf", "x\r\ny\n")
+             .remove("gone")
+             .remove("link");
+         fs::permissions(r / "a", fs::perms::owner_all);
+     },
+     [](auto& r) { r.git({"checkout", "-q", "-f", "--", "a", "crlf", "gone", "link"}); }},
+    {"rebase",
+     {.movesFiles = true, .movesIndex = true},
+     [](auto& r) { r.write("untracked", "u"); },
+     [](auto& r) {
+         r.write("z", "1").git({"add", "z"}).git({"commit", "-q", "-m", "z"}).git({"rebase", "-q", "topic"});
+     }},
+};
+
+TEST(UndoJournal, TakesBackAndDoesAgain)
+{
+    for (const Story& story : stories) {
+        SCOPED_TRACE(story.name);
+        TestRepository repo;
+        repo.write("a", "1").write("b", "1").write("crlf", "x\n").write("gone", "1");
+        fs::create_symlink("a", repo / "link");
+        repo.commit("one")
+            .git({"checkout", "-q", "-b", "topic"})
+            .write("t/new", "topic")
+            .write("a", "topic")
+            .commit("two");
+        repo.git({"checkout", "-q", "main"});
+        story.before(repo);
+        const GitRepository kit = repo.repository();
+        const fs::path directory = gitDirectories(kit).own;
+        repo.git({"update-index", "-q", "--refresh"});
+        const std::string a = stateOf(repo);
+
+        UndoScope scope = story.scope;
+        scope.kind = "test";
+        scope.title = story.name;
+        UndoRecording recording(kit, directory, scope);
+        story.act(repo);
+        ASSERT_TRUE(recording.finish());
+        const std::string b = stateOf(repo);
+        ASSERT_NE(a, b);
+        repo.git({"gc", "-q", "--prune=now"});
+
+        for (int round = 0; round < 2; ++round) {
+            const std::vector<UndoStep> done = undoSteps(kit);
+            const UndoStep* undo = nextUndo(done);
+            ASSERT_TRUE(undo);
+            EXPECT_EQ(undo->title, story.name);
+            EXPECT_FALSE(nextRedo(done) && round == 0);
+            ASSERT_TRUE(takeBack(kit, directory, *undo, "Undo"));
+            EXPECT_EQ(stateOf(repo), a) << "undone, round " << round;
+            const std::vector<UndoStep> undone = undoSteps(kit);
+            EXPECT_FALSE(nextUndo(undone));
+            const UndoStep* redo = nextRedo(undone);
+            ASSERT_TRUE(redo);
+            ASSERT_TRUE(takeBack(kit, directory, *redo, "Redo"));
+            EXPECT_EQ(stateOf(repo), b) << "done again, round " << round;
+            EXPECT_FALSE(nextRedo(undoSteps(kit)));
+        }
+    }
+}
+
+TEST(UndoJournal, RefusesWhatHasChangedSinceAndLeavesIt)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
+    const GitRepository kit = repo.repository();
+    const fs::path directory = gitDirectories(kit).own;
+    UndoRecording committing(kit, directory, {.kind = "commit", .title = "Commit"});
+    repo.git({"commit", "-q", "-m", "two"});
+    const UndoStep commit = *committing.finish();
+    repo.write("b", "1").commit("in a terminal");
+    std::string before = stateOf(repo);
+    EXPECT_THROW(takeBack(kit, directory, commit, "Undo"), GitError) << "the branch has moved";
+    EXPECT_EQ(stateOf(repo), before);
+    EXPECT_EQ(undoSteps(kit).size(), 1U) << "what did not happen is no step";
+
+    repo.write("a", "mine");
+    UndoRecording discarding(kit, directory, {.kind = "discard", .title = "Discard", .overwrites = {"a"}});
+    repo.git({"checkout", "-q", "--", "a"});
+    const UndoStep discard = *discarding.finish();
+    repo.write("a", "edited since");
+    before = stateOf(repo);
+    EXPECT_THROW(takeBack(kit, directory, discard, "Undo"), GitError);
+    EXPECT_EQ(stateOf(repo), before);
+
+    UndoRecording nothing(kit, directory, {.kind = "test", .title = "Nothing"});
+    EXPECT_FALSE(nothing.finish());
+    EXPECT_EQ(undoSteps(kit).size(), 2U);
+    { // killed in the middle
+        const UndoRecording killed(kit, directory, {.kind = "test", .title = "Killed"});
+    }
+    EXPECT_FALSE(undoSteps(kit).front().after);
+}
+
+TEST(UndoJournal, BringsBackWhatWasMovedOutOfTheWay)
+{
+    TestRepository repo;
+    repo.write(".gitignore", ".env\n").commit("one").git({"checkout", "-q", "-b", "topic"});
+    repo.write(".env", "theirs").git({"add", "-f", ".env"}).commit("two").git({"checkout", "-q", "main"});
+    repo.write(".env", "secret");
+    const GitRepository kit = repo.repository();
+    const fs::path directory = gitDirectories(kit).own;
+    const std::string before = stateOf(repo);
+    UndoRecording recording(kit, directory,
+                            {.kind = "checkout", .title = "Check out", .movesFiles = true, .movesIndex = true});
+    const InTheWay found = inTheWay(kit, "main", "topic");
+    moveAside(kit, found.ignored, asideFolder(directory, recording.id()));
+    recording.movedAside(found.ignored);
+    repo.git({"checkout", "-q", "topic"});
+    recording.finish();
+    EXPECT_EQ(bytesAt(repo / ".env"), "theirs");
+    const std::vector<UndoStep> steps = undoSteps(kit);
+    takeBack(kit, directory, *nextUndo(steps), "Undo");
+    EXPECT_EQ(bytesAt(repo / ".env"), "secret");
+    EXPECT_EQ(stateOf(repo), before);
+}
+
+TEST(UndoJournal, RedoIsOverOnceSomethingElseIsDone)
+{
+    const auto step = [](const char* id, const char* undoes = "") {
+        UndoStep made;
+        made.id = id;
+        made.undoes = undoes;
+        made.after.emplace();
+        return made;
+    };
+    const auto told = [](std::vector<UndoStep> newestLast) {
+        std::ranges::reverse(newestLast);
+        const UndoStep* undo = nextUndo(newestLast);
+        const UndoStep* redo = nextRedo(newestLast);
+        return (undo ? undo->id : "-") + ' ' + (redo ? redo->id : "-");
+    };
+    EXPECT_EQ(told({}), "- -");
+    EXPECT_EQ(told({step("1"), step("2")}), "2 -");
+    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2")}), "1 u2");
+    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("u1", "1")}), "- u1");
+    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("u1", "1"), step("r1", "u1")}), "1 u2");
+    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("3")}), "3 -");
+    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("r2", "u2"), step("v2", "2")}), "1 v2") << "again";
 }
 
 } // namespace
