@@ -254,19 +254,20 @@ std::optional<UndoStep> UndoRecording::finish()
 
 std::vector<UndoStep> undoSteps(const GitRepository& repo)
 {
+    const std::vector<UndoEntry> entries = undoEntries(repo);
+    std::vector<std::string> commits;
+    for (const UndoEntry& entry : entries)
+        commits.push_back(entry.commit);
+    std::vector<std::optional<UndoStep>> records = readUndoRecords(repo, commits);
     std::vector<UndoStep> steps;
-    std::set<std::string> finished;
-    for (const UndoEntry& entry : undoEntries(repo)) {
-        const bool isAfter = entry.text.starts_with("a ");
-        const std::string id = entry.text.substr(std::min<std::size_t>(2, entry.text.size()), 16);
-        if (!isAfter && finished.contains(id))
+    std::set<std::string> seen;
+    for (std::size_t index = 0; index < entries.size(); ++index) {
+        std::optional<UndoStep>& step = records[index];
+        // The entry from before a step is not needed where the one from after it was written.
+        if (!step || !seen.insert(step->id).second)
             continue;
-        if (std::optional<UndoStep> step = readUndoRecord(repo, entry.commit)) {
-            step->date = entry.date;
-            step->record = entry.commit;
-            finished.insert(step->id);
-            steps.push_back(*std::move(step));
-        }
+        step->date = entries[index].date;
+        steps.push_back(*std::move(step));
     }
     return steps;
 }

@@ -3,6 +3,7 @@
 
 #include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"
+#include "GitKit/repository/Blobs.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/undo/HelperRuns.h"
 
@@ -205,10 +206,19 @@ std::string writeUndoRecord(const GitRepository& repo, const UndoStep& step)
     return stored(repo, commit, (step.after ? "a " : "b ") + step.id + '\n');
 }
 
-std::optional<UndoStep> readUndoRecord(const GitRepository& repo, const std::string& commit)
+std::vector<std::optional<UndoStep>> readUndoRecords(const GitRepository& repo, const std::vector<std::string>& commits)
 {
-    const GitOutput list = repo.runner().output({"cat-file", "blob", commit + ":list"}, helperOptions());
-    return list.status == 0 ? Reader(list.stdoutBytes).read() : std::nullopt;
+    constexpr std::size_t longestList = std::size_t{64} << 20;
+    std::vector<std::string> names;
+    for (const std::string& commit : commits)
+        names.push_back(commit + ":list");
+    std::vector<std::optional<UndoStep>> steps;
+    for (const auto& list : blobs(repo, names, longestList)) {
+        steps.push_back(list ? Reader(*list).read() : std::nullopt);
+        if (steps.back())
+            steps.back()->record = commits[steps.size() - 1];
+    }
+    return steps;
 }
 
 void restoreTags(const GitRepository& repo, const UndoStep& step)

@@ -13,8 +13,10 @@ class GitRepository;
 /// Returns the hash of the commit.
 std::string writeUndoRecord(const GitRepository& repo, const UndoStep& step);
 
-/// Returns nullopt for a commit that is no such record, or one of a later version of the program.
-std::optional<UndoStep> readUndoRecord(const GitRepository& repo, const std::string& commit);
+/// Reads records, in the order of the commits; nullopt for a commit that is no such record, or one of a later version of
+/// the program.
+std::vector<std::optional<UndoStep>> readUndoRecords(const GitRepository& repo,
+                                                     const std::vector<std::string>& commits);
 
 /// Makes the annotated tags again that refs of the step pointed to and that git has removed since.
 void restoreTags(const GitRepository& repo, const UndoStep& step);
