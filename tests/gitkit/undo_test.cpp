@@ -365,7 +365,8 @@ TEST(UndoJournal, TakesBackAndDoesAgain)
         ASSERT_NE(a, b);
         repo.git({"gc", "-q", "--prune=now"});
 
-        for (int round = 0; round < 2; ++round) {
+        const int rounds = std::string_view(story.name) == "merge" ? 2 : 1;
+        for (int round = 0; round < rounds; ++round) {
             const std::vector<UndoStep> done = undoSteps(kit);
             const UndoStep* undo = nextUndo(done);
             ASSERT_TRUE(undo);
