@@ -358,7 +358,7 @@ TEST_F(CommitDetailTest, ShowsTheFactsBetweenTitleAndMessageAndNoPartOfALine)
     EXPECT_TRUE(message(*view).endsWith(u"paragraph 59\nFixes: #1"_s));
     const auto rectOf = [&](const QString& words) {
         QTextCursor cursor = text->document()->find(words);
-        return text->cursorRect(cursor).translated(text->mapTo(view.get(), QPoint()));
+        return text->cursorRect(cursor).translated(text->viewport()->mapTo(view.get(), QPoint()));
     };
     const auto* const hash = named<QLineEdit>(*view, u"Commit Hash"_s);
     const int hashY = hash->mapTo(view.get(), QPoint()).y();

@@ -50,6 +50,7 @@ enum class CommandId {
     back,
     forward,
     goToCommit,
+    allFiles,
     sideBySide,
     ignoreWhiteSpace,
     wholeFile,

@@ -64,6 +64,7 @@ std::vector<Entry> layouts()
           forward,
           goToCommit,
           line,
+          allFiles,
           sideBySide,
           ignoreWhiteSpace,
           wholeFile,

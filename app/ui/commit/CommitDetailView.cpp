@@ -4,6 +4,8 @@
 #include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
+#include "app/ui/commit/AllFilesPane.h"
+#include "app/ui/commit/AllFilesView.h"
 #include "app/ui/commit/CommitFileMenu.h"
 #include "app/ui/commit/CommitFilesList.h"
 #include "app/ui/commit/CommitHeader.h"
@@ -12,6 +14,7 @@
 #include "app/ui/diff/DiffPane.h"
 #include "app/ui/diff/DiffView.h"
 #include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/SplitPane.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
@@ -20,7 +23,9 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QStackedLayout>
+#include <QStackedWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -56,6 +61,18 @@ EmptyState* makeNone(CommitDetailView::CommitKind kind)
     return none;
 }
 
+IconButton* makeAllFilesButton()
+{
+    auto* const button = new IconButton(Icon::allFiles, CommitDetailView::tr("All Files"), nullptr);
+    const auto follow = [button] { button->setChecked(Settings::shared().value(settings::commitShowsAllFiles)); };
+    button->setCheckable(true);
+    QObject::connect(button, &IconButton::toggled, button,
+                     [](bool isOn) { Settings::shared().set(settings::commitShowsAllFiles, isOn); });
+    QObject::connect(&Settings::shared(), &Settings::changed, button, follow);
+    follow();
+    return button;
+}
+
 } // namespace
 
 CommitDetailView::CommitDetailView(RepositoryStore& store, CommitKind kind, QWidget* parent)
@@ -82,19 +99,62 @@ void CommitDetailView::makePage()
     diff_ = new DiffPane(store_);
     diff_->view()->setActionsAvailable(false);
     diff_->showSentence({}, {});
+    diff_->addOption(makeAllFilesButton());
+    right_ = new QStackedWidget;
+    right_->addWidget(diff_);
     auto* const page = new SplitPane(settings::commitFilesWidth, Qt::Horizontal, SplitPane::Sized::first,
-                                     leastFilesWidth, leastDiffWidth, makeLeftSide(), diff_);
+                                     leastFilesWidth, leastDiffWidth, makeLeftSide(), right_);
     page->setAutomatic([](double available) { return std::clamp(available * partOfSide, leastSide, mostSide); });
     pages_->addWidget(page);
     setTabOrder(files_, diff_);
     connect(files_, &CommitFilesList::currentFileChanged, this, &CommitDetailView::fileChanged);
     connect(files_, &CommitFilesList::openRequested, this, &CommitDetailView::openCurrentFile);
     connect(files_, &CommitFilesList::menuRequested, this, &CommitDetailView::showMenu);
-    connect(files_, &CommitFilesList::diffFocusRequested, this, [this] {
-        if (!diff_->isSentenceShown())
-            diff_->setFocus(Qt::TabFocusReason);
-    });
+    connect(files_, &CommitFilesList::diffFocusRequested, this, &CommitDetailView::focusDiff);
     connect(diff_, &DiffPane::readingChanged, this, &CommitDetailView::fileChanged);
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key == QLatin1String(settings::commitShowsAllFiles.key))
+            showRightSide();
+    });
+}
+
+void CommitDetailView::makeAllFiles()
+{
+    all_ = new AllFilesPane(store_);
+    all_->addOption(makeAllFilesButton());
+    right_->addWidget(all_);
+    connect(&all_->view(), &AllFilesView::currentFileChanged, this, &CommitDetailView::followAllFiles);
+    connect(&all_->view(), &AllFilesView::menuRequested, this, &CommitDetailView::showMenu);
+}
+
+/// Shows the diff of the current file, or those of all files.
+void CommitDetailView::showRightSide()
+{
+    const bool showsAll =
+        Settings::shared().value(settings::commitShowsAllFiles) && shown_ && !shown_->detail.files.empty();
+    if (showsAll && !all_)
+        makeAllFiles();
+    const bool hadFocus = right_->isAncestorOf(focusWidget());
+    if (all_)
+        all_->setReading(showsAll ? shown_ : nullptr);
+    right_->setCurrentWidget(showsAll ? static_cast<QWidget*>(all_) : diff_);
+    fileChanged();
+    if (hadFocus)
+        focusDiff();
+}
+
+void CommitDetailView::focusDiff()
+{
+    if (right_->currentWidget() == all_)
+        all_->view().focusCurrent();
+    else if (!diff_->isSentenceShown())
+        diff_->setFocus(Qt::TabFocusReason);
+}
+
+void CommitDetailView::followAllFiles()
+{
+    const QScopedValueRollback following(isFollowing_, true);
+    files_->setCurrentFile(all_->view().currentFile());
 }
 
 QWidget* CommitDetailView::makeLeftSide()
@@ -131,6 +191,7 @@ void CommitDetailView::follow()
         shown_.reset();
         if (files_) {
             files_->setReading(nullptr);
+            showRightSide();
             diff_->showSentence({}, {});
         }
         return;
@@ -183,6 +244,7 @@ void CommitDetailView::showReading(std::shared_ptr<CommitReading> reading)
     header_->showDetail(shown_->detail);
     showSummary();
     files_->setReading(shown_);
+    showRightSide();
     side_->arrange();
     if (shown_->detail.files.empty())
         diff_->showSentence(tr("No Changes"), commitSummary::nothingChanged(shown_->detail, kind_));
@@ -194,6 +256,7 @@ void CommitDetailView::clearFiles()
 {
     shown_.reset();
     files_->setReading(nullptr);
+    showRightSide();
     summary_->clear();
     totals_->clear();
     diff_->showSentence({}, {});
@@ -225,11 +288,19 @@ void CommitDetailView::countsRead()
         return;
     shown_->counts = std::move(counts);
     files_->countsChanged();
+    if (all_ && all_->view().reading() == shown_)
+        all_->view().countsChanged();
     showSummary();
 }
 
 void CommitDetailView::fileChanged()
 {
+    if (all_ && right_->currentWidget() == all_) {
+        diffs_.forget();
+        if (const std::optional<std::size_t> file = files_->currentPlace(); file && isCurrent() && !isFollowing_)
+            all_->view().goTo(*file);
+        return;
+    }
     const gitkit::CommitFile* const file = files_->currentFile();
     if (file && isCurrent())
         diffs_.ask({shown_->detail.hash, *file, diff_->readingOf(shown_->detail.hash + ':' + file->path)});

@@ -24,16 +24,18 @@
 
 class QLabel;
 class QStackedLayout;
+class QStackedWidget;
 
 namespace plovik {
 
+class AllFilesPane;
 class CommitFilesList;
 class CommitHeader;
 class DiffPane;
 class HeaderOverFiles;
 
 /// The selected commit of the history, or the selected stash: its header, the files it touched, and the diff of one of
-/// them. Main thread.
+/// them or of all. Main thread.
 ///
 /// What the lists know is shown at once; the rest is read in the background. The last of several requests counts. The
 /// files and the diff on display stay for a moment, in which nothing can be done with them, until the next ones have
@@ -68,6 +70,10 @@ private:
     void countsRead();
     void fileChanged();
     void diffRead();
+    void showRightSide();
+    void makeAllFiles();
+    void followAllFiles();
+    void focusDiff();
     void openCurrentFile();
     void showMenu(const QPoint& position);
     void changeEvent(QEvent* event) override;
@@ -81,7 +87,10 @@ private:
     QLabel* totals_ = nullptr;
     CommitFilesList* files_ = nullptr;
     HeaderOverFiles* side_ = nullptr;
+    QStackedWidget* right_ = nullptr;
     DiffPane* diff_ = nullptr;
+    AllFilesPane* all_ = nullptr; ///< made when all files are shown first
+    bool isFollowing_ = false;    ///< the list of files follows the diffs
     std::function<QString()> editorTitle_;
 
     std::shared_ptr<CommitReading> shown_; ///< the commit whose files are on display

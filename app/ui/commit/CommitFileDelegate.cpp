@@ -60,13 +60,14 @@ int paintCounts(QPainter& painter, const QRect& area, const CommitFilesModel& mo
     return width;
 }
 
-PathParts partsOf(const gitkit::CommitFile& file)
+} // namespace
+
+PathParts pathPartsOf(const gitkit::CommitFile& file)
 {
     const QString path = ShownLine::of(file.path).shown;
     return file.originalPath ? PathParts::of(ShownLine::of(*file.originalPath).shown, path) : PathParts::of(path);
 }
 
-/// The folder is shortened first, and the name only when the folder has no room left.
 void paintPath(QPainter& painter, const QRect& area, const PathParts& path, const QFont& font)
 {
     const Theme& theme = Theme::current();
@@ -79,8 +80,6 @@ void paintPath(QPainter& painter, const QRect& area, const PathParts& path, cons
     paintText(painter, area.adjusted(std::min(folderWidth, folderRoom), 0, 0, 0), path.name, font, theme.text,
               Qt::AlignLeft, Qt::ElideMiddle);
 }
-
-} // namespace
 
 PathParts PathParts::of(const QString& path)
 {
@@ -107,7 +106,7 @@ void CommitFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     QRect area = row.adjusted(pathLeft, 0, -sideInset, 0);
     if (const int counts = paintCounts(*painter, area, model, index); counts > 0)
         area.setRight(area.right() - counts - gap);
-    paintPath(*painter, area, partsOf(file), option.font);
+    paintPath(*painter, area, pathPartsOf(file), option.font);
 }
 
 QSize CommitFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const

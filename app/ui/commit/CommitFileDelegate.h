@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/CommitDetail.h"
+
 #include <QStyledItemDelegate>
 
 namespace plovik {
@@ -27,5 +29,9 @@ struct PathParts {
 
     bool operator==(const PathParts&) const = default;
 };
+PathParts pathPartsOf(const gitkit::CommitFile& file);
+
+/// Draws a path with a paler folder. The folder is shortened first, and the name only when the folder has no room left.
+void paintPath(QPainter& painter, const QRect& area, const PathParts& path, const QFont& font);
 
 } // namespace plovik

@@ -33,6 +33,14 @@ void CommitFilesList::countsChanged() { files_->countsChanged(); }
 
 const std::vector<gitkit::CommitFile>& CommitFilesList::files() const { return files_->files(); }
 
+void CommitFilesList::setCurrentFile(std::size_t file) { setCurrentIndex(files_->index(static_cast<int>(file))); }
+
+std::optional<std::size_t> CommitFilesList::currentPlace() const
+{
+    const QModelIndex current = currentIndex();
+    return current.isValid() ? std::optional(static_cast<std::size_t>(current.row())) : std::nullopt;
+}
+
 const gitkit::CommitFile* CommitFilesList::currentFile() const
 {
     const QModelIndex current = currentIndex();

@@ -4,7 +4,9 @@
 #include "app/ui/commit/CommitReading.h"
 #include "app/ui/widgets/RowList.h"
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace plovik {
@@ -24,6 +26,10 @@ public:
     /// Must be called when the counts of the reading have changed.
     void countsChanged();
     const std::vector<gitkit::CommitFile>& files() const;
+    /// Makes a file's row current.
+    void setCurrentFile(std::size_t file);
+    /// Returns the place of the current row's file, or nullopt when no row is current.
+    std::optional<std::size_t> currentPlace() const;
     /// Returns the file of the current row, or nullptr when no row is current.
     const gitkit::CommitFile* currentFile() const;
 

@@ -13,15 +13,11 @@ namespace plovik {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
 QString shownPath(const gitkit::CommitFile& file)
 {
     const QString path = ShownLine::of(file.path).shown;
     return file.originalPath ? ShownLine::of(*file.originalPath).shown + u" → "_s + path : path;
 }
-
-} // namespace
 
 char shownStatus(const gitkit::CommitFile& file) { return file.source ? '?' : file.status; }
 

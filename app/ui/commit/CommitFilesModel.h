@@ -46,4 +46,7 @@ private:
 /// Returns git's letter for what happened to a file, or '?' when the file was untracked when it was stashed.
 char shownStatus(const gitkit::CommitFile& file);
 
+/// Returns the path, "old → new" for a renamed file.
+QString shownPath(const gitkit::CommitFile& file);
+
 } // namespace plovik

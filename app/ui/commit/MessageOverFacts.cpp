@@ -21,7 +21,8 @@ MessageOverFacts::MessageOverFacts(MessageText* message, QWidget* facts, QMargin
     : QWidget(parent), message_(message), facts_(facts)
 {
     auto* const column = new QVBoxLayout(this);
-    column->setContentsMargins(margins);
+    const int ring = message->frameWidth();
+    column->setContentsMargins(margins - QMargins(ring, ring, ring, ring));
     column->addWidget(message);
     column->addStretch(1);
     facts->setParent(this);
@@ -34,7 +35,8 @@ MessageOverFacts::MessageOverFacts(MessageText* message, QWidget* facts, QMargin
 
 void MessageOverFacts::place()
 {
-    const QRect area = message_->geometry();
+    const int ring = message_->frameWidth();
+    const QRect area = message_->geometry().adjusted(ring, ring, -ring, -ring);
     const int height = facts_->hasHeightForWidth() ? facts_->heightForWidth(area.width()) : facts_->sizeHint().height();
     facts_->setGeometry(area.left(), area.top() + message_->gapTop() + belowSubject, area.width(), height);
     message_->setGap(belowSubject + height + belowFacts);
@@ -45,8 +47,9 @@ int MessageOverFacts::heightOfWholeLines(int height) const
 {
     if (height >= this->height())
         return height;
+    const int textTop = message_->y() + message_->frameWidth();
     if (height > facts_->geometry().bottom() || height < facts_->y())
-        return message_->y() + message_->heightOfWholeLines(height - message_->y());
+        return textTop + message_->heightOfWholeLines(height - textTop);
     int whole = facts_->y();
     for (const QWidget* const fact : facts_->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
         const int bottom = facts_->y() + fact->geometry().bottom() + 1;

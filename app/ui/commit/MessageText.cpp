@@ -244,7 +244,7 @@ void MessageText::follow(const QUrl& link)
 
 QSize MessageText::sizeHint() const
 {
-    const int room = document()->blockCount() > 1 ? 0 : gap_;
+    const int room = (document()->blockCount() > 1 ? 0 : gap_) + 2 * frameWidth();
     return {320, static_cast<int>(std::ceil(document()->size().height())) + room};
 }
 

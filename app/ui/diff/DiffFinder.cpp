@@ -25,7 +25,7 @@ const DiffDocument& documentOf(const DiffSectionView& view) { return view.contro
 
 } // namespace
 
-DiffFinder::DiffFinder(DiffView& view, QObject* parent) : QObject(parent), view_(view)
+DiffFinder::DiffFinder(DiffView& view, QObject* parent) : Finder(parent), view_(view)
 {
     connect(&view_, &DiffView::laidOut, this, [this] {
         if (!query_.text.isEmpty() && isOld())
@@ -217,7 +217,8 @@ void DiffFinder::goTo(int index)
             sections_[before.section].view->setFound(&sections_[before.section].found);
     }
     current_ = index;
-    showCurrent(true);
+    if (current_ >= 0)
+        showCurrent(true);
     Q_EMIT changed();
 }
 

@@ -4,6 +4,7 @@
 #include "app/ui/diff/DiffAction.h"
 #include "app/ui/diff/DiffDocument.h"
 #include "app/ui/diff/DiffFound.h"
+#include "app/ui/widgets/Finder.h"
 
 #include <QBasicTimer>
 #include <QObject>
@@ -21,7 +22,7 @@ class DiffView;
 
 /// Searches the code that a view of diffs shows, a slice at a time between events, and goes from one match to the next.
 /// Searches again when what is shown changes, and stays at the match where it was. Main thread.
-class DiffFinder : public QObject {
+class DiffFinder : public Finder {
     Q_OBJECT
 
 public:
@@ -29,32 +30,17 @@ public:
     explicit DiffFinder(DiffView& view, QObject* parent);
     ~DiffFinder() override;
 
-    struct Query {
-        QString text;
-        Qt::CaseSensitivity cases = Qt::CaseInsensitive;
-
-        bool operator==(const Query&) const = default;
-    };
-    /// Goes to the first match at or behind the current one, else at or behind what is in sight. An empty text ends the
-    /// search.
-    void search(const Query& query);
-    void stop() { search({}); }
-    /// Goes to the previous (-1) or next (1) match.
-    void step(int direction);
+    void search(const Query& query) override;
+    void step(int direction) override;
     /// Lets the next search begin at the start, without bringing a match into sight.
     void forgetPlace();
 
-    int count() const { return count_; }
-    int current() const { return current_; } ///< from 0; -1 for none
-    bool isSearching() const { return timer_.isActive(); }
-    /// Returns whether there may be more matches than are counted.
-    bool isCut() const { return count_ >= mostMatches; }
-
-Q_SIGNALS:
-    /// The count, the current match or the progress has changed.
-    void changed();
-    /// The last step went on at the other end.
-    void wrapped(int direction);
+    int count() const override { return count_; }
+    int current() const override { return current_; }
+    bool isSearching() const override { return timer_.isActive(); }
+    bool isCut() const override { return count_ >= mostMatches; }
+    /// Goes to a match; -1 takes the tint of the current one away without going anywhere.
+    void goTo(int index);
 
 protected:
     void timerEvent(QTimerEvent* event) override;
@@ -86,7 +72,6 @@ private:
     void take(DiffFound::Run run);
     bool isAtOrBehindPlace(const DiffFound::Run& run) const;
     void settle();
-    void goTo(int index);
     Match matchAt(int index) const;
     std::optional<Place> placeInSight() const;
     void resolvePlace();

@@ -50,6 +50,13 @@ DiffOptionsBar::DiffOptionsBar(QWidget* parent)
     resize(sizeHint().width(), DiffSectionBar::barHeight - 1);
 }
 
+void DiffOptionsBar::addOption(QAbstractButton* button)
+{
+    static_cast<QHBoxLayout*>(layout())->insertWidget(0, button);
+    added_ = button;
+    resize(sizeHint().width(), height());
+}
+
 void DiffOptionsBar::setWholeFile(bool isWhole) { wholeFile_->setChecked(isWhole); }
 
 bool DiffOptionsBar::setHasText(bool hasText)
@@ -59,13 +66,17 @@ bool DiffOptionsBar::setHasText(bool hasText)
     for (IconButton* const button : {sideBySide_, whiteSpace_, wholeFile_, wrap_, find_})
         button->setVisible(hasText);
     layout()->activate();
-    resize(hasText ? sizeHint().width() : 0, height());
+    resize(hasText || added_ ? sizeHint().width() : 0, height());
     return true;
 }
 
 void DiffOptionsBar::orderTabs(QWidget* before)
 {
-    for (IconButton* const button : {sideBySide_, whiteSpace_, wholeFile_, wrap_, find_}) {
+    for (QAbstractButton* const button :
+         std::initializer_list<QAbstractButton*>{added_, sideBySide_, whiteSpace_, wholeFile_, wrap_, find_})
+    {
+        if (!button)
+            continue;
         if (before->nextInFocusChain() != button)
             setTabOrder(before, button);
         before = button;

@@ -3,6 +3,8 @@
 
 #include <QWidget>
 
+class QAbstractButton;
+
 namespace plovik {
 
 class IconButton;
@@ -21,6 +23,8 @@ public:
 
     /// Lets the tab key come here behind a widget.
     void orderTabs(QWidget* before);
+    /// Shows a button before the others. Takes ownership.
+    void addOption(QAbstractButton* button);
 
 Q_SIGNALS:
     void wholeFileToggled(bool isWhole);
@@ -32,6 +36,7 @@ protected:
 private:
     void follow();
 
+    QAbstractButton* added_ = nullptr;
     IconButton* sideBySide_;
     IconButton* whiteSpace_;
     IconButton* wholeFile_;

@@ -65,6 +65,13 @@ DiffPane::DiffPane(RepositoryStore& store, QWidget* parent)
     connect(&Settings::shared(), &Settings::changed, this, &DiffPane::settingChanged);
 }
 
+void DiffPane::addOption(QAbstractButton* button)
+{
+    options_->addOption(button);
+    view_->setBarReserve(options_->width());
+    placeOptions();
+}
+
 void DiffPane::showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff)
 {
     DiffContent content;

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+class QAbstractButton;
 class QStackedWidget;
 
 namespace plovik {
@@ -30,6 +31,8 @@ public:
     explicit DiffPane(RepositoryStore& store, QWidget* parent = nullptr);
 
     DiffView* view() const { return view_; }
+    /// Shows a button before the options. Takes ownership.
+    void addOption(QAbstractButton* button);
     bool isSentenceShown() const;
     void showDiffs(std::vector<DiffContent> contents, DiffPlace place);
     /// Shows the diff of one file of a commit: from its start, unless more of the same diff was read. `name` is the section's accessible name.

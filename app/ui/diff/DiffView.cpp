@@ -254,10 +254,10 @@ void DiffView::leave(DiffSectionView* section, int direction)
     auto at = std::ranges::find(sections_, section);
     while (at != sections_.end()) {
         if (direction < 0 && at == sections_.begin())
-            return;
+            break;
         at += direction;
         if (at == sections_.end())
-            return;
+            break;
         const auto& hunks = (*at)->controller().diff().document().hunks();
         if (hunks.empty())
             continue;
@@ -267,6 +267,7 @@ void DiffView::leave(DiffSectionView* section, int direction)
         reveal(*at, (*at)->rowRect(row));
         return;
     }
+    Q_EMIT left(direction);
 }
 
 /// Returns the diff that a walk goes on from: the one with the focus, else the one it has led to before, else the first
@@ -300,6 +301,7 @@ void DiffView::goToChange(int direction)
         start->controller().stopWalk();
         return;
     }
+    Q_EMIT walkEnded(direction);
 }
 
 void DiffView::goToEnd(int direction, bool extend)

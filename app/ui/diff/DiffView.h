@@ -61,6 +61,9 @@ public Q_SLOTS:
     void toggleWholeFile() { setShowsWholeFile(!showsWholeFile_); }
 
 Q_SIGNALS:
+    /// A walk over the changes, or over the hunks, goes on beyond the first (-1) or last (1) one.
+    void walkEnded(int direction);
+    void left(int direction);
     void showsWholeFileChanged(bool whole);
     /// All lines of the diffs that were cut are wanted.
     void allLinesRequested();

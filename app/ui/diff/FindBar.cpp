@@ -16,7 +16,7 @@ namespace plovik {
 
 using namespace Qt::StringLiterals;
 
-FindBar::FindBar(DiffFinder& finder, QWidget* parent)
+FindBar::FindBar(Finder& finder, QWidget* parent)
     : QWidget(parent), finder_(finder), field_(new QLineEdit(this)), count_(new QLabel(this)), wrap_(new QLabel(this)),
       previous_(new IconButton(Icon::previous, tr("Previous Match"), this, u"Shift+F3"_s)),
       next_(new IconButton(Icon::next, tr("Next Match"), this, u"F3"_s)),
@@ -52,8 +52,8 @@ FindBar::FindBar(DiffFinder& finder, QWidget* parent)
     connect(previous_, &IconButton::clicked, this, [this] { step(-1); });
     connect(next_, &IconButton::clicked, this, [this] { step(1); });
     connect(close, &IconButton::clicked, this, &FindBar::close);
-    connect(&finder_, &DiffFinder::changed, this, &FindBar::showCount);
-    connect(&finder_, &DiffFinder::wrapped, this,
+    connect(&finder_, &Finder::changed, this, &FindBar::showCount);
+    connect(&finder_, &Finder::wrapped, this,
             [this](int direction) { wrap_->setText(direction > 0 ? tr("↺ From the top") : tr("↻ From the end")); });
     applyTheme();
     hide();

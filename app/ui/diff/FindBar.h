@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/ui/diff/DiffFinder.h"
+#include "app/ui/widgets/Finder.h"
 
 #include <QWidget>
 
@@ -18,7 +18,7 @@ class FindBar : public QWidget {
 
 public:
     /// `finder` outlives the bar.
-    explicit FindBar(DiffFinder& finder, QWidget* parent);
+    explicit FindBar(Finder& finder, QWidget* parent);
 
     /// Shows the bar with the focus in its field and searches for `text`, or for the field's text if that is empty.
     void open(const QString& text);
@@ -40,7 +40,7 @@ private:
     void showCount();
     void applyTheme();
 
-    DiffFinder& finder_;
+    Finder& finder_;
     QLineEdit* field_;
     QLabel* count_;
     QLabel* wrap_; ///< tells that the search went on at the other end

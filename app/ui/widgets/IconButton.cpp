@@ -54,6 +54,15 @@ void paintWrap(QPainter& painter)
     painter.drawPolyline(QPolygonF{QPointF(2.5, 3), QPointF(0.5, 5), QPointF(2.5, 7)});
 }
 
+/// Draws two files below each other, each a bar with lines.
+void paintAllFiles(QPainter& painter)
+{
+    for (const double y : {-6.0, 1.0}) {
+        painter.drawRect(QRectF(-6, y, 12, 2));
+        painter.drawLine(QPointF(-4, y + 4.5), QPointF(4, y + 4.5));
+    }
+}
+
 void paintLens(QPainter& painter)
 {
     painter.drawEllipse(QPointF(-1.2, -1.2), 4.3, 4.3);
@@ -100,6 +109,8 @@ void paintIcon(QPainter& painter, Icon icon)
         return paintWholeFile(painter);
     case Icon::wrap:
         return paintWrap(painter);
+    case Icon::allFiles:
+        return paintAllFiles(painter);
     case Icon::find:
         return paintLens(painter);
     case Icon::previous:

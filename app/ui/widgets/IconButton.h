@@ -8,7 +8,20 @@ class QPainter;
 namespace plovik {
 
 /// The pictures of small buttons.
-enum class Icon { sideBySide, whiteSpace, wholeFile, wrap, find, previous, next, matchCase, back, close, sparkles };
+enum class Icon {
+    sideBySide,
+    whiteSpace,
+    wholeFile,
+    wrap,
+    find,
+    previous,
+    next,
+    matchCase,
+    back,
+    close,
+    sparkles,
+    allFiles
+};
 
 /// A small flat button with a drawn picture. Its title is its accessible name and, with its keys, its tooltip. Main
 /// thread.
