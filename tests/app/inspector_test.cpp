@@ -15,6 +15,7 @@
 #include <QClipboard>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTest>
@@ -151,6 +152,42 @@ TEST_F(Inspector, FollowsTheWorkingTreeAndKeepsPlaceAndSelection)
     worker.finishAll();
     EXPECT_EQ(store.window().inspected.value()->revision, repo.head());
     EXPECT_EQ(blame().document()->rowCount(), 200);
+}
+
+TEST_F(Inspector, FindsInTheBlameAndKeepsTheWidthOfItsGutter)
+{
+    repo.write("f", numbered(300)).commit("create");
+    show("f", std::nullopt, Tab::blame);
+    scrollTo(150);
+    QTest::keyClick(&blame(), Qt::Key_F, Qt::ControlModifier);
+    auto* const field = test::named<QLineEdit>(*view, u"Find in Blame"_s);
+    ASSERT_TRUE(field && field->isVisible());
+    field->setText(u"LINE 17"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return says(u"2 of 11"_s); }));
+    EXPECT_EQ(blame().currentRow(), 169) << "the first one behind what was in sight";
+    QTest::keyClick(field, Qt::Key_F3);
+    EXPECT_EQ(blame().currentRow(), 170);
+    QTest::keyClick(field, Qt::Key_F3, Qt::ShiftModifier);
+    QTest::keyClick(field, Qt::Key_F3, Qt::ShiftModifier);
+    EXPECT_EQ(blame().currentRow(), 16);
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_FALSE(field->isVisible());
+    ASSERT_NE(store.window().inspected.value(), std::nullopt) << "the next Escape leaves the blame";
+
+    const auto codeBegins = [&] { return blame().gutterWidth(); };
+    const int before = codeBegins();
+    const auto drag = [&](int from, int to) {
+        QTest::mousePress(blame().viewport(), Qt::LeftButton, {}, {from, 50});
+        QTest::mouseMove(blame().viewport(), {to, 50});
+        QTest::mouseRelease(blame().viewport(), Qt::LeftButton, {}, {to, 50});
+    };
+    drag(before, before + 60);
+    EXPECT_EQ(codeBegins(), before + 60);
+    EXPECT_EQ(Settings::shared().value(settings::blameGutterWidth), before + 60);
+    QTest::mouseDClick(blame().viewport(), Qt::LeftButton, {}, {before + 60, 50});
+    EXPECT_EQ(codeBegins(), before);
+    QTest::keyClick(&blame(), Qt::Key_Escape);
+    EXPECT_EQ(store.window().inspected.value(), std::nullopt);
 }
 
 TEST_F(Inspector, SaysWhyThereIsNoBlame)
@@ -431,7 +468,7 @@ struct InspectedWindow : testing::Test {
     RepositoryStore store{repo.path(), worker};
 };
 
-TEST_F(InspectedWindow, OpensAtTheRightEdgeAndGivesTheFocusBackWhenItCloses)
+TEST_F(InspectedWindow, TakesThePlaceOfTheDiffsOrTheRightEdgeAndGivesTheFocusBackWhenItCloses)
 {
     repo.write("f", numbered(30)).commit("create").write("f", numbered(31));
     RepositoryView view(store);
@@ -454,13 +491,24 @@ TEST_F(InspectedWindow, OpensAtTheRightEdgeAndGivesTheFocusBackWhenItCloses)
     EXPECT_EQ(blame->document()->rowCount(), 31);
     const QRect place(blame->mapTo(&view, QPoint()), blame->size());
     EXPECT_EQ(place.right() + 1, view.width());
-    EXPECT_GE(place.width(), 300);
+    EXPECT_TRUE(files->isVisible());
+    EXPECT_EQ(place.left(), files->mapTo(&view, QPoint(files->width(), 0)).x() + 1) << "all of the diffs' width";
+    EXPECT_FALSE(test::named<QAbstractScrollArea>(view, u"Unstaged Diff"_s));
+    // It goes along to another view.
+    store.window().select(SidebarItem::history());
+    worker.finishAll();
+    EXPECT_TRUE(blame->isVisible());
+    store.window().select(SidebarItem::workingCopy());
+    ASSERT_TRUE(blame->isVisible());
+    blame->setFocus();
 
     QTest::keyClick(blame, Qt::Key_Tab, Qt::ControlModifier);
     worker.finishAll();
     EXPECT_EQ(store.window().inspected.value()->tab, Tab::history);
     auto* const history = test::named<FileHistoryList>(view, u"File History"_s);
     EXPECT_TRUE(history->hasFocus());
+    EXPECT_EQ(history->mapTo(&view, QPoint(history->width(), 0)).x(), view.width());
+    EXPECT_TRUE(view.findChild<DiffView*>()->isVisible()) << "the diffs are back";
     QTest::keyClick(history, Qt::Key_Escape);
     EXPECT_EQ(store.window().inspected.value(), std::nullopt);
     EXPECT_FALSE(history->isVisible());

@@ -6,6 +6,7 @@
 #include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/diff/DiffView.h"
 #include "app/ui/diff/syntax/DiffFilesLoader.h"
+#include "app/ui/widgets/FocusRing.h"
 
 #include <QScrollBar>
 
@@ -21,8 +22,7 @@ FileDiff::FileDiff(RepositoryStore& store, int room, QWidget* parent)
     view_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     view_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     view_->setActionsAvailable(false);
-    // The view around has the ring.
-    view_->setFrameShape(QFrame::NoFrame);
+    takeFocusRing(*view_);
     connect(files_, &DiffFilesLoader::textsLoaded, view_, &DiffView::setTexts);
     connect(files_, &DiffFilesLoader::syntaxLoaded, view_, &DiffView::setSyntax);
     connect(view_, &DiffView::laidOut, this, &FileDiff::take);

@@ -59,6 +59,12 @@ FindBar::FindBar(Finder& finder, QWidget* parent)
     hide();
 }
 
+void FindBar::setSubject(const QString& name, const QString& placeholder)
+{
+    field_->setAccessibleName(name);
+    field_->setPlaceholderText(placeholder);
+}
+
 void FindBar::open(const QString& text)
 {
     show();

@@ -12,7 +12,7 @@ namespace plovik {
 
 class IconButton;
 
-/// The bar at the bottom of a diff for searching its text. Main thread.
+/// The bar at the bottom of a diff, or of another text, for searching it. Main thread.
 class FindBar : public QWidget {
     Q_OBJECT
 
@@ -20,6 +20,8 @@ public:
     /// `finder` outlives the bar.
     explicit FindBar(Finder& finder, QWidget* parent);
 
+    /// Sets the field's accessible name and what it says while it is empty, for a text that is no diff.
+    void setSubject(const QString& name, const QString& placeholder);
     /// Shows the bar with the focus in its field and searches for `text`, or for the field's text if that is empty.
     void open(const QString& text);
     /// Hides the bar and ends the search.

@@ -24,11 +24,14 @@ constexpr double leastListHeight = 140;
 
 HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), searchRow_(new HistorySearchRow(store, this)), list_(new HistoryList(store)),
-      detail_(new CommitDetailView(store, gitkit::CommitKind::ordinary)), blank_(new QWidget), empty_(new EmptyState),
-      wayOutButton_(empty_->action(QString())), pages_(new QStackedWidget(this))
+      detail_(new CommitDetailView(store, gitkit::CommitKind::ordinary)), diffPlace_(new QStackedWidget),
+      blank_(new QWidget), empty_(new EmptyState), wayOutButton_(empty_->action(QString())),
+      pages_(new QStackedWidget(this))
 {
     content_ = new SplitPane(settings::historyDetailHeight, Qt::Vertical, SplitPane::Sized::second, leastDetailHeight,
-                             leastListHeight, list_, detail_);
+                             leastListHeight, list_, diffPlace_);
+    diffPlace_->addWidget(detail_);
+    connect(diffPlace_, &QStackedWidget::currentChanged, this, &HistoryView::showDetail);
     blank_->setAutoFillBackground(true);
     blank_->setBackgroundRole(QPalette::Base);
     for (QWidget* page : {static_cast<QWidget*>(content_), blank_, static_cast<QWidget*>(empty_)})
@@ -67,7 +70,11 @@ void HistoryView::observe()
 }
 
 /// Without a selected commit the list has all the room.
-void HistoryView::showDetail() { content_->setSizedVisible(store_.window().selectedCommit.value().has_value()); }
+void HistoryView::showDetail()
+{
+    content_->setSizedVisible(store_.window().selectedCommit.value().has_value() ||
+                              diffPlace_->currentWidget() != detail_);
+}
 
 void HistoryView::focusSearch() { searchRow_->focusSearch(); }
 

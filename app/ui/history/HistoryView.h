@@ -27,6 +27,8 @@ public:
     explicit HistoryView(RepositoryStore& store, QWidget* parent = nullptr);
 
     CommitDetailView* detail() const { return detail_; }
+    /// Where the commit is shown, which another widget may take.
+    QStackedWidget* diffPlace() const { return diffPlace_; }
     Q_INVOKABLE void find() { focusSearch(); }
     void focusSearch();
     /// Gives the keyboard focus to the commit list, or to the search line when no list is shown.
@@ -51,6 +53,7 @@ private:
     HistorySearchRow* searchRow_;
     HistoryList* list_;
     CommitDetailView* detail_;
+    QStackedWidget* diffPlace_;
     SplitPane* content_; ///< the list and the commit below it
     QWidget* blank_;
     EmptyState* empty_;

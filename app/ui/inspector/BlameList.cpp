@@ -4,11 +4,11 @@
 #include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/diff/ShownLine.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/RowList.h"
-#include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
@@ -23,6 +23,8 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 namespace plovik {
 
@@ -39,6 +41,7 @@ public:
         look.topRow = (list_->verticalOffset() + list_->rows_.rowHeight() / 2) / list_->rows_.rowHeight();
         look.isSelected = option.state & QStyle::State_Selected;
         look.isCurrent = list_->hasFocus() && index == list_->currentIndex();
+        look.found = list_->found_;
         look.offersBefore = index.row() == list_->hovered_ && list_->reasonAgainstBefore(index.row()).isEmpty();
         const QRect area(0, option.rect.top(), list_->viewport()->width(), option.rect.height());
         ++list_->linesDrawn_;
@@ -74,7 +77,8 @@ BlameList::BlameList(QWidget* parent) : QListView(parent), model_(new BlameModel
     setCornerWidget(corner);
     measure();
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
-        if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
+        if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key) ||
+            key == QLatin1String(settings::blameGutterWidth.key))
             measure();
         if (key == QLatin1String(settings::tabWidth.key)) {
             rows_.takeTabWidth();
@@ -155,7 +159,7 @@ void BlameList::measure()
 {
     const int top = topRow();
     const int before = rows_.rowHeight();
-    rows_.measure(width());
+    rows_.measure(width(), static_cast<int>(Settings::shared().value(settings::blameGutterWidth)));
     horizontalScrollBar()->setSingleStep(20);
     scheduleDelayedItemsLayout();
     if (before != rows_.rowHeight() && top > 0)
@@ -318,8 +322,34 @@ bool BlameList::isOnBeforeButton(QPoint point) const
     return rows_.beforeButton(area).contains(point);
 }
 
+bool BlameList::isOnGutterEdge(QPoint point) const
+{
+    constexpr int reach = 4;
+    return std::abs(point.x() - rows_.annotationWidth()) <= reach && model_->rowCount() > 0;
+}
+
+void BlameList::setFound(const DiffFound* found)
+{
+    found_ = found;
+    viewport()->update();
+}
+
+void BlameList::reveal(const DiffFound::Run& match)
+{
+    selectionModel()->setCurrentIndex(model_->index(match.row), QItemSelectionModel::ClearAndSelect);
+    const auto [left, right] = rows_.spanOf(match);
+    const int room = viewport()->width() - rows_.codeLeft();
+    QScrollBar* const bar = horizontalScrollBar();
+    if (right - bar->value() > room || left < bar->value())
+        bar->setValue(left - room / 4);
+}
+
 void BlameList::pointAt(QPoint point)
 {
+    if (isOnGutterEdge(point)) {
+        viewport()->setCursor(Qt::SplitHCursor);
+        return;
+    }
     const bool isInside = point.x() >= 0 && point.x() < rows_.annotationWidth();
     const int row = isInside ? indexAt(point).row() : -1;
     viewport()->setCursor(row >= 0 ? Qt::PointingHandCursor : Qt::ArrowCursor);
@@ -331,6 +361,10 @@ void BlameList::pointAt(QPoint point)
 
 void BlameList::mouseMoveEvent(QMouseEvent* event)
 {
+    if (isResizing_) {
+        Settings::shared().set(settings::blameGutterWidth, std::max(1.0, event->position().x()));
+        return;
+    }
     pointAt(event->position().toPoint());
     // A drag that began at a commit selects no lines.
     if (pressed_ < 0)
@@ -341,6 +375,9 @@ void BlameList::mousePressEvent(QMouseEvent* event)
 {
     const QPoint point = event->position().toPoint();
     pointAt(point);
+    isResizing_ = event->button() == Qt::LeftButton && isOnGutterEdge(point);
+    if (isResizing_)
+        return;
     pressed_ = event->button() == Qt::LeftButton ? hovered_ : -1;
     pressedButton_ = pressed_ >= 0 && isOnBeforeButton(point);
     if (!pressedButton_)
@@ -350,6 +387,8 @@ void BlameList::mousePressEvent(QMouseEvent* event)
 void BlameList::mouseReleaseEvent(QMouseEvent* event)
 {
     const QPoint point = event->position().toPoint();
+    if (std::exchange(isResizing_, false))
+        return;
     const int pressed = std::exchange(pressed_, -1);
     const bool wasButton = std::exchange(pressedButton_, false);
     if (!wasButton)
@@ -361,6 +400,15 @@ void BlameList::mouseReleaseEvent(QMouseEvent* event)
         Q_EMIT commitRequested(pressed);
     else if (isOnBeforeButton(point))
         askForBefore(pressed);
+}
+
+/// A double click on the gutter's edge makes it as wide as needed again.
+void BlameList::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (isOnGutterEdge(event->position().toPoint()))
+        Settings::shared().set(settings::blameGutterWidth, 0);
+    else
+        QListView::mouseDoubleClickEvent(event);
 }
 
 void BlameList::keyPressEvent(QKeyEvent* event)

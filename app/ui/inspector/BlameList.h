@@ -51,8 +51,14 @@ public:
     Place placeOf(int row) const;
     /// Returns the first row in sight, or -1 when the list is empty.
     int topRow() const;
+    /// Returns the width of the commits' column, in pixels.
+    int gutterWidth() const { return rows_.annotationWidth(); }
     /// Returns how many lines have been drawn since the list was made.
     int linesDrawn() const { return linesDrawn_; }
+    /// Tints what a search has found; null without a search. Not owned.
+    void setFound(const DiffFound* found);
+    /// Brings a match into sight and makes its row current.
+    void reveal(const DiffFound::Run& match);
     int currentRow() const { return currentIndex().row(); }
     std::vector<int> selectedRows() const;
 
@@ -84,6 +90,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyboardSearch(const QString& typed) override;
@@ -96,6 +103,7 @@ private:
     void scrollRowTo(Place place);
     void pointAt(QPoint point);
     bool isOnBeforeButton(QPoint point) const;
+    bool isOnGutterEdge(QPoint point) const;
     void askForBefore(int row);
     void showAbout(QPoint global, QPoint point);
 
@@ -105,6 +113,8 @@ private:
     int hovered_ = -1; ///< the row whose commit the pointer is on
     int pressed_ = -1; ///< the row whose commit a press began on
     bool pressedButton_ = false;
+    bool isResizing_ = false; ///< the annotation, by its edge
+    const DiffFound* found_ = nullptr;
     int linesDrawn_ = 0;
 };
 

@@ -47,6 +47,20 @@ void appendSignFormats(QList<QTextLayout::FormatRange>& formats, const ShownLine
     }
 }
 
+void appendFoundFormats(QList<QTextLayout::FormatRange>& formats, const DiffFound& found, int row,
+                        const ShownLine& line, qsizetype first, qsizetype length)
+{
+    for (const DiffFound::Run& run : found.inRow(row)) {
+        const qsizetype begin = std::max(line.toShown(run.begin), first);
+        const qsizetype end = std::min(line.toShown(run.end), first + length);
+        if (begin >= end)
+            continue;
+        QTextCharFormat format;
+        format.setBackground(found.isCurrent(run) ? Theme::current().foundCurrent : Theme::current().found);
+        formats.append({static_cast<int>(begin - first), static_cast<int>(end - begin), format});
+    }
+}
+
 } // namespace
 
 QColor blameTint(double warmth)
@@ -59,7 +73,7 @@ QColor blameTint(double warmth)
                             mix(theme.blameNew.blueF(), theme.blameOld.blueF()));
 }
 
-BlameRowPainter::BlameRowPainter() : shown_(keptLines) { measure(0); }
+BlameRowPainter::BlameRowPainter() : shown_(keptLines) { measure(0, 0); }
 
 void BlameRowPainter::setDocument(std::shared_ptr<const BlameDocument> document)
 {
@@ -75,7 +89,7 @@ void BlameRowPainter::takeTabWidth()
     shown_.clear();
 }
 
-void BlameRowPainter::measure(int viewWidth)
+void BlameRowPainter::measure(int viewWidth, int annotationWidth)
 {
     constexpr double heightPerPixel = 20.0 / 12;
     constexpr int fewestDigits = 3;
@@ -102,6 +116,12 @@ void BlameRowPainter::measure(int viewWidth)
     const int authorWidth =
         isNarrow_ ? std::max(static_cast<int>(text.height() * 4.5), dateWidth_) : static_cast<int>(text.height() * 7);
     annotationWidth_ = 2 * blameMargin + hashWidth_ + blameGap + authorWidth + (isNarrow_ ? 0 : blameGap + dateWidth_);
+    if (annotationWidth > 0) {
+        const int least = 2 * blameMargin + hashWidth_;
+        annotationWidth_ = std::clamp(annotationWidth, least, std::max(least, viewWidth * 3 / 5));
+        const int wanted = 2 * (blameMargin + blameGap) + hashWidth_ + dateWidth_ + static_cast<int>(text.height() * 3);
+        isNarrow_ = annotationWidth_ < wanted;
+    }
 
     const int rows = document_ ? document_->rowCount() : 0;
     const auto digits = std::max(fewestDigits, static_cast<int>(QString::number(rows).size()));
@@ -128,7 +148,7 @@ void BlameRowPainter::paint(QPainter& painter, int row, const QRect& area, const
     painter.fillRect(area, look.isSelected ? theme.selection : theme.content);
     painter.save();
     painter.setClipRect(area.adjusted(codeLeft() - 2, 0, 0, 0), Qt::IntersectClip);
-    paintCode(painter, row, area, look.offset);
+    paintCode(painter, row, area, look);
     painter.restore();
     paintNumber(painter, row, area, look);
     paintAnnotation(painter, row, area, look);
@@ -177,6 +197,15 @@ void BlameRowPainter::paintAnnotation(QPainter& painter, int row, const QRect& a
         paintBeforeButton(painter, beforeButton(area), commit.warmth);
 }
 
+std::pair<int, int> BlameRowPainter::spanOf(const DiffFound::Run& match)
+{
+    const ShownLine& line = shown(match.row);
+    const auto left = [&](qsizetype position) {
+        return static_cast<int>(static_cast<double>(line.toShown(position)) * cell_);
+    };
+    return {left(match.begin), left(match.end)};
+}
+
 QRect BlameRowPainter::beforeButton(const QRect& area) const
 {
     const int size = std::min(buttonSize, area.height() - 2);
@@ -203,9 +232,10 @@ void BlameRowPainter::paintBeforeButton(QPainter& painter, const QRect& button, 
     painter.restore();
 }
 
-void BlameRowPainter::paintCode(QPainter& painter, int row, const QRect& area, int offset)
+void BlameRowPainter::paintCode(QPainter& painter, int row, const QRect& area, const Look& look)
 {
     const ShownLine& line = shown(row);
+    const int offset = look.offset;
     qsizetype first = 0;
     qsizetype length = line.shown.size();
     if (length > longestShaped) {
@@ -226,6 +256,8 @@ void BlameRowPainter::paintCode(QPainter& painter, int row, const QRect& area, i
     if (syntax_)
         appendSyntaxFormats(formats, syntax_->line(row + 1), line, first, length);
     appendSignFormats(formats, line, first, length);
+    if (look.found)
+        appendFoundFormats(formats, *look.found, row, line, first, length);
     layout.setFormats(formats);
     layout.beginLayout();
     QTextLine whole = layout.createLine();

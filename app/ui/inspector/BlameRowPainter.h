@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/diff/DiffFound.h"
 #include "app/ui/diff/ShownLine.h"
 #include "app/ui/diff/syntax/FileSyntax.h"
 #include "app/ui/inspector/BlameDocument.h"
@@ -12,6 +13,7 @@
 #include <QString>
 
 #include <memory>
+#include <utility>
 
 class QPainter;
 
@@ -28,8 +30,9 @@ public:
     void setSyntax(std::shared_ptr<const FileSyntax> syntax) { syntax_ = std::move(syntax); }
     /// Takes the settings' tab width for a file of which the working tree says nothing.
     void takeTabWidth();
-    /// Measures the current fonts for a view of this width. A narrow view shows the commit of a run on two rows.
-    void measure(int viewWidth);
+    /// Measures the current fonts for a view of this width. `annotationWidth` is what the user has chosen, 0 for as
+    /// wide as needed. Where it is narrow, the commit of a run is shown on two rows.
+    void measure(int viewWidth, int annotationWidth);
 
     int rowHeight() const { return rowHeight_; }
     int annotationWidth() const { return annotationWidth_; }
@@ -41,10 +44,14 @@ public:
         int offset = 0; ///< by how much the code is scrolled to the left
         int topRow = 0; ///< the first row in sight
         bool isSelected = false;
-        bool isCurrent = false;    ///< the keyboard is on it
-        bool offersBefore = false; ///< shows the button for the blame before the row's commit
+        bool isCurrent = false;           ///< the keyboard is on it
+        const DiffFound* found = nullptr; ///< what a search has found; null without one
+        bool offersBefore = false;        ///< shows the button for the blame before the row's commit
     };
     void paint(QPainter& painter, int row, const QRect& area, const Look& look);
+
+    /// Returns where a match begins and ends, from the beginning of the code.
+    std::pair<int, int> spanOf(const DiffFound::Run& match);
 
     /// Returns where the button for the blame before a commit is in a row that covers `area`.
     QRect beforeButton(const QRect& area) const;
@@ -53,7 +60,7 @@ private:
     void paintAnnotation(QPainter& painter, int row, const QRect& area, const Look& look) const;
     void paintBeforeButton(QPainter& painter, const QRect& button, double warmth) const;
     void paintNumber(QPainter& painter, int row, const QRect& area, const Look& look) const;
-    void paintCode(QPainter& painter, int row, const QRect& area, int offset);
+    void paintCode(QPainter& painter, int row, const QRect& area, const Look& look);
     const ShownLine& shown(int row);
 
     std::shared_ptr<const BlameDocument> document_;

@@ -2,8 +2,10 @@
 #include "app/ui/inspector/InspectorView.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/diff/FindBar.h"
 #include "app/ui/history/RowText.h"
-#include "app/ui/inspector/InspectorTabs.h"
+#include "app/ui/inspector/BlameFinder.h"
+#include "app/ui/widgets/BarButton.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ThemeFollowing.h"
@@ -26,16 +28,18 @@ namespace {
 
 constexpr int sideMargin = 14;
 
-int indexOf(InspectedFile::Tab tab) { return tab == InspectedFile::Tab::blame ? 0 : 1; }
-InspectedFile::Tab tabAt(int index) { return index == 0 ? InspectedFile::Tab::blame : InspectedFile::Tab::history; }
+InspectedFile::Tab otherOf(InspectedFile::Tab tab)
+{
+    return tab == InspectedFile::Tab::blame ? InspectedFile::Tab::history : InspectedFile::Tab::blame;
+}
 
 } // namespace
 
 InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), name_(new QLabel), revision_(new QLabel), tabs_(new InspectorTabs),
+    : QWidget(parent), store_(store), name_(new QLabel), revision_(new QLabel), other_(new BarButton({})),
       back_(new IconButton(Icon::back, tr("Blame Back"), nullptr)),
       close_(new IconButton(Icon::close, tr("Close Inspector"), nullptr)), blame_(new BlamePane(store)),
-      history_(new FileHistoryPane(store)), pages_(new QStackedWidget)
+      history_(new FileHistoryPane(store)), pages_(new QStackedWidget), finder_(new BlameFinder(*blame_->list(), this))
 {
     setAccessibleName(tr("Inspector"));
     pages_->addWidget(blame_);
@@ -46,7 +50,11 @@ InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
     column->addWidget(makeHeader());
     column->addWidget(pages_, 1);
 
-    connect(tabs_, &QTabBar::currentChanged, this, [this](int index) { showTab(tabAt(index)); });
+    const auto showOther = [this] {
+        if (const auto& file = store_.window().inspected.value())
+            showTab(otherOf(file->tab));
+    };
+    connect(other_, &QAbstractButton::clicked, this, showOther);
     connect(close_, &QAbstractButton::clicked, this, &InspectorView::close);
     connect(back_, &QAbstractButton::clicked, this, &InspectorView::goBack);
     connect(blame_, &BlamePane::beforeRequested, this, &InspectorView::blameBefore);
@@ -58,7 +66,7 @@ InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
     });
     for (const auto& keys : {QKeySequence(Qt::CTRL | Qt::Key_Tab), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab)}) {
         auto* const other = new QShortcut(keys, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-        connect(other, &QShortcut::activated, this, [this] { showTab(tabAt(1 - tabs_->currentIndex())); });
+        connect(other, &QShortcut::activated, this, showOther);
     }
     notifiers_.push_back(store_.window().inspected.addNotifier([this] { follow(); }));
     follow();
@@ -66,9 +74,6 @@ InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
 
 QWidget* InspectorView::makeHeader()
 {
-    tabs_->addTab(tr("Blame"));
-    tabs_->addTab(tr("History"));
-    tabs_->setAccessibleName(tr("Inspector Tabs"));
     back_->setToolTip(tr("Back to the blame before (Backspace)"));
     close_->setToolTip(tr("Close (Esc)"));
     for (QLabel* label : {name_, revision_})
@@ -78,20 +83,20 @@ QWidget* InspectorView::makeHeader()
     name_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     auto* const header = new QWidget;
-    auto* const title = new QHBoxLayout;
+    auto* const title = title_ = new QHBoxLayout;
     title->setContentsMargins(sideMargin, 0, 8, 0);
     title->setSpacing(8);
     title->addWidget(name_, 1);
     title->addWidget(revision_);
     title->addWidget(close_);
-    auto* const bar = new QHBoxLayout;
-    bar->setContentsMargins(sideMargin - 10, 0, 8, 0);
-    bar->addWidget(tabs_);
+    auto* const bar = bar_ = new QHBoxLayout;
+    bar->setContentsMargins(sideMargin, 0, 8, 0);
+    bar->addWidget(other_);
     bar->addStretch(1);
     bar->addWidget(back_);
     auto* const rows = new QVBoxLayout(header);
-    rows->setContentsMargins(0, 8, 0, 1);
-    rows->setSpacing(2);
+    rows->setContentsMargins(0, 5, 0, 5);
+    rows->setSpacing(0);
     rows->addLayout(title);
     rows->addLayout(bar);
     return header;
@@ -120,8 +125,7 @@ void InspectorView::follow()
 
 void InspectorView::showFile(const InspectedFile& file)
 {
-    const QSignalBlocker quiet(tabs_);
-    tabs_->setCurrentIndex(indexOf(file.tab));
+    placeOther();
     showName();
     back_->setVisible(!steps_.empty());
     const bool hadFocus = pages_->isAncestorOf(focusWidget());
@@ -129,11 +133,30 @@ void InspectorView::showFile(const InspectedFile& file)
         pages_->setCurrentWidget(blame_);
         blame_->open(file);
     } else {
+        if (findBar_)
+            findBar_->close();
         pages_->setCurrentWidget(history_);
         history_->open(file);
     }
     if (hadFocus)
         focusContent();
+}
+
+/// A blame has room for one row of buttons, the narrow history for two.
+void InspectorView::placeOther()
+{
+    const bool isBlame = store_.window().inspected.value()->tab == InspectedFile::Tab::blame;
+    const QString title = isBlame ? tr("Show File History") : tr("Show Blame");
+    other_->setText(title);
+    other_->setAccessibleName(title);
+    const bool isInTitle = title_->indexOf(other_) >= 0;
+    if (isBlame && !isInTitle) {
+        title_->insertWidget(2, other_);
+        title_->insertWidget(3, back_);
+    } else if (!isBlame && isInTitle) {
+        bar_->insertWidget(0, other_);
+        bar_->addWidget(back_);
+    }
 }
 
 void InspectorView::showTab(InspectedFile::Tab tab)
@@ -199,9 +222,49 @@ void InspectorView::showName()
                                       : tr("Working Copy"));
 }
 
+void InspectorView::find()
+{
+    if (pages_->currentWidget() != blame_ || blame_->currentWidget() != blame_->list())
+        return;
+    if (!findBar_) {
+        findBar_ = new FindBar(*finder_, this);
+        findBar_->setSubject(tr("Find in Blame"), tr("Find in blame"));
+        layout()->addWidget(findBar_);
+        connect(findBar_, &FindBar::focusReturned, this, &InspectorView::focusContent);
+    }
+    findBar_->open({});
+}
+
+/// Returns whether a key means this view, which it does here even if the window has it for something else.
+bool InspectorView::isMine(const QKeyEvent& event) const
+{
+    if (pages_->currentWidget() != blame_)
+        return false;
+    if (event.matches(QKeySequence::Find))
+        return true;
+    const bool isOpen = findBar_ && findBar_->isVisible();
+    return isOpen && (event.key() == Qt::Key_F3 || event.key() == Qt::Key_Escape);
+}
+
+bool InspectorView::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && isMine(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void InspectorView::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier)
+    const bool isEscape = event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier;
+    if (isMine(*event) && isEscape)
+        findBar_->close();
+    else if (isMine(*event) && event->key() == Qt::Key_F3)
+        findBar_->step(event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
+    else if (isMine(*event))
+        find();
+    else if (isEscape)
         close();
     else
         QWidget::keyPressEvent(event);

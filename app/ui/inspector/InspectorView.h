@@ -11,16 +11,20 @@
 #include <optional>
 #include <vector>
 
+class QHBoxLayout;
 class QLabel;
 class QStackedWidget;
 
 namespace plovik {
 
+class BarButton;
+class BlameFinder;
+class FindBar;
 class IconButton;
-class InspectorTabs;
 
-/// The blame and the history of the file that the store inspects. Closing it tells the store; the view around it then
-/// hides it. Steps back in time are remembered until another file is inspected. Main thread.
+/// The blame or the history of the file that the store inspects. The view around it places it: the blame where the diffs
+/// are, the history beside them. Closing it tells the store; the view around it then hides it. Steps back in time are
+/// remembered until another file is inspected. Main thread.
 class InspectorView : public QWidget {
     Q_OBJECT
 
@@ -34,7 +38,11 @@ public:
     BlamePane* blame() const { return blame_; }
     FileHistoryPane* history() const { return history_; }
 
+    /// Opens the search of the blame.
+    Q_INVOKABLE void find();
+
 protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -55,16 +63,22 @@ private:
     void goBack();
     void close();
     void showName();
+    void placeOther();
+    bool isMine(const QKeyEvent& event) const;
 
     RepositoryStore& store_;
     QLabel* name_;
     QLabel* revision_;
-    InspectorTabs* tabs_;
+    BarButton* other_; ///< leads from the blame to the history, and back
+    QHBoxLayout* title_ = nullptr;
+    QHBoxLayout* bar_ = nullptr;
     IconButton* back_;
     IconButton* close_;
     BlamePane* blame_;
     FileHistoryPane* history_;
     QStackedWidget* pages_;
+    BlameFinder* finder_;
+    FindBar* findBar_ = nullptr; ///< made for the first search
     QString fullName_;
     std::vector<Step> steps_;
     bool isStepping_ = false; ///< the store is written by this view

@@ -52,8 +52,10 @@ StashesView::StashesView(RepositoryStore& store, QWidget* parent)
     column->setSpacing(0);
     column->addWidget(makeHeader());
     column->addWidget(makeSeparator(content_));
+    diffPlace_ = new QStackedWidget;
+    diffPlace_->addWidget(detail_);
     column->addWidget(new SplitPane(settings::stashesDetailHeight, Qt::Vertical, SplitPane::Sized::second,
-                                    leastDetailHeight, leastListHeight, list_, detail_, content_),
+                                    leastDetailHeight, leastListHeight, list_, diffPlace_, content_),
                       1);
     addWidget(content_);
     addWidget(empty_);

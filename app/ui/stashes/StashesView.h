@@ -31,6 +31,8 @@ public:
 
     QListView* list() const { return list_; }
     CommitDetailView* detail() const { return detail_; }
+    /// Where the stash is shown, which another widget may take.
+    QStackedWidget* diffPlace() const { return diffPlace_; }
 
     QMenu* makeContextMenu() override;
 
@@ -54,6 +56,7 @@ private:
     StashesModel* model_;
     QWidget* content_ = nullptr; ///< the header and the list
     CommitDetailView* detail_ = nullptr;
+    QStackedWidget* diffPlace_ = nullptr;
     QWidget* header_ = nullptr;
     ElidedLabel* count_ = nullptr;
     std::vector<QPushButton*> buttons_;

@@ -44,6 +44,12 @@ void giveFocusRing(QAbstractScrollArea& area)
     area.setFrameShape(QFrame::StyledPanel);
 }
 
+void takeFocusRing(QAbstractScrollArea& area)
+{
+    area.setProperty(ringProperty, false);
+    area.setFrameShape(QFrame::NoFrame);
+}
+
 bool hasFocusRing(const QWidget* widget) { return widget && widget->property(ringProperty).toBool(); }
 
 void paintFocusFrame(QPainter& painter, const QAbstractScrollArea& area)

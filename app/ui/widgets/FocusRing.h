@@ -17,6 +17,9 @@ inline constexpr int focusRingWidth = 2;
 /// lies outside of the viewport, so that scrolling need not draw it again.
 void giveFocusRing(QAbstractScrollArea& area);
 
+/// Takes the ring away again, where a widget around has one.
+void takeFocusRing(QAbstractScrollArea& area);
+
 /// Returns whether `widget` got a ring from giveFocusRing().
 bool hasFocusRing(const QWidget* widget);
 /// Draws that frame. For the style.

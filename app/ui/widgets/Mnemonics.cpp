@@ -2,6 +2,7 @@
 #include "app/ui/widgets/Mnemonics.h"
 
 #include <QAction>
+#include <QHash>
 #include <QSet>
 
 #include <vector>
@@ -36,35 +37,54 @@ std::vector<qsizetype> candidates(const QString& text)
     return initials;
 }
 
-/// Marks one of the first `count` candidates that is not taken. Returns whether there is one.
-bool mark(QAction& entry, QSet<QChar>& taken, std::size_t count)
+/// The letters that are taken, with the entries that may take another one; null for one that keeps its letter.
+using Owners = QHash<QChar, QAction*>;
+
+/// Gives an entry a letter, if need be one whose owner can do with another. Returns whether there is one.
+bool give(QAction* entry, Owners& owners, QSet<QChar>& tried)
+{
+    const QString text = entry->text();
+    const std::vector<qsizetype> places = candidates(text);
+    for (const qsizetype place : places) {
+        if (const QChar letter = text[place].toUpper(); !owners.contains(letter)) {
+            owners.insert(letter, entry);
+            return true;
+        }
+    }
+    for (const qsizetype place : places) {
+        const QChar letter = text[place].toUpper();
+        if (tried.contains(letter))
+            continue;
+        tried.insert(letter);
+        if (QAction* const owner = owners.value(letter); owner && give(owner, owners, tried)) {
+            owners.insert(letter, entry);
+            return true;
+        }
+    }
+    return false;
+}
+
+void mark(QAction& entry, QChar letter)
 {
     QString text = entry.text();
     const std::vector<qsizetype> places = candidates(text);
-    for (std::size_t index = 0; index < std::min(count, places.size()); ++index) {
-        const QChar letter = text[places[index]].toUpper();
-        if (taken.contains(letter))
-            continue;
-        taken.insert(letter);
-        entry.setText(text.insert(places[index], u'&'));
-        return true;
-    }
-    return false;
+    const auto place = std::ranges::find(places, letter, [&](qsizetype at) { return text[at].toUpper(); });
+    entry.setText(text.insert(*place, u'&'));
 }
 
 } // namespace
 
 void assignMnemonics(const QList<QAction*>& entries)
 {
-    QSet<QChar> taken;
+    Owners owners;
     std::vector<QAction*> without;
     for (QAction* const entry : entries) {
         if (entry->isSeparator() || entry->text().isEmpty())
             continue;
         const qsizetype at = markIn(entry->text());
         const QChar letter = at < 0 ? QChar() : entry->text()[at + 1].toUpper();
-        if (at >= 0 && !taken.contains(letter)) {
-            taken.insert(letter);
+        if (at >= 0 && !owners.contains(letter)) {
+            owners.insert(letter, nullptr);
             continue;
         }
         if (at >= 0)
@@ -72,9 +92,22 @@ void assignMnemonics(const QList<QAction*>& entries)
         without.push_back(entry);
     }
     // Those whose first letter is free come first, so that they do not lose it to another one's second choice.
-    std::erase_if(without, [&taken](QAction* entry) { return mark(*entry, taken, 1); });
-    for (QAction* const entry : without)
-        mark(*entry, taken, static_cast<std::size_t>(entry->text().size()));
+    std::erase_if(without, [&owners](QAction* entry) {
+        const std::vector<qsizetype> places = candidates(entry->text());
+        const QChar first = places.empty() ? QChar() : entry->text()[places.front()].toUpper();
+        if (places.empty() || owners.contains(first))
+            return places.empty();
+        owners.insert(first, entry);
+        return true;
+    });
+    for (QAction* const entry : without) {
+        QSet<QChar> tried;
+        give(entry, owners, tried);
+    }
+    for (const auto& [letter, entry] : owners.asKeyValueRange()) {
+        if (entry)
+            mark(*entry, letter);
+    }
 }
 
 QString withoutMnemonic(const QString& text)

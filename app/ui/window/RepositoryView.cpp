@@ -113,6 +113,8 @@ void RepositoryView::showSelection()
     const QWidget* const focus = QApplication::focusWidget();
     const bool takesFocus = !focus || detail_->isAncestorOf(focus);
     detail_->setCurrentWidget(view);
+    if (inspector_ && store_.window().inspected.value())
+        placeInspector();
     if (takesFocus)
         view->setFocus(Qt::OtherFocusReason);
 }
@@ -128,18 +130,43 @@ void RepositoryView::showInspector()
         auto* const layout = new QVBoxLayout(inspectorPlace_);
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(inspector_);
+        inspector_->hide();
     }
-    detailSplit_->setSizedVisible(true);
     QWidget* const focus = QApplication::focusWidget();
-    if (focus && inspector_->isAncestorOf(focus))
-        return;
-    focusBeforeInspector_ = focus;
-    inspector_->focusContent();
+    const bool hadFocus = focus && inspector_->isAncestorOf(focus);
+    if (!hadFocus)
+        focusBeforeInspector_ = focus;
+    const QWidget* const before = inspector_->parentWidget();
+    placeInspector();
+    if (!hadFocus || inspector_->parentWidget() != before)
+        inspector_->focusContent();
+}
+
+/// Puts a blame in the place of the diffs on display, and the history of a file beside them.
+void RepositoryView::placeInspector()
+{
+    const bool isBlame = store_.window().inspected.value()->tab == InspectedFile::Tab::blame;
+    QStackedWidget* const place = diffPlace();
+    if (isBlame && inspector_->parentWidget() != place) {
+        place->setCurrentIndex(place->addWidget(inspector_));
+    } else if (!isBlame && inspector_->parentWidget() != inspectorPlace_) {
+        inspectorPlace_->layout()->addWidget(inspector_);
+    }
+    inspector_->show();
+    detailSplit_->setSizedVisible(!isBlame);
+}
+
+QStackedWidget* RepositoryView::diffPlace() const
+{
+    const QWidget* const view = detail_->currentWidget();
+    if (view == workingCopy_)
+        return workingCopy_->diffPlace();
+    return view == stashes_ ? stashes_->diffPlace() : history_->diffPlace();
 }
 
 void RepositoryView::hideInspector()
 {
-    if (!inspector_ || inspectorPlace_->isHidden())
+    if (!inspector_ || inspector_->isHidden())
         return;
     const QWidget* const focus = QApplication::focusWidget();
     const bool givesFocus = !focus || inspector_->isAncestorOf(focus);
@@ -150,6 +177,9 @@ void RepositoryView::hideInspector()
     else if (givesFocus && detail_->currentWidget())
         detail_->currentWidget()->setFocus(Qt::OtherFocusReason);
     detailSplit_->setSizedVisible(false);
+    // Out of the place of the diffs, which then shows them again.
+    inspectorPlace_->layout()->addWidget(inspector_);
+    inspector_->hide();
 }
 
 void RepositoryView::showCommandLog()

@@ -24,7 +24,8 @@ class StashesView;
 class WorkingCopyView;
 
 /// Everything inside a repository window: the toolbar, the bars for problems and notices, the sidebar, the view of the
-/// item that is selected there, the inspector at the right edge while a file is inspected, the command log, and the
+/// item that is selected there, the inspector while a file is inspected (at the right edge, or with a blame in the place
+/// of the diffs), the command log, and the
 /// dialogs over them. Shows the store and calls it. Main thread.
 class RepositoryView : public QWidget {
     Q_OBJECT
@@ -45,6 +46,8 @@ public:
 private:
     void showSelection();
     void showInspector();
+    void placeInspector();
+    QStackedWidget* diffPlace() const;
     void hideInspector();
     void showCommandLog();
     void nameEditor();
@@ -55,7 +58,7 @@ private:
     MessageBar* notice_;
     SidebarView* sidebar_;
     QStackedWidget* detail_;
-    QWidget* inspectorPlace_; ///< holds the inspector, and is hidden without one
+    QWidget* inspectorPlace_; ///< holds the inspector with the history of a file, and is hidden without it
     QWidget* logPlace_;       ///< holds the command log, and is hidden without it
     SplitPane* detailSplit_;
     SplitPane* windowSplit_;

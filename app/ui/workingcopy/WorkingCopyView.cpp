@@ -17,6 +17,7 @@
 #include <QMenu>
 #include <QScopedValueRollback>
 #include <QShortcut>
+#include <QStackedWidget>
 #include <QVBoxLayout>
 
 namespace plovik {
@@ -29,10 +30,11 @@ constexpr double diffMinWidth = 320;
 } // namespace
 
 WorkingCopyView::WorkingCopyView(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), model_(new ChangedFilesModel(store, this))
+    : QWidget(parent), store_(store), model_(new ChangedFilesModel(store, this)), diffPlace_(new QStackedWidget)
 {
+    diffPlace_->addWidget(new WorkingDiffPane(store, nullptr));
     auto* split = new SplitPane(settings::workingCopyListWidth, Qt::Horizontal, SplitPane::Sized::first, filesMinWidth,
-                                diffMinWidth, makeFilesPane(), new WorkingDiffPane(store, nullptr), this);
+                                diffMinWidth, makeFilesPane(), diffPlace_, this);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(split);

@@ -12,6 +12,7 @@
 #include <vector>
 
 class QListView;
+class QStackedWidget;
 
 namespace plovik {
 
@@ -37,6 +38,8 @@ public:
 
     QListView* list() const;
     EmptyState* emptyState() const { return empty_; }
+    /// Where the diffs are shown, which another widget may take.
+    QStackedWidget* diffPlace() const { return diffPlace_; }
 
     QMenu* makeContextMenu() override;
 
@@ -59,6 +62,7 @@ private:
     ChangedFilesList* list_ = nullptr;
     EmptyState* empty_ = nullptr;
     CommitBox* commitBox_ = nullptr;
+    QStackedWidget* diffPlace_;
     ScrollKeeper* scroll_ = nullptr;
     std::function<QString()> editorTitle_;
     bool isUpdating_ = false; ///< the list changes because of the store, not because of the user
