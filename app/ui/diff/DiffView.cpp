@@ -56,6 +56,7 @@ DiffSectionView* DiffView::addSection()
     auto made = std::make_shared<DiffController>();
     DiffController* const controller = made.get();
     auto* const section = new DiffSectionView(std::move(made), viewport());
+    mapped_.clear();
     controller->setActionsAvailable(areActionsAvailable_);
     controller->setLayout(layout_);
     controller->setWraps(wraps_);
@@ -191,8 +192,19 @@ void DiffView::layOut(int shift)
     horizontalScrollBar()->setRange(0, hidden);
     horizontalScrollBar()->setPageStep(width);
     placeSections();
-    map_->forget();
+    forgetMap(total);
     Q_EMIT laidOut();
+}
+
+/// Has the map drawn anew unless it shows the same rows in the same places.
+void DiffView::forgetMap(int total)
+{
+    std::vector<int> shown = tops_;
+    shown.push_back(total);
+    for (const DiffSectionView* const section : sections_)
+        shown.push_back(section->controller().diff().revision());
+    if (shown != std::exchange(mapped_, shown))
+        map_->forget();
 }
 
 std::vector<MapMark> DiffView::mapMarks() const

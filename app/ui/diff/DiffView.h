@@ -89,10 +89,12 @@ private:
     DiffSectionView* sectionAtHand() const;
     void applyTheme();
     std::vector<MapMark> mapMarks() const;
+    void forgetMap(int total);
 
     ChangeMap* map_;
     std::vector<DiffSectionView*> sections_;
-    std::vector<int> tops_; ///< of each section before scrolling
+    std::vector<int> mapped_; ///< what the map shows: places and revisions of the diffs
+    std::vector<int> tops_;   ///< of each section before scrolling
     int barReserve_ = 0;
     DiffLayout layout_ = DiffLayout::unified;
     bool wraps_ = false;
