@@ -17,11 +17,12 @@ namespace {
 
 using namespace plovik;
 
-constexpr int lanes = 12;
+constexpr int usualLanes = 12;
+constexpr int manyLanes = 40;
 constexpr int rowsOnScreen = 60;
 constexpr int rowHeight = 28;
 
-gitkit::GraphRow graphRow(int number)
+gitkit::GraphRow graphRow(int number, int lanes)
 {
     gitkit::GraphRow graph;
     graph.lane = number % lanes;
@@ -38,7 +39,7 @@ gitkit::GraphRow graphRow(int number)
     return graph;
 }
 
-HistoryRow historyRow(int number)
+HistoryRow historyRow(int number, int lanes)
 {
     static const char* const authors[] = {"Ada Lovelace", "Grace Hopper", "Barbara Liskov", "Edsger Dijkstra"};
     using Kind = gitkit::RefLabel::Kind;
@@ -56,25 +57,25 @@ HistoryRow historyRow(int number)
                        {Kind::remoteBranch, "origin/feature/part-" + std::to_string(number), false}};
     if (number % 10 == 0)
         commit.refs.push_back({Kind::tag, "v1." + std::to_string(number), false});
-    return {std::move(commit), graphRow(number)};
+    return {std::move(commit), graphRow(number, lanes)};
 }
 
-std::vector<HistoryRow> page(int size)
+std::vector<HistoryRow> page(int size, int lanes = usualLanes)
 {
     std::vector<HistoryRow> rows;
     for (int number = 0; number < size; ++number)
-        rows.push_back(historyRow(number));
+        rows.push_back(historyRow(number, lanes));
     return rows;
 }
 
 /// A list of 60 rows on screen, and an image to draw them into.
 struct Screen {
-    explicit Screen(int rows, double scale)
+    explicit Screen(int rows, double scale, int lanes = usualLanes)
         : image(QSize(1240, rowsOnScreen * rowHeight) * scale, QImage::Format_ARGB32_Premultiplied)
     {
         image.setDevicePixelRatio(scale);
         given(store.history().graphLanes, lanes);
-        given(store.history().history, page(rows));
+        given(store.history().history, page(rows, lanes));
         list.resize(1240, rowsOnScreen * rowHeight);
         list.show();
         QApplication::processEvents();
@@ -110,6 +111,18 @@ void BM_HistoryFrame_FreshRows(benchmark::State& state)
     }
 }
 BENCHMARK(BM_HistoryFrame_FreshRows)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+/// The same in a busy repository.
+void BM_HistoryFrame_FortyLanes(benchmark::State& state)
+{
+    Screen screen(10'000, static_cast<double>(state.range(0)), manyLanes);
+    QScrollBar* bar = screen.list.verticalScrollBar();
+    for ([[maybe_unused]] auto iteration : state) {
+        bar->setValue(bar->value() == bar->maximum() ? 0 : bar->value() + rowsOnScreen * rowHeight);
+        screen.draw();
+    }
+}
+BENCHMARK(BM_HistoryFrame_FortyLanes)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 /// Scrolled by one row, as a wheel or a finger does.
 void BM_HistoryFrame_OneRowFurther(benchmark::State& state)

@@ -163,7 +163,10 @@ TEST_F(AccessibilityTest, EveryDialogIsNamed)
         store.window().closeSheet();
     }
     store.staging().confirmDiscard(store.snapshot().status.value().files);
-    EXPECT_EQ(Walk().through(*test::openDialog(window)), "") << "question";
+    EXPECT_TRUE(worker.settle());
+    QDialog* const question = test::openDialog(window);
+    ASSERT_TRUE(question);
+    EXPECT_EQ(Walk().through(*question), "") << "question";
     store.window().dismissQuestion();
 }
 

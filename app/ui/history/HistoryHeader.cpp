@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/history/HistoryHeader.h"
 
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QContextMenuEvent>
@@ -67,8 +68,8 @@ HistoryHeader::HistoryHeader(QWidget* parent)
 
 void HistoryHeader::showDateChoice()
 {
-    date_->setToolTip(Settings::shared().value(settings::historyAbsoluteDates) ? tr("Show how long ago")
-                                                                               : tr("Show date and time"));
+    const bool isAbsolute = Settings::shared().value(settings::historyAbsoluteDates);
+    date_->setToolTip(plainToolTip(isAbsolute ? tr("Show how long ago") : tr("Show date and time")));
 }
 
 QSize HistoryHeader::sizeHint() const { return {200, subject_->sizeHint().height() + 2 * titlePadding}; }
