@@ -59,6 +59,21 @@ void bringToFront(QWidget* window)
     window->activateWindow();
 }
 
+/// Puts a window that was not shown yet over the middle of another one, or of the screen: not every window manager
+/// places windows.
+void centre(QWidget& window, const QWidget* over)
+{
+    if (window.isVisible())
+        return;
+    window.ensurePolished();
+    if (!window.testAttribute(Qt::WA_Resized))
+        window.adjustSize();
+    const QRect available = (over ? over : &window)->screen()->availableGeometry();
+    const QPoint middle = over ? over->geometry().center() : available.center();
+    window.setGeometry(
+        windowFrames::fitted({middle - QPoint(window.width() / 2, window.height() / 2), window.size()}, available));
+}
+
 IndexChoices indexChoices()
 {
     const std::filesystem::path folder = StoreServices{.cacheFolder = cacheFolder()}.indexFolder();
@@ -93,8 +108,7 @@ AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options)), 
     applyAppearance();
     finishSoon_.setSingleShot(true);
     connect(&finishSoon_, &QTimer::timeout, this, &AppDelegate::finishIfUnused);
-    // Another window may open at once, as when the welcome window gives way.
-    connect(qApp, &QGuiApplication::lastWindowClosed, &finishSoon_, [this] { finishSoon_.start(0); });
+    qApp->installEventFilter(this);
 }
 
 AppDelegate::~AppDelegate()
@@ -173,6 +187,16 @@ QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder, Activati
     }
 }
 
+/// Qt's own lastWindowClosed() does not count dialogs: one that is closed after the last window would leave a process
+/// without any.
+bool AppDelegate::eventFilter(QObject* watched, QEvent* event)
+{
+    // Another window may open at once, as when the welcome window gives way.
+    if (event->type() == QEvent::Hide && watched->isWidgetType() && static_cast<QWidget*>(watched)->isWindow())
+        finishSoon_.start(0);
+    return QObject::eventFilter(watched, event);
+}
+
 void AppDelegate::finishIfUnused()
 {
     constexpr std::chrono::milliseconds pause{200};
@@ -244,6 +268,7 @@ void AppDelegate::showWelcome()
         addKeys(*view);
         welcomeWindow_ = view;
     }
+    centre(*welcomeWindow_, nullptr);
     bringToFront(welcomeWindow_);
 }
 
@@ -256,6 +281,7 @@ void AppDelegate::showSettings()
         settingsWindow_->showTab(options_.settingsTab);
         addKeys(*settingsWindow_);
     }
+    centre(*settingsWindow_, currentWindow());
     bringToFront(settingsWindow_);
 }
 
@@ -357,6 +383,7 @@ void AppDelegate::about()
 {
     if (!aboutDialog_)
         aboutDialog_ = new AboutDialog(currentWindow());
+    centre(*aboutDialog_, currentWindow());
     bringToFront(aboutDialog_);
 }
 
@@ -364,6 +391,7 @@ void AppDelegate::checkForUpdates()
 {
     if (!updateDialog_)
         updateDialog_ = new UpdateDialog(UpdateSource::built(), currentWindow());
+    centre(*updateDialog_, currentWindow());
     bringToFront(updateDialog_);
 }
 

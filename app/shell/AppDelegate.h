@@ -47,6 +47,8 @@ public:
     void open(const std::vector<std::filesystem::path>& folders);
     /// Brings a window to the front, for another launch without folders.
     void reopen();
+    /// Notices that a window has gone.
+    bool eventFilter(QObject* watched, QEvent* event) override;
     /// Carries out one of launchActions. Any other name brings a window to the front.
     void carryOut(std::string_view action);
 

@@ -25,19 +25,7 @@ QString keyFor(const std::filesystem::path& root)
     return u"windowFrames/Repository "_s + QString::fromLatin1(path);
 }
 
-bool reachable(const QRect& frame)
-{
-    // The pointer must be able to reach the title bar.
-    const QRect grip(frame.left(), frame.top(), frame.width(), 24);
-    for (const QScreen* screen : QGuiApplication::screens()) {
-        const QRect seen = screen->availableGeometry() & grip;
-        if (seen.width() >= 80 && seen.height() >= 8)
-            return true;
-    }
-    return false;
-}
-
-/// Returns the screen that shows most of a frame.
+/// Returns the screen that shows most of a frame; the first one for a frame of a screen that is gone.
 const QScreen* screenOf(const QRect& frame)
 {
     const QList<QScreen*> screens = QGuiApplication::screens();
@@ -52,14 +40,10 @@ const QScreen* screenOf(const QRect& frame)
 std::optional<QRect> storedFrame(const std::filesystem::path& root)
 {
     Settings& stored = Settings::shared();
-    if (const auto own = frame(stored.value(keyFor(root)).toString()); own && reachable(*own))
+    if (const auto own = frame(stored.value(keyFor(root)).toString()))
         return own;
-    if (const auto last = frame(stored.value(settings::lastRepositoryWindowFrame))) {
-        const QRect beside = last->translated(cascade);
-        if (reachable(beside))
-            return beside;
-    }
-    return std::nullopt;
+    const auto last = frame(stored.value(settings::lastRepositoryWindowFrame));
+    return last ? std::optional(last->translated(cascade)) : std::nullopt;
 }
 
 } // namespace

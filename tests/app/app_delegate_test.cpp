@@ -9,6 +9,7 @@
 #include "tests/support/TestRepository.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTimer>
 
@@ -53,6 +54,21 @@ TEST(Application, EndsWithItsLastWindow)
     EXPECT_EQ(finished.count(), 1);
 }
 
+TEST(Application, EndsWithADialogThatOutlivesTheLastWindow)
+{
+    AppDelegate delegate{LaunchOptions()};
+    const QSignalSpy finished(&delegate, &AppDelegate::finished);
+    delegate.showWelcome();
+    delegate.about();
+    QWidget* const about = shownWindow("plovik::AboutDialog");
+    ASSERT_TRUE(about);
+    shownWindow("plovik::WelcomeView")->close();
+    QApplication::processEvents();
+    EXPECT_EQ(finished.count(), 0);
+    about->close();
+    EXPECT_TRUE(waitUntil([&finished] { return finished.count() == 1; }));
+}
+
 TEST(Application, AWindowComesToTheFrontWithTheTokenOfItsLaunch)
 {
     TestRepository repo;
@@ -75,6 +91,14 @@ TEST(WindowFrames, FitIntoTheScreenThatIsThere)
     EXPECT_EQ(fitted({100, 100, 800, 600}, screen), QRect(100, 100, 800, 600));
     EXPECT_EQ(fitted({1500, 500, 1240, 780}, screen), QRect(40, 30, 1240, 770));
     EXPECT_EQ(fitted({-50, -10, 2560, 1400}, screen), screen);
+
+    const QRect there = QGuiApplication::primaryScreen()->availableGeometry();
+    QWidget window;
+    window.setGeometry(there.right() + 5000, 40, 500, 400); // a screen that is gone
+    windowFrames::remember(window, "/tmp/gone");
+    windowFrames::restore(window, "/tmp/gone");
+    EXPECT_TRUE(there.contains(window.geometry()));
+    EXPECT_EQ(window.size(), QSize(500, 400));
 }
 
 } // namespace
