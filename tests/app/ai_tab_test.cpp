@@ -72,8 +72,8 @@ protected:
     QLineEdit& key = *named<QLineEdit>(tab, u"API Key"_s);
 };
 
-const QString isStored = u"The key is stored in your keychain."_s;
-const QString couldNot = u"The key could not be saved in the keychain."_s;
+const QString isStored = u"The key is stored in your keyring."_s;
+const QString couldNot = u"The key could not be saved in the keyring."_s;
 
 TEST_F(AITabTest, NoteSaysOnlyWhatIsKnown)
 {
@@ -97,7 +97,7 @@ TEST_F(AITabTest, NoteSaysOnlyWhatIsKnown)
     EXPECT_TRUE(test::waitUntil([&] { return sent.size() == 2; }));
     EXPECT_EQ(sent.last(), u"anthropic="_s);
     finishSaving(true);
-    EXPECT_EQ(note(), u"No key was found in your keychain."_s);
+    EXPECT_EQ(note(), u"No key was found in your keyring."_s);
 }
 
 TEST_F(AITabTest, SlowAnswersNeitherOverwriteTypingNorShowUnderAnotherProvider)

@@ -325,11 +325,11 @@ TEST(CommitBox, AddsTrailersFromItsMenu)
         window.named<QAbstractButton>(u"Commit Message Options"_s)->click();
         QMenu* menu = window.view.findChild<QMenu*>();
         for (QAction* action : menu->findChildren<QAction*>())
-            if (action->text() == title)
+            if (withoutMnemonic(action->text()) == title)
                 action->trigger();
         for (QMenu* sub : menu->findChildren<QMenu*>())
             for (QAction* action : sub->actions())
-                if (action->text() == title)
+                if (withoutMnemonic(action->text()) == title)
                     action->trigger();
         delete menu;
         EXPECT_TRUE(window.worker.settle());

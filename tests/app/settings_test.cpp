@@ -323,7 +323,7 @@ TEST_F(SettingsTest, CodeFontChangesWithEveryStepAndGoesBackToTheDefaults)
     EXPECT_EQ(size.text(), u"32 points"_s);
     EXPECT_EQ(stored().value(settings::codeFontSize), 40) << "looking changes nothing";
     const auto& preview = control<QPlainTextEdit>(u"Preview"_s);
-    EXPECT_EQ(preview.toPlainText().split(u'\n').value(1), u"    print(\"Hello, \\(name)\") // 0O 1lI"_s);
+    EXPECT_EQ(preview.toPlainText().split(u'\n').value(2), u"    return printf(\"Hello, %s\", name); // 0O 1lI"_s);
     EXPECT_TRUE(QFontInfo(preview.font()).fixedPitch());
 
     size.stepDown();

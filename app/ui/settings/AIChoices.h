@@ -23,7 +23,7 @@ struct AIChoices {
     /// does not exist any more.
     std::vector<Provider> providers;
     /// Asks for the stored key. Returns at once and calls `found` later on the main thread; with nullopt when there is
-    /// no key or the keychain refuses it.
+    /// no key or the keyring refuses it.
     std::function<void(const QString& provider, std::function<void(std::optional<QString> key)> found)> readKey;
     /// Stores a key, or removes the stored one when `key` is empty. Calls are carried out in their order. Returns at
     /// once and calls `finished` later on the main thread.

@@ -153,14 +153,14 @@ void APIKeyField::tell()
 QString APIKeyField::statement(const Key& key) const
 {
     if (key.hasFailed)
-        return tr("The key could not be saved in the keychain.");
+        return tr("The key could not be saved in the keyring.");
     if (key.typed || key.sent || !key.stored)
         return {};
     if (!key.stored->isEmpty())
-        return tr("The key is stored in your keychain.");
+        return tr("The key is stored in your keyring.");
     if (choices_.hasKeyInEnvironment(provider_.name))
         return tr("Without a stored key, %1 from the environment is used.").arg(provider_.keyVariable);
-    return tr("No key was found in your keychain.");
+    return tr("No key was found in your keyring.");
 }
 
 } // namespace plovik

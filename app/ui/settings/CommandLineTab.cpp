@@ -60,7 +60,7 @@ CommandLineTab::CommandLineTab(CommandLineCommands commands, QWidget* parent)
     column->addWidget(button_, 0, Qt::AlignLeft);
     column->addWidget(problem_);
     column->addSpacing(6);
-    column->addWidget(noteLabel(tr("Run `plovik` inside a repository to open it in Plovik."), this));
+    column->addWidget(noteLabel(tr("Run “plovik” inside a repository to open it in Plovik."), this));
     column->addStretch(1);
 }
 

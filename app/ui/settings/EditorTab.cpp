@@ -24,7 +24,7 @@ namespace {
 constexpr QSize previewSize(480, 132);
 
 // The last characters of the second line tell 0 from O, and 1, l and I apart.
-const QString sample = u"func greet(name: String) {\n    print(\"Hello, \\(name)\") // 0O 1lI\n}"_s;
+const QString sample = u"int greet(const char* name)\n{\n    return printf(\"Hello, %s\", name); // 0O 1lI\n}"_s;
 
 QPlainTextEdit* samplePreview(QWidget* parent)
 {

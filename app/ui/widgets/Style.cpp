@@ -2,10 +2,12 @@
 #include "app/ui/widgets/Style.h"
 
 #include "app/ui/widgets/FocusRing.h"
+#include "app/ui/widgets/Mnemonics.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QAbstractScrollArea>
 #include <QCheckBox>
+#include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRadioButton>
@@ -27,6 +29,8 @@ constexpr double controlRadius = 6;
 constexpr int textPadding = 10;
 constexpr int scrollBarThickness = 10;
 constexpr int indicatorSize = 15;
+constexpr int tipRadius = 6;
+constexpr int tipSideMargin = 2; ///< besides the margin that a tip has at all sides
 
 bool has(const QWidget* widget, const char* property) { return widget && widget->property(property).toBool(); }
 
@@ -52,6 +56,14 @@ void paintPanel(QPainter& painter, const QRect& rect, double radius, const QColo
     painter.setBrush(fill);
     painter.drawRoundedRect(insideBorder(rect), radius, radius);
     painter.restore();
+}
+
+/// Returns what a window with rounded corners covers, where no compositor could make its corners transparent.
+QRegion roundedRegion(const QRect& rect, int radius)
+{
+    QPainterPath outline;
+    outline.addRoundedRect(rect, radius, radius);
+    return {outline.toFillPolygon().toPolygon()};
 }
 
 QColor pressed(const QColor& accent, const QStyleOption* option)
@@ -231,6 +243,15 @@ void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState state, bo
 
 Style::Style() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
 
+void Style::polish(QWidget* widget)
+{
+    QProxyStyle::polish(widget);
+    if (widget->inherits("QTipLabel"))
+        widget->setContentsMargins(tipSideMargin, 0, tipSideMargin, 0);
+    else if (auto* const menu = qobject_cast<QMenu*>(widget))
+        connect(menu, &QMenu::aboutToShow, menu, [menu] { assignMnemonics(menu->actions()); });
+}
+
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                           const QWidget* widget) const
 {
@@ -267,6 +288,10 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
             paintFocusRing(*painter, option->rect, 3);
         return;
     }
+    case PE_PanelTipLabel:
+        paintPanel(*painter, option->rect, tipRadius, option->palette.color(QPalette::ToolTipBase),
+                   Theme::current().controlBorder);
+        return;
     case PE_FrameFocusRect:
         // Other controls show the focus on their border, and rows draw it themselves.
         if (qobject_cast<const QCheckBox*>(widget) || qobject_cast<const QRadioButton*>(widget))
@@ -398,6 +423,8 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
         return 1;
     case PM_MenuVMargin:
         return 4;
+    case PM_ToolTipLabelFrameWidth:
+        return 5; // a tip adds one pixel
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -412,6 +439,10 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
     case SH_EtchDisabledText:
         return 0;
     case SH_MenuBar_AltKeyNavigation:
+        return 1;
+    case SH_ToolTip_Mask:
+        if (auto* const mask = qstyleoption_cast<QStyleHintReturnMask*>(answer))
+            mask->region = roundedRegion(option->rect, tipRadius);
         return 1;
     default:
         return QProxyStyle::styleHint(hint, option, widget, answer);

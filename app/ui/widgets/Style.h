@@ -15,6 +15,9 @@ class Style : public QProxyStyle {
 public:
     Style();
 
+    void polish(QWidget* widget) override;
+    using QProxyStyle::polish;
+
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
