@@ -25,7 +25,7 @@ namespace plovik {
 
 namespace {
 
-constexpr QSize smallestSize{860, 520};
+constexpr QSize smallestSize{640, 480};
 // The frame is stored only after this pause, so that dragging an edge does not write the settings at every step.
 constexpr std::chrono::milliseconds frameSettles{300};
 /// How often a repository is read that cannot be watched as a whole.
@@ -63,6 +63,7 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
     setMinimumSize(smallestSize);
     setCentralWidget(view_);
     view_->setEditorTitle([] { return plainMenuText(externalEditor::menuTitle()); });
+    view_->setApplication(menuTarget);
     mainMenu::build(*menuBar(), menuTarget, *store_);
     windowFrames::restore(*this, this->root());
 

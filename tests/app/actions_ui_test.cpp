@@ -211,7 +211,7 @@ TEST_F(ActionsTest, StashesAreAppliedPoppedAndDroppedFromTheirView)
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(readFile(repo / "a"), "newer\n");
     EXPECT_TRUE(named<QLabel>(*stashes, u"1 stash"_s));
-    EXPECT_EQ(stashes->list()->currentIndex().data().toString(), u"On main: older"_s);
+    EXPECT_EQ(stashes->list()->currentIndex().data().toString(), u"older"_s);
 
     press(u"Drop…"_s);
     named<QPushButton>(*test::openDialog(view), u"Drop"_s)->click();
@@ -222,6 +222,46 @@ TEST_F(ActionsTest, StashesAreAppliedPoppedAndDroppedFromTheirView)
     store.snapshot().refresh(RefreshScope::status);
     ASSERT_TRUE(worker.settle());
     EXPECT_FALSE(stashChanges->isEnabled());
+}
+
+TEST_F(ActionsTest, TheToolbarSwitchesToTheBranchesThatWereUsedLastAndSaysWhyNot)
+{
+    for (const char* name : {"aa", "bb", "cc", "dd", "ee", "ff", "gg", "hh"})
+        repo.git({"branch", name});
+    repo.git({"checkout", "-q", "ff"}).git({"checkout", "-q", "bb"}).git({"checkout", "-q", "main"});
+    load();
+    auto* const button = named<QPushButton>(view, u"Switch Branch"_s);
+    EXPECT_EQ(button->accessibleDescription(), u"main"_s);
+    const auto open = [&]() -> QWidget* {
+        button->click();
+        EXPECT_TRUE(worker.settle());
+        return QApplication::activePopupWidget();
+    };
+    QWidget* popup = open();
+    ASSERT_TRUE(popup);
+    auto* list = named<QListView>(*popup, u"Branches"_s);
+    Titles titles;
+    for (int row = 0; row < list->model()->rowCount(); ++row)
+        titles.push_back(list->model()->index(row, 0).data().toString().toStdString());
+    EXPECT_EQ(titles, (Titles{"main", "bb", "ff", "aa", "cc", "dd", "ee", "gg", "hh", "side"}));
+    QTest::keyClicks(named<QLineEdit>(*popup, u"Filter Branches"_s), u"f"_s);
+    QTest::keyClick(named<QLineEdit>(*popup, u"Filter Branches"_s), Qt::Key_Return);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"branch", "--show-current"}), "ff");
+    EXPECT_EQ(button->accessibleDescription(), u"ff"_s);
+
+    auto* const pull = named<QPushButton>(view, u"Pull"_s);
+    EXPECT_EQ(pull->toolTip(), u"Pull (Ctrl+Shift+P)\nThis repository has no remote."_s);
+    test::givenRunning(store, Verb::pull);
+    popup = open();
+    ASSERT_TRUE(popup);
+    list = named<QListView>(*popup, u"Branches"_s);
+    EXPECT_EQ(list->model()->index(1, 0).data(Qt::ToolTipRole).toString(), u"Not while this runs: Something…"_s);
+    QTest::keyClicks(named<QLineEdit>(*popup, u"Filter Branches"_s), u"side"_s);
+    QTest::keyClick(named<QLineEdit>(*popup, u"Filter Branches"_s), Qt::Key_Return);
+    EXPECT_TRUE(popup->isVisible()) << "it cannot be chosen";
+    popup->close();
+    test::givenRunning(store, std::nullopt);
 }
 
 class MainMenuTest : public testing::Test {

@@ -323,11 +323,12 @@ TEST(RepositoryView, ShowsWhatIsSelectedAndWhatGoesOn)
         EXPECT_NE(named(name), nullptr) << name;
     test::givenRunning(store, Verb::fetch);
     EXPECT_FALSE(named("Fetch")->isEnabled());
-    EXPECT_EQ(named("Fetch")->toolTip(), QStringLiteral("Not while this runs: Something…"));
+    EXPECT_EQ(named("Fetch")->toolTip(), QStringLiteral("Fetch (Ctrl+Shift+F)\nNot while this runs: Something…"));
     EXPECT_TRUE(named("Branch")->isEnabled());
     EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QStringLiteral("Something…"));
     test::givenRunning(store, std::nullopt);
-    EXPECT_TRUE(named("Fetch")->isEnabled() && named("Fetch")->toolTip().isEmpty());
+    EXPECT_TRUE(named("Fetch")->isEnabled());
+    EXPECT_EQ(named("Fetch")->toolTip(), QStringLiteral("Fetch (Ctrl+Shift+F)"));
     EXPECT_EQ(qobject_cast<QLabel*>(named("Activity"))->text(), QString());
 
     given(store.snapshot().readProblem, QStringLiteral("fatal: broken"));

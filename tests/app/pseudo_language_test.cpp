@@ -56,14 +56,17 @@ using test::wordsLeft;
 /// Collects what is wrong in a window, each offender by its class and its text.
 class Inspection {
 public:
-    explicit Inspection(QString place) : place_(std::move(place)) {}
+    /// In the language of the sources no word is told apart from what need not be translated.
+    enum class Words { translated, original };
+    explicit Inspection(QString place, Words words = Words::translated) : place_(std::move(place)), words_(words) {}
 
     void look(QWidget& window)
     {
         read(window, "title", window.windowTitle());
         for (QWidget* widget : shownIn(window)) {
             see(*widget);
-            seePainted(*widget);
+            if (words_ == Words::translated)
+                seePainted(*widget);
         }
     }
 
@@ -100,7 +103,7 @@ private:
 
     void read(const QObject& object, const char* what, const QString& text)
     {
-        if (!wordsLeft(text).isEmpty())
+        if (words_ == Words::translated && !wordsLeft(text).isEmpty())
             tell(object, what, text);
     }
 
@@ -326,14 +329,17 @@ public:
 
 private:
     QString place_;
+    Words words_;
     std::set<std::string> found_;
 };
 
 /// A window over a repository with something for every view.
 class PseudoLanguageTest : public testing::Test {
 protected:
-    PseudoLanguageTest()
+    explicit PseudoLanguageTest(bool isPseudo = true)
     {
+        if (isPseudo)
+            language.emplace();
         repo.write("zzfile.txt", "1\n2\n").write("zzother.txt", "1\n").commit("zzone").git({"tag", "zztag"});
         repo.git({"branch", "zzside"})
             .write("zzfile.txt", "1\n3\n")
@@ -350,7 +356,7 @@ protected:
         view = new RepositoryView(store);
         mainMenu::build(*window.menuBar(), target, store);
         window.setCentralWidget(view);
-        window.setMinimumSize(860, 520);
+        window.setMinimumSize(640, 480);
         window.show();
         refresh();
     }
@@ -366,14 +372,18 @@ protected:
         EXPECT_TRUE(worker.settle());
     }
 
+    /// Its words are half again as long, so that the smallest window is a larger one for them.
+    std::vector<QSize> sizes() const { return {language ? QSize(860, 520) : QSize(640, 480), QSize(1240, 780)}; }
+
     /// Looks at the window at its smallest size and at a usual one.
     void look(const char* place)
     {
-        for (const QSize size : {QSize(860, 520), QSize(1240, 780)}) {
+        for (const QSize size : sizes()) {
             window.resize(size);
             EXPECT_TRUE(worker.settle());
             QApplication::processEvents();
-            Inspection inspection(u"%1 %2"_s.arg(QString::fromLatin1(place)).arg(window.width()));
+            Inspection inspection(u"%1 %2"_s.arg(QString::fromLatin1(place)).arg(window.width()),
+                                  language ? Inspection::Words::translated : Inspection::Words::original);
             inspection.look(window);
             inspection.lookAtMenus(window);
             EXPECT_EQ(inspection.found(), "");
@@ -400,7 +410,41 @@ protected:
         EXPECT_EQ(inspection.found(), "");
     }
 
-    PseudoLanguage language;
+    void lookAtViews()
+    {
+        store.window().selectPaths({"zzfile.txt"});
+        look("working copy");
+        store.window().select(SidebarItem::history());
+        store.history().moveCommitSelection(0);
+        look("history");
+        store.window().select(SidebarItem::stashes());
+        look("stashes");
+        store.window().inspect({"zzfile.txt", std::nullopt, InspectedFile::Tab::blame});
+        look("blame");
+        store.window().inspect({"zzfile.txt", repo.head(), InspectedFile::Tab::history});
+        look("file history");
+        store.window().closeInspector();
+        store.window().showCommandLog(true);
+        look("command log");
+    }
+
+    void lookAtOperations()
+    {
+        repo.git({"reset", "-q", "--hard"})
+            .git({"checkout", "-q", "zzside"})
+            .write("zzfile.txt", "1\n6\n")
+            .commit("zzthree");
+        int status = 0;
+        runPlainGit(repo.path(), {"merge", "main"}, status);
+        refresh();
+        store.window().selectPaths({"zzfile.txt"});
+        look("merge");
+        repo.git({"merge", "--abort"}).git({"bisect", "start"});
+        refresh();
+        look("bisect");
+    }
+
+    std::optional<PseudoLanguage> language;
     TestRepository repo;
     test::SettlingWorker worker;
     RepositoryStore store{repo.path(), worker};
@@ -410,41 +454,26 @@ protected:
     RepositoryView* view = nullptr;
 };
 
+/// The same window in the language of the sources.
+class SmallestWindow : public PseudoLanguageTest {
+protected:
+    SmallestWindow() : PseudoLanguageTest(false) {}
+};
+
+TEST_F(SmallestWindow, CutsNothing)
+{
+    lookAtViews();
+    lookAtOperations();
+}
+
 TEST_F(PseudoLanguageTest, TheViewsOfAWindowAreTranslatedAndFit)
 {
-    store.window().selectPaths({"zzfile.txt"});
-    look("working copy");
-    store.window().select(SidebarItem::history());
-    store.history().moveCommitSelection(0);
-    look("history");
-    store.window().select(SidebarItem::stashes());
-    look("stashes");
-    store.window().inspect({"zzfile.txt", std::nullopt, InspectedFile::Tab::blame});
-    look("blame");
-    store.window().inspect({"zzfile.txt", repo.head(), InspectedFile::Tab::history});
-    look("file history");
-    store.window().closeInspector();
-    store.window().showCommandLog(true);
-    look("command log");
+    lookAtViews();
     // Of changed files, hunks, commits and their files, branches, stashes, lines of blame and of a diff, and commands.
     EXPECT_GE(menus.size(), 8U) << "context menus that were seen";
 }
 
-TEST_F(PseudoLanguageTest, AnOperationThatStoppedIsTranslatedAndFits)
-{
-    repo.git({"reset", "-q", "--hard"})
-        .git({"checkout", "-q", "zzside"})
-        .write("zzfile.txt", "1\n6\n")
-        .commit("zzthree");
-    int status = 0;
-    runPlainGit(repo.path(), {"merge", "main"}, status);
-    refresh();
-    store.window().selectPaths({"zzfile.txt"});
-    look("merge");
-    repo.git({"merge", "--abort"}).git({"bisect", "start"});
-    refresh();
-    look("bisect");
-}
+TEST_F(PseudoLanguageTest, AnOperationThatStoppedIsTranslatedAndFits) { lookAtOperations(); }
 
 TEST_F(PseudoLanguageTest, DialogsAreTranslatedAndFit)
 {

@@ -37,9 +37,13 @@ QAction* addRepository(QMenu& menu, MenuTarget& target, const std::filesystem::p
 void addRecentRepositories(QMenu& menu, MenuTarget& target)
 {
     menu.setToolTipsVisible(true);
-    for (const std::filesystem::path& root : recentRepositories::all())
-        addRepository(menu, target, root);
-    if (menu.isEmpty())
+    const std::vector<std::filesystem::path> open = target.openRoots();
+    const auto before = menu.actions().size();
+    for (const std::filesystem::path& root : recentRepositories::all()) {
+        if (std::ranges::find(open, root) == open.end())
+            addRepository(menu, target, root);
+    }
+    if (menu.actions().size() == before)
         menu.addAction(ChoiceTexts::tr("No Recent Repositories"))->setEnabled(false);
 }
 

@@ -36,6 +36,18 @@ QString shownDate(const gitkit::Stash& stash)
              locale.toString(date.time(), shortTimeFormat(locale)));
 }
 
+QString shownMessage(const gitkit::Stash& stash)
+{
+    // Git puts the branch before what the user wrote, "On main: …", or before the commit if nothing was written.
+    const std::string& message = stash.message;
+    const std::size_t colon = message.find(": ");
+    if (colon != std::string::npos && message.starts_with("On "))
+        return shownText(message.substr(colon + 2));
+    if (colon != std::string::npos && message.starts_with("WIP on "))
+        return StashesModel::tr("WIP: %1", "commit").arg(shownText(message.substr(colon + 2)));
+    return shownText(message);
+}
+
 StashesModel::StashesModel(const RepositoryStore& store, QObject* parent)
     : QAbstractListModel(parent), store_(store), rowCount_(static_cast<int>(stashes().size()))
 {}
@@ -67,7 +79,7 @@ QVariant StashesModel::data(const QModelIndex& index, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
-        return shownText(stash(index).message);
+        return shownMessage(stash(index));
     case Qt::AccessibleDescriptionRole:
         return shownDate(stash(index));
     case Qt::ToolTipRole:

@@ -33,5 +33,7 @@ private:
 
 /// Returns a stash's date and time, abbreviated, as the locale writes them.
 QString shownDate(const gitkit::Stash& stash);
+/// Returns a stash's message as the user wrote it, without the branch that git puts before it.
+QString shownMessage(const gitkit::Stash& stash);
 
 } // namespace plovik

@@ -29,8 +29,8 @@ namespace {
 
 /// The width of the sidebar before the user has chosen one.
 constexpr Setting<double> sidebarWidth{settings::sidebarWidth.key, 216};
-constexpr double sidebarMinWidth = 160;
-constexpr double detailMinWidth = 320;
+constexpr double sidebarMinWidth = 176;
+constexpr double detailMinWidth = 462;
 constexpr double inspectorMinWidth = 300;
 constexpr double besideInspectorMinWidth = 300;
 constexpr double logMinHeight = 130;
@@ -39,7 +39,8 @@ constexpr double aboveLogMinHeight = 220;
 } // namespace
 
 RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), problem_(new MessageBar(tr("Problem"), MessageBar::Dismissal::never, this)),
+    : QWidget(parent), store_(store), toolbar_(new Toolbar(store, this)),
+      problem_(new MessageBar(tr("Problem"), MessageBar::Dismissal::never, this)),
       notice_(new MessageBar(tr("Notice"), MessageBar::Dismissal::byUser, this)), sidebar_(new SidebarView(store)),
       detail_(new QStackedWidget), inspectorPlace_(new QWidget), logPlace_(new QWidget),
       detailSplit_(new SplitPane(settings::inspectorWidth, Qt::Horizontal, SplitPane::Sized::second, inspectorMinWidth,
@@ -60,7 +61,7 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(new Toolbar(store, this));
+    column->addWidget(toolbar_);
     column->addWidget(problem_);
     column->addWidget(notice_);
     column->addWidget(new TrustBar(store, this));
@@ -81,6 +82,8 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     showInspector();
     showCommandLog();
 }
+
+void RepositoryView::setApplication(MenuTarget& application) { toolbar_->setApplication(application); }
 
 void RepositoryView::setEditorTitle(std::function<QString()> title)
 {

@@ -17,10 +17,12 @@ namespace plovik {
 class CommandLogPanel;
 class HistoryView;
 class InspectorView;
+class MenuTarget;
 class MessageBar;
 class SidebarView;
 class SplitPane;
 class StashesView;
+class Toolbar;
 class WorkingCopyView;
 
 /// Everything inside a repository window: the toolbar, the bars for problems and notices, the sidebar, the view of the
@@ -41,6 +43,9 @@ public:
     /// whenever a menu opens.
     void setEditorTitle(std::function<QString()> title);
 
+    /// Sets what opens other repositories. `application` outlives the view.
+    void setApplication(MenuTarget& application);
+
     SidebarView* sidebar() const { return sidebar_; }
 
 private:
@@ -54,6 +59,7 @@ private:
     QWidget* detailFor(const SidebarItem& item);
 
     RepositoryStore& store_;
+    Toolbar* toolbar_;
     MessageBar* problem_;
     MessageBar* notice_;
     SidebarView* sidebar_;

@@ -2,14 +2,20 @@
 #include "app/ui/window/Toolbar.h"
 
 #include "app/store/ShownText.h"
-#include "app/ui/widgets/BarButton.h"
+#include "app/ui/commands/MainMenu.h"
+#include "app/ui/commands/RepositoryChoices.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 #include "app/ui/window/ActivityView.h"
+#include "app/ui/window/BranchChoice.h"
+#include "app/ui/window/ToolButton.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
-#include <QLabel>
+#include <QMenu>
 #include <QPainter>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -18,38 +24,59 @@ namespace plovik {
 namespace {
 
 constexpr int toolbarHeight = 46;
-constexpr int groupGap = 22;
+constexpr int groupGap = 16;
+constexpr int toolGap = 6;
+constexpr int toolbarMargin = 8;
 
-QLabel* makeLabel(QWidget* parent)
+ToolIcon iconOf(CommandId id)
 {
-    auto* label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText);
-    return label;
+    switch (id) {
+    case CommandId::fetch:
+        return ToolIcon::fetch;
+    case CommandId::pull:
+        return ToolIcon::pull;
+    case CommandId::push:
+        return ToolIcon::push;
+    case CommandId::newBranch:
+        return ToolIcon::branch;
+    default:
+        return ToolIcon::stash;
+    }
+}
+
+QString countsText(const gitkit::Divergence& counts)
+{
+    QStringList parts;
+    if (counts.ahead > 0)
+        parts += u"↑%1"_s.arg(counts.ahead);
+    if (counts.behind > 0)
+        parts += u"↓%1"_s.arg(counts.behind);
+    return parts.join(u' ');
 }
 
 } // namespace
 
 Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
-    : QWidget(parent), store_(store), project_(makeLabel(this)), branch_(makeLabel(this))
+    : QWidget(parent), store_(store),
+      project_(new ToolButton(ToolIcon::repository, tr("Repositories"), ToolButton::Kind::list, this)),
+      branch_(new ToolButton(ToolIcon::branch, tr("Switch Branch"), ToolButton::Kind::list, this)),
+      branches_(new BranchChoice(store, *branch_)), activity_(new ActivityView(store, this))
 {
     setMinimumHeight(toolbarHeight);
-    project_->setText(shownText(store.root().filename().native()));
+    project_->setShownTitle(shownText(store.root().filename().native()));
     project_->setToolTip(plainToolTip(shownText(store.root().native())));
     followFont(*project_, 0, QFont::Bold);
-    branch_->setForegroundRole(QPalette::PlaceholderText);
-    // A long branch name is cut so that the buttons keep their room.
-    branch_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
-    branch_->setMinimumWidth(24);
+    connect(project_, &ToolButton::clicked, this, &Toolbar::offerRepositories);
+    connect(branch_, &ToolButton::clicked, branches_, &BranchChoice::open);
 
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(12, 0, 12, 1);
-    row->setSpacing(6);
+    row->setContentsMargins(toolbarMargin, 0, toolbarMargin + 4, 1);
+    row->setSpacing(toolGap);
     row->addWidget(project_);
-    row->addSpacing(3);
     row->addWidget(branch_);
-    row->addSpacing(groupGap - 4);
+    row->addSpacing(groupGap - toolGap);
     makeButtons(*row);
-    row->addWidget(new ActivityView(store, this), 1);
+    row->addWidget(activity_, 1);
 
     notifiers_ = followOffers(store, [this] { updateButtons(); });
     notifiers_.push_back(store.snapshot().status.addNotifier([this] { statusChanged(); }));
@@ -63,10 +90,10 @@ void Toolbar::makeButtons(QHBoxLayout& row)
     using enum CommandId;
     for (const CommandId id : {fetch, pull, push, newBranch, stashChanges}) {
         const Command& shown = command(id);
-        auto* const button = new BarButton(shown.buttonTitle(), this);
-        connect(button, &BarButton::clicked, this, [this, &shown] { shown.run(store_); });
+        auto* const button = new ToolButton(iconOf(id), shown.buttonTitle(), ToolButton::Kind::command, this);
+        connect(button, &ToolButton::clicked, this, [this, &shown] { shown.run(store_); });
         if (id == newBranch)
-            row.addSpacing(groupGap - 6);
+            row.addSpacing(groupGap - toolGap);
         row.addWidget(button);
         buttons_[id] = button;
     }
@@ -75,8 +102,12 @@ void Toolbar::makeButtons(QHBoxLayout& row)
 void Toolbar::updateButtons()
 {
     for (const auto& [id, button] : buttons_) {
-        button->setEnabled(command(id).isOffered(store_));
-        button->setToolTip(plainToolTip(command(id).whyNot(store_)));
+        const Command& shown = command(id);
+        button->setEnabled(shown.isOffered(store_));
+        const QString name =
+            tr("%1 (%2)", "command, keys").arg(shown.title(), shown.shortcut().toString(QKeySequence::NativeText));
+        const QString whyNot = shown.whyNot(store_);
+        button->setToolTip(plainToolTip(whyNot.isEmpty() ? name : name + u'\n' + whyNot));
     }
 }
 
@@ -84,10 +115,58 @@ void Toolbar::statusChanged()
 {
     const gitkit::Divergence counts = store_.counts().ofHead();
     const QString head = store_.snapshot().headDescription();
-    branch_->setText(head);
-    branch_->setToolTip(plainToolTip(head));
+    branch_->setVisible(!head.isEmpty());
+    branch_->setBadge(countsText(counts));
+    branch_->setShownTitle(head);
+    branch_->setToolTip(plainToolTip(tr("Switch to another branch from %1").arg(head)));
     buttons_[CommandId::pull]->setBadge(counts.behind > 0 ? u"↓%1"_s.arg(counts.behind) : QString());
     buttons_[CommandId::push]->setBadge(counts.ahead > 0 ? u"↑%1"_s.arg(counts.ahead) : QString());
+    fitTitles();
+}
+
+/// Hides the titles of the commands when they, the names and what runs do not fit.
+void Toolbar::fitTitles()
+{
+    int needed = 2 * toolbarMargin + 4 + 2 * groupGap + project_->fullWidth() + toolGap;
+    if (!branch_->isHidden())
+        needed += branch_->fullWidth() + toolGap;
+    for (const auto& [id, button] : buttons_)
+        needed += button->fullWidth() + toolGap;
+    needed += activity_->sizeHint().width();
+    for (const auto& [id, button] : buttons_)
+        button->setShowsTitle(needed <= width());
+}
+
+QSize Toolbar::minimumSizeHint() const { return {0, QWidget::minimumSizeHint().height()}; }
+
+void Toolbar::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    fitTitles();
+}
+
+bool Toolbar::event(QEvent* event)
+{
+    // What runs, a badge or a font may ask for another width.
+    if (event->type() == QEvent::LayoutRequest)
+        fitTitles();
+    return QWidget::event(event);
+}
+
+/// Lists the repositories with a window, then the recent ones.
+void Toolbar::offerRepositories()
+{
+    if (!application_)
+        return;
+    auto* const menu = new QMenu(project_);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    addOpenRepositories(*menu, *application_, store_.root());
+    menu->addSeparator();
+    addRecentRepositories(*menu, *application_);
+    menu->addSeparator();
+    const Command& open = command(CommandId::openRepository);
+    menu->addAction(open.title(), menu, [this, &open] { open.run(*application_); })->setShortcut(open.shortcut());
+    menu->popup(project_->mapToGlobal(QPoint(0, project_->height() + 2)));
 }
 
 void Toolbar::paintEvent(QPaintEvent* event)

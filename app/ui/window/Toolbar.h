@@ -11,13 +11,16 @@
 #include <vector>
 
 class QHBoxLayout;
-class QLabel;
 
 namespace plovik {
 
-class BarButton;
+class ActivityView;
+class BranchChoice;
+class MenuTarget;
+class ToolButton;
 
-/// The row at the top of the repository window: what is open, the commands that are used most, and what runs.
+/// The row at the top of the repository window: the repository with a list of others, the branch with a list to switch
+/// to, the commands that are used most, and what runs. Where the room is short the commands show their pictures alone.
 /// Main thread.
 class Toolbar : public QWidget {
     Q_OBJECT
@@ -26,18 +29,30 @@ public:
     /// `store` outlives the toolbar.
     explicit Toolbar(RepositoryStore& store, QWidget* parent = nullptr);
 
+    /// Sets what opens other repositories. `application` outlives the toolbar.
+    void setApplication(MenuTarget& application) { application_ = &application; }
+
+    QSize minimumSizeHint() const override;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void makeButtons(QHBoxLayout& row);
     void statusChanged();
     void updateButtons();
+    void fitTitles();
+    void offerRepositories();
 
     RepositoryStore& store_;
-    QLabel* project_;
-    QLabel* branch_;
-    std::map<CommandId, BarButton*> buttons_;
+    MenuTarget* application_ = nullptr;
+    ToolButton* project_;
+    ToolButton* branch_;
+    BranchChoice* branches_;
+    ActivityView* activity_;
+    std::map<CommandId, ToolButton*> buttons_;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

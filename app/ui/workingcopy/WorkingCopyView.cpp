@@ -24,8 +24,8 @@ namespace plovik {
 
 namespace {
 
-constexpr double filesMinWidth = 260;
-constexpr double diffMinWidth = 320;
+constexpr double filesMinWidth = 244;
+constexpr double diffMinWidth = 216;
 
 } // namespace
 
