@@ -116,7 +116,10 @@ void WelcomeView::makeList()
     recentPart_->setAutoFillBackground(true);
     recentPart_->setBackgroundRole(QPalette::Base);
     auto* const title = new QLabel(tr("Recent"), recentPart_);
-    title->setFont(scaled(font(), 1, QFont::DemiBold));
+    QFont capitals = scaled(font(), 0.85, QFont::DemiBold);
+    capitals.setCapitalization(QFont::AllUppercase);
+    capitals.setLetterSpacing(QFont::PercentageSpacing, 106);
+    title->setFont(capitals);
     title->setForegroundRole(QPalette::PlaceholderText);
     title->setContentsMargins(26, 14, 26, 6);
 
