@@ -264,6 +264,48 @@ TEST_F(ActionsTest, TheToolbarSwitchesToTheBranchesThatWereUsedLastAndSaysWhyNot
     test::givenRunning(store, std::nullopt);
 }
 
+TEST_F(ActionsTest, ThePaletteHasEveryCommandAndRef)
+{
+    QMainWindow window;
+    test::NoTarget target;
+    window.setCentralWidget(new RepositoryView(store));
+    mainMenu::build(*window.menuBar(), target, store);
+    window.resize(1000, 700);
+    window.show();
+    load();
+    const auto choose = [&](const QString& typed) {
+        QAction* open = nullptr;
+        for (const QMenu* menu : window.menuBar()->findChildren<QMenu*>())
+            open = open ? open : entry(*menu, u"Command Palette…"_s);
+        open->trigger();
+        QWidget* const popup = QApplication::activePopupWidget();
+        auto* const field = named<QLineEdit>(*popup, u"Filter Commands and Refs"_s);
+        field->setText(typed);
+        const QString first = named<QListView>(*popup, u"Commands and Refs"_s)
+                                  ->model()
+                                  ->index(0, 0)
+                                  .data(Qt::AccessibleTextRole)
+                                  .toString();
+        QTest::keyClick(field, Qt::Key_Return);
+        if (QApplication::activePopupWidget())
+            popup->close();
+        EXPECT_TRUE(worker.settle());
+        QApplication::processEvents();
+        return first.toStdString();
+    };
+    EXPECT_EQ(choose(u"pull"_s), "Repository: Pull, This repository has no remote.");
+    EXPECT_EQ(choose(u"merge"_s), "Branch: Merge…, Select a branch in the sidebar.");
+    EXPECT_EQ(choose(u"new bra"_s), "Branch: New Branch…, Ctrl+Shift+B");
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{}));
+    store.window().closeSheet();
+    EXPECT_EQ(choose(u"side"_s), "side, branch");
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/side"));
+    EXPECT_EQ(choose(u"delete"_s), "Branch: Delete…");
+    ASSERT_TRUE(store.window().confirmation.value());
+    EXPECT_EQ(store.window().confirmation.value()->title, u"Delete branch “side”?"_s);
+    delete window.takeCentralWidget();
+}
+
 class MainMenuTest : public testing::Test {
 protected:
     MainMenuTest()

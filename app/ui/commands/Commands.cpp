@@ -283,6 +283,7 @@ constexpr Command table[] = {
      .name = QT_TRANSLATE_NOOP("Commands", "Keyboard Shortcuts"),
      .keys = Qt::Key_F1,
      .action = showShortcuts},
+    {.id = Id::commandPalette, .name = QT_TRANSLATE_NOOP("Commands", "Command Palette…"), .keys = Qt::CTRL | Qt::Key_K},
     onSelection(Id::openInEditor, QT_TRANSLATE_NOOP("Commands", "Open in Editor"), wantedFile, Qt::Key_Return),
     onSelection(Id::revealFile, QT_TRANSLATE_NOOP("Commands", "Reveal in File Browser"), wantedFile),
     onSelection(Id::showBlame, QT_TRANSLATE_NOOP("Commands", "Show Blame"), wantedFile),

@@ -68,6 +68,7 @@ enum class CommandId {
     find,
     newTag,
     keyboardShortcuts,
+    commandPalette,
     // What the context menus offer for what is selected.
     openInEditor,
     revealFile,

@@ -105,7 +105,7 @@ std::vector<Entry> layouts()
           copyHash,
           copySubject}},
         {QT_TRANSLATE_NOOP("Commands", "Window"), {minimize, zoom, line, bringAllToFront}},
-        {QT_TRANSLATE_NOOP("Commands", "Help"), {keyboardShortcuts, line, checkForUpdates, about}},
+        {QT_TRANSLATE_NOOP("Commands", "Help"), {commandPalette, keyboardShortcuts, line, checkForUpdates, about}},
     };
 }
 
@@ -157,7 +157,7 @@ void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store)
 {
     QWidget& window = *bar.window();
     bar.setAccessibleName(QCoreApplication::translate("Commands", "Menu Bar"));
-    auto& items = *new MenuItems(window, target, store, &bar);
+    auto& items = *new MenuItems(bar, target, store);
     for (const Entry& layout : layouts())
         fill(*bar.addMenu(QCoreApplication::translate("Commands", layout.title)), layout, items, target);
     assignMnemonics(bar.actions());

@@ -2,6 +2,7 @@
 #include "app/ui/commands/MenuItems.h"
 
 #include "app/settings/Settings.h"
+#include "app/ui/commands/CommandPalette.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/commands/SelectionActions.h"
 #include "app/ui/commands/UndoCommand.h"
@@ -10,6 +11,7 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMetaMethod>
 #include <QWidget>
 
@@ -79,8 +81,14 @@ struct MenuItems::Wiring {
     QMenu& menu;
     const Command& command;
 
-    /// Undo is the only command of the menu bar with an action of its own.
-    void operator()(std::monostate) const { new UndoCommand(*action, menu, items.store_); }
+    /// Two commands of the menu bar have an action of their own.
+    void operator()(std::monostate) const
+    {
+        if (command.id == CommandId::undo)
+            new UndoCommand(*action, menu, items.store_);
+        else
+            connect([&bar = items.bar_, &store = items.store_] { showCommandPalette(bar, store); });
+    }
     void operator()(void (*act)(RepositoryStore&)) const
     {
         connect([act, &store = items.store_] { act(store); });
@@ -113,9 +121,9 @@ struct MenuItems::Wiring {
     }
 };
 
-MenuItems::MenuItems(QWidget& window, MenuTarget& application, RepositoryStore& store, QObject* parent)
-    : QObject(parent), window_(window), application_(application), store_(store),
-      selection_(new SelectionActions(window, this)), notifiers_(followOffers(store, [this] { showStored(); }))
+MenuItems::MenuItems(QMenuBar& bar, MenuTarget& application, RepositoryStore& store)
+    : QObject(&bar), bar_(bar), window_(*bar.window()), application_(application), store_(store),
+      selection_(new SelectionActions(window_, this)), notifiers_(followOffers(store, [this] { showStored(); }))
 {
     connect(&Settings::shared(), &Settings::changed, this, [this] { showStored(); });
 }

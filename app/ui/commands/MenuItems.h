@@ -9,6 +9,7 @@
 
 class QAction;
 class QMenu;
+class QMenuBar;
 class QWidget;
 
 namespace plovik {
@@ -17,11 +18,11 @@ class MenuTarget;
 class SelectionActions;
 
 /// Makes the items of a menu bar from the table of commands, and keeps them enabled, checked, visible and named as the
-/// store, the settings, the focus and the selection say. Owned by the menu bar; main thread.
+/// store, the settings, the focus and the selection say. Owned by the menu bar `bar`; main thread.
 class MenuItems : public QObject {
 public:
     /// `application` outlives the items; `store` may go before them.
-    MenuItems(QWidget& window, MenuTarget& application, RepositoryStore& store, QObject* parent);
+    MenuItems(QMenuBar& bar, MenuTarget& application, RepositoryStore& store);
 
     QAction* add(QMenu& menu, const Command& command);
 
@@ -37,6 +38,7 @@ private:
     void showStored();
     void showStored(const Item& item) const;
 
+    QMenuBar& bar_;
     QWidget& window_;
     MenuTarget& application_;
     RepositoryStore& store_;

@@ -15,11 +15,14 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <array>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace plovik {
 
-/// The choices that match what was typed, those that begin with it first.
+/// The choices that match what was typed, those that begin with it first, before or after a colon.
 class ChoiceModel : public QAbstractListModel {
 public:
     ChoiceModel(std::vector<Choice> choices, QObject* parent) : QAbstractListModel(parent), all_(std::move(choices))
@@ -32,15 +35,16 @@ public:
         beginResetModel();
         shown_.clear();
         const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
-        std::vector<std::size_t> others;
+        std::array<std::vector<std::size_t>, 3> ranks; // exact, at the beginning, elsewhere
         for (std::size_t index = 0; index < all_.size(); ++index) {
             const QString& title = all_[index].title;
             const bool isMatch = std::ranges::all_of(
                 words, [&title](const QString& word) { return title.contains(word, Qt::CaseInsensitive); });
             if (isMatch)
-                (title.startsWith(text, Qt::CaseInsensitive) ? shown_ : others).push_back(index);
+                ranks.at(rankOf(title, text)).push_back(index);
         }
-        shown_.insert(shown_.end(), others.begin(), others.end());
+        for (const std::vector<std::size_t>& rank : ranks)
+            shown_.insert(shown_.end(), rank.begin(), rank.end());
         endResetModel();
     }
 
@@ -66,6 +70,16 @@ public:
     }
 
 private:
+    static std::size_t rankOf(const QString& title, const QString& text)
+    {
+        const QStringView name = QStringView(title).mid(title.contains(u": "_s) ? title.indexOf(u": "_s) + 2 : 0);
+        if (title.compare(text, Qt::CaseInsensitive) == 0)
+            return 0;
+        const bool isBeginning =
+            title.startsWith(text, Qt::CaseInsensitive) || name.startsWith(text, Qt::CaseInsensitive);
+        return isBeginning ? 1 : 2;
+    }
+
     std::vector<Choice> all_;
     std::vector<std::size_t> shown_;
 };
