@@ -54,6 +54,15 @@ public:
     void followCommit(std::optional<std::string> hash) { selectedCommit = std::move(hash); }
     void followStash(std::optional<std::string> hash) { selectedStash = std::move(hash); }
 
+    /// Grows whenever the keyboard focus should move to the view of the selected item.
+    Observed<qint64, WindowState> viewWishes{0};
+    /// Selects an item of the sidebar and moves the focus to its view, as a key does that names the view.
+    void goTo(SidebarItem item)
+    {
+        select(std::move(item));
+        viewWishes = viewWishes.value() + 1;
+    }
+
     // What is shown over the window.
 
     Observed<std::optional<SheetKind>, WindowState> sheet;

@@ -188,6 +188,14 @@ TEST_F(AccessibilityTest, PanesAreReachedByKeyAndHaveTheirRoles)
     QApplication::processEvents();
     view->setFocus();
     ASSERT_TRUE(QApplication::focusWidget());
+    EXPECT_EQ(QApplication::focusWidget()->accessibleName(), u"Sidebar"_s);
+    store.window().goTo(SidebarItem::workingCopy());
+    EXPECT_EQ(QApplication::focusWidget()->accessibleName(), u"Changed Files"_s)
+        << "a key that names the view goes there";
+    store.window().goTo(SidebarItem::history());
+    EXPECT_EQ(QApplication::focusWidget()->accessibleName(), u"History"_s);
+    view->setFocus();
+
     QStringList visited;
     for (int step = 0; step < 6; ++step) {
         visited << QApplication::focusWidget()->accessibleName();

@@ -75,6 +75,8 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store.snapshot().readProblem.addNotifier(showProblem));
     notifiers_.push_back(store.window().notice.addNotifier([this] { showNotice(store_.window().notice.value()); }));
     notifiers_.push_back(store.window().selection.addNotifier([this] { showSelection(); }));
+    notifiers_.push_back(
+        store.window().viewWishes.addNotifier([this] { detail_->currentWidget()->setFocus(Qt::ShortcutFocusReason); }));
     notifiers_.push_back(store.window().inspected.addNotifier([this] { showInspector(); }));
     notifiers_.push_back(store.window().showsCommandLog.addNotifier([this] { showCommandLog(); }));
     showProblem();
