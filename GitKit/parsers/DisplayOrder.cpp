@@ -146,16 +146,19 @@ void appendDisplayKey(std::string& keys, std::string_view path)
     }
 }
 
-void sortForDisplay(std::vector<FileChange>& files)
+namespace {
+
+template <typename File>
+void sortByPath(std::vector<File>& files)
 {
     std::string keys;
     std::vector<std::size_t> ends;
     ends.reserve(files.size());
     std::size_t bytes = 0;
-    for (const FileChange& file : files)
+    for (const File& file : files)
         bytes += file.path.size() + 4;
     keys.reserve(bytes);
-    for (const FileChange& file : files) {
+    for (const File& file : files) {
         appendDisplayKey(keys, file.path);
         ends.push_back(keys.size());
     }
@@ -170,12 +173,18 @@ void sortForDisplay(std::vector<FileChange>& files)
         const int order = left.key.compare(right.key);
         return order != 0 ? order < 0 : files[left.index].path < files[right.index].path;
     });
-    std::vector<FileChange> sorted;
+    std::vector<File> sorted;
     sorted.reserve(files.size());
     for (const Item& item : items)
         sorted.push_back(std::move(files[item.index]));
     files = std::move(sorted);
 }
+
+} // namespace
+
+void sortForDisplay(std::vector<FileChange>& files) { sortByPath(files); }
+void sortForDisplay(std::vector<CommitFile>& files) { sortByPath(files); }
+void sortForDisplay(std::vector<ChangeCounts>& files) { sortByPath(files); }
 
 void sortForDisplay(std::vector<GitRef>& refs)
 {

@@ -53,6 +53,7 @@ inline constexpr Setting<double> tabWidth{"tabWidth", 8}; ///< in columns, for f
 inline constexpr Setting<const char*> externalEditorPath{"externalEditorPath", ""}; ///< empty: the desktop's default
 inline constexpr Setting<bool> keepsIndexes{"keepIndexOfLargeRepositories", true};
 inline constexpr Setting<bool> checksSpelling{"checkSpelling", true};
+inline constexpr Setting<bool> filesAsTree{"filesAsTree", false};
 inline constexpr Setting<bool> commitShowsAllFiles{"commitShowsAllFiles", false};
 inline constexpr Setting<bool> diffSideBySide{"diffSideBySide", false};
 inline constexpr Setting<bool> diffWraps{"diffWraps", false};

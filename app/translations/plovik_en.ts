@@ -338,6 +338,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::FileRowsModel</name>
+    <message numerus="yes">
+        <source>Folder, %Ln file(s)</source>
+        <translation>
+            <numerusform>Folder, %Ln file</numerusform>
+            <numerusform>Folder, %Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::HistorySearchRow</name>
     <message numerus="yes">
         <source>%n+ commits</source>

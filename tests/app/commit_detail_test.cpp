@@ -4,6 +4,7 @@
 #include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
+#include "app/settings/Settings.h"
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/commit/CommitFileDelegate.h"
 #include "app/ui/commit/CommitFileMenu.h"
@@ -457,6 +458,37 @@ TEST_F(CommitDetailTest, AFileIsOpenedInspectedAndCopiedFromItsRow)
     press(Qt::Key_Return);
     EXPECT_TRUE(opened.empty());
     EXPECT_TRUE(says(*view, u"gone is not in the working tree now."_s));
+}
+
+TEST_F(CommitDetailTest, FilesAreOrderedByNumbersAndShownAsATree)
+{
+    for (const char* path : {"d/f2", "d/f10", "d/f9", "e"})
+        repo.write(path, "1\n");
+    repo.commit("one");
+    load();
+    const auto view = show(CommitKind::ordinary);
+    select(repo.head());
+    EXPECT_EQ(paths(*view), (QStringList{u"d/f2"_s, u"d/f9"_s, u"d/f10"_s, u"e"_s}));
+    auto* const files = view->findChild<CommitFilesList*>();
+    EXPECT_EQ(files->model()->index(2, 0).data(Qt::AccessibleDescriptionRole), u"Added, 1 added, 0 removed"_s)
+        << "the counts are those of the same file";
+    files->setCurrentFile(2);
+    Settings::shared().set(settings::filesAsTree, true);
+    EXPECT_EQ(files->model()->rowCount(), 5);
+    ASSERT_TRUE(files->currentFile());
+    EXPECT_EQ(files->currentFile()->path, "d/f10") << "what was current stays current";
+    EXPECT_EQ(files->model()->index(0, 0).data(Qt::AccessibleDescriptionRole), u"Folder, 3 files"_s);
+    files->setCurrentIndex(files->model()->index(0, 0));
+    const auto press = [files](int key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QApplication::sendEvent(files, &event);
+    };
+    press(Qt::Key_Return);
+    EXPECT_EQ(files->model()->rowCount(), 2);
+    EXPECT_TRUE(opened.empty());
+    files->setCurrentFile(1);
+    EXPECT_EQ(files->model()->rowCount(), 5) << "its folder is opened";
+    Settings::shared().set(settings::filesAsTree, false);
 }
 
 TEST(PathParts, KeepTheCommonFolderApart)

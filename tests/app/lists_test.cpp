@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/stashes/StashesView.h"
 #include "app/ui/widgets/EmptyState.h"
@@ -13,6 +14,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListView>
 #include <QScrollBar>
 #include <QStringListModel>
@@ -251,6 +253,61 @@ TEST_F(WorkingCopyListTest, PutsConflictsFirstAndFindsEveryRow)
         for (int number = 0; number < 7; ++number)
             EXPECT_EQ(row(number).data().toString().toStdString(), expected[0][static_cast<std::size_t>(number)]);
     }
+}
+
+TEST_F(WorkingCopyListTest, ShowsFoldersThatFoldTickAndKeepTheSelection)
+{
+    auto& model = static_cast<ChangedFilesModel&>(*list().model());
+    const auto shown = [&] {
+        QStringList rows;
+        for (int number = 0; number < model.rowCount(); ++number)
+            rows << QString(model.row(row(number)).depth, QLatin1Char(' ')) +
+                        QString::fromStdString(model.keyOf(row(number)));
+        return rows.join(QLatin1Char('|'));
+    };
+    Settings::shared().set(settings::filesAsTree, true);
+    gitkit::ChangedFiles::List files;
+    for (const char* path : {"a/b/one", "a/b/two", "a/c", "new/x/1", "new/x/2", "top"})
+        files.push_back({path, {}, '.', 'M'});
+    files[3].index = files[3].worktree = files[4].index = files[4].worktree = '?';
+    gitkit::RepoStatus status = statusOf({});
+    status.files = files;
+    given(store.snapshot().status, status);
+    EXPECT_EQ(shown(), QStringLiteral("a/| a/b/|  a/b/one|  a/b/two| a/c|new/x/|top"));
+    EXPECT_EQ(row(0).data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
+    files[2].index = 'M';
+    files[2].worktree = '.';
+    status.files = files;
+    given(store.snapshot().status, status);
+    EXPECT_EQ(row(0).data(Qt::CheckStateRole).toInt(), Qt::PartiallyChecked);
+    EXPECT_EQ(row(1).data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
+
+    list().setCurrentIndex(row(1));
+    EXPECT_EQ(store.window().selectedPaths.value(), (std::set<std::string>{"a/b/one", "a/b/two"}));
+    QTest::keyClick(&list(), Qt::Key_Left);
+    EXPECT_EQ(shown(), QStringLiteral("a/| a/b/| a/c|new/x/|top"));
+    store.window().selectPaths({"a/b/one"});
+    EXPECT_EQ(list().selectionModel()->selectedIndexes().size(), 0) << "only a part of the folder";
+    store.window().selectPaths({"a/b/one", "a/b/two", "new/x/1"});
+    EXPECT_EQ(list().selectionModel()->selectedIndexes(), QModelIndexList{row(1)});
+    files.push_back({"zoo", {}, '.', 'M'});
+    status.files = files;
+    given(store.snapshot().status, status);
+    EXPECT_EQ(shown(), QStringLiteral("a/| a/b/| a/c|new/x/|top|zoo")) << "what was folded stays folded";
+    QTest::keyClick(&list(), Qt::Key_Right);
+    EXPECT_EQ(model.rowCount(), 8);
+
+    QTest::keyClick(&list(), Qt::Key_Slash);
+    auto* const field = view.findChild<QLineEdit*>();
+    ASSERT_EQ(field->accessibleName(), QStringLiteral("File Filter"));
+    EXPECT_FALSE(field->isHidden());
+    field->setText(QStringLiteral("X/2"));
+    EXPECT_EQ(shown(), QStringLiteral("new/x/| new/x/2")) << "what is found is not folded";
+    Settings::shared().set(settings::filesAsTree, false);
+    EXPECT_EQ(shown(), QStringLiteral("new/x/2"));
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_TRUE(field->isHidden());
+    EXPECT_EQ(model.rowCount(), 7);
 }
 
 TEST_F(WorkingCopyListTest, FindsNamesInAnyScript)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/readers/CommitReaders.h"
 
+#include "GitKit/parsers/DisplayOrder.h"
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 
@@ -8,12 +9,16 @@ namespace plovik {
 
 gitkit::CommitDetail readCommit(const gitkit::GitRepository& repo, const CommitRequest& request)
 {
-    return repo.commitDetail(request.hash, request.kind);
+    gitkit::CommitDetail detail = repo.commitDetail(request.hash, request.kind);
+    gitkit::sortForDisplay(detail.files);
+    return detail;
 }
 
 std::vector<gitkit::ChangeCounts> readCounts(const gitkit::GitRepository& repo, const CommitRequest& request)
 {
-    return gitkit::changeCounts(repo, request.hash, request.kind);
+    std::vector<gitkit::ChangeCounts> counts = gitkit::changeCounts(repo, request.hash, request.kind);
+    gitkit::sortForDisplay(counts);
+    return counts;
 }
 
 gitkit::ParsedDiff readCommitDiff(const gitkit::GitRepository& repo, const CommitDiffRequest& request)

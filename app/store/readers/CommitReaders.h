@@ -22,6 +22,7 @@ struct CommitRequest {
     gitkit::CommitKind kind = gitkit::CommitKind::ordinary;
     bool operator==(const CommitRequest&) const = default;
 };
+/// The files are in the order of a file browser, as those of the working copy are.
 gitkit::CommitDetail readCommit(const gitkit::GitRepository& repo, const CommitRequest& request);
 /// Reads how many lines each file of the commit gains and loses, in the order of the files.
 std::vector<gitkit::ChangeCounts> readCounts(const gitkit::GitRepository& repo, const CommitRequest& request);

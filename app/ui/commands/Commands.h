@@ -51,6 +51,7 @@ enum class CommandId {
     forward,
     goToCommit,
     allFiles,
+    filesAsTree,
     sideBySide,
     ignoreWhiteSpace,
     wholeFile,

@@ -65,6 +65,7 @@ std::vector<Entry> layouts()
           goToCommit,
           line,
           allFiles,
+          filesAsTree,
           sideBySide,
           ignoreWhiteSpace,
           wholeFile,

@@ -14,6 +14,7 @@
 #include "app/ui/diff/DiffPane.h"
 #include "app/ui/diff/DiffView.h"
 #include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/FileListTools.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/SplitPane.h"
 #include "app/ui/widgets/ThemeFollowing.h"
@@ -21,6 +22,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
 #include <QScopedValueRollback>
@@ -159,8 +161,13 @@ void CommitDetailView::followAllFiles()
 
 QWidget* CommitDetailView::makeLeftSide()
 {
+    auto* const rows = new QVBoxLayout;
+    rows->setContentsMargins(14, 4, 8, 0);
+    rows->setSpacing(4);
     auto* const summary = new QHBoxLayout;
-    summary->setContentsMargins(14, 8, 14, 0);
+    summary->setSpacing(6);
+    rows->addLayout(summary);
+    rows->addWidget(files_->tools().field());
     summary_ = new QLabel;
     summary_->setForegroundRole(QPalette::PlaceholderText);
     summary_->setTextFormat(Qt::PlainText);
@@ -171,8 +178,10 @@ QWidget* CommitDetailView::makeLeftSide()
     for (QLabel* label : {summary_, totals_})
         followFont(*label, -1);
     summary->addWidget(summary_, 1);
-    summary->addWidget(totals_, 0, Qt::AlignRight | Qt::AlignTop);
-    side_ = new HeaderOverFiles(kind_, header_, summary, files_);
+    summary->addWidget(totals_, 0, Qt::AlignRight | Qt::AlignVCenter);
+    summary->addWidget(files_->tools().treeButton());
+    summary->addWidget(files_->tools().filterButton());
+    side_ = new HeaderOverFiles(kind_, header_, rows, files_);
     return side_;
 }
 

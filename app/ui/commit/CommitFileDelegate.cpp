@@ -4,9 +4,11 @@
 #include "app/ui/commit/CommitFilesModel.h"
 #include "app/ui/commit/StatusChip.h"
 #include "app/ui/diff/ShownLine.h"
+#include "app/ui/widgets/FileListTools.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
+#include <QLocale>
 #include <QPainter>
 
 #include <algorithm>
@@ -29,7 +31,12 @@ QFont countFont() { return Theme::font(-1); }
 /// Returns the width of a signed number with as many digits as `most`; 0 when `most` is 0.
 int countWidth(int most, const QFont& font)
 {
-    return most > 0 ? textWidth(u'+' + QString(QString::number(most).size(), u'0'), font) : 0;
+    if (most <= 0)
+        return 0;
+    QString widest = QLocale().toString(most);
+    for (QChar& character : widest)
+        character = character.isDigit() ? u'0' : character;
+    return textWidth(u'+' + widest, font);
 }
 
 /// Draws the counts at the right of `area`, each kind in its own column, and returns the width that they take.
@@ -49,13 +56,13 @@ int paintCounts(QPainter& painter, const QRect& area, const CommitFilesModel& mo
         return std::max(width, textWidth(binary, font));
     }
     if (*counts->removed > 0) {
-        paintText(painter, area, u"−%1"_s.arg(*counts->removed), font, theme.statusDeleted, Qt::AlignRight,
+        paintText(painter, area, u'−' + QLocale().toString(*counts->removed), font, theme.statusDeleted, Qt::AlignRight,
                   Qt::ElideNone);
     }
     if (*counts->added > 0) {
         const int right = removedWidth > 0 ? removedWidth + countGap : 0;
-        paintText(painter, area.adjusted(0, 0, -right, 0), u"+%1"_s.arg(*counts->added), font, theme.statusAdded,
-                  Qt::AlignRight, Qt::ElideNone);
+        paintText(painter, area.adjusted(0, 0, -right, 0), u'+' + QLocale().toString(*counts->added), font,
+                  theme.statusAdded, Qt::AlignRight, Qt::ElideNone);
     }
     return width;
 }
@@ -98,15 +105,23 @@ PathParts PathParts::of(const QString& from, const QString& to)
 void CommitFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const auto& model = static_cast<const CommitFilesModel&>(*index.model());
-    const gitkit::CommitFile& file = model.file(index);
     const QRect& row = option.rect;
+    const int indent = model.row(index).depth * folderIndent;
     paintRowBackground(*painter, row, option, rowInset);
-    const QRect chip(row.left() + sideInset, row.top() + (row.height() - chipSize) / 2, chipSize, chipSize);
+    if (model.isFolder(index)) {
+        paintFolder(*painter, row, triangleLeft + indent, model, index, option);
+        return;
+    }
+    const gitkit::CommitFile& file = model.file(index);
+    const QRect chip(row.left() + sideInset + indent, row.top() + (row.height() - chipSize) / 2, chipSize, chipSize);
     paintStatusChip(*painter, chip, shownStatus(file));
-    QRect area = row.adjusted(pathLeft, 0, -sideInset, 0);
+    QRect area = row.adjusted(pathLeft + indent, 0, -sideInset, 0);
     if (const int counts = paintCounts(*painter, area, model, index); counts > 0)
         area.setRight(area.right() - counts - gap);
-    paintPath(*painter, area, pathPartsOf(file), option.font);
+    PathParts path = pathPartsOf(file);
+    if (model.isTree())
+        path.folder.clear();
+    paintPath(*painter, area, path, option.font);
 }
 
 QSize CommitFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const

@@ -3,10 +3,12 @@
 
 #include "app/ui/commit/CommitFileDelegate.h"
 #include "app/ui/commit/CommitFilesModel.h"
+#include "app/ui/widgets/FileListTools.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 
 #include <utility>
 
@@ -17,14 +19,28 @@ CommitFilesList::CommitFilesList(QWidget* parent)
 {
     setModel(files_);
     setItemDelegate(new CommitFileDelegate(this));
-    connect(selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { Q_EMIT currentFileChanged(); });
+    tools_ = new FileListTools(this, CommitFileDelegate::triangleLeft);
+    connect(selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        if (const std::optional<std::size_t> place = currentPlace())
+            lastFile_ = static_cast<int>(*place);
+        Q_EMIT currentFileChanged();
+    });
+    // A tree, a list or a filter that is left: the file stays current if it is there.
+    connect(files_, &QAbstractItemModel::modelReset, this, [this] {
+        if (!isFilling_ && lastFile_ < static_cast<int>(files().size()))
+            setCurrentIndex(files_->indexOfFile(lastFile_));
+    });
 }
 
 void CommitFilesList::setReading(std::shared_ptr<const CommitReading> reading)
 {
-    files_->setReading(std::move(reading));
-    if (!files().empty())
-        setCurrentIndex(files_->index(0));
+    {
+        const QScopedValueRollback filling(isFilling_, true);
+        lastFile_ = 0;
+        files_->setReading(std::move(reading));
+    }
+    if (const QModelIndex first = files().empty() ? QModelIndex() : files_->indexOfFile(0); first.isValid())
+        setCurrentIndex(first);
     else
         Q_EMIT currentFileChanged();
 }
@@ -33,18 +49,22 @@ void CommitFilesList::countsChanged() { files_->countsChanged(); }
 
 const std::vector<gitkit::CommitFile>& CommitFilesList::files() const { return files_->files(); }
 
-void CommitFilesList::setCurrentFile(std::size_t file) { setCurrentIndex(files_->index(static_cast<int>(file))); }
+void CommitFilesList::setCurrentFile(std::size_t file)
+{
+    files_->openFor(static_cast<int>(file));
+    setCurrentIndex(files_->indexOfFile(static_cast<int>(file)));
+}
 
 std::optional<std::size_t> CommitFilesList::currentPlace() const
 {
     const QModelIndex current = currentIndex();
-    return current.isValid() ? std::optional(static_cast<std::size_t>(current.row())) : std::nullopt;
+    return current.isValid() ? std::optional(static_cast<std::size_t>(files_->fileOf(current))) : std::nullopt;
 }
 
 const gitkit::CommitFile* CommitFilesList::currentFile() const
 {
     const QModelIndex current = currentIndex();
-    return current.isValid() ? &files_->file(current) : nullptr;
+    return current.isValid() && !files_->isFolder(current) ? &files_->file(current) : nullptr;
 }
 
 void CommitFilesList::keyPressEvent(QKeyEvent* event)

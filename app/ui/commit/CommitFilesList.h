@@ -12,6 +12,7 @@
 namespace plovik {
 
 class CommitFilesModel;
+class FileListTools;
 
 /// The files that a commit touched; a row's accessible name is the path. Return and a double click open the current
 /// file, Space and Right move the keyboard focus to its diff. Main thread.
@@ -26,11 +27,13 @@ public:
     /// Must be called when the counts of the reading have changed.
     void countsChanged();
     const std::vector<gitkit::CommitFile>& files() const;
+    /// The buttons and the field that belong to the list.
+    FileListTools& tools() const { return *tools_; }
     /// Makes a file's row current.
     void setCurrentFile(std::size_t file);
-    /// Returns the place of the current row's file, or nullopt when no row is current.
+    /// Returns the place of the current row's file, or of a folder's first one; nullopt when no row is current.
     std::optional<std::size_t> currentPlace() const;
-    /// Returns the file of the current row, or nullptr when no row is current.
+    /// Returns the file of the current row, or nullptr when no row of a file is current.
     const gitkit::CommitFile* currentFile() const;
 
 Q_SIGNALS:
@@ -47,6 +50,9 @@ protected:
 
 private:
     CommitFilesModel* files_;
+    FileListTools* tools_;
+    int lastFile_ = 0; ///< that was current
+    bool isFilling_ = false;
 };
 
 } // namespace plovik

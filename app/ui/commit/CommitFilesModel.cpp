@@ -6,6 +6,8 @@
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/RowPainting.h"
 
+#include <QLocale>
+
 #include <algorithm>
 #include <utility>
 
@@ -26,6 +28,7 @@ void CommitFilesModel::setReading(std::shared_ptr<const CommitReading> reading)
     beginResetModel();
     reading_ = std::move(reading);
     measure();
+    makeRows();
     endResetModel();
 }
 
@@ -55,17 +58,12 @@ const std::vector<gitkit::CommitFile>& CommitFilesModel::files() const
 
 const gitkit::CommitFile& CommitFilesModel::file(const QModelIndex& index) const
 {
-    return files()[static_cast<std::size_t>(index.row())];
+    return files()[static_cast<std::size_t>(fileOf(index))];
 }
 
 const gitkit::ChangeCounts* CommitFilesModel::counts(const QModelIndex& index) const
 {
-    return reading_->countsOf(static_cast<std::size_t>(index.row()));
-}
-
-int CommitFilesModel::rowCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : static_cast<int>(files().size());
+    return reading_->countsOf(static_cast<std::size_t>(fileOf(index)));
 }
 
 QString CommitFilesModel::description(const QModelIndex& index) const
@@ -76,13 +74,16 @@ QString CommitFilesModel::description(const QModelIndex& index) const
         return status;
     if (!known->added || !known->removed)
         return tr("%1, binary").arg(status);
-    return tr("%1, %2 added, %3 removed").arg(status).arg(*known->added).arg(*known->removed);
+    return tr("%1, %2 added, %3 removed")
+        .arg(status, QLocale().toString(*known->added), QLocale().toString(*known->removed));
 }
 
 QVariant CommitFilesModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
+    if (isFolder(index) || role == isFolderRole || role == depthRole)
+        return FileRowsModel::data(index, role);
     switch (role) {
     case Qt::DisplayRole:
         return shownPath(file(index));

@@ -3,19 +3,18 @@
 
 #include "GitKit/records/ChangeCounts.h"
 #include "app/ui/commit/CommitReading.h"
-
-#include <QAbstractListModel>
+#include "app/ui/widgets/FileRowsModel.h"
 
 #include <memory>
 
 namespace plovik {
 
-/// The files of one commit, one row each; a row's accessible name is the path. Main thread.
-class CommitFilesModel : public QAbstractListModel {
+/// The files of one commit, one row each, and their folders in a tree; a row's accessible name is the path. Main thread.
+class CommitFilesModel : public FileRowsModel {
     Q_OBJECT
 
 public:
-    using QAbstractListModel::QAbstractListModel;
+    using FileRowsModel::FileRowsModel;
 
     /// A null reading shows no files.
     void setReading(std::shared_ptr<const CommitReading> reading);
@@ -31,8 +30,11 @@ public:
     /// The most lines that any file loses.
     int mostRemoved() const { return mostRemoved_; }
 
-    int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+protected:
+    int fileCount() const override { return static_cast<int>(files().size()); }
+    std::string_view pathOf(int file) const override { return files()[static_cast<std::size_t>(file)].path; }
 
 private:
     QString description(const QModelIndex& index) const;

@@ -54,6 +54,22 @@ void paintWrap(QPainter& painter)
     painter.drawPolyline(QPolygonF{QPointF(2.5, 3), QPointF(0.5, 5), QPointF(2.5, 7)});
 }
 
+/// Draws a trunk with two branches.
+void paintTree(QPainter& painter)
+{
+    painter.drawPolyline(QPolygonF{QPointF(-5, -6), QPointF(-5, 5), QPointF(-1, 5)});
+    painter.drawLine(QPointF(-5, -1), QPointF(-1, -1));
+    for (const double y : {-1.0, 5.0})
+        painter.drawLine(QPointF(1, y), QPointF(6, y));
+    painter.drawLine(QPointF(-2, -6), QPointF(6, -6));
+}
+
+void paintFunnel(QPainter& painter)
+{
+    painter.drawPolyline(QPolygonF{QPointF(-6, -5), QPointF(6, -5), QPointF(1.5, 0.5), QPointF(1.5, 5.5),
+                                   QPointF(-1.5, 4), QPointF(-1.5, 0.5), QPointF(-6, -5)});
+}
+
 /// Draws two files below each other, each a bar with lines.
 void paintAllFiles(QPainter& painter)
 {
@@ -109,6 +125,10 @@ void paintIcon(QPainter& painter, Icon icon)
         return paintWholeFile(painter);
     case Icon::wrap:
         return paintWrap(painter);
+    case Icon::tree:
+        return paintTree(painter);
+    case Icon::filter:
+        return paintFunnel(painter);
     case Icon::allFiles:
         return paintAllFiles(painter);
     case Icon::find:

@@ -20,7 +20,9 @@ enum class Icon {
     back,
     close,
     sparkles,
-    allFiles
+    allFiles,
+    tree,
+    filter
 };
 
 /// A small flat button with a drawn picture. Its title is its accessible name and, with its keys, its tooltip. Main

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/ChangedFileDelegate.h"
 
+#include "app/store/ShownText.h"
+#include "app/ui/commit/CommitFileDelegate.h"
 #include "app/ui/commit/StatusChip.h"
+#include "app/ui/widgets/FileListTools.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Style.h"
 #include "app/ui/widgets/Theme.h"
@@ -23,6 +26,8 @@ constexpr int chipLeft = boxLeft + boxSize + 8;
 constexpr int chipSize = 18;
 constexpr int pathLeft = chipLeft + chipSize + 8;
 
+int indentOf(const QModelIndex& index) { return index.data(FileRowsModel::depthRole).toInt() * folderIndent; }
+
 QRect squareIn(const QRect& row, int left, int size)
 {
     return {row.left() + left, row.top() + (row.height() - size) / 2, size, size};
@@ -30,22 +35,33 @@ QRect squareIn(const QRect& row, int left, int size)
 
 } // namespace
 
-bool ChangedFileDelegate::isOnCheckBox(const QRect& row, const QPoint& point)
+bool ChangedFileDelegate::isOnCheckBox(const QRect& row, const QModelIndex& index, const QPoint& point)
 {
-    return row.contains(point) && point.x() >= row.left() + rowInset && point.x() < row.left() + chipLeft - 2;
+    const int left = row.left() + indentOf(index);
+    return row.contains(point) && point.x() >= left + rowInset && point.x() < left + chipLeft - 2;
 }
 
 void ChangedFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const auto& model = static_cast<const ChangedFilesModel&>(*index.model());
-    const gitkit::FileChange& file = model.file(index);
     const QRect& row = option.rect;
+    const int indent = indentOf(index);
     const auto check = static_cast<Qt::CheckState>(index.data(Qt::CheckStateRole).toInt());
     paintRowBackground(*painter, row, option, rowInset);
-    paintCheckBox(*painter, squareIn(row, boxLeft, boxSize), check, option.state & QStyle::State_Enabled, false);
-    paintStatusChip(*painter, squareIn(row, chipLeft, chipSize), file.statusCode());
-    paintText(*painter, row.adjusted(pathLeft, 0, -rowInset - 6, 0), shownPath(file), option.font,
-              Theme::current().text, Qt::AlignLeft, Qt::ElideMiddle);
+    paintCheckBox(*painter, squareIn(row, boxLeft + indent, boxSize), check, option.state & QStyle::State_Enabled,
+                  false);
+    if (model.isFolder(index)) {
+        paintFolder(*painter, row, triangleLeft + indent, model, index, option);
+        return;
+    }
+    const gitkit::FileChange& file = model.file(index);
+    paintStatusChip(*painter, squareIn(row, chipLeft + indent, chipSize), file.statusCode());
+    PathParts path = PathParts::of(shownText(file.path));
+    if (file.originalPath)
+        path = PathParts::of(shownText(*file.originalPath), shownText(file.path));
+    if (model.isTree())
+        path.folder.clear();
+    paintPath(*painter, row.adjusted(pathLeft + indent, 0, -rowInset - 6, 0), path, option.font);
 }
 
 QSize ChangedFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const

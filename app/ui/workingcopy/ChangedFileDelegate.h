@@ -14,7 +14,9 @@ public:
 
     /// Returns whether a click at `point` means the check box. The area is larger than the box, so that it is easy to
     /// hit.
-    static bool isOnCheckBox(const QRect& row, const QPoint& point);
+    static bool isOnCheckBox(const QRect& row, const QModelIndex& index, const QPoint& point);
+    /// Where the triangles of the outermost folders begin.
+    static constexpr int triangleLeft = 37;
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;

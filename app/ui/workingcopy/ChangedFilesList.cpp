@@ -20,7 +20,8 @@ ChangedFilesList::ChangedFilesList(QWidget* parent) : RowList(tr("Changed Files"
 QModelIndex ChangedFilesList::checkBoxAt(const QPoint& point) const
 {
     const QModelIndex index = indexAt(point);
-    return index.isValid() && ChangedFileDelegate::isOnCheckBox(visualRect(index), point) ? index : QModelIndex();
+    return index.isValid() && ChangedFileDelegate::isOnCheckBox(visualRect(index), index, point) ? index
+                                                                                                 : QModelIndex();
 }
 
 bool ChangedFilesList::pressCheckBox(const QMouseEvent& event)

@@ -53,13 +53,13 @@ Qt::CheckState checkState(gitkit::StageState state)
 }
 
 ChangedFilesModel::ChangedFilesModel(const RepositoryStore& store, QObject* parent)
-    : QAbstractListModel(parent), store_(store), arrangement_(files().arrangement()),
-      rowCount_(static_cast<int>(files().size()))
+    : FileRowsModel(parent), store_(store), arrangement_(files().arrangement()),
+      fileCount_(static_cast<int>(files().size()))
 {}
 
-std::size_t ChangedFilesModel::placeOf(int row) const
+std::size_t ChangedFilesModel::placeOf(int file) const
 {
-    const auto wanted = static_cast<std::size_t>(row);
+    const auto wanted = static_cast<std::size_t>(file);
     const std::vector<std::uint32_t>& first = files().conflicted();
     if (wanted < first.size())
         return first[wanted];
@@ -76,7 +76,7 @@ std::size_t ChangedFilesModel::placeOf(int row) const
     return others + before;
 }
 
-int ChangedFilesModel::rowOf(std::size_t place) const
+int ChangedFilesModel::fileAt(std::size_t place) const
 {
     const std::vector<std::uint32_t>& first = files().conflicted();
     const auto before = static_cast<std::size_t>(std::ranges::lower_bound(first, place) - first.begin());
@@ -86,40 +86,81 @@ int ChangedFilesModel::rowOf(std::size_t place) const
 void ChangedFilesModel::rebuild()
 {
     const int count = static_cast<int>(files().size());
-    if (files().arrangement() == arrangement_ && count == rowCount_) {
-        if (count > 0)
-            Q_EMIT dataChanged(index(0), index(count - 1));
+    folderStates_.clear();
+    if (files().arrangement() == arrangement_ && count == fileCount_) {
+        if (rowCount() > 0)
+            Q_EMIT dataChanged(index(0), index(rowCount() - 1));
         return;
     }
     beginResetModel();
     arrangement_ = files().arrangement();
-    rowCount_ = count;
+    fileCount_ = count;
+    makeRows();
     endResetModel();
 }
 
 void ChangedFilesModel::stagingChanged()
 {
-    if (rowCount_ > 0)
-        Q_EMIT dataChanged(index(0), index(rowCount_ - 1), {Qt::CheckStateRole});
+    folderStates_.clear();
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {Qt::CheckStateRole});
 }
 
 const gitkit::FileChange& ChangedFilesModel::file(const QModelIndex& index) const
 {
-    return files().at(placeOf(index.row()));
+    return files().at(placeOf(fileOf(index)));
+}
+
+bool ChangedFilesModel::startsClosed(int first, int end) const
+{
+    for (int file = first; file < end; ++file) {
+        if (!files()[placeOf(file)].isUntracked())
+            return false;
+    }
+    return true;
+}
+
+int ChangedFilesModel::endOfGroup(int file) const
+{
+    const int conflicted = static_cast<int>(files().conflicted().size());
+    return file < conflicted ? conflicted : fileCount_;
+}
+
+Qt::CheckState ChangedFilesModel::stateOf(const QModelIndex& index) const
+{
+    const auto shown = [this](int file) {
+        return checkState(store_.staging().shownStageState(files()[placeOf(file)]));
+    };
+    if (!isFolder(index))
+        return shown(fileOf(index));
+    const Row of = row(index);
+    const auto [known, isNew] = folderStates_.try_emplace({of.first, of.end}, Qt::Unchecked);
+    if (isNew) {
+        const std::vector<int> inside = filesOf(index);
+        known->second = shown(inside.front());
+        if (!std::ranges::all_of(inside, [&, all = known->second](int file) { return shown(file) == all; }))
+            known->second = Qt::PartiallyChecked;
+    }
+    return known->second;
 }
 
 QModelIndex ChangedFilesModel::indexOf(const std::string& path) const
 {
     const auto [first, last] = files().placesOf(path);
-    return first == last ? QModelIndex() : index(rowOf(first));
+    if (first != last)
+        return indexOfFile(fileAt(first));
+    return path.ends_with('/') ? indexOfFolder(path) : QModelIndex();
 }
 
 QModelIndex ChangedFilesModel::nextMatch(const QString& typed, int from) const
 {
     QModelIndex byPath;
-    for (int step = 0; step < rowCount_; ++step) {
-        const int row = (std::max(from, 0) + step) % rowCount_;
-        const std::string_view path = files()[placeOf(row)].path;
+    const int rows = rowCount();
+    for (int step = 0; step < rows; ++step) {
+        const int row = (std::max(from, 0) + step) % rows;
+        if (isFolder(index(row)))
+            continue;
+        const std::string_view path = file(index(row)).path;
         if (beginsWithTyped(path.substr(path.rfind('/') + 1), typed))
             return index(row);
         if (!byPath.isValid() && beginsWithTyped(path, typed))
@@ -131,9 +172,19 @@ QModelIndex ChangedFilesModel::nextMatch(const QString& typed, int from) const
 QItemSelection ChangedFilesModel::rowsOf(const std::set<std::string>& paths) const
 {
     std::vector<int> rows;
+    std::map<int, int> hidden; // files in closed folders, by the folder's row
     for (const std::string& path : paths) {
-        for (auto [place, end] = files().placesOf(path); place < end; ++place)
-            rows.push_back(rowOf(place));
+        for (auto [place, end] = files().placesOf(path); place < end; ++place) {
+            const QModelIndex at = indexOfFile(fileAt(place));
+            if (at.isValid() && isFolder(at))
+                ++hidden[at.row()];
+            else if (at.isValid())
+                rows.push_back(at.row());
+        }
+    }
+    for (const auto& [folder, count] : hidden) {
+        if (const Row of = row(index(folder)); count == of.end - of.first)
+            rows.push_back(folder);
     }
     std::ranges::sort(rows);
     QItemSelection selection;
@@ -147,19 +198,20 @@ QItemSelection ChangedFilesModel::rowsOf(const std::set<std::string>& paths) con
     return selection;
 }
 
-int ChangedFilesModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rowCount_; }
-
 QVariant ChangedFilesModel::data(const QModelIndex& index, int role) const
 {
-    if (!index.isValid() || placeOf(index.row()) >= files().size())
+    // The status may be newer than the rows.
+    if (!index.isValid() || placeOf(sourceOf(row(index).end - 1)) >= files().size())
         return {};
+    if (role == Qt::CheckStateRole)
+        return stateOf(index);
+    if (isFolder(index) || role == isFolderRole || role == depthRole)
+        return FileRowsModel::data(index, role);
     const gitkit::FileChange& changed = file(index);
     switch (role) {
     case Qt::DisplayRole:
     case Qt::AccessibleTextRole:
         return shownText(changed.path);
-    case Qt::CheckStateRole:
-        return checkState(store_.staging().shownStageState(changed));
     case Qt::AccessibleDescriptionRole:
         return description(changed, store_.staging().shownStageState(changed));
     case Qt::ToolTipRole:
@@ -172,7 +224,7 @@ QVariant ChangedFilesModel::data(const QModelIndex& index, int role) const
 
 Qt::ItemFlags ChangedFilesModel::flags(const QModelIndex& index) const
 {
-    return QAbstractListModel::flags(index) | Qt::ItemIsUserCheckable;
+    return FileRowsModel::flags(index) | Qt::ItemIsUserCheckable;
 }
 
 } // namespace plovik

@@ -5,15 +5,20 @@
 #include "app/ui/commands/Commands.h"
 #include "app/ui/diff/WorkingDiffPane.h"
 #include "app/ui/widgets/EmptyState.h"
+#include "app/ui/widgets/FileListTools.h"
+#include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/ScrollKeeper.h"
 #include "app/ui/widgets/SplitPane.h"
+#include "app/ui/workingcopy/ChangedFileDelegate.h"
 #include "app/ui/workingcopy/ChangedFilesList.h"
 #include "app/ui/workingcopy/ChangedFilesMenu.h"
 #include "app/ui/workingcopy/ChangedFilesModel.h"
 #include "app/ui/workingcopy/CommitBox.h"
 #include "app/ui/workingcopy/StagingBar.h"
 
+#include <QHBoxLayout>
 #include <QItemSelectionModel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QScopedValueRollback>
 #include <QShortcut>
@@ -61,6 +66,14 @@ QWidget* WorkingCopyView::makeFilesPane()
     auto* files = new QGridLayout;
     files->addWidget(list_, 0, 0);
     files->addWidget(empty_, 0, 0);
+    auto* filter = new QHBoxLayout;
+    filter->setContentsMargins(12, 6, 8, 0);
+    filter->setSpacing(4);
+    filter->addWidget(tools_->field(), 1);
+    filter->addStretch();
+    filter->addWidget(tools_->treeButton());
+    filter->addWidget(tools_->filterButton());
+    column->addLayout(filter);
     column->addLayout(files, 1);
     column->addWidget(new StagingBar(store_, pane));
     column->addWidget(commitBox_);
@@ -80,8 +93,9 @@ void WorkingCopyView::makeList(QWidget* parent)
     list_ = new ChangedFilesList(parent);
     list_->setModel(model_);
     scroll_ = new ScrollKeeper(
-        list_, [this](const QModelIndex& index) { return model_->file(index).path; },
+        list_, [this](const QModelIndex& index) { return model_->keyOf(index); },
         [this](const std::string& path) { return model_->indexOf(path); });
+    tools_ = new FileListTools(list_, ChangedFileDelegate::triangleLeft);
     connectList();
 }
 
@@ -95,8 +109,7 @@ void WorkingCopyView::connectList()
         showStoreSelection();
         scroll_->restore();
     });
-    connect(list_, &ChangedFilesList::checkBoxClicked, this,
-            [this](const QModelIndex& index) { store_.staging().toggleStage(model_->file(index)); });
+    connect(list_, &ChangedFilesList::checkBoxClicked, this, [this](const QModelIndex& index) { toggle(index); });
     connect(list_, &ChangedFilesList::toggleRequested, this, [this] { store_.staging().toggleStageOfSelection(); });
     connect(list_, &ChangedFilesList::openRequested, this,
             [this] { actions::openInEditor(store_.actors(), store_.staging().selectedFiles()); });
@@ -146,8 +159,11 @@ void WorkingCopyView::userSelected()
     std::set<std::string> paths;
     auto behind = paths.end();
     for (const QItemSelectionRange& range : list_->selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row)
-            behind = std::next(paths.insert(behind, model_->file(model_->index(row)).path));
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            const QModelIndex index = model_->index(row);
+            model_->forEachIn(
+                index, [&](const gitkit::FileChange& file) { behind = std::next(paths.insert(behind, file.path)); });
+        }
     }
     const QScopedValueRollback updating(isUpdating_, true);
     store_.window().selectPaths(std::move(paths));
@@ -163,11 +179,26 @@ void WorkingCopyView::showStoreSelection()
         list_->selectionModel()->setCurrentIndex(selection.front().topLeft(), QItemSelectionModel::NoUpdate);
 }
 
+/// Stages or unstages what a check box stands for.
+void WorkingCopyView::toggle(const QModelIndex& index)
+{
+    if (!model_->isFolder(index)) {
+        store_.staging().toggleStage(model_->file(index));
+        return;
+    }
+    gitkit::ChangedFiles::List files;
+    model_->forEachIn(index, [&](const gitkit::FileChange& file) { files.push_back(file); });
+    if (index.data(Qt::CheckStateRole).toInt() == Qt::Checked)
+        store_.staging().unstage(std::move(files));
+    else
+        store_.staging().stage(std::move(files));
+}
+
 void WorkingCopyView::noteCurrent()
 {
     if (const QModelIndex current = list_->currentIndex(); current.isValid()) {
         currentRow_ = current.row();
-        currentPath_ = model_->file(current).path;
+        currentPath_ = model_->keyOf(current);
     }
 }
 

@@ -20,6 +20,7 @@ class ChangedFilesList;
 class ChangedFilesModel;
 class CommitBox;
 class EmptyState;
+class FileListTools;
 class ScrollKeeper;
 
 /// The view of the working copy: the changed files, or a sentence that says why there are none, with the commit box
@@ -52,6 +53,7 @@ private:
     void updateEmptyState();
     void userSelected();
     void showStoreSelection();
+    void toggle(const QModelIndex& index);
     void noteCurrent();
     void restoreCurrent();
     void showMenu(const QPoint& globalPosition);
@@ -60,6 +62,7 @@ private:
     RepositoryStore& store_;
     ChangedFilesModel* model_;
     ChangedFilesList* list_ = nullptr;
+    FileListTools* tools_ = nullptr;
     EmptyState* empty_ = nullptr;
     CommitBox* commitBox_ = nullptr;
     QStackedWidget* diffPlace_;
