@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What assistive technology sees of every window: each node that can be used or read has a name, and the right role.
 
+#include "app/shell/AboutDialog.h"
 #include "app/store/RepositoryStore.h"
+#include "app/ui/commands/CommandPalette.h"
 #include "app/ui/commands/MainMenu.h"
+#include "app/ui/dialogs/MessageDialog.h"
+#include "app/ui/dialogs/ShortcutsDialog.h"
 #include "app/ui/widgets/LabelAccessible.h"
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/NoTarget.h"
@@ -168,6 +172,21 @@ TEST_F(AccessibilityTest, EveryDialogIsNamed)
     ASSERT_TRUE(question);
     EXPECT_EQ(Walk().through(*question), "") << "question";
     store.window().dismissQuestion();
+
+    const auto look = [](QDialog* dialog) {
+        dialog->show();
+        QApplication::processEvents();
+        EXPECT_EQ(Walk().through(*dialog), "") << dialog->windowTitle().toStdString();
+        delete dialog;
+    };
+    look(new AboutDialog(&window));
+    look(new ShortcutsDialog(&window));
+    look(new MessageDialog(u"Title"_s, u"What happened."_s, &window));
+    showCommandPalette(*window.menuBar(), store);
+    QWidget* const palette = QApplication::activePopupWidget();
+    ASSERT_TRUE(palette);
+    EXPECT_EQ(Walk().through(*palette), "") << "palette";
+    palette->close();
 }
 
 TEST_F(AccessibilityTest, PanesAreReachedByKeyAndHaveTheirRoles)

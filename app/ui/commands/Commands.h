@@ -70,6 +70,8 @@ enum class CommandId {
     newTag,
     keyboardShortcuts,
     commandPalette,
+    switchRepository,
+    switchBranch,
     // What the context menus offer for what is selected.
     openInEditor,
     revealFile,

@@ -70,6 +70,8 @@ void UndoCommand::show()
                     : undone == Target::writtenMessage ? QCoreApplication::translate("Commands", "Undo Written Message")
                                                        : command(CommandId::undo).title());
     action_.setEnabled(undone != Target::nothing);
+    action_.setToolTip(undone == Target::nothing ? QCoreApplication::translate("Commands", "There is nothing to undo.")
+                                                 : QString());
 }
 
 void UndoCommand::run()

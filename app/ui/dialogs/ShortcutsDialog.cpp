@@ -46,6 +46,7 @@ QTreeWidgetItem* addTitle(QTreeWidget& list, const QString& title)
 {
     auto* const item = new QTreeWidgetItem(&list, {title});
     item->setFirstColumnSpanned(true);
+    item->setData(1, Qt::AccessibleTextRole, title);
     item->setSizeHint(0, {0, QFontMetrics(Theme::font()).height() + 2 * keyRowPadding});
     item->setTextAlignment(0, Qt::AlignBottom);
     item->setFlags(Qt::ItemIsEnabled);

@@ -109,6 +109,7 @@ WelcomeView::WelcomeView(std::function<void(std::filesystem::path)> open, std::f
     column->addSpacing(28);
     column->addWidget(recentPart_, 1);
     column->addStretch(0);
+    reloadRecents(); // which sizes the window, so that it can be placed
 }
 
 void WelcomeView::makeList()

@@ -35,13 +35,14 @@ public:
         beginResetModel();
         shown_.clear();
         const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
-        std::array<std::vector<std::size_t>, 3> ranks; // exact, at the beginning, elsewhere
+        // What can be chosen goes before what cannot, but only once something was typed.
+        std::array<std::vector<std::size_t>, 6> ranks; // exact, at the beginning, elsewhere
         for (std::size_t index = 0; index < all_.size(); ++index) {
             const QString& title = all_[index].title;
             const bool isMatch = std::ranges::all_of(
                 words, [&title](const QString& word) { return title.contains(word, Qt::CaseInsensitive); });
             if (isMatch)
-                ranks.at(rankOf(title, text)).push_back(index);
+                ranks.at(2 * rankOf(title, text) + (text.isEmpty() || all_[index].isOffered ? 0 : 1)).push_back(index);
         }
         for (const std::vector<std::size_t>& rank : ranks)
             shown_.insert(shown_.end(), rank.begin(), rank.end());

@@ -44,6 +44,8 @@ ToolIcon iconOf(CommandId id)
     }
 }
 
+QString keysOf(CommandId id) { return command(id).shortcut().toString(QKeySequence::NativeText); }
+
 QString countsText(const gitkit::Divergence& counts)
 {
     QStringList parts;
@@ -64,10 +66,11 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
 {
     setMinimumHeight(toolbarHeight);
     project_->setShownTitle(shownText(store.root().filename().native()));
-    project_->setToolTip(plainToolTip(shownText(store.root().native())));
+    project_->setToolTip(plainToolTip(tr("%1\nSwitch to another repository (%2)", "folder, keys")
+                                          .arg(shownText(store.root().native()), keysOf(CommandId::switchRepository))));
     followFont(*project_, 0, QFont::Bold);
-    connect(project_, &ToolButton::clicked, this, &Toolbar::offerRepositories);
-    connect(branch_, &ToolButton::clicked, branches_, &BranchChoice::open);
+    connect(project_, &ToolButton::clicked, this, &Toolbar::switchRepository);
+    connect(branch_, &ToolButton::clicked, this, &Toolbar::switchBranch);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(toolbarMargin, 0, toolbarMargin + 4, 1);
@@ -104,8 +107,7 @@ void Toolbar::updateButtons()
     for (const auto& [id, button] : buttons_) {
         const Command& shown = command(id);
         button->setEnabled(shown.isOffered(store_));
-        const QString name =
-            tr("%1 (%2)", "command, keys").arg(shown.title(), shown.shortcut().toString(QKeySequence::NativeText));
+        const QString name = tr("%1 (%2)", "command, keys").arg(shown.title(), keysOf(id));
         const QString whyNot = shown.whyNot(store_);
         button->setToolTip(plainToolTip(whyNot.isEmpty() ? name : name + u'\n' + whyNot));
     }
@@ -118,7 +120,8 @@ void Toolbar::statusChanged()
     branch_->setVisible(!head.isEmpty());
     branch_->setBadge(countsText(counts));
     branch_->setShownTitle(head);
-    branch_->setToolTip(plainToolTip(tr("Switch to another branch from %1").arg(head)));
+    branch_->setToolTip(plainToolTip(
+        tr("%1\nSwitch to another branch (%2)", "branch, keys").arg(head, keysOf(CommandId::switchBranch))));
     buttons_[CommandId::pull]->setBadge(counts.behind > 0 ? u"↓%1"_s.arg(counts.behind) : QString());
     buttons_[CommandId::push]->setBadge(counts.ahead > 0 ? u"↑%1"_s.arg(counts.ahead) : QString());
     fitTitles();
@@ -153,8 +156,10 @@ bool Toolbar::event(QEvent* event)
     return QWidget::event(event);
 }
 
+void Toolbar::switchBranch() { branches_->open(); }
+
 /// Lists the repositories with a window, then the recent ones.
-void Toolbar::offerRepositories()
+void Toolbar::switchRepository()
 {
     if (!application_)
         return;

@@ -34,6 +34,10 @@ public:
 
     QSize minimumSizeHint() const override;
 
+    // Open the lists of the two names.
+    Q_INVOKABLE void switchRepository();
+    Q_INVOKABLE void switchBranch();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -44,7 +48,6 @@ private:
     void statusChanged();
     void updateButtons();
     void fitTitles();
-    void offerRepositories();
 
     RepositoryStore& store_;
     MenuTarget* application_ = nullptr;
