@@ -82,10 +82,18 @@ void paintPath(QPainter& painter, const QRect& area, const PathParts& path, cons
     const int folderRoom = std::max(0, area.width() - nameWidth);
     const QString folder = QFontMetrics(font).elidedText(path.folder, Qt::ElideMiddle, folderRoom);
     const int folderWidth = textWidth(folder, font);
+    const int before = std::min(folderWidth, folderRoom);
+    QRect place = placeInRow(QRectF(area)).toRect();
+    // A path is read from left to right everywhere, and stands at the side where rows begin.
+    if (painter.layoutDirection() == Qt::RightToLeft)
+        place.setLeft(std::max(place.left(), place.right() + 1 - before - nameWidth));
+    painter.save();
+    painter.setLayoutDirection(Qt::LeftToRight);
+    const RowMirror plain(place, Qt::LeftToRight);
     if (folderWidth <= folderRoom)
-        paintText(painter, area, folder, font, theme.secondaryText, Qt::AlignLeft, Qt::ElideNone);
-    paintText(painter, area.adjusted(std::min(folderWidth, folderRoom), 0, 0, 0), path.name, font, theme.text,
-              Qt::AlignLeft, Qt::ElideMiddle);
+        paintText(painter, place, folder, font, theme.secondaryText, Qt::AlignLeft, Qt::ElideNone);
+    paintText(painter, place.adjusted(before, 0, 0, 0), path.name, font, theme.text, Qt::AlignLeft, Qt::ElideMiddle);
+    painter.restore();
 }
 
 PathParts PathParts::of(const QString& path)
@@ -107,6 +115,7 @@ void CommitFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     const auto& model = static_cast<const CommitFilesModel&>(*index.model());
     const QRect& row = option.rect;
     const int indent = model.row(index).depth * folderIndent;
+    const RowMirror mirror(option);
     paintRowBackground(*painter, row, option, rowInset);
     if (model.isFolder(index)) {
         paintFolder(*painter, row, triangleLeft + indent, model, index, option);

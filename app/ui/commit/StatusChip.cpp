@@ -62,7 +62,7 @@ void paintStatusChip(QPainter& painter, const QRect& chip, char code)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Theme::current().chip(color));
-    painter.drawRoundedRect(chip, 4, 4);
+    painter.drawRoundedRect(placeInRow(QRectF(chip)), 4, 4);
     painter.restore();
     paintText(painter, chip, QString(QLatin1Char(code)), Theme::font(-1, QFont::Bold), color, Qt::AlignHCenter,
               Qt::ElideNone);

@@ -130,6 +130,7 @@ public:
         const auto& model = static_cast<const Model&>(*index.model());
         const FileRevision& revision = model.revision(index);
         const Theme& theme = Theme::current();
+        const RowMirror mirror(option);
         paintRowBackground(*painter, option.rect, option, rowInset);
         const auto* const list = qobject_cast<const FileHistoryList*>(option.widget);
         painter->setOpacity(list && list->isOutdated() ? outdatedOpacity : 1);
@@ -225,8 +226,9 @@ QMenu* FileHistoryList::makeMenu()
     auto* const menu = new QMenu(this);
     menu->setToolTipsVisible(true);
     const FileRevision revision = *current();
-    markAs(CommandId::showCommit, menu->addAction(tr("Show Commit"), this, [this] { requestCurrent(); }))
-        ->setShortcut(Qt::Key_Return);
+    markAs(CommandId::showCommit, menu->addAction(tr("Show Commit"), this, [this] {
+        requestCurrent();
+    }))->setShortcut(Qt::Key_Return);
     QAction* const blame =
         menu->addAction(tr("Show Blame at This Commit"), this, [this, revision] { Q_EMIT blameRequested(revision); });
     markAs(CommandId::showBlame, blame);
@@ -236,9 +238,8 @@ QMenu* FileHistoryList::makeMenu()
     }
     menu->addSeparator();
     const auto addCopy = [&](CommandId id, const QString& title, const std::string& bytes) {
-        markAs(id, menu->addAction(title, this, [text = exactText(bytes)] {
-            QGuiApplication::clipboard()->setText(text);
-        }));
+        markAs(id, menu->addAction(title, this,
+                                   [text = exactText(bytes)] { QGuiApplication::clipboard()->setText(text); }));
     };
     addCopy(CommandId::copyHash, tr("Copy Hash"), revision.commit.hash);
     addCopy(CommandId::copyPath, tr("Copy Path"), revision.file.path);

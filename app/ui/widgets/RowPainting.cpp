@@ -26,7 +26,6 @@ constexpr qsizetype longestToolTipLine = 100;
 /// The innermost of those that live; main thread.
 const RowMirror* mirrorInUse = nullptr;
 
-QRectF mirrored(const QRectF& place) { return mirrorInUse ? (*mirrorInUse)(place) : place; }
 QPointF mirrored(const QPointF& place) { return mirrorInUse ? (*mirrorInUse)(place) : place; }
 
 QFont pillFont() { return Theme::font(-1.5); }
@@ -67,6 +66,8 @@ QPointF RowMirror::operator()(const QPointF& place) const
     return isMirrored_ ? QPointF(row_.left() + row_.right() + 1 - place.x(), place.y()) : place;
 }
 
+QRectF placeInRow(const QRectF& place) { return mirrorInUse ? (*mirrorInUse)(place) : place; }
+
 void paintRowBackground(QPainter& painter, const QRect& row, const QStyleOptionViewItem& option, int inset)
 {
     const Theme& theme = Theme::current();
@@ -90,7 +91,7 @@ void paintText(QPainter& painter, const QRect& area, const QString& text, const 
     painter.setFont(font);
     painter.setPen(color);
     const QString shown = QFontMetrics(font).elidedText(withinReach(text, elide), elide, area.width());
-    painter.drawText(mirrored(QRectF(area)).toRect(),
+    painter.drawText(placeInRow(QRectF(area)).toRect(),
                      static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
 }
 
@@ -111,7 +112,7 @@ int paintPill(QPainter& painter, const QRect& area, const QString& text)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme.badge);
-    painter.drawRoundedRect(mirrored(QRectF(pill)), height / 2.0, height / 2.0);
+    painter.drawRoundedRect(placeInRow(QRectF(pill)), height / 2.0, height / 2.0);
     painter.restore();
     paintText(painter, pill, text, pillFont(), theme.badgeText, Qt::AlignHCenter, Qt::ElideNone);
     return width;

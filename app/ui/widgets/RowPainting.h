@@ -36,6 +36,9 @@ private:
     bool isMirrored_;
 };
 
+/// Returns where something is drawn by the innermost RowMirror that lives; the place itself without one.
+QRectF placeInRow(const QRectF& place);
+
 /// Draws the tint behind a selected row, or the outline of a current row that is not selected.
 void paintRowBackground(QPainter& painter, const QRect& row, const QStyleOptionViewItem& option, int inset);
 

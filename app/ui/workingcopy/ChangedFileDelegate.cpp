@@ -47,9 +47,10 @@ void ChangedFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
     const QRect& row = option.rect;
     const int indent = indentOf(index);
     const auto check = static_cast<Qt::CheckState>(index.data(Qt::CheckStateRole).toInt());
+    const RowMirror mirror(option);
     paintRowBackground(*painter, row, option, rowInset);
-    paintCheckBox(*painter, squareIn(row, boxLeft + indent, boxSize), check, option.state & QStyle::State_Enabled,
-                  false);
+    const QRectF box = mirror(QRectF(squareIn(row, boxLeft + indent, boxSize)));
+    paintCheckBox(*painter, box.toRect(), check, option.state & QStyle::State_Enabled, false);
     if (model.isFolder(index)) {
         paintFolder(*painter, row, triangleLeft + indent, model, index, option);
         return;

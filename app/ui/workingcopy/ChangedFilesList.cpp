@@ -20,8 +20,9 @@ ChangedFilesList::ChangedFilesList(QWidget* parent) : RowList(tr("Changed Files"
 QModelIndex ChangedFilesList::checkBoxAt(const QPoint& point) const
 {
     const QModelIndex index = indexAt(point);
-    return index.isValid() && ChangedFileDelegate::isOnCheckBox(visualRect(index), index, point) ? index
-                                                                                                 : QModelIndex();
+    const QPoint logical(isRightToLeft() ? viewport()->width() - 1 - point.x() : point.x(), point.y());
+    return index.isValid() && ChangedFileDelegate::isOnCheckBox(visualRect(index), index, logical) ? index
+                                                                                                   : QModelIndex();
 }
 
 bool ChangedFilesList::pressCheckBox(const QMouseEvent& event)

@@ -91,10 +91,9 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
         markAs(side == Side::ours ? CommandId::useOurs : CommandId::useTheirs,
                menu.addAction(plainMenuText(operationText::useSide(side, operationText::side(store, side))), &menu,
                               [&store, conflicted, side] { store.staging().takeSide(conflicted, side); }));
-    markAs(CommandId::markResolved,
-           menu.addAction(Texts::tr("Mark Resolved"), &menu,
-                          [&store, conflicted] { store.staging().stage(conflicted); }))
-        ->setToolTip(Texts::tr("Stage what stands in the working copy"));
+    markAs(CommandId::markResolved, menu.addAction(Texts::tr("Mark Resolved"), &menu, [&store, conflicted] {
+        store.staging().stage(conflicted);
+    }))->setToolTip(Texts::tr("Stage what stands in the working copy"));
     menu.addSeparator();
 }
 
@@ -123,8 +122,8 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
     discard->setEnabled(reason.isEmpty());
     discard->setToolTip(plainToolTip(reason));
     menu->addSeparator();
-    QAction* const open = add(CommandId::openInEditor, openTitle,
-                              [&store, files] { actions::openInEditor(store.actors(), files); });
+    QAction* const open =
+        add(CommandId::openInEditor, openTitle, [&store, files] { actions::openInEditor(store.actors(), files); });
     QAction* const reveal = add(CommandId::revealFile, Texts::tr("Reveal in File Browser"),
                                 [&store, files] { actions::reveal(store.actors(), files); });
     if (std::ranges::all_of(files, [&store](const gitkit::FileChange& file) { return isGone(store, file); })) {
