@@ -48,10 +48,9 @@ QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& co
     const auto add = [menu](CommandId id, const QString& title, auto run) {
         return markAs(id, menu->addAction(title, menu, std::move(run)));
     };
-    QAction* const open = add(CommandId::openInEditor, openTitle,
-                              [&store, inTree] { actions::openInEditor(store.actors(), {inTree}); });
-    add(CommandId::showBlame, Texts::tr("Show Blame"),
-        inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
+    QAction* const open =
+        add(CommandId::openInEditor, openTitle, [&store, inTree] { actions::openInEditor(store.actors(), {inTree}); });
+    add(CommandId::showBlame, Texts::tr("Show Blame"), inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
     add(CommandId::showFileHistory, Texts::tr("Show File History"),
         inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
     menu->addSeparator();

@@ -48,11 +48,13 @@ void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commi
         [&store, hash] { actions::checkoutCommit(store.actors(), hash); });
     add(CommandId::newBranchHere, Verb::createBranch, Texts::tr("New Branch Here…"),
         [&store, hash] { store.window().showSheet(NewBranchSheet{hash}); });
-    add(CommandId::newTagHere, Verb::createTag, Texts::tr("New Tag Here…"), [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
+    add(CommandId::newTagHere, Verb::createTag, Texts::tr("New Tag Here…"),
+        [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
     menu.addSeparator();
-    QAction* const pick =
-        add(CommandId::cherryPick, Verb::cherryPick, Texts::tr("Cherry-Pick"), [&store, hash] { actions::cherryPick(store.actors(), hash); });
-    QAction* const revert = add(CommandId::revert, Verb::revert, Texts::tr("Revert…"), [&store, commit] { confirmRevert(store, commit); });
+    QAction* const pick = add(CommandId::cherryPick, Verb::cherryPick, Texts::tr("Cherry-Pick"),
+                              [&store, hash] { actions::cherryPick(store.actors(), hash); });
+    QAction* const revert =
+        add(CommandId::revert, Verb::revert, Texts::tr("Revert…"), [&store, commit] { confirmRevert(store, commit); });
     if (commit.parents.size() > 1) {
         for (QAction* const action : {pick, revert}) {
             action->setEnabled(false);

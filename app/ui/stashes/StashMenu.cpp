@@ -16,12 +16,14 @@ using gitkit::Stash;
 using gitkit::StashUse;
 
 constexpr StashCommand commands[] = {
-    {QT_TRANSLATE_NOOP("Stashes", "Apply Stash"), QT_TRANSLATE_NOOP("Stashes", "Apply"), CommandId::applyStash, Verb::applyStash,
+    {QT_TRANSLATE_NOOP("Stashes", "Apply Stash"), QT_TRANSLATE_NOOP("Stashes", "Apply"), CommandId::applyStash,
+     Verb::applyStash,
      [](RepositoryStore& store, const Stash& stash) { actions::stashApply(store.actors(), stash, StashUse::apply); }},
-    {QT_TRANSLATE_NOOP("Stashes", "Pop Stash"), QT_TRANSLATE_NOOP("Stashes", "Pop"), CommandId::popStash, Verb::applyStash,
+    {QT_TRANSLATE_NOOP("Stashes", "Pop Stash"), QT_TRANSLATE_NOOP("Stashes", "Pop"), CommandId::popStash,
+     Verb::applyStash,
      [](RepositoryStore& store, const Stash& stash) { actions::stashApply(store.actors(), stash, StashUse::pop); }},
-    {QT_TRANSLATE_NOOP("Stashes", "Drop Stash…"), QT_TRANSLATE_NOOP("Stashes", "Drop…"), CommandId::dropStash, Verb::dropStash,
-     [](RepositoryStore& store, const Stash& stash) { actions::confirmDrop(store.actors(), stash); }},
+    {QT_TRANSLATE_NOOP("Stashes", "Drop Stash…"), QT_TRANSLATE_NOOP("Stashes", "Drop…"), CommandId::dropStash,
+     Verb::dropStash, [](RepositoryStore& store, const Stash& stash) { actions::confirmDrop(store.actors(), stash); }},
 };
 
 } // namespace
