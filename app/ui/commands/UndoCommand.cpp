@@ -3,6 +3,7 @@
 
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/SelectionActions.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/workingcopy/CommitBox.h"
 
 #include <QAction>
@@ -70,8 +71,8 @@ void UndoCommand::show()
                     : undone == Target::writtenMessage ? QCoreApplication::translate("Commands", "Undo Written Message")
                                                        : command(CommandId::undo).title());
     action_.setEnabled(undone != Target::nothing);
-    action_.setToolTip(undone == Target::nothing ? QCoreApplication::translate("Commands", "There is nothing to undo.")
-                                                 : QString());
+    const QString whyNot = QCoreApplication::translate("Commands", "There is nothing to undo.");
+    action_.setToolTip(plainToolTip(undone == Target::nothing ? whyNot : QString()));
 }
 
 void UndoCommand::run()

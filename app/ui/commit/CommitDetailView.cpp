@@ -172,8 +172,10 @@ QWidget* CommitDetailView::makeLeftSide()
     summary_->setForegroundRole(QPalette::PlaceholderText);
     summary_->setTextFormat(Qt::PlainText);
     summary_->setWordWrap(true);
+    summary_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     totals_ = new QLabel;
     totals_->setTextFormat(Qt::RichText);
+    totals_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     totals_->setAccessibleName(tr("Total Lines"));
     for (QLabel* label : {summary_, totals_})
         followFont(*label, -1);
