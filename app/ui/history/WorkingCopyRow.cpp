@@ -18,6 +18,7 @@ WorkingCopyRow::WorkingCopyRow(RepositoryStore& store, QWidget* parent) : QAbstr
     connect(this, &QAbstractButton::clicked, this, [this] { store_.window().select(SidebarItem::workingCopy()); });
     const auto shows = [this] { showChanges(); };
     notifiers_.push_back(store_.snapshot().status.addNotifier(shows));
+    notifiers_.push_back(store_.snapshot().hasLoaded.addNotifier(shows));
     notifiers_.push_back(store_.window().selection.addNotifier(shows));
     notifiers_.push_back(store_.history().isHistoryFiltered.addNotifier(shows));
     showChanges();
@@ -26,13 +27,15 @@ WorkingCopyRow::WorkingCopyRow(RepositoryStore& store, QWidget* parent) : QAbstr
 bool WorkingCopyRow::isWanted() const
 {
     const bool isOfAll = store_.history().shownScope() == SidebarItem::history();
-    return isOfAll && !store_.history().isHistoryFiltered.value() && !store_.snapshot().status.value().files.empty();
+    return isOfAll && !store_.history().isHistoryFiltered.value();
 }
 
 void WorkingCopyRow::showChanges()
 {
     const auto count = static_cast<int>(store_.snapshot().status.value().files.size());
-    setText(tr("Working Copy · %n change(s)", nullptr, count));
+    setText(!store_.snapshot().hasLoaded.value() ? tr("Working Copy")
+            : count == 0                         ? tr("Working Copy · No changes")
+                                                 : tr("Working Copy · %n change(s)", nullptr, count));
     setAccessibleName(text());
     Q_EMIT wantedChanged();
     update();
@@ -68,7 +71,8 @@ void WorkingCopyRow::paintEvent(QPaintEvent*)
     }
     const int left = static_cast<int>(textLeft_);
     const QRect area = QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(left, 0, -12, 0));
-    paintText(painter, area, text(), Theme::font(), theme.text);
+    const bool hasChanges = !store_.snapshot().status.value().files.empty();
+    paintText(painter, area, text(), Theme::font(), hasChanges ? theme.text : theme.secondaryText);
 }
 
 void WorkingCopyRow::keyPressEvent(QKeyEvent* event)

@@ -9,8 +9,9 @@
 
 namespace plovik {
 
-/// The row above the newest commit that says how many files have changed since, and leads to the working copy. Shown
-/// while there are any, in the history of all refs. Main thread.
+/// The row above the newest commit that says how many files have changed since, and leads to the working copy. It stands
+/// in the history of all refs, also without changes, so that the commits do not jump whenever a file is edited or saved
+/// back. Main thread.
 class WorkingCopyRow : public QAbstractButton {
     Q_OBJECT
 
@@ -18,7 +19,7 @@ public:
     /// `store` outlives the row.
     explicit WorkingCopyRow(RepositoryStore& store, QWidget* parent = nullptr);
 
-    /// Returns whether there is something to say.
+    /// Returns whether the list shows the history of all refs.
     bool isWanted() const;
     /// Puts the text at `left`, where the subjects stand.
     void setTextLeft(double left);
