@@ -56,6 +56,7 @@ void DiffSectionBar::placeButtons()
 void DiffSectionBar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight); // as code is
     const Theme& theme = Theme::current();
     painter.fillRect(rect(), theme.content);
     painter.fillRect(0, height() - 1, width(), 1, theme.separator);

@@ -329,6 +329,7 @@ bool DiffSectionView::event(QEvent* event)
 void DiffSectionView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight); // as code is
     DiffSectionPainter(*controller_, geometry_, hunkButtons_, {found_, hoveredGap_, hasFocus()})
         .paint(painter, event->rect());
 }

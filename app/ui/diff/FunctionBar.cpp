@@ -38,6 +38,7 @@ void FunctionBar::mousePressEvent(QMouseEvent* event)
 void FunctionBar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight); // as code is
     const Theme& theme = Theme::current();
     painter.fillRect(rect(), theme.hunkHeader);
     painter.fillRect(0, height() - 1, width(), 1, theme.separator);

@@ -244,6 +244,7 @@ void BlameList::paintEvent(QPaintEvent* event)
     if (model_->rowCount() == 0 || end >= viewport()->height())
         return;
     QPainter painter(viewport());
+    painter.setLayoutDirection(Qt::LeftToRight); // as code is
     painter.fillRect(QRect(0, end, rows_.annotationWidth(), viewport()->height() - end), blameTint(0));
     painter.fillRect(
         QRect(rows_.annotationWidth(), end, rows_.codeLeft() - rows_.annotationWidth(), viewport()->height() - end),
