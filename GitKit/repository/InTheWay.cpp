@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
 #include <set>
 #include <sys/stat.h>
 #include <system_error>
@@ -21,12 +23,21 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t mostPathspecs = 500;
 
-/// Moves one file or link. Returns an errno, 0 after success.
+void copyTime(const fs::path& from, const fs::path& to)
+{
+    std::error_code failure;
+    const auto time = fs::last_write_time(from, failure);
+    if (!failure)
+        fs::last_write_time(to, time, failure);
+}
+
+/// Moves one file or link, and overwrites nothing. Returns an errno, 0 after success.
 int moveFile(const fs::path& from, const fs::path& to)
 {
-    if (::rename(from.c_str(), to.c_str()) == 0)
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
         return 0;
-    if (errno != EXDEV)
+    // Some file systems cannot promise that: there the copy below does.
+    if (errno != EXDEV && errno != EINVAL && errno != ENOSYS)
         return errno;
     // Onto another file system: a copy, and the file goes only once that is whole.
     std::error_code failure;
@@ -35,10 +46,11 @@ int moveFile(const fs::path& from, const fs::path& to)
     else
         fs::copy_file(from, to, failure);
     if (!failure && !fs::is_symlink(fs::symlink_status(to)))
-        fs::last_write_time(to, fs::last_write_time(from), failure);
+        copyTime(from, to);
     std::error_code ignored;
     if (failure) {
-        fs::remove(to, ignored);
+        if (failure != std::errc::file_exists)
+            fs::remove(to, ignored);
         return failure.value();
     }
     fs::remove(from, failure);

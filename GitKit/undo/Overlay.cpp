@@ -88,9 +88,6 @@ bool restoreFile(const fs::path& root, const OverlayFile& file, const std::strin
         return false;
     if (file.mode == "120000")
         return replaceByLink(place, bytes);
-    // A link in its place would be written through.
-    if (kindAt(place) == FileKind::link && ::unlink(place.c_str()) != 0)
-        return false;
     return replaceFile(place, bytes, file.mode == "100755");
 }
 

@@ -19,8 +19,8 @@ struct OverlayFile {
     bool operator==(const OverlayFile&) const = default;
 };
 
-/// Stores the files at these paths and returns the hash of a tree with them. Links are stored as links. What is no file
-/// and no link, and what is not there, is left out.
+/// Stores the files at these paths and returns the hash of a tree with them. Links are stored as links. Folders, pipes and
+/// missing files are left out.
 std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths);
 
 /// Returns the files of such a tree.

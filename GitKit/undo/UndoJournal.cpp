@@ -187,8 +187,11 @@ void moveBytes(const GitRepository& repo, const UndoPoint& from, const UndoPoint
     const std::vector<std::string> failed = put(to);
     if (failed.empty())
         return;
-    put(from);
-    refuse(inQuotes(failed.front()) + " could not be written. Nothing was changed.");
+    const std::vector<std::string> lost = put(from);
+    if (lost.empty())
+        refuse(inQuotes(failed.front()) + " could not be written. Nothing was changed.");
+    refuse(inQuotes(failed.front()) + " could not be written, and " + inQuotes(lost.front()) +
+           " could not be put back. What it was is kept in this step.");
 }
 
 /// Moves index and files between the trees of two points.
@@ -299,12 +302,18 @@ std::optional<UndoStep> takeBack(const GitRepository& repo, const fs::path& gitD
             moveBytes(repo, to, from);
             throw;
         }
-        refs.commit();
+        try {
+            refs.commit();
+        } catch (const std::exception&) { // as on a full disk: files and refs belong together
+            moveBetween(repo, gitDirectory, to, from);
+            moveBytes(repo, to, from);
+            throw;
+        }
+        moveHead(repo, from.head, to.head, title);
     } catch (const std::exception&) {
         recording.finish();
         throw;
     }
-    moveHead(repo, from.head, to.head, title);
     moveBack(repo, step.aside, asideFolder(gitDirectory, step.id));
     return recording.finish();
 }

@@ -14,7 +14,7 @@ namespace plovik {
 
 // What the commit box reads, for Latest. Both functions may be called on any thread, block, and throw gitkit::GitError.
 
-/// What whoever amends a commit should know of it.
+/// The facts about a commit that matter before it is amended.
 struct AmendedCommit {
     std::vector<gitkit::CommitFile> files;   ///< that the new commit will hold besides the staged ones
     std::vector<std::string> remoteBranches; ///< some of those that contain it, by their short names

@@ -269,8 +269,13 @@ void CommitBox::spellingChosen()
 QCoro::Task<> CommitBox::checkingSpelling()
 {
     const QPointer<CommitBox> self(this);
-    auto checker = co_await store_.git().run<std::unique_ptr<SpellChecker>>(
-        Worker::Lane::shortRead, [locale = QLocale()] { return makeSpellChecker(locale); });
+    std::unique_ptr<SpellChecker> checker;
+    try {
+        checker = co_await store_.git().run<std::unique_ptr<SpellChecker>>(
+            Worker::Lane::shortRead, [locale = QLocale()] { return makeSpellChecker(locale); });
+    } catch (const std::exception&) {
+        // Without a thread to read it on there is no dictionary.
+    }
     if (self && checker && hasDictionary_)
         body_->checkSpelling(std::move(checker));
 }
