@@ -73,13 +73,7 @@ void AllFilesPane::find()
 }
 
 /// Returns whether a key means these diffs, which it does here even if the window has it for something else.
-bool AllFilesPane::isMine(const QKeyEvent& event) const
-{
-    if (event.matches(QKeySequence::Find))
-        return true;
-    const bool isOpen = findBar_ && findBar_->isVisible();
-    return isOpen && (event.key() == Qt::Key_F3 || event.key() == Qt::Key_Escape);
-}
+bool AllFilesPane::isMine(const QKeyEvent& event) const { return isFindKey(findBar_, event); }
 
 bool AllFilesPane::event(QEvent* event)
 {
@@ -96,12 +90,7 @@ void AllFilesPane::keyPressEvent(QKeyEvent* event)
         QWidget::keyPressEvent(event);
         return;
     }
-    if (event->key() == Qt::Key_Escape)
-        findBar_->close();
-    else if (event->key() == Qt::Key_F3)
-        findBar_->step(event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
-    else
-        find();
+    handleFindKey(findBar_, *event, [this] { find(); });
 }
 
 } // namespace plovik

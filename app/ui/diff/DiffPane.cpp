@@ -215,15 +215,7 @@ void DiffPane::find()
 }
 
 /// Returns whether a key means this diff, which it does here even if the window has it for something else.
-bool DiffPane::isMine(const QKeyEvent& event) const
-{
-    if (isSentenceShown())
-        return false;
-    if (event.matches(QKeySequence::Find))
-        return true;
-    const bool isOpen = findBar_ && findBar_->isVisible();
-    return isOpen && (event.key() == Qt::Key_F3 || event.key() == Qt::Key_Escape);
-}
+bool DiffPane::isMine(const QKeyEvent& event) const { return !isSentenceShown() && isFindKey(findBar_, event); }
 
 bool DiffPane::event(QEvent* event)
 {
@@ -240,12 +232,7 @@ void DiffPane::keyPressEvent(QKeyEvent* event)
         QWidget::keyPressEvent(event);
         return;
     }
-    if (event->key() == Qt::Key_Escape)
-        findBar_->close();
-    else if (event->key() == Qt::Key_F3)
-        findBar_->step(event->modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
-    else
-        find();
+    handleFindKey(findBar_, *event, [this] { find(); });
 }
 
 } // namespace plovik

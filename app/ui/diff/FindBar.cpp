@@ -156,6 +156,24 @@ void FindBar::applyTheme()
     wrap_->setPalette(quiet);
 }
 
+bool isFindKey(const FindBar* bar, const QKeyEvent& event)
+{
+    if (event.matches(QKeySequence::Find))
+        return true;
+    const bool isOpen = bar && bar->isVisible();
+    return isOpen && (event.key() == Qt::Key_F3 || event.key() == Qt::Key_Escape);
+}
+
+void handleFindKey(FindBar* bar, const QKeyEvent& event, const std::function<void()>& open)
+{
+    if (event.key() == Qt::Key_Escape)
+        bar->close();
+    else if (event.key() == Qt::Key_F3)
+        bar->step(event.modifiers().testFlag(Qt::ShiftModifier) ? -1 : 1);
+    else
+        open();
+}
+
 } // namespace plovik
 
 #include "moc_FindBar.cpp"

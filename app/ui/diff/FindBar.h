@@ -8,6 +8,10 @@
 class QLabel;
 class QLineEdit;
 
+#include <functional>
+
+class QKeyEvent;
+
 namespace plovik {
 
 class IconButton;
@@ -50,5 +54,10 @@ private:
     IconButton* next_;
     IconButton* cases_;
 };
+
+/// Returns whether a key opens, steps or closes a search, whose bar is null before it was first opened.
+bool isFindKey(const FindBar* bar, const QKeyEvent& event);
+/// Does what such a key asks for; `open` opens the bar.
+void handleFindKey(FindBar* bar, const QKeyEvent& event, const std::function<void()>& open);
 
 } // namespace plovik
