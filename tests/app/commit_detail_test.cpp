@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/app/EventWait.h"
+#include "tests/app/PaintedTexts.h"
 #include "tests/store/ManualWorker.h"
 #include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
@@ -9,6 +10,7 @@
 #include "app/ui/commit/CommitFileDelegate.h"
 #include "app/ui/commit/CommitFileMenu.h"
 #include "app/ui/commit/CommitFilesList.h"
+#include "app/ui/commit/CommitHeader.h"
 #include "app/ui/commit/CommitRefs.h"
 #include "app/ui/commit/MessageParts.h"
 #include "app/ui/diff/CutButton.h"
@@ -24,6 +26,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTextBlock>
@@ -355,25 +358,100 @@ TEST_F(CommitDetailTest, ShowsTheFactsBetweenTitleAndMessageAndNoPartOfALine)
     select(repo.head());
     QApplication::processEvents();
     const auto* const text = view->findChild<QTextBrowser*>();
-    const auto* const area = view->findChild<QScrollArea*>();
+    auto* const header = view->findChild<CommitHeader*>();
     EXPECT_TRUE(message(*view).endsWith(u"paragraph 59\nFixes: #1"_s));
     const auto rectOf = [&](const QString& words) {
         QTextCursor cursor = text->document()->find(words);
-        return text->cursorRect(cursor).translated(text->viewport()->mapTo(view.get(), QPoint()));
+        return text->cursorRect(cursor).translated(text->viewport()->mapTo(header, QPoint()));
     };
     const auto* const hash = named<QLineEdit>(*view, u"Commit Hash"_s);
-    const int hashY = hash->mapTo(view.get(), QPoint()).y();
+    const int hashY = hash->mapTo(header, QPoint()).y();
     EXPECT_GT(hashY, rectOf(u"title"_s).bottom());
     EXPECT_LT(hashY + hash->height(), rectOf(u"paragraph 0"_s).top());
-    for (const int height : {500, 507, 513}) {
+    for (const auto& [height, scrolled] : {std::pair(500, 0), {507, 0}, {513, 30}, {507, 61}, {500, 203}, {330, 0}}) {
         view->resize(1000, height);
         QApplication::processEvents();
-        const int end = area->mapTo(view.get(), QPoint(0, area->viewport()->height())).y();
-        for (int line = 0; line < 10; ++line) {
+        view->findChild<QScrollArea*>()->verticalScrollBar()->setValue(scrolled);
+        const QRect sight = header->wholeLines();
+        EXPECT_GT(sight.height(), header->height() / 2);
+        for (int line = 0; line < 20; ++line) {
             const QRect rect = rectOf(u"paragraph %1"_s.arg(line));
-            EXPECT_TRUE(rect.bottom() < end || rect.top() >= end) << height << ' ' << line;
+            EXPECT_TRUE(rect.bottom() < sight.top() || rect.top() > sight.bottom() ||
+                        (rect.top() >= sight.top() && rect.bottom() <= sight.bottom()))
+                << height << ' ' << scrolled << ' ' << line;
+        }
+        const QImage picture = header->grab().toImage();
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < sight.right() && (y < sight.top() || y > sight.bottom()); ++x)
+                ASSERT_EQ(picture.pixelColor(x, y), header->palette().color(QPalette::Base)) << scrolled << ' ' << y;
         }
     }
+}
+
+TEST_F(CommitDetailTest, FactsAreBriefWhereTheyWouldLeaveTheMessageNoRoom)
+{
+    repo.write("a", "1\n").commit("one").write("a", "2\n").git({"add", "."});
+    repo.git({"commit", "-q", "--author=Ada Lovelace <ada@x>", "-m", "two", "-m", "body\nof\nthe\nmessage"});
+    load();
+    const auto view = show(CommitKind::ordinary);
+    select(repo.head());
+    const auto* const hash = named<QLineEdit>(*view, u"Commit Hash"_s);
+    const auto isBrief = [&](int height) {
+        view->resize(1000, height);
+        for (int round = 0; round < 4; ++round)
+            QApplication::processEvents();
+        const bool hasMail = says(*view, u"Ada Lovelace <ada@x>"_s);
+        EXPECT_EQ(hasMail, hash->text().toStdString() == repo.head()) << height;
+        EXPECT_TRUE(says(*view, u"Ada Lovelace"_s)) << height;
+        return !hasMail;
+    };
+    EXPECT_FALSE(isBrief(600));
+    EXPECT_TRUE(isBrief(300));
+    const auto* const text = view->findChild<QTextBrowser*>();
+    const QTextCursor body = text->document()->find(u"body"_s);
+    const QPoint place = text->viewport()->mapTo(view->findChild<CommitHeader*>(), text->cursorRect(body).bottomLeft());
+    EXPECT_LT(place.y(), view->findChild<CommitHeader*>()->wholeLines().bottom());
+    named<QAbstractButton>(*view, u"Copy Hash"_s)->click();
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), repo.head()) << "the button copies all of it";
+    bool wasBrief = true;
+    for (int height = 250; height < 600; height += 3) {
+        const bool now = isBrief(height);
+        EXPECT_TRUE(wasBrief || !now) << height;
+        EXPECT_EQ(now, isBrief(height)) << "and stays so at " << height;
+        wasBrief = now;
+    }
+    EXPECT_FALSE(wasBrief);
+}
+
+TEST_F(CommitDetailTest, AHeaderIsMirroredWhereTextIsReadFromRightToLeft)
+{
+    repo.write("a", "1\n").git({"add", "."});
+    repo.git({"commit", "-q", "-m", "title", "-m", "prose", "-m", "    code", "-m", "Co-authored-by: B <b@x>"});
+    load();
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    const auto mirroredAgain = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+    const auto view = show(CommitKind::ordinary);
+    view->resize(1000, 900);
+    select(repo.head());
+    QApplication::processEvents();
+    auto* const text = view->findChild<QTextBrowser*>();
+    const auto leftOf = [&](const QString& words) {
+        const QTextCursor found = text->document()->find(words);
+        QTextCursor start(text->document());
+        start.setPosition(found.selectionStart());
+        return text->cursorRect(start).left();
+    };
+    const int middle = text->viewport()->width() / 2;
+    EXPECT_GT(leftOf(u"title"_s), middle);
+    EXPECT_GT(leftOf(u"prose"_s), middle);
+    EXPECT_LT(leftOf(u"code"_s), middle);
+    EXPECT_GT(leftOf(u"Co-authored"_s), middle);
+    const QMargins besideInitials = named<QLabel>(*view, u"Commit Author"_s)->contentsMargins();
+    EXPECT_EQ(besideInitials.left(), 0);
+    EXPECT_GT(besideInitials.right(), 30);
+    auto* const refs = view->findChild<CommitRefs*>();
+    ASSERT_EQ(test::paintedTexts(*refs).size(), 1U);
+    EXPECT_GT(test::paintedTexts(*refs).front().place.left(), refs->width() / 2);
 }
 
 TEST_F(CommitDetailTest, ALongDiffIsReadOnWhenThatIsAskedFor)

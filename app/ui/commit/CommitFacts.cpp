@@ -7,7 +7,6 @@
 
 #include <QGuiApplication>
 #include <QLocale>
-#include <QStringList>
 
 #include <string_view>
 
@@ -37,12 +36,35 @@ QString linkTo(const std::string& hash)
 
 QString shownDate(gitkit::Date date) { return absoluteDate(date, QLocale()); }
 
-QString asLines(const QStringList& lines)
+/// Lets the lines begin at the side where the window's lines do, which a name or a hash would decide otherwise.
+QString atTheWindowsSide(const QString& html, const QString& style = {})
 {
-    // Otherwise a name would decide on which side the lines begin.
     const QString direction = QGuiApplication::isRightToLeft() ? u"rtl"_s : u"ltr"_s;
-    return lines.isEmpty() ? QString()
-                           : u"<div dir='%1' style='line-height:130%'>%2</div>"_s.arg(direction, lines.join(u"<br>"_s));
+    return u"<div dir='%1' style='%2'>%3</div>"_s.arg(direction, style, html);
+}
+
+QString inText(const QString& line)
+{
+    return u"<span style='color:%1'>%2</span>"_s.arg(Theme::current().text.name(), line.toHtmlEscaped());
+}
+
+/// Returns the first line and the others, all of them plain text, as lines of which the first one stands out.
+QString asLines(const QString& first, const QStringList& others)
+{
+    QStringList lines{first};
+    for (const QString& line : others)
+        lines << line.toHtmlEscaped();
+    return atTheWindowsSide(lines.join(u"<br>"_s), u"line-height:%1%"_s.arg(qRound(lineHeight * 100)));
+}
+
+bool hasCommitter(const gitkit::CommitDetail& detail)
+{
+    return detail.committerName != detail.authorName || detail.commitDate != detail.authorDate;
+}
+
+QString committed(const gitkit::CommitDetail& detail, const QString& date)
+{
+    return Text::tr("Committed by %1 · %2").arg(shownText(detail.committerName), date);
 }
 
 /// Returns whether only the hash is known: every commit that was read has an author or a date.
@@ -112,35 +134,51 @@ gitkit::CommitDetail withoutFiles(const gitkit::CommitDetail& detail)
             detail.commitDate,  detail.message,    {}};
 }
 
-QString people(const gitkit::CommitDetail& detail)
+QStringList peopleLines(const gitkit::CommitDetail& detail)
 {
     if (isUnknown(detail))
         return {};
-    QStringList lines;
-    const QString author =
-        (shownText(detail.authorName) + u" <"_s + shownText(detail.authorEmail) + u'>').toHtmlEscaped();
-    lines << u"<span style='color:%1'>%2</span>"_s.arg(Theme::current().text.name(), author);
-    lines << shownDate(detail.authorDate).toHtmlEscaped();
-    if (detail.committerName != detail.authorName || detail.commitDate != detail.authorDate) {
-        lines << Text::tr("Committed by %1 · %2")
-                     .arg(shownText(detail.committerName), shownDate(detail.commitDate))
-                     .toHtmlEscaped();
-    }
-    return asLines(lines);
+    QStringList lines{shownText(detail.authorName) + u" <"_s + shownText(detail.authorEmail) + u'>',
+                      shownDate(detail.authorDate)};
+    if (hasCommitter(detail))
+        lines << committed(detail, shownDate(detail.commitDate));
+    return lines;
 }
 
-QString dateLine(const gitkit::CommitDetail& detail) { return shownDate(detail.authorDate).toHtmlEscaped(); }
+QString people(const gitkit::CommitDetail& detail)
+{
+    const QStringList lines = peopleLines(detail);
+    return lines.isEmpty() ? QString() : asLines(inText(lines.front()), lines.mid(1));
+}
+
+QString peopleInBrief(const gitkit::CommitDetail& detail)
+{
+    if (isUnknown(detail))
+        return {};
+    const QLocale locale;
+    const QString author =
+        Text::tr("%1 · %2", "author, date")
+            .arg(inText(shownText(detail.authorName)), shortTime(detail.authorDate, locale).toHtmlEscaped());
+    return asLines(author, hasCommitter(detail) ? QStringList(committed(detail, shortTime(detail.commitDate, locale)))
+                                                : QStringList());
+}
+
+QString dateLine(const gitkit::CommitDetail& detail)
+{
+    return atTheWindowsSide(shownDate(detail.authorDate).toHtmlEscaped());
+}
 
 QString parents(const gitkit::CommitDetail& detail)
 {
     if (isUnknown(detail))
         return {};
     if (detail.parents.empty())
-        return Text::tr("No parent: the first commit of its history");
+        return atTheWindowsSide(Text::tr("No parent: the first commit of its history"));
     QStringList links;
     for (const std::string& parent : detail.parents)
         links << linkTo(parent);
-    return Text::tr("Parent(s) %1", nullptr, static_cast<int>(links.size())).arg(inFixedFont(links.join(u' ')));
+    return atTheWindowsSide(
+        Text::tr("Parent(s) %1", nullptr, static_cast<int>(links.size())).arg(inFixedFont(links.join(u' '))));
 }
 
 QString stashBase(const gitkit::CommitDetail& stash)
@@ -150,8 +188,9 @@ QString stashBase(const gitkit::CommitDetail& stash)
     const std::string_view branch = branchOf(stash.message);
     const QString commit = inFixedFont(linkTo(stash.parents.front()));
     if (branch.empty())
-        return Text::tr("Made on %1", "commit").arg(commit);
-    return Text::tr("Made on %1 at %2", "branch, commit").arg(shownText(branch).toHtmlEscaped(), commit);
+        return atTheWindowsSide(Text::tr("Made on %1", "commit").arg(commit));
+    return atTheWindowsSide(
+        Text::tr("Made on %1 at %2", "branch, commit").arg(shownText(branch).toHtmlEscaped(), commit));
 }
 
 std::vector<gitkit::RefLabel> labelsOf(const std::string& hash, const std::array<Refs, 3>& refs)

@@ -8,6 +8,7 @@
 #include "GitKit/records/Stash.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <span>
@@ -24,8 +25,14 @@ gitkit::CommitDetail of(const gitkit::Stash& stash);
 gitkit::CommitDetail ofUnknown(const std::string& hash);
 gitkit::CommitDetail withoutFiles(const gitkit::CommitDetail& detail);
 
+/// The height of a line of people(), by that of the font.
+inline constexpr double lineHeight = 1.3;
 /// Returns author and date, and the committer with the commit date when these differ.
 QString people(const gitkit::CommitDetail& detail);
+/// Returns the same on as few lines as possible: names without addresses, and short dates.
+QString peopleInBrief(const gitkit::CommitDetail& detail);
+/// Returns the lines of people() as plain text.
+QStringList peopleLines(const gitkit::CommitDetail& detail);
 QString dateLine(const gitkit::CommitDetail& detail);
 /// Returns the parents' short hashes as links to the full ones.
 QString parents(const gitkit::CommitDetail& detail);

@@ -39,6 +39,13 @@ int countWidth(int most, const QFont& font)
     return textWidth(u'+' + widest, font);
 }
 
+/// Returns a number behind its sign, which the mark keeps there in a mirrored window, too.
+QString signedCount(QChar sign, int count)
+{
+    constexpr char16_t leftToRightMark = u'\u200e';
+    return QString(leftToRightMark) + sign + QLocale().toString(count);
+}
+
 /// Draws the counts at the right of `area`, each kind in its own column, and returns the width that they take.
 int paintCounts(QPainter& painter, const QRect& area, const CommitFilesModel& model, const QModelIndex& index)
 {
@@ -56,13 +63,13 @@ int paintCounts(QPainter& painter, const QRect& area, const CommitFilesModel& mo
         return std::max(width, textWidth(binary, font));
     }
     if (*counts->removed > 0) {
-        paintText(painter, area, u'−' + QLocale().toString(*counts->removed), font, theme.statusDeleted, Qt::AlignRight,
+        paintText(painter, area, signedCount(u'−', *counts->removed), font, theme.statusDeleted, Qt::AlignRight,
                   Qt::ElideNone);
     }
     if (*counts->added > 0) {
         const int right = removedWidth > 0 ? removedWidth + countGap : 0;
-        paintText(painter, area.adjusted(0, 0, -right, 0), u'+' + QLocale().toString(*counts->added), font,
-                  theme.statusAdded, Qt::AlignRight, Qt::ElideNone);
+        paintText(painter, area.adjusted(0, 0, -right, 0), signedCount(u'+', *counts->added), font, theme.statusAdded,
+                  Qt::AlignRight, Qt::ElideNone);
     }
     return width;
 }

@@ -3,16 +3,12 @@
 
 #include "app/store/ShownText.h"
 #include "app/ui/commit/CommitFacts.h"
-#include "app/ui/commit/CommitRefs.h"
-#include "app/ui/commit/HashField.h"
+#include "app/ui/commit/CommitFactsBox.h"
 #include "app/ui/commit/MessageOverFacts.h"
 #include "app/ui/commit/MessageText.h"
-#include "app/ui/widgets/Initials.h"
 
 #include <QEvent>
-#include <QLabel>
-#include <QPainter>
-#include <QPointer>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -23,72 +19,35 @@ namespace plovik {
 
 namespace {
 
-QLabel* makeLabel(Qt::TextFormat format, Qt::TextInteractionFlags interaction = Qt::NoTextInteraction)
+constexpr int sideMargin = 14;
+
+/// Makes what hides a line behind the colour of the ground. The pointer goes through it.
+QWidget* makeCover(QWidget* parent)
 {
-    auto* const label = new QLabel;
-    label->setTextFormat(format);
-    label->setTextInteractionFlags(interaction);
-    label->setWordWrap(true);
-    label->setForegroundRole(QPalette::PlaceholderText);
-    label->hide();
-    return label;
+    auto* const cover = new QWidget(parent);
+    cover->setBackgroundRole(QPalette::Base);
+    cover->setAutoFillBackground(true);
+    cover->setAttribute(Qt::WA_TransparentForMouseEvents);
+    cover->hide();
+    return cover;
 }
 
-void fill(QLabel* label, const QString& text)
+void cover(QWidget& cover, const QRect& area)
 {
-    label->setText(text);
-    label->setVisible(!text.isEmpty());
+    cover.setGeometry(area);
+    cover.setVisible(!area.isEmpty());
 }
-
-constexpr int circleSize = 30;
 
 } // namespace
 
-/// The facts of a commit, with the author's initials at the left of the first ones.
-class CommitHeader::FactsBox : public QWidget {
-public:
-    void setPerson(const QString& name, const std::string& mail)
-    {
-        initials_ = name.isEmpty() ? QString() : initialsOf(name);
-        mail_ = mail;
-        update();
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        if (initials_.isEmpty())
-            return;
-        QPainter painter(this);
-        paintInitials(painter, QRectF(isRightToLeft() ? width() - circleSize : 0, 2, circleSize, circleSize), initials_,
-                      mail_);
-    }
-
-private:
-    QString initials_;
-    std::string mail_;
-};
-
 CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent)
     : QWidget(parent), store_(store), names_(store.git(), &readCommitHash, [this] { nameRead(); }), kind_(kind),
-      area_(new QScrollArea), message_(new MessageText), facts_(new FactsBox), refs_(new CommitRefs),
-      people_(makeLabel(Qt::RichText, Qt::TextSelectableByMouse)), hash_(new HashField),
-      parents_(makeLabel(Qt::RichText, Qt::TextBrowserInteraction)), notice_(makeLabel(Qt::PlainText))
+      area_(new QScrollArea), message_(new MessageText), facts_(new CommitFactsBox(kind)), topCover_(makeCover(this)),
+      bottomCover_(makeCover(this))
 {
-    people_->setAccessibleName(tr("Commit Author"));
-    parents_->setAccessibleName(tr("Commit Parents"));
-    hash_->setVisible(kind == CommitKind::ordinary);
-    auto* const rows = new QVBoxLayout(facts_);
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->setSpacing(4);
-    for (QWidget* row : {static_cast<QWidget*>(people_), static_cast<QWidget*>(hash_), static_cast<QWidget*>(parents_),
-                         static_cast<QWidget*>(refs_), static_cast<QWidget*>(notice_)})
-        rows->addWidget(row);
-    if (kind == CommitKind::ordinary)
-        people_->setContentsMargins(circleSize + 9, 0, 0, 0);
-    notice_->setContentsMargins(0, 6, 0, 0);
-    text_ = new MessageOverFacts(message_, facts_, {14, kind == CommitKind::ordinary ? 14 : 10, 14, 8});
-    connect(text_, &MessageOverFacts::placed, this, &CommitHeader::alignToLines);
+    const int top = kind == CommitKind::ordinary ? 14 : 10;
+    text_ = new MessageOverFacts(message_, facts_, {sideMargin, top, sideMargin, 8});
+    connect(text_, &MessageOverFacts::placed, this, &CommitHeader::place);
     area_->setWidget(text_);
     area_->setWidgetResizable(true);
     area_->setFrameShape(QFrame::NoFrame);
@@ -97,8 +56,11 @@ CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* par
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(area_);
+    topCover_->raise();
+    bottomCover_->raise();
 
-    connect(parents_, &QLabel::linkActivated, this, [this](const QString& link) { goTo(link.toStdString()); });
+    connect(area_->verticalScrollBar(), &QScrollBar::valueChanged, this, &CommitHeader::coverCutLines);
+    connect(facts_, &CommitFactsBox::commitRequested, this, [this](const QString& hash) { goTo(hash.toStdString()); });
     connect(message_, &MessageText::commitRequested, this, [this](const QString& name) {
         clickedIn_ = shown_.hash;
         names_.askAgain(name.toStdString());
@@ -135,24 +97,20 @@ void CommitHeader::take(const gitkit::CommitDetail& detail)
 {
     if (detail.hash != shown_.hash) {
         area_->verticalScrollBar()->setValue(0);
-        notice_->hide();
+        facts_->say({});
     }
     shown_ = commitFacts::withoutFiles(detail);
     message_->setMessage(MessageParts::of(shown_.message));
-    if (kind_ == CommitKind::ordinary)
-        facts_->setPerson(shownText(shown_.authorName), shown_.authorEmail);
     showFacts();
     showRefs();
+    place();
     updateGeometry();
 }
 
 void CommitHeader::showFacts()
 {
-    if (shown_.hash.empty())
-        return;
-    fill(people_, kind_ == CommitKind::stash ? commitFacts::dateLine(shown_) : commitFacts::people(shown_));
-    fill(parents_, kind_ == CommitKind::stash ? commitFacts::stashBase(shown_) : commitFacts::parents(shown_));
-    hash_->setHash(shownText(shown_.hash));
+    if (!shown_.hash.empty())
+        facts_->setFacts(shown_);
 }
 
 void CommitHeader::showRefs()
@@ -160,15 +118,15 @@ void CommitHeader::showRefs()
     if (kind_ == CommitKind::stash || shown_.hash.empty())
         return;
     const std::optional<gitkit::Commit> commit = commitOnPage(shown_.hash);
-    refs_->setLabels(commit ? commit->refs
-                            : commitFacts::labelsOf(shown_.hash, {store_.snapshot().branches.value(),
-                                                                  store_.snapshot().remoteBranches.value(),
-                                                                  store_.snapshot().tags.value()}));
+    facts_->setLabels(commit ? commit->refs
+                             : commitFacts::labelsOf(shown_.hash, {store_.snapshot().branches.value(),
+                                                                   store_.snapshot().remoteBranches.value(),
+                                                                   store_.snapshot().tags.value()}));
 }
 
 void CommitHeader::say(const QString& sentence)
 {
-    fill(notice_, sentence);
+    facts_->say(sentence);
     updateGeometry();
 }
 
@@ -191,34 +149,70 @@ void CommitHeader::nameRead()
         goTo(*names_.result());
 }
 
-QSize CommitHeader::sizeHint() const
+/// Takes it that there is a scroll bar, which would otherwise come and go with the form of the facts.
+int CommitHeader::factsHeight(bool isBrief) const
 {
-    const QWidget* const text = area_->widget();
-    const int width = std::max(area_->viewport()->width(), text->minimumSizeHint().width());
-    const int height =
-        text->layout()->hasHeightForWidth() ? text->layout()->totalHeightForWidth(width) : text->sizeHint().height();
-    return {320, height};
+    const int width = area_->width() - area_->verticalScrollBar()->sizeHint().width();
+    return facts_->heightIn(isBrief ? CommitFactsBox::Form::brief : CommitFactsBox::Form::full,
+                            text_->factsWidth(width));
 }
+
+int CommitHeader::heightOf(bool isBrief) const { return text_->heightWith(factsHeight(isBrief)); }
+
+/// Returns whether the facts would take more than half of a height that is not enough for all.
+bool CommitHeader::isTightAt(int height) const
+{
+    return heightOf(false) > height && text_->factsTop() + factsHeight(false) > height / 2;
+}
+
+int CommitHeader::bestHeight(int available) const { return std::min(available, heightOf(isTightAt(available))); }
+
+QSize CommitHeader::sizeHint() const { return {320, heightOf(false)}; }
 
 void CommitHeader::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    alignToLines();
+    place();
 }
 
-/// Leaves the room below the last whole line blank.
-void CommitHeader::alignToLines()
+void CommitHeader::place()
 {
-    const int cut = height() - text_->heightOfWholeLines(height());
-    layout()->setContentsMargins(0, 0, 0, std::clamp(cut, 0, height() / 2));
+    const bool isTight = isTightAt(height());
+    if (!isPlacing_ && facts_->setForm(isTight ? CommitFactsBox::Form::brief : CommitFactsBox::Form::full)) {
+        // In the midst of a layout no other one would follow by itself.
+        const QScopedValueRollback placing(isPlacing_, true);
+        text_->place();
+    }
     area_->verticalScrollBar()->setSingleStep(message_->fontMetrics().lineSpacing() * 5 / 4);
+    coverCutLines();
+}
+
+void CommitHeader::coverCutLines()
+{
+    const QRect sight(area_->viewport()->mapTo(this, QPoint()), area_->viewport()->size());
+    const int scrolled = area_->verticalScrollBar()->value();
+    const auto half = [&sight](int height) { return height <= sight.height() / 2 ? height : 0; };
+    const QRect first = text_->lineAt(scrolled);
+    const QRect last = text_->lineAt(scrolled + sight.height());
+    const int above = first.isNull() ? 0 : half(first.bottom() + 1 - scrolled);
+    const int below = last.isNull() ? 0 : half(scrolled + sight.height() - last.top());
+    cover(*topCover_, {sight.left(), sight.top(), sight.width(), above});
+    cover(*bottomCover_, {sight.left(), sight.bottom() + 1 - below, sight.width(), below});
+}
+
+QRect CommitHeader::wholeLines() const
+{
+    const QRect sight(area_->viewport()->mapTo(this, QPoint()), area_->viewport()->size());
+    return sight.adjusted(0, topCover_->isHidden() ? 0 : topCover_->height(), 0,
+                          bottomCover_->isHidden() ? 0 : -bottomCover_->height());
 }
 
 void CommitHeader::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
-    // The text of the facts contains the name of the fixed font and a colour.
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange)
+    // The text of the facts contains the name of the fixed font, a colour and the direction.
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange ||
+        event->type() == QEvent::LayoutDirectionChange)
         showFacts();
 }
 

@@ -13,18 +13,18 @@
 #include <string>
 #include <vector>
 
-class QLabel;
 class QScrollArea;
 
 namespace plovik {
 
-class CommitRefs;
-class HashField;
+class CommitFactsBox;
 class MessageOverFacts;
 class MessageText;
 
 /// A commit in words: subject, author with initials and date, hash, parents, refs and the rest of the message; or a
-/// stash: subject, date, the commit that it was made on, and the rest. As many lines are shown as fit whole. Links to other commits select them in the store. Main thread.
+/// stash: subject, date, the commit that it was made on, and the rest. Where the facts would leave little room for the
+/// message, they are shown in brief. No line is cut at an edge, however far the text is scrolled. Links to other commits
+/// select them in the store. Main thread.
 class CommitHeader : public QWidget {
     Q_OBJECT
 
@@ -40,6 +40,11 @@ public:
     /// Shows a sentence below the commit until another commit is shown.
     void say(const QString& sentence);
 
+    /// Returns the height at which all can be read, or where that is more than `available`, the best height up to it.
+    int bestHeight(int available) const;
+    /// Returns where the lines are that are in sight as a whole.
+    QRect wholeLines() const;
+
     QSize sizeHint() const override;
 
 protected:
@@ -47,10 +52,12 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    class FactsBox;
-
     void nameRead();
-    void alignToLines();
+    void place();
+    void coverCutLines();
+    int factsHeight(bool isBrief) const;
+    int heightOf(bool isBrief) const;
+    bool isTightAt(int height) const;
 
     std::optional<gitkit::Commit> commitOnPage(const std::string& hash) const;
     void take(const gitkit::CommitDetail& detail);
@@ -66,12 +73,10 @@ private:
     QScrollArea* area_;
     MessageOverFacts* text_;
     MessageText* message_;
-    FactsBox* facts_;
-    CommitRefs* refs_;
-    QLabel* people_;
-    HashField* hash_;
-    QLabel* parents_;
-    QLabel* notice_;
+    CommitFactsBox* facts_;
+    QWidget* topCover_; ///< over a line that is cut at the edge
+    QWidget* bottomCover_;
+    bool isPlacing_ = false;
     std::vector<QPropertyNotifier> notifiers_;
 };
 

@@ -14,12 +14,6 @@ namespace plovik {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr int below = 6;
-
-} // namespace
-
 CommitRefs::CommitRefs(QWidget* parent) : QWidget(parent)
 {
     setAccessibleName(tr("Commit Refs"));
@@ -42,7 +36,8 @@ void CommitRefs::setLabels(const std::vector<gitkit::RefLabel>& labels)
 
 QSize CommitRefs::sizeHint() const
 {
-    return {200, static_cast<int>(std::ceil(RefBadges::Fonts::current().height)) + below};
+    const QMargins around = contentsMargins();
+    return {200, static_cast<int>(std::ceil(RefBadges::Fonts::current().height)) + around.top() + around.bottom()};
 }
 
 RefBadges CommitRefs::laidOut() const { return {labels_, static_cast<double>(width()), RefBadges::Fonts::current()}; }
@@ -52,7 +47,8 @@ bool CommitRefs::event(QEvent* event)
     if (event->type() != QEvent::ToolTip)
         return QWidget::event(event);
     const auto* help = static_cast<QHelpEvent*>(event);
-    const QString names = laidOut().namesAt(help->pos().x(), labels_);
+    const int x = isRightToLeft() ? width() - 1 - help->pos().x() : help->pos().x();
+    const QString names = laidOut().namesAt(x, labels_);
     if (names.isEmpty())
         QToolTip::hideText();
     else
@@ -64,7 +60,12 @@ void CommitRefs::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    laidOut().paint(painter, QPointF(0, (height() - below) / 2.0), RefBadges::Fonts::current(), Theme::current());
+    const double middle = QRectF(contentsRect()).center().y();
+    const RefBadges::Fonts fonts = RefBadges::Fonts::current();
+    if (isRightToLeft())
+        laidOut().paintMirrored(painter, QPointF(width(), middle), fonts, Theme::current());
+    else
+        laidOut().paint(painter, QPointF(0, middle), fonts, Theme::current());
 }
 
 } // namespace plovik

@@ -14,6 +14,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <utility>
 
 namespace plovik {
 
@@ -21,6 +22,7 @@ namespace {
 
 constexpr std::chrono::milliseconds copiedShown{1500};
 constexpr int buttonSize = 20;
+constexpr int briefDigits = 10;
 
 /// A button that shows two sheets of paper, one over the other.
 class CopyButton : public QAbstractButton {
@@ -86,16 +88,40 @@ HashField::HashField(QWidget* parent)
 
 void HashField::setHash(const QString& hash)
 {
-    if (hash == text_->text())
+    if (hash == hash_)
         return;
-    text_->setText(hash);
-    text_->setCursorPosition(0);
+    hash_ = hash;
+    show();
     copied_->hide();
 }
 
+void HashField::setBrief(bool brief)
+{
+    if (std::exchange(isBrief_, brief) != brief)
+        show();
+}
+
+void HashField::show()
+{
+    text_->setText(isBrief_ ? hash_.left(briefDigits) : hash_);
+    text_->setToolTip(isBrief_ ? hash_ : QString());
+    text_->setCursorPosition(0);
+    text_->setMinimumWidth(isBrief_ ? briefTextWidth() : 0);
+    text_->setMaximumWidth(isBrief_ ? briefTextWidth() : QWIDGETSIZE_MAX);
+    setSizePolicy(isBrief_ ? QSizePolicy::Fixed : QSizePolicy::Preferred, QSizePolicy::Preferred);
+}
+
+int HashField::briefTextWidth() const
+{
+    constexpr int aroundText = 4;
+    return text_->fontMetrics().horizontalAdvance(QString(briefDigits, u'0')) + aroundText;
+}
+
+int HashField::briefWidth() const { return briefTextWidth() + layout()->spacing() + buttonSize; }
+
 void HashField::copy()
 {
-    QGuiApplication::clipboard()->setText(text_->text());
+    QGuiApplication::clipboard()->setText(hash_);
     copied_->show();
     fading_->start();
 }

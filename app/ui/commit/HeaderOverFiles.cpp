@@ -49,7 +49,7 @@ double HeaderOverFiles::share(double available) const
     const int wanted = rows > 0 ? rows * files_->sizeHintForRow(0) + files_->height() - files_->viewport()->height() + 8
                                 : files_->minimumSizeHint().height();
     const double list = std::min<double>(wanted, room * fairPartOfList);
-    return std::clamp<double>(header_->sizeHint().height(), 0, std::max(0.0, room - list));
+    return header_->bestHeight(std::max(0, static_cast<int>(room - list)));
 }
 
 } // namespace plovik

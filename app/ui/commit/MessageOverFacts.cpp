@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commit/MessageOverFacts.h"
 
+#include "app/ui/commit/CommitFactsBox.h"
 #include "app/ui/commit/MessageText.h"
 
 #include <QEvent>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -15,9 +17,11 @@ namespace {
 constexpr int belowSubject = 8;
 constexpr int belowFacts = 2; ///< besides what a paragraph keeps above it
 
+int gapFor(int facts) { return belowSubject + facts + belowFacts; }
+
 } // namespace
 
-MessageOverFacts::MessageOverFacts(MessageText* message, QWidget* facts, QMargins margins, QWidget* parent)
+MessageOverFacts::MessageOverFacts(MessageText* message, CommitFactsBox* facts, QMargins margins, QWidget* parent)
     : QWidget(parent), message_(message), facts_(facts)
 {
     auto* const column = new QVBoxLayout(this);
@@ -35,28 +39,47 @@ MessageOverFacts::MessageOverFacts(MessageText* message, QWidget* facts, QMargin
 
 void MessageOverFacts::place()
 {
-    const int ring = message_->frameWidth();
-    const QRect area = message_->geometry().adjusted(ring, ring, -ring, -ring);
-    const int height = facts_->hasHeightForWidth() ? facts_->heightForWidth(area.width()) : facts_->sizeHint().height();
-    facts_->setGeometry(area.left(), area.top() + message_->gapTop() + belowSubject, area.width(), height);
-    message_->setGap(belowSubject + height + belowFacts);
+    // The message gets another size while it is placed.
+    if (isPlacing_)
+        return;
+    {
+        const QScopedValueRollback placing(isPlacing_, true);
+        const int width = message_->width() - 2 * message_->frameWidth();
+        facts_->resize(width, facts_->height()); // which may arrange them otherwise
+        const int height = facts_->hasHeightForWidth() ? facts_->heightForWidth(width) : facts_->sizeHint().height();
+        facts_->setGeometry(message_->x() + message_->frameWidth(), factsTop(), width, height);
+        message_->setGap(gapFor(height));
+    }
     Q_EMIT placed();
 }
 
-int MessageOverFacts::heightOfWholeLines(int height) const
+int MessageOverFacts::factsTop() const
 {
-    if (height >= this->height())
-        return height;
-    const int textTop = message_->y() + message_->frameWidth();
-    if (height > facts_->geometry().bottom() || height < facts_->y())
-        return textTop + message_->heightOfWholeLines(height - textTop);
-    int whole = facts_->y();
-    for (const QWidget* const fact : facts_->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
-        const int bottom = facts_->y() + fact->geometry().bottom() + 1;
-        if (!fact->isHidden() && bottom <= height)
-            whole = std::max(whole, bottom);
+    return message_->y() + message_->frameWidth() + message_->gapTop() + belowSubject;
+}
+
+int MessageOverFacts::factsWidth(int width) const
+{
+    const QMargins margins = layout()->contentsMargins();
+    return std::max(width, minimumSizeHint().width()) - margins.left() - margins.right() - 2 * message_->frameWidth();
+}
+
+int MessageOverFacts::heightWith(int facts) const
+{
+    const QMargins margins = layout()->contentsMargins();
+    return margins.top() + message_->sizeHint().height() - message_->gap() + gapFor(facts) + margins.bottom();
+}
+
+QRect MessageOverFacts::lineAt(int y) const
+{
+    for (const QRect& line : facts_->lines()) {
+        const QRect here = line.translated(facts_->pos());
+        if (here.top() < y && y <= here.bottom())
+            return here;
     }
-    return whole;
+    const QPoint text(0, message_->y() + message_->frameWidth());
+    const QRect line = message_->lineAt(y - text.y());
+    return line.isNull() ? line : line.translated(text);
 }
 
 bool MessageOverFacts::eventFilter(QObject* watched, QEvent* event)

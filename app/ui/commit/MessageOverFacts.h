@@ -5,6 +5,7 @@
 
 namespace plovik {
 
+class CommitFactsBox;
 class MessageText;
 
 /// A commit's message with the facts of the commit between its subject and its body. The message stays one text, so that
@@ -14,10 +15,17 @@ class MessageOverFacts : public QWidget {
 
 public:
     /// Takes ownership of both.
-    MessageOverFacts(MessageText* message, QWidget* facts, QMargins margins, QWidget* parent = nullptr);
+    MessageOverFacts(MessageText* message, CommitFactsBox* facts, QMargins margins, QWidget* parent = nullptr);
 
-    /// Returns the greatest height up to `height` at which no line is cut.
-    int heightOfWholeLines(int height) const;
+    /// Puts both in place, for when the facts have changed their height.
+    void place();
+    /// Returns the line that a cut at the height `y` goes through; null where it goes through none.
+    QRect lineAt(int y) const;
+    /// Returns the height of all if the facts had the height `facts`.
+    int heightWith(int facts) const;
+    int factsTop() const;
+    /// Returns the width that the facts get in a viewport of this width.
+    int factsWidth(int width) const;
 
 Q_SIGNALS:
     /// Lines may stand elsewhere.
@@ -28,10 +36,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void place();
-
     MessageText* message_;
-    QWidget* facts_;
+    CommitFactsBox* facts_;
+    bool isPlacing_ = false;
 };
 
 } // namespace plovik

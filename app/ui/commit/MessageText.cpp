@@ -8,6 +8,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QDesktopServices>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QRegularExpression>
@@ -67,6 +68,17 @@ QTextBlockFormat textLines()
 {
     QTextBlockFormat lines;
     lines.setLineHeight(125, QTextBlockFormat::ProportionalHeight);
+    if (QGuiApplication::isRightToLeft())
+        lines.setAlignment(Qt::AlignRight | Qt::AlignAbsolute);
+    return lines;
+}
+
+/// Code is read from left to right everywhere.
+QTextBlockFormat codeLines()
+{
+    QTextBlockFormat lines = textLines();
+    lines.setLayoutDirection(Qt::LeftToRight);
+    lines.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
     return lines;
 }
 
@@ -172,9 +184,11 @@ void MessageText::writeBody(QTextCursor& cursor)
     for (const QStringView line : QStringView(message_.body).split(u'\n')) {
         const bool isFence = line.startsWith(u"```"_s);
         isFenced ^= isFence;
-        const QTextCharFormat& format = isFenced || isFence || isCode(line) ? code : plain;
-        cursor.insertBlock(isFirst ? apartBy(paragraphGap) : textLines(), format);
-        insertWithLinks(cursor, line.toString(), format);
+        const bool isInCode = isFenced || isFence || isCode(line);
+        QTextBlockFormat block = isInCode ? codeLines() : textLines();
+        block.setTopMargin(isFirst ? paragraphGap : 0);
+        cursor.insertBlock(block, isInCode ? code : plain);
+        insertWithLinks(cursor, line.toString(), isInCode ? code : plain);
         isFirst = false;
     }
 }
@@ -189,7 +203,7 @@ void MessageText::writeTrailers(QTextCursor& cursor)
         const bool isFirst = firstTrailer_ < 0;
         QTextBlockFormat block = isFirst ? apartBy(trailersGap) : textLines();
         if (hasCoAuthor(message_.trailers))
-            block.setLeftMargin(initialsRoom);
+            isRightToLeft() ? block.setRightMargin(initialsRoom) : block.setLeftMargin(initialsRoom);
         cursor.insertBlock(block, key);
         if (isFirst)
             firstTrailer_ = cursor.blockNumber();
@@ -225,12 +239,10 @@ int MessageText::gapTop() const
     return static_cast<int>(std::ceil(document()->documentLayout()->blockBoundingRect(document()->begin()).bottom()));
 }
 
-int MessageText::heightOfWholeLines(int height) const
+QRect MessageText::lineAt(int y) const
 {
-    const QTextCursor at = cursorForPosition({0, height});
-    const QRect line = cursorRect(at);
-    // Where the text does not reach down to, nothing is cut.
-    return line.bottom() < height || line.top() > height ? height : line.top();
+    const QRect line = cursorRect(cursorForPosition({0, y}));
+    return line.top() < y && y <= line.bottom() ? line : QRect();
 }
 
 void MessageText::follow(const QUrl& link)
@@ -296,7 +308,8 @@ void MessageText::wheelEvent(QWheelEvent* event) { event->ignore(); }
 void MessageText::changeEvent(QEvent* event)
 {
     QTextBrowser::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange ||
+        event->type() == QEvent::LayoutDirectionChange)
         write();
 }
 

@@ -9,7 +9,7 @@ namespace plovik {
 
 /// A commit's message, which can be selected and copied: the subject bold, the body as it was written, and below a line
 /// the trailers, co-authors with their initials. Web and mail addresses and everything that looks like a commit's hash
-/// are links. Below the subject stays a gap in which another widget may stand. The widget is as high as its text and the
+/// are links. In a mirrored window all but code begins at the right. Below the subject stays a gap in which another widget may stand. The widget is as high as its text and the
 /// gap, and does not scroll. Main thread.
 class MessageText : public QTextBrowser {
     Q_OBJECT
@@ -21,10 +21,11 @@ public:
 
     /// Sets the height of the gap below the subject, in pixels.
     void setGap(int height);
+    int gap() const { return gap_; }
     /// Returns where the gap begins.
     int gapTop() const;
-    /// Returns the greatest height up to `height` at which no line of the text is cut.
-    int heightOfWholeLines(int height) const;
+    /// Returns the line that a cut at the height `y` goes through; null where it goes through none.
+    QRect lineAt(int y) const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {80, 0}; }
