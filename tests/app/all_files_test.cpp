@@ -123,7 +123,7 @@ TEST_F(AllFilesTest, FoldAndOpenAndAreWalkedThroughAndCopied)
     };
     const std::optional<int> before = barTop(1);
     barOf(0)->click();
-    EXPECT_EQ(barTop(1), FileBar::barHeight);
+    EXPECT_EQ(barTop(1), FileBar::barHeight());
     EXPECT_EQ(all().diffOf(0), nullptr);
     barOf(0)->click();
     settle();

@@ -365,7 +365,7 @@ TEST_F(DiffViewTest, TheScrollBarShowsWhereChangesAreAndGoesThere)
 
     QTest::mouseClick(&bar, Qt::LeftButton, {}, {4, heightOf(301) + 2});
     const int y = section().rowRect(301).top() + section().y();
-    EXPECT_TRUE(y > DiffSectionBar::barHeight && y < view.viewport()->height()) << y;
+    EXPECT_TRUE(y > DiffSectionBar::barHeight() && y < view.viewport()->height()) << y;
 }
 
 TEST_F(DiffViewTest, TheFunctionsNameStaysAtTheTop)
@@ -382,17 +382,17 @@ TEST_F(DiffViewTest, TheFunctionsNameStaysAtTheTop)
     show({content});
     auto* const name = section().findChild<FunctionBar*>();
     const auto shownAt = [&](int row) {
-        view.verticalScrollBar()->setValue(section().rowRect(row).top() - DiffSectionBar::barHeight);
+        view.verticalScrollBar()->setValue(section().rowRect(row).top() - DiffSectionBar::barHeight());
         return name->isVisible() ? name->accessibleName() : QString();
     };
     EXPECT_EQ(shownAt(0), QString()) << "its own line is in sight";
     EXPECT_EQ(shownAt(5), u"Function int outer()"_s);
     EXPECT_EQ(shownAt(45), u"Function int inner(int a)"_s) << "as it is now, not as it was";
     QTest::mouseClick(name, Qt::LeftButton);
-    EXPECT_GE(section().rowRect(36).top() + section().y(), DiffSectionBar::barHeight)
+    EXPECT_GE(section().rowRect(36).top() + section().y(), DiffSectionBar::barHeight())
         << "a click shows where it begins";
     const int header = controller().diff().document().hunks()[1].first;
-    view.verticalScrollBar()->setValue(section().rowRect(header).top() - DiffSectionBar::barHeight - 10);
+    view.verticalScrollBar()->setValue(section().rowRect(header).top() - DiffSectionBar::barHeight() - 10);
     EXPECT_EQ(name->geometry().bottom() + 1, section().rowRect(header).top()) << "the next header pushes it away";
     EXPECT_EQ(shownAt(header + 5), QString()) << "git knows no function there";
 
@@ -488,8 +488,8 @@ TEST_F(DiffViewTest, KeepsWhatIsLookedAtWhenItWrapsAnew)
         text += " " + std::to_string(i) + std::string(150, 'x') + "\n";
     show({contentOf(text)});
     view.setWraps(true);
-    view.verticalScrollBar()->setValue(section().rowRect(101).top() - DiffSectionBar::barHeight);
-    const auto inSight = [this] { return section().rowRect(101).top() + section().y() - DiffSectionBar::barHeight; };
+    view.verticalScrollBar()->setValue(section().rowRect(101).top() - DiffSectionBar::barHeight());
+    const auto inSight = [this] { return section().rowRect(101).top() + section().y() - DiffSectionBar::barHeight(); };
     ASSERT_EQ(inSight(), 0);
     view.resize(420, 300);
     QApplication::processEvents();

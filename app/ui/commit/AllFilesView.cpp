@@ -118,8 +118,9 @@ void AllFilesView::layOut()
     const std::size_t held = isFirst || items_.empty() ? 0 : fileAt(scrolled());
     const int below = isFirst || items_.empty() ? 0 : scrolled() - top(held);
     tops_.resize(items_.size() + 1);
+    const int bar = FileBar::barHeight();
     for (std::size_t file = 0; file < items_.size(); ++file)
-        tops_[file + 1] = tops_[file] + FileBar::barHeight + openHeight(items_[file]);
+        tops_[file + 1] = tops_[file] + bar + openHeight(items_[file]);
     const QSize size = viewport()->size();
     verticalScrollBar()->setRange(0, std::max(0, tops_.back() - size.height()));
     verticalScrollBar()->setPageStep(size.height());
@@ -162,10 +163,11 @@ void AllFilesView::placeBars(std::size_t first, std::size_t end)
         barFor(file);
     for (const auto& [file, bar] : bars_) {
         // A bar is pushed out by the next one.
-        const int lowest = tops_[file + 1] - scrolled() - FileBar::barHeight;
+        const int lowest = tops_[file + 1] - scrolled() - FileBar::barHeight();
         const bool isCurrent = file == first && !items_.empty();
         const int y = top(file) - scrolled();
-        bar->setGeometry(0, isCurrent ? std::min(std::max(y, 0), lowest) : y, viewport()->width(), FileBar::barHeight);
+        bar->setGeometry(0, isCurrent ? std::min(std::max(y, 0), lowest) : y, viewport()->width(),
+                         FileBar::barHeight());
     }
 }
 
@@ -203,7 +205,7 @@ void AllFilesView::placeDiff(std::size_t file)
     if (!diff)
         return;
     diff->fit(viewport()->width(), viewport()->height());
-    diff->move(0, top(file) + FileBar::barHeight - scrolled());
+    diff->move(0, top(file) + FileBar::barHeight() - scrolled());
     diff->setVisible(!items_[file].isFolded);
     diff->section().setVisibleTop(std::max(0, scrolled() - top(file)));
     diff->view().horizontalScrollBar()->setValue(horizontalScrollBar()->value());
@@ -385,10 +387,10 @@ void AllFilesView::focusCurrent()
 
 void AllFilesView::reveal(std::size_t file, const QRect& area)
 {
-    const int y = top(file) + FileBar::barHeight + area.top();
+    const int y = top(file) + FileBar::barHeight() + area.top();
     int value = scrolled();
     value = std::max(value, y + area.height() - viewport()->height());
-    value = std::min(value, y - FileBar::barHeight - items_[file].diff->section().coveredHeight());
+    value = std::min(value, y - FileBar::barHeight() - items_[file].diff->section().coveredHeight());
     verticalScrollBar()->setValue(value);
 }
 
@@ -534,7 +536,7 @@ void AllFilesView::paintEvent(QPaintEvent*)
     QPainter painter(viewport());
     for (const auto& [file, bar] : bars_) {
         if (const QString& problem = items_[file].problem; !problem.isEmpty() && !items_[file].isFolded)
-            paintText(painter, QRect(12, top(file) - scrolled() + FileBar::barHeight, viewport()->width() - 24, 40),
+            paintText(painter, QRect(12, top(file) - scrolled() + FileBar::barHeight(), viewport()->width() - 24, 40),
                       problem, Theme::font(), Theme::current().secondaryText);
     }
 }

@@ -39,6 +39,7 @@ namespace plovik {
 namespace {
 
 constexpr double leastFilesWidth = 200;
+constexpr int leastSummaryWidth = 140; ///< with the totals and two buttons
 constexpr double leastDiffWidth = 260;
 
 // The width of the header and the files, until the user chooses one.
@@ -105,7 +106,8 @@ void CommitDetailView::makePage()
     right_ = new QStackedWidget;
     right_->addWidget(diff_);
     auto* const page = new SplitPane(settings::commitFilesWidth, Qt::Horizontal, SplitPane::Sized::first,
-                                     leastFilesWidth, leastDiffWidth, makeLeftSide(), right_);
+                                     std::max<double>(leastFilesWidth, Theme::scaled(leastSummaryWidth)),
+                                     leastDiffWidth, makeLeftSide(), right_);
     page->setAutomatic([](double available) { return std::clamp(available * partOfSide, leastSide, mostSide); });
     pages_->addWidget(page);
     setTabOrder(files_, diff_);
@@ -302,6 +304,7 @@ void CommitDetailView::countsRead()
     if (all_ && all_->view().reading() == shown_)
         all_->view().countsChanged();
     showSummary();
+    side_->arrange();
 }
 
 void CommitDetailView::fileChanged()

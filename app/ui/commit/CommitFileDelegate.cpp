@@ -21,10 +21,10 @@ namespace {
 
 constexpr int rowInset = 8;
 constexpr int sideInset = 14;
-constexpr int chipSize = 18;
-constexpr int pathLeft = sideInset + chipSize + 8;
 constexpr int gap = 8;
 constexpr int countGap = 6;
+
+int pathLeft() { return sideInset + statusChipSize() + 8; }
 
 QFont countFont() { return Theme::font(-1); }
 
@@ -129,9 +129,10 @@ void CommitFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
         return;
     }
     const gitkit::CommitFile& file = model.file(index);
-    const QRect chip(row.left() + sideInset + indent, row.top() + (row.height() - chipSize) / 2, chipSize, chipSize);
+    const int size = statusChipSize();
+    const QRect chip(row.left() + sideInset + indent, row.top() + (row.height() - size) / 2, size, size);
     paintStatusChip(*painter, chip, shownStatus(file));
-    QRect area = row.adjusted(pathLeft + indent, 0, -sideInset, 0);
+    QRect area = row.adjusted(pathLeft() + indent, 0, -sideInset, 0);
     if (const int counts = paintCounts(*painter, area, model, index); counts > 0)
         area.setRight(area.right() - counts - gap);
     PathParts path = pathPartsOf(file);
@@ -142,7 +143,7 @@ void CommitFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
 
 QSize CommitFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const
 {
-    return {pathLeft, std::max(listRowHeight - 2, QFontMetrics(option.font).height() + 8)};
+    return {pathLeft(), std::max(listRowHeight - 2, QFontMetrics(option.font).height() + 8)};
 }
 
 } // namespace plovik

@@ -21,14 +21,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int barMargin = 12;
-constexpr int barChip = 18;
 constexpr int barGap = 8;
 
 } // namespace
 
 FileBar::FileBar(QWidget* parent) : QAbstractButton(parent)
 {
-    setFixedHeight(barHeight);
+    setFixedHeight(barHeight());
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_OpaquePaintEvent);
     connect(this, &QAbstractButton::clicked, this,
@@ -67,8 +66,9 @@ void FileBar::paintEvent(QPaintEvent*)
     painter.fillRect(0, height() - 1, width(), 1, theme.separator);
     paintDisclosure(painter, QPointF(barMargin + 4, height() / 2.0), !isFolded_, theme.secondaryText);
     const int chipLeft = barMargin + 16;
-    paintStatusChip(painter, QRect(chipLeft, (height() - barChip) / 2, barChip, barChip), shownStatus(file_));
-    QRect area = rect().adjusted(chipLeft + barChip + barGap, 0, -barMargin - reserve_, 0);
+    const int chip = statusChipSize();
+    paintStatusChip(painter, QRect(chipLeft, (height() - chip) / 2, chip, chip), shownStatus(file_));
+    QRect area = rect().adjusted(chipLeft + chip + barGap, 0, -barMargin - reserve_, 0);
     if (counts_ && counts_->added && counts_->removed) {
         const QFont font = Theme::font(-1);
         const auto take = [&](QChar sign, int count, const QColor& color) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/ui/commit/CommitReading.h"
+#include "app/ui/diff/DiffMetrics.h"
 
 #include <QAbstractButton>
 
@@ -13,7 +14,7 @@ class FileBar : public QAbstractButton {
     Q_OBJECT
 
 public:
-    static constexpr int barHeight = 34;
+    static int barHeight() { return DiffMetrics::barHeight(); }
 
     explicit FileBar(QWidget* parent);
 

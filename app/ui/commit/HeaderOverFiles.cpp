@@ -3,6 +3,7 @@
 
 #include "app/ui/commit/CommitFilesList.h"
 #include "app/ui/commit/CommitHeader.h"
+#include "app/ui/widgets/Theme.h"
 
 #include <QAbstractItemModel>
 #include <QVBoxLayout>
@@ -15,8 +16,8 @@ namespace {
 
 constexpr double fairPartOfList = 0.36;
 constexpr int mostRowsCounted = 100; ///< more rows never fit
-constexpr double leastHeader = 48;
-constexpr double leastFiles = 64;
+constexpr int leastHeader = 48;
+constexpr int leastFiles = 72;
 
 QWidget* filesBelow(QLayout* summary, CommitFilesList* files)
 {
@@ -36,7 +37,8 @@ QWidget* filesBelow(QLayout* summary, CommitFilesList* files)
 HeaderOverFiles::HeaderOverFiles(gitkit::CommitKind kind, CommitHeader* header, QLayout* summary,
                                  CommitFilesList* files, QWidget* parent)
     : SplitPane(kind == gitkit::CommitKind::stash ? settings::stashHeaderHeight : settings::commitHeaderHeight,
-                Qt::Vertical, Sized::first, leastHeader, leastFiles, header, filesBelow(summary, files), parent),
+                Qt::Vertical, Sized::first, Theme::scaled(leastHeader), Theme::scaled(leastFiles), header,
+                filesBelow(summary, files), parent),
       header_(header), summary_(summary), files_(files)
 {
     setAutomatic([this](double available) { return share(available); });
@@ -44,11 +46,13 @@ HeaderOverFiles::HeaderOverFiles(gitkit::CommitKind kind, CommitHeader* header, 
 
 double HeaderOverFiles::share(double available) const
 {
-    const double room = available - summary_->sizeHint().height();
+    const double room =
+        available - (summary_->hasHeightForWidth() ? summary_->heightForWidth(width()) : summary_->sizeHint().height());
     const int rows = std::min(files_->model()->rowCount(), mostRowsCounted);
     const int wanted = rows > 0 ? rows * files_->sizeHintForRow(0) + files_->height() - files_->viewport()->height() + 8
                                 : files_->minimumSizeHint().height();
-    const double list = std::min<double>(wanted, room * fairPartOfList);
+    const double list =
+        std::max<double>(std::min<double>(wanted, room * fairPartOfList), files_->minimumSizeHint().height());
     return header_->bestHeight(std::max(0, static_cast<int>(room - list)));
 }
 

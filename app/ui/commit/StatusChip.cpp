@@ -5,11 +5,16 @@
 #include "app/ui/widgets/Theme.h"
 
 #include <QCoreApplication>
+#include <QFontMetrics>
 #include <QPainter>
+
+#include <algorithm>
 
 namespace plovik {
 
 namespace {
+
+QFont chipFont() { return Theme::font(-1, QFont::Bold); }
 
 QColor statusColor(char code)
 {
@@ -55,6 +60,8 @@ QString statusDescription(char code)
     }
 }
 
+int statusChipSize() { return std::max(18, QFontMetrics(chipFont()).height() + 2); }
+
 void paintStatusChip(QPainter& painter, const QRect& chip, char code)
 {
     const QColor color = statusColor(code);
@@ -64,8 +71,7 @@ void paintStatusChip(QPainter& painter, const QRect& chip, char code)
     painter.setBrush(Theme::current().chip(color));
     painter.drawRoundedRect(placeInRow(QRectF(chip)), 4, 4);
     painter.restore();
-    paintText(painter, chip, QString(QLatin1Char(code)), Theme::font(-1, QFont::Bold), color, Qt::AlignHCenter,
-              Qt::ElideNone);
+    paintText(painter, chip, QString(QLatin1Char(code)), chipFont(), color, Qt::AlignHCenter, Qt::ElideNone);
 }
 
 } // namespace plovik

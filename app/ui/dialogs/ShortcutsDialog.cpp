@@ -5,10 +5,12 @@
 #include "app/ui/dialogs/DialogParts.h"
 #include "app/ui/widgets/Theme.h"
 
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -21,7 +23,14 @@ namespace {
 constexpr int keyRowPadding = 10;
 constexpr int pageHeight = 360;
 constexpr int pageWidth = 640;
-constexpr int nameWidth = 270; ///< what a long text has at least
+
+int pageWidthOnScreen()
+{
+    return std::min(Theme::scaled(pageWidth), QGuiApplication::primaryScreen()->availableSize().width() * 9 / 10);
+}
+/// What a long text has at least.
+int nameWidth() { return pageWidthOnScreen() * 42 / 100; }
+int keysWidth() { return pageWidthOnScreen() * 45 / 100; }
 
 constexpr ListKeys keysOfLists[] = {
     {"F10, Alt", QT_TRANSLATE_NOOP("plovik::ShortcutsDialog", "go into the menu bar")},
@@ -59,7 +68,8 @@ void addKeys(QTreeWidgetItem* title, const QString& name, const QString& keys)
 {
     auto* const item = new QTreeWidgetItem(title, {name, keys});
     const QFontMetrics metrics(Theme::font());
-    const int lines = 1 + metrics.horizontalAdvance(name) / nameWidth;
+    const int lines =
+        1 + std::max(metrics.horizontalAdvance(name) / nameWidth(), metrics.horizontalAdvance(keys) / keysWidth());
     item->setSizeHint(0, {0, lines * metrics.height() + keyRowPadding});
     item->setTextAlignment(0, Qt::AlignVCenter);
     item->setData(0, Qt::AccessibleTextRole, ShortcutsDialog::tr("%1: %2", "command: keys").arg(name, keys));
@@ -92,7 +102,8 @@ ShortcutsDialog::ShortcutsDialog(QWidget* parent)
     list_->expandAll();
     list_->header()->setStretchLastSection(false);
     list_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    list_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    list_->header()->setSectionResizeMode(1, QHeaderView::Fixed);
+    list_->header()->resizeSection(1, keysWidth());
 
     auto* const close = new QPushButton(tr("Close"), this);
     close->setAutoDefault(false);
@@ -102,7 +113,7 @@ ShortcutsDialog::ShortcutsDialog(QWidget* parent)
     column->addWidget(list_, 1);
     column->addSpacing(4);
     column->addLayout(dialogParts::buttonRow({close}));
-    dialogParts::fit(*this, pageWidth, pageHeight - list_->sizeHint().height());
+    dialogParts::fit(*this, pageWidthOnScreen(), pageHeight - list_->sizeHint().height());
     filter_->setFocus();
 }
 

@@ -197,7 +197,7 @@ void DiffExtras::attachPictures(const DiffContent& content, DiffSectionView& sec
 
 void DiffExtras::fitPictures()
 {
-    const int room = view_.viewport()->height() - DiffSectionBar::barHeight;
+    const int room = view_.viewport()->height() - DiffSectionBar::barHeight();
     for (DiffSectionView* const section : view_.sections()) {
         const ShownDiff& diff = section->controller().diff();
         const auto shown = shownPictures_.find(diff.content().kind);

@@ -242,7 +242,7 @@ void DiffFinder::showCurrent(bool isShown)
 std::optional<DiffFinder::Place> DiffFinder::placeInSight() const
 {
     for (DiffSectionView* const section : view_.sections()) {
-        const int top = DiffSectionBar::barHeight - section->y();
+        const int top = DiffSectionBar::barHeight() - section->y();
         const auto rows = std::views::iota(0, documentOf(*section).rowCount());
         const auto seen =
             std::ranges::partition_point(rows, [&](int row) { return section->rowRect(row).bottom() < top; });

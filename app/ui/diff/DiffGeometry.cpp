@@ -37,7 +37,7 @@ int DiffGeometry::wrapWidth() const { return diff_.wraps() ? cellWidth() : 0; }
 
 void DiffGeometry::setInsetHeight(int height) { insetHeight_ = height; }
 
-int DiffGeometry::barHeight() const { return diff_.content().title.isEmpty() ? 0 : DiffMetrics::barHeight; }
+int DiffGeometry::barHeight() const { return diff_.content().title.isEmpty() ? 0 : DiffMetrics::barHeight(); }
 
 QRect DiffGeometry::noteRoom(int top, int width)
 {

@@ -27,7 +27,9 @@ DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines
     metrics.cell = code.horizontalAdvance(QLatin1Char('0'));
     metrics.lineHeight = std::max(qRound(QFontInfo(metrics.codeFont).pixelSize() * heightPerPixel),
                                   static_cast<int>(code.height() * tightest));
-    metrics.hunkHeight = std::max(28, metrics.lineHeight + 8);
+    const int buttonHeight = QFontMetrics(Theme::font(-1)).height() + 4;
+    metrics.hunkHeight = std::max({28, metrics.lineHeight + 8, buttonHeight + 4});
+    metrics.functionBarHeight = std::max(24, QFontMetrics(metrics.numberFont).height() + 6);
 
     const auto digits = std::max(fewestDigits, static_cast<int>(QString::number(document.largestNumber()).size()));
     const double digit = QFontMetricsF(metrics.numberFont).horizontalAdvance(QLatin1Char('0'));
@@ -43,6 +45,8 @@ DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines
     metrics.layOut(document, lines, wrapWidth);
     return metrics;
 }
+
+int DiffMetrics::barHeight() { return std::max(34, QFontMetrics(Theme::font()).height() + 10); }
 
 int DiffMetrics::columnsIn(int wrapWidth) const
 {

@@ -23,13 +23,15 @@ struct DiffMetrics {
     int wrapColumns = 0;   ///< the most columns of code in a line; 0 if long ones go on out of sight
     std::vector<int> tops; ///< of each line, and the end of the last one
 
-    static constexpr int barHeight = 34; ///< of the bar above a diff
+    int functionBarHeight = 24;
     static constexpr int margin = 12;
     static constexpr int numberGap = 20;
 
     static constexpr int moreLeft = 8;   ///< of the first button that shows more lines
     static constexpr int moreWidth = 24; ///< from one such button to the next
 
+    /// Returns the height of the bar above a diff.
+    static int barHeight();
     /// Measures for cells of a width in which long lines are wrapped; 0 if they are not.
     static DiffMetrics of(const DiffDocument& document, const DiffLines& lines, int wrapWidth);
     /// Returns how many columns of code have room in a cell that wraps lines.

@@ -47,7 +47,7 @@ DiffOptionsBar::DiffOptionsBar(QWidget* parent)
     connect(&Settings::shared(), &Settings::changed, this, &DiffOptionsBar::follow);
     follow();
     // One pixel less leaves the line below the section's bar, which this one covers, in sight.
-    resize(sizeHint().width(), DiffSectionBar::barHeight - 1);
+    resize(sizeHint().width(), DiffSectionBar::barHeight() - 1);
 }
 
 void DiffOptionsBar::addOption(QAbstractButton* button)

@@ -18,7 +18,7 @@ constexpr int titleGap = 6;
 DiffSectionBar::DiffSectionBar(QWidget* parent) : QWidget(parent)
 {
     setCursor(Qt::ArrowCursor);
-    setFixedHeight(barHeight);
+    setFixedHeight(barHeight());
     connect(&buttons_, &DiffButtons::triggered, this, &DiffSectionBar::triggered);
 }
 
@@ -82,6 +82,7 @@ void DiffSectionBar::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
     if (event->type() != QEvent::ApplicationFontChange)
         return;
+    setFixedHeight(barHeight());
     buttons_.applyFont();
     placeButtons();
 }

@@ -14,7 +14,7 @@ class DiffSectionBar : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr int barHeight = DiffMetrics::barHeight;
+    static int barHeight() { return DiffMetrics::barHeight(); }
 
     explicit DiffSectionBar(QWidget* parent);
 

@@ -197,13 +197,13 @@ void DiffSectionView::setOffset(int offset)
 void DiffSectionView::setVisibleTop(int y)
 {
     visibleTop_ = y;
-    bar_->move(0, std::clamp(y, 0, std::max(0, height() - DiffSectionBar::barHeight)));
+    bar_->move(0, std::clamp(y, 0, std::max(0, height() - DiffSectionBar::barHeight())));
     placeFunctionBar();
 }
 
 int DiffSectionView::coveredHeight() const
 {
-    return geometry_.barHeight() + (outline_.isEmpty() ? 0 : FunctionBar::barHeight);
+    return geometry_.barHeight() + (outline_.isEmpty() ? 0 : geometry_.metrics().functionBarHeight);
 }
 
 /// Shows the function of the topmost line in sight, unless the line that names it is in sight itself.
@@ -222,8 +222,8 @@ void DiffSectionView::placeFunctionBar()
     const auto& hunks = document.hunks();
     const auto next = std::ranges::upper_bound(hunks, row, {}, &DiffDocument::Hunk::first);
     const bool hasHeader = next != hunks.end() && document.row(next->first).kind == DiffDocument::Kind::hunk;
-    const int most = hasHeader ? rowRect(next->first).top() - FunctionBar::barHeight : top;
-    functionBar_->setGeometry(0, std::min(top, most), width(), FunctionBar::barHeight);
+    const int most = hasHeader ? rowRect(next->first).top() - geometry_.metrics().functionBarHeight : top;
+    functionBar_->setGeometry(0, std::min(top, most), width(), geometry_.metrics().functionBarHeight);
 }
 
 void DiffSectionView::setFound(const DiffFound* found)
@@ -338,7 +338,7 @@ void DiffSectionView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     geometry_.setWidth(width());
-    bar_->resize(width(), DiffSectionBar::barHeight);
+    bar_->resize(width(), DiffSectionBar::barHeight());
     setVisibleTop(visibleTop_);
     placeAround();
     placeHunkButtons();

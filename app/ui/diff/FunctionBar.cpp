@@ -11,7 +11,6 @@ namespace plovik {
 
 FunctionBar::FunctionBar(QWidget* parent) : QWidget(parent)
 {
-    setFixedHeight(barHeight);
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_OpaquePaintEvent);
 }

@@ -11,8 +11,6 @@ class FunctionBar : public QWidget {
     Q_OBJECT
 
 public:
-    static constexpr int barHeight = 24;
-
     explicit FunctionBar(QWidget* parent);
 
     /// `left` is where the text begins.

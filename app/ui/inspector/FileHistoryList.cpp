@@ -32,7 +32,6 @@ namespace {
 constexpr int rowInset = 6;
 constexpr int margin = 16;
 constexpr int gap = 8;
-constexpr int chipSize = 18;
 constexpr int rowPadding = 6;
 constexpr double outdatedOpacity = 0.4;
 
@@ -141,6 +140,7 @@ public:
                   Qt::ElideNone);
         first.setRight(hashArea(option.rect).left() - gap);
         if (hasChip(revision)) {
+            const int chipSize = statusChipSize();
             paintStatusChip(*painter, {first.left(), first.top() + (first.height() - chipSize) / 2, chipSize, chipSize},
                             revision.file.status);
             first.setLeft(first.left() + chipSize + gap);
@@ -171,7 +171,7 @@ public:
 
 private:
     static QFont hashFont() { return Theme::fixedFont(-0.75); }
-    static int lineHeight() { return std::max(chipSize, QFontMetrics(Theme::font()).height() + 1); }
+    static int lineHeight() { return std::max(statusChipSize(), QFontMetrics(Theme::font()).height() + 1); }
     static QRect firstLine(const QRect& row)
     {
         return {row.left() + margin, row.top() + rowPadding, row.width() - 2 * margin, lineHeight()};

@@ -68,7 +68,7 @@ QWidget* CommandLogPanel::makeHeader()
     field_->setAccessibleName(tr("Filter Commands"));
     field_->setPlaceholderText(tr("Filter commands"));
     field_->setClearButtonEnabled(true);
-    field_->setMaximumWidth(260);
+    field_->setMaximumWidth(Theme::scaled(260));
     hidesReads_ = new QCheckBox(tr("Hide Reads"), header);
     hidesReads_->setToolTip(tr("Show only the commands that change something, and those that failed"));
     hidesReads_->setChecked(Settings::shared().value(settings::commandLogHidesReads));

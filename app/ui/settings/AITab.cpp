@@ -4,6 +4,7 @@
 #include "app/settings/Settings.h"
 #include "app/ui/settings/APIKeyField.h"
 #include "app/ui/settings/SettingsForm.h"
+#include "app/ui/widgets/Theme.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -73,11 +74,11 @@ AITab::~AITab() { delete key_; }
 void AITab::layOut(QLabel* keyNote)
 {
     fitPicker(*provider_);
-    key_->setFixedWidth(fieldWidth);
-    model_->setFixedWidth(fieldWidth);
-    keyNote->setFixedWidth(fieldWidth);
+    key_->setFixedWidth(Theme::scaled(fieldWidth));
+    model_->setFixedWidth(Theme::scaled(fieldWidth));
+    keyNote->setFixedWidth(Theme::scaled(fieldWidth));
     keyNote->setMinimumHeight(keyNote->fontMetrics().lineSpacing());
-    prompt_->setFixedSize(promptSize);
+    prompt_->setFixedSize(Theme::scaled(promptSize.width()), Theme::scaled(promptSize.height()));
 
     auto* const form = new SettingsForm(*this);
     form->addRow(QString(), isEnabled_);

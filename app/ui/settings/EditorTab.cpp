@@ -5,6 +5,7 @@
 #include "app/settings/Settings.h"
 #include "app/ui/settings/SettingsForm.h"
 #include "app/ui/settings/SizeControl.h"
+#include "app/ui/widgets/Theme.h"
 
 #include <QComboBox>
 #include <QFontDatabase>
@@ -32,7 +33,7 @@ QPlainTextEdit* samplePreview(QWidget* parent)
     preview->setAccessibleName(EditorTab::tr("Preview"));
     preview->setReadOnly(true);
     preview->setLineWrapMode(QPlainTextEdit::NoWrap);
-    preview->setFixedSize(previewSize);
+    preview->setFixedSize(Theme::scaled(previewSize.width()), Theme::scaled(previewSize.height()));
     preview->document()->setDocumentMargin(10);
     preview->setTabChangesFocus(true);
     return preview;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/settings/SettingsForm.h"
 
+#include "app/ui/widgets/Theme.h"
+
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QLabel>
@@ -54,7 +56,7 @@ void SettingsForm::addControl(const QString& title, QWidget* control)
 QLabel* SettingsForm::addNote(const QString& text)
 {
     QLabel* const note = noteLabel(text, parentWidget());
-    note->setFixedWidth(noteWidth);
+    note->setFixedWidth(Theme::scaled(noteWidth));
     addRow(QString(), note);
     return note;
 }
@@ -62,8 +64,8 @@ QLabel* SettingsForm::addNote(const QString& text)
 void fitPicker(QComboBox& picker)
 {
     picker.setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    picker.setMinimumWidth(leastPickerWidth);
-    picker.setMaximumWidth(mostPickerWidth);
+    picker.setMinimumWidth(Theme::scaled(leastPickerWidth));
+    picker.setMaximumWidth(Theme::scaled(mostPickerWidth));
 }
 
 QLabel* noteLabel(const QString& text, QWidget* parent)

@@ -9,6 +9,7 @@
 #include "app/ui/settings/SettingsForm.h"
 #include "app/ui/settings/SettingsTabBar.h"
 #include "app/ui/widgets/Separator.h"
+#include "app/ui/widgets/Theme.h"
 
 #include <QGuiApplication>
 #include <QHideEvent>
@@ -89,7 +90,7 @@ SettingsView::SettingsView(const std::vector<SettingsTab>& tabs, QWidget* parent
     column->addSpacing(8);
     column->addWidget(makeSeparator(this));
     column->addWidget(background, 1);
-    pages_->setMinimumWidth(narrowest);
+    pages_->setMinimumWidth(Theme::scaled(narrowest));
 
     for (const SettingsTab& tab : tabs) {
         names_.append(tab.name);

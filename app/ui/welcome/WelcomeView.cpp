@@ -10,6 +10,7 @@
 #include "app/ui/welcome/RecentRowDelegate.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Separator.h"
+#include "app/ui/widgets/Theme.h"
 
 #include <QAction>
 #include <QDropEvent>
@@ -194,7 +195,8 @@ void WelcomeView::reloadRecents()
     }
     recentPart_->setVisible(!recents_.empty());
     // Longer words of another language take more lines.
-    const QSize size = recents_.empty() ? sizeAlone : sizeWithRecents;
+    QSize size = recents_.empty() ? sizeAlone : sizeWithRecents;
+    size.setWidth(Theme::scaled(size.width()));
     setFixedSize(size.expandedTo({0, layout()->totalMinimumHeightForWidth(size.width())}));
 }
 

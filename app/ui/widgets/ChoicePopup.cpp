@@ -172,14 +172,14 @@ void ChoicePopup::filter(const QString& text)
 void ChoicePopup::openBelow(const QWidget& button)
 {
     const bool isMirrored = button.layoutDirection() == Qt::RightToLeft;
-    const int width = std::max(leastPopupWidth, button.width());
+    const int width = std::max(Theme::scaled(leastPopupWidth), button.width());
     const QPoint corner = button.mapToGlobal(QPoint(isMirrored ? button.width() - width : 0, button.height() + 2));
     open(corner, width);
 }
 
 void ChoicePopup::openOver(const QWidget& window)
 {
-    const int width = std::min(palettePopupWidth, window.width() - 40);
+    const int width = std::min(Theme::scaled(palettePopupWidth), window.width() - 40);
     open(window.mapToGlobal(QPoint((window.width() - width) / 2, 80)), width);
 }
 

@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <algorithm>
+
 namespace plovik {
 
 namespace {
@@ -138,8 +140,10 @@ void paintIcon(QPainter& painter, Icon icon)
     case Icon::next:
         return paintChevron(painter, 1);
     case Icon::matchCase:
+        // The font has its size already.
+        painter.scale(1 / painter.worldTransform().m11(), 1 / painter.worldTransform().m22());
         painter.setFont(Theme::font(-0.5, QFont::DemiBold));
-        painter.drawText(QRectF(-12, -12, 24, 24), Qt::AlignCenter, IconButton::tr("Aa"));
+        painter.drawText(QRectF(-40, -40, 80, 80), Qt::AlignCenter, IconButton::tr("Aa"));
         return;
     case Icon::back:
         painter.drawPolyline(QPolygonF{QPointF(1.5, -5), QPointF(-3.5, 0), QPointF(1.5, 5)});
@@ -161,7 +165,9 @@ IconButton::IconButton(Icon icon, const QString& title, QWidget* parent, const Q
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::ArrowCursor);
     setAttribute(Qt::WA_Hover);
-    setFixedSize(side, side);
+    // Beside a large font it is larger, but not higher than a line.
+    const int high = std::max(side, QFontMetrics(Theme::font()).height() + 4);
+    setFixedSize(high, high);
 }
 
 void IconButton::paintEvent(QPaintEvent*)
@@ -189,6 +195,7 @@ void IconButton::paintEvent(QPaintEvent*)
     painter.setPen(QPen(color, 1.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.translate(panel.center());
+    painter.scale(panel.height() / (side - 1), panel.height() / (side - 1));
     paintIcon(painter, icon_);
 }
 

@@ -28,7 +28,7 @@ constexpr int compactHeight = 22;
 constexpr double controlRadius = 6;
 constexpr int textPadding = 10;
 constexpr int scrollBarThickness = 10;
-constexpr int indicatorSize = 15;
+constexpr double ordinaryBox = 15;
 constexpr int tipRadius = 6;
 constexpr int tipSideMargin = 2; ///< besides the margin that a tip has at all sides
 
@@ -218,6 +218,8 @@ void paintMenuBarItem(QPainter& painter, const QStyleOptionMenuItem& option)
 
 } // namespace
 
+int checkBoxSize() { return Theme::scaled(static_cast<int>(ordinaryBox)); }
+
 void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState state, bool isEnabled, bool hasFocus)
 {
     const Theme& theme = Theme::current();
@@ -232,12 +234,12 @@ void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState state, bo
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(theme.onAccent, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    const QPointF middle = QRectF(box).center();
+    painter.translate(QRectF(box).center());
+    painter.scale(box.width() / ordinaryBox, box.height() / ordinaryBox);
     if (state == Qt::Checked)
-        painter.drawPolyline(
-            QPolygonF{middle + QPointF(-3.2, 0.2), middle + QPointF(-1, 2.5), middle + QPointF(3.4, -2.4)});
+        painter.drawPolyline(QPolygonF{QPointF(-3.2, 0.2), QPointF(-1, 2.5), QPointF(3.4, -2.4)});
     else
-        painter.drawLine(middle + QPointF(-3, 0), middle + QPointF(3, 0));
+        painter.drawLine(QPointF(-3, 0), QPointF(3, 0));
     painter.restore();
 }
 
@@ -414,7 +416,7 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
     case PM_IndicatorHeight:
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
-        return indicatorSize;
+        return checkBoxSize();
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
     case PM_ScrollView_ScrollBarSpacing:

@@ -36,6 +36,7 @@ public:
 };
 
 /// Draws a check box like the style, for rows that contain one.
+int checkBoxSize(); ///< the side of its square, in pixels
 void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState state, bool isEnabled, bool hasFocus);
 
 } // namespace plovik

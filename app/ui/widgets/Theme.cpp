@@ -314,6 +314,12 @@ QFont Theme::font(double pointsMore, QFont::Weight weight)
     return font;
 }
 
+int Theme::scaled(int pixels)
+{
+    constexpr double ordinaryPoints = 11;
+    return qRound(pixels * std::max(1.0, QApplication::font().pointSizeF() / ordinaryPoints));
+}
+
 QFont Theme::fixedFont(double pointsMore)
 {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);

@@ -69,6 +69,8 @@ struct Theme {
 
     /// Returns the application's font at a size relative to the ordinary one, in points.
     static QFont font(double pointsMore = 0, QFont::Weight weight = QFont::Normal);
+    /// Returns a length in pixels as it is beside the application's font: larger only beside a large one.
+    static int scaled(int pixels);
     /// Returns the desktop's fixed font at a size relative to the ordinary one, in points.
     static QFont fixedFont(double pointsMore = 0);
 };

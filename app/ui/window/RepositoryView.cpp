@@ -12,6 +12,7 @@
 #include "app/ui/widgets/MessageBar.h"
 #include "app/ui/widgets/PaneCycle.h"
 #include "app/ui/widgets/SplitPane.h"
+#include "app/ui/widgets/Theme.h"
 #include "app/ui/window/OperationBar.h"
 #include "app/ui/window/Toolbar.h"
 #include "app/ui/window/TrustBar.h"
@@ -27,8 +28,9 @@ namespace plovik {
 
 namespace {
 
-/// The width of the sidebar before the user has chosen one.
-constexpr Setting<double> sidebarWidth{settings::sidebarWidth.key, 216};
+// The width of the sidebar before the user has chosen one.
+constexpr int ordinarySidebar = 216;
+constexpr double mostOfWindow = 0.3;
 constexpr double sidebarMinWidth = 176;
 constexpr double detailMinWidth = 462;
 constexpr double inspectorMinWidth = 300;
@@ -53,8 +55,12 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     content->setSpacing(0);
     content->addWidget(new OperationBar(store, beside));
     content->addWidget(detailSplit_, 1);
-    auto* split = new SplitPane(sidebarWidth, Qt::Horizontal, SplitPane::Sized::first, sidebarMinWidth, detailMinWidth,
-                                sidebar_, beside, this);
+    auto* split = new SplitPane(settings::sidebarWidth, Qt::Horizontal, SplitPane::Sized::first, sidebarMinWidth,
+                                detailMinWidth, sidebar_, beside, this);
+    split->setAutomatic([](double available) {
+        return std::max<double>(ordinarySidebar,
+                                std::min<double>(Theme::scaled(ordinarySidebar), available * mostOfWindow));
+    });
     windowSplit_ = new SplitPane(settings::commandLogHeight, Qt::Vertical, SplitPane::Sized::second, logMinHeight,
                                  aboveLogMinHeight, split, logPlace_, this);
     windowSplit_->setSizedVisible(false);

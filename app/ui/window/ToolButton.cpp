@@ -14,11 +14,13 @@ namespace plovik {
 namespace {
 
 constexpr int sidePadding = 9;
-constexpr int iconSide = 16;
+constexpr int ordinaryIcon = 16;
 constexpr int partGap = 6;
 constexpr int triangleWidth = 9;
 constexpr int leastTitle = 34; ///< of one that cuts its title
 constexpr int mostTitle = 220;
+
+int iconSide() { return Theme::scaled(ordinaryIcon); }
 
 // All pictures are drawn around the origin, 14 pixels wide and high.
 
@@ -121,7 +123,7 @@ int ToolButton::titleWidth() const
 
 int ToolButton::widthFor(int title) const
 {
-    int width = 2 * sidePadding + iconSide + (title > 0 ? partGap + title : 0);
+    int width = 2 * sidePadding + iconSide() + (title > 0 ? partGap + title : 0);
     if (!badge().isEmpty())
         width += partGap + pillWidth(badge());
     return kind_ == Kind::list ? width + partGap + triangleWidth : width;
@@ -148,10 +150,11 @@ void ToolButton::paintEvent(QPaintEvent* /*event*/)
     QRect inner = rect().adjusted(sidePadding, 0, -sidePadding, 0);
     painter.save();
     painter.setPen(QPen(isEnabled() ? theme.secondaryText : color, 1.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.translate(mirror(QPointF(inner.left() + iconSide / 2.0, height() / 2.0)));
+    painter.translate(mirror(QPointF(inner.left() + iconSide() / 2.0, height() / 2.0)));
+    painter.scale(iconSide() / double{ordinaryIcon}, iconSide() / double{ordinaryIcon});
     paintToolIcon(painter, icon_);
     painter.restore();
-    inner.setLeft(inner.left() + iconSide + partGap);
+    inner.setLeft(inner.left() + iconSide() + partGap);
     if (kind_ == Kind::list) {
         paintDisclosure(painter, mirror(QPointF(inner.right() - triangleWidth / 2.0, height() / 2.0)), true,
                         theme.secondaryText);

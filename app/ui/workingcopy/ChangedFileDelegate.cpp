@@ -21,10 +21,9 @@ namespace {
 
 constexpr int rowInset = 6;
 constexpr int boxLeft = 16;
-constexpr int boxSize = 15;
-constexpr int chipLeft = boxLeft + boxSize + 8;
-constexpr int chipSize = 18;
-constexpr int pathLeft = chipLeft + chipSize + 8;
+
+int chipLeft() { return boxLeft + checkBoxSize() + 8; }
+int pathLeft() { return chipLeft() + statusChipSize() + 8; }
 
 int indentOf(const QModelIndex& index) { return index.data(FileRowsModel::depthRole).toInt() * folderIndent; }
 
@@ -38,7 +37,7 @@ QRect squareIn(const QRect& row, int left, int size)
 bool ChangedFileDelegate::isOnCheckBox(const QRect& row, const QModelIndex& index, const QPoint& point)
 {
     const int left = row.left() + indentOf(index);
-    return row.contains(point) && point.x() >= left + rowInset && point.x() < left + chipLeft - 2;
+    return row.contains(point) && point.x() >= left + rowInset && point.x() < left + chipLeft() - 2;
 }
 
 void ChangedFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
@@ -49,26 +48,26 @@ void ChangedFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
     const auto check = static_cast<Qt::CheckState>(index.data(Qt::CheckStateRole).toInt());
     const RowMirror mirror(option);
     paintRowBackground(*painter, row, option, rowInset);
-    const QRectF box = mirror(QRectF(squareIn(row, boxLeft + indent, boxSize)));
+    const QRectF box = mirror(QRectF(squareIn(row, boxLeft + indent, checkBoxSize())));
     paintCheckBox(*painter, box.toRect(), check, option.state & QStyle::State_Enabled, false);
     if (model.isFolder(index)) {
         paintFolder(*painter, row, triangleLeft + indent, model, index, option);
         return;
     }
     const gitkit::FileChange& file = model.file(index);
-    paintStatusChip(*painter, squareIn(row, chipLeft + indent, chipSize), file.statusCode());
+    paintStatusChip(*painter, squareIn(row, chipLeft() + indent, statusChipSize()), file.statusCode());
     PathParts path = PathParts::of(shownText(file.path));
     if (file.originalPath)
         path = PathParts::of(shownText(*file.originalPath), shownText(file.path));
     if (model.isTree())
         path.folder.clear();
-    paintPath(*painter, row.adjusted(pathLeft + indent, 0, -rowInset - 6, 0), path, option.font);
+    paintPath(*painter, row.adjusted(pathLeft() + indent, 0, -rowInset - 6, 0), path, option.font);
 }
 
 QSize ChangedFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     Q_UNUSED(index)
-    return {pathLeft, std::max(listRowHeight, QFontMetrics(option.font).height() + 8)};
+    return {pathLeft(), std::max(listRowHeight, QFontMetrics(option.font).height() + 8)};
 }
 
 bool ChangedFileDelegate::editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,

@@ -9,6 +9,7 @@
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/ScrollKeeper.h"
 #include "app/ui/widgets/SplitPane.h"
+#include "app/ui/widgets/Theme.h"
 #include "app/ui/workingcopy/ChangedFileDelegate.h"
 #include "app/ui/workingcopy/ChangedFilesList.h"
 #include "app/ui/workingcopy/ChangedFilesMenu.h"
@@ -30,6 +31,7 @@ namespace plovik {
 namespace {
 
 constexpr double filesMinWidth = 244;
+constexpr int buttonsMinWidth = 205; ///< in a row below the files
 constexpr double diffMinWidth = 216;
 
 } // namespace
@@ -38,8 +40,9 @@ WorkingCopyView::WorkingCopyView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), model_(new ChangedFilesModel(store, this)), diffPlace_(new QStackedWidget)
 {
     diffPlace_->addWidget(new WorkingDiffPane(store, nullptr));
-    auto* split = new SplitPane(settings::workingCopyListWidth, Qt::Horizontal, SplitPane::Sized::first, filesMinWidth,
-                                diffMinWidth, makeFilesPane(), diffPlace_, this);
+    auto* split = new SplitPane(settings::workingCopyListWidth, Qt::Horizontal, SplitPane::Sized::first,
+                                std::max<double>(filesMinWidth, Theme::scaled(buttonsMinWidth)), diffMinWidth,
+                                makeFilesPane(), diffPlace_, this);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(split);
