@@ -464,6 +464,19 @@ TEST_F(ActionsTest, TheMenuBarDoesWhatTheContextMenuOfTheSelectionDoes)
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "a");
 
+    store.draft().setBody(QString(60, u'a') + u' ' + QString(60, u'b'));
+    command(u"Commit"_s, u"Wrap Body at 72 Columns"_s)->trigger();
+    EXPECT_EQ(store.draft().commitBody.value(), QString(60, u'a') + u'\n' + QString(60, u'b'));
+    command(u"Commit"_s, u"Sign Off"_s)->trigger();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(store.draft().commitBody.value().contains(u"Signed-off-by: "_s));
+    command(u"Commit"_s, u"Add Co-Author"_s)->trigger();
+    auto* const people = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_TRUE(people);
+    entry(*people, u"Another Person"_s)->trigger();
+    people->close();
+    EXPECT_TRUE(store.draft().commitBody.value().endsWith(u"Co-authored-by: "_s));
+
     store.window().select(SidebarItem::ref("refs/heads/main"));
     ASSERT_TRUE(worker.settle());
     merge = command(u"Branch"_s, u"Merge into “main”…"_s);
@@ -477,6 +490,8 @@ TEST_F(ActionsTest, TheMenuBarDoesWhatTheContextMenuOfTheSelectionDoes)
     QAction* const pick = command(u"Commit"_s, u"Cherry-Pick"_s);
     ASSERT_TRUE(pick);
     EXPECT_TRUE(pick->isEnabled()) << "the tip of the branch is selected";
+    EXPECT_EQ(command(u"Commit"_s, u"Sign Off"_s)->toolTip(),
+              u"Show the working copy, where the message is written."_s);
     delete window.takeCentralWidget();
 }
 

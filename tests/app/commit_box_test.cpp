@@ -327,10 +327,12 @@ TEST(CommitBox, AddsTrailersFromItsMenu)
         for (QAction* action : menu->findChildren<QAction*>())
             if (withoutMnemonic(action->text()) == title)
                 action->trigger();
-        for (QMenu* sub : menu->findChildren<QMenu*>())
+        for (QMenu* sub : menu->findChildren<QMenu*>()) {
+            Q_EMIT sub->aboutToShow();
             for (QAction* action : sub->actions())
                 if (withoutMnemonic(action->text()) == title)
                     action->trigger();
+        }
         delete menu;
         EXPECT_TRUE(window.worker.settle());
     };

@@ -430,6 +430,9 @@ TEST_F(DiffViewTest, TellsWhereMovedLinesCameFromAndWent)
     EXPECT_TRUE(section().toolTip().contains(u"Moved to line 7"_s)) << section().toolTip().toStdString();
     hover(inGutter(8));
     EXPECT_EQ(section().toolTip(), QString());
+    QAccessibleInterface* const read = QAccessible::queryAccessibleInterface(&section());
+    EXPECT_TRUE(read->text(QAccessible::Value).contains(u"\n+one (Moved from line 5)\n"_s));
+    EXPECT_TRUE(read->text(QAccessible::Value).endsWith(u"\n+three (Moved from line 7)\n+four"_s));
 
     controller().setCurrentRow(6);
     QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});

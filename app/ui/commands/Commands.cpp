@@ -67,6 +67,8 @@ constexpr const char* wantedLines = QT_TRANSLATE_NOOP("Commands", "Select change
 constexpr const char* wantedCommit = QT_TRANSLATE_NOOP("Commands", "Select a commit in the history.");
 constexpr const char* wantedRef = QT_TRANSLATE_NOOP("Commands", "Select a branch or a tag in the sidebar.");
 constexpr const char* wantedStash = QT_TRANSLATE_NOOP("Commands", "Select a stash.");
+constexpr const char* wantedMessage =
+    QT_TRANSLATE_NOOP("Commands", "Show the working copy, where the message is written.");
 constexpr const char* wantedLogged = QT_TRANSLATE_NOOP("Commands", "Select a command in the command log.");
 
 constexpr Command onSelection(Id id, const char* name, const char* wanted, QKeyCombination keys = {})
@@ -275,7 +277,7 @@ constexpr Command table[] = {
      .name = QT_TRANSLATE_NOOP("Commands", "Commit"),
      .keys = Qt::CTRL | Qt::Key_Return,
      .action = Command::SightSlot{"commit()"},
-     .wanted = QT_TRANSLATE_NOOP("Commands", "Show the working copy, where the message is written."),
+     .wanted = wantedMessage,
      .hasViewKeys = true},
     {.id = Id::find,
      .name = QT_TRANSLATE_NOOP("Commands", "Find…"),
@@ -349,6 +351,11 @@ constexpr Command table[] = {
     onSelection(Id::showCommit, QT_TRANSLATE_NOOP("Commands", "Show Commit"),
                 QT_TRANSLATE_NOOP("Commands", "Select a line of a blame, or a commit in the history of a file."),
                 Qt::Key_Return),
+    onSelection(Id::signOff, QT_TRANSLATE_NOOP("Commands", "Sign Off"), wantedMessage),
+    onSelection(Id::addCoAuthor, QT_TRANSLATE_NOOP("Commands", "Add Co-Author"), wantedMessage),
+    onSelection(Id::wrapBody, QT_TRANSLATE_NOOP("Commands", "Wrap Body"), wantedMessage),
+    onSelection(Id::goToMovedLine, QT_TRANSLATE_NOOP("Commands", "Go to Moved Line"),
+                QT_TRANSLATE_NOOP("Commands", "Select a moved line in a diff.")),
 };
 
 constexpr bool hasARowForEachId()
@@ -357,7 +364,7 @@ constexpr bool hasARowForEachId()
         if (table[index].id != static_cast<CommandId>(index))
             return false;
     }
-    return std::size(table) == static_cast<std::size_t>(Id::showCommit) + 1;
+    return std::size(table) == static_cast<std::size_t>(Id::goToMovedLine) + 1;
 }
 static_assert(hasARowForEachId());
 

@@ -111,6 +111,10 @@ enum class CommandId {
     copyHash,
     copySubject,
     showCommit,
+    signOff,
+    addCoAuthor,
+    wrapBody,
+    goToMovedLine,
 };
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is

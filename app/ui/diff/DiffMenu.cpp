@@ -86,24 +86,14 @@ void addMove(QMenu& menu, DiffSectionView& view)
     if (other < 0)
         return;
     menu.addSeparator();
-    menu.addAction(movedText(controller.diff().document(), row), &view, [&controller, other] {
+    QAction* const entry = menu.addAction(movedText(controller.diff().document(), row), &view, [&controller, other] {
         controller.setCurrentRow(other);
         Q_EMIT controller.revealRequested(other, other, 3);
     });
+    markAs(CommandId::goToMovedLine, entry);
 }
 
 } // namespace
-
-QString movedText(const DiffDocument& document, int row)
-{
-    const int other = document.movedRow(row);
-    if (other < 0)
-        return {};
-    const DiffDocument::Row& there = document.row(other);
-    return there.kind == DiffDocument::Kind::deletion
-               ? tr(QT_TRANSLATE_NOOP("Diff", "Moved from line %1")).arg(there.oldNumber.value_or(0))
-               : tr(QT_TRANSLATE_NOOP("Diff", "Moved to line %1")).arg(there.newNumber.value_or(0));
-}
 
 QMenu* makeDiffMenu(DiffSectionView& view)
 {

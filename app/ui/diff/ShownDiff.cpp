@@ -1,10 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/ShownDiff.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
 namespace plovik {
+
+using namespace Qt::StringLiterals;
+
+QString movedText(const DiffDocument& document, int row)
+{
+    const int other = document.movedRow(row);
+    if (other < 0)
+        return {};
+    const DiffDocument::Row& there = document.row(other);
+    return there.kind == DiffDocument::Kind::deletion
+               ? QCoreApplication::translate("Diff", "Moved from line %1").arg(there.oldNumber.value_or(0))
+               : QCoreApplication::translate("Diff", "Moved to line %1").arg(there.newNumber.value_or(0));
+}
 
 void ShownDiff::setContent(DiffContent content)
 {
@@ -103,8 +118,11 @@ int ShownDiff::openGap(int hunk, GapSide side) const
 QString ShownDiff::plainText() const
 {
     QStringList lines = notes_.above;
-    for (int row = 0; row < document_.rowCount(); ++row)
+    for (int row = 0; row < document_.rowCount(); ++row) {
         lines << document_.row(row).sign + document_.text(row);
+        if (document_.movedRow(row) >= 0)
+            lines.back() += u" ("_s + movedText(document_, row) + u')';
+    }
     lines << notes_.below;
     return lines.join(u'\n');
 }

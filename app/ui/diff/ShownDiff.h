@@ -12,6 +12,9 @@
 
 namespace plovik {
 
+/// Returns where a moved line comes from or has gone to, as a sentence; empty for another line.
+QString movedText(const DiffDocument& document, int row);
+
 /// The unchanged lines above a hunk, or those below it.
 enum class GapSide { above, below };
 
@@ -49,7 +52,7 @@ public:
     /// Returns whether a gap above or below the hunk still hides lines.
     bool canShowMore(int hunk, GapSide side) const { return openGap(hunk, side) >= 0; }
 
-    /// Returns the sentences and the rows with their signs as text.
+    /// Returns the sentences and the rows with their signs as text, and behind moved lines where they were or are.
     QString plainText() const;
     /// Returns the rows that are selected, at least in part, in order.
     std::vector<int> rowsOf(const DiffSelection& selection) const;

@@ -86,12 +86,38 @@ void MessageButtons::write()
 
 void MessageButtons::showMenu()
 {
-    auto* const menu = new QMenu(this);
+    QMenu* const menu = makeContextMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    addTrailers(*menu);
+    menu->popup(more_->mapToGlobal(QPoint(0, more_->height())));
+}
+
+QMenu* MessageButtons::makeContextMenu()
+{
+    auto* const menu = new QMenu(this);
+    menu->setToolTipsVisible(true);
+    QAction* const signOff = menu->addAction(tr("Sign Off"), this, [this] { launch(signingOff()); });
+    signOff->setToolTip(tr("Add a Signed-off-by line with your name"));
+    QMenu* const people = menu->addMenu(tr("Add Co-Author"));
+    connect(people, &QMenu::aboutToShow, this, [this, people] {
+        if (people->isEmpty())
+            addPeople(*people);
+    });
+    // An entry with a menu is triggered by its command alone.
+    connect(people->menuAction(), &QAction::triggered, this, &MessageButtons::showPeople);
     menu->addSeparator();
-    menu->addAction(tr("Wrap Body at %1 Columns").arg(messageFormat::bodyColumns), this,
-                    [this] { store_.draft().setBody(messageFormat::wrapped(store_.draft().commitBody.value())); });
+    QAction* const wrap = menu->addAction(tr("Wrap Body at %1 Columns").arg(messageFormat::bodyColumns), this, [this] {
+        store_.draft().setBody(messageFormat::wrapped(store_.draft().commitBody.value()));
+    });
+    for (const auto& [id, entry] : {std::pair{CommandId::signOff, signOff},
+                                    {CommandId::addCoAuthor, people->menuAction()},
+                                    {CommandId::wrapBody, wrap}})
+    {
+        markAs(id, entry);
+        if (const QString why = whyNotChange(); !why.isEmpty()) {
+            entry->setEnabled(false);
+            entry->setToolTip(why);
+        }
+    }
     QAction* const spelling = menu->addAction(tr("Check Spelling"));
     spelling->setCheckable(true);
     spelling->setChecked(Settings::shared().value(settings::checksSpelling));
@@ -103,15 +129,29 @@ void MessageButtons::showMenu()
         menu->addAction(writing.title(), this, &MessageButtons::write)->setEnabled(writing.isOffered(store_));
         addCommand(*menu, store_, CommandId::showWhatIsSent);
     }
-    menu->popup(more_->mapToGlobal(QPoint(0, more_->height())));
+    return menu;
+}
+
+/// What is added while the fields wait to be filled or emptied would be lost.
+QString MessageButtons::whyNotChange() const
+{
+    if (store_.draft().generatingMessage.value())
+        return tr("A message is being written.");
+    const bool isCommitting = store_.changes().isRunning({Verb::commit, Verb::amend, Verb::continueOperation});
+    return isCommitting ? tr("The message is being committed.") : QString();
+}
+
+void MessageButtons::showPeople()
+{
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    addPeople(*menu);
+    menu->popup(mapToGlobal(QPoint(more_->x(), more_->y() + more_->height())));
 }
 
 /// Offers those who wrote the newest commits of the history as co-authors, the most frequent first.
-void MessageButtons::addTrailers(QMenu& menu)
+void MessageButtons::addPeople(QMenu& menu)
 {
-    menu.addAction(tr("Sign Off"), this, [this] { launch(signingOff()); })
-        ->setToolTip(tr("Add a Signed-off-by line with your name"));
-    QMenu* const people = menu.addMenu(tr("Add Co-Author"));
     std::map<std::string, int> commits;
     const HistoryRows& rows = store_.history().history.value();
     for (std::size_t row = 0; row < std::min(rows.size(), lookedAtCommits); ++row) {
@@ -124,11 +164,11 @@ void MessageButtons::addTrailers(QMenu& menu)
     std::ranges::sort(authors);
     for (const auto& [count, author] : authors | std::views::take(offeredAuthors)) {
         const QString shown = shownText(author);
-        people->addAction(plainMenuText(shown), this, [this, shown] { extendBody(u"Co-authored-by: "_s + shown); });
+        menu.addAction(plainMenuText(shown), this, [this, shown] { extendBody(u"Co-authored-by: "_s + shown); });
     }
     if (!authors.empty())
-        people->addSeparator();
-    people->addAction(tr("Another Person"), this, [this] { extendBody(u"Co-authored-by: "_s); });
+        menu.addSeparator();
+    menu.addAction(tr("Another Person"), this, [this] { extendBody(u"Co-authored-by: "_s); });
 }
 
 void MessageButtons::extendBody(const QString& trailer)

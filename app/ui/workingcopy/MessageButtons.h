@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/ui/widgets/ContextMenuSource.h"
 
 #include <QProperty>
 #include <QWidget>
@@ -19,7 +20,7 @@ class Spinner;
 
 /// The menu of what can be done with a commit message, and the button that has one written, which is shown only while the
 /// settings enable it. While a message is being written, a spinner and "Cancel" take their place. Main thread.
-class MessageButtons : public QWidget {
+class MessageButtons : public QWidget, public ContextMenuSource {
     Q_OBJECT
 
 public:
@@ -27,6 +28,9 @@ public:
     explicit MessageButtons(RepositoryStore& store, QWidget* parent = nullptr);
 
     QWidget* firstInTabOrder() const;
+
+    /// Returns the menu, in which what changes the message is disabled while a message is written or committed.
+    QMenu* makeContextMenu() override;
 
 Q_SIGNALS:
     /// Something was added at the end of the body, where the user may want to go on.
@@ -36,8 +40,10 @@ private:
     void arrange();
     void write();
     void showMenu();
+    void showPeople();
     void showState();
-    void addTrailers(QMenu& menu);
+    void addPeople(QMenu& menu);
+    QString whyNotChange() const;
     void extendBody(const QString& trailer);
     QCoro::Task<> signingOff();
 
