@@ -30,6 +30,7 @@ void WindowState::selectCommit(std::optional<std::string> hash, Step step)
     if (hash == selectedCommit.value())
         return;
     selectedCommit = std::move(hash);
+    leaveBlame();
     moved(step);
 }
 
@@ -38,6 +39,7 @@ void WindowState::selectStash(std::optional<std::string> hash)
     if (hash == selectedStash.value())
         return;
     selectedStash = std::move(hash);
+    leaveBlame();
     moved(Step::straight);
 }
 
@@ -86,5 +88,11 @@ void WindowState::tell(const QString& sentence)
 void WindowState::inspect(InspectedFile file) { inspected = std::move(file); }
 
 void WindowState::closeInspector() { inspected = std::nullopt; }
+
+void WindowState::leaveBlame()
+{
+    if (inspected.value() && inspected.value()->tab == InspectedFile::Tab::blame)
+        closeInspector();
+}
 
 } // namespace plovik

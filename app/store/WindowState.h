@@ -96,6 +96,9 @@ public:
     Observed<std::optional<InspectedFile>, WindowState> inspected;
     void inspect(InspectedFile file);
     void closeInspector();
+    /// Closes the inspector if it shows a blame: something else is to be shown in the place of the diffs, where it is.
+    /// Selecting another commit or stash does so.
+    void leaveBlame();
 
     /// Whether the panel with the command log is open.
     Observed<bool, WindowState> showsCommandLog{false};

@@ -470,7 +470,7 @@ struct InspectedWindow : testing::Test {
 
 TEST_F(InspectedWindow, TakesThePlaceOfTheDiffsOrTheRightEdgeAndGivesTheFocusBackWhenItCloses)
 {
-    repo.write("f", numbered(30)).commit("create").write("f", numbered(31));
+    repo.write("f", numbered(30)).commit("create").write("f", numbered(31)).write("g", "");
     RepositoryView view(store);
     view.resize(860, 520);
     view.show();
@@ -483,7 +483,7 @@ TEST_F(InspectedWindow, TakesThePlaceOfTheDiffsOrTheRightEdgeAndGivesTheFocusBac
     ASSERT_TRUE(files->hasFocus());
 
     const std::unique_ptr<QMenu> menu(
-        makeChangedFilesMenu(store, store.snapshot().status.value().files, u"Open"_s, nullptr));
+        makeChangedFilesMenu(store, {store.snapshot().status.value().files[0]}, u"Open"_s, nullptr));
     test::entry(*menu, u"Show Blame"_s)->trigger();
     worker.finishAll();
     auto* const blame = test::named<BlameList>(view, u"Blame"_s);
@@ -498,7 +498,19 @@ TEST_F(InspectedWindow, TakesThePlaceOfTheDiffsOrTheRightEdgeAndGivesTheFocusBac
     store.window().select(SidebarItem::history());
     worker.finishAll();
     EXPECT_TRUE(blame->isVisible());
+    store.window().selectCommit(repo.read({"rev-parse", "HEAD"}));
+    store.window().selectCommit(std::nullopt);
+    EXPECT_FALSE(blame->isVisible()) << "another commit is to be seen in its place";
     store.window().select(SidebarItem::workingCopy());
+    test::entry(*menu, u"Show Blame"_s)->trigger();
+    worker.finishAll();
+    ASSERT_TRUE(blame->isVisible());
+    store.window().selectPaths({"f"});
+    files->selectionModel()->select(files->model()->index(1, 0), QItemSelectionModel::ClearAndSelect);
+    EXPECT_FALSE(blame->isVisible()) << "nor does it hide the diff of another file";
+    files->selectionModel()->select(files->model()->index(0, 0), QItemSelectionModel::ClearAndSelect);
+    test::entry(*menu, u"Show Blame"_s)->trigger();
+    worker.finishAll();
     ASSERT_TRUE(blame->isVisible());
     blame->setFocus();
 

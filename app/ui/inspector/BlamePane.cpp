@@ -230,15 +230,17 @@ void BlamePane::showCommit(int row)
 {
     if (!shown_)
         return;
-    const BlameDocument::Commit& commit = list_->document()->commit(row);
+    // Copied, since a blame that is left forgets its lines. They may still be those of the file before.
+    const std::string path = shown_->path;
+    const BlameDocument::Commit commit = list_->document()->commit(row);
+    store_.window().leaveBlame();
     if (!commit.isUncommitted) {
         store_.history().showCommit(commit.hash);
         return;
     }
     if (store_.window().selection.value() != SidebarItem::workingCopy())
         store_.window().select(SidebarItem::workingCopy());
-    // The lines on display may still be those of the file before.
-    store_.window().selectPaths(std::set<std::string>{shown_->path});
+    store_.window().selectPaths(std::set<std::string>{path});
 }
 
 void BlamePane::focusInEvent(QFocusEvent* event)

@@ -169,6 +169,9 @@ void WorkingCopyView::userSelected()
         }
     }
     const QScopedValueRollback updating(isUpdating_, true);
+    const auto& blamed = store_.window().inspected.value();
+    if (blamed && !paths.empty() && !paths.contains(blamed->path))
+        store_.window().leaveBlame();
     store_.window().selectPaths(std::move(paths));
 }
 
