@@ -146,6 +146,36 @@ TEST_F(AllFilesTest, FoldAndOpenAndAreWalkedThroughAndCopied)
     EXPECT_EQ(all().diffsHeld(), 0);
 }
 
+TEST_F(AllFilesTest, AllLinesThatWereAskedForComeWhateverElseIsLookedAt)
+{
+    std::string longText;
+    for (int line = 0; line < gitkit::ParsedDiff::shownLines + 100; ++line)
+        longText += "line " + std::to_string(line) + "\n";
+    repo.write("a1", longText).write("a2", longText);
+    open();
+    const auto rows = [&](std::size_t file) { return all().diffOf(file)->controller().diff().document().rowCount(); };
+    const auto showAll = [&](std::size_t file) {
+        list().setCurrentFile(file);
+        settle();
+        ASSERT_TRUE(all().diffOf(file));
+        ASSERT_LE(rows(file), gitkit::ParsedDiff::shownLines);
+        all().diffOf(file)->controller().selectAll(); // so that it stays in memory
+        Q_EMIT all().diffOf(file)->controller().allLinesRequested();
+    };
+    showAll(0);
+    list().setCurrentFile(200);
+    settle();
+    list().setCurrentFile(0);
+    settle();
+    EXPECT_GT(rows(0), gitkit::ParsedDiff::shownLines) << "where another file was looked at meanwhile";
+    showAll(1);
+    all().verticalScrollBar()->setValue(0);
+    settle();
+    list().setCurrentFile(1);
+    settle();
+    EXPECT_GT(rows(1), gitkit::ParsedDiff::shownLines);
+}
+
 TEST_F(AllFilesTest, AreSearchedBeyondThoseInMemory)
 {
     open();

@@ -131,6 +131,8 @@ void AllFilesView::layOut()
 
 void AllFilesView::place()
 {
+    if (isArriving_)
+        return;
     const int height = viewport()->height();
     const auto [first, end] = filesBetween(scrolled(), scrolled() + height);
     placeBars(first, end);
@@ -234,6 +236,7 @@ void AllFilesView::drop(Item& item)
     item.diff->hide();
     item.diff->deleteLater();
     item.diff = nullptr;
+    item.isReadOn = false;
 }
 
 gitkit::DiffReading AllFilesView::diffReading() const
@@ -243,11 +246,15 @@ gitkit::DiffReading AllFilesView::diffReading() const
             gitkit::DiffReach::beginning};
 }
 
-/// Reads what is in sight first, then what is below and above it.
+/// Reads what was asked for first, then what is in sight, below and above it.
 void AllFilesView::readNext()
 {
     if (items_.empty() || !isVisible())
         return;
+    if (const auto readOn = std::ranges::find(items_, true, &Item::isReadOn); readOn != items_.end()) {
+        ask(static_cast<std::size_t>(readOn - items_.begin()));
+        return;
+    }
     const int height = viewport()->height();
     const auto isWanted = [this](std::size_t file) {
         const Item& item = items_[file];
@@ -258,26 +265,39 @@ void AllFilesView::readNext()
         for (std::size_t file = first; file < behind; ++file) {
             if (!isWanted(file))
                 continue;
-            asked_ = file;
-            gitkit::DiffReading reading = diffReading();
-            reading.reach = items_[file].reach;
-            diffs_.ask({reading_->detail.hash, reading_->detail.files[file], reading});
+            ask(file);
             return;
         }
     }
+}
+
+void AllFilesView::ask(std::size_t file)
+{
+    asked_ = file;
+    gitkit::DiffReading reading = diffReading();
+    reading.reach = items_[file].reach;
+    diffs_.ask({reading_->detail.hash, reading_->detail.files[file], reading});
 }
 
 void AllFilesView::diffRead()
 {
     const std::size_t file = asked_;
     Item& item = items_[file];
+    item.isReadOn = false;
     if (diffs_.failure()) {
-        item.problem = diffs_.failure()->message;
+        if (item.diff)
+            store_.window().tell(diffs_.failure()->message);
+        else
+            item.problem = diffs_.failure()->message;
     } else {
         const bool isNew = !item.diff;
         if (isNew)
             item.diff = makeDiff(file);
-        item.diff->setDiff(reading_->detail.files[file].path, std::move(*diffs_.result()));
+        {
+            // Its height changes, and nothing may be dropped or read because of that before it is in place.
+            const QScopedValueRollback arriving(isArriving_, true);
+            item.diff->setDiff(reading_->detail.files[file].path, std::move(*diffs_.result()));
+        }
         item.height = item.diff->height();
         item.isMeasured = true;
         if (isNew) {
@@ -316,10 +336,8 @@ FileDiff* AllFilesView::makeDiff(std::size_t file)
     });
     connect(diff, &FileDiff::allLinesRequested, this, [this, file] {
         items_[file].reach = gitkit::DiffReach::whole;
-        asked_ = file;
-        gitkit::DiffReading whole = diffReading();
-        whole.reach = gitkit::DiffReach::whole;
-        diffs_.ask({reading_->detail.hash, reading_->detail.files[file], whole});
+        items_[file].isReadOn = true;
+        readNext();
     });
     connect(diff->view().horizontalScrollBar(), &QScrollBar::valueChanged, this, [this, diff](int value) {
         if (!isMoving_ &&

@@ -81,6 +81,7 @@ private:
         bool isMeasured = false;
         bool isFolded = false;
         gitkit::DiffReach reach = gitkit::DiffReach::beginning;
+        bool isReadOn = false; ///< all lines were asked for, and are not there yet
         FileDiff* diff = nullptr;
         QString problem; ///< why it could not be read
     };
@@ -99,6 +100,7 @@ private:
     void keepNear(std::size_t first, std::size_t end);
     void drop(Item& item);
     void readNext();
+    void ask(std::size_t file);
     void diffRead();
     FileDiff* makeDiff(std::size_t file);
     void reveal(std::size_t file, const QRect& area);
@@ -120,6 +122,7 @@ private:
     int barReserve_ = 0;
     bool showsWholeFile_ = false;
     bool isMoving_ = false;
+    bool isArriving_ = false; ///< a diff is being put in place
     Latest<CommitDiffRequest, gitkit::ParsedDiff> diffs_;
 };
 
