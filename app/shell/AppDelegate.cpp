@@ -228,6 +228,7 @@ void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const st
         Q_EMIT finished(status_);
         return;
     }
+    Q_EMIT alertOpening();
     auto* const box = new MessageDialog(title, detail, currentWindow());
     connect(box, &QDialog::finished, this, [this] {
         if (repositoryWindows_.empty())

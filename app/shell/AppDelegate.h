@@ -73,6 +73,8 @@ public:
 Q_SIGNALS:
     /// Emitted when a repository window was created.
     void windowOpened(RepositoryWindow* window);
+    /// Emitted before an alert opens, which may be the first window of all.
+    void alertOpening();
     /// Emitted when the window that the command line names is shown.
     void askedWindowShown(QWidget* window);
     /// Emitted when the last window has gone, and what ran in it has ended; with the program's exit status.

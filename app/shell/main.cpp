@@ -63,6 +63,10 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
             if (QApplication::windowIcon().isNull())
                 QObject::connect(window, &RepositoryWindow::settled, window, &setWindowIcon);
         });
+        QObject::connect(&delegate, &AppDelegate::alertOpening, &delegate, [] {
+            if (QApplication::windowIcon().isNull())
+                setWindowIcon();
+        });
     } else {
         setWindowIcon();
     }

@@ -198,6 +198,7 @@ TEST_F(AccessibilityTest, PanesAreReachedByKeyAndHaveTheirRoles)
     EXPECT_EQ(role("Sidebar"), QAccessible::Tree);
     EXPECT_EQ(role("Changed Files"), QAccessible::List);
     EXPECT_EQ(role("Commit Body"), QAccessible::EditableText);
+    EXPECT_EQ(role("Divider"), QAccessible::Splitter);
     store.window().select(SidebarItem::history());
     EXPECT_TRUE(worker.settle());
     QApplication::processEvents();

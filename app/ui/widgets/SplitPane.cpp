@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/widgets/SplitPane.h"
 
+#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QSplitterHandle>
@@ -68,6 +69,19 @@ private:
     std::optional<QPoint> caughtAt_; ///< from the line's corner
 };
 
+/// The toolkit calls it a grip, which assistive technology does not know.
+void nameDividers()
+{
+    static const bool isInstalled = [] {
+        QAccessible::installFactory([](const QString&, QObject* object) -> QAccessibleInterface* {
+            auto* const divider = dynamic_cast<Divider*>(object);
+            return divider ? new QAccessibleWidget(divider, QAccessible::Splitter) : nullptr;
+        });
+        return true;
+    }();
+    Q_UNUSED(isInstalled)
+}
+
 int along(Qt::Orientation orientation, QSize size)
 {
     return orientation == Qt::Horizontal ? size.width() : size.height();
@@ -86,6 +100,7 @@ SplitPane::SplitPane(const Setting<double>& size, Qt::Orientation orientation, S
                      double minOtherSize, QWidget* first, QWidget* second, QWidget* parent)
     : QSplitter(orientation, parent), size_(size), sized_(sized), limits_{minSize, minOtherSize}
 {
+    nameDividers();
     setHandleWidth(lineThickness);
     setChildrenCollapsible(false);
     for (QWidget* child : {first, second}) {
