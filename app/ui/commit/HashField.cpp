@@ -2,6 +2,7 @@
 #include "app/ui/commit/HashField.h"
 
 #include "app/ui/widgets/FocusRing.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QAbstractButton>
@@ -104,7 +105,7 @@ void HashField::setBrief(bool brief)
 void HashField::show()
 {
     text_->setText(isBrief_ ? hash_.left(briefDigits) : hash_);
-    text_->setToolTip(isBrief_ ? hash_ : QString());
+    text_->setToolTip(plainToolTip(isBrief_ ? hash_ : QString()));
     text_->setCursorPosition(0);
     text_->setMinimumWidth(isBrief_ ? briefTextWidth() : 0);
     text_->setMaximumWidth(isBrief_ ? briefTextWidth() : QWIDGETSIZE_MAX);

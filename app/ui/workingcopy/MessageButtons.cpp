@@ -115,7 +115,7 @@ QMenu* MessageButtons::makeContextMenu()
         markAs(id, entry);
         if (const QString why = whyNotChange(); !why.isEmpty()) {
             entry->setEnabled(false);
-            entry->setToolTip(why);
+            entry->setToolTip(plainToolTip(why));
         }
     }
     QAction* const spelling = menu->addAction(tr("Check Spelling"));
