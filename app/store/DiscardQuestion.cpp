@@ -29,10 +29,10 @@ QString linesText(const DiscardExtent& counts)
     const int changed = counts.unstagedLines;
     const int staged = counts.stagedLines;
     if (changed == 0)
-        return staged == 0 ? QString() : DiscardTexts::tr("%n staged line(s)", nullptr, staged);
-    const QString lines = DiscardTexts::tr("%n changed line(s)", nullptr, changed);
+        return staged == 0 ? QString() : DiscardTexts::tr("%Ln staged line(s)", nullptr, staged);
+    const QString lines = DiscardTexts::tr("%Ln changed line(s)", nullptr, changed);
     return staged == 0 ? lines
-                       : DiscardTexts::tr("%1 and %n staged one(s)", "behind a number of lines", staged).arg(lines);
+                       : DiscardTexts::tr("%1 and %Ln staged one(s)", "behind a number of lines", staged).arg(lines);
 }
 
 /// Returns "3 changed lines and 1 staged one; 2 new files".
@@ -43,10 +43,10 @@ QString countsText(const DiscardExtent& counts)
         parts.append(lines);
     const int binaryFiles = counts.binaryFiles;
     if (binaryFiles > 0)
-        parts.append(DiscardTexts::tr("%n binary file(s)", nullptr, binaryFiles));
+        parts.append(DiscardTexts::tr("%Ln binary file(s)", nullptr, binaryFiles));
     const int newFiles = counts.newFiles;
     if (newFiles > 0)
-        parts.append(DiscardTexts::tr("%n new file(s)", nullptr, newFiles));
+        parts.append(DiscardTexts::tr("%Ln new file(s)", nullptr, newFiles));
     return parts.join(u"; "_s);
 }
 
@@ -77,13 +77,13 @@ Confirmation discardQuestion(const std::vector<FileChange>& files, const std::op
     Confirmation question;
     if (std::ranges::all_of(files, isNewFile)) {
         question.title = count == 1 ? DiscardTexts::tr("Delete %1?").arg(inQuotes(files.front().path))
-                                    : DiscardTexts::tr("Delete %n file(s)?", nullptr, count);
+                                    : DiscardTexts::tr("Delete %Ln file(s)?", nullptr, count);
         question.message = count == 1 ? DiscardTexts::tr("The file is moved to the Trash.")
                                       : DiscardTexts::tr("The files are moved to the Trash.");
         question.actionTitle = DiscardTexts::tr("Delete");
     } else {
         question.title = count == 1 ? DiscardTexts::tr("Discard changes in %1?").arg(inQuotes(files.front().path))
-                                    : DiscardTexts::tr("Discard changes in %n file(s)?", nullptr, count);
+                                    : DiscardTexts::tr("Discard changes in %Ln file(s)?", nullptr, count);
         question.message = std::ranges::any_of(files, isNewFile)
                                ? DiscardTexts::tr("Local modifications are lost. New files are moved to the Trash.")
                                : DiscardTexts::tr("Local modifications are lost.");

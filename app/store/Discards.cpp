@@ -117,7 +117,7 @@ void Discards::askAboutLeft(const Kept& left)
     const auto count = static_cast<int>(left.paths.size());
     Confirmation question;
     question.title = count == 1 ? tr("%1 has changed since the discard").arg(inQuotes(left.paths.front()))
-                                : tr("%n file(s) have changed since the discard", nullptr, count);
+                                : tr("%Ln file(s) have changed since the discard", nullptr, count);
     question.message = tr("What was discarded does not fit into what stands there now, which is untouched. It can be "
                           "saved elsewhere, and it stays kept until you drop it.");
     question.risk = Confirmation::Risk::none;
@@ -145,7 +145,7 @@ void Discards::confirmDrop(const Kept& kept)
     Confirmation question;
     const auto others = static_cast<int>(kept.paths.size()) - 1;
     question.title =
-        (others == 0 ? tr("Drop the copy of %1?") : tr("Drop the copy of %1 and %n other file(s)?", nullptr, others))
+        (others == 0 ? tr("Drop the copy of %1?") : tr("Drop the copy of %1 and %Ln other file(s)?", nullptr, others))
             .arg(inQuotes(kept.paths.front()));
     question.message = tr("What was discarded can then no longer be restored.");
     question.actionTitle = tr("Drop the Copy");
@@ -180,7 +180,7 @@ QString Discards::namesOf(const std::vector<std::string>& paths)
 {
     const auto others = static_cast<int>(paths.size()) - 1;
     return others == 0 ? inQuotes(paths.front())
-                       : tr("%1 and %n other file(s)", nullptr, others).arg(inQuotes(paths.front()));
+                       : tr("%1 and %Ln other file(s)", nullptr, others).arg(inQuotes(paths.front()));
 }
 
 } // namespace plovik

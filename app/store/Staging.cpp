@@ -208,7 +208,7 @@ QCoro::Task<> Staging::stagingAfterMarkerCheck(Files files, GitAccess::Operation
     Confirmation question;
     question.title = marked.size() == 1
                          ? tr("%1 still contains conflict markers").arg(inQuotes(marked.front()))
-                         : tr("%n file(s) still contain conflict markers", nullptr, static_cast<int>(marked.size()));
+                         : tr("%Ln file(s) still contain conflict markers", nullptr, static_cast<int>(marked.size()));
     question.message = tr("Staging marks the conflict as resolved, and the markers would be committed.");
     question.actionTitle = tr("Stage Anyway");
     question.action = stageAfterwards;

@@ -102,7 +102,7 @@ QString Trust::listOf(const Programs& programs, std::size_t most)
     for (std::size_t index = 0; index < std::min(programs.size(), most); ++index)
         lines.append(lineOf(programs[index]));
     if (programs.size() > most)
-        lines.append(tr("and %n other(s)", nullptr, static_cast<int>(programs.size() - most)));
+        lines.append(tr("and %Ln other(s)", nullptr, static_cast<int>(programs.size() - most)));
     return lines.join(u'\n');
 }
 

@@ -38,62 +38,62 @@
 <context>
     <name>Diff</name>
     <message numerus="yes">
-        <source>Stage %n Line(s)</source>
+        <source>Stage %Ln Line(s)</source>
         <translation>
-            <numerusform>Stage %n Line</numerusform>
-            <numerusform>Stage %n Lines</numerusform>
+            <numerusform>Stage %Ln Line</numerusform>
+            <numerusform>Stage %Ln Lines</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Unstage %n Line(s)</source>
+        <source>Unstage %Ln Line(s)</source>
         <translation>
-            <numerusform>Unstage %n Line</numerusform>
-            <numerusform>Unstage %n Lines</numerusform>
+            <numerusform>Unstage %Ln Line</numerusform>
+            <numerusform>Unstage %Ln Lines</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n more line(s)</source>
+        <source>%Ln more line(s)</source>
         <translation>
-            <numerusform>%n more line</numerusform>
-            <numerusform>%n more lines</numerusform>
+            <numerusform>%Ln more line</numerusform>
+            <numerusform>%Ln more lines</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Show %n More Line(s) Above</source>
+        <source>Show %Ln More Line(s) Above</source>
         <translation>
-            <numerusform>Show %n More Line Above</numerusform>
-            <numerusform>Show %n More Lines Above</numerusform>
+            <numerusform>Show %Ln More Line Above</numerusform>
+            <numerusform>Show %Ln More Lines Above</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Show %n More Line(s) Below</source>
+        <source>Show %Ln More Line(s) Below</source>
         <translation>
-            <numerusform>Show %n More Line Below</numerusform>
-            <numerusform>Show %n More Lines Below</numerusform>
+            <numerusform>Show %Ln More Line Below</numerusform>
+            <numerusform>Show %Ln More Lines Below</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Show %n More Line(s)</source>
+        <source>Show %Ln More Line(s)</source>
         <translation>
-            <numerusform>Show %n More Line</numerusform>
-            <numerusform>Show %n More Lines</numerusform>
+            <numerusform>Show %Ln More Line</numerusform>
+            <numerusform>Show %Ln More Lines</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>HttpFailure</name>
     <message numerus="yes">
-        <source>%1 did not answer within %n second(s).</source>
+        <source>%1 did not answer within %Ln second(s).</source>
         <translation>
             <numerusform>%1 did not answer within a second.</numerusform>
-            <numerusform>%1 did not answer within %n seconds.</numerusform>
+            <numerusform>%1 did not answer within %Ln seconds.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>The reply of %1 did not end within %n second(s).</source>
+        <source>The reply of %1 did not end within %Ln second(s).</source>
         <translation>
             <numerusform>The reply of %1 did not end within a second.</numerusform>
-            <numerusform>The reply of %1 did not end within %n seconds.</numerusform>
+            <numerusform>The reply of %1 did not end within %Ln seconds.</numerusform>
         </translation>
     </message>
 </context>
@@ -117,10 +117,10 @@
 <context>
     <name>OperationText</name>
     <message numerus="yes">
-        <source>Roughly %n step(s) left</source>
+        <source>Roughly %Ln step(s) left</source>
         <translation>
-            <numerusform>Roughly %n step left</numerusform>
-            <numerusform>Roughly %n steps left</numerusform>
+            <numerusform>Roughly %Ln step left</numerusform>
+            <numerusform>Roughly %Ln steps left</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -131,44 +131,44 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>Merging %n branch(es) into the detached HEAD</source>
+        <source>Merging %Ln branch(es) into the detached HEAD</source>
         <translation>
-            <numerusform>Merging %n branch into the detached HEAD</numerusform>
-            <numerusform>Merging %n branches into the detached HEAD</numerusform>
+            <numerusform>Merging %Ln branch into the detached HEAD</numerusform>
+            <numerusform>Merging %Ln branches into the detached HEAD</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Merging %n branch(es) into %1</source>
+        <source>Merging %Ln branch(es) into %1</source>
         <translation>
-            <numerusform>Merging %n branch into %1</numerusform>
-            <numerusform>Merging %n branches into %1</numerusform>
+            <numerusform>Merging %Ln branch into %1</numerusform>
+            <numerusform>Merging %Ln branches into %1</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n branch(es) (being merged)</source>
+        <source>%Ln branch(es) (being merged)</source>
         <translation>
-            <numerusform>%n branch (being merged)</numerusform>
-            <numerusform>%n branches (being merged)</numerusform>
+            <numerusform>%Ln branch (being merged)</numerusform>
+            <numerusform>%Ln branches (being merged)</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>RefBadges</name>
     <message numerus="yes">
-        <source>and %n more</source>
+        <source>and %Ln more</source>
         <translation>
-            <numerusform>and %n more</numerusform>
-            <numerusform>and %n more</numerusform>
+            <numerusform>and %Ln more</numerusform>
+            <numerusform>and %Ln more</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>RelativeDate</name>
     <message numerus="yes">
-        <source>%n day(s) ago</source>
+        <source>%Ln day(s) ago</source>
         <translation>
-            <numerusform>%n day ago</numerusform>
-            <numerusform>%n days ago</numerusform>
+            <numerusform>%Ln day ago</numerusform>
+            <numerusform>%Ln days ago</numerusform>
         </translation>
     </message>
 </context>
@@ -185,17 +185,17 @@
 <context>
     <name>plovik::AmendNote</name>
     <message numerus="yes">
-        <source>Holds %n file(s) of the last commit: %1, …</source>
+        <source>Holds %Ln file(s) of the last commit: %1, …</source>
         <translation>
-            <numerusform>Holds %n file of the last commit: %1, …</numerusform>
-            <numerusform>Holds %n files of the last commit: %1, …</numerusform>
+            <numerusform>Holds %Ln file of the last commit: %1, …</numerusform>
+            <numerusform>Holds %Ln files of the last commit: %1, …</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Holds %n file(s) of the last commit: %1</source>
+        <source>Holds %Ln file(s) of the last commit: %1</source>
         <translation>
-            <numerusform>Holds %n file of the last commit: %1</numerusform>
-            <numerusform>Holds %n files of the last commit: %1</numerusform>
+            <numerusform>Holds %Ln file of the last commit: %1</numerusform>
+            <numerusform>Holds %Ln files of the last commit: %1</numerusform>
         </translation>
     </message>
 </context>
@@ -222,87 +222,87 @@
 <context>
     <name>plovik::Discard</name>
     <message numerus="yes">
-        <source>%n staged line(s)</source>
+        <source>%Ln staged line(s)</source>
         <translation>
-            <numerusform>%n staged line</numerusform>
-            <numerusform>%n staged lines</numerusform>
+            <numerusform>%Ln staged line</numerusform>
+            <numerusform>%Ln staged lines</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n changed line(s)</source>
+        <source>%Ln changed line(s)</source>
         <translation>
-            <numerusform>%n changed line</numerusform>
-            <numerusform>%n changed lines</numerusform>
+            <numerusform>%Ln changed line</numerusform>
+            <numerusform>%Ln changed lines</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 and %n staged one(s)</source>
+        <source>%1 and %Ln staged one(s)</source>
         <comment>behind a number of lines</comment>
         <translation>
-            <numerusform>%1 and %n staged one</numerusform>
-            <numerusform>%1 and %n staged ones</numerusform>
+            <numerusform>%1 and %Ln staged one</numerusform>
+            <numerusform>%1 and %Ln staged ones</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n binary file(s)</source>
+        <source>%Ln binary file(s)</source>
         <translation>
-            <numerusform>%n binary file</numerusform>
-            <numerusform>%n binary files</numerusform>
+            <numerusform>%Ln binary file</numerusform>
+            <numerusform>%Ln binary files</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n new file(s)</source>
+        <source>%Ln new file(s)</source>
         <translation>
-            <numerusform>%n new file</numerusform>
-            <numerusform>%n new files</numerusform>
+            <numerusform>%Ln new file</numerusform>
+            <numerusform>%Ln new files</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Delete %n file(s)?</source>
+        <source>Delete %Ln file(s)?</source>
         <translation>
-            <numerusform>Delete %n file?</numerusform>
-            <numerusform>Delete %n files?</numerusform>
+            <numerusform>Delete %Ln file?</numerusform>
+            <numerusform>Delete %Ln files?</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Discard changes in %n file(s)?</source>
+        <source>Discard changes in %Ln file(s)?</source>
         <translation>
-            <numerusform>Discard changes in %n file?</numerusform>
-            <numerusform>Discard changes in %n files?</numerusform>
+            <numerusform>Discard changes in %Ln file?</numerusform>
+            <numerusform>Discard changes in %Ln files?</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::DiscardedDialog</name>
     <message numerus="yes">
-        <source>and %n other(s)</source>
+        <source>and %Ln other(s)</source>
         <translation>
-            <numerusform>and %n other</numerusform>
-            <numerusform>and %n others</numerusform>
+            <numerusform>and %Ln other</numerusform>
+            <numerusform>and %Ln others</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::Discards</name>
     <message numerus="yes">
-        <source>%1 and %n other file(s)</source>
+        <source>%1 and %Ln other file(s)</source>
         <translation>
-            <numerusform>%1 and %n other file</numerusform>
-            <numerusform>%1 and %n other files</numerusform>
+            <numerusform>%1 and %Ln other file</numerusform>
+            <numerusform>%1 and %Ln other files</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n file(s) have changed since the discard</source>
+        <source>%Ln file(s) have changed since the discard</source>
         <translation>
-            <numerusform>%n file have changed since the discard</numerusform>
-            <numerusform>%n files have changed since the discard</numerusform>
+            <numerusform>%Ln file have changed since the discard</numerusform>
+            <numerusform>%Ln files have changed since the discard</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Drop the copy of %1 and %n other file(s)?</source>
+        <source>Drop the copy of %1 and %Ln other file(s)?</source>
         <translation>
-            <numerusform>Drop the copy of %1 and %n other file?</numerusform>
-            <numerusform>Drop the copy of %1 and %n other files?</numerusform>
+            <numerusform>Drop the copy of %1 and %Ln other file?</numerusform>
+            <numerusform>Drop the copy of %1 and %Ln other files?</numerusform>
         </translation>
     </message>
 </context>
@@ -350,17 +350,17 @@
 <context>
     <name>plovik::HistorySearchRow</name>
     <message numerus="yes">
-        <source>%n+ commits</source>
+        <source>%Ln+ commits</source>
         <translation>
-            <numerusform>%n+ commits</numerusform>
-            <numerusform>%n+ commits</numerusform>
+            <numerusform>%Ln+ commits</numerusform>
+            <numerusform>%Ln+ commits</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s)</source>
+        <source>%Ln commit(s)</source>
         <translation>
-            <numerusform>%n commit</numerusform>
-            <numerusform>%n commits</numerusform>
+            <numerusform>%Ln commit</numerusform>
+            <numerusform>%Ln commits</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -429,10 +429,10 @@
 <context>
     <name>plovik::Staging</name>
     <message numerus="yes">
-        <source>%n file(s) still contain conflict markers</source>
+        <source>%Ln file(s) still contain conflict markers</source>
         <translation>
-            <numerusform>%n file still contain conflict markers</numerusform>
-            <numerusform>%n files still contain conflict markers</numerusform>
+            <numerusform>%Ln file still contain conflict markers</numerusform>
+            <numerusform>%Ln files still contain conflict markers</numerusform>
         </translation>
     </message>
 </context>
@@ -449,50 +449,50 @@
 <context>
     <name>plovik::StashesView</name>
     <message numerus="yes">
-        <source>%n stash(es)</source>
+        <source>%Ln stash(es)</source>
         <translation>
-            <numerusform>%n stash</numerusform>
-            <numerusform>%n stashes</numerusform>
+            <numerusform>%Ln stash</numerusform>
+            <numerusform>%Ln stashes</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::SubjectField</name>
     <message numerus="yes">
-        <source>%n character(s).</source>
+        <source>%Ln character(s).</source>
         <translation>
-            <numerusform>%n character.</numerusform>
-            <numerusform>%n characters.</numerusform>
+            <numerusform>%Ln character.</numerusform>
+            <numerusform>%Ln characters.</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::Trust</name>
     <message numerus="yes">
-        <source>and %n other(s)</source>
+        <source>and %Ln other(s)</source>
         <translation>
-            <numerusform>and %n other</numerusform>
-            <numerusform>and %n others</numerusform>
+            <numerusform>and %Ln other</numerusform>
+            <numerusform>and %Ln others</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::WorkingCopyRow</name>
     <message numerus="yes">
-        <source>Working Copy · %n change(s)</source>
+        <source>Working Copy · %Ln change(s)</source>
         <translation>
-            <numerusform>Working Copy · %n change</numerusform>
-            <numerusform>Working Copy · %n changes</numerusform>
+            <numerusform>Working Copy · %Ln change</numerusform>
+            <numerusform>Working Copy · %Ln changes</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::WorkingDiffPane</name>
     <message numerus="yes">
-        <source>%n File(s) Selected</source>
+        <source>%Ln File(s) Selected</source>
         <translation>
-            <numerusform>%n File Selected</numerusform>
-            <numerusform>%n Files Selected</numerusform>
+            <numerusform>%Ln File Selected</numerusform>
+            <numerusform>%Ln Files Selected</numerusform>
         </translation>
     </message>
 </context>

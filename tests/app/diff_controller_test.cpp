@@ -33,6 +33,7 @@ TEST_F(DiffControllerTest, OffersWhatTheDiffAllows)
     controller.setCurrentRow(3);
     controller.toggleCurrent();
     EXPECT_EQ(titles(barOffers(controller)), (QStringList{u"Stage 1 Line"_s, u"Discard Lines…"_s}));
+    EXPECT_EQ(actionTitle(DiffAction::Verb::stage, DiffAction::Part::lines, 20'000), u"Stage 20,000 Lines"_s);
     controller.selectAll();
     controller.setActionsAvailable(false);
     EXPECT_EQ(titles(menuOffers(controller)),

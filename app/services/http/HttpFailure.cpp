@@ -47,9 +47,9 @@ QString pattern(const HttpFailure& failure)
     case Kind::tooLarge:
         return Text::tr("The reply of %1 is larger than %2.");
     case Kind::noAnswer:
-        return Text::tr("%1 did not answer within %n second(s).", nullptr, seconds);
+        return Text::tr("%1 did not answer within %Ln second(s).", nullptr, seconds);
     case Kind::noEnd:
-        return Text::tr("The reply of %1 did not end within %n second(s).", nullptr, seconds);
+        return Text::tr("The reply of %1 did not end within %Ln second(s).", nullptr, seconds);
     case Kind::insecureRedirect:
         return Text::tr("%1 leads on to an address that is not secure.");
     case Kind::tooManyRedirects:

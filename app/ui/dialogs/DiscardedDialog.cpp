@@ -37,7 +37,7 @@ QString allNames(const std::vector<std::string>& paths)
     for (std::size_t index = 0; index < std::min(paths.size(), mostNamed); ++index)
         names += shownText(paths[index]) + u'\n';
     if (paths.size() > mostNamed)
-        names += DiscardedTexts::tr("and %n other(s)", nullptr, static_cast<int>(paths.size() - mostNamed));
+        names += DiscardedTexts::tr("and %Ln other(s)", nullptr, static_cast<int>(paths.size() - mostNamed));
     return names.trimmed();
 }
 

@@ -33,8 +33,8 @@ QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count)
     // Only the first verb of a bar tells the count, so that a bar tells it once.
     if (part != DiffAction::Part::lines || verb == DiffAction::Verb::discard)
         return actionName(verb, part);
-    return verb == DiffAction::Verb::stage ? QCoreApplication::translate("Diff", "Stage %n Line(s)", nullptr, count)
-                                           : QCoreApplication::translate("Diff", "Unstage %n Line(s)", nullptr, count);
+    return verb == DiffAction::Verb::stage ? QCoreApplication::translate("Diff", "Stage %Ln Line(s)", nullptr, count)
+                                           : QCoreApplication::translate("Diff", "Unstage %Ln Line(s)", nullptr, count);
 }
 
 QString actionName(DiffAction::Verb verb, DiffAction::Part part)

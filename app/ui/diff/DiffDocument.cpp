@@ -88,7 +88,7 @@ void DiffDocument::makeRows()
         const DiffGaps::Gap& last = gaps_.gap(gaps_.count() - 1);
         addGap(last, 0, last.top);
         if (last.rest() > 0) {
-            rest_ = QCoreApplication::translate("Diff", "%n more line(s)", nullptr, last.rest()).toStdString();
+            rest_ = QCoreApplication::translate("Diff", "%Ln more line(s)", nullptr, last.rest()).toStdString();
             Row rest;
             rest.kind = Kind::hunk;
             push(std::move(rest));

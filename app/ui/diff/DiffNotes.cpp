@@ -143,7 +143,7 @@ QString moreTitle(const gitkit::ParsedDiff& diff)
 {
     if (!diff.extent || std::cmp_less_equal(diff.extent->lines, diff.lines.size()))
         return {};
-    const QString lines = QLocale(QLocale::English).toString(diff.extent->lines);
+    const QString lines = QLocale().toString(diff.extent->lines);
     return (diff.extent->isAll ? QCoreApplication::translate("Diff", "Show All %1 Lines")
                                : QCoreApplication::translate("Diff", "Show the First %1 Lines"))
         .arg(lines);
@@ -157,7 +157,7 @@ void addLength(DiffNotes& notes, const gitkit::ParsedDiff& diff)
         notes.above << notes.wholeOnly;
         return;
     }
-    const QString lines = QLocale(QLocale::English).toString(static_cast<qulonglong>(diff.lines.size()));
+    const QString lines = QLocale().toString(static_cast<qulonglong>(diff.lines.size()));
     notes.more = moreTitle(diff);
     notes.above << QCoreApplication::translate(
                        "Diff",

@@ -84,12 +84,12 @@ QString gapButtonTitle(const DiffDocument& document, const GapButton& button)
     const int step = DiffGaps::step;
     switch (button.shows) {
     case Shows::above:
-        return QCoreApplication::translate("Diff", "Show %n More Line(s) Above", nullptr, step);
+        return QCoreApplication::translate("Diff", "Show %Ln More Line(s) Above", nullptr, step);
     case Shows::below:
-        return QCoreApplication::translate("Diff", "Show %n More Line(s) Below", nullptr, step);
+        return QCoreApplication::translate("Diff", "Show %Ln More Line(s) Below", nullptr, step);
     case Shows::between: {
         const int rest = document.gaps().gap(gapOf(document, button.row)).rest();
-        return QCoreApplication::translate("Diff", "Show %n More Line(s)", nullptr, rest);
+        return QCoreApplication::translate("Diff", "Show %Ln More Line(s)", nullptr, rest);
     }
     case Shows::wholeFile:
         return QCoreApplication::translate("Diff", "Show Whole File");

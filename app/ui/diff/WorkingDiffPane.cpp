@@ -159,7 +159,7 @@ void WorkingDiffPane::offerActions()
 void WorkingDiffPane::showCount(std::size_t selected)
 {
     if (selected > 1)
-        showSentence(tr("%n File(s) Selected", nullptr, static_cast<int>(selected)),
+        showSentence(tr("%Ln File(s) Selected", nullptr, static_cast<int>(selected)),
                      tr("Select one file to see what changed in it."));
     else
         showSentence(tr("No File Selected"), tr("Select a file to see what changed in it."));

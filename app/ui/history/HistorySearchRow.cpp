@@ -106,7 +106,7 @@ void HistorySearchRow::showCount()
     const bool isKnown = shown > 0 || (isRead && store_.snapshot().readProblem.value().isEmpty());
     const bool areMore =
         store_.history().hasMoreHistory.value() || isGrowing_ || store_.history().isReadingToEnd.value();
-    const QString text = areMore ? tr("%n+ commits", nullptr, shown) : tr("%n commit(s)", nullptr, shown);
+    const QString text = areMore ? tr("%Ln+ commits", nullptr, shown) : tr("%Ln commit(s)", nullptr, shown);
     count_->setText(isKnown ? text : QString());
 }
 

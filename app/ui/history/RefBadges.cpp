@@ -97,7 +97,7 @@ RefBadges::RefBadges(const std::vector<gitkit::RefLabel>& labels, double budget,
         Badge badge = makeBadge(lookOf(label), shownLine(label.name), most, fonts);
         const bool fits = badges_.empty() || start + badge.width + reserved <= budget;
         if (!fits)
-            badge = makeBadge(Look::more, u"+%1"_s.arg(left + 1), widestBadge, fonts);
+            badge = makeBadge(Look::more, u"+%L1"_s.arg(left + 1), widestBadge, fonts);
         badge.left = start;
         badge.place = i;
         badges_.push_back(std::move(badge));
@@ -220,7 +220,7 @@ QString RefBadges::namesAt(double x, const std::vector<gitkit::RefLabel>& labels
     for (std::size_t i = hit->place; i < end; ++i)
         names << shownText(labels[order_[i]].name);
     if (end < labels.size())
-        names << BadgeText::tr("and %n more", nullptr, static_cast<int>(labels.size() - end));
+        names << BadgeText::tr("and %Ln more", nullptr, static_cast<int>(labels.size() - end));
     return names.join(u'\n');
 }
 

@@ -72,7 +72,7 @@ QString RelativeDate::text(const QLocale& locale) const
     case Unit::yesterday:
         return Text::tr("yesterday");
     case Unit::days:
-        return Text::tr("%n day(s) ago", nullptr, static_cast<int>(count));
+        return Text::tr("%Ln day(s) ago", nullptr, static_cast<int>(count));
     case Unit::lastWeek:
         return Text::tr("last week");
     case Unit::date:

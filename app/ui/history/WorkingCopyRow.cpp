@@ -35,7 +35,7 @@ void WorkingCopyRow::showChanges()
     const auto count = static_cast<int>(store_.snapshot().status.value().files.size());
     setText(!store_.snapshot().hasLoaded.value() ? tr("Working Copy")
             : count == 0                         ? tr("Working Copy · No changes")
-                                                 : tr("Working Copy · %n change(s)", nullptr, count));
+                                                 : tr("Working Copy · %Ln change(s)", nullptr, count));
     setAccessibleName(text());
     Q_EMIT wantedChanged();
     update();

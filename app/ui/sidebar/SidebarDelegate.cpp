@@ -46,9 +46,9 @@ QString besideName(const SidebarModel& model, const QModelIndex& index)
     const gitkit::Divergence from = model.divergence(index);
     QStringList parts;
     if (from.ahead > 0)
-        parts.append(u"↑%1"_s.arg(from.ahead));
+        parts.append(u"↑%L1"_s.arg(from.ahead));
     if (from.behind > 0)
-        parts.append(u"↓%1"_s.arg(from.behind));
+        parts.append(u"↓%L1"_s.arg(from.behind));
     return parts.join(u' ');
 }
 

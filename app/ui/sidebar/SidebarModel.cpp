@@ -6,6 +6,8 @@
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/TypedText.h"
 
+#include <QLocale>
+
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
@@ -18,8 +20,8 @@ namespace {
 /// Returns the line of a tooltip that tells how far a branch is from its upstream.
 QString followingLine(gitkit::Divergence from, const QString& upstream)
 {
-    const QString ahead = QString::number(from.ahead);
-    const QString behind = QString::number(from.behind);
+    const QString ahead = QLocale().toString(from.ahead);
+    const QString behind = QLocale().toString(from.behind);
     if (from.ahead > 0 && from.behind > 0)
         return SidebarModel::tr("Follows %1, %2 ahead, %3 behind").arg(upstream, ahead, behind);
     if (from.ahead > 0)
@@ -412,7 +414,7 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleDescriptionRole:
         if (kind(index) == Kind::ref || kind(index) == Kind::folder)
             return toolTip(node(index));
-        return count(index) == 0 ? QString() : QString::number(count(index));
+        return count(index) == 0 ? QString() : QLocale().toString(count(index));
     case Qt::ToolTipRole:
         return plainToolTip(toolTip(node(index)));
     default:

@@ -176,7 +176,7 @@ const gitkit::Stash* StashesView::selectedStash() const
 
 void StashesView::updateHeader()
 {
-    count_->setText(tr("%n stash(es)", nullptr, static_cast<int>(store_.snapshot().stashes.value().size())));
+    count_->setText(tr("%Ln stash(es)", nullptr, static_cast<int>(store_.snapshot().stashes.value().size())));
     for (std::size_t index = 0; index < buttons_.size(); ++index) {
         const Verb verb = stashCommands()[index].verb;
         const QString whyNot = obstacle(store_.changes(), store_.snapshot(), verb);

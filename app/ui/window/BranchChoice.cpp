@@ -52,9 +52,9 @@ void BranchChoice::show()
         Choice choice{.title = shownText(ref.name), .isCurrent = ref.isHead};
         const gitkit::Divergence counts = store_.counts().of(ref.fullName);
         if (counts.ahead > 0)
-            choice.detail = u"↑%1"_s.arg(counts.ahead);
+            choice.detail = u"↑%L1"_s.arg(counts.ahead);
         if (counts.behind > 0)
-            choice.detail += (choice.detail.isEmpty() ? QString() : u" "_s) + u"↓%1"_s.arg(counts.behind);
+            choice.detail += (choice.detail.isEmpty() ? QString() : u" "_s) + u"↓%L1"_s.arg(counts.behind);
         if (!ref.isHead) {
             choice.whyNot = inTheWay.isEmpty() ? actions::damage(ref) : inTheWay;
             choice.isOffered = choice.whyNot.isEmpty();

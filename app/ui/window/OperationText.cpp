@@ -64,8 +64,8 @@ QString mergeTitle(const RepositoryStore& store, const OperationInProgress& now)
     if (count == 0)
         return branch.isEmpty() ? Texts::tr("Merging into the detached HEAD")
                                 : Texts::tr("Merging into %1").arg(branch);
-    return branch.isEmpty() ? Texts::tr("Merging %n branch(es) into the detached HEAD", nullptr, count)
-                            : Texts::tr("Merging %n branch(es) into %1", nullptr, count).arg(branch);
+    return branch.isEmpty() ? Texts::tr("Merging %Ln branch(es) into the detached HEAD", nullptr, count)
+                            : Texts::tr("Merging %Ln branch(es) into %1", nullptr, count).arg(branch);
 }
 
 QString rebaseTitle(const RepositoryStore& store, const OperationInProgress& now)
@@ -99,7 +99,7 @@ QString bisectDetail(const RepositoryStore& store, const gitkit::BisectProgress&
     else if (!bisect.isGoodKnown || !bisect.isBadKnown)
         left = Texts::tr("Waiting for a %1 commit").arg(bisect.isGoodKnown ? bad : good);
     else if (bisect.stepsLeft)
-        left = Texts::tr("Roughly %n step(s) left", nullptr, *bisect.stepsLeft);
+        left = Texts::tr("Roughly %Ln step(s) left", nullptr, *bisect.stepsLeft);
     const QString now = candidate(store);
     if (left.isEmpty() || now.isEmpty())
         return left + now;
@@ -114,7 +114,7 @@ QString theirSide(const RepositoryStore& store, const OperationInProgress& now)
     case Kind::merge: {
         const QString what = merged(store, now);
         return what.isEmpty() && !now.others.empty()
-                   ? Texts::tr("%n branch(es) (being merged)", nullptr, static_cast<int>(now.others.size()))
+                   ? Texts::tr("%Ln branch(es) (being merged)", nullptr, static_cast<int>(now.others.size()))
                    : Texts::tr("%1 (being merged)").arg(what);
     }
     case Kind::rebase:
@@ -205,7 +205,7 @@ QString detail(const RepositoryStore& store)
     QString stop = now.stop ? stopText(*now.stop) : QString();
     if (!isCounted)
         return stop;
-    const QString count = Texts::tr("%1 of %2").arg(now.progress->step).arg(now.progress->total);
+    const QString count = Texts::tr("%L1 of %L2").arg(now.progress->step).arg(now.progress->total);
     return stop.isEmpty() ? count : Texts::tr("%1: %2").arg(count, stop);
 }
 

@@ -50,9 +50,9 @@ QString countsText(const gitkit::Divergence& counts)
 {
     QStringList parts;
     if (counts.ahead > 0)
-        parts += u"↑%1"_s.arg(counts.ahead);
+        parts += u"↑%L1"_s.arg(counts.ahead);
     if (counts.behind > 0)
-        parts += u"↓%1"_s.arg(counts.behind);
+        parts += u"↓%L1"_s.arg(counts.behind);
     return parts.join(u' ');
 }
 
@@ -122,8 +122,8 @@ void Toolbar::statusChanged()
     branch_->setShownTitle(head);
     branch_->setToolTip(plainToolTip(
         tr("%1\nSwitch to another branch (%2)", "branch, keys").arg(head, keysOf(CommandId::switchBranch))));
-    buttons_[CommandId::pull]->setBadge(counts.behind > 0 ? u"↓%1"_s.arg(counts.behind) : QString());
-    buttons_[CommandId::push]->setBadge(counts.ahead > 0 ? u"↑%1"_s.arg(counts.ahead) : QString());
+    buttons_[CommandId::pull]->setBadge(counts.behind > 0 ? u"↓%L1"_s.arg(counts.behind) : QString());
+    buttons_[CommandId::push]->setBadge(counts.ahead > 0 ? u"↑%L1"_s.arg(counts.ahead) : QString());
     fitTitles();
 }
 

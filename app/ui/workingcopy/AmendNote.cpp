@@ -78,8 +78,8 @@ void AmendNote::show(const AmendedCommit& commit)
     const QString listed = names.join(u", "_s);
     files_->setText(count == 0 ? tr("The last commit changes no files.")
                     : commit.files.size() > namedFiles
-                        ? tr("Holds %n file(s) of the last commit: %1, …", nullptr, count).arg(listed)
-                        : tr("Holds %n file(s) of the last commit: %1", nullptr, count).arg(listed));
+                        ? tr("Holds %Ln file(s) of the last commit: %1, …", nullptr, count).arg(listed)
+                        : tr("Holds %Ln file(s) of the last commit: %1", nullptr, count).arg(listed));
     files_->setToolTip(plainToolTip(all.join(u'\n')));
     published_->setVisible(!commit.remoteBranches.empty());
     if (!commit.remoteBranches.empty())

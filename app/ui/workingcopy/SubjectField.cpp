@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -94,7 +95,7 @@ void SubjectField::takeOutLines(const QString& text)
 void SubjectField::showLength()
 {
     const qsizetype length = text().toUcs4().size();
-    length_->setText(length >= quietLength ? QString::number(length) : QString());
+    length_->setText(length >= quietLength ? QLocale().toString(length) : QString());
     const bool isTooLong = length > longestLength;
     followColor(*length_, QPalette::WindowText,
                 isTooLong              ? &Theme::statusModified
@@ -103,7 +104,7 @@ void SubjectField::showLength()
     followFont(*length_, -1, isTooLong ? QFont::Bold : QFont::Normal);
     const QString tooLong = tr("Longer than 72 characters: many places cut such a subject short.");
     setToolTip(plainToolTip(isTooLong ? tooLong : QString()));
-    const QString told = tr("%n character(s).", nullptr, static_cast<int>(length));
+    const QString told = tr("%Ln character(s).", nullptr, static_cast<int>(length));
     setAccessibleDescription(length == 0 ? QString() : isTooLong ? tr("%1 %2").arg(told, tooLong) : told);
     placeLength();
 }
