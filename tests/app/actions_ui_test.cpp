@@ -4,6 +4,7 @@
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/ShortcutsDialog.h"
+#include "app/ui/diff/DiffKeys.h"
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarView.h"
@@ -25,6 +26,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTreeView>
 #include <QTreeWidget>
 #include <QtTest/QTest>
@@ -532,6 +534,20 @@ TEST_F(MainMenuTest, TheReadmeListsTheKeysOfAllCommands)
     EXPECT_TRUE(
         QString::fromUtf8(readme.readAll()).contains(u"| Keys | |\n|---|---|\n"_s + rows.join(u'\n') + u"\n\n"_s))
         << rows.join(u'\n').toStdString();
+    for (const DiffKey& key : diffKeys()) {
+        const QString pressed = QKeySequence(key.keys)
+                                    .toString(QKeySequence::PortableText)
+                                    .replace(u"Del"_s, u"Delete"_s)
+                                    .replace(u"Esc"_s, u"Escape"_s);
+        const QRegularExpression listed(u"(^|, | or )%1($|, | or )"_s.arg(QRegularExpression::escape(pressed)));
+        EXPECT_TRUE(keys.contains(pressed) ||
+                    std::ranges::any_of(listKeys(),
+                                        [&](const ListKeys& each) {
+                                            return listed.match(QString::fromLatin1(each.keys)).hasMatch() &&
+                                                   QString::fromUtf8(each.meaning).contains(u"in a diff"_s);
+                                        }))
+            << pressed.toStdString();
+    }
 }
 
 TEST(Shortcuts, ArePickedByNameOrKey)

@@ -5,6 +5,9 @@
 
 #include <QKeyEvent>
 
+#include <algorithm>
+#include <iterator>
+
 namespace plovik {
 
 namespace {
@@ -13,32 +16,68 @@ using ActionVerb = DiffAction::Verb;
 
 Qt::KeyboardModifiers modifiersOf(const QKeyEvent& event) { return event.modifiers() & ~Qt::KeypadModifier; }
 
-bool handleWithModifier(DiffController& controller, const QKeyEvent& event)
+using Diff = DiffController;
+
+template <auto Method, auto... Arguments>
+bool call(Diff& diff)
 {
-    const Qt::KeyboardModifiers modifiers = modifiersOf(event);
-    const int direction = event.key() == Qt::Key_Down ? 1 : -1;
-    const bool isVertical = event.key() == Qt::Key_Down || event.key() == Qt::Key_Up;
-    if (modifiers == Qt::AltModifier && isVertical) {
-        controller.moveToHunk(direction);
-        return true;
-    }
-    if (modifiers == Qt::ControlModifier && isVertical) {
-        controller.showMore(controller.keyboardHunk(), direction > 0 ? GapSide::below : GapSide::above,
-                            controller.currentRow());
-        return true;
-    }
-    const bool isEnd = event.key() == Qt::Key_Home || event.key() == Qt::Key_End;
-    if (isEnd && (modifiers & ~Qt::ShiftModifier) == Qt::ControlModifier) {
-        Q_EMIT controller.endRequested(event.key() == Qt::Key_Home ? -1 : 1, modifiers.testFlag(Qt::ShiftModifier));
-        return true;
-    }
-    if (event.key() == Qt::Key_F7 && (modifiers == Qt::NoModifier || modifiers == Qt::ShiftModifier)) {
-        Q_EMIT controller.changeRequested(modifiers == Qt::NoModifier ? 1 : -1);
-        return true;
-    }
-    return false;
+    (diff.*Method)(Arguments...);
+    return true;
 }
 
+template <GapSide Side>
+bool showMore(Diff& diff)
+{
+    diff.showMore(diff.keyboardHunk(), Side, diff.currentRow());
+    return true;
+}
+
+bool deselect(Diff& diff)
+{
+    if (diff.selection().isEmpty())
+        return false;
+    diff.setSelection({});
+    return true;
+}
+
+constexpr DiffKey keys[] = {
+    {Qt::ALT | Qt::Key_Down, &call<&Diff::moveToHunk, 1>},
+    {Qt::ALT | Qt::Key_Up, &call<&Diff::moveToHunk, -1>},
+    {Qt::Key_N, &call<&Diff::moveOn, 1>},
+    {Qt::Key_P, &call<&Diff::moveOn, -1>},
+    {Qt::CTRL | Qt::Key_Down, &showMore<GapSide::below>},
+    {Qt::CTRL | Qt::Key_Up, &showMore<GapSide::above>},
+    {Qt::Key_F7, &call<&Diff::changeRequested, 1>},
+    {Qt::SHIFT | Qt::Key_F7, &call<&Diff::changeRequested, -1>},
+    {Qt::CTRL | Qt::Key_Home, &call<&Diff::endRequested, -1, false>},
+    {Qt::CTRL | Qt::Key_End, &call<&Diff::endRequested, 1, false>},
+    {Qt::Key_Return, &call<&Diff::requestFromKey, ActionVerb::stage>},
+    {Qt::Key_S, &call<&Diff::requestFromKey, ActionVerb::stage>},
+    {Qt::Key_Delete, &call<&Diff::requestFromKey, ActionVerb::discard>},
+    {Qt::Key_Backspace, &call<&Diff::requestFromKey, ActionVerb::discard>},
+    {Qt::Key_Space, &call<&Diff::toggleCurrent>},
+    {Qt::Key_Escape, &deselect},
+};
+
+/// Does what a key of the table means, which Enter on the keypad shares with Return.
+bool handleListed(DiffController& controller, const QKeyEvent& event)
+{
+    const int key = event.key() == Qt::Key_Enter ? Qt::Key_Return : event.key();
+    const QKeyCombination pressed(modifiersOf(event), static_cast<Qt::Key>(key));
+    const auto found = std::ranges::find(keys, pressed, &DiffKey::keys);
+    return found != std::end(keys) && found->act(controller);
+}
+
+bool extendToEnd(DiffController& controller, const QKeyEvent& event)
+{
+    const bool isEnd = event.key() == Qt::Key_Home || event.key() == Qt::Key_End;
+    if (!isEnd || modifiersOf(event) != (Qt::ControlModifier | Qt::ShiftModifier))
+        return false;
+    Q_EMIT controller.endRequested(event.key() == Qt::Key_Home ? -1 : 1, true);
+    return true;
+}
+
+/// Moves the cursor, or with Shift the end of the selection.
 bool handleMovement(DiffController& controller, const QKeyEvent& event, int page)
 {
     const bool extends = modifiersOf(event) == Qt::ShiftModifier;
@@ -73,38 +112,9 @@ bool handleMovement(DiffController& controller, const QKeyEvent& event, int page
     }
 }
 
-bool handlePlain(DiffController& controller, const QKeyEvent& event)
-{
-    switch (event.key()) {
-    case Qt::Key_N:
-        controller.moveOn(1);
-        return true;
-    case Qt::Key_P:
-        controller.moveOn(-1);
-        return true;
-    case Qt::Key_S:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        controller.requestFromKey(ActionVerb::stage);
-        return true;
-    case Qt::Key_Delete:
-    case Qt::Key_Backspace:
-        controller.requestFromKey(ActionVerb::discard);
-        return true;
-    case Qt::Key_Space:
-        controller.toggleCurrent();
-        return true;
-    case Qt::Key_Escape:
-        if (controller.selection().isEmpty())
-            return false;
-        controller.setSelection({});
-        return true;
-    default:
-        return false;
-    }
-}
-
 } // namespace
+
+std::span<const DiffKey> diffKeys() { return keys; }
 
 bool isDiffKey(const QKeyEvent& event)
 {
@@ -115,8 +125,7 @@ bool isDiffKey(const QKeyEvent& event)
 
 bool handleDiffKey(DiffController& controller, const QKeyEvent& event, int page)
 {
-    return handleWithModifier(controller, event) || handleMovement(controller, event, page) ||
-           (modifiersOf(event) == Qt::NoModifier && handlePlain(controller, event));
+    return handleListed(controller, event) || extendToEnd(controller, event) || handleMovement(controller, event, page);
 }
 
 } // namespace plovik
