@@ -8,6 +8,7 @@
 #include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/dialogs/ShortcutsDialog.h"
 #include "app/ui/widgets/LabelAccessible.h"
+#include "app/ui/widgets/MenuAccessible.h"
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
@@ -151,6 +152,27 @@ TEST_F(AccessibilityTest, NamedLabelsTellTheirText)
     EXPECT_EQ(node->text(QAccessible::Name), u"Author"_s);
     EXPECT_EQ(node->text(QAccessible::Description), u"Ada <ada@example.org>"_s);
     EXPECT_EQ(node->role(), QAccessible::StaticText);
+}
+
+TEST_F(AccessibilityTest, EntriesOfMenusTellTheirKeysApartFromTheirNames)
+{
+    installMenuAccessibility();
+    QStringList names;
+    for (QMenu* const menu : window.menuBar()->findChildren<QMenu*>()) {
+        Q_EMIT menu->aboutToShow();
+        QAccessibleInterface* const read = QAccessible::queryAccessibleInterface(menu);
+        for (int index = 0; index < read->childCount(); ++index) {
+            QAccessibleInterface* const entry = read->child(index);
+            EXPECT_FALSE(entry->text(QAccessible::Name).contains(u'\t'));
+            if (entry->text(QAccessible::Name) != u"Discard Changes…"_s)
+                continue;
+            names << entry->text(QAccessible::Accelerator);
+            EXPECT_EQ(entry->parent(), read);
+            EXPECT_EQ(entry->role(), QAccessible::MenuItem);
+        }
+        Q_EMIT menu->aboutToHide();
+    }
+    EXPECT_EQ(names, QStringList{u"Del"_s});
 }
 
 TEST_F(AccessibilityTest, EveryDialogIsNamed)

@@ -2,6 +2,7 @@
 #include "app/ui/widgets/Theme.h"
 
 #include "app/ui/widgets/LabelAccessible.h"
+#include "app/ui/widgets/MenuAccessible.h"
 #include "app/ui/widgets/Style.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
@@ -302,6 +303,7 @@ void Theme::apply(const Theme& theme, QApplication& application)
     if (isFirst) {
         application.setStyle(new Style);
         installLabelAccessibility();
+        installMenuAccessibility();
     }
     application.setPalette(paletteOf(*inForce));
     tellThemeFollowers();
