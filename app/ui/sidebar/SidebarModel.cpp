@@ -4,14 +4,12 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/widgets/RowPainting.h"
-#include "app/ui/widgets/TypedText.h"
 
 #include <QLocale>
 
 #include <algorithm>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
+#include <utility>
 
 namespace plovik {
 
@@ -68,158 +66,14 @@ void SidebarModel::setFilter(const QString& text)
 
 void SidebarModel::countsChanged() { Q_EMIT dataChanged(index(0, 0), index(2, 0)); }
 
-int SidebarModel::addNode(Node node)
-{
-    nodes_.push_back(node);
-    return static_cast<int>(nodes_.size()) - 1;
-}
-
 void SidebarModel::rebuildNodes()
 {
     read_ = lists();
-    nodes_.clear();
-    nodes_.reserve(store_.snapshot().branches.value().size() + store_.snapshot().remoteBranches.value().size() +
-                   store_.snapshot().tags.value().size() + 16);
-    struct Group {
-        Kind kind;
-        Refs refs;
-    };
-    std::vector<Group> groups;
-    for (auto [kind, list] : {std::pair{Kind::branches, &store_.snapshot().branches.value()},
-                              std::pair{Kind::remotes, &store_.snapshot().remoteBranches.value()},
-                              std::pair{Kind::tags, &store_.snapshot().tags.value()}})
-    {
-        if (Refs refs = matching(*list); !refs.empty())
-            groups.push_back({kind, std::move(refs)});
-    }
-
-    int row = 0;
-    for (const Kind kind : {Kind::workingCopy, Kind::history, Kind::stashes})
-        addNode({.kind = kind, .row = row++});
-    for (const Group& group : groups)
-        addNode({.kind = group.kind, .row = row++, .refCount = static_cast<int>(group.refs.size())});
-    if (groups.empty() && isFiltered())
-        addNode({.kind = Kind::nothingFound, .row = row++});
-    rootCount_ = row;
-    for (std::size_t i = 0; i < groups.size(); ++i)
-        fill(static_cast<int>(i) + 3, groups[i].kind, groups[i].refs, 0);
-    markGoneUpstreams();
-}
-
-SidebarModel::Refs SidebarModel::matching(const std::vector<gitkit::GitRef>& refs) const
-{
-    Refs found;
-    found.reserve(refs.size());
-    for (const gitkit::GitRef& ref : refs) {
-        if (!isFiltered() || containsTyped(ref.name, filter_))
-            found.push_back(&ref);
-    }
-    return found;
-}
-
-/// Returns how many bytes of the name after `start` name a folder; 0 when the rest is the ref's own name.
-std::size_t SidebarModel::prefixLength(Kind group, const gitkit::GitRef& ref, std::size_t start, bool isGroup) const
-{
-    const std::string_view rest = std::string_view(ref.name).substr(start);
-    if (group == Kind::remotes && isGroup) {
-        // A remote's name may contain slashes.
-        std::size_t longest = 0;
-        for (const std::string& remote : store_.snapshot().remotes.value()) {
-            if (remote.size() > longest && rest.size() > remote.size() + 1 && rest.starts_with(remote) &&
-                rest[remote.size()] == '/')
-                longest = remote.size();
-        }
-        if (longest > 0)
-            return longest;
-    }
-    const std::size_t slash = rest.find('/');
-    return slash == std::string_view::npos ? 0 : slash;
-}
-
-void SidebarModel::fill(int parent, Kind group, const Refs& refs, std::size_t nameStart)
-{
-    const int parentDepth = nodes_[static_cast<std::size_t>(parent)].depth;
-    const bool isGroup = nodes_[static_cast<std::size_t>(parent)].kind != Kind::folder;
-
-    // The refs of a folder mostly follow one another, so a prefix is looked up only where it changes.
-    struct Prefix {
-        std::string_view text;
-        int sharing = 0;
-        std::optional<std::size_t> folder = {};
-    };
-    std::unordered_map<std::string_view, Prefix> prefixes;
-    std::vector<Prefix*> prefixOf;
-    prefixOf.reserve(refs.size());
-    for (const gitkit::GitRef* ref : refs) {
-        const std::string_view text =
-            std::string_view(ref->name).substr(nameStart, prefixLength(group, *ref, nameStart, isGroup));
-        if (prefixOf.empty() || prefixOf.back()->text != text)
-            prefixOf.push_back(&prefixes.try_emplace(text, Prefix{text}).first->second);
-        else
-            prefixOf.push_back(prefixOf.back());
-        ++prefixOf.back()->sharing;
-    }
-
-    // A single ref gets no folder of its own, but a remote always is a folder.
-    const bool isRemotes = group == Kind::remotes && isGroup;
-    std::vector<std::pair<std::string_view, Refs>> folders; // in the order of their first refs
-    Refs leaves;
-    for (std::size_t place = 0; place < refs.size(); ++place) {
-        Prefix& prefix = *prefixOf[place];
-        if (prefix.text.empty() || (prefix.sharing == 1 && !isRemotes)) {
-            leaves.push_back(refs[place]);
-            continue;
-        }
-        if (!prefix.folder) {
-            prefix.folder = folders.size();
-            folders.emplace_back(prefix.text, Refs{});
-            folders.back().second.reserve(static_cast<std::size_t>(prefix.sharing));
-        }
-        folders[*prefix.folder].second.push_back(refs[place]);
-    }
-
-    const int first = static_cast<int>(nodes_.size());
-    int row = 0;
-    for (const gitkit::GitRef* ref : leaves)
-        addNode({.kind = Kind::ref,
-                 .parent = parent,
-                 .row = row++,
-                 .depth = parentDepth + 1,
-                 .refCount = 1,
-                 .ref = ref,
-                 .nameStart = nameStart});
-    for (const auto& [prefix, inside] : folders)
-        addNode({.kind = Kind::folder,
-                 .parent = parent,
-                 .row = row++,
-                 .depth = parentDepth + 1,
-                 .refCount = static_cast<int>(inside.size()),
-                 .ref = inside.front(),
-                 .nameStart = nameStart,
-                 .nameEnd = nameStart + prefix.size()});
-    nodes_[static_cast<std::size_t>(parent)].firstChild = first;
-    nodes_[static_cast<std::size_t>(parent)].childCount = row;
-    int folderId = first + static_cast<int>(leaves.size());
-    for (const auto& [prefix, inside] : folders)
-        fill(folderId++, group, inside, nameStart + prefix.size() + 1);
-}
-
-void SidebarModel::markGoneUpstreams()
-{
-    const auto hasUpstream = [](const Node& node) {
-        return node.kind == Kind::ref && node.ref->kind == gitkit::GitRef::Kind::local && node.ref->upstream;
-    };
-    if (std::ranges::none_of(nodes_, hasUpstream))
-        return;
-    std::unordered_set<std::string_view> known;
-    for (const auto* list : {&store_.snapshot().remoteBranches.value(), &store_.snapshot().branches.value()}) {
-        for (const gitkit::GitRef& ref : *list)
-            known.insert(ref.name);
-    }
-    for (Node& node : nodes_) {
-        if (hasUpstream(node))
-            node.upstreamGone = !known.contains(*node.ref->upstream);
-    }
+    const Snapshot& now = store_.snapshot();
+    SidebarNodes made = sidebarNodes(
+        {now.branches.value(), now.remoteBranches.value(), now.tags.value(), now.remotes.value()}, filter_);
+    nodes_ = std::move(made.all);
+    rootCount_ = made.roots;
 }
 
 QModelIndex SidebarModel::indexOfNode(int id) const

@@ -3,6 +3,7 @@
 
 #include "app/store/RepositoryStore.h"
 #include "app/store/SidebarItem.h"
+#include "app/ui/sidebar/SidebarNodes.h"
 
 #include <QAbstractItemModel>
 
@@ -22,7 +23,7 @@ class SidebarModel : public QAbstractItemModel {
     Q_OBJECT
 
 public:
-    enum class Kind { workingCopy, history, stashes, branches, remotes, tags, folder, ref, nothingFound };
+    using Kind = SidebarKind;
 
     /// `store` outlives the model.
     explicit SidebarModel(const RepositoryStore& store, QObject* parent = nullptr);
@@ -74,29 +75,10 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    /// The children of a node are stored one after another, so a node needs only the first one and their number.
-    struct Node {
-        Kind kind = Kind::history;
-        int parent = -1;
-        int row = 0;
-        int depth = 0;
-        int firstChild = 0;
-        int childCount = 0;
-        int refCount = 0;
-        const gitkit::GitRef* ref = nullptr; ///< the row's own ref, or the first ref below a folder
-        std::size_t nameStart = 0;           ///< where the shown part of the ref's name begins
-        std::size_t nameEnd = std::string::npos;
-        bool upstreamGone = false;
-    };
-    using Refs = std::vector<const gitkit::GitRef*>;
+    using Node = SidebarNode;
 
     const Node& node(const QModelIndex& index) const { return nodes_[static_cast<std::size_t>(index.internalId())]; }
     QModelIndex indexOfNode(int id) const;
-    int addNode(Node node);
-    Refs matching(const std::vector<gitkit::GitRef>& refs) const;
-    std::size_t prefixLength(Kind group, const gitkit::GitRef& ref, std::size_t start, bool isGroup) const;
-    void fill(int parent, Kind group, const Refs& refs, std::size_t nameStart);
-    void markGoneUpstreams();
     void rebuildNodes();
     std::array<const void*, 4> lists() const;
 

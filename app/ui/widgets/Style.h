@@ -35,8 +35,4 @@ public:
     QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
 };
 
-/// Draws a check box like the style, for rows that contain one.
-int checkBoxSize(); ///< the side of its square, in pixels
-void paintCheckBox(QPainter& painter, const QRect& box, Qt::CheckState state, bool isEnabled, bool hasFocus);
-
 } // namespace plovik

@@ -4,9 +4,9 @@
 #include "app/store/ShownText.h"
 #include "app/ui/commit/CommitFileDelegate.h"
 #include "app/ui/commit/StatusChip.h"
+#include "app/ui/widgets/ControlPainting.h"
 #include "app/ui/widgets/FileListTools.h"
 #include "app/ui/widgets/RowPainting.h"
-#include "app/ui/widgets/Style.h"
 #include "app/ui/widgets/Theme.h"
 #include "app/ui/workingcopy/ChangedFilesModel.h"
 
