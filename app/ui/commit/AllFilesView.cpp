@@ -3,6 +3,7 @@
 
 #include "app/settings/Settings.h"
 #include "app/ui/commit/FileBar.h"
+#include "app/ui/commit/FileBars.h"
 #include "app/ui/commit/FileDiff.h"
 #include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/diff/DiffView.h"
@@ -37,8 +38,15 @@ int estimatedHeight(const gitkit::ChangeCounts* counts)
 } // namespace
 
 AllFilesView::AllFilesView(RepositoryStore& store, QWidget* parent)
-    : QAbstractScrollArea(parent), store_(store), diffs_(store.git(), &readCommitDiff, [this] { diffRead(); })
+    : QAbstractScrollArea(parent), store_(store), bars_(new FileBars(viewport())),
+      diffs_(store.git(), &readCommitDiff, [this] { diffRead(); })
 {
+    connect(bars_, &FileBars::foldRequested, this, [this](std::size_t file, bool isFolded, bool isForAll) {
+        if (isForAll)
+            foldAll(isFolded);
+        else
+            fold(file, isFolded);
+    });
     giveFocusRing(*this);
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(tr("All Files"));
@@ -62,11 +70,7 @@ void AllFilesView::setReading(std::shared_ptr<const CommitReading> reading)
     arriving_.reset();
     for (Item& item : items_)
         drop(item);
-    for (const auto& [file, bar] : bars_) {
-        bar->hide();
-        spareBars_.push_back(bar);
-    }
-    bars_.clear();
+    bars_->hideAll();
     reading_ = std::move(reading);
     items_.assign(reading_ ? reading_->detail.files.size() : 0, {});
     current_ = 0;
@@ -81,7 +85,7 @@ void AllFilesView::setReading(std::shared_ptr<const CommitReading> reading)
 void AllFilesView::countsChanged()
 {
     estimate();
-    for (const auto& [file, bar] : bars_)
+    for (const auto& [file, bar] : bars_->shown())
         bar->setFile(reading_->detail.files[file], reading_->countsOf(file));
     layOut();
 }
@@ -152,18 +156,11 @@ void AllFilesView::place()
 
 void AllFilesView::placeBars(std::size_t first, std::size_t end)
 {
-    for (auto at = bars_.begin(); at != bars_.end();) {
-        FileBar* const bar = at->second;
-        const bool stays = (at->first >= first && at->first < end) || bar->hasFocus();
-        if (!stays) {
-            bar->hide();
-            spareBars_.push_back(bar);
-        }
-        at = stays ? std::next(at) : bars_.erase(at);
-    }
-    for (std::size_t file = first; file < end; ++file)
-        barFor(file);
-    for (const auto& [file, bar] : bars_) {
+    bars_->show(first, end, [this](std::size_t file, FileBar& bar) {
+        bar.setFile(reading_->detail.files[file], reading_->countsOf(file));
+        bar.setFolded(items_[file].isFolded);
+    });
+    for (const auto& [file, bar] : bars_->shown()) {
         // A bar is pushed out by the next one.
         const int lowest = tops_[file + 1] - scrolled() - FileBar::barHeight();
         const bool isCurrent = file == first && !items_.empty();
@@ -171,34 +168,6 @@ void AllFilesView::placeBars(std::size_t first, std::size_t end)
         bar->setGeometry(0, isCurrent ? std::min(std::max(y, 0), lowest) : y, viewport()->width(),
                          FileBar::barHeight());
     }
-}
-
-FileBar* AllFilesView::barFor(std::size_t file)
-{
-    FileBar*& bar = bars_[file];
-    if (bar)
-        return bar;
-    if (spareBars_.empty()) {
-        bar = new FileBar(viewport());
-        connect(bar, &FileBar::foldRequested, this, [this, bar](bool isFolded, bool isForAll) {
-            const auto mine = std::ranges::find(bars_, bar, &std::pair<const std::size_t, FileBar*>::second);
-            if (mine == bars_.end())
-                return;
-            if (isForAll)
-                foldAll(isFolded);
-            else
-                fold(mine->first, isFolded);
-        });
-    } else {
-        bar = spareBars_.back();
-        spareBars_.pop_back();
-    }
-    bar->setReserve(barReserve_);
-    bar->setFile(reading_->detail.files[file], reading_->countsOf(file));
-    bar->setFolded(items_[file].isFolded);
-    bar->show();
-    bar->raise();
-    return bar;
 }
 
 void AllFilesView::placeDiff(std::size_t file)
@@ -301,8 +270,8 @@ void AllFilesView::diffRead()
         item.height = item.diff->height();
         item.isMeasured = true;
         if (isNew) {
-            if (const auto bar = bars_.find(file); bar != bars_.end())
-                QWidget::setTabOrder(bar->second, &item.diff->section());
+            if (FileBar* const bar = bars_->of(file))
+                QWidget::setTabOrder(bar, &item.diff->section());
         }
     }
     diffs_.forget();
@@ -369,8 +338,8 @@ void AllFilesView::fold(std::size_t file, bool isFolded)
     item.isFolded = isFolded;
     if (isFolded)
         drop(item);
-    if (const auto bar = bars_.find(file); bar != bars_.end())
-        bar->second->setFolded(isFolded);
+    if (FileBar* const bar = bars_->of(file))
+        bar->setFolded(isFolded);
     layOut();
 }
 
@@ -382,7 +351,7 @@ void AllFilesView::foldAll(bool areFolded)
         if (areFolded)
             drop(item);
     }
-    for (const auto& [file, bar] : bars_)
+    for (const auto& [file, bar] : bars_->shown())
         bar->setFolded(areFolded);
     layOut();
     goTo(at);
@@ -399,8 +368,8 @@ void AllFilesView::focusCurrent()
         return;
     if (FileDiff* const diff = items_[current_].diff; diff && !items_[current_].isFolded)
         diff->setFocus(Qt::TabFocusReason);
-    else if (const auto bar = bars_.find(current_); bar != bars_.end())
-        bar->second->setFocus(Qt::TabFocusReason);
+    else if (FileBar* const bar = bars_->of(current_))
+        bar->setFocus(Qt::TabFocusReason);
 }
 
 void AllFilesView::reveal(std::size_t file, const QRect& area)
@@ -492,12 +461,7 @@ void AllFilesView::selectAll()
         items_[currentInUse()].diff->view().selectAll();
 }
 
-void AllFilesView::setBarReserve(int width)
-{
-    barReserve_ = width;
-    for (const auto& [file, bar] : bars_)
-        bar->setReserve(width);
-}
+void AllFilesView::setBarReserve(int width) { bars_->setReserve(width); }
 
 void AllFilesView::setShowsWholeFile(bool whole)
 {
@@ -552,7 +516,7 @@ void AllFilesView::scrollContentsBy(int, int)
 void AllFilesView::paintEvent(QPaintEvent*)
 {
     QPainter painter(viewport());
-    for (const auto& [file, bar] : bars_) {
+    for (const auto& [file, bar] : bars_->shown()) {
         if (const QString& problem = items_[file].problem; !problem.isEmpty() && !items_[file].isFolded)
             paintText(painter, QRect(12, top(file) - scrolled() + FileBar::barHeight(), viewport()->width() - 24, 40),
                       problem, Theme::font(), Theme::current().secondaryText);
@@ -562,12 +526,10 @@ void AllFilesView::paintEvent(QPaintEvent*)
 void AllFilesView::contextMenuEvent(QContextMenuEvent* event)
 {
     // The diffs have menus of their own; this comes from a bar.
-    const auto hit = std::ranges::find_if(bars_, [&](const auto& bar) {
-        return bar.second->geometry().contains(event->pos()) || bar.second->hasFocus();
-    });
-    if (hit == bars_.end())
+    const auto [file, bar] = bars_->at(event->pos());
+    if (!bar)
         return;
-    current_ = hit->first;
+    current_ = file;
     Q_EMIT currentFileChanged();
     Q_EMIT menuRequested(event->globalPos());
 }

@@ -8,14 +8,13 @@
 
 #include <QAbstractScrollArea>
 
-#include <map>
 #include <memory>
 #include <utility>
 #include <vector>
 
 namespace plovik {
 
-class FileBar;
+class FileBars;
 class FileDiff;
 
 /// The diffs of all files of a commit in one scroll. Each file has a bar, which stays at the top while its diff scrolls
@@ -95,7 +94,6 @@ private:
     void layOut();
     void place();
     void placeBars(std::size_t first, std::size_t end);
-    FileBar* barFor(std::size_t file);
     void placeDiff(std::size_t file);
     void keepNear(std::size_t first, std::size_t end);
     void drop(Item& item);
@@ -114,12 +112,10 @@ private:
     std::shared_ptr<const CommitReading> reading_;
     std::vector<Item> items_;
     std::vector<int> tops_{0}; ///< of each bar before scrolling, and the end of the last file
-    std::map<std::size_t, FileBar*> bars_;
-    std::vector<FileBar*> spareBars_;
+    FileBars* bars_;
     std::size_t current_ = 0;
     std::size_t asked_ = 0;                               ///< the file whose diff is being read
     std::optional<std::pair<std::size_t, int>> arriving_; ///< where the keyboard goes when that diff has come
-    int barReserve_ = 0;
     bool showsWholeFile_ = false;
     bool isMoving_ = false;
     bool isArriving_ = false; ///< a diff is being put in place

@@ -4,6 +4,8 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/history/RowText.h"
+#include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -17,6 +19,22 @@ namespace {
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(plovik::CommitMenu)
 };
+
+/// Returns "refs/heads/main"; empty for HEAD.
+std::string fullNameOf(const gitkit::RefLabel& label)
+{
+    switch (label.kind) {
+    case gitkit::RefLabel::Kind::localBranch:
+        return "refs/heads/" + label.name;
+    case gitkit::RefLabel::Kind::remoteBranch:
+        return "refs/remotes/" + label.name;
+    case gitkit::RefLabel::Kind::tag:
+        return "refs/tags/" + label.name;
+    case gitkit::RefLabel::Kind::head:
+        break;
+    }
+    return {};
+}
 
 void addCopies(QMenu& menu, const gitkit::Commit& commit)
 {
@@ -71,6 +89,17 @@ QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWid
     auto* menu = new QMenu(parent);
     addChanges(*menu, store, commit);
     addCopies(*menu, commit);
+    return menu;
+}
+
+QMenu* makeLabelsMenu(RepositoryStore& store, const std::vector<gitkit::RefLabel>& labels, QWidget* parent)
+{
+    auto* const menu = new QMenu(parent);
+    for (const gitkit::RefLabel& label : labels) {
+        if (const std::string name = fullNameOf(label); !name.empty())
+            menu->addAction(plainMenuText(shownLine(label.name)), menu,
+                            [&store, name] { store.window().select(SidebarItem::ref(name)); });
+    }
     return menu;
 }
 

@@ -2,7 +2,10 @@
 #pragma once
 
 #include "GitKit/records/Commit.h"
+#include "GitKit/records/RefLabel.h"
 #include "app/store/RepositoryStore.h"
+
+#include <vector>
 
 class QMenu;
 class QWidget;
@@ -12,5 +15,8 @@ namespace plovik {
 /// What can be done with a commit of the list. The menu belongs to `parent`; its entries act through `store` on the
 /// commit as it was when the menu opened.
 QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWidget* parent);
+
+/// The branches and tags among some labels. The chosen one is selected in the sidebar. The menu belongs to `parent`.
+QMenu* makeLabelsMenu(RepositoryStore& store, const std::vector<gitkit::RefLabel>& labels, QWidget* parent);
 
 } // namespace plovik

@@ -191,4 +191,14 @@ std::vector<GraphCell::Lit> litLine(std::span<const gitkit::GraphRow> rows, std:
     return lit;
 }
 
+int lanesOf(const gitkit::GraphRow& row)
+{
+    int last = row.lane;
+    for (const auto* lanes : {&row.top, &row.pass, &row.bottom}) {
+        for (const int lane : *lanes)
+            last = std::max(last, lane);
+    }
+    return last + 1;
+}
+
 } // namespace plovik

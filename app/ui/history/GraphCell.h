@@ -61,6 +61,9 @@ struct GraphCell {
     void paint(QPainter& painter, QPointF origin, double height, const Theme& theme) const;
 };
 
+/// Returns how many lanes a row needs.
+int lanesOf(const gitkit::GraphRow& row);
+
 /// Follows the line of the commit in row `of` through the rows around it. Returns for each row what of it is lit.
 std::vector<GraphCell::Lit> litLine(std::span<const gitkit::GraphRow> rows, std::size_t of);
 

@@ -3,8 +3,8 @@
 
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/history/GraphCell.h"
+#include "app/ui/history/HistoryBody.h"
 #include "app/ui/history/HistoryHeader.h"
-#include "app/ui/history/RowText.h"
 #include "app/ui/history/WorkingCopyRow.h"
 #include "app/ui/widgets/RowPainting.h"
 
@@ -18,7 +18,6 @@
 #include <QToolTip>
 
 #include <algorithm>
-#include <cmath>
 
 namespace plovik {
 
@@ -26,10 +25,6 @@ namespace {
 
 /// Older commits are asked for this many rows before the end, so that a held Page Down does not wait for them.
 constexpr int rowsAhead = 1500;
-
-/// Rows that answer an earlier search stand back.
-constexpr double outdatedOpacity = 0.4;
-constexpr float hoverOpacity = 0.4F;
 
 class RowHeight : public QStyledItemDelegate {
 public:
@@ -40,46 +35,8 @@ private:
     const HistoryRowPainter& painter_;
 };
 
-/// Returns `y` moved to the nearest edge between device pixels. Two rows then share an edge at fractional scale
-/// factors, and antialiasing leaves no seam between them.
-double onDevicePixel(const QPainter& painter, double y)
-{
-    const QTransform& device = painter.deviceTransform();
-    if (device.type() > QTransform::TxScale || device.m22() <= 0)
-        return y;
-    return (std::round(device.m22() * y + device.dy()) - device.dy()) / device.m22();
-}
-
-/// Returns "refs/heads/main"; empty for HEAD.
-std::string fullNameOf(const gitkit::RefLabel& label)
-{
-    switch (label.kind) {
-    case gitkit::RefLabel::Kind::localBranch:
-        return "refs/heads/" + label.name;
-    case gitkit::RefLabel::Kind::remoteBranch:
-        return "refs/remotes/" + label.name;
-    case gitkit::RefLabel::Kind::tag:
-        return "refs/tags/" + label.name;
-    case gitkit::RefLabel::Kind::head:
-        break;
-    }
-    return {};
-}
-
 /// The graph's room grows by so many lanes at once.
 constexpr int laneStep = 4;
-
-int lanesOf(const gitkit::GraphRow& row)
-{
-    int last = row.lane;
-    for (const auto* lanes : {&row.top, &row.pass, &row.bottom}) {
-        for (const int lane : *lanes)
-            last = std::max(last, lane);
-    }
-    return last + 1;
-}
-
-gitkit::Date currentTime() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
 
 } // namespace
 
@@ -413,13 +370,8 @@ void HistoryList::offerLabels(QPoint position)
     const auto labels = rowPainter_.collapsedLabels(*row, columns(), logicalX(position.x()));
     if (labels.empty())
         return;
-    auto* const menu = new QMenu(this);
+    QMenu* const menu = makeLabelsMenu(store_, labels, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (const gitkit::RefLabel& label : labels) {
-        if (const std::string name = fullNameOf(label); !name.empty())
-            menu->addAction(plainMenuText(shownLine(label.name)), menu,
-                            [this, name] { store_.window().select(SidebarItem::ref(name)); });
-    }
     menu->popup(viewport()->mapToGlobal(position));
 }
 
@@ -463,83 +415,19 @@ void HistoryList::changeEvent(QEvent* event)
     }
 }
 
-// Drawing.
-
 void HistoryList::paintEvent(QPaintEvent* event)
 {
     executeDelayedItemsLayout();
     QPainter painter(viewport());
-    painter.fillRect(event->rect(), Theme::current().content);
-    const int first = std::max(0, rowAt(event->rect().top() - 1));
-    const int last = std::min(rowAt(event->rect().bottom() + 1), model_->rowCount() - 1);
-    const HistoryColumns places = columns();
-
-    const int selected = selectedRow();
-    if (hovered_ >= first && hovered_ <= last && hovered_ != selected) {
-        QColor tint = Theme::current().selection;
-        tint.setAlphaF(hoverOpacity);
-        painter.fillRect(bandOf(painter, hovered_), tint);
-    }
-    if (selected >= first && selected <= last)
-        paintSelection(painter, selected);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (store_.history().isOutdated.value())
-        painter.setOpacity(outdatedOpacity);
-    if (places.graphWidth > 0)
-        paintGraph(painter, first, last, places);
-    paintTexts(painter, first, last, places);
-}
-
-QRectF HistoryList::bandOf(const QPainter& painter, int row) const
-{
-    const int height = rowPainter_.rowHeight();
-    const double top = onDevicePixel(painter, row * height - verticalOffset());
-    const double bottom = onDevicePixel(painter, (row + 1) * height - verticalOffset());
-    return {0, top, static_cast<double>(viewport()->width()), bottom - top};
-}
-
-void HistoryList::paintSelection(QPainter& painter, int row) const
-{
-    painter.fillRect(bandOf(painter, row), Theme::current().selection);
-}
-
-void HistoryList::paintGraph(QPainter& painter, int first, int last, const HistoryColumns& columns) const
-{
-    std::vector<gitkit::GraphRow> rows;
-    for (int row = first; row <= last; ++row) {
-        std::optional<HistoryRow> shown = model_->row(row);
-        if (!shown)
-            break;
-        rows.push_back(std::move(shown->graph));
-    }
-    std::vector<GraphCell::Lit> lit(rows.size());
-    const auto hovered = static_cast<std::size_t>(hovered_ - first);
-    if (hovered_ >= first && hovered < rows.size())
-        lit = litLine(rows, hovered);
-    const GraphLanes lanes(seenLanes_, columns.graphWidth);
-    painter.save();
-    if (isRightToLeft()) {
-        painter.translate(viewport()->width(), 0);
-        painter.scale(-1, 1);
-    }
-    painter.setClipRect(QRectF(0, 0, columns.graphWidth, viewport()->height()), Qt::IntersectClip);
-    for (std::size_t index = 0; index < rows.size(); ++index) {
-        const QRectF band = bandOf(painter, first + static_cast<int>(index));
-        GraphCell{rows[index], lanes, lit[index]}.paint(painter, band.topLeft(), band.height(), Theme::current());
-    }
-    painter.restore();
-}
-
-void HistoryList::paintTexts(QPainter& painter, int first, int last, const HistoryColumns& columns)
-{
-    const gitkit::Date now = currentTime();
-    for (int row = first; row <= last; ++row) {
-        const std::optional<HistoryRow> shown = model_->row(row);
-        if (!shown)
-            break;
-        const double top = row * rowPainter_.rowHeight() - verticalOffset();
-        rowPainter_.paint(painter, *shown, columns, {top, isRightToLeft() ? viewport()->width() : 0.0}, now);
-    }
+    HistoryBody::Sight sight;
+    sight.scrolled = verticalOffset();
+    sight.size = viewport()->size();
+    sight.isMirrored = isRightToLeft();
+    sight.isOutdated = store_.history().isOutdated.value();
+    sight.selected = selectedRow();
+    sight.hovered = hovered_;
+    sight.lanes = seenLanes_;
+    HistoryBody(*model_, rowPainter_, columns(), sight).paint(painter, event->rect());
 }
 
 } // namespace plovik

@@ -76,10 +76,6 @@ private:
     void askForMore();
     bool handledAsReading(const QKeyEvent* event);
 
-    QRectF bandOf(const QPainter& painter, int row) const;
-    void paintSelection(QPainter& painter, int row) const;
-    void paintGraph(QPainter& painter, int first, int last, const HistoryColumns& columns) const;
-    void paintTexts(QPainter& painter, int first, int last, const HistoryColumns& columns);
     bool showToolTip(QHelpEvent* event);
     void offerLabels(QPoint position);
 
