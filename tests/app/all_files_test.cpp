@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/app/EventWait.h"
+#include "tests/app/PaintedTexts.h"
 #include "tests/store/ManualWorker.h"
 #include "tests/support/TestRepository.h"
 
@@ -121,6 +122,12 @@ TEST_F(AllFilesTest, FoldAndOpenAndAreWalkedThroughAndCopied)
         const auto bars = all().findChildren<FileBar*>();
         return *std::ranges::find(bars, QString::fromStdString(nameOf(file)), &QWidget::accessibleName);
     };
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    const std::vector<test::PaintedText> painted = test::paintedTexts(*barOf(0));
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+    const auto path = std::ranges::find(painted, QString::fromStdString(nameOf(0)), &test::PaintedText::text);
+    ASSERT_NE(path, painted.end());
+    EXPECT_LT(path->place.left(), 100) << "a bar is read from left to right, as the code below it";
     const std::optional<int> before = barTop(1);
     barOf(0)->click();
     EXPECT_EQ(barTop(1), FileBar::barHeight());

@@ -60,6 +60,7 @@ void FileBar::setReserve(int width)
 void FileBar::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight); // as the code below it
     const Theme& theme = Theme::current();
     painter.fillRect(rect(), theme.content);
     painter.fillRect(0, 0, width(), 1, theme.separator);
