@@ -4,9 +4,9 @@
 #include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
-#include "app/ui/commands/Commands.h"
 #include "app/ui/diff/ShownLine.h"
 #include "app/ui/history/RowText.h"
+#include "app/ui/inspector/BlameMenu.h"
 #include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/RowList.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -193,47 +193,6 @@ void BlameList::askForBefore(int row)
 {
     if (row >= 0 && reasonAgainstBefore(row).isEmpty())
         Q_EMIT beforeRequested(row);
-}
-
-QMenu* BlameList::makeMenu()
-{
-    auto* const menu = new QMenu(this);
-    menu->setToolTipsVisible(true);
-    const int row = currentRow();
-    const bool isCommitted = !document()->commit(row).isUncommitted;
-    const auto add = [&](const QString& title, auto action) { return menu->addAction(title, this, std::move(action)); };
-    // The menu means the lines that it was opened for, which may be replaced meanwhile.
-    const auto ifShown = [this, opened = document()](auto action) {
-        return [this, opened, action] {
-            if (document() == opened)
-                action();
-        };
-    };
-    QAction* const show = add(tr("Show Commit"), ifShown([this, row] { Q_EMIT commitRequested(row); }));
-    markAs(CommandId::showCommit, show)->setShortcut(Qt::Key_Return);
-    show->setEnabled(isCommitted);
-    QAction* const before = add(tr("Blame Before This Commit"), ifShown([this, row] { askForBefore(row); }));
-    markAs(CommandId::blameBefore, before)->setShortcut(Qt::Key_B);
-    if (const QString reason = reasonAgainstBefore(row); !reason.isEmpty()) {
-        before->setToolTip(plainToolTip(reason));
-        before->setEnabled(false);
-    }
-    markAs(CommandId::showFileHistory, add(tr("Show File History"), [this] { Q_EMIT fileHistoryRequested(); }));
-    menu->addSeparator();
-    QAction* const hash = add(tr("Copy Hash"), [hash = shownText(document()->commit(row).hash)] {
-        QGuiApplication::clipboard()->setText(hash);
-    });
-    markAs(CommandId::copyHash, hash)->setEnabled(isCommitted);
-    if (!isCommitted) {
-        for (QAction* const action : {show, hash})
-            action->setToolTip(tr("These lines are not committed yet."));
-    }
-    const bool isOne = selectedRows().size() < 2;
-    QAction* const lines = add(isOne ? tr("Copy Line") : tr("Copy Lines"), [this] { copy(); });
-    lines->setShortcut(QKeySequence::Copy);
-    for (QAction* action : menu->actions())
-        action->setShortcutVisibleInContextMenu(true);
-    return menu;
 }
 
 void BlameList::paintEvent(QPaintEvent* event)
@@ -458,7 +417,7 @@ void BlameList::contextMenuEvent(QContextMenuEvent* event)
     }
 }
 
-QMenu* BlameList::makeContextMenu() { return currentRow() < 0 || !document() ? nullptr : makeMenu(); }
+QMenu* BlameList::makeContextMenu() { return currentRow() < 0 || !document() ? nullptr : makeBlameMenu(*this); }
 
 // Letters are commands here, so typing does not search.
 void BlameList::keyboardSearch(const QString&) {}

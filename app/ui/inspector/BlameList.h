@@ -62,10 +62,10 @@ public:
     int currentRow() const { return currentIndex().row(); }
     std::vector<int> selectedRows() const;
 
-    /// Returns a new menu for the current row. The caller deletes it.
-    QMenu* makeMenu();
     /// Returns why there is no blame before the row's commit, or an empty text when there is one.
     QString reasonAgainstBefore(int row) const;
+    /// Asks for that blame, if there is one.
+    void askForBefore(int row);
 
 public Q_SLOTS:
     /// Copies the selected lines to the clipboard.
@@ -104,7 +104,6 @@ private:
     void pointAt(QPoint point);
     bool isOnBeforeButton(QPoint point) const;
     bool isOnGutterEdge(QPoint point) const;
-    void askForBefore(int row);
     void showAbout(QPoint global, QPoint point);
 
     BlameModel* model_;
