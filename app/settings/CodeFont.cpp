@@ -5,8 +5,10 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -50,14 +52,21 @@ QFont font(const QString& name, double size)
 QFont current()
 {
     const Settings& settings = Settings::shared();
-    return font(settings.value(settings::codeFontName), settings.value(settings::codeFontSize));
+    return font(settings.value(settings::codeFontName), size());
+}
+
+double size()
+{
+    constexpr double ordinary = 12;
+    constexpr double besidePoints = 11;
+    const double chosen = Settings::shared().value(settings::codeFontSize);
+    const double suitable = std::round(ordinary * std::max(1.0, QGuiApplication::font().pointSizeF() / besidePoints));
+    return std::clamp(chosen > 0 ? chosen : suitable, minSize, maxSize);
 }
 
 void changeSize(double points)
 {
-    Settings& settings = Settings::shared();
-    const double size = std::clamp(settings.value(settings::codeFontSize), minSize, maxSize);
-    settings.set(settings::codeFontSize, std::clamp(size + points, minSize, maxSize));
+    Settings::shared().set(settings::codeFontSize, std::clamp(size() + points, minSize, maxSize));
 }
 
 int changeSizeByWheel(int angle)

@@ -21,6 +21,9 @@ QFont font(const QString& name, double size);
 /// Returns the font that the settings name.
 QFont current();
 
+/// Returns the size of that font: the one that the settings name, else one that stands well beside the desktop's ordinary
+/// font, which is 12 beside all but large ones.
+double size();
 /// Makes it larger by so many points, or smaller.
 void changeSize(double points);
 /// Makes it larger by a point for each notch of a wheel, or smaller. Returns what `angle`, in the unit of wheels, has

@@ -48,7 +48,7 @@ inline constexpr Setting<const char*> settingsWindowPlace{"settingsWindowPlace",
 // Preferences.
 inline constexpr Setting<const char*> appearance{"appearance", "system"};
 inline constexpr Setting<const char*> codeFontName{"codeFontName", ""};
-inline constexpr Setting<double> codeFontSize{"codeFontSize", 12};
+inline constexpr Setting<double> codeFontSize{"codeFontSize", 0}; ///< 0: as suits the desktop's ordinary font
 inline constexpr Setting<double> tabWidth{"tabWidth", 8}; ///< in columns, for files of which nothing else is said
 inline constexpr Setting<const char*> externalEditorPath{"externalEditorPath", ""}; ///< empty: the desktop's default
 inline constexpr Setting<bool> keepsIndexes{"keepIndexOfLargeRepositories", true};

@@ -150,7 +150,7 @@ TEST_F(SettingsTest, ValuesOfTheWrongTypeAndACorruptFileReadAsTheFallback)
 {
     stored().set(u"codeFontSize"_s, u"twelve"_s);
     stored().set(u"appearance"_s, QStringList{u"dark"_s, u"light"_s});
-    EXPECT_EQ(stored().value(settings::codeFontSize), 12);
+    EXPECT_EQ(CodeFont::size(), 12);
     EXPECT_EQ(storedAppearance(), AppAppearance::system);
     stored().set(settings::appearance, u"sepia"_s);
     EXPECT_EQ(storedAppearance(), AppAppearance::system);
@@ -161,7 +161,7 @@ TEST_F(SettingsTest, ValuesOfTheWrongTypeAndACorruptFileReadAsTheFallback)
     file.write("[General\n\xff\xfe\0codeFontSize==@Variant(\xff)\nappearance=@Variant(\\0\\0\\0\nsidebarWidth=nan");
     file.close();
     stored().save(); // reads it, too
-    EXPECT_EQ(stored().value(settings::codeFontSize), 12);
+    EXPECT_EQ(CodeFont::size(), 12);
     EXPECT_EQ(stored().value(settings::sidebarWidth), 0);
     EXPECT_EQ(storedAppearance(), AppAppearance::system);
     stored().set(settings::appearance, u"dark"_s);
@@ -342,6 +342,14 @@ TEST_F(SettingsTest, CodeFontChangesWithEveryStepAndGoesBackToTheDefaults)
     EXPECT_EQ(tabWidth.value(), 8);
     EXPECT_EQ(stored().value(settings::codeFontName), QString());
     EXPECT_EQ(preview.font(), CodeFont::font(QString(), 12));
+    const QFont ordinary = QApplication::font();
+    QFont large = ordinary;
+    large.setPointSizeF(22);
+    QApplication::setFont(large);
+    EXPECT_EQ(CodeFont::size(), 24) << "beside a large font of the desktop";
+    CodeFont::changeSize(-14);
+    EXPECT_EQ(CodeFont::size(), 10) << "where nothing else was chosen";
+    QApplication::setFont(ordinary);
 }
 
 TEST_F(SettingsTest, SaysOnceWhatCannotBeKeptUntilItCan)

@@ -14,8 +14,6 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 namespace plovik {
@@ -104,8 +102,7 @@ void EditorTab::showSettings()
         family_->addItem(QFontDatabase::hasFamily(name) ? name : tr("%1 (not installed)").arg(name), name);
     family_->setCurrentIndex(family_->findData(name));
     // A stored size out of range is shown as the size in use, and stays stored until it is changed here.
-    const double points =
-        std::clamp(Settings::shared().value(settings::codeFontSize), CodeFont::minSize, CodeFont::maxSize);
+    const double points = CodeFont::size();
     // Setting the same value would disturb somebody who types.
     if (const QSignalBlocker isShowing(size_); size_->value() != points)
         size_->setValue(points);
