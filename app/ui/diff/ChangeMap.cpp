@@ -58,14 +58,19 @@ void ChangeMap::paintEvent(QPaintEvent* event)
     const Theme& theme = Theme::current();
     QPainter painter(this);
     const int half = width() / 2;
-    for (int y = event->rect().top(); y <= std::min(event->rect().bottom(), height() - 1); ++y) {
+    const int end = std::min(event->rect().bottom() + 1, height());
+    // Pixels that show the same are filled at once: a long diff would take thousands of fillings.
+    for (int y = event->rect().top(), next = y; y < end; y = next) {
         const Line& line = lines_[static_cast<std::size_t>(y)];
+        while (next < end && line.looksLike(lines_[static_cast<std::size_t>(next)]))
+            ++next;
+        const int run = next - y;
         if (line.isRemoved)
-            painter.fillRect(1, y, half - 1, 1, theme.statusDeleted);
+            painter.fillRect(1, y, half - 1, run, theme.statusDeleted);
         if (line.isAdded)
-            painter.fillRect(half, y, width() - half - 1, 1, theme.statusAdded);
+            painter.fillRect(half, y, width() - half - 1, run, theme.statusAdded);
         if (line.isFound || line.isCurrent)
-            painter.fillRect(0, y, width(), 1, line.isCurrent ? theme.text : theme.foundBorder);
+            painter.fillRect(0, y, width(), run, line.isCurrent ? theme.text : theme.foundBorder);
     }
 }
 

@@ -46,6 +46,12 @@ private:
     struct Line {
         int top = -1; ///< of the first mark there, in what is scrolled; -1 without one
         bool isRemoved = false, isAdded = false, isFound = false, isCurrent = false;
+
+        bool looksLike(const Line& other) const
+        {
+            return isRemoved == other.isRemoved && isAdded == other.isAdded && isFound == other.isFound &&
+                   isCurrent == other.isCurrent;
+        }
     };
     std::vector<Line> lines_; ///< by the bar's pixels
 };
