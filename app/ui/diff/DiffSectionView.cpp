@@ -41,7 +41,7 @@ QWidget* orderTab(QWidget* before, QWidget* next)
 DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWidget* parent)
     : QWidget(parent), controller_(std::move(controller)), geometry_(controller_->diff()),
       pointer_(*controller_, geometry_), anchor_(*controller_, geometry_), bar_(new DiffSectionBar(this)),
-      functionBar_(new FunctionBar(this)), outline_(controller_->diff()), cutButton_(new CutButton(*controller_, this))
+      functionBar_(new FunctionBar(controller_->diff(), geometry_, this)), cutButton_(new CutButton(*controller_, this))
 {
     installDiffAccessibility();
     setFocusPolicy(Qt::StrongFocus);
@@ -62,7 +62,7 @@ DiffSectionView::DiffSectionView(std::shared_ptr<DiffController> controller, QWi
             Q_EMIT revealRequested(
                 rowRect(controller_->diff().document().hunks()[static_cast<std::size_t>(hunk)].first));
     });
-    connect(functionBar_, &FunctionBar::pressed, this, [this] { Q_EMIT revealRequested(rowRect(namedRow_)); });
+    connect(functionBar_, &FunctionBar::pressed, this, [this](int row) { Q_EMIT revealRequested(rowRect(row)); });
     connect(cutButton_, &CutButton::focused, this, [this] { Q_EMIT revealRequested(cutButton_->geometry()); });
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::codeFontName.key) || key == QLatin1String(settings::codeFontSize.key))
@@ -139,7 +139,7 @@ void DiffSectionView::spread(int shift)
     Q_EMIT contentHeightChanged(shift);
     placeAround();
     placeHunkButtons();
-    placeFunctionBar();
+    functionBar_->follow(visibleTop_);
     update();
 }
 
@@ -198,33 +198,10 @@ void DiffSectionView::setVisibleTop(int y)
 {
     visibleTop_ = y;
     bar_->move(0, std::clamp(y, 0, std::max(0, height() - DiffSectionBar::barHeight())));
-    placeFunctionBar();
+    functionBar_->follow(visibleTop_);
 }
 
-int DiffSectionView::coveredHeight() const
-{
-    return geometry_.barHeight() + (outline_.isEmpty() ? 0 : geometry_.metrics().functionBarHeight);
-}
-
-/// Shows the function of the topmost line in sight, unless the line that names it is in sight itself.
-void DiffSectionView::placeFunctionBar()
-{
-    const DiffDocument& document = controller_->diff().document();
-    const int top = visibleTop_ + geometry_.barHeight();
-    const int row = visibleTop_ < 0 ? -1 : geometry_.rowAt({0, top});
-    const int named = row < 0 ? -1 : outline_.nameRow(row);
-    functionBar_->setVisible(named >= 0 && named < row);
-    if (functionBar_->isHidden())
-        return;
-    namedRow_ = named;
-    functionBar_->setText(outline_.name(named), geometry_.metrics().numberFont, geometry_.metrics().hunkTextLeft);
-    // The next hunk's header pushes it out of sight.
-    const auto& hunks = document.hunks();
-    const auto next = std::ranges::upper_bound(hunks, row, {}, &DiffDocument::Hunk::first);
-    const bool hasHeader = next != hunks.end() && document.row(next->first).kind == DiffDocument::Kind::hunk;
-    const int most = hasHeader ? rowRect(next->first).top() - geometry_.metrics().functionBarHeight : top;
-    functionBar_->setGeometry(0, std::min(top, most), width(), geometry_.metrics().functionBarHeight);
-}
+int DiffSectionView::coveredHeight() const { return geometry_.barHeight() + functionBar_->mostHeight(); }
 
 void DiffSectionView::setFound(const DiffFound* found)
 {

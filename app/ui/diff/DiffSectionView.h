@@ -6,7 +6,6 @@
 #include "app/ui/diff/DiffButtons.h"
 #include "app/ui/diff/DiffController.h"
 #include "app/ui/diff/DiffGeometry.h"
-#include "app/ui/diff/DiffOutline.h"
 #include "app/ui/diff/DiffPointer.h"
 #include "app/ui/diff/GapButtons.h"
 #include "app/ui/widgets/ContextMenuSource.h"
@@ -101,7 +100,6 @@ private:
     /// Places what stands above and below the rows.
     void placeAround();
     void placeHunkButtons();
-    void placeFunctionBar();
     DiffAnchor::Sight sight() const { return {visibleTop_, visibleRegion().boundingRect()}; }
     void hover(QPoint point);
     void pointAt(QPoint point);
@@ -112,8 +110,6 @@ private:
     DiffAnchor anchor_;
     DiffSectionBar* bar_;
     FunctionBar* functionBar_;
-    DiffOutline outline_;
-    int namedRow_ = 0; ///< where the function in its bar begins
     CutButton* cutButton_;
     DiffButtons hunkButtons_{*this};
     QWidget* inset_ = nullptr;

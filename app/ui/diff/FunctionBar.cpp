@@ -1,18 +1,45 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/diff/FunctionBar.h"
 
+#include "app/ui/diff/DiffGeometry.h"
+#include "app/ui/diff/ShownDiff.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace plovik {
 
-FunctionBar::FunctionBar(QWidget* parent) : QWidget(parent)
+FunctionBar::FunctionBar(const ShownDiff& diff, const DiffGeometry& geometry, QWidget* section)
+    : QWidget(section), diff_(diff), geometry_(geometry), outline_(diff)
 {
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+int FunctionBar::mostHeight() const { return outline_.isEmpty() ? 0 : geometry_.metrics().functionBarHeight; }
+
+void FunctionBar::follow(int visibleTop)
+{
+    const DiffDocument& document = diff_.document();
+    const int top = visibleTop + geometry_.barHeight();
+    const int row = visibleTop < 0 ? -1 : geometry_.rowAt({0, top});
+    const int named = row < 0 ? -1 : outline_.nameRow(row);
+    setVisible(named >= 0 && named < row);
+    if (isHidden())
+        return;
+    namedRow_ = named;
+    const DiffMetrics& metrics = geometry_.metrics();
+    setText(outline_.name(named), metrics.numberFont, metrics.hunkTextLeft);
+    // The next hunk's header pushes it out of sight.
+    const auto& hunks = document.hunks();
+    const auto next = std::ranges::upper_bound(hunks, row, {}, &DiffDocument::Hunk::first);
+    const bool hasHeader = next != hunks.end() && document.row(next->first).kind == DiffDocument::Kind::hunk;
+    const int most = hasHeader ? geometry_.rowRect(next->first).top() - metrics.functionBarHeight : top;
+    setGeometry(0, std::min(top, most), parentWidget()->width(), metrics.functionBarHeight);
 }
 
 void FunctionBar::setText(const QString& text, const QFont& font, int left)
@@ -31,7 +58,7 @@ void FunctionBar::mousePressEvent(QMouseEvent* event)
     // It must not go on to the lines below, whatever the button.
     event->accept();
     if (event->button() == Qt::LeftButton)
-        Q_EMIT pressed();
+        Q_EMIT pressed(namedRow_);
 }
 
 void FunctionBar::paintEvent(QPaintEvent*)
