@@ -262,6 +262,7 @@ void History::reveal(const SidebarItem& item, const std::string& hash)
     beginWish();
     window_.follow(item);
     window_.followCommit(hash);
+    window_.leaveBlame();
     commitReveals = commitReveals.value() + 1;
 }
 
@@ -357,8 +358,11 @@ std::optional<std::string> History::wantedOn(const HistoryRows& page) const
 void History::selectWanted(const std::string& hash)
 {
     const Arrival arrival = wanted_->arrival;
+    const bool isOther = window_.selectedCommit.value() != hash;
     beginWish();
     window_.followCommit(hash);
+    if (arrival == Arrival::newPlace || (arrival == Arrival::samePlace && isOther))
+        window_.leaveBlame();
     commitReveals = commitReveals.value() + 1;
     if (arrived)
         arrived(arrival);

@@ -97,7 +97,7 @@ public:
     void inspect(InspectedFile file);
     void closeInspector();
     /// Closes the inspector if it shows a blame: something else is to be shown in the place of the diffs, where it is.
-    /// Selecting another commit or stash does so.
+    /// Selecting another commit or stash does so, and going to a commit.
     void leaveBlame();
 
     /// Whether the panel with the command log is open.

@@ -505,6 +505,13 @@ TEST_F(InspectedWindow, TakesThePlaceOfTheDiffsOrTheRightEdgeAndGivesTheFocusBac
     test::entry(*menu, u"Show Blame"_s)->trigger();
     worker.finishAll();
     ASSERT_TRUE(blame->isVisible());
+    Q_EMIT blame->commitRequested(0);
+    worker.finishAll();
+    EXPECT_EQ(store.window().selectedCommit.value(), repo.head());
+    EXPECT_FALSE(blame->isVisible()) << "the commit is to be seen that was gone to";
+    store.window().select(SidebarItem::workingCopy());
+    test::entry(*menu, u"Show Blame"_s)->trigger();
+    worker.finishAll();
     store.window().selectPaths({"f"});
     files->selectionModel()->select(files->model()->index(1, 0), QItemSelectionModel::ClearAndSelect);
     EXPECT_FALSE(blame->isVisible()) << "nor does it hide the diff of another file";

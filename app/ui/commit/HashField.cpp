@@ -106,6 +106,7 @@ void HashField::show()
 {
     text_->setText(isBrief_ ? hash_.left(briefDigits) : hash_);
     text_->setToolTip(plainToolTip(isBrief_ ? hash_ : QString()));
+    text_->setAccessibleDescription(isBrief_ ? hash_ : QString());
     text_->setCursorPosition(0);
     text_->setMinimumWidth(isBrief_ ? briefTextWidth() : 0);
     text_->setMaximumWidth(isBrief_ ? briefTextWidth() : QWIDGETSIZE_MAX);

@@ -230,14 +230,14 @@ void BlamePane::showCommit(int row)
 {
     if (!shown_)
         return;
-    // Copied, since a blame that is left forgets its lines. They may still be those of the file before.
+    // Copied, since the blame may be left. Its lines may still be those of the file before.
     const std::string path = shown_->path;
     const BlameDocument::Commit commit = list_->document()->commit(row);
-    store_.window().leaveBlame();
     if (!commit.isUncommitted) {
         store_.history().showCommit(commit.hash);
         return;
     }
+    store_.window().leaveBlame();
     if (store_.window().selection.value() != SidebarItem::workingCopy())
         store_.window().select(SidebarItem::workingCopy());
     store_.window().selectPaths(std::set<std::string>{path});
