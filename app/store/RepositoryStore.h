@@ -15,6 +15,7 @@
 #include "app/store/StoreServices.h"
 #include "app/store/Trail.h"
 #include "app/store/Trust.h"
+#include "app/store/Undo.h"
 #include "app/store/UpstreamCounts.h"
 #include "app/store/WindowState.h"
 #include "app/store/actions/Actors.h"
@@ -49,6 +50,8 @@ public:
     const Trust& trust() const { return trust_; }
     Changes& changes() { return changes_; }
     const Changes& changes() const { return changes_; }
+    Undo& undo() { return undo_; }
+    const Undo& undo() const { return undo_; }
     Discards& discards() { return discards_; }
     const Discards& discards() const { return discards_; }
     Staging& staging() { return staging_; }
@@ -76,6 +79,7 @@ private:
     SlowStatus slowStatus_{git_, window_, snapshot_};
     Trust trust_{git_, snapshot_, services_.trust};
     Changes changes_{git_, log_, snapshot_, trust_, window_, services_.signIn};
+    Undo undo_{git_, window_, snapshot_, changes_};
     Discards discards_{window_, snapshot_, changes_};
     Staging staging_{git_, window_, snapshot_, changes_, discards_, services_.trash};
     CommitDraft draft_{git_, window_, snapshot_, changes_, services_.messages};

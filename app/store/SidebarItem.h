@@ -8,7 +8,7 @@ namespace plovik {
 
 /// An item of the sidebar. The selected one decides what the detail area shows.
 struct SidebarItem {
-    enum class Kind { ref, workingCopy, history, stashes };
+    enum class Kind { ref, workingCopy, history, stashes, timeline };
 
     Kind kind = Kind::workingCopy;
     std::string refName; ///< full ref name; empty for other kinds
@@ -17,6 +17,7 @@ struct SidebarItem {
     static SidebarItem workingCopy() { return {Kind::workingCopy, {}}; }
     static SidebarItem history() { return {Kind::history, {}}; }
     static SidebarItem stashes() { return {Kind::stashes, {}}; }
+    static SidebarItem timeline() { return {Kind::timeline, {}}; }
 
     bool isRef() const { return kind == Kind::ref; }
     /// Returns whether the detail area shows the commit list for it.

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/undo/UndoStep.h"
+#include "app/store/Observed.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace plovik {
+
+class Changes;
+class GitAccess;
+class Snapshot;
+class WindowState;
+
+/// One row of the timeline: something that has happened in this working tree.
+struct TimelineRow {
+    enum class Kind {
+        step,     ///< made by this program; it can be taken back as far as it is the newest
+        undone,   ///< made by this program and taken back since
+        undo,     ///< took back another step
+        terminal, ///< made by another program, and read from HEAD's log
+    };
+    Kind kind = Kind::step;
+    QString title;
+    gitkit::Date date;
+    gitkit::UndoStep step; ///< only its points' heads are set for what another program did
+    int files = 0;         ///< how many files it keeps
+
+    bool operator==(const TimelineRow&) const = default;
+};
+using Timeline = std::shared_ptr<const std::vector<TimelineRow>>;
+
+/// What this working tree's changes can be taken back, and the list of them. Owned by the store; main thread.
+class Undo {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Undo)
+
+public:
+    Undo(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes);
+    Undo(const Undo&) = delete;
+    Undo& operator=(const Undo&) = delete;
+
+    /// What undo() takes back and redo() does again, as in “Merge of topic”; nullopt when there is nothing.
+    Observed<std::optional<QString>, Undo> undoTitle;
+    Observed<std::optional<QString>, Undo> redoTitle;
+    /// Returns a sentence that says why there is nothing to undo.
+    QString whyNoUndo() const;
+    void undo();
+    void redo();
+
+    /// Everything that has happened, the newest first; null before it was read.
+    Observed<Timeline, Undo> timeline;
+    /// Reads the timeline, and again whenever it may have changed. Call when it is shown first.
+    void showTimeline();
+
+    // What a row of the timeline offers. `id` is the one of its step.
+
+    /// Asks, and then takes back all steps down to this one.
+    void confirmUndoTo(const std::string& id);
+    /// Asks, and then writes the files back as they were before this step.
+    void confirmRestoreFiles(const std::string& id);
+    /// Asks for the name of a branch at the commit where HEAD stood before this step.
+    void newBranchBefore(const std::string& id);
+    /// Asks, and then removes what is kept of this step for good.
+    void confirmForget(const std::string& id);
+
+    /// What was just done, as a quiet sentence, and what can be done about it.
+    struct Said {
+        enum class Offer { none, undo, redo };
+        quint64 number = 0; ///< grows with each
+        QString sentence;
+        Offer offer = Offer::none;
+
+        bool operator==(const Said&) const = default;
+    };
+    Observed<std::optional<Said>, Undo> said;
+    void dismissSaid() { said = std::nullopt; }
+
+    /// The title of a step in whose middle the program ended; empty when there is none.
+    Observed<QString, Undo> interrupted;
+    void restoreInterrupted();
+    void leaveInterrupted();
+
+private:
+    const GitAccess& git_;
+    WindowState& window_;
+    Snapshot& snapshot_;
+    Changes& changes_;
+};
+
+} // namespace plovik
