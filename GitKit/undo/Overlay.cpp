@@ -40,23 +40,24 @@ std::string storeBytes(const GitRepository& repo, const std::string& bytes)
     return std::string(withoutLineEnd(repo.runner().bytes({"hash-object", "-w", "--no-filters", "--stdin"}, options)));
 }
 
-std::string storeFile(const GitRepository& repo, const std::string& path)
+std::string storeFile(const GitRepository& repo, const fs::path& file)
 {
-    return std::string(
-        withoutLineEnd(repo.runner().bytes({"hash-object", "-w", "--no-filters", "--", path}, helperOptions())));
+    return std::string(withoutLineEnd(
+        repo.runner().bytes({"hash-object", "-w", "--no-filters", "--", file.string()}, helperOptions())));
 }
 
-/// Stores the contents of regular files and notes their hashes.
-void storeFiles(const GitRepository& repo, std::vector<OverlayFile*>& files)
+/// Stores the contents of regular files and notes their hashes. The folder is empty for the working tree's root.
+void storeFiles(const GitRepository& repo, std::vector<OverlayFile*>& files, const fs::path& folder)
 {
-    const auto listed = std::ranges::partition(files, [](OverlayFile* file) { return isPlainLine(file->path); });
+    const auto listed =
+        std::ranges::partition(files, [&](OverlayFile* file) { return isPlainLine((folder / file->path).string()); });
     for (OverlayFile* file : listed)
-        file->hash = storeFile(repo, file->path);
+        file->hash = storeFile(repo, folder / file->path);
     RunOptions options = helperOptions();
     options.input = std::string();
     const std::span<OverlayFile*> plain(files.begin(), listed.begin());
     for (const OverlayFile* file : plain)
-        *options.input += file->path + '\n';
+        *options.input += (folder / file->path).string() + '\n';
     if (plain.empty())
         return;
     const std::string hashes = repo.runner().bytes({"hash-object", "-w", "--no-filters", "--stdin-paths"}, options);
@@ -93,11 +94,11 @@ bool restoreFile(const fs::path& root, const OverlayFile& file, const std::strin
 
 } // namespace
 
-std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths)
+std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths, const fs::path& folder)
 {
     std::vector<OverlayFile> files;
     for (const std::string& path : paths) {
-        const fs::path place = repo.root() / path;
+        const fs::path place = (folder.empty() ? repo.root() : folder) / path;
         const FileKind kind = kindAt(place);
         if (kind == FileKind::link) {
             if (const auto target = bytesOf(place, longestTarget))
@@ -111,7 +112,7 @@ std::string writeOverlay(const GitRepository& repo, const std::vector<std::strin
         if (file.hash.empty())
             regular.push_back(&file);
     }
-    storeFiles(repo, regular);
+    storeFiles(repo, regular, folder);
     return treeOf(repo, files);
 }
 
@@ -129,7 +130,8 @@ std::vector<OverlayFile> overlayFiles(const GitRepository& repo, const std::stri
     return files;
 }
 
-std::vector<std::string> restoreOverlay(const GitRepository& repo, const std::vector<OverlayFile>& files)
+std::vector<std::string> restoreOverlay(const GitRepository& repo, const std::vector<OverlayFile>& files,
+                                        const fs::path& folder)
 {
     std::vector<std::string> failed;
     for (std::size_t begin = 0; begin < files.size(); begin += mostAtOnce) {
@@ -139,7 +141,7 @@ std::vector<std::string> restoreOverlay(const GitRepository& repo, const std::ve
             hashes.push_back(file.hash);
         const auto contents = blobs(repo, hashes, largestBlob);
         for (std::size_t index = 0; index < some.size(); ++index) {
-            if (!contents[index] || !restoreFile(repo.root(), some[index], *contents[index]))
+            if (!contents[index] || !restoreFile(folder.empty() ? repo.root() : folder, some[index], *contents[index]))
                 failed.push_back(some[index].path);
         }
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -19,15 +20,17 @@ struct OverlayFile {
     bool operator==(const OverlayFile&) const = default;
 };
 
-/// Stores the files at these paths and returns the hash of a tree with them. Links are stored as links. Folders, pipes and
-/// missing files are left out.
-std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths);
+/// Stores the files at these paths below `folder`, or below the working tree's root when that is empty, and returns the
+/// hash of a tree with them. Links are stored as links. Folders, pipes and missing files are left out.
+std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths,
+                         const std::filesystem::path& folder = {});
 
 /// Returns the files of such a tree.
 std::vector<OverlayFile> overlayFiles(const GitRepository& repo, const std::string& tree);
 
 /// Writes files back, each in one step. Returns the paths of those that could not be written: where a folder or a link
 /// stands in the way, or the disk is full.
-std::vector<std::string> restoreOverlay(const GitRepository& repo, const std::vector<OverlayFile>& files);
+std::vector<std::string> restoreOverlay(const GitRepository& repo, const std::vector<OverlayFile>& files,
+                                        const std::filesystem::path& folder = {});
 
 } // namespace gitkit

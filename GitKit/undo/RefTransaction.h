@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/UndoStep.h"
 #include "GitKit/runner/GitStream.h"
 
 #include <optional>
@@ -10,15 +11,6 @@
 namespace gitkit {
 
 class GitRepository;
-
-/// A ref and the values that it must have and is to get, as full hashes.
-struct RefUpdate {
-    std::string name;                ///< full name
-    std::optional<std::string> from; ///< nullopt: it must not exist
-    std::optional<std::string> to;   ///< nullopt: it is deleted
-
-    bool operator==(const RefUpdate&) const = default;
-};
 
 /// Moves refs all together or not at all, with time for other work in between. While it lives the refs are locked, and no
 /// other git can move them. One thread at a time; the functions block.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -9,22 +10,43 @@ namespace gitkit {
 
 class GitRepository;
 
-/// From one tree to another, by their hashes.
+// Moving the index and the files of a working tree by what differs between two trees. Everything else stays as it is:
+// what is staged, changed, untracked or only intended. Blocking; throws as the methods of GitRepository do; callers keep
+// the writers of one repository apart. `gitDirectory` is what gitDirectories() calls the working tree's own.
+
+/// What is staged.
+struct IndexContents {
+    std::string tree;                   ///< without the paths in conflict
+    std::vector<std::string> conflicts; ///< the entries in conflict, as "MODE HASH STAGE\tPATH"
+};
+IndexContents indexContents(const GitRepository& repo, const std::filesystem::path& gitDirectory);
+
+/// Returns a tree of what is staged, with the contents of the files that are in conflict and of these. The index stays as
+/// it is.
+std::string levelTree(const GitRepository& repo, const std::filesystem::path& gitDirectory,
+                      const std::vector<std::string>& paths);
+
+/// From one state to another, by the hashes of trees and the entries in conflict.
 struct TreeMove {
     std::string from;
     std::string to;
+    std::vector<std::string> fromConflicts = {};
+    std::vector<std::string> toConflicts = {};
 };
 
-/// Moves the files of the working tree by `files` and the index by `index`. What is staged, changed, untracked or only
-/// intended stays as it is where the two trees are the same. `changed` are the paths that differ between the index and the
-/// files. Blocks; callers keep the writers of one repository apart.
-///
-/// Throws GitError, before anything is written, when a file that would change was changed by the user, when an untracked
-/// file is in the way, and when the index is locked. Ignored files are overwritten: see InTheWay.h.
-void moveTrees(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& files,
-               const TreeMove& index, const std::vector<std::string>& changed);
+/// Returns the paths that differ between the two, conflicts included.
+std::set<std::string> movedPaths(const GitRepository& repo, const TreeMove& move);
+/// Returns the moved paths whose files are not as `move.from` has them, nor as `move.to` does.
+std::vector<std::string> editedFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory,
+                                     const TreeMove& move);
+/// Returns the moved paths whose index entries are not as `move.from` has them.
+std::vector<std::string> editedEntries(const GitRepository& repo, const std::filesystem::path& gitDirectory,
+                                       const TreeMove& move);
 
-/// Returns the hash of a tree of what is staged, without the paths in conflict, and leaves the index as it is.
-std::string indexTree(const GitRepository& repo, const std::filesystem::path& gitDirectory);
+/// Moves the files, also those that were edited. Throws before anything is written when a file that git does not know is
+/// in the way; ignored ones are overwritten: see InTheWay.h.
+void moveFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& move);
+/// Moves the index.
+void moveIndex(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& move);
 
 } // namespace gitkit

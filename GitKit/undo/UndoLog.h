@@ -3,6 +3,7 @@
 
 #include "GitKit/records/Date.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -21,13 +22,14 @@ inline constexpr const char* undoRef = "PLOVIK_UNDO_HEAD";
 struct UndoEntry {
     std::string commit; ///< full hash
     Date date;
-    std::string text; ///< one line
+    std::string text;   ///< one line
+    std::string record; ///< message of the commit
 };
 
 /// Adds an entry. `text` is one line. Two entries in a row must have different commits: git notes no others.
 void appendUndoEntry(const GitRepository& repo, const std::string& commit, const std::string& text);
 
-/// Returns all entries, the newest first; none before the first one was made.
-std::vector<UndoEntry> undoEntries(const GitRepository& repo);
+/// Returns the newest entries, at most so many, the newest first; none before the first one was made.
+std::vector<UndoEntry> undoEntries(const GitRepository& repo, std::size_t most);
 
 } // namespace gitkit

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "GitKit/undo/UndoStep.h"
+#include "GitKit/records/UndoStep.h"
 #include "app/store/Observed.h"
 
 #include <QCoreApplication>

@@ -6,9 +6,11 @@
 #include "GitKit/runner/GitError.h"
 #include "GitKit/undo/Overlay.h"
 #include "GitKit/undo/RefTransaction.h"
+#include "GitKit/undo/TakeBack.h"
 #include "GitKit/undo/TreeMove.h"
 #include "GitKit/undo/UndoJournal.h"
 #include "GitKit/undo/UndoLog.h"
+#include "GitKit/undo/UndoRefused.h"
 #include "tests/support/TestRepository.h"
 
 #include <gmock/gmock.h>
@@ -39,7 +41,11 @@ std::string stateOf(const TestRepository& repo)
 {
     std::string state = repo.read({"ls-files", "-s", "-v", "-z"}) +
                         repo.read({"status", "--porcelain=v2", "-z", "-uall"}) + repo.read({"for-each-ref"}) +
-                        bytesAt(repo / ".git/HEAD") + repo.read({"stash", "list"});
+                        bytesAt(repo / ".git/HEAD") + repo.read({"stash", "list"}) +
+                        repo.read({"config", "--local", "--list", "-z"});
+    for (const char* file : {"MERGE_HEAD", "CHERRY_PICK_HEAD", "REBASE_HEAD", "rebase-merge/done", "sequencer/todo",
+                             "rebase-merge/git-rebase-todo", "BISECT_LOG"})
+        state += bytesAt(repo / ".git" / file) + '|';
     for (const auto& entry : fs::recursive_directory_iterator(repo.path())) {
         if (entry.path().string().find("/.git/") != std::string::npos || entry.is_directory())
             continue;
@@ -54,7 +60,7 @@ TEST(UndoLog, KeepsWhatItNamesAndIsSeenByNobody)
 {
     TestRepository repo;
     repo.write("a", "1").commit("one");
-    EXPECT_THAT(undoEntries(repo.repository()), IsEmpty());
+    EXPECT_THAT(undoEntries(repo.repository(), 9), IsEmpty());
     const auto commit = [&](const char* message) { return repo.read({"commit-tree", "-m", message, "HEAD^{tree}"}); };
     const std::string first = commit("b");
     const std::string second = commit("a");
@@ -62,7 +68,7 @@ TEST(UndoLog, KeepsWhatItNamesAndIsSeenByNobody)
     appendUndoEntry(repo.repository(), first, "b 1 Merge of \x1f \"topic\"");
     appendUndoEntry(repo.repository(), second, "a 1 Merge");
     repo.git({"gc", "-q", "--prune=now"});
-    const std::vector<UndoEntry> entries = undoEntries(repo.repository());
+    const std::vector<UndoEntry> entries = undoEntries(repo.repository(), 9);
     ASSERT_EQ(entries.size(), 2U);
     EXPECT_EQ(entries[0].commit, second);
     EXPECT_EQ(entries[1].text, "b 1 Merge of \x1f \"topic\"");
@@ -72,7 +78,7 @@ TEST(UndoLog, KeepsWhatItNamesAndIsSeenByNobody)
 
     const TemporaryFolder elsewhere;
     repo.git({"worktree", "add", "-q", "-b", "other", (elsewhere / "tree").string()});
-    EXPECT_THAT(undoEntries(GitRepository(elsewhere / "tree")), IsEmpty()) << "each working tree has its own";
+    EXPECT_THAT(undoEntries(GitRepository(elsewhere / "tree"), 9), IsEmpty()) << "each working tree has its own";
 }
 
 struct RefTransactionTest : testing::Test {
@@ -197,22 +203,29 @@ TEST(TreeMove, LeavesEverythingThatIsLocal)
     const fs::path directory = gitDirectories(repo.repository()).own;
     const std::string before = stateOf(repo);
 
-    const std::vector<std::string> changed{"changed", "both"};
-    moveTrees(repo.repository(), directory, {two, one}, {two, one}, changed);
+    const auto move = [&](const TreeMove& way) {
+        moveFiles(repo.repository(), directory, way);
+        moveIndex(repo.repository(), directory, way);
+    };
+    move({two, one});
     EXPECT_EQ(bytesAt(repo / "moves"), "1");
     EXPECT_EQ(bytesAt(repo / "goes"), "1");
     EXPECT_FALSE(fs::exists(repo / "new"));
     EXPECT_EQ(bytesAt(repo / "changed") + bytesAt(repo / "both") + bytesAt(repo / "staged"), "cbbs");
-    moveTrees(repo.repository(), directory, {one, two}, {one, two}, changed);
+    move({one, two});
     EXPECT_EQ(stateOf(repo), before) << "and back";
 
-    repo.write("moves", "mine");
+    repo.git({"update-index", "--assume-unchanged", "moves"}).write("moves", "mine");
+    EXPECT_THAT(editedFiles(repo.repository(), directory, {two, one}), ElementsAre("moves"));
+    repo.git({"update-index", "--no-assume-unchanged", "moves"}).write("goes", "untracked");
     const std::string mine = stateOf(repo);
-    EXPECT_THROW(moveTrees(repo.repository(), directory, {two, one}, {two, one}, {"changed", "both", "moves"}),
-                 GitError);
+    EXPECT_THAT(editedFiles(repo.repository(), directory, {two, one}), ElementsAre("moves"));
+    EXPECT_THAT(editedEntries(repo.repository(), directory, {two, one}), IsEmpty());
+    EXPECT_THROW(moveFiles(repo.repository(), directory, {two, one}), GitError);
     EXPECT_EQ(stateOf(repo), mine) << "refused before anything moved";
+    fs::remove(repo / "goes");
     repo.write("moves", "2").write(".git/index.lock", "");
-    EXPECT_THROW(moveTrees(repo.repository(), directory, {two, one}, {two, one}, changed), GitError);
+    EXPECT_THROW(moveIndex(repo.repository(), directory, {two, one}), GitError);
     fs::remove(repo / ".git/index.lock");
     EXPECT_EQ(stateOf(repo), before) << "nor under a lock";
 }
@@ -225,7 +238,9 @@ TEST(TreeMove, TellsWhatIsStagedWithoutTheConflicts)
     int status = 0;
     runPlainGit(repo.path(), {"merge", "topic"}, status);
     const std::string before = stateOf(repo);
-    const std::string tree = indexTree(repo.repository(), gitDirectories(repo.repository()).own);
+    const IndexContents contents = indexContents(repo.repository(), gitDirectories(repo.repository()).own);
+    const std::string& tree = contents.tree;
+    EXPECT_EQ(contents.conflicts.size(), 3U);
     EXPECT_EQ(repo.read({"ls-tree", "--name-only", tree}), "b");
     EXPECT_EQ(repo.read({"cat-file", "blob", tree + ":b"}), "2");
     EXPECT_EQ(stateOf(repo), before);
@@ -270,7 +285,24 @@ struct Story {
     const char* name;
     UndoScope scope;
     std::function<void(TestRepository&)> before, act;
+    bool takesChanged = false; ///< the action takes all changed files
 };
+
+/// Runs git whatever it says about conflicts.
+void tryGit(const TestRepository& repo, const std::vector<std::string>& arguments)
+{
+    int status = 0;
+    runPlainGit(repo.path(), arguments, status);
+}
+
+/// Stops in a conflict about `a`, with more changes around.
+void stopIn(TestRepository& repo, const std::vector<std::string>& command)
+{
+    repo.write("a", "ours").write("z", "1").git({"add", "z"}).git({"commit", "-q", "-am", "ours"});
+    tryGit(repo, command);
+}
+
+constexpr auto movesAll = [] { return UndoScope{.movesFiles = true, .movesIndex = true, .movesAnyRef = true}; };
 
 const std::vector<Story> stories{
     {"commit",
@@ -302,13 +334,18 @@ const std::vector<Story> stories{
      [](auto& r) { r.git({"branch", "-f", "topic", "topic"}); },
      [](auto& r) { r.git({"merge", "-q", "--ff-only", "topic"}); }},
     {"branch and tag deleted",
-     {},
-     [](auto& r) { r.git({"tag", "-a", "-m", "note", "v1"}).git({"tag", "light"}); },
+     {.refs = {"refs/heads/topic", "refs/tags/v1", "refs/tags/light"}, .touchesSettings = true},
+     [](auto& r) {
+         r.git({"tag", "-a", "-m", "note", "v1"}).git({"tag", "light"}).git({"config", "branch.topic.remote", "."});
+         r.git({"config", "branch.topic.merge", "refs/heads/main"})
+             .git({"config", "--add", "branch.topic.x", "\xe4\n="});
+         r.git({"config", "--add", "branch.topic.x", ""});
+     },
      [](auto& r) { r.git({"branch", "-q", "-D", "topic"}).git({"tag", "-d", "v1"}).git({"tag", "-d", "light"}); }},
     {"branch made and checked out",
-     {.movesFiles = true, .movesIndex = true},
+     {.movesFiles = true, .movesIndex = true, .refs = {"refs/heads/new/branch"}, .touchesSettings = true},
      [](auto&) {},
-     [](auto& r) { r.git({"checkout", "-q", "-b", "new/branch"}); }},
+     [](auto& r) { r.git({"checkout", "-q", "--track", "-b", "new/branch", "topic"}); }},
     {"staging",
      {.movesIndex = true},
      [](auto& r) { r.write("a", "2").write("n", "1"); },
@@ -334,6 +371,64 @@ const std::vector<Story> stories{
      [](auto& r) {
          r.write("z", "1").git({"add", "z"}).git({"commit", "-q", "-m", "z"}).git({"rebase", "-q", "topic"});
      }},
+    {"merge that stops", movesAll(),
+     [](auto& r) {
+         r.write("a", "ours").git({"commit", "-q", "-am", "ours"}).write("b", "changed").write("untracked", "u");
+     },
+     [](auto& r) { tryGit(r, {"merge", "-q", "topic"}); }},
+    {"rebase that stops", movesAll(), [](auto&) {}, [](auto& r) { stopIn(r, {"rebase", "topic"}); }},
+    {"cherry-pick that stops", movesAll(), [](auto&) {}, [](auto& r) { stopIn(r, {"cherry-pick", "topic"}); }},
+    {"merge aborted", movesAll(),
+     [](auto& r) {
+         stopIn(r, {"merge", "-q", "topic"});
+         r.write("a", "half resolved\r\n").git({"config", "core.autocrlf", "input"});
+     },
+     [](auto& r) { r.git({"merge", "--abort"}); }, true},
+    {"rebase aborted", movesAll(),
+     [](auto& r) {
+         stopIn(r, {"rebase", "topic"});
+         r.write("a", "resolved").git({"add", "a"}).write("b", "touched").write("untracked", "u");
+     },
+     [](auto& r) { r.git({"rebase", "--abort"}); }, true},
+    {"rebase continued", movesAll(),
+     [](auto& r) {
+         stopIn(r, {"rebase", "topic"});
+         r.write("a", "resolved").git({"add", "a"});
+     },
+     [](auto& r) { r.git({"-c", "core.editor=true", "rebase", "--continue"}); }, true},
+    {"commit of a merge",
+     {},
+     [](auto& r) {
+         stopIn(r, {"merge", "-q", "topic"});
+         r.write("a", "resolved").git({"add", "a"});
+     },
+     [](auto& r) { r.git({"commit", "-q", "-m", "merged"}); }},
+    {"side taken",
+     {.movesIndex = true, .overwrites = {"a"}},
+     [](auto& r) { stopIn(r, {"merge", "-q", "topic"}); },
+     [](auto& r) { r.git({"checkout", "--theirs", "a"}).git({"add", "a"}); }},
+    {"bisect marked", movesAll(),
+     [](auto& r) {
+         for (const char* text : {"3", "4", "5", "6"})
+             r.write("b", text).git({"commit", "-q", "-am", text});
+         r.git({"bisect", "start"}).git({"bisect", "bad"}).git({"bisect", "good", "HEAD~4"});
+     },
+     [](auto& r) { r.git({"bisect", "good"}); }, true},
+    {"stash saved",
+     {.movesIndex = true, .touchesStashes = true},
+     [](auto& r) { r.write("a", "staged").git({"add", "a"}).write("a", "changed").write("b", "1\r\n"); },
+     [](auto& r) { r.git({"stash", "push", "-q", "-m", "mine"}); },
+     true},
+    {"stash popped in conflict",
+     {.movesIndex = true, .overwrites = {"a", "new"}, .touchesStashes = true},
+     [](auto& r) {
+         r.write("a", "stashed").write("new", "n").git({"stash", "push", "-q", "-u", "-m", "mine"});
+         r.write("b", "2").git({"stash", "push", "-q"}).write("a", "ours").git({"commit", "-q", "-am", "ours"});
+     },
+     [](auto& r) {
+         tryGit(r, {"stash", "apply", "stash@{1}"});
+         r.git({"stash", "drop", "-q", "stash@{0}"});
+     }},
 };
 
 TEST(UndoJournal, TakesBackAndDoesAgain)
@@ -352,12 +447,14 @@ TEST(UndoJournal, TakesBackAndDoesAgain)
         story.before(repo);
         const GitRepository kit = repo.repository();
         const fs::path directory = gitDirectories(kit).own;
-        repo.git({"update-index", "-q", "--refresh"});
+        tryGit(repo, {"update-index", "-q", "--refresh"});
         const std::string a = stateOf(repo);
 
         UndoScope scope = story.scope;
         scope.kind = "test";
         scope.title = story.name;
+        if (story.takesChanged)
+            scope.overwrites = changedFiles(kit);
         UndoRecording recording(kit, directory, scope);
         story.act(repo);
         ASSERT_TRUE(recording.finish());
@@ -372,13 +469,13 @@ TEST(UndoJournal, TakesBackAndDoesAgain)
             ASSERT_TRUE(undo);
             EXPECT_EQ(undo->title, story.name);
             EXPECT_FALSE(nextRedo(done) && round == 0);
-            ASSERT_TRUE(takeBack(kit, directory, *undo, "Undo"));
+            ASSERT_TRUE(takeBack(kit, directory, *undo, "Undo").step);
             EXPECT_EQ(stateOf(repo), a) << "undone, round " << round;
             const std::vector<UndoStep> undone = undoSteps(kit);
             EXPECT_FALSE(nextUndo(undone));
             const UndoStep* redo = nextRedo(undone);
             ASSERT_TRUE(redo);
-            ASSERT_TRUE(takeBack(kit, directory, *redo, "Redo"));
+            ASSERT_TRUE(takeBack(kit, directory, *redo, "Redo").step);
             EXPECT_EQ(stateOf(repo), b) << "done again, round " << round;
             EXPECT_FALSE(nextRedo(undoSteps(kit)));
         }
@@ -447,7 +544,7 @@ TEST(UndoJournal, RedoIsOverOnceSomethingElseIsDone)
         UndoStep made;
         made.id = id;
         made.undoes = undoes;
-        made.after.emplace();
+        made.after.emplace().head.hash = id;
         return made;
     };
     const auto told = [](std::vector<UndoStep> newestLast) {

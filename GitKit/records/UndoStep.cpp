@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "GitKit/undo/UndoStep.h"
+#include "GitKit/records/UndoStep.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
+#include <string_view>
 
 namespace gitkit {
 
@@ -21,15 +23,24 @@ Nature natureOf(const std::vector<UndoStep>& steps, const UndoStep& step)
 
 } // namespace
 
+bool isPassing(const UndoStep& step)
+{
+    constexpr std::array<std::string_view, 2> kinds{"stage", "unstage"};
+    return std::ranges::find(kinds, step.kind) != kinds.end();
+}
+
 const UndoStep* nextUndo(const std::vector<UndoStep>& steps)
 {
     std::set<std::string> gone;
+    bool isPast = false; // something that is no passing step has happened since
     for (const UndoStep& step : steps) {
-        if (gone.contains(step.id) || !step.after)
+        if (!step.after)
             continue;
-        if (step.undoes.empty())
+        if (!gone.contains(step.id) && step.undoes.empty() && !(isPast && isPassing(step)))
             return &step;
-        gone.insert(step.undoes);
+        if (!gone.contains(step.id) && !step.undoes.empty())
+            gone.insert(step.undoes);
+        isPast = isPast || (step.undoes.empty() && !isPassing(step));
     }
     return nullptr;
 }
@@ -42,10 +53,17 @@ const UndoStep* nextRedo(const std::vector<UndoStep>& steps)
             continue;
         const Nature nature = natureOf(steps, step);
         if (nature != Nature::redo)
-            return nature == Nature::undo ? &step : nullptr;
+            return nature == Nature::undo && !step.isSame() ? &step : nullptr;
         gone.insert(step.undoes);
     }
     return nullptr;
+}
+
+bool isTakenBack(const std::vector<UndoStep>& steps, const UndoStep& step)
+{
+    // Only the newest step that took another one back counts: it may have been taken back itself.
+    const auto by = std::ranges::find(steps, step.id, &UndoStep::undoes);
+    return by != steps.end() && by->after && !isTakenBack(steps, *by);
 }
 
 } // namespace gitkit

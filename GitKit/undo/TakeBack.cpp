@@ -1,0 +1,480 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/undo/TakeBack.h"
+
+#include "GitKit/Text.h"
+#include "GitKit/repository/FileCopies.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/InTheWay.h"
+#include "GitKit/repository/Keeping.h"
+#include "GitKit/undo/HelperRuns.h"
+#include "GitKit/undo/OperationFiles.h"
+#include "GitKit/undo/Overlay.h"
+#include "GitKit/undo/RefTransaction.h"
+#include "GitKit/undo/TreeMove.h"
+#include "GitKit/undo/UndoJournal.h"
+#include "GitKit/undo/UndoLog.h"
+#include "GitKit/undo/UndoRecord.h"
+#include "GitKit/undo/UndoRefused.h"
+
+#include <algorithm>
+#include <set>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace gitkit {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Cause = UndoRefused::Cause;
+using Names = std::vector<std::string>;
+
+/// From one moment to another.
+struct Way {
+    UndoPoint from;
+    UndoPoint to;
+    std::vector<RefUpdate> refs;
+};
+
+TreeMove filesOf(const Way& way) { return {way.from.filesTree, way.to.filesTree}; }
+TreeMove indexOf(const Way& way)
+{
+    return {way.from.indexTree, way.to.indexTree, way.from.conflicts, way.to.conflicts};
+}
+bool movesFiles(const Way& way) { return !way.from.filesTree.empty() && !way.to.filesTree.empty(); }
+bool movesIndex(const Way& way) { return !way.from.indexTree.empty() && !way.to.indexTree.empty(); }
+
+Way reversed(const Way& way)
+{
+    Way back{way.to, way.from, {}};
+    for (const RefUpdate& update : way.refs)
+        back.refs.push_back({update.name, update.to, update.from});
+    return back;
+}
+
+/// Returns the paths of the files whose bytes either moment keeps.
+Names keptPaths(const GitRepository& repo, const Way& way)
+{
+    std::set<std::string> paths;
+    for (const UndoPoint* point : {&way.from, &way.to}) {
+        if (point->overlay.empty())
+            continue;
+        for (OverlayFile& file : overlayFiles(repo, point->overlay))
+            paths.insert(std::move(file.path));
+    }
+    return {paths.begin(), paths.end()};
+}
+
+/// Returns the files that a moment does not have and that the other one does, as far as their bytes are not kept.
+Names removedPaths(const UndoPoint& point, const Names& kept)
+{
+    Names paths;
+    for (const std::string& path : point.absent) {
+        if (!std::ranges::binary_search(kept, path))
+            paths.push_back(path);
+    }
+    return paths;
+}
+
+/// Returns the files among `paths` whose bytes are not as the moment has them.
+Names editedBytes(const GitRepository& repo, const UndoPoint& point, const Names& paths)
+{
+    if (paths.empty())
+        return {};
+    std::vector<OverlayFile> wanted;
+    if (!point.overlay.empty())
+        wanted = overlayFiles(repo, point.overlay);
+    const std::vector<OverlayFile> found = overlayFiles(repo, writeOverlay(repo, paths));
+    std::set<std::string> changed;
+    const auto noteMissing = [&changed](const std::vector<OverlayFile>& from, const std::vector<OverlayFile>& in) {
+        for (const OverlayFile& file : from) {
+            if (std::ranges::find(in, file) == in.end())
+                changed.insert(file.path);
+        }
+    };
+    noteMissing(wanted, found);
+    noteMissing(found, wanted);
+    return {changed.begin(), changed.end()};
+}
+
+/// A branch that is not checked out, or a stash, comes back wherever HEAD is.
+bool concernsHead(const Way& way)
+{
+    const auto isHead = [&way](const RefUpdate& update) { return update.name == way.from.head.branch; };
+    return way.from.head.branch != way.to.head.branch || movesFiles(way) || movesIndex(way) ||
+           std::ranges::any_of(way.refs, isHead);
+}
+
+void requireSameHead(const UndoPoint& left, const UndoPoint& now)
+{
+    if (now.head.branch != left.head.branch || (now.head.branch.empty() && now.head.hash != left.head.hash))
+        throw UndoRefused(Cause::otherHead, {now.head.branch}, "Something else is checked out by now.");
+    // Git's own words for the next commit may be edited, and what is in the folders changes with each step.
+    if (now.operation.empty() != left.operation.empty() || now.operationRefs != left.operationRefs)
+        throw UndoRefused(Cause::otherState, {}, "An operation has begun, gone on or ended since.");
+}
+
+/// Finds out why refs cannot be moved, after git has refused.
+void explainRefs(const GitRepository& repo, const std::vector<RefUpdate>& updates)
+{
+    Names moved;
+    Names taken;
+    for (const RefUpdate& update : updates) {
+        const GitOutput now = repo.runner().output({"rev-parse", "--verify", "--quiet", update.name}, helperOptions());
+        const std::string hash = now.status == 0 ? std::string(withoutLineEnd(now.stdoutBytes)) : std::string();
+        if (!update.from && !hash.empty())
+            taken.push_back(update.name);
+        else if (update.from && hash != *update.from)
+            moved.push_back(update.name);
+    }
+    if (!moved.empty())
+        throw UndoRefused(Cause::movedRefs, moved, inQuotes(moved.front()) + " has moved since.");
+    if (!taken.empty())
+        throw UndoRefused(Cause::takenNames, taken, inQuotes(taken.front()) + " is there again.");
+}
+
+/// Makes sure that no other working tree has a branch checked out that is about to move.
+void requireNotElsewhere(const GitRepository& repo, const Way& way)
+{
+    Names moving;
+    for (const RefUpdate& update : way.refs) {
+        if (update.name.starts_with("refs/heads/") && update.from)
+            moving.push_back(update.name);
+    }
+    if (moving.empty())
+        return;
+    std::vector<std::string> command{"for-each-ref", "--format=%(refname)%00%(worktreepath)%00"};
+    command.insert(command.end(), moving.begin(), moving.end());
+    const std::vector<std::string> fields = splitNul(repo.runner().bytes(command, helperOptions()));
+    std::error_code failure;
+    for (std::size_t index = 0; index + 1 < fields.size(); index += 2) {
+        const std::string name = fields[index].front() == '\n' ? fields[index].substr(1) : fields[index];
+        const std::string& place = fields[index + 1];
+        if (!place.empty() && std::ranges::find(moving, name) != moving.end() &&
+            !fs::equivalent(place, repo.root(), failure) && !failure)
+            throw UndoRefused(Cause::checkedOut, {name, place},
+                              inQuotes(name) + " is checked out in " + inQuotes(place) + ".");
+    }
+}
+
+/// Writes the bytes of `to` in place of those of `from`. Returns the files that could not be written.
+Names putBytes(const GitRepository& repo, const UndoPoint& to)
+{
+    Names failed;
+    if (!to.overlay.empty())
+        failed = restoreOverlay(repo, overlayFiles(repo, to.overlay));
+    for (const auto& [path, mode] : to.modes) {
+        if (kindAt(repo.root() / path) == FileKind::regular)
+            ::chmod((repo.root() / path).c_str(), mode);
+    }
+    for (const std::string& path : to.absent) {
+        if (kindAt(repo.root() / path) != FileKind::none && ::unlink((repo.root() / path).c_str()) != 0)
+            failed.push_back(path);
+    }
+    return failed;
+}
+
+void moveBytes(const GitRepository& repo, const UndoPoint& to)
+{
+    if (const Names failed = putBytes(repo, to); !failed.empty())
+        throw GitError("undo", 1, inQuotes(failed.front()) + " could not be written.");
+}
+
+void moveHead(const GitRepository& repo, const HeadPlace& from, const HeadPlace& to, const std::string& reason)
+{
+    if (from.branch == to.branch && (!to.branch.empty() || from.hash == to.hash))
+        return;
+    if (!to.branch.empty())
+        repo.runner().accepted({"symbolic-ref", "-m", reason, "HEAD", to.branch}, helperOptions());
+    else
+        repo.runner().accepted({"update-ref", "--no-deref", "-m", reason, "HEAD", to.hash}, helperOptions());
+}
+
+/// Returns whether a stash came back.
+bool moveStashes(const GitRepository& repo, const UndoPoint& to)
+{
+    if (!to.stashes)
+        return false;
+    const auto has = [](const std::vector<KeptStash>& stashes, const std::string& hash) {
+        return std::ranges::find(stashes, hash, &KeptStash::hash) != stashes.end();
+    };
+    const std::vector<KeptStash> now = stashesNow(repo);
+    // From the last on, so that the numbers of the others stay.
+    for (std::size_t index = now.size(); index-- > 0;) {
+        if (!has(*to.stashes, now[index].hash))
+            repo.runner().accepted({"stash", "drop", "--quiet", "stash@{" + std::to_string(index) + "}"},
+                                   helperOptions());
+    }
+    bool cameBack = false;
+    for (auto stash = to.stashes->rbegin(); stash != to.stashes->rend(); ++stash) {
+        if (has(now, stash->hash))
+            continue;
+        repo.runner().accepted({"stash", "store", "--quiet", "-m", stash->message, stash->hash}, helperOptions());
+        cameBack = true;
+    }
+    return cameBack;
+}
+
+void moveSettings(const GitRepository& repo, const UndoPoint& from, const UndoPoint& to)
+{
+    if (!from.settings || !to.settings)
+        return;
+    const auto valuesOf = [](const std::vector<Setting>& settings, const std::string& key) {
+        Names values;
+        for (const Setting& setting : settings) {
+            if (setting.key == key)
+                values.push_back(setting.value);
+        }
+        return values;
+    };
+    Names keys; // in the order in which they stood
+    for (const UndoPoint* point : {&to, &from}) {
+        for (const Setting& setting : *point->settings) {
+            if (std::ranges::find(keys, setting.key) == keys.end())
+                keys.push_back(setting.key);
+        }
+    }
+    const std::vector<Setting> now = settingsNow(repo);
+    for (const std::string& key : keys) {
+        const Names wanted = valuesOf(*to.settings, key);
+        if (wanted == valuesOf(*from.settings, key) || wanted == valuesOf(now, key))
+            continue;
+        if (!valuesOf(now, key).empty())
+            repo.runner().accepted({"config", "--local", "--unset-all", key}, helperOptions());
+        for (const std::string& value : wanted)
+            repo.runner().accepted({"config", "--local", "--add", key, value}, helperOptions());
+    }
+}
+
+/// Moves what the transaction of the refs is open for.
+void moveAll(const GitRepository& repo, const fs::path& gitDirectory, const Way& way)
+{
+    if (movesFiles(way))
+        moveFiles(repo, gitDirectory, filesOf(way));
+    if (movesIndex(way))
+        moveIndex(repo, gitDirectory, indexOf(way));
+    moveBytes(repo, way.to);
+    if (way.from.operation != way.to.operation || way.from.operationRefs != way.to.operationRefs)
+        restoreOperationFiles(repo, gitDirectory, {way.to.operation, way.to.operationRefs});
+}
+
+/// Goes back after a failure. What fails here, too, stays kept in the step.
+void moveAllBack(const GitRepository& repo, const fs::path& gitDirectory, const Way& way)
+{
+    try {
+        moveAll(repo, gitDirectory, reversed(way));
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the first failure is told
+    }
+}
+
+/// What takes a step back, in the order of its steps.
+class Moving {
+public:
+    Moving(const GitRepository& repo, fs::path gitDirectory, Way way, Over over)
+        : repo_(repo), gitDirectory_(std::move(gitDirectory)), way_(std::move(way)), over_(over),
+          kept_(keptPaths(repo_, way_))
+    {}
+
+    /// Refuses what cannot be done, and notes which edits it would take back.
+    void check()
+    {
+        requireNotElsewhere(repo_, way_);
+        std::set<std::string> edited;
+        const auto note = [&edited](Names names) { edited.insert(names.begin(), names.end()); };
+        if (movesFiles(way_))
+            note(editedFiles(repo_, gitDirectory_, filesOf(way_)));
+        if (movesIndex(way_))
+            note(editedEntries(repo_, gitDirectory_, indexOf(way_)));
+        note(editedBytes(repo_, way_.from, kept_));
+        edited_.assign(edited.begin(), edited.end());
+        if (over_ == Over::nothing && !edited_.empty())
+            throw UndoRefused(Cause::editedFiles, edited_, inQuotes(edited_.front()) + " was edited since.");
+        findInTheWay();
+    }
+
+    TakenBack run(const UndoStep& step, const std::string& title)
+    {
+        TakenBack done;
+        UndoRecording recording(repo_, gitDirectory_, scope(step, title));
+        try {
+            Names aside = inTheWay_;
+            const Names removed = removedNow();
+            aside.insert(aside.end(), removed.begin(), removed.end());
+            moveAside(repo_, aside, asideFolder(gitDirectory_, recording.id()));
+            recording.movedAside(aside);
+            moveOn(step, title, recording, done);
+            done.aside = inTheWay_;
+        } catch (const std::exception&) {
+            recording.finish();
+            throw;
+        }
+        done.left = moveBack(repo_, step.aside, asideFolder(gitDirectory_, step.id));
+        done.step = recording.finish();
+        return done;
+    }
+
+private:
+    /// Finds the files that git does not know where others come. Those whose bytes are kept are none of them.
+    void findInTheWay()
+    {
+        if (!movesFiles(way_))
+            return;
+        InTheWay found = gitkit::inTheWay(repo_, way_.from.filesTree, way_.to.filesTree);
+        const auto isKept = [this](const std::string& path) { return std::ranges::binary_search(kept_, path); };
+        std::erase_if(found.untracked, isKept);
+        std::erase_if(found.ignored, isKept);
+        if (over_ == Over::nothing && !found.untracked.empty())
+            throw UndoRefused(Cause::inTheWay, found.untracked, inQuotes(found.untracked.front()) + " is in the way.");
+        inTheWay_ = std::move(found.untracked);
+        inTheWay_.insert(inTheWay_.end(), found.ignored.begin(), found.ignored.end());
+    }
+
+    /// Returns the files that go and whose bytes are not kept.
+    Names removedNow() const
+    {
+        Names paths = removedPaths(way_.to, kept_);
+        std::erase_if(paths, [this](const std::string& path) { return kindAt(repo_.root() / path) == FileKind::none; });
+        return paths;
+    }
+
+    UndoScope scope(const UndoStep& step, const std::string& title) const
+    {
+        UndoScope scope{.kind = "undo",
+                        .title = title,
+                        .message = step.message,
+                        .movesFiles = movesFiles(way_),
+                        .movesIndex = movesIndex(way_),
+                        .overwrites = kept_,
+                        .removes = removedPaths(way_.to, kept_),
+                        .refs = {},
+                        .touchesStashes = way_.to.stashes.has_value(),
+                        .touchesSettings = way_.to.settings.has_value(),
+                        .target = way_.to.filesTree,
+                        .undoes = step.id};
+        for (const std::string& path : removedPaths(way_.from, kept_))
+            scope.removes.push_back(path);
+        for (const std::string& path : edited_) {
+            if (kindAt(repo_.root() / path) != FileKind::folder && !std::ranges::binary_search(kept_, path))
+                scope.overwrites.push_back(path);
+        }
+        for (const RefUpdate& update : way_.refs)
+            scope.refs.push_back(update.name);
+        return scope;
+    }
+
+    void moveOn(const UndoStep& step, const std::string& title, UndoRecording& recording, TakenBack& done)
+    {
+        if (!step.kept.empty()) {
+            bringKeptBack(step, done);
+            // More than the points keep: it cannot be done again.
+            if (kept_.empty() && way_.from.absent.empty())
+                recording.keptAs(step.kept);
+            return;
+        }
+        restoreTags(repo_, step);
+        std::optional<RefTransaction> refs;
+        try {
+            refs.emplace(repo_, title, way_.refs);
+        } catch (const std::exception&) {
+            moveBack(repo_, inTheWay_, asideFolder(gitDirectory_, recording.id()));
+            recording.movedAside({});
+            explainRefs(repo_, way_.refs);
+            throw;
+        }
+        try {
+            moveAll(repo_, gitDirectory_, way_);
+            refs->commit();
+        } catch (const std::exception&) { // as on a full disk: files and refs belong together
+            moveAllBack(repo_, gitDirectory_, way_);
+            moveBack(repo_, inTheWay_, asideFolder(gitDirectory_, recording.id()));
+            recording.movedAside({});
+            throw;
+        }
+        moveHead(repo_, way_.from.head, way_.to.head, title);
+        done.hasMovedStashes = moveStashes(repo_, way_.to);
+        moveSettings(repo_, way_.from, way_.to);
+    }
+
+    void bringKeptBack(const UndoStep& step, TakenBack& done)
+    {
+        for (const Kept& kept : allKept(gitDirectory_)) {
+            if (kept.name == step.kept)
+                done.files = gitkit::bringBack(repo_, gitDirectory_, kept);
+        }
+        if (!done.files)
+            throw GitError("undo", 1, "What was discarded is not kept any more.", ErrorKind::fileGone);
+    }
+
+    const GitRepository& repo_;
+    fs::path gitDirectory_;
+    Way way_;
+    Over over_;
+    Names kept_; ///< paths, sorted
+    Names edited_;
+    Names inTheWay_;
+};
+
+} // namespace
+
+TakenBack takeBack(const GitRepository& repo, const fs::path& gitDirectory, const UndoStep& step,
+                   const std::string& title, Over over)
+{
+    if (!step.after)
+        throw UndoRefused(Cause::noEnd, {}, "The step has no end, so that it is not known what it has changed.");
+    Way way = reversed({step.before, *step.after, step.refs});
+    if (concernsHead(way))
+        requireSameHead(way.from, pointNow(repo, gitDirectory, {}));
+    // What keeps the files of a discard fits them into what was written since.
+    Moving moving(repo, gitDirectory, std::move(way), step.kept.empty() ? over : Over::edits);
+    moving.check();
+    return moving.run(step, title);
+}
+
+TakenBack restoreBefore(const GitRepository& repo, const fs::path& gitDirectory, const UndoStep& step,
+                        const std::string& title)
+{
+    Names kept;
+    if (!step.before.overlay.empty()) {
+        for (OverlayFile& file : overlayFiles(repo, step.before.overlay))
+            kept.push_back(std::move(file.path));
+    }
+    kept.insert(kept.end(), step.before.absent.begin(), step.before.absent.end());
+    std::ranges::sort(kept);
+    UndoScope scope{.movesFiles = !step.before.filesTree.empty(),
+                    .movesIndex = !step.before.indexTree.empty(),
+                    .overwrites = kept,
+                    .touchesStashes = step.before.stashes.has_value(),
+                    .touchesSettings = step.before.settings.has_value()};
+    // What git had written when it was stopped is in no index yet.
+    if (!step.target.empty() && scope.movesFiles) {
+        for (const std::string& path : movedPaths(repo, {step.before.filesTree, step.target})) {
+            if (kindAt(repo.root() / path) != FileKind::folder && !std::ranges::binary_search(kept, path))
+                scope.overwrites.push_back(path);
+        }
+    }
+    Way way{pointNow(repo, gitDirectory, scope), step.before, {}};
+    // A branch that was left or deleted is where it was, or it is made again.
+    const HeadPlace& head = step.before.head;
+    if (!head.branch.empty() && !head.hash.empty()) {
+        const GitOutput found =
+            repo.runner().output({"rev-parse", "--verify", "--quiet", head.branch}, helperOptions());
+        const std::string hash = found.status == 0 ? std::string(withoutLineEnd(found.stdoutBytes)) : std::string();
+        if (hash != head.hash)
+            way.refs.push_back({head.branch, hash.empty() ? std::nullopt : std::optional(hash), head.hash});
+    }
+    Moving moving(repo, gitDirectory, std::move(way), Over::edits);
+    moving.check();
+    TakenBack done = moving.run(step, title);
+    leaveAsIs(repo, gitDirectory, step);
+    return done;
+}
+
+void leaveAsIs(const GitRepository& repo, const fs::path& gitDirectory, const UndoStep& step)
+{
+    UndoStep closed = step;
+    closed.after = pointNow(repo, gitDirectory, {});
+    closed.kind = "interrupted";
+    appendUndoEntry(repo, writeUndoRecord(repo, closed), "a " + step.id + ' ' + shownLine(step.title));
+}
+
+} // namespace gitkit

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/undo/UndoPoints.h"
+
+#include "GitKit/Text.h"
+#include "GitKit/parsers/Fields.h"
+#include "GitKit/repository/FileCopies.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/undo/HelperRuns.h"
+#include "GitKit/undo/OperationFiles.h"
+#include "GitKit/undo/Overlay.h"
+#include "GitKit/undo/TreeMove.h"
+#include "GitKit/undo/UndoRefused.h"
+
+#include <algorithm>
+#include <sys/stat.h>
+
+namespace gitkit {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t mostFiles = 2000;
+constexpr std::uintmax_t mostBytes = std::uintmax_t{200} << 20;
+
+HeadPlace headNow(const GitRepository& repo)
+{
+    const GitOutput both = repo.runner().output({"rev-parse", "HEAD", "--symbolic-full-name", "HEAD"}, helperOptions());
+    if (both.status == 0) {
+        const std::size_t end = both.stdoutBytes.find('\n');
+        std::string branch(withoutLineEnd(both.stdoutBytes.substr(end + 1)));
+        if (branch == "HEAD")
+            branch.clear();
+        return {std::move(branch), both.stdoutBytes.substr(0, end)};
+    }
+    // Before the first commit.
+    const GitOutput branch = repo.runner().output({"symbolic-ref", "--quiet", "HEAD"}, helperOptions());
+    return {branch.status == 0 ? std::string(withoutLineEnd(branch.stdoutBytes)) : std::string(), {}};
+}
+
+/// Makes sure that not too much would be kept.
+void requireRoom(const GitRepository& repo, const std::vector<std::string>& paths)
+{
+    std::uintmax_t bytes = 0;
+    std::uintmax_t files = 0;
+    for (const std::string& path : paths) {
+        struct stat status{};
+        if (::lstat((repo.root() / path).c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+            continue;
+        ++files;
+        bytes += static_cast<std::uintmax_t>(status.st_size);
+    }
+    if (files > mostFiles || bytes > mostBytes)
+        throw UndoTooLarge(files, bytes);
+}
+
+void keepBytes(const GitRepository& repo, const UndoScope& scope, UndoPoint& point)
+{
+    for (const std::string& path : scope.removes) {
+        if (kindAt(repo.root() / path) == FileKind::none)
+            point.absent.push_back(path);
+    }
+    if (scope.overwrites.empty())
+        return;
+    requireRoom(repo, scope.overwrites);
+    point.overlay = writeOverlay(repo, scope.overwrites);
+    for (const std::string& path : scope.overwrites) {
+        struct stat status{};
+        if (::lstat((repo.root() / path).c_str(), &status) != 0)
+            point.absent.push_back(path);
+        else if (S_ISREG(status.st_mode))
+            point.modes.emplace_back(path, status.st_mode & 07777U);
+    }
+}
+
+} // namespace
+
+UndoPoint pointNow(const GitRepository& repo, const fs::path& gitDirectory, const UndoScope& scope)
+{
+    UndoPoint point;
+    point.head = headNow(repo);
+    if (scope.movesIndex || scope.movesFiles) {
+        IndexContents index = indexContents(repo, gitDirectory);
+        point.indexTree = std::move(index.tree);
+        point.conflicts = std::move(index.conflicts);
+        // The files follow the index but for those in conflict, and those whose bytes are kept.
+        if (scope.movesFiles)
+            point.filesTree = point.conflicts.empty() && scope.overwrites.empty()
+                                  ? point.indexTree
+                                  : levelTree(repo, gitDirectory, scope.overwrites);
+    }
+    keepBytes(repo, scope, point);
+    OperationFiles operation = operationFiles(repo, gitDirectory);
+    point.operation = std::move(operation.tree);
+    point.operationRefs = std::move(operation.refs);
+    if (scope.touchesStashes)
+        point.stashes = stashesNow(repo);
+    if (scope.touchesSettings)
+        point.settings = settingsNow(repo);
+    return point;
+}
+
+std::vector<std::string> changedFiles(const GitRepository& repo)
+{
+    std::vector<std::string> paths;
+    for (const FileChange& file : repo.status().files) {
+        if (!file.isUntracked() && (file.worktree != '.' || file.isConflicted) && !file.isSubmodule)
+            paths.push_back(file.path);
+    }
+    return paths;
+}
+
+RefValues refsNow(const GitRepository& repo, const UndoScope& scope)
+{
+    std::vector<std::string> command{"for-each-ref", "--format=%(objectname)%00%(refname)%00%(symref)%00"};
+    // What a fetch moves is not ours to take back.
+    if (scope.movesAnyRef)
+        command.insert(command.end(), {"refs/heads", "refs/notes", "refs/bisect", "refs/rewritten", "refs/worktree"});
+    command.insert(command.end(), scope.refs.begin(), scope.refs.end());
+    if (command.size() == 2)
+        return {};
+    RefValues refs;
+    const std::vector<std::string> fields = splitNul(repo.runner().bytes(command, helperOptions()));
+    for (std::size_t index = 0; index + 2 < fields.size(); index += 3) {
+        // Each record but the first begins with the line end of the one before.
+        std::string hash = fields[index].front() == '\n' ? fields[index].substr(1) : fields[index];
+        const std::string& name = fields[index + 1];
+        // A name stands for all below it, too.
+        const bool isMeant = scope.movesAnyRef || std::ranges::find(scope.refs, name) != scope.refs.end();
+        if (fields[index + 2].empty() && isMeant)
+            refs.emplace_back(name, std::move(hash));
+    }
+    return refs;
+}
+
+std::vector<KeptStash> stashesNow(const GitRepository& repo)
+{
+    if (repo.runner().output({"rev-parse", "--verify", "--quiet", "refs/stash"}, helperOptions()).status != 0)
+        return {};
+    const std::string log = repo.runner().bytes(
+        {"log", "-g", "-z", "--no-decorate", "--format=%H%x1f%gs", "refs/stash", "--"}, helperOptions());
+    std::vector<KeptStash> stashes;
+    Pieces records(log, '\0');
+    while (const auto record = records.next()) {
+        const std::size_t end = record->find('\x1f');
+        if (end != std::string_view::npos)
+            stashes.push_back({std::string(record->substr(0, end)), std::string(record->substr(end + 1))});
+    }
+    return stashes;
+}
+
+std::vector<Setting> settingsNow(const GitRepository& repo)
+{
+    std::vector<Setting> settings;
+    for (const std::string& entry :
+         splitNul(repo.runner().bytes({"config", "--local", "-z", "--list"}, helperOptions())))
+    {
+        if (!entry.starts_with("branch.") && !entry.starts_with("remote."))
+            continue;
+        const std::size_t end = entry.find('\n');
+        settings.push_back({entry.substr(0, end), end == std::string::npos ? std::string() : entry.substr(end + 1)});
+    }
+    return settings;
+}
+
+} // namespace gitkit
