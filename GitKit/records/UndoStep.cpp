@@ -12,16 +12,19 @@ namespace {
 
 enum class Nature { action, undo, redo };
 
+/// What takes an undo back is a redo, and what takes that back is an undo again.
 Nature natureOf(const std::vector<UndoStep>& steps, const UndoStep& step)
 {
     if (step.undoes.empty())
         return Nature::action;
     const auto taken = std::ranges::find(steps, step.undoes, &UndoStep::id);
     // What is older than the log was an action: an undo is taken back soon or never.
-    return taken == steps.end() || taken->undoes.empty() ? Nature::undo : Nature::redo;
+    return taken != steps.end() && natureOf(steps, *taken) == Nature::undo ? Nature::redo : Nature::undo;
 }
 
 } // namespace
+
+bool isPublished(const UndoStep& step) { return step.kind == "push"; }
 
 bool isPassing(const UndoStep& step)
 {
@@ -29,18 +32,28 @@ bool isPassing(const UndoStep& step)
     return std::ranges::find(kinds, step.kind) != kinds.end();
 }
 
+const UndoStep& actionOf(const std::vector<UndoStep>& steps, const UndoStep& step)
+{
+    const auto taken = step.undoes.empty() ? steps.end() : std::ranges::find(steps, step.undoes, &UndoStep::id);
+    return taken == steps.end() ? step : actionOf(steps, *taken);
+}
+
 const UndoStep* nextUndo(const std::vector<UndoStep>& steps)
 {
     std::set<std::string> gone;
     bool isPast = false; // something that is no passing step has happened since
     for (const UndoStep& step : steps) {
-        if (!step.after)
+        if (!step.after || step.kind == "interrupted")
             continue;
-        if (!gone.contains(step.id) && step.undoes.empty() && !(isPast && isPassing(step)))
-            return &step;
-        if (!gone.contains(step.id) && !step.undoes.empty())
+        if (isPublished(step))
+            return nullptr;
+        const bool isPassed = isPassing(actionOf(steps, step));
+        if (!gone.contains(step.id)) {
+            if (natureOf(steps, step) != Nature::undo && !(isPast && isPassed))
+                return &step;
             gone.insert(step.undoes);
-        isPast = isPast || (step.undoes.empty() && !isPassing(step));
+        }
+        isPast = isPast || !isPassed;
     }
     return nullptr;
 }

@@ -84,10 +84,28 @@ struct UndoStep {
     bool isSame() const { return after && refs.empty() && *after == before && aside.empty(); }
 };
 
+/// Why a step cannot be taken back as things are now.
+enum class UndoRefusal {
+    otherHead,   ///< another branch or commit is checked out
+    movedRefs,   ///< refs are no longer where the step left them
+    takenNames,  ///< refs were made again since
+    otherState,  ///< an operation has begun, gone on or ended since
+    editedFiles, ///< files were edited or staged since; it can be done all the same
+    inTheWay,    ///< files that git does not know stand where others would come; the same
+    checkedOut,  ///< another working tree has the branch checked out
+    noEnd,       ///< the program ended in the middle of the step
+};
+
+/// Returns whether a step was told to others, so that it cannot be taken back from here.
+bool isPublished(const UndoStep& step);
 /// Returns whether a step is of those that can be taken back only as long as nothing else has happened since.
 bool isPassing(const UndoStep& step);
 
-/// Returns the step that undo takes back next, or null. `steps` are the newest first.
+/// Returns what a step has to do with in the end: itself, or what it has taken back or done again. `steps` are the newest
+/// first, here and below.
+const UndoStep& actionOf(const std::vector<UndoStep>& steps, const UndoStep& step);
+
+/// Returns the step that undo takes back next, or null: an action, or what has done it again.
 const UndoStep* nextUndo(const std::vector<UndoStep>& steps);
 /// Returns the step whose taking back does again what was taken back last, or null when nothing was, or when something
 /// has been done since.

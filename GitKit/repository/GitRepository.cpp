@@ -74,6 +74,14 @@ GitRepository::GitRepository(std::filesystem::path root, RunContext context)
     : root_(std::move(root)), runner_(root_, pinnedTo(root_, std::move(context)))
 {}
 
+GitRepository GitRepository::unheard() const
+{
+    RunContext context = runner_.context();
+    context.listener.reset();
+    context.stop = {};
+    return in(std::move(context));
+}
+
 std::filesystem::path GitRepository::topLevel(const std::filesystem::path& folder)
 {
     GitExecutable::requireSupported();

@@ -40,6 +40,8 @@ public:
     explicit GitRepository(std::filesystem::path root, RunContext context = {});
     /// Returns the same repository with another context for its runs.
     GitRepository in(RunContext context) const { return GitRepository(root_, std::move(context)); }
+    /// Returns the same repository for runs that nobody listens to and that no stop ends.
+    GitRepository unheard() const;
 
     const std::filesystem::path& root() const { return root_; }
     /// Runs git in the root. Only for the functions over this class.

@@ -65,6 +65,27 @@ void removeEmptyParents(const fs::path& root, const std::string& path)
         fs::remove(root / folder, failure); // fails for one that is not empty
 }
 
+InTheWay standing(const GitRepository& repo, const std::vector<std::string>& paths)
+{
+    std::set<std::string> standing;
+    for (const std::string& path : paths) {
+        if (const auto place = standingInPlaceOf(repo.root(), path))
+            standing.insert(*place);
+    }
+    const std::vector<std::string> places(standing.begin(), standing.end());
+    if (places.empty())
+        return {};
+    return {unknownFiles(repo, Unknown::untracked, places), unknownFiles(repo, Unknown::ignored, places)};
+}
+
+/// The same for the files that a command lists.
+InTheWay standingAtListed(const GitRepository& repo, std::vector<std::string> command)
+{
+    command.insert(command.begin() + 1, {"--name-only", "-z", "--no-renames", "--no-ext-diff"});
+    const GitOutput listed = repo.runner().output(command);
+    return listed.status == 0 ? standing(repo, splitNul(listed.stdoutBytes)) : InTheWay();
+}
+
 } // namespace
 
 std::optional<std::string> standingInPlaceOf(const fs::path& root, const std::string& path)
@@ -98,17 +119,33 @@ std::vector<std::string> unknownFiles(const GitRepository& repo, Unknown kind, c
 
 InTheWay inTheWay(const GitRepository& repo, const std::string& fromTree, const std::string& toTree)
 {
-    std::set<std::string> standing;
-    for (const std::string& path : splitNul(repo.runner().bytes(
-             {"diff-tree", "-r", "--name-only", "-z", "--no-renames", "--diff-filter=AT", fromTree, toTree, "--"})))
-    {
-        if (const auto place = standingInPlaceOf(repo.root(), path))
-            standing.insert(*place);
-    }
-    const std::vector<std::string> places(standing.begin(), standing.end());
-    if (places.empty())
-        return {};
-    return {unknownFiles(repo, Unknown::untracked, places), unknownFiles(repo, Unknown::ignored, places)};
+    return standing(repo, splitNul(repo.runner().bytes({"diff-tree", "-r", "--name-only", "-z", "--no-renames",
+                                                        "--diff-filter=AT", fromTree, toTree, "--"})));
+}
+
+InTheWay inTheWayOfCheckout(const GitRepository& repo, const std::string& ref)
+{
+    return standingAtListed(repo, {"diff-tree", "-r", "--diff-filter=AT", "HEAD", ref, "--"});
+}
+
+InTheWay inTheWayOfMerge(const GitRepository& repo, const std::string& ref)
+{
+    return standingAtListed(repo, {"diff", "--diff-filter=A", "HEAD..." + ref, "--"});
+}
+
+InTheWay inTheWayOfCherryPick(const GitRepository& repo, const std::string& hash)
+{
+    return standingAtListed(repo, {"diff-tree", "--root", "--no-commit-id", "-r", "--diff-filter=A", hash, "--"});
+}
+
+InTheWay inTheWayOfRevert(const GitRepository& repo, const std::string& hash)
+{
+    return standingAtListed(repo, {"diff-tree", "--root", "--no-commit-id", "-r", "--diff-filter=D", hash, "--"});
+}
+
+InTheWay inTheWayOfStash(const GitRepository& repo, const std::string& commit)
+{
+    return standingAtListed(repo, {"diff", "--diff-filter=A", commit + "^1", commit, "--"});
 }
 
 void moveAside(const GitRepository& repo, const std::vector<std::string>& paths, const fs::path& folder)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/InTheWay.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -21,15 +23,18 @@ enum class Unknown { untracked, ignored, both };
 /// Returns the files of that kind at these paths and in folders of these names.
 std::vector<std::string> unknownFiles(const GitRepository& repo, Unknown kind, const std::vector<std::string>& paths);
 
-/// What would be overwritten or deleted by moving the working tree from one tree to another. A file in both trees that was
-/// changed is not among them: git refuses to overwrite it.
-struct InTheWay {
-    std::vector<std::string> untracked;
-    std::vector<std::string> ignored;
-
-    bool operator==(const InTheWay&) const = default;
-};
+/// Finds what moving the working tree from one tree to another would overwrite or delete. A file in both trees that was
+/// changed is not among it: git refuses to overwrite it.
 InTheWay inTheWay(const GitRepository& repo, const std::string& fromTree, const std::string& toTree);
+
+// The same for what git is about to do. `ref`, `hash` and `commit` are full names or hashes. Nothing is in the way of what
+// git will refuse in words of its own.
+
+InTheWay inTheWayOfCheckout(const GitRepository& repo, const std::string& ref);
+InTheWay inTheWayOfMerge(const GitRepository& repo, const std::string& ref);
+InTheWay inTheWayOfCherryPick(const GitRepository& repo, const std::string& hash);
+InTheWay inTheWayOfRevert(const GitRepository& repo, const std::string& hash);
+InTheWay inTheWayOfStash(const GitRepository& repo, const std::string& commit);
 
 /// Moves files away into `folder`, with their paths, bytes, modes and times; nothing is copied where both are on one file
 /// system. Throws GitError when one cannot be moved; those before it are back in their places then.

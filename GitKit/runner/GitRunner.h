@@ -38,6 +38,8 @@ class GitRunner {
 public:
     explicit GitRunner(std::filesystem::path directory, RunContext context = {});
 
+    const RunContext& context() const { return context_; }
+
     /// The raw result, whatever the exit status. Throws LaunchError when git cannot be started.
     GitOutput output(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
 

@@ -305,11 +305,11 @@ public:
             moveOn(step, title, recording, done);
             done.aside = inTheWay_;
         } catch (const std::exception&) {
-            recording.finish();
+            recording.finish(repo_);
             throw;
         }
         done.left = moveBack(repo_, step.aside, asideFolder(gitDirectory_, step.id));
-        done.step = recording.finish();
+        done.step = recording.finish(repo_);
         return done;
     }
 

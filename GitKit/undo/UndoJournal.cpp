@@ -7,6 +7,7 @@
 #include "GitKit/undo/UndoRecord.h"
 
 #include <algorithm>
+#include <chrono>
 #include <map>
 #include <random>
 
@@ -53,7 +54,7 @@ std::vector<RefUpdate> movedRefs(const RefValues& before, const RefValues& after
 }
 
 /// Whether a step has ended without having changed anything. What is kept elsewhere leaves the same state.
-bool isNothing(const UndoStep& step) { return step.isSame() && step.kept.empty(); }
+bool isNothing(const UndoStep& step) { return step.isSame() && step.kept.empty() && !isPublished(step); }
 
 } // namespace
 
@@ -63,7 +64,7 @@ fs::path asideFolder(const fs::path& gitDirectory, const std::string& id)
 }
 
 UndoRecording::UndoRecording(const GitRepository& repo, const fs::path& gitDirectory, UndoScope scope)
-    : repo_(repo), gitDirectory_(gitDirectory), scope_(std::move(scope))
+    : gitDirectory_(gitDirectory), scope_(std::move(scope))
 {
     step_.id = newId();
     step_.kind = scope_.kind;
@@ -72,24 +73,32 @@ UndoRecording::UndoRecording(const GitRepository& repo, const fs::path& gitDirec
     step_.undoes = scope_.undoes;
     step_.aside = scope_.aside;
     step_.target = scope_.target;
-    step_.before = pointNow(repo_, gitDirectory_, scope_);
+    step_.before = pointNow(repo, gitDirectory_, scope_);
     // The branch stays among the refs when HEAD leaves it.
     if (!step_.before.head.branch.empty())
         scope_.refs.push_back(step_.before.head.branch);
     refs_ = scope_.movesAnyRef || scope_.refs.size() > (step_.before.head.branch.empty() ? 0U : 1U)
-                ? refsNow(repo_, scope_)
+                ? refsNow(repo, scope_)
                 : withHead({}, step_.before.head);
-    appendUndoEntry(repo_, writeUndoRecord(repo_, step_), "b " + step_.id + ' ' + shownLine(step_.title));
+    step_.began = step_.date = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    append(repo, "b ");
 }
 
-std::optional<UndoStep> UndoRecording::finish()
+void UndoRecording::append(const GitRepository& repo, const char* moment)
 {
-    step_.after = pointNow(repo_, gitDirectory_, scope_);
+    step_.record = writeUndoRecord(repo, step_);
+    appendUndoEntry(repo, step_.record, moment + step_.id + ' ' + shownLine(step_.title));
+}
+
+std::optional<UndoStep> UndoRecording::finish(const GitRepository& repo)
+{
+    step_.after = pointNow(repo, gitDirectory_, scope_);
     const HeadPlace& head = step_.after->head;
     const bool isOnlyHead = !scope_.movesAnyRef && scope_.refs == std::vector{step_.before.head.branch} &&
                             head.branch == step_.before.head.branch;
-    step_.refs = movedRefs(refs_, isOnlyHead ? withHead({}, head) : refsNow(repo_, scope_));
-    appendUndoEntry(repo_, writeUndoRecord(repo_, step_), "a " + step_.id + ' ' + shownLine(step_.title));
+    step_.refs = movedRefs(refs_, isOnlyHead ? withHead({}, head) : refsNow(repo, scope_));
+    step_.date = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    append(repo, "a ");
     return isNothing(step_) ? std::nullopt : std::optional(step_);
 }
 

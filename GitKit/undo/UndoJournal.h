@@ -33,10 +33,11 @@ public:
 
     /// Keeps the state after, however the action has ended. Returns the step, or nullopt when nothing has changed, in
     /// which case the step is not listed.
-    std::optional<UndoStep> finish();
+    std::optional<UndoStep> finish(const GitRepository& repo);
 
 private:
-    const GitRepository& repo_;
+    void append(const GitRepository& repo, const char* moment);
+
     std::filesystem::path gitDirectory_;
     UndoScope scope_;
     UndoStep step_;

@@ -10,6 +10,40 @@
 
 namespace gitkit {
 
+namespace {
+
+/// Reads "SECONDS" as git prints a date.
+Date dateOf(std::string_view seconds)
+{
+    std::int64_t count = 0;
+    std::from_chars(seconds.data(), seconds.data() + seconds.size(), count);
+    return Date(std::chrono::seconds(count));
+}
+
+} // namespace
+
+std::vector<RefLogEntry> refLog(const GitRepository& repo, const std::string& ref, std::size_t most)
+{
+    // With a date for the selector, that of the entry stands in it: "HEAD@{1700000000}".
+    const GitOutput log =
+        repo.runner().output({"log", "-g", "-z", "--no-decorate", "--date=unix", "--max-count=" + std::to_string(most),
+                              "--format=%H%x1f%gd%x1f%gs", ref, "--"},
+                             helperOptions());
+    std::vector<RefLogEntry> entries;
+    if (log.status != 0)
+        return entries;
+    Pieces records(log.stdoutBytes, '\0');
+    while (const auto record = records.next()) {
+        const auto fields = splitFields<3>(*record, '\x1f');
+        if (!fields)
+            continue;
+        const std::string_view selector = (*fields)[1];
+        entries.push_back(
+            {std::string((*fields)[0]), dateOf(selector.substr(selector.rfind('{') + 1)), std::string((*fields)[2])});
+    }
+    return entries;
+}
+
 void appendUndoEntry(const GitRepository& repo, const std::string& commit, const std::string& text)
 {
     repo.runner().accepted({"update-ref", "--create-reflog", "-m", text, undoRef, commit}, helperOptions());
@@ -32,10 +66,7 @@ std::vector<UndoEntry> undoEntries(const GitRepository& repo, std::size_t most)
         const auto fields = splitFields<3>(record->substr(0, line), '\x1f');
         if (!fields || line == std::string_view::npos)
             continue;
-        std::int64_t seconds = 0;
-        const std::string_view date = (*fields)[1];
-        std::from_chars(date.data(), date.data() + date.size(), seconds);
-        entries.push_back({std::string((*fields)[0]), Date(std::chrono::seconds(seconds)), std::string((*fields)[2]),
+        entries.push_back({std::string((*fields)[0]), dateOf((*fields)[1]), std::string((*fields)[2]),
                            std::string(record->substr(line + 1))});
     }
     return entries;

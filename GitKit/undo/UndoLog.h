@@ -26,6 +26,15 @@ struct UndoEntry {
     std::string record; ///< message of the commit
 };
 
+/// A ref was moved.
+struct RefLogEntry {
+    std::string hash; ///< full, of where it was moved to
+    Date date;
+    std::string text; ///< one line
+};
+/// Returns the newest entries of a ref's log, at most so many, the newest first; none for a ref without a log.
+std::vector<RefLogEntry> refLog(const GitRepository& repo, const std::string& ref, std::size_t most);
+
 /// Adds an entry. `text` is one line. Two entries in a row must have different commits: git notes no others.
 void appendUndoEntry(const GitRepository& repo, const std::string& commit, const std::string& text);
 

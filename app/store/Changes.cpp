@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/Changes.h"
 
+#include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/RunContext.h"
 #include "app/store/ActionRuns.h"
 #include "app/store/ShownText.h"
 #include "app/store/Trust.h"
 #include "app/store/WindowState.h"
 
+#include <QLocale>
 #include <QMetaObject>
+#include <QStringList>
 
 #include <algorithm>
 #include <chrono>
@@ -15,12 +18,14 @@
 
 namespace plovik {
 
+using gitkit::GitRepository;
+
 namespace {
 
 /// For so long a change without a title may run unsaid.
 constexpr std::chrono::milliseconds untitledTime{2000};
 
-/// So many programs stand in a question; the bar lists more.
+/// So many programs or files stand in a question.
 constexpr std::size_t mostPrograms = 8;
 
 struct ChangeTexts {
@@ -32,6 +37,37 @@ GitAccess::Programs programsFor(Verb verb)
 {
     const bool writes = touches(verb, Touch::index) || touches(verb, Touch::workingTree);
     return writes ? GitAccess::Programs::run : GitAccess::Programs::fetchless;
+}
+
+/// Returns an operation that is kept, if anything keeps it.
+GitAccess::Operation kept(const std::shared_ptr<StepKeeping>& keeping, const GitAccess::Operation& operation,
+                          std::weak_ptr<const std::monostate> alive)
+{
+    if (!keeping)
+        return operation;
+    return [keeping, operation, alive = std::move(alive)](const GitRepository& repo) {
+        keeping->begin(repo);
+        try {
+            operation(repo);
+        } catch (...) {
+            if (alive.expired()) // nobody goes on with it
+                keeping->end(true);
+            throw;
+        }
+        if (alive.expired())
+            keeping->end(false);
+    };
+}
+
+/// Returns the first names, one a line, and how many there are besides.
+QString namesInLines(const std::vector<std::string>& paths)
+{
+    QStringList lines;
+    for (std::size_t index = 0; index < std::min(paths.size(), mostPrograms); ++index)
+        lines.append(shownText(paths[index]));
+    if (paths.size() > mostPrograms)
+        lines.append(ChangeTexts::tr("and %n other(s)", nullptr, static_cast<int>(paths.size() - mostPrograms)));
+    return lines.join(u'\n');
 }
 
 QString titleOfSlow(Verb verb)
@@ -47,6 +83,8 @@ QString titleOfSlow(Verb verb)
         return ChangeTexts::tr("Bringing back…");
     case Verb::takeSide:
         return ChangeTexts::tr("Resolving…");
+    case Verb::undo:
+        return ChangeTexts::tr("Undoing…");
     default:
         return ChangeTexts::tr("Working…");
     }
@@ -111,18 +149,23 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
     gitkit::RunContext context{.listener = runs, .stop = stop};
     run->signIn = signIns_.begin(change.title, openSignIn_, context);
     const Worker::Lane lane = touches(change.verb, Touch::network) ? Worker::Lane::network : Worker::Lane::change;
+    std::shared_ptr<StepKeeping> keeping;
+    if (change.undo)
+        keeping = std::make_shared<StepKeeping>(*change.undo, snapshot_.gitDirectory(), change.consent);
+    std::optional<Turnstile::Pass> pass;
     std::optional<Failure> failure;
+    bool isAsked = false; // the change waits for an answer, and nothing was done
     try {
-        std::optional<Turnstile::Pass> pass;
         if (takesTurn(change.verb)) {
             run->isWaiting = true;
             pass.emplace(co_await turns_.enter());
             run->isWaiting = false;
         }
-        co_await git_.change(lane, context, programsFor(change.verb), change.operation);
+        co_await git_.change(lane, context, programsFor(change.verb), kept(keeping, change.operation, git_.alive()));
     } catch (const std::exception& thrown) {
         failure = failureOf(thrown);
         failure->command = runs->failed();
+        isAsked = !stop.stop_requested() && asksToKeep(change, thrown);
     }
     signIns_.end(run->signIn);
     runs_.erase(run);
@@ -134,9 +177,67 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
     if (!failure && change.succeeded)
         change.succeeded();
     // A failure after a cancel is a result of the cancel. The log still shows it.
-    if (failure && !stop.stop_requested() && !(change.failed && change.failed(*failure)))
+    if (failure && !isAsked && !stop.stop_requested() && !(change.failed && change.failed(*failure)))
         window_.report(*failure);
     snapshot_.refresh(change.title.isEmpty() ? RefreshScope::status : RefreshScope::full);
+    // What was done is shown meanwhile; the next change waits for the end of this one's record.
+    if (keeping && keeping->isKept())
+        co_await keepingEnd(keeping, change.verb, failure.has_value());
+}
+
+QCoro::Task<> Changes::keepingEnd(std::shared_ptr<StepKeeping> keeping, Verb verb, bool hasFailed)
+{
+    try {
+        co_await git_.change(Worker::Lane::change, {}, programsFor(verb),
+                             [keeping, hasFailed](const GitRepository&) { keeping->end(hasFailed); });
+    } catch (const std::exception&) { // as for a repository that is gone: the next window finds a step without an end
+        co_return;
+    }
+    if (tellKept_)
+        tellKept_(*keeping);
+}
+
+/// Asks where the way back cannot be kept as it is. Returns whether it does.
+bool Changes::asksToKeep(const Change& change, const std::exception& thrown)
+{
+    if (const auto* const untracked = dynamic_cast<const UntrackedInTheWay*>(&thrown)) {
+        askToMoveAside(change, untracked->paths());
+        return true;
+    }
+    if (const auto* const notKept = dynamic_cast<const NotKept*>(&thrown)) {
+        askToDoWithoutUndo(change, *notKept);
+        return true;
+    }
+    return false;
+}
+
+void Changes::askToMoveAside(Change change, const std::vector<std::string>& paths)
+{
+    Confirmation question;
+    question.title = tr("%n file(s) are in the way", nullptr, static_cast<int>(paths.size()));
+    question.message = tr("Git does not know them, and files of the same names would come in their places. They can be "
+                          "moved aside. Undo brings them back.");
+    question.detail = namesInLines(paths);
+    question.actionTitle = tr("Move Aside and Continue");
+    question.risk = Confirmation::Risk::none;
+    change.consent = StepKeeping::Consent::movesUntracked;
+    question.action = [this, change = std::move(change)] { run(change); };
+    window_.ask(std::move(question));
+}
+
+void Changes::askToDoWithoutUndo(Change change, const NotKept& why)
+{
+    Confirmation question;
+    question.title = tr("No way back could be kept");
+    question.message = why.bytes()
+                           ? tr("%1 of changes cannot be kept, so nothing was done. Without a way back they are "
+                                "gone for good.")
+                                 .arg(QLocale().formattedDataSize(static_cast<qint64>(*why.bytes())))
+                           : tr("Nothing was done. %1").arg(failureOf(why).message);
+    question.actionTitle = tr("Do It Without Undo");
+    change.consent = StepKeeping::Consent::noUndo;
+    question.action = [this, change = std::move(change)] { run(change); };
+    window_.ask(std::move(question));
 }
 
 /// The listener is called on the threads of the runs, possibly after the store has been destroyed.

@@ -10,6 +10,7 @@
 #include "app/store/Observed.h"
 #include "app/store/SignIns.h"
 #include "app/store/Snapshot.h"
+#include "app/store/StepKeeping.h"
 #include "app/store/Verb.h"
 
 #include <QCoreApplication>
@@ -36,6 +37,10 @@ struct Change {
     /// nothing until two seconds have passed, and then gets the title of its verb.
     QString title = {};
     GitAccess::Operation operation; ///< runs on the worker; its exception is the failure
+    /// What keeps it, so that it can be taken back; nullopt for what cannot be.
+    std::optional<Undoable> undo = {};
+    /// What the user has agreed to for keeping it.
+    StepKeeping::Consent consent = StepKeeping::Consent::none;
     /// Called when it begins, which may be after a question. Main thread.
     std::function<void()> begins = {};
     /// What it writes was chosen from a diff, which may have been read without the repository's filters.
@@ -116,6 +121,9 @@ public:
 
     const CommandLog& commandLog() const { return log_; }
 
+    /// Sets the function that is told of every change that was kept, after it has ended. For Undo alone.
+    void tellKept(std::function<void(const StepKeeping&)> tell) { tellKept_ = std::move(tell); }
+
     /// Returns how many changes have ended. A read that began before the last one ended may not show its result.
     qint64 ended() const { return ended_; }
 
@@ -132,6 +140,10 @@ private:
     };
     void askToTrust(Change change);
     QCoro::Task<> running_(Change change, quint64 number);
+    QCoro::Task<> keepingEnd(std::shared_ptr<StepKeeping> keeping, Verb verb, bool hasFailed);
+    bool asksToKeep(const Change& change, const std::exception& thrown);
+    void askToMoveAside(Change change, const std::vector<std::string>& paths);
+    void askToDoWithoutUndo(Change change, const NotKept& why);
     std::shared_ptr<ActionRuns> listenTo(quint64 number);
     std::list<Run>::iterator find(quint64 number);
     void showIfSlow(quint64 number);
@@ -151,6 +163,7 @@ private:
     int turnsTaken_ = 0;  ///< the number of changes that hold or wait for a turn
     quint64 lastNumber_ = 0;
     qint64 ended_ = 0;
+    std::function<void(const StepKeeping&)> tellKept_;
 };
 
 } // namespace plovik

@@ -7,6 +7,8 @@
 #include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
+#include "app/store/Undo.h"
+#include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
 #include "app/store/readers/RepositoryState.h"
 
@@ -37,10 +39,11 @@ CommitDraft::Text withoutMargins(const CommitDraft::Text& text)
 
 } // namespace
 
-CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes,
+CommitDraft::CommitDraft(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, Undo& undo,
                          MessageWriter writer)
     : git_(git), window_(window), snapshot_(snapshot), changes_(changes), writing_{std::move(writer)}
 {
+    undo.whenTakenBack([this](const gitkit::UndoStep& step, bool isUndone) { takenBack(step, isUndone); });
     snapshot_.follow({.operationRead =
                           [this](const RepositoryState& read) {
                               if (read.newMessage)
@@ -105,6 +108,22 @@ void CommitDraft::recorded(const Text& recordedText)
     }
     amended_.reset();
     amend = false;
+}
+
+/// The message of a commit that was undone returns, unless something is typed; and it goes when that is done again.
+void CommitDraft::takenBack(const gitkit::UndoStep& commit, bool isUndone)
+{
+    if (commit.message.empty())
+        return;
+    const Text message = split(exactText(commit.message));
+    if (!isUndone) {
+        recorded(message);
+        return;
+    }
+    if (ownText() != Text{})
+        return;
+    setText(message);
+    amend = commit.kind == "amend";
 }
 
 void CommitDraft::restore(const Text& text, bool amends, const std::string& head)
@@ -199,6 +218,7 @@ void CommitDraft::commit()
     changes_.run({.verb = amend.value() ? Verb::amend : Verb::commit,
                   .title = amend.value() ? tr("Amending…") : tr("Committing…"),
                   .operation = [text = message(), mode](const GitRepository& repo) { repo.commit(text, mode); },
+                  .undo = amend.value() ? undoable::amend(message()) : undoable::commit(message()),
                   .succeeded = [this, text = text()] { recorded(text); }});
 }
 

@@ -13,10 +13,15 @@
 #include <string>
 #include <vector>
 
+namespace gitkit {
+struct UndoStep;
+}
+
 namespace plovik {
 
 class Changes;
 class Snapshot;
+class Undo;
 class WindowState;
 
 /// The commit that is being written: subject, body and whether it amends; and the messages that git has prepared, that
@@ -25,7 +30,8 @@ class CommitDraft {
     Q_DECLARE_TR_FUNCTIONS(plovik::CommitDraft)
 
 public:
-    CommitDraft(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, MessageWriter writer);
+    CommitDraft(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, Undo& undo,
+                MessageWriter writer);
     ~CommitDraft();
     CommitDraft(const CommitDraft&) = delete;
     CommitDraft& operator=(const CommitDraft&) = delete;
@@ -80,6 +86,7 @@ public:
     void undoMessage();
 
 private:
+    void takenBack(const gitkit::UndoStep& commit, bool isUndone);
     void setText(const Text& text);
     void showPrepared(const QString& message);
     QCoro::Task<> readingTemplate();

@@ -6,6 +6,7 @@
 #include "GitKit/repository/Keeping.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
+#include "app/store/Undo.h"
 #include "app/store/WindowState.h"
 
 #include <QFileInfo>
@@ -37,43 +38,35 @@ Discards::Files trackedChanges(const GitRepository& repo)
 
 } // namespace
 
-Discards::Discards(WindowState& window, Snapshot& snapshot, Changes& changes)
+Discards::Discards(WindowState& window, Snapshot& snapshot, Changes& changes, Undo& undo)
     : window_(window), snapshot_(snapshot), changes_(changes)
-{}
+{
+    undo.whenFilesBack([this](const Kept& kept, const gitkit::BroughtBack& result) { broughtBack(kept, result); });
+}
 
 bool Discards::runKeeping(Change change, const Files& files, Way way)
 {
-    // The worker writes it; the main thread reads it once the operation has ended.
-    const auto kept = std::make_shared<std::optional<Kept>>();
-    change.operation = [kept, files, way = std::move(way), directory = snapshot_.gitDirectory(),
+    const std::shared_ptr<std::string> name = change.undo ? change.undo->kept : nullptr;
+    change.operation = [name, files, way = std::move(way), directory = snapshot_.gitDirectory(),
                         take = std::move(change.operation)](const GitRepository& repo) {
         if (way.check)
             way.check(repo);
         const gitkit::Keeping done =
             gitkit::keeping(repo, directoryOf(directory, repo), way.isStep ? trackedChanges(repo) : files,
                             way.isStep ? gitkit::Taking::step : gitkit::Taking::discard, [&] { take(repo); });
-        *kept = done.kept;
+        if (name && done.kept)
+            *name = done.kept->name;
         if (done.failure)
             std::rethrow_exception(done.failure);
     };
     // Also what a cancelled change took can be brought back.
-    change.ended = [this, kept] {
-        if (*kept)
-            kept_.push_back(**kept);
-        keepingChanged();
-    };
+    change.ended = [this] { keepingChanged(); };
     return changes_.run(std::move(change));
-}
-
-void Discards::undo()
-{
-    if (!kept_.empty())
-        bringBack(kept_.back());
 }
 
 void Discards::bringBack(const Kept& kept)
 {
-    if (isUndoing_)
+    if (isBringingBack_)
         return;
     const auto result = std::make_shared<gitkit::BroughtBack>();
     changes_.run({.verb = Verb::undoDiscard,
@@ -81,33 +74,24 @@ void Discards::bringBack(const Kept& kept)
                       [kept, result, directory = snapshot_.gitDirectory()](const GitRepository& repo) {
                           *result = gitkit::bringBack(repo, directoryOf(directory, repo), kept);
                       },
-                  .begins =
-                      [this] {
-                          isUndoing_ = true;
-                          show();
-                      },
+                  .begins = [this] { isBringingBack_ = true; },
                   .succeeded = [this, kept, result] { broughtBack(kept, *result); },
                   .ended =
                       [this] {
-                          isUndoing_ = false;
+                          isBringingBack_ = false;
                           keepingChanged();
                       }});
 }
 
 void Discards::broughtBack(const Kept& kept, const gitkit::BroughtBack& result)
 {
-    const auto found = std::ranges::find(kept_, kept.name, &Kept::name);
-    if (result.left.empty())
-        remove(kept);
-    else if (found != kept_.end())
-        found->paths = result.left;
-    show();
+    keepingChanged();
     // A colon stands behind the names, so no language has to decline them.
     if (!result.indexChanged.empty())
         window_.tell(tr("%1: back, but not staged as before, because something else was staged since.")
-                         .arg(namesOf(result.indexChanged)));
+                         .arg(namesOfFiles(result.indexChanged)));
     else if (!result.merged.empty())
-        window_.tell(tr("%1: brought back into what was written since.").arg(namesOf(result.merged)));
+        window_.tell(tr("%1: brought back into what was written since.").arg(namesOfFiles(result.merged)));
     if (!result.left.empty())
         askAboutLeft({kept.name, result.left, kept.date});
 }
@@ -155,32 +139,10 @@ void Discards::confirmDrop(const Kept& kept)
 
 void Discards::drop(const Kept& kept)
 {
-    remove(kept);
-    show();
     changes_.run({.verb = Verb::undoDiscard,
                   .operation = [kept, directory = snapshot_.gitDirectory()](
                                    const GitRepository& repo) { gitkit::forget(directoryOf(directory, repo), kept); },
                   .ended = [this] { keepingChanged(); }});
-}
-
-void Discards::remove(const Kept& kept)
-{
-    std::erase_if(kept_, [&kept](const Kept& each) { return each.name == kept.name; });
-}
-
-void Discards::keepingChanged()
-{
-    show();
-    generation = generation.value() + 1;
-}
-
-void Discards::show() { canUndo = !kept_.empty() && !isUndoing_; }
-
-QString Discards::namesOf(const std::vector<std::string>& paths)
-{
-    const auto others = static_cast<int>(paths.size()) - 1;
-    return others == 0 ? inQuotes(paths.front())
-                       : tr("%1 and %Ln other file(s)", nullptr, others).arg(inQuotes(paths.front()));
 }
 
 } // namespace plovik

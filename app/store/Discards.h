@@ -12,14 +12,16 @@
 
 namespace plovik {
 
-/// What this window's actions took from the user's files and keep, and the way back. Owned by the store; main thread.
+class Undo;
+
+/// Keeps what actions take from the user's files. Owned by the store; main thread.
 class Discards {
     Q_DECLARE_TR_FUNCTIONS(plovik::Discards)
 
 public:
     using Files = std::vector<gitkit::FileChange>;
 
-    Discards(WindowState& window, Snapshot& snapshot, Changes& changes);
+    Discards(WindowState& window, Snapshot& snapshot, Changes& changes, Undo& undo);
     Discards(const Discards&) = delete;
     Discards& operator=(const Discards&) = delete;
 
@@ -33,23 +35,17 @@ public:
     /// are changed when it begins.
     bool runStep(Change change) { return runKeeping(std::move(change), {}, {{}, true}); }
 
-    /// Whether something is kept that undo() would bring back.
-    Observed<bool, Discards> canUndo{false};
-    /// Brings back what was taken last. What cannot be put back, because the files have changed since, stays kept, and a
-    /// question offers to save it elsewhere.
-    void undo();
-
-    // The same for anything that is kept, also by earlier windows: see readKept().
+    // What is kept, also by earlier windows: see readKept().
 
     /// Grows when what is kept has changed.
     Observed<qint64, Discards> generation{0};
+    /// What cannot be put back, because the files have changed since, stays kept, and a question offers to save it
+    /// elsewhere.
     void bringBack(const gitkit::Kept& kept);
     /// Writes copies of the files elsewhere: of one file to `place`, of several into that folder.
     void save(const gitkit::Kept& kept, const std::filesystem::path& place);
     /// Asks, and then removes the copies for good.
     void confirmDrop(const gitkit::Kept& kept);
-    /// Returns “a.txt”, or “a.txt” and the number of the others. `paths` is not empty.
-    static QString namesOf(const std::vector<std::string>& paths);
 
 private:
     struct Way {
@@ -60,15 +56,12 @@ private:
     void broughtBack(const gitkit::Kept& kept, const gitkit::BroughtBack& result);
     void askAboutLeft(const gitkit::Kept& left);
     void drop(const gitkit::Kept& kept);
-    void remove(const gitkit::Kept& kept);
-    void keepingChanged();
-    void show();
+    void keepingChanged() { generation = generation.value() + 1; }
 
     WindowState& window_;
     Snapshot& snapshot_;
     Changes& changes_;
-    std::vector<gitkit::Kept> kept_; ///< the newest last
-    bool isUndoing_ = false;
+    bool isBringingBack_ = false;
 };
 
 } // namespace plovik

@@ -80,9 +80,9 @@ private:
     Trust trust_{git_, snapshot_, services_.trust};
     Changes changes_{git_, log_, snapshot_, trust_, window_, services_.signIn};
     Undo undo_{git_, window_, snapshot_, changes_};
-    Discards discards_{window_, snapshot_, changes_};
+    Discards discards_{window_, snapshot_, changes_, undo_};
     Staging staging_{git_, window_, snapshot_, changes_, discards_, services_.trash};
-    CommitDraft draft_{git_, window_, snapshot_, changes_, services_.messages};
+    CommitDraft draft_{git_, window_, snapshot_, changes_, undo_, services_.messages};
     History history_{git_, window_, snapshot_};
     Trail trail_{git_, window_, snapshot_, history_};
 };

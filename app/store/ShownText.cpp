@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/ShownText.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -65,6 +67,16 @@ QString shownText(std::string_view bytes)
     if (text.size() > longestShownText)
         text = text.left(longestShownText - (text[longestShownText - 1].isHighSurrogate() ? 1 : 0)) + u'…';
     return isolated(withStandIns(text));
+}
+
+QString namesOfFiles(const std::vector<std::string>& paths) { return namesOfFiles(paths.front(), paths.size()); }
+
+QString namesOfFiles(const std::string& first, std::size_t count)
+{
+    const auto others = static_cast<int>(count) - 1;
+    return others == 0 ? inQuotes(first)
+                       : QCoreApplication::translate("plovik::Discards", "%1 and %Ln other file(s)", nullptr, others)
+                             .arg(inQuotes(first));
 }
 
 } // namespace plovik

@@ -32,4 +32,8 @@ QString withStandIns(const QString& text);
 inline QString inQuotes(const QString& name) { return u'“' + name + u'”'; }
 inline QString inQuotes(std::string_view bytes) { return inQuotes(shownText(bytes)); }
 
+/// Returns “a.txt”, or “a.txt” and the number of the others. `paths` is not empty.
+QString namesOfFiles(const std::vector<std::string>& paths);
+QString namesOfFiles(const std::string& first, std::size_t count);
+
 } // namespace plovik

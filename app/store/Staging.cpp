@@ -14,6 +14,7 @@
 #include "app/store/Discards.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
+#include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
 #include "app/store/readers/ConflictMarkers.h"
 #include "app/store/readers/CurrentFiles.h"
@@ -36,6 +37,15 @@ namespace {
 bool isOnlyStaged(const FileChange& file)
 {
     return file.hasStaged() && file.worktree == 'D' && file.index != 'D' && !file.isConflicted && !file.isSubmodule;
+}
+
+/// Returns a changed file that git knows.
+FileChange fileNamed(const std::string& path)
+{
+    FileChange file;
+    file.path = path;
+    file.worktree = 'M';
+    return file;
 }
 
 bool isNew(const FileChange& file) { return file.index == '?' || file.index == 'A'; }
@@ -170,9 +180,10 @@ void Staging::stageChecked(const Files& files, GitAccess::Operation operation)
 
 void Staging::stageNow(const Files& files, GitAccess::Operation operation)
 {
-    changeIndex(files, {.verb = Verb::stage, .operation = std::move(operation), .begins = [this, files] {
-                            showStaging(files, StageState::full);
-                        }});
+    changeIndex(files, {.verb = Verb::stage,
+                        .operation = std::move(operation),
+                        .undo = undoable::stage(files),
+                        .begins = [this, files] { showStaging(files, StageState::full); }});
 }
 
 /// Runs a change that gives the index other entries for `files`. What only the index had is kept, so that Undo brings it
@@ -223,6 +234,7 @@ void Staging::unstage(const Files& files)
                             [files, isOld](const GitRepository& repo) {
                                 repo.unstage(isOld ? currentFiles(repo, files) : files.list());
                             },
+                        .undo = undoable::unstage(files),
                         .begins = [this, files] { showStaging(files, StageState::none); }});
 }
 
@@ -243,6 +255,7 @@ void Staging::unstageAll()
                                   requireNoNewConflicts(repo, all);
                               repo.unstageAll();
                           },
+                      .undo = undoable::unstage(all),
                       .begins = [this, all] { showStaging(all, StageState::none); }});
 }
 
@@ -254,6 +267,8 @@ void Staging::applyToIndex(const std::string& path, const gitkit::ParsedDiff& di
         return;
     changes_.run({.verb = direction == gitkit::PatchDirection::forward ? Verb::stage : Verb::unstage,
                   .operation = [change = *change](const GitRepository& repo) { repo.applyToIndex(change); },
+                  .undo = direction == gitkit::PatchDirection::forward ? undoable::stage({fileNamed(path)})
+                                                                       : undoable::unstage({fileNamed(path)}),
                   .isFromDiff = true});
 }
 
@@ -286,11 +301,13 @@ void Staging::takeSide(const Files& files, gitkit::ConflictSide side)
         paths.push_back(files[place].path);
     if (paths.empty())
         return;
-    changes_.run(
-        {.verb = Verb::takeSide,
-         .operation = [paths, side, directory = snapshot_.gitDirectory(), trash = trash_](const GitRepository& repo) {
-             gitkit::takeSide(repo, paths, side, directory ? *directory : gitkit::gitDirectories(repo).own, trash);
-         }});
+    changes_.run({.verb = Verb::takeSide,
+                  .operation =
+                      [paths, side, directory = snapshot_.gitDirectory(), trash = trash_](const GitRepository& repo) {
+                          gitkit::takeSide(repo, paths, side, directory ? *directory : gitkit::gitDirectories(repo).own,
+                                           trash);
+                      },
+                  .undo = undoable::takeSide(paths)});
 }
 
 QString Staging::discardTitle(const Files& files)
@@ -343,7 +360,8 @@ void Staging::discard(const Files& files, const std::vector<gitkit::FileStamp>& 
                                gitkit::discardUnstaged(repo, files, trash);
                            else
                                repo.discard(files, trash);
-                       }},
+                       },
+                   .undo = undoable::discard(files)},
                   files, [files, stamps, isOld = isListOld()](const GitRepository& repo) {
                       if (isOld)
                           requireNoNewConflicts(repo, files);
@@ -369,11 +387,10 @@ void Staging::confirmDiscardPart(const std::string& path, const gitkit::ParsedDi
 
 void Staging::discardPart(const gitkit::PartialChange& change)
 {
-    FileChange file;
-    file.path = change.path;
-    file.worktree = 'M';
+    const FileChange file = fileNamed(change.path);
     discards_.run({.verb = Verb::discard,
                    .operation = [change](const GitRepository& repo) { gitkit::discardPart(repo, change); },
+                   .undo = undoable::discard({file}),
                    .isFromDiff = true},
                   {file});
 }

@@ -2,21 +2,31 @@
 #pragma once
 
 #include "GitKit/records/UndoStep.h"
+#include "app/store/Confirmation.h"
 #include "app/store/Observed.h"
 
 #include <QCoreApplication>
+#include <QCoroTask>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
+
+namespace gitkit {
+struct BroughtBack;
+struct Kept;
+struct TakenBack;
+} // namespace gitkit
 
 namespace plovik {
 
 class Changes;
 class GitAccess;
 class Snapshot;
+class StepKeeping;
 class WindowState;
 
 /// One row of the timeline: something that has happened in this working tree.
@@ -87,11 +97,52 @@ public:
     void restoreInterrupted();
     void leaveInterrupted();
 
+    /// Sets the function that is told of an action that was taken back (`isUndone`) or done again. For the draft of the
+    /// commit message alone.
+    void whenTakenBack(std::function<void(const gitkit::UndoStep& action, bool isUndone)> tell)
+    {
+        whenTakenBack_ = std::move(tell);
+    }
+
+    /// Sets the function that is told what became of files that a discard had kept. For Discards alone.
+    void whenFilesBack(std::function<void(const gitkit::Kept& kept, const gitkit::BroughtBack& result)> tell)
+    {
+        whenFilesBack_ = std::move(tell);
+    }
+
 private:
+    enum class Direction { undo, redo };
+
+    QCoro::Task<> beginning();
+    QCoro::Task<> reading();
+    void show();
+    void kept(const StepKeeping& keeping);
+    void add(gitkit::UndoStep step);
+    void tellMovedAside(const std::vector<std::string>& paths);
+    void say(const QString& sentence, Said::Offer offer);
+    bool isOnUpstream() const;
+    void takeBack(std::vector<gitkit::UndoStep> steps, Direction direction, bool overEdits);
+    void tellTakenBack(const gitkit::UndoStep& taken, const gitkit::TakenBack& done, Direction direction);
+    void explain(const gitkit::UndoStep& step, Direction direction, gitkit::UndoRefusal cause,
+                 const std::vector<std::string>& names);
+    static QString reason(gitkit::UndoRefusal cause, const std::vector<std::string>& names);
+    void offerOtherName(Confirmation& question, const gitkit::UndoStep& step, const std::vector<std::string>& names);
+    void readElsewhere();
+    QCoro::Task<> readingElsewhere();
+    void closeInterrupted(bool restores);
+
     const GitAccess& git_;
     WindowState& window_;
     Snapshot& snapshot_;
     Changes& changes_;
+    std::vector<gitkit::UndoStep> steps_; ///< those that have ended, the newest first
+    std::vector<TimelineRow> elsewhere_;  ///< what other programs did, the newest first
+    std::optional<gitkit::UndoStep> interrupted_;
+    std::function<void(const gitkit::UndoStep&, bool)> whenTakenBack_;
+    std::function<void(const gitkit::Kept&, const gitkit::BroughtBack&)> whenFilesBack_;
+    quint64 lastSaid_ = 0;
+    bool hasBegun_ = false;
+    bool isShown_ = false; ///< the timeline was shown once
 };
 
 } // namespace plovik

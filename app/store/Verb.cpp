@@ -55,6 +55,8 @@ std::uint8_t touchedBy(Verb verb)
         return all({index, workingTree});
     case Verb::undoDiscard:
         return all({workingTree});
+    case Verb::undo:
+        return all({index, workingTree, refs, stashes});
     }
     return all({index, workingTree, refs, stashes, network});
 }

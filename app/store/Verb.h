@@ -31,6 +31,7 @@ enum class Verb {
     unstage,
     discard,
     undoDiscard,
+    undo,
     takeSide,
 };
 

@@ -210,6 +210,23 @@
     </message>
 </context>
 <context>
+    <name>plovik::Changes</name>
+    <message numerus="yes">
+        <source>and %n other(s)</source>
+        <translation>
+            <numerusform>and %n other</numerusform>
+            <numerusform>and %n others</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) are in the way</source>
+        <translation>
+            <numerusform>%n file is in the way</numerusform>
+            <numerusform>%n files are in the way</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::CommandLogPanel</name>
     <message numerus="yes">
         <source>%Ln command(s)</source>
@@ -473,6 +490,44 @@
         <translation>
             <numerusform>and %Ln other</numerusform>
             <numerusform>and %Ln others</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::Undo</name>
+    <message numerus="yes">
+        <source>Moved %n ignored file(s) out of the way: %1. Undo brings them back.</source>
+        <translation>
+            <numerusform>Moved %n ignored file out of the way: %1. Undo brings it back.</numerusform>
+            <numerusform>Moved %n ignored files out of the way: %1. Undo brings them back.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) were edited after %1</source>
+        <translation>
+            <numerusform>%n file was edited after %1</numerusform>
+            <numerusform>%n files were edited after %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) are in the way</source>
+        <translation>
+            <numerusform>%n file is in the way</numerusform>
+            <numerusform>%n files are in the way</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Undo %n step(s)?</source>
+        <translation>
+            <numerusform>Undo %n step?</numerusform>
+            <numerusform>Undo %n steps?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n other file(s)</source>
+        <translation>
+            <numerusform>%1 and %n other file</numerusform>
+            <numerusform>%1 and %n other files</numerusform>
         </translation>
     </message>
 </context>

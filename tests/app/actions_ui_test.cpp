@@ -569,34 +569,50 @@ TEST(Shortcuts, ArePickedByNameOrKey)
     EXPECT_EQ(shown(), (Titles{"Repository", "Fetch"}));
 }
 
-TEST_F(MainMenuTest, UndoIsTheTextsAsLongAsItHasSomethingToUndo)
+TEST_F(MainMenuTest, UndoAndRedoAreTheTextsAsLongAsItHasSomethingForThem)
 {
     ASSERT_TRUE(waitUntil([this] { return QApplication::focusWidget() == &text; }));
     QAction* undo = command(u"Undo"_s);
+    QAction* redo = command(u"Redo"_s);
     auto* edit = qobject_cast<QMenu*>(undo->associatedObjects().constFirst());
-    const auto shownTitle = [&] {
+    const auto shownTitle = [edit](const QAction* action) {
         Q_EMIT edit->aboutToShow();
-        const QString title = withoutMnemonic(undo->text());
-        return undo->isEnabled() ? title : u"("_s + title + u")"_s;
+        const QString title = withoutMnemonic(action->text());
+        return action->isEnabled() ? title : u"("_s + title + u")"_s;
     };
-    EXPECT_EQ(shownTitle(), u"(Undo)"_s);
-    given(store.discards().canUndo, true);
-    EXPECT_EQ(undo->text(), u"Undo Discard"_s);
+    EXPECT_EQ(shownTitle(undo), u"(Undo)"_s);
+    EXPECT_EQ(undo->toolTip(), u"There is nothing to undo."_s);
+    EXPECT_EQ(shownTitle(redo), u"(Redo)"_s);
+    EXPECT_EQ(redo->toolTip(), u"There is nothing to redo."_s);
+    given(store.undo().undoTitle, std::optional(u"Merge of “a & b”"_s));
+    given(store.undo().redoTitle, std::optional(u"Commit “%1”"_s.arg(QString(200, u'x'))));
+    EXPECT_EQ(undo->text(), u"Undo Merge of “a && b”"_s);
+    EXPECT_EQ(redo->text(), u"Redo Commit “%1…"_s.arg(QString(51, u'x')));
+    given(store.undo().redoTitle, std::optional(u"Commit"_s));
     QTest::keyClicks(&text, u"word"_s);
-    EXPECT_EQ(shownTitle(), u"Undo"_s);
+    EXPECT_EQ(shownTitle(undo), u"Undo"_s);
+    EXPECT_EQ(shownTitle(redo), u"Redo Commit"_s);
     undo->trigger();
     EXPECT_EQ(text.text(), QString());
-    EXPECT_EQ(shownTitle(), u"Undo Discard"_s);
+    EXPECT_EQ(shownTitle(undo), u"Undo Merge of “a && b”"_s);
+    EXPECT_EQ(shownTitle(redo), u"Redo"_s);
+    redo->trigger();
+    EXPECT_EQ(text.text(), u"word"_s);
 
-    // An empty text leaves the key to the menu.
-    int undone = 0;
-    QObject::connect(undo, &QAction::triggered, undo, [&undone] { ++undone; });
+    // A text without a change leaves the key to the menu.
+    text.clear();
+    text.setText({});
+    int done = 0;
+    for (QAction* action : {undo, redo})
+        QObject::connect(action, &QAction::triggered, action, [&done] { ++done; });
     QTest::keyClick(&text, Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(undone, 1);
+    EXPECT_EQ(done, 1);
+    QTest::keyClick(&text, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(done, 2);
     QTest::keyClicks(&text, u"x"_s);
     QTest::keyClick(&text, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(text.text(), QString());
-    EXPECT_EQ(undone, 1);
+    EXPECT_EQ(done, 2);
 }
 
 } // namespace

@@ -344,6 +344,10 @@ TEST_F(RepositoryWatcherTest, LocksObjectsAndIgnoredFoldersAreNotWatched)
     write(top_ / ".git/objects/pack/pack-1.pack");
     write(top_ / "build/deep/a.o");
     write(top_ / "Cargo.lock");
+    fs::create_directories(top_ / ".git/plovik/saved");
+    write(top_ / ".git/plovik/saved/a");
+    write(top_ / ".git/PLOVIK_UNDO_HEAD");
+    write(top_ / ".git/logs/PLOVIK_UNDO_HEAD");
     EXPECT_THAT(allTold(top_), IsEmpty());
 
     // A folder that appears is asked about, and a branch may be called like the folder of the objects.

@@ -12,6 +12,7 @@
 #include "GitKit/undo/UndoLog.h"
 #include "GitKit/undo/UndoRefused.h"
 #include "tests/support/TestRepository.h"
+#include "tests/support/WholeState.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -29,32 +30,6 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-std::string bytesAt(const fs::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// Everything that must be equal when a state was brought back.
-std::string stateOf(const TestRepository& repo)
-{
-    std::string state = repo.read({"ls-files", "-s", "-v", "-z"}) +
-                        repo.read({"status", "--porcelain=v2", "-z", "-uall"}) + repo.read({"for-each-ref"}) +
-                        bytesAt(repo / ".git/HEAD") + repo.read({"stash", "list"}) +
-                        repo.read({"config", "--local", "--list", "-z"});
-    for (const char* file : {"MERGE_HEAD", "CHERRY_PICK_HEAD", "REBASE_HEAD", "rebase-merge/done", "sequencer/todo",
-                             "rebase-merge/git-rebase-todo", "BISECT_LOG"})
-        state += bytesAt(repo / ".git" / file) + '|';
-    for (const auto& entry : fs::recursive_directory_iterator(repo.path())) {
-        if (entry.path().string().find("/.git/") != std::string::npos || entry.is_directory())
-            continue;
-        state += entry.path().string();
-        state += entry.is_symlink() ? fs::read_symlink(entry).string() : bytesAt(entry.path());
-        state += std::to_string(static_cast<int>(entry.symlink_status().permissions()));
-    }
-    return state;
-}
 
 TEST(UndoLog, KeepsWhatItNamesAndIsSeenByNobody)
 {
@@ -201,7 +176,7 @@ TEST(TreeMove, LeavesEverythingThatIsLocal)
     repo.write("both", "b").git({"add", "both"}).write("both", "bb").write("untracked", "u");
     repo.write("intended", "i").git({"add", "-N", "intended"}).git({"update-index", "--assume-unchanged", "quiet"});
     const fs::path directory = gitDirectories(repo.repository()).own;
-    const std::string before = stateOf(repo);
+    const std::string before = wholeState(repo);
 
     const auto move = [&](const TreeMove& way) {
         moveFiles(repo.repository(), directory, way);
@@ -213,21 +188,21 @@ TEST(TreeMove, LeavesEverythingThatIsLocal)
     EXPECT_FALSE(fs::exists(repo / "new"));
     EXPECT_EQ(bytesAt(repo / "changed") + bytesAt(repo / "both") + bytesAt(repo / "staged"), "cbbs");
     move({one, two});
-    EXPECT_EQ(stateOf(repo), before) << "and back";
+    EXPECT_EQ(wholeState(repo), before) << "and back";
 
     repo.git({"update-index", "--assume-unchanged", "moves"}).write("moves", "mine");
     EXPECT_THAT(editedFiles(repo.repository(), directory, {two, one}), ElementsAre("moves"));
     repo.git({"update-index", "--no-assume-unchanged", "moves"}).write("goes", "untracked");
-    const std::string mine = stateOf(repo);
+    const std::string mine = wholeState(repo);
     EXPECT_THAT(editedFiles(repo.repository(), directory, {two, one}), ElementsAre("moves"));
     EXPECT_THAT(editedEntries(repo.repository(), directory, {two, one}), IsEmpty());
     EXPECT_THROW(moveFiles(repo.repository(), directory, {two, one}), GitError);
-    EXPECT_EQ(stateOf(repo), mine) << "refused before anything moved";
+    EXPECT_EQ(wholeState(repo), mine) << "refused before anything moved";
     fs::remove(repo / "goes");
     repo.write("moves", "2").write(".git/index.lock", "");
     EXPECT_THROW(moveIndex(repo.repository(), directory, {two, one}), GitError);
     fs::remove(repo / ".git/index.lock");
-    EXPECT_EQ(stateOf(repo), before) << "nor under a lock";
+    EXPECT_EQ(wholeState(repo), before) << "nor under a lock";
 }
 
 TEST(TreeMove, TellsWhatIsStagedWithoutTheConflicts)
@@ -237,13 +212,13 @@ TEST(TreeMove, TellsWhatIsStagedWithoutTheConflicts)
     repo.write("a", "2").write("b", "2").commit("two").git({"checkout", "-q", "main"}).write("a", "3").commit("three");
     int status = 0;
     runPlainGit(repo.path(), {"merge", "topic"}, status);
-    const std::string before = stateOf(repo);
+    const std::string before = wholeState(repo);
     const IndexContents contents = indexContents(repo.repository(), gitDirectories(repo.repository()).own);
     const std::string& tree = contents.tree;
     EXPECT_EQ(contents.conflicts.size(), 3U);
     EXPECT_EQ(repo.read({"ls-tree", "--name-only", tree}), "b");
     EXPECT_EQ(repo.read({"cat-file", "blob", tree + ":b"}), "2");
-    EXPECT_EQ(stateOf(repo), before);
+    EXPECT_EQ(wholeState(repo), before);
 }
 
 TEST(InTheWay, IsNamedMovedAsideAndComesBack)
@@ -266,7 +241,7 @@ TEST(InTheWay, IsNamedMovedAsideAndComesBack)
     const TemporaryFolder saved;
     std::vector<std::string> all = found.untracked;
     all.insert(all.end(), found.ignored.begin(), found.ignored.end());
-    const std::string before = stateOf(repo);
+    const std::string before = wholeState(repo);
     moveAside(repo.repository(), all, saved / "step");
     EXPECT_FALSE(fs::exists(repo / "plain")) << "nor are its empty folders in the way";
     EXPECT_THAT(inTheWay(repo.repository(), one, two).ignored, IsEmpty());
@@ -274,10 +249,10 @@ TEST(InTheWay, IsNamedMovedAsideAndComesBack)
     EXPECT_THAT(moveBack(repo.repository(), all, saved / "step"), ElementsAre("notes"));
     fs::remove(repo / "notes");
     EXPECT_THAT(moveBack(repo.repository(), {"notes"}, saved / "step"), IsEmpty());
-    EXPECT_EQ(stateOf(repo), before) << "bytes, modes and all";
+    EXPECT_EQ(wholeState(repo), before) << "bytes, modes and all";
 
     EXPECT_THROW(moveAside(repo.repository(), {".env", "gone"}, saved / "again"), GitError);
-    EXPECT_EQ(stateOf(repo), before) << "a failure puts back what was moved before it";
+    EXPECT_EQ(wholeState(repo), before) << "a failure puts back what was moved before it";
 }
 
 /// An action, what it touches, and what happens before it.
@@ -448,7 +423,7 @@ TEST(UndoJournal, TakesBackAndDoesAgain)
         const GitRepository kit = repo.repository();
         const fs::path directory = gitDirectories(kit).own;
         tryGit(repo, {"update-index", "-q", "--refresh"});
-        const std::string a = stateOf(repo);
+        const std::string a = wholeState(repo);
 
         UndoScope scope = story.scope;
         scope.kind = "test";
@@ -457,8 +432,8 @@ TEST(UndoJournal, TakesBackAndDoesAgain)
             scope.overwrites = changedFiles(kit);
         UndoRecording recording(kit, directory, scope);
         story.act(repo);
-        ASSERT_TRUE(recording.finish());
-        const std::string b = stateOf(repo);
+        ASSERT_TRUE(recording.finish(kit));
+        const std::string b = wholeState(repo);
         ASSERT_NE(a, b);
         repo.git({"gc", "-q", "--prune=now"});
 
@@ -467,16 +442,16 @@ TEST(UndoJournal, TakesBackAndDoesAgain)
             const std::vector<UndoStep> done = undoSteps(kit);
             const UndoStep* undo = nextUndo(done);
             ASSERT_TRUE(undo);
-            EXPECT_EQ(undo->title, story.name);
+            EXPECT_EQ(actionOf(done, *undo).title, story.name);
             EXPECT_FALSE(nextRedo(done) && round == 0);
             ASSERT_TRUE(takeBack(kit, directory, *undo, "Undo").step);
-            EXPECT_EQ(stateOf(repo), a) << "undone, round " << round;
+            EXPECT_EQ(wholeState(repo), a) << "undone, round " << round;
             const std::vector<UndoStep> undone = undoSteps(kit);
             EXPECT_FALSE(nextUndo(undone));
             const UndoStep* redo = nextRedo(undone);
             ASSERT_TRUE(redo);
             ASSERT_TRUE(takeBack(kit, directory, *redo, "Redo").step);
-            EXPECT_EQ(stateOf(repo), b) << "done again, round " << round;
+            EXPECT_EQ(wholeState(repo), b) << "done again, round " << round;
             EXPECT_FALSE(nextRedo(undoSteps(kit)));
         }
     }
@@ -490,24 +465,24 @@ TEST(UndoJournal, RefusesWhatHasChangedSinceAndLeavesIt)
     const fs::path directory = gitDirectories(kit).own;
     UndoRecording committing(kit, directory, {.kind = "commit", .title = "Commit"});
     repo.git({"commit", "-q", "-m", "two"});
-    const UndoStep commit = *committing.finish();
+    const UndoStep commit = *committing.finish(kit);
     repo.write("b", "1").commit("in a terminal");
-    std::string before = stateOf(repo);
+    std::string before = wholeState(repo);
     EXPECT_THROW(takeBack(kit, directory, commit, "Undo"), GitError) << "the branch has moved";
-    EXPECT_EQ(stateOf(repo), before);
+    EXPECT_EQ(wholeState(repo), before);
     EXPECT_EQ(undoSteps(kit).size(), 1U) << "what did not happen is no step";
 
     repo.write("a", "mine");
     UndoRecording discarding(kit, directory, {.kind = "discard", .title = "Discard", .overwrites = {"a"}});
     repo.git({"checkout", "-q", "--", "a"});
-    const UndoStep discard = *discarding.finish();
+    const UndoStep discard = *discarding.finish(kit);
     repo.write("a", "edited since");
-    before = stateOf(repo);
+    before = wholeState(repo);
     EXPECT_THROW(takeBack(kit, directory, discard, "Undo"), GitError);
-    EXPECT_EQ(stateOf(repo), before);
+    EXPECT_EQ(wholeState(repo), before);
 
     UndoRecording nothing(kit, directory, {.kind = "test", .title = "Nothing"});
-    EXPECT_FALSE(nothing.finish());
+    EXPECT_FALSE(nothing.finish(kit));
     EXPECT_EQ(undoSteps(kit).size(), 2U);
     { // killed in the middle
         const UndoRecording killed(kit, directory, {.kind = "test", .title = "Killed"});
@@ -523,19 +498,19 @@ TEST(UndoJournal, BringsBackWhatWasMovedOutOfTheWay)
     repo.write(".env", "secret");
     const GitRepository kit = repo.repository();
     const fs::path directory = gitDirectories(kit).own;
-    const std::string before = stateOf(repo);
+    const std::string before = wholeState(repo);
     UndoRecording recording(kit, directory,
                             {.kind = "checkout", .title = "Check out", .movesFiles = true, .movesIndex = true});
     const InTheWay found = inTheWay(kit, "main", "topic");
     moveAside(kit, found.ignored, asideFolder(directory, recording.id()));
     recording.movedAside(found.ignored);
     repo.git({"checkout", "-q", "topic"});
-    recording.finish();
+    recording.finish(kit);
     EXPECT_EQ(bytesAt(repo / ".env"), "theirs");
     const std::vector<UndoStep> steps = undoSteps(kit);
     takeBack(kit, directory, *nextUndo(steps), "Undo");
     EXPECT_EQ(bytesAt(repo / ".env"), "secret");
-    EXPECT_EQ(stateOf(repo), before);
+    EXPECT_EQ(wholeState(repo), before);
 }
 
 TEST(UndoJournal, RedoIsOverOnceSomethingElseIsDone)
@@ -557,9 +532,9 @@ TEST(UndoJournal, RedoIsOverOnceSomethingElseIsDone)
     EXPECT_EQ(told({step("1"), step("2")}), "2 -");
     EXPECT_EQ(told({step("1"), step("2"), step("u2", "2")}), "1 u2");
     EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("u1", "1")}), "- u1");
-    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("u1", "1"), step("r1", "u1")}), "1 u2");
+    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("u1", "1"), step("r1", "u1")}), "r1 u2");
     EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("3")}), "3 -");
-    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("r2", "u2"), step("v2", "2")}), "1 v2") << "again";
+    EXPECT_EQ(told({step("1"), step("2"), step("u2", "2"), step("r2", "u2"), step("v2", "r2")}), "1 v2") << "again";
 }
 
 } // namespace

@@ -377,7 +377,7 @@ TEST_F(StoreOperation, SkippingAsksForWhatWouldBeLostAndKeepsIt)
     EXPECT_EQ(asked.find("undone"), std::string::npos) << "the steps that were done stay";
     EXPECT_TRUE(confirm());
     EXPECT_NE(readFile(repo / "other"), "edited during the rebase\n");
-    store.discards().undo();
+    store.undo().undo();
     worker.finishAll();
     EXPECT_EQ(readFile(repo / "other"), "edited during the rebase\n");
 }

@@ -313,31 +313,30 @@ TEST_F(StoreStaging, ADiscardOfLinesCanBeTakenBackWhileTheFileMatches)
     EXPECT_EQ(content("a"), before) << "not before it is confirmed";
     confirm();
     EXPECT_EQ(content("a"), "1\n2\n");
-    ASSERT_TRUE(store.discards().canUndo.value());
-    store.discards().undo();
-    store.discards().undo(); // a second press finds nothing, and disturbs nothing
+    ASSERT_TRUE(store.undo().undoTitle.value());
+    store.undo().undo();
+    store.undo().undo(); // a second press finds nothing, and disturbs nothing
     worker.finishAll();
     EXPECT_EQ(content("a"), before);
     EXPECT_EQ(error(), "");
-    EXPECT_FALSE(store.discards().canUndo.value());
+    EXPECT_FALSE(store.undo().undoTitle.value());
 
     load();
     const ParsedDiff again = diffOf("a", "Unstaged");
     store.staging().confirmDiscardPart("a", again, changesIn(again), Staging::DiscardedPart::hunk);
     confirm();
     repo.write("a", "typed since\n");
-    store.discards().undo();
+    store.undo().undo();
     worker.finishAll();
     EXPECT_EQ(content("a"), "typed since\n");
     ASSERT_TRUE(store.window().confirmation.value() && store.window().confirmation.value()->place);
-    EXPECT_TRUE(store.discards().canUndo.value()) << "the copy stays";
+    EXPECT_TRUE(store.undo().undoTitle.value()) << "the copy stays";
     store.window().confirmation.value()->place->chosen(trash.path() / "saved");
     worker.finishAll();
     std::ifstream saved(trash.path() / "saved", std::ios::binary);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), before);
     store.window().confirmAlternative(store.window().confirmation.value()->id);
     worker.finishAll();
-    EXPECT_FALSE(store.discards().canUndo.value());
 }
 
 TEST_F(StoreStaging, DiscardingAsksInTheRightWordsAndKeepsNewFilesInTheTrash)
@@ -402,10 +401,10 @@ TEST_F(StoreStaging, StagedWorkIsNamedBeforeItIsDiscardedAndCanStay)
     EXPECT_EQ(store.window().confirmation.value()->alternativeTitle, QString());
     confirm();
     EXPECT_EQ(content("a"), "1\n");
-    store.discards().undo();
+    store.undo().undo();
     worker.finishAll();
     EXPECT_EQ(repo.read({"show", ":a"}), "2");
-    store.discards().undo();
+    store.undo().undo();
     worker.finishAll();
     EXPECT_EQ(content("a"), "2\n3\n");
     EXPECT_EQ(content("new"), "n");
@@ -424,7 +423,7 @@ TEST_F(StoreStaging, WhatOnlyTheIndexHadComesBack)
         click();
         worker.finishAll();
         EXPECT_NE(repo.read({"ls-files", "-s"}), before);
-        store.discards().undo();
+        store.undo().undo();
         worker.finishAll();
         EXPECT_EQ(repo.read({"ls-files", "-s"}), before);
         EXPECT_EQ(error(), "");

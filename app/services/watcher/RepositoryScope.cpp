@@ -2,6 +2,7 @@
 #include "app/services/watcher/RepositoryScope.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <map>
 #include <unistd.h>
@@ -138,7 +139,19 @@ bool RepositoryScope::reports(const std::string& path)
 {
     if (nameOf(path) == ".git")
         noticeWorkingTree(std::string(parentOf(path)));
-    return !isLockFile(path);
+    return !isLockFile(path) && !isOwn(path);
+}
+
+/// What this program keeps for itself changes nothing that is shown.
+bool RepositoryScope::isOwn(std::string_view path) const
+{
+    static constexpr std::array<std::string_view, 3> names{"/plovik", "/PLOVIK_UNDO_HEAD", "/logs/PLOVIK_UNDO_HEAD"};
+    return std::ranges::any_of(gitDirectories_, [path](const std::string& directory) {
+        if (!path.starts_with(directory))
+            return false;
+        const std::string_view inside = path.substr(directory.size());
+        return inside.starts_with("/plovik/") || std::ranges::find(names, inside) != names.end();
+    });
 }
 
 bool RepositoryScope::reshapedBy(const std::string& path)

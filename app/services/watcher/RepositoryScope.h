@@ -48,6 +48,7 @@ public:
     bool reshapedBy(const std::string& path) override;
 
 private:
+    bool isOwn(std::string_view path) const;
     void findGitDirectories();
     void findIgnored(const std::string& workingTree);
     void addIgnoredAmong(const std::vector<std::string>& folders);

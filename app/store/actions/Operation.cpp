@@ -8,6 +8,7 @@
 #include "app/store/Discards.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
+#include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
 #include "app/store/actions/OperationWords.h"
 
@@ -88,7 +89,8 @@ void endOperation(Actors actors, const OperationInProgress& now, Step step)
     const bool resets = now.kind == Kind::bisect;
     Change change{.verb = Verb::endOperation,
                   .title = operationWords::ending(now.kind),
-                  .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); }};
+                  .operation = [now, step](const GitRepository& repo) { gitkit::proceed(repo, now, step); },
+                  .undo = undoable::operation(now.kind, step)};
     // git cannot go back when files are missing or the branch is gone.
     if (step == Step::abort && (now.isIncomplete || resets)) {
         change.failed = [actors, now](const Failure& failure) {
@@ -104,10 +106,10 @@ void endOperation(Actors actors, const OperationInProgress& now, Step step)
 
 void skipNow(Actors actors, const OperationInProgress& now)
 {
-    actors.discards.runStep(
-        {.verb = Verb::skipStep,
-         .title = OperationTexts::tr("Skipping commit…"),
-         .operation = [now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); }});
+    actors.discards.runStep({.verb = Verb::skipStep,
+                             .title = OperationTexts::tr("Skipping commit…"),
+                             .operation = [now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); },
+                             .undo = undoable::operation(now.kind, Step::skip)});
 }
 
 void takeStep(Actors actors, const OperationInProgress& now, Step step)
@@ -183,6 +185,7 @@ void continueOperation(Actors actors)
                                 if (!message || commitFirst(repo, now, *message, directory, *recorded))
                                     gitkit::proceed(repo, now, Step::proceed);
                             },
+                        .undo = undoable::operation(now.kind, Step::proceed),
                         .succeeded = emptyWhatWasRecorded,
                         .failed =
                             [emptyWhatWasRecorded](const Failure&) {
@@ -222,7 +225,8 @@ void bisect(Actors actors, gitkit::BisectMark mark)
                         .title = mark == gitkit::BisectMark::skip
                                      ? OperationTexts::tr("Skipping commit…")
                                      : OperationTexts::tr("Marking commit as %1…").arg(shownText(term)),
-                        .operation = [now, mark](const GitRepository& repo) { gitkit::mark(repo, now, mark); }});
+                        .operation = [now, mark](const GitRepository& repo) { gitkit::mark(repo, now, mark); },
+                        .undo = undoable::markBisect()});
 }
 
 void resetBisect(Actors actors)

@@ -23,6 +23,11 @@ QString canEndHere(Kind kind);
 /// Says that `count` steps are undone. At least one.
 QString undoneSteps(Kind kind, int count);
 
+/// Names a step in a sentence: “Abort of the Merge”.
+QString stepTitle(Kind kind, gitkit::OperationStep step);
+/// Says that a step is done.
+QString stepDone(Kind kind, gitkit::OperationStep step);
+
 /// Says that what was resolved or changed in these files is lost. At least one path; long lists are cut.
 QString lostFiles(const std::vector<std::string>& paths);
 

@@ -9,6 +9,7 @@
 #include "app/store/SheetKind.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
+#include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
 
 #include <QCoreApplication>
@@ -93,7 +94,8 @@ void leaveHead(Actors actors, const std::string& target, Change leave)
     actors.changes.run(std::move(careful));
 }
 
-void checkOut(Actors actors, const std::string& target, const QString& shown, GitAccess::Operation operation)
+void checkOut(Actors actors, const std::string& target, const QString& shown, GitAccess::Operation operation,
+              const std::optional<std::string>& made = {})
 {
     // A double click asks for what a menu would not offer.
     if (const QString why = obstacle(actors.changes, actors.snapshot, Verb::checkOut); !why.isEmpty()) {
@@ -103,7 +105,8 @@ void checkOut(Actors actors, const std::string& target, const QString& shown, Gi
     leaveHead(actors, target,
               {.verb = Verb::checkOut,
                .title = RefTexts::tr("Checking out %1…").arg(shown),
-               .operation = std::move(operation)});
+               .operation = std::move(operation),
+               .undo = undoable::checkout(target, shown, made)});
 }
 
 void forceDelete(Changes& changes, const std::string& branch)
@@ -111,7 +114,8 @@ void forceDelete(Changes& changes, const std::string& branch)
     changes.run(
         {.verb = Verb::deleteBranch,
          .title = RefTexts::tr("Deleting branch…"),
-         .operation = [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::force); }});
+         .operation = [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::force); },
+         .undo = undoable::deleteBranch(branch)});
 }
 
 void confirmForceDelete(WindowState& window, Changes& changes, const std::string& branch)
@@ -130,6 +134,7 @@ void deleteBranch(WindowState& window, Changes& changes, const std::string& bran
         {.verb = Verb::deleteBranch,
          .title = RefTexts::tr("Deleting branch…"),
          .operation = [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::ifMerged); },
+         .undo = undoable::deleteBranch(branch),
          .failed =
              [&window, &changes, branch](const Failure& failure) {
                  if (failure.kind != gitkit::ErrorKind::notFullyMerged)
@@ -143,7 +148,8 @@ void deleteTag(Changes& changes, const std::string& tag)
 {
     changes.run({.verb = Verb::deleteTag,
                  .title = RefTexts::tr("Deleting tag…"),
-                 .operation = [tag](const GitRepository& repo) { repo.deleteTag(tag); }});
+                 .operation = [tag](const GitRepository& repo) { repo.deleteTag(tag); },
+                 .undo = undoable::deleteTag(tag)});
 }
 
 } // namespace
@@ -174,12 +180,15 @@ void checkout(Actors actors, const GitRef& ref)
         checkout(actors, *counterpart);
         return;
     }
-    checkOut(actors, ref.fullName, shownText(local), [local, exists, remote = ref.fullName](const GitRepository& repo) {
-        if (exists)
-            repo.checkout("refs/heads/" + local);
-        else
-            repo.checkoutTracking(remote, local);
-    });
+    checkOut(
+        actors, exists ? counterpart->fullName : ref.fullName, shownText(local),
+        [local, exists, remote = ref.fullName](const GitRepository& repo) {
+            if (exists)
+                repo.checkout("refs/heads/" + local);
+            else
+                repo.checkoutTracking(remote, local);
+        },
+        exists ? std::nullopt : std::optional(local));
 }
 
 void checkoutCommit(Actors actors, const std::string& hash)
@@ -193,7 +202,8 @@ void createBranch(Actors actors, const std::string& name, const std::optional<st
 {
     Change create{.verb = Verb::createBranch,
                   .title = RefTexts::tr("Creating branch…"),
-                  .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); }};
+                  .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); },
+                  .undo = undoable::createBranch(name, startPoint, after)};
     if (startPoint && after == gitkit::AfterCreating::checkOut)
         leaveHead(actors, *startPoint, std::move(create));
     else
@@ -204,7 +214,8 @@ void createTag(Actors actors, const std::string& name, const std::string& target
 {
     actors.changes.run({.verb = Verb::createTag,
                         .title = RefTexts::tr("Creating tag…"),
-                        .operation = [=](const GitRepository& repo) { repo.createTag(name, target); }});
+                        .operation = [=](const GitRepository& repo) { repo.createTag(name, target); },
+                        .undo = undoable::createTag(name)});
 }
 
 void confirmDelete(Actors actors, const GitRef& ref)
@@ -234,21 +245,24 @@ void merge(Actors actors, const GitRef& ref)
 {
     actors.changes.run({.verb = Verb::merge,
                         .title = RefTexts::tr("Merging %1…").arg(shownText(ref.name)),
-                        .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); }});
+                        .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); },
+                        .undo = undoable::merge(ref.fullName, shownText(ref.name))});
 }
 
 void cherryPick(Actors actors, const std::string& hash)
 {
     actors.changes.run({.verb = Verb::cherryPick,
                         .title = RefTexts::tr("Cherry-picking…"),
-                        .operation = [hash](const GitRepository& repo) { repo.cherryPick(hash); }});
+                        .operation = [hash](const GitRepository& repo) { repo.cherryPick(hash); },
+                        .undo = undoable::cherryPick(hash)});
 }
 
 void revert(Actors actors, const std::string& hash)
 {
     actors.changes.run({.verb = Verb::revert,
                         .title = RefTexts::tr("Reverting…"),
-                        .operation = [hash](const GitRepository& repo) { repo.revert(hash); }});
+                        .operation = [hash](const GitRepository& repo) { repo.revert(hash); },
+                        .undo = undoable::revert(hash)});
 }
 
 } // namespace plovik::actions

@@ -4,6 +4,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "app/store/Changes.h"
 #include "app/store/Snapshot.h"
+#include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
 
 #include <QCoreApplication>
@@ -30,7 +31,10 @@ void fetch(Actors actors)
 
 void pull(Actors actors)
 {
-    actors.changes.run({.verb = Verb::pull, .title = RemoteTexts::tr("Pulling…"), .operation = &GitRepository::pull});
+    actors.changes.run({.verb = Verb::pull,
+                        .title = RemoteTexts::tr("Pulling…"),
+                        .operation = &GitRepository::pull,
+                        .undo = undoable::pull()});
 }
 
 void push(Actors actors)
@@ -41,6 +45,7 @@ void push(Actors actors)
         return;
     }
     std::optional<std::string> upstreamRemote;
+    std::string remote = now.upstream.value_or(std::string());
     if (!now.upstream) {
         const std::vector<std::string>& all = actors.snapshot.remotes.value();
         if (all.empty()) {
@@ -48,12 +53,13 @@ void push(Actors actors)
             return;
         }
         upstreamRemote = std::ranges::find(all, "origin") != all.end() ? "origin" : all.front();
+        remote = *upstreamRemote;
     }
     actors.changes.run({.verb = Verb::push,
                         .title = RemoteTexts::tr("Pushing…"),
-                        .operation = [branch = *now.branch, upstreamRemote](const GitRepository& repo) {
-                            repo.push(branch, upstreamRemote);
-                        }});
+                        .operation = [branch = *now.branch,
+                                      upstreamRemote](const GitRepository& repo) { repo.push(branch, upstreamRemote); },
+                        .undo = undoable::push(*now.branch, remote)});
 }
 
 } // namespace plovik::actions

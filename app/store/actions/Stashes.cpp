@@ -4,6 +4,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "app/store/Changes.h"
 #include "app/store/ShownText.h"
+#include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
 
 #include <QCoreApplication>
@@ -26,9 +27,9 @@ void stashSave(Actors actors, const QString& message, gitkit::UntrackedFiles unt
 {
     actors.changes.run({.verb = Verb::saveStash,
                         .title = StashTexts::tr("Stashing…"),
-                        .operation = [text = message.toStdString(), untracked](const GitRepository& repo) {
-                            repo.stashSave(text, untracked);
-                        }});
+                        .operation = [text = message.toStdString(),
+                                      untracked](const GitRepository& repo) { repo.stashSave(text, untracked); },
+                        .undo = undoable::saveStash(message.toStdString(), untracked)});
 }
 
 void stashApply(Actors actors, const gitkit::Stash& stash, gitkit::StashUse use)
@@ -36,7 +37,8 @@ void stashApply(Actors actors, const gitkit::Stash& stash, gitkit::StashUse use)
     const bool pops = use == gitkit::StashUse::pop;
     actors.changes.run({.verb = Verb::applyStash,
                         .title = pops ? StashTexts::tr("Popping stash…") : StashTexts::tr("Applying stash…"),
-                        .operation = [stash, use](const GitRepository& repo) { repo.stashApply(stash, use); }});
+                        .operation = [stash, use](const GitRepository& repo) { repo.stashApply(stash, use); },
+                        .undo = undoable::applyStash(stash, use)});
 }
 
 void confirmDrop(Actors actors, const gitkit::Stash& stash)
@@ -48,7 +50,8 @@ void confirmDrop(Actors actors, const gitkit::Stash& stash)
     question.action = [&changes = actors.changes, stash] {
         changes.run({.verb = Verb::dropStash,
                      .title = StashTexts::tr("Dropping stash…"),
-                     .operation = [stash](const GitRepository& repo) { repo.stashDrop(stash); }});
+                     .operation = [stash](const GitRepository& repo) { repo.stashDrop(stash); },
+                     .undo = undoable::dropStash(stash)});
     };
     actors.window.ask(std::move(question));
 }

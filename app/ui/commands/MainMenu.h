@@ -36,7 +36,7 @@ namespace mainMenu {
 
 /// Fills a window's menu bar. The window's own commands (close, minimise, zoom) act on the bar's window, those of the
 /// repository on `store`, the editing ones on the widget with the focus, and those of the context menus on what is
-/// selected; where nothing can be undone in a text, "Undo" takes back the store's last discard. `target` outlives the
+/// selected; where a text has nothing to undo or redo, "Undo" and "Redo" go through the steps of the store. `target` outlives the
 /// bar; the store may go before it.
 void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store);
 

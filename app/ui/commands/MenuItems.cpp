@@ -81,11 +81,11 @@ struct MenuItems::Wiring {
     QMenu& menu;
     const Command& command;
 
-    /// Two commands of the menu bar have an action of their own.
+    /// Three commands of the menu bar have an action of their own.
     void operator()(std::monostate) const
     {
-        if (command.id == CommandId::undo)
-            new UndoCommand(*action, menu, items.store_);
+        if (command.id == CommandId::undo || command.id == CommandId::redo)
+            new UndoCommand(command.id, *action, menu, items.store_);
         else
             connect([&bar = items.bar_, &store = items.store_] { showCommandPalette(bar, store); });
     }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commands/UndoCommand.h"
 
-#include "app/ui/commands/Commands.h"
 #include "app/ui/commands/SelectionActions.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/workingcopy/CommitBox.h"
@@ -20,16 +19,17 @@ namespace plovik {
 
 namespace {
 
-/// Returns whether a text has something to undo, and nullopt for a widget that is no text.
-std::optional<bool> textCanUndo(const QWidget* widget)
+/// A menu with a longer title would be wider than the window.
+constexpr qsizetype longestStepTitle = 60;
+
+QString shortened(const QString& title)
 {
-    if (const auto* const line = qobject_cast<const QLineEdit*>(widget))
-        return line->isUndoAvailable();
-    if (const auto* const plain = qobject_cast<const QPlainTextEdit*>(widget))
-        return !plain->isReadOnly() && plain->document()->isUndoAvailable();
-    if (const auto* const rich = qobject_cast<const QTextEdit*>(widget))
-        return !rich->isReadOnly() && rich->document()->isUndoAvailable();
-    return std::nullopt;
+    return title.size() <= longestStepTitle ? title : title.left(longestStepTitle - 1) + QChar(u'…');
+}
+
+bool documentCan(const QTextDocument& document, bool isUndo)
+{
+    return isUndo ? document.isUndoAvailable() : document.isRedoAvailable();
 }
 
 bool isInCommitBox(const QWidget* widget)
@@ -41,9 +41,9 @@ bool isInCommitBox(const QWidget* widget)
 
 } // namespace
 
-UndoCommand::UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store)
-    : QObject(&menu), action_(action), window_(menu.parentWidget()->window()), store_(store),
-      discardNotifier_(store.discards().canUndo.addNotifier([this] { show(); })),
+UndoCommand::UndoCommand(CommandId id, QAction& action, QMenu& menu, RepositoryStore& store)
+    : QObject(&menu), id_(id), action_(action), window_(menu.parentWidget()->window()), store_(store),
+      stepNotifier_((isUndo() ? store.undo().undoTitle : store.undo().redoTitle).addNotifier([this] { show(); })),
       messageNotifier_(store.draft().canUndoMessage.addNotifier([this] { show(); }))
 {
     connect(&action, &QAction::triggered, this, &UndoCommand::run);
@@ -52,27 +52,54 @@ UndoCommand::UndoCommand(QAction& action, QMenu& menu, RepositoryStore& store)
     show();
 }
 
+/// Returns whether a text has something to undo or redo, and nullopt for a widget that is no text.
+std::optional<bool> UndoCommand::textCan(const QWidget* widget) const
+{
+    if (const auto* const line = qobject_cast<const QLineEdit*>(widget))
+        return isUndo() ? line->isUndoAvailable() : line->isRedoAvailable();
+    if (const auto* const plain = qobject_cast<const QPlainTextEdit*>(widget))
+        return !plain->isReadOnly() && documentCan(*plain->document(), isUndo());
+    if (const auto* const rich = qobject_cast<const QTextEdit*>(widget))
+        return !rich->isReadOnly() && documentCan(*rich->document(), isUndo());
+    return std::nullopt;
+}
+
+const std::optional<QString>& UndoCommand::stepTitle() const
+{
+    return isUndo() ? store_.undo().undoTitle.value() : store_.undo().redoTitle.value();
+}
+
 UndoCommand::Target UndoCommand::target() const
 {
     const QWidget* const focus = focusBehindMenus();
-    const bool textCan = textCanUndo(focus).value_or(false);
+    const bool canText = textCan(focus).value_or(false);
     // In the commit box the written message is the last change of both fields.
-    if (store_.draft().canUndoMessage.value() && (!textCan || isInCommitBox(focus)))
+    if (isUndo() && store_.draft().canUndoMessage.value() && (!canText || isInCommitBox(focus)))
         return Target::writtenMessage;
-    if (textCan)
+    if (canText)
         return Target::text;
-    return store_.discards().canUndo.value() ? Target::discard : Target::nothing;
+    return stepTitle() ? Target::step : Target::nothing;
+}
+
+QString UndoCommand::title(Target target) const
+{
+    if (target == Target::writtenMessage)
+        return QCoreApplication::translate("Commands", "Undo Written Message");
+    if (target != Target::step)
+        return command(id_).title();
+    const QString named = isUndo() ? QCoreApplication::translate("Commands", "Undo %1", "what was done")
+                                   : QCoreApplication::translate("Commands", "Redo %1", "what was undone");
+    return plainMenuText(named.arg(shortened(*stepTitle())));
 }
 
 void UndoCommand::show()
 {
-    const Target undone = target();
-    action_.setText(undone == Target::discard          ? QCoreApplication::translate("Commands", "Undo Discard")
-                    : undone == Target::writtenMessage ? QCoreApplication::translate("Commands", "Undo Written Message")
-                                                       : command(CommandId::undo).title());
-    action_.setEnabled(undone != Target::nothing);
-    const QString whyNot = QCoreApplication::translate("Commands", "There is nothing to undo.");
-    action_.setToolTip(plainToolTip(undone == Target::nothing ? whyNot : QString()));
+    const Target now = target();
+    action_.setText(title(now));
+    action_.setEnabled(now != Target::nothing);
+    const QString whyNot =
+        isUndo() ? store_.undo().whyNoUndo() : QCoreApplication::translate("Commands", "There is nothing to redo.");
+    action_.setToolTip(plainToolTip(now == Target::nothing ? whyNot : QString()));
 }
 
 void UndoCommand::run()
@@ -80,10 +107,10 @@ void UndoCommand::run()
     switch (target()) {
     case Target::writtenMessage:
         return store_.draft().undoMessage();
-    case Target::discard:
-        return store_.discards().undo();
+    case Target::step:
+        return isUndo() ? store_.undo().undo() : store_.undo().redo();
     case Target::text:
-        QMetaObject::invokeMethod(focusBehindMenus(), "undo");
+        QMetaObject::invokeMethod(focusBehindMenus(), isUndo() ? "undo" : "redo");
         return;
     case Target::nothing:
         return;
@@ -94,7 +121,7 @@ void UndoCommand::focusMoved(QWidget* focus)
 {
     if (watched_)
         watched_->removeEventFilter(this);
-    watched_ = focus && focus->window() == window_ && textCanUndo(focus) ? focus : nullptr;
+    watched_ = focus && focus->window() == window_ && textCan(focus) ? focus : nullptr;
     if (watched_)
         watched_->installEventFilter(this);
     show();
@@ -103,10 +130,11 @@ void UndoCommand::focusMoved(QWidget* focus)
 bool UndoCommand::eventFilter(QObject* watched, QEvent* event)
 {
     // A text claims the key even when the change to undo is the store's. Then the key is left to the menu.
-    const auto isStores = [this] { return target() == Target::discard || target() == Target::writtenMessage; };
-    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo) &&
-        isStores())
-    {
+    const auto isMine = [this](const QKeyEvent& key) {
+        return QKeySequence(key.keyCombination()) == action_.shortcut();
+    };
+    const auto isStores = [this] { return target() == Target::step || target() == Target::writtenMessage; };
+    if (event->type() == QEvent::ShortcutOverride && isMine(*static_cast<QKeyEvent*>(event)) && isStores()) {
         event->ignore();
         return true;
     }

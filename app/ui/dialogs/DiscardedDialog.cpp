@@ -46,7 +46,7 @@ constexpr int rowPadding = 10;
 void addRow(QListWidget& list, const gitkit::Kept& kept)
 {
     auto* const row = new QListWidgetItem(DiscardedTexts::tr("%1: %2", "date and time: names of files")
-                                              .arg(absoluteDate(kept.date, QLocale()), Discards::namesOf(kept.paths)),
+                                              .arg(absoluteDate(kept.date, QLocale()), namesOfFiles(kept.paths)),
                                           &list);
     row->setToolTip(plainToolTip(allNames(kept.paths)));
     row->setSizeHint({0, list.fontMetrics().height() + rowPadding});

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/Undoables.h"
+
+#include "GitKit/Text.h"
+#include "GitKit/repository/Commits.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/InTheWay.h"
+#include "app/store/ShownText.h"
+#include "app/store/actions/OperationWords.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <utility>
+
+namespace plovik::undoable {
+
+using gitkit::GitRepository;
+using gitkit::UndoScope;
+
+namespace {
+
+struct UndoTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Undo)
+};
+
+QString subjectOf(const std::string& message) { return inQuotes(message.substr(0, message.find('\n'))); }
+
+/// Returns the tree of a commit or of what leads to one; empty when it leads to none.
+std::string treeOf(const GitRepository& repo, const std::string& ref)
+{
+    const gitkit::GitOutput tree = repo.runner().output({"rev-parse", "--verify", "--quiet", ref + "^{tree}"});
+    return tree.status == 0 ? std::string(gitkit::withoutLineEnd(tree.stdoutBytes)) : std::string();
+}
+
+/// The scope of what moves the working tree from one commit to another.
+UndoScope moving(const char* kind) { return {.kind = kind, .movesFiles = true, .movesIndex = true}; }
+
+/// Notes where the files will go, for the case that git is stopped half-way.
+auto goingTo(const std::string& ref)
+{
+    return [ref](const GitRepository& repo, UndoScope& scope) { scope.target = treeOf(repo, ref); };
+}
+
+void addChangedFiles(const GitRepository& repo, UndoScope& scope) { scope.overwrites = gitkit::changedFiles(repo); }
+
+void addPaths(const gitkit::FileChange& file, std::vector<std::string>& paths)
+{
+    for (std::string& path : file.allPaths()) {
+        if (std::ranges::find(paths, path) == paths.end())
+            paths.push_back(std::move(path));
+    }
+}
+
+std::vector<std::string> listed(const GitRepository& repo, const std::vector<std::string>& command)
+{
+    const gitkit::GitOutput names = repo.runner().output(command);
+    return names.status == 0 ? gitkit::splitNul(names.stdoutBytes) : std::vector<std::string>();
+}
+
+/// Returns “a.txt”, or “a.txt” and the number of the others.
+QString namesOf(const Files& files)
+{
+    return files.empty() ? UndoTexts::tr("nothing") : namesOfFiles(files.front().path, files.size());
+}
+
+} // namespace
+
+Undoable commit(const std::string& message)
+{
+    return {.title = UndoTexts::tr("Commit %1").arg(subjectOf(message)),
+            .done = UndoTexts::tr("Committed %1.").arg(subjectOf(message)),
+            .scope = {.kind = "commit", .message = message}};
+}
+
+Undoable amend(const std::string& message)
+{
+    return {.title = UndoTexts::tr("Amend of %1").arg(subjectOf(message)),
+            .done = UndoTexts::tr("Amended %1.").arg(subjectOf(message)),
+            .scope = {.kind = "amend", .message = message}};
+}
+
+Undoable checkout(const std::string& ref, const QString& shown, const std::optional<std::string>& made)
+{
+    Undoable undo{.title = UndoTexts::tr("Checkout of %1").arg(shown),
+                  .done = UndoTexts::tr("Checked out %1.").arg(shown),
+                  .scope = moving("checkout"),
+                  .complete = goingTo(ref),
+                  .inTheWay = [ref](const GitRepository& repo) { return gitkit::inTheWayOfCheckout(repo, ref); }};
+    if (made) {
+        undo.scope.refs = {"refs/heads/" + *made};
+        undo.scope.touchesSettings = true;
+    }
+    return undo;
+}
+
+Undoable createBranch(const std::string& name, const std::optional<std::string>& startPoint,
+                      gitkit::AfterCreating after)
+{
+    Undoable undo{.title = UndoTexts::tr("New Branch %1").arg(inQuotes(name)),
+                  .done = UndoTexts::tr("Made branch %1.").arg(inQuotes(name)),
+                  .scope = {.kind = "branch"}};
+    if (after == gitkit::AfterCreating::checkOut) {
+        const std::string ref = startPoint.value_or("HEAD");
+        undo.scope = moving("branch");
+        undo.complete = goingTo(ref);
+        undo.inTheWay = [ref](const GitRepository& repo) { return gitkit::inTheWayOfCheckout(repo, ref); };
+    }
+    undo.scope.refs = {"refs/heads/" + name};
+    undo.scope.touchesSettings = true;
+    return undo;
+}
+
+Undoable deleteBranch(const std::string& name)
+{
+    return {.title = UndoTexts::tr("Deletion of Branch %1").arg(inQuotes(name)),
+            .done = UndoTexts::tr("Deleted branch %1.").arg(inQuotes(name)),
+            .scope = {.kind = "delete-branch", .refs = {"refs/heads/" + name}, .touchesSettings = true}};
+}
+
+Undoable createTag(const std::string& name)
+{
+    return {.title = UndoTexts::tr("New Tag %1").arg(inQuotes(name)),
+            .done = UndoTexts::tr("Made tag %1.").arg(inQuotes(name)),
+            .scope = {.kind = "tag", .refs = {"refs/tags/" + name}}};
+}
+
+Undoable deleteTag(const std::string& name)
+{
+    return {.title = UndoTexts::tr("Deletion of Tag %1").arg(inQuotes(name)),
+            .done = UndoTexts::tr("Deleted tag %1.").arg(inQuotes(name)),
+            .scope = {.kind = "delete-tag", .refs = {"refs/tags/" + name}}};
+}
+
+Undoable merge(const std::string& ref, const QString& shown)
+{
+    return {.title = UndoTexts::tr("Merge of %1").arg(shown),
+            .done = UndoTexts::tr("Merged %1.").arg(shown),
+            .scope = moving("merge"),
+            .complete = goingTo(ref),
+            .inTheWay = [ref](const GitRepository& repo) { return gitkit::inTheWayOfMerge(repo, ref); }};
+}
+
+Undoable cherryPick(const std::string& hash)
+{
+    const QString shown = shownText(gitkit::shortHash(hash));
+    return {.title = UndoTexts::tr("Cherry-Pick of %1").arg(shown),
+            .done = UndoTexts::tr("Cherry-picked %1.").arg(shown),
+            .scope = moving("cherry-pick"),
+            .inTheWay = [hash](const GitRepository& repo) { return gitkit::inTheWayOfCherryPick(repo, hash); }};
+}
+
+Undoable revert(const std::string& hash)
+{
+    const QString shown = shownText(gitkit::shortHash(hash));
+    return {.title = UndoTexts::tr("Revert of %1").arg(shown),
+            .done = UndoTexts::tr("Reverted %1.").arg(shown),
+            .scope = moving("revert"),
+            .inTheWay = [hash](const GitRepository& repo) { return gitkit::inTheWayOfRevert(repo, hash); }};
+}
+
+Undoable pull()
+{
+    Undoable undo{.title = UndoTexts::tr("Pull"), .done = UndoTexts::tr("Pulled."), .scope = moving("pull")};
+    undo.scope.movesAnyRef = true;
+    return undo;
+}
+
+Undoable push(const std::string& branch, const std::string& remote)
+{
+    return {.title = UndoTexts::tr("Push to %1").arg(shownText(remote)),
+            .done = UndoTexts::tr("Pushed %1 to %2.").arg(shownText(branch), shownText(remote)),
+            .scope = {.kind = "push"}};
+}
+
+Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked)
+{
+    const QString shown = message.empty() ? UndoTexts::tr("Stash") : UndoTexts::tr("Stash %1").arg(subjectOf(message));
+    return {.title = shown,
+            .done = UndoTexts::tr("Stashed the changes."),
+            .scope = {.kind = "stash", .movesIndex = true, .touchesStashes = true},
+            .complete = [untracked](const GitRepository& repo, UndoScope& scope) {
+                addChangedFiles(repo, scope);
+                for (const gitkit::FileChange& file : repo.status().files) {
+                    const bool isStaged = file.hasStaged() && !file.isSubmodule;
+                    if (isStaged || (file.isUntracked() && untracked == gitkit::UntrackedFiles::include))
+                        addPaths(file, scope.overwrites);
+                }
+            }};
+}
+
+Undoable applyStash(const gitkit::Stash& stash, gitkit::StashUse use)
+{
+    const bool pops = use == gitkit::StashUse::pop;
+    return {.title = (pops ? UndoTexts::tr("Pop of %1") : UndoTexts::tr("Applying %1")).arg(inQuotes(stash.message)),
+            .done = (pops ? UndoTexts::tr("Popped %1.") : UndoTexts::tr("Applied %1.")).arg(inQuotes(stash.message)),
+            .scope = {.kind = pops ? "pop-stash" : "apply-stash", .movesIndex = true, .touchesStashes = pops},
+            .complete =
+                [hash = stash.hash](const GitRepository& repo, UndoScope& scope) {
+                    scope.overwrites =
+                        listed(repo, {"diff-tree", "-r", "-z", "--no-renames", "--name-only", hash + "^1", hash, "--"});
+                    for (std::string& path : listed(repo, {"ls-tree", "-r", "-z", "--name-only", hash + "^3"}))
+                        scope.overwrites.push_back(std::move(path));
+                },
+            .inTheWay = [hash = stash.hash](const GitRepository& repo) { return gitkit::inTheWayOfStash(repo, hash); }};
+}
+
+Undoable dropStash(const gitkit::Stash& stash)
+{
+    return {.title = UndoTexts::tr("Drop of %1").arg(inQuotes(stash.message)),
+            .done = UndoTexts::tr("Dropped %1.").arg(inQuotes(stash.message)),
+            .scope = {.kind = "drop-stash", .touchesStashes = true}};
+}
+
+Undoable operation(gitkit::OperationInProgress::Kind kind, gitkit::OperationStep step)
+{
+    Undoable undo{.title = operationWords::stepTitle(kind, step),
+                  .done = operationWords::stepDone(kind, step),
+                  .scope = moving("operation"),
+                  .complete = addChangedFiles};
+    undo.scope.movesAnyRef = true;
+    undo.scope.touchesStashes = true;
+    return undo;
+}
+
+Undoable markBisect()
+{
+    Undoable undo{.title = UndoTexts::tr("Mark of a Commit"), .done = {}, .scope = moving("operation")};
+    undo.complete = addChangedFiles;
+    undo.scope.movesAnyRef = true;
+    return undo;
+}
+
+Undoable stage(const Files& files)
+{
+    return {.title = UndoTexts::tr("Staging of %1").arg(namesOf(files)),
+            .done = {},
+            .scope = {.kind = "stage", .movesIndex = true}};
+}
+
+Undoable unstage(const Files& files)
+{
+    return {.title = UndoTexts::tr("Unstaging of %1").arg(namesOf(files)),
+            .done = {},
+            .scope = {.kind = "unstage", .movesIndex = true}};
+}
+
+Undoable takeSide(const std::vector<std::string>& paths)
+{
+    Files files;
+    for (const std::string& path : paths)
+        files.emplace_back().path = path;
+    return {.title = UndoTexts::tr("Resolving %1").arg(namesOf(files)),
+            .done = UndoTexts::tr("Resolved %1.").arg(namesOf(files)),
+            .scope = {.kind = "take-side", .movesIndex = true, .overwrites = paths}};
+}
+
+Undoable discard(const Files& files)
+{
+    Undoable undo{.title = UndoTexts::tr("Discard of %1").arg(namesOf(files)),
+                  .done = UndoTexts::tr("Discarded %1.").arg(namesOf(files)),
+                  .scope = {.kind = "discard", .movesIndex = true},
+                  .kept = std::make_shared<std::string>()};
+    for (const gitkit::FileChange& file : files)
+        addPaths(file, file.isUntracked() ? undo.scope.removes : undo.scope.overwrites);
+    return undo;
+}
+
+} // namespace plovik::undoable

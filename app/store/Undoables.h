@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/BranchChange.h"
+#include "GitKit/records/FileChange.h"
+#include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/Stash.h"
+#include "app/store/StepKeeping.h"
+
+#include <QString>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+// What has to be kept of each action, and the words for it. Main thread. Ref names are full, and hashes too.
+namespace plovik::undoable {
+
+Undoable commit(const std::string& message);
+Undoable amend(const std::string& message);
+
+/// `ref` is a ref or a hash, `shown` its name in a sentence; `made` is the branch that is made for it, if one is.
+Undoable checkout(const std::string& ref, const QString& shown, const std::optional<std::string>& made = {});
+Undoable createBranch(const std::string& name, const std::optional<std::string>& startPoint,
+                      gitkit::AfterCreating after);
+Undoable deleteBranch(const std::string& name);
+Undoable createTag(const std::string& name);
+Undoable deleteTag(const std::string& name);
+
+Undoable merge(const std::string& ref, const QString& shown);
+Undoable cherryPick(const std::string& hash);
+Undoable revert(const std::string& hash);
+Undoable pull();
+/// For the list of what has happened: it cannot be taken back.
+Undoable push(const std::string& branch, const std::string& remote);
+
+Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked);
+Undoable applyStash(const gitkit::Stash& stash, gitkit::StashUse use);
+Undoable dropStash(const gitkit::Stash& stash);
+
+/// For a step of an unfinished operation, or its end.
+Undoable operation(gitkit::OperationInProgress::Kind kind, gitkit::OperationStep step);
+Undoable markBisect();
+
+using Files = std::vector<gitkit::FileChange>;
+/// Titles name the first file and count the others.
+Undoable stage(const Files& files);
+Undoable unstage(const Files& files);
+Undoable takeSide(const std::vector<std::string>& paths);
+/// keeping() keeps what it takes; its name goes to Undoable::kept.
+Undoable discard(const Files& files);
+
+} // namespace plovik::undoable

@@ -1,0 +1,368 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Every action of the store, taken back and done again.
+
+#include "tests/store/ManualWorker.h"
+#include "tests/support/FullDisk.h"
+#include "tests/support/TestRepository.h"
+#include "tests/support/WholeState.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/undo/UndoJournal.h"
+#include "app/store/RepositoryStore.h"
+#include "app/store/actions/Operation.h"
+#include "app/store/actions/Refs.h"
+#include "app/store/actions/Remotes.h"
+#include "app/store/actions/Stashes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+
+namespace plovik {
+namespace {
+
+namespace fs = std::filesystem;
+using gitkit::GitRef;
+
+/// A repository and its window.
+struct UndoWindow {
+    TestRepository repo;
+    TestRepository remote{{"--bare"}};
+    ManualWorker worker;
+    TemporaryFolder trash;
+    std::unique_ptr<RepositoryStore> made = std::make_unique<RepositoryStore>(
+        repo.path(), worker,
+        StoreServices{.trash = [this](const fs::path& file) { fs::rename(file, trash / file.filename().string()); }});
+    RepositoryStore& store = *made;
+
+    void load()
+    {
+        store.snapshot().refresh(RefreshScope::full);
+        worker.finishAll();
+    }
+    void undo()
+    {
+        store.undo().undo();
+        worker.finishAll();
+    }
+    void redo()
+    {
+        store.undo().redo();
+        worker.finishAll();
+    }
+    /// Answers questions with their first button until none is left.
+    void answer()
+    {
+        worker.finishAll();
+        while (const auto question = store.window().confirmation.value()) {
+            store.window().confirm(question->id);
+            worker.finishAll();
+        }
+    }
+    std::string error() const { return store.window().errorMessage.value().value_or(QString()).toStdString(); }
+    std::string notice() const { return store.window().notice.value().toStdString(); }
+    std::string undoTitle() const { return store.undo().undoTitle.value().value_or(QString()).toStdString(); }
+    std::string redoTitle() const { return store.undo().redoTitle.value().value_or(QString()).toStdString(); }
+    std::string said() const
+    {
+        return store.undo().said.value() ? store.undo().said.value()->sentence.toStdString() : "";
+    }
+    const GitRef& ref(const std::string& name) const
+    {
+        for (const auto* refs : {&store.snapshot().branches.value(), &store.snapshot().tags.value()}) {
+            if (const auto found = std::ranges::find(*refs, name, &GitRef::name); found != refs->end())
+                return *found;
+        }
+        throw std::runtime_error("no ref " + name);
+    }
+    Staging::Files files() const { return store.snapshot().status.value().files; }
+};
+
+struct StoreUndo : testing::Test, UndoWindow {};
+
+struct Story {
+    const char* title;
+    std::function<void(TestRepository&)> before;
+    std::function<void(UndoWindow&)> act;
+};
+
+void conflict(TestRepository& repo, const std::vector<std::string>& command)
+{
+    repo.write("a", "ours").git({"commit", "-q", "-am", "ours"});
+    int status = 0;
+    runPlainGit(repo.path(), command, status);
+}
+
+const auto nothing = [](TestRepository&) {};
+
+const std::vector<Story> stories{
+    {"Commit “more”", [](auto& r) { r.write("b", "2").git({"add", "b"}); },
+     [](auto& t) {
+         t.store.draft().setSubject(QStringLiteral("more"));
+         t.store.draft().commit();
+     }},
+    {"Amend of “other words”", [](auto& r) { r.write("b", "2").git({"add", "b"}); },
+     [](auto& t) {
+         t.store.draft().setSubject(QStringLiteral("other words"));
+         t.store.draft().setAmend(true);
+         t.store.draft().commit();
+     }},
+    {"Checkout of topic", nothing, [](auto& t) { actions::checkout(t.store.actors(), t.ref("topic")); }},
+    {"New Branch “new”", nothing,
+     [](auto& t) {
+         actions::createBranch(t.store.actors(), "new", "refs/heads/topic", gitkit::AfterCreating::checkOut);
+     }},
+    {"Deletion of Branch “topic”",
+     [](auto& r) {
+         r.git({"merge", "-q", "topic"}).git({"config", "branch.topic.remote", "."});
+         r.git({"config", "branch.topic.merge", "refs/heads/main"});
+     },
+     [](auto& t) { actions::confirmDelete(t.store.actors(), t.ref("topic")); }},
+    {"New Tag “v2”", nothing, [](auto& t) { actions::createTag(t.store.actors(), "v2", t.repo.head()); }},
+    {"Deletion of Tag “v1”", [](auto& r) { r.git({"tag", "-a", "-m", "note", "v1"}); },
+     [](auto& t) { actions::confirmDelete(t.store.actors(), t.ref("v1")); }},
+    {"Merge of topic", nothing, [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},
+    {"Merge of topic", [](auto& r) { r.write("a", "ours").git({"commit", "-q", "-am", "ours"}); },
+     [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},
+    {"Cherry-Pick of", [](auto& r) { r.write("b", "local"); },
+     [](auto& t) { actions::cherryPick(t.store.actors(), t.ref("topic").hash); }},
+    {"Revert of", nothing, [](auto& t) { actions::revert(t.store.actors(), t.repo.head()); }},
+    {"Abort of the Merge",
+     [](auto& r) {
+         conflict(r, {"merge", "topic"});
+         r.write("a", "half resolved\n");
+     },
+     [](auto& t) { actions::abortOperation(t.store.actors()); }},
+    {"Skip of a Commit",
+     [](auto& r) {
+         conflict(r, {"rebase", "topic"});
+         r.write("a", "half").write("b", "touched");
+     },
+     [](auto& t) { actions::skipOperation(t.store.actors()); }},
+    {"Continuing the Rebase",
+     [](auto& r) {
+         conflict(r, {"rebase", "topic"});
+         r.write("a", "resolved").git({"add", "a"});
+     },
+     [](auto& t) { actions::continueOperation(t.store.actors()); }},
+    {"Resolving “a”", [](auto& r) { conflict(r, {"merge", "topic"}); },
+     [](auto& t) { t.store.staging().takeSide(t.files(), gitkit::ConflictSide::theirs); }},
+    {"Stash “mine”",
+     [](auto& r) { r.write("a", "staged").git({"add", "a"}).write("a", "changed").write("new file", "n\r\n"); },
+     [](auto& t) { actions::stashSave(t.store.actors(), QStringLiteral("mine"), gitkit::UntrackedFiles::include); }},
+    {"Pop of “On main: mine”",
+     [](auto& r) { r.write("a", "2").write("new", "n").git({"stash", "push", "-q", "-u", "-m", "mine"}); },
+     [](auto& t) {
+         actions::stashApply(t.store.actors(), t.store.snapshot().stashes.value().front(), gitkit::StashUse::pop);
+     }},
+    {"Drop of “On main: mine”", [](auto& r) { r.write("a", "2").git({"stash", "push", "-q", "-m", "mine"}); },
+     [](auto& t) { actions::confirmDrop(t.store.actors(), t.store.snapshot().stashes.value().front()); }},
+    {"Staging of “a” and 2 other files", [](auto& r) { r.write("a", "2").write("new", "n"); },
+     [](auto& t) { t.store.staging().stageAll(); }},
+    {"Unstaging of “a”", [](auto& r) { r.write("a", "2").git({"add", "a"}); },
+     [](auto& t) { t.store.staging().unstageAll(); }},
+    {"Discard of “a” and 3 other files",
+     [](auto& r) {
+         r.git({"config", "core.autocrlf", "input"}).write("a", "x\r\ny\n").git({"add", "a"}).write("a", "z\r\n");
+         r.write("new", "n").remove("b");
+     },
+     [](auto& t) { t.store.staging().confirmDiscard(t.files()); }},
+};
+
+TEST(StoreUndoStories, TakesEveryActionBackAndDoesItAgain)
+{
+    for (const Story& story : stories) {
+        SCOPED_TRACE(story.title);
+        UndoWindow one;
+        TestRepository& r = one.repo;
+        r.write("a", "1").write("b", "1").write(".gitignore", "*.log\n").commit("one");
+        r.git({"checkout", "-q", "-b", "topic"}).write("a", "topic").write("t/new", "1").commit("two");
+        r.git({"checkout", "-q", "main"}).write("keep\xe4.log", "ignored").write("untracked", "u");
+        story.before(r);
+        one.load();
+        const std::string a = wholeState(r);
+        story.act(one);
+        one.answer();
+        const std::string b = wholeState(r);
+        ASSERT_NE(a, b) << one.error();
+        EXPECT_EQ(one.undoTitle().substr(0, std::string_view(story.title).size()), story.title);
+        EXPECT_EQ(one.redoTitle(), "");
+        r.git({"gc", "-q", "--prune=now"});
+        one.store.window().dismissError();
+        one.undo();
+        EXPECT_EQ(one.error(), "");
+        EXPECT_EQ(wholeState(r), a) << one.notice();
+        one.redo();
+        EXPECT_EQ(wholeState(r), b) << one.error();
+        one.undo();
+        EXPECT_EQ(wholeState(r), a) << "and once more";
+    }
+}
+
+TEST_F(StoreUndo, AMessageReturnsToTheBoxUnlessSomethingIsTyped)
+{
+    repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
+    load();
+    const auto subject = [this] { return store.draft().commitSubject.value().toStdString(); };
+    store.draft().setSubject(QStringLiteral("more"));
+    store.draft().commit();
+    worker.finishAll();
+    EXPECT_EQ(said(), "Committed “more”.");
+    EXPECT_EQ(subject(), "");
+    undo();
+    EXPECT_EQ(subject(), "more");
+    EXPECT_EQ(said(), "Undone: Commit “more”.");
+    redo();
+    EXPECT_EQ(subject(), "");
+    store.draft().setSubject(QStringLiteral("next"));
+    undo();
+    EXPECT_EQ(subject(), "next");
+}
+
+TEST_F(StoreUndo, WhatIsInTheWayIsMovedAsideAndComesBack)
+{
+    repo.write(".gitignore", ".env\n").commit("one").git({"checkout", "-q", "-b", "topic"});
+    repo.write(".env", "theirs").git({"add", "-f", ".env"}).write("notes", "theirs").commit("two");
+    repo.git({"checkout", "-q", "main"}).write(".env", "secret");
+    load();
+    const std::string before = wholeState(repo);
+    actions::checkout(store.actors(), ref("topic"));
+    worker.finishAll();
+    EXPECT_EQ(bytesAt(repo / ".env"), "theirs");
+    EXPECT_EQ(notice(), "Moved 1 ignored file out of the way: “.env”. Undo brings it back.");
+    undo();
+    EXPECT_EQ(wholeState(repo), before);
+    redo();
+    EXPECT_EQ(bytesAt(repo / ".env"), "theirs");
+    undo();
+    EXPECT_EQ(wholeState(repo), before);
+
+    repo.write("notes", "mine");
+    load();
+    actions::checkout(store.actors(), ref("topic"));
+    worker.finishAll();
+    ASSERT_TRUE(store.window().confirmation.value());
+    EXPECT_EQ(store.window().confirmation.value()->title.toStdString(), "1 file is in the way");
+    EXPECT_EQ(bytesAt(repo / "notes"), "mine") << "nothing has happened yet";
+    EXPECT_EQ(bytesAt(repo / ".env"), "secret");
+    answer();
+    EXPECT_EQ(bytesAt(repo / "notes"), "theirs") << error();
+    undo();
+    EXPECT_EQ(bytesAt(repo / "notes") + bytesAt(repo / ".env"), "minesecret");
+
+    // A checkout that fails leaves them where they are.
+    repo.write(".git/index.lock", "");
+    repo.remove("notes");
+    load();
+    actions::checkout(store.actors(), ref("topic"));
+    worker.finishAll();
+    EXPECT_NE(error(), "");
+    EXPECT_EQ(bytesAt(repo / ".env"), "secret");
+}
+
+TEST_F(StoreUndo, RefusesInWordsWithAWayOn)
+{
+    repo.write("a", "1").write("b", "1").commit("one").git({"branch", "topic"});
+    repo.git({"checkout", "-q", "topic"}).write("a", "2").commit("two").git({"checkout", "-q", "main"});
+    load();
+    const auto asked = [this] { return store.window().confirmation.value().value_or(Confirmation{}); };
+    actions::merge(store.actors(), ref("topic"));
+    worker.finishAll();
+    repo.write("a", "edited since");
+    undo();
+    EXPECT_EQ(asked().title.toStdString(), "1 file was edited after “Merge of topic”");
+    EXPECT_EQ(bytesAt(repo / "a"), "edited since");
+    answer();
+    EXPECT_EQ(bytesAt(repo / "a"), "1");
+    redo();
+    EXPECT_EQ(bytesAt(repo / "a"), "edited since") << "the edit has stayed in the timeline";
+
+    repo.write("c", "1").git({"add", "c"}).git({"commit", "-q", "-m", "in a terminal"});
+    undo();
+    EXPECT_EQ(asked().title.toStdString(), "Cannot undo “Merge of topic”");
+    EXPECT_NE(asked().message.toStdString().find("main has moved since"), std::string::npos);
+    store.window().dismissQuestion();
+
+    load();
+    actions::confirmDelete(store.actors(), ref("topic"));
+    answer();
+    repo.git({"branch", "topic"});
+    load();
+    undo();
+    EXPECT_EQ(asked().alternativeTitle.toStdString(), "Restore as “topic-2”");
+    store.window().confirmAlternative(asked().id);
+    worker.finishAll();
+    EXPECT_NO_THROW(ref("topic-2")) << error();
+}
+
+TEST_F(StoreUndo, APushIsShownAndStandsInTheWay)
+{
+    repo.git({"remote", "add", "origin", remote.path().string()}).write("a", "1").commit("one");
+    repo.git({"push", "-q", "-u", "origin", "main"}).write("a", "2").git({"add", "a"});
+    load();
+    store.draft().setSubject(QStringLiteral("more"));
+    store.draft().commit();
+    worker.finishAll();
+    actions::push(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(undoTitle(), "");
+    EXPECT_EQ(store.undo().whyNoUndo().toStdString(), "“Push to origin/main” cannot be undone from here.");
+    store.undo().showTimeline();
+    worker.finishAll();
+    const auto& rows = *store.undo().timeline.value();
+    ASSERT_GE(rows.size(), 2U);
+    EXPECT_EQ(rows[0].title.toStdString(), "Push to origin/main");
+    store.undo().confirmUndoTo(rows[1].step.id);
+    answer();
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "one") << "the branch only";
+}
+
+TEST_F(StoreUndo, AnotherWindowGoesOnWhereThisOneEnded)
+{
+    repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"});
+    load();
+    const std::string before = wholeState(repo);
+    store.draft().setSubject(QStringLiteral("more"));
+    store.draft().commit();
+    worker.finishAll();
+    const auto stop = [this](const char* title) {
+        const gitkit::UndoRecording killed(repo.repository(), repo / ".git",
+                                           {.kind = "merge", .title = title, .movesFiles = true, .movesIndex = true});
+    };
+    RepositoryStore next(repo.path(), worker);
+    const auto open = [this](RepositoryStore& window) {
+        window.snapshot().refresh(RefreshScope::full);
+        worker.finishAll();
+    };
+    open(next);
+    EXPECT_EQ(next.undo().undoTitle.value().value_or(QString()).toStdString(), "Commit “more”");
+    EXPECT_EQ(next.undo().interrupted.value().toStdString(), "");
+
+    const std::string whole = wholeState(repo);
+    stop("Merge of topic");
+    repo.write("a", "half written").write("b", "half written").git({"add", "b"});
+    RepositoryStore after(repo.path(), worker);
+    open(after);
+    EXPECT_EQ(after.undo().interrupted.value().toStdString(), "Merge of topic");
+    after.undo().leaveInterrupted();
+    worker.finishAll();
+    EXPECT_EQ(after.undo().interrupted.value().toStdString(), "");
+    repo.git({"rm", "-q", "--cached", "b"}).remove("b").write("a", "2");
+    stop("Merge of other");
+    repo.git({"rm", "-q", "--cached", "a"});
+    repo.git({"update-ref", "refs/heads/main", "HEAD~"});
+    RepositoryStore last(repo.path(), worker);
+    open(last);
+    EXPECT_EQ(last.undo().interrupted.value().toStdString(), "Merge of other");
+    last.undo().restoreInterrupted();
+    worker.finishAll();
+    EXPECT_EQ(wholeState(repo), whole);
+    last.undo().undo();
+    worker.finishAll();
+    EXPECT_EQ(wholeState(repo), before) << "the commit is the step before it";
+}
+
+} // namespace
+} // namespace plovik
