@@ -3,6 +3,7 @@
 
 #include "GitKit/FileReplacement.h"
 #include "GitKit/Text.h"
+#include "GitKit/parsers/Fields.h"
 #include "GitKit/repository/Blobs.h"
 #include "GitKit/repository/FileCopies.h"
 #include "GitKit/repository/GitRepository.h"
@@ -23,6 +24,7 @@ namespace fs = std::filesystem;
 constexpr std::uintmax_t longestTarget = 4096;
 constexpr std::size_t largestBlob = std::size_t{1} << 30;
 constexpr std::size_t mostAtOnce = 32;
+constexpr std::size_t mostLoose = 32;
 
 bool isExecutable(const fs::path& file)
 {
@@ -46,6 +48,69 @@ std::string storeFile(const GitRepository& repo, const fs::path& file)
         repo.runner().bytes({"hash-object", "-w", "--no-filters", "--", file.string()}, helperOptions())));
 }
 
+/// Notes the hashes that git has printed, one a line.
+void noteHashes(std::span<OverlayFile*> files, const std::string& hashes)
+{
+    Pieces lines(hashes, '\n');
+    for (OverlayFile* file : files) {
+        const auto hash = lines.next();
+        if (!hash)
+            throw GitError("hash-object", 1, "Git stored fewer files than it was given.");
+        file->hash = *hash;
+    }
+}
+
+/// Notes the hashes of files.
+void hashFiles(const GitRepository& repo, std::span<OverlayFile*> files, const fs::path& folder,
+               const std::vector<std::string>& how)
+{
+    if (files.empty())
+        return;
+    RunOptions options = helperOptions();
+    options.input = std::string();
+    for (const OverlayFile* file : files)
+        *options.input += (folder / file->path).string() + '\n';
+    std::vector<std::string> command{"hash-object", "--no-filters", "--stdin-paths"};
+    command.insert(command.end(), how.begin(), how.end());
+    noteHashes(files, repo.runner().bytes(command, options));
+}
+
+/// Returns the files whose contents the repository does not have.
+std::vector<OverlayFile*> missingFrom(const GitRepository& repo, std::span<OverlayFile*> files)
+{
+    RunOptions options = helperOptions();
+    options.input = std::string();
+    for (const OverlayFile* file : files)
+        *options.input += file->hash + '\n';
+    const std::string answers = repo.runner().bytes({"cat-file", "--batch-check"}, options);
+    std::vector<OverlayFile*> missing;
+    Pieces lines(answers, '\n');
+    for (OverlayFile* file : files) {
+        if (const auto line = lines.next(); line && line->ends_with(" missing"))
+            missing.push_back(file);
+    }
+    return missing;
+}
+
+/// Stores many files at once: a file of its own for each object would take far longer.
+void packFiles(const GitRepository& repo, std::span<OverlayFile*> files, const fs::path& folder)
+{
+    RunOptions options = helperOptions();
+    options.settings.emplace_back("fastimport.unpackLimit=1");
+    options.input = std::string();
+    int mark = 0;
+    for (const OverlayFile* file : files) {
+        const auto bytes = bytesOf(folder / file->path, largestBlob);
+        if (!bytes)
+            throw GitError("undo", 1, inQuotes(file->path) + " could not be read.");
+        const std::string number = std::to_string(++mark);
+        *options.input += "blob\nmark :" + number + "\ndata " + std::to_string(bytes->size()) + '\n';
+        *options.input += *bytes;
+        *options.input += "\nget-mark :" + number + '\n';
+    }
+    noteHashes(files, repo.runner().bytes({"fast-import", "--quiet", "--cat-blob-fd=1"}, options));
+}
+
 /// Stores the contents of regular files and notes their hashes. The folder is empty for the working tree's root.
 void storeFiles(const GitRepository& repo, std::vector<OverlayFile*>& files, const fs::path& folder)
 {
@@ -53,22 +118,17 @@ void storeFiles(const GitRepository& repo, std::vector<OverlayFile*>& files, con
         std::ranges::partition(files, [&](OverlayFile* file) { return isPlainLine((folder / file->path).string()); });
     for (OverlayFile* file : listed)
         file->hash = storeFile(repo, folder / file->path);
-    RunOptions options = helperOptions();
-    options.input = std::string();
     const std::span<OverlayFile*> plain(files.begin(), listed.begin());
-    for (const OverlayFile* file : plain)
-        *options.input += (folder / file->path).string() + '\n';
-    if (plain.empty())
+    if (plain.size() <= mostLoose) {
+        hashFiles(repo, plain, folder, {"-w"});
         return;
-    const std::string hashes = repo.runner().bytes({"hash-object", "-w", "--no-filters", "--stdin-paths"}, options);
-    std::size_t begin = 0;
-    for (OverlayFile* file : plain) {
-        const std::size_t end = hashes.find('\n', begin);
-        if (end == std::string::npos)
-            throw GitError("hash-object", 1, "Git stored fewer files than it was given.");
-        file->hash = hashes.substr(begin, end - begin);
-        begin = end + 1;
     }
+    hashFiles(repo, plain, folder, {});
+    std::vector<OverlayFile*> missing = missingFrom(repo, plain);
+    if (missing.size() <= mostLoose)
+        hashFiles(repo, missing, folder, {"-w"});
+    else
+        packFiles(repo, missing, folder.empty() ? repo.root() : folder);
 }
 
 std::string treeOf(const GitRepository& repo, const std::vector<OverlayFile>& files)

@@ -12,7 +12,10 @@
 #include "GitKit/undo/UndoRefused.h"
 
 #include <algorithm>
+#include <functional>
+#include <future>
 #include <sys/stat.h>
+#include <system_error>
 
 namespace gitkit {
 
@@ -73,23 +76,39 @@ void keepBytes(const GitRepository& repo, const UndoScope& scope, UndoPoint& poi
     }
 }
 
+void keepIndex(const GitRepository& repo, const fs::path& gitDirectory, const UndoScope& scope, UndoPoint& point)
+{
+    IndexContents index = indexContents(repo, gitDirectory);
+    point.indexTree = std::move(index.tree);
+    point.conflicts = std::move(index.conflicts);
+    // The files follow the index but for those in conflict, and those whose bytes are kept.
+    if (scope.movesFiles)
+        point.filesTree = point.conflicts.empty() && scope.overwrites.empty()
+                              ? point.indexTree
+                              : levelTree(repo, gitDirectory, scope.overwrites);
+}
+
+/// Starts a job on a thread of its own where that is wanted and can be had, and runs it at the end otherwise.
+std::future<void> beside(bool isWanted, const std::function<void()>& job)
+{
+    try {
+        return std::async(isWanted ? std::launch::async : std::launch::deferred, job);
+    } catch (const std::system_error&) {
+        return std::async(std::launch::deferred, job);
+    }
+}
+
 } // namespace
 
 UndoPoint pointNow(const GitRepository& repo, const fs::path& gitDirectory, const UndoScope& scope)
 {
     UndoPoint point;
+    // Both take long in a large working tree, and neither needs the other.
+    const bool isBoth = !scope.overwrites.empty() && (scope.movesIndex || scope.movesFiles);
+    std::future<void> bytes = beside(isBoth, [&] { keepBytes(repo, scope, point); });
     point.head = headNow(repo);
-    if (scope.movesIndex || scope.movesFiles) {
-        IndexContents index = indexContents(repo, gitDirectory);
-        point.indexTree = std::move(index.tree);
-        point.conflicts = std::move(index.conflicts);
-        // The files follow the index but for those in conflict, and those whose bytes are kept.
-        if (scope.movesFiles)
-            point.filesTree = point.conflicts.empty() && scope.overwrites.empty()
-                                  ? point.indexTree
-                                  : levelTree(repo, gitDirectory, scope.overwrites);
-    }
-    keepBytes(repo, scope, point);
+    if (scope.movesIndex || scope.movesFiles)
+        keepIndex(repo, gitDirectory, scope, point);
     OperationFiles operation = operationFiles(repo, gitDirectory);
     point.operation = std::move(operation.tree);
     point.operationRefs = std::move(operation.refs);
@@ -97,6 +116,7 @@ UndoPoint pointNow(const GitRepository& repo, const fs::path& gitDirectory, cons
         point.stashes = stashesNow(repo);
     if (scope.touchesSettings)
         point.settings = settingsNow(repo);
+    bytes.get();
     return point;
 }
 

@@ -129,9 +129,11 @@ TEST(Overlay, KeepsBytesModesAndLinksWhateverFiltersSay)
     repo.git({"config", "core.autocrlf", "input"}).git({"config", "core.safecrlf", "true"});
     repo.write(".gitattributes", "*.f filter=broken\n").git({"config", "filter.broken.clean", "false"});
     repo.git({"config", "filter.broken.required", "true"});
-    const std::vector<std::pair<std::string, std::string>> files{
+    std::vector<std::pair<std::string, std::string>> files{
         {"crlf", "a\r\nb\nc\r\n"}, {"x.f", "filtered"}, {"dir/with\nnewline", "1"}, {"\"quoted", "2"}, {"-n", "3"},
         {"latin\xe4", "4"},        {"empty", ""}};
+    for (int number = 0; number < 40; ++number) // so many are stored in another way
+        files.emplace_back("many/" + std::to_string(number), "bytes\r\n" + std::to_string(number % 20));
     std::vector<std::string> paths{"missing", "fifo", "link", "folder"};
     for (const auto& [path, bytes] : files) {
         repo.write(path, bytes);

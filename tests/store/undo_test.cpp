@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Every action of the store, taken back and done again.
 
-#include "tests/store/ManualWorker.h"
-#include "tests/support/FullDisk.h"
-#include "tests/support/TestRepository.h"
+#include "tests/store/UndoWindow.h"
 #include "tests/support/WholeState.h"
 
 #include "GitKit/repository/GitRepository.h"
@@ -24,61 +22,6 @@ namespace plovik {
 namespace {
 
 namespace fs = std::filesystem;
-using gitkit::GitRef;
-
-/// A repository and its window.
-struct UndoWindow {
-    TestRepository repo;
-    TestRepository remote{{"--bare"}};
-    ManualWorker worker;
-    TemporaryFolder trash;
-    std::unique_ptr<RepositoryStore> made = std::make_unique<RepositoryStore>(
-        repo.path(), worker,
-        StoreServices{.trash = [this](const fs::path& file) { fs::rename(file, trash / file.filename().string()); }});
-    RepositoryStore& store = *made;
-
-    void load()
-    {
-        store.snapshot().refresh(RefreshScope::full);
-        worker.finishAll();
-    }
-    void undo()
-    {
-        store.undo().undo();
-        worker.finishAll();
-    }
-    void redo()
-    {
-        store.undo().redo();
-        worker.finishAll();
-    }
-    /// Answers questions with their first button until none is left.
-    void answer()
-    {
-        worker.finishAll();
-        while (const auto question = store.window().confirmation.value()) {
-            store.window().confirm(question->id);
-            worker.finishAll();
-        }
-    }
-    std::string error() const { return store.window().errorMessage.value().value_or(QString()).toStdString(); }
-    std::string notice() const { return store.window().notice.value().toStdString(); }
-    std::string undoTitle() const { return store.undo().undoTitle.value().value_or(QString()).toStdString(); }
-    std::string redoTitle() const { return store.undo().redoTitle.value().value_or(QString()).toStdString(); }
-    std::string said() const
-    {
-        return store.undo().said.value() ? store.undo().said.value()->sentence.toStdString() : "";
-    }
-    const GitRef& ref(const std::string& name) const
-    {
-        for (const auto* refs : {&store.snapshot().branches.value(), &store.snapshot().tags.value()}) {
-            if (const auto found = std::ranges::find(*refs, name, &GitRef::name); found != refs->end())
-                return *found;
-        }
-        throw std::runtime_error("no ref " + name);
-    }
-    Staging::Files files() const { return store.snapshot().status.value().files; }
-};
 
 struct StoreUndo : testing::Test, UndoWindow {};
 

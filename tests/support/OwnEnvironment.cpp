@@ -39,6 +39,7 @@ constexpr std::array letThrough{"PATH",
                                 "ASAN_SYMBOLIZER_PATH",
                                 "UBSAN_SYMBOLIZER_PATH",
                                 "LLVM_PROFILE_FILE",
+                                "PLOVIK_ACTIONS",
                                 "PLOVIK_SEED",
                                 "PLOVIK_TEST_GIT"};
 
