@@ -17,6 +17,8 @@
 #include "GitKit/undo/UndoRefused.h"
 
 #include <algorithm>
+#include <array>
+#include <map>
 #include <set>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -52,17 +54,36 @@ Way reversed(const Way& way)
     return back;
 }
 
-/// Returns the paths of the files whose bytes either moment keeps.
+bool isAbsent(const UndoPoint& point, const std::string& path)
+{
+    return std::ranges::find(point.absent, path) != point.absent.end();
+}
+
+unsigned modeOf(const UndoPoint& point, const std::string& path)
+{
+    const auto found = std::ranges::find(point.modes, path, &std::pair<std::string, unsigned>::first);
+    return found == point.modes.end() ? 0 : found->second;
+}
+
+/// Returns the paths of the files whose bytes are kept and differ between the moments.
 Names keptPaths(const GitRepository& repo, const Way& way)
 {
-    std::set<std::string> paths;
-    for (const UndoPoint* point : {&way.from, &way.to}) {
-        if (point->overlay.empty())
+    std::map<std::string, std::array<OverlayFile, 2>> found;
+    const UndoPoint* const points[] = {&way.from, &way.to};
+    for (std::size_t side = 0; side < 2; ++side) {
+        if (points[side]->overlay.empty())
             continue;
-        for (OverlayFile& file : overlayFiles(repo, point->overlay))
-            paths.insert(std::move(file.path));
+        for (OverlayFile& file : overlayFiles(repo, points[side]->overlay)) {
+            const std::string path = file.path;
+            found[path][side] = std::move(file);
+        }
     }
-    return {paths.begin(), paths.end()};
+    Names paths;
+    for (const auto& [path, files] : found) {
+        if (files[0] != files[1] || modeOf(way.from, path) != modeOf(way.to, path))
+            paths.push_back(path);
+    }
+    return paths;
 }
 
 /// Returns the files that a moment does not have and that the other one does, as far as their bytes are not kept.
@@ -84,7 +105,12 @@ Names editedBytes(const GitRepository& repo, const UndoPoint& point, const Names
     std::vector<OverlayFile> wanted;
     if (!point.overlay.empty())
         wanted = overlayFiles(repo, point.overlay);
-    const std::vector<OverlayFile> found = overlayFiles(repo, writeOverlay(repo, paths));
+    std::erase_if(wanted, [&paths](const OverlayFile& file) { return !std::ranges::binary_search(paths, file.path); });
+    std::vector<OverlayFile> found = overlayFiles(repo, writeOverlay(repo, paths));
+    // A file that follows a tree at that moment is looked at elsewhere.
+    std::erase_if(found, [&](const OverlayFile& file) {
+        return std::ranges::find(wanted, file.path, &OverlayFile::path) == wanted.end() && !isAbsent(point, file.path);
+    });
     std::set<std::string> changed;
     const auto noteMissing = [&changed](const std::vector<OverlayFile>& from, const std::vector<OverlayFile>& in) {
         for (const OverlayFile& file : from) {
@@ -157,26 +183,26 @@ void requireNotElsewhere(const GitRepository& repo, const Way& way)
     }
 }
 
-/// Writes the bytes of `to` in place of those of `from`. Returns the files that could not be written.
-Names putBytes(const GitRepository& repo, const UndoPoint& to)
+/// Writes the bytes that a moment keeps of these files. Throws GitError with the first that could not be written.
+void moveBytes(const GitRepository& repo, const UndoPoint& to, const Names& paths)
 {
+    const auto isMeant = [&paths](const std::string& path) { return std::ranges::binary_search(paths, path); };
     Names failed;
-    if (!to.overlay.empty())
-        failed = restoreOverlay(repo, overlayFiles(repo, to.overlay));
+    if (!to.overlay.empty()) {
+        std::vector<OverlayFile> files = overlayFiles(repo, to.overlay);
+        std::erase_if(files, [&](const OverlayFile& file) { return !isMeant(file.path); });
+        failed = restoreOverlay(repo, files);
+    }
     for (const auto& [path, mode] : to.modes) {
-        if (kindAt(repo.root() / path) == FileKind::regular)
+        if (isMeant(path) && kindAt(repo.root() / path) == FileKind::regular)
             ::chmod((repo.root() / path).c_str(), mode);
     }
     for (const std::string& path : to.absent) {
-        if (kindAt(repo.root() / path) != FileKind::none && ::unlink((repo.root() / path).c_str()) != 0)
+        if (isMeant(path) && kindAt(repo.root() / path) != FileKind::none &&
+            ::unlink((repo.root() / path).c_str()) != 0)
             failed.push_back(path);
     }
-    return failed;
-}
-
-void moveBytes(const GitRepository& repo, const UndoPoint& to)
-{
-    if (const Names failed = putBytes(repo, to); !failed.empty())
+    if (!failed.empty())
         throw GitError("undo", 1, inQuotes(failed.front()) + " could not be written.");
 }
 
@@ -215,54 +241,58 @@ bool moveStashes(const GitRepository& repo, const UndoPoint& to)
     return cameBack;
 }
 
+/// Returns the settings of each section, in the order in which they stand.
+std::map<std::string, std::vector<Setting>> sectionsOf(const std::vector<Setting>& settings)
+{
+    std::map<std::string, std::vector<Setting>> sections;
+    for (const Setting& setting : settings)
+        sections[setting.key.substr(0, setting.key.rfind('.'))].push_back(setting);
+    return sections;
+}
+
+/// Makes the sections that differ between the moments what they were.
 void moveSettings(const GitRepository& repo, const UndoPoint& from, const UndoPoint& to)
 {
     if (!from.settings || !to.settings)
         return;
-    const auto valuesOf = [](const std::vector<Setting>& settings, const std::string& key) {
-        Names values;
-        for (const Setting& setting : settings) {
-            if (setting.key == key)
-                values.push_back(setting.value);
-        }
-        return values;
-    };
-    Names keys; // in the order in which they stood
-    for (const UndoPoint* point : {&to, &from}) {
-        for (const Setting& setting : *point->settings) {
-            if (std::ranges::find(keys, setting.key) == keys.end())
-                keys.push_back(setting.key);
-        }
+    auto wanted = sectionsOf(*to.settings);
+    auto left = sectionsOf(*from.settings);
+    auto now = sectionsOf(settingsNow(repo));
+    std::set<std::string> names;
+    for (const auto* sections : {&wanted, &left}) {
+        for (const auto& [name, settings] : *sections)
+            names.insert(name);
     }
-    const std::vector<Setting> now = settingsNow(repo);
-    for (const std::string& key : keys) {
-        const Names wanted = valuesOf(*to.settings, key);
-        if (wanted == valuesOf(*from.settings, key) || wanted == valuesOf(now, key))
+    for (const std::string& name : names) {
+        if (wanted[name] == left[name] || wanted[name] == now[name])
             continue;
-        if (!valuesOf(now, key).empty())
+        std::set<std::string> keys;
+        for (const Setting& setting : now[name])
+            keys.insert(setting.key);
+        for (const std::string& key : keys)
             repo.runner().accepted({"config", "--local", "--unset-all", key}, helperOptions());
-        for (const std::string& value : wanted)
-            repo.runner().accepted({"config", "--local", "--add", key, value}, helperOptions());
+        for (const Setting& setting : wanted[name])
+            repo.runner().accepted({"config", "--local", "--add", setting.key, setting.value}, helperOptions());
     }
 }
 
 /// Moves what the transaction of the refs is open for.
-void moveAll(const GitRepository& repo, const fs::path& gitDirectory, const Way& way)
+void moveAll(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept)
 {
     if (movesFiles(way))
         moveFiles(repo, gitDirectory, filesOf(way));
     if (movesIndex(way))
         moveIndex(repo, gitDirectory, indexOf(way));
-    moveBytes(repo, way.to);
+    moveBytes(repo, way.to, kept);
     if (way.from.operation != way.to.operation || way.from.operationRefs != way.to.operationRefs)
         restoreOperationFiles(repo, gitDirectory, {way.to.operation, way.to.operationRefs});
 }
 
 /// Goes back after a failure. What fails here, too, stays kept in the step.
-void moveAllBack(const GitRepository& repo, const fs::path& gitDirectory, const Way& way)
+void moveAllBack(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept)
 {
     try {
-        moveAll(repo, gitDirectory, reversed(way));
+        moveAll(repo, gitDirectory, reversed(way), kept);
     } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the first failure is told
     }
 }
@@ -382,10 +412,10 @@ private:
             throw;
         }
         try {
-            moveAll(repo_, gitDirectory_, way_);
+            moveAll(repo_, gitDirectory_, way_, kept_);
             refs->commit();
         } catch (const std::exception&) { // as on a full disk: files and refs belong together
-            moveAllBack(repo_, gitDirectory_, way_);
+            moveAllBack(repo_, gitDirectory_, way_, kept_);
             moveBack(repo_, inTheWay_, asideFolder(gitDirectory_, recording.id()));
             recording.movedAside({});
             throw;

@@ -2,6 +2,7 @@
 #include "GitKit/undo/TreeMove.h"
 
 #include "GitKit/Text.h"
+#include "GitKit/repository/FileCopies.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/ScratchIndex.h"
 #include "GitKit/undo/HelperRuns.h"
@@ -159,13 +160,21 @@ Paths foreign(const GitRepository& repo, const Paths& moved, const std::string& 
     return found;
 }
 
-/// Returns the moved paths that are files before the move.
+/// Returns the moved paths that are files before the move, and those that come and are not there although the index may
+/// have them: git would take them for there.
 Paths knownBefore(const GitRepository& repo, const TreeMove& move)
 {
-    const std::vector<std::string> names = splitNul(repo.runner().bytes(
-        {"diff-tree", "-r", "-z", "--no-renames", "--name-only", "--diff-filter=a", move.from, move.to, "--"},
-        helperOptions()));
-    return {names.begin(), names.end()};
+    Paths known;
+    for (const char* kind : {"--diff-filter=a", "--diff-filter=A"}) {
+        for (std::string& path : splitNul(repo.runner().bytes(
+                 {"diff-tree", "-r", "-z", "--no-renames", "--name-only", kind, move.from, move.to, "--"},
+                 helperOptions())))
+        {
+            if (std::string_view(kind).ends_with('a') || kindAt(repo.root() / path) == FileKind::none)
+                known.insert(std::move(path));
+        }
+    }
+    return known;
 }
 
 std::vector<std::string> rehearsed(std::vector<std::string> command)

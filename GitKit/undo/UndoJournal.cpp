@@ -73,6 +73,8 @@ UndoRecording::UndoRecording(const GitRepository& repo, const fs::path& gitDirec
     step_.undoes = scope_.undoes;
     step_.aside = scope_.aside;
     step_.target = scope_.target;
+    if (scope_.changesMore)
+        changed_ = changedFiles(repo);
     step_.before = pointNow(repo, gitDirectory_, scope_);
     // The branch stays among the refs when HEAD leaves it.
     if (!step_.before.head.branch.empty())
@@ -92,6 +94,13 @@ void UndoRecording::append(const GitRepository& repo, const char* moment)
 
 std::optional<UndoStep> UndoRecording::finish(const GitRepository& repo)
 {
+    if (scope_.changesMore) {
+        for (const std::string& path : changedFiles(repo)) {
+            if (std::ranges::find(changed_, path) == changed_.end() &&
+                std::ranges::find(scope_.overwrites, path) == scope_.overwrites.end())
+                scope_.overwrites.push_back(path);
+        }
+    }
     step_.after = pointNow(repo, gitDirectory_, scope_);
     const HeadPlace& head = step_.after->head;
     const bool isOnlyHead = !scope_.movesAnyRef && scope_.refs == std::vector{step_.before.head.branch} &&

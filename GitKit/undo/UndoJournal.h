@@ -41,7 +41,8 @@ private:
     std::filesystem::path gitDirectory_;
     UndoScope scope_;
     UndoStep step_;
-    RefValues refs_; ///< before
+    RefValues refs_;                   ///< before
+    std::vector<std::string> changed_; ///< files, before
 };
 
 /// Returns the newest steps, at most so many, the newest first.

@@ -63,11 +63,21 @@ void keepBytes(const GitRepository& repo, const UndoScope& scope, UndoPoint& poi
         if (kindAt(repo.root() / path) == FileKind::none)
             point.absent.push_back(path);
     }
-    if (scope.overwrites.empty())
+    std::vector<std::string> paths = scope.overwrites;
+    requireRoom(repo, paths);
+    for (const std::string& path : scope.changed) {
+        if (std::ranges::find(scope.overwrites, path) == scope.overwrites.end())
+            paths.push_back(path);
+    }
+    try {
+        requireRoom(repo, paths);
+    } catch (const UndoTooLarge&) { // git takes care of them itself
+        paths = scope.overwrites;
+    }
+    if (paths.empty())
         return;
-    requireRoom(repo, scope.overwrites);
-    point.overlay = writeOverlay(repo, scope.overwrites);
-    for (const std::string& path : scope.overwrites) {
+    point.overlay = writeOverlay(repo, paths);
+    for (const std::string& path : paths) {
         struct stat status{};
         if (::lstat((repo.root() / path).c_str(), &status) != 0)
             point.absent.push_back(path);
@@ -104,7 +114,7 @@ UndoPoint pointNow(const GitRepository& repo, const fs::path& gitDirectory, cons
 {
     UndoPoint point;
     // Both take long in a large working tree, and neither needs the other.
-    const bool isBoth = !scope.overwrites.empty() && (scope.movesIndex || scope.movesFiles);
+    const bool isBoth = !(scope.overwrites.empty() && scope.changed.empty()) && (scope.movesIndex || scope.movesFiles);
     std::future<void> bytes = beside(isBoth, [&] { keepBytes(repo, scope, point); });
     point.head = headNow(repo);
     if (scope.movesIndex || scope.movesFiles)
@@ -122,11 +132,10 @@ UndoPoint pointNow(const GitRepository& repo, const fs::path& gitDirectory, cons
 
 std::vector<std::string> changedFiles(const GitRepository& repo)
 {
-    std::vector<std::string> paths;
-    for (const FileChange& file : repo.status().files) {
-        if (!file.isUntracked() && (file.worktree != '.' || file.isConflicted) && !file.isSubmodule)
-            paths.push_back(file.path);
-    }
+    std::vector<std::string> paths =
+        splitNul(repo.runner().bytes({"diff-files", "--name-only", "-z", "--ignore-submodules=all"}, helperOptions()));
+    std::ranges::sort(paths); // one in conflict stands there more than once
+    paths.erase(std::ranges::unique(paths).begin(), paths.end());
     return paths;
 }
 

@@ -23,6 +23,10 @@ struct UndoScope {
     bool movesFiles = false;                  ///< the files of the working tree go from one tree to another
     bool movesIndex = false;                  ///< what is staged changes, too
     std::vector<std::string> overwrites = {}; ///< files whose bytes are taken; those that git knows
+    /// Files that have changes of the user's. Their bytes are kept, too, as far as that is no great matter.
+    std::vector<std::string> changed = {};
+    /// Files that the action changes without a word in the index are looked for when it has ended.
+    bool changesMore = false;
     std::vector<std::string> removes = {}; ///< files that git does not know and that go; they are kept by other means
     std::vector<std::string> refs = {};    ///< full names of refs that may move, besides the branch of HEAD
     bool movesAnyRef = false;              ///< any branch may move

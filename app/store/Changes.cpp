@@ -59,6 +59,20 @@ GitAccess::Operation kept(const std::shared_ptr<StepKeeping>& keeping, const Git
     };
 }
 
+/// Returns the files that git knows and that are not as they are staged, if they are no more than are kept.
+std::vector<std::string> changedByUser(const gitkit::ChangedFiles& files)
+{
+    constexpr std::size_t most = 2000;
+    std::vector<std::string> paths;
+    if (files.size() > most)
+        return paths;
+    for (const gitkit::FileChange& file : files) {
+        if (!file.isUntracked() && !file.isSubmodule && file.hasUnstaged())
+            paths.push_back(file.path);
+    }
+    return paths;
+}
+
 /// Returns the first names, one a line, and how many there are besides.
 QString namesInLines(const std::vector<std::string>& paths)
 {
@@ -150,8 +164,12 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
     run->signIn = signIns_.begin(change.title, openSignIn_, context);
     const Worker::Lane lane = touches(change.verb, Touch::network) ? Worker::Lane::network : Worker::Lane::change;
     std::shared_ptr<StepKeeping> keeping;
-    if (change.undo)
-        keeping = std::make_shared<StepKeeping>(*change.undo, snapshot_.gitDirectory(), change.consent);
+    if (change.undo) {
+        Undoable undo = *change.undo;
+        if (undo.scope.movesFiles)
+            undo.scope.changed = changedByUser(snapshot_.status.value().files);
+        keeping = std::make_shared<StepKeeping>(std::move(undo), snapshot_.gitDirectory(), change.consent);
+    }
     std::optional<Turnstile::Pass> pass;
     std::optional<Failure> failure;
     bool isAsked = false; // the change waits for an answer, and nothing was done

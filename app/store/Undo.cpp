@@ -299,11 +299,13 @@ void Undo::explain(const UndoStep& step, Direction direction, Cause cause, const
         question.title = cause == Cause::editedFiles ? tr("%n file(s) were edited after %1", nullptr, count).arg(title)
                                                      : tr("%n file(s) are in the way", nullptr, count);
         question.message = cause == Cause::editedFiles
-                               ? tr("Undo would take those edits back too; they stay in the timeline.")
+                               ? (direction == Direction::undo
+                                      ? tr("Undo would take those edits back too; they stay in the timeline.")
+                                      : tr("Redo would take those edits back too; they stay in the timeline."))
                                : tr("Git does not know them, and files of the same names would come in their places. "
                                     "They are moved aside, and come back when this is taken back.");
         question.detail = namesOfFiles(names);
-        question.actionTitle = tr("Undo All the Same");
+        question.actionTitle = direction == Direction::undo ? tr("Undo All the Same") : tr("Redo All the Same");
         question.action = [this, step, direction] { takeBack({step}, direction, true); };
         window_.ask(std::move(question));
         return;

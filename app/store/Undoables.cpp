@@ -194,7 +194,11 @@ Undoable applyStash(const gitkit::Stash& stash, gitkit::StashUse use)
     const bool pops = use == gitkit::StashUse::pop;
     return {.title = (pops ? UndoTexts::tr("Pop of %1") : UndoTexts::tr("Applying %1")).arg(inQuotes(stash.message)),
             .done = (pops ? UndoTexts::tr("Popped %1.") : UndoTexts::tr("Applied %1.")).arg(inQuotes(stash.message)),
-            .scope = {.kind = pops ? "pop-stash" : "apply-stash", .movesIndex = true, .touchesStashes = pops},
+            .scope = {.kind = pops ? "pop-stash" : "apply-stash",
+                      .movesFiles = true,
+                      .movesIndex = true,
+                      .changesMore = true,
+                      .touchesStashes = pops},
             .complete =
                 [hash = stash.hash](const GitRepository& repo, UndoScope& scope) {
                     scope.overwrites =

@@ -11,6 +11,7 @@
 #include "GitKit/undo/UndoJournal.h"
 #include "GitKit/undo/UndoLog.h"
 #include "GitKit/undo/UndoRefused.h"
+#include "tests/support/ProcessesIn.h"
 #include "tests/support/TestRepository.h"
 #include "tests/support/WholeState.h"
 
@@ -18,10 +19,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace gitkit {
 namespace {
@@ -408,11 +413,10 @@ const std::vector<Story> stories{
      }},
 };
 
-TEST(UndoJournal, TakesBackAndDoesAgain)
-{
-    for (const Story& story : stories) {
-        SCOPED_TRACE(story.name);
-        TestRepository repo;
+/// A repository in which a story is told.
+struct StoryRepository {
+    explicit StoryRepository(const Story& told) : story(told)
+    {
         repo.write("a", "1").write("b", "1").write("crlf", "x\n").write("gone", "1");
         fs::create_symlink("a", repo / "link");
         repo.commit("one")
@@ -422,19 +426,38 @@ TEST(UndoJournal, TakesBackAndDoesAgain)
             .commit("two");
         repo.git({"checkout", "-q", "main"});
         story.before(repo);
-        const GitRepository kit = repo.repository();
-        const fs::path directory = gitDirectories(kit).own;
         tryGit(repo, {"update-index", "-q", "--refresh"});
-        const std::string a = wholeState(repo);
+    }
 
+    UndoStep recorded() const
+    {
+        const GitRepository kit = repo.repository();
         UndoScope scope = story.scope;
         scope.kind = "test";
         scope.title = story.name;
         if (story.takesChanged)
             scope.overwrites = changedFiles(kit);
-        UndoRecording recording(kit, directory, scope);
+        UndoRecording recording(kit, gitDirectories(kit).own, scope);
         story.act(repo);
-        ASSERT_TRUE(recording.finish(kit));
+        const std::optional<UndoStep> step = recording.finish(kit);
+        EXPECT_TRUE(step);
+        return step.value_or(UndoStep());
+    }
+
+    const Story& story;
+    mutable TestRepository repo;
+};
+
+TEST(UndoJournal, TakesBackAndDoesAgain)
+{
+    for (const Story& story : stories) {
+        SCOPED_TRACE(story.name);
+        const StoryRepository told(story);
+        TestRepository& repo = told.repo;
+        const GitRepository kit = repo.repository();
+        const fs::path directory = gitDirectories(kit).own;
+        const std::string a = wholeState(repo);
+        told.recorded();
         const std::string b = wholeState(repo);
         ASSERT_NE(a, b);
         repo.git({"gc", "-q", "--prune=now"});
@@ -490,6 +513,67 @@ TEST(UndoJournal, RefusesWhatHasChangedSinceAndLeavesIt)
         const UndoRecording killed(kit, directory, {.kind = "test", .title = "Killed"});
     }
     EXPECT_FALSE(undoSteps(kit).front().after);
+}
+
+/// Ends this process as a crash does when git is started for the nth time.
+class Killer : public RunListener {
+public:
+    explicit Killer(int runs) : left_(runs) {}
+    void began(Run, const std::vector<std::string>&, const fs::path&) override
+    {
+        if (--left_ == 0)
+            ::kill(::getpid(), SIGKILL);
+    }
+    void printed(Run, Stream, std::string_view) override {}
+    void ended(Run, const RunEnd&) override {}
+
+private:
+    std::atomic<int> left_;
+};
+
+/// Returns whether the process was killed before it had taken the step back.
+bool isKilledTakingBack(const TestRepository& repo, const UndoStep& step, int runs)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        try {
+            takeBack(GitRepository(repo.path(), {.listener = std::make_shared<Killer>(runs)}), repo / ".git", step,
+                     "Undo");
+        } catch (const std::exception&) {
+            ::_exit(2);
+        }
+        ::_exit(0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 0);
+    // What git had begun ends by itself.
+    EXPECT_TRUE(haveAllEndedIn(repo.path(), std::chrono::seconds(5)));
+    return WIFSIGNALED(status);
+}
+
+TEST(UndoJournal, KilledAnywhereKeepsTheStateBefore)
+{
+    const int stride = std::getenv("PLOVIK_ACTIONS") != nullptr ? 1 : 6;
+    for (const char* name : {"rebase aborted", "branch made and checked out"}) {
+        SCOPED_TRACE(name);
+        const Story& story = *std::ranges::find(stories, std::string_view(name), &Story::name);
+        const StoryRepository told(story);
+        const TestRepository& repo = told.repo;
+        const UndoStep step = told.recorded();
+        const std::string before = wholeState(repo);
+        int runs = 1 + static_cast<int>(::time(nullptr)) % stride;
+        for (; isKilledTakingBack(repo, step, runs); runs += stride) {
+            SCOPED_TRACE(runs);
+            const UndoStep cut = undoSteps(repo.repository()).front();
+            if (!cut.after) // otherwise it was killed before anything was moved, or after all was
+                restoreBefore(repo.repository(), repo / ".git", cut, "Restored");
+            else if (cut.undoes == step.id)
+                takeBack(repo.repository(), repo / ".git", cut, "Redo");
+            ASSERT_EQ(wholeState(repo), before);
+        }
+        EXPECT_GT(runs, 10);
+    }
 }
 
 TEST(UndoJournal, BringsBackWhatWasMovedOutOfTheWay)

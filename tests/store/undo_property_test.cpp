@@ -97,6 +97,7 @@ public:
             ASSERT_EQ(wholeState(window_.repo), state.before) << "before it is done again";
             window_.load();
             window_.redo();
+            window_.answer(); // what was in the way the first time is there again
             ASSERT_EQ(wholeState(window_.repo), state.after) << told();
         }
     }
