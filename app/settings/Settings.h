@@ -33,6 +33,7 @@ inline constexpr Setting<bool> historyShowsDate{"historyShowsDate", true};
 inline constexpr Setting<bool> historyShowsHash{"historyShowsHash", true};
 inline constexpr Setting<bool> historyAbsoluteDates{"historyAbsoluteDates", false};
 inline constexpr Setting<double> stashesDetailHeight{"stashesDetailHeight", 340};
+inline constexpr Setting<double> timelineDetailHeight{"timelineDetailHeight", 380};
 inline constexpr Setting<double> workingCopyListWidth{"workingCopyListWidth", 380};
 inline constexpr Setting<double> blameGutterWidth{"blameGutterWidth", 0}; ///< 0: as wide as needed
 inline constexpr Setting<double> inspectorWidth{"inspectorWidth", 420};
@@ -58,7 +59,8 @@ inline constexpr Setting<bool> commitShowsAllFiles{"commitShowsAllFiles", false}
 inline constexpr Setting<bool> diffSideBySide{"diffSideBySide", false};
 inline constexpr Setting<bool> diffWraps{"diffWraps", false};
 inline constexpr Setting<bool> diffIgnoresWhiteSpace{"diffIgnoresWhiteSpace", false};
-inline constexpr Setting<const char*> pictureMode{"pictureMode", "beside"}; ///< or "swipe", "onion"
+inline constexpr Setting<const char*> settledQuestions{"settledQuestions", ""}; ///< their kinds, with spaces between
+inline constexpr Setting<const char*> pictureMode{"pictureMode", "beside"};     ///< or "swipe", "onion"
 
 // Commit messages written with a language model. The keys to the services are never stored here.
 inline constexpr Setting<bool> aiEnabled{"aiEnabled", false};

@@ -7,6 +7,7 @@
 #include "app/services/watcher/RepositoryWatcher.h"
 #include "app/settings/CacheFolder.h"
 #include "app/settings/Settings.h"
+#include "app/settings/SettledQuestions.h"
 #include "app/settings/TrustedPrograms.h"
 #include "app/shell/CommitMessages.h"
 #include "app/shell/ExternalEditor.h"
@@ -45,6 +46,7 @@ StoreServices desktopServices()
                       .keptOff = &trustedPrograms::keptOff,
                       .trust = &trustedPrograms::trust,
                       .keepOff = &trustedPrograms::keepOff};
+    services.questions = {.isSettled = &settledQuestions::contains, .settle = &settledQuestions::add};
     return services;
 }
 

@@ -30,6 +30,9 @@ struct Confirmation {
     std::optional<Place> place = {}; ///< used instead of `action`
     enum class Risk { losesWork, none };
     Risk risk = Risk::losesWork; ///< decides how the button looks and what Return does
+    /// The name of this kind of question, for one that undo makes up for. The user may answer it for good, and then its
+    /// action runs without it. Empty where the question is always asked.
+    QString kind = {};
 
     bool operator==(const Confirmation& other) const { return id == other.id; }
 };

@@ -24,6 +24,8 @@
 #include <memory>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik {
 
 using gitkit::FileChange;
@@ -382,6 +384,7 @@ void Staging::confirmDiscardPart(const std::string& path, const gitkit::ParsedDi
     question.message = tr("Undo brings it back.");
     question.actionTitle = tr("Discard");
     question.action = [this, change = std::move(*change)] { discardPart(change); };
+    question.kind = u"discardLines"_s;
     window_.ask(std::move(question));
 }
 

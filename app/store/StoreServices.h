@@ -4,6 +4,7 @@
 #include "GitKit/records/Trash.h"
 #include "app/platform/SignIn.h"
 #include "app/store/MessageWriter.h"
+#include "app/store/QuestionMemory.h"
 
 #include <QString>
 
@@ -42,6 +43,7 @@ struct StoreServices {
     /// Opens the line on which git's programs ask the user. When empty, they ask as the environment tells them.
     OpenSignIn signIn = {};
     TrustMemory trust = {};
+    QuestionMemory questions = {};
     /// The application's folder for what can be made again. When empty, nothing of that is kept.
     std::filesystem::path cacheFolder = {};
     /// Returns whether an index of the history may be kept there. When empty, none is.

@@ -49,14 +49,22 @@ void WindowState::showSheet(SheetKind kind) { sheet = std::move(kind); }
 
 void WindowState::closeSheet() { sheet = std::nullopt; }
 
-void WindowState::ask(Confirmation question) { confirmation = std::move(question); }
+void WindowState::ask(Confirmation question)
+{
+    if (!question.kind.isEmpty() && questions_.isSettled && questions_.isSettled(question.kind))
+        question.action();
+    else
+        confirmation = std::move(question);
+}
 
-void WindowState::confirm(const QUuid& id)
+void WindowState::confirm(const QUuid& id, NextTime next)
 {
     const std::optional<Confirmation> question = confirmation.value();
     if (!question || question->id != id)
         return;
     confirmation = std::nullopt;
+    if (next == NextTime::act && !question->kind.isEmpty() && questions_.settle)
+        questions_.settle(question->kind);
     if (question->action)
         question->action();
 }

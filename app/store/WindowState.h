@@ -6,6 +6,7 @@
 #include "app/store/Failure.h"
 #include "app/store/InspectedFile.h"
 #include "app/store/Observed.h"
+#include "app/store/QuestionMemory.h"
 #include "app/store/SheetKind.h"
 #include "app/store/SidebarItem.h"
 
@@ -15,6 +16,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace plovik {
@@ -23,7 +25,7 @@ namespace plovik {
 /// panels. It refers to no other part; parts that depend on a selection listen to it. Owned by the store; main thread.
 class WindowState {
 public:
-    WindowState() = default;
+    explicit WindowState(QuestionMemory questions = {}) : questions_(std::move(questions)) {}
     WindowState(const WindowState&) = delete;
     WindowState& operator=(const WindowState&) = delete;
 
@@ -70,9 +72,12 @@ public:
     void closeSheet();
 
     Observed<std::optional<Confirmation>, WindowState> confirmation;
+    /// Shows a question, or runs its action at once when the user has answered its kind for good.
     void ask(Confirmation question);
+    /// Whether a question of the same kind is asked the next time.
+    enum class NextTime { ask, act };
     /// Closes the question and then runs its action. Does nothing when another question or none is open.
-    void confirm(const QUuid& id);
+    void confirm(const QUuid& id, NextTime next = NextTime::ask);
     /// The same with its alternative.
     void confirmAlternative(const QUuid& id);
     void dismissQuestion();
@@ -110,6 +115,7 @@ public:
 private:
     void moved(Step step);
 
+    QuestionMemory questions_;
     std::vector<Listener> listeners_;
 };
 

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/settings/SettledQuestions.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/RefNameRules.h"
+#include "app/ui/settings/GeneralTab.h"
 #include "app/ui/widgets/TerminalText.h"
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/GivenRunning.h"
@@ -299,6 +301,44 @@ TEST_F(DialogsTest, AQuestionMayHaveASecondWay)
         EXPECT_FALSE(store.window().confirmation.value());
     }
     EXPECT_EQ(chosen, "alternative action ");
+}
+
+TEST_F(DialogsTest, AQuestionIsAnsweredForGoodUntilAllAreAskedAgain)
+{
+    RepositoryStore its(repo.path(), worker,
+                        {.questions = {.isSettled = &settledQuestions::contains, .settle = &settledQuestions::add}});
+    RepositoryView shown(its);
+    shown.show();
+    int acted = 0;
+    const auto ask = [&](const QString& kind) {
+        its.window().ask({.title = u"Drop it?"_s,
+                          .message = {},
+                          .actionTitle = u"Drop"_s,
+                          .action = [&acted] { ++acted; },
+                          .kind = kind});
+        return openDialog(shown);
+    };
+    const QString offer = u"Do not ask again; Undo brings it back"_s;
+    const auto answer = [&](QDialog* dialog, const QString& title) {
+        named<QCheckBox>(*dialog, offer)->setChecked(true);
+        named<QPushButton>(*dialog, title)->click();
+    };
+    ASSERT_TRUE(ask({}));
+    EXPECT_FALSE(named<QCheckBox>(*openDialog(shown), offer)) << "what is always asked";
+    answer(ask(u"drop"_s), u"Cancel"_s);
+    answer(ask(u"drop"_s), u"Drop"_s);
+    EXPECT_EQ(acted, 1) << "a question that was not confirmed is asked again";
+    EXPECT_FALSE(ask(u"drop"_s));
+    EXPECT_EQ(acted, 2);
+    EXPECT_TRUE(ask(u"delete"_s)) << "another kind";
+    its.window().dismissQuestion();
+
+    GeneralTab settings{{}};
+    auto* const again = named<QPushButton>(settings, u"Ask Again Before Everything"_s);
+    again->click();
+    EXPECT_FALSE(again->isEnabled());
+    EXPECT_TRUE(ask(u"drop"_s));
+    EXPECT_EQ(acted, 2);
 }
 
 TEST_F(DialogsTest, AnUnmergedBranchIsDeletedAfterTwoQuestions)

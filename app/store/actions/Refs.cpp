@@ -19,6 +19,8 @@
 #include <memory>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik::actions {
 
 using gitkit::GitRef;
@@ -229,11 +231,13 @@ void confirmDelete(Actors actors, const GitRef& ref)
         question.title = RefTexts::tr("Delete branch %1?").arg(inQuotes(ref.name));
         question.message = RefTexts::tr("The branch is only deleted if it is fully merged.");
         question.action = [&window, &changes, name = ref.name] { deleteBranch(window, changes, name); };
+        question.kind = u"deleteBranch"_s;
         break;
     case GitRef::Kind::tag:
         question.title = RefTexts::tr("Delete tag %1?").arg(inQuotes(ref.name));
         question.message = RefTexts::tr("The tag is deleted locally. Remotes are not touched.");
         question.action = [&changes, name = ref.name] { deleteTag(changes, name); };
+        question.kind = u"deleteTag"_s;
         break;
     case GitRef::Kind::remote:
         return;

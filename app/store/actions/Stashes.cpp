@@ -11,6 +11,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace plovik::actions {
 
 using gitkit::GitRepository;
@@ -53,6 +55,7 @@ void confirmDrop(Actors actors, const gitkit::Stash& stash)
                      .operation = [stash](const GitRepository& repo) { repo.stashDrop(stash); },
                      .undo = undoable::dropStash(stash)});
     };
+    question.kind = u"dropStash"_s;
     actors.window.ask(std::move(question));
 }
 

@@ -3,6 +3,7 @@
 
 #include "app/ui/dialogs/DialogParts.h"
 
+#include <QCheckBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
@@ -32,6 +33,11 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
         detail->setText(question.detail);
         column->addWidget(detail);
     }
+    if (!question.kind.isEmpty()) {
+        settles_ = new QCheckBox(tr("Do not ask again; Undo brings it back"), this);
+        column->addSpacing(4);
+        column->addWidget(settles_);
+    }
     column->addSpacing(10);
     if (question.alternativeTitle.isEmpty()) {
         column->addLayout(dialogParts::buttonRow({cancel, confirm}));
@@ -44,6 +50,8 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
     (isRisky ? cancel : confirm)->setFocus();
     dialogParts::fit(*this);
 }
+
+bool ConfirmationDialog::isSettled() const { return settles_ && settles_->isChecked(); }
 
 void ConfirmationDialog::keyPressEvent(QKeyEvent* event)
 {

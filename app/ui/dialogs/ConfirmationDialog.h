@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+class QCheckBox;
+
 namespace plovik {
 
 /// Shows a question of the store; it is accepted when the user confirms, and done with `alternativeChosen` when the user
@@ -21,8 +23,14 @@ public:
     /// The result when the user chooses the question's alternative.
     static constexpr int alternativeChosen = 2;
 
+    /// Returns whether the user does not want to be asked this again.
+    bool isSettled() const;
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QCheckBox* settles_ = nullptr; ///< null where the question is always asked
 };
 
 } // namespace plovik

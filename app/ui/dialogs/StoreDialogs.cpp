@@ -104,6 +104,7 @@ void StoreDialogs::questionAnswered(const QUuid& id, int answer)
     const std::optional<Confirmation> question = store_.window().confirmation.value();
     if (!question || question->id != id)
         return;
+    const bool isSettled = question_ && question_->isSettled();
     // The action may ask another question, so this one is removed first.
     question_ = nullptr;
     if (answer == ConfirmationDialog::alternativeChosen) {
@@ -111,7 +112,7 @@ void StoreDialogs::questionAnswered(const QUuid& id, int answer)
     } else if (answer != QDialog::Accepted) {
         store_.window().dismissQuestion();
     } else {
-        store_.window().confirm(id);
+        store_.window().confirm(id, isSettled ? WindowState::NextTime::act : WindowState::NextTime::ask);
         if (question->place)
             dialogParts::askForPlace(*question->place, parent_);
     }

@@ -14,6 +14,7 @@ class QWidget;
 namespace plovik {
 
 class ErrorAlert;
+class ConfirmationDialog;
 class PromptDialog;
 class Sheet;
 
@@ -40,7 +41,7 @@ private:
     RepositoryStore& store_;
     QWidget* parent_;
     QPointer<ErrorAlert> error_;
-    QPointer<QDialog> question_;
+    QPointer<ConfirmationDialog> question_;
     QPointer<Sheet> sheet_;
     QPointer<PromptDialog> prompt_;
     std::vector<QPropertyNotifier> notifiers_;

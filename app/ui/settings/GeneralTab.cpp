@@ -3,6 +3,7 @@
 
 #include "app/settings/AppAppearance.h"
 #include "app/settings/Settings.h"
+#include "app/settings/SettledQuestions.h"
 #include "app/ui/settings/SettingsForm.h"
 #include "app/ui/widgets/RowPainting.h"
 
@@ -53,6 +54,7 @@ GeneralTab::GeneralTab(EditorChoices editors, IndexChoices indexes, QWidget* par
     form->addNote(
         tr("Double-click a file to open it. An editor that is already running opens it in its current project."));
     addIndexes(*form);
+    addQuestions(*form);
 
     connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
         if (key == QLatin1String(settings::appearance.key))
@@ -61,6 +63,8 @@ GeneralTab::GeneralTab(EditorChoices editors, IndexChoices indexes, QWidget* par
             fillEditors();
         if (key == QLatin1String(settings::keepsIndexes.key))
             showIndexes();
+        if (key == QLatin1String(settings::settledQuestions.key))
+            showQuestions();
     });
 }
 
@@ -94,11 +98,24 @@ void GeneralTab::showIndexes()
     clearIndexes_->setEnabled(bytes > 0);
 }
 
+void GeneralTab::addQuestions(SettingsForm& form)
+{
+    askAgain_ = new QPushButton(tr("Ask Again Before Everything"), this);
+    askAgain_->setAutoDefault(false);
+    form.addRow(QString(), askAgain_);
+    form.addNote(tr("Brings back the questions that were answered with “Do not ask again”."));
+    connect(askAgain_, &QPushButton::clicked, this, [] { settledQuestions::clear(); });
+    showQuestions();
+}
+
+void GeneralTab::showQuestions() { askAgain_->setEnabled(settledQuestions::areThere()); }
+
 void GeneralTab::showEvent(QShowEvent* event)
 {
     showAppearance();
     fillEditors();
     showIndexes();
+    showQuestions();
     QWidget::showEvent(event);
 }
 

@@ -16,8 +16,8 @@ namespace plovik {
 
 class SettingsForm;
 
-/// The settings tab for the appearance, the application that opens files, and the indexes of
-/// large repositories. Main thread.
+/// The settings tab for the appearance, the application that opens files, the indexes of
+/// large repositories, and the questions that were answered for good. Main thread.
 class GeneralTab : public QWidget {
     Q_OBJECT
 
@@ -34,6 +34,8 @@ private:
     void pickEditor(int index);
     void addIndexes(SettingsForm& form);
     void showIndexes();
+    void addQuestions(SettingsForm& form);
+    void showQuestions();
 
     EditorChoices editors_;
     QString earlierCustomChoice_; ///< stays in the list after another application was chosen
@@ -43,6 +45,7 @@ private:
     QCheckBox* keepsIndexes_;
     QLabel* indexRoom_ = nullptr;
     QPushButton* clearIndexes_ = nullptr;
+    QPushButton* askAgain_ = nullptr;
 };
 
 } // namespace plovik
