@@ -18,6 +18,7 @@
 #include "GitKit/records/StagedChanges.h"
 #include "GitKit/records/Stash.h"
 #include "GitKit/records/Trash.h"
+#include "GitKit/records/TreePair.h"
 #include "GitKit/runner/GitRunner.h"
 
 #include <filesystem>
@@ -75,6 +76,8 @@ public:
     CommitDetail commitDetail(const std::string& hash, CommitKind kind) const;
     /// Returns the diff of a file that commitDetail() listed.
     ParsedDiff commitDiff(const std::string& hash, const CommitFile& file, DiffReading reading = {}) const;
+    /// Returns the diff of a file that changedFiles() listed for these trees.
+    ParsedDiff treeDiff(const TreePair& trees, const CommitFile& file, DiffReading reading = {}) const;
     /// Returns the diffs of a changed file: first the unstaged one, then the staged one. Reads no more than is asked
     /// for.
     std::vector<DiffSection> workingDiff(const FileChange& file, DiffReading reading = {}) const;

@@ -177,6 +177,12 @@ ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& 
     return diff(*this, file.path, onExactly(std::move(arguments), allPaths(file)), reading);
 }
 
+ParsedDiff GitRepository::treeDiff(const TreePair& trees, const CommitFile& file, DiffReading reading) const
+{
+    Arguments arguments = diffArguments({"diff", "-M"}, {trees.from, trees.to});
+    return diff(*this, file.path, onExactly(std::move(arguments), allPaths(file)), reading);
+}
+
 std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, DiffReading reading) const
 {
     using Kind = DiffSection::Kind;

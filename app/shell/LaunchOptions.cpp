@@ -37,6 +37,8 @@ std::optional<SidebarItem> sectionNamed(std::string_view name)
         return SidebarItem::history();
     if (name == "stashes")
         return SidebarItem::stashes();
+    if (name == "timeline")
+        return SidebarItem::timeline();
     return std::nullopt;
 }
 
@@ -108,8 +110,8 @@ struct Option {
 const Option valueOptions[] = {
     {u"show"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "SECTION"),
      QT_TRANSLATE_NOOP("plovik::LaunchOptions",
-                       "open with working-copy, history or stashes; or open the window welcome or settings,\n"
-                       "with the tab of that title: settings=editor"),
+                       "open with working-copy, history, stashes or timeline; or open the window welcome\n"
+                       "or settings, with the tab of that title: settings=editor"),
      &takeShow},
     {u"appearance"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "SCHEME"),
      QT_TRANSLATE_NOOP("plovik::LaunchOptions", "use light, dark or the system's colours for this run"),

@@ -474,6 +474,47 @@
     </message>
 </context>
 <context>
+    <name>plovik::StepDetailView</name>
+    <message numerus="yes">
+        <source>%Ln file(s)</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::StepText</name>
+    <message numerus="yes">
+        <source>and %n more branch(es) or tag(s)</source>
+        <translation>
+            <numerusform>and %n more branch or tag</numerusform>
+            <numerusform>and %n more branches or tags</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more file(s)</source>
+        <translation>
+            <numerusform>and %n more file</numerusform>
+            <numerusform>and %n more files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <translation>
+            <numerusform>%1 and %n more</numerusform>
+            <numerusform>%1 and %n more</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s)</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::SubjectField</name>
     <message numerus="yes">
         <source>%Ln character(s).</source>

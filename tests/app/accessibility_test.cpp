@@ -13,6 +13,7 @@
 #include "tests/app/NoTarget.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QAccessible>
@@ -133,6 +134,16 @@ TEST_F(AccessibilityTest, EveryViewOfAWindowIsNamed)
     look("history");
     store.window().select(SidebarItem::stashes());
     look("stashes");
+    store.window().select(SidebarItem::timeline());
+    EXPECT_TRUE(worker.settle());
+    TimelineRow row;
+    row.title = u"Merge of “side”"_s;
+    row.step.after.emplace();
+    given(store.undo().timeline, std::make_shared<const std::vector<TimelineRow>>(1, row));
+    given(store.undo().said, std::optional(Undo::Said{1, u"Dropped stash@{0}."_s, Undo::Said::Offer::undo}));
+    given(store.undo().interrupted, u"Merge of “side”"_s);
+    look("timeline");
+    given(store.undo().interrupted, QString());
     store.window().inspect({"file.txt", std::nullopt, InspectedFile::Tab::blame});
     look("blame");
     store.window().inspect({"file.txt", repo.head(), InspectedFile::Tab::history});

@@ -7,6 +7,7 @@
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QAbstractItemView>
@@ -66,6 +67,17 @@ TEST(HostileTexts, AreNeverReadAsHtml)
         ASSERT_TRUE(worker.settle());
         EXPECT_THAT(textsReadAsHtml(view), testing::IsEmpty());
     }
+    store.window().select(SidebarItem::timeline());
+    ASSERT_TRUE(worker.settle());
+    TimelineRow row;
+    row.title = u"<b>title"_s;
+    row.step.refs = {{"refs/heads/<b>topic", std::nullopt, std::string(40, 'f')}};
+    row.step.after.emplace();
+    row.step.aside = {"<b>aside"};
+    given(store.undo().timeline, std::make_shared<const std::vector<TimelineRow>>(1, row));
+    given(store.undo().said, std::optional(Undo::Said{1, u"<b>said"_s, Undo::Said::Offer::undo}));
+    given(store.undo().interrupted, u"<b>rebase"_s);
+    EXPECT_THAT(textsReadAsHtml(view), testing::IsEmpty());
     EXPECT_TRUE(store.snapshot().inProgress.value()) << "the bar of the merge was not seen";
     worker.settle();
 }

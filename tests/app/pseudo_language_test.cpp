@@ -19,6 +19,7 @@
 #include "tests/app/PseudoLanguage.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
+#include "tests/support/Given.h"
 #include "tests/support/TestRepository.h"
 
 #include <QAbstractItemView>
@@ -423,6 +424,7 @@ protected:
         store.window().select(SidebarItem::history());
         store.history().moveCommitSelection(0);
         look("history");
+        lookAtTimeline();
         store.window().select(SidebarItem::stashes());
         look("stashes");
         store.window().inspect({"zzfile.txt", std::nullopt, InspectedFile::Tab::blame});
@@ -432,6 +434,24 @@ protected:
         store.window().closeInspector();
         store.window().showCommandLog(true);
         look("command log");
+    }
+
+    void lookAtTimeline()
+    {
+        TimelineRow row;
+        row.title = u"zzmerge"_s;
+        row.step.before.head = {"refs/heads/zzside", std::string(40, 'f')};
+        row.step.after.emplace().head = {"refs/heads/zzmain", std::string(40, 'e')};
+        row.step.refs = {{"refs/tags/zztag", std::string(40, 'f'), std::nullopt}};
+        row.step.aside = {"zzaside"};
+        store.window().select(SidebarItem::timeline());
+        EXPECT_TRUE(worker.settle());
+        given(store.undo().timeline, std::make_shared<const std::vector<TimelineRow>>(1, row));
+        given(store.undo().said, std::optional(Undo::Said{1, u"zzsaid"_s, Undo::Said::Offer::undo}));
+        given(store.undo().interrupted, u"zzrebase"_s);
+        look("timeline");
+        given(store.undo().interrupted, QString());
+        store.undo().dismissSaid();
     }
 
     void lookAtOperations()
@@ -546,7 +566,9 @@ TEST_F(PseudoLanguageTest, AnEmptyRepositoryIsTranslatedAndFits)
     shown.show();
     its.snapshot().refresh(RefreshScope::full);
     ASSERT_TRUE(worker.settle());
-    for (const SidebarItem& item : {SidebarItem::workingCopy(), SidebarItem::history(), SidebarItem::stashes()}) {
+    for (const SidebarItem& item :
+         {SidebarItem::workingCopy(), SidebarItem::history(), SidebarItem::stashes(), SidebarItem::timeline()})
+    {
         its.window().select(item);
         ASSERT_TRUE(worker.settle());
         lookAt(shown, "empty repository");

@@ -60,6 +60,7 @@ constexpr const char* wantedLines = QT_TRANSLATE_NOOP("Commands", "Select change
 constexpr const char* wantedCommit = QT_TRANSLATE_NOOP("Commands", "Select a commit in the history.");
 constexpr const char* wantedRef = QT_TRANSLATE_NOOP("Commands", "Select a branch or a tag in the sidebar.");
 constexpr const char* wantedStash = QT_TRANSLATE_NOOP("Commands", "Select a stash.");
+constexpr const char* wantedStep = QT_TRANSLATE_NOOP("Commands", "Select a step in the timeline.");
 constexpr const char* wantedMessage =
     QT_TRANSLATE_NOOP("Commands", "Show the working copy, where the message is written.");
 constexpr const char* wantedLogged = QT_TRANSLATE_NOOP("Commands", "Select a command in the command log.");
@@ -125,6 +126,10 @@ constexpr Command table[] = {
      .name = QT_TRANSLATE_NOOP("Commands", "Stashes"),
      .keys = Qt::CTRL | Qt::Key_3,
      .action = [](Store& store) { store.window().goTo(SidebarItem::stashes()); }},
+    {.id = Id::showTimeline,
+     .name = QT_TRANSLATE_NOOP("Commands", "Timeline"),
+     .keys = Qt::CTRL | Qt::Key_4,
+     .action = [](Store& store) { store.window().goTo(SidebarItem::timeline()); }},
     {.id = Id::refresh,
      .name = QT_TRANSLATE_NOOP("Commands", "Refresh"),
      .keys = Qt::CTRL | Qt::Key_R,
@@ -308,6 +313,10 @@ constexpr Command table[] = {
     onSelection(Id::applyStash, QT_TRANSLATE_NOOP("Commands", "Apply Stash"), wantedStash),
     onSelection(Id::popStash, QT_TRANSLATE_NOOP("Commands", "Pop Stash"), wantedStash),
     onSelection(Id::dropStash, QT_TRANSLATE_NOOP("Commands", "Drop Stash…"), wantedStash),
+    onSelection(Id::undoToStep, QT_TRANSLATE_NOOP("Commands", "Undo to Here…"), wantedStep),
+    onSelection(Id::restoreStepFiles, QT_TRANSLATE_NOOP("Commands", "Restore Files from This Step…"), wantedStep),
+    onSelection(Id::newBranchBeforeStep, QT_TRANSLATE_NOOP("Commands", "New Branch at the State Before…"), wantedStep),
+    onSelection(Id::forgetStep, QT_TRANSLATE_NOOP("Commands", "Forget This Step"), wantedStep),
     onSelection(Id::checkOutRef, QT_TRANSLATE_NOOP("Commands", "Check Out"), wantedRef),
     onSelection(Id::mergeRef, QT_TRANSLATE_NOOP("Commands", "Merge…"),
                 QT_TRANSLATE_NOOP("Commands", "Select a branch in the sidebar.")),

@@ -86,6 +86,7 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     case SidebarModel::Kind::workingCopy:
     case SidebarModel::Kind::history:
     case SidebarModel::Kind::stashes:
+    case SidebarModel::Kind::timeline:
         paintFixedItem(*painter, option, index);
         break;
     case SidebarModel::Kind::branches:

@@ -64,7 +64,7 @@ void SidebarModel::setFilter(const QString& text)
     rebuild();
 }
 
-void SidebarModel::countsChanged() { Q_EMIT dataChanged(index(0, 0), index(2, 0)); }
+void SidebarModel::countsChanged() { Q_EMIT dataChanged(index(0, 0), index(fixedSidebarItems - 1, 0)); }
 
 void SidebarModel::rebuildNodes()
 {
@@ -142,6 +142,8 @@ std::optional<SidebarItem> SidebarModel::item(const QModelIndex& index) const
         return SidebarItem::history();
     case Kind::stashes:
         return SidebarItem::stashes();
+    case Kind::timeline:
+        return SidebarItem::timeline();
     case Kind::ref:
         return SidebarItem::ref(node(index).ref->fullName);
     default:
@@ -159,6 +161,8 @@ QModelIndex SidebarModel::indexOf(const SidebarItem& item) const
             return item.kind == SidebarItem::Kind::history;
         case Kind::stashes:
             return item.kind == SidebarItem::Kind::stashes;
+        case Kind::timeline:
+            return item.kind == SidebarItem::Kind::timeline;
         case Kind::ref:
             return item.isRef() && node.ref->fullName == item.refName;
         default:
@@ -216,6 +220,8 @@ QString SidebarModel::label(const Node& node) const
         return tr("History");
     case Kind::stashes:
         return tr("Stashes");
+    case Kind::timeline:
+        return tr("Timeline");
     case Kind::branches:
         return tr("BRANCHES");
     case Kind::remotes:

@@ -14,7 +14,7 @@
 
 namespace plovik {
 
-/// The tree of the sidebar: the three fixed items, then one group each for branches, remotes and tags, with a folder
+/// The tree of the sidebar: the four fixed items, then one group each for branches, remotes and tags, with a folder
 /// for every prefix that at least two refs share. Groups without refs are absent. Main thread.
 ///
 /// Refers to the refs in the store's lists and copies none, so the owner must call rebuildIfOld() as soon as a list changes.

@@ -59,14 +59,14 @@ SidebarNodes SidebarTree::made()
     }
 
     int row = 0;
-    for (const Kind kind : {Kind::workingCopy, Kind::history, Kind::stashes})
+    for (const Kind kind : {Kind::workingCopy, Kind::history, Kind::stashes, Kind::timeline})
         addNode({.kind = kind, .row = row++});
     for (const Group& group : groups)
         addNode({.kind = group.kind, .row = row++, .refCount = static_cast<int>(group.refs.size())});
     if (groups.empty() && !filter_.isEmpty())
         addNode({.kind = Kind::nothingFound, .row = row++});
     for (std::size_t i = 0; i < groups.size(); ++i)
-        fill(static_cast<int>(i) + 3, groups[i].kind, groups[i].refs, 0);
+        fill(static_cast<int>(i) + fixedSidebarItems, groups[i].kind, groups[i].refs, 0);
     markGoneUpstreams();
     return {std::move(nodes_), row};
 }

@@ -10,7 +10,7 @@
 
 namespace plovik {
 
-enum class SidebarKind { workingCopy, history, stashes, branches, remotes, tags, folder, ref, nothingFound };
+enum class SidebarKind { workingCopy, history, stashes, timeline, branches, remotes, tags, folder, ref, nothingFound };
 
 /// A row of the sidebar's tree. The children of a node are stored one after another, so a node needs only the first one
 /// and their number. Value; refers to refs that it does not own.
@@ -36,13 +36,15 @@ struct SidebarLists {
     const std::vector<std::string>& remotes;
 };
 
+constexpr int fixedSidebarItems = 4; ///< the first rows
+
 /// The nodes of the tree, of which the first ones are its roots.
 struct SidebarNodes {
     std::vector<SidebarNode> all;
     int roots = 0;
 };
 
-/// Returns the three fixed items and the groups of the refs whose names contain `filter`, regardless of case, with a
+/// Returns the four fixed items and the groups of the refs whose names contain `filter`, regardless of case, with a
 /// folder for every prefix that at least two refs share. Groups without refs are absent. Pure.
 SidebarNodes sidebarNodes(const SidebarLists& lists, const QString& filter);
 

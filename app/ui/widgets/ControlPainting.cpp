@@ -67,6 +67,8 @@ void paintButton(QPainter& painter, const QStyleOption* option, const QWidget* w
     const bool isEnabled = option->state & QStyle::State_Enabled;
     const bool hasFocus = (option->state & QStyle::State_HasFocus) && isEnabled;
     const double radius = hasProperty(widget, "compact") ? controlRadius - 1 : controlRadius;
+    if (hasProperty(widget, "link") && !hasFocus && !(option->state & (QStyle::State_MouseOver | QStyle::State_Sunken)))
+        return;
     if (isFilled(option, widget) && isEnabled) {
         const QColor fill = pressed(hasProperty(widget, "destructive") ? theme.destructive : theme.accent, option);
         paintPanel(painter, option->rect, radius, fill, fill);

@@ -9,11 +9,15 @@
 #include "app/ui/log/CommandLogPanel.h"
 #include "app/ui/sidebar/SidebarView.h"
 #include "app/ui/stashes/StashesView.h"
+#include "app/ui/timeline/StepDetailView.h"
+#include "app/ui/timeline/TimelineView.h"
 #include "app/ui/widgets/MessageBar.h"
 #include "app/ui/widgets/PaneCycle.h"
 #include "app/ui/widgets/SplitPane.h"
 #include "app/ui/widgets/Theme.h"
+#include "app/ui/window/InterruptedBar.h"
 #include "app/ui/window/OperationBar.h"
+#include "app/ui/window/QuietLine.h"
 #include "app/ui/window/Toolbar.h"
 #include "app/ui/window/TrustBar.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
@@ -71,9 +75,11 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     column->addWidget(problem_);
     column->addWidget(notice_);
     column->addWidget(new TrustBar(store, this));
+    column->addWidget(new InterruptedBar(store, this));
     column->addWidget(windowSplit_, 1);
     setFocusProxy(sidebar_);
 
+    quietLine_ = new QuietLine(store, beside, this);
     new StoreDialogs(store, this);
     new PaneCycle(*this);
 
@@ -109,6 +115,8 @@ void RepositoryView::nameEditor()
         history_->detail()->setEditorTitle(editorTitle_);
     if (stashes_)
         stashes_->detail()->setEditorTitle(editorTitle_);
+    if (timeline_)
+        timeline_->detail()->setEditorTitle(editorTitle_);
 }
 
 void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice); }
@@ -124,6 +132,7 @@ void RepositoryView::showSelection()
     const QWidget* const focus = QApplication::focusWidget();
     const bool takesFocus = !focus || detail_->isAncestorOf(focus);
     detail_->setCurrentWidget(view);
+    quietLine_->setPlace(diffPlace());
     if (inspector_ && store_.window().inspected.value())
         placeInspector();
     if (takesFocus)
@@ -172,6 +181,8 @@ QStackedWidget* RepositoryView::diffPlace() const
     const QWidget* const view = detail_->currentWidget();
     if (view == workingCopy_)
         return workingCopy_->diffPlace();
+    if (view == timeline_)
+        return timeline_->diffPlace();
     return view == stashes_ ? stashes_->diffPlace() : history_->diffPlace();
 }
 
@@ -227,6 +238,8 @@ QWidget* RepositoryView::detailFor(const SidebarItem& item)
         return workingCopy_ = workingCopy_ ? workingCopy_ : new WorkingCopyView(store_, detail_);
     case SidebarItem::Kind::stashes:
         return stashes_ = stashes_ ? stashes_ : new StashesView(store_, detail_);
+    case SidebarItem::Kind::timeline:
+        return timeline_ = timeline_ ? timeline_ : new TimelineView(store_, detail_);
     case SidebarItem::Kind::ref:
     case SidebarItem::Kind::history:
         break;

@@ -19,15 +19,17 @@ class HistoryView;
 class InspectorView;
 class MenuTarget;
 class MessageBar;
+class QuietLine;
 class SidebarView;
 class SplitPane;
 class StashesView;
+class TimelineView;
 class Toolbar;
 class WorkingCopyView;
 
 /// Everything inside a repository window: the toolbar, the bars for problems and notices, the sidebar, the view of the
 /// item that is selected there, the inspector while a file is inspected (at the right edge, or with a blame in the place
-/// of the diffs), the command log, and the
+/// of the diffs), the command log, the line that says what was just done, and the
 /// dialogs over them. Shows the store and calls it. Main thread.
 class RepositoryView : public QWidget {
     Q_OBJECT
@@ -68,14 +70,16 @@ private:
     QWidget* logPlace_;       ///< holds the command log, and is hidden without it
     SplitPane* detailSplit_;
     SplitPane* windowSplit_;
+    QuietLine* quietLine_ = nullptr;
     CommandLogPanel* log_ = nullptr; ///< made when it is first shown
     QPointer<QWidget> focusBeforeLog_;
     InspectorView* inspector_ = nullptr;     ///< made when it is first shown
     QPointer<QWidget> focusBeforeInspector_; ///< where the keyboard goes when the inspector closes
-    // These are made when they are first shown, since a window paints sooner with one view than with three.
+    // These are made when they are first shown, since a window paints sooner with one view than with all.
     HistoryView* history_ = nullptr;
     WorkingCopyView* workingCopy_ = nullptr;
     StashesView* stashes_ = nullptr;
+    TimelineView* timeline_ = nullptr;
     std::function<QString()> editorTitle_;
     std::vector<QPropertyNotifier> notifiers_;
 };

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/store/RepositoryStore.h"
+#include "app/ui/widgets/WarningBar.h"
+
+#include <QProperty>
+
+class QLabel;
+
+namespace plovik {
+
+/// A bar below the toolbar while a step is known in whose middle the program ended, with a button that goes back to the
+/// state before it and one that leaves everything as it is. Hidden otherwise. Main thread.
+class InterruptedBar : public WarningBar {
+    Q_OBJECT
+
+public:
+    /// `store` outlives the bar.
+    explicit InterruptedBar(RepositoryStore& store, QWidget* parent = nullptr);
+
+private:
+    void showStep();
+
+    RepositoryStore& store_;
+    QLabel* sentence_;
+    QPropertyNotifier notifier_;
+};
+
+} // namespace plovik
