@@ -564,13 +564,6 @@
             <numerusform>Undo %n steps?</numerusform>
         </translation>
     </message>
-    <message numerus="yes">
-        <source>%1 and %n other file(s)</source>
-        <translation>
-            <numerusform>%1 and %n other file</numerusform>
-            <numerusform>%1 and %n other files</numerusform>
-        </translation>
-    </message>
 </context>
 <context>
     <name>plovik::WorkingCopyRow</name>

@@ -588,6 +588,10 @@ TEST_F(MainMenuTest, UndoAndRedoAreTheTextsAsLongAsItHasSomethingForThem)
     given(store.undo().redoTitle, std::optional(u"Commit “%1”"_s.arg(QString(200, u'x'))));
     EXPECT_EQ(undo->text(), u"Undo Merge of “a && b”"_s);
     EXPECT_EQ(redo->text(), u"Redo Commit “%1…"_s.arg(QString(51, u'x')));
+    test::givenRunning(store, Verb::merge);
+    EXPECT_EQ(shownTitle(undo), u"(Undo Merge of “a && b”)"_s) << "it would be dropped";
+    EXPECT_EQ(undo->toolTip(), u"Not while this runs: Something…"_s);
+    test::givenRunning(store, std::nullopt);
     given(store.undo().redoTitle, std::optional(u"Commit"_s));
     QTest::keyClicks(&text, u"word"_s);
     EXPECT_EQ(shownTitle(undo), u"Undo"_s);

@@ -11,6 +11,7 @@
 #include "app/ui/window/InterruptedBar.h"
 #include "app/ui/window/QuietLine.h"
 #include "app/ui/window/RepositoryView.h"
+#include "tests/app/GivenRunning.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/Given.h"
@@ -217,6 +218,11 @@ TEST_F(TimelineTest, KeepsTheSelectedStepAndOffersWhatCanBeDoneWithIt)
     EXPECT_EQ(offered(merge()), (Titles{"Undo to Here…", "Restore Files from This Step…",
                                         "New Branch at the State Before…", "—", "Copy Hash", "—", "Forget This Step"}));
     EXPECT_EQ(offered(row(Kind::undone, "id", {})).front(), "(Undo to Here…)");
+    test::givenRunning(store, Verb::checkOut);
+    EXPECT_EQ(offered(merge()),
+              (Titles{"(Undo to Here…)", "(Restore Files from This Step…)", "New Branch at the State Before…", "—",
+                      "Copy Hash", "—", "(Forget This Step)"}));
+    test::givenRunning(store, std::nullopt);
     TimelineRow pushed = merge();
     pushed.step.kind = "push";
     EXPECT_EQ(offered(pushed).front(), "(Undo to Here…)");
@@ -354,7 +360,14 @@ TEST_F(QuietLineTest, AnInterruptedStepIsToldUntilItIsDecided)
     EXPECT_TRUE(bar->isVisible());
     EXPECT_TRUE(named<QLabel>(*bar, u"Plovik was closed during “Rebase of topic”."_s));
     EXPECT_TRUE(named<QPushButton>(*bar, u"Restore the State Before"_s));
-    EXPECT_TRUE(named<QPushButton>(*bar, u"Leave It"_s));
+    EXPECT_TRUE(named<QPushButton>(*bar, u"Leave It"_s)->isEnabled());
+    say(u"Deleted branch “old”."_s, Offer::undo);
+    test::givenRunning(store, Verb::fetch);
+    EXPECT_TRUE(button(u"Undo"_s)->isEnabled());
+    test::givenRunning(store, Verb::merge);
+    EXPECT_FALSE(button(u"Undo"_s)->isEnabled()) << "it would be dropped";
+    EXPECT_FALSE(named<QPushButton>(*bar, u"Leave It"_s)->isEnabled());
+    test::givenRunning(store, std::nullopt);
     given(store.undo().interrupted, QString());
     EXPECT_TRUE(bar->isHidden());
 }

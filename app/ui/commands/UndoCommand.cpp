@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commands/UndoCommand.h"
 
+#include "app/store/Obstacles.h"
 #include "app/ui/commands/SelectionActions.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/workingcopy/CommitBox.h"
@@ -44,7 +45,8 @@ bool isInCommitBox(const QWidget* widget)
 UndoCommand::UndoCommand(CommandId id, QAction& action, QMenu& menu, RepositoryStore& store)
     : QObject(&menu), id_(id), action_(action), window_(menu.parentWidget()->window()), store_(store),
       stepNotifier_((isUndo() ? store.undo().undoTitle : store.undo().redoTitle).addNotifier([this] { show(); })),
-      messageNotifier_(store.draft().canUndoMessage.addNotifier([this] { show(); }))
+      messageNotifier_(store.draft().canUndoMessage.addNotifier([this] { show(); })),
+      runningNotifier_(store.changes().running.addNotifier([this] { show(); }))
 {
     connect(&action, &QAction::triggered, this, &UndoCommand::run);
     connect(&menu, &QMenu::aboutToShow, this, &UndoCommand::show);
@@ -95,11 +97,19 @@ QString UndoCommand::title(Target target) const
 void UndoCommand::show()
 {
     const Target now = target();
+    const QString reason = whyNot(now);
     action_.setText(title(now));
-    action_.setEnabled(now != Target::nothing);
-    const QString whyNot =
-        isUndo() ? store_.undo().whyNoUndo() : QCoreApplication::translate("Commands", "There is nothing to redo.");
-    action_.setToolTip(plainToolTip(now == Target::nothing ? whyNot : QString()));
+    action_.setEnabled(reason.isEmpty());
+    action_.setToolTip(plainToolTip(reason));
+}
+
+QString UndoCommand::whyNot(Target target) const
+{
+    if (target == Target::step)
+        return obstacle(store_.changes(), store_.snapshot(), Verb::undo);
+    if (target != Target::nothing)
+        return {};
+    return isUndo() ? store_.undo().whyNoUndo() : QCoreApplication::translate("Commands", "There is nothing to redo.");
 }
 
 void UndoCommand::run()

@@ -34,6 +34,7 @@ private:
     const std::optional<QString>& stepTitle() const;
     Target target() const;
     QString title(Target target) const;
+    QString whyNot(Target target) const;
     void show();
     void run();
     void focusMoved(QWidget* focus);
@@ -45,6 +46,7 @@ private:
     QPointer<QWidget> watched_; ///< the text with the focus
     QPropertyNotifier stepNotifier_;
     QPropertyNotifier messageNotifier_;
+    QPropertyNotifier runningNotifier_;
 };
 
 } // namespace plovik

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/timeline/StepMenu.h"
 
+#include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/timeline/StepText.h"
@@ -81,15 +82,19 @@ QMenu* makeStepMenu(RepositoryStore& store, const TimelineRow& row, QWidget* par
         markAs(id, entry);
     };
     const std::string& id = row.step.id;
-    add(CommandId::undoToStep, whyNotUndone(row), [&store, id] { store.undo().confirmUndoTo(id); });
-    add(CommandId::restoreStepFiles, whyNotRestored(row), [&store, id] { store.undo().confirmRestoreFiles(id); });
+    const QString inTheWay = obstacle(store.changes(), store.snapshot(), Verb::undo);
+    const auto firstOf = [](const QString& one, const QString& other) { return one.isEmpty() ? other : one; };
+    add(CommandId::undoToStep, firstOf(whyNotUndone(row), inTheWay), [&store, id] { store.undo().confirmUndoTo(id); });
+    add(CommandId::restoreStepFiles, firstOf(whyNotRestored(row), inTheWay),
+        [&store, id] { store.undo().confirmRestoreFiles(id); });
     add(CommandId::newBranchBeforeStep, whyNoBranch(row), [&store, row] { beginBranch(store, row); });
     menu->addSeparator();
     const std::string hash = stepText::hash(row);
     add(CommandId::copyHash, hash.empty() ? StepMenuTexts::tr("It has reached no commit.") : QString(),
         [text = exactText(hash)] { QGuiApplication::clipboard()->setText(text); });
     menu->addSeparator();
-    add(CommandId::forgetStep, whyNotForgotten(row), [&store, id] { store.undo().confirmForget(id); });
+    add(CommandId::forgetStep, firstOf(whyNotForgotten(row), inTheWay),
+        [&store, id] { store.undo().confirmForget(id); });
     return menu;
 }
 

@@ -6,7 +6,10 @@
 
 #include <QProperty>
 
+#include <vector>
+
 class QLabel;
+class QPushButton;
 
 namespace plovik {
 
@@ -21,10 +24,12 @@ public:
 
 private:
     void showStep();
+    void showOffers();
 
     RepositoryStore& store_;
     QLabel* sentence_;
-    QPropertyNotifier notifier_;
+    std::vector<QPushButton*> buttons_;
+    std::vector<QPropertyNotifier> notifiers_;
 };
 
 } // namespace plovik

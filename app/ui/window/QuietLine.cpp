@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/window/QuietLine.h"
 
+#include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/PaneCycle.h"
@@ -55,8 +56,10 @@ void installQuietLineAccessibility()
 
 QuietLine::QuietLine(RepositoryStore& store, QWidget* base, QWidget* parent)
     : QWidget(parent), store_(store), base_(base), place_(base), sentence_(new QLabel(this)),
-      action_(new QPushButton(this)), notifier_(store.undo().said.addNotifier([this] { showSaid(); }))
+      action_(new QPushButton(this))
 {
+    notifiers_.push_back(store.undo().said.addNotifier([this] { showSaid(); }));
+    notifiers_.push_back(store.changes().running.addNotifier([this] { showOffer(); }));
     installQuietLineAccessibility();
     layOut();
     makePane(*this);
@@ -115,6 +118,7 @@ void QuietLine::showSaid()
     setAccessibleName(sentence);
     action_->setVisible(said->offer != Offer::none);
     action_->setText(said->offer == Offer::redo ? tr("Redo") : tr("Undo"));
+    showOffer();
     arrange();
     show();
     raise();
@@ -122,6 +126,14 @@ void QuietLine::showSaid()
     left_ = shownFor;
     holdClock(underMouse() || holdsFocus(QApplication::focusWidget()));
     announce();
+}
+
+/// While something else runs, it would be dropped.
+void QuietLine::showOffer()
+{
+    const QString whyNot = obstacle(store_.changes(), store_.snapshot(), Verb::undo);
+    action_->setEnabled(whyNot.isEmpty());
+    action_->setToolTip(plainToolTip(whyNot));
 }
 
 void QuietLine::act()

@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include <chrono>
+#include <vector>
 
 class QBoxLayout;
 class QLabel;
@@ -43,6 +44,7 @@ protected:
 private:
     void layOut();
     void showSaid();
+    void showOffer();
     void act();
     void dismiss();
     void arrange();
@@ -60,7 +62,7 @@ private:
     QPointer<QWidget> focusBefore_; ///< where the keyboard was before it came here
     QTimer clock_{this};
     std::chrono::milliseconds left_ = shownFor; ///< while the clock stands still
-    QPropertyNotifier notifier_;
+    std::vector<QPropertyNotifier> notifiers_;
 };
 
 } // namespace plovik
