@@ -119,6 +119,13 @@ struct TimelineTest : testing::Test {
 TEST_F(TimelineTest, TellsWhatUndoingAStepWouldChange)
 {
     EXPECT_EQ(list().currentIndex().data(Qt::AccessibleTextRole).toString(), u"in a terminal: commit: two"_s);
+    store.window().select(SidebarItem::workingCopy());
+    repo.write("b", "").commit("three");
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    store.window().select(SidebarItem::timeline());
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(list().model()->index(0, 0).data().toString(), u"in a terminal: commit: three"_s);
     show({});
     EXPECT_TRUE(named<QLabel>(timeline(), u"No Steps"_s)->isVisible());
 

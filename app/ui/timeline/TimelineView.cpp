@@ -36,6 +36,12 @@ TimelineView::TimelineView(RepositoryStore& store, QWidget* parent)
     addWidget(empty_);
     setFocusProxy(list_);
     showTimeline();
+}
+
+/// What other programs do is not followed while nobody looks.
+void TimelineView::showEvent(QShowEvent* event)
+{
+    QStackedWidget::showEvent(event);
     store_.undo().showTimeline();
 }
 

@@ -34,6 +34,9 @@ public:
 
     QMenu* makeContextMenu() override;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void makeList();
     void showTimeline();
