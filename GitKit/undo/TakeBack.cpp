@@ -65,7 +65,7 @@ unsigned modeOf(const UndoPoint& point, const std::string& path)
     return found == point.modes.end() ? 0 : found->second;
 }
 
-/// Returns the paths of the files whose bytes are kept and differ between the moments.
+/// Returns the paths of the files whose bytes are kept and that differ between the moments, be it in a tree only.
 Names keptPaths(const GitRepository& repo, const Way& way)
 {
     std::map<std::string, std::array<OverlayFile, 2>> found;
@@ -78,9 +78,10 @@ Names keptPaths(const GitRepository& repo, const Way& way)
             found[path][side] = std::move(file);
         }
     }
+    const std::set<std::string> moved = movesFiles(way) ? movedPaths(repo, filesOf(way)) : std::set<std::string>();
     Names paths;
     for (const auto& [path, files] : found) {
-        if (files[0] != files[1] || modeOf(way.from, path) != modeOf(way.to, path))
+        if (files[0] != files[1] || moved.contains(path) || modeOf(way.from, path) != modeOf(way.to, path))
             paths.push_back(path);
     }
     return paths;
@@ -280,7 +281,7 @@ void moveSettings(const GitRepository& repo, const UndoPoint& from, const UndoPo
 void moveAll(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept)
 {
     if (movesFiles(way))
-        moveFiles(repo, gitDirectory, filesOf(way));
+        moveFiles(repo, gitDirectory, filesOf(way), kept);
     if (movesIndex(way))
         moveIndex(repo, gitDirectory, indexOf(way));
     moveBytes(repo, way.to, kept);

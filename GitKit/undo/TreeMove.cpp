@@ -233,11 +233,16 @@ std::vector<std::string> editedEntries(const GitRepository& repo, const fs::path
     return {edited.begin(), edited.end()};
 }
 
-void moveFiles(const GitRepository& repo, const fs::path& gitDirectory, const TreeMove& move)
+void moveFiles(const GitRepository& repo, const fs::path& gitDirectory, const TreeMove& move,
+               const std::vector<std::string>& known)
 {
     if (move.from == move.to)
         return;
-    const LevelIndex level(repo, gitDirectory, knownBefore(repo, move));
+    Paths paths = knownBefore(repo, move);
+    const Paths moved = movedPaths(repo, move);
+    std::ranges::copy_if(known, std::inserter(paths, paths.end()),
+                         [&moved](const std::string& path) { return moved.contains(path); });
+    const LevelIndex level(repo, gitDirectory, std::move(paths));
     const std::vector<std::string> command{"read-tree", "-m", "-u", level.tree(), movedTree(repo, level.tree(), move)};
     repo.runner().accepted(rehearsed(command), level.options());
     repo.runner().accepted(command, level.options());

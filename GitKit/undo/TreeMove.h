@@ -44,8 +44,9 @@ std::vector<std::string> editedEntries(const GitRepository& repo, const std::fil
                                        const TreeMove& move);
 
 /// Moves the files, also those that were edited. Throws before anything is written when a file that git does not know is
-/// in the way; ignored ones are overwritten: see InTheWay.h.
-void moveFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& move);
+/// in the way, unless it is among `known`; ignored ones are overwritten: see InTheWay.h.
+void moveFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& move,
+               const std::vector<std::string>& known = {});
 /// Moves the index.
 void moveIndex(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& move);
 

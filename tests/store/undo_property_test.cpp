@@ -41,7 +41,7 @@ class RandomUndo {
 public:
     explicit RandomUndo(unsigned seed) : dice_(seed)
     {
-        window_.repo.write(".gitignore", "*.log\n").write(".gitattributes", "*.txt text=auto\n");
+        window_.repo.write(".gitignore", "*.log\n").write(".gitattributes", "*.sh diff\n");
         for (const char* name : names)
             window_.repo.write(name, "1\n2\n3\n4\n5\n6\n7\n8\n9\n");
         window_.repo.commit("one").git({"branch", "other"});

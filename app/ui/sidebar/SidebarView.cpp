@@ -324,8 +324,7 @@ bool SidebarView::filterKeyPressed(int key)
         [[fallthrough]];
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        for (QModelIndex row = model_->index(fixedSidebarItems, 0); row.isValid(); row = tree_->indexBelow(row))
-        {
+        for (QModelIndex row = model_->index(fixedSidebarItems, 0); row.isValid(); row = tree_->indexBelow(row)) {
             if (!model_->ref(row))
                 continue;
             tree_->setCurrentIndex(row);
