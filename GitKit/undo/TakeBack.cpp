@@ -278,10 +278,11 @@ void moveSettings(const GitRepository& repo, const UndoPoint& from, const UndoPo
 }
 
 /// Moves what the transaction of the refs is open for.
-void moveAll(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept)
+void moveAll(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept,
+             const Names& known)
 {
     if (movesFiles(way))
-        moveFiles(repo, gitDirectory, filesOf(way), kept);
+        moveFiles(repo, gitDirectory, filesOf(way), known);
     if (movesIndex(way))
         moveIndex(repo, gitDirectory, indexOf(way));
     moveBytes(repo, way.to, kept);
@@ -290,10 +291,11 @@ void moveAll(const GitRepository& repo, const fs::path& gitDirectory, const Way&
 }
 
 /// Goes back after a failure. What fails here, too, stays kept in the step.
-void moveAllBack(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept)
+void moveAllBack(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept,
+                 const Names& known)
 {
     try {
-        moveAll(repo, gitDirectory, reversed(way), kept);
+        moveAll(repo, gitDirectory, reversed(way), kept, known);
     } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the first failure is told
     }
 }
@@ -354,6 +356,11 @@ private:
         const auto isKept = [this](const std::string& path) { return std::ranges::binary_search(kept_, path); };
         std::erase_if(found.untracked, isKept);
         std::erase_if(found.ignored, isKept);
+        // What would come anyway is not in the way.
+        known_ = filesAsIn(repo_, gitDirectory_, found.untracked, way_.to.filesTree);
+        std::erase_if(found.untracked,
+                      [this](const std::string& path) { return std::ranges::find(known_, path) != known_.end(); });
+        known_.insert(known_.end(), kept_.begin(), kept_.end());
         if (over_ == Over::nothing && !found.untracked.empty())
             throw UndoRefused(Cause::inTheWay, found.untracked, inQuotes(found.untracked.front()) + " is in the way.");
         inTheWay_ = std::move(found.untracked);
@@ -413,10 +420,10 @@ private:
             throw;
         }
         try {
-            moveAll(repo_, gitDirectory_, way_, kept_);
+            moveAll(repo_, gitDirectory_, way_, kept_, known_);
             refs->commit();
         } catch (const std::exception&) { // as on a full disk: files and refs belong together
-            moveAllBack(repo_, gitDirectory_, way_, kept_);
+            moveAllBack(repo_, gitDirectory_, way_, kept_, known_);
             moveBack(repo_, inTheWay_, asideFolder(gitDirectory_, recording.id()));
             recording.movedAside({});
             throw;
@@ -440,7 +447,8 @@ private:
     fs::path gitDirectory_;
     Way way_;
     Over over_;
-    Names kept_; ///< paths, sorted
+    Names kept_;  ///< paths of files whose bytes are kept, sorted
+    Names known_; ///< files that git does not know and that may be written over
     Names edited_;
     Names inTheWay_;
 };

@@ -233,6 +233,18 @@ std::vector<std::string> editedEntries(const GitRepository& repo, const fs::path
     return {edited.begin(), edited.end()};
 }
 
+std::vector<std::string> filesAsIn(const GitRepository& repo, const fs::path& gitDirectory,
+                                   const std::vector<std::string>& paths, const std::string& tree)
+{
+    if (paths.empty())
+        return {};
+    const Paths others = differing(repo, levelTree(repo, gitDirectory, paths), tree);
+    std::vector<std::string> same;
+    std::ranges::copy_if(paths, std::back_inserter(same),
+                         [&others](const std::string& path) { return !others.contains(path); });
+    return same;
+}
+
 void moveFiles(const GitRepository& repo, const fs::path& gitDirectory, const TreeMove& move,
                const std::vector<std::string>& known)
 {

@@ -43,6 +43,10 @@ std::vector<std::string> editedFiles(const GitRepository& repo, const std::files
 std::vector<std::string> editedEntries(const GitRepository& repo, const std::filesystem::path& gitDirectory,
                                        const TreeMove& move);
 
+/// Returns those of the files that have the contents that `tree` has for them.
+std::vector<std::string> filesAsIn(const GitRepository& repo, const std::filesystem::path& gitDirectory,
+                                   const std::vector<std::string>& paths, const std::string& tree);
+
 /// Moves the files, also those that were edited. Throws before anything is written when a file that git does not know is
 /// in the way, unless it is among `known`; ignored ones are overwritten: see InTheWay.h.
 void moveFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& move,

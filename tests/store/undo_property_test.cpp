@@ -256,8 +256,7 @@ private:
 
 TEST(StoreUndoProperty, EveryStateIsMetAgain)
 {
-    const auto seed =
-        static_cast<unsigned>(numberNamed("PLOVIK_SEED", static_cast<int>(std::random_device()() % 100'000)));
+    const auto seed = static_cast<unsigned>(numberNamed("PLOVIK_SEED", 1));
     SCOPED_TRACE("PLOVIK_SEED=" + std::to_string(seed));
     RandomUndo random(seed);
     for (const auto& pass :
