@@ -210,6 +210,13 @@ Paths movedPaths(const GitRepository& repo, const TreeMove& move)
     return paths;
 }
 
+std::vector<std::string> lostPaths(const GitRepository& repo, const TreeMove& move)
+{
+    return splitNul(repo.runner().bytes(
+        {"diff-tree", "-r", "-z", "--no-renames", "--name-only", "--diff-filter=D", move.from, move.to, "--"},
+        helperOptions()));
+}
+
 std::vector<std::string> editedFiles(const GitRepository& repo, const fs::path& gitDirectory, const TreeMove& move)
 {
     const Paths moved = movedPaths(repo, move);

@@ -36,6 +36,8 @@ struct TreeMove {
 
 /// Returns the paths that differ between the two, conflicts included.
 std::set<std::string> movedPaths(const GitRepository& repo, const TreeMove& move);
+/// Returns the paths that are not there any more after it, the ones in conflict left out.
+std::vector<std::string> lostPaths(const GitRepository& repo, const TreeMove& move);
 /// Returns the moved paths whose files are not as `move.from` has them, nor as `move.to` does.
 std::vector<std::string> editedFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory,
                                      const TreeMove& move);

@@ -2,9 +2,12 @@
 #include "GitKit/undo/UndoJournal.h"
 
 #include "GitKit/Text.h"
+#include "GitKit/repository/FileCopies.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/undo/TreeMove.h"
 #include "GitKit/undo/UndoLog.h"
 #include "GitKit/undo/UndoRecord.h"
+#include "GitKit/undo/UndoRefused.h"
 
 #include <algorithm>
 #include <chrono>
@@ -92,16 +95,35 @@ void UndoRecording::append(const GitRepository& repo, const char* moment)
     appendUndoEntry(repo, step_.record, moment + step_.id + ' ' + shownLine(step_.title));
 }
 
+/// Adds the files that were changed besides those that were meant, and those that git does not know any more.
+void UndoRecording::findMoreChanges(const GitRepository& repo)
+{
+    const auto add = [this](const std::string& path) {
+        if (std::ranges::find(scope_.overwrites, path) == scope_.overwrites.end())
+            scope_.overwrites.push_back(path);
+    };
+    for (const std::string& path : changedFiles(repo)) {
+        if (std::ranges::find(changed_, path) == changed_.end())
+            add(path);
+    }
+    const IndexContents now = indexContents(repo, gitDirectory_);
+    for (const std::string& path : lostPaths(repo, {step_.before.indexTree, now.tree})) {
+        if (kindAt(repo.root() / path) != FileKind::none)
+            add(path);
+    }
+}
+
 std::optional<UndoStep> UndoRecording::finish(const GitRepository& repo)
 {
-    if (scope_.changesMore) {
-        for (const std::string& path : changedFiles(repo)) {
-            if (std::ranges::find(changed_, path) == changed_.end() &&
-                std::ranges::find(scope_.overwrites, path) == scope_.overwrites.end())
-                scope_.overwrites.push_back(path);
-        }
+    const std::size_t meant = scope_.overwrites.size();
+    if (scope_.changesMore)
+        findMoreChanges(repo);
+    try {
+        step_.after = pointNow(repo, gitDirectory_, scope_);
+    } catch (const UndoTooLarge&) { // what was found last has to do without
+        scope_.overwrites.resize(meant);
+        step_.after = pointNow(repo, gitDirectory_, scope_);
     }
-    step_.after = pointNow(repo, gitDirectory_, scope_);
     const HeadPlace& head = step_.after->head;
     const bool isOnlyHead = !scope_.movesAnyRef && scope_.refs == std::vector{step_.before.head.branch} &&
                             head.branch == step_.before.head.branch;

@@ -36,6 +36,7 @@ public:
     std::optional<UndoStep> finish(const GitRepository& repo);
 
 private:
+    void findMoreChanges(const GitRepository& repo);
     void append(const GitRepository& repo, const char* moment);
 
     std::filesystem::path gitDirectory_;

@@ -222,6 +222,7 @@ Undoable operation(gitkit::OperationInProgress::Kind kind, gitkit::OperationStep
                   .done = operationWords::stepDone(kind, step),
                   .scope = moving("operation"),
                   .complete = addChangedFiles};
+    undo.scope.changesMore = true;
     undo.scope.movesAnyRef = true;
     undo.scope.touchesStashes = true;
     return undo;
