@@ -168,9 +168,26 @@ void BodyField::focusOutEvent(QFocusEvent* event)
 BodyPanel::BodyPanel(BodyField* field, QWidget* parent) : QWidget(parent), field_(field)
 {
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(7, 5, 2, 5);
     column->addWidget(field);
+    inset();
     connect(field, &BodyField::focusChanged, this, [this] { update(); });
+}
+
+/// Text begins where that of the other fields does; at its end stands the scroll bar.
+void BodyPanel::inset()
+{
+    constexpr int beforeText = 7;
+    constexpr int behindScrollBar = 2;
+    const bool isMirrored = isRightToLeft();
+    layout()->setContentsMargins(isMirrored ? behindScrollBar : beforeText, 5,
+                                 isMirrored ? beforeText : behindScrollBar, 5);
+}
+
+void BodyPanel::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        inset();
 }
 
 /// As the focus proxy the field would stand in the order of Tab twice.
