@@ -190,7 +190,7 @@ void OperationBar::paintEvent(QPaintEvent* event)
     const Theme& theme = Theme::current();
     QPainter painter(this);
     painter.fillRect(rect(), theme.hunkHeader);
-    painter.fillRect(QRect(0, 0, markWidth, height()), theme.accent);
+    painter.fillRect(QRect(isRightToLeft() ? width() - markWidth : 0, 0, markWidth, height()), theme.accent);
     painter.fillRect(QRect(0, height() - 1, width(), 1), theme.separator);
 }
 
