@@ -13,6 +13,7 @@
 #include "GitKit/undo/UndoLog.h"
 #include "GitKit/undo/UndoRecord.h"
 
+#include <chrono>
 #include <set>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -55,6 +56,25 @@ void restoreFiles(const GitRepository& repo, const std::filesystem::path& gitDir
     if (!failed.empty())
         throw GitError("undo", 1, inQuotes(failed.front()) + " could not be written.");
     repo.runner().output({"update-index", "-q", "--refresh"}, helperOptions());
+}
+
+void clearAside(const std::filesystem::path& gitDirectory, const Trash& trash)
+{
+    constexpr std::chrono::hours longest{24 * 30};
+    std::error_code failure;
+    std::vector<std::filesystem::path> old;
+    for (const auto& folder : std::filesystem::directory_iterator(asideFolder(gitDirectory, {}), failure)) {
+        std::error_code unknown;
+        const auto time = folder.last_write_time(unknown);
+        if (!unknown && std::filesystem::file_time_type::clock::now() - time > longest)
+            old.push_back(folder.path());
+    }
+    for (const std::filesystem::path& folder : old) {
+        try {
+            trash(folder);
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): it stays where it is
+        }
+    }
 }
 
 void forgetStep(const GitRepository& repo, const std::filesystem::path& gitDirectory, const UndoStep& step)

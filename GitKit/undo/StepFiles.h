@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Trash.h"
 #include "GitKit/records/UndoStep.h"
 
 #include <filesystem>
@@ -20,6 +21,9 @@ std::vector<std::string> filesOfStep(const GitRepository& repo, const UndoStep& 
 
 /// Writes these files as they were before the step, whatever they are now. The index stays as it is.
 void restoreFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory, const UndoStep& step);
+
+/// Moves to the Trash what steps had moved out of the way more than thirty days ago, which git has forgotten by now.
+void clearAside(const std::filesystem::path& gitDirectory, const Trash& trash);
 
 /// Removes what is kept of a step for good, also the files that it had moved out of the way.
 void forgetStep(const GitRepository& repo, const std::filesystem::path& gitDirectory, const UndoStep& step);

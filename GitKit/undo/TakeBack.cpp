@@ -79,11 +79,21 @@ Names keptPaths(const GitRepository& repo, const Way& way)
         }
     }
     const std::set<std::string> moved = movesFiles(way) ? movedPaths(repo, filesOf(way)) : std::set<std::string>();
-    Names paths;
+    // A file that is missing at one moment may have no bytes at the other one, where it follows the tree.
+    std::set<std::string> missing;
+    for (const UndoPoint* point : points) {
+        for (const std::string& path : point->absent) {
+            if (moved.contains(path))
+                missing.insert(path);
+        }
+    }
+    Names paths(missing.begin(), missing.end());
     for (const auto& [path, files] : found) {
         if (files[0] != files[1] || moved.contains(path) || modeOf(way.from, path) != modeOf(way.to, path))
             paths.push_back(path);
     }
+    std::ranges::sort(paths);
+    paths.erase(std::ranges::unique(paths).begin(), paths.end());
     return paths;
 }
 

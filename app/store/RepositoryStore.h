@@ -79,7 +79,7 @@ private:
     SlowStatus slowStatus_{git_, window_, snapshot_};
     Trust trust_{git_, snapshot_, services_.trust};
     Changes changes_{git_, log_, snapshot_, trust_, window_, services_.signIn};
-    Undo undo_{git_, window_, snapshot_, changes_};
+    Undo undo_{git_, window_, snapshot_, changes_, services_.trash};
     Discards discards_{window_, snapshot_, changes_, undo_};
     Staging staging_{git_, window_, snapshot_, changes_, discards_, services_.trash};
     CommitDraft draft_{git_, window_, snapshot_, changes_, undo_, services_.messages};

@@ -91,8 +91,8 @@ std::vector<TimelineRow> rowsOf(const std::vector<UndoStep>& steps, const std::v
 
 } // namespace
 
-Undo::Undo(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes)
-    : git_(git), window_(window), snapshot_(snapshot), changes_(changes)
+Undo::Undo(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, gitkit::Trash trash)
+    : git_(git), window_(window), snapshot_(snapshot), changes_(changes), trash_(std::move(trash))
 {
     changes_.tellKept([this](const StepKeeping& keeping) { kept(keeping); });
     snapshot_.follow({.afterStatus = [this] { readElsewhere(); }, .afterListings = [this] { return beginning(); }});
@@ -124,6 +124,10 @@ QCoro::Task<> Undo::reading()
     std::erase_if(read, [](const UndoStep& step) { return !step.after; });
     steps_.insert(steps_.end(), std::make_move_iterator(read.begin()), std::make_move_iterator(read.end()));
     show();
+    if (snapshot_.gitDirectory() && trash_)
+        co_await git_.run<void>(Worker::Lane::shortRead, [directory = *snapshot_.gitDirectory(), trash = trash_] {
+            gitkit::clearAside(directory, trash);
+        });
 }
 
 void Undo::show()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Trash.h"
 #include "GitKit/records/UndoStep.h"
 #include "app/store/Confirmation.h"
 #include "app/store/Observed.h"
@@ -52,7 +53,7 @@ class Undo {
     Q_DECLARE_TR_FUNCTIONS(plovik::Undo)
 
 public:
-    Undo(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes);
+    Undo(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, gitkit::Trash trash);
     Undo(const Undo&) = delete;
     Undo& operator=(const Undo&) = delete;
 
@@ -140,6 +141,7 @@ private:
     std::optional<gitkit::UndoStep> interrupted_;
     std::function<void(const gitkit::UndoStep&, bool)> whenTakenBack_;
     std::function<void(const gitkit::Kept&, const gitkit::BroughtBack&)> whenFilesBack_;
+    gitkit::Trash trash_;
     quint64 lastSaid_ = 0;
     bool hasBegun_ = false;
     bool isShown_ = false; ///< the timeline was shown once

@@ -72,10 +72,10 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     const GitRef tag = makeRef(GitRef::Kind::tag, "refs/tags/", "v1");
 
     EXPECT_EQ(menuOf(local),
-              (Titles{"Check Out", "Merge into “a&&b”…", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
-    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”…)", "New Branch from Here…", "Push", "—",
+              (Titles{"Check Out", "Merge into “a&&b”", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "Push", "—",
                                        "Copy Name", "—", "(Delete…)"}));
-    EXPECT_EQ(menuOf(remote), (Titles{"Check Out", "Merge…", "New Branch from Here…", "—", "Copy Name"}));
+    EXPECT_EQ(menuOf(remote), (Titles{"Check Out", "Merge", "New Branch from Here…", "—", "Copy Name"}));
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
 
     entry(*makeRefMenu(store, remote, &parent), u"New Branch from Here…"_s)->trigger();
@@ -83,7 +83,7 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     entry(*makeRefMenu(store, remote, &parent), u"Copy Name"_s)->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
     test::givenRunning(store, Verb::fetch);
-    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”…)", "New Branch from Here…", "(Push)", "—",
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "(Push)", "—",
                                        "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::deleteTag);
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "(Delete…)"}));
@@ -102,18 +102,18 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     commit.subject = "Change it";
     QMenu* menu = makeCommitMenu(store, commit, &parent);
     EXPECT_EQ(entries(*menu), (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick",
-                                      "Revert…", "—", "Copy Hash", "Copy Subject"}));
+                                      "Revert", "—", "Copy Hash", "Copy Subject"}));
     entry(*menu, u"New Tag Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewTagSheet{commit.hash}));
     entry(*menu, u"New Branch Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{commit.hash}));
-    entry(*menu, u"Revert…"_s)->trigger();
+    entry(*menu, u"Revert"_s)->trigger();
     ASSERT_TRUE(store.window().confirmation.value());
     EXPECT_FALSE(store.changes().activity.value());
     EXPECT_EQ(entries(*makeStashMenu(store, {}, &parent)), (Titles{"Apply Stash", "Pop Stash", "—", "Drop Stash…"}));
     test::givenRunning(store, Verb::revert);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
-              (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert…)",
+              (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert)",
                       "—", "Copy Hash", "Copy Subject"}));
 }
 
@@ -175,20 +175,16 @@ TEST_F(ActionsTest, ARefreshMakesTheSidebarAnewOnceAndOnlyIfRefsChanged)
         EXPECT_TRUE(view.sidebar()->model().indexOf(SidebarItem::ref(ref)).isValid()) << ref;
 }
 
-TEST_F(ActionsTest, AMergeIsAskedForAndDone)
+TEST_F(ActionsTest, AMergeIsDoneAtOnce)
 {
     repo.git({"checkout", "-q", "side"}).write("b", "b").commit("b").git({"checkout", "-q", "main"});
     load();
     const auto& refs = store.snapshot().branches.value();
     const auto side = std::ranges::find(refs, "side", &GitRef::name);
     ASSERT_NE(side, refs.end());
-    entry(*makeRefMenu(store, *side, &view), u"Merge into “main”…"_s)->trigger();
-    QDialog* dialog = test::openDialog(view);
-    ASSERT_TRUE(dialog);
-    EXPECT_EQ(dialog->accessibleName(), u"Merge “side” into “main”?"_s);
-    named<QPushButton>(*dialog, u"Merge"_s)->click();
+    entry(*makeRefMenu(store, *side, &view), u"Merge into “main”"_s)->trigger();
     ASSERT_TRUE(worker.settle());
-    EXPECT_EQ(readFile(repo / "b"), "b");
+    EXPECT_EQ(readFile(repo / "b"), "b") << "without a question, because it can be undone";
 }
 
 TEST_F(ActionsTest, StashesAreAppliedPoppedAndDroppedFromTheirView)
@@ -296,7 +292,7 @@ TEST_F(ActionsTest, ThePaletteHasEveryCommandAndRef)
         return first.toStdString();
     };
     EXPECT_EQ(choose(u"pull"_s), "Repository: Pull, This repository has no remote.");
-    EXPECT_EQ(choose(u"merge"_s), "Branch: Merge…, Select a branch in the sidebar.");
+    EXPECT_EQ(choose(u"merge"_s), "Branch: Merge, Select a branch in the sidebar.");
     EXPECT_EQ(choose(u"new bra"_s), "Branch: New Branch…, Ctrl+Shift+B");
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{}));
     store.window().closeSheet();
@@ -452,7 +448,7 @@ TEST_F(ActionsTest, TheMenuBarDoesWhatTheContextMenuOfTheSelectionDoes)
         }
         return nullptr;
     };
-    QAction* merge = command(u"Branch"_s, u"Merge…"_s);
+    QAction* merge = command(u"Branch"_s, u"Merge"_s);
     EXPECT_FALSE(merge->isEnabled());
     EXPECT_EQ(merge->toolTip(), u"Select a branch in the sidebar."_s);
     EXPECT_FALSE(command(u"Commit"_s, u"Stage"_s)->isEnabled());
@@ -481,7 +477,7 @@ TEST_F(ActionsTest, TheMenuBarDoesWhatTheContextMenuOfTheSelectionDoes)
 
     store.window().select(SidebarItem::ref("refs/heads/main"));
     ASSERT_TRUE(worker.settle());
-    merge = command(u"Branch"_s, u"Merge into “main”…"_s);
+    merge = command(u"Branch"_s, u"Merge into “main”"_s);
     ASSERT_TRUE(merge);
     EXPECT_EQ(merge->toolTip(), u"This branch is checked out."_s);
     store.window().select(SidebarItem::ref("refs/heads/side"));

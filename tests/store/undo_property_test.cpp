@@ -23,7 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int actionsByDefault = 25;
+constexpr int actionsByDefault = 12;
 
 int numberNamed(const char* variable, int otherwise)
 {

@@ -45,17 +45,6 @@ void addCopies(QMenu& menu, const gitkit::Commit& commit)
     addCopy(CommandId::copySubject, Texts::tr("Copy Subject"), exactText(commit.subject));
 }
 
-void confirmRevert(RepositoryStore& store, const gitkit::Commit& commit)
-{
-    Confirmation question;
-    question.title = Texts::tr("Revert %1?").arg(shownText(commit.shortHash()));
-    question.message = Texts::tr("A new commit takes the changes of %1 back.").arg(inQuotes(commit.subject));
-    question.actionTitle = Texts::tr("Revert");
-    question.risk = Confirmation::Risk::none;
-    question.action = [&store, hash = commit.hash] { actions::revert(store.actors(), hash); };
-    store.window().ask(std::move(question));
-}
-
 void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commit)
 {
     const auto add = [&](CommandId id, Verb verb, const QString& title, auto run) {
@@ -71,8 +60,8 @@ void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commi
     menu.addSeparator();
     QAction* const pick = add(CommandId::cherryPick, Verb::cherryPick, Texts::tr("Cherry-Pick"),
                               [&store, hash] { actions::cherryPick(store.actors(), hash); });
-    QAction* const revert =
-        add(CommandId::revert, Verb::revert, Texts::tr("Revert…"), [&store, commit] { confirmRevert(store, commit); });
+    QAction* const revert = add(CommandId::revert, Verb::revert, Texts::tr("Revert"),
+                                [&store, hash] { actions::revert(store.actors(), hash); });
     if (commit.parents.size() > 1) {
         for (QAction* const action : {pick, revert}) {
             action->setEnabled(false);

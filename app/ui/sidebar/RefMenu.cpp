@@ -36,25 +36,13 @@ void refuse(QAction& entry, const QString& why)
     entry.setToolTip(plainToolTip(why));
 }
 
-/// Asks, and then merges a branch into the current one.
-void confirmMerge(RepositoryStore& store, const GitRef& ref)
-{
-    Confirmation question;
-    question.title = Texts::tr("Merge “%1” into “%2”?").arg(shownText(ref.name), currentName(store));
-    question.message =
-        Texts::tr("Where both changed the same lines, the conflicts are left in the working copy to be resolved.");
-    question.actionTitle = Texts::tr("Merge");
-    question.risk = Confirmation::Risk::none;
-    question.action = [&store, ref] { actions::merge(store.actors(), ref); };
-    store.window().ask(std::move(question));
-}
-
 void addMerge(QMenu& menu, RepositoryStore& store, const GitRef& ref)
 {
     const QString title = ref.kind == GitRef::Kind::local
-                              ? plainMenuText(Texts::tr("Merge into “%1”…").arg(currentName(store)))
-                              : Texts::tr("Merge…");
-    QAction* const merge = addChange(menu, store, Verb::merge, title, [&store, ref] { confirmMerge(store, ref); });
+                              ? plainMenuText(Texts::tr("Merge into “%1”").arg(currentName(store)))
+                              : Texts::tr("Merge");
+    QAction* const merge =
+        addChange(menu, store, Verb::merge, title, [&store, ref] { actions::merge(store.actors(), ref); });
     markAs(CommandId::mergeRef, merge);
     if (ref.isHead)
         refuse(*merge, Texts::tr("This branch is checked out."));
