@@ -71,7 +71,7 @@ struct UndoStep {
     Date date; ///< when it ended; when it began while that is not known
     UndoPoint before;
     std::optional<UndoPoint> after; ///< nullopt: the program or git ended in the middle
-    std::vector<RefUpdate> refs;    ///< that have moved, from what they were
+    std::vector<RefUpdate> refs;    ///< that have moved, from what they were; without an end, those that may have
     std::vector<std::string> aside; ///< ignored or untracked files that were moved out of the way
     std::string target;             ///< tree to which the action moved the files, where that was known; empty otherwise
     std::string message;            ///< that the user had typed for it, as for a commit

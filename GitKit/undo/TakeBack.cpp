@@ -463,6 +463,28 @@ private:
     Names inTheWay_;
 };
 
+std::optional<std::string> valueOf(const GitRepository& repo, const std::string& ref)
+{
+    const GitOutput found = repo.runner().output({"rev-parse", "--verify", "--quiet", ref}, helperOptions());
+    return found.status == 0 ? std::optional(std::string(withoutLineEnd(found.stdoutBytes))) : std::nullopt;
+}
+
+/// Returns what brings the refs of a step without an end back to where they were.
+std::vector<RefUpdate> backTo(const GitRepository& repo, const UndoStep& step)
+{
+    std::vector<RefUpdate> wanted = step.refs;
+    const HeadPlace& head = step.before.head;
+    if (wanted.empty() && !head.branch.empty() && !head.hash.empty())
+        wanted.push_back({head.branch, head.hash, std::nullopt});
+    std::vector<RefUpdate> updates;
+    for (RefUpdate& ref : wanted) {
+        std::optional<std::string> now = valueOf(repo, ref.name);
+        if (now != ref.from)
+            updates.push_back({std::move(ref.name), std::move(now), std::move(ref.from)});
+    }
+    return updates;
+}
+
 } // namespace
 
 TakenBack takeBack(const GitRepository& repo, const fs::path& gitDirectory, const UndoStep& step,
@@ -502,15 +524,7 @@ TakenBack restoreBefore(const GitRepository& repo, const fs::path& gitDirectory,
         }
     }
     Way way{pointNow(repo, gitDirectory, scope), step.before, {}};
-    // A branch that was left or deleted is where it was, or it is made again.
-    const HeadPlace& head = step.before.head;
-    if (!head.branch.empty() && !head.hash.empty()) {
-        const GitOutput found =
-            repo.runner().output({"rev-parse", "--verify", "--quiet", head.branch}, helperOptions());
-        const std::string hash = found.status == 0 ? std::string(withoutLineEnd(found.stdoutBytes)) : std::string();
-        if (hash != head.hash)
-            way.refs.push_back({head.branch, hash.empty() ? std::nullopt : std::optional(hash), head.hash});
-    }
+    way.refs = backTo(repo, step);
     Moving moving(repo, gitDirectory, std::move(way), Over::edits);
     moving.check();
     TakenBack done = moving.run(step, title);

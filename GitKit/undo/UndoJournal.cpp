@@ -85,8 +85,25 @@ UndoRecording::UndoRecording(const GitRepository& repo, const fs::path& gitDirec
     refs_ = scope_.movesAnyRef || scope_.refs.size() > (step_.before.head.branch.empty() ? 0U : 1U)
                 ? refsNow(repo, scope_)
                 : withHead({}, step_.before.head);
+    step_.refs = untilItEnds();
     step_.began = step_.date = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     append(repo, "b ");
+}
+
+/// Returns what the refs were that may move, for the case that the end is never recorded. Too many are left out.
+std::vector<RefUpdate> UndoRecording::untilItEnds() const
+{
+    constexpr std::size_t most = 100;
+    std::vector<RefUpdate> updates;
+    if (refs_.size() > most)
+        return updates;
+    for (const auto& [name, hash] : refs_)
+        updates.push_back({name, hash, std::nullopt});
+    for (const std::string& name : scope_.refs) {
+        if (std::ranges::find(updates, name, &RefUpdate::name) == updates.end())
+            updates.push_back({name, std::nullopt, std::nullopt});
+    }
+    return updates;
 }
 
 void UndoRecording::append(const GitRepository& repo, const char* moment)

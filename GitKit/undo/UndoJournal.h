@@ -37,6 +37,7 @@ public:
 
 private:
     void findMoreChanges(const GitRepository& repo);
+    std::vector<RefUpdate> untilItEnds() const;
     void append(const GitRepository& repo, const char* moment);
 
     std::filesystem::path gitDirectory_;

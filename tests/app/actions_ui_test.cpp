@@ -107,9 +107,6 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewTagSheet{commit.hash}));
     entry(*menu, u"New Branch Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{commit.hash}));
-    entry(*menu, u"Revert"_s)->trigger();
-    ASSERT_TRUE(store.window().confirmation.value());
-    EXPECT_FALSE(store.changes().activity.value());
     EXPECT_EQ(entries(*makeStashMenu(store, {}, &parent)), (Titles{"Apply Stash", "Pop Stash", "—", "Drop Stash…"}));
     test::givenRunning(store, Verb::revert);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
