@@ -27,11 +27,13 @@ enum class ErrorKind {
     lockHeld, ///< another git is at work, or one that crashed left its lock
     conflicts,
     nothingToDo,
-    wouldOverwriteLocalChanges,
-    indexNotRestorable, ///< what was staged in a stash cannot be staged again; nothing was changed
-    changedMeanwhile,   ///< the file, stash or branch is no longer what the caller saw; nothing was changed
-    missingObject,      ///< the repository is damaged or incomplete
-    identityUnknown,    ///< git knows neither name nor address for a commit
+    wouldOverwriteLocalChanges, ///< of files that git knows; they can be stashed
+    wouldOverwriteUnknownFiles, ///< that are untracked or ignored
+    operationUnfinished,        ///< a merge, cherry-pick or revert would be ended without a word
+    indexNotRestorable,         ///< what was staged in a stash cannot be staged again; nothing was changed
+    changedMeanwhile,           ///< the file, stash or branch is no longer what the caller saw; nothing was changed
+    missingObject,              ///< the repository is damaged or incomplete
+    identityUnknown,            ///< git knows neither name nor address for a commit
     checkedOutElsewhere,
     noUpstream,
 };

@@ -122,7 +122,7 @@ public:
 
     void stashSave(const std::string& message, UntrackedFiles untracked) const;
     /// Looks the stash up by its hash, because its number may have changed. Stages again what was staged if git can.
-    void stashApply(const Stash& stash, StashUse use) const;
+    StagedPart stashApply(const Stash& stash, StashUse use) const;
     void stashDrop(const Stash& stash) const;
 
     void fetch() const;

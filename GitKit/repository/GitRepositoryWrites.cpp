@@ -330,7 +330,7 @@ void GitRepository::stashSave(const std::string& message, UntrackedFiles untrack
     runner_.accepted(arguments);
 }
 
-void GitRepository::stashApply(const Stash& stash, StashUse use) const
+StagedPart GitRepository::stashApply(const Stash& stash, StashUse use) const
 {
     const std::string ref = currentRef(stashes(), stash);
     const std::string verb = use == StashUse::pop ? "pop" : "apply";
@@ -339,7 +339,7 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
     if (!isOperationInProgress(gitDirectories(*this).own)) {
         try {
             runTelling(runner_, {"stash", verb, "--index", ref});
-            return;
+            return StagedPart::restored;
         } catch (const GitError& error) {
             // Git has changed nothing in this case.
             if (error.kind() != ErrorKind::indexNotRestorable)
@@ -347,6 +347,7 @@ void GitRepository::stashApply(const Stash& stash, StashUse use) const
         }
     }
     runTelling(runner_, {"stash", verb, ref});
+    return StagedPart::lost;
 }
 
 void GitRepository::stashDrop(const Stash& stash) const

@@ -43,7 +43,7 @@ void requireStashKeeps(const GitRepository& repo, UntrackedFiles untracked)
                        inQuotes(lost.front()) +
                            " would be deleted and not be in the stash: it stands in the place of a file "
                            "that git puts back. Move it away first.",
-                       ErrorKind::wouldOverwriteLocalChanges);
+                       ErrorKind::wouldOverwriteUnknownFiles);
 }
 
 void requireNothingBegun(const GitRepository& repo, const char* command)
@@ -55,7 +55,7 @@ void requireNothingBegun(const GitRepository& repo, const char* command)
             throw GitError(command, 1,
                            "A merge, cherry-pick or revert is in progress, and this would end it. Continue or abort it "
                            "first.",
-                           ErrorKind::wouldOverwriteLocalChanges);
+                           ErrorKind::operationUnfinished);
     }
 }
 
@@ -73,7 +73,7 @@ void requireIgnoredStay(const GitRepository& repo, const char* command, const st
         throw GitError(command, 1,
                        inQuotes(lost.front()) +
                            " would be overwritten, because git ignores it here. Move it away first.",
-                       ErrorKind::wouldOverwriteLocalChanges);
+                       ErrorKind::wouldOverwriteUnknownFiles);
 }
 
 } // namespace gitkit

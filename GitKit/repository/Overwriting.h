@@ -11,7 +11,7 @@ namespace gitkit {
 class GitRepository;
 
 // What git would lose without a word, found before the command runs. All of these block, and throw GitError with
-// ErrorKind::wouldOverwriteLocalChanges, besides what the methods of GitRepository throw.
+// ErrorKind::wouldOverwriteUnknownFiles or operationUnfinished, besides what the methods of GitRepository throw.
 
 /// Throws when a stash would delete files that it does not keep: those that stand in the place of a deleted file, or of a
 /// folder above it, which git puts back.

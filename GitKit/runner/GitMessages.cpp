@@ -48,13 +48,13 @@ constexpr auto rows = std::to_array<Row>({
     {Kind::identityUnknown, "", 128, "*** Please tell me who you are.", ""},
     {Kind::identityUnknown, "", 128, "fatal: empty ident name", ""},
 
-    // Changes in the working tree that checkout, merge, pull, cherry-pick, revert or stash would lose; the third is
-    // said where a folder is in the way, the next two before an operation begins.
+    // Changes in the working tree that checkout, merge, pull, cherry-pick, revert or stash would lose; the next two are
+    // said before a rebase begins, the last where a folder is in the way.
     {Kind::wouldOverwriteLocalChanges, "", anyStatus, "error: Your local changes", "would be overwritten by"},
-    {Kind::wouldOverwriteLocalChanges, "", anyStatus, "error: The following untracked working tree files would be", ""},
-    {Kind::wouldOverwriteLocalChanges, "", anyStatus, "error: Updating the following directories would lose", ""},
     {Kind::wouldOverwriteLocalChanges, "", anyStatus, "error: cannot pull with rebase: ", ""},
     {Kind::wouldOverwriteLocalChanges, "", anyStatus, "error: cannot rebase: ", ""},
+    {Kind::wouldOverwriteUnknownFiles, "", anyStatus, "error: The following untracked working tree files would be", ""},
+    {Kind::wouldOverwriteUnknownFiles, "", anyStatus, "error: Updating the following directories would lose", ""},
 
     // stash apply --index: the staged part does not apply any more.
     {Kind::indexNotRestorable, "stash", anyStatus, "error: conflicts in index.", ""},

@@ -10,7 +10,6 @@
 
 #include <QLocale>
 #include <QMetaObject>
-#include <QStringList>
 
 #include <algorithm>
 #include <chrono>
@@ -25,7 +24,7 @@ namespace {
 /// For so long a change without a title may run unsaid.
 constexpr std::chrono::milliseconds untitledTime{2000};
 
-/// So many programs or files stand in a question.
+/// So many programs stand in a question.
 constexpr std::size_t mostPrograms = 8;
 
 struct ChangeTexts {
@@ -71,17 +70,6 @@ std::vector<std::string> changedByUser(const gitkit::ChangedFiles& files)
             paths.push_back(file.path);
     }
     return paths;
-}
-
-/// Returns the first names, one a line, and how many there are besides.
-QString namesInLines(const std::vector<std::string>& paths)
-{
-    QStringList lines;
-    for (std::size_t index = 0; index < std::min(paths.size(), mostPrograms); ++index)
-        lines.append(shownText(paths[index]));
-    if (paths.size() > mostPrograms)
-        lines.append(ChangeTexts::tr("and %n other(s)", nullptr, static_cast<int>(paths.size() - mostPrograms)));
-    return lines.join(u'\n');
 }
 
 QString titleOfSlow(Verb verb)

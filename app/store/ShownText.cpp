@@ -79,4 +79,16 @@ QString namesOfFiles(const std::string& first, std::size_t count)
                              .arg(inQuotes(first));
 }
 
+QString namesInLines(const std::vector<std::string>& paths)
+{
+    constexpr std::size_t most = 8;
+    QStringList lines;
+    for (std::size_t index = 0; index < std::min(paths.size(), most); ++index)
+        lines.append(shownText(paths[index]));
+    if (paths.size() > most)
+        lines.append(QCoreApplication::translate("plovik::Changes", "and %n other(s)", nullptr,
+                                                 static_cast<int>(paths.size() - most)));
+    return lines.join(u'\n');
+}
+
 } // namespace plovik

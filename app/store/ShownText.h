@@ -35,5 +35,7 @@ inline QString inQuotes(std::string_view bytes) { return inQuotes(shownText(byte
 /// Returns “a.txt”, or “a.txt” and the number of the others. `paths` is not empty.
 QString namesOfFiles(const std::vector<std::string>& paths);
 QString namesOfFiles(const std::string& first, std::size_t count);
+/// Returns the first few names, one a line, and how many there are besides.
+QString namesInLines(const std::vector<std::string>& paths);
 
 } // namespace plovik

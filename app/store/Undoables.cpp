@@ -52,6 +52,18 @@ void addPaths(const gitkit::FileChange& file, std::vector<std::string>& paths)
     }
 }
 
+/// Adds the files that a stash takes.
+void addStashed(const GitRepository& repo, UndoScope& scope, gitkit::UntrackedFiles untracked)
+{
+    for (std::string& path : gitkit::changedFiles(repo))
+        scope.overwrites.push_back(std::move(path));
+    for (const gitkit::FileChange& file : repo.status().files) {
+        const bool isStaged = file.hasStaged() && !file.isSubmodule;
+        if (isStaged || (file.isUntracked() && untracked == gitkit::UntrackedFiles::include))
+            addPaths(file, scope.overwrites);
+    }
+}
+
 std::vector<std::string> listed(const GitRepository& repo, const std::vector<std::string>& command)
 {
     const gitkit::GitOutput names = repo.runner().output(command);
@@ -176,17 +188,11 @@ Undoable push(const std::string& branch, const std::string& remote)
 Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked)
 {
     const QString shown = message.empty() ? UndoTexts::tr("Stash") : UndoTexts::tr("Stash %1").arg(subjectOf(message));
-    return {.title = shown,
-            .done = UndoTexts::tr("Stashed the changes."),
-            .scope = {.kind = "stash", .movesIndex = true, .touchesStashes = true},
-            .complete = [untracked](const GitRepository& repo, UndoScope& scope) {
-                addChangedFiles(repo, scope);
-                for (const gitkit::FileChange& file : repo.status().files) {
-                    const bool isStaged = file.hasStaged() && !file.isSubmodule;
-                    if (isStaged || (file.isUntracked() && untracked == gitkit::UntrackedFiles::include))
-                        addPaths(file, scope.overwrites);
-                }
-            }};
+    return {
+        .title = shown,
+        .done = UndoTexts::tr("Stashed the changes."),
+        .scope = {.kind = "stash", .movesIndex = true, .touchesStashes = true},
+        .complete = [untracked](const GitRepository& repo, UndoScope& scope) { addStashed(repo, scope, untracked); }};
 }
 
 Undoable applyStash(const gitkit::Stash& stash, gitkit::StashUse use)
@@ -207,6 +213,20 @@ Undoable applyStash(const gitkit::Stash& stash, gitkit::StashUse use)
                         scope.overwrites.push_back(std::move(path));
                 },
             .inTheWay = [hash = stash.hash](const GitRepository& repo) { return gitkit::inTheWayOfStash(repo, hash); }};
+}
+
+Undoable betweenStashes(Undoable action)
+{
+    action.scope.movesFiles = true;
+    action.scope.movesIndex = true;
+    action.scope.changesMore = true;
+    action.scope.touchesStashes = true;
+    action.complete = [complete = std::move(action.complete)](const GitRepository& repo, UndoScope& scope) {
+        if (complete)
+            complete(repo, scope);
+        addStashed(repo, scope, gitkit::UntrackedFiles::leave);
+    };
+    return action;
 }
 
 Undoable dropStash(const gitkit::Stash& stash)

@@ -36,6 +36,8 @@ Undoable push(const std::string& branch, const std::string& remote);
 
 Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked);
 Undoable applyStash(const gitkit::Stash& stash, gitkit::StashUse use);
+/// Returns what has to be kept for an action that runs while the changes of files that git knows are stashed.
+Undoable betweenStashes(Undoable action);
 Undoable dropStash(const gitkit::Stash& stash);
 
 /// For a step of an unfinished operation, or its end.

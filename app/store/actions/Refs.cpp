@@ -11,6 +11,7 @@
 #include "app/store/Snapshot.h"
 #include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
+#include "app/store/actions/WaysOn.h"
 
 #include <QCoreApplication>
 
@@ -71,6 +72,19 @@ QCoro::Task<> leavingAfterCheck(Actors actors, std::string target, Change leave)
     actors.window.ask(std::move(question));
 }
 
+/// Returns a command that lists the files in which two states differ.
+std::vector<std::string> listing(std::vector<std::string> command)
+{
+    command.insert(command.begin() + 1, {"--name-only", "-z", "--no-renames", "--no-ext-diff"});
+    command.emplace_back("--");
+    return command;
+}
+
+std::vector<std::string> filesOfCommit(const std::string& hash)
+{
+    return listing({"diff-tree", "--root", "--no-commit-id", "-r", hash});
+}
+
 /// Begins a change that checks out `target`; asks first where commits would be left behind. Where a branch was checked
 /// out at the last status, the change itself looks again, because HEAD may have been detached elsewhere since.
 void leaveHead(Actors actors, const std::string& target, Change leave)
@@ -88,12 +102,23 @@ void leaveHead(Actors actors, const std::string& target, Change leave)
         }
         operation(repo);
     };
-    careful.failed = [actors, target, leave, wouldLeave](const Failure&) {
-        if (*wouldLeave)
-            launch(leavingAfterCheck(actors, target, leave));
-        return wouldLeave->load();
+    careful.failed = [actors, target, leave, wouldLeave](const Failure& failure) {
+        if (!*wouldLeave)
+            return leave.failed && leave.failed(failure);
+        launch(leavingAfterCheck(actors, target, leave));
+        return true;
     };
     actors.changes.run(std::move(careful));
+}
+
+/// The same, and changed files that are in the way can be stashed.
+void leaveHeadOrStash(Actors actors, const std::string& target, const QString& shown, Change leave)
+{
+    const auto begin = [actors, target](Change change) { leaveHead(actors, target, std::move(change)); };
+    begin(waysOn::offeringStash(actors, std::move(leave),
+                                {.message = RefTexts::tr("Before checkout of %1").arg(shown),
+                                 .listing = listing({"diff-tree", "-r", "HEAD", target}),
+                                 .begin = begin}));
 }
 
 void checkOut(Actors actors, const std::string& target, const QString& shown, GitAccess::Operation operation,
@@ -104,11 +129,11 @@ void checkOut(Actors actors, const std::string& target, const QString& shown, Gi
         actors.window.tell(why);
         return;
     }
-    leaveHead(actors, target,
-              {.verb = Verb::checkOut,
-               .title = RefTexts::tr("Checking out %1…").arg(shown),
-               .operation = std::move(operation),
-               .undo = undoable::checkout(target, shown, made)});
+    leaveHeadOrStash(actors, target, shown,
+                     {.verb = Verb::checkOut,
+                      .title = RefTexts::tr("Checking out %1…").arg(shown),
+                      .operation = std::move(operation),
+                      .undo = undoable::checkout(target, shown, made)});
 }
 
 void forceDelete(Changes& changes, const std::string& branch)
@@ -207,7 +232,7 @@ void createBranch(Actors actors, const std::string& name, const std::optional<st
                   .operation = [=](const GitRepository& repo) { repo.createBranch(name, startPoint, after); },
                   .undo = undoable::createBranch(name, startPoint, after)};
     if (startPoint && after == gitkit::AfterCreating::checkOut)
-        leaveHead(actors, *startPoint, std::move(create));
+        leaveHeadOrStash(actors, *startPoint, shownText(name), std::move(create));
     else
         actors.changes.run(std::move(create));
 }
@@ -247,26 +272,39 @@ void confirmDelete(Actors actors, const GitRef& ref)
 
 void merge(Actors actors, const GitRef& ref)
 {
-    actors.changes.run({.verb = Verb::merge,
-                        .title = RefTexts::tr("Merging %1…").arg(shownText(ref.name)),
-                        .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); },
-                        .undo = undoable::merge(ref.fullName, shownText(ref.name))});
+    const QString shown = shownText(ref.name);
+    actors.changes.run(
+        waysOn::offeringStash(actors,
+                              {.verb = Verb::merge,
+                               .title = RefTexts::tr("Merging %1…").arg(shown),
+                               .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); },
+                               .undo = undoable::merge(ref.fullName, shown)},
+                              {.message = RefTexts::tr("Before merge of %1").arg(shown),
+                               .listing = listing({"diff", "HEAD..." + ref.fullName})}));
 }
 
 void cherryPick(Actors actors, const std::string& hash)
 {
-    actors.changes.run({.verb = Verb::cherryPick,
-                        .title = RefTexts::tr("Cherry-picking…"),
-                        .operation = [hash](const GitRepository& repo) { repo.cherryPick(hash); },
-                        .undo = undoable::cherryPick(hash)});
+    actors.changes.run(waysOn::offeringStash(
+        actors,
+        {.verb = Verb::cherryPick,
+         .title = RefTexts::tr("Cherry-picking…"),
+         .operation = [hash](const GitRepository& repo) { repo.cherryPick(hash); },
+         .undo = undoable::cherryPick(hash)},
+        {.message = RefTexts::tr("Before cherry-pick of %1").arg(shownText(gitkit::shortHash(hash))),
+         .listing = filesOfCommit(hash)}));
 }
 
 void revert(Actors actors, const std::string& hash)
 {
-    actors.changes.run({.verb = Verb::revert,
-                        .title = RefTexts::tr("Reverting…"),
-                        .operation = [hash](const GitRepository& repo) { repo.revert(hash); },
-                        .undo = undoable::revert(hash)});
+    actors.changes.run(
+        waysOn::offeringStash(actors,
+                              {.verb = Verb::revert,
+                               .title = RefTexts::tr("Reverting…"),
+                               .operation = [hash](const GitRepository& repo) { repo.revert(hash); },
+                               .undo = undoable::revert(hash)},
+                              {.message = RefTexts::tr("Before revert of %1").arg(shownText(gitkit::shortHash(hash))),
+                               .listing = filesOfCommit(hash)}));
 }
 
 } // namespace plovik::actions

@@ -6,6 +6,7 @@
 #include "app/store/Snapshot.h"
 #include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
+#include "app/store/actions/WaysOn.h"
 
 #include <QCoreApplication>
 
@@ -31,10 +32,14 @@ void fetch(Actors actors)
 
 void pull(Actors actors)
 {
-    actors.changes.run({.verb = Verb::pull,
-                        .title = RemoteTexts::tr("Pulling…"),
-                        .operation = &GitRepository::pull,
-                        .undo = undoable::pull()});
+    actors.changes.run(waysOn::offeringStash(
+        actors,
+        {.verb = Verb::pull,
+         .title = RemoteTexts::tr("Pulling…"),
+         .operation = &GitRepository::pull,
+         .undo = undoable::pull()},
+        {.message = RemoteTexts::tr("Before pull"),
+         .listing = {"diff", "--name-only", "-z", "--no-renames", "--no-ext-diff", "HEAD...@{upstream}", "--"}}));
 }
 
 void push(Actors actors)

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the window offers where git refuses.
+
+#include "tests/store/UndoWindow.h"
+#include "tests/support/WholeState.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/StashedAway.h"
+#include "GitKit/runner/GitError.h"
+#include "GitKit/runner/RunContext.h"
+#include "app/store/RepositoryStore.h"
+#include "app/store/actions/Refs.h"
+#include "app/store/actions/Remotes.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <functional>
+#include <stop_token>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace plovik {
+namespace {
+
+using gitkit::StashedAway;
+
+/// Ten lines; those that are given are replaced.
+std::string lines(std::vector<std::pair<int, const char*>> changed)
+{
+    std::string text;
+    for (int number = 1; number <= 10; ++number) {
+        const auto found = std::ranges::find(changed, number, &std::pair<int, const char*>::first);
+        text += found == changed.end() ? "line " + std::to_string(number) + "\n" : std::string(found->second) + "\n";
+    }
+    return text;
+}
+
+struct OfferWindow : UndoWindow {
+    /// main and topic have one commit each above a common one; topic changes the first line of `a`, and `c`. The remote's
+    /// main has what topic has.
+    OfferWindow()
+    {
+        repo.write("a", lines({})).write("b", "1\n").write("c", "1\n").commit("base");
+        repo.git({"checkout", "-q", "-b", "topic"}).write("a", lines({{1, "topic"}})).write("c", "topic\n");
+        repo.commit("on topic").git({"remote", "add", "origin", remote.path().string()});
+        repo.git({"push", "-q", "origin", "topic:main"}).git({"checkout", "-q", "main"});
+        repo.git({"fetch", "-q"}).git({"branch", "-q", "-u", "origin/main"});
+    }
+    std::string asked() const
+    {
+        const auto question = store.window().confirmation.value();
+        return question ? question->title.toStdString() + '|' + question->detail.toStdString() : std::string();
+    }
+    void confirm()
+    {
+        worker.finishAll();
+        ASSERT_TRUE(store.window().confirmation.value()) << error();
+        store.window().confirm(store.window().confirmation.value()->id);
+        worker.finishAll();
+    }
+    std::string stashes() const { return repo.read({"stash", "list", "--format=%gs"}); }
+};
+
+struct WaysOn : testing::Test, OfferWindow {};
+
+const std::vector<std::pair<const char*, std::function<void(UndoWindow&)>>> actionsInTheWay{
+    {"checkout of topic", [](auto& t) { actions::checkout(t.store.actors(), t.ref("topic")); }},
+    {"checkout of new",
+     [](auto& t) {
+         actions::createBranch(t.store.actors(), "new", "refs/heads/topic", gitkit::AfterCreating::checkOut);
+     }},
+    {"merge of topic", [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},
+    {"cherry-pick of", [](auto& t) { actions::cherryPick(t.store.actors(), t.ref("topic").hash); }},
+    {"revert of", [](auto& t) { actions::revert(t.store.actors(), t.repo.read({"rev-parse", "HEAD"})); }},
+    {"pull", [](auto& t) { actions::pull(t.store.actors()); }},
+    {"pull with rebase", [](auto& t) { actions::pull(t.store.actors()); }},
+};
+
+TEST(WaysOnStories, ChangesInTheWayAreStashedAndComeBackInOneStep)
+{
+    for (const auto& [name, act] : actionsInTheWay) {
+        SCOPED_TRACE(name);
+        OfferWindow t;
+        const bool reverts = std::string_view(name) == "revert of";
+        if (reverts)
+            t.repo.write("a", lines({{1, "topic"}})).write("c", "topic\n").commit("to revert");
+        t.repo.git({"config", "pull.rebase", std::string_view(name) == "pull with rebase" ? "true" : "false"});
+        const char* const first = reverts ? "topic" : "line 1";
+        t.repo.write("a", lines({{1, first}, {5, "staged"}})).git({"add", "a"});
+        t.repo.write("a", lines({{1, first}, {5, "staged"}, {10, "changed"}})).write("b", "other\n");
+        t.load();
+        const std::string before = wholeState(t.repo);
+        act(t);
+        t.worker.finishAll();
+        EXPECT_EQ(t.asked().substr(0, 34), "1 changed file(s) are in the way|a") << t.asked() << t.error();
+        t.confirm();
+        EXPECT_EQ(t.error(), "");
+        EXPECT_EQ(t.notice(), "");
+        EXPECT_EQ(t.stashes(), "");
+        const char* const now = reverts ? "line 1" : "topic";
+        EXPECT_EQ(t.repo.read({"show", ":a"}) + '\n', lines({{1, now}, {5, "staged"}}));
+        EXPECT_EQ(bytesAt(t.repo / "a"), lines({{1, now}, {5, "staged"}, {10, "changed"}}));
+        EXPECT_EQ(bytesAt(t.repo / "b"), "other\n");
+        EXPECT_EQ(bytesAt(t.repo / "c"), reverts ? "1\n" : "topic\n");
+        const std::string after = wholeState(t.repo);
+        t.undo();
+        t.answer(); // what came is on the remote
+        EXPECT_EQ(wholeState(t.repo), before) << t.error() << t.notice();
+        t.redo();
+        t.answer();
+        EXPECT_EQ(wholeState(t.repo), after) << t.error() << t.notice();
+    }
+}
+
+TEST_F(WaysOn, ChangesThatDoNotFitStayInTheStash)
+{
+    repo.write("a", lines({{1, "mine"}}));
+    load();
+    const std::string before = wholeState(repo);
+    actions::checkout(store.actors(), ref("topic"));
+    confirm();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(notice(), "Your changes are in conflict with what came. They are also safe in the stash “Before checkout "
+                        "of topic”.");
+    EXPECT_EQ(stashes(), "On main: Before checkout of topic");
+    EXPECT_EQ(store.snapshot().conflictCount(), 1U);
+    EXPECT_EQ(store.snapshot().status.value().branch, "topic");
+    undo();
+    EXPECT_EQ(wholeState(repo), before) << error() << notice();
+}
+
+TEST_F(WaysOn, ChangesStayInTheStashWhileTheActionIsInConflict)
+{
+    repo.write("c", "ours\n").commit("ours").write("a", lines({{10, "mine"}}));
+    load();
+    const std::string before = wholeState(repo);
+    actions::merge(store.actors(), ref("topic"));
+    confirm();
+    EXPECT_NE(error().find("CONFLICT"), std::string::npos) << error();
+    EXPECT_EQ(notice(), "Your changes are in the stash “Before merge of topic”.");
+    EXPECT_EQ(stashes(), "On main: Before merge of topic");
+    EXPECT_EQ(store.snapshot().conflictCount(), 1U);
+    store.window().dismissError();
+    undo();
+    EXPECT_EQ(wholeState(repo), before) << error() << notice();
+}
+
+TEST_F(WaysOn, StashedChangesComeBackAfterAFailureAndAreKeptAfterAStop)
+{
+    repo.write("a", lines({{5, "staged"}})).git({"add", "a"}).write("a", lines({{5, "staged"}, {10, "mine"}}));
+    const std::string before = repo.read({"diff"}) + repo.read({"diff", "--cached"});
+    const gitkit::GitRepository door = repo.repository();
+    std::atomic<StashedAway> fate{StashedAway::nothing};
+    const auto refused = [](const auto&) { throw gitkit::GitError("checkout", 1, "no"); };
+    EXPECT_THROW(gitkit::runBetweenStashes(door, "m", refused, fate), gitkit::GitError);
+    EXPECT_EQ(fate, StashedAway::nothing);
+    EXPECT_EQ(repo.read({"diff"}) + repo.read({"diff", "--cached"}), before);
+    EXPECT_EQ(stashes(), "");
+
+    std::stop_source stop;
+    const auto stopped = [&stop](const gitkit::GitRepository& its) {
+        stop.request_stop();
+        its.git({"status"});
+    };
+    EXPECT_THROW(gitkit::runBetweenStashes(door.in({.stop = stop.get_token()}), "m", stopped, fate),
+                 gitkit::RunStopped);
+    EXPECT_EQ(fate, StashedAway::kept);
+    EXPECT_EQ(stashes(), "On main: m");
+    repo.git({"stash", "pop", "-q", "--index"});
+    EXPECT_EQ(repo.read({"diff"}) + repo.read({"diff", "--cached"}), before);
+}
+
+TEST_F(WaysOn, AStashWhoseStagedPartIsLostIsKept)
+{
+    repo.write("b", "staged\n").git({"add", "b"}).write("b", "1\n");
+    std::atomic<StashedAway> fate{StashedAway::nothing};
+    const auto changes = [this](const auto&) { repo.write("b", "else\n").commit("else"); };
+    gitkit::runBetweenStashes(repo.repository(), "m", changes, fate);
+    EXPECT_EQ(fate, StashedAway::unstaged);
+    EXPECT_EQ(stashes(), "On main: m");
+    EXPECT_EQ(repo.read({"show", "stash@{0}^2:b"}), "staged");
+}
+
+TEST_F(WaysOn, WhatCannotBeStashedIsToldInGitsWords)
+{
+    repo.write("untracked", "u").write("b", "changed\n");
+    repo.git({"checkout", "-q", "topic"}).write("untracked", "theirs").git({"add", "untracked"});
+    repo.git({"commit", "-q", "-m", "t"}).git({"push", "-q", "origin", "topic:main"}).git({"checkout", "-q", "main"});
+    repo.write("untracked", "u");
+    load();
+    actions::pull(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(asked(), "");
+    EXPECT_NE(error().find("untracked"), std::string::npos) << error();
+}
+
+} // namespace
+} // namespace plovik
