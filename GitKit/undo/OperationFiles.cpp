@@ -91,13 +91,12 @@ void restoreOperationFiles(const GitRepository& repo, const fs::path& gitDirecto
         if (std::ranges::none_of(wanted, isInside))
             fs::remove_all(gitDirectory / name, failure);
     }
+}
+
+void restoreOperationRefs(const GitRepository& repo, const fs::path& gitDirectory, const OperationFiles& to)
+{
     for (const auto& [name, hash] : operationRefs(repo, gitDirectory)) {
-        if (std::ranges::find(to.refs, name, &std::pair<std::string, std::string>::first) != to.refs.end())
-            continue;
-        // A file is removed as git itself does it: update-ref would wait for a lock that the transaction of the refs has.
-        if (kindAt(gitDirectory / name) == FileKind::regular)
-            fs::remove(gitDirectory / name, failure);
-        else
+        if (std::ranges::find(to.refs, name, &std::pair<std::string, std::string>::first) == to.refs.end())
             repo.runner().accepted({"update-ref", "--no-deref", "-d", name}, helperOptions());
     }
     for (const auto& [name, hash] : to.refs)

@@ -23,8 +23,12 @@ struct OperationFiles {
 /// Keeps them as they are now.
 OperationFiles operationFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory);
 
-/// Makes git remember `to` and nothing else. Throws GitError when a file cannot be written.
+// Both make git remember `to` and nothing else. They are apart because some repositories let no ref be written while
+// others are locked. Throw GitError when something cannot be written.
+
 void restoreOperationFiles(const GitRepository& repo, const std::filesystem::path& gitDirectory,
                            const OperationFiles& to);
+void restoreOperationRefs(const GitRepository& repo, const std::filesystem::path& gitDirectory,
+                          const OperationFiles& to);
 
 } // namespace gitkit

@@ -438,7 +438,10 @@ private:
             recording.movedAside({});
             throw;
         }
+        refs.reset();
         moveHead(repo_, way_.from.head, way_.to.head, title);
+        if (way_.from.operationRefs != way_.to.operationRefs)
+            restoreOperationRefs(repo_, gitDirectory_, {way_.to.operation, way_.to.operationRefs});
         done.hasMovedStashes = moveStashes(repo_, way_.to);
         moveSettings(repo_, way_.from, way_.to);
     }

@@ -183,7 +183,7 @@ bool readFact(Line& line, UndoStep& step)
     return true;
 }
 
-std::string stored(const GitRepository& repo, std::vector<std::string> command, std::string input)
+std::string stored(const GitRepository& repo, const std::vector<std::string>& command, std::string input)
 {
     RunOptions options = helperOptions();
     options.input = std::move(input);

@@ -72,8 +72,9 @@ void changeSize(double points)
 int changeSizeByWheel(int angle)
 {
     constexpr int notch = 120;
-    if (angle / notch != 0)
-        changeSize(angle / notch);
+    const int notches = angle / notch;
+    if (notches != 0)
+        changeSize(notches);
     return angle % notch;
 }
 

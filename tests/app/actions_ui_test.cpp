@@ -115,8 +115,7 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
 }
 
 /// A window's content over a real repository.
-class ActionsTest : public testing::Test {
-protected:
+struct ActionsTest : testing::Test {
     ActionsTest() { repo.write("a", "1\n").commit("one").git({"branch", "side"}); }
     ~ActionsTest() override { worker.settle(); }
 
@@ -301,8 +300,7 @@ TEST_F(ActionsTest, ThePaletteHasEveryCommandAndRef)
     delete window.takeCentralWidget();
 }
 
-class MainMenuTest : public testing::Test {
-protected:
+struct MainMenuTest : testing::Test {
     MainMenuTest()
     {
         window.setCentralWidget(&text);

@@ -41,7 +41,6 @@ namespace plovik {
 namespace {
 
 using gitkit::CommitKind;
-using gitkit::GitRepository;
 using test::entries;
 using test::entry;
 using test::named;

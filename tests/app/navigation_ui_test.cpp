@@ -31,8 +31,7 @@ using test::entry;
 using test::named;
 using test::openDialog;
 
-class NavigationUi : public testing::Test {
-protected:
+struct NavigationUi : testing::Test {
     NavigationUi()
     {
         std::string stream;

@@ -15,7 +15,8 @@ namespace {
 using LineKind = gitkit::DiffLine::Kind;
 
 /// Runs on the worker's thread.
-int countMatches(gitkit::ParsedDiff diff, const DiffSearchRequest& request)
+int countMatches(gitkit::ParsedDiff diff, // NOLINT(performance-unnecessary-value-param): it is handed over
+                 const DiffSearchRequest& request)
 {
     int count = 0;
     for (const gitkit::DiffLine& line : diff.lines) {

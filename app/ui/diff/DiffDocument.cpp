@@ -49,8 +49,10 @@ DiffDocument::DiffDocument(gitkit::ParsedDiff diff, int tabWidth)
         movedLines_.assign(diff_.lines.size(), -1);
     for (const gitkit::MovedBlock& block : diff_.moved) {
         for (int i = 0; i < block.count; ++i) {
-            movedLines_[static_cast<std::size_t>(block.removed + i)] = block.added + i;
-            movedLines_[static_cast<std::size_t>(block.added + i)] = block.removed + i;
+            const int removed = block.removed + i;
+            const int added = block.added + i;
+            movedLines_[static_cast<std::size_t>(removed)] = added;
+            movedLines_[static_cast<std::size_t>(added)] = removed;
         }
     }
     makeRows();

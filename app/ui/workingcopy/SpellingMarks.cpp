@@ -116,7 +116,7 @@ void SpellingMarks::addSuggestions(QMenu& menu, int position)
         if (column < word.start || column > word.start + word.length || isRight(text))
             continue;
         QAction* const before = menu.actions().value(0);
-        const auto add = [&](const QString& title, auto act) {
+        const auto add = [&](const QString& title, const auto& act) {
             auto* const action = new QAction(title, &menu);
             connect(action, &QAction::triggered, this, act);
             menu.insertAction(before, action);
