@@ -242,7 +242,11 @@ void Changes::askToDoWithoutUndo(Change change, const NotKept& why)
                            : tr("Nothing was done. %1").arg(failureOf(why).message);
     question.actionTitle = tr("Do It Without Undo");
     change.consent = StepKeeping::Consent::noUndo;
-    question.action = [this, change = std::move(change)] { run(change); };
+    question.action = [this, change = std::move(change)] {
+        if (change.undo->kept)
+            change.undo->kept->isLeftOut = true;
+        run(change);
+    };
     window_.ask(std::move(question));
 }
 

@@ -46,16 +46,20 @@ Discards::Discards(WindowState& window, Snapshot& snapshot, Changes& changes, Un
 
 bool Discards::runKeeping(Change change, const Files& files, Way way)
 {
-    const std::shared_ptr<std::string> name = change.undo ? change.undo->kept : nullptr;
-    change.operation = [name, files, way = std::move(way), directory = snapshot_.gitDirectory(),
+    const std::shared_ptr<KeptFiles> note = change.undo ? change.undo->kept : nullptr;
+    change.operation = [note, files, way = std::move(way), directory = snapshot_.gitDirectory(),
                         take = std::move(change.operation)](const GitRepository& repo) {
         if (way.check)
             way.check(repo);
+        if (note && note->isLeftOut) {
+            take(repo);
+            return;
+        }
         const gitkit::Keeping done =
             gitkit::keeping(repo, directoryOf(directory, repo), way.isStep ? trackedChanges(repo) : files,
                             way.isStep ? gitkit::Taking::step : gitkit::Taking::discard, [&] { take(repo); });
-        if (name && done.kept)
-            *name = done.kept->name;
+        if (note && done.kept)
+            note->name = done.kept->name;
         if (done.failure)
             std::rethrow_exception(done.failure);
     };

@@ -87,7 +87,7 @@ void StepKeeping::end(bool hasFailed) noexcept
             recording_->movedAside(std::move(left));
         }
         if (what_.kept)
-            recording_->keptAs(*what_.kept);
+            recording_->keptAs(what_.kept->name);
         step_ = recording_->finish(*repo_);
     } catch (const std::exception& failure) {
         problem_ = failure.what();

@@ -17,6 +17,13 @@
 
 namespace plovik {
 
+/// What an operation that keeps files by itself tells and is told. Written on the main thread before it begins, and on the
+/// worker while it runs.
+struct KeptFiles {
+    std::string name;       ///< of what keeping() has kept; empty when nothing
+    bool isLeftOut = false; ///< the user wants it done without keeping anything
+};
+
 /// What must be known of a change so that it can be taken back.
 struct Undoable {
     QString title; ///< names it in a sentence, as “Merge of topic”
@@ -28,8 +35,8 @@ struct Undoable {
     std::function<gitkit::InTheWay(const gitkit::GitRepository&)> inTheWay = {};
     /// The change takes work that is nowhere else: without a way back it does not begin.
     bool takesWork = false;
-    /// Where the operation notes what keeping() has kept; may be empty.
-    std::shared_ptr<std::string> kept = {};
+    /// For an operation that keeps files by itself; may be empty.
+    std::shared_ptr<KeptFiles> kept = {};
 };
 
 /// Files that git does not know stand where a change would write.

@@ -285,7 +285,8 @@ Undoable discard(const Files& files)
     Undoable undo{.title = UndoTexts::tr("Discard of %1").arg(namesOf(files)),
                   .done = UndoTexts::tr("Discarded %1.").arg(namesOf(files)),
                   .scope = {.kind = "discard", .movesIndex = true},
-                  .kept = std::make_shared<std::string>()};
+                  .takesWork = true,
+                  .kept = std::make_shared<KeptFiles>()};
     for (const gitkit::FileChange& file : files)
         addPaths(file, file.isUntracked() ? undo.scope.removes : undo.scope.overwrites);
     return undo;

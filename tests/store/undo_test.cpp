@@ -2,6 +2,7 @@
 // Every action of the store, taken back and done again.
 
 #include "tests/store/UndoWindow.h"
+#include "tests/support/FullDisk.h"
 #include "tests/support/WholeState.h"
 
 #include "GitKit/repository/GitRepository.h"
@@ -23,7 +24,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct StoreUndo : testing::Test, UndoWindow {};
+struct StoreUndo : testing::Test, UndoWindow {
+    int status_ = 0;
+};
 
 struct Story {
     const char* title;
@@ -238,6 +241,54 @@ TEST_F(StoreUndo, RefusesInWordsWithAWayOn)
     store.window().confirmAlternative(asked().id);
     worker.finishAll();
     EXPECT_NO_THROW(ref("topic-2")) << error();
+}
+
+TEST_F(StoreUndo, NothingIsTakenWithoutAWayBack)
+{
+    repo.write("a", "1").commit("one").write("a", "mine");
+    load();
+    store.staging().confirmDiscard(files());
+    worker.finishAll();
+    {
+        const test::FullDisk full(20);
+        store.window().confirm(store.window().confirmation.value()->id);
+        worker.finishAll();
+    }
+    ASSERT_TRUE(store.window().confirmation.value()) << error();
+    EXPECT_EQ(store.window().confirmation.value()->title.toStdString(), "No way back could be kept");
+    EXPECT_EQ(bytesAt(repo / "a"), "mine");
+    answer();
+    EXPECT_EQ(bytesAt(repo / "a"), "1");
+    EXPECT_EQ(store.undo().whyNoUndo().toStdString(), "There is nothing to undo.");
+}
+
+TEST_F(StoreUndo, ALinkedWorkingTreeHasStepsOfItsOwn)
+{
+    repo.write("a", "1").commit("one").git({"worktree", "add", "-q", "-b", "side", (trash / "tree").string()});
+    RepositoryStore linked(trash / "tree", worker);
+    linked.snapshot().refresh(RefreshScope::full);
+    worker.finishAll();
+    actions::createBranch(linked.actors(), "new", std::nullopt, gitkit::AfterCreating::checkOut);
+    worker.finishAll();
+    load();
+    EXPECT_EQ(undoTitle(), "");
+    EXPECT_EQ(linked.undo().undoTitle.value().value_or(QString()).toStdString(), "New Branch “new”");
+    linked.undo().undo();
+    worker.finishAll();
+    EXPECT_EQ(linked.snapshot().headDescription().toStdString(), "side");
+    EXPECT_EQ(repo.read({"branch", "--list", "new"}), "");
+
+    // A branch that is checked out there is not moved from here.
+    repo.write("b", "1").git({"add", "b"});
+    load();
+    store.draft().setSubject(QStringLiteral("more"));
+    store.draft().commit();
+    worker.finishAll();
+    repo.git({"checkout", "-q", "--detach"});
+    runPlainGit(trash / "tree", {"checkout", "-q", "main"}, status_);
+    undo();
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s", "main"}), "more");
+    EXPECT_TRUE(store.window().confirmation.value());
 }
 
 TEST_F(StoreUndo, APushIsShownAndStandsInTheWay)
