@@ -466,6 +466,17 @@ private:
     Names inTheWay_;
 };
 
+Names filesBelow(const fs::path& folder)
+{
+    Names paths;
+    std::error_code failure;
+    for (const auto& entry : fs::recursive_directory_iterator(folder, failure)) {
+        if (kindAt(entry.path()) != FileKind::folder)
+            paths.push_back(entry.path().lexically_relative(folder).string());
+    }
+    return paths;
+}
+
 std::optional<std::string> valueOf(const GitRepository& repo, const std::string& ref)
 {
     const GitOutput found = repo.runner().output({"rev-parse", "--verify", "--quiet", ref}, helperOptions());
@@ -530,7 +541,9 @@ TakenBack restoreBefore(const GitRepository& repo, const fs::path& gitDirectory,
     way.refs = backTo(repo, step);
     Moving moving(repo, gitDirectory, std::move(way), Over::edits);
     moving.check();
-    TakenBack done = moving.run(step, title);
+    UndoStep whole = step;
+    whole.aside = filesBelow(asideFolder(gitDirectory, step.id)); // they were moved after the beginning was kept
+    TakenBack done = moving.run(whole, title);
     leaveAsIs(repo, gitDirectory, step);
     return done;
 }

@@ -602,6 +602,16 @@ TEST(UndoJournal, BringsBackWhatWasMovedOutOfTheWay)
     EXPECT_EQ(bytesAt(repo / ".env"), "secret");
     EXPECT_EQ(wholeState(repo), before);
 
+    { // cut off after the file was moved
+        const UndoRecording cut(kit, directory,
+                                {.kind = "checkout", .title = "Check out", .movesFiles = true, .movesIndex = true});
+        moveAside(kit, found.ignored, asideFolder(directory, cut.id()));
+        repo.git({"checkout", "-q", "topic"});
+    }
+    restoreBefore(kit, directory, undoSteps(kit).front(), "Restored");
+    EXPECT_EQ(bytesAt(repo / ".env"), "secret");
+    EXPECT_EQ(wholeState(repo), before);
+
     fs::create_directories(asideFolder(directory, "old"));
     fs::create_directories(asideFolder(directory, "young"));
     fs::last_write_time(asideFolder(directory, "old"), fs::file_time_type::clock::now() - std::chrono::hours(24 * 31));
