@@ -523,10 +523,13 @@ void Undo::closeInterrupted(bool restores)
                       },
                   .succeeded =
                       [this, done] {
+                          const QString title = inQuotes(titleOf(*interrupted_));
                           interrupted_.reset();
                           interrupted = QString();
-                          if (done->step)
-                              add(*done->step);
+                          if (!done->step)
+                              return;
+                          add(*done->step);
+                          say(tr("Restored the state before %1.").arg(title), Said::Offer::none);
                       }});
 }
 
