@@ -108,8 +108,10 @@ void Toolbar::updateButtons()
         const Command& shown = command(id);
         button->setEnabled(shown.isOffered(store_));
         const QString name = tr("%1 (%2)", "command, keys").arg(shown.title(), keysOf(id));
-        const QString whyNot = shown.whyNot(store_);
-        button->setToolTip(plainToolTip(whyNot.isEmpty() ? name : name + u'\n' + whyNot));
+        QString more = shown.whyNot(store_);
+        if (more.isEmpty() && id == CommandId::push) // what cannot be undone says so before
+            more = tr("Others may fetch this within seconds.");
+        button->setToolTip(plainToolTip(more.isEmpty() ? name : name + u'\n' + more));
     }
 }
 
