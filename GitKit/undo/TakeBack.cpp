@@ -15,6 +15,7 @@
 #include "GitKit/undo/UndoLog.h"
 #include "GitKit/undo/UndoRecord.h"
 #include "GitKit/undo/UndoRefused.h"
+#include "GitKit/undo/UndoWay.h"
 
 #include <algorithm>
 #include <array>
@@ -31,111 +32,8 @@ namespace fs = std::filesystem;
 using Cause = UndoRefused::Cause;
 using Names = std::vector<std::string>;
 
-/// From one moment to another.
-struct Way {
-    UndoPoint from;
-    UndoPoint to;
-    std::vector<RefUpdate> refs;
-};
-
-TreeMove filesOf(const Way& way) { return {way.from.filesTree, way.to.filesTree}; }
-TreeMove indexOf(const Way& way)
-{
-    return {way.from.indexTree, way.to.indexTree, way.from.conflicts, way.to.conflicts};
-}
-bool movesFiles(const Way& way) { return !way.from.filesTree.empty() && !way.to.filesTree.empty(); }
-bool movesIndex(const Way& way) { return !way.from.indexTree.empty() && !way.to.indexTree.empty(); }
-
-Way reversed(const Way& way)
-{
-    Way back{way.to, way.from, {}};
-    for (const RefUpdate& update : way.refs)
-        back.refs.push_back({update.name, update.to, update.from});
-    return back;
-}
-
-bool isAbsent(const UndoPoint& point, const std::string& path)
-{
-    return std::ranges::find(point.absent, path) != point.absent.end();
-}
-
-unsigned modeOf(const UndoPoint& point, const std::string& path)
-{
-    const auto found = std::ranges::find(point.modes, path, &std::pair<std::string, unsigned>::first);
-    return found == point.modes.end() ? 0 : found->second;
-}
-
-/// Returns the paths of the files whose bytes are kept and that differ between the moments, be it in a tree only.
-Names keptPaths(const GitRepository& repo, const Way& way)
-{
-    std::map<std::string, std::array<OverlayFile, 2>> found;
-    const UndoPoint* const points[] = {&way.from, &way.to};
-    for (std::size_t side = 0; side < 2; ++side) {
-        if (points[side]->overlay.empty())
-            continue;
-        for (OverlayFile& file : overlayFiles(repo, points[side]->overlay)) {
-            const std::string path = file.path;
-            found[path][side] = std::move(file);
-        }
-    }
-    const std::set<std::string> moved = movesFiles(way) ? movedPaths(repo, filesOf(way)) : std::set<std::string>();
-    // A file that is missing at one moment may have no bytes at the other one, where it follows the tree.
-    std::set<std::string> missing;
-    for (const UndoPoint* point : points) {
-        for (const std::string& path : point->absent) {
-            if (moved.contains(path))
-                missing.insert(path);
-        }
-    }
-    Names paths(missing.begin(), missing.end());
-    for (const auto& [path, files] : found) {
-        if (files[0] != files[1] || moved.contains(path) || modeOf(way.from, path) != modeOf(way.to, path))
-            paths.push_back(path);
-    }
-    std::ranges::sort(paths);
-    paths.erase(std::ranges::unique(paths).begin(), paths.end());
-    return paths;
-}
-
-/// Returns the files that a moment does not have and that the other one does, as far as their bytes are not kept.
-Names removedPaths(const UndoPoint& point, const Names& kept)
-{
-    Names paths;
-    for (const std::string& path : point.absent) {
-        if (!std::ranges::binary_search(kept, path))
-            paths.push_back(path);
-    }
-    return paths;
-}
-
-/// Returns the files among `paths` whose bytes are not as the moment has them.
-Names editedBytes(const GitRepository& repo, const UndoPoint& point, const Names& paths)
-{
-    if (paths.empty())
-        return {};
-    std::vector<OverlayFile> wanted;
-    if (!point.overlay.empty())
-        wanted = overlayFiles(repo, point.overlay);
-    std::erase_if(wanted, [&paths](const OverlayFile& file) { return !std::ranges::binary_search(paths, file.path); });
-    std::vector<OverlayFile> found = overlayFiles(repo, writeOverlay(repo, paths));
-    // A file that follows a tree at that moment is looked at elsewhere.
-    std::erase_if(found, [&](const OverlayFile& file) {
-        return std::ranges::find(wanted, file.path, &OverlayFile::path) == wanted.end() && !isAbsent(point, file.path);
-    });
-    std::set<std::string> changed;
-    const auto noteMissing = [&changed](const std::vector<OverlayFile>& from, const std::vector<OverlayFile>& in) {
-        for (const OverlayFile& file : from) {
-            if (std::ranges::find(in, file) == in.end())
-                changed.insert(file.path);
-        }
-    };
-    noteMissing(wanted, found);
-    noteMissing(found, wanted);
-    return {changed.begin(), changed.end()};
-}
-
 /// A branch that is not checked out, or a stash, comes back wherever HEAD is.
-bool concernsHead(const Way& way)
+bool concernsHead(const UndoWay& way)
 {
     const auto isHead = [&way](const RefUpdate& update) { return update.name == way.from.head.branch; };
     return way.from.head.branch != way.to.head.branch || movesFiles(way) || movesIndex(way) ||
@@ -171,7 +69,7 @@ void explainRefs(const GitRepository& repo, const std::vector<RefUpdate>& update
 }
 
 /// Makes sure that no other working tree has a branch checked out that is about to move.
-void requireNotElsewhere(const GitRepository& repo, const Way& way)
+void requireNotElsewhere(const GitRepository& repo, const UndoWay& way)
 {
     Names moving;
     for (const RefUpdate& update : way.refs) {
@@ -194,126 +92,10 @@ void requireNotElsewhere(const GitRepository& repo, const Way& way)
     }
 }
 
-/// Writes the bytes that a moment keeps of these files. Throws GitError with the first that could not be written.
-void moveBytes(const GitRepository& repo, const UndoPoint& to, const Names& paths)
-{
-    const auto isMeant = [&paths](const std::string& path) { return std::ranges::binary_search(paths, path); };
-    Names failed;
-    if (!to.overlay.empty()) {
-        std::vector<OverlayFile> files = overlayFiles(repo, to.overlay);
-        std::erase_if(files, [&](const OverlayFile& file) { return !isMeant(file.path); });
-        failed = restoreOverlay(repo, files);
-    }
-    for (const auto& [path, mode] : to.modes) {
-        if (isMeant(path) && kindAt(repo.root() / path) == FileKind::regular)
-            ::chmod((repo.root() / path).c_str(), mode);
-    }
-    for (const std::string& path : to.absent) {
-        if (isMeant(path) && kindAt(repo.root() / path) != FileKind::none &&
-            ::unlink((repo.root() / path).c_str()) != 0)
-            failed.push_back(path);
-    }
-    if (!failed.empty())
-        throw GitError("undo", 1, inQuotes(failed.front()) + " could not be written.");
-}
-
-void moveHead(const GitRepository& repo, const HeadPlace& from, const HeadPlace& to, const std::string& reason)
-{
-    if (from.branch == to.branch && (!to.branch.empty() || from.hash == to.hash))
-        return;
-    if (!to.branch.empty())
-        repo.runner().accepted({"symbolic-ref", "-m", reason, "HEAD", to.branch}, helperOptions());
-    else
-        repo.runner().accepted({"update-ref", "--no-deref", "-m", reason, "HEAD", to.hash}, helperOptions());
-}
-
-/// Returns whether a stash came back.
-bool moveStashes(const GitRepository& repo, const UndoPoint& to)
-{
-    if (!to.stashes)
-        return false;
-    const auto has = [](const std::vector<KeptStash>& stashes, const std::string& hash) {
-        return std::ranges::find(stashes, hash, &KeptStash::hash) != stashes.end();
-    };
-    const std::vector<KeptStash> now = stashesNow(repo);
-    // From the last on, so that the numbers of the others stay.
-    for (std::size_t index = now.size(); index-- > 0;) {
-        if (!has(*to.stashes, now[index].hash))
-            repo.runner().accepted({"stash", "drop", "--quiet", "stash@{" + std::to_string(index) + "}"},
-                                   helperOptions());
-    }
-    bool cameBack = false;
-    for (auto stash = to.stashes->rbegin(); stash != to.stashes->rend(); ++stash) {
-        if (has(now, stash->hash))
-            continue;
-        repo.runner().accepted({"stash", "store", "--quiet", "-m", stash->message, stash->hash}, helperOptions());
-        cameBack = true;
-    }
-    return cameBack;
-}
-
-/// Returns the settings of each section, in the order in which they stand.
-std::map<std::string, std::vector<Setting>> sectionsOf(const std::vector<Setting>& settings)
-{
-    std::map<std::string, std::vector<Setting>> sections;
-    for (const Setting& setting : settings)
-        sections[setting.key.substr(0, setting.key.rfind('.'))].push_back(setting);
-    return sections;
-}
-
-/// Makes the sections that differ between the moments what they were.
-void moveSettings(const GitRepository& repo, const UndoPoint& from, const UndoPoint& to)
-{
-    if (!from.settings || !to.settings)
-        return;
-    auto wanted = sectionsOf(*to.settings);
-    auto left = sectionsOf(*from.settings);
-    auto now = sectionsOf(settingsNow(repo));
-    std::set<std::string> names;
-    for (const auto* sections : {&wanted, &left}) {
-        for (const auto& [name, settings] : *sections)
-            names.insert(name);
-    }
-    for (const std::string& name : names) {
-        if (wanted[name] == left[name] || wanted[name] == now[name])
-            continue;
-        std::set<std::string> keys;
-        for (const Setting& setting : now[name])
-            keys.insert(setting.key);
-        for (const std::string& key : keys)
-            repo.runner().accepted({"config", "--local", "--unset-all", key}, helperOptions());
-        for (const Setting& setting : wanted[name])
-            repo.runner().accepted({"config", "--local", "--add", setting.key, setting.value}, helperOptions());
-    }
-}
-
-/// Moves what the transaction of the refs is open for.
-void moveAll(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept,
-             const Names& known)
-{
-    if (movesFiles(way))
-        moveFiles(repo, gitDirectory, filesOf(way), known);
-    if (movesIndex(way))
-        moveIndex(repo, gitDirectory, indexOf(way));
-    moveBytes(repo, way.to, kept);
-    if (way.from.operation != way.to.operation || way.from.operationRefs != way.to.operationRefs)
-        restoreOperationFiles(repo, gitDirectory, {way.to.operation, way.to.operationRefs});
-}
-
-/// Goes back after a failure. What fails here, too, stays kept in the step.
-void moveAllBack(const GitRepository& repo, const fs::path& gitDirectory, const Way& way, const Names& kept,
-                 const Names& known)
-{
-    try {
-        moveAll(repo, gitDirectory, reversed(way), kept, known);
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the first failure is told
-    }
-}
-
 /// What takes a step back, in the order of its steps.
 class Moving {
 public:
-    Moving(const GitRepository& repo, fs::path gitDirectory, Way way, Over over)
+    Moving(const GitRepository& repo, fs::path gitDirectory, UndoWay way, Over over)
         : repo_(repo), gitDirectory_(std::move(gitDirectory)), way_(std::move(way)), over_(over),
           kept_(keptPaths(repo_, way_))
     {}
@@ -458,7 +240,7 @@ private:
 
     const GitRepository& repo_;
     fs::path gitDirectory_;
-    Way way_;
+    UndoWay way_;
     Over over_;
     Names kept_;  ///< paths of files whose bytes are kept, sorted
     Names known_; ///< files that git does not know and that may be written over
@@ -506,7 +288,7 @@ TakenBack takeBack(const GitRepository& repo, const fs::path& gitDirectory, cons
 {
     if (!step.after)
         throw UndoRefused(Cause::noEnd, {}, "The step has no end, so that it is not known what it has changed.");
-    Way way = reversed({step.before, *step.after, step.refs});
+    UndoWay way = reversed({step.before, *step.after, step.refs});
     if (concernsHead(way))
         requireSameHead(way.from, pointNow(repo, gitDirectory, {}));
     // What keeps the files of a discard fits them into what was written since.
@@ -537,7 +319,7 @@ TakenBack restoreBefore(const GitRepository& repo, const fs::path& gitDirectory,
                 scope.overwrites.push_back(path);
         }
     }
-    Way way{pointNow(repo, gitDirectory, scope), step.before, {}};
+    UndoWay way{pointNow(repo, gitDirectory, scope), step.before, {}};
     way.refs = backTo(repo, step);
     Moving moving(repo, gitDirectory, std::move(way), Over::edits);
     moving.check();
