@@ -220,7 +220,7 @@ bool Changes::asksToKeep(const Change& change, const std::exception& thrown)
 void Changes::askToMoveAside(Change change, const std::vector<std::string>& paths)
 {
     Confirmation question;
-    question.title = tr("%n file(s) are in the way", nullptr, static_cast<int>(paths.size()));
+    question.title = tr("%Ln file(s) are in the way", nullptr, static_cast<int>(paths.size()));
     question.message = tr("Git does not know them, and files of the same names would come in their places. They can be "
                           "moved aside. Undo brings them back.");
     question.detail = namesInLines(paths);

@@ -172,7 +172,7 @@ void Undo::add(UndoStep step)
 
 void Undo::tellMovedAside(const std::vector<std::string>& paths)
 {
-    window_.tell(tr("Moved %n ignored file(s) out of the way: %1. Undo brings them back.", nullptr,
+    window_.tell(tr("Moved %Ln ignored file(s) out of the way: %1. Undo brings them back.", nullptr,
                     static_cast<int>(paths.size()))
                      .arg(namesOfFiles(paths)));
 }
@@ -300,8 +300,8 @@ void Undo::explain(const UndoStep& step, Direction direction, Cause cause, const
     Confirmation question;
     question.risk = Confirmation::Risk::none;
     if (cause == Cause::editedFiles || cause == Cause::inTheWay) {
-        question.title = cause == Cause::editedFiles ? tr("%n file(s) were edited after %1", nullptr, count).arg(title)
-                                                     : tr("%n file(s) are in the way", nullptr, count);
+        question.title = cause == Cause::editedFiles ? tr("%Ln file(s) were edited after %1", nullptr, count).arg(title)
+                                                     : tr("%Ln file(s) are in the way", nullptr, count);
         question.message = cause == Cause::editedFiles
                                ? (direction == Direction::undo
                                       ? tr("Undo would take those edits back too; they stay in the timeline.")
@@ -429,7 +429,7 @@ void Undo::confirmUndoTo(const std::string& id)
         titles.append(titleOf(actionOf(steps_, step)));
     const auto count = static_cast<int>(all.size());
     Confirmation question;
-    question.title = tr("Undo %n step(s)?", nullptr, count);
+    question.title = tr("Undo %Ln step(s)?", nullptr, count);
     question.message = tr("Each is a step of its own in the timeline, and can be done again.");
     question.detail = titles.join(u'\n');
     question.actionTitle = tr("Undo");

@@ -212,17 +212,10 @@
 <context>
     <name>plovik::Changes</name>
     <message numerus="yes">
-        <source>and %n other(s)</source>
+        <source>%Ln file(s) are in the way</source>
         <translation>
-            <numerusform>and %n other</numerusform>
-            <numerusform>and %n others</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n file(s) are in the way</source>
-        <translation>
-            <numerusform>%n file is in the way</numerusform>
-            <numerusform>%n files are in the way</numerusform>
+            <numerusform>%Ln file is in the way</numerusform>
+            <numerusform>%Ln files are in the way</numerusform>
         </translation>
     </message>
 </context>
@@ -537,31 +530,41 @@
 <context>
     <name>plovik::Undo</name>
     <message numerus="yes">
-        <source>Moved %n ignored file(s) out of the way: %1. Undo brings them back.</source>
+        <source>Moved %Ln ignored file(s) out of the way: %1. Undo brings them back.</source>
         <translation>
-            <numerusform>Moved %n ignored file out of the way: %1. Undo brings it back.</numerusform>
-            <numerusform>Moved %n ignored files out of the way: %1. Undo brings them back.</numerusform>
+            <numerusform>Moved %Ln ignored file out of the way: %1. Undo brings it back.</numerusform>
+            <numerusform>Moved %Ln ignored files out of the way: %1. Undo brings them back.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n file(s) were edited after %1</source>
+        <source>%Ln file(s) were edited after %1</source>
         <translation>
-            <numerusform>%n file was edited after %1</numerusform>
-            <numerusform>%n files were edited after %1</numerusform>
+            <numerusform>%Ln file was edited after %1</numerusform>
+            <numerusform>%Ln files were edited after %1</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n file(s) are in the way</source>
+        <source>%Ln file(s) are in the way</source>
         <translation>
-            <numerusform>%n file is in the way</numerusform>
-            <numerusform>%n files are in the way</numerusform>
+            <numerusform>%Ln file is in the way</numerusform>
+            <numerusform>%Ln files are in the way</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Undo %n step(s)?</source>
+        <source>Undo %Ln step(s)?</source>
         <translation>
-            <numerusform>Undo %n step?</numerusform>
-            <numerusform>Undo %n steps?</numerusform>
+            <numerusform>Undo %Ln step?</numerusform>
+            <numerusform>Undo %Ln steps?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::WaysOn</name>
+    <message numerus="yes">
+        <source>%n changed file(s) are in the way</source>
+        <translation>
+            <numerusform>%n changed file is in the way</numerusform>
+            <numerusform>%n changed files are in the way</numerusform>
         </translation>
     </message>
 </context>
