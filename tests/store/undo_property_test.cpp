@@ -120,7 +120,8 @@ private:
     std::string told() const
     {
         const auto& question = window_.store.window().confirmation.value();
-        return window_.error() + window_.notice() +
+        return window_.error() + window_.notice() + '\n' +
+               window_.repo.read({"log", "-g", "-6", "--format=%gs", "PLOVIK_UNDO_HEAD", "--"}) + '\n' +
                (question ? question->title.toStdString() + ": " + question->message.toStdString() +
                                question->detail.toStdString()
                          : std::string());
