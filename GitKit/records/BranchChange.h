@@ -9,4 +9,7 @@ enum class AfterCreating { stay, checkOut };
 /// Whether a branch with commits that are not merged anywhere is deleted too.
 enum class Deletion { ifMerged, force };
 
+/// How a pull joins what both sides have: as the configuration says, or as somebody has chosen.
+enum class PullBy { setting, merging, rebasing };
+
 } // namespace gitkit

@@ -103,7 +103,7 @@ public:
     void discard(const std::vector<FileChange>& files, const Trash& trash) const;
 
     /// Records the message unchanged, but ends its last line. An amended message that equals HEAD's is not touched.
-    void commit(const std::string& message, CommitMode mode) const;
+    void commit(const std::string& message, CommitMode mode, CommitHooks hooks = CommitHooks::run) const;
     // Existing refs are given by their full name (refs/heads/main) or by a hash, which are unambiguous. New names, and
     // names that can only be those of a branch or only those of a tag, are short.
 
@@ -126,7 +126,7 @@ public:
     void stashDrop(const Stash& stash) const;
 
     void fetch() const;
-    void pull() const;
+    void pull(PullBy how = PullBy::setting) const;
     /// Pushes `branch` to the branch of the same name. With `upstreamRemote`, pushes there and sets it as the upstream;
     /// otherwise `branch` must be the current one.
     void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;

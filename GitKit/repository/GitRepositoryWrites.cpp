@@ -224,13 +224,15 @@ std::string GitRepository::lastCommitMessage() const
     return message;
 }
 
-void GitRepository::commit(const std::string& message, CommitMode mode) const
+void GitRepository::commit(const std::string& message, CommitMode mode, CommitHooks hooks) const
 {
     if (trimmed(message).empty())
         throw GitError("commit", 1, "A commit needs a message.");
     Arguments arguments{"commit", "--cleanup=verbatim", "-F", "-"};
     if (mode == CommitMode::amend)
         arguments.emplace_back("--amend");
+    if (hooks == CommitHooks::skip)
+        arguments.emplace_back("--no-verify");
     std::string input = message;
     if (!input.ends_with('\n') && (mode == CommitMode::create || input != lastCommitMessage()))
         input += '\n';
@@ -358,10 +360,16 @@ void GitRepository::stashDrop(const Stash& stash) const
 
 void GitRepository::fetch() const { runTelling(runner_, {"fetch", "--all", "--prune", "--progress"}); }
 
-void GitRepository::pull() const
+void GitRepository::pull(PullBy how) const
 {
     waitForIndex(*this);
-    runTelling(runner_, {"pull", "--progress"});
+    Arguments arguments{"pull", "--progress"};
+    // What was chosen holds against pull.ff=only, too.
+    if (how == PullBy::merging)
+        arguments.insert(arguments.end(), {"--no-rebase", "--ff"});
+    if (how == PullBy::rebasing)
+        arguments.emplace_back("--rebase");
+    runTelling(runner_, arguments);
 }
 
 void GitRepository::push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const

@@ -153,6 +153,8 @@ constexpr auto rows = std::to_array<Row>({
     {Kind::nothingToDo, "commit", 1, "nothing added to commit", ""},
     {Kind::nothingToDo, "commit", 1, "no changes added to commit", ""},
     {Kind::nothingToDo, "", 1, "The previous cherry-pick is now empty", ""},
+    {Kind::nothingToDo, "revert", 1, "nothing to commit", ""},
+    {Kind::nothingToDo, "revert", 1, "nothing added to commit", ""},
     {Kind::other, "commit", 1, "Aborting commit", ""},
     // Git itself says nothing when a hook ends a commit, and gives up with another status where it does.
     {Kind::rejectedByHook, "commit", 1, "", ""},

@@ -3,6 +3,7 @@
 
 #include "GitKit/repository/CommitTemplate.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Identity.h"
 #include "app/store/Changes.h"
 #include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
@@ -209,7 +210,15 @@ std::string CommitDraft::message() const
     return (body.isEmpty() ? subject : subject + u"\n\n"_s + body).toStdString();
 }
 
-void CommitDraft::commit()
+void CommitDraft::commit(gitkit::CommitHooks hooks) { commitAfter({}, hooks); }
+
+void CommitDraft::commitAs(const gitkit::Identity& identity, gitkit::IdentityPlace place)
+{
+    commitAfter([identity, place](const GitRepository& repo) { gitkit::setIdentity(repo, identity, place); },
+                gitkit::CommitHooks::run);
+}
+
+void CommitDraft::commitAfter(const GitAccess::Operation& preparation, gitkit::CommitHooks hooks)
 {
     if (!canCommit())
         return;
@@ -217,9 +226,45 @@ void CommitDraft::commit()
     const CommitMode mode = amend.value() ? CommitMode::amend : CommitMode::create;
     changes_.run({.verb = amend.value() ? Verb::amend : Verb::commit,
                   .title = amend.value() ? tr("Amending…") : tr("Committing…"),
-                  .operation = [text = message(), mode](const GitRepository& repo) { repo.commit(text, mode); },
+                  .operation =
+                      [preparation, text = message(), mode, hooks](const GitRepository& repo) {
+                          if (preparation)
+                              preparation(repo);
+                          repo.commit(text, mode, hooks);
+                      },
                   .undo = amend.value() ? undoable::amend(message()) : undoable::commit(message()),
-                  .succeeded = [this, text = text()] { recorded(text); }});
+                  .succeeded = [this, text = text()] { recorded(text); },
+                  .failed = [this](const Failure& failure) { return offersWayOn(failure); }});
+}
+
+QCoro::Task<> CommitDraft::askingWhoCommits()
+{
+    gitkit::Identity known;
+    try {
+        known = co_await git_.read(&gitkit::identityNow);
+    } catch (const std::exception&) {
+        known = {};
+    }
+    window_.showSheet(IdentitySheet{known});
+}
+
+/// The message stays in the box, so that the next try takes what it holds then.
+bool CommitDraft::offersWayOn(const Failure& failure)
+{
+    switch (failure.kind) {
+    case gitkit::ErrorKind::nothingToDo:
+        window_.tell(tr("There is nothing to commit."));
+        return true;
+    case gitkit::ErrorKind::identityUnknown:
+        launch(askingWhoCommits());
+        return true;
+    case gitkit::ErrorKind::rejectedByHook:
+        window_.report(failure, {{tr("Commit Without Hooks"), [this] { commit(gitkit::CommitHooks::skip); }},
+                                 {tr("Run Again"), [this] { commit(); }}});
+        return true;
+    default:
+        return false;
+    }
 }
 
 QCoro::Task<QString> CommitDraft::writingMessage(std::stop_token stop)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/CommitMode.h"
+#include "GitKit/records/Identity.h"
 #include "app/store/GitAccess.h"
 #include "app/store/MessageWriter.h"
 #include "app/store/Observed.h"
@@ -23,6 +25,7 @@ class Changes;
 class Snapshot;
 class Undo;
 class WindowState;
+struct Failure;
 
 /// The commit that is being written: subject, body and whether it amends; and the messages that git has prepared, that
 /// are amended or that a language model writes. Owned by the store; main thread.
@@ -64,7 +67,10 @@ public:
     void empty();
 
     bool canCommit() const;
-    void commit();
+    /// Commits. When a hook refuses, the alert offers to run it again, or to commit without hooks.
+    void commit(gitkit::CommitHooks hooks = gitkit::CommitHooks::run);
+    /// Writes into the configuration who makes the commits, and commits.
+    void commitAs(const gitkit::Identity& identity, gitkit::IdentityPlace place);
     /// Returns the message to record, in UTF-8; or the original bytes of an amended message that was not edited.
     std::string message() const;
     /// Returns whether the commit box contains exactly the message that git has prepared and takes by itself.
@@ -86,6 +92,9 @@ public:
     void undoMessage();
 
 private:
+    void commitAfter(const GitAccess::Operation& preparation, gitkit::CommitHooks hooks);
+    bool offersWayOn(const Failure& failure);
+    QCoro::Task<> askingWhoCommits();
     void takenBack(const gitkit::UndoStep& commit, bool isUndone);
     void setText(const Text& text);
     void showPrepared(const QString& message);

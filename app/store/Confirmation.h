@@ -7,8 +7,15 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace plovik {
+
+/// A button besides the others: what it says and what it does. Main thread.
+struct Way {
+    QString title;
+    std::function<void()> action;
+};
 
 /// A question that the window asks before it acts, mostly because work could be lost. Questions are equal when their
 /// ids are, whatever their words.
@@ -19,8 +26,13 @@ struct Confirmation {
     QString detail = {};           ///< what exactly would go; a line of its own, possibly empty
     QString actionTitle;           ///< label of the confirming button
     std::function<void()> action;  ///< runs on the main thread when the user confirms
-    QString alternativeTitle = {}; ///< label of a second button; empty when there is none
-    std::function<void()> alternative = {};
+    std::vector<Way> choices = {}; ///< further buttons, between "Cancel" and the confirming one
+    /// A box to tick, which is told of before the chosen button acts.
+    struct Option {
+        QString title;
+        std::function<void(bool isTicked)> chosen;
+    };
+    std::optional<Option> option = {};
     /// A file or folder that the confirming button asks for.
     struct Place {
         bool isFolder = false;

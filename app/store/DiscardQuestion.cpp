@@ -96,7 +96,7 @@ Confirmation discardQuestion(const std::vector<FileChange>& files, const std::op
     question.detail = detail.join(u'\n');
     // A question with a choice, and one about what undo does not bring back, is asked every time.
     if (hasBothSides(files))
-        question.alternativeTitle = DiscardTexts::tr("Discard Unstaged Only");
+        question.choices.push_back({DiscardTexts::tr("Discard Unstaged Only"), {}});
     else if (std::ranges::all_of(files, isKept))
         question.kind = u"discardFiles"_s;
     return question;

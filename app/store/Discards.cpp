@@ -115,8 +115,7 @@ void Discards::askAboutLeft(const Kept& left)
         .name = count == 1 ? QFileInfo(shownText(left.paths.front())).fileName() : QString(),
         .chosen = [this, left](const std::filesystem::path& place) { save(left, place); },
     };
-    question.alternativeTitle = tr("Drop the Copy");
-    question.alternative = [this, left] { drop(left); };
+    question.choices.push_back({tr("Drop the Copy"), [this, left] { drop(left); }});
     window_.ask(std::move(question));
 }
 

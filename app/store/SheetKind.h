@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Identity.h"
+
 #include <optional>
 #include <string>
 #include <variant>
@@ -30,7 +32,12 @@ struct SentChangesSheet {
 struct DiscardedSheet {
     bool operator==(const DiscardedSheet&) const = default;
 };
-using SheetKind =
-    std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet, DiscardedSheet>;
+/// Asks who makes the commits, and then has the commit made that git refused without it.
+struct IdentitySheet {
+    gitkit::Identity known; ///< what the configuration says already
+    bool operator==(const IdentitySheet&) const = default;
+};
+using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
+                               DiscardedSheet, IdentitySheet>;
 
 } // namespace plovik

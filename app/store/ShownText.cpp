@@ -85,9 +85,8 @@ QString namesInLines(const std::vector<std::string>& paths)
     QStringList lines;
     for (std::size_t index = 0; index < std::min(paths.size(), most); ++index)
         lines.append(shownText(paths[index]));
-    if (paths.size() > most)
-        lines.append(QCoreApplication::translate("plovik::Changes", "and %n other(s)", nullptr,
-                                                 static_cast<int>(paths.size() - most)));
+    if (const auto others = static_cast<int>(paths.size()) - static_cast<int>(most); others > 0)
+        lines.append(QCoreApplication::translate("plovik::Changes", "and %n other(s)", nullptr, others));
     return lines.join(u'\n');
 }
 

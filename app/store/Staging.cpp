@@ -348,8 +348,8 @@ QCoro::Task<> Staging::askingToDiscard(Files files)
     }
     Confirmation question = discardQuestion(files, counts);
     question.action = [this, files, stamps] { discard(files, stamps, Discarded::all); };
-    if (!question.alternativeTitle.isEmpty())
-        question.alternative = [this, files, stamps] { discard(files, stamps, Discarded::unstaged); };
+    for (Way& unstagedOnly : question.choices)
+        unstagedOnly.action = [this, files, stamps] { discard(files, stamps, Discarded::unstaged); };
     window_.ask(std::move(question));
 }
 

@@ -354,14 +354,14 @@ void Undo::offerOtherName(Confirmation& question, const UndoStep& step, const st
     std::string name;
     for (int number = 2; name.empty() || snapshot_.hasRef(std::string(heads) + name); ++number)
         name = taken->name.substr(heads.size()) + '-' + std::to_string(number);
-    question.alternativeTitle = tr("Restore as %1").arg(inQuotes(name));
-    question.alternative = [this, name, hash = *taken->from] {
+    const auto restore = [this, name, hash = *taken->from] {
         changes_.run({.verb = Verb::createBranch,
                       .title = tr("Creating branch…"),
                       .operation = [name, hash](const GitRepository& repo) {
                           repo.createBranch(name, hash, gitkit::AfterCreating::stay);
                       }});
     };
+    question.choices.push_back({tr("Restore as %1").arg(inQuotes(name)), restore});
 }
 
 // The timeline.

@@ -69,22 +69,47 @@ void WindowState::confirm(const QUuid& id, NextTime next)
         question->action();
 }
 
-void WindowState::confirmAlternative(const QUuid& id)
+void WindowState::choose(const QUuid& id, std::size_t choice)
 {
     const std::optional<Confirmation> question = confirmation.value();
-    if (!question || question->id != id)
+    if (!question || question->id != id || choice >= question->choices.size())
         return;
     confirmation = std::nullopt;
-    if (question->alternative)
-        question->alternative();
+    if (const auto& action = question->choices[choice].action)
+        action();
+}
+
+void WindowState::setOption(const QUuid& id, bool isTicked)
+{
+    const std::optional<Confirmation> question = confirmation.value();
+    if (question && question->id == id && question->option)
+        question->option->chosen(isTicked);
 }
 
 void WindowState::dismissQuestion() { confirmation = std::nullopt; }
 
-void WindowState::report(const Failure& failure)
+void WindowState::report(const Failure& failure, std::vector<Way> ways)
 {
+    if (!ways_.empty() || !ways.empty())
+        errorMessage = std::nullopt; // another alert has other buttons
+    ways_ = std::move(ways);
     this->failure = failure;
     errorMessage = failure.message;
+}
+
+void WindowState::dismissError()
+{
+    ways_.clear();
+    errorMessage = std::nullopt;
+}
+
+void WindowState::takeWay(std::size_t way)
+{
+    if (way >= ways_.size())
+        return;
+    const Way taken = ways_[way];
+    dismissError();
+    taken.action();
 }
 
 void WindowState::tell(const QString& sentence)

@@ -12,6 +12,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <set>
@@ -78,16 +79,22 @@ public:
     enum class NextTime { ask, act };
     /// Closes the question and then runs its action. Does nothing when another question or none is open.
     void confirm(const QUuid& id, NextTime next = NextTime::ask);
-    /// The same with its alternative.
-    void confirmAlternative(const QUuid& id);
+    /// The same with one of its further choices.
+    void choose(const QUuid& id, std::size_t choice);
+    /// Tells the question's option whether it is ticked. Does nothing where another question or none is open.
+    void setOption(const QUuid& id, bool isTicked);
     void dismissQuestion();
 
     /// The sentence of the reported failure, which views show as an alert.
     Observed<std::optional<QString>, WindowState> errorMessage;
     /// The failure that `errorMessage` describes: what happened, in whose words, and by which command.
     Observed<Failure, WindowState> failure;
-    void report(const Failure& failure);
-    void dismissError() { errorMessage = std::nullopt; }
+    /// Shows a failure. `ways` are the buttons that its alert has for going on.
+    void report(const Failure& failure, std::vector<Way> ways = {});
+    const std::vector<Way>& ways() const { return ways_; }
+    void dismissError();
+    /// Closes the alert and goes one of its ways.
+    void takeWay(std::size_t way);
 
     /// A sentence that is shown without blocking anything; empty when there is none.
     Observed<QString, WindowState> notice;
@@ -116,6 +123,7 @@ private:
     void moved(Step step);
 
     QuestionMemory questions_;
+    std::vector<Way> ways_; ///< from the reported failure
     std::vector<Listener> listeners_;
 };
 

@@ -218,6 +218,13 @@
             <numerusform>%Ln files are in the way</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>and %n other(s)</source>
+        <translation>
+            <numerusform>and %n other</numerusform>
+            <numerusform>and %n others</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::CommandLogPanel</name>
@@ -565,6 +572,27 @@
         <translation>
             <numerusform>%n changed file is in the way</numerusform>
             <numerusform>%n changed files are in the way</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s) only here</source>
+        <translation>
+            <numerusform>%n commit only here</numerusform>
+            <numerusform>%n commits only here</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s) only on %1</source>
+        <translation>
+            <numerusform>%n commit only on %1</numerusform>
+            <numerusform>%n commits only on %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s) came with the last fetch already.</source>
+        <translation>
+            <numerusform>%n commit came with the last fetch already.</numerusform>
+            <numerusform>%n commits came with the last fetch already.</numerusform>
         </translation>
     </message>
 </context>

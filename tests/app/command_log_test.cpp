@@ -136,6 +136,7 @@ TEST(ErrorAlerts, TellOfAChangedHostKeyAsTheDangerItIs)
                       .message = u"@@@@@@@@\n@ WARNING: REMOTE HOST IDENTIFICATION HAS CHANGED! @\n@@@@@@@@\n"
                                  "Host key for [host.example]:22 has changed and you have requested strict checking.\n"
                                  "Host key verification failed.\nfatal: Could not read from remote repository."_s},
+                     {},
                      nullptr};
     alert.show();
     const auto* danger = named<QLabel>(alert, u"Danger"_s);

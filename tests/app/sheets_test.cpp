@@ -251,6 +251,51 @@ TEST_F(DialogsTest, AProblemIsToldInFullUntilItIsRead)
     EXPECT_FALSE(dialog());
 }
 
+TEST_F(DialogsTest, AFailureWithWaysOnGoesTheOneThatIsTaken)
+{
+    std::string taken;
+    const auto report = [&] {
+        store.window().report({.message = u"no"_s, .speaker = gitkit::Speaker::hook},
+                              {{u"Commit Without Hooks"_s, [&taken] { taken += "without "; }},
+                               {u"Run Again"_s, [&taken] { taken += "again "; }}});
+    };
+    report();
+    EXPECT_EQ(dialog()->windowTitle(), u"A hook did not allow this"_s);
+    QTest::keyClick(dialog()->focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(taken, "") << "Return does nothing";
+    for (const QString& way : {u"Commit Without Hooks"_s, u"Run Again"_s, u"Cancel"_s}) {
+        report();
+        button(way)->click();
+        EXPECT_FALSE(dialog());
+        EXPECT_FALSE(store.window().errorMessage.value());
+    }
+    EXPECT_EQ(taken, "without again ");
+    store.window().report({.message = u"no"_s});
+    EXPECT_TRUE(button(u"OK"_s));
+}
+
+TEST_F(DialogsTest, WhoCommitsIsAskedFor)
+{
+    repo.write("a", "3\n").git({"add", "a"});
+    store.snapshot().refresh(RefreshScope::status);
+    ASSERT_TRUE(worker.settle());
+    store.draft().setSubject(u"three"_s);
+    store.window().showSheet(IdentitySheet{{"Ada", ""}});
+    auto* const email = named<QLineEdit>(*dialog(), u"E-Mail"_s);
+    EXPECT_EQ(named<QLineEdit>(*dialog(), u"Name"_s)->text(), u"Ada"_s);
+    EXPECT_EQ(dialog()->focusWidget(), email);
+    EXPECT_FALSE(button(u"Commit"_s)->isEnabled());
+    email->setText(u"<ada@example.org>"_s);
+    EXPECT_TRUE(says(u"Git leaves “<” and “>” out."_s));
+    EXPECT_FALSE(button(u"Commit"_s)->isEnabled());
+    email->setText(u" ada@example.org"_s);
+    button(u"Commit"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%an <%ae>: %s"}), "Ada <ada@example.org>: three");
+}
+
 TEST(ErrorText, IsWhatATerminalWouldHaveLeft)
 {
     EXPECT_EQ(withoutTerminalCodes(u" 10%\r 20%\rdone\r\nnext\r\n"_s), u"done\nnext"_s);
@@ -285,22 +330,29 @@ TEST_F(DialogsTest, AQuestionActsOnlyWhenItIsConfirmed)
     EXPECT_FALSE(store.window().confirmation.value());
 }
 
-TEST_F(DialogsTest, AQuestionMayHaveASecondWay)
+TEST_F(DialogsTest, AQuestionMayHaveFurtherWaysAndAnOption)
 {
     std::string chosen;
     Confirmation question{
         .title = u"Leave?"_s, .message = {}, .actionTitle = u"Leave"_s, .action = [&chosen] { chosen += "action "; }};
-    question.alternativeTitle = u"New Branch…"_s;
-    question.alternative = [&chosen] { chosen += "alternative "; };
-    for (const QString& title : {u"New Branch…"_s, u"Leave"_s, u"Cancel"_s}) {
+    question.choices.push_back({u"New Branch…"_s, [&chosen] { chosen += "first "; }});
+    question.choices.push_back({u"Stay"_s, [&chosen] { chosen += "second "; }});
+    question.option = {.title = u"Remember"_s, .chosen = [&chosen](bool is) { chosen += is ? "ticked " : "plain "; }};
+    for (const QString& title : {u"New Branch…"_s, u"Stay"_s, u"Leave"_s, u"Cancel"_s}) {
         question.id = QUuid::createUuid();
         store.window().ask(question);
         ASSERT_TRUE(dialog());
         EXPECT_EQ(dialog()->focusWidget(), button(u"Cancel"_s)) << "Return loses nothing";
+        for (const QString& next : {u"New Branch…"_s, u"Stay"_s, u"Leave"_s}) {
+            QTest::keyClick(dialog()->focusWidget(), Qt::Key_Tab);
+            EXPECT_EQ(dialog()->focusWidget(), button(next)) << "as they stand, left to right";
+        }
+        if (title == u"Stay"_s)
+            named<QCheckBox>(*dialog(), u"Remember"_s)->click();
         button(title)->click();
         EXPECT_FALSE(store.window().confirmation.value());
     }
-    EXPECT_EQ(chosen, "alternative action ");
+    EXPECT_EQ(chosen, "plain first ticked second plain action ");
 }
 
 TEST_F(DialogsTest, AQuestionIsAnsweredForGoodUntilAllAreAskedAgain)

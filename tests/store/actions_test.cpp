@@ -161,7 +161,7 @@ TEST_F(StoreActions, CommitsOfADetachedHeadAreNotLeftUnasked)
     const std::optional<Confirmation> asked = leaves([&] { actions::checkout(store.actors(), branch("side")); });
     ASSERT_TRUE(asked);
     EXPECT_EQ(asked->title, QStringLiteral("Leave 2 commits behind?"));
-    store.window().confirmAlternative(asked->id);
+    store.window().choose(asked->id, 0);
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{head}));
     EXPECT_FALSE(store.window().confirmation.value());
 

@@ -355,12 +355,33 @@ TEST_F(StoreOperation, AnEmptyStepIsTheUsersToSkip)
     begin({"cherry-pick", "topic"});
     takeAll(Side::ours);
     act(&actions::continueOperation);
-    EXPECT_NE(error().find("empty"), std::string::npos) << error();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(store.window().notice.value(),
+              QStringLiteral("This commit would change nothing here. It can be skipped."));
     ASSERT_TRUE(isIn(Kind::cherryPick));
     act(&actions::skipOperation);
     EXPECT_TRUE(confirm()) << "the resolution goes";
     EXPECT_EQ(error(), "");
     EXPECT_FALSE(store.snapshot().inProgress.value());
+}
+
+TEST_F(StoreOperation, AHookThatRefusesTheCommitOfAMergeCanBePassedOver)
+{
+    branches();
+    begin({"merge", "topic"});
+    takeAll(Side::theirs);
+    repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho no; exit 1\n");
+    std::filesystem::permissions(repo / ".git/hooks/pre-commit", std::filesystem::perms::owner_all);
+    store.draft().setSubject(QStringLiteral("in my words"));
+    act(&actions::continueOperation);
+    EXPECT_EQ(error(), "no");
+    EXPECT_EQ(box(), "in my words|");
+    ASSERT_EQ(store.window().ways().size(), 2U);
+    store.window().takeWay(0);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_FALSE(store.snapshot().inProgress.value());
+    EXPECT_EQ(subjects("HEAD~1..HEAD").substr(0, 11), "in my words");
 }
 
 TEST_F(StoreOperation, SkippingAsksForWhatWouldBeLostAndKeepsIt)

@@ -335,7 +335,7 @@ TEST_F(StoreStaging, ADiscardOfLinesCanBeTakenBackWhileTheFileMatches)
     worker.finishAll();
     std::ifstream saved(trash.path() / "saved", std::ios::binary);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(saved), {}), before);
-    store.window().confirmAlternative(store.window().confirmation.value()->id);
+    store.window().choose(store.window().confirmation.value()->id, 0);
     worker.finishAll();
 }
 
@@ -390,15 +390,15 @@ TEST_F(StoreStaging, StagedWorkIsNamedBeforeItIsDiscardedAndCanStay)
     const Confirmation question = *store.window().confirmation.value();
     EXPECT_EQ(question.detail,
               QStringLiteral("1 changed line and 1 staged one; 1 new file.\nUndo brings everything back."));
-    EXPECT_EQ(question.alternativeTitle, QStringLiteral("Discard Unstaged Only"));
-    store.window().confirmAlternative(question.id);
+    EXPECT_EQ(question.choices.at(0).title, QStringLiteral("Discard Unstaged Only"));
+    store.window().choose(question.id, 0);
     worker.finishAll();
     EXPECT_EQ(content("a"), "2\n");
     EXPECT_EQ(repo.read({"show", ":a"}), "2");
 
     store.staging().confirmDiscard({file("a")});
     worker.finishAll();
-    EXPECT_EQ(store.window().confirmation.value()->alternativeTitle, QString());
+    EXPECT_TRUE(store.window().confirmation.value()->choices.empty());
     confirm();
     EXPECT_EQ(content("a"), "1\n");
     store.undo().undo();

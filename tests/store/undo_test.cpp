@@ -237,8 +237,8 @@ TEST_F(StoreUndo, RefusesInWordsWithAWayOn)
     repo.git({"branch", "topic"});
     load();
     undo();
-    EXPECT_EQ(asked().alternativeTitle.toStdString(), "Restore as “topic-2”");
-    store.window().confirmAlternative(asked().id);
+    EXPECT_EQ(asked().choices.at(0).title.toStdString(), "Restore as “topic-2”");
+    store.window().choose(asked().id, 0);
     worker.finishAll();
     EXPECT_NO_THROW(ref("topic-2")) << error();
 }

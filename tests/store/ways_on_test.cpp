@@ -9,6 +9,7 @@
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/RunContext.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Operation.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"
 
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <functional>
 #include <stop_token>
 #include <string>
@@ -96,7 +98,7 @@ TEST(WaysOnStories, ChangesInTheWayAreStashedAndComeBackInOneStep)
         const std::string before = wholeState(t.repo);
         act(t);
         t.worker.finishAll();
-        EXPECT_EQ(t.asked().substr(0, 34), "1 changed file(s) are in the way|a") << t.asked() << t.error();
+        EXPECT_EQ(t.asked(), "1 changed file is in the way|a") << t.error();
         t.confirm();
         EXPECT_EQ(t.error(), "");
         EXPECT_EQ(t.notice(), "");
@@ -196,6 +198,142 @@ TEST_F(WaysOn, WhatCannotBeStashedIsToldInGitsWords)
     worker.finishAll();
     EXPECT_EQ(asked(), "");
     EXPECT_NE(error().find("untracked"), std::string::npos) << error();
+}
+
+TEST_F(WaysOn, ADivergedPullMergesOrRebasesAndRemembersHow)
+{
+    repo.write("b", "2\n").commit("ours").write("b", "3\n").commit("ours too");
+    load();
+    const std::string before = repo.head();
+    const auto ask = [&] {
+        actions::pull(store.actors());
+        worker.finishAll();
+        return asked();
+    };
+    EXPECT_EQ(ask(), "main and origin/main have diverged|2 commits only here\n1 commit only on origin/main");
+    confirm();
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%P"}), before + ' ' + ref("topic").hash);
+    EXPECT_EQ(repo.read({"config", "--get", "--default", "none", "pull.rebase"}), "none");
+
+    // Changes that are in the way of what was chosen can be stashed, too.
+    repo.git({"reset", "-q", "--hard", before}).write("a", lines({{10, "mine"}})).git({"config", "pull.ff", "only"});
+    load();
+    ask();
+    EXPECT_FALSE(store.window().confirmation.value()->option) << "it would have no effect";
+    store.window().choose(store.window().confirmation.value()->id, 0);
+    confirm();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"rev-parse", "HEAD~2"}), ref("topic").hash);
+    EXPECT_EQ(bytesAt(repo / "a"), lines({{1, "topic"}, {10, "mine"}}));
+
+    repo.git({"reset", "-q", "--hard", before}).git({"config", "--unset", "pull.ff"});
+    load();
+    ask();
+    store.window().setOption(store.window().confirmation.value()->id, true);
+    store.window().choose(store.window().confirmation.value()->id, 0);
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"config", "--local", "pull.rebase"}), "true");
+    EXPECT_EQ(repo.read({"rev-parse", "HEAD~2"}), ref("topic").hash);
+}
+
+TEST_F(WaysOn, ARejectedPushPullsFirst)
+{
+    repo.write("b", "2\n").commit("ours").git({"update-ref", "refs/remotes/origin/main", "HEAD~1"});
+    load();
+    actions::push(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(asked(), "origin/main has commits that are not here|") << "nothing of them was fetched";
+    confirm();
+    EXPECT_EQ(asked(), "main and origin/main have diverged|1 commit only here\n1 commit only on origin/main");
+    store.window().dismissQuestion();
+    actions::push(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(asked(), "origin/main has commits that are not here|1 commit came with the last fetch already.");
+
+    // A pull would bring nothing of the remote that is pushed to.
+    store.window().dismissQuestion();
+    repo.git({"remote", "add", "other", remote.path().string()}).git({"config", "remote.pushDefault", "other"});
+    actions::push(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(asked(), "");
+    EXPECT_NE(error().find("rejected"), std::string::npos) << error();
+}
+
+TEST_F(WaysOn, AHookThatRefusesRunsAgainOrIsPassedOver)
+{
+    repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho run >> .git/runs; echo no; exit 1\n").write("b", "2\n");
+    std::filesystem::permissions(repo / ".git/hooks/pre-commit", std::filesystem::perms::owner_all);
+    repo.git({"add", "b"});
+    load();
+    store.draft().setSubject(QStringLiteral("with words"));
+    store.draft().commit();
+    worker.finishAll();
+    EXPECT_EQ(error(), "no");
+    EXPECT_TRUE(store.window().failure.value().command);
+    ASSERT_EQ(store.window().ways().size(), 2U);
+    store.window().takeWay(1);
+    EXPECT_EQ(error(), "");
+    worker.finishAll();
+    EXPECT_EQ(bytesAt(repo / ".git/runs"), "run\nrun\n");
+    EXPECT_EQ(store.draft().commitSubject.value(), QStringLiteral("with words"));
+    store.window().takeWay(0);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "with words");
+    EXPECT_EQ(bytesAt(repo / ".git/runs"), "run\nrun\n");
+    EXPECT_TRUE(store.window().ways().empty());
+}
+
+TEST_F(WaysOn, ACommitWithoutANameAsksWhoMakesIt)
+{
+    const ScopedVariable configuration("GIT_CONFIG_GLOBAL", (repo / ".git/global").string());
+    repo.write(".git/global", "");
+    repo.git({"config", "user.useConfigOnly", "true"}).write("b", "2\n").git({"add", "b"});
+    load();
+    store.draft().setSubject(QStringLiteral("words"));
+    store.draft().commit();
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(IdentitySheet{}));
+    EXPECT_EQ(store.draft().commitSubject.value(), QStringLiteral("words"));
+    store.window().closeSheet();
+    store.draft().commitAs({"Ada Ö", "ada@example.org"}, gitkit::IdentityPlace::repository);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%an <%ae> %cn: %s"}), "Ada Ö <ada@example.org> Ada Ö: words");
+    EXPECT_EQ(repo.read({"config", "--local", "user.name"}), "Ada Ö");
+    EXPECT_EQ(bytesAt(repo / ".git/global"), "");
+    store.draft().setSubject(QStringLiteral("others"));
+    store.draft().setAmend(true);
+    store.draft().commitAs({"Bob", "bob@example.org"}, gitkit::IdentityPlace::everywhere);
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"config", "--global", "user.email"}), "bob@example.org");
+}
+
+TEST_F(WaysOn, WhatHasNothingToDoIsSaidQuietly)
+{
+    repo.git({"merge", "-q", "--ff-only", "topic"});
+    load();
+    const auto says = [&](const std::function<void()>& act, const std::string& sentence) {
+        store.window().clearNotice();
+        act();
+        worker.finishAll();
+        EXPECT_EQ(notice(), sentence);
+        EXPECT_EQ(error(), "");
+    };
+    says([&] { actions::pull(store.actors()); }, "Already up to date.");
+    says([&] { actions::merge(store.actors(), ref("topic")); }, "Already up to date.");
+    const std::string topic = ref("topic").hash;
+    says([&] { actions::cherryPick(store.actors(), topic); },
+         topic.substr(0, 7) + " would change nothing here. It can be skipped.");
+    ASSERT_TRUE(store.snapshot().inProgress.value());
+    actions::skipOperation(store.actors());
+    worker.finishAll();
+    EXPECT_FALSE(store.snapshot().inProgress.value());
+    repo.git({"revert", "--no-edit", topic});
+    load();
+    says([&] { actions::revert(store.actors(), topic); },
+         topic.substr(0, 7) + " would change nothing here. It can be skipped.");
 }
 
 } // namespace

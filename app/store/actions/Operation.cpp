@@ -46,7 +46,7 @@ using Recorded = std::shared_ptr<std::atomic_bool>;
 /// Commits with the typed message when there is something to commit. Returns whether the operation must still be
 /// continued.
 bool commitFirst(const GitRepository& repo, const OperationInProgress& operation, OwnMessage message,
-                 const std::filesystem::path& gitDirectory, std::atomic_bool& recorded)
+                 const std::filesystem::path& gitDirectory, gitkit::CommitHooks hooks, std::atomic_bool& recorded)
 {
     const gitkit::RepoStatus now = repo.status();
     if (message.mode == CommitMode::create && now.stagedCount() == 0 && operation.kind != Kind::merge)
@@ -54,7 +54,7 @@ bool commitFirst(const GitRepository& repo, const OperationInProgress& operation
     // The step belongs to the commit before it, so it is recorded by amending that commit.
     if (operation.meldsInto && operation.meldsInto == now.oid)
         message.mode = CommitMode::amend;
-    repo.commit(message.text, message.mode);
+    repo.commit(message.text, message.mode, hooks);
     recorded = true;
     const std::optional<OperationInProgress> left = gitkit::operationInProgress(repo, gitDirectory);
     return left && left->kind == operation.kind;
@@ -152,16 +152,25 @@ const std::optional<OperationInProgress>& operationOf(const Actors& actors)
     return actors.snapshot.inProgress.value();
 }
 
-} // namespace
+void continueWith(Actors actors, gitkit::CommitHooks hooks);
 
-bool canContinueOperation(const Actors& actors)
+/// Returns whether it has offered a way on. What the user typed stays in the box.
+bool offersWayOn(Actors actors, const OperationInProgress& now, const Failure& failure, bool hasOwnMessage)
 {
-    const std::optional<OperationInProgress>& now = operationOf(actors);
-    return now && now->canContinue() && actors.snapshot.conflictCount() == 0 &&
-           actors.changes.offers(Verb::continueOperation);
+    if (failure.kind == gitkit::ErrorKind::nothingToDo && now.canSkip()) {
+        actors.window.tell(OperationTexts::tr("This commit would change nothing here. It can be skipped."));
+        return true;
+    }
+    if (failure.kind != gitkit::ErrorKind::rejectedByHook || !hasOwnMessage)
+        return false;
+    actors.window.report(
+        failure,
+        {{OperationTexts::tr("Commit Without Hooks"), [actors] { continueWith(actors, gitkit::CommitHooks::skip); }},
+         {OperationTexts::tr("Run Again"), [actors] { continueWith(actors, gitkit::CommitHooks::run); }}});
+    return true;
 }
 
-void continueOperation(Actors actors)
+void continueWith(Actors actors, gitkit::CommitHooks hooks)
 {
     const std::optional<std::filesystem::path>& directory = actors.snapshot.gitDirectory();
     if (!canContinueOperation(actors) || !directory)
@@ -181,18 +190,29 @@ void continueOperation(Actors actors)
     actors.changes.run({.verb = Verb::continueOperation,
                         .title = operationWords::continuing(now.kind),
                         .operation =
-                            [now, message, recorded, directory = *directory](const GitRepository& repo) {
-                                if (!message || commitFirst(repo, now, *message, directory, *recorded))
+                            [now, message, recorded, hooks, directory = *directory](const GitRepository& repo) {
+                                if (!message || commitFirst(repo, now, *message, directory, hooks, *recorded))
                                     gitkit::proceed(repo, now, Step::proceed);
                             },
                         .undo = undoable::operation(now.kind, Step::proceed),
                         .succeeded = emptyWhatWasRecorded,
                         .failed =
-                            [emptyWhatWasRecorded](const Failure&) {
+                            [emptyWhatWasRecorded, actors, now, isOwn = message.has_value()](const Failure& failure) {
                                 emptyWhatWasRecorded();
-                                return false;
+                                return offersWayOn(actors, now, failure, isOwn);
                             }});
 }
+
+} // namespace
+
+bool canContinueOperation(const Actors& actors)
+{
+    const std::optional<OperationInProgress>& now = operationOf(actors);
+    return now && now->canContinue() && actors.snapshot.conflictCount() == 0 &&
+           actors.changes.offers(Verb::continueOperation);
+}
+
+void continueOperation(Actors actors) { continueWith(actors, gitkit::CommitHooks::run); }
 
 void skipOperation(Actors actors)
 {

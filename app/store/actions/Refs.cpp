@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -67,8 +68,9 @@ QCoro::Task<> leavingAfterCheck(Actors actors, std::string target, Change leave)
                                     "branch keeps it within reach.");
     question.actionTitle = RefTexts::tr("Leave");
     question.action = [&changes = actors.changes, leave] { changes.run(leave); };
-    question.alternativeTitle = RefTexts::tr("New Branch…");
-    question.alternative = [&window = actors.window, head = left.head] { window.showSheet(NewBranchSheet{head}); };
+    question.choices.push_back({RefTexts::tr("New Branch…"), [&window = actors.window, head = left.head] {
+                                    window.showSheet(NewBranchSheet{head});
+                                }});
     actors.window.ask(std::move(question));
 }
 
@@ -134,6 +136,18 @@ void checkOut(Actors actors, const std::string& target, const QString& shown, Gi
                       .title = RefTexts::tr("Checking out %1…").arg(shown),
                       .operation = std::move(operation),
                       .undo = undoable::checkout(target, shown, made)});
+}
+
+/// Says quietly that a commit changes nothing here. The bar of the operation skips it.
+std::function<bool(const Failure&)> tellingEmpty(WindowState& window, const std::string& hash)
+{
+    return [&window, hash](const Failure& failure) {
+        if (failure.kind != gitkit::ErrorKind::nothingToDo)
+            return false;
+        window.tell(
+            RefTexts::tr("%1 would change nothing here. It can be skipped.").arg(shownText(gitkit::shortHash(hash))));
+        return true;
+    };
 }
 
 void forceDelete(Changes& changes, const std::string& branch)
@@ -273,14 +287,15 @@ void confirmDelete(Actors actors, const GitRef& ref)
 void merge(Actors actors, const GitRef& ref)
 {
     const QString shown = shownText(ref.name);
-    actors.changes.run(
-        waysOn::offeringStash(actors,
-                              {.verb = Verb::merge,
-                               .title = RefTexts::tr("Merging %1…").arg(shown),
-                               .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); },
-                               .undo = undoable::merge(ref.fullName, shown)},
-                              {.message = RefTexts::tr("Before merge of %1").arg(shown),
-                               .listing = listing({"diff", "HEAD..." + ref.fullName})}));
+    actors.changes.run(waysOn::offeringStash(
+        actors,
+        waysOn::tellingUpToDate(actors.window,
+                                {.verb = Verb::merge,
+                                 .title = RefTexts::tr("Merging %1…").arg(shown),
+                                 .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); },
+                                 .undo = undoable::merge(ref.fullName, shown)}),
+        {.message = RefTexts::tr("Before merge of %1").arg(shown),
+         .listing = listing({"diff", "HEAD..." + ref.fullName})}));
 }
 
 void cherryPick(Actors actors, const std::string& hash)
@@ -290,7 +305,8 @@ void cherryPick(Actors actors, const std::string& hash)
         {.verb = Verb::cherryPick,
          .title = RefTexts::tr("Cherry-picking…"),
          .operation = [hash](const GitRepository& repo) { repo.cherryPick(hash); },
-         .undo = undoable::cherryPick(hash)},
+         .undo = undoable::cherryPick(hash),
+         .failed = tellingEmpty(actors.window, hash)},
         {.message = RefTexts::tr("Before cherry-pick of %1").arg(shownText(gitkit::shortHash(hash))),
          .listing = filesOfCommit(hash)}));
 }
@@ -302,7 +318,8 @@ void revert(Actors actors, const std::string& hash)
                               {.verb = Verb::revert,
                                .title = RefTexts::tr("Reverting…"),
                                .operation = [hash](const GitRepository& repo) { repo.revert(hash); },
-                               .undo = undoable::revert(hash)},
+                               .undo = undoable::revert(hash),
+                               .failed = tellingEmpty(actors.window, hash)},
                               {.message = RefTexts::tr("Before revert of %1").arg(shownText(gitkit::shortHash(hash))),
                                .listing = filesOfCommit(hash)}));
 }

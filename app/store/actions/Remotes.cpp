@@ -2,6 +2,7 @@
 #include "app/store/actions/Remotes.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Upstream.h"
 #include "app/store/Changes.h"
 #include "app/store/Snapshot.h"
 #include "app/store/Undoables.h"
@@ -11,6 +12,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <utility>
 
 namespace plovik::actions {
 
@@ -22,6 +24,33 @@ struct RemoteTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Remotes)
 };
 
+void pullBy(Actors actors, gitkit::PullBy how, bool isRemembered)
+{
+    Change pull{.verb = Verb::pull,
+                .title = RemoteTexts::tr("Pulling…"),
+                .operation =
+                    [how, isRemembered](const GitRepository& repo) {
+                        if (isRemembered)
+                            gitkit::rememberPullBy(repo, how);
+                        repo.pull(how);
+                    },
+                .undo = undoable::pull()};
+    if (how == gitkit::PullBy::setting) {
+        pull.failed = [actors](const Failure& failure) {
+            if (failure.kind != gitkit::ErrorKind::notFastForward)
+                return false;
+            waysOn::askHowToPull(actors, failure, [actors](gitkit::PullBy chosen, bool remembers) {
+                pullBy(actors, chosen, remembers);
+            });
+            return true;
+        };
+    }
+    actors.changes.run(waysOn::offeringStash(
+        actors, waysOn::tellingUpToDate(actors.window, std::move(pull)),
+        {.message = RemoteTexts::tr("Before pull"),
+         .listing = {"diff", "--name-only", "-z", "--no-renames", "--no-ext-diff", "HEAD...@{upstream}", "--"}}));
+}
+
 } // namespace
 
 void fetch(Actors actors)
@@ -30,17 +59,7 @@ void fetch(Actors actors)
         {.verb = Verb::fetch, .title = RemoteTexts::tr("Fetching…"), .operation = &GitRepository::fetch});
 }
 
-void pull(Actors actors)
-{
-    actors.changes.run(waysOn::offeringStash(
-        actors,
-        {.verb = Verb::pull,
-         .title = RemoteTexts::tr("Pulling…"),
-         .operation = &GitRepository::pull,
-         .undo = undoable::pull()},
-        {.message = RemoteTexts::tr("Before pull"),
-         .listing = {"diff", "--name-only", "-z", "--no-renames", "--no-ext-diff", "HEAD...@{upstream}", "--"}}));
-}
+void pull(Actors actors) { pullBy(actors, gitkit::PullBy::setting, false); }
 
 void push(Actors actors)
 {
@@ -64,7 +83,14 @@ void push(Actors actors)
                         .title = RemoteTexts::tr("Pushing…"),
                         .operation = [branch = *now.branch,
                                       upstreamRemote](const GitRepository& repo) { repo.push(branch, upstreamRemote); },
-                        .undo = undoable::push(*now.branch, remote)});
+                        .undo = undoable::push(*now.branch, remote),
+                        .failed =
+                            [actors, hasUpstream = now.upstream.has_value()](const Failure& failure) {
+                                if (failure.kind != gitkit::ErrorKind::notFastForward || !hasUpstream)
+                                    return false;
+                                waysOn::offerPull(actors, failure, [actors] { pull(actors); });
+                                return true;
+                            }});
 }
 
 } // namespace plovik::actions

@@ -3,6 +3,7 @@
 
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/StashedAway.h"
+#include "GitKit/repository/Upstream.h"
 #include "app/store/ShownText.h"
 #include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
@@ -88,6 +89,64 @@ QCoro::Task<> askingToStash(Actors actors, Failure failure, Change change, Stash
     actors.window.ask(std::move(question));
 }
 
+/// Returns what is known of the upstream; nullopt where that cannot be read.
+QCoro::Task<std::optional<gitkit::Upstream>> readingUpstream(Actors actors)
+{
+    std::optional<gitkit::Upstream> upstream;
+    try {
+        upstream = co_await actors.git.read(&gitkit::upstreamNow);
+    } catch (const std::exception&) {
+        upstream.reset();
+    }
+    co_return upstream;
+}
+
+QCoro::Task<> askingHowToPull(Actors actors, Failure failure, PullAgain pull)
+{
+    const std::optional<gitkit::Upstream> upstream = co_await readingUpstream(actors);
+    if (!upstream || upstream->counts.ahead == 0 || upstream->counts.behind == 0) {
+        actors.window.report(failure);
+        co_return;
+    }
+    const QString theirs = shownText(upstream->name);
+    const auto isRemembered = std::make_shared<bool>(false);
+    Confirmation question;
+    question.title = WayTexts::tr("%1 and %2 have diverged").arg(shownText(upstream->branch), theirs);
+    question.message =
+        WayTexts::tr("Merge joins both sides in a new commit. Rebase makes your commits anew on top of theirs.");
+    question.detail = WayTexts::tr("%n commit(s) only here", nullptr, upstream->counts.ahead) + u'\n' +
+                      WayTexts::tr("%n commit(s) only on %1", nullptr, upstream->counts.behind).arg(theirs);
+    question.actionTitle = WayTexts::tr("Merge");
+    question.action = [pull, isRemembered] { pull(gitkit::PullBy::merging, *isRemembered); };
+    question.choices.push_back(
+        {WayTexts::tr("Rebase"), [pull, isRemembered] { pull(gitkit::PullBy::rebasing, *isRemembered); }});
+    // Where pull.ff says that a pull only fast-forwards, pull.rebase would change nothing.
+    if (!upstream->mustForward)
+        question.option = {WayTexts::tr("Remember for this repository (sets pull.rebase)"),
+                           [isRemembered](bool isTicked) { *isRemembered = isTicked; }};
+    question.risk = Confirmation::Risk::none;
+    actors.window.ask(std::move(question));
+}
+
+QCoro::Task<> offeringPull(Actors actors, Failure failure, std::function<void()> pull)
+{
+    const std::optional<gitkit::Upstream> upstream = co_await readingUpstream(actors);
+    if (!upstream || !upstream->isPushedTo) { // a pull would bring something else
+        actors.window.report(failure);
+        co_return;
+    }
+    Confirmation question;
+    question.title = WayTexts::tr("%1 has commits that are not here").arg(shownText(upstream->name));
+    question.message = WayTexts::tr("Nothing was pushed. Pull them first, and then push again.");
+    if (upstream->counts.behind > 0)
+        question.detail =
+            WayTexts::tr("%n commit(s) came with the last fetch already.", nullptr, upstream->counts.behind);
+    question.actionTitle = WayTexts::tr("Pull");
+    question.action = std::move(pull);
+    question.risk = Confirmation::Risk::none;
+    actors.window.ask(std::move(question));
+}
+
 } // namespace
 
 Change offeringStash(Actors actors, Change change, StashOffer offer)
@@ -100,6 +159,33 @@ Change offeringStash(Actors actors, Change change, StashOffer offer)
         return true;
     };
     return offering;
+}
+
+Change tellingUpToDate(WindowState& window, Change change)
+{
+    const auto hasMoved = std::make_shared<std::atomic_bool>(false);
+    change.operation = [operation = change.operation, hasMoved](const GitRepository& repo) {
+        const std::string before = gitkit::headCommit(repo);
+        operation(repo);
+        *hasMoved = gitkit::headCommit(repo) != before;
+    };
+    change.succeeded = [&window, succeeded = change.succeeded, hasMoved] {
+        if (succeeded)
+            succeeded();
+        if (!*hasMoved)
+            window.tell(WayTexts::tr("Already up to date."));
+    };
+    return change;
+}
+
+void askHowToPull(Actors actors, const Failure& failure, PullAgain pull)
+{
+    launch(askingHowToPull(actors, failure, std::move(pull)));
+}
+
+void offerPull(Actors actors, const Failure& failure, std::function<void()> pull)
+{
+    launch(offeringPull(actors, failure, std::move(pull)));
 }
 
 } // namespace plovik::waysOn

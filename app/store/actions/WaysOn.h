@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/BranchChange.h"
 #include "app/store/Changes.h"
 #include "app/store/actions/Actors.h"
 
@@ -24,5 +25,16 @@ struct StashOffer {
 /// Returns the change with such an offer: when git refuses it for changed files, the user is asked whether to stash them,
 /// go on, and apply them again. All of that is one change and one step of undo.
 Change offeringStash(Actors actors, Change change, StashOffer offer);
+
+/// Returns the change with a quiet word where it has succeeded without moving HEAD.
+Change tellingUpToDate(WindowState& window, Change change);
+
+/// Asks how a pull joins both sides when the branches have diverged. `pull` begins it, and may have the choice
+/// remembered.
+using PullAgain = std::function<void(gitkit::PullBy how, bool isRemembered)>;
+void askHowToPull(Actors actors, const Failure& failure, PullAgain pull);
+
+/// Offers a pull where a push was rejected because the remote has more.
+void offerPull(Actors actors, const Failure& failure, std::function<void()> pull);
 
 } // namespace plovik::waysOn

@@ -38,20 +38,32 @@ ConfirmationDialog::ConfirmationDialog(const Confirmation& question, QWidget* pa
         column->addSpacing(4);
         column->addWidget(settles_);
     }
-    column->addSpacing(10);
-    if (question.alternativeTitle.isEmpty()) {
-        column->addLayout(dialogParts::buttonRow({cancel, confirm}));
-    } else {
-        auto* const alternative = new QPushButton(question.alternativeTitle, this);
-        alternative->setAutoDefault(false);
-        connect(alternative, &QPushButton::clicked, this, [this] { done(alternativeChosen); });
-        column->addLayout(dialogParts::buttonRow({cancel, alternative, confirm}));
+    if (question.option) {
+        option_ = new QCheckBox(question.option->title, this);
+        option_->setAccessibleName(question.option->title);
+        column->addSpacing(4);
+        column->addWidget(option_);
     }
+    column->addSpacing(10);
+    std::vector<QPushButton*> buttons{cancel};
+    for (const Way& choice : question.choices) {
+        auto* const button = new QPushButton(choice.title, this);
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this,
+                [this, result = firstChoice + static_cast<int>(buttons.size()) - 1] { done(result); });
+        buttons.push_back(button);
+    }
+    buttons.push_back(confirm);
+    for (std::size_t index = 1; index < buttons.size(); ++index)
+        setTabOrder(buttons[index - 1], buttons[index]);
+    column->addLayout(dialogParts::buttonRow(buttons));
     (isRisky ? cancel : confirm)->setFocus();
     dialogParts::fit(*this);
 }
 
 bool ConfirmationDialog::isSettled() const { return settles_ && settles_->isChecked(); }
+
+bool ConfirmationDialog::isOptionTicked() const { return option_ && option_->isChecked(); }
 
 void ConfirmationDialog::keyPressEvent(QKeyEvent* event)
 {

@@ -66,7 +66,7 @@ QLabel* secondaryText(const QString& sentence, QWidget* parent)
     return label;
 }
 
-QHBoxLayout* buttonRow(std::initializer_list<QPushButton*> buttons)
+QHBoxLayout* buttonRow(const std::vector<QPushButton*>& buttons)
 {
     auto* const row = new QHBoxLayout;
     row->setSpacing(8);

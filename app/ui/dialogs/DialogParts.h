@@ -3,7 +3,7 @@
 
 #include "app/store/Confirmation.h"
 
-#include <initializer_list>
+#include <vector>
 
 class QDialog;
 class QHBoxLayout;
@@ -26,7 +26,7 @@ QLabel* text(QWidget* parent);
 /// Returns such a label with a sentence in the secondary colour.
 QLabel* secondaryText(const QString& sentence, QWidget* parent);
 /// Puts the buttons at the right end of a row; the confirming one comes last.
-QHBoxLayout* buttonRow(std::initializer_list<QPushButton*> buttons);
+QHBoxLayout* buttonRow(const std::vector<QPushButton*>& buttons);
 /// Makes the dialog as high as its texts need at its least width, or at `width` where that is larger and fits on the
 /// screen. `moreHeight` is added for widgets that scroll. To be called when a text changes.
 void fit(QDialog& dialog, int width = 0, int moreHeight = 0);

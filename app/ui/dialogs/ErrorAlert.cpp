@@ -70,7 +70,7 @@ QString dangerIn(const Failure& failure, const QString& message)
 
 } // namespace
 
-ErrorAlert::ErrorAlert(const Failure& failure, QWidget* parent)
+ErrorAlert::ErrorAlert(const Failure& failure, const std::vector<Way>& ways, QWidget* parent)
     : QDialog(parent), title_(dialogParts::heading({}, this)), danger_(dialogParts::text(this)),
       sentence_(dialogParts::text(this)), lines_(new QPlainTextEdit(this)),
       showLog_(new QPushButton(tr("Show in Command Log"), this))
@@ -87,7 +87,7 @@ ErrorAlert::ErrorAlert(const Failure& failure, QWidget* parent)
     lines_->setFont(CodeFont::current());
     followColor(*lines_, QPalette::Base, &Theme::field);
     lines_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
-    auto* const ok = new QPushButton(tr("OK"), this);
+    auto* const ok = new QPushButton(ways.empty() ? tr("OK") : tr("Cancel"), this);
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(showLog_, &QPushButton::clicked, this, &ErrorAlert::logRequested);
@@ -104,7 +104,15 @@ ErrorAlert::ErrorAlert(const Failure& failure, QWidget* parent)
     column->addWidget(sentence_);
     column->addWidget(lines_, 1);
     column->addSpacing(8);
-    column->addLayout(dialogParts::buttonRow({showLog_, ok}));
+    std::vector<QPushButton*> buttons{showLog_, ok};
+    for (std::size_t index = 0; index < ways.size(); ++index) {
+        auto* const way = new QPushButton(ways[index].title, this);
+        way->setAutoDefault(false);
+        connect(way, &QPushButton::clicked, this,
+                [this, result = firstWay + static_cast<int>(index)] { done(result); });
+        buttons.push_back(way);
+    }
+    column->addLayout(dialogParts::buttonRow(buttons));
     setFailure(failure);
     ok->setFocus();
 }

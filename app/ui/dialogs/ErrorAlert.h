@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/store/Confirmation.h"
 #include "app/store/Failure.h"
 
 #include <QDialog>
+
+#include <vector>
 
 class QLabel;
 class QPlainTextEdit;
@@ -18,7 +21,11 @@ class ErrorAlert : public QDialog {
     Q_OBJECT
 
 public:
-    ErrorAlert(const Failure& failure, QWidget* parent);
+    /// `ways` are further buttons, for going on.
+    ErrorAlert(const Failure& failure, const std::vector<Way>& ways, QWidget* parent);
+
+    /// The result when the user takes the first of the ways; the others follow.
+    static constexpr int firstWay = 2;
 
     void setFailure(const Failure& failure);
     /// Returns the text as it is shown.

@@ -6,6 +6,7 @@
 #include "app/ui/dialogs/DiscardedDialog.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/GoToCommitDialog.h"
+#include "app/ui/dialogs/IdentityDialog.h"
 #include "app/ui/dialogs/NewRefSheets.h"
 #include "app/ui/dialogs/PromptDialog.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
@@ -36,6 +37,7 @@ struct SheetMaker {
     Sheet* operator()(const StashSheet&) const { return new StashDialog(store, parent); }
     Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
     Sheet* operator()(const SentChangesSheet&) const { return new SentChangesDialog(store, parent); }
+    Sheet* operator()(const IdentitySheet& sheet) const { return new IdentityDialog(store, sheet, parent); }
     Sheet* operator()(const DiscardedSheet&) const { return new DiscardedDialog(store, parent); }
 };
 
@@ -66,13 +68,16 @@ void StoreDialogs::showError()
         error_->setFailure(failure);
         return;
     }
-    error_ = new ErrorAlert(failure, parent_);
+    error_ = new ErrorAlert(failure, store_.window().ways(), parent_);
     connect(error_, &ErrorAlert::logRequested, this, &StoreDialogs::showFailedCommand);
-    connect(error_, &QDialog::finished, this, [this, alert = error_.data()] {
+    connect(error_, &QDialog::finished, this, [this, alert = error_.data()](int answer) {
         if (alert != error_)
             return;
         error_ = nullptr;
-        store_.window().dismissError();
+        if (answer >= ErrorAlert::firstWay)
+            store_.window().takeWay(static_cast<std::size_t>(answer - ErrorAlert::firstWay));
+        else
+            store_.window().dismissError();
     });
     error_->open();
 }
@@ -105,10 +110,12 @@ void StoreDialogs::questionAnswered(const QUuid& id, int answer)
     if (!question || question->id != id)
         return;
     const bool isSettled = question_ && question_->isSettled();
+    if (answer != QDialog::Rejected)
+        store_.window().setOption(id, question_ && question_->isOptionTicked());
     // The action may ask another question, so this one is removed first.
     question_ = nullptr;
-    if (answer == ConfirmationDialog::alternativeChosen) {
-        store_.window().confirmAlternative(id);
+    if (answer >= ConfirmationDialog::firstChoice) {
+        store_.window().choose(id, static_cast<std::size_t>(answer - ConfirmationDialog::firstChoice));
     } else if (answer != QDialog::Accepted) {
         store_.window().dismissQuestion();
     } else {
