@@ -127,6 +127,11 @@ TEST_F(LatestReads, EndTheGitOfWhatIsOvertakenWithinASecond)
         slow.reset();
         EXPECT_TRUE(haveAllEndedIn(repo.path(), std::chrono::seconds(1))) << "nobody is left to read it";
     }
+    // What was ended is told to the main thread a moment later. Nobody would free it after the last test.
+    QElapsedTimer waited;
+    waited.start();
+    while (waited.elapsed() < 100)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
 }
 
 std::string waiting(const int&, const std::stop_token& stop) { return stop.stop_requested() ? "stopped" : "done"; }
