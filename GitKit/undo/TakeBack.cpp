@@ -127,6 +127,7 @@ public:
             aside.insert(aside.end(), removed.begin(), removed.end());
             moveAside(repo_, aside, asideFolder(gitDirectory_, recording.id()));
             recording.movedAside(aside);
+            aside_ = std::move(aside);
             moveOn(step, title, recording, done);
             done.aside = inTheWay_;
         } catch (const std::exception&) {
@@ -206,8 +207,7 @@ private:
         try {
             refs.emplace(repo_, title, way_.refs);
         } catch (const std::exception&) {
-            moveBack(repo_, inTheWay_, asideFolder(gitDirectory_, recording.id()));
-            recording.movedAside({});
+            recording.movedAside(moveBack(repo_, aside_, asideFolder(gitDirectory_, recording.id())));
             explainRefs(repo_, way_.refs);
             throw;
         }
@@ -216,8 +216,7 @@ private:
             refs->commit();
         } catch (const std::exception&) { // as on a full disk: files and refs belong together
             moveAllBack(repo_, gitDirectory_, way_, kept_, known_);
-            moveBack(repo_, inTheWay_, asideFolder(gitDirectory_, recording.id()));
-            recording.movedAside({});
+            recording.movedAside(moveBack(repo_, aside_, asideFolder(gitDirectory_, recording.id())));
             throw;
         }
         refs.reset();
@@ -246,6 +245,7 @@ private:
     Names known_; ///< files that git does not know and that may be written over
     Names edited_;
     Names inTheWay_;
+    Names aside_; ///< all that was moved aside, which a failure brings back
 };
 
 Names filesBelow(const fs::path& folder)

@@ -262,6 +262,22 @@ TEST_F(StoreUndo, NothingIsTakenWithoutAWayBack)
     EXPECT_EQ(store.undo().whyNoUndo().toStdString(), "There is nothing to undo.");
 }
 
+TEST_F(StoreUndo, ARedoThatFailsLeavesFilesThatGitDoesNotKnow)
+{
+    repo.write("a", "1").commit("one").write("a", "2").git({"add", "a"}).write("new", "mine");
+    load();
+    store.staging().confirmDiscard(files());
+    answer();
+    undo();
+    const std::string before = wholeState(repo);
+    repo.write(".git/index.lock", "");
+    redo();
+    EXPECT_NE(error(), "");
+    repo.remove(".git/index.lock");
+    EXPECT_EQ(bytesAt(repo / "new"), "mine");
+    EXPECT_EQ(wholeState(repo), before);
+}
+
 TEST_F(StoreUndo, ALinkedWorkingTreeHasStepsOfItsOwn)
 {
     repo.write("a", "1").commit("one").git({"worktree", "add", "-q", "-b", "side", (trash / "tree").string()});
