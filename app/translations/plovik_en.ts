@@ -434,6 +434,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::PalettePopup</name>
+    <message numerus="yes">
+        <source>%Ln more row(s): type on to see them.</source>
+        <translation>
+            <numerusform>%Ln more row: type on to see them.</numerusform>
+            <numerusform>%Ln more rows: type on to see them.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Refs</name>
     <message numerus="yes">
         <source>Leave %n commit(s) behind?</source>

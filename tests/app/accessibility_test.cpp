@@ -215,7 +215,8 @@ TEST_F(AccessibilityTest, EveryDialogIsNamed)
     look(new AboutDialog(&window));
     look(new ShortcutsDialog(&window));
     look(new MessageDialog(u"Title"_s, u"What happened."_s, &window));
-    showCommandPalette(*window.menuBar(), store);
+    showCommandPalette(*window.menuBar(), target, store);
+    EXPECT_TRUE(worker.settle());
     QWidget* const palette = QApplication::activePopupWidget();
     ASSERT_TRUE(palette);
     EXPECT_EQ(Walk().through(*palette), "") << "palette";

@@ -231,6 +231,11 @@ TEST_F(ActionsTest, TheToolbarSwitchesToTheBranchesThatWereUsedLastAndSaysWhyNot
         EXPECT_TRUE(worker.settle());
         return QApplication::activePopupWidget();
     };
+    const auto type = [&](QWidget& into, const QString& text) {
+        QTest::keyClicks(named<QLineEdit>(into, u"Filter Branches"_s), text);
+        QTest::keyClick(named<QLineEdit>(into, u"Filter Branches"_s), Qt::Key_Return); // before it has been looked for
+        EXPECT_TRUE(worker.settle());
+    };
     QWidget* popup = open();
     ASSERT_TRUE(popup);
     auto* list = named<QListView>(*popup, u"Branches"_s);
@@ -238,9 +243,7 @@ TEST_F(ActionsTest, TheToolbarSwitchesToTheBranchesThatWereUsedLastAndSaysWhyNot
     for (int row = 0; row < list->model()->rowCount(); ++row)
         titles.push_back(list->model()->index(row, 0).data().toString().toStdString());
     EXPECT_EQ(titles, (Titles{"main", "bb", "ff", "aa", "cc", "dd", "ee", "gg", "hh", "side"}));
-    QTest::keyClicks(named<QLineEdit>(*popup, u"Filter Branches"_s), u"f"_s);
-    QTest::keyClick(named<QLineEdit>(*popup, u"Filter Branches"_s), Qt::Key_Return);
-    ASSERT_TRUE(worker.settle());
+    type(*popup, u"f"_s);
     EXPECT_EQ(repo.read({"branch", "--show-current"}), "ff");
     EXPECT_EQ(button->accessibleDescription(), u"ff"_s);
 
@@ -251,15 +254,16 @@ TEST_F(ActionsTest, TheToolbarSwitchesToTheBranchesThatWereUsedLastAndSaysWhyNot
     ASSERT_TRUE(popup);
     list = named<QListView>(*popup, u"Branches"_s);
     EXPECT_EQ(list->model()->index(1, 0).data(Qt::ToolTipRole).toString(), u"Not while this runs: Something…"_s);
-    QTest::keyClicks(named<QLineEdit>(*popup, u"Filter Branches"_s), u"side"_s);
-    QTest::keyClick(named<QLineEdit>(*popup, u"Filter Branches"_s), Qt::Key_Return);
+    type(*popup, u"side"_s);
     EXPECT_TRUE(popup->isVisible()) << "it cannot be chosen";
     popup->close();
     test::givenRunning(store, std::nullopt);
 }
 
-TEST_F(ActionsTest, ThePaletteHasEveryCommandAndRef)
+TEST_F(ActionsTest, ThePaletteFindsEverythingByAPartOfItsName)
 {
+    repo.write("src/parser.cpp", "1").write("src/other.cpp", "1").commit("Teach the parser about renames");
+    repo.write("src/other.cpp", "2");
     QMainWindow window;
     test::NoTarget target;
     window.setCentralWidget(new RepositoryView(store));
@@ -273,9 +277,10 @@ TEST_F(ActionsTest, ThePaletteHasEveryCommandAndRef)
             open = open ? open : entry(*menu, u"Command Palette…"_s);
         open->trigger();
         QWidget* const popup = QApplication::activePopupWidget();
-        auto* const field = named<QLineEdit>(*popup, u"Filter Commands and Refs"_s);
+        auto* const field = named<QLineEdit>(*popup, u"Find Commands and Names"_s);
         field->setText(typed);
-        const QString first = named<QListView>(*popup, u"Commands and Refs"_s)
+        EXPECT_TRUE(worker.settle());
+        const QString first = named<QListView>(*popup, u"Commands and Names"_s)
                                   ->model()
                                   ->index(0, 0)
                                   .data(Qt::AccessibleTextRole)
@@ -297,6 +302,20 @@ TEST_F(ActionsTest, ThePaletteHasEveryCommandAndRef)
     EXPECT_EQ(choose(u"delete"_s), "Branch: Delete…");
     ASSERT_TRUE(store.window().confirmation.value());
     EXPECT_EQ(store.window().confirmation.value()->title, u"Delete branch “side”?"_s);
+    store.window().dismissQuestion();
+
+    EXPECT_EQ(choose(u"srpar"_s), "src/parser.cpp, file history");
+    EXPECT_EQ(store.window().inspected.value(), (InspectedFile{"src/parser.cpp", {}, InspectedFile::Tab::history}));
+    EXPECT_EQ(choose(u"oth"_s), "src/other.cpp, changed file");
+    EXPECT_EQ(store.window().selectedPaths.value(), std::set<std::string>{"src/other.cpp"});
+    const std::string hash = repo.read({"rev-parse", "HEAD"});
+    EXPECT_EQ(choose(u"about ren"_s), "Teach the parser about renames, Ada " + hash.substr(0, 7));
+    EXPECT_EQ(store.window().selectedCommit.value(), hash);
+    const std::string first = repo.read({"rev-parse", "HEAD~"});
+    EXPECT_EQ(choose(QString::fromStdString(first.substr(0, 9))), "one, Ada " + first.substr(0, 7));
+    EXPECT_EQ(store.window().selectedCommit.value(), first);
+    EXPECT_EQ(choose(u"nothing is named so"_s), "Search the History for “nothing is named so”");
+    EXPECT_EQ(store.history().historySearch.value(), u"nothing is named so"_s);
     delete window.takeCentralWidget();
 }
 

@@ -5,10 +5,12 @@ class QMenuBar;
 
 namespace plovik {
 
+class MenuTarget;
 class RepositoryStore;
 
-/// Opens a list over the window of `bar` from which every command of its menus can be chosen, and every branch and tag,
-/// which is then selected in the sidebar. Commands that are not possible now stand in it with the reason. Main thread.
-void showCommandPalette(QMenuBar& bar, RepositoryStore& store);
+/// Opens a list over the window of `bar` in which everything can be found by typing a part of its name: the commands of
+/// the menus, the open and the recent repositories, branches and tags, which are then selected in the sidebar, files,
+/// and the newest commits. Commands that are not possible now stand in it with the reason. Main thread.
+void showCommandPalette(QMenuBar& bar, MenuTarget& target, RepositoryStore& store);
 
 } // namespace plovik

@@ -87,7 +87,7 @@ struct MenuItems::Wiring {
         if (command.id == CommandId::undo || command.id == CommandId::redo)
             new UndoCommand(command.id, *action, menu, items.store_);
         else
-            connect([&bar = items.bar_, &store = items.store_] { showCommandPalette(bar, store); });
+            connect([&items = items] { showCommandPalette(items.bar_, items.application_, items.store_); });
     }
     void operator()(void (*act)(RepositoryStore&)) const
     {

@@ -2,70 +2,86 @@
 #include "app/ui/window/BranchChoice.h"
 
 #include "app/store/Obstacles.h"
-#include "app/store/ShownText.h"
+#include "app/store/RepositoryStore.h"
 #include "app/store/actions/Refs.h"
-#include "app/store/readers/RefReaders.h"
-#include "app/ui/widgets/ChoicePopup.h"
+#include "app/ui/commands/PalettePopup.h"
 
+#include <QCoreApplication>
 #include <QWidget>
 
 #include <algorithm>
-#include <map>
-#include <string_view>
-#include <tuple>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace plovik {
 
-BranchChoice::BranchChoice(RepositoryStore& store, QWidget& button)
-    : QObject(&button), store_(store), button_(button), recent_(store.git(), &readRecentBranches, [this] { show(); })
-{}
+namespace {
 
-void BranchChoice::open() { recent_.askAgain(++question_); }
+struct BranchTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::BranchChoice)
+};
 
-/// Returns the local branches: the checked out one, then those that were checked out, the latest first, then the rest.
-std::vector<gitkit::GitRef> BranchChoice::ordered()
+/// With more refs than these, opening each for its date takes longer than one waits for a list.
+constexpr std::size_t mostDatedBranches = 5000;
+
+const gitkit::GitRef* branchOf(const Snapshot& now, const PaletteEntry& entry)
 {
-    std::map<std::string_view, std::size_t> places;
-    const std::optional<std::vector<std::string>> recent = recent_.result();
-    for (std::size_t index = 0; recent && index < recent->size(); ++index)
-        places.emplace((*recent)[index], index);
-    const std::vector<gitkit::GitRef>& branches = store_.snapshot().branches.value();
-    std::vector<std::tuple<bool, std::size_t, std::size_t>> order;
-    for (std::size_t index = 0; index < branches.size(); ++index) {
-        const auto found = places.find(branches[index].name);
-        order.emplace_back(!branches[index].isHead, found == places.end() ? places.size() : found->second, index);
-    }
-    std::ranges::sort(order);
-    std::vector<gitkit::GitRef> refs;
-    for (const auto& [isOther, place, index] : order)
-        refs.push_back(branches[index]);
-    return refs;
+    const bool isLocal = entry.kind == PaletteEntry::Kind::branch;
+    const std::vector<gitkit::GitRef>& refs = isLocal ? now.branches.value() : now.remoteBranches.value();
+    const auto found = std::ranges::find(refs, entry.name, &gitkit::GitRef::fullName);
+    return found == refs.end() ? nullptr : &*found;
 }
 
-void BranchChoice::show()
+QString countsOf(const gitkit::Divergence& counts)
 {
-    const QString inTheWay = obstacle(store_.changes(), store_.snapshot(), Verb::checkOut);
-    std::vector<Choice> choices;
-    for (const gitkit::GitRef& ref : ordered()) {
-        Choice choice{.title = shownText(ref.name), .isCurrent = ref.isHead};
-        const gitkit::Divergence counts = store_.counts().of(ref.fullName);
-        if (counts.ahead > 0)
-            choice.detail = u"↑%L1"_s.arg(counts.ahead);
-        if (counts.behind > 0)
-            choice.detail += (choice.detail.isEmpty() ? QString() : u" "_s) + u"↓%L1"_s.arg(counts.behind);
-        if (!ref.isHead) {
-            choice.whyNot = inTheWay.isEmpty() ? actions::damage(ref) : inTheWay;
-            choice.isOffered = choice.whyNot.isEmpty();
-            choice.run = [&store = store_, ref] { actions::checkout(store.actors(), ref); };
-        }
-        choices.push_back(std::move(choice));
+    QStringList parts;
+    if (counts.ahead > 0)
+        parts += u"↑%L1"_s.arg(counts.ahead);
+    if (counts.behind > 0)
+        parts += u"↓%L1"_s.arg(counts.behind);
+    return parts.join(u' ');
+}
+
+PaletteRow rowOf(const RepositoryStore& store, const PaletteEntry& entry)
+{
+    const gitkit::GitRef* const ref = branchOf(store.snapshot(), entry);
+    if (!ref)
+        return {.title = entry.title, .whyNot = BranchTexts::tr("This branch is gone."), .isOffered = false};
+    PaletteRow row{.title = entry.title, .isCurrent = ref->isHead};
+    row.detail = entry.kind == PaletteEntry::Kind::branch ? countsOf(store.counts().of(ref->fullName))
+                                                          : BranchTexts::tr("remote branch");
+    if (!ref->isHead) {
+        const QString inTheWay = obstacle(store.changes(), store.snapshot(), Verb::checkOut);
+        row.whyNot = inTheWay.isEmpty() ? actions::damage(*ref) : inTheWay;
+        row.isOffered = row.whyNot.isEmpty();
     }
-    const ChoicePopup::Names names{tr("Branches"), tr("Filter Branches"), tr("Switch to a branch")};
-    (new ChoicePopup(names, std::move(choices), false, &button_))->openBelow(button_);
+    return row;
+}
+
+void checkOut(RepositoryStore& store, const PaletteEntry& entry)
+{
+    const gitkit::GitRef* const ref = branchOf(store.snapshot(), entry);
+    if (ref && !ref->isHead)
+        actions::checkout(store.actors(), *ref);
+}
+
+} // namespace
+
+void chooseBranch(RepositoryStore& store, QWidget& button)
+{
+    const Snapshot& now = store.snapshot();
+    PaletteRequest request{.scope = PaletteRequest::Scope::branches};
+    const std::size_t count = now.branches.value().size() + now.remoteBranches.value().size();
+    request.isOrderedByDate = count <= mostDatedBranches;
+    const auto head = std::ranges::find_if(now.branches.value(), &gitkit::GitRef::isHead);
+    if (head != now.branches.value().end())
+        request.current = head->fullName;
+    const PalettePopup::Actions actions{.row = [&store](const auto& entry) { return rowOf(store, entry); },
+                                        .choose = [&store](const auto& entry) { checkOut(store, entry); }};
+    const PalettePopup::Names names{BranchTexts::tr("Branches"), BranchTexts::tr("Filter Branches"),
+                                    BranchTexts::tr("Switch to a branch")};
+    (new PalettePopup(store.git(), names, std::move(request), actions, &button))->openBelow(button, count);
 }
 
 } // namespace plovik
-
-#include "moc_BranchChoice.cpp"

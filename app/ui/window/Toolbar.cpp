@@ -62,7 +62,7 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store),
       project_(new ToolButton(ToolIcon::repository, tr("Repositories"), ToolButton::Kind::list, this)),
       branch_(new ToolButton(ToolIcon::branch, tr("Switch Branch"), ToolButton::Kind::list, this)),
-      branches_(new BranchChoice(store, *branch_)), activity_(new ActivityView(store, this))
+      activity_(new ActivityView(store, this))
 {
     setMinimumHeight(toolbarHeight);
     project_->setShownTitle(shownText(store.root().filename().native()));
@@ -158,7 +158,7 @@ bool Toolbar::event(QEvent* event)
     return QWidget::event(event);
 }
 
-void Toolbar::switchBranch() { branches_->open(); }
+void Toolbar::switchBranch() { chooseBranch(store_, *branch_); }
 
 /// Lists the repositories with a window, then the recent ones.
 void Toolbar::switchRepository()

@@ -15,7 +15,6 @@ class QHBoxLayout;
 namespace plovik {
 
 class ActivityView;
-class BranchChoice;
 class MenuTarget;
 class ToolButton;
 
@@ -53,7 +52,6 @@ private:
     MenuTarget* application_ = nullptr;
     ToolButton* project_;
     ToolButton* branch_;
-    BranchChoice* branches_;
     ActivityView* activity_;
     std::map<CommandId, ToolButton*> buttons_;
     std::vector<QPropertyNotifier> notifiers_;
