@@ -37,6 +37,26 @@ QString wouldEnd(const Snapshot& now)
     return isIn(now, Kind::revert) ? Texts::tr("Continue or abort the revert first") : unfinished(now);
 }
 
+/// No operation survives that the current branch is moved under it.
+QString inProgress(const Snapshot& now)
+{
+    if (!now.inProgress.value())
+        return {};
+    switch (now.inProgress.value()->kind) {
+    case Kind::rebase:
+        return Texts::tr("Continue or abort the rebase first");
+    case Kind::applyPatches:
+        return Texts::tr("Continue or abort applying the patches first");
+    case Kind::bisect:
+        return Texts::tr("End the bisect first");
+    case Kind::merge:
+    case Kind::cherryPick:
+    case Kind::revert:
+        break;
+    }
+    return wouldEnd(now);
+}
+
 QString noUpstream(const Snapshot& now)
 {
     // Before the first read, and when a read fails, nothing is known of the remotes.
@@ -79,6 +99,8 @@ QString refusal(const Snapshot& now, Verb verb)
     case Verb::amend:
     case Verb::merge:
         return firstOf(conflictsLeft(now), unfinished(now));
+    case Verb::reset:
+        return now.status.value().hasCommits() ? inProgress(now) : Texts::tr("Nothing has been committed yet.");
     case Verb::pull:
         return firstOf(noUpstream(now), firstOf(conflictsLeft(now), unfinished(now)));
     case Verb::push:

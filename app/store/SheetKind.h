@@ -18,6 +18,11 @@ struct NewTagSheet {
     std::string target; ///< full commit hash
     bool operator==(const NewTagSheet&) const = default;
 };
+/// Asks how the current branch is moved to a commit, and says what each way loses.
+struct ResetSheet {
+    std::string target; ///< full commit hash
+    bool operator==(const ResetSheet&) const = default;
+};
 struct StashSheet {
     bool operator==(const StashSheet&) const = default;
 };
@@ -38,6 +43,6 @@ struct IdentitySheet {
     bool operator==(const IdentitySheet&) const = default;
 };
 using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
-                               DiscardedSheet, IdentitySheet>;
+                               DiscardedSheet, IdentitySheet, ResetSheet>;
 
 } // namespace plovik

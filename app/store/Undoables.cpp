@@ -5,6 +5,7 @@
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/InTheWay.h"
+#include "GitKit/undo/Reset.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/OperationWords.h"
 
@@ -169,6 +170,24 @@ Undoable revert(const std::string& hash)
             .done = UndoTexts::tr("Reverted %1.").arg(shown),
             .scope = moving("revert"),
             .inTheWay = [hash](const GitRepository& repo) { return gitkit::inTheWayOfRevert(repo, hash); }};
+}
+
+Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch)
+{
+    using enum gitkit::ResetKind;
+    Undoable undo{.title = UndoTexts::tr("Reset of %1").arg(branch),
+                  .done = UndoTexts::tr("Reset %1 to %2.").arg(branch, shownText(gitkit::shortHash(target))),
+                  .scope = {.kind = "reset", .movesIndex = kind == mixed}};
+    if (kind == soft || kind == mixed)
+        return undo;
+    undo.scope = moving("reset");
+    undo.inTheWay = [=](const GitRepository& repo) { return gitkit::inTheWayOfReset(repo, kind, target); };
+    undo.complete = [=](const GitRepository& repo, UndoScope& scope) {
+        scope.target = treeOf(repo, target);
+        scope.overwrites = gitkit::takenByReset(repo, kind);
+    };
+    undo.takesWork = kind == hard;
+    return undo;
 }
 
 Undoable pull()

@@ -4,6 +4,7 @@
 #include "GitKit/records/BranchChange.h"
 #include "GitKit/records/FileChange.h"
 #include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/Reset.h"
 #include "GitKit/records/Stash.h"
 #include "app/store/StepKeeping.h"
 
@@ -30,6 +31,8 @@ Undoable deleteTag(const std::string& name);
 Undoable merge(const std::string& ref, const QString& shown);
 Undoable cherryPick(const std::string& hash);
 Undoable revert(const std::string& hash);
+/// `branch` is what is moved, as it is shown.
+Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch);
 Undoable pull();
 /// For the list of what has happened: it cannot be taken back.
 Undoable push(const std::string& branch, const std::string& remote);

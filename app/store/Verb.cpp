@@ -32,6 +32,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::checkOut:
     case Verb::createBranch: // it may check the branch out
     case Verb::merge:
+    case Verb::reset:
     case Verb::cherryPick:
     case Verb::revert:
     case Verb::continueOperation:

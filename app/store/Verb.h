@@ -16,6 +16,7 @@ enum class Verb {
     createTag,
     deleteTag,
     merge,
+    reset,
     cherryPick,
     revert,
     saveStash,

@@ -454,6 +454,65 @@
     </message>
 </context>
 <context>
+    <name>plovik::ResetDialog</name>
+    <message numerus="yes">
+        <source>Moves %1 off %n commit(s) and onto others.</source>
+        <translation>
+            <numerusform>Moves %1 off %n commit and onto others.</numerusform>
+            <numerusform>Moves %1 off %n commits and onto others.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Moves %1 on by %n commit(s).</source>
+        <translation>
+            <numerusform>Moves %1 on by %n commit.</numerusform>
+            <numerusform>Moves %1 on by %n commits.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Moves %1 back by %n commit(s).</source>
+        <translation>
+            <numerusform>Moves %1 back by %n commit.</numerusform>
+            <numerusform>Moves %1 back by %n commits.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Turns %n commit(s) into staged changes.</source>
+        <translation>
+            <numerusform>Turns %n commit into staged changes.</numerusform>
+            <numerusform>Turns %n commits into staged changes.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Turns %n commit(s) into changes in the working tree.</source>
+        <translation>
+            <numerusform>Turns %n commit into changes in the working tree.</numerusform>
+            <numerusform>Turns %n commits into changes in the working tree.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Overwrites %Ln changed file(s): %1.</source>
+        <translation>
+            <numerusform>Overwrites %Ln changed file: %1.</numerusform>
+            <numerusform>Overwrites %Ln changed files: %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Replaces %Ln file(s) that git does not know: %1.</source>
+        <translation>
+            <numerusform>Replaces %Ln file that git does not know: %1.</numerusform>
+            <numerusform>Replaces %Ln files that git does not know: %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>No other branch or tag leads to %n commit(s). Undo knows the way back for 30 days.</source>
+        <translation>
+            <numerusform>No other branch or tag leads to %n commit. Undo knows the way back for 30 days.</numerusform>
+            <numerusform>No other branch or tag leads to %n commits. Undo knows the way back for 30 days.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Staging</name>
     <message numerus="yes">
         <source>%Ln file(s) still contain conflict markers</source>

@@ -532,7 +532,7 @@ TEST_F(PseudoLanguageTest, DialogsAreTranslatedAndFit)
 {
     for (const SheetKind& sheet :
          {SheetKind(NewBranchSheet{}), SheetKind(NewTagSheet{repo.head()}), SheetKind(StashSheet{}),
-          SheetKind(GoToCommitSheet{}), SheetKind(SentChangesSheet{})})
+          SheetKind(GoToCommitSheet{}), SheetKind(SentChangesSheet{}), SheetKind(ResetSheet{repo.head()})})
     {
         store.window().showSheet(sheet);
         lookAtDialog(("sheet " + std::to_string(sheet.index())).c_str());

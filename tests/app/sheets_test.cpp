@@ -20,6 +20,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
@@ -273,6 +274,37 @@ TEST_F(DialogsTest, AFailureWithWaysOnGoesTheOneThatIsTaken)
     EXPECT_EQ(taken, "without again ");
     store.window().report({.message = u"no"_s});
     EXPECT_TRUE(button(u"OK"_s));
+}
+
+TEST_F(DialogsTest, AResetSaysWhatEachWayDoes)
+{
+    const std::string first = repo.read({"rev-parse", "HEAD~1"});
+    repo.write("a", "mine\n");
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    store.window().showSheet(ResetSheet{first});
+    EXPECT_FALSE(button(u"Reset"_s)->isEnabled()) << "nothing is known yet";
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(dialog()->accessibleName(), u"Reset “main”"_s);
+    EXPECT_TRUE(says(u"To %1, “one”"_s.arg(QString::fromStdString(first.substr(0, 7)))));
+    EXPECT_TRUE(says(u"Not possible. Changed here and in those commits: “a”."_s));
+    EXPECT_TRUE(says(u"Turns 1 commit into staged changes."_s));
+    EXPECT_TRUE(says(u"Overwrites 1 changed file: “a”. Undo brings this back."_s));
+    EXPECT_TRUE(says(u"No other branch or tag leads to 1 commit. Undo knows the way back for 30 days."_s));
+    EXPECT_FALSE(button(u"Reset"_s)->isEnabled());
+
+    // What changes while it is open counts.
+    repo.git({"checkout", "-q", "a"});
+    store.snapshot().refresh(RefreshScope::status);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(says(u"Moves main back by 1 commit. Changed files stay as they are."_s));
+    EXPECT_TRUE(button(u"Reset"_s)->isEnabled());
+    named<QRadioButton>(*dialog(), u"Keep those commits’ changes, too, staged"_s)->click();
+    button(u"Reset"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(repo.head(), first);
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "M  a");
 }
 
 TEST_F(DialogsTest, WhoCommitsIsAskedFor)

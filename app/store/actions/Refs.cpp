@@ -4,6 +4,7 @@
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
+#include "GitKit/undo/Reset.h"
 #include "app/store/Changes.h"
 #include "app/store/Obstacles.h"
 #include "app/store/SheetKind.h"
@@ -296,6 +297,21 @@ void merge(Actors actors, const GitRef& ref)
                                  .undo = undoable::merge(ref.fullName, shown)}),
         {.message = RefTexts::tr("Before merge of %1").arg(shown),
          .listing = listing({"diff", "HEAD..." + ref.fullName})}));
+}
+
+void reset(Actors actors, const Reset& how)
+{
+    const auto& branch = actors.snapshot.status.value().branch;
+    const QString shown = branch ? shownText(*branch) : u"HEAD"_s;
+    Change change{
+        .verb = Verb::reset,
+        .title = RefTexts::tr("Resetting %1…").arg(shown),
+        .operation = [how](const GitRepository& repo) { gitkit::reset(repo, how.kind, how.head, how.target); },
+        .undo = undoable::reset(how.kind, how.target, shown)};
+    // The sheet has named the files that git does not know.
+    if (how.kind == gitkit::ResetKind::hard)
+        change.consent = StepKeeping::Consent::movesUntracked;
+    actors.changes.run(std::move(change));
 }
 
 void cherryPick(Actors actors, const std::string& hash)

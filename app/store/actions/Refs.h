@@ -3,6 +3,7 @@
 
 #include "GitKit/records/BranchChange.h"
 #include "GitKit/records/GitRef.h"
+#include "GitKit/records/Reset.h"
 #include "app/store/actions/Actors.h"
 
 #include <QString>
@@ -26,6 +27,15 @@ void createTag(Actors actors, const std::string& name, const std::string& target
 void confirmDelete(Actors actors, const gitkit::GitRef& ref);
 
 void merge(Actors actors, const gitkit::GitRef& ref);
+
+/// Moves the current branch, or a detached HEAD, from `head` to `target`; both are full hashes.
+struct Reset {
+    gitkit::ResetKind kind = gitkit::ResetKind::keep;
+    std::string head;
+    std::string target;
+};
+void reset(Actors actors, const Reset& how);
+
 void cherryPick(Actors actors, const std::string& hash);
 void revert(Actors actors, const std::string& hash);
 

@@ -93,6 +93,7 @@ public:
     /// Returns the newest result; answered() is its request. The result is outdated while answered() differs from
     /// asked().
     std::optional<Result>& result() { return result_; }
+    const std::optional<Result>& answer() const { return result_; } ///< the same, to be looked at only
     const std::optional<Request>& answered() const { return answered_; }
     /// Returns why the newest request failed, or nullopt when it has not.
     const std::optional<Failure>& failure() const { return failure_; }

@@ -344,6 +344,7 @@ constexpr Command table[] = {
     onSelection(Id::newTagHere, QT_TRANSLATE_NOOP("Commands", "New Tag Here…"), wantedCommit),
     onSelection(Id::cherryPick, QT_TRANSLATE_NOOP("Commands", "Cherry-Pick"), wantedCommit),
     onSelection(Id::revert, QT_TRANSLATE_NOOP("Commands", "Revert"), wantedCommit),
+    onSelection(Id::resetHere, QT_TRANSLATE_NOOP("Commands", "Reset to Here…"), wantedCommit),
     onSelection(Id::copyHash, QT_TRANSLATE_NOOP("Commands", "Copy Hash"), wantedCommit),
     onSelection(Id::copySubject, QT_TRANSLATE_NOOP("Commands", "Copy Subject"), wantedCommit),
     onSelection(Id::showCommit, QT_TRANSLATE_NOOP("Commands", "Show Commit"),

@@ -113,6 +113,7 @@ enum class CommandId {
     newTagHere,
     cherryPick,
     revert,
+    resetHere,
     copyHash,
     copySubject,
     showCommit,

@@ -121,6 +121,7 @@ std::vector<Entry> layouts()
           newTagHere,
           cherryPick,
           revert,
+          resetHere,
           line,
           copyHash,
           copySubject}},

@@ -18,14 +18,6 @@ namespace plovik {
 
 namespace {
 
-/// Describes a commit by its short hash, and by its subject where the loaded history has it.
-QString describedCommit(const RepositoryStore& store, const std::string& hash)
-{
-    const QString shown = shownText(gitkit::shortHash(hash));
-    const auto commit = store.history().history.value().commit(hash);
-    return commit ? NewBranchDialog::tr("%1, “%2”").arg(shown, shownText(commit->subject)) : shown;
-}
-
 QString describedHead(const RepositoryStore& store)
 {
     const gitkit::RepoStatus& status = store.snapshot().status.value();
@@ -54,6 +46,13 @@ QLineEdit* makeNameField(const QString& accessibleName, QWidget* parent)
 }
 
 } // namespace
+
+QString describedCommit(const RepositoryStore& store, const std::string& hash)
+{
+    const QString shown = shownText(gitkit::shortHash(hash));
+    const auto commit = store.history().history.value().commit(hash);
+    return commit ? NewBranchDialog::tr("%1, “%2”").arg(shown, shownText(commit->subject)) : shown;
+}
 
 NewBranchDialog::NewBranchDialog(RepositoryStore& store, NewBranchSheet sheet, QWidget* parent)
     : Sheet(store, tr("New Branch"), tr("Create Branch"), parent), sheet_(std::move(sheet)),

@@ -11,6 +11,9 @@ class QLineEdit;
 
 namespace plovik {
 
+/// Describes a commit by its short hash, and by its subject where the loaded history has it.
+QString describedCommit(const RepositoryStore& store, const std::string& hash);
+
 /// Asks for the name of a new branch, and whether it is checked out. Main thread.
 class NewBranchDialog : public Sheet {
     Q_OBJECT

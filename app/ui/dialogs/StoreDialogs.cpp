@@ -9,6 +9,7 @@
 #include "app/ui/dialogs/IdentityDialog.h"
 #include "app/ui/dialogs/NewRefSheets.h"
 #include "app/ui/dialogs/PromptDialog.h"
+#include "app/ui/dialogs/ResetDialog.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
 #include "app/ui/dialogs/StashDialog.h"
 
@@ -38,6 +39,7 @@ struct SheetMaker {
     Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
     Sheet* operator()(const SentChangesSheet&) const { return new SentChangesDialog(store, parent); }
     Sheet* operator()(const IdentitySheet& sheet) const { return new IdentityDialog(store, sheet, parent); }
+    Sheet* operator()(const ResetSheet& sheet) const { return new ResetDialog(store, sheet, parent); }
     Sheet* operator()(const DiscardedSheet&) const { return new DiscardedDialog(store, parent); }
 };
 

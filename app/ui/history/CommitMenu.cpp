@@ -62,6 +62,11 @@ void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commi
                               [&store, hash] { actions::cherryPick(store.actors(), hash); });
     QAction* const revert = add(CommandId::revert, Verb::revert, Texts::tr("Revert"),
                                 [&store, hash] { actions::revert(store.actors(), hash); });
+    const auto& branch = store.snapshot().status.value().branch;
+    add(CommandId::resetHere, Verb::reset,
+        branch ? plainMenuText(Texts::tr("Reset “%1” to Here…").arg(shownText(*branch)))
+               : Texts::tr("Reset HEAD to Here…"),
+        [&store, hash] { store.window().showSheet(ResetSheet{hash}); });
     if (commit.parents.size() > 1) {
         for (QAction* const action : {pick, revert}) {
             action->setEnabled(false);

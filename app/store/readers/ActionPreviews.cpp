@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/readers/ActionPreviews.h"
+
+#include "GitKit/undo/Reset.h"
+
+namespace plovik {
+
+gitkit::ResetLoss readResetLoss(const gitkit::GitRepository& repo, const std::string& target)
+{
+    return gitkit::resetLoss(repo, target);
+}
+
+} // namespace plovik

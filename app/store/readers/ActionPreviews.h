@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/Reset.h"
+
+#include <string>
+
+namespace gitkit {
+class GitRepository;
+} // namespace gitkit
+
+namespace plovik {
+
+// What sheets say an action would do, for Latest. The functions may be called on any thread, block, and throw
+// gitkit::GitError.
+
+/// Reads what moving HEAD to a commit would lose. `target` is a full hash.
+gitkit::ResetLoss readResetLoss(const gitkit::GitRepository& repo, const std::string& target);
+
+} // namespace plovik
