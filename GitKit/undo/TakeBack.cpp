@@ -131,6 +131,7 @@ public:
             moveOn(step, title, recording, done);
             done.aside = inTheWay_;
         } catch (const std::exception&) {
+            recording.hasFailed();
             recording.finish(repo_);
             throw;
         }
@@ -184,7 +185,14 @@ private:
                         .undoes = step.id};
         for (const std::string& path : removedPaths(way_.from, kept_))
             scope.removes.push_back(path);
-        for (const std::string& path : edited_) {
+        std::set<std::string> paths(edited_.begin(), edited_.end());
+        // A file that is not as it is staged at one end may be so at the other one without having been moved: its
+        // contents have to be looked at both times, or it would pass for moved.
+        for (const UndoPoint* point : {&way_.from, &way_.to}) {
+            if (movesFiles(way_) && movesIndex(way_) && point->filesTree != point->indexTree)
+                paths.merge(movedPaths(repo_, {point->filesTree, point->indexTree}));
+        }
+        for (const std::string& path : paths) {
             if (kindAt(repo_.root() / path) != FileKind::folder && !std::ranges::binary_search(kept_, path))
                 scope.overwrites.push_back(path);
         }

@@ -56,8 +56,12 @@ std::vector<RefUpdate> movedRefs(const RefValues& before, const RefValues& after
     return updates;
 }
 
-/// Whether a step has ended without having changed anything. What is kept elsewhere leaves the same state.
-bool isNothing(const UndoStep& step) { return step.isSame() && step.kept.empty() && !isPublished(step); }
+/// Whether a step has ended without having changed anything. What is kept elsewhere leaves the same state, and what takes
+/// a step back counts whatever it has changed: that step would come next for ever.
+bool isNothing(const UndoStep& step)
+{
+    return step.isSame() && step.kept.empty() && step.undoes.empty() && !isPublished(step);
+}
 
 } // namespace
 

@@ -30,9 +30,11 @@ public:
     void movedAside(std::vector<std::string> paths) { step_.aside = std::move(paths); }
     /// Notes what keeping() has kept of the user's files.
     void keptAs(std::string name) { step_.kept = std::move(name); }
+    /// Notes that the step which this one was to take back has stayed.
+    void hasFailed() { step_.undoes.clear(); }
 
-    /// Keeps the state after, however the action has ended. Returns the step, or nullopt when nothing has changed, in
-    /// which case the step is not listed.
+    /// Keeps the state after, however the action has ended. Returns the step, or nullopt when nothing has changed and
+    /// nothing was taken back, in which case the step is not listed.
     std::optional<UndoStep> finish(const GitRepository& repo);
 
 private:

@@ -132,8 +132,13 @@ UndoPoint pointNow(const GitRepository& repo, const fs::path& gitDirectory, cons
 
 std::vector<std::string> changedFiles(const GitRepository& repo)
 {
+    // Unlike `diff-files`, this looks into files whose times alone differ from those in the index.
+    RunOptions options = helperOptions();
+    options.settings.emplace_back("diff.autoRefreshIndex=true");
     std::vector<std::string> paths =
-        splitNul(repo.runner().bytes({"diff-files", "--name-only", "-z", "--ignore-submodules=all"}, helperOptions()));
+        splitNul(repo.runner().bytes({"diff", "--name-only", "-z", "--no-ext-diff", "--no-textconv", "--no-renames",
+                                      "--no-relative", "--ignore-submodules=all"},
+                                     options));
     std::ranges::sort(paths); // one in conflict stands there more than once
     paths.erase(std::ranges::unique(paths).begin(), paths.end());
     return paths;

@@ -620,6 +620,28 @@ TEST(UndoJournal, BringsBackWhatWasMovedOutOfTheWay)
     EXPECT_THAT(thrown, ElementsAre(asideFolder(directory, "old")));
 }
 
+TEST(UndoJournal, WhatChangesNothingDoesNotStandInTheWay)
+{
+    TestRepository repo;
+    repo.write("a", "1").write("b", "1").commit("one").write("a", "2");
+    const GitRepository kit = repo.repository();
+    const fs::path directory = gitDirectories(kit).own;
+    const auto recorded = [&](const char* title, auto act) {
+        UndoRecording recording(kit, directory,
+                                {.title = title, .movesFiles = true, .movesIndex = true, .changesMore = true});
+        act();
+        return recording.finish(kit).has_value();
+    };
+    EXPECT_TRUE(recorded("Staged", [&] { repo.git({"add", "a"}); }));
+    EXPECT_FALSE(recorded("Touched", [&] { repo.write("b", "1"); })) << "a file has another time, but the same bytes";
+    EXPECT_TRUE(recorded("Staged", [&] { repo.write("b", "2").git({"add", "b"}); }));
+    repo.git({"reset", "-q", "b"}).write("b", "1"); // in a terminal: there is nothing left to take back
+    takeBack(kit, directory, *nextUndo(undoSteps(kit)), "Undo");
+    takeBack(kit, directory, *nextUndo(undoSteps(kit)), "Undo");
+    EXPECT_EQ(repo.read({"diff", "--cached", "--name-only"}), "") << "the step before the last one";
+    EXPECT_FALSE(nextUndo(undoSteps(kit)));
+}
+
 TEST(UndoJournal, RedoIsOverOnceSomethingElseIsDone)
 {
     const auto step = [](const char* id, const char* undoes = "") {

@@ -120,17 +120,22 @@ TEST(WaysOnStories, ChangesInTheWayAreStashedAndComeBackInOneStep)
 
 TEST_F(WaysOn, ChangesThatDoNotFitStayInTheStash)
 {
-    repo.write("a", lines({{1, "mine"}}));
+    repo.write("a", lines({{1, "mine"}})).write("b", "as before, and staged then\n");
     load();
     const std::string before = wholeState(repo);
     actions::checkout(store.actors(), ref("topic"));
     confirm();
+    const std::string after = wholeState(repo);
     EXPECT_EQ(error(), "");
     EXPECT_EQ(notice(), "Your changes are in conflict with what came. They are also safe in the stash “Before checkout "
                         "of topic”.");
     EXPECT_EQ(stashes(), "On main: Before checkout of topic");
     EXPECT_EQ(store.snapshot().conflictCount(), 1U);
     EXPECT_EQ(store.snapshot().status.value().branch, "topic");
+    undo();
+    EXPECT_EQ(wholeState(repo), before) << error() << notice();
+    redo();
+    EXPECT_EQ(wholeState(repo), after) << error() << notice();
     undo();
     EXPECT_EQ(wholeState(repo), before) << error() << notice();
 }
