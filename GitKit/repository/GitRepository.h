@@ -126,7 +126,7 @@ public:
     void stashDrop(const Stash& stash) const;
 
     void fetch() const;
-    void pull(PullBy how = PullBy::setting) const;
+    void pull(PullBy how = PullBy::setting, const std::optional<std::string>& fetched = {}) const;
     /// Pushes `branch` to the branch of the same name. With `upstreamRemote`, pushes there and sets it as the upstream;
     /// otherwise `branch` must be the current one.
     void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;

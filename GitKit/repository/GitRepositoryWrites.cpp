@@ -360,7 +360,7 @@ void GitRepository::stashDrop(const Stash& stash) const
 
 void GitRepository::fetch() const { runTelling(runner_, {"fetch", "--all", "--prune", "--progress"}); }
 
-void GitRepository::pull(PullBy how) const
+void GitRepository::pull(PullBy how, const std::optional<std::string>& fetched) const
 {
     waitForIndex(*this);
     Arguments arguments{"pull", "--progress"};
@@ -369,6 +369,8 @@ void GitRepository::pull(PullBy how) const
         arguments.insert(arguments.end(), {"--no-rebase", "--ff"});
     if (how == PullBy::rebasing)
         arguments.emplace_back("--rebase");
+    if (fetched)
+        arguments.insert(arguments.end(), {".", *fetched});
     runTelling(runner_, arguments);
 }
 

@@ -27,6 +27,13 @@ struct Upstream {
 /// Returns nullopt while HEAD is detached and for a branch without upstream.
 std::optional<Upstream> upstreamNow(const GitRepository& repo);
 
+/// Fetches from the remote of the current branch. Returns the full name of the remote-tracking branch that then is what a
+/// pull would join; nullopt where that is not one such branch, so that only `git pull` itself can tell.
+std::optional<std::string> fetchToPull(const GitRepository& repo);
+
+/// Returns whether such a pull replays the current branch's own commits.
+bool rebases(const GitRepository& repo, PullBy how);
+
 /// Writes how pulls join from now on into the repository's own configuration, as `pull.rebase`.
 void rememberPullBy(const GitRepository& repo, PullBy how);
 

@@ -205,6 +205,8 @@ private:
     {
         if (!step.kept.empty()) {
             bringKeptBack(step, done);
+            if (done.files->back.empty() && done.files->merged.empty())
+                recording.hasFailed();
             // More than the points keep: it cannot be done again.
             if (kept_.empty() && way_.from.absent.empty())
                 recording.keptAs(step.kept);

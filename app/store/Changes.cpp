@@ -38,13 +38,18 @@ GitAccess::Programs programsFor(Verb verb)
     return writes ? GitAccess::Programs::run : GitAccess::Programs::fetchless;
 }
 
-/// Returns an operation that is kept, if anything keeps it.
-GitAccess::Operation kept(const std::shared_ptr<StepKeeping>& keeping, const GitAccess::Operation& operation,
+/// Returns what a change runs, kept if anything keeps it.
+GitAccess::Operation kept(const std::shared_ptr<StepKeeping>& keeping, const Change& change,
                           std::weak_ptr<const std::monostate> alive)
 {
-    if (!keeping)
-        return operation;
-    return [keeping, operation, alive = std::move(alive)](const GitRepository& repo) {
+    return [keeping, prepare = change.prepare, operation = change.operation,
+            alive = std::move(alive)](const GitRepository& repo) {
+        if (prepare)
+            prepare(repo);
+        if (!keeping) {
+            operation(repo);
+            return;
+        }
         keeping->begin(repo);
         try {
             operation(repo);
@@ -167,7 +172,7 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
             pass.emplace(co_await turns_.enter());
             run->isWaiting = false;
         }
-        co_await git_.change(lane, context, programsFor(change.verb), kept(keeping, change.operation, git_.alive()));
+        co_await git_.change(lane, context, programsFor(change.verb), kept(keeping, change, git_.alive()));
     } catch (const std::exception& thrown) {
         failure = failureOf(thrown);
         failure->command = runs->failed();

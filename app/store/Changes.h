@@ -36,6 +36,8 @@ struct Change {
     /// The text that is shown while it runs ("Fetching…"). A change without a title is meant to take an instant: it shows
     /// nothing until two seconds have passed, and then gets the title of its verb.
     QString title = {};
+    /// Runs on the worker before the way back is kept, and fails as the operation does. For what is never taken back.
+    GitAccess::Operation prepare = {};
     GitAccess::Operation operation; ///< runs on the worker; its exception is the failure
     /// What keeps it, so that it can be taken back; nullopt for what cannot be.
     std::optional<Undoable> undo = {};

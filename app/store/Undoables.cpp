@@ -5,6 +5,7 @@
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/InTheWay.h"
+#include "GitKit/repository/Upstream.h"
 #include "GitKit/undo/Reset.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/OperationWords.h"
@@ -190,10 +191,22 @@ Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString&
     return undo;
 }
 
-Undoable pull()
+Undoable pull(gitkit::PullBy how, std::function<std::optional<std::string>()> fetched)
 {
     Undoable undo{.title = UndoTexts::tr("Pull"), .done = UndoTexts::tr("Pulled."), .scope = moving("pull")};
     undo.scope.movesAnyRef = true;
+    undo.complete = [fetched](const GitRepository& repo, UndoScope& scope) {
+        if (const std::optional<std::string> ref = fetched())
+            scope.target = treeOf(repo, *ref);
+    };
+    undo.inTheWay = [how, fetched](const GitRepository& repo) {
+        const std::optional<std::string> ref = fetched();
+        if (!ref)
+            return gitkit::InTheWay();
+        // A rebase checks out what was fetched before it replays anything.
+        return gitkit::rebases(repo, how) ? gitkit::inTheWayOfCheckout(repo, *ref)
+                                          : gitkit::inTheWayOfMerge(repo, *ref);
+    };
     return undo;
 }
 

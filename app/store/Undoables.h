@@ -33,7 +33,8 @@ Undoable cherryPick(const std::string& hash);
 Undoable revert(const std::string& hash);
 /// `branch` is what is moved, as it is shown.
 Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch);
-Undoable pull();
+/// `fetched` tells what was fetched for it, as fetchToPull() does, once that has happened.
+Undoable pull(gitkit::PullBy how, std::function<std::optional<std::string>()> fetched);
 /// For the list of what has happened: it cannot be taken back.
 Undoable push(const std::string& branch, const std::string& remote);
 

@@ -237,6 +237,31 @@ TEST_F(StoreUndo, WhatIsInTheWayIsMovedAsideAndComesBack)
     EXPECT_EQ(bytesAt(repo / ".env"), "secret");
 }
 
+TEST_F(StoreUndo, WhatIsInTheWayOfAPullIsMovedAsideAndComesBack)
+{
+    repo.write(".gitignore", ".env\n").write("a", "1").commit("one");
+    repo.git({"remote", "add", "origin", remote.path().string()}).git({"push", "-q", "-u", "origin", "main"});
+    const std::string one = repo.head();
+    repo.write(".env", "theirs").git({"add", "-f", ".env"}).commit("two").git({"push", "-q"});
+    for (const char* rebase : {"false", "true"}) {
+        SCOPED_TRACE(rebase);
+        // It is known only after the fetch; with a commit of one's own, the pull merges or rebases.
+        repo.git({"reset", "-q", "--hard", one}).write("a", rebase).commit("ours").write(".env", "secret");
+        repo.git({"update-ref", "refs/remotes/origin/main", one}).git({"config", "pull.rebase", rebase});
+        load();
+        const std::string before = wholeState(repo);
+        actions::pull(store.actors());
+        worker.finishAll();
+        EXPECT_EQ(error(), "");
+        EXPECT_EQ(bytesAt(repo / ".env"), "theirs");
+        EXPECT_EQ(notice(), "Moved 1 ignored file out of the way: “.env”. Undo brings it back.");
+        repo.git({"update-ref", "refs/remotes/origin/main", one}); // which is not ours to take back
+        load();
+        undo();
+        EXPECT_EQ(wholeState(repo), before) << error() << notice();
+    }
+}
+
 TEST_F(StoreUndo, RefusesInWordsWithAWayOn)
 {
     repo.write("a", "1").write("b", "1").commit("one").git({"branch", "topic"});

@@ -192,7 +192,7 @@ TEST_F(WaysOn, AStashWhoseStagedPartIsLostIsKept)
     EXPECT_EQ(repo.read({"show", "stash@{0}^2:b"}), "staged");
 }
 
-TEST_F(WaysOn, WhatCannotBeStashedIsToldInGitsWords)
+TEST_F(WaysOn, AnUntrackedFileInTheWayOfAPullIsNamed)
 {
     repo.write("untracked", "u").write("b", "changed\n");
     repo.git({"checkout", "-q", "topic"}).write("untracked", "theirs").git({"add", "untracked"});
@@ -201,8 +201,10 @@ TEST_F(WaysOn, WhatCannotBeStashedIsToldInGitsWords)
     load();
     actions::pull(store.actors());
     worker.finishAll();
-    EXPECT_EQ(asked(), "");
-    EXPECT_NE(error().find("untracked"), std::string::npos) << error();
+    EXPECT_EQ(asked(), "1 file is in the way|untracked");
+    confirm();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(bytesAt(repo / "untracked") + bytesAt(repo / "b"), "theirschanged\n");
 }
 
 TEST_F(WaysOn, ADivergedPullMergesOrRebasesAndRemembersHow)

@@ -26,15 +26,18 @@ struct RemoteTexts {
 
 void pullBy(Actors actors, gitkit::PullBy how, bool isRemembered)
 {
+    // What comes is known before anything of the user's moves, so that files in its way are found.
+    const auto fetched = std::make_shared<std::optional<std::string>>();
     Change pull{.verb = Verb::pull,
                 .title = RemoteTexts::tr("Pulling…"),
+                .prepare = [fetched](const GitRepository& repo) { *fetched = gitkit::fetchToPull(repo); },
                 .operation =
-                    [how, isRemembered](const GitRepository& repo) {
+                    [how, isRemembered, fetched](const GitRepository& repo) {
                         if (isRemembered)
                             gitkit::rememberPullBy(repo, how);
-                        repo.pull(how);
+                        repo.pull(how, *fetched);
                     },
-                .undo = undoable::pull()};
+                .undo = undoable::pull(how, [fetched] { return *fetched; })};
     if (how == gitkit::PullBy::setting) {
         pull.failed = [actors](const Failure& failure) {
             if (failure.kind != gitkit::ErrorKind::notFastForward)
