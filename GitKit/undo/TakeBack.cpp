@@ -92,6 +92,26 @@ void requireNotElsewhere(const GitRepository& repo, const UndoWay& way)
     }
 }
 
+struct Renaming {
+    std::string from;
+    std::string to;
+};
+
+/// Returns both names where nothing happens to refs but that a branch is renamed. `git branch -m` keeps its log, and can
+/// do it where one name lies below the other.
+std::optional<Renaming> renamingIn(const std::vector<RefUpdate>& refs)
+{
+    constexpr std::string_view prefix = "refs/heads/";
+    if (refs.size() != 2)
+        return std::nullopt;
+    const RefUpdate& gone = refs[0].to ? refs[1] : refs[0];
+    const RefUpdate& made = refs[0].to ? refs[0] : refs[1];
+    if (gone.to || made.from || gone.from != made.to || !gone.name.starts_with(prefix) ||
+        !made.name.starts_with(prefix))
+        return std::nullopt;
+    return Renaming{gone.name.substr(prefix.size()), made.name.substr(prefix.size())};
+}
+
 /// What takes a step back, in the order of its steps.
 class Moving {
 public:
@@ -213,6 +233,12 @@ private:
             return;
         }
         restoreTags(repo_, step);
+        if (const auto renaming = renamingIn(way_.refs); renaming && !movesFiles(way_)) {
+            explainRefs(repo_, way_.refs);
+            repo_.runner().accepted({"branch", "-m", "--", renaming->from, renaming->to}, helperOptions());
+            moveSettings(repo_, way_.from, way_.to);
+            return;
+        }
         std::optional<RefTransaction> refs;
         try {
             refs.emplace(repo_, title, way_.refs);

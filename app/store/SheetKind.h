@@ -14,6 +14,10 @@ struct NewBranchSheet {
     std::optional<std::string> startPoint; ///< nullopt for HEAD
     bool operator==(const NewBranchSheet&) const = default;
 };
+struct RenameBranchSheet {
+    std::string branch; ///< without refs/heads
+    bool operator==(const RenameBranchSheet&) const = default;
+};
 struct NewTagSheet {
     std::string target; ///< full commit hash
     bool operator==(const NewTagSheet&) const = default;
@@ -43,6 +47,6 @@ struct IdentitySheet {
     bool operator==(const IdentitySheet&) const = default;
 };
 using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
-                               DiscardedSheet, IdentitySheet, ResetSheet>;
+                               DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet>;
 
 } // namespace plovik

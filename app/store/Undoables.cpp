@@ -132,6 +132,22 @@ Undoable deleteBranch(const std::string& name)
             .scope = {.kind = "delete-branch", .refs = {"refs/heads/" + name}, .touchesSettings = true}};
 }
 
+Undoable renameBranch(const std::string& name, const std::string& newName)
+{
+    return {.title = UndoTexts::tr("Rename of %1 to %2").arg(inQuotes(name), inQuotes(newName)),
+            .done = UndoTexts::tr("Renamed %1 to %2.").arg(inQuotes(name), inQuotes(newName)),
+            .scope = {.kind = "rename-branch",
+                      .refs = {"refs/heads/" + name, "refs/heads/" + newName},
+                      .touchesSettings = true}};
+}
+
+Undoable setUpstream(const std::string& branch)
+{
+    return {.title = UndoTexts::tr("New Upstream of %1").arg(inQuotes(branch)),
+            .done = UndoTexts::tr("Changed the upstream of %1.").arg(inQuotes(branch)),
+            .scope = {.kind = "upstream", .touchesSettings = true}};
+}
+
 Undoable createTag(const std::string& name)
 {
     return {.title = UndoTexts::tr("New Tag %1").arg(inQuotes(name)),

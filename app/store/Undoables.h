@@ -25,6 +25,9 @@ Undoable checkout(const std::string& ref, const QString& shown, const std::optio
 Undoable createBranch(const std::string& name, const std::optional<std::string>& startPoint,
                       gitkit::AfterCreating after);
 Undoable deleteBranch(const std::string& name);
+Undoable renameBranch(const std::string& name, const std::string& newName);
+/// For setting and unsetting it.
+Undoable setUpstream(const std::string& branch);
 Undoable createTag(const std::string& name);
 Undoable deleteTag(const std::string& name);
 

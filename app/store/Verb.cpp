@@ -26,11 +26,13 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::pull:
         return all({index, workingTree, refs, network});
     case Verb::deleteBranch:
+    case Verb::setUpstream:
     case Verb::createTag:
     case Verb::deleteTag:
         return all({refs});
     case Verb::checkOut:
     case Verb::createBranch: // it may check the branch out
+    case Verb::renameBranch: // and this one may rename what is checked out
     case Verb::merge:
     case Verb::reset:
     case Verb::cherryPick:

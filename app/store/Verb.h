@@ -13,6 +13,8 @@ enum class Verb {
     checkOut,
     createBranch,
     deleteBranch,
+    renameBranch,
+    setUpstream,
     createTag,
     deleteTag,
     merge,

@@ -71,11 +71,12 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     const GitRef remote = makeRef(GitRef::Kind::remote, "refs/remotes/", "origin/side");
     const GitRef tag = makeRef(GitRef::Kind::tag, "refs/tags/", "v1");
 
-    EXPECT_EQ(menuOf(local),
-              (Titles{"Check Out", "Merge into “a&&b”", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
+    EXPECT_EQ(menuOf(local), (Titles{"Check Out", "Merge into “a&&b”", "New Branch from Here…", "—", "Rename…",
+                                     "Upstream", "—", "Copy Name", "—", "Delete…"}));
     EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "Push", "—",
-                                       "Copy Name", "—", "(Delete…)"}));
-    EXPECT_EQ(menuOf(remote), (Titles{"Check Out", "Merge", "New Branch from Here…", "—", "Copy Name"}));
+                                       "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(remote),
+              (Titles{"Check Out", "Merge", "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Copy Name"}));
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
 
     entry(*makeRefMenu(store, remote, &parent), u"New Branch from Here…"_s)->trigger();
@@ -84,7 +85,7 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
     test::givenRunning(store, Verb::fetch);
     EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "(Push)", "—",
-                                       "Copy Name", "—", "(Delete…)"}));
+                                       "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::deleteTag);
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::pull);

@@ -21,6 +21,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTreeView>
 #include <QtTest/QTest>
 
 #include <gtest/gtest.h>
@@ -274,6 +275,26 @@ TEST_F(DialogsTest, AFailureWithWaysOnGoesTheOneThatIsTaken)
     EXPECT_EQ(taken, "without again ");
     store.window().report({.message = u"no"_s});
     EXPECT_TRUE(button(u"OK"_s));
+}
+
+TEST_F(DialogsTest, ABranchIsRenamedFromTheSidebar)
+{
+    auto* const tree = named<QTreeView>(view, u"Sidebar"_s);
+    store.window().select(SidebarItem::ref("refs/heads/side"));
+    ASSERT_TRUE(worker.settle());
+    QTest::keyClick(tree, Qt::Key_F2);
+    ASSERT_TRUE(dialog());
+    auto* const name = named<QLineEdit>(*dialog(), u"New Branch Name"_s);
+    EXPECT_EQ(name->selectedText(), u"side"_s);
+    EXPECT_FALSE(button(u"Rename"_s)->isEnabled());
+    name->setText(u"main"_s);
+    EXPECT_TRUE(says(u"There is already a branch named “main”."_s));
+    name->setText(u"side/ways"_s);
+    EXPECT_FALSE(says(u"“side” is a branch, so it can't be a folder of others."_s));
+    QTest::keyClick(name, Qt::Key_Return);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"branch", "--format=%(refname:short)"}), "main\nside/ways");
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/side/ways"));
 }
 
 TEST_F(DialogsTest, AResetSaysWhatEachWayDoes)

@@ -207,6 +207,8 @@ TEST_F(SidebarTest, ShowsNamesOfAnyBytesAndUpstreamsThatAreGone)
     EXPECT_EQ(store.window().selection.value().refName, "refs/heads/caf\xE9");
     EXPECT_FALSE(view.model().isUpstreamGone(indexOf("refs/heads/kept")));
     EXPECT_TRUE(view.model().isUpstreamGone(indexOf("refs/heads/lost")));
+    given(store.snapshot().remotes, std::vector<std::string>{"origin"});
+    EXPECT_EQ(view.model().remoteOfUpstream(indexOf("refs/heads/lost")), QStringLiteral("origin"));
 }
 
 TEST_F(SidebarTest, MarksDamagedRefsAndChecksNoneOut)

@@ -83,6 +83,17 @@ const std::vector<Story> stories{
          r.git({"config", "branch.topic.merge", "refs/heads/main"});
      },
      [](auto& t) { actions::confirmDelete(t.store.actors(), t.ref("topic")); }},
+    {"Rename of “main” to “main/new”",
+     [](auto& r) {
+         r.git({"config", "branch.main.remote", "origin"}).git({"config", "branch.main.merge", "refs/heads/main"});
+     },
+     [](auto& t) { actions::renameBranch(t.store.actors(), "main", "main/new"); }},
+    {"New Upstream of “main”",
+     [](auto& r) {
+         r.git({"remote", "add", "origin", "."}).git({"update-ref", "refs/remotes/origin/topic", "topic"});
+         r.git({"tag", "origin/topic"});
+     },
+     [](auto& t) { actions::setUpstream(t.store.actors(), "main", "refs/remotes/origin/topic"); }},
     {"New Tag “v2”", nothing, [](auto& t) { actions::createTag(t.store.actors(), "v2", t.repo.head()); }},
     {"Deletion of Tag “v1”", [](auto& r) { r.git({"tag", "-a", "-m", "note", "v1"}); },
      [](auto& t) { actions::confirmDelete(t.store.actors(), t.ref("v1")); }},
@@ -194,6 +205,30 @@ TEST_F(StoreUndo, AMessageReturnsToTheBoxUnlessSomethingIsTyped)
     store.draft().setSubject(QStringLiteral("next"));
     undo();
     EXPECT_EQ(subject(), "next");
+}
+
+TEST_F(StoreUndo, ARenamedBranchKeepsItsLogBackAndForth)
+{
+    repo.write("a", "1").commit("one").write("a", "2").commit("two");
+    load();
+    store.window().select(SidebarItem::ref("refs/heads/main"));
+    worker.finishAll();
+    const auto log = [this](const char* branch) { return repo.read({"reflog", "--format=%gs", branch}); };
+    const std::string before = log("main");
+    actions::renameBranch(store.actors(), "main", "other");
+    worker.finishAll();
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/other"));
+    EXPECT_TRUE(log("other").ends_with(before)) << log("other");
+    undo();
+    EXPECT_TRUE(log("main").ends_with(before)) << log("main");
+    EXPECT_EQ(store.snapshot().headDescription().toStdString(), "main");
+
+    // One that has moved since is left alone.
+    redo();
+    repo.write("a", "3").commit("three");
+    undo();
+    EXPECT_EQ(repo.read({"branch", "--show-current"}), "other");
+    EXPECT_TRUE(store.window().confirmation.value());
 }
 
 TEST_F(StoreUndo, WhatIsInTheWayIsMovedAsideAndComesBack)

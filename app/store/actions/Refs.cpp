@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/actions/Refs.h"
 
+#include "GitKit/repository/Branches.h"
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
@@ -38,11 +39,8 @@ struct RefTexts {
 /// Returns the name of a remote branch's local counterpart, which is the branch's name without that of the remote.
 std::string localNameOf(const std::string& remoteBranch, const std::vector<std::string>& remotes)
 {
-    for (const std::string& remote : remotes) {
-        if (remoteBranch.starts_with(remote + '/'))
-            return remoteBranch.substr(remote.size() + 1);
-    }
-    return remoteBranch;
+    const gitkit::RemoteBranch parts = gitkit::remoteBranchOf(remoteBranch, remotes);
+    return parts.remote.empty() ? remoteBranch : parts.branch;
 }
 
 /// Asks before commits are left that nothing but a detached HEAD leads to, and begins the change if that is all right.
@@ -186,6 +184,11 @@ void deleteBranch(WindowState& window, Changes& changes, const std::string& bran
              }});
 }
 
+bool isUpstreamGone(const Snapshot& now, const GitRef& branch)
+{
+    return branch.upstream && !branch.upstreamRef.empty() && !now.hasRef(branch.upstreamRef);
+}
+
 void deleteTag(Changes& changes, const std::string& tag)
 {
     changes.run({.verb = Verb::deleteTag,
@@ -252,6 +255,43 @@ void createBranch(Actors actors, const std::string& name, const std::optional<st
         actors.changes.run(std::move(create));
 }
 
+void renameBranch(Actors actors, const std::string& branch, const std::string& newName)
+{
+    actors.changes.run({.verb = Verb::renameBranch,
+                        .title = RefTexts::tr("Renaming branch…"),
+                        .operation = [=](const GitRepository& repo) { gitkit::renameBranch(repo, branch, newName); },
+                        .undo = undoable::renameBranch(branch, newName),
+                        .succeeded =
+                            [&window = actors.window, branch, newName] {
+                                if (window.selection.value() == SidebarItem::ref("refs/heads/" + branch))
+                                    window.follow(SidebarItem::ref("refs/heads/" + newName));
+                            }});
+}
+
+void setUpstream(Actors actors, const std::string& branch, const std::optional<std::string>& upstream)
+{
+    const auto kind = std::make_shared<std::atomic<gitkit::UpstreamKind>>(gitkit::UpstreamKind::followed);
+    actors.changes.run(
+        {.verb = Verb::setUpstream,
+         .title = RefTexts::tr("Setting the upstream…"),
+         .operation =
+             [=](const GitRepository& repo) {
+                 if (upstream)
+                     *kind = gitkit::setUpstream(repo, branch, *upstream);
+                 else
+                     gitkit::unsetUpstream(repo, branch);
+             },
+         .undo = undoable::setUpstream(branch),
+         .succeeded =
+             [&window = actors.window, branch, kind] {
+                 if (*kind == gitkit::UpstreamKind::unknown)
+                     window.tell(
+                         RefTexts::tr("%1 is pulled from there from now on. How far it is ahead or behind is not "
+                                      "known, because that branch is not fetched.")
+                             .arg(inQuotes(branch)));
+             }});
+}
+
 void createTag(Actors actors, const std::string& name, const std::string& target)
 {
     actors.changes.run({.verb = Verb::createTag,
@@ -270,6 +310,9 @@ void confirmDelete(Actors actors, const GitRef& ref)
     case GitRef::Kind::local:
         question.title = RefTexts::tr("Delete branch %1?").arg(inQuotes(ref.name));
         question.message = RefTexts::tr("The branch is only deleted if it is fully merged.");
+        if (isUpstreamGone(actors.snapshot, ref))
+            question.message =
+                RefTexts::tr("Its upstream %1 is gone.").arg(shownText(*ref.upstream)) + u' ' + question.message;
         question.action = [&window, &changes, name = ref.name] { deleteBranch(window, changes, name); };
         question.kind = u"deleteBranch"_s;
         break;

@@ -321,6 +321,8 @@ constexpr Command table[] = {
     onSelection(Id::mergeRef, QT_TRANSLATE_NOOP("Commands", "Merge"),
                 QT_TRANSLATE_NOOP("Commands", "Select a branch in the sidebar.")),
     onSelection(Id::newBranchFromRef, QT_TRANSLATE_NOOP("Commands", "New Branch from Here…"), wantedRef),
+    onSelection(Id::renameRef, QT_TRANSLATE_NOOP("Commands", "Rename Branch…"),
+                QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar."), Qt::Key_F2),
     onSelection(Id::copyRefName, QT_TRANSLATE_NOOP("Commands", "Copy Name"), wantedRef),
     onSelection(Id::deleteRef, QT_TRANSLATE_NOOP("Commands", "Delete…"),
                 QT_TRANSLATE_NOOP("Commands", "Select a local branch or a tag in the sidebar.")),

@@ -94,6 +94,7 @@ enum class CommandId {
     checkOutRef,
     mergeRef,
     newBranchFromRef,
+    renameRef,
     copyRefName,
     deleteRef,
     stageFiles,

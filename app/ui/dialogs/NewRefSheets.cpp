@@ -97,6 +97,49 @@ void NewBranchDialog::submit()
                           checkOut_->isChecked() ? After::checkOut : After::stay);
 }
 
+RenameBranchDialog::RenameBranchDialog(RepositoryStore& store, RenameBranchSheet sheet, QWidget* parent)
+    : Sheet(store, tr("Rename %1").arg(inQuotes(sheet.branch)), tr("Rename"), parent), sheet_(std::move(sheet)),
+      name_(makeNameField(tr("New Branch Name"), this))
+{
+    name_->setText(exactText(sheet_.branch));
+    name_->selectAll();
+    fields().addWidget(name_);
+    connect(name_, &QLineEdit::textChanged, this, &RenameBranchDialog::validate);
+    name_->setFocus();
+    validate();
+}
+
+std::string RenameBranchDialog::name() const { return name_->text().toStdString(); }
+
+const gitkit::GitRef* RenameBranchDialog::branch() const
+{
+    const std::vector<gitkit::GitRef>& all = store().snapshot().branches.value();
+    const auto found = std::ranges::find(all, sheet_.branch, &gitkit::GitRef::name);
+    return found == all.end() ? nullptr : &*found;
+}
+
+QString RenameBranchDialog::problem() const
+{
+    if (!branch())
+        return tr("There is no branch %1 any more.").arg(inQuotes(sheet_.branch));
+    // Its own name may become a folder of the new one, or the other way round.
+    std::vector<gitkit::GitRef> others = store().snapshot().branches.value();
+    std::erase_if(others, [this](const gitkit::GitRef& other) { return other.name == sheet_.branch; });
+    return refNames::branchProblem(name(), others);
+}
+
+QString RenameBranchDialog::note() const
+{
+    const gitkit::GitRef* const renamed = branch();
+    return renamed && renamed->upstream
+               ? tr("It still follows %1, which keeps its name.").arg(shownText(*renamed->upstream))
+               : QString();
+}
+
+bool RenameBranchDialog::isComplete() const { return !name_->text().isEmpty() && name() != sheet_.branch; }
+
+void RenameBranchDialog::submit() { actions::renameBranch(store().actors(), sheet_.branch, name()); }
+
 NewTagDialog::NewTagDialog(RepositoryStore& store, NewTagSheet sheet, QWidget* parent)
     : Sheet(store, tr("New Tag"), tr("Create Tag"), parent), sheet_(std::move(sheet)),
       name_(makeNameField(tr("New Tag Name"), this))

@@ -37,6 +37,29 @@ private:
     QCheckBox* checkOut_;
 };
 
+/// Asks for another name of a branch. Main thread.
+class RenameBranchDialog : public Sheet {
+    Q_OBJECT
+
+public:
+    RenameBranchDialog(RepositoryStore& store, RenameBranchSheet sheet, QWidget* parent);
+
+    void submit() override;
+
+protected:
+    QString problem() const override;
+    QString note() const override;
+    bool isComplete() const override;
+    std::optional<Verb> verb() const override { return Verb::renameBranch; }
+
+private:
+    std::string name() const;
+    const gitkit::GitRef* branch() const;
+
+    RenameBranchSheet sheet_;
+    QLineEdit* name_;
+};
+
 /// Asks for the name of a new tag. Main thread.
 class NewTagDialog : public Sheet {
     Q_OBJECT

@@ -39,6 +39,7 @@ constexpr ListKeys keysOfLists[] = {
     {"Up, Down, Page Up, Page Down, Home, End",
      QT_TRANSLATE_NOOP("plovik::ShortcutsDialog",
                        "walk through the history; End reads it to its end, Home or Escape stop that")},
+    {"F2", QT_TRANSLATE_NOOP("plovik::ShortcutsDialog", "in the sidebar: rename the branch")},
     {"Space, Return, Delete", QT_TRANSLATE_NOOP("plovik::ShortcutsDialog",
                                                 "in the changed files: stage or unstage, open in the editor, discard")},
     {"Space, Return",

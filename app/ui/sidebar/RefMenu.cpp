@@ -11,6 +11,8 @@
 #include <QGuiApplication>
 #include <QMenu>
 
+#include <vector>
+
 using namespace Qt::StringLiterals;
 
 namespace plovik {
@@ -48,6 +50,69 @@ void addMerge(QMenu& menu, RepositoryStore& store, const GitRef& ref)
         refuse(*merge, Texts::tr("This branch is checked out."));
 }
 
+void addUpstreamChoice(QMenu& menu, RepositoryStore& store, const GitRef& branch, const GitRef& upstream)
+{
+    QAction* const entry =
+        addChange(menu, store, Verb::setUpstream, plainMenuText(shownText(upstream.name)),
+                  [&store, branch, upstream] { actions::setUpstream(store.actors(), branch.name, upstream.fullName); });
+    entry->setCheckable(true);
+    entry->setChecked(branch.upstream == upstream.name);
+}
+
+/// The branches of remotes that are called alike come first, and not all of very many are listed.
+std::vector<GitRef> upstreamsFor(const RepositoryStore& store, const GitRef& branch)
+{
+    constexpr std::size_t most = 30;
+    std::vector<GitRef> chosen;
+    for (const bool isAlike : {true, false}) {
+        for (const GitRef& remote : store.snapshot().remoteBranches.value()) {
+            const bool comesFirst = remote.name == branch.upstream || remote.name.ends_with('/' + branch.name);
+            if (comesFirst == isAlike && chosen.size() < most)
+                chosen.push_back(remote);
+        }
+    }
+    return chosen;
+}
+
+void addUpstreams(QMenu& menu, RepositoryStore& store, const GitRef& branch)
+{
+    QMenu* const choices = menu.addMenu(Texts::tr("Upstream"));
+    const std::vector<GitRef> upstreams = upstreamsFor(store, branch);
+    for (const GitRef& upstream : upstreams)
+        addUpstreamChoice(*choices, store, branch, upstream);
+    if (upstreams.size() < store.snapshot().remoteBranches.value().size())
+        refuse(*choices->addAction(Texts::tr("Others")),
+               Texts::tr("Choose one of the others in its own menu, while this branch is checked out."));
+    choices->addSeparator();
+    QAction* const none = addChange(*choices, store, Verb::setUpstream, Texts::tr("None"), [&store, branch] {
+        actions::setUpstream(store.actors(), branch.name, std::nullopt);
+    });
+    none->setCheckable(true);
+    none->setChecked(!branch.upstream);
+}
+
+/// What is for local branches alone.
+void addBranchEntries(QMenu& menu, RepositoryStore& store, const GitRef& branch)
+{
+    menu.addSeparator();
+    markAs(CommandId::renameRef, addChange(menu, store, Verb::renameBranch, Texts::tr("Rename…"), [&store, branch] {
+               store.window().showSheet(RenameBranchSheet{branch.name});
+           }));
+    addUpstreams(menu, store, branch);
+}
+
+void addMakeUpstream(QMenu& menu, RepositoryStore& store, const GitRef& remote)
+{
+    const auto& current = store.snapshot().status.value().branch;
+    if (!current)
+        return;
+    QAction* const entry = addChange(
+        menu, store, Verb::setUpstream, plainMenuText(Texts::tr("Make Upstream of “%1”").arg(shownText(*current))),
+        [&store, branch = *current, name = remote.fullName] { actions::setUpstream(store.actors(), branch, name); });
+    if (store.snapshot().status.value().upstream == remote.name)
+        refuse(*entry, Texts::tr("It is its upstream already."));
+}
+
 } // namespace
 
 QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
@@ -69,6 +134,10 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
     }
     if (ref.isHead)
         addCommand(*menu, store, CommandId::push);
+    if (ref.kind == GitRef::Kind::local)
+        addBranchEntries(*menu, store, ref);
+    if (ref.kind == GitRef::Kind::remote)
+        addMakeUpstream(*menu, store, ref);
     menu->addSeparator();
     markAs(CommandId::copyRefName, menu->addAction(Texts::tr("Copy Name"), [name = exactText(ref.name)] {
         QGuiApplication::clipboard()->setText(name);

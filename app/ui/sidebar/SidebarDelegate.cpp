@@ -41,8 +41,10 @@ QString besideName(const SidebarModel& model, const QModelIndex& index)
 {
     if (model.ref(index)->hash.empty())
         return SidebarDelegate::tr("damaged");
-    if (model.isUpstreamGone(index))
-        return SidebarDelegate::tr("gone");
+    if (model.isUpstreamGone(index)) {
+        const QString remote = model.remoteOfUpstream(index);
+        return remote.isEmpty() ? SidebarDelegate::tr("gone") : SidebarDelegate::tr("gone on %1").arg(remote);
+    }
     const gitkit::Divergence from = model.divergence(index);
     QStringList parts;
     if (from.ahead > 0)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/sidebar/SidebarModel.h"
 
+#include "GitKit/records/RemoteBranch.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -131,6 +132,14 @@ int SidebarModel::count(const QModelIndex& index) const
 const gitkit::GitRef* SidebarModel::ref(const QModelIndex& index) const
 {
     return kind(index) == Kind::ref ? node(index).ref : nullptr;
+}
+
+QString SidebarModel::remoteOfUpstream(const QModelIndex& index) const
+{
+    const gitkit::GitRef* const branch = ref(index);
+    if (!branch || !branch->upstream)
+        return {};
+    return shownText(gitkit::remoteBranchOf(*branch->upstream, store_.snapshot().remotes.value()).remote);
 }
 
 std::optional<SidebarItem> SidebarModel::item(const QModelIndex& index) const

@@ -54,6 +54,8 @@ public:
     gitkit::Divergence divergence(const QModelIndex& index) const { return divergence(node(index)); }
     /// Returns whether the ref has an upstream that does not exist any more.
     bool isUpstreamGone(const QModelIndex& index) const { return node(index).upstreamGone; }
+    /// Returns the name of the remote that had it; empty where no remote of now did.
+    QString remoteOfUpstream(const QModelIndex& index) const;
     /// Returns what the row selects, or nullopt when it cannot be selected.
     std::optional<SidebarItem> item(const QModelIndex& index) const;
     QModelIndex indexOf(const SidebarItem& item) const;

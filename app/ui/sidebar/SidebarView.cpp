@@ -57,6 +57,7 @@ public:
     using QTreeView::QTreeView;
 
     std::function<void(const QContextMenuEvent&)> menuRequested;
+    std::function<void()> renameRequested;
 
     void toggle(const QModelIndex& index)
     {
@@ -108,6 +109,8 @@ protected:
     {
         if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
             toggle(currentIndex());
+        if (event->key() == Qt::Key_F2)
+            renameRequested();
         QTreeView::keyPressEvent(event);
     }
 
@@ -174,6 +177,7 @@ void SidebarView::makeTree()
     connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SidebarView::userSelected);
     connect(tree, &QTreeView::doubleClicked, this, &SidebarView::checkOut);
     tree->menuRequested = [this](const QContextMenuEvent& event) { showMenu(event); };
+    tree->renameRequested = [this] { rename(); };
     connect(&Settings::shared(), &Settings::changed, this, &SidebarView::applyGroupSetting);
     settling_ = new QTimer(this);
     settling_->setSingleShot(true);
@@ -342,6 +346,13 @@ void SidebarView::checkOut(const QModelIndex& index)
     const gitkit::GitRef* ref = model_->ref(index);
     if (ref && !ref->isHead)
         actions::checkout(store_.actors(), *ref);
+}
+
+void SidebarView::rename()
+{
+    const gitkit::GitRef* const ref = model_->ref(tree_->currentIndex());
+    if (ref && ref->kind == gitkit::GitRef::Kind::local && store_.changes().offers(Verb::renameBranch))
+        store_.window().showSheet(RenameBranchSheet{ref->name});
 }
 
 void SidebarView::showMenu(const QContextMenuEvent& event)

@@ -60,6 +60,7 @@ private:
     void showStoreSelection(Reveal reveal);
     bool filterKeyPressed(int key);
     void checkOut(const QModelIndex& index);
+    void rename();
     void showMenu(const QContextMenuEvent& event);
 
     RepositoryStore& store_;

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/Branches.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/RefArguments.h"
+#include "GitKit/runner/GitError.h"
+
+#include <string_view>
+
+namespace gitkit {
+
+namespace {
+
+constexpr std::string_view remotePrefix = "refs/remotes/";
+
+void setSetting(const GitRepository& repo, const std::string& branch, const char* name, const std::string& value)
+{
+    repo.runner().accepted({"config", "--local", "branch." + branch + '.' + name, value});
+}
+
+} // namespace
+
+void renameBranch(const GitRepository& repo, const std::string& branch, const std::string& newName)
+{
+    repo.runner().accepted({"branch", "-m", "--", branch, newNameArgument("branch", newName)});
+}
+
+UpstreamKind setUpstream(const GitRepository& repo, const std::string& branch, const std::string& upstream)
+{
+    // The full name: a tag may be called like the remote branch.
+    const std::vector<std::string> command{"branch", "--set-upstream-to=" + exactArgument("branch", upstream), "--",
+                                           branch};
+    if (repo.runner().output(command).status == 0)
+        return UpstreamKind::followed;
+    const RemoteBranch meant = upstream.starts_with(remotePrefix)
+                                   ? remoteBranchOf(upstream.substr(remotePrefix.size()), repo.remotes())
+                                   : RemoteBranch{};
+    const bool exists = repo.runner().output({"rev-parse", "--verify", "--quiet", "refs/heads/" + branch}).status == 0;
+    if (meant.remote.empty() || !exists) {
+        repo.runner().accepted(command); // for its words
+        return UpstreamKind::followed;
+    }
+    setSetting(repo, branch, "remote", meant.remote);
+    setSetting(repo, branch, "merge", "refs/heads/" + meant.branch);
+    return UpstreamKind::unknown;
+}
+
+void unsetUpstream(const GitRepository& repo, const std::string& branch)
+{
+    const GitOutput merges = repo.runner().output({"config", "--get-all", "branch." + branch + ".merge"});
+    if (merges.status == 0)
+        repo.runner().accepted({"branch", "--unset-upstream", "--", branch});
+}
+
+} // namespace gitkit
