@@ -260,6 +260,8 @@ private:
         if (way_.from.operationRefs != way_.to.operationRefs)
             restoreOperationRefs(repo_, gitDirectory_, {way_.to.operation, way_.to.operationRefs});
         done.hasMovedStashes = moveStashes(repo_, way_.to);
+        if (movesFiles(way_))
+            done.submodules = movedSubmodules(repo_, filesOf(way_));
         moveSettings(repo_, way_.from, way_.to);
     }
 

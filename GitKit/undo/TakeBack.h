@@ -18,11 +18,12 @@ class GitRepository;
 
 /// What taking back has done.
 struct TakenBack {
-    std::optional<UndoStep> step;     ///< the step that it is itself; nullopt when nothing has changed
-    std::vector<std::string> aside;   ///< ignored files that it has moved out of the way
-    std::vector<std::string> left;    ///< files that were out of the way and could not be put back
-    std::optional<BroughtBack> files; ///< what bringBack() has done, for a step that has kept files
-    bool hasMovedStashes = false;     ///< a stash came back, and stands on top now
+    std::optional<UndoStep> step;        ///< the step that it is itself; nullopt when nothing has changed
+    std::vector<std::string> aside;      ///< ignored files that it has moved out of the way
+    std::vector<std::string> left;       ///< files that were out of the way and could not be put back
+    std::optional<BroughtBack> files;    ///< what bringBack() has done, for a step that has kept files
+    std::vector<std::string> submodules; ///< whose commits moved here while what they have checked out stayed
+    bool hasMovedStashes = false;        ///< a stash came back, and stands on top now
 };
 
 enum class Over {

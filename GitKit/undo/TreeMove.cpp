@@ -217,6 +217,21 @@ std::vector<std::string> lostPaths(const GitRepository& repo, const TreeMove& mo
         helperOptions()));
 }
 
+std::vector<std::string> movedSubmodules(const GitRepository& repo, const TreeMove& move)
+{
+    std::vector<std::string> names;
+    if (move.from == move.to || kindAt(repo.root() / ".gitmodules") == FileKind::none)
+        return names;
+    const std::vector<std::string> fields = splitNul(
+        repo.runner().bytes({"diff-tree", "-r", "-z", "--no-renames", move.from, move.to, "--"}, helperOptions()));
+    for (std::size_t index = 0; index + 1 < fields.size(); index += 2) {
+        // A record is ":MODE MODE HASH HASH STATUS" and its path.
+        if (fields[index].starts_with(":160000 160000 "))
+            names.push_back(fields[index + 1]);
+    }
+    return names;
+}
+
 std::vector<std::string> editedFiles(const GitRepository& repo, const fs::path& gitDirectory, const TreeMove& move)
 {
     const Paths moved = movedPaths(repo, move);

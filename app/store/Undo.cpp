@@ -64,31 +64,6 @@ QString shortName(const std::string& fullName)
     return shownText(fullName);
 }
 
-TimelineRow::Kind kindOf(const std::vector<UndoStep>& steps, const UndoStep& step)
-{
-    if (!step.undoes.empty())
-        return TimelineRow::Kind::undo;
-    return gitkit::isTakenBack(steps, step) ? TimelineRow::Kind::undone : TimelineRow::Kind::step;
-}
-
-std::vector<TimelineRow> rowsOf(const std::vector<UndoStep>& steps, const std::vector<TimelineRow>& elsewhere)
-{
-    std::vector<TimelineRow> rows;
-    auto other = elsewhere.begin();
-    for (const UndoStep& step : steps) {
-        other = std::find_if(other, elsewhere.end(), [&](const TimelineRow& row) {
-            if (row.date <= step.date)
-                return true;
-            rows.push_back(row);
-            return false;
-        });
-        const auto files = step.before.modes.size() + step.before.absent.size() + step.aside.size();
-        rows.push_back({kindOf(steps, step), titleOf(step), step.date, step, static_cast<int>(files)});
-    }
-    rows.insert(rows.end(), other, elsewhere.end());
-    return rows;
-}
-
 } // namespace
 
 Undo::Undo(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, gitkit::Trash trash)
@@ -137,7 +112,7 @@ void Undo::show()
     undoTitle = undone ? std::optional(titleOf(actionOf(steps_, *undone))) : std::nullopt;
     redoTitle = redone ? std::optional(titleOf(actionOf(steps_, *redone))) : std::nullopt;
     if (isShown_)
-        timeline = std::make_shared<const std::vector<TimelineRow>>(rowsOf(steps_, elsewhere_));
+        timeline = std::make_shared<const std::vector<TimelineRow>>(timelineRows(steps_, elsewhere_));
 }
 
 QString Undo::whyNoUndo() const
@@ -286,6 +261,9 @@ void Undo::tellTakenBack(const UndoStep& taken, const gitkit::TakenBack& done, D
             tr("%1: still out of the way, because something else stands there now.").arg(namesOfFiles(done.left)));
     else if (!done.aside.empty())
         tellMovedAside(done.aside);
+    else if (!done.submodules.empty())
+        window_.tell(
+            tr("What is checked out inside %1 stays as it is.", "submodules").arg(namesOfFiles(done.submodules)));
     else if (done.hasMovedStashes)
         window_.tell(tr("The stash is back, on top of the others."));
     say((direction == Direction::undo ? tr("Undone: %1.") : tr("Done again: %1.")).arg(titleOf(action)),
@@ -317,7 +295,10 @@ void Undo::explain(const UndoStep& step, Direction direction, Cause cause, const
     question.title = (direction == Direction::undo ? tr("Cannot undo %1") : tr("Cannot redo %1")).arg(title);
     question.message = reason(cause, names);
     question.actionTitle = tr("Show in Timeline");
-    question.action = [this] { window_.goTo(SidebarItem::timeline()); };
+    question.action = [this, id = actionOf(steps_, step).id] {
+        meant = Meant{meant.value().number + 1, id};
+        window_.goTo(SidebarItem::timeline());
+    };
     if (cause == Cause::takenNames && !step.refs.empty())
         offerOtherName(question, step, names);
     window_.ask(std::move(question));
@@ -387,22 +368,7 @@ QCoro::Task<> Undo::readingElsewhere()
     } catch (const std::exception&) {
         co_return; // the steps made here are shown all the same
     }
-    elsewhere_.clear();
-    for (HeadLogEntry& entry : log) {
-        const auto isOurs = [&entry](const UndoStep& step) {
-            return step.began - std::chrono::seconds(1) <= entry.date &&
-                   entry.date <= step.date + std::chrono::seconds(1);
-        };
-        if (std::ranges::any_of(steps_, isOurs))
-            continue;
-        TimelineRow row{.kind = TimelineRow::Kind::terminal,
-                        .title = tr("in a terminal: %1").arg(shownText(entry.text)),
-                        .date = entry.date,
-                        .step = {}};
-        row.step.before.head.hash = std::move(entry.from);
-        row.step.after.emplace().head.hash = std::move(entry.to);
-        elsewhere_.push_back(std::move(row));
-    }
+    elsewhere_ = rowsElsewhere(std::move(log), steps_);
     show();
 }
 
@@ -438,65 +404,10 @@ void Undo::confirmUndoTo(const std::string& id)
     window_.ask(std::move(question));
 }
 
-void Undo::confirmRestoreFiles(const std::string& id)
+void Undo::forgotten(const std::string& id)
 {
-    const UndoStep* const step = found(steps_, id);
-    if (!step)
-        return;
-    Confirmation question;
-    question.title = tr("Restore the files from before %1?").arg(inQuotes(step->title));
-    question.message =
-        tr("The files that it has changed become what they were before. Branches and what is staged stay.");
-    question.actionTitle = tr("Restore");
-    question.risk = Confirmation::Risk::none;
-    question.action = [this, step = *step] {
-        Undoable undo{.title = tr("Restored Files"),
-                      .done = tr("Restored the files from before %1.").arg(inQuotes(step.title)),
-                      .scope = {.kind = "restore"},
-                      .takesWork = true};
-        undo.complete = [step](const GitRepository& repo, gitkit::UndoScope& scope) {
-            scope.overwrites = gitkit::filesOfStep(repo, step);
-        };
-        changes_.run({.verb = Verb::undo,
-                      .title = tr("Restoring files…"),
-                      .operation =
-                          [step, known = snapshot_.gitDirectory()](const GitRepository& repo) {
-                              gitkit::restoreFiles(repo, known ? *known : gitkit::gitDirectories(repo).own, step);
-                          },
-                      .undo = std::move(undo)});
-    };
-    window_.ask(std::move(question));
-}
-
-void Undo::newBranchBefore(const std::string& id)
-{
-    const UndoStep* const step = found(steps_, id);
-    if (step && !step->before.head.hash.empty())
-        window_.showSheet(NewBranchSheet{step->before.head.hash});
-}
-
-void Undo::confirmForget(const std::string& id)
-{
-    const UndoStep* const step = found(steps_, id);
-    if (!step)
-        return;
-    Confirmation question;
-    question.title = tr("Forget %1?").arg(inQuotes(step->title));
-    question.message = tr("What is kept of it is removed, and it can no longer be undone.");
-    question.actionTitle = tr("Forget");
-    question.action = [this, step = *step] {
-        changes_.run({.verb = Verb::undo,
-                      .operation =
-                          [step, known = snapshot_.gitDirectory()](const GitRepository& repo) {
-                              gitkit::forgetStep(repo, known ? *known : gitkit::gitDirectories(repo).own, step);
-                          },
-                      .succeeded =
-                          [this, id = step.id] {
-                              std::erase_if(steps_, [&id](const UndoStep& each) { return each.id == id; });
-                              show();
-                          }});
-    };
-    window_.ask(std::move(question));
+    std::erase_if(steps_, [&id](const UndoStep& step) { return step.id == id; });
+    show();
 }
 
 // A step without an end.

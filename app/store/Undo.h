@@ -5,6 +5,7 @@
 #include "GitKit/records/UndoStep.h"
 #include "app/store/Confirmation.h"
 #include "app/store/Observed.h"
+#include "app/store/TimelineRows.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>
@@ -30,24 +31,6 @@ class Snapshot;
 class StepKeeping;
 class WindowState;
 
-/// One row of the timeline: something that has happened in this working tree.
-struct TimelineRow {
-    enum class Kind {
-        step,     ///< made by this program; it can be taken back as far as it is the newest
-        undone,   ///< made by this program and taken back since
-        undo,     ///< took back another step
-        terminal, ///< made by another program, and read from HEAD's log
-    };
-    Kind kind = Kind::step;
-    QString title;
-    gitkit::Date date;
-    gitkit::UndoStep step; ///< only its points' heads are set for what another program did
-    int files = 0;         ///< how many files it keeps
-
-    bool operator==(const TimelineRow&) const = default;
-};
-using Timeline = std::shared_ptr<const std::vector<TimelineRow>>;
-
 /// What this working tree's changes can be taken back, and the list of them. Owned by the store; main thread.
 class Undo {
     Q_DECLARE_TR_FUNCTIONS(plovik::Undo)
@@ -70,16 +53,19 @@ public:
     /// Reads the timeline, and again whenever it may have changed. Call when it is shown first.
     void showTimeline();
 
-    // What a row of the timeline offers. `id` is the one of its step.
-
-    /// Asks, and then takes back all steps down to this one.
+    /// Asks, and then takes back all steps down to the one with this id.
     void confirmUndoTo(const std::string& id);
-    /// Asks, and then writes the files back as they were before this step.
-    void confirmRestoreFiles(const std::string& id);
-    /// Asks for the name of a branch at the commit where HEAD stood before this step.
-    void newBranchBefore(const std::string& id);
-    /// Asks, and then removes what is kept of this step for good.
-    void confirmForget(const std::string& id);
+    /// Takes a step out of the list, after what was kept of it is gone.
+    void forgotten(const std::string& id);
+
+    /// The step that the timeline is to select; an empty id before any was meant.
+    struct Meant {
+        quint64 number = 0; ///< grows with each
+        std::string id;
+
+        bool operator==(const Meant&) const = default;
+    };
+    Observed<Meant, Undo> meant;
 
     /// What was just done, as a quiet sentence, and what can be done about it.
     struct Said {

@@ -25,6 +25,7 @@
 #include <QPushButton>
 #include <QtTest/QTest>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -210,6 +211,11 @@ TEST_F(TimelineTest, KeepsTheSelectedStepAndOffersWhatCanBeDoneWithIt)
     EXPECT_EQ(files().size(), 3U) << "by the commits";
     show({row(Kind::undo, "undo", u"Undo"_s), merge(), elsewhere});
     EXPECT_EQ(list().currentIndex().row(), 2);
+    given(store.undo().meant, Undo::Meant{1, "merge"});
+    EXPECT_EQ(list().currentIndex().row(), 1);
+    select(2);
+    show({row(Kind::undo, "undo", u"Undo"_s), merge(), elsewhere});
+    EXPECT_EQ(list().currentIndex().row(), 2) << "it was shown already";
 
     const std::unique_ptr<QMenu> menu(timeline().makeContextMenu());
     EXPECT_EQ(entries(*menu), (Titles{"(Undo to Here…)", "(Restore Files from This Step…)",
@@ -232,7 +238,8 @@ TEST_F(TimelineTest, KeepsTheSelectedStepAndOffersWhatCanBeDoneWithIt)
     test::givenRunning(store, std::nullopt);
     TimelineRow pushed = merge();
     pushed.step.kind = "push";
-    EXPECT_EQ(offered(pushed).front(), "(Undo to Here…)");
+    EXPECT_THAT(offered(pushed), testing::ElementsAre("(Undo to Here…)", "Revert", testing::_, testing::_, testing::_,
+                                                      testing::_, testing::_, testing::_));
     TimelineRow interrupted = merge();
     interrupted.step.after.reset();
     EXPECT_EQ(offered(interrupted).front(), "(Undo to Here…)");

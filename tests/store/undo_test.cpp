@@ -396,6 +396,24 @@ TEST_F(StoreUndo, ALinkedWorkingTreeHasStepsOfItsOwn)
     EXPECT_TRUE(store.window().confirmation.value());
 }
 
+TEST_F(StoreUndo, WhatIsInsideASubmoduleStaysAndThatIsTold)
+{
+    TestRepository inner;
+    const std::string older = inner.write("a", "1").commit("inner one").head();
+    repo.git({"-c", "protocol.file.allow=always", "submodule", "--quiet", "add", inner.path().string(), "inner"});
+    repo.commit("with a submodule").git({"checkout", "-q", "-b", "topic"});
+    runPlainGit(repo / "inner",
+                {"-c", "user.name=a", "-c", "user.email=b@c", "commit", "-q", "--allow-empty", "-m", "2"}, status_);
+    repo.git({"commit", "-q", "-am", "newer"}).git({"checkout", "-q", "main"});
+    load();
+    actions::merge(store.actors(), ref("topic"));
+    worker.finishAll();
+    undo();
+    EXPECT_EQ(repo.read({"rev-parse", ":inner"}), older);
+    EXPECT_NE(repo.read({"-C", "inner", "rev-parse", "HEAD"}), older);
+    EXPECT_EQ(notice(), "What is checked out inside “inner” stays as it is.");
+}
+
 TEST_F(StoreUndo, APushIsShownAndStandsInTheWay)
 {
     repo.git({"remote", "add", "origin", remote.path().string()}).write("a", "1").commit("one");

@@ -5,6 +5,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/TreeChanges.h"
 #include "GitKit/undo/Overlay.h"
+#include "GitKit/undo/TreeMove.h"
 
 #include <algorithm>
 #include <iterator>
@@ -87,6 +88,8 @@ StepFiles readStepFiles(const GitRepository& repo, const StepFilesRequest& reque
 {
     StepFiles step = treesOf(repo, request);
     step.files = inBoth(repo, step, &gitkit::changedFiles);
+    if (!step.trees.from.empty())
+        step.submodules = gitkit::movedSubmodules(repo, {step.trees.from, step.trees.to});
     return step;
 }
 

@@ -32,8 +32,9 @@ struct StepFiles {
     gitkit::TreePair kept;                 ///< with the files whose bytes are kept
     std::set<std::string> keptPaths;       ///< those files
     // Files that are kept elsewhere than in git, so that they have no diff.
-    std::vector<std::string> back; ///< that come back
-    std::vector<std::string> gone; ///< that go
+    std::vector<std::string> back;       ///< that come back
+    std::vector<std::string> gone;       ///< that go
+    std::vector<std::string> submodules; ///< that stay as they are, although their entries move
 
     const gitkit::TreePair& treesOf(const gitkit::CommitFile& file) const
     {

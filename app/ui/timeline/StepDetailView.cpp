@@ -184,6 +184,7 @@ void StepDetailView::showUndoing()
     if (const auto& found = reading_.result()) {
         lines += stepText::comingBack(found->back);
         lines += stepText::going(found->gone);
+        lines += stepText::staying(found->submodules);
     }
     undoing_->setText(lines.join(u'\n'));
     undoing_->setVisible(!lines.isEmpty());

@@ -3,6 +3,8 @@
 
 #include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/Refs.h"
+#include "app/store/actions/Steps.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/timeline/StepText.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -66,7 +68,7 @@ void beginBranch(RepositoryStore& store, const TimelineRow& row)
     if (row.kind == Kind::terminal)
         store.window().showSheet(NewBranchSheet{row.step.before.head.hash});
     else
-        store.undo().newBranchBefore(row.step.id);
+        actions::newBranchBefore(store.actors(), row.step);
 }
 
 } // namespace
@@ -85,8 +87,11 @@ QMenu* makeStepMenu(RepositoryStore& store, const TimelineRow& row, QWidget* par
     const QString inTheWay = obstacle(store.changes(), store.snapshot(), Verb::undo);
     const auto firstOf = [](const QString& one, const QString& other) { return one.isEmpty() ? other : one; };
     add(CommandId::undoToStep, firstOf(whyNotUndone(row), inTheWay), [&store, id] { store.undo().confirmUndoTo(id); });
+    if (gitkit::isPublished(row.step))
+        add(CommandId::revert, obstacle(store.changes(), store.snapshot(), Verb::revert),
+            [&store, hash = stepText::hash(row)] { actions::revert(store.actors(), hash); });
     add(CommandId::restoreStepFiles, firstOf(whyNotRestored(row), inTheWay),
-        [&store, id] { store.undo().confirmRestoreFiles(id); });
+        [&store, step = row.step] { actions::confirmRestoreFiles(store.actors(), step); });
     add(CommandId::newBranchBeforeStep, whyNoBranch(row), [&store, row] { beginBranch(store, row); });
     menu->addSeparator();
     const std::string hash = stepText::hash(row);
@@ -94,7 +99,7 @@ QMenu* makeStepMenu(RepositoryStore& store, const TimelineRow& row, QWidget* par
         [text = exactText(hash)] { QGuiApplication::clipboard()->setText(text); });
     menu->addSeparator();
     add(CommandId::forgetStep, firstOf(whyNotForgotten(row), inTheWay),
-        [&store, id] { store.undo().confirmForget(id); });
+        [&store, step = row.step] { actions::confirmForget(store.actors(), store.undo(), step); });
     return menu;
 }
 

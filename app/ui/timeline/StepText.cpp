@@ -171,7 +171,7 @@ QString undoingTitle(const TimelineRow& row)
         if (gitkit::isPublished(row.step))
             return StepTexts::tr(
                 "Others may have it by now, so that it cannot be undone from here. Undoing earlier steps "
-                "changes your branch only.");
+                "changes your branch only. “Revert” in the menu makes a commit that takes the last one of it back.");
         return row.step.after ? StepTexts::tr("Undoing it:")
                               : StepTexts::tr("Plovik was closed in the middle of it, so that it is not known what it "
                                               "has changed.");
@@ -207,6 +207,11 @@ QStringList undoing(const TimelineRow& row)
 QStringList comingBack(const std::vector<std::string>& paths)
 {
     return fileLines(paths, StepTexts::tr("%1: comes back", "file"));
+}
+
+QStringList staying(const std::vector<std::string>& submodules)
+{
+    return fileLines(submodules, StepTexts::tr("%1: what is checked out inside it stays", "submodule"));
 }
 
 QStringList going(const std::vector<std::string>& paths) { return fileLines(paths, StepTexts::tr("%1: goes", "file")); }

@@ -26,6 +26,7 @@ QString undoingTitle(const TimelineRow& row);
 
 QStringList undoing(const TimelineRow& row);
 QStringList comingBack(const std::vector<std::string>& paths);
+QStringList staying(const std::vector<std::string>& submodules);
 QStringList going(const std::vector<std::string>& paths);
 
 /// Returns the commit that the step has reached or, when it has deleted something, where that was.

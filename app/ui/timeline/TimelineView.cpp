@@ -27,7 +27,8 @@ constexpr double leastTimelineHeight = 90;
 TimelineView::TimelineView(RepositoryStore& store, QWidget* parent)
     : QStackedWidget(parent), store_(store), model_(new TimelineModel(this)), list_(new RowList(tr("Timeline"))),
       detail_(new StepDetailView(store)), diffPlace_(new QStackedWidget), empty_(new EmptyState(this)),
-      notifier_(store.undo().timeline.addNotifier([this] { showTimeline(); }))
+      notifiers_{store.undo().timeline.addNotifier([this] { showTimeline(); }),
+                 store.undo().meant.addNotifier([this] { showTimeline(); })}
 {
     makeList();
     diffPlace_->addWidget(detail_);
@@ -66,6 +67,7 @@ void TimelineView::showTimeline()
         const QModelIndex kept = model_->indexOfKey(current_);
         list_->setCurrentIndex(kept.isValid() ? kept : model_->index(0, 0));
         scroll_->restore();
+        selectMeant();
     }
     showCurrent();
     if (timeline && timeline->empty())
@@ -74,6 +76,18 @@ void TimelineView::showTimeline()
     else
         empty_->setText({}, {});
     setCurrentIndex(timeline && !timeline->empty() ? 0 : 1);
+}
+
+/// Selects the step that something else points at, once it is listed.
+void TimelineView::selectMeant()
+{
+    const Undo::Meant meant = store_.undo().meant.value();
+    const QModelIndex index = meant.number == meant_ ? QModelIndex() : model_->indexOfKey(meant.id);
+    if (!index.isValid())
+        return;
+    meant_ = meant.number;
+    list_->setCurrentIndex(index);
+    list_->scrollTo(index);
 }
 
 void TimelineView::showCurrent()

@@ -7,6 +7,7 @@
 #include <QProperty>
 #include <QStackedWidget>
 
+#include <array>
 #include <string>
 
 class QListView;
@@ -40,6 +41,7 @@ protected:
 private:
     void makeList();
     void showTimeline();
+    void selectMeant();
     void showCurrent();
     void showMenu(const QPoint& place);
 
@@ -51,8 +53,9 @@ private:
     EmptyState* empty_;
     ScrollKeeper* scroll_ = nullptr;
     std::string current_; ///< key of the current row
+    quint64 meant_ = 0;   ///< number of the last step that was to be selected, and is
     bool isFilling_ = false;
-    QPropertyNotifier notifier_;
+    std::array<QPropertyNotifier, 2> notifiers_;
 };
 
 } // namespace plovik
