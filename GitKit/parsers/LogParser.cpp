@@ -136,6 +136,46 @@ std::optional<CommitFile> takeWholeFile(std::string_view& output)
     return file;
 }
 
+constexpr char recordBegin = '\x1e';
+
+/// Returns where the next record of `linesFormat` begins, or npos. Texts may have its first byte, but a hash and a NUL
+/// follow it only there.
+std::size_t endOfRecord(std::string_view output)
+{
+    for (std::size_t at = output.find(recordBegin, 1); at != std::string_view::npos;
+         at = output.find(recordBegin, at + 1))
+    {
+        const bool isAfterEnd = output[at - 1] == '\n' || output[at - 1] == '\0';
+        const std::string_view hash = output.substr(at + 1, output.find('\0', at) - at - 1);
+        if (isAfterEnd && hash.size() >= 40 && hash.find_first_not_of("0123456789abcdef") == std::string_view::npos)
+            return at;
+    }
+    return std::string_view::npos;
+}
+
+/// Returns the file that a patch of `git log -L` is of, whose names stand in it as they are. Without one it is `path`.
+CommitFile fileOfPatch(std::string_view patch, std::string_view path)
+{
+    const auto nameAfter = [&](std::string_view sign, std::string_view prefix) -> std::string_view {
+        const std::size_t begin = patch.find(sign);
+        if (begin == std::string_view::npos)
+            return {};
+        const std::string_view name =
+            patch.substr(begin + sign.size(), patch.find('\n', begin + 1) - begin - sign.size());
+        return name.starts_with(prefix) ? name.substr(prefix.size()) : std::string_view();
+    };
+    const std::string_view before = nameAfter("\n--- ", "a/");
+    const std::string_view after = nameAfter("\n+++ ", "b/");
+    CommitFile file{.status = 'M', .path = std::string(after.empty() ? path : after), .originalPath = {}, .source = {}};
+    if (!after.empty() && before.empty())
+        file.status = 'A';
+    if (!after.empty() && !before.empty() && before != after) {
+        file.status = 'R';
+        file.originalPath = before;
+    }
+    return file;
+}
+
 } // namespace
 
 std::vector<Commit> LogParser::parse(std::string_view output)
@@ -186,6 +226,25 @@ std::optional<FileRevision> LogParser::takeRevision(std::string_view& output, st
         commit->commit.hash.clear();
     output = rest;
     return FileRevision{std::move(commit->commit), *std::move(file)};
+}
+
+std::optional<FileRevision> LogParser::takeLinesRevision(std::string_view& output, std::string_view path, bool isAll)
+{
+    output.remove_prefix(std::min(output.find(recordBegin), output.size()));
+    if (output.empty())
+        return std::nullopt;
+    const std::size_t end = endOfRecord(output);
+    if (end == std::string_view::npos && !isAll)
+        return std::nullopt;
+    std::string record(output.substr(1, end == std::string_view::npos ? end : end - 1));
+    output.remove_prefix(std::min(end, output.size()));
+    if (std::ranges::count(record, '\0') < 7) // without a patch
+        record += '\0';
+    std::string_view left = record;
+    std::optional<Streamed> commit = take(left);
+    if (!commit)
+        return FileRevision{};
+    return FileRevision{std::move(commit->commit), fileOfPatch(left, path)};
 }
 
 std::vector<FileRevision> LogParser::parseFileLog(std::string_view output, std::string_view path)

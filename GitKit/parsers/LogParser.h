@@ -46,6 +46,13 @@ struct LogParser {
     /// that nothing more will be printed. Otherwise as take().
     static std::optional<FileRevision> takeRevision(std::string_view& output, std::string_view path, bool isAll);
 
+    /// The same as streamFormat for `git log -L`, which prints a patch behind each record. The first byte tells where a
+    /// record begins: no line of a patch begins with it.
+    static constexpr const char* linesFormat = "--format=%x1e%H%x00%P%x00%an%x00%ae%x00%at%x00%ct%x00%s";
+    /// Takes one record of `linesFormat` with its patch, which is complete once the next record has begun or `isAll`. The
+    /// file is that of the patch, or `path` where there is none.
+    static std::optional<FileRevision> takeLinesRevision(std::string_view& output, std::string_view path, bool isAll);
+
     /// Reads the history of the file that is now called `path`: records of `listFormat`, each followed by what
     /// --name-status lists for the commit.
     static std::vector<FileRevision> parseFileLog(std::string_view output, std::string_view path);

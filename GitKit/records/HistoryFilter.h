@@ -8,15 +8,25 @@
 
 namespace gitkit {
 
-/// A search over history.
+/// A search over history. Its text may name further fields: see SearchTerms.
 struct HistoryFilter {
-    enum class Field { message, author, path };
+    enum class Field {
+        message,
+        author,
+        path,
+        content, ///< a text that is added or removed
+        lines,   ///< a regular expression that matches added or removed lines
+        date,
+        hash
+    };
 
-    static constexpr std::array allFields{Field::message, Field::author, Field::path};
+    static constexpr std::array allFields{Field::message, Field::author, Field::path, Field::content,
+                                          Field::lines,   Field::date,   Field::hash};
 
     static constexpr std::string_view rawValue(Field field)
     {
-        constexpr std::array<std::string_view, 3> names{"message", "author", "path"};
+        constexpr std::array<std::string_view, 7> names{"message", "author", "path", "content",
+                                                        "lines",   "date",   "hash"};
         return names[static_cast<std::size_t>(field)];
     }
 

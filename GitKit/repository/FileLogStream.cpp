@@ -23,24 +23,46 @@ bool FollowedPath::complete(FileRevision& revision)
 }
 
 FileLogStream::FileLogStream(const GitRepository& repo, const std::string& path,
-                             const std::optional<std::string>& revision)
-    : asked_(path), path_(path)
+                             const std::optional<std::string>& revision, const std::optional<LineRange>& lines)
+    : asked_(path), isOfLines_(lines.has_value()), path_(path)
 {
-    std::vector<std::string> arguments{
-        "log", "--follow", "-M", "--name-status", "--no-decorate", "-z", LogParser::streamFormat};
+    std::vector<std::string> arguments{"log", "--no-decorate", "-z"};
+    if (lines)
+        arguments.insert(arguments.end(),
+                         {"-M", "--no-textconv", "--no-ext-diff", LogParser::linesFormat,
+                          "-L" + std::to_string(lines->first) + ',' + std::to_string(lines->last) + ':' + path});
+    else
+        arguments.insert(arguments.end(), {"--follow", "-M", "--name-status", LogParser::streamFormat});
     if (revision)
         arguments.push_back(revisionArgument("log", *revision));
-    arguments.insert(arguments.end(), {"--", literalPathspec(path)});
+    arguments.emplace_back("--");
+    if (!lines)
+        arguments.push_back(literalPathspec(path));
     git_.emplace(repo.runner().stream(arguments));
+}
+
+std::optional<FileRevision> FileLogStream::takeRevision(std::string_view& rest)
+{
+    return isOfLines_ ? LogParser::takeLinesRevision(rest, asked_, hasEnded_)
+                      : LogParser::takeRevision(rest, asked_, hasEnded_);
+}
+
+/// Gives a revision the name that its file had. Returns false for one that is to be left out.
+bool FileLogStream::complete(FileRevision& revision)
+{
+    if (!isOfLines_)
+        return path_.complete(revision);
+    asked_ = revision.file.originalPath.value_or(revision.file.path);
+    return true;
 }
 
 std::optional<FileRevision> FileLogStream::take(Clock::time_point until)
 {
     while (true) {
         std::string_view rest = std::string_view(bytes_).substr(taken_);
-        std::optional<FileRevision> read = LogParser::takeRevision(rest, asked_, hasEnded_);
+        std::optional<FileRevision> read = takeRevision(rest);
         taken_ = bytes_.size() - rest.size();
-        if (read && !read->commit.hash.empty() && path_.complete(*read))
+        if (read && !read->commit.hash.empty() && complete(*read))
             return read;
         if (read)
             continue;

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "GitKit/records/FileRevision.h"
+#include "GitKit/records/LineRange.h"
 #include "GitKit/runner/GitStream.h"
 
 #include <chrono>
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -36,9 +38,11 @@ private:
 /// Any thread, but one at a time. Destroying it ends its git. Between two reads git waits on its full pipe.
 class FileLogStream {
 public:
-    /// `path` is the file's name in `revision`, or in HEAD without one. Throws as GitRunner::stream() and
+    /// `path` is the file's name in `revision`, or in HEAD without one. With `lines`, only what changed these lines of that
+    /// revision is listed, also under earlier names of the file. Throws as GitRunner::stream() and
     /// revisionArgument().
-    FileLogStream(const GitRepository& repo, const std::string& path, const std::optional<std::string>& revision);
+    FileLogStream(const GitRepository& repo, const std::string& path, const std::optional<std::string>& revision,
+                  const std::optional<LineRange>& lines = {});
 
     /// Waits for the next revision and returns it with those that come within `pause` after it, at most `most` in all;
     /// none at the end of the history. Throws GitError when git fails, and RunStopped when the repository's context
@@ -53,7 +57,11 @@ private:
     std::optional<FileRevision> take(Clock::time_point until);
     void collect(std::vector<FileRevision>& found, std::size_t most, std::chrono::milliseconds pause);
 
+    std::optional<FileRevision> takeRevision(std::string_view& rest);
+    bool complete(FileRevision& revision);
+
     std::string asked_;
+    bool isOfLines_;
     FollowedPath path_;
     std::optional<GitStream> git_; ///< until the history has ended
     bool hasEnded_ = false;

@@ -35,7 +35,8 @@ bool hasManyRefs(const std::filesystem::path& root)
 } // namespace
 
 HistoryStream::HistoryStream(const GitRepository& repo, const HistoryWalk& walk)
-    : isWithoutTags_(walk.mayLeaveOutTags && !walk.scope.ref && hasManyRefs(repo.root())), order_(orderFor(walk))
+    : isWithoutTags_(walk.mayLeaveOutTags && !walk.scope.ref && hasManyRefs(repo.root())),
+      terms_(walk.filter ? searchTerms(*walk.filter) : SearchTerms()), order_(orderFor(walk))
 {
     std::vector<std::string> arguments{"log"};
     if (walk.isSortedByGit)
@@ -67,7 +68,7 @@ std::optional<Commit> HistoryStream::take(Clock::time_point until)
         std::string_view rest = std::string_view(bytes_).substr(taken_);
         if (std::optional<LogParser::Streamed> read = LogParser::take(rest)) {
             taken_ = bytes_.size() - rest.size();
-            if (!read->commit.hash.empty())
+            if (!read->commit.hash.empty() && terms_.hold(read->commit))
                 order_.add(std::move(read->commit), read->committed);
             continue;
         }

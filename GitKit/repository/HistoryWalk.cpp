@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/HistoryWalk.h"
 
+#include "GitKit/SearchTerms.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/runner/GitError.h"
+
+#include <string_view>
 
 namespace gitkit {
 
@@ -11,6 +14,44 @@ namespace {
 bool resolvesHead(const GitRunner& runner)
 {
     return runner.output({"rev-parse", "--verify", "--quiet", "HEAD"}).status == 0;
+}
+
+/// Returns a basic regular expression that matches a text in both cases of its letters.
+std::string inBothCases(std::string_view text)
+{
+    std::string pattern;
+    for (const char c : text) {
+        const bool isUpper = c >= 'A' && c <= 'Z';
+        const bool isLower = c >= 'a' && c <= 'z';
+        if (isUpper || isLower)
+            pattern += {'[', c, static_cast<char>(isUpper ? c - 'A' + 'a' : c - 'a' + 'A'), ']'};
+        else if (std::string_view(".*[]^$\\").find(c) != std::string_view::npos)
+            pattern += {'\\', c};
+        else
+            pattern += c;
+    }
+    return pattern;
+}
+
+/// Returns the options for what a commit says of itself. The case of its letters does not matter, but git's option for
+/// that would make it ignore the case of what changed, too.
+std::vector<std::string> wordArguments(const SearchTerms& terms)
+{
+    if (terms.messages.empty() && terms.authors.empty())
+        return {};
+    const bool isPattern = terms.looksAtChanges();
+    std::vector<std::string> arguments{"--basic-regexp"};
+    if (!isPattern)
+        arguments = {"--fixed-strings", "-i"};
+    const auto add = [&](const char* option, const std::vector<std::string>& texts) {
+        for (const std::string& text : texts)
+            arguments.push_back(option + (isPattern ? inBothCases(text) : text));
+    };
+    add("--grep=", terms.messages);
+    add("--author=", terms.authors);
+    if (terms.messages.size() > 1)
+        arguments.emplace_back("--all-match");
+    return arguments;
 }
 
 } // namespace
@@ -31,17 +72,17 @@ std::vector<std::string> walkStarts(const HistoryScope& scope, HeadStart head)
 std::vector<std::string> walkArguments(const std::vector<std::string>& starts,
                                        const std::optional<HistoryFilter>& filter)
 {
-    using Field = HistoryFilter::Field;
-    const bool isFiltered = filter && !filter->text.empty();
-    std::vector<std::string> arguments;
-    if (isFiltered && filter->field == Field::message)
-        arguments = {"--fixed-strings", "-i", "--grep=" + filter->text};
-    if (isFiltered && filter->field == Field::author)
-        arguments = {"--fixed-strings", "-i", "--author=" + filter->text};
+    const SearchTerms terms = filter ? searchTerms(*filter) : SearchTerms();
+    std::vector<std::string> arguments = wordArguments(terms);
+    if (terms.looksAtChanges()) {
+        // What a merge itself changes is found against its first parent.
+        arguments.insert(arguments.end(), {"-s", "--no-textconv", "--no-ext-diff", "--diff-merges=first-parent"});
+        arguments.push_back(terms.lines.empty() ? "-S" + terms.content : "-G" + terms.lines);
+    }
     arguments.insert(arguments.end(), starts.begin(), starts.end());
     arguments.emplace_back("--");
-    if (isFiltered && filter->field == Field::path)
-        arguments.push_back(":(icase)*" + filter->text + "*");
+    for (const std::string& path : terms.paths)
+        arguments.push_back(":(icase)*" + path + "*");
     return arguments;
 }
 

@@ -26,7 +26,8 @@ enum class HeadStart {
 };
 /// The arguments of `git log` that name where the walk starts.
 std::vector<std::string> walkStarts(const HistoryScope& scope, HeadStart head = HeadStart::always);
-/// The arguments that end the command line of such a walk: the filter's options, the starts and the paths.
+/// The arguments that end the command line of such a walk: the filter's options, the starts and the paths. What the
+/// filter says of dates and hashes is left to SearchTerms::hold().
 std::vector<std::string> walkArguments(const std::vector<std::string>& starts,
                                        const std::optional<HistoryFilter>& filter);
 } // namespace gitkit

@@ -23,6 +23,7 @@ inline constexpr Setting<double> commitFilesWidth{"commitFilesWidth", 0};     //
 inline constexpr Setting<double> commitHeaderHeight{"commitHeaderHeight", 0}; ///< 0: as its text needs
 inline constexpr Setting<double> stashHeaderHeight{"stashHeaderHeight", 0};
 inline constexpr Setting<double> historyDetailHeight{"historyDetailHeight", 330};
+inline constexpr Setting<bool> historySearchFilters{"historySearchFilters", true}; ///< otherwise all rows stay
 inline constexpr Setting<double> historyGraphWidth{"historyGraphWidth", 0}; ///< 0: as wide as needed, as the next three
 inline constexpr Setting<double> historyAuthorWidth{"historyAuthorWidth", 0};
 inline constexpr Setting<double> historyDateWidth{"historyDateWidth", 0};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/History.h"
 
+#include "GitKit/SearchTerms.h"
 #include "app/store/Failure.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
@@ -33,6 +34,30 @@ QString trimmedOfBlanks(const QString& text)
     return QString(begin, end - begin);
 }
 
+struct SearchTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::History)
+};
+
+/// Returns a sentence that says what is wrong with a search; an empty one when nothing is.
+QString faultOf(const HistoryFilter& filter)
+{
+    using Fault = gitkit::SearchTerms::Fault;
+    const gitkit::SearchTerms terms = gitkit::searchTerms(filter);
+    switch (terms.fault) {
+    case Fault::none:
+        return {};
+    case Fault::date:
+        return SearchTexts::tr("%1 is no date. Type one as 2024, 2024-03 or 2024-03-15, or two with “..” between them.")
+            .arg(inQuotes(terms.faulty));
+    case Fault::hash:
+        return SearchTexts::tr("%1 is no hash: these have the digits 0 to 9 and the letters a to f.")
+            .arg(inQuotes(terms.faulty));
+    case Fault::twoContents:
+        return SearchTexts::tr("Only one text or pattern at a time can be looked for in what changed.");
+    }
+    return {};
+}
+
 HistoryScope scopeOf(const SidebarItem& item)
 {
     return item.isRef() ? HistoryScope::of(item.refName) : HistoryScope::all();
@@ -53,12 +78,27 @@ History::~History() = default;
 
 // Reading.
 
-std::optional<HistoryFilter> History::filter() const
+std::optional<HistoryFilter> History::typed() const
 {
     const QString text = trimmedOfBlanks(historySearch.value());
     if (text.isEmpty())
         return std::nullopt;
     return HistoryFilter{historySearchField.value(), text.toStdString()};
+}
+
+std::optional<HistoryFilter> History::searched() const
+{
+    const std::optional<HistoryFilter> asked = typed();
+    return asked && faultOf(*asked).isEmpty() ? asked : std::nullopt;
+}
+
+/// Returns what the rows are filtered by. While what is typed cannot be understood, that is what they were before.
+std::optional<HistoryFilter> History::filter() const
+{
+    const std::optional<HistoryFilter> asked = typed();
+    if (searchesInGraph.value() || !asked)
+        return std::nullopt;
+    return faultOf(*asked).isEmpty() ? asked : pages_.query().filter;
 }
 
 /// Reading the history of a deleted ref would fail, so the history of all refs is read instead.
@@ -81,8 +121,11 @@ SidebarItem History::shownScope() const
 void History::show(bool isAll)
 {
     const HistoryPage& page = *pages_.shown();
-    if (isAll)
+    if (isAll) {
         historyProblem = page.problem;
+        if (page.query.filter && page.query.filter == typed())
+            searchProblem = page.problem;
+    }
     // Set before `history`, because views redraw their rows when that changes.
     isHistoryFiltered = page.query.filter.has_value();
     showSearching();
@@ -157,6 +200,24 @@ void History::search(const QString& text, HistoryFilter::Field field)
     const bool wasFiltered = filter().has_value();
     historySearch = text;
     historySearchField = field;
+    const std::optional<HistoryFilter> asked = typed();
+    searchProblem = asked ? faultOf(*asked) : QString();
+    showOtherRows(wasFiltered);
+}
+
+void History::setSearchesInGraph(bool inGraph)
+{
+    if (searchesInGraph.value() == inGraph)
+        return;
+    const bool wasFiltered = filter().has_value();
+    searchesInGraph = inGraph;
+    if (typed())
+        showOtherRows(wasFiltered);
+}
+
+/// Shows the rows that the search asks for by now.
+void History::showOtherRows(bool wasFiltered)
+{
     pages_.setQuery({pages_.query().item, filter()});
     pages_.stopSearch();
     showSearching();

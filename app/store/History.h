@@ -39,6 +39,10 @@ public:
     Observed<bool, History> hasMoreHistory{false};
     Observed<QString, History> historySearch;
     Observed<gitkit::HistoryFilter::Field, History> historySearchField{gitkit::HistoryFilter::Field::message};
+    /// Why what is searched for cannot be found: in git's words, or what is wrong with a term. Empty otherwise.
+    Observed<QString, History> searchProblem;
+    /// Whether a search leaves all rows in the list, where HistoryMatches marks what it finds.
+    Observed<bool, History> searchesInGraph{false};
     Observed<bool, History> isHistoryFiltered{false};
     /// Whether a search goes on. What it has found so far is shown.
     Observed<bool, History> isSearching{false};
@@ -63,6 +67,10 @@ public:
     void stopReading();
     /// Searches once typing has paused. An empty text ends the search; a selected commit stays selected and in sight.
     void search(const QString& text, gitkit::HistoryFilter::Field field);
+    /// Chooses whether a search leaves all rows in the list.
+    void setSearchesInGraph(bool inGraph);
+    /// Returns what is searched for, in either way; nullopt when that is nothing or cannot be understood.
+    std::optional<gitkit::HistoryFilter> searched() const;
     /// Moves the commit selection by rows; selects the first row when none is selected.
     void moveCommitSelection(int rows);
     /// Shows a commit in the history, from any view: in the loaded history when it contains the commit, otherwise in
@@ -108,7 +116,9 @@ private:
     void show(bool isAll);
     void showSearching();
     void follow(const HistoryRows& page, bool isAll);
+    std::optional<gitkit::HistoryFilter> typed() const;
     std::optional<gitkit::HistoryFilter> filter() const;
+    void showOtherRows(bool wasFiltered);
     void reloadFirstPage();
     QCoro::Task<> goingTo(std::string hash, qint64 wish, Arrival arrival);
     QCoro::Task<> showing(std::string name, qint64 wish);

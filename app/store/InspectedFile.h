@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/LineRange.h"
+
 #include <optional>
 #include <string>
 
@@ -13,6 +15,7 @@ struct InspectedFile {
     std::string path;                    ///< in `revision`, as bytes
     std::optional<std::string> revision; ///< full hash; nullopt for the working tree
     Tab tab = Tab::blame;
+    std::optional<gitkit::LineRange> lines = {}; ///< of which the history is shown, in `revision`
 
     bool operator==(const InspectedFile&) const = default;
 };

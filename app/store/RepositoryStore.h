@@ -9,6 +9,7 @@
 #include "app/store/Discards.h"
 #include "app/store/GitAccess.h"
 #include "app/store/History.h"
+#include "app/store/HistoryMatches.h"
 #include "app/store/SlowStatus.h"
 #include "app/store/Snapshot.h"
 #include "app/store/Staging.h"
@@ -60,6 +61,8 @@ public:
     const CommitDraft& draft() const { return draft_; }
     History& history() { return history_; }
     const History& history() const { return history_; }
+    HistoryMatches& matches() { return matches_; }
+    const HistoryMatches& matches() const { return matches_; }
     Trail& trail() { return trail_; }
     const Trail& trail() const { return trail_; }
 
@@ -84,6 +87,7 @@ private:
     Staging staging_{git_, window_, snapshot_, changes_, discards_, services_.trash};
     CommitDraft draft_{git_, window_, snapshot_, changes_, undo_, services_.messages};
     History history_{git_, window_, snapshot_};
+    HistoryMatches matches_{git_, window_, history_};
     Trail trail_{git_, window_, snapshot_, history_};
 };
 

@@ -387,6 +387,20 @@
             <numerusform>Searching… %Ln found</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln+ matches</source>
+        <translation>
+            <numerusform>%Ln+ matches</numerusform>
+            <numerusform>%Ln+ matches</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln match(es)</source>
+        <translation>
+            <numerusform>%Ln match</numerusform>
+            <numerusform>%Ln matches</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::Operation</name>

@@ -576,8 +576,17 @@ TEST_F(HistoryViewTest, CountsCommitsAndSearchesByKeyboard)
     view.focusSearch();
     type(search, u"fix"_s);
     EXPECT_EQ(store.history().historySearch.value(), u"fix"_s);
+    store.window().selectCommit(hashOf(5));
+    press(search, Qt::Key_Return);
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(6));
+    QTest::keyClick(search, Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_EQ(store.window().selectedCommit.value(), hashOf(5));
+    EXPECT_EQ(view.focusWidget(), search) << "Return goes on to the next match";
+    given(store.history().searchProblem, u"git cannot read this"_s);
+    EXPECT_TRUE(shows(u"git cannot read this"_s));
     press(search, Qt::Key_Escape);
     EXPECT_EQ(store.history().historySearch.value(), QString());
+    EXPECT_FALSE(shows(u"git cannot read this"_s));
     EXPECT_EQ(view.focusWidget(), search);
     press(search, Qt::Key_Escape);
     EXPECT_EQ(view.focusWidget(), list);

@@ -252,6 +252,44 @@ TEST_F(Inspector, FileHistoryFollowsRenamesAndShowsEachDiffAtItsPathThen)
     EXPECT_EQ(store.window().selectedCommit.value(), history().current()->commit.hash);
 }
 
+TEST_F(Inspector, TheHistoryOfLinesIsReachedFromABlameAndFromADiff)
+{
+    repo.write("old", "1\n2\n3\n").commit("create").write("old", "1\n2\n3 more\n").commit("elsewhere");
+    repo.git({"mv", "old", "f"}).commit("move").write("f", "1\n2 changed\n3 more\n").commit("change");
+    show("f", std::nullopt, Tab::blame);
+    const auto subjects = [&] {
+        worker.finishAll();
+        std::vector<std::string> found;
+        for (const gitkit::FileRevision& revision : history().revisions())
+            found.push_back(revision.commit.subject);
+        return found;
+    };
+    makeCurrent(1);
+    test::entry(*blame().makeContextMenu(), u"History of These Lines"_s)->trigger();
+    EXPECT_EQ(subjects(), (std::vector<std::string>{"change", "create"}));
+    EXPECT_TRUE(says(u"line 2 Working Copy"_s));
+
+    // The commit below has the file under its first name.
+    history().setCurrentIndex(history().model()->index(1, 0));
+    worker.finishAll();
+    DiffSectionView& diff = *view->findChild<DiffView*>()->sections().front();
+    QAction* lines = test::entry(*diff.makeContextMenu(), u"History of These Lines"_s);
+    ASSERT_TRUE(lines);
+    diff.controller().setCurrentRow(3);
+    lines = test::entry(*diff.makeContextMenu(), u"History of These Lines"_s);
+    lines->trigger();
+    EXPECT_EQ(subjects(), std::vector<std::string>{"create"});
+    EXPECT_EQ(store.window().inspected.value()->path, "old");
+
+    repo.write("f", "0\n1\n2 changed\n3 more\n");
+    show("f", std::nullopt, Tab::blame);
+    refresh();
+    makeCurrent(1);
+    lines = test::entry(*blame().makeContextMenu(), u"History of These Lines"_s);
+    EXPECT_FALSE(lines->isEnabled()) << "the numbers are not those of the commit";
+    EXPECT_FALSE(lines->toolTip().isEmpty());
+}
+
 TEST_F(Inspector, TheFileAskedForLastWinsAndAClosedViewIsNotTouched)
 {
     repo.write("a", "a\n").write("b", "b\n").commit("one");

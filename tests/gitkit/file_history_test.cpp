@@ -246,6 +246,26 @@ TEST(FileLogStream, TakesRecordsFromWhateverHasArrived)
     EXPECT_TRUE(LogParser::takeRevision(first, "f", false)) << "known before the next commit is found";
 }
 
+TEST(FileLogStream, FollowsLinesUnderTheNamesThatTheFileHad)
+{
+    TestRepository repo;
+    repo.write("a", "1\n2\n3\n4\n").commit("one").write("a", "1\n2\n3\n4 elsewhere\n").commit("elsewhere");
+    repo.git({"mv", "a", "b:\"c 3,4"}).commit("renamed");
+    const std::string mark("\x1e");
+    repo.write("b:\"c 3,4", "0\n1\n2 two\n3\n4 elsewhere\n").commit(mark + std::string(40, 'a') + " two");
+    repo.write("b:\"c 3,4", "0\n1\n2 two\n3 three\n4 elsewhere\n").commit("three");
+    const GitRepository git(repo.path());
+    FileLogStream stream(git, "b:\"c 3,4", repo.head(), LineRange{3, 4});
+    std::vector<std::string> found;
+    while (!stream.hasEnded()) {
+        for (const FileRevision& revision : stream.next(1, 1min))
+            found.push_back(revision.commit.subject + '|' + revision.file.path + '|' + revision.file.status);
+    }
+    EXPECT_EQ(found, (std::vector<std::string>{"three|b:\"c 3,4|M", mark + std::string(40, 'a') + " two|b:\"c 3,4|M",
+                                               "one|a|A"}));
+    EXPECT_THROW(FileLogStream(git, "a", repo.head(), LineRange{9, 9}).next(1, 1min), GitError);
+}
+
 TEST(FileLogStream, EndsItsGitAndTellsOfFailures)
 {
     TestRepository repo;

@@ -358,6 +358,78 @@ TEST_F(StoreHistory, ASearchFindsACommitByItsHash)
     EXPECT_EQ(found("apple"), std::vector<std::string>{"apple"});
 }
 
+TEST_F(StoreHistory, ASearchThatCannotBeMadeSaysWhyAndKeepsTheRows)
+{
+    using Field = gitkit::HistoryFilter::Field;
+    repo.write("a", "1").commit("apple").write("a", "2").commit("pear");
+    load();
+    search(QStringLiteral("apple"));
+    worker.advance(300ms);
+    worker.finishAll();
+    search(QStringLiteral("soon"), Field::date);
+    worker.advance(300ms);
+    EXPECT_EQ(worker.waiting(), 0u) << "git is not asked";
+    EXPECT_TRUE(store.history().searchProblem.value().startsWith(QStringLiteral("“soon” is no date.")));
+    EXPECT_FALSE(store.history().isSearching.value());
+    load();
+    EXPECT_EQ(subjects(store), std::vector<std::string>{"apple"});
+
+    search(QStringLiteral("("), Field::lines);
+    worker.advance(300ms);
+    worker.finishAll();
+    EXPECT_TRUE(store.history().searchProblem.value().contains(QStringLiteral("invalid regex")));
+    search(QStringLiteral("2"), Field::lines);
+    EXPECT_EQ(store.history().searchProblem.value(), QString());
+    worker.advance(300ms);
+    worker.finishAll();
+    EXPECT_EQ(subjects(store), std::vector<std::string>{"pear"});
+}
+
+TEST_F(StoreHistory, ASearchInTheGraphMarksItsMatchesAndStepsThroughThem)
+{
+    using Direction = HistoryMatches::Direction;
+    commitMany(repo, 2000);
+    load();
+    store.history().setSearchesInGraph(true);
+    search(QStringLiteral("commit 1"));
+    EXPECT_TRUE(store.matches().isSearching.value());
+    worker.advance(300ms);
+    worker.finishAll();
+    EXPECT_EQ(store.history().history.value().size(), 500U) << "all rows stay";
+    EXPECT_FALSE(store.history().isHistoryFiltered.value());
+    EXPECT_TRUE(store.matches().contains(store.history().history.value().hashAt(0)));
+    EXPECT_TRUE(store.matches().hasMore()) << "only as far as the rows that are loaded";
+
+    search(QStringLiteral("commit 150"));
+    worker.advance(300ms);
+    worker.finishAll();
+    std::vector<std::string> seen;
+    const auto step = [&](Direction direction) {
+        store.matches().step(direction);
+        worker.finishAll();
+        const auto commit = store.history().history.value().commit(store.window().selectedCommit.value().value());
+        seen.push_back(commit ? commit->subject : "none");
+    };
+    store.window().selectCommit(store.history().history.value().hashAt(0));
+    for (int i = 0; i < 3; ++i)
+        step(Direction::next);
+    step(Direction::previous);
+    store.window().selectCommit(repo.read({"rev-parse", "main~495"})); // commit 1504
+    step(Direction::next);
+    EXPECT_EQ(seen,
+              (std::vector<std::string>{"commit 1509", "commit 1508", "commit 1507", "commit 1508", "commit 1503"}))
+        << "also beyond the rows that were loaded";
+    store.window().selectCommit(repo.read({"rev-parse", "main~499"})); // commit 1500
+    step(Direction::next);
+    EXPECT_EQ(seen.back(), "commit 150");
+
+    store.matches().stop();
+    search({});
+    worker.advance(300ms);
+    worker.finishAll();
+    EXPECT_EQ(store.matches().count(), 0U);
+}
+
 TEST_F(StoreHistory, EndingASearchKeepsTheSelectedCommitAndItsPlace)
 {
     commitMany(repo, 1200);

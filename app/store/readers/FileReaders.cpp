@@ -66,7 +66,8 @@ std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& re
 
 StreamSource<gitkit::FileRevision> openFileHistory(const gitkit::GitRepository& repo, const FileHistoryRequest& request)
 {
-    return [stream = std::make_shared<gitkit::FileLogStream>(repo, request.path, request.revision)](std::size_t most) {
+    const auto stream = std::make_shared<gitkit::FileLogStream>(repo, request.path, request.revision, request.lines);
+    return [stream](std::size_t most) {
         StreamedPiece<gitkit::FileRevision> piece{stream->next(most, findingPause)};
         piece.hasMore = !stream->hasEnded();
         return piece;

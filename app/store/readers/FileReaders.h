@@ -7,6 +7,7 @@
 #include "GitKit/records/DiffSides.h"
 #include "GitKit/records/FileChange.h"
 #include "GitKit/records/FileRevision.h"
+#include "GitKit/records/LineRange.h"
 #include "GitKit/records/SideSizes.h"
 #include "app/store/readers/Streamed.h"
 
@@ -32,8 +33,9 @@ struct WorkingDiffRequest {
 std::vector<gitkit::DiffSection> readWorkingDiff(const gitkit::GitRepository& repo, const WorkingDiffRequest& request);
 
 struct FileHistoryRequest {
-    std::string path;     ///< in `revision`, as bytes
-    std::string revision; ///< full hash
+    std::string path;                            ///< in `revision`, as bytes
+    std::string revision;                        ///< full hash
+    std::optional<gitkit::LineRange> lines = {}; ///< in `revision`; all of the file without
     bool operator==(const FileHistoryRequest&) const = default;
 };
 /// Starts git. For Streamed.

@@ -357,6 +357,8 @@ constexpr Command table[] = {
     onSelection(Id::wrapBody, QT_TRANSLATE_NOOP("Commands", "Wrap Body"), wantedMessage),
     onSelection(Id::goToMovedLine, QT_TRANSLATE_NOOP("Commands", "Go to Moved Line"),
                 QT_TRANSLATE_NOOP("Commands", "Select a moved line in a diff.")),
+    onSelection(Id::linesHistory, QT_TRANSLATE_NOOP("Commands", "History of These Lines"),
+                QT_TRANSLATE_NOOP("Commands", "Select lines in the diff of a commit or in a blame.")),
 };
 
 constexpr bool hasARowForEachId()
@@ -365,7 +367,7 @@ constexpr bool hasARowForEachId()
         if (table[index].id != static_cast<CommandId>(index))
             return false;
     }
-    return std::size(table) == static_cast<std::size_t>(Id::goToMovedLine) + 1;
+    return std::size(table) == static_cast<std::size_t>(Id::linesHistory) + 1;
 }
 static_assert(hasARowForEachId());
 

@@ -122,6 +122,7 @@ enum class CommandId {
     addCoAuthor,
     wrapBody,
     goToMovedLine,
+    linesHistory,
 };
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is

@@ -48,6 +48,7 @@ std::vector<Entry> layouts()
           revealFile,
           showBlame,
           showFileHistory,
+          linesHistory,
           blameBefore,
           copyPath,
           line,

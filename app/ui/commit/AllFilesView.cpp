@@ -265,7 +265,7 @@ void AllFilesView::diffRead()
         {
             // Its height changes, and nothing may be dropped or read because of that before it is in place.
             const QScopedValueRollback arriving(isArriving_, true);
-            item.diff->setDiff(reading_->detail.files[file].path, std::move(*diffs_.result()));
+            item.diff->setDiff(reading_->detail.files[file].path, std::move(*diffs_.result()), diffs_.answered()->hash);
         }
         item.height = item.diff->height();
         item.isMeasured = true;

@@ -330,7 +330,7 @@ void CommitDetailView::diffRead()
         diff_->showSentence(tr("The diff could not be read"), diffs_.failure()->message);
         return;
     }
-    diff_->showDiff(tr("Diff"), diffs_.answered()->file.path, *diffs_.result());
+    diff_->showDiff(tr("Diff"), diffs_.answered()->file.path, *diffs_.result(), diffs_.answered()->hash);
 }
 
 void CommitDetailView::openCurrentFile()

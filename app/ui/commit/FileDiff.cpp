@@ -31,11 +31,12 @@ FileDiff::FileDiff(RepositoryStore& store, int room, QWidget* parent)
     connect(view_, &DiffView::allLinesRequested, this, &FileDiff::allLinesRequested);
 }
 
-void FileDiff::setDiff(const std::string& path, gitkit::ParsedDiff diff)
+void FileDiff::setDiff(const std::string& path, gitkit::ParsedDiff diff, const std::string& revision)
 {
     DiffContent content;
     content.name = tr("Diff");
     content.path = path;
+    content.revision = revision;
     content.diff = std::move(diff);
     const bool isFirst = !followed_;
     extras_->show({std::move(content)}, isFirst ? DiffPlace::start : DiffPlace::kept);

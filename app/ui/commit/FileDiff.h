@@ -25,7 +25,7 @@ public:
     /// `room` is the height of the view around it.
     FileDiff(RepositoryStore& store, int room, QWidget* parent);
 
-    void setDiff(const std::string& path, gitkit::ParsedDiff diff);
+    void setDiff(const std::string& path, gitkit::ParsedDiff diff, const std::string& revision);
     /// Sets the width and the height that the lines need with it.
     void fit(int width, int room);
 

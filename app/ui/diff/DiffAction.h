@@ -44,6 +44,7 @@ struct DiffContent {
     DiffState state = DiffState::ordinary;
     ConflictNames sides = {}; ///< of a conflict
     FileFacts facts = {};
+    std::string revision = {}; ///< hash of the commit that has the new side; empty if there is none
 
     bool allows(DiffAction::Verb verb) const
     {

@@ -198,6 +198,22 @@ void DiffController::selectAll()
     Q_EMIT selectionChanged();
 }
 
+std::optional<gitkit::LineRange> DiffController::linesAtHand() const
+{
+    std::vector<int> rows = diff_.rowsOf(selection_);
+    if (rows.empty() && current_ >= 0)
+        rows.push_back(current_);
+    std::optional<gitkit::LineRange> lines;
+    for (const int row : rows) {
+        const std::optional<int> number = diff_.document().row(row).newNumber;
+        if (!number || !diff_.document().row(row).isCode())
+            continue;
+        lines = lines ? gitkit::LineRange{std::min(lines->first, *number), std::max(lines->last, *number)}
+                      : gitkit::LineRange{*number, *number};
+    }
+    return lines;
+}
+
 void DiffController::toggleCurrent()
 {
     if (current_ < 0)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/LineRange.h"
 #include "app/ui/diff/ShownDiff.h"
 
 #include <QObject>
@@ -44,6 +45,9 @@ public:
     void selectAll();
     /// Selects the current line besides what is selected, or takes it out.
     void toggleCurrent();
+    /// Returns the lines of the new side from the first to the last that is selected, or the current one; nullopt where
+    /// all of them are gone.
+    std::optional<gitkit::LineRange> linesAtHand() const;
     std::set<int> selectedChanges() const { return diff_.changesOf(selection_); }
 
     int currentRow() const { return current_; } ///< -1 when there are no rows
@@ -91,6 +95,8 @@ Q_SIGNALS:
     void revealRequested(int first, int last, int linesAround);
     void actionRequested(const plovik::DiffAction& action);
     void wholeFileRequested(bool whole);
+    /// The history of lines of the new side is wanted.
+    void linesHistoryRequested(const gitkit::LineRange& lines);
     void allLinesRequested();
     /// The keyboard goes on to the diff before (-1) or behind (1): to its next hunk, or to its next change.
     void leaveRequested(int direction);

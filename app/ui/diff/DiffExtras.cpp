@@ -69,9 +69,16 @@ bool DiffExtras::Key::operator<(const Key& other) const
 }
 
 DiffExtras::DiffExtras(RepositoryStore& store, DiffView& view, QObject* parent)
-    : QObject(parent), view_(view), reading_(store.git(), &readDiffFiles, &extraOf, [this] { extraRead(); })
+    : QObject(parent), store_(store), view_(view),
+      reading_(store.git(), &readDiffFiles, &extraOf, [this] { extraRead(); })
 {
     connect(&view_, &DiffView::laidOut, this, &DiffExtras::fitPictures);
+    connect(&view_, &DiffView::linesHistoryRequested, this, &DiffExtras::showLinesHistory);
+}
+
+void DiffExtras::showLinesHistory(const DiffContent& content, const gitkit::LineRange& lines)
+{
+    store_.window().inspect({content.path, content.revision, InspectedFile::Tab::history, lines});
 }
 
 std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)

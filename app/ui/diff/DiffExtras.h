@@ -53,6 +53,7 @@ private:
         bool operator<(const Key& other) const;
     };
 
+    void showLinesHistory(const DiffContent& content, const gitkit::LineRange& lines);
     static DiffExtra extraOf(DiffFiles files, const Key& key);
     void readNext();
     void extraRead();
@@ -64,6 +65,7 @@ private:
     void fitPictures();
     void showAgain() { showFilled(DiffPlace::kept); }
 
+    RepositoryStore& store_;
     DiffView& view_;
     std::vector<DiffContent> contents_; ///< on display, without facts
     std::map<Key, DiffExtra> known_;    ///< of the contents

@@ -93,6 +93,26 @@ void addMove(QMenu& menu, DiffSectionView& view)
     markAs(CommandId::goToMovedLine, entry);
 }
 
+/// Offers the history of the selected lines of a file that a commit has.
+void addLinesHistory(QMenu& menu, DiffController& controller)
+{
+    if (controller.diff().content().revision.empty())
+        return;
+    if (!menu.isEmpty())
+        menu.addSeparator();
+    const std::optional<gitkit::LineRange> lines = controller.linesAtHand();
+    QAction* const entry =
+        menu.addAction(tr(QT_TRANSLATE_NOOP("Diff", "History of These Lines")), &controller, [&controller, lines] {
+            if (lines)
+                Q_EMIT controller.linesHistoryRequested(*lines);
+        });
+    entry->setEnabled(lines.has_value());
+    if (!lines)
+        entry->setToolTip(
+            plainToolTip(tr(QT_TRANSLATE_NOOP("Diff", "Select lines that the file has after the change."))));
+    markAs(CommandId::linesHistory, entry);
+}
+
 } // namespace
 
 QMenu* makeDiffMenu(DiffSectionView& view)
@@ -104,6 +124,7 @@ QMenu* makeDiffMenu(DiffSectionView& view)
     addOffers(*menu, controller);
     addGaps(*menu, controller);
     addMove(*menu, view);
+    addLinesHistory(*menu, controller);
     if (!menu->isEmpty())
         menu->addSeparator();
     QAction* const copy = menu->addAction(tr(QT_TRANSLATE_NOOP("Diff", "Copy")), &view, &DiffSectionView::copy);

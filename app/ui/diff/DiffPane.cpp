@@ -72,12 +72,14 @@ void DiffPane::addOption(QAbstractButton* button)
     placeOptions();
 }
 
-void DiffPane::showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff)
+void DiffPane::showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff,
+                        const std::string& revision)
 {
     DiffContent content;
     content.name = name;
     content.title = shownText(path);
     content.path = path;
+    content.revision = revision;
     content.diff = std::move(diff);
     std::vector<DiffContent> contents;
     contents.push_back(std::move(content));

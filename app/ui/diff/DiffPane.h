@@ -35,8 +35,10 @@ public:
     void addOption(QAbstractButton* button);
     bool isSentenceShown() const;
     void showDiffs(std::vector<DiffContent> contents, DiffPlace place);
-    /// Shows the diff of one file of a commit: from its start, unless more of the same diff was read. `name` is the section's accessible name.
-    void showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff);
+    /// Shows the diff of one file of a commit: from its start, unless more of the same diff was read. `name` is the section's accessible name,
+    /// `revision` the hash of the commit that has the file, if there is one.
+    void showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff,
+                  const std::string& revision = {});
     void showSentence(const QString& title, const QString& description);
     /// Must be called when a diff of a commit is being read. If that takes longer than a moment, a sentence replaces the
     /// diff on display, if that belongs to something else.

@@ -67,6 +67,10 @@ DiffSectionView* DiffView::addSection()
         const DiffContent content = controller->diff().content();
         Q_EMIT actionRequested(content, action);
     });
+    connect(controller, &DiffController::linesHistoryRequested, this, [this, controller](gitkit::LineRange lines) {
+        const DiffContent content = controller->diff().content();
+        Q_EMIT linesHistoryRequested(content, lines);
+    });
     connect(controller, &DiffController::wholeFileRequested, this, &DiffView::setShowsWholeFile);
     connect(controller, &DiffController::allLinesRequested, this, &DiffView::allLinesRequested);
     connect(controller, &DiffController::changeRequested, this, &DiffView::goToChange);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/LineRange.h"
 #include "app/ui/diff/DiffAction.h"
 #include "app/ui/diff/DiffLayout.h"
 #include "app/ui/diff/FileLines.h"
@@ -70,6 +71,8 @@ Q_SIGNALS:
     /// Sections, rows or sizes have changed.
     void laidOut();
     void actionRequested(const plovik::DiffContent& content, const plovik::DiffAction& action);
+    /// The history of lines of the new side of a diff is wanted.
+    void linesHistoryRequested(const plovik::DiffContent& content, const gitkit::LineRange& lines);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/history/HistoryBody.h"
 
+#include "app/store/HistoryMatches.h"
 #include "app/ui/history/GraphCell.h"
 #include "app/ui/history/HistoryModel.h"
 #include "app/ui/history/HistoryRowPainter.h"
@@ -19,6 +20,7 @@ namespace {
 /// Rows that answer an earlier search stand back.
 constexpr double outdatedOpacity = 0.4;
 constexpr float hoverOpacity = 0.4F;
+constexpr float matchOpacity = 0.5F;
 
 /// Returns `y` moved to the nearest edge between device pixels. Two rows then share an edge at fractional scale
 /// factors, and antialiasing leaves no seam between them.
@@ -66,6 +68,17 @@ QRectF HistoryBody::bandOf(const QPainter& painter, int row) const
 void HistoryBody::paintTints(QPainter& painter, int first, int last) const
 {
     const auto isHere = [&](int row) { return row >= first && row <= last; };
+    QColor found = Theme::current().found;
+    found.setAlphaF(matchOpacity);
+    for (int row = first; sight_.matches && row <= last; ++row) {
+        if (!sight_.matches->contains(model_.hash(row)))
+            continue;
+        QRectF band = bandOf(painter, row);
+        band.setWidth(band.width() - columns_.subjectLeft);
+        if (!sight_.isMirrored)
+            band.translate(columns_.subjectLeft, 0);
+        painter.fillRect(band, found);
+    }
     QColor tint = Theme::current().selection;
     if (isHere(sight_.selected))
         painter.fillRect(bandOf(painter, sight_.selected), tint);

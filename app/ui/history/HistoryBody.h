@@ -10,6 +10,7 @@ class QPainter;
 
 namespace plovik {
 
+class HistoryMatches;
 class HistoryModel;
 class HistoryRowPainter;
 
@@ -25,7 +26,8 @@ public:
         bool isOutdated = false; ///< the rows answer an earlier search
         int selected = -1;       ///< the row, or -1
         int hovered = -1;
-        int lanes = 1; ///< for which the graph has room
+        int lanes = 1;                           ///< for which the graph has room
+        const HistoryMatches* matches = nullptr; ///< of a search that leaves all rows in the list; null for none
     };
 
     /// `model` and `rows` outlive the painting.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/history/HistoryList.h"
 
+#include "GitKit/SearchTerms.h"
+#include "app/store/ShownText.h"
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/history/GraphCell.h"
 #include "app/ui/history/HistoryBody.h"
@@ -71,8 +73,35 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store_.window().selectedCommit.addNotifier([this] { followSelectedCommit(); }));
     notifiers_.push_back(store_.history().commitReveals.addNotifier([this] { reveal(); }));
     notifiers_.push_back(store_.history().hasMoreHistory.addNotifier([this] { wantMoreNearEnd(); }));
+    const auto search = [this] { takeSearch(); };
+    notifiers_.push_back(store_.history().historySearch.addNotifier(search));
+    notifiers_.push_back(store_.history().historySearchField.addNotifier(search));
+    notifiers_.push_back(store_.history().searchesInGraph.addNotifier(repaint));
+    notifiers_.push_back(store_.matches().changes.addNotifier(repaint));
+    takeSearch();
     followSelectedCommit();
     revealsWhenShown_ = true;
+}
+
+bool HistoryList::marksMatches() const
+{
+    return store_.history().searchesInGraph.value() && store_.matches().count() > 0;
+}
+
+/// Marks in the texts of the rows what is searched for.
+void HistoryList::takeSearch()
+{
+    HistoryRowPainter::Marks marks;
+    if (const std::optional<gitkit::HistoryFilter> searched = store_.history().searched()) {
+        const gitkit::SearchTerms terms = gitkit::searchTerms(*searched);
+        for (const std::string& text : terms.messages)
+            marks.subjects.push_back(exactText(text));
+        for (const std::string& text : terms.authors)
+            marks.authors.push_back(exactText(text));
+        marks.hashes = terms.hashes;
+    }
+    rowPainter_.setMarks(std::move(marks));
+    viewport()->update();
 }
 
 int HistoryList::rowAt(int y) const { return (y + verticalOffset()) / rowPainter_.rowHeight(); }
@@ -427,6 +456,7 @@ void HistoryList::paintEvent(QPaintEvent* event)
     sight.selected = selectedRow();
     sight.hovered = hovered_;
     sight.lanes = seenLanes_;
+    sight.matches = marksMatches() ? &store_.matches() : nullptr;
     HistoryBody(*model_, rowPainter_, columns(), sight).paint(painter, event->rect());
 }
 

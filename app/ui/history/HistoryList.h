@@ -64,6 +64,8 @@ private:
     void lookAtLanes();
     void takeColumnChoices(const QString& key);
     void hover(int row);
+    void takeSearch();
+    bool marksMatches() const;
 
     void followSelectedCommit();
     void reveal();

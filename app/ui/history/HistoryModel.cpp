@@ -15,9 +15,11 @@ QString accessibleName(const gitkit::Commit& commit)
         u", "_s);
 }
 
-QString accessibleDescription(const gitkit::Commit& commit)
+QString accessibleDescription(const gitkit::Commit& commit, bool isMatch)
 {
     QStringList names;
+    if (isMatch)
+        names << HistoryModel::tr("matches the search");
     for (const gitkit::RefLabel& label : commit.refs)
         names << shownText(label.name);
     return names.join(u", "_s);
@@ -67,7 +69,8 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole:
         return accessibleName(found->commit);
     case Qt::AccessibleDescriptionRole:
-        return accessibleDescription(found->commit);
+        return accessibleDescription(found->commit, store_.history().searchesInGraph.value() &&
+                                                        store_.matches().contains(found->commit.hash));
     default:
         return {};
     }

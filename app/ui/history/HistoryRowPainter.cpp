@@ -227,13 +227,20 @@ void HistoryRowPainter::drawHash(QPainter& painter, const HistoryColumns& column
             glyphs[i] = digitGlyphs_[digit];
         places[i] = {static_cast<double>(i) * digitWidth_, 0};
     }
+    const double digitsWidth = static_cast<double>(count) * digitWidth_;
+    for (const std::string& beginning : marks_.hashes) {
+        if (hash.starts_with(beginning))
+            painter.fillRect(QRectF(place.at(columns.hashLeft, digitsWidth), place.top + 4,
+                                    digitWidth_ * static_cast<double>(std::min(beginning.size(), count)),
+                                    rowHeight_ - 8),
+                             Theme::current().found);
+    }
     QGlyphRun run;
     run.setRawFont(hashRawFont_);
     run.setRawData(glyphs.data(), places.data(), static_cast<int>(count));
     const double height = hashRawFont_.ascent() + hashRawFont_.descent();
     const double baseline = place.top + std::round((rowHeight_ - height) / 2 + hashRawFont_.ascent());
-    const double width = static_cast<double>(count) * digitWidth_;
-    painter.drawGlyphRun(QPointF(std::round(place.at(columns.hashLeft, width)), baseline), run);
+    painter.drawGlyphRun(QPointF(std::round(place.at(columns.hashLeft, digitsWidth)), baseline), run);
 }
 
 void HistoryRowPainter::drawAuthor(QPainter& painter, const RowLayout& layout, const HistoryColumns& columns,
@@ -249,8 +256,29 @@ void HistoryRowPainter::drawAuthor(QPainter& painter, const RowLayout& layout, c
         painter.setFont(font_);
         painter.setPen(pen);
     }
+    markFound(painter, place, columns.authorLeft + room, layout.author.text(), marks_.authors);
     const double left = place.at(columns.authorLeft + room, layout.author.size().width());
     drawCentred(painter, std::round(left), place.top, layout.author);
+}
+
+/// Tints what a search has found in a text of which all is shown in one direction.
+void HistoryRowPainter::markFound(QPainter& painter, const Place& place, double left, const QString& shown,
+                                  const QStringList& found) const
+{
+    if (shown.isRightToLeft())
+        return;
+    const QFontMetricsF metrics(font_);
+    for (const QString& text : found) {
+        for (qsizetype at = shown.indexOf(text, 0, Qt::CaseInsensitive); at >= 0 && !text.isEmpty();
+             at = shown.indexOf(text, at + text.size(), Qt::CaseInsensitive))
+        {
+            const double before = metrics.horizontalAdvance(shown.first(at));
+            const double width = metrics.horizontalAdvance(shown.first(at + text.size())) - before;
+            const double whole = metrics.horizontalAdvance(shown);
+            const QRectF mark(place.at(left, whole) + before, place.top + 4, width, rowHeight_ - 8);
+            painter.fillRect(mark, Theme::current().found);
+        }
+    }
 }
 
 void HistoryRowPainter::drawCentred(QPainter& painter, double left, double top, const QStaticText& text) const
@@ -275,6 +303,7 @@ void HistoryRowPainter::paint(QPainter& painter, const HistoryRow& row, const Hi
         layout.badges.paint(painter, {columns.subjectLeft, middle}, badgeFonts_, theme);
     painter.setFont(font_);
     painter.setPen(theme.text);
+    markFound(painter, place, layout.subjectLeft, layout.subject.text(), marks_.subjects);
     draw(layout.subjectLeft, layout.subject);
     painter.setPen(theme.secondaryText);
     if (columns.authorRight > columns.authorLeft)

@@ -13,6 +13,7 @@
 #include <QLocale>
 #include <QRawFont>
 #include <QStaticText>
+#include <QStringList>
 
 #include <array>
 #include <map>
@@ -45,6 +46,14 @@ public:
     void paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, const Place& place,
                gitkit::Date now);
 
+    /// What a search looks for in the texts of rows, where it is marked.
+    struct Marks {
+        QStringList subjects, authors;
+        std::vector<std::string> hashes; ///< beginnings
+        bool operator==(const Marks&) const = default;
+    };
+    void setMarks(Marks marks) { marks_ = std::move(marks); }
+
     /// Returns the tooltip of the part of the row under `x`, or an empty text when the part has none.
     QString toolTip(const HistoryRow& row, const HistoryColumns& columns, double x);
 
@@ -72,6 +81,8 @@ private:
     QStaticText dateText(const RelativeDate& when);
     void takeDigits();
     void drawHash(QPainter& painter, const HistoryColumns& columns, const Place& place, std::string_view hash) const;
+    void markFound(QPainter& painter, const Place& place, double left, const QString& shown,
+                   const QStringList& found) const;
     void drawCentred(QPainter& painter, double left, double top, const QStaticText& text) const;
 
     QLocale locale_;
@@ -87,6 +98,7 @@ private:
     bool datesAreAbsolute_ = false;
     int rowHeight_ = 28;
 
+    Marks marks_;
     HistoryColumns columns_; ///< the columns of the kept layouts
     QCache<std::string, RowLayout> layouts_;
     QHash<std::string, QStaticText> authors_;             ///< few authors write most commits

@@ -8,13 +8,16 @@
 #include <vector>
 
 class QComboBox;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 
 namespace plovik {
 
-/// The row above the commit list: the field to search in, the text to search for, and the number of commits shown.
-/// Main thread.
+class IconButton;
+
+/// The row above the commit list: the field to search in, the text to search for, whether only what is found stays in the
+/// list, and the number of commits shown; below it, why a search fails. Main thread.
 class HistorySearchRow : public QWidget {
     Q_OBJECT
 
@@ -29,7 +32,7 @@ public:
     void setGrowing(bool isGrowing);
 
 Q_SIGNALS:
-    /// Emitted when Return, Down, or Escape on an empty line asks for the keyboard focus to move to the list.
+    /// Emitted when Down, or Return or Escape on an empty line asks for the keyboard focus to move to the list.
     void finished();
 
 protected:
@@ -37,13 +40,21 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QWidget* makeFields();
+    void observe();
     void showSearch();
     void showCount();
+    QString countInGraph() const;
+    void showProblem();
+    bool takeKey(const QKeyEvent& event);
+    void leaveSearch();
 
     RepositoryStore& store_;
     QComboBox* field_;
     QLineEdit* search_;
+    IconButton* filters_;
     QLabel* count_;
+    QLabel* problem_;
     bool isGrowing_ = false;
     std::vector<QPropertyNotifier> notifiers_;
 };

@@ -97,8 +97,9 @@ HistoryView::Nothing HistoryView::nothing() const
     if (store_.history().isSearching.value())
         return {tr("Searching…"), {}};
     if (!store_.history().historyProblem.value().isEmpty())
-        return {tr("The history could not be read"), store_.history().historyProblem.value(),
-                store_.history().isHistoryFiltered.value() ? WayOut::clearSearch : WayOut::none};
+        return store_.history().isHistoryFiltered.value()
+                   ? Nothing{tr("The search could not be made"), {}, WayOut::clearSearch} // the search line says why
+                   : Nothing{tr("The history could not be read"), store_.history().historyProblem.value()};
     const bool hasHistory = store_.snapshot().mayHaveCommits();
     if (!hasHistory && !store_.snapshot().readProblem.value().isEmpty())
         return {tr("The repository could not be read"), store_.snapshot().readProblem.value()};

@@ -64,6 +64,9 @@ public:
 
     /// Returns why there is no blame before the row's commit, or an empty text when there is one.
     QString reasonAgainstBefore(int row) const;
+    /// Sets why the lines are not those of a commit, so that their history cannot be asked for; empty where they are.
+    void setReasonAgainstLines(const QString& reason) { reasonAgainstLines_ = reason; }
+    const QString& reasonAgainstLines() const { return reasonAgainstLines_; }
     /// Asks for that blame, if there is one.
     void askForBefore(int row);
 
@@ -79,6 +82,7 @@ Q_SIGNALS:
     void beforeRequested(int row);
     void backRequested();
     void fileHistoryRequested();
+    void linesHistoryRequested(const gitkit::LineRange& lines);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -115,6 +119,7 @@ private:
     bool isResizing_ = false; ///< the annotation, by its edge
     const DiffFound* found_ = nullptr;
     int linesDrawn_ = 0;
+    QString reasonAgainstLines_;
 };
 
 } // namespace plovik

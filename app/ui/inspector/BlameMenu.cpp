@@ -10,7 +10,9 @@
 #include <QGuiApplication>
 #include <QMenu>
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace plovik {
 
@@ -43,6 +45,15 @@ QMenu* makeBlameMenu(BlameList& list)
     }
     markAs(CommandId::showFileHistory,
            add(BlameList::tr("Show File History"), [&list] { Q_EMIT list.fileHistoryRequested(); }));
+    std::vector<int> rows = list.selectedRows();
+    if (rows.empty())
+        rows.push_back(row);
+    const auto [first, last] = std::ranges::minmax(rows);
+    QAction* const history =
+        add(BlameList::tr("History of These Lines"),
+            ifShown([&list, first, last] { Q_EMIT list.linesHistoryRequested({first + 1, last + 1}); }));
+    markAs(CommandId::linesHistory, history)->setEnabled(list.reasonAgainstLines().isEmpty());
+    history->setToolTip(plainToolTip(list.reasonAgainstLines()));
     menu->addSeparator();
     QAction* const hash = add(BlameList::tr("Copy Hash"), [hash = shownText(list.document()->commit(row).hash)] {
         QGuiApplication::clipboard()->setText(hash);

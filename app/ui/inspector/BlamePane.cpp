@@ -92,10 +92,20 @@ BlamePane::BlamePane(RepositoryStore& store, QWidget* parent)
     connect(list_, &BlameList::beforeRequested, this, &BlamePane::beforeRequested);
     connect(list_, &BlameList::backRequested, this, &BlamePane::backRequested);
     connect(list_, &BlameList::fileHistoryRequested, this, &BlamePane::fileHistoryRequested);
+    connect(list_, &BlameList::linesHistoryRequested, this, &BlamePane::linesHistoryRequested);
     notifiers_.push_back(store_.snapshot().generation.addNotifier([this] {
+        showReasonAgainstLines();
         if (isVisible())
             readAgain();
     }));
+}
+
+/// The lines of a changed file are others than those of the commit that is checked out.
+void BlamePane::showReasonAgainstLines()
+{
+    const bool isChanged = file_ && !file_->revision && store_.snapshot().status.value().files.find(file_->path);
+    list_->setReasonAgainstLines(
+        isChanged ? tr("Commit the changes of this file first, or select lines in the blame of a commit.") : QString());
 }
 
 void BlamePane::open(const InspectedFile& file)
@@ -105,6 +115,7 @@ void BlamePane::open(const InspectedFile& file)
         return;
     }
     file_ = file;
+    showReasonAgainstLines();
     stamp_.reset();
     read({});
 }
@@ -112,6 +123,7 @@ void BlamePane::open(const InspectedFile& file)
 void BlamePane::openBefore(const InspectedFile& file, int row)
 {
     file_ = file;
+    showReasonAgainstLines();
     stamp_.reset();
     read({row, list_->placeOf(row).y, row, row, row});
 }

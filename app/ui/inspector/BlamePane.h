@@ -54,12 +54,14 @@ Q_SIGNALS:
     void beforeRequested(int row);
     void backRequested();
     void fileHistoryRequested();
+    void linesHistoryRequested(const gitkit::LineRange& lines);
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void showReasonAgainstLines();
     void colour();
     void read(const BlameList::Hold& hold);
     void readAgain();

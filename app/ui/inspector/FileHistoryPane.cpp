@@ -80,16 +80,16 @@ FileHistoryPane::FileHistoryPane(RepositoryStore& store, QWidget* parent)
 FileHistoryRequest FileHistoryPane::requestFor(const InspectedFile& file) const
 {
     if (file.revision)
-        return {file.path, *file.revision};
+        return {file.path, *file.revision, file.lines};
     const gitkit::RepoStatus& status = store_.snapshot().status.value();
     const gitkit::FileChange* const change = status.files.find(file.path);
     const bool isRenamed = change && change->originalPath;
-    return {isRenamed ? *change->originalPath : file.path, status.oid.value_or(std::string())};
+    return {isRenamed ? *change->originalPath : file.path, status.oid.value_or(std::string()), file.lines};
 }
 
 bool FileHistoryPane::isOnDisplay(const InspectedFile& file) const
 {
-    return shown_ && shown_->path == file.path && shown_->revision == file.revision;
+    return shown_ && shown_->path == file.path && shown_->revision == file.revision && shown_->lines == file.lines;
 }
 
 void FileHistoryPane::open(const InspectedFile& file)
@@ -216,7 +216,7 @@ void FileHistoryPane::diffRead()
         diff_->showSentence(tr("The Diff Could Not Be Read"), diffs_.failure()->message);
         return;
     }
-    diff_->showDiff(tr("File History Diff"), diffs_.answered()->file.path, *diffs_.result());
+    diff_->showDiff(tr("File History Diff"), diffs_.answered()->file.path, *diffs_.result(), diffs_.answered()->hash);
 }
 
 void FileHistoryPane::showSentence(const QString& title, const QString& description)

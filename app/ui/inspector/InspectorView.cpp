@@ -14,6 +14,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QShortcut>
@@ -31,6 +32,22 @@ constexpr int sideMargin = 14;
 InspectedFile::Tab otherOf(InspectedFile::Tab tab)
 {
     return tab == InspectedFile::Tab::blame ? InspectedFile::Tab::history : InspectedFile::Tab::blame;
+}
+
+/// Says which state of a file is shown, and which lines of it.
+QString placeOf(const InspectedFile& file)
+{
+    const QString revision = file.revision
+                                 ? InspectorView::tr("at %1").arg(shownText(gitkit::shortHash(*file.revision)))
+                                 : InspectorView::tr("Working Copy");
+    if (!file.lines || file.tab != InspectedFile::Tab::history)
+        return revision;
+    const QLocale locale;
+    if (file.lines->first == file.lines->last)
+        return InspectorView::tr("line %1 %2", "number, of which revision")
+            .arg(locale.toString(file.lines->first), revision);
+    return InspectorView::tr("lines %1 to %2 %3", "numbers, of which revision")
+        .arg(locale.toString(file.lines->first), locale.toString(file.lines->last), revision);
 }
 
 } // namespace
@@ -60,6 +77,10 @@ InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
     connect(blame_, &BlamePane::beforeRequested, this, &InspectorView::blameBefore);
     connect(blame_, &BlamePane::backRequested, this, &InspectorView::goBack);
     connect(blame_, &BlamePane::fileHistoryRequested, this, [this] { showTab(InspectedFile::Tab::history); });
+    connect(blame_, &BlamePane::linesHistoryRequested, this, [this](const gitkit::LineRange& lines) {
+        if (const auto& file = store_.window().inspected.value())
+            goOn({file->path, file->revision, InspectedFile::Tab::history, lines});
+    });
     connect(history_, &FileHistoryPane::backRequested, this, &InspectorView::goBack);
     connect(history_, &FileHistoryPane::blameRequested, this, [this](const gitkit::FileRevision& revision) {
         goOn({revision.file.path, revision.commit.hash, InspectedFile::Tab::blame});
@@ -218,8 +239,7 @@ void InspectorView::showName()
         std::max(name_->width(), 60)));
     name_->setToolTip(plainToolTip(fullName_));
     name_->setAccessibleName(fullName_);
-    revision_->setText(file->revision ? tr("at %1").arg(shownText(gitkit::shortHash(*file->revision)))
-                                      : tr("Working Copy"));
+    revision_->setText(placeOf(*file));
 }
 
 void InspectorView::find()
