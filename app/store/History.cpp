@@ -92,6 +92,21 @@ std::optional<HistoryFilter> History::searched() const
     return asked && faultOf(*asked).isEmpty() ? asked : std::nullopt;
 }
 
+SearchMarks History::searchMarks() const
+{
+    const std::optional<HistoryFilter> asked = searched();
+    if (!asked)
+        return {};
+    const gitkit::SearchTerms terms = gitkit::searchTerms(*asked);
+    SearchMarks marks;
+    marks.hashes = terms.hashes;
+    for (const std::string& text : terms.messages)
+        marks.subjects.push_back(exactText(text));
+    for (const std::string& text : terms.authors)
+        marks.authors.push_back(exactText(text));
+    return marks;
+}
+
 /// Returns what the rows are filtered by. While what is typed cannot be understood, that is what they were before.
 std::optional<HistoryFilter> History::filter() const
 {

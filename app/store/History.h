@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
 
 #include <cstddef>
 #include <functional>
@@ -15,12 +16,21 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 namespace plovik {
 
 struct FoundCommit;
 class Snapshot;
 class WindowState;
+
+/// What a search looks for in the texts of rows.
+struct SearchMarks {
+    QStringList subjects, authors;
+    std::vector<std::string> hashes; ///< beginnings
+
+    bool operator==(const SearchMarks&) const = default;
+};
 
 /// The history page: the listed commits with their graph, paging, searching, and jumping to a commit. Owned by the
 /// store; main thread.
@@ -71,6 +81,7 @@ public:
     void setSearchesInGraph(bool inGraph);
     /// Returns what is searched for, in either way; nullopt when that is nothing or cannot be understood.
     std::optional<gitkit::HistoryFilter> searched() const;
+    SearchMarks searchMarks() const;
     /// Moves the commit selection by rows; selects the first row when none is selected.
     void moveCommitSelection(int rows);
     /// Shows a commit in the history, from any view: in the loaded history when it contains the commit, otherwise in

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/history/HistoryList.h"
 
-#include "GitKit/SearchTerms.h"
-#include "app/store/ShownText.h"
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/history/GraphCell.h"
 #include "app/ui/history/HistoryBody.h"
@@ -91,16 +89,7 @@ bool HistoryList::marksMatches() const
 /// Marks in the texts of the rows what is searched for.
 void HistoryList::takeSearch()
 {
-    HistoryRowPainter::Marks marks;
-    if (const std::optional<gitkit::HistoryFilter> searched = store_.history().searched()) {
-        const gitkit::SearchTerms terms = gitkit::searchTerms(*searched);
-        for (const std::string& text : terms.messages)
-            marks.subjects.push_back(exactText(text));
-        for (const std::string& text : terms.authors)
-            marks.authors.push_back(exactText(text));
-        marks.hashes = terms.hashes;
-    }
-    rowPainter_.setMarks(std::move(marks));
+    rowPainter_.setMarks(store_.history().searchMarks());
     viewport()->update();
 }
 

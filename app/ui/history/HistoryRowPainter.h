@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/Date.h"
+#include "app/store/History.h"
 #include "app/store/HistoryRow.h"
 #include "app/ui/history/HistoryColumns.h"
 #include "app/ui/history/RefBadges.h"
@@ -46,13 +47,8 @@ public:
     void paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, const Place& place,
                gitkit::Date now);
 
-    /// What a search looks for in the texts of rows, where it is marked.
-    struct Marks {
-        QStringList subjects, authors;
-        std::vector<std::string> hashes; ///< beginnings
-        bool operator==(const Marks&) const = default;
-    };
-    void setMarks(Marks marks) { marks_ = std::move(marks); }
+    /// Sets what is marked in the texts of rows, because a search looks for it.
+    void setMarks(SearchMarks marks) { marks_ = std::move(marks); }
 
     /// Returns the tooltip of the part of the row under `x`, or an empty text when the part has none.
     QString toolTip(const HistoryRow& row, const HistoryColumns& columns, double x);
@@ -98,7 +94,7 @@ private:
     bool datesAreAbsolute_ = false;
     int rowHeight_ = 28;
 
-    Marks marks_;
+    SearchMarks marks_;
     HistoryColumns columns_; ///< the columns of the kept layouts
     QCache<std::string, RowLayout> layouts_;
     QHash<std::string, QStaticText> authors_;             ///< few authors write most commits

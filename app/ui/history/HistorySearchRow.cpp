@@ -31,9 +31,9 @@ QString titleOf(Field field)
     case Field::path:
         return HistorySearchRow::tr("Path");
     case Field::content:
-        return HistorySearchRow::tr("Content Added or Removed");
+        return HistorySearchRow::tr("Content");
     case Field::lines:
-        return HistorySearchRow::tr("Matching Lines");
+        return HistorySearchRow::tr("Lines");
     case Field::date:
         return HistorySearchRow::tr("Date");
     case Field::hash:
@@ -46,9 +46,9 @@ QString hintOf(Field field)
 {
     switch (field) {
     case Field::content:
-        return HistorySearchRow::tr("Text that commits add or remove, in the same case");
+        return HistorySearchRow::tr("Text that commits add or remove");
     case Field::lines:
-        return HistorySearchRow::tr("Regular expression for lines that commits add or remove");
+        return HistorySearchRow::tr("Pattern of lines that commits add or remove");
     case Field::date:
         return HistorySearchRow::tr("2024, 2024-03 or 2024-03-15, or two with “..” between them");
     case Field::hash:
