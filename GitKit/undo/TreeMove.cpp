@@ -95,8 +95,10 @@ private:
     std::string tree_;
 };
 
-/// Returns the differences as lines for `update-index --index-info`, what goes before what comes.
-std::string changesBetween(const GitRepository& repo, const std::string& from, const std::string& to)
+/// Returns the differences as lines for `update-index --index-info`, what goes before what comes; only those at some paths,
+/// if such are given.
+std::string changesBetween(const GitRepository& repo, const std::string& from, const std::string& to,
+                           const Paths* only = nullptr)
 {
     std::string gone;
     std::string come;
@@ -104,6 +106,8 @@ std::string changesBetween(const GitRepository& repo, const std::string& from, c
         splitNul(repo.runner().bytes({"diff-tree", "-r", "-z", "--no-renames", from, to, "--"}, helperOptions()));
     // A record is ":MODE MODE HASH HASH STATUS" and its path.
     for (std::size_t index = 0; index + 1 < fields.size(); index += 2) {
+        if (only && !only->contains(fields[index + 1]))
+            continue;
         const std::string& facts = fields[index];
         const std::size_t mode = facts.find(' ') + 1;
         const std::size_t fromHash = facts.find(' ', mode) + 1;
@@ -118,14 +122,15 @@ std::string changesBetween(const GitRepository& repo, const std::string& from, c
     return gone + come;
 }
 
-/// Returns `tree` with the differences between the trees of `move`.
-std::string movedTree(const GitRepository& repo, const std::string& tree, const TreeMove& move)
+/// Returns `tree` with the differences between the trees of `move`; only with those at some paths, if such are given.
+std::string movedTree(const GitRepository& repo, const std::string& tree, const TreeMove& move,
+                      const Paths* only = nullptr)
 {
     const ScratchIndex index(repo.runner());
     const RunOptions options = helperOptions(index.options());
     repo.runner().accepted({"read-tree", tree}, options);
     feed(repo, {"update-index", "-z", "--add", "--remove", "--replace", "--index-info"},
-         changesBetween(repo, move.from, move.to), options);
+         changesBetween(repo, move.from, move.to, only), options);
     return writtenTree(repo, options);
 }
 
@@ -215,6 +220,11 @@ std::vector<std::string> lostPaths(const GitRepository& repo, const TreeMove& mo
     return splitNul(repo.runner().bytes(
         {"diff-tree", "-r", "-z", "--no-renames", "--name-only", "--diff-filter=D", move.from, move.to, "--"},
         helperOptions()));
+}
+
+std::string partlyMoved(const GitRepository& repo, const std::string& tree, const TreeMove& move, const Paths& paths)
+{
+    return movedTree(repo, tree, move, &paths);
 }
 
 std::vector<std::string> movedSubmodules(const GitRepository& repo, const TreeMove& move)

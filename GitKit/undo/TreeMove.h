@@ -38,6 +38,9 @@ struct TreeMove {
 std::set<std::string> movedPaths(const GitRepository& repo, const TreeMove& move);
 /// Returns the paths that are not there any more after it, the ones in conflict left out.
 std::vector<std::string> lostPaths(const GitRepository& repo, const TreeMove& move);
+/// Returns `tree` with what differs between the two at these paths, and nothing else of it.
+std::string partlyMoved(const GitRepository& repo, const std::string& tree, const TreeMove& move,
+                        const std::set<std::string>& paths);
 /// Returns the submodules of which the two name different commits. What they have checked out does not move.
 std::vector<std::string> movedSubmodules(const GitRepository& repo, const TreeMove& move);
 /// Returns the moved paths whose files are not as `move.from` has them, nor as `move.to` does.

@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/FileChange.h"
 #include "GitKit/records/Identity.h"
+#include "GitKit/records/PartialChange.h"
+#include "GitKit/records/Stash.h"
 
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace plovik {
 
 /// The modal sheet that a window shows.
 struct NewBranchSheet {
-    std::optional<std::string> startPoint; ///< nullopt for HEAD
+    std::optional<std::string> startPoint = {}; ///< nullopt for HEAD
+    std::optional<gitkit::Stash> stash = {};    ///< starts where it was made, and applies it there
     bool operator==(const NewBranchSheet&) const = default;
 };
 struct RenameBranchSheet {
@@ -28,6 +33,8 @@ struct ResetSheet {
     bool operator==(const ResetSheet&) const = default;
 };
 struct StashSheet {
+    std::vector<gitkit::FileChange> files = {};      ///< that are selected; empty for no choice
+    std::optional<gitkit::PartialChange> lines = {}; ///< only these lines, as discardPart() takes them
     bool operator==(const StashSheet&) const = default;
 };
 struct GoToCommitSheet {

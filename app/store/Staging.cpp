@@ -388,6 +388,12 @@ void Staging::confirmDiscardPart(const std::string& path, const gitkit::ParsedDi
     window_.ask(std::move(question));
 }
 
+void Staging::stashPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines)
+{
+    if (auto change = gitkit::partialChange(path, diff, lines, gitkit::PatchDirection::reverse))
+        window_.showSheet(StashSheet{.files = {}, .lines = std::move(change)});
+}
+
 void Staging::discardPart(const gitkit::PartialChange& change)
 {
     const FileChange file = fileNamed(change.path);

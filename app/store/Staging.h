@@ -80,6 +80,8 @@ public:
     /// Asks, and then discards the selected lines of a file's unstaged diff.
     void confirmDiscardPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
                             DiscardedPart part);
+    /// Asks what the stash is called that takes the selected lines of a file's unstaged diff.
+    void stashPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines);
 
 private:
     void stageChecked(const Files& files, GitAccess::Operation operation);

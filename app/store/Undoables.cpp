@@ -6,6 +6,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/InTheWay.h"
 #include "GitKit/repository/Upstream.h"
+#include "GitKit/undo/PartialStash.h"
 #include "GitKit/undo/Reset.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/OperationWords.h"
@@ -241,6 +242,38 @@ Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked)
         .done = UndoTexts::tr("Stashed the changes."),
         .scope = {.kind = "stash", .movesIndex = true, .touchesStashes = true},
         .complete = [untracked](const GitRepository& repo, UndoScope& scope) { addStashed(repo, scope, untracked); }};
+}
+
+Undoable stashFiles(const std::string& message, const std::vector<gitkit::FileChange>& files)
+{
+    Undoable undo = saveStash(message, gitkit::UntrackedFiles::leave);
+    undo.complete = [files](const GitRepository&, UndoScope& scope) { scope.overwrites = gitkit::pathsToStash(files); };
+    return undo;
+}
+
+Undoable stashStaged(const std::string& message)
+{
+    Undoable undo = saveStash(message, gitkit::UntrackedFiles::leave);
+    undo.complete = [](const GitRepository& repo, UndoScope& scope) { scope.overwrites = gitkit::stagedPaths(repo); };
+    return undo;
+}
+
+Undoable branchFromStash(const std::string& name, const gitkit::Stash& stash)
+{
+    const std::string start = stash.hash + "^1";
+    Undoable undo = applyStash(stash, gitkit::StashUse::pop);
+    undo.title = UndoTexts::tr("New Branch %1").arg(inQuotes(name));
+    undo.done = UndoTexts::tr("Popped %1 on branch %2.").arg(inQuotes(stash.message), inQuotes(name));
+    undo.scope.kind = "branch";
+    undo.scope.refs = {"refs/heads/" + name};
+    undo.inTheWay = [start, hash = stash.hash](const GitRepository& repo) {
+        gitkit::InTheWay found = gitkit::inTheWayOfCheckout(repo, start);
+        gitkit::InTheWay more = gitkit::inTheWayOfStash(repo, hash);
+        found.untracked.insert(found.untracked.end(), more.untracked.begin(), more.untracked.end());
+        found.ignored.insert(found.ignored.end(), more.ignored.begin(), more.ignored.end());
+        return found;
+    };
+    return undo;
 }
 
 Undoable applyStash(const gitkit::Stash& stash, gitkit::StashUse use)

@@ -42,6 +42,9 @@ Undoable pull(gitkit::PullBy how, std::function<std::optional<std::string>()> fe
 Undoable push(const std::string& branch, const std::string& remote);
 
 Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked);
+Undoable stashFiles(const std::string& message, const std::vector<gitkit::FileChange>& files);
+Undoable stashStaged(const std::string& message);
+Undoable branchFromStash(const std::string& name, const gitkit::Stash& stash);
 Undoable applyStash(const gitkit::Stash& stash, gitkit::StashUse use);
 /// Returns what has to be kept for an action that runs while the changes of files that git knows are stashed.
 Undoable betweenStashes(Undoable action);

@@ -545,6 +545,13 @@
             <numerusform>%Ln changed files are put aside.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>Only %Ln Selected File(s)</source>
+        <translation>
+            <numerusform>Only %Ln Selected File</numerusform>
+            <numerusform>Only %Ln Selected Files</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::StashesView</name>

@@ -108,7 +108,8 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewTagSheet{commit.hash}));
     entry(*menu, u"New Branch Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{commit.hash}));
-    EXPECT_EQ(entries(*makeStashMenu(store, {}, &parent)), (Titles{"Apply Stash", "Pop Stash", "—", "Drop Stash…"}));
+    EXPECT_EQ(entries(*makeStashMenu(store, {}, &parent)),
+              (Titles{"Apply Stash", "Pop Stash", "New Branch from Stash…", "—", "Drop Stash…"}));
     test::givenRunning(store, Verb::revert);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
               (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert)",

@@ -37,7 +37,8 @@ TEST_F(DiffControllerTest, OffersWhatTheDiffAllows)
     controller.selectAll();
     controller.setActionsAvailable(false);
     EXPECT_EQ(titles(menuOffers(controller)),
-              (QStringList{u"(Stage 4 Lines)"_s, u"(Discard Lines…)"_s, u"(Stage Hunk)"_s, u"(Discard Hunk…)"_s}));
+              (QStringList{u"(Stage 4 Lines)"_s, u"(Discard Lines…)"_s, u"(Stash Lines…)"_s, u"(Stage Hunk)"_s,
+                           u"(Discard Hunk…)"_s, u"(Stash Hunk…)"_s}));
 
     controller.setActionsAvailable(true);
     controller.setContent(contentOf(twoHunks, Use::unstage), DiffPlace::kept);

@@ -168,6 +168,32 @@ TEST_F(DialogsTest, ATagAndAStashAreMade)
     EXPECT_FALSE(std::filesystem::exists(repo / "new"));
 }
 
+TEST_F(DialogsTest, AStashTakesWhatIsStagedOrSelected)
+{
+    repo.write("a", "2").git({"add", "a"}).write("b", "2").write("c", "2");
+    store.snapshot().refresh(RefreshScope::status);
+    ASSERT_TRUE(worker.settle());
+    const gitkit::FileChange selected = *store.snapshot().status.value().files.find("b");
+    store.window().showSheet(StashSheet{.files = {selected}, .lines = {}});
+    EXPECT_TRUE(named<QRadioButton>(*dialog(), u"Only 1 Selected File"_s)->isChecked());
+    EXPECT_FALSE(named<QCheckBox>(*dialog(), u"Include Untracked Files"_s)->isEnabled());
+    EXPECT_TRUE(says(u"1 changed file is put aside."_s));
+    button(u"Stash Changes"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "A  a\n?? c");
+    store.window().showSheet(StashSheet{});
+    named<QRadioButton>(*dialog(), u"Only What Is Staged"_s)->setChecked(true);
+    button(u"Stash Changes"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "?? c");
+    EXPECT_EQ(store.snapshot().stashes.value().size(), 2U);
+    store.window().showSheet(NewBranchSheet{.startPoint = {}, .stash = store.snapshot().stashes.value().front()});
+    named<QLineEdit>(*dialog(), u"New Branch Name"_s)->setText(u"from-stash"_s);
+    button(u"Create Branch"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"status", "--porcelain", "--branch"}), "## from-stash\nA  a\n?? c");
+}
+
 TEST_F(DialogsTest, WhatAnEarlierWindowDiscardedIsRestoredOrDropped)
 {
     const auto open = [this] {

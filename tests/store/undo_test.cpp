@@ -55,6 +55,13 @@ void twoCommits(TestRepository& repo)
     repo.write("new", "n\r\n").git({"add", "new"});
 }
 
+gitkit::FileChange fileOf(const UndoWindow& window, const std::string& path)
+{
+    const gitkit::FileChange* const file = window.store.snapshot().status.value().files.find(path);
+    EXPECT_TRUE(file) << path;
+    return file ? *file : gitkit::FileChange();
+}
+
 void resetBack(UndoWindow& window, gitkit::ResetKind kind)
 {
     actions::reset(window.store.actors(), {kind, window.repo.head(), window.repo.read({"rev-parse", "HEAD~1"})});
@@ -142,6 +149,19 @@ const std::vector<Story> stories{
      [](auto& t) {
          actions::stashApply(t.store.actors(), t.store.snapshot().stashes.value().front(), gitkit::StashUse::pop);
      }},
+    {"Stash “mine”",
+     [](auto& r) { r.write("a", "2").git({"add", "a"}).write("a", "3").write("b", "other").write("dir/new", "n"); },
+     [](auto& t) {
+         actions::stashFiles(t.store.actors(), QStringLiteral("mine"), {fileOf(t, "a"), fileOf(t, "dir/new")});
+     }},
+    {"Stash", [](auto& r) { r.write("a", "2").git({"add", "a"}).write("b", "other"); },
+     [](auto& t) { actions::stashStaged(t.store.actors(), QString()); }},
+    {"New Branch “new”",
+     [](auto& r) {
+         r.write("a", "2").git({"add", "a"}).git({"stash", "push", "-q", "-m", "mine"});
+         r.write("b", "later").git({"commit", "-q", "-am", "later"});
+     },
+     [](auto& t) { actions::branchFromStash(t.store.actors(), "new", t.store.snapshot().stashes.value().front()); }},
     {"Drop of “On main: mine”", [](auto& r) { r.write("a", "2").git({"stash", "push", "-q", "-m", "mine"}); },
      [](auto& t) { actions::confirmDrop(t.store.actors(), t.store.snapshot().stashes.value().front()); }},
     {"Staging of “a” and 2 other files", [](auto& r) { r.write("a", "2").write("new", "n"); },

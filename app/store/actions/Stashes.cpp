@@ -2,6 +2,7 @@
 #include "app/store/actions/Stashes.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/undo/PartialStash.h"
 #include "app/store/Changes.h"
 #include "app/store/ShownText.h"
 #include "app/store/Undoables.h"
@@ -32,6 +33,48 @@ void stashSave(Actors actors, const QString& message, gitkit::UntrackedFiles unt
                         .operation = [text = message.toStdString(),
                                       untracked](const GitRepository& repo) { repo.stashSave(text, untracked); },
                         .undo = undoable::saveStash(message.toStdString(), untracked)});
+}
+
+void stashFiles(Actors actors, const QString& message, const std::vector<gitkit::FileChange>& files)
+{
+    actors.changes.run({.verb = Verb::saveStash,
+                        .title = StashTexts::tr("Stashing…"),
+                        .operation = [text = message.toStdString(),
+                                      files](const GitRepository& repo) { gitkit::stashFiles(repo, files, text); },
+                        .undo = undoable::stashFiles(message.toStdString(), files)});
+}
+
+void stashStaged(Actors actors, const QString& message)
+{
+    actors.changes.run(
+        {.verb = Verb::saveStash,
+         .title = StashTexts::tr("Stashing…"),
+         .operation = [text = message.toStdString()](const GitRepository& repo) { gitkit::stashStaged(repo, text); },
+         .undo = undoable::stashStaged(message.toStdString())});
+}
+
+void stashLines(Actors actors, const QString& message, const gitkit::PartialChange& change)
+{
+    actors.changes.run(
+        {.verb = Verb::saveStash,
+         .title = StashTexts::tr("Stashing…"),
+         .operation = [text = message.toStdString(),
+                       change](const GitRepository& repo) { gitkit::stashLines(repo, change, text); },
+         .undo = undoable::stashFiles(message.toStdString(), {{.path = change.path, .originalPath = {}}}),
+         .isFromDiff = true});
+}
+
+void branchFromStash(Actors actors, const std::string& name, const gitkit::Stash& stash)
+{
+    actors.changes.run({.verb = Verb::createBranch,
+                        .title = StashTexts::tr("Creating branch…"),
+                        .operation =
+                            [name, stash](const GitRepository& repo) {
+                                repo.createBranch(name, gitkit::stashBase(repo, stash.hash),
+                                                  gitkit::AfterCreating::checkOut);
+                                repo.stashApply(stash, gitkit::StashUse::pop);
+                            },
+                        .undo = undoable::branchFromStash(name, stash)});
 }
 
 void stashApply(Actors actors, const gitkit::Stash& stash, gitkit::StashUse use)

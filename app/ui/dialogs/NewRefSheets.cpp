@@ -5,6 +5,7 @@
 #include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
+#include "app/store/actions/Stashes.h"
 #include "app/ui/dialogs/RefNameRules.h"
 
 #include <QCheckBox>
@@ -62,6 +63,7 @@ NewBranchDialog::NewBranchDialog(RepositoryStore& store, NewBranchSheet sheet, Q
     checkOut_->setChecked(true);
     fields().addWidget(name_);
     fields().addWidget(checkOut_);
+    checkOut_->setVisible(!sheet_.stash); // else the stash could not be applied there
     connect(name_, &QLineEdit::textChanged, this, &NewBranchDialog::validate);
     connect(checkOut_, &QCheckBox::toggled, this, &NewBranchDialog::validate);
     name_->setFocus();
@@ -82,6 +84,9 @@ QString NewBranchDialog::problem() const
 
 QString NewBranchDialog::note() const
 {
+    if (sheet_.stash)
+        return tr("Starts where the stash was made. %1 is applied there and leaves the list.")
+            .arg(inQuotes(sheet_.stash->message));
     const QString start = describedStart(store(), sheet_.startPoint);
     if (!sheet_.startPoint && !store().snapshot().status.value().hasCommits())
         return start.isEmpty() ? QString() : tr("“%1” has no commits yet; the new branch takes its place.").arg(start);
@@ -93,8 +98,11 @@ bool NewBranchDialog::isComplete() const { return !name_->text().isEmpty(); }
 void NewBranchDialog::submit()
 {
     using After = gitkit::AfterCreating;
-    actions::createBranch(store().actors(), name(), sheet_.startPoint,
-                          checkOut_->isChecked() ? After::checkOut : After::stay);
+    if (sheet_.stash)
+        actions::branchFromStash(store().actors(), name(), *sheet_.stash);
+    else
+        actions::createBranch(store().actors(), name(), sheet_.startPoint,
+                              checkOut_->isChecked() ? After::checkOut : After::stay);
 }
 
 RenameBranchDialog::RenameBranchDialog(RepositoryStore& store, RenameBranchSheet sheet, QWidget* parent)

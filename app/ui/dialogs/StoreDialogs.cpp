@@ -36,7 +36,7 @@ struct SheetMaker {
     Sheet* operator()(const NewBranchSheet& sheet) const { return new NewBranchDialog(store, sheet, parent); }
     Sheet* operator()(const RenameBranchSheet& sheet) const { return new RenameBranchDialog(store, sheet, parent); }
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
-    Sheet* operator()(const StashSheet&) const { return new StashDialog(store, parent); }
+    Sheet* operator()(const StashSheet& sheet) const { return new StashDialog(store, sheet, parent); }
     Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
     Sheet* operator()(const SentChangesSheet&) const { return new SentChangesDialog(store, parent); }
     Sheet* operator()(const IdentitySheet& sheet) const { return new IdentityDialog(store, sheet, parent); }

@@ -10,13 +10,15 @@ namespace plovik {
 namespace {
 
 /// By verb, then by part.
-constexpr std::array<std::array<const char*, 3>, 3> names{{
+constexpr std::array<std::array<const char*, 3>, 4> names{{
     {QT_TRANSLATE_NOOP("Diff", "Stage Hunk"), QT_TRANSLATE_NOOP("Diff", "Stage Lines"),
      QT_TRANSLATE_NOOP("Diff", "Stage All Hunks")},
     {QT_TRANSLATE_NOOP("Diff", "Unstage Hunk"), QT_TRANSLATE_NOOP("Diff", "Unstage Lines"),
      QT_TRANSLATE_NOOP("Diff", "Unstage All Hunks")},
     {QT_TRANSLATE_NOOP("Diff", "Discard Hunk…"), QT_TRANSLATE_NOOP("Diff", "Discard Lines…"),
      QT_TRANSLATE_NOOP("Diff", "Discard All Hunks…")},
+    {QT_TRANSLATE_NOOP("Diff", "Stash Hunk…"), QT_TRANSLATE_NOOP("Diff", "Stash Lines…"),
+     QT_TRANSLATE_NOOP("Diff", "Stash All Hunks…")},
 }};
 
 } // namespace
@@ -31,7 +33,7 @@ std::optional<gitkit::ConflictSide> sideOf(DiffAction::Verb verb)
 QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count)
 {
     // Only the first verb of a bar tells the count, so that a bar tells it once.
-    if (part != DiffAction::Part::lines || verb == DiffAction::Verb::discard)
+    if (part != DiffAction::Part::lines || verb == DiffAction::Verb::discard || verb == DiffAction::Verb::stash)
         return actionName(verb, part);
     return verb == DiffAction::Verb::stage ? QCoreApplication::translate("Diff", "Stage %Ln Line(s)", nullptr, count)
                                            : QCoreApplication::translate("Diff", "Unstage %Ln Line(s)", nullptr, count);

@@ -16,7 +16,7 @@ namespace plovik {
 
 /// What the user asks to do with a part of a diff.
 struct DiffAction {
-    enum class Verb { stage, unstage, discard, useOurs, useTheirs };
+    enum class Verb { stage, unstage, discard, stash, useOurs, useTheirs };
     enum class Part { hunk, lines, all };
 
     Verb verb = Verb::stage;
@@ -54,6 +54,7 @@ struct DiffContent {
         case DiffAction::Verb::unstage:
             return use == Use::unstage;
         case DiffAction::Verb::discard:
+        case DiffAction::Verb::stash:
             return use == Use::stageAndDiscard;
         case DiffAction::Verb::useOurs:
         case DiffAction::Verb::useTheirs:

@@ -29,6 +29,8 @@ std::optional<CommandId> commandOf(const DiffOffer& offer)
         return isLines ? CommandId::unstageLines : CommandId::unstageHunk;
     case DiffAction::Verb::discard:
         return isLines ? CommandId::discardLines : CommandId::discardHunk;
+    case DiffAction::Verb::stash:
+        return isLines ? CommandId::stashLines : CommandId::stashHunk;
     default:
         return std::nullopt;
     }

@@ -6,6 +6,8 @@
 
 #include <QCoreApplication>
 
+#include <span>
+
 namespace plovik {
 
 namespace {
@@ -28,9 +30,13 @@ bool showsHunkActions(const DiffController& controller)
            controller.diff().content().diff.whiteSpace == gitkit::WhiteSpace::ignored;
 }
 
-void append(std::vector<DiffOffer>& offers, const DiffController& controller, Part part, int count = 0)
+constexpr ActionVerb buttonVerbs[] = {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard};
+constexpr ActionVerb menuVerbs[] = {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard, ActionVerb::stash};
+
+void append(std::vector<DiffOffer>& offers, const DiffController& controller, Part part, int count = 0,
+            std::span<const ActionVerb> verbs = buttonVerbs)
 {
-    for (const ActionVerb verb : {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard}) {
+    for (const ActionVerb verb : verbs) {
         if (controller.diff().content().allows(verb))
             offers.push_back(
                 {verb, part, actionTitle(verb, part, count), actionName(verb, part), refusalOf(controller)});
@@ -80,9 +86,9 @@ std::vector<DiffOffer> menuOffers(const DiffController& controller)
 {
     std::vector<DiffOffer> offers;
     if (const auto count = static_cast<int>(controller.selectedChanges().size()); count > 0)
-        append(offers, controller, Part::lines, count);
+        append(offers, controller, Part::lines, count, menuVerbs);
     if (controller.activeHunk() >= 0)
-        append(offers, controller, Part::hunk);
+        append(offers, controller, Part::hunk, 0, menuVerbs);
     return offers;
 }
 

@@ -235,6 +235,9 @@ void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action
         store_.staging().confirmDiscardPart(shown_, content.diff, action.lines,
                                             action.part == DiffAction::Part::lines ? Part::lines : Part::hunk);
         return;
+    case DiffAction::Verb::stash:
+        store_.staging().stashPart(shown_, content.diff, action.lines);
+        return;
     case DiffAction::Verb::useOurs:
     case DiffAction::Verb::useTheirs:
         return;

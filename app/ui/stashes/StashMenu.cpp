@@ -26,6 +26,8 @@ constexpr StashCommand commands[] = {
      Verb::dropStash, [](RepositoryStore& store, const Stash& stash) { actions::confirmDrop(store.actors(), stash); }},
 };
 
+constexpr const char* branchTitle = QT_TRANSLATE_NOOP("Stashes", "New Branch from Stash…");
+
 } // namespace
 
 std::span<const StashCommand> stashCommands() { return commands; }
@@ -36,8 +38,13 @@ QMenu* makeStashMenu(RepositoryStore& store, const Stash& stash, QWidget* parent
 {
     auto* menu = new QMenu(parent);
     for (const StashCommand& command : commands) {
-        if (command.verb == Verb::dropStash)
+        if (command.verb == Verb::dropStash) {
+            markAs(CommandId::branchFromStash,
+                   addChange(*menu, store, Verb::createBranch, stashCommandTitle(branchTitle), [&store, stash] {
+                       store.window().showSheet(NewBranchSheet{.startPoint = {}, .stash = stash});
+                   }));
             menu->addSeparator();
+        }
         markAs(command.id, addChange(*menu, store, command.verb, stashCommandTitle(command.menuName),
                                      [&store, stash, &command] { command.run(store, stash); }));
     }

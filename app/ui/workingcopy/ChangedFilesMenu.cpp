@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 namespace plovik {
 
@@ -97,6 +98,24 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
     menu.addSeparator();
 }
 
+void addStashing(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
+{
+    std::vector<gitkit::FileChange> stashed;
+    for (const gitkit::FileChange& file : files) {
+        if (!file.isSubmodule && !file.path.ends_with('/'))
+            stashed.push_back(file);
+    }
+    const bool isPossible = !stashed.empty();
+    QAction* const stash = addChange(menu, store, Verb::saveStash, Texts::tr("Stash…"), [&store, stashed] {
+        store.window().showSheet(StashSheet{.files = stashed, .lines = {}});
+    });
+    markAs(CommandId::stashFiles, stash);
+    if (!isPossible) {
+        stash->setEnabled(false);
+        stash->setToolTip(plainToolTip(Texts::tr("A submodule is a repository of its own.")));
+    }
+}
+
 } // namespace
 
 QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files, const QString& openTitle,
@@ -121,6 +140,7 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
     const QString reason = Staging::reasonAgainstDiscard(files);
     discard->setEnabled(reason.isEmpty());
     discard->setToolTip(plainToolTip(reason));
+    addStashing(*menu, store, files);
     menu->addSeparator();
     QAction* const open =
         add(CommandId::openInEditor, openTitle, [&store, files] { actions::openInEditor(store.actors(), files); });
