@@ -2,6 +2,7 @@
 #include "app/shell/RepositoryWindow.h"
 
 #include "app/platform/FileBrowser.h"
+#include "app/platform/Terminal.h"
 #include "app/platform/Trash.h"
 #include "app/services/askpass/Askpass.h"
 #include "app/services/watcher/RepositoryWatcher.h"
@@ -37,6 +38,7 @@ StoreServices desktopServices()
     StoreServices services;
     services.reveal = &revealFiles;
     services.openInEditor = &externalEditor::open;
+    services.openTerminal = &openTerminal;
     services.trash = &moveToTrash;
     services.messages = commitMessageWriter();
     services.signIn = askpass::opener();

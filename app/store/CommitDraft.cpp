@@ -304,7 +304,7 @@ QCoro::Task<bool> CommitDraft::generateCommitMessage()
     if (failure)
         window_.report(*failure);
     else
-        fillWithWritten(message);
+        useMessage(message);
     generatingMessage = false;
     co_return !failure;
 }
@@ -324,7 +324,7 @@ QCoro::Task<MessageRequest> CommitDraft::commitMessageRequest()
     co_return describe ? describe(changes) : MessageRequest{};
 }
 
-void CommitDraft::fillWithWritten(const QString& message)
+void CommitDraft::useMessage(const QString& message)
 {
     const Text before = text();
     writing_.written.reset();

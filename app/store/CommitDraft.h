@@ -79,6 +79,8 @@ public:
     /// Returns whether the commit box contains nothing but the template that `commit.template` names.
     bool holdsTemplate() const;
 
+    /// Fills the commit box with another message; undoMessage() brings back the text before it.
+    void useMessage(const QString& message);
     /// Has a message written for the staged changes and fills the commit box with it. Returns whether it did; a failure
     /// is reported. Does nothing while a message is being written or when nothing is staged.
     QCoro::Task<bool> generateCommitMessage();
@@ -86,7 +88,7 @@ public:
     void cancelCommitMessage();
     /// Returns what generateCommitMessage() would send. Throws std::exception when the changes cannot be read.
     QCoro::Task<MessageRequest> commitMessageRequest();
-    /// Whether the commit box contains a generated message unchanged, so that undoMessage() can bring back the text
+    /// Whether the commit box contains a generated or chosen message unchanged, so that undoMessage() can bring back the text
     /// before it.
     Observed<bool, CommitDraft> canUndoMessage{false};
     void undoMessage();
@@ -103,7 +105,6 @@ private:
     void statusRead();
     QCoro::Task<> droppingIfRecorded(Text text);
     QCoro::Task<QString> writingMessage(std::stop_token stop);
-    void fillWithWritten(const QString& message);
     void updateMessageUndo();
 
     const GitAccess& git_;

@@ -95,6 +95,7 @@ QString refusal(const Snapshot& now, Verb verb)
     case Verb::applyStash:
         return conflictsLeft(now);
     case Verb::checkOut:
+    case Verb::checkOutRequest:
         return firstOf(conflictsLeft(now), wouldEnd(now));
     case Verb::amend:
     case Verb::merge:

@@ -19,6 +19,10 @@ struct NewBranchSheet {
     std::optional<gitkit::Stash> stash = {};    ///< starts where it was made, and applies it there
     bool operator==(const NewBranchSheet&) const = default;
 };
+/// Asks for the number of a pull or merge request to check out.
+struct RequestSheet {
+    bool operator==(const RequestSheet&) const = default;
+};
 struct RenameBranchSheet {
     std::string branch; ///< without refs/heads
     bool operator==(const RenameBranchSheet&) const = default;
@@ -54,6 +58,6 @@ struct IdentitySheet {
     bool operator==(const IdentitySheet&) const = default;
 };
 using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
-                               DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet>;
+                               DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet>;
 
 } // namespace plovik

@@ -36,6 +36,8 @@ struct StoreServices {
     std::function<void(const Files& files, Failed failed)> reveal = {};
     /// Opens files in the editor that the user chose.
     std::function<void(const Files& files, Failed failed)> openInEditor = {};
+    /// Opens a terminal in a folder.
+    std::function<void(const std::filesystem::path& folder, Failed failed)> openTerminal = {};
     /// Moves a file to the Trash. Called on the worker's threads.
     gitkit::Trash trash = {};
     /// Writes commit messages. Its functions may be empty.

@@ -126,6 +126,14 @@ Undoable createBranch(const std::string& name, const std::optional<std::string>&
     return undo;
 }
 
+Undoable checkOutRequest(const std::string& name, std::function<std::string()> commit)
+{
+    Undoable undo = createBranch(name, std::nullopt, gitkit::AfterCreating::checkOut);
+    undo.complete = [commit](const GitRepository& repo, UndoScope& scope) { scope.target = treeOf(repo, commit()); };
+    undo.inTheWay = [commit](const GitRepository& repo) { return gitkit::inTheWayOfCheckout(repo, commit()); };
+    return undo;
+}
+
 Undoable deleteBranch(const std::string& name)
 {
     return {.title = UndoTexts::tr("Deletion of Branch %1").arg(inQuotes(name)),

@@ -24,6 +24,8 @@ Undoable amend(const std::string& message);
 Undoable checkout(const std::string& ref, const QString& shown, const std::optional<std::string>& made = {});
 Undoable createBranch(const std::string& name, const std::optional<std::string>& startPoint,
                       gitkit::AfterCreating after);
+/// `commit` tells where the branch begins, once that was fetched.
+Undoable checkOutRequest(const std::string& name, std::function<std::string()> commit);
 Undoable deleteBranch(const std::string& name);
 Undoable renameBranch(const std::string& name, const std::string& newName);
 /// For setting and unsetting it.

@@ -24,6 +24,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::push:
         return all({refs, network});
     case Verb::pull:
+    case Verb::checkOutRequest:
         return all({index, workingTree, refs, network});
     case Verb::deleteBranch:
     case Verb::setUpstream:

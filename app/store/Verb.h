@@ -11,6 +11,7 @@ enum class Verb {
     pull,
     push,
     checkOut,
+    checkOutRequest,
     createBranch,
     deleteBranch,
     renameBranch,

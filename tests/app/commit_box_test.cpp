@@ -329,6 +329,7 @@ TEST(CommitBox, AddsTrailersFromItsMenu)
                 action->trigger();
         for (QMenu* sub : menu->findChildren<QMenu*>()) {
             Q_EMIT sub->aboutToShow();
+            EXPECT_TRUE(window.worker.settle());
             for (QAction* action : sub->actions())
                 if (withoutMnemonic(action->text()) == title)
                     action->trigger();
@@ -343,6 +344,14 @@ TEST(CommitBox, AddsTrailersFromItsMenu)
     EXPECT_EQ(window.body->toPlainText(), u"Why\n\nSigned-off-by: "_s + committer) << "once is enough";
     choose(me);
     EXPECT_TRUE(window.body->toPlainText().endsWith(committer + u"\nCo-authored-by: "_s + me));
+
+    // A message that was used before takes the place of what was typed, and gives it back.
+    const QString typed = window.body->toPlainText();
+    choose(QString::fromStdString(repo.read({"log", "-1", "--format=%s"})));
+    EXPECT_NE(window.body->toPlainText(), typed);
+    EXPECT_TRUE(window.store.draft().canUndoMessage.value());
+    window.store.draft().undoMessage();
+    EXPECT_EQ(window.body->toPlainText(), typed);
     EXPECT_EQ(window.view.window()->focusWidget(), window.body);
 }
 

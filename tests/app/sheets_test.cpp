@@ -5,6 +5,7 @@
 #include "app/ui/commands/Commands.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/RefNameRules.h"
+#include "app/ui/dialogs/RequestDialog.h"
 #include "app/ui/settings/GeneralTab.h"
 #include "app/ui/widgets/TerminalText.h"
 #include "app/ui/window/RepositoryView.h"
@@ -15,6 +16,7 @@
 #include "tests/support/TestRepository.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -168,6 +170,32 @@ TEST_F(DialogsTest, ATagAndAStashAreMade)
     EXPECT_FALSE(std::filesystem::exists(repo / "new"));
 }
 
+TEST_F(DialogsTest, ARequestIsNamedByNumberOrAddress)
+{
+    EXPECT_EQ(requestNumber(u" #12 "_s), 12);
+    EXPECT_EQ(requestNumber(u"!7"_s), 7);
+    EXPECT_EQ(requestNumber(u"https://example.org/a/b/pull/345/files?x=1"_s), 345);
+    EXPECT_EQ(requestNumber(u"https://example.org/a/b/-/merge_requests/9#note_1"_s), 9);
+    for (const QString& none : {u""_s, u"12a"_s, u"-1"_s, u"99999999999999"_s, u"https://example.org/a/12"_s})
+        EXPECT_EQ(requestNumber(none), 0) << none.toStdString();
+
+    repo.git({"remote", "add", "fork", "."}).git({"remote", "add", "origin", "."}).git({"branch", "request-3"});
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    store.window().showSheet(RequestSheet{});
+    auto& number = *named<QLineEdit>(*dialog(), u"Request Number"_s);
+    auto& name = *named<QLineEdit>(*dialog(), u"New Branch Name"_s);
+    EXPECT_EQ(named<QComboBox>(*dialog(), u"Remote"_s)->currentText(), u"origin"_s);
+    number.setText(u"3"_s);
+    EXPECT_EQ(name.text(), u"request-3"_s);
+    EXPECT_FALSE(button(u"Check Out"_s)->isEnabled()) << "there is such a branch";
+    number.setText(u"34"_s);
+    EXPECT_TRUE(button(u"Check Out"_s)->isEnabled());
+    name.setText(u"mine"_s);
+    number.setText(u"35"_s);
+    EXPECT_EQ(name.text(), u"mine"_s);
+}
+
 TEST_F(DialogsTest, AStashTakesWhatIsStagedOrSelected)
 {
     repo.write("a", "2").git({"add", "a"}).write("b", "2").write("c", "2");
@@ -180,7 +208,7 @@ TEST_F(DialogsTest, AStashTakesWhatIsStagedOrSelected)
     EXPECT_TRUE(says(u"1 changed file is put aside."_s));
     button(u"Stash Changes"_s)->click();
     ASSERT_TRUE(worker.settle());
-    EXPECT_EQ(repo.read({"status", "--porcelain"}), "A  a\n?? c");
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "M  a\n?? c");
     store.window().showSheet(StashSheet{});
     named<QRadioButton>(*dialog(), u"Only What Is Staged"_s)->setChecked(true);
     button(u"Stash Changes"_s)->click();
@@ -191,7 +219,7 @@ TEST_F(DialogsTest, AStashTakesWhatIsStagedOrSelected)
     named<QLineEdit>(*dialog(), u"New Branch Name"_s)->setText(u"from-stash"_s);
     button(u"Create Branch"_s)->click();
     ASSERT_TRUE(worker.settle());
-    EXPECT_EQ(repo.read({"status", "--porcelain", "--branch"}), "## from-stash\nA  a\n?? c");
+    EXPECT_EQ(repo.read({"status", "--porcelain", "--branch"}), "## from-stash\nM  a\n?? c");
 }
 
 TEST_F(DialogsTest, WhatAnEarlierWindowDiscardedIsRestoredOrDropped)

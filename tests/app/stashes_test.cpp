@@ -110,7 +110,8 @@ TEST_F(StashesViewTest, TheMenuActsOnTheStashItWasOpenedFor)
     stash("first");
     stash("second");
     const std::unique_ptr<QMenu> menu(makeStashMenu(store, store.snapshot().stashes.value()[1], nullptr));
-    EXPECT_EQ(entries(*menu), (std::vector<std::string>{"Apply Stash", "Pop Stash", "—", "Drop Stash…"}));
+    EXPECT_EQ(entries(*menu),
+              (std::vector<std::string>{"Apply Stash", "Pop Stash", "New Branch from Stash…", "—", "Drop Stash…"}));
     entry(*menu, u"Apply Stash"_s)->trigger();
     worker.finishAll();
     EXPECT_EQ(readFile(repo / "a"), "first");

@@ -434,6 +434,36 @@ TEST_F(StoreUndo, WhatIsInsideASubmoduleStaysAndThatIsTold)
     EXPECT_EQ(notice(), "What is checked out inside “inner” stays as it is.");
 }
 
+TEST_F(StoreUndo, ARequestIsFetchedAndCheckedOut)
+{
+    repo.write(".gitignore", ".env\n").write("a", "1").commit("one").git({"checkout", "-q", "-b", "elsewhere"});
+    repo.write("a", "2").write(".env", "theirs").git({"add", "-f", ".env"}).commit("proposed");
+    const std::string proposed = repo.head();
+    repo.git({"remote", "add", "origin", remote.path().string()});
+    repo.git({"push", "-q", "origin", "elsewhere:refs/merge-requests/7/head", "main"}).git({"checkout", "-q", "main"});
+    repo.git({"branch", "-q", "-D", "elsewhere"}).write(".env", "secret").write("a", "mine");
+    load();
+    const std::string before = wholeState(repo);
+    actions::checkOutRequest(store.actors(), {.remote = "origin", .number = 8, .branch = "request-8"});
+    worker.finishAll();
+    EXPECT_EQ(error(), "“origin” offers no request 8.");
+    store.window().dismissError();
+    actions::checkOutRequest(store.actors(), {.remote = "origin", .number = 7, .branch = "request-7"});
+    worker.finishAll();
+    EXPECT_EQ(wholeState(repo), before) << "a change is in the way";
+    repo.write("a", "1");
+    const std::string clean = wholeState(repo);
+    ASSERT_TRUE(store.window().confirmation.value()) << "Stash and Continue";
+    store.window().dismissQuestion();
+    actions::checkOutRequest(store.actors(), {.remote = "origin", .number = 7, .branch = "request-7"});
+    worker.finishAll();
+    EXPECT_EQ(repo.head(), proposed) << error();
+    EXPECT_EQ(repo.read({"branch", "--show-current"}), "request-7");
+    EXPECT_EQ(bytesAt(repo / ".env"), "theirs");
+    undo();
+    EXPECT_EQ(wholeState(repo), clean);
+}
+
 TEST_F(StoreUndo, APushIsShownAndStandsInTheWay)
 {
     repo.git({"remote", "add", "origin", remote.path().string()}).write("a", "1").commit("one");

@@ -44,4 +44,10 @@ void openInEditor(Actors actors, const Files& files)
         actors.services.openInEditor(absolutePaths(actors, files), reporting(actors));
 }
 
+void openTerminal(Actors actors)
+{
+    if (actors.services.openTerminal)
+        actors.services.openTerminal(actors.snapshot.root(), reporting(actors));
+}
+
 } // namespace plovik::actions

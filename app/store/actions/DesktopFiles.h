@@ -12,5 +12,7 @@ namespace plovik::actions {
 void reveal(Actors actors, const std::vector<gitkit::FileChange>& files);
 /// Opens files in the editor that the user chose. Reports a failure to the user.
 void openInEditor(Actors actors, const std::vector<gitkit::FileChange>& files);
+/// Opens a terminal in the repository's folder. Reports a failure to the user.
+void openTerminal(Actors actors);
 
 } // namespace plovik::actions

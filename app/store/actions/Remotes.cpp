@@ -2,6 +2,7 @@
 #include "app/store/actions/Remotes.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Requests.h"
 #include "GitKit/repository/Upstream.h"
 #include "app/store/Changes.h"
 #include "app/store/Snapshot.h"
@@ -63,6 +64,26 @@ void fetch(Actors actors)
 }
 
 void pull(Actors actors) { pullBy(actors, gitkit::PullBy::setting, false); }
+
+void checkOutRequest(Actors actors, const Request& request)
+{
+    const auto fetched = std::make_shared<std::string>();
+    actors.changes.run(waysOn::offeringStash(
+        actors,
+        {.verb = Verb::checkOutRequest,
+         .title = RemoteTexts::tr("Checking out request %1…").arg(request.number),
+         .prepare =
+             [request, fetched](const GitRepository& repo) {
+                 *fetched = gitkit::fetchRequest(repo, request.remote, request.number);
+             },
+         .operation =
+             [request, fetched](const GitRepository& repo) {
+                 repo.createBranch(request.branch, *fetched, gitkit::AfterCreating::checkOut);
+             },
+         .undo = undoable::checkOutRequest(request.branch, [fetched] { return *fetched; })},
+        {.message = RemoteTexts::tr("Before request %1").arg(request.number),
+         .listing = {"diff", "--name-only", "-z", "--no-renames", "--no-ext-diff", "HEAD", "--"}}));
+}
 
 void push(Actors actors)
 {

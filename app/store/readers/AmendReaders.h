@@ -12,7 +12,7 @@ class GitRepository;
 
 namespace plovik {
 
-// What the commit box reads, for Latest. Both functions may be called on any thread, block, and throw gitkit::GitError.
+// What the commit box reads, for Latest. All functions may be called on any thread, block, and throw gitkit::GitError.
 
 /// The facts about a commit that matter before it is amended.
 struct AmendedCommit {
@@ -21,6 +21,9 @@ struct AmendedCommit {
 };
 /// `hash` is the full hash of the commit.
 AmendedCommit readAmendedCommit(const gitkit::GitRepository& repo, const std::string& hash);
+
+/// Returns the messages of the newest commits, each once, the newest first.
+std::vector<std::string> readRecentMessages(const gitkit::GitRepository& repo);
 
 /// Returns "Name <address>" as git would record it for a new commit.
 std::string readIdentity(const gitkit::GitRepository& repo);

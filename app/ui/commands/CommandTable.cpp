@@ -3,6 +3,7 @@
 
 #include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
+#include "app/store/actions/DesktopFiles.h"
 #include "app/store/actions/Remotes.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/ShortcutsDialog.h"
@@ -169,6 +170,15 @@ constexpr Command table[] = {
      .isPossible = [](const Store& store) { return !store.snapshot().status.value().files.empty(); },
      .buttonName = QT_TRANSLATE_NOOP("Commands", "Stash"),
      .wanted = QT_TRANSLATE_NOOP("Commands", "There are no changes to stash.")},
+    {.id = Id::checkOutRequest,
+     .name = QT_TRANSLATE_NOOP("Commands", "Check Out Request…"),
+     .action = [](Store& store) { store.window().showSheet(RequestSheet{}); },
+     .verb = Verb::checkOutRequest,
+     .isPossible = [](const Store& store) { return !store.snapshot().remotes.value().empty(); },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "This repository has no remote.")},
+    {.id = Id::openTerminal,
+     .name = QT_TRANSLATE_NOOP("Commands", "Open Terminal Here"),
+     .action = [](Store& store) { actions::openTerminal(store.actors()); }},
     {.id = Id::restoreDiscarded,
      .name = QT_TRANSLATE_NOOP("Commands", "Restore Discarded…"),
      .action = [](Store& store) { store.window().showSheet(DiscardedSheet{}); }},
@@ -359,6 +369,7 @@ constexpr Command table[] = {
                 Qt::Key_Return),
     onSelection(Id::signOff, QT_TRANSLATE_NOOP("Commands", "Sign Off"), wantedMessage),
     onSelection(Id::addCoAuthor, QT_TRANSLATE_NOOP("Commands", "Add Co-Author"), wantedMessage),
+    onSelection(Id::recentMessages, QT_TRANSLATE_NOOP("Commands", "Recent Messages"), wantedMessage),
     onSelection(Id::wrapBody, QT_TRANSLATE_NOOP("Commands", "Wrap Body"), wantedMessage),
     onSelection(Id::goToMovedLine, QT_TRANSLATE_NOOP("Commands", "Go to Moved Line"),
                 QT_TRANSLATE_NOOP("Commands", "Select a moved line in a diff.")),

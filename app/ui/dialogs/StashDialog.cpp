@@ -5,8 +5,10 @@
 #include "app/store/actions/Stashes.h"
 
 #include <QCheckBox>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -41,15 +43,18 @@ void StashDialog::addChoices()
 {
     const Files& files = store().snapshot().status.value().files;
     const bool isStaged = std::ranges::any_of(files, &gitkit::FileChange::hasStaged);
-    for (QRadioButton* const choice : {selected_, staged_, all_}) {
-        fields().addWidget(choice);
-        connect(choice, &QRadioButton::toggled, this, &StashDialog::validate);
-    }
-    fields().addWidget(untracked_);
     selected_->setVisible(!sheet_.files.empty() && !sheet_.lines);
     staged_->setVisible(isStaged && !sheet_.lines);
     // One choice is none.
     all_->setVisible(!selected_->isHidden() || !staged_->isHidden());
+    for (QRadioButton* const choice : {selected_, staged_, all_}) {
+        fields().addWidget(choice);
+        connect(choice, &QRadioButton::toggled, this, &StashDialog::validate);
+    }
+    auto* const below = new QHBoxLayout; // it belongs to the choice above it
+    below->addSpacing(all_->isHidden() ? 0 : style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) + 6);
+    below->addWidget(untracked_);
+    fields().addLayout(below);
     untracked_->setVisible(!sheet_.lines);
     (sheet_.files.empty() ? all_ : selected_)->setChecked(true);
 }

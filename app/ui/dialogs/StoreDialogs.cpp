@@ -9,6 +9,7 @@
 #include "app/ui/dialogs/IdentityDialog.h"
 #include "app/ui/dialogs/NewRefSheets.h"
 #include "app/ui/dialogs/PromptDialog.h"
+#include "app/ui/dialogs/RequestDialog.h"
 #include "app/ui/dialogs/ResetDialog.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
 #include "app/ui/dialogs/StashDialog.h"
@@ -36,6 +37,7 @@ struct SheetMaker {
     Sheet* operator()(const NewBranchSheet& sheet) const { return new NewBranchDialog(store, sheet, parent); }
     Sheet* operator()(const RenameBranchSheet& sheet) const { return new RenameBranchDialog(store, sheet, parent); }
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
+    Sheet* operator()(const RequestSheet&) const { return new RequestDialog(store, parent); }
     Sheet* operator()(const StashSheet& sheet) const { return new StashDialog(store, sheet, parent); }
     Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
     Sheet* operator()(const SentChangesSheet&) const { return new SentChangesDialog(store, parent); }

@@ -29,6 +29,7 @@ namespace {
 
 constexpr std::size_t lookedAtCommits = 300;
 constexpr std::size_t offeredAuthors = 10;
+constexpr int widestMessage = 460; ///< of an entry with a message, in pixels
 
 QCoro::Task<> ignoringResult(QCoro::Task<bool> task) { co_await task; }
 
@@ -104,12 +105,19 @@ QMenu* MessageButtons::makeContextMenu()
     });
     // An entry with a menu is triggered by its command alone.
     connect(people->menuAction(), &QAction::triggered, this, &MessageButtons::showPeople);
+    QMenu* const messages = menu->addMenu(tr("Recent Messages"));
+    connect(messages, &QMenu::aboutToShow, this, [this, messages] {
+        if (messages->isEmpty())
+            launch(addingMessages(messages));
+    });
+    connect(messages->menuAction(), &QAction::triggered, this, &MessageButtons::showMessages);
     menu->addSeparator();
     QAction* const wrap = menu->addAction(tr("Wrap Body at %1 Columns").arg(messageFormat::bodyColumns), this, [this] {
         store_.draft().setBody(messageFormat::wrapped(store_.draft().commitBody.value()));
     });
     for (const auto& [id, entry] : {std::pair{CommandId::signOff, signOff},
                                     {CommandId::addCoAuthor, people->menuAction()},
+                                    {CommandId::recentMessages, messages->menuAction()},
                                     {CommandId::wrapBody, wrap}})
     {
         markAs(id, entry);
@@ -169,6 +177,42 @@ void MessageButtons::addPeople(QMenu& menu)
     if (!authors.empty())
         menu.addSeparator();
     menu.addAction(tr("Another Person"), this, [this] { extendBody(u"Co-authored-by: "_s); });
+}
+
+void MessageButtons::showMessages()
+{
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    launch(addingMessages(menu));
+    menu->popup(mapToGlobal(QPoint(more_->x(), more_->y() + more_->height())));
+}
+
+/// Offers the messages of the newest commits. What was typed before comes back by Undo.
+QCoro::Task<> MessageButtons::addingMessages(QPointer<QMenu> menu)
+{
+    QAction* const waiting = menu->addAction(tr("Reading…"));
+    waiting->setEnabled(false);
+    std::vector<std::string> messages;
+    QString problem = tr("Nothing has been committed yet.");
+    try {
+        messages = co_await store_.git().read(readRecentMessages);
+    } catch (const std::exception& thrown) {
+        problem = failureOf(thrown).message;
+    }
+    if (!menu)
+        co_return;
+    for (const std::string& message : messages) {
+        const QString text = exactText(message);
+        const QString subject = text.section(u'\n', 0, 0);
+        QAction* const entry = menu->addAction(plainMenuText(menu->fontMetrics().elidedText(
+                                                   shownText(subject.toStdString()), Qt::ElideRight, widestMessage)),
+                                               this, [this, text] { store_.draft().useMessage(text); });
+        entry->setToolTip(plainToolTip(text));
+    }
+    if (messages.empty())
+        waiting->setText(problem);
+    else
+        delete waiting;
 }
 
 void MessageButtons::extendBody(const QString& trailer)

@@ -4,6 +4,7 @@
 #include "app/store/RepositoryStore.h"
 #include "app/ui/widgets/ContextMenuSource.h"
 
+#include <QPointer>
 #include <QProperty>
 #include <QWidget>
 
@@ -43,6 +44,8 @@ private:
     void showPeople();
     void showState();
     void addPeople(QMenu& menu);
+    void showMessages();
+    QCoro::Task<> addingMessages(QPointer<QMenu> menu);
     QString whyNotChange() const;
     void extendBody(const QString& trailer);
     QCoro::Task<> signingOff();
