@@ -19,6 +19,10 @@ struct NewBranchSheet {
     std::optional<gitkit::Stash> stash = {};    ///< starts where it was made, and applies it there
     bool operator==(const NewBranchSheet&) const = default;
 };
+/// Lists the untracked files that can go.
+struct CleanSheet {
+    bool operator==(const CleanSheet&) const = default;
+};
 /// Asks for the number of a pull or merge request to check out.
 struct RequestSheet {
     bool operator==(const RequestSheet&) const = default;
@@ -58,6 +62,6 @@ struct IdentitySheet {
     bool operator==(const IdentitySheet&) const = default;
 };
 using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
-                               DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet>;
+                               DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet>;
 
 } // namespace plovik

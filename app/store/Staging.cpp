@@ -353,6 +353,21 @@ QCoro::Task<> Staging::askingToDiscard(Files files)
     window_.ask(std::move(question));
 }
 
+void Staging::discardUntracked(const Files& files)
+{
+    if (!files.empty())
+        launch(discardingUntracked(files));
+}
+
+QCoro::Task<> Staging::discardingUntracked(Files files)
+{
+    try {
+        discard(files, co_await git_.read(&gitkit::fileStamps, files), Discarded::all);
+    } catch (const std::exception& failure) {
+        window_.report(failureOf(failure));
+    }
+}
+
 void Staging::discard(const Files& files, const std::vector<gitkit::FileStamp>& stamps, Discarded what)
 {
     discards_.run({.verb = Verb::discard,

@@ -76,6 +76,8 @@ public:
     static QString reasonAgainstDiscard(const Files& files);
     /// Asks what exactly to discard, once it is known how much there is.
     void confirmDiscard(const Files& files);
+    /// Moves untracked files to the Trash without a question: they were chosen one by one.
+    void discardUntracked(const Files& files);
     enum class DiscardedPart { hunk, lines };
     /// Asks, and then discards the selected lines of a file's unstaged diff.
     void confirmDiscardPart(const std::string& path, const gitkit::ParsedDiff& diff, const std::set<int>& lines,
@@ -98,6 +100,7 @@ private:
     enum class Discarded { all, unstaged };
     void discard(const Files& files, const std::vector<gitkit::FileStamp>& stamps, Discarded what);
     void discardPart(const gitkit::PartialChange& change);
+    QCoro::Task<> discardingUntracked(Files files);
 
     const GitAccess& git_;
     WindowState& window_;

@@ -227,6 +227,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::CleanDialog</name>
+    <message numerus="yes">
+        <source>%Ln untracked file(s). Undo brings everything back.</source>
+        <translation>
+            <numerusform>%Ln untracked file. Undo brings everything back.</numerusform>
+            <numerusform>%Ln untracked files. Undo brings everything back.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::CommandLogPanel</name>
     <message numerus="yes">
         <source>%Ln command(s)</source>

@@ -102,7 +102,7 @@ protected:
 
     TestRepository repo;
     test::SettlingWorker worker;
-    RepositoryStore store{repo.path(), worker};
+    RepositoryStore store{repo.path(), worker, {.trash = [](const auto& file) { std::filesystem::remove_all(file); }}};
     RepositoryView view{store};
 };
 
@@ -168,6 +168,34 @@ TEST_F(DialogsTest, ATagAndAStashAreMade)
     ASSERT_EQ(store.snapshot().stashes.value().size(), 1U);
     EXPECT_EQ(store.snapshot().stashes.value().front().message, "On main: -m put aside");
     EXPECT_FALSE(std::filesystem::exists(repo / "new"));
+}
+
+TEST_F(DialogsTest, UntrackedFilesAreCleanedAndComeBack)
+{
+    repo.write("one", "1").write("dir/two", "2").write("keep", "3");
+    int status = 0;
+    runPlainGit(repo.path(), {"init", "-q", "inner"}, status);
+    store.snapshot().refresh(RefreshScope::status);
+    ASSERT_TRUE(worker.settle());
+    command(CommandId::cleanUntracked).run(store);
+    QAbstractItemModel& files = *named<QListView>(*dialog(), u"Untracked Files"_s)->model();
+    EXPECT_EQ(files.rowCount(), 3) << "a repository of its own is none of them";
+    auto& all = *named<QCheckBox>(*dialog(), u"All Untracked Files"_s);
+    all.click();
+    EXPECT_FALSE(button(u"Move to Trash"_s)->isEnabled());
+    all.click();
+    for (int row = 0; row < files.rowCount(); ++row) {
+        if (files.index(row, 0).data().toString() == u"keep"_s)
+            files.setData(files.index(row, 0), Qt::Unchecked, Qt::CheckStateRole);
+    }
+    EXPECT_EQ(all.checkState(), Qt::PartiallyChecked);
+    EXPECT_TRUE(says(u"2 untracked files. Undo brings everything back."_s));
+    button(u"Move to Trash"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"status", "--porcelain", "--untracked-files=all"}), "?? inner/\n?? keep");
+    store.undo().undo();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"ls-files", "--others"}), "dir/two\ninner/\nkeep\none");
 }
 
 TEST_F(DialogsTest, ARequestIsNamedByNumberOrAddress)

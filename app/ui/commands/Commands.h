@@ -47,6 +47,7 @@ enum class CommandId {
     stashChanges,
     checkOutRequest,
     openTerminal,
+    cleanUntracked,
     restoreDiscarded,
     writeMessage,
     showWhatIsSent,

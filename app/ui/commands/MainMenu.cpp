@@ -99,6 +99,7 @@ std::vector<Entry> layouts()
           line,
           {QT_TRANSLATE_NOOP("Commands", "Step of the Timeline"),
            {undoToStep, restoreStepFiles, newBranchBeforeStep, line, forgetStep}},
+          cleanUntracked,
           restoreDiscarded,
           line,
           openTerminal}},

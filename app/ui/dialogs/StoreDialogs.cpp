@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/StoreDialogs.h"
 
+#include "app/ui/dialogs/CleanDialog.h"
 #include "app/ui/dialogs/ConfirmationDialog.h"
 #include "app/ui/dialogs/DialogParts.h"
 #include "app/ui/dialogs/DiscardedDialog.h"
@@ -37,6 +38,7 @@ struct SheetMaker {
     Sheet* operator()(const NewBranchSheet& sheet) const { return new NewBranchDialog(store, sheet, parent); }
     Sheet* operator()(const RenameBranchSheet& sheet) const { return new RenameBranchDialog(store, sheet, parent); }
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
+    Sheet* operator()(const CleanSheet&) const { return new CleanDialog(store, parent); }
     Sheet* operator()(const RequestSheet&) const { return new RequestDialog(store, parent); }
     Sheet* operator()(const StashSheet& sheet) const { return new StashDialog(store, sheet, parent); }
     Sheet* operator()(const GoToCommitSheet&) const { return new GoToCommitDialog(store, parent); }
