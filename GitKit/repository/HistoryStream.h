@@ -62,7 +62,7 @@ private:
     bool isWithoutTags_ = false;
     std::string bytes_;     ///< printed and not yet taken
     std::size_t taken_ = 0; ///< how much of `bytes_` is taken
-    SearchTerms terms_; ///< what git is not asked to find is looked at here
+    SearchTerms terms_;     ///< what git is not asked to find is looked at here
     DateOrder order_;
     std::optional<Commit> ahead_; ///< the next one, read to see whether there is one
 };

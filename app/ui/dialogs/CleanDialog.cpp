@@ -5,7 +5,9 @@
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QAbstractListModel>
+#include <QApplication>
 #include <QCheckBox>
+#include <QFontMetrics>
 #include <QListView>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -18,6 +20,7 @@ namespace plovik {
 namespace {
 
 constexpr int filesWidth = 520;
+constexpr int rowSpace = 10;
 constexpr int filesHeight = 260;
 
 } // namespace
@@ -54,6 +57,8 @@ public:
             return ticked_[row] ? Qt::Checked : Qt::Unchecked;
         if (role == Qt::ToolTipRole)
             return plainToolTip(shownText(files_[row].path));
+        if (role == Qt::SizeHintRole)
+            return QSize(0, QFontMetrics(QApplication::font("QListView")).height() + rowSpace);
         return role == Qt::DisplayRole ? shownText(files_[row].path) : QVariant();
     }
 
