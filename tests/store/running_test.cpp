@@ -4,7 +4,9 @@
 
 #include "GitKit/UniqueFd.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"
+#include "app/store/actions/Stashes.h"
 
 #include <QCoreApplication>
 
@@ -164,6 +166,34 @@ TEST_F(StoreRunning, CancellingAFetchThatIsNeverAnsweredLeavesNoProcess)
     EXPECT_EQ(server.callers(), 0);
     worker.finishAll();
     EXPECT_FALSE(store.changes().activity.value() || store.window().errorMessage.value());
+}
+
+TEST_F(StoreRunning, AFetchThatHangsKeepsNothingElseFromBeingDone)
+{
+    stageSomething();
+    const SilentServer server;
+    repo.git({"remote", "add", "origin", server.url()});
+    load();
+    actions::fetch(store.actors());
+    auto running = std::async(std::launch::async, [this] { return worker.runOnly(); });
+    while (server.callers() == 0)
+        std::this_thread::yield();
+    EXPECT_FALSE(store.changes().offers(Verb::push));
+    const std::string before = repo.head();
+    store.draft().commit();
+    worker.finishAll();
+    EXPECT_NE(repo.head(), before) << store.window().errorMessage.value().value_or(QString()).toStdString();
+    actions::createBranch(store.actors(), "beside", std::nullopt, gitkit::AfterCreating::checkOut);
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"branch", "--show-current"}), "beside");
+    repo.write("a", "more");
+    actions::stashSave(store.actors(), QStringLiteral("mine"), gitkit::UntrackedFiles::leave);
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"stash", "list", "--format=%gs"}), "On beside: mine");
+    EXPECT_TRUE(store.changes().isRunning({Verb::fetch}));
+    store.changes().cancelActivity();
+    running.get()();
+    worker.finishAll();
 }
 
 TEST_F(StoreRunning, TheLogHasEveryCommandWithWhatItPrinted)
