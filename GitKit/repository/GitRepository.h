@@ -114,7 +114,8 @@ public:
 
     void createBranch(const std::string& name, const std::optional<std::string>& startPoint, AfterCreating after) const;
     void deleteBranch(const std::string& name, Deletion deletion) const;
-    void createTag(const std::string& name, const std::string& target) const;
+    /// With a message, makes an annotated tag.
+    void createTag(const std::string& name, const std::string& target, const std::string& message = {}) const;
     void deleteTag(const std::string& name) const;
     void merge(const std::string& ref) const;
     void cherryPick(const std::string& hash) const;

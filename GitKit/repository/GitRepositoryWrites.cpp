@@ -32,6 +32,7 @@
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Overwriting.h"
+#include "GitKit/repository/Pushing.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/StagedPaths.h"
 #include "GitKit/repository/StaleChange.h"
@@ -286,9 +287,15 @@ void GitRepository::deleteBranch(const std::string& name, Deletion deletion) con
     runner_.accepted({"branch", deletion == Deletion::force ? "-D" : "-d", "--", name});
 }
 
-void GitRepository::createTag(const std::string& name, const std::string& target) const
+void GitRepository::createTag(const std::string& name, const std::string& target, const std::string& message) const
 {
-    runner_.accepted({"tag", newNameArgument("tag", name), exactArgument("tag", target)});
+    if (trimmed(message).empty()) {
+        runner_.accepted({"tag", newNameArgument("tag", name), exactArgument("tag", target)});
+        return;
+    }
+    runner_.accepted(
+        {"tag", "-a", "--cleanup=verbatim", "-F", "-", newNameArgument("tag", name), exactArgument("tag", target)},
+        {.input = message.ends_with('\n') ? message : message + '\n'});
 }
 
 void GitRepository::deleteTag(const std::string& name) const { runner_.accepted({"tag", "-d", "--", name}); }
@@ -381,11 +388,7 @@ void GitRepository::push(const std::string& branch, const std::optional<std::str
         throw GitError("push", 1, inQuotes(branch) + " is not the current branch any more. Nothing was pushed.",
                        ErrorKind::changedMeanwhile);
     const std::string remote = newNameArgument("push", upstreamRemote ? *upstreamRemote : pushRemote(runner_, ref));
-    if (trimmed(runner_.output({"config", "--type=bool", "--get", "remote." + remote + ".mirror"}).stdoutBytes) ==
-        "true")
-        throw GitError("push", 1,
-                       inQuotes(remote) + " is set up as a mirror: a push would replace and delete other branches "
-                                          "there. Nothing was pushed.");
+    requireNoMirror(*this, remote);
     Arguments arguments{"push", "--progress", "--no-follow-tags", "--recurse-submodules=check"};
     if (upstreamRemote)
         arguments.emplace_back("-u");

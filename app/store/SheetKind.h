@@ -4,6 +4,7 @@
 #include "GitKit/records/FileChange.h"
 #include "GitKit/records/Identity.h"
 #include "GitKit/records/PartialChange.h"
+#include "GitKit/records/RemoteBranch.h"
 #include "GitKit/records/Stash.h"
 
 #include <optional>
@@ -30,6 +31,14 @@ struct RequestSheet {
 struct RenameBranchSheet {
     std::string branch; ///< without refs/heads
     bool operator==(const RenameBranchSheet&) const = default;
+};
+/// Asks what is pushed where.
+struct PushSheet {
+    std::string branch; ///< without refs/heads
+    gitkit::RemoteBranch to;
+    std::optional<std::string> seen = {}; ///< hash that the remote was just asked for
+    bool replaces = false;                ///< begins with replacing what is there
+    bool operator==(const PushSheet&) const = default;
 };
 struct NewTagSheet {
     std::string target; ///< full commit hash
@@ -61,7 +70,7 @@ struct IdentitySheet {
     gitkit::Identity known; ///< what the configuration says already
     bool operator==(const IdentitySheet&) const = default;
 };
-using SheetKind = std::variant<NewBranchSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
+using SheetKind = std::variant<NewBranchSheet, PushSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
                                DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet>;
 
 } // namespace plovik

@@ -242,6 +242,13 @@ Undoable push(const std::string& branch, const std::string& remote)
             .scope = {.kind = "push"}};
 }
 
+Undoable deleteOnRemote(const std::string& name, const std::string& remote)
+{
+    return {.title = UndoTexts::tr("Deletion of %1 on %2").arg(inQuotes(name), shownText(remote)),
+            .done = UndoTexts::tr("Deleted %1 on %2.").arg(inQuotes(name), shownText(remote)),
+            .scope = {.kind = "push"}};
+}
+
 Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked)
 {
     const QString shown = message.empty() ? UndoTexts::tr("Stash") : UndoTexts::tr("Stash %1").arg(subjectOf(message));

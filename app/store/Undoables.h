@@ -42,6 +42,8 @@ Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString&
 Undoable pull(gitkit::PullBy how, std::function<std::optional<std::string>()> fetched);
 /// For the list of what has happened: it cannot be taken back.
 Undoable push(const std::string& branch, const std::string& remote);
+/// The same for a branch or tag that is deleted there.
+Undoable deleteOnRemote(const std::string& name, const std::string& remote);
 
 Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked);
 Undoable stashFiles(const std::string& message, const std::vector<gitkit::FileChange>& files);

@@ -22,6 +22,8 @@ std::uint8_t touchedBy(Verb verb)
     switch (verb) {
     case Verb::fetch:
     case Verb::push:
+    case Verb::pushTag:
+    case Verb::deleteOnRemote:
         return all({refs, network});
     case Verb::pull:
     case Verb::checkOutRequest:

@@ -10,6 +10,8 @@ enum class Verb {
     fetch,
     pull,
     push,
+    pushTag,
+    deleteOnRemote,
     checkOut,
     checkOutRequest,
     createBranch,

@@ -468,6 +468,47 @@
     </message>
 </context>
 <context>
+    <name>plovik::PushDialog</name>
+    <message numerus="yes">
+        <source>This would lose %n commit(s) there. Pull first, or replace what is there.</source>
+        <translation>
+            <numerusform>This would lose %n commit there. Pull first, or replace what is there.</numerusform>
+            <numerusform>This would lose %n commits there. Pull first, or replace what is there.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>This takes %n commit(s) off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</source>
+        <translation>
+            <numerusform>This takes %n commit off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</numerusform>
+            <numerusform>This takes %n commits off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>This sends %n commit(s) to %1. Others may fetch that within seconds.</source>
+        <translation>
+            <numerusform>This sends %n commit to %1. Others may fetch that within seconds.</numerusform>
+            <numerusform>This sends %n commits to %1. Others may fetch that within seconds.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::Pushes</name>
+    <message numerus="yes">
+        <source>and %n other(s)</source>
+        <translation>
+            <numerusform>and %n other</numerusform>
+            <numerusform>and %n others</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 has %n commit(s) you do not have</source>
+        <translation>
+            <numerusform>%1 has %n commit you do not have</numerusform>
+            <numerusform>%1 has %n commits you do not have</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Refs</name>
     <message numerus="yes">
         <source>Leave %n commit(s) behind?</source>
@@ -686,13 +727,6 @@
         <translation>
             <numerusform>%n commit only on %1</numerusform>
             <numerusform>%n commits only on %1</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%n commit(s) came with the last fetch already.</source>
-        <translation>
-            <numerusform>%n commit came with the last fetch already.</numerusform>
-            <numerusform>%n commits came with the last fetch already.</numerusform>
         </translation>
     </message>
 </context>

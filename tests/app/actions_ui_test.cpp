@@ -71,10 +71,10 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     const GitRef remote = makeRef(GitRef::Kind::remote, "refs/remotes/", "origin/side");
     const GitRef tag = makeRef(GitRef::Kind::tag, "refs/tags/", "v1");
 
-    EXPECT_EQ(menuOf(local), (Titles{"Check Out", "Merge into “a&&b”", "New Branch from Here…", "—", "Rename…",
-                                     "Upstream", "—", "Copy Name", "—", "Delete…"}));
-    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "Push", "—",
-                                       "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(local), (Titles{"Check Out", "Merge into “a&&b”", "New Branch from Here…", "Push to…", "—",
+                                     "Rename…", "Upstream", "—", "Copy Name", "—", "Delete…"}));
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "Push",
+                                       "Push to…", "—", "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
     EXPECT_EQ(menuOf(remote),
               (Titles{"Check Out", "Merge", "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Copy Name"}));
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
@@ -84,8 +84,8 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     entry(*makeRefMenu(store, remote, &parent), u"Copy Name"_s)->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
     test::givenRunning(store, Verb::fetch);
-    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "(Push)", "—",
-                                       "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "(Push)",
+                                       "(Push to…)", "—", "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::deleteTag);
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::pull);

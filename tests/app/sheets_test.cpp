@@ -379,6 +379,56 @@ TEST_F(DialogsTest, ABranchIsRenamedFromTheSidebar)
     EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/side/ways"));
 }
 
+TEST_F(DialogsTest, APushSaysWhatGoesWhere)
+{
+    const TestRepository remote{{"--bare"}};
+    repo.git({"remote", "add", "origin", remote.path().string()}).git({"push", "-q", "origin", "side:main"});
+    repo.git({"push", "-q", "origin", "main:topic"}).git({"tag", "v1"}).git({"fetch", "-q"});
+    repo.git({"commit", "-q", "--amend", "-m", "two again"});
+    repo.git({"tag", "v2"});
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    command(CommandId::pushTo).run(store);
+    ASSERT_TRUE(dialog());
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(says(u"This sends 1 commit to origin/main. Others may fetch that within seconds."_s));
+    EXPECT_FALSE(named<QCheckBox>(*dialog(), u"Replace what is there"_s)->isEnabled());
+    auto* const tags = named<QCheckBox>(*dialog(), u"With the tags on these commits: “v2”"_s);
+    ASSERT_TRUE(tags);
+    tags->setChecked(true);
+    auto* const name = named<QLineEdit>(*dialog(), u"Name There"_s);
+    name->setText(u"new"_s);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(says(u"origin/new is made."_s));
+    name->setText(u"topic"_s);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(says(u"This would lose 1 commit there. Pull first, or replace what is there."_s));
+    EXPECT_FALSE(button(u"Push"_s)->isEnabled());
+    EXPECT_EQ(named<QListWidget>(*dialog(), u"What Goes and What Comes"_s)->item(0)->text(), u"Changed: “two”"_s);
+    named<QCheckBox>(*dialog(), u"Replace what is there"_s)->setChecked(true);
+    EXPECT_TRUE(named<QCheckBox>(*dialog(), u"Make it the upstream"_s)->isChecked());
+    button(u"Push"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(remote.read({"rev-parse", "topic", "v2"}), repo.head() + '\n' + repo.head());
+    EXPECT_EQ(repo.read({"config", "branch.main.merge"}), "refs/heads/topic");
+
+    // The rename goes there, too.
+    store.window().showSheet(RenameBranchSheet{"main"});
+    EXPECT_FALSE(named<QCheckBox>(*dialog(), u"Rename on origin, too"_s)) << "it is called otherwise there";
+    store.window().closeSheet();
+    repo.git({"branch", "-q", "-m", "main", "topic"});
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    store.window().showSheet(RenameBranchSheet{"topic"});
+    named<QCheckBox>(*dialog(), u"Rename on origin, too"_s)->setChecked(true);
+    named<QLineEdit>(*dialog(), u"New Branch Name"_s)->setText(u"better"_s);
+    button(u"Rename"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(remote.read({"branch", "--format=%(refname:short)"}), "better\nmain");
+    EXPECT_EQ(repo.read({"config", "branch.better.merge"}), "refs/heads/better");
+}
+
 TEST_F(DialogsTest, AResetSaysWhatEachWayDoes)
 {
     const std::string first = repo.read({"rev-parse", "HEAD~1"});

@@ -2,6 +2,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "app/services/askpass/Askpass.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/Remotes.h"
 #include "app/store/readers/Latest.h"
 #include "app/ui/dialogs/PromptText.h"

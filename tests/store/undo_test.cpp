@@ -8,7 +8,9 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/BranchSettings.h"
 #include "app/store/actions/Operation.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"
 #include "app/store/actions/Stashes.h"
@@ -102,6 +104,8 @@ const std::vector<Story> stories{
      },
      [](auto& t) { actions::setUpstream(t.store.actors(), "main", "refs/remotes/origin/topic"); }},
     {"New Tag “v2”", nothing, [](auto& t) { actions::createTag(t.store.actors(), "v2", t.repo.head()); }},
+    {"New Tag “v2”", nothing,
+     [](auto& t) { actions::createTag(t.store.actors(), "v2", t.repo.head(), "#1 words\n\nmore"); }},
     {"Deletion of Tag “v1”", [](auto& r) { r.git({"tag", "-a", "-m", "note", "v1"}); },
      [](auto& t) { actions::confirmDelete(t.store.actors(), t.ref("v1")); }},
     {"Merge of topic", nothing, [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},

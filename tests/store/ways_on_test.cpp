@@ -10,6 +10,7 @@
 #include "GitKit/runner/RunContext.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/Operation.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"
 
@@ -243,27 +244,115 @@ TEST_F(WaysOn, ADivergedPullMergesOrRebasesAndRemembersHow)
     EXPECT_EQ(repo.read({"rev-parse", "HEAD~2"}), ref("topic").hash);
 }
 
-TEST_F(WaysOn, ARejectedPushPullsFirst)
+TEST_F(WaysOn, ARejectedPushNamesWhatIsThereAndGoesOn)
 {
     repo.write("b", "2\n").commit("ours").git({"update-ref", "refs/remotes/origin/main", "HEAD~1"});
+    const std::string ours = repo.head();
     load();
-    actions::push(store.actors());
-    worker.finishAll();
-    EXPECT_EQ(asked(), "origin/main has commits that are not here|") << "nothing of them was fetched";
+    const std::string theirs = ref("topic").hash;
+    const auto push = [&] {
+        actions::push(store.actors());
+        worker.finishAll();
+        EXPECT_EQ(asked(), "origin/main has 1 commit you do not have|“on topic” by Ada") << error();
+    };
+    push();
     confirm();
     EXPECT_EQ(asked(), "main and origin/main have diverged|1 commit only here\n1 commit only on origin/main");
     store.window().dismissQuestion();
-    actions::push(store.actors());
+
+    push();
+    store.window().choose(store.window().confirmation.value()->id, 0);
     worker.finishAll();
-    EXPECT_EQ(asked(), "origin/main has commits that are not here|1 commit came with the last fetch already.");
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(remote.read({"log", "--format=%s", "-2", "main"}), "ours\non topic");
+
+    // Replacing begins with the sheet, and with what the remote has said.
+    remote.git({"update-ref", "refs/heads/main", theirs});
+    repo.git({"reset", "-q", "--hard", ours});
+    load();
+    push();
+    store.window().choose(store.window().confirmation.value()->id, 1);
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(PushSheet{"main", {"origin", "main"}, theirs, true}));
 
     // A pull would bring nothing of the remote that is pushed to.
-    store.window().dismissQuestion();
+    store.window().closeSheet();
     repo.git({"remote", "add", "other", remote.path().string()}).git({"config", "remote.pushDefault", "other"});
+    load();
     actions::push(store.actors());
     worker.finishAll();
-    EXPECT_EQ(asked(), "");
-    EXPECT_NE(error().find("rejected"), std::string::npos) << error();
+    ASSERT_TRUE(store.window().confirmation.value()) << error();
+    EXPECT_EQ(store.window().confirmation.value()->actionTitle.toStdString(), "Replace…");
+    EXPECT_TRUE(store.window().confirmation.value()->choices.empty());
+}
+
+TEST_F(WaysOn, APushBesideAnotherOneIsShownAnewAndNeverForced)
+{
+    repo.git({"checkout", "-q", "-b", "mine"}).write("b", "2\n").commit("ours");
+    load();
+    const std::string theirs = ref("topic").hash;
+    remote.git({"update-ref", "refs/heads/mine", theirs});
+    actions::push(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(asked(), "origin/mine has 1 commit you do not have|“on topic” by Ada") << error();
+    confirm();
+    EXPECT_EQ(repo.read({"config", "branch.mine.merge"}), "refs/heads/mine");
+    EXPECT_EQ(asked(), "mine and origin/mine have diverged|1 commit only here\n1 commit only on origin/mine")
+        << error();
+    store.window().dismissQuestion();
+
+    // It moves between the sheet and the push.
+    const std::string seen = repo.read({"rev-parse", "main"});
+    actions::pushBranch(store.actors(), {.branch = "mine", .to = {"origin", "mine"}, .there = seen, .replaces = true});
+    worker.finishAll();
+    EXPECT_EQ(notice(), "origin/mine has moved meanwhile. Nothing was pushed.");
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(PushSheet{"mine", {"origin", "mine"}, theirs, true}));
+    EXPECT_EQ(remote.read({"rev-parse", "mine"}), theirs);
+
+    // What the remote has is here already: the push goes on with that.
+    repo.git({"merge", "-q", "topic"}).git({"update-ref", "-d", "refs/remotes/origin/mine"});
+    store.window().closeSheet();
+    actions::pushBranch(store.actors(), {.branch = "mine", .to = {"origin", "mine"}});
+    worker.finishAll();
+    EXPECT_EQ(error() + asked(), "");
+    EXPECT_EQ(remote.read({"rev-parse", "mine"}), repo.head());
+}
+
+TEST_F(WaysOn, APushToOneOfSeveralRemotesAsksWhere)
+{
+    repo.git({"remote", "add", "another", remote.path().string()}).git({"checkout", "-q", "-b", "new"});
+    load();
+    actions::push(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(PushSheet{"new", {"origin", "new"}}));
+}
+
+TEST_F(WaysOn, ABranchIsDeletedHereAndThereOrNotAtAll)
+{
+    repo.git({"push", "-q", "origin", "topic:extra"}).git({"push", "-q", "-u", "origin", "topic"});
+    repo.git({"merge", "-q", "topic"});
+    load();
+    const auto deletes = [&] {
+        actions::confirmDelete(store.actors(), ref("topic"));
+        ASSERT_EQ(store.window().confirmation.value()->choices.size(), 1U);
+        EXPECT_EQ(store.window().confirmation.value()->choices[0].title.toStdString(), "Delete Here and on origin");
+        store.window().choose(store.window().confirmation.value()->id, 0);
+        worker.finishAll();
+    };
+    remote.git({"update-ref", "refs/heads/topic", "topic~1"});
+    deletes();
+    EXPECT_NE(error().find("is not on “origin” any more as it was seen here"), std::string::npos) << error();
+    EXPECT_NO_THROW(ref("topic"));
+    repo.git({"fetch", "-q"});
+    load();
+    deletes();
+    EXPECT_EQ(repo.read({"branch", "--list", "topic"}) + remote.read({"branch", "--list", "topic"}), "");
+    undo();
+    EXPECT_NO_THROW(ref("topic")) << "here it comes back";
+
+    actions::confirmDeleteOnRemote(store.actors(), store.snapshot().remoteBranches.value().at(0), "origin");
+    confirm();
+    EXPECT_EQ(remote.read({"branch"}), "* main") << error();
+    EXPECT_EQ(undoTitle(), "");
 }
 
 TEST_F(WaysOn, AHookThatRefusesRunsAgainOrIsPassedOver)

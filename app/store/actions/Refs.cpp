@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/actions/Refs.h"
 
-#include "GitKit/repository/Branches.h"
+#include "GitKit/records/RemoteBranch.h"
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
@@ -13,6 +13,7 @@
 #include "app/store/Snapshot.h"
 #include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/WaysOn.h"
 
 #include <QCoreApplication>
@@ -189,6 +190,25 @@ bool isUpstreamGone(const Snapshot& now, const GitRef& branch)
     return branch.upstream && !branch.upstreamRef.empty() && !now.hasRef(branch.upstreamRef);
 }
 
+/// The branch goes there first: where that is refused, it stays here, too.
+void addDeletionOnRemote(Actors actors, const GitRef& branch, Confirmation& question)
+{
+    const std::vector<GitRef>& all = actors.snapshot.remoteBranches.value();
+    const auto upstream = std::ranges::find(all, branch.upstreamRef, &GitRef::fullName);
+    if (upstream == all.end())
+        return;
+    const gitkit::RemoteBranch there = gitkit::remoteBranchOf(upstream->name, actors.snapshot.remotes.value());
+    if (there.remote.empty() || there.branch != branch.name)
+        return;
+    question.message += u' ' + RefTexts::tr("What is deleted on %1 goes for everybody, and Undo cannot bring it back.")
+                                   .arg(shownText(there.remote));
+    question.choices.push_back(
+        {RefTexts::tr("Delete Here and on %1").arg(shownText(there.remote)),
+         [actors, there, hash = upstream->hash, name = branch.name] {
+             deleteOnRemote(actors, there, hash, [actors, name] { deleteBranch(actors.window, actors.changes, name); });
+         }});
+}
+
 void deleteTag(Changes& changes, const std::string& tag)
 {
     changes.run({.verb = Verb::deleteTag,
@@ -255,48 +275,11 @@ void createBranch(Actors actors, const std::string& name, const std::optional<st
         actors.changes.run(std::move(create));
 }
 
-void renameBranch(Actors actors, const std::string& branch, const std::string& newName)
-{
-    actors.changes.run({.verb = Verb::renameBranch,
-                        .title = RefTexts::tr("Renaming branch…"),
-                        .operation = [=](const GitRepository& repo) { gitkit::renameBranch(repo, branch, newName); },
-                        .undo = undoable::renameBranch(branch, newName),
-                        .succeeded =
-                            [&window = actors.window, branch, newName] {
-                                if (window.selection.value() == SidebarItem::ref("refs/heads/" + branch))
-                                    window.follow(SidebarItem::ref("refs/heads/" + newName));
-                            }});
-}
-
-void setUpstream(Actors actors, const std::string& branch, const std::optional<std::string>& upstream)
-{
-    const auto kind = std::make_shared<std::atomic<gitkit::UpstreamKind>>(gitkit::UpstreamKind::followed);
-    actors.changes.run(
-        {.verb = Verb::setUpstream,
-         .title = RefTexts::tr("Setting the upstream…"),
-         .operation =
-             [=](const GitRepository& repo) {
-                 if (upstream)
-                     *kind = gitkit::setUpstream(repo, branch, *upstream);
-                 else
-                     gitkit::unsetUpstream(repo, branch);
-             },
-         .undo = undoable::setUpstream(branch),
-         .succeeded =
-             [&window = actors.window, branch, kind] {
-                 if (*kind == gitkit::UpstreamKind::unknown)
-                     window.tell(
-                         RefTexts::tr("%1 is pulled from there from now on. How far it is ahead or behind is not "
-                                      "known, because that branch is not fetched.")
-                             .arg(inQuotes(branch)));
-             }});
-}
-
-void createTag(Actors actors, const std::string& name, const std::string& target)
+void createTag(Actors actors, const std::string& name, const std::string& target, const std::string& message)
 {
     actors.changes.run({.verb = Verb::createTag,
                         .title = RefTexts::tr("Creating tag…"),
-                        .operation = [=](const GitRepository& repo) { repo.createTag(name, target); },
+                        .operation = [=](const GitRepository& repo) { repo.createTag(name, target, message); },
                         .undo = undoable::createTag(name)});
 }
 
@@ -315,6 +298,7 @@ void confirmDelete(Actors actors, const GitRef& ref)
                 RefTexts::tr("Its upstream %1 is gone.").arg(shownText(*ref.upstream)) + u' ' + question.message;
         question.action = [&window, &changes, name = ref.name] { deleteBranch(window, changes, name); };
         question.kind = u"deleteBranch"_s;
+        addDeletionOnRemote(actors, ref, question);
         break;
     case GitRef::Kind::tag:
         question.title = RefTexts::tr("Delete tag %1?").arg(inQuotes(ref.name));

@@ -22,10 +22,8 @@ void checkoutCommit(Actors actors, const std::string& hash);
 /// Creates a branch. `startPoint` is a full ref name or a hash; nullopt stands for HEAD.
 void createBranch(Actors actors, const std::string& name, const std::optional<std::string>& startPoint,
                   gitkit::AfterCreating after);
-void renameBranch(Actors actors, const std::string& branch, const std::string& newName);
-/// Has a local branch follow a remote one, given by its full name; nullopt: it follows none any more.
-void setUpstream(Actors actors, const std::string& branch, const std::optional<std::string>& upstream);
-void createTag(Actors actors, const std::string& name, const std::string& target);
+/// With a message, makes an annotated tag.
+void createTag(Actors actors, const std::string& name, const std::string& target, const std::string& message = {});
 /// Asks, and then deletes a local branch or a tag. Does nothing for a remote branch.
 void confirmDelete(Actors actors, const gitkit::GitRef& ref);
 

@@ -12,7 +12,7 @@
 
 #include <QCoreApplication>
 
-#include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace plovik::actions {
@@ -25,7 +25,7 @@ struct RemoteTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Remotes)
 };
 
-void pullBy(Actors actors, gitkit::PullBy how, bool isRemembered)
+void pullBy(Actors actors, gitkit::PullBy how, bool isRemembered, std::function<void()> then = {})
 {
     // What comes is known before anything of the user's moves, so that files in its way are found.
     const auto fetched = std::make_shared<std::optional<std::string>>();
@@ -38,7 +38,8 @@ void pullBy(Actors actors, gitkit::PullBy how, bool isRemembered)
                             gitkit::rememberPullBy(repo, how);
                         repo.pull(how, *fetched);
                     },
-                .undo = undoable::pull(how, [fetched] { return *fetched; })};
+                .undo = undoable::pull(how, [fetched] { return *fetched; }),
+                .succeeded = std::move(then)};
     if (how == gitkit::PullBy::setting) {
         pull.failed = [actors](const Failure& failure) {
             if (failure.kind != gitkit::ErrorKind::notFastForward)
@@ -85,36 +86,9 @@ void checkOutRequest(Actors actors, const Request& request)
          .listing = {"diff", "--name-only", "-z", "--no-renames", "--no-ext-diff", "HEAD", "--"}}));
 }
 
-void push(Actors actors)
+void rebaseOnUpstream(Actors actors, std::function<void()> then)
 {
-    const gitkit::RepoStatus& now = actors.snapshot.status.value();
-    if (!now.branch) {
-        actors.window.report({.message = RemoteTexts::tr("Cannot push: HEAD is detached. Check out a branch first.")});
-        return;
-    }
-    std::optional<std::string> upstreamRemote;
-    std::string remote = now.upstream.value_or(std::string());
-    if (!now.upstream) {
-        const std::vector<std::string>& all = actors.snapshot.remotes.value();
-        if (all.empty()) {
-            actors.window.report({.message = RemoteTexts::tr("Cannot push: this repository has no remote.")});
-            return;
-        }
-        upstreamRemote = std::ranges::find(all, "origin") != all.end() ? "origin" : all.front();
-        remote = *upstreamRemote;
-    }
-    actors.changes.run({.verb = Verb::push,
-                        .title = RemoteTexts::tr("Pushing…"),
-                        .operation = [branch = *now.branch,
-                                      upstreamRemote](const GitRepository& repo) { repo.push(branch, upstreamRemote); },
-                        .undo = undoable::push(*now.branch, remote),
-                        .failed =
-                            [actors, hasUpstream = now.upstream.has_value()](const Failure& failure) {
-                                if (failure.kind != gitkit::ErrorKind::notFastForward || !hasUpstream)
-                                    return false;
-                                waysOn::offerPull(actors, failure, [actors] { pull(actors); });
-                                return true;
-                            }});
+    pullBy(actors, gitkit::PullBy::rebasing, false, std::move(then));
 }
 
 } // namespace plovik::actions

@@ -3,12 +3,12 @@
 
 #include "app/store/actions/Actors.h"
 
+#include <functional>
+
 namespace plovik::actions {
 
 void fetch(Actors actors);
 void pull(Actors actors);
-/// Pushes the current branch. Without an upstream, pushes to "origin" or else to the first remote, and makes that the
-/// upstream. Reports when there is no branch or no remote.
 /// Fetches a pull or merge request by its number, and checks it out as a new branch.
 struct Request {
     std::string remote;
@@ -16,6 +16,7 @@ struct Request {
     std::string branch;
 };
 void checkOutRequest(Actors actors, const Request& request);
-void push(Actors actors);
+/// Replays the own commits on top of the upstream's, and calls `then` once that has gone well.
+void rebaseOnUpstream(Actors actors, std::function<void()> then);
 
 } // namespace plovik::actions

@@ -128,25 +128,6 @@ QCoro::Task<> askingHowToPull(Actors actors, Failure failure, PullAgain pull)
     actors.window.ask(std::move(question));
 }
 
-QCoro::Task<> offeringPull(Actors actors, Failure failure, std::function<void()> pull)
-{
-    const std::optional<gitkit::Upstream> upstream = co_await readingUpstream(actors);
-    if (!upstream || !upstream->isPushedTo) { // a pull would bring something else
-        actors.window.report(failure);
-        co_return;
-    }
-    Confirmation question;
-    question.title = WayTexts::tr("%1 has commits that are not here").arg(shownText(upstream->name));
-    question.message = WayTexts::tr("Nothing was pushed. Pull them first, and then push again.");
-    if (upstream->counts.behind > 0)
-        question.detail =
-            WayTexts::tr("%n commit(s) came with the last fetch already.", nullptr, upstream->counts.behind);
-    question.actionTitle = WayTexts::tr("Pull");
-    question.action = std::move(pull);
-    question.risk = Confirmation::Risk::none;
-    actors.window.ask(std::move(question));
-}
-
 } // namespace
 
 Change offeringStash(Actors actors, Change change, StashOffer offer)
@@ -181,11 +162,6 @@ Change tellingUpToDate(WindowState& window, Change change)
 void askHowToPull(Actors actors, const Failure& failure, PullAgain pull)
 {
     launch(askingHowToPull(actors, failure, std::move(pull)));
-}
-
-void offerPull(Actors actors, const Failure& failure, std::function<void()> pull)
-{
-    launch(offeringPull(actors, failure, std::move(pull)));
 }
 
 } // namespace plovik::waysOn

@@ -34,7 +34,4 @@ Change tellingUpToDate(WindowState& window, Change change);
 using PullAgain = std::function<void(gitkit::PullBy how, bool isRemembered)>;
 void askHowToPull(Actors actors, const Failure& failure, PullAgain pull);
 
-/// Offers a pull where a push was rejected because the remote has more.
-void offerPull(Actors actors, const Failure& failure, std::function<void()> pull);
-
 } // namespace plovik::waysOn

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Push.h"
 #include "GitKit/records/Reset.h"
 
 #include <string>
@@ -16,5 +17,8 @@ namespace plovik {
 
 /// Reads what moving HEAD to a commit would lose. `target` is a full hash.
 gitkit::ResetLoss readResetLoss(const gitkit::GitRepository& repo, const std::string& target);
+
+/// Reads what a push would do, from what was fetched.
+gitkit::PushPreview readPushPreview(const gitkit::GitRepository& repo, const gitkit::PushQuestion& question);
 
 } // namespace plovik

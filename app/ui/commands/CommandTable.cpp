@@ -4,6 +4,7 @@
 #include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
 #include "app/store/actions/DesktopFiles.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/Remotes.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/ShortcutsDialog.h"
@@ -150,6 +151,13 @@ constexpr Command table[] = {
      .keys = shifted | Qt::Key_U, // P is Pull's
      .action = [](Store& store) { actions::push(store.actors()); },
      .verb = Verb::push},
+    {.id = Id::pushTo,
+     .name = QT_TRANSLATE_NOOP("Commands", "Push to…"),
+     .keys = Qt::CTRL | Qt::ALT | Qt::Key_P,
+     .action = [](Store& store) { actions::askWhereToPush(store.actors(), *store.snapshot().status.value().branch); },
+     .verb = Verb::push,
+     .isPossible = [](const Store& store) { return store.snapshot().status.value().branch.has_value(); },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "HEAD is detached. Check out a branch first.")},
     {.id = Id::cancelAction,
      .name = QT_TRANSLATE_NOOP("Commands", "Cancel Action"),
      .keys = Qt::CTRL | Qt::Key_Period,
@@ -340,6 +348,10 @@ constexpr Command table[] = {
     onSelection(Id::newBranchFromRef, QT_TRANSLATE_NOOP("Commands", "New Branch from Here…"), wantedRef),
     onSelection(Id::renameRef, QT_TRANSLATE_NOOP("Commands", "Rename Branch…"),
                 QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar."), Qt::Key_F2),
+    onSelection(Id::pushRef, QT_TRANSLATE_NOOP("Commands", "Push Branch or Tag"),
+                QT_TRANSLATE_NOOP("Commands", "Select a local branch or a tag in the sidebar.")),
+    onSelection(Id::deleteOnRemote, QT_TRANSLATE_NOOP("Commands", "Delete on the Remote…"),
+                QT_TRANSLATE_NOOP("Commands", "Select a remote branch or a tag in the sidebar.")),
     onSelection(Id::copyRefName, QT_TRANSLATE_NOOP("Commands", "Copy Name"), wantedRef),
     onSelection(Id::deleteRef, QT_TRANSLATE_NOOP("Commands", "Delete…"),
                 QT_TRANSLATE_NOOP("Commands", "Select a local branch or a tag in the sidebar.")),

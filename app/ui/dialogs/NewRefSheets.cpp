@@ -4,12 +4,15 @@
 #include "GitKit/records/BranchChange.h"
 #include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/BranchSettings.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Stashes.h"
 #include "app/ui/dialogs/RefNameRules.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -18,6 +21,8 @@
 namespace plovik {
 
 namespace {
+
+constexpr int messageLines = 5;
 
 QString describedHead(const RepositoryStore& store)
 {
@@ -112,6 +117,12 @@ RenameBranchDialog::RenameBranchDialog(RepositoryStore& store, RenameBranchSheet
     name_->setText(exactText(sheet_.branch));
     name_->selectAll();
     fields().addWidget(name_);
+    if (const auto there = upstream()) {
+        there_ = new QCheckBox(tr("Rename on %1, too").arg(shownText(there->remote)), this);
+        there_->setAccessibleName(there_->text());
+        fields().addWidget(there_);
+        connect(there_, &QCheckBox::toggled, this, &RenameBranchDialog::validate);
+    }
     connect(name_, &QLineEdit::textChanged, this, &RenameBranchDialog::validate);
     name_->setFocus();
     validate();
@@ -136,8 +147,20 @@ QString RenameBranchDialog::problem() const
     return refNames::branchProblem(name(), others);
 }
 
+/// Returns the branch of a remote that it follows and that is called alike.
+std::optional<gitkit::RemoteBranch> RenameBranchDialog::upstream() const
+{
+    const gitkit::GitRef* const renamed = branch();
+    if (!renamed || !renamed->upstream || !store().snapshot().hasRef(renamed->upstreamRef))
+        return std::nullopt;
+    const gitkit::RemoteBranch found = gitkit::remoteBranchOf(*renamed->upstream, store().snapshot().remotes.value());
+    return found.branch == sheet_.branch ? std::optional(found) : std::nullopt;
+}
+
 QString RenameBranchDialog::note() const
 {
+    if (there_ && there_->isChecked())
+        return tr("It is pushed under its new name, and the old one is deleted there, for everybody.");
     const gitkit::GitRef* const renamed = branch();
     return renamed && renamed->upstream
                ? tr("It still follows %1, which keeps its name.").arg(shownText(*renamed->upstream))
@@ -146,13 +169,32 @@ QString RenameBranchDialog::note() const
 
 bool RenameBranchDialog::isComplete() const { return !name_->text().isEmpty() && name() != sheet_.branch; }
 
-void RenameBranchDialog::submit() { actions::renameBranch(store().actors(), sheet_.branch, name()); }
+void RenameBranchDialog::submit()
+{
+    const auto there = upstream();
+    if (!there || !there_ || !there_->isChecked()) {
+        actions::renameBranch(store().actors(), sheet_.branch, name());
+        return;
+    }
+    const std::vector<gitkit::GitRef>& all = store().snapshot().remoteBranches.value();
+    const std::string hash = std::ranges::find(all, branch()->upstreamRef, &gitkit::GitRef::fullName)->hash;
+    actions::renameBranch(store().actors(), sheet_.branch, name(),
+                          [actors = store().actors(), newName = name(), old = *there, hash] {
+                              actions::renameOnRemote(actors, newName, old, hash);
+                          });
+}
 
 NewTagDialog::NewTagDialog(RepositoryStore& store, NewTagSheet sheet, QWidget* parent)
     : Sheet(store, tr("New Tag"), tr("Create Tag"), parent), sheet_(std::move(sheet)),
-      name_(makeNameField(tr("New Tag Name"), this))
+      name_(makeNameField(tr("New Tag Name"), this)), message_(new QPlainTextEdit(this))
 {
+    message_->setAccessibleName(tr("Tag Message"));
+    message_->setPlaceholderText(tr("Message (optional)"));
+    message_->setTabChangesFocus(true);
+    message_->setFixedHeight(messageLines * message_->fontMetrics().lineSpacing());
     fields().addWidget(name_);
+    fields().addWidget(message_);
+    connect(message_, &QPlainTextEdit::textChanged, this, &NewTagDialog::validate);
     connect(name_, &QLineEdit::textChanged, this, &NewTagDialog::validate);
     name_->setFocus();
     validate();
@@ -162,11 +204,17 @@ std::string NewTagDialog::name() const { return name_->text().toStdString(); }
 
 QString NewTagDialog::problem() const { return refNames::tagProblem(name(), store().snapshot().tags.value()); }
 
-QString NewTagDialog::note() const { return tr("Marks %1").arg(describedCommit(store(), sheet_.target)); }
+QString NewTagDialog::note() const
+{
+    const QString commit = describedCommit(store(), sheet_.target);
+    return message().empty() ? tr("Marks %1").arg(commit) : tr("Marks %1, with your name and the date").arg(commit);
+}
+
+std::string NewTagDialog::message() const { return message_->toPlainText().trimmed().toStdString(); }
 
 bool NewTagDialog::isComplete() const { return !name_->text().isEmpty(); }
 
-void NewTagDialog::submit() { actions::createTag(store().actors(), name(), sheet_.target); }
+void NewTagDialog::submit() { actions::createTag(store().actors(), name(), sheet_.target, message()); }
 
 } // namespace plovik
 

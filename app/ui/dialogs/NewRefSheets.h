@@ -8,6 +8,7 @@
 
 class QCheckBox;
 class QLineEdit;
+class QPlainTextEdit;
 
 namespace plovik {
 
@@ -55,12 +56,14 @@ protected:
 private:
     std::string name() const;
     const gitkit::GitRef* branch() const;
+    std::optional<gitkit::RemoteBranch> upstream() const;
 
     RenameBranchSheet sheet_;
     QLineEdit* name_;
+    QCheckBox* there_ = nullptr; ///< where a remote has a branch of that name
 };
 
-/// Asks for the name of a new tag. Main thread.
+/// Asks for the name of a new tag, and for a message, which makes it an annotated one. Main thread.
 class NewTagDialog : public Sheet {
     Q_OBJECT
 
@@ -78,8 +81,11 @@ protected:
 private:
     std::string name() const;
 
+    std::string message() const;
+
     NewTagSheet sheet_;
     QLineEdit* name_;
+    QPlainTextEdit* message_;
 };
 
 } // namespace plovik

@@ -10,6 +10,7 @@
 #include "app/ui/dialogs/IdentityDialog.h"
 #include "app/ui/dialogs/NewRefSheets.h"
 #include "app/ui/dialogs/PromptDialog.h"
+#include "app/ui/dialogs/PushDialog.h"
 #include "app/ui/dialogs/RequestDialog.h"
 #include "app/ui/dialogs/ResetDialog.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
@@ -37,6 +38,7 @@ struct SheetMaker {
 
     Sheet* operator()(const NewBranchSheet& sheet) const { return new NewBranchDialog(store, sheet, parent); }
     Sheet* operator()(const RenameBranchSheet& sheet) const { return new RenameBranchDialog(store, sheet, parent); }
+    Sheet* operator()(const PushSheet& sheet) const { return new PushDialog(store, sheet, parent); }
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
     Sheet* operator()(const CleanSheet&) const { return new CleanDialog(store, parent); }
     Sheet* operator()(const RequestSheet&) const { return new RequestDialog(store, parent); }

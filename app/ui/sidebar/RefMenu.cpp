@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/sidebar/RefMenu.h"
 
+#include "GitKit/records/RemoteBranch.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/BranchSettings.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -11,6 +14,8 @@
 #include <QGuiApplication>
 #include <QMenu>
 
+#include <functional>
+#include <string>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -94,6 +99,8 @@ void addUpstreams(QMenu& menu, RepositoryStore& store, const GitRef& branch)
 /// What is for local branches alone.
 void addBranchEntries(QMenu& menu, RepositoryStore& store, const GitRef& branch)
 {
+    markAs(CommandId::pushRef, addChange(menu, store, Verb::pushTag, Texts::tr("Push to…"),
+                                         [&store, branch] { actions::askWhereToPush(store.actors(), branch.name); }));
     menu.addSeparator();
     markAs(CommandId::renameRef, addChange(menu, store, Verb::renameBranch, Texts::tr("Rename…"), [&store, branch] {
                store.window().showSheet(RenameBranchSheet{branch.name});
@@ -111,6 +118,57 @@ void addMakeUpstream(QMenu& menu, RepositoryStore& store, const GitRef& remote)
         [&store, branch = *current, name = remote.fullName] { actions::setUpstream(store.actors(), branch, name); });
     if (store.snapshot().status.value().upstream == remote.name)
         refuse(*entry, Texts::tr("It is its upstream already."));
+}
+
+/// Adds an entry for each remote, in a menu of their own where there are several.
+void addForRemotes(QMenu& menu, RepositoryStore& store, CommandId id, Verb verb, const QString& one,
+                   const QString& several, const std::function<void(const std::string&)>& run)
+{
+    const std::vector<std::string>& remotes = store.snapshot().remotes.value();
+    if (remotes.size() == 1) {
+        markAs(id, addChange(menu, store, verb, plainMenuText(one.arg(shownText(remotes.front()))),
+                             [run, remote = remotes.front()] { run(remote); }));
+        return;
+    }
+    if (remotes.empty())
+        return;
+    QMenu* const choices = menu.addMenu(several);
+    for (const std::string& remote : remotes)
+        addChange(*choices, store, verb, plainMenuText(shownText(remote)), [run, remote] { run(remote); });
+}
+
+void addTagEntries(QMenu& menu, RepositoryStore& store, const GitRef& tag)
+{
+    addForRemotes(
+        menu, store, CommandId::pushRef, Verb::pushTag, Texts::tr("Push to %1"), Texts::tr("Push to"),
+        [&store, name = tag.name](const std::string& remote) { actions::pushTag(store.actors(), name, remote); });
+}
+
+void addLocalDeletion(QMenu& menu, RepositoryStore& store, const GitRef& ref)
+{
+    const Verb verb = ref.kind == GitRef::Kind::tag ? Verb::deleteTag : Verb::deleteBranch;
+    QAction* const remove = addChange(menu, store, verb, Texts::tr("Delete…"),
+                                      [&store, ref] { actions::confirmDelete(store.actors(), ref); });
+    markAs(CommandId::deleteRef, remove);
+    if (ref.isHead)
+        refuse(*remove, Texts::tr("Git deletes no branch that is checked out."));
+}
+
+void addRemoteDeletion(QMenu& menu, RepositoryStore& store, const GitRef& ref)
+{
+    const auto ask = [&store, ref](const std::string& remote) {
+        actions::confirmDeleteOnRemote(store.actors(), ref, remote);
+    };
+    if (ref.kind == GitRef::Kind::tag) {
+        addForRemotes(menu, store, CommandId::deleteOnRemote, Verb::deleteOnRemote, Texts::tr("Delete on %1…"),
+                      Texts::tr("Delete on"), ask);
+        return;
+    }
+    const std::string remote = gitkit::remoteBranchOf(ref.name, store.snapshot().remotes.value()).remote;
+    if (!remote.empty())
+        markAs(CommandId::deleteOnRemote, addChange(menu, store, Verb::deleteOnRemote,
+                                                    plainMenuText(Texts::tr("Delete on %1…").arg(shownText(remote))),
+                                                    [ask, remote] { ask(remote); }));
 }
 
 } // namespace
@@ -138,19 +196,18 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
         addBranchEntries(*menu, store, ref);
     if (ref.kind == GitRef::Kind::remote)
         addMakeUpstream(*menu, store, ref);
+    if (ref.kind == GitRef::Kind::tag)
+        addTagEntries(*menu, store, ref);
     menu->addSeparator();
     markAs(CommandId::copyRefName, menu->addAction(Texts::tr("Copy Name"), [name = exactText(ref.name)] {
         QGuiApplication::clipboard()->setText(name);
     }));
-    if (ref.kind == GitRef::Kind::remote)
-        return menu;
-    menu->addSeparator();
-    const Verb verb = ref.kind == GitRef::Kind::tag ? Verb::deleteTag : Verb::deleteBranch;
-    QAction* const remove = addChange(*menu, store, verb, Texts::tr("Delete…"),
-                                      [&store, ref] { actions::confirmDelete(store.actors(), ref); });
-    markAs(CommandId::deleteRef, remove);
-    if (ref.isHead)
-        refuse(*remove, Texts::tr("Git deletes no branch that is checked out."));
+    if (ref.kind != GitRef::Kind::remote || !store.snapshot().remotes.value().empty())
+        menu->addSeparator();
+    if (ref.kind != GitRef::Kind::remote)
+        addLocalDeletion(*menu, store, ref);
+    if (ref.kind != GitRef::Kind::local)
+        addRemoteDeletion(*menu, store, ref);
     return menu;
 }
 

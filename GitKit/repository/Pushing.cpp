@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/Pushing.h"
+
+#include "GitKit/Text.h"
+#include "GitKit/parsers/Fields.h"
+#include "GitKit/repository/Divergence.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/RefArguments.h"
+#include "GitKit/repository/TellingCommand.h"
+#include "GitKit/runner/GitError.h"
+
+#include <algorithm>
+#include <set>
+
+namespace gitkit {
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+constexpr int mostForeign = 20;
+/// git compares each commit with each: above this it takes seconds.
+constexpr int mostCompared = 150;
+constexpr const char* mostTagged = "--max-count=20000";
+
+std::string branchRef(const std::string& name) { return "refs/heads/" + name; }
+std::string tagRef(const std::string& name) { return "refs/tags/" + name; }
+
+std::string hashOf(const GitRepository& repo, const std::string& revision)
+{
+    const GitOutput found = repo.runner().output({"rev-parse", "--verify", "--quiet", revision});
+    return found.status == 0 ? std::string(withoutLineEnd(found.stdoutBytes)) : std::string();
+}
+
+/// Returns what `ref` is called here by such a rule of a remote, like +refs/heads/*:refs/remotes/origin/*; empty when the
+/// rule is for others.
+std::string mapped(std::string_view rule, std::string_view ref)
+{
+    if (rule.starts_with('+'))
+        rule.remove_prefix(1);
+    const std::size_t colon = rule.find(':');
+    if (colon == std::string_view::npos || rule.starts_with('^'))
+        return {};
+    const std::string_view from = rule.substr(0, colon);
+    const std::string_view to = rule.substr(colon + 1);
+    const std::size_t star = from.find('*');
+    if (star == std::string_view::npos)
+        return from == ref ? std::string(to) : std::string();
+    const std::string_view end = from.substr(star + 1);
+    if (ref.size() + 1 < from.size() || !ref.starts_with(from.substr(0, star)) || !ref.ends_with(end))
+        return {};
+    std::string result(to);
+    if (const std::size_t place = result.find('*'); place != std::string::npos)
+        result.replace(place, 1, ref.substr(star, ref.size() - star - end.size()));
+    return result;
+}
+
+/// Returns the full name of the ref that remembers where the remote's branch was at the last fetch; empty when none does.
+std::string trackingRef(const GitRepository& repo, const RemoteBranch& branch)
+{
+    const GitOutput rules = repo.runner().output({"config", "-z", "--get-all", "remote." + branch.remote + ".fetch"});
+    for (const std::string& rule : splitNul(rules.stdoutBytes)) {
+        if (std::string found = mapped(rule, branchRef(branch.branch)); !found.empty())
+            return found;
+    }
+    return {};
+}
+
+/// Returns the arguments that leave out what the remote has already.
+Arguments without(const PushPreview& preview, const RemoteBranch& to)
+{
+    return preview.there.empty() ? Arguments{"--not", "--remotes=" + to.remote} : Arguments{"--not", preview.there};
+}
+
+int countOf(const GitRepository& repo, const Arguments& range)
+{
+    Arguments command{"rev-list", "--count"};
+    command.insert(command.end(), range.begin(), range.end());
+    command.emplace_back("--");
+    return readNumber(withoutLineEnd(repo.runner().bytes(command)));
+}
+
+std::vector<ForeignCommit> foreignCommits(const GitRepository& repo, const PushPreview& preview)
+{
+    std::vector<ForeignCommit> commits;
+    const std::vector<std::string> fields =
+        splitNul(repo.runner().bytes({"log", "-z", "--no-decorate", "--format=%H%x00%an%x00%s", "-n",
+                                      std::to_string(mostForeign), preview.there, "--not", preview.ours, "--"}));
+    for (std::size_t index = 0; index + 2 < fields.size(); index += 3)
+        commits.push_back({fields[index], fields[index + 1], fields[index + 2]});
+    return commits;
+}
+
+std::vector<std::string> tagsOnSent(const GitRepository& repo, const PushPreview& preview, const RemoteBranch& to)
+{
+    Arguments command{"rev-list", mostTagged, preview.ours};
+    const Arguments rest = without(preview, to);
+    command.insert(command.end(), rest.begin(), rest.end());
+    command.emplace_back("--");
+    std::set<std::string, std::less<>> sent;
+    const std::string hashes = repo.runner().bytes(command);
+    Pieces lines(hashes, '\n');
+    while (const auto line = lines.next())
+        sent.emplace(*line);
+    std::vector<std::string> tags;
+    if (sent.empty())
+        return tags;
+    const std::string listed = repo.runner().bytes(
+        {"for-each-ref", "--format=%(refname:lstrip=2)%00%(objectname)%00%(*objectname)", "refs/tags"});
+    Pieces records(listed, '\n');
+    while (const auto record = records.next()) {
+        const auto fields = splitFields<3>(*record, '\0');
+        if (fields && (sent.contains((*fields)[1]) || sent.contains((*fields)[2])))
+            tags.emplace_back((*fields)[0]);
+    }
+    return tags;
+}
+
+/// Returns nothing where git cannot compare them.
+std::vector<RangeDiffRow> compared(const GitRepository& repo, const PushPreview& preview)
+{
+    const GitOutput output = repo.runner().output(
+        {"range-diff", "--no-color", "-s", preview.there + "..." + preview.ours}, {.settings = {"core.abbrev=no"}});
+    return output.status == 0 ? parseRangeDiff(output.stdoutBytes) : std::vector<RangeDiffRow>();
+}
+
+RangeDiffRow::Kind kindOfMark(std::string_view mark)
+{
+    if (mark == "=")
+        return RangeDiffRow::Kind::same;
+    if (mark == "<")
+        return RangeDiffRow::Kind::gone;
+    return mark == ">" ? RangeDiffRow::Kind::come : RangeDiffRow::Kind::changed;
+}
+
+/// Returns the next word of a line and takes it away.
+std::string_view nextWord(std::string_view& line)
+{
+    line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+    const std::string_view word = line.substr(0, line.find(' '));
+    line.remove_prefix(std::min(word.size() + 1, line.size()));
+    return word;
+}
+
+std::string wholeHash(std::string_view word)
+{
+    return word.find_first_not_of("0123456789abcdef") == std::string_view::npos ? std::string(word) : std::string();
+}
+
+} // namespace
+
+std::vector<RangeDiffRow> parseRangeDiff(std::string_view output)
+{
+    std::vector<RangeDiffRow> rows;
+    Pieces lines(output, '\n');
+    // A line is "NUMBER: HASH MARK NUMBER: HASH SUBJECT", with dashes for what one side does not have.
+    while (const auto line = lines.next()) {
+        std::string_view rest = *line;
+        nextWord(rest);
+        RangeDiffRow row;
+        row.before = wholeHash(nextWord(rest));
+        row.kind = kindOfMark(nextWord(rest));
+        nextWord(rest);
+        row.after = wholeHash(nextWord(rest));
+        row.subject = rest;
+        if (!row.before.empty() || !row.after.empty())
+            rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+PushPreview pushPreview(const GitRepository& repo, const PushQuestion& question)
+{
+    PushPreview preview;
+    preview.ours = hashOf(repo, branchRef(question.branch) + "^{commit}");
+    if (preview.ours.empty())
+        throw GitError("push", 1, "There is no branch " + inQuotes(question.branch) + ".", ErrorKind::noSuchRef);
+    const std::string tracking = trackingRef(repo, question.to);
+    preview.there = question.seen ? *question.seen : tracking.empty() ? std::string() : hashOf(repo, tracking);
+    if (preview.there.empty()) {
+        Arguments range{preview.ours};
+        const Arguments rest = without(preview, question.to);
+        range.insert(range.end(), rest.begin(), rest.end());
+        preview.sent = countOf(repo, range);
+    } else {
+        const Divergence counts = countDivergence(repo, {preview.ours, preview.there});
+        preview.sent = counts.ahead;
+        preview.missed = counts.behind;
+    }
+    if (preview.missed > 0)
+        preview.foreign = foreignCommits(repo, preview);
+    if (preview.missed > 0 && preview.missed <= mostCompared && preview.sent <= mostCompared)
+        preview.comparison = compared(repo, preview);
+    preview.tags = tagsOnSent(repo, preview, question.to);
+    const std::string upstream = std::string(
+        withoutLineEnd(repo.runner().bytes({"for-each-ref", "--format=%(upstream)", branchRef(question.branch)})));
+    preview.isUpstream = !upstream.empty() && upstream == tracking;
+    return preview;
+}
+
+RemoteBranch pushedTo(const GitRepository& repo, const std::string& branch)
+{
+    const std::vector<std::string> remotes = splitNul(withoutLineEnd(repo.runner().bytes(
+        {"for-each-ref", "--format=%(push:remotename)%00%(upstream:remotename)%00", branchRef(branch)})));
+    if (remotes.size() != 2)
+        return {};
+    return {remotes[0].empty() ? remotes[1] : remotes[0], branch};
+}
+
+void pushBranch(const GitRepository& repo, const Push& push)
+{
+    const std::string remote = newNameArgument("push", push.to.remote);
+    requireNoMirror(repo, remote);
+    const std::string there = branchRef(push.to.branch);
+    Arguments arguments{"push", "--progress", "--no-follow-tags", "--recurse-submodules=check"};
+    if (push.replaces || push.there.empty())
+        arguments.push_back("--force-with-lease=" + there + ':' + push.there);
+    if (!push.tags.empty())
+        arguments.emplace_back("--atomic");
+    if (push.setsUpstream)
+        arguments.emplace_back("-u");
+    arguments.insert(arguments.end(), {remote, branchRef(push.branch) + ':' + there});
+    for (const std::string& tag : push.tags)
+        arguments.push_back(tagRef(tag) + ':' + tagRef(tag));
+    runTelling(repo.runner(), arguments);
+}
+
+std::string lookAtRemote(const GitRepository& repo, const RemoteBranch& branch)
+{
+    const std::string remote = newNameArgument("fetch", branch.remote);
+    const std::string ref = branchRef(branch.branch);
+    const std::string listed = repo.runner().bytes({"ls-remote", remote, ref});
+    // A line is "HASH<tab>NAME"; the name may be the end of another one.
+    std::string found;
+    Pieces lines(listed, '\n');
+    while (const auto line = lines.next()) {
+        if (const std::size_t end = line->find('\t'); end != std::string_view::npos && line->substr(end + 1) == ref)
+            found = line->substr(0, end);
+    }
+    // What is known here already may have to be noted as what the remote has.
+    if (!found.empty())
+        runTelling(repo.runner(), {"fetch", "--progress", "--no-write-fetch-head", "--no-tags", remote, ref});
+    return found;
+}
+
+void pushTag(const GitRepository& repo, const std::string& remote, const std::string& tag)
+{
+    requireNoMirror(repo, remote);
+    runTelling(repo.runner(), {"push", "--progress", "--no-follow-tags", "--recurse-submodules=no",
+                               newNameArgument("push", remote), tagRef(tag) + ':' + tagRef(tag)});
+}
+
+void deleteOnRemote(const GitRepository& repo, const std::string& remote, const std::string& ref,
+                    const std::string& seen)
+{
+    requireNoMirror(repo, remote);
+    try {
+        runTelling(repo.runner(), {"push", "--progress", "--force-with-lease=" + ref + ':' + seen,
+                                   newNameArgument("push", remote), ':' + ref});
+    } catch (const GitError& error) {
+        if (error.kind() != ErrorKind::notFastForward)
+            throw;
+        throw GitError("push", error.status(),
+                       inQuotes(ref.substr(ref.find('/', ref.find('/') + 1) + 1)) + " is not on " + inQuotes(remote) +
+                           " any more as it was seen here. Nothing was deleted there. Fetch, and look again.",
+                       ErrorKind::changedMeanwhile);
+    }
+}
+
+void requireNoMirror(const GitRepository& repo, const std::string& remote)
+{
+    if (trimmed(repo.runner().output({"config", "--type=bool", "--get", "remote." + remote + ".mirror"}).stdoutBytes) ==
+        "true")
+        throw GitError("push", 1,
+                       inQuotes(remote) + " is set up as a mirror: a push would replace and delete other branches "
+                                          "there. Nothing was pushed.");
+}
+
+} // namespace gitkit

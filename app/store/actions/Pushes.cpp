@@ -1,0 +1,275 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/actions/Pushes.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Pushing.h"
+#include "app/store/Changes.h"
+#include "app/store/SheetKind.h"
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/Undoables.h"
+#include "app/store/WindowState.h"
+#include "app/store/actions/BranchSettings.h"
+#include "app/store/actions/Remotes.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik::actions {
+
+using gitkit::GitRef;
+using gitkit::GitRepository;
+using gitkit::PushPreview;
+using gitkit::RemoteBranch;
+
+namespace {
+
+struct PushTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Pushes)
+};
+
+constexpr std::size_t mostNamed = 5;
+
+QString shownName(const RemoteBranch& branch) { return shownText(branch.remote + '/' + branch.branch); }
+
+/// Returns “subject” by whom, one a line, and how many there are besides.
+QString foreignLines(const PushPreview& preview)
+{
+    QStringList lines;
+    for (const gitkit::ForeignCommit& commit : preview.foreign) {
+        if (lines.size() < static_cast<qsizetype>(mostNamed))
+            lines += PushTexts::tr("%1 by %2", "subject of a commit, person")
+                         .arg(inQuotes(commit.subject), shownText(commit.author));
+    }
+    if (const int others = preview.missed - static_cast<int>(lines.size()); others > 0)
+        lines += PushTexts::tr("and %n other(s)", nullptr, others);
+    return lines.join(u'\n');
+}
+
+/// What is known after a remote was asked.
+struct Look {
+    RemoteBranch to;
+    PushPreview preview;
+};
+
+void showReplacing(Actors actors, const std::string& branch, const Look& look)
+{
+    actors.window.showSheet(PushSheet{.branch = branch, .to = look.to, .seen = look.preview.there, .replaces = true});
+}
+
+void followAndPull(Actors actors, const std::string& branch, const RemoteBranch& to)
+{
+    setUpstream(actors, branch, "refs/remotes/" + to.remote + '/' + to.branch, [actors] { pull(actors); });
+}
+
+void askAfterRejection(Actors actors, const std::string& branch, const Look& look)
+{
+    Confirmation question;
+    question.title =
+        PushTexts::tr("%1 has %n commit(s) you do not have", nullptr, look.preview.missed).arg(shownName(look.to));
+    question.message = PushTexts::tr("Nothing was pushed.");
+    question.detail = foreignLines(look.preview);
+    question.risk = Confirmation::Risk::none;
+    const Way replace{PushTexts::tr("Replace…"), [actors, branch, look] { showReplacing(actors, branch, look); }};
+    const gitkit::RepoStatus& now = actors.snapshot.status.value();
+    const bool isCurrent = now.branch == branch;
+    if (isCurrent && look.preview.isUpstream) {
+        question.actionTitle = PushTexts::tr("Pull");
+        question.action = [actors] { pull(actors); };
+        question.choices = {
+            {PushTexts::tr("Rebase and Push"), [actors] { rebaseOnUpstream(actors, [actors] { push(actors); }); }},
+            replace};
+    } else if (isCurrent && !now.upstream) {
+        question.actionTitle = PushTexts::tr("Follow It and Pull");
+        question.action = [actors, branch, to = look.to] { followAndPull(actors, branch, to); };
+        question.choices = {replace};
+    } else {
+        question.actionTitle = replace.title;
+        question.action = replace.action;
+    }
+    actors.window.ask(std::move(question));
+}
+
+/// How often a push is tried anew with what the remote has said.
+enum class Retry { once, no };
+
+void pushing(Actors actors, const gitkit::Push& push, Retry retry);
+
+void goOnAfterLook(Actors actors, gitkit::Push push, const Look& look, Retry retry)
+{
+    if (push.replaces || look.preview.there.empty()) {
+        actors.window.tell(look.preview.there.empty()
+                               ? PushTexts::tr("%1 is not there any more. Nothing was pushed.").arg(shownName(look.to))
+                               : PushTexts::tr("%1 has moved meanwhile. Nothing was pushed.").arg(shownName(look.to)));
+        actors.window.showSheet(PushSheet{.branch = push.branch,
+                                          .to = look.to,
+                                          .seen = look.preview.there,
+                                          .replaces = push.replaces && look.preview.missed > 0});
+    } else if (look.preview.missed > 0) {
+        askAfterRejection(actors, push.branch, look);
+    } else if (retry == Retry::once) { // all of it is here already
+        push.to = look.to;
+        push.there = look.preview.there;
+        pushing(actors, push, Retry::no);
+    } else {
+        actors.window.report({.message = PushTexts::tr("%1 took nothing.").arg(shownName(look.to))});
+    }
+}
+
+void look(Actors actors, const gitkit::Push& push, Retry retry)
+{
+    const auto found = std::make_shared<Look>();
+    actors.changes.run({.verb = Verb::fetch,
+                        .title = PushTexts::tr("Looking at what the remote has…"),
+                        .operation =
+                            [push, found](const GitRepository& repo) {
+                                found->to = push.to.remote.empty() ? gitkit::pushedTo(repo, push.branch) : push.to;
+                                const std::string seen = gitkit::lookAtRemote(repo, found->to);
+                                found->preview = gitkit::pushPreview(repo, {push.branch, found->to, seen});
+                            },
+                        .succeeded = [=] { goOnAfterLook(actors, push, *found, retry); }});
+}
+
+void pushing(Actors actors, const gitkit::Push& push, Retry retry)
+{
+    actors.changes.run({.verb = Verb::push,
+                        .title = PushTexts::tr("Pushing…"),
+                        .operation = [push](const GitRepository& repo) { gitkit::pushBranch(repo, push); },
+                        .undo = undoable::push(push.branch, push.to.remote),
+                        .failed =
+                            [=](const Failure& failure) {
+                                if (failure.kind != gitkit::ErrorKind::notFastForward)
+                                    return false;
+                                look(actors, push, retry);
+                                return true;
+                            }});
+}
+
+void deleting(Actors actors, const RemoteBranch& what, const std::string& ref, const std::string& seen,
+              const std::function<void()>& then)
+{
+    actors.changes.run(
+        {.verb = Verb::deleteOnRemote,
+         .title = PushTexts::tr("Deleting %1 on %2…").arg(inQuotes(what.branch), shownText(what.remote)),
+         .operation = [=](const GitRepository& repo) { gitkit::deleteOnRemote(repo, what.remote, ref, seen); },
+         .undo = undoable::deleteOnRemote(what.branch, what.remote),
+         .succeeded = then});
+}
+
+std::string preferredRemote(const std::vector<std::string>& remotes)
+{
+    if (remotes.empty())
+        return {};
+    return std::ranges::find(remotes, "origin") != remotes.end() ? "origin" : remotes.front();
+}
+
+} // namespace
+
+void push(Actors actors)
+{
+    const gitkit::RepoStatus& now = actors.snapshot.status.value();
+    if (!now.branch) {
+        actors.window.report({.message = PushTexts::tr("Cannot push: HEAD is detached. Check out a branch first.")});
+        return;
+    }
+    std::optional<std::string> upstreamRemote;
+    std::string remote = now.upstream.value_or(std::string());
+    if (!now.upstream) {
+        const std::vector<std::string>& all = actors.snapshot.remotes.value();
+        if (all.empty()) {
+            actors.window.report({.message = PushTexts::tr("Cannot push: this repository has no remote.")});
+            return;
+        }
+        if (all.size() > 1) {
+            askWhereToPush(actors, *now.branch);
+            return;
+        }
+        upstreamRemote = all.front();
+        remote = *upstreamRemote;
+    }
+    actors.changes.run({.verb = Verb::push,
+                        .title = PushTexts::tr("Pushing…"),
+                        .operation = [branch = *now.branch,
+                                      upstreamRemote](const GitRepository& repo) { repo.push(branch, upstreamRemote); },
+                        .undo = undoable::push(*now.branch, remote),
+                        .failed =
+                            [actors, branch = *now.branch, upstreamRemote](const Failure& failure) {
+                                if (failure.kind != gitkit::ErrorKind::notFastForward)
+                                    return false;
+                                look(actors,
+                                     {.branch = branch,
+                                      .to = {upstreamRemote.value_or(std::string()), branch},
+                                      .setsUpstream = upstreamRemote.has_value()},
+                                     Retry::once);
+                                return true;
+                            }});
+}
+
+void askWhereToPush(Actors actors, const std::string& branch)
+{
+    const std::vector<std::string>& remotes = actors.snapshot.remotes.value();
+    const std::vector<GitRef>& branches = actors.snapshot.branches.value();
+    const auto found = std::ranges::find(branches, branch, &GitRef::name);
+    RemoteBranch to;
+    if (found != branches.end() && found->upstream)
+        to = gitkit::remoteBranchOf(*found->upstream, remotes);
+    if (to.remote.empty())
+        to = {preferredRemote(remotes), branch};
+    actors.window.showSheet(PushSheet{.branch = branch, .to = to});
+}
+
+void pushBranch(Actors actors, const gitkit::Push& push) { pushing(actors, push, Retry::once); }
+
+void renameOnRemote(Actors actors, const std::string& branch, const RemoteBranch& old, const std::string& hash)
+{
+    const gitkit::Push push{.branch = branch, .to = {old.remote, branch}, .setsUpstream = true};
+    actors.changes.run({.verb = Verb::push,
+                        .title = PushTexts::tr("Renaming %1 on %2…").arg(inQuotes(old.branch), shownText(old.remote)),
+                        .operation =
+                            [=](const GitRepository& repo) {
+                                gitkit::pushBranch(repo, push);
+                                gitkit::deleteOnRemote(repo, old.remote, "refs/heads/" + old.branch, hash);
+                            },
+                        .undo = undoable::push(branch, old.remote)});
+}
+
+void pushTag(Actors actors, const std::string& tag, const std::string& remote)
+{
+    actors.changes.run({.verb = Verb::pushTag,
+                        .title = PushTexts::tr("Pushing…"),
+                        .operation = [tag, remote](const GitRepository& repo) { gitkit::pushTag(repo, remote, tag); },
+                        .undo = undoable::push(tag, remote),
+                        .succeeded =
+                            [&window = actors.window, tag, remote] {
+                                window.tell(PushTexts::tr("%1 is on %2 now.").arg(inQuotes(tag), shownText(remote)));
+                            }});
+}
+
+void confirmDeleteOnRemote(Actors actors, const GitRef& ref, const std::string& remote)
+{
+    const bool isTag = ref.kind == GitRef::Kind::tag;
+    const std::string name = isTag ? ref.name : ref.name.substr(std::min(remote.size() + 1, ref.name.size()));
+    const std::string there = (isTag ? "refs/tags/" : "refs/heads/") + name;
+    Confirmation question;
+    question.title = PushTexts::tr("Delete %1 on %2?").arg(inQuotes(name), shownText(remote));
+    question.message =
+        PushTexts::tr("It goes for everybody, and Undo cannot bring it back. It is deleted only if it is "
+                      "still as it is shown here.");
+    question.actionTitle = PushTexts::tr("Delete");
+    question.action = [actors, remote, name, there, seen = ref.hash] {
+        deleting(actors, {remote, name}, there, seen, {});
+    };
+    actors.window.ask(std::move(question));
+}
+
+void deleteOnRemote(Actors actors, const RemoteBranch& to, const std::string& hash, const std::function<void()>& then)
+{
+    deleting(actors, to, "refs/heads/" + to.branch, hash, then);
+}
+
+} // namespace plovik::actions
