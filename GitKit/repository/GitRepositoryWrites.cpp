@@ -74,16 +74,6 @@ std::string workingTreeOf(const GitRunner& runner, const std::string& branch)
     return std::string(trimmed(std::string_view(found).substr(start.size()), "\n"));
 }
 
-/// The short name of a ref if git reads it as this ref, otherwise the full name.
-std::string shortestName(const GitRunner& runner, const std::string& ref)
-{
-    const std::string name(trimmed(runner.bytes({"for-each-ref", "--format=%(refname:short)", ref}), "\n"));
-    if (name.empty() || name.starts_with('-'))
-        return ref;
-    const GitOutput read = runner.output({"rev-parse", "--verify", "--quiet", "--symbolic-full-name", name});
-    return trimmed(read.stdoutBytes, "\n") == ref ? name : ref;
-}
-
 /// The remote that a branch is pushed to. Throws when that has no branch of this name for an upstream, unless the branch
 /// is pushed elsewhere than it is pulled from.
 std::string pushRemote(const GitRunner& runner, const std::string& ref)

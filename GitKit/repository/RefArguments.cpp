@@ -3,6 +3,7 @@
 
 #include "GitKit/Text.h"
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/GitRunner.h"
 
 #include <string_view>
 
@@ -47,6 +48,15 @@ std::string newNameArgument(const char* command, const std::string& name)
         throw GitError(command, 128, inQuotes(name) + " cannot be a name: git reads it as something else.",
                        ErrorKind::invalidName);
     return name;
+}
+
+std::string shortestName(const GitRunner& runner, const std::string& ref)
+{
+    const std::string name(trimmed(runner.bytes({"for-each-ref", "--format=%(refname:short)", ref}), "\n"));
+    if (name.empty() || name.starts_with('-'))
+        return ref;
+    const GitOutput read = runner.output({"rev-parse", "--verify", "--quiet", "--symbolic-full-name", name});
+    return trimmed(read.stdoutBytes, "\n") == ref ? name : ref;
 }
 
 } // namespace gitkit

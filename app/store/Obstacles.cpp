@@ -100,6 +100,8 @@ QString refusal(const Snapshot& now, Verb verb)
     case Verb::amend:
     case Verb::merge:
         return firstOf(conflictsLeft(now), unfinished(now));
+    case Verb::rebase:
+        return firstOf(conflictsLeft(now), inProgress(now));
     case Verb::reset:
         return now.status.value().hasCommits() ? inProgress(now) : Texts::tr("Nothing has been committed yet.");
     case Verb::pull:

@@ -32,6 +32,11 @@ struct RenameBranchSheet {
     std::string branch; ///< without refs/heads
     bool operator==(const RenameBranchSheet&) const = default;
 };
+/// Asks how a branch is merged, and says what comes of it.
+struct MergeSheet {
+    std::string ref; ///< full name
+    bool operator==(const MergeSheet&) const = default;
+};
 /// Asks what is pushed where.
 struct PushSheet {
     std::string branch; ///< without refs/heads
@@ -70,7 +75,8 @@ struct IdentitySheet {
     gitkit::Identity known; ///< what the configuration says already
     bool operator==(const IdentitySheet&) const = default;
 };
-using SheetKind = std::variant<NewBranchSheet, PushSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
-                               DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet>;
+using SheetKind =
+    std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
+                 DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet>;
 
 } // namespace plovik

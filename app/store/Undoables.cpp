@@ -180,6 +180,35 @@ Undoable merge(const std::string& ref, const QString& shown)
             .inTheWay = [ref](const GitRepository& repo) { return gitkit::inTheWayOfMerge(repo, ref); }};
 }
 
+Undoable squash(const std::string& ref, const QString& shown)
+{
+    Undoable undo = merge(ref, shown);
+    undo.title = UndoTexts::tr("Squash of %1").arg(shown);
+    undo.done = UndoTexts::tr("Squashed %1. Commit to finish.").arg(shown);
+    undo.complete = {}; // what comes is none of the trees that there are
+    return undo;
+}
+
+Undoable rebase(const std::string& ref, const QString& branch, const QString& shown)
+{
+    Undoable undo{.title = UndoTexts::tr("Rebase of %1 onto %2").arg(branch, shown),
+                  .done = UndoTexts::tr("Rebased %1 onto %2.").arg(branch, shown),
+                  .scope = moving("rebase"),
+                  .inTheWay = [ref](const GitRepository& repo) { return gitkit::inTheWayOfCheckout(repo, ref); }};
+    undo.scope.movesAnyRef = true;
+    undo.scope.touchesStashes = true; // rebase.autoStash
+    undo.scope.changesMore = true;
+    undo.complete = addChangedFiles;
+    return undo;
+}
+
+Undoable fastForward(const std::string& branch)
+{
+    return {.title = UndoTexts::tr("Fast-Forward of %1").arg(inQuotes(branch)),
+            .done = UndoTexts::tr("Moved %1 on to its upstream.").arg(inQuotes(branch)),
+            .scope = {.kind = "fast-forward", .refs = {"refs/heads/" + branch}}};
+}
+
 Undoable cherryPick(const std::string& hash)
 {
     const QString shown = shownText(gitkit::shortHash(hash));

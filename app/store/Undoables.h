@@ -34,6 +34,11 @@ Undoable createTag(const std::string& name);
 Undoable deleteTag(const std::string& name);
 
 Undoable merge(const std::string& ref, const QString& shown);
+/// The same where the changes are staged and nothing is committed.
+Undoable squash(const std::string& ref, const QString& shown);
+/// `branch` is what is moved, as it is shown.
+Undoable rebase(const std::string& ref, const QString& branch, const QString& shown);
+Undoable fastForward(const std::string& branch);
 Undoable cherryPick(const std::string& hash);
 Undoable revert(const std::string& hash);
 /// `branch` is what is moved, as it is shown.

@@ -23,6 +23,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::fetch:
     case Verb::push:
     case Verb::pushTag:
+    case Verb::pullOther:
     case Verb::deleteOnRemote:
         return all({refs, network});
     case Verb::pull:
@@ -30,6 +31,7 @@ std::uint8_t touchedBy(Verb verb)
         return all({index, workingTree, refs, network});
     case Verb::deleteBranch:
     case Verb::setUpstream:
+    case Verb::fastForward:
     case Verb::createTag:
     case Verb::deleteTag:
         return all({refs});
@@ -37,6 +39,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::createBranch: // it may check the branch out
     case Verb::renameBranch: // and this one may rename what is checked out
     case Verb::merge:
+    case Verb::rebase:
     case Verb::reset:
     case Verb::cherryPick:
     case Verb::revert:

@@ -413,6 +413,37 @@
     </message>
 </context>
 <context>
+    <name>plovik::MergeDialog</name>
+    <message numerus="yes">
+        <source>Not possible while it lacks %n commit(s) of here.</source>
+        <translation>
+            <numerusform>Not possible while it lacks %n commit of here.</numerusform>
+            <numerusform>Not possible while it lacks %n commits of here.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Brings %n commit(s).</source>
+        <translation>
+            <numerusform>Brings %n commit.</numerusform>
+            <numerusform>Brings %n commits.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s), merges cleanly.</source>
+        <translation>
+            <numerusform>%n commit, merges cleanly.</numerusform>
+            <numerusform>%n commits, merges cleanly.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s), conflicts in %1.</source>
+        <translation>
+            <numerusform>%n commit, conflicts in %1.</numerusform>
+            <numerusform>%n commits, conflicts in %1.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Operation</name>
     <message numerus="yes">
         <source>The %n step(s) of the merge that were already done are undone.</source>

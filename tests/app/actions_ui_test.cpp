@@ -71,12 +71,14 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     const GitRef remote = makeRef(GitRef::Kind::remote, "refs/remotes/", "origin/side");
     const GitRef tag = makeRef(GitRef::Kind::tag, "refs/tags/", "v1");
 
-    EXPECT_EQ(menuOf(local), (Titles{"Check Out", "Merge into “a&&b”", "New Branch from Here…", "Push to…", "—",
+    EXPECT_EQ(menuOf(local), (Titles{"Check Out", "Merge into “a&&b”", "Merge With Options…",
+                                     "Rebase “a&&b” onto “side”", "New Branch from Here…", "(Pull)", "Push to…", "—",
                                      "Rename…", "Upstream", "—", "Copy Name", "—", "Delete…"}));
-    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "Push",
-                                       "Push to…", "—", "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
-    EXPECT_EQ(menuOf(remote),
-              (Titles{"Check Out", "Merge", "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Copy Name"}));
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)",
+                                       "(Rebase “a&&b” onto “a&&b”)", "New Branch from Here…", "Push", "Push to…", "—",
+                                       "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(remote), (Titles{"Check Out", "Merge", "Merge With Options…", "Rebase “a&&b” onto “origin/side”",
+                                      "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Copy Name"}));
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
 
     entry(*makeRefMenu(store, remote, &parent), u"New Branch from Here…"_s)->trigger();
@@ -84,8 +86,9 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     entry(*makeRefMenu(store, remote, &parent), u"Copy Name"_s)->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
     test::givenRunning(store, Verb::fetch);
-    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "New Branch from Here…", "(Push)",
-                                       "(Push to…)", "—", "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)",
+                                       "(Rebase “a&&b” onto “a&&b”)", "New Branch from Here…", "(Push)", "(Push to…)",
+                                       "—", "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::deleteTag);
     EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::pull);

@@ -533,7 +533,8 @@ TEST_F(PseudoLanguageTest, DialogsAreTranslatedAndFit)
     for (const SheetKind& sheet :
          {SheetKind(NewBranchSheet{}), SheetKind(NewTagSheet{repo.head()}), SheetKind(StashSheet{}),
           SheetKind(GoToCommitSheet{}), SheetKind(SentChangesSheet{}), SheetKind(ResetSheet{repo.head()}),
-          SheetKind(RenameBranchSheet{"main"}), SheetKind(PushSheet{"main", {"zzorigin", "main"}})})
+          SheetKind(RenameBranchSheet{"main"}), SheetKind(MergeSheet{"refs/heads/main"}),
+          SheetKind(PushSheet{"main", {"zzorigin", "main"}})})
     {
         store.window().showSheet(sheet);
         lookAtDialog(("sheet " + std::to_string(sheet.index())).c_str());

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/runner/GitVersion.h"
 #include "app/settings/SettledQuestions.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/Refs.h"
@@ -427,6 +428,37 @@ TEST_F(DialogsTest, APushSaysWhatGoesWhere)
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(remote.read({"branch", "--format=%(refname:short)"}), "better\nmain");
     EXPECT_EQ(repo.read({"config", "branch.better.merge"}), "refs/heads/better");
+}
+
+TEST_F(DialogsTest, AMergeSaysWhatComesOfIt)
+{
+    repo.git({"checkout", "-q", "side"}).write("a", "3\n").commit("theirs").git({"checkout", "-q", "main"});
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    store.window().showSheet(MergeSheet{"refs/heads/side"});
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(dialog()->accessibleName(), u"Merge “side” into “main”"_s);
+    if (gitkit::can(gitkit::Ability::mergesInMemory))
+        EXPECT_TRUE(says(u"1 commit, conflicts in “a”."_s));
+    EXPECT_FALSE(named<QRadioButton>(*dialog(), u"Only fast-forward"_s)->isEnabled());
+    EXPECT_TRUE(says(u"Not possible while it lacks 1 commit of here."_s));
+    store.window().closeSheet();
+
+    repo.git({"reset", "-q", "--hard", "side~1"});
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    store.window().showSheet(MergeSheet{"refs/heads/side"});
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(says(u"1 commit, merges cleanly."_s));
+    EXPECT_TRUE(says(u"Fast-forwards: no merge commit is needed."_s));
+    named<QRadioButton>(*dialog(), u"Always with a merge commit"_s)->click();
+    button(u"Merge"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "Merge branch 'side'");
+    store.window().showSheet(MergeSheet{"refs/heads/side"});
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(says(u"All of it is merged already."_s));
+    EXPECT_FALSE(button(u"Merge"_s)->isEnabled());
 }
 
 TEST_F(DialogsTest, AResetSaysWhatEachWayDoes)

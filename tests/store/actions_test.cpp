@@ -3,6 +3,7 @@
 #include "tests/support/TestRepository.h"
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Merges.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"

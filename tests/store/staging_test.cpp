@@ -4,6 +4,7 @@
 #include "tests/support/TestRepository.h"
 
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Merges.h"
 #include "app/store/actions/Refs.h"
 
 #include <gtest/gtest.h>

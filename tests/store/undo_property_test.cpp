@@ -6,6 +6,7 @@
 #include "tests/support/WholeState.h"
 
 #include "GitKit/undo/UndoJournal.h"
+#include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Stashes.h"

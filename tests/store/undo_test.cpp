@@ -9,6 +9,7 @@
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/BranchSettings.h"
+#include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
@@ -111,6 +112,20 @@ const std::vector<Story> stories{
     {"Merge of topic", nothing, [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},
     {"Merge of topic", [](auto& r) { r.write("a", "ours").git({"commit", "-q", "-am", "ours"}); },
      [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},
+    {"Squash of topic", [](auto& r) { r.write("b", "local"); },
+     [](auto& t) { actions::merge(t.store.actors(), t.ref("topic"), gitkit::MergeKind::squash); }},
+    {"Rebase of main onto topic",
+     [](auto& r) {
+         r.write("c", "ours").git({"add", "c"}).git({"commit", "-q", "-m", "ours"}).git({"branch", "other"});
+         r.git({"config", "rebase.updateRefs", "true"}).git({"config", "rebase.autoStash", "true"});
+         r.write("b", "changed");
+     },
+     [](auto& t) { actions::rebaseOnto(t.store.actors(), t.ref("topic")); }},
+    {"Rebase of main onto topic", [](auto& r) { r.write("a", "ours").git({"commit", "-q", "-am", "ours"}); },
+     [](auto& t) { actions::rebaseOnto(t.store.actors(), t.ref("topic")); }},
+    {"Fast-Forward of “old”",
+     [](auto& r) { r.git({"branch", "old", "main"}).git({"branch", "-q", "-u", "topic", "old"}); },
+     [](auto& t) { actions::fastForward(t.store.actors(), "old"); }},
     {"Cherry-Pick of", [](auto& r) { r.write("b", "local"); },
      [](auto& t) { actions::cherryPick(t.store.actors(), t.ref("topic").hash); }},
     {"Revert of", nothing, [](auto& t) { actions::revert(t.store.actors(), t.repo.head()); }},

@@ -9,6 +9,7 @@
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/RunContext.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
@@ -77,6 +78,7 @@ const std::vector<std::pair<const char*, std::function<void(UndoWindow&)>>> acti
          actions::createBranch(t.store.actors(), "new", "refs/heads/topic", gitkit::AfterCreating::checkOut);
      }},
     {"merge of topic", [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},
+    {"rebase onto topic", [](auto& t) { actions::rebaseOnto(t.store.actors(), t.ref("topic")); }},
     {"cherry-pick of", [](auto& t) { actions::cherryPick(t.store.actors(), t.ref("topic").hash); }},
     {"revert of", [](auto& t) { actions::revert(t.store.actors(), t.repo.read({"rev-parse", "HEAD"})); }},
     {"pull", [](auto& t) { actions::pull(t.store.actors()); }},
@@ -315,6 +317,46 @@ TEST_F(WaysOn, APushBesideAnotherOneIsShownAnewAndNeverForced)
     worker.finishAll();
     EXPECT_EQ(error() + asked(), "");
     EXPECT_EQ(remote.read({"rev-parse", "mine"}), repo.head());
+}
+
+TEST_F(WaysOn, ABranchThatIsNotCheckedOutIsPulled)
+{
+    repo.git({"branch", "old"}).git({"branch", "-q", "-u", "origin/main", "old"});
+    repo.git({"update-ref", "refs/remotes/origin/main", "old"});
+    load();
+    const std::string before = wholeState(repo);
+    actions::fastForward(store.actors(), "old");
+    worker.finishAll();
+    EXPECT_EQ(wholeState(repo), before) << "nothing is known yet";
+    actions::pullOther(store.actors(), "old");
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(ref("old").hash, ref("topic").hash);
+    EXPECT_EQ(store.snapshot().status.value().branch, "main");
+    undo();
+    EXPECT_NE(ref("old").hash, ref("topic").hash);
+    repo.git({"checkout", "-q", "old"}).write("b", "2\n").commit("own").git({"checkout", "-q", "main"});
+    load();
+    actions::pullOther(store.actors(), "old");
+    worker.finishAll();
+    EXPECT_EQ(error(), "“old” and “origin/main” have diverged. Check it out to merge.");
+}
+
+TEST_F(WaysOn, ASquashLeavesItsMessageAndTellsWhatToDo)
+{
+    load();
+    actions::merge(store.actors(), ref("topic"), gitkit::MergeKind::squash);
+    worker.finishAll();
+    EXPECT_EQ(said(), "Squashed topic. Commit to finish.");
+    EXPECT_EQ(store.draft().commitSubject.value(), QStringLiteral("Squashed commit of the following:"));
+    EXPECT_EQ(store.snapshot().status.value().stagedCount(), 2);
+    undo();
+    EXPECT_EQ(store.draft().commitSubject.value(), QString());
+    repo.git({"merge", "-q", "topic"});
+    load();
+    actions::merge(store.actors(), ref("topic"), gitkit::MergeKind::squash);
+    worker.finishAll();
+    EXPECT_EQ(notice(), "Already up to date.");
 }
 
 TEST_F(WaysOn, APushToOneOfSeveralRemotesAsksWhere)

@@ -312,20 +312,6 @@ void confirmDelete(Actors actors, const GitRef& ref)
     window.ask(std::move(question));
 }
 
-void merge(Actors actors, const GitRef& ref)
-{
-    const QString shown = shownText(ref.name);
-    actors.changes.run(waysOn::offeringStash(
-        actors,
-        waysOn::tellingUpToDate(actors.window,
-                                {.verb = Verb::merge,
-                                 .title = RefTexts::tr("Merging %1…").arg(shown),
-                                 .operation = [name = ref.fullName](const GitRepository& repo) { repo.merge(name); },
-                                 .undo = undoable::merge(ref.fullName, shown)}),
-        {.message = RefTexts::tr("Before merge of %1").arg(shown),
-         .listing = listing({"diff", "HEAD..." + ref.fullName})}));
-}
-
 void reset(Actors actors, const Reset& how)
 {
     const auto& branch = actors.snapshot.status.value().branch;

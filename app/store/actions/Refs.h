@@ -27,8 +27,6 @@ void createTag(Actors actors, const std::string& name, const std::string& target
 /// Asks, and then deletes a local branch or a tag. Does nothing for a remote branch.
 void confirmDelete(Actors actors, const gitkit::GitRef& ref);
 
-void merge(Actors actors, const gitkit::GitRef& ref);
-
 /// Moves the current branch, or a detached HEAD, from `head` to `target`; both are full hashes.
 struct Reset {
     gitkit::ResetKind kind = gitkit::ResetKind::keep;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Merge.h"
 #include "GitKit/records/Push.h"
 #include "GitKit/records/Reset.h"
 
@@ -20,5 +21,8 @@ gitkit::ResetLoss readResetLoss(const gitkit::GitRepository& repo, const std::st
 
 /// Reads what a push would do, from what was fetched.
 gitkit::PushPreview readPushPreview(const gitkit::GitRepository& repo, const gitkit::PushQuestion& question);
+
+/// Reads what merging a ref into HEAD would do. `ref` is a full name.
+gitkit::MergePreview readMergePreview(const gitkit::GitRepository& repo, const std::string& ref);
 
 } // namespace plovik

@@ -10,7 +10,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -64,6 +66,26 @@ QLabel* secondaryText(const QString& sentence, QWidget* parent)
     label->setText(sentence);
     label->setForegroundRole(QPalette::PlaceholderText);
     return label;
+}
+
+void ChoiceRow::say(const QString& sentence) const
+{
+    words->setText(sentence);
+    button->setAccessibleDescription(sentence);
+}
+
+ChoiceRow choiceRow(const QString& title, QVBoxLayout& fields, QWidget* parent)
+{
+    const ChoiceRow row{new QRadioButton(title, parent), secondaryText(QString(), parent)};
+    row.button->setAccessibleName(title);
+    const QStyle& style = *row.button->style();
+    const int indent =
+        style.pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) + style.pixelMetric(QStyle::PM_RadioButtonLabelSpacing);
+    const bool isMirrored = parent->layoutDirection() == Qt::RightToLeft;
+    row.words->setContentsMargins(isMirrored ? 0 : indent, 0, isMirrored ? indent : 0, 0);
+    fields.addWidget(row.button);
+    fields.addWidget(row.words);
+    return row;
 }
 
 QHBoxLayout* buttonRow(const std::vector<QPushButton*>& buttons)

@@ -9,6 +9,7 @@ class QDialog;
 class QHBoxLayout;
 class QLabel;
 class QPushButton;
+class QRadioButton;
 class QString;
 class QVBoxLayout;
 class QWidget;
@@ -25,6 +26,16 @@ QLabel* heading(const QString& title, QWidget* parent);
 QLabel* text(QWidget* parent);
 /// Returns such a label with a sentence in the secondary colour.
 QLabel* secondaryText(const QString& sentence, QWidget* parent);
+/// One of several ways to do something, and the words below it that say what it does.
+struct ChoiceRow {
+    QRadioButton* button = nullptr;
+    QLabel* words = nullptr;
+
+    /// Shows the words, also to those who cannot see them.
+    void say(const QString& sentence) const;
+};
+/// Adds such a row to a sheet's fields.
+ChoiceRow choiceRow(const QString& title, QVBoxLayout& fields, QWidget* parent);
 /// Puts the buttons at the right end of a row; the confirming one comes last.
 QHBoxLayout* buttonRow(const std::vector<QPushButton*>& buttons);
 /// Makes the dialog as high as its texts need at its least width, or at `width` where that is larger and fits on the

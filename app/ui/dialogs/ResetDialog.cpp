@@ -9,9 +9,7 @@
 #include "app/ui/dialogs/NewRefSheets.h"
 
 #include <QCoreApplication>
-#include <QLabel>
 #include <QRadioButton>
-#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -121,23 +119,16 @@ ResetDialog::ResetDialog(RepositoryStore& store, ResetSheet sheet, QWidget* pare
              makeRow(ResetKind::soft, tr("Keep those commits’ changes, too, staged")),
              makeRow(ResetKind::mixed, tr("Keep those commits’ changes, too, unstaged")),
              makeRow(ResetKind::hard, tr("Throw changes away"))};
-    rows_[0].button->setChecked(true);
-    rows_[0].button->setFocus();
+    rows_[0].shown.button->setChecked(true);
+    rows_[0].shown.button->setFocus();
     loss_.ask(sheet_.target);
     validate();
 }
 
 ResetDialog::Row ResetDialog::makeRow(ResetKind kind, const QString& title)
 {
-    const Row row{kind, new QRadioButton(title, this), dialogParts::secondaryText(QString(), this)};
-    row.button->setAccessibleName(title);
-    const int indent = row.button->style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
-                       row.button->style()->pixelMetric(QStyle::PM_RadioButtonLabelSpacing);
-    row.words->setContentsMargins(layoutDirection() == Qt::LeftToRight ? indent : 0, 0,
-                                  layoutDirection() == Qt::LeftToRight ? 0 : indent, 0);
-    fields().addWidget(row.button);
-    fields().addWidget(row.words);
-    connect(row.button, &QRadioButton::toggled, this, &ResetDialog::validate);
+    const Row row{kind, dialogParts::choiceRow(title, fields(), this)};
+    connect(row.shown.button, &QRadioButton::toggled, this, &ResetDialog::validate);
     return row;
 }
 
@@ -145,10 +136,8 @@ void ResetDialog::showLoss()
 {
     if (const std::optional<ResetLoss>& loss = loss_.result()) {
         for (const Row& row : rows_) {
-            const QString words = wordsFor(row.kind, *loss, movedOf(store()));
-            row.words->setText(words);
-            row.button->setAccessibleDescription(words);
-            row.button->setEnabled(isPossible(row.kind, *loss));
+            row.shown.say(wordsFor(row.kind, *loss, movedOf(store())));
+            row.shown.button->setEnabled(isPossible(row.kind, *loss));
         }
         dialogParts::fit(*this);
     }
@@ -157,7 +146,8 @@ void ResetDialog::showLoss()
 
 const ResetDialog::Row* ResetDialog::chosen() const
 {
-    const auto row = std::ranges::find_if(rows_, [](const Row& one) { return one.button && one.button->isChecked(); });
+    const auto row =
+        std::ranges::find_if(rows_, [](const Row& one) { return one.shown.button && one.shown.button->isChecked(); });
     return row == rows_.end() ? nullptr : &*row;
 }
 

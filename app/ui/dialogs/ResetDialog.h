@@ -4,13 +4,11 @@
 #include "GitKit/records/Reset.h"
 #include "app/store/SheetKind.h"
 #include "app/store/readers/Latest.h"
+#include "app/ui/dialogs/DialogParts.h"
 #include "app/ui/dialogs/Sheet.h"
 
 #include <array>
 #include <string>
-
-class QLabel;
-class QRadioButton;
 
 namespace plovik {
 
@@ -33,8 +31,7 @@ protected:
 private:
     struct Row {
         gitkit::ResetKind kind = gitkit::ResetKind::keep;
-        QRadioButton* button = nullptr;
-        QLabel* words = nullptr;
+        dialogParts::ChoiceRow shown = {};
     };
     Row makeRow(gitkit::ResetKind kind, const QString& title);
     void showLoss();

@@ -8,6 +8,7 @@
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/GoToCommitDialog.h"
 #include "app/ui/dialogs/IdentityDialog.h"
+#include "app/ui/dialogs/MergeDialog.h"
 #include "app/ui/dialogs/NewRefSheets.h"
 #include "app/ui/dialogs/PromptDialog.h"
 #include "app/ui/dialogs/PushDialog.h"
@@ -38,6 +39,7 @@ struct SheetMaker {
 
     Sheet* operator()(const NewBranchSheet& sheet) const { return new NewBranchDialog(store, sheet, parent); }
     Sheet* operator()(const RenameBranchSheet& sheet) const { return new RenameBranchDialog(store, sheet, parent); }
+    Sheet* operator()(const MergeSheet& sheet) const { return new MergeDialog(store, sheet, parent); }
     Sheet* operator()(const PushSheet& sheet) const { return new PushDialog(store, sheet, parent); }
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
     Sheet* operator()(const CleanSheet&) const { return new CleanDialog(store, parent); }

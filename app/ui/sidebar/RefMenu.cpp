@@ -4,6 +4,7 @@
 #include "GitKit/records/RemoteBranch.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/BranchSettings.h"
+#include "app/store/actions/Merges.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
@@ -51,8 +52,18 @@ void addMerge(QMenu& menu, RepositoryStore& store, const GitRef& ref)
     QAction* const merge =
         addChange(menu, store, Verb::merge, title, [&store, ref] { actions::merge(store.actors(), ref); });
     markAs(CommandId::mergeRef, merge);
-    if (ref.isHead)
-        refuse(*merge, Texts::tr("This branch is checked out."));
+    QAction* const how = addChange(menu, store, Verb::merge, Texts::tr("Merge With Options…"),
+                                   [&store, ref] { store.window().showSheet(MergeSheet{ref.fullName}); });
+    markAs(CommandId::mergeRefHow, how);
+    QAction* const rebase =
+        addChange(menu, store, Verb::rebase,
+                  plainMenuText(Texts::tr("Rebase “%1” onto “%2”").arg(currentName(store), shownText(ref.name))),
+                  [&store, ref] { actions::rebaseOnto(store.actors(), ref); });
+    markAs(CommandId::rebaseOntoRef, rebase);
+    if (ref.isHead) {
+        for (QAction* const entry : {merge, how, rebase})
+            refuse(*entry, Texts::tr("This branch is checked out."));
+    }
 }
 
 void addUpstreamChoice(QMenu& menu, RepositoryStore& store, const GitRef& branch, const GitRef& upstream)
@@ -96,9 +107,42 @@ void addUpstreams(QMenu& menu, RepositoryStore& store, const GitRef& branch)
     none->setChecked(!branch.upstream);
 }
 
+/// Says why a branch that is not checked out cannot be moved on to its upstream; empty where it can.
+QString whyNotForward(const RepositoryStore& store, const GitRef& branch)
+{
+    if (!branch.upstream)
+        return Texts::tr("It follows no other branch.");
+    if (!store.snapshot().hasRef(branch.upstreamRef))
+        return Texts::tr("Its upstream %1 is gone.").arg(shownText(*branch.upstream));
+    return {};
+}
+
+/// For a branch that is not checked out.
+void addPulls(QMenu& menu, RepositoryStore& store, const GitRef& branch)
+{
+    QAction* const pull = addChange(menu, store, Verb::pullOther, Texts::tr("Pull"),
+                                    [&store, branch] { actions::pullOther(store.actors(), branch.name); });
+    markAs(CommandId::pullRef, pull);
+    const QString why = whyNotForward(store, branch);
+    if (!why.isEmpty()) {
+        refuse(*pull, why);
+        return;
+    }
+    QAction* const forward =
+        addChange(menu, store, Verb::fastForward,
+                  plainMenuText(Texts::tr("Fast-Forward to “%1”").arg(shownText(*branch.upstream))),
+                  [&store, branch] { actions::fastForward(store.actors(), branch.name); });
+    markAs(CommandId::fastForwardRef, forward);
+    const gitkit::Divergence from = store.counts().of(branch.fullName);
+    if (from.ahead > 0)
+        refuse(*forward, Texts::tr("It has commits of its own. Check it out to merge."));
+}
+
 /// What is for local branches alone.
 void addBranchEntries(QMenu& menu, RepositoryStore& store, const GitRef& branch)
 {
+    if (!branch.isHead)
+        addPulls(menu, store, branch);
     markAs(CommandId::pushRef, addChange(menu, store, Verb::pushTag, Texts::tr("Push to…"),
                                          [&store, branch] { actions::askWhereToPush(store.actors(), branch.name); }));
     menu.addSeparator();

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Merging.h"
+#include "GitKit/runner/GitError.h"
+#include "GitKit/runner/GitVersion.h"
+#include "tests/support/TestRepository.h"
+#include "tests/support/WholeState.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace gitkit {
+namespace {
+
+using Outcome = MergePreview::Outcome;
+
+struct MergeWays : testing::Test {
+    /// topic has one commit, which changes `a` and adds `t`.
+    MergeWays()
+    {
+        repo.write("a", "1\n").write("b", "1\n").commit("one").git({"checkout", "-q", "-b", "topic"});
+        repo.write("a", "topic\n").write("t", "t").commit("on topic").git({"checkout", "-q", "main"});
+    }
+    template <typename Run>
+    ErrorKind refusal(Run run)
+    {
+        try {
+            run(repo.repository());
+        } catch (const GitError& error) {
+            return error.kind();
+        }
+        ADD_FAILURE() << "it was done";
+        return ErrorKind::other;
+    }
+    std::string parents() const { return repo.read({"log", "-1", "--format=%P"}); }
+
+    TestRepository repo;
+};
+
+TEST_F(MergeWays, ForetellsWhatComesAndLeavesNothingBehind)
+{
+    const auto foretold = [this] { return mergePreview(repo.repository(), "refs/heads/topic"); };
+    EXPECT_EQ(foretold(), (MergePreview{.commits = 1, .own = 0, .outcome = Outcome::clean, .conflicts = {}}));
+    repo.write("b", "2\n").commit("ours").git({"config", "merge.ff", "only"});
+    const std::string objects = repo.read({"count-objects", "-v"});
+    const bool canTell = can(Ability::mergesInMemory);
+    MergePreview found = foretold();
+    EXPECT_EQ(found.own, 1);
+    EXPECT_TRUE(found.alwaysFastForward);
+    EXPECT_EQ(found.outcome, canTell ? Outcome::clean : Outcome::unknown);
+    EXPECT_EQ(repo.read({"count-objects", "-v"}), objects);
+
+    repo.write("a", "ours\n").commit("clash").git({"config", "rerere.enabled", "true"});
+    found = foretold();
+    EXPECT_TRUE(found.remembersResolutions);
+    EXPECT_EQ(found.outcome, canTell ? Outcome::conflicts : Outcome::unknown);
+    EXPECT_EQ(found.conflicts, canTell ? std::vector<std::string>{"a"} : std::vector<std::string>());
+    // Contents that are somewhere else are not fetched for it.
+    repo.git({"config", "remote.origin.promisor", "true"});
+    EXPECT_EQ(foretold().outcome, Outcome::unknown);
+    EXPECT_EQ(mergePreview(repo.repository(), repo.head()).commits, 0);
+}
+
+TEST_F(MergeWays, TakesEachWay)
+{
+    const std::string start = repo.head();
+    const std::string topic = repo.read({"rev-parse", "topic"});
+    const auto merged = [&](MergeKind kind) { mergeBy(repo.repository(), "refs/heads/topic", kind); };
+    repo.git({"config", "merge.ff", "false"});
+    merged(MergeKind::fastForwardOnly);
+    EXPECT_EQ(repo.head(), topic);
+    repo.git({"reset", "-q", "--hard", start});
+    merged(MergeKind::squash);
+    EXPECT_EQ(repo.head(), start);
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "M  a\nA  t");
+    EXPECT_NE(bytesAt(repo / ".git/SQUASH_MSG").find("on topic"), std::string::npos);
+    repo.git({"reset", "-q", "--hard", start}).git({"config", "merge.ff", "true"});
+    merged(MergeKind::mergeCommit);
+    EXPECT_EQ(parents(), start + ' ' + topic);
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "Merge branch 'topic'");
+    repo.git({"reset", "-q", "--hard", start}).write("b", "2\n").commit("ours");
+    EXPECT_EQ(refusal([&](const auto& door) { mergeBy(door, topic, MergeKind::fastForwardOnly); }),
+              ErrorKind::notFastForward);
+    repo.git({"tag", "topic", start}); // the branch is meant
+    rebaseOnto(repo.repository(), "refs/heads/topic");
+    EXPECT_EQ(parents(), topic);
+}
+
+TEST_F(MergeWays, MovesOnOnlyBranchesThatAreFree)
+{
+    const std::string topic = repo.read({"rev-parse", "topic"});
+    const auto forward = [](const std::string& branch) {
+        return [branch](const GitRepository& door) { fastForward(door, branch); };
+    };
+    repo.git({"branch", "old"}).git({"branch", "own", "main"}).git({"branch", "alone"});
+    for (const char* branch : {"old", "own", "main"})
+        repo.git({"branch", "-q", "-u", "topic", branch});
+    repo.git({"symbolic-ref", "refs/heads/alias", "refs/heads/old"}).git({"config", "branch.alias.remote", "."});
+    repo.git({"config", "branch.alias.merge", "refs/heads/topic"});
+    EXPECT_EQ(refusal(forward("alias")), ErrorKind::other);
+    EXPECT_EQ(refusal(forward("main")), ErrorKind::checkedOutElsewhere);
+    EXPECT_EQ(refusal(forward("alone")), ErrorKind::noUpstream);
+    EXPECT_EQ(refusal(forward("gone")), ErrorKind::noSuchRef);
+    const std::filesystem::path linked = repo.path().parent_path() / "linked";
+    repo.git({"worktree", "add", "-q", linked.string(), "old"});
+    EXPECT_EQ(refusal(forward("old")), ErrorKind::checkedOutElsewhere);
+    repo.git({"worktree", "remove", linked.string()});
+    forward("old")(repo.repository());
+    EXPECT_EQ(repo.read({"rev-parse", "old"}), topic);
+    EXPECT_FALSE(std::filesystem::exists(repo / ".git/FETCH_HEAD"));
+    repo.git({"checkout", "-q", "own"}).write("b", "2\n").commit("own").git({"checkout", "-q", "main"});
+    EXPECT_EQ(refusal(forward("own")), ErrorKind::notFastForward);
+}
+
+} // namespace
+} // namespace gitkit
