@@ -5,7 +5,8 @@
 
 namespace gitkit {
 
-/// Two trees that are compared, by the hashes of trees or of commits.
+/// Two trees that are compared, by the hashes of trees or of commits. One of them may be empty: it stands for the files
+/// of the working tree that git knows.
 struct TreePair {
     std::string from;
     std::string to;

@@ -16,12 +16,14 @@
 #include "GitKit/parsers/DiffParser.h"
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/parsers/NameStatusParser.h"
+#include "GitKit/repository/Comparing.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/IndexEntries.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/ScratchIndex.h"
 #include "GitKit/repository/StaleChange.h"
+#include "GitKit/repository/TreeChanges.h"
 #include "GitKit/runner/GitError.h"
 
 #include <algorithm>
@@ -179,8 +181,15 @@ ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& 
 
 ParsedDiff GitRepository::treeDiff(const TreePair& trees, const CommitFile& file, DiffReading reading) const
 {
-    Arguments arguments = diffArguments({"diff", "-M"}, {trees.from, trees.to});
+    Arguments arguments = diffArguments({"diff", "-M"}, {});
+    std::ranges::move(treeArguments(trees), std::back_inserter(arguments));
     return diff(*this, file.path, onExactly(std::move(arguments), allPaths(file)), reading);
+}
+
+ParsedDiff mergeDiff(const GitRepository& repo, const std::string& merge, const CommitFile& file, DiffReading reading)
+{
+    Arguments arguments = diffArguments({"show", "--format=", "--cc"}, {commitArgument("show", merge)});
+    return diff(repo, file.path, onExactly(std::move(arguments), {file.path}), reading);
 }
 
 std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, DiffReading reading) const

@@ -123,6 +123,8 @@ InTheWay inTheWay(const GitRepository& repo, const std::string& fromTree, const 
                                                         "--diff-filter=AT", fromTree, toTree, "--"})));
 }
 
+InTheWay inTheWayOf(const GitRepository& repo, const std::vector<std::string>& paths) { return standing(repo, paths); }
+
 InTheWay inTheWayOfCheckout(const GitRepository& repo, const std::string& ref)
 {
     return standingAtListed(repo, {"diff-tree", "-r", "--diff-filter=AT", "HEAD", ref, "--"});

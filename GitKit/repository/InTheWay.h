@@ -30,6 +30,8 @@ InTheWay inTheWay(const GitRepository& repo, const std::string& fromTree, const 
 // The same for what git is about to do. `ref`, `hash` and `commit` are full names or hashes. Nothing is in the way of what
 // git will refuse in words of its own.
 
+/// The same where these paths are written.
+InTheWay inTheWayOf(const GitRepository& repo, const std::vector<std::string>& paths);
 InTheWay inTheWayOfCheckout(const GitRepository& repo, const std::string& ref);
 InTheWay inTheWayOfMerge(const GitRepository& repo, const std::string& ref);
 InTheWay inTheWayOfCherryPick(const GitRepository& repo, const std::string& hash);

@@ -24,6 +24,9 @@ std::vector<CommitFile> changedFiles(const GitRepository& repo, const TreePair& 
 /// Returns how many lines each of these files gains and loses, in the same order. Costs what all the diffs cost.
 std::vector<ChangeCounts> changeCounts(const GitRepository& repo, const TreePair& trees, Renames renames);
 
+/// Returns the arguments of `git diff` that name both sides.
+std::vector<std::string> treeArguments(const TreePair& trees);
+
 /// Returns the hash of the tree without files. Nothing is written.
 std::string emptyTreeHash(const GitRepository& repo);
 

@@ -90,6 +90,8 @@ QString titleOfSlow(Verb verb)
         return ChangeTexts::tr("Bringing back…");
     case Verb::takeSide:
         return ChangeTexts::tr("Resolving…");
+    case Verb::takeFile:
+        return ChangeTexts::tr("Taking the file…");
     case Verb::undo:
         return ChangeTexts::tr("Undoing…");
     default:

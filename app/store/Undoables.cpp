@@ -395,6 +395,16 @@ Undoable unstage(const Files& files)
             .scope = {.kind = "unstage", .movesIndex = true}};
 }
 
+Undoable takeFile(const std::string& revision, const std::string& path)
+{
+    const QString commit = shownText(gitkit::shortHash(revision));
+    return {.title = UndoTexts::tr("Taking %1 from %2", "file, commit").arg(inQuotes(path), commit),
+            .done = UndoTexts::tr("Took %1 from %2.", "file, commit").arg(inQuotes(path), commit),
+            .scope = {.kind = "take-file", .overwrites = {path}},
+            .inTheWay = [path](const GitRepository& repo) { return gitkit::inTheWayOf(repo, {path}); },
+            .takesWork = true};
+}
+
 Undoable takeSide(const std::vector<std::string>& paths)
 {
     Files files;

@@ -68,6 +68,7 @@ using Files = std::vector<gitkit::FileChange>;
 Undoable stage(const Files& files);
 Undoable unstage(const Files& files);
 Undoable takeSide(const std::vector<std::string>& paths);
+Undoable takeFile(const std::string& revision, const std::string& path);
 /// keeping() keeps what it takes; its name goes to Undoable::kept.
 Undoable discard(const Files& files);
 

@@ -63,6 +63,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::takeSide:
         return all({index, workingTree});
     case Verb::undoDiscard:
+    case Verb::takeFile:
         return all({workingTree});
     case Verb::undo:
         return all({index, workingTree, refs, stashes});

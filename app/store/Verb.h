@@ -42,6 +42,7 @@ enum class Verb {
     undoDiscard,
     undo,
     takeSide,
+    takeFile,
 };
 
 /// The parts of a repository that a verb may change, and the network that it may use.

@@ -15,6 +15,7 @@ void WindowState::moved(Step step)
 
 void WindowState::select(SidebarItem item)
 {
+    closeComparison();
     const bool isNew = item != selection.value();
     selection = std::move(item);
     if (isNew)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Comparison.h"
 #include "app/store/CommandLog.h"
 #include "app/store/Confirmation.h"
 #include "app/store/Failure.h"
@@ -53,7 +54,11 @@ public:
     void selectStash(std::optional<std::string> hash);
 
     // The same without telling the listeners, for selections that follow from something else.
-    void follow(SidebarItem item) { selection = std::move(item); }
+    void follow(SidebarItem item)
+    {
+        closeComparison();
+        selection = std::move(item);
+    }
     void followCommit(std::optional<std::string> hash) { selectedCommit = std::move(hash); }
     void followStash(std::optional<std::string> hash) { selectedStash = std::move(hash); }
 
@@ -111,6 +116,11 @@ public:
     /// Closes the inspector if it shows a blame: something else is to be shown in the place of the diffs, where it is.
     /// Selecting another commit or stash does so, and going to a commit.
     void leaveBlame();
+
+    /// The two states that are compared in place of the selected item's view; nullopt when none are.
+    Observed<std::optional<gitkit::Comparison>, WindowState> compared;
+    void compare(gitkit::Comparison comparison) { compared = std::move(comparison); }
+    void closeComparison() { compared = std::nullopt; }
 
     /// Whether the panel with the command log is open.
     Observed<bool, WindowState> showsCommandLog{false};

@@ -247,6 +247,23 @@
     </message>
 </context>
 <context>
+    <name>plovik::ComparisonView</name>
+    <message numerus="yes">
+        <source>%Ln file(s)</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, since one of %Ln common ancestor(s)</source>
+        <translation>
+            <numerusform>%1, since one of %Ln common ancestor</numerusform>
+            <numerusform>%1, since one of %Ln common ancestors</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Discard</name>
     <message numerus="yes">
         <source>%Ln staged line(s)</source>

@@ -73,26 +73,31 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
 
     EXPECT_EQ(menuOf(local), (Titles{"Check Out", "Merge into “a&&b”", "Merge With Options…",
                                      "Rebase “a&&b” onto “side”", "New Branch from Here…", "(Pull)", "Push to…", "—",
-                                     "Rename…", "Upstream", "—", "Copy Name", "—", "Delete…"}));
+                                     "Rename…", "Upstream", "—", "Compare", "—", "Copy Name", "—", "Delete…"}));
     EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)",
                                        "(Rebase “a&&b” onto “a&&b”)", "New Branch from Here…", "Push", "Push to…", "—",
-                                       "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
-    EXPECT_EQ(menuOf(remote), (Titles{"Check Out", "Merge", "Merge With Options…", "Rebase “a&&b” onto “origin/side”",
-                                      "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Copy Name"}));
-    EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "Delete…"}));
+                                       "Rename…", "Upstream", "—", "Compare", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(remote),
+              (Titles{"Check Out", "Merge", "Merge With Options…", "Rebase “a&&b” onto “origin/side”",
+                      "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Compare", "—", "Copy Name"}));
+    EXPECT_EQ(menuOf(tag),
+              (Titles{"Check Out", "New Branch from Here…", "—", "Compare", "—", "Copy Name", "—", "Delete…"}));
 
     entry(*makeRefMenu(store, remote, &parent), u"New Branch from Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{"refs/remotes/origin/side"}));
     entry(*makeRefMenu(store, remote, &parent), u"Copy Name"_s)->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
     test::givenRunning(store, Verb::fetch);
-    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)",
-                                       "(Rebase “a&&b” onto “a&&b”)", "New Branch from Here…", "(Push)", "(Push to…)",
-                                       "—", "Rename…", "Upstream", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(current),
+              (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)", "(Rebase “a&&b” onto “a&&b”)",
+                      "New Branch from Here…", "(Push)", "(Push to…)", "—", "Rename…", "Upstream", "—", "Compare", "—",
+                      "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::deleteTag);
-    EXPECT_EQ(menuOf(tag), (Titles{"Check Out", "New Branch from Here…", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(tag),
+              (Titles{"Check Out", "New Branch from Here…", "—", "Compare", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::pull);
-    EXPECT_EQ(menuOf(tag), (Titles{"(Check Out)", "(New Branch from Here…)", "—", "Copy Name", "—", "Delete…"}));
+    EXPECT_EQ(menuOf(tag),
+              (Titles{"(Check Out)", "(New Branch from Here…)", "—", "Compare", "—", "Copy Name", "—", "Delete…"}));
     EXPECT_EQ(entry(*makeRefMenu(store, tag, &parent), u"Check Out"_s)->toolTip(),
               u"Not while this runs: Something…"_s);
 }
@@ -105,8 +110,9 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     commit.hash = std::string(40, 'c');
     commit.subject = "Change it";
     QMenu* menu = makeCommitMenu(store, commit, &parent);
-    EXPECT_EQ(entries(*menu), (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick",
-                                      "Revert", "(Reset HEAD to Here…)", "—", "Copy Hash", "Copy Subject"}));
+    EXPECT_EQ(entries(*menu),
+              (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick", "Revert",
+                      "(Reset HEAD to Here…)", "—", "Compare", "—", "Copy Hash", "Copy Subject"}));
     entry(*menu, u"New Tag Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewTagSheet{commit.hash}));
     entry(*menu, u"New Branch Here…"_s)->trigger();
@@ -116,7 +122,7 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     test::givenRunning(store, Verb::revert);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
               (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert)",
-                      "(Reset HEAD to Here…)", "—", "Copy Hash", "Copy Subject"}));
+                      "(Reset HEAD to Here…)", "—", "Compare", "—", "Copy Hash", "Copy Subject"}));
 }
 
 /// A window's content over a real repository.

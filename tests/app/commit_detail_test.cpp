@@ -6,6 +6,7 @@
 #include "tests/support/TestRepository.h"
 
 #include "app/settings/Settings.h"
+#include "app/store/actions/FileVersions.h"
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/commit/CommitFileDelegate.h"
 #include "app/ui/commit/CommitFileMenu.h"
@@ -511,17 +512,32 @@ TEST_F(CommitDetailTest, AFileIsOpenedInspectedAndCopiedFromItsRow)
         return std::unique_ptr<QMenu>(
             makeCommitFileMenu(store, detail, detail.files.at(file), u"Open in Code"_s, nullptr));
     };
-    EXPECT_EQ(entries(*menuOf(0)), (std::vector<std::string>{"Open in Code", "Show Blame", "Show File History", "—",
-                                                             "Copy Path", "Reveal in File Browser"}));
+    using Entries = std::vector<std::string>;
+    EXPECT_EQ(entries(*menuOf(0)),
+              (Entries{"Open in Code", "Show Blame", "Show File History", "—", "Take into the Working Copy",
+                       "Open This Version", "Save This Version As…", "—", "Copy Path", "Reveal in File Browser"}));
     const auto gone = menuOf(1);
-    EXPECT_EQ(entries(*gone), (std::vector<std::string>{"(Open in Code)", "Show Blame", "Show File History", "—",
-                                                        "Copy Path", "(Reveal in File Browser)"}));
+    EXPECT_EQ(entries(*gone),
+              (Entries{"(Open in Code)", "Show Blame", "Show File History", "—", "Take into the Working Copy",
+                       "Open This Version", "Save This Version As…", "—", "Copy Path", "(Reveal in File Browser)"}));
     EXPECT_EQ(entry(*gone, u"Open in Code"_s)->toolTip(), u"The file is not in the working tree now."_s);
     entry(*gone, u"Show Blame"_s)->trigger();
     EXPECT_EQ(store.window().inspected.value(),
               (InspectedFile{"gone", repo.read({"rev-parse", "HEAD^"}), InspectedFile::Tab::blame}));
     entry(*menuOf(0), u"Show File History"_s)->trigger();
     EXPECT_EQ(store.window().inspected.value(), (InspectedFile{"a", repo.head(), InspectedFile::Tab::history}));
+
+    entry(*gone, u"Open This Version"_s)->trigger();
+    worker.finishAll();
+    ASSERT_EQ(opened.size(), 1U);
+    EXPECT_EQ(readFile(opened.front()), "1\n") << "of the commit that had it";
+    EXPECT_TRUE(opened.front().filename().native().ends_with("-gone"));
+    actions::saveVersion(store.actors(), repo.head(), "a", repo / "copy");
+    worker.finishAll();
+    EXPECT_EQ(readFile(repo / "copy"), "2\n");
+    actions::saveVersion(store.actors(), repo.head(), "a", repo / "no such folder/copy");
+    worker.finishAll();
+    EXPECT_TRUE(store.window().errorMessage.value()) << "what could not be written is said";
 
     auto* const files = view->findChild<CommitFilesList*>();
     const auto press = [files](int key) {

@@ -24,6 +24,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QtTest/QTest>
 
 #include <gtest/gtest.h>
 

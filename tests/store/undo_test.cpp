@@ -9,6 +9,7 @@
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/BranchSettings.h"
+#include "app/store/actions/FileVersions.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
 #include "app/store/actions/Pushes.h"
@@ -160,6 +161,11 @@ const std::vector<Story> stories{
      [](auto& t) { actions::continueOperation(t.store.actors()); }},
     {"Resolving “a”", [](auto& r) { conflict(r, {"merge", "topic"}); },
      [](auto& t) { t.store.staging().takeSide(t.files(), gitkit::ConflictSide::theirs); }},
+    {"Taking “a” from", [](auto& r) { r.write("a", "staged").git({"add", "a"}).write("a", "mine\r\n"); },
+     [](auto& t) { actions::takeFile(t.store.actors(), t.ref("topic").hash, "a"); }},
+    {"Taking “a” from",
+     [](auto& r) { r.git({"rm", "-q", "--cached", "a"}).write(".git/info/exclude", "a\n").write("a", "ignored\n"); },
+     [](auto& t) { actions::takeFile(t.store.actors(), t.ref("topic").hash, "a"); }},
     {"Stash “mine”",
      [](auto& r) { r.write("a", "staged").git({"add", "a"}).write("a", "changed").write("new file", "n\r\n"); },
      [](auto& t) { actions::stashSave(t.store.actors(), QStringLiteral("mine"), gitkit::UntrackedFiles::include); }},

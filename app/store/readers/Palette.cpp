@@ -189,14 +189,15 @@ std::shared_ptr<const PaletteEntries> readPalette(const gitkit::GitRepository& r
     auto entries = std::make_shared<PaletteEntries>(request.first);
     const std::vector<std::string> names = latestFirst(repo, request);
     const bool hasEverything = request.scope == PaletteRequest::Scope::everything;
+    const bool hasStates = hasEverything || request.scope == PaletteRequest::Scope::states;
     for (const RefFolder& folder : refFolders) {
-        if (hasEverything || folder.kind != Kind::tag)
+        if (hasStates || folder.kind != Kind::tag)
             addRefs(*entries, names, folder);
     }
-    if (hasEverything) {
+    if (hasEverything)
         addFiles(*entries, repo, request.changed);
+    if (hasStates)
         addCommits(*entries, repo);
-    }
     return entries;
 }
 

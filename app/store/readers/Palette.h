@@ -34,7 +34,11 @@ using PaletteEntries = std::vector<PaletteEntry>;
 
 /// What of the repository to list.
 struct PaletteRequest {
-    enum class Scope { everything, branches };
+    enum class Scope {
+        everything,
+        branches,
+        states ///< branches, tags and commits
+    };
 
     Scope scope = Scope::everything;
     std::string current = {};          ///< full name of the checked out branch; goes first

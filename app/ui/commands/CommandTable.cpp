@@ -61,6 +61,8 @@ constexpr const char* wantedHunk = QT_TRANSLATE_NOOP("Commands", "Go to a part o
 constexpr const char* wantedLines = QT_TRANSLATE_NOOP("Commands", "Select changed lines in a diff that offers this.");
 constexpr const char* wantedCommit = QT_TRANSLATE_NOOP("Commands", "Select a commit in the history.");
 constexpr const char* wantedRef = QT_TRANSLATE_NOOP("Commands", "Select a branch or a tag in the sidebar.");
+constexpr const char* wantedState = QT_TRANSLATE_NOOP("Commands", "Select a commit, a branch or a tag.");
+constexpr const char* wantedCommitFile = QT_TRANSLATE_NOOP("Commands", "Select a file of a commit.");
 constexpr const char* wantedStash = QT_TRANSLATE_NOOP("Commands", "Select a stash.");
 constexpr const char* wantedStep = QT_TRANSLATE_NOOP("Commands", "Select a step in the timeline.");
 constexpr const char* wantedMessage =
@@ -401,6 +403,15 @@ constexpr Command table[] = {
                 QT_TRANSLATE_NOOP("Commands", "Select a moved line in a diff.")),
     onSelection(Id::linesHistory, QT_TRANSLATE_NOOP("Commands", "History of These Lines"),
                 QT_TRANSLATE_NOOP("Commands", "Select lines in the diff of a commit or in a blame.")),
+    onSelection(Id::takeFile, QT_TRANSLATE_NOOP("Commands", "Take into the Working Copy"), wantedCommitFile),
+    onSelection(Id::openVersion, QT_TRANSLATE_NOOP("Commands", "Open This Version"), wantedCommitFile),
+    onSelection(Id::saveVersion, QT_TRANSLATE_NOOP("Commands", "Save This Version As…"), wantedCommitFile),
+    onSelection(Id::compareWithHead, QT_TRANSLATE_NOOP("Commands", "Compare with HEAD"), wantedState),
+    onSelection(Id::compareWithWorkingTree, QT_TRANSLATE_NOOP("Commands", "Compare with Working Copy"), wantedState),
+    onSelection(Id::compareWith, QT_TRANSLATE_NOOP("Commands", "Compare with…"), wantedState),
+    onSelection(Id::compareBoth, QT_TRANSLATE_NOOP("Commands", "Compare Both"),
+                QT_TRANSLATE_NOOP("Commands", "Select two commits in the history.")),
+    onSelection(Id::browseFiles, QT_TRANSLATE_NOOP("Commands", "Browse All Files"), wantedCommit),
 };
 
 constexpr bool hasARowForEachId()
@@ -409,7 +420,7 @@ constexpr bool hasARowForEachId()
         if (table[index].id != static_cast<CommandId>(index))
             return false;
     }
-    return std::size(table) == static_cast<std::size_t>(Id::linesHistory) + 1;
+    return std::size(table) == static_cast<std::size_t>(Id::browseFiles) + 1;
 }
 static_assert(hasARowForEachId());
 

@@ -138,6 +138,14 @@ enum class CommandId {
     wrapBody,
     goToMovedLine,
     linesHistory,
+    takeFile,
+    openVersion,
+    saveVersion,
+    compareWithHead,
+    compareWithWorkingTree,
+    compareWith,
+    compareBoth,
+    browseFiles,
 };
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is

@@ -32,9 +32,16 @@ void SelectionActions::add(QWidget& widget)
     if (!menu)
         return;
     menus_.emplace_back(menu);
-    for (QAction* const entry : menu->actions()) {
+    add(*menu);
+}
+
+void SelectionActions::add(const QMenu& menu)
+{
+    for (QAction* const entry : menu.actions()) {
         if (const std::optional<CommandId> id = commandOf(*entry))
             found_.try_emplace(*id, entry);
+        else if (entry->menu())
+            add(*entry->menu());
     }
 }
 

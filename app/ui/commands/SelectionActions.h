@@ -31,6 +31,7 @@ public:
 
 private:
     void add(QWidget& widget);
+    void add(const QMenu& menu);
     void drop();
 
     QWidget& window_;

@@ -3,12 +3,16 @@
 
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
+#include "app/store/actions/FileVersions.h"
 #include "app/ui/commands/Commands.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
+#include <QFile>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QPointer>
 
 #include <sys/stat.h>
 
@@ -19,6 +23,36 @@ namespace {
 struct Texts {
     Q_DECLARE_TR_FUNCTIONS(plovik::CommitFileMenu)
 };
+
+void askWhereToSave(RepositoryStore& store, const InspectedFile& version, QWidget* window)
+{
+    auto* const dialog = new QFileDialog(window, Texts::tr("Save This Version"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile(QFile::decodeName(std::filesystem::path(version.path).filename().c_str()));
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog, [&store, version](const QString& target) {
+        actions::saveVersion(store.actors(), *version.revision, version.path, QFile::encodeName(target).toStdString());
+    });
+    dialog->open();
+}
+
+/// Offers what can be done with the file as the commit has it.
+void addVersion(QMenu& menu, RepositoryStore& store, const InspectedFile& version)
+{
+    const std::string revision = version.revision.value_or(std::string());
+    markAs(CommandId::takeFile,
+           addChange(menu, store, Verb::takeFile, Texts::tr("Take into the Working Copy"),
+                     [&store, revision, path = version.path] { actions::takeFile(store.actors(), revision, path); }));
+    markAs(CommandId::openVersion,
+           menu.addAction(Texts::tr("Open This Version"), &menu, [&store, revision, path = version.path] {
+               actions::openVersion(store.actors(), revision, path);
+           }));
+    markAs(CommandId::saveVersion, menu.addAction(Texts::tr("Save This Version As…"), &menu,
+                                                  [&store, version, window = QPointer(menu.parentWidget())] {
+                                                      askWhereToSave(store, version,
+                                                                     window ? window->window() : nullptr);
+                                                  }));
+}
 
 } // namespace
 
@@ -53,6 +87,8 @@ QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& co
     add(CommandId::showBlame, Texts::tr("Show Blame"), inspect(inspectedFile(commit, file, InspectedFile::Tab::blame)));
     add(CommandId::showFileHistory, Texts::tr("Show File History"),
         inspect(inspectedFile(commit, file, InspectedFile::Tab::history)));
+    menu->addSeparator();
+    addVersion(*menu, store, inspectedFile(commit, file, InspectedFile::Tab::blame));
     menu->addSeparator();
     add(CommandId::copyPath, Texts::tr("Copy Path"),
         [path = exactText(file.path)] { QGuiApplication::clipboard()->setText(path); });

@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/compare/CompareMenu.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/RowPainting.h"
 
@@ -82,7 +83,31 @@ QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWid
 {
     auto* menu = new QMenu(parent);
     addChanges(*menu, store, commit);
+    addComparisons(*menu, store, commit);
+    menu->addSeparator();
     addCopies(*menu, commit);
+    return menu;
+}
+
+QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>& commits, QWidget* parent)
+{
+    auto* const menu = new QMenu(parent);
+    menu->setToolTipsVisible(true);
+    if (commits.size() == 2) {
+        addComparisonOfBoth(*menu, store, commits.back(), commits.front());
+        menu->addSeparator();
+    }
+    QStringList hashes;
+    QStringList subjects;
+    for (const gitkit::Commit& commit : commits) {
+        hashes += shownText(commit.hash);
+        subjects += exactText(commit.subject);
+    }
+    const auto addCopy = [menu](CommandId id, const QString& title, const QString& text) {
+        markAs(id, menu->addAction(title, [text] { QGuiApplication::clipboard()->setText(text); }));
+    };
+    addCopy(CommandId::copyHash, Texts::tr("Copy Hashes"), hashes.join(u'\n'));
+    addCopy(CommandId::copySubject, Texts::tr("Copy Subjects"), subjects.join(u'\n'));
     return menu;
 }
 

@@ -16,6 +16,9 @@ namespace plovik {
 /// commit as it was when the menu opened.
 QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWidget* parent);
 
+/// The same for several commits, the newest first.
+QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>& commits, QWidget* parent);
+
 /// The branches and tags among some labels. The chosen one is selected in the sidebar. The menu belongs to `parent`.
 QMenu* makeLabelsMenu(RepositoryStore& store, const std::vector<gitkit::RefLabel>& labels, QWidget* parent);
 

@@ -67,7 +67,7 @@ QRectF HistoryBody::bandOf(const QPainter& painter, int row) const
 
 void HistoryBody::paintTints(QPainter& painter, int first, int last) const
 {
-    const auto isHere = [&](int row) { return row >= first && row <= last; };
+    const auto isSelected = [&](int row) { return sight_.isSelected && sight_.isSelected(row); };
     QColor found = Theme::current().found;
     found.setAlphaF(matchOpacity);
     for (int row = first; sight_.matches && row <= last; ++row) {
@@ -80,10 +80,12 @@ void HistoryBody::paintTints(QPainter& painter, int first, int last) const
         painter.fillRect(band, found);
     }
     QColor tint = Theme::current().selection;
-    if (isHere(sight_.selected))
-        painter.fillRect(bandOf(painter, sight_.selected), tint);
+    for (int row = first; row <= last; ++row) {
+        if (isSelected(row))
+            painter.fillRect(bandOf(painter, row), tint);
+    }
     tint.setAlphaF(hoverOpacity);
-    if (isHere(sight_.hovered) && sight_.hovered != sight_.selected)
+    if (sight_.hovered >= first && sight_.hovered <= last && !isSelected(sight_.hovered))
         painter.fillRect(bandOf(painter, sight_.hovered), tint);
 }
 

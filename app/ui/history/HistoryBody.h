@@ -6,6 +6,8 @@
 #include <QRectF>
 #include <QSize>
 
+#include <functional>
+
 class QPainter;
 
 namespace plovik {
@@ -24,7 +26,7 @@ public:
         QSize size;
         bool isMirrored = false;
         bool isOutdated = false; ///< the rows answer an earlier search
-        int selected = -1;       ///< the row, or -1
+        std::function<bool(int row)> isSelected = {};
         int hovered = -1;
         int lanes = 1;                           ///< for which the graph has room
         const HistoryMatches* matches = nullptr; ///< of a search that leaves all rows in the list; null for none

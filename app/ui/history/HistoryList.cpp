@@ -25,6 +25,7 @@ namespace {
 
 /// Older commits are asked for this many rows before the end, so that a held Page Down does not wait for them.
 constexpr int rowsAhead = 1500;
+constexpr std::size_t mostSelected = 1000;
 
 class RowHeight : public QStyledItemDelegate {
 public:
@@ -45,7 +46,7 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
       workingCopy_(new WorkingCopyRow(store, this))
 {
     setAccessibleName(tr("History"));
-    setSelectionMode(SingleSelection);
+    setSelectionMode(ExtendedSelection);
     setItemDelegate(new RowHeight(rowPainter_, this));
     setModel(model_);
     // paintEvent() paints the whole viewport, so filling the background first would waste time.
@@ -61,7 +62,7 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     placeHeader();
 
     // Connected after setModel(), so that the view and its selection have handled the reset before takeNewPage().
-    connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] { isRestoring_ = true; });
+    connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, &HistoryList::keepSelection);
     connect(model_, &QAbstractItemModel::modelReset, this, &HistoryList::takeNewPage);
 
     const auto repaint = [this] { showColumns(); };
@@ -99,8 +100,47 @@ int HistoryList::lastVisibleRow() const { return std::min(rowAt(viewport()->heig
 
 int HistoryList::selectedRow() const
 {
-    const QModelIndexList selected = selectionModel() ? selectionModel()->selectedIndexes() : QModelIndexList();
-    return selected.isEmpty() ? -1 : selected.first().row();
+    if (!selectionModel() || !selectionModel()->hasSelection())
+        return -1;
+    // Of several the one that was reached last is shown.
+    const int current = currentIndex().row();
+    return selectionModel()->isSelected(model_->index(current)) ? current : selectionModel()->selection().front().top();
+}
+
+/// Returns the selected commits, the newest first, and no more than can be worked with.
+std::vector<gitkit::Commit> HistoryList::selectedCommits() const
+{
+    std::vector<int> rows;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom() && rows.size() < mostSelected; ++row)
+            rows.push_back(row);
+    }
+    std::ranges::sort(rows);
+    std::vector<gitkit::Commit> commits;
+    for (const int row : rows) {
+        if (std::optional<HistoryRow> shown = model_->row(row))
+            commits.push_back(std::move(shown->commit));
+    }
+    return commits;
+}
+
+void HistoryList::keepSelection()
+{
+    isRestoring_ = true;
+    kept_.clear();
+    if (selectionModel()->hasSelection()) {
+        for (const gitkit::Commit& commit : selectedCommits())
+            kept_.push_back(commit.hash);
+    }
+}
+
+/// Selects what was selected besides the current row before the page was replaced.
+void HistoryList::selectAgain()
+{
+    for (const std::string& hash : std::exchange(kept_, {})) {
+        if (const int row = model_->rowOf(hash); row >= 0 && selectionModel()->hasSelection())
+            selectionModel()->select(model_->index(row), QItemSelectionModel::Select);
+    }
 }
 
 HistoryColumns HistoryList::columns() const
@@ -240,6 +280,7 @@ void HistoryList::takeNewPage()
     setAutoScroll(false);
     if (const auto& commit = store_.window().selectedCommit.value())
         select(model_->rowOf(*commit));
+    selectAgain();
     setAutoScroll(true);
     doItemsLayout();
     returnToPlace(place);
@@ -346,7 +387,7 @@ void HistoryList::contextMenuEvent(QContextMenuEvent* event)
     if (byKeyboard)
         place = viewport()->mapToGlobal(QPoint(static_cast<int>(logicalX(columns().subjectLeft)),
                                                (row + 1) * rowPainter_.rowHeight() - verticalOffset()));
-    QMenu* menu = makeCommitMenu(store_, shown->commit, this);
+    QMenu* menu = makeMenuOf(shown->commit);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(place);
 }
@@ -354,7 +395,16 @@ void HistoryList::contextMenuEvent(QContextMenuEvent* event)
 QMenu* HistoryList::makeContextMenu()
 {
     const std::optional<HistoryRow> selected = model_->row(selectedRow());
-    return selected ? makeCommitMenu(store_, selected->commit, this) : nullptr;
+    return selected ? makeMenuOf(selected->commit) : nullptr;
+}
+
+/// Makes the menu of a commit, or of all that are selected if it is one of several.
+QMenu* HistoryList::makeMenuOf(const gitkit::Commit& commit)
+{
+    const std::vector<gitkit::Commit> selected = selectedCommits();
+    const bool isOneOfSeveral =
+        selected.size() > 1 && std::ranges::find(selected, commit.hash, &gitkit::Commit::hash) != selected.end();
+    return isOneOfSeveral ? makeCommitsMenu(store_, selected, this) : makeCommitMenu(store_, commit, this);
 }
 
 bool HistoryList::viewportEvent(QEvent* event)
@@ -442,7 +492,7 @@ void HistoryList::paintEvent(QPaintEvent* event)
     sight.size = viewport()->size();
     sight.isMirrored = isRightToLeft();
     sight.isOutdated = store_.history().isOutdated.value();
-    sight.selected = selectedRow();
+    sight.isSelected = [this](int row) { return selectionModel()->isSelected(model_->index(row)); };
     sight.hovered = hovered_;
     sight.lanes = seenLanes_;
     sight.matches = marksMatches() ? &store_.matches() : nullptr;

@@ -57,6 +57,10 @@ private:
     int rowAt(int y) const;
     int lastVisibleRow() const;
     int selectedRow() const;
+    std::vector<gitkit::Commit> selectedCommits() const;
+    QMenu* makeMenuOf(const gitkit::Commit& commit);
+    void keepSelection();
+    void selectAgain();
     HistoryColumns columns() const;
     void placeHeader();
     void showColumns();
@@ -91,6 +95,7 @@ private:
     std::vector<Anchor> place_;
     bool isRestoring_ = false; ///< the list changes its selection and place itself; the user does not
     bool isAsking_ = false;
+    std::vector<std::string> kept_; ///< hashes of the selected rows, while the page is replaced
     bool isByKey_ = false;          ///< a key is changing the selection
     bool revealsWhenShown_ = false; ///< the selected row must be scrolled into view once the list is visible
     std::vector<QPropertyNotifier> notifiers_;

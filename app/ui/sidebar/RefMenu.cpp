@@ -8,6 +8,7 @@
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/compare/CompareMenu.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
@@ -242,6 +243,8 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
         addMakeUpstream(*menu, store, ref);
     if (ref.kind == GitRef::Kind::tag)
         addTagEntries(*menu, store, ref);
+    menu->addSeparator();
+    addComparisons(*menu, store, ref);
     menu->addSeparator();
     markAs(CommandId::copyRefName, menu->addAction(Texts::tr("Copy Name"), [name = exactText(ref.name)] {
         QGuiApplication::clipboard()->setText(name);

@@ -3,6 +3,7 @@
 
 #include "app/store/actions/Remotes.h"
 #include "app/ui/commit/CommitDetailView.h"
+#include "app/ui/compare/ComparisonView.h"
 #include "app/ui/dialogs/StoreDialogs.h"
 #include "app/ui/history/HistoryView.h"
 #include "app/ui/inspector/InspectorView.h"
@@ -87,6 +88,7 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store.snapshot().readProblem.addNotifier(showProblem));
     notifiers_.push_back(store.window().notice.addNotifier([this] { showNotice(store_.window().notice.value()); }));
     notifiers_.push_back(store.window().selection.addNotifier([this] { showSelection(); }));
+    notifiers_.push_back(store.window().compared.addNotifier([this] { showComparison(); }));
     notifiers_.push_back(
         store.window().viewWishes.addNotifier([this] { detail_->currentWidget()->setFocus(Qt::ShortcutFocusReason); }));
     notifiers_.push_back(store.window().inspected.addNotifier([this] { showInspector(); }));
@@ -117,13 +119,15 @@ void RepositoryView::nameEditor()
         stashes_->detail()->setEditorTitle(editorTitle_);
     if (timeline_)
         timeline_->detail()->setEditorTitle(editorTitle_);
+    if (comparison_)
+        comparison_->setEditorTitle(editorTitle_);
 }
 
 void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice); }
 
 void RepositoryView::showSelection()
 {
-    QWidget* view = detailFor(store_.window().selection.value());
+    QWidget* view = chosenDetail();
     if (detail_->indexOf(view) < 0) {
         detail_->addWidget(view);
         nameEditor();
@@ -183,6 +187,8 @@ QStackedWidget* RepositoryView::diffPlace() const
         return workingCopy_->diffPlace();
     if (view == timeline_)
         return timeline_->diffPlace();
+    if (view == comparison_)
+        return comparison_->diffPlace();
     return view == stashes_ ? stashes_->diffPlace() : history_->diffPlace();
 }
 
@@ -229,6 +235,26 @@ void RepositoryView::showCommandLog()
             next->setFocus(Qt::OtherFocusReason);
     }
     windowSplit_->setSizedVisible(false);
+}
+
+/// Returns the comparison while there is one, and the view of the selected item otherwise.
+QWidget* RepositoryView::chosenDetail()
+{
+    if (!store_.window().compared.value())
+        return detailFor(store_.window().selection.value());
+    return comparison_ = comparison_ ? comparison_ : new ComparisonView(store_, detail_);
+}
+
+void RepositoryView::showComparison()
+{
+    const bool wasShown = comparison_ && detail_->currentWidget() == comparison_;
+    if (store_.window().compared.value())
+        store_.window().leaveBlame();
+    if (wasShown == store_.window().compared.value().has_value())
+        return;
+    showSelection();
+    if (!wasShown)
+        comparison_->setFocus(Qt::OtherFocusReason);
 }
 
 QWidget* RepositoryView::detailFor(const SidebarItem& item)

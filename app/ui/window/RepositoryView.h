@@ -15,6 +15,7 @@ class QStackedWidget;
 namespace plovik {
 
 class CommandLogPanel;
+class ComparisonView;
 class HistoryView;
 class InspectorView;
 class MenuTarget;
@@ -52,6 +53,8 @@ public:
 
 private:
     void showSelection();
+    void showComparison();
+    QWidget* chosenDetail();
     void showInspector();
     void placeInspector();
     QStackedWidget* diffPlace() const;
@@ -80,6 +83,7 @@ private:
     WorkingCopyView* workingCopy_ = nullptr;
     StashesView* stashes_ = nullptr;
     TimelineView* timeline_ = nullptr;
+    ComparisonView* comparison_ = nullptr;
     std::function<QString()> editorTitle_;
     std::vector<QPropertyNotifier> notifiers_;
 };
