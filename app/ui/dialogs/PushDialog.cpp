@@ -95,6 +95,7 @@ void PushDialog::layOut()
 {
     remote_->setAccessibleName(tr("Remote"));
     name_->setAccessibleName(tr("Name There"));
+    list_->setSpacing(2);
     list_->setAccessibleName(tr("What Goes and What Comes"));
     list_->setFixedHeight(comparisonHeight);
     list_->setSelectionMode(QAbstractItemView::NoSelection);

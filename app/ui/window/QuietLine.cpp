@@ -119,6 +119,8 @@ void QuietLine::showSaid()
     action_->setVisible(said->offer != Offer::none);
     action_->setText(said->offer == Offer::redo ? tr("Redo") : tr("Undo"));
     showOffer();
+    action_->ensurePolished();
+    sentence_->ensurePolished();
     arrange();
     show();
     raise();
@@ -194,6 +196,14 @@ bool QuietLine::eventFilter(QObject* watched, QEvent* event)
     if (!isHidden() && std::ranges::find(moves, event->type()) != moves.end())
         arrange();
     return QWidget::eventFilter(watched, event);
+}
+
+/// Its parts want another size once they have their style, which is after they are shown first.
+bool QuietLine::event(QEvent* event)
+{
+    if (event->type() == QEvent::LayoutRequest && !isHidden())
+        arrange();
+    return QWidget::event(event);
 }
 
 bool QuietLine::holdsFocus(const QWidget* focus) const { return focus && (focus == this || isAncestorOf(focus)); }

@@ -33,6 +33,7 @@ public:
     /// Lies over the lower edge of a widget inside of `base`, as long as that is in sight.
     void setPlace(QWidget* place);
 
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
