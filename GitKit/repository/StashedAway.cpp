@@ -98,7 +98,7 @@ void runBetweenStashes(const GitRepository& repo, const std::string& message,
         try {
             if (unfinished(repo) == before && repo.runner().bytes({"ls-files", "--unmerged", "-z"}).empty())
                 bringBack(repo, stash, fate);
-        } catch (const std::exception&) { // the action's own failure says more, and `fate` tells of the stash
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the first failure says more, as `fate` does
         }
         throw;
     }

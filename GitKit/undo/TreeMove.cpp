@@ -36,7 +36,7 @@ std::string withoutConflicts(const std::vector<std::string>& conflicts)
     return lines;
 }
 
-void feed(const GitRepository& repo, std::vector<std::string> command, std::string input, RunOptions options)
+void feed(const GitRepository& repo, const std::vector<std::string>& command, std::string input, RunOptions options)
 {
     if (input.empty())
         return;

@@ -126,7 +126,7 @@ Undoable createBranch(const std::string& name, const std::optional<std::string>&
     return undo;
 }
 
-Undoable checkOutRequest(const std::string& name, std::function<std::string()> commit)
+Undoable checkOutRequest(const std::string& name, const std::function<std::string()>& commit)
 {
     Undoable undo = createBranch(name, std::nullopt, gitkit::AfterCreating::checkOut);
     undo.complete = [commit](const GitRepository& repo, UndoScope& scope) { scope.target = treeOf(repo, commit()); };
@@ -245,7 +245,7 @@ Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString&
     return undo;
 }
 
-Undoable pull(gitkit::PullBy how, std::function<std::optional<std::string>()> fetched)
+Undoable pull(gitkit::PullBy how, const std::function<std::optional<std::string>()>& fetched)
 {
     Undoable undo{.title = UndoTexts::tr("Pull"), .done = UndoTexts::tr("Pulled."), .scope = moving("pull")};
     undo.scope.movesAnyRef = true;

@@ -25,7 +25,7 @@ Undoable checkout(const std::string& ref, const QString& shown, const std::optio
 Undoable createBranch(const std::string& name, const std::optional<std::string>& startPoint,
                       gitkit::AfterCreating after);
 /// `commit` tells where the branch begins, once that was fetched.
-Undoable checkOutRequest(const std::string& name, std::function<std::string()> commit);
+Undoable checkOutRequest(const std::string& name, const std::function<std::string()>& commit);
 Undoable deleteBranch(const std::string& name);
 Undoable renameBranch(const std::string& name, const std::string& newName);
 /// For setting and unsetting it.
@@ -44,7 +44,7 @@ Undoable revert(const std::string& hash);
 /// `branch` is what is moved, as it is shown.
 Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch);
 /// `fetched` tells what was fetched for it, as fetchToPull() does, once that has happened.
-Undoable pull(gitkit::PullBy how, std::function<std::optional<std::string>()> fetched);
+Undoable pull(gitkit::PullBy how, const std::function<std::optional<std::string>()>& fetched);
 /// For the list of what has happened: it cannot be taken back.
 Undoable push(const std::string& branch, const std::string& remote);
 /// The same for a branch or tag that is deleted there.
