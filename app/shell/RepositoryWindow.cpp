@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/RepositoryWindow.h"
 
+#include "app/platform/DetachedProgram.h"
 #include "app/platform/FileBrowser.h"
 #include "app/platform/Terminal.h"
 #include "app/platform/Trash.h"
@@ -38,6 +39,7 @@ StoreServices desktopServices()
     StoreServices services;
     services.reveal = &revealFiles;
     services.openInEditor = &externalEditor::open;
+    services.startGit = &startGitDetached;
     services.openTerminal = &openTerminal;
     services.trash = &moveToTrash;
     services.messages = commitMessageWriter();

@@ -36,6 +36,9 @@ struct StoreServices {
     std::function<void(const Files& files, Failed failed)> reveal = {};
     /// Opens files in the editor that the user chose.
     std::function<void(const Files& files, Failed failed)> openInEditor = {};
+    /// Starts git in a folder for a program of its own. Paths among the arguments are taken literally.
+    std::function<void(const std::vector<std::string>& arguments, const std::filesystem::path& folder, Failed failed)>
+        startGit = {};
     /// Opens a terminal in a folder.
     std::function<void(const std::filesystem::path& folder, Failed failed)> openTerminal = {};
     /// Moves a file to the Trash. Called on the worker's threads.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/actions/DesktopFiles.h"
 
+#include "GitKit/repository/OutsideTool.h"
+#include "app/store/GitAccess.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
 #include "app/store/WindowState.h"
@@ -30,6 +32,19 @@ StoreServices::Failed reporting(const Actors& actors)
     };
 }
 
+QCoro::Task<> openingInOutsideTool(Actors actors, gitkit::OutsideTool tool, std::string path)
+{
+    std::vector<std::string> arguments;
+    try {
+        arguments = co_await actors.git.read(&gitkit::outsideToolCommand, tool, path);
+    } catch (const std::exception& failure) {
+        actors.window.report(failureOf(failure));
+        co_return;
+    }
+    if (actors.services.startGit)
+        actors.services.startGit(arguments, actors.snapshot.root(), reporting(actors));
+}
+
 } // namespace
 
 void reveal(Actors actors, const Files& files)
@@ -42,6 +57,11 @@ void openInEditor(Actors actors, const Files& files)
 {
     if (actors.services.openInEditor)
         actors.services.openInEditor(absolutePaths(actors, files), reporting(actors));
+}
+
+void openInOutsideTool(Actors actors, gitkit::OutsideTool tool, const std::string& path)
+{
+    launch(openingInOutsideTool(actors, tool, path));
 }
 
 void openTerminal(Actors actors)

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "GitKit/records/FileChange.h"
+#include "GitKit/records/OutsideTool.h"
 #include "app/store/actions/Actors.h"
 
+#include <string>
 #include <vector>
 
 namespace plovik::actions {
@@ -12,6 +14,8 @@ namespace plovik::actions {
 void reveal(Actors actors, const std::vector<gitkit::FileChange>& files);
 /// Opens files in the editor that the user chose. Reports a failure to the user.
 void openInEditor(Actors actors, const std::vector<gitkit::FileChange>& files);
+/// Shows a file in the user's own tool for diffs or merges. Reports a failure to the user.
+void openInOutsideTool(Actors actors, gitkit::OutsideTool tool, const std::string& path);
 /// Opens a terminal in the repository's folder. Reports a failure to the user.
 void openTerminal(Actors actors);
 

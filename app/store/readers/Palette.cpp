@@ -42,7 +42,7 @@ std::vector<std::string> latestFirst(const gitkit::GitRepository& repo, const Pa
     try {
         for (const std::string& name : gitkit::recentlyCheckedOut(repo))
             places.emplace("refs/heads/" + name, static_cast<int>(places.size()));
-    } catch (const gitkit::GitError&) { // nothing was committed yet
+    } catch (const gitkit::GitError&) { // NOLINT(bugprone-empty-catch): nothing was committed yet
     }
     std::vector<std::pair<int, std::size_t>> order;
     for (std::size_t index = 0; index < names.size(); ++index) {

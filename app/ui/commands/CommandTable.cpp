@@ -326,6 +326,8 @@ constexpr Command table[] = {
      .action = Command::SightSlot{"switchBranch()"}},
     onSelection(Id::openInEditor, QT_TRANSLATE_NOOP("Commands", "Open in Editor"), wantedFile, Qt::Key_Return),
     onSelection(Id::revealFile, QT_TRANSLATE_NOOP("Commands", "Reveal in File Browser"), wantedFile),
+    onSelection(Id::openInOutsideTool, QT_TRANSLATE_NOOP("Commands", "Open in Difftool or Mergetool"),
+                QT_TRANSLATE_NOOP("Commands", "Select a changed file in the working copy.")),
     onSelection(Id::showBlame, QT_TRANSLATE_NOOP("Commands", "Show Blame"), wantedFile),
     onSelection(Id::showFileHistory, QT_TRANSLATE_NOOP("Commands", "Show File History"), wantedFile),
     onSelection(Id::blameBefore, QT_TRANSLATE_NOOP("Commands", "Blame Before This Commit"),

@@ -80,6 +80,7 @@ enum class CommandId {
     // What the context menus offer for what is selected.
     openInEditor,
     revealFile,
+    openInOutsideTool,
     showBlame,
     showFileHistory,
     blameBefore,

@@ -46,6 +46,7 @@ std::vector<Entry> layouts()
           line,
           openInEditor,
           revealFile,
+          openInOutsideTool,
           showBlame,
           showFileHistory,
           linesHistory,

@@ -98,6 +98,24 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
     menu.addSeparator();
 }
 
+/// Offers the user's own tool for diffs, or for merges where there is a conflict.
+void addOutsideTool(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
+{
+    const gitkit::FileChange& file = files.front();
+    using gitkit::OutsideTool;
+    const OutsideTool tool = file.isConflicted    ? OutsideTool::conflict
+                             : file.hasUnstaged() ? OutsideTool::unstaged
+                                                  : OutsideTool::staged;
+    QAction* const entry = menu.addAction(
+        tool == OutsideTool::conflict ? Texts::tr("Open in Mergetool") : Texts::tr("Open in Difftool"), &menu,
+        [&store, tool, path = file.path] { actions::openInOutsideTool(store.actors(), tool, path); });
+    markAs(CommandId::openInOutsideTool, entry);
+    if (const QString reason = reasonAgainstInspecting(store, files); !reason.isEmpty()) {
+        entry->setEnabled(false);
+        entry->setToolTip(plainToolTip(reason));
+    }
+}
+
 void addStashing(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
 {
     std::vector<gitkit::FileChange> stashed;
@@ -152,6 +170,7 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
             action->setToolTip(Texts::tr("The file is not in the working tree now."));
         }
     }
+    addOutsideTool(*menu, store, files);
     addInspection(*menu, store, files);
     add(CommandId::copyPath, Texts::tr("Copy Path"), [files] { copyPaths(files); });
     return menu;

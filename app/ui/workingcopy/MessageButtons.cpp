@@ -210,9 +210,8 @@ QCoro::Task<> MessageButtons::addingMessages(QPointer<QMenu> menu)
         entry->setToolTip(plainToolTip(text));
     }
     if (messages.empty())
-        waiting->setText(problem);
-    else
-        delete waiting;
+        menu->addAction(plainMenuText(problem))->setEnabled(false);
+    delete waiting;
 }
 
 void MessageButtons::extendBody(const QString& trailer)
