@@ -118,8 +118,6 @@ public:
     void createTag(const std::string& name, const std::string& target, const std::string& message = {}) const;
     void deleteTag(const std::string& name) const;
     void merge(const std::string& ref) const;
-    void cherryPick(const std::string& hash) const;
-    void revert(const std::string& hash) const;
 
     void stashSave(const std::string& message, UntrackedFiles untracked) const;
     /// Looks the stash up by its hash, because its number may have changed. Stages again what was staged if git can.

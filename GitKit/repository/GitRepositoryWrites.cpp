@@ -298,24 +298,6 @@ void GitRepository::merge(const std::string& ref) const
     runTelling(runner_, {"merge", revision.starts_with("refs/") ? shortestName(runner_, revision) : revision});
 }
 
-void GitRepository::cherryPick(const std::string& hash) const
-{
-    const std::string revision = exactArgument("cherry-pick", hash);
-    waitForIndex(*this);
-    requireIgnoredStay(*this, "cherry-pick",
-                       listOf("diff-tree", {"--root", "--no-commit-id", "-r", "--diff-filter=A", revision}));
-    runTelling(runner_, {"cherry-pick", revision});
-}
-
-void GitRepository::revert(const std::string& hash) const
-{
-    const std::string revision = exactArgument("revert", hash);
-    waitForIndex(*this);
-    requireIgnoredStay(*this, "revert",
-                       listOf("diff-tree", {"--root", "--no-commit-id", "-r", "--diff-filter=D", revision}));
-    runTelling(runner_, {"revert", "--no-edit", revision});
-}
-
 void GitRepository::stashSave(const std::string& message, UntrackedFiles untracked) const
 {
     Arguments arguments{"stash", "push"};

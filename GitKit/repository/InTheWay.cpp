@@ -125,6 +125,12 @@ InTheWay inTheWay(const GitRepository& repo, const std::string& fromTree, const 
 
 InTheWay inTheWayOf(const GitRepository& repo, const std::vector<std::string>& paths) { return standing(repo, paths); }
 
+InTheWay standingAt(const GitRepository& repo, const std::vector<std::string>& command)
+{
+    const GitOutput listed = repo.runner().output(command);
+    return listed.status == 0 ? standing(repo, splitNul(listed.stdoutBytes)) : InTheWay();
+}
+
 InTheWay inTheWayOfCheckout(const GitRepository& repo, const std::string& ref)
 {
     return standingAtListed(repo, {"diff-tree", "-r", "--diff-filter=AT", "HEAD", ref, "--"});
@@ -133,16 +139,6 @@ InTheWay inTheWayOfCheckout(const GitRepository& repo, const std::string& ref)
 InTheWay inTheWayOfMerge(const GitRepository& repo, const std::string& ref)
 {
     return standingAtListed(repo, {"diff", "--diff-filter=A", "HEAD..." + ref, "--"});
-}
-
-InTheWay inTheWayOfCherryPick(const GitRepository& repo, const std::string& hash)
-{
-    return standingAtListed(repo, {"diff-tree", "--root", "--no-commit-id", "-r", "--diff-filter=A", hash, "--"});
-}
-
-InTheWay inTheWayOfRevert(const GitRepository& repo, const std::string& hash)
-{
-    return standingAtListed(repo, {"diff-tree", "--root", "--no-commit-id", "-r", "--diff-filter=D", hash, "--"});
 }
 
 InTheWay inTheWayOfStash(const GitRepository& repo, const std::string& commit)

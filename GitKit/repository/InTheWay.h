@@ -27,6 +27,9 @@ std::vector<std::string> unknownFiles(const GitRepository& repo, Unknown kind, c
 /// changed is not among it: git refuses to overwrite it.
 InTheWay inTheWay(const GitRepository& repo, const std::string& fromTree, const std::string& toTree);
 
+/// The same for the files that a command lists, each ended by a zero byte; nothing where the command fails.
+InTheWay standingAt(const GitRepository& repo, const std::vector<std::string>& command);
+
 // The same for what git is about to do. `ref`, `hash` and `commit` are full names or hashes. Nothing is in the way of what
 // git will refuse in words of its own.
 
@@ -34,8 +37,6 @@ InTheWay inTheWay(const GitRepository& repo, const std::string& fromTree, const 
 InTheWay inTheWayOf(const GitRepository& repo, const std::vector<std::string>& paths);
 InTheWay inTheWayOfCheckout(const GitRepository& repo, const std::string& ref);
 InTheWay inTheWayOfMerge(const GitRepository& repo, const std::string& ref);
-InTheWay inTheWayOfCherryPick(const GitRepository& repo, const std::string& hash);
-InTheWay inTheWayOfRevert(const GitRepository& repo, const std::string& hash);
 InTheWay inTheWayOfStash(const GitRepository& repo, const std::string& commit);
 
 /// Moves files away into `folder`, with their paths, bytes, modes and times; nothing is copied where both are on one file

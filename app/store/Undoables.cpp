@@ -5,6 +5,7 @@
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/InTheWay.h"
+#include "GitKit/repository/Picking.h"
 #include "GitKit/repository/Upstream.h"
 #include "GitKit/undo/PartialStash.h"
 #include "GitKit/undo/Reset.h"
@@ -26,6 +27,13 @@ namespace {
 struct UndoTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Undo)
 };
+
+/// Returns the abbreviated hash, or how many commits they are.
+QString shownPick(const gitkit::Pick& pick)
+{
+    return pick.commits.size() == 1 ? shownText(gitkit::shortHash(pick.commits.front()))
+                                    : UndoTexts::tr("%Ln commit(s)", nullptr, static_cast<int>(pick.commits.size()));
+}
 
 QString subjectOf(const std::string& message) { return inQuotes(message.substr(0, message.find('\n'))); }
 
@@ -209,22 +217,22 @@ Undoable fastForward(const std::string& branch)
             .scope = {.kind = "fast-forward", .refs = {"refs/heads/" + branch}}};
 }
 
-Undoable cherryPick(const std::string& hash)
+Undoable cherryPick(const gitkit::Pick& pick)
 {
-    const QString shown = shownText(gitkit::shortHash(hash));
+    const QString shown = shownPick(pick);
     return {.title = UndoTexts::tr("Cherry-Pick of %1").arg(shown),
             .done = UndoTexts::tr("Cherry-picked %1.").arg(shown),
             .scope = moving("cherry-pick"),
-            .inTheWay = [hash](const GitRepository& repo) { return gitkit::inTheWayOfCherryPick(repo, hash); }};
+            .inTheWay = [pick](const GitRepository& repo) { return gitkit::inTheWayOfPick(repo, pick); }};
 }
 
-Undoable revert(const std::string& hash)
+Undoable revert(const gitkit::Pick& pick)
 {
-    const QString shown = shownText(gitkit::shortHash(hash));
+    const QString shown = shownPick(pick);
     return {.title = UndoTexts::tr("Revert of %1").arg(shown),
             .done = UndoTexts::tr("Reverted %1.").arg(shown),
             .scope = moving("revert"),
-            .inTheWay = [hash](const GitRepository& repo) { return gitkit::inTheWayOfRevert(repo, hash); }};
+            .inTheWay = [pick](const GitRepository& repo) { return gitkit::inTheWayOfRevert(repo, pick); }};
 }
 
 Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch)

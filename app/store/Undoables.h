@@ -4,6 +4,7 @@
 #include "GitKit/records/BranchChange.h"
 #include "GitKit/records/FileChange.h"
 #include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/Pick.h"
 #include "GitKit/records/Reset.h"
 #include "GitKit/records/Stash.h"
 #include "app/store/StepKeeping.h"
@@ -39,8 +40,8 @@ Undoable squash(const std::string& ref, const QString& shown);
 /// `branch` is what is moved, as it is shown.
 Undoable rebase(const std::string& ref, const QString& branch, const QString& shown);
 Undoable fastForward(const std::string& branch);
-Undoable cherryPick(const std::string& hash);
-Undoable revert(const std::string& hash);
+Undoable cherryPick(const gitkit::Pick& pick);
+Undoable revert(const gitkit::Pick& pick);
 /// `branch` is what is moved, as it is shown.
 Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch);
 /// `fetched` tells what was fetched for it, as fetchToPull() does, once that has happened.

@@ -565,6 +565,13 @@
             <numerusform>Leave %n commits behind?</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln commit(s)</source>
+        <translation>
+            <numerusform>%Ln commit</numerusform>
+            <numerusform>%Ln commits</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::ResetDialog</name>
@@ -751,6 +758,13 @@
         <translation>
             <numerusform>Undo %Ln step?</numerusform>
             <numerusform>Undo %Ln steps?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln commit(s)</source>
+        <translation>
+            <numerusform>%Ln commit</numerusform>
+            <numerusform>%Ln commits</numerusform>
         </translation>
     </message>
 </context>

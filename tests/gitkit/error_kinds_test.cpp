@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/Commits.h"
+#include "GitKit/repository/Picking.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitMessages.h"
 #include "tests/support/TemporaryFolder.h"
@@ -99,19 +100,20 @@ TEST(ErrorKinds, TellWhatIsInTheWay)
     EXPECT_EQ(kindOf([&] { repository.merge("refs/heads/side"); }), Kind::conflicts);
     for (const auto& work : std::vector<std::function<void()>>{
              [&] { repository.commit("x", CommitMode::create); }, [&] { repository.merge("refs/heads/side"); },
-             [&] { repository.checkout("refs/heads/side"); }, [&] { repository.cherryPick("refs/heads/side"); },
-             [&] { repository.pull(); }, [&] { repository.stashSave("x", UntrackedFiles::leave); }})
+             [&] { repository.checkout("refs/heads/side"); },
+             [&] { gitkit::cherryPick(repository, {{"refs/heads/side"}}); }, [&] { repository.pull(); },
+             [&] { repository.stashSave("x", UntrackedFiles::leave); }})
         EXPECT_EQ(kindOf(work), Kind::conflicts);
     repo.git({"merge", "--abort"});
-    EXPECT_EQ(kindOf([&] { repository.cherryPick("refs/heads/side"); }), Kind::conflicts);
+    EXPECT_EQ(kindOf([&] { gitkit::cherryPick(repository, {{"refs/heads/side"}}); }), Kind::conflicts);
     repo.git({"cherry-pick", "--abort"});
-    EXPECT_EQ(kindOf([&] { repository.revert("HEAD~1"); }), Kind::noSuchRef) << "not a full name";
-    EXPECT_EQ(kindOf([&] { repository.revert(repo.read({"rev-parse", "HEAD~1"})); }), Kind::conflicts);
+    EXPECT_EQ(kindOf([&] { gitkit::revert(repository, {{"HEAD~1"}}); }), Kind::noSuchRef) << "not a full name";
+    EXPECT_EQ(kindOf([&] { gitkit::revert(repository, {{repo.read({"rev-parse", "HEAD~1"})}}); }), Kind::conflicts);
     repo.git({"revert", "--abort"}).write("a", "4\n");
 
-    for (const auto& work : std::vector<std::function<void()>>{[&] { repository.checkout("refs/heads/side"); },
-                                                               [&] { repository.merge("refs/heads/side"); },
-                                                               [&] { repository.cherryPick("refs/heads/side"); }})
+    for (const auto& work : std::vector<std::function<void()>>{
+             [&] { repository.checkout("refs/heads/side"); }, [&] { repository.merge("refs/heads/side"); },
+             [&] { gitkit::cherryPick(repository, {{"refs/heads/side"}}); }})
         EXPECT_EQ(kindOf(work), Kind::wouldOverwriteLocalChanges);
     repo.git({"add", "a"}).git({"stash", "push", "-q"}).write("a", "5\n").commit("five");
     EXPECT_EQ(kindOf([&] { repo.repository().git({"stash", "pop", "--index"}); }), Kind::indexNotRestorable);

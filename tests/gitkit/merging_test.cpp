@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Merging.h"
+#include "GitKit/repository/Picking.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitVersion.h"
 #include "tests/support/TestRepository.h"
@@ -85,6 +86,18 @@ TEST_F(MergeWays, TakesEachWay)
     repo.git({"tag", "topic", start}); // the branch is meant
     rebaseOnto(repo.repository(), "refs/heads/topic");
     EXPECT_EQ(parents(), topic);
+}
+
+TEST_F(MergeWays, AMergeIsPickedAndRevertedAsSeenFromAParent)
+{
+    repo.write("b", "2\n").commit("ours").git({"merge", "-q", "topic"});
+    const std::string merge = repo.head();
+    EXPECT_EQ(parentNames(repo.repository(), merge), (std::vector<std::string>{"main", "topic"}));
+    revert(repo.repository(), {{merge}, 2});
+    EXPECT_EQ(bytesAt(repo / "a") + bytesAt(repo / "b"), "topic\n1\n");
+    repo.git({"reset", "-q", "--hard", merge});
+    revert(repo.repository(), {{merge}, 1});
+    EXPECT_EQ(bytesAt(repo / "a") + bytesAt(repo / "b"), "1\n2\n");
 }
 
 TEST_F(MergeWays, MovesOnOnlyBranchesThatAreFree)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/PartialPatch.h"
 #include "GitKit/repository/Operations.h"
+#include "GitKit/repository/Picking.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 
@@ -399,17 +400,17 @@ TEST(Merging, TakesTheBranchAndTellsOfConflicts)
     EXPECT_THAT(failure([&] { repository.merge("refs/heads/topic"); }),
                 AllOf(says, HasSubstr("Automatic merge failed")));
     repo.git({"merge", "--abort"});
-    EXPECT_THAT(failure([&] { repository.cherryPick(topic); }), AllOf(says, HasSubstr("could not apply")));
+    EXPECT_THAT(failure([&] { gitkit::cherryPick(repository, {{topic}}); }), AllOf(says, HasSubstr("could not apply")));
     repo.git({"cherry-pick", "--abort"});
     repo.write("a", "9\n").commit("nine");
-    EXPECT_THAT(failure([&] { repository.revert(start); }), AllOf(says, HasSubstr("could not revert")));
+    EXPECT_THAT(failure([&] { gitkit::revert(repository, {{start}}); }), AllOf(says, HasSubstr("could not revert")));
     repo.git({"revert", "--abort"});
-    repository.cherryPick(clean);
+    gitkit::cherryPick(repository, {{clean}});
     EXPECT_EQ(repository.lastCommitMessage(), "clean");
-    repository.revert(repo.head());
+    gitkit::revert(repository, {{repo.head()}});
     EXPECT_THAT(repository.lastCommitMessage(), HasSubstr("This reverts commit"));
-    EXPECT_NE(failure([&] { repository.cherryPick("--abort"); }), "");
-    EXPECT_NE(failure([&] { repository.revert("--skip"); }), "");
+    EXPECT_NE(failure([&] { gitkit::cherryPick(repository, {{"--abort"}}); }), "");
+    EXPECT_NE(failure([&] { gitkit::revert(repository, {{"--skip"}}); }), "");
 }
 
 TEST(Stashes, BringBackWhatWasStaged)
@@ -498,8 +499,8 @@ TEST(Writing, OverwritesNoIgnoredFile)
         [&] { repository.checkout(ahead); },
         [&] { repository.createBranch("new", ahead, After::checkOut); },
         [&] { repository.merge("refs/heads/ahead"); },
-        [&] { repository.cherryPick(ahead); },
-        [&] { repository.revert(removal); },
+        [&] { gitkit::cherryPick(repository, {{ahead}}); },
+        [&] { gitkit::revert(repository, {{removal}}); },
         [&] { repository.stashApply(stash, Use::pop); },
         [&] { repo.write("b", "1").commit("aside"), repository.merge("refs/heads/ahead"); }};
     for (std::size_t index = 0; index < writes.size(); ++index) {

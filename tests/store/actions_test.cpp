@@ -4,6 +4,7 @@
 
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/Merges.h"
+#include "app/store/actions/Picks.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"

@@ -8,6 +8,7 @@
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
+#include "app/store/actions/Picks.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Stashes.h"
 

@@ -12,6 +12,7 @@
 #include "app/store/actions/FileVersions.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
+#include "app/store/actions/Picks.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"
@@ -22,6 +23,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <iterator>
+#include <sstream>
 
 namespace plovik {
 namespace {
@@ -69,6 +72,23 @@ gitkit::FileChange fileOf(const UndoWindow& window, const std::string& path)
 void resetBack(UndoWindow& window, gitkit::ResetKind kind)
 {
     actions::reset(window.store.actors(), {kind, window.repo.head(), window.repo.read({"rev-parse", "HEAD~1"})});
+}
+
+/// topic has two commits above main, the second of which changes what the first one has made.
+void twoOnTopic(TestRepository& repo)
+{
+    repo.git({"checkout", "-q", "topic"}).write("t/new", "2").git({"commit", "-q", "-am", "three"});
+    repo.git({"checkout", "-q", "main"}).write("b", "local");
+}
+
+gitkit::Commit commitAt(UndoWindow& window, const std::string& name)
+{
+    gitkit::Commit commit;
+    commit.hash = window.repo.read({"rev-parse", name});
+    commit.subject = window.repo.read({"log", "-1", "--format=%s", name});
+    std::istringstream parents(window.repo.read({"log", "-1", "--format=%P", name}));
+    commit.parents.assign(std::istream_iterator<std::string>(parents), {});
+    return commit;
 }
 
 const std::vector<Story> stories{
@@ -129,6 +149,20 @@ const std::vector<Story> stories{
      [](auto& t) { actions::fastForward(t.store.actors(), "old"); }},
     {"Cherry-Pick of", [](auto& r) { r.write("b", "local"); },
      [](auto& t) { actions::cherryPick(t.store.actors(), t.ref("topic").hash); }},
+    {"Cherry-Pick of 2 commits", twoOnTopic,
+     [](auto& t) { actions::cherryPick(t.store.actors(), std::vector{commitAt(t, "topic"), commitAt(t, "topic~1")}); }},
+    {"Revert of 2 commits",
+     [](auto& r) {
+         twoOnTopic(r);
+         r.git({"merge", "-q", "--ff-only", "topic"});
+     },
+     [](auto& t) { actions::revert(t.store.actors(), std::vector{commitAt(t, "topic"), commitAt(t, "topic~1")}); }},
+    {"Revert of",
+     [](auto& r) {
+         twoOnTopic(r);
+         r.git({"merge", "-q", "--no-ff", "topic"});
+     },
+     [](auto& t) { actions::revert(t.store.actors(), std::vector{commitAt(t, "HEAD")}); }},
     {"Revert of", nothing, [](auto& t) { actions::revert(t.store.actors(), t.repo.head()); }},
     {"Reset of main", twoCommits, [](auto& t) { resetBack(t, gitkit::ResetKind::keep); }},
     {"Reset of main", twoCommits, [](auto& t) { resetBack(t, gitkit::ResetKind::soft); }},

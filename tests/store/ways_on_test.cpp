@@ -11,6 +11,7 @@
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
+#include "app/store/actions/Picks.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"
@@ -340,6 +341,41 @@ TEST_F(WaysOn, ABranchThatIsNotCheckedOutIsPulled)
     actions::pullOther(store.actors(), "old");
     worker.finishAll();
     EXPECT_EQ(error(), "“old” and “origin/main” have diverged. Check it out to merge.");
+}
+
+TEST_F(WaysOn, CommitsThatWouldChangeNothingAreSkippedAndAMergeIsAskedAbout)
+{
+    repo.git({"checkout", "-q", "topic"}).write("d", "1").commit("more").git({"checkout", "-q", "main"});
+    repo.write("a", lines({{1, "topic"}})).write("c", "topic\n").commit("the same");
+    load();
+    gitkit::Commit first;
+    first.hash = repo.read({"rev-parse", "topic~1"});
+    gitkit::Commit second;
+    second.hash = ref("topic").hash;
+    actions::cherryPick(store.actors(), std::vector{second, first});
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(notice(), "One of the commits would change nothing here. It can be skipped.");
+    ASSERT_TRUE(store.snapshot().inProgress.value());
+    actions::skipOperation(store.actors());
+    worker.finishAll();
+    EXPECT_FALSE(store.snapshot().inProgress.value());
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "more") << error();
+
+    gitkit::Commit merge;
+    merge.subject = "Merge";
+    merge.parents = {"1", "2"};
+    EXPECT_EQ(actions::cannotPick({merge}).toStdString(), "");
+    EXPECT_NE(actions::cannotPick({merge, first}).toStdString(), "");
+    load();
+    actions::merge(store.actors(), ref("topic"));
+    worker.finishAll();
+    merge.hash = repo.head();
+    actions::revert(store.actors(), std::vector{merge});
+    worker.finishAll();
+    ASSERT_TRUE(store.window().confirmation.value()) << error();
+    EXPECT_EQ(store.window().confirmation.value()->actionTitle.toStdString(), "As Seen from main");
+    EXPECT_EQ(store.window().confirmation.value()->choices.at(0).title.toStdString(), "As Seen from topic");
 }
 
 TEST_F(WaysOn, ASquashLeavesItsMessageAndTellsWhatToDo)

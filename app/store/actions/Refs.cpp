@@ -82,11 +82,6 @@ std::vector<std::string> listing(std::vector<std::string> command)
     return command;
 }
 
-std::vector<std::string> filesOfCommit(const std::string& hash)
-{
-    return listing({"diff-tree", "--root", "--no-commit-id", "-r", hash});
-}
-
 /// Begins a change that checks out `target`; asks first where commits would be left behind. Where a branch was checked
 /// out at the last status, the change itself looks again, because HEAD may have been detached elsewhere since.
 void leaveHead(Actors actors, const std::string& target, Change leave)
@@ -136,18 +131,6 @@ void checkOut(Actors actors, const std::string& target, const QString& shown, Gi
                       .title = RefTexts::tr("Checking out %1…").arg(shown),
                       .operation = std::move(operation),
                       .undo = undoable::checkout(target, shown, made)});
-}
-
-/// Says quietly that a commit changes nothing here. The bar of the operation skips it.
-std::function<bool(const Failure&)> tellingEmpty(WindowState& window, const std::string& hash)
-{
-    return [&window, hash](const Failure& failure) {
-        if (failure.kind != gitkit::ErrorKind::nothingToDo)
-            return false;
-        window.tell(
-            RefTexts::tr("%1 would change nothing here. It can be skipped.").arg(shownText(gitkit::shortHash(hash))));
-        return true;
-    };
 }
 
 void forceDelete(Changes& changes, const std::string& branch)
@@ -325,32 +308,6 @@ void reset(Actors actors, const Reset& how)
     if (how.kind == gitkit::ResetKind::hard)
         change.consent = StepKeeping::Consent::movesUntracked;
     actors.changes.run(std::move(change));
-}
-
-void cherryPick(Actors actors, const std::string& hash)
-{
-    actors.changes.run(waysOn::offeringStash(
-        actors,
-        {.verb = Verb::cherryPick,
-         .title = RefTexts::tr("Cherry-picking…"),
-         .operation = [hash](const GitRepository& repo) { repo.cherryPick(hash); },
-         .undo = undoable::cherryPick(hash),
-         .failed = tellingEmpty(actors.window, hash)},
-        {.message = RefTexts::tr("Before cherry-pick of %1").arg(shownText(gitkit::shortHash(hash))),
-         .listing = filesOfCommit(hash)}));
-}
-
-void revert(Actors actors, const std::string& hash)
-{
-    actors.changes.run(
-        waysOn::offeringStash(actors,
-                              {.verb = Verb::revert,
-                               .title = RefTexts::tr("Reverting…"),
-                               .operation = [hash](const GitRepository& repo) { repo.revert(hash); },
-                               .undo = undoable::revert(hash),
-                               .failed = tellingEmpty(actors.window, hash)},
-                              {.message = RefTexts::tr("Before revert of %1").arg(shownText(gitkit::shortHash(hash))),
-                               .listing = filesOfCommit(hash)}));
 }
 
 } // namespace plovik::actions

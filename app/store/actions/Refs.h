@@ -35,7 +35,4 @@ struct Reset {
 };
 void reset(Actors actors, const Reset& how);
 
-void cherryPick(Actors actors, const std::string& hash);
-void revert(Actors actors, const std::string& hash);
-
 } // namespace plovik::actions

@@ -2,6 +2,7 @@
 #include "app/ui/history/CommitMenu.h"
 
 #include "app/store/ShownText.h"
+#include "app/store/actions/Picks.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/compare/CompareMenu.h"
@@ -59,21 +60,16 @@ void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commi
     add(CommandId::newTagHere, Verb::createTag, Texts::tr("New Tag Here…"),
         [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
     menu.addSeparator();
-    QAction* const pick = add(CommandId::cherryPick, Verb::cherryPick, Texts::tr("Cherry-Pick"),
-                              [&store, hash] { actions::cherryPick(store.actors(), hash); });
-    QAction* const revert = add(CommandId::revert, Verb::revert, Texts::tr("Revert"),
-                                [&store, hash] { actions::revert(store.actors(), hash); });
+    add(CommandId::cherryPick, Verb::cherryPick,
+        commit.parents.size() > 1 ? Texts::tr("Cherry-Pick…") : Texts::tr("Cherry-Pick"),
+        [&store, commit] { actions::cherryPick(store.actors(), std::vector{commit}); });
+    add(CommandId::revert, Verb::revert, commit.parents.size() > 1 ? Texts::tr("Revert…") : Texts::tr("Revert"),
+        [&store, commit] { actions::revert(store.actors(), std::vector{commit}); });
     const auto& branch = store.snapshot().status.value().branch;
     add(CommandId::resetHere, Verb::reset,
         branch ? plainMenuText(Texts::tr("Reset “%1” to Here…").arg(shownText(*branch)))
                : Texts::tr("Reset HEAD to Here…"),
         [&store, hash] { store.window().showSheet(ResetSheet{hash}); });
-    if (commit.parents.size() > 1) {
-        for (QAction* const action : {pick, revert}) {
-            action->setEnabled(false);
-            action->setToolTip(Texts::tr("A merge has changes against each of its parents."));
-        }
-    }
     menu.addSeparator();
 }
 

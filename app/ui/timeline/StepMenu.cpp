@@ -3,6 +3,7 @@
 
 #include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/Picks.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Steps.h"
 #include "app/ui/commands/Commands.h"
