@@ -247,6 +247,23 @@
     </message>
 </context>
 <context>
+    <name>plovik::CommitMenu</name>
+    <message numerus="yes">
+        <source>Cherry-Pick %n Commit(s)</source>
+        <translation>
+            <numerusform>Cherry-Pick %n Commit</numerusform>
+            <numerusform>Cherry-Pick %n Commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Revert %n Commit(s)</source>
+        <translation>
+            <numerusform>Revert %n Commit</numerusform>
+            <numerusform>Revert %n Commits</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::ComparisonView</name>
     <message numerus="yes">
         <source>%Ln file(s)</source>

@@ -119,6 +119,14 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewBranchSheet{commit.hash}));
     EXPECT_EQ(entries(*makeStashMenu(store, {}, &parent)),
               (Titles{"Apply Stash", "Pop Stash", "New Branch from Stash…", "—", "Drop Stash…"}));
+    gitkit::Commit merge;
+    merge.parents = {"1", "2"};
+    const auto enabled = [&](const std::vector<gitkit::Commit>& commits, const QString& title) {
+        const QAction* const found = entry(*makeCommitsMenu(store, commits, &parent), title);
+        return found && found->isEnabled();
+    };
+    EXPECT_TRUE(enabled({commit, commit, commit}, u"Revert 3 Commits"_s));
+    EXPECT_FALSE(enabled({commit, merge, commit}, u"Cherry-Pick 3 Commits"_s));
     test::givenRunning(store, Verb::revert);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
               (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert)",

@@ -73,6 +73,25 @@ void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commi
     menu.addSeparator();
 }
 
+/// `commits` are the newest first.
+void addPicks(QMenu& menu, RepositoryStore& store, const std::vector<gitkit::Commit>& commits)
+{
+    const int count = static_cast<int>(commits.size());
+    QAction* const pick =
+        addChange(menu, store, Verb::cherryPick, Texts::tr("Cherry-Pick %n Commit(s)", nullptr, count),
+                  [&store, commits] { actions::cherryPick(store.actors(), commits); });
+    QAction* const revert = addChange(menu, store, Verb::revert, Texts::tr("Revert %n Commit(s)", nullptr, count),
+                                      [&store, commits] { actions::revert(store.actors(), commits); });
+    const QString why = actions::cannotPick(commits);
+    for (QAction* const entry : {markAs(CommandId::cherryPick, pick), markAs(CommandId::revert, revert)}) {
+        if (!why.isEmpty()) {
+            entry->setEnabled(false);
+            entry->setToolTip(plainToolTip(why));
+        }
+    }
+    menu.addSeparator();
+}
+
 } // namespace
 
 QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWidget* parent)
@@ -93,6 +112,7 @@ QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>
         addComparisonOfBoth(*menu, store, commits.back(), commits.front());
         menu->addSeparator();
     }
+    addPicks(*menu, store, commits);
     QStringList hashes;
     QStringList subjects;
     for (const gitkit::Commit& commit : commits) {
