@@ -201,6 +201,12 @@ TEST_F(StoreActions, PushChoosesTheRemoteOrSaysWhyItCannot)
     load();
     store.window().dismissError();
     actions::push(store.actors());
+    worker.finishAll();
+    EXPECT_TRUE(std::holds_alternative<PushSheet>(store.window().sheet.value().value())) << "which of the two is asked";
+    store.window().closeSheet();
+    repo.git({"remote", "remove", "elsewhere"});
+    load();
+    actions::push(store.actors());
     EXPECT_EQ(activity(), "Pushing…");
     worker.finishAll();
     EXPECT_EQ(error(), "");
