@@ -37,9 +37,8 @@ InspectedFile::Tab otherOf(InspectedFile::Tab tab)
 /// Says which state of a file is shown, and which lines of it.
 QString placeOf(const InspectedFile& file)
 {
-    const QString revision = file.revision
-                                 ? InspectorView::tr("at %1").arg(shownText(gitkit::shortHash(*file.revision)))
-                                 : InspectorView::tr("Working Copy");
+    QString revision = file.revision ? InspectorView::tr("at %1").arg(shownText(gitkit::shortHash(*file.revision)))
+                                     : InspectorView::tr("Working Copy");
     if (!file.lines || file.tab != InspectedFile::Tab::history)
         return revision;
     const QLocale locale;
