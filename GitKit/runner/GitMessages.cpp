@@ -239,6 +239,18 @@ std::vector<std::string> embeddedRepositories(const GitOutput& output)
     return endsOfLines(output.stderrBytes, "warning: adding embedded git repository: ");
 }
 
+std::string lockNamedIn(std::string_view message)
+{
+    constexpr std::string_view start = "nable to create '";
+    constexpr std::string_view end = "': File exists";
+    const std::size_t place = message.find(start);
+    if (place == std::string_view::npos)
+        return {};
+    message.remove_prefix(place + start.size());
+    const std::size_t length = message.find(end);
+    return length == std::string_view::npos ? std::string() : std::string(message.substr(0, length));
+}
+
 GitError failureOf(const std::string& command, const GitOutput& output)
 {
     std::string message(trimmed(output.errorText()));

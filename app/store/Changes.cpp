@@ -2,8 +2,10 @@
 #include "app/store/Changes.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Locks.h"
 #include "GitKit/runner/RunContext.h"
 #include "app/store/ActionRuns.h"
+#include "app/store/FailureWays.h"
 #include "app/store/ShownText.h"
 #include "app/store/Trust.h"
 #include "app/store/WindowState.h"
@@ -75,6 +77,17 @@ std::vector<std::string> changedByUser(const gitkit::ChangedFiles& files)
             paths.push_back(file.path);
     }
     return paths;
+}
+
+/// Returns the change, which moves a lock away before anything else.
+Change withoutLock(Change change, const std::filesystem::path& lock)
+{
+    change.prepare = [prepare = change.prepare, lock](const GitRepository& repo) {
+        gitkit::moveLockAway(repo, lock);
+        if (prepare)
+            prepare(repo);
+    };
+    return change;
 }
 
 QString titleOfSlow(Verb verb)
@@ -191,7 +204,9 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
         change.succeeded();
     // A failure after a cancel is a result of the cancel. The log still shows it.
     if (failure && !isAsked && !stop.stop_requested() && !(change.failed && change.failed(*failure)))
-        window_.report(*failure);
+        reportWithWays(git_, window_, *failure,
+                       {.again = [this, change] { this->run(change); },
+                        .withoutLock = [this, change](const auto& lock) { this->run(withoutLock(change, lock)); }});
     snapshot_.refresh(change.title.isEmpty() ? RefreshScope::status : RefreshScope::full);
     // What was done is shown meanwhile; the next change waits for the end of this one's record.
     if (keeping && keeping->isKept())

@@ -368,6 +368,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::FailureWays</name>
+    <message numerus="yes">
+        <source>%n minute(s) old</source>
+        <translation>
+            <numerusform>%n minute old</numerusform>
+            <numerusform>%n minutes old</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::FileHistoryPane</name>
     <message numerus="yes">
         <source>%Ln commit(s), and the rest could not be read: %1</source>

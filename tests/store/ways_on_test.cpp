@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <stop_token>
@@ -393,6 +394,44 @@ TEST_F(WaysOn, ASquashLeavesItsMessageAndTellsWhatToDo)
     actions::merge(store.actors(), ref("topic"), gitkit::MergeKind::squash);
     worker.finishAll();
     EXPECT_EQ(notice(), "Already up to date.");
+}
+
+TEST_F(WaysOn, ALockIsExplainedAndMovedAwayOnceNobodyNeedsIt)
+{
+    repo.write("b", "2\n").write(".git/index.lock", "");
+    load();
+    const auto commits = [&] {
+        actions::merge(store.actors(), ref("topic"));
+        worker.finishAll();
+    };
+    commits();
+    EXPECT_TRUE(error().starts_with("The lock “index.lock” is held. It is less than a minute old.")) << error();
+    ASSERT_EQ(store.window().ways().size(), 1U);
+    std::filesystem::last_write_time(repo / ".git/index.lock",
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::minutes(5));
+    store.window().takeWay(0);
+    worker.finishAll();
+    EXPECT_TRUE(error().starts_with("The lock “index.lock” is held. It is 5 minutes old, and no program works"))
+        << error();
+    ASSERT_EQ(store.window().ways().size(), 2U);
+    store.window().takeWay(1);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.head(), ref("topic").hash);
+}
+
+TEST_F(WaysOn, ARemoteThatIsGoneIsTriedAgain)
+{
+    repo.git({"config", "remote.origin.url", "http://127.0.0.1:1/x"});
+    load();
+    actions::fetch(store.actors());
+    worker.finishAll();
+    EXPECT_TRUE(error().starts_with("The remote cannot be reached.\n\n")) << error();
+    ASSERT_EQ(store.window().ways().size(), 1U);
+    repo.git({"config", "remote.origin.url", remote.path().string()});
+    store.window().takeWay(0);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
 }
 
 TEST_F(WaysOn, APushToOneOfSeveralRemotesAsksWhere)

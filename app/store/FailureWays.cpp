@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/FailureWays.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Locks.h"
+#include "app/store/ShownText.h"
+#include "app/store/WindowState.h"
+
+#include <QCoreApplication>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace plovik {
+
+namespace {
+
+using gitkit::ErrorKind;
+
+struct FailureTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::FailureWays)
+};
+
+/// Says what is wrong on the way to a remote; empty for other failures.
+QString remoteProblem(ErrorKind kind)
+{
+    switch (kind) {
+    case ErrorKind::authentication:
+        return FailureTexts::tr("The remote did not accept the name, the password or the key.");
+    case ErrorKind::hostKey:
+        return FailureTexts::tr("The key of the remote is not known here, so nothing was sent.");
+    case ErrorKind::network:
+        return FailureTexts::tr("The remote cannot be reached.");
+    default:
+        return {};
+    }
+}
+
+QString shownAge(std::chrono::seconds age)
+{
+    const auto minutes = static_cast<int>(age.count() / 60);
+    return minutes < 1 ? FailureTexts::tr("less than a minute old")
+                       : FailureTexts::tr("%n minute(s) old", nullptr, minutes);
+}
+
+QString shownPrograms(const std::vector<std::string>& programs)
+{
+    constexpr std::size_t most = 5;
+    QStringList names;
+    for (std::size_t index = 0; index < std::min(programs.size(), most); ++index)
+        names += shownText(programs[index]);
+    return names.join(u", "_s);
+}
+
+QString sentenceFor(const gitkit::HeldLock& lock)
+{
+    const QString file = inQuotes(lock.file.filename().string());
+    if (!lock.programs.empty())
+        return FailureTexts::tr("The lock %1 is held. It is %2, and these programs work in this repository: %3.")
+            .arg(file, shownAge(lock.age), shownPrograms(lock.programs));
+    return lock.isLeftBehind()
+               ? FailureTexts::tr(
+                     "The lock %1 is held. It is %2, and no program works in this repository: a git that was "
+                     "ended has left it.")
+                     .arg(file, shownAge(lock.age))
+               : FailureTexts::tr("The lock %1 is held. It is %2.").arg(file, shownAge(lock.age));
+}
+
+Failure saidFirst(Failure failure, const QString& sentence)
+{
+    failure.message = sentence + u"\n\n"_s + failure.message;
+    failure.speaker = gitkit::Speaker::plovik;
+    return failure;
+}
+
+QCoro::Task<> reportingLock(const GitAccess& git, WindowState& window, Failure failure, WaysFromFailure ways)
+{
+    std::optional<gitkit::HeldLock> lock;
+    try {
+        lock = co_await git.read(&gitkit::heldLock, failure.message.toStdString());
+    } catch (const std::exception&) {
+        lock.reset();
+    }
+    std::vector<Way> buttons{{FailureTexts::tr("Try Again"), ways.again}};
+    if (lock && lock->isLeftBehind())
+        buttons.push_back({FailureTexts::tr("Move the Lock Away"),
+                           [without = ways.withoutLock, file = lock->file] { without(file); }});
+    window.report(lock ? saidFirst(failure, sentenceFor(*lock)) : failure, std::move(buttons));
+}
+
+} // namespace
+
+void reportWithWays(const GitAccess& git, WindowState& window, const Failure& failure, WaysFromFailure ways)
+{
+    if (failure.kind == ErrorKind::lockHeld) {
+        launch(reportingLock(git, window, failure, std::move(ways)));
+        return;
+    }
+    const QString problem = remoteProblem(failure.kind);
+    if (problem.isEmpty())
+        window.report(failure);
+    else
+        window.report(saidFirst(failure, problem), {{FailureTexts::tr("Try Again"), std::move(ways.again)}});
+}
+
+} // namespace plovik
