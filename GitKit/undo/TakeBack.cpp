@@ -206,6 +206,7 @@ private:
         for (const std::string& path : removedPaths(way_.from, kept_))
             scope.removes.push_back(path);
         std::set<std::string> paths(edited_.begin(), edited_.end());
+        paths.insert(known_.begin(), known_.end()); // they are there before it, too
         // A file that is not as it is staged at one end may be so at the other one without having been moved: its
         // contents have to be looked at both times, or it would pass for moved.
         for (const UndoPoint* point : {&way_.from, &way_.to}) {

@@ -642,6 +642,25 @@ TEST(UndoJournal, WhatChangesNothingDoesNotStandInTheWay)
     EXPECT_FALSE(nextUndo(undoSteps(kit)));
 }
 
+TEST(UndoJournal, AFileThatIsThereAlreadyStaysThroughRedoAndUndo)
+{
+    TestRepository repo;
+    repo.write("a", "1").commit("one").git({"checkout", "-q", "-b", "topic"}).write("b", "2").commit("two");
+    repo.git({"checkout", "-q", "main"});
+    const GitRepository kit = repo.repository();
+    const fs::path directory = gitDirectories(kit).own;
+    UndoRecording recording(kit, directory, {.title = "Checkout", .movesFiles = true, .movesIndex = true});
+    repo.git({"checkout", "-q", "topic"});
+    recording.finish(kit);
+    takeBack(kit, directory, *nextUndo(undoSteps(kit)), "Undo");
+    repo.write("b", "2"); // what redo brings is there already, as a file that git does not know
+    const std::string before = wholeState(repo);
+    takeBack(kit, directory, *nextRedo(undoSteps(kit)), "Redo");
+    EXPECT_EQ(repo.read({"symbolic-ref", "--short", "HEAD"}) + repo.read({"status", "--porcelain"}), "topic");
+    takeBack(kit, directory, *nextUndo(undoSteps(kit)), "Undo");
+    EXPECT_EQ(wholeState(repo), before);
+}
+
 TEST(UndoJournal, RedoIsOverOnceSomethingElseIsDone)
 {
     const auto step = [](const char* id, const char* undoes = "") {

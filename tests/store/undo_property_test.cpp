@@ -6,6 +6,7 @@
 #include "tests/support/WholeState.h"
 
 #include "GitKit/undo/UndoJournal.h"
+#include "app/store/actions/BranchSettings.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
 #include "app/store/actions/Picks.h"
@@ -190,7 +191,7 @@ private:
         const Actors actors = store.actors();
         const auto& stashes = store.snapshot().stashes.value();
         const std::string branch = someBranch();
-        switch (number(12)) {
+        switch (number(18)) {
         case 0:
         case 1:
             store.draft().setAmend(chance(20));
@@ -226,6 +227,28 @@ private:
         case 10:
             actions::confirmDelete(actors, window_.ref(branch));
             return "deletion of " + branch;
+        case 11:
+            if (const Staging::Files files = window_.files(); !files.empty())
+                actions::stashFiles(actors, QStringLiteral("some"),
+                                    {files[static_cast<std::size_t>(number(static_cast<int>(files.size())))]});
+            return "stash of a file";
+        case 12:
+            actions::stashStaged(actors, QStringLiteral("staged"));
+            return "stash of what is staged";
+        case 13:
+            if (!stashes.empty())
+                actions::branchFromStash(actors, "branch" + std::to_string(number(1000)), stashes[0]);
+            return "branch from a stash";
+        case 14:
+            actions::reset(actors,
+                           {static_cast<gitkit::ResetKind>(number(4)), window_.repo.head(), window_.ref(branch).hash});
+            return "reset to " + branch;
+        case 15:
+            actions::renameBranch(actors, branch, "renamed" + std::to_string(number(1000)), {});
+            return "rename of " + branch;
+        case 16:
+            actions::rebaseOnto(actors, window_.ref(branch));
+            return "rebase onto " + branch;
         default:
             store.staging().confirmDiscard(window_.files());
             return "discard";
