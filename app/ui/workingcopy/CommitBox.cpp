@@ -273,8 +273,7 @@ QCoro::Task<> CommitBox::checkingSpelling()
     try {
         checker = co_await store_.git().run<std::unique_ptr<SpellChecker>>(
             Worker::Lane::shortRead, [locale = QLocale()] { return makeSpellChecker(locale); });
-    } catch (const std::exception&) {
-        // Without a thread to read it on there is no dictionary.
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): without a thread there is no dictionary
     }
     if (self && checker && hasDictionary_)
         body_->checkSpelling(std::move(checker));
