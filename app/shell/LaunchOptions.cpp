@@ -39,6 +39,8 @@ std::optional<SidebarItem> sectionNamed(std::string_view name)
         return SidebarItem::stashes();
     if (name == "timeline")
         return SidebarItem::timeline();
+    if (name == "where-head-was")
+        return SidebarItem::refLog("HEAD");
     return std::nullopt;
 }
 
@@ -110,7 +112,7 @@ struct Option {
 const Option valueOptions[] = {
     {u"show"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "SECTION"),
      QT_TRANSLATE_NOOP("plovik::LaunchOptions",
-                       "open with working-copy, history, stashes or timeline; or open the window welcome\n"
+                       "open with working-copy, history, stashes, timeline or where-head-was; or open the window welcome\n"
                        "or settings, with the tab of that title: settings=editor"),
      &takeShow},
     {u"appearance"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "SCHEME"),

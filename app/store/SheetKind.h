@@ -75,8 +75,13 @@ struct IdentitySheet {
     gitkit::Identity known; ///< what the configuration says already
     bool operator==(const IdentitySheet&) const = default;
 };
-using SheetKind =
-    std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
-                 DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet>;
+/// Shows what stands around a commit.
+struct RelationsSheet {
+    std::string hash; ///< full
+    bool operator==(const RelationsSheet&) const = default;
+};
+using SheetKind = std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet,
+                               SentChangesSheet, DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet,
+                               RequestSheet, CleanSheet, RelationsSheet>;
 
 } // namespace plovik

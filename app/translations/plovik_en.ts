@@ -601,6 +601,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::RelationsDialog</name>
+    <message numerus="yes">
+        <source>Contained in %Ln ref(s)</source>
+        <translation>
+            <numerusform>Contained in %Ln ref</numerusform>
+            <numerusform>Contained in %Ln refs</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::ResetDialog</name>
     <message numerus="yes">
         <source>Moves %1 off %n commit(s) and onto others.</source>

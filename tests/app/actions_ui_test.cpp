@@ -71,12 +71,14 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     const GitRef remote = makeRef(GitRef::Kind::remote, "refs/remotes/", "origin/side");
     const GitRef tag = makeRef(GitRef::Kind::tag, "refs/tags/", "v1");
 
-    EXPECT_EQ(menuOf(local), (Titles{"Check Out", "Merge into “a&&b”", "Merge With Options…",
-                                     "Rebase “a&&b” onto “side”", "New Branch from Here…", "(Pull)", "Push to…", "—",
-                                     "Rename…", "Upstream", "—", "Compare", "—", "Copy Name", "—", "Delete…"}));
-    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)",
-                                       "(Rebase “a&&b” onto “a&&b”)", "New Branch from Here…", "Push", "Push to…", "—",
-                                       "Rename…", "Upstream", "—", "Compare", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(local),
+              (Titles{"Check Out", "Merge into “a&&b”", "Merge With Options…", "Rebase “a&&b” onto “side”",
+                      "New Branch from Here…", "(Pull)", "Push to…", "—", "Rename…", "Upstream", "—", "Compare",
+                      "Where It Was", "—", "Copy Name", "—", "Delete…"}));
+    EXPECT_EQ(menuOf(current),
+              (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)", "(Rebase “a&&b” onto “a&&b”)",
+                      "New Branch from Here…", "Push", "Push to…", "—", "Rename…", "Upstream", "—", "Compare",
+                      "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
     EXPECT_EQ(menuOf(remote),
               (Titles{"Check Out", "Merge", "Merge With Options…", "Rebase “a&&b” onto “origin/side”",
                       "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Compare", "—", "Copy Name"}));
@@ -90,8 +92,8 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     test::givenRunning(store, Verb::fetch);
     EXPECT_EQ(menuOf(current),
               (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)", "(Rebase “a&&b” onto “a&&b”)",
-                      "New Branch from Here…", "(Push)", "(Push to…)", "—", "Rename…", "Upstream", "—", "Compare", "—",
-                      "Copy Name", "—", "(Delete…)"}));
+                      "New Branch from Here…", "(Push)", "(Push to…)", "—", "Rename…", "Upstream", "—", "Compare",
+                      "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::deleteTag);
     EXPECT_EQ(menuOf(tag),
               (Titles{"Check Out", "New Branch from Here…", "—", "Compare", "—", "Copy Name", "—", "(Delete…)"}));
@@ -110,9 +112,9 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     commit.hash = std::string(40, 'c');
     commit.subject = "Change it";
     QMenu* menu = makeCommitMenu(store, commit, &parent);
-    EXPECT_EQ(entries(*menu),
-              (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick", "Revert",
-                      "(Reset HEAD to Here…)", "—", "Compare", "—", "Copy Hash", "Copy Subject"}));
+    EXPECT_EQ(entries(*menu), (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick",
+                                      "Revert", "(Reset HEAD to Here…)", "—", "Compare", "Children, Branches and Tags…",
+                                      "—", "Copy Hash", "Copy Subject"}));
     entry(*menu, u"New Tag Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewTagSheet{commit.hash}));
     entry(*menu, u"New Branch Here…"_s)->trigger();
@@ -130,7 +132,8 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     test::givenRunning(store, Verb::revert);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
               (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert)",
-                      "(Reset HEAD to Here…)", "—", "Compare", "—", "Copy Hash", "Copy Subject"}));
+                      "(Reset HEAD to Here…)", "—", "Compare", "Children, Branches and Tags…", "—", "Copy Hash",
+                      "Copy Subject"}));
 }
 
 /// A window's content over a real repository.

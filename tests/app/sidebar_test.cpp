@@ -95,9 +95,10 @@ protected:
 
 TEST_F(SidebarTest, MakesFoldersOfSharedPrefixesAndOfRemotes)
 {
-    EXPECT_EQ(rows(), (std::vector<std::string>{"Working Copy", "History", "Stashes", "Timeline", "BRANCHES", " main",
-                                                " release/2.4", " feature", "  login", "  word-diff", "REMOTES",
-                                                " origin", "  main", " team/fork", "  main", "TAGS"}));
+    EXPECT_EQ(rows(),
+              (std::vector<std::string>{"Working Copy", "History", "Stashes", "Timeline", "Where HEAD Was", "BRANCHES",
+                                        " main", " release/2.4", " feature", "  login", "  word-diff", "REMOTES",
+                                        " origin", "  main", " team/fork", "  main", "TAGS"}));
     given(store.snapshot().tags, std::vector<GitRef>{});
     EXPECT_EQ(rows().back(), "  main");
 }
@@ -111,8 +112,8 @@ TEST_F(SidebarTest, NamesItsRowsForAssistiveTechnology)
     QStringList names;
     for (int i = 0; i < interface->childCount(); ++i)
         names.append(interface->child(i)->text(QAccessible::Name));
-    for (const char* name :
-         {"Working Copy", "History", "Stashes", "Timeline", "main", "feature/login", "origin/main", "team/fork/main"})
+    for (const char* name : {"Working Copy", "History", "Stashes", "Timeline", "Where HEAD Was", "main",
+                             "feature/login", "origin/main", "team/fork/main"})
         EXPECT_TRUE(names.contains(QLatin1String(name))) << name;
     EXPECT_EQ(filter().accessibleName(), QStringLiteral("Filter Refs"));
 }
@@ -146,9 +147,9 @@ TEST_F(SidebarTest, KeepsFoldersGroupsAndSelectionWhenRefsChange)
 
     given(store.snapshot().branches,
           makeRefs(GitRef::Kind::local, {"aaa", "feature/login", "feature/new", "feature/word-diff", "main"}));
-    EXPECT_EQ(rows(), (std::vector<std::string>{"Working Copy", "History", "Stashes", "Timeline", "BRANCHES", " aaa",
-                                                " main", " feature", "REMOTES", " origin", "  main", " team/fork",
-                                                "  main", "TAGS", " v1.0"}));
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Working Copy", "History", "Stashes", "Timeline", "Where HEAD Was",
+                                                "BRANCHES", " aaa", " main", " feature", "REMOTES", " origin", "  main",
+                                                " team/fork", "  main", "TAGS", " v1.0"}));
     EXPECT_EQ(tree().selectionModel()->selectedIndexes(), QModelIndexList{indexOf("refs/heads/main")});
     EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/main"));
 }
@@ -175,8 +176,8 @@ TEST_F(SidebarTest, FiltersWhileTypingAndForgetsNothing)
     store.window().select(SidebarItem::ref("refs/heads/main"));
 
     filter().setText(QStringLiteral("LOG"));
-    EXPECT_EQ(rows(), (std::vector<std::string>{"Working Copy", "History", "Stashes", "Timeline", "BRANCHES",
-                                                " feature/login"}));
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Working Copy", "History", "Stashes", "Timeline", "Where HEAD Was",
+                                                "BRANCHES", " feature/login"}));
     filter().setText(QStringLiteral("v1"));
     EXPECT_EQ(rows().back(), " v1.0"); // in a group that is closed otherwise
     filter().setText(QStringLiteral("nothing of this name"));
@@ -185,7 +186,7 @@ TEST_F(SidebarTest, FiltersWhileTypingAndForgetsNothing)
 
     press(filter(), Qt::Key_Escape);
     EXPECT_TRUE(filter().text().isEmpty());
-    EXPECT_EQ(rows().size(), 14U); // the folder and the tags closed as before
+    EXPECT_EQ(rows().size(), 15U); // the folder and the tags closed as before
     EXPECT_TRUE(tree().selectionModel()->isSelected(indexOf("refs/heads/main")));
 
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Down}) {

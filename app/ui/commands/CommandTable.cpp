@@ -134,6 +134,10 @@ constexpr Command table[] = {
      .name = QT_TRANSLATE_NOOP("Commands", "Timeline"),
      .keys = Qt::CTRL | Qt::Key_4,
      .action = [](Store& store) { store.window().goTo(SidebarItem::timeline()); }},
+    {.id = Id::showRefLog,
+     .name = QT_TRANSLATE_NOOP("Commands", "Where HEAD Was"),
+     .keys = Qt::CTRL | Qt::Key_5,
+     .action = [](Store& store) { store.window().goTo(SidebarItem::refLog("HEAD")); }},
     {.id = Id::refresh,
      .name = QT_TRANSLATE_NOOP("Commands", "Refresh"),
      .keys = Qt::CTRL | Qt::Key_R,
@@ -414,6 +418,11 @@ constexpr Command table[] = {
     onSelection(Id::compareBoth, QT_TRANSLATE_NOOP("Commands", "Compare Both"),
                 QT_TRANSLATE_NOOP("Commands", "Select two commits in the history.")),
     onSelection(Id::browseFiles, QT_TRANSLATE_NOOP("Commands", "Browse All Files"), wantedCommit),
+    onSelection(Id::bringBackBranch, QT_TRANSLATE_NOOP("Commands", "Bring Back Branch"),
+                QT_TRANSLATE_NOOP("Commands", "Select where a deleted branch was left, in “Where HEAD Was”.")),
+    onSelection(Id::refLogOfBranch, QT_TRANSLATE_NOOP("Commands", "Where It Was"),
+                QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar.")),
+    onSelection(Id::commitRelations, QT_TRANSLATE_NOOP("Commands", "Children, Branches and Tags…"), wantedCommit),
 };
 
 constexpr bool hasARowForEachId()
@@ -422,7 +431,7 @@ constexpr bool hasARowForEachId()
         if (table[index].id != static_cast<CommandId>(index))
             return false;
     }
-    return std::size(table) == static_cast<std::size_t>(Id::browseFiles) + 1;
+    return std::size(table) == static_cast<std::size_t>(Id::commitRelations) + 1;
 }
 static_assert(hasARowForEachId());
 

@@ -38,6 +38,7 @@ enum class CommandId {
     showHistory,
     showStashes,
     showTimeline,
+    showRefLog,
     refresh,
     fetch,
     pull,
@@ -147,6 +148,9 @@ enum class CommandId {
     compareWith,
     compareBoth,
     browseFiles,
+    bringBackBranch,
+    refLogOfBranch,
+    commitRelations,
 };
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is

@@ -7,6 +7,7 @@
 #include "app/ui/dialogs/DiscardedDialog.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/GoToCommitDialog.h"
+#include "app/ui/dialogs/RelationsDialog.h"
 #include "app/ui/dialogs/IdentityDialog.h"
 #include "app/ui/dialogs/MergeDialog.h"
 #include "app/ui/dialogs/NewRefSheets.h"
@@ -49,6 +50,7 @@ struct SheetMaker {
     Sheet* operator()(const SentChangesSheet&) const { return new SentChangesDialog(store, parent); }
     Sheet* operator()(const IdentitySheet& sheet) const { return new IdentityDialog(store, sheet, parent); }
     Sheet* operator()(const ResetSheet& sheet) const { return new ResetDialog(store, sheet, parent); }
+    Sheet* operator()(const RelationsSheet& sheet) const { return new RelationsDialog(store, sheet, parent); }
     Sheet* operator()(const DiscardedSheet&) const { return new DiscardedDialog(store, parent); }
 };
 

@@ -97,11 +97,19 @@ void addPicks(QMenu& menu, RepositoryStore& store, const std::vector<gitkit::Com
 QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWidget* parent)
 {
     auto* menu = new QMenu(parent);
-    addChanges(*menu, store, commit);
-    addComparisons(*menu, store, commit);
-    menu->addSeparator();
-    addCopies(*menu, commit);
+    fillCommitMenu(*menu, store, commit);
     return menu;
+}
+
+void fillCommitMenu(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commit)
+{
+    addChanges(menu, store, commit);
+    addComparisons(menu, store, commit);
+    markAs(CommandId::commitRelations,
+           menu.addAction(Texts::tr("Children, Branches and Tags…"), &menu,
+                          [&store, hash = commit.hash] { store.window().showSheet(RelationsSheet{hash}); }));
+    menu.addSeparator();
+    addCopies(menu, commit);
 }
 
 QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>& commits, QWidget* parent)

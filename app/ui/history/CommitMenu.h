@@ -16,6 +16,9 @@ namespace plovik {
 /// commit as it was when the menu opened.
 QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWidget* parent);
 
+/// Adds the same to a menu.
+void fillCommitMenu(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commit);
+
 /// The same for several commits, the newest first.
 QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>& commits, QWidget* parent);
 

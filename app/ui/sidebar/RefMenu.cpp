@@ -245,6 +245,10 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
         addTagEntries(*menu, store, ref);
     menu->addSeparator();
     addComparisons(*menu, store, ref);
+    if (ref.kind == GitRef::Kind::local)
+        markAs(CommandId::refLogOfBranch,
+               menu->addAction(Texts::tr("Where It Was"), menu,
+                               [&store, name = ref.fullName] { store.window().select(SidebarItem::refLog(name)); }));
     menu->addSeparator();
     markAs(CommandId::copyRefName, menu->addAction(Texts::tr("Copy Name"), [name = exactText(ref.name)] {
         QGuiApplication::clipboard()->setText(name);

@@ -89,6 +89,7 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     case SidebarModel::Kind::history:
     case SidebarModel::Kind::stashes:
     case SidebarModel::Kind::timeline:
+    case SidebarModel::Kind::refLog:
         paintFixedItem(*painter, option, index);
         break;
     case SidebarModel::Kind::branches:

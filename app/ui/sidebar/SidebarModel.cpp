@@ -153,6 +153,8 @@ std::optional<SidebarItem> SidebarModel::item(const QModelIndex& index) const
         return SidebarItem::stashes();
     case Kind::timeline:
         return SidebarItem::timeline();
+    case Kind::refLog:
+        return SidebarItem::refLog("HEAD");
     case Kind::ref:
         return SidebarItem::ref(node(index).ref->fullName);
     default:
@@ -172,6 +174,8 @@ QModelIndex SidebarModel::indexOf(const SidebarItem& item) const
             return item.kind == SidebarItem::Kind::stashes;
         case Kind::timeline:
             return item.kind == SidebarItem::Kind::timeline;
+        case Kind::refLog:
+            return item.kind == SidebarItem::Kind::refLog;
         case Kind::ref:
             return item.isRef() && node.ref->fullName == item.refName;
         default:
@@ -231,6 +235,8 @@ QString SidebarModel::label(const Node& node) const
         return tr("Stashes");
     case Kind::timeline:
         return tr("Timeline");
+    case Kind::refLog:
+        return tr("Where HEAD Was");
     case Kind::branches:
         return tr("BRANCHES");
     case Kind::remotes:

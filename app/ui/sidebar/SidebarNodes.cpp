@@ -59,7 +59,7 @@ SidebarNodes SidebarTree::made()
     }
 
     int row = 0;
-    for (const Kind kind : {Kind::workingCopy, Kind::history, Kind::stashes, Kind::timeline})
+    for (const Kind kind : {Kind::workingCopy, Kind::history, Kind::stashes, Kind::timeline, Kind::refLog})
         addNode({.kind = kind, .row = row++});
     for (const Group& group : groups)
         addNode({.kind = group.kind, .row = row++, .refCount = static_cast<int>(group.refs.size())});

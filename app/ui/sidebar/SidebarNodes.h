@@ -10,7 +10,7 @@
 
 namespace plovik {
 
-enum class SidebarKind { workingCopy, history, stashes, timeline, branches, remotes, tags, folder, ref, nothingFound };
+enum class SidebarKind { workingCopy, history, stashes, timeline, refLog, branches, remotes, tags, folder, ref, nothingFound };
 
 /// A row of the sidebar's tree. The children of a node are stored one after another, so a node needs only the first one
 /// and their number. Value; refers to refs that it does not own.
@@ -36,7 +36,7 @@ struct SidebarLists {
     const std::vector<std::string>& remotes;
 };
 
-constexpr int fixedSidebarItems = 4; ///< the first rows
+constexpr int fixedSidebarItems = 5; ///< the first rows
 
 /// The nodes of the tree, of which the first ones are its roots.
 struct SidebarNodes {

@@ -8,6 +8,7 @@
 #include "app/ui/history/HistoryView.h"
 #include "app/ui/inspector/InspectorView.h"
 #include "app/ui/log/CommandLogPanel.h"
+#include "app/ui/reflog/RefLogView.h"
 #include "app/ui/sidebar/SidebarView.h"
 #include "app/ui/stashes/StashesView.h"
 #include "app/ui/timeline/StepDetailView.h"
@@ -121,6 +122,8 @@ void RepositoryView::nameEditor()
         timeline_->detail()->setEditorTitle(editorTitle_);
     if (comparison_)
         comparison_->setEditorTitle(editorTitle_);
+    if (refLog_)
+        refLog_->detail()->setEditorTitle(editorTitle_);
 }
 
 void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice); }
@@ -189,6 +192,8 @@ QStackedWidget* RepositoryView::diffPlace() const
         return timeline_->diffPlace();
     if (view == comparison_)
         return comparison_->diffPlace();
+    if (view == refLog_)
+        return refLog_->diffPlace();
     return view == stashes_ ? stashes_->diffPlace() : history_->diffPlace();
 }
 
@@ -266,6 +271,8 @@ QWidget* RepositoryView::detailFor(const SidebarItem& item)
         return stashes_ = stashes_ ? stashes_ : new StashesView(store_, detail_);
     case SidebarItem::Kind::timeline:
         return timeline_ = timeline_ ? timeline_ : new TimelineView(store_, detail_);
+    case SidebarItem::Kind::refLog:
+        return refLog_ = refLog_ ? refLog_ : new RefLogView(store_, detail_);
     case SidebarItem::Kind::ref:
     case SidebarItem::Kind::history:
         break;

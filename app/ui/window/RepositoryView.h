@@ -21,6 +21,7 @@ class InspectorView;
 class MenuTarget;
 class MessageBar;
 class QuietLine;
+class RefLogView;
 class SidebarView;
 class SplitPane;
 class StashesView;
@@ -83,6 +84,7 @@ private:
     WorkingCopyView* workingCopy_ = nullptr;
     StashesView* stashes_ = nullptr;
     TimelineView* timeline_ = nullptr;
+    RefLogView* refLog_ = nullptr;
     ComparisonView* comparison_ = nullptr;
     std::function<QString()> editorTitle_;
     std::vector<QPropertyNotifier> notifiers_;
