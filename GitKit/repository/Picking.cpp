@@ -36,6 +36,8 @@ void runPick(const GitRepository& repo, Words command, const Words& commits, int
 {
     for (const std::string& commit : commits)
         exactArgument(command.front().c_str(), commit);
+    // Without a name git would stop just before the commit, half-way.
+    repo.runner().accepted({"var", "GIT_COMMITTER_IDENT"});
     waitForIndex(repo);
     for (const std::string& commit : commits)
         requireIgnoredStay(repo, command.front().c_str(), filesOfPick(commit, parent, comes));

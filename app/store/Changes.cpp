@@ -2,6 +2,7 @@
 #include "app/store/Changes.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Identity.h"
 #include "GitKit/repository/Locks.h"
 #include "GitKit/runner/RunContext.h"
 #include "app/store/ActionRuns.h"
@@ -84,6 +85,17 @@ Change withoutLock(Change change, const std::filesystem::path& lock)
 {
     change.prepare = [prepare = change.prepare, lock](const GitRepository& repo) {
         gitkit::moveLockAway(repo, lock);
+        if (prepare)
+            prepare(repo);
+    };
+    return change;
+}
+
+/// Returns the change, which writes who makes the commits into the configuration before anything else.
+Change withIdentity(Change change, const gitkit::Identity& identity, gitkit::IdentityPlace place)
+{
+    change.prepare = [prepare = change.prepare, identity, place](const GitRepository& repo) {
+        gitkit::setIdentity(repo, identity, place);
         if (prepare)
             prepare(repo);
     };
@@ -204,9 +216,12 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
         change.succeeded();
     // A failure after a cancel is a result of the cancel. The log still shows it.
     if (failure && !isAsked && !stop.stop_requested() && !(change.failed && change.failed(*failure)))
-        reportWithWays(git_, window_, *failure,
-                       {.again = [this, change] { this->run(change); },
-                        .withoutLock = [this, change](const auto& lock) { this->run(withoutLock(change, lock)); }});
+        reportWithWays(
+            git_, window_, *failure,
+            {.again = [this, change] { this->run(change); },
+             .withoutLock = [this, change](const auto& lock) { this->run(withoutLock(change, lock)); },
+             .withIdentity = [this, change](const auto& identity,
+                                            auto place) { this->run(withIdentity(change, identity, place)); }});
     snapshot_.refresh(change.title.isEmpty() ? RefreshScope::status : RefreshScope::full);
     // What was done is shown meanwhile; the next change waits for the end of this one's record.
     if (keeping && keeping->isKept())

@@ -2,12 +2,14 @@
 #include "app/store/FailureWays.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Identity.h"
 #include "GitKit/repository/Locks.h"
 #include "app/store/ShownText.h"
 #include "app/store/WindowState.h"
 
 #include <QCoreApplication>
 
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -91,12 +93,27 @@ QCoro::Task<> reportingLock(const GitAccess& git, WindowState& window, Failure f
     window.report(lock ? saidFirst(failure, sentenceFor(*lock)) : failure, std::move(buttons));
 }
 
+QCoro::Task<> askingForIdentity(const GitAccess& git, WindowState& window, WaysFromFailure ways)
+{
+    gitkit::Identity known;
+    try {
+        known = co_await git.read(&gitkit::identityNow);
+    } catch (const std::exception&) {
+        known = {};
+    }
+    window.showSheet(IdentitySheet{known, std::make_shared<const IdentitySheet::Then>(std::move(ways.withIdentity))});
+}
+
 } // namespace
 
 void reportWithWays(const GitAccess& git, WindowState& window, const Failure& failure, WaysFromFailure ways)
 {
     if (failure.kind == ErrorKind::lockHeld) {
         launch(reportingLock(git, window, failure, std::move(ways)));
+        return;
+    }
+    if (failure.kind == ErrorKind::identityUnknown) {
+        launch(askingForIdentity(git, window, std::move(ways)));
         return;
     }
     const QString problem = remoteProblem(failure.kind);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Identity.h"
 #include "app/store/Failure.h"
 #include "app/store/GitAccess.h"
 
@@ -15,6 +16,8 @@ struct WaysFromFailure {
     std::function<void()> again; ///< tries the same once more
     /// Moves the lock away, and then tries the same.
     std::function<void(const std::filesystem::path& lock)> withoutLock;
+    /// Writes who makes the commits into the configuration, and then tries the same.
+    std::function<void(const gitkit::Identity& identity, gitkit::IdentityPlace place)> withIdentity;
 };
 
 /// Reports a failure: in one sentence, above git's words, where it is a lock or the way to a remote, and with what can be

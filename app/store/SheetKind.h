@@ -7,6 +7,8 @@
 #include "GitKit/records/RemoteBranch.h"
 #include "GitKit/records/Stash.h"
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -70,9 +72,12 @@ struct SentChangesSheet {
 struct DiscardedSheet {
     bool operator==(const DiscardedSheet&) const = default;
 };
-/// Asks who makes the commits, and then has the commit made that git refused without it.
+/// Asks who makes the commits, and then has done what git refused without it.
 struct IdentitySheet {
-    gitkit::Identity known; ///< what the configuration says already
+    using Then = std::function<void(const gitkit::Identity& identity, gitkit::IdentityPlace place)>;
+
+    gitkit::Identity known;                     ///< what the configuration says already
+    std::shared_ptr<const Then> then = nullptr; ///< null for the commit that is being written
     bool operator==(const IdentitySheet&) const = default;
 };
 /// Shows what stands around a commit.

@@ -523,6 +523,36 @@ TEST_F(WaysOn, ACommitWithoutANameAsksWhoMakesIt)
     EXPECT_EQ(repo.read({"config", "--global", "user.email"}), "bob@example.org");
 }
 
+TEST_F(WaysOn, WhoeverMakesACommitIsAskedForWithoutAName)
+{
+    const std::vector<std::pair<const char*, std::function<void(OfferWindow&)>>> makers{
+        {"Merge branch 'topic'", [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},
+        {"on topic", [](auto& t) { actions::cherryPick(t.store.actors(), t.ref("topic").hash); }},
+        {"Revert \"mine\"", [](auto& t) { actions::revert(t.store.actors(), t.repo.head()); }},
+    };
+    for (const auto& [subject, act] : makers) {
+        SCOPED_TRACE(subject);
+        OfferWindow t;
+        t.repo.write("b", "mine\n").commit("mine");
+        const ScopedVariable configuration("GIT_CONFIG_GLOBAL", (t.repo / ".git/global").string());
+        t.repo.write(".git/global", "").git({"config", "user.useConfigOnly", "true"});
+        t.load();
+        act(t);
+        t.worker.finishAll();
+        EXPECT_EQ(t.error(), "");
+        const auto* const sheet =
+            t.store.window().sheet.value() ? std::get_if<IdentitySheet>(&*t.store.window().sheet.value()) : nullptr;
+        ASSERT_TRUE(sheet && sheet->then);
+        const auto then = sheet->then;
+        t.store.window().closeSheet();
+        (*then)({"Bob", "bob@example.org"}, gitkit::IdentityPlace::repository);
+        t.worker.finishAll();
+        EXPECT_EQ(t.error(), "");
+        EXPECT_EQ(t.repo.read({"log", "-1", "--format=%cn: %s"}), std::string("Bob: ") + subject);
+        EXPECT_FALSE(t.store.snapshot().inProgress.value());
+    }
+}
+
 TEST_F(WaysOn, WhatHasNothingToDoIsSaidQuietly)
 {
     repo.git({"merge", "-q", "--ff-only", "topic"});

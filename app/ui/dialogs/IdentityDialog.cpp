@@ -10,7 +10,7 @@
 namespace plovik {
 
 IdentityDialog::IdentityDialog(RepositoryStore& store, const IdentitySheet& asked, QWidget* parent)
-    : Sheet(store, tr("Who Makes the Commits?"), tr("Commit"), parent),
+    : Sheet(store, tr("Who Makes the Commits?"), asked.then ? tr("Continue") : tr("Commit"), parent), then_(asked.then),
       name_(new QLineEdit(exactText(asked.known.name), this)),
       email_(new QLineEdit(exactText(asked.known.email), this)),
       everywhere_(new QRadioButton(tr("In all of my repositories"), this))
@@ -51,9 +51,12 @@ bool IdentityDialog::isComplete() const
 
 void IdentityDialog::submit()
 {
-    store().draft().commitAs({name_->text().trimmed().toStdString(), email_->text().trimmed().toStdString()},
-                             everywhere_->isChecked() ? gitkit::IdentityPlace::everywhere
-                                                      : gitkit::IdentityPlace::repository);
+    const gitkit::Identity identity{name_->text().trimmed().toStdString(), email_->text().trimmed().toStdString()};
+    const auto place = everywhere_->isChecked() ? gitkit::IdentityPlace::everywhere : gitkit::IdentityPlace::repository;
+    if (then_)
+        (*then_)(identity, place);
+    else
+        store().draft().commitAs(identity, place);
 }
 
 } // namespace plovik

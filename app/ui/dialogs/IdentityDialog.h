@@ -24,6 +24,7 @@ protected:
     std::optional<Verb> verb() const override { return Verb::commit; }
 
 private:
+    std::shared_ptr<const IdentitySheet::Then> then_;
     QLineEdit* name_;
     QLineEdit* email_;
     QRadioButton* everywhere_;
