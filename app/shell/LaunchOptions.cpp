@@ -111,9 +111,10 @@ struct Option {
 
 const Option valueOptions[] = {
     {u"show"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "SECTION"),
-     QT_TRANSLATE_NOOP("plovik::LaunchOptions",
-                       "open with working-copy, history, stashes, timeline or where-head-was; or open the window welcome\n"
-                       "or settings, with the tab of that title: settings=editor"),
+     QT_TRANSLATE_NOOP(
+         "plovik::LaunchOptions",
+         "open with working-copy, history, stashes, timeline or where-head-was; or open the window welcome\n"
+         "or settings, with the tab of that title: settings=editor"),
      &takeShow},
     {u"appearance"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "SCHEME"),
      QT_TRANSLATE_NOOP("plovik::LaunchOptions", "use light, dark or the system's colours for this run"),

@@ -10,7 +10,19 @@
 
 namespace plovik {
 
-enum class SidebarKind { workingCopy, history, stashes, timeline, refLog, branches, remotes, tags, folder, ref, nothingFound };
+enum class SidebarKind {
+    workingCopy,
+    history,
+    stashes,
+    timeline,
+    refLog,
+    branches,
+    remotes,
+    tags,
+    folder,
+    ref,
+    nothingFound
+};
 
 /// A row of the sidebar's tree. The children of a node are stored one after another, so a node needs only the first one
 /// and their number. Value; refers to refs that it does not own.
