@@ -69,9 +69,9 @@ OperationFiles operationFiles(const GitRepository& repo, const fs::path& gitDire
     OperationFiles kept{.tree = {}, .refs = operationRefs(repo, gitDirectory)};
     if (const std::vector<std::string> paths = filesNow(gitDirectory); !paths.empty())
         kept.tree = writeOverlay(repo, paths, gitDirectory);
-    // A merge that git refused leaves what it had begun with, and is no operation.
-    if (kept.tree.empty() && kept.refs.size() == 1 && kept.refs.front().first == "AUTO_MERGE")
-        kept.refs.clear();
+    // A merge that git refused leaves what it had begun with, and is no operation, whatever earlier ones have left.
+    if (kept.tree.empty())
+        std::erase_if(kept.refs, [](const auto& ref) { return ref.first == "AUTO_MERGE"; });
     return kept;
 }
 
