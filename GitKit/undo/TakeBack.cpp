@@ -185,7 +185,10 @@ private:
     Names removedNow() const
     {
         Names paths = removedPaths(way_.to, kept_);
-        std::erase_if(paths, [this](const std::string& path) { return kindAt(repo_.root() / path) == FileKind::none; });
+        std::erase_if(paths, [this](const std::string& path) {
+            return kindAt(repo_.root() / path) == FileKind::none ||
+                   std::ranges::find(inTheWay_, path) != inTheWay_.end();
+        });
         return paths;
     }
 
@@ -205,6 +208,8 @@ private:
                         .undoes = step.id};
         for (const std::string& path : removedPaths(way_.from, kept_))
             scope.removes.push_back(path);
+        // What comes back from beside goes there again with a redo, also where nothing comes in its place.
+        scope.removes.insert(scope.removes.end(), step.aside.begin(), step.aside.end());
         std::set<std::string> paths(edited_.begin(), edited_.end());
         paths.insert(known_.begin(), known_.end()); // they are there before it, too
         // A file that is not as it is staged at one end may be so at the other one without having been moved: its
