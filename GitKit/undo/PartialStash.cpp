@@ -18,7 +18,6 @@
 #include "GitKit/undo/UndoWay.h"
 
 #include <algorithm>
-#include <functional>
 #include <set>
 #include <unistd.h>
 
@@ -102,19 +101,6 @@ void dropAgain(const GitRepository& repo, const std::string& stash)
     const GitOutput newest = repo.runner().output({"rev-parse", "--verify", "--quiet", "refs/stash"}, helperOptions());
     if (withoutLineEnd(newest.stdoutBytes) == stash)
         repo.runner().output({"stash", "drop", "--quiet", "stash@{0}"}, helperOptions());
-}
-
-/// Stores a stash and then takes its changes away; where that fails, the stash goes.
-void storeAndTake(const GitRepository& repo, const Base& base, const Trees& trees, const std::string& message,
-                  const std::function<void()>& take)
-{
-    const std::string stash = storeStash(repo, base, trees, message);
-    try {
-        take();
-    } catch (const std::exception&) {
-        dropAgain(repo, stash);
-        throw;
-    }
 }
 
 void moveOrStay(const GitRepository& repo, const fs::path& gitDirectory, const UndoWay& way)
@@ -235,10 +221,9 @@ void stashFiles(const GitRepository& repo, const std::vector<FileChange>& files,
     if (trees.index == base.tree && trees.files == base.tree && trees.untracked.empty())
         refuse("There are no changes in these files any more.", ErrorKind::changedMeanwhile);
     requireRoom(repo, way, {unknown.begin(), unknown.end()});
-    storeAndTake(repo, base, trees, message, [&] {
-        removeKept(repo, gitDirectory, unknown, withUnknown);
-        moveOrStay(repo, gitDirectory, way);
-    });
+    storeStash(repo, base, trees, message);
+    removeKept(repo, gitDirectory, unknown, withUnknown);
+    moveOrStay(repo, gitDirectory, way);
 }
 
 Names stagedPaths(const GitRepository& repo)
@@ -260,8 +245,8 @@ void stashStaged(const GitRepository& repo, const std::string& message)
     way.to.filesTree = withoutStaged(repo, base, way.from.filesTree);
     way.to.indexTree = base.tree;
     requireRoom(repo, way, {});
-    storeAndTake(repo, base, {.index = base.index, .files = base.index}, message,
-                 [&] { moveOrStay(repo, gitDirectory, way); });
+    storeStash(repo, base, {.index = base.index, .files = base.index}, message);
+    moveOrStay(repo, gitDirectory, way);
 }
 
 void stashLines(const GitRepository& repo, const PartialChange& change, const std::string& message)
@@ -269,7 +254,13 @@ void stashLines(const GitRepository& repo, const PartialChange& change, const st
     const fs::path gitDirectory = gitDirectories(repo).own;
     const Base base = baseNow(repo, gitDirectory);
     const Trees trees{.index = base.tree, .files = withLines(repo, base.tree, change)};
-    storeAndTake(repo, base, trees, message, [&] { discardPart(repo, change); });
+    const std::string stash = storeStash(repo, base, trees, message);
+    try {
+        discardPart(repo, change);
+    } catch (const std::exception&) { // the file is as it was
+        dropAgain(repo, stash);
+        throw;
+    }
 }
 
 std::string stashBase(const GitRepository& repo, const std::string& stash)

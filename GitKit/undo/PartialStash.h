@@ -14,7 +14,8 @@ class GitRepository;
 // Stashes of a part of the changes: commits as `git stash` makes them, from what is meant alone, and the rest stays as it
 // is. All functions block and throw as the methods of GitRepository do; callers keep the writers of one repository apart.
 // They throw before anything has changed where an operation is in progress, and where the part cannot be taken out of
-// the rest. The stash is in the list before anything is taken away; what fails after that is taken back.
+// the rest. The stash is in the list before anything is taken away, and stays there when that fails half-way: with a filter
+// that fails, git can write neither the one state nor the other.
 
 /// Returns the paths that stashFiles() takes away.
 std::vector<std::string> pathsToStash(const std::vector<FileChange>& files);

@@ -155,5 +155,18 @@ TEST_F(PartialStash, ChangesNothingWhereItCannotBeDone)
     refused(changes({"un"}));
 }
 
+TEST_F(PartialStash, KeepsTheStashWhereAFilterFails)
+{
+    repo.write(".gitattributes", "a filter=odd\n").commit("filtered");
+    repo.git({"config", "filter.odd.smudge", "false"}).git({"config", "filter.odd.clean", "cat"});
+    repo.git({"config", "filter.odd.required", "true"}).write("a", "mine\n").write("un", "u");
+    EXPECT_THROW(stashFiles(repo.repository(), changes({"a", "un"}), "m"), GitError);
+    EXPECT_EQ(repo.read({"show", "stash@{0}:a"}) + repo.read({"show", "stash@{0}^3:un"}), "mineu");
+    repo.git({"config", "filter.odd.smudge", "cat"}).git({"stash", "clear"}).write("a", "mine\n").git({"add", "a"});
+    repo.git({"config", "filter.odd.smudge", "false"});
+    EXPECT_THROW(stashStaged(repo.repository(), "m"), GitError);
+    EXPECT_EQ(repo.read({"show", "stash@{0}:a"}), "mine");
+}
+
 } // namespace
 } // namespace gitkit
