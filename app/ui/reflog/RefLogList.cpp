@@ -13,6 +13,7 @@
 #include <QStyledItemDelegate>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -66,6 +67,18 @@ private:
     std::vector<RefLogRow> rows_;
 };
 
+namespace {
+
+/// Returns the width of a long date, so that what stands before it is aligned.
+int dateWidth(const QFont& font, const QLocale& locale)
+{
+    constexpr std::chrono::days elevenMonths{335};
+    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    return textWidth(RelativeDate::toNow(now - elevenMonths).text(locale), font);
+}
+
+} // namespace
+
 class RefLogList::Delegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -79,11 +92,11 @@ public:
         paintRowBackground(*painter, option.rect, option, moveInset);
         QRect rest = option.rect.adjusted(moveMargin, 0, -moveMargin, 0);
         const QFont small = Theme::font(-1);
-        const auto addRight = [&](const QString& text, const QFont& font) {
+        const auto addRight = [&](const QString& text, const QFont& font, int least = 0) {
             paintText(*painter, rest, text, font, theme.secondaryText, Qt::AlignRight, Qt::ElideNone);
-            rest.adjust(0, 0, -textWidth(text, font) - moveGap, 0);
+            rest.adjust(0, 0, -std::max(textWidth(text, font), least) - moveGap, 0);
         };
-        addRight(RelativeDate::toNow(shown.move.moved).text(option.locale), small);
+        addRight(RelativeDate::toNow(shown.move.moved).text(option.locale), small, dateWidth(small, option.locale));
         addRight(hashOf(shown), Theme::fixedFont(-1));
         if (shown.move.isOnlyHere)
             rest.adjust(0, 0, -paintPill(*painter, rest, RefLogList::tr("only here")) - moveGap, 0);
