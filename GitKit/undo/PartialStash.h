@@ -26,7 +26,8 @@ void stashFiles(const GitRepository& repo, const std::vector<FileChange>& files,
 /// Returns the paths that have something staged.
 std::vector<std::string> stagedPaths(const GitRepository& repo);
 
-/// Stashes what is staged. What is not staged stays, also in the same files, where its lines are apart.
+/// Stashes what is staged. Changes that are not staged stay in their files. Throws when a file has such changes in the lines
+/// of a staged one.
 void stashStaged(const GitRepository& repo, const std::string& message);
 
 /// Stashes some lines of a file that are not staged; `change` is what discardPart() takes.
