@@ -127,7 +127,7 @@ public:
         std::set<std::string> edited;
         const auto note = [&edited](Names names) { edited.insert(names.begin(), names.end()); };
         if (movesFiles(way_))
-            note(editedFiles(repo_, gitDirectory_, filesOf(way_)));
+            note(withoutKnown(editedFiles(repo_, gitDirectory_, filesOf(way_))));
         if (movesIndex(way_))
             note(editedEntries(repo_, gitDirectory_, indexOf(way_)));
         note(editedBytes(repo_, way_.from, kept_));
@@ -161,6 +161,20 @@ public:
     }
 
 private:
+    /// Leaves out files whose bytes are known. They need not be those of the tree, as where only what is staged has come.
+    Names withoutKnown(Names paths) const
+    {
+        if (paths.empty() || way_.from.overlay.empty())
+            return paths;
+        std::set<std::string> known;
+        for (const OverlayFile& file : overlayFiles(repo_, way_.from.overlay)) {
+            if (std::ranges::binary_search(kept_, file.path))
+                known.insert(file.path);
+        }
+        std::erase_if(paths, [&known](const std::string& path) { return known.contains(path); });
+        return paths;
+    }
+
     /// Finds the files that git does not know where others come. Those whose bytes are kept are none of them.
     void findInTheWay()
     {

@@ -218,7 +218,8 @@ const std::vector<Story> stories{
     {"New Branch “new”",
      [](auto& r) {
          r.write("a", "2").git({"add", "a"}).git({"stash", "push", "-q", "-m", "mine"});
-         r.write("b", "later").git({"commit", "-q", "-am", "later"});
+         r.write("c", "later").git({"add", "c"}).git({"commit", "-q", "-m", "later"});
+         r.write("b", "staged").git({"add", "b"}).write("b", "changed"); // git takes it out of the index
      },
      [](auto& t) { actions::branchFromStash(t.store.actors(), "new", t.store.snapshot().stashes.value().front()); }},
     {"Drop of “On main: mine”", [](auto& r) { r.write("a", "2").git({"stash", "push", "-q", "-m", "mine"}); },
