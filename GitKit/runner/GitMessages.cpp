@@ -251,6 +251,12 @@ std::string lockNamedIn(std::string_view message)
     return length == std::string_view::npos ? std::string() : std::string(message.substr(0, length));
 }
 
+bool namesInQuotes(std::string_view message, const std::string& name)
+{
+    return message.find("'" + name + "'") != std::string_view::npos ||
+           message.find("“" + name + "”") != std::string_view::npos;
+}
+
 GitError failureOf(const std::string& command, const GitOutput& output)
 {
     std::string message(trimmed(output.errorText()));

@@ -27,6 +27,9 @@ std::vector<std::string> embeddedRepositories(const GitOutput& output);
 /// The path of the lock that git could not take, as it tells it; empty when it tells of none.
 std::string lockNamedIn(std::string_view message);
 
+/// Returns whether a refusal, of git's or our own, names something in quotes.
+bool namesInQuotes(std::string_view message, const std::string& name);
+
 /// The failure that a run has ended with. `command` is git's subcommand.
 GitError failureOf(const std::string& command, const GitOutput& output);
 

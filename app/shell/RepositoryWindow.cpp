@@ -34,9 +34,10 @@ constexpr std::chrono::milliseconds frameSettles{300};
 /// How often a repository is read that cannot be watched as a whole.
 constexpr std::chrono::seconds checkPause{30};
 
-StoreServices desktopServices()
+StoreServices desktopServices(MenuTarget& application)
 {
     StoreServices services;
+    services.openWindow = [&application](const std::filesystem::path& folder) { application.openFolder(folder); };
     services.reveal = &revealFiles;
     services.openInEditor = &externalEditor::open;
     services.startGit = &startGitDetached;
@@ -58,7 +59,7 @@ StoreServices desktopServices()
 
 RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem section, MenuTarget& menuTarget,
                                    std::function<void()> onClose)
-    : store_(std::make_unique<RepositoryStore>(std::move(root), Worker::pool(), desktopServices())),
+    : store_(std::make_unique<RepositoryStore>(std::move(root), Worker::pool(), desktopServices(menuTarget))),
       onClose_(std::move(onClose))
 {
     // Started first, so that git reads while the views are made. Only the selected section's views are made now.

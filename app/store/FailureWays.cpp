@@ -4,6 +4,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Identity.h"
 #include "GitKit/repository/Locks.h"
+#include "GitKit/repository/Worktrees.h"
 #include "app/store/ShownText.h"
 #include "app/store/WindowState.h"
 
@@ -93,6 +94,32 @@ QCoro::Task<> reportingLock(const GitAccess& git, WindowState& window, Failure f
     window.report(lock ? saidFirst(failure, sentenceFor(*lock)) : failure, std::move(buttons));
 }
 
+/// Offers the window of the working tree where the branch is checked out.
+QCoro::Task<> leadingElsewhere(const GitAccess& git, WindowState& window, Failure failure)
+{
+    std::optional<std::filesystem::path> folder;
+    try {
+        folder = co_await git.read(&gitkit::otherWorktree, failure.message.toStdString());
+    } catch (const std::exception&) {
+        folder.reset();
+    }
+    const std::optional<Way> way = folder ? window.wayToWindow(*folder) : std::nullopt;
+    if (!way) {
+        window.report(failure);
+        co_return;
+    }
+    Confirmation question;
+    question.title = FailureTexts::tr("This branch is checked out in another working tree");
+    question.message =
+        FailureTexts::tr("A branch belongs to the working tree that has checked it out: no other one can "
+                         "check it out, move it or delete it meanwhile.");
+    question.detail = shownText(folder->native());
+    question.actionTitle = way->title;
+    question.action = way->action;
+    question.risk = Confirmation::Risk::none;
+    window.ask(std::move(question));
+}
+
 QCoro::Task<> askingForIdentity(const GitAccess& git, WindowState& window, WaysFromFailure ways)
 {
     gitkit::Identity known;
@@ -110,6 +137,10 @@ void reportWithWays(const GitAccess& git, WindowState& window, const Failure& fa
 {
     if (failure.kind == ErrorKind::lockHeld) {
         launch(reportingLock(git, window, failure, std::move(ways)));
+        return;
+    }
+    if (failure.kind == ErrorKind::checkedOutElsewhere) {
+        launch(leadingElsewhere(git, window, failure));
         return;
     }
     if (failure.kind == ErrorKind::identityUnknown) {

@@ -21,7 +21,7 @@ struct WaysFromFailure {
 };
 
 /// Reports a failure: in one sentence, above git's words, where it is a lock or the way to a remote, and with what can be
-/// done about it. `git` and `window` outlive it. Main thread.
+/// done about it. A branch that is checked out elsewhere leads to the window there. `git` and `window` outlive it. Main thread.
 void reportWithWays(const GitAccess& git, WindowState& window, const Failure& failure, WaysFromFailure ways);
 
 } // namespace plovik

@@ -75,7 +75,7 @@ private:
     StoreServices services_;
     CommandLog log_;
     GitAccess git_;
-    WindowState window_{services_.questions};
+    WindowState window_{services_.questions, services_.openWindow};
     Snapshot snapshot_{git_, window_};
     UpstreamCounts counts_{git_, snapshot_, services_.cacheFolder};
     CommitIndex index_{git_, snapshot_, log_, services_.keepsIndexes};

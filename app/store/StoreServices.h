@@ -39,6 +39,8 @@ struct StoreServices {
     /// Starts git in a folder for a program of its own. Paths among the arguments are taken literally.
     std::function<void(const std::vector<std::string>& arguments, const std::filesystem::path& folder, Failed failed)>
         startGit = {};
+    /// Brings the window of a working tree to the front, and makes it where there is none.
+    std::function<void(const std::filesystem::path& folder)> openWindow = {};
     /// Opens a terminal in a folder.
     std::function<void(const std::filesystem::path& folder, Failed failed)> openTerminal = {};
     /// Moves a file to the Trash. Called on the worker's threads.

@@ -299,6 +299,10 @@ void Undo::explain(const UndoStep& step, Direction direction, Cause cause, const
         meant = Meant{meant.value().number + 1, id};
         window_.goTo(SidebarItem::timeline());
     };
+    if (cause == Cause::checkedOut) {
+        if (const auto way = window_.wayToWindow(names.back()))
+            question.choices.push_back(*way);
+    }
     if (cause == Cause::takenNames && !step.refs.empty())
         offerOtherName(question, step, names);
     window_.ask(std::move(question));

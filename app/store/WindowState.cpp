@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/WindowState.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace plovik {
@@ -111,6 +113,14 @@ void WindowState::takeWay(std::size_t way)
     const Way taken = ways_[way];
     dismissError();
     taken.action();
+}
+
+std::optional<Way> WindowState::wayToWindow(const std::filesystem::path& folder) const
+{
+    if (!openWindow_)
+        return std::nullopt;
+    return Way{QCoreApplication::translate("plovik::WindowState", "Open That Window"),
+               [open = openWindow_, folder] { open(folder); }};
 }
 
 void WindowState::tell(const QString& sentence)

@@ -14,6 +14,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <set>
@@ -27,7 +28,11 @@ namespace plovik {
 /// panels. It refers to no other part; parts that depend on a selection listen to it. Owned by the store; main thread.
 class WindowState {
 public:
-    explicit WindowState(QuestionMemory questions = {}) : questions_(std::move(questions)) {}
+    using OpenWindow = std::function<void(const std::filesystem::path& folder)>;
+
+    explicit WindowState(QuestionMemory questions = {}, OpenWindow openWindow = {})
+        : questions_(std::move(questions)), openWindow_(std::move(openWindow))
+    {}
     WindowState(const WindowState&) = delete;
     WindowState& operator=(const WindowState&) = delete;
 
@@ -101,6 +106,9 @@ public:
     /// Closes the alert and goes one of its ways.
     void takeWay(std::size_t way);
 
+    /// Returns a button that shows the window of another working tree; nullopt where no window can be opened.
+    std::optional<Way> wayToWindow(const std::filesystem::path& folder) const;
+
     /// A sentence that is shown without blocking anything; empty when there is none.
     Observed<QString, WindowState> notice;
     /// Shows a sentence as a notice, again if the same one was shown before.
@@ -133,6 +141,7 @@ private:
     void moved(Step step);
 
     QuestionMemory questions_;
+    OpenWindow openWindow_;
     std::vector<Way> ways_; ///< from the reported failure
     std::vector<Listener> listeners_;
 };

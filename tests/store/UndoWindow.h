@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace plovik {
 
@@ -21,7 +22,12 @@ struct UndoWindow {
     TestRepository remote{{"--bare"}};
     ManualWorker worker;
     TemporaryFolder trash;
-    RepositoryStore store{repo.path(), worker, StoreServices{.trash = [this](const std::filesystem::path& file) {
+    std::vector<std::filesystem::path> opened; ///< windows of other working trees
+    RepositoryStore store{
+        repo.path(), worker,
+        StoreServices{.openWindow = [this](const std::filesystem::path& folder) { opened.push_back(folder); },
+                      .trash =
+                          [this](const std::filesystem::path& file) {
                               std::filesystem::rename(file, trash / std::to_string(++thrown_));
                           }}};
 

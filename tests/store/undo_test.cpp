@@ -474,6 +474,17 @@ TEST_F(StoreUndo, ALinkedWorkingTreeHasStepsOfItsOwn)
     undo();
     EXPECT_EQ(repo.read({"log", "-1", "--format=%s", "main"}), "more");
     EXPECT_TRUE(store.window().confirmation.value());
+    store.window().dismissQuestion();
+
+    // Nor is it deleted from here, and its window is offered.
+    actions::createBranch(store.actors(), "late", std::nullopt, gitkit::AfterCreating::stay);
+    worker.finishAll();
+    runPlainGit(trash / "tree", {"checkout", "-q", "late"}, status_);
+    undo();
+    ASSERT_TRUE(store.window().confirmation.value());
+    ASSERT_EQ(store.window().confirmation.value()->choices.size(), 1U);
+    store.window().choose(store.window().confirmation.value()->id, 0);
+    EXPECT_EQ(opened, std::vector{trash / "tree"});
 }
 
 TEST_F(StoreUndo, WhatIsInsideASubmoduleStaysAndThatIsTold)

@@ -472,6 +472,45 @@ TEST_F(WaysOn, ABranchIsDeletedHereAndThereOrNotAtAll)
     EXPECT_EQ(undoTitle(), "");
 }
 
+TEST_F(WaysOn, ABranchOfAnotherWorkingTreeLeadsToItsWindow)
+{
+    const std::filesystem::path linked = trash / "Linked 'trée\xff";
+    repo.git({"branch", "-q", "-u", "origin/main", "topic"}).git({"branch", "-q", "-f", "topic", "main"});
+    repo.git({"worktree", "add", "-q", linked.string(), "topic"});
+    load();
+    const std::vector<std::function<void()>> refused{
+        [&] { actions::checkout(store.actors(), ref("topic")); },
+        [&] { actions::fastForward(store.actors(), "topic"); },
+        [&] {
+            actions::confirmDelete(store.actors(), ref("topic"));
+            worker.finishAll();
+            store.window().confirm(store.window().confirmation.value()->id);
+        },
+    };
+    for (const auto& act : refused) {
+        act();
+        worker.finishAll();
+        const auto question = store.window().confirmation.value();
+        ASSERT_TRUE(question) << store.window().errorMessage.value().value_or(QString()).toStdString();
+        EXPECT_EQ(question->actionTitle.toStdString(), "Open That Window");
+        store.window().confirm(question->id);
+    }
+    EXPECT_EQ(opened, std::vector(3, linked));
+    EXPECT_FALSE(store.window().errorMessage.value());
+
+    // The one that is checked out here is no way, nor is a folder that is gone.
+    std::filesystem::remove_all(linked);
+    for (const char* const branch : {"main", "topic"}) {
+        store.window().dismissError();
+        actions::confirmDelete(store.actors(), ref(branch));
+        worker.finishAll();
+        store.window().confirm(store.window().confirmation.value()->id);
+        worker.finishAll();
+        EXPECT_TRUE(store.window().errorMessage.value()) << branch;
+        EXPECT_FALSE(store.window().confirmation.value()) << branch;
+    }
+}
+
 TEST_F(WaysOn, AHookThatRefusesRunsAgainOrIsPassedOver)
 {
     repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho run >> .git/runs; echo no; exit 1\n").write("b", "2\n");
