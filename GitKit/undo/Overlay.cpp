@@ -131,15 +131,43 @@ void storeFiles(const GitRepository& repo, std::vector<OverlayFile*>& files, con
         packFiles(repo, missing, folder.empty() ? repo.root() : folder);
 }
 
+/// Returns the name that stands for a path in the tree, in which all files lie side by side: a tree for each folder is
+/// slow to write.
+std::string nameOf(const std::string& path)
+{
+    std::string name;
+    for (const char byte : path) {
+        if (byte == '/')
+            name += "%2f";
+        else if (byte == '%')
+            name += "%25";
+        else
+            name += byte;
+    }
+    return name;
+}
+
+std::string pathOfName(std::string_view name)
+{
+    std::string path;
+    for (std::size_t index = 0; index < name.size(); ++index) {
+        if (name[index] != '%') {
+            path += name[index];
+            continue;
+        }
+        path += name.substr(index).starts_with("%2f") ? '/' : '%';
+        index += 2;
+    }
+    return path;
+}
+
 std::string treeOf(const GitRepository& repo, const std::vector<OverlayFile>& files)
 {
-    const ScratchIndex index(repo.runner());
-    RunOptions options = helperOptions(index.options());
+    RunOptions options = helperOptions();
     options.input = std::string();
     for (const OverlayFile& file : files)
-        *options.input += file.mode + ' ' + file.hash + '\t' + file.path + '\0';
-    repo.runner().accepted({"update-index", "-z", "--add", "--index-info"}, options);
-    return std::string(withoutLineEnd(repo.runner().bytes({"write-tree"}, helperOptions(index.options()))));
+        *options.input += file.mode + " blob " + file.hash + '\t' + nameOf(file.path) + '\0';
+    return std::string(withoutLineEnd(repo.runner().bytes({"mktree", "-z"}, options)));
 }
 
 bool restoreFile(const fs::path& root, const OverlayFile& file, const std::string& bytes)
@@ -154,8 +182,10 @@ bool restoreFile(const fs::path& root, const OverlayFile& file, const std::strin
 
 } // namespace
 
-std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths, const fs::path& folder)
+std::string writeOverlay(const GitRepository& repo, std::vector<std::string> paths, const fs::path& folder)
 {
+    std::ranges::sort(paths);
+    paths.erase(std::ranges::unique(paths).begin(), paths.end());
     std::vector<OverlayFile> files;
     for (const std::string& path : paths) {
         const fs::path place = (folder.empty() ? repo.root() : folder) / path;
@@ -180,14 +210,26 @@ std::vector<OverlayFile> overlayFiles(const GitRepository& repo, const std::stri
 {
     std::vector<OverlayFile> files;
     // An entry is "MODE TYPE HASH\tPATH".
-    for (const std::string& entry : splitNul(repo.runner().bytes({"ls-tree", "-r", "-z", tree}))) {
+    for (const std::string& entry : splitNul(repo.runner().bytes({"ls-tree", "-z", tree}))) {
         const std::size_t type = entry.find(' ');
         const std::size_t hash = entry.find(' ', type + 1);
         const std::size_t path = entry.find('\t');
         if (path != std::string::npos && hash < path)
-            files.push_back({entry.substr(path + 1), entry.substr(0, type), entry.substr(hash + 1, path - hash - 1)});
+            files.push_back({pathOfName(std::string_view(entry).substr(path + 1)), entry.substr(0, type),
+                             entry.substr(hash + 1, path - hash - 1)});
     }
     return files;
+}
+
+std::string overlayInFolders(const GitRepository& repo, const std::string& tree)
+{
+    const ScratchIndex index(repo.runner());
+    RunOptions options = helperOptions(index.options());
+    options.input = std::string();
+    for (const OverlayFile& file : overlayFiles(repo, tree))
+        *options.input += file.mode + ' ' + file.hash + '\t' + file.path + '\0';
+    repo.runner().accepted({"update-index", "-z", "--add", "--index-info"}, options);
+    return std::string(withoutLineEnd(repo.runner().bytes({"write-tree"}, helperOptions(index.options()))));
 }
 
 std::vector<std::string> restoreOverlay(const GitRepository& repo, const std::vector<OverlayFile>& files,

@@ -21,12 +21,15 @@ struct OverlayFile {
 };
 
 /// Stores the files at these paths below `folder`, or below the working tree's root when that is empty, and returns the
-/// hash of a tree with them. Links are stored as links. Folders, pipes and missing files are left out.
-std::string writeOverlay(const GitRepository& repo, const std::vector<std::string>& paths,
+/// hash of a tree that only these functions read. Links are stored as links. Folders, pipes and missing files are left out.
+std::string writeOverlay(const GitRepository& repo, std::vector<std::string> paths,
                          const std::filesystem::path& folder = {});
 
 /// Returns the files of such a tree.
 std::vector<OverlayFile> overlayFiles(const GitRepository& repo, const std::string& tree);
+
+/// Writes an ordinary tree with the files of such a tree, for git to compare, and returns its hash.
+std::string overlayInFolders(const GitRepository& repo, const std::string& tree);
 
 /// Writes files back, each in one step. Returns the paths of those that could not be written: where a folder or a link
 /// stands in the way, or the disk is full.

@@ -14,7 +14,7 @@ namespace gitkit {
 
 namespace {
 
-constexpr std::string_view version = "plovik undo 2";
+constexpr std::string_view version = "plovik undo 3";
 constexpr std::string_view ending = "end";
 
 /// The list has a line for each fact. Its fields are any bytes, so that all but plain ones are written as %XX.

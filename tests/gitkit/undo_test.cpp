@@ -137,7 +137,7 @@ TEST(Overlay, KeepsBytesModesAndLinksWhateverFiltersSay)
     repo.git({"config", "filter.broken.required", "true"});
     std::vector<std::pair<std::string, std::string>> files{
         {"crlf", "a\r\nb\nc\r\n"}, {"x.f", "filtered"}, {"dir/with\nnewline", "1"}, {"\"quoted", "2"}, {"-n", "3"},
-        {"latin\xe4", "4"},        {"empty", ""}};
+        {"latin\xe4", "4"},        {"empty", ""},       {"dir%2f/50%", "5"}};
     for (int number = 0; number < 40; ++number) // so many are stored in another way
         files.emplace_back("many/" + std::to_string(number), "bytes\r\n" + std::to_string(number % 20));
     std::vector<std::string> paths{"missing", "fifo", "link", "folder"};

@@ -62,7 +62,7 @@ StepFiles treesOf(const GitRepository& repo, const StepFilesRequest& request)
     if (step.keptPaths.empty())
         return step;
     const auto overlay = [&repo](const UndoPoint& point) {
-        return point.overlay.empty() ? gitkit::emptyTreeHash(repo) : point.overlay;
+        return point.overlay.empty() ? gitkit::emptyTreeHash(repo) : gitkit::overlayInFolders(repo, point.overlay);
     };
     step.kept = {overlay(request.from), overlay(request.to)};
     return step;
