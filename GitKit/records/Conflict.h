@@ -44,10 +44,10 @@ struct ConflictVersion {
 struct Conflict {
     std::string path; ///< by which it is listed, as bytes
     ConflictKind kind = ConflictKind::bothChanged;
-    std::optional<ConflictVersion> base, left, right; ///< nullopt where a side has no such file
-    std::vector<std::string> related;                 ///< further conflicted paths that are resolved with it
-    bool isBinary = false;                            ///< a side's content is no text, or is not merged as text
-    bool isRemembered = false;                        ///< git has resolved the file as it was resolved before
+    std::optional<ConflictVersion> base = {}, left = {}, right = {}; ///< nullopt where a side has no such file
+    std::vector<std::string> related = {}; ///< further conflicted paths that are resolved with it
+    bool isBinary = false;                 ///< a side's content is no text, or is not merged as text
+    bool isRemembered = false;             ///< git has resolved the file as it was resolved before
     bool isEdited = false; ///< the working file is not what git wrote when it stopped; then its markers may be gone
     int markerSize = 7;    ///< with which git has marked it
 
@@ -91,10 +91,10 @@ struct ConflictName {
     };
 
     Kind kind = Kind::unknown;
-    std::string name;
-    std::string branch;
-    std::string hash;
-    std::string subject;
+    std::string name = {};
+    std::string branch = {};
+    std::string hash = {};
+    std::string subject = {};
     int count = 0;
 
     bool operator==(const ConflictName&) const = default;
@@ -102,7 +102,7 @@ struct ConflictName {
 
 /// The names of the sides of all conflicts that one action has made.
 struct ConflictNames {
-    ConflictName left, right, base;
+    ConflictName left = {}, right = {}, base = {};
 
     bool operator==(const ConflictNames&) const = default;
 };

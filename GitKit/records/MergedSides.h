@@ -54,7 +54,7 @@ struct MergeSegment {
     };
 
     Kind kind = Kind::equal;
-    LineSpan base, left, right;
+    LineSpan base = {}, left = {}, right = {};
     bool isWhitespaceOnly = false; ///< left and right are the same but for white space
     bool isLineEndsOnly = false;   ///< left and right are the same but for carriage returns at the line ends
     bool areMarkersInCrLf = false; ///< of a conflict: git would end its markers with a carriage return, too

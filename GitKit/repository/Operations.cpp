@@ -21,6 +21,7 @@
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/PreparedMessage.h"
 #include "GitKit/repository/ScratchIndex.h"
+#include "GitKit/repository/Stages.h"
 #include "GitKit/repository/TellingCommand.h"
 #include "GitKit/runner/GitError.h"
 
@@ -111,40 +112,7 @@ bool isEditedSince(const fs::path& file, const std::optional<fs::file_time_type>
     return error || written > *time;
 }
 
-/// One side of a conflicted path in the index.
-struct Stage {
-    std::string mode, hash;
-};
-using Stages = std::array<std::optional<Stage>, 4>;
-
-/// Reads entries "MODE HASH STAGE\tPATH", each ended by a zero byte.
-std::map<std::string, Stages> parseStages(std::string_view listed)
-{
-    std::map<std::string, Stages> paths;
-    while (!listed.empty()) {
-        const std::string_view entry = listed.substr(0, listed.find('\0'));
-        listed.remove_prefix(std::min(entry.size() + 1, listed.size()));
-        const std::size_t tab = entry.find('\t');
-        const std::size_t mode = entry.find(' ');
-        if (tab == std::string_view::npos || mode == std::string_view::npos || tab < mode + 4)
-            continue;
-        const char number = entry[tab - 1];
-        if (number < '1' || number > '3')
-            continue;
-        Stage stage{std::string(entry.substr(0, mode)), std::string(entry.substr(mode + 1, tab - mode - 3))};
-        paths[std::string(entry.substr(tab + 1))][static_cast<std::size_t>(number - '0')] = std::move(stage);
-    }
-    return paths;
-}
-
-bool isSubmodule(const std::optional<Stage>& stage) { return stage && stage->mode == "160000"; }
-
-/// Returns zeros, as many as the repository's hashes have digits.
-std::string absentHash(const Stages& stages)
-{
-    const auto present = std::ranges::find_if(stages, [](const auto& stage) { return stage.has_value(); });
-    return std::string(present == stages.end() ? 40 : (*present)->hash.size(), '0');
-}
+bool isSubmodule(const std::optional<Stage>& stage) { return stage && stage->isSubmodule(); }
 
 /// `git am` writes down where it stopped before it writes the files, so their times may be this much later.
 constexpr std::chrono::seconds writingTime{2};
@@ -178,7 +146,26 @@ void countSequence(const GitRunner& runner, OperationInProgress& operation, cons
     operation.progress->total += *done;
 }
 
-/// Returns the files that the user changed after git stopped. Git itself may have written files until `slack` later.
+/// Settings with which git commits the prepared message as it was written. Without them, it takes all lines out that
+/// begin with "#". Takes git's own comments out of the message itself. Empty where only git can tell these apart.
+std::vector<std::string> keepingMessage(const GitRepository& repo, const OperationInProgress& operation)
+{
+    const fs::path file =
+        gitDirectories(repo).own / (operation.kind == Kind::rebase ? "rebase-merge/message" : "MERGE_MSG");
+    const std::optional<std::string> prepared = regularFileBytes(file, longestPreparedMessage);
+    const std::optional<std::string> written = prepared ? writtenMessage(*prepared) : std::nullopt;
+    // Git put the message together with the comment character of the step before.
+    if (const auto mark = prepared && !written ? commentCharacter(*prepared) : std::nullopt)
+        return {std::string("core.commentChar=") + *mark};
+    if (!written || (*written != *prepared && !replaceFile(file, *written)))
+        return {};
+    // Some commands clean the message whatever the settings are, so the comment character is one that it does not use.
+    return {std::string("core.commentChar=") + unusedCommentCharacter(*written), "commit.cleanup=verbatim",
+            "commit.status=false"};
+}
+
+} // namespace
+
 std::vector<std::string> changedSinceStop(const GitRepository& repo, const fs::path& gitDirectory,
                                           const std::vector<FileChange>& files, std::chrono::seconds slack)
 {
@@ -203,26 +190,6 @@ std::vector<std::string> changedSinceStop(const GitRepository& repo, const fs::p
     }
     return changed;
 }
-
-/// Settings with which git commits the prepared message as it was written. Without them, it takes all lines out that
-/// begin with "#". Takes git's own comments out of the message itself. Empty where only git can tell these apart.
-std::vector<std::string> keepingMessage(const GitRepository& repo, const OperationInProgress& operation)
-{
-    const fs::path file =
-        gitDirectories(repo).own / (operation.kind == Kind::rebase ? "rebase-merge/message" : "MERGE_MSG");
-    const std::optional<std::string> prepared = regularFileBytes(file, longestPreparedMessage);
-    const std::optional<std::string> written = prepared ? writtenMessage(*prepared) : std::nullopt;
-    // Git put the message together with the comment character of the step before.
-    if (const auto mark = prepared && !written ? commentCharacter(*prepared) : std::nullopt)
-        return {std::string("core.commentChar=") + *mark};
-    if (!written || (*written != *prepared && !replaceFile(file, *written)))
-        return {};
-    // Some commands clean the message whatever the settings are, so the comment character is one that it does not use.
-    return {std::string("core.commentChar=") + unusedCommentCharacter(*written), "commit.cleanup=verbatim",
-            "commit.status=false"};
-}
-
-} // namespace
 
 std::optional<OperationInProgress> operationInProgress(const GitRepository& repo, const fs::path& gitDirectory,
                                                        const std::optional<OperationInProgress>& before)
@@ -327,8 +294,7 @@ void takeSide(const GitRepository& repo, const std::vector<std::string>& paths, 
         }
         if (taken && !isSubmodule(taken))
             written.push_back(path);
-        entries += taken ? taken->mode + ' ' + taken->hash : "0 " + absentHash(stages);
-        entries += '\t' + path + '\0';
+        entries += taken ? taken->mode + ' ' + taken->hash + '\t' + path + '\0' : absentEntry(stages, path);
     }
     if (entries.empty())
         return;

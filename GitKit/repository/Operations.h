@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/FileChange.h"
 #include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/Trash.h"
 
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -34,6 +36,11 @@ void mark(const GitRepository& repo, const OperationInProgress::Bisect& bisect, 
 
 AbortLoss abortLoss(const GitRepository& repo, const OperationInProgress& operation,
                     const std::filesystem::path& gitDirectory);
+
+/// Returns those of `files` that the user changed after git stopped, and may return more where this git does not tell.
+/// Git itself may have written files until `slack` later.
+std::vector<std::string> changedSinceStop(const GitRepository& repo, const std::filesystem::path& gitDirectory,
+                                          const std::vector<FileChange>& files, std::chrono::seconds slack);
 
 /// Resolves conflicts in these paths by taking one side whole; the file is gone when that side has none. A working file
 /// goes to the Trash first when it was edited since git wrote it, and when that side does not have it.

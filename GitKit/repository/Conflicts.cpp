@@ -1,0 +1,485 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What happened is found out from what each side has done since the base: both sides' lists of changes, with renames as a
+// merge pairs them, tell it in every version of git and without merging again. They are read only where a path has not
+// all of its sides.
+//
+//   ls-files --unmerged   tells the sides. Of a file that both have renamed, 2 and 3 hold the same blob, which is merged
+//                         already; what a side had is in its own tree.
+//   PATH~NAME             is how git calls a file where the other side has a folder, or something of another type.
+//   MERGE_RR              lists the files whose resolution git waits for. A conflicted file that is not listed there while
+//                         rerere is on, and that has no markers, was resolved by git.
+
+#include "GitKit/repository/Conflicts.h"
+
+#include "GitKit/ConflictMarkers.h"
+#include "GitKit/RegularFile.h"
+#include "GitKit/Text.h"
+#include "GitKit/parsers/Fields.h"
+#include "GitKit/repository/Blobs.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Operations.h"
+#include "GitKit/repository/PathCommand.h"
+#include "GitKit/repository/Stages.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string_view>
+
+namespace gitkit {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What one side has done with a file since the base.
+struct SideChange {
+    char status = 'M';
+    Stage now;
+    std::string source; ///< path in the base, for what was renamed
+};
+
+/// A side's changes by the paths in its own tree, and the new names of what it has renamed by the old ones.
+struct SideChanges {
+    std::map<std::string, SideChange> byPath;
+    std::map<std::string, std::string> newNames;
+    std::set<std::string> deleted;
+
+    const SideChange* find(const std::string& path) const
+    {
+        const auto found = byPath.find(path);
+        return found == byPath.end() ? nullptr : &found->second;
+    }
+};
+
+/// Reads ":OLDMODE MODE OLDHASH HASH STATUS<nul>PATH<nul>", with a second path after a rename.
+SideChanges parseRaw(std::string_view listed)
+{
+    SideChanges changes;
+    const std::vector<std::string> fields = splitNul(listed);
+    for (std::size_t at = 0; at + 1 < fields.size();) {
+        const auto parts = splitFields<5>(fields[at], ' ');
+        if (!parts || parts->at(4).empty())
+            break;
+        const char status = parts->at(4).front();
+        const bool isRename = status == 'R' || status == 'C';
+        if (at + (isRename ? 2 : 1) >= fields.size())
+            break;
+        const std::string& first = fields[at + 1];
+        const std::string& path = isRename ? fields[at + 2] : first;
+        SideChange change{status, {std::string(parts->at(1)), std::string(parts->at(3))}, {}};
+        if (status == 'R') {
+            change.source = first;
+            changes.newNames[first] = path;
+        }
+        if (status == 'D')
+            changes.deleted.insert(path);
+        else
+            changes.byPath[path] = std::move(change);
+        at += isRename ? 3 : 2;
+    }
+    return changes;
+}
+
+SideChanges changesOf(const GitRepository& repo, const std::string& base, const std::string& side)
+{
+    if (base.empty() || side.empty())
+        return {};
+    return parseRaw(
+        repo.runner()
+            .output({"diff-tree", "-r", "-z", "--raw", "--full-index", "-M", "--no-ext-diff", base, side, "--"})
+            .stdoutBytes);
+}
+
+bool hasAll(const Stages& stages) { return stages[1] && stages[2] && stages[3]; }
+
+std::optional<ConflictVersion> versionOf(const std::optional<Stage>& stage, const std::string& path)
+{
+    return stage ? std::optional(ConflictVersion{stage->mode, stage->hash, path}) : std::nullopt;
+}
+
+/// Makes conflicts of the index's entries.
+class ConflictFinder {
+public:
+    ConflictFinder(const GitRepository& repo, const std::map<std::string, Stages>& listed, const MergedCommits& merged)
+        : repo_(repo), listed_(listed), merged_(merged)
+    {
+        if (std::ranges::all_of(listed, [](const auto& entry) { return hasAll(entry.second); }))
+            return;
+        left_ = changesOf(repo, merged.base, merged.left);
+        right_ = changesOf(repo, merged.base, merged.right);
+    }
+
+    std::vector<Conflict> find()
+    {
+        // Conflicts of several paths take theirs first.
+        for (const auto& [path, stages] : listed_) {
+            if (stages[1] && !stages[2] && !stages[3])
+                findTwoNames(path, stages);
+        }
+        for (const auto& [path, stages] : listed_)
+            findTwoTypes(path, stages);
+        for (const auto& [path, stages] : listed_) {
+            if (!taken_.contains(path))
+                found_.push_back(single(path, stages));
+        }
+        std::ranges::sort(found_, {}, &Conflict::path);
+        return std::move(found_);
+    }
+
+private:
+    const Stages* stagesAt(const std::string& path) const
+    {
+        const auto found = listed_.find(path);
+        return found == listed_.end() || taken_.contains(path) ? nullptr : &found->second;
+    }
+
+    /// Returns the path under which the index has the side of a file that was renamed.
+    std::optional<std::string> newName(const SideChanges& side, const std::string& path, std::size_t stage) const
+    {
+        const auto renamed = side.newNames.find(path);
+        if (renamed == side.newNames.end())
+            return std::nullopt;
+        const Stages* const stages = stagesAt(renamed->second);
+        return stages && (*stages)[stage] ? std::optional(renamed->second) : std::nullopt;
+    }
+
+    void findTwoNames(const std::string& path, const Stages& stages)
+    {
+        const std::optional<std::string> left = newName(left_, path, 2);
+        const std::optional<std::string> right = newName(right_, path, 3);
+        if (!left || !right)
+            return;
+        Conflict conflict{.path = path, .kind = ConflictKind::renamedBoth, .base = versionOf(stages[1], path)};
+        conflict.left = versionOf(left_.find(*left)->now, *left);
+        conflict.right = versionOf(right_.find(*right)->now, *right);
+        conflict.related = {*left, *right};
+        take(std::move(conflict));
+    }
+
+    /// Returns the path in the side's own tree of a file that git has called PATH~NAME; nullopt when it has not.
+    std::optional<std::string> realName(const std::string& path, const Stages& stages) const
+    {
+        const bool isLeft = stages[2].has_value();
+        const std::optional<Stage>& own = isLeft ? stages[2] : stages[3];
+        const SideChanges& side = isLeft ? left_ : right_;
+        for (std::size_t end = path.rfind('~'); own && end != std::string::npos && end > 0;
+             end = path.rfind('~', end - 1))
+        {
+            std::string shorter = path.substr(0, end);
+            const SideChange* const change = side.find(shorter);
+            if (change && change->now == *own)
+                return shorter;
+        }
+        return std::nullopt;
+    }
+
+    void findTwoTypes(const std::string& path, const Stages& stages)
+    {
+        if (taken_.contains(path) || (stages[2] && stages[3]))
+            return;
+        const std::optional<std::string> real = realName(path, stages);
+        if (!real)
+            return;
+        const Stages* const other = stagesAt(*real);
+        Conflict conflict{.path = path, .kind = ConflictKind::folderAndFile, .base = versionOf(stages[1], *real)};
+        conflict.left = versionOf(stages[2], *real);
+        conflict.right = versionOf(stages[3], *real);
+        if (other && !((*other)[2] && (*other)[3])) {
+            conflict.path = *real;
+            conflict.kind = ConflictKind::fileAndLink;
+            conflict.related = {path};
+            if (!conflict.left)
+                conflict.left = versionOf((*other)[2], *real);
+            if (!conflict.right)
+                conflict.right = versionOf((*other)[3], *real);
+        } else if (!isFolder(*real)) {
+            return;
+        }
+        take(std::move(conflict));
+    }
+
+    /// Whether the other side has a folder of this name.
+    bool isFolder(const std::string& path) const
+    {
+        std::error_code ignored;
+        return fs::is_directory(fs::symlink_status(repo_.root() / path, ignored));
+    }
+
+    Conflict single(const std::string& path, const Stages& stages) const
+    {
+        Conflict conflict{.path = path};
+        conflict.base = versionOf(stages[1], path);
+        conflict.left = versionOf(stages[2], path);
+        conflict.right = versionOf(stages[3], path);
+        if (stages[2] && stages[3])
+            conflict.kind = kindOfBoth(path, stages);
+        else if (stages[2] || stages[3])
+            setKindOfOne(conflict, stages[2].has_value() ? left_ : right_);
+        else
+            conflict.kind = ConflictKind::renamedBoth;
+        return conflict;
+    }
+
+    ConflictKind kindOfBoth(const std::string& path, const Stages& stages) const
+    {
+        const Stage& left = *stages[2];
+        const Stage& right = *stages[3];
+        if (left.isSubmodule() || right.isSubmodule())
+            return ConflictKind::submodule;
+        if (left.mode == "120000" || right.mode == "120000")
+            return ConflictKind::link;
+        if (left.hash == right.hash && left.mode != right.mode)
+            return ConflictKind::mode;
+        if (stages[1])
+            return ConflictKind::bothChanged;
+        const SideChange* const onLeft = left_.find(path);
+        const SideChange* const onRight = right_.find(path);
+        const bool isRename = (onLeft && onLeft->status == 'R') || (onRight && onRight->status == 'R');
+        return isRename ? ConflictKind::sameName : ConflictKind::bothAdded;
+    }
+
+    /// The file is there on one side only.
+    void setKindOfOne(Conflict& conflict, const SideChanges& side) const
+    {
+        const bool isLeft = conflict.left.has_value();
+        const SideChange* const change = side.find(conflict.path);
+        if (change && change->status == 'R') {
+            conflict.kind = isLeft ? ConflictKind::renamedLeft : ConflictKind::renamedRight;
+            if (conflict.base)
+                conflict.base->path = change->source;
+            return;
+        }
+        conflict.kind = isLeft ? ConflictKind::deletedRight : ConflictKind::deletedLeft;
+        if (conflict.base)
+            return;
+        std::optional<ConflictVersion>& own = isLeft ? conflict.left : conflict.right;
+        if (isFolder(conflict.path)) {
+            conflict.kind = ConflictKind::folderAndFile; // where git has renamed the working file alone
+            return;
+        }
+        if (change || side.byPath.empty())
+            return;
+        const auto added = std::ranges::find_if(side.byPath, [&](const auto& entry) {
+            return entry.second.now.hash == own->hash && entry.second.status == 'A';
+        });
+        if (added != side.byPath.end()) {
+            conflict.kind = ConflictKind::folderRenamed;
+            own->path = added->first;
+        }
+    }
+
+    void take(Conflict conflict)
+    {
+        for (std::string& path : conflict.allPaths())
+            taken_.insert(std::move(path));
+        found_.push_back(std::move(conflict));
+    }
+
+    const GitRepository& repo_;
+    const std::map<std::string, Stages>& listed_;
+    const MergedCommits& merged_;
+    SideChanges left_, right_;
+    std::set<std::string> taken_;
+    std::vector<Conflict> found_;
+};
+
+/// Calls `tell` with each path of text, attribute and value.
+template <typename Tell>
+void readAttributes(const GitRepository& repo, const std::vector<Conflict>& conflicts, Tell tell)
+{
+    std::string paths;
+    for (const Conflict& conflict : conflicts)
+        paths += conflict.path + '\0';
+    const std::vector<std::string> fields = splitNul(repo.runner().bytes(
+        {"check-attr", "-z", "--stdin", "merge", "conflict-marker-size"}, {.input = std::move(paths)}));
+    for (std::size_t at = 0; at + 2 < fields.size(); at += 3)
+        tell(fields[at], fields[at + 1], fields[at + 2]);
+}
+
+void setAttributes(const GitRepository& repo, std::vector<Conflict>& conflicts)
+{
+    constexpr int largestMarkers = 1000;
+    readAttributes(repo, conflicts, [&](const auto& path, const auto& attribute, const auto& value) {
+        const auto found = std::ranges::lower_bound(conflicts, path, {}, &Conflict::path);
+        if (found == conflicts.end() || found->path != path)
+            return;
+        if (attribute == "merge")
+            found->isBinary = value == "unset" || value == "binary";
+        else if (const int size = readNumber(value); size > 0 && size < largestMarkers)
+            found->markerSize = size;
+    });
+}
+
+/// Whether git takes it for binary: by its beginning.
+bool isBinary(const std::optional<std::string>& bytes)
+{
+    constexpr std::size_t looked = 8000;
+    return bytes && bytes->substr(0, looked).find('\0') != std::string::npos;
+}
+
+/// Finds files that are no text. Of a list without end, only the beginning is looked at.
+void setBinary(const GitRepository& repo, std::vector<Conflict>& conflicts)
+{
+    constexpr std::size_t most = 2000;
+    constexpr std::size_t atOnce = 64;
+    constexpr std::size_t largest = std::size_t{1} << 20;
+    std::vector<Conflict*> candidates;
+    for (Conflict& conflict : conflicts) {
+        if (!conflict.isBinary && candidates.size() < most && conflict.kind != ConflictKind::submodule &&
+            conflict.kind != ConflictKind::link)
+            candidates.push_back(&conflict);
+    }
+    for (std::size_t start = 0; start < candidates.size(); start += atOnce) {
+        const std::size_t end = std::min(start + atOnce, candidates.size());
+        std::vector<std::string> hashes;
+        std::vector<Conflict*> owners;
+        for (std::size_t at = start; at < end; ++at) {
+            for (const auto* version : {&candidates[at]->left, &candidates[at]->right}) {
+                if (*version && !(*version)->isSubmodule() && !(*version)->isLink()) {
+                    hashes.push_back((*version)->hash);
+                    owners.push_back(candidates[at]);
+                }
+            }
+        }
+        const auto contents = hashes.empty() ? std::vector<std::optional<std::string>>() : blobs(repo, hashes, largest);
+        for (std::size_t at = 0; at < contents.size(); ++at)
+            owners[at]->isBinary = owners[at]->isBinary || isBinary(contents[at]);
+    }
+}
+
+bool isRerereOn(const GitRepository& repo, const fs::path& gitDirectory)
+{
+    const std::string set(
+        withoutLineEnd(repo.runner().output({"config", "--type=bool", "--get", "rerere.enabled"}).stdoutBytes));
+    if (!set.empty())
+        return set == "true";
+    std::error_code ignored;
+    return fs::is_directory(gitDirectory / "rr-cache", ignored);
+}
+
+/// Returns the paths whose resolutions git waits for: "HASH<tab>PATH", each ended by a zero byte.
+std::set<std::string> waitedFor(const fs::path& gitDirectory)
+{
+    constexpr std::uintmax_t largest = std::uintmax_t{64} << 20;
+    std::set<std::string> paths;
+    for (const std::string& entry :
+         splitNul(regularFileBytes(gitDirectory / "MERGE_RR", largest).value_or(std::string())))
+    {
+        if (const std::size_t tab = entry.find('\t'); tab != std::string::npos)
+            paths.insert(entry.substr(tab + 1));
+    }
+    return paths;
+}
+
+void setRemembered(const GitRepository& repo, const fs::path& gitDirectory, std::vector<Conflict>& conflicts)
+{
+    if (!isRerereOn(repo, gitDirectory))
+        return;
+    const std::set<std::string> waited = waitedFor(gitDirectory);
+    for (Conflict& conflict : conflicts) {
+        const fs::path file = repo.root() / conflict.path;
+        conflict.isRemembered = conflict.isText() && !waited.contains(conflict.path) && openRegularFile(file) &&
+                                !holdsConflictMarkers(file);
+    }
+}
+
+void setEdited(const GitRepository& repo, const fs::path& gitDirectory, std::vector<Conflict>& conflicts)
+{
+    std::vector<FileChange> files;
+    for (const Conflict& conflict : conflicts) {
+        FileChange& file = files.emplace_back();
+        file.path = conflict.path;
+        file.isConflicted = true;
+        file.index = file.worktree = conflict.base ? 'U' : 'A';
+    }
+    const std::vector<std::string> changed = changedSinceStop(repo, gitDirectory, files, {});
+    const std::set<std::string> edited(changed.begin(), changed.end());
+    for (Conflict& conflict : conflicts)
+        conflict.isEdited = edited.contains(conflict.path);
+}
+
+} // namespace
+
+ConflictList conflictList(const GitRepository& repo, const ConflictOrigin& origin)
+{
+    const std::map<std::string, Stages> listed = parseStages(repo.runner().bytes({"ls-files", "--unmerged", "-z"}));
+    if (listed.empty())
+        return {};
+    const MergedCommits merged = mergedCommits(repo, origin);
+    ConflictList list{.conflicts = ConflictFinder(repo, listed, merged).find(), .names = conflictNames(repo, origin)};
+    setAttributes(repo, list.conflicts);
+    setBinary(repo, list.conflicts);
+    for (Conflict& conflict : list.conflicts) {
+        if (conflict.isBinary && conflict.isText())
+            conflict.kind = ConflictKind::binary;
+    }
+    setRemembered(repo, origin.gitDirectory, list.conflicts);
+    setEdited(repo, origin.gitDirectory, list.conflicts);
+    return list;
+}
+
+ConflictContents conflictContents(const GitRepository& repo, const Conflict& conflict, std::size_t limit)
+{
+    ConflictContents contents;
+    std::vector<std::string> hashes;
+    std::vector<std::optional<std::string>*> places;
+    const auto ask = [&](const std::optional<ConflictVersion>& version, std::optional<std::string>& place) {
+        if (!version || version->isSubmodule())
+            return;
+        hashes.push_back(version->hash);
+        places.push_back(&place);
+    };
+    ask(conflict.base, contents.base);
+    ask(conflict.left, contents.left);
+    ask(conflict.right, contents.right);
+    const fs::path file = repo.root() / conflict.path;
+    std::error_code error;
+    const std::uintmax_t size = fs::is_regular_file(fs::symlink_status(file, error)) ? fs::file_size(file, error) : 0;
+    if (!error && size <= limit && fs::is_regular_file(fs::symlink_status(file, error))) {
+        // Cleaned as `git add` would clean it, in the place of the file itself.
+        RunOptions options;
+        options.settings = {"core.safecrlf=false"};
+        options.input = regularFileBytes(file, limit + 1);
+        if (options.input && options.input->size() <= limit) {
+            hashes.emplace_back(withoutLineEnd(
+                repo.runner().bytes({"hash-object", "-w", "--stdin", "--path=" + conflict.path}, options)));
+            places.push_back(&contents.working);
+        }
+    }
+    const auto found = hashes.empty() ? std::vector<std::optional<std::string>>() : blobs(repo, hashes, limit);
+    for (std::size_t at = 0; at < found.size(); ++at)
+        *places[at] = found[at];
+    return contents;
+}
+
+std::optional<SubmoduleSides> submoduleSides(const GitRepository& repo, const Conflict& conflict)
+{
+    if (!conflict.left || !conflict.right || !conflict.left->isSubmodule() || !conflict.right->isSubmodule())
+        return std::nullopt;
+    std::error_code error;
+    const fs::path folder = repo.root() / conflict.path;
+    if (!fs::exists(folder / ".git", error))
+        return std::nullopt;
+    RunContext context = repo.runner().context();
+    context.requiredTopLevel.clear();
+    const GitRunner git(folder, context);
+    SubmoduleSides sides;
+    for (const auto& [version, side, other] : {std::tuple(&*conflict.left, &sides.left, &*conflict.right),
+                                               std::tuple(&*conflict.right, &sides.right, &*conflict.left)})
+    {
+        const GitOutput told =
+            git.output({"log", "-1", "--no-show-signature", "--format=%ct%x00%s", version->hash, "--"});
+        const std::size_t end = told.stdoutBytes.find('\0');
+        if (told.status != 0 || end == std::string::npos)
+            return std::nullopt;
+        side->hash = version->hash;
+        side->date = std::strtoll(told.stdoutBytes.c_str(), nullptr, 10);
+        side->subject = withoutLineEnd(std::string_view(told.stdoutBytes).substr(end + 1));
+        side->ahead = readNumber(
+            withoutLineEnd(git.output({"rev-list", "--count", other->hash + ".." + version->hash, "--"}).stdoutBytes));
+    }
+    return sides;
+}
+
+} // namespace gitkit
