@@ -36,7 +36,8 @@ inline constexpr Setting<bool> historyAbsoluteDates{"historyAbsoluteDates", fals
 inline constexpr Setting<double> stashesDetailHeight{"stashesDetailHeight", 340};
 inline constexpr Setting<double> timelineDetailHeight{"timelineDetailHeight", 380};
 inline constexpr Setting<double> workingCopyListWidth{"workingCopyListWidth", 380};
-inline constexpr Setting<double> blameGutterWidth{"blameGutterWidth", 0}; ///< 0: as wide as needed
+inline constexpr Setting<double> mergeResultHeight{"mergeResultHeight", 0}; ///< 0: a share of the room
+inline constexpr Setting<double> blameGutterWidth{"blameGutterWidth", 0};   ///< 0: as wide as needed
 inline constexpr Setting<double> inspectorWidth{"inspectorWidth", 420};
 inline constexpr Setting<double> commandLogHeight{"commandLogHeight", 250};
 inline constexpr Setting<double> commandLogListWidth{"commandLogListWidth", 520};
