@@ -49,7 +49,8 @@ struct Conflict {
     bool isBinary = false;                 ///< a side's content is no text, or is not merged as text
     bool isRemembered = false;             ///< git has resolved the file as it was resolved before
     bool isEdited = false; ///< the working file is not what git wrote when it stopped; then its markers may be gone
-    int markerSize = 7;    ///< with which git has marked it
+    bool isLeftRenamed = false; ///< for fileAndLink: git gave the left one the other name
+    int markerSize = 7;         ///< with which git has marked it
 
     const std::string& id() const { return path; }
     std::vector<std::string> allPaths() const
@@ -71,6 +72,35 @@ enum class ConflictAnswer : std::uint8_t {
     both,  ///< both files stay, where they have different names
     gone,  ///< no file is left
 };
+
+/// Returns the answers that a conflict can have.
+inline std::vector<ConflictAnswer> answersTo(const Conflict& conflict)
+{
+    using enum ConflictAnswer;
+    switch (conflict.kind) {
+    case ConflictKind::renamedBoth:
+        if (!conflict.left || !conflict.right)
+            return {gone}; // git's own merge did not find the new names
+        return {left, right, both};
+    case ConflictKind::bothAdded:
+    case ConflictKind::binary:
+    case ConflictKind::link:
+    case ConflictKind::sameName:
+    case ConflictKind::folderAndFile:
+    case ConflictKind::fileAndLink:
+        return {left, right, both};
+    case ConflictKind::bothChanged:
+    case ConflictKind::submodule:
+    case ConflictKind::mode:
+    case ConflictKind::deletedLeft:
+    case ConflictKind::deletedRight:
+    case ConflictKind::renamedLeft:
+    case ConflictKind::renamedRight:
+    case ConflictKind::folderRenamed:
+        break;
+    }
+    return {left, right};
+}
 
 /// What a side of a conflict is, as facts from which its name is made. Texts are bytes.
 struct ConflictName {

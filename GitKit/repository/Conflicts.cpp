@@ -189,6 +189,7 @@ private:
             conflict.path = *real;
             conflict.kind = ConflictKind::fileAndLink;
             conflict.related = {path};
+            conflict.isLeftRenamed = stages[2].has_value();
             if (!conflict.left)
                 conflict.left = versionOf((*other)[2], *real);
             if (!conflict.right)
