@@ -76,7 +76,7 @@ void BM_ErrorAlert100000(benchmark::State& state)
     for (int number = 0; number < lines; ++number)
         text += QString::fromStdString(line(number));
     for ([[maybe_unused]] auto iteration : state) {
-        ErrorAlert alert{{.message = text}, nullptr};
+        ErrorAlert alert{{.message = text}, {}, nullptr};
         alert.setAttribute(Qt::WA_DeleteOnClose, false);
         QImage image(alert.size(), QImage::Format_RGB32);
         alert.render(&image);

@@ -35,12 +35,12 @@ struct ShownMerge {
     explicit ShownMerge(const MergeInput& input)
     {
         view.resize(900, 600);
+        view.show();
         MergeContent content;
         content.path = "dir/file.cpp";
         content.sides = std::make_shared<const gitkit::MergedSides>(gitkit::mergedSides({}, input));
         content.names = {QStringLiteral("main"), QStringLiteral("topic"), QStringLiteral("common ancestor")};
         view.setContent(content);
-        view.show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
         view.columns()->setFocus();
     }

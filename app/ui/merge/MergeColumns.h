@@ -92,7 +92,7 @@ private:
     bool isBaseShown_ = false;
     int tabWidth_ = 8;
     std::optional<std::size_t> current_;
-    std::vector<int> tops_;    ///< of the segments, and the end of the last one
+    std::vector<int> tops_{0};    ///< of the segments, and the end of the last one
     std::vector<int> numbers_; ///< of the conflicts, by segment; 0 for no conflict
     std::array<std::shared_ptr<const FileSyntax>, 3> syntax_;
     std::vector<ConflictStrip*> strips_;
