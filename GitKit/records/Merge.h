@@ -32,4 +32,15 @@ struct MergePreview {
     bool operator==(const MergePreview&) const = default;
 };
 
+/// What replaying the commits that only HEAD has on top of another one would do.
+struct RebasePreview {
+    int commits = 0; ///< that are replayed; of those that are there already in other words none is
+    int beneath = 0; ///< that come beneath them; without any nothing happens
+    MergePreview::Outcome outcome = MergePreview::Outcome::unknown;
+    std::vector<std::string> conflicts = {}; ///< paths, of the first commit that conflicts
+    bool remembersResolutions = false;  ///< git may resolve conflicts as they were resolved before
+
+    bool operator==(const RebasePreview&) const = default;
+};
+
 } // namespace gitkit

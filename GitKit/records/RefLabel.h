@@ -17,4 +17,20 @@ struct RefLabel {
     bool operator==(const RefLabel&) const = default;
 };
 
+/// Returns the name as in "refs/heads/main"; empty for HEAD.
+inline std::string fullNameOf(const RefLabel& label)
+{
+    switch (label.kind) {
+    case RefLabel::Kind::localBranch:
+        return "refs/heads/" + label.name;
+    case RefLabel::Kind::remoteBranch:
+        return "refs/remotes/" + label.name;
+    case RefLabel::Kind::tag:
+        return "refs/tags/" + label.name;
+    case RefLabel::Kind::head:
+        break;
+    }
+    return {};
+}
+
 } // namespace gitkit

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/repository/Branches.h"
 
+#include "GitKit/Text.h"
+#include "GitKit/parsers/Fields.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/runner/GitError.h"
@@ -43,6 +45,17 @@ UpstreamKind setUpstream(const GitRepository& repo, const std::string& branch, c
     setSetting(repo, branch, "remote", meant.remote);
     setSetting(repo, branch, "merge", "refs/heads/" + meant.branch);
     return UpstreamKind::unknown;
+}
+
+int commitsOnlyOn(const GitRepository& repo, const std::string& branch, const std::string& target, int most)
+{
+    std::vector<std::string> command{"rev-list", "--count", "--max-count=" + std::to_string(most),
+                                     "refs/heads/" + branch, "--not"};
+    if (!target.empty())
+        command.push_back(exactArgument("rev-list", target));
+    // The pattern is matched below refs/heads, so it must be the short name.
+    command.insert(command.end(), {"--exclude=" + branch, "--branches", "--tags", "--remotes", "--"});
+    return readNumber(withoutLineEnd(repo.runner().bytes(command)));
 }
 
 void unsetUpstream(const GitRepository& repo, const std::string& branch)

@@ -21,6 +21,10 @@ enum class UpstreamKind {
 };
 /// Has a branch follow a remote one (refs/remotes/...). One that no fetch brings is set all the same.
 UpstreamKind setUpstream(const GitRepository& repo, const std::string& branch, const std::string& upstream);
+/// Counts the commits that a branch leads to and no other branch, tag or remote branch does, nor `target`, which is a hash or
+/// empty. Stops counting at `most`.
+int commitsOnlyOn(const GitRepository& repo, const std::string& branch, const std::string& target, int most);
+
 /// Does nothing for a branch without an upstream.
 void unsetUpstream(const GitRepository& repo, const std::string& branch);
 

@@ -2,58 +2,24 @@
 #include "GitKit/repository/Merging.h"
 
 #include "GitKit/Text.h"
-#include "GitKit/repository/CommitGraphCache.h"
+#include "GitKit/parsers/Fields.h"
 #include "GitKit/repository/Divergence.h"
-#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Overwriting.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/TellingCommand.h"
+#include "GitKit/repository/ThrowawayObjects.h"
 #include "GitKit/repository/Upstream.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitVersion.h"
+#include "GitKit/undo/HelperRuns.h"
 #include "GitKit/undo/RefTransaction.h"
 
-#include <cstdlib>
-#include <system_error>
+#include <utility>
 
 namespace gitkit {
 
 namespace {
-
-namespace fs = std::filesystem;
-
-/// A folder for objects that nobody needs afterwards.
-class ThrowawayObjects {
-public:
-    explicit ThrowawayObjects(const GitRepository& repo)
-        : alternates_(alternatesOf(gitDirectories(repo).common / "objects"))
-    {
-        std::string name = (fs::temp_directory_path() / "plovik-objects-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr)
-            throw std::system_error(errno, std::generic_category(), "mkdtemp");
-        folder_ = name;
-    }
-    ~ThrowawayObjects()
-    {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-    ThrowawayObjects(const ThrowawayObjects&) = delete;
-    ThrowawayObjects& operator=(const ThrowawayObjects&) = delete;
-
-    RunOptions options() const
-    {
-        RunOptions options;
-        options.environment = {{"GIT_OBJECT_DIRECTORY", folder_.string()},
-                               {"GIT_ALTERNATE_OBJECT_DIRECTORIES", alternates_}};
-        return options;
-    }
-
-private:
-    fs::path folder_;
-    std::string alternates_;
-};
 
 std::string mergeSetting(const GitRepository& repo, const std::string& name)
 {
@@ -67,45 +33,107 @@ bool isPartialClone(const GitRepository& repo)
            0;
 }
 
-void rehearse(const GitRepository& repo, const std::string& theirs, MergePreview& preview)
+bool canRehearse(const GitRepository& repo) { return can(Ability::mergesInMemory) && !isPartialClone(repo); }
+
+/// What merging two commits in memory has given.
+struct Rehearsed {
+    MergePreview::Outcome outcome = MergePreview::Outcome::unknown;
+    std::string tree;
+    std::vector<std::string> conflicts; ///< paths
+};
+
+Rehearsed rehearse(const GitRepository& repo, const ThrowawayObjects& objects, const std::string& ours,
+                   const std::string& theirs)
 {
-    if (!can(Ability::mergesInMemory) || isPartialClone(repo))
-        return;
-    const ThrowawayObjects objects(repo);
     const GitOutput merged = repo.runner().output(
-        {"merge-tree", "--write-tree", "-z", "--name-only", "--no-messages", "HEAD", theirs}, objects.options());
-    if (merged.status == 0)
-        preview.outcome = MergePreview::Outcome::clean;
-    if (merged.status != 1)
-        return;
-    preview.outcome = MergePreview::Outcome::conflicts;
-    preview.conflicts = splitNul(merged.stdoutBytes);
-    preview.conflicts.erase(preview.conflicts.begin()); // the tree
+        {"merge-tree", "--write-tree", "-z", "--name-only", "--no-messages", ours, theirs}, objects.options());
+    Rehearsed found;
+    if (merged.status != 0 && merged.status != 1)
+        return found;
+    found.outcome = merged.status == 0 ? MergePreview::Outcome::clean : MergePreview::Outcome::conflicts;
+    found.conflicts = splitNul(merged.stdoutBytes);
+    found.tree = found.conflicts.front();
+    found.conflicts.erase(found.conflicts.begin());
+    return found;
 }
 
-/// A branch and what it follows.
-struct Followed {
+/// Returns the commits that a rebase onto `theirs` replays, the oldest first, and the first parent of each.
+std::vector<CommitPair> replayed(const GitRepository& repo, const std::string& theirs)
+{
+    std::vector<CommitPair> commits;
+    const std::string listed =
+        repo.runner().bytes({"rev-list", "--reverse", "--topo-order", "--no-merges", "--right-only", "--cherry-pick",
+                             "--parents", theirs + "...HEAD", "--"});
+    Pieces lines(listed, '\n');
+    while (const auto line = lines.next()) {
+        const std::size_t end = line->find(' ');
+        commits.push_back({std::string(line->substr(0, end)),
+                           std::string(end == std::string_view::npos ? std::string_view() : line->substr(end + 1))});
+    }
+    return commits;
+}
+
+/// Picks one commit after the other in memory, until one conflicts.
+void rehearseRebase(const GitRepository& repo, const std::string& theirs, const std::vector<CommitPair>& commits,
+                    RebasePreview& preview)
+{
+    const ThrowawayObjects objects(repo);
+    std::string tree = theirs + "^{tree}";
+    for (const auto& [commit, parent] : commits) {
+        if (parent.empty()) // a root, whose pick has nothing to start from
+            return;
+        // A commit of what is there so far, whose base with the picked one is that one's parent.
+        const std::string ours(withoutLineEnd(
+            repo.runner().bytes({"commit-tree", "-p", parent, "-m", "x", tree}, helperOptions(objects.options()))));
+        const Rehearsed picked = rehearse(repo, objects, ours, commit);
+        if (picked.outcome != MergePreview::Outcome::clean) {
+            preview.outcome = picked.outcome;
+            preview.conflicts = picked.conflicts;
+            return;
+        }
+        tree = picked.tree;
+    }
+    preview.outcome = MergePreview::Outcome::clean;
+}
+
+/// A branch and what it is moved to.
+struct Movable {
     std::string ours;   ///< full hash
     std::string theirs; ///< full hash
-    std::string upstream;
+    std::string to;
     std::string place;  ///< working tree that has the branch checked out; empty when none has
     std::string symref; ///< what the branch is another name of; empty when of none
 };
 
-Followed followedBy(const GitRepository& repo, const std::string& branch)
+/// Reads a branch and what it is moved to: a full name or hash, or else the branch that it follows.
+Movable movable(const GitRepository& repo, const std::string& branch, const std::string& other)
 {
     const std::vector<std::string> fields = splitNul(withoutLineEnd(
         repo.runner().bytes({"for-each-ref", "--format=%(objectname)%00%(upstream)%00%(worktreepath)%00%(symref)%00",
                              "refs/heads/" + branch})));
     if (fields.size() != 4)
         throw GitError("merge", 1, "There is no branch " + inQuotes(branch) + ".", ErrorKind::noSuchRef);
-    Followed found{.ours = fields[0], .theirs = {}, .upstream = fields[1], .place = fields[2], .symref = fields[3]};
-    if (!found.upstream.empty())
+    Movable found{.ours = fields[0],
+                  .theirs = {},
+                  .to = other.empty() ? fields[1] : other,
+                  .place = fields[2],
+                  .symref = fields[3]};
+    if (!found.to.empty())
         found.theirs = std::string(
-            withoutLineEnd(repo.runner().output({"rev-parse", "--verify", "--quiet", found.upstream}).stdoutBytes));
+            withoutLineEnd(repo.runner().output({"rev-parse", "--verify", "--quiet", found.to}).stdoutBytes));
     if (found.theirs.empty())
         throw GitError("merge", 1, inQuotes(branch) + " follows no branch that is here.", ErrorKind::noUpstream);
     return found;
+}
+
+/// Throws where a branch cannot be moved without what has it checked out.
+void requireFree(const std::string& branch, const Movable& now)
+{
+    if (!now.place.empty())
+        throw GitError("merge", 1, inQuotes(branch) + " is checked out in " + inQuotes(now.place) + ".",
+                       ErrorKind::checkedOutElsewhere);
+    if (!now.symref.empty())
+        throw GitError("merge", 1, inQuotes(branch) + " is another name of " + inQuotes(now.symref) + ".");
 }
 
 } // namespace
@@ -122,10 +150,38 @@ MergePreview mergePreview(const GitRepository& repo, const std::string& ref)
     preview.alwaysMergeCommit = forward == "false" || forward == "no" || forward == "off";
     preview.alwaysFastForward = forward == "only";
     preview.remembersResolutions = mergeSetting(repo, "rerere.enabled") == "true";
-    if (preview.commits > 0 && preview.own > 0)
-        rehearse(repo, theirs, preview);
-    else
+    if (preview.commits == 0 || preview.own == 0) {
         preview.outcome = MergePreview::Outcome::clean;
+    } else if (canRehearse(repo)) {
+        Rehearsed found = rehearse(repo, ThrowawayObjects(repo), "HEAD", theirs);
+        preview.outcome = found.outcome;
+        preview.conflicts = std::move(found.conflicts);
+    }
+    return preview;
+}
+
+RebasePreview rebasePreview(const GitRepository& repo, const std::string& ref)
+{
+    constexpr int mostRehearsed = 40;
+    constexpr int mostCompared = 2000; // with the replayed ones, to find those that are there already
+    const std::string theirs = std::string(
+        withoutLineEnd(repo.runner().bytes({"rev-parse", "--verify", exactArgument("rebase", ref) + "^{commit}"})));
+    RebasePreview preview;
+    const Divergence counts = countDivergence(repo, {headCommit(repo), theirs});
+    preview.beneath = counts.behind;
+    if (counts.ahead == 0 || counts.behind == 0) {
+        preview.commits = counts.behind == 0 ? 0 : counts.ahead;
+        preview.outcome = MergePreview::Outcome::clean;
+        return preview;
+    }
+    preview.commits = counts.ahead;
+    if (counts.ahead > mostRehearsed || counts.behind > mostCompared)
+        return preview;
+    const std::vector<CommitPair> commits = replayed(repo, theirs);
+    preview.commits = static_cast<int>(commits.size());
+    preview.remembersResolutions = mergeSetting(repo, "rerere.enabled") == "true";
+    if (canRehearse(repo))
+        rehearseRebase(repo, theirs, commits, preview);
     return preview;
 }
 
@@ -168,23 +224,29 @@ void fetchUpstreamOf(const GitRepository& repo, const std::string& branch)
     runTelling(repo.runner(), {"fetch", "--progress", "--no-write-fetch-head", newNameArgument("fetch", remote)});
 }
 
-void fastForward(const GitRepository& repo, const std::string& branch)
+void fastForward(const GitRepository& repo, const std::string& branch, const std::string& to)
 {
-    const Followed now = followedBy(repo, branch);
-    if (!now.place.empty())
-        throw GitError("merge", 1, inQuotes(branch) + " is checked out in " + inQuotes(now.place) + ".",
-                       ErrorKind::checkedOutElsewhere);
-    if (!now.symref.empty())
-        throw GitError("merge", 1, inQuotes(branch) + " is another name of " + inQuotes(now.symref) + ".");
+    const Movable now = movable(repo, branch, to);
+    requireFree(branch, now);
     if (now.ours == now.theirs || countDivergence(repo, {now.ours, now.theirs}).behind == 0)
         return;
     if (repo.runner().output({"merge-base", "--is-ancestor", now.ours, now.theirs}).status != 0)
         throw GitError("merge", 1,
-                       inQuotes(branch) + " and " + inQuotes(now.upstream.substr(now.upstream.find('/', 5) + 1)) +
+                       inQuotes(branch) + " and " + inQuotes(now.to.substr(now.to.find('/', 5) + 1)) +
                            " have diverged. Check it out to merge.",
                        ErrorKind::notFastForward);
-    RefTransaction move(repo, "merge " + now.upstream + ": Fast-forward",
-                        {{"refs/heads/" + branch, now.ours, now.theirs}});
+    RefTransaction move(repo, "merge " + now.to + ": Fast-forward", {{"refs/heads/" + branch, now.ours, now.theirs}});
+    move.commit();
+}
+
+void moveBranch(const GitRepository& repo, const std::string& branch, const std::string& from, const std::string& to)
+{
+    const Movable now = movable(repo, branch, exactArgument("branch", to));
+    requireFree(branch, now);
+    if (now.ours != from)
+        throw GitError("branch", 1, inQuotes(branch) + " has moved meanwhile. It stays where it is.",
+                       ErrorKind::changedMeanwhile);
+    RefTransaction move(repo, "branch: Reset to " + to, {{"refs/heads/" + branch, from, to}});
     move.commit();
 }
 

@@ -15,6 +15,10 @@ class GitRepository;
 /// Reads what merging a ref into HEAD would do. Leaves nothing in the repository.
 MergePreview mergePreview(const GitRepository& repo, const std::string& ref);
 
+/// Reads what rebasing HEAD onto a ref would do. Leaves nothing in the repository. Of very many commits it does not tell
+/// whether they conflict.
+RebasePreview rebasePreview(const GitRepository& repo, const std::string& ref);
+
 void mergeBy(const GitRepository& repo, const std::string& ref, MergeKind kind);
 
 /// Replays the commits that only HEAD has on top of a ref.
@@ -23,8 +27,13 @@ void rebaseOnto(const GitRepository& repo, const std::string& ref);
 /// Fetches from the remote that a branch is pulled from. Throws ErrorKind::noUpstream when there is none.
 void fetchUpstreamOf(const GitRepository& repo, const std::string& branch);
 
-/// Moves a branch that is checked out nowhere on to its upstream. Throws ErrorKind::notFastForward when it has commits of its
-/// own, noUpstream, and checkedOutElsewhere. A branch that is there already stays.
-void fastForward(const GitRepository& repo, const std::string& branch);
+/// Moves a branch that is checked out nowhere on to a ref, given by its full name; to its upstream where none is given. Throws
+/// ErrorKind::notFastForward when it has commits of its own, noUpstream, and checkedOutElsewhere. A branch that is there
+/// already stays.
+void fastForward(const GitRepository& repo, const std::string& branch, const std::string& to = {});
+
+/// Moves a branch that is checked out nowhere from one commit to another one, by their full hashes. Throws
+/// ErrorKind::checkedOutElsewhere, and changedMeanwhile when it is not at `from`.
+void moveBranch(const GitRepository& repo, const std::string& branch, const std::string& from, const std::string& to);
 
 } // namespace gitkit

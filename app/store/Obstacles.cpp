@@ -102,6 +102,8 @@ QString refusal(const Snapshot& now, Verb verb)
         return firstOf(conflictsLeft(now), unfinished(now));
     case Verb::rebase:
         return firstOf(conflictsLeft(now), inProgress(now));
+    case Verb::moveBranch: // it may be the one that is being rebased
+        return isIn(now, Kind::rebase) ? inProgress(now) : QString();
     case Verb::reset:
         return now.status.value().hasCommits() ? inProgress(now) : Texts::tr("Nothing has been committed yet.");
     case Verb::pull:

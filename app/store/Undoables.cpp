@@ -210,11 +210,19 @@ Undoable rebase(const std::string& ref, const QString& branch, const QString& sh
     return undo;
 }
 
-Undoable fastForward(const std::string& branch)
+Undoable fastForward(const std::string& branch, const QString& to)
 {
     return {.title = UndoTexts::tr("Fast-Forward of %1").arg(inQuotes(branch)),
-            .done = UndoTexts::tr("Moved %1 on to its upstream.").arg(inQuotes(branch)),
+            .done = to.isEmpty() ? UndoTexts::tr("Moved %1 on to its upstream.").arg(inQuotes(branch))
+                                 : UndoTexts::tr("Moved %1 on to %2.").arg(inQuotes(branch), inQuotes(to)),
             .scope = {.kind = "fast-forward", .refs = {"refs/heads/" + branch}}};
+}
+
+Undoable moveBranch(const std::string& branch, const std::string& target)
+{
+    return {.title = UndoTexts::tr("Move of %1").arg(inQuotes(branch)),
+            .done = UndoTexts::tr("Moved %1 to %2.").arg(inQuotes(branch), shownText(gitkit::shortHash(target))),
+            .scope = {.kind = "move-branch", .refs = {"refs/heads/" + branch}}};
 }
 
 Undoable cherryPick(const gitkit::Pick& pick)

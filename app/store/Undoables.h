@@ -39,7 +39,9 @@ Undoable merge(const std::string& ref, const QString& shown);
 Undoable squash(const std::string& ref, const QString& shown);
 /// `branch` is what is moved, as it is shown.
 Undoable rebase(const std::string& ref, const QString& branch, const QString& shown);
-Undoable fastForward(const std::string& branch);
+/// `to` is what it is moved on to, as it is shown; empty for its upstream.
+Undoable fastForward(const std::string& branch, const QString& to = {});
+Undoable moveBranch(const std::string& branch, const std::string& target);
 Undoable cherryPick(const gitkit::Pick& pick);
 Undoable revert(const gitkit::Pick& pick);
 /// `branch` is what is moved, as it is shown.

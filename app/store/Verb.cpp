@@ -32,6 +32,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::deleteBranch:
     case Verb::setUpstream:
     case Verb::fastForward:
+    case Verb::moveBranch:
     case Verb::createTag:
     case Verb::deleteTag:
         return all({refs});

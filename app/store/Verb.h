@@ -23,6 +23,7 @@ enum class Verb {
     merge,
     rebase,
     fastForward,
+    moveBranch,
     pullOther,
     reset,
     cherryPick,

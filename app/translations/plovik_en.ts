@@ -368,6 +368,58 @@
     </message>
 </context>
 <context>
+    <name>plovik::DropHint</name>
+    <message numerus="yes">
+        <source>will conflict in %n file(s): %1</source>
+        <translation>
+            <numerusform>will conflict in %n file: %1</numerusform>
+            <numerusform>will conflict in %n files: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s)</source>
+        <translation>
+            <numerusform>%n commit</numerusform>
+            <numerusform>%n commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s), fast-forward</source>
+        <translation>
+            <numerusform>%n commit, fast-forward</numerusform>
+            <numerusform>%n commits, fast-forward</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s), merges cleanly</source>
+        <translation>
+            <numerusform>%n commit, merges cleanly</numerusform>
+            <numerusform>%n commits, merges cleanly</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s), no conflicts</source>
+        <translation>
+            <numerusform>%n commit, no conflicts</numerusform>
+            <numerusform>%n commits, no conflicts</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s) are on no other branch: you are asked first</source>
+        <translation>
+            <numerusform>%n commit is on no other branch: you are asked first</numerusform>
+            <numerusform>%n commits are on no other branch: you are asked first</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Cherry-pick %n commit(s) onto %1</source>
+        <translation>
+            <numerusform>Cherry-pick %n commit onto %1</numerusform>
+            <numerusform>Cherry-pick %n commits onto %1</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::FailureWays</name>
     <message numerus="yes">
         <source>%n minute(s) old</source>
@@ -415,6 +467,16 @@
         <translation>
             <numerusform>Folder, %Ln file</numerusform>
             <numerusform>Folder, %Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::HistoryList</name>
+    <message numerus="yes">
+        <source>%Ln commit(s)</source>
+        <translation>
+            <numerusform>%Ln commit</numerusform>
+            <numerusform>%Ln commits</numerusform>
         </translation>
     </message>
 </context>
@@ -597,6 +659,13 @@
         <translation>
             <numerusform>%Ln commit</numerusform>
             <numerusform>%Ln commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n commit(s) are on no other branch and no tag. They stay in the timeline only.</source>
+        <translation>
+            <numerusform>%n commit is on no other branch and no tag. It stays in the timeline only.</numerusform>
+            <numerusform>%n commits are on no other branch and no tag. They stay in the timeline only.</numerusform>
         </translation>
     </message>
 </context>

@@ -73,8 +73,8 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
 
     EXPECT_EQ(menuOf(local),
               (Titles{"Check Out", "Merge into “a&&b”", "Merge With Options…", "Rebase “a&&b” onto “side”",
-                      "New Branch from Here…", "(Pull)", "Push to…", "—", "Rename…", "Upstream", "—", "Compare",
-                      "Where It Was", "—", "Copy Name", "—", "Delete…"}));
+                      "New Branch from Here…", "(Pull)", "(Move to Selected Commit)", "Push to…", "—", "Rename…",
+                      "Upstream", "—", "Compare", "Where It Was", "—", "Copy Name", "—", "Delete…"}));
     EXPECT_EQ(menuOf(current),
               (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)", "(Rebase “a&&b” onto “a&&b”)",
                       "New Branch from Here…", "Push", "Push to…", "—", "Rename…", "Upstream", "—", "Compare",

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/repository/Branches.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Merging.h"
 #include "GitKit/repository/Picking.h"
@@ -63,6 +64,64 @@ TEST_F(MergeWays, ForetellsWhatComesAndLeavesNothingBehind)
     EXPECT_EQ(mergePreview(repo.repository(), repo.head()).commits, 0);
 }
 
+TEST_F(MergeWays, ForetellsARebaseCommitByCommit)
+{
+    const auto foretold = [this](const std::string& onto) { return rebasePreview(repo.repository(), onto); };
+    const bool canTell = can(Ability::mergesInMemory);
+    const Outcome clean = canTell ? Outcome::clean : Outcome::unknown;
+    EXPECT_EQ(foretold("refs/heads/topic"), (RebasePreview{.commits = 0, .beneath = 1, .outcome = Outcome::clean}));
+    repo.write("b", "2\n").commit("ours").write("b", "3\n").commit("ours, too");
+    const std::string objects = repo.read({"count-objects", "-v"});
+    EXPECT_EQ(foretold("refs/heads/topic"), (RebasePreview{.commits = 2, .beneath = 1, .outcome = clean}));
+    EXPECT_EQ(repo.read({"count-objects", "-v"}), objects);
+    EXPECT_EQ(foretold(repo.read({"rev-parse", "HEAD~1"})), (RebasePreview{.commits = 0, .beneath = 0, .outcome = Outcome::clean}));
+
+    // What is there already is not replayed.
+    repo.git({"cherry-pick", "topic"});
+    EXPECT_EQ(foretold("refs/heads/topic"), (RebasePreview{.commits = 2, .beneath = 1, .outcome = clean}));
+    repo.git({"reset", "-q", "--hard", "HEAD~1"});
+
+    // The first two clash with topic, though what comes of all three does not.
+    repo.write("a", "ours\n").commit("clash").write("a", "topic\n").commit("agrees").write("b", "4\n").commit("more");
+    EXPECT_EQ(mergePreview(repo.repository(), "refs/heads/topic").outcome, clean);
+    const RebasePreview found = foretold("refs/heads/topic");
+    EXPECT_EQ(found.commits, 5);
+    EXPECT_EQ(found.outcome, canTell ? Outcome::conflicts : Outcome::unknown);
+    EXPECT_EQ(found.conflicts, canTell ? std::vector<std::string>{"a"} : std::vector<std::string>());
+    for (int number = 0; number < 40; ++number)
+        repo.git({"commit", "-q", "--allow-empty", "-m", "many"});
+    EXPECT_EQ(foretold("refs/heads/topic"), (RebasePreview{.commits = 45, .beneath = 1, .outcome = Outcome::unknown}));
+}
+
+TEST_F(MergeWays, MovesABranchThatIsFreeAndCountsWhatFallsOff)
+{
+    const std::string main = repo.head();
+    const std::string topic = repo.read({"rev-parse", "topic"});
+    EXPECT_EQ(commitsOnlyOn(repo.repository(), "topic", {}, 10), 1);
+    EXPECT_EQ(commitsOnlyOn(repo.repository(), "topic", topic, 10), 0);
+    const auto move = [&](const std::string& from) {
+        return [from, main](const GitRepository& door) { moveBranch(door, "topic", from, main); };
+    };
+    EXPECT_EQ(refusal(move(main)), ErrorKind::changedMeanwhile);
+    repo.git({"checkout", "-q", "topic"});
+    EXPECT_EQ(refusal(move(topic)), ErrorKind::checkedOutElsewhere);
+    repo.git({"checkout", "-q", "main"});
+    move(topic)(repo.repository());
+    EXPECT_EQ(repo.read({"rev-parse", "topic"}), main);
+
+    // A name that begins like others, a remote branch, a tag, and a detached HEAD, which holds nothing.
+    repo.git({"branch", "topical-x", topic}).git({"branch", "topical", topic});
+    repo.git({"checkout", "-q", "--detach", topic});
+    EXPECT_EQ(commitsOnlyOn(repo.repository(), "topical", {}, 10), 0);
+    repo.git({"branch", "-D", "topical-x"});
+    EXPECT_EQ(commitsOnlyOn(repo.repository(), "topical", {}, 10), 1);
+    for (const char* ref : {"refs/tags/t", "refs/remotes/origin/topical"}) {
+        repo.git({"update-ref", ref, topic});
+        EXPECT_EQ(commitsOnlyOn(repo.repository(), "topical", {}, 10), 0) << ref;
+        repo.git({"update-ref", "-d", ref});
+    }
+}
+
 TEST_F(MergeWays, TakesEachWay)
 {
     const std::string start = repo.head();
@@ -122,6 +181,8 @@ TEST_F(MergeWays, MovesOnOnlyBranchesThatAreFree)
     forward("old")(repo.repository());
     EXPECT_EQ(repo.read({"rev-parse", "old"}), topic);
     EXPECT_FALSE(std::filesystem::exists(repo / ".git/FETCH_HEAD"));
+    fastForward(repo.repository(), "alone", "refs/heads/topic");
+    EXPECT_EQ(repo.read({"rev-parse", "alone"}), topic);
     repo.git({"checkout", "-q", "own"}).write("b", "2\n").commit("own").git({"checkout", "-q", "main"});
     EXPECT_EQ(refusal(forward("own")), ErrorKind::notFastForward);
 }

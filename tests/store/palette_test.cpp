@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace plovik {
 namespace {
 
-using Kind = PaletteEntry::Kind;
+using PaletteKind = PaletteEntry::Kind;
 using Names = std::vector<std::string>;
 
 Names found(const PaletteEntries& entries, const QString& typed)
@@ -29,14 +29,14 @@ Names found(const PaletteEntries& entries, const QString& typed)
 
 TEST(Palette, WholeNamesGoBeforeBeginningsAndThoseBeforePartsAndLettersInOrder)
 {
-    const PaletteEntries entries{{.kind = Kind::command, .title = u"View: Side by Side"_s},
-                                 {.kind = Kind::branch, .title = u"feature/inside"_s},
-                                 {.kind = Kind::branch, .title = u"fix/side"_s},
-                                 {.kind = Kind::tag, .title = u"side"_s},
-                                 {.kind = Kind::file, .title = u"app/sidebar/Model.cpp"_s},
-                                 {.kind = Kind::file, .title = u"src/idle/e.c"_s},
-                                 {.kind = Kind::commit, .title = u"Basic ideas"_s},
-                                 {.kind = Kind::commit, .title = u"Look aside"_s}};
+    const PaletteEntries entries{{.kind = PaletteKind::command, .title = u"View: Side by Side"_s},
+                                 {.kind = PaletteKind::branch, .title = u"feature/inside"_s},
+                                 {.kind = PaletteKind::branch, .title = u"fix/side"_s},
+                                 {.kind = PaletteKind::tag, .title = u"side"_s},
+                                 {.kind = PaletteKind::file, .title = u"app/sidebar/Model.cpp"_s},
+                                 {.kind = PaletteKind::file, .title = u"src/idle/e.c"_s},
+                                 {.kind = PaletteKind::commit, .title = u"Basic ideas"_s},
+                                 {.kind = PaletteKind::commit, .title = u"Look aside"_s}};
     EXPECT_EQ(found(entries, u"side"_s), (Names{"fix/side", "side", "View: Side by Side", "app/sidebar/Model.cpp",
                                                 "feature/inside", "Look aside", "src/idle/e.c"}))
         << "letters scattered in a sentence are no match";
@@ -73,7 +73,7 @@ TEST(Palette, ListsBranchesByTheirUseAndDateAndEachConflictedFileOnce)
 
 TEST(Palette, ListsNoMoreThanAFewRowsAndEndsWhenNobodyWaits)
 {
-    const PaletteEntries entries(5000, {.kind = Kind::file, .title = u"src/file"_s});
+    const PaletteEntries entries(5000, {.kind = PaletteKind::file, .title = u"src/file"_s});
     const PaletteQuery query{std::make_shared<const PaletteEntries>(entries), u"file"_s};
     const PaletteFound all = findInPalette(query, {});
     EXPECT_EQ(all.places.size(), mostPaletteRows);

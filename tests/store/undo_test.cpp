@@ -147,6 +147,8 @@ const std::vector<Story> stories{
     {"Fast-Forward of “old”",
      [](auto& r) { r.git({"branch", "old", "main"}).git({"branch", "-q", "-u", "topic", "old"}); },
      [](auto& t) { actions::fastForward(t.store.actors(), "old"); }},
+    {"Move of “old”", [](auto& r) { r.git({"branch", "old", "topic"}); },
+     [](auto& t) { actions::moveBranch(t.store.actors(), t.ref("old"), t.repo.head()); }},
     {"Cherry-Pick of", [](auto& r) { r.write("b", "local"); },
      [](auto& t) { actions::cherryPick(t.store.actors(), t.ref("topic").hash); }},
     {"Cherry-Pick of 2 commits", twoOnTopic,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/actions/Merges.h"
 
+#include "GitKit/records/Commit.h"
+#include "GitKit/repository/Branches.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Merging.h"
 #include "app/store/Changes.h"
@@ -14,6 +16,8 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -52,12 +56,56 @@ Change tellingNothingStaged(WindowState& window, Change change)
     return change;
 }
 
-Change movingOn(Verb verb, const std::string& branch)
+QString shownRemoteBranch(const std::string& fullName)
+{
+    constexpr std::string_view prefix = "refs/remotes/";
+    return fullName.starts_with(prefix) ? shownText(std::string_view(fullName).substr(prefix.size())) : QString();
+}
+
+Change movingOn(Verb verb, const std::string& branch, const std::string& to = {})
 {
     return {.verb = verb,
             .title = MergeTexts::tr("Moving %1 on…").arg(inQuotes(branch)),
-            .operation = [branch](const GitRepository& repo) { gitkit::fastForward(repo, branch); },
-            .undo = undoable::fastForward(branch)};
+            .operation = [branch, to](const GitRepository& repo) { gitkit::fastForward(repo, branch, to); },
+            .undo = undoable::fastForward(branch, shownRemoteBranch(to))};
+}
+
+/// So many commits are counted that a branch would leave behind.
+constexpr int mostCounted = 1000;
+
+QCoro::Task<> movingAfterCheck(Actors actors, GitRef branch, std::string target)
+{
+    int left = 0;
+    std::optional<Failure> failure;
+    try {
+        left = co_await actors.git.read(&gitkit::commitsOnlyOn, branch.name, target, mostCounted);
+    } catch (const std::exception& thrown) {
+        failure = failureOf(thrown);
+    }
+    if (failure) {
+        actors.window.report(*failure);
+        co_return;
+    }
+    const Change move{.verb = Verb::moveBranch,
+                      .title = MergeTexts::tr("Moving %1…").arg(inQuotes(branch.name)),
+                      .operation = [name = branch.name, from = branch.hash, target](
+                                       const GitRepository& repo) { gitkit::moveBranch(repo, name, from, target); },
+                      .undo = undoable::moveBranch(branch.name, target)};
+    if (left == 0) {
+        actors.changes.run(move);
+        co_return;
+    }
+    Confirmation question;
+    question.title = MergeTexts::tr("Move %1 to %2?").arg(inQuotes(branch.name), shownText(gitkit::shortHash(target)));
+    question.message =
+        left < mostCounted
+            ? MergeTexts::tr("%n commit(s) are on no other branch and no tag. They stay in the timeline only.", nullptr,
+                             left)
+            : MergeTexts::tr("Very many commits are on no other branch and no tag. They stay in the timeline "
+                             "only.");
+    question.actionTitle = MergeTexts::tr("Move");
+    question.action = [&changes = actors.changes, move] { changes.run(move); };
+    actors.window.ask(std::move(question));
 }
 
 } // namespace
@@ -92,7 +140,15 @@ void rebaseOnto(Actors actors, const GitRef& ref)
         {.message = MergeTexts::tr("Before rebase onto %1").arg(shown), .listing = changedThere(ref.fullName)}));
 }
 
-void fastForward(Actors actors, const std::string& branch) { actors.changes.run(movingOn(Verb::fastForward, branch)); }
+void fastForward(Actors actors, const std::string& branch, const std::string& to)
+{
+    actors.changes.run(movingOn(Verb::fastForward, branch, to));
+}
+
+void moveBranch(Actors actors, const GitRef& branch, const std::string& target)
+{
+    launch(movingAfterCheck(actors, branch, target));
+}
 
 void pullOther(Actors actors, const std::string& branch)
 {

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/readers/ActionPreviews.h"
 
+#include "GitKit/repository/Branches.h"
+#include "GitKit/repository/Commits.h"
+#include "GitKit/repository/Divergence.h"
 #include "GitKit/repository/Merging.h"
 #include "GitKit/repository/Pushing.h"
 #include "GitKit/undo/Reset.h"
+
+#include <string_view>
 
 namespace plovik {
 
@@ -20,6 +25,29 @@ gitkit::PushPreview readPushPreview(const gitkit::GitRepository& repo, const git
 gitkit::MergePreview readMergePreview(const gitkit::GitRepository& repo, const std::string& ref)
 {
     return gitkit::mergePreview(repo, ref);
+}
+
+DropPreview readDropPreview(const gitkit::GitRepository& repo, const DropQuestion& question)
+{
+    using Act = Drop::Act;
+    constexpr int most = 1000;
+    constexpr std::string_view heads = "refs/heads/";
+    switch (question.act) {
+    case Act::merge:
+    case Act::squash:
+        return gitkit::mergePreview(repo, question.ref);
+    case Act::rebase:
+        return gitkit::rebasePreview(repo, question.ref);
+    case Act::fastForward: {
+        const gitkit::Divergence counts = gitkit::countDivergence(
+            repo, {gitkit::resolveCommit(repo, question.ref), gitkit::resolveCommit(repo, question.to)});
+        return MovePreview{.comes = counts.behind, .own = counts.ahead};
+    }
+    case Act::moveBranch:
+        return MovePreview{.left = gitkit::commitsOnlyOn(repo, question.ref.substr(heads.size()), question.to, most)};
+    default:
+        return {};
+    }
 }
 
 } // namespace plovik

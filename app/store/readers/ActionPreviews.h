@@ -4,8 +4,10 @@
 #include "GitKit/records/Merge.h"
 #include "GitKit/records/Push.h"
 #include "GitKit/records/Reset.h"
+#include "app/store/Drops.h"
 
 #include <string>
+#include <variant>
 
 namespace gitkit {
 class GitRepository;
@@ -24,5 +26,27 @@ gitkit::PushPreview readPushPreview(const gitkit::GitRepository& repo, const git
 
 /// Reads what merging a ref into HEAD would do. `ref` is a full name.
 gitkit::MergePreview readMergePreview(const gitkit::GitRepository& repo, const std::string& ref);
+
+/// What is asked about a drop before it happens.
+struct DropQuestion {
+    Drop::Act act = Drop::Act::nothing;
+    std::string ref; ///< full name
+    std::string to;  ///< full name or full hash
+
+    bool operator==(const DropQuestion&) const = default;
+};
+
+/// How far a branch would be moved.
+struct MovePreview {
+    int comes = 0; ///< commits that it leads to then and did not before
+    int left = 0;  ///< commits that nothing leads to then
+    int own = 0;   ///< commits that it has and the other one has not
+    bool operator==(const MovePreview&) const = default;
+};
+
+using DropPreview = std::variant<std::monostate, gitkit::MergePreview, gitkit::RebasePreview, MovePreview>;
+
+/// Reads what a drop would do, where more can be told than its name.
+DropPreview readDropPreview(const gitkit::GitRepository& repo, const DropQuestion& question);
 
 } // namespace plovik

@@ -361,6 +361,8 @@ constexpr Command table[] = {
                 QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar that is not checked out.")),
     onSelection(Id::fastForwardRef, QT_TRANSLATE_NOOP("Commands", "Fast-Forward"),
                 QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar that is not checked out.")),
+    onSelection(Id::moveRef, QT_TRANSLATE_NOOP("Commands", "Move Branch to Selected Commit"),
+                QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar that is not checked out.")),
     onSelection(Id::newBranchFromRef, QT_TRANSLATE_NOOP("Commands", "New Branch from Here…"), wantedRef),
     onSelection(Id::renameRef, QT_TRANSLATE_NOOP("Commands", "Rename Branch…"),
                 QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar."), Qt::Key_F2),

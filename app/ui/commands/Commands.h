@@ -104,6 +104,7 @@ enum class CommandId {
     rebaseOntoRef,
     pullRef,
     fastForwardRef,
+    moveRef,
     newBranchFromRef,
     renameRef,
     pushRef,

@@ -13,6 +13,7 @@
 #include "app/ui/commit/HeaderOverFiles.h"
 #include "app/ui/diff/DiffPane.h"
 #include "app/ui/diff/DiffView.h"
+#include "app/ui/drag/DragData.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/FileListTools.h"
 #include "app/ui/widgets/IconButton.h"
@@ -111,6 +112,7 @@ void CommitDetailView::makePage()
     page->setAutomatic([](double available) { return std::clamp(available * partOfSide, leastSide, mostSide); });
     pages_->addWidget(page);
     setTabOrder(files_, diff_);
+    files_->setDragged([this](QPoint) { dragCurrentFile(); });
     connect(files_, &CommitFilesList::currentFileChanged, this, &CommitDetailView::fileChanged);
     connect(files_, &CommitFilesList::openRequested, this, &CommitDetailView::openCurrentFile);
     connect(files_, &CommitFilesList::menuRequested, this, &CommitDetailView::showMenu);
@@ -331,6 +333,19 @@ void CommitDetailView::diffRead()
         return;
     }
     diff_->showDiff(tr("Diff"), diffs_.answered()->file.path, *diffs_.result(), diffs_.answered()->hash);
+}
+
+void CommitDetailView::dragCurrentFile()
+{
+    const gitkit::CommitFile* const file = files_->currentFile();
+    if (!file || !isCurrent())
+        return;
+    const InspectedFile version = inspectedFile(shown_->detail, *file, InspectedFile::Tab::blame);
+    drag(*files_, store_,
+         {.kind = Dragged::Kind::commitFile,
+          .names = {version.path},
+          .revision = version.revision.value_or(std::string())},
+         namesOfFiles({version.path}));
 }
 
 void CommitDetailView::openCurrentFile()

@@ -74,6 +74,7 @@ private:
     void makeAllFiles();
     void followAllFiles();
     void focusDiff();
+    void dragCurrentFile();
     void openCurrentFile();
     void showMenu(const QPoint& position);
     void changeEvent(QEvent* event) override;

@@ -22,22 +22,6 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(plovik::CommitMenu)
 };
 
-/// Returns "refs/heads/main"; empty for HEAD.
-std::string fullNameOf(const gitkit::RefLabel& label)
-{
-    switch (label.kind) {
-    case gitkit::RefLabel::Kind::localBranch:
-        return "refs/heads/" + label.name;
-    case gitkit::RefLabel::Kind::remoteBranch:
-        return "refs/remotes/" + label.name;
-    case gitkit::RefLabel::Kind::tag:
-        return "refs/tags/" + label.name;
-    case gitkit::RefLabel::Kind::head:
-        break;
-    }
-    return {};
-}
-
 void addCopies(QMenu& menu, const gitkit::Commit& commit)
 {
     const auto addCopy = [&menu](CommandId id, const QString& title, const QString& text) {
@@ -139,7 +123,7 @@ QMenu* makeLabelsMenu(RepositoryStore& store, const std::vector<gitkit::RefLabel
 {
     auto* const menu = new QMenu(parent);
     for (const gitkit::RefLabel& label : labels) {
-        if (const std::string name = fullNameOf(label); !name.empty())
+        if (const std::string name = gitkit::fullNameOf(label); !name.empty())
             menu->addAction(plainMenuText(shownLine(label.name)), menu,
                             [&store, name] { store.window().select(SidebarItem::ref(name)); });
     }

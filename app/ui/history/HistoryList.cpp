@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/history/HistoryList.h"
 
+#include "app/store/ShownText.h"
+#include "app/ui/drag/DragData.h"
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/history/GraphCell.h"
 #include "app/ui/history/HistoryBody.h"
 #include "app/ui/history/HistoryHeader.h"
+#include "app/ui/history/RowText.h"
 #include "app/ui/history/WorkingCopyRow.h"
 #include "app/ui/widgets/RowPainting.h"
 
@@ -60,6 +63,11 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     connect(workingCopy_, &WorkingCopyRow::wantedChanged, this, &HistoryList::placeHeader);
     connect(workingCopy_, &WorkingCopyRow::leftDownwards, this, [this] { setFocus(Qt::OtherFocusReason); });
     placeHeader();
+    setDragged([this](QPoint pressed) { beginDrag(pressed); });
+    new DropArea(store, *viewport(), [this](QPoint position) { return dropPlaces(position); });
+    new DropArea(store, *workingCopy_, [this](QPoint) {
+        return std::vector{DropArea::Place{{DropTarget::Kind::workingCopy}, workingCopy_->rect()}};
+    });
 
     // Connected after setModel(), so that the view and its selection have handled the reset before takeNewPage().
     connect(model_, &QAbstractItemModel::modelAboutToBeReset, this, &HistoryList::keepSelection);
@@ -441,6 +449,48 @@ void HistoryList::offerLabels(QPoint position)
     QMenu* const menu = makeLabelsMenu(store_, labels, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(viewport()->mapToGlobal(position));
+}
+
+/// Drags the label that was pressed, or else the selected commits.
+void HistoryList::beginDrag(QPoint pressed)
+{
+    const std::optional<HistoryRow> row = model_->row(rowAt(pressed.y()));
+    if (!row)
+        return;
+    if (const auto found = rowPainter_.labelAt(*row, columns(), logicalX(pressed.x()))) {
+        if (const std::string name = gitkit::fullNameOf(found->label); !name.empty())
+            drag(*this, store_, {Dragged::Kind::ref, {name}}, shownLine(found->label.name));
+        return;
+    }
+    Dragged dragged{.kind = Dragged::Kind::commits};
+    const std::vector<gitkit::Commit> commits = selectedCommits();
+    for (const gitkit::Commit& commit : commits) {
+        dragged.names.push_back(commit.hash);
+        dragged.hasMerge = dragged.hasMerge || commit.parents.size() > 1;
+    }
+    if (!commits.empty())
+        drag(*this, store_, dragged,
+             commits.size() == 1 ? shownLine(commits.front().subject)
+                                 : tr("%Ln commit(s)", nullptr, static_cast<int>(commits.size())));
+}
+
+/// A label is before its row.
+std::vector<DropArea::Place> HistoryList::dropPlaces(QPoint position)
+{
+    const int number = rowAt(position.y());
+    const std::optional<HistoryRow> row = model_->row(number);
+    std::vector<DropArea::Place> places;
+    if (!row)
+        return places;
+    const QRect area = visualRect(model_->index(number));
+    if (const auto found = rowPainter_.labelAt(*row, columns(), logicalX(position.x()))) {
+        const QRect label(static_cast<int>(found->left) - 2, area.top() + 2, static_cast<int>(found->width) + 4,
+                          area.height() - 4);
+        places.push_back({{DropTarget::Kind::ref, gitkit::fullNameOf(found->label)},
+                          QStyle::visualRect(layoutDirection(), viewport()->rect(), label)});
+    }
+    places.push_back({{DropTarget::Kind::commit, row->commit.hash}, area});
+    return places;
 }
 
 void HistoryList::hover(int row)

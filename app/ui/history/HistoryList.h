@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/store/RepositoryStore.h"
+#include "app/ui/drag/DropArea.h"
 #include "app/ui/history/HistoryModel.h"
 #include "app/ui/history/HistoryRowPainter.h"
 #include "app/ui/widgets/ContextMenuSource.h"
@@ -81,6 +82,9 @@ private:
     void wantMoreNearEnd();
     void askForMore();
     bool handledAsReading(const QKeyEvent* event);
+
+    void beginDrag(QPoint pressed);
+    std::vector<DropArea::Place> dropPlaces(QPoint position);
 
     bool showToolTip(QHelpEvent* event);
     void offerLabels(QPoint position);

@@ -20,6 +20,10 @@ public:
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override
+    {
+        return QAbstractListModel::flags(index) | Qt::ItemIsDragEnabled;
+    }
 
     /// Returns nullopt outside the page.
     std::optional<HistoryRow> row(int number) const;

@@ -331,6 +331,16 @@ QString HistoryRowPainter::toolTip(const HistoryRow& row, const HistoryColumns& 
     return {};
 }
 
+std::optional<RefBadges::Found> HistoryRowPainter::labelAt(const HistoryRow& row, const HistoryColumns& columns,
+                                                           double x)
+{
+    std::optional<RefBadges::Found> found =
+        layoutOf(row, columns).badges.labelAt(x - columns.subjectLeft, row.commit.refs);
+    if (found)
+        found->left += columns.subjectLeft;
+    return found;
+}
+
 std::vector<gitkit::RefLabel> HistoryRowPainter::collapsedLabels(const HistoryRow& row, const HistoryColumns& columns,
                                                                  double x)
 {

@@ -53,6 +53,9 @@ public:
     /// Returns the tooltip of the part of the row under `x`, or an empty text when the part has none.
     QString toolTip(const HistoryRow& row, const HistoryColumns& columns, double x);
 
+    /// Returns the label that stands alone under `x`, and its place in the row; nullopt elsewhere.
+    std::optional<RefBadges::Found> labelAt(const HistoryRow& row, const HistoryColumns& columns, double x);
+
     /// Returns the labels that have collapsed into the badge under `x`; none elsewhere.
     std::vector<gitkit::RefLabel> collapsedLabels(const HistoryRow& row, const HistoryColumns& columns, double x);
 

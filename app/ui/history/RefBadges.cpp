@@ -195,6 +195,14 @@ const RefBadges::Badge* RefBadges::badgeAt(double x) const
     return hit == badges_.end() ? nullptr : &*hit;
 }
 
+std::optional<RefBadges::Found> RefBadges::labelAt(double x, const std::vector<gitkit::RefLabel>& labels) const
+{
+    const Badge* const hit = badgeAt(x);
+    if (!hit || hit->look == Look::more || labels.size() != order_.size())
+        return std::nullopt;
+    return Found{labels[order_[hit->place]], hit->left, hit->width};
+}
+
 std::vector<gitkit::RefLabel> RefBadges::collapsedAt(double x, const std::vector<gitkit::RefLabel>& labels) const
 {
     const Badge* const hit = badgeAt(x);

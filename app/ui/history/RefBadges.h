@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QStaticText>
 
+#include <optional>
 #include <vector>
 
 namespace plovik {
@@ -38,6 +39,14 @@ public:
     /// Returns the full names of the labels under `x`, one per line, or an empty text when there are none. `labels`
     /// are the labels that were laid out.
     QString namesAt(double x, const std::vector<gitkit::RefLabel>& labels) const;
+
+    /// Returns the label that stands alone under `x`, and from where to where; nullopt elsewhere.
+    struct Found {
+        gitkit::RefLabel label;
+        double left = 0;
+        double width = 0;
+    };
+    std::optional<Found> labelAt(double x, const std::vector<gitkit::RefLabel>& labels) const;
 
     /// Returns the labels that have collapsed into the badge under `x`.
     std::vector<gitkit::RefLabel> collapsedAt(double x, const std::vector<gitkit::RefLabel>& labels) const;

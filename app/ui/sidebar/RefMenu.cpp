@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/sidebar/RefMenu.h"
 
+#include "GitKit/records/Commit.h"
 #include "GitKit/records/RemoteBranch.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/BranchSettings.h"
@@ -139,11 +140,29 @@ void addPulls(QMenu& menu, RepositoryStore& store, const GitRef& branch)
         refuse(*forward, Texts::tr("It has commits of its own. Check it out to merge."));
 }
 
+/// For a branch that is not checked out; the one that is gets a reset.
+void addMove(QMenu& menu, RepositoryStore& store, const GitRef& branch)
+{
+    const std::string commit = store.window().selectedCommit.value().value_or(std::string());
+    const QString title = commit.empty()
+                              ? Texts::tr("Move to Selected Commit")
+                              : Texts::tr("Move to Selected Commit (%1)").arg(shownText(gitkit::shortHash(commit)));
+    QAction* const move = addChange(menu, store, Verb::moveBranch, title,
+                                    [&store, branch, commit] { actions::moveBranch(store.actors(), branch, commit); });
+    markAs(CommandId::moveRef, move);
+    if (commit.empty())
+        refuse(*move, Texts::tr("Select a commit in the history first."));
+    else if (commit == branch.hash)
+        refuse(*move, Texts::tr("It is there already."));
+}
+
 /// What is for local branches alone.
 void addBranchEntries(QMenu& menu, RepositoryStore& store, const GitRef& branch)
 {
-    if (!branch.isHead)
+    if (!branch.isHead) {
         addPulls(menu, store, branch);
+        addMove(menu, store, branch);
+    }
     markAs(CommandId::pushRef, addChange(menu, store, Verb::pushTag, Texts::tr("Push to…"),
                                          [&store, branch] { actions::askWhereToPush(store.actors(), branch.name); }));
     menu.addSeparator();

@@ -116,7 +116,10 @@ Qt::ItemFlags SidebarModel::flags(const QModelIndex& index) const
     if (!index.isValid() || kind(index) == Kind::nothingFound)
         return Qt::NoItemFlags;
     const bool isHeading = isGroup(index) || kind(index) == Kind::folder;
-    return isHeading ? Qt::ItemIsEnabled : Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    const Qt::ItemFlags row = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    if (kind(index) == Kind::ref)
+        return row | Qt::ItemIsDragEnabled;
+    return isHeading ? Qt::ItemIsEnabled : row;
 }
 
 int SidebarModel::count(const QModelIndex& index) const
@@ -132,6 +135,16 @@ int SidebarModel::count(const QModelIndex& index) const
 const gitkit::GitRef* SidebarModel::ref(const QModelIndex& index) const
 {
     return kind(index) == Kind::ref ? node(index).ref : nullptr;
+}
+
+std::string SidebarModel::remote(const QModelIndex& index) const
+{
+    const Node& shown = node(index);
+    if (shown.kind != Kind::folder || shown.depth != 1 || shown.ref->kind != gitkit::GitRef::Kind::remote)
+        return {};
+    const std::string name = shown.ref->name.substr(0, shown.nameEnd);
+    const std::vector<std::string>& all = store_.snapshot().remotes.value();
+    return std::ranges::find(all, name) == all.end() ? std::string() : name;
 }
 
 QString SidebarModel::remoteOfUpstream(const QModelIndex& index) const

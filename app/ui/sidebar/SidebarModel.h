@@ -50,6 +50,8 @@ public:
     int count(const QModelIndex& index) const;
     /// Returns the ref of a row, or nullptr when the row is no ref. Valid until rebuild().
     const gitkit::GitRef* ref(const QModelIndex& index) const;
+    /// Returns the name of the remote whose row this is; empty for others.
+    std::string remote(const QModelIndex& index) const;
     /// Returns how far the branch of a row is from its upstream, as far as that is known.
     gitkit::Divergence divergence(const QModelIndex& index) const { return divergence(node(index)); }
     /// Returns whether the ref has an upstream that does not exist any more.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/sidebar/SidebarView.h"
+#include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
+#include "app/ui/drag/DragData.h"
 
 #include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarDelegate.h"
@@ -8,6 +10,7 @@
 #include "app/ui/widgets/ScrollKeeper.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -18,6 +21,8 @@
 #include <QScrollBar>
 #include <QTreeView>
 #include <QVBoxLayout>
+
+#include <utility>
 
 #include <array>
 #include <chrono>
@@ -58,6 +63,7 @@ public:
 
     std::function<void(const QContextMenuEvent&)> menuRequested;
     std::function<void()> renameRequested;
+    std::function<void(const QModelIndex&)> dragRequested;
 
     void toggle(const QModelIndex& index)
     {
@@ -85,10 +91,12 @@ protected:
 
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override
     {
-        Q_UNUSED(event)
         if (!index.isValid() || !(index.flags() & Qt::ItemIsSelectable))
             return QItemSelectionModel::NoUpdate;
-        return QItemSelectionModel::ClearAndSelect;
+        // What can be dragged is selected when it is let go: a drag leaves the history as it is.
+        const bool isPressed = event && event->type() == QEvent::MouseButtonPress;
+        return isPressed && (index.flags() & Qt::ItemIsDragEnabled) ? QItemSelectionModel::NoUpdate
+                                                                    : QItemSelectionModel::ClearAndSelect;
     }
 
     void mousePressEvent(QMouseEvent* event) override
@@ -99,8 +107,32 @@ protected:
             return;
         }
         QTreeView::mousePressEvent(event);
+        pressedAt_ = event->position().toPoint();
+        pressed_ = event->button() == Qt::LeftButton ? indexAt(event->position().toPoint()) : QModelIndex();
         if (event->button() == Qt::LeftButton)
-            toggle(indexAt(event->position().toPoint()));
+            toggle(pressed_);
+    }
+
+    void mouseReleaseEvent(QMouseEvent* event) override
+    {
+        const QModelIndex released = indexAt(event->position().toPoint());
+        QTreeView::mouseReleaseEvent(event);
+        if (event->button() == Qt::LeftButton && released.isValid() && pressed_ == released &&
+            (released.flags() & Qt::ItemIsDragEnabled))
+            selectionModel()->select(released, QItemSelectionModel::ClearAndSelect);
+        pressed_ = QModelIndex();
+    }
+
+    void mouseMoveEvent(QMouseEvent* event) override
+    {
+        // The base class drags what is selected, which this is not yet.
+        if (!pressed_.isValid() || !(pressed_.flags() & Qt::ItemIsDragEnabled)) {
+            QTreeView::mouseMoveEvent(event);
+            return;
+        }
+        const QPoint way = event->position().toPoint() - pressedAt_;
+        if (way.manhattanLength() >= QApplication::startDragDistance())
+            dragRequested(std::exchange(pressed_, QModelIndex()));
     }
 
     void contextMenuEvent(QContextMenuEvent* event) override { menuRequested(*event); }
@@ -131,6 +163,8 @@ protected:
 
 private:
     const QStyleOptionViewItem* forLayout_ = nullptr;
+    QPersistentModelIndex pressed_;
+    QPoint pressedAt_;
 };
 
 SidebarView::SidebarView(RepositoryStore& store, QWidget* parent)
@@ -178,6 +212,11 @@ void SidebarView::makeTree()
     connect(tree, &QTreeView::doubleClicked, this, &SidebarView::checkOut);
     tree->menuRequested = [this](const QContextMenuEvent& event) { showMenu(event); };
     tree->renameRequested = [this] { rename(); };
+    tree->dragRequested = [this](const QModelIndex& index) {
+        if (const gitkit::GitRef* const ref = model_->ref(index))
+            drag(*tree_, store_, {Dragged::Kind::ref, {ref->fullName}}, shownText(ref->name));
+    };
+    new DropArea(store_, *tree->viewport(), [this](QPoint position) { return dropPlaces(position); });
     connect(&Settings::shared(), &Settings::changed, this, &SidebarView::applyGroupSetting);
     settling_ = new QTimer(this);
     settling_->setSingleShot(true);
@@ -189,6 +228,24 @@ void SidebarView::makeTree()
     connect(model_, &QAbstractItemModel::modelReset, this, moved);
     connect(tree, &QTreeView::expanded, this, moved);
     connect(tree, &QTreeView::collapsed, this, moved);
+}
+
+std::vector<DropArea::Place> SidebarView::dropPlaces(QPoint position) const
+{
+    const QModelIndex index = tree_->indexAt(position);
+    if (!index.isValid())
+        return {};
+    const auto place = [this, &index](DropTarget::Kind kind, std::string name = {}) {
+        return std::vector{DropArea::Place{{kind, std::move(name)}, tree_->visualRect(index)}};
+    };
+    if (const gitkit::GitRef* const ref = model_->ref(index))
+        return place(DropTarget::Kind::ref, ref->fullName);
+    if (model_->kind(index) == SidebarKind::workingCopy)
+        return place(DropTarget::Kind::workingCopy);
+    if (model_->kind(index) == SidebarKind::stashes)
+        return place(DropTarget::Kind::stashes);
+    std::string remote = model_->remote(index);
+    return remote.empty() ? std::vector<DropArea::Place>() : place(DropTarget::Kind::remote, std::move(remote));
 }
 
 void SidebarView::makeFilter()

@@ -3,6 +3,7 @@
 
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
+#include "app/ui/drag/DropArea.h"
 #include "app/ui/sidebar/SidebarModel.h"
 #include "app/ui/widgets/ContextMenuSource.h"
 
@@ -46,6 +47,7 @@ private:
     enum class Reveal { no, yes };
 
     void makeTree();
+    std::vector<DropArea::Place> dropPlaces(QPoint position) const;
     void makeFilter();
     void observeStore();
 

@@ -23,6 +23,10 @@ public:
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override
+    {
+        return QAbstractListModel::flags(index) | Qt::ItemIsDragEnabled;
+    }
 
 private:
     const std::vector<gitkit::Stash>& stashes() const { return store_.snapshot().stashes.value(); }

@@ -7,6 +7,7 @@
 #include "app/store/Obstacles.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commit/CommitDetailView.h"
+#include "app/ui/drag/DragData.h"
 #include "app/ui/stashes/StashDelegate.h"
 #include "app/ui/stashes/StashMenu.h"
 #include "app/ui/stashes/StashesModel.h"
@@ -126,10 +127,17 @@ void StashesView::fitHeader()
 
 void StashesView::makeList()
 {
-    list_ = new RowList(tr("Stashes"), content_);
+    auto* const list = new RowList(tr("Stashes"), content_);
+    list_ = list;
     list_->setModel(model_);
     list_->setItemDelegate(new StashDelegate(list_));
     list_->setContextMenuPolicy(Qt::CustomContextMenu);
+    list->setDragged([this](QPoint pressed) {
+        if (const QModelIndex row = list_->indexAt(pressed); row.isValid()) {
+            const gitkit::Stash stash = model_->stash(row);
+            drag(*list_, store_, {Dragged::Kind::stash, {stash.hash}}, shownMessage(stash));
+        }
+    });
     scroll_ = new ScrollKeeper(
         list_, [this](const QModelIndex& index) { return model_->stash(index).hash; },
         [this](const std::string& hash) { return model_->indexOf(hash); });

@@ -3,11 +3,13 @@
 
 #include "app/ui/widgets/FocusRing.h"
 
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QScrollBar>
 #include <QStylePainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace plovik {
 
@@ -19,6 +21,24 @@ EqualRowList::EqualRowList(QWidget* parent) : QListView(parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setEditTriggers(NoEditTriggers);
     setSelectionRectVisible(false);
+}
+
+void EqualRowList::setDragged(std::function<void(QPoint pressed)> begin)
+{
+    beginDrag_ = std::move(begin);
+    setDragEnabled(true);
+}
+
+void EqualRowList::mousePressEvent(QMouseEvent* event)
+{
+    pressed_ = event->position().toPoint();
+    QListView::mousePressEvent(event);
+}
+
+void EqualRowList::startDrag(Qt::DropActions)
+{
+    if (beginDrag_)
+        beginDrag_(pressed_);
 }
 
 int EqualRowList::rowCount() const { return model() ? model()->rowCount(rootIndex()) : 0; }

@@ -3,6 +3,8 @@
 
 #include <QListView>
 
+#include <functional>
+
 namespace plovik {
 
 /// A list of equally high rows, each as wide as the list, that scrolls by pixel. Where a row stands is computed from its
@@ -14,12 +16,18 @@ class EqualRowList : public QListView {
 public:
     explicit EqualRowList(QWidget* parent = nullptr);
 
+    /// Lets rows be dragged: `begin` is called with the place in the viewport where the mouse was pressed. The model says which
+    /// rows can be dragged.
+    void setDragged(std::function<void(QPoint pressed)> begin);
+
     QRect visualRect(const QModelIndex& index) const override;
     QModelIndex indexAt(const QPoint& point) const override;
     void reset() override;
     void doItemsLayout() override;
 
 protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void startDrag(Qt::DropActions supportedActions) override;
     void paintEvent(QPaintEvent* event) override;
     void updateGeometries() override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
@@ -35,6 +43,8 @@ private:
     QModelIndex row(int number) const;
 
     int rowHeight_ = 0; ///< 0 while there are no rows
+    QPoint pressed_;
+    std::function<void(QPoint pressed)> beginDrag_;
 };
 
 } // namespace plovik

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/WorkingCopyView.h"
 
+#include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/diff/WorkingDiffPane.h"
+#include "app/ui/drag/DragData.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/FileListTools.h"
 #include "app/ui/widgets/IconButton.h"
@@ -99,7 +101,17 @@ void WorkingCopyView::makeList(QWidget* parent)
         list_, [this](const QModelIndex& index) { return model_->keyOf(index); },
         [this](const std::string& path) { return model_->indexOf(path); });
     tools_ = new FileListTools(list_, ChangedFileDelegate::triangleLeft);
+    list_->setDragged([this](QPoint) { dragSelected(); });
     connectList();
+}
+
+void WorkingCopyView::dragSelected()
+{
+    Dragged dragged{.kind = Dragged::Kind::files};
+    for (const gitkit::FileChange& file : store_.staging().selectedFiles())
+        dragged.names.push_back(file.path);
+    if (!dragged.names.empty())
+        drag(*list_, store_, dragged, namesOfFiles(dragged.names));
 }
 
 void WorkingCopyView::connectList()

@@ -47,6 +47,7 @@ public:
 private:
     QWidget* makeFilesPane();
     void makeList(QWidget* parent);
+    void dragSelected();
     void connectList();
     void observeStore();
     void statusChanged();
