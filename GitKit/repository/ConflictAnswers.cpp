@@ -143,12 +143,16 @@ void requireFree(const GitRepository& repo, const std::vector<Conflict>& conflic
 std::vector<std::string> pathsOfAnswer(const Conflict& conflict, ConflictAnswer answer, const std::string& label)
 {
     std::vector<std::string> paths = conflict.allPaths();
-    for (const auto* version : {&conflict.left, &conflict.right}) {
-        if (*version && conflict.kind != ConflictKind::renamedLeft && conflict.kind != ConflictKind::renamedRight)
-            paths.push_back((*version)->path);
-    }
-    if (answer == ConflictAnswer::both && fits(conflict, answer))
+    const auto addIf = [&](bool isWritten, const std::optional<ConflictVersion>& version) {
+        if (isWritten && version)
+            paths.push_back(version->path);
+    };
+    if (conflict.kind == ConflictKind::folderAndFile || conflict.kind == ConflictKind::folderRenamed) {
+        addIf(answer == ConflictAnswer::left, conflict.left);
+        addIf(answer == ConflictAnswer::right, conflict.right);
+    } else if (answer == ConflictAnswer::both && fits(conflict, answer)) {
         paths.push_back(secondName(conflict, label));
+    }
     std::ranges::sort(paths);
     paths.erase(std::ranges::unique(paths).begin(), paths.end());
     return paths;

@@ -35,24 +35,54 @@ unsigned modeOf(const UndoPoint& point, const std::string& path)
     return found == point.modes.end() ? 0 : found->second;
 }
 
+/// Removes a folder in which there are only folders.
+void removeEmptyFolder(const fs::path& folder)
+{
+    std::error_code failure;
+    for (const fs::directory_entry& inside : fs::directory_iterator(folder, failure)) {
+        if (kindAt(inside.path()) == FileKind::folder)
+            removeEmptyFolder(inside.path());
+    }
+    ::rmdir(folder.c_str());
+}
+
+/// Removes what stands in the way of a file: folders without files, and files in the places of its own folders, as long as
+/// `isKept` says that their bytes are kept.
+template <typename IsKept>
+void makeRoomFor(const GitRepository& repo, const std::string& path, IsKept isKept)
+{
+    for (std::size_t end = path.find('/'); end != std::string::npos; end = path.find('/', end + 1)) {
+        const std::string above = path.substr(0, end);
+        const FileKind kind = isKept(above) ? kindAt(repo.root() / above) : FileKind::none;
+        if (kind != FileKind::none && kind != FileKind::folder)
+            ::unlink((repo.root() / above).c_str());
+    }
+    if (kindAt(repo.root() / path) == FileKind::folder)
+        removeEmptyFolder(repo.root() / path);
+}
+
 /// Writes the bytes that a moment keeps of these files. Throws GitError with the first that could not be written.
 void moveBytes(const GitRepository& repo, const UndoPoint& to, const Names& paths)
 {
     const auto isMeant = [&paths](const std::string& path) { return std::ranges::binary_search(paths, path); };
     Names failed;
+    // What goes first, since a file may come in the place of a folder, or the other way round.
+    for (const std::string& path : to.absent) {
+        const FileKind kind = isMeant(path) ? kindAt(repo.root() / path) : FileKind::none;
+        if (kind != FileKind::none && kind != FileKind::folder && ::unlink((repo.root() / path).c_str()) != 0)
+            failed.push_back(path);
+    }
     if (!to.overlay.empty()) {
         std::vector<OverlayFile> files = overlayFiles(repo, to.overlay);
         std::erase_if(files, [&](const OverlayFile& file) { return !isMeant(file.path); });
-        failed = restoreOverlay(repo, files);
+        for (const OverlayFile& file : files) {
+            makeRoomFor(repo, file.path, isMeant);
+        }
+        std::ranges::move(restoreOverlay(repo, files), std::back_inserter(failed));
     }
     for (const auto& [path, mode] : to.modes) {
         if (isMeant(path) && kindAt(repo.root() / path) == FileKind::regular)
             ::chmod((repo.root() / path).c_str(), mode);
-    }
-    for (const std::string& path : to.absent) {
-        if (isMeant(path) && kindAt(repo.root() / path) != FileKind::none &&
-            ::unlink((repo.root() / path).c_str()) != 0)
-            failed.push_back(path);
     }
     if (!failed.empty())
         throw GitError("undo", 1, inQuotes(failed.front()) + " could not be written.");

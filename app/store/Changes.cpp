@@ -215,7 +215,8 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
     if (!failure && change.succeeded)
         change.succeeded();
     // A failure after a cancel is a result of the cancel. The log still shows it.
-    if (failure && !isAsked && !stop.stop_requested() && !(change.failed && change.failed(*failure)))
+    if (failure && !isAsked && !stop.stop_requested() && !(change.failed && change.failed(*failure)) &&
+        !(tellStops_ && tellStops_(*failure)))
         reportWithWays(
             git_, window_, *failure,
             {.again = [this, change] { this->run(change); },

@@ -126,6 +126,10 @@ public:
     /// Sets the function that is told of every change that was kept, after it has ended. For Undo alone.
     void tellKept(std::function<void(const StepKeeping&)> tell) { tellKept_ = std::move(tell); }
 
+    /// Sets the function that is told first of every failure that its change has not handled. Returns whether it takes it.
+    /// For Conflicts alone.
+    void tellStops(std::function<bool(const Failure&)> tell) { tellStops_ = std::move(tell); }
+
     /// Returns how many changes have ended. A read that began before the last one ended may not show its result.
     qint64 ended() const { return ended_; }
 
@@ -166,6 +170,7 @@ private:
     quint64 lastNumber_ = 0;
     qint64 ended_ = 0;
     std::function<void(const StepKeeping&)> tellKept_;
+    std::function<bool(const Failure&)> tellStops_;
 };
 
 } // namespace plovik

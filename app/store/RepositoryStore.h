@@ -6,6 +6,7 @@
 #include "app/store/CommandLog.h"
 #include "app/store/CommitDraft.h"
 #include "app/store/CommitIndex.h"
+#include "app/store/Conflicts.h"
 #include "app/store/Discards.h"
 #include "app/store/GitAccess.h"
 #include "app/store/History.h"
@@ -55,6 +56,8 @@ public:
     const Undo& undo() const { return undo_; }
     Discards& discards() { return discards_; }
     const Discards& discards() const { return discards_; }
+    Conflicts& conflicts() { return conflicts_; }
+    const Conflicts& conflicts() const { return conflicts_; }
     Staging& staging() { return staging_; }
     const Staging& staging() const { return staging_; }
     CommitDraft& draft() { return draft_; }
@@ -67,7 +70,7 @@ public:
     const Trail& trail() const { return trail_; }
 
     /// Returns the parts that actions use.
-    Actors actors() { return {git_, services_, window_, snapshot_, changes_, discards_, draft_}; }
+    Actors actors() { return {git_, services_, window_, snapshot_, changes_, discards_, draft_, conflicts_}; }
     /// Returns the access that readers use.
     const GitAccess& git() const { return git_; }
 
@@ -84,6 +87,7 @@ private:
     Changes changes_{git_, log_, snapshot_, trust_, window_, services_.signIn};
     Undo undo_{git_, window_, snapshot_, changes_, services_.trash};
     Discards discards_{window_, snapshot_, changes_, undo_};
+    Conflicts conflicts_{git_, window_, snapshot_, changes_};
     Staging staging_{git_, window_, snapshot_, changes_, discards_, services_.trash};
     CommitDraft draft_{git_, window_, snapshot_, changes_, undo_, services_.messages};
     History history_{git_, window_, snapshot_};

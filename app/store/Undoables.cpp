@@ -6,6 +6,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/InTheWay.h"
 #include "GitKit/repository/Picking.h"
+#include "GitKit/repository/Resolving.h"
 #include "GitKit/repository/Upstream.h"
 #include "GitKit/undo/PartialStash.h"
 #include "GitKit/undo/Reset.h"
@@ -429,6 +430,41 @@ Undoable takeSide(const std::vector<std::string>& paths)
     return {.title = UndoTexts::tr("Resolving %1").arg(namesOf(files)),
             .done = UndoTexts::tr("Resolved %1.").arg(namesOf(files)),
             .scope = {.kind = "take-side", .movesIndex = true, .overwrites = paths}};
+}
+
+Undoable answer(const std::vector<gitkit::Conflict>& conflicts, gitkit::ConflictAnswer answer, const std::string& label)
+{
+    std::vector<std::string> named;
+    std::vector<std::string> folders;
+    std::vector<std::string> paths;
+    for (const gitkit::Conflict& conflict : conflicts) {
+        named.push_back(conflict.path);
+        for (std::string& path : gitkit::pathsOfAnswer(conflict, answer, label))
+            paths.push_back(std::move(path));
+        using Answer = gitkit::ConflictAnswer;
+        if (conflict.kind == gitkit::ConflictKind::folderAndFile &&
+            answer == (conflict.left ? Answer::left : Answer::right))
+            folders.push_back(conflict.left ? conflict.left->path : conflict.right->path);
+    }
+    Undoable undo = takeSide(named);
+    undo.scope.overwrites = std::move(paths);
+    undo.takesWork = true;
+    // A folder that makes room for a file.
+    undo.complete = [folders](const GitRepository& repo, UndoScope& scope) {
+        for (const std::string& folder : folders) {
+            for (std::string& path : listed(repo, {"ls-files", "-z", "--", ":(literal)" + folder}))
+                scope.overwrites.push_back(std::move(path));
+        }
+    };
+    return undo;
+}
+
+Undoable startOver(const std::vector<std::string>& paths)
+{
+    return {.title = UndoTexts::tr("Starting Over with %1").arg(namesOfFiles(paths)),
+            .done = UndoTexts::tr("Started over with %1.").arg(namesOfFiles(paths)),
+            .scope = {.kind = "take-side", .movesIndex = true, .overwrites = paths},
+            .takesWork = true};
 }
 
 Undoable discard(const Files& files)

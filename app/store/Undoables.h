@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/BranchChange.h"
+#include "GitKit/records/Conflict.h"
 #include "GitKit/records/FileChange.h"
 #include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/Pick.h"
@@ -71,6 +72,10 @@ using Files = std::vector<gitkit::FileChange>;
 Undoable stage(const Files& files);
 Undoable unstage(const Files& files);
 Undoable takeSide(const std::vector<std::string>& paths);
+/// For an answer to conflicts, which may take files that the user has changed; `label` as answerConflicts() gets it.
+Undoable answer(const std::vector<gitkit::Conflict>& conflicts, gitkit::ConflictAnswer answer,
+                const std::string& label);
+Undoable startOver(const std::vector<std::string>& paths);
 Undoable takeFile(const std::string& revision, const std::string& path);
 /// keeping() keeps what it takes; its name goes to Undoable::kept.
 Undoable discard(const Files& files);

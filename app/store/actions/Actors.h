@@ -8,6 +8,7 @@ namespace plovik {
 
 class Changes;
 class CommitDraft;
+class Conflicts;
 class Discards;
 class Snapshot;
 class WindowState;
@@ -21,6 +22,7 @@ struct Actors {
     Changes& changes;
     Discards& discards;
     CommitDraft& draft;
+    Conflicts& conflicts;
 };
 
 } // namespace plovik

@@ -4,6 +4,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/undo/PartialStash.h"
 #include "app/store/Changes.h"
+#include "app/store/Conflicts.h"
 #include "app/store/ShownText.h"
 #include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
@@ -74,7 +75,8 @@ void branchFromStash(Actors actors, const std::string& name, const gitkit::Stash
                                                   gitkit::AfterCreating::checkOut);
                                 repo.stashApply(stash, gitkit::StashUse::pop);
                             },
-                        .undo = undoable::branchFromStash(name, stash)});
+                        .undo = undoable::branchFromStash(name, stash),
+                        .begins = [&conflicts = actors.conflicts, hash = stash.hash] { conflicts.willApply(hash); }});
 }
 
 void stashApply(Actors actors, const gitkit::Stash& stash, gitkit::StashUse use)
@@ -83,7 +85,8 @@ void stashApply(Actors actors, const gitkit::Stash& stash, gitkit::StashUse use)
     actors.changes.run({.verb = Verb::applyStash,
                         .title = pops ? StashTexts::tr("Popping stash…") : StashTexts::tr("Applying stash…"),
                         .operation = [stash, use](const GitRepository& repo) { repo.stashApply(stash, use); },
-                        .undo = undoable::applyStash(stash, use)});
+                        .undo = undoable::applyStash(stash, use),
+                        .begins = [&conflicts = actors.conflicts, hash = stash.hash] { conflicts.willApply(hash); }});
 }
 
 void confirmDrop(Actors actors, const gitkit::Stash& stash)
