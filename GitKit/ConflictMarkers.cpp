@@ -10,10 +10,21 @@
 
 namespace gitkit {
 
+namespace {
+
+constexpr std::string_view ours = "\n<<<<<<< ";
+constexpr std::string_view theirs = "\n>>>>>>> ";
+
+} // namespace
+
+bool hasConflictMarkers(std::string_view text)
+{
+    return text.starts_with(ours.substr(1)) || text.starts_with(theirs.substr(1)) ||
+           text.find(ours) != std::string_view::npos || text.find(theirs) != std::string_view::npos;
+}
+
 bool holdsConflictMarkers(const std::filesystem::path& file)
 {
-    constexpr std::string_view ours = "\n<<<<<<< ";
-    constexpr std::string_view theirs = "\n>>>>>>> ";
     const UniqueFd opened = openRegularFile(file);
     std::array<char, 64 * 1024> chunk;
     std::string text = "\n";

@@ -3,6 +3,7 @@
 
 #include "app/store/Obstacles.h"
 #include "app/ui/commands/SelectionActions.h"
+#include "app/ui/merge/MergeEditor.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/workingcopy/CommitBox.h"
 
@@ -59,6 +60,8 @@ std::optional<bool> UndoCommand::textCan(const QWidget* widget) const
 {
     if (const auto* const line = qobject_cast<const QLineEdit*>(widget))
         return isUndo() ? line->isUndoAvailable() : line->isRedoAvailable();
+    if (const auto* const merge = qobject_cast<const MergeEditor*>(widget)) // its document knows nothing of it
+        return isUndo() ? merge->canUndo() : merge->canRedo();
     if (const auto* const plain = qobject_cast<const QPlainTextEdit*>(widget))
         return !plain->isReadOnly() && documentCan(*plain->document(), isUndo());
     if (const auto* const rich = qobject_cast<const QTextEdit*>(widget))

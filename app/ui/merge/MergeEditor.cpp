@@ -124,6 +124,17 @@ void MergeEditor::choose(std::size_t segment, gitkit::MergeChoice choice)
     Q_EMIT resultChanged();
 }
 
+bool MergeEditor::replaceAll(const std::vector<MergeResult::Start>& starts)
+{
+    const auto edit = result_->replaceAll(starts);
+    if (!edit)
+        return false;
+    take(*edit);
+    viewport()->update();
+    Q_EMIT resultChanged();
+    return true;
+}
+
 void MergeEditor::contentsChanged(int position, int removed, int added)
 {
     if (isTaking_ || !result_)

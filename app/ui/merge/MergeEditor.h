@@ -23,6 +23,8 @@ public:
     /// Shows a result, which outlives the editor or the next call. Choices are to be made with choose().
     void setResult(MergeResult* result);
     void choose(std::size_t segment, gitkit::MergeChoice choice);
+    /// Takes other contents, as a change that can be undone. Returns false if the text cannot hold them.
+    bool replaceAll(const std::vector<MergeResult::Start>& starts);
     bool canUndo() const { return result_ && result_->canUndo(); }
     bool canRedo() const { return result_ && result_->canRedo(); }
     void setSyntax(std::shared_ptr<const FileSyntax> syntax);

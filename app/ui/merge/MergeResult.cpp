@@ -21,6 +21,11 @@ bool isInUtf8(const gitkit::MergedSides& sides)
     return std::ranges::all_of(allSides, [&](MergeSide side) { return gitkit::isUtf8(sides.text(side).bytes()); });
 }
 
+bool areInUtf8(const std::vector<MergeResult::Start>& starts)
+{
+    return std::ranges::all_of(starts, [](const auto& start) { return !start.bytes || gitkit::isUtf8(*start.bytes); });
+}
+
 /// Returns whether each line feed of all sides follows a carriage return.
 bool isInCrLf(const gitkit::MergedSides& sides)
 {
@@ -39,11 +44,15 @@ bool isInCrLf(const gitkit::MergedSides& sides)
 } // namespace
 
 MergeResult::MergeResult(Sides sides, const std::vector<Start>& starts)
-    : sides_(std::move(sides)), isUtf8_(isInUtf8(*sides_)), isCrLf_(isInCrLf(*sides_))
+    : sides_(std::move(sides)), isUtf8_(isInUtf8(*sides_) && areInUtf8(starts)), isCrLf_(isInCrLf(*sides_)),
+      text_(begun(starts, pieces_))
+{}
+
+/// Returns the text with these starts, and its pieces.
+QString MergeResult::begun(const std::vector<Start>& starts, std::vector<Piece>& pieces) const
 {
     const bool isStarted = starts.size() == sides_->segments.size();
-    for (std::size_t index = 0; isStarted && isUtf8_ && index < starts.size(); ++index)
-        isUtf8_ = !starts[index].bytes || gitkit::isUtf8(*starts[index].bytes);
+    QString all;
     for (std::size_t index = 0; index < sides_->segments.size(); ++index) {
         Piece piece;
         QString text;
@@ -55,9 +64,20 @@ MergeResult::MergeResult(Sides sides, const std::vector<Start>& starts)
             text = textFor(index, piece.choice);
         }
         piece.length = text.size();
-        pieces_.push_back(piece);
-        text_ += text;
+        pieces.push_back(piece);
+        all += text;
     }
+    return all;
+}
+
+std::optional<MergeResult::Edit> MergeResult::replaceAll(const std::vector<Start>& starts)
+{
+    if (isUtf8_ && !areInUtf8(starts))
+        return std::nullopt;
+    std::vector<Piece> after;
+    const Edit edit{0, text_.size(), begun(starts, after)};
+    keep(change(edit, 0, std::move(after)));
+    return edit;
 }
 
 QString MergeResult::decoded(std::string_view bytes) const

@@ -74,6 +74,10 @@ public:
     /// Takes the signs away that edited pieces still have, as a part of the last change. Returns the change of the text.
     std::optional<Edit> cleared();
 
+    /// Takes other contents for all segments, as one change. Returns the change of the text; nullopt if there are bytes that
+    /// this text cannot hold.
+    std::optional<Edit> replaceAll(const std::vector<Start>& starts);
+
     bool canUndo() const { return done_ > 0; }
     bool canRedo() const { return done_ < steps_.size(); }
     Edit undo();
@@ -96,6 +100,7 @@ private:
     };
 
     QString textFor(std::size_t index, Choice choice) const;
+    QString begun(const std::vector<Start>& starts, std::vector<Piece>& pieces) const;
     Step change(const Edit& edit, std::size_t first, std::vector<Piece> after);
     void keep(Step step);
     bool joinsLast(const Step& step) const;
@@ -105,8 +110,8 @@ private:
     Sides sides_;
     bool isUtf8_ = true;
     bool isCrLf_ = false; ///< all lines of all sides end so
-    QString text_;
     std::vector<Piece> pieces_;
+    QString text_;
     std::vector<Step> steps_;
     std::size_t done_ = 0; ///< how many of the steps are in force
 };

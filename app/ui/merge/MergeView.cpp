@@ -181,6 +181,15 @@ void MergeView::setContent(MergeContent content)
         columns_->goTo(*first);
 }
 
+void MergeView::takeOutside(const std::vector<MergeResult::Start>& starts)
+{
+    content_.note = editor_->replaceAll(starts)
+                        ? tr("The file was changed elsewhere. The result is what it holds now; Undo brings back yours.")
+                        : tr("The file was changed elsewhere, into bytes that cannot be shown beside these. Nothing is "
+                             "written over it.");
+    showNote();
+}
+
 void MergeView::showNote()
 {
     QString text = content_.note;

@@ -45,6 +45,8 @@ public:
     void setContent(MergeContent content);
     const std::string& path() const { return content_.path; }
     const MergeContent& content() const { return content_; }
+    /// Takes what the file holds by now, as a change that can be undone, and says so.
+    void takeOutside(const std::vector<MergeResult::Start>& starts);
     /// Returns whether something was decided or written since the content was set.
     bool isChanged() const;
     /// Returns the result, with markers where nothing is decided; nullopt if the file's encoding lacks a character.

@@ -4,7 +4,6 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
 #include "app/ui/commands/Commands.h"
-#include "app/ui/diff/WorkingDiffPane.h"
 #include "app/ui/drag/DragData.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/FileListTools.h"
@@ -18,6 +17,7 @@
 #include "app/ui/workingcopy/ChangedFilesModel.h"
 #include "app/ui/workingcopy/CommitBox.h"
 #include "app/ui/workingcopy/StagingBar.h"
+#include "app/ui/workingcopy/WorkingDetail.h"
 
 #include <QHBoxLayout>
 #include <QItemSelectionModel>
@@ -41,7 +41,7 @@ constexpr double diffMinWidth = 216;
 WorkingCopyView::WorkingCopyView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), model_(new ChangedFilesModel(store, this)), diffPlace_(new QStackedWidget)
 {
-    diffPlace_->addWidget(new WorkingDiffPane(store, nullptr));
+    diffPlace_->addWidget(new WorkingDetail(store));
     auto* split = new SplitPane(settings::workingCopyListWidth, Qt::Horizontal, SplitPane::Sized::first,
                                 std::max<double>(filesMinWidth, Theme::scaled(buttonsMinWidth)), diffMinWidth,
                                 makeFilesPane(), diffPlace_, this);
