@@ -31,14 +31,16 @@ struct MergePaneTest : testing::Test {
         detail.show();
         load();
         select("a");
+        EXPECT_TRUE(test::waitUntil([this] { return isMerge() && view().undecidedCount() == 1; }));
     }
     ~MergePaneTest() override { settle(); }
 
     void settle()
     {
-        EXPECT_TRUE(worker.settle());
-        QCoreApplication::processEvents();
-        EXPECT_TRUE(worker.settle());
+        for (int round = 0; round < 3; ++round) { // one reading leads to the next
+            EXPECT_TRUE(worker.settle());
+            QCoreApplication::processEvents();
+        }
     }
     void load()
     {

@@ -2,12 +2,12 @@
 #include "app/ui/merge/ConflictStrip.h"
 
 #include "app/ui/merge/MergeColors.h"
+#include "app/ui/widgets/ElidedLabel.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 #include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLocale>
 #include <QMenu>
 #include <QMouseEvent>
@@ -26,6 +26,8 @@ using Strip = ConflictStrip;
 constexpr int longestName = 220; ///< of a side in a button, in pixels
 constexpr int shortestName = 48;
 constexpr int margin = 8;
+constexpr int spacing = 6;
+constexpr int titleRoom = 130;
 
 } // namespace
 
@@ -53,17 +55,16 @@ QString decisionText(const MergeResult::Piece& piece, const MergeNames& names)
 }
 
 ConflictStrip::ConflictStrip(QWidget* parent)
-    : QWidget(parent), title_(new QLabel(this)), left_(new QPushButton(this)), right_(new QPushButton(this)),
-      both_(new QPushButton(tr("Both"), this)), none_(new QPushButton(tr("Neither"), this))
+    : QWidget(parent), title_(new ElidedLabel(this)), left_(new QPushButton(this)), right_(new QPushButton(this)),
+      both_(new QPushButton(tr("Both"), this)), none_(new QPushButton(tr("Neither"), this)),
+      all_(new QPushButton(tr("Decide"), this))
 {
-    title_->setTextFormat(Qt::PlainText);
-    title_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     followFont(*title_, -1, QFont::DemiBold);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(margin, 2, margin, 2);
-    row->setSpacing(6);
+    row->setSpacing(spacing);
     row->addWidget(title_, 1);
-    for (QPushButton* button : {left_, right_, both_, none_}) {
+    for (QPushButton* button : {left_, right_, both_, none_, all_}) {
         followFont(*button, -1);
         row->addWidget(button);
     }
@@ -74,23 +75,34 @@ ConflictStrip::ConflictStrip(QWidget* parent)
     decide(right_, Choice::right);
     decide(none_, Choice::none);
     none_->setToolTip(tr("Take neither side (Alt+0)"));
-    makeBothMenu();
+    both_->setToolTip(tr("Take both sides, one after the other (Alt+3)"));
+    addMenu(*both_, false);
+    addMenu(*all_, true);
 }
 
-void ConflictStrip::makeBothMenu()
+void ConflictStrip::addMenu(QPushButton& button, bool isOfAll)
 {
-    auto* menu = new QMenu(both_);
-    both_->setMenu(menu);
-    both_->setToolTip(tr("Take both sides, one after the other (Alt+3)"));
-    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
-        menu->clear();
-        const auto add = [&](const QString& first, const QString& second, Choice choice) {
-            menu->addAction(plainMenuText(tr("%1 First, Then %2").arg(first, second)), this,
-                            [this, choice] { Q_EMIT chosen(shown_.segment, choice); });
-        };
-        add(shown_.names.left, shown_.names.right, Choice::leftThenRight);
-        add(shown_.names.right, shown_.names.left, Choice::rightThenLeft);
-    });
+    auto* menu = new QMenu(&button);
+    button.setMenu(menu);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu, isOfAll] { fillMenu(*menu, isOfAll); });
+}
+
+void ConflictStrip::fillMenu(QMenu& menu, bool isOfAll)
+{
+    menu.clear();
+    const auto add = [&](const QString& title, Choice choice) {
+        menu.addAction(plainMenuText(title), this, [this, choice] { Q_EMIT chosen(shown_.segment, choice); });
+    };
+    const QString& left = shown_.names.left;
+    const QString& right = shown_.names.right;
+    if (isOfAll) {
+        add(tr("Take %1").arg(left), Choice::left);
+        add(tr("Take %1").arg(right), Choice::right);
+    }
+    add(tr("%1 First, Then %2").arg(left, right), Choice::leftThenRight);
+    add(tr("%1 First, Then %2").arg(right, left), Choice::rightThenLeft);
+    if (isOfAll)
+        add(tr("Take Neither"), Choice::none);
 }
 
 void ConflictStrip::show(const Shown& shown)
@@ -106,25 +118,42 @@ void ConflictStrip::show(const Shown& shown)
         else if (shown.isWhitespaceOnly)
             title += QStringLiteral(" · ") + tr("only white space differs");
         title_->setText(title);
-        title_->setToolTip(plainToolTip(title));
-        nameButtons();
+        arrange();
         update();
     }
     setVisible(true);
 }
 
-void ConflictStrip::nameButtons()
+/// Names the buttons as long as there is room, or shows the one with the menu.
+void ConflictStrip::arrange()
 {
-    const int others = both_->sizeHint().width() + none_->sizeHint().width() + title_->minimumSizeHint().width();
-    const int room = std::clamp((width() - others - 160) / 2, shortestName, longestName);
-    const auto name = [room](QPushButton& button, const QString& pattern, const QString& side, const QString& keys) {
-        const QString shortened = button.fontMetrics().elidedText(side, Qt::ElideMiddle, room);
-        button.setText(plainMenuText(pattern.arg(shortened)));
-        button.setAccessibleName(tr("Take %1").arg(side));
-        button.setToolTip(plainToolTip(tr("Take %1 (%2)").arg(side, keys)));
+    const auto name = [](QPushButton& button, const QString& pattern, const QString& side, int room) {
+        button.setText(plainMenuText(pattern.arg(button.fontMetrics().elidedText(side, Qt::ElideMiddle, room))));
     };
-    name(*left_, QStringLiteral("⇐ %1"), shown_.names.left, QStringLiteral("Alt+1"));
-    name(*right_, QStringLiteral("%1 ⇒"), shown_.names.right, QStringLiteral("Alt+2"));
+    const auto nameBoth = [&](int room) {
+        name(*left_, QStringLiteral("⇐ %1"), shown_.names.left, room);
+        name(*right_, QStringLiteral("%1 ⇒"), shown_.names.right, room);
+    };
+    const auto needed = [this] {
+        int width = 2 * margin + Theme::scaled(titleRoom);
+        for (const QPushButton* button : {left_, right_, both_, none_})
+            width += button->sizeHint().width() + spacing;
+        return width;
+    };
+    nameBoth(shortestName);
+    const int least = needed();
+    const bool isNarrow = width() < least;
+    if (!isNarrow)
+        nameBoth(std::min(longestName, shortestName + (width() - least) / 2));
+    for (QPushButton* button : {left_, right_, both_, none_})
+        button->setVisible(!isNarrow);
+    all_->setVisible(isNarrow);
+    const auto describe = [](QPushButton& button, const QString& side, const char* keys) {
+        button.setAccessibleName(tr("Take %1").arg(side));
+        button.setToolTip(plainToolTip(tr("Take %1 (%2)").arg(side, QLatin1String(keys))));
+    };
+    describe(*left_, shown_.names.left, "Alt+1");
+    describe(*right_, shown_.names.right, "Alt+2");
 }
 
 int ConflictStrip::heightOfAll() { return std::max(32, QFontMetrics(Theme::font()).height() + 14); }
@@ -132,7 +161,7 @@ int ConflictStrip::heightOfAll() { return std::max(32, QFontMetrics(Theme::font(
 void ConflictStrip::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    nameButtons();
+    arrange();
 }
 
 void ConflictStrip::mousePressEvent(QMouseEvent* event)

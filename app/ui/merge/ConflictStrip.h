@@ -6,12 +6,15 @@
 
 #include <QWidget>
 
-class QLabel;
+class QMenu;
 class QPushButton;
 
 namespace plovik {
 
-/// The bar above a conflict in a merge: its number, what was decided, and buttons that decide it. Main thread.
+class ElidedLabel;
+
+/// The bar above a conflict in a merge: its number, what was decided, and buttons that decide it; one with a menu
+/// where there is no room for all. Main thread.
 class ConflictStrip : public QWidget {
     Q_OBJECT
 
@@ -45,12 +48,13 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void nameButtons();
-    void makeBothMenu();
+    void arrange();
+    void fillMenu(QMenu& menu, bool isOfAll);
+    void addMenu(QPushButton& button, bool isOfAll);
 
     Shown shown_;
-    QLabel* title_;
-    QPushButton *left_, *right_, *both_, *none_;
+    ElidedLabel* title_;
+    QPushButton *left_, *right_, *both_, *none_, *all_;
 };
 
 /// Returns what was decided for a conflict: "decided: main".

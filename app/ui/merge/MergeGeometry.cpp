@@ -39,8 +39,8 @@ void MergeGeometry::measure()
     const QFontMetricsF metrics(font);
     cell_ = metrics.horizontalAdvance(u'0');
     lineHeight_ = std::max(qRound(QFontInfo(font).pixelSize() * heightPerPixel), static_cast<int>(metrics.height()));
-    headHeight_ = std::max(26, QFontMetrics(Theme::font()).height() + 10);
     stripHeight_ = ConflictStrip::heightOfAll();
+    headHeight_ = std::max(26, QFontMetrics(Theme::font()).height() + 10);
 }
 
 void MergeGeometry::layOut(const MergeResult* result, bool isBaseShown)

@@ -16,6 +16,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QMenu>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QShortcut>
@@ -31,6 +32,8 @@ namespace {
 using Choice = gitkit::MergeChoice;
 
 constexpr double leastColumns = 120;
+/// Where the file's name has less room, the buttons stand below it.
+constexpr int leastTitle = 140;
 constexpr double leastResult = 90;
 constexpr std::chrono::milliseconds settlingTime{400};
 
@@ -89,13 +92,37 @@ QWidget* MergeView::makeHead()
     resolve_ = new QPushButton(tr("Mark Resolved"), head);
     resolve_->setDefault(true);
     resolve_->setToolTip(tr("Write the result and stage it (Ctrl+Return)"));
-    auto* row = new QHBoxLayout(head);
-    row->setContentsMargins(12, 5, 8, 5);
-    row->setSpacing(6);
-    row->addWidget(title_, 1);
-    row->addWidget(count_);
-    for (QWidget* widget : std::initializer_list<QWidget*>{previous, next, base_, startOver_, resolve_})
-        row->addWidget(widget);
+    auto* words = new QHBoxLayout;
+    words->setSpacing(8);
+    words->addWidget(title_, 1);
+    words->addWidget(count_);
+    words->addWidget(previous);
+    words->addWidget(next);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(6);
+    buttons->addStretch();
+    more_ = new QPushButton(QStringLiteral("…"), head);
+    more_->setAccessibleName(tr("More"));
+    more_->setToolTip(tr("More"));
+    auto* menu = new QMenu(more_);
+    more_->setMenu(menu);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+        menu->clear();
+        QAction* const base = menu->addAction(base_->text(), base_, &QPushButton::toggle);
+        base->setCheckable(true);
+        base->setChecked(base_->isChecked());
+        base->setEnabled(base_->isEnabled());
+        menu->addAction(startOver_->text(), this, &MergeView::startOverRequested)->setEnabled(startOver_->isEnabled());
+    });
+    for (QPushButton* button : {base_, startOver_, more_, resolve_}) {
+        followFont(*button, -1);
+        buttons->addWidget(button);
+    }
+    head_ = new QBoxLayout(QBoxLayout::LeftToRight, head);
+    head_->setContentsMargins(12, 5, 8, 5);
+    head_->setSpacing(6);
+    head_->addLayout(words, 1);
+    head_->addLayout(buttons);
     connect(previous, &QAbstractButton::clicked, this, &MergeView::previousConflict);
     connect(next, &QAbstractButton::clicked, this, &MergeView::nextConflict);
     connect(base_, &QPushButton::toggled, columns_, &MergeColumns::setBaseShown);
@@ -289,6 +316,19 @@ void MergeView::follow(bool columnsLead)
         editor_->setPlace(columns_->place());
     else
         columns_->setPlace(editor_->place());
+}
+
+void MergeView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    int buttons = Theme::scaled(leastTitle) + count_->sizeHint().width();
+    for (const QWidget* button : {base_, startOver_, resolve_})
+        buttons += button->sizeHint().width() + head_->spacing();
+    const bool isNarrow = width() < buttons + 2 * IconButton::side + 40;
+    head_->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    base_->setVisible(!isNarrow);
+    startOver_->setVisible(!isNarrow);
+    more_->setVisible(isNarrow);
 }
 
 void MergeView::focusInEvent(QFocusEvent* event)

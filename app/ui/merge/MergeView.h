@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 class QTimer;
@@ -75,6 +76,7 @@ Q_SIGNALS:
     void resultSettled();
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 
 private:
@@ -94,7 +96,8 @@ private:
     MergeColumns* columns_;
     MergeEditor* editor_;
     QLabel *title_ = nullptr, *count_ = nullptr, *noteText_ = nullptr;
-    QPushButton *base_ = nullptr, *startOver_ = nullptr, *resolve_ = nullptr, *noteAction_ = nullptr;
+    QPushButton *base_ = nullptr, *startOver_ = nullptr, *more_ = nullptr, *resolve_ = nullptr, *noteAction_ = nullptr;
+    QBoxLayout* head_ = nullptr;
     QWidget* note_ = nullptr;
     QTimer* settling_;
     bool isFollowing_ = false; ///< one view scrolls because the other has
