@@ -10,6 +10,8 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextLayout>
 
 #include <gtest/gtest.h>
 
@@ -68,6 +70,8 @@ TEST(MergeView, IsDrivenByKeysAlone)
     const MergeInput input = threeConflicts();
     ShownMerge shown(input);
     EXPECT_EQ(shown.count(), QStringLiteral("3 of 3 left"));
+    const QTextBlock undecided = shown.view.editor()->document()->findBlockByNumber(4);
+    EXPECT_GT(undecided.layout()->boundingRect().height(), 5) << "the line says what there is to do";
     shown.press(Qt::Key_1, Qt::AltModifier);
     EXPECT_EQ(shown.count(), QStringLiteral("2 of 3 left"));
     shown.press(Qt::Key_F8);

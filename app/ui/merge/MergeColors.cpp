@@ -10,7 +10,8 @@ namespace {
 constexpr float tintShare = 0.15F;
 constexpr int blueLane = 0;
 constexpr int greenLane = 2;
-constexpr int purpleLane = 1;
+constexpr int orangeLane = 3;
+constexpr int tealLane = 5;
 
 } // namespace
 
@@ -18,7 +19,7 @@ QColor strong(gitkit::MergeSide side)
 {
     if (side == gitkit::MergeSide::base)
         return Theme::current().secondaryText;
-    return Theme::current().lane(side == gitkit::MergeSide::left ? blueLane : purpleLane);
+    return Theme::current().lane(side == gitkit::MergeSide::left ? blueLane : orangeLane);
 }
 
 QColor tinted(const QColor& color) { return Theme::mixed(Theme::current().content, color, tintShare); }
@@ -32,7 +33,7 @@ QColor ofPiece(const MergeResult& result, std::size_t index)
     using Kind = gitkit::MergeSegment::Kind;
     const MergeResult::Piece& piece = result.pieces()[index];
     if (piece.isEdited)
-        return Theme::current().statusModified;
+        return Theme::current().lane(tealLane);
     const Kind kind = result.sides().segments[index].kind;
     switch (piece.choice) {
     case Choice::left:

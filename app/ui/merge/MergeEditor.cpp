@@ -40,6 +40,8 @@ QChar shownUnit(QChar unit)
         return u'␍';
     case 0:
         return u'␀';
+    case QChar::ObjectReplacementCharacter: // has no height there
+        return u'◆';
     case u'\f':
         return u'␌';
     case u'\u2028':
