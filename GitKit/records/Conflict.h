@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Date.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -135,6 +137,20 @@ struct ConflictNames {
     ConflictName left = {}, right = {}, base = {};
 
     bool operator==(const ConflictNames&) const = default;
+};
+
+/// The commits that a submodule has on both sides, and how many each has that the other has not.
+struct SubmoduleSides {
+    struct Side {
+        std::string hash, subject;
+        Date date;
+        int ahead = 0;
+
+        bool operator==(const Side&) const = default;
+    };
+    Side left, right;
+
+    bool operator==(const SubmoduleSides&) const = default;
 };
 
 /// All conflicts of a working tree, the ones with the first paths first.

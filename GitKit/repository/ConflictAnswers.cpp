@@ -140,6 +140,16 @@ void requireFree(const GitRepository& repo, const std::vector<Conflict>& conflic
 
 } // namespace
 
+void requireConflicts(const GitRepository& repo, const std::vector<Conflict>& conflicts)
+{
+    const auto listed = parseStages(repo.runner().bytes({"ls-files", "--unmerged", "-z"}));
+    for (const Conflict& conflict : conflicts) {
+        if (!listed.contains(conflict.path))
+            refuseToResolve(inQuotes(conflict.path) + " is not in conflict any more. Nothing was done.",
+                            ErrorKind::changedMeanwhile);
+    }
+}
+
 std::vector<std::string> pathsOfAnswer(const Conflict& conflict, ConflictAnswer answer, const std::string& label)
 {
     std::vector<std::string> paths = conflict.allPaths();
@@ -161,6 +171,7 @@ std::vector<std::string> pathsOfAnswer(const Conflict& conflict, ConflictAnswer 
 void answerConflicts(const GitRepository& repo, const std::vector<Conflict>& conflicts, ConflictAnswer answer,
                      const std::string& label)
 {
+    requireConflicts(repo, conflicts);
     ConflictOutcome outcome;
     for (const Conflict& conflict : conflicts) {
         outcome.hashSize = hashSizeOf(conflict);

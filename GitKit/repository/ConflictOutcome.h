@@ -29,6 +29,9 @@ struct ConflictOutcome {
 /// Returns its entries as `update-index -z --index-info` reads them.
 std::string entriesOf(const ConflictOutcome& outcome);
 
+/// Throws where one of them is resolved already, perhaps in another window.
+void requireConflicts(const GitRepository& repo, const std::vector<Conflict>& conflicts);
+
 /// Writes the index first, then the files. Throws before that where a file cannot be replaced.
 void apply(const GitRepository& repo, const ConflictOutcome& outcome);
 

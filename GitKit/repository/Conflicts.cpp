@@ -475,7 +475,7 @@ std::optional<SubmoduleSides> submoduleSides(const GitRepository& repo, const Co
         if (told.status != 0 || end == std::string::npos)
             return std::nullopt;
         side->hash = version->hash;
-        side->date = std::strtoll(told.stdoutBytes.c_str(), nullptr, 10);
+        side->date = readDate(std::string_view(told.stdoutBytes).substr(0, end));
         side->subject = withoutLineEnd(std::string_view(told.stdoutBytes).substr(end + 1));
         side->ahead = readNumber(
             withoutLineEnd(git.output({"rev-list", "--count", other->hash + ".." + version->hash, "--"}).stdoutBytes));

@@ -49,19 +49,7 @@ struct ConflictContents {
 };
 ConflictContents conflictContents(const GitRepository& repo, const Conflict& conflict, std::size_t limit);
 
-/// Returns a submodule's commits on both sides, and how many each has that the other has not; nullopt where the submodule
-/// is not here or does not have them.
-struct SubmoduleSides {
-    struct Side {
-        std::string hash, subject;
-        long long date = 0; ///< seconds since 1970
-        int ahead = 0;
-        bool operator==(const Side&) const = default;
-    };
-    Side left, right;
-
-    bool operator==(const SubmoduleSides&) const = default;
-};
+/// Returns what is known of a submodule's commits; nullopt where it is not here or does not have them.
 std::optional<SubmoduleSides> submoduleSides(const GitRepository& repo, const Conflict& conflict);
 
 } // namespace gitkit

@@ -135,6 +135,7 @@ FileStamp workingStamp(const GitRepository& repo, const std::string& path)
 void resolveWith(const GitRepository& repo, const Conflict& conflict, const std::string& bytes,
                  const std::optional<FileStamp>& seen)
 {
+    requireConflicts(repo, {conflict});
     requireReplaceable(repo, conflict.path, Replaceable::file);
     requireSeen(repo, conflict.path, seen);
     ConflictOutcome outcome{.hashSize = hashSizeOf(conflict)};
@@ -147,6 +148,7 @@ void resolveWith(const GitRepository& repo, const Conflict& conflict, const std:
 FileStamp keepResult(const GitRepository& repo, const Conflict& conflict, const std::string& bytes,
                      const std::optional<FileStamp>& seen)
 {
+    requireConflicts(repo, {conflict});
     requireReplaceable(repo, conflict.path, Replaceable::file);
     requireSeen(repo, conflict.path, seen);
     const std::string written = asWorkingFile(repo, conflict.path, storedBlob(repo, bytes));

@@ -18,7 +18,7 @@ class GitRepository;
 //
 // Where something else than a file stands in a file's place, a folder, a pipe, a link, or a link in the place of a folder
 // above it, nothing is done and GitError says so. So does ErrorKind::changedMeanwhile where a stamp is given and the working
-// file has changed since.
+// file has changed since, and where a conflict is there no longer.
 
 /// Returns the stamp of a working file.
 FileStamp workingStamp(const GitRepository& repo, const std::string& path);

@@ -22,7 +22,8 @@ using gitkit::GitRepository;
 
 Conflicts::Conflicts(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes)
     : git_(git), window_(window), snapshot_(snapshot), changes_(changes),
-      reading_(git, &readConflicts, [this] { listRead(); })
+      reading_(git, &readConflicts, [this] { listRead(); }),
+      resolved_(git, &readHasResolved, [this] { areResolved = resolved_.answer().value_or(false); })
 {
     snapshot_.follow({.afterStatus = [this] { statusRead(); }});
     changes_.tellStops([this](const Failure& failure) { return takeFailure(failure); });
@@ -37,6 +38,12 @@ void Conflicts::statusRead()
         list = gitkit::ConflictList();
         if (!changes_.isTurnTaken())
             stash_.clear();
+    }
+    if (snapshot_.conflictCount() == 0 && snapshot_.inProgress.value() && snapshot_.inProgress.value()->canContinue()) {
+        resolved_.askAgain({snapshot_.generation.value()});
+    } else {
+        resolved_.forget();
+        areResolved = false;
     }
     showStop();
 }

@@ -39,6 +39,8 @@ public:
 
     /// All conflicts and the names of their sides, as last read; empty when there are none.
     Observed<gitkit::ConflictList, Conflicts> list;
+    /// Whether the operation in progress has stopped with conflicts that are all resolved now.
+    Observed<bool, Conflicts> areResolved{false};
     /// Returns the conflict that a path is in, under whatever of its names; nullptr while none is known.
     const gitkit::Conflict* find(const std::string& path) const;
     /// Returns how many there are. Several paths may be one conflict.
@@ -84,6 +86,7 @@ private:
     Snapshot& snapshot_;
     Changes& changes_;
     Latest<ConflictsRequest, gitkit::ConflictList> reading_;
+    Latest<ResolvedRequest, bool> resolved_;
     std::string stash_;             ///< hash of the stash that was applied last
     std::unique_ptr<Failure> stop_; ///< whose conflicts are to be shown
 };

@@ -99,6 +99,28 @@ TEST(CommitBox, EnablesItsButtonWhenThereIsSomethingToCommit)
     EXPECT_FALSE(window.commit->isEnabled());
 }
 
+TEST(CommitBox, ContinuesWhereAllConflictsAreResolved)
+{
+    TestRepository repo;
+    repo.write("a", "1\n").commit("base").git({"checkout", "-q", "-b", "topic"}).write("a", "2\n").commit("first");
+    repo.write("b", "1\n").commit("second").git({"checkout", "-q", "main"}).write("a", "3\n").commit("ours");
+    int status = 0;
+    runPlainGit(repo.path(), {"rebase", "main", "topic"}, status);
+    Window window(repo.path());
+    EXPECT_EQ(window.commit->text(), u"Commit"_s);
+    EXPECT_FALSE(window.commit->isEnabled());
+    repo.write("a", "4\n").git({"add", "a"});
+    window.store.snapshot().refresh(RefreshScope::full);
+    EXPECT_TRUE(window.worker.settle());
+    EXPECT_EQ(window.commit->text(), u"Continue"_s);
+    window.subject->setFocus();
+    QTest::keyClick(window.subject, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(window.worker.settle());
+    EXPECT_FALSE(window.store.snapshot().inProgress.value());
+    EXPECT_EQ(repo.read({"log", "--format=%s", "main..topic"}), "second\nfirst");
+    EXPECT_EQ(window.commit->text(), u"Commit"_s);
+}
+
 TEST(CommitBox, CommitsFromTheKeyboardAndGoesBackToTheList)
 {
     TestRepository repo;

@@ -117,7 +117,7 @@ TEST(DiffNotes, SayWhatLinesCannot)
     facts.oldSize = 10;
     facts.newSize = 2000;
     EXPECT_EQ(diffNotes(binary, DiffState::conflicted, facts, "f", {u"main"_s, u"topic"_s}).above.mid(1),
-              (QStringList{u"Ours, main: 10 bytes"_s, u"Theirs, topic: 2.0 KB"_s}));
+              (QStringList{u"main: 10 bytes"_s, u"topic: 2.0 KB"_s}));
     EXPECT_TRUE(said("diff --cc f\n@@@ -1 -1 +1 @@@\n++a\n", DiffState::conflicted).contains(u"has conflicts"_s));
 
     std::string endless = start + names + "@@ -0,0 +1,6000 @@\n";

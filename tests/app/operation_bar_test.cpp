@@ -64,8 +64,19 @@ TEST_F(OperationBarTest, SaysWhatGoesOnAndOffersWhatGitDoes)
     EXPECT_EQ(bar.accessibleName(), u"Operation"_s);
     const std::string first = repo.read({"rev-parse", "--short=7", "topic~1"});
     EXPECT_EQ(says(), "Rebasing topic onto main 1 of 2: " + first + " first 1 conflict left");
-    EXPECT_EQ(buttons(), "-Continue Skip Abort ");
+    EXPECT_EQ(buttons(), "1 conflict left -Continue Skip Abort ");
+    store.window().select(SidebarItem::history());
+    button(u"1 conflict left"_s)->click();
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::workingCopy());
+    EXPECT_EQ(store.window().selectedPaths.value(), std::set<std::string>{"z"});
+    repo.write("z", "4\n").git({"add", "z"});
+    load();
+    EXPECT_TRUE(says().ends_with("first All conflicts resolved.")) << says();
+    EXPECT_EQ(buttons(), "Continue Skip Abort ");
     button(u"Skip"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    ASSERT_TRUE(store.window().confirmation.value()) << "what was resolved is lost";
+    store.window().confirm(store.window().confirmation.value()->id);
     ASSERT_TRUE(worker.settle());
     EXPECT_TRUE(bar.isHidden());
 
@@ -112,23 +123,22 @@ TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
         makeChangedFilesMenu(store, store.snapshot().status.value().files, u"Open in Kate"_s, nullptr));
     const std::vector<std::string> titles = test::entries(*menu);
     EXPECT_EQ((std::vector(titles.begin(), titles.begin() + 4)),
-              (std::vector<std::string>{"Use Ours: main (checked out)", "Use Theirs: topic (being merged)",
-                                        "Mark Resolved", "—"}));
+              (std::vector<std::string>{"Keep main", "Keep topic", "Mark Resolved", "—"}));
     test::entry(*menu, u"Mark Resolved"_s)->trigger();
     ASSERT_TRUE(worker.settle());
     ASSERT_TRUE(store.window().confirmation.value()) << "markers are left";
     store.window().dismissQuestion();
-    test::entry(*menu, u"Use Theirs: topic (being merged)"_s)->trigger();
+    test::entry(*menu, u"Keep topic"_s)->trigger();
     ASSERT_TRUE(worker.settle());
     EXPECT_EQ(readFile(repo / "z"), "2\n");
     model.rebuild();
     EXPECT_EQ(model.index(0).data().toString(), u"a"_s);
 
-    // In a rebase the sides are the other way round.
+    // In a rebase the names stay with what they name.
     repo.git({"merge", "--abort"});
     begin({"rebase", "main", "topic"});
     const std::unique_ptr<QMenu> other(makeChangedFilesMenu(store, store.snapshot().status.value().files, {}, nullptr));
-    EXPECT_EQ(test::entries(*other).front(), "Use Ours: main (onto)");
+    EXPECT_EQ(test::entries(*other).front(), "Keep main");
 }
 
 TEST_F(OperationBarTest, AFileThatOneSideDeletedCanBeOpenedWhileItIsThere)

@@ -227,15 +227,14 @@ TEST_F(WorkingDiffTest, ShowsBothSidesOfABinaryConflict)
     const QStringList notes = pane.view()->sections().front()->controller().diff().notes().above;
     ASSERT_EQ(notes.size(), 3);
     EXPECT_TRUE(notes[0].contains(u"Both sides changed this binary file"_s)) << notes[0].toStdString();
-    EXPECT_EQ(notes[1], u"Ours, main (checked out): 3 bytes"_s);
-    EXPECT_EQ(notes[2], u"Theirs, topic (being merged): 2 bytes"_s);
+    EXPECT_EQ(notes[1], u"main (checked out): 3 bytes"_s);
+    EXPECT_EQ(notes[2], u"topic (being merged): 2 bytes"_s);
     press(u"Use Theirs: topic (being merged)"_s);
     EXPECT_EQ(repo.read({"diff", "--cached", "--numstat", "topic", "--", "d"}), "");
     EXPECT_EQ(repo.read({"ls-files", "--unmerged", "--", "d"}), "");
 
     select({"p.png"});
-    for (const QString& told :
-         {u"Ours, main (checked out)"_s, u"3 × 3"_s, u"Theirs, topic (being merged)"_s, u"2 × 2"_s})
+    for (const QString& told : {u"main (checked out)"_s, u"3 × 3"_s, u"topic (being merged)"_s, u"2 × 2"_s})
         EXPECT_TRUE(sentence().contains(told)) << sentence().toStdString();
     press(u"Use Ours: main (checked out)"_s);
     EXPECT_EQ(repo.read({"diff", "--cached", "--numstat"}).find("p.png"), std::string::npos);

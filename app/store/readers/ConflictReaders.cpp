@@ -2,6 +2,7 @@
 #include "app/store/readers/ConflictReaders.h"
 
 #include "GitKit/MergeSegments.h"
+#include "GitKit/repository/Blobs.h"
 #include "GitKit/repository/Conflicts.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
@@ -12,6 +13,8 @@
 namespace plovik {
 
 namespace {
+
+constexpr std::size_t largestShownSide = std::size_t{32} << 20; // as of other pictures
 
 bool isText(const std::optional<std::string>& bytes)
 {
@@ -37,6 +40,11 @@ gitkit::ConflictNames readConflictNames(const gitkit::GitRepository& repo, const
     return gitkit::conflictNames(repo, originOf(repo, request));
 }
 
+bool readHasResolved(const gitkit::GitRepository& repo, const ResolvedRequest& /*request*/)
+{
+    return !gitkit::resolvedPaths(repo).empty();
+}
+
 ReadMerge readMerge(const gitkit::GitRepository& repo, const MergeRequest& request)
 {
     ReadMerge read{.sides = {}, .working = {}, .stamp = gitkit::workingStamp(repo, request.conflict.path)};
@@ -54,10 +62,19 @@ ReadMerge readMerge(const gitkit::GitRepository& repo, const MergeRequest& reque
     return read;
 }
 
-ConflictPair readConflictPair(const gitkit::GitRepository& repo, const gitkit::Conflict& conflict)
+ConflictFacts readConflictFacts(const gitkit::GitRepository& repo, const gitkit::Conflict& conflict)
 {
-    gitkit::ConflictContents contents = gitkit::conflictContents(repo, conflict, largestMergedFile);
-    return {std::move(contents.left), std::move(contents.right)};
+    const auto blobOf = [](const std::optional<gitkit::ConflictVersion>& version) {
+        return version && !version->isSubmodule() ? std::optional(version->hash) : std::nullopt;
+    };
+    const gitkit::DiffSource source{blobOf(conflict.left), blobOf(conflict.right), {}};
+    const gitkit::SideSizes sizes = gitkit::diffSizes(repo, source);
+    gitkit::DiffSides contents = gitkit::diffSides(repo, source, largestShownSide);
+    return {.leftSize = sizes.before,
+            .rightSize = sizes.after,
+            .left = std::move(contents.before),
+            .right = std::move(contents.after),
+            .submodule = gitkit::submoduleSides(repo, conflict)};
 }
 
 } // namespace plovik

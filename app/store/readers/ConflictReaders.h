@@ -6,6 +6,9 @@
 #include "GitKit/records/MergedSides.h"
 #include "GitKit/records/OperationInProgress.h"
 
+#include <QtGlobal>
+
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -34,6 +37,14 @@ gitkit::ConflictList readConflicts(const gitkit::GitRepository& repo, const Conf
 /// Reads the names alone, also when nothing is in conflict any more.
 gitkit::ConflictNames readConflictNames(const gitkit::GitRepository& repo, const ConflictsRequest& request);
 
+/// Whether conflicts were resolved since the last commit. Needed for each step of an operation only.
+struct ResolvedRequest {
+    qint64 generation = 0; ///< of the status
+
+    bool operator==(const ResolvedRequest&) const = default;
+};
+bool readHasResolved(const gitkit::GitRepository& repo, const ResolvedRequest& request);
+
 /// Larger files are not merged line by line.
 inline constexpr std::size_t largestMergedFile = std::size_t{64} << 20;
 
@@ -54,10 +65,12 @@ struct ReadMerge {
 
 ReadMerge readMerge(const gitkit::GitRepository& repo, const MergeRequest& request);
 
-/// The contents of both sides, for pictures; nullopt for a side that is missing or too large.
-struct ConflictPair {
-    std::optional<std::string> left, right;
+/// What is told of the sides of a conflict that is not merged line by line.
+struct ConflictFacts {
+    std::optional<std::uint64_t> leftSize, rightSize; ///< in bytes; nullopt for a side without a file
+    std::optional<std::string> left, right;           ///< the contents, of files that are not too large
+    std::optional<gitkit::SubmoduleSides> submodule;
 };
-ConflictPair readConflictPair(const gitkit::GitRepository& repo, const gitkit::Conflict& conflict);
+ConflictFacts readConflictFacts(const gitkit::GitRepository& repo, const gitkit::Conflict& conflict);
 
 } // namespace plovik

@@ -242,10 +242,11 @@ QString conflictSentence(const gitkit::ParsedDiff& diff, DiffState state)
 void addSizes(DiffNotes& notes, const FileFacts& facts, const ConflictNames& sides)
 {
     if (facts.oldSize)
-        notes.above << QCoreApplication::translate("Diff", "Ours, %1: %2").arg(sides.ours, shownSize(*facts.oldSize));
+        notes.above
+            << QCoreApplication::translate("Diff", "%1: %2", "side, size").arg(sides.ours, shownSize(*facts.oldSize));
     if (facts.newSize)
         notes.above
-            << QCoreApplication::translate("Diff", "Theirs, %1: %2").arg(sides.theirs, shownSize(*facts.newSize));
+            << QCoreApplication::translate("Diff", "%1: %2", "side, size").arg(sides.theirs, shownSize(*facts.newSize));
 }
 
 } // namespace

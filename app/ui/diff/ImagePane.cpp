@@ -93,13 +93,9 @@ ImagePane::ImagePane(PicturePair pair, QWidget* parent)
     const bool isChange = pair_.before && pair_.after;
     const bool isConflict = pair_.conflict != ConflictNames();
     if (pair_.before)
-        before_ = makeSide(*pair_.before, isConflict ? tr("Ours, %1").arg(pair_.conflict.ours)
-                                          : isChange ? tr("Before")
-                                                     : tr("Deleted"));
+        before_ = makeSide(*pair_.before, isConflict ? pair_.conflict.ours : isChange ? tr("Before") : tr("Deleted"));
     if (pair_.after)
-        after_ = makeSide(*pair_.after, isConflict ? tr("Theirs, %1").arg(pair_.conflict.theirs)
-                                        : isChange ? tr("After")
-                                                   : tr("Added"));
+        after_ = makeSide(*pair_.after, isConflict ? pair_.conflict.theirs : isChange ? tr("After") : tr("Added"));
     change_->setTextFormat(Qt::PlainText);
     change_->setWordWrap(true);
     change_->setText(changeText());

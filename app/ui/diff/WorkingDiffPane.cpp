@@ -249,7 +249,11 @@ void WorkingDiffPane::takeSide(gitkit::ConflictSide side)
     const gitkit::FileChange* const file = store_.snapshot().status.value().files.find(shown_);
     if (!file || !file->isConflicted)
         return;
-    store_.staging().takeSide({*file}, side);
+    if (const gitkit::Conflict* const conflict = store_.conflicts().find(shown_))
+        store_.conflicts().answer({*conflict}, side == gitkit::ConflictSide::ours ? gitkit::ConflictAnswer::left
+                                                                                  : gitkit::ConflictAnswer::right);
+    else
+        store_.staging().takeSide({*file}, side);
     awaitChanges();
 }
 

@@ -51,7 +51,9 @@ QString markTip(const std::string& term)
 
 OperationBar::OperationBar(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), title_(new GivingLabel(this)), detail_(new GivingLabel(this)),
-      conflicts_(new QLabel(this)), continue_(makeButton(tr("Continue"), &OperationBar::proceed)),
+      conflicts_(makeButton(QString(), &OperationBar::showConflict)),
+      resolved_(new QLabel(tr("All conflicts resolved."), this)),
+      continue_(makeButton(tr("Continue"), &OperationBar::proceed)),
       good_(makeButton(tr("Good"), &OperationBar::markGood)), bad_(makeButton(tr("Bad"), &OperationBar::markBad)),
       skip_(makeButton(tr("Skip"), &OperationBar::skip)),
       showFound_(makeButton(tr("Show Commit"), &OperationBar::showFound)),
@@ -62,10 +64,12 @@ OperationBar::OperationBar(RepositoryStore& store, QWidget* parent)
     showFound_->setProperty("primary", true);
     showFound_->setToolTip(tr("Show it in the history"));
     reset_->setToolTip(tr("End the bisect and check out what was checked out before"));
-    conflicts_->setTextFormat(Qt::PlainText);
+    conflicts_->setToolTip(tr("Show the next one"));
+    resolved_->setTextFormat(Qt::PlainText);
     followFont(*title_, 0, QFont::DemiBold);
     followColor(*detail_, QPalette::WindowText, &Theme::hunkHeaderText);
-    followColor(*conflicts_, QPalette::WindowText, &Theme::statusConflicted);
+    followColor(*conflicts_, QPalette::ButtonText, &Theme::statusConflicted);
+    followColor(*resolved_, QPalette::WindowText, &Theme::secondaryText);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(12 + markWidth, 5, 8, 6);
     row->setSpacing(8);
@@ -73,6 +77,7 @@ OperationBar::OperationBar(RepositoryStore& store, QWidget* parent)
     row->addWidget(detail_, 1);
     row->addStretch(0);
     row->addWidget(conflicts_);
+    row->addWidget(resolved_);
     row->addSpacing(4);
     for (QPushButton* button : {continue_, good_, bad_, skip_, showFound_, abort_, reset_})
         row->addWidget(button);
@@ -96,6 +101,8 @@ void OperationBar::observeStore()
     const auto show = [this] { showOperation(); };
     notifiers_.push_back(store_.snapshot().inProgress.addNotifier(show));
     notifiers_.push_back(store_.snapshot().status.addNotifier(show));
+    notifiers_.push_back(store_.conflicts().list.addNotifier(show));
+    notifiers_.push_back(store_.conflicts().areResolved.addNotifier(show));
     notifiers_.push_back(store_.changes().running.addNotifier([this] { runningChanged(); }));
     // Commits are shown by the names of their branches and tags, and with the subjects of the history.
     notifiers_.push_back(store_.snapshot().branches.addNotifier(show));
@@ -110,11 +117,21 @@ void OperationBar::showOperation()
     if (now) {
         showText(*title_, operationText::title(store_));
         showText(*detail_, operationText::detail(store_));
-        showText(*conflicts_, operationText::conflicts(store_));
-        setAccessibleDescription(QStringList{title_->text(), detail_->text(), conflicts_->text()}.join(u' ').trimmed());
+        showConflicts();
         showButtons(*now);
     }
     setVisible(now.has_value());
+}
+
+void OperationBar::showConflicts()
+{
+    const QString left = operationText::conflicts(store_);
+    conflicts_->setText(left);
+    conflicts_->setAccessibleName(left);
+    conflicts_->setVisible(!left.isEmpty());
+    resolved_->setVisible(store_.conflicts().areResolved.value());
+    const QString said = resolved_->isHidden() ? left : resolved_->text();
+    setAccessibleDescription(QStringList{title_->text(), detail_->text(), said}.join(u' ').trimmed());
 }
 
 void OperationBar::showButtons(const gitkit::OperationInProgress& now)

@@ -32,6 +32,7 @@ private:
     QPushButton* makeButton(const QString& title, void (OperationBar::*act)());
     void observeStore();
     void showOperation();
+    void showConflicts();
     void showButtons(const gitkit::OperationInProgress& now);
     bool canTakeStep() const;
     void runningChanged();
@@ -43,12 +44,14 @@ private:
     void markGood() { actions::bisect(store_.actors(), gitkit::BisectMark::good); }
     void markBad() { actions::bisect(store_.actors(), gitkit::BisectMark::bad); }
     void showFound();
+    void showConflict() { store_.conflicts().selectNext(); }
     void reset() { actions::resetBisect(store_.actors()); }
 
     RepositoryStore& store_;
     QLabel* title_;
     QLabel* detail_;
-    QLabel* conflicts_;
+    QPushButton* conflicts_;
+    QLabel* resolved_;
     QPushButton* continue_;
     QPushButton* good_;
     QPushButton* bad_;

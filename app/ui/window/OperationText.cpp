@@ -211,7 +211,7 @@ QString detail(const RepositoryStore& store)
 
 QString conflicts(const RepositoryStore& store)
 {
-    const auto count = store.snapshot().conflictCount();
+    const std::size_t count = store.conflicts().count();
     if (count == 0)
         return {};
     return Texts::tr("%Ln conflict(s) left", nullptr, static_cast<int>(count));

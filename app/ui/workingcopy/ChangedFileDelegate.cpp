@@ -21,6 +21,7 @@ namespace {
 
 constexpr int rowInset = 6;
 constexpr int boxLeft = 16;
+constexpr int wordsGap = 10;
 
 int chipLeft() { return boxLeft + checkBoxSize() + 8; }
 int pathLeft() { return chipLeft() + statusChipSize() + 8; }
@@ -61,7 +62,17 @@ void ChangedFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
         path = PathParts::of(shownText(*file.originalPath), shownText(file.path));
     if (model.isTree())
         path.folder.clear();
-    paintPath(*painter, row.adjusted(pathLeft() + indent, 0, -rowInset - 6, 0), path, option.font);
+    QRect area = row.adjusted(pathLeft() + indent, 0, -rowInset - 6, 0);
+    if (const QString words = model.conflictWords(file); !words.isEmpty()) {
+        // The path has at least half of the room.
+        const int pathWidth = textWidth(path.folder + path.name, option.font);
+        const int room = area.width() - std::min(pathWidth, area.width() / 2) - wordsGap;
+        const int width = std::clamp(textWidth(words, option.font), 0, std::max(room, 0));
+        paintText(*painter, QRect(area.right() + 1 - width, area.top(), width, area.height()), words, option.font,
+                  Theme::current().secondaryText);
+        area.adjust(0, 0, -width - wordsGap, 0);
+    }
+    paintPath(*painter, area, path, option.font);
 }
 
 QSize ChangedFileDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const

@@ -2,6 +2,7 @@
 #include "app/ui/workingcopy/ChangedFilesMenu.h"
 
 #include "GitKit/records/OperationInProgress.h"
+#include "app/store/ConflictWords.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
 #include "app/ui/commands/Commands.h"
@@ -78,6 +79,53 @@ void addInspection(QMenu& menu, RepositoryStore& store, const Staging::Files& fi
     add(CommandId::showFileHistory, Texts::tr("Show File History"), InspectedFile::Tab::history);
 }
 
+/// Returns the conflicts that files are in, each once; none while one of them is not known.
+std::vector<gitkit::Conflict> conflictsOf(const RepositoryStore& store, const Staging::Files& conflicted)
+{
+    std::vector<gitkit::Conflict> conflicts;
+    for (const gitkit::FileChange& file : conflicted) {
+        const gitkit::Conflict* const found = store.conflicts().find(file.path);
+        if (!found)
+            return {};
+        if (std::ranges::find(conflicts, found->path, &gitkit::Conflict::path) == conflicts.end())
+            conflicts.push_back(*found);
+    }
+    return conflicts;
+}
+
+/// Adds the answers that all of these conflicts can have.
+void addAnswers(QMenu& menu, RepositoryStore& store, const std::vector<gitkit::Conflict>& conflicts)
+{
+    using gitkit::ConflictAnswer;
+    const gitkit::ConflictNames& names = store.conflicts().list.value().names;
+    for (const ConflictAnswer answer : gitkit::answersTo(conflicts.front())) {
+        const auto fits = [answer](const gitkit::Conflict& conflict) {
+            const std::vector<ConflictAnswer> answers = gitkit::answersTo(conflict);
+            return std::ranges::find(answers, answer) != answers.end();
+        };
+        if (!std::ranges::all_of(conflicts, fits))
+            continue;
+        // What a side has is told of one file; of several its name is enough.
+        const QString title = conflictWords::answerTitle(
+            conflicts.size() == 1 ? conflicts.front() : gitkit::Conflict{.path = {}}, names, answer);
+        QAction* const action = menu.addAction(
+            plainMenuText(title), &menu, [&store, conflicts, answer] { store.conflicts().answer(conflicts, answer); });
+        action->setToolTip(plainToolTip(conflictWords::answerTip(conflicts.front(), answer)));
+        if (answer == ConflictAnswer::left || answer == ConflictAnswer::right)
+            markAs(answer == ConflictAnswer::left ? CommandId::useOurs : CommandId::useTheirs, action);
+    }
+}
+
+/// The same while it is not known what the conflicts are.
+void addSides(QMenu& menu, RepositoryStore& store, const Staging::Files& conflicted)
+{
+    using Side = gitkit::ConflictSide;
+    for (const Side side : {Side::ours, Side::theirs})
+        markAs(side == Side::ours ? CommandId::useOurs : CommandId::useTheirs,
+               menu.addAction(plainMenuText(operationText::useSide(side, operationText::side(store, side))), &menu,
+                              [&store, conflicted, side] { store.staging().takeSide(conflicted, side); }));
+}
+
 /// Adds the commands that resolve a conflict, for the files that have one.
 void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& files)
 {
@@ -87,11 +135,10 @@ void addResolving(QMenu& menu, RepositoryStore& store, const Staging::Files& fil
     for (const std::uint32_t place : files.conflicted())
         found.push_back(files[place]);
     const Staging::Files conflicted(std::move(found));
-    using Side = gitkit::ConflictSide;
-    for (const Side side : {Side::ours, Side::theirs})
-        markAs(side == Side::ours ? CommandId::useOurs : CommandId::useTheirs,
-               menu.addAction(plainMenuText(operationText::useSide(side, operationText::side(store, side))), &menu,
-                              [&store, conflicted, side] { store.staging().takeSide(conflicted, side); }));
+    if (const std::vector<gitkit::Conflict> conflicts = conflictsOf(store, conflicted); !conflicts.empty())
+        addAnswers(menu, store, conflicts);
+    else
+        addSides(menu, store, conflicted);
     markAs(CommandId::markResolved, menu.addAction(Texts::tr("Mark Resolved"), &menu, [&store, conflicted] {
         store.staging().stage(conflicted);
     }))->setToolTip(Texts::tr("Stage what stands in the working copy"));

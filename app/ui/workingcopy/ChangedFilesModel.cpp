@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/workingcopy/ChangedFilesModel.h"
 
+#include "app/store/ConflictWords.h"
 #include "app/store/ShownText.h"
 #include "app/ui/commit/StatusChip.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -15,9 +16,11 @@ namespace plovik {
 namespace {
 
 /// What happened to a file and how much of it is staged, in words.
-QString description(const gitkit::FileChange& file, gitkit::StageState state)
+QString description(const gitkit::FileChange& file, gitkit::StageState state, const QString& conflict)
 {
     QString change = statusDescription(file.statusCode());
+    if (!conflict.isEmpty())
+        return ChangedFilesModel::tr("%1: %2", "Conflicted: changed on both sides").arg(change, conflict);
     switch (state) {
     case gitkit::StageState::full:
         return ChangedFilesModel::tr("%1, staged").arg(change);
@@ -54,8 +57,17 @@ Qt::CheckState checkState(gitkit::StageState state)
 
 ChangedFilesModel::ChangedFilesModel(const RepositoryStore& store, QObject* parent)
     : FileRowsModel(parent), store_(store), arrangement_(files().arrangement()),
-      fileCount_(static_cast<int>(files().size()))
+      fileCount_(static_cast<int>(files().size())), conflicts_(store.conflicts().list.addNotifier([this] {
+          if (rowCount() > 0)
+              Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+      }))
 {}
+
+QString ChangedFilesModel::conflictWords(const gitkit::FileChange& file) const
+{
+    const gitkit::Conflict* const conflict = file.isConflicted ? store_.conflicts().find(file.path) : nullptr;
+    return conflict ? plovik::conflictWords::happened(*conflict, store_.conflicts().list.value().names) : QString();
+}
 
 std::size_t ChangedFilesModel::placeOf(int file) const
 {
@@ -213,10 +225,10 @@ QVariant ChangedFilesModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole:
         return shownText(changed.path);
     case Qt::AccessibleDescriptionRole:
-        return description(changed, store_.staging().shownStageState(changed));
+        return description(changed, store_.staging().shownStageState(changed), conflictWords(changed));
     case Qt::ToolTipRole:
         return plainToolTip(shownPath(changed) + u'\n' +
-                            description(changed, store_.staging().shownStageState(changed)));
+                            description(changed, store_.staging().shownStageState(changed), conflictWords(changed)));
     default:
         return {};
     }

@@ -6,6 +6,7 @@
 #include "app/ui/widgets/FileRowsModel.h"
 
 #include <QItemSelection>
+#include <QProperty>
 
 #include <map>
 #include <set>
@@ -33,6 +34,8 @@ public:
 
     /// Returns the file of a row, or the first one of a folder.
     const gitkit::FileChange& file(const QModelIndex& index) const;
+    /// Says what happened to a file in conflict; empty for others, and while that is not known.
+    QString conflictWords(const gitkit::FileChange& file) const;
     /// Calls `act` with the file of a row, or with each one of a folder.
     template <typename Act>
     void forEachIn(const QModelIndex& index, const Act& act) const
@@ -70,6 +73,7 @@ private:
     /// Tells whether a new status has the same rows. The old status is gone when the new one is announced.
     std::size_t arrangement_;
     int fileCount_;
+    QPropertyNotifier conflicts_;
     mutable std::map<std::pair<int, int>, Qt::CheckState> folderStates_; ///< by first and last file, until they change
 };
 

@@ -5,6 +5,7 @@
 #include "app/settings/CommitDrafts.h"
 #include "app/settings/Settings.h"
 #include "app/store/Obstacles.h"
+#include "app/store/actions/Operation.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/PaneCycle.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -125,6 +126,7 @@ void CommitBox::observeStore()
     notifiers_.push_back(store_.draft().amend.addNotifier(showControls));
     notifiers_.push_back(store_.snapshot().status.addNotifier(showControls));
     notifiers_.push_back(store_.snapshot().inProgress.addNotifier(showControls));
+    notifiers_.push_back(store_.conflicts().areResolved.addNotifier(showControls));
     notifiers_.push_back(store_.changes().running.addNotifier([this] { activityChanged(); }));
 }
 
@@ -214,11 +216,15 @@ QString CommitBox::whyNotCommit() const
 
 void CommitBox::updateControls()
 {
-    const bool canCommit = store_.draft().canCommit();
+    const bool goesOn = this->goesOn();
+    const bool canCommit = goesOn || store_.draft().canCommit();
+    const QString keys = command(CommandId::commit).shortcut().toString(QKeySequence::NativeText);
+    commit_->setText(goesOn ? tr("Continue") : command(CommandId::commit).title());
+    commit_->setAccessibleName(commit_->text());
     commit_->setEnabled(canCommit);
-    commit_->setToolTip(plainToolTip(
-        canCommit ? tr("Commit (%1)").arg(command(CommandId::commit).shortcut().toString(QKeySequence::NativeText))
-                  : whyNotCommit()));
+    commit_->setToolTip(plainToolTip(!canCommit ? whyNotCommit()
+                                     : goesOn   ? tr("Continue (%1)").arg(keys)
+                                                : tr("Commit (%1)").arg(keys)));
     amend_->setChecked(store_.draft().amend.value());
     amend_->setEnabled(!isCommitting_ &&
                        (store_.snapshot().status.value().hasCommits() || store_.draft().amend.value()));
@@ -229,7 +235,18 @@ void CommitBox::commit()
     // Qt would move the focus to another widget when the button is disabled.
     if (commit_->hasFocus())
         subject_->setFocus(Qt::OtherFocusReason);
-    store_.draft().commit();
+    // Git goes on by itself: a commit alone would leave the rest of a rebase or of several picks behind.
+    if (goesOn())
+        actions::continueOperation(store_.actors());
+    else
+        store_.draft().commit();
+}
+
+/// Whether the conflicts in which an operation has stopped are resolved, so that it continues in place of a commit.
+bool CommitBox::goesOn() const
+{
+    return store_.conflicts().areResolved.value() && !store_.draft().amend.value() &&
+           actions::canContinueOperation(store_.actors());
 }
 
 void CommitBox::keepDraft()

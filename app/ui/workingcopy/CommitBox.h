@@ -52,6 +52,7 @@ private:
     void commitEnded();
     void updateControls();
     QString whyNotCommit() const;
+    bool goesOn() const;
     void keepDraft();
     void keepDraftIfWaiting();
     QCoro::Task<> checkingSpelling();
