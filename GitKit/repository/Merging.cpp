@@ -33,8 +33,6 @@ bool isPartialClone(const GitRepository& repo)
            0;
 }
 
-bool canRehearse(const GitRepository& repo) { return can(Ability::mergesInMemory) && !isPartialClone(repo); }
-
 /// What merging two commits in memory has given.
 struct Rehearsed {
     MergePreview::Outcome outcome = MergePreview::Outcome::unknown;
@@ -138,6 +136,8 @@ void requireFree(const std::string& branch, const Movable& now)
 
 } // namespace
 
+bool mergesInMemory(const GitRepository& repo) { return can(Ability::mergesInMemory) && !isPartialClone(repo); }
+
 MergePreview mergePreview(const GitRepository& repo, const std::string& ref)
 {
     const std::string theirs = std::string(
@@ -152,7 +152,7 @@ MergePreview mergePreview(const GitRepository& repo, const std::string& ref)
     preview.remembersResolutions = mergeSetting(repo, "rerere.enabled") == "true";
     if (preview.commits == 0 || preview.own == 0) {
         preview.outcome = MergePreview::Outcome::clean;
-    } else if (canRehearse(repo)) {
+    } else if (mergesInMemory(repo)) {
         Rehearsed found = rehearse(repo, ThrowawayObjects(repo), "HEAD", theirs);
         preview.outcome = found.outcome;
         preview.conflicts = std::move(found.conflicts);
@@ -180,7 +180,7 @@ RebasePreview rebasePreview(const GitRepository& repo, const std::string& ref)
     const std::vector<CommitPair> commits = replayed(repo, theirs);
     preview.commits = static_cast<int>(commits.size());
     preview.remembersResolutions = mergeSetting(repo, "rerere.enabled") == "true";
-    if (canRehearse(repo))
+    if (mergesInMemory(repo))
         rehearseRebase(repo, theirs, commits, preview);
     return preview;
 }

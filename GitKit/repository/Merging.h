@@ -12,6 +12,9 @@ class GitRepository;
 // Bringing branches together. Any thread; these block and throw as the methods of GitRepository do; callers keep the writers
 // of one repository apart. Refs are full names or hashes, branches are named as in refs/heads.
 
+/// Whether commits can be merged here without touching a file and without the network.
+bool mergesInMemory(const GitRepository& repo);
+
 /// Reads what merging a ref into HEAD would do. Leaves nothing in the repository.
 MergePreview mergePreview(const GitRepository& repo, const std::string& ref);
 

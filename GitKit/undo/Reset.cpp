@@ -13,10 +13,10 @@
 #include "GitKit/repository/Upstream.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/undo/HelperRuns.h"
+#include "GitKit/undo/KeepingMove.h"
 #include "GitKit/undo/RefTransaction.h"
 #include "GitKit/undo/TreeMove.h"
 #include "GitKit/undo/UndoPoints.h"
-#include "GitKit/undo/UndoWay.h"
 
 #include <algorithm>
 #include <charconv>
@@ -79,30 +79,6 @@ void requireNothingInTheWay(const GitRepository& repo, ResetKind kind, const std
     if (!files.empty())
         throw GitError("reset", 1, inQuotes(files.front()) + " would be overwritten. Move it away first.",
                        ErrorKind::wouldOverwriteUnknownFiles);
-}
-
-void requireUnedited(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& move)
-{
-    Names edited = editedFiles(repo, gitDirectory, move);
-    if (edited.empty())
-        edited = editedEntries(repo, gitDirectory, move);
-    if (!edited.empty())
-        throw GitError("reset", 1, inQuotes(edited.front()) + " is changed here and in those commits.",
-                       ErrorKind::wouldOverwriteLocalChanges);
-}
-
-/// Moves index and files by what differs between the commits. What fails half-way is taken back.
-void moveKeeping(const GitRepository& repo, const std::filesystem::path& gitDirectory, const TreeMove& move)
-{
-    UndoWay way;
-    way.from.filesTree = way.from.indexTree = move.from;
-    way.to.filesTree = way.to.indexTree = move.to;
-    try {
-        moveAll(repo, gitDirectory, way, {}, {});
-    } catch (const std::exception&) {
-        moveAllBack(repo, gitDirectory, way, {}, {});
-        throw;
-    }
 }
 
 void moveIndexTo(const GitRepository& repo, const std::filesystem::path& gitDirectory, const std::string& tree)
@@ -187,7 +163,7 @@ void reset(const GitRepository& repo, ResetKind kind, const std::string& head, c
     const TreeMove move{.from = treeOfCommit(repo, head), .to = treeOfCommit(repo, target)};
     requireNothingInTheWay(repo, kind, target);
     if (kind == ResetKind::keep)
-        requireUnedited(repo, gitDirectory, move);
+        requireUnedited(repo, gitDirectory, move, "reset");
     RefTransaction refs(repo, "reset: moving to " + target, {{movedRef(repo), head, target}});
     if (kind == ResetKind::keep)
         moveKeeping(repo, gitDirectory, move);

@@ -52,7 +52,7 @@ const std::vector<Room>& rooms()
          {"app/store/", "GitKit/records/", "GitKit/PartialPatch.h", "app/settings/", "app/platform/"},
          Qt::any,
          {"app/platform/linux/"},
-         {"GitKit/repository/", "GitKit/runner/"}},
+         {"GitKit/repository/", "GitKit/runner/", "GitKit/rewrite/"}},
         {"app/services/",
          {"app/await/", "app/settings/", "app/platform/", "GitKit/"},
          Qt::any,

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace gitkit {
+
+/// A commit that a plan may do something to.
+struct MovableCommit {
+    std::string hash;
+    std::string message;      ///< UTF-8
+    bool isPublished = false; ///< a remote branch leads to it
+
+    bool operator==(const MovableCommit&) const = default;
+};
+
+/// A branch that stands on a movable commit, besides the one that is checked out.
+struct BranchOnCommit {
+    std::string name; ///< full
+    std::string commit;
+    std::string
+        heldBy; ///< why it stays: the working tree that has it checked out, or the ref that it is another name of
+
+    bool operator==(const BranchOnCommit&) const = default;
+};
+
+/// The commits from HEAD down to the first merge, as many as are looked at.
+struct MovableCommits {
+    std::string branch;                 ///< full name; empty while HEAD is detached
+    std::string base;                   ///< the commit beneath the oldest one; empty where that is a root
+    std::vector<MovableCommit> commits; ///< the oldest first
+    std::vector<BranchOnCommit> branches;
+    std::string publishedOn;     ///< a remote branch that has the published ones, as it is shown; empty without any
+    bool hasMessageHook = false; ///< a hook prepares messages, which runs only where git itself rebases
+
+    bool operator==(const MovableCommits&) const = default;
+};
+
+} // namespace gitkit

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "GitKit/rewrite/Hooks.h"
+
+#include "GitKit/Text.h"
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/runner/GitError.h"
+
+#include <filesystem>
+#include <unistd.h>
+#include <utility>
+
+namespace gitkit {
+
+namespace {
+
+/// Runs a hook where there is one. Every git can run it this way and give it an input.
+GitOutput runHook(const GitRepository& repo, const std::string& name, const std::vector<std::string>& arguments,
+                  const std::optional<std::string>& input = {})
+{
+    const std::string script = "!f() { hook=$(git rev-parse --git-path hooks/" + name +
+                               ") && test -x \"$hook\" || exit 0; exec \"$hook\" \"$@\"; }; f";
+    std::vector<std::string> command{"plovik-hook"};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return repo.runner().output(command, {.input = input, .settings = {"alias.plovik-hook=" + script}});
+}
+
+} // namespace
+
+bool hasHook(const GitRepository& repo, const std::string& name)
+{
+    const std::string path(withoutLineEnd(repo.runner().bytes({"rev-parse", "--git-path", "hooks/" + name})));
+    return ::access((repo.root() / path).c_str(), X_OK) == 0;
+}
+
+void askPreRebase(const GitRepository& repo, const std::string& upstream)
+{
+    if (!hasHook(repo, "pre-rebase"))
+        return;
+    const GitOutput answer = runHook(repo, "pre-rebase", {upstream});
+    if (answer.status == 0)
+        return;
+    const std::string said(trimmed(answer.errorText() + answer.text()));
+    throw GitError("rebase", answer.status, said.empty() ? "The pre-rebase hook has refused this." : said,
+                   ErrorKind::rejectedByHook, said.empty() ? Speaker::plovik : Speaker::hook);
+}
+
+void tellRewritten(const GitRepository& repo, const std::vector<std::pair<std::string, std::string>>& commits)
+{
+    if (commits.empty())
+        return;
+    std::string lines;
+    for (const auto& [before, after] : commits)
+        lines += before + ' ' + after + '\n';
+    repo.runner().output({"notes", "copy", "--for-rewrite=rebase", "--stdin"}, {.input = lines});
+    if (hasHook(repo, "post-rewrite"))
+        runHook(repo, "post-rewrite", {"rebase"}, lines);
+}
+
+} // namespace gitkit

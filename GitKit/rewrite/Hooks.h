@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace gitkit {
+
+class GitRepository;
+
+// Hooks that a plan runs in git's place. Any thread; these block and throw as the methods of GitRepository do.
+
+bool hasHook(const GitRepository& repo, const std::string& name);
+
+/// Asks the hook whether the branch may be rewritten. `upstream` is the commit beneath. Throws ErrorKind::rejectedByHook with
+/// what it has said when it refuses.
+void askPreRebase(const GitRepository& repo, const std::string& upstream);
+
+/// Tells the hook which commits have become others, and copies notes, as git does after a rebase. What fails is not told:
+/// the commits are rewritten.
+void tellRewritten(const GitRepository& repo, const std::vector<std::pair<std::string, std::string>>& commits);
+
+} // namespace gitkit

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Random histories and random plans: what is found in memory is what git's own rebase makes of the same list.
+
+#include "GitKit/records/RewritePlan.h"
+#include "GitKit/rewrite/Rehearsal.h"
+#include "GitKit/rewrite/Rewriting.h"
+#include "GitKit/runner/GitVersion.h"
+#include "tests/support/TestRepository.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+
+namespace gitkit {
+namespace {
+
+using Act = RewriteStep::Act;
+
+class RewriteDice {
+public:
+    explicit RewriteDice(unsigned seed) : engine_(seed) {}
+    std::size_t below(std::size_t count) { return engine_() % count; }
+    bool chance(unsigned percent) { return below(100) < percent; }
+    template <typename List>
+    const auto& oneOf(const List& list)
+    {
+        return list[below(list.size())];
+    }
+
+private:
+    std::mt19937 engine_;
+};
+
+/// A file of many lines, of which each commit changes, adds or removes a few.
+void changeSomething(TestRepository& repo, RewriteDice& dice, std::vector<std::vector<std::string>>& files)
+{
+    const std::size_t which = dice.below(files.size());
+    std::vector<std::string>& lines = files[which];
+    const std::size_t place = dice.below(lines.size());
+    if (dice.chance(40))
+        lines[place] += " changed";
+    else if (dice.chance(70))
+        lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(place), "line " + std::to_string(dice.below(1000)));
+    else if (lines.size() > 5)
+        lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(place));
+    std::string text;
+    for (const std::string& line : lines)
+        text += line + '\n';
+    repo.write("file " + std::to_string(which), text);
+}
+
+RewritePlan randomlyChanged(RewriteDice& dice, const RewritePlan& plan)
+{
+    const Hashes some =
+        dice.chance(70) ? Hashes{dice.oneOf(plan.commits)} : Hashes{dice.oneOf(plan.commits), dice.oneOf(plan.commits)};
+    switch (dice.below(6)) {
+    case 0:
+        return moved(plan, some, dice.oneOf(plan.commits));
+    case 1:
+        return movedUp(plan, some);
+    case 2:
+        return squashed(plan, some, dice.oneOf(plan.commits), Act::squash);
+    case 3:
+        return squashed(plan, some, dice.oneOf(plan.commits), Act::fixUp);
+    case 4:
+        return dropped(plan, {some.front()});
+    default:
+        return reworded(plan, some.front(), "Other words\n\nof " + some.front() + '\n');
+    }
+}
+
+std::string namedIn(const std::string& message)
+{
+    const std::size_t place = message.find("\n\nof ") + 5;
+    return message.substr(place, message.find('\n', place) - place);
+}
+
+/// Returns the list as a person would write it.
+std::string listOf(const RewritePlan& plan)
+{
+    std::string list;
+    for (const RewriteStep& step : plan.steps) {
+        const char* const words[] = {"pick", "squash", "fixup", "drop"};
+        list += std::string(words[static_cast<int>(step.act)]) + ' ' + step.commit + '\n';
+        if (step.message)
+            list +=
+                "exec git commit -q --amend --allow-empty -m 'Other words' -m 'of " + namedIn(*step.message) + "'\n";
+    }
+    return list;
+}
+
+std::string contentsOf(const TestRepository& repo, const std::string& range)
+{
+    return repo.read({"log", "--format=%T%n%an %ae %at%n%B", range});
+}
+
+TEST(RewriteProperties, InMemoryEqualsARebaseByHand)
+{
+    if (!can(Ability::mergesInMemory))
+        GTEST_SKIP() << "this git cannot merge in memory";
+    const char* const wanted = std::getenv("PLOVIK_ACTIONS");
+    const int rounds = wanted ? std::atoi(wanted) : 8;
+    const char* const first = std::getenv("PLOVIK_SEED");
+    int clean = 0;
+    int conflicting = 0;
+    for (int round = 0; round < rounds; ++round) {
+        const unsigned seed = first ? static_cast<unsigned>(std::atoi(first)) : static_cast<unsigned>(round) + 1;
+        SCOPED_TRACE("PLOVIK_SEED=" + std::to_string(seed));
+        RewriteDice dice(seed);
+        TestRepository repo;
+        std::vector<std::vector<std::string>> files(3);
+        for (auto& lines : files) {
+            for (int number = 0; number < 40; ++number)
+                lines.push_back("line " + std::to_string(number));
+        }
+        for (int number = 0; number < 6; ++number)
+            changeSomething(repo, dice, files);
+        repo.write("kept", "x").commit("base");
+        const std::string base = repo.head();
+        Hashes commits;
+        for (std::size_t number = 0, count = 3 + dice.below(6); number < count; ++number) {
+            changeSomething(repo, dice, files);
+            repo.git({"config", "user.name", "Author " + std::to_string(dice.below(3))});
+            repo.commit("commit " + std::to_string(number) + (dice.chance(50) ? "\n\nbody\n" : "\n"));
+            commits.push_back(repo.head());
+        }
+        RewritePlan plan = untouchedPlan("refs/heads/main", base, commits);
+        for (std::size_t number = 0, count = 1 + dice.below(4); number < count; ++number)
+            plan = randomlyChanged(dice, plan);
+        // By hand, a squash with words of its own is not written so simply.
+        for (RewriteStep& step : plan.steps) {
+            if (step.act == Act::squash)
+                step.message.reset();
+        }
+        if (dropsAll(plan))
+            continue;
+        const RewriteOutcome foretold = rehearsed(repo.repository(), plan);
+        const bool emptiesBySquash = [&] {
+            for (std::size_t index = 0; index < plan.steps.size(); ++index) {
+                const bool goesIn = plan.steps[index].act == Act::squash || plan.steps[index].act == Act::fixUp;
+                if (goesIn && foretold.marks[index].kind == RewriteMark::Kind::emptied)
+                    return true;
+            }
+            return false;
+        }();
+        if (emptiesBySquash) // where git stops and asks
+            continue;
+
+        repo.write(".git/list", listOf(plan));
+        repo.git({"checkout", "-q", "-B", "byhand", commits.back()});
+        int status = 0;
+        const std::string said = runPlainGit(repo.path(),
+                                             {"-c", "sequence.editor=cp .git/list", "-c", "core.editor=true", "rebase",
+                                              "-q", "-i", "--empty=keep", base},
+                                             status);
+        if (foretold.result == RewriteOutcome::Result::conflicts) {
+            ++conflicting;
+            ASSERT_NE(status, 0) << listOf(plan);
+            std::size_t at = 0;
+            while (foretold.marks[at].kind != RewriteMark::Kind::conflicts)
+                ++at;
+            EXPECT_EQ(repo.read({"rev-parse", "REBASE_HEAD"}), plan.steps[at].commit) << listOf(plan);
+            EXPECT_EQ(repo.read({"diff", "--name-only", "--diff-filter=U"}), foretold.marks[at].paths.front());
+            continue;
+        }
+        ++clean;
+        ASSERT_EQ(status, 0) << said << listOf(plan);
+        repo.git({"checkout", "-q", "main"});
+        const RewriteOutcome made = prepareRewrite(repo.repository(), plan);
+        applyRewrite(repo.repository(), plan, made, "plan");
+        EXPECT_EQ(made.marks, foretold.marks);
+        EXPECT_EQ(contentsOf(repo, base + "..main"), contentsOf(repo, base + "..byhand")) << listOf(plan);
+        EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
+
+        // The road through git gives the same, too.
+        repo.git({"checkout", "-q", "-B", "again", commits.back()});
+        plan.branch = "refs/heads/again";
+        rewriteByGit(repo.repository(), plan);
+        EXPECT_EQ(contentsOf(repo, base + "..again"), contentsOf(repo, base + "..byhand")) << listOf(plan);
+    }
+    EXPECT_TRUE(first || clean > rounds / 4) << clean << " of " << rounds << ", " << conflicting << " in conflict";
+}
+
+} // namespace
+} // namespace gitkit
