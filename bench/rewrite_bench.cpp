@@ -60,6 +60,7 @@ RewritePlan turnedRound()
 
 void BM_ReadMovableCommits(benchmark::State& state)
 {
+    longBranch();
     for ([[maybe_unused]] auto _ : state)
         benchmark::DoNotOptimize(movableCommits(longBranch(), rewriteCommits));
 }

@@ -145,10 +145,24 @@ void History::show(bool isAll)
     isHistoryFiltered = page.query.filter.has_value();
     showSearching();
     graphLanes = page.lanes;
-    history = page.rows;
+    history = arranged(page.rows);
     hasMoreHistory = isAll && page.hasMore;
     isReadingToEnd = pages_.limit() == HistoryPages::everything && page.isReading;
     follow(page.rows, isAll);
+}
+
+HistoryRows History::arranged(HistoryRows rows) const
+{
+    if (!arranged_.empty() && !isHistoryFiltered.value())
+        rows.arrange(arranged_);
+    return rows;
+}
+
+void History::arrange(std::vector<std::string> commits)
+{
+    if (std::exchange(arranged_, std::move(commits)) == arranged_ || !pages_.shown())
+        return;
+    history = arranged(pages_.shown()->rows);
 }
 
 /// Keeps the selection and what is wanted to be selected in line with the rows.

@@ -75,6 +75,9 @@ public:
     void readToEnd();
     /// Ends such a reading, or a search. What was found stays.
     void stopReading();
+    /// Shows commits in another order than git's, the newest first, in the rows that they take up together. An empty list
+    /// ends it. Not while a search shows what it has found alone.
+    void arrange(std::vector<std::string> commits);
     /// Searches once typing has paused. An empty text ends the search; a selected commit stays selected and in sight.
     void search(const QString& text, gitkit::HistoryFilter::Field field);
     /// Chooses whether a search leaves all rows in the list.
@@ -125,6 +128,7 @@ private:
 
     QCoro::Task<> reloadWhatIsLeft();
     void show(bool isAll);
+    HistoryRows arranged(HistoryRows rows) const;
     void showSearching();
     void follow(const HistoryRows& page, bool isAll);
     std::optional<gitkit::HistoryFilter> typed() const;
@@ -143,6 +147,7 @@ private:
     WindowState& window_;
     Snapshot& snapshot_;
     HistoryPages pages_;
+    std::vector<std::string> arranged_; ///< commits that are shown in another order
     bool wantsLast_ = false; ///< the last commit is selected once it is read
     std::unique_ptr<Worker::Delay> typingPause_;
     std::optional<Wanted> wanted_;

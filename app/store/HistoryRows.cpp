@@ -209,10 +209,51 @@ HistoryRows::Place HistoryRows::place(std::size_t index) const
     return {block, index - (block == 0 ? 0 : ends_[block - 1])};
 }
 
-HistoryRow HistoryRows::operator[](std::size_t index) const
+HistoryRow HistoryRows::stored(std::size_t index) const
 {
     const Place found = place(index);
-    HistoryRow row = blocks_[found.block]->row(found.index);
+    return blocks_[found.block]->row(found.index);
+}
+
+std::size_t HistoryRows::commitAt(std::size_t row) const
+{
+    if (!arrangement_)
+        return row;
+    const auto other = arrangement_->commitOf.find(row);
+    return other == arrangement_->commitOf.end() ? row : other->second;
+}
+
+bool HistoryRows::isArrangedAs(const HistoryRows& other) const
+{
+    static const Arrangement none;
+    return arrangement_ == other.arrangement_ ||
+           (arrangement_ ? *arrangement_ : none) == (other.arrangement_ ? *other.arrangement_ : none);
+}
+
+void HistoryRows::arrange(const std::vector<std::string>& commits)
+{
+    std::vector<std::size_t> wanted;
+    for (const std::string& commit : commits) {
+        if (const auto row = storedRowOf(commit))
+            wanted.push_back(*row);
+    }
+    std::vector<std::size_t> rows = wanted;
+    std::ranges::sort(rows);
+    auto arrangement = std::make_shared<Arrangement>();
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        if (rows[index] == wanted[index])
+            continue;
+        arrangement->commitOf[rows[index]] = wanted[index];
+        arrangement->rowOf[wanted[index]] = rows[index];
+    }
+    arrangement_ = arrangement->rowOf.empty() ? nullptr : std::move(arrangement);
+}
+
+HistoryRow HistoryRows::operator[](std::size_t index) const
+{
+    HistoryRow row = stored(index);
+    if (const std::size_t other = commitAt(index); other != index)
+        row.commit = stored(other).commit;
     if (!labels_)
         return row;
     if (const auto labels = labels_->find(row.commit.hash); labels != labels_->end())
@@ -229,11 +270,20 @@ HistoryRow HistoryRows::at(std::size_t index) const
 
 std::string HistoryRows::hashAt(std::size_t index) const
 {
-    const Place found = place(index);
+    const Place found = place(commitAt(index));
     return blocks_[found.block]->hash(found.index);
 }
 
 std::optional<std::size_t> HistoryRows::rowOf(const std::string& hash) const
+{
+    const std::optional<std::size_t> row = storedRowOf(hash);
+    if (!row || !arrangement_)
+        return row;
+    const auto other = arrangement_->rowOf.find(*row);
+    return other == arrangement_->rowOf.end() ? row : std::optional(other->second);
+}
+
+std::optional<std::size_t> HistoryRows::storedRowOf(const std::string& hash) const
 {
     for (std::size_t block = 0; block < blocks_.size(); ++block) {
         if (const auto index = blocks_[block]->find(hash))
@@ -284,7 +334,7 @@ void HistoryRows::appendFrom(const HistoryRows& other, std::size_t first)
 
 bool HistoryRows::beginsWith(const HistoryRows& other) const
 {
-    if (size() < other.size())
+    if (size() < other.size() || !isArrangedAs(other))
         return false;
     std::size_t row = 0;
     // Shared blocks at the beginning need no comparison.

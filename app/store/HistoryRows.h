@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -75,6 +76,9 @@ public:
     void putFirst(const HistoryRow& row);
     /// Appends the rows of `other` from the row `first` on, which must begin one of its blocks.
     void appendFrom(const HistoryRows& other, std::size_t first);
+    /// Shows these commits, the newest first, in the rows that they take up together; the graph stays. The rows must not
+    /// be shown in another order already. Commits that are not among them are passed over.
+    void arrange(const std::vector<std::string>& commits);
     void setLabels(std::shared_ptr<const gitkit::RefLabels> labels) { labels_ = std::move(labels); }
 
     const std::vector<Block>& blocks() const { return blocks_; }
@@ -119,12 +123,24 @@ private:
         std::size_t block;
         std::size_t index;
     };
+    /// Which row's commit another row shows, and the other way round.
+    struct Arrangement {
+        std::map<std::size_t, std::size_t> commitOf;
+        std::map<std::size_t, std::size_t> rowOf;
+        bool operator==(const Arrangement&) const = default;
+    };
+
     Place place(std::size_t index) const;
+    HistoryRow stored(std::size_t index) const;
+    std::size_t commitAt(std::size_t row) const;
+    std::optional<std::size_t> storedRowOf(const std::string& hash) const;
+    bool isArrangedAs(const HistoryRows& other) const;
 
     std::vector<Block> blocks_;
     std::vector<std::size_t> ends_; ///< the number of rows up to the end of each block
     std::string leftOut_;           ///< hash of the row that was put first
     std::shared_ptr<const gitkit::RefLabels> labels_;
+    std::shared_ptr<const Arrangement> arrangement_; ///< null while the rows are in their own order
 };
 
 } // namespace plovik

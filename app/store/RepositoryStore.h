@@ -11,6 +11,7 @@
 #include "app/store/GitAccess.h"
 #include "app/store/History.h"
 #include "app/store/HistoryMatches.h"
+#include "app/store/Rewriting.h"
 #include "app/store/SlowStatus.h"
 #include "app/store/Snapshot.h"
 #include "app/store/Staging.h"
@@ -66,6 +67,8 @@ public:
     const History& history() const { return history_; }
     HistoryMatches& matches() { return matches_; }
     const HistoryMatches& matches() const { return matches_; }
+    Rewriting& rewriting() { return rewriting_; }
+    const Rewriting& rewriting() const { return rewriting_; }
     Trail& trail() { return trail_; }
     const Trail& trail() const { return trail_; }
 
@@ -92,6 +95,7 @@ private:
     CommitDraft draft_{git_, window_, snapshot_, changes_, undo_, services_.messages};
     History history_{git_, window_, snapshot_};
     HistoryMatches matches_{git_, window_, history_};
+    Rewriting rewriting_{git_, window_, snapshot_, changes_, history_};
     Trail trail_{git_, window_, snapshot_, history_};
 };
 

@@ -8,6 +8,7 @@
 #include "GitKit/repository/Picking.h"
 #include "GitKit/repository/Resolving.h"
 #include "GitKit/repository/Upstream.h"
+#include "GitKit/rewrite/MovableReading.h"
 #include "GitKit/undo/PartialStash.h"
 #include "GitKit/undo/Reset.h"
 #include "app/store/ShownText.h"
@@ -208,6 +209,42 @@ Undoable rebase(const std::string& ref, const QString& branch, const QString& sh
     undo.scope.touchesStashes = true; // rebase.autoStash
     undo.scope.changesMore = true;
     undo.complete = addChangedFiles;
+    return undo;
+}
+
+Undoable rewrite(const gitkit::RewritePlan& plan, const QString& branch,
+                 const std::function<gitkit::RewriteOutcome()>& outcome)
+{
+    Undoable undo{.title = UndoTexts::tr("Rewrite of %1").arg(branch),
+                  .done = UndoTexts::tr("Rewrote %1.").arg(branch),
+                  .scope = moving("rewrite")};
+    undo.complete = [plan, outcome](const GitRepository& repo, UndoScope& scope) {
+        scope.target = outcome().tree;
+        for (const auto& other : gitkit::movableCommits(repo, static_cast<int>(plan.commits.size())).branches) {
+            if (other.heldBy.empty())
+                scope.refs.push_back(other.name);
+        }
+    };
+    undo.inTheWay = [plan, outcome](const GitRepository& repo) {
+        const std::string before = treeOf(repo, plan.tip());
+        const std::string after = outcome().tree;
+        return before.empty() || after.empty() || before == after ? gitkit::InTheWay()
+                                                                  : gitkit::inTheWay(repo, before, after);
+    };
+    return undo;
+}
+
+Undoable rewriteByGit(const gitkit::RewritePlan& plan, const QString& branch)
+{
+    const gitkit::Hashes affected = gitkit::affectedCommits(plan);
+    const std::size_t first = plan.commits.size() - affected.size();
+    const std::string base = first == 0 ? plan.base : plan.commits[first - 1];
+    Undoable undo = rebase(base, branch, {});
+    undo.title = UndoTexts::tr("Rewrite of %1").arg(branch);
+    undo.done = UndoTexts::tr("Rewrote %1.").arg(branch);
+    undo.scope.kind = "rewrite";
+    if (base.empty())
+        undo.inTheWay = {};
     return undo;
 }
 

@@ -7,6 +7,8 @@
 #include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/Pick.h"
 #include "GitKit/records/Reset.h"
+#include "GitKit/records/RewriteOutcome.h"
+#include "GitKit/records/RewritePlan.h"
 #include "GitKit/records/Stash.h"
 #include "app/store/StepKeeping.h"
 
@@ -40,6 +42,11 @@ Undoable merge(const std::string& ref, const QString& shown);
 Undoable squash(const std::string& ref, const QString& shown);
 /// `branch` is what is moved, as it is shown.
 Undoable rebase(const std::string& ref, const QString& branch, const QString& shown);
+/// For a plan that is carried out in memory. `outcome` tells what it comes to, once that was prepared.
+Undoable rewrite(const gitkit::RewritePlan& plan, const QString& branch,
+                 const std::function<gitkit::RewriteOutcome()>& outcome);
+/// The same where git itself rebases.
+Undoable rewriteByGit(const gitkit::RewritePlan& plan, const QString& branch);
 /// `to` is what it is moved on to, as it is shown; empty for its upstream.
 Undoable fastForward(const std::string& branch, const QString& to = {});
 Undoable moveBranch(const std::string& branch, const std::string& target);

@@ -41,6 +41,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::renameBranch: // and this one may rename what is checked out
     case Verb::merge:
     case Verb::rebase:
+    case Verb::rewrite:
     case Verb::reset:
     case Verb::cherryPick:
     case Verb::revert:

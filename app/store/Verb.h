@@ -22,6 +22,7 @@ enum class Verb {
     deleteTag,
     merge,
     rebase,
+    rewrite,
     fastForward,
     moveBranch,
     pullOther,

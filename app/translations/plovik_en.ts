@@ -739,6 +739,79 @@
     </message>
 </context>
 <context>
+    <name>plovik::Rewriting</name>
+    <message numerus="yes">
+        <source>%Ln branch(es) move along</source>
+        <translation>
+            <numerusform>%Ln branch moves along</numerusform>
+            <numerusform>%Ln branches move along</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln moved</source>
+        <translation>
+            <numerusform>%Ln moved</numerusform>
+            <numerusform>%Ln moved</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln squashed</source>
+        <translation>
+            <numerusform>%Ln squashed</numerusform>
+            <numerusform>%Ln squashed</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln reworded</source>
+        <translation>
+            <numerusform>%Ln reworded</numerusform>
+            <numerusform>%Ln reworded</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln dropped</source>
+        <translation>
+            <numerusform>%Ln dropped</numerusform>
+            <numerusform>%Ln dropped</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln split</source>
+        <translation>
+            <numerusform>%Ln split</numerusform>
+            <numerusform>%Ln split</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln stop(s)</source>
+        <translation>
+            <numerusform>%Ln stop</numerusform>
+            <numerusform>%Ln stops</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>conflicts in %Ln file(s)</source>
+        <translation>
+            <numerusform>conflicts in %Ln file</numerusform>
+            <numerusform>conflicts in %Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln of these commits is (are) on %1. Others may have them; you will need to force-push.</source>
+        <translation>
+            <numerusform>%Ln of these commits is on %1. Others may have it; you will need to force-push.</numerusform>
+            <numerusform>%Ln of these commits are on %1. Others may have them; you will need to force-push.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Drop all %Ln commit(s)?</source>
+        <translation>
+            <numerusform>Drop all %Ln commit?</numerusform>
+            <numerusform>Drop all %Ln commits?</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Staging</name>
     <message numerus="yes">
         <source>%Ln file(s) still contain conflict markers</source>

@@ -183,6 +183,30 @@ private:
         return branches[static_cast<std::size_t>(number(static_cast<int>(branches.size())))].name;
     }
 
+    std::string rewrite(Rewriting& plans)
+    {
+        plans.watch();
+        window_.worker.finishAll();
+        const auto& commits = plans.movable.value().commits;
+        if (commits.empty())
+            return "no rewrite";
+        const auto any = [&] {
+            return commits[static_cast<std::size_t>(number(static_cast<int>(commits.size())))].hash;
+        };
+        if (chance(50))
+            plans.move({any()}, any());
+        if (chance(50))
+            plans.squash({any()}, any(), Rewriting::Act::squash);
+        if (chance(30))
+            plans.drop({any()});
+        plans.reword(any(), QStringLiteral("words %1").arg(number(100)));
+        window_.worker.finishAll();
+        plans.apply();
+        window_.answer();
+        plans.cancel();
+        return "rewrite";
+    }
+
     std::string chooseAndAct()
     {
         if (window_.store.snapshot().inProgress.value())
@@ -191,7 +215,7 @@ private:
         const Actors actors = store.actors();
         const auto& stashes = store.snapshot().stashes.value();
         const std::string branch = someBranch();
-        switch (number(18)) {
+        switch (number(19)) {
         case 0:
         case 1:
             store.draft().setAmend(chance(20));
@@ -249,6 +273,8 @@ private:
         case 16:
             actions::rebaseOnto(actors, window_.ref(branch));
             return "rebase onto " + branch;
+        case 17:
+            return rewrite(store.rewriting());
         default:
             store.staging().confirmDiscard(window_.files());
             return "discard";

@@ -6,6 +6,7 @@
 #include "tests/support/WholeState.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/runner/GitVersion.h"
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/BranchSettings.h"
@@ -91,6 +92,24 @@ gitkit::Commit commitAt(UndoWindow& window, const std::string& name)
     return commit;
 }
 
+/// main has two more commits, branch mid stands on the first, and files were changed that they do not touch.
+void twoToRewrite(TestRepository& repo)
+{
+    repo.write("c", "1").git({"add", "c"}).git({"commit", "-q", "-m", "two\n\nbody"}).git({"branch", "mid"});
+    repo.write("d", "1").git({"add", "d"}).git({"commit", "-q", "-m", "three"});
+    repo.write("b", "staged").git({"add", "b"}).write("b", "changed").write("new", "n").git({"add", "-N", "new"});
+}
+
+template <typename Do>
+void rewrite(UndoWindow& window, Do change)
+{
+    window.store.rewriting().watch();
+    window.worker.finishAll();
+    change(window.store.rewriting());
+    window.worker.finishAll();
+    window.store.rewriting().apply();
+}
+
 const std::vector<Story> stories{
     {"Commit “more”", [](auto& r) { r.write("b", "2").git({"add", "b"}); },
      [](auto& t) {
@@ -144,6 +163,24 @@ const std::vector<Story> stories{
      [](auto& t) { actions::rebaseOnto(t.store.actors(), t.ref("topic")); }},
     {"Rebase of main onto topic", [](auto& r) { r.write("a", "ours").git({"commit", "-q", "-am", "ours"}); },
      [](auto& t) { actions::rebaseOnto(t.store.actors(), t.ref("topic")); }},
+    {"Rewrite of main", twoToRewrite,
+     [](auto& t) { rewrite(t, [&](Rewriting& plan) { plan.moveDown({t.repo.head()}); }); }},
+    {"Rewrite of main",
+     [](auto& r) {
+         twoToRewrite(r);
+         r.git({"rm", "-q", "-f", "c"}).git({"commit", "-q", "-m", "away", "--", "c"});
+         r.write(".git/info/exclude", "c\n").write("c", "ignored");
+     },
+     [](auto& t) { rewrite(t, [&](Rewriting& plan) { plan.drop({t.repo.head()}); }); }},
+    {"Rewrite of main",
+     [](auto& r) {
+         twoToRewrite(r);
+         r.git({"reset", "-q"}).git({"checkout", "-q", "b"}).write("d", "2").git({"commit", "-q", "-am", "four"});
+         r.write("b", "changed");
+     },
+     [](auto& t) { // which conflicts
+         rewrite(t, [&](Rewriting& plan) { plan.move({t.repo.head()}, t.repo.read({"rev-parse", "HEAD~2"})); });
+     }},
     {"Fast-Forward of “old”",
      [](auto& r) { r.git({"branch", "old", "main"}).git({"branch", "-q", "-u", "topic", "old"}); },
      [](auto& t) { actions::fastForward(t.store.actors(), "old"); }},

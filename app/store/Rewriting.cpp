@@ -1,0 +1,437 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/Rewriting.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/rewrite/Rewriting.h"
+#include "app/store/Changes.h"
+#include "app/store/History.h"
+#include "app/store/ShownText.h"
+#include "app/store/Snapshot.h"
+#include "app/store/Undoables.h"
+#include "app/store/WindowState.h"
+#include "app/store/readers/RewriteReaders.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <utility>
+
+namespace plovik {
+
+using namespace Qt::StringLiterals;
+using gitkit::GitRepository;
+using gitkit::MovableCommit;
+using gitkit::MovableCommits;
+using gitkit::RewriteMark;
+using gitkit::RewriteOutcome;
+using gitkit::RewritePlan;
+using gitkit::RewriteStep;
+
+namespace {
+
+constexpr std::string_view branchPrefix = "refs/heads/";
+
+gitkit::Hashes hashesOf(const MovableCommits& movable)
+{
+    gitkit::Hashes hashes;
+    for (const MovableCommit& commit : movable.commits)
+        hashes.push_back(commit.hash);
+    return hashes;
+}
+
+std::string bytesOfMessage(const QString& text)
+{
+    std::string message = text.toStdString();
+    std::erase(message, '\0');
+    while (message.ends_with('\n'))
+        message.pop_back();
+    return message + '\n';
+}
+
+std::string shortBranch(const std::string& name)
+{
+    return name.starts_with(branchPrefix) ? name.substr(branchPrefix.size()) : name;
+}
+
+bool saysWhereItBelongs(const std::string& message)
+{
+    return message.starts_with("fixup! ") || message.starts_with("squash! ") || message.starts_with("amend! ");
+}
+
+} // namespace
+
+Rewriting::Rewriting(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, History& history)
+    : window_(window), snapshot_(snapshot), changes_(changes), history_(history),
+      movableReading_(git, &plovik::readMovable, [this] { takeMovable(); }),
+      rehearsal_(git, &readRehearsal, [this] { takeOutcome(); })
+{
+    // Also a branch that was made or moved, and a fetch, change what may be changed.
+    snapshot_.follow({.refsRead = [this] { readMovable(); }});
+    rowsNotifier_ = history_.history.addNotifier([this] { selectWanted(); });
+}
+
+Rewriting::~Rewriting() = default;
+
+/// Goes from a commit that is no more to what has become of it.
+void Rewriting::selectWanted()
+{
+    if (!wanted_.empty() && history_.history.value().contains(wanted_))
+        window_.selectCommit(std::exchange(wanted_, {}));
+}
+
+// Reading.
+
+void Rewriting::watch()
+{
+    if (!std::exchange(isWatching_, true))
+        readMovable();
+}
+
+void Rewriting::readMovable()
+{
+    if (isWatching_ && snapshot_.hasLoaded.value())
+        movableReading_.askAgain(snapshot_.status.value().oid.value_or(std::string()));
+}
+
+bool Rewriting::isKnown() const
+{
+    return movableReading_.answered() && !movableReading_.isReading() &&
+           movableReading_.answered() == snapshot_.status.value().oid.value_or(std::string());
+}
+
+void Rewriting::takeMovable()
+{
+    if (!movableReading_.answer() || movableReading_.failure())
+        return;
+    const MovableCommits now = *movableReading_.answer();
+    if (plan.value())
+        follow(now);
+    movable = now;
+}
+
+/// Keeps the plan in line with the commits that there are.
+void Rewriting::follow(const MovableCommits& now)
+{
+    const RewritePlan& open = *plan.value();
+    const gitkit::Hashes hashes = hashesOf(now);
+    if (hashes == open.commits && now.branch == open.branch)
+        return;
+    const auto start = std::ranges::search(hashes, open.commits);
+    if (start.empty() || now.branch != open.branch) {
+        cancel();
+        window_.tell(tr("The plan was dropped: its commits are not on the branch any more."));
+        return;
+    }
+    RewritePlan next = open;
+    for (auto added = start.end(); added != hashes.end(); ++added) {
+        next.commits.push_back(*added);
+        next.steps.push_back({.commit = *added});
+    }
+    window_.tell(tr("The plan was made again on top of the new commits."));
+    show(std::move(next));
+}
+
+void Rewriting::takeOutcome()
+{
+    if (rehearsal_.isReading() || !plan.value())
+        return;
+    // What cannot be found out is found out by doing it.
+    outcome = rehearsal_.failure() ? RewriteOutcome{.marks = std::vector<RewriteMark>(plan.value()->steps.size())}
+                                   : *rehearsal_.answer();
+}
+
+// What is said.
+
+const MovableCommit* Rewriting::find(const std::string& commit) const
+{
+    const auto& commits = movable.value().commits;
+    const auto found = std::ranges::find(commits, commit, &MovableCommit::hash);
+    return found == commits.end() ? nullptr : &*found;
+}
+
+QString Rewriting::whyNot(const gitkit::Hashes& commits) const
+{
+    if (!isWatching_ || !movableReading_.answered())
+        return tr("The commits are still being read.");
+    if (commits.empty() || !std::ranges::all_of(commits, [this](const auto& commit) { return find(commit); }))
+        return tr("Only commits of the branch that is checked out can be changed, down to its first merge.");
+    return {};
+}
+
+RewriteMark Rewriting::markOf(const std::string& commit) const
+{
+    if (!plan.value() || !outcome.value())
+        return {};
+    const auto& steps = plan.value()->steps;
+    const auto step = std::ranges::find(steps, commit, &gitkit::RewriteStep::commit);
+    const auto place = static_cast<std::size_t>(step - steps.begin());
+    const auto& marks = outcome.value()->marks;
+    return place < marks.size() ? marks[place] : RewriteMark();
+}
+
+std::string Rewriting::messageOf(const std::string& commit) const
+{
+    const RewritePlan now = current();
+    const std::string into = gitkit::squashedInto(now, commit);
+    const std::string head = into.empty() ? commit : into;
+    std::string message;
+    for (const RewriteStep& step : now.steps) {
+        const MovableCommit* const own = find(step.commit);
+        const std::string words = step.message.value_or(own ? own->message : std::string());
+        if (step.commit == head)
+            message = words;
+        else if (step.act == Act::squash && gitkit::squashedInto(now, step.commit) == head)
+            message = gitkit::joinedMessages(message, words);
+    }
+    return message;
+}
+
+int Rewriting::fixups() const
+{
+    const RewritePlan now = current();
+    std::vector<std::string> messages;
+    for (const MovableCommit& commit : movable.value().commits)
+        messages.push_back(commit.message);
+    if (std::ranges::none_of(messages, saysWhereItBelongs) || messages.size() != now.commits.size())
+        return 0;
+    const RewritePlan squashed = gitkit::autosquashed(now, messages);
+    return gitkit::countsOf(squashed).squashed - gitkit::countsOf(now).squashed;
+}
+
+QString Rewriting::branchesSentence() const
+{
+    const gitkit::Hashes affected = gitkit::affectedCommits(*plan.value());
+    int along = 0;
+    const gitkit::BranchOnCommit* held = nullptr;
+    for (const gitkit::BranchOnCommit& branch : movable.value().branches) {
+        if (std::ranges::find(affected, branch.commit) == affected.end())
+            continue;
+        along += branch.heldBy.empty() ? 1 : 0;
+        held = branch.heldBy.empty() ? held : &branch;
+    }
+    QStringList sentences;
+    if (along > 0)
+        sentences << tr("%Ln branch(es) move along", nullptr, along);
+    if (held)
+        sentences << tr("%1 stays: it is held by %2").arg(inQuotes(shortBranch(held->name)), inQuotes(held->heldBy));
+    return sentences.join(u" · "_s);
+}
+
+QString Rewriting::sentence() const
+{
+    if (!plan.value())
+        return {};
+    const gitkit::RewriteCounts counts = gitkit::countsOf(*plan.value());
+    QStringList parts;
+    const auto add = [&parts](int count, const QString& text) {
+        if (count > 0)
+            parts << text;
+    };
+    add(counts.moved, tr("%Ln moved", nullptr, counts.moved));
+    add(counts.squashed, tr("%Ln squashed", nullptr, counts.squashed));
+    add(counts.reworded, tr("%Ln reworded", nullptr, counts.reworded));
+    add(counts.dropped, tr("%Ln dropped", nullptr, counts.dropped));
+    add(counts.split, tr("%Ln split", nullptr, counts.split));
+    add(counts.stops, tr("%Ln stop(s)", nullptr, counts.stops));
+    QString state = tr("looking for conflicts…");
+    if (const auto& found = outcome.value()) {
+        using enum RewriteOutcome::Result;
+        const auto stopped = std::ranges::find(found->marks, RewriteMark::Kind::conflicts, &RewriteMark::kind);
+        const auto files = stopped == found->marks.end() ? 0 : static_cast<int>(stopped->paths.size());
+        state = found->result == clean       ? tr("no conflicts")
+                : found->result == conflicts ? tr("conflicts in %Ln file(s)", nullptr, files)
+                                             : tr("conflicts show when it runs");
+    }
+    QString text = tr("Plan: %1 — %2").arg(parts.join(u", "_s), state);
+    if (const QString branches = branchesSentence(); !branches.isEmpty())
+        text += u" · "_s + branches;
+    return text;
+}
+
+QString Rewriting::publishedSentence() const
+{
+    if (!plan.value() || movable.value().publishedOn.empty())
+        return {};
+    int published = 0;
+    for (const std::string& commit : gitkit::affectedCommits(*plan.value())) {
+        const MovableCommit* const found = find(commit);
+        published += found && found->isPublished ? 1 : 0;
+    }
+    if (published == 0)
+        return {};
+    return tr("%Ln of these commits is (are) on %1. Others may have them; you will need to force-push.", nullptr,
+              published)
+        .arg(shownText(movable.value().publishedOn));
+}
+
+QString Rewriting::applyTitle() const
+{
+    const bool conflicts = outcome.value() && outcome.value()->result == RewriteOutcome::Result::conflicts;
+    return conflicts ? tr("Apply and Resolve") : tr("Apply");
+}
+
+// Changing the plan.
+
+/// Returns the open plan, or one that changes nothing.
+RewritePlan Rewriting::current() const
+{
+    if (plan.value())
+        return *plan.value();
+    const MovableCommits& now = movable.value();
+    return gitkit::untouchedPlan(now.branch, now.base, hashesOf(now));
+}
+
+void Rewriting::take(RewritePlan next)
+{
+    if (next == current())
+        return;
+    if (gitkit::isUntouched(next))
+        show(std::nullopt);
+    else
+        show(std::move(next));
+}
+
+void Rewriting::show(std::optional<RewritePlan> next)
+{
+    outcome = std::nullopt;
+    gitkit::Hashes order;
+    if (next) {
+        for (auto step = next->steps.rbegin(); step != next->steps.rend(); ++step)
+            order.push_back(step->commit);
+        rehearsal_.ask(*next);
+    } else {
+        rehearsal_.forget();
+    }
+    plan = next;
+    history_.arrange(std::move(order));
+    if (plan.value() && !rehearsal_.isReading())
+        takeOutcome();
+}
+
+void Rewriting::move(const gitkit::Hashes& commits, const std::string& below)
+{
+    take(gitkit::moved(current(), commits, below));
+}
+void Rewriting::moveUp(const gitkit::Hashes& commits) { take(gitkit::movedUp(current(), commits)); }
+void Rewriting::moveDown(const gitkit::Hashes& commits) { take(gitkit::movedDown(current(), commits)); }
+void Rewriting::squash(const gitkit::Hashes& commits, const std::string& into, Act act)
+{
+    take(gitkit::squashed(current(), commits, into, act));
+}
+void Rewriting::squashIntoParent(const gitkit::Hashes& commits, Act act)
+{
+    take(gitkit::squashedIntoParent(current(), commits, act));
+}
+void Rewriting::drop(const gitkit::Hashes& commits) { take(gitkit::dropped(current(), commits)); }
+void Rewriting::keep(const gitkit::Hashes& commits) { take(gitkit::kept(current(), commits)); }
+void Rewriting::stopAt(const std::string& commit) { take(gitkit::stoppingAt(current(), commit)); }
+
+void Rewriting::reword(const std::string& commit, const QString& message)
+{
+    const std::string words = bytesOfMessage(message);
+    if (words != bytesOfMessage(QString::fromStdString(messageOf(commit))))
+        take(gitkit::reworded(current(), commit, words));
+}
+
+void Rewriting::split(const std::string& commit, const std::string& part, const QString& first, const QString& second)
+{
+    take(gitkit::split(current(), commit, part, bytesOfMessage(first), bytesOfMessage(second)));
+}
+
+void Rewriting::squashFixups()
+{
+    std::vector<std::string> messages;
+    for (const MovableCommit& commit : movable.value().commits)
+        messages.push_back(commit.message);
+    take(gitkit::autosquashed(current(), messages));
+}
+
+void Rewriting::dropEmptied()
+{
+    gitkit::Hashes emptied;
+    for (const RewriteStep& step : current().steps) {
+        if (markOf(step.commit).kind == RewriteMark::Kind::emptied)
+            emptied.push_back(step.commit);
+    }
+    drop(emptied);
+}
+
+void Rewriting::cancel()
+{
+    if (plan.value())
+        show(std::nullopt);
+}
+
+// Carrying it out.
+
+QString Rewriting::shownBranch() const
+{
+    const std::string& branch = movable.value().branch;
+    return branch.empty() ? u"HEAD"_s : shownText(shortBranch(branch));
+}
+
+void Rewriting::apply()
+{
+    if (!plan.value())
+        return;
+    if (!gitkit::dropsAll(*plan.value()))
+        return applyNow();
+    Confirmation question;
+    question.title = tr("Drop all %Ln commit(s)?", nullptr, static_cast<int>(plan.value()->steps.size()));
+    question.message = tr("None of the commits of %1 that can be changed would be left. Undo brings them back.")
+                           .arg(inQuotes(shortBranch(movable.value().branch)));
+    question.actionTitle = tr("Drop All");
+    question.action = [this] {
+        if (plan.value())
+            applyNow();
+    };
+    window_.ask(std::move(question));
+}
+
+void Rewriting::applyNow()
+{
+    const RewritePlan& open = *plan.value();
+    const bool isClean = outcome.value() && outcome.value()->result == RewriteOutcome::Result::clean;
+    const bool stops = gitkit::countsOf(open).stops > 0;
+    changes_.run(isClean && !stops ? inMemory(open) : byGit(open));
+}
+
+Change Rewriting::inMemory(const RewritePlan& what)
+{
+    const auto prepared = std::make_shared<RewriteOutcome>();
+    Change change{.verb = Verb::rewrite, .title = tr("Rewriting %1…").arg(shownBranch()), .operation = {}};
+    change.prepare = [what, prepared](const GitRepository& repo) { *prepared = gitkit::prepareRewrite(repo, what); };
+    change.operation = [what, prepared](const GitRepository& repo) {
+        const std::size_t count = gitkit::affectedCommits(what).size();
+        gitkit::applyRewrite(repo, what, *prepared, "plovik: rewrite " + std::to_string(count) + " commits");
+    };
+    change.undo = undoable::rewrite(what, shownBranch(), [prepared] { return *prepared; });
+    change.succeeded = [this, prepared] {
+        const std::map<std::string, std::string> now(prepared->rewritten.begin(), prepared->rewritten.end());
+        const auto& selected = window_.selectedCommit.value();
+        const auto found = selected ? now.find(*selected) : now.end();
+        wanted_ = found == now.end() ? std::string() : found->second;
+        cancel();
+    };
+    return change;
+}
+
+Change Rewriting::byGit(const RewritePlan& what)
+{
+    Change change{.verb = Verb::rewrite, .title = tr("Rewriting %1…").arg(shownBranch()), .operation = {}};
+    change.operation = [what](const GitRepository& repo) { gitkit::rewriteByGit(repo, what); };
+    change.undo = undoable::rewriteByGit(what, shownBranch());
+    change.succeeded = [this] { cancel(); };
+    change.failed = [this](const Failure& failure) {
+        // Where it stops, what is in progress tells the rest.
+        const bool hasStopped = failure.kind == gitkit::ErrorKind::conflicts && failure.command.has_value();
+        if (hasStopped)
+            cancel();
+        return hasStopped;
+    };
+    return change;
+}
+
+} // namespace plovik

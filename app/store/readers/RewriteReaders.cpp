@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/readers/RewriteReaders.h"
+
+#include "GitKit/rewrite/MovableReading.h"
+#include "GitKit/rewrite/Rehearsal.h"
+
+namespace plovik {
+
+gitkit::MovableCommits readMovable(const gitkit::GitRepository& repo, const std::string& head)
+{
+    return head.empty() ? gitkit::MovableCommits() : gitkit::movableCommits(repo);
+}
+
+gitkit::RewriteOutcome readRehearsal(const gitkit::GitRepository& repo, const gitkit::RewritePlan& plan)
+{
+    return gitkit::rehearsed(repo, plan);
+}
+
+} // namespace plovik

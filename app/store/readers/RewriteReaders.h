@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/Movable.h"
+#include "GitKit/records/RewriteOutcome.h"
+#include "GitKit/records/RewritePlan.h"
+
+#include <string>
+
+namespace gitkit {
+class GitRepository;
+} // namespace gitkit
+
+namespace plovik {
+
+// What a plan for the newest commits needs, for Latest. The functions may be called on any thread, block, and throw
+// gitkit::GitError.
+
+/// Reads which commits of HEAD's branch may be changed. `head` is a hash that HEAD has, so that another one asks again.
+gitkit::MovableCommits readMovable(const gitkit::GitRepository& repo, const std::string& head);
+
+/// Finds out what a plan comes to, and leaves nothing behind.
+gitkit::RewriteOutcome readRehearsal(const gitkit::GitRepository& repo, const gitkit::RewritePlan& plan);
+
+} // namespace plovik

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The plan for the newest commits, as the window has it.
+
+#include "tests/store/UndoWindow.h"
+#include "tests/support/WholeState.h"
+
+#include "GitKit/runner/GitVersion.h"
+#include "app/store/RepositoryStore.h"
+
+#include <gtest/gtest.h>
+
+namespace plovik {
+namespace {
+
+using StepAct = Rewriting::Act;
+using MarkKind = gitkit::RewriteMark::Kind;
+
+/// main has the commits one to four, each of a file of its own.
+struct PlansInWindow : testing::Test, UndoWindow {
+    void SetUp() override
+    {
+        if (!gitkit::can(gitkit::Ability::mergesInMemory))
+            GTEST_SKIP() << "this git cannot merge in memory";
+        for (const char* name : {"one", "two", "three", "four"}) {
+            repo.write(name, name).commit(std::string(name) + "\n\nBody.\n");
+            hashes.push_back(repo.head());
+        }
+        reload();
+        store.window().select(SidebarItem::history());
+        plans.watch();
+        worker.finishAll();
+    }
+    void reload()
+    {
+        load();
+        hashes.resize(4);
+    }
+    std::string sentence() const { return plans.sentence().toStdString(); }
+    std::string subjects() const { return repo.read({"log", "--reverse", "--format=%s"}); }
+    std::vector<std::string> shown() const
+    {
+        std::vector<std::string> names;
+        for (const HistoryRow& row : store.history().history.value())
+            names.push_back(row.commit.subject);
+        return names;
+    }
+    using Names = std::vector<std::string>;
+
+    std::vector<std::string> hashes;
+    Rewriting& plans = store.rewriting();
+};
+
+TEST_F(PlansInWindow, ShowWhatBecomesOfTheRowsAndDoNothingBeforeApply)
+{
+    const std::string before = wholeState(repo);
+    EXPECT_EQ(plans.whyNot({hashes[1]}), QString());
+    plans.moveDown({hashes[3]});
+    EXPECT_EQ(sentence(), "Plan: 1 moved — looking for conflicts…");
+    EXPECT_EQ(shown(), (Names{"three", "four", "two", "one"}));
+    EXPECT_EQ(store.history().history.value().rowOf(hashes[3]), 1U);
+    worker.finishAll();
+    EXPECT_EQ(sentence(), "Plan: 1 moved — no conflicts");
+    EXPECT_EQ(plans.markOf(hashes[0]).kind, MarkKind::unchanged);
+    EXPECT_EQ(plans.markOf(hashes[2]).kind, MarkKind::rewritten);
+    plans.squash({hashes[2]}, hashes[1], StepAct::squash);
+    plans.reword(hashes[0], QStringLiteral("first"));
+    plans.drop({hashes[3]});
+    worker.finishAll();
+    EXPECT_EQ(sentence(), "Plan: 1 squashed, 1 reworded, 1 dropped — no conflicts");
+    EXPECT_EQ(plans.messageOf(hashes[2]), "two\n\nBody.\n\nthree\n\nBody.\n");
+    EXPECT_EQ(wholeState(repo), before);
+
+    plans.keep({hashes[2], hashes[3], hashes[0]});
+    EXPECT_FALSE(plans.plan.value()) << "all is where it was";
+    EXPECT_EQ(shown(), (Names{"four", "three", "two", "one"}));
+    plans.reword(hashes[0], QStringLiteral("one\n\nBody."));
+    EXPECT_FALSE(plans.plan.value()) << "these are its words";
+    plans.drop({hashes[0]});
+    plans.keep({hashes[0]});
+    EXPECT_FALSE(plans.plan.value()) << "nothing is left to do";
+
+    plans.squash({hashes[2]}, hashes[1], StepAct::fixUp);
+    worker.finishAll();
+    store.window().selectCommit(hashes[3]);
+    plans.apply();
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(subjects(), "one\ntwo\nfour");
+    EXPECT_FALSE(plans.plan.value());
+    EXPECT_EQ(said(), "Rewrote main.");
+    EXPECT_EQ(store.window().selectedCommit.value(), repo.head()) << "it is the same commit, rewritten";
+    EXPECT_EQ(repo.read({"log", "-g", "-1", "--format=%gs"}), "plovik: rewrite 3 commits");
+}
+
+TEST_F(PlansInWindow, TellWhoElseHasTheCommitsAndWhatMovesAlong)
+{
+    repo.git({"update-ref", "refs/remotes/origin/main", hashes[1]}).git({"branch", "mid", hashes[2]});
+    repo.git({"branch", "low", hashes[0]});
+    const TemporaryFolder other;
+    repo.git({"branch", "held", hashes[3]}).git({"worktree", "add", "-q", (other / "tree").string(), "held"});
+    reload();
+    plans.reword(hashes[2], QStringLiteral("x"));
+    worker.finishAll();
+    EXPECT_EQ(sentence(), "Plan: 1 reworded — no conflicts · 1 branch moves along · “held” stays: it is held by “" +
+                              (other / "tree").string() + "”");
+    EXPECT_EQ(plans.publishedSentence(), QString());
+    plans.reword(hashes[0], QStringLiteral("y"));
+    EXPECT_EQ(plans.publishedSentence().toStdString(),
+              "2 of these commits are on origin/main. Others may have them; you will need to force-push.");
+}
+
+TEST_F(PlansInWindow, AreMadeAgainOrDroppedWhenHeadMoves)
+{
+    plans.moveDown({hashes[3]});
+    worker.finishAll();
+    repo.write("five", "5").commit("five");
+    reload();
+    ASSERT_TRUE(plans.plan.value());
+    EXPECT_EQ(notice(), "The plan was made again on top of the new commits.");
+    EXPECT_EQ(sentence(), "Plan: 1 moved — no conflicts");
+    EXPECT_EQ(shown(), (Names{"five", "three", "four", "two", "one"}));
+
+    // Somebody commits while it is being applied.
+    repo.write("six", "6").commit("six");
+    const std::string tip = repo.head();
+    plans.apply();
+    worker.finishAll();
+    EXPECT_EQ(repo.head(), tip);
+    EXPECT_NE(error(), "");
+    store.window().dismissError();
+    ASSERT_TRUE(plans.plan.value());
+    plans.apply();
+    worker.finishAll();
+    EXPECT_EQ(subjects(), "one\ntwo\nfour\nthree\nfive\nsix");
+
+    plans.drop({repo.head()});
+    repo.git({"reset", "-q", "--hard", "HEAD~1"});
+    reload();
+    EXPECT_FALSE(plans.plan.value());
+    EXPECT_EQ(notice(), "The plan was dropped: its commits are not on the branch any more.");
+}
+
+TEST_F(PlansInWindow, LetGitResolveWhatConflicts)
+{
+    repo.write("four", "changed\n").commit("five");
+    const std::string five = repo.head();
+    reload();
+    plans.move({five}, hashes[0]);
+    worker.finishAll();
+    EXPECT_EQ(sentence(), "Plan: 1 moved — conflicts in 1 file");
+    EXPECT_EQ(plans.markOf(five), (gitkit::RewriteMark{MarkKind::conflicts, {"four"}}));
+    EXPECT_EQ(plans.markOf(hashes[2]).kind, MarkKind::unknown);
+    EXPECT_EQ(plans.applyTitle().toStdString(), "Apply and Resolve");
+    const std::string before = wholeState(repo);
+    plans.apply();
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_TRUE(store.snapshot().inProgress.value());
+    EXPECT_EQ(store.snapshot().conflictCount(), 1U);
+    EXPECT_FALSE(plans.plan.value());
+    undo();
+    EXPECT_EQ(wholeState(repo), before);
+}
+
+TEST_F(PlansInWindow, SquashFixupsAndAskBeforeNothingIsLeft)
+{
+    repo.git({"commit", "-q", "--allow-empty", "-m", "fixup! two"});
+    reload();
+    EXPECT_EQ(plans.fixups(), 1);
+    plans.squashFixups();
+    worker.finishAll();
+    EXPECT_EQ(plans.fixups(), 0);
+    EXPECT_EQ(shown().at(2), "fixup! two");
+    plans.cancel();
+
+    repo.git({"checkout", "-q", "-b", "side", hashes[1]}).git({"merge", "-q", "--no-ff", "-m", "merged", "main"});
+    repo.write("own", "o").commit("own");
+    const std::string own = repo.head();
+    reload();
+    EXPECT_NE(plans.whyNot({hashes[0]}), QString());
+    plans.drop({own});
+    worker.finishAll();
+    plans.apply();
+    ASSERT_TRUE(store.window().confirmation.value());
+    EXPECT_EQ(store.window().confirmation.value()->title.toStdString(), "Drop all 1 commit?");
+    EXPECT_EQ(repo.head(), own);
+    answer();
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "merged");
+    undo();
+    EXPECT_EQ(repo.head(), own);
+}
+
+} // namespace
+} // namespace plovik
