@@ -203,6 +203,8 @@ void MergeEditor::keyPressEvent(QKeyEvent* event)
         undo();
     else if (event->matches(QKeySequence::Redo))
         redo();
+    else if (event->modifiers() == Qt::AltModifier)
+        event->ignore(); // a key of the merge, and no letter
     else
         QPlainTextEdit::keyPressEvent(event);
 }

@@ -11,6 +11,7 @@
 
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace plovik {
@@ -77,6 +78,7 @@ void MergePane::empty()
     reading_.forget();
     ignoresLineEnds_ = false;
     seen_.reset();
+    suspected_.reset();
     if (!std::exchange(shown_, {}).empty())
         Q_EMIT filledChanged();
 }
@@ -100,6 +102,12 @@ void MergePane::mergeRead()
     if (isKeeping_ || merge.working == kept_) {
         if (!isKeeping_ && merge.working)
             seen_ = merge.stamp;
+        return;
+    }
+    // A reading may have begun before the file was written here: only what is read twice is believed.
+    if (suspected_ != merge.stamp) {
+        suspected_ = merge.stamp;
+        reading_.askAgain(request);
         return;
     }
     if (!view_->isChanged()) {
@@ -129,7 +137,8 @@ void MergePane::fill(const MergeRequest& request, const ReadMerge& merge)
     content.comparesWithoutLineEnds = request.ignoresLineEnds;
     if ((now.isEdited || now.isRemembered) && merge.working) {
         content.starts = startsFrom(*merge.sides, *merge.working, static_cast<std::size_t>(now.markerSize));
-        content.note = tr("This file was changed since git stopped. The result is what it holds.");
+        if (std::ranges::any_of(content.starts, [](const auto& start) { return start != MergeResult::Start{}; }))
+            content.note = tr("This file was changed since git stopped. The result is what it holds.");
     } else if (!merge.working) {
         content.note =
             tr("The file is not there, or is no ordinary file. What you decide is written when you press Mark "

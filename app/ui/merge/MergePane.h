@@ -61,8 +61,9 @@ private:
     std::string shown_;                       ///< path of the file on display; empty for none
     std::optional<gitkit::Conflict> merging_; ///< whose merge that is
     bool ignoresLineEnds_ = false;
-    std::optional<gitkit::FileStamp> seen_; ///< of the working file, as it was read or written here
-    std::string kept_;                      ///< what the working file has got from here, or had when it was read
+    std::optional<gitkit::FileStamp> seen_;      ///< of the working file, as it was read or written here
+    std::optional<gitkit::FileStamp> suspected_; ///< of a working file that was not written here, as it seems
+    std::string kept_;                           ///< what the working file has got from here, or had when it was read
     bool isKeeping_ = false;
     std::function<void()> afterKeep_; ///< what waits for the file to be written
     std::vector<QPropertyNotifier> notifiers_;

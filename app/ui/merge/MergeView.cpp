@@ -14,6 +14,7 @@
 #include "app/ui/widgets/WarningBar.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
 #include <QMenu>
@@ -179,7 +180,6 @@ void MergeView::makeKeys()
     add(Qt::ALT | Qt::Key_3, [this] { choose(Choice::leftThenRight); });
     add(Qt::ALT | Qt::SHIFT | Qt::Key_3, [this] { choose(Choice::rightThenLeft); });
     add(Qt::ALT | Qt::Key_0, [this] { choose(Choice::none); });
-    add(Qt::ALT | Qt::Key_B, [this] { base_->toggle(); });
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
         add(Qt::CTRL | key, [this] {
             if (resolve_->isEnabled())
@@ -329,6 +329,21 @@ void MergeView::resizeEvent(QResizeEvent* event)
     base_->setVisible(!isNarrow);
     startOver_->setVisible(!isNarrow);
     more_->setVisible(isNarrow);
+}
+
+bool MergeView::event(QEvent* event)
+{
+    // A shortcut would stand beside that of a menu, and neither would act.
+    if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_B && key->modifiers() == Qt::AltModifier) {
+            if (event->type() == QEvent::KeyPress && base_->isEnabled())
+                base_->toggle();
+            event->accept();
+            return true;
+        }
+    }
+    return QWidget::event(event);
 }
 
 void MergeView::focusInEvent(QFocusEvent* event)

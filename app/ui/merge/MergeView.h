@@ -76,6 +76,7 @@ Q_SIGNALS:
     void resultSettled();
 
 protected:
+    bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 
