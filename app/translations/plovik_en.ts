@@ -668,6 +668,13 @@
             <numerusform>%n commits are on no other branch and no tag. They stay in the timeline only.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n commit(s) are on no other branch.</source>
+        <translation>
+            <numerusform>%n commit is on no other branch.</numerusform>
+            <numerusform>%n commits are on no other branch.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::RelationsDialog</name>

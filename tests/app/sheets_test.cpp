@@ -616,6 +616,7 @@ TEST_F(DialogsTest, AnUnmergedBranchIsDeletedAfterTwoQuestions)
     store.snapshot().refresh(RefreshScope::full);
     ASSERT_TRUE(worker.settle());
     actions::confirmDelete(store.actors(), store.snapshot().branches.value().back());
+    ASSERT_TRUE(worker.settle());
     EXPECT_EQ(dialog()->accessibleName(), u"Delete branch “side”?"_s);
     button(u"Delete"_s)->click();
     ASSERT_TRUE(worker.settle());

@@ -338,6 +338,7 @@ TEST_F(QuietLineTest, TakesBackWhatWasDoneAndDoesItAgain)
     store.snapshot().refresh(RefreshScope::full);
     ASSERT_TRUE(worker.settle());
     actions::confirmDelete(store.actors(), store.snapshot().branches.value().back());
+    ASSERT_TRUE(worker.settle());
     store.window().confirm(store.window().confirmation.value()->id);
     ASSERT_TRUE(worker.settle());
     EXPECT_FALSE(store.snapshot().hasRef("refs/heads/old"));

@@ -246,14 +246,40 @@ TEST_F(StoreActions, DeletingAnUnmergedBranchAsksOnceMore)
     repo.git({"checkout", "-q", "main"});
     load();
     actions::confirmDelete(store.actors(), branch("work"));
+    worker.finishAll();
+    ASSERT_TRUE(store.window().confirmation.value().has_value());
     EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("Delete branch “work”?"));
+    EXPECT_EQ(store.window().confirmation.value()->detail, QStringLiteral("1 commit is on no other branch."));
     confirm();
     EXPECT_EQ(error(), "");
     ASSERT_TRUE(store.window().confirmation.value().has_value());
     EXPECT_EQ(store.window().confirmation.value()->title, QStringLiteral("“work” is not fully merged"));
+    EXPECT_EQ(store.window().confirmation.value()->detail, QStringLiteral("1 commit is on no other branch."));
     EXPECT_EQ(store.snapshot().branches.value().size(), 2u);
     confirm();
     EXPECT_EQ(store.snapshot().branches.value().size(), 1u);
+}
+
+TEST_F(StoreActions, DeletingABranchCountsOnlyWhatNothingElseHasAndNotForever)
+{
+    repo.write("a", "1").commit("one").git({"checkout", "-q", "-b", "work"}).write("a", "2").commit("two");
+    repo.git({"tag", "kept"}).write("a", "3").commit("three").git({"checkout", "-q", "main"}).git({"branch", "same"});
+    load();
+    const auto detail = [&](const std::string& name) {
+        actions::confirmDelete(store.actors(), branch(name));
+        worker.finishAll();
+        const std::string said = store.window().confirmation.value()->detail.toStdString();
+        store.window().dismissQuestion();
+        return said;
+    };
+    EXPECT_EQ(detail("work"), "1 commit is on no other branch.");
+    EXPECT_EQ(detail("same"), "");
+    actions::confirmDelete(store.actors(), branch("work"));
+    worker.advance(std::chrono::seconds(3));
+    worker.finishAll();
+    ASSERT_TRUE(store.window().confirmation.value());
+    EXPECT_EQ(store.window().confirmation.value()->detail,
+              QStringLiteral("How many commits are on no other branch is not known."));
 }
 
 TEST_F(StoreActions, ATagIsDeletedAndARemoteBranchIsNot)

@@ -450,6 +450,7 @@ TEST_F(WaysOn, ABranchIsDeletedHereAndThereOrNotAtAll)
     load();
     const auto deletes = [&] {
         actions::confirmDelete(store.actors(), ref("topic"));
+        worker.finishAll();
         ASSERT_EQ(store.window().confirmation.value()->choices.size(), 1U);
         EXPECT_EQ(store.window().confirmation.value()->choices[0].title.toStdString(), "Delete Here and on origin");
         store.window().choose(store.window().confirmation.value()->id, 0);

@@ -71,14 +71,14 @@ Change movingOn(Verb verb, const std::string& branch, const std::string& to = {}
 }
 
 /// So many commits are counted that a branch would leave behind.
-constexpr int mostCounted = 1000;
+constexpr int mostLeftCounted = 1000;
 
 QCoro::Task<> movingAfterCheck(Actors actors, GitRef branch, std::string target)
 {
     int left = 0;
     std::optional<Failure> failure;
     try {
-        left = co_await actors.git.read(&gitkit::commitsOnlyOn, branch.name, target, mostCounted);
+        left = co_await actors.git.read(&gitkit::commitsOnlyOn, branch.name, target, mostLeftCounted);
     } catch (const std::exception& thrown) {
         failure = failureOf(thrown);
     }
@@ -98,7 +98,7 @@ QCoro::Task<> movingAfterCheck(Actors actors, GitRef branch, std::string target)
     Confirmation question;
     question.title = MergeTexts::tr("Move %1 to %2?").arg(inQuotes(branch.name), shownText(gitkit::shortHash(target)));
     question.message =
-        left < mostCounted
+        left < mostLeftCounted
             ? MergeTexts::tr("%n commit(s) are on no other branch and no tag. They stay in the timeline only.", nullptr,
                              left)
             : MergeTexts::tr("Very many commits are on no other branch and no tag. They stay in the timeline "

@@ -2,6 +2,7 @@
 #include "app/store/actions/Refs.h"
 
 #include "GitKit/records/RemoteBranch.h"
+#include "GitKit/repository/Branches.h"
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
@@ -20,8 +21,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -36,6 +39,11 @@ namespace {
 struct RefTexts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Refs)
 };
+
+/// So many commits are counted that only one branch has.
+constexpr int mostCounted = 1000;
+/// A question waits no longer for the count.
+constexpr std::chrono::milliseconds countingTime{2000};
 
 /// Returns the name of a remote branch's local counterpart, which is the branch's name without that of the remote.
 std::string localNameOf(const std::string& remoteBranch, const std::vector<std::string>& remotes)
@@ -142,17 +150,19 @@ void forceDelete(Changes& changes, const std::string& branch)
          .undo = undoable::deleteBranch(branch)});
 }
 
-void confirmForceDelete(WindowState& window, Changes& changes, const std::string& branch)
+/// `detail` says what would go.
+void confirmForceDelete(WindowState& window, Changes& changes, const std::string& branch, const QString& detail)
 {
     Confirmation question;
     question.title = RefTexts::tr("%1 is not fully merged").arg(inQuotes(branch));
     question.message = RefTexts::tr("Deleting it anyway may lose commits that exist only on this branch.");
+    question.detail = detail;
     question.actionTitle = RefTexts::tr("Force Delete");
     question.action = [&changes, branch] { forceDelete(changes, branch); };
     window.ask(std::move(question));
 }
 
-void deleteBranch(WindowState& window, Changes& changes, const std::string& branch)
+void deleteBranch(WindowState& window, Changes& changes, const std::string& branch, const QString& detail)
 {
     changes.run(
         {.verb = Verb::deleteBranch,
@@ -160,10 +170,10 @@ void deleteBranch(WindowState& window, Changes& changes, const std::string& bran
          .operation = [branch](const GitRepository& repo) { repo.deleteBranch(branch, gitkit::Deletion::ifMerged); },
          .undo = undoable::deleteBranch(branch),
          .failed =
-             [&window, &changes, branch](const Failure& failure) {
+             [&window, &changes, branch, detail](const Failure& failure) {
                  if (failure.kind != gitkit::ErrorKind::notFullyMerged)
                      return false;
-                 confirmForceDelete(window, changes, branch);
+                 confirmForceDelete(window, changes, branch, detail);
                  return true;
              }});
 }
@@ -185,11 +195,56 @@ void addDeletionOnRemote(Actors actors, const GitRef& branch, Confirmation& ques
         return;
     question.message += u' ' + RefTexts::tr("What is deleted on %1 goes for everybody, and Undo cannot bring it back.")
                                    .arg(shownText(there.remote));
-    question.choices.push_back(
-        {RefTexts::tr("Delete Here and on %1").arg(shownText(there.remote)),
-         [actors, there, hash = upstream->hash, name = branch.name] {
-             deleteOnRemote(actors, there, hash, [actors, name] { deleteBranch(actors.window, actors.changes, name); });
-         }});
+    question.choices.push_back({RefTexts::tr("Delete Here and on %1").arg(shownText(there.remote)),
+                                [actors, there, hash = upstream->hash, name = branch.name, detail = question.detail] {
+                                    deleteOnRemote(actors, there, hash, [actors, name, detail] {
+                                        deleteBranch(actors.window, actors.changes, name, detail);
+                                    });
+                                }});
+}
+
+/// nullopt stands for a number that is not known.
+QString onlyThere(std::optional<int> commits)
+{
+    if (!commits)
+        return RefTexts::tr("How many commits are on no other branch is not known.");
+    if (*commits == 0)
+        return {};
+    return *commits < mostCounted ? RefTexts::tr("%n commit(s) are on no other branch.", nullptr, *commits)
+                                  : RefTexts::tr("%L1 commits or more are on no other branch.").arg(mostCounted);
+}
+
+void askToDelete(Actors actors, const GitRef& branch, const QString& detail)
+{
+    Confirmation question;
+    question.title = RefTexts::tr("Delete branch %1?").arg(inQuotes(branch.name));
+    question.message = RefTexts::tr("The branch is only deleted if it is fully merged.");
+    if (isUpstreamGone(actors.snapshot, branch))
+        question.message =
+            RefTexts::tr("Its upstream %1 is gone.").arg(shownText(*branch.upstream)) + u' ' + question.message;
+    question.detail = detail;
+    question.actionTitle = RefTexts::tr("Delete");
+    question.action = [actors, name = branch.name, detail] {
+        deleteBranch(actors.window, actors.changes, name, detail);
+    };
+    question.kind = u"deleteBranch"_s;
+    addDeletionOnRemote(actors, branch, question);
+    actors.window.ask(std::move(question));
+}
+
+/// Asks with the number of commits that only this branch has, unless counting takes too long.
+QCoro::Task<> askingToDelete(Actors actors, GitRef branch)
+{
+    const auto stop = std::make_shared<std::stop_source>();
+    const auto limit = actors.git.worker().after(countingTime, [stop] { stop->request_stop(); });
+    std::optional<int> commits;
+    try {
+        commits = co_await actors.git.readUntil(stop->get_token(), &gitkit::commitsOnlyOn, branch.name, std::string(),
+                                                mostCounted);
+    } catch (const std::exception&) {
+        commits.reset();
+    }
+    askToDelete(actors, branch, onlyThere(commits));
 }
 
 void deleteTag(Changes& changes, const std::string& tag)
@@ -268,31 +323,19 @@ void createTag(Actors actors, const std::string& name, const std::string& target
 
 void confirmDelete(Actors actors, const GitRef& ref)
 {
-    WindowState& window = actors.window;
-    Changes& changes = actors.changes;
-    Confirmation question;
-    question.actionTitle = RefTexts::tr("Delete");
-    switch (ref.kind) {
-    case GitRef::Kind::local:
-        question.title = RefTexts::tr("Delete branch %1?").arg(inQuotes(ref.name));
-        question.message = RefTexts::tr("The branch is only deleted if it is fully merged.");
-        if (isUpstreamGone(actors.snapshot, ref))
-            question.message =
-                RefTexts::tr("Its upstream %1 is gone.").arg(shownText(*ref.upstream)) + u' ' + question.message;
-        question.action = [&window, &changes, name = ref.name] { deleteBranch(window, changes, name); };
-        question.kind = u"deleteBranch"_s;
-        addDeletionOnRemote(actors, ref, question);
-        break;
-    case GitRef::Kind::tag:
-        question.title = RefTexts::tr("Delete tag %1?").arg(inQuotes(ref.name));
-        question.message = RefTexts::tr("The tag is deleted locally. Remotes are not touched.");
-        question.action = [&changes, name = ref.name] { deleteTag(changes, name); };
-        question.kind = u"deleteTag"_s;
-        break;
-    case GitRef::Kind::remote:
+    if (ref.kind == GitRef::Kind::remote)
+        return;
+    if (ref.kind == GitRef::Kind::local) {
+        launch(askingToDelete(actors, ref));
         return;
     }
-    window.ask(std::move(question));
+    Confirmation question;
+    question.title = RefTexts::tr("Delete tag %1?").arg(inQuotes(ref.name));
+    question.message = RefTexts::tr("The tag is deleted locally. Remotes are not touched.");
+    question.actionTitle = RefTexts::tr("Delete");
+    question.action = [&changes = actors.changes, name = ref.name] { deleteTag(changes, name); };
+    question.kind = u"deleteTag"_s;
+    actors.window.ask(std::move(question));
 }
 
 void reset(Actors actors, const Reset& how)
