@@ -31,12 +31,14 @@
 #include "GitKit/Text.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Identity.h"
 #include "GitKit/repository/Overwriting.h"
 #include "GitKit/repository/Pushing.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/StagedPaths.h"
 #include "GitKit/repository/StaleChange.h"
 #include "GitKit/repository/TellingCommand.h"
+#include "GitKit/repository/Upstream.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitMessages.h"
 
@@ -341,6 +343,8 @@ void GitRepository::fetch() const { runTelling(runner_, {"fetch", "--all", "--pr
 
 void GitRepository::pull(PullBy how, const std::optional<std::string>& fetched) const
 {
+    if (rebases(*this, how))
+        requireReplayer(*this, fetched);
     waitForIndex(*this);
     Arguments arguments{"pull", "--progress"};
     // What was chosen holds against pull.ff=only, too.

@@ -3,6 +3,7 @@
 
 #include "GitKit/Text.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/RefArguments.h"
 
 namespace gitkit {
 
@@ -26,6 +27,17 @@ void setIdentity(const GitRepository& repo, const Identity& identity, IdentityPl
     const char* const file = place == IdentityPlace::everywhere ? "--global" : "--local";
     repo.runner().accepted({"config", file, "user.name", identity.name});
     repo.runner().accepted({"config", file, "user.email", identity.email});
+}
+
+void requireReplayer(const GitRepository& repo, const std::optional<std::string>& onto)
+{
+    const auto lacks = [&repo](const std::string& one, const std::string& other) {
+        return withoutLineEnd(
+                   repo.runner().bytes({"rev-list", "--count", "--max-count=1", other, "--not", one, "--"})) != "0";
+    };
+    const std::string other = onto ? revisionArgument("rev-list", *onto) : std::string();
+    if (!onto || (lacks(other, "HEAD") && lacks("HEAD", other)))
+        repo.runner().accepted({"var", "GIT_COMMITTER_IDENT"});
 }
 
 } // namespace gitkit

@@ -5,6 +5,7 @@
 #include "GitKit/parsers/Fields.h"
 #include "GitKit/repository/Divergence.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Identity.h"
 #include "GitKit/repository/Overwriting.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/TellingCommand.h"
@@ -210,6 +211,7 @@ void mergeBy(const GitRepository& repo, const std::string& ref, MergeKind kind)
 void rebaseOnto(const GitRepository& repo, const std::string& ref)
 {
     const std::string revision = exactArgument("rebase", ref);
+    requireReplayer(repo, ref);
     waitForIndex(repo);
     runTelling(repo.runner(),
                {"rebase", revision.starts_with("refs/") ? shortestName(repo.runner(), revision) : revision});

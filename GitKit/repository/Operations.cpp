@@ -164,6 +164,36 @@ std::vector<std::string> keepingMessage(const GitRepository& repo, const Operati
             "commit.status=false"};
 }
 
+/// Returns whether continuing is a commit of what is staged, as `git commit` makes it. That one tells whether a hook has refused
+/// it and can pass the hooks over; `--continue` can do neither.
+bool makesOwnCommit(const GitRepository& repo, const OperationInProgress& operation)
+{
+    switch (operation.kind) {
+    case Kind::merge:
+        return true;
+    case Kind::cherryPick:
+    case Kind::revert:
+        return repo.status().stagedCount() > 0;
+    default:
+        return false;
+    }
+}
+
+void commitAsPrepared(const GitRepository& repo, const std::vector<std::string>& settings, CommitHooks hooks)
+{
+    std::vector<std::string> command{"commit"};
+    if (hooks == CommitHooks::skip)
+        command.emplace_back("--no-verify");
+    runTelling(repo.runner(), command, {.settings = settings});
+}
+
+/// Returns whether the operation has further commits after the one that was made.
+bool goesOn(const GitRepository& repo, const OperationInProgress& operation)
+{
+    const std::optional<OperationInProgress> left = operationInProgress(repo, gitDirectories(repo).own);
+    return left && left->kind == operation.kind;
+}
+
 } // namespace
 
 std::vector<std::string> changedSinceStop(const GitRepository& repo, const fs::path& gitDirectory,
@@ -222,13 +252,19 @@ std::string withoutComments(const GitRepository& repo, const std::string& messag
     return repo.runner().bytes({"stripspace", "--strip-comments"}, options);
 }
 
-void proceed(const GitRepository& repo, const OperationInProgress& operation, OperationStep step)
+void proceed(const GitRepository& repo, const OperationInProgress& operation, OperationStep step, CommitHooks hooks)
 {
     waitForIndex(repo);
     if (operation.kind != Kind::bisect) {
         const bool commits = step == OperationStep::proceed && !operation.appliesPatches;
-        runTelling(repo.runner(), {commandOf(operation.kind), optionOf(step)},
-                   {.settings = commits ? keepingMessage(repo, operation) : std::vector<std::string>()});
+        const std::vector<std::string> settings =
+            commits ? keepingMessage(repo, operation) : std::vector<std::string>();
+        if (commits && makesOwnCommit(repo, operation)) {
+            commitAsPrepared(repo, settings, hooks);
+            if (!goesOn(repo, operation))
+                return;
+        }
+        runTelling(repo.runner(), {commandOf(operation.kind), optionOf(step)}, {.settings = settings});
         return;
     }
     std::vector<std::string> arguments{"bisect", "reset"};

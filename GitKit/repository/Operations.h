@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/CommitMode.h"
 #include "GitKit/records/FileChange.h"
 #include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/Trash.h"
@@ -28,8 +29,10 @@ std::optional<OperationInProgress> operationInProgress(const GitRepository& repo
 /// A message that git prepared, cleaned by git's rules for comments and blanks.
 std::string withoutComments(const GitRepository& repo, const std::string& message);
 
-/// Takes a step. Callers keep the writers of one repository apart, here and below.
-void proceed(const GitRepository& repo, const OperationInProgress& operation, OperationStep step);
+/// Takes a step. Callers keep the writers of one repository apart, here and below. Continuing a merge, a cherry-pick or a
+/// revert makes its commit with git's own message; `hooks` says whether a hook may refuse that.
+void proceed(const GitRepository& repo, const OperationInProgress& operation, OperationStep step,
+             CommitHooks hooks = CommitHooks::run);
 
 /// Marks the commit that is checked out.
 void mark(const GitRepository& repo, const OperationInProgress::Bisect& bisect, BisectMark mark);

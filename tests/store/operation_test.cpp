@@ -356,13 +356,50 @@ TEST_F(StoreOperation, AnEmptyStepIsTheUsersToSkip)
     takeAll(Side::ours);
     act(&actions::continueOperation);
     EXPECT_EQ(error(), "");
-    EXPECT_EQ(store.window().notice.value(),
-              QStringLiteral("This commit would change nothing here. It can be skipped."));
     ASSERT_TRUE(isIn(Kind::cherryPick));
-    act(&actions::skipOperation);
-    EXPECT_TRUE(confirm()) << "the resolution goes";
+    ASSERT_TRUE(store.window().confirmation.value());
+    const std::string asked = store.window().confirmation.value()->message.toStdString();
+    EXPECT_EQ(asked.find("This commit would change nothing here. It can be skipped."), 0U) << asked;
+    EXPECT_NE(asked.find("“f”"), std::string::npos) << "the resolution goes";
+    EXPECT_EQ(store.window().confirmation.value()->actionTitle, QStringLiteral("Skip"));
+    EXPECT_TRUE(confirm());
     EXPECT_EQ(error(), "");
     EXPECT_FALSE(store.snapshot().inProgress.value());
+    EXPECT_FALSE(store.window().confirmation.value()) << "it was asked once";
+}
+
+/// A window of its own inside a test.
+struct OneOperation : StoreOperation {
+    void TestBody() override {}
+};
+
+TEST(StoreOperations, GitsOwnMessageIsCommittedWithoutAHookThatRefuses)
+{
+    for (const char* const command : {"merge", "cherry-pick", "revert"}) {
+        SCOPED_TRACE(command);
+        const bool reverts = std::string_view(command) == "revert";
+        OneOperation t;
+        t.branches();
+        t.repo.write(".git/hooks/commit-msg", "#!/bin/sh\necho no; exit 1\n");
+        if (reverts) // what the last one but one has changed was changed since
+            t.repo.write("f", "later\n").commit("later");
+        t.begin(reverts ? std::vector<std::string>{"revert", "--no-edit", "HEAD~1"}
+                        : std::vector<std::string>{command, "topic"});
+        t.takeAll(Side::theirs);
+        std::filesystem::permissions(t.repo / ".git/hooks/commit-msg", std::filesystem::perms::owner_all);
+        const std::string before = t.repo.head();
+        t.act(&actions::continueOperation);
+        EXPECT_EQ(t.error(), "no");
+        EXPECT_EQ(t.repo.head(), before);
+        ASSERT_EQ(t.store.window().ways().size(), 2U);
+        EXPECT_EQ(t.store.window().ways()[0].title, QStringLiteral("Continue Without Hooks"));
+        t.store.window().takeWay(0);
+        t.worker.finishAll();
+        EXPECT_EQ(t.error(), "");
+        EXPECT_FALSE(t.store.snapshot().inProgress.value());
+        EXPECT_EQ(t.repo.read({"rev-parse", "HEAD^"}), before);
+        EXPECT_EQ(t.repo.read({"log", "-1", "--format=%B"}).find('#'), std::string::npos);
+    }
 }
 
 TEST_F(StoreOperation, AHookThatRefusesTheCommitOfAMergeCanBePassedOver)

@@ -68,6 +68,18 @@ struct OfferWindow : UndoWindow {
         store.window().confirm(store.window().confirmation.value()->id);
         worker.finishAll();
     }
+    /// Answers the question whether to skip a commit, and returns what it said.
+    std::string skipped()
+    {
+        const auto question = store.window().confirmation.value();
+        EXPECT_TRUE(question) << error();
+        if (!question)
+            return {};
+        EXPECT_EQ(question->actionTitle.toStdString(), "Skip");
+        store.window().confirm(question->id);
+        worker.finishAll();
+        return question->message.toStdString();
+    }
     std::string stashes() const { return repo.read({"stash", "list", "--format=%gs"}); }
 };
 
@@ -356,10 +368,8 @@ TEST_F(WaysOn, CommitsThatWouldChangeNothingAreSkippedAndAMergeIsAskedAbout)
     actions::cherryPick(store.actors(), std::vector{second, first});
     worker.finishAll();
     EXPECT_EQ(error(), "");
-    EXPECT_EQ(notice(), "One of the commits would change nothing here. It can be skipped.");
     ASSERT_TRUE(store.snapshot().inProgress.value());
-    actions::skipOperation(store.actors());
-    worker.finishAll();
+    EXPECT_EQ(skipped(), "One of the commits would change nothing here. It can be skipped.");
     EXPECT_FALSE(store.snapshot().inProgress.value());
     EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "more") << error();
 
@@ -569,11 +579,27 @@ TEST_F(WaysOn, WhoeverMakesACommitIsAskedForWithoutAName)
         {"Merge branch 'topic'", [](auto& t) { actions::merge(t.store.actors(), t.ref("topic")); }},
         {"on topic", [](auto& t) { actions::cherryPick(t.store.actors(), t.ref("topic").hash); }},
         {"Revert \"mine\"", [](auto& t) { actions::revert(t.store.actors(), t.repo.head()); }},
+        {"Merge remote-tracking branch", [](auto& t) { actions::pull(t.store.actors()); }},
+        {"mine",
+         [](auto& t) {
+             t.repo.git({"config", "pull.rebase", "true"});
+             actions::pull(t.store.actors());
+         }},
+        {"mine", [](auto& t) { actions::rebaseOnto(t.store.actors(), t.ref("topic")); }},
+        {"Merge branch 'side'", // stopped, and resolved since
+         [](auto& t) { actions::continueOperation(t.store.actors()); }},
     };
     for (const auto& [subject, act] : makers) {
         SCOPED_TRACE(subject);
         OfferWindow t;
-        t.repo.write("b", "mine\n").commit("mine");
+        t.repo.write("b", "mine\n").commit("mine").git({"config", "pull.rebase", "false"});
+        if (std::string_view(subject) == "Merge branch 'side'") {
+            t.repo.git({"checkout", "-q", "-b", "side", "HEAD~1"}).write("b", "side\n").commit("on side");
+            t.repo.git({"checkout", "-q", "main"});
+            int status = 0;
+            runPlainGit(t.repo.path(), {"merge", "side"}, status);
+            t.repo.write("b", "both\n").git({"add", "b"});
+        }
         const ScopedVariable configuration("GIT_CONFIG_GLOBAL", (t.repo / ".git/global").string());
         t.repo.write(".git/global", "").git({"config", "user.useConfigOnly", "true"});
         t.load();
@@ -588,7 +614,8 @@ TEST_F(WaysOn, WhoeverMakesACommitIsAskedForWithoutAName)
         (*then)({"Bob", "bob@example.org"}, gitkit::IdentityPlace::repository);
         t.worker.finishAll();
         EXPECT_EQ(t.error(), "");
-        EXPECT_EQ(t.repo.read({"log", "-1", "--format=%cn: %s"}), std::string("Bob: ") + subject);
+        EXPECT_EQ(t.repo.read({"log", "-1", "--format=%cn: %s"}).find(std::string("Bob: ") + subject), 0U)
+            << t.repo.read({"log", "-3", "--format=%cn: %s"});
         EXPECT_FALSE(t.store.snapshot().inProgress.value());
     }
 }
@@ -607,16 +634,38 @@ TEST_F(WaysOn, WhatHasNothingToDoIsSaidQuietly)
     says([&] { actions::pull(store.actors()); }, "Already up to date.");
     says([&] { actions::merge(store.actors(), ref("topic")); }, "Already up to date.");
     const std::string topic = ref("topic").hash;
-    says([&] { actions::cherryPick(store.actors(), topic); },
-         topic.substr(0, 7) + " would change nothing here. It can be skipped.");
-    ASSERT_TRUE(store.snapshot().inProgress.value());
-    actions::skipOperation(store.actors());
+    actions::cherryPick(store.actors(), topic);
     worker.finishAll();
+    ASSERT_TRUE(store.snapshot().inProgress.value());
+    EXPECT_EQ(skipped(), topic.substr(0, 7) + " would change nothing here. It can be skipped.");
     EXPECT_FALSE(store.snapshot().inProgress.value());
     repo.git({"revert", "--no-edit", topic});
     load();
-    says([&] { actions::revert(store.actors(), topic); },
-         topic.substr(0, 7) + " would change nothing here. It can be skipped.");
+    actions::revert(store.actors(), topic);
+    worker.finishAll();
+    EXPECT_EQ(skipped(), topic.substr(0, 7) + " would change nothing here. It can be skipped.");
+    EXPECT_EQ(error(), "");
+}
+
+TEST_F(WaysOn, TwoCommitsInARowThatChangeNothingAreSkippedOneAfterTheOther)
+{
+    repo.git({"checkout", "-q", "topic"}).write("d", "more\n").commit("more").git({"checkout", "-q", "main"});
+    repo.git({"merge", "-q", "topic"});
+    load();
+    gitkit::Commit first;
+    first.hash = repo.read({"rev-parse", "topic~1"});
+    gitkit::Commit second;
+    second.hash = ref("topic").hash;
+    repo.write("b", "mine\n").commit("mine");
+    load();
+    actions::cherryPick(store.actors(), std::vector{second, first});
+    worker.finishAll();
+    skipped();
+    EXPECT_EQ(error(), "");
+    ASSERT_TRUE(store.snapshot().inProgress.value());
+    EXPECT_EQ(skipped(), "This commit would change nothing here. It can be skipped.");
+    EXPECT_FALSE(store.snapshot().inProgress.value());
+    EXPECT_EQ(error(), "");
 }
 
 } // namespace

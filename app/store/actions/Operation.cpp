@@ -104,12 +104,29 @@ void endOperation(Actors actors, const OperationInProgress& now, Step step)
         actors.changes.run(std::move(change));
 }
 
+QCoro::Task<> steppingAfterCheck(Actors actors, OperationInProgress now, std::filesystem::path gitDirectory, Step step,
+                                 QString why = {});
+
+/// Where a commit would change nothing, offers to skip it. Returns whether it does.
+bool offersSkip(Actors actors, const OperationInProgress& now, const Failure& failure)
+{
+    const std::optional<std::filesystem::path>& directory = actors.snapshot.gitDirectory();
+    if (failure.kind != gitkit::ErrorKind::nothingToDo || !now.canSkip() || !directory)
+        return false;
+    launch(steppingAfterCheck(actors, now, *directory, Step::skip,
+                              OperationTexts::tr("This commit would change nothing here. It can be skipped.")));
+    return true;
+}
+
 void skipNow(Actors actors, const OperationInProgress& now)
 {
     actors.discards.runStep({.verb = Verb::skipStep,
                              .title = OperationTexts::tr("Skipping commit…"),
                              .operation = [now](const GitRepository& repo) { gitkit::proceed(repo, now, Step::skip); },
-                             .undo = undoable::operation(now.kind, Step::skip)});
+                             .undo = undoable::operation(now.kind, Step::skip),
+                             .failed = [actors, now](const Failure& failure) { // the next one may be such a commit, too
+                                 return offersSkip(actors, now, failure);
+                             }});
 }
 
 void takeStep(Actors actors, const OperationInProgress& now, Step step)
@@ -120,8 +137,9 @@ void takeStep(Actors actors, const OperationInProgress& now, Step step)
         endOperation(actors, now, step);
 }
 
-/// Skips a commit or aborts, after a question where work would be lost.
-QCoro::Task<> steppingAfterCheck(Actors actors, OperationInProgress now, std::filesystem::path gitDirectory, Step step)
+/// Skips a commit or aborts, after a question where work would be lost, or where `why` says why the user is asked.
+QCoro::Task<> steppingAfterCheck(Actors actors, OperationInProgress now, std::filesystem::path gitDirectory, Step step,
+                                 QString why)
 {
     Confirmation question;
     try {
@@ -136,6 +154,9 @@ QCoro::Task<> steppingAfterCheck(Actors actors, OperationInProgress now, std::fi
         question.message =
             OperationTexts::tr("What would be lost cannot be found out: %1").arg(failureOf(thrown).message);
     }
+    if (question.message.isEmpty())
+        question.risk = Confirmation::Risk::none;
+    question.message = QStringList{why, question.message}.join(u' ').trimmed();
     if (question.message.isEmpty()) {
         takeStep(actors, now, step);
         co_return;
@@ -157,16 +178,15 @@ void continueWith(Actors actors, gitkit::CommitHooks hooks);
 /// Returns whether it has offered a way on. What the user typed stays in the box.
 bool offersWayOn(Actors actors, const OperationInProgress& now, const Failure& failure, bool hasOwnMessage)
 {
-    if (failure.kind == gitkit::ErrorKind::nothingToDo && now.canSkip()) {
-        actors.window.tell(OperationTexts::tr("This commit would change nothing here. It can be skipped."));
+    if (offersSkip(actors, now, failure))
         return true;
-    }
-    if (failure.kind != gitkit::ErrorKind::rejectedByHook || !hasOwnMessage)
+    if (failure.kind != gitkit::ErrorKind::rejectedByHook)
         return false;
+    const QString without =
+        hasOwnMessage ? OperationTexts::tr("Commit Without Hooks") : OperationTexts::tr("Continue Without Hooks");
     actors.window.report(
-        failure,
-        {{OperationTexts::tr("Commit Without Hooks"), [actors] { continueWith(actors, gitkit::CommitHooks::skip); }},
-         {OperationTexts::tr("Run Again"), [actors] { continueWith(actors, gitkit::CommitHooks::run); }}});
+        failure, {{without, [actors] { continueWith(actors, gitkit::CommitHooks::skip); }},
+                  {OperationTexts::tr("Run Again"), [actors] { continueWith(actors, gitkit::CommitHooks::run); }}});
     return true;
 }
 
@@ -192,7 +212,7 @@ void continueWith(Actors actors, gitkit::CommitHooks hooks)
                         .operation =
                             [now, message, recorded, hooks, directory = *directory](const GitRepository& repo) {
                                 if (!message || commitFirst(repo, now, *message, directory, hooks, *recorded))
-                                    gitkit::proceed(repo, now, Step::proceed);
+                                    gitkit::proceed(repo, now, Step::proceed, hooks);
                             },
                         .undo = undoable::operation(now.kind, Step::proceed),
                         .succeeded = emptyWhatWasRecorded,
@@ -220,6 +240,17 @@ void skipOperation(Actors actors)
     const std::optional<std::filesystem::path>& directory = actors.snapshot.gitDirectory();
     if (now && directory && now->canSkip() && actors.changes.offers(Verb::skipStep))
         launch(steppingAfterCheck(actors, *now, *directory, Step::skip));
+}
+
+void askToSkip(Actors actors, const QString& sentence)
+{
+    Confirmation question;
+    question.title = OperationTexts::tr("Skip this commit?");
+    question.message = sentence;
+    question.actionTitle = OperationTexts::tr("Skip");
+    question.risk = Confirmation::Risk::none;
+    question.action = [actors] { skipOperation(actors); };
+    actors.window.ask(std::move(question));
 }
 
 void abortOperation(Actors actors)

@@ -4,6 +4,8 @@
 #include "GitKit/records/OperationInProgress.h"
 #include "app/store/actions/Actors.h"
 
+#include <QString>
+
 namespace plovik::actions {
 
 // Going on or back from where git stopped. Without an operation in progress nothing happens.
@@ -14,6 +16,8 @@ bool canContinueOperation(const Actors& actors);
 /// otherwise git takes its prepared message.
 void continueOperation(Actors actors);
 void skipOperation(Actors actors);
+/// Asks whether to skip the commit at which the operation has stopped, because it would change nothing.
+void askToSkip(Actors actors, const QString& sentence);
 /// Aborts the operation. Asks first when work would be lost.
 void abortOperation(Actors actors);
 /// Marks the commit that the bisect has checked out.

@@ -8,6 +8,7 @@
 #include "app/store/Snapshot.h"
 #include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
+#include "app/store/actions/Operation.h"
 #include "app/store/actions/WaysOn.h"
 
 #include <QCoreApplication>
@@ -58,15 +59,16 @@ std::vector<std::string> filesChangedBy(const Pick& pick)
     return command;
 }
 
-/// Says quietly that a commit changes nothing here. The bar of the operation skips it.
-std::function<bool(const Failure&)> tellingEmpty(WindowState& window, const Pick& pick)
+/// Offers to skip a commit that changes nothing here. Left alone, the bar of the operation skips it.
+std::function<bool(const Failure&)> skippingEmpty(Actors actors, const Pick& pick)
 {
-    return [&window, pick](const Failure& failure) {
+    return [actors, pick](const Failure& failure) {
         if (failure.kind != gitkit::ErrorKind::nothingToDo)
             return false;
-        window.tell(pick.commits.size() == 1
-                        ? PickTexts::tr("%1 would change nothing here. It can be skipped.").arg(shownCommits(pick))
-                        : PickTexts::tr("One of the commits would change nothing here. It can be skipped."));
+        askToSkip(actors,
+                  pick.commits.size() == 1
+                      ? PickTexts::tr("%1 would change nothing here. It can be skipped.").arg(shownCommits(pick))
+                      : PickTexts::tr("One of the commits would change nothing here. It can be skipped."));
         return true;
     };
 }
@@ -85,7 +87,7 @@ void begin(Actors actors, const Pick& pick, Direction direction)
                               gitkit::revert(repo, pick);
                       },
                   .undo = picks ? undoable::cherryPick(pick) : undoable::revert(pick),
-                  .failed = tellingEmpty(actors.window, pick)};
+                  .failed = skippingEmpty(actors, pick)};
     actors.changes.run(waysOn::offeringStash(actors, std::move(change),
                                              {.message = picks ? PickTexts::tr("Before cherry-pick of %1").arg(shown)
                                                                : PickTexts::tr("Before revert of %1").arg(shown),
