@@ -282,6 +282,30 @@ TEST_F(ActionsTest, TheToolbarSwitchesToTheBranchesThatWereUsedLastAndSaysWhyNot
     test::givenRunning(store, std::nullopt);
 }
 
+TEST_F(ActionsTest, AnUpstreamPastTheFirstOnesIsFoundByTyping)
+{
+    repo.git({"remote", "add", "origin", "/nowhere"});
+    const std::string head = repo.head();
+    std::string refs;
+    for (int number = 100; number < 140; ++number)
+        refs += "create refs/remotes/origin/topic" + std::to_string(number) + ' ' + head + '\n';
+    repo.git({"update-ref", "--stdin"}, refs);
+    load();
+    const GitRef side = store.snapshot().branches.value().back();
+    ASSERT_EQ(side.name, "side");
+    QMenu* const upstreams = entry(*makeRefMenu(store, side, &view), u"Upstream"_s)->menu();
+    EXPECT_FALSE(entry(*upstreams, u"origin/topic139"_s));
+    entry(*upstreams, u"Choose…"_s)->trigger();
+    ASSERT_TRUE(worker.settle());
+    QWidget* const popup = QApplication::activePopupWidget();
+    ASSERT_TRUE(popup);
+    QTest::keyClicks(named<QLineEdit>(*popup, u"Filter Remote Branches"_s), u"139"_s);
+    QTest::keyClick(named<QLineEdit>(*popup, u"Filter Remote Branches"_s), Qt::Key_Return);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(repo.read({"config", "branch.side.merge"}), "refs/heads/topic139")
+        << store.window().errorMessage.value().value_or(QString()).toStdString();
+}
+
 TEST_F(ActionsTest, ThePaletteFindsEverythingByAPartOfItsName)
 {
     repo.write("src/parser.cpp", "1").write("src/other.cpp", "1").commit("Teach the parser about renames");
@@ -322,6 +346,7 @@ TEST_F(ActionsTest, ThePaletteFindsEverythingByAPartOfItsName)
     EXPECT_EQ(choose(u"side"_s), "side, branch");
     EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/side"));
     EXPECT_EQ(choose(u"delete"_s), "Branch: Delete…");
+    ASSERT_TRUE(worker.settle());
     ASSERT_TRUE(store.window().confirmation.value());
     EXPECT_EQ(store.window().confirmation.value()->title, u"Delete branch “side”?"_s);
     store.window().dismissQuestion();

@@ -197,18 +197,26 @@ TEST_F(DragWindow, LabelsCommitsAndBranchesAreDragged)
 {
     EXPECT_EQ(dragFrom(store, surface(), rowOf("refs/heads/topic")),
               (Dragged{Dragged::Kind::ref, {"refs/heads/topic"}}));
-    const QRect first = list->visualRect(list->model()->index(0, 0));
-    const QRect second = list->visualRect(list->model()->index(1, 0));
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::history()) << "a drag selects nothing";
+    const std::string topic = repo.read({"rev-parse", "topic"});
+    const auto rowAt = [this](const std::string& hash) {
+        const auto row = store.history().history.value().rowOf(hash);
+        return list->visualRect(list->model()->index(row ? static_cast<int>(*row) : -1, 0));
+    };
+    const QRect main = rowAt(repo.head());
     std::optional<Dragged> label;
-    for (int x = first.left(); !label && x < first.width() / 2; x += 20) {
-        label = dragFrom(store, *list->viewport(), {x, first.center().y()});
+    for (int x = main.left(); !label && x < main.width() / 2; x += 20) {
+        label = dragFrom(store, *list->viewport(), {x, main.center().y()});
         if (label && label->kind != Dragged::Kind::ref)
             label.reset();
     }
-    EXPECT_EQ(label, (Dragged{Dragged::Kind::ref, {"refs/heads/main"}}));
-    const QPoint subject(second.width() / 2, second.center().y());
-    const std::string topic = repo.read({"rev-parse", "topic"});
-    EXPECT_EQ(dragFrom(store, *list->viewport(), subject), (Dragged{Dragged::Kind::commits, {topic}}));
+    ASSERT_TRUE(label);
+    EXPECT_EQ(label->names, std::vector<std::string>{"refs/heads/main"});
+    const QPoint subject(rowAt(topic).width() / 2, rowAt(topic).center().y());
+    const std::optional<Dragged> commit = dragFrom(store, *list->viewport(), subject);
+    ASSERT_TRUE(commit);
+    EXPECT_EQ(commit->kind, Dragged::Kind::commits);
+    EXPECT_EQ(commit->names, std::vector{topic});
 }
 
 TEST_F(DragWindow, BranchesAreSelectedWhenTheMouseIsLetGo)

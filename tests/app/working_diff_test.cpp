@@ -3,6 +3,7 @@
 #include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/diff/DiffView.h"
 #include "app/ui/diff/WorkingDiffPane.h"
+#include "tests/app/ShownWidgets.h"
 #include "tests/store/ManualWorker.h"
 #include "tests/support/TestRepository.h"
 
@@ -104,6 +105,42 @@ TEST_F(WorkingDiffTest, StagesUnstagesAndDiscardsParts)
     store.window().confirmation.value()->action();
     worker.finishAll();
     EXPECT_EQ(repo.read({"diff", "--numstat"}), "2\t0\ta\n1\t1\tb");
+}
+
+TEST_F(WorkingDiffTest, TheHistoryOfLinesIsThatOfTheLastCommitsLines)
+{
+    repo.git({"mv", "a", "moved"});
+    repo.write("moved", "first\n" + numberedLines(0, 180)).git({"add", "moved"});
+    repo.write("moved", "first\n" + numberedLines(0, 50) + "middle\n" + numberedLines(50, 180));
+    refresh();
+    select({"moved"});
+    ASSERT_EQ(names(), (QStringList{u"Unstaged Diff"_s, u"Staged Diff"_s}));
+    const auto linesAt = [this](std::size_t section, const QString& text) {
+        DiffController& controller = pane.view()->sections()[section]->controller();
+        const DiffDocument& document = controller.diff().document();
+        for (int row = 0; row < document.rowCount(); ++row) {
+            if (document.text(row) == text)
+                controller.setCurrentRow(row);
+        }
+        return controller.linesAtHand();
+    };
+    EXPECT_EQ(linesAt(0, u"line 49"_s), (gitkit::LineRange{50, 50})) << "the index has one more line before";
+    EXPECT_EQ(linesAt(0, u"middle"_s), std::nullopt);
+    EXPECT_EQ(linesAt(1, u"first"_s), std::nullopt);
+    EXPECT_EQ(linesAt(1, u"line 190"_s), (gitkit::LineRange{191, 191})) << "taken away, but the commit has it";
+    const auto entry = [this](std::size_t section) {
+        return test::entry(*pane.view()->sections()[section]->makeContextMenu(), u"History of These Lines"_s);
+    };
+    ASSERT_TRUE(entry(0) && entry(1));
+    EXPECT_TRUE(entry(1)->isEnabled());
+    EXPECT_FALSE(entry(0)->isEnabled());
+    EXPECT_EQ(entry(0)->toolTip(), u"Select lines that the last commit has."_s);
+    entry(1)->trigger();
+    EXPECT_EQ(store.window().inspected.value(),
+              (InspectedFile{"a", repo.head(), InspectedFile::Tab::history, gitkit::LineRange{191, 191}}));
+
+    select({"new"});
+    EXPECT_FALSE(entry(0)) << "no commit has it";
 }
 
 TEST_F(WorkingDiffTest, DoesNothingWithADiffThatIsAboutToChange)

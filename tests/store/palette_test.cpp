@@ -69,6 +69,9 @@ TEST(Palette, ListsBranchesByTheirUseAndDateAndEachConflictedFileOnce)
                             repo.read({"rev-parse", "main"}), repo.read({"rev-parse", "old"})}));
     request.scope = PaletteRequest::Scope::branches;
     EXPECT_EQ(readPalette(git, request)->size(), 6);
+    request.scope = PaletteRequest::Scope::remoteBranches;
+    ASSERT_EQ(readPalette(git, request)->size(), 1);
+    EXPECT_EQ(readPalette(git, request)->front().name, "refs/remotes/origin/main");
 }
 
 TEST(Palette, ListsNoMoreThanAFewRowsAndEndsWhenNobodyWaits)

@@ -190,8 +190,9 @@ std::shared_ptr<const PaletteEntries> readPalette(const gitkit::GitRepository& r
     const std::vector<std::string> names = latestFirst(repo, request);
     const bool hasEverything = request.scope == PaletteRequest::Scope::everything;
     const bool hasStates = hasEverything || request.scope == PaletteRequest::Scope::states;
+    const bool hasLocal = request.scope != PaletteRequest::Scope::remoteBranches;
     for (const RefFolder& folder : refFolders) {
-        if (hasStates || folder.kind != Kind::tag)
+        if ((hasStates || folder.kind != Kind::tag) && (hasLocal || folder.kind != Kind::branch))
             addRefs(*entries, names, folder);
     }
     if (hasEverything)

@@ -37,6 +37,7 @@ struct PaletteRequest {
     enum class Scope {
         everything,
         branches,
+        remoteBranches,
         states ///< branches, tags and commits
     };
 

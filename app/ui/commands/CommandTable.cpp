@@ -410,7 +410,7 @@ constexpr Command table[] = {
     onSelection(Id::goToMovedLine, QT_TRANSLATE_NOOP("Commands", "Go to Moved Line"),
                 QT_TRANSLATE_NOOP("Commands", "Select a moved line in a diff.")),
     onSelection(Id::linesHistory, QT_TRANSLATE_NOOP("Commands", "History of These Lines"),
-                QT_TRANSLATE_NOOP("Commands", "Select lines in the diff of a commit or in a blame.")),
+                QT_TRANSLATE_NOOP("Commands", "Select lines in a diff or in a blame.")),
     onSelection(Id::takeFile, QT_TRANSLATE_NOOP("Commands", "Take into the Working Copy"), wantedCommitFile),
     onSelection(Id::openVersion, QT_TRANSLATE_NOOP("Commands", "Open This Version"), wantedCommitFile),
     onSelection(Id::saveVersion, QT_TRANSLATE_NOOP("Commands", "Save This Version As…"), wantedCommitFile),

@@ -5,6 +5,7 @@
 #include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/ParsedDiff.h"
 #include "app/ui/diff/DiffNotes.h"
+#include "app/ui/diff/LinesInHead.h"
 
 #include <QString>
 
@@ -44,7 +45,8 @@ struct DiffContent {
     DiffState state = DiffState::ordinary;
     ConflictNames sides = {}; ///< of a conflict
     FileFacts facts = {};
-    std::string revision = {}; ///< hash of the commit that has the new side; empty if there is none
+    std::string revision = {};              ///< hash of the commit that has the new side; empty if there is none
+    std::optional<LinesInHead> inHead = {}; ///< for a diff of the working copy whose file the last commit has
 
     bool allows(DiffAction::Verb verb) const
     {

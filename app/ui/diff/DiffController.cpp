@@ -204,14 +204,17 @@ std::optional<gitkit::LineRange> DiffController::linesAtHand() const
     if (rows.empty() && current_ >= 0)
         rows.push_back(current_);
     std::optional<gitkit::LineRange> lines;
+    // What is not committed has no history: of a diff of the working copy it is that of the lines before.
+    const std::optional<LinesInHead>& inHead = diff_.content().inHead;
     for (const int row : rows) {
-        const std::optional<int> number = diff_.document().row(row).newNumber;
+        const auto& at = diff_.document().row(row);
+        const std::optional<int> number = inHead ? at.oldNumber : at.newNumber;
         if (!number || !diff_.document().row(row).isCode())
             continue;
         lines = lines ? gitkit::LineRange{std::min(lines->first, *number), std::max(lines->last, *number)}
                       : gitkit::LineRange{*number, *number};
     }
-    return lines;
+    return lines && inHead ? inHead->rangeOf(*lines) : lines;
 }
 
 void DiffController::toggleCurrent()

@@ -45,8 +45,8 @@ public:
     void selectAll();
     /// Selects the current line besides what is selected, or takes it out.
     void toggleCurrent();
-    /// Returns the lines of the new side from the first to the last that is selected, or the current one; nullopt where
-    /// all of them are gone.
+    /// Returns the lines from the first to the last that is selected, or the current one, as the commit numbers them that has
+    /// the new side; of a diff of the working copy as the last commit does. nullopt where that has none of them.
     std::optional<gitkit::LineRange> linesAtHand() const;
     std::set<int> selectedChanges() const { return diff_.changesOf(selection_); }
 

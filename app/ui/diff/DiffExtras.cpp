@@ -78,7 +78,10 @@ DiffExtras::DiffExtras(RepositoryStore& store, DiffView& view, QObject* parent)
 
 void DiffExtras::showLinesHistory(const DiffContent& content, const gitkit::LineRange& lines)
 {
-    store_.window().inspect({content.path, content.revision, InspectedFile::Tab::history, lines});
+    const bool isWorkingCopy = content.inHead.has_value();
+    store_.window().inspect({isWorkingCopy ? content.inHead->path : content.path,
+                             isWorkingCopy ? content.inHead->revision : content.revision, InspectedFile::Tab::history,
+                             lines});
 }
 
 std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)

@@ -98,7 +98,8 @@ void addMove(QMenu& menu, DiffSectionView& view)
 /// Offers the history of the selected lines of a file that a commit has.
 void addLinesHistory(QMenu& menu, DiffController& controller)
 {
-    if (controller.diff().content().revision.empty())
+    const bool isWorkingCopy = controller.diff().content().inHead.has_value();
+    if (controller.diff().content().revision.empty() && !isWorkingCopy)
         return;
     if (!menu.isEmpty())
         menu.addSeparator();
@@ -110,8 +111,9 @@ void addLinesHistory(QMenu& menu, DiffController& controller)
         });
     entry->setEnabled(lines.has_value());
     if (!lines)
-        entry->setToolTip(
-            plainToolTip(tr(QT_TRANSLATE_NOOP("Diff", "Select lines that the file has after the change."))));
+        entry->setToolTip(plainToolTip(
+            isWorkingCopy ? tr(QT_TRANSLATE_NOOP("Diff", "Select lines that the last commit has."))
+                          : tr(QT_TRANSLATE_NOOP("Diff", "Select lines that the file has after the change."))));
     markAs(CommandId::linesHistory, entry);
 }
 

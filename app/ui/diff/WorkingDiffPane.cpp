@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace plovik {
 
 namespace {
@@ -66,6 +68,24 @@ DiffState conflictOf(const gitkit::FileChange& file)
     if (file.index == file.worktree)
         return file.index == 'D' ? DiffState::onNoSide : DiffState::conflicted;
     return file.index == 'A' || file.worktree == 'A' ? DiffState::addedOnOneSide : DiffState::onOneSide;
+}
+
+/// Returns how lines of a diff are found in the last commit; nullopt where it does not have the file, and where the changes in
+/// between are not all known.
+std::optional<LinesInHead> inHead(const gitkit::RepoStatus& now, const gitkit::FileChange& file,
+                                  const gitkit::DiffSection& section, const gitkit::DiffSection* staged)
+{
+    const bool isThere = now.oid && !file.isUntracked() && !file.isConflicted && file.index != 'A';
+    const bool isStaged = section.kind == SectionKind::staged;
+    if (!isThere || (!isStaged && section.kind != SectionKind::unstaged))
+        return std::nullopt;
+    LinesInHead lines{.revision = *now.oid, .path = file.originalPath.value_or(file.path)};
+    if (isStaged || !file.hasStaged())
+        return lines;
+    if (!staged || staged->diff.isTruncated || staged->diff.isBinary)
+        return std::nullopt;
+    lines.staged = staged->diff.lines;
+    return lines;
 }
 
 DiffContent contentOf(gitkit::DiffSection section, const gitkit::FileChange& file, bool isFirst)
@@ -195,8 +215,16 @@ void WorkingDiffPane::take(const gitkit::FileChange& file, std::vector<gitkit::D
         return;
     }
     std::vector<DiffContent> contents;
-    for (gitkit::DiffSection& section : sections)
+    std::vector<std::optional<LinesInHead>> places;
+    const auto staged = std::ranges::find(sections, SectionKind::staged, &gitkit::DiffSection::kind);
+    for (const gitkit::DiffSection& section : sections)
+        places.push_back(
+            inHead(store_.snapshot().status.value(), file, section, staged == sections.end() ? nullptr : &*staged));
+    for (gitkit::DiffSection& section : sections) {
+        const std::size_t place = contents.size();
         contents.push_back(contentOf(std::move(section), file, contents.empty()));
+        contents.back().inHead = std::move(places[place]);
+    }
     if (file.isConflicted && !contents.empty())
         contents.front().sides = {operationText::side(store_, gitkit::ConflictSide::ours),
                                   operationText::side(store_, gitkit::ConflictSide::theirs)};

@@ -10,12 +10,14 @@
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/compare/CompareMenu.h"
+#include "app/ui/sidebar/UpstreamChoice.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QPointer>
 
 #include <functional>
 #include <string>
@@ -99,8 +101,11 @@ void addUpstreams(QMenu& menu, RepositoryStore& store, const GitRef& branch)
     for (const GitRef& upstream : upstreams)
         addUpstreamChoice(*choices, store, branch, upstream);
     if (upstreams.size() < store.snapshot().remoteBranches.value().size())
-        refuse(*choices->addAction(Texts::tr("Others")),
-               Texts::tr("Choose one of the others in its own menu, while this branch is checked out."));
+        addChange(*choices, store, Verb::setUpstream, Texts::tr("Choose…"),
+                  [&store, name = branch.name, window = QPointer(menu.parentWidget())] {
+                      if (window)
+                          chooseUpstream(store, name, *window->window());
+                  });
     choices->addSeparator();
     QAction* const none = addChange(*choices, store, Verb::setUpstream, Texts::tr("None"), [&store, branch] {
         actions::setUpstream(store.actors(), branch.name, std::nullopt);

@@ -107,6 +107,7 @@ protected:
             return;
         }
         QTreeView::mousePressEvent(event);
+        wasDragged_ = false;
         pressedAt_ = event->position().toPoint();
         pressed_ = event->button() == Qt::LeftButton ? indexAt(event->position().toPoint()) : QModelIndex();
         if (event->button() == Qt::LeftButton)
@@ -115,6 +116,9 @@ protected:
 
     void mouseReleaseEvent(QMouseEvent* event) override
     {
+        // Not every platform keeps the end of a drag to itself.
+        if (std::exchange(wasDragged_, false))
+            return;
         const QModelIndex released = indexAt(event->position().toPoint());
         QTreeView::mouseReleaseEvent(event);
         if (event->button() == Qt::LeftButton && released.isValid() && pressed_ == released &&
@@ -125,14 +129,18 @@ protected:
 
     void mouseMoveEvent(QMouseEvent* event) override
     {
+        if (wasDragged_)
+            return;
         // The base class drags what is selected, which this is not yet.
         if (!pressed_.isValid() || !(pressed_.flags() & Qt::ItemIsDragEnabled)) {
             QTreeView::mouseMoveEvent(event);
             return;
         }
         const QPoint way = event->position().toPoint() - pressedAt_;
-        if (way.manhattanLength() >= QApplication::startDragDistance())
-            dragRequested(std::exchange(pressed_, QModelIndex()));
+        if (way.manhattanLength() < QApplication::startDragDistance())
+            return;
+        wasDragged_ = true;
+        dragRequested(std::exchange(pressed_, QModelIndex()));
     }
 
     void contextMenuEvent(QContextMenuEvent* event) override { menuRequested(*event); }
@@ -165,6 +173,7 @@ private:
     const QStyleOptionViewItem* forLayout_ = nullptr;
     QPersistentModelIndex pressed_;
     QPoint pressedAt_;
+    bool wasDragged_ = false; ///< since the mouse was pressed
 };
 
 SidebarView::SidebarView(RepositoryStore& store, QWidget* parent)
