@@ -47,6 +47,7 @@ struct DragWindow : testing::Test {
         window.show();
         QApplication::processEvents();
         sidebar->tree()->expandAll();
+        EXPECT_TRUE(waitUntil([this] { return list->model()->rowCount() == 3; }));
     }
     QPoint rowOf(const std::string& ref) const
     {
