@@ -38,7 +38,7 @@ struct RebasePreview {
     int beneath = 0; ///< that come beneath them; without any nothing happens
     MergePreview::Outcome outcome = MergePreview::Outcome::unknown;
     std::vector<std::string> conflicts = {}; ///< paths, of the first commit that conflicts
-    bool remembersResolutions = false;  ///< git may resolve conflicts as they were resolved before
+    bool remembersResolutions = false;       ///< git may resolve conflicts as they were resolved before
 
     bool operator==(const RebasePreview&) const = default;
 };

@@ -148,7 +148,7 @@ private:
     Snapshot& snapshot_;
     HistoryPages pages_;
     std::vector<std::string> arranged_; ///< commits that are shown in another order
-    bool wantsLast_ = false; ///< the last commit is selected once it is read
+    bool wantsLast_ = false;            ///< the last commit is selected once it is read
     std::unique_ptr<Worker::Delay> typingPause_;
     std::optional<Wanted> wanted_;
     qint64 wish_ = 0;

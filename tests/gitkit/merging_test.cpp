@@ -74,7 +74,8 @@ TEST_F(MergeWays, ForetellsARebaseCommitByCommit)
     const std::string objects = repo.read({"count-objects", "-v"});
     EXPECT_EQ(foretold("refs/heads/topic"), (RebasePreview{.commits = 2, .beneath = 1, .outcome = clean}));
     EXPECT_EQ(repo.read({"count-objects", "-v"}), objects);
-    EXPECT_EQ(foretold(repo.read({"rev-parse", "HEAD~1"})), (RebasePreview{.commits = 0, .beneath = 0, .outcome = Outcome::clean}));
+    EXPECT_EQ(foretold(repo.read({"rev-parse", "HEAD~1"})),
+              (RebasePreview{.commits = 0, .beneath = 0, .outcome = Outcome::clean}));
 
     // What is there already is not replayed.
     repo.git({"cherry-pick", "topic"});
