@@ -281,6 +281,40 @@
     </message>
 </context>
 <context>
+    <name>plovik::ConflictCard</name>
+    <message numerus="yes">
+        <source>%Ln commit(s) that the other side has not</source>
+        <translation>
+            <numerusform>%Ln commit that the other side has not</numerusform>
+            <numerusform>%Ln commits that the other side has not</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::Conflicts</name>
+    <message numerus="yes">
+        <source>Stopped with %Ln conflict(s).</source>
+        <translation>
+            <numerusform>Stopped with %Ln conflict.</numerusform>
+            <numerusform>Stopped with %Ln conflicts.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 + %Ln commit(s) already moved</source>
+        <translation>
+            <numerusform>%1 + %Ln commit already moved</numerusform>
+            <numerusform>%1 + %Ln commits already moved</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 + %Ln commit(s) of %2 already moved</source>
+        <translation>
+            <numerusform>%1 + %Ln commit of %2 already moved</numerusform>
+            <numerusform>%1 + %Ln commits of %2 already moved</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Discard</name>
     <message numerus="yes">
         <source>%Ln staged line(s)</source>
@@ -546,6 +580,16 @@
         <translation>
             <numerusform>%n commit, conflicts in %1.</numerusform>
             <numerusform>%n commits, conflicts in %1.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::MergePane</name>
+    <message numerus="yes">
+        <source>%Ln conflict(s) in %1 are not decided</source>
+        <translation>
+            <numerusform>%Ln conflict in %1 is not decided</numerusform>
+            <numerusform>%Ln conflicts in %1 are not decided</numerusform>
         </translation>
     </message>
 </context>
