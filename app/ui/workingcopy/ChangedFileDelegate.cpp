@@ -67,7 +67,7 @@ void ChangedFileDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
         // The path has at least half of the room.
         const int pathWidth = textWidth(path.folder + path.name, option.font);
         const int room = area.width() - std::min(pathWidth, area.width() / 2) - wordsGap;
-        const int width = std::clamp(textWidth(words, option.font), 0, std::max(room, 0));
+        const int width = std::clamp(textWidth(words, option.font) + 1, 0, std::max(room, 0)); // which is rounded
         paintText(*painter, QRect(area.right() + 1 - width, area.top(), width, area.height()), words, option.font,
                   Theme::current().secondaryText);
         area.adjust(0, 0, -width - wordsGap, 0);
