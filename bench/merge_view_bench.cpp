@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The merge view of 20,000 lines with 500 conflicts: what it takes to show it, to type in its result, to decide a
+// The merge view of 20,000 lines with 500 conflicts, and of 10 MB: what it takes to show it, to type in its result, to decide a
 // conflict, and to draw a frame while scrolling.
 
 #include "GitKit/MergeSegments.h"
@@ -13,16 +13,16 @@
 #include <QImage>
 #include <QScrollBar>
 
+#include <map>
 #include <string>
 
 namespace {
 
 using namespace plovik;
 
-constexpr int lineCount = 20'000;
 constexpr int conflictEvery = 40;
 
-std::string sideText(const char* name, int own)
+std::string sideText(int lineCount, const char* name, int own)
 {
     std::string text;
     for (int number = 0; number < lineCount; ++number) {
@@ -32,10 +32,15 @@ std::string sideText(const char* name, int own)
     return text;
 }
 
-MergeContent content()
+MergeContent content(int lineCount = 20'000)
 {
-    static const auto sides = std::make_shared<const gitkit::MergedSides>(gitkit::mergedSides(
-        {}, {.base = sideText("old", -1), .left = sideText("left", 15), .right = sideText("right", 25)}));
+    static std::map<int, MergeResult::Sides> merges;
+    MergeResult::Sides& sides = merges[lineCount];
+    if (!sides)
+        sides = std::make_shared<const gitkit::MergedSides>(
+            gitkit::mergedSides({}, {.base = sideText(lineCount, "old", -1),
+                                     .left = sideText(lineCount, "left", 15),
+                                     .right = sideText(lineCount, "right", 25)}));
     MergeContent content;
     content.path = "file.cpp";
     content.sides = sides;
@@ -64,20 +69,21 @@ struct MergeScreen {
 void showMerge(benchmark::State& state)
 {
     MergeScreen screen;
-    const MergeContent shown = content();
-    if (shown.sides->conflictCount() != lineCount / conflictEvery)
+    const auto lineCount = static_cast<int>(state.range(0));
+    const MergeContent shown = content(lineCount);
+    if (shown.sides->conflictCount() != static_cast<std::size_t>(lineCount / conflictEvery))
         state.SkipWithError("not as many conflicts as there should be");
     for ([[maybe_unused]] auto _ : state) {
         screen.view.setContent(shown);
         screen.draw();
     }
 }
-BENCHMARK(showMerge)->Name("BM_ShowMerge")->Unit(benchmark::kMillisecond);
+BENCHMARK(showMerge)->Name("BM_ShowMerge")->Arg(20'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
 
 void typeInResult(benchmark::State& state)
 {
     MergeScreen screen;
-    screen.view.setContent(content());
+    screen.view.setContent(content(static_cast<int>(state.range(0))));
     MergeEditor& editor = *screen.view.editor();
     QTextCursor cursor(editor.document());
     cursor.setPosition(editor.document()->characterCount() / 2);
@@ -88,7 +94,7 @@ void typeInResult(benchmark::State& state)
         screen.draw();
     }
 }
-BENCHMARK(typeInResult)->Name("BM_TypeInResult")->Unit(benchmark::kMillisecond);
+BENCHMARK(typeInResult)->Name("BM_TypeInResult")->Arg(20'000)->Arg(200'000)->Unit(benchmark::kMillisecond);
 
 void decideConflict(benchmark::State& state)
 {

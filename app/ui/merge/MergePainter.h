@@ -5,6 +5,8 @@
 #include "app/ui/merge/MergeNames.h"
 #include "app/ui/merge/MergeResult.h"
 
+#include <QColor>
+
 #include <array>
 #include <memory>
 #include <optional>
