@@ -4,6 +4,7 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/diff/WorkingDiffPane.h"
 #include "app/ui/drag/DragData.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/FileListTools.h"
@@ -41,7 +42,8 @@ constexpr double diffMinWidth = 216;
 WorkingCopyView::WorkingCopyView(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), model_(new ChangedFilesModel(store, this)), diffPlace_(new QStackedWidget)
 {
-    diffPlace_->addWidget(new WorkingDetail(store));
+    auto* const detail = new WorkingDetail(store);
+    diffPlace_->addWidget(detail);
     auto* split = new SplitPane(settings::workingCopyListWidth, Qt::Horizontal, SplitPane::Sized::first,
                                 std::max<double>(filesMinWidth, Theme::scaled(buttonsMinWidth)), diffMinWidth,
                                 makeFilesPane(), diffPlace_, this);
@@ -49,6 +51,7 @@ WorkingCopyView::WorkingCopyView(RepositoryStore& store, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(split);
     setFocusProxy(list_);
+    commitByKeys(*detail->diff()); // a merge has these keys for itself
     observeStore();
     showStoreSelection();
     updateEmptyState();
@@ -83,14 +86,20 @@ QWidget* WorkingCopyView::makeFilesPane()
     column->addWidget(new StagingBar(store_, pane));
     column->addWidget(commitBox_);
     connect(commitBox_, &CommitBox::committed, this, &WorkingCopyView::committed);
+    commitByKeys(*pane);
+    return pane;
+}
+
+/// Lets the keys of a commit, or of what is continued by one, work in a part of the view.
+void WorkingCopyView::commitByKeys(QWidget& part)
+{
     const QKeySequence onKeypad(Qt::CTRL | Qt::Key_Enter);
     for (const QKeySequence& keys : {command(CommandId::commit).shortcut(), onKeypad}) {
-        auto* commit = new QShortcut(keys, pane);
+        auto* commit = new QShortcut(keys, &part);
         commit->setContext(Qt::WidgetWithChildrenShortcut);
         commit->setAutoRepeat(false);
         connect(commit, &QShortcut::activated, commitBox_, &CommitBox::commit);
     }
-    return pane;
 }
 
 void WorkingCopyView::makeList(QWidget* parent)

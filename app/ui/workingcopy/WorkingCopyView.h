@@ -46,6 +46,7 @@ public:
 
 private:
     QWidget* makeFilesPane();
+    void commitByKeys(QWidget& part);
     void makeList(QWidget* parent);
     void dragSelected();
     void connectList();
