@@ -21,6 +21,23 @@ struct Push {
     bool operator==(const Push&) const = default;
 };
 
+/// The tags of a repository beside those of a remote. Names are without refs/tags.
+struct TagsBeside {
+    std::vector<std::string> missing;   ///< there
+    std::vector<std::string> different; ///< there, under the same name
+
+    bool operator==(const TagsBeside&) const = default;
+};
+
+/// A branch of a remote that a push has replaced or deleted.
+struct LostThere {
+    RemoteBranch branch;
+    std::string had;  ///< full hash that it had before
+    std::string left; ///< full hash that it was left with; empty when it was deleted
+
+    bool operator==(const LostThere&) const = default;
+};
+
 /// A commit that a remote has and the pushed branch does not.
 struct ForeignCommit {
     std::string hash;

@@ -10,6 +10,8 @@
 #include "GitKit/runner/GitError.h"
 
 #include <algorithm>
+#include <functional>
+#include <map>
 #include <set>
 
 namespace gitkit {
@@ -248,6 +250,64 @@ void pushTag(const GitRepository& repo, const std::string& remote, const std::st
     requireNoMirror(repo, remote);
     runTelling(repo.runner(), {"push", "--progress", "--no-follow-tags", "--recurse-submodules=no",
                                newNameArgument("push", remote), tagRef(tag) + ':' + tagRef(tag)});
+}
+
+TagsBeside tagsBeside(const GitRepository& repo, const std::string& remote)
+{
+    // A line is "HASH<tab>NAME", for an annotated tag with the hash of the tag.
+    std::map<std::string, std::string, std::less<>> there;
+    const std::string listed = repo.runner().bytes({"ls-remote", "--tags", "--refs", newNameArgument("fetch", remote)});
+    Pieces lines(listed, '\n');
+    while (const auto line = lines.next()) {
+        if (const std::size_t end = line->find('\t'); end != std::string_view::npos)
+            there.emplace(line->substr(end + 1), line->substr(0, end));
+    }
+    TagsBeside found;
+    const std::string here = repo.runner().bytes({"for-each-ref", "--format=%(refname)%00%(objectname)", "refs/tags"});
+    Pieces records(here, '\n');
+    while (const auto record = records.next()) {
+        const std::string name(record->substr(0, record->find('\0')));
+        const auto other = there.find(name);
+        const std::string shortName = name.substr(tagRef({}).size());
+        if (other == there.end())
+            found.missing.push_back(shortName);
+        else if (other->second != record->substr(name.size() + 1))
+            found.different.push_back(shortName);
+    }
+    return found;
+}
+
+void pushTags(const GitRepository& repo, const std::string& remote, const std::vector<std::string>& tags)
+{
+    // A command line has an end.
+    constexpr std::size_t most = 500;
+    requireNoMirror(repo, remote);
+    for (std::size_t first = 0; first < tags.size(); first += most) {
+        Arguments arguments{"push", "--progress", "--no-follow-tags", "--recurse-submodules=no",
+                            newNameArgument("push", remote)};
+        for (std::size_t place = first; place < std::min(first + most, tags.size()); ++place)
+            arguments.push_back(tagRef(tags[place]) + ':' + tagRef(tags[place]));
+        runTelling(repo.runner(), arguments);
+    }
+}
+
+void pushBack(const GitRepository& repo, const LostThere& lost)
+{
+    requireNoMirror(repo, lost.branch.remote);
+    const std::string ref = branchRef(lost.branch.branch);
+    try {
+        runTelling(repo.runner(),
+                   {"push", "--progress", "--no-follow-tags", "--recurse-submodules=no",
+                    "--force-with-lease=" + ref + ':' + lost.left, newNameArgument("push", lost.branch.remote),
+                    exactArgument("push", lost.had) + ':' + ref});
+    } catch (const GitError& error) {
+        if (error.kind() != ErrorKind::notFastForward)
+            throw;
+        throw GitError("push", error.status(),
+                       inQuotes(lost.branch.branch) + " on " + inQuotes(lost.branch.remote) +
+                           " is not as it was left any more. Nothing was pushed. Fetch, and look again.",
+                       ErrorKind::changedMeanwhile);
+    }
 }
 
 void deleteOnRemote(const GitRepository& repo, const std::string& remote, const std::string& ref,

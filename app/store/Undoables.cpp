@@ -318,18 +318,27 @@ Undoable pull(gitkit::PullBy how, const std::function<std::optional<std::string>
     return undo;
 }
 
-Undoable push(const std::string& branch, const std::string& remote)
+Undoable push(const std::string& branch, const std::string& remote, const std::optional<std::string>& lost)
 {
-    return {.title = UndoTexts::tr("Push to %1").arg(shownText(remote)),
-            .done = UndoTexts::tr("Pushed %1 to %2.").arg(shownText(branch), shownText(remote)),
-            .scope = {.kind = "push"}};
+    Undoable undo{.title = UndoTexts::tr("Push to %1").arg(shownText(remote)),
+                  .done = UndoTexts::tr("Pushed %1 to %2.").arg(shownText(branch), shownText(remote)),
+                  .scope = {.kind = "push"}};
+    // What the remote had is kept, so that it can be pushed back.
+    if (lost)
+        undo.scope.refs = {"refs/remotes/" + remote + '/' + *lost};
+    return undo;
 }
 
-Undoable deleteOnRemote(const std::string& name, const std::string& remote)
+Undoable deleteOnRemote(const std::string& ref, const std::string& remote)
 {
-    return {.title = UndoTexts::tr("Deletion of %1 on %2").arg(inQuotes(name), shownText(remote)),
-            .done = UndoTexts::tr("Deleted %1 on %2.").arg(inQuotes(name), shownText(remote)),
-            .scope = {.kind = "push"}};
+    constexpr std::string_view heads = "refs/heads/";
+    const std::string name = ref.substr(ref.find('/', ref.find('/') + 1) + 1);
+    Undoable undo{.title = UndoTexts::tr("Deletion of %1 on %2").arg(inQuotes(name), shownText(remote)),
+                  .done = UndoTexts::tr("Deleted %1 on %2.").arg(inQuotes(name), shownText(remote)),
+                  .scope = {.kind = "push"}};
+    if (ref.starts_with(heads))
+        undo.scope.refs = {"refs/remotes/" + remote + '/' + name};
+    return undo;
 }
 
 Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked)

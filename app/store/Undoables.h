@@ -56,10 +56,11 @@ Undoable revert(const gitkit::Pick& pick);
 Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch);
 /// `fetched` tells what was fetched for it, as fetchToPull() does, once that has happened.
 Undoable pull(gitkit::PullBy how, const std::function<std::optional<std::string>()>& fetched);
-/// For the list of what has happened: it cannot be taken back.
-Undoable push(const std::string& branch, const std::string& remote);
-/// The same for a branch or tag that is deleted there.
-Undoable deleteOnRemote(const std::string& name, const std::string& remote);
+/// For the list of what has happened: it cannot be taken back. `lost` is the branch there whose commits a push replaces.
+Undoable push(const std::string& branch, const std::string& remote,
+              const std::optional<std::string>& lost = std::nullopt);
+/// The same for a branch or tag that is deleted there, by its full name there.
+Undoable deleteOnRemote(const std::string& ref, const std::string& remote);
 
 Undoable saveStash(const std::string& message, gitkit::UntrackedFiles untracked);
 Undoable stashFiles(const std::string& message, const std::vector<gitkit::FileChange>& files);

@@ -688,6 +688,27 @@
             <numerusform>%1 has %n commits you do not have</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n tag(s) of the same name stay there, which are others than here.</source>
+        <translation>
+            <numerusform>%n tag of the same name stays there, which is another one than here.</numerusform>
+            <numerusform>%n tags of the same name stay there, which are others than here.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Push %n tag(s) to %1?</source>
+        <translation>
+            <numerusform>Push %n tag to %1?</numerusform>
+            <numerusform>Push %n tags to %1?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n tag(s)</source>
+        <translation>
+            <numerusform>%n tag</numerusform>
+            <numerusform>%n tags</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::Refs</name>

@@ -212,6 +212,20 @@ TEST_F(SidebarTest, ShowsNamesOfAnyBytesAndUpstreamsThatAreGone)
     EXPECT_EQ(view.model().remoteOfUpstream(indexOf("refs/heads/lost")), QStringLiteral("origin"));
 }
 
+TEST_F(SidebarTest, ARemoteHasAMenuAndOtherFoldersHaveNone)
+{
+    const auto titlesAt = [this](const QModelIndex& index) {
+        tree().selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+        QMenu* const menu = view.makeContextMenu();
+        return menu ? test::entries(*menu) : std::vector<std::string>();
+    };
+    const QModelIndex main = indexOf("refs/remotes/team/fork/main");
+    EXPECT_EQ(view.model().remote(main.parent()), "team/fork");
+    EXPECT_EQ(titlesAt(main.parent()), std::vector<std::string>{"Push All Tags…"});
+    EXPECT_EQ(titlesAt(main.parent().parent()), std::vector<std::string>());
+    EXPECT_EQ(titlesAt(indexOf("refs/heads/feature/login").parent()), std::vector<std::string>());
+}
+
 TEST_F(SidebarTest, MarksDamagedRefsAndChecksNoneOut)
 {
     std::vector<GitRef> refs = makeRefs(GitRef::Kind::local, {"good", "main"});

@@ -522,6 +522,91 @@ TEST_F(WaysOn, ABranchOfAnotherWorkingTreeLeadsToItsWindow)
     }
 }
 
+TEST_F(WaysOn, AllTagsThatTheRemoteLacksArePushedAfterTheyWereNamed)
+{
+    repo.git({"tag", "light"}).git({"tag", "-a", "-m", "words", "annotated", "topic"}).git({"tag", "there"});
+    repo.git({"push", "-q", "origin", "there"}).git({"tag", "moved", "topic"}).git({"push", "-q", "origin", "moved"});
+    repo.git({"tag", "-f", "moved", "main"}).git({"branch", "light", "topic"});
+    load();
+    EXPECT_EQ(actions::usualRemote(store.snapshot()), "origin");
+    actions::confirmPushTags(store.actors(), "origin");
+    worker.finishAll();
+    EXPECT_EQ(asked(), "Push 2 tags to origin?|annotated\nlight") << error();
+    EXPECT_NE(store.window().confirmation.value()->message.indexOf(QStringLiteral("1 tag of the same name stays")), -1);
+    confirm();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(remote.read({"tag", "--list"}), "annotated\nlight\nmoved\nthere");
+    EXPECT_EQ(remote.read({"cat-file", "-t", "annotated"}), "tag");
+    EXPECT_EQ(remote.read({"rev-parse", "moved"}), ref("topic").hash);
+    EXPECT_EQ(remote.read({"branch", "--list", "light"}), "");
+    actions::confirmPushTags(store.actors(), "origin");
+    worker.finishAll();
+    EXPECT_FALSE(store.window().confirmation.value());
+    EXPECT_EQ(notice(), "origin has all tags. 1 tag of the same name stays there, which is another one than here.");
+
+    // More than a command line is given at once.
+    std::string refs;
+    for (int number = 0; number < 1200; ++number)
+        refs += "create refs/tags/many" + std::to_string(number) + ' ' + repo.head() + '\n';
+    repo.git({"update-ref", "--stdin"}, refs);
+    actions::confirmPushTags(store.actors(), "origin");
+    confirm();
+    EXPECT_EQ(remote.read({"tag", "--list", "many1199"}), "many1199") << error();
+}
+
+TEST_F(WaysOn, WhatAPushHasReplacedOrDeletedIsPushedBack)
+{
+    repo.git({"push", "-q", "-u", "origin", "topic"});
+    load();
+    const std::string topic = ref("topic").hash;
+    const auto lost = [&] {
+        return actions::lostByPush(store.snapshot(), store.undo().timeline.value()->front().step);
+    };
+    store.undo().showTimeline();
+    worker.finishAll();
+
+    actions::confirmDeleteOnRemote(store.actors(), store.snapshot().remoteBranches.value().at(1), "origin");
+    confirm();
+    EXPECT_EQ(remote.read({"branch", "--list", "topic"}), "") << error();
+    const std::optional<gitkit::LostThere> deleted = lost();
+    ASSERT_EQ(deleted, (gitkit::LostThere{{"origin", "topic"}, topic, ""}));
+    actions::confirmPushBack(store.actors(), *deleted);
+    EXPECT_EQ(asked(), "Push “topic” back to origin?|");
+    confirm();
+    EXPECT_EQ(remote.read({"rev-parse", "topic"}), topic) << error();
+    EXPECT_FALSE(lost());
+    remote.git({"update-ref", "refs/heads/topic", "main~1"});
+    actions::confirmPushBack(store.actors(), *deleted);
+    confirm();
+    EXPECT_NE(error().find("is not as it was left any more"), std::string::npos) << "somebody has made it again";
+    EXPECT_NE(remote.read({"rev-parse", "topic"}), topic);
+    store.window().dismissError();
+    remote.git({"update-ref", "refs/heads/topic", topic});
+
+    repo.git({"branch", "-q", "-f", "topic", "main"});
+    load();
+    actions::pushBranch(store.actors(),
+                        {.branch = "topic", .to = {"origin", "topic"}, .there = topic, .replaces = true});
+    worker.finishAll();
+    EXPECT_EQ(remote.read({"rev-parse", "topic"}), repo.head()) << error();
+    const std::optional<gitkit::LostThere> replaced = lost();
+    ASSERT_EQ(replaced, (gitkit::LostThere{{"origin", "topic"}, topic, repo.head()}));
+    actions::confirmPushBack(store.actors(), *replaced);
+    confirm();
+    EXPECT_EQ(remote.read({"rev-parse", "topic"}), topic) << error();
+    EXPECT_EQ(undoTitle(), "") << "others may have it";
+
+    // An ordinary push has lost nothing.
+    repo.git({"push", "-q", "origin", "HEAD:refs/heads/fresh"}).write("b", "more\n").commit("more");
+    load();
+    actions::pushBranch(store.actors(),
+                        {.branch = "main", .to = {"origin", "fresh"}, .there = repo.read({"rev-parse", "HEAD~1"})});
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(remote.read({"rev-parse", "fresh"}), repo.head());
+    EXPECT_FALSE(lost());
+}
+
 TEST_F(WaysOn, AHookThatRefusesRunsAgainOrIsPassedOver)
 {
     repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho run >> .git/runs; echo no; exit 1\n").write("b", "2\n");

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/actions/Pushes.h"
 
+#include "GitKit/records/Commit.h"
+#include "GitKit/records/UndoStep.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Pushing.h"
 #include "app/store/Changes.h"
@@ -16,6 +18,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -140,7 +144,8 @@ void pushing(Actors actors, const gitkit::Push& push, Retry retry)
     actors.changes.run({.verb = Verb::push,
                         .title = PushTexts::tr("Pushing…"),
                         .operation = [push](const GitRepository& repo) { gitkit::pushBranch(repo, push); },
-                        .undo = undoable::push(push.branch, push.to.remote),
+                        .undo = undoable::push(push.branch, push.to.remote,
+                                               push.replaces ? std::optional(push.to.branch) : std::nullopt),
                         .failed =
                             [=](const Failure& failure) {
                                 if (failure.kind != gitkit::ErrorKind::notFastForward)
@@ -157,8 +162,37 @@ void deleting(Actors actors, const RemoteBranch& what, const std::string& ref, c
         {.verb = Verb::deleteOnRemote,
          .title = PushTexts::tr("Deleting %1 on %2…").arg(inQuotes(what.branch), shownText(what.remote)),
          .operation = [=](const GitRepository& repo) { gitkit::deleteOnRemote(repo, what.remote, ref, seen); },
-         .undo = undoable::deleteOnRemote(what.branch, what.remote),
+         .undo = undoable::deleteOnRemote(ref, what.remote),
          .succeeded = then});
+}
+
+void askToPushTags(Actors actors, const std::string& remote, const gitkit::TagsBeside& tags)
+{
+    const QString shown = shownText(remote);
+    const auto others = static_cast<int>(tags.different.size());
+    const QString different =
+        others == 0
+            ? QString()
+            : PushTexts::tr("%n tag(s) of the same name stay there, which are others than here.", nullptr, others);
+    if (tags.missing.empty()) {
+        actors.window.tell((PushTexts::tr("%1 has all tags.").arg(shown) + u' ' + different).trimmed());
+        return;
+    }
+    const auto count = static_cast<int>(tags.missing.size());
+    Confirmation question;
+    question.title = PushTexts::tr("Push %n tag(s) to %1?", nullptr, count).arg(shown);
+    question.message = (PushTexts::tr("Others may fetch them within seconds.") + u' ' + different).trimmed();
+    question.detail = namesInLines(tags.missing);
+    question.actionTitle = PushTexts::tr("Push");
+    question.risk = Confirmation::Risk::none;
+    question.action = [actors, remote, missing = tags.missing, count] {
+        actors.changes.run(
+            {.verb = Verb::pushTag,
+             .title = PushTexts::tr("Pushing…"),
+             .operation = [remote, missing](const GitRepository& repo) { gitkit::pushTags(repo, remote, missing); },
+             .undo = undoable::push(PushTexts::tr("%n tag(s)", nullptr, count).toStdString(), remote)});
+    };
+    actors.window.ask(std::move(question));
 }
 
 std::string preferredRemote(const std::vector<std::string>& remotes)
@@ -248,6 +282,65 @@ void pushTag(Actors actors, const std::string& tag, const std::string& remote)
                             [&window = actors.window, tag, remote] {
                                 window.tell(PushTexts::tr("%1 is on %2 now.").arg(inQuotes(tag), shownText(remote)));
                             }});
+}
+
+void confirmPushTags(Actors actors, const std::string& remote)
+{
+    const auto found = std::make_shared<gitkit::TagsBeside>();
+    actors.changes.run(
+        {.verb = Verb::fetch,
+         .title = PushTexts::tr("Looking at what the remote has…"),
+         .operation = [remote, found](const GitRepository& repo) { *found = gitkit::tagsBeside(repo, remote); },
+         .succeeded = [actors, remote, found] { askToPushTags(actors, remote, *found); }});
+}
+
+std::string usualRemote(const Snapshot& now)
+{
+    const std::vector<std::string>& remotes = now.remotes.value();
+    const gitkit::RemoteBranch upstream =
+        gitkit::remoteBranchOf(now.status.value().upstream.value_or(std::string()), remotes);
+    return upstream.remote.empty() ? preferredRemote(remotes) : upstream.remote;
+}
+
+std::optional<gitkit::LostThere> lostByPush(const Snapshot& now, const gitkit::UndoStep& step)
+{
+    constexpr std::string_view prefix = "refs/remotes/";
+    if (!gitkit::isPublished(step) || !step.after)
+        return std::nullopt;
+    for (const gitkit::RefUpdate& ref : step.refs) {
+        if (!ref.name.starts_with(prefix) || !ref.from)
+            continue;
+        const RemoteBranch branch = gitkit::remoteBranchOf(ref.name.substr(prefix.size()), now.remotes.value());
+        if (!branch.remote.empty())
+            return gitkit::LostThere{branch, *ref.from, ref.to.value_or(std::string())};
+    }
+    return std::nullopt;
+}
+
+void confirmPushBack(Actors actors, const gitkit::LostThere& lost)
+{
+    const QString had = shownText(gitkit::shortHash(lost.had));
+    Confirmation question;
+    question.title = PushTexts::tr("Push %1 back to %2?", "branch, remote")
+                         .arg(inQuotes(lost.branch.branch), shownText(lost.branch.remote));
+    question.message =
+        lost.left.empty()
+            ? PushTexts::tr("The branch is made there again at %1, unless somebody else has made it meanwhile.")
+                  .arg(had)
+            : PushTexts::tr(
+                  "The branch there goes back to %1, if it is still as it was left. What was pushed instead goes "
+                  "away there.")
+                  .arg(had);
+    question.actionTitle = PushTexts::tr("Push Back");
+    question.action = [actors, lost] {
+        actors.changes.run(
+            {.verb = Verb::push,
+             .title = PushTexts::tr("Pushing…"),
+             .operation = [lost](const GitRepository& repo) { gitkit::pushBack(repo, lost); },
+             .undo = undoable::push(lost.branch.branch, lost.branch.remote,
+                                    lost.left.empty() ? std::nullopt : std::optional(lost.branch.branch))});
+    };
+    actors.window.ask(std::move(question));
 }
 
 void confirmDeleteOnRemote(Actors actors, const GitRef& ref, const std::string& remote)

@@ -9,6 +9,14 @@
 #include <optional>
 #include <string>
 
+namespace gitkit {
+struct UndoStep;
+} // namespace gitkit
+
+namespace plovik {
+class Snapshot;
+} // namespace plovik
+
 namespace plovik::actions {
 
 // Pushing with choices, and what others have pushed meanwhile. None of this can be undone. Main thread.
@@ -29,6 +37,17 @@ void pushBranch(Actors actors, const gitkit::Push& push);
 void renameOnRemote(Actors actors, const std::string& branch, const gitkit::RemoteBranch& old, const std::string& hash);
 
 void pushTag(Actors actors, const std::string& tag, const std::string& remote);
+
+/// Asks the remote which tags it lacks, names them in a question, and then pushes them.
+void confirmPushTags(Actors actors, const std::string& remote);
+/// Returns the remote that a push without further words means: that of the current branch's upstream, or else "origin" or the
+/// first one. Empty where there is none.
+std::string usualRemote(const Snapshot& now);
+
+/// Returns what a step has replaced or deleted on a remote, so that it can be pushed back; nullopt where it has nothing.
+std::optional<gitkit::LostThere> lostByPush(const Snapshot& now, const gitkit::UndoStep& step);
+/// Asks, and then gives the remote's branch back the commit that it had.
+void confirmPushBack(Actors actors, const gitkit::LostThere& lost);
 
 /// Asks, and then deletes a remote branch, or a tag, on a remote. Only what is there as it is shown is deleted.
 void confirmDeleteOnRemote(Actors actors, const gitkit::GitRef& ref, const std::string& remote);

@@ -286,4 +286,12 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
     return menu;
 }
 
+QMenu* makeRemoteMenu(RepositoryStore& store, const std::string& remote, QWidget* parent)
+{
+    auto* const menu = new QMenu(parent);
+    markAs(CommandId::pushAllTags, addChange(*menu, store, Verb::pushTag, Texts::tr("Push All Tags…"),
+                                             [&store, remote] { actions::confirmPushTags(store.actors(), remote); }));
+    return menu;
+}
+
 } // namespace plovik

@@ -12,4 +12,7 @@ namespace plovik {
 /// `store` on the ref as it was when the menu opened. Main thread.
 QMenu* makeRefMenu(RepositoryStore& store, const gitkit::GitRef& ref, QWidget* parent);
 
+/// The same for a remote.
+QMenu* makeRemoteMenu(RepositoryStore& store, const std::string& remote, QWidget* parent);
+
 } // namespace plovik

@@ -425,19 +425,24 @@ void SidebarView::showMenu(const QContextMenuEvent& event)
 {
     const bool byKeyboard = event.reason() == QContextMenuEvent::Keyboard;
     const QModelIndex index = byKeyboard ? tree_->currentIndex() : tree_->indexAt(event.pos());
-    const gitkit::GitRef* ref = index.isValid() ? model_->ref(index) : nullptr;
-    if (!ref)
+    QMenu* const menu = makeMenuOf(index);
+    if (!menu)
         return;
-    QMenu* menu = makeRefMenu(store_, *ref, this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(byKeyboard ? tree_->viewport()->mapToGlobal(tree_->visualRect(index).bottomLeft()) : event.globalPos());
 }
 
-QMenu* SidebarView::makeContextMenu()
+QMenu* SidebarView::makeContextMenu() { return makeMenuOf(tree_->currentIndex()); }
+
+/// Returns null for a row that has no menu.
+QMenu* SidebarView::makeMenuOf(const QModelIndex& index)
 {
-    const QModelIndex index = tree_->currentIndex();
-    const gitkit::GitRef* const ref = index.isValid() ? model_->ref(index) : nullptr;
-    return ref ? makeRefMenu(store_, *ref, this) : nullptr;
+    if (!index.isValid())
+        return nullptr;
+    if (const gitkit::GitRef* const ref = model_->ref(index))
+        return makeRefMenu(store_, *ref, this);
+    const std::string remote = model_->remote(index);
+    return remote.empty() ? nullptr : makeRemoteMenu(store_, remote, this);
 }
 
 bool SidebarView::eventFilter(QObject* watched, QEvent* event)

@@ -64,6 +64,7 @@ private:
     void checkOut(const QModelIndex& index);
     void rename();
     void showMenu(const QContextMenuEvent& event);
+    QMenu* makeMenuOf(const QModelIndex& index);
 
     RepositoryStore& store_;
     SidebarModel* model_;

@@ -4,6 +4,7 @@
 #include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/Picks.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Steps.h"
 #include "app/ui/commands/Commands.h"
@@ -91,6 +92,9 @@ QMenu* makeStepMenu(RepositoryStore& store, const TimelineRow& row, QWidget* par
     if (gitkit::isPublished(row.step))
         add(CommandId::revert, obstacle(store.changes(), store.snapshot(), Verb::revert),
             [&store, hash = stepText::hash(row)] { actions::revert(store.actors(), hash); });
+    if (const auto lost = actions::lostByPush(store.snapshot(), row.step))
+        add(CommandId::pushStepBack, obstacle(store.changes(), store.snapshot(), Verb::pushTag),
+            [&store, lost] { actions::confirmPushBack(store.actors(), *lost); });
     add(CommandId::restoreStepFiles, firstOf(whyNotRestored(row), inTheWay),
         [&store, step = row.step] { actions::confirmRestoreFiles(store.actors(), step); });
     add(CommandId::newBranchBeforeStep, whyNoBranch(row), [&store, row] { beginBranch(store, row); });
