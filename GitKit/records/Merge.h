@@ -24,6 +24,7 @@ struct MergePreview {
     int commits = 0; ///< that come
     int own = 0;     ///< that are here only; without them a fast-forward is possible
     Outcome outcome = Outcome::unknown;
+    int files = 0;                      ///< that change in a merge without conflicts
     std::vector<std::string> conflicts; ///< paths
     bool alwaysMergeCommit = false;     ///< git is set up so (merge.ff=false)
     bool alwaysFastForward = false;     ///< git is set up to do nothing else (merge.ff=only)
@@ -41,6 +42,17 @@ struct RebasePreview {
     bool remembersResolutions = false;       ///< git may resolve conflicts as they were resolved before
 
     bool operator==(const RebasePreview&) const = default;
+};
+
+/// What making changes again would do, or taking them back.
+struct PickPreview {
+    MergePreview::Outcome outcome = MergePreview::Outcome::unknown;
+    int files = 0;                           ///< that change, if nothing conflicts
+    std::vector<std::string> conflicts = {}; ///< paths, of the first commit that conflicts
+    std::string stopsAt = {};                ///< subject of that commit, as bytes, where there are several
+    bool remembersResolutions = false;       ///< git may resolve conflicts as they were resolved before
+
+    bool operator==(const PickPreview&) const = default;
 };
 
 } // namespace gitkit

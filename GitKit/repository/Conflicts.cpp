@@ -20,6 +20,7 @@
 #include "GitKit/repository/Operations.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/Stages.h"
+#include "GitKit/repository/ThrowawayObjects.h"
 
 #include <algorithm>
 #include <map>
@@ -400,6 +401,24 @@ void setEdited(const GitRepository& repo, const fs::path& gitDirectory, std::vec
         conflict.isEdited = edited.contains(conflict.path);
 }
 
+/// Returns a working file as `git add` would store it; nullopt when it is no ordinary file, or larger than the limit.
+std::optional<std::string> cleanedFile(const GitRepository& repo, const std::string& path, std::size_t limit)
+{
+    std::error_code error;
+    const fs::path file = repo.root() / path;
+    if (!fs::is_regular_file(fs::symlink_status(file, error)) || fs::file_size(file, error) > limit || error)
+        return std::nullopt;
+    const ThrowawayObjects objects(repo);
+    RunOptions options = objects.options();
+    options.settings = {"core.safecrlf=false"};
+    options.input = regularFileBytes(file, limit + 1);
+    if (!options.input || options.input->size() > limit)
+        return std::nullopt;
+    const std::string hash(
+        withoutLineEnd(repo.runner().bytes({"hash-object", "-w", "--stdin", "--path=" + path}, options)));
+    return repo.runner().bytes({"cat-file", "blob", hash}, objects.options());
+}
+
 } // namespace
 
 ConflictList conflictList(const GitRepository& repo, const ConflictOrigin& origin)
@@ -434,20 +453,7 @@ ConflictContents conflictContents(const GitRepository& repo, const Conflict& con
     ask(conflict.base, contents.base);
     ask(conflict.left, contents.left);
     ask(conflict.right, contents.right);
-    const fs::path file = repo.root() / conflict.path;
-    std::error_code error;
-    const std::uintmax_t size = fs::is_regular_file(fs::symlink_status(file, error)) ? fs::file_size(file, error) : 0;
-    if (!error && size <= limit && fs::is_regular_file(fs::symlink_status(file, error))) {
-        // Cleaned as `git add` would clean it, in the place of the file itself.
-        RunOptions options;
-        options.settings = {"core.safecrlf=false"};
-        options.input = regularFileBytes(file, limit + 1);
-        if (options.input && options.input->size() <= limit) {
-            hashes.emplace_back(withoutLineEnd(
-                repo.runner().bytes({"hash-object", "-w", "--stdin", "--path=" + conflict.path}, options)));
-            places.push_back(&contents.working);
-        }
-    }
+    contents.working = cleanedFile(repo, conflict.path, limit);
     const auto found = hashes.empty() ? std::vector<std::optional<std::string>>() : blobs(repo, hashes, limit);
     for (std::size_t at = 0; at < found.size(); ++at)
         *places[at] = found[at];

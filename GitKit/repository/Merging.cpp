@@ -6,14 +6,13 @@
 #include "GitKit/repository/Divergence.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Identity.h"
+#include "GitKit/repository/MemoryMerge.h"
 #include "GitKit/repository/Overwriting.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/repository/TellingCommand.h"
-#include "GitKit/repository/ThrowawayObjects.h"
 #include "GitKit/repository/Upstream.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitVersion.h"
-#include "GitKit/undo/HelperRuns.h"
 #include "GitKit/undo/RefTransaction.h"
 
 #include <utility>
@@ -32,28 +31,6 @@ bool isPartialClone(const GitRepository& repo)
 {
     return repo.runner().output({"config", "--get-regexp", "^remote\\..*\\.(promisor|partialclonefilter)$"}).status ==
            0;
-}
-
-/// What merging two commits in memory has given.
-struct Rehearsed {
-    MergePreview::Outcome outcome = MergePreview::Outcome::unknown;
-    std::string tree;
-    std::vector<std::string> conflicts; ///< paths
-};
-
-Rehearsed rehearse(const GitRepository& repo, const ThrowawayObjects& objects, const std::string& ours,
-                   const std::string& theirs)
-{
-    const GitOutput merged = repo.runner().output(
-        {"merge-tree", "--write-tree", "-z", "--name-only", "--no-messages", ours, theirs}, objects.options());
-    Rehearsed found;
-    if (merged.status != 0 && merged.status != 1)
-        return found;
-    found.outcome = merged.status == 0 ? MergePreview::Outcome::clean : MergePreview::Outcome::conflicts;
-    found.conflicts = splitNul(merged.stdoutBytes);
-    found.tree = found.conflicts.front();
-    found.conflicts.erase(found.conflicts.begin());
-    return found;
 }
 
 /// Returns the commits that a rebase onto `theirs` replays, the oldest first, and the first parent of each.
@@ -81,9 +58,8 @@ void rehearseRebase(const GitRepository& repo, const std::string& theirs, const 
     for (const auto& [commit, parent] : commits) {
         if (parent.empty()) // a root, whose pick has nothing to start from
             return;
-        // A commit of what is there so far, whose base with the picked one is that one's parent.
-        const std::string ours(withoutLineEnd(
-            repo.runner().bytes({"commit-tree", "-p", parent, "-m", "x", tree}, helperOptions(objects.options()))));
+        // The base of both is the parent of the picked one.
+        const std::string ours = rehearsedCommit(repo, objects, parent, tree);
         const Rehearsed picked = rehearse(repo, objects, ours, commit);
         if (picked.outcome != MergePreview::Outcome::clean) {
             preview.outcome = picked.outcome;
@@ -154,8 +130,11 @@ MergePreview mergePreview(const GitRepository& repo, const std::string& ref)
     if (preview.commits == 0 || preview.own == 0) {
         preview.outcome = MergePreview::Outcome::clean;
     } else if (mergesInMemory(repo)) {
-        Rehearsed found = rehearse(repo, ThrowawayObjects(repo), "HEAD", theirs);
+        const ThrowawayObjects objects(repo);
+        Rehearsed found = rehearse(repo, objects, "HEAD", theirs);
         preview.outcome = found.outcome;
+        if (found.outcome == MergePreview::Outcome::clean)
+            preview.files = changedBetween(repo, objects, "HEAD", found.tree);
         preview.conflicts = std::move(found.conflicts);
     }
     return preview;

@@ -505,6 +505,52 @@
     </message>
 </context>
 <context>
+    <name>plovik::Foretold</name>
+    <message numerus="yes">
+        <source>Will conflict in %n file(s): %1</source>
+        <translation>
+            <numerusform>Will conflict in %n file: %1</numerusform>
+            <numerusform>Will conflict in %n files: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Will conflict at %2 in %n file(s): %1</source>
+        <comment>files, commit</comment>
+        <translation>
+            <numerusform>Will conflict at %2 in %n file: %1</numerusform>
+            <numerusform>Will conflict at %2 in %n files: %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Fast-forward · %n commit(s)</source>
+        <translation>
+            <numerusform>Fast-forward · %n commit</numerusform>
+            <numerusform>Fast-forward · %n commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Merges cleanly · %n file(s)</source>
+        <translation>
+            <numerusform>Merges cleanly · %n file</numerusform>
+            <numerusform>Merges cleanly · %n files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>No conflicts · %n commit(s)</source>
+        <translation>
+            <numerusform>No conflicts · %n commit</numerusform>
+            <numerusform>No conflicts · %n commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>No conflicts · %n file(s)</source>
+        <translation>
+            <numerusform>No conflicts · %n file</numerusform>
+            <numerusform>No conflicts · %n files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::HistoryList</name>
     <message numerus="yes">
         <source>%Ln commit(s)</source>

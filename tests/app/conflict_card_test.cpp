@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
 #include "app/ui/merge/ConflictCard.h"
+#include "app/ui/workingcopy/WorkingDetail.h"
 #include "tests/app/SettlingWorker.h"
 #include "tests/app/ShownWidgets.h"
 #include "tests/support/EveryConflict.h"
@@ -65,7 +66,8 @@ struct ConflictCardTest : testing::Test {
     TestRepository repo;
     test::SettlingWorker worker;
     RepositoryStore store{repo.path(), worker};
-    ConflictCard card{store};
+    WorkingDetail detail{store};
+    ConflictCard& card = *detail.card();
 };
 
 TEST_F(ConflictCardTest, OffersTheAnswersOfEachKindByTheNamesOfTheSides)
@@ -85,7 +87,7 @@ TEST_F(ConflictCardTest, OffersTheAnswersOfEachKindByTheNamesOfTheSides)
     };
     for (const auto& [path, titles] : expected) {
         select({path});
-        EXPECT_TRUE(card.isFilled()) << path;
+        EXPECT_EQ(detail.currentWidget(), &card) << path;
         EXPECT_EQ(buttons(), titles) << path;
     }
     select({"link"});
@@ -94,7 +96,7 @@ TEST_F(ConflictCardTest, OffersTheAnswersOfEachKindByTheNamesOfTheSides)
     EXPECT_TRUE(card.isFilled()) << "they are one conflict";
     for (const std::set<std::string>& others : {std::set<std::string>{"both"}, {"added"}, {"f", "bin"}, {}}) {
         select(others);
-        EXPECT_FALSE(card.isFilled());
+        EXPECT_NE(detail.currentWidget(), &card);
     }
 }
 
@@ -105,8 +107,8 @@ TEST_F(ConflictCardTest, AnswersByButtonAndByKeyAndShowsPicturesOfBothSides)
     repo.commit("right").git({"checkout", "-q", "main"}).write("p.png", square(3, Qt::green));
     repo.write("q.png", square(3, Qt::green)).commit("left");
     merge();
-    card.resize(700, 500);
-    card.show();
+    detail.resize(700, 500);
+    detail.show();
     select({"p.png"});
     ASSERT_TRUE(card.findChild<ImagePane*>());
     EXPECT_NE(says().find("3 × 3"), std::string::npos) << says();
@@ -117,8 +119,8 @@ TEST_F(ConflictCardTest, AnswersByButtonAndByKeyAndShowsPicturesOfBothSides)
     EXPECT_EQ(readFile(repo / "p.png"), square(4, Qt::blue));
     EXPECT_FALSE(card.isFilled());
     select({"q.png"});
-    card.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&card));
+    detail.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&detail));
     card.buttons().front()->setFocus();
     QTest::keyClick(card.buttons().front(), Qt::Key_3, Qt::AltModifier);
     ASSERT_TRUE(worker.settle());

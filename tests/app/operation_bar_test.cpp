@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/RepositoryStore.h"
+#include "app/ui/history/CommitMenu.h"
+#include "app/ui/sidebar/RefMenu.h"
+#include "app/ui/stashes/StashMenu.h"
 #include "app/ui/window/OperationBar.h"
 #include "app/ui/workingcopy/ChangedFilesMenu.h"
 #include "app/ui/workingcopy/ChangedFilesModel.h"
@@ -139,6 +142,35 @@ TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
     begin({"rebase", "main", "topic"});
     const std::unique_ptr<QMenu> other(makeChangedFilesMenu(store, store.snapshot().status.value().files, {}, nullptr));
     EXPECT_EQ(test::entries(*other).front(), "Keep main");
+}
+
+TEST_F(OperationBarTest, MenusForetellWhatPicksMergesAndStashesDo)
+{
+    load();
+    const auto told = [&](QMenu& menu, const QString& title) {
+        QAction* const entry = test::entry(menu, title);
+        entry->hover();
+        EXPECT_TRUE(worker.settle());
+        return entry->toolTip().toStdString();
+    };
+    const auto commitMenu = [&](const char* name) {
+        gitkit::Commit commit;
+        commit.hash = repo.read({"rev-parse", name});
+        commit.parents = {repo.read({"rev-parse", std::string(name) + "^"})};
+        return std::unique_ptr<QMenu>(makeCommitMenu(store, commit, nullptr));
+    };
+    EXPECT_NE(told(*commitMenu("topic"), u"Cherry-Pick"_s).find("No conflicts · 1 file"), std::string::npos);
+    EXPECT_NE(told(*commitMenu("topic~1"), u"Cherry-Pick"_s).find("Will conflict in 1 file: z"), std::string::npos);
+    const auto& branches = store.snapshot().branches.value();
+    const auto topic = std::ranges::find(branches, "topic", &gitkit::GitRef::name);
+    ASSERT_NE(topic, branches.end());
+    const std::unique_ptr<QMenu> refs(makeRefMenu(store, *topic, nullptr));
+    EXPECT_NE(told(*refs, u"Merge into “main”"_s).find("Will conflict in 1 file: z"), std::string::npos);
+    EXPECT_NE(told(*refs, u"Rebase “main” onto “topic”"_s).find("Will conflict in 1 file: z"), std::string::npos);
+    repo.write("a", "work\n").git({"stash", "push", "-q"});
+    load();
+    const std::unique_ptr<QMenu> stash(makeStashMenu(store, store.snapshot().stashes.value().front(), nullptr));
+    EXPECT_NE(told(*stash, u"Apply Stash"_s).find("No conflicts · 1 file"), std::string::npos);
 }
 
 TEST_F(OperationBarTest, AFileThatOneSideDeletedCanBeOpenedWhileItIsThere)

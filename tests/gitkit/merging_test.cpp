@@ -2,6 +2,7 @@
 #include "GitKit/repository/Branches.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Merging.h"
+#include "GitKit/repository/PickPreviews.h"
 #include "GitKit/repository/Picking.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/GitVersion.h"
@@ -121,6 +122,38 @@ TEST_F(MergeWays, MovesABranchThatIsFreeAndCountsWhatFallsOff)
         EXPECT_EQ(commitsOnlyOn(repo.repository(), "topical", {}, 10), 0) << ref;
         repo.git({"update-ref", "-d", ref});
     }
+}
+
+TEST_F(MergeWays, ForetellsPicksRevertsAndStashesAndLeavesNothingBehind)
+{
+    if (!can(Ability::mergesInMemory))
+        GTEST_SKIP() << "this git cannot tell";
+    const std::string topic = repo.read({"rev-parse", "topic"});
+    const std::string first = repo.head();
+    repo.write("b", "2\n").commit("ours").write("a", "3\n").commit("clash");
+    const std::string clash = repo.head();
+    repo.write("a", "4\n").commit("later").write("a", "work\n").git({"stash", "push", "-q"});
+    const std::string stash = repo.read({"rev-parse", "stash@{0}"});
+    const std::string objects = repo.read({"count-objects", "-v"});
+    const GitRepository door = repo.repository();
+    const PickPreview conflict{.outcome = Outcome::conflicts, .conflicts = {"a"}};
+    EXPECT_EQ(pickPreview(door, {{topic}}), conflict);
+    EXPECT_EQ(revertPreview(door, {{repo.head()}}), (PickPreview{.outcome = Outcome::clean, .files = 1}));
+    EXPECT_EQ(revertPreview(door, {{clash}}), conflict);
+    EXPECT_EQ(revertPreview(door, {{clash, repo.head()}}), (PickPreview{.outcome = Outcome::clean, .files = 1}))
+        << "the newest is taken back first";
+    PickPreview several = conflict;
+    several.stopsAt = "on topic";
+    EXPECT_EQ(pickPreview(door, {{repo.read({"rev-parse", "HEAD~2"}), topic}}), several);
+    EXPECT_EQ(pickPreview(door, {{first}}).outcome, Outcome::unknown) << "it has no parent";
+    EXPECT_EQ(stashPreview(door, stash), (PickPreview{.outcome = Outcome::clean, .files = 1}));
+    EXPECT_EQ(repo.read({"count-objects", "-v"}), objects);
+    repo.write("a", "staged\n").git({"add", "a"});
+    const std::string staged = repo.read({"count-objects", "-v"});
+    EXPECT_EQ(stashPreview(door, stash), conflict);
+    EXPECT_EQ(repo.read({"count-objects", "-v"}), staged);
+    repo.git({"config", "remote.origin.promisor", "true"});
+    EXPECT_EQ(pickPreview(door, {{topic}}).outcome, Outcome::unknown);
 }
 
 TEST_F(MergeWays, TakesEachWay)

@@ -5,7 +5,9 @@
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/Divergence.h"
 #include "GitKit/repository/Merging.h"
+#include "GitKit/repository/PickPreviews.h"
 #include "GitKit/repository/Pushing.h"
+#include "GitKit/repository/Upstream.h"
 #include "GitKit/undo/Reset.h"
 
 #include <string_view>
@@ -25,6 +27,41 @@ gitkit::PushPreview readPushPreview(const gitkit::GitRepository& repo, const git
 gitkit::MergePreview readMergePreview(const gitkit::GitRepository& repo, const std::string& ref)
 {
     return gitkit::mergePreview(repo, ref);
+}
+
+namespace {
+
+Foretold foretoldPull(const gitkit::GitRepository& repo)
+{
+    const std::optional<gitkit::Upstream> upstream = gitkit::upstreamNow(repo);
+    if (!upstream || upstream->counts.behind == 0)
+        return {};
+    const std::string ref = "refs/remotes/" + upstream->name;
+    if (gitkit::rebases(repo, gitkit::PullBy::setting))
+        return gitkit::rebasePreview(repo, ref);
+    return gitkit::mergePreview(repo, ref);
+}
+
+} // namespace
+
+Foretold readForetold(const gitkit::GitRepository& repo, const ForetoldQuestion& question)
+{
+    using Act = ForetoldQuestion::Act;
+    switch (question.act) {
+    case Act::merge:
+        return gitkit::mergePreview(repo, question.ref);
+    case Act::rebase:
+        return gitkit::rebasePreview(repo, question.ref);
+    case Act::pull:
+        return foretoldPull(repo);
+    case Act::cherryPick:
+        return gitkit::pickPreview(repo, question.pick);
+    case Act::revert:
+        return gitkit::revertPreview(repo, question.pick);
+    case Act::applyStash:
+        return gitkit::stashPreview(repo, question.ref);
+    }
+    return {};
 }
 
 DropPreview readDropPreview(const gitkit::GitRepository& repo, const DropQuestion& question)

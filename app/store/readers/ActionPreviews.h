@@ -2,10 +2,12 @@
 #pragma once
 
 #include "GitKit/records/Merge.h"
+#include "GitKit/records/Pick.h"
 #include "GitKit/records/Push.h"
 #include "GitKit/records/Reset.h"
 #include "app/store/Drops.h"
 
+#include <cstdint>
 #include <string>
 #include <variant>
 
@@ -26,6 +28,22 @@ gitkit::PushPreview readPushPreview(const gitkit::GitRepository& repo, const git
 
 /// Reads what merging a ref into HEAD would do. `ref` is a full name.
 gitkit::MergePreview readMergePreview(const gitkit::GitRepository& repo, const std::string& ref);
+
+/// An action that puts changes together, and what with.
+struct ForetoldQuestion {
+    enum class Act : std::uint8_t { merge, rebase, pull, cherryPick, revert, applyStash };
+
+    Act act = Act::merge;
+    std::string ref = {};   ///< full name of what is merged, or rebased onto; full hash of the stash
+    gitkit::Pick pick = {}; ///< for picks and reverts
+
+    bool operator==(const ForetoldQuestion&) const = default;
+};
+
+using Foretold = std::variant<std::monostate, gitkit::MergePreview, gitkit::RebasePreview, gitkit::PickPreview>;
+
+/// Reads what an action would do, in memory. Of a pull it tells what has been fetched already. It walks the history.
+Foretold readForetold(const gitkit::GitRepository& repo, const ForetoldQuestion& question);
 
 /// What is asked about a drop before it happens.
 struct DropQuestion {

@@ -5,6 +5,7 @@
 #include "app/store/actions/Picks.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/commands/Foretelling.h"
 #include "app/ui/compare/CompareMenu.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -44,11 +45,17 @@ void addChanges(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commi
     add(CommandId::newTagHere, Verb::createTag, Texts::tr("New Tag Here…"),
         [&store, hash] { store.window().showSheet(NewTagSheet{hash}); });
     menu.addSeparator();
-    add(CommandId::cherryPick, Verb::cherryPick,
-        commit.parents.size() > 1 ? Texts::tr("Cherry-Pick…") : Texts::tr("Cherry-Pick"),
-        [&store, commit] { actions::cherryPick(store.actors(), std::vector{commit}); });
-    add(CommandId::revert, Verb::revert, commit.parents.size() > 1 ? Texts::tr("Revert…") : Texts::tr("Revert"),
-        [&store, commit] { actions::revert(store.actors(), std::vector{commit}); });
+    using Act = ForetoldQuestion::Act;
+    QAction* const pick = add(CommandId::cherryPick, Verb::cherryPick,
+                              commit.parents.size() > 1 ? Texts::tr("Cherry-Pick…") : Texts::tr("Cherry-Pick"),
+                              [&store, commit] { actions::cherryPick(store.actors(), std::vector{commit}); });
+    QAction* const revert =
+        add(CommandId::revert, Verb::revert, commit.parents.size() > 1 ? Texts::tr("Revert…") : Texts::tr("Revert"),
+            [&store, commit] { actions::revert(store.actors(), std::vector{commit}); });
+    if (commit.parents.size() == 1) { // of a merge, the parent is asked for first
+        foretellIn(menu, *pick, store, {.act = Act::cherryPick, .pick = {{hash}}});
+        foretellIn(menu, *revert, store, {.act = Act::revert, .pick = {{hash}}});
+    }
     const auto& branch = store.snapshot().status.value().branch;
     add(CommandId::resetHere, Verb::reset,
         branch ? plainMenuText(Texts::tr("Reset “%1” to Here…").arg(shownText(*branch)))
@@ -73,6 +80,11 @@ void addPicks(QMenu& menu, RepositoryStore& store, const std::vector<gitkit::Com
             entry->setToolTip(plainToolTip(why));
         }
     }
+    gitkit::Pick all; // the oldest first
+    for (auto commit = commits.rbegin(); commit != commits.rend(); ++commit)
+        all.commits.push_back(commit->hash);
+    foretellIn(menu, *pick, store, {.act = ForetoldQuestion::Act::cherryPick, .pick = all});
+    foretellIn(menu, *revert, store, {.act = ForetoldQuestion::Act::revert, .pick = all});
     menu.addSeparator();
 }
 

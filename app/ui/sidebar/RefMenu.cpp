@@ -9,6 +9,7 @@
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/commands/Foretelling.h"
 #include "app/ui/compare/CompareMenu.h"
 #include "app/ui/sidebar/UpstreamChoice.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -68,6 +69,8 @@ void addMerge(QMenu& menu, RepositoryStore& store, const GitRef& ref)
         for (QAction* const entry : {merge, how, rebase})
             refuse(*entry, Texts::tr("This branch is checked out."));
     }
+    foretellIn(menu, *merge, store, {.act = ForetoldQuestion::Act::merge, .ref = ref.fullName});
+    foretellIn(menu, *rebase, store, {.act = ForetoldQuestion::Act::rebase, .ref = ref.fullName});
 }
 
 void addUpstreamChoice(QMenu& menu, RepositoryStore& store, const GitRef& branch, const GitRef& upstream)

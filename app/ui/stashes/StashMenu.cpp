@@ -4,6 +4,7 @@
 #include "GitKit/records/Stash.h"
 #include "app/store/actions/Stashes.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/commands/Foretelling.h"
 
 #include <QCoreApplication>
 #include <QMenu>
@@ -45,8 +46,11 @@ QMenu* makeStashMenu(RepositoryStore& store, const Stash& stash, QWidget* parent
                    }));
             menu->addSeparator();
         }
-        markAs(command.id, addChange(*menu, store, command.verb, stashCommandTitle(command.menuName),
-                                     [&store, stash, &command] { command.run(store, stash); }));
+        QAction* const entry =
+            markAs(command.id, addChange(*menu, store, command.verb, stashCommandTitle(command.menuName),
+                                         [&store, stash, &command] { command.run(store, stash); }));
+        if (command.verb == Verb::applyStash)
+            foretellIn(*menu, *entry, store, {.act = ForetoldQuestion::Act::applyStash, .ref = stash.hash});
     }
     return menu;
 }

@@ -2,6 +2,7 @@
 #include "app/ui/window/Toolbar.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/commands/Foretelling.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/commands/RepositoryChoices.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -62,7 +63,13 @@ Toolbar::Toolbar(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store),
       project_(new ToolButton(ToolIcon::repository, tr("Repositories"), ToolButton::Kind::list, this)),
       branch_(new ToolButton(ToolIcon::branch, tr("Switch Branch"), ToolButton::Kind::list, this)),
-      activity_(new ActivityView(store, this))
+      activity_(new ActivityView(store, this)), foretelling_(new Foretelling(
+                                                    store, {.act = ForetoldQuestion::Act::pull},
+                                                    [this](const QString& words) {
+                                                        pullWords_ = words;
+                                                        updateButtons();
+                                                    },
+                                                    this))
 {
     setMinimumHeight(toolbarHeight);
     project_->setShownTitle(shownText(store.root().filename().native()));
@@ -100,6 +107,19 @@ void Toolbar::makeButtons(QHBoxLayout& row)
         row.addWidget(button);
         buttons_[id] = button;
     }
+    buttons_[pull]->installEventFilter(this);
+}
+
+/// Tells what a pull would do while the pointer or the focus is on its button.
+bool Toolbar::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Enter || event->type() == QEvent::FocusIn) {
+        foretelling_->begin();
+    } else if (event->type() == QEvent::Leave || event->type() == QEvent::FocusOut) {
+        foretelling_->end();
+        pullWords_.clear();
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void Toolbar::updateButtons()
@@ -111,6 +131,8 @@ void Toolbar::updateButtons()
         QString more = shown.whyNot(store_);
         if (more.isEmpty() && id == CommandId::push) // what cannot be undone says so before
             more = tr("Others may fetch this within seconds.");
+        if (more.isEmpty() && id == CommandId::pull)
+            more = pullWords_;
         button->setToolTip(plainToolTip(more.isEmpty() ? name : name + u'\n' + more));
     }
 }

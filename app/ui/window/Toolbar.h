@@ -15,6 +15,7 @@ class QHBoxLayout;
 namespace plovik {
 
 class ActivityView;
+class Foretelling;
 class MenuTarget;
 class ToolButton;
 
@@ -41,6 +42,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void makeButtons(QHBoxLayout& row);
@@ -54,6 +56,8 @@ private:
     ToolButton* branch_;
     ActivityView* activity_;
     std::map<CommandId, ToolButton*> buttons_;
+    Foretelling* foretelling_;
+    QString pullWords_; ///< what a pull would do, while the pointer is on its button
     std::vector<QPropertyNotifier> notifiers_;
 };
 
