@@ -75,8 +75,11 @@ struct DragWindow : testing::Test {
     }
     DropHint::Words said() const
     {
-        const auto* const hint = window.findChild<DropHint*>();
-        return hint && hint->isVisible() ? hint->words() : DropHint::Words();
+        for (const DropHint* const hint : window.findChildren<DropHint*>()) {
+            if (hint->isVisible())
+                return hint->words();
+        }
+        return {};
     }
     std::unique_ptr<QMimeData> branch(const char* name) const { return dragData(store, {Dragged::Kind::ref, {name}}); }
 
@@ -170,6 +173,31 @@ TEST_F(DragWindow, WaitsWhileSomethingElseIsInTheWay)
     given(store.snapshot().inProgress, std::optional(rebase));
     EXPECT_FALSE(hold(*branch("refs/heads/main"), rowOf("refs/heads/topic")));
     EXPECT_EQ(said(), DropHint::Words());
+
+    // A label stands on a commit. While nothing can be merged, the branch is not moved there instead.
+    auto* const label = new QWidget(&window);
+    label->resize(50, 20);
+    const std::string base = repo.read({"rev-parse", "main~1"});
+    new DropArea(store, *label, [&](QPoint) {
+        return std::vector<DropArea::Place>{{{DropTarget::Kind::ref, "refs/heads/main"}, label->rect()},
+                                            {{DropTarget::Kind::commit, base}, label->rect()}};
+    });
+    const auto topic = branch("refs/heads/topic");
+    const auto isTaken = [&] {
+        QDragEnterEvent enter(QPoint(5, 5), Qt::MoveAction, topic.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(label, &enter);
+        QDragMoveEvent move(QPoint(5, 5), Qt::MoveAction, topic.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(label, &move);
+        return move.isAccepted();
+    };
+    gitkit::OperationInProgress merge;
+    merge.kind = gitkit::OperationInProgress::Kind::merge;
+    given(store.snapshot().inProgress, std::optional(merge));
+    EXPECT_FALSE(isTaken());
+    EXPECT_EQ(said(), DropHint::Words());
+    given(store.snapshot().inProgress, std::optional<gitkit::OperationInProgress>());
+    EXPECT_TRUE(isTaken());
+    EXPECT_EQ(said().action.toStdString(), "Merge “topic” into “main”");
 }
 
 /// Presses the mouse at a place, moves it away, and returns what is dragged by that.

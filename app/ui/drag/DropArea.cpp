@@ -61,8 +61,11 @@ bool DropArea::isPossible(const Drop& drop) const
 DropArea::Meant DropArea::meantAt(QPoint position, const Dragged& dragged, bool isOther) const
 {
     for (const Place& place : placesAt_(position)) {
-        if (Drop drop = dropOf(dragged, place.target, facts(), isOther); isPossible(drop))
-            return {std::move(drop), place.area};
+        Drop drop = dropOf(dragged, place.target, facts(), isOther);
+        if (drop.act == Drop::Act::nothing)
+            continue;
+        // What is only not possible just now must not become something else.
+        return isPossible(drop) ? Meant{std::move(drop), place.area} : Meant{};
     }
     return {};
 }
