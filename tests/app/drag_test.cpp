@@ -156,7 +156,7 @@ TEST_F(DragWindow, TakesNothingFromOtherWindowsAndPrograms)
     QMimeData foreign;
     foreign.setText(u"refs/heads/topic"_s);
     EXPECT_FALSE(hold(foreign, rowOf("refs/heads/main")));
-    foreign.setData(u"application/x-plovik-ref"_s, QByteArray("x\0-\0-\0refs/heads/topic", 24));
+    foreign.setData(u"application/x-plovik-ref"_s, QByteArray("x\0-\0-\0refs/heads/topic", 22));
     EXPECT_FALSE(hold(foreign, rowOf("refs/heads/main")));
 
     const Dragged commits{

@@ -17,4 +17,6 @@ std::vector<std::string> filesWithConflictMarkers(const gitkit::GitRepository& r
     return found;
 }
 
+bool holdsConflictMarkers(const std::string& text) { return gitkit::hasConflictMarkers(text); }
+
 } // namespace plovik

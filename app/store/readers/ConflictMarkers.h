@@ -17,4 +17,7 @@ namespace plovik {
 std::vector<std::string> filesWithConflictMarkers(const gitkit::GitRepository& repo,
                                                   const std::vector<gitkit::FileChange>& files);
 
+/// Whether a text has such a line. Pure.
+bool holdsConflictMarkers(const std::string& text);
+
 } // namespace plovik

@@ -262,8 +262,8 @@ bool MergeColumns::viewportEvent(QEvent* event)
     const auto* help = static_cast<QHelpEvent*>(event);
     if (const auto segment = refusalAt(help->pos())) {
         const bool isRefused = result_->pieces()[*segment].choice == Choice::base;
-        QToolTip::showText(help->globalPos(),
-                           isRefused ? tr("Take this change after all (Alt+0)") : tr("Leave this change out (Alt+0)"));
+        QToolTip::showText(help->globalPos(), plainToolTip(isRefused ? tr("Take this change after all (Alt+0)")
+                                                                     : tr("Leave this change out (Alt+0)")));
     } else {
         QToolTip::hideText();
     }

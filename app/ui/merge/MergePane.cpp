@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/merge/MergePane.h"
 
-#include "GitKit/ConflictMarkers.h"
 #include "app/settings/CodeFont.h"
 #include "app/settings/Settings.h"
 #include "app/store/ConflictWords.h"
 #include "app/store/ShownText.h"
+#include "app/store/readers/ConflictMarkers.h"
 #include "app/ui/merge/MergeStart.h"
 #include "app/ui/merge/MergeView.h"
 
@@ -209,7 +209,7 @@ void MergePane::resolve()
         return;
     const int left = view_->undecidedCount();
     // A side may have such lines of its own.
-    const bool hasMarkers = view_->content().sides->markerSize <= usualMarkerSize && gitkit::hasConflictMarkers(*bytes);
+    const bool hasMarkers = view_->content().sides->markerSize <= usualMarkerSize && holdsConflictMarkers(*bytes);
     if (left == 0 && !hasMarkers) {
         resolveNow();
         return;

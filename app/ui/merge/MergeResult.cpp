@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/merge/MergeResult.h"
 
-#include "GitKit/Text.h"
-
 #include <algorithm>
 #include <array>
 #include <numeric>
@@ -16,14 +14,19 @@ using gitkit::MergeSide;
 
 constexpr std::array allSides{MergeSide::base, MergeSide::left, MergeSide::right};
 
+bool isUtf8(const std::string& bytes)
+{
+    return QUtf8StringView(bytes.data(), static_cast<qsizetype>(bytes.size())).isValidUtf8();
+}
+
 bool isInUtf8(const gitkit::MergedSides& sides)
 {
-    return std::ranges::all_of(allSides, [&](MergeSide side) { return gitkit::isUtf8(sides.text(side).bytes()); });
+    return std::ranges::all_of(allSides, [&](MergeSide side) { return isUtf8(sides.text(side).bytes()); });
 }
 
 bool areInUtf8(const std::vector<MergeResult::Start>& starts)
 {
-    return std::ranges::all_of(starts, [](const auto& start) { return !start.bytes || gitkit::isUtf8(*start.bytes); });
+    return std::ranges::all_of(starts, [](const auto& start) { return !start.bytes || isUtf8(*start.bytes); });
 }
 
 /// Returns whether each line feed of all sides follows a carriage return.
