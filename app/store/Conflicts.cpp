@@ -25,7 +25,8 @@ Conflicts::Conflicts(const GitAccess& git, WindowState& window, Snapshot& snapsh
       reading_(git, &readConflicts, [this] { listRead(); }),
       resolved_(git, &readHasResolved, [this] { areResolved = resolved_.answer().value_or(false); })
 {
-    snapshot_.follow({.afterStatus = [this] { statusRead(); }});
+    snapshot_.follow(
+        {.beforeStatus = [this] { endedBeforeRead_ = changes_.ended(); }, .afterStatus = [this] { statusRead(); }});
     changes_.tellStops([this](const Failure& failure) { return takeFailure(failure); });
 }
 
@@ -62,8 +63,11 @@ void Conflicts::listRead()
 const Conflict* Conflicts::find(const std::string& path) const
 {
     const auto& all = list.value().conflicts;
+    const auto own = std::ranges::lower_bound(all, path, {}, &Conflict::path);
+    if (own != all.end() && own->path == path)
+        return &*own;
     const auto found = std::ranges::find_if(all, [&path](const Conflict& conflict) {
-        return conflict.path == path || std::ranges::find(conflict.related, path) != conflict.related.end();
+        return std::ranges::find(conflict.related, path) != conflict.related.end();
     });
     return found == all.end() ? nullptr : &*found;
 }
@@ -103,9 +107,10 @@ bool Conflicts::takeFailure(const Failure& failure)
 
 void Conflicts::showStop()
 {
-    const std::unique_ptr<Failure> stop = changes_.isTurnTaken() ? nullptr : std::exchange(stop_, nullptr);
-    if (!stop)
+    // A status that began before the action ended does not know of its conflicts.
+    if (!stop_ || changes_.isTurnTaken() || endedBeforeRead_ != changes_.ended())
         return;
+    const std::unique_ptr<Failure> stop = std::move(stop_);
     const gitkit::ChangedFiles& files = snapshot_.status.value().files;
     if (!files.conflicted().empty()) {
         show(files[files.conflicted().front()].path);

@@ -89,6 +89,7 @@ private:
     Latest<ResolvedRequest, bool> resolved_;
     std::string stash_;             ///< hash of the stash that was applied last
     std::unique_ptr<Failure> stop_; ///< whose conflicts are to be shown
+    qint64 endedBeforeRead_ = 0;    ///< Changes::ended() when the last status read began
 };
 
 } // namespace plovik

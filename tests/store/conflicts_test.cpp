@@ -64,6 +64,18 @@ TEST_F(StoreConflicts, AStopShowsTheFirstConflictAndNoAlert)
     EXPECT_NE(error(), "");
 }
 
+TEST_F(StoreConflicts, AStatusFromBeforeDoesNotMakeAnAlertOfAStop)
+{
+    clash();
+    store.snapshot().refresh(RefreshScope::status);
+    const auto older = worker.runOnly();
+    merge();
+    older();
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(selected(), "a");
+}
+
 TEST_F(StoreConflicts, AStashThatStopsIsCalledByItsMessage)
 {
     repo.write("a", "1\n").commit("base").write("a", "work\n").git({"stash", "push", "-q", "-m", "WIP"});
