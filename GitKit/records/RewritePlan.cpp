@@ -206,7 +206,7 @@ Hashes movedCommits(const RewritePlan& plan)
                 before[index] = other;
             }
         }
-        if (end == places.size() || length[index] > length[end])
+        if (end == places.size() || length[index] >= length[end])
             end = index;
     }
     std::vector<bool> stays(places.size(), false);

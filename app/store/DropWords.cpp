@@ -133,6 +133,13 @@ QString dropWords(const Drop& drop, const Snapshot& now)
         return DropTexts::tr("Move %1 to %2").arg(ref, shownText(gitkit::shortHash(drop.to)));
     case Act::askReset:
         return DropTexts::tr("Reset %1 to %2…").arg(ref, shownText(gitkit::shortHash(drop.to)));
+    case Act::planSquash:
+        return DropTexts::tr("Squash into %1").arg(inQuotes(drop.subject));
+    case Act::planFixUp:
+        return DropTexts::tr("Fix up %1").arg(inQuotes(drop.subject));
+    case Act::planMove:
+        return drop.to.empty() ? DropTexts::tr("Move beneath all the others")
+                               : DropTexts::tr("Move above %1").arg(inQuotes(drop.subject));
     case Act::stashFiles:
         return DropTexts::tr("Stash only %1").arg(namesOfFiles(drop.names));
     case Act::applyStash:

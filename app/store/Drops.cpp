@@ -78,6 +78,7 @@ Drop branchOn(const GitRef& branch, const DropTarget& target, const DropFacts& f
         return branch.kind == GitRef::Kind::local ? branchOnRemote(branch, target.name, facts, isOther) : Drop();
     case DropTarget::Kind::commit:
         return branchOnCommit(branch, target.name);
+    case DropTarget::Kind::aboveCommit:
     case DropTarget::Kind::stashes:
     case DropTarget::Kind::workingCopy:
         return {};
@@ -85,9 +86,36 @@ Drop branchOn(const GitRef& branch, const DropTarget& target, const DropFacts& f
     return {};
 }
 
-/// Merges are seen from a parent, so each is picked alone.
-Drop commitsOn(const Dragged& dragged, const DropTarget& target, const DropFacts& facts)
+const gitkit::MovableCommit* movableNamed(const DropFacts& facts, const std::string& hash)
 {
+    if (!facts.movable)
+        return nullptr;
+    const auto found = std::ranges::find(*facts.movable, hash, &gitkit::MovableCommit::hash);
+    return found == facts.movable->end() ? nullptr : &*found;
+}
+
+/// Commits on one of their own branch, or between two of them, are for the plan.
+Drop plannedOn(const Dragged& dragged, const DropTarget& target, const DropFacts& facts, bool isOther)
+{
+    const bool isInto = target.kind == DropTarget::Kind::commit;
+    const gitkit::MovableCommit* const other = movableNamed(facts, target.name);
+    const bool isItself = std::ranges::find(dragged.names, target.name) != dragged.names.end();
+    const bool areMovable =
+        std::ranges::all_of(dragged.names, [&facts](const auto& name) { return movableNamed(facts, name); });
+    if (!areMovable || isItself || (!other && (isInto || !target.name.empty())))
+        return {};
+    const Act act = !isInto ? Act::planMove : isOther ? Act::planFixUp : Act::planSquash;
+    return {.act = act,
+            .to = target.name,
+            .names = dragged.names,
+            .subject = other ? other->message.substr(0, other->message.find('\n')) : std::string()};
+}
+
+/// Merges are seen from a parent, so each is picked alone.
+Drop commitsOn(const Dragged& dragged, const DropTarget& target, const DropFacts& facts, bool isOther)
+{
+    if (target.kind == DropTarget::Kind::commit || target.kind == DropTarget::Kind::aboveCommit)
+        return plannedOn(dragged, target, facts, isOther);
     const GitRef* const branch = target.kind == DropTarget::Kind::ref ? branchNamed(facts, target.name) : nullptr;
     const bool isThere = std::ranges::find(dragged.names, facts.head) != dragged.names.end();
     if (!branch || !branch->isHead || isThere || (dragged.hasMerge && dragged.names.size() > 1))
@@ -124,7 +152,7 @@ Drop dropOf(const Dragged& dragged, const DropTarget& target, const DropFacts& f
             return branchOn(*branch, target, facts, isOther);
         return {};
     case Dragged::Kind::commits:
-        return commitsOn(dragged, target, facts);
+        return commitsOn(dragged, target, facts, isOther);
     case Dragged::Kind::files:
         return filesOn(dragged, target, facts);
     case Dragged::Kind::stash:
@@ -163,6 +191,10 @@ std::optional<Verb> dropVerb(Act act)
         return Verb::applyStash;
     case Act::takeFile:
         return Verb::takeFile;
+    case Act::planSquash:
+    case Act::planFixUp:
+    case Act::planMove:
+        return Verb::rewrite;
     case Act::nothing:
         break;
     }

@@ -3,6 +3,7 @@
 
 #include "GitKit/records/ChangedFiles.h"
 #include "GitKit/records/GitRef.h"
+#include "GitKit/records/Movable.h"
 #include "GitKit/records/Push.h"
 #include "app/store/Verb.h"
 
@@ -29,10 +30,11 @@ struct Dragged {
 
 /// What the pointer holds it over.
 struct DropTarget {
-    enum class Kind : std::uint8_t { ref, remote, commit, stashes, workingCopy };
+    enum class Kind : std::uint8_t { ref, remote, commit, aboveCommit, stashes, workingCopy };
 
     Kind kind = Kind::ref;
-    std::string name = {}; ///< full name of the ref, name of the remote, full hash of the commit
+    /// Full name of the ref, name of the remote, full hash of the commit; empty for the place beneath all that can be moved.
+    std::string name = {};
 
     bool operator==(const DropTarget&) const = default;
 };
@@ -44,6 +46,7 @@ struct DropFacts {
     const std::vector<std::string>& remotes;
     const gitkit::ChangedFiles& files;
     std::string head; ///< full hash of HEAD's commit; empty before the first one
+    const std::vector<gitkit::MovableCommit>* movable = nullptr; ///< that a plan may change; null for none
 };
 
 /// What letting go would do. Value.
@@ -63,14 +66,19 @@ struct Drop {
         applyStash,
         popStash,
         takeFile,
+        planSquash,
+        planFixUp,
+        planMove,
     };
 
     Act act = Act::nothing;
     gitkit::GitRef ref = {}; ///< that is merged, rebased onto, pushed, or moved
     gitkit::Push push = {};  ///< for push and askPush
-    std::string to = {};     ///< full name of the ref, or full hash of the commit, that a branch is moved to
+    /// Full name of the ref, or full hash of the commit, that a branch is moved to, or that commits go into or above.
+    std::string to = {};
     std::vector<std::string> names = {}; ///< commits, the newest first; files; the stash
     std::string revision = {};           ///< the commit that has the file
+    std::string subject = {};            ///< of the commit that others go into or above
 
     bool operator==(const Drop&) const = default;
 };

@@ -73,7 +73,10 @@ public:
     const Trail& trail() const { return trail_; }
 
     /// Returns the parts that actions use.
-    Actors actors() { return {git_, services_, window_, snapshot_, changes_, discards_, draft_, conflicts_}; }
+    Actors actors()
+    {
+        return {git_, services_, window_, snapshot_, changes_, discards_, draft_, conflicts_, rewriting_};
+    }
     /// Returns the access that readers use.
     const GitAccess& git() const { return git_; }
 

@@ -85,8 +85,13 @@ struct RelationsSheet {
     std::string hash; ///< full
     bool operator==(const RelationsSheet&) const = default;
 };
+/// Asks for other words for a commit of the plan.
+struct CommitMessageSheet {
+    std::string commit; ///< full hash
+    bool operator==(const CommitMessageSheet&) const = default;
+};
 using SheetKind = std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet,
                                SentChangesSheet, DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet,
-                               RequestSheet, CleanSheet, RelationsSheet>;
+                               RequestSheet, CleanSheet, RelationsSheet, CommitMessageSheet>;
 
 } // namespace plovik

@@ -695,6 +695,26 @@
     </message>
 </context>
 <context>
+    <name>plovik::PlanBar</name>
+    <message numerus="yes">
+        <source>%Ln fixup commit(s)</source>
+        <translation>
+            <numerusform>%Ln fixup commit</numerusform>
+            <numerusform>%Ln fixup commits</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::PlanSign</name>
+    <message numerus="yes">
+        <source>conflicts in %Ln file(s)</source>
+        <translation>
+            <numerusform>conflicts in %Ln file</numerusform>
+            <numerusform>conflicts in %Ln files</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::PushDialog</name>
     <message numerus="yes">
         <source>This would lose %n commit(s) there. Pull first, or replace what is there.</source>

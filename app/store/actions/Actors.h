@@ -10,6 +10,7 @@ class Changes;
 class CommitDraft;
 class Conflicts;
 class Discards;
+class Rewriting;
 class Snapshot;
 class WindowState;
 
@@ -23,6 +24,7 @@ struct Actors {
     Discards& discards;
     CommitDraft& draft;
     Conflicts& conflicts;
+    Rewriting& rewriting;
 };
 
 } // namespace plovik

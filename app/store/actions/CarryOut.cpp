@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/actions/CarryOut.h"
 
+#include "app/store/Rewriting.h"
 #include "app/store/SheetKind.h"
 #include "app/store/Snapshot.h"
 #include "app/store/WindowState.h"
@@ -67,6 +68,12 @@ void carryOut(Actors actors, const Drop& drop, const std::vector<gitkit::Commit>
         return applyDropped(actors, drop.names.front(), gitkit::StashUse::apply);
     case Act::popStash:
         return applyDropped(actors, drop.names.front(), gitkit::StashUse::pop);
+    case Act::planSquash:
+        return actors.rewriting.squash(drop.names, drop.to, gitkit::RewriteStep::Act::squash);
+    case Act::planFixUp:
+        return actors.rewriting.squash(drop.names, drop.to, gitkit::RewriteStep::Act::fixUp);
+    case Act::planMove:
+        return actors.rewriting.move(drop.names, drop.to);
     case Act::takeFile:
         return takeFile(actors, drop.revision, drop.names.front());
     }

@@ -60,6 +60,9 @@ constexpr const char* wantedConflict = QT_TRANSLATE_NOOP("Commands", "Select a f
 constexpr const char* wantedHunk = QT_TRANSLATE_NOOP("Commands", "Go to a part of a diff that offers this.");
 constexpr const char* wantedLines = QT_TRANSLATE_NOOP("Commands", "Select changed lines in a diff that offers this.");
 constexpr const char* wantedCommit = QT_TRANSLATE_NOOP("Commands", "Select a commit in the history.");
+constexpr const char* wantedMovable =
+    QT_TRANSLATE_NOOP("Commands", "Select commits of the branch that is checked out.");
+constexpr const char* wantedPlan = QT_TRANSLATE_NOOP("Commands", "No plan is open.");
 constexpr const char* wantedRef = QT_TRANSLATE_NOOP("Commands", "Select a branch or a tag in the sidebar.");
 constexpr const char* wantedState = QT_TRANSLATE_NOOP("Commands", "Select a commit, a branch or a tag.");
 constexpr const char* wantedCommitFile = QT_TRANSLATE_NOOP("Commands", "Select a file of a commit.");
@@ -433,6 +436,33 @@ constexpr Command table[] = {
     onSelection(Id::refLogOfBranch, QT_TRANSLATE_NOOP("Commands", "Where It Was"),
                 QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar.")),
     onSelection(Id::commitRelations, QT_TRANSLATE_NOOP("Commands", "Children, Branches and Tags…"), wantedCommit),
+    onSelection(Id::editCommitMessage, QT_TRANSLATE_NOOP("Commands", "Edit Message…"), wantedMovable, Qt::Key_F2),
+    onSelection(Id::squashIntoParent, QT_TRANSLATE_NOOP("Commands", "Squash into Parent"), wantedMovable,
+                shifted | Qt::Key_K),
+    onSelection(Id::fixUpIntoParent, QT_TRANSLATE_NOOP("Commands", "Fix Up into Parent"), wantedMovable),
+    onSelection(Id::moveCommitUp, QT_TRANSLATE_NOOP("Commands", "Move Up"), wantedMovable, Qt::CTRL | Qt::Key_Up),
+    onSelection(Id::moveCommitDown, QT_TRANSLATE_NOOP("Commands", "Move Down"), wantedMovable, Qt::CTRL | Qt::Key_Down),
+    onSelection(Id::dropCommit, QT_TRANSLATE_NOOP("Commands", "Drop"), wantedMovable, Qt::Key_Delete),
+    onSelection(Id::keepCommit, QT_TRANSLATE_NOOP("Commands", "Leave as It Is"),
+                QT_TRANSLATE_NOOP("Commands", "Select a commit that the plan changes.")),
+    onSelection(Id::stopToEdit, QT_TRANSLATE_NOOP("Commands", "Stop Here to Edit…"), wantedMovable),
+    {.id = Id::applyPlan,
+     .name = QT_TRANSLATE_NOOP("Commands", "Apply the Plan"),
+     .action = [](Store& store) { store.rewriting().apply(); },
+     .verb = Verb::rewrite,
+     .isPossible = [](const Store& store) { return store.rewriting().outcome.value().has_value(); },
+     .wanted = wantedPlan},
+    {.id = Id::cancelPlan,
+     .name = QT_TRANSLATE_NOOP("Commands", "Cancel the Plan"),
+     .action = [](Store& store) { store.rewriting().cancel(); },
+     .isPossible = [](const Store& store) { return store.rewriting().plan.value().has_value(); },
+     .wanted = wantedPlan},
+    {.id = Id::squashFixups,
+     .name = QT_TRANSLATE_NOOP("Commands", "Squash Fixup Commits"),
+     .action = [](Store& store) { store.rewriting().squashFixups(); },
+     .verb = Verb::rewrite,
+     .isPossible = [](const Store& store) { return store.rewriting().fixups() > 0; },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "No commit says that it belongs into another one.")},
 };
 
 constexpr bool hasARowForEachId()
@@ -441,7 +471,7 @@ constexpr bool hasARowForEachId()
         if (table[index].id != static_cast<CommandId>(index))
             return false;
     }
-    return std::size(table) == static_cast<std::size_t>(Id::commitRelations) + 1;
+    return std::size(table) == static_cast<std::size_t>(Id::squashFixups) + 1;
 }
 static_assert(hasARowForEachId());
 

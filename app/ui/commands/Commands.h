@@ -154,6 +154,17 @@ enum class CommandId {
     bringBackBranch,
     refLogOfBranch,
     commitRelations,
+    editCommitMessage,
+    squashIntoParent,
+    fixUpIntoParent,
+    moveCommitUp,
+    moveCommitDown,
+    dropCommit,
+    keepCommit,
+    stopToEdit,
+    applyPlan,
+    cancelPlan,
+    squashFixups,
 };
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is

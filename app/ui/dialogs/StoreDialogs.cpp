@@ -2,6 +2,7 @@
 #include "app/ui/dialogs/StoreDialogs.h"
 
 #include "app/ui/dialogs/CleanDialog.h"
+#include "app/ui/dialogs/CommitMessageDialog.h"
 #include "app/ui/dialogs/ConfirmationDialog.h"
 #include "app/ui/dialogs/DialogParts.h"
 #include "app/ui/dialogs/DiscardedDialog.h"
@@ -51,6 +52,7 @@ struct SheetMaker {
     Sheet* operator()(const IdentitySheet& sheet) const { return new IdentityDialog(store, sheet, parent); }
     Sheet* operator()(const ResetSheet& sheet) const { return new ResetDialog(store, sheet, parent); }
     Sheet* operator()(const RelationsSheet& sheet) const { return new RelationsDialog(store, sheet, parent); }
+    Sheet* operator()(const CommitMessageSheet& sheet) const { return new CommitMessageDialog(store, sheet, parent); }
     Sheet* operator()(const DiscardedSheet&) const { return new DiscardedDialog(store, parent); }
 };
 

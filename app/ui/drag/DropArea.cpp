@@ -47,8 +47,12 @@ DropArea::DropArea(RepositoryStore& store, QWidget& surface, PlacesAt placesAt)
 DropFacts DropArea::facts() const
 {
     const Snapshot& now = store_.snapshot();
-    return {now.branches.value(), now.remoteBranches.value(), now.remotes.value(), now.status.value().files,
-            now.status.value().oid.value_or(std::string())};
+    return {now.branches.value(),
+            now.remoteBranches.value(),
+            now.remotes.value(),
+            now.status.value().files,
+            now.status.value().oid.value_or(std::string()),
+            &store_.rewriting().movable.value().commits};
 }
 
 /// Whether the drop could begin now.

@@ -7,6 +7,7 @@
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/Foretelling.h"
 #include "app/ui/compare/CompareMenu.h"
+#include "app/ui/history/PlanMenu.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/widgets/RowPainting.h"
 
@@ -100,6 +101,7 @@ QMenu* makeCommitMenu(RepositoryStore& store, const gitkit::Commit& commit, QWid
 void fillCommitMenu(QMenu& menu, RepositoryStore& store, const gitkit::Commit& commit)
 {
     addChanges(menu, store, commit);
+    addPlanEntries(menu, store, {commit.hash});
     addComparisons(menu, store, commit);
     markAs(CommandId::commitRelations,
            menu.addAction(Texts::tr("Children, Branches and Tags…"), &menu,
@@ -117,6 +119,10 @@ QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>
         menu->addSeparator();
     }
     addPicks(*menu, store, commits);
+    std::vector<std::string> planned;
+    for (const gitkit::Commit& commit : commits)
+        planned.push_back(commit.hash);
+    addPlanEntries(*menu, store, planned);
     QStringList hashes;
     QStringList subjects;
     for (const gitkit::Commit& commit : commits) {

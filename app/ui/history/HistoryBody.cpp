@@ -5,6 +5,7 @@
 #include "app/ui/history/GraphCell.h"
 #include "app/ui/history/HistoryModel.h"
 #include "app/ui/history/HistoryRowPainter.h"
+#include "app/ui/history/PlanSigns.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QPainter>
@@ -124,7 +125,11 @@ void HistoryBody::paintTexts(QPainter& painter, int first, int last)
         if (!shown)
             break;
         const double top = row * rows_.rowHeight() - sight_.scrolled;
-        rows_.paint(painter, *shown, columns_, {top, sight_.isMirrored ? sight_.size.width() : 0.0}, now);
+        const HistoryRowPainter::Place place{top, sight_.isMirrored ? sight_.size.width() : 0.0};
+        rows_.paint(painter, *shown, columns_, place, now);
+        const PlanSign sign = sight_.rewriting ? planSignOf(*sight_.rewriting, shown->commit.hash) : PlanSign();
+        if (!sign.isEmpty())
+            paintPlanSign(painter, sign, columns_, place, rows_.rowHeight(), rows_.subjectOf(*shown, columns_));
     }
 }
 

@@ -15,6 +15,7 @@ namespace plovik {
 class HistoryMatches;
 class HistoryModel;
 class HistoryRowPainter;
+class Rewriting;
 
 /// Draws the rows of the history that are in sight: the selection, the graph, which runs through all of them, and the
 /// texts. Lives as long as one paint event. Main thread.
@@ -29,6 +30,7 @@ public:
         std::function<bool(int row)> isSelected = {};
         int hovered = -1;
         int lanes = 1;                           ///< for which the graph has room
+        const Rewriting* rewriting = nullptr;    ///< whose signs the rows have; null for none
         const HistoryMatches* matches = nullptr; ///< of a search that leaves all rows in the list; null for none
     };
 

@@ -2,11 +2,14 @@
 #include "app/ui/history/HistoryList.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/commands/Commands.h"
 #include "app/ui/drag/DragData.h"
 #include "app/ui/history/CommitMenu.h"
 #include "app/ui/history/GraphCell.h"
 #include "app/ui/history/HistoryBody.h"
 #include "app/ui/history/HistoryHeader.h"
+#include "app/ui/history/PlanBar.h"
+#include "app/ui/history/PlanSigns.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/history/WorkingCopyRow.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -38,6 +41,9 @@ public:
 private:
     const HistoryRowPainter& painter_;
 };
+
+constexpr CommandId planKeys[] = {CommandId::editCommitMessage, CommandId::squashIntoParent, CommandId::moveCommitUp,
+                                  CommandId::moveCommitDown, CommandId::dropCommit};
 
 /// The graph's room grows by so many lanes at once.
 constexpr int laneStep = 4;
@@ -85,6 +91,9 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store_.history().historySearchField.addNotifier(search));
     notifiers_.push_back(store_.history().searchesInGraph.addNotifier(repaint));
     notifiers_.push_back(store_.matches().changes.addNotifier(repaint));
+    notifiers_.push_back(store_.rewriting().plan.addNotifier(repaint));
+    notifiers_.push_back(store_.rewriting().outcome.addNotifier(repaint));
+    notifiers_.push_back(store_.rewriting().movable.addNotifier(repaint));
     takeSearch();
     followSelectedCommit();
     revealsWhenShown_ = true;
@@ -322,6 +331,7 @@ void HistoryList::resizeEvent(QResizeEvent* event)
 void HistoryList::showEvent(QShowEvent* event)
 {
     EqualRowList::showEvent(event);
+    store_.rewriting().watch();
     wantMoreNearEnd();
     // Posted, because the list gets its final size only after this event.
     if (revealsWhenShown_)
@@ -362,7 +372,7 @@ void HistoryList::keyPressEvent(QKeyEvent* event)
         event->accept();
         return;
     }
-    if (handledAsReading(event))
+    if (handledAsReading(event) || handledAsPlan(event))
         return;
     const QScopedValueRollback byKey(isByKey_, true);
     EqualRowList::keyPressEvent(event);
@@ -382,6 +392,41 @@ bool HistoryList::handledAsReading(const QKeyEvent* event)
     if (isReading && (event->key() == Qt::Key_Home || event->key() == Qt::Key_Escape))
         store_.history().stopReading();
     return isReading && event->key() == Qt::Key_Escape;
+}
+
+/// The keys of the plan, which mean something else in other views.
+bool HistoryList::isPlanKey(const QKeyEvent& event) const
+{
+    const QKeyCombination keys(event.modifiers() & ~Qt::KeypadModifier, static_cast<Qt::Key>(event.key()));
+    const bool isPlanned = store_.rewriting().plan.value().has_value();
+    if (keys == applyPlanKeys || keys == cancelPlanKeys)
+        return isPlanned;
+    return std::ranges::any_of(planKeys, [&keys](CommandId id) { return keys == command(id).keys; });
+}
+
+bool HistoryList::handledAsPlan(const QKeyEvent* event)
+{
+    if (!isPlanKey(*event))
+        return false;
+    const QKeyCombination keys(event->modifiers() & ~Qt::KeypadModifier, static_cast<Qt::Key>(event->key()));
+    if (keys == applyPlanKeys || keys == cancelPlanKeys) {
+        const Command& meant = command(keys == applyPlanKeys ? CommandId::applyPlan : CommandId::cancelPlan);
+        if (meant.isOffered(store_))
+            meant.run(store_);
+        return true;
+    }
+    const std::unique_ptr<QMenu> menu(makeContextMenu());
+    for (QAction* const entry : menu ? menu->findChildren<QAction*>() : QList<QAction*>()) {
+        const std::optional<CommandId> id = commandOf(*entry);
+        if (!id || command(*id).keys != keys)
+            continue;
+        if (entry->isEnabled())
+            entry->trigger();
+        else
+            store_.window().tell(store_.rewriting().whyNot({model_->hash(selectedRow())}));
+        break;
+    }
+    return true;
 }
 
 void HistoryList::contextMenuEvent(QContextMenuEvent* event)
@@ -489,6 +534,16 @@ std::vector<DropArea::Place> HistoryList::dropPlaces(QPoint position)
         places.push_back({{DropTarget::Kind::ref, gitkit::fullNameOf(found->label)},
                           QStyle::visualRect(layoutDirection(), viewport()->rect(), label)});
     }
+    // Near its edges, what is between it and its neighbours is meant.
+    const int near = area.height() / 4;
+    const bool isAbove = position.y() < area.top() + near;
+    if (isAbove || position.y() > area.bottom() - near) {
+        const std::string beneath = isAbove ? row->commit.hash : model_->hash(number + 1);
+        const bool isMovable = store_.rewriting().find(beneath) || store_.rewriting().find(row->commit.hash);
+        const QRect line(area.left(), (isAbove ? area.top() : area.bottom() + 1) - 2, area.width(), 4);
+        if (isMovable)
+            places.push_back({{DropTarget::Kind::aboveCommit, store_.rewriting().find(beneath) ? beneath : ""}, line});
+    }
     places.push_back({{DropTarget::Kind::commit, row->commit.hash}, area});
     return places;
 }
@@ -504,7 +559,10 @@ void HistoryList::hover(int row)
 bool HistoryList::showToolTip(QHelpEvent* event)
 {
     const std::optional<HistoryRow> row = model_->row(rowAt(event->pos().y()));
-    const QString text = row ? rowPainter_.toolTip(*row, columns(), logicalX(event->pos().x())) : QString();
+    QString text = row ? rowPainter_.toolTip(*row, columns(), logicalX(event->pos().x())) : QString();
+    if (const PlanSign sign = row ? planSignOf(store_.rewriting(), row->commit.hash) : PlanSign();
+        !sign.toolTip.isEmpty())
+        text = sign.toolTip;
     if (text.isEmpty())
         QToolTip::hideText();
     else
@@ -545,6 +603,7 @@ void HistoryList::paintEvent(QPaintEvent* event)
     sight.isSelected = [this](int row) { return selectionModel()->isSelected(model_->index(row)); };
     sight.hovered = hovered_;
     sight.lanes = seenLanes_;
+    sight.rewriting = &store_.rewriting();
     sight.matches = marksMatches() ? &store_.matches() : nullptr;
     HistoryBody(*model_, rowPainter_, columns(), sight).paint(painter, event->rect());
 }

@@ -82,6 +82,8 @@ private:
     void wantMoreNearEnd();
     void askForMore();
     bool handledAsReading(const QKeyEvent* event);
+    bool handledAsPlan(const QKeyEvent* event);
+    bool isPlanKey(const QKeyEvent& event) const;
 
     void beginDrag(QPoint pressed);
     std::vector<DropArea::Place> dropPlaces(QPoint position);

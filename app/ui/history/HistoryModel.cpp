@@ -2,6 +2,7 @@
 #include "app/ui/history/HistoryModel.h"
 
 #include "app/store/ShownText.h"
+#include "app/ui/history/PlanSigns.h"
 
 namespace plovik {
 
@@ -15,9 +16,13 @@ QString accessibleName(const gitkit::Commit& commit)
         u", "_s);
 }
 
-QString accessibleDescription(const gitkit::Commit& commit, bool isMatch)
+QString accessibleDescription(const gitkit::Commit& commit, bool isMatch, const PlanSign& plan)
 {
     QStringList names;
+    if (!plan.text.isEmpty())
+        names << plan.text;
+    if (plan.isPublished)
+        names << HistoryModel::tr("published");
     if (isMatch)
         names << HistoryModel::tr("matches the search");
     for (const gitkit::RefLabel& label : commit.refs)
@@ -69,8 +74,9 @@ QVariant HistoryModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole:
         return accessibleName(found->commit);
     case Qt::AccessibleDescriptionRole:
-        return accessibleDescription(found->commit, store_.history().searchesInGraph.value() &&
-                                                        store_.matches().contains(found->commit.hash));
+        return accessibleDescription(
+            found->commit, store_.history().searchesInGraph.value() && store_.matches().contains(found->commit.hash),
+            planSignOf(store_.rewriting(), found->commit.hash));
     default:
         return {};
     }

@@ -314,6 +314,12 @@ void HistoryRowPainter::paint(QPainter& painter, const HistoryRow& row, const Hi
         drawHash(painter, columns, place, row.commit.hash);
 }
 
+HistoryRowPainter::Span HistoryRowPainter::subjectOf(const HistoryRow& row, const HistoryColumns& columns)
+{
+    const RowLayout& layout = layoutOf(row, columns);
+    return {layout.subjectLeft, layout.subjectLeft + layout.subject.size().width()};
+}
+
 QString HistoryRowPainter::toolTip(const HistoryRow& row, const HistoryColumns& columns, double x)
 {
     const gitkit::Commit& commit = row.commit;

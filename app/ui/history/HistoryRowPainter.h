@@ -47,6 +47,13 @@ public:
     void paint(QPainter& painter, const HistoryRow& row, const HistoryColumns& columns, const Place& place,
                gitkit::Date now);
 
+    /// From where to where a part of a row stands.
+    struct Span {
+        double left = 0;
+        double right = 0;
+    };
+    Span subjectOf(const HistoryRow& row, const HistoryColumns& columns);
+
     /// Sets what is marked in the texts of rows, because a search looks for it.
     void setMarks(SearchMarks marks) { marks_ = std::move(marks); }
 

@@ -6,6 +6,7 @@
 #include "app/ui/commit/CommitDetailView.h"
 #include "app/ui/history/HistoryList.h"
 #include "app/ui/history/HistorySearchRow.h"
+#include "app/ui/history/PlanBar.h"
 #include "app/ui/widgets/EmptyState.h"
 #include "app/ui/widgets/SplitPane.h"
 
@@ -40,6 +41,7 @@ HistoryView::HistoryView(RepositoryStore& store, QWidget* parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     column->addWidget(searchRow_);
+    column->addWidget(new PlanBar(store, this));
     column->addWidget(pages_, 1);
 
     connect(searchRow_, &HistorySearchRow::finished, this, &HistoryView::focusList);

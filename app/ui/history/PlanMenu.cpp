@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/history/PlanMenu.h"
+
+#include "app/store/Obstacles.h"
+#include "app/store/RepositoryStore.h"
+#include "app/ui/commands/Commands.h"
+#include "app/ui/widgets/RowPainting.h"
+
+#include <QCoreApplication>
+#include <QMenu>
+
+#include <algorithm>
+#include <functional>
+
+namespace plovik {
+
+namespace {
+
+struct PlanMenuTexts {
+    Q_DECLARE_TR_FUNCTIONS(plovik::PlanMenu)
+};
+
+using Act = gitkit::RewriteStep::Act;
+
+bool isTouched(const Rewriting& rewriting, const std::vector<std::string>& commits)
+{
+    return rewriting.plan.value() && std::ranges::any_of(commits, [&](const std::string& commit) {
+               const gitkit::RewriteStep* const step = gitkit::stepOf(*rewriting.plan.value(), commit);
+               return step && *step != gitkit::RewriteStep{.commit = commit};
+           });
+}
+
+} // namespace
+
+void addPlanEntries(QMenu& menu, RepositoryStore& store, const std::vector<std::string>& commits)
+{
+    Rewriting& rewriting = store.rewriting();
+    QString whyNot = obstacle(store.changes(), store.snapshot(), Verb::rewrite);
+    if (whyNot.isEmpty())
+        whyNot = rewriting.whyNot(commits);
+    const auto add = [&](QMenu& in, CommandId id, const QString& title, std::function<void()> run) {
+        QAction* const entry = markAs(id, in.addAction(title, &menu, std::move(run)));
+        entry->setEnabled(whyNot.isEmpty());
+        entry->setToolTip(plainToolTip(whyNot));
+    };
+    menu.setToolTipsVisible(true);
+    if (commits.size() == 1)
+        add(menu, CommandId::editCommitMessage, PlanMenuTexts::tr("Edit Message…"),
+            [&store, commit = commits.front()] { store.window().showSheet(CommitMessageSheet{commit}); });
+    QMenu& more = *menu.addMenu(PlanMenuTexts::tr("Rewrite"));
+    more.setToolTipsVisible(true);
+    add(more, CommandId::squashIntoParent, PlanMenuTexts::tr("Squash into Parent"),
+        [&rewriting, commits] { rewriting.squashIntoParent(commits, Act::squash); });
+    add(more, CommandId::fixUpIntoParent, PlanMenuTexts::tr("Fix Up into Parent"),
+        [&rewriting, commits] { rewriting.squashIntoParent(commits, Act::fixUp); });
+    add(more, CommandId::moveCommitUp, PlanMenuTexts::tr("Move Up"),
+        [&rewriting, commits] { rewriting.moveUp(commits); });
+    add(more, CommandId::moveCommitDown, PlanMenuTexts::tr("Move Down"),
+        [&rewriting, commits] { rewriting.moveDown(commits); });
+    add(more, CommandId::dropCommit, PlanMenuTexts::tr("Drop"), [&rewriting, commits] { rewriting.drop(commits); });
+    if (commits.size() == 1) {
+        more.addSeparator();
+        add(more, CommandId::stopToEdit, PlanMenuTexts::tr("Stop Here to Edit…"),
+            [&rewriting, commit = commits.front()] { rewriting.stopAt(commit); });
+    }
+    if (isTouched(rewriting, commits)) {
+        more.addSeparator();
+        add(more, CommandId::keepCommit, PlanMenuTexts::tr("Leave as It Is"),
+            [&rewriting, commits] { rewriting.keep(commits); });
+    }
+    menu.addSeparator();
+}
+
+} // namespace plovik
