@@ -249,8 +249,9 @@ void MergeColumns::mousePressEvent(QMouseEvent* event)
         return;
     const QPoint point = event->position().toPoint();
     const auto segment = segmentAt(point);
-    const bool isChange = segment && result_->sides().segments[*segment].kind != Kind::equal;
-    setCurrent(isChange ? segment : std::nullopt);
+    // What the keys decide stays the same while others are only looked at.
+    if (segment && result_->sides().segments[*segment].kind != Kind::equal)
+        setCurrent(segment);
     if (const auto refused = refusalAt(point))
         refuse(*refused);
 }
