@@ -56,8 +56,24 @@ ConflictsRequest Conflicts::request() const
 
 void Conflicts::listRead()
 {
-    if (reading_.answer() && snapshot_.conflictCount() > 0)
-        list = *reading_.answer();
+    if (!reading_.answer() || snapshot_.conflictCount() == 0)
+        return;
+    const bool areNew = list.value().conflicts.empty();
+    list = *reading_.answer();
+    if (areNew)
+        tellOfAutostash();
+}
+
+/// Tells where changes are that git has stashed for a rebase and could not bring back. It calls that a success.
+void Conflicts::tellOfAutostash()
+{
+    const std::vector<gitkit::Stash>& stashes = snapshot_.stashes.value();
+    const bool isSo = !snapshot_.inProgress.value() && stash_.empty() && !stashes.empty() &&
+                      stashes.front().message == "autostash" && !list.value().conflicts.empty();
+    if (!isSo)
+        return;
+    show(list.value().conflicts.front().path);
+    window_.tell(tr("Your changes conflict with the new history. They are also safe in the stash “autostash”."));
 }
 
 const Conflict* Conflicts::find(const std::string& path) const

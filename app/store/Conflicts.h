@@ -78,6 +78,7 @@ private:
     int markerSize(const std::vector<std::string>& paths) const;
     void statusRead();
     void listRead();
+    void tellOfAutostash();
     void showStop();
     void show(const std::string& path);
 

@@ -64,6 +64,19 @@ TEST_F(StoreConflicts, AStopShowsTheFirstConflictAndNoAlert)
     EXPECT_NE(error(), "");
 }
 
+TEST_F(StoreConflicts, AnAutostashThatDoesNotFitIsTold)
+{
+    clash();
+    repo.git({"config", "rebase.autoStash", "true"}).git({"checkout", "-q", "-b", "mine", "main~1"});
+    repo.write("b", "mine\n").commit("mine").write("a", "local\n");
+    load();
+    actions::rebaseOnto(store.actors(), ref("topic")); // exits with 0
+    worker.finishAll();
+    EXPECT_NE(notice().find("“autostash”"), std::string::npos) << notice() << error();
+    EXPECT_EQ(selected(), "a");
+    EXPECT_NE(repo.read({"stash", "list"}), "");
+}
+
 TEST_F(StoreConflicts, AStatusFromBeforeDoesNotMakeAnAlertOfAStop)
 {
     clash();
