@@ -8,6 +8,7 @@
 #include "GitKit/repository/Operations.h"
 #include "GitKit/repository/TellingCommand.h"
 #include "GitKit/repository/Upstream.h"
+#include "GitKit/rewrite/Absorbing.h"
 #include "GitKit/rewrite/Hooks.h"
 #include "GitKit/rewrite/MovableReading.h"
 #include "GitKit/rewrite/Rehearsal.h"
@@ -107,6 +108,15 @@ void applyRewrite(const GitRepository& repo, const RewritePlan& plan, const Rewr
     if (move.from != move.to)
         moveKeeping(repo, gitDirectory, move);
     refs.commit();
+    tellRewritten(repo, outcome.rewritten);
+}
+
+void applyStagedInto(const GitRepository& repo, const RewritePlan& plan, const RewriteOutcome& outcome,
+                     const std::string& reason)
+{
+    waitForIndex(repo);
+    requireAsPlanned(repo, plan);
+    RefTransaction(repo, reason, updatesFor(repo, plan, outcome)).commit();
     tellRewritten(repo, outcome.rewritten);
 }
 
