@@ -9,6 +9,12 @@ namespace plovik::test {
 /// A pool that tells when everything it was given, and whatever that led to, has ended.
 class SettlingWorker : public PoolWorker {
 public:
+    SettlingWorker() = default;
+    SettlingWorker(const SettlingWorker&) = delete;
+    SettlingWorker& operator=(const SettlingWorker&) = delete;
+    /// What is under way tells this worker when it has ended.
+    ~SettlingWorker() override { settle(); }
+
     void post(Lane lane, std::function<void()> job, std::function<void()> done) override
     {
         ++underWay_;

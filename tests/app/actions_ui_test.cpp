@@ -113,8 +113,8 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     commit.subject = "Change it";
     QMenu* menu = makeCommitMenu(store, commit, &parent);
     EXPECT_EQ(entries(*menu), (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick",
-                                      "Revert", "(Reset HEAD to Here…)", "—", "Compare", "Children, Branches and Tags…",
-                                      "—", "Copy Hash", "Copy Subject"}));
+                                      "Revert", "(Reset HEAD to Here…)", "—", "(Edit Message…)", "Rewrite", "—",
+                                      "Compare", "Children, Branches and Tags…", "—", "Copy Hash", "Copy Subject"}));
     entry(*menu, u"New Tag Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewTagSheet{commit.hash}));
     entry(*menu, u"New Branch Here…"_s)->trigger();
@@ -132,8 +132,8 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     test::givenRunning(store, Verb::revert);
     EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
               (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert)",
-                      "(Reset HEAD to Here…)", "—", "Compare", "Children, Branches and Tags…", "—", "Copy Hash",
-                      "Copy Subject"}));
+                      "(Reset HEAD to Here…)", "—", "(Edit Message…)", "Rewrite", "—", "Compare",
+                      "Children, Branches and Tags…", "—", "Copy Hash", "Copy Subject"}));
 }
 
 /// A window's content over a real repository.

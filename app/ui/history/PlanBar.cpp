@@ -49,7 +49,7 @@ PlanBar::PlanBar(RepositoryStore& store, QWidget* parent)
     cancel_ = addButton(tr("Cancel"), &Rewriting::cancel);
     apply_ = addButton(tr("Apply"), &Rewriting::apply);
     apply_->setProperty("prominent", true);
-    cancel_->setToolTip(withKeys(tr("Drops the plan"), cancelPlanKeys));
+    cancel_->setToolTip(plainToolTip(withKeys(tr("Drops the plan"), cancelPlanKeys)));
     const auto follow = [this](const auto& value) { notifiers_.push_back(value.addNotifier([this] { show(); })); };
     follow(store.rewriting().plan);
     follow(store.rewriting().outcome);
