@@ -71,7 +71,7 @@ public:
                 ASSERT_EQ(wholeState(window_.repo), whole) << what << " was no step, but it has changed something";
                 continue;
             }
-            states_.push_back({what, whole, wholeState(window_.repo), before, edited});
+            states_.push_back({what, whole, wholeState(window_.repo), before, edited, stepCount() - steps});
             before = files();
         }
         restore(before); // what was edited last
@@ -84,8 +84,10 @@ public:
             const State& state = states_[index];
             SCOPED_TRACE(std::to_string(index) + ' ' + state.what);
             ASSERT_EQ(wholeState(window_.repo), state.after) << "before it is undone";
-            window_.load();
-            window_.undo();
+            for (std::size_t step = 0; step < state.steps; ++step) {
+                window_.load();
+                window_.undo();
+            }
             ASSERT_EQ(wholeState(window_.repo), state.before) << told();
             restore(state.editedFrom);
         }
@@ -98,9 +100,11 @@ public:
             SCOPED_TRACE(std::to_string(index) + ' ' + state.what);
             restore(state.editedTo);
             ASSERT_EQ(wholeState(window_.repo), state.before) << "before it is done again";
-            window_.load();
-            window_.redo();
-            window_.answer(); // what was in the way the first time is there again
+            for (std::size_t step = 0; step < state.steps; ++step) {
+                window_.load();
+                window_.redo();
+                window_.answer(); // what was in the way the first time is there again
+            }
             ASSERT_EQ(wholeState(window_.repo), state.after) << told();
         }
     }
@@ -114,6 +118,7 @@ private:
         std::string after = {};
         Files editedFrom = {};
         Files editedTo = {};
+        std::size_t steps = 1; ///< more than one where the answer to a question was an action, as with Skip
     };
 
     bool chance(int percent) { return number(100) < percent; }
