@@ -194,7 +194,7 @@ bool dropsAll(const RewritePlan& plan)
 
 Hashes movedCommits(const RewritePlan& plan)
 {
-    // What is not on the longest ascending way through the old places has moved.
+    // The longest run of commits that still stand in their old order has stayed; all others have moved.
     const std::vector<std::size_t> places = placesOf(plan);
     std::vector<std::size_t> length(places.size(), 1);
     std::vector<std::size_t> before(places.size(), places.size());

@@ -182,15 +182,17 @@ void Conflicts::keepResult(const Conflict& conflict, std::string bytes, std::opt
                            std::function<void(std::optional<FileStamp>)> kept)
 {
     const auto stamp = std::make_shared<std::optional<FileStamp>>();
-    changes_.run(
+    const bool isRunning = changes_.run(
         {.verb = Verb::takeSide,
          .operation = [conflict, bytes = std::move(bytes), seen = std::move(seen),
                        stamp](const GitRepository& repo) { *stamp = gitkit::keepResult(repo, conflict, bytes, seen); },
          .ended =
-             [stamp, kept = std::move(kept)] {
+             [stamp, kept] {
                  if (kept)
                      kept(*stamp);
              }});
+    if (!isRunning && kept) // the user is asked first
+        kept(std::nullopt);
 }
 
 void Conflicts::answer(const std::vector<Conflict>& conflicts, gitkit::ConflictAnswer answer)

@@ -27,8 +27,8 @@ struct Failure;
 /// What is in conflict, and what ends it. The list is read again after each status that has conflicts. Owned by the store;
 /// main thread.
 ///
-/// Everything that resolves shows no activity and waits for its turn. It is a step that can be taken back, and so is
-/// starting over: what the working file held before comes back with it.
+/// An action that resolves a conflict or starts one over waits for its turn and is shown only when it is slow. Each is a
+/// step that can be taken back: with it comes back what the working file held before.
 class Conflicts {
     Q_DECLARE_TR_FUNCTIONS(plovik::Conflicts)
 
@@ -56,7 +56,8 @@ public:
     void resolve(const gitkit::Conflict& conflict, std::string bytes, std::optional<gitkit::FileStamp> seen);
     /// Writes a result that is not done into the working file, so that a crash loses nothing of it; the conflict stays.
     /// `kept` gets the file's new stamp, or nullopt when nothing was written, because the file is not as `seen` says or
-    /// cannot be written. The user has been told then.
+    /// cannot be written. The user has been told then. Where the user is asked first whether programs may run, `kept` gets
+    /// nullopt at once, and a stamp if the answer is yes.
     void keepResult(const gitkit::Conflict& conflict, std::string bytes, std::optional<gitkit::FileStamp> seen,
                     std::function<void(std::optional<gitkit::FileStamp>)> kept);
     /// Answers conflicts that are not merged line by line, and takes one side of those that are.

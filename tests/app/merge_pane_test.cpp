@@ -136,6 +136,17 @@ TEST_F(MergePaneTest, AsksBeforeMarkersAreStagedAndKeepsTheFileThatIsLeft)
     EXPECT_EQ(view().undecidedCount(), 1);
 }
 
+TEST_F(MergePaneTest, ResolvesNoOtherFileThanTheOneThatWasMeant)
+{
+    view().editor()->choose(*view().columns()->current(), gitkit::MergeChoice::left);
+    Q_EMIT view().resultSettled();
+    Q_EMIT view().resolveRequested(); // waits until the file is written
+    select("b");
+    EXPECT_NE(repo.read({"ls-files", "-u", "b"}), "");
+    EXPECT_EQ(file("a"), "top\nleft\nend\n");
+    EXPECT_EQ(view().path(), "b");
+}
+
 TEST_F(MergePaneTest, StartsOverAndBringsBackWhatWasWritten)
 {
     choose(gitkit::MergeChoice::none);

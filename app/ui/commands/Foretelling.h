@@ -15,8 +15,8 @@ class QMenu;
 
 namespace plovik {
 
-/// Finds out what an action would do while the pointer, or the selection, is on it. What is not asked for any more is
-/// ended. Main thread.
+/// Finds out what an action would do while the pointer or the selection is on its entry. Ends the reading when the entry is
+/// left. Main thread.
 class Foretelling : public QObject {
     Q_OBJECT
 

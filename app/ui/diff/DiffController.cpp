@@ -204,7 +204,7 @@ std::optional<gitkit::LineRange> DiffController::linesAtHand() const
     if (rows.empty() && current_ >= 0)
         rows.push_back(current_);
     std::optional<gitkit::LineRange> lines;
-    // What is not committed has no history: of a diff of the working copy it is that of the lines before.
+    // Lines that are not committed have no history. In a diff of the working copy the old lines are looked up instead.
     const std::optional<LinesInHead>& inHead = diff_.content().inHead;
     for (const int row : rows) {
         const auto& at = diff_.document().row(row);

@@ -40,7 +40,7 @@ public Q_SLOTS:
     void redo();
 
 Q_SIGNALS:
-    /// The text or a choice has changed, whoever changed it.
+    /// The text or a choice has changed: by the user, by undo, or by what another program wrote.
     void resultChanged();
     void scrolled();
 

@@ -79,6 +79,7 @@ void MergePane::empty()
     ignoresLineEnds_ = false;
     seen_.reset();
     suspected_.reset();
+    afterKeep_ = nullptr; // it was meant for the file that is left
     if (!std::exchange(shown_, {}).empty())
         Q_EMIT filledChanged();
 }
@@ -167,6 +168,13 @@ std::optional<std::string> MergePane::currentBytes()
 /// Writes what has been decided and written so far into the working file.
 void MergePane::keep()
 {
+    // A question whether programs may run comes with what the user asks for, and not while a text is written.
+    if (!store_.changes().asksFirst(Verb::takeSide))
+        write();
+}
+
+void MergePane::write()
+{
     if (shown_.empty() || isKeeping_ || !merging_ || !seen_ || !view_->isChanged())
         return;
     auto bytes = currentBytes();
@@ -179,8 +187,10 @@ void MergePane::keep()
         [this, bytes = *bytes, path, guard = QPointer<MergePane>(this)](std::optional<gitkit::FileStamp> stamp) {
             if (guard && path == shown_)
                 kept(bytes, stamp);
-            else if (guard)
+            else if (guard) {
                 isKeeping_ = false;
+                keep(); // of the file that is shown by now
+            }
         });
 }
 
@@ -243,14 +253,14 @@ void MergePane::startOver()
 {
     if (shown_.empty() || !merging_)
         return;
-    keep(); // so that it can be brought back
+    write(); // so that it can be brought back
     const auto begin = [this] {
         if (merging_)
             store_.conflicts().startOver(*merging_);
     };
     if (isKeeping_)
         afterKeep_ = begin;
-    else
+    else if (!view_->isChanged() || currentBytes() == kept_)
         begin();
 }
 

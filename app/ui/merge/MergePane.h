@@ -48,6 +48,7 @@ private:
     void fill(const MergeRequest& request, const ReadMerge& merge);
     std::optional<std::string> currentBytes();
     void keep();
+    void write();
     void kept(std::string bytes, std::optional<gitkit::FileStamp> stamp);
     void resolve();
     void resolveNow();
