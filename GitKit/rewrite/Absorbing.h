@@ -2,9 +2,11 @@
 #pragma once
 
 #include "GitKit/records/Absorb.h"
+#include "GitKit/records/CommitMode.h"
 #include "GitKit/records/RewriteOutcome.h"
 #include "GitKit/records/RewritePlan.h"
 
+#include <optional>
 #include <string>
 
 namespace gitkit {
@@ -17,15 +19,26 @@ class GitRepository;
 
 /// Finds for each staged change of lines the commit that it belongs to. Binary files and whole files stay staged.
 AbsorbProposal absorbProposal(const GitRepository& repo);
+/// Returns what is staged, as AbsorbProposal::staged has it.
+std::string stagedList(const GitRepository& repo);
 
 /// Writes the commits with the changes in them: each of `proposal` that has a target. No ref leads to them. Merges nothing,
-/// so it never conflicts. Throws ErrorKind::changedMeanwhile where lines are not what the proposal has, and where the newest
-/// tree is not HEAD's with these changes.
-RewriteOutcome absorbed(const GitRepository& repo, const AbsorbProposal& proposal);
+/// so it never conflicts. Asks the hooks first that may refuse a rebase or a commit of what is staged. Throws
+/// ErrorKind::changedMeanwhile where something else is staged than the proposal has, and where the newest tree is not
+/// HEAD's with these changes; and rejectedByHook.
+RewriteOutcome absorbed(const GitRepository& repo, const AbsorbProposal& proposal,
+                        CommitHooks hooks = CommitHooks::run);
 
-/// Writes the commits of a plan that changes nothing, with all that is staged in one of them. Throws ErrorKind::conflicts where
-/// it does not fit there, and nothingToDo where nothing is staged.
-RewriteOutcome withStagedIn(const GitRepository& repo, const RewritePlan& plan, const std::string& commit);
+/// How what is staged goes into a commit.
+struct StagedInto {
+    std::optional<std::string> message = {}; ///< UTF-8; nullopt: it keeps its own
+    CommitHooks hooks = CommitHooks::run;
+};
+
+/// Writes the commits of a plan that changes nothing, with all that is staged in one of them. Throws as absorbed() does,
+/// ErrorKind::conflicts where it does not fit there, and nothingToDo where nothing is staged and no other message is given.
+RewriteOutcome withStagedIn(const GitRepository& repo, const RewritePlan& plan, const std::string& commit,
+                            const StagedInto& how = {});
 
 /// Moves the branch and those along to commits that were written so. Throws as applyRewrite() does.
 void applyStagedInto(const GitRepository& repo, const RewritePlan& plan, const RewriteOutcome& outcome,

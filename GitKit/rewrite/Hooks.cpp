@@ -21,7 +21,22 @@ GitOutput runHook(const GitRepository& repo, const std::string& name, const std:
                                ") && test -x \"$hook\" || exit 0; exec \"$hook\" \"$@\"; }; f";
     std::vector<std::string> command{"plovik-hook"};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return repo.runner().output(command, {.input = input, .settings = {"alias.plovik-hook=" + script}});
+    return repo.runner().output(
+        command, {.input = input, .environment = {{"GIT_EDITOR", ":"}}, .settings = {"alias.plovik-hook=" + script}});
+}
+
+/// Throws where a hook does not agree.
+void ask(const GitRepository& repo, const std::string& name, const std::vector<std::string>& arguments)
+{
+    if (!hasHook(repo, name))
+        return;
+    const GitOutput answer = runHook(repo, name, arguments);
+    if (answer.status == 0)
+        return;
+    const std::string said(trimmed(answer.errorText() + answer.text()));
+    throw GitError(name == "pre-rebase" ? "rebase" : "commit", answer.status,
+                   said.empty() ? "The " + name + " hook has refused this." : said, ErrorKind::rejectedByHook,
+                   said.empty() ? Speaker::plovik : Speaker::hook);
 }
 
 } // namespace
@@ -32,16 +47,12 @@ bool hasHook(const GitRepository& repo, const std::string& name)
     return ::access((repo.root() / path).c_str(), X_OK) == 0;
 }
 
-void askPreRebase(const GitRepository& repo, const std::string& upstream)
+void askPreRebase(const GitRepository& repo, const std::string& upstream) { ask(repo, "pre-rebase", {upstream}); }
+
+void askBeforeStaged(const GitRepository& repo, const std::string& base)
 {
-    if (!hasHook(repo, "pre-rebase"))
-        return;
-    const GitOutput answer = runHook(repo, "pre-rebase", {upstream});
-    if (answer.status == 0)
-        return;
-    const std::string said(trimmed(answer.errorText() + answer.text()));
-    throw GitError("rebase", answer.status, said.empty() ? "The pre-rebase hook has refused this." : said,
-                   ErrorKind::rejectedByHook, said.empty() ? Speaker::plovik : Speaker::hook);
+    askPreRebase(repo, base.empty() ? "--root" : base);
+    ask(repo, "pre-commit", {});
 }
 
 void tellRewritten(const GitRepository& repo, const std::vector<std::pair<std::string, std::string>>& commits)

@@ -16,6 +16,10 @@ bool hasHook(const GitRepository& repo, const std::string& name);
 /// what it has said when it refuses.
 void askPreRebase(const GitRepository& repo, const std::string& upstream);
 
+/// Asks the hooks whether what is staged may become part of commits above `base`: pre-rebase as askPreRebase() does, and
+/// pre-commit, which judges all that is staged and may stage more. Throws ErrorKind::rejectedByHook.
+void askBeforeStaged(const GitRepository& repo, const std::string& base);
+
 /// Tells the hook which commits have become others, and copies notes, as git does after a rebase. What fails is not told:
 /// the commits are rewritten.
 void tellRewritten(const GitRepository& repo, const std::vector<std::pair<std::string, std::string>>& commits);
