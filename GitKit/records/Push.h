@@ -9,6 +9,16 @@
 
 namespace gitkit {
 
+/// A branch that has become another one here, while its place on the remote still has what it was.
+struct RewrittenBranch {
+    std::string branch; ///< the local one, without refs/heads
+    RemoteBranch to;
+    std::string there = {}; ///< full hash that the remote's branch is known to have
+    int missed = 0;         ///< commits that only the remote has; the branch has had them all
+
+    bool operator==(const RewrittenBranch&) const = default;
+};
+
 /// What a push sends, and where it goes.
 struct Push {
     std::string branch; ///< the local one, without refs/heads
@@ -16,7 +26,8 @@ struct Push {
     std::string there = {}; ///< full hash that the remote's branch is known to have; empty when it is not there
     bool replaces = false;  ///< the commits there go away, if they are still those
     bool setsUpstream = false;
-    std::vector<std::string> tags = {}; ///< that go along, all or nothing; without refs/tags
+    std::vector<std::string> tags = {};      ///< that go along, all or nothing; without refs/tags
+    std::vector<RewrittenBranch> along = {}; ///< that replace what is there by the same push, all or nothing
 
     bool operator==(const Push&) const = default;
 };
@@ -74,7 +85,9 @@ struct PushPreview {
     std::string there;                    ///< full hash of the remote's, as far as known; empty when none is known
     int sent = 0;                         ///< commits that the remote gets
     int missed = 0;                       ///< commits that only the remote has
+    int strangers = 0;                    ///< commits among these that the branch has never had
     std::vector<ForeignCommit> foreign;   ///< the newest of these
+    std::vector<RewrittenBranch> along;   ///< other branches that could be pushed with it
     std::vector<RangeDiffRow> comparison; ///< of both versions, the oldest first; empty where they are too long
     std::vector<std::string> tags;        ///< on the commits that the remote gets
     bool isUpstream = false;              ///< the branch follows that one already

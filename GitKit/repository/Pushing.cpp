@@ -6,6 +6,7 @@
 #include "GitKit/repository/Divergence.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/RefArguments.h"
+#include "GitKit/repository/RewrittenBranches.h"
 #include "GitKit/repository/TellingCommand.h"
 #include "GitKit/runner/GitError.h"
 
@@ -27,46 +28,6 @@ constexpr const char* mostTagged = "--max-count=20000";
 
 std::string branchRef(const std::string& name) { return "refs/heads/" + name; }
 std::string tagRef(const std::string& name) { return "refs/tags/" + name; }
-
-std::string hashOf(const GitRepository& repo, const std::string& revision)
-{
-    const GitOutput found = repo.runner().output({"rev-parse", "--verify", "--quiet", revision});
-    return found.status == 0 ? std::string(withoutLineEnd(found.stdoutBytes)) : std::string();
-}
-
-/// Returns what `ref` is called here by such a rule of a remote, like +refs/heads/*:refs/remotes/origin/*; empty when the
-/// rule is for others.
-std::string mapped(std::string_view rule, std::string_view ref)
-{
-    if (rule.starts_with('+'))
-        rule.remove_prefix(1);
-    const std::size_t colon = rule.find(':');
-    if (colon == std::string_view::npos || rule.starts_with('^'))
-        return {};
-    const std::string_view from = rule.substr(0, colon);
-    const std::string_view to = rule.substr(colon + 1);
-    const std::size_t star = from.find('*');
-    if (star == std::string_view::npos)
-        return from == ref ? std::string(to) : std::string();
-    const std::string_view end = from.substr(star + 1);
-    if (ref.size() + 1 < from.size() || !ref.starts_with(from.substr(0, star)) || !ref.ends_with(end))
-        return {};
-    std::string result(to);
-    if (const std::size_t place = result.find('*'); place != std::string::npos)
-        result.replace(place, 1, ref.substr(star, ref.size() - star - end.size()));
-    return result;
-}
-
-/// Returns the full name of the ref that remembers where the remote's branch was at the last fetch; empty when none does.
-std::string trackingRef(const GitRepository& repo, const RemoteBranch& branch)
-{
-    const GitOutput rules = repo.runner().output({"config", "-z", "--get-all", "remote." + branch.remote + ".fetch"});
-    for (const std::string& rule : splitNul(rules.stdoutBytes)) {
-        if (std::string found = mapped(rule, branchRef(branch.branch)); !found.empty())
-            return found;
-    }
-    return {};
-}
 
 /// Returns the arguments that leave out what the remote has already.
 Arguments without(const PushPreview& preview, const RemoteBranch& to)
@@ -93,17 +54,24 @@ std::vector<ForeignCommit> foreignCommits(const GitRepository& repo, const PushP
     return commits;
 }
 
-std::vector<std::string> tagsOnSent(const GitRepository& repo, const PushPreview& preview, const RemoteBranch& to)
+using Sent = std::set<std::string, std::less<>>;
+
+Sent sentCommits(const GitRepository& repo, const PushPreview& preview, const RemoteBranch& to)
 {
     Arguments command{"rev-list", mostTagged, preview.ours};
     const Arguments rest = without(preview, to);
     command.insert(command.end(), rest.begin(), rest.end());
     command.emplace_back("--");
-    std::set<std::string, std::less<>> sent;
+    Sent sent;
     const std::string hashes = repo.runner().bytes(command);
     Pieces lines(hashes, '\n');
     while (const auto line = lines.next())
         sent.emplace(*line);
+    return sent;
+}
+
+std::vector<std::string> tagsOnSent(const GitRepository& repo, const Sent& sent)
+{
     std::vector<std::string> tags;
     if (sent.empty())
         return tags;
@@ -116,6 +84,25 @@ std::vector<std::string> tagsOnSent(const GitRepository& repo, const PushPreview
             tags.emplace_back((*fields)[0]);
     }
     return tags;
+}
+
+/// Returns the other branches on the commits that are sent, where the remote has what they were before.
+std::vector<RewrittenBranch> rewrittenAlong(const GitRepository& repo, const Sent& sent, const PushQuestion& question)
+{
+    std::vector<std::string> names;
+    const std::string listed =
+        repo.runner().bytes({"for-each-ref", "--format=%(objectname)%00%(refname)", "refs/heads"});
+    Pieces records(listed, '\n');
+    while (const auto record = records.next()) {
+        const auto fields = splitFields<2>(*record, '\0');
+        if (fields && sent.contains((*fields)[0]) && (*fields)[1] != branchRef(question.branch))
+            names.emplace_back((*fields)[1]);
+    }
+    std::vector<RewrittenBranch> along = rewrittenBranches(repo, names);
+    std::erase_if(along, [&](const RewrittenBranch& branch) {
+        return branch.to.remote != question.to.remote || branch.to == question.to;
+    });
+    return along;
 }
 
 /// Returns nothing where git cannot compare them.
@@ -189,11 +176,15 @@ PushPreview pushPreview(const GitRepository& repo, const PushQuestion& question)
         preview.sent = counts.ahead;
         preview.missed = counts.behind;
     }
-    if (preview.missed > 0)
+    const Sent sent = sentCommits(repo, preview, question.to);
+    if (preview.missed > 0) {
         preview.foreign = foreignCommits(repo, preview);
+        preview.strangers = strangersIn(repo, branchRef(question.branch), preview.there);
+        preview.along = rewrittenAlong(repo, sent, question);
+    }
     if (preview.missed > 0 && preview.missed <= mostCompared && preview.sent <= mostCompared)
         preview.comparison = compared(repo, preview);
-    preview.tags = tagsOnSent(repo, preview, question.to);
+    preview.tags = tagsOnSent(repo, sent);
     const std::string upstream = std::string(
         withoutLineEnd(repo.runner().bytes({"for-each-ref", "--format=%(upstream)", branchRef(question.branch)})));
     preview.isUpstream = !upstream.empty() && upstream == tracking;
@@ -217,11 +208,15 @@ void pushBranch(const GitRepository& repo, const Push& push)
     Arguments arguments{"push", "--progress", "--no-follow-tags", "--recurse-submodules=check"};
     if (push.replaces || push.there.empty())
         arguments.push_back("--force-with-lease=" + there + ':' + push.there);
-    if (!push.tags.empty())
+    for (const RewrittenBranch& other : push.along)
+        arguments.push_back("--force-with-lease=" + branchRef(other.to.branch) + ':' + other.there);
+    if (!push.tags.empty() || !push.along.empty())
         arguments.emplace_back("--atomic");
     if (push.setsUpstream)
         arguments.emplace_back("-u");
     arguments.insert(arguments.end(), {remote, branchRef(push.branch) + ':' + there});
+    for (const RewrittenBranch& other : push.along)
+        arguments.push_back(branchRef(other.branch) + ':' + branchRef(other.to.branch));
     for (const std::string& tag : push.tags)
         arguments.push_back(tagRef(tag) + ':' + tagRef(tag));
     runTelling(repo.runner(), arguments);
@@ -291,20 +286,26 @@ void pushTags(const GitRepository& repo, const std::string& remote, const std::v
     }
 }
 
-void pushBack(const GitRepository& repo, const LostThere& lost)
+void pushBack(const GitRepository& repo, const std::vector<LostThere>& lost)
 {
-    requireNoMirror(repo, lost.branch.remote);
-    const std::string ref = branchRef(lost.branch.branch);
+    const std::string& remote = lost.front().branch.remote;
+    requireNoMirror(repo, remote);
+    Arguments arguments{"push", "--progress", "--no-follow-tags", "--recurse-submodules=no"};
+    if (lost.size() > 1)
+        arguments.emplace_back("--atomic");
+    for (const LostThere& each : lost)
+        arguments.push_back("--force-with-lease=" + branchRef(each.branch.branch) + ':' + each.left);
+    arguments.push_back(newNameArgument("push", remote));
+    for (const LostThere& each : lost)
+        arguments.push_back(exactArgument("push", each.had) + ':' + branchRef(each.branch.branch));
     try {
-        runTelling(repo.runner(),
-                   {"push", "--progress", "--no-follow-tags", "--recurse-submodules=no",
-                    "--force-with-lease=" + ref + ':' + lost.left, newNameArgument("push", lost.branch.remote),
-                    exactArgument("push", lost.had) + ':' + ref});
+        runTelling(repo.runner(), arguments);
     } catch (const GitError& error) {
         if (error.kind() != ErrorKind::notFastForward)
             throw;
         throw GitError("push", error.status(),
-                       inQuotes(lost.branch.branch) + " on " + inQuotes(lost.branch.remote) +
+                       (lost.size() > 1 ? "One of the branches" : inQuotes(lost.front().branch.branch)) + " on " +
+                           inQuotes(remote) +
                            " is not as it was left any more. Nothing was pushed. Fetch, and look again.",
                        ErrorKind::changedMeanwhile);
     }

@@ -36,9 +36,9 @@ TagsBeside tagsBeside(const GitRepository& repo, const std::string& remote);
 /// Pushes tags, without refs/tags. One that is there by now under another hash is refused; the others are pushed.
 void pushTags(const GitRepository& repo, const std::string& remote, const std::vector<std::string>& tags);
 
-/// Gives a remote's branch back the commit that it had, if it is still as it was left. Throws ErrorKind::changedMeanwhile when
-/// it is not.
-void pushBack(const GitRepository& repo, const LostThere& lost);
+/// Gives branches of one remote back the commits that they had, all or none, if they are still as they were left. Throws
+/// ErrorKind::changedMeanwhile when one is not.
+void pushBack(const GitRepository& repo, const std::vector<LostThere>& lost);
 
 /// Deletes a ref of a remote, given by its full name there, if it is still `seen`. Throws ErrorKind::changedMeanwhile when it
 /// is not, and when it is gone already.

@@ -52,6 +52,20 @@ bool makesCommit(const UndoStep& step)
            step.kind == "revert";
 }
 
+/// Returns the branches that a step may have moved to something else than what comes on top of them.
+std::vector<std::string> rewrittenBy(const UndoStep& step)
+{
+    constexpr std::string_view heads = "refs/heads/";
+    std::vector<std::string> names;
+    if (isPublished(step) || (makesCommit(step) && step.kind != "amend") || step.kind == "fast-forward")
+        return names;
+    for (const gitkit::RefUpdate& ref : step.refs) {
+        if (ref.name.starts_with(heads) && ref.from && ref.to)
+            names.push_back(ref.name);
+    }
+    return names;
+}
+
 /// Returns the end of a branch's full name, as it is shown.
 QString shortName(const std::string& fullName)
 {
@@ -136,7 +150,8 @@ void Undo::kept(const StepKeeping& keeping)
     if (!keeping.movedIgnored().empty())
         tellMovedAside(keeping.movedIgnored());
     if (!keeping.what().done.isEmpty())
-        say(keeping.what().done, isPublished(*keeping.step()) ? Said::Offer::none : Said::Offer::undo);
+        said = Said{++lastSaid_, keeping.what().done,
+                    isPublished(*keeping.step()) ? Said::Offer::none : Said::Offer::undo, rewrittenBy(*keeping.step())};
 }
 
 void Undo::add(UndoStep step)

@@ -73,6 +73,8 @@ public:
         quint64 number = 0; ///< grows with each
         QString sentence;
         Offer offer = Offer::none;
+        /// Full names of the branches that it has moved to other commits than new ones of its own on top.
+        std::vector<std::string> rewritten = {};
 
         bool operator==(const Said&) const = default;
     };

@@ -318,14 +318,14 @@ Undoable pull(gitkit::PullBy how, const std::function<std::optional<std::string>
     return undo;
 }
 
-Undoable push(const std::string& branch, const std::string& remote, const std::optional<std::string>& lost)
+Undoable push(const std::string& branch, const std::string& remote, const std::vector<std::string>& lost)
 {
     Undoable undo{.title = UndoTexts::tr("Push to %1").arg(shownText(remote)),
                   .done = UndoTexts::tr("Pushed %1 to %2.").arg(shownText(branch), shownText(remote)),
                   .scope = {.kind = "push"}};
     // What the remote had is kept, so that it can be pushed back.
-    if (lost)
-        undo.scope.refs = {"refs/remotes/" + remote + '/' + *lost};
+    for (const std::string& there : lost)
+        undo.scope.refs.push_back("refs/remotes/" + remote + '/' + there);
     return undo;
 }
 

@@ -56,9 +56,9 @@ Undoable revert(const gitkit::Pick& pick);
 Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch);
 /// `fetched` tells what was fetched for it, as fetchToPull() does, once that has happened.
 Undoable pull(gitkit::PullBy how, const std::function<std::optional<std::string>()>& fetched);
-/// For the list of what has happened: it cannot be taken back. `lost` is the branch there whose commits a push replaces.
-Undoable push(const std::string& branch, const std::string& remote,
-              const std::optional<std::string>& lost = std::nullopt);
+/// For the list of what has happened: it cannot be taken back. `lost` are the branches there whose commits a push
+/// replaces.
+Undoable push(const std::string& branch, const std::string& remote, const std::vector<std::string>& lost = {});
 /// The same for a branch or tag that is deleted there, by its full name there.
 Undoable deleteOnRemote(const std::string& ref, const std::string& remote);
 

@@ -737,6 +737,13 @@
             <numerusform>This sends %n commits to %1. Others may fetch that within seconds.</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n commit(s) among them never stood on %1 here: somebody else may have pushed.</source>
+        <translation>
+            <numerusform>%n commit among them never stood on %1 here: somebody else may have pushed.</numerusform>
+            <numerusform>%n commits among them never stood on %1 here: somebody else may have pushed.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::Pushes</name>

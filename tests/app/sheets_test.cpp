@@ -9,6 +9,7 @@
 #include "app/ui/dialogs/RequestDialog.h"
 #include "app/ui/settings/GeneralTab.h"
 #include "app/ui/widgets/TerminalText.h"
+#include "app/ui/window/QuietLine.h"
 #include "app/ui/window/RepositoryView.h"
 #include "tests/app/GivenRunning.h"
 #include "tests/app/SettlingWorker.h"
@@ -413,6 +414,36 @@ TEST_F(DialogsTest, APushSaysWhatGoesWhere)
     EXPECT_FALSE(dialog());
     EXPECT_EQ(remote.read({"rev-parse", "topic", "v2"}), repo.head() + '\n' + repo.head());
     EXPECT_EQ(repo.read({"config", "branch.main.merge"}), "refs/heads/topic");
+
+    // What was just rewritten is one click from there, with the branches that moved along.
+    repo.git({"branch", "-q", "low"}).git({"push", "-q", "-u", "origin", "low"});
+    repo.git({"commit", "-q", "--allow-empty", "-m", "three"}).git({"push", "-q", "origin", "main:topic"});
+    store.snapshot().refresh(RefreshScope::full);
+    store.rewriting().watch();
+    ASSERT_TRUE(worker.settle());
+    store.rewriting().reword(repo.read({"rev-parse", "low"}), u"two at last"_s);
+    ASSERT_TRUE(worker.settle());
+    store.rewriting().apply();
+    ASSERT_TRUE(worker.settle());
+    auto* const way = named<QPushButton>(*view.findChild<QuietLine*>(), u"Push…"_s);
+    ASSERT_TRUE(way->isVisible());
+    EXPECT_EQ(way->toolTip(), u"origin/topic still has what “main” was before"_s);
+    way->click();
+    ASSERT_TRUE(worker.settle());
+    auto* const along = named<QCheckBox>(*dialog(), u"Replace the branches that moved along, too: “low”"_s);
+    ASSERT_TRUE(along);
+    EXPECT_FALSE(along->isChecked());
+    EXPECT_TRUE(says(u"This takes 2 commits off origin/topic for everybody, unless somebody has pushed since. Undo "
+                     "cannot bring that back."_s));
+    named<QCheckBox>(*dialog(), u"Replace what is there"_s)->setChecked(false);
+    EXPECT_FALSE(along->isVisible());
+    named<QCheckBox>(*dialog(), u"Replace what is there"_s)->setChecked(true);
+    along->setChecked(true);
+    button(u"Push"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(remote.read({"rev-parse", "topic", "low"}), repo.read({"rev-parse", "main", "low"}));
+    repo.git({"branch", "-q", "-D", "low"});
+    remote.git({"branch", "-q", "-D", "low"});
 
     // The rename goes there, too.
     store.window().showSheet(RenameBranchSheet{"main"});

@@ -3,10 +3,13 @@
 
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Pushing.h"
+#include "GitKit/repository/RewrittenBranches.h"
 #include "GitKit/runner/GitError.h"
 #include "tests/support/TestRepository.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace gitkit {
 namespace {
@@ -89,6 +92,51 @@ TEST_F(Pushing, ReplacesOnlyWhatWasSeen)
     EXPECT_EQ(there(), bobs);
     push(bobs)(repo.repository());
     EXPECT_EQ(there(), repo.head());
+}
+
+TEST_F(Pushing, TellsItsOwnOldVersionsFromTheWorkOfOthers)
+{
+    repo.git({"checkout", "-q", "-b", "mid"}).write("b", "1").commit("two").git({"push", "-q", "-u", "origin", "mid"});
+    repo.git({"branch", "ahead"}).git({"push", "-q", "-u", "origin", "ahead"}).git({"branch", "own", "mid"});
+    repo.git({"checkout", "-q", "-B", "main"}).write("c", "1").commit("three");
+    repo.git({"push", "-q", "-u", "origin", "main"});
+    const std::string old = repo.head();
+    repo.git({"checkout", "-q", "mid"}).git({"commit", "-q", "--amend", "-m", "two again"});
+    repo.git({"rebase", "-q", "--onto", "mid", "HEAD@{1}", "main"}).git({"branch", "-f", "own", "mid"});
+    const Names all{"refs/heads/main", "refs/heads/mid", "refs/heads/ahead", "refs/heads/own"};
+
+    const RewrittenBranch mid{"mid", {"origin", "mid"}, there("refs/heads/mid"), 1};
+    std::vector<RewrittenBranch> found = rewrittenBranches(repo.repository(), all);
+    EXPECT_EQ(found, (std::vector{RewrittenBranch{"main", main, old, 2}, mid}));
+    EXPECT_EQ(topmost(repo.repository(), found)->branch, "main");
+    std::ranges::reverse(found);
+    repo.git({"checkout", "-q", "--detach"});
+    EXPECT_EQ(topmost(repo.repository(), found)->branch, "main") << "it stands on the other one";
+    const PushPreview preview = pushPreview(repo.repository(), {"main", main});
+    EXPECT_EQ(preview.strangers, 0);
+    EXPECT_EQ(preview.along, (std::vector{mid}));
+
+    // Both go or none.
+    bob.git({"fetch", "-q"}).git({"checkout", "-q", "mid"}).write("x", "1").commit("bobs").git({"push", "-q"});
+    const std::string bobs = there("refs/heads/mid");
+    const Push push{.branch = "main", .to = main, .there = old, .replaces = true, .along = preview.along};
+    EXPECT_EQ(refusal([&](const GitRepository& door) { pushBranch(door, push); }), ErrorKind::notFastForward);
+    EXPECT_EQ(there(), old);
+    EXPECT_EQ(lookAtRemote(repo.repository(), mid.to), bobs);
+    EXPECT_TRUE(pushPreview(repo.repository(), {"main", main}).along.empty()) << "that would take what bob has made";
+    EXPECT_EQ(strangersIn(repo.repository(), "refs/heads/mid", bobs), 1);
+    remote.git({"update-ref", "refs/heads/mid", mid.there});
+    pushBranch(repo.repository(), push);
+    EXPECT_EQ(there(), repo.head());
+    EXPECT_EQ(there("refs/heads/mid"), repo.read({"rev-parse", "mid"}));
+
+    // And both go back, or none.
+    std::vector<LostThere> lost{{main, old, repo.head()}, {mid.to, mid.there, bobs}};
+    EXPECT_EQ(refusal([&](const GitRepository& door) { pushBack(door, lost); }), ErrorKind::changedMeanwhile);
+    EXPECT_EQ(there(), repo.head());
+    lost[1].left = there("refs/heads/mid");
+    pushBack(repo.repository(), lost);
+    EXPECT_EQ(there() + there("refs/heads/mid"), old + mid.there);
 }
 
 TEST_F(Pushing, AFirstPushMakesABranchAndReplacesNone)

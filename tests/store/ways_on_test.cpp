@@ -284,14 +284,24 @@ TEST_F(WaysOn, ARejectedPushNamesWhatIsThereAndGoesOn)
 
     // Replacing begins with the sheet, and with what the remote has said.
     remote.git({"update-ref", "refs/heads/main", theirs});
-    repo.git({"reset", "-q", "--hard", ours});
+    repo.git({"reset", "-q", "--hard", ours}).git({"reflog", "expire", "--expire=now", "--all"});
     load();
     push();
     store.window().choose(store.window().confirmation.value()->id, 1);
     EXPECT_EQ(store.window().sheet.value(), SheetKind(PushSheet{"main", {"origin", "main"}, theirs, true}));
 
+    // Where the branch has had what is there, that is only what it was before.
+    store.window().closeSheet();
+    repo.git({"reset", "-q", "--hard", theirs}).git({"reset", "-q", "--hard", ours});
+    load();
+    actions::push(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(error() + asked(), "");
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(PushSheet{"main", {"origin", "main"}, theirs, true}));
+
     // A pull would bring nothing of the remote that is pushed to.
     store.window().closeSheet();
+    repo.git({"reflog", "expire", "--expire=now", "--all"});
     repo.git({"remote", "add", "other", remote.path().string()}).git({"config", "remote.pushDefault", "other"});
     load();
     actions::push(store.actors());
@@ -299,6 +309,52 @@ TEST_F(WaysOn, ARejectedPushNamesWhatIsThereAndGoesOn)
     ASSERT_TRUE(store.window().confirmation.value()) << error();
     EXPECT_EQ(store.window().confirmation.value()->actionTitle.toStdString(), "Replace…");
     EXPECT_TRUE(store.window().confirmation.value()->choices.empty());
+}
+
+TEST_F(WaysOn, BranchesThatMovedAlongArePushedTogetherAndComeBackTogether)
+{
+    repo.git({"checkout", "-q", "-b", "low"}).write("b", "2\n").commit("low");
+    repo.git({"checkout", "-q", "-b", "high"}).write("c", "2\n").commit("high");
+    repo.git({"push", "-q", "-u", "origin", "low", "high"});
+    const std::string low = repo.read({"rev-parse", "low"});
+    const std::string high = repo.head();
+    load();
+    store.undo().showTimeline();
+    store.rewriting().watch();
+    worker.finishAll();
+    store.rewriting().reword(low, QStringLiteral("low again"));
+    worker.finishAll();
+    store.rewriting().apply();
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    ASSERT_TRUE(store.undo().said.value());
+    EXPECT_EQ(store.undo().said.value()->rewritten, (std::vector<std::string>{"refs/heads/high", "refs/heads/low"}));
+
+    const gitkit::Push push{.branch = "high",
+                            .to = {"origin", "high"},
+                            .there = high,
+                            .replaces = true,
+                            .along = {{"low", {"origin", "low"}, low, 1}}};
+    remote.git({"update-ref", "refs/heads/low", "main"});
+    actions::pushBranch(store.actors(), push);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(notice(), "origin/low has moved meanwhile. Nothing was pushed.");
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(PushSheet{"high", {"origin", "high"}, high, true}));
+    store.window().closeSheet();
+    remote.git({"update-ref", "refs/heads/low", low});
+    repo.git({"fetch", "-q"});
+    actions::pushBranch(store.actors(), push);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(remote.read({"rev-parse", "low", "high"}), repo.read({"rev-parse", "low", "high"}));
+
+    const auto lost = actions::lostByPush(store.snapshot(), store.undo().timeline.value()->front().step);
+    ASSERT_EQ(lost.size(), 2U);
+    actions::confirmPushBack(store.actors(), lost);
+    EXPECT_EQ(asked(), "Push “high”, “low” back to origin?|");
+    confirm();
+    EXPECT_EQ(remote.read({"rev-parse", "low", "high"}), low + '\n' + high) << error();
 }
 
 TEST_F(WaysOn, APushBesideAnotherOneIsShownAnewAndNeverForced)
@@ -558,6 +614,7 @@ TEST_F(WaysOn, WhatAPushHasReplacedOrDeletedIsPushedBack)
 {
     repo.git({"push", "-q", "-u", "origin", "topic"});
     load();
+    using Lost = std::vector<gitkit::LostThere>;
     const std::string topic = ref("topic").hash;
     const auto lost = [&] {
         return actions::lostByPush(store.snapshot(), store.undo().timeline.value()->front().step);
@@ -568,15 +625,15 @@ TEST_F(WaysOn, WhatAPushHasReplacedOrDeletedIsPushedBack)
     actions::confirmDeleteOnRemote(store.actors(), store.snapshot().remoteBranches.value().at(1), "origin");
     confirm();
     EXPECT_EQ(remote.read({"branch", "--list", "topic"}), "") << error();
-    const std::optional<gitkit::LostThere> deleted = lost();
-    ASSERT_EQ(deleted, (gitkit::LostThere{{"origin", "topic"}, topic, ""}));
-    actions::confirmPushBack(store.actors(), *deleted);
+    const Lost deleted = lost();
+    ASSERT_EQ(deleted, (Lost{{{"origin", "topic"}, topic, ""}}));
+    actions::confirmPushBack(store.actors(), deleted);
     EXPECT_EQ(asked(), "Push “topic” back to origin?|");
     confirm();
     EXPECT_EQ(remote.read({"rev-parse", "topic"}), topic) << error();
-    EXPECT_FALSE(lost());
+    EXPECT_TRUE(lost().empty());
     remote.git({"update-ref", "refs/heads/topic", "main~1"});
-    actions::confirmPushBack(store.actors(), *deleted);
+    actions::confirmPushBack(store.actors(), deleted);
     confirm();
     EXPECT_NE(error().find("is not as it was left any more"), std::string::npos) << "somebody has made it again";
     EXPECT_NE(remote.read({"rev-parse", "topic"}), topic);
@@ -589,9 +646,9 @@ TEST_F(WaysOn, WhatAPushHasReplacedOrDeletedIsPushedBack)
                         {.branch = "topic", .to = {"origin", "topic"}, .there = topic, .replaces = true});
     worker.finishAll();
     EXPECT_EQ(remote.read({"rev-parse", "topic"}), repo.head()) << error();
-    const std::optional<gitkit::LostThere> replaced = lost();
-    ASSERT_EQ(replaced, (gitkit::LostThere{{"origin", "topic"}, topic, repo.head()}));
-    actions::confirmPushBack(store.actors(), *replaced);
+    const Lost replaced = lost();
+    ASSERT_EQ(replaced, (Lost{{{"origin", "topic"}, topic, repo.head()}}));
+    actions::confirmPushBack(store.actors(), replaced);
     confirm();
     EXPECT_EQ(remote.read({"rev-parse", "topic"}), topic) << error();
     EXPECT_EQ(undoTitle(), "") << "others may have it";
@@ -604,7 +661,7 @@ TEST_F(WaysOn, WhatAPushHasReplacedOrDeletedIsPushedBack)
     worker.finishAll();
     EXPECT_EQ(error(), "");
     EXPECT_EQ(remote.read({"rev-parse", "fresh"}), repo.head());
-    EXPECT_FALSE(lost());
+    EXPECT_TRUE(lost().empty());
 }
 
 TEST_F(WaysOn, AHookThatRefusesRunsAgainOrIsPassedOver)

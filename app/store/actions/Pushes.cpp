@@ -73,6 +73,9 @@ void followAndPull(Actors actors, const std::string& branch, const RemoteBranch&
 
 void askAfterRejection(Actors actors, const std::string& branch, const Look& look)
 {
+    // The remote has what the branch was before it was rewritten: a pull would bring all of that back.
+    if (look.preview.strangers == 0)
+        return showReplacing(actors, branch, look);
     Confirmation question;
     question.title =
         PushTexts::tr("%1 has %n commit(s) you do not have", nullptr, look.preview.missed).arg(shownName(look.to));
@@ -99,6 +102,19 @@ void askAfterRejection(Actors actors, const std::string& branch, const Look& loo
     actors.window.ask(std::move(question));
 }
 
+/// Says which branch of the remote was not as it was seen.
+QString whatMoved(const gitkit::Push& push, const Look& look)
+{
+    if (look.preview.there.empty())
+        return PushTexts::tr("%1 is not there any more. Nothing was pushed.").arg(shownName(look.to));
+    // Where the branch itself is as it was, it is one of those that were to go along.
+    const auto other = std::ranges::find_if(push.along, [&look](const gitkit::RewrittenBranch& seen) {
+        return std::ranges::find(look.preview.along, seen) == look.preview.along.end();
+    });
+    const bool isOther = look.preview.there == push.there && other != push.along.end();
+    return PushTexts::tr("%1 has moved meanwhile. Nothing was pushed.").arg(shownName(isOther ? other->to : look.to));
+}
+
 /// How often a push is tried anew with what the remote has said.
 enum class Retry { once, no };
 
@@ -107,9 +123,7 @@ void pushing(Actors actors, const gitkit::Push& push, Retry retry);
 void goOnAfterLook(Actors actors, gitkit::Push push, const Look& look, Retry retry)
 {
     if (push.replaces || look.preview.there.empty()) {
-        actors.window.tell(look.preview.there.empty()
-                               ? PushTexts::tr("%1 is not there any more. Nothing was pushed.").arg(shownName(look.to))
-                               : PushTexts::tr("%1 has moved meanwhile. Nothing was pushed.").arg(shownName(look.to)));
+        actors.window.tell(whatMoved(push, look));
         actors.window.showSheet(PushSheet{.branch = push.branch,
                                           .to = look.to,
                                           .seen = look.preview.there,
@@ -134,9 +148,22 @@ void look(Actors actors, const gitkit::Push& push, Retry retry)
                             [push, found](const GitRepository& repo) {
                                 found->to = push.to.remote.empty() ? gitkit::pushedTo(repo, push.branch) : push.to;
                                 const std::string seen = gitkit::lookAtRemote(repo, found->to);
+                                for (const gitkit::RewrittenBranch& other : push.along)
+                                    gitkit::lookAtRemote(repo, other.to);
                                 found->preview = gitkit::pushPreview(repo, {push.branch, found->to, seen});
                             },
                         .succeeded = [=] { goOnAfterLook(actors, push, *found, retry); }});
+}
+
+/// Returns the branches there whose commits a push replaces.
+std::vector<std::string> replacedBy(const gitkit::Push& push)
+{
+    std::vector<std::string> branches;
+    if (push.replaces)
+        branches.push_back(push.to.branch);
+    for (const gitkit::RewrittenBranch& other : push.along)
+        branches.push_back(other.to.branch);
+    return branches;
 }
 
 void pushing(Actors actors, const gitkit::Push& push, Retry retry)
@@ -144,8 +171,7 @@ void pushing(Actors actors, const gitkit::Push& push, Retry retry)
     actors.changes.run({.verb = Verb::push,
                         .title = PushTexts::tr("Pushing…"),
                         .operation = [push](const GitRepository& repo) { gitkit::pushBranch(repo, push); },
-                        .undo = undoable::push(push.branch, push.to.remote,
-                                               push.replaces ? std::optional(push.to.branch) : std::nullopt),
+                        .undo = undoable::push(push.branch, push.to.remote, replacedBy(push)),
                         .failed =
                             [=](const Failure& failure) {
                                 if (failure.kind != gitkit::ErrorKind::notFastForward)
@@ -257,6 +283,11 @@ void askWhereToPush(Actors actors, const std::string& branch)
     actors.window.showSheet(PushSheet{.branch = branch, .to = to});
 }
 
+void askToReplace(Actors actors, const gitkit::RewrittenBranch& branch)
+{
+    actors.window.showSheet(PushSheet{.branch = branch.branch, .to = branch.to, .replaces = true});
+}
+
 void pushBranch(Actors actors, const gitkit::Push& push) { pushing(actors, push, Retry::once); }
 
 void renameOnRemote(Actors actors, const std::string& branch, const RemoteBranch& old, const std::string& hash)
@@ -302,43 +333,52 @@ std::string usualRemote(const Snapshot& now)
     return upstream.remote.empty() ? preferredRemote(remotes) : upstream.remote;
 }
 
-std::optional<gitkit::LostThere> lostByPush(const Snapshot& now, const gitkit::UndoStep& step)
+std::vector<gitkit::LostThere> lostByPush(const Snapshot& now, const gitkit::UndoStep& step)
 {
     constexpr std::string_view prefix = "refs/remotes/";
+    std::vector<gitkit::LostThere> lost;
     if (!gitkit::isPublished(step) || !step.after)
-        return std::nullopt;
+        return lost;
     for (const gitkit::RefUpdate& ref : step.refs) {
         if (!ref.name.starts_with(prefix) || !ref.from)
             continue;
         const RemoteBranch branch = gitkit::remoteBranchOf(ref.name.substr(prefix.size()), now.remotes.value());
         if (!branch.remote.empty())
-            return gitkit::LostThere{branch, *ref.from, ref.to.value_or(std::string())};
+            lost.push_back({branch, *ref.from, ref.to.value_or(std::string())});
     }
-    return std::nullopt;
+    return lost;
 }
 
-void confirmPushBack(Actors actors, const gitkit::LostThere& lost)
+void confirmPushBack(Actors actors, const std::vector<gitkit::LostThere>& lost)
 {
-    const QString had = shownText(gitkit::shortHash(lost.had));
+    const gitkit::LostThere& first = lost.front();
+    const QString had = shownText(gitkit::shortHash(first.had));
+    QStringList names;
+    std::vector<std::string> replaced;
+    for (const gitkit::LostThere& each : lost) {
+        names += inQuotes(each.branch.branch);
+        if (!each.left.empty())
+            replaced.push_back(each.branch.branch);
+    }
     Confirmation question;
-    question.title = PushTexts::tr("Push %1 back to %2?", "branch, remote")
-                         .arg(inQuotes(lost.branch.branch), shownText(lost.branch.remote));
-    question.message =
-        lost.left.empty()
-            ? PushTexts::tr("The branch is made there again at %1, unless somebody else has made it meanwhile.")
-                  .arg(had)
-            : PushTexts::tr(
-                  "The branch there goes back to %1, if it is still as it was left. What was pushed instead goes "
-                  "away there.")
-                  .arg(had);
+    question.title =
+        PushTexts::tr("Push %1 back to %2?", "branch, remote").arg(names.join(u", "_s), shownText(first.branch.remote));
+    if (lost.size() > 1)
+        question.message = PushTexts::tr("The branches there go back to what they had, if they are still as they were "
+                                         "left. What was pushed instead goes away there.");
+    else if (first.left.empty())
+        question.message =
+            PushTexts::tr("The branch is made there again at %1, unless somebody else has made it meanwhile.").arg(had);
+    else
+        question.message = PushTexts::tr("The branch there goes back to %1, if it is still as it was left. What was "
+                                         "pushed instead goes away there.")
+                               .arg(had);
     question.actionTitle = PushTexts::tr("Push Back");
-    question.action = [actors, lost] {
-        actors.changes.run(
-            {.verb = Verb::push,
-             .title = PushTexts::tr("Pushing…"),
-             .operation = [lost](const GitRepository& repo) { gitkit::pushBack(repo, lost); },
-             .undo = undoable::push(lost.branch.branch, lost.branch.remote,
-                                    lost.left.empty() ? std::nullopt : std::optional(lost.branch.branch))});
+    question.action = [actors, lost, replaced] {
+        actors.changes.run({.verb = Verb::push,
+                            .title = PushTexts::tr("Pushing…"),
+                            .operation = [lost](const GitRepository& repo) { gitkit::pushBack(repo, lost); },
+                            .undo = undoable::push(lost.front().branch.branch, lost.front().branch.remote, replaced)});
     };
     actors.window.ask(std::move(question));
 }

@@ -6,8 +6,8 @@
 #include "app/store/actions/Actors.h"
 
 #include <functional>
-#include <optional>
 #include <string>
+#include <vector>
 
 namespace gitkit {
 struct UndoStep;
@@ -30,6 +30,9 @@ void push(Actors actors);
 /// first remote.
 void askWhereToPush(Actors actors, const std::string& branch);
 
+/// Shows the sheet for a branch whose place on the remote still has what it was, beginning with replacing that.
+void askToReplace(Actors actors, const gitkit::RewrittenBranch& branch);
+
 void pushBranch(Actors actors, const gitkit::Push& push);
 
 /// Has a remote follow the rename of a local branch that has happened: pushes it under its name, and deletes the old one,
@@ -44,10 +47,10 @@ void confirmPushTags(Actors actors, const std::string& remote);
 /// first one. Empty where there is none.
 std::string usualRemote(const Snapshot& now);
 
-/// Returns what a step has replaced or deleted on a remote, so that it can be pushed back; nullopt where it has nothing.
-std::optional<gitkit::LostThere> lostByPush(const Snapshot& now, const gitkit::UndoStep& step);
-/// Asks, and then gives the remote's branch back the commit that it had.
-void confirmPushBack(Actors actors, const gitkit::LostThere& lost);
+/// Returns what a step has replaced or deleted on a remote, so that it can be pushed back.
+std::vector<gitkit::LostThere> lostByPush(const Snapshot& now, const gitkit::UndoStep& step);
+/// Asks, and then gives the branches of a remote back the commits that they had. There is one at least.
+void confirmPushBack(Actors actors, const std::vector<gitkit::LostThere>& lost);
 
 /// Asks, and then deletes a remote branch, or a tag, on a remote. Only what is there as it is shown is deleted.
 void confirmDeleteOnRemote(Actors actors, const gitkit::GitRef& ref, const std::string& remote);

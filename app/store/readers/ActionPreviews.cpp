@@ -7,6 +7,7 @@
 #include "GitKit/repository/Merging.h"
 #include "GitKit/repository/PickPreviews.h"
 #include "GitKit/repository/Pushing.h"
+#include "GitKit/repository/RewrittenBranches.h"
 #include "GitKit/repository/Upstream.h"
 #include "GitKit/undo/Reset.h"
 
@@ -22,6 +23,14 @@ gitkit::ResetLoss readResetLoss(const gitkit::GitRepository& repo, const std::st
 gitkit::PushPreview readPushPreview(const gitkit::GitRepository& repo, const gitkit::PushQuestion& question)
 {
     return gitkit::pushPreview(repo, question);
+}
+
+std::optional<gitkit::RewrittenBranch> readRewritten(const gitkit::GitRepository& repo,
+                                                     const std::vector<std::string>& branches)
+{
+    const std::vector<gitkit::RewrittenBranch> found = gitkit::rewrittenBranches(repo, branches);
+    const gitkit::RewrittenBranch* const top = gitkit::topmost(repo, found);
+    return top ? std::optional(*top) : std::nullopt;
 }
 
 gitkit::MergePreview readMergePreview(const gitkit::GitRepository& repo, const std::string& ref)

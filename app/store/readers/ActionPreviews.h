@@ -8,8 +8,10 @@
 #include "app/store/Drops.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace gitkit {
 class GitRepository;
@@ -25,6 +27,11 @@ gitkit::ResetLoss readResetLoss(const gitkit::GitRepository& repo, const std::st
 
 /// Reads what a push would do, from what was fetched.
 gitkit::PushPreview readPushPreview(const gitkit::GitRepository& repo, const gitkit::PushQuestion& question);
+
+/// Reads which of these branches, by their full names, is to be pushed after they were rewritten; nullopt where no remote has
+/// what they were before.
+std::optional<gitkit::RewrittenBranch> readRewritten(const gitkit::GitRepository& repo,
+                                                     const std::vector<std::string>& branches);
 
 /// Reads what merging a ref into HEAD would do. `ref` is a full name.
 gitkit::MergePreview readMergePreview(const gitkit::GitRepository& repo, const std::string& ref);

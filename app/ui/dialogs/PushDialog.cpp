@@ -68,14 +68,16 @@ QStringList linesOf(const PushPreview& preview)
     return lines;
 }
 
+bool isChosen(const QCheckBox& box) { return box.isVisibleTo(box.parentWidget()) && box.isChecked(); }
+
 } // namespace
 
 PushDialog::PushDialog(RepositoryStore& store, PushSheet sheet, QWidget* parent)
     : Sheet(store, tr("Push %1").arg(inQuotes(sheet.branch)), tr("Push"), parent), sheet_(std::move(sheet)),
       remote_(new QComboBox(this)), name_(new QLineEdit(exactText(sheet_.to.branch), this)),
       upstream_(new QCheckBox(tr("Make it the upstream"), this)), tags_(new QCheckBox(this)),
-      replace_(new QCheckBox(tr("Replace what is there"), this)), list_(new QListWidget(this)),
-      preview_(store.git(), &readPushPreview, [this] { showPreview(); }),
+      replace_(new QCheckBox(tr("Replace what is there"), this)), along_(new QCheckBox(this)),
+      list_(new QListWidget(this)), preview_(store.git(), &readPushPreview, [this] { showPreview(); }),
       notifier_(store.snapshot().remoteBranches.addNotifier([this] { askAgain(); }))
 {
     for (const std::string& remote : store.snapshot().remotes.value())
@@ -85,7 +87,7 @@ PushDialog::PushDialog(RepositoryStore& store, PushSheet sheet, QWidget* parent)
     layOut();
     connect(remote_, &QComboBox::currentIndexChanged, this, &PushDialog::askAgain);
     connect(name_, &QLineEdit::textChanged, this, &PushDialog::askAgain);
-    for (QCheckBox* const box : {tags_, replace_, upstream_})
+    for (QCheckBox* const box : {tags_, replace_, along_, upstream_})
         connect(box, &QCheckBox::toggled, this, &PushDialog::showPreview);
     name_->setFocus();
     askAgain();
@@ -110,13 +112,13 @@ void PushDialog::layOut()
     place->addWidget(slash);
     place->addWidget(name_, 1);
     fields().addLayout(place);
-    for (QCheckBox* const box : {upstream_, tags_, replace_}) {
+    for (QCheckBox* const box : {upstream_, tags_, replace_, along_}) {
         box->setAccessibleName(box->text());
         fields().addWidget(box);
     }
     fields().addWidget(list_);
-    tags_->hide();
-    list_->hide();
+    for (QWidget* const part : std::initializer_list<QWidget*>{tags_, along_, list_})
+        part->hide();
 }
 
 gitkit::RemoteBranch PushDialog::target() const
@@ -157,11 +159,15 @@ void PushDialog::showPreview()
             const auto branch = std::ranges::find(branches, sheet_.branch, &gitkit::GitRef::name);
             upstream_->setChecked(branch != branches.end() && !branch->upstream);
         }
-        tags_->setVisible(!found->tags.empty());
-        if (!found->tags.empty()) {
-            tags_->setText(tr("With the tags on these commits: %1").arg(namesOfFiles(found->tags)));
-            tags_->setAccessibleName(tags_->text());
-        }
+        showChoice(*tags_, found->tags.empty()
+                               ? QString()
+                               : tr("With the tags on these commits: %1").arg(namesOfFiles(found->tags)));
+        std::vector<std::string> others;
+        for (const gitkit::RewrittenBranch& other : found->along)
+            others.push_back(other.branch);
+        showChoice(*along_, others.empty() || !replaces()
+                                ? QString()
+                                : tr("Replace the branches that moved along, too: %1").arg(namesOfFiles(others)));
         replace_->setEnabled(found->missed > 0);
         list_->clear();
         for (const QString& line : linesOf(*found))
@@ -170,6 +176,14 @@ void PushDialog::showPreview()
         dialogParts::fit(*this);
     }
     validate();
+}
+
+/// Hides the box where there is nothing to choose.
+void PushDialog::showChoice(QCheckBox& box, const QString& text)
+{
+    box.setVisible(!text.isEmpty());
+    box.setText(text);
+    box.setAccessibleName(text);
 }
 
 QString PushDialog::problem() const
@@ -190,16 +204,26 @@ QString PushDialog::whatIsSent(const PushPreview& found) const
 {
     const QString there = shownText(target().remote + '/' + target().branch);
     if (replaces())
-        return tr("This takes %n commit(s) off %1 for everybody, unless somebody has pushed since. Undo cannot bring "
-                  "that back.",
-                  nullptr, found.missed)
-            .arg(there);
+        return whatIsReplaced(found);
     if (found.there.empty())
         return tr("%1 is made.").arg(there);
     return found.sent == 0
                ? tr("%1 has all of it already.").arg(there)
                : tr("This sends %n commit(s) to %1. Others may fetch that within seconds.", nullptr, found.sent)
                      .arg(there);
+}
+
+QString PushDialog::whatIsReplaced(const PushPreview& found) const
+{
+    QString text = tr("This takes %n commit(s) off %1 for everybody, unless somebody has pushed since. Undo cannot "
+                      "bring that back.",
+                      nullptr, found.missed)
+                       .arg(shownText(target().remote + '/' + target().branch));
+    if (found.strangers > 0)
+        text += u' ' + tr("%n commit(s) among them never stood on %1 here: somebody else may have pushed.", nullptr,
+                          found.strangers)
+                           .arg(inQuotes(sheet_.branch));
+    return text;
 }
 
 QString PushDialog::note() const { return preview() ? whatIsSent(*preview()) : QString(); }
@@ -209,14 +233,14 @@ bool PushDialog::isComplete() const { return preview() != nullptr; }
 void PushDialog::submit()
 {
     const PushPreview& found = *preview();
-    actions::pushBranch(
-        store().actors(),
-        {.branch = sheet_.branch,
-         .to = target(),
-         .there = found.there,
-         .replaces = replaces(),
-         .setsUpstream = !found.isUpstream && upstream_->isChecked(),
-         .tags = tags_->isVisibleTo(this) && tags_->isChecked() ? found.tags : std::vector<std::string>()});
+    actions::pushBranch(store().actors(),
+                        {.branch = sheet_.branch,
+                         .to = target(),
+                         .there = found.there,
+                         .replaces = replaces(),
+                         .setsUpstream = !found.isUpstream && upstream_->isChecked(),
+                         .tags = isChosen(*tags_) ? found.tags : std::vector<std::string>(),
+                         .along = isChosen(*along_) ? found.along : std::vector<gitkit::RewrittenBranch>()});
 }
 
 } // namespace plovik

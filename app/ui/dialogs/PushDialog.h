@@ -38,6 +38,8 @@ private:
     const gitkit::PushPreview* preview() const;
     bool replaces() const;
     QString whatIsSent(const gitkit::PushPreview& found) const;
+    QString whatIsReplaced(const gitkit::PushPreview& found) const;
+    static void showChoice(QCheckBox& box, const QString& text);
 
     PushSheet sheet_;
     QComboBox* remote_;
@@ -45,6 +47,7 @@ private:
     QCheckBox* upstream_;
     QCheckBox* tags_;
     QCheckBox* replace_;
+    QCheckBox* along_;
     QListWidget* list_;
     Latest<gitkit::PushQuestion, gitkit::PushPreview> preview_;
     QPropertyNotifier notifier_;

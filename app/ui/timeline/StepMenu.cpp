@@ -92,9 +92,9 @@ QMenu* makeStepMenu(RepositoryStore& store, const TimelineRow& row, QWidget* par
     if (gitkit::isPublished(row.step))
         add(CommandId::revert, obstacle(store.changes(), store.snapshot(), Verb::revert),
             [&store, hash = stepText::hash(row)] { actions::revert(store.actors(), hash); });
-    if (const auto lost = actions::lostByPush(store.snapshot(), row.step))
+    if (const auto lost = actions::lostByPush(store.snapshot(), row.step); !lost.empty())
         add(CommandId::pushStepBack, obstacle(store.changes(), store.snapshot(), Verb::pushTag),
-            [&store, lost] { actions::confirmPushBack(store.actors(), *lost); });
+            [&store, lost] { actions::confirmPushBack(store.actors(), lost); });
     add(CommandId::restoreStepFiles, firstOf(whyNotRestored(row), inTheWay),
         [&store, step = row.step] { actions::confirmRestoreFiles(store.actors(), step); });
     add(CommandId::newBranchBeforeStep, whyNoBranch(row), [&store, row] { beginBranch(store, row); });

@@ -3,6 +3,8 @@
 
 #include "app/store/Obstacles.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/Pushes.h"
+#include "app/store/readers/ActionPreviews.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/PaneCycle.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -56,7 +58,8 @@ void installQuietLineAccessibility()
 
 QuietLine::QuietLine(RepositoryStore& store, QWidget* base, QWidget* parent)
     : QWidget(parent), store_(store), base_(base), place_(base), sentence_(new QLabel(this)),
-      action_(new QPushButton(this))
+      action_(new QPushButton(this)), push_(new QPushButton(tr("Push…"), this)),
+      rewritten_(store.git(), &readRewritten, [this] { showPush(); })
 {
     notifiers_.push_back(store.undo().said.addNotifier([this] { showSaid(); }));
     notifiers_.push_back(store.changes().running.addNotifier([this] { showOffer(); }));
@@ -74,17 +77,21 @@ QuietLine::QuietLine(RepositoryStore& store, QWidget* base, QWidget* parent)
 void QuietLine::layOut()
 {
     sentence_->setTextFormat(Qt::PlainText);
-    action_->setProperty("compact", true);
-    action_->setProperty("link", true);
-    followColor(*action_, QPalette::ButtonText, &Theme::accent);
-    followFont(*action_, 0, QFont::DemiBold);
-    action_->setFocusPolicy(Qt::TabFocus);
+    for (QPushButton* const button : {action_, push_}) {
+        button->setProperty("compact", true);
+        button->setProperty("link", true);
+        followColor(*button, QPalette::ButtonText, &Theme::accent);
+        followFont(*button, 0, QFont::DemiBold);
+        button->setFocusPolicy(Qt::TabFocus);
+    }
     auto* const cross = new IconButton(Icon::close, tr("Dismiss"), this);
     connect(action_, &QPushButton::clicked, this, &QuietLine::act);
+    connect(push_, &QPushButton::clicked, this, &QuietLine::push);
     connect(cross, &QAbstractButton::clicked, this, &QuietLine::dismiss);
     auto* const buttons = new QHBoxLayout;
     buttons->setSpacing(8);
     buttons->addStretch(1);
+    buttons->addWidget(push_);
     buttons->addWidget(action_);
     buttons->addWidget(cross);
     parts_ = new QBoxLayout(QBoxLayout::LeftToRight, this);
@@ -118,6 +125,7 @@ void QuietLine::showSaid()
     setAccessibleName(sentence);
     action_->setVisible(said->offer != Offer::none);
     action_->setText(said->offer == Offer::redo ? tr("Redo") : tr("Undo"));
+    askWhatWasRewritten(said->rewritten);
     showOffer();
     action_->ensurePolished();
     sentence_->ensurePolished();
@@ -130,12 +138,45 @@ void QuietLine::showSaid()
     announce();
 }
 
-/// While something else runs, it would be dropped.
+/// While something else runs, they would be dropped.
 void QuietLine::showOffer()
 {
-    const QString whyNot = obstacle(store_.changes(), store_.snapshot(), Verb::undo);
-    action_->setEnabled(whyNot.isEmpty());
-    action_->setToolTip(plainToolTip(whyNot));
+    const auto show = [this](QPushButton& button, Verb verb, const QString& hint) {
+        const QString whyNot = obstacle(store_.changes(), store_.snapshot(), verb);
+        button.setEnabled(whyNot.isEmpty());
+        button.setToolTip(plainToolTip(whyNot.isEmpty() ? hint : whyNot));
+    };
+    show(*action_, Verb::undo, {});
+    const std::optional<gitkit::RewrittenBranch> branch = rewritten_.answer() ? *rewritten_.answer() : std::nullopt;
+    show(*push_, Verb::push,
+         branch ? tr("%1 still has what %2 was before")
+                      .arg(shownText(branch->to.remote + '/' + branch->to.branch), inQuotes(branch->branch))
+                : QString());
+}
+
+void QuietLine::askWhatWasRewritten(const std::vector<std::string>& branches)
+{
+    push_->hide();
+    rewritten_.forget();
+    if (!branches.empty())
+        rewritten_.ask(branches);
+}
+
+void QuietLine::showPush()
+{
+    if (rewritten_.isReading() || rewritten_.failure() || !rewritten_.answer() || !*rewritten_.answer() || isHidden())
+        return;
+    showOffer();
+    push_->show();
+    arrange();
+}
+
+void QuietLine::push()
+{
+    const std::optional<gitkit::RewrittenBranch> branch = rewritten_.answer() ? *rewritten_.answer() : std::nullopt;
+    dismiss();
+    if (branch)
+        actions::askToReplace(store_.actors(), *branch);
 }
 
 void QuietLine::act()

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Push.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/readers/Latest.h"
 
 #include <QPointer>
 #include <QProperty>
@@ -9,6 +11,8 @@
 #include <QWidget>
 
 #include <chrono>
+#include <optional>
+#include <string>
 #include <vector>
 
 class QBoxLayout;
@@ -17,7 +21,8 @@ class QPushButton;
 
 namespace plovik {
 
-/// Says for a few seconds what was just done, with a button that takes it back or does it again. It lies over the lower
+/// Says for a few seconds what was just done, with a button that takes it back or does it again, and one that leads to pushing
+/// what was rewritten where a remote has what it was. It lies over the lower
 /// edge of a widget and moves nothing. Its clock stands still while the pointer is over it or the focus in it; Escape and
 /// a button close it. It never takes the focus by itself. Main thread.
 class QuietLine : public QWidget {
@@ -46,7 +51,10 @@ private:
     void layOut();
     void showSaid();
     void showOffer();
+    void askWhatWasRewritten(const std::vector<std::string>& branches);
+    void showPush();
     void act();
+    void push();
     void dismiss();
     void arrange();
     void announce();
@@ -60,6 +68,8 @@ private:
     QBoxLayout* parts_ = nullptr; ///< the sentence and the buttons, below each other where there is little room
     QLabel* sentence_;
     QPushButton* action_;
+    QPushButton* push_;
+    Latest<std::vector<std::string>, std::optional<gitkit::RewrittenBranch>> rewritten_;
     QPointer<QWidget> focusBefore_; ///< where the keyboard was before it came here
     QTimer clock_{this};
     std::chrono::milliseconds left_ = shownFor; ///< while the clock stands still
