@@ -383,7 +383,7 @@ TEST_F(DialogsTest, ABranchIsRenamedFromTheSidebar)
 
 TEST_F(DialogsTest, APushSaysWhatGoesWhere)
 {
-    const TestRepository remote{{"--bare"}};
+    TestRepository remote{{"--bare"}};
     repo.git({"remote", "add", "origin", remote.path().string()}).git({"push", "-q", "origin", "side:main"});
     repo.git({"push", "-q", "origin", "main:topic"}).git({"tag", "v1"}).git({"fetch", "-q"});
     repo.git({"commit", "-q", "--amend", "-m", "two again"});
