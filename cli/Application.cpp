@@ -88,7 +88,7 @@ private:
 
 } // namespace
 
-void openInApplication(std::span<const fs::path> folders)
+void openInApplication(std::span<const fs::path> folders, const ApplicationAction& action)
 {
     // Without a display the toolkit would end the application, and its message would not reach the terminal.
     if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY"))
@@ -96,7 +96,10 @@ void openInApplication(std::span<const fs::path> folders)
             ApplicationTexts::tr("There is no display to open Plovik on: neither DISPLAY nor WAYLAND_DISPLAY is set."));
 
     const fs::path program = application();
-    std::vector<std::string> command{program.string(), "--"};
+    std::vector<std::string> command{program.string()};
+    if (!action.name.empty())
+        command.push_back("--action=" + action.name + (action.argument.empty() ? "" : "=" + action.argument));
+    command.emplace_back("--");
     for (const fs::path& folder : folders)
         command.push_back(folder.string());
     // Otherwise programs that the application starts would inherit a wrong PWD.

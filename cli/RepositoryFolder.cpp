@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/RepositoryFolder.h"
 
+#include "GitKit/repository/Cloning.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 #include "cli/ShownName.h"
@@ -81,6 +82,40 @@ fs::path repositoryFolder(const std::string& name)
         refuseFor(name, failure);
     }
     return folder;
+}
+
+fs::path folderForClone(const std::string& address, const std::string& name)
+{
+    const std::string chosen = name.empty() ? gitkit::folderNameOf(address) : name;
+    if (chosen.empty())
+        refuse(FolderTexts::tr("“%1” names no folder to clone into; name one after it.")
+                   .arg(QString::fromStdString(shownName(address))));
+    fs::path folder = fs::absolute(chosen).lexically_normal();
+    std::error_code ignored;
+    const fs::file_status status = fs::status(folder, ignored);
+    if (fs::exists(status) && (!fs::is_directory(status) || !fs::is_empty(folder, ignored)))
+        refuse(FolderTexts::tr("“%1” is not an empty folder.").arg(told(chosen)));
+    return folder;
+}
+
+fs::path folderForInit(const std::string& name)
+{
+    std::error_code ignored;
+    fs::path folder = fs::absolute(name).lexically_normal();
+    if (!folder.has_filename() && folder.has_relative_path())
+        folder = folder.parent_path();
+    if (fs::exists(fs::symlink_status(folder / ".git", ignored)))
+        refuse(FolderTexts::tr("“%1” is a repository already.").arg(told(name)));
+    if (fs::exists(folder, ignored) && !fs::is_directory(folder, ignored))
+        refuse(FolderTexts::tr("“%1” is a file.").arg(told(name)));
+    return folder;
+}
+
+std::string addressFromAnywhere(const std::string& address)
+{
+    std::error_code ignored;
+    const bool isHere = address.find("://") == std::string::npos && fs::exists(address, ignored);
+    return isHere ? fs::absolute(address).lexically_normal().string() : address;
 }
 
 } // namespace plovik

@@ -16,4 +16,14 @@ struct UnopenableFolder : std::runtime_error {
 /// git, and throws UnopenableFolder unless the folder is in a repository's working tree.
 std::filesystem::path repositoryFolder(const std::string& name);
 
+/// Returns the folder that a clone of `address` goes to, absolute: `name`, or where that is empty a new one in the current
+/// folder. Throws UnopenableFolder when there is something in it, or the address names none.
+std::filesystem::path folderForClone(const std::string& address, const std::string& name);
+
+/// Returns the folder in which a repository can be made, absolute. Throws UnopenableFolder when it is one already.
+std::filesystem::path folderForInit(const std::string& name);
+
+/// Returns the address as it is understood from any folder: that of a repository on this machine becomes absolute.
+std::string addressFromAnywhere(const std::string& address);
+
 } // namespace plovik

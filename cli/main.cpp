@@ -39,6 +39,30 @@ int open(const plovik::OpenCommand& command)
     return status;
 }
 
+int clone(const plovik::CloneCommand& command)
+{
+    const std::string address = plovik::addressFromAnywhere(command.address);
+    const std::filesystem::path folder = plovik::folderForClone(address, command.folder);
+    plovik::openInApplication({&folder, 1}, {"clone-repository", address});
+    return 0;
+}
+
+int init(const plovik::InitCommand& command)
+{
+    const std::filesystem::path folder = plovik::folderForInit(command.folder);
+    plovik::openInApplication({&folder, 1}, {"new-repository"});
+    return 0;
+}
+
+int answer(const plovik::CommandLine& command)
+{
+    if (const auto* const cloning = std::get_if<plovik::CloneCommand>(&command))
+        return clone(*cloning);
+    if (const auto* const making = std::get_if<plovik::InitCommand>(&command))
+        return init(*making);
+    return open(std::get<plovik::OpenCommand>(command));
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -49,11 +73,11 @@ int main(int argc, char** argv)
     const QCoreApplication translatable(ownArgument, argv);
     plovik::installTranslations();
 
-    const auto parsed = plovik::parseCommandLine({argv + 1, argv + argc});
+    const plovik::CommandLine parsed = plovik::parseCommandLine({argv + 1, argv + argc});
     if (const auto* const answer = std::get_if<plovik::CommandAnswer>(&parsed))
         return print(*answer);
     try {
-        return open(std::get<plovik::OpenCommand>(parsed));
+        return answer(parsed);
     } catch (const std::exception& failure) {
         complain(failure.what());
         return 1;

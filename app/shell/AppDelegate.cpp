@@ -103,6 +103,8 @@ bool isDesktopPlain()
 AppDelegate::AppDelegate(LaunchOptions options) : options_(std::move(options)), isDesktopPlain_(isDesktopPlain())
 {
     QApplication::setQuitOnLastWindowClosed(false);
+    connect(&beginnings_, &Beginnings::made, this,
+            [this](const std::filesystem::path& folder, const QString& problem) { launch(showMade(folder, problem)); });
     connect(&colorScheme_, &ColorScheme::changed, this, &AppDelegate::applyAppearance);
     followSettings();
     applyAppearance();
@@ -127,12 +129,12 @@ void AppDelegate::finishLaunching()
         Q_EMIT askedWindowShown(asked);
         return;
     }
-    if (!options_.folders.empty()) {
-        open(options_.folders);
+    if (!options_.action.name.empty()) {
+        carryOut(options_.action);
         return;
     }
-    if (!options_.action.empty()) {
-        carryOut(options_.action);
+    if (!options_.folders.empty()) {
+        open(options_.folders);
         return;
     }
     QTimer::singleShot(welcomeDelay, this, [this] {
@@ -163,16 +165,47 @@ void AppDelegate::reopen()
         bringToFront(currentWindow() ? static_cast<QWidget*>(currentWindow()) : *visible);
 }
 
-void AppDelegate::carryOut(std::string_view action)
+void AppDelegate::carryOut(const LaunchAction& action)
 {
-    const auto recent =
-        action == launchActions::recentRepository ? recentRepositories::all() : std::vector<std::filesystem::path>();
+    const std::filesystem::path folder = action.folders.empty() ? std::filesystem::path() : action.folders.front();
+    const auto start = folder.empty() ? Beginnings::Start::asked : Beginnings::Start::atOnce;
+    const auto recent = action.name == launchActions::recentRepository ? recentRepositories::all()
+                                                                       : std::vector<std::filesystem::path>();
     if (!recent.empty())
         open({recent.front()});
-    else if (action == launchActions::openRepository || action == launchActions::recentRepository)
+    else if (action.name == launchActions::openRepository || action.name == launchActions::recentRepository)
         showWelcome();
+    else if (action.name == launchActions::cloneRepository)
+        showBeginning(beginnings_.clone({exactText(action.argument), folder}, start));
+    else if (action.name == launchActions::newRepository)
+        showBeginning(beginnings_.create(folder, start));
     else
         reopen();
+}
+
+void AppDelegate::showBeginning(QWidget& dialog)
+{
+    receivedOpenRequest_ = true;
+    QWidget* const over = currentWindow() ? static_cast<QWidget*>(currentWindow()) : welcomeWindow_.data();
+    centre(dialog, over && over->isVisible() ? over : nullptr);
+    bringToFront(&dialog);
+}
+
+void AppDelegate::cloneRepository() { cloneFrom({}); }
+
+void AppDelegate::cloneFrom(const QString& address)
+{
+    showBeginning(beginnings_.clone({.address = address}, Beginnings::Start::asked));
+}
+
+void AppDelegate::newRepository() { showBeginning(beginnings_.create({}, Beginnings::Start::asked)); }
+
+/// Shows a repository that was just made. What could not be brought blocks nothing.
+QCoro::Task<> AppDelegate::showMade(std::filesystem::path folder, QString problem)
+{
+    if (!problem.isEmpty())
+        notice_ = tr("The repository was cloned, but not all of it: %1").arg(problem);
+    co_await openRepository(folder);
 }
 
 QCoro::Task<> AppDelegate::openRepository(std::filesystem::path folder, ActivationToken token)
@@ -263,8 +296,11 @@ void AppDelegate::showRepository(const std::filesystem::path& root)
 void AppDelegate::showWelcome()
 {
     if (!welcomeWindow_) {
-        auto* const view = new WelcomeView([this](const std::filesystem::path& root) { launch(openRepository(root)); },
-                                           [this] { openDocument(); });
+        auto* const view =
+            new WelcomeView({.open = [this](const std::filesystem::path& root) { launch(openRepository(root)); },
+                             .browse = [this] { openDocument(); },
+                             .clone = [this](const QString& address) { cloneFrom(address); },
+                             .create = [this] { newRepository(); }});
         view->setWindowTitle(tr("Plovik"));
         addKeys(*view);
         welcomeWindow_ = view;
@@ -289,7 +325,9 @@ void AppDelegate::showSettings()
 /// Adds the shortcuts of the application's menu to a window without a menu bar.
 void AppDelegate::addKeys(QWidget& window)
 {
-    for (const CommandId id : {CommandId::openRepository, CommandId::showSettings, CommandId::quit}) {
+    for (const CommandId id :
+         {CommandId::openRepository, CommandId::cloneRepository, CommandId::showSettings, CommandId::quit})
+    {
         const Command& offered = command(id);
         connect(new QShortcut(offered.shortcut(), &window), &QShortcut::activated, this,
                 [this, &offered] { offered.run(*this); });
@@ -368,8 +406,13 @@ void AppDelegate::openDocument()
 
 void AppDelegate::quit()
 {
+    // A clone that is cancelled removes what it has begun.
+    const bool waits = beginnings_.isAnyRunning();
     QApplication::closeAllWindows();
-    QApplication::quit();
+    if (waits)
+        finishIfUnused();
+    else
+        QApplication::quit();
 }
 
 void AppDelegate::endSoon()

@@ -4,6 +4,7 @@
 #include "app/await/Await.h"
 #include "app/platform/ColorScheme.h"
 #include "app/services/instance/SingleInstance.h"
+#include "app/shell/Beginnings.h"
 #include "app/shell/LaunchOptions.h"
 #include "app/ui/commands/MainMenu.h"
 
@@ -50,7 +51,7 @@ public:
     /// Notices that a window has gone.
     bool eventFilter(QObject* watched, QEvent* event) override;
     /// Carries out one of launchActions. Any other name brings a window to the front.
-    void carryOut(std::string_view action);
+    void carryOut(const LaunchAction& action);
 
     /// Shows the repository that contains `folder`, or an alert that says why it cannot be opened.
     QCoro::Task<> openRepository(std::filesystem::path folder, ActivationToken token = {});
@@ -59,6 +60,9 @@ public:
     void showWelcome();
 
     void openDocument() override;
+    void cloneRepository() override;
+    void cloneFrom(const QString& address) override;
+    void newRepository() override;
     void openFolder(const std::filesystem::path& folder) override;
     std::vector<std::filesystem::path> openRoots() const override;
     void showSettings() override;
@@ -87,6 +91,8 @@ private:
     void followSettings();
     void addKeys(QWidget& window);
     void finishIfUnused();
+    void showBeginning(QWidget& dialog);
+    QCoro::Task<> showMade(std::filesystem::path folder, QString problem);
     void reportUnopenable(const std::filesystem::path& folder, const std::exception& failure);
 
     LaunchOptions options_;
@@ -104,6 +110,7 @@ private:
         std::make_shared<const std::monostate>(); ///< shared while it goes on
     QTimer finishSoon_;
     AliveToken alive_ = std::make_shared<const std::monostate>();
+    Beginnings beginnings_; ///< the last, since windows that go are noticed by the others
 };
 
 } // namespace plovik

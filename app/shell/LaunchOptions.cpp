@@ -70,8 +70,14 @@ bool takeAppearance(LaunchOptions& options, std::string_view value)
 
 bool takeAction(LaunchOptions& options, std::string_view value)
 {
-    options.action = value;
-    return value == launchActions::openRepository || value == launchActions::recentRepository;
+    const std::size_t equals = std::min(value.find('='), value.size());
+    const std::string_view name = value.substr(0, equals);
+    options.action.name = name;
+    options.action.argument = value.substr(std::min(equals + 1, value.size()));
+    if (name == launchActions::cloneRepository)
+        return !options.action.argument.empty();
+    return equals == value.size() && (name == launchActions::openRepository ||
+                                      name == launchActions::recentRepository || name == launchActions::newRepository);
 }
 
 bool takeScreenshot(LaunchOptions& options, std::string_view value)
@@ -127,7 +133,8 @@ const Option valueOptions[] = {
      QT_TRANSLATE_NOOP("plovik::LaunchOptions", "the window's size in pixels"), &takeSize},
     {u"action"_s, QT_TRANSLATE_NOOP("plovik::LaunchOptions", "NAME"),
      QT_TRANSLATE_NOOP("plovik::LaunchOptions",
-                       "open-repository shows what can be opened, recent-repository opens the latest"),
+                       "open-repository shows what can be opened, recent-repository opens the latest,\n"
+                       "clone-repository=ADDRESS clones into FOLDER, new-repository makes one in FOLDER"),
      &takeAction},
 };
 
@@ -199,9 +206,10 @@ std::variant<LaunchOptions, LaunchAnswer> parseLaunchOptions(std::span<char* con
         if (parser.isSet(each.name) && !each.take(options, bytesOf(parser.value(each.name))))
             return misunderstood(LaunchTexts::tr("'--%1' needs a value that makes sense").arg(each.name));
     }
+    std::vector<std::filesystem::path>& folders =
+        options.action.name.empty() ? options.folders : options.action.folders;
     for (const QString& folder : parser.positionalArguments())
-        options.folders.push_back(
-            std::filesystem::absolute(folder.isEmpty() ? "." : bytesOf(folder)).lexically_normal());
+        folders.push_back(std::filesystem::absolute(folder.isEmpty() ? "." : bytesOf(folder)).lexically_normal());
     return options;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/services/instance/SingleInstance.h"
 #include "app/settings/AppAppearance.h"
 #include "app/store/SidebarItem.h"
 
@@ -18,10 +19,12 @@
 
 namespace plovik {
 
-/// The names of the desktop entry's actions.
+/// The names of the actions: the first two are the desktop entry's, the others the command line tool's.
 namespace launchActions {
 inline constexpr std::string_view openRepository = "open-repository";
 inline constexpr std::string_view recentRepository = "recent-repository";
+inline constexpr std::string_view cloneRepository = "clone-repository";
+inline constexpr std::string_view newRepository = "new-repository";
 } // namespace launchActions
 
 /// The window to begin with. `fitting` stands for a repository's window, or the welcome window when no repository is
@@ -35,7 +38,7 @@ struct LaunchOptions {
     LaunchWindow window = LaunchWindow::fitting;
     QString settingsTab; ///< the title of the first shown tab of the settings; empty for the default
     std::optional<AppAppearance> appearance; ///< replaces the stored one for this run
-    std::string action;                      ///< one of launchActions, instead of folders; empty for none
+    LaunchAction action;                     ///< what is done instead of opening folders
     std::filesystem::path screenshot;        ///< a picture of the first window is written here; empty for none
     QSize size;                              ///< of the window; invalid for the remembered one
 };

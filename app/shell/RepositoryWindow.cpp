@@ -16,10 +16,12 @@
 #include "app/shell/WindowFrames.h"
 #include "app/store/ShownText.h"
 #include "app/ui/commands/MainMenu.h"
+#include "app/ui/welcome/DroppedRepositories.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/window/RepositoryView.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QMenuBar>
 
 #include <utility>
@@ -59,7 +61,8 @@ StoreServices desktopServices(MenuTarget& application)
 
 RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem section, MenuTarget& menuTarget,
                                    std::function<void()> onClose)
-    : store_(std::make_unique<RepositoryStore>(std::move(root), Worker::pool(), desktopServices(menuTarget))),
+    : application_(menuTarget),
+      store_(std::make_unique<RepositoryStore>(std::move(root), Worker::pool(), desktopServices(menuTarget))),
       onClose_(std::move(onClose))
 {
     // Started first, so that git reads while the views are made. Only the selected section's views are made now.
@@ -67,6 +70,7 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
     store_->snapshot().refresh(RefreshScope::full);
     view_ = new RepositoryView(*store_, this);
     setAttribute(Qt::WA_DeleteOnClose);
+    setAcceptDrops(true);
     setMinimumSize(smallestSize);
     setCentralWidget(view_);
     view_->setEditorTitle([] { return plainMenuText(externalEditor::menuTitle()); });
@@ -162,6 +166,22 @@ void RepositoryWindow::moveEvent(QMoveEvent* event)
 {
     rememberFrameSoon();
     QMainWindow::moveEvent(event);
+}
+
+void RepositoryWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!droppedRepositories(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void RepositoryWindow::dropEvent(QDropEvent* event)
+{
+    const DroppedRepositories dropped = droppedRepositories(*event->mimeData());
+    event->acceptProposedAction();
+    for (const std::filesystem::path& folder : dropped.folders)
+        application_.openFolder(folder);
+    if (!dropped.address.isEmpty())
+        application_.cloneFrom(dropped.address);
 }
 
 void RepositoryWindow::closeEvent(QCloseEvent* event)

@@ -18,7 +18,8 @@ class MenuTarget;
 class RepositoryView;
 class RepositoryWatcher;
 
-/// The window of one repository. Owns its store and its watcher. When it is closed, it calls `onClose` and deletes
+/// The window of one repository. Owns its store and its watcher. A folder that is dropped on it is opened in its own
+/// window, and the address of a repository cloned. When it is closed, it calls `onClose` and deletes
 /// itself. Main thread.
 class RepositoryWindow : public QMainWindow {
     Q_OBJECT
@@ -47,6 +48,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void updateTitle();
@@ -54,6 +57,7 @@ private:
     void startWatching();
     void rememberFrameSoon();
 
+    MenuTarget& application_;
     std::unique_ptr<RepositoryStore> store_;
     std::function<void()> onClose_;
     RepositoryView* view_ = nullptr;

@@ -53,7 +53,7 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
     const bool opensRepository = !options.folders.empty();
     SingleInstance instance;
     if (screenshot.empty() &&
-        (options.action.empty() ? instance.handOver(options.folders) : instance.handOverAction(options.action)))
+        (options.action.name.empty() ? instance.handOver(options.folders) : instance.handOverAction(options.action)))
         return 0;
 
     AppDelegate delegate(std::move(options));
@@ -74,7 +74,7 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
     if (screenshot.empty()) {
         instance.listen({.open = [&delegate](const auto& folders) { delegate.open(folders); },
                          .activate = [&delegate] { delegate.reopen(); },
-                         .action = [&delegate](const std::string& name) { delegate.carryOut(name); }});
+                         .action = [&delegate](const LaunchAction& action) { delegate.carryOut(action); }});
     } else {
         QObject::connect(&delegate, &AppDelegate::windowOpened, &delegate,
                          [&](RepositoryWindow* window) { new Screenshot(*window, screenshot, &delegate); });

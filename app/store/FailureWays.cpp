@@ -133,6 +133,12 @@ QCoro::Task<> askingForIdentity(const GitAccess& git, WindowState& window, WaysF
 
 } // namespace
 
+Failure toldFirst(Failure failure)
+{
+    const QString problem = remoteProblem(failure.kind);
+    return problem.isEmpty() ? failure : saidFirst(std::move(failure), problem);
+}
+
 void reportWithWays(const GitAccess& git, WindowState& window, const Failure& failure, WaysFromFailure ways)
 {
     if (failure.kind == ErrorKind::lockHeld) {
@@ -147,11 +153,10 @@ void reportWithWays(const GitAccess& git, WindowState& window, const Failure& fa
         launch(askingForIdentity(git, window, std::move(ways)));
         return;
     }
-    const QString problem = remoteProblem(failure.kind);
-    if (problem.isEmpty())
+    if (remoteProblem(failure.kind).isEmpty())
         window.report(failure);
     else
-        window.report(saidFirst(failure, problem), {{FailureTexts::tr("Try Again"), std::move(ways.again)}});
+        window.report(toldFirst(failure), {{FailureTexts::tr("Try Again"), std::move(ways.again)}});
 }
 
 } // namespace plovik

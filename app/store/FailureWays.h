@@ -20,6 +20,9 @@ struct WaysFromFailure {
     std::function<void(const gitkit::Identity& identity, gitkit::IdentityPlace place)> withIdentity;
 };
 
+/// Returns the failure with one sentence above git's words where it is the way to a remote that failed.
+Failure toldFirst(Failure failure);
+
 /// Reports a failure: in one sentence, above git's words, where it is a lock or the way to a remote, and with what can be
 /// done about it. A branch that is checked out elsewhere leads to the window there. `git` and `window` outlive it. Main thread.
 void reportWithWays(const GitAccess& git, WindowState& window, const Failure& failure, WaysFromFailure ways);

@@ -57,7 +57,7 @@ struct Reading {
 };
 
 /// Shared by the operations that have not ended.
-const std::shared_ptr<const std::monostate>& underWay()
+const std::shared_ptr<const std::monostate>& sharedUnderWay()
 {
     static const auto token = std::make_shared<const std::monostate>();
     return token;
@@ -105,6 +105,8 @@ void GitAccess::setTrusted(std::function<bool(const std::vector<gitkit::Configur
     guard_->setTrusted(std::move(isTrusted));
 }
 
-bool GitAccess::areChangesUnderWay() { return underWay().use_count() > 1; }
+bool GitAccess::areChangesUnderWay() { return sharedUnderWay().use_count() > 1; }
+
+std::shared_ptr<const std::monostate> GitAccess::underWay() { return sharedUnderWay(); }
 
 } // namespace plovik

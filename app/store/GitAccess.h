@@ -141,6 +141,8 @@ public:
 
     /// Returns whether operations of any store have not ended. They outlive their store. Any thread.
     static bool areChangesUnderWay();
+    /// Returns what an operation holds until it has ended. Any thread.
+    static std::shared_ptr<const std::monostate> underWay();
 
 private:
     template <typename Result, typename... Parameters, typename... Arguments>

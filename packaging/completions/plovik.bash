@@ -7,6 +7,7 @@ _plovik() {
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
         [[ $word == -- ]] && return
     done
+    ((COMP_CWORD == 1)) && [[ $current != -* ]] && mapfile -t COMPREPLY < <(compgen -W 'clone init' -- "$current")
     [[ $current == -* ]] && mapfile -t COMPREPLY < <(compgen -W '--help --version --' -- "$current")
     return 0
 }

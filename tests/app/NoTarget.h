@@ -9,6 +9,9 @@ namespace plovik::test {
 class NoTarget : public MenuTarget {
 public:
     void openDocument() override {}
+    void cloneRepository() override {}
+    void cloneFrom(const QString&) override {}
+    void newRepository() override {}
     void showSettings() override {}
     void openFolder(const std::filesystem::path&) override {}
     std::vector<std::filesystem::path> openRoots() const override { return {}; }

@@ -58,8 +58,8 @@ TEST(DesktopEntry, StartsTheApplicationWithWhatItUnderstands)
         const auto parsed = parseLaunchOptions(arguments);
         const auto* const options = std::get_if<LaunchOptions>(&parsed);
         ASSERT_TRUE(options) << command.toStdString();
-        if (!options->action.empty())
-            EXPECT_TRUE(entry.contains(u"[Desktop Action "_s + QString::fromStdString(options->action) + u']'));
+        if (!options->action.name.empty())
+            EXPECT_TRUE(entry.contains(u"[Desktop Action "_s + QString::fromStdString(options->action.name) + u']'));
     }
 }
 

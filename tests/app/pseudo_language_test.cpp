@@ -592,7 +592,7 @@ TEST_F(PseudoLanguageTest, SettingsAndTheWelcomeWindowAreTranslatedAndFit)
         settings.showTab(QString::fromLatin1(tab));
         lookAt(settings, tab);
     }
-    WelcomeView welcome([](const std::filesystem::path&) {}, [] {});
+    WelcomeView welcome({[](const std::filesystem::path&) {}, [] {}, [](const QString&) {}, [] {}});
     welcome.show();
     lookAt(welcome, "welcome");
     welcome.hide();

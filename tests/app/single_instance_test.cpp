@@ -93,14 +93,14 @@ TEST_P(SingleInstanceTest, LaterLaunchesHandOverFoldersOfAnyNameAndTheirActivati
     Folders opened;
     QByteArray token;
     int activated = 0;
-    std::string action;
+    LaunchAction action;
     first.listen({.open =
                       [&](const Folders& folders) {
                           opened.insert(opened.end(), folders.begin(), folders.end());
                           token = qgetenv("XDG_ACTIVATION_TOKEN");
                       },
                   .activate = [&] { activated += 1; },
-                  .action = [&](const std::string& name) { action = name; }});
+                  .action = [&](const LaunchAction& asked) { action = asked; }});
 
     const Folders folders = {"/tmp/plain", "/tmp/Latin-1 \xe9\xff", "/tmp/100%41 #?&;\n\t\"'", "/tmp/\xc3\xa9"};
     qputenv("XDG_ACTIVATION_TOKEN", "token 1/2");
@@ -113,9 +113,13 @@ TEST_P(SingleInstanceTest, LaterLaunchesHandOverFoldersOfAnyNameAndTheirActivati
     EXPECT_TRUE(launchAnother({}));
     EXPECT_TRUE(waitUntil([&] { return activated == 1; }));
 
-    const auto launch = onThread([&] { EXPECT_TRUE(instance().handOverAction("name of an action", 5s)); });
-    EXPECT_TRUE(waitUntil([&] { return action == "name of an action"; }));
-    EXPECT_TRUE(launch->wait(10'000));
+    for (const LaunchAction& asked :
+         {LaunchAction{.name = "name of an action"}, LaunchAction{"clone", "https://a b\xe9", {"/tmp/caf\xe9"}}})
+    {
+        const auto launch = onThread([&] { EXPECT_TRUE(instance().handOverAction(asked, 5s)); });
+        EXPECT_TRUE(waitUntil([&] { return action == asked; }));
+        EXPECT_TRUE(launch->wait(10'000));
+    }
     EXPECT_EQ(activated, 1);
 }
 

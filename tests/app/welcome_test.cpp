@@ -47,8 +47,12 @@ protected:
     QTemporaryDir folder_;
     Paths opened_;
     int browsed_ = 0;
-    WelcomeView view_{[this](std::filesystem::path path) { opened_.push_back(std::move(path)); },
-                      [this] { ++browsed_; }};
+    QStringList cloned_;
+    int created_ = 0;
+    WelcomeView view_{{.open = [this](std::filesystem::path path) { opened_.push_back(std::move(path)); },
+                       .browse = [this] { ++browsed_; },
+                       .clone = [this](const QString& address) { cloned_ += address; },
+                       .create = [this] { ++created_; }}};
 };
 
 TEST_F(WelcomeTest, RecentListKeepsTheLatestTwentyFiveOfAnyName)
@@ -80,7 +84,7 @@ TEST_F(WelcomeTest, RecentListKeepsTheLatestTwentyFiveOfAnyName)
     EXPECT_EQ(recentRepositories::all(), Paths{odd[0]});
 }
 
-TEST_F(WelcomeTest, WithoutRecentsTheButtonIsAllAndReturnPressesIt)
+TEST_F(WelcomeTest, WithoutRecentsTheButtonsAreAllAndReturnPressesThem)
 {
     show();
     EXPECT_FALSE(list().isVisible());
@@ -88,6 +92,13 @@ TEST_F(WelcomeTest, WithoutRecentsTheButtonIsAllAndReturnPressesIt)
     EXPECT_EQ(view_.focusWidget(), button);
     QTest::keyClick(button, Qt::Key_Return);
     EXPECT_EQ(browsed_, 1);
+    for (const QString& other : {u"Clone…"_s, u"New Repository…"_s}) {
+        QTest::keyClick(&view_, Qt::Key_Tab);
+        EXPECT_EQ(view_.focusWidget(), test::named<QPushButton>(view_, other));
+        QTest::keyClick(view_.focusWidget(), Qt::Key_Return);
+    }
+    EXPECT_EQ(cloned_, QStringList(QString()));
+    EXPECT_EQ(created_, 1);
 }
 
 TEST_F(WelcomeTest, RecentsAreToldApartOpenedAndRemovedFromTheKeyboard)

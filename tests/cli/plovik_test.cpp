@@ -168,6 +168,44 @@ TEST_F(PlovikTest, SaysWhyTheApplicationDoesNotStart)
     EXPECT_THAT(missing.errorText(), EndsWith("plovik-app” could not be started: No such file or directory.\n"));
 }
 
+TEST_F(PlovikTest, HandsCloneAndInitOn)
+{
+    const TestRepository bare({"--bare"});
+    fs::create_directories(folder / "empty");
+    writeFile(folder / "full/file", "");
+    const std::string root = folder.path().string();
+    const auto started = [&](const Lines& arguments) {
+        const auto result = run(arguments, folder.path());
+        EXPECT_EQ(result.text() + result.errorText(), "");
+        return opened();
+    };
+    const std::string url = "https://example.org/a/engine.git";
+    EXPECT_THAT(started({"clone", url}), ElementsAre("--action=clone-repository=" + url, "--", root + "/engine"));
+    EXPECT_THAT(started({"clone", "--", "-odd:x", "empty"}),
+                ElementsAre("--action=clone-repository=-odd:x", "--", root + "/empty"));
+    EXPECT_THAT(started({"clone", fs::relative(bare.path(), folder.path()).string(), "new"}),
+                ElementsAre("--action=clone-repository=" + bare.path().string(), "--", root + "/new"));
+    EXPECT_THAT(started({"init"}), ElementsAre("--action=new-repository", "--", root));
+    EXPECT_THAT(started({"init", "a/b/"}), ElementsAre("--action=new-repository", "--", root + "/a/b"));
+
+    for (const auto& [arguments, status] : std::vector<std::pair<Lines, int>>{{{"clone"}, 2},
+                                                                              {{"clone", url, "a", "b"}, 2},
+                                                                              {{"clone", "--depth=1", url}, 2},
+                                                                              {{"init", "a", "b"}, 2},
+                                                                              {{"clone", url, "full"}, 1},
+                                                                              {{"clone", "host:"}, 1},
+                                                                              {{"init", "full/file"}, 1},
+                                                                              {{"init", repo.path().string()}, 1}})
+    {
+        const auto refused = run(arguments, folder.path());
+        EXPECT_EQ(refused.status, status) << arguments.front();
+        EXPECT_THAT(refused.errorText(), StartsWith("plovik: "));
+    }
+    fs::create_directories(repo / "clone");
+    run({"./clone"}, repo.path());
+    EXPECT_THAT(opened(), ElementsAre("--", (repo / "clone").string()));
+}
+
 TEST_F(PlovikTest, AnswersOptions)
 {
     const auto help = run({"--help", "--no-such"}, "/", {});

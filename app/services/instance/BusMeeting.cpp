@@ -47,9 +47,12 @@ public Q_SLOTS:
         receive(std::move(request), platformData);
     }
 
-    void ActivateAction(const QString& name, const QVariantList&, const QVariantMap& platformData)
+    void ActivateAction(const QString& name, const QVariantList& parameters, const QVariantMap& platformData)
     {
-        receive({.kind = LaunchRequest::Kind::action, .action = name.toStdString()}, platformData);
+        LaunchAction action{.name = name.toStdString(), .argument = parameters.value(0).toByteArray().toStdString()};
+        for (const QVariant& folder : parameters.mid(1))
+            action.folders.emplace_back(folder.toByteArray().toStdString());
+        receive({.kind = LaunchRequest::Kind::action, .action = std::move(action)}, platformData);
     }
 
 private:
@@ -85,6 +88,18 @@ QLatin1String methodFor(LaunchRequest::Kind kind)
         break;
     }
     return "Activate"_L1;
+}
+
+/// Returns what an action is about, as bytes, because the names of folders need not be UTF-8. Actions of the desktop entry
+/// have no parameters.
+QVariantList parametersOf(const LaunchAction& action)
+{
+    QVariantList parameters;
+    if (!action.argument.empty() || !action.folders.empty())
+        parameters.append(QByteArray::fromStdString(action.argument));
+    for (const auto& folder : action.folders)
+        parameters.append(QByteArray::fromStdString(folder.string()));
+    return parameters;
 }
 
 class BusMeeting : public LaunchMeeting {
@@ -125,7 +140,7 @@ public:
                 uris.append(QString::fromStdString(fileUri(folder)));
             message << uris;
         } else if (request.kind == LaunchRequest::Kind::action) {
-            message << QString::fromStdString(request.action) << QVariantList();
+            message << QString::fromStdString(request.action.name) << parametersOf(request.action);
         }
         QVariantMap platformData;
         if (!request.activationToken.empty())

@@ -60,9 +60,9 @@ bool SingleInstance::handOver(const std::vector<std::filesystem::path>& folders,
                     timeout);
 }
 
-bool SingleInstance::handOverAction(const std::string& name, std::chrono::milliseconds timeout)
+bool SingleInstance::handOverAction(const LaunchAction& action, std::chrono::milliseconds timeout)
 {
-    return handOver({.kind = LaunchRequest::Kind::action, .action = name}, timeout);
+    return handOver({.kind = LaunchRequest::Kind::action, .action = action}, timeout);
 }
 
 bool SingleInstance::handOver(LaunchRequest request, std::chrono::milliseconds timeout)

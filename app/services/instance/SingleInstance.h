@@ -13,6 +13,15 @@
 
 namespace plovik {
 
+/// One of the actions of the desktop entry or of the command line tool, with what it is about.
+struct LaunchAction {
+    std::string name = {}; ///< empty for none
+    std::string argument = {};
+    std::vector<std::filesystem::path> folders = {}; ///< absolute
+
+    bool operator==(const LaunchAction&) const = default;
+};
+
 /// What a launch asks of the process that already runs.
 struct LaunchRequest {
     enum class Kind { activate, open, action };
@@ -21,7 +30,7 @@ struct LaunchRequest {
     /// For `open`.
     std::vector<std::filesystem::path> folders = {};
     /// For `action`.
-    std::string action = {};
+    LaunchAction action = {};
     /// These let a window come to the front. The launching desktop gives them; either may be empty.
     std::string activationToken = {};
     std::string startupId = {};
@@ -69,7 +78,7 @@ public:
     struct Callbacks {
         std::function<void(const std::vector<std::filesystem::path>& folders)> open;
         std::function<void()> activate;
-        std::function<void(const std::string& name)> action = {};
+        std::function<void(const LaunchAction& action)> action = {};
     };
 
     SingleInstance();
@@ -82,8 +91,8 @@ public:
     /// not answer within `timeout`: problem() then says so, and this process serves its user by itself.
     bool handOver(const std::vector<std::filesystem::path>& folders,
                   std::chrono::milliseconds timeout = std::chrono::seconds(2));
-    /// The same for one of the desktop entry's actions.
-    bool handOverAction(const std::string& name, std::chrono::milliseconds timeout = std::chrono::seconds(2));
+    /// The same for an action.
+    bool handOverAction(const LaunchAction& action, std::chrono::milliseconds timeout = std::chrono::seconds(2));
 
     /// A sentence for the user after handOver(); empty when all is well.
     const QString& problem() const { return problem_; }

@@ -28,9 +28,13 @@ constexpr qsizetype mostBytes = 1 << 20; ///< of a request
 /// Everything travels as bytes, because the names of folders need not be UTF-8.
 QByteArrayList fieldsOf(const LaunchRequest& request)
 {
-    QByteArrayList fields{QByteArray::fromStdString(request.action), QByteArray::fromStdString(request.activationToken),
+    const bool isAction = request.kind == LaunchRequest::Kind::action;
+    QByteArrayList fields{QByteArray::fromStdString(request.action.name),
+                          QByteArray::fromStdString(request.activationToken),
                           QByteArray::fromStdString(request.startupId)};
-    for (const auto& folder : request.folders)
+    if (isAction)
+        fields.append(QByteArray::fromStdString(request.action.argument));
+    for (const auto& folder : isAction ? request.action.folders : request.folders)
         fields.append(QByteArray::fromStdString(folder.string()));
     return fields;
 }
@@ -38,11 +42,14 @@ QByteArrayList fieldsOf(const LaunchRequest& request)
 LaunchRequest requestOf(LaunchRequest::Kind kind, const QByteArrayList& fields)
 {
     LaunchRequest request{.kind = kind,
-                          .action = fields.value(0).toStdString(),
+                          .action = {.name = fields.value(0).toStdString()},
                           .activationToken = fields.value(1).toStdString(),
                           .startupId = fields.value(2).toStdString()};
-    for (const QByteArray& folder : fields.mid(3))
-        request.folders.emplace_back(folder.toStdString());
+    const bool isAction = kind == LaunchRequest::Kind::action;
+    if (isAction)
+        request.action.argument = fields.value(3).toStdString();
+    for (const QByteArray& folder : fields.mid(isAction ? 4 : 3))
+        (isAction ? request.action.folders : request.folders).emplace_back(folder.toStdString());
     return request;
 }
 

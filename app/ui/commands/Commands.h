@@ -27,6 +27,8 @@ enum class CommandId {
     showSettings,
     quit,
     openRepository,
+    cloneRepository,
+    newRepository,
     closeWindow,
     undo,
     redo,

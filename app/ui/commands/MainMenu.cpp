@@ -41,6 +41,8 @@ std::vector<Entry> layouts()
     return {
         {QT_TRANSLATE_NOOP("Commands", "File"),
          {openRepository,
+          cloneRepository,
+          newRepository,
           {QT_TRANSLATE_NOOP("Commands", "Open Recent"), &addRecentRepositories},
           switchRepository,
           line,

@@ -21,6 +21,11 @@ public:
     virtual ~MenuTarget() = default;
 
     virtual void openDocument() = 0;
+    /// Asks what to clone, with the address in the clipboard if there is one.
+    virtual void cloneRepository() = 0;
+    /// The same with an address, which may be empty.
+    virtual void cloneFrom(const QString& address) = 0;
+    virtual void newRepository() = 0;
     /// Opens a folder's repository, or brings its window to the front.
     virtual void openFolder(const std::filesystem::path& folder) = 0;
     /// Returns the top levels of the repositories with a window.

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/welcome/WelcomeView.h"
 
-#include "app/platform/FileUri.h"
 #include "app/settings/RecentRepositories.h"
 #include "app/store/ShownText.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/RepositoryChoices.h"
 #include "app/ui/settings/SettingsSymbols.h"
+#include "app/ui/welcome/DroppedRepositories.h"
 #include "app/ui/welcome/RecentRowDelegate.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Separator.h"
@@ -20,7 +20,6 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QShortcut>
-#include <QUrl>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -29,8 +28,8 @@ namespace plovik {
 
 namespace {
 
-constexpr QSize sizeWithRecents(460, 560);
-constexpr QSize sizeAlone(460, 270);
+constexpr QSize sizeWithRecents(460, 600);
+constexpr QSize sizeAlone(460, 310);
 constexpr int signSize = 80;
 
 class ApplicationSign : public QWidget {
@@ -64,35 +63,37 @@ QFont scaled(QFont font, double factor, QFont::Weight weight)
     return font;
 }
 
-std::vector<std::filesystem::path> folders(const QMimeData& dropped)
+QPushButton* beginButton(const QString& title, const std::function<void()>& clicked, QWidget* parent)
 {
-    std::vector<std::filesystem::path> found;
-    for (const QUrl& url : dropped.urls()) {
-        const auto path = pathOfFileUri(url.toEncoded().toStdString());
-        std::error_code unreadable;
-        if (path && std::filesystem::is_directory(*path, unreadable))
-            found.push_back(*path);
-    }
-    return found;
+    auto* const button = new QPushButton(title, parent);
+    button->setAccessibleName(title);
+    button->setAutoDefault(true); // Return presses it
+    QObject::connect(button, &QPushButton::clicked, parent, clicked);
+    return button;
 }
 
 } // namespace
 
-WelcomeView::WelcomeView(std::function<void(std::filesystem::path)> open, std::function<void()> browse, QWidget* parent)
-    : QWidget(parent), open_(std::move(open)), browse_(new QPushButton(tr("Open Repository…"), this)),
+WelcomeView::WelcomeView(Actions actions, QWidget* parent)
+    : QWidget(parent), actions_(std::move(actions)),
+      browse_(beginButton(command(CommandId::openRepository).title(), actions_.browse, this)),
       recentPart_(new QWidget(this)), recentList_(new QListWidget(recentPart_))
 {
     setAcceptDrops(true);
     auto* const title = centredLabel(tr("Plovik"), this);
     title->setFont(scaled(font(), 2.2, QFont::Bold));
-    auto* const hint = centredLabel(tr("Open a repository, or run “plovik” inside one from the terminal."), this);
+    auto* const hint =
+        centredLabel(tr("Open, clone or make a repository, or run “plovik” inside one from the terminal."), this);
     hint->setForegroundRole(QPalette::PlaceholderText);
     hint->setContentsMargins(16, 0, 16, 0);
 
-    browse_->setAccessibleName(browse_->text());
     browse_->setProperty("primary", true);
-    browse_->setAutoDefault(true); // Return presses it
-    connect(browse_, &QPushButton::clicked, this, [browse = std::move(browse)] { browse(); });
+    auto* const others = new QHBoxLayout;
+    others->setSpacing(8);
+    others->addStretch(1);
+    others->addWidget(beginButton(command(CommandId::cloneRepository).title(), [this] { actions_.clone({}); }, this));
+    others->addWidget(beginButton(command(CommandId::newRepository).title(), actions_.create, this));
+    others->addStretch(1);
     connect(new QShortcut(command(CommandId::closeWindow).shortcut(), this), &QShortcut::activated, this,
             &QWidget::close);
     makeList();
@@ -107,6 +108,8 @@ WelcomeView::WelcomeView(std::function<void(std::filesystem::path)> open, std::f
     column->addWidget(hint);
     column->addSpacing(18);
     column->addWidget(browse_, 0, Qt::AlignHCenter);
+    column->addSpacing(8);
+    column->addLayout(others);
     column->addSpacing(28);
     column->addWidget(recentPart_, 1);
     column->addStretch(0);
@@ -171,15 +174,18 @@ void WelcomeView::showEvent(QShowEvent* event)
 
 void WelcomeView::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!folders(*event->mimeData()).empty())
+    if (!droppedRepositories(*event->mimeData()).isEmpty())
         event->acceptProposedAction();
 }
 
 void WelcomeView::dropEvent(QDropEvent* event)
 {
     event->acceptProposedAction();
-    for (const std::filesystem::path& folder : folders(*event->mimeData()))
-        open_(folder);
+    const DroppedRepositories dropped = droppedRepositories(*event->mimeData());
+    for (const std::filesystem::path& folder : dropped.folders)
+        actions_.open(folder);
+    if (!dropped.address.isEmpty())
+        actions_.clone(dropped.address);
 }
 
 void WelcomeView::reloadRecents()
@@ -207,7 +213,7 @@ void WelcomeView::openRow(int row)
     if (!isVisible() || row < 0 || static_cast<std::size_t>(row) >= recents_.size())
         return;
     const std::filesystem::path root = recents_[static_cast<std::size_t>(row)];
-    open_(root);
+    actions_.open(root);
 }
 
 void WelcomeView::removeRow(int row)

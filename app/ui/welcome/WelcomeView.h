@@ -12,16 +12,21 @@ class QPushButton;
 
 namespace plovik {
 
-/// The window that is shown while no repository is open. It offers to open a repository and lists the recent ones; a
-/// folder dropped on it is opened. Main thread.
+/// The window that is shown while no repository is open. It offers to open, to clone and to make a repository, and lists
+/// the recent ones; a folder dropped on it is opened, and an address cloned. Main thread.
 class WelcomeView : public QWidget {
     Q_OBJECT
 
 public:
-    /// `open` is given a recent repository that was chosen, or a folder that was dropped; `browse` shows the Open
-    /// panel.
-    WelcomeView(std::function<void(std::filesystem::path)> open, std::function<void()> browse,
-                QWidget* parent = nullptr);
+    struct Actions {
+        /// Is given a recent repository that was chosen, or a folder that was dropped.
+        std::function<void(std::filesystem::path)> open;
+        std::function<void()> browse;                      ///< shows the Open panel
+        std::function<void(const QString& address)> clone; ///< asks what to clone; the address may be empty
+        std::function<void()> create;                      ///< asks for a new repository
+    };
+
+    explicit WelcomeView(Actions actions, QWidget* parent = nullptr);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -34,7 +39,7 @@ private:
     void openRow(int row);
     void removeRow(int row);
 
-    std::function<void(std::filesystem::path)> open_;
+    Actions actions_;
     std::vector<std::filesystem::path> recents_; ///< in the order of the rows
     QPushButton* browse_;
     QWidget* recentPart_;
