@@ -383,7 +383,7 @@ RewritePlan reworded(const RewritePlan& plan, const std::string& commit, std::st
     return withGroups(plan, std::move(groups));
 }
 
-RewritePlan split(const RewritePlan& plan, const std::string& commit, std::string part, std::string partMessage,
+RewritePlan split(const RewritePlan& plan, const std::string& commit, CommitPart part, std::string partMessage,
                   std::string message)
 {
     return changed(kept(plan, {commit}), commit, [&](RewriteStep& step) {

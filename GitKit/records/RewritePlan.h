@@ -10,6 +10,14 @@
 
 namespace gitkit {
 
+/// A part of what a commit changes.
+struct CommitPart {
+    std::string patch = {};              ///< as bytes, against the commit's parent
+    std::vector<std::string> files = {}; ///< paths, as bytes, of which it has all that the commit changes
+
+    bool operator==(const CommitPart&) const = default;
+};
+
 /// What becomes of one commit. Hashes are full, and messages UTF-8.
 struct RewriteStep {
     enum class Act {
@@ -24,7 +32,7 @@ struct RewriteStep {
     Act act = Act::pick;
     std::string commit;
     std::optional<std::string> message = {}; ///< new words of its own; nullopt: it keeps its words
-    std::string part = {};                   ///< for a split: a patch against its parent, which is the first of the two
+    CommitPart part = {};                    ///< for a split: what the first of the two has
     std::string partMessage = {};            ///< for a split: the first one's words
 
     bool operator==(const RewriteStep&) const = default;
@@ -86,7 +94,7 @@ RewritePlan dropped(const RewritePlan& plan, const Hashes& commits);
 RewritePlan kept(const RewritePlan& plan, const Hashes& commits);
 /// Gives a commit, and what is squashed into it, one message.
 RewritePlan reworded(const RewritePlan& plan, const std::string& commit, std::string message);
-RewritePlan split(const RewritePlan& plan, const std::string& commit, std::string part, std::string partMessage,
+RewritePlan split(const RewritePlan& plan, const std::string& commit, CommitPart part, std::string partMessage,
                   std::string message);
 RewritePlan stoppingAt(const RewritePlan& plan, const std::string& commit);
 /// Puts the commits whose messages begin with "fixup! ", "squash! " or "amend! " into those that they name. `messages`

@@ -107,7 +107,7 @@ private:
         const std::string before = parent.empty() ? std::string() : readCommits(repo_, {parent}).at(parent).tree;
         CommitText first = inUtf8(text);
         first.message = step.partMessage + (step.partMessage.ends_with('\n') ? "" : "\n");
-        first.tree = patchedTree(repo_, before, step.part);
+        first.tree = partTree(repo_, {before, text.tree}, step.part);
         CommitText second = inUtf8(text);
         if (step.message)
             second.message = *step.message + (step.message->ends_with('\n') ? "" : "\n");

@@ -2,15 +2,18 @@
 #include "GitKit/rewrite/Rehearsal.h"
 
 #include "GitKit/Text.h"
+#include "GitKit/parsers/Fields.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Merging.h"
 #include "GitKit/repository/ScratchIndex.h"
 #include "GitKit/repository/ThrowawayObjects.h"
+#include "GitKit/repository/TreeChanges.h"
 #include "GitKit/rewrite/CommitText.h"
 #include "GitKit/runner/GitError.h"
 
 #include <map>
 #include <optional>
+#include <set>
 #include <utility>
 
 namespace gitkit {
@@ -25,6 +28,33 @@ std::string withLineEnd(std::string message)
     if (!message.ends_with('\n'))
         message += '\n';
     return message;
+}
+
+/// Returns what `git update-index --index-info` reads to give these files what the newer tree has of them. What goes
+/// stands first, because a folder may come in its place.
+std::string entriesOf(const GitRepository& repo, const TreePair& trees, const std::vector<std::string>& files,
+                      const RunOptions& objects)
+{
+    const std::string before = trees.from.empty() ? emptyTreeHash(repo) : trees.from;
+    const std::string listed = repo.runner().bytes(
+        {"diff-tree", "-r", "-z", "--raw", "--no-renames", "--no-abbrev", before, trees.to}, objects);
+    const std::set<std::string_view> wanted(files.begin(), files.end());
+    std::string gone;
+    std::string there;
+    NulFields fields(listed);
+    while (const auto change = fields.take<2>()) {
+        const auto& [facts, path] = *change;
+        if (!wanted.contains(path))
+            continue;
+        // Modes and hashes of both sides, each pair with a blank between: ":100644 100755 HASH HASH M".
+        constexpr std::size_t modeStart = 8;
+        const std::string_view mode = facts.substr(modeStart, 6);
+        const std::string_view hash = facts.substr(facts.find(' ', modeStart + 7) + 1);
+        std::string& entries = mode == "000000" ? gone : there;
+        entries.append(mode == "000000" ? "0" : mode).append(" ").append(hash.substr(0, hash.find(' ')));
+        entries.append("\t").append(path).append(1, '\0');
+    }
+    return gone + there;
 }
 
 /// One walk through a plan.
@@ -124,7 +154,7 @@ private:
     RewriteMark takeInTwo(const RewriteStep& step, const CommitText& text)
     {
         const std::string before = treeOf(parentOf(text));
-        const std::string part = patchedTree(repo_, before, step.part, objects_);
+        const std::string part = partTree(repo_, {before, text.tree}, step.part, objects_);
         std::optional<std::string> first = part;
         if (tree_ != before)
             first = mergedTree(before, part);
@@ -280,16 +310,20 @@ RewriteOutcome written(const GitRepository& repo, const RewritePlan& plan)
     return Walk(repo, plan, {}, Signing::asConfigured).result();
 }
 
-std::string patchedTree(const GitRepository& repo, const std::string& tree, const std::string& patch,
-                        const RunOptions& objects)
+std::string partTree(const GitRepository& repo, const TreePair& trees, const CommitPart& part,
+                     const RunOptions& objects)
 {
     const ScratchIndex index(repo.runner());
-    RunOptions options = index.options(objects);
-    if (!tree.empty())
-        repo.runner().accepted({"read-tree", tree}, options);
+    const RunOptions options = index.options(objects);
+    if (!trees.from.empty())
+        repo.runner().accepted({"read-tree", trees.from}, options);
     RunOptions feeding = options;
-    feeding.input = patch;
-    repo.runner().accepted({"apply", "--cached", "--whitespace=nowarn", "-"}, feeding);
+    feeding.input = part.patch;
+    if (!part.patch.empty())
+        repo.runner().accepted({"apply", "--cached", "--whitespace=nowarn", "-"}, feeding);
+    feeding.input = part.files.empty() ? std::string() : entriesOf(repo, trees, part.files, objects);
+    if (!feeding.input->empty())
+        repo.runner().accepted({"update-index", "-z", "--index-info"}, feeding);
     return std::string(withoutLineEnd(repo.runner().bytes({"write-tree"}, options)));
 }
 

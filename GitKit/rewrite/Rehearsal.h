@@ -3,6 +3,7 @@
 
 #include "GitKit/records/RewriteOutcome.h"
 #include "GitKit/records/RewritePlan.h"
+#include "GitKit/records/TreePair.h"
 #include "GitKit/rewrite/CommitWriter.h"
 #include "GitKit/runner/GitRunner.h"
 
@@ -24,8 +25,9 @@ RewriteOutcome rehearsed(const GitRepository& repo, const RewritePlan& plan);
 /// Writes the commits of a plan. No ref leads to them. Ends at the first that conflicts.
 RewriteOutcome written(const GitRepository& repo, const RewritePlan& plan);
 
-/// Returns the tree that a patch makes of another one, which may be empty for none.
-std::string patchedTree(const GitRepository& repo, const std::string& tree, const std::string& patch,
-                        const RunOptions& objects = {});
+/// Returns the tree that a part of a commit makes of the tree beneath it. `trees` are that one, which may be empty for
+/// none, and the commit's own.
+std::string partTree(const GitRepository& repo, const TreePair& trees, const CommitPart& part,
+                     const RunOptions& objects = {});
 
 } // namespace gitkit

@@ -33,6 +33,7 @@ inline constexpr Setting<bool> historyShowsAuthor{"historyShowsAuthor", true};
 inline constexpr Setting<bool> historyShowsDate{"historyShowsDate", true};
 inline constexpr Setting<bool> historyShowsHash{"historyShowsHash", true};
 inline constexpr Setting<bool> historyAbsoluteDates{"historyAbsoluteDates", false};
+inline constexpr Setting<double> splitFilesWidth{"splitFilesWidth", 260};
 inline constexpr Setting<double> stashesDetailHeight{"stashesDetailHeight", 340};
 inline constexpr Setting<double> timelineDetailHeight{"timelineDetailHeight", 380};
 inline constexpr Setting<double> workingCopyListWidth{"workingCopyListWidth", 380};

@@ -5,13 +5,12 @@
 #include "GitKit/rewrite/Rewriting.h"
 #include "app/store/Changes.h"
 #include "app/store/History.h"
+#include "app/store/RewritingWords.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
 #include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
 #include "app/store/readers/RewriteReaders.h"
-
-#include <QStringList>
 
 #include <algorithm>
 #include <map>
@@ -31,8 +30,6 @@ using gitkit::RewriteStep;
 
 namespace {
 
-constexpr std::string_view branchPrefix = "refs/heads/";
-
 gitkit::Hashes hashesOf(const MovableCommits& movable)
 {
     gitkit::Hashes hashes;
@@ -48,11 +45,6 @@ std::string bytesOfMessage(const QString& text)
     while (message.ends_with('\n'))
         message.pop_back();
     return message + '\n';
-}
-
-std::string shortBranch(const std::string& name)
-{
-    return name.starts_with(branchPrefix) ? name.substr(branchPrefix.size()) : name;
 }
 
 bool saysWhereItBelongs(const std::string& message)
@@ -200,77 +192,17 @@ int Rewriting::fixups() const
     return gitkit::countsOf(squashed).squashed - gitkit::countsOf(now).squashed;
 }
 
-QString Rewriting::branchesSentence() const
-{
-    const gitkit::Hashes affected = gitkit::affectedCommits(*plan.value());
-    int along = 0;
-    const gitkit::BranchOnCommit* held = nullptr;
-    for (const gitkit::BranchOnCommit& branch : movable.value().branches) {
-        if (std::ranges::find(affected, branch.commit) == affected.end())
-            continue;
-        along += branch.heldBy.empty() ? 1 : 0;
-        held = branch.heldBy.empty() ? held : &branch;
-    }
-    QStringList sentences;
-    if (along > 0)
-        sentences << tr("%Ln branch(es) move along", nullptr, along);
-    if (held)
-        sentences << tr("%1 stays: it is held by %2").arg(inQuotes(shortBranch(held->name)), inQuotes(held->heldBy));
-    return sentences.join(u" · "_s);
-}
-
 QString Rewriting::sentence() const
 {
-    if (!plan.value())
-        return {};
-    const gitkit::RewriteCounts counts = gitkit::countsOf(*plan.value());
-    QStringList parts;
-    const auto add = [&parts](int count, const QString& text) {
-        if (count > 0)
-            parts << text;
-    };
-    add(counts.moved, tr("%Ln moved", nullptr, counts.moved));
-    add(counts.squashed, tr("%Ln squashed", nullptr, counts.squashed));
-    add(counts.reworded, tr("%Ln reworded", nullptr, counts.reworded));
-    add(counts.dropped, tr("%Ln dropped", nullptr, counts.dropped));
-    add(counts.split, tr("%Ln split", nullptr, counts.split));
-    add(counts.stops, tr("%Ln stop(s)", nullptr, counts.stops));
-    QString state = tr("looking for conflicts…");
-    if (const auto& found = outcome.value()) {
-        using enum RewriteOutcome::Result;
-        const auto stopped = std::ranges::find(found->marks, RewriteMark::Kind::conflicts, &RewriteMark::kind);
-        const auto files = stopped == found->marks.end() ? 0 : static_cast<int>(stopped->paths.size());
-        state = found->result == clean       ? tr("no conflicts")
-                : found->result == conflicts ? tr("conflicts in %Ln file(s)", nullptr, files)
-                                             : tr("conflicts show when it runs");
-    }
-    QString text = tr("Plan: %1 — %2").arg(parts.join(u", "_s), state);
-    if (const QString branches = branchesSentence(); !branches.isEmpty())
-        text += u" · "_s + branches;
-    return text;
+    return plan.value() ? planSentence(*plan.value(), outcome.value(), movable.value()) : QString();
 }
 
 QString Rewriting::publishedSentence() const
 {
-    if (!plan.value() || movable.value().publishedOn.empty())
-        return {};
-    int published = 0;
-    for (const std::string& commit : gitkit::affectedCommits(*plan.value())) {
-        const MovableCommit* const found = find(commit);
-        published += found && found->isPublished ? 1 : 0;
-    }
-    if (published == 0)
-        return {};
-    return tr("%Ln of these commits is (are) on %1. Others may have them; you will need to force-push.", nullptr,
-              published)
-        .arg(shownText(movable.value().publishedOn));
+    return plan.value() ? planPublishedSentence(*plan.value(), movable.value()) : QString();
 }
 
-QString Rewriting::applyTitle() const
-{
-    const bool conflicts = outcome.value() && outcome.value()->result == RewriteOutcome::Result::conflicts;
-    return conflicts ? tr("Apply and Resolve") : tr("Apply");
-}
+QString Rewriting::applyTitle() const { return planApplyTitle(outcome.value()); }
 
 // Changing the plan.
 
@@ -335,9 +267,21 @@ void Rewriting::reword(const std::string& commit, const QString& message)
         take(gitkit::reworded(current(), commit, words));
 }
 
-void Rewriting::split(const std::string& commit, const std::string& part, const QString& first, const QString& second)
+void Rewriting::split(const std::string& commit, gitkit::CommitPart part, const QString& first, const QString& second)
 {
-    take(gitkit::split(current(), commit, part, bytesOfMessage(first), bytesOfMessage(second)));
+    RewritePlan next = gitkit::split(current(), commit, std::move(part), bytesOfMessage(first), bytesOfMessage(second));
+    if (plan.value() || next == current())
+        return take(std::move(next));
+    // Nothing has to be merged for it, so any git can do it in memory.
+    Change change = inMemory(next);
+    change.failed = [this, next](const Failure&) {
+        if (!plan.value()) {
+            take(next);
+            follow(movable.value());
+        }
+        return false;
+    };
+    changes_.run(std::move(change));
 }
 
 void Rewriting::squashFixups()
@@ -369,7 +313,7 @@ void Rewriting::cancel()
 QString Rewriting::shownBranch() const
 {
     const std::string& branch = movable.value().branch;
-    return branch.empty() ? u"HEAD"_s : shownText(shortBranch(branch));
+    return branch.empty() ? u"HEAD"_s : shownText(withoutBranchPrefix(branch));
 }
 
 void Rewriting::apply()
@@ -381,7 +325,7 @@ void Rewriting::apply()
     Confirmation question;
     question.title = tr("Drop all %Ln commit(s)?", nullptr, static_cast<int>(plan.value()->steps.size()));
     question.message = tr("None of the commits of %1 that can be changed would be left. Undo brings them back.")
-                           .arg(inQuotes(shortBranch(movable.value().branch)));
+                           .arg(inQuotes(withoutBranchPrefix(movable.value().branch)));
     question.actionTitle = tr("Drop All");
     question.action = [this] {
         if (plan.value())

@@ -81,8 +81,8 @@ public:
     /// Leaves them as they are.
     void keep(const gitkit::Hashes& commits);
     void reword(const std::string& commit, const QString& message);
-    /// `part` is a patch that the first of the two has.
-    void split(const std::string& commit, const std::string& part, const QString& first, const QString& second);
+    /// Makes two commits of one. Without an open plan it is done at once; where that fails, the plan keeps it.
+    void split(const std::string& commit, gitkit::CommitPart part, const QString& first, const QString& second);
     void stopAt(const std::string& commit);
     /// Puts the commits that say so into those that they name.
     void squashFixups();
@@ -106,7 +106,6 @@ private:
     Change inMemory(const gitkit::RewritePlan& plan);
     Change byGit(const gitkit::RewritePlan& plan);
     QString shownBranch() const;
-    QString branchesSentence() const;
 
     WindowState& window_;
     Snapshot& snapshot_;

@@ -90,8 +90,13 @@ struct CommitMessageSheet {
     std::string commit; ///< full hash
     bool operator==(const CommitMessageSheet&) const = default;
 };
+/// Asks which changes of a commit become a commit of their own.
+struct SplitSheet {
+    std::string commit; ///< full hash
+    bool operator==(const SplitSheet&) const = default;
+};
 using SheetKind = std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet,
                                SentChangesSheet, DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet,
-                               RequestSheet, CleanSheet, RelationsSheet, CommitMessageSheet>;
+                               RequestSheet, CleanSheet, RelationsSheet, CommitMessageSheet, SplitSheet>;
 
 } // namespace plovik

@@ -957,6 +957,23 @@
     </message>
 </context>
 <context>
+    <name>plovik::SplitDialog</name>
+    <message numerus="yes">
+        <source>%Ln file(s)</source>
+        <translation>
+            <numerusform>%Ln file</numerusform>
+            <numerusform>%Ln files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln changed line(s)</source>
+        <translation>
+            <numerusform>%Ln changed line</numerusform>
+            <numerusform>%Ln changed lines</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Staging</name>
     <message numerus="yes">
         <source>%Ln file(s) still contain conflict markers</source>

@@ -3,6 +3,7 @@
 
 #include "app/store/RepositoryStore.h"
 #include "app/ui/dialogs/StoreDialogs.h"
+#include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/drag/DragData.h"
 #include "app/ui/drag/DropHint.h"
 #include "app/ui/history/HistoryList.h"
@@ -10,6 +11,7 @@
 #include "app/ui/history/PlanBar.h"
 #include "app/ui/history/PlanSigns.h"
 #include "tests/app/SettlingWorker.h"
+#include "tests/app/ShownWidgets.h"
 #include "tests/support/TestRepository.h"
 
 #include "GitKit/runner/GitVersion.h"
@@ -18,6 +20,7 @@
 #include <QDialog>
 #include <QDragEnterEvent>
 #include <QLabel>
+#include <QListView>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -25,6 +28,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -164,6 +168,81 @@ TEST_F(PlanWindow, TakesWordsFromASheetAndTellsWhatIsPublished)
               "1 of these commits is on origin/main. Others may have it; you will need to force-push.");
     press(Qt::Key_Return, Qt::ControlModifier);
     EXPECT_EQ(repo.read({"log", "-1", "--format=%B", "HEAD~3"}), "Begin with two\n\nBecause.\n");
+}
+
+TEST_F(PlanWindow, SplitsACommitByFilesHunksAndLines)
+{
+    std::string lines;
+    for (int number = 0; number < 30; ++number)
+        lines += std::to_string(number) + '\n';
+    repo.write("text", lines).commit("text");
+    repo.write("text", "first\n" + lines + "last\nvery last\n").write("added", "a\n").commit("Do two things");
+    const std::string commit = repo.head();
+    store->snapshot().refresh(RefreshScope::full);
+    EXPECT_TRUE(worker.settle());
+    const StoreDialogs dialogs(*store, view.get());
+    store->window().selectCommit(commit);
+    store->window().showSheet(SplitSheet{commit});
+    EXPECT_TRUE(worker.settle());
+    auto* const sheet = view->findChild<QDialog*>();
+    auto* const files = test::named<QListView>(*sheet, u"Files of the Commit"_s);
+    auto* const first = test::named<QPlainTextEdit>(*sheet, u"Message of the First Commit"_s);
+    auto* const second = test::named<QPlainTextEdit>(*sheet, u"Message of the Second Commit"_s);
+    const auto extent = [&](const QString& name) { return test::named<QLabel>(*sheet, name)->text().toStdString(); };
+    const auto split = [&] {
+        const auto buttons = sheet->findChildren<QPushButton*>();
+        return *std::ranges::find_if(buttons, [](const QPushButton* each) { return each->isDefault(); });
+    };
+    EXPECT_EQ(first->toPlainText(), u"Do two things"_s);
+    EXPECT_EQ(extent(u"Contents of the First Commit"_s), "nothing yet: tick files, hunks or lines");
+    EXPECT_EQ(extent(u"Contents of the Second Commit"_s), "2 files · 4 changed lines · its message is missing");
+    second->setPlainText(u"Second thing"_s);
+    EXPECT_FALSE(split()->isEnabled());
+
+    // Files as a whole, then hunks and lines of one.
+    EXPECT_EQ(files->model()->index(0, 0).data().toString(), u"added (new)"_s);
+    for (const int row : {0, 1})
+        files->model()->setData(files->model()->index(row, 0), Qt::Checked, Qt::CheckStateRole);
+    EXPECT_EQ(extent(u"Contents of the Second Commit"_s), "nothing is left for it: untick something");
+    EXPECT_FALSE(split()->isEnabled());
+    files->model()->setData(files->model()->index(1, 0), Qt::Unchecked, Qt::CheckStateRole);
+    files->setCurrentIndex(files->model()->index(1, 0));
+    EXPECT_TRUE(worker.settle());
+    auto* const section = sheet->findChild<DiffSectionView*>();
+    DiffController& controller = section->controller();
+    const auto rowOfText = [&](const QString& text) {
+        int row = 0;
+        while (controller.diff().document().text(row) != text)
+            ++row;
+        return row;
+    };
+    section->setFocus();
+    controller.setCurrentRow(rowOfText(u"last"_s));
+    QTest::keyClick(section, Qt::Key_S);
+    EXPECT_EQ(files->model()->index(1, 0).data(Qt::CheckStateRole), Qt::PartiallyChecked);
+    controller.setCurrentRow(rowOfText(u"very last"_s));
+    QTest::keyClick(section, Qt::Key_Space);
+    EXPECT_EQ(extent(u"Contents of the First Commit"_s), "2 files · 2 changed lines");
+    EXPECT_EQ(extent(u"Contents of the Second Commit"_s), "1 file · 2 changed lines");
+    EXPECT_TRUE(controller.diff().plainText().contains(u"+last (first commit)\n+very last (second commit)"_s));
+    const auto click = [&](const QString& text) {
+        QTest::mouseClick(section, Qt::LeftButton, {}, section->rowRect(rowOfText(text)).topLeft() + QPoint(8, 8));
+    };
+    click(u"very last"_s);
+    click(u"last"_s);
+    EXPECT_EQ(extent(u"Contents of the First Commit"_s), "2 files · 2 changed lines");
+
+    // A message of blanks is none.
+    second->setPlainText(u" "_s);
+    QTest::keyClick(section, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(store->window().sheet.value());
+    second->setPlainText(u"Second thing\n\nWith a reason."_s);
+    QTest::keyClick(second, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(worker.settle());
+    EXPECT_FALSE(store->window().sheet.value());
+    EXPECT_EQ(repo.read({"log", "-2", "--format=%B"}), "Second thing\n\nWith a reason.\n\nDo two things\n");
+    EXPECT_EQ(repo.read({"show", "HEAD~1:text"}), lines + "very last");
+    EXPECT_EQ(repo.read({"rev-parse", "HEAD^{tree}"}), repo.read({"rev-parse", commit + "^{tree}"}));
 }
 
 TEST_F(PlanWindow, IsMadeByDraggingRowsOntoAndBetweenOthers)

@@ -349,13 +349,46 @@ TEST_F(Rewrites, SplitACommitWithoutAConflictWhateverComesAfter)
 {
     const std::string tree = repo.read({"rev-parse", "HEAD^{tree}"});
     const std::string part = repo.read({"diff", commits[1], commits[2], "--", "log"}) + '\n';
-    apply(split(plan(), commits[2], part, "the log", "the rest"));
+    apply(split(plan(), commits[2], {part}, "the log", "the rest"));
     EXPECT_EQ(subjects(), "commit 1\ncommit 2\nthe log\nthe rest\ncommit 4\ncommit 5");
     EXPECT_EQ(repo.read({"rev-parse", "HEAD^{tree}"}), tree);
     EXPECT_EQ(repo.read({"diff", "--name-only", "HEAD~4", "HEAD~3"}), "log");
     EXPECT_EQ(repo.read({"diff", "--name-only", "HEAD~3", "HEAD~2"}), "3");
     EXPECT_EQ(repo.read({"log", "-1", "--format=%an %at", "HEAD~3"}),
               repo.read({"log", "-1", "--format=%an %at", commits[2]}));
+}
+
+TEST_F(Rewrites, SplitOffWholeFilesOfEveryKind)
+{
+    const std::string binary("\0\1\2", 3);
+    const auto isSplit = [&](const RewritePlan& next, const std::string& changed) {
+        const std::string tip = repo.head();
+        const std::string tree = repo.read({"rev-parse", "HEAD^{tree}"});
+        apply(next);
+        EXPECT_EQ(repo.read({"rev-parse", "HEAD^{tree}"}), tree);
+        const std::string first = repo.read({"rev-parse", "HEAD~1^{tree}"});
+        EXPECT_EQ(repo.read({"log", "-1", "--root", "--format=", "--name-status", "--no-renames", "HEAD~1"}), changed);
+        // Git's own road leads to the same.
+        repo.git({"reset", "-q", "--hard", tip});
+        rewriteByGit(repo.repository(), next);
+        EXPECT_EQ(repo.read({"rev-parse", "HEAD^{tree}"}), tree);
+        EXPECT_EQ(repo.read({"rev-parse", "HEAD~1^{tree}"}), first);
+    };
+    repo.write("binary", binary).write("mode", "m").write("old name", "the same\nlines\n").write("gone", "g");
+    repo.write("folder/file", "f").commit("kinds");
+    const std::string before = repo.head();
+    repo.write("binary", binary + binary).git({"mv", "old name", "n\xe9w"}).write("new", "n").write("other", "o");
+    repo.git({"rm", "-q", "-r", "gone", "folder"}).write("folder", "a file now").write("1", "one\r\n");
+    fs::permissions(repo / "mode", fs::perms::owner_all);
+    repo.commit("all kinds");
+    isSplit(split(untouchedPlan("refs/heads/main", before, {repo.head()}), repo.head(),
+                  {.files = {"binary", "mode", "old name", "n\xe9w", "new", "gone", "folder", "folder/file", "1"}},
+                  "most", "the other"),
+            "M\t1\nM\tbinary\nA\tfolder\nD\tfolder/file\nD\tgone\nM\tmode\nA\tnew\nA\t\"n\\351w\"\nD\told name");
+    // A root has nothing beneath it.
+    repo.git({"checkout", "-q", "--orphan", "roots"}).commit("root");
+    isSplit(split(untouchedPlan("refs/heads/roots", "", {repo.head()}), repo.head(), {.files = {"new"}}, "a", "b"),
+            "A\tnew");
 }
 
 TEST_F(Rewrites, GoThroughGitWhereTheyConflictOrStop)
@@ -365,7 +398,7 @@ TEST_F(Rewrites, GoThroughGitWhereTheyConflictOrStop)
     repo.git({"config", "rebase.autoSquash", "true"}).git({"config", "commit.cleanup", "strip"});
     const std::string part = repo.read({"diff", commits[2], commits[3], "--", "log"}) + '\n';
     RewritePlan next = reworded(plan(), commits[1], "# kept\n\n\nwords of 2");
-    next = split(squashed(next, {commits[4]}, commits[2], Act::squash), commits[3], part, "first", "second");
+    next = split(squashed(next, {commits[4]}, commits[2], Act::squash), commits[3], {part}, "first", "second");
     next = dropped(next, {commits[0]});
     const RewriteOutcome expected = rehearsed(repo.repository(), next);
     rewriteByGit(repo.repository(), next);

@@ -4,8 +4,10 @@
 #include "tests/store/UndoWindow.h"
 #include "tests/support/WholeState.h"
 
+#include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitVersion.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/SplitChoice.h"
 
 #include <gtest/gtest.h>
 
@@ -90,6 +92,73 @@ TEST_F(PlansInWindow, ShowWhatBecomesOfTheRowsAndDoNothingBeforeApply)
     EXPECT_EQ(said(), "Rewrote main.");
     EXPECT_EQ(store.window().selectedCommit.value(), repo.head()) << "it is the same commit, rewritten";
     EXPECT_EQ(repo.read({"log", "-g", "-1", "--format=%gs"}), "plovik: rewrite 3 commits");
+}
+
+TEST_F(PlansInWindow, SplitByLinesAtOnceAndKeepTheSplitWhereThatFails)
+{
+    const std::string windows = "a\r\nb\r\nc\r\nd\r\n";
+    const std::string latin = "\xe9\nx\ny\nb";
+    repo.write("windows", windows).write("latin", latin).write("moved", "1\n2\n3\n4\n5\n").commit("texts");
+    repo.write("windows", "A\r\nb\r\nc\r\nD\r\n").write("latin", "\xe8\nx\ny\nb\nc").git({"mv", "moved", "to"});
+    repo.write("new", "n\n").commit("many changes");
+    repo.write("four", "local").write("new", "staged\n").git({"add", "new"});
+    reload();
+    const std::string commit = repo.head();
+    const std::string before = wholeState(repo);
+    SplitChoice choice(repo.repository().commitDetail(commit, gitkit::CommitKind::ordinary).files);
+    EXPECT_EQ(choice.inSecond(), (SplitChoice::Extent{4, 0})) << "nothing was counted yet";
+    std::vector<gitkit::ChangeCounts> counts;
+    for (const gitkit::CommitFile& file : choice.files())
+        counts.push_back({file.path, 1, 1});
+    choice.setCounts(counts);
+    for (std::size_t file = 0; file < choice.files().size(); ++file) {
+        const gitkit::ParsedDiff diff = repo.repository().commitDiff(commit, choice.files()[file]);
+        std::set<int> changes;
+        for (const gitkit::DiffLine& line : diff.lines) {
+            if (line.isChange())
+                changes.insert(line.id);
+        }
+        const std::string& path = choice.files()[file].path;
+        EXPECT_EQ(choice.canTakeLines(file, diff), path == "windows" || path == "latin") << path;
+        choice.takeLines(file, diff, changes, SplitChoice::Into::first);
+        EXPECT_EQ(choice.shareOf(file) == SplitChoice::Share::all, choice.canTakeLines(file, diff)) << path;
+        // All but the first two changes go back.
+        for (int kept = 0; kept < 2 && !changes.empty(); ++kept)
+            changes.erase(changes.begin());
+        choice.takeLines(file, diff, changes, SplitChoice::Into::second);
+        if (path == "to")
+            choice.take(file, SplitChoice::Into::first);
+    }
+    EXPECT_EQ(choice.inFirst(), (SplitChoice::Extent{3, 6}));
+    EXPECT_EQ(choice.inSecond(), (SplitChoice::Extent{3, 7}));
+
+    plans.split(commit, choice.part(), QStringLiteral("first"), QStringLiteral("second"));
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_FALSE(plans.plan.value());
+    EXPECT_EQ(repo.read({"log", "-3", "--format=%s"}), "second\nfirst\ntexts");
+    EXPECT_EQ(repo.read({"show", "HEAD~1:windows"}), "A\r\nb\r\nc\r\nd\r");
+    EXPECT_EQ(repo.read({"show", "HEAD~1:latin"}), "\xe8\nx\ny\nb");
+    EXPECT_EQ(repo.read({"diff", "--name-only", "--no-renames", "HEAD~2", "HEAD~1", "--", "moved", "to", "new"}),
+              "moved\nto");
+    EXPECT_EQ(repo.read({"rev-parse", "HEAD^{tree}"}), repo.read({"rev-parse", commit + "^{tree}"}));
+    undo();
+    EXPECT_EQ(wholeState(repo), before);
+
+    // A hook that refuses loses no choice, and with a plan the split is a part of it.
+    repo.write(".git/hooks/pre-rebase", "#!/bin/sh\nexit 1\n");
+    std::filesystem::permissions(repo / ".git/hooks/pre-rebase", std::filesystem::perms::owner_all);
+    plans.split(commit, choice.part(), QStringLiteral("first"), QStringLiteral("second"));
+    worker.finishAll();
+    EXPECT_NE(error(), "");
+    EXPECT_EQ(repo.head(), commit);
+    EXPECT_EQ(sentence(), "Plan: 1 split — no conflicts");
+    std::filesystem::remove(repo / ".git/hooks/pre-rebase");
+    store.window().dismissError();
+    plans.split(hashes[2], {.files = {"three"}}, QStringLiteral("x"), QStringLiteral("y"));
+    worker.finishAll();
+    EXPECT_EQ(sentence(), "Plan: 2 split — no conflicts");
+    EXPECT_EQ(repo.head(), commit) << "nothing is done before the plan is applied";
 }
 
 TEST_F(PlansInWindow, TellWhoElseHasTheCommitsAndWhatMovesAlong)

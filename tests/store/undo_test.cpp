@@ -181,6 +181,17 @@ const std::vector<Story> stories{
      [](auto& t) { // which conflicts
          rewrite(t, [&](Rewriting& plan) { plan.move({t.repo.head()}, t.repo.read({"rev-parse", "HEAD~2"})); });
      }},
+    {"Rewrite of main",
+     [](auto& r) {
+         twoToRewrite(r);
+         r.git({"commit", "-q", "-m", "several", "--", "b"}).git({"reset", "-q"});
+         r.write("c", "2").git({"commit", "-q", "-a", "--amend", "-m", "several"}).write("b", "local");
+     },
+     [](auto& t) {
+         t.store.rewriting().watch();
+         t.worker.finishAll();
+         t.store.rewriting().split(t.repo.head(), {.files = {"b"}}, QStringLiteral("b"), QStringLiteral("rest"));
+     }},
     {"Fast-Forward of “old”",
      [](auto& r) { r.git({"branch", "old", "main"}).git({"branch", "-q", "-u", "topic", "old"}); },
      [](auto& t) { actions::fastForward(t.store.actors(), "old"); }},

@@ -453,6 +453,7 @@ constexpr Command table[] = {
     onSelection(Id::keepCommit, QT_TRANSLATE_NOOP("Commands", "Leave as It Is"),
                 QT_TRANSLATE_NOOP("Commands", "Select a commit that the plan changes.")),
     onSelection(Id::stopToEdit, QT_TRANSLATE_NOOP("Commands", "Stop Here to Edit…"), wantedMovable),
+    onSelection(Id::splitCommit, QT_TRANSLATE_NOOP("Commands", "Split…"), wantedMovable),
     {.id = Id::applyPlan,
      .name = QT_TRANSLATE_NOOP("Commands", "Apply the Plan"),
      .action = [](Store& store) { store.rewriting().apply(); },

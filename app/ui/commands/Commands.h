@@ -164,6 +164,7 @@ enum class CommandId {
     dropCommit,
     keepCommit,
     stopToEdit,
+    splitCommit,
     applyPlan,
     cancelPlan,
     squashFixups,

@@ -58,6 +58,8 @@ void Sheet::validate()
     confirm_->setToolTip(plainToolTip(begun ? store_.changes().whyNot(*begun) : QString()));
 }
 
+void Sheet::confirm() { confirm_->click(); }
+
 } // namespace plovik
 
 #include "moc_Sheet.cpp"

@@ -35,6 +35,8 @@ protected:
 
     /// To be called whenever something was typed or chosen.
     void validate();
+    /// Confirms the sheet, as a click on its button does.
+    void confirm();
 
     /// Returns a sentence that says why the sheet cannot be confirmed; empty when it can.
     virtual QString problem() const { return {}; }

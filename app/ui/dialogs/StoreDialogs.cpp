@@ -17,6 +17,7 @@
 #include "app/ui/dialogs/RequestDialog.h"
 #include "app/ui/dialogs/ResetDialog.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
+#include "app/ui/dialogs/SplitDialog.h"
 #include "app/ui/dialogs/StashDialog.h"
 
 #include <QApplication>
@@ -53,6 +54,7 @@ struct SheetMaker {
     Sheet* operator()(const ResetSheet& sheet) const { return new ResetDialog(store, sheet, parent); }
     Sheet* operator()(const RelationsSheet& sheet) const { return new RelationsDialog(store, sheet, parent); }
     Sheet* operator()(const CommitMessageSheet& sheet) const { return new CommitMessageDialog(store, sheet, parent); }
+    Sheet* operator()(const SplitSheet& sheet) const { return new SplitDialog(store, sheet, parent); }
     Sheet* operator()(const DiscardedSheet&) const { return new DiscardedDialog(store, parent); }
 };
 

@@ -10,7 +10,7 @@ namespace plovik {
 namespace {
 
 /// By verb, then by part.
-constexpr std::array<std::array<const char*, 3>, 4> names{{
+constexpr std::array<std::array<const char*, 3>, 6> names{{
     {QT_TRANSLATE_NOOP("Diff", "Stage Hunk"), QT_TRANSLATE_NOOP("Diff", "Stage Lines"),
      QT_TRANSLATE_NOOP("Diff", "Stage All Hunks")},
     {QT_TRANSLATE_NOOP("Diff", "Unstage Hunk"), QT_TRANSLATE_NOOP("Diff", "Unstage Lines"),
@@ -19,6 +19,10 @@ constexpr std::array<std::array<const char*, 3>, 4> names{{
      QT_TRANSLATE_NOOP("Diff", "Discard All Hunks…")},
     {QT_TRANSLATE_NOOP("Diff", "Stash Hunk…"), QT_TRANSLATE_NOOP("Diff", "Stash Lines…"),
      QT_TRANSLATE_NOOP("Diff", "Stash All Hunks…")},
+    {QT_TRANSLATE_NOOP("Diff", "Hunk into First Commit"), QT_TRANSLATE_NOOP("Diff", "Lines into First Commit"),
+     QT_TRANSLATE_NOOP("Diff", "All into First Commit")},
+    {QT_TRANSLATE_NOOP("Diff", "Hunk into Second Commit"), QT_TRANSLATE_NOOP("Diff", "Lines into Second Commit"),
+     QT_TRANSLATE_NOOP("Diff", "All into Second Commit")},
 }};
 
 } // namespace
@@ -33,7 +37,7 @@ std::optional<gitkit::ConflictSide> sideOf(DiffAction::Verb verb)
 QString actionTitle(DiffAction::Verb verb, DiffAction::Part part, int count)
 {
     // Only the first verb of a bar tells the count, so that a bar tells it once.
-    if (part != DiffAction::Part::lines || verb == DiffAction::Verb::discard || verb == DiffAction::Verb::stash)
+    if (part != DiffAction::Part::lines || (verb != DiffAction::Verb::stage && verb != DiffAction::Verb::unstage))
         return actionName(verb, part);
     return verb == DiffAction::Verb::stage ? QCoreApplication::translate("Diff", "Stage %Ln Line(s)", nullptr, count)
                                            : QCoreApplication::translate("Diff", "Unstage %Ln Line(s)", nullptr, count);

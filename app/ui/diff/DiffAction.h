@@ -17,7 +17,7 @@ namespace plovik {
 
 /// What the user asks to do with a part of a diff.
 struct DiffAction {
-    enum class Verb { stage, unstage, discard, stash, useOurs, useTheirs };
+    enum class Verb { stage, unstage, discard, stash, toFirst, toSecond, useOurs, useTheirs };
     enum class Part { hunk, lines, all };
 
     Verb verb = Verb::stage;
@@ -32,7 +32,7 @@ using DiffKind = std::optional<gitkit::DiffSection::Kind>;
 
 /// One titled diff, and what may be done with it. Value.
 struct DiffContent {
-    enum class Use { read, stage, stageAndDiscard, unstage };
+    enum class Use { read, stage, stageAndDiscard, unstage, split };
 
     DiffKind kind;  ///< no two diffs that are shown together have the same
     QString name;   ///< for assistive technology
@@ -42,6 +42,7 @@ struct DiffContent {
     std::string path;                       ///< of the new side, as bytes
     std::optional<std::string> workingPath; ///< the file of an unstaged change, whose new side may be no blob yet
     Use use = Use::read;
+    std::set<int> inFirst = {}; ///< ids of the changes that go into the first commit of a split
     DiffState state = DiffState::ordinary;
     ConflictNames sides = {}; ///< of a conflict
     FileFacts facts = {};
@@ -58,6 +59,9 @@ struct DiffContent {
         case DiffAction::Verb::discard:
         case DiffAction::Verb::stash:
             return use == Use::stageAndDiscard;
+        case DiffAction::Verb::toFirst:
+        case DiffAction::Verb::toSecond:
+            return use == Use::split;
         case DiffAction::Verb::useOurs:
         case DiffAction::Verb::useTheirs:
             // Parts of text are chosen in an editor.

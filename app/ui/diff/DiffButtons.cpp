@@ -58,7 +58,8 @@ void DiffButtons::show(const std::vector<DiffOffer>& offers)
             each->setAccessibleName(offer.name);
         each->setEnabled(offer.refusal.isEmpty());
         each->setToolTip(plainToolTip(!offer.refusal.isEmpty() || !sideOf(offer.verb) ? offer.refusal : offer.title));
-        each->setProperty("primary", offer.part == Part::lines && offer.verb != ActionVerb::discard);
+        each->setProperty("primary", offer.part == Part::lines && offer.verb != ActionVerb::discard &&
+                                         offer.verb != ActionVerb::toSecond);
         each->show();
     }
 }

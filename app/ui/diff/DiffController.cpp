@@ -217,10 +217,32 @@ std::optional<gitkit::LineRange> DiffController::linesAtHand() const
     return lines && inHead ? inHead->rangeOf(*lines) : lines;
 }
 
+void DiffController::turnTicks(Part part, const std::set<int>& changes)
+{
+    const DiffContent& content = diff_.content();
+    if (!canTakeParts() || !content.allows(ActionVerb::toFirst) || changes.empty())
+        return;
+    const bool isTicked = std::ranges::includes(content.inFirst, changes);
+    Q_EMIT actionRequested({isTicked ? ActionVerb::toSecond : ActionVerb::toFirst, part, changes});
+}
+
+void DiffController::turnTick(int row)
+{
+    if (!diff_.document().row(row).isChange())
+        return;
+    const int id = diff_.document().row(row).id;
+    const std::set<int> selected = selectedChanges();
+    turnTicks(Part::lines, selected.contains(id) ? selected : std::set{id});
+}
+
 void DiffController::toggleCurrent()
 {
     if (current_ < 0)
         return;
+    if (diff_.content().use == DiffContent::Use::split) {
+        const std::set<int> selected = selectedChanges();
+        return selected.empty() ? turnTick(current_) : turnTicks(Part::lines, selected);
+    }
     const DiffSide side = diff_.lines().areSideBySide() ? currentSide() : DiffSide::both;
     selection_.toggleLine(diff_.lines().lineOf(current_), side);
     Q_EMIT selectionChanged();
@@ -349,6 +371,15 @@ void DiffController::request(int hunk, ActionVerb verb, Part part)
 
 void DiffController::requestFromKey(ActionVerb verb)
 {
+    if (verb == ActionVerb::stage && diff_.content().use == DiffContent::Use::split) {
+        const std::set<int> selected = selectedChanges();
+        if (!selected.empty())
+            turnTicks(Part::lines, selected);
+        else if (keyboardHunk() >= 0)
+            turnTicks(Part::hunk,
+                      diff_.document().changesOf(diff_.document().hunks()[static_cast<std::size_t>(keyboardHunk())]));
+        return;
+    }
     // The key that stages means the only verb of a staged diff.
     if (verb == ActionVerb::stage && !diff_.content().allows(verb))
         verb = ActionVerb::unstage;

@@ -43,8 +43,13 @@ public:
     const DiffSelection& selection() const { return selection_; }
     void setSelection(const DiffSelection& selection);
     void selectAll();
-    /// Selects the current line besides what is selected, or takes it out.
+    /// Selects the current line besides what is selected, or takes it out. In a split it turns the tick of the selected
+    /// lines, or of the current one, instead.
     void toggleCurrent();
+    /// Turns the ticks of changes of a split: all of them go into the first commit, unless they do already.
+    void turnTicks(DiffAction::Part part, const std::set<int>& changes);
+    /// The same for a line, with the others that are selected if it is one of them.
+    void turnTick(int row);
     /// Returns the lines from the first to the last that is selected, or the current one, as the commit numbers them that has
     /// the new side; of a diff of the working copy as the last commit does. nullopt where that has none of them.
     std::optional<gitkit::LineRange> linesAtHand() const;

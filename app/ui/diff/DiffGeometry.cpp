@@ -2,6 +2,7 @@
 #include "app/ui/diff/DiffGeometry.h"
 
 #include "app/ui/diff/ShownDiff.h"
+#include "app/ui/widgets/ControlPainting.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QFontMetrics>
@@ -21,7 +22,10 @@ DiffGeometry::DiffGeometry(const ShownDiff& diff) : diff_(diff) { measure(); }
 
 void DiffGeometry::measure()
 {
-    metrics_ = DiffMetrics::of(diff_.document(), diff_.lines(), wrapWidth());
+    constexpr int aroundTick = 4;
+    const bool hasTicks = diff_.content().use == DiffContent::Use::split;
+    metrics_ =
+        DiffMetrics::of(diff_.document(), diff_.lines(), wrapWidth(), hasTicks ? checkBoxSize() + 2 * aroundTick : 0);
     setWidth(width_);
 }
 
@@ -79,7 +83,10 @@ int DiffGeometry::leftOf(DiffSide side) const
 
 DiffRowPainter DiffGeometry::rowPainter(const DiffFound* found, const QRect& exposed) const
 {
-    return {diff_.document(), metrics_, {cellWidth(), offset_, found, exposed}};
+    const bool hasTicks = diff_.content().use == DiffContent::Use::split;
+    return {diff_.document(),
+            metrics_,
+            {cellWidth(), offset_, found, exposed, hasTicks ? &diff_.content().inFirst : nullptr}};
 }
 
 QRect DiffGeometry::lineOf(int row, qsizetype source) const

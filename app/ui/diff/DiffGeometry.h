@@ -54,6 +54,8 @@ public:
     /// Returns the row at a point; -1 where there is none.
     int rowAt(QPoint point) const;
     bool isInGutter(int x) const { return x - leftOf(sideAt(x)) < metrics_.codeLeft; }
+    /// Returns whether a point is over the ticks of a split.
+    bool isOverTicks(int x) const { return x - leftOf(sideAt(x)) < metrics_.tickWidth; }
     DiffPosition positionAt(QPoint point, DiffSide side) const;
     /// Returns where a unit of a row's source begins, from the left end of the row's cell.
     int xOf(int row, qsizetype source) const { return rowPainter(nullptr).xOf(row, source); }

@@ -14,7 +14,7 @@
 
 namespace plovik {
 
-DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines, int wrapWidth)
+DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines, int wrapWidth, int tickWidth)
 {
     constexpr double heightPerPixel = 20.0 / 12;
     constexpr double tightest = 0.95; // of the font's own line height, which is wide
@@ -36,7 +36,9 @@ DiffMetrics DiffMetrics::of(const DiffDocument& document, const DiffLines& lines
     metrics.numberWidth = static_cast<int>(std::ceil(digit * digits));
     // The old lines of a merge have several numbers, of which none is shown.
     const bool hasOneNumber = document.isCombined() || lines.areSideBySide();
-    metrics.gutterWidth = 2 * margin + metrics.numberWidth + (hasOneNumber ? 0 : metrics.numberWidth + numberGap);
+    metrics.tickWidth = tickWidth;
+    metrics.gutterWidth =
+        tickWidth + 2 * margin + metrics.numberWidth + (hasOneNumber ? 0 : metrics.numberWidth + numberGap);
     constexpr int moreButtons = 3;
     metrics.hunkTextLeft = std::max(metrics.gutterWidth, moreLeft + moreButtons * moreWidth) + 6;
     const int signs = document.isCombined() ? 2 : 1;

@@ -17,7 +17,8 @@ struct DiffMetrics {
     int lineHeight = 20; ///< 20 at 12 points
     int hunkHeight = 28;
     int numberWidth = 0;
-    int gutterWidth = 0;   ///< of the numbers: both, or the one of a side
+    int tickWidth = 0;     ///< of the column of ticks before the numbers; 0 without ticks
+    int gutterWidth = 0;   ///< of ticks and numbers: both numbers, or the one of a side
     int codeLeft = 0;      ///< where code begins in its cell, behind the sign
     int hunkTextLeft = 0;  ///< where a header's text begins, behind the buttons that show more lines
     int wrapColumns = 0;   ///< the most columns of code in a line; 0 if long ones go on out of sight
@@ -32,8 +33,8 @@ struct DiffMetrics {
 
     /// Returns the height of the bar above a diff.
     static int barHeight();
-    /// Measures for cells of a width in which long lines are wrapped; 0 if they are not.
-    static DiffMetrics of(const DiffDocument& document, const DiffLines& lines, int wrapWidth);
+    /// Measures for cells of a width in which long lines are wrapped; 0 if they are not. Ticks need a column of their own.
+    static DiffMetrics of(const DiffDocument& document, const DiffLines& lines, int wrapWidth, int tickWidth = 0);
     /// Returns how many columns of code have room in a cell that wraps lines.
     int columnsIn(int wrapWidth) const;
     /// Places the lines.

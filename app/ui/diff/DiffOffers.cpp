@@ -30,8 +30,10 @@ bool showsHunkActions(const DiffController& controller)
            controller.diff().content().diff.whiteSpace == gitkit::WhiteSpace::ignored;
 }
 
-constexpr ActionVerb buttonVerbs[] = {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard};
-constexpr ActionVerb menuVerbs[] = {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard, ActionVerb::stash};
+constexpr ActionVerb buttonVerbs[] = {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard, ActionVerb::toFirst,
+                                      ActionVerb::toSecond};
+constexpr ActionVerb menuVerbs[] = {ActionVerb::stage, ActionVerb::unstage, ActionVerb::discard,
+                                    ActionVerb::stash, ActionVerb::toFirst, ActionVerb::toSecond};
 
 void append(std::vector<DiffOffer>& offers, const DiffController& controller, Part part, int count = 0,
             std::span<const ActionVerb> verbs = buttonVerbs)

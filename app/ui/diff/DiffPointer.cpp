@@ -37,6 +37,8 @@ void DiffPointer::press(QPoint point, Qt::KeyboardModifiers modifiers)
     putCursor(point);
     if (controller_.diff().document().row(controller_.currentRow()).kind == DiffDocument::Kind::hunk)
         controller_.setSelection({});
+    else if (geometry_.isOverTicks(point.x()))
+        controller_.turnTick(controller_.currentRow());
     else if (geometry_.isInGutter(point.x()))
         pressGutter(point, modifiers);
     else

@@ -6,6 +6,7 @@
 #include "app/ui/diff/DiffMetrics.h"
 #include "app/ui/diff/DiffSelection.h"
 #include "app/ui/diff/syntax/SyntaxFormats.h"
+#include "app/ui/widgets/ControlPainting.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
@@ -226,6 +227,12 @@ void DiffRowPainter::paintGutter(QPainter& painter, const DiffCell& cell) const
     painter.fillRect(gutter, gutterColor(line.kind));
     if (document_.movedRow(cell.row) >= 0)
         painter.fillRect(gutter.right() - movedMark + 1, gutter.top(), movedMark, gutter.height(), theme.moved);
+    if (sight_.ticked && line.isChange()) {
+        const int side = checkBoxSize();
+        const QRect box(area.left() + (metrics_.tickWidth - side) / 2,
+                        area.top() + (std::min(area.height(), metrics_.lineHeight) - side) / 2, side, side);
+        paintCheckBox(painter, box, sight_.ticked->contains(line.id) ? Qt::Checked : Qt::Unchecked, true, false);
+    }
     painter.setFont(metrics_.numberFont);
     painter.setPen(theme.gutterText);
     // The numbers stand beside the first line of a wrapped row.
@@ -237,7 +244,7 @@ void DiffRowPainter::paintGutter(QPainter& painter, const DiffCell& cell) const
     };
     const int lastRight = metrics_.gutterWidth - DiffMetrics::margin;
     if (cell.side == DiffSide::both && !document_.isCombined())
-        number(line.oldNumber, DiffMetrics::margin + metrics_.numberWidth);
+        number(line.oldNumber, metrics_.tickWidth + DiffMetrics::margin + metrics_.numberWidth);
     number(cell.side == DiffSide::before ? line.oldNumber : line.newNumber, lastRight);
     if (line.sign.isEmpty())
         return;

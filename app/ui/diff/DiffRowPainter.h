@@ -8,6 +8,7 @@
 #include <QTextLayout>
 
 #include <memory>
+#include <set>
 #include <vector>
 
 class QPainter;
@@ -29,6 +30,7 @@ public:
         int offset = 0;                   ///< by how much the code is scrolled to the left
         const DiffFound* found = nullptr; ///< what a search has found; null without one
         QRect exposed = {};               ///< of wrapped rows only the lines in it are drawn; null for all
+        const std::set<int>* ticked = {}; ///< ids of the changes that are ticked; null without ticks
     };
 
     DiffRowPainter(const DiffDocument& document, const DiffMetrics& metrics, Sight sight)

@@ -10,6 +10,17 @@ namespace plovik {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Returns which commit of a split a change goes into.
+QString commitOfSplit(const DiffContent& content, int change)
+{
+    return content.inFirst.contains(change) ? QCoreApplication::translate("Diff", "first commit")
+                                            : QCoreApplication::translate("Diff", "second commit");
+}
+
+} // namespace
+
 QString movedText(const DiffDocument& document, int row)
 {
     const int other = document.movedRow(row);
@@ -122,6 +133,8 @@ QString ShownDiff::plainText() const
         lines << document_.row(row).sign + document_.text(row);
         if (document_.movedRow(row) >= 0)
             lines.back() += u" ("_s + movedText(document_, row) + u')';
+        if (content_.use == DiffContent::Use::split && document_.row(row).isChange())
+            lines.back() += u" ("_s + commitOfSplit(content_, document_.row(row).id) + u')';
     }
     lines << notes_.below;
     return lines.join(u'\n');

@@ -266,6 +266,8 @@ void WorkingDiffPane::apply(const DiffContent& content, const DiffAction& action
     case DiffAction::Verb::stash:
         store_.staging().stashPart(shown_, content.diff, action.lines);
         return;
+    case DiffAction::Verb::toFirst:
+    case DiffAction::Verb::toSecond:
     case DiffAction::Verb::useOurs:
     case DiffAction::Verb::useTheirs:
         return;

@@ -60,6 +60,8 @@ void addPlanEntries(QMenu& menu, RepositoryStore& store, const std::vector<std::
     add(more, CommandId::dropCommit, PlanMenuTexts::tr("Drop"), [&rewriting, commits] { rewriting.drop(commits); });
     if (commits.size() == 1) {
         more.addSeparator();
+        add(more, CommandId::splitCommit, PlanMenuTexts::tr("Split…"),
+            [&store, commit = commits.front()] { store.window().showSheet(SplitSheet{commit}); });
         add(more, CommandId::stopToEdit, PlanMenuTexts::tr("Stop Here to Edit…"),
             [&rewriting, commit = commits.front()] { rewriting.stopAt(commit); });
     }
