@@ -47,7 +47,7 @@ QStringList filled(QStringView text, int columns, qsizetype indent)
 /// Characters from here on are two columns wide, but for some that do not matter here.
 constexpr char16_t firstWide = 0x2E80;
 constexpr int leastFullLine = 45; ///< nobody takes a shorter line for a full one
-constexpr int mostColumns = 100;  ///< a longer line was not broken by a hand
+constexpr int mostColumns = 120;  ///< a longer line was not broken by a hand
 constexpr int slack = 8;          ///< by which a line that was filled by hand may be too short
 
 bool isWide(QChar character) { return character.unicode() >= firstWide && !character.isSurrogate(); }

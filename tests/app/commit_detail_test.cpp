@@ -332,6 +332,7 @@ TEST(MessageParts, FlowWhereTheWriterFilledTheLinesAndKeepTheRest)
     const auto body = [](const QString& text) { return MessageParts::of("s\n\n" + text.toStdString()).body; };
     EXPECT_EQ(body(full + u" broken\nbecause full,\n\nthen\nshort"_s),
               full + u" broken because full,\n\nthen\nshort"_s);
+    EXPECT_EQ(body(full + full.left(57) + u"\nbroken"_s), full + full.left(57) + u" broken"_s) << "at 120 columns";
     EXPECT_EQ(body(full + u" and\nhttps://example.org/x"_s), full + u" and https://example.org/x"_s);
     EXPECT_EQ(body(full + u"\u3002\n\u4e2d\u6587"_s), full + u"\u3002\u4e2d\u6587"_s) << "no blank between ideographs";
     for (const QString& kept :
