@@ -58,7 +58,7 @@ QString conflictWords(const std::vector<std::string>& files)
         names += shownText(files[index]);
     if (files.size() > most)
         names += u"…"_s;
-    return DropTexts::tr("will conflict in %n file(s): %1", nullptr, static_cast<int>(files.size()))
+    return DropTexts::tr("will conflict in %Ln file(s): %1", nullptr, static_cast<int>(files.size()))
         .arg(names.join(u", "_s));
 }
 
@@ -71,39 +71,39 @@ QString wordsOf(const gitkit::MergePreview& preview)
 {
     switch (preview.outcome) {
     case Outcome::unknown:
-        return DropTexts::tr("%n commit(s)", nullptr, preview.commits);
+        return DropTexts::tr("%Ln commit(s)", nullptr, preview.commits);
     case Outcome::clean:
         return preview.own == 0 && !preview.alwaysMergeCommit
-                   ? DropTexts::tr("%n commit(s), fast-forward", nullptr, preview.commits)
-                   : DropTexts::tr("%n commit(s), merges cleanly", nullptr, preview.commits);
+                   ? DropTexts::tr("%Ln commit(s), fast-forward", nullptr, preview.commits)
+                   : DropTexts::tr("%Ln commit(s), merges cleanly", nullptr, preview.commits);
     case Outcome::conflicts:
         break;
     }
-    return DropTexts::tr("%n commit(s)", nullptr, preview.commits) + u'\n' + conflictWords(preview.conflicts) +
+    return DropTexts::tr("%Ln commit(s)", nullptr, preview.commits) + u'\n' + conflictWords(preview.conflicts) +
            rememberedWords(preview.remembersResolutions);
 }
 
 QString wordsOf(const gitkit::RebasePreview& preview)
 {
     if (preview.commits == 0)
-        return DropTexts::tr("%n commit(s), fast-forward", nullptr, preview.beneath);
+        return DropTexts::tr("%Ln commit(s), fast-forward", nullptr, preview.beneath);
     switch (preview.outcome) {
     case Outcome::unknown:
-        return DropTexts::tr("%n commit(s)", nullptr, preview.commits);
+        return DropTexts::tr("%Ln commit(s)", nullptr, preview.commits);
     case Outcome::clean:
-        return DropTexts::tr("%n commit(s), no conflicts", nullptr, preview.commits);
+        return DropTexts::tr("%Ln commit(s), no conflicts", nullptr, preview.commits);
     case Outcome::conflicts:
         break;
     }
-    return DropTexts::tr("%n commit(s)", nullptr, preview.commits) + u'\n' + conflictWords(preview.conflicts) +
+    return DropTexts::tr("%Ln commit(s)", nullptr, preview.commits) + u'\n' + conflictWords(preview.conflicts) +
            rememberedWords(preview.remembersResolutions);
 }
 
 QString wordsOf(const MovePreview& preview)
 {
     if (preview.left > 0)
-        return DropTexts::tr("%n commit(s) are on no other branch: you are asked first", nullptr, preview.left);
-    return preview.comes > 0 ? DropTexts::tr("%n commit(s)", nullptr, preview.comes) : QString();
+        return DropTexts::tr("%Ln commit(s) are on no other branch: you are asked first", nullptr, preview.left);
+    return preview.comes > 0 ? DropTexts::tr("%Ln commit(s)", nullptr, preview.comes) : QString();
 }
 
 QString wordsOf(std::monostate) { return {}; }
@@ -128,7 +128,8 @@ QString dropWords(const Drop& drop, const Snapshot& now)
     case Act::fastForward:
         return DropTexts::tr("Fast-forward %1 to %2").arg(ref, shownRef(drop.to));
     case Act::cherryPick:
-        return DropTexts::tr("Cherry-pick %n commit(s) onto %1", nullptr, static_cast<int>(drop.names.size())).arg(ref);
+        return DropTexts::tr("Cherry-pick %Ln commit(s) onto %1", nullptr, static_cast<int>(drop.names.size()))
+            .arg(ref);
     case Act::moveBranch:
         return DropTexts::tr("Move %1 to %2").arg(ref, shownText(gitkit::shortHash(drop.to)));
     case Act::askReset:

@@ -46,7 +46,7 @@ QString shownAge(std::chrono::seconds age)
 {
     const auto minutes = static_cast<int>(age.count() / 60);
     return minutes < 1 ? FailureTexts::tr("less than a minute old")
-                       : FailureTexts::tr("%n minute(s) old", nullptr, minutes);
+                       : FailureTexts::tr("%Ln minute(s) old", nullptr, minutes);
 }
 
 QString shownPrograms(const std::vector<std::string>& programs)

@@ -30,9 +30,10 @@ QString conflictsIn(const std::vector<std::string>& files, const std::string& st
         names += u"…"_s;
     const auto count = static_cast<int>(files.size());
     const QString list = names.join(u", "_s);
-    QString words = stopsAt.empty() ? ForetoldTexts::tr("Will conflict in %n file(s): %1", nullptr, count).arg(list)
-                                    : ForetoldTexts::tr("Will conflict at %2 in %n file(s): %1", "files, commit", count)
-                                          .arg(list, inQuotes(stopsAt));
+    QString words = stopsAt.empty()
+                        ? ForetoldTexts::tr("Will conflict in %Ln file(s): %1", nullptr, count).arg(list)
+                        : ForetoldTexts::tr("Will conflict at %2 in %Ln file(s): %1", "files, commit", count)
+                              .arg(list, inQuotes(stopsAt));
     if (mayRemember)
         words += u'\n' + ForetoldTexts::tr("Git may remember how you resolved them before.");
     return words;
@@ -44,8 +45,8 @@ QString wordsFor(const gitkit::MergePreview& preview)
         return {};
     if (preview.outcome == Outcome::conflicts)
         return conflictsIn(preview.conflicts, {}, preview.remembersResolutions);
-    return preview.own == 0 ? ForetoldTexts::tr("Fast-forward · %n commit(s)", nullptr, preview.commits)
-                            : ForetoldTexts::tr("Merges cleanly · %n file(s)", nullptr, preview.files);
+    return preview.own == 0 ? ForetoldTexts::tr("Fast-forward · %Ln commit(s)", nullptr, preview.commits)
+                            : ForetoldTexts::tr("Merges cleanly · %Ln file(s)", nullptr, preview.files);
 }
 
 QString wordsFor(const gitkit::RebasePreview& preview)
@@ -54,8 +55,8 @@ QString wordsFor(const gitkit::RebasePreview& preview)
         return {};
     if (preview.outcome == Outcome::conflicts)
         return conflictsIn(preview.conflicts, {}, preview.remembersResolutions);
-    return preview.commits == 0 ? ForetoldTexts::tr("Fast-forward · %n commit(s)", nullptr, preview.beneath)
-                                : ForetoldTexts::tr("No conflicts · %n commit(s)", nullptr, preview.commits);
+    return preview.commits == 0 ? ForetoldTexts::tr("Fast-forward · %Ln commit(s)", nullptr, preview.beneath)
+                                : ForetoldTexts::tr("No conflicts · %Ln commit(s)", nullptr, preview.commits);
 }
 
 QString wordsFor(const gitkit::PickPreview& preview)
@@ -65,7 +66,7 @@ QString wordsFor(const gitkit::PickPreview& preview)
     if (preview.outcome == Outcome::conflicts)
         return conflictsIn(preview.conflicts, preview.stopsAt, preview.remembersResolutions);
     return preview.files == 0 ? ForetoldTexts::tr("Changes nothing here")
-                              : ForetoldTexts::tr("No conflicts · %n file(s)", nullptr, preview.files);
+                              : ForetoldTexts::tr("No conflicts · %Ln file(s)", nullptr, preview.files);
 }
 
 QString wordsFor(std::monostate) { return {}; }

@@ -86,7 +86,7 @@ QString namesInLines(const std::vector<std::string>& paths)
     for (std::size_t index = 0; index < std::min(paths.size(), most); ++index)
         lines.append(shownText(paths[index]));
     if (const auto others = static_cast<int>(paths.size()) - static_cast<int>(most); others > 0)
-        lines.append(QCoreApplication::translate("plovik::Changes", "and %n other(s)", nullptr, others));
+        lines.append(QCoreApplication::translate("plovik::Changes", "and %Ln other(s)", nullptr, others));
     return lines.join(u'\n');
 }
 

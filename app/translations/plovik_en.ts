@@ -219,10 +219,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>and %n other(s)</source>
+        <source>and %Ln other(s)</source>
         <translation>
-            <numerusform>and %n other</numerusform>
-            <numerusform>and %n others</numerusform>
+            <numerusform>and %Ln other</numerusform>
+            <numerusform>and %Ln others</numerusform>
         </translation>
     </message>
 </context>
@@ -249,17 +249,17 @@
 <context>
     <name>plovik::CommitMenu</name>
     <message numerus="yes">
-        <source>Cherry-Pick %n Commit(s)</source>
+        <source>Cherry-Pick %Ln Commit(s)</source>
         <translation>
-            <numerusform>Cherry-Pick %n Commit</numerusform>
-            <numerusform>Cherry-Pick %n Commits</numerusform>
+            <numerusform>Cherry-Pick %Ln Commit</numerusform>
+            <numerusform>Cherry-Pick %Ln Commits</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Revert %n Commit(s)</source>
+        <source>Revert %Ln Commit(s)</source>
         <translation>
-            <numerusform>Revert %n Commit</numerusform>
-            <numerusform>Revert %n Commits</numerusform>
+            <numerusform>Revert %Ln Commit</numerusform>
+            <numerusform>Revert %Ln Commits</numerusform>
         </translation>
     </message>
 </context>
@@ -404,62 +404,62 @@
 <context>
     <name>plovik::DropHint</name>
     <message numerus="yes">
-        <source>will conflict in %n file(s): %1</source>
+        <source>will conflict in %Ln file(s): %1</source>
         <translation>
-            <numerusform>will conflict in %n file: %1</numerusform>
-            <numerusform>will conflict in %n files: %1</numerusform>
+            <numerusform>will conflict in %Ln file: %1</numerusform>
+            <numerusform>will conflict in %Ln files: %1</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s)</source>
+        <source>%Ln commit(s)</source>
         <translation>
-            <numerusform>%n commit</numerusform>
-            <numerusform>%n commits</numerusform>
+            <numerusform>%Ln commit</numerusform>
+            <numerusform>%Ln commits</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s), fast-forward</source>
+        <source>%Ln commit(s), fast-forward</source>
         <translation>
-            <numerusform>%n commit, fast-forward</numerusform>
-            <numerusform>%n commits, fast-forward</numerusform>
+            <numerusform>%Ln commit, fast-forward</numerusform>
+            <numerusform>%Ln commits, fast-forward</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s), merges cleanly</source>
+        <source>%Ln commit(s), merges cleanly</source>
         <translation>
-            <numerusform>%n commit, merges cleanly</numerusform>
-            <numerusform>%n commits, merges cleanly</numerusform>
+            <numerusform>%Ln commit, merges cleanly</numerusform>
+            <numerusform>%Ln commits, merges cleanly</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s), no conflicts</source>
+        <source>%Ln commit(s), no conflicts</source>
         <translation>
-            <numerusform>%n commit, no conflicts</numerusform>
-            <numerusform>%n commits, no conflicts</numerusform>
+            <numerusform>%Ln commit, no conflicts</numerusform>
+            <numerusform>%Ln commits, no conflicts</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s) are on no other branch: you are asked first</source>
+        <source>%Ln commit(s) are on no other branch: you are asked first</source>
         <translation>
-            <numerusform>%n commit is on no other branch: you are asked first</numerusform>
-            <numerusform>%n commits are on no other branch: you are asked first</numerusform>
+            <numerusform>%Ln commit is on no other branch: you are asked first</numerusform>
+            <numerusform>%Ln commits are on no other branch: you are asked first</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Cherry-pick %n commit(s) onto %1</source>
+        <source>Cherry-pick %Ln commit(s) onto %1</source>
         <translation>
-            <numerusform>Cherry-pick %n commit onto %1</numerusform>
-            <numerusform>Cherry-pick %n commits onto %1</numerusform>
+            <numerusform>Cherry-pick %Ln commit onto %1</numerusform>
+            <numerusform>Cherry-pick %Ln commits onto %1</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::FailureWays</name>
     <message numerus="yes">
-        <source>%n minute(s) old</source>
+        <source>%Ln minute(s) old</source>
         <translation>
-            <numerusform>%n minute old</numerusform>
-            <numerusform>%n minutes old</numerusform>
+            <numerusform>%Ln minute old</numerusform>
+            <numerusform>%Ln minutes old</numerusform>
         </translation>
     </message>
 </context>
@@ -507,46 +507,46 @@
 <context>
     <name>plovik::Foretold</name>
     <message numerus="yes">
-        <source>Will conflict in %n file(s): %1</source>
+        <source>Will conflict in %Ln file(s): %1</source>
         <translation>
-            <numerusform>Will conflict in %n file: %1</numerusform>
-            <numerusform>Will conflict in %n files: %1</numerusform>
+            <numerusform>Will conflict in %Ln file: %1</numerusform>
+            <numerusform>Will conflict in %Ln files: %1</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Will conflict at %2 in %n file(s): %1</source>
+        <source>Will conflict at %2 in %Ln file(s): %1</source>
         <comment>files, commit</comment>
         <translation>
-            <numerusform>Will conflict at %2 in %n file: %1</numerusform>
-            <numerusform>Will conflict at %2 in %n files: %1</numerusform>
+            <numerusform>Will conflict at %2 in %Ln file: %1</numerusform>
+            <numerusform>Will conflict at %2 in %Ln files: %1</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Fast-forward · %n commit(s)</source>
+        <source>Fast-forward · %Ln commit(s)</source>
         <translation>
-            <numerusform>Fast-forward · %n commit</numerusform>
-            <numerusform>Fast-forward · %n commits</numerusform>
+            <numerusform>Fast-forward · %Ln commit</numerusform>
+            <numerusform>Fast-forward · %Ln commits</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Merges cleanly · %n file(s)</source>
+        <source>Merges cleanly · %Ln file(s)</source>
         <translation>
-            <numerusform>Merges cleanly · %n file</numerusform>
-            <numerusform>Merges cleanly · %n files</numerusform>
+            <numerusform>Merges cleanly · %Ln file</numerusform>
+            <numerusform>Merges cleanly · %Ln files</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>No conflicts · %n commit(s)</source>
+        <source>No conflicts · %Ln commit(s)</source>
         <translation>
-            <numerusform>No conflicts · %n commit</numerusform>
-            <numerusform>No conflicts · %n commits</numerusform>
+            <numerusform>No conflicts · %Ln commit</numerusform>
+            <numerusform>No conflicts · %Ln commits</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>No conflicts · %n file(s)</source>
+        <source>No conflicts · %Ln file(s)</source>
         <translation>
-            <numerusform>No conflicts · %n file</numerusform>
-            <numerusform>No conflicts · %n files</numerusform>
+            <numerusform>No conflicts · %Ln file</numerusform>
+            <numerusform>No conflicts · %Ln files</numerusform>
         </translation>
     </message>
 </context>
@@ -601,31 +601,31 @@
 <context>
     <name>plovik::MergeDialog</name>
     <message numerus="yes">
-        <source>Not possible while it lacks %n commit(s) of here.</source>
+        <source>Not possible while it lacks %Ln commit(s) of here.</source>
         <translation>
-            <numerusform>Not possible while it lacks %n commit of here.</numerusform>
-            <numerusform>Not possible while it lacks %n commits of here.</numerusform>
+            <numerusform>Not possible while it lacks %Ln commit of here.</numerusform>
+            <numerusform>Not possible while it lacks %Ln commits of here.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Brings %n commit(s).</source>
+        <source>Brings %Ln commit(s).</source>
         <translation>
-            <numerusform>Brings %n commit.</numerusform>
-            <numerusform>Brings %n commits.</numerusform>
+            <numerusform>Brings %Ln commit.</numerusform>
+            <numerusform>Brings %Ln commits.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s), merges cleanly.</source>
+        <source>%Ln commit(s), merges cleanly.</source>
         <translation>
-            <numerusform>%n commit, merges cleanly.</numerusform>
-            <numerusform>%n commits, merges cleanly.</numerusform>
+            <numerusform>%Ln commit, merges cleanly.</numerusform>
+            <numerusform>%Ln commits, merges cleanly.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s), conflicts in %1.</source>
+        <source>%Ln commit(s), conflicts in %1.</source>
         <translation>
-            <numerusform>%n commit, conflicts in %1.</numerusform>
-            <numerusform>%n commits, conflicts in %1.</numerusform>
+            <numerusform>%Ln commit, conflicts in %1.</numerusform>
+            <numerusform>%Ln commits, conflicts in %1.</numerusform>
         </translation>
     </message>
 </context>
@@ -642,45 +642,45 @@
 <context>
     <name>plovik::Operation</name>
     <message numerus="yes">
-        <source>The %n step(s) of the merge that were already done are undone.</source>
+        <source>The %Ln step(s) of the merge that were already done are undone.</source>
         <translation>
             <numerusform>The step of the merge that was already done is undone.</numerusform>
-            <numerusform>The %n steps of the merge that were already done are undone.</numerusform>
+            <numerusform>The %Ln steps of the merge that were already done are undone.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>The %n step(s) of the rebase that were already done are undone.</source>
+        <source>The %Ln step(s) of the rebase that were already done are undone.</source>
         <translation>
             <numerusform>The step of the rebase that was already done is undone.</numerusform>
-            <numerusform>The %n steps of the rebase that were already done are undone.</numerusform>
+            <numerusform>The %Ln steps of the rebase that were already done are undone.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>The %n step(s) of the patch series that were already done are undone.</source>
+        <source>The %Ln step(s) of the patch series that were already done are undone.</source>
         <translation>
             <numerusform>The step of the patch series that was already done is undone.</numerusform>
-            <numerusform>The %n steps of the patch series that were already done are undone.</numerusform>
+            <numerusform>The %Ln steps of the patch series that were already done are undone.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>The %n step(s) of the cherry-pick that were already done are undone.</source>
+        <source>The %Ln step(s) of the cherry-pick that were already done are undone.</source>
         <translation>
             <numerusform>The step of the cherry-pick that was already done is undone.</numerusform>
-            <numerusform>The %n steps of the cherry-pick that were already done are undone.</numerusform>
+            <numerusform>The %Ln steps of the cherry-pick that were already done are undone.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>The %n step(s) of the revert that were already done are undone.</source>
+        <source>The %Ln step(s) of the revert that were already done are undone.</source>
         <translation>
             <numerusform>The step of the revert that was already done is undone.</numerusform>
-            <numerusform>The %n steps of the revert that were already done are undone.</numerusform>
+            <numerusform>The %Ln steps of the revert that were already done are undone.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>The %n step(s) of the bisect that were already done are undone.</source>
+        <source>The %Ln step(s) of the bisect that were already done are undone.</source>
         <translation>
             <numerusform>The step of the bisect that was already done is undone.</numerusform>
-            <numerusform>The %n steps of the bisect that were already done are undone.</numerusform>
+            <numerusform>The %Ln steps of the bisect that were already done are undone.</numerusform>
         </translation>
     </message>
 </context>
@@ -717,79 +717,79 @@
 <context>
     <name>plovik::PushDialog</name>
     <message numerus="yes">
-        <source>This would lose %n commit(s) there. Pull first, or replace what is there.</source>
+        <source>This would lose %Ln commit(s) there. Pull first, or replace what is there.</source>
         <translation>
-            <numerusform>This would lose %n commit there. Pull first, or replace what is there.</numerusform>
-            <numerusform>This would lose %n commits there. Pull first, or replace what is there.</numerusform>
+            <numerusform>This would lose %Ln commit there. Pull first, or replace what is there.</numerusform>
+            <numerusform>This would lose %Ln commits there. Pull first, or replace what is there.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>This takes %n commit(s) off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</source>
+        <source>This takes %Ln commit(s) off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</source>
         <translation>
-            <numerusform>This takes %n commit off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</numerusform>
-            <numerusform>This takes %n commits off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</numerusform>
+            <numerusform>This takes %Ln commit off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</numerusform>
+            <numerusform>This takes %Ln commits off %1 for everybody, unless somebody has pushed since. Undo cannot bring that back.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>This sends %n commit(s) to %1. Others may fetch that within seconds.</source>
+        <source>This sends %Ln commit(s) to %1. Others may fetch that within seconds.</source>
         <translation>
-            <numerusform>This sends %n commit to %1. Others may fetch that within seconds.</numerusform>
-            <numerusform>This sends %n commits to %1. Others may fetch that within seconds.</numerusform>
+            <numerusform>This sends %Ln commit to %1. Others may fetch that within seconds.</numerusform>
+            <numerusform>This sends %Ln commits to %1. Others may fetch that within seconds.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s) among them never stood on %1 here: somebody else may have pushed.</source>
+        <source>%Ln commit(s) among them never stood on %1 here: somebody else may have pushed.</source>
         <translation>
-            <numerusform>%n commit among them never stood on %1 here: somebody else may have pushed.</numerusform>
-            <numerusform>%n commits among them never stood on %1 here: somebody else may have pushed.</numerusform>
+            <numerusform>%Ln commit among them never stood on %1 here: somebody else may have pushed.</numerusform>
+            <numerusform>%Ln commits among them never stood on %1 here: somebody else may have pushed.</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::Pushes</name>
     <message numerus="yes">
-        <source>and %n other(s)</source>
+        <source>and %Ln other(s)</source>
         <translation>
-            <numerusform>and %n other</numerusform>
-            <numerusform>and %n others</numerusform>
+            <numerusform>and %Ln other</numerusform>
+            <numerusform>and %Ln others</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 has %n commit(s) you do not have</source>
+        <source>%1 has %Ln commit(s) you do not have</source>
         <translation>
-            <numerusform>%1 has %n commit you do not have</numerusform>
-            <numerusform>%1 has %n commits you do not have</numerusform>
+            <numerusform>%1 has %Ln commit you do not have</numerusform>
+            <numerusform>%1 has %Ln commits you do not have</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n tag(s) of the same name stay there, which are others than here.</source>
+        <source>%Ln tag(s) of the same name stay there, which are others than here.</source>
         <translation>
-            <numerusform>%n tag of the same name stays there, which is another one than here.</numerusform>
-            <numerusform>%n tags of the same name stay there, which are others than here.</numerusform>
+            <numerusform>%Ln tag of the same name stays there, which is another one than here.</numerusform>
+            <numerusform>%Ln tags of the same name stay there, which are others than here.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Push %n tag(s) to %1?</source>
+        <source>Push %Ln tag(s) to %1?</source>
         <translation>
-            <numerusform>Push %n tag to %1?</numerusform>
-            <numerusform>Push %n tags to %1?</numerusform>
+            <numerusform>Push %Ln tag to %1?</numerusform>
+            <numerusform>Push %Ln tags to %1?</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n tag(s)</source>
+        <source>%Ln tag(s)</source>
         <translation>
-            <numerusform>%n tag</numerusform>
-            <numerusform>%n tags</numerusform>
+            <numerusform>%Ln tag</numerusform>
+            <numerusform>%Ln tags</numerusform>
         </translation>
     </message>
 </context>
 <context>
     <name>plovik::Refs</name>
     <message numerus="yes">
-        <source>Leave %n commit(s) behind?</source>
+        <source>Leave %Ln commit(s) behind?</source>
         <translation>
-            <numerusform>Leave %n commit behind?</numerusform>
-            <numerusform>Leave %n commits behind?</numerusform>
+            <numerusform>Leave %Ln commit behind?</numerusform>
+            <numerusform>Leave %Ln commits behind?</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -800,17 +800,17 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s) are on no other branch and no tag. They stay in the timeline only.</source>
+        <source>%Ln commit(s) are on no other branch and no tag. They stay in the timeline only.</source>
         <translation>
-            <numerusform>%n commit is on no other branch and no tag. It stays in the timeline only.</numerusform>
-            <numerusform>%n commits are on no other branch and no tag. They stay in the timeline only.</numerusform>
+            <numerusform>%Ln commit is on no other branch and no tag. It stays in the timeline only.</numerusform>
+            <numerusform>%Ln commits are on no other branch and no tag. They stay in the timeline only.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s) are on no other branch.</source>
+        <source>%Ln commit(s) are on no other branch.</source>
         <translation>
-            <numerusform>%n commit is on no other branch.</numerusform>
-            <numerusform>%n commits are on no other branch.</numerusform>
+            <numerusform>%Ln commit is on no other branch.</numerusform>
+            <numerusform>%Ln commits are on no other branch.</numerusform>
         </translation>
     </message>
 </context>
@@ -827,38 +827,38 @@
 <context>
     <name>plovik::ResetDialog</name>
     <message numerus="yes">
-        <source>Moves %1 off %n commit(s) and onto others.</source>
+        <source>Moves %1 off %Ln commit(s) and onto others.</source>
         <translation>
-            <numerusform>Moves %1 off %n commit and onto others.</numerusform>
-            <numerusform>Moves %1 off %n commits and onto others.</numerusform>
+            <numerusform>Moves %1 off %Ln commit and onto others.</numerusform>
+            <numerusform>Moves %1 off %Ln commits and onto others.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Moves %1 on by %n commit(s).</source>
+        <source>Moves %1 on by %Ln commit(s).</source>
         <translation>
-            <numerusform>Moves %1 on by %n commit.</numerusform>
-            <numerusform>Moves %1 on by %n commits.</numerusform>
+            <numerusform>Moves %1 on by %Ln commit.</numerusform>
+            <numerusform>Moves %1 on by %Ln commits.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Moves %1 back by %n commit(s).</source>
+        <source>Moves %1 back by %Ln commit(s).</source>
         <translation>
-            <numerusform>Moves %1 back by %n commit.</numerusform>
-            <numerusform>Moves %1 back by %n commits.</numerusform>
+            <numerusform>Moves %1 back by %Ln commit.</numerusform>
+            <numerusform>Moves %1 back by %Ln commits.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Turns %n commit(s) into staged changes.</source>
+        <source>Turns %Ln commit(s) into staged changes.</source>
         <translation>
-            <numerusform>Turns %n commit into staged changes.</numerusform>
-            <numerusform>Turns %n commits into staged changes.</numerusform>
+            <numerusform>Turns %Ln commit into staged changes.</numerusform>
+            <numerusform>Turns %Ln commits into staged changes.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Turns %n commit(s) into changes in the working tree.</source>
+        <source>Turns %Ln commit(s) into changes in the working tree.</source>
         <translation>
-            <numerusform>Turns %n commit into changes in the working tree.</numerusform>
-            <numerusform>Turns %n commits into changes in the working tree.</numerusform>
+            <numerusform>Turns %Ln commit into changes in the working tree.</numerusform>
+            <numerusform>Turns %Ln commits into changes in the working tree.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -876,10 +876,10 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>No other branch or tag leads to %n commit(s). Undo knows the way back for 30 days.</source>
+        <source>No other branch or tag leads to %Ln commit(s). Undo knows the way back for 30 days.</source>
         <translation>
-            <numerusform>No other branch or tag leads to %n commit. Undo knows the way back for 30 days.</numerusform>
-            <numerusform>No other branch or tag leads to %n commits. Undo knows the way back for 30 days.</numerusform>
+            <numerusform>No other branch or tag leads to %Ln commit. Undo knows the way back for 30 days.</numerusform>
+            <numerusform>No other branch or tag leads to %Ln commits. Undo knows the way back for 30 days.</numerusform>
         </translation>
     </message>
 </context>
@@ -1023,24 +1023,24 @@
 <context>
     <name>plovik::StepText</name>
     <message numerus="yes">
-        <source>and %n more branch(es) or tag(s)</source>
+        <source>and %Ln more branch(es) or tag(s)</source>
         <translation>
-            <numerusform>and %n more branch or tag</numerusform>
-            <numerusform>and %n more branches or tags</numerusform>
+            <numerusform>and %Ln more branch or tag</numerusform>
+            <numerusform>and %Ln more branches or tags</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>and %n more file(s)</source>
+        <source>and %Ln more file(s)</source>
         <translation>
-            <numerusform>and %n more file</numerusform>
-            <numerusform>and %n more files</numerusform>
+            <numerusform>and %Ln more file</numerusform>
+            <numerusform>and %Ln more files</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%1 and %n more</source>
+        <source>%1 and %Ln more</source>
         <translation>
-            <numerusform>%1 and %n more</numerusform>
-            <numerusform>%1 and %n more</numerusform>
+            <numerusform>%1 and %Ln more</numerusform>
+            <numerusform>%1 and %Ln more</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -1112,24 +1112,24 @@
 <context>
     <name>plovik::WaysOn</name>
     <message numerus="yes">
-        <source>%n changed file(s) are in the way</source>
+        <source>%Ln changed file(s) are in the way</source>
         <translation>
-            <numerusform>%n changed file is in the way</numerusform>
-            <numerusform>%n changed files are in the way</numerusform>
+            <numerusform>%Ln changed file is in the way</numerusform>
+            <numerusform>%Ln changed files are in the way</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s) only here</source>
+        <source>%Ln commit(s) only here</source>
         <translation>
-            <numerusform>%n commit only here</numerusform>
-            <numerusform>%n commits only here</numerusform>
+            <numerusform>%Ln commit only here</numerusform>
+            <numerusform>%Ln commits only here</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>%n commit(s) only on %1</source>
+        <source>%Ln commit(s) only on %1</source>
         <translation>
-            <numerusform>%n commit only on %1</numerusform>
-            <numerusform>%n commits only on %1</numerusform>
+            <numerusform>%Ln commit only on %1</numerusform>
+            <numerusform>%Ln commits only on %1</numerusform>
         </translation>
     </message>
 </context>

@@ -70,10 +70,10 @@ std::vector<std::string> unsafeTexts(const SourceTree& tree)
     return found;
 }
 
-SourceTree sourcesOfTheWindow()
+SourceTree sourcesIn(const std::vector<std::string>& folders)
 {
     SourceTree tree;
-    for (const auto* folder : {"app/ui", "app/shell"}) {
+    for (const std::string& folder : folders) {
         for (const auto& entry :
              std::filesystem::recursive_directory_iterator(std::filesystem::path(SOURCE_TREE) / folder))
         {
@@ -96,9 +96,15 @@ TEST(ShownText, IsPlainWhereverQtWouldReadHtml)
                 ElementsAre("a.cpp: setToolTip(tr(\"“%1”\").arg(name)", "a.cpp: setWindowTitle(name",
                             "a.cpp: case Qt::ToolTipRole:case Qt::ToolTipRole:\n  return name",
                             "b.cpp: a label without a format"));
-    const SourceTree window = sourcesOfTheWindow();
+    const SourceTree window = sourcesIn({"app/ui", "app/shell"});
     ASSERT_GT(window.size(), 100U);
     EXPECT_THAT(unsafeTexts(window), IsEmpty());
+}
+
+TEST(ShownText, GroupsTheDigitsOfItsNumbers)
+{
+    for (const auto& [file, text] : sourcesIn({"app"}))
+        EXPECT_EQ(text.find("%n"), std::string::npos) << file << ": %Ln writes 20,000";
 }
 
 } // namespace

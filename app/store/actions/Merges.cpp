@@ -99,8 +99,8 @@ QCoro::Task<> movingAfterCheck(Actors actors, GitRef branch, std::string target)
     question.title = MergeTexts::tr("Move %1 to %2?").arg(inQuotes(branch.name), shownText(gitkit::shortHash(target)));
     question.message =
         left < mostLeftCounted
-            ? MergeTexts::tr("%n commit(s) are on no other branch and no tag. They stay in the timeline only.", nullptr,
-                             left)
+            ? MergeTexts::tr("%Ln commit(s) are on no other branch and no tag. They stay in the timeline only.",
+                             nullptr, left)
             : MergeTexts::tr("Very many commits are on no other branch and no tag. They stay in the timeline "
                              "only.");
     question.actionTitle = MergeTexts::tr("Move");

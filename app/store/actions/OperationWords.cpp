@@ -37,7 +37,7 @@ constexpr Words table[] = {
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort the merge?"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Git cannot go back to where the merge began"),
      QT_TRANSLATE_NOOP("plovik::Operation", "The merge can be ended here instead. Every file stays as it is."),
-     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %n step(s) of the merge that were already done are undone."),
+     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %Ln step(s) of the merge that were already done are undone."),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continuing the Merge"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort of the Merge"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continued the merge."),
@@ -48,7 +48,7 @@ constexpr Words table[] = {
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort the rebase?"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Git cannot go back to where the rebase began"),
      QT_TRANSLATE_NOOP("plovik::Operation", "The rebase can be ended here instead. Every file stays as it is."),
-     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %n step(s) of the rebase that were already done are undone."),
+     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %Ln step(s) of the rebase that were already done are undone."),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continuing the Rebase"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort of the Rebase"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continued the rebase."),
@@ -59,7 +59,7 @@ constexpr Words table[] = {
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort the patch series?"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Git cannot go back to where the patch series began"),
      QT_TRANSLATE_NOOP("plovik::Operation", "The patch series can be ended here instead. Every file stays as it is."),
-     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %n step(s) of the patch series that were already done are undone."),
+     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %Ln step(s) of the patch series that were already done are undone."),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continuing the Patch Series"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort of the Patch Series"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continued the patch series."),
@@ -70,7 +70,7 @@ constexpr Words table[] = {
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort the cherry-pick?"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Git cannot go back to where the cherry-pick began"),
      QT_TRANSLATE_NOOP("plovik::Operation", "The cherry-pick can be ended here instead. Every file stays as it is."),
-     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %n step(s) of the cherry-pick that were already done are undone."),
+     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %Ln step(s) of the cherry-pick that were already done are undone."),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continuing the Cherry-Pick"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort of the Cherry-Pick"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continued the cherry-pick."),
@@ -81,7 +81,7 @@ constexpr Words table[] = {
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort the revert?"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Git cannot go back to where the revert began"),
      QT_TRANSLATE_NOOP("plovik::Operation", "The revert can be ended here instead. Every file stays as it is."),
-     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %n step(s) of the revert that were already done are undone."),
+     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %Ln step(s) of the revert that were already done are undone."),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continuing the Revert"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort of the Revert"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continued the revert."),
@@ -92,7 +92,7 @@ constexpr Words table[] = {
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort the bisect?"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Git cannot go back to where the bisect began"),
      QT_TRANSLATE_NOOP("plovik::Operation", "The bisect can be ended here instead. Every file stays as it is."),
-     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %n step(s) of the bisect that were already done are undone."),
+     QT_TRANSLATE_N_NOOP("plovik::Operation", "The %Ln step(s) of the bisect that were already done are undone."),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continuing the Bisect"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Abort of the Bisect"),
      QT_TRANSLATE_NOOP("plovik::Operation", "Continued the bisect."),
@@ -143,7 +143,7 @@ QString lostFiles(const std::vector<std::string>& paths)
     if (paths.size() > mostNames)
         return QCoreApplication::translate(
                    "plovik::Operation",
-                   "What was resolved or changed in %1 and %n more file(s) since git stopped is lost.", nullptr,
+                   "What was resolved or changed in %1 and %Ln more file(s) since git stopped is lost.", nullptr,
                    static_cast<int>(paths.size() - mostNames))
             .arg(names.join(comma));
     const QString last = names.takeLast();

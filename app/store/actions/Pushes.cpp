@@ -51,7 +51,7 @@ QString foreignLines(const PushPreview& preview)
                          .arg(inQuotes(commit.subject), shownText(commit.author));
     }
     if (const int others = preview.missed - static_cast<int>(lines.size()); others > 0)
-        lines += PushTexts::tr("and %n other(s)", nullptr, others);
+        lines += PushTexts::tr("and %Ln other(s)", nullptr, others);
     return lines.join(u'\n');
 }
 
@@ -78,7 +78,7 @@ void askAfterRejection(Actors actors, const std::string& branch, const Look& loo
         return showReplacing(actors, branch, look);
     Confirmation question;
     question.title =
-        PushTexts::tr("%1 has %n commit(s) you do not have", nullptr, look.preview.missed).arg(shownName(look.to));
+        PushTexts::tr("%1 has %Ln commit(s) you do not have", nullptr, look.preview.missed).arg(shownName(look.to));
     question.message = PushTexts::tr("Nothing was pushed.");
     question.detail = foreignLines(look.preview);
     question.risk = Confirmation::Risk::none;
@@ -199,14 +199,14 @@ void askToPushTags(Actors actors, const std::string& remote, const gitkit::TagsB
     const QString different =
         others == 0
             ? QString()
-            : PushTexts::tr("%n tag(s) of the same name stay there, which are others than here.", nullptr, others);
+            : PushTexts::tr("%Ln tag(s) of the same name stay there, which are others than here.", nullptr, others);
     if (tags.missing.empty()) {
         actors.window.tell((PushTexts::tr("%1 has all tags.").arg(shown) + u' ' + different).trimmed());
         return;
     }
     const auto count = static_cast<int>(tags.missing.size());
     Confirmation question;
-    question.title = PushTexts::tr("Push %n tag(s) to %1?", nullptr, count).arg(shown);
+    question.title = PushTexts::tr("Push %Ln tag(s) to %1?", nullptr, count).arg(shown);
     question.message = (PushTexts::tr("Others may fetch them within seconds.") + u' ' + different).trimmed();
     question.detail = namesInLines(tags.missing);
     question.actionTitle = PushTexts::tr("Push");
@@ -216,7 +216,7 @@ void askToPushTags(Actors actors, const std::string& remote, const gitkit::TagsB
             {.verb = Verb::pushTag,
              .title = PushTexts::tr("Pushing…"),
              .operation = [remote, missing](const GitRepository& repo) { gitkit::pushTags(repo, remote, missing); },
-             .undo = undoable::push(PushTexts::tr("%n tag(s)", nullptr, count).toStdString(), remote)});
+             .undo = undoable::push(PushTexts::tr("%Ln tag(s)", nullptr, count).toStdString(), remote)});
     };
     actors.window.ask(std::move(question));
 }

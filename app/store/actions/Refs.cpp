@@ -71,7 +71,7 @@ QCoro::Task<> leavingAfterCheck(Actors actors, std::string target, Change leave)
         co_return;
     }
     Confirmation question;
-    question.title = RefTexts::tr("Leave %n commit(s) behind?", nullptr, left.commits);
+    question.title = RefTexts::tr("Leave %Ln commit(s) behind?", nullptr, left.commits);
     question.message = RefTexts::tr("HEAD is detached, and no branch or tag leads to what was committed here. A new "
                                     "branch keeps it within reach.");
     question.actionTitle = RefTexts::tr("Leave");
@@ -210,7 +210,7 @@ QString onlyThere(std::optional<int> commits)
         return RefTexts::tr("How many commits are on no other branch is not known.");
     if (*commits == 0)
         return {};
-    return *commits < mostCounted ? RefTexts::tr("%n commit(s) are on no other branch.", nullptr, *commits)
+    return *commits < mostCounted ? RefTexts::tr("%Ln commit(s) are on no other branch.", nullptr, *commits)
                                   : RefTexts::tr("%L1 commits or more are on no other branch.").arg(mostCounted);
 }
 

@@ -73,7 +73,7 @@ QCoro::Task<> askingToStash(Actors actors, Failure failure, Change change, Stash
         co_return;
     }
     Confirmation question;
-    question.title = WayTexts::tr("%n changed file(s) are in the way", nullptr, static_cast<int>(files.size()));
+    question.title = WayTexts::tr("%Ln changed file(s) are in the way", nullptr, static_cast<int>(files.size()));
     question.message = WayTexts::tr("Your changes can be stashed first and applied again afterwards. If they do not "
                                     "fit any more, the stash stays.");
     question.detail = namesInLines(files);
@@ -114,8 +114,8 @@ QCoro::Task<> askingHowToPull(Actors actors, Failure failure, PullAgain pull)
     question.title = WayTexts::tr("%1 and %2 have diverged").arg(shownText(upstream->branch), theirs);
     question.message =
         WayTexts::tr("Merge joins both sides in a new commit. Rebase makes your commits anew on top of theirs.");
-    question.detail = WayTexts::tr("%n commit(s) only here", nullptr, upstream->counts.ahead) + u'\n' +
-                      WayTexts::tr("%n commit(s) only on %1", nullptr, upstream->counts.behind).arg(theirs);
+    question.detail = WayTexts::tr("%Ln commit(s) only here", nullptr, upstream->counts.ahead) + u'\n' +
+                      WayTexts::tr("%Ln commit(s) only on %1", nullptr, upstream->counts.behind).arg(theirs);
     question.actionTitle = WayTexts::tr("Merge");
     question.action = [pull, isRemembered] { pull(gitkit::PullBy::merging, *isRemembered); };
     question.choices.push_back(

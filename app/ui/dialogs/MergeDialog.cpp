@@ -59,7 +59,7 @@ QString wordsFor(MergeKind kind, const MergePreview& preview)
         return MergeTexts::tr("The history shows that it was a branch.");
     case MergeKind::fastForwardOnly:
         return preview.own > 0
-                   ? MergeTexts::tr("Not possible while it lacks %n commit(s) of here.", nullptr, preview.own)
+                   ? MergeTexts::tr("Not possible while it lacks %Ln commit(s) of here.", nullptr, preview.own)
                    : MergeTexts::tr("Makes no merge commit.");
     case MergeKind::squash:
         return MergeTexts::tr(
@@ -78,14 +78,14 @@ QString outcomeOf(const MergePreview& preview)
 {
     switch (preview.outcome) {
     case MergePreview::Outcome::unknown:
-        return MergeTexts::tr("Brings %n commit(s).", nullptr, preview.commits);
+        return MergeTexts::tr("Brings %Ln commit(s).", nullptr, preview.commits);
     case MergePreview::Outcome::clean:
-        return MergeTexts::tr("%n commit(s), merges cleanly.", nullptr, preview.commits);
+        return MergeTexts::tr("%Ln commit(s), merges cleanly.", nullptr, preview.commits);
     case MergePreview::Outcome::conflicts:
         break;
     }
-    const QString conflicts =
-        MergeTexts::tr("%n commit(s), conflicts in %1.", nullptr, preview.commits).arg(namesOfFiles(preview.conflicts));
+    const QString conflicts = MergeTexts::tr("%Ln commit(s), conflicts in %1.", nullptr, preview.commits)
+                                  .arg(namesOfFiles(preview.conflicts));
     return preview.remembersResolutions
                ? conflicts + u' ' + MergeTexts::tr("Git may remember how you resolved them before.")
                : conflicts;

@@ -196,7 +196,7 @@ QString PushDialog::problem() const
         return preview_.failure()->message;
     const PushPreview* const found = preview();
     if (found && found->missed > 0 && !replaces())
-        return tr("This would lose %n commit(s) there. Pull first, or replace what is there.", nullptr, found->missed);
+        return tr("This would lose %Ln commit(s) there. Pull first, or replace what is there.", nullptr, found->missed);
     return {};
 }
 
@@ -209,18 +209,18 @@ QString PushDialog::whatIsSent(const PushPreview& found) const
         return tr("%1 is made.").arg(there);
     return found.sent == 0
                ? tr("%1 has all of it already.").arg(there)
-               : tr("This sends %n commit(s) to %1. Others may fetch that within seconds.", nullptr, found.sent)
+               : tr("This sends %Ln commit(s) to %1. Others may fetch that within seconds.", nullptr, found.sent)
                      .arg(there);
 }
 
 QString PushDialog::whatIsReplaced(const PushPreview& found) const
 {
-    QString text = tr("This takes %n commit(s) off %1 for everybody, unless somebody has pushed since. Undo cannot "
+    QString text = tr("This takes %Ln commit(s) off %1 for everybody, unless somebody has pushed since. Undo cannot "
                       "bring that back.",
                       nullptr, found.missed)
                        .arg(shownText(target().remote + '/' + target().branch));
     if (found.strangers > 0)
-        text += u' ' + tr("%n commit(s) among them never stood on %1 here: somebody else may have pushed.", nullptr,
+        text += u' ' + tr("%Ln commit(s) among them never stood on %1 here: somebody else may have pushed.", nullptr,
                           found.strangers)
                            .arg(inQuotes(sheet_.branch));
     return text;

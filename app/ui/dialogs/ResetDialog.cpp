@@ -45,10 +45,10 @@ QString headingFor(const RepositoryStore& store)
 QString wayOf(const ResetLoss& loss, const QString& branch)
 {
     if (loss.left > 0 && loss.gained > 0)
-        return ResetTexts::tr("Moves %1 off %n commit(s) and onto others.", nullptr, loss.left).arg(branch);
+        return ResetTexts::tr("Moves %1 off %Ln commit(s) and onto others.", nullptr, loss.left).arg(branch);
     if (loss.gained > 0)
-        return ResetTexts::tr("Moves %1 on by %n commit(s).", nullptr, loss.gained).arg(branch);
-    return ResetTexts::tr("Moves %1 back by %n commit(s).", nullptr, loss.left).arg(branch);
+        return ResetTexts::tr("Moves %1 on by %Ln commit(s).", nullptr, loss.gained).arg(branch);
+    return ResetTexts::tr("Moves %1 back by %Ln commit(s).", nullptr, loss.left).arg(branch);
 }
 
 QString wordsForKeep(const ResetLoss& loss, const QString& branch)
@@ -61,14 +61,14 @@ QString wordsForKeep(const ResetLoss& loss, const QString& branch)
 QString wordsForSoft(const ResetLoss& loss)
 {
     return loss.gained > 0 ? ResetTexts::tr("Turns what differs between the commits into staged changes.")
-                           : ResetTexts::tr("Turns %n commit(s) into staged changes.", nullptr, loss.left);
+                           : ResetTexts::tr("Turns %Ln commit(s) into staged changes.", nullptr, loss.left);
 }
 
 QString wordsForMixed(const ResetLoss& loss)
 {
     const QString sentence =
         loss.gained > 0 ? ResetTexts::tr("Turns what differs between the commits into changes in the working tree.")
-                        : ResetTexts::tr("Turns %n commit(s) into changes in the working tree.", nullptr, loss.left);
+                        : ResetTexts::tr("Turns %Ln commit(s) into changes in the working tree.", nullptr, loss.left);
     return sentence + u' ' + ResetTexts::tr("What is staged stays in the files.");
 }
 
@@ -163,7 +163,7 @@ QString ResetDialog::note() const
     const std::optional<ResetLoss>& loss = loss_.answer();
     if (!loss || loss->onlyHere == 0)
         return {};
-    return tr("No other branch or tag leads to %n commit(s). Undo knows the way back for 30 days.", nullptr,
+    return tr("No other branch or tag leads to %Ln commit(s). Undo knows the way back for 30 days.", nullptr,
               loss->onlyHere);
 }
 

@@ -70,9 +70,9 @@ void addPicks(QMenu& menu, RepositoryStore& store, const std::vector<gitkit::Com
 {
     const int count = static_cast<int>(commits.size());
     QAction* const pick =
-        addChange(menu, store, Verb::cherryPick, Texts::tr("Cherry-Pick %n Commit(s)", nullptr, count),
+        addChange(menu, store, Verb::cherryPick, Texts::tr("Cherry-Pick %Ln Commit(s)", nullptr, count),
                   [&store, commits] { actions::cherryPick(store.actors(), commits); });
-    QAction* const revert = addChange(menu, store, Verb::revert, Texts::tr("Revert %n Commit(s)", nullptr, count),
+    QAction* const revert = addChange(menu, store, Verb::revert, Texts::tr("Revert %Ln Commit(s)", nullptr, count),
                                       [&store, commits] { actions::revert(store.actors(), commits); });
     const QString why = actions::cannotPick(commits);
     for (QAction* const entry : {markAs(CommandId::cherryPick, pick), markAs(CommandId::revert, revert)}) {

@@ -92,7 +92,7 @@ void addRefs(QStringList& lines, const UndoStep& step)
         lines.append(backText(step.refs[index]));
     if (step.refs.size() > shown)
         lines.append(
-            StepTexts::tr("and %n more branch(es) or tag(s)", nullptr, static_cast<int>(step.refs.size() - shown)));
+            StepTexts::tr("and %Ln more branch(es) or tag(s)", nullptr, static_cast<int>(step.refs.size() - shown)));
 }
 
 void addHead(QStringList& lines, const UndoStep& step)
@@ -113,7 +113,7 @@ QStringList fileLines(const std::vector<std::string>& paths, const QString& patt
     for (std::size_t index = 0; index < shown; ++index)
         lines.append(pattern.arg(shownText(paths[index])));
     if (paths.size() > shown)
-        lines.append(StepTexts::tr("and %n more file(s)", nullptr, static_cast<int>(paths.size() - shown)));
+        lines.append(StepTexts::tr("and %Ln more file(s)", nullptr, static_cast<int>(paths.size() - shown)));
     return lines;
 }
 
@@ -150,7 +150,7 @@ QString move(const TimelineRow& row)
     const UndoStep& step = row.step;
     if (const RefUpdate* const ref = mainRef(step)) {
         const auto others = static_cast<int>(step.refs.size()) - 1;
-        return others == 0 ? refText(*ref) : StepTexts::tr("%1 and %n more", nullptr, others).arg(refText(*ref));
+        return others == 0 ? refText(*ref) : StepTexts::tr("%1 and %Ln more", nullptr, others).arg(refText(*ref));
     }
     return step.after ? headText(step.before.head, step.after->head) : QString();
 }
