@@ -76,18 +76,34 @@ std::string namedIn(const std::string& message)
     return message.substr(place, message.find('\n', place) - place);
 }
 
-/// Returns the list as a person would write it.
+/// Returns the list as a person would write it. A stop is passed over, as if nothing was changed there.
 std::string listOf(const RewritePlan& plan)
 {
     std::string list;
     for (const RewriteStep& step : plan.steps) {
-        const char* const words[] = {"pick", "squash", "fixup", "drop"};
+        const char* const words[] = {"pick", "squash", "fixup", "drop", "pick", "pick"};
         list += std::string(words[static_cast<int>(step.act)]) + ' ' + step.commit + '\n';
-        if (step.message)
+        if (step.act == Act::split)
+            list += "exec git reset -q HEAD~ && git add '" + step.part.files.front() + "' && git commit -q -C " +
+                    step.commit + " && git commit -q --amend -m 'first half' && git add -A && " + "git commit -q -C " +
+                    step.commit + " && git commit -q --amend -m 'second half'\n";
+        else if (step.message)
             list +=
                 "exec git commit -q --amend --allow-empty -m 'Other words' -m 'of " + namedIn(*step.message) + "'\n";
     }
     return list;
+}
+
+/// Lets git rebase by a list. Returns its exit status.
+int rebaseByHand(const TestRepository& repo, const RewritePlan& plan, std::string& said)
+{
+    writeFile(repo / ".git/list", listOf(plan));
+    int status = 0;
+    said = runPlainGit(repo.path(),
+                       {"-c", "sequence.editor=cp .git/list", "-c", "core.editor=true", "rebase", "-q", "-i",
+                        "--empty=keep", plan.base},
+                       status);
+    return status;
 }
 
 std::string contentsOf(const TestRepository& repo, const std::string& range)
@@ -147,13 +163,9 @@ TEST(RewriteProperties, InMemoryEqualsARebaseByHand)
         if (emptiesBySquash) // where git stops and asks
             continue;
 
-        repo.write(".git/list", listOf(plan));
         repo.git({"checkout", "-q", "-B", "byhand", commits.back()});
-        int status = 0;
-        const std::string said = runPlainGit(repo.path(),
-                                             {"-c", "sequence.editor=cp .git/list", "-c", "core.editor=true", "rebase",
-                                              "-q", "-i", "--empty=keep", base},
-                                             status);
+        std::string said;
+        const int status = rebaseByHand(repo, plan, said);
         if (foretold.result == RewriteOutcome::Result::conflicts) {
             ++conflicting;
             ASSERT_NE(status, 0) << listOf(plan);
@@ -180,6 +192,58 @@ TEST(RewriteProperties, InMemoryEqualsARebaseByHand)
         EXPECT_EQ(contentsOf(repo, base + "..again"), contentsOf(repo, base + "..byhand")) << listOf(plan);
     }
     EXPECT_TRUE(first || clean > rounds / 4) << clean << " of " << rounds << ", " << conflicting << " in conflict";
+}
+
+RewritePlan withAct(const RewritePlan& plan, std::size_t index, Act act)
+{
+    const std::string& commit = plan.commits[index];
+    switch (act) {
+    case Act::squash:
+    case Act::fixUp:
+        return squashedIntoParent(plan, {commit}, act);
+    case Act::drop:
+        return dropped(plan, {commit});
+    case Act::split:
+        return split(plan, commit, {.files = {"own " + std::to_string(index)}}, "first half\n", "second half\n");
+    case Act::edit:
+        return stoppingAt(plan, commit);
+    case Act::pick:
+        break;
+    }
+    return reworded(plan, commit, "Other words\n\nof " + commit + '\n');
+}
+
+TEST(RewriteProperties, EveryPairOfStepsEqualsARebaseByHand)
+{
+    if (!can(Ability::mergesInMemory))
+        GTEST_SKIP() << "this git cannot merge in memory";
+    TestRepository repo;
+    const std::string base = repo.write("shared", "0\n").commit("base").head();
+    Hashes commits;
+    for (int number = 0; number < 4; ++number) {
+        repo.write("own " + std::to_string(number), "x\n").write("also " + std::to_string(number), "y\n");
+        repo.git({"config", "user.name", "Author " + std::to_string(number)});
+        commits.push_back(repo.commit("commit " + std::to_string(number) + "\n\nbody\n").head());
+    }
+    const RewritePlan untouched = untouchedPlan("refs/heads/main", base, commits);
+    // The untouched step is the one that both reword: pick.
+    const std::vector<Act> acts{Act::pick, Act::squash, Act::fixUp, Act::drop, Act::split, Act::edit};
+    for (const Act first : acts) {
+        for (const Act second : acts) {
+            for (const bool isTurned : {false, true}) {
+                RewritePlan plan = withAct(withAct(untouched, 1, first), 2, second);
+                if (isTurned)
+                    plan = movedUp(plan, {commits[1]});
+                repo.git({"checkout", "-q", "-B", "byhand", commits.back()});
+                std::string said;
+                ASSERT_EQ(rebaseByHand(repo, plan, said), 0) << said << listOf(plan);
+                const RewriteOutcome found = written(repo.repository(), plan);
+                ASSERT_EQ(found.result, RewriteOutcome::Result::clean) << listOf(plan);
+                EXPECT_EQ(contentsOf(repo, base + ".." + found.tip), contentsOf(repo, base + "..byhand"))
+                    << listOf(plan);
+            }
+        }
+    }
 }
 
 } // namespace
