@@ -112,6 +112,17 @@ Groups apart(const RewritePlan& plan, const Hashes& commits)
     return groups;
 }
 
+/// Returns the plan after these were moved, with what the user asked for.
+RewritePlan afterMove(const RewritePlan& before, Groups groups, const Hashes& commits)
+{
+    RewritePlan plan = withGroups(before, std::move(groups));
+    for (const std::string& commit : commits) {
+        if (plan.steps != before.steps && has(plan.commits, commit) && !has(plan.asked, commit))
+            plan.asked.push_back(commit);
+    }
+    return plan;
+}
+
 template <typename Do>
 RewritePlan changed(RewritePlan plan, const std::string& commit, Do change)
 {
@@ -194,19 +205,24 @@ bool dropsAll(const RewritePlan& plan)
 
 Hashes movedCommits(const RewritePlan& plan)
 {
-    // The longest run of commits that still stand in their old order has stayed; all others have moved.
+    // The longest run of commits that still stand in their old order has stayed; all others have moved. Of runs that are
+    // equally long, the one counts that has the fewest of those that were asked to move.
     const std::vector<std::size_t> places = placesOf(plan);
-    std::vector<std::size_t> length(places.size(), 1);
+    const auto weightOf = [&](std::size_t index) {
+        return 2 * places.size() + (has(plan.asked, plan.steps[index].commit) ? 0 : 1);
+    };
+    std::vector<std::size_t> weight(places.size());
     std::vector<std::size_t> before(places.size(), places.size());
     std::size_t end = places.size();
     for (std::size_t index = 0; index < places.size(); ++index) {
+        weight[index] = weightOf(index);
         for (std::size_t other = 0; other < index; ++other) {
-            if (places[other] < places[index] && length[other] + 1 > length[index]) {
-                length[index] = length[other] + 1;
+            if (places[other] < places[index] && weight[other] + weightOf(index) > weight[index]) {
+                weight[index] = weight[other] + weightOf(index);
                 before[index] = other;
             }
         }
-        if (end == places.size() || length[index] >= length[end])
+        if (end == places.size() || weight[index] >= weight[end])
             end = index;
     }
     std::vector<bool> stays(places.size(), false);
@@ -276,21 +292,21 @@ RewritePlan moved(const RewritePlan& plan, const Hashes& commits, const std::str
         ++place;
     }
     groups.insert(place, std::make_move_iterator(taken.begin()), std::make_move_iterator(taken.end()));
-    return withGroups(plan, std::move(groups));
+    return afterMove(plan, std::move(groups), commits);
 }
 
 RewritePlan movedUp(const RewritePlan& plan, const Hashes& commits)
 {
     Groups groups = apart(plan, commits);
     shift(groups.rbegin(), groups.rend(), commits);
-    return withGroups(plan, std::move(groups));
+    return afterMove(plan, std::move(groups), commits);
 }
 
 RewritePlan movedDown(const RewritePlan& plan, const Hashes& commits)
 {
     Groups groups = apart(plan, commits);
     shift(groups.begin(), groups.end(), commits);
-    return withGroups(plan, std::move(groups));
+    return afterMove(plan, std::move(groups), commits);
 }
 
 RewritePlan squashed(const RewritePlan& plan, const Hashes& commits, const std::string& into, Act act)

@@ -44,6 +44,8 @@ struct RewritePlan {
     std::string base;                 ///< the commit beneath the oldest one; empty where that is a root
     std::vector<std::string> commits; ///< as they are, the oldest first
     std::vector<RewriteStep> steps;   ///< as they are to be, the oldest first
+    /// Those that were asked to move, so that of two that have changed places the one is told that the user has moved.
+    std::vector<std::string> asked = {};
 
     bool operator==(const RewritePlan&) const = default;
     std::string tip() const { return commits.empty() ? base : commits.back(); }
@@ -68,7 +70,8 @@ bool isUntouched(const RewritePlan& plan);
 /// Returns whether nothing would be left of the commits.
 bool dropsAll(const RewritePlan& plan);
 RewriteCounts countsOf(const RewritePlan& plan);
-/// Returns the commits that are in another order than before: as few as explain it.
+/// Returns the commits that are in another order than before: as few as explain it, those that were asked to move before
+/// others.
 Hashes movedCommits(const RewritePlan& plan);
 /// Returns the commits of a plan that do not stay as they are, and all that stand on those, the oldest first.
 Hashes affectedCommits(const RewritePlan& plan);

@@ -147,7 +147,14 @@ QString Rewriting::whyNot(const gitkit::Hashes& commits) const
 {
     if (!isWatching_ || !movableReading_.answered())
         return tr("The commits are still being read.");
-    if (commits.empty() || !std::ranges::all_of(commits, [this](const auto& commit) { return find(commit); }))
+    const bool areMovable = std::ranges::all_of(commits, [this](const auto& commit) { return find(commit); });
+    const MovableCommits& known = movable.value();
+    const bool hasNoneOfItsOwn =
+        !known.publishedOn.empty() && std::ranges::all_of(known.commits, &MovableCommit::isPublished);
+    if (!areMovable && hasNoneOfItsOwn)
+        return tr("Nothing here is only yours. Commits above %1 can be moved, edited and dropped.")
+            .arg(inQuotes(known.publishedOn));
+    if (commits.empty() || !areMovable)
         return tr("Only commits of the branch that is checked out can be changed, down to its first merge.");
     return {};
 }

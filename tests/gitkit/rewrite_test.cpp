@@ -49,6 +49,9 @@ TEST(RewritePlans, KeepTogetherWhatIsSquashed)
     EXPECT_EQ(shown(moved(plan, {"a"}, "a")), "a b c d");
     EXPECT_EQ(movedCommits(moved(plan, {"a"}, "c")), Hashes{"a"});
     EXPECT_EQ(countsOf(moved(plan, {"a"}, "d")), (RewriteCounts{.moved = 1}));
+    // Of two that change places, the one that was meant has moved.
+    EXPECT_EQ(movedCommits(movedUp(plan, {"b"})), Hashes{"b"});
+    EXPECT_EQ(movedCommits(movedDown(plan, {"c"})), Hashes{"c"});
 
     // What was squashed goes along, and becomes one of its own where its commit goes.
     const RewritePlan joined = squashed(plan, {"c"}, "a", Act::squash);

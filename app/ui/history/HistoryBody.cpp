@@ -128,6 +128,8 @@ void HistoryBody::paintTexts(QPainter& painter, int first, int last)
         const HistoryRowPainter::Place place{top, sight_.isMirrored ? sight_.size.width() : 0.0};
         rows_.paint(painter, *shown, columns_, place, now);
         const PlanSign sign = sight_.rewriting ? planSignOf(*sight_.rewriting, shown->commit.hash) : PlanSign();
+        if (row == sight_.hovered && sight_.rewriting && sight_.rewriting->find(shown->commit.hash))
+            paintPlanGrip(painter, columns_, place, rows_.rowHeight());
         if (!sign.isEmpty())
             paintPlanSign(painter, sign, columns_, place, rows_.rowHeight(), rows_.subjectOf(*shown, columns_));
     }

@@ -104,6 +104,22 @@ PlanSign planSignOf(const Rewriting& rewriting, const std::string& commit)
     return sign;
 }
 
+void paintPlanGrip(QPainter& painter, const HistoryColumns& columns, const HistoryRowPainter::Place& place,
+                   double rowHeight)
+{
+    constexpr double dot = 2;
+    constexpr double step = 4;
+    constexpr int dotsAcross = 2;
+    constexpr int dotsDown = 3;
+    const double left = columns.subjectLeft - dotsAcross * step;
+    const double top = place.top + std::round((rowHeight - dotsDown * step + dot) / 2);
+    for (int across = 0; across < dotsAcross; ++across) {
+        for (int down = 0; down < dotsDown; ++down)
+            painter.fillRect(QRectF(place.at(left + across * step, dot), top + down * step, dot, dot),
+                             Theme::current().secondaryText);
+    }
+}
+
 void paintPlanSign(QPainter& painter, const PlanSign& sign, const HistoryColumns& columns,
                    const HistoryRowPainter::Place& place, double rowHeight, HistoryRowPainter::Span subject)
 {

@@ -28,6 +28,10 @@ struct PlanSign {
 /// Main thread.
 PlanSign planSignOf(const Rewriting& rewriting, const std::string& commit);
 
+/// Draws what shows that a row can be dragged to another place, before its subject.
+void paintPlanGrip(QPainter& painter, const HistoryColumns& columns, const HistoryRowPainter::Place& place,
+                   double rowHeight);
+
 /// Draws it at the end of the subject column. `subjectEnd` is where the subject ends.
 void paintPlanSign(QPainter& painter, const PlanSign& sign, const HistoryColumns& columns,
                    const HistoryRowPainter::Place& place, double rowHeight, HistoryRowPainter::Span subject);
