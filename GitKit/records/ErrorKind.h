@@ -29,6 +29,7 @@ enum class ErrorKind {
     nothingToDo,
     wouldOverwriteLocalChanges, ///< of files that git knows; they can be stashed
     wouldOverwriteUnknownFiles, ///< that are untracked or ignored
+    notCommitted,               ///< changes stand in the way of going on that are to be staged or committed first
     operationUnfinished,        ///< a merge, cherry-pick or revert would be ended without a word
     indexNotRestorable,         ///< what was staged in a stash cannot be staged again; nothing was changed
     changedMeanwhile,           ///< the file, stash or branch is no longer what the caller saw; nothing was changed

@@ -52,9 +52,11 @@ struct OperationInProgress {
     std::optional<Progress> progress = {};
     std::optional<Stop> stop = {};
     std::optional<std::string> meldsInto = {}; ///< the commit that a rebase's stopped step is folded into
-    std::optional<Bisect> bisect = {};         ///< set for a bisect only
-    bool appliesPatches = false;               ///< git keeps author and message where `git commit` does not look
-    bool isIncomplete = false;                 ///< files that git needs to continue or abort are missing or damaged
+    /// The commit behind which a rebase has stopped so that it can be changed: full hash. HEAD may have moved since.
+    std::optional<std::string> edits = {};
+    std::optional<Bisect> bisect = {}; ///< set for a bisect only
+    bool appliesPatches = false;       ///< git keeps author and message where `git commit` does not look
+    bool isIncomplete = false;         ///< files that git needs to continue or abort are missing or damaged
 
     /// Whether git has `--continue` and `--skip` for this operation.
     bool canContinue() const { return kind != Kind::bisect; }

@@ -182,6 +182,8 @@ OperationInProgress readRebase(const fs::path& folder)
     }
     if (isThere(folder / "current-fixups"))
         operation.meldsInto = hashIn(folder / "amend");
+    else
+        operation.edits = hashIn(folder / "amend");
     return operation;
 }
 

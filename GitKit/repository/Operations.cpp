@@ -15,6 +15,7 @@
 #include "GitKit/FileReplacement.h"
 #include "GitKit/RegularFile.h"
 #include "GitKit/Text.h"
+#include "GitKit/repository/EditStop.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/OperationReader.h"
@@ -257,6 +258,8 @@ void proceed(const GitRepository& repo, const OperationInProgress& operation, Op
     waitForIndex(repo);
     if (operation.kind != Kind::bisect) {
         const bool commits = step == OperationStep::proceed && !operation.appliesPatches;
+        if (step == OperationStep::proceed)
+            requireEditDone(repo, operation);
         const std::vector<std::string> settings =
             commits ? keepingMessage(repo, operation) : std::vector<std::string>();
         if (commits && makesOwnCommit(repo, operation)) {

@@ -77,28 +77,38 @@ private:
         const CommitText& text = texts_.at(step.commit);
         switch (step.act) {
         case Act::drop:
-            return line("drop", step.commit);
+            return line("drop", step.commit, text);
         case Act::split:
             return addSplit(step, text);
         case Act::edit:
+            return addStop(step, text);
         case Act::pick:
-            line(step.act == Act::edit && !step.message ? "edit" : "pick", step.commit);
+            line("pick", step.commit, text);
             last_ = step.commit;
             message_ = inUtf8(text).message;
             if (step.message)
                 carryMessage(*step.message, text.tree);
-            if (step.act == Act::edit && step.message)
-                lines_ += "break\n";
             return;
         case Act::squash:
             message_ = joinedMessages(message_, step.message.value_or(inUtf8(text).message));
-            line("fixup", step.commit);
+            line("fixup", step.commit, text);
             last_ = step.commit;
             return carryMessage(message_, text.tree);
         case Act::fixUp:
             last_ = step.commit;
-            return line("fixup", step.commit);
+            return line("fixup", step.commit, text);
         }
+    }
+
+    /// Only a commit that has its new words already can be stopped at so that what is staged becomes a part of it.
+    void addStop(const RewriteStep& step, const CommitText& text)
+    {
+        CommitText worded = inUtf8(text);
+        if (step.message)
+            worded.message = *step.message + (step.message->ends_with('\n') ? "" : "\n");
+        last_ = step.message ? writer_.write(worded) : step.commit;
+        message_ = worded.message;
+        line("edit", last_, worded);
     }
 
     void addSplit(const RewriteStep& step, const CommitText& text)
@@ -113,9 +123,9 @@ private:
             second.message = *step.message + (step.message->ends_with('\n') ? "" : "\n");
         const std::string made = writer_.write(first);
         second.parents = {made};
-        line("pick", made);
+        line("pick", made, first);
         last_ = writer_.write(second);
-        line("pick", last_);
+        line("pick", last_, second);
         message_ = second.message;
     }
 
@@ -138,10 +148,15 @@ private:
         carrier.tree = tree;
         carrier.parents = {last_};
         carrier.message = message;
-        line("fixup -C", writer_.write(carrier));
+        line("fixup -C", writer_.write(carrier), carrier);
     }
 
-    void line(const std::string& command, const std::string& commit) { lines_ += command + ' ' + commit + '\n'; }
+    /// Git passes over the subject. Where it stops, the line tells which commit that is.
+    void line(const std::string& command, const std::string& commit, const CommitText& text)
+    {
+        const std::string message = inUtf8(text).message;
+        lines_ += command + ' ' + commit + " # " + message.substr(0, message.find_first_of("\r\n")) + '\n';
+    }
 
     void moveBranches(const std::string& commit)
     {

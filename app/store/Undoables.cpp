@@ -281,6 +281,13 @@ Undoable revert(const gitkit::Pick& pick)
             .inTheWay = [pick](const GitRepository& repo) { return gitkit::inTheWayOfRevert(repo, pick); }};
 }
 
+Undoable takeApart(const QString& commit)
+{
+    return {.title = UndoTexts::tr("Taking Apart of %1").arg(commit),
+            .done = UndoTexts::tr("Took %1 apart. Its changes are in the files.").arg(commit),
+            .scope = {.kind = "reset", .movesIndex = true}};
+}
+
 Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch)
 {
     using enum gitkit::ResetKind;

@@ -52,6 +52,8 @@ Undoable fastForward(const std::string& branch, const QString& to = {});
 Undoable moveBranch(const std::string& branch, const std::string& target);
 Undoable cherryPick(const gitkit::Pick& pick);
 Undoable revert(const gitkit::Pick& pick);
+/// `commit` is the one that a rebase has stopped behind, as it is shown.
+Undoable takeApart(const QString& commit);
 /// `branch` is what is moved, as it is shown.
 Undoable reset(gitkit::ResetKind kind, const std::string& target, const QString& branch);
 /// `fetched` tells what was fetched for it, as fetchToPull() does, once that has happened.

@@ -144,6 +144,22 @@ TEST_F(OperationBarTest, ConflictsComeFirstAndCanBeTakenFromTheMenu)
     EXPECT_EQ(test::entries(*other).front(), "Keep main");
 }
 
+TEST_F(OperationBarTest, SaysWhatBecomesOfChangesAtAStopToEdit)
+{
+    repo.git({"checkout", "-q", "topic"});
+    begin({"-c", "sequence.editor=sed -i s/^pick/edit/", "rebase", "-i", "topic~1"});
+    EXPECT_TRUE(says().ends_with("Stopped at “second”: change files, then Continue.")) << says();
+    EXPECT_EQ(buttons(), "Continue Take Apart Skip Abort ");
+    repo.write("z", "4\n").git({"add", "z"});
+    load();
+    EXPECT_TRUE(says().ends_with(" Staged changes become part of “second”.")) << says();
+    button(u"Take Apart"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(says().ends_with("Stopped at “second”: commit what it becomes, then Continue.")) << says();
+    EXPECT_EQ(buttons(), "Continue Skip Abort ");
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), " M a\n M z");
+}
+
 TEST_F(OperationBarTest, MenusForetellWhatPicksMergesAndStashesDo)
 {
     load();

@@ -8,6 +8,8 @@
 #include "GitKit/runner/GitVersion.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/SplitChoice.h"
+#include "app/store/actions/EditStop.h"
+#include "app/store/actions/Operation.h"
 
 #include <gtest/gtest.h>
 
@@ -229,6 +231,70 @@ TEST_F(PlansInWindow, LetGitResolveWhatConflicts)
     EXPECT_FALSE(plans.plan.value());
     undo();
     EXPECT_EQ(wholeState(repo), before);
+}
+
+TEST_F(PlansInWindow, StopToEditAndRefuseToLoseWhatIsNotCommitted)
+{
+    const auto goOn = [this] {
+        store.window().dismissError();
+        actions::continueOperation(store.actors());
+        worker.finishAll();
+    };
+    const auto stop = [&] {
+        plans.stopAt(hashes[2]);
+        plans.reword(hashes[2], QStringLiteral("another three"));
+        worker.finishAll();
+        plans.apply();
+        worker.finishAll();
+    };
+    stop();
+    ASSERT_TRUE(store.snapshot().inProgress.value());
+    EXPECT_EQ(store.snapshot().inProgress.value()->edits, repo.head());
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "another three");
+    EXPECT_EQ(actions::editedCommit(store.snapshot()).toStdString(), "“another three”");
+
+    // Changed but not staged: git would speak of conflicts that are none.
+    repo.write("two", "edited").write("untracked", "u");
+    load();
+    goOn();
+    EXPECT_EQ(error(), "Stage what belongs to the commit, or discard it, before the rebase goes on. Changed but not "
+                       "staged: “two”.");
+    EXPECT_EQ(store.window().ways().size(), 1U);
+    repo.git({"add", "two"});
+    load();
+    goOn();
+    EXPECT_EQ(error(), "");
+    EXPECT_FALSE(store.snapshot().inProgress.value());
+    EXPECT_EQ(subjects(), "one\ntwo\nanother three\nfour");
+    EXPECT_EQ(repo.read({"show", "HEAD~1:two"}), "edited");
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%B", "HEAD~1"}), "another three\n");
+
+    // Taken apart, what is staged is not to become a part of something else.
+    repo.git({"reset", "-q", "--hard", hashes[3]});
+    load();
+    stop();
+    const std::string stopped = wholeState(repo);
+    EXPECT_TRUE(actions::canBecomePart(store.snapshot()));
+    actions::takeApart(store.actors());
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.head(), hashes[1]);
+    EXPECT_EQ(bytesAt(repo / "three"), "three");
+    EXPECT_FALSE(actions::canBecomePart(store.snapshot()));
+    repo.git({"commit", "-q", "--allow-empty", "-m", "one of two"}).git({"add", "three"});
+    load();
+    goOn();
+    EXPECT_EQ(error(), "The commit was taken apart or changed, so what is staged needs a commit of its own before the "
+                       "rebase goes on. Staged: “three”.");
+    store.window().dismissError();
+    repo.git({"reset", "-q", hashes[1]});
+    load();
+    undo();
+    EXPECT_EQ(wholeState(repo), stopped);
+    actions::abortOperation(store.actors());
+    answer();
+    EXPECT_EQ(repo.read({"rev-parse", "main", "HEAD"}), hashes[3] + '\n' + hashes[3]);
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "?? untracked");
 }
 
 TEST_F(PlansInWindow, SquashFixupsAndAskBeforeNothingIsLeft)

@@ -10,6 +10,7 @@
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/BranchSettings.h"
+#include "app/store/actions/EditStop.h"
 #include "app/store/actions/FileVersions.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
@@ -192,6 +193,14 @@ const std::vector<Story> stories{
          t.worker.finishAll();
          t.store.rewriting().split(t.repo.head(), {.files = {"b"}}, QStringLiteral("b"), QStringLiteral("rest"));
      }},
+    {"Taking Apart of “three”",
+     [](auto& r) {
+         twoToRewrite(r);
+         r.git({"reset", "-q", "--hard"})
+             .git({"-c", "sequence.editor=sed -i s/^pick/edit/", "rebase", "-q", "-i", "HEAD~1"});
+         r.write("d", "staged").git({"add", "d"}).write("c", "edited");
+     },
+     [](auto& t) { actions::takeApart(t.store.actors()); }},
     {"Fast-Forward of “old”",
      [](auto& r) { r.git({"branch", "old", "main"}).git({"branch", "-q", "-u", "topic", "old"}); },
      [](auto& t) { actions::fastForward(t.store.actors(), "old"); }},

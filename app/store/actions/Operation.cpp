@@ -180,6 +180,11 @@ bool offersWayOn(Actors actors, const OperationInProgress& now, const Failure& f
 {
     if (offersSkip(actors, now, failure))
         return true;
+    if (failure.kind == gitkit::ErrorKind::notCommitted) {
+        actors.window.report(failure, {{OperationTexts::tr("Show the Changes"),
+                                        [actors] { actors.window.select(SidebarItem::workingCopy()); }}});
+        return true;
+    }
     if (failure.kind != gitkit::ErrorKind::rejectedByHook)
         return false;
     const QString without =

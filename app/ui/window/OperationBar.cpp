@@ -54,6 +54,7 @@ OperationBar::OperationBar(RepositoryStore& store, QWidget* parent)
       conflicts_(makeButton(QString(), &OperationBar::showConflict)),
       resolved_(new QLabel(tr("All conflicts resolved."), this)),
       continue_(makeButton(tr("Continue"), &OperationBar::proceed)),
+      takeApart_(makeButton(tr("Take Apart"), &OperationBar::takeApart)),
       good_(makeButton(tr("Good"), &OperationBar::markGood)), bad_(makeButton(tr("Bad"), &OperationBar::markBad)),
       skip_(makeButton(tr("Skip"), &OperationBar::skip)),
       showFound_(makeButton(tr("Show Commit"), &OperationBar::showFound)),
@@ -79,7 +80,7 @@ OperationBar::OperationBar(RepositoryStore& store, QWidget* parent)
     row->addWidget(conflicts_);
     row->addWidget(resolved_);
     row->addSpacing(4);
-    for (QPushButton* button : {continue_, good_, bad_, skip_, showFound_, abort_, reset_})
+    for (QPushButton* button : {continue_, takeApart_, good_, bad_, skip_, showFound_, abort_, reset_})
         row->addWidget(button);
     observeStore();
     showOperation();
@@ -141,6 +142,8 @@ void OperationBar::showButtons(const gitkit::OperationInProgress& now)
     continue_->setVisible(now.canContinue());
     continue_->setEnabled(actions::canContinueOperation(store_.actors()));
     continue_->setToolTip(plainToolTip(whyNotContinue()));
+    takeApart_->setVisible(actions::canBecomePart(store_.snapshot()));
+    takeApart_->setToolTip(tr("Put its changes back into the files, to make several commits of them"));
     for (QPushButton* button : {good_, bad_})
         button->setVisible(isBisect && !isFound);
     skip_->setVisible(now.canSkip() || (isBisect && !isFound));
@@ -154,7 +157,7 @@ void OperationBar::showButtons(const gitkit::OperationInProgress& now)
         good_->setToolTip(plainToolTip(markTip(now.bisect->good)));
         bad_->setToolTip(plainToolTip(markTip(now.bisect->bad)));
     }
-    for (QPushButton* button : {good_, bad_, skip_, abort_, reset_})
+    for (QPushButton* button : {takeApart_, good_, bad_, skip_, abort_, reset_})
         button->setEnabled(canTakeStep());
 }
 

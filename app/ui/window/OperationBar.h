@@ -3,6 +3,7 @@
 
 #include "GitKit/records/OperationInProgress.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/EditStop.h"
 #include "app/store/actions/Operation.h"
 
 #include <QPointer>
@@ -39,6 +40,7 @@ private:
     QString whyNotContinue() const;
 
     void proceed() { actions::continueOperation(store_.actors()); }
+    void takeApart() { actions::takeApart(store_.actors()); }
     void skip();
     void abort() { actions::abortOperation(store_.actors()); }
     void markGood() { actions::bisect(store_.actors(), gitkit::BisectMark::good); }
@@ -53,6 +55,7 @@ private:
     QPushButton* conflicts_;
     QLabel* resolved_;
     QPushButton* continue_;
+    QPushButton* takeApart_;
     QPushButton* good_;
     QPushButton* bad_;
     QPushButton* skip_;

@@ -2,6 +2,7 @@
 #include "app/ui/window/OperationText.h"
 
 #include "app/store/ShownText.h"
+#include "app/store/actions/EditStop.h"
 
 #include <QCoreApplication>
 
@@ -106,6 +107,20 @@ QString bisectDetail(const RepositoryStore& store, const gitkit::BisectProgress&
     return Texts::tr("%1, at %2").arg(left, now);
 }
 
+/// Says how to go on from where git has stopped so that a commit can be changed; empty elsewhere.
+QString editText(const RepositoryStore& store)
+{
+    const QString commit = actions::editedCommit(store.snapshot());
+    if (commit.isEmpty())
+        return {};
+    if (!actions::canBecomePart(store.snapshot()))
+        return Texts::tr("Stopped at %1: commit what it becomes, then Continue.").arg(commit);
+    // The bar has room for one of both.
+    return store.snapshot().status.value().stagedCount() == 0
+               ? Texts::tr("Stopped at %1: change files, then Continue.").arg(commit)
+               : Texts::tr("Staged changes become part of %1.").arg(commit);
+}
+
 QString theirSide(const RepositoryStore& store, const OperationInProgress& now)
 {
     const QString stop = now.stop ? stopText(*now.stop) : QString();
@@ -201,6 +216,8 @@ QString detail(const RepositoryStore& store)
     const OperationInProgress& now = *store.snapshot().inProgress.value();
     if (now.bisect)
         return bisectDetail(store, *now.bisect);
+    if (const QString edited = editText(store); !edited.isEmpty())
+        return edited;
     const bool isCounted = now.progress && now.progress->step > 0;
     QString stop = now.stop ? stopText(*now.stop) : QString();
     if (!isCounted)
