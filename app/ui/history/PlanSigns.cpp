@@ -111,7 +111,8 @@ void paintPlanGrip(QPainter& painter, const HistoryColumns& columns, const Histo
     constexpr double step = 4;
     constexpr int dotsAcross = 2;
     constexpr int dotsDown = 3;
-    const double left = columns.subjectLeft - dotsAcross * step;
+    constexpr double gap = 3; // to the subject
+    const double left = columns.subjectLeft - gap - dotsAcross * step;
     const double top = place.top + std::round((rowHeight - dotsDown * step + dot) / 2);
     for (int across = 0; across < dotsAcross; ++across) {
         for (int down = 0; down < dotsDown; ++down)
