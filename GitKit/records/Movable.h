@@ -15,6 +15,11 @@ struct MovableCommit {
     bool operator==(const MovableCommit&) const = default;
 };
 
+inline std::string subjectOf(const MovableCommit& commit)
+{
+    return commit.message.substr(0, commit.message.find('\n'));
+}
+
 /// A branch that stands on a movable commit, besides the one that is checked out.
 struct BranchOnCommit {
     std::string name; ///< full

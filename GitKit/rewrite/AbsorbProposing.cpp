@@ -113,8 +113,9 @@ void addFile(const GitRepository& repo, const std::string& facts, const std::str
 
 std::string stagedList(const GitRepository& repo)
 {
-    return repo.runner().bytes({"diff-index", "--cached", "-z", "--no-abbrev", "--no-renames", "HEAD", "--"},
-                               helperOptions());
+    return repo.runner().bytes(
+        {"diff-index", "--cached", "--ita-invisible-in-index", "-z", "--no-abbrev", "--no-renames", "HEAD", "--"},
+        helperOptions());
 }
 
 AbsorbProposal absorbProposal(const GitRepository& repo)
@@ -133,7 +134,7 @@ AbsorbProposal absorbProposal(const GitRepository& repo)
             continue;
         }
         proposal.commits.push_back(commit.hash);
-        proposal.subjects.push_back(commit.message.substr(0, commit.message.find('\n')));
+        proposal.subjects.push_back(subjectOf(commit));
     }
     if (proposal.commits.empty())
         return proposal;

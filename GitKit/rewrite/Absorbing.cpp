@@ -212,8 +212,11 @@ RewriteOutcome withStagedIn(const GitRepository& repo, const RewritePlan& plan, 
     const std::string tipTree = readCommits(repo, {plan.tip()}).at(plan.tip()).tree;
     if (whole == plan && stagedTree() == tipTree)
         throw GitError("commit", 1, "Nothing is staged.", ErrorKind::nothingToDo);
-    if (how.hooks == CommitHooks::run)
+    if (how.hooks == CommitHooks::run) {
         askBeforeStaged(repo, plan.base);
+        if (how.message)
+            whole = reworded(plan, commit, askCommitMessage(repo, *how.message));
+    }
     const std::string tree = stagedTree(); // a hook may have staged more
     const std::string staged = CommitWriter(repo, {}, Signing::none).writeHelper(tree, {plan.tip()});
     if (tree != tipTree) {

@@ -35,7 +35,8 @@ struct StagedInto {
     CommitHooks hooks = CommitHooks::run;
 };
 
-/// Writes the commits of a plan that changes nothing, with all that is staged in one of them. Throws as absorbed() does,
+/// Writes the commits of a plan that changes nothing, with all that is staged in one of them. Asks the hooks as absorbed()
+/// does, and commit-msg about another message. Throws as absorbed() does,
 /// ErrorKind::conflicts where it does not fit there, and nothingToDo where nothing is staged and no other message is given.
 RewriteOutcome withStagedIn(const GitRepository& repo, const RewritePlan& plan, const std::string& commit,
                             const StagedInto& how = {});

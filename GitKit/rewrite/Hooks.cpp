@@ -2,10 +2,13 @@
 #include "GitKit/rewrite/Hooks.h"
 
 #include "GitKit/Text.h"
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <unistd.h>
 #include <utility>
 
@@ -53,6 +56,21 @@ void askBeforeStaged(const GitRepository& repo, const std::string& base)
 {
     askPreRebase(repo, base.empty() ? "--root" : base);
     ask(repo, "pre-commit", {});
+}
+
+std::string askCommitMessage(const GitRepository& repo, const std::string& message)
+{
+    if (!hasHook(repo, "commit-msg"))
+        return message;
+    const std::filesystem::path file = gitDirectories(repo).own / "COMMIT_EDITMSG"; // where git has it, too
+    std::ofstream written(file, std::ios::binary);
+    written << message;
+    written.close();
+    if (!written)
+        throw GitError("commit", 1, "The message cannot be written for the commit-msg hook. Nothing was done.");
+    ask(repo, "commit-msg", {file.string()});
+    std::ifstream left(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(left), {}};
 }
 
 void tellRewritten(const GitRepository& repo, const std::vector<std::pair<std::string, std::string>>& commits)

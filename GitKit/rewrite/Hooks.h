@@ -20,6 +20,9 @@ void askPreRebase(const GitRepository& repo, const std::string& upstream);
 /// pre-commit, which judges all that is staged and may stage more. Throws ErrorKind::rejectedByHook.
 void askBeforeStaged(const GitRepository& repo, const std::string& base);
 
+/// Asks the hook commit-msg about a message, and returns it as the hook leaves it. Throws ErrorKind::rejectedByHook.
+std::string askCommitMessage(const GitRepository& repo, const std::string& message);
+
 /// Tells the hook which commits have become others, and copies notes, as git does after a rebase. What fails is not told:
 /// the commits are rewritten.
 void tellRewritten(const GitRepository& repo, const std::vector<std::pair<std::string, std::string>>& commits);
