@@ -6,6 +6,7 @@
 #include "app/store/CommandLog.h"
 #include "app/store/CommitDraft.h"
 #include "app/store/CommitIndex.h"
+#include "app/store/CommitInto.h"
 #include "app/store/Conflicts.h"
 #include "app/store/Discards.h"
 #include "app/store/GitAccess.h"
@@ -69,6 +70,8 @@ public:
     const HistoryMatches& matches() const { return matches_; }
     Rewriting& rewriting() { return rewriting_; }
     const Rewriting& rewriting() const { return rewriting_; }
+    CommitInto& into() { return into_; }
+    const CommitInto& into() const { return into_; }
     Trail& trail() { return trail_; }
     const Trail& trail() const { return trail_; }
 
@@ -99,6 +102,7 @@ private:
     History history_{git_, window_, snapshot_};
     HistoryMatches matches_{git_, window_, history_};
     Rewriting rewriting_{git_, window_, snapshot_, changes_, history_};
+    CommitInto into_{actors()};
     Trail trail_{git_, window_, snapshot_, history_};
 };
 

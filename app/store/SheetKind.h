@@ -95,8 +95,12 @@ struct SplitSheet {
     std::string commit; ///< full hash
     bool operator==(const SplitSheet&) const = default;
 };
+/// Shows which commits the staged changes belong to, and puts them there.
+struct AbsorbSheet {
+    bool operator==(const AbsorbSheet&) const = default;
+};
 using SheetKind = std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet,
                                SentChangesSheet, DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet,
-                               RequestSheet, CleanSheet, RelationsSheet, CommitMessageSheet, SplitSheet>;
+                               RequestSheet, CleanSheet, RelationsSheet, CommitMessageSheet, SplitSheet, AbsorbSheet>;
 
 } // namespace plovik

@@ -83,6 +83,15 @@ std::vector<std::string> listed(const GitRepository& repo, const std::vector<std
     return names.status == 0 ? gitkit::splitNul(names.stdoutBytes) : std::vector<std::string>();
 }
 
+/// Adds the branches that stand on the commits of a plan and move along.
+void addAlong(const GitRepository& repo, const gitkit::RewritePlan& plan, UndoScope& scope)
+{
+    for (const auto& other : gitkit::movableCommits(repo, static_cast<int>(plan.commits.size())).branches) {
+        if (other.heldBy.empty())
+            scope.refs.push_back(other.name);
+    }
+}
+
 /// Returns “a.txt”, or “a.txt” and the number of the others.
 QString namesOf(const Files& files)
 {
@@ -220,10 +229,7 @@ Undoable rewrite(const gitkit::RewritePlan& plan, const QString& branch,
                   .scope = moving("rewrite")};
     undo.complete = [plan, outcome](const GitRepository& repo, UndoScope& scope) {
         scope.target = outcome().tree;
-        for (const auto& other : gitkit::movableCommits(repo, static_cast<int>(plan.commits.size())).branches) {
-            if (other.heldBy.empty())
-                scope.refs.push_back(other.name);
-        }
+        addAlong(repo, plan, scope);
     };
     undo.inTheWay = [plan, outcome](const GitRepository& repo) {
         const std::string before = treeOf(repo, plan.tip());
@@ -246,6 +252,24 @@ Undoable rewriteByGit(const gitkit::RewritePlan& plan, const QString& branch)
     if (base.empty())
         undo.inTheWay = {};
     return undo;
+}
+
+Undoable absorb(int changes, int commits, const gitkit::RewritePlan& plan)
+{
+    return {.title = UndoTexts::tr("Absorbing of %Ln change(s)", nullptr, changes),
+            .done = UndoTexts::tr("Put %1 into %2.")
+                        .arg(UndoTexts::tr("%Ln staged change(s)", nullptr, changes),
+                             UndoTexts::tr("%Ln commit(s)", nullptr, commits)),
+            .scope = {.kind = "absorb"},
+            .complete = [plan](const GitRepository& repo, UndoScope& scope) { addAlong(repo, plan, scope); }};
+}
+
+Undoable commitInto(const std::string& subject, const gitkit::RewritePlan& plan)
+{
+    return {.title = UndoTexts::tr("Commit into %1").arg(subjectOf(subject)),
+            .done = UndoTexts::tr("Committed into %1.").arg(subjectOf(subject)),
+            .scope = {.kind = "commit-into"},
+            .complete = [plan](const GitRepository& repo, UndoScope& scope) { addAlong(repo, plan, scope); }};
 }
 
 Undoable fastForward(const std::string& branch, const QString& to)

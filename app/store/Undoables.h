@@ -47,6 +47,10 @@ Undoable rewrite(const gitkit::RewritePlan& plan, const QString& branch,
                  const std::function<gitkit::RewriteOutcome()>& outcome);
 /// The same where git itself rebases.
 Undoable rewriteByGit(const gitkit::RewritePlan& plan, const QString& branch);
+/// For staged changes that go into commits of a plan that changes nothing: so many changes into so many commits.
+Undoable absorb(int changes, int commits, const gitkit::RewritePlan& plan);
+/// The same where all goes into one, which has this subject.
+Undoable commitInto(const std::string& subject, const gitkit::RewritePlan& plan);
 /// `to` is what it is moved on to, as it is shown; empty for its upstream.
 Undoable fastForward(const std::string& branch, const QString& to = {});
 Undoable moveBranch(const std::string& branch, const std::string& target);

@@ -173,6 +173,30 @@
     </message>
 </context>
 <context>
+    <name>plovik::AbsorbDialog</name>
+    <message numerus="yes">
+        <source>%Ln staged change(s)</source>
+        <translation>
+            <numerusform>%Ln staged change</numerusform>
+            <numerusform>%Ln staged changes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln commit(s)</source>
+        <translation>
+            <numerusform>%Ln commit</numerusform>
+            <numerusform>%Ln commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>… and %Ln more line(s)</source>
+        <translation>
+            <numerusform>… and %Ln more line</numerusform>
+            <numerusform>… and %Ln more lines</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::ActivityView</name>
     <message numerus="yes">
         <source>Reading the history: %Ln commit(s)…</source>
@@ -1106,6 +1130,20 @@
         <translation>
             <numerusform>%Ln commit</numerusform>
             <numerusform>%Ln commits</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Absorbing of %Ln change(s)</source>
+        <translation>
+            <numerusform>Absorbing of %Ln change</numerusform>
+            <numerusform>Absorbing of %Ln changes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln staged change(s)</source>
+        <translation>
+            <numerusform>%Ln staged change</numerusform>
+            <numerusform>%Ln staged changes</numerusform>
         </translation>
     </message>
 </context>

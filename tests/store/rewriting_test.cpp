@@ -5,13 +5,17 @@
 #include "tests/support/WholeState.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/rewrite/Absorbing.h"
 #include "GitKit/runner/GitVersion.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/SplitChoice.h"
 #include "app/store/actions/EditStop.h"
 #include "app/store/actions/Operation.h"
+#include "app/store/actions/StagedInto.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace plovik {
 namespace {
@@ -323,6 +327,75 @@ TEST_F(PlansInWindow, SquashFixupsAndAskBeforeNothingIsLeft)
     EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "merged");
     undo();
     EXPECT_EQ(repo.head(), own);
+}
+
+TEST_F(PlansInWindow, TakeWhatIsStagedIntoACommitOrOfferAFixup)
+{
+    const auto into = [&](std::size_t commit, const char* subject) {
+        actions::commitStagedInto(store.actors(), {.commit = hashes[commit], .subject = subject});
+        worker.finishAll();
+    };
+    repo.write("two", "2").git({"add", "two"}).write("two", "unstaged");
+    repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho not like this\nexit 1\n");
+    std::filesystem::permissions(repo / ".git/hooks/pre-commit", std::filesystem::perms::owner_all);
+    reload();
+    const std::string before = wholeState(repo);
+    into(1, "two");
+    EXPECT_NE(error().find("not like this"), std::string::npos) << error();
+    EXPECT_EQ(wholeState(repo), before);
+    ASSERT_EQ(store.window().ways().size(), 2U);
+    store.window().takeWay(0); // without hooks
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(subjects(), "one\ntwo\nthree\nfour");
+    EXPECT_EQ(repo.read({"show", "HEAD~2:two"}), "2");
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), " M two");
+    EXPECT_EQ(said(), "Committed into “two”.");
+    std::filesystem::remove(repo / ".git/hooks/pre-commit");
+    undo();
+    EXPECT_EQ(repo.head(), hashes[3]);
+
+    // The oldest one does not have the file yet.
+    into(0, "one");
+    ASSERT_TRUE(store.window().confirmation.value()) << error();
+    EXPECT_EQ(store.window().confirmation.value()->actionTitle.toStdString(), "Make a Fixup Commit Instead");
+    EXPECT_EQ(repo.head(), hashes[3]) << "nothing has happened yet";
+    answer();
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s"}), "fixup! one");
+    EXPECT_EQ(plans.fixups(), 1);
+
+    // While the plan is open, it would be lost.
+    EXPECT_EQ(actions::whyNotInto(store.changes(), store.snapshot(), plans), QString());
+    plans.squashFixups();
+    EXPECT_EQ(actions::whyNotInto(store.changes(), store.snapshot(), plans).toStdString(),
+              "Apply or cancel the plan first");
+}
+
+TEST_F(PlansInWindow, AreNotTouchedByAnAbsorbingThatComesTooLate)
+{
+    repo.write("two", "2").git({"add", "two"});
+    const gitkit::AbsorbProposal proposal = gitkit::absorbProposal(repo.repository());
+    repo.write("three", "3").git({"add", "three"});
+    const auto isRefused = [&] {
+        const std::string before = wholeState(repo);
+        store.window().dismissError();
+        actions::absorb(store.actors(), proposal);
+        worker.finishAll();
+        EXPECT_EQ(wholeState(repo), before);
+        return !error().empty();
+    };
+    EXPECT_TRUE(isRefused()) << "more is staged";
+    repo.git({"reset", "-q", "three"});
+    repo.git({"commit", "-q", "--allow-empty", "-m", "meanwhile"});
+    EXPECT_TRUE(isRefused()) << "somebody has committed";
+    repo.git({"update-ref", "refs/heads/main", "HEAD~"}).write(".git/refs/heads/main.lock", "");
+    EXPECT_TRUE(isRefused()) << "somebody writes the branch";
+    std::filesystem::remove(repo / ".git/refs/heads/main.lock");
+    store.window().dismissError();
+    actions::absorb(store.actors(), proposal);
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(repo.read({"show", "HEAD~2:two"}), "2");
 }
 
 } // namespace

@@ -5,12 +5,14 @@
 #include "tests/store/UndoWindow.h"
 #include "tests/support/WholeState.h"
 
+#include "GitKit/rewrite/Absorbing.h"
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/actions/BranchSettings.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
 #include "app/store/actions/Picks.h"
 #include "app/store/actions/Refs.h"
+#include "app/store/actions/StagedInto.h"
 #include "app/store/actions/Stashes.h"
 
 #include <gtest/gtest.h>
@@ -212,6 +214,24 @@ private:
         return "rewrite";
     }
 
+    std::string putIntoCommits(RepositoryStore& store)
+    {
+        if (chance(50)) {
+            actions::absorb(store.actors(), gitkit::absorbProposal(window_.repo.repository()));
+            return "absorb";
+        }
+        store.rewriting().watch();
+        window_.worker.finishAll();
+        const auto& commits = store.rewriting().movable.value().commits;
+        if (commits.empty())
+            return "no commit into";
+        const gitkit::MovableCommit commit =
+            commits[static_cast<std::size_t>(number(static_cast<int>(commits.size())))];
+        actions::commitStagedInto(store.actors(), {.commit = commit.hash, .subject = subjectOf(commit)});
+        window_.answer();
+        return "commit into " + subjectOf(commit);
+    }
+
     std::string chooseAndAct()
     {
         if (window_.store.snapshot().inProgress.value())
@@ -220,7 +240,7 @@ private:
         const Actors actors = store.actors();
         const auto& stashes = store.snapshot().stashes.value();
         const std::string branch = someBranch();
-        switch (number(19)) {
+        switch (number(20)) {
         case 0:
         case 1:
             store.draft().setAmend(chance(20));
@@ -280,6 +300,8 @@ private:
             return "rebase onto " + branch;
         case 17:
             return rewrite(store.rewriting());
+        case 18:
+            return putIntoCommits(store);
         default:
             store.staging().confirmDiscard(window_.files());
             return "discard";

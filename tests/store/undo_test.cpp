@@ -6,6 +6,7 @@
 #include "tests/support/WholeState.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/rewrite/Absorbing.h"
 #include "GitKit/runner/GitVersion.h"
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/RepositoryStore.h"
@@ -18,6 +19,7 @@
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"
+#include "app/store/actions/StagedInto.h"
 #include "app/store/actions/Stashes.h"
 
 #include <gtest/gtest.h>
@@ -201,6 +203,19 @@ const std::vector<Story> stories{
          r.write("d", "staged").git({"add", "d"}).write("c", "edited");
      },
      [](auto& t) { actions::takeApart(t.store.actors()); }},
+    {"Absorbing of 1 change",
+     [](auto& r) {
+         twoToRewrite(r);
+         r.git({"reset", "-q", "b"}).write("c", "2").git({"add", "c"}).write("c", "3");
+     },
+     [](auto& t) { actions::absorb(t.store.actors(), gitkit::absorbProposal(t.repo.repository())); }},
+    {"Commit into “two”", twoToRewrite,
+     [](auto& t) {
+         t.store.rewriting().watch();
+         t.worker.finishAll();
+         actions::commitStagedInto(t.store.actors(),
+                                   {.commit = t.ref("mid").hash, .subject = "two", .message = "two\n\nother\n"});
+     }},
     {"Fast-Forward of “old”",
      [](auto& r) { r.git({"branch", "old", "main"}).git({"branch", "-q", "-u", "topic", "old"}); },
      [](auto& t) { actions::fastForward(t.store.actors(), "old"); }},

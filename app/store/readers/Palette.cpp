@@ -187,6 +187,8 @@ std::optional<int> costOf(const PaletteEntry& entry, const QString& typed, const
 std::shared_ptr<const PaletteEntries> readPalette(const gitkit::GitRepository& repo, const PaletteRequest& request)
 {
     auto entries = std::make_shared<PaletteEntries>(request.first);
+    if (request.scope == PaletteRequest::Scope::none)
+        return entries;
     const std::vector<std::string> names = latestFirst(repo, request);
     const bool hasEverything = request.scope == PaletteRequest::Scope::everything;
     const bool hasStates = hasEverything || request.scope == PaletteRequest::Scope::states;

@@ -38,7 +38,8 @@ struct PaletteRequest {
         everything,
         branches,
         remoteBranches,
-        states ///< branches, tags and commits
+        states, ///< branches, tags and commits
+        none    ///< only what `first` has
     };
 
     Scope scope = Scope::everything;

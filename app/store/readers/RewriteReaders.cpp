@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/readers/RewriteReaders.h"
 
+#include "GitKit/rewrite/Absorbing.h"
 #include "GitKit/rewrite/MovableReading.h"
 #include "GitKit/rewrite/Rehearsal.h"
 
@@ -14,6 +15,11 @@ gitkit::MovableCommits readMovable(const gitkit::GitRepository& repo, const std:
 gitkit::RewriteOutcome readRehearsal(const gitkit::GitRepository& repo, const gitkit::RewritePlan& plan)
 {
     return gitkit::rehearsed(repo, plan);
+}
+
+gitkit::AbsorbProposal readAbsorbProposal(const gitkit::GitRepository& repo, const std::int64_t& /*reading*/)
+{
+    return gitkit::absorbProposal(repo);
 }
 
 } // namespace plovik

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Absorb.h"
 #include "GitKit/records/Movable.h"
 #include "GitKit/records/RewriteOutcome.h"
 #include "GitKit/records/RewritePlan.h"
 
+#include <cstdint>
 #include <string>
 
 namespace gitkit {
@@ -21,5 +23,8 @@ gitkit::MovableCommits readMovable(const gitkit::GitRepository& repo, const std:
 
 /// Finds out what a plan comes to, and leaves nothing behind.
 gitkit::RewriteOutcome readRehearsal(const gitkit::GitRepository& repo, const gitkit::RewritePlan& plan);
+
+/// Finds out which commits the staged changes belong to. `reading` counts up, so that it is found out again.
+gitkit::AbsorbProposal readAbsorbProposal(const gitkit::GitRepository& repo, const std::int64_t& reading);
 
 } // namespace plovik

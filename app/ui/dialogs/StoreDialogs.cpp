@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/StoreDialogs.h"
 
+#include "app/ui/dialogs/AbsorbDialog.h"
 #include "app/ui/dialogs/CleanDialog.h"
 #include "app/ui/dialogs/CommitMessageDialog.h"
 #include "app/ui/dialogs/ConfirmationDialog.h"
@@ -45,6 +46,7 @@ struct SheetMaker {
     Sheet* operator()(const MergeSheet& sheet) const { return new MergeDialog(store, sheet, parent); }
     Sheet* operator()(const PushSheet& sheet) const { return new PushDialog(store, sheet, parent); }
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
+    Sheet* operator()(const AbsorbSheet&) const { return new AbsorbDialog(store, parent); }
     Sheet* operator()(const CleanSheet&) const { return new CleanDialog(store, parent); }
     Sheet* operator()(const RequestSheet&) const { return new RequestDialog(store, parent); }
     Sheet* operator()(const StashSheet& sheet) const { return new StashDialog(store, sheet, parent); }

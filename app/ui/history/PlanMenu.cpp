@@ -3,6 +3,7 @@
 
 #include "app/store/Obstacles.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/StagedInto.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/widgets/RowPainting.h"
 
@@ -28,6 +29,24 @@ bool isTouched(const Rewriting& rewriting, const std::vector<std::string>& commi
                const gitkit::RewriteStep* const step = gitkit::stepOf(*rewriting.plan.value(), commit);
                return step && *step != gitkit::RewriteStep{.commit = commit};
            });
+}
+
+/// Adds what needs no plan: `whyNot` says why the commit cannot be changed.
+void addCommitInto(QMenu& menu, RepositoryStore& store, const std::string& commit, QString whyNot)
+{
+    QAction* const entry =
+        markAs(CommandId::commitStagedInto,
+               menu.addAction(PlanMenuTexts::tr("Commit Staged Changes into This"), &menu, [&store, commit] {
+                   const gitkit::MovableCommit* const found = store.rewriting().find(commit);
+                   if (found)
+                       actions::commitStagedInto(store.actors(), {.commit = commit, .subject = subjectOf(*found)});
+               }));
+    if (whyNot.isEmpty())
+        whyNot = actions::whyNotInto(store.changes(), store.snapshot(), store.rewriting());
+    if (whyNot.isEmpty() && store.snapshot().status.value().stagedCount() == 0)
+        whyNot = PlanMenuTexts::tr("Nothing is staged.");
+    entry->setEnabled(whyNot.isEmpty());
+    entry->setToolTip(plainToolTip(whyNot));
 }
 
 } // namespace
@@ -64,6 +83,7 @@ void addPlanEntries(QMenu& menu, RepositoryStore& store, const std::vector<std::
             [&store, commit = commits.front()] { store.window().showSheet(SplitSheet{commit}); });
         add(more, CommandId::stopToEdit, PlanMenuTexts::tr("Stop Here to Edit…"),
             [&rewriting, commit = commits.front()] { rewriting.stopAt(commit); });
+        addCommitInto(more, store, commits.front(), whyNot);
     }
     if (isTouched(rewriting, commits)) {
         more.addSeparator();

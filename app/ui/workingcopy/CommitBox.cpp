@@ -12,6 +12,7 @@
 #include "app/ui/widgets/Theme.h"
 #include "app/ui/workingcopy/AmendNote.h"
 #include "app/ui/workingcopy/BodyField.h"
+#include "app/ui/workingcopy/CommitIntoChoice.h"
 #include "app/ui/workingcopy/MessageButtons.h"
 #include "app/ui/workingcopy/SubjectField.h"
 
@@ -36,11 +37,17 @@ constexpr std::chrono::milliseconds draftPause{300};
 
 CommitBox::CommitBox(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), subject_(new SubjectField(this)), body_(new BodyField),
-      amend_(new QCheckBox(tr("Amend"), this)), commit_(new QPushButton(command(CommandId::commit).title(), this))
+      amend_(new QCheckBox(tr("Amend"), this)), into_(new CommitIntoButton(store, this)), buttons_(new QHBoxLayout),
+      absorb_(new QPushButton(command(CommandId::absorb).buttonTitle(), this)),
+      commit_(new QPushButton(command(CommandId::commit).title(), this))
 {
     makePane(*subject_);
     amend_->setAccessibleName(tr("Amend"));
     amend_->setToolTip(tr("Replace the last commit instead of adding one"));
+    absorb_->setAccessibleName(command(CommandId::absorb).title());
+    absorb_->setFocusPolicy(Qt::TabFocus);
+    absorb_->setMinimumWidth(1); // it goes before it keeps the box from becoming narrower
+    absorb_->hide();
     commit_->setAccessibleName(commit_->text());
     commit_->setProperty("primary", true);
     commit_->setFocusPolicy(Qt::TabFocus);
@@ -67,20 +74,25 @@ CommitBox::~CommitBox()
 void CommitBox::arrange()
 {
     auto* panel = new BodyPanel(body_, this);
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(10);
-    buttons->addWidget(amend_);
+    buttons_->setSpacing(10);
+    buttons_->addWidget(amend_);
     auto* const writing = new MessageButtons(store_, this);
-    buttons->addWidget(writing);
-    buttons->addStretch(1);
-    buttons->addWidget(commit_);
+    buttons_->addWidget(writing);
+    buttons_->addStretch(1);
+    buttons_->addWidget(absorb_);
+    auto* const commits = new QHBoxLayout; // the arrow belongs to the button
+    commits->setSpacing(2);
+    commits->addWidget(commit_);
+    commits->addWidget(into_);
+    buttons_->addLayout(commits);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(12, 13, 12, 12);
     column->setSpacing(8);
     column->addWidget(subject_);
     column->addWidget(panel);
-    column->addLayout(buttons);
+    column->addLayout(buttons_);
     column->addWidget(new AmendNote(store_, this));
+    column->addWidget(new CommitIntoNote(store_, this));
     connect(writing, &MessageButtons::bodyExtended, this, [this] {
         body_->moveCursor(QTextCursor::End);
         body_->setFocus(Qt::OtherFocusReason);
@@ -89,7 +101,9 @@ void CommitBox::arrange()
     setTabOrder(subject_, body_);
     setTabOrder(body_, amend_);
     setTabOrder(amend_, commit_);
-    setTabOrder(commit_, writing->firstInTabOrder());
+    setTabOrder(commit_, into_);
+    setTabOrder(into_, absorb_);
+    setTabOrder(absorb_, writing->firstInTabOrder());
 }
 
 void CommitBox::connectFields()
@@ -100,6 +114,7 @@ void CommitBox::connectFields()
     connect(body_, &QPlainTextEdit::textChanged, this, &CommitBox::userTyped);
     connect(amend_, &QCheckBox::clicked, this, &CommitBox::userToggledAmend);
     connect(commit_, &QPushButton::clicked, this, &CommitBox::commit);
+    connect(absorb_, &QPushButton::clicked, this, [this] { command(CommandId::absorb).run(store_); });
 
     connect(&draftDelay_, &QTimer::timeout, this, &CommitBox::keepDraft);
     connect(subject_, &SubjectField::focusLost, this, &CommitBox::keepDraftIfWaiting);
@@ -124,6 +139,9 @@ void CommitBox::observeStore()
     notifiers_.push_back(store_.draft().commitSubject.addNotifier([this] { showMessage(); }));
     notifiers_.push_back(store_.draft().commitBody.addNotifier([this] { showMessage(); }));
     notifiers_.push_back(store_.draft().amend.addNotifier(showControls));
+    notifiers_.push_back(store_.into().target.addNotifier([this] { intoChanged(); }));
+    notifiers_.push_back(store_.rewriting().plan.addNotifier(showControls));
+    notifiers_.push_back(store_.rewriting().movable.addNotifier(showControls));
     notifiers_.push_back(store_.snapshot().status.addNotifier(showControls));
     notifiers_.push_back(store_.snapshot().inProgress.addNotifier(showControls));
     notifiers_.push_back(store_.conflicts().areResolved.addNotifier(showControls));
@@ -185,8 +203,10 @@ void CommitBox::showMessage()
 
 void CommitBox::activityChanged()
 {
-    const bool wasCommitting =
-        std::exchange(isCommitting_, store_.changes().isRunning({Verb::commit, Verb::amend, Verb::continueOperation}));
+    const bool isWritingInto = store_.into().isChosen() && store_.changes().isRunning({Verb::rewrite});
+    const bool wasCommitting = std::exchange(
+        isCommitting_,
+        isWritingInto || store_.changes().isRunning({Verb::commit, Verb::amend, Verb::continueOperation}));
     // Text that is typed now would be lost when the fields are emptied after the commit.
     subject_->setReadOnly(isCommitting_);
     body_->setReadOnly(isCommitting_);
@@ -204,6 +224,8 @@ void CommitBox::commitEnded()
 
 QString CommitBox::whyNotCommit() const
 {
+    if (store_.into().isChosen())
+        return store_.into().whyNot();
     const Verb verb = store_.draft().amend.value() ? Verb::amend : Verb::commit;
     if (const QString why = obstacle(store_.changes(), store_.snapshot(), verb); !why.isEmpty())
         return why;
@@ -217,7 +239,8 @@ QString CommitBox::whyNotCommit() const
 void CommitBox::updateControls()
 {
     const bool goesOn = this->goesOn();
-    const bool canCommit = goesOn || store_.draft().canCommit();
+    const bool isInto = store_.into().isChosen();
+    const bool canCommit = isInto ? store_.into().whyNot().isEmpty() : goesOn || store_.draft().canCommit();
     const QString keys = command(CommandId::commit).shortcut().toString(QKeySequence::NativeText);
     commit_->setText(goesOn ? tr("Continue") : command(CommandId::commit).title());
     commit_->setAccessibleName(commit_->text());
@@ -225,9 +248,27 @@ void CommitBox::updateControls()
     commit_->setToolTip(plainToolTip(!canCommit ? whyNotCommit()
                                      : goesOn   ? tr("Continue (%1)").arg(keys)
                                                 : tr("Commit (%1)").arg(keys)));
+    showAbsorb();
     amend_->setChecked(store_.draft().amend.value());
-    amend_->setEnabled(!isCommitting_ &&
+    amend_->setEnabled(!isCommitting_ && !isInto &&
                        (store_.snapshot().status.value().hasCommits() || store_.draft().amend.value()));
+}
+
+/// Shows the button where something could be absorbed, and where it has room besides the others.
+void CommitBox::showAbsorb()
+{
+    const Command& absorb = command(CommandId::absorb);
+    const gitkit::RepoStatus& status = store_.snapshot().status.value();
+    const bool isAbout = !store_.draft().amend.value() && !store_.into().isChosen();
+    const int more = absorb_->isHidden() ? absorb_->sizeHint().width() + buttons_->spacing() : 0;
+    const QMargins margins = layout()->contentsMargins();
+    const bool fits = buttons_->sizeHint().width() + more + margins.left() + margins.right() <= width();
+    absorb_->setVisible(isAbout && fits && status.hasCommits() && status.stagedCount() > 0);
+    absorb_->setEnabled(absorb.isOffered(store_));
+    absorb_->setToolTip(plainToolTip(absorb_->isEnabled()
+                                         ? tr("Put staged changes into the commits that touched their lines last (%1)")
+                                               .arg(absorb.shortcut().toString(QKeySequence::NativeText))
+                                         : absorb.whyNot(store_)));
 }
 
 void CommitBox::commit()
@@ -235,6 +276,8 @@ void CommitBox::commit()
     // Qt would move the focus to another widget when the button is disabled.
     if (commit_->hasFocus())
         subject_->setFocus(Qt::OtherFocusReason);
+    if (store_.into().isChosen())
+        return store_.into().commit();
     // Git goes on by itself: a commit alone would leave the rest of a rebase or of several picks behind.
     if (goesOn())
         actions::continueOperation(store_.actors());
@@ -242,10 +285,19 @@ void CommitBox::commit()
         store_.draft().commit();
 }
 
+void CommitBox::commitInto() { into_->choose(); }
+
+void CommitBox::intoChanged()
+{
+    updateControls();
+    if (store_.into().isChosen())
+        subject_->setFocus(Qt::OtherFocusReason);
+}
+
 /// Whether the conflicts in which an operation has stopped are resolved, so that it continues in place of a commit.
 bool CommitBox::goesOn() const
 {
-    return store_.conflicts().areResolved.value() && !store_.draft().amend.value() &&
+    return store_.conflicts().areResolved.value() && !store_.draft().amend.value() && !store_.into().isChosen() &&
            actions::canContinueOperation(store_.actors());
 }
 
@@ -254,11 +306,14 @@ void CommitBox::keepDraft()
     draftDelay_.stop();
     if (store_.draft().holdsPreparedMessage())
         return; // git keeps it until the operation is over
-    const CommitDraft::Text text = store_.draft().ownText();
+    // While the box is about an older commit, the message of the next one waits; without one, what is typed is kept.
+    const CommitInto& into = store_.into();
+    const bool keepsWaiting = into.isChosen() && (!into.isEdited() || into.keptText() != CommitDraft::Text{});
+    const CommitDraft::Text text = keepsWaiting ? into.keptText() : store_.draft().ownText();
     const commitDrafts::Draft draft{
         .subject = text.subject,
         .body = text.body,
-        .amends = store_.draft().amend.value(),
+        .amends = keepsWaiting ? into.keptAmends() : store_.draft().amend.value(),
         .head = QString::fromStdString(store_.snapshot().status.value().oid.value_or(std::string()))};
     commitDrafts::keep(store_.root(), draft, [window = QPointer<CommitBox>(this)](const QString& problem) {
         if (window)
@@ -294,6 +349,12 @@ QCoro::Task<> CommitBox::checkingSpelling()
     }
     if (self && checker && hasDictionary_)
         body_->checkSpelling(std::move(checker));
+}
+
+void CommitBox::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    showAbsorb();
 }
 
 void CommitBox::hideEvent(QHideEvent* event)

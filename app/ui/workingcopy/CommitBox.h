@@ -10,11 +10,13 @@
 #include <vector>
 
 class QCheckBox;
+class QHBoxLayout;
 class QPushButton;
 
 namespace plovik {
 
 class BodyField;
+class CommitIntoButton;
 class SubjectField;
 
 /// The editor of the commit draft: subject, body, "Amend" and the button that commits. It follows the draft of the store
@@ -30,6 +32,8 @@ public:
     ~CommitBox() override;
 
     Q_INVOKABLE void commit();
+    /// Opens the list of the commits into which it may write.
+    Q_INVOKABLE void commitInto();
 
 Q_SIGNALS:
     /// A commit has succeeded and the box is empty again.
@@ -38,6 +42,7 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void arrange();
@@ -49,8 +54,10 @@ private:
     void enterMoreLines(const QString& lines);
     void showMessage();
     void activityChanged();
+    void intoChanged();
     void commitEnded();
     void updateControls();
+    void showAbsorb();
     QString whyNotCommit() const;
     bool goesOn() const;
     void keepDraft();
@@ -62,6 +69,9 @@ private:
     SubjectField* subject_;
     BodyField* body_;
     QCheckBox* amend_;
+    CommitIntoButton* into_;
+    QHBoxLayout* buttons_;
+    QPushButton* absorb_;
     QPushButton* commit_;
     QTimer draftDelay_;
     bool hasDictionary_ = false; ///< it was looked for
