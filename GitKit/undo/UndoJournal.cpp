@@ -150,6 +150,9 @@ std::optional<UndoStep> UndoRecording::finish(const GitRepository& repo)
                             head.branch == step_.before.head.branch;
     step_.refs = movedRefs(refs_, isOnlyHead ? withHead({}, head) : refsNow(repo, scope_));
     step_.date = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    // What was refused has told nobody anything.
+    if (isRefused_ && isPublished(step_) && step_.refs.empty())
+        step_.kind = "refused-push";
     append(repo, "a ");
     return isNothing(step_) ? std::nullopt : std::optional(step_);
 }

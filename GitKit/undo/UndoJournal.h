@@ -32,6 +32,8 @@ public:
     void keptAs(std::string name) { step_.kept = std::move(name); }
     /// Notes that the step which this one was to take back has stayed.
     void hasFailed() { step_.undoes.clear(); }
+    /// Notes that the action has failed: a push has told nobody anything then, unless branches there have moved.
+    void wasRefused() { isRefused_ = true; }
 
     /// Keeps the state after, however the action has ended. Returns the step, or nullopt when nothing has changed and
     /// nothing was taken back, in which case the step is not listed.
@@ -47,6 +49,7 @@ private:
     UndoStep step_;
     RefValues refs_;                   ///< before
     std::vector<std::string> changed_; ///< files, before
+    bool isRefused_ = false;
 };
 
 /// Returns the newest steps, at most so many, the newest first.

@@ -80,6 +80,7 @@ void StepKeeping::end(bool hasFailed) noexcept
         return;
     try {
         if (hasFailed) { // git has not written there, or their places are taken
+            recording_->wasRefused();
             std::vector<std::string> left =
                 gitkit::moveBack(*repo_, moved_, gitkit::asideFolder(*gitDirectory_, recording_->id()));
             std::erase_if(movedIgnored_,

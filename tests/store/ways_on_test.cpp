@@ -270,6 +270,7 @@ TEST_F(WaysOn, ARejectedPushNamesWhatIsThereAndGoesOn)
         actions::push(store.actors());
         worker.finishAll();
         EXPECT_EQ(asked(), "origin/main has 1 commit you do not have|“on topic” by Ada") << error();
+        EXPECT_NE(said(), "Pushed main to origin/main.");
     };
     push();
     confirm();
@@ -377,7 +378,7 @@ TEST_F(WaysOn, APushBesideAnotherOneIsShownAnewAndNeverForced)
     actions::pushBranch(store.actors(), {.branch = "mine", .to = {"origin", "mine"}, .there = seen, .replaces = true});
     worker.finishAll();
     EXPECT_EQ(notice(), "origin/mine has moved meanwhile. Nothing was pushed.");
-    EXPECT_EQ(store.window().sheet.value(), SheetKind(PushSheet{"mine", {"origin", "mine"}, theirs, true}));
+    EXPECT_EQ(store.window().sheet.value(), SheetKind(PushSheet{"mine", {"origin", "mine"}, theirs, false}));
     EXPECT_EQ(remote.read({"rev-parse", "mine"}), theirs);
 
     // What the remote has is here already: the push goes on with that.

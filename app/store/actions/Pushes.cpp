@@ -124,10 +124,10 @@ void goOnAfterLook(Actors actors, gitkit::Push push, const Look& look, Retry ret
 {
     if (push.replaces || look.preview.there.empty()) {
         actors.window.tell(whatMoved(push, look));
-        actors.window.showSheet(PushSheet{.branch = push.branch,
-                                          .to = look.to,
-                                          .seen = look.preview.there,
-                                          .replaces = push.replaces && look.preview.missed > 0});
+        // What somebody else has pushed meanwhile is not taken away by pressing the same button once more.
+        const bool replaces = push.replaces && look.preview.missed > 0 && look.preview.strangers == 0;
+        actors.window.showSheet(
+            PushSheet{.branch = push.branch, .to = look.to, .seen = look.preview.there, .replaces = replaces});
     } else if (look.preview.missed > 0) {
         askAfterRejection(actors, push.branch, look);
     } else if (retry == Retry::once) { // all of it is here already
