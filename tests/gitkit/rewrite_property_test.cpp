@@ -9,8 +9,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <iostream>
 #include <random>
+#include <sstream>
 
 namespace gitkit {
 namespace {
@@ -244,6 +248,114 @@ TEST(RewriteProperties, EveryPairOfStepsEqualsARebaseByHand)
             }
         }
     }
+}
+
+/// Returns up to `most` commits in a line, the oldest first, down from a tip.
+Hashes lineBeneath(const TestRepository& repo, const std::string& tip, std::size_t most)
+{
+    Hashes line;
+    std::istringstream listed(repo.read({"rev-list", "--parents", "-n", std::to_string(most), tip}));
+    std::string commit;
+    std::string parents;
+    while (listed >> commit && std::getline(listed, parents)) {
+        if (parents.find(' ', 1) != std::string::npos || parents.empty())
+            break;
+        line.insert(line.begin(), commit);
+    }
+    return line;
+}
+
+/// Changes a plan in a few places, and says so that git can do the same by its list.
+RewritePlan shuffled(RewriteDice& dice, RewritePlan plan)
+{
+    for (std::size_t number = 0, count = 1 + dice.below(3); number < count; ++number)
+        plan = randomlyChanged(dice, plan);
+    for (RewriteStep& step : plan.steps) {
+        if (step.act == Act::squash)
+            step.message.reset();
+    }
+    return plan;
+}
+
+/// Returns the bytes of the commits above a base without what the moment of writing them changes: the time of the committer,
+/// and by that the hashes.
+std::string bytesWithoutTime(const TestRepository& repo, const std::string& base)
+{
+    const std::string bytes = repo.read({"rev-list", "--reverse", "--header", base + "..HEAD"});
+    std::string kept;
+    std::istringstream lines(bytes);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t nul = line.find('\0');
+        if (line.starts_with("parent ") || (nul != std::string::npos && nul == 0) || line.size() == 40)
+            continue;
+        kept += line.starts_with("committer ") ? line.substr(0, line.find('>') + 1) : line;
+        kept += '\n';
+    }
+    return kept;
+}
+
+/// 14 topics of 10 to 17 commits of a repository that PLOVIK_TOPICS names; PLOVIK_SEED chooses others. It is only read.
+TEST(RewriteProperties, TopicsOfARealRepositoryBecomeTheSameByteForByte)
+{
+    const char* const source = std::getenv("PLOVIK_TOPICS");
+    if (!source || !can(Ability::mergesInMemory))
+        GTEST_SKIP() << "PLOVIK_TOPICS names no repository";
+    using Clock = std::chrono::steady_clock;
+    const auto millisecondsSince = [](Clock::time_point start) {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+    };
+    const char* const seed = std::getenv("PLOVIK_SEED");
+    RewriteDice dice(seed ? static_cast<unsigned>(std::atoi(seed)) : 14);
+    TestRepository repo;
+    repo.git({"fetch", "-q", source, "HEAD:refs/heads/source"});
+    Hashes tips;
+    std::istringstream listed(repo.read({"rev-list", "--no-merges", "source"}));
+    for (std::string tip; listed >> tip;)
+        tips.push_back(tip);
+    int same = 0;
+    int sameStops = 0;
+    for (int topic = 0; topic < 14;) {
+        const std::size_t size = 10 + dice.below(8);
+        const Hashes line = lineBeneath(repo, dice.oneOf(tips), size + 1);
+        if (line.size() < size + 1)
+            continue;
+        const RewritePlan plan =
+            shuffled(dice, untouchedPlan("refs/heads/topic", line.front(), {line.begin() + 1, line.end()}));
+        if (isUntouched(plan) || dropsAll(plan))
+            continue;
+        ++topic;
+        SCOPED_TRACE(listOf(plan));
+        repo.git({"checkout", "-q", "-f", "-B", "topic", plan.tip()}).write(".git/list", listOf(plan));
+        int status = 0;
+        auto start = Clock::now();
+        const std::string said = runPlainGit(repo.path(),
+                                             {"-c", "sequence.editor=cp .git/list", "-c", "core.editor=true", "rebase",
+                                              "-q", "-i", "--empty=keep", plan.base},
+                                             status);
+        const auto byGit = millisecondsSince(start);
+        const std::string expected =
+            status == 0 ? bytesWithoutTime(repo, plan.base) : repo.read({"rev-parse", "REBASE_HEAD"});
+        if (status != 0)
+            repo.git({"rebase", "--abort"});
+        repo.git({"checkout", "-q", "-f", "-B", "topic", plan.tip()});
+        start = Clock::now();
+        const RewriteOutcome outcome = prepareRewrite(repo.repository(), plan);
+        if (outcome.result == RewriteOutcome::Result::clean)
+            applyRewrite(repo.repository(), plan, outcome, "topic");
+        const auto inMemory = millisecondsSince(start);
+        const auto stop = std::ranges::find(outcome.marks, RewriteMark::Kind::conflicts, &RewriteMark::kind);
+        const bool stops = stop != outcome.marks.end();
+        const std::string found = stops ? plan.steps[static_cast<std::size_t>(stop - outcome.marks.begin())].commit
+                                        : bytesWithoutTime(repo, plan.base);
+        EXPECT_EQ(stops, status != 0) << said;
+        EXPECT_EQ(found, expected) << said;
+        same += !stops && found == expected ? 1 : 0;
+        sameStops += stops && found == expected ? 1 : 0;
+        std::cout << "topic " << topic << ": " << size << " commits, " << (stops ? "conflicts" : "clean") << ", git "
+                  << byGit << " ms, in memory " << inMemory << " ms\n";
+    }
+    std::cout << same << " have the same bytes, " << sameStops << " stop at the same commit\n";
+    EXPECT_EQ(same + sameStops, 14);
 }
 
 } // namespace

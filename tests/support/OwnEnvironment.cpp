@@ -41,7 +41,8 @@ constexpr std::array letThrough{"PATH",
                                 "LLVM_PROFILE_FILE",
                                 "PLOVIK_ACTIONS",
                                 "PLOVIK_SEED",
-                                "PLOVIK_TEST_GIT"};
+                                "PLOVIK_TEST_GIT",
+                                "PLOVIK_TOPICS"};
 
 // The core files of DejaVu alone, wherever the system keeps its fonts and whatever else it has. Folders have to pass
 // the globs too, so only names with a dot are rejected.
