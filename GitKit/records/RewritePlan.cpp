@@ -187,7 +187,7 @@ std::vector<std::size_t> placesOf(const RewritePlan& plan)
 
 RewritePlan untouchedPlan(std::string branch, std::string base, Hashes commits)
 {
-    RewritePlan plan{std::move(branch), std::move(base), std::move(commits), {}};
+    RewritePlan plan{.branch = std::move(branch), .base = std::move(base), .commits = std::move(commits), .steps = {}};
     for (const std::string& commit : plan.commits)
         plan.steps.push_back({.commit = commit});
     return plan;
@@ -195,7 +195,7 @@ RewritePlan untouchedPlan(std::string branch, std::string base, Hashes commits)
 
 bool isUntouched(const RewritePlan& plan)
 {
-    return plan.steps == untouchedPlan(plan.branch, plan.base, plan.commits).steps;
+    return plan.onto.empty() && plan.steps == untouchedPlan(plan.branch, plan.base, plan.commits).steps;
 }
 
 bool dropsAll(const RewritePlan& plan)
@@ -238,6 +238,8 @@ Hashes movedCommits(const RewritePlan& plan)
 
 Hashes affectedCommits(const RewritePlan& plan)
 {
+    if (!plan.onto.empty())
+        return plan.commits;
     std::size_t index = 0;
     while (index < plan.steps.size() && index < plan.commits.size() &&
            plan.steps[index] == RewriteStep{.commit = plan.commits[index]})

@@ -46,9 +46,12 @@ struct RewritePlan {
     std::vector<RewriteStep> steps;   ///< as they are to be, the oldest first
     /// Those that were asked to move, so that of two that have changed places the one is told that the user has moved.
     std::vector<std::string> asked = {};
+    bool isElsewhere = false; ///< the branch is not checked out: neither index nor files follow it
+    std::string onto = {};    ///< the commit that they are put on; empty: they stay on the base
 
     bool operator==(const RewritePlan&) const = default;
     std::string tip() const { return commits.empty() ? base : commits.back(); }
+    const std::string& foundation() const { return onto.empty() ? base : onto; }
 };
 
 /// How many commits a plan does something to.

@@ -2,13 +2,17 @@
 #include "GitKit/rewrite/Hooks.h"
 
 #include "GitKit/Text.h"
+#include "GitKit/parsers/Fields.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/GitVersion.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <unistd.h>
 #include <utility>
 
@@ -16,10 +20,29 @@ namespace gitkit {
 
 namespace {
 
-/// Runs a hook where there is one. Every git can run it this way and give it an input.
+/// Returns whether the configuration names a command for a hook, which git runs beside the file of that name.
+bool isConfiguredHook(const GitRepository& repo, const std::string& name)
+{
+    if (!can(Ability::readsHooksFromConfiguration))
+        return false;
+    const std::vector<std::string> events =
+        splitNul(repo.runner().output({"config", "-z", "--get-regexp", R"(^hook\..*\.event$)"}).stdoutBytes);
+    return std::ranges::any_of(events, [&name](const std::string& event) { return event.ends_with('\n' + name); });
+}
+
+/// Runs a hook where there is one.
 GitOutput runHook(const GitRepository& repo, const std::string& name, const std::vector<std::string>& arguments,
                   const std::optional<std::string>& input = {})
 {
+    if (can(Ability::readsHooksFromConfiguration)) {
+        std::vector<std::string> command{"hook", "run", "--ignore-missing"};
+        if (input)
+            command.emplace_back("--to-stdin=/dev/stdin");
+        command.insert(command.end(), {name, "--"});
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        return repo.runner().output(command, {.input = input, .environment = {{"GIT_EDITOR", ":"}}});
+    }
+    // Every git can run a file this way and give it an input.
     const std::string script = "!f() { hook=$(git rev-parse --git-path hooks/" + name +
                                ") && test -x \"$hook\" || exit 0; exec \"$hook\" \"$@\"; }; f";
     std::vector<std::string> command{"plovik-hook"};
@@ -47,10 +70,16 @@ void ask(const GitRepository& repo, const std::string& name, const std::vector<s
 bool hasHook(const GitRepository& repo, const std::string& name)
 {
     const std::string path(withoutLineEnd(repo.runner().bytes({"rev-parse", "--git-path", "hooks/" + name})));
-    return ::access((repo.root() / path).c_str(), X_OK) == 0;
+    return ::access((repo.root() / path).c_str(), X_OK) == 0 || isConfiguredHook(repo, name);
 }
 
-void askPreRebase(const GitRepository& repo, const std::string& upstream) { ask(repo, "pre-rebase", {upstream}); }
+void askPreRebase(const GitRepository& repo, const std::string& upstream, const std::string& branch)
+{
+    std::vector<std::string> arguments{upstream};
+    if (!branch.empty())
+        arguments.push_back(branch);
+    ask(repo, "pre-rebase", arguments);
+}
 
 void askBeforeStaged(const GitRepository& repo, const std::string& base)
 {

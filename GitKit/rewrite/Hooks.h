@@ -12,9 +12,9 @@ class GitRepository;
 
 bool hasHook(const GitRepository& repo, const std::string& name);
 
-/// Asks the hook whether the branch may be rewritten. `upstream` is the commit beneath. Throws ErrorKind::rejectedByHook with
-/// what it has said when it refuses.
-void askPreRebase(const GitRepository& repo, const std::string& upstream);
+/// Asks the hook whether the branch may be rewritten. `upstream` is the commit beneath, and `branch` its name where it is not
+/// what is checked out. Throws ErrorKind::rejectedByHook with what it has said when it refuses.
+void askPreRebase(const GitRepository& repo, const std::string& upstream, const std::string& branch = {});
 
 /// Asks the hooks whether what is staged may become part of commits above `base`: pre-rebase as askPreRebase() does, and
 /// pre-commit, which judges all that is staged and may stage more. Throws ErrorKind::rejectedByHook.

@@ -15,11 +15,11 @@ namespace gitkit {
 
 namespace {
 
-/// Adds the commits from HEAD down to the first merge, the newest first.
-void addCommits(const GitRepository& repo, int limit, MovableCommits& found)
+/// Adds the commits from a tip down to the first merge, the newest first.
+void addCommits(const GitRepository& repo, const std::string& tip, int limit, MovableCommits& found)
 {
     const GitOutput log = repo.runner().output(
-        {"log", "-z", "--no-decorate", "--format=%H%x00%P%x00%B", "-n", std::to_string(limit), "HEAD", "--"});
+        {"log", "-z", "--no-decorate", "--format=%H%x00%P%x00%B", "-n", std::to_string(limit), tip, "--"});
     if (log.status != 0)
         return;
     NulFields fields(log.stdoutBytes);
@@ -37,9 +37,9 @@ void addCommits(const GitRepository& repo, int limit, MovableCommits& found)
 
 void markPublished(const GitRepository& repo, MovableCommits& found)
 {
-    // From HEAD down to the first merge they come one after another, so as many are enough.
-    const std::string listed = repo.runner().bytes(
-        {"rev-list", "-n", std::to_string(found.commits.size()), "HEAD", "--not", "--remotes", "--"});
+    // Down to the first merge they come one after another, so as many are enough.
+    const std::string listed = repo.runner().bytes({"rev-list", "-n", std::to_string(found.commits.size()),
+                                                    found.commits.front().hash, "--not", "--remotes", "--"});
     std::set<std::string_view> own;
     Pieces lines(listed, '\n');
     while (const auto line = lines.next())
@@ -48,7 +48,7 @@ void markPublished(const GitRepository& repo, MovableCommits& found)
         commit.isPublished = !own.contains(commit.hash);
 }
 
-/// Returns a remote branch that leads to a commit, the one that HEAD's branch follows before others.
+/// Returns a remote branch that leads to a commit, the one that their branch follows before others.
 std::string remoteBranchWith(const GitRepository& repo, const MovableCommits& found, const std::string& commit)
 {
     constexpr std::string_view prefix = "refs/remotes/";
@@ -89,11 +89,36 @@ std::vector<BranchOnCommit> branchesOn(const GitRepository& repo, const MovableC
 
 } // namespace
 
-MovableCommits movableCommits(const GitRepository& repo, int limit)
+std::string shortBranch(const std::string& name)
+{
+    constexpr std::string_view prefix = "refs/heads/";
+    return name.starts_with(prefix) ? name.substr(prefix.size()) : name;
+}
+
+std::string headBranch(const GitRepository& repo)
+{
+    return std::string(withoutLineEnd(repo.runner().output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes));
+}
+
+std::string holderOf(const GitRepository& repo, const std::string& branch)
+{
+    const std::vector<std::string> fields = splitNul(
+        withoutLineEnd(repo.runner().bytes({"for-each-ref", "--format=%(worktreepath)%00%(symref)%00", branch})));
+    if (fields.size() != 2)
+        return {};
+    return fields[1].empty() ? fields[0] : fields[1];
+}
+
+MovableCommits movableCommits(const GitRepository& repo, const MovablePlace& place)
 {
     MovableCommits found;
-    found.branch = withoutLineEnd(repo.runner().output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes);
-    addCommits(repo, limit, found);
+    found.branch = headBranch(repo);
+    found.isElsewhere = !place.branch.empty() && place.branch != found.branch;
+    if (found.isElsewhere) {
+        found.branch = place.branch;
+        found.heldBy = holderOf(repo, place.branch);
+    }
+    addCommits(repo, found.isElsewhere ? place.branch : "HEAD", place.limit, found);
     if (found.commits.empty())
         return found;
     markPublished(repo, found);

@@ -5,6 +5,7 @@
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Operations.h"
 #include "GitKit/repository/TellingCommand.h"
+#include "GitKit/repository/Upstream.h"
 #include "GitKit/rewrite/CommitWriter.h"
 #include "GitKit/rewrite/MovableReading.h"
 #include "GitKit/rewrite/Rehearsal.h"
@@ -15,6 +16,7 @@
 #include "GitKit/undo/RefTransaction.h"
 
 #include <algorithm>
+#include <exception>
 #include <fstream>
 #include <map>
 #include <set>
@@ -49,7 +51,7 @@ public:
         : repo_(repo), plan_(plan), texts_(std::move(texts)), writer_(repo, {}, Signing::none)
     {
         if (can(Ability::movesBranchesInRebase)) {
-            for (const BranchOnCommit& branch : movableCommits(repo, static_cast<int>(plan.commits.size())).branches) {
+            for (const BranchOnCommit& branch : movableCommits(repo, placeOf(plan)).branches) {
                 if (branch.heldBy.empty())
                     branches_[branch.commit].push_back(branch.name);
             }
@@ -182,12 +184,14 @@ private:
     std::string message_;
 };
 
-/// Returns the files that differ between two commits anywhere on the way.
-std::set<std::string> touchedFiles(const GitRepository& repo, const Hashes& commits)
+/// Returns the files that git writes on the way through a plan.
+std::set<std::string> touchedFiles(const GitRepository& repo, const RewritePlan& plan)
 {
     std::string input;
-    for (const std::string& commit : commits)
+    for (const std::string& commit : affectedCommits(plan))
         input += commit + '\n';
+    if (!plan.onto.empty() && !plan.base.empty())
+        input += plan.onto + ' ' + plan.base + '\n';
     const std::vector<std::string> names = splitNul(repo.runner().bytes(
         {"diff-tree", "--stdin", "--root", "-r", "-z", "--no-renames", "--name-only", "--no-commit-id"},
         {.input = input}));
@@ -195,10 +199,10 @@ std::set<std::string> touchedFiles(const GitRepository& repo, const Hashes& comm
 }
 
 /// Returns whether there are local changes. Throws where they are in files that the plan writes.
-bool requireChangesApart(const GitRepository& repo, const Hashes& commits)
+bool requireChangesApart(const GitRepository& repo, const RewritePlan& plan)
 {
     bool hasChanges = false;
-    const std::set<std::string> touched = touchedFiles(repo, commits);
+    const std::set<std::string> touched = touchedFiles(repo, plan);
     for (const FileChange& file : repo.status().files) {
         if (file.isUntracked())
             continue;
@@ -249,8 +253,8 @@ void moveBranchesAfter(const GitRepository& repo, const RewritePlan& plan, const
             places[step.commit] = kept.size() - 1;
     }
     std::vector<std::string> command{"rev-list", "--reverse", "HEAD"};
-    if (!plan.base.empty())
-        command.push_back('^' + plan.base);
+    if (!plan.foundation().empty())
+        command.push_back('^' + plan.foundation());
     const std::string listed = repo.runner().bytes(command);
     Hashes now;
     Pieces lines(listed, '\n');
@@ -267,6 +271,22 @@ void moveBranchesAfter(const GitRepository& repo, const RewritePlan& plan, const
     RefTransaction(repo, "rebase: moved along", updates).commit();
 }
 
+/// Git rewrites the commits also where a branch on them was moved by somebody else meanwhile.
+void requireArrived(const GitRepository& repo, const RewritePlan& plan, const std::vector<BranchOnCommit>& branches)
+{
+    if (operationInProgress(repo, gitDirectories(repo).own))
+        return;
+    const Hashes affected = affectedCommits(plan);
+    for (const BranchOnCommit& branch : branches) {
+        const bool goes = branch.heldBy.empty() && std::ranges::find(affected, branch.commit) != affected.end();
+        if (goes && repo.runner().output({"merge-base", "--is-ancestor", branch.name, "HEAD"}).status == 1)
+            throw GitError("rebase", 1,
+                           "The commits were rewritten, but " + inQuotes(shortBranch(branch.name)) +
+                               " has moved meanwhile and stays where it is.",
+                           ErrorKind::changedMeanwhile);
+    }
+}
+
 } // namespace
 
 bool needsGit(const GitRepository& repo, const RewritePlan& plan)
@@ -276,6 +296,10 @@ bool needsGit(const GitRepository& repo, const RewritePlan& plan)
 
 void rewriteByGit(const GitRepository& repo, const RewritePlan& plan)
 {
+    if (plan.isElsewhere)
+        throw GitError("rebase", 1,
+                       "The commits of " + inQuotes(shortBranch(plan.branch)) +
+                           " conflict. Check it out to resolve that.");
     const fs::path gitDirectory = gitDirectories(repo).own;
     waitForIndex(repo);
     requireAsPlanned(repo, plan);
@@ -284,19 +308,35 @@ void rewriteByGit(const GitRepository& repo, const RewritePlan& plan)
         return;
     const std::size_t first = plan.commits.size() - affected.size();
     const std::string base = first == 0 ? plan.base : plan.commits[first - 1];
-    const bool hasChanges = requireChangesApart(repo, affected);
-    const std::vector<BranchOnCommit> branches = movableCommits(repo, static_cast<int>(plan.commits.size())).branches;
+    const bool hasChanges = requireChangesApart(repo, plan);
+    const std::vector<BranchOnCommit> branches = movableCommits(repo, placeOf(plan)).branches;
     const fs::path file =
         writtenList(gitDirectory / "plovik", List(repo, plan, readCommits(repo, plan.commits)).from(first));
     std::vector<std::string> command{"rebase", "-i", "--empty=keep"};
     if (hasChanges)
         command.emplace_back("--autostash");
+    if (!plan.onto.empty())
+        command.insert(command.end(), {"--onto", plan.onto});
     command.push_back(base.empty() ? "--root" : base);
-    runTelling(repo.runner(), command,
-               {.environment = {{"GIT_SEQUENCE_EDITOR", "cp " + asArgument(file.string())}}, .settings = listPins});
+    std::exception_ptr failure;
+    try {
+        runTelling(repo.runner(), command,
+                   {.environment = {{"GIT_SEQUENCE_EDITOR", "cp " + asArgument(file.string())}}, .settings = listPins});
+    } catch (const GitError&) {
+        if (headBranch(repo) != plan.branch || plan.branch.empty() || headCommit(repo) == plan.tip())
+            throw;
+        // All commits were rewritten, and HEAD is back on the branch. Git leaves its list behind when it could not move
+        // another branch.
+        failure = std::current_exception();
+        if (operationInProgress(repo, gitDirectory))
+            repo.runner().accepted({"rebase", "--quit"});
+    }
     requireChangesBack(repo);
     if (!can(Ability::movesBranchesInRebase))
         moveBranchesAfter(repo, plan, branches);
+    requireArrived(repo, plan, branches);
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 } // namespace gitkit

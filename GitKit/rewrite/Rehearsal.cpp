@@ -64,11 +64,13 @@ public:
         : repo_(repo), plan_(plan), objects_(objects), writer_(repo, objects, signing)
     {
         Hashes hashes = plan.commits;
-        if (!plan.base.empty())
-            hashes.push_back(plan.base);
+        for (const std::string& beneath : {plan.base, plan.onto}) {
+            if (!beneath.empty())
+                hashes.push_back(beneath);
+        }
         texts_ = readCommits(repo, hashes);
-        tip_ = plan.base;
-        tree_ = plan.base.empty() ? std::string() : texts_.at(plan.base).tree;
+        tip_ = plan.foundation();
+        tree_ = tip_.empty() ? std::string() : texts_.at(tip_).tree;
     }
 
     RewriteOutcome result()

@@ -24,17 +24,12 @@ namespace gitkit {
 
 namespace {
 
-std::string headBranch(const GitRepository& repo)
-{
-    return std::string(withoutLineEnd(repo.runner().output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes));
-}
-
 /// Returns where each of the plan's commits has gone; for one that was dropped, where the one beneath it has.
 std::map<std::string, std::string> placesAfter(const RewritePlan& plan, const RewriteOutcome& outcome)
 {
     const std::map<std::string, std::string> rewritten(outcome.rewritten.begin(), outcome.rewritten.end());
     std::map<std::string, std::string> places;
-    std::string beneath = plan.base;
+    std::string beneath = plan.foundation();
     for (const std::string& commit : plan.commits) {
         const auto found = rewritten.find(commit);
         const bool isGone = stepOf(plan, commit)->act == RewriteStep::Act::drop;
@@ -49,7 +44,7 @@ std::vector<RefUpdate> updatesFor(const GitRepository& repo, const RewritePlan& 
 {
     std::vector<RefUpdate> updates{{plan.branch.empty() ? "HEAD" : plan.branch, plan.tip(), outcome.tip}};
     const std::map<std::string, std::string> places = placesAfter(plan, outcome);
-    for (const BranchOnCommit& branch : movableCommits(repo, static_cast<int>(plan.commits.size())).branches) {
+    for (const BranchOnCommit& branch : movableCommits(repo, placeOf(plan)).branches) {
         const auto place = places.find(branch.commit);
         // One that stood on nothing but dropped root commits has no place to go.
         const bool moves = branch.heldBy.empty() && place != places.end() && !place->second.empty();
@@ -59,13 +54,30 @@ std::vector<RefUpdate> updatesFor(const GitRepository& repo, const RewritePlan& 
     return updates;
 }
 
+void requireMovable(const GitRepository& repo, const RewritePlan& plan)
+{
+    if (const std::string holder = holderOf(repo, plan.branch); !holder.empty())
+        throw GitError("rebase", 1, inQuotes(shortBranch(plan.branch)) + " is checked out in " + inQuotes(holder) + ".",
+                       ErrorKind::checkedOutElsewhere);
+    if (withoutLineEnd(repo.runner().output({"rev-parse", "--verify", "--quiet", plan.branch}).stdoutBytes) !=
+        plan.tip())
+        throw GitError("rebase", 1, "The branch has moved. Nothing was done.", ErrorKind::changedMeanwhile);
+}
+
 } // namespace
+
+MovablePlace placeOf(const RewritePlan& plan)
+{
+    return {.branch = plan.isElsewhere ? plan.branch : std::string(), .limit = static_cast<int>(plan.commits.size())};
+}
 
 void requireAsPlanned(const GitRepository& repo, const RewritePlan& plan)
 {
     if (operationInProgress(repo, gitDirectories(repo).own))
         throw GitError("rebase", 1, "An operation is in progress. Continue or abort it first.",
                        ErrorKind::operationUnfinished);
+    if (plan.isElsewhere)
+        return requireMovable(repo, plan);
     if (headCommit(repo) != plan.tip() || headBranch(repo) != plan.branch)
         throw GitError("rebase", 1, "Something else is checked out by now, or the branch has moved. Nothing was done.",
                        ErrorKind::changedMeanwhile);
@@ -78,7 +90,8 @@ RewriteOutcome prepareRewrite(const GitRepository& repo, const RewritePlan& plan
     requireAsPlanned(repo, plan);
     if (dropsAll(plan) && plan.base.empty())
         throw GitError("rebase", 1, "No commit would be left of the branch.", ErrorKind::nothingToDo);
-    askPreRebase(repo, plan.base.empty() ? "--root" : plan.base);
+    askPreRebase(repo, plan.base.empty() ? "--root" : plan.foundation(),
+                 plan.isElsewhere ? shortBranch(plan.branch) : std::string());
     return written(repo, plan);
 }
 
@@ -86,12 +99,17 @@ void applyRewrite(const GitRepository& repo, const RewritePlan& plan, const Rewr
                   const std::string& reason)
 {
     const std::filesystem::path gitDirectory = gitDirectories(repo).own;
-    waitForIndex(repo);
+    if (!plan.isElsewhere)
+        waitForIndex(repo);
     requireAsPlanned(repo, plan);
     if (outcome.result != RewriteOutcome::Result::clean)
         throw GitError("rebase", 1, "The commits conflict.", ErrorKind::conflicts);
     if (outcome.tip == plan.tip())
         return;
+    if (plan.isElsewhere) {
+        RefTransaction(repo, reason, updatesFor(repo, plan, outcome)).commit();
+        return tellRewritten(repo, outcome.rewritten);
+    }
     const TreeMove move{.from = std::string(withoutLineEnd(
                             repo.runner().bytes({"rev-parse", "--verify", plan.tip() + "^{tree}"}, helperOptions()))),
                         .to = outcome.tree};

@@ -15,8 +15,12 @@ class GitRepository;
 // Carrying out a plan. Any thread; these block and throw as the methods of GitRepository do; callers keep the writers of one
 // repository apart.
 
+/// Returns where the commits of a plan are read.
+MovablePlace placeOf(const RewritePlan& plan);
+
 /// Throws ErrorKind::changedMeanwhile when the branch is no longer as the plan has it, operationUnfinished, and conflicts
-/// while there are some in the index.
+/// while there are some in the index. For a plan of a branch that is not checked out, throws checkedOutElsewhere when another
+/// working tree has it.
 void requireAsPlanned(const GitRepository& repo, const RewritePlan& plan);
 
 /// Asks the hooks and writes the commits of a plan, which no ref leads to yet. Throws as requireAsPlanned() does, and
@@ -34,7 +38,7 @@ void applyRewrite(const GitRepository& repo, const RewritePlan& plan, const Rewr
 /// memory.
 bool needsGit(const GitRepository& repo, const RewritePlan& plan);
 
-/// Lets git rebase by the plan's list. It stops where commits conflict and where the plan says so. Throws ErrorKind::conflicts
+/// Lets git rebase by the plan's list, which it can only do for what is checked out. It stops where commits conflict and where the plan says so. Throws ErrorKind::conflicts
 /// where it has stopped, and wouldOverwriteLocalChanges where edited files are in the way.
 void rewriteByGit(const GitRepository& repo, const RewritePlan& plan);
 

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/Rewriting.h"
 
-#include "GitKit/repository/GitRepository.h"
-#include "GitKit/rewrite/Rewriting.h"
 #include "app/store/Changes.h"
 #include "app/store/History.h"
+#include "app/store/RewriteChanges.h"
 #include "app/store/RewritingWords.h"
 #include "app/store/ShownText.h"
 #include "app/store/Snapshot.h"
-#include "app/store/Undoables.h"
 #include "app/store/WindowState.h"
 #include "app/store/readers/RewriteReaders.h"
 
@@ -20,7 +18,6 @@
 namespace plovik {
 
 using namespace Qt::StringLiterals;
-using gitkit::GitRepository;
 using gitkit::MovableCommit;
 using gitkit::MovableCommits;
 using gitkit::RewriteMark;
@@ -62,6 +59,7 @@ Rewriting::Rewriting(const GitAccess& git, WindowState& window, Snapshot& snapsh
     // Also a branch that was made or moved, and a fetch, change what may be changed.
     snapshot_.follow({.refsRead = [this] { readMovable(); }});
     rowsNotifier_ = history_.history.addNotifier([this] { selectWanted(); });
+    selectionNotifier_ = window_.selection.addNotifier([this] { followBranch(); });
 }
 
 Rewriting::~Rewriting() = default;
@@ -81,16 +79,37 @@ void Rewriting::watch()
         readMovable();
 }
 
+/// Returns what the plan is for: the local branch whose history is shown, or else HEAD. An open plan stays with its own.
+MovableQuestion Rewriting::wantedMovable() const
+{
+    const gitkit::RepoStatus& now = snapshot_.status.value();
+    const SidebarItem& shown = window_.selection.value();
+    std::string branch = shown.isRef() ? shown.refName : std::string();
+    if (plan.value())
+        branch = plan.value()->isElsewhere ? plan.value()->branch : std::string();
+    const std::vector<gitkit::GitRef>& branches = snapshot_.branches.value();
+    const auto found = std::ranges::find(branches, branch, &gitkit::GitRef::fullName);
+    if (found == branches.end() || found->isHead)
+        return {.tip = now.oid.value_or(std::string())};
+    return {.branch = branch, .tip = found->hash};
+}
+
 void Rewriting::readMovable()
 {
     if (isWatching_ && snapshot_.hasLoaded.value())
-        movableReading_.askAgain(snapshot_.status.value().oid.value_or(std::string()));
+        movableReading_.askAgain(wantedMovable());
+}
+
+/// Reads when another branch is meant.
+void Rewriting::followBranch()
+{
+    if (isWatching_ && snapshot_.hasLoaded.value())
+        movableReading_.ask(wantedMovable());
 }
 
 bool Rewriting::isKnown() const
 {
-    return movableReading_.answered() && !movableReading_.isReading() &&
-           movableReading_.answered() == snapshot_.status.value().oid.value_or(std::string());
+    return movableReading_.answered() && !movableReading_.isReading() && movableReading_.answered() == wantedMovable();
 }
 
 void Rewriting::takeMovable()
@@ -108,7 +127,7 @@ void Rewriting::follow(const MovableCommits& now)
 {
     const RewritePlan& open = *plan.value();
     const gitkit::Hashes hashes = hashesOf(now);
-    if (hashes == open.commits && now.branch == open.branch)
+    if (hashes == open.commits && now.branch == open.branch && now.isElsewhere == open.isElsewhere)
         return;
     const auto start = std::ranges::search(hashes, open.commits);
     if (start.empty() || now.branch != open.branch) {
@@ -117,11 +136,14 @@ void Rewriting::follow(const MovableCommits& now)
         return;
     }
     RewritePlan next = open;
+    next.isElsewhere = now.isElsewhere;
+    const bool isSame = start.end() == hashes.end();
     for (auto added = start.end(); added != hashes.end(); ++added) {
         next.commits.push_back(*added);
         next.steps.push_back({.commit = *added});
     }
-    window_.tell(tr("The plan was made again on top of the new commits."));
+    if (!isSame)
+        window_.tell(tr("The plan was made again on top of the new commits."));
     show(std::move(next));
 }
 
@@ -145,18 +167,24 @@ const MovableCommit* Rewriting::find(const std::string& commit) const
 
 QString Rewriting::whyNot(const gitkit::Hashes& commits) const
 {
-    if (!isWatching_ || !movableReading_.answered())
+    if (!isWatching_ || !movableReading_.answered() || movableReading_.answered()->branch != wantedMovable().branch)
         return tr("The commits are still being read.");
-    const bool areMovable = std::ranges::all_of(commits, [this](const auto& commit) { return find(commit); });
     const MovableCommits& known = movable.value();
-    const bool hasNoneOfItsOwn =
-        !known.publishedOn.empty() && std::ranges::all_of(known.commits, &MovableCommit::isPublished);
-    if (!areMovable && hasNoneOfItsOwn)
+    const bool areMovable =
+        !commits.empty() && std::ranges::all_of(commits, [this](const auto& commit) { return find(commit); });
+    if (areMovable && !known.heldBy.empty())
+        return tr("%1 is checked out in %2.").arg(inQuotes(withoutBranchPrefix(known.branch)), inQuotes(known.heldBy));
+    if (areMovable)
+        return {};
+    const bool hasNoneOfItsOwn = !commits.empty() && !known.publishedOn.empty() &&
+                                 std::ranges::all_of(known.commits, &MovableCommit::isPublished);
+    if (hasNoneOfItsOwn)
         return tr("Nothing here is only yours. Commits above %1 can be moved, edited and dropped.")
             .arg(inQuotes(known.publishedOn));
-    if (commits.empty() || !areMovable)
-        return tr("Only commits of the branch that is checked out can be changed, down to its first merge.");
-    return {};
+    return known.isElsewhere
+               ? tr("Only commits of %1 can be changed, down to its first merge.")
+                     .arg(inQuotes(withoutBranchPrefix(known.branch)))
+               : tr("Only commits of the branch that is checked out can be changed, down to its first merge.");
 }
 
 RewriteMark Rewriting::markOf(const std::string& commit) const
@@ -209,6 +237,15 @@ QString Rewriting::publishedSentence() const
     return plan.value() ? planPublishedSentence(*plan.value(), movable.value()) : QString();
 }
 
+QString Rewriting::whyNotApplied() const
+{
+    const bool isClean = outcome.value() && outcome.value()->result == RewriteOutcome::Result::clean;
+    if (!plan.value() || !plan.value()->isElsewhere || !outcome.value() || isClean)
+        return {};
+    return tr("Check out %1 first: git needs its files where commits conflict.")
+        .arg(inQuotes(withoutBranchPrefix(plan.value()->branch)));
+}
+
 QString Rewriting::applyTitle() const { return planApplyTitle(outcome.value()); }
 
 // Changing the plan.
@@ -219,7 +256,9 @@ RewritePlan Rewriting::current() const
     if (plan.value())
         return *plan.value();
     const MovableCommits& now = movable.value();
-    return gitkit::untouchedPlan(now.branch, now.base, hashesOf(now));
+    RewritePlan untouched = gitkit::untouchedPlan(now.branch, now.base, hashesOf(now));
+    untouched.isElsewhere = now.isElsewhere;
+    return untouched;
 }
 
 void Rewriting::take(RewritePlan next)
@@ -247,6 +286,8 @@ void Rewriting::show(std::optional<RewritePlan> next)
     history_.arrange(std::move(order));
     if (plan.value() && !rehearsal_.isReading())
         takeOutcome();
+    if (!plan.value())
+        followBranch();
 }
 
 void Rewriting::move(const gitkit::Hashes& commits, const std::string& below)
@@ -317,9 +358,8 @@ void Rewriting::cancel()
 
 // Carrying it out.
 
-QString Rewriting::shownBranch() const
+QString Rewriting::shownBranch(const std::string& branch)
 {
-    const std::string& branch = movable.value().branch;
     return branch.empty() ? u"HEAD"_s : shownText(withoutBranchPrefix(branch));
 }
 
@@ -327,6 +367,8 @@ void Rewriting::apply()
 {
     if (!plan.value())
         return;
+    if (const QString why = whyNotApplied(); !why.isEmpty())
+        return window_.tell(why);
     if (!gitkit::dropsAll(*plan.value()))
         return applyNow();
     Confirmation question;
@@ -352,13 +394,7 @@ void Rewriting::applyNow()
 Change Rewriting::inMemory(const RewritePlan& what)
 {
     const auto prepared = std::make_shared<RewriteOutcome>();
-    Change change{.verb = Verb::rewrite, .title = tr("Rewriting %1…").arg(shownBranch()), .operation = {}};
-    change.prepare = [what, prepared](const GitRepository& repo) { *prepared = gitkit::prepareRewrite(repo, what); };
-    change.operation = [what, prepared](const GitRepository& repo) {
-        const std::size_t count = gitkit::affectedCommits(what).size();
-        gitkit::applyRewrite(repo, what, *prepared, "plovik: rewrite " + std::to_string(count) + " commits");
-    };
-    change.undo = undoable::rewrite(what, shownBranch(), [prepared] { return *prepared; });
+    Change change = rewriteInMemory(what, shownBranch(what.branch), prepared);
     change.succeeded = [this, prepared] {
         const std::map<std::string, std::string> now(prepared->rewritten.begin(), prepared->rewritten.end());
         const auto& selected = window_.selectedCommit.value();
@@ -371,9 +407,7 @@ Change Rewriting::inMemory(const RewritePlan& what)
 
 Change Rewriting::byGit(const RewritePlan& what)
 {
-    Change change{.verb = Verb::rewrite, .title = tr("Rewriting %1…").arg(shownBranch()), .operation = {}};
-    change.operation = [what](const GitRepository& repo) { gitkit::rewriteByGit(repo, what); };
-    change.undo = undoable::rewriteByGit(what, shownBranch());
+    Change change = rewriteThroughGit(what, shownBranch(what.branch));
     change.succeeded = [this] { cancel(); };
     change.failed = [this](const Failure& failure) {
         // Where it stops, what is in progress tells the rest.
@@ -383,6 +417,16 @@ Change Rewriting::byGit(const RewritePlan& what)
         return hasStopped;
     };
     return change;
+}
+
+void Rewriting::rebase(const gitkit::RebaseProposal& proposal, const QString& onto)
+{
+    if (plan.value())
+        return window_.tell(tr("Apply or cancel the plan first."));
+    const bool isClean = proposal.outcome.result == RewriteOutcome::Result::clean;
+    Change change = isClean ? inMemory(proposal.plan) : byGit(proposal.plan);
+    sayRebase(change, shownBranch(proposal.plan.branch), onto);
+    changes_.run(std::move(change));
 }
 
 } // namespace plovik

@@ -6,6 +6,7 @@
 #include "GitKit/records/RewritePlan.h"
 #include "app/store/Observed.h"
 #include "app/store/readers/Latest.h"
+#include "app/store/readers/RewriteReaders.h"
 
 #include <QCoreApplication>
 #include <QString>
@@ -22,7 +23,7 @@ class Snapshot;
 class WindowState;
 struct Change;
 
-/// The plan for the newest commits of the branch that is checked out: what may be changed, what is to become of it, and
+/// The plan for the newest commits of a branch, mostly the one that is checked out: what may be changed, what is to become of it, and
 /// what that comes to. Nothing is done before apply(). Owned by the store; main thread. Hashes are full.
 ///
 /// A plan stands on the commits as they were when it was opened. When commits are added on top of them, it is made again
@@ -40,9 +41,9 @@ public:
 
     /// Reads from now on what may be changed, also when HEAD has moved.
     void watch();
-    /// What may be changed; empty until it was read.
+    /// What may be changed: of the local branch whose history is shown, or else of HEAD. Empty until it was read.
     Observed<gitkit::MovableCommits, Rewriting> movable;
-    /// Whether it was read for the HEAD that there is.
+    /// Whether it was read for the commits that there are.
     bool isKnown() const;
     /// The open plan; nullopt while there is none.
     Observed<std::optional<gitkit::RewritePlan>, Rewriting> plan;
@@ -67,6 +68,8 @@ public:
     /// Says which commits others may have; empty where they have none of them.
     QString publishedSentence() const;
     QString applyTitle() const;
+    /// Says why the plan cannot be carried out, whatever runs; empty where it can.
+    QString whyNotApplied() const;
 
     // Changing the plan; the first change opens it. What would change nothing does nothing.
 
@@ -93,7 +96,12 @@ public:
     void apply();
     void cancel();
 
+    /// Puts commits on top of others, in memory where nothing conflicts. `onto` is what they are put on, as it is shown.
+    void rebase(const gitkit::RebaseProposal& proposal, const QString& onto);
+
 private:
+    MovableQuestion wantedMovable() const;
+    void followBranch();
     void selectWanted();
     void readMovable();
     void takeMovable();
@@ -105,7 +113,7 @@ private:
     void applyNow();
     Change inMemory(const gitkit::RewritePlan& plan);
     Change byGit(const gitkit::RewritePlan& plan);
-    QString shownBranch() const;
+    static QString shownBranch(const std::string& branch);
 
     WindowState& window_;
     Snapshot& snapshot_;
@@ -114,7 +122,8 @@ private:
     bool isWatching_ = false;
     std::string wanted_; ///< commit that is selected once the history shows it
     QPropertyNotifier rowsNotifier_;
-    Latest<std::string, gitkit::MovableCommits> movableReading_;
+    QPropertyNotifier selectionNotifier_;
+    Latest<MovableQuestion, gitkit::MovableCommits> movableReading_;
     Latest<gitkit::RewritePlan, gitkit::RewriteOutcome> rehearsal_;
 };
 

@@ -53,12 +53,14 @@ QString outcomeSentence(const std::optional<RewriteOutcome>& outcome)
                                           : RewritingTexts::tr("conflicts show when it runs");
 }
 
-QString branchesSentence(const RewritePlan& plan, const MovableCommits& movable)
+} // namespace
+
+QString planBranchesSentence(const RewritePlan& plan, const std::vector<gitkit::BranchOnCommit>& branches)
 {
     const gitkit::Hashes affected = gitkit::affectedCommits(plan);
     int along = 0;
     const gitkit::BranchOnCommit* held = nullptr;
-    for (const gitkit::BranchOnCommit& branch : movable.branches) {
+    for (const gitkit::BranchOnCommit& branch : branches) {
         if (std::ranges::find(affected, branch.commit) == affected.end())
             continue;
         along += branch.heldBy.empty() ? 1 : 0;
@@ -73,14 +75,15 @@ QString branchesSentence(const RewritePlan& plan, const MovableCommits& movable)
     return sentences.join(u" · "_s);
 }
 
-} // namespace
-
 QString planSentence(const RewritePlan& plan, const std::optional<RewriteOutcome>& outcome,
                      const MovableCommits& movable)
 {
-    QString text =
-        RewritingTexts::tr("Plan: %1 — %2").arg(countsSentence(gitkit::countsOf(plan)), outcomeSentence(outcome));
-    if (const QString branches = branchesSentence(plan, movable); !branches.isEmpty())
+    const QString counts = countsSentence(gitkit::countsOf(plan));
+    QString text = plan.isElsewhere
+                       ? RewritingTexts::tr("Plan for %1: %2 — %3")
+                             .arg(inQuotes(withoutBranchPrefix(plan.branch)), counts, outcomeSentence(outcome))
+                       : RewritingTexts::tr("Plan: %1 — %2").arg(counts, outcomeSentence(outcome));
+    if (const QString branches = planBranchesSentence(plan, movable.branches); !branches.isEmpty())
         text += u" · "_s + branches;
     return text;
 }

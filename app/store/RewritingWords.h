@@ -9,6 +9,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace plovik {
 
@@ -17,6 +18,8 @@ namespace plovik {
 /// Says what a plan does, what that comes to, and which branches move along.
 QString planSentence(const gitkit::RewritePlan& plan, const std::optional<gitkit::RewriteOutcome>& outcome,
                      const gitkit::MovableCommits& movable);
+/// Says which other branches move along with a plan and which stay; empty where there are none.
+QString planBranchesSentence(const gitkit::RewritePlan& plan, const std::vector<gitkit::BranchOnCommit>& branches);
 /// Says which commits of a plan others may have; empty where they have none of them.
 QString planPublishedSentence(const gitkit::RewritePlan& plan, const gitkit::MovableCommits& movable);
 QString planApplyTitle(const std::optional<gitkit::RewriteOutcome>& outcome);

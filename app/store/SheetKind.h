@@ -99,8 +99,15 @@ struct SplitSheet {
 struct AbsorbSheet {
     bool operator==(const AbsorbSheet&) const = default;
 };
-using SheetKind = std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet,
-                               SentChangesSheet, DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet,
-                               RequestSheet, CleanSheet, RelationsSheet, CommitMessageSheet, SplitSheet, AbsorbSheet>;
+/// Asks what commits are put on top of, and says what that comes to.
+struct RebaseSheet {
+    std::string branch = {}; ///< full name; empty for HEAD
+    std::string from = {};   ///< full hash of the oldest of them; empty: all that the other one has not
+    bool operator==(const RebaseSheet&) const = default;
+};
+using SheetKind =
+    std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
+                 DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet, RelationsSheet,
+                 CommitMessageSheet, SplitSheet, AbsorbSheet, RebaseSheet>;
 
 } // namespace plovik

@@ -9,6 +9,7 @@
 #include "GitKit/repository/Resolving.h"
 #include "GitKit/repository/Upstream.h"
 #include "GitKit/rewrite/MovableReading.h"
+#include "GitKit/rewrite/Rewriting.h"
 #include "GitKit/undo/PartialStash.h"
 #include "GitKit/undo/Reset.h"
 #include "app/store/ShownText.h"
@@ -86,7 +87,7 @@ std::vector<std::string> listed(const GitRepository& repo, const std::vector<std
 /// Adds the branches that stand on the commits of a plan and move along.
 void addAlong(const GitRepository& repo, const gitkit::RewritePlan& plan, UndoScope& scope)
 {
-    for (const auto& other : gitkit::movableCommits(repo, static_cast<int>(plan.commits.size())).branches) {
+    for (const auto& other : gitkit::movableCommits(repo, gitkit::placeOf(plan)).branches) {
         if (other.heldBy.empty())
             scope.refs.push_back(other.name);
     }
@@ -227,10 +228,15 @@ Undoable rewrite(const gitkit::RewritePlan& plan, const QString& branch,
     Undoable undo{.title = UndoTexts::tr("Rewrite of %1").arg(branch),
                   .done = UndoTexts::tr("Rewrote %1.").arg(branch),
                   .scope = moving("rewrite")};
+    if (plan.isElsewhere)
+        undo.scope = {.kind = "rewrite", .refs = {plan.branch}};
     undo.complete = [plan, outcome](const GitRepository& repo, UndoScope& scope) {
-        scope.target = outcome().tree;
+        if (!plan.isElsewhere)
+            scope.target = outcome().tree;
         addAlong(repo, plan, scope);
     };
+    if (plan.isElsewhere)
+        return undo;
     undo.inTheWay = [plan, outcome](const GitRepository& repo) {
         const std::string before = treeOf(repo, plan.tip());
         const std::string after = outcome().tree;

@@ -73,12 +73,12 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
 
     EXPECT_EQ(menuOf(local),
               (Titles{"Check Out", "Merge into “a&&b”", "Merge With Options…", "Rebase “a&&b” onto “side”",
-                      "New Branch from Here…", "(Pull)", "(Move to Selected Commit)", "Push to…", "—", "Rename…",
-                      "Upstream", "—", "Compare", "Where It Was", "—", "Copy Name", "—", "Delete…"}));
+                      "Rebase “side” onto…", "New Branch from Here…", "(Pull)", "(Move to Selected Commit)", "Push to…",
+                      "—", "Rename…", "Upstream", "—", "Compare", "Where It Was", "—", "Copy Name", "—", "Delete…"}));
     EXPECT_EQ(menuOf(current),
               (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)", "(Rebase “a&&b” onto “a&&b”)",
-                      "New Branch from Here…", "Push", "Push to…", "—", "Rename…", "Upstream", "—", "Compare",
-                      "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
+                      "Rebase “a&&b” onto…", "New Branch from Here…", "Push", "Push to…", "—", "Rename…", "Upstream",
+                      "—", "Compare", "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
     EXPECT_EQ(menuOf(remote),
               (Titles{"Check Out", "Merge", "Merge With Options…", "Rebase “a&&b” onto “origin/side”",
                       "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Compare", "—", "Copy Name"}));
@@ -92,8 +92,8 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     test::givenRunning(store, Verb::fetch);
     EXPECT_EQ(menuOf(current),
               (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)", "(Rebase “a&&b” onto “a&&b”)",
-                      "New Branch from Here…", "(Push)", "(Push to…)", "—", "Rename…", "Upstream", "—", "Compare",
-                      "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
+                      "Rebase “a&&b” onto…", "New Branch from Here…", "(Push)", "(Push to…)", "—", "Rename…",
+                      "Upstream", "—", "Compare", "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::deleteTag);
     EXPECT_EQ(menuOf(tag),
               (Titles{"Check Out", "New Branch from Here…", "—", "Compare", "—", "Copy Name", "—", "(Delete…)"}));

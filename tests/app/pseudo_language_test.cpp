@@ -534,7 +534,7 @@ TEST_F(PseudoLanguageTest, DialogsAreTranslatedAndFit)
          {SheetKind(NewBranchSheet{}), SheetKind(NewTagSheet{repo.head()}), SheetKind(StashSheet{}),
           SheetKind(GoToCommitSheet{}), SheetKind(SentChangesSheet{}), SheetKind(ResetSheet{repo.head()}),
           SheetKind(RenameBranchSheet{"main"}), SheetKind(MergeSheet{"refs/heads/main"}),
-          SheetKind(PushSheet{"main", {"zzorigin", "main"}})})
+          SheetKind(PushSheet{"main", {"zzorigin", "main"}}), SheetKind(RebaseSheet{})})
     {
         store.window().showSheet(sheet);
         lookAtDialog(("sheet " + std::to_string(sheet.index())).c_str());

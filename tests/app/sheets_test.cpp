@@ -381,6 +381,54 @@ TEST_F(DialogsTest, ABranchIsRenamedFromTheSidebar)
     EXPECT_EQ(store.window().selection.value(), SidebarItem::ref("refs/heads/side/ways"));
 }
 
+TEST_F(DialogsTest, ARebaseSaysWhatBecomesOfEachCommit)
+{
+    if (!gitkit::can(gitkit::Ability::mergesInMemory))
+        GTEST_SKIP() << "this git cannot merge in memory";
+    repo.git({"checkout", "-q", "-b", "other", "side"}).write("b", "1\n").commit("b").git({"tag", "clashing", "main"});
+    repo.git({"checkout", "-q", "-b", "topic", "side"}).write("c", "1\n").commit("three");
+    const std::string three = repo.head();
+    repo.write("a", "3\n").commit("four").write("c", "2\n").commit("fixup! three").git({"checkout", "-q", "main"});
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    store.window().showSheet(RebaseSheet{.branch = "refs/heads/topic"});
+    ASSERT_TRUE(worker.settle());
+    ASSERT_TRUE(dialog());
+    auto* const search = named<QLineEdit>(*dialog(), u"Search Branches and Tags"_s);
+    auto* const commits = named<QListWidget>(*dialog(), u"What Becomes of the Commits"_s);
+    const auto lines = [commits] {
+        QStringList texts;
+        for (int row = 0; row < commits->count(); ++row)
+            texts += commits->item(row)->text();
+        return texts.join(u'\n').toStdString();
+    };
+    EXPECT_TRUE(search->hasFocus());
+    search->setText(u"nowhere"_s);
+    EXPECT_TRUE(says(u"No branch or tag is called so."_s));
+    search->setText(u"CLASH"_s);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(lines(), "Moves: “three”\nConflicts in “a”: “four”\nNot known yet: “fixup! three”");
+    EXPECT_TRUE(says(u"Check out “topic” first: git needs its files where commits conflict."_s));
+    EXPECT_FALSE(button(u"Rebase"_s)->isEnabled());
+    search->setText(QString());
+    auto* const onto = named<QListWidget>(*dialog(), u"Onto"_s);
+    while (onto->currentItem()->text() != u"other"_s) {
+        const int row = onto->currentRow();
+        QTest::keyClick(search, row > 1 ? Qt::Key_Up : Qt::Key_Down);
+        ASSERT_NE(onto->currentRow(), row);
+    }
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(says(u"Puts 3 commits on top of other, no conflicts."_s));
+    named<QCheckBox>(*dialog(), u"Squash 1 fixup commit"_s)->setChecked(true);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(lines(), "Moves: “three”\nGoes into the one above: “fixup! three”\nMoves: “four”");
+    button(u"Rebase"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_FALSE(dialog());
+    EXPECT_EQ(repo.read({"log", "--reverse", "--format=%s", "topic"}), "one\nb\nthree\nfour");
+    EXPECT_EQ(repo.read({"symbolic-ref", "--short", "HEAD"}), "main");
+}
+
 TEST_F(DialogsTest, APushSaysWhatGoesWhere)
 {
     TestRepository remote{{"--bare"}};

@@ -3,6 +3,7 @@
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/Operations.h"
 #include "GitKit/rewrite/MovableReading.h"
+#include "GitKit/rewrite/Rebasing.h"
 #include "GitKit/rewrite/Rehearsal.h"
 #include "GitKit/rewrite/Rewriting.h"
 #include "GitKit/runner/GitError.h"
@@ -271,6 +272,194 @@ TEST_F(Rewrites, MoveTheBranchesAlongThatNothingHolds)
     EXPECT_EQ(repo.read({"log", "-g", "-1", "--format=%gs", "mid"}), "plovik: test");
 }
 
+TEST_F(Rewrites, ReachBranchesThatAreNotCheckedOut)
+{
+    repo.git({"branch", "mid", commits[1]}).git({"checkout", "-q", "-b", "here", base});
+    repo.write("log", "edited\n").write("5", "untracked here, tracked there\n");
+    const GitRepository door = repo.repository();
+    const MovableCommits found = movableCommits(door, {.branch = "refs/heads/main"});
+    EXPECT_TRUE(found.isElsewhere);
+    EXPECT_EQ(found.heldBy, "");
+    EXPECT_EQ(found.commits.size(), 6U);
+    EXPECT_FALSE(movableCommits(door, {.branch = "refs/heads/here"}).isElsewhere);
+    EXPECT_TRUE(movableCommits(door, {.branch = "refs/heads/none"}).commits.empty());
+
+    hook("pre-rebase", "echo \"$1 $2\" > .git/asked\n");
+    const std::string status = repo.read({"status", "--porcelain", "-z"});
+    RewritePlan other = plan();
+    other.isElsewhere = true;
+    apply(dropped(squashed(other, {commits[1]}, commits[0], Act::squash), {commits[4]}));
+    EXPECT_EQ(repo.read({"log", "--reverse", "--format=%s", base + "..main"}), "commit 1\ncommit 3\ncommit 4");
+    EXPECT_EQ(repo.read({"rev-parse", "mid"}), repo.read({"rev-parse", "main~2"}));
+    EXPECT_EQ(repo.head(), base);
+    EXPECT_EQ(repo.read({"status", "--porcelain", "-z"}), status);
+    EXPECT_EQ(bytesAt(repo / ".git/asked"), base + " main\n");
+    EXPECT_EQ(repo.read({"log", "-g", "-1", "--format=%gs", "main"}), "plovik: test");
+
+    // It has moved, conflicts, or is checked out somewhere.
+    EXPECT_EQ(refusal([&] { apply(reworded(other, commits[4], "x")); }), ErrorKind::changedMeanwhile);
+    other = untouchedPlan("refs/heads/main", base, {repo.read({"rev-parse", "main~2"})});
+    other.isElsewhere = true;
+    repo.git({"branch", "-q", "-f", "main", other.tip()});
+    EXPECT_EQ(refusal([&] { rewriteByGit(door, stoppingAt(other, other.tip())); }), ErrorKind::other);
+    const TemporaryFolder folder;
+    repo.git({"worktree", "add", "-q", (folder / "tree").string(), "main"});
+    EXPECT_EQ(movableCommits(door, {.branch = "refs/heads/main"}).heldBy, (folder / "tree").string());
+    EXPECT_EQ(refusal([&] { apply(reworded(other, other.tip(), "x")); }), ErrorKind::checkedOutElsewhere);
+    EXPECT_EQ(said, "“main” is checked out in “" + (folder / "tree").string() + "”.");
+    EXPECT_EQ(repo.read({"rev-parse", "main"}), other.tip());
+}
+
+/// What git itself makes of branches on the way, which it lists when asked to.
+TEST_F(Rewrites, TakeBranchesAlongAsGitDoes)
+{
+    if (!can(Ability::movesBranchesInRebase))
+        GTEST_SKIP() << "this git moves no branches";
+    const TemporaryFolder folder;
+    for (int number = 0; number < 4; ++number)
+        repo.git({"branch", "at" + std::to_string(number + 1), commits[static_cast<std::size_t>(number)]});
+    repo.git({"branch", "twin", commits[2]}).git({"branch", "held", commits[2]});
+    repo.git({"worktree", "add", "-q", (folder / "tree").string(), "held"});
+    const auto branches = [this] {
+        return repo.read({"for-each-ref", "--format=%(refname) %(tree) %(subject)", "refs/heads"});
+    };
+    const std::string before = repo.read({"for-each-ref", "--format=update %(refname) %(objectname)", "refs/heads"});
+    struct Case {
+        RewritePlan plan;
+        std::string edit; ///< of the list, by sed
+    };
+    const auto edit = [this](std::size_t commit, const std::string& word) {
+        return "s/^pick \\(" + commits[commit].substr(0, 7) + "\\)/" + word + " \\1/;";
+    };
+    const std::vector<Case> cases{
+        {dropped(plan(), {commits[1]}), edit(1, "drop")},
+        {dropped(plan(), {commits[2]}), edit(2, "drop")},
+        {dropped(plan(), {commits[0]}), edit(0, "drop")},
+        {dropped(plan(), {commits[1], commits[2]}), edit(1, "drop") + edit(2, "drop")},
+        {dropped(plan(), {commits[4]}), edit(4, "drop")},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.edit);
+        repo.git({"-c", "sequence.editor=sed -i '" + each.edit + "'", "rebase", "-q", "-i", "--update-refs", base});
+        const std::string byGit = branches();
+        repo.git({"reset", "-q", "--hard", commits[4]}).git({"update-ref", "--stdin"}, before + '\n');
+        apply(each.plan);
+        EXPECT_EQ(branches(), byGit);
+        repo.git({"reset", "-q", "--hard", commits[4]}).git({"update-ref", "--stdin"}, before + '\n');
+        rewriteByGit(repo.repository(), each.plan);
+        EXPECT_EQ(branches(), byGit) << "and where git does it by our list";
+        repo.git({"reset", "-q", "--hard", commits[4]}).git({"update-ref", "--stdin"}, before + '\n');
+    }
+}
+
+TEST_F(Rewrites, ArePutOntoAnotherCommit)
+{
+    repo.git({"branch", "mid", commits[2]}).git({"branch", "low", commits[0]});
+    repo.git({"checkout", "-q", "-b", "target", base}).write("new", "n").commit("target");
+    const std::string target = repo.head();
+    repo.git({"checkout", "-q", "main"}).write("1", "edited\n");
+    RewritePlan onto = untouchedPlan("refs/heads/main", commits[0], {commits.begin() + 1, commits.end()});
+    onto.onto = target;
+    EXPECT_FALSE(isUntouched(onto));
+    EXPECT_EQ(rehearsed(repo.repository(), onto).result, Result::clean);
+    // Its commit 1, and so the file with it, stays behind.
+    EXPECT_EQ(refusal([&] { apply(onto); }), ErrorKind::wouldOverwriteLocalChanges);
+    EXPECT_EQ(refusal([&] { rewriteByGit(repo.repository(), onto); }), ErrorKind::wouldOverwriteLocalChanges);
+    repo.git({"checkout", "-q", "1"});
+    apply(dropped(onto, {commits[4]}));
+    const auto made = [this] {
+        return repo.read({"log", "--format=%T %an %at %B", base + "..main"}) + repo.read({"rev-parse", "mid^{tree}"});
+    };
+    const std::string inMemory = made();
+    EXPECT_EQ(subjects(), "target\ncommit 2\ncommit 3\ncommit 4");
+    EXPECT_EQ(repo.read({"rev-parse", "mid"}), repo.read({"rev-parse", "HEAD~1"}));
+    EXPECT_EQ(repo.read({"rev-parse", "low"}), commits[0]) << "it stays beneath";
+    EXPECT_FALSE(fs::exists(repo / "1"));
+    EXPECT_EQ(bytesAt(repo / "new"), "n");
+    repo.git({"reset", "-q", "--hard", commits[4]}).git({"branch", "-f", "mid", commits[2]});
+    rewriteByGit(repo.repository(), dropped(onto, {commits[4]}));
+    EXPECT_EQ(made(), inMemory);
+}
+
+TEST_F(Rewrites, AreProposedAsGitWouldRebaseThem)
+{
+    // The target has commit 2 already, and commit 3 in a commit with more.
+    repo.git({"checkout", "-q", "-b", "target", base}).git({"cherry-pick", commits[1]});
+    repo.git({"cherry-pick", "-n", commits[2]}).write("more", "m").commit("more");
+    repo.git({"checkout", "-q", "main"}).write("4", "fixed\n").commit("fixup! commit 4\n");
+    const std::string tip = repo.head();
+    repo.git({"checkout", "-q", "target"});
+    const GitRepository door = repo.repository();
+    for (const bool squashes : {false, true}) {
+        SCOPED_TRACE(squashes);
+        const RebaseProposal found = rebaseProposal(
+            door, {.branch = "refs/heads/main", .onto = "refs/heads/target", .squashesFixups = squashes});
+        EXPECT_EQ(found.commits.size(), 6U);
+        EXPECT_EQ(found.fixups, 1);
+        EXPECT_TRUE(found.plan.isElsewhere);
+        apply(found.plan);
+        const std::string made = repo.read({"log", "--format=%T %an %at %B", base + "..main"});
+        repo.git({"checkout", "-q", "-B", "byhand", tip});
+        repo.git({"-c", "sequence.editor=true", "rebase", "-q", "-i", squashes ? "--autosquash" : "--no-autosquash",
+                  "--empty=drop", "target"});
+        EXPECT_EQ(made, repo.read({"log", "--format=%T %an %at %B", base + "..byhand"}));
+        repo.git({"checkout", "-q", "target"}).git({"branch", "-f", "main", tip});
+    }
+
+    // From a commit on, as it is.
+    RebaseProposal found = rebaseProposal(
+        door, {.branch = "refs/heads/main", .from = commits[3], .onto = repo.read({"rev-parse", "target"})});
+    EXPECT_EQ(found.plan.base, commits[2]);
+    EXPECT_EQ(found.commits.size(), 3U);
+    EXPECT_EQ(found.outcome.result, Result::clean);
+    const auto refused = [&](const RebaseQuestion& question) {
+        return refusal([&] { rebaseProposal(door, question); });
+    };
+    EXPECT_EQ(refused({.branch = "refs/heads/main", .onto = base}), ErrorKind::nothingToDo);
+    EXPECT_EQ(refused({.branch = "refs/heads/main", .from = commits[3], .onto = tip}), ErrorKind::nothingToDo);
+    EXPECT_EQ(refused({.branch = "refs/heads/main", .onto = "refs/heads/gone"}), ErrorKind::noSuchRef);
+    repo.git({"checkout", "-q", "-b", "merged", commits[0]}).git({"merge", "-q", "--no-ff", "-m", "merge", "target"});
+    repo.write("x", "x").commit("above");
+    EXPECT_EQ(refused({.branch = "", .onto = base}), ErrorKind::other);
+    EXPECT_EQ(said, "There is a merge among the commits, or there are too many of them.");
+}
+
+TEST_F(Rewrites, TellWhichBranchHasMovedMeanwhile)
+{
+    if (!can(Ability::movesBranchesInRebase))
+        GTEST_SKIP() << "this git moves no branches";
+    // Somebody moves a branch while git rebases.
+    repo.git({"branch", "mid", commits[1]});
+    hook("post-commit", "git update-ref refs/heads/mid " + commits[4] + '\n');
+    const RewritePlan next = reworded(plan(), commits[0], "first");
+    EXPECT_EQ(refusal([&] { rewriteByGit(repo.repository(), next); }), ErrorKind::changedMeanwhile);
+    EXPECT_EQ(said, "The commits were rewritten, but “mid” has moved meanwhile and stays where it is.");
+    EXPECT_EQ(subjects(), "first\ncommit 2\ncommit 3\ncommit 4\ncommit 5");
+    EXPECT_EQ(repo.read({"rev-parse", "mid"}), commits[4]);
+}
+
+TEST_F(Rewrites, NeverTakeAMergeIntoAPlan)
+{
+    repo.git({"checkout", "-q", "-b", "side", commits[2]}).write("s", "s").commit("side");
+    repo.git({"checkout", "-q", "main"}).git({"merge", "-q", "--no-ff", "-m", "merge", "side"}).write("t", "t");
+    repo.commit("above");
+    const MovableCommits found = movableCommits(repo.repository());
+    ASSERT_EQ(found.commits.size(), 1U);
+    EXPECT_EQ(found.commits[0].hash, repo.head());
+    EXPECT_EQ(found.base, repo.read({"rev-parse", "HEAD~1"}));
+    EXPECT_FALSE(found.hasMessageHook);
+    hook("prepare-commit-msg", "echo appended >> \"$1\"\n");
+    EXPECT_TRUE(movableCommits(repo.repository()).hasMessageHook);
+    // In memory no such hook runs: the words stay as they are.
+    const RewritePlan next = reworded(untouchedPlan(found.branch, found.base, {repo.head()}), repo.head(), "words");
+    apply(next);
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%B"}), "words\n");
+    // A plan that changes nothing does nothing.
+    const std::string before = wholeState(repo);
+    apply(untouchedPlan(found.branch, found.base, {repo.head()}));
+    EXPECT_EQ(wholeState(repo), before);
+}
+
 TEST_F(Rewrites, AskAndTellTheHooks)
 {
     hook("pre-rebase", "echo \"no, $1\" >&2; exit 1\n");
@@ -284,6 +473,17 @@ TEST_F(Rewrites, AskAndTellTheHooks)
     EXPECT_EQ(bytesAt(repo / "told"),
               "rebase\n" + commits[3] + ' ' + outcome.tip + '\n' + commits[4] + ' ' + outcome.tip + '\n');
     EXPECT_EQ(repo.read({"notes", "show", "HEAD"}), "remember");
+    if (can(Ability::readsHooksFromConfiguration)) {
+        repo.git({"config", "hook.tell.event", "post-rewrite"}).git({"config", "hook.tell.command", "cat > also"});
+        repo.git({"config", "hook.guard.event", "pre-rebase"}).git({"config", "hook.guard.command", "test ! -e no"});
+        const std::string now = repo.head();
+        const RewritePlan newest = untouchedPlan("refs/heads/main", commits[2], {now});
+        repo.write("no", "");
+        EXPECT_EQ(refusal([&] { apply(reworded(newest, now, "x")); }), ErrorKind::rejectedByHook);
+        fs::remove(repo / "no");
+        apply(reworded(newest, now, "x"));
+        EXPECT_EQ(bytesAt(repo / "also"), now + ' ' + repo.head() + '\n');
+    }
     // A hook that guards refs says no before a file is touched.
     hook("reference-transaction", "exit 1\n");
     const std::string before = wholeState(repo);

@@ -6,6 +6,7 @@
 
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/rewrite/Absorbing.h"
+#include "GitKit/rewrite/Rebasing.h"
 #include "GitKit/runner/GitVersion.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/SplitChoice.h"
@@ -213,6 +214,92 @@ TEST_F(PlansInWindow, AreMadeAgainOrDroppedWhenHeadMoves)
     reload();
     EXPECT_FALSE(plans.plan.value());
     EXPECT_EQ(notice(), "The plan was dropped: its commits are not on the branch any more.");
+}
+
+TEST_F(PlansInWindow, AreForTheBranchWhoseHistoryIsShown)
+{
+    repo.git({"checkout", "-q", "-b", "topic"}).write("five", "5").commit("five");
+    const std::string five = repo.head();
+    repo.write("five", "6").commit("six");
+    const std::string six = repo.head();
+    repo.git({"checkout", "-q", "main"}).write("one", "edited");
+    reload();
+    const std::string before = repo.read({"status", "--porcelain"}) + repo.head();
+    store.window().select(SidebarItem::ref("refs/heads/topic"));
+    EXPECT_EQ(plans.whyNot({five}).toStdString(), "The commits are still being read.");
+    worker.finishAll();
+    EXPECT_EQ(plans.whyNot({five}).toStdString(), "");
+    plans.move({six}, hashes[3]);
+    worker.finishAll();
+    EXPECT_EQ(sentence(), "Plan for “topic”: 1 moved — conflicts in 1 file");
+    plans.apply();
+    worker.finishAll();
+    EXPECT_EQ(notice(), "Check out “topic” first: git needs its files where commits conflict.");
+    ASSERT_TRUE(plans.plan.value());
+    plans.keep({six});
+    plans.moveDown({six});
+    plans.squash({six}, five, StepAct::fixUp);
+    plans.reword(hashes[2], QStringLiteral("third"));
+    worker.finishAll();
+    EXPECT_EQ(sentence(), "Plan for “topic”: 1 squashed, 1 reworded — no conflicts · “main” stays: it is held by “" +
+                              repo.path().string() + "”");
+    store.window().select(SidebarItem::history());
+    worker.finishAll();
+    EXPECT_EQ(plans.movable.value().branch, "refs/heads/topic") << "the plan stays with its branch";
+    plans.apply();
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(said(), "Rewrote topic.");
+    EXPECT_EQ(repo.read({"log", "--reverse", "--format=%s", "topic"}), "one\ntwo\nthird\nfour\nfive");
+    EXPECT_EQ(repo.read({"status", "--porcelain"}) + repo.head(), before);
+    EXPECT_EQ(plans.movable.value().branch, "refs/heads/main") << "its history is shown";
+    undo();
+    EXPECT_EQ(repo.read({"rev-parse", "topic"}), six) << error();
+    redo();
+    EXPECT_EQ(repo.read({"log", "-1", "--format=%s", "topic"}), "five");
+    EXPECT_EQ(repo.read({"status", "--porcelain"}) + repo.head(), before);
+    undo();
+
+    // Checked out meanwhile, it is planned for as what is checked out.
+    store.window().select(SidebarItem::ref("refs/heads/topic"));
+    worker.finishAll();
+    plans.drop({six});
+    repo.git({"checkout", "-q", "one"}).git({"checkout", "-q", "topic"});
+    load();
+    ASSERT_TRUE(plans.plan.value());
+    EXPECT_FALSE(plans.plan.value()->isElsewhere);
+    EXPECT_EQ(sentence(), "Plan: 1 dropped — no conflicts");
+    plans.cancel();
+
+    const TemporaryFolder folder;
+    repo.git({"checkout", "-q", "main"}).git({"worktree", "add", "-q", (folder / "tree").string(), "topic"});
+    load();
+    EXPECT_EQ(plans.whyNot({six}).toStdString(), "“topic” is checked out in “" + (folder / "tree").string() + "”.");
+}
+
+TEST_F(PlansInWindow, PutCommitsOntoABranch)
+{
+    repo.git({"branch", "base", hashes[0]}).git({"branch", "mid", hashes[2]});
+    repo.git({"checkout", "-q", "base"}).write("two", "other").commit("other two").git({"checkout", "-q", "main"});
+    reload();
+    const auto proposal = [&](const std::string& from) {
+        return gitkit::rebaseProposal(repo.repository(), {.branch = "", .from = from, .onto = "refs/heads/base"});
+    };
+    plans.rebase(proposal(hashes[2]), QStringLiteral("base"));
+    worker.finishAll();
+    EXPECT_EQ(error(), "");
+    EXPECT_EQ(said(), "Rebased main onto base.");
+    EXPECT_EQ(subjects(), "one\nother two\nthree\nfour");
+    EXPECT_EQ(repo.read({"rev-parse", "mid"}), repo.read({"rev-parse", "HEAD~1"}));
+    undo();
+    EXPECT_EQ(repo.head(), hashes[3]) << error();
+    EXPECT_EQ(repo.read({"rev-parse", "mid"}), hashes[2]);
+    EXPECT_EQ(repo.read({"status", "--porcelain"}), "");
+
+    plans.rebase(proposal({}), QStringLiteral("base"));
+    worker.finishAll();
+    EXPECT_EQ(repo.read({"diff", "--name-only", "--diff-filter=U"}), "two") << "git has stopped there";
+    EXPECT_EQ(repo.read({"rev-parse", "REBASE_HEAD"}), hashes[1]);
 }
 
 TEST_F(PlansInWindow, LetGitResolveWhatConflicts)

@@ -193,6 +193,8 @@ private:
     std::string rewrite(Rewriting& plans)
     {
         plans.watch();
+        window_.store.window().select(chance(30) ? SidebarItem::ref("refs/heads/" + someBranch())
+                                                 : SidebarItem::history());
         window_.worker.finishAll();
         const auto& commits = plans.movable.value().commits;
         if (commits.empty())

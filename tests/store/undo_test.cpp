@@ -7,6 +7,7 @@
 
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/rewrite/Absorbing.h"
+#include "GitKit/rewrite/Rebasing.h"
 #include "GitKit/runner/GitVersion.h"
 #include "GitKit/undo/UndoJournal.h"
 #include "app/store/RepositoryStore.h"
@@ -215,6 +216,16 @@ const std::vector<Story> stories{
          t.worker.finishAll();
          actions::commitStagedInto(t.store.actors(),
                                    {.commit = t.ref("mid").hash, .subject = "two", .message = "two\n\nother\n"});
+     }},
+    {"Rewrite of topic", twoToRewrite,
+     [](auto& t) {
+         t.store.window().select(SidebarItem::ref("refs/heads/topic"));
+         rewrite(t, [&](Rewriting& plan) { plan.reword(t.ref("topic").hash, QStringLiteral("words")); });
+     }},
+    {"Rebase of topic onto main", twoToRewrite,
+     [](auto& t) {
+         const gitkit::RebaseQuestion question{.branch = "refs/heads/topic", .onto = "refs/heads/main"};
+         t.store.rewriting().rebase(gitkit::rebaseProposal(t.repo.repository(), question), QStringLiteral("main"));
      }},
     {"Fast-Forward of “old”",
      [](auto& r) { r.git({"branch", "old", "main"}).git({"branch", "-q", "-u", "topic", "old"}); },

@@ -3,13 +3,19 @@
 
 #include "GitKit/rewrite/Absorbing.h"
 #include "GitKit/rewrite/MovableReading.h"
+#include "GitKit/rewrite/Rebasing.h"
 #include "GitKit/rewrite/Rehearsal.h"
 
 namespace plovik {
 
-gitkit::MovableCommits readMovable(const gitkit::GitRepository& repo, const std::string& head)
+gitkit::MovableCommits readMovable(const gitkit::GitRepository& repo, const MovableQuestion& question)
 {
-    return head.empty() ? gitkit::MovableCommits() : gitkit::movableCommits(repo);
+    return question.tip.empty() ? gitkit::MovableCommits() : gitkit::movableCommits(repo, {.branch = question.branch});
+}
+
+gitkit::RebaseProposal readRebase(const gitkit::GitRepository& repo, const gitkit::RebaseQuestion& question)
+{
+    return gitkit::rebaseProposal(repo, question);
 }
 
 gitkit::RewriteOutcome readRehearsal(const gitkit::GitRepository& repo, const gitkit::RewritePlan& plan)

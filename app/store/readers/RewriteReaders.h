@@ -3,6 +3,7 @@
 
 #include "GitKit/records/Absorb.h"
 #include "GitKit/records/Movable.h"
+#include "GitKit/records/Rebase.h"
 #include "GitKit/records/RewriteOutcome.h"
 #include "GitKit/records/RewritePlan.h"
 
@@ -18,8 +19,19 @@ namespace plovik {
 // What a plan for the newest commits needs, for Latest. The functions may be called on any thread, block, and throw
 // gitkit::GitError.
 
-/// Reads which commits of HEAD's branch may be changed. `head` is a hash that HEAD has, so that another one asks again.
-gitkit::MovableCommits readMovable(const gitkit::GitRepository& repo, const std::string& head);
+/// Whose commits are meant.
+struct MovableQuestion {
+    std::string branch = {}; ///< full name; empty for HEAD
+    std::string tip = {};    ///< full hash that it has, so that another one asks again; empty before the first commit
+
+    bool operator==(const MovableQuestion&) const = default;
+};
+
+/// Reads which commits of a branch may be changed.
+gitkit::MovableCommits readMovable(const gitkit::GitRepository& repo, const MovableQuestion& question);
+
+/// Finds out what putting commits on top of another one comes to, and leaves nothing behind.
+gitkit::RebaseProposal readRebase(const gitkit::GitRepository& repo, const gitkit::RebaseQuestion& question);
 
 /// Finds out what a plan comes to, and leaves nothing behind.
 gitkit::RewriteOutcome readRehearsal(const gitkit::GitRepository& repo, const gitkit::RewritePlan& plan);

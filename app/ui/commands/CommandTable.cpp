@@ -375,6 +375,8 @@ constexpr Command table[] = {
                 QT_TRANSLATE_NOOP("Commands", "Select a branch in the sidebar.")),
     onSelection(Id::rebaseOntoRef, QT_TRANSLATE_NOOP("Commands", "Rebase Onto"),
                 QT_TRANSLATE_NOOP("Commands", "Select a branch in the sidebar.")),
+    onSelection(Id::rebaseRef, QT_TRANSLATE_NOOP("Commands", "Rebase Branch onto…"),
+                QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar.")),
     onSelection(Id::pullRef, QT_TRANSLATE_NOOP("Commands", "Pull Branch"),
                 QT_TRANSLATE_NOOP("Commands", "Select a local branch in the sidebar that is not checked out.")),
     onSelection(Id::fastForwardRef, QT_TRANSLATE_NOOP("Commands", "Fast-Forward"),
@@ -467,11 +469,15 @@ constexpr Command table[] = {
                 QT_TRANSLATE_NOOP("Commands", "Select a commit that the plan changes.")),
     onSelection(Id::stopToEdit, QT_TRANSLATE_NOOP("Commands", "Stop Here to Edit…"), wantedMovable),
     onSelection(Id::splitCommit, QT_TRANSLATE_NOOP("Commands", "Split…"), wantedMovable),
+    onSelection(Id::rebaseFromHere, QT_TRANSLATE_NOOP("Commands", "Rebase from Here onto…"), wantedMovable),
     {.id = Id::applyPlan,
      .name = QT_TRANSLATE_NOOP("Commands", "Apply the Plan"),
      .action = [](Store& store) { store.rewriting().apply(); },
      .verb = Verb::rewrite,
-     .isPossible = [](const Store& store) { return store.rewriting().outcome.value().has_value(); },
+     .isPossible =
+         [](const Store& store) {
+             return store.rewriting().outcome.value().has_value() && store.rewriting().whyNotApplied().isEmpty();
+         },
      .wanted = wantedPlan},
     {.id = Id::cancelPlan,
      .name = QT_TRANSLATE_NOOP("Commands", "Cancel the Plan"),

@@ -14,6 +14,7 @@
 #include "app/ui/dialogs/NewRefSheets.h"
 #include "app/ui/dialogs/PromptDialog.h"
 #include "app/ui/dialogs/PushDialog.h"
+#include "app/ui/dialogs/RebaseDialog.h"
 #include "app/ui/dialogs/RelationsDialog.h"
 #include "app/ui/dialogs/RequestDialog.h"
 #include "app/ui/dialogs/ResetDialog.h"
@@ -45,6 +46,7 @@ struct SheetMaker {
     Sheet* operator()(const RenameBranchSheet& sheet) const { return new RenameBranchDialog(store, sheet, parent); }
     Sheet* operator()(const MergeSheet& sheet) const { return new MergeDialog(store, sheet, parent); }
     Sheet* operator()(const PushSheet& sheet) const { return new PushDialog(store, sheet, parent); }
+    Sheet* operator()(const RebaseSheet& sheet) const { return new RebaseDialog(store, sheet, parent); }
     Sheet* operator()(const NewTagSheet& sheet) const { return new NewTagDialog(store, sheet, parent); }
     Sheet* operator()(const AbsorbSheet&) const { return new AbsorbDialog(store, parent); }
     Sheet* operator()(const CleanSheet&) const { return new CleanDialog(store, parent); }

@@ -101,7 +101,9 @@ void PlanBar::showPlan()
     const auto& outcome = rewriting.outcome.value();
     dropEmptied_->setVisible(outcome && std::ranges::find(outcome->marks, gitkit::RewriteMark::Kind::emptied,
                                                           &gitkit::RewriteMark::kind) != outcome->marks.end());
-    const QString whyNot = obstacle(store_.changes(), store_.snapshot(), Verb::rewrite);
+    QString whyNot = obstacle(store_.changes(), store_.snapshot(), Verb::rewrite);
+    if (whyNot.isEmpty())
+        whyNot = rewriting.whyNotApplied();
     apply_->setText(rewriting.applyTitle());
     apply_->setEnabled(whyNot.isEmpty() && outcome.has_value());
     QString hint = whyNot.isEmpty() ? withKeys(rewriting.applyTitle(), applyPlanKeys) : whyNot;

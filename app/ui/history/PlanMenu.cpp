@@ -41,12 +41,25 @@ void addCommitInto(QMenu& menu, RepositoryStore& store, const std::string& commi
                    if (found)
                        actions::commitStagedInto(store.actors(), {.commit = commit, .subject = subjectOf(*found)});
                }));
+    if (whyNot.isEmpty() && store.rewriting().movable.value().isElsewhere)
+        whyNot = PlanMenuTexts::tr("Its branch is not checked out.");
     if (whyNot.isEmpty())
         whyNot = actions::whyNotInto(store.changes(), store.snapshot(), store.rewriting());
     if (whyNot.isEmpty() && store.snapshot().status.value().stagedCount() == 0)
         whyNot = PlanMenuTexts::tr("Nothing is staged.");
     entry->setEnabled(whyNot.isEmpty());
     entry->setToolTip(plainToolTip(whyNot));
+}
+
+/// Only what nothing is planned for can be put elsewhere: the sheet says what becomes of the commits as they are.
+void beginRebase(RepositoryStore& store, const std::string& commit)
+{
+    if (store.rewriting().plan.value()) {
+        store.window().tell(PlanMenuTexts::tr("Apply or cancel the plan first."));
+        return;
+    }
+    const gitkit::MovableCommits& now = store.rewriting().movable.value();
+    store.window().showSheet(RebaseSheet{.branch = now.isElsewhere ? now.branch : std::string(), .from = commit});
 }
 
 } // namespace
@@ -85,11 +98,17 @@ void addPlanEntries(QMenu& menu, RepositoryStore& store, const std::vector<std::
             [&rewriting, commit = commits.front()] { rewriting.stopAt(commit); });
         addCommitInto(more, store, commits.front(), whyNot);
     }
+    if (commits.size() == 1)
+        add(more, CommandId::rebaseFromHere, PlanMenuTexts::tr("Rebase from Here onto…"),
+            [&store, commit = commits.front()] { beginRebase(store, commit); });
     if (isTouched(rewriting, commits)) {
         more.addSeparator();
         add(more, CommandId::keepCommit, PlanMenuTexts::tr("Leave as It Is"),
             [&rewriting, commits] { rewriting.keep(commits); });
     }
+    const auto way = store.window().wayToWindow(rewriting.movable.value().heldBy);
+    if (!rewriting.movable.value().heldBy.empty() && way)
+        menu.addAction(plainMenuText(way->title), &menu, way->action);
     menu.addSeparator();
 }
 

@@ -65,6 +65,12 @@ void addMerge(QMenu& menu, RepositoryStore& store, const GitRef& ref)
                   plainMenuText(Texts::tr("Rebase “%1” onto “%2”").arg(currentName(store), shownText(ref.name))),
                   [&store, ref] { actions::rebaseOnto(store.actors(), ref); });
     markAs(CommandId::rebaseOntoRef, rebase);
+    if (ref.kind == GitRef::Kind::local)
+        markAs(CommandId::rebaseRef,
+               addChange(menu, store, Verb::rewrite,
+                         plainMenuText(Texts::tr("Rebase “%1” onto…").arg(shownText(ref.name))), [&store, ref] {
+                             store.window().showSheet(RebaseSheet{.branch = ref.isHead ? std::string() : ref.fullName});
+                         }));
     if (ref.isHead) {
         for (QAction* const entry : {merge, how, rebase})
             refuse(*entry, Texts::tr("This branch is checked out."));

@@ -59,7 +59,7 @@ void installQuietLineAccessibility()
 QuietLine::QuietLine(RepositoryStore& store, QWidget* base, QWidget* parent)
     : QWidget(parent), store_(store), base_(base), place_(base), sentence_(new QLabel(this)),
       action_(new QPushButton(this)), push_(new QPushButton(tr("Push…"), this)),
-      rewritten_(store.git(), &readRewritten, [this] { showPush(); })
+      rewritten_(store.git(), &readRewritten, [this] { showPush(); }, Worker::Lane::longRead)
 {
     notifiers_.push_back(store.undo().said.addNotifier([this] { showSaid(); }));
     notifiers_.push_back(store.changes().running.addNotifier([this] { showOffer(); }));
