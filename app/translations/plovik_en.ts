@@ -810,31 +810,31 @@
 <context>
     <name>plovik::RebaseDialog</name>
     <message numerus="yes">
-        <source>Puts %n commit(s) on top of %1, no conflicts.</source>
+        <source>Puts %Ln commit(s) on top of %1, no conflicts.</source>
         <translation>
-            <numerusform>Puts %n commit on top of %1, no conflicts.</numerusform>
-            <numerusform>Puts %n commits on top of %1, no conflicts.</numerusform>
+            <numerusform>Puts %Ln commit on top of %1, no conflicts.</numerusform>
+            <numerusform>Puts %Ln commits on top of %1, no conflicts.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Puts %n commit(s) on top of %1, and stops where they conflict.</source>
+        <source>Puts %Ln commit(s) on top of %1, and stops where they conflict.</source>
         <translation>
-            <numerusform>Puts %n commit on top of %1, and stops where they conflict.</numerusform>
-            <numerusform>Puts %n commits on top of %1, and stops where they conflict.</numerusform>
+            <numerusform>Puts %Ln commit on top of %1, and stops where they conflict.</numerusform>
+            <numerusform>Puts %Ln commits on top of %1, and stops where they conflict.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Puts %n commit(s) on top of %1. Conflicts show when it runs.</source>
+        <source>Puts %Ln commit(s) on top of %1. Conflicts show when it runs.</source>
         <translation>
-            <numerusform>Puts %n commit on top of %1. Conflicts show when it runs.</numerusform>
-            <numerusform>Puts %n commits on top of %1. Conflicts show when it runs.</numerusform>
+            <numerusform>Puts %Ln commit on top of %1. Conflicts show when it runs.</numerusform>
+            <numerusform>Puts %Ln commits on top of %1. Conflicts show when it runs.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
-        <source>Squash %n fixup commit(s)</source>
+        <source>Squash %Ln fixup commit(s)</source>
         <translation>
-            <numerusform>Squash %n fixup commit</numerusform>
-            <numerusform>Squash %n fixup commits</numerusform>
+            <numerusform>Squash %Ln fixup commit</numerusform>
+            <numerusform>Squash %Ln fixup commits</numerusform>
         </translation>
     </message>
 </context>

@@ -78,6 +78,7 @@ void AbsorbDialog::arrange()
     list_->header()->setStretchLastSection(true);
     list_->header()->resizeSection(AbsorbRows::changeColumn, absorbWidth / 2);
     auto* const into = new QLabel(tr("Goes into:"), this);
+    into->setTextFormat(Qt::PlainText);
     into->setBuddy(commits_);
     commits_->setAccessibleName(tr("Commit That It Goes Into"));
     commits_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);

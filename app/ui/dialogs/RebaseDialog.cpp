@@ -82,14 +82,14 @@ QString rebaseOutcome(const RebaseProposal& found, const QString& onto)
         return RebaseTexts::tr("All of it is there already: the branch goes to %1.").arg(onto);
     switch (found.outcome.result) {
     case Result::clean:
-        return RebaseTexts::tr("Puts %n commit(s) on top of %1, no conflicts.", nullptr, count).arg(onto);
+        return RebaseTexts::tr("Puts %Ln commit(s) on top of %1, no conflicts.", nullptr, count).arg(onto);
     case Result::conflicts:
-        return RebaseTexts::tr("Puts %n commit(s) on top of %1, and stops where they conflict.", nullptr, count)
+        return RebaseTexts::tr("Puts %Ln commit(s) on top of %1, and stops where they conflict.", nullptr, count)
             .arg(onto);
     case Result::unknown:
         break;
     }
-    return RebaseTexts::tr("Puts %n commit(s) on top of %1. Conflicts show when it runs.", nullptr, count).arg(onto);
+    return RebaseTexts::tr("Puts %Ln commit(s) on top of %1. Conflicts show when it runs.", nullptr, count).arg(onto);
 }
 
 } // namespace
@@ -205,7 +205,7 @@ void RebaseDialog::showProposal()
         for (std::size_t index = 0; index < found->plan.steps.size(); ++index)
             commits_->addItem(lineOfStep(*found, index));
         squash_->setVisible(found->fixups > 0);
-        squash_->setText(tr("Squash %n fixup commit(s)", nullptr, found->fixups));
+        squash_->setText(tr("Squash %Ln fixup commit(s)", nullptr, found->fixups));
         squash_->setAccessibleName(squash_->text());
     } else if (!reading_.isReading()) {
         commits_->clear();
