@@ -172,6 +172,13 @@ std::mutex& environmentLock()
     return lock;
 }
 
+/// Guarded by environmentLock().
+std::optional<std::string>& ownSearchPath()
+{
+    static std::optional<std::string> path;
+    return path;
+}
+
 void set(std::vector<std::string>& entries, std::string_view name, std::string_view value)
 {
     std::erase_if(entries, [name](const std::string& entry) { return nameOf(entry) == name; });
@@ -231,7 +238,15 @@ std::vector<std::string> applicationEnvironment()
     std::vector<std::string> entries;
     for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry)
         entries.emplace_back(*entry);
+    if (ownSearchPath())
+        set(entries, "PATH", *ownSearchPath());
     return entries;
+}
+
+void setSearchPath(std::string path)
+{
+    const std::lock_guard guard(environmentLock());
+    ownSearchPath() = std::move(path);
 }
 
 void setApplicationVariable(const std::string& name, const std::string& value)

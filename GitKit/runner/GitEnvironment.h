@@ -41,8 +41,11 @@ std::vector<std::string> gitEnvironment(std::span<const std::string_view> inheri
                                         const std::optional<std::string>& fileSystemMonitor,
                                         std::span<const std::pair<std::string, std::string>> more = {});
 
-/// Returns the application's current environment. Any thread.
+/// Returns the application's current environment, with the search path that git's programs get. Any thread.
 std::vector<std::string> applicationEnvironment();
+
+/// Sets where git and the programs that it starts look for programs, in place of the application's own PATH. Any thread.
+void setSearchPath(std::string path);
 
 /// Changes one variable of the application, or removes it if `value` is empty. Any thread: no run of git reads the
 /// environment meanwhile.

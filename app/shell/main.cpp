@@ -4,6 +4,7 @@
 #include "app/platform/Fonts.h"
 #include "app/platform/Memory.h"
 #include "app/services/instance/SingleInstance.h"
+#include "app/services/loginshell/LoginShell.h"
 #include "app/shell/AppDelegate.h"
 #include "app/shell/LaunchOptions.h"
 #include "app/shell/RepositoryWindow.h"
@@ -56,6 +57,8 @@ int runApplication(QApplication& application, plovik::LaunchOptions options)
         (options.action.name.empty() ? instance.handOver(options.folders) : instance.handOverAction(options.action)))
         return 0;
 
+    if (screenshot.empty())
+        loginShell::beginReadingSearchPath();
     AppDelegate delegate(std::move(options));
     // Reading an icon loads all image plugins, so it happens after a repository is on the screen.
     if (opensRepository) {
