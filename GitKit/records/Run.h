@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace gitkit {
@@ -21,6 +22,16 @@ struct RunEnd {
     std::chrono::milliseconds duration{0};
 
     bool operator==(const RunEnd&) const = default;
+};
+
+/// One hook that a run of git has started.
+struct HookRun {
+    std::string name; ///< "pre-commit"
+    std::chrono::steady_clock::time_point began;
+    std::optional<std::chrono::milliseconds> took = {}; ///< nullopt while it runs
+    int status = 0;                                     ///< its exit status, once it has ended
+
+    bool operator==(const HookRun&) const = default;
 };
 
 } // namespace gitkit

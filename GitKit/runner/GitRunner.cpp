@@ -67,6 +67,47 @@ ProcessRequest prepared(const std::filesystem::path& directory, const RunContext
     return request;
 }
 
+/// What the user's and the machine's configuration files say about every run. No repository has a say in it.
+struct UserSettings {
+    std::optional<std::string> fileSystemMonitor = {}; ///< core.fsmonitor
+    bool tracesEvents = false;                         ///< the user has git write its events to a place of their own
+};
+
+std::string_view takeField(std::string_view& rest)
+{
+    const std::string_view field = rest.substr(0, rest.find('\0'));
+    rest.remove_prefix(std::min(rest.size(), field.size() + 1));
+    return field;
+}
+
+/// Reads them in the root folder, so that no repository can set them.
+UserSettings readUserSettings()
+{
+    const ProcessRequest request = prepared(
+        "/", {}, {"config", "--show-scope", "-z", "--get-regexp", "^(core\\.fsmonitor|trace2\\.eventtarget)$"}, {}, {});
+    const GitOutput output = reported(request, RunReport(nullptr, request));
+    UserSettings settings;
+    for (std::string_view rest = output.stdoutBytes; !rest.empty();) {
+        const std::string_view scope = takeField(rest);
+        const std::string_view entry = takeField(rest);
+        if (scope != "system" && scope != "global")
+            continue;
+        const std::string_view name = entry.substr(0, entry.find('\n'));
+        if (name == "core.fsmonitor")
+            settings.fileSystemMonitor = entry.substr(std::min(entry.size(), name.size() + 1));
+        else
+            settings.tracesEvents = true;
+    }
+    return settings;
+}
+
+/// Reads them once in a process, because every status needs them and the files hardly ever change.
+const UserSettings& userSettings()
+{
+    static const UserSettings settings = readUserSettings();
+    return settings;
+}
+
 GitOutput start(const RunContext& context, ProcessRequest request)
 {
     const RunReport report(context.listener, request);
@@ -74,29 +115,14 @@ GitOutput start(const RunContext& context, ProcessRequest request)
         request.printed = [&report](RunListener::Stream stream, std::string_view bytes) {
             report.printed(stream, bytes);
         };
+    if (context.listener && context.listener->followsPrograms() && !userSettings().tracesEvents) {
+        request.environment.push_back("GIT_TRACE2_EVENT=" + std::to_string(traceDescriptor));
+        request.traced = [&report](std::string_view bytes) { report.traced(bytes); };
+    }
     GitOutput output = reported(request, report);
     if (output.stopped)
         throw RunStopped();
     return output;
-}
-
-/// Returns core.fsmonitor from the user's and the machine's configuration files. Reads it in the root folder, so that
-/// no repository can set it.
-std::optional<std::string> readFileSystemMonitor()
-{
-    const GitOutput output =
-        start({}, prepared("/", {}, {"config", "--show-scope", "-z", "--get-all", "core.fsmonitor"}, {}, {}));
-    std::optional<std::string> last;
-    std::string_view rest = output.stdoutBytes;
-    while (!rest.empty()) {
-        const std::string_view scope = rest.substr(0, rest.find('\0'));
-        rest.remove_prefix(std::min(rest.size(), scope.size() + 1));
-        const std::string_view value = rest.substr(0, rest.find('\0'));
-        rest.remove_prefix(std::min(rest.size(), value.size() + 1));
-        if (scope == "system" || scope == "global")
-            last = value;
-    }
-    return last;
 }
 
 GitOutput topLevelFrom(const std::filesystem::path& directory, const RunContext& context)
@@ -112,13 +138,6 @@ GitOutput noRepository()
     output.status = 128;
     output.stderrBytes = "fatal: not a git repository";
     return output;
-}
-
-/// Reads it once in a process, because every status needs it and the files hardly ever change.
-const std::optional<std::string>& fileSystemMonitor()
-{
-    static const std::optional<std::string> value = readFileSystemMonitor();
-    return value;
 }
 
 } // namespace
@@ -148,8 +167,8 @@ GitOutput GitRunner::output(const std::vector<std::string>& arguments, const Run
 {
     if (std::optional<GitOutput> elsewhere = misplaced())
         return *std::move(elsewhere);
-    return start(context_,
-                 prepared(directory_, context_, arguments, options, fileSystemMonitor(), restriction(arguments)));
+    return start(context_, prepared(directory_, context_, arguments, options, userSettings().fileSystemMonitor,
+                                    restriction(arguments)));
 }
 
 GitStream GitRunner::started(const std::vector<std::string>& arguments, const RunOptions& options) const
@@ -157,8 +176,9 @@ GitStream GitRunner::started(const std::vector<std::string>& arguments, const Ru
     const std::string command = arguments.empty() ? std::string() : arguments.front();
     if (const std::optional<GitOutput> elsewhere = misplaced())
         throw failureOf(command, *elsewhere);
-    return GitStream(command, context_.listener,
-                     prepared(directory_, context_, arguments, options, fileSystemMonitor(), restriction(arguments)));
+    return GitStream(
+        command, context_.listener,
+        prepared(directory_, context_, arguments, options, userSettings().fileSystemMonitor, restriction(arguments)));
 }
 
 GitStream GitRunner::stream(const std::vector<std::string>& arguments) const { return started(arguments, {}); }

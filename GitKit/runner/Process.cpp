@@ -74,6 +74,12 @@ public:
     void openNull(int to) { check(posix_spawn_file_actions_addopen(&actions_, to, "/dev/null", O_RDONLY, 0)); }
     /// Needed because libraries may open descriptors without close-on-exec.
     void closeOthers() { check(posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1)); }
+    void closeOthersBut(int kept)
+    {
+        for (int other = STDERR_FILENO + 1; other < kept; ++other)
+            check(posix_spawn_file_actions_addclose(&actions_, other));
+        check(posix_spawn_file_actions_addclosefrom_np(&actions_, kept + 1));
+    }
     void changeDirectory(const std::filesystem::path& directory)
     {
         check(posix_spawn_file_actions_addchdir_np(&actions_, directory.c_str()));
@@ -145,11 +151,12 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
     failToStart("Could not start “" + program + "”", error);
 }
 
-/// The child's ends of its three streams. This process closes them as soon as the child has them.
+/// The child's ends of its streams. This process closes them as soon as the child has them.
 struct ChildStreams {
     UniqueFd input;
     UniqueFd output;
     UniqueFd error;
+    UniqueFd trace;
 };
 
 /// The threads and programs that it starts inherit this. What the system refuses only makes it less considerate.
@@ -172,7 +179,12 @@ pid_t spawn(const ProcessRequest& request, const ChildStreams streams)
         actions.openNull(STDIN_FILENO);
     actions.duplicate(streams.output, STDOUT_FILENO);
     actions.duplicate(streams.error, STDERR_FILENO);
-    actions.closeOthers();
+    if (streams.trace) {
+        actions.duplicate(streams.trace, traceDescriptor);
+        actions.closeOthersBut(traceDescriptor);
+    } else {
+        actions.closeOthers();
+    }
     actions.changeDirectory(request.directory);
 
     std::vector<std::string> arguments{request.executable.string()};
@@ -257,9 +269,14 @@ ChildProcess::ChildProcess(const ProcessRequest& request)
         inputPipe = makePipe();
     Pipe outputPipe = makePipe();
     Pipe errorPipe = makePipe();
-    ChildStreams ends{std::move(inputPipe.reading), std::move(outputPipe.writing), std::move(errorPipe.writing)};
+    Pipe tracePipe;
+    if (request.traced)
+        tracePipe = makePipe();
+    ChildStreams ends{std::move(inputPipe.reading), std::move(outputPipe.writing), std::move(errorPipe.writing),
+                      std::move(tracePipe.writing)};
     pid_ = RunningPrograms::all().add([&] { return spawn(request, std::move(ends)); });
-    streams = {std::move(inputPipe.writing), std::move(outputPipe.reading), std::move(errorPipe.reading)};
+    streams = {std::move(inputPipe.writing), std::move(outputPipe.reading), std::move(errorPipe.reading),
+               std::move(tracePipe.reading)};
     ended_ = UniqueFd(::pidfd_open(pid_, 0));
     if (ended_)
         return;

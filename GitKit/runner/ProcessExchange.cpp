@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
+#include <limits>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <system_error>
@@ -17,6 +18,9 @@
 namespace gitkit {
 
 namespace {
+
+/// Of the beginning and of the end of what is printed as an error, each: a hook may print without end.
+constexpr std::size_t mostOfError = 16UL * 1024 * 1024;
 
 [[noreturn]] void failToExchange(const std::string& what, int error)
 {
@@ -31,28 +35,30 @@ class OutputStream {
 public:
     using Heard = std::function<void(std::string_view)>;
 
-    OutputStream(UniqueFd fd, std::string& bytes, Heard heard)
-        : fd_(std::move(fd)), bytes_(bytes), heard_(std::move(heard))
+    /// Keeps what is read in `bytes`, at most so much of its beginning and of its end each.
+    OutputStream(UniqueFd fd, std::string& bytes, Heard heard, std::size_t mostOfEach)
+        : fd_(std::move(fd)), bytes_(bytes), heard_(std::move(heard)), mostOfEach_(mostOfEach)
     {
         makeNonBlocking(fd_);
     }
 
     int descriptor() const { return fd_.get(); }
 
-    /// Reads once; closes the stream at its end.
-    void read()
+    /// Reads once; closes the stream at its end. Returns how many bytes were read.
+    std::size_t read()
     {
         std::array<char, 64 * 1024> chunk; // as much as a pipe holds
         const ssize_t count = ::read(fd_.get(), chunk.data(), chunk.size());
         const int error = errno;
         if (count > 0) {
             const std::string_view read(chunk.data(), static_cast<std::size_t>(count));
-            bytes_.append(read);
+            keep(read);
             if (heard_)
                 heard_(read);
         }
         if (count == 0 || (count < 0 && error != EAGAIN && error != EINTR))
             fd_.reset();
+        return count > 0 ? static_cast<std::size_t>(count) : 0;
     }
 
     /// Reads as many bytes as are in the pipe now, so that a child that goes on writing cannot delay the end.
@@ -61,15 +67,49 @@ public:
         int waiting = 0;
         if (!fd_ || ::ioctl(fd_.get(), FIONREAD, &waiting) != 0 || waiting <= 0)
             return;
-        const std::size_t end = bytes_.size() + static_cast<std::size_t>(waiting);
-        while (fd_ && bytes_.size() < end)
-            read();
+        for (std::size_t done = 0; fd_ && done < static_cast<std::size_t>(waiting);)
+            done += read();
+    }
+
+private:
+    void keep(std::string_view read)
+    {
+        bytes_.append(read);
+        // Cutting at twice as much is cheaper than cutting at every piece.
+        if (bytes_.size() / 4 > mostOfEach_)
+            bytes_.erase(mostOfEach_, bytes_.size() - 2 * mostOfEach_);
+    }
+
+    UniqueFd fd_;
+    std::string& bytes_;
+    Heard heard_;
+    std::size_t mostOfEach_;
+};
+
+/// Our end of the pipe on which git tells what it starts, or nothing.
+class TraceStream {
+public:
+    TraceStream(UniqueFd fd, const std::function<void(std::string_view)>& heard) : fd_(std::move(fd)), heard_(heard)
+    {
+        if (fd_)
+            makeNonBlocking(fd_);
+    }
+
+    int descriptor() const { return fd_.get(); }
+
+    void read()
+    {
+        std::array<char, 16 * 1024> chunk;
+        const ssize_t count = ::read(fd_.get(), chunk.data(), chunk.size());
+        if (count > 0)
+            heard_({chunk.data(), static_cast<std::size_t>(count)});
+        else if (count == 0 || (errno != EAGAIN && errno != EINTR))
+            fd_.reset();
     }
 
 private:
     UniqueFd fd_;
-    std::string& bytes_;
-    Heard heard_;
+    const std::function<void(std::string_view)>& heard_;
 };
 
 /// Returns whether an output has exceeded its limit. Looks at each byte once.
@@ -153,6 +193,7 @@ struct Exchange {
     InputStream& input;
     OutputStream& output;
     OutputStream& error;
+    TraceStream& trace;
     LimitWatch& limit;
     Grace grace = {};
 
@@ -185,15 +226,19 @@ private:
     /// descriptors, which poll ignores.
     bool wait(bool isRunning)
     {
-        std::array<pollfd, 5> watched{pollfd{isRunning ? childEnded.get() : -1, POLLIN, 0},
-                                      pollfd{input.descriptor(), POLLOUT, 0}, pollfd{output.descriptor(), POLLIN, 0},
+        std::array<pollfd, 6> watched{pollfd{isRunning ? childEnded.get() : -1, POLLIN, 0},
+                                      pollfd{input.descriptor(), POLLOUT, 0},
+                                      pollfd{output.descriptor(), POLLIN, 0},
                                       pollfd{error.descriptor(), POLLIN, 0},
-                                      pollfd{grace.hasBegun() ? -1 : stop.descriptor(), POLLIN, 0}};
+                                      pollfd{grace.hasBegun() ? -1 : stop.descriptor(), POLLIN, 0},
+                                      pollfd{trace.descriptor(), POLLIN, 0}};
         if (::poll(watched.data(), watched.size(), grace.timeout()) < 0) {
             if (errno == EINTR)
                 return false;
             failToExchange("Could not wait for git", errno);
         }
+        if (watched[5].revents != 0)
+            trace.read();
         if (watched[0].revents != 0)
             return true;
         if (watched[4].revents != 0)
@@ -223,10 +268,13 @@ ExchangeEnd exchange(const ProcessRequest& request, pid_t group, const UniqueFd&
     const StopWake stop(request.stop, group);
     const PipeSignalBlocker blocker;
     InputStream input(std::move(streams.input), request.input.value_or(std::string_view()));
-    OutputStream output(std::move(streams.output), result.stdoutBytes, heard(request, RunListener::Stream::output));
-    OutputStream error(std::move(streams.error), result.stderrBytes, heard(request, RunListener::Stream::error));
+    OutputStream output(std::move(streams.output), result.stdoutBytes, heard(request, RunListener::Stream::output),
+                        std::numeric_limits<std::size_t>::max());
+    OutputStream error(std::move(streams.error), result.stderrBytes, heard(request, RunListener::Stream::error),
+                       mostOfError);
+    TraceStream trace(std::move(streams.trace), request.traced);
     LimitWatch limit(request.limit, result.stdoutBytes);
-    return Exchange{childEnded, stop, input, output, error, limit}.run();
+    return Exchange{childEnded, stop, input, output, error, trace, limit}.run();
 }
 
 } // namespace gitkit

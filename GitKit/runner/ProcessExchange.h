@@ -14,6 +14,7 @@ struct ParentStreams {
     UniqueFd input;
     UniqueFd output;
     UniqueFd error;
+    UniqueFd trace; ///< open only when the request asks for it
 };
 
 enum class ExchangeEnd { childEnded, limitPassed, stopped };

@@ -29,6 +29,13 @@ public:
     virtual void printed(Run run, Stream stream, std::string_view bytes) = 0;
     /// Called once for each run that began.
     virtual void ended(Run run, const RunEnd& end) = 0;
+
+    /// Returns whether git tells this listener which programs it starts. Streams do not.
+    virtual bool followsPrograms() const { return false; }
+    /// Is told of it in git's lines of JSON; a chunk may end anywhere.
+    virtual void traced(Run /*run*/, std::string_view /*bytes*/) {}
+    /// Is told by another listener, which has read such lines, of all hooks that a run has started, the oldest first.
+    virtual void hooked(Run /*run*/, const std::vector<HookRun>& /*hooks*/) {}
 };
 
 /// What one run gets so that programs that a repository's configuration names do not run.

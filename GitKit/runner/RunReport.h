@@ -30,6 +30,12 @@ public:
             listener_->printed(run_, stream, bytes);
     }
 
+    void traced(std::string_view bytes) const
+    {
+        if (listener_)
+            listener_->traced(run_, bytes);
+    }
+
     void ended(RunEnd end) const { ended(std::move(end), Clock::now() - began_); }
     /// `worked` is the time without that in which nobody took what the program printed.
     void ended(RunEnd end, std::chrono::steady_clock::duration worked) const

@@ -35,6 +35,21 @@ using Files = std::span<const std::filesystem::path>; ///< absolute; they exist
 /// the application is being started; any thread.
 void open(const Application& application, Files files);
 
+/// A place in a file, counted from 1; column 0 where none is known.
+struct Place {
+    int line = 1;
+    int column = 0;
+};
+
+/// Returns what follows a program's name so that it opens a file at a place; nullopt for a program that is not known to take
+/// one. `program` is its path or its name.
+std::optional<std::vector<std::string>> placeArguments(const std::filesystem::path& program,
+                                                       const std::filesystem::path& file, Place place);
+
+/// Opens a file with an application at a place, or anywhere with one that cannot be told a place. Throws and blocks as open()
+/// does; any thread.
+void openAt(const Application& application, const std::filesystem::path& file, Place place);
+
 /// Opens each file with the desktop's default for it, or for text if it might be run; one that fails keeps none of the
 /// others from opening. Throws std::runtime_error with a sentence for the first that failed. Blocks; any thread.
 void openWithDefaults(Files files);

@@ -62,12 +62,41 @@ std::string openReportingProblem(const std::filesystem::path& editor, const File
     return {};
 }
 
+/// The same for one file at a place.
+std::string openPlaceReportingProblem(const std::filesystem::path& editor, const std::filesystem::path& file,
+                                      editors::Place place)
+{
+    try {
+        if (const auto application = editors::at(editor); application && !existing({file}).empty()) {
+            editors::openAt(*application, file, place);
+            return {};
+        }
+    } catch (const std::runtime_error& failure) {
+        return failure.what();
+    }
+    return openReportingProblem(editor, {file});
+}
+
 /// Calls `failed` on the main thread, but not at once.
 void tell(const Failed& failed, std::string problem)
 {
     if (QCoreApplication* const application = QCoreApplication::instance())
         QMetaObject::invokeMethod(
             application, [failed, problem = std::move(problem)] { failed(problem); }, Qt::QueuedConnection);
+}
+
+/// Starting a program can wait for a disk or for D-Bus, so it does not happen on the main thread.
+void startAside(std::function<std::string()> start, const Failed& failed)
+{
+    static WorkThreads threads(mostAtOnce);
+    try {
+        threads.start([start = std::move(start), failed] {
+            if (std::string problem = start(); !problem.empty())
+                tell(failed, std::move(problem));
+        });
+    } catch (const std::system_error& noThread) {
+        tell(failed, failureOf(noThread).message.toStdString());
+    }
 }
 
 } // namespace
@@ -115,16 +144,14 @@ void chooseApplication(QWidget* parent, std::function<void(App)> chosen)
 
 void open(const Files& files, const Failed& failed)
 {
-    // Starting a program can wait for a disk or for D-Bus, so it does not happen on the main thread.
-    static WorkThreads threads(mostAtOnce);
-    try {
-        threads.start([editor = nativePath(chosenPath()), files, failed] {
-            if (std::string problem = openReportingProblem(editor, files); !problem.empty())
-                tell(failed, std::move(problem));
-        });
-    } catch (const std::system_error& noThread) {
-        tell(failed, failureOf(noThread).message.toStdString());
-    }
+    startAside([editor = nativePath(chosenPath()), files] { return openReportingProblem(editor, files); }, failed);
+}
+
+void openAtLine(const std::filesystem::path& file, int line, int column, const Failed& failed)
+{
+    startAside([editor = nativePath(chosenPath()), file,
+                place = editors::Place{line, column}] { return openPlaceReportingProblem(editor, file, place); },
+               failed);
 }
 
 } // namespace plovik::externalEditor

@@ -39,5 +39,8 @@ using Failed = std::function<void(std::string problem)>;
 /// Opens those of `files` that exist, each once and in their order. An application that the user chose gets all of them
 /// in one request. Returns at once; `failed` is called on the main thread with a sentence for the user.
 void open(const Files& files, const Failed& failed);
+/// Opens a file at a line, counted from 1, and a column, or 0 where none is known. An application that cannot be told a line
+/// opens the file.
+void openAtLine(const std::filesystem::path& file, int line, int column, const Failed& failed);
 
 } // namespace plovik::externalEditor

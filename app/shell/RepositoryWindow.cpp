@@ -42,6 +42,7 @@ StoreServices desktopServices(MenuTarget& application)
     services.openWindow = [&application](const std::filesystem::path& folder) { application.openFolder(folder); };
     services.reveal = &revealFiles;
     services.openInEditor = &externalEditor::open;
+    services.openAtLine = &externalEditor::openAtLine;
     services.startGit = &startGitDetached;
     services.openTerminal = &openTerminal;
     services.trash = &moveToTrash;

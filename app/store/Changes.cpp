@@ -146,6 +146,7 @@ bool Changes::run(Change change)
     }
     if (change.begins)
         change.begins();
+    window_.forgetWaysOfCommand();
     const quint64 number = ++lastNumber_;
     runs_.push_back({.shown = {number, change.verb, change.title}, .stop = {}, .isQuick = change.title.isEmpty()});
     turnsTaken_ += takesTurn(change.verb) ? 1 : 0;
@@ -179,6 +180,7 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
 {
     const std::shared_ptr<ActionRuns> runs = listenTo(number);
     const auto run = find(number);
+    run->commands = runs;
     const std::stop_token stop = run->stop.get_token();
     gitkit::RunContext context{.listener = runs, .stop = stop};
     run->signIn = signIns_.begin(change.title, openSignIn_, context);
@@ -214,6 +216,8 @@ QCoro::Task<> Changes::running_(Change change, quint64 number)
         change.ended();
     if (!failure && change.succeeded)
         change.succeeded();
+    if (failure && stop.stop_requested())
+        offerAgain(change, *runs);
     // A failure after a cancel is a result of the cancel. The log still shows it.
     if (failure && !isAsked && !stop.stop_requested() && !(change.failed && change.failed(*failure)) &&
         !(tellStops_ && tellStops_(*failure)))
@@ -291,21 +295,29 @@ void Changes::askToDoWithoutUndo(Change change, const NotKept& why)
 /// The listener is called on the threads of the runs, possibly after the store has been destroyed.
 std::shared_ptr<ActionRuns> Changes::listenTo(quint64 number)
 {
-    return std::make_shared<ActionRuns>(log_.listener(),
-                                        [this, number, alive = std::weak_ptr(git_.alive())](const std::string& line) {
-                                            QCoreApplication* const application = QCoreApplication::instance();
-                                            if (!application)
-                                                return;
-                                            const auto tell = [this, number, alive, text = shownText(line)] {
-                                                if (alive.expired())
-                                                    return;
-                                                if (const auto run = find(number); run != runs_.end()) {
-                                                    run->progress = text;
-                                                    show();
-                                                }
-                                            };
-                                            QMetaObject::invokeMethod(application, tell, Qt::QueuedConnection);
-                                        });
+    const auto set = [this, number, alive = std::weak_ptr(git_.alive())](std::function<void(Run&)> change) {
+        QCoreApplication* const application = QCoreApplication::instance();
+        if (!application)
+            return;
+        const auto tell = [this, number, alive, change = std::move(change)] {
+            if (alive.expired())
+                return;
+            if (const auto run = find(number); run != runs_.end()) {
+                change(*run);
+                show();
+            }
+        };
+        QMetaObject::invokeMethod(application, tell, Qt::QueuedConnection);
+    };
+    return std::make_shared<ActionRuns>(
+        log_.listener(),
+        [set](const std::string& line) { set([text = shownText(line)](Run& run) { run.progress = text; }); },
+        [set](CommandLog::Number command, const std::optional<gitkit::HookRun>& hook) {
+            set([command, hook](Run& run) {
+                run.hook =
+                    hook ? std::optional(RunningHook{command, shownText(hook->name), hook->began}) : std::nullopt;
+            });
+        });
 }
 
 std::list<Changes::Run>::iterator Changes::find(quint64 number)
@@ -341,6 +353,7 @@ void Changes::show()
     running = std::move(titled);
     activity = newest ? std::optional(newest->shown.title) : std::nullopt;
     progress = newest ? newest->progress : QString();
+    hook = newest ? newest->hook : std::nullopt;
     isCancelling = newest && newest->isCancelling;
 }
 
@@ -372,6 +385,31 @@ void Changes::cancelActivity()
     const auto shown = std::find_if(runs_.rbegin(), runs_.rend(), &Changes::isShown);
     if (shown != runs_.rend())
         cancel(*shown);
+}
+
+std::list<Changes::Run>::const_iterator Changes::findWith(CommandLog::Number command) const
+{
+    return std::ranges::find_if(runs_,
+                                [command](const Run& run) { return run.commands && run.commands->has(command); });
+}
+
+bool Changes::isOfRunning(CommandLog::Number command) const
+{
+    const auto run = findWith(command);
+    return run != runs_.end() && !run->isCancelling;
+}
+
+void Changes::cancelChangeOf(CommandLog::Number command)
+{
+    if (const auto run = findWith(command); run != runs_.end())
+        cancel(*find(run->shown.number));
+}
+
+/// Leaves a way on in the log, beside the last command of a change that was cancelled.
+void Changes::offerAgain(const Change& change, const ActionRuns& runs)
+{
+    if (const std::optional<CommandLog::Number> last = runs.last(); last && !change.title.isEmpty())
+        window_.keepWays(*last, {{tr("Run Again"), [this, change] { run(change); }}});
 }
 
 void Changes::cancel(Run& run)

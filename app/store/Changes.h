@@ -17,6 +17,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <initializer_list>
 #include <list>
@@ -65,6 +66,15 @@ struct RunningChange {
     bool operator==(const RunningChange&) const = default;
 };
 
+/// A hook that git runs for a change.
+struct RunningHook {
+    CommandLog::Number command = 0; ///< the run of git that has started it
+    QString name;                   ///< "pre-commit"
+    std::chrono::steady_clock::time_point began;
+
+    bool operator==(const RunningHook&) const = default;
+};
+
 /// The one way in: every change of the repository passes through here. This class takes turns, lets git sign in,
 /// cancels, shows progress, reports failures and has the repository read again. Owned by the store; main thread.
 ///
@@ -107,11 +117,18 @@ public:
     Observed<std::optional<QString>, Changes> activity;
     /// Its progress in git's words; empty while git reports none.
     Observed<QString, Changes> progress;
+    /// The hook that git runs for it now; nullopt while it runs none, or does not say so.
+    Observed<std::optional<RunningHook>, Changes> hook;
     /// Whether it has been cancelled and has not ended yet.
     Observed<bool, Changes> isCancelling{false};
     /// Ends it together with all processes that git has started: asks them to end, and kills them after two seconds. No
     /// failure is reported.
     void cancelActivity();
+
+    /// Returns whether a command belongs to a change that runs and was not cancelled.
+    bool isOfRunning(CommandLog::Number command) const;
+    /// Ends the change that a command belongs to, as cancelActivity() does.
+    void cancelChangeOf(CommandLog::Number command);
 
     /// What git, or a program that it started, asks during a change: one question at a time, the oldest first. A
     /// question disappears when the program that asked it or its change has ended.
@@ -143,6 +160,8 @@ private:
         bool isQuick = false;   ///< it began without a title
         bool isWaiting = false; ///< for its turn
         std::unique_ptr<Worker::Delay> untilShown = {};
+        std::optional<RunningHook> hook = {};
+        std::shared_ptr<const ActionRuns> commands = {};
     };
     void askToTrust(Change change);
     QCoro::Task<> running_(Change change, quint64 number);
@@ -155,6 +174,8 @@ private:
     void showIfSlow(quint64 number);
     static bool isShown(const Run& run);
     void cancel(Run& run);
+    std::list<Run>::const_iterator findWith(CommandLog::Number command) const;
+    void offerAgain(const Change& change, const ActionRuns& runs);
     void show();
 
     const GitAccess& git_;

@@ -71,6 +71,7 @@ public:
     void began(Run run, const std::vector<std::string>& arguments, const std::filesystem::path& directory) override;
     void printed(Run run, Stream stream, std::string_view bytes) override;
     void ended(Run run, const gitkit::RunEnd& end) override;
+    void hooked(Run run, const std::vector<gitkit::HookRun>& hooks) override;
 
 private:
     struct Entry {
@@ -134,7 +135,7 @@ void CommandLog::Record::began(Run run, const std::vector<std::string>& argument
     {
         const std::lock_guard lock(mutex_);
         entries_.push_back(
-            {{run, arguments, directory, std::chrono::system_clock::now(), std::nullopt}, {}, ++revision_});
+            {{run, arguments, directory, std::chrono::system_clock::now(), std::nullopt, {}}, {}, ++revision_});
         dropOld();
     }
     announce();
@@ -161,6 +162,18 @@ void CommandLog::Record::ended(Run run, const gitkit::RunEnd& end)
         const std::lock_guard lock(mutex_);
         if (Entry* const entry = find(run)) {
             entry->command.end = end;
+            entry->revision = ++revision_;
+        }
+    }
+    announce();
+}
+
+void CommandLog::Record::hooked(Run run, const std::vector<gitkit::HookRun>& hooks)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        if (Entry* const entry = find(run)) {
+            entry->command.hooks = hooks;
             entry->revision = ++revision_;
         }
     }

@@ -31,7 +31,8 @@ public:
         std::vector<std::string> arguments; ///< without git's own name
         std::filesystem::path directory;
         std::chrono::system_clock::time_point began;
-        std::optional<gitkit::RunEnd> end; ///< nullopt while it runs
+        std::optional<gitkit::RunEnd> end;       ///< nullopt while it runs
+        std::vector<gitkit::HookRun> hooks = {}; ///< that it has started, the oldest first
     };
 
     /// The bytes that a command printed on both streams. Views repair them and mask secrets.

@@ -36,6 +36,9 @@ struct StoreServices {
     std::function<void(const Files& files, Failed failed)> reveal = {};
     /// Opens files in the editor that the user chose.
     std::function<void(const Files& files, Failed failed)> openInEditor = {};
+    /// Opens a file in that editor at a line, counted from 1, and a column, or 0 where none is known. An editor that cannot
+    /// be told a line opens the file.
+    std::function<void(const std::filesystem::path& file, int line, int column, Failed failed)> openAtLine = {};
     /// Starts git in a folder for a program of its own. Paths among the arguments are taken literally.
     std::function<void(const std::vector<std::string>& arguments, const std::filesystem::path& folder, Failed failed)>
         startGit = {};

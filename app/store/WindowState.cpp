@@ -96,6 +96,8 @@ void WindowState::report(const Failure& failure, std::vector<Way> ways)
     if (!ways_.empty() || !ways.empty())
         errorMessage = std::nullopt; // another alert has other buttons
     ways_ = std::move(ways);
+    if (failure.command && !ways_.empty())
+        keepWays(*failure.command, ways_);
     this->failure = failure;
     errorMessage = failure.message;
 }
@@ -113,6 +115,29 @@ void WindowState::takeWay(std::size_t way)
     const Way taken = ways_[way];
     dismissError();
     taken.action();
+}
+
+void WindowState::keepWays(CommandLog::Number command, std::vector<Way> ways)
+{
+    commandWithWays = std::nullopt; // another time it has other ways
+    waysOfCommand_ = std::move(ways);
+    commandWithWays = command;
+}
+
+void WindowState::takeWayOfCommand(std::size_t way)
+{
+    if (way >= waysOfCommand_.size())
+        return;
+    const Way taken = waysOfCommand_[way];
+    forgetWaysOfCommand();
+    dismissError(); // it may have led here
+    taken.action();
+}
+
+void WindowState::forgetWaysOfCommand()
+{
+    commandWithWays = std::nullopt;
+    waysOfCommand_.clear();
 }
 
 std::optional<Way> WindowState::wayToWindow(const std::filesystem::path& folder) const

@@ -136,13 +136,20 @@ public:
     /// The command that is selected in the command log.
     Observed<std::optional<CommandLog::Number>, WindowState> shownCommand;
     void showCommand(std::optional<CommandLog::Number> number) { shownCommand = number; }
+    /// The last command that failed or was stopped and from which ways lead on, until the next change begins.
+    Observed<std::optional<CommandLog::Number>, WindowState> commandWithWays;
+    const std::vector<Way>& waysOfCommand() const { return waysOfCommand_; }
+    void keepWays(CommandLog::Number command, std::vector<Way> ways);
+    void takeWayOfCommand(std::size_t way);
+    void forgetWaysOfCommand();
 
 private:
     void moved(Step step);
 
     QuestionMemory questions_;
     OpenWindow openWindow_;
-    std::vector<Way> ways_; ///< from the reported failure
+    std::vector<Way> ways_;          ///< from the reported failure
+    std::vector<Way> waysOfCommand_; ///< from that of `commandWithWays`
     std::vector<Listener> listeners_;
 };
 

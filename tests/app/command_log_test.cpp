@@ -66,6 +66,23 @@ TEST(Activity, IsShownWithItsTimeItsProgressAndAWayOut)
     EXPECT_EQ(activity->geometry().right(), place.right());
     EXPECT_LE(named<QLabel>(view, u"Progress"_s)->geometry().right(), cancel->x());
 
+    // A hook is told of once it takes longer, and its output is one click away.
+    auto* const output = named<QPushButton>(view, u"Show Output"_s);
+    given(store.changes().hook, RunningHook{7, u"pre-commit"_s, now});
+    EXPECT_EQ(activity->text(), u"Fetching…"_s);
+    EXPECT_FALSE(output->isVisible());
+    after(12);
+    EXPECT_EQ(activity->text(), u"pre-commit · 12 s"_s);
+    EXPECT_TRUE(output->isVisible() && !elapsed->isVisible());
+    output->click();
+    EXPECT_TRUE(store.window().showsCommandLog.value());
+    EXPECT_EQ(store.window().shownCommand.value(), 7u);
+    given(store.changes().hook, std::nullopt);
+    EXPECT_EQ(activity->text(), u"Fetching…"_s);
+    EXPECT_FALSE(output->isVisible());
+    after(0);
+    EXPECT_TRUE(elapsed->isVisible());
+
     given(store.changes().isCancelling, true);
     EXPECT_EQ(activity->text(), u"Cancelling…"_s);
     EXPECT_FALSE(cancel->isEnabled());
@@ -167,7 +184,17 @@ protected:
 
     TestRepository repo;
     test::SettlingWorker worker;
-    RepositoryStore store{repo.path(), worker};
+    struct Opened {
+        std::filesystem::path file;
+        int line;
+        int column;
+        bool operator==(const Opened&) const = default;
+    };
+    std::vector<Opened> opened;
+    RepositoryStore store{
+        repo.path(), worker, {.openAtLine = [this](const auto& file, int line, int column, const auto&) {
+            opened.push_back({file, line, column});
+        }}};
     RepositoryView view{store};
 };
 
@@ -244,6 +271,40 @@ TEST_F(CommandLogPanelTest, OutputIsFollowedAsItComesUntilTheUserScrollsUp)
     bar.setValue(5);
     ASSERT_TRUE(prints("the end\n"));
     EXPECT_EQ(bar.value(), 5);
+}
+
+TEST_F(CommandLogPanelTest, IsWhereAHookThatRefusedLeadsOnFrom)
+{
+    repo.write("src/b c.cpp", "x\n").write("d.cpp", "x\n");
+    repo.write(".git/hooks/pre-commit", "#!/bin/sh\necho 'd.cpp:12:5: error'\necho 'see gone.cpp:3, ../d.cpp:1'\n"
+                                        "echo \"$PWD/d.cpp:7 12:34:56 http://host:80\"\nexit 3\n");
+    store.draft().setSubject(u"two"_s);
+    store.draft().commit();
+    ASSERT_TRUE(worker.settle());
+    named<QPushButton>(*test::openDialog(view), u"Show in Command Log"_s)->click();
+    ASSERT_TRUE(worker.settle());
+
+    // Places in files that are there are links.
+    const QString text = output()->toPlainText();
+    QStringList links;
+    for (const QTextEdit::ExtraSelection& mark : output()->extraSelections())
+        links.append(mark.cursor.selectedText());
+    EXPECT_EQ(links, (QStringList{u"d.cpp:12:5"_s, QString::fromStdString((repo / "d.cpp").string()) + u":7"_s}));
+    QTest::keyClick(output(), Qt::Key_Home, Qt::ControlModifier);
+    QTest::keyClick(output(), Qt::Key_Return);
+    ASSERT_EQ(opened.size(), 1u);
+    EXPECT_EQ(opened[0], (Opened{repo / "d.cpp", 12, 5}));
+    EXPECT_TRUE(named<QLabel>(view, u"Command Facts"_s)->text().contains(u"pre-commit: "_s));
+    EXPECT_TRUE(named<QLabel>(view, u"Command Facts"_s)->text().contains(u", ✗ 3"_s));
+
+    EXPECT_FALSE(named<QPushButton>(view, u"Stop"_s)->isVisible());
+    ASSERT_TRUE(named<QPushButton>(view, u"Run Again"_s)->isVisible());
+    const std::string head = repo.head();
+    named<QPushButton>(view, u"Commit Without Hooks"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_NE(repo.head(), head);
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(named<QPushButton>(view, u"Commit Without Hooks"_s));
 }
 
 } // namespace

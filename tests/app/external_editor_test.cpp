@@ -106,6 +106,34 @@ TEST_F(ExternalEditorTest, NamesTheChosenEditorWhileItIsThere)
     EXPECT_FALSE(externalEditor::app(QString::fromStdString(program.string())));
 }
 
+TEST_F(ExternalEditorTest, OpensAFileAtALineWhereTheEditorIsKnownToTakeOne)
+{
+    program = folder / "my editors/code";
+    std::filesystem::create_directory(program.parent_path());
+    std::filesystem::rename(folder / "an editor.sh", program);
+    const auto file = folder / "a b";
+    writeFile(file, "x");
+    choose(install("code", "Code"));
+    externalEditor::openAtLine(file, 12, 5, [this](const std::string& told) { problem = told; });
+    ASSERT_TRUE(waitUntil([this] { return wasStarted(); }));
+    EXPECT_EQ(readFile(folder / "arguments"), "--goto" + std::string(1, '\0') + file.string() + ":12:5" + '\0');
+
+    // Another one opens the file.
+    std::filesystem::remove(folder / "arguments");
+    std::filesystem::rename(program, folder / "paint");
+    program = folder / "paint";
+    choose(install("org.example.Paint", "Paint"));
+    externalEditor::openAtLine(file, 12, 5, [this](const std::string& told) { problem = told; });
+    ASSERT_TRUE(waitUntil([this] { return wasStarted(); }));
+    EXPECT_EQ(readFile(folder / "arguments"), file.string() + '\0');
+    EXPECT_EQ(problem, "");
+
+    using Arguments = std::vector<std::string>;
+    EXPECT_EQ(editors::placeArguments("/x/bin/phpstorm.sh", "/f", {3, 0}),
+              (Arguments{"--line", "3", "--column", "1", "/f"}));
+    EXPECT_EQ(editors::placeArguments("gvim", "/f", {3, 4}), (Arguments{"+3", "/f"}));
+}
+
 TEST_F(ExternalEditorTest, OpensEveryFileOnceAndAllAtOnce)
 {
     choose(install("org.kde.kate", "Kate"));

@@ -4,6 +4,7 @@
 
 #include "GitKit/UniqueFd.h"
 #include "app/store/RepositoryStore.h"
+#include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
 #include "app/store/actions/Remotes.h"
 #include "app/store/actions/Stashes.h"
@@ -223,6 +224,71 @@ TEST_F(StoreRunning, TheLogHasEveryCommandWithWhatItPrinted)
     QCoreApplication::processEvents();
     EXPECT_EQ(store.changes().commandLog().generation.value(), before + 1); // one for all of it
     EXPECT_FALSE(store.changes().commandLog().output(0));
+}
+
+TEST_F(StoreRunning, AHookIsNamedWhileItRunsAndCanBeStoppedAndRunAgainFromTheLog)
+{
+    stageSomething();
+    hook("pre-commit", "echo checking a:1; touch started; exec sleep 60\n");
+    const std::string head = repo.head();
+    store.draft().commit();
+    auto running = std::async(std::launch::async, [this] { return worker.runOnly(); });
+    while (!std::filesystem::exists(repo / "started") || !store.changes().hook.value())
+        QCoreApplication::processEvents();
+    const RunningHook shown = *store.changes().hook.value();
+    EXPECT_EQ(shown.name, QStringLiteral("pre-commit"));
+    EXPECT_EQ(shown.command, newest("commit").number);
+    EXPECT_TRUE(store.changes().isOfRunning(shown.command));
+    EXPECT_FALSE(store.changes().isOfRunning(newest("status").number));
+    store.changes().cancelChangeOf(shown.command);
+    running.get()();
+    worker.finishAll();
+    EXPECT_FALSE(store.changes().hook.value() || store.window().errorMessage.value());
+    EXPECT_EQ(newest("commit").hooks.size(), 1u);
+    EXPECT_EQ(store.window().commandWithWays.value(), shown.command);
+    EXPECT_EQ(store.window().waysOfCommand().at(0).title, QStringLiteral("Run Again"));
+
+    hook("pre-commit", "exit 0\n");
+    store.window().takeWayOfCommand(0);
+    worker.finishAll();
+    EXPECT_NE(repo.head(), head);
+    EXPECT_TRUE(store.draft().commitSubject.value().isEmpty());
+    EXPECT_FALSE(store.window().commandWithWays.value());
+    EXPECT_EQ(newest("commit").hooks.at(0).status, 0);
+}
+
+TEST_F(StoreRunning, TheWaysOnFromAHookThatRefusedStayInTheLogUntilSomethingElseIsDone)
+{
+    stageSomething();
+    hook("pre-commit", "exit 4\n");
+    const std::string head = repo.head();
+    store.draft().commit();
+    worker.finishAll();
+    EXPECT_EQ(newest("commit").hooks.at(0).status, 4);
+    store.window().dismissError();
+    EXPECT_EQ(store.window().commandWithWays.value(), newest("commit").number);
+    EXPECT_EQ(store.window().waysOfCommand().at(0).title, QStringLiteral("Commit Without Hooks"));
+    store.window().takeWayOfCommand(0);
+    worker.finishAll();
+    EXPECT_NE(repo.head(), head);
+    const std::vector<std::string> arguments = newest("commit").arguments;
+    EXPECT_NE(std::ranges::find(arguments, "--no-verify"), arguments.end());
+    EXPECT_FALSE(store.window().commandWithWays.value());
+}
+
+TEST_F(StoreRunning, WhatTheHooksOfARemoteSayIsInTheLog)
+{
+    stageSomething();
+    TestRepository remote{{"--bare"}};
+    repo.git({"remote", "add", "origin", remote.path().string()});
+    remote.write("hooks/pre-receive", "#!/bin/sh\necho welcome\n");
+    std::filesystem::permissions(remote / "hooks/pre-receive", std::filesystem::perms::owner_all);
+    load();
+    actions::push(store.actors());
+    worker.finishAll();
+    const auto output = store.changes().commandLog().output(newest("push").number);
+    EXPECT_NE((output->beginning + output->ending).find("remote: welcome"), std::string::npos);
+    EXPECT_EQ(newest("push").hooks.at(0).name, "pre-receive");
 }
 
 } // namespace

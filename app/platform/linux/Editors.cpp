@@ -220,6 +220,18 @@ bool openWithDefault(const std::filesystem::path& file, GError** error)
     return g_app_info_launch_uris(editor.get(), &list, nullptr, error) != 0;
 }
 
+/// Returns the program of an entry, without the quotes that its name may stand in; nullopt for one that cannot be read.
+std::optional<std::string> programOf(GDesktopAppInfo& info)
+{
+    const char* const line = g_app_info_get_commandline(G_APP_INFO(&info));
+    gchar** words = nullptr;
+    if (line == nullptr || g_shell_parse_argv(line, nullptr, &words, nullptr) == 0)
+        return std::nullopt;
+    std::string program = words[0];
+    g_strfreev(words);
+    return program;
+}
+
 /// Returns why an application or a file could not be opened, as a sentence. Frees the error.
 std::string takeSentence(const char* name, GError* error)
 {
@@ -280,6 +292,52 @@ void open(const Application& application, Files files)
     const bool isOpen = g_app_info_launch_uris(G_APP_INFO(info.get()), list, nullptr, &error) != 0;
     g_list_free(list);
     if (!isOpen)
+        throw std::runtime_error(takeSentence(application.name.c_str(), error));
+}
+
+std::optional<std::vector<std::string>> placeArguments(const std::filesystem::path& program,
+                                                       const std::filesystem::path& file, Place place)
+{
+    const std::string name = program.stem().string(); // without ".sh"
+    const auto isOneOf = [&name](std::initializer_list<std::string_view> names) {
+        return std::ranges::any_of(names, [&name](std::string_view known) { return name == known; });
+    };
+    const std::string line = std::to_string(place.line);
+    const std::string column = std::to_string(std::max(place.column, 1));
+    const std::string behind = file.string() + ":" + line + ":" + column;
+    if (isOneOf({"code", "code-oss", "code-insiders", "codium", "vscodium", "cursor"}))
+        return std::vector{std::string("--goto"), behind};
+    if (isOneOf({"subl", "sublime_text", "zed", "zeditor"}))
+        return std::vector{behind};
+    if (isOneOf(
+            {"kate", "phpstorm", "webstorm", "idea", "pycharm", "goland", "rubymine", "clion", "rider", "rustrover"}))
+        return std::vector<std::string>{"--line", line, "--column", column, file.string()};
+    if (isOneOf({"emacs", "emacsclient", "gedit"}))
+        return std::vector<std::string>{"+" + line + ":" + column, file.string()};
+    if (isOneOf({"gvim"}))
+        return std::vector<std::string>{"+" + line, file.string()};
+    return std::nullopt;
+}
+
+void openAt(const Application& application, const std::filesystem::path& file, Place place)
+{
+    const AppInfo info = appInfo(application.path);
+    const std::optional<std::string> program = info ? programOf(*info) : std::nullopt;
+    const bool isInTerminal = info && g_desktop_app_info_get_boolean(info.get(), G_KEY_FILE_DESKTOP_KEY_TERMINAL) != 0;
+    const auto arguments = program && !isInTerminal ? placeArguments(*program, file, place) : std::nullopt;
+    if (!arguments) {
+        open(application, std::span(&file, 1));
+        return;
+    }
+    std::vector<std::string> command{*program};
+    command.insert(command.end(), arguments->begin(), arguments->end());
+    std::vector<char*> pointers;
+    std::ranges::transform(command, std::back_inserter(pointers), [](std::string& part) { return part.data(); });
+    pointers.push_back(nullptr);
+    GError* error = nullptr;
+    const GSpawnFlags flags =
+        static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
+    if (g_spawn_async(nullptr, pointers.data(), nullptr, flags, nullptr, nullptr, nullptr, &error) == 0)
         throw std::runtime_error(takeSentence(application.name.c_str(), error));
 }
 

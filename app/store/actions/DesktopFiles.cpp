@@ -59,6 +59,12 @@ void openInEditor(Actors actors, const Files& files)
         actors.services.openInEditor(absolutePaths(actors, files), reporting(actors));
 }
 
+void openAtLine(Actors actors, const std::filesystem::path& file, int line, int column)
+{
+    if (actors.services.openAtLine)
+        actors.services.openAtLine(file, line, column, reporting(actors));
+}
+
 void openInOutsideTool(Actors actors, gitkit::OutsideTool tool, const std::string& path)
 {
     launch(openingInOutsideTool(actors, tool, path));

@@ -14,6 +14,8 @@ namespace plovik::actions {
 void reveal(Actors actors, const std::vector<gitkit::FileChange>& files);
 /// Opens files in the editor that the user chose. Reports a failure to the user.
 void openInEditor(Actors actors, const std::vector<gitkit::FileChange>& files);
+/// Opens a file in the editor at a line, counted from 1, and a column, or 0 where none is known.
+void openAtLine(Actors actors, const std::filesystem::path& file, int line, int column);
 /// Shows a file in the user's own tool for diffs or merges. Reports a failure to the user.
 void openInOutsideTool(Actors actors, gitkit::OutsideTool tool, const std::string& path);
 /// Opens a terminal in the repository's folder. Reports a failure to the user.

@@ -6,7 +6,9 @@
 #include "app/store/CommandLine.h"
 #include "app/store/Secrets.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/DesktopFiles.h"
 #include "app/ui/log/CommandLogModel.h"
+#include "app/ui/log/OutputText.h"
 #include "app/ui/widgets/BarButton.h"
 #include "app/ui/widgets/ElidedLabel.h"
 #include "app/ui/widgets/FocusRing.h"
@@ -24,6 +26,8 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -34,10 +38,12 @@ namespace {
 constexpr qsizetype mostOfCommand = 8000;
 constexpr int mostCommandLines = 3;
 constexpr int leastFactsWidth = 210;
+constexpr qsizetype mostNames = 200;
 
-QPlainTextEdit* makeText(const QString& name, QWidget* parent)
+template <typename Text = QPlainTextEdit>
+Text* makeText(const QString& name, QWidget* parent)
 {
-    auto* const text = new QPlainTextEdit(parent);
+    auto* const text = new Text(parent);
     text->setAccessibleName(name);
     text->setReadOnly(true);
     text->setUndoRedoEnabled(false);
@@ -69,9 +75,22 @@ QString wholeText(const CommandLog::Output& output, QString (*shorten)(const QSt
 
 QString asItIs(const QString& text) { return text; }
 
+/// Says of a hook how long it took, and of one that refused with which status.
+QString shownHook(const gitkit::HookRun& hook)
+{
+    const QString name = shownText(hook.name);
+    if (!hook.took)
+        return CommandDetail::tr("%1: running").arg(name);
+    const QString took = shownTime(*hook.took);
+    return hook.status == 0 ? CommandDetail::tr("%1: %2").arg(name, took)
+                            : CommandDetail::tr("%1: %2, ✗ %3").arg(name, took).arg(hook.status);
+}
+
 QString factsOf(const CommandLog::Command& command)
 {
     QStringList facts{describedEnd(command), shownTook(command), shownBegin(command)};
+    for (const gitkit::HookRun& hook : command.hooks)
+        facts.append(shownHook(hook));
     if (command.end && !command.end->problem.empty())
         facts.append(shownText(withoutSecrets(command.end->problem)));
     facts.append(shownText(command.directory.native()));
@@ -87,10 +106,12 @@ QString commandOf(const CommandLog::Command& command)
 
 } // namespace
 
-CommandDetail::CommandDetail(const CommandLog& log, QWidget* parent)
-    : QWidget(parent), log_(log), command_(makeText(tr("Command"), this)), facts_(new ElidedLabel(this)),
-      copyLine_(new BarButton(tr("Copy as Shell Line"), this)), copyOutput_(new BarButton(tr("Copy Output"), this)),
-      output_(makeText(tr("Command Output"), this))
+CommandDetail::CommandDetail(RepositoryStore& store, QWidget* parent)
+    : QWidget(parent), store_(store), log_(store.changes().commandLog()), command_(makeText(tr("Command"), this)),
+      facts_(new ElidedLabel(this)), copyLine_(new BarButton(tr("Copy as Shell Line"), this)),
+      copyOutput_(new BarButton(tr("Copy Output"), this)), output_(makeText<OutputText>(tr("Command Output"), this)),
+      stop_(new BarButton(tr("Stop"), this)), wayRow_(new QHBoxLayout),
+      placed_(store.git(), &placedFiles, [this] { showPlaces(); })
 {
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::Base);
@@ -101,7 +122,10 @@ CommandDetail::CommandDetail(const CommandLog& log, QWidget* parent)
     auto* const bar = new QHBoxLayout;
     bar->setSpacing(8);
     bar->addWidget(facts_, 1);
-    for (BarButton* button : {copyLine_, copyOutput_}) {
+    bar->addLayout(wayRow_);
+    wayRow_->setSpacing(8);
+    stop_->setToolTip(tr("End this command and everything that it has started"));
+    for (BarButton* button : {stop_, copyLine_, copyOutput_}) {
         button->setProperty("compact", true);
         bar->addWidget(button);
     }
@@ -113,6 +137,13 @@ CommandDetail::CommandDetail(const CommandLog& log, QWidget* parent)
     column->addWidget(output_, 1);
     connect(copyLine_, &BarButton::clicked, this, &CommandDetail::shellLineWanted);
     connect(copyOutput_, &BarButton::clicked, this, &CommandDetail::copyOutput);
+    connect(stop_, &BarButton::clicked, this, [this] {
+        if (shown_)
+            store_.changes().cancelChangeOf(shown_->number);
+        showWays();
+    });
+    connect(output_, &OutputText::placeChosen, this, &CommandDetail::open);
+    notifiers_.push_back(store.window().commandWithWays.addNotifier([this] { showWays(); }));
     connect(&Settings::shared(), &Settings::changed, this, &CommandDetail::showFont);
     showFont();
     show(std::nullopt);
@@ -125,6 +156,7 @@ void CommandDetail::show(const std::optional<CommandLog::Command>& command)
     for (QWidget* widget :
          {static_cast<QWidget*>(command_), static_cast<QWidget*>(facts_), static_cast<QWidget*>(copyOutput_)})
         widget->setVisible(command.has_value());
+    showWays();
     showCopyLine();
     if (!command) {
         showOutput({}, true);
@@ -155,11 +187,68 @@ void CommandDetail::showOutput(const QString& text, bool isNew)
         output_->setPlainText(text);
     }
     text_ = text;
+    findPlaces();
     output_->setPlaceholderText(!shown_ || !shown_->end ? QString() : tr("Nothing was printed."));
     if (follows)
         bar.setValue(bar.maximum());
     else if (!isNew)
         bar.setValue(place);
+}
+
+/// Asks which of the places lie in files of the working tree. Until that is answered there are no links.
+void CommandDetail::findPlaces()
+{
+    places_ = placesIn(text_);
+    PlacedFilesRequest request{store_.root(), {}};
+    for (const OutputPlace& place : places_) {
+        if (request.names.size() < mostNames && !request.names.contains(place.file))
+            request.names.append(place.file);
+    }
+    if (request.names.isEmpty())
+        output_->setPlaces({});
+    else
+        placed_.ask(std::move(request));
+    showPlaces();
+}
+
+void CommandDetail::showPlaces()
+{
+    const std::optional<QSet<QString>>& files = placed_.answer();
+    std::vector<OutputPlace> shown;
+    if (files)
+        std::ranges::copy_if(places_, std::back_inserter(shown),
+                             [&files](const OutputPlace& place) { return files->contains(place.file); });
+    output_->setPlaces(std::move(shown));
+}
+
+void CommandDetail::open(const OutputPlace& place)
+{
+    actions::openAtLine(store_.actors(), placedFile(store_.root(), place.file), place.line, place.column);
+}
+
+/// Shows the buttons that lead on from the shown command.
+void CommandDetail::showWays()
+{
+    stop_->setVisible(shown_ && !shown_->end && store_.changes().isOfRunning(shown_->number));
+    QStringList titles;
+    if (shown_ && store_.window().commandWithWays.value() == shown_->number) {
+        for (const Way& way : store_.window().waysOfCommand())
+            titles.append(way.title);
+    }
+    if (titles == wayTitles_)
+        return;
+    wayTitles_ = titles;
+    for (BarButton* button : ways_)
+        button->deleteLater();
+    ways_.clear();
+    for (qsizetype index = 0; index < titles.size(); ++index) {
+        auto* const button = new BarButton(titles[index], this);
+        button->setProperty("compact", true);
+        connect(button, &BarButton::clicked, this,
+                [this, index] { store_.window().takeWayOfCommand(static_cast<std::size_t>(index)); });
+        wayRow_->addWidget(button);
+        ways_.push_back(button);
+    }
 }
 
 void CommandDetail::copyOutput() const
@@ -188,13 +277,14 @@ void CommandDetail::resizeEvent(QResizeEvent* event)
 /// Hides the button where it would leave little room for the facts; the list's menu offers the same.
 void CommandDetail::showCopyLine()
 {
-    const int facts = contentsRect().width() - copyLine_->sizeHint().width() - copyOutput_->sizeHint().width();
+    const int facts = contentsRect().width() - copyLine_->sizeHint().width() - copyOutput_->sizeHint().width() -
+                      wayRow_->sizeHint().width() - (stop_->isHidden() ? 0 : stop_->sizeHint().width());
     copyLine_->setVisible(shown_ && facts >= leastFactsWidth);
 }
 
 void CommandDetail::showFont()
 {
-    for (QPlainTextEdit* text : {command_, output_})
+    for (QPlainTextEdit* text : {command_, static_cast<QPlainTextEdit*>(output_)})
         text->setFont(CodeFont::current());
     fitCommand();
 }

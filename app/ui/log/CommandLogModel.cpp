@@ -60,9 +60,11 @@ QString describedEnd(const CommandLog::Command& command)
 
 QString shownTook(const CommandLog::Command& command)
 {
-    if (!command.end)
-        return {};
-    const std::chrono::milliseconds took = command.end->duration;
+    return command.end ? shownTime(command.end->duration) : QString();
+}
+
+QString shownTime(std::chrono::milliseconds took)
+{
     if (took >= std::chrono::minutes(1))
         return shownDuration(std::chrono::floor<std::chrono::seconds>(took));
     const double seconds = static_cast<double>(took.count()) / 1000;

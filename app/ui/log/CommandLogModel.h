@@ -5,6 +5,7 @@
 
 #include <QAbstractListModel>
 
+#include <chrono>
 #include <deque>
 #include <memory>
 
@@ -63,6 +64,8 @@ QString shownEnd(const CommandLog::Command& command);
 QString describedEnd(const CommandLog::Command& command);
 /// Returns how long a command took: "0.12 s"; empty while it runs.
 QString shownTook(const CommandLog::Command& command);
+/// Returns how long something took: "0.12 s".
+QString shownTime(std::chrono::milliseconds took);
 /// Returns the local time at which a command began: "14:03:12".
 QString shownBegin(const CommandLog::Command& command);
 bool hasFailed(const CommandLog::Command& command);

@@ -33,7 +33,7 @@ constexpr double leastDetailWidth = 260;
 
 CommandLogPanel::CommandLogPanel(RepositoryStore& store, QWidget* parent)
     : QWidget(parent), store_(store), model_(new CommandLogModel(store.changes().commandLog(), this)),
-      list_(new CommandList(*model_, this)), detail_(new CommandDetail(store.changes().commandLog()))
+      list_(new CommandList(*model_, this)), detail_(new CommandDetail(store))
 {
     setAutoFillBackground(true);
     auto* const column = new QVBoxLayout(this);

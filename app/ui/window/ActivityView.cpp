@@ -8,6 +8,7 @@
 
 #include <QFontMetrics>
 #include <QHBoxLayout>
+#include <QLocale>
 #include <QTimerEvent>
 
 #include <algorithm>
@@ -37,7 +38,7 @@ QString shownDuration(std::chrono::seconds duration)
 ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     : QWidget(parent), store_(store), clock_(std::move(clock)), spinner_(new Spinner(this)),
       activity_(new ElidedLabel(this)), elapsed_(new QLabel(this)), progress_(new ElidedLabel(this)),
-      cancel_(new BarButton(tr("Cancel"), this))
+      output_(new BarButton(tr("Show Output"), this)), cancel_(new BarButton(tr("Cancel"), this))
 {
     for (QLabel* label : {static_cast<QLabel*>(activity_), elapsed_, static_cast<QLabel*>(progress_)})
         label->setForegroundRole(QPalette::PlaceholderText);
@@ -47,6 +48,14 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     elapsed_->setTextFormat(Qt::PlainText);
     elapsed_->setMinimumWidth(elapsed_->fontMetrics().horizontalAdvance(u"00:00"_s));
     progress_->setAccessibleName(tr("Progress"));
+    output_->setToolTip(tr("Show what the hook prints"));
+    output_->hide();
+    connect(output_, &BarButton::clicked, this, [this] {
+        if (const std::optional<RunningHook>& hook = store_.changes().hook.value()) {
+            store_.window().showCommand(hook->command);
+            store_.window().showCommandLog(true);
+        }
+    });
     cancel_->setToolTip(tr("Cancel (Ctrl+.)"));
     connect(cancel_, &BarButton::clicked, this, [this] {
         if (store_.changes().activity.value())
@@ -71,6 +80,7 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(10);
     row->addLayout(lines, 1);
+    row->addWidget(output_);
     row->addWidget(cancel_);
 
     notifiers_.push_back(store.changes().activity.addNotifier([this] { activityChanged(); }));
@@ -78,6 +88,7 @@ ActivityView::ActivityView(RepositoryStore& store, QWidget* parent, Clock clock)
     notifiers_.push_back(store.history().isReadingToEnd.addNotifier([this] { activityChanged(); }));
     notifiers_.push_back(store.history().history.addNotifier([this] { readingChanged(); }));
     notifiers_.push_back(store.changes().isCancelling.addNotifier([this] { activityChanged(); }));
+    notifiers_.push_back(store.changes().hook.addNotifier([this] { activityChanged(); }));
     notifiers_.push_back(store.changes().progress.addNotifier([this] { progressChanged(); }));
     activityChanged();
     progressChanged();
@@ -87,17 +98,13 @@ void ActivityView::activityChanged()
 {
     const std::optional<QString>& activity = store_.changes().activity.value();
     const bool isReading = !activity && !store_.history().lookup.value() && store_.history().isReadingToEnd.value();
-    QString text = activity.value_or(store_.history().lookup.value().value_or(QString()));
-    if (isReading)
-        text = tr("Reading the history: %Ln commit(s)…", nullptr,
-                  static_cast<int>(store_.history().history.value().size()));
-    if (activity && store_.changes().isCancelling.value())
-        text = tr("Cancelling…");
+    const QString text = shownActivity();
     activity_->setText(text);
     activity_->setAccessibleDescription(text);
     spinner_->setVisible(!text.isEmpty());
     cancel_->setVisible(activity.has_value() || isReading);
     cancel_->setEnabled(!store_.changes().isCancelling.value());
+    output_->setVisible(hookTime().has_value());
     if (isRunning_ == activity.has_value())
         return;
     isRunning_ = activity.has_value();
@@ -111,6 +118,28 @@ void ActivityView::activityChanged()
         timer_.stop();
 }
 
+QString ActivityView::shownActivity() const
+{
+    const std::optional<QString>& activity = store_.changes().activity.value();
+    if (activity && store_.changes().isCancelling.value())
+        return tr("Cancelling…");
+    if (const auto seconds = hookTime())
+        return tr("%1 · %2 s").arg(store_.changes().hook.value()->name, QLocale().toString(seconds->count()));
+    if (!activity && !store_.history().lookup.value() && store_.history().isReadingToEnd.value())
+        return tr("Reading the history: %Ln commit(s)…", nullptr,
+                  static_cast<int>(store_.history().history.value().size()));
+    return activity.value_or(store_.history().lookup.value().value_or(QString()));
+}
+
+/// Returns how long a hook has run; nullopt while it is too short to be told of, as most are.
+std::optional<std::chrono::seconds> ActivityView::hookTime() const
+{
+    const std::optional<RunningHook>& hook = store_.changes().hook.value();
+    if (!hook || clock_() - hook->began < 1s)
+        return std::nullopt;
+    return std::chrono::floor<std::chrono::seconds>(clock_() - hook->began);
+}
+
 void ActivityView::readingChanged()
 {
     if (store_.history().isReadingToEnd.value())
@@ -119,6 +148,13 @@ void ActivityView::readingChanged()
 
 void ActivityView::showElapsed()
 {
+    const bool hasHook = hookTime().has_value();
+    if (hasHook || !output_->isHidden()) {
+        activity_->setText(shownActivity());
+        activity_->setAccessibleDescription(activity_->text());
+        output_->setVisible(hasHook);
+    }
+    elapsed_->setVisible(isRunning_ && !hasHook);
     const auto elapsed = clock_() - began_;
     elapsed_->setText(isRunning_ && elapsed >= moment ? shownDuration(std::chrono::floor<std::chrono::seconds>(elapsed))
                                                       : QString());
@@ -137,7 +173,9 @@ void ActivityView::progressChanged()
 QSize ActivityView::sizeHint() const
 {
     QSize size = QWidget::sizeHint();
-    const int beside = cancel_->isHidden() ? 0 : cancel_->sizeHint().width() + layout()->spacing();
+    int beside = 0;
+    for (const BarButton* button : {output_, cancel_})
+        beside += button->isHidden() ? 0 : button->sizeHint().width() + layout()->spacing();
     const int time = elapsed_->isHidden() ? 0 : elapsed_->sizeHint().expandedTo(elapsed_->minimumSize()).width() + 6;
     size.setWidth(spinner_->width() + 6 + activity_->sizeHint().width() + time + beside);
     return size;

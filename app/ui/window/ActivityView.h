@@ -19,8 +19,8 @@ class BarButton;
 class ElidedLabel;
 class Spinner;
 
-/// The running action, the time that it has taken once that is longer than a moment, the progress that git reports, and
-/// the button that cancels it. Its timer runs only while an action does. Main thread.
+/// The running action or, once that takes longer, its hook; the time that it has taken once that is longer than a moment; the
+/// progress that git reports; and the buttons that show its output and cancel it. Its timer runs only while an action does. Main thread.
 class ActivityView : public QWidget {
     Q_OBJECT
 
@@ -43,6 +43,8 @@ private:
     void activityChanged();
     void readingChanged();
     void progressChanged();
+    QString shownActivity() const;
+    std::optional<std::chrono::seconds> hookTime() const;
 
     RepositoryStore& store_;
     Clock clock_;
@@ -50,6 +52,7 @@ private:
     ElidedLabel* activity_;
     QLabel* elapsed_;
     ElidedLabel* progress_;
+    BarButton* output_;
     BarButton* cancel_;
     bool isRunning_ = false;
     std::chrono::steady_clock::time_point began_;
