@@ -6,26 +6,15 @@
 #include "GitKit/runner/GitError.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace gitkit {
 
 namespace {
 
-/// The paths of the submodules in the index, each with a slash at its end.
-std::vector<std::string> submodules(const GitRepository& repo)
-{
-    std::vector<std::string> found;
-    // "160000 hash stage<tab>path"
-    for (const std::string& entry : splitNul(repo.runner().bytes({"ls-files", "-s", "-z"}))) {
-        if (entry.starts_with("160000 "))
-            found.push_back(entry.substr(entry.find('\t') + 1) + "/");
-    }
-    return found;
-}
-
 bool isInAny(const std::string& folder, const std::vector<std::string>& submodules)
 {
-    return std::ranges::any_of(submodules, [&](const std::string& each) { return folder.starts_with(each); });
+    return std::ranges::any_of(submodules, [&](const std::string& each) { return folder.starts_with(each + '/'); });
 }
 
 std::vector<std::string> checkIgnore(const GitRepository& repo, const std::vector<std::string>& folders)
@@ -40,6 +29,19 @@ std::vector<std::string> checkIgnore(const GitRepository& repo, const std::vecto
 }
 
 } // namespace
+
+std::vector<std::string> submodulePaths(const GitRepository& repo)
+{
+    std::vector<std::string> found;
+    // "160000 hash stage<tab>path"
+    for (const std::string& entry : splitNul(repo.runner().bytes({"ls-files", "-s", "-z"}))) {
+        std::string path = entry.substr(entry.find('\t') + 1);
+        if (entry.starts_with("160000 ") &&
+            (found.empty() || found.back() != path)) // once for all stages of a conflict
+            found.push_back(std::move(path));
+    }
+    return found;
+}
 
 GitDirectories gitDirectories(const GitRepository& repo)
 {
@@ -76,7 +78,7 @@ std::vector<std::string> ignoredAmong(const GitRepository& repo, const std::vect
             throw;
     }
     // A submodule ignores by its own rules, and git gives up at the first folder inside one.
-    const std::vector<std::string> inside = submodules(repo);
+    const std::vector<std::string> inside = submodulePaths(repo);
     std::erase_if(asked, [&](const std::string& folder) { return isInAny(folder, inside); });
     return checkIgnore(repo, asked);
 }

@@ -15,6 +15,9 @@ class GitRepository;
 
 GitDirectories gitDirectories(const GitRepository& repo);
 
+/// The paths of the submodules in the index.
+std::vector<std::string> submodulePaths(const GitRepository& repo);
+
 /// The folders whose whole content git ignores, without the folders inside them.
 std::vector<std::string> ignoredFolders(const GitRepository& repo);
 

@@ -46,6 +46,7 @@ inline constexpr Setting<bool> commandLogHidesReads{"commandLogHidesReads", fals
 inline constexpr Setting<bool> sidebarBranchesExpanded{"sidebarBranchesExpanded", true};
 inline constexpr Setting<bool> sidebarRemotesExpanded{"sidebarRemotesExpanded", true};
 inline constexpr Setting<bool> sidebarTagsExpanded{"sidebarTagsExpanded", false};
+inline constexpr Setting<bool> sidebarWorktreesExpanded{"sidebarWorktreesExpanded", true};
 inline constexpr Setting<const char*> lastRepositoryWindowFrame{"lastRepositoryWindowFrame", ""};
 inline constexpr Setting<const char*> settingsWindowPlace{"settingsWindowPlace", ""}; ///< "x y"
 

@@ -12,6 +12,7 @@
 #include "app/store/GitAccess.h"
 #include "app/store/History.h"
 #include "app/store/HistoryMatches.h"
+#include "app/store/Neighbours.h"
 #include "app/store/Rewriting.h"
 #include "app/store/SlowStatus.h"
 #include "app/store/Snapshot.h"
@@ -47,6 +48,7 @@ public:
     const WindowState& window() const { return window_; }
     Snapshot& snapshot() { return snapshot_; }
     const Snapshot& snapshot() const { return snapshot_; }
+    const Neighbours& neighbours() const { return neighbours_; }
     UpstreamCounts& counts() { return counts_; }
     const UpstreamCounts& counts() const { return counts_; }
     CommitIndex& index() { return index_; }
@@ -89,6 +91,7 @@ private:
     GitAccess git_;
     WindowState window_{services_.questions, services_.openWindow};
     Snapshot snapshot_{git_, window_};
+    Neighbours neighbours_{git_, window_, snapshot_};
     UpstreamCounts counts_{git_, snapshot_, services_.cacheFolder};
     CommitIndex index_{git_, snapshot_, log_, services_.keepsIndexes};
     SlowStatus slowStatus_{git_, window_, snapshot_};

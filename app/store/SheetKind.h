@@ -6,6 +6,7 @@
 #include "GitKit/records/PartialChange.h"
 #include "GitKit/records/RemoteBranch.h"
 #include "GitKit/records/Stash.h"
+#include "GitKit/records/Worktree.h"
 
 #include <functional>
 #include <memory>
@@ -50,6 +51,18 @@ struct PushSheet {
 struct NewTagSheet {
     std::string target; ///< full commit hash
     bool operator==(const NewTagSheet&) const = default;
+};
+/// Lists the working trees of the repository.
+struct WorktreesSheet {
+    bool operator==(const WorktreesSheet&) const = default;
+};
+struct NewWorktreeSheet {
+    bool operator==(const NewWorktreeSheet&) const = default;
+};
+/// Asks why a working tree is locked.
+struct LockWorktreeSheet {
+    gitkit::Worktree tree;
+    bool operator==(const LockWorktreeSheet&) const = default;
 };
 /// Asks how the current branch is moved to a commit, and says what each way loses.
 struct ResetSheet {
@@ -105,9 +118,9 @@ struct RebaseSheet {
     std::string from = {};   ///< full hash of the oldest of them; empty: all that the other one has not
     bool operator==(const RebaseSheet&) const = default;
 };
-using SheetKind =
-    std::variant<NewBranchSheet, PushSheet, MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet,
-                 DiscardedSheet, IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet, RelationsSheet,
-                 CommitMessageSheet, SplitSheet, AbsorbSheet, RebaseSheet>;
+using SheetKind = std::variant<NewBranchSheet, WorktreesSheet, NewWorktreeSheet, LockWorktreeSheet, PushSheet,
+                               MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet, DiscardedSheet,
+                               IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet, RelationsSheet,
+                               CommitMessageSheet, SplitSheet, AbsorbSheet, RebaseSheet>;
 
 } // namespace plovik

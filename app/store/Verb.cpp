@@ -35,6 +35,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::moveBranch:
     case Verb::createTag:
     case Verb::deleteTag:
+    case Verb::changeWorktree: // the working tree of another window
         return all({refs});
     case Verb::checkOut:
     case Verb::createBranch: // it may check the branch out
@@ -67,6 +68,8 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::undoDiscard:
     case Verb::takeFile:
         return all({workingTree});
+    case Verb::addWorktree:
+        return all({workingTree, refs});
     case Verb::undo:
         return all({index, workingTree, refs, stashes});
     }

@@ -45,6 +45,8 @@ enum class Verb {
     undo,
     takeSide,
     takeFile,
+    addWorktree,
+    changeWorktree,
 };
 
 /// The parts of a repository that a verb may change, and the network that it may use.

@@ -664,6 +664,16 @@
     </message>
 </context>
 <context>
+    <name>plovik::Neighbours</name>
+    <message numerus="yes">
+        <source>%Ln worktree(s) cannot be listed by this version of git: there is a line feed in the path.</source>
+        <translation>
+            <numerusform>%Ln worktree cannot be listed by this version of git: there is a line feed in the path.</numerusform>
+            <numerusform>%Ln worktrees cannot be listed by this version of git: there is a line feed in the path.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Operation</name>
     <message numerus="yes">
         <source>The %Ln step(s) of the merge that were already done are undone.</source>
@@ -1219,6 +1229,30 @@
         <translation>
             <numerusform>%Ln File Selected</numerusform>
             <numerusform>%Ln Files Selected</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::Worktrees</name>
+    <message numerus="yes">
+        <source>and %Ln other(s)</source>
+        <translation>
+            <numerusform>and %Ln other</numerusform>
+            <numerusform>and %Ln others</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln commit(s) of its detached HEAD are on no branch and would be lost.</source>
+        <translation>
+            <numerusform>%Ln commit of its detached HEAD are on no branch and would be lost.</numerusform>
+            <numerusform>%Ln commits of its detached HEAD are on no branch and would be lost.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) or folder(s) are in no commit. They are moved into the repository&apos;s folder “plovik/saved” and are kept there for 30 days.</source>
+        <translation>
+            <numerusform>%Ln file or folder are in no commit. They are moved into the repository's folder “plovik/saved” and are kept there for 30 days.</numerusform>
+            <numerusform>%Ln files or folders are in no commit. They are moved into the repository's folder “plovik/saved” and are kept there for 30 days.</numerusform>
         </translation>
     </message>
 </context>

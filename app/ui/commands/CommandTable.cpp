@@ -70,6 +70,7 @@ constexpr const char* wantedStash = QT_TRANSLATE_NOOP("Commands", "Select a stas
 constexpr const char* wantedStep = QT_TRANSLATE_NOOP("Commands", "Select a step in the timeline.");
 constexpr const char* wantedMessage =
     QT_TRANSLATE_NOOP("Commands", "Show the working copy, where the message is written.");
+constexpr const char* wantedWorktree = QT_TRANSLATE_NOOP("Commands", "Go to a worktree in the sidebar.");
 constexpr const char* wantedLogged = QT_TRANSLATE_NOOP("Commands", "Select a command in the command log.");
 
 constexpr Command onSelection(Id id, const char* name, const char* wanted, QKeyCombination keys = {})
@@ -490,6 +491,20 @@ constexpr Command table[] = {
      .verb = Verb::rewrite,
      .isPossible = [](const Store& store) { return store.rewriting().fixups() > 0; },
      .wanted = QT_TRANSLATE_NOOP("Commands", "No commit says that it belongs into another one.")},
+    {.id = Id::worktrees,
+     .name = QT_TRANSLATE_NOOP("Commands", "Worktrees…"),
+     .action = [](Store& store) { store.window().showSheet(WorktreesSheet{}); }},
+    {.id = Id::newWorktree,
+     .name = QT_TRANSLATE_NOOP("Commands", "New Worktree…"),
+     .action = [](Store& store) { store.window().showSheet(NewWorktreeSheet{}); },
+     .verb = Verb::addWorktree,
+     .isPossible = [](const Store& store) { return store.snapshot().status.value().hasCommits(); },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "Nothing has been committed yet.")},
+    onSelection(Id::openWorktree, QT_TRANSLATE_NOOP("Commands", "Open Worktree"), wantedWorktree),
+    onSelection(Id::lockWorktree, QT_TRANSLATE_NOOP("Commands", "Lock Worktree…"), wantedWorktree),
+    onSelection(Id::unlockWorktree, QT_TRANSLATE_NOOP("Commands", "Unlock Worktree"),
+                QT_TRANSLATE_NOOP("Commands", "Go to a locked worktree in the sidebar.")),
+    onSelection(Id::removeWorktree, QT_TRANSLATE_NOOP("Commands", "Remove Worktree…"), wantedWorktree),
 };
 
 constexpr bool hasARowForEachId()
@@ -498,7 +513,7 @@ constexpr bool hasARowForEachId()
         if (table[index].id != static_cast<CommandId>(index))
             return false;
     }
-    return std::size(table) == static_cast<std::size_t>(Id::squashFixups) + 1;
+    return std::size(table) == static_cast<std::size_t>(Id::removeWorktree) + 1;
 }
 static_assert(hasARowForEachId());
 

@@ -173,6 +173,12 @@ enum class CommandId {
     applyPlan,
     cancelPlan,
     squashFixups,
+    worktrees,
+    newWorktree,
+    openWorktree,
+    lockWorktree,
+    unlockWorktree,
+    removeWorktree,
 };
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is

@@ -110,6 +110,8 @@ std::vector<Entry> layouts()
            {undoToStep, restoreStepFiles, newBranchBeforeStep, pushStepBack, line, forgetStep}},
           cleanUntracked,
           restoreDiscarded,
+          {QT_TRANSLATE_NOOP("Commands", "Working Trees"),
+           {worktrees, newWorktree, line, openWorktree, lockWorktree, unlockWorktree, removeWorktree}},
           line,
           openTerminal}},
         {QT_TRANSLATE_NOOP("Commands", "Branch"),

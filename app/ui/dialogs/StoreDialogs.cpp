@@ -21,6 +21,8 @@
 #include "app/ui/dialogs/SentChangesDialog.h"
 #include "app/ui/dialogs/SplitDialog.h"
 #include "app/ui/dialogs/StashDialog.h"
+#include "app/ui/dialogs/WorktreeSheets.h"
+#include "app/ui/dialogs/WorktreesDialog.h"
 
 #include <QApplication>
 
@@ -59,6 +61,9 @@ struct SheetMaker {
     Sheet* operator()(const RelationsSheet& sheet) const { return new RelationsDialog(store, sheet, parent); }
     Sheet* operator()(const CommitMessageSheet& sheet) const { return new CommitMessageDialog(store, sheet, parent); }
     Sheet* operator()(const SplitSheet& sheet) const { return new SplitDialog(store, sheet, parent); }
+    Sheet* operator()(const WorktreesSheet&) const { return new WorktreesDialog(store, parent); }
+    Sheet* operator()(const NewWorktreeSheet&) const { return new NewWorktreeDialog(store, parent); }
+    Sheet* operator()(const LockWorktreeSheet& sheet) const { return new LockWorktreeDialog(store, sheet, parent); }
     Sheet* operator()(const DiscardedSheet&) const { return new DiscardedDialog(store, parent); }
 };
 

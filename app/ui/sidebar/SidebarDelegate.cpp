@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/sidebar/SidebarDelegate.h"
 
+#include "app/store/ShownText.h"
 #include "app/ui/sidebar/SidebarModel.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
@@ -54,6 +55,30 @@ QString besideName(const SidebarModel& model, const QModelIndex& index)
     return parts.join(u' ');
 }
 
+/// Draws the dot of what is checked out here.
+void paintHereDot(QPainter& painter, const QStyleOptionViewItem& option, int indent)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::current().accent);
+    const RowMirror mirror(option);
+    painter.drawEllipse(mirror(QPointF(option.rect.left() + markCenter + indent, option.rect.center().y() + 0.5)), 4.5,
+                        4.5);
+    painter.restore();
+}
+
+/// Returns what stands behind the name of a worktree: what is wrong with it, or its branch.
+QString besideWorktree(const gitkit::Worktree& tree)
+{
+    if (tree.isMissing)
+        return SidebarDelegate::tr("missing");
+    if (tree.isBare)
+        return SidebarDelegate::tr("bare");
+    const QString branch = tree.branch.empty() ? SidebarDelegate::tr("detached") : shownText(tree.branchName());
+    return tree.lock ? SidebarDelegate::tr("%1, locked", "branch of a worktree").arg(branch) : branch;
+}
+
 } // namespace
 
 SidebarDelegate::SidebarDelegate(const SidebarModel& model, QObject* parent)
@@ -95,6 +120,7 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     case SidebarModel::Kind::branches:
     case SidebarModel::Kind::remotes:
     case SidebarModel::Kind::tags:
+    case SidebarModel::Kind::worktrees:
         paintGroup(*painter, option, index);
         break;
     case SidebarModel::Kind::folder:
@@ -102,6 +128,9 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
         break;
     case SidebarModel::Kind::ref:
         paintRef(*painter, option, index);
+        break;
+    case SidebarModel::Kind::worktree:
+        paintWorktree(*painter, option, index);
         break;
     case SidebarModel::Kind::nothingFound:
         paintText(*painter, textArea(option.rect, textInset, 0), index.data().toString(), Theme::font(-1),
@@ -150,21 +179,33 @@ void SidebarDelegate::paintFolder(QPainter& painter, const QStyleOptionViewItem&
               theme.secondaryText);
 }
 
+void SidebarDelegate::paintWorktree(QPainter& painter, const QStyleOptionViewItem& option,
+                                    const QModelIndex& index) const
+{
+    const Theme& theme = Theme::current();
+    const gitkit::Worktree* const tree = model_.worktree(index);
+    if (!tree)
+        return;
+    if (tree->isHere)
+        paintHereDot(painter, option, 0);
+    const QFont small = Theme::font(-1.5);
+    const QString right = besideWorktree(*tree);
+    const QRect room = textArea(option.rect, refTextLeft, 0);
+    const int used = std::min(textWidth(right, small) + 2, room.width() / 2); // not elided for a rounded pixel
+    paintText(painter, room.adjusted(room.width() - used, 0, 0, 0), right, small,
+              tree->isMissing ? theme.statusConflicted : theme.secondaryText, Qt::AlignRight, Qt::ElideMiddle);
+    paintText(painter, room.adjusted(0, 0, -used - gap, 0), index.data().toString(),
+              Theme::font(0, tree->isHere ? QFont::DemiBold : QFont::Normal), theme.text, Qt::AlignLeft,
+              Qt::ElideMiddle);
+}
+
 void SidebarDelegate::paintRef(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const Theme& theme = Theme::current();
     const gitkit::GitRef& ref = *model_.ref(index);
     const int indent = (model_.depth(index) - 1) * levelIndent;
-    if (ref.isHead) {
-        painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(theme.accent);
-        const RowMirror mirror(option);
-        painter.drawEllipse(mirror(QPointF(option.rect.left() + markCenter + indent, option.rect.center().y() + 0.5)),
-                            4.5, 4.5);
-        painter.restore();
-    }
+    if (ref.isHead)
+        paintHereDot(painter, option, indent);
     int used = 0;
     if (const QString right = besideName(model_, index); !right.isEmpty()) {
         const QFont small = Theme::font(-1.5);

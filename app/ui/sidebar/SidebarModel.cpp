@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/sidebar/SidebarModel.h"
 
+#include "GitKit/records/Commit.h"
 #include "GitKit/records/RemoteBranch.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
+#include "app/store/actions/Worktrees.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QLocale>
@@ -30,6 +32,21 @@ QString followingLine(gitkit::Divergence from, const QString& upstream)
     return SidebarModel::tr("Follows %1").arg(upstream);
 }
 
+QString worktreeTip(const gitkit::Worktree& tree)
+{
+    QStringList lines{shownText(tree.folder.native())};
+    if (!tree.branch.empty())
+        lines << shownText(tree.branchName());
+    else if (!tree.head.empty())
+        lines << SidebarModel::tr("HEAD detached at %1").arg(shownText(gitkit::shortHash(tree.head)));
+    if (const QString why = actions::whyNotOpened(tree); !why.isEmpty())
+        lines << why;
+    if (tree.lock)
+        lines << (tree.lock->empty() ? SidebarModel::tr("Locked")
+                                     : SidebarModel::tr("Locked: %1").arg(shownText(*tree.lock)));
+    return lines.join(u'\n');
+}
+
 } // namespace
 
 SidebarModel::SidebarModel(const RepositoryStore& store, QObject* parent) : QAbstractItemModel(parent), store_(store)
@@ -44,11 +61,11 @@ void SidebarModel::rebuild()
     endResetModel();
 }
 
-std::array<const void*, 4> SidebarModel::lists() const
+std::array<const void*, 5> SidebarModel::lists() const
 {
     const Snapshot& now = store_.snapshot();
     return {now.branches.value().data(), now.remoteBranches.value().data(), now.tags.value().data(),
-            now.remotes.value().data()};
+            now.remotes.value().data(), store_.neighbours().worktrees.value().data()};
 }
 
 void SidebarModel::rebuildIfOld()
@@ -71,8 +88,9 @@ void SidebarModel::rebuildNodes()
 {
     read_ = lists();
     const Snapshot& now = store_.snapshot();
-    SidebarNodes made = sidebarNodes(
-        {now.branches.value(), now.remoteBranches.value(), now.tags.value(), now.remotes.value()}, filter_);
+    SidebarNodes made = sidebarNodes({now.branches.value(), now.remoteBranches.value(), now.tags.value(),
+                                      now.remotes.value(), store_.neighbours().worktrees.value()},
+                                     filter_);
     nodes_ = std::move(made.all);
     rootCount_ = made.roots;
 }
@@ -119,6 +137,8 @@ Qt::ItemFlags SidebarModel::flags(const QModelIndex& index) const
     const Qt::ItemFlags row = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (kind(index) == Kind::ref)
         return row | Qt::ItemIsDragEnabled;
+    if (kind(index) == Kind::worktree)
+        return Qt::ItemIsEnabled; // it opens a window and selects nothing in this one
     return isHeading ? Qt::ItemIsEnabled : row;
 }
 
@@ -135,6 +155,12 @@ int SidebarModel::count(const QModelIndex& index) const
 const gitkit::GitRef* SidebarModel::ref(const QModelIndex& index) const
 {
     return kind(index) == Kind::ref ? node(index).ref : nullptr;
+}
+
+const gitkit::Worktree* SidebarModel::worktree(const Node& node) const
+{
+    const std::vector<gitkit::Worktree>& all = store_.neighbours().worktrees.value();
+    return node.kind == Kind::worktree && node.place < all.size() ? &all[node.place] : nullptr;
 }
 
 std::string SidebarModel::remote(const QModelIndex& index) const
@@ -208,6 +234,8 @@ std::string SidebarModel::key(const QModelIndex& index) const
         const std::string& full = shown.ref->fullName;
         return full.substr(0, full.size() - shown.ref->name.size()) + shown.ref->name.substr(0, shown.nameEnd) + "/";
     }
+    if (const gitkit::Worktree* const tree = worktree(shown))
+        return "worktree " + tree->folder.string();
     return std::to_string(static_cast<int>(shown.kind));
 }
 
@@ -256,6 +284,10 @@ QString SidebarModel::label(const Node& node) const
         return tr("REMOTES");
     case Kind::tags:
         return tr("TAGS");
+    case Kind::worktrees:
+        return tr("WORKTREES");
+    case Kind::worktree:
+        return worktree(node) ? actions::worktreeName(*worktree(node)) : QString();
     case Kind::nothingFound:
         return tr("No branch or tag matches");
     case Kind::folder:
@@ -275,6 +307,8 @@ QString SidebarModel::toolTip(const Node& node) const
 {
     if (node.kind == Kind::folder)
         return shownText(std::string_view(node.ref->name).substr(0, node.nameEnd));
+    if (const gitkit::Worktree* const tree = worktree(node))
+        return worktreeTip(*tree);
     if (node.kind != Kind::ref)
         return {};
     QStringList lines{shownText(node.ref->name)};
@@ -300,7 +334,7 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole:
         return accessibleName(node(index));
     case Qt::AccessibleDescriptionRole:
-        if (kind(index) == Kind::ref || kind(index) == Kind::folder)
+        if (kind(index) == Kind::ref || kind(index) == Kind::folder || kind(index) == Kind::worktree)
             return toolTip(node(index));
         return count(index) == 0 ? QString() : QLocale().toString(count(index));
     case Qt::ToolTipRole:

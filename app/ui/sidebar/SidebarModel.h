@@ -14,7 +14,7 @@
 
 namespace plovik {
 
-/// The tree of the sidebar: the four fixed items, then one group each for branches, remotes and tags, with a folder
+/// The tree of the sidebar: the four fixed items, then one group each for branches, remotes, tags and worktrees, with a folder
 /// for every prefix that at least two refs share. Groups without refs are absent. Main thread.
 ///
 /// Refers to the refs in the store's lists and copies none, so the owner must call rebuildIfOld() as soon as a list changes.
@@ -44,12 +44,15 @@ public:
     int depth(const QModelIndex& index) const { return node(index).depth; }
     bool isGroup(const QModelIndex& index) const
     {
-        return kind(index) == Kind::branches || kind(index) == Kind::remotes || kind(index) == Kind::tags;
+        return kind(index) == Kind::branches || kind(index) == Kind::remotes || kind(index) == Kind::tags ||
+               kind(index) == Kind::worktrees;
     }
     /// Returns the number of refs at and below a row, or the count of a fixed item.
     int count(const QModelIndex& index) const;
     /// Returns the ref of a row, or nullptr when the row is no ref. Valid until rebuild().
     const gitkit::GitRef* ref(const QModelIndex& index) const;
+    /// Returns the worktree of a row, or nullptr when the row is none. Valid until rebuild().
+    const gitkit::Worktree* worktree(const QModelIndex& index) const { return worktree(node(index)); }
     /// Returns the name of the remote whose row this is; empty for others.
     std::string remote(const QModelIndex& index) const;
     /// Returns how far the branch of a row is from its upstream, as far as that is known.
@@ -84,9 +87,10 @@ private:
     const Node& node(const QModelIndex& index) const { return nodes_[static_cast<std::size_t>(index.internalId())]; }
     QModelIndex indexOfNode(int id) const;
     void rebuildNodes();
-    std::array<const void*, 4> lists() const;
+    std::array<const void*, 5> lists() const;
 
     gitkit::Divergence divergence(const Node& node) const;
+    const gitkit::Worktree* worktree(const Node& node) const;
     QString label(const Node& node) const;
     QString accessibleName(const Node& node) const;
     QString toolTip(const Node& node) const;
@@ -94,7 +98,7 @@ private:
     const RepositoryStore& store_;
     QString filter_;
     /// The lists that the nodes refer to, by their places in memory. A list that replaces another one is at another place.
-    std::array<const void*, 4> read_{};
+    std::array<const void*, 5> read_{};
     std::vector<Node> nodes_;
     int rootCount_ = 0;
 };

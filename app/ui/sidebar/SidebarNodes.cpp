@@ -30,6 +30,8 @@ private:
     Refs matching(const std::vector<gitkit::GitRef>& refs) const;
     std::size_t prefixLength(Kind group, const gitkit::GitRef& ref, std::size_t start, bool isGroup) const;
     void fill(int parent, Kind group, const Refs& refs, std::size_t nameStart);
+    std::vector<std::size_t> matchingWorktrees() const;
+    void fillWorktrees(int parent, const std::vector<std::size_t>& places);
     void markGoneUpstreams();
 
     const SidebarLists& lists_;
@@ -63,10 +65,16 @@ SidebarNodes SidebarTree::made()
         addNode({.kind = kind, .row = row++});
     for (const Group& group : groups)
         addNode({.kind = group.kind, .row = row++, .refCount = static_cast<int>(group.refs.size())});
-    if (groups.empty() && !filter_.isEmpty())
+    const std::vector<std::size_t> worktrees = matchingWorktrees();
+    const int worktreeGroup = static_cast<int>(nodes_.size());
+    if (!worktrees.empty())
+        addNode({.kind = Kind::worktrees, .row = row++, .refCount = static_cast<int>(worktrees.size())});
+    if (groups.empty() && worktrees.empty() && !filter_.isEmpty())
         addNode({.kind = Kind::nothingFound, .row = row++});
     for (std::size_t i = 0; i < groups.size(); ++i)
         fill(static_cast<int>(i) + fixedSidebarItems, groups[i].kind, groups[i].refs, 0);
+    if (!worktrees.empty())
+        fillWorktrees(worktreeGroup, worktrees);
     markGoneUpstreams();
     return {std::move(nodes_), row};
 }
@@ -167,6 +175,27 @@ void SidebarTree::fill(int parent, Kind group, const Refs& refs, std::size_t nam
     int folderId = first + static_cast<int>(leaves.size());
     for (const auto& [prefix, inside] : folders)
         fill(folderId++, group, inside, nameStart + prefix.size() + 1);
+}
+
+std::vector<std::size_t> SidebarTree::matchingWorktrees() const
+{
+    std::vector<std::size_t> found;
+    for (std::size_t place = 0; place < lists_.worktrees.size(); ++place) {
+        const gitkit::Worktree& tree = lists_.worktrees[place];
+        if (filter_.isEmpty() || containsTyped(tree.folder.filename().string(), filter_) ||
+            containsTyped(tree.branchName(), filter_))
+            found.push_back(place);
+    }
+    return found;
+}
+
+void SidebarTree::fillWorktrees(int parent, const std::vector<std::size_t>& places)
+{
+    nodes_[static_cast<std::size_t>(parent)].firstChild = static_cast<int>(nodes_.size());
+    nodes_[static_cast<std::size_t>(parent)].childCount = static_cast<int>(places.size());
+    int row = 0;
+    for (const std::size_t place : places)
+        addNode({.kind = Kind::worktree, .parent = parent, .row = row++, .depth = 1, .refCount = 1, .place = place});
 }
 
 void SidebarTree::markGoneUpstreams()

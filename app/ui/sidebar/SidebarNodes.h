@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/GitRef.h"
+#include "GitKit/records/Worktree.h"
 
 #include <QString>
 
@@ -19,8 +20,10 @@ enum class SidebarKind {
     branches,
     remotes,
     tags,
+    worktrees,
     folder,
     ref,
+    worktree,
     nothingFound
 };
 
@@ -38,6 +41,7 @@ struct SidebarNode {
     std::size_t nameStart = 0;           ///< where the shown part of the ref's name begins
     std::size_t nameEnd = std::string::npos;
     bool upstreamGone = false;
+    std::size_t place = 0; ///< of a worktree in its list
 };
 
 /// The lists that the tree is made from. Refers to them.
@@ -46,6 +50,7 @@ struct SidebarLists {
     const std::vector<gitkit::GitRef>& remoteBranches;
     const std::vector<gitkit::GitRef>& tags;
     const std::vector<std::string>& remotes;
+    const std::vector<gitkit::Worktree>& worktrees;
 };
 
 constexpr int fixedSidebarItems = 5; ///< the first rows
@@ -57,7 +62,8 @@ struct SidebarNodes {
 };
 
 /// Returns the four fixed items and the groups of the refs whose names contain `filter`, regardless of case, with a
-/// folder for every prefix that at least two refs share. Groups without refs are absent. Pure.
+/// folder for every prefix that at least two refs share. Groups without refs are absent. Worktrees
+/// follow in a group of their own. Pure.
 SidebarNodes sidebarNodes(const SidebarLists& lists, const QString& filter);
 
 } // namespace plovik

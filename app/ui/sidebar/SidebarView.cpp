@@ -2,10 +2,12 @@
 #include "app/ui/sidebar/SidebarView.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
+#include "app/store/actions/Worktrees.h"
 #include "app/ui/drag/DragData.h"
 
 #include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarDelegate.h"
+#include "app/ui/sidebar/WorktreeMenu.h"
 #include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/ScrollKeeper.h"
 #include "app/ui/widgets/ThemeFollowing.h"
@@ -39,10 +41,11 @@ struct GroupSetting {
     const Setting<bool>& setting;
 };
 
-const std::array<GroupSetting, 3> groupSettings{{
+const std::array<GroupSetting, 4> groupSettings{{
     {SidebarModel::Kind::branches, settings::sidebarBranchesExpanded},
     {SidebarModel::Kind::remotes, settings::sidebarRemotesExpanded},
     {SidebarModel::Kind::tags, settings::sidebarTagsExpanded},
+    {SidebarModel::Kind::worktrees, settings::sidebarWorktreesExpanded},
 }};
 
 const Setting<bool>* settingOf(SidebarModel::Kind kind)
@@ -63,6 +66,7 @@ public:
 
     std::function<void(const QContextMenuEvent&)> menuRequested;
     std::function<void()> renameRequested;
+    std::function<void(const QModelIndex&)> openRequested;
     std::function<void(const QModelIndex&)> dragRequested;
 
     void toggle(const QModelIndex& index)
@@ -149,6 +153,8 @@ protected:
     {
         if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
             toggle(currentIndex());
+        if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentIndex().isValid())
+            openRequested(currentIndex());
         if (event->key() == Qt::Key_F2)
             renameRequested();
         QTreeView::keyPressEvent(event);
@@ -219,6 +225,8 @@ void SidebarView::makeTree()
     connect(tree, &QTreeView::collapsed, this, [this](const QModelIndex& index) { noteExpansion(index, false); });
     connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &SidebarView::userSelected);
     connect(tree, &QTreeView::doubleClicked, this, &SidebarView::checkOut);
+    connect(tree, &QTreeView::doubleClicked, this, &SidebarView::open);
+    tree->openRequested = [this](const QModelIndex& index) { open(index); };
     tree->menuRequested = [this](const QContextMenuEvent& event) { showMenu(event); };
     tree->renameRequested = [this] { rename(); };
     tree->dragRequested = [this](const QModelIndex& index) {
@@ -275,6 +283,7 @@ void SidebarView::observeStore()
     notifiers_.push_back(store_.snapshot().remoteBranches.addNotifier(rebuild));
     notifiers_.push_back(store_.snapshot().tags.addNotifier(rebuild));
     notifiers_.push_back(store_.snapshot().remotes.addNotifier(rebuild));
+    notifiers_.push_back(store_.neighbours().worktrees.addNotifier(rebuild));
     notifiers_.push_back(store_.counts().changes.addNotifier([this] { tree_->viewport()->update(); }));
     const auto counts = [this] { model_->countsChanged(); };
     notifiers_.push_back(store_.snapshot().status.addNotifier(counts));
@@ -414,6 +423,12 @@ void SidebarView::checkOut(const QModelIndex& index)
         actions::checkout(store_.actors(), *ref);
 }
 
+void SidebarView::open(const QModelIndex& index)
+{
+    if (const gitkit::Worktree* const tree = model_->worktree(index))
+        actions::openWorktree(store_.actors(), *tree);
+}
+
 void SidebarView::rename()
 {
     const gitkit::GitRef* const ref = model_->ref(tree_->currentIndex());
@@ -441,6 +456,10 @@ QMenu* SidebarView::makeMenuOf(const QModelIndex& index)
         return nullptr;
     if (const gitkit::GitRef* const ref = model_->ref(index))
         return makeRefMenu(store_, *ref, this);
+    if (const gitkit::Worktree* const tree = model_->worktree(index))
+        return makeWorktreeMenu(store_, *tree, this);
+    if (model_->kind(index) == SidebarKind::worktrees)
+        return makeWorktreesMenu(store_, this);
     const std::string remote = model_->remote(index);
     return remote.empty() ? nullptr : makeRemoteMenu(store_, remote, this);
 }

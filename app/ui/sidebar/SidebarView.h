@@ -62,6 +62,7 @@ private:
     void showStoreSelection(Reveal reveal);
     bool filterKeyPressed(int key);
     void checkOut(const QModelIndex& index);
+    void open(const QModelIndex& index);
     void rename();
     void showMenu(const QContextMenuEvent& event);
     QMenu* makeMenuOf(const QModelIndex& index);

@@ -90,21 +90,7 @@ QString CloneDialog::problem() const
 {
     if (const QString wrong = refNames::branchProblem(branch_->text().toStdString(), {}); !wrong.isEmpty())
         return wrong;
-    if (folder_->isEmpty())
-        return {};
-    const std::filesystem::path folder = folder_->folder();
-    if (folder.empty())
-        return tr("Enter the folder as a whole path, which begins with “/” or “~/”.");
-    std::error_code why;
-    const std::filesystem::file_status status = std::filesystem::status(folder, why);
-    if (!std::filesystem::exists(status))
-        return {};
-    if (!std::filesystem::is_directory(status))
-        return tr("%1 is a file.").arg(inQuotes(folder.filename().string()));
-    if (!std::filesystem::is_empty(folder, why))
-        return why ? tr("The folder %1 may not be read.").arg(inQuotes(folder.filename().string()))
-                   : tr("The folder %1 is not empty.").arg(inQuotes(folder.filename().string()));
-    return {};
+    return folder_->problemUnlessEmpty();
 }
 
 QString CloneDialog::note() const

@@ -62,6 +62,25 @@ fs::path FolderField::folder() const
 
 bool FolderField::isEmpty() const { return field_->text().trimmed().isEmpty(); }
 
+QString FolderField::problemUnlessEmpty() const
+{
+    if (isEmpty())
+        return {};
+    const fs::path place = folder();
+    if (place.empty())
+        return tr("Enter the folder as a whole path, which begins with “/” or “~/”.");
+    std::error_code why;
+    const fs::file_status status = fs::status(place, why);
+    if (!fs::exists(status))
+        return {};
+    const QString name = inQuotes(place.filename().string());
+    if (!fs::is_directory(status))
+        return tr("%1 is a file.").arg(name);
+    if (!fs::is_empty(place, why))
+        return why ? tr("The folder %1 may not be read.").arg(name) : tr("The folder %1 is not empty.").arg(name);
+    return {};
+}
+
 void FolderField::setFolder(const fs::path& folder)
 {
     isTyped_ = true;

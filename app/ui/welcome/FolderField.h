@@ -20,6 +20,11 @@ public:
     /// Returns the typed folder without dots and a slash at its end; an empty path where it is no whole one.
     std::filesystem::path folder() const;
     bool isEmpty() const;
+    /// Returns a sentence that says why nothing new can be put into the folder: it has files, or is none. Returns an empty
+    /// one for a folder that is missing or empty, and while nothing is typed.
+    QString problemUnlessEmpty() const;
+    /// Has names suggested in this folder.
+    void startIn(const std::filesystem::path& parent) { parent_ = parent; }
     void setFolder(const std::filesystem::path& folder);
     /// Puts `name` into the folder that was chosen last, unless the user has typed a path.
     void suggest(const QString& name);

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "GitKit/records/Worktree.h"
+#include "app/store/GitAccess.h"
+#include "app/store/Observed.h"
+#include "app/store/readers/Latest.h"
+#include "app/store/readers/NeighbourReaders.h"
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <vector>
+
+namespace plovik {
+
+class Snapshot;
+class WindowState;
+
+/// The other working trees of the repository, read again with every full refresh. A repository that has none costs a look
+/// at one folder. A failed read leaves the values unchanged. Owned by the store; main thread.
+class Neighbours {
+    Q_DECLARE_TR_FUNCTIONS(plovik::Neighbours)
+
+public:
+    Neighbours(const GitAccess& git, WindowState& window, Snapshot& snapshot);
+    Neighbours(const Neighbours&) = delete;
+    Neighbours& operator=(const Neighbours&) = delete;
+
+    /// All working trees, the main one first; empty when there is only this one.
+    Observed<std::vector<gitkit::Worktree>, Neighbours> worktrees;
+    /// Why the last read failed; empty when it has not.
+    Observed<QString, Neighbours> problem;
+
+private:
+    QCoro::Task<> readingAgain();
+    void wereRead();
+    void tellUnreadable(int count);
+
+    WindowState& window_;
+    int told_ = 0; ///< the number of unreadable ones that the user was told
+    Latest<NeighboursRequest, NeighboursRead> read_;
+};
+
+} // namespace plovik

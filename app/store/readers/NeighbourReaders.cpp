@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/store/readers/NeighbourReaders.h"
+
+#include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Worktrees.h"
+
+namespace plovik {
+
+NeighboursRead readNeighbours(const gitkit::GitRepository& repo, const NeighboursRequest& /*request*/)
+{
+    return {.worktrees = gitkit::worktrees(repo)};
+}
+
+} // namespace plovik
