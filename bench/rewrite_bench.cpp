@@ -76,6 +76,17 @@ void BM_RehearsePlan(benchmark::State& state)
 }
 BENCHMARK(BM_RehearsePlan)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(5);
 
+/// What the rows show first, while the rest is found out.
+void BM_RehearseFirstSteps(benchmark::State& state)
+{
+    const RewritePlan first = firstSteps(turnedRound(), 4);
+    for ([[maybe_unused]] auto _ : state) {
+        if (rehearsed(longBranch(), first).marks.size() != 4)
+            state.SkipWithError("other steps");
+    }
+}
+BENCHMARK(BM_RehearseFirstSteps)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(9);
+
 void BM_ApplyPlan(benchmark::State& state)
 {
     for ([[maybe_unused]] auto _ : state) {

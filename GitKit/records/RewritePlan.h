@@ -78,6 +78,8 @@ RewriteCounts countsOf(const RewritePlan& plan);
 Hashes movedCommits(const RewritePlan& plan);
 /// Returns the commits of a plan that do not stay as they are, and all that stand on those, the oldest first.
 Hashes affectedCommits(const RewritePlan& plan);
+/// Returns the plan up to the `changed`th step that does not leave its commit as it is, with what is squashed into that.
+RewritePlan firstSteps(const RewritePlan& plan, std::size_t changed);
 
 const RewriteStep* stepOf(const RewritePlan& plan, std::string_view commit);
 /// Returns the commit into which this one goes; empty when it stays one of its own.
@@ -103,11 +105,5 @@ RewritePlan reworded(const RewritePlan& plan, const std::string& commit, std::st
 RewritePlan split(const RewritePlan& plan, const std::string& commit, CommitPart part, std::string partMessage,
                   std::string message);
 RewritePlan stoppingAt(const RewritePlan& plan, const std::string& commit);
-/// Puts the commits whose messages begin with "fixup! ", "squash! " or "amend! " into those that they name. `messages`
-/// are those of the plan's commits, in the order of RewritePlan::commits.
-RewritePlan autosquashed(const RewritePlan& plan, const std::vector<std::string>& messages);
-
-/// Returns two messages as one; of a second one that says where it belongs, the first line goes.
-std::string joinedMessages(std::string_view first, std::string_view second);
 
 } // namespace gitkit

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"
+#include "GitKit/records/Autosquash.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Operations.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GitKit/rewrite/Rebasing.h"
+#include "GitKit/records/Autosquash.h"
 
 #include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"

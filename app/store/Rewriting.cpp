@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/store/Rewriting.h"
 
+#include "GitKit/records/Autosquash.h"
 #include "app/store/Changes.h"
 #include "app/store/History.h"
 #include "app/store/RewriteChanges.h"
@@ -44,6 +45,9 @@ std::string bytesOfMessage(const QString& text)
     return message + '\n';
 }
 
+/// So many steps of a plan are found out before the rest: it takes a moment.
+constexpr std::size_t stepsAtFirst = 4;
+
 bool saysWhereItBelongs(const std::string& message)
 {
     return message.starts_with("fixup! ") || message.starts_with("squash! ") || message.starts_with("amend! ");
@@ -54,6 +58,7 @@ bool saysWhereItBelongs(const std::string& message)
 Rewriting::Rewriting(const GitAccess& git, WindowState& window, Snapshot& snapshot, Changes& changes, History& history)
     : window_(window), snapshot_(snapshot), changes_(changes), history_(history),
       movableReading_(git, &plovik::readMovable, [this] { takeMovable(); }),
+      beginning_(git, &readRehearsal, [this] { takeBeginning(); }),
       rehearsal_(git, &readRehearsal, [this] { takeOutcome(); })
 {
     // Also a branch that was made or moved, and a fetch, change what may be changed.
@@ -147,6 +152,23 @@ void Rewriting::follow(const MovableCommits& now)
     show(std::move(next));
 }
 
+void Rewriting::rehearse(const RewritePlan& next)
+{
+    RewritePlan first = gitkit::firstSteps(next, stepsAtFirst);
+    if (first.steps.size() < next.steps.size())
+        beginning_.ask(std::move(first));
+    else
+        beginning_.forget();
+    rehearsal_.ask(next);
+    takeBeginning();
+}
+
+void Rewriting::takeBeginning()
+{
+    if (!outcome.value() && beginning_.answer() && beginning_.answered() == beginning_.asked())
+        marks = beginning_.answer()->marks;
+}
+
 void Rewriting::takeOutcome()
 {
     if (rehearsal_.isReading() || !plan.value())
@@ -154,6 +176,7 @@ void Rewriting::takeOutcome()
     // What cannot be found out is found out by doing it.
     outcome = rehearsal_.failure() ? RewriteOutcome{.marks = std::vector<RewriteMark>(plan.value()->steps.size())}
                                    : *rehearsal_.answer();
+    marks = outcome.value()->marks;
 }
 
 // What is said.
@@ -187,15 +210,15 @@ QString Rewriting::whyNot(const gitkit::Hashes& commits) const
                : tr("Only commits of the branch that is checked out can be changed, down to its first merge.");
 }
 
-RewriteMark Rewriting::markOf(const std::string& commit) const
+std::optional<RewriteMark> Rewriting::markOf(const std::string& commit) const
 {
-    if (!plan.value() || !outcome.value())
+    if (!plan.value())
         return {};
     const auto& steps = plan.value()->steps;
     const auto step = std::ranges::find(steps, commit, &gitkit::RewriteStep::commit);
     const auto place = static_cast<std::size_t>(step - steps.begin());
-    const auto& marks = outcome.value()->marks;
-    return place < marks.size() ? marks[place] : RewriteMark();
+    const auto& known = marks.value();
+    return place < known.size() ? std::optional(known[place]) : std::nullopt;
 }
 
 std::string Rewriting::messageOf(const std::string& commit) const
@@ -274,12 +297,14 @@ void Rewriting::take(RewritePlan next)
 void Rewriting::show(std::optional<RewritePlan> next)
 {
     outcome = std::nullopt;
+    marks = std::vector<RewriteMark>();
     gitkit::Hashes order;
     if (next) {
         for (auto step = next->steps.rbegin(); step != next->steps.rend(); ++step)
             order.push_back(step->commit);
-        rehearsal_.ask(*next);
+        rehearse(*next);
     } else {
+        beginning_.forget();
         rehearsal_.forget();
     }
     plan = next;
@@ -344,7 +369,7 @@ void Rewriting::dropEmptied()
 {
     gitkit::Hashes emptied;
     for (const RewriteStep& step : current().steps) {
-        if (markOf(step.commit).kind == RewriteMark::Kind::emptied)
+        if (const auto mark = markOf(step.commit); mark && mark->kind == RewriteMark::Kind::emptied)
             emptied.push_back(step.commit);
     }
     drop(emptied);

@@ -49,6 +49,8 @@ public:
     Observed<std::optional<gitkit::RewritePlan>, Rewriting> plan;
     /// What the plan comes to; nullopt while that is found out, and without a plan.
     Observed<std::optional<gitkit::RewriteOutcome>, Rewriting> outcome;
+    /// What becomes of the steps, the oldest first, as far as that is found out: the first ones before the rest.
+    Observed<std::vector<gitkit::RewriteMark>, Rewriting> marks;
 
     const gitkit::MovableCommit* find(const std::string& commit) const;
     /// Returns a sentence that says why these cannot be changed; an empty text when they can.
@@ -56,7 +58,8 @@ public:
 
     // What the plan says of a commit.
 
-    gitkit::RewriteMark markOf(const std::string& commit) const;
+    /// Returns nullopt where nothing was found out yet.
+    std::optional<gitkit::RewriteMark> markOf(const std::string& commit) const;
     /// Returns the message that the commit will have, with those that are squashed into it.
     std::string messageOf(const std::string& commit) const;
     /// Returns how many commits say that they belong into another one.
@@ -105,7 +108,9 @@ private:
     void selectWanted();
     void readMovable();
     void takeMovable();
+    void takeBeginning();
     void takeOutcome();
+    void rehearse(const gitkit::RewritePlan& next);
     void follow(const gitkit::MovableCommits& now);
     gitkit::RewritePlan current() const;
     void take(gitkit::RewritePlan next);
@@ -124,6 +129,7 @@ private:
     QPropertyNotifier rowsNotifier_;
     QPropertyNotifier selectionNotifier_;
     Latest<MovableQuestion, gitkit::MovableCommits> movableReading_;
+    Latest<gitkit::RewritePlan, gitkit::RewriteOutcome> beginning_; ///< of the plan, which is there soon
     Latest<gitkit::RewritePlan, gitkit::RewriteOutcome> rehearsal_;
 };
 

@@ -59,6 +59,29 @@ struct PlansInWindow : testing::Test, UndoWindow {
     Rewriting& plans = store.rewriting();
 };
 
+TEST_F(PlansInWindow, MarkTheFirstRowsBeforeTheRestIsFoundOut)
+{
+    for (const char* name : {"five", "six", "seven"}) {
+        repo.write(name, name).commit(name);
+        hashes.push_back(repo.head());
+    }
+    load();
+    worker.finishAll();
+    plans.move({hashes[6]}, hashes[0]);
+    EXPECT_FALSE(plans.markOf(hashes[0]));
+    worker.finish();
+    EXPECT_EQ(plans.markOf(hashes[0])->kind, MarkKind::unchanged);
+    EXPECT_EQ(plans.markOf(hashes[6])->kind, MarkKind::rewritten);
+    EXPECT_FALSE(plans.markOf(hashes[5]));
+    EXPECT_FALSE(plans.outcome.value()) << "it is not to be applied before all is known";
+    // The next plan begins alike.
+    plans.drop({hashes[5]});
+    EXPECT_EQ(plans.markOf(hashes[6])->kind, MarkKind::rewritten);
+    worker.finishAll();
+    EXPECT_EQ(plans.markOf(hashes[5])->kind, MarkKind::dropped);
+    EXPECT_EQ(plans.markOf(hashes[4])->kind, MarkKind::rewritten);
+}
+
 TEST_F(PlansInWindow, ShowWhatBecomesOfTheRowsAndDoNothingBeforeApply)
 {
     const std::string before = wholeState(repo);
@@ -69,8 +92,8 @@ TEST_F(PlansInWindow, ShowWhatBecomesOfTheRowsAndDoNothingBeforeApply)
     EXPECT_EQ(store.history().history.value().rowOf(hashes[3]), 1U);
     worker.finishAll();
     EXPECT_EQ(sentence(), "Plan: 1 moved — no conflicts");
-    EXPECT_EQ(plans.markOf(hashes[0]).kind, MarkKind::unchanged);
-    EXPECT_EQ(plans.markOf(hashes[2]).kind, MarkKind::rewritten);
+    EXPECT_EQ(plans.markOf(hashes[0])->kind, MarkKind::unchanged);
+    EXPECT_EQ(plans.markOf(hashes[2])->kind, MarkKind::rewritten);
     plans.squash({hashes[2]}, hashes[1], StepAct::squash);
     plans.reword(hashes[0], QStringLiteral("first"));
     plans.drop({hashes[3]});
@@ -311,7 +334,7 @@ TEST_F(PlansInWindow, LetGitResolveWhatConflicts)
     worker.finishAll();
     EXPECT_EQ(sentence(), "Plan: 1 moved — conflicts in 1 file");
     EXPECT_EQ(plans.markOf(five), (gitkit::RewriteMark{MarkKind::conflicts, {"four"}}));
-    EXPECT_EQ(plans.markOf(hashes[2]).kind, MarkKind::unknown);
+    EXPECT_EQ(plans.markOf(hashes[2])->kind, MarkKind::unknown);
     EXPECT_EQ(plans.applyTitle().toStdString(), "Apply and Resolve");
     const std::string before = wholeState(repo);
     plans.apply();

@@ -92,7 +92,7 @@ HistoryList::HistoryList(RepositoryStore& store, QWidget* parent)
     notifiers_.push_back(store_.history().searchesInGraph.addNotifier(repaint));
     notifiers_.push_back(store_.matches().changes.addNotifier(repaint));
     notifiers_.push_back(store_.rewriting().plan.addNotifier(repaint));
-    notifiers_.push_back(store_.rewriting().outcome.addNotifier(repaint));
+    notifiers_.push_back(store_.rewriting().marks.addNotifier(repaint));
     notifiers_.push_back(store_.rewriting().movable.addNotifier(repaint));
     takeSearch();
     followSelectedCommit();

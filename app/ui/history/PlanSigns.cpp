@@ -91,12 +91,11 @@ PlanSign planSignOf(const Rewriting& rewriting, const std::string& commit)
     if (!step)
         return sign;
     QStringList texts{actText(rewriting, *step)};
-    if (rewriting.outcome.value()) {
-        const RewriteMark mark = rewriting.markOf(commit);
-        texts << markText(mark);
-        sign.isWarning = mark.kind == RewriteMark::Kind::conflicts;
+    if (const auto mark = rewriting.markOf(commit)) {
+        texts << markText(*mark);
+        sign.isWarning = mark->kind == RewriteMark::Kind::conflicts;
         if (sign.isWarning)
-            sign.toolTip = namesInLines(mark.paths);
+            sign.toolTip = namesInLines(mark->paths);
     }
     texts.removeAll(QString());
     sign.text = texts.join(u" · "_s);
