@@ -3,6 +3,7 @@
 #include "app/services/watcher/RepositoryWatcher.h"
 #include "tests/app/EventWait.h"
 #include "tests/support/NoMoreThreads.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -29,20 +30,6 @@ namespace fs = std::filesystem;
 void run(const std::string& command) { ASSERT_EQ(std::system(command.c_str()), 0) << command; }
 
 void write(const fs::path& file, std::string_view text = "text") { std::ofstream(file, std::ios::binary) << text; }
-
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        std::string name = (fs::canonical(fs::temp_directory_path()) / "watcher-XXXXXX").string();
-        path_ = ::mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { fs::remove_all(path_); }
-    const fs::path& path() const { return path_; }
-
-private:
-    fs::path path_;
-};
 
 /// Watches one root, except folders named "skipped"; ".noise" files are not told.
 class TestScope : public WatchScope {
