@@ -416,10 +416,19 @@ void Rewriting::applyNow()
     changes_.run(isClean && !stops ? inMemory(open) : byGit(open));
 }
 
+/// Not every plan was shown before it is carried out.
+void Rewriting::tellBranches(Change& change, const RewritePlan& what) const
+{
+    const QString moved = planBranchesMoved(what, movable.value().branches);
+    if (change.undo && !moved.isEmpty())
+        change.undo->done += u' ' + moved;
+}
+
 Change Rewriting::inMemory(const RewritePlan& what)
 {
     const auto prepared = std::make_shared<RewriteOutcome>();
     Change change = rewriteInMemory(what, shownBranch(what.branch), prepared);
+    tellBranches(change, what);
     change.succeeded = [this, prepared] {
         const std::map<std::string, std::string> now(prepared->rewritten.begin(), prepared->rewritten.end());
         const auto& selected = window_.selectedCommit.value();
@@ -451,6 +460,8 @@ void Rewriting::rebase(const gitkit::RebaseProposal& proposal, const QString& on
     const bool isClean = proposal.outcome.result == RewriteOutcome::Result::clean;
     Change change = isClean ? inMemory(proposal.plan) : byGit(proposal.plan);
     sayRebase(change, shownBranch(proposal.plan.branch), onto);
+    if (isClean)
+        tellBranches(change, proposal.plan);
     changes_.run(std::move(change));
 }
 

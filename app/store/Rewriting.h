@@ -118,6 +118,7 @@ private:
     void applyNow();
     Change inMemory(const gitkit::RewritePlan& plan);
     Change byGit(const gitkit::RewritePlan& plan);
+    void tellBranches(Change& change, const gitkit::RewritePlan& what) const;
     static QString shownBranch(const std::string& branch);
 
     WindowState& window_;

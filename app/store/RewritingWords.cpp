@@ -75,6 +75,19 @@ QString planBranchesSentence(const RewritePlan& plan, const std::vector<gitkit::
     return sentences.join(u" · "_s);
 }
 
+QString planBranchesMoved(const RewritePlan& plan, const std::vector<gitkit::BranchOnCommit>& branches)
+{
+    const gitkit::Hashes affected = gitkit::affectedCommits(plan);
+    QStringList moved;
+    for (const gitkit::BranchOnCommit& branch : branches) {
+        if (branch.heldBy.empty() && std::ranges::find(affected, branch.commit) != affected.end())
+            moved << inQuotes(withoutBranchPrefix(branch.name));
+    }
+    if (moved.size() > 1)
+        return RewritingTexts::tr("%Ln branch(es) moved along.", nullptr, static_cast<int>(moved.size()));
+    return moved.isEmpty() ? QString() : RewritingTexts::tr("%1 moved along.").arg(moved.front());
+}
+
 QString planSentence(const RewritePlan& plan, const std::optional<RewriteOutcome>& outcome,
                      const MovableCommits& movable)
 {

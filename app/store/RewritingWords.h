@@ -20,6 +20,8 @@ QString planSentence(const gitkit::RewritePlan& plan, const std::optional<gitkit
                      const gitkit::MovableCommits& movable);
 /// Says which other branches move along with a plan and which stay; empty where there are none.
 QString planBranchesSentence(const gitkit::RewritePlan& plan, const std::vector<gitkit::BranchOnCommit>& branches);
+/// Says after it which other branches have moved; empty where there are none.
+QString planBranchesMoved(const gitkit::RewritePlan& plan, const std::vector<gitkit::BranchOnCommit>& branches);
 /// Says which commits of a plan others may have; empty where they have none of them.
 QString planPublishedSentence(const gitkit::RewritePlan& plan, const gitkit::MovableCommits& movable);
 QString planApplyTitle(const std::optional<gitkit::RewriteOutcome>& outcome);

@@ -1020,6 +1020,13 @@
             <numerusform>Drop all %Ln commits?</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln branch(es) moved along.</source>
+        <translation>
+            <numerusform>%Ln branch moved along.</numerusform>
+            <numerusform>%Ln branches moved along.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>plovik::SplitDialog</name>
@@ -1251,8 +1258,8 @@
     <message numerus="yes">
         <source>%Ln file(s) or folder(s) are in no commit. They are moved into the repository&apos;s folder “plovik/saved” and are kept there for 30 days.</source>
         <translation>
-            <numerusform>%Ln file or folder are in no commit. They are moved into the repository's folder “plovik/saved” and are kept there for 30 days.</numerusform>
-            <numerusform>%Ln files or folders are in no commit. They are moved into the repository's folder “plovik/saved” and are kept there for 30 days.</numerusform>
+            <numerusform>%Ln file or folder are in no commit. They are moved into the repository&apos;s folder “plovik/saved” and are kept there for 30 days.</numerusform>
+            <numerusform>%Ln files or folders are in no commit. They are moved into the repository&apos;s folder “plovik/saved” and are kept there for 30 days.</numerusform>
         </translation>
     </message>
 </context>

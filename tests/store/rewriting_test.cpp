@@ -311,7 +311,7 @@ TEST_F(PlansInWindow, PutCommitsOntoABranch)
     plans.rebase(proposal(hashes[2]), QStringLiteral("base"));
     worker.finishAll();
     EXPECT_EQ(error(), "");
-    EXPECT_EQ(said(), "Rebased main onto base.");
+    EXPECT_EQ(said(), "Rebased main onto base. “mid” moved along.");
     EXPECT_EQ(subjects(), "one\nother two\nthree\nfour");
     EXPECT_EQ(repo.read({"rev-parse", "mid"}), repo.read({"rev-parse", "HEAD~1"}));
     undo();
