@@ -1258,7 +1258,7 @@
     <message numerus="yes">
         <source>%Ln file(s) or folder(s) are in no commit. They are moved into the repository&apos;s folder “plovik/saved” and are kept there for 30 days.</source>
         <translation>
-            <numerusform>%Ln file or folder are in no commit. They are moved into the repository&apos;s folder “plovik/saved” and are kept there for 30 days.</numerusform>
+            <numerusform>%Ln file or folder is in no commit. It is moved into the repository&apos;s folder “plovik/saved” and is kept there for 30 days.</numerusform>
             <numerusform>%Ln files or folders are in no commit. They are moved into the repository&apos;s folder “plovik/saved” and are kept there for 30 days.</numerusform>
         </translation>
     </message>
