@@ -64,7 +64,8 @@ QString reason(const std::exception& failure)
     if (kind == gitkit::ErrorKind::notARepository)
         refuse(FolderTexts::tr("“%1” is not in a git repository.").arg(told(name)));
     if (kind == gitkit::ErrorKind::bareRepository)
-        refuse(FolderTexts::tr("“%1” has no working tree: it is a bare repository or a folder of git's own.")
+        refuse(FolderTexts::tr("“%1” has no working tree: it is a folder of git's own, or a bare repository that "
+                               "safe.bareRepository keeps git from using.")
                    .arg(told(name)));
     refuse(FolderTexts::tr("“%1” could not be opened: %2").arg(told(name), reason(failure)));
 }

@@ -13,7 +13,7 @@ struct UnopenableFolder : std::runtime_error {
 };
 
 /// Returns the folder that `name` means, absolute and without links: `name` itself, or its parent if it is a file. Runs
-/// git, and throws UnopenableFolder unless the folder is in a repository's working tree.
+/// git, and throws UnopenableFolder unless the folder is in a repository's working tree or in a bare repository.
 std::filesystem::path repositoryFolder(const std::string& name);
 
 /// Returns the folder that a clone of `address` goes to, absolute: `name`, or where that is empty a new one in the current

@@ -33,6 +33,7 @@ enum class ErrorKind {
     operationUnfinished,        ///< a merge, cherry-pick or revert would be ended without a word
     indexNotRestorable,         ///< what was staged in a stash cannot be staged again; nothing was changed
     changedMeanwhile,           ///< the file, stash or branch is no longer what the caller saw; nothing was changed
+    contentsNotHere,            ///< a partial clone has not fetched them yet
     missingObject,              ///< the repository is damaged or incomplete
     identityUnknown,            ///< git knows neither name nor address for a commit
     checkedOutElsewhere,

@@ -53,7 +53,7 @@ std::vector<ChangeCounts> changeCounts(const GitRepository& repo, const std::str
 {
     const auto counts = [&repo](const std::string& commit) {
         return NumStatParser::parse(
-            repo.runner().bytes({"show", "--format=", "--numstat", "-z", "-M", "--first-parent", "--no-ext-diff",
+            repo.runner().bytes({"show", "--format=", "--numstat", "-z", "--first-parent", "--no-ext-diff",
                                  "--no-textconv", commitArgument("show", commit), "--"}));
     };
     std::vector<ChangeCounts> files = counts(hash);

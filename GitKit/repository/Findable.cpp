@@ -3,6 +3,7 @@
 
 #include "GitKit/Text.h"
 #include "GitKit/parsers/Fields.h"
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 
 #include <algorithm>
@@ -26,6 +27,10 @@ std::vector<std::string> refNames(const GitRepository& repo, RefOrder order)
 
 std::vector<std::string> trackedPaths(const GitRepository& repo)
 {
+    if (isBare(repo.root())) {
+        const GitOutput atHead = repo.runner().output({"ls-tree", "-r", "-z", "--name-only", "HEAD"});
+        return atHead.status == 0 ? splitNul(atHead.stdoutBytes) : std::vector<std::string>();
+    }
     std::vector<std::string> paths = splitNul(repo.runner().bytes({"ls-files", "-z"}));
     // A file with conflicts is listed once for each of its versions.
     const auto repeated = std::ranges::unique(paths);

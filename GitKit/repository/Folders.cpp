@@ -52,6 +52,13 @@ GitDirectories gitDirectories(const GitRepository& repo)
     return {ask("--git-dir"), ask("--git-common-dir")};
 }
 
+bool isBare(const std::filesystem::path& root)
+{
+    std::error_code ignored;
+    return !std::filesystem::exists(root / ".git", ignored) && std::filesystem::exists(root / "HEAD", ignored) &&
+           std::filesystem::is_directory(root / "objects", ignored);
+}
+
 std::vector<std::string> ignoredFolders(const GitRepository& repo)
 {
     std::vector<std::string> folders;

@@ -18,6 +18,9 @@ GitDirectories gitDirectories(const GitRepository& repo);
 /// The paths of the submodules in the index.
 std::vector<std::string> submodulePaths(const GitRepository& repo);
 
+/// Returns whether a repository's root is a bare repository's own folder. Looks at the disk and runs no git.
+bool isBare(const std::filesystem::path& root);
+
 /// The folders whose whole content git ignores, without the folders inside them.
 std::vector<std::string> ignoredFolders(const GitRepository& repo);
 

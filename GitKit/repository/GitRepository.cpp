@@ -8,6 +8,7 @@
 #include "GitKit/parsers/RefParser.h"
 #include "GitKit/parsers/StashParser.h"
 #include "GitKit/parsers/StatusParser.h"
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/HistoryWalk.h"
 #include "GitKit/repository/RefArguments.h"
 #include "GitKit/runner/GitError.h"
@@ -25,7 +26,9 @@ namespace {
 RunContext pinnedTo(const std::filesystem::path& root, RunContext context)
 {
     const std::string above = root.parent_path().string();
-    if (above.find(':') == std::string::npos)
+    if (isBare(root)) // no working tree to be required
+        context.environment.emplace_back("GIT_DIR", root.string());
+    else if (above.find(':') == std::string::npos)
         context.environment.emplace_back("GIT_CEILING_DIRECTORIES", above);
     else
         context.requiredTopLevel = root;
@@ -57,6 +60,50 @@ void requireReadableHead(const GitRunner& runner)
                        ErrorKind::missingObject);
 }
 
+/// What can be said of a repository without a working tree.
+RepoStatus bareStatus(const GitRunner& runner)
+{
+    RepoStatus status;
+    status.isBare = true;
+    constexpr std::string_view branches = "refs/heads/";
+    const std::string head(withoutLineEnd(runner.output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes));
+    if (head.starts_with(branches))
+        status.branch = head.substr(branches.size());
+    const GitOutput commit = runner.output({"rev-parse", "--verify", "--quiet", "HEAD^{commit}"});
+    if (commit.status == 0)
+        status.oid = withoutLineEnd(commit.stdoutBytes);
+    else if (head.empty())
+        throw failureOf("rev-parse", runner.output({"rev-parse", "--verify", "HEAD^{commit}"}));
+    return status;
+}
+
+/// Returns the bare repository that holds `folder`; empty where there is none, as in a folder of a working tree's data.
+std::filesystem::path bareRoot(const std::filesystem::path& folder)
+{
+    const GitOutput found = GitRunner(folder).output({"rev-parse", "--is-bare-repository", "--absolute-git-dir"});
+    constexpr std::string_view yes = "true\n";
+    if (found.status != 0 || !found.stdoutBytes.starts_with(yes))
+        return {};
+    const std::string_view printed = std::string_view(found.stdoutBytes).substr(yes.size());
+    const std::filesystem::path root = std::filesystem::path(withoutLineEnd(printed)).lexically_normal();
+    return isBare(root) ? root : std::filesystem::path();
+}
+
+/// Returns what git calls the top level of the working tree around `folder`, or the folder of a bare repository.
+std::filesystem::path foundRoot(const std::filesystem::path& folder)
+{
+    try {
+        return std::filesystem::path(withoutLineEnd(GitRunner(folder).bytes({"rev-parse", "--show-toplevel"})))
+            .lexically_normal();
+    } catch (const GitError& error) {
+        std::filesystem::path bare =
+            error.kind() == ErrorKind::bareRepository ? bareRoot(folder) : std::filesystem::path();
+        if (bare.empty())
+            throw;
+        return bare;
+    }
+}
+
 std::vector<std::string> logArguments(const std::vector<std::string>& scope, int limit,
                                       const std::optional<HistoryFilter>& filter)
 {
@@ -85,11 +132,12 @@ GitRepository GitRepository::unheard() const
 std::filesystem::path GitRepository::topLevel(const std::filesystem::path& folder)
 {
     GitExecutable::requireSupported();
-    std::string found(withoutLineEnd(GitRunner(folder).bytes({"rev-parse", "--show-toplevel"})));
-    if (found.empty())
+    std::filesystem::path root = foundRoot(folder);
+    if (root.empty())
         throw GitError("rev-parse", 0, "Not a git working tree: " + repairedUtf8(folder.string()),
                        ErrorKind::notARepository);
-    std::filesystem::path root = std::filesystem::path(std::move(found)).lexically_normal();
+    if (isBare(root))
+        return root;
     // With core.worktree, the files may be where git does not find the repository again.
     std::error_code ignored;
     const std::filesystem::path inside = std::filesystem::weakly_canonical(folder, ignored).lexically_relative(root);
@@ -104,6 +152,8 @@ std::string GitRepository::git(const std::vector<std::string>& arguments) const 
 
 RepoStatus GitRepository::status() const
 {
+    if (isBare(root_))
+        return bareStatus(runner_);
     const GitOutput output = runner_.accepted({StatusParser::arguments.begin(), StatusParser::arguments.end()});
     RepoStatus status = StatusParser::parse(output.stdoutBytes);
     if (!status.oid && status.branch == unreadableHead)
@@ -129,6 +179,8 @@ std::vector<std::string> GitRepository::remotes() const { return RemoteParser::p
 
 std::vector<Stash> GitRepository::stashes() const
 {
+    if (isBare(root_)) // git lists none there
+        return {};
     return StashParser::parse(runner_.bytes({"stash", "list", "-z", StashParser::format}));
 }
 

@@ -28,7 +28,7 @@
 
 namespace gitkit {
 
-/// The door to a repository: a working tree's root and the first operations on it. Others are free functions over this
+/// The door to a repository: a working tree's root, or a bare repository, of which the reads that need no files work, and the first operations on it. Others are free functions over this
 /// class, with one pair of files for each topic in this folder.
 ///
 /// An immutable value. Every method blocks until its git process has ended. Methods may run on any thread, several at
@@ -37,7 +37,7 @@ namespace gitkit {
 /// printed.
 class GitRepository {
 public:
-    /// `root` is a working tree's top level as topLevel() returns it.
+    /// `root` is what topLevel() returns.
     explicit GitRepository(std::filesystem::path root, RunContext context = {});
     /// Returns the same repository with another context for its runs.
     GitRepository in(RunContext context) const { return GitRepository(root_, std::move(context)); }
@@ -48,7 +48,7 @@ public:
     /// Runs git in the root. Only for the functions over this class.
     const GitRunner& runner() const { return runner_; }
 
-    /// The top level of the working tree that holds `folder`.
+    /// The top level of the working tree that holds `folder`, or the folder of the bare repository that does.
     static std::filesystem::path topLevel(const std::filesystem::path& folder);
 
     /// Runs git with any arguments and returns what it printed, repaired for showing.

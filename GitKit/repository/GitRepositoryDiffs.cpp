@@ -156,7 +156,7 @@ CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kin
 {
     const std::string commit = commitArgument("show", hash);
     const std::string output =
-        runner_.bytes({"show", LogParser::detailFormat, "--name-status", "-z", "-M", "--first-parent", commit, "--"});
+        runner_.bytes({"show", LogParser::detailFormat, "--name-status", "-z", "--first-parent", commit, "--"});
     std::optional<CommitDetail> detail = LogParser::parseDetail(output);
     if (!detail)
         throw GitError("show", 0, "Could not read commit " + hash);
@@ -175,13 +175,13 @@ CommitDetail GitRepository::commitDetail(const std::string& hash, CommitKind kin
 ParsedDiff GitRepository::commitDiff(const std::string& hash, const CommitFile& file, DiffReading reading) const
 {
     const std::string revision = commitArgument("show", file.source.value_or(hash));
-    Arguments arguments = diffArguments({"show", "--format=", "--first-parent", "-M"}, {revision});
+    Arguments arguments = diffArguments({"show", "--format=", "--first-parent"}, {revision});
     return diff(*this, file.path, onExactly(std::move(arguments), allPaths(file)), reading);
 }
 
 ParsedDiff GitRepository::treeDiff(const TreePair& trees, const CommitFile& file, DiffReading reading) const
 {
-    Arguments arguments = diffArguments({"diff", "-M"}, {});
+    Arguments arguments = diffArguments({"diff"}, {});
     std::ranges::move(treeArguments(trees), std::back_inserter(arguments));
     return diff(*this, file.path, onExactly(std::move(arguments), allPaths(file)), reading);
 }
@@ -204,13 +204,13 @@ std::vector<DiffSection> GitRepository::workingDiff(const FileChange& file, Diff
     }
     if (file.hasUnstaged())
         sections.push_back({file.isConflicted ? "Conflict" : "Unstaged",
-                            diff(*this, file.path, onExactly(diffArguments({"diff", "-M"}, {}), {file.path}), reading),
+                            diff(*this, file.path, onExactly(diffArguments({"diff"}, {}), {file.path}), reading),
                             file.isConflicted ? Kind::conflict : Kind::unstaged});
     // Without its old name, a renamed file would look like a new one.
     if (file.hasStaged())
         sections.push_back({"Staged",
                             diff(*this, file.path,
-                                 onExactly(diffArguments({"diff", "--cached", "-M"}, {}),
+                                 onExactly(diffArguments({"diff", "--cached"}, {}),
                                            file.index == 'R' ? file.allPaths() : std::vector{file.path}),
                                  reading),
                             Kind::staged});
@@ -221,8 +221,8 @@ StagedChanges GitRepository::stagedChanges() const
 {
     // Without a limit, one large file would be in memory several times.
     constexpr OutputLimit longest{.lines = std::numeric_limits<std::size_t>::max(), .bytes = 64 * 1024 * 1024};
-    return {runner_.run({"diff", "--cached", "-M", "--stat"}, {.limit = longest}),
-            runner_.run(diffArguments({"diff", "--cached", "-M"}, {}), {.limit = longest})};
+    return {runner_.run({"diff", "--cached", "--stat"}, {.limit = longest}),
+            runner_.run(diffArguments({"diff", "--cached"}, {}), {.limit = longest})};
 }
 
 void GitRepository::applyToIndex(const PartialChange& change) const

@@ -8,6 +8,7 @@
 #include "GitKit/parsers/BlameParser.h"
 #include "GitKit/parsers/LogParser.h"
 #include "GitKit/repository/FileLogStream.h"
+#include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/PathCommand.h"
 #include "GitKit/repository/RefArguments.h"
@@ -39,8 +40,8 @@ std::vector<FileRevision> GitRepository::fileLog(const std::string& path, const 
 std::vector<BlameLine> GitRepository::blame(const std::string& path, const std::optional<std::string>& revision) const
 {
     Arguments arguments{"blame", "--porcelain", "--no-textconv"};
-    if (revision)
-        arguments.push_back(revisionArgument("blame", *revision));
+    if (revision || isBare(root_)) // which has no files of its own
+        arguments.push_back(revisionArgument("blame", revision.value_or("HEAD")));
     arguments.insert(arguments.end(), {"--", path});
     try {
         return BlameParser::parse(runner_.bytes(arguments));

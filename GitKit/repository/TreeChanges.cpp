@@ -7,6 +7,7 @@
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/ScratchIndex.h"
+#include "GitKit/runner/GitError.h"
 
 #include <filesystem>
 #include <system_error>
@@ -27,7 +28,7 @@ std::string compareWithFiles(const GitRepository& repo, const std::vector<std::s
     return repo.runner().bytes(arguments, copy.options());
 }
 
-std::string compare(const GitRepository& repo, const TreePair& trees, Renames renames, const char* format)
+std::string compareOnce(const GitRepository& repo, const TreePair& trees, Renames renames, const char* format)
 {
     if (trees.from == trees.to)
         return {};
@@ -43,6 +44,18 @@ std::string compare(const GitRepository& repo, const TreePair& trees, Renames re
         arguments.push_back(std::move(side));
     arguments.emplace_back("--");
     return isOfWorkingTree ? compareWithFiles(repo, arguments) : repo.runner().bytes(arguments);
+}
+
+/// Where contents are not here, renames stay unpaired.
+std::string compare(const GitRepository& repo, const TreePair& trees, Renames renames, const char* format)
+{
+    try {
+        return compareOnce(repo, trees, renames, format);
+    } catch (const GitError& error) {
+        if (error.kind() != ErrorKind::contentsNotHere || renames != Renames::paired)
+            throw;
+    }
+    return compareOnce(repo, trees, Renames::apart, format);
 }
 
 } // namespace

@@ -123,6 +123,9 @@ constexpr auto rows = std::to_array<Row>({
     {Kind::noSuchPath, "", 128, "fatal: path '", "' exists on disk, but not in '"},
     {Kind::insideSubmodule, "", 128, "fatal: Pathspec '", "' is in submodule '"},
 
+    // A partial clone that may not fetch, or cannot.
+    {Kind::contentsNotHere, "", 128, "fatal: could not fetch ", " from promisor remote"},
+
     // Damage: an object or commit that a ref or a tree names is missing, or its file is no object. "bad object" is also
     // what git says of a whole hash that somebody typed.
     {Kind::missingObject, "", anyStatus, "fatal: bad object ", ""},

@@ -249,7 +249,9 @@ void AppDelegate::reportUnopenable(const std::filesystem::path& folder, const st
     const gitkit::ErrorKind kind = gitkit::errorKindOf(failure);
     if (kind == gitkit::ErrorKind::bareRepository) {
         title = tr("“%1” has no working tree").arg(nameOf(folder));
-        detail += u"\n\n"_s + tr("It is a bare repository or a folder of git's own. Plovik shows working trees.");
+        detail +=
+            u"\n\n"_s + tr("It is a folder of git's own, or a bare repository that safe.bareRepository keeps git from "
+                           "using.");
     } else if (kind != gitkit::ErrorKind::notARepository) {
         title = tr("“%1” could not be opened").arg(nameOf(folder));
         detail += u"\n\n"_s + QString::fromUtf8(failure.what());

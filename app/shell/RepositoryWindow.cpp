@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/shell/RepositoryWindow.h"
 
+#include "GitKit/repository/Folders.h"
 #include "app/platform/DetachedProgram.h"
 #include "app/platform/FileBrowser.h"
 #include "app/platform/Terminal.h"
@@ -67,7 +68,9 @@ RepositoryWindow::RepositoryWindow(std::filesystem::path root, SidebarItem secti
       onClose_(std::move(onClose))
 {
     // Started first, so that git reads while the views are made. Only the selected section's views are made now.
-    store_->window().select(std::move(section));
+    const bool hasTree = !gitkit::isBare(this->root());
+    store_->window().select(hasTree || section != SidebarItem::workingCopy() ? std::move(section)
+                                                                             : SidebarItem::history());
     store_->snapshot().refresh(RefreshScope::full);
     view_ = new RepositoryView(*store_, this);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -111,7 +114,8 @@ void RepositoryWindow::show(SidebarItem item) { store_->window().select(std::mov
 
 void RepositoryWindow::updateTitle()
 {
-    const QString folder = shownText(root().filename().native());
+    const QString name = shownText(root().filename().native());
+    const QString folder = store_->changes().isReadOnly() ? tr("%1 (bare)", "folder").arg(name) : name;
     const QString head = store_->snapshot().headDescription();
     setWindowTitle(plainTitle(head.isEmpty() ? folder : tr("%1 — %2", "folder, branch").arg(folder, head)));
 }

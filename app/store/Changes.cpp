@@ -135,7 +135,7 @@ Changes::~Changes() = default;
 
 bool Changes::run(Change change)
 {
-    if (!change.title.isEmpty() && !offers(change.verb)) {
+    if (isReadOnly() || (!change.title.isEmpty() && !offers(change.verb))) {
         // A question may have been answered after something else began.
         window_.tell(whyNot(change.verb));
         return false;
@@ -376,6 +376,8 @@ std::optional<RunningChange> Changes::obstacle(Verb verb) const
 
 QString Changes::whyNot(Verb verb) const
 {
+    if (isReadOnly())
+        return tr("This is a bare repository: it has no working tree, and is only shown.");
     const std::optional<RunningChange> other = obstacle(verb);
     return other ? tr("Not while this runs: %1").arg(other->title) : QString();
 }

@@ -101,7 +101,9 @@ public:
     Observed<std::vector<RunningChange>, Changes> running;
     bool isRunning(std::initializer_list<Verb> verbs) const;
     /// Returns whether a change with a title would begin now.
-    bool offers(Verb verb) const { return !obstacle(verb); }
+    bool offers(Verb verb) const { return !isReadOnly() && !obstacle(verb); }
+    /// Returns whether no change can begin at all: a bare repository is only shown.
+    bool isReadOnly() const { return snapshot_.status.value().isBare; }
     /// Returns the running change that keeps the verb from being offered, or nullopt when it is offered.
     std::optional<RunningChange> obstacle(Verb verb) const;
     /// Returns a sentence that says why a verb is not offered, or an empty text when it is.

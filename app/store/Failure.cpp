@@ -34,6 +34,12 @@ Failure failureOf(const std::exception& thrown)
             QCoreApplication::translate("Failure", "This is no repository any more: git finds none in its folder.");
         return failure;
     }
+    if (failure.kind == gitkit::ErrorKind::contentsNotHere) {
+        failure.speaker = gitkit::Speaker::plovik;
+        failure.message = QCoreApplication::translate(
+            "Failure", "The contents are not here: this clone fetches them when they are needed.");
+        return failure;
+    }
     if (dynamic_cast<const std::bad_alloc*>(&thrown) || dynamic_cast<const std::length_error*>(&thrown))
         failure.message = QCoreApplication::translate("Failure", "There is not enough memory for this.");
     else if (isOutOfThreads(thrown))

@@ -3,6 +3,7 @@
 
 #include "GitKit/repository/CommitGraphCache.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/PartialClone.h"
 #include "GitKit/repository/ProgramGuard.h"
 #include "app/store/CommandLog.h"
 
@@ -68,7 +69,8 @@ const std::shared_ptr<const std::monostate>& sharedUnderWay()
 GitAccess::GitAccess(std::filesystem::path root, Worker& worker, const CommandLog& log, std::filesystem::path graphs)
     : guard_(std::make_shared<gitkit::ProgramGuard>(root)),
       graph_(std::make_shared<gitkit::CommitGraphCache>(std::move(graphs))),
-      readGuard_(std::make_shared<gitkit::CommitGraphGuard>(guard_, graph_)),
+      readGuard_(std::make_shared<gitkit::CommitGraphGuard>(std::make_shared<gitkit::PartialCloneGuard>(guard_, root),
+                                                            graph_)),
       repo_(std::make_shared<const gitkit::GitRepository>(std::move(root),
                                                           readContext(log, readGuard_, closing_.get_token()))),
       worker_(worker), log_(log)

@@ -4,6 +4,7 @@
 #include "app/settings/Settings.h"
 #include "app/shell/AppDelegate.h"
 #include "app/shell/RepositoryWindow.h"
+#include "app/store/actions/Refs.h"
 #include "app/ui/welcome/CloneDialog.h"
 #include "app/ui/welcome/CreateDialog.h"
 #include "app/ui/welcome/DroppedRepositories.h"
@@ -272,6 +273,68 @@ TEST_F(BeginningsTest, ADropOnARepositoryWindowOpensOrAsksToClone)
     folder.setUrls({QUrl::fromLocalFile(QString::fromStdString(other.path().string()))});
     EXPECT_TRUE(drop(folder));
     EXPECT_TRUE(waitUntil([this] { return delegate.openRoots().size() == 2; }, patience));
+}
+
+TEST_F(BeginningsTest, WhatAPartialCloneLacksIsDownloadedByAButton)
+{
+    origin.write("a", "2").commit("two").git({"config", "uploadpack.allowFilter", "true"});
+    int status = 0;
+    runPlainGit(place.path(), {"clone", "-q", "--filter=blob:none", "file://" + origin.path().string(), "copy"},
+                status);
+    delegate.open({place / "copy"});
+    ASSERT_TRUE(opens(place / "copy"));
+    auto* const window = shownOne<RepositoryWindow>();
+    window->show(SidebarItem::history());
+    ASSERT_TRUE(waitUntil([window] { return window->store().snapshot().hasLoaded.value(); }, patience));
+    window->store().window().selectCommit(origin.read({"rev-parse", "HEAD~1"}));
+    const auto download = [window] {
+        auto* const found = named<QPushButton>(*window, u"Download"_s);
+        return found && found->isVisible() ? found : nullptr;
+    };
+    window->store().window().selectCommit(origin.head());
+    ASSERT_TRUE(waitUntil([&download] { return download(); }, patience));
+    download()->click();
+    // Git would run a program of the remote's, which is on this machine.
+    ASSERT_TRUE(window->store().window().confirmation.value());
+    window->store().window().confirm(window->store().window().confirmation.value()->id);
+    EXPECT_TRUE(waitUntil([&download] { return !download(); }, patience));
+    EXPECT_FALSE(window->store().window().errorMessage.value());
+}
+
+TEST_F(BeginningsTest, ABareRepositoryIsShownAndNotChanged)
+{
+    int status = 0;
+    runPlainGit(place.path(), {"clone", "-q", "--bare", origin.path().string(), "engine.git"}, status);
+    delegate.open({place / "engine.git/objects"});
+    ASSERT_TRUE(opens(place / "engine.git"));
+    auto* const window = shownOne<RepositoryWindow>();
+    RepositoryStore& store = window->store();
+    ASSERT_TRUE(waitUntil([&store] { return store.snapshot().hasLoaded.value(); }, patience));
+    EXPECT_EQ(store.snapshot().readProblem.value(), QString());
+    EXPECT_EQ(store.snapshot().headDescription(), u"main"_s);
+    EXPECT_EQ(store.window().selection.value(), SidebarItem::history());
+    EXPECT_EQ(window->windowTitle(), u"engine.git (bare) — main"_s);
+    EXPECT_TRUE(waitUntil([&store] { return store.history().history.value().size() == 1; }, patience));
+    auto* const sidebar = named<QTreeView>(*window, u"Sidebar"_s);
+    QStringList shown;
+    for (QModelIndex row = sidebar->model()->index(0, 0); row.isValid(); row = sidebar->indexBelow(row)) {
+        if (!sidebar->isRowHidden(row.row(), row.parent()))
+            shown += row.data().toString();
+    }
+    EXPECT_EQ(shown, QStringList({u"History"_s, u"Where HEAD Was"_s, u"BRANCHES"_s, u"main"_s}));
+
+    // Whatever begins a change says why it does not, and nothing is written.
+    for (const CommandId id : {CommandId::fetch, CommandId::newBranch, CommandId::stashChanges, CommandId::push}) {
+        EXPECT_FALSE(command(id).isOffered(store));
+        EXPECT_TRUE(command(id).whyNot(store).contains(u"bare"_s));
+    }
+    EXPECT_FALSE(command(CommandId::showWorkingCopy).isOffered(store));
+    const std::string before = runPlainGit(place / "engine.git", {"for-each-ref"}, status);
+    actions::createBranch(store.actors(), "topic", std::nullopt, gitkit::AfterCreating::stay);
+    EXPECT_TRUE(store.window().notice.value().contains(u"bare"_s));
+    EXPECT_FALSE(GitAccess::areChangesUnderWay());
+    EXPECT_EQ(runPlainGit(place / "engine.git", {"for-each-ref"}, status), before);
+    EXPECT_FALSE(fs::exists(place / "engine.git/index"));
 }
 
 TEST(CloneAddresses, AreToldFromOtherTexts)

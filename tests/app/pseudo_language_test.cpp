@@ -630,9 +630,9 @@ TEST(PseudoLanguageInTheTerminal, IsWhatBothProgramsSpeak)
     for (const char* argument : {"--help", "--zzoption"})
         expectNoWordsLeft<CommandAnswer>(parseCommandLine, {argument});
 
-    const TestRepository bare({"--bare"});
+    const TestRepository repo;
     const TemporaryFolder none;
-    for (const std::string& folder : {std::string("zzgone"), bare.path().string(), none.path().string()}) {
+    for (const std::string& folder : {std::string("zzgone"), (repo / ".git").string(), none.path().string()}) {
         try {
             repositoryFolder(folder);
             ADD_FAILURE() << folder;

@@ -3,6 +3,8 @@
 
 #include "GitKit/repository/Cloning.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/PartialClone.h"
+#include "GitKit/repository/TreeChanges.h"
 #include "GitKit/runner/GitError.h"
 #include "GitKit/runner/Progress.h"
 #include "tests/support/ProcessesIn.h"
@@ -210,6 +212,39 @@ TEST_F(CloningTest, AFailedSubmoduleLeavesTheCloneAndSaysWhatIsMissing)
     EXPECT_NE(cloned.problem.find("'lib'"), std::string::npos) << cloned.problem;
     EXPECT_EQ(cloned.problem.find("Receiving"), std::string::npos) << "no progress among it";
     EXPECT_EQ(readFile(asked.folder / "a"), "1");
+}
+
+TEST_F(CloningTest, APartialCloneReadsWithoutItsRemoteAndDownloadsWhenAsked)
+{
+    const std::string text(400, 'x');
+    origin.write("old", text + "1\n").commit("one").git({"mv", "old", "new"}).write("new", text + "2\n").commit("two");
+    origin.write("new", "3").commit("three").git({"config", "uploadpack.allowFilter", "true"});
+    CloneRequest asked = request();
+    asked.depth = CloneDepth::filesWhenNeeded;
+    cloneRepository(asked, {});
+    const std::string moved = origin.read({"rev-parse", "HEAD~1"});
+    const fs::path away = origin.path().parent_path() / "away";
+    const GitRepository plain(asked.folder);
+    const GitRepository guarded = plain.in({.guard = std::make_shared<PartialCloneGuard>(nullptr, asked.folder)});
+
+    // With its remote there, reading fetches nothing; without it, the lists are the same.
+    const std::string before = printed(asked.folder, {"count-objects", "-v"});
+    for (const bool isThere : {true, false}) {
+        if (!isThere)
+            fs::rename(origin.path(), away);
+        const CommitDetail detail = guarded.commitDetail(moved, CommitKind::ordinary);
+        ASSERT_EQ(detail.files.size(), 2U) << "the rename needs contents";
+        EXPECT_EQ(changedFiles(guarded, {moved + "^", moved}, Renames::paired).size(), 2U);
+        EXPECT_EQ(refusal([&] { guarded.commitDiff(moved, detail.files.front()); }), ErrorKind::contentsNotHere);
+        EXPECT_EQ(guarded.status().files.size(), 0U);
+        EXPECT_EQ(printed(asked.folder, {"count-objects", "-v"}), before);
+    }
+    EXPECT_THROW(downloadContents(plain, moved), GitError);
+    fs::rename(away, origin.path());
+    downloadContents(plain, moved);
+    fs::rename(origin.path(), away);
+    const CommitFile file = guarded.commitDetail(moved, CommitKind::ordinary).files.front();
+    EXPECT_FALSE(guarded.commitDiff(moved, file).lines.empty());
 }
 
 TEST_F(CloningTest, ANewRepositoryBeginsOnItsBranchAndKeepsWhatIsThere)

@@ -2,6 +2,7 @@
 #include "app/store/actions/Remotes.h"
 
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/PartialClone.h"
 #include "GitKit/repository/Requests.h"
 #include "GitKit/repository/Upstream.h"
 #include "app/store/Changes.h"
@@ -84,6 +85,14 @@ void checkOutRequest(Actors actors, const Request& request)
          .undo = undoable::checkOutRequest(request.branch, [fetched] { return *fetched; })},
         {.message = RemoteTexts::tr("Before request %1").arg(request.number),
          .listing = {"diff", "--name-only", "-z", "--no-renames", "--no-ext-diff", "HEAD", "--"}}));
+}
+
+void downloadContents(Actors actors, const std::string& hash, std::function<void()> then)
+{
+    actors.changes.run({.verb = Verb::fetch,
+                        .title = RemoteTexts::tr("Downloading contents…"),
+                        .operation = [hash](const GitRepository& repo) { gitkit::downloadContents(repo, hash); },
+                        .succeeded = std::move(then)});
 }
 
 void rebaseOnUpstream(Actors actors, std::function<void()> then)

@@ -16,6 +16,8 @@ struct Request {
     std::string branch;
 };
 void checkOutRequest(Actors actors, const Request& request);
+/// Fetches what the diffs of a commit need in a partial clone, and calls `then` once that is here.
+void downloadContents(Actors actors, const std::string& hash, std::function<void()> then);
 /// Replays the own commits on top of the upstream's, and calls `then` once that has gone well.
 void rebaseOnUpstream(Actors actors, std::function<void()> then);
 

@@ -25,6 +25,8 @@ constexpr auto shifted = Qt::CTRL | Qt::SHIFT;
 
 void toggle(const Setting<bool>& setting) { Settings::shared().set(setting, !Settings::shared().value(setting)); }
 
+bool hasWorkingTree(const Store& store) { return !store.snapshot().status.value().isBare; }
+
 bool writesMessages() { return Settings::shared().value(settings::aiEnabled); }
 
 bool canWriteMessage(const Store& store)
@@ -55,6 +57,7 @@ using Id = CommandId;
 
 // What has to be selected for a command.
 constexpr const char* wantedText = QT_TRANSLATE_NOOP("Commands", "Go to a text or a list that offers this.");
+constexpr const char* wantedTree = QT_TRANSLATE_NOOP("Commands", "A bare repository has no working tree.");
 constexpr const char* wantedFile = QT_TRANSLATE_NOOP("Commands", "Select a file in a list.");
 constexpr const char* wantedConflict = QT_TRANSLATE_NOOP("Commands", "Select a file with conflicts.");
 constexpr const char* wantedHunk = QT_TRANSLATE_NOOP("Commands", "Go to a part of a diff that offers this.");
@@ -132,7 +135,9 @@ constexpr Command table[] = {
     {.id = Id::showWorkingCopy,
      .name = QT_TRANSLATE_NOOP("Commands", "Working Copy"),
      .keys = Qt::CTRL | Qt::Key_1,
-     .action = [](Store& store) { store.window().goTo(SidebarItem::workingCopy()); }},
+     .action = [](Store& store) { store.window().goTo(SidebarItem::workingCopy()); },
+     .isPossible = hasWorkingTree,
+     .wanted = wantedTree},
     {.id = Id::showHistory,
      .name = QT_TRANSLATE_NOOP("Commands", "History"),
      .keys = Qt::CTRL | Qt::Key_2,
@@ -140,11 +145,15 @@ constexpr Command table[] = {
     {.id = Id::showStashes,
      .name = QT_TRANSLATE_NOOP("Commands", "Stashes"),
      .keys = Qt::CTRL | Qt::Key_3,
-     .action = [](Store& store) { store.window().goTo(SidebarItem::stashes()); }},
+     .action = [](Store& store) { store.window().goTo(SidebarItem::stashes()); },
+     .isPossible = hasWorkingTree,
+     .wanted = wantedTree},
     {.id = Id::showTimeline,
      .name = QT_TRANSLATE_NOOP("Commands", "Timeline"),
      .keys = Qt::CTRL | Qt::Key_4,
-     .action = [](Store& store) { store.window().goTo(SidebarItem::timeline()); }},
+     .action = [](Store& store) { store.window().goTo(SidebarItem::timeline()); },
+     .isPossible = hasWorkingTree,
+     .wanted = wantedTree},
     {.id = Id::showRefLog,
      .name = QT_TRANSLATE_NOOP("Commands", "Where HEAD Was"),
      .keys = Qt::CTRL | Qt::Key_5,

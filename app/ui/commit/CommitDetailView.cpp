@@ -4,6 +4,7 @@
 #include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
+#include "app/store/actions/Remotes.h"
 #include "app/ui/commit/AllFilesPane.h"
 #include "app/ui/commit/AllFilesView.h"
 #include "app/ui/commit/CommitFileMenu.h"
@@ -328,11 +329,30 @@ void CommitDetailView::fileChanged()
 
 void CommitDetailView::diffRead()
 {
+    if (diffs_.failure() && diffs_.failure()->kind == gitkit::ErrorKind::contentsNotHere) {
+        offerDownload();
+        return;
+    }
     if (diffs_.failure()) {
         diff_->showSentence(tr("The diff could not be read"), diffs_.failure()->message);
         return;
     }
     diff_->showDiff(tr("Diff"), diffs_.answered()->file.path, *diffs_.result(), diffs_.answered()->hash);
+}
+
+void CommitDetailView::offerDownload()
+{
+    const auto readAgain = [view = QPointer(this)] {
+        if (!view || !view->diffs_.asked())
+            return;
+        view->diffs_.askAgain(*view->diffs_.asked());
+        if (view->counts_.asked())
+            view->counts_.askAgain(*view->counts_.asked());
+    };
+    diff_->showOffer(tr("The Contents Are Not Here"), diffs_.failure()->message, tr("Download"),
+                     [this, hash = diffs_.asked()->hash, readAgain] {
+                         actions::downloadContents(store_.actors(), hash, readAgain);
+                     });
 }
 
 void CommitDetailView::dragCurrentFile()

@@ -70,6 +70,7 @@ private:
     void countsRead();
     void fileChanged();
     void diffRead();
+    void offerDownload();
     void showRightSide();
     void makeAllFiles();
     void followAllFiles();

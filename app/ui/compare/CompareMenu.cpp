@@ -100,8 +100,11 @@ void addStates(QMenu& menu, RepositoryStore& store, const ComparedState& state)
                                               ? CompareTexts::tr("Nothing has been committed yet.")
                                               : CompareTexts::tr("This is the commit that is checked out.")));
     }
-    markAs(CommandId::compareWithWorkingTree,
-           addComparison(menu, store, CompareTexts::tr("Compare with Working Copy"), {.from = state, .to = {}}));
+    QAction* const withTree =
+        addComparison(menu, store, CompareTexts::tr("Compare with Working Copy"), {.from = state, .to = {}});
+    if (store.changes().isReadOnly())
+        withTree->setEnabled(false);
+    markAs(CommandId::compareWithWorkingTree, withTree);
     markAs(CommandId::compareWith,
            menu.addAction(CompareTexts::tr("Compare with…"), &menu, [&store, state, window = QPointer(windowOf(menu))] {
                if (window)

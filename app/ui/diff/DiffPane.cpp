@@ -14,6 +14,7 @@
 #include "app/ui/widgets/EmptyState.h"
 
 #include <QKeyEvent>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -157,8 +158,23 @@ void DiffPane::loadFiles()
     files_->load(shown);
 }
 
+void DiffPane::showOffer(const QString& title, const QString& description, const QString& button,
+                         std::function<void()> act)
+{
+    showSentence(title, description);
+    QPushButton* const shown = empty_->action(button);
+    shown->setAccessibleName(button);
+    shown->show();
+    if (!std::exchange(offered_, std::move(act)))
+        offering_ = connect(shown, &QPushButton::clicked, this, [this] { offered_(); });
+}
+
 void DiffPane::showSentence(const QString& title, const QString& description)
 {
+    if (std::exchange(offered_, nullptr)) {
+        disconnect(offering_);
+        empty_->action({})->hide();
+    }
     readingSoon_.stop();
     files_->load({});
     empty_->setText(title, description);

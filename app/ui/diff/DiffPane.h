@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
 #include <vector>
 
 class QAbstractButton;
@@ -40,6 +41,8 @@ public:
     void showDiff(const QString& name, const std::string& path, gitkit::ParsedDiff diff,
                   const std::string& revision = {});
     void showSentence(const QString& title, const QString& description);
+    /// Shows a sentence with a button below it, which calls `act`.
+    void showOffer(const QString& title, const QString& description, const QString& button, std::function<void()> act);
     /// Must be called when a diff of a commit is being read. If that takes longer than a moment, a sentence replaces the
     /// diff on display, if that belongs to something else.
     void awaitDiff();
@@ -76,7 +79,9 @@ private:
     DiffExtras* extras_;
     DiffFilesLoader* files_;
     DiffFinder* finder_;
-    FindBar* findBar_ = nullptr; ///< made for the first search
+    QMetaObject::Connection offering_;
+    std::function<void()> offered_; ///< what the button does that a sentence has; empty while there is none
+    FindBar* findBar_ = nullptr;    ///< made for the first search
     QTimer readingSoon_;
     std::string file_;      ///< whose diffs were asked for last
     std::string shownFile_; ///< whose diffs are shown

@@ -105,6 +105,8 @@ HistoryView::Nothing HistoryView::nothing() const
     const bool hasHistory = store_.snapshot().mayHaveCommits();
     if (!hasHistory && !store_.snapshot().readProblem.value().isEmpty())
         return {tr("The repository could not be read"), store_.snapshot().readProblem.value()};
+    if (!hasHistory && store_.changes().isReadOnly())
+        return {tr("No Commits Yet"), tr("What is pushed to this repository will stand here.")};
     if (!hasHistory)
         return {tr("No Commits Yet"), tr("What you commit in this repository will stand here."), WayOut::workingCopy};
     if (store_.history().isHistoryFiltered.value())

@@ -285,7 +285,10 @@ void SidebarView::observeStore()
     notifiers_.push_back(store_.snapshot().remotes.addNotifier(rebuild));
     notifiers_.push_back(store_.neighbours().worktrees.addNotifier(rebuild));
     notifiers_.push_back(store_.counts().changes.addNotifier([this] { tree_->viewport()->update(); }));
-    const auto counts = [this] { model_->countsChanged(); };
+    const auto counts = [this] {
+        hideWhatIsBare();
+        model_->countsChanged();
+    };
     notifiers_.push_back(store_.snapshot().status.addNotifier(counts));
     notifiers_.push_back(store_.snapshot().stashes.addNotifier(counts));
     notifiers_.push_back(store_.window().selection.addNotifier([this] {
@@ -308,8 +311,20 @@ void SidebarView::tellInSight()
     store_.counts().setInSight(std::move(names));
 }
 
+/// A bare repository has no files, stashes or steps.
+void SidebarView::hideWhatIsBare()
+{
+    for (int row = 0; row < fixedSidebarItems; ++row) {
+        const SidebarKind kind = model_->kind(model_->index(row, 0));
+        const bool isOfTree =
+            kind == SidebarKind::workingCopy || kind == SidebarKind::stashes || kind == SidebarKind::timeline;
+        tree_->setRowHidden(row, {}, isOfTree && store_.changes().isReadOnly());
+    }
+}
+
 void SidebarView::modelWasReset()
 {
+    hideWhatIsBare();
     restoreExpansion();
     showStoreSelection(Reveal::no);
     scroll_->restore();

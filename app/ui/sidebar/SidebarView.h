@@ -51,6 +51,7 @@ private:
     void makeFilter();
     void observeStore();
 
+    void hideWhatIsBare();
     void modelWasReset();
     void restoreExpansion();
     bool shouldBeOpen(const QModelIndex& index) const;
