@@ -15,4 +15,10 @@ void remove(const std::filesystem::path& root);
 /// Returns the stored repositories whose paths exist, the latest first. Looks at the disk once for each path.
 std::vector<std::filesystem::path> all();
 
+/// Returns the pinned repositories whose paths exist, in the order in which they were pinned.
+std::vector<std::filesystem::path> pinned();
+bool isPinned(const std::filesystem::path& root);
+/// Pins a repository, which puts it before all others in lists, or unpins it.
+void pin(const std::filesystem::path& root, bool isPinned);
+
 } // namespace plovik::recentRepositories

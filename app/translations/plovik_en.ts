@@ -890,6 +890,23 @@
     </message>
 </context>
 <context>
+    <name>plovik::RepositoryChoice</name>
+    <message numerus="yes">
+        <source>more than %Ln change(s)</source>
+        <translation>
+            <numerusform>more than %Ln change</numerusform>
+            <numerusform>more than %Ln changes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln change(s)</source>
+        <translation>
+            <numerusform>%Ln change</numerusform>
+            <numerusform>%Ln changes</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::ResetDialog</name>
     <message numerus="yes">
         <source>Moves %1 off %Ln commit(s) and onto others.</source>

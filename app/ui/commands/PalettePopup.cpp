@@ -161,11 +161,19 @@ void PalettePopup::choose(const QModelIndex& index)
     run(entry);
 }
 
+void PalettePopup::rowsChanged() { list_->viewport()->update(); }
+
 bool PalettePopup::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() != QEvent::KeyPress)
         return QFrame::eventFilter(watched, event);
-    switch (static_cast<QKeyEvent*>(event)->key()) {
+    const auto* const key = static_cast<QKeyEvent*>(event);
+    if (actions_.pin && key->keyCombination() == (Qt::CTRL | Qt::Key_P) && list_->currentIndex().isValid()) {
+        actions_.pin(model_->entry(list_->currentIndex()));
+        rowsChanged();
+        return true;
+    }
+    switch (key->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
         wish(list_->currentIndex());

@@ -44,6 +44,7 @@ public:
         std::function<void(const PaletteEntry&)> choose; ///< called once the list is closed
         /// What can be done with any typed text; goes after what was found. May be empty.
         std::function<PaletteEntries(const QString& typed)> always = {};
+        std::function<void(const PaletteEntry&)> pin = {}; ///< by Ctrl+P; the list stays open. May be empty.
     };
 
     /// Shows the first entries of the request until the rest is read. `git` outlives the list.
@@ -54,6 +55,9 @@ public:
     void openBelow(const QWidget& button, std::size_t rows);
     /// Shows it at the top of a window, in the middle.
     void openOver(const QWidget& window);
+
+    /// Shows the rows in sight anew, for which more is known.
+    void rowsChanged();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -47,16 +47,6 @@ void addRecentRepositories(QMenu& menu, MenuTarget& target)
         menu.addAction(ChoiceTexts::tr("No Recent Repositories"))->setEnabled(false);
 }
 
-void addOpenRepositories(QMenu& menu, MenuTarget& target, const std::filesystem::path& current)
-{
-    menu.setToolTipsVisible(true);
-    for (const std::filesystem::path& root : target.openRoots()) {
-        QAction* const entry = addRepository(menu, target, root);
-        entry->setCheckable(true);
-        entry->setChecked(root == current);
-    }
-}
-
 QString repositoryName(const std::filesystem::path& root)
 {
     return shownText(root.filename().empty() ? root.native() : root.filename().native());

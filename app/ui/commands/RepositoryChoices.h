@@ -13,8 +13,6 @@ class MenuTarget;
 
 /// Fills a menu with the recent repositories that have no window, the latest first. Main thread.
 void addRecentRepositories(QMenu& menu, MenuTarget& target);
-/// Fills a menu with the repositories that have a window. `current` is checked. Main thread.
-void addOpenRepositories(QMenu& menu, MenuTarget& target, const std::filesystem::path& current);
 
 /// Returns the name of a repository's folder.
 QString repositoryName(const std::filesystem::path& root);

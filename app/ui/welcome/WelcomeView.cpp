@@ -149,6 +149,7 @@ void WelcomeView::makeList()
     };
     recentList_->setContextMenuPolicy(Qt::ActionsContextMenu);
     addCommand(tr("Open"), {}, &WelcomeView::openRow);
+    addCommand(tr("Pin or Unpin"), Qt::CTRL | Qt::Key_P, &WelcomeView::pinRow);
     addCommand(tr("Remove from Recent"), Qt::Key_Delete, &WelcomeView::removeRow);
 
     auto* const column = new QVBoxLayout(recentPart_);
@@ -190,11 +191,16 @@ void WelcomeView::dropEvent(QDropEvent* event)
 
 void WelcomeView::reloadRecents()
 {
-    recents_ = recentRepositories::all();
+    recents_ = recentRepositories::pinned();
+    for (std::filesystem::path& root : recentRepositories::all()) {
+        if (!recentRepositories::isPinned(root))
+            recents_.push_back(std::move(root));
+    }
     recentList_->clear();
     for (const std::filesystem::path& root : recents_) {
         auto* const item = new QListWidgetItem(repositoryName(root), recentList_);
-        const QString place = shortenedPath(root.parent_path());
+        const QString folder = shortenedPath(root.parent_path());
+        const QString place = recentRepositories::isPinned(root) ? tr("%1, pinned", "folder").arg(folder) : folder;
         item->setData(RecentRowDelegate::placeRole, place);
         item->setData(Qt::AccessibleTextRole, tr("%1, %2").arg(repositoryName(root), place));
         item->setToolTip(plainToolTip(shownText(root.native())));
@@ -216,10 +222,22 @@ void WelcomeView::openRow(int row)
     actions_.open(root);
 }
 
+void WelcomeView::pinRow(int row)
+{
+    if (row < 0 || static_cast<std::size_t>(row) >= recents_.size())
+        return;
+    const std::filesystem::path root = recents_[static_cast<std::size_t>(row)];
+    recentRepositories::pin(root, !recentRepositories::isPinned(root));
+    reloadRecents();
+    const auto place = std::ranges::find(recents_, root);
+    recentList_->setCurrentRow(place == recents_.end() ? 0 : static_cast<int>(place - recents_.begin()));
+}
+
 void WelcomeView::removeRow(int row)
 {
     if (row < 0 || static_cast<std::size_t>(row) >= recents_.size())
         return;
+    recentRepositories::pin(recents_[static_cast<std::size_t>(row)], false);
     recentRepositories::remove(recents_[static_cast<std::size_t>(row)]);
     reloadRecents();
     recentList_->setCurrentRow(std::min(row, recentList_->count() - 1));

@@ -37,6 +37,7 @@ private:
     void makeList();
     void reloadRecents();
     void openRow(int row);
+    void pinRow(int row);
     void removeRow(int row);
 
     Actions actions_;

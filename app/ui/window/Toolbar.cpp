@@ -9,6 +9,7 @@
 #include "app/ui/widgets/ThemeFollowing.h"
 #include "app/ui/window/ActivityView.h"
 #include "app/ui/window/BranchChoice.h"
+#include "app/ui/window/RepositoryChoice.h"
 #include "app/ui/window/ToolButton.h"
 
 #include <QEvent>
@@ -182,20 +183,10 @@ bool Toolbar::event(QEvent* event)
 
 void Toolbar::switchBranch() { chooseBranch(store_, *branch_); }
 
-/// Lists the repositories with a window, then the recent ones.
 void Toolbar::switchRepository()
 {
-    if (!application_)
-        return;
-    auto* const menu = new QMenu(project_);
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    addOpenRepositories(*menu, *application_, store_.root());
-    menu->addSeparator();
-    addRecentRepositories(*menu, *application_);
-    menu->addSeparator();
-    const Command& open = command(CommandId::openRepository);
-    menu->addAction(open.title(), menu, [this, &open] { open.run(*application_); })->setShortcut(open.shortcut());
-    menu->popup(project_->mapToGlobal(QPoint(0, project_->height() + 2)));
+    if (application_)
+        chooseRepository(store_, *application_, *project_);
 }
 
 void Toolbar::paintEvent(QPaintEvent* event)
