@@ -82,6 +82,8 @@ constexpr auto rows = std::to_array<Row>({
     // New branches and tags.
     {Kind::alreadyExists, "", 128, "fatal: a branch named '", "' already exists"},
     {Kind::alreadyExists, "", 128, "fatal: tag '", "' already exists"},
+    {Kind::alreadyExists, "remote", anyStatus, "error: remote ", " already exists"},
+    {Kind::invalidName, "remote", anyStatus, "fatal: '", "' is not a valid remote name"},
     {Kind::invalidName, "", 128, "fatal: '", "' is not a valid branch name"},
     {Kind::invalidName, "", 128, "fatal: '", "' is not a valid tag name"},
 

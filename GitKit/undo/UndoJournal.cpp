@@ -86,7 +86,8 @@ UndoRecording::UndoRecording(const GitRepository& repo, const fs::path& gitDirec
     // The branch stays among the refs when HEAD leaves it.
     if (!step_.before.head.branch.empty())
         scope_.refs.push_back(step_.before.head.branch);
-    refs_ = scope_.movesAnyRef || scope_.refs.size() > (step_.before.head.branch.empty() ? 0U : 1U)
+    refs_ = scope_.movesAnyRef || !scope_.refFolders.empty() ||
+                    scope_.refs.size() > (step_.before.head.branch.empty() ? 0U : 1U)
                 ? refsNow(repo, scope_)
                 : withHead({}, step_.before.head);
     step_.refs = untilItEnds();
@@ -146,7 +147,8 @@ std::optional<UndoStep> UndoRecording::finish(const GitRepository& repo)
         step_.after = pointNow(repo, gitDirectory_, scope_);
     }
     const HeadPlace& head = step_.after->head;
-    const bool isOnlyHead = !scope_.movesAnyRef && scope_.refs == std::vector{step_.before.head.branch} &&
+    const bool isOnlyHead = !scope_.movesAnyRef && scope_.refFolders.empty() &&
+                            scope_.refs == std::vector{step_.before.head.branch} &&
                             head.branch == step_.before.head.branch;
     step_.refs = movedRefs(refs_, isOnlyHead ? withHead({}, head) : refsNow(repo, scope_));
     step_.date = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());

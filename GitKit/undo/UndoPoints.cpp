@@ -151,6 +151,7 @@ RefValues refsNow(const GitRepository& repo, const UndoScope& scope)
     if (scope.movesAnyRef)
         command.insert(command.end(), {"refs/heads", "refs/notes", "refs/bisect", "refs/rewritten", "refs/worktree"});
     command.insert(command.end(), scope.refs.begin(), scope.refs.end());
+    command.insert(command.end(), scope.refFolders.begin(), scope.refFolders.end());
     if (command.size() == 2)
         return {};
     RefValues refs;
@@ -160,7 +161,10 @@ RefValues refsNow(const GitRepository& repo, const UndoScope& scope)
         std::string hash = fields[index].front() == '\n' ? fields[index].substr(1) : fields[index];
         const std::string& name = fields[index + 1];
         // A name stands for all below it, too.
-        const bool isMeant = scope.movesAnyRef || std::ranges::find(scope.refs, name) != scope.refs.end();
+        const bool isMeant = scope.movesAnyRef || std::ranges::find(scope.refs, name) != scope.refs.end() ||
+                             std::ranges::any_of(scope.refFolders, [&name](const std::string& folder) {
+                                 return name.starts_with(folder + '/');
+                             });
         if (fields[index + 2].empty() && isMeant)
             refs.emplace_back(name, std::move(hash));
     }
@@ -183,6 +187,30 @@ std::vector<KeptStash> stashesNow(const GitRepository& repo)
     return stashes;
 }
 
+namespace {
+
+std::vector<Setting> remoteHeads(const GitRepository& repo)
+{
+    constexpr std::string_view start = "refs/remotes/";
+    constexpr std::string_view end = "/HEAD";
+    std::vector<Setting> heads;
+    const std::string printed =
+        repo.runner().bytes({"for-each-ref", "--format=%(refname) %(symref)", "refs/remotes/**/HEAD"}, helperOptions());
+    Pieces lines(printed, '\n');
+    while (const auto line = lines.next()) {
+        const std::size_t gap = line->find(' ');
+        const std::string_view name = line->substr(0, gap);
+        if (gap == std::string_view::npos || gap + 1 == line->size() || !name.ends_with(end))
+            continue;
+        const std::string_view remote = name.substr(start.size(), name.size() - start.size() - end.size());
+        heads.push_back(
+            {std::string(remoteHeadKey).append(remote).append(remoteHeadKeyEnd), std::string(line->substr(gap + 1))});
+    }
+    return heads;
+}
+
+} // namespace
+
 std::vector<Setting> settingsNow(const GitRepository& repo)
 {
     std::vector<Setting> settings;
@@ -194,6 +222,8 @@ std::vector<Setting> settingsNow(const GitRepository& repo)
         const std::size_t end = entry.find('\n');
         settings.push_back({entry.substr(0, end), end == std::string::npos ? std::string() : entry.substr(end + 1)});
     }
+    for (Setting& head : remoteHeads(repo))
+        settings.push_back(std::move(head));
     return settings;
 }
 

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -29,7 +30,8 @@ struct UndoScope {
     bool changesMore = false;
     std::vector<std::string> removes = {}; ///< files that git does not know and that go; they are kept by other means
     std::vector<std::string> refs = {};    ///< full names of refs that may move, besides the branch of HEAD
-    bool movesAnyRef = false;              ///< any branch may move
+    std::vector<std::string> refFolders = {}; ///< of which any ref may move, as refs/remotes/origin
+    bool movesAnyRef = false;                 ///< any branch may move
     bool touchesStashes = false;
     bool touchesSettings = false;        ///< of branches or remotes
     std::vector<std::string> aside = {}; ///< files that were moved out of the way for it
@@ -52,7 +54,11 @@ RefValues refsNow(const GitRepository& repo, const UndoScope& scope);
 /// Returns the stashes, the newest first.
 std::vector<KeptStash> stashesNow(const GitRepository& repo);
 
-/// Returns the settings of branches and remotes in the repository's own configuration.
+/// Returns the settings of branches and remotes in the repository's own configuration, and which branch of each remote its
+/// HEAD names: that is a ref which has no hash of its own, under a key that git does not know.
 std::vector<Setting> settingsNow(const GitRepository& repo);
+/// The key of the latter is this with the remote's name in between.
+inline constexpr std::string_view remoteHeadKey = "remote-head.";
+inline constexpr std::string_view remoteHeadKeyEnd = ".target";
 
 } // namespace gitkit

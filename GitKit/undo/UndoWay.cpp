@@ -215,6 +215,20 @@ bool moveStashes(const GitRepository& repo, const UndoPoint& to)
     return cameBack;
 }
 
+namespace {
+
+/// Lets the HEAD of a remote name what the setting says, or removes it. Its branch may be gone by now, or not be there yet.
+void moveRemoteHead(const GitRepository& repo, const std::string& remote, const std::vector<Setting>& wanted)
+{
+    const std::string head = "refs/remotes/" + remote + "/HEAD";
+    if (!wanted.empty())
+        repo.runner().accepted({"symbolic-ref", head, wanted.front().value}, helperOptions());
+    else if (repo.runner().output({"symbolic-ref", "--quiet", head}, helperOptions()).status == 0)
+        repo.runner().accepted({"symbolic-ref", "--delete", head}, helperOptions());
+}
+
+} // namespace
+
 void moveSettings(const GitRepository& repo, const UndoPoint& from, const UndoPoint& to)
 {
     if (!from.settings || !to.settings)
@@ -228,7 +242,13 @@ void moveSettings(const GitRepository& repo, const UndoPoint& from, const UndoPo
             names.insert(name);
     }
     for (const std::string& name : names) {
-        if (wanted[name] == left[name] || wanted[name] == now[name])
+        if (wanted[name] == left[name])
+            continue;
+        if (name.starts_with(remoteHeadKey)) {
+            moveRemoteHead(repo, name.substr(remoteHeadKey.size()), wanted[name]);
+            continue;
+        }
+        if (wanted[name] == now[name])
             continue;
         std::set<std::string> keys;
         for (const Setting& setting : now[name])

@@ -5,6 +5,7 @@
 #include "GitKit/records/Identity.h"
 #include "GitKit/records/PartialChange.h"
 #include "GitKit/records/RemoteBranch.h"
+#include "GitKit/records/RemoteSettings.h"
 #include "GitKit/records/Stash.h"
 #include "GitKit/records/Worktree.h"
 
@@ -47,6 +48,13 @@ struct PushSheet {
     std::optional<std::string> seen = {}; ///< hash that the remote was just asked for
     bool replaces = false;                ///< begins with replacing what is there
     bool operator==(const PushSheet&) const = default;
+};
+/// Asks for a new remote, or changes one that is there.
+struct RemoteSheet {
+    std::vector<gitkit::RemoteSettings> known = {}; ///< that can be changed; empty for a new one
+    std::string remote = {};                        ///< that is shown first
+    bool isRename = false;                          ///< its name has the focus
+    bool operator==(const RemoteSheet&) const = default;
 };
 struct NewTagSheet {
     std::string target; ///< full commit hash
@@ -121,6 +129,6 @@ struct RebaseSheet {
 using SheetKind = std::variant<NewBranchSheet, WorktreesSheet, NewWorktreeSheet, LockWorktreeSheet, PushSheet,
                                MergeSheet, NewTagSheet, StashSheet, GoToCommitSheet, SentChangesSheet, DiscardedSheet,
                                IdentitySheet, ResetSheet, RenameBranchSheet, RequestSheet, CleanSheet, RelationsSheet,
-                               CommitMessageSheet, SplitSheet, AbsorbSheet, RebaseSheet>;
+                               CommitMessageSheet, SplitSheet, AbsorbSheet, RebaseSheet, RemoteSheet>;
 
 } // namespace plovik

@@ -177,6 +177,33 @@ Undoable setUpstream(const std::string& branch)
             .scope = {.kind = "upstream", .touchesSettings = true}};
 }
 
+Undoable addRemote(const std::string& remote)
+{
+    return {.title = UndoTexts::tr("New Remote %1").arg(inQuotes(remote)),
+            .done = UndoTexts::tr("Added remote %1.").arg(inQuotes(remote)),
+            .scope = {.kind = "add-remote", .refFolders = {"refs/remotes/" + remote}, .touchesSettings = true}};
+}
+
+Undoable changeRemote(const std::string& remote, const std::string& newName)
+{
+    Undoable undo{.title = UndoTexts::tr("Change of Remote %1").arg(inQuotes(remote)),
+                  .done = UndoTexts::tr("Changed remote %1.").arg(inQuotes(remote)),
+                  .scope = {.kind = "remote", .touchesSettings = true}};
+    if (newName == remote)
+        return undo;
+    undo.title = UndoTexts::tr("Rename of Remote %1 to %2").arg(inQuotes(remote), inQuotes(newName));
+    undo.done = UndoTexts::tr("Renamed remote %1 to %2.").arg(inQuotes(remote), inQuotes(newName));
+    undo.scope.refFolders = {"refs/remotes/" + remote, "refs/remotes/" + newName};
+    return undo;
+}
+
+Undoable removeRemote(const std::string& remote)
+{
+    return {.title = UndoTexts::tr("Removal of Remote %1").arg(inQuotes(remote)),
+            .done = UndoTexts::tr("Removed remote %1.").arg(inQuotes(remote)),
+            .scope = {.kind = "remove-remote", .refFolders = {"refs/remotes/" + remote}, .touchesSettings = true}};
+}
+
 Undoable createTag(const std::string& name)
 {
     return {.title = UndoTexts::tr("New Tag %1").arg(inQuotes(name)),

@@ -34,6 +34,10 @@ Undoable deleteBranch(const std::string& name);
 Undoable renameBranch(const std::string& name, const std::string& newName);
 /// For setting and unsetting it.
 Undoable setUpstream(const std::string& branch);
+Undoable addRemote(const std::string& remote);
+/// For other addresses, and where the names differ, for another name.
+Undoable changeRemote(const std::string& remote, const std::string& newName);
+Undoable removeRemote(const std::string& remote);
 Undoable createTag(const std::string& name);
 Undoable deleteTag(const std::string& name);
 

@@ -25,6 +25,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::pushTag:
     case Verb::pullOther:
     case Verb::deleteOnRemote:
+    case Verb::editRemote: // it may fetch, and no other may use a remote that changes
         return all({refs, network});
     case Verb::pull:
     case Verb::checkOutRequest:

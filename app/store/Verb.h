@@ -18,6 +18,7 @@ enum class Verb {
     deleteBranch,
     renameBranch,
     setUpstream,
+    editRemote,
     createTag,
     deleteTag,
     merge,

@@ -890,6 +890,23 @@
     </message>
 </context>
 <context>
+    <name>plovik::Remotes</name>
+    <message numerus="yes">
+        <source>Its address goes, and what was fetched from it: %Ln branch(es). Nothing changes there, and Undo brings it back.</source>
+        <translation>
+            <numerusform>Its address goes, and what was fetched from it: %Ln branch. Nothing changes there, and Undo brings it back.</numerusform>
+            <numerusform>Its address goes, and what was fetched from it: %Ln branches. Nothing changes there, and Undo brings it back.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln branch(es) will follow nothing any more:</source>
+        <translation>
+            <numerusform>%Ln branch will follow nothing any more:</numerusform>
+            <numerusform>%Ln branches will follow nothing any more:</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::RepositoryChoice</name>
     <message numerus="yes">
         <source>more than %Ln change(s)</source>

@@ -324,7 +324,7 @@ TEST_F(BeginningsTest, ABareRepositoryIsShownAndNotChanged)
     EXPECT_EQ(shown, QStringList({u"History"_s, u"Where HEAD Was"_s, u"BRANCHES"_s, u"main"_s}));
 
     // Whatever begins a change says why it does not, and nothing is written.
-    for (const CommandId id : {CommandId::fetch, CommandId::newBranch, CommandId::stashChanges, CommandId::push}) {
+    for (const CommandId id : {CommandId::fetch, CommandId::newBranch, CommandId::stashChanges, CommandId::addRemote}) {
         EXPECT_FALSE(command(id).isOffered(store));
         EXPECT_TRUE(command(id).whyNot(store).contains(u"bare"_s));
     }

@@ -3,6 +3,7 @@
 #include "app/settings/SettledQuestions.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/actions/Refs.h"
+#include "app/store/actions/Remotes.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/dialogs/ErrorAlert.h"
 #include "app/ui/dialogs/RefNameRules.h"
@@ -107,6 +108,51 @@ protected:
     RepositoryStore store{repo.path(), worker, {.trash = [](const auto& file) { std::filesystem::remove_all(file); }}};
     RepositoryView view{store};
 };
+
+TEST_F(DialogsTest, ARemoteIsAddedChangedAndRemoved)
+{
+    const auto edit = [this](const QString& name) { return named<QLineEdit>(*dialog(), name); };
+    const auto setting = [this](const char* key) { return repo.read({"config", "--get", key}); };
+    command(CommandId::addRemote).run(store);
+    ASSERT_TRUE(dialog());
+    EXPECT_EQ(edit(u"Name"_s)->text(), u"origin"_s) << "the first is mostly called so";
+    EXPECT_FALSE(button(u"Add Remote"_s)->isEnabled());
+    edit(u"Name"_s)->setText(u"my fork"_s);
+    EXPECT_TRUE(says(u"A remote can't be named “my fork”."_s));
+    edit(u"Name"_s)->setText(u"origin"_s);
+    edit(u"Address"_s)->setText(u"."_s);
+    button(u"Add Remote"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(store.snapshot().remoteBranches.value().size(), 2U) << "it is fetched";
+
+    repo.git({"branch", "-q", "--set-upstream-to=origin/side", "main"});
+    store.snapshot().refresh(RefreshScope::full);
+    ASSERT_TRUE(worker.settle());
+    actions::askToEditRemote(store.actors(), "origin", actions::RemoteFocus::name);
+    ASSERT_TRUE(worker.settle());
+    ASSERT_TRUE(dialog());
+    EXPECT_FALSE(button(u"Save"_s)->isEnabled()) << "nothing has changed";
+    edit(u"Name"_s)->setText(u"up"_s);
+    edit(u"Push Address"_s)->setText(u"../there"_s);
+    named<QCheckBox>(*dialog(), u"Fetched with All Others"_s)->click();
+    button(u"Save"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(setting("branch.main.remote"), "up");
+    EXPECT_EQ(setting("remote.up.pushurl"), "../there");
+    EXPECT_EQ(setting("remote.up.skipfetchall"), "true");
+    EXPECT_EQ(store.snapshot().remoteBranches.value().front().name, "up/main");
+
+    actions::confirmRemoveRemote(store.actors(), "up");
+    ASSERT_TRUE(dialog());
+    EXPECT_TRUE(
+        says(u"Its address goes, and what was fetched from it: 2 branches. Nothing changes there, and Undo brings "
+             "it back."_s));
+    EXPECT_TRUE(says(u"1 branch will follow nothing any more:\nmain"_s));
+    button(u"Remove"_s)->click();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(store.snapshot().remotes.value().empty());
+    EXPECT_TRUE(store.snapshot().remoteBranches.value().empty());
+}
 
 TEST_F(DialogsTest, ANewBranchIsMadeWhereItWasAskedFor)
 {

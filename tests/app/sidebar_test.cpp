@@ -221,8 +221,12 @@ TEST_F(SidebarTest, ARemoteHasAMenuAndOtherFoldersHaveNone)
     };
     const QModelIndex main = indexOf("refs/remotes/team/fork/main");
     EXPECT_EQ(view.model().remote(main.parent()), "team/fork");
-    EXPECT_EQ(titlesAt(main.parent()), std::vector<std::string>{"Push All Tags…"});
-    EXPECT_EQ(titlesAt(main.parent().parent()), std::vector<std::string>());
+    EXPECT_EQ(titlesAt(main.parent()),
+              (std::vector<std::string>{"Push All Tags…", "—", "Edit…", "Rename…", "Remove…", "—", "Add Remote…"}));
+    // Where no branch was fetched from a remote, this is the way to it.
+    EXPECT_EQ(titlesAt(main.parent().parent()),
+              (std::vector<std::string>{"Add Remote…", "—", "Edit “origin”…", "Remove “origin”…", "—",
+                                        "Edit “team/fork”…", "Remove “team/fork”…"}));
     EXPECT_EQ(titlesAt(indexOf("refs/heads/feature/login").parent()), std::vector<std::string>());
 }
 

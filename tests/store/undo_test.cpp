@@ -55,6 +55,15 @@ void conflict(TestRepository& repo, const std::vector<std::string>& command)
 
 const auto nothing = [](TestRepository&) {};
 
+/// origin was fetched, its HEAD names a branch, and main follows one. The sections stand in the order in which they are
+/// written anew.
+void withRemote(TestRepository& repo)
+{
+    repo.git({"config", "branch.main.remote", "origin"}).git({"config", "branch.main.merge", "refs/heads/main"});
+    repo.git({"config", "remote.pushDefault", "origin"}).git({"remote", "add", "origin", "."});
+    repo.git({"fetch", "-q", "origin"}).git({"remote", "set-head", "origin", "main"});
+}
+
 /// On top of a commit that has the files `gone` and `place`, with changes that the newest commit does not touch.
 void twoCommits(TestRepository& repo)
 {
@@ -148,6 +157,19 @@ const std::vector<Story> stories{
          r.git({"tag", "origin/topic"});
      },
      [](auto& t) { actions::setUpstream(t.store.actors(), "main", "refs/remotes/origin/topic"); }},
+    {"New Remote “up”", nothing,
+     [](auto& t) { actions::addRemote(t.store.actors(), {.name = "up", .url = ".", .pushUrl = "../there"}); }},
+    {"Change of Remote “origin”", withRemote,
+     [](auto& t) {
+         actions::changeRemote(t.store.actors(), {.name = "origin", .url = "."},
+                               {.name = "origin", .url = "../x", .pushUrl = "../y", .skipsFetchAll = true});
+     }},
+    {"Rename of Remote “origin” to “up”", withRemote,
+     [](auto& t) {
+         actions::changeRemote(t.store.actors(), {.name = "origin", .url = "."}, {.name = "up", .url = "."});
+     }},
+    {"Removal of Remote “origin”", withRemote,
+     [](auto& t) { actions::confirmRemoveRemote(t.store.actors(), "origin"); }},
     {"New Tag “v2”", nothing, [](auto& t) { actions::createTag(t.store.actors(), "v2", t.repo.head()); }},
     {"New Tag “v2”", nothing,
      [](auto& t) { actions::createTag(t.store.actors(), "v2", t.repo.head(), "#1 words\n\nmore"); }},

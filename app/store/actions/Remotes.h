@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/RemoteSettings.h"
 #include "app/store/actions/Actors.h"
 
 #include <functional>
@@ -9,6 +10,14 @@ namespace plovik::actions {
 
 void fetch(Actors actors);
 void pull(Actors actors);
+/// Shows the settings of the remotes, to be changed. `remote` is shown first.
+enum class RemoteFocus { address, name };
+void askToEditRemote(Actors actors, const std::string& remote, RemoteFocus focus = RemoteFocus::address);
+/// Adds a remote and fetches it, unless a fetch of all leaves it out.
+void addRemote(Actors actors, const gitkit::RemoteSettings& added);
+void changeRemote(Actors actors, const gitkit::RemoteSettings& before, const gitkit::RemoteSettings& after);
+/// Asks first, and names what goes with it.
+void confirmRemoveRemote(Actors actors, const std::string& remote);
 /// Fetches a pull or merge request by its number, and checks it out as a new branch.
 struct Request {
     std::string remote;

@@ -51,6 +51,8 @@ enum class CommandId {
     newBranch,
     stashChanges,
     checkOutRequest,
+    addRemote,
+    editRemote,
     openTerminal,
     cleanUntracked,
     restoreDiscarded,

@@ -156,4 +156,11 @@ QString branchProblem(std::string_view name, const Refs& branches) { return prob
 
 QString tagProblem(std::string_view name, const Refs& tags) { return problem(name, tags, RefKind::tag); }
 
+QString remoteProblem(std::string_view name)
+{
+    return branchProblem(name, {}).isEmpty()
+               ? QString()
+               : QCoreApplication::translate("RefNameRules", "A remote can't be named %1.").arg(inQuotes(name));
+}
+
 } // namespace plovik::refNames

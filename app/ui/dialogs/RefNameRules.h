@@ -18,4 +18,7 @@ QString branchProblem(std::string_view name, const std::vector<gitkit::GitRef>& 
 /// Says the same about a tag beside `tags`.
 QString tagProblem(std::string_view name, const std::vector<gitkit::GitRef>& tags);
 
+/// Says why no remote can have a name: its branches here are named after it.
+QString remoteProblem(std::string_view name);
+
 } // namespace plovik::refNames

@@ -16,6 +16,7 @@
 #include "app/ui/dialogs/PushDialog.h"
 #include "app/ui/dialogs/RebaseDialog.h"
 #include "app/ui/dialogs/RelationsDialog.h"
+#include "app/ui/dialogs/RemoteDialog.h"
 #include "app/ui/dialogs/RequestDialog.h"
 #include "app/ui/dialogs/ResetDialog.h"
 #include "app/ui/dialogs/SentChangesDialog.h"
@@ -64,6 +65,7 @@ struct SheetMaker {
     Sheet* operator()(const WorktreesSheet&) const { return new WorktreesDialog(store, parent); }
     Sheet* operator()(const NewWorktreeSheet&) const { return new NewWorktreeDialog(store, parent); }
     Sheet* operator()(const LockWorktreeSheet& sheet) const { return new LockWorktreeDialog(store, sheet, parent); }
+    Sheet* operator()(const RemoteSheet& sheet) const { return new RemoteDialog(store, sheet, parent); }
     Sheet* operator()(const DiscardedSheet&) const { return new DiscardedDialog(store, parent); }
 };
 

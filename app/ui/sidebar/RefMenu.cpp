@@ -8,6 +8,7 @@
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
+#include "app/store/actions/Remotes.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/Foretelling.h"
 #include "app/ui/compare/CompareMenu.h"
@@ -300,6 +301,30 @@ QMenu* makeRemoteMenu(RepositoryStore& store, const std::string& remote, QWidget
     auto* const menu = new QMenu(parent);
     markAs(CommandId::pushAllTags, addChange(*menu, store, Verb::pushTag, Texts::tr("Push All Tags…"),
                                              [&store, remote] { actions::confirmPushTags(store.actors(), remote); }));
+    menu->addSeparator();
+    addChange(*menu, store, Verb::editRemote, Texts::tr("Edit…"),
+              [&store, remote] { actions::askToEditRemote(store.actors(), remote); });
+    addChange(*menu, store, Verb::editRemote, Texts::tr("Rename…"),
+              [&store, remote] { actions::askToEditRemote(store.actors(), remote, actions::RemoteFocus::name); });
+    addChange(*menu, store, Verb::editRemote, Texts::tr("Remove…"),
+              [&store, remote] { actions::confirmRemoveRemote(store.actors(), remote); });
+    menu->addSeparator();
+    addCommand(*menu, store, CommandId::addRemote);
+    return menu;
+}
+
+QMenu* makeRemotesMenu(RepositoryStore& store, QWidget* parent)
+{
+    auto* const menu = new QMenu(parent);
+    addCommand(*menu, store, CommandId::addRemote);
+    for (const std::string& remote : store.snapshot().remotes.value()) {
+        menu->addSeparator();
+        const QString name = shownText(remote);
+        addChange(*menu, store, Verb::editRemote, plainMenuText(Texts::tr("Edit “%1”…").arg(name)),
+                  [&store, remote] { actions::askToEditRemote(store.actors(), remote); });
+        addChange(*menu, store, Verb::editRemote, plainMenuText(Texts::tr("Remove “%1”…").arg(name)),
+                  [&store, remote] { actions::confirmRemoveRemote(store.actors(), remote); });
+    }
     return menu;
 }
 

@@ -15,4 +15,7 @@ QMenu* makeRefMenu(RepositoryStore& store, const gitkit::GitRef& ref, QWidget* p
 /// The same for a remote.
 QMenu* makeRemoteMenu(RepositoryStore& store, const std::string& remote, QWidget* parent);
 
+/// The same for all remotes, also those of which no branch was fetched.
+QMenu* makeRemotesMenu(RepositoryStore& store, QWidget* parent);
+
 } // namespace plovik

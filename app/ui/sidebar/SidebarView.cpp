@@ -475,6 +475,8 @@ QMenu* SidebarView::makeMenuOf(const QModelIndex& index)
         return makeWorktreeMenu(store_, *tree, this);
     if (model_->kind(index) == SidebarKind::worktrees)
         return makeWorktreesMenu(store_, this);
+    if (model_->kind(index) == SidebarKind::remotes)
+        return makeRemotesMenu(store_, this);
     const std::string remote = model_->remote(index);
     return remote.empty() ? nullptr : makeRemoteMenu(store_, remote, this);
 }
