@@ -323,6 +323,9 @@ TEST_F(BeginningsTest, ABareRepositoryIsShownAndNotChanged)
     }
     EXPECT_EQ(shown, QStringList({u"History"_s, u"Where HEAD Was"_s, u"BRANCHES"_s, u"main"_s}));
 
+    for (const QAbstractButton* const row : window->findChildren<QAbstractButton*>())
+        EXPECT_FALSE(row->isVisible() && row->text().startsWith(u"Working Copy"_s));
+
     // Whatever begins a change says why it does not, and nothing is written.
     for (const CommandId id : {CommandId::fetch, CommandId::newBranch, CommandId::stashChanges, CommandId::addRemote}) {
         EXPECT_FALSE(command(id).isOffered(store));

@@ -27,7 +27,7 @@ WorkingCopyRow::WorkingCopyRow(RepositoryStore& store, QWidget* parent) : QAbstr
 bool WorkingCopyRow::isWanted() const
 {
     const bool isOfAll = store_.history().shownScope() == SidebarItem::history();
-    return isOfAll && !store_.history().isHistoryFiltered.value();
+    return isOfAll && !store_.history().isHistoryFiltered.value() && !store_.changes().isReadOnly();
 }
 
 void WorkingCopyRow::showChanges()
