@@ -7,6 +7,8 @@
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/MessageDialog.h"
 #include "app/ui/dialogs/ShortcutsDialog.h"
+#include "app/ui/welcome/CloneDialog.h"
+#include "app/ui/welcome/CreateDialog.h"
 #include "app/ui/widgets/LabelAccessible.h"
 #include "app/ui/widgets/MenuAccessible.h"
 #include "app/ui/window/RepositoryView.h"
@@ -213,6 +215,8 @@ TEST_F(AccessibilityTest, EveryDialogIsNamed)
         delete dialog;
     };
     look(new AboutDialog(&window));
+    look(new CloneDialog({}, nullptr));
+    look(new CreateDialog(nullptr));
     look(new ShortcutsDialog(&window));
     look(new MessageDialog(u"Title"_s, u"What happened."_s, &window));
     showCommandPalette(*window.menuBar(), target, store);

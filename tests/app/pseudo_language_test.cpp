@@ -7,6 +7,8 @@
 #include "app/store/RepositoryStore.h"
 #include "app/ui/dialogs/PromptDialog.h"
 #include "app/ui/settings/SettingsView.h"
+#include "app/ui/welcome/CloneDialog.h"
+#include "app/ui/welcome/CreateDialog.h"
 #include "app/ui/welcome/WelcomeView.h"
 #include "app/ui/widgets/ElidedLabel.h"
 #include "app/ui/widgets/Theme.h"
@@ -534,7 +536,8 @@ TEST_F(PseudoLanguageTest, DialogsAreTranslatedAndFit)
          {SheetKind(NewBranchSheet{}), SheetKind(NewTagSheet{repo.head()}), SheetKind(StashSheet{}),
           SheetKind(GoToCommitSheet{}), SheetKind(SentChangesSheet{}), SheetKind(ResetSheet{repo.head()}),
           SheetKind(RenameBranchSheet{"main"}), SheetKind(MergeSheet{"refs/heads/main"}),
-          SheetKind(PushSheet{"main", {"zzorigin", "main"}}), SheetKind(RebaseSheet{})})
+          SheetKind(PushSheet{"main", {"zzorigin", "main"}}), SheetKind(RebaseSheet{}), SheetKind(RemoteSheet{}),
+          SheetKind(RemoteSheet{.known = {{.name = "zzup", .url = "zz"}}})})
     {
         store.window().showSheet(sheet);
         lookAtDialog(("sheet " + std::to_string(sheet.index())).c_str());
@@ -599,6 +602,13 @@ TEST_F(PseudoLanguageTest, SettingsAndTheWelcomeWindowAreTranslatedAndFit)
     recentRepositories::add(repo.path());
     welcome.show();
     lookAt(welcome, "welcome with a recent repository");
+    CloneDialog clone({}, nullptr);
+    clone.show();
+    lookAt(clone, "clone");
+    CreateDialog create(nullptr);
+    create.fill("/zz/zz");
+    create.show();
+    lookAt(create, "new repository");
 }
 
 /// Returns the words that are left in what a program prints in its terminal; its name and options are none.

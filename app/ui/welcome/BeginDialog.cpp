@@ -88,9 +88,16 @@ void BeginDialog::validate()
         return;
     const QString wrong = problem();
     sentence_->setForegroundRole(wrong.isEmpty() ? QPalette::PlaceholderText : QPalette::BrightText);
-    sentence_->setText(wrong.isEmpty() ? note() : wrong);
+    say(wrong.isEmpty() ? note() : wrong);
     confirm_->setEnabled(wrong.isEmpty() && isComplete());
     dialogParts::fit(*this, width());
+}
+
+/// The name says what the sentence is about, so its words are the description.
+void BeginDialog::say(const QString& sentence)
+{
+    sentence_->setText(sentence);
+    sentence_->setAccessibleDescription(sentence);
 }
 
 void BeginDialog::showRun()
@@ -107,9 +114,9 @@ void BeginDialog::showRun()
     sentence_->setForegroundRole(QPalette::WindowText);
     const QString line = maker_.progress.value();
     if (maker_.isCancelling.value())
-        sentence_->setText(tr("Cancelling…"));
+        say(tr("Cancelling…"));
     else
-        sentence_->setText(line.isEmpty() ? tr("Connecting…") : line);
+        say(line.isEmpty() ? tr("Connecting…") : line);
 }
 
 void BeginDialog::showFailure()

@@ -61,6 +61,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void say(const QString& sentence);
     void showRun();
     void showFailure();
     void showPrompt();
