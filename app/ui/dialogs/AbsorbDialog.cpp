@@ -220,7 +220,8 @@ QString AbsorbDialog::note() const
 
 bool AbsorbDialog::isComplete() const
 {
-    return reading_.answer() && reading_.answered() == reading_.asked() && rows_->chosenCount() > 0;
+    // What is shown may be read again meanwhile: nothing is written where something else is staged by then.
+    return reading_.answer() && rows_->chosenCount() > 0;
 }
 
 void AbsorbDialog::submit() { actions::absorb(store().actors(), rows_->chosen()); }
