@@ -38,7 +38,7 @@ RemoteDialog::RemoteDialog(RepositoryStore& store, RemoteSheet sheet, QWidget* p
             sheet.known.empty() ? tr("Add Remote") : tr("Save"), parent),
       sheet_(std::move(sheet)), which_(new QComboBox(this)), name_(remoteField(tr("Name"), tr("Name"), this)),
       url_(remoteField(tr("Address"), tr("Address"), this)),
-      pushUrl_(remoteField(tr("Push Address"), tr("Address for pushing, where it is another (optional)"), this)),
+      pushUrl_(remoteField(tr("Push Address"), tr("Push address (optional)"), this)),
       isFetched_(new QCheckBox(tr("Fetched with All Others"), this))
 {
     which_->setAccessibleName(tr("Remote"));
