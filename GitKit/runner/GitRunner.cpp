@@ -60,6 +60,7 @@ ProcessRequest prepared(const std::filesystem::path& directory, const RunContext
                            .input = options.input,
                            .limit = options.limit,
                            .isIdle = options.isIdle,
+                           .dropsMiddle = options.dropsMiddle,
                            .stop = context.stop};
     for (const std::string& setting : options.settings)
         request.arguments.insert(request.arguments.end(), {"-c", setting});

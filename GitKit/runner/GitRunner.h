@@ -26,6 +26,8 @@ struct RunOptions {
     std::vector<std::string> settings = {};
     /// When the output exceeds this, reading stops and git is ended. Used where only a beginning is shown.
     std::optional<OutputLimit> limit = {};
+    /// Of what is printed without end only the beginning and the end are kept, some mebibytes each.
+    bool dropsMiddle = false;
     /// Runs only while nothing else wants the processor or the disk.
     bool isIdle = false;
 };

@@ -23,6 +23,7 @@ struct ProcessRequest {
     std::optional<std::string_view> input = {}; ///< standard input; absent for the null device
     std::optional<OutputLimit> limit = {}; ///< of standard output; when exceeded, the program is killed with its group
     bool isIdle = false;                   ///< takes the processor and the disk only when nothing else wants them
+    bool dropsMiddle = false;  ///< of standard output only the beginning and the end are kept, as of standard error
     std::stop_token stop = {}; ///< asks the program and its group to end, and makes them end two seconds later
     /// Is called with everything that is read, on the calling thread.
     std::function<void(RunListener::Stream, std::string_view)> printed = {};

@@ -19,8 +19,8 @@ namespace gitkit {
 
 namespace {
 
-/// Of the beginning and of the end of what is printed as an error, each: a hook may print without end.
-constexpr std::size_t mostOfError = 16UL * 1024 * 1024;
+/// Of the beginning and of the end of what is printed, each: a hook may print without end.
+constexpr std::size_t mostOfEachEnd = 16UL * 1024 * 1024;
 
 [[noreturn]] void failToExchange(const std::string& what, int error)
 {
@@ -269,9 +269,9 @@ ExchangeEnd exchange(const ProcessRequest& request, pid_t group, const UniqueFd&
     const PipeSignalBlocker blocker;
     InputStream input(std::move(streams.input), request.input.value_or(std::string_view()));
     OutputStream output(std::move(streams.output), result.stdoutBytes, heard(request, RunListener::Stream::output),
-                        std::numeric_limits<std::size_t>::max());
+                        request.dropsMiddle ? mostOfEachEnd : std::numeric_limits<std::size_t>::max());
     OutputStream error(std::move(streams.error), result.stderrBytes, heard(request, RunListener::Stream::error),
-                       mostOfError);
+                       mostOfEachEnd);
     TraceStream trace(std::move(streams.trace), request.traced);
     LimitWatch limit(request.limit, result.stdoutBytes);
     return Exchange{childEnded, stop, input, output, error, trace, limit}.run();

@@ -63,6 +63,7 @@ inline constexpr Setting<bool> commitShowsAllFiles{"commitShowsAllFiles", false}
 inline constexpr Setting<bool> diffSideBySide{"diffSideBySide", false};
 inline constexpr Setting<bool> diffWraps{"diffWraps", false};
 inline constexpr Setting<bool> diffIgnoresWhiteSpace{"diffIgnoresWhiteSpace", false};
+inline constexpr Setting<const char*> ownCommands{"ownCommands", ""};           ///< in JSON, see OwnCommands.h
 inline constexpr Setting<const char*> settledQuestions{"settledQuestions", ""}; ///< their kinds, with spaces between
 inline constexpr Setting<const char*> pictureMode{"pictureMode", "beside"};     ///< or "swipe", "onion"
 

@@ -508,6 +508,22 @@ Undoable markBisect()
     return undo;
 }
 
+Undoable ownCommand(const QString& title)
+{
+    const QString shown = inQuotes(title.toStdString());
+    return {.title = UndoTexts::tr("Run of %1").arg(shown),
+            .done = UndoTexts::tr("Ran %1. Undo covers refs, stashes and files that git knows.").arg(shown),
+            .scope = {.kind = "own-command",
+                      .movesFiles = true,
+                      .movesIndex = true,
+                      .changesMore = true,
+                      .refs = {"refs/tags"}, // all of them
+                      .movesAnyRef = true,
+                      .touchesStashes = true,
+                      .touchesSettings = true},
+            .complete = addChangedFiles};
+}
+
 Undoable stage(const Files& files)
 {
     return {.title = UndoTexts::tr("Staging of %1").arg(namesOf(files)),

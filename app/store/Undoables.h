@@ -84,6 +84,8 @@ Undoable dropStash(const gitkit::Stash& stash);
 /// For a step of an unfinished operation, or its end.
 Undoable operation(gitkit::OperationInProgress::Kind kind, gitkit::OperationStep step);
 Undoable markBisect();
+/// For a command of the user's, of which nobody knows what it does.
+Undoable ownCommand(const QString& title);
 
 using Files = std::vector<gitkit::FileChange>;
 /// Titles name the first file and count the others.

@@ -72,6 +72,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::addWorktree:
         return all({workingTree, refs});
     case Verb::undo:
+    case Verb::runOwnCommand: // nobody knows what it touches
         return all({index, workingTree, refs, stashes});
     }
     return all({index, workingTree, refs, stashes, network});

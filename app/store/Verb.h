@@ -48,6 +48,7 @@ enum class Verb {
     takeFile,
     addWorktree,
     changeWorktree,
+    runOwnCommand,
 };
 
 /// The parts of a repository that a verb may change, and the network that it may use.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/settings/OwnCommands.h"
 #include "app/settings/Settings.h"
 #include "app/store/RepositoryStore.h"
 #include "app/ui/commands/Commands.h"
@@ -27,6 +28,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QShortcut>
 #include <QTreeView>
 #include <QTreeWidget>
 #include <QtTest/QTest>
@@ -363,6 +365,72 @@ TEST_F(ActionsTest, ThePaletteFindsEverythingByAPartOfItsName)
     EXPECT_EQ(store.window().selectedCommit.value(), first);
     EXPECT_EQ(choose(u"nothing is named so"_s), "Search the History for “nothing is named so”");
     EXPECT_EQ(store.history().historySearch.value(), u"nothing is named so"_s);
+    delete window.takeCentralWidget();
+}
+
+TEST_F(ActionsTest, OwnCommandsStandWhereTheyBelongAndRunForWhatIsSelected)
+{
+    using Place = ownCommands::Entry::Place;
+    const std::vector<ownCommands::Entry> entries{
+        {u"Say & Tell"_s, u"echo said"_s, Place::repository, u"Ctrl+Alt+9"_s},
+        {u"Name It"_s, u"printf %s {branch} > told"_s, Place::branch, {}, true},
+        {u"Taken Keys"_s, u"touch never"_s, Place::repository, u"Ctrl+R"_s},
+        {u"Unfinished"_s, u" "_s},
+        {u"Keep"_s, u"cp {file} kept"_s, Place::file}};
+    ownCommands::store(entries);
+    EXPECT_EQ(ownCommands::all(), entries);
+    repo.write("odd $(touch never) it's", "kept\n");
+    QMainWindow window;
+    test::NoTarget target;
+    window.setCentralWidget(new RepositoryView(store));
+    mainMenu::build(*window.menuBar(), target, store);
+    window.resize(1000, 700);
+    window.show();
+    load();
+    const auto own = [&]() -> QMenu* {
+        for (QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
+            if (menu->title().remove(u'&') == u"Own Commands"_s) {
+                Q_EMIT menu->aboutToShow();
+                return menu;
+            }
+        }
+        return nullptr;
+    };
+    ASSERT_TRUE(own());
+    // Nothing is selected for the ones that need something.
+    EXPECT_FALSE(entry(*own(), u"Name It"_s)->isEnabled());
+    EXPECT_EQ(entry(*own(), u"Keep"_s)->toolTip(), u"Select a file."_s);
+    EXPECT_FALSE(entry(*own(), u"Unfinished"_s));
+
+    std::vector<QShortcut*> listening;
+    for (QShortcut* const shortcut : window.findChildren<QShortcut*>()) {
+        if (shortcut->key() == QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_9))
+            listening.push_back(shortcut);
+    }
+    ASSERT_EQ(listening.size(), 1U);
+    QMetaObject::invokeMethod(listening.front(), "activated");
+    ASSERT_TRUE(worker.settle());
+    EXPECT_TRUE(store.window().showsCommandLog.value()) << "it shows what was said";
+    const auto shown = store.changes().commandLog().output(store.window().shownCommand.value().value_or(0));
+    EXPECT_EQ(shown.value_or(CommandLog::Output{}).beginning, "said\n");
+
+    const GitRef side = store.snapshot().branches.value().back();
+    entry(*makeRefMenu(store, side, &view), u"Name It"_s)->trigger();
+    ASSERT_TRUE(store.window().confirmation.value());
+    EXPECT_TRUE(store.window().confirmation.value()->message.contains(u"Undo covers"_s));
+    store.window().confirm(store.window().confirmation.value()->id);
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(readFile(repo / "told"), "side");
+
+    store.window().goTo(SidebarItem::workingCopy());
+    store.window().selectPaths({"odd $(touch never) it's"});
+    ASSERT_TRUE(worker.settle());
+    entry(*own(), u"Keep"_s)->trigger();
+    ASSERT_TRUE(worker.settle());
+    EXPECT_EQ(readFile(repo / "kept"), "kept\n");
+    EXPECT_FALSE(std::filesystem::exists(repo / "never"));
+    ownCommands::store({});
+    EXPECT_EQ(entry(*own(), u"None Yet"_s)->isEnabled(), false);
     delete window.takeCentralWidget();
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings/CodeFont.h"
+#include "app/settings/OwnCommands.h"
 #include "app/settings/Settings.h"
 #include "app/shell/AppDelegate.h"
 #include "app/ui/settings/EditorTab.h"
@@ -21,7 +22,9 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QKeySequenceEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
@@ -410,12 +413,37 @@ TEST_F(SettingsTest, CommandLineTabSaysHowTheToolStandsAndDoesOneThingAtATime)
     finish(u"Nobody listens any more."_s);
 }
 
+TEST_F(SettingsTest, OwnCommandsAreStoredAsTheyAreTyped)
+{
+    window().showTab(u"commands"_s);
+    auto& title = control<QLineEdit>(u"Title"_s);
+    EXPECT_FALSE(title.isEnabled()) << "there is none yet";
+    control<QPushButton>(u"Add"_s).click();
+    EXPECT_TRUE(title.isEnabled());
+    const auto& problem = control<QLabel>(u"Problem with the Command"_s);
+    EXPECT_FALSE(problem.text().isEmpty());
+    title.clear();
+    QTest::keyClicks(&title, u"Tidy Up"_s);
+    QTest::keyClicks(&control<QLineEdit>(u"Command"_s), u"make tidy"_s);
+    EXPECT_TRUE(problem.text().isEmpty());
+    control<QCheckBox>(u"Ask before it runs"_s).click();
+    control<QKeySequenceEdit>(u"Keys"_s).setKeySequence(QKeySequence(Qt::CTRL | Qt::Key_R));
+    EXPECT_TRUE(problem.text().contains(u"Refresh"_s)) << problem.text().toStdString();
+    control<QKeySequenceEdit>(u"Keys"_s).setKeySequence(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_7));
+    EXPECT_EQ(ownCommands::all(),
+              (std::vector<ownCommands::Entry>{
+                  {u"Tidy Up"_s, u"make tidy"_s, ownCommands::Entry::Place::repository, u"Ctrl+Alt+7"_s, true}}));
+    control<QPushButton>(u"Remove"_s).click();
+    EXPECT_TRUE(ownCommands::all().empty());
+    EXPECT_FALSE(title.isEnabled());
+}
+
 TEST_F(SettingsTest, WindowTurnsItsTabsClosesByKeyAndComesBackToItsPlace)
 {
     auto* const tabs = window().findChild<QTabBar*>();
     for (const auto& [key, modifiers, tab] : {std::tuple(Qt::Key_Tab, Qt::KeyboardModifiers(Qt::ControlModifier), 1),
                                               std::tuple(Qt::Key_PageUp, Qt::KeyboardModifiers(Qt::ControlModifier), 0),
-                                              std::tuple(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 3)})
+                                              std::tuple(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 4)})
     {
         QApplication::setActiveWindow(&window());
         QTest::keyClick(&window(), key, modifiers);

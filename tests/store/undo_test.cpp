@@ -16,6 +16,7 @@
 #include "app/store/actions/FileVersions.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
+#include "app/store/actions/OwnCommands.h"
 #include "app/store/actions/Picks.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
@@ -271,6 +272,13 @@ const std::vector<Story> stories{
      },
      [](auto& t) { actions::revert(t.store.actors(), std::vector{commitAt(t, "HEAD")}); }},
     {"Revert of", nothing, [](auto& t) { actions::revert(t.store.actors(), t.repo.head()); }},
+    {"Run of “mess”", [](auto& r) { r.write("b", "local"); },
+     [](auto& t) {
+         const char* const line =
+             "git commit -q -m own --allow-empty && git tag own && printf x > a && printf y > b && "
+             "git branch -q -D topic && git config branch.main.remote .";
+         actions::runOwnCommand(t.store.actors(), {QStringLiteral("mess"), {line, {}, {}, {}}, false});
+     }},
     {"Reset of main", twoCommits, [](auto& t) { resetBack(t, gitkit::ResetKind::keep); }},
     {"Reset of main", twoCommits, [](auto& t) { resetBack(t, gitkit::ResetKind::soft); }},
     {"Reset of main", twoCommits, [](auto& t) { resetBack(t, gitkit::ResetKind::mixed); }},

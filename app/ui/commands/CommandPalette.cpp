@@ -5,6 +5,7 @@
 #include "app/store/ShownText.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/MainMenu.h"
+#include "app/ui/commands/OwnCommandEntries.h"
 #include "app/ui/commands/PalettePopup.h"
 #include "app/ui/commands/RepositoryChoices.h"
 #include "app/ui/widgets/Mnemonics.h"
@@ -74,18 +75,22 @@ private:
             if (item->menu())
                 add(*item->menu(), title);
             else if (const auto id = commandOf(*item); id && item->isVisible() && *id != CommandId::commandPalette)
-                add(*item, command(*id), title);
+                add(*item, command(*id).shortcut().toString(QKeySequence::NativeText), title);
+            else if (ownCommandOf(*item))
+                add(*item, item->text().section(u'\t', 1), title);
         }
         Q_EMIT menu.aboutToHide();
     }
 
-    void add(QAction& item, const Command& command, const QString& menu)
+    void add(QAction& item, const QString& keys, const QString& menu)
     {
-        entries_.push_back({.kind = Kind::command,
-                            .title = PaletteTexts::tr("%1: %2", "menu, command").arg(menu, readTitle(item.text())),
-                            .detail = command.shortcut().toString(QKeySequence::NativeText),
-                            .number = static_cast<int>(items_.size()),
-                            .isOffered = item.isEnabled()});
+        entries_.push_back(
+            {.kind = Kind::command,
+             .title =
+                 PaletteTexts::tr("%1: %2", "menu, command").arg(menu, readTitle(item.text().section(u'\t', 0, 0))),
+             .detail = keys,
+             .number = static_cast<int>(items_.size()),
+             .isOffered = item.isEnabled()});
         const bool hasReason = !item.isEnabled() && item.toolTip() != item.iconText();
         items_.push_back({&item, hasReason ? item.toolTip() : QString(), item.isChecked()});
     }

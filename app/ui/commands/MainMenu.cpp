@@ -5,6 +5,7 @@
 #include "app/store/ShownText.h"
 #include "app/ui/commands/MenuItems.h"
 #include "app/ui/commands/NavigationButtons.h"
+#include "app/ui/commands/OwnCommandEntries.h"
 #include "app/ui/commands/RepositoryChoices.h"
 #include "app/ui/history/HistoryColumns.h"
 #include "app/ui/widgets/Mnemonics.h"
@@ -19,20 +20,32 @@ namespace plovik::mainMenu {
 
 namespace {
 
+/// What the entries of a menu that is filled when it opens are for.
+struct Around {
+    MenuTarget& target;
+    QWidget& window;
+    RepositoryStore& store;
+};
+
 /// An item, a menu inside the menu, or a separator.
 struct Entry {
     Entry(CommandId command) : id(command) {}
     Entry(const char* submenu, std::vector<Entry> inside) : title(submenu), entries(std::move(inside)) {}
-    Entry(const char* submenu, void (*make)(QMenu&, MenuTarget&)) : title(submenu), fill(make) {}
+    using Fill = void (*)(QMenu&, const Around&);
+    Entry(const char* submenu, Fill make) : title(submenu), fill(make) {}
     Entry() = default;
 
     std::optional<CommandId> id = {};
     const char* title = nullptr; ///< untranslated, in the context "Commands"
     std::vector<Entry> entries = {};
-    void (*fill)(QMenu&, MenuTarget&) = nullptr; ///< called when the menu opens
+    Fill fill = nullptr; ///< called when the menu opens
 };
 
-void addColumns(QMenu& menu, MenuTarget& /*target*/) { addColumnChoices(menu); }
+void addColumns(QMenu& menu, const Around& /*around*/) { addColumnChoices(menu); }
+
+void addRecent(QMenu& menu, const Around& around) { addRecentRepositories(menu, around.target); }
+
+void addOwn(QMenu& menu, const Around& around) { fillOwnCommands(menu, around.window, around.store, around.target); }
 
 std::vector<Entry> layouts()
 {
@@ -43,7 +56,7 @@ std::vector<Entry> layouts()
          {openRepository,
           cloneRepository,
           newRepository,
-          {QT_TRANSLATE_NOOP("Commands", "Open Recent"), &addRecentRepositories},
+          {QT_TRANSLATE_NOOP("Commands", "Open Recent"), &addRecent},
           switchRepository,
           line,
           openInEditor,
@@ -116,6 +129,7 @@ std::vector<Entry> layouts()
           {QT_TRANSLATE_NOOP("Commands", "Working Trees"),
            {worktrees, newWorktree, line, openWorktree, lockWorktree, unlockWorktree, removeWorktree}},
           line,
+          {QT_TRANSLATE_NOOP("Commands", "Own Commands"), &addOwn},
           openTerminal}},
         {QT_TRANSLATE_NOOP("Commands", "Branch"),
          {switchBranch,
@@ -181,21 +195,21 @@ std::vector<Entry> layouts()
 }
 
 /// Makes the entries of a menu, in which the letters are found anew whenever it opens.
-void fill(QMenu& menu, const Entry& layout, MenuItems& items, MenuTarget& target)
+void fill(QMenu& menu, const Entry& layout, MenuItems& items, const Around& around)
 {
     menu.setToolTipsVisible(true);
     for (const Entry& entry : layout.entries) {
         if (entry.id)
             items.add(menu, command(*entry.id));
         else if (entry.title)
-            fill(*menu.addMenu(QCoreApplication::translate("Commands", entry.title)), entry, items, target);
+            fill(*menu.addMenu(QCoreApplication::translate("Commands", entry.title)), entry, items, around);
         else
             menu.addSeparator();
     }
-    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu, make = layout.fill, &target] {
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&menu, make = layout.fill, around] {
         if (make) {
             menu.clear();
-            make(menu, target);
+            make(menu, around);
         }
         assignMnemonics(menu.actions());
     });
@@ -229,11 +243,13 @@ void build(QMenuBar& bar, MenuTarget& target, RepositoryStore& store)
     QWidget& window = *bar.window();
     bar.setAccessibleName(QCoreApplication::translate("Commands", "Menu Bar"));
     auto& items = *new MenuItems(bar, target, store);
+    const Around around{target, window, store};
     for (const Entry& layout : layouts())
-        fill(*bar.addMenu(QCoreApplication::translate("Commands", layout.title)), layout, items, target);
+        fill(*bar.addMenu(QCoreApplication::translate("Commands", layout.title)), layout, items, around);
     assignMnemonics(bar.actions());
     QObject::connect(new QShortcut(Qt::Key_F10, &window), &QShortcut::activated, &bar, [&bar] { enter(bar); });
     new NavigationButtons(store, window);
+    new OwnCommandKeys(window, store);
 }
 
 std::vector<Group> groups()

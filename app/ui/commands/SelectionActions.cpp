@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commands/SelectionActions.h"
 
+#include "app/ui/commands/OwnCommandEntries.h"
 #include "app/ui/widgets/ContextMenuSource.h"
 
 #include <QApplication>
@@ -40,6 +41,8 @@ void SelectionActions::add(const QMenu& menu)
     for (QAction* const entry : menu.actions()) {
         if (const std::optional<CommandId> id = commandOf(*entry))
             found_.try_emplace(*id, entry);
+        else if (const std::optional<int> own = ownCommandOf(*entry))
+            own_.try_emplace(*own, entry);
         else if (entry->menu())
             add(*entry->menu());
     }
@@ -48,6 +51,7 @@ void SelectionActions::add(const QMenu& menu)
 void SelectionActions::drop()
 {
     found_.clear();
+    own_.clear();
     // An entry may be what is being carried out now.
     for (const QPointer<QMenu>& menu : std::exchange(menus_, {})) {
         if (menu)
@@ -59,6 +63,12 @@ QAction* SelectionActions::of(CommandId id) const
 {
     const auto found = found_.find(id);
     return found == found_.end() ? nullptr : found->second.data();
+}
+
+QAction* SelectionActions::ofOwnCommand(int number) const
+{
+    const auto found = own_.find(number);
+    return found == own_.end() ? nullptr : found->second.data();
 }
 
 namespace {

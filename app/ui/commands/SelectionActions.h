@@ -28,6 +28,8 @@ public:
     /// Returns the entry that look() has found, or null when nothing that is selected has the command. What has the
     /// focus goes before the rest. It is null again once what it was for has gone.
     QAction* of(CommandId id) const;
+    /// Returns the same for one of the user's own commands, by its place among them.
+    QAction* ofOwnCommand(int number) const;
 
 private:
     void add(QWidget& widget);
@@ -37,6 +39,7 @@ private:
     QWidget& window_;
     std::vector<QPointer<QMenu>> menus_;
     std::map<CommandId, QPointer<QAction>> found_;
+    std::map<int, QPointer<QAction>> own_;
 };
 
 /// Returns the widget of the application that has the focus, or that gets it back when the menus are left.

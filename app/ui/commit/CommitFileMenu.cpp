@@ -5,6 +5,7 @@
 #include "app/store/actions/DesktopFiles.h"
 #include "app/store/actions/FileVersions.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/commands/OwnCommandEntries.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -100,6 +101,8 @@ QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& co
             action->setToolTip(Texts::tr("The file is not in the working tree now."));
         }
     }
+    addOwnCommands(*menu, store,
+                   {.place = ownCommands::Entry::Place::file, .commit = commit.hash, .files = {file.path}});
     return menu;
 }
 

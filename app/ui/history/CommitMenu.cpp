@@ -6,6 +6,7 @@
 #include "app/store/actions/Refs.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/Foretelling.h"
+#include "app/ui/commands/OwnCommandEntries.h"
 #include "app/ui/compare/CompareMenu.h"
 #include "app/ui/history/PlanMenu.h"
 #include "app/ui/history/RowText.h"
@@ -108,6 +109,7 @@ void fillCommitMenu(QMenu& menu, RepositoryStore& store, const gitkit::Commit& c
                           [&store, hash = commit.hash] { store.window().showSheet(RelationsSheet{hash}); }));
     menu.addSeparator();
     addCopies(menu, commit);
+    addOwnCommands(menu, store, {.place = ownCommands::Entry::Place::commit, .commit = commit.hash});
 }
 
 QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>& commits, QWidget* parent)

@@ -60,6 +60,15 @@ QPainterPath terminal()
     return path;
 }
 
+QPainterPath play()
+{
+    QPainterPath path;
+    path.addEllipse(QRectF(3, 3, 18, 18));
+    path.addPolygon(QPolygonF{QPointF(10, 8.2), QPointF(15.8, 12), QPointF(10, 15.8)});
+    path.closeSubpath();
+    return path;
+}
+
 /// A star of four points with hollow sides.
 void addSparkle(QPainterPath& path, QPointF middle, double radius)
 {
@@ -106,6 +115,8 @@ QPainterPath pathOf(SettingsSymbol symbol)
         return text();
     case SettingsSymbol::terminal:
         return terminal();
+    case SettingsSymbol::play:
+        return play();
     case SettingsSymbol::sparkles:
         return sparkles();
     case SettingsSymbol::folder:

@@ -6,6 +6,7 @@
 #include "app/ui/settings/AITab.h"
 #include "app/ui/settings/EditorTab.h"
 #include "app/ui/settings/GeneralTab.h"
+#include "app/ui/settings/OwnCommandsTab.h"
 #include "app/ui/settings/SettingsForm.h"
 #include "app/ui/settings/SettingsTabBar.h"
 #include "app/ui/widgets/Separator.h"
@@ -59,6 +60,8 @@ std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands
          [](QWidget* parent) { return new EditorTab(parent); }},
         {u"command-line"_s, SettingsView::tr("Command Line"), SettingsSymbol::terminal,
          [commandLine = std::move(commandLine)](QWidget* parent) { return new CommandLineTab(commandLine, parent); }},
+        {u"commands"_s, SettingsView::tr("Own Commands"), SettingsSymbol::play,
+         [](QWidget* parent) { return new OwnCommandsTab(parent); }},
         {u"ai"_s, SettingsView::tr("AI"), SettingsSymbol::sparkles,
          [ai = std::move(ai)](QWidget* parent) { return new AITab(ai, parent); }}};
 }

@@ -11,6 +11,7 @@
 #include "app/store/actions/Remotes.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/Foretelling.h"
+#include "app/ui/commands/OwnCommandEntries.h"
 #include "app/ui/compare/CompareMenu.h"
 #include "app/ui/sidebar/UpstreamChoice.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -293,6 +294,7 @@ QMenu* makeRefMenu(RepositoryStore& store, const GitRef& ref, QWidget* parent)
         addLocalDeletion(*menu, store, ref);
     if (ref.kind != GitRef::Kind::local)
         addRemoteDeletion(*menu, store, ref);
+    addOwnCommands(*menu, store, {.place = ownCommands::Entry::Place::branch, .branch = ref.fullName});
     return menu;
 }
 

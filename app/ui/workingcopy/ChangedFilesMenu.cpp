@@ -6,6 +6,7 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
 #include "app/ui/commands/Commands.h"
+#include "app/ui/commands/OwnCommandEntries.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/window/OperationText.h"
 
@@ -220,6 +221,10 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
     addOutsideTool(*menu, store, files);
     addInspection(*menu, store, files);
     add(CommandId::copyPath, Texts::tr("Copy Path"), [files] { copyPaths(files); });
+    OwnCommandTarget own{.place = ownCommands::Entry::Place::file};
+    for (const gitkit::FileChange& file : files)
+        own.files.push_back(file.path);
+    addOwnCommands(*menu, store, own);
     return menu;
 }
 
