@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "GitKit/records/RewritePlan.h"
 #include "GitKit/records/Autosquash.h"
+#include "GitKit/records/RewritePlan.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/Operations.h"
 #include "GitKit/rewrite/MovableReading.h"

@@ -115,12 +115,12 @@ void WorktreesDialog::selectionChanged()
     const QString why = !tree ? QString() : actions::whyNotChanged(*tree);
     const Command& making = command(CommandId::newWorktree);
     make_->setEnabled(making.isOffered(store()));
-    make_->setToolTip(making.whyNot(store()));
+    make_->setToolTip(plainToolTip(making.whyNot(store())));
     lock_->setText(tree && tree->lock ? tr("Unlock") : tr("Lock…"));
     remove_->setText(tree && tree->isMissing ? tr("Forget…") : tr("Remove…"));
     for (QPushButton* const button : {lock_, remove_}) {
         button->setEnabled(tree && why.isEmpty() && isOffered);
-        button->setToolTip(why);
+        button->setToolTip(plainToolTip(why));
     }
     if (tree && tree->isHere && why.isEmpty()) {
         remove_->setEnabled(false);
