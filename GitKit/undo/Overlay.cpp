@@ -223,11 +223,16 @@ std::vector<OverlayFile> overlayFiles(const GitRepository& repo, const std::stri
 
 std::string overlayInFolders(const GitRepository& repo, const std::string& tree)
 {
+    // No tree has a name from the root on, nor one of git's own folder.
+    const auto comparable = [](const std::string& path) {
+        const fs::path whole(path);
+        return whole.is_absolute() ? (whole.parent_path().filename() / whole.filename()).string() : path;
+    };
     const ScratchIndex index(repo.runner());
     RunOptions options = helperOptions(index.options());
     options.input = std::string();
     for (const OverlayFile& file : overlayFiles(repo, tree))
-        *options.input += file.mode + ' ' + file.hash + '\t' + file.path + '\0';
+        *options.input += file.mode + ' ' + file.hash + '\t' + comparable(file.path) + '\0';
     repo.runner().accepted({"update-index", "-z", "--add", "--index-info"}, options);
     return std::string(withoutLineEnd(repo.runner().bytes({"write-tree"}, helperOptions(index.options()))));
 }

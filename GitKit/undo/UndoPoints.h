@@ -20,10 +20,11 @@ class GitRepository;
 struct UndoScope {
     std::string kind = {};
     std::string title = {};
-    std::string message = {};                 ///< that the user has typed for it
-    bool movesFiles = false;                  ///< the files of the working tree go from one tree to another
-    bool movesIndex = false;                  ///< what is staged changes, too
-    std::vector<std::string> overwrites = {}; ///< files whose bytes are taken; those that git knows
+    std::string message = {}; ///< that the user has typed for it
+    bool movesFiles = false;  ///< the files of the working tree go from one tree to another
+    bool movesIndex = false;  ///< what is staged changes, too
+    /// Files whose bytes are taken: those that git knows, and absolute paths of files in git's own folder.
+    std::vector<std::string> overwrites = {};
     /// Files that have changes of the user's. Their bytes are kept, too, as far as that is no great matter.
     std::vector<std::string> changed = {};
     /// Files that the action changes without a word in the index are looked for when it has ended.

@@ -117,6 +117,8 @@ QString titleOfSlow(Verb verb)
         return ChangeTexts::tr("Resolving…");
     case Verb::takeFile:
         return ChangeTexts::tr("Taking the file…");
+    case Verb::ignore:
+        return ChangeTexts::tr("Ignoring…");
     case Verb::undo:
         return ChangeTexts::tr("Undoing…");
     default:

@@ -4,6 +4,7 @@
 #include "GitKit/Text.h"
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Ignoring.h"
 #include "GitKit/repository/InTheWay.h"
 #include "GitKit/repository/Picking.h"
 #include "GitKit/repository/Resolving.h"
@@ -581,6 +582,24 @@ Undoable answer(const std::vector<gitkit::Conflict>& conflicts, gitkit::Conflict
             for (std::string& path : listed(repo, {"ls-files", "-z", "--", ":(literal)" + folder}))
                 scope.overwrites.push_back(std::move(path));
         }
+    };
+    return undo;
+}
+
+Undoable ignore(const gitkit::IgnoreRequest& request)
+{
+    const QString patterns = request.patterns.size() == 1
+                                 ? inQuotes(request.patterns.front())
+                                 : UndoTexts::tr("%Ln pattern(s)", nullptr, static_cast<int>(request.patterns.size()));
+    Undoable undo{.title = UndoTexts::tr("Ignoring of %1").arg(patterns),
+                  .done = request.place == gitkit::IgnorePlace::own
+                              ? UndoTexts::tr("Ignored %1 in your own list.").arg(patterns)
+                              : UndoTexts::tr("Ignored %1 in .gitignore.").arg(patterns),
+                  .scope = {.kind = "ignore", .movesIndex = request.stopsTracking},
+                  .takesWork = request.stopsTracking}; // what is staged of them
+    undo.complete = [place = request.place](const GitRepository& repo, UndoScope& scope) {
+        const std::filesystem::path list = gitkit::ignoreList(repo, place);
+        scope.overwrites.push_back(place == gitkit::IgnorePlace::repository ? list.filename() : list);
     };
     return undo;
 }

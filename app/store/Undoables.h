@@ -4,6 +4,7 @@
 #include "GitKit/records/BranchChange.h"
 #include "GitKit/records/Conflict.h"
 #include "GitKit/records/FileChange.h"
+#include "GitKit/records/Ignore.h"
 #include "GitKit/records/OperationInProgress.h"
 #include "GitKit/records/Pick.h"
 #include "GitKit/records/Reset.h"
@@ -95,6 +96,8 @@ Undoable takeSide(const std::vector<std::string>& paths);
 /// For an answer to conflicts, which may take files that the user has changed; `label` as answerConflicts() gets it.
 Undoable answer(const std::vector<gitkit::Conflict>& conflicts, gitkit::ConflictAnswer answer,
                 const std::string& label);
+/// For patterns that are added to a list of ignored files.
+Undoable ignore(const gitkit::IgnoreRequest& request);
 Undoable startOver(const std::vector<std::string>& paths);
 Undoable takeFile(const std::string& revision, const std::string& path);
 /// keeping() keeps what it takes; its name goes to Undoable::kept.

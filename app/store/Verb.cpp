@@ -65,6 +65,7 @@ std::uint8_t touchedBy(Verb verb)
         return all({index});
     case Verb::discard:
     case Verb::takeSide:
+    case Verb::ignore:     // it may take files out of the index
         return all({index, workingTree});
     case Verb::undoDiscard:
     case Verb::takeFile:

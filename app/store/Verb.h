@@ -49,6 +49,7 @@ enum class Verb {
     addWorktree,
     changeWorktree,
     runOwnCommand,
+    ignore,
 };
 
 /// The parts of a repository that a verb may change, and the network that it may use.

@@ -193,8 +193,15 @@ TEST_F(WorkingCopy, TellsItsNamesAndStatesToAssistiveTechnology)
 
 TEST_F(WorkingCopy, OffersWhatFitsTheFiles)
 {
-    const QStringList rest{u"Stash…"_s,           u"-"_s,          u"Open in Kate"_s,      u"Reveal in File Browser"_s,
-                           u"Open in Difftool"_s, u"Show Blame"_s, u"Show File History"_s, u"Copy Path"_s};
+    const QStringList rest{u"Stash…"_s,
+                           u"Ignore"_s,
+                           u"-"_s,
+                           u"Open in Kate"_s,
+                           u"Reveal in File Browser"_s,
+                           u"Open in Difftool"_s,
+                           u"Show Blame"_s,
+                           u"Show File History"_s,
+                           u"Copy Path"_s};
     EXPECT_EQ(menuOf({u"zeta.txt"_s}), QStringList({u"Stage"_s, u"Delete File…"_s}) + rest);
     EXPECT_EQ(menuOf({u"new name.txt"_s}), QStringList({u"Unstage"_s, u"Discard Changes…"_s}) + rest);
     EXPECT_EQ(menuOf({u"a.txt"_s, u"new name.txt"_s}),

@@ -14,6 +14,7 @@
 #include "app/store/actions/BranchSettings.h"
 #include "app/store/actions/EditStop.h"
 #include "app/store/actions/FileVersions.h"
+#include "app/store/actions/Ignoring.h"
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
 #include "app/store/actions/OwnCommands.h"
@@ -315,6 +316,20 @@ const std::vector<Story> stories{
     {"Taking “a” from",
      [](auto& r) { r.git({"rm", "-q", "--cached", "a"}).write(".git/info/exclude", "a\n").write("a", "ignored\n"); },
      [](auto& t) { actions::takeFile(t.store.actors(), t.ref("topic").hash, "a"); }},
+    {"Ignoring of “/untracked”", nothing,
+     [](auto& t) {
+         actions::ignore(t.store.actors(), Staging::Files({fileOf(t, "untracked")}), actions::IgnoreWhat::files,
+                         gitkit::IgnorePlace::own);
+     }},
+    {"Ignoring of “*.txt”",
+     [](auto& r) {
+         r.write("b.txt", "1").git({"add", "b.txt"}).git({"commit", "-q", "-m", "text"});
+         r.remove(".gitignore").write("b.txt", "2").git({"add", "-u"}).write("b.txt", "3").write("c.txt", "1");
+     },
+     [](auto& t) {
+         actions::ignore(t.store.actors(), Staging::Files({fileOf(t, "b.txt"), fileOf(t, "c.txt")}),
+                         actions::IgnoreWhat::ending, gitkit::IgnorePlace::repository);
+     }},
     {"Stash “mine”",
      [](auto& r) { r.write("a", "staged").git({"add", "a"}).write("a", "changed").write("new file", "n\r\n"); },
      [](auto& t) { actions::stashSave(t.store.actors(), QStringLiteral("mine"), gitkit::UntrackedFiles::include); }},

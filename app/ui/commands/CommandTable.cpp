@@ -59,6 +59,7 @@ using Id = CommandId;
 constexpr const char* wantedText = QT_TRANSLATE_NOOP("Commands", "Go to a text or a list that offers this.");
 constexpr const char* wantedTree = QT_TRANSLATE_NOOP("Commands", "A bare repository has no working tree.");
 constexpr const char* wantedFile = QT_TRANSLATE_NOOP("Commands", "Select a file in a list.");
+constexpr const char* wantedChanged = QT_TRANSLATE_NOOP("Commands", "Select changed files in the working copy.");
 constexpr const char* wantedConflict = QT_TRANSLATE_NOOP("Commands", "Select a file with conflicts.");
 constexpr const char* wantedHunk = QT_TRANSLATE_NOOP("Commands", "Go to a part of a diff that offers this.");
 constexpr const char* wantedLines = QT_TRANSLATE_NOOP("Commands", "Select changed lines in a diff that offers this.");
@@ -421,6 +422,13 @@ constexpr Command table[] = {
                 QT_TRANSLATE_NOOP("Commands", "Select changed files in the working copy."), Qt::Key_Delete),
     onSelection(Id::stashFiles, QT_TRANSLATE_NOOP("Commands", "Stash Selected Files…"),
                 QT_TRANSLATE_NOOP("Commands", "Select changed files in the working copy.")),
+    onSelection(Id::ignoreFiles, QT_TRANSLATE_NOOP("Commands", "Ignore This File"), wantedChanged),
+    onSelection(Id::ignoreEnding, QT_TRANSLATE_NOOP("Commands", "Ignore All Files with This Ending"), wantedChanged),
+    onSelection(Id::ignoreFolder, QT_TRANSLATE_NOOP("Commands", "Ignore This Folder"), wantedChanged),
+    onSelection(Id::ignoreFilesOwn, QT_TRANSLATE_NOOP("Commands", "Ignore This File in My Own List"), wantedChanged),
+    onSelection(Id::ignoreEndingOwn, QT_TRANSLATE_NOOP("Commands", "Ignore All Files with This Ending in My Own List"),
+                wantedChanged),
+    onSelection(Id::ignoreFolderOwn, QT_TRANSLATE_NOOP("Commands", "Ignore This Folder in My Own List"), wantedChanged),
     onSelection(Id::useOurs, QT_TRANSLATE_NOOP("Commands", "Use Ours"), wantedConflict),
     onSelection(Id::useTheirs, QT_TRANSLATE_NOOP("Commands", "Use Theirs"), wantedConflict),
     onSelection(Id::markResolved, QT_TRANSLATE_NOOP("Commands", "Mark Resolved"), wantedConflict),

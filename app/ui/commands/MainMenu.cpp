@@ -172,6 +172,8 @@ std::vector<Entry> layouts()
           unstageFiles,
           discardFiles,
           stashFiles,
+          {QT_TRANSLATE_NOOP("Commands", "Ignore"),
+           {ignoreFiles, ignoreEnding, ignoreFolder, line, ignoreFilesOwn, ignoreEndingOwn, ignoreFolderOwn}},
           {QT_TRANSLATE_NOOP("Commands", "Hunk and Lines"),
            {stageHunk, unstageHunk, discardHunk, stashHunk, line, stageLines, unstageLines, discardLines, stashLines}},
           {QT_TRANSLATE_NOOP("Commands", "Conflict"), {useOurs, useTheirs, markResolved}},

@@ -5,6 +5,7 @@
 #include "app/store/ConflictWords.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/DesktopFiles.h"
+#include "app/store/actions/Ignoring.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/OwnCommandEntries.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -182,6 +183,35 @@ void addStashing(QMenu& menu, RepositoryStore& store, const Staging::Files& file
     }
 }
 
+void addIgnoring(QMenu& parent, RepositoryStore& store, const Staging::Files& files)
+{
+    using gitkit::IgnorePlace;
+    using What = actions::IgnoreWhat;
+    QMenu& menu = *parent.addMenu(Texts::tr("Ignore"));
+    menu.setToolTipsVisible(true);
+    const auto add = [&](CommandId id, What what, IgnorePlace place) {
+        const actions::IgnoreChoice choice = actions::ignoreChoice(files, what);
+        const QString title =
+            place == IgnorePlace::own ? Texts::tr("%1 in My Own List").arg(choice.title) : choice.title;
+        QAction* const entry =
+            markAs(id, addChange(menu, store, Verb::ignore, plainMenuText(title), [&store, files, what, place] {
+                       actions::ignore(store.actors(), files, what, place);
+                   }));
+        if (entry->isEnabled())
+            entry->setToolTip(plainToolTip(choice.whyNot.isEmpty()
+                                               ? Texts::tr("Adds to the list:\n%1").arg(choice.patternsInLines)
+                                               : choice.whyNot));
+        entry->setEnabled(entry->isEnabled() && choice.whyNot.isEmpty());
+    };
+    add(CommandId::ignoreFiles, What::files, IgnorePlace::repository);
+    add(CommandId::ignoreEnding, What::ending, IgnorePlace::repository);
+    add(CommandId::ignoreFolder, What::folder, IgnorePlace::repository);
+    menu.addSeparator();
+    add(CommandId::ignoreFilesOwn, What::files, IgnorePlace::own);
+    add(CommandId::ignoreEndingOwn, What::ending, IgnorePlace::own);
+    add(CommandId::ignoreFolderOwn, What::folder, IgnorePlace::own);
+}
+
 } // namespace
 
 QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files, const QString& openTitle,
@@ -207,6 +237,7 @@ QMenu* makeChangedFilesMenu(RepositoryStore& store, const Staging::Files& files,
     discard->setEnabled(reason.isEmpty());
     discard->setToolTip(plainToolTip(reason));
     addStashing(*menu, store, files);
+    addIgnoring(*menu, store, files);
     menu->addSeparator();
     QAction* const open =
         add(CommandId::openInEditor, openTitle, [&store, files] { actions::openInEditor(store.actors(), files); });
