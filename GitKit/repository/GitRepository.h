@@ -127,8 +127,8 @@ public:
     void fetch() const;
     void pull(PullBy how = PullBy::setting, const std::optional<std::string>& fetched = {}) const;
     /// Pushes `branch` to the branch of the same name. With `upstreamRemote`, pushes there and sets it as the upstream;
-    /// otherwise `branch` must be the current one.
-    void push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
+    /// otherwise `branch` must be the current one. Returns what pushBranch() does.
+    std::string push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const;
 
 private:
     std::filesystem::path root_;

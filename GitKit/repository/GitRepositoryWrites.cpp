@@ -29,6 +29,7 @@
 //   stash apply, pop, drop  name the stash by the number that its hash has now: the number may have changed.
 
 #include "GitKit/Text.h"
+#include "GitKit/WebAddress.h"
 #include "GitKit/repository/Folders.h"
 #include "GitKit/repository/GitRepository.h"
 #include "GitKit/repository/Identity.h"
@@ -357,7 +358,7 @@ void GitRepository::pull(PullBy how, const std::optional<std::string>& fetched) 
     runTelling(runner_, arguments);
 }
 
-void GitRepository::push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const
+std::string GitRepository::push(const std::string& branch, const std::optional<std::string>& upstreamRemote) const
 {
     const std::string ref = std::string(branchPrefix) + branch;
     if (!upstreamRemote && trimmed(runner_.output({"symbolic-ref", "--quiet", "HEAD"}).stdoutBytes, "\n") != ref)
@@ -369,7 +370,7 @@ void GitRepository::push(const std::string& branch, const std::optional<std::str
     if (upstreamRemote)
         arguments.emplace_back("-u");
     arguments.insert(arguments.end(), {remote, ref + ":" + ref});
-    runTelling(runner_, arguments);
+    return addressIn(serverLines(runTelling(runner_, arguments)));
 }
 
 } // namespace gitkit

@@ -2,6 +2,7 @@
 #include "GitKit/repository/Pushing.h"
 
 #include "GitKit/Text.h"
+#include "GitKit/WebAddress.h"
 #include "GitKit/parsers/Fields.h"
 #include "GitKit/repository/Divergence.h"
 #include "GitKit/repository/GitRepository.h"
@@ -9,6 +10,7 @@
 #include "GitKit/repository/RewrittenBranches.h"
 #include "GitKit/repository/TellingCommand.h"
 #include "GitKit/runner/GitError.h"
+#include "GitKit/runner/GitMessages.h"
 
 #include <algorithm>
 #include <functional>
@@ -200,7 +202,7 @@ RemoteBranch pushedTo(const GitRepository& repo, const std::string& branch)
     return {remotes[0].empty() ? remotes[1] : remotes[0], branch};
 }
 
-void pushBranch(const GitRepository& repo, const Push& push)
+std::string pushBranch(const GitRepository& repo, const Push& push)
 {
     const std::string remote = newNameArgument("push", push.to.remote);
     requireNoMirror(repo, remote);
@@ -219,7 +221,7 @@ void pushBranch(const GitRepository& repo, const Push& push)
         arguments.push_back(branchRef(other.branch) + ':' + branchRef(other.to.branch));
     for (const std::string& tag : push.tags)
         arguments.push_back(tagRef(tag) + ':' + tagRef(tag));
-    runTelling(repo.runner(), arguments);
+    return addressIn(serverLines(runTelling(repo.runner(), arguments)));
 }
 
 std::string lookAtRemote(const GitRepository& repo, const RemoteBranch& branch)

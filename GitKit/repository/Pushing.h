@@ -22,8 +22,9 @@ PushPreview pushPreview(const GitRepository& repo, const PushQuestion& question)
 RemoteBranch pushedTo(const GitRepository& repo, const std::string& branch);
 
 /// Pushes a branch. One that is not there yet is made and nothing else, and one that is replaced must be where the caller
-/// saw it: otherwise nothing is changed, which is ErrorKind::notFastForward.
-void pushBranch(const GitRepository& repo, const Push& push);
+/// saw it: otherwise nothing is changed, which is ErrorKind::notFastForward. Returns
+/// the address on the web that the server has told, as for a new request; empty when it has told none.
+std::string pushBranch(const GitRepository& repo, const Push& push);
 
 /// Asks the remote where its branch is, and fetches that. Returns its full hash; empty when the remote has no such branch.
 std::string lookAtRemote(const GitRepository& repo, const RemoteBranch& branch);

@@ -28,11 +28,11 @@ void waitForIndex(const GitRepository& repo)
         std::this_thread::sleep_for(pause);
 }
 
-void runTelling(const GitRunner& runner, const std::vector<std::string>& arguments, const RunOptions& options)
+GitOutput runTelling(const GitRunner& runner, const std::vector<std::string>& arguments, const RunOptions& options)
 {
-    const GitOutput output = runner.output(arguments, options);
+    GitOutput output = runner.output(arguments, options);
     if (!output.signalled && output.status == 0)
-        return;
+        return output;
     const std::string outputText = output.text();
     const std::string errorText = withoutProgress(output.errorText());
     std::string message(trimmed(outputText));

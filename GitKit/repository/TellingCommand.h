@@ -16,6 +16,7 @@ void waitForIndex(const GitRepository& repo);
 
 /// Runs a command that may explain a failure on both streams: git prints conflicts on one and hints on the other.
 /// Throws a GitError with the text of both.
-void runTelling(const GitRunner& runner, const std::vector<std::string>& arguments, const RunOptions& options = {});
+GitOutput runTelling(const GitRunner& runner, const std::vector<std::string>& arguments,
+                     const RunOptions& options = {});
 
 } // namespace gitkit

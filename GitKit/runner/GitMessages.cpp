@@ -244,6 +244,8 @@ std::vector<std::string> embeddedRepositories(const GitOutput& output)
     return endsOfLines(output.stderrBytes, "warning: adding embedded git repository: ");
 }
 
+std::vector<std::string> serverLines(const GitOutput& output) { return endsOfLines(output.stderrBytes, "remote: "); }
+
 std::string lockNamedIn(std::string_view message)
 {
     constexpr std::string_view start = "nable to create '";

@@ -24,6 +24,9 @@ std::vector<std::string> brokenRefs(const GitOutput& output);
 /// The repositories inside this one that a run of `git add` staged, with its warning, as one commit each.
 std::vector<std::string> embeddedRepositories(const GitOutput& output);
 
+/// What a server has said, line by line.
+std::vector<std::string> serverLines(const GitOutput& output);
+
 /// The path of the lock that git could not take, as it tells it; empty when it tells of none.
 std::string lockNamedIn(std::string_view message);
 

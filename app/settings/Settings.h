@@ -65,7 +65,9 @@ inline constexpr Setting<bool> diffWraps{"diffWraps", false};
 inline constexpr Setting<bool> diffIgnoresWhiteSpace{"diffIgnoresWhiteSpace", false};
 inline constexpr Setting<const char*> ownCommands{"ownCommands", ""};           ///< in JSON, see OwnCommands.h
 inline constexpr Setting<const char*> settledQuestions{"settledQuestions", ""}; ///< their kinds, with spaces between
-inline constexpr Setting<const char*> pictureMode{"pictureMode", "beside"};     ///< or "swipe", "onion"
+inline constexpr Setting<const char*> webHosts{"webHosts", ""};             ///< a line each: host, kind of its server
+inline constexpr Setting<const char*> messageLinks{"messageLinks", ""};     ///< a line each: pattern, address
+inline constexpr Setting<const char*> pictureMode{"pictureMode", "beside"}; ///< or "swipe", "onion"
 
 // Commit messages written with a language model. The keys to the services are never stored here.
 inline constexpr Setting<bool> aiEnabled{"aiEnabled", false};

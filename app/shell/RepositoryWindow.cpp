@@ -16,7 +16,9 @@
 #include "app/shell/ExternalEditor.h"
 #include "app/shell/WindowFrames.h"
 #include "app/store/ShownText.h"
+#include "app/store/actions/Patches.h"
 #include "app/ui/commands/MainMenu.h"
+#include "app/ui/patches/PatchEntries.h"
 #include "app/ui/welcome/DroppedRepositories.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/window/RepositoryView.h"
@@ -175,7 +177,7 @@ void RepositoryWindow::moveEvent(QMoveEvent* event)
 
 void RepositoryWindow::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (!droppedRepositories(*event->mimeData()).isEmpty())
+    if (!droppedRepositories(*event->mimeData()).isEmpty() || !droppedPatches(*event->mimeData()).empty())
         event->acceptProposedAction();
 }
 
@@ -187,6 +189,9 @@ void RepositoryWindow::dropEvent(QDropEvent* event)
         application_.openFolder(folder);
     if (!dropped.address.isEmpty())
         application_.cloneFrom(dropped.address);
+    // One at a time is asked about.
+    if (const auto patches = droppedPatches(*event->mimeData()); !patches.empty())
+        actions::askToApply(store_->actors(), patches.front());
 }
 
 void RepositoryWindow::closeEvent(QCloseEvent* event)

@@ -102,6 +102,7 @@ QString refusal(const Snapshot& now, Verb verb)
         return firstOf(conflictsLeft(now), unfinished(now));
     case Verb::rebase:
     case Verb::rewrite:
+    case Verb::applyMails:
         return firstOf(conflictsLeft(now), inProgress(now));
     case Verb::moveBranch: // it may be the one that is being rebased
         return isIn(now, Kind::rebase) ? inProgress(now) : QString();

@@ -24,6 +24,14 @@ struct KeptFiles {
     bool isLeftOut = false; ///< the user wants it done without keeping anything
 };
 
+/// A branch that was pushed.
+struct PushedBranch {
+    std::string branch; ///< the local one, without refs/heads
+    std::string told;   ///< address on the web; empty when the server has told none. Written on the worker
+
+    bool operator==(const PushedBranch&) const = default;
+};
+
 /// What must be known of a change so that it can be taken back.
 struct Undoable {
     QString title; ///< names it in a sentence, as “Merge of topic”
@@ -37,6 +45,8 @@ struct Undoable {
     bool takesWork = false;
     /// For an operation that keeps files by itself; may be empty.
     std::shared_ptr<KeptFiles> kept = {};
+    /// For a push: the branch, and what the server has told. May be empty.
+    std::shared_ptr<PushedBranch> pushed = {};
 };
 
 /// Files that git does not know stand where a change would write.

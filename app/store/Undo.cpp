@@ -151,7 +151,8 @@ void Undo::kept(const StepKeeping& keeping)
         tellMovedAside(keeping.movedIgnored());
     if (!keeping.what().done.isEmpty())
         said = Said{++lastSaid_, keeping.what().done,
-                    isPublished(*keeping.step()) ? Said::Offer::none : Said::Offer::undo, rewrittenBy(*keeping.step())};
+                    isPublished(*keeping.step()) ? Said::Offer::none : Said::Offer::undo, rewrittenBy(*keeping.step()),
+                    keeping.what().pushed ? std::optional(*keeping.what().pushed) : std::nullopt};
 }
 
 void Undo::add(UndoStep step)

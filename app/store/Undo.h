@@ -5,6 +5,7 @@
 #include "GitKit/records/UndoStep.h"
 #include "app/store/Confirmation.h"
 #include "app/store/Observed.h"
+#include "app/store/StepKeeping.h"
 #include "app/store/TimelineRows.h"
 
 #include <QCoreApplication>
@@ -75,6 +76,7 @@ public:
         Offer offer = Offer::none;
         /// Full names of the branches that it has moved to other commits than new ones of its own on top.
         std::vector<std::string> rewritten = {};
+        std::optional<PushedBranch> pushed = {};
 
         bool operator==(const Said&) const = default;
     };

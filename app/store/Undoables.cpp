@@ -586,6 +586,24 @@ Undoable answer(const std::vector<gitkit::Conflict>& conflicts, gitkit::Conflict
     return undo;
 }
 
+Undoable applyPatch(const QString& name, const std::vector<std::string>& paths, gitkit::PatchWay way)
+{
+    return {.title = UndoTexts::tr("Applying of %1", "file").arg(inQuotes(name)),
+            .done = UndoTexts::tr("Applied %1.", "file").arg(inQuotes(name)),
+            .scope = {.kind = "apply-patch", .movesIndex = way == gitkit::PatchWay::threeWay, .overwrites = paths},
+            .takesWork = true};
+}
+
+Undoable applyMails(const QString& name)
+{
+    Undoable undo{.title = UndoTexts::tr("Applying of %1", "file").arg(inQuotes(name)),
+                  .done = UndoTexts::tr("Applied the commits of %1.", "file").arg(inQuotes(name)),
+                  .scope = moving("apply-mails"),
+                  .complete = addChangedFiles};
+    undo.scope.changesMore = true;
+    return undo;
+}
+
 Undoable ignore(const gitkit::IgnoreRequest& request)
 {
     const QString patterns = request.patterns.size() == 1

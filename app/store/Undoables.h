@@ -6,6 +6,7 @@
 #include "GitKit/records/FileChange.h"
 #include "GitKit/records/Ignore.h"
 #include "GitKit/records/OperationInProgress.h"
+#include "GitKit/records/Patch.h"
 #include "GitKit/records/Pick.h"
 #include "GitKit/records/Reset.h"
 #include "GitKit/records/RewriteOutcome.h"
@@ -96,6 +97,9 @@ Undoable takeSide(const std::vector<std::string>& paths);
 /// For an answer to conflicts, which may take files that the user has changed; `label` as answerConflicts() gets it.
 Undoable answer(const std::vector<gitkit::Conflict>& conflicts, gitkit::ConflictAnswer answer,
                 const std::string& label);
+/// `name` is that of the file with the patch, `paths` are what it changes.
+Undoable applyPatch(const QString& name, const std::vector<std::string>& paths, gitkit::PatchWay way);
+Undoable applyMails(const QString& name);
 /// For patterns that are added to a list of ignored files.
 Undoable ignore(const gitkit::IgnoreRequest& request);
 Undoable startOver(const std::vector<std::string>& paths);

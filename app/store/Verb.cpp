@@ -46,6 +46,7 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::rewrite:
     case Verb::reset:
     case Verb::cherryPick:
+    case Verb::applyMails:
     case Verb::revert:
     case Verb::continueOperation:
     case Verb::skipStep:
@@ -65,6 +66,7 @@ std::uint8_t touchedBy(Verb verb)
         return all({index});
     case Verb::discard:
     case Verb::takeSide:
+    case Verb::applyPatch: // by a merge, it stages
     case Verb::ignore:     // it may take files out of the index
         return all({index, workingTree});
     case Verb::undoDiscard:

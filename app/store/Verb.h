@@ -50,6 +50,8 @@ enum class Verb {
     changeWorktree,
     runOwnCommand,
     ignore,
+    applyPatch,
+    applyMails,
 };
 
 /// The parts of a repository that a verb may change, and the network that it may use.

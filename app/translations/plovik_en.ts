@@ -623,6 +623,37 @@
     </message>
 </context>
 <context>
+    <name>plovik::Ignoring</name>
+    <message numerus="yes">
+        <source>These %Ln File(s)</source>
+        <translation>
+            <numerusform>These %Ln File</numerusform>
+            <numerusform>These %Ln Files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>These %Ln Folder(s)</source>
+        <translation>
+            <numerusform>These %Ln Folder</numerusform>
+            <numerusform>These %Ln Folders</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Select no more than %Ln file(s).</source>
+        <translation>
+            <numerusform>Select no more than %Ln file.</numerusform>
+            <numerusform>Select no more than %Ln files.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln file(s) are in the repository already</source>
+        <translation>
+            <numerusform>%Ln file is in the repository already</numerusform>
+            <numerusform>%Ln files are in the repository already</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::MergeDialog</name>
     <message numerus="yes">
         <source>Not possible while it lacks %Ln commit(s) of here.</source>
@@ -725,6 +756,37 @@
         <translation>
             <numerusform>%Ln more row: type on to see them.</numerusform>
             <numerusform>%Ln more rows: type on to see them.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::Patches</name>
+    <message numerus="yes">
+        <source>Saved %Ln patch(es).</source>
+        <translation>
+            <numerusform>Saved %Ln patch.</numerusform>
+            <numerusform>Saved %Ln patches.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Saved %Ln patch(es). The message of %1 holds a line that ends a patch: it will be cut there.</source>
+        <translation>
+            <numerusform>Saved %Ln patch. The message of %1 holds a line that ends a patch: it will be cut there.</numerusform>
+            <numerusform>Saved %Ln patches. The message of %1 holds a line that ends a patch: it will be cut there.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>It changes %Ln file(s) of the working copy.</source>
+        <translation>
+            <numerusform>It changes %Ln file of the working copy.</numerusform>
+            <numerusform>It changes %Ln files of the working copy.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>It holds %Ln commit(s) with their messages and authors.</source>
+        <translation>
+            <numerusform>It holds %Ln commit with its message and author.</numerusform>
+            <numerusform>It holds %Ln commits with their messages and authors.</numerusform>
         </translation>
     </message>
 </context>
@@ -1226,6 +1288,13 @@
         <translation>
             <numerusform>%Ln staged change</numerusform>
             <numerusform>%Ln staged changes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln pattern(s)</source>
+        <translation>
+            <numerusform>%Ln pattern</numerusform>
+            <numerusform>%Ln patterns</numerusform>
         </translation>
     </message>
 </context>

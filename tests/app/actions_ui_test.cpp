@@ -73,14 +73,30 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     const GitRef remote = makeRef(GitRef::Kind::remote, "refs/remotes/", "origin/side");
     const GitRef tag = makeRef(GitRef::Kind::tag, "refs/tags/", "v1");
 
-    EXPECT_EQ(menuOf(local),
-              (Titles{"Check Out", "Merge into “a&&b”", "Merge With Options…", "Rebase “a&&b” onto “side”",
-                      "Rebase “side” onto…", "New Branch from Here…", "(Pull)", "(Move to Selected Commit)", "Push to…",
-                      "—", "Rename…", "Upstream", "—", "Compare", "Where It Was", "—", "Copy Name", "—", "Delete…"}));
+    EXPECT_EQ(menuOf(local), (Titles{"Check Out",
+                                     "Merge into “a&&b”",
+                                     "Merge With Options…",
+                                     "Rebase “a&&b” onto “side”",
+                                     "Rebase “side” onto…",
+                                     "New Branch from Here…",
+                                     "(Pull)",
+                                     "(Move to Selected Commit)",
+                                     "Push to…",
+                                     "(New Request on the Web)",
+                                     "—",
+                                     "Rename…",
+                                     "Upstream",
+                                     "—",
+                                     "Compare",
+                                     "Where It Was",
+                                     "—",
+                                     "Copy Name",
+                                     "—",
+                                     "Delete…"}));
     EXPECT_EQ(menuOf(current),
               (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)", "(Rebase “a&&b” onto “a&&b”)",
-                      "Rebase “a&&b” onto…", "New Branch from Here…", "Push", "Push to…", "—", "Rename…", "Upstream",
-                      "—", "Compare", "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
+                      "Rebase “a&&b” onto…", "New Branch from Here…", "Push", "Push to…", "(New Request on the Web)",
+                      "—", "Rename…", "Upstream", "—", "Compare", "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
     EXPECT_EQ(menuOf(remote),
               (Titles{"Check Out", "Merge", "Merge With Options…", "Rebase “a&&b” onto “origin/side”",
                       "New Branch from Here…", "Make Upstream of “a&&b”", "—", "Compare", "—", "Copy Name"}));
@@ -92,10 +108,10 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithARef)
     entry(*makeRefMenu(store, remote, &parent), u"Copy Name"_s)->trigger();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"origin/side"_s);
     test::givenRunning(store, Verb::fetch);
-    EXPECT_EQ(menuOf(current),
-              (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)", "(Rebase “a&&b” onto “a&&b”)",
-                      "Rebase “a&&b” onto…", "New Branch from Here…", "(Push)", "(Push to…)", "—", "Rename…",
-                      "Upstream", "—", "Compare", "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
+    EXPECT_EQ(menuOf(current), (Titles{"(Check Out)", "(Merge into “a&&b”)", "(Merge With Options…)",
+                                       "(Rebase “a&&b” onto “a&&b”)", "Rebase “a&&b” onto…", "New Branch from Here…",
+                                       "(Push)", "(Push to…)", "(New Request on the Web)", "—", "Rename…", "Upstream",
+                                       "—", "Compare", "Where It Was", "—", "Copy Name", "—", "(Delete…)"}));
     test::givenRunning(store, Verb::deleteTag);
     EXPECT_EQ(menuOf(tag),
               (Titles{"Check Out", "New Branch from Here…", "—", "Compare", "—", "Copy Name", "—", "(Delete…)"}));
@@ -114,9 +130,28 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     commit.hash = std::string(40, 'c');
     commit.subject = "Change it";
     QMenu* menu = makeCommitMenu(store, commit, &parent);
-    EXPECT_EQ(entries(*menu), (Titles{"Check Out Commit", "New Branch Here…", "New Tag Here…", "—", "Cherry-Pick",
-                                      "Revert", "(Reset HEAD to Here…)", "—", "(Edit Message…)", "Rewrite", "—",
-                                      "Compare", "Children, Branches and Tags…", "—", "Copy Hash", "Copy Subject"}));
+    EXPECT_EQ(entries(*menu), (Titles{"Check Out Commit",
+                                      "New Branch Here…",
+                                      "New Tag Here…",
+                                      "—",
+                                      "Cherry-Pick",
+                                      "Revert",
+                                      "(Reset HEAD to Here…)",
+                                      "—",
+                                      "(Edit Message…)",
+                                      "Rewrite",
+                                      "—",
+                                      "Compare",
+                                      "Children, Branches and Tags…",
+                                      "—",
+                                      "Copy Hash",
+                                      "Copy Subject",
+                                      "(Copy Link)",
+                                      "(Open on the Web)",
+                                      "—",
+                                      "Copy as Patch",
+                                      "Save Patch…",
+                                      "Archive…"}));
     entry(*menu, u"New Tag Here…"_s)->trigger();
     EXPECT_EQ(store.window().sheet.value(), SheetKind(NewTagSheet{commit.hash}));
     entry(*menu, u"New Branch Here…"_s)->trigger();
@@ -132,10 +167,28 @@ TEST(ContextMenus, OfferWhatCanBeDoneWithACommitAndAStash)
     EXPECT_TRUE(enabled({commit, commit, commit}, u"Revert 3 Commits"_s));
     EXPECT_FALSE(enabled({commit, merge, commit}, u"Cherry-Pick 3 Commits"_s));
     test::givenRunning(store, Verb::revert);
-    EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)),
-              (Titles{"(Check Out Commit)", "(New Branch Here…)", "New Tag Here…", "—", "(Cherry-Pick)", "(Revert)",
-                      "(Reset HEAD to Here…)", "—", "(Edit Message…)", "Rewrite", "—", "Compare",
-                      "Children, Branches and Tags…", "—", "Copy Hash", "Copy Subject"}));
+    EXPECT_EQ(entries(*makeCommitMenu(store, commit, &parent)), (Titles{"(Check Out Commit)",
+                                                                        "(New Branch Here…)",
+                                                                        "New Tag Here…",
+                                                                        "—",
+                                                                        "(Cherry-Pick)",
+                                                                        "(Revert)",
+                                                                        "(Reset HEAD to Here…)",
+                                                                        "—",
+                                                                        "(Edit Message…)",
+                                                                        "Rewrite",
+                                                                        "—",
+                                                                        "Compare",
+                                                                        "Children, Branches and Tags…",
+                                                                        "—",
+                                                                        "Copy Hash",
+                                                                        "Copy Subject",
+                                                                        "(Copy Link)",
+                                                                        "(Open on the Web)",
+                                                                        "—",
+                                                                        "Copy as Patch",
+                                                                        "Save Patch…",
+                                                                        "Archive…"}));
 }
 
 /// A window's content over a real repository.

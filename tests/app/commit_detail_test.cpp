@@ -516,11 +516,12 @@ TEST_F(CommitDetailTest, AFileIsOpenedInspectedAndCopiedFromItsRow)
     using Entries = std::vector<std::string>;
     EXPECT_EQ(entries(*menuOf(0)),
               (Entries{"Open in Code", "Show Blame", "Show File History", "—", "Take into the Working Copy",
-                       "Open This Version", "Save This Version As…", "—", "Copy Path", "Reveal in File Browser"}));
+                       "Open This Version", "Save This Version As…", "—", "Copy Path", "(Copy Link)",
+                       "(Open on the Web)", "Reveal in File Browser"}));
     const auto gone = menuOf(1);
-    EXPECT_EQ(entries(*gone),
-              (Entries{"(Open in Code)", "Show Blame", "Show File History", "—", "Take into the Working Copy",
-                       "Open This Version", "Save This Version As…", "—", "Copy Path", "(Reveal in File Browser)"}));
+    EXPECT_EQ(entries(*gone), (Entries{"(Open in Code)", "Show Blame", "Show File History", "—",
+                                       "Take into the Working Copy", "Open This Version", "Save This Version As…", "—",
+                                       "Copy Path", "(Copy Link)", "(Open on the Web)", "(Reveal in File Browser)"}));
     EXPECT_EQ(entry(*gone, u"Open in Code"_s)->toolTip(), u"The file is not in the working tree now."_s);
     entry(*gone, u"Show Blame"_s)->trigger();
     EXPECT_EQ(store.window().inspected.value(),

@@ -443,7 +443,7 @@ TEST_F(SettingsTest, WindowTurnsItsTabsClosesByKeyAndComesBackToItsPlace)
     auto* const tabs = window().findChild<QTabBar*>();
     for (const auto& [key, modifiers, tab] : {std::tuple(Qt::Key_Tab, Qt::KeyboardModifiers(Qt::ControlModifier), 1),
                                               std::tuple(Qt::Key_PageUp, Qt::KeyboardModifiers(Qt::ControlModifier), 0),
-                                              std::tuple(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 4)})
+                                              std::tuple(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, 5)})
     {
         QApplication::setActiveWindow(&window());
         QTest::keyClick(&window(), key, modifiers);

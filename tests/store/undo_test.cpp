@@ -18,6 +18,7 @@
 #include "app/store/actions/Merges.h"
 #include "app/store/actions/Operation.h"
 #include "app/store/actions/OwnCommands.h"
+#include "app/store/actions/Patches.h"
 #include "app/store/actions/Picks.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Refs.h"
@@ -321,6 +322,22 @@ const std::vector<Story> stories{
          actions::ignore(t.store.actors(), Staging::Files({fileOf(t, "untracked")}), actions::IgnoreWhat::files,
                          gitkit::IgnorePlace::own);
      }},
+    {"Applying of “x.patch”",
+     [](auto& r) {
+         r.write("a", "p\r\n").write("q/new", "1").git({"add", "."}).git({"mv", "b", "moved"});
+         r.git({"commit", "-q", "-m", "patched"});
+         r.write(".git/x.patch", r.read({"show", "--format=", "--binary"}) + "\n")
+             .git({"reset", "-q", "--hard", "HEAD~1"});
+     },
+     [](auto& t) { actions::askToApply(t.store.actors(), t.repo / ".git/x.patch"); }},
+    {"Applying of “x.mbox”",
+     [](auto& r) {
+         r.write("a", "p\n").git({"commit", "-q", "-am", "one more"}).write("q", "1").git({"add", "q"});
+         r.git({"commit", "-q", "-m", "and more"})
+             .write(".git/x.mbox", r.read({"format-patch", "-2", "--stdout"}) + "\n");
+         r.git({"reset", "-q", "--hard", "HEAD~2"}).write("b", "local");
+     },
+     [](auto& t) { actions::askToApply(t.store.actors(), t.repo / ".git/x.mbox"); }},
     {"Ignoring of “*.txt”",
      [](auto& r) {
          r.write("b.txt", "1").git({"add", "b.txt"}).git({"commit", "-q", "-m", "text"});

@@ -168,10 +168,13 @@ std::vector<std::string> replacedBy(const gitkit::Push& push)
 
 void pushing(Actors actors, const gitkit::Push& push, Retry retry)
 {
+    Undoable undo = undoable::push(push.branch, push.to.remote, replacedBy(push));
+    undo.pushed = std::make_shared<PushedBranch>(push.branch);
     actors.changes.run({.verb = Verb::push,
                         .title = PushTexts::tr("Pushing…"),
-                        .operation = [push](const GitRepository& repo) { gitkit::pushBranch(repo, push); },
-                        .undo = undoable::push(push.branch, push.to.remote, replacedBy(push)),
+                        .operation = [push, pushed = undo.pushed](
+                                         const GitRepository& repo) { pushed->told = gitkit::pushBranch(repo, push); },
+                        .undo = std::move(undo),
                         .failed =
                             [=](const Failure& failure) {
                                 if (failure.kind != gitkit::ErrorKind::notFastForward)
@@ -252,22 +255,25 @@ void push(Actors actors)
         upstreamRemote = all.front();
         remote = *upstreamRemote;
     }
-    actors.changes.run({.verb = Verb::push,
-                        .title = PushTexts::tr("Pushing…"),
-                        .operation = [branch = *now.branch,
-                                      upstreamRemote](const GitRepository& repo) { repo.push(branch, upstreamRemote); },
-                        .undo = undoable::push(*now.branch, remote),
-                        .failed =
-                            [actors, branch = *now.branch, upstreamRemote](const Failure& failure) {
-                                if (failure.kind != gitkit::ErrorKind::notFastForward)
-                                    return false;
-                                look(actors,
-                                     {.branch = branch,
-                                      .to = {upstreamRemote.value_or(std::string()), branch},
-                                      .setsUpstream = upstreamRemote.has_value()},
-                                     Retry::once);
-                                return true;
-                            }});
+    Undoable undo = undoable::push(*now.branch, remote);
+    undo.pushed = std::make_shared<PushedBranch>(*now.branch);
+    actors.changes.run(
+        {.verb = Verb::push,
+         .title = PushTexts::tr("Pushing…"),
+         .operation = [branch = *now.branch, upstreamRemote, pushed = undo.pushed](
+                          const GitRepository& repo) { pushed->told = repo.push(branch, upstreamRemote); },
+         .undo = std::move(undo),
+         .failed =
+             [actors, branch = *now.branch, upstreamRemote](const Failure& failure) {
+                 if (failure.kind != gitkit::ErrorKind::notFastForward)
+                     return false;
+                 look(actors,
+                      {.branch = branch,
+                       .to = {upstreamRemote.value_or(std::string()), branch},
+                       .setsUpstream = upstreamRemote.has_value()},
+                      Retry::once);
+                 return true;
+             }});
 }
 
 void askWhereToPush(Actors actors, const std::string& branch)

@@ -6,6 +6,7 @@
 #include "app/store/actions/FileVersions.h"
 #include "app/ui/commands/Commands.h"
 #include "app/ui/commands/OwnCommandEntries.h"
+#include "app/ui/web/WebLinkEntries.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -93,6 +94,8 @@ QMenu* makeCommitFileMenu(RepositoryStore& store, const gitkit::CommitDetail& co
     menu->addSeparator();
     add(CommandId::copyPath, Texts::tr("Copy Path"),
         [path = exactText(file.path)] { QGuiApplication::clipboard()->setText(path); });
+    const InspectedFile version = inspectedFile(commit, file, InspectedFile::Tab::blame);
+    addWebLinks(*menu, store, {.commit = version.revision.value_or(std::string()), .path = version.path});
     QAction* const reveal = add(CommandId::revealFile, Texts::tr("Reveal in File Browser"),
                                 [&store, inTree] { actions::reveal(store.actors(), {inTree}); });
     if (!isInWorkingTree(store, file)) {

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commit/CommitHeader.h"
 
+#include "app/settings/Settings.h"
 #include "app/store/ShownText.h"
+#include "app/store/readers/WebLinkReaders.h"
 #include "app/ui/commit/CommitFacts.h"
 #include "app/ui/commit/CommitFactsBox.h"
 #include "app/ui/commit/MessageOverFacts.h"
 #include "app/ui/commit/MessageText.h"
+#include "app/ui/web/WebLinkEntries.h"
 
 #include <QEvent>
 #include <QScopedValueRollback>
@@ -14,6 +17,8 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace plovik {
 
@@ -41,9 +46,10 @@ void cover(QWidget& cover, const QRect& area)
 } // namespace
 
 CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent)
-    : QWidget(parent), store_(store), names_(store.git(), &readCommitHash, [this] { nameRead(); }), kind_(kind),
-      area_(new QScrollArea), message_(new MessageText), facts_(new CommitFactsBox(kind)), topCover_(makeCover(this)),
-      bottomCover_(makeCover(this))
+    : QWidget(parent), store_(store), names_(store.git(), &readCommitHash, [this] { nameRead(); }),
+      references_(store.git(), &readReferenceAddresses, [this] { showLinks(); }),
+      kind_(kind), area_(new QScrollArea), message_(new MessageText), facts_(new CommitFactsBox(kind)),
+      topCover_(makeCover(this)), bottomCover_(makeCover(this))
 {
     const int top = kind == CommitKind::ordinary ? 14 : 10;
     text_ = new MessageOverFacts(message_, facts_, {sideMargin, top, sideMargin, 8});
@@ -65,6 +71,13 @@ CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* par
         clickedIn_ = shown_.hash;
         names_.askAgain(name.toStdString());
     });
+    connect(&Settings::shared(), &Settings::changed, this, [this](const QString& key) {
+        if (key == QLatin1StringView(settings::webHosts.key))
+            askForReferences();
+        if (key == QLatin1StringView(settings::messageLinks.key))
+            showLinks();
+    });
+    showLinks();
     if (kind == CommitKind::ordinary) {
         const auto refsChanged = [this] { showRefs(); };
         notifiers_.push_back(store_.history().history.addNotifier(refsChanged));
@@ -101,10 +114,34 @@ void CommitHeader::take(const gitkit::CommitDetail& detail)
     }
     shown_ = commitFacts::withoutFiles(detail);
     message_->setMessage(MessageParts::of(shown_.message));
+    askForReferences();
     showFacts();
     showRefs();
     place();
     updateGeometry();
+}
+
+/// The remote's page is looked up where a message has a number that could lead there.
+void CommitHeader::askForReferences()
+{
+    if (shown_.message.find_first_of("#!") != std::string::npos)
+        references_.ask(completed(store_, {}));
+}
+
+void CommitHeader::showLinks()
+{
+    std::vector<MessageLink> links = webSettings::links();
+    const auto add = [&links](const std::string& address, const QString& sign) {
+        // Not behind a word, as in an address or an entity.
+        if (!address.empty())
+            links.push_back({QRegularExpression(u"(?<![\\w/&#!])"_s + sign + u"([0-9]{1,9})\\b"_s),
+                             QString::fromStdString(address) + u"$1"_s});
+    };
+    if (const auto& addresses = references_.answer()) {
+        add(addresses->issue, u"#"_s);
+        add(addresses->request, u"!"_s);
+    }
+    message_->setLinks(links);
 }
 
 void CommitHeader::showFacts()

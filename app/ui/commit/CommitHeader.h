@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/CommitKind.h"
+#include "GitKit/records/WebLink.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/readers/CommitReaders.h"
 #include "app/store/readers/Latest.h"
@@ -53,6 +54,8 @@ protected:
 
 private:
     void nameRead();
+    void askForReferences();
+    void showLinks();
     void place();
     void coverCutLines();
     int factsHeight(bool isBrief) const;
@@ -67,6 +70,7 @@ private:
 
     RepositoryStore& store_;
     Latest<std::string, std::string> names_;
+    Latest<gitkit::WebLinkRequest, gitkit::ReferenceAddresses> references_;
     std::string clickedIn_; ///< the commit on display when a hash in the message was clicked
     CommitKind kind_;
     gitkit::CommitDetail shown_; ///< without its files

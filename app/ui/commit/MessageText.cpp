@@ -4,6 +4,7 @@
 #include "app/store/MessageFormat.h"
 #include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/Initials.h"
+#include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -43,18 +44,57 @@ QString targetOf(const QRegularExpressionMatch& match)
     return hash.isEmpty() ? match.captured() : commitScheme + u':' + hash;
 }
 
-void insertWithLinks(QTextCursor& cursor, const QString& text, const QTextCharFormat& format)
+/// A part of a text that leads somewhere.
+struct FoundLink {
+    qsizetype begin = 0;
+    qsizetype end = 0;
+    QString target;
+};
+
+using Links = std::vector<MessageLink>;
+
+/// Returns the links of a text in their order. Where two overlap, addresses and hashes go before the user's own, and these in
+/// their order.
+std::vector<FoundLink> linksIn(const QString& text, const Links& more)
+{
+    std::vector<FoundLink> found;
+    const auto add = [&](const QRegularExpressionMatch& match, const QString& target) {
+        const FoundLink link{match.capturedStart(), match.capturedEnd(), target};
+        const auto overlaps = [&link](const FoundLink& other) {
+            return link.begin < other.end && other.begin < link.end;
+        };
+        if (!target.isEmpty() && link.begin < link.end && std::ranges::none_of(found, overlaps))
+            found.push_back(link);
+    };
+    for (auto matches = linkPattern().globalMatch(text); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        add(match, targetOf(match));
+    }
+    for (const MessageLink& kind : more) {
+        for (auto matches = kind.pattern.globalMatch(text); matches.hasNext();) {
+            const QRegularExpressionMatch match = matches.next();
+            add(match, kind.addressOf(match));
+        }
+    }
+    std::ranges::sort(found, {}, &FoundLink::begin);
+    return found;
+}
+
+void insertWithLinks(QTextCursor& cursor, const QString& text, const QTextCharFormat& format, const Links& more)
 {
     QTextCharFormat link = format;
     link.setAnchor(true);
     link.setForeground(Theme::current().accent);
     qsizetype done = 0;
-    for (auto matches = linkPattern().globalMatch(text); matches.hasNext();) {
-        const QRegularExpressionMatch match = matches.next();
-        cursor.insertText(text.mid(done, match.capturedStart() - done), format);
-        link.setAnchorHref(targetOf(match));
-        cursor.insertText(match.captured(), link);
-        done = match.capturedEnd();
+    for (const FoundLink& found : linksIn(text, more)) {
+        cursor.insertText(text.mid(done, found.begin - done), format);
+        link.setAnchorHref(found.target);
+        // What is read is not where it leads.
+        const QString read = text.mid(found.begin, found.end - found.begin);
+        const bool isPlain = found.target == read || found.target.startsWith(commitScheme + u':');
+        link.setToolTip(isPlain ? QString() : plainToolTip(found.target));
+        cursor.insertText(read, link);
+        done = found.end;
     }
     cursor.insertText(text.mid(done), format);
 }
@@ -147,6 +187,14 @@ void MessageText::setMessage(const MessageParts& message)
     write();
 }
 
+void MessageText::setLinks(const std::vector<MessageLink>& links)
+{
+    if (links == links_)
+        return;
+    links_ = links;
+    write();
+}
+
 void MessageText::write()
 {
     const Theme& theme = Theme::current();
@@ -159,7 +207,7 @@ void MessageText::write()
     // One edit block is laid out once.
     cursor.beginEditBlock();
     cursor.setBlockFormat(textLines());
-    insertWithLinks(cursor, message_.subject, strong);
+    insertWithLinks(cursor, message_.subject, strong, links_);
     if (!message_.body.isEmpty())
         writeBody(cursor);
     if (!message_.trailers.isEmpty())
@@ -188,7 +236,7 @@ void MessageText::writeBody(QTextCursor& cursor)
         QTextBlockFormat block = isInCode ? codeLines() : textLines();
         block.setTopMargin(isFirst ? paragraphGap : 0);
         cursor.insertBlock(block, isInCode ? code : plain);
-        insertWithLinks(cursor, line.toString(), isInCode ? code : plain);
+        insertWithLinks(cursor, line.toString(), isInCode ? code : plain, links_);
         isFirst = false;
     }
 }
@@ -209,7 +257,7 @@ void MessageText::writeTrailers(QTextCursor& cursor)
             firstTrailer_ = cursor.blockNumber();
         const qsizetype end = messageFormat::isTrailer(line) ? line.indexOf(u':') + 1 : 0;
         cursor.insertText(line.left(end), key);
-        insertWithLinks(cursor, line.mid(end), value);
+        insertWithLinks(cursor, line.mid(end), value, links_);
     }
 }
 

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "app/ui/commit/MessageParts.h"
+#include "app/ui/web/WebSettings.h"
 
 #include <QTextBrowser>
+
+#include <vector>
 
 namespace plovik {
 
@@ -18,6 +21,8 @@ public:
     explicit MessageText(QWidget* parent = nullptr);
 
     void setMessage(const MessageParts& message);
+    /// Sets what else is a link, the first that fits counts. The address is shown in a tooltip.
+    void setLinks(const std::vector<MessageLink>& links);
 
     /// Sets the height of the gap below the subject, in pixels.
     void setGap(int height);
@@ -48,6 +53,7 @@ private:
     void follow(const QUrl& link);
 
     MessageParts message_;
+    std::vector<MessageLink> links_;
     int gap_ = 0;
     int firstTrailer_ = -1; ///< the number of its block; -1 without trailers
 };

@@ -102,6 +102,8 @@ Q_SIGNALS:
     void wholeFileRequested(bool whole);
     /// The history of lines of the new side is wanted.
     void linesHistoryRequested(const gitkit::LineRange& lines);
+    /// A link to them is wanted, to be opened or copied.
+    void linesLinkRequested(const gitkit::LineRange& lines, bool isOpened);
     void allLinesRequested();
     /// The keyboard goes on to the diff before (-1) or behind (1): to its next hunk, or to its next change.
     void leaveRequested(int direction);

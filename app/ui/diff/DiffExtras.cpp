@@ -4,6 +4,7 @@
 #include "app/ui/diff/DiffSectionBar.h"
 #include "app/ui/diff/DiffSectionView.h"
 #include "app/ui/diff/DiffView.h"
+#include "app/ui/web/WebLinkEntries.h"
 
 #include <algorithm>
 #include <string_view>
@@ -74,6 +75,17 @@ DiffExtras::DiffExtras(RepositoryStore& store, DiffView& view, QObject* parent)
 {
     connect(&view_, &DiffView::laidOut, this, &DiffExtras::fitPictures);
     connect(&view_, &DiffView::linesHistoryRequested, this, &DiffExtras::showLinesHistory);
+    connect(&view_, &DiffView::linesLinkRequested, this, &DiffExtras::followLinesLink);
+}
+
+void DiffExtras::followLinesLink(const DiffContent& content, const gitkit::LineRange& lines, bool isOpened)
+{
+    gitkit::WebLinkRequest request{.commit = content.revision, .path = content.path, .lines = lines};
+    if (content.inHead) {
+        request.commit = content.inHead->revision;
+        request.path = content.inHead->path;
+    }
+    (isOpened ? openWebLink : copyWebLink)(store_, request);
 }
 
 void DiffExtras::showLinesHistory(const DiffContent& content, const gitkit::LineRange& lines)

@@ -53,6 +53,7 @@ private:
         bool operator<(const Key& other) const;
     };
 
+    void followLinesLink(const DiffContent& content, const gitkit::LineRange& lines, bool isOpened);
     void showLinesHistory(const DiffContent& content, const gitkit::LineRange& lines);
     static DiffExtra extraOf(DiffFiles files, const Key& key);
     void readNext();

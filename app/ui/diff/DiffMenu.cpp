@@ -110,11 +110,22 @@ void addLinesHistory(QMenu& menu, DiffController& controller)
                 Q_EMIT controller.linesHistoryRequested(*lines);
         });
     entry->setEnabled(lines.has_value());
-    if (!lines)
-        entry->setToolTip(plainToolTip(
-            isWorkingCopy ? tr(QT_TRANSLATE_NOOP("Diff", "Select lines that the last commit has."))
-                          : tr(QT_TRANSLATE_NOOP("Diff", "Select lines that the file has after the change."))));
+    const QString whyNot = lines ? QString()
+                           : isWorkingCopy
+                               ? tr(QT_TRANSLATE_NOOP("Diff", "Select lines that the last commit has."))
+                               : tr(QT_TRANSLATE_NOOP("Diff", "Select lines that the file has after the change."));
+    entry->setToolTip(plainToolTip(whyNot));
     markAs(CommandId::linesHistory, entry);
+    const auto addLink = [&](CommandId id, const QString& title, bool isOpened) {
+        QAction* const link = markAs(id, menu.addAction(title, &controller, [&controller, lines, isOpened] {
+            if (lines)
+                Q_EMIT controller.linesLinkRequested(*lines, isOpened);
+        }));
+        link->setEnabled(lines.has_value());
+        link->setToolTip(plainToolTip(whyNot));
+    };
+    addLink(CommandId::copyFileLink, tr(QT_TRANSLATE_NOOP("Diff", "Copy Link to These Lines")), false);
+    addLink(CommandId::openFileOnWeb, tr(QT_TRANSLATE_NOOP("Diff", "Open These Lines on the Web")), true);
 }
 
 } // namespace

@@ -71,6 +71,11 @@ DiffSectionView* DiffView::addSection()
         const DiffContent content = controller->diff().content();
         Q_EMIT linesHistoryRequested(content, lines);
     });
+    connect(controller, &DiffController::linesLinkRequested, this,
+            [this, controller](gitkit::LineRange lines, bool isOpened) {
+                const DiffContent content = controller->diff().content();
+                Q_EMIT linesLinkRequested(content, lines, isOpened);
+            });
     connect(controller, &DiffController::wholeFileRequested, this, &DiffView::setShowsWholeFile);
     connect(controller, &DiffController::allLinesRequested, this, &DiffView::allLinesRequested);
     connect(controller, &DiffController::changeRequested, this, &DiffView::goToChange);

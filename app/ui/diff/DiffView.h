@@ -73,6 +73,8 @@ Q_SIGNALS:
     void actionRequested(const plovik::DiffContent& content, const plovik::DiffAction& action);
     /// The history of lines of the new side of a diff is wanted.
     void linesHistoryRequested(const plovik::DiffContent& content, const gitkit::LineRange& lines);
+    /// A link to them is wanted, to be opened or copied.
+    void linesLinkRequested(const plovik::DiffContent& content, const gitkit::LineRange& lines, bool isOpened);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -10,6 +10,8 @@
 #include "app/ui/compare/CompareMenu.h"
 #include "app/ui/history/PlanMenu.h"
 #include "app/ui/history/RowText.h"
+#include "app/ui/patches/PatchEntries.h"
+#include "app/ui/web/WebLinkEntries.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
@@ -110,6 +112,9 @@ void fillCommitMenu(QMenu& menu, RepositoryStore& store, const gitkit::Commit& c
     menu.addSeparator();
     addCopies(menu, commit);
     addOwnCommands(menu, store, {.place = ownCommands::Entry::Place::commit, .commit = commit.hash});
+    addWebLinks(menu, store, {.commit = commit.hash});
+    menu.addSeparator();
+    addPatchEntries(menu, store, {commit});
 }
 
 QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>& commits, QWidget* parent)
@@ -136,6 +141,7 @@ QMenu* makeCommitsMenu(RepositoryStore& store, const std::vector<gitkit::Commit>
     };
     addCopy(CommandId::copyHash, Texts::tr("Copy Hashes"), hashes.join(u'\n'));
     addCopy(CommandId::copySubject, Texts::tr("Copy Subjects"), subjects.join(u'\n'));
+    addPatchEntries(*menu, store, commits);
     return menu;
 }
 

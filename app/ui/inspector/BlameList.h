@@ -83,6 +83,8 @@ Q_SIGNALS:
     void backRequested();
     void fileHistoryRequested();
     void linesHistoryRequested(const gitkit::LineRange& lines);
+    /// A link to lines is wanted, to be opened or copied.
+    void linesLinkRequested(const gitkit::LineRange& lines, bool isOpened);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

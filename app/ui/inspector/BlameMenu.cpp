@@ -54,6 +54,15 @@ QMenu* makeBlameMenu(BlameList& list)
             ifShown([&list, first, last] { Q_EMIT list.linesHistoryRequested({first + 1, last + 1}); }));
     markAs(CommandId::linesHistory, history)->setEnabled(list.reasonAgainstLines().isEmpty());
     history->setToolTip(plainToolTip(list.reasonAgainstLines()));
+    for (const bool isOpened : {false, true}) {
+        QAction* const link =
+            add(isOpened ? BlameList::tr("Open These Lines on the Web") : BlameList::tr("Copy Link to These Lines"),
+                ifShown([&list, first, last, isOpened] {
+                    Q_EMIT list.linesLinkRequested({first + 1, last + 1}, isOpened);
+                }));
+        markAs(isOpened ? CommandId::openFileOnWeb : CommandId::copyFileLink, link)->setEnabled(history->isEnabled());
+        link->setToolTip(plainToolTip(list.reasonAgainstLines()));
+    }
     menu->addSeparator();
     QAction* const hash = add(BlameList::tr("Copy Hash"), [hash = shownText(list.document()->commit(row).hash)] {
         QGuiApplication::clipboard()->setText(hash);

@@ -93,6 +93,7 @@ BlamePane::BlamePane(RepositoryStore& store, QWidget* parent)
     connect(list_, &BlameList::backRequested, this, &BlamePane::backRequested);
     connect(list_, &BlameList::fileHistoryRequested, this, &BlamePane::fileHistoryRequested);
     connect(list_, &BlameList::linesHistoryRequested, this, &BlamePane::linesHistoryRequested);
+    connect(list_, &BlameList::linesLinkRequested, this, &BlamePane::linesLinkRequested);
     notifiers_.push_back(store_.snapshot().generation.addNotifier([this] {
         showReasonAgainstLines();
         if (isVisible())

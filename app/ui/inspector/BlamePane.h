@@ -55,6 +55,7 @@ Q_SIGNALS:
     void backRequested();
     void fileHistoryRequested();
     void linesHistoryRequested(const gitkit::LineRange& lines);
+    void linesLinkRequested(const gitkit::LineRange& lines, bool isOpened);
 
 protected:
     void focusInEvent(QFocusEvent* event) override;

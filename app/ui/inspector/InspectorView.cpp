@@ -5,6 +5,7 @@
 #include "app/ui/diff/FindBar.h"
 #include "app/ui/history/RowText.h"
 #include "app/ui/inspector/BlameFinder.h"
+#include "app/ui/web/WebLinkEntries.h"
 #include "app/ui/widgets/BarButton.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -79,6 +80,11 @@ InspectorView::InspectorView(RepositoryStore& store, QWidget* parent)
     connect(blame_, &BlamePane::linesHistoryRequested, this, [this](const gitkit::LineRange& lines) {
         if (const auto& file = store_.window().inspected.value())
             goOn({file->path, file->revision, InspectedFile::Tab::history, lines});
+    });
+    connect(blame_, &BlamePane::linesLinkRequested, this, [this](const gitkit::LineRange& lines, bool isOpened) {
+        if (const auto& file = store_.window().inspected.value())
+            (isOpened ? openWebLink : copyWebLink)(
+                store_, {.commit = file->revision.value_or("HEAD"), .path = file->path, .lines = lines});
     });
     connect(history_, &FileHistoryPane::backRequested, this, &InspectorView::goBack);
     connect(history_, &FileHistoryPane::blameRequested, this, [this](const gitkit::FileRevision& revision) {

@@ -106,6 +106,17 @@ QPainterPath folder()
     return path;
 }
 
+QPainterPath globe()
+{
+    const QPointF middle(grid / 2, grid / 2);
+    QPainterPath path;
+    path.addEllipse(middle, 9, 9);
+    path.addEllipse(middle, 3.8, 9);
+    path.moveTo(3, grid / 2);
+    path.lineTo(21, grid / 2);
+    return path;
+}
+
 QPainterPath pathOf(SettingsSymbol symbol)
 {
     switch (symbol) {
@@ -119,6 +130,8 @@ QPainterPath pathOf(SettingsSymbol symbol)
         return play();
     case SettingsSymbol::sparkles:
         return sparkles();
+    case SettingsSymbol::globe:
+        return globe();
     case SettingsSymbol::folder:
         break;
     }

@@ -9,6 +9,7 @@
 #include "app/ui/settings/OwnCommandsTab.h"
 #include "app/ui/settings/SettingsForm.h"
 #include "app/ui/settings/SettingsTabBar.h"
+#include "app/ui/settings/WebTab.h"
 #include "app/ui/widgets/Separator.h"
 #include "app/ui/widgets/Theme.h"
 
@@ -62,6 +63,7 @@ std::vector<SettingsTab> settingsTabs(EditorChoices editors, CommandLineCommands
          [commandLine = std::move(commandLine)](QWidget* parent) { return new CommandLineTab(commandLine, parent); }},
         {u"commands"_s, SettingsView::tr("Own Commands"), SettingsSymbol::play,
          [](QWidget* parent) { return new OwnCommandsTab(parent); }},
+        {u"web"_s, SettingsView::tr("Web"), SettingsSymbol::globe, [](QWidget* parent) { return new WebTab(parent); }},
         {u"ai"_s, SettingsView::tr("AI"), SettingsSymbol::sparkles,
          [ai = std::move(ai)](QWidget* parent) { return new AITab(ai, parent); }}};
 }

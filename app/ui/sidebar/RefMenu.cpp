@@ -14,6 +14,7 @@
 #include "app/ui/commands/OwnCommandEntries.h"
 #include "app/ui/compare/CompareMenu.h"
 #include "app/ui/sidebar/UpstreamChoice.h"
+#include "app/ui/web/WebLinkEntries.h"
 #include "app/ui/widgets/RowPainting.h"
 
 #include <QClipboard>
@@ -181,6 +182,7 @@ void addBranchEntries(QMenu& menu, RepositoryStore& store, const GitRef& branch)
     }
     markAs(CommandId::pushRef, addChange(menu, store, Verb::pushTag, Texts::tr("Push to…"),
                                          [&store, branch] { actions::askWhereToPush(store.actors(), branch.name); }));
+    addNewRequest(menu, store, branch.name);
     menu.addSeparator();
     markAs(CommandId::renameRef, addChange(menu, store, Verb::renameBranch, Texts::tr("Rename…"), [&store, branch] {
                store.window().showSheet(RenameBranchSheet{branch.name});

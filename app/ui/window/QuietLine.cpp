@@ -5,6 +5,8 @@
 #include "app/store/ShownText.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/readers/ActionPreviews.h"
+#include "app/store/readers/WebLinkReaders.h"
+#include "app/ui/web/WebLinkEntries.h"
 #include "app/ui/widgets/IconButton.h"
 #include "app/ui/widgets/PaneCycle.h"
 #include "app/ui/widgets/RowPainting.h"
@@ -12,14 +14,18 @@
 
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QUrl>
 
 #include <algorithm>
 #include <array>
+
+using namespace Qt::StringLiterals;
 
 namespace plovik {
 
@@ -58,8 +64,16 @@ void installQuietLineAccessibility()
 
 QuietLine::QuietLine(RepositoryStore& store, QWidget* base, QWidget* parent)
     : QWidget(parent), store_(store), base_(base), place_(base), sentence_(new QLabel(this)),
-      action_(new QPushButton(this)), push_(new QPushButton(tr("Push…"), this)),
-      rewritten_(store.git(), &readRewritten, [this] { showPush(); }, Worker::Lane::longRead)
+      action_(new QPushButton(this)), push_(new QPushButton(tr("Push…"), this)), web_(new QPushButton(this)),
+      rewritten_(
+          store.git(), &readRewritten, [this] { showPush(); }, Worker::Lane::longRead),
+      request_(
+          store.git(), &readWebLink,
+          [this] {
+              if (const auto& link = request_.answer(); link && !request_.failure())
+                  offerPage(exactText(link->address));
+          },
+          Worker::Lane::longRead)
 {
     notifiers_.push_back(store.undo().said.addNotifier([this] { showSaid(); }));
     notifiers_.push_back(store.changes().running.addNotifier([this] { showOffer(); }));
@@ -77,7 +91,7 @@ QuietLine::QuietLine(RepositoryStore& store, QWidget* base, QWidget* parent)
 void QuietLine::layOut()
 {
     sentence_->setTextFormat(Qt::PlainText);
-    for (QPushButton* const button : {action_, push_}) {
+    for (QPushButton* const button : {action_, push_, web_}) {
         button->setProperty("compact", true);
         button->setProperty("link", true);
         followColor(*button, QPalette::ButtonText, &Theme::accent);
@@ -91,6 +105,8 @@ void QuietLine::layOut()
     auto* const buttons = new QHBoxLayout;
     buttons->setSpacing(8);
     buttons->addStretch(1);
+    connect(web_, &QPushButton::clicked, this, &QuietLine::openPage);
+    buttons->addWidget(web_);
     buttons->addWidget(push_);
     buttons->addWidget(action_);
     buttons->addWidget(cross);
@@ -126,6 +142,7 @@ void QuietLine::showSaid()
     action_->setVisible(said->offer != Offer::none);
     action_->setText(said->offer == Offer::redo ? tr("Redo") : tr("Undo"));
     askWhatWasRewritten(said->rewritten);
+    askForRequest(said->pushed);
     showOffer();
     action_->ensurePolished();
     sentence_->ensurePolished();
@@ -169,6 +186,39 @@ void QuietLine::showPush()
     showOffer();
     push_->show();
     arrange();
+}
+
+/// What the server has told goes before what is known of servers of its kind.
+void QuietLine::askForRequest(const std::optional<PushedBranch>& pushed)
+{
+    web_->hide();
+    address_.clear();
+    request_.forget();
+    if (pushed && !pushed->told.empty())
+        offerPage(QString::fromStdString(pushed->told));
+    else if (pushed)
+        request_.ask(completed(store_, {.branch = pushed->branch}));
+}
+
+void QuietLine::offerPage(const QString& address)
+{
+    const QUrl page(address);
+    if (address.isEmpty() || (page.scheme() != u"https"_s && page.scheme() != u"http"_s))
+        return;
+    address_ = address;
+    web_->setText(request_.asked() ? tr("New Request") : tr("Open Link"));
+    web_->setToolTip(plainToolTip(address));
+    web_->setAccessibleDescription(address);
+    web_->show();
+    if (!isHidden())
+        arrange();
+}
+
+void QuietLine::openPage()
+{
+    const QUrl page(address_);
+    dismiss();
+    QDesktopServices::openUrl(page);
 }
 
 void QuietLine::push()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/Push.h"
+#include "GitKit/records/WebLink.h"
 #include "app/store/RepositoryStore.h"
 #include "app/store/readers/Latest.h"
 
@@ -21,8 +22,8 @@ class QPushButton;
 
 namespace plovik {
 
-/// Says for a few seconds what was just done, with a button that takes it back or does it again, and one that leads to pushing
-/// what was rewritten where a remote has what it was. It lies over the lower
+/// Says for a few seconds what was just done, with a button that takes it back or does it again, one that leads to pushing
+/// what was rewritten where a remote has what it was, and after a push one that opens the page for a new request. It lies over the lower
 /// edge of a widget and moves nothing. Its clock stands still while the pointer is over it or the focus in it; Escape and
 /// a button close it. It never takes the focus by itself. Main thread.
 class QuietLine : public QWidget {
@@ -53,6 +54,9 @@ private:
     void showOffer();
     void askWhatWasRewritten(const std::vector<std::string>& branches);
     void showPush();
+    void askForRequest(const std::optional<PushedBranch>& pushed);
+    void offerPage(const QString& address);
+    void openPage();
     void act();
     void push();
     void dismiss();
@@ -69,7 +73,10 @@ private:
     QLabel* sentence_;
     QPushButton* action_;
     QPushButton* push_;
+    QPushButton* web_; ///< leads to the page for a new request
     Latest<std::vector<std::string>, std::optional<gitkit::RewrittenBranch>> rewritten_;
+    Latest<gitkit::WebLinkRequest, gitkit::WebLink> request_;
+    QString address_;               ///< of that page
     QPointer<QWidget> focusBefore_; ///< where the keyboard was before it came here
     QTimer clock_{this};
     std::chrono::milliseconds left_ = shownFor; ///< while the clock stands still

@@ -8,6 +8,7 @@
 #include "app/ui/history/HistoryView.h"
 #include "app/ui/inspector/InspectorView.h"
 #include "app/ui/log/CommandLogPanel.h"
+#include "app/ui/patches/PatchEntries.h"
 #include "app/ui/reflog/RefLogView.h"
 #include "app/ui/sidebar/SidebarView.h"
 #include "app/ui/stashes/StashesView.h"
@@ -127,6 +128,8 @@ void RepositoryView::nameEditor()
 }
 
 void RepositoryView::showNotice(const QString& notice) { notice_->setText(notice); }
+
+void RepositoryView::applyPatch() { choosePatchToApply(store_, *window()); }
 
 void RepositoryView::showSelection()
 {

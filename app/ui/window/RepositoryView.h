@@ -52,6 +52,9 @@ public:
 
     SidebarView* sidebar() const { return sidebar_; }
 
+    /// Lets the user choose a file with patches.
+    Q_SLOT void applyPatch();
+
 private:
     void showSelection();
     void showComparison();
