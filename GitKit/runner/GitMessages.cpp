@@ -244,6 +244,13 @@ std::vector<std::string> embeddedRepositories(const GitOutput& output)
     return endsOfLines(output.stderrBytes, "warning: adding embedded git repository: ");
 }
 
+bool hasMissedProgram(const GitOutput& output)
+{
+    // The second one where the program was named by its path.
+    return !endsOfLines(output.stderrBytes, "error: cannot run ").empty() ||
+           !endsOfLines(output.stderrBytes, "fatal: cannot run ").empty();
+}
+
 std::vector<std::string> serverLines(const GitOutput& output) { return endsOfLines(output.stderrBytes, "remote: "); }
 
 std::string lockNamedIn(std::string_view message)

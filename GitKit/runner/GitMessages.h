@@ -24,6 +24,9 @@ std::vector<std::string> brokenRefs(const GitOutput& output);
 /// The repositories inside this one that a run of `git add` staged, with its warning, as one commit each.
 std::vector<std::string> embeddedRepositories(const GitOutput& output);
 
+/// Whether a program that git wanted to run, as one that checks signatures, was not there.
+bool hasMissedProgram(const GitOutput& output);
+
 /// What a server has said, line by line.
 std::vector<std::string> serverLines(const GitOutput& output);
 

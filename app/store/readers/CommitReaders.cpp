@@ -4,6 +4,7 @@
 #include "GitKit/parsers/DisplayOrder.h"
 #include "GitKit/repository/Commits.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Signatures.h"
 
 namespace plovik {
 
@@ -24,6 +25,11 @@ std::vector<gitkit::ChangeCounts> readCounts(const gitkit::GitRepository& repo, 
 gitkit::ParsedDiff readCommitDiff(const gitkit::GitRepository& repo, const CommitDiffRequest& request)
 {
     return repo.commitDiff(request.hash, request.file, request.reading);
+}
+
+gitkit::Signature readSignature(const gitkit::GitRepository& repo, const std::string& hash)
+{
+    return gitkit::checkedSignature(repo, hash);
 }
 
 std::string readCommitHash(const gitkit::GitRepository& repo, const std::string& name)

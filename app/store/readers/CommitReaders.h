@@ -5,6 +5,7 @@
 #include "GitKit/records/CommitDetail.h"
 #include "GitKit/records/CommitKind.h"
 #include "GitKit/records/ParsedDiff.h"
+#include "GitKit/records/Signature.h"
 
 #include <string>
 #include <vector>
@@ -34,6 +35,9 @@ struct CommitDiffRequest {
     bool operator==(const CommitDiffRequest&) const = default;
 };
 gitkit::ParsedDiff readCommitDiff(const gitkit::GitRepository& repo, const CommitDiffRequest& request);
+
+/// Has the signature of a commit checked by the user's own programs, which takes three seconds at most.
+gitkit::Signature readSignature(const gitkit::GitRepository& repo, const std::string& hash);
 
 /// Reads the full hash of the commit that a hash, a part of a hash or a name stands for.
 std::string readCommitHash(const gitkit::GitRepository& repo, const std::string& name);

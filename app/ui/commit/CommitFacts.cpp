@@ -193,6 +193,55 @@ QString stashBase(const gitkit::CommitDetail& stash)
         Text::tr("Made on %1 at %2", "branch, commit").arg(shownText(branch).toHtmlEscaped(), commit));
 }
 
+namespace {
+
+QString whyNotChecked(const gitkit::Signature& signature)
+{
+    using Obstacle = gitkit::Signature::Obstacle;
+    switch (signature.obstacle) {
+    case Obstacle::noAllowedSigners:
+        return Text::tr("Signed, cannot be checked: Git has no list of allowed signers");
+    case Obstacle::noProgram:
+        return Text::tr("Signed, cannot be checked: the program for it is missing");
+    case Obstacle::noKey:
+        return signature.key.empty()
+                   ? Text::tr("Signed, cannot be checked: the key is not known here")
+                   : Text::tr("Signed, cannot be checked: the key %1 is not known here").arg(shownText(signature.key));
+    case Obstacle::tooSlow:
+        return Text::tr("Signed, not checked: the program for it did not answer");
+    case Obstacle::none:
+    case Obstacle::other:
+        break;
+    }
+    return Text::tr("Signed, cannot be checked");
+}
+
+} // namespace
+
+QString signature(const gitkit::Signature& signature)
+{
+    using State = gitkit::Signature::State;
+    const QString signer = shownText(signature.signer.empty() ? signature.key : signature.signer);
+    switch (signature.state) {
+    case State::none:
+        return {};
+    case State::good:
+        return signer.isEmpty() ? Text::tr("Signed, verified") : Text::tr("Signed by %1, verified").arg(signer);
+    case State::unknownKey:
+        return signer.isEmpty() ? Text::tr("Signed with a key that is not trusted here")
+                                : Text::tr("Signed by %1, with a key that is not trusted here").arg(signer);
+    case State::outdated:
+        return signer.isEmpty()
+                   ? Text::tr("Signed, but the key or the signature has expired or was revoked")
+                   : Text::tr("Signed by %1, but the key or the signature has expired or was revoked").arg(signer);
+    case State::bad:
+        return Text::tr("Bad signature: it does not fit this commit");
+    case State::cannotCheck:
+        break;
+    }
+    return whyNotChecked(signature);
+}
+
 std::vector<gitkit::RefLabel> labelsOf(const std::string& hash, const std::array<Refs, 3>& refs)
 {
     std::vector<gitkit::RefLabel> labels;

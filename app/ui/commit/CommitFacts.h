@@ -5,6 +5,7 @@
 #include "GitKit/records/CommitDetail.h"
 #include "GitKit/records/GitRef.h"
 #include "GitKit/records/RefLabel.h"
+#include "GitKit/records/Signature.h"
 #include "GitKit/records/Stash.h"
 
 #include <QString>
@@ -38,6 +39,9 @@ QString dateLine(const gitkit::CommitDetail& detail);
 QString parents(const gitkit::CommitDetail& detail);
 /// Returns the branch and the commit that a stash was made on; the commit is a link.
 QString stashBase(const gitkit::CommitDetail& stash);
+
+/// Returns what is known of a signature, as plain text in one sentence; empty for a commit without one.
+QString signature(const gitkit::Signature& signature);
 
 using Refs = std::span<const gitkit::GitRef>;
 /// Returns the labels of the refs that point directly at a commit.

@@ -7,6 +7,7 @@
 #include "app/ui/commit/HashField.h"
 #include "app/ui/widgets/Initials.h"
 #include "app/ui/widgets/RowPainting.h"
+#include "app/ui/widgets/ThemeFollowing.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -51,11 +52,12 @@ CommitFactsBox::CommitFactsBox(gitkit::CommitKind kind, QWidget* parent)
     : QWidget(parent), kind_(kind), people_(makeFact(Qt::RichText, Qt::TextSelectableByMouse)),
       brief_(makeFact(Qt::RichText, Qt::TextSelectableByMouse)), row_(new QBoxLayout(QBoxLayout::TopToBottom)),
       hash_(new HashField), parents_(makeFact(Qt::RichText, Qt::TextBrowserInteraction)), refs_(new CommitRefs),
-      notice_(makeFact(Qt::PlainText))
+      signature_(makeFact(Qt::PlainText, Qt::TextSelectableByMouse)), notice_(makeFact(Qt::PlainText))
 {
     for (QLabel* const label : {people_, brief_})
         label->setAccessibleName(tr("Commit Author"));
     parents_->setAccessibleName(tr("Commit Parents"));
+    signature_->setAccessibleName(tr("Commit Signature"));
     hash_->setVisible(kind == gitkit::CommitKind::ordinary);
     notice_->setContentsMargins(0, 6, 0, 0);
     row_->addWidget(hash_);
@@ -67,6 +69,7 @@ CommitFactsBox::CommitFactsBox(gitkit::CommitKind kind, QWidget* parent)
     rows->addWidget(people_);
     rows->addWidget(brief_);
     rows->addLayout(row_);
+    rows->addWidget(signature_);
     rows->addWidget(notice_);
     connect(parents_, &QLabel::linkActivated, this, &CommitFactsBox::commitRequested);
     arrange();
@@ -94,6 +97,16 @@ void CommitFactsBox::setLabels(const std::vector<gitkit::RefLabel>& labels)
 {
     refs_->setLabels(labels);
     arrange();
+}
+
+void CommitFactsBox::setSignature(const gitkit::Signature& signature)
+{
+    const bool isBad = signature.state == gitkit::Signature::State::bad;
+    const QString sentence = commitFacts::signature(signature);
+    signature_->setText(sentence);
+    signature_->setVisible(!sentence.isEmpty());
+    // The seal of the row says it, too, and the words do.
+    followColor(*signature_, QPalette::PlaceholderText, isBad ? &Theme::statusDeleted : &Theme::secondaryText);
 }
 
 void CommitFactsBox::say(const QString& sentence)
@@ -177,8 +190,10 @@ int CommitFactsBox::heightIn(Form form, int width) const
     }
     if (isOneRow)
         append(height, highest);
-    if (!notice_->isHidden())
-        append(height, heightAt(width, *notice_));
+    for (const QLabel* const below : {signature_, notice_}) {
+        if (!below->isHidden())
+            append(height, heightAt(width, *below));
+    }
     return height;
 }
 
@@ -199,8 +214,10 @@ std::vector<QRect> CommitFactsBox::lines() const
     }
     for (const QWidget* const fact : rest())
         lines.push_back(fact->geometry());
-    if (!notice_->isHidden())
-        lines.push_back(notice_->geometry());
+    for (const QLabel* const below : {signature_, notice_}) {
+        if (!below->isHidden())
+            lines.push_back(below->geometry());
+    }
     return lines;
 }
 

@@ -30,6 +30,8 @@ public:
 
     void setFacts(const gitkit::CommitDetail& commit);
     void setLabels(const std::vector<gitkit::RefLabel>& labels);
+    /// Shows what is known of the commit's signature; nothing for none.
+    void setSignature(const gitkit::Signature& signature);
     /// Shows a sentence below the facts, or none.
     void say(const QString& sentence);
 
@@ -67,6 +69,7 @@ private:
     QLabel* parents_;
     int parentsWidth_ = 0; ///< on one line
     CommitRefs* refs_;
+    QLabel* signature_;
     QLabel* notice_;
 };
 

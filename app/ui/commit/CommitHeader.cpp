@@ -48,6 +48,8 @@ void cover(QWidget& cover, const QRect& area)
 CommitHeader::CommitHeader(RepositoryStore& store, CommitKind kind, QWidget* parent)
     : QWidget(parent), store_(store), names_(store.git(), &readCommitHash, [this] { nameRead(); }),
       references_(store.git(), &readReferenceAddresses, [this] { showLinks(); }),
+      signature_(
+          store.git(), &readSignature, [this] { signatureRead(); }, Worker::Lane::network),
       kind_(kind), area_(new QScrollArea), message_(new MessageText), facts_(new CommitFactsBox(kind)),
       topCover_(makeCover(this)), bottomCover_(makeCover(this))
 {
@@ -104,13 +106,42 @@ void CommitHeader::expect(const std::string& hash)
     }
 }
 
-void CommitHeader::showDetail(const gitkit::CommitDetail& detail) { take(detail); }
+void CommitHeader::showDetail(const gitkit::CommitDetail& detail)
+{
+    take(detail);
+    if (kind_ != CommitKind::ordinary || detail.hash.empty())
+        return;
+    // Not while commits are passed: checking starts programs.
+    if (const auto known = signatures_.find(detail.hash); known != signatures_.end())
+        showSignature(known->second);
+    else
+        signature_.askAgain(detail.hash);
+}
+
+void CommitHeader::signatureRead()
+{
+    if (signature_.isReading() || signature_.failure() || !signature_.answer())
+        return;
+    // What could not be checked may be so the next time.
+    if (signature_.answer()->state != gitkit::Signature::State::cannotCheck)
+        signatures_[*signature_.answered()] = *signature_.answer();
+    if (signature_.answered() == shown_.hash)
+        showSignature(*signature_.answer());
+}
+
+void CommitHeader::showSignature(const gitkit::Signature& signature)
+{
+    facts_->setSignature(signature);
+    place();
+    updateGeometry();
+}
 
 void CommitHeader::take(const gitkit::CommitDetail& detail)
 {
     if (detail.hash != shown_.hash) {
         area_->verticalScrollBar()->setValue(0);
         facts_->say({});
+        facts_->setSignature({});
     }
     shown_ = commitFacts::withoutFiles(detail);
     message_->setMessage(MessageParts::of(shown_.message));

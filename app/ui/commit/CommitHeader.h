@@ -11,6 +11,7 @@
 
 #include <QCoroTask>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,8 @@ protected:
 private:
     void nameRead();
     void askForReferences();
+    void signatureRead();
+    void showSignature(const gitkit::Signature& signature);
     void showLinks();
     void place();
     void coverCutLines();
@@ -71,6 +74,8 @@ private:
     RepositoryStore& store_;
     Latest<std::string, std::string> names_;
     Latest<gitkit::WebLinkRequest, gitkit::ReferenceAddresses> references_;
+    Latest<std::string, gitkit::Signature> signature_;
+    std::map<std::string, gitkit::Signature> signatures_; ///< that were checked
     std::string clickedIn_; ///< the commit on display when a hash in the message was clicked
     CommitKind kind_;
     gitkit::CommitDetail shown_; ///< without its files
