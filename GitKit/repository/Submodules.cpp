@@ -86,6 +86,14 @@ void requireNoCommands(const GitRepository& repo)
     }
 }
 
+void runUpdate(const GitRepository& repo, std::vector<std::string> command, const std::vector<std::string>& paths)
+{
+    for (const std::string& path : paths)
+        command.push_back(literalPathspec(path));
+    if (!paths.empty())
+        repo.runner().accepted(command);
+}
+
 } // namespace
 
 bool mayHaveSubmodules(const fs::path& root)
@@ -153,10 +161,13 @@ void updateSubmodules(const GitRepository& repo, const std::vector<std::string>&
     if (paths.empty())
         return;
     requireNoCommands(repo);
-    std::vector<std::string> command{"submodule", "update", "--init", "--recursive", "--progress", "--"};
+    // Those inside one that is here may have commits that nothing else leads to: their own windows look for these.
+    std::vector<std::string> here;
+    std::vector<std::string> missing;
     for (const std::string& path : paths)
-        command.push_back(literalPathspec(path));
-    repo.runner().accepted(command);
+        (hasRepository(repo.root() / path) ? here : missing).push_back(path);
+    runUpdate(repo, {"submodule", "update", "--init", "--progress", "--"}, here);
+    runUpdate(repo, {"submodule", "update", "--init", "--recursive", "--progress", "--"}, missing);
 }
 
 SubmoduleLog submoduleLog(const GitRepository& repo, const std::string& path, const std::string& from,

@@ -26,7 +26,7 @@ std::vector<StrayCommits> strayCommits(const GitRepository& repo, const std::vec
 void keepStrayCommits(const GitRepository& repo, const std::vector<StrayCommits>& commits);
 
 /// Initialises submodules that are not, and checks out the recorded commits, which are fetched where they are missing.
-/// Never by force: git refuses where changes would be lost.
+/// Never by force: git refuses where changes would be lost. Goes on inside those alone that are initialised by it.
 void updateSubmodules(const GitRepository& repo, const std::vector<std::string>& paths);
 
 /// Lists the commits between two that are recorded of a submodule. Empty hashes stand for none.

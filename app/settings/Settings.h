@@ -47,6 +47,7 @@ inline constexpr Setting<bool> sidebarBranchesExpanded{"sidebarBranchesExpanded"
 inline constexpr Setting<bool> sidebarRemotesExpanded{"sidebarRemotesExpanded", true};
 inline constexpr Setting<bool> sidebarTagsExpanded{"sidebarTagsExpanded", false};
 inline constexpr Setting<bool> sidebarWorktreesExpanded{"sidebarWorktreesExpanded", true};
+inline constexpr Setting<bool> sidebarSubmodulesExpanded{"sidebarSubmodulesExpanded", true};
 inline constexpr Setting<const char*> lastRepositoryWindowFrame{"lastRepositoryWindowFrame", ""};
 inline constexpr Setting<const char*> settingsWindowPlace{"settingsWindowPlace", ""}; ///< "x y"
 

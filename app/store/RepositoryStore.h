@@ -48,6 +48,7 @@ public:
     const WindowState& window() const { return window_; }
     Snapshot& snapshot() { return snapshot_; }
     const Snapshot& snapshot() const { return snapshot_; }
+    Neighbours& neighbours() { return neighbours_; }
     const Neighbours& neighbours() const { return neighbours_; }
     UpstreamCounts& counts() { return counts_; }
     const UpstreamCounts& counts() const { return counts_; }

@@ -72,6 +72,8 @@ std::uint8_t touchedBy(Verb verb)
     case Verb::undoDiscard:
     case Verb::takeFile:
         return all({workingTree});
+    case Verb::updateSubmodules:
+        return all({workingTree, network});
     case Verb::addWorktree:
         return all({workingTree, refs});
     case Verb::undo:

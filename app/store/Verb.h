@@ -52,6 +52,7 @@ enum class Verb {
     ignore,
     applyPatch,
     applyMails,
+    updateSubmodules,
 };
 
 /// The parts of a repository that a verb may change, and the network that it may use.

@@ -79,6 +79,27 @@
             <numerusform>Show %Ln More Lines</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln commit(s) are added.</source>
+        <translation>
+            <numerusform>%Ln commit is added.</numerusform>
+            <numerusform>%Ln commits are added.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln commit(s) are taken away.</source>
+        <translation>
+            <numerusform>%Ln commit is taken away.</numerusform>
+            <numerusform>%Ln commits are taken away.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln other(s)</source>
+        <translation>
+            <numerusform>and %Ln other</numerusform>
+            <numerusform>and %Ln others</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>HttpFailure</name>
@@ -1230,6 +1251,33 @@
     </message>
 </context>
 <context>
+    <name>plovik::SubmoduleBar</name>
+    <message numerus="yes">
+        <source>%Ln submodule(s) are not at the recorded commit.</source>
+        <translation>
+            <numerusform>%Ln submodule is not at the recorded commit.</numerusform>
+            <numerusform>%Ln submodules are not at the recorded commit.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>plovik::Submodules</name>
+    <message numerus="yes">
+        <source>Updating %Ln submodule(s)…</source>
+        <translation>
+            <numerusform>Updating %Ln submodule…</numerusform>
+            <numerusform>Updating %Ln submodules…</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 has %Ln commit(s) on no branch.</source>
+        <translation>
+            <numerusform>%1 has %Ln commit on no branch.</numerusform>
+            <numerusform>%1 has %Ln commits on no branch.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>plovik::Trust</name>
     <message numerus="yes">
         <source>and %Ln other(s)</source>
@@ -1354,7 +1402,7 @@
     <message numerus="yes">
         <source>%Ln commit(s) of its detached HEAD are on no branch and would be lost.</source>
         <translation>
-            <numerusform>%Ln commit of its detached HEAD are on no branch and would be lost.</numerusform>
+            <numerusform>%Ln commit of its detached HEAD is on no branch and would be lost.</numerusform>
             <numerusform>%Ln commits of its detached HEAD are on no branch and would be lost.</numerusform>
         </translation>
     </message>

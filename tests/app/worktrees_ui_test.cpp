@@ -74,7 +74,7 @@ protected:
     }
 
     TestRepository repo;
-    TemporaryFolder beside;
+    ::TemporaryFolder beside;
     test::SettlingWorker worker;
     std::vector<fs::path> opened;
     RepositoryStore store{repo.path(), worker,

@@ -87,7 +87,7 @@ TEST_F(StoreWorktrees, RemovingOneSaysWhatGoesAndWhereItIsKept)
     EXPECT_EQ(question().title, u"Remove the worktree “topic”?");
     EXPECT_EQ(question().actionTitle, u"Remove Anyway");
     EXPECT_TRUE(question().message.contains(u"It is locked: “on a stick”."));
-    EXPECT_TRUE(question().message.contains(u"1 file(s) or folder(s) are in no commit"))
+    EXPECT_TRUE(question().message.contains(u"1 file or folder is in no commit"))
         << question().message.toStdString();
     EXPECT_EQ(question().detail, u"my.env, 6 bytes");
     EXPECT_TRUE(fs::exists(folder));
@@ -110,7 +110,7 @@ TEST_F(StoreWorktrees, RemovingOneOffersABranchForItsStrayCommits)
     runPlainGit(folder, {"commit", "-q", "--allow-empty", "-m", "stray"}, status);
     load();
     askToRemove();
-    EXPECT_TRUE(question().message.contains(u"1 commit(s) of its detached HEAD"));
+    EXPECT_TRUE(question().message.contains(u"1 commit of its detached HEAD is"));
     ASSERT_EQ(question().choices.size(), 1U);
     store.window().choose(question().id, 0);
     const auto& sheet = std::get<NewBranchSheet>(*store.window().sheet.value());

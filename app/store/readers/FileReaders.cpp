@@ -5,6 +5,7 @@
 #include "GitKit/repository/Blobs.h"
 #include "GitKit/repository/FileLogStream.h"
 #include "GitKit/repository/GitRepository.h"
+#include "GitKit/repository/Submodules.h"
 #include "GitKit/runner/GitError.h"
 
 #include <string_view>
@@ -76,6 +77,10 @@ StreamSource<gitkit::FileRevision> openFileHistory(const gitkit::GitRepository& 
 
 DiffFiles readDiffFiles(const gitkit::GitRepository& repo, const DiffFilesRequest& request)
 {
+    if (!request.submodule.empty())
+        return {.submodule =
+                    gitkit::submoduleLog(repo, request.submodule, request.source.before.value_or(std::string()),
+                                         request.source.after.value_or(std::string()))};
     return {gitkit::diffSizes(repo, request.source), gitkit::diffSides(repo, request.source, request.limit)};
 }
 

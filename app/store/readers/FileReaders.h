@@ -9,6 +9,7 @@
 #include "GitKit/records/FileRevision.h"
 #include "GitKit/records/LineRange.h"
 #include "GitKit/records/SideSizes.h"
+#include "GitKit/records/Submodule.h"
 #include "app/store/readers/Streamed.h"
 
 #include <cstddef>
@@ -42,15 +43,18 @@ struct FileHistoryRequest {
 StreamSource<gitkit::FileRevision> openFileHistory(const gitkit::GitRepository& repo,
                                                    const FileHistoryRequest& request);
 
-/// Asks for the two files of a diff; a file is read when it has up to `limit` bytes.
+/// Asks for the two files of a diff; a file is read when it has up to `limit` bytes. Of a submodule, asks for the commits
+/// from the one to the other.
 struct DiffFilesRequest {
     gitkit::DiffSource source;
     std::size_t limit = 0;
+    std::string submodule = {}; ///< its path; empty for a file
     bool operator==(const DiffFilesRequest&) const = default;
 };
 struct DiffFiles {
-    gitkit::SideSizes sizes;
-    gitkit::DiffSides sides;
+    gitkit::SideSizes sizes = {};
+    gitkit::DiffSides sides = {};
+    std::optional<gitkit::SubmoduleLog> submodule = {};
 };
 DiffFiles readDiffFiles(const gitkit::GitRepository& repo, const DiffFilesRequest& request);
 

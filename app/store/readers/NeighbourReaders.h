@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "GitKit/records/Submodule.h"
 #include "GitKit/records/Worktree.h"
+
+#include <vector>
 
 namespace gitkit {
 class GitRepository;
@@ -16,6 +19,7 @@ struct NeighboursRequest {
 /// What stands beside and inside a working tree.
 struct NeighboursRead {
     gitkit::WorktreeList worktrees;
+    std::vector<gitkit::Submodule> submodules;
 };
 
 /// Reads it, and starts git only for what may be there. For Latest: any thread; blocks; throws gitkit::GitError.

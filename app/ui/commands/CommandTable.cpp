@@ -6,6 +6,7 @@
 #include "app/store/actions/DesktopFiles.h"
 #include "app/store/actions/Pushes.h"
 #include "app/store/actions/Remotes.h"
+#include "app/store/actions/Submodules.h"
 #include "app/ui/commands/MainMenu.h"
 #include "app/ui/dialogs/ShortcutsDialog.h"
 #include "app/ui/workingcopy/MessageButtons.h"
@@ -544,6 +545,16 @@ constexpr Command table[] = {
     onSelection(Id::unlockWorktree, QT_TRANSLATE_NOOP("Commands", "Unlock Worktree"),
                 QT_TRANSLATE_NOOP("Commands", "Go to a locked worktree in the sidebar.")),
     onSelection(Id::removeWorktree, QT_TRANSLATE_NOOP("Commands", "Remove Worktree…"), wantedWorktree),
+    {.id = Id::updateAllSubmodules,
+     .name = QT_TRANSLATE_NOOP("Commands", "Update All Submodules"),
+     .action = [](Store& store) { actions::updateSubmodules(store.actors(), store.neighbours().submodules.value()); },
+     .verb = Verb::updateSubmodules,
+     .isPossible = [](const Store& store) { return !store.neighbours().submodules.value().empty(); },
+     .wanted = QT_TRANSLATE_NOOP("Commands", "There are no submodules.")},
+    onSelection(Id::openSubmodule, QT_TRANSLATE_NOOP("Commands", "Open Submodule"),
+                QT_TRANSLATE_NOOP("Commands", "Go to a submodule in the sidebar.")),
+    onSelection(Id::updateSubmodule, QT_TRANSLATE_NOOP("Commands", "Update Submodule"),
+                QT_TRANSLATE_NOOP("Commands", "Go to a submodule in the sidebar.")),
 };
 
 constexpr bool hasARowForEachId()
@@ -552,7 +563,7 @@ constexpr bool hasARowForEachId()
         if (table[index].id != static_cast<CommandId>(index))
             return false;
     }
-    return std::size(table) == static_cast<std::size_t>(Id::removeWorktree) + 1;
+    return std::size(table) == static_cast<std::size_t>(Id::updateSubmodule) + 1;
 }
 static_assert(hasARowForEachId());
 

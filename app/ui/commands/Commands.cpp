@@ -56,7 +56,7 @@ std::vector<QPropertyNotifier> followOffers(const RepositoryStore& store, const 
     const auto follow = [&](const auto&... fields) { (notifiers.push_back(fields.addNotifier(changed)), ...); };
     follow(store.changes().running, store.changes().isCancelling, store.trail().canGoBack, store.trail().canGoForward,
            store.draft().generatingMessage, store.window().showsCommandLog, store.rewriting().plan,
-           store.rewriting().outcome, store.rewriting().movable);
+           store.rewriting().outcome, store.rewriting().movable, store.neighbours().submodules);
     const Snapshot& now = store.snapshot();
     follow(now.status, now.inProgress, now.remotes, now.hasLoaded, now.readProblem);
     return notifiers;

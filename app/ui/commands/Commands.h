@@ -196,6 +196,9 @@ enum class CommandId {
     lockWorktree,
     unlockWorktree,
     removeWorktree,
+    updateAllSubmodules,
+    openSubmodule,
+    updateSubmodule,
 };
 
 /// A row of the table from which the menu bar, the toolbar, the context menus and the shortcuts are made. The table is

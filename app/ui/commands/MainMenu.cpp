@@ -133,6 +133,7 @@ std::vector<Entry> layouts()
           restoreDiscarded,
           {QT_TRANSLATE_NOOP("Commands", "Working Trees"),
            {worktrees, newWorktree, line, openWorktree, lockWorktree, unlockWorktree, removeWorktree}},
+          {QT_TRANSLATE_NOOP("Commands", "Submodules"), {updateAllSubmodules, line, openSubmodule, updateSubmodule}},
           line,
           {QT_TRANSLATE_NOOP("Commands", "Own Commands"), &addOwn},
           openTerminal}},

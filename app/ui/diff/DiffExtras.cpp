@@ -99,6 +99,8 @@ void DiffExtras::showLinesHistory(const DiffContent& content, const gitkit::Line
 std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)
 {
     const gitkit::ParsedDiff& diff = content.diff;
+    if (const auto commits = submoduleCommits(diff); commits && content.state == DiffState::ordinary)
+        return Key{{{commits->before, commits->after, std::nullopt}, 0, content.path}, content.path, false};
     const bool isWanted = diff.isBinary || (isTextPictureName(content.path) && !diff.lines.empty());
     const bool isMarked = content.state != DiffState::ordinary && !diff.isBinary;
     if (!isWanted || isMarked || (!diff.oldBlob && !diff.newBlob))
@@ -115,6 +117,9 @@ std::optional<DiffExtras::Key> DiffExtras::keyOf(const DiffContent& content)
 DiffExtra DiffExtras::extraOf(DiffFiles files, const Key& key)
 {
     DiffExtra extra;
+    extra.facts.submodule = std::move(files.submodule);
+    if (extra.facts.submodule)
+        return extra;
     extra.facts.oldSize = files.sizes.before;
     extra.facts.newSize = files.sizes.after;
     if (isPictureName(key.path) || isTextPictureName(key.path)) {

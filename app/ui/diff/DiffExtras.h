@@ -31,7 +31,7 @@ struct DiffExtra {
 };
 
 /// Shows diffs with what they do not tell themselves: the sizes, the encoding or the pictures of binary files, and the
-/// pictures of drawings that are kept as text. Reads the files in the background, one diff after another, and shows the
+/// pictures of drawings that are kept as text, and the commits of submodules. Reads the files in the background, one diff after another, and shows the
 /// diffs again when more is known. Main thread.
 class DiffExtras : public QObject {
     Q_OBJECT

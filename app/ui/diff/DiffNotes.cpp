@@ -88,6 +88,37 @@ QString submoduleSentence(const gitkit::ParsedDiff& diff)
         .arg(before ? submoduleCommit(*before) : QString());
 }
 
+QStringList submoduleCounts(const gitkit::SubmoduleLog& log)
+{
+    QStringList counts;
+    if (log.ahead > 0)
+        counts << QCoreApplication::translate("Diff", "%Ln commit(s) are added.", nullptr, log.ahead);
+    if (log.behind > 0)
+        counts << QCoreApplication::translate("Diff", "%Ln commit(s) are taken away.", nullptr, log.behind);
+    return counts;
+}
+
+/// Returns the commits of a submodule, one a line, or why they are not known.
+QStringList submoduleNotes(const gitkit::SubmoduleLog& log)
+{
+    using Missing = gitkit::SubmoduleLog::Missing;
+    if (log.missing == Missing::repository)
+        return {QCoreApplication::translate("Diff",
+                                            "The submodule is not initialised here, so its commits are not known.")};
+    if (log.missing == Missing::commits)
+        return {QCoreApplication::translate(
+            "Diff", "Not all of these commits are here. Updating the submodule fetches what is recorded.")};
+    QStringList rows;
+    for (const gitkit::SubmoduleLog::Row& row : log.rows)
+        rows << (row.isRemoved ? u"− "_s : u"+ "_s) + shownText(gitkit::shortHash(row.hash)) + u"  "_s +
+                    shownText(row.subject);
+    if (const int more = log.ahead + log.behind - static_cast<int>(log.rows.size()); more > 0)
+        rows << QCoreApplication::translate("Diff", "and %Ln other(s)", nullptr, more);
+    QStringList notes{submoduleCounts(log).join(u' '), rows.join(u'\n')};
+    notes.removeAll(QString());
+    return notes;
+}
+
 QString emptySentence(const gitkit::ParsedDiff& diff)
 {
     if (const auto from = headerValue(diff, "rename from "))
@@ -114,7 +145,7 @@ void addModeChange(DiffNotes& notes, const gitkit::ParsedDiff& diff)
         notes.above << modeSentence(*before, *after, diff.lines.empty() && !diff.isBinary);
 }
 
-void addRefusal(DiffNotes& notes, const gitkit::ParsedDiff& diff)
+void addRefusal(DiffNotes& notes, const gitkit::ParsedDiff& diff, const FileFacts& facts)
 {
     switch (partialRefusal(diff)) {
     case PartialRefusal::symlink:
@@ -124,6 +155,8 @@ void addRefusal(DiffNotes& notes, const gitkit::ParsedDiff& diff)
         return;
     case PartialRefusal::submodule:
         notes.above << submoduleSentence(diff);
+        if (facts.submodule)
+            notes.above << submoduleNotes(*facts.submodule);
         notes.wholeOnly = QCoreApplication::translate("Diff", "A submodule is staged whole.");
         notes.hidesLines = true;
         return;
@@ -258,6 +291,20 @@ QString shownSize(std::uint64_t bytes)
     return size.replace(u" kB"_s, u" KB"_s); // like the larger units
 }
 
+std::optional<SubmoduleCommits> submoduleCommits(const gitkit::ParsedDiff& diff)
+{
+    if (diff.lines.empty() || partialRefusal(diff) != gitkit::PartialRefusal::submodule)
+        return std::nullopt;
+    // "Subproject commit HASH", and "-dirty" where its own files have changed.
+    const auto commit = [&diff](DiffLine::Kind kind) {
+        const auto line = std::ranges::find(diff.lines, kind, &DiffLine::kind);
+        const std::string text = line == diff.lines.end() ? std::string() : line->text;
+        const std::string last = text.substr(text.rfind(' ') + 1);
+        return last.substr(0, last.find('-'));
+    };
+    return SubmoduleCommits{commit(DiffLine::Kind::deletion), commit(DiffLine::Kind::addition)};
+}
+
 DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state, const FileFacts& facts, std::string_view path,
                     const ConflictNames& sides)
 {
@@ -281,7 +328,7 @@ DiffNotes diffNotes(const gitkit::ParsedDiff& diff, DiffState state, const FileF
         if (notes.above.isEmpty() || headerValue(diff, "rename from "))
             notes.above << emptySentence(diff);
     } else {
-        addRefusal(notes, diff);
+        addRefusal(notes, diff, facts);
     }
     return notes;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/ParsedDiff.h"
+#include "GitKit/records/Submodule.h"
 #include "app/store/Failure.h"
 #include "app/ui/diff/WideEncoding.h"
 
@@ -10,6 +11,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace plovik {
@@ -29,9 +31,18 @@ struct FileFacts {
     bool isPicture = false;                        ///< a picture is shown below the sentences
     std::optional<std::uint64_t> oldSize, newSize; ///< in bytes
     std::optional<WideEncoding> encoding;          ///< the encoding that makes git take it for binary
+    std::optional<gitkit::SubmoduleLog> submodule; ///< the commits between the sides of a submodule
 
     bool operator==(const FileFacts&) const = default;
 };
+
+/// The commits that a diff of a submodule goes from and to; empty where there is none. Value.
+struct SubmoduleCommits {
+    std::string before;
+    std::string after;
+};
+/// Returns them; nullopt for the diff of anything else. Pure.
+std::optional<SubmoduleCommits> submoduleCommits(const gitkit::ParsedDiff& diff);
 
 /// Conflicts differ in what stands there: both sides' versions, one that the other side deleted, one that only one side
 /// has added, or none.

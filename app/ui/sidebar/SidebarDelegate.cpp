@@ -2,6 +2,7 @@
 #include "app/ui/sidebar/SidebarDelegate.h"
 
 #include "app/store/ShownText.h"
+#include "app/store/actions/Submodules.h"
 #include "app/ui/sidebar/SidebarModel.h"
 #include "app/ui/widgets/RowPainting.h"
 #include "app/ui/widgets/Theme.h"
@@ -79,6 +80,29 @@ QString besideWorktree(const gitkit::Worktree& tree)
     return tree.lock ? SidebarDelegate::tr("%1, locked", "branch of a worktree").arg(branch) : branch;
 }
 
+struct NeighbourName {
+    QString text;
+    QFont font;
+};
+struct NeighbourNote {
+    QString text;
+    QColor color;
+};
+
+/// Draws a name, and at its right a note that takes half of the row at most.
+void paintNeighbour(QPainter& painter, const QStyleOptionViewItem& option, const NeighbourName& name,
+                    const NeighbourNote& note)
+{
+    const QFont small = Theme::font(-1.5);
+    const QRect room = textArea(option.rect, refTextLeft, 0);
+    // Two more than its width, so that it is not elided for a rounded pixel.
+    const int used = note.text.isEmpty() ? 0 : std::min(textWidth(note.text, small) + 2, room.width() / 2);
+    paintText(painter, room.adjusted(room.width() - used, 0, 0, 0), note.text, small, note.color, Qt::AlignRight,
+              Qt::ElideMiddle);
+    paintText(painter, room.adjusted(0, 0, used > 0 ? -used - gap : 0, 0), name.text, name.font, Theme::current().text,
+              Qt::AlignLeft, Qt::ElideMiddle);
+}
+
 } // namespace
 
 SidebarDelegate::SidebarDelegate(const SidebarModel& model, QObject* parent)
@@ -121,6 +145,7 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     case SidebarModel::Kind::remotes:
     case SidebarModel::Kind::tags:
     case SidebarModel::Kind::worktrees:
+    case SidebarModel::Kind::submodules:
         paintGroup(*painter, option, index);
         break;
     case SidebarModel::Kind::folder:
@@ -131,6 +156,9 @@ void SidebarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
         break;
     case SidebarModel::Kind::worktree:
         paintWorktree(*painter, option, index);
+        break;
+    case SidebarModel::Kind::submodule:
+        paintSubmodule(*painter, option, index);
         break;
     case SidebarModel::Kind::nothingFound:
         paintText(*painter, textArea(option.rect, textInset, 0), index.data().toString(), Theme::font(-1),
@@ -188,15 +216,23 @@ void SidebarDelegate::paintWorktree(QPainter& painter, const QStyleOptionViewIte
         return;
     if (tree->isHere)
         paintHereDot(painter, option, 0);
-    const QFont small = Theme::font(-1.5);
-    const QString right = besideWorktree(*tree);
-    const QRect room = textArea(option.rect, refTextLeft, 0);
-    const int used = std::min(textWidth(right, small) + 2, room.width() / 2); // not elided for a rounded pixel
-    paintText(painter, room.adjusted(room.width() - used, 0, 0, 0), right, small,
-              tree->isMissing ? theme.statusConflicted : theme.secondaryText, Qt::AlignRight, Qt::ElideMiddle);
-    paintText(painter, room.adjusted(0, 0, -used - gap, 0), index.data().toString(),
-              Theme::font(0, tree->isHere ? QFont::DemiBold : QFont::Normal), theme.text, Qt::AlignLeft,
-              Qt::ElideMiddle);
+    const QColor beside = tree->isMissing ? theme.statusConflicted : theme.secondaryText;
+    const QFont font = Theme::font(0, tree->isHere ? QFont::DemiBold : QFont::Normal);
+    paintNeighbour(painter, option, {index.data().toString(), font}, {besideWorktree(*tree), beside});
+}
+
+void SidebarDelegate::paintSubmodule(QPainter& painter, const QStyleOptionViewItem& option,
+                                     const QModelIndex& index) const
+{
+    const gitkit::Submodule* const submodule = model_.submodule(index);
+    if (!submodule)
+        return;
+    const gitkit::SubmoduleState state = model_.submoduleState(*submodule);
+    const bool isQuiet = state == gitkit::SubmoduleState::atRecorded;
+    const bool isConflicted = state == gitkit::SubmoduleState::conflicted;
+    paintNeighbour(painter, option, {index.data().toString(), Theme::font()},
+                   {isQuiet ? QString() : actions::shownState(state),
+                    isConflicted ? Theme::current().statusConflicted : Theme::current().secondaryText});
 }
 
 void SidebarDelegate::paintRef(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const

@@ -25,6 +25,7 @@ private:
     void paintFixedItem(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void paintGroup(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void paintFolder(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    void paintSubmodule(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void paintWorktree(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
     void paintRef(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
 

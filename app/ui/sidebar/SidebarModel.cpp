@@ -3,8 +3,10 @@
 
 #include "GitKit/records/Commit.h"
 #include "GitKit/records/RemoteBranch.h"
+#include "app/store/Secrets.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
+#include "app/store/actions/Submodules.h"
 #include "app/store/actions/Worktrees.h"
 #include "app/ui/widgets/RowPainting.h"
 
@@ -61,11 +63,15 @@ void SidebarModel::rebuild()
     endResetModel();
 }
 
-std::array<const void*, 5> SidebarModel::lists() const
+std::array<const void*, 6> SidebarModel::lists() const
 {
     const Snapshot& now = store_.snapshot();
-    return {now.branches.value().data(), now.remoteBranches.value().data(), now.tags.value().data(),
-            now.remotes.value().data(), store_.neighbours().worktrees.value().data()};
+    return {now.branches.value().data(),
+            now.remoteBranches.value().data(),
+            now.tags.value().data(),
+            now.remotes.value().data(),
+            store_.neighbours().worktrees.value().data(),
+            store_.neighbours().submodules.value().data()};
 }
 
 void SidebarModel::rebuildIfOld()
@@ -88,9 +94,10 @@ void SidebarModel::rebuildNodes()
 {
     read_ = lists();
     const Snapshot& now = store_.snapshot();
-    SidebarNodes made = sidebarNodes({now.branches.value(), now.remoteBranches.value(), now.tags.value(),
-                                      now.remotes.value(), store_.neighbours().worktrees.value()},
-                                     filter_);
+    SidebarNodes made =
+        sidebarNodes({now.branches.value(), now.remoteBranches.value(), now.tags.value(), now.remotes.value(),
+                      store_.neighbours().worktrees.value(), store_.neighbours().submodules.value()},
+                     filter_);
     nodes_ = std::move(made.all);
     rootCount_ = made.roots;
 }
@@ -137,7 +144,7 @@ Qt::ItemFlags SidebarModel::flags(const QModelIndex& index) const
     const Qt::ItemFlags row = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
     if (kind(index) == Kind::ref)
         return row | Qt::ItemIsDragEnabled;
-    if (kind(index) == Kind::worktree)
+    if (kind(index) == Kind::worktree || kind(index) == Kind::submodule)
         return Qt::ItemIsEnabled; // it opens a window and selects nothing in this one
     return isHeading ? Qt::ItemIsEnabled : row;
 }
@@ -161,6 +168,17 @@ const gitkit::Worktree* SidebarModel::worktree(const Node& node) const
 {
     const std::vector<gitkit::Worktree>& all = store_.neighbours().worktrees.value();
     return node.kind == Kind::worktree && node.place < all.size() ? &all[node.place] : nullptr;
+}
+
+const gitkit::Submodule* SidebarModel::submodule(const Node& node) const
+{
+    const std::vector<gitkit::Submodule>& all = store_.neighbours().submodules.value();
+    return node.kind == Kind::submodule && node.place < all.size() ? &all[node.place] : nullptr;
+}
+
+gitkit::SubmoduleState SidebarModel::submoduleState(const gitkit::Submodule& submodule) const
+{
+    return stateOf(submodule, store_.snapshot().status.value());
 }
 
 std::string SidebarModel::remote(const QModelIndex& index) const
@@ -236,6 +254,8 @@ std::string SidebarModel::key(const QModelIndex& index) const
     }
     if (const gitkit::Worktree* const tree = worktree(shown))
         return "worktree " + tree->folder.string();
+    if (const gitkit::Submodule* const inside = submodule(shown))
+        return "submodule " + inside->path;
     return std::to_string(static_cast<int>(shown.kind));
 }
 
@@ -286,6 +306,10 @@ QString SidebarModel::label(const Node& node) const
         return tr("TAGS");
     case Kind::worktrees:
         return tr("WORKTREES");
+    case Kind::submodules:
+        return tr("SUBMODULES");
+    case Kind::submodule:
+        return submodule(node) ? shownText(submodule(node)->path) : QString();
     case Kind::worktree:
         return worktree(node) ? actions::worktreeName(*worktree(node)) : QString();
     case Kind::nothingFound:
@@ -309,6 +333,9 @@ QString SidebarModel::toolTip(const Node& node) const
         return shownText(std::string_view(node.ref->name).substr(0, node.nameEnd));
     if (const gitkit::Worktree* const tree = worktree(node))
         return worktreeTip(*tree);
+    if (const gitkit::Submodule* const inside = submodule(node))
+        return shownText(inside->path) + u'\n' + actions::shownState(submoduleState(*inside)) +
+               (inside->url.empty() ? QString() : u'\n' + withoutSecrets(shownText(inside->url)));
     if (node.kind != Kind::ref)
         return {};
     QStringList lines{shownText(node.ref->name)};
@@ -334,7 +361,8 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
     case Qt::AccessibleTextRole:
         return accessibleName(node(index));
     case Qt::AccessibleDescriptionRole:
-        if (kind(index) == Kind::ref || kind(index) == Kind::folder || kind(index) == Kind::worktree)
+        if (kind(index) == Kind::ref || kind(index) == Kind::folder || kind(index) == Kind::worktree ||
+            kind(index) == Kind::submodule)
             return toolTip(node(index));
         return count(index) == 0 ? QString() : QLocale().toString(count(index));
     case Qt::ToolTipRole:

@@ -14,7 +14,7 @@
 
 namespace plovik {
 
-/// The tree of the sidebar: the four fixed items, then one group each for branches, remotes, tags and worktrees, with a folder
+/// The tree of the sidebar: the four fixed items, then one group each for branches, remotes, tags, worktrees and submodules, with a folder
 /// for every prefix that at least two refs share. Groups without refs are absent. Main thread.
 ///
 /// Refers to the refs in the store's lists and copies none, so the owner must call rebuildIfOld() as soon as a list changes.
@@ -45,7 +45,7 @@ public:
     bool isGroup(const QModelIndex& index) const
     {
         return kind(index) == Kind::branches || kind(index) == Kind::remotes || kind(index) == Kind::tags ||
-               kind(index) == Kind::worktrees;
+               kind(index) == Kind::worktrees || kind(index) == Kind::submodules;
     }
     /// Returns the number of refs at and below a row, or the count of a fixed item.
     int count(const QModelIndex& index) const;
@@ -53,6 +53,10 @@ public:
     const gitkit::GitRef* ref(const QModelIndex& index) const;
     /// Returns the worktree of a row, or nullptr when the row is none. Valid until rebuild().
     const gitkit::Worktree* worktree(const QModelIndex& index) const { return worktree(node(index)); }
+    /// The same for a submodule.
+    const gitkit::Submodule* submodule(const QModelIndex& index) const { return submodule(node(index)); }
+    /// Returns the state of a submodule's row.
+    gitkit::SubmoduleState submoduleState(const gitkit::Submodule& submodule) const;
     /// Returns the name of the remote whose row this is; empty for others.
     std::string remote(const QModelIndex& index) const;
     /// Returns how far the branch of a row is from its upstream, as far as that is known.
@@ -87,10 +91,11 @@ private:
     const Node& node(const QModelIndex& index) const { return nodes_[static_cast<std::size_t>(index.internalId())]; }
     QModelIndex indexOfNode(int id) const;
     void rebuildNodes();
-    std::array<const void*, 5> lists() const;
+    std::array<const void*, 6> lists() const;
 
     gitkit::Divergence divergence(const Node& node) const;
     const gitkit::Worktree* worktree(const Node& node) const;
+    const gitkit::Submodule* submodule(const Node& node) const;
     QString label(const Node& node) const;
     QString accessibleName(const Node& node) const;
     QString toolTip(const Node& node) const;
@@ -98,7 +103,7 @@ private:
     const RepositoryStore& store_;
     QString filter_;
     /// The lists that the nodes refer to, by their places in memory. A list that replaces another one is at another place.
-    std::array<const void*, 5> read_{};
+    std::array<const void*, 6> read_{};
     std::vector<Node> nodes_;
     int rootCount_ = 0;
 };

@@ -31,7 +31,8 @@ private:
     std::size_t prefixLength(Kind group, const gitkit::GitRef& ref, std::size_t start, bool isGroup) const;
     void fill(int parent, Kind group, const Refs& refs, std::size_t nameStart);
     std::vector<std::size_t> matchingWorktrees() const;
-    void fillWorktrees(int parent, const std::vector<std::size_t>& places);
+    std::vector<std::size_t> matchingSubmodules() const;
+    void addPlaces(Kind kind, int parent, const std::vector<std::size_t>& places);
     void markGoneUpstreams();
 
     const SidebarLists& lists_;
@@ -66,15 +67,22 @@ SidebarNodes SidebarTree::made()
     for (const Group& group : groups)
         addNode({.kind = group.kind, .row = row++, .refCount = static_cast<int>(group.refs.size())});
     const std::vector<std::size_t> worktrees = matchingWorktrees();
-    const int worktreeGroup = static_cast<int>(nodes_.size());
-    if (!worktrees.empty())
-        addNode({.kind = Kind::worktrees, .row = row++, .refCount = static_cast<int>(worktrees.size())});
-    if (groups.empty() && worktrees.empty() && !filter_.isEmpty())
+    const std::vector<std::size_t> submodules = matchingSubmodules();
+    int nextGroup = static_cast<int>(nodes_.size());
+    for (const auto& [kind, places] :
+         {std::pair(Kind::worktrees, &worktrees), std::pair(Kind::submodules, &submodules)})
+    {
+        if (!places->empty())
+            addNode({.kind = kind, .row = row++, .refCount = static_cast<int>(places->size())});
+    }
+    if (groups.empty() && worktrees.empty() && submodules.empty() && !filter_.isEmpty())
         addNode({.kind = Kind::nothingFound, .row = row++});
     for (std::size_t i = 0; i < groups.size(); ++i)
         fill(static_cast<int>(i) + fixedSidebarItems, groups[i].kind, groups[i].refs, 0);
     if (!worktrees.empty())
-        fillWorktrees(worktreeGroup, worktrees);
+        addPlaces(Kind::worktree, nextGroup++, worktrees);
+    if (!submodules.empty())
+        addPlaces(Kind::submodule, nextGroup, submodules);
     markGoneUpstreams();
     return {std::move(nodes_), row};
 }
@@ -189,13 +197,23 @@ std::vector<std::size_t> SidebarTree::matchingWorktrees() const
     return found;
 }
 
-void SidebarTree::fillWorktrees(int parent, const std::vector<std::size_t>& places)
+std::vector<std::size_t> SidebarTree::matchingSubmodules() const
+{
+    std::vector<std::size_t> found;
+    for (std::size_t place = 0; place < lists_.submodules.size(); ++place) {
+        if (filter_.isEmpty() || containsTyped(lists_.submodules[place].path, filter_))
+            found.push_back(place);
+    }
+    return found;
+}
+
+void SidebarTree::addPlaces(Kind kind, int parent, const std::vector<std::size_t>& places)
 {
     nodes_[static_cast<std::size_t>(parent)].firstChild = static_cast<int>(nodes_.size());
     nodes_[static_cast<std::size_t>(parent)].childCount = static_cast<int>(places.size());
     int row = 0;
     for (const std::size_t place : places)
-        addNode({.kind = Kind::worktree, .parent = parent, .row = row++, .depth = 1, .refCount = 1, .place = place});
+        addNode({.kind = kind, .parent = parent, .row = row++, .depth = 1, .refCount = 1, .place = place});
 }
 
 void SidebarTree::markGoneUpstreams()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "GitKit/records/GitRef.h"
+#include "GitKit/records/Submodule.h"
 #include "GitKit/records/Worktree.h"
 
 #include <QString>
@@ -21,9 +22,11 @@ enum class SidebarKind {
     remotes,
     tags,
     worktrees,
+    submodules,
     folder,
     ref,
     worktree,
+    submodule,
     nothingFound
 };
 
@@ -41,7 +44,7 @@ struct SidebarNode {
     std::size_t nameStart = 0;           ///< where the shown part of the ref's name begins
     std::size_t nameEnd = std::string::npos;
     bool upstreamGone = false;
-    std::size_t place = 0; ///< of a worktree in its list
+    std::size_t place = 0; ///< of a worktree or submodule in its list
 };
 
 /// The lists that the tree is made from. Refers to them.
@@ -51,6 +54,7 @@ struct SidebarLists {
     const std::vector<gitkit::GitRef>& tags;
     const std::vector<std::string>& remotes;
     const std::vector<gitkit::Worktree>& worktrees;
+    const std::vector<gitkit::Submodule>& submodules;
 };
 
 constexpr int fixedSidebarItems = 5; ///< the first rows
@@ -63,7 +67,7 @@ struct SidebarNodes {
 
 /// Returns the four fixed items and the groups of the refs whose names contain `filter`, regardless of case, with a
 /// folder for every prefix that at least two refs share. Groups without refs are absent. Worktrees
-/// follow in a group of their own. Pure.
+/// and submodules follow in groups of their own. Pure.
 SidebarNodes sidebarNodes(const SidebarLists& lists, const QString& filter);
 
 } // namespace plovik

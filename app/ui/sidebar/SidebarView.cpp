@@ -2,11 +2,13 @@
 #include "app/ui/sidebar/SidebarView.h"
 #include "app/store/ShownText.h"
 #include "app/store/actions/Refs.h"
+#include "app/store/actions/Submodules.h"
 #include "app/store/actions/Worktrees.h"
 #include "app/ui/drag/DragData.h"
 
 #include "app/ui/sidebar/RefMenu.h"
 #include "app/ui/sidebar/SidebarDelegate.h"
+#include "app/ui/sidebar/SubmoduleMenu.h"
 #include "app/ui/sidebar/WorktreeMenu.h"
 #include "app/ui/widgets/FocusRing.h"
 #include "app/ui/widgets/ScrollKeeper.h"
@@ -41,11 +43,12 @@ struct GroupSetting {
     const Setting<bool>& setting;
 };
 
-const std::array<GroupSetting, 4> groupSettings{{
+const std::array<GroupSetting, 5> groupSettings{{
     {SidebarModel::Kind::branches, settings::sidebarBranchesExpanded},
     {SidebarModel::Kind::remotes, settings::sidebarRemotesExpanded},
     {SidebarModel::Kind::tags, settings::sidebarTagsExpanded},
     {SidebarModel::Kind::worktrees, settings::sidebarWorktreesExpanded},
+    {SidebarModel::Kind::submodules, settings::sidebarSubmodulesExpanded},
 }};
 
 const Setting<bool>* settingOf(SidebarModel::Kind kind)
@@ -284,10 +287,12 @@ void SidebarView::observeStore()
     notifiers_.push_back(store_.snapshot().tags.addNotifier(rebuild));
     notifiers_.push_back(store_.snapshot().remotes.addNotifier(rebuild));
     notifiers_.push_back(store_.neighbours().worktrees.addNotifier(rebuild));
+    notifiers_.push_back(store_.neighbours().submodules.addNotifier(rebuild));
     notifiers_.push_back(store_.counts().changes.addNotifier([this] { tree_->viewport()->update(); }));
     const auto counts = [this] {
         hideWhatIsBare();
         model_->countsChanged();
+        tree_->viewport()->update(); // the states of submodules
     };
     notifiers_.push_back(store_.snapshot().status.addNotifier(counts));
     notifiers_.push_back(store_.snapshot().stashes.addNotifier(counts));
@@ -442,6 +447,8 @@ void SidebarView::open(const QModelIndex& index)
 {
     if (const gitkit::Worktree* const tree = model_->worktree(index))
         actions::openWorktree(store_.actors(), *tree);
+    if (const gitkit::Submodule* const submodule = model_->submodule(index))
+        actions::openSubmodule(store_.actors(), *submodule);
 }
 
 void SidebarView::rename()
@@ -473,6 +480,10 @@ QMenu* SidebarView::makeMenuOf(const QModelIndex& index)
         return makeRefMenu(store_, *ref, this);
     if (const gitkit::Worktree* const tree = model_->worktree(index))
         return makeWorktreeMenu(store_, *tree, this);
+    if (const gitkit::Submodule* const submodule = model_->submodule(index))
+        return makeSubmoduleMenu(store_, *submodule, this);
+    if (model_->kind(index) == SidebarKind::submodules)
+        return makeSubmodulesMenu(store_, this);
     if (model_->kind(index) == SidebarKind::worktrees)
         return makeWorktreesMenu(store_, this);
     if (model_->kind(index) == SidebarKind::remotes)

@@ -21,6 +21,7 @@
 #include "app/ui/window/InterruptedBar.h"
 #include "app/ui/window/OperationBar.h"
 #include "app/ui/window/QuietLine.h"
+#include "app/ui/window/SubmoduleBar.h"
 #include "app/ui/window/Toolbar.h"
 #include "app/ui/window/TrustBar.h"
 #include "app/ui/workingcopy/WorkingCopyView.h"
@@ -79,6 +80,7 @@ RepositoryView::RepositoryView(RepositoryStore& store, QWidget* parent)
     column->addWidget(notice_);
     column->addWidget(new TrustBar(store, this));
     column->addWidget(new InterruptedBar(store, this));
+    column->addWidget(new SubmoduleBar(store, this));
     column->addWidget(windowSplit_, 1);
     setFocusProxy(sidebar_);
 
