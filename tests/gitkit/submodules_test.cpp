@@ -14,7 +14,6 @@ namespace gitkit {
 namespace {
 
 namespace fs = std::filesystem;
-using State = SubmoduleState;
 
 /// A repository with two submodules, one of which has an odd name; the other one's has two commits.
 struct Submodules : testing::Test {
@@ -32,14 +31,14 @@ struct Submodules : testing::Test {
         int status = 0;
         return runPlainGit(repo / path, arguments, status);
     }
-    State state(const std::string& path) const
+    SubmoduleState state(const std::string& path) const
     {
         for (const Submodule& each : submodules(door)) {
             if (each.path == path)
                 return stateOf(each, door.status());
         }
         ADD_FAILURE() << "no submodule " << path;
-        return State::conflicted;
+        return SubmoduleState::conflicted;
     }
     std::string head(const std::string& path) const { return in(path, {"rev-parse", "HEAD"}).substr(0, 40); }
 
@@ -58,13 +57,13 @@ TEST_F(Submodules, AreListedWithTheirStates)
                                  .url = inner.path().string(),
                                  .recorded = inner.head(),
                                  .isInitialised = true}));
-    EXPECT_EQ(state("lib"), State::atRecorded);
+    EXPECT_EQ(state("lib"), SubmoduleState::atRecorded);
     std::ofstream(repo / "lib/i") << "changed";
-    EXPECT_EQ(state("lib"), State::changedInside);
+    EXPECT_EQ(state("lib"), SubmoduleState::changedInside);
     in("lib", {"checkout", "-q", "-f", "HEAD~"});
-    EXPECT_EQ(state("lib"), State::otherCommit);
+    EXPECT_EQ(state("lib"), SubmoduleState::otherCommit);
     repo.git({"submodule", "deinit", "-q", "-f", ":(literal)[a]"});
-    EXPECT_EQ(state("[a]"), State::notInitialised);
+    EXPECT_EQ(state("[a]"), SubmoduleState::notInitialised);
 }
 
 TEST_F(Submodules, UpdatingGoesToTheRecordedCommitOfThoseAlone)

@@ -87,8 +87,7 @@ TEST_F(StoreWorktrees, RemovingOneSaysWhatGoesAndWhereItIsKept)
     EXPECT_EQ(question().title, u"Remove the worktree “topic”?");
     EXPECT_EQ(question().actionTitle, u"Remove Anyway");
     EXPECT_TRUE(question().message.contains(u"It is locked: “on a stick”."));
-    EXPECT_TRUE(question().message.contains(u"1 file or folder is in no commit"))
-        << question().message.toStdString();
+    EXPECT_TRUE(question().message.contains(u"1 file or folder is in no commit")) << question().message.toStdString();
     EXPECT_EQ(question().detail, u"my.env, 6 bytes");
     EXPECT_TRUE(fs::exists(folder));
     answer();
