@@ -185,9 +185,8 @@ SubmoduleLog submoduleLog(const GitRepository& repo, const std::string& path, co
     if (from.empty() || to.empty())
         return log;
     const std::string range = from + "..." + to;
-    const auto counts =
-        splitFields<2>(withoutLineEnd(git->bytes({"rev-list", "--left-right", "--count", range, "--"})), '\t');
-    if (counts) {
+    const std::string counted = git->bytes({"rev-list", "--left-right", "--count", range, "--"});
+    if (const auto counts = splitFields<2>(withoutLineEnd(counted), '\t')) {
         log.behind = readNumber((*counts)[0]);
         log.ahead = readNumber((*counts)[1]);
     }
