@@ -51,7 +51,7 @@ const GitRepository& longBranch()
 
 RewritePlan turnedRound()
 {
-    const MovableCommits found = movableCommits(longBranch(), rewriteCommits);
+    const MovableCommits found = movableCommits(longBranch(), {.limit = rewriteCommits});
     Hashes hashes;
     for (const MovableCommit& commit : found.commits)
         hashes.push_back(commit.hash);
@@ -62,7 +62,7 @@ void BM_ReadMovableCommits(benchmark::State& state)
 {
     longBranch();
     for ([[maybe_unused]] auto _ : state)
-        benchmark::DoNotOptimize(movableCommits(longBranch(), rewriteCommits));
+        benchmark::DoNotOptimize(movableCommits(longBranch(), {.limit = rewriteCommits}));
 }
 BENCHMARK(BM_ReadMovableCommits)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(9);
 

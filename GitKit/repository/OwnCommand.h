@@ -14,7 +14,7 @@ class GitRepository;
 /// for is never read as a part of the line. Pure.
 std::string shellLine(std::string_view line);
 
-/// Returns whether a line names what is not set, which would be run for nothing.
+/// Returns whether a line has a placeholder for something that there is none of, a file for instance.
 bool lacksWhatItNames(const OwnCommand& command);
 
 /// Runs the line with the user's shell at the top of the working tree, with what git's programs get. Blocks; throws as the
